@@ -1,0 +1,3 @@
+#include "plugins/PlotixPlugIn/host/KTVArchiveManager.h"
+
+KTVArchiveManager::~KTVArchiveManager() = default;

@@ -1,0 +1,36 @@
+#pragma once
+
+#include "base/Date.h"
+#include "plugins/PlotixPlugIn/host/KTVRecordDictionary.h"
+
+#include <functional>
+#include <optional>
+
+/// Why a fetch went wrong, in words for people.
+struct KTVError {
+    QString message;
+};
+
+/// The record database of one agent; answers range queries in the background. The agent *owns* it.
+class KTVHOST_EXPORT KTVArchiveManager {
+public:
+    /// Progress from 0 to 1; setting the flag asks the fetch to stop. Called on any thread.
+    using ProgressHandler = std::function<void(double progress, bool* stop)>;
+
+    /// The dictionary or nothing, a number of the archive's own, an error or nothing. Called once, on any thread,
+    /// possibly before the fetch call has returned.
+    using CompletionHandler =
+        std::function<void(KTVRecordDictionaryPtr records, double number, std::optional<KTVError> error)>;
+
+    virtual ~KTVArchiveManager();
+
+    /// Fetches every stored record with fromDate ≤ time ≤ toDate. Absent properties count as none: the answer is then
+    /// a dictionary without "time". Returns at once. Main thread.
+    virtual void fetchRecordsForProperties(const std::optional<KTVPropertyList>& properties,
+                                           const plotix::OptionalDate& fromDate, const plotix::OptionalDate& toDate,
+                                           int maximumSamples, ProgressHandler progressHandler,
+                                           CompletionHandler completionHandler) = 0;
+};
+
+/// "No limit" for `maximumSamples`.
+inline constexpr int kMaximumSamplesUnlimited = 0x7FFFFFFF;

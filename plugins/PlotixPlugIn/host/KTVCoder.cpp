@@ -1,0 +1,4 @@
+#include "plugins/PlotixPlugIn/host/KTVCoder.h"
+
+KTVEncoder::~KTVEncoder() = default;
+KTVDecoder::~KTVDecoder() = default;

@@ -1,0 +1,79 @@
+#include "plugins/PlotixPlugIn/host/KTVNaturalLanguageDateCreator.h"
+
+#include "plugins/PlotixPlugIn/host/KTVHostServices.h"
+
+KTVNaturalLanguageDateCreator::~KTVNaturalLanguageDateCreator() = default;
+
+namespace {
+
+void forward(KTVQuickRange range, plotix::OptionalDate& start, plotix::OptionalDate& end)
+{
+    KTVHostServices::installed().dateCreator->dateRange(range, start, end);
+}
+
+}  // namespace
+
+void KTVNaturalLanguageDateCreator::dateRangeForToday(OptionalDate& start, OptionalDate& end)
+{
+    forward(KTVQuickRange::Today, start, end);
+}
+
+void KTVNaturalLanguageDateCreator::dateRangeForLast24Hours(OptionalDate& start, OptionalDate& end)
+{
+    forward(KTVQuickRange::Last24Hours, start, end);
+}
+
+void KTVNaturalLanguageDateCreator::dateRangeForYesterday(OptionalDate& start, OptionalDate& end)
+{
+    forward(KTVQuickRange::Yesterday, start, end);
+}
+
+void KTVNaturalLanguageDateCreator::dateRangeForThisWeek(OptionalDate& start, OptionalDate& end)
+{
+    forward(KTVQuickRange::ThisWeek, start, end);
+}
+
+void KTVNaturalLanguageDateCreator::dateRangeForLastWeek(OptionalDate& start, OptionalDate& end)
+{
+    forward(KTVQuickRange::LastWeek, start, end);
+}
+
+void KTVNaturalLanguageDateCreator::dateRangeForLast7Days(OptionalDate& start, OptionalDate& end)
+{
+    forward(KTVQuickRange::Last7Days, start, end);
+}
+
+void KTVNaturalLanguageDateCreator::dateRangeForThisMonth(OptionalDate& start, OptionalDate& end)
+{
+    forward(KTVQuickRange::ThisMonth, start, end);
+}
+
+void KTVNaturalLanguageDateCreator::dateRangeForLastMonth(OptionalDate& start, OptionalDate& end)
+{
+    forward(KTVQuickRange::LastMonth, start, end);
+}
+
+void KTVNaturalLanguageDateCreator::dateRangeForLast30Days(OptionalDate& start, OptionalDate& end)
+{
+    forward(KTVQuickRange::Last30Days, start, end);
+}
+
+void KTVNaturalLanguageDateCreator::dateRangeForThisYear(OptionalDate& start, OptionalDate& end)
+{
+    forward(KTVQuickRange::ThisYear, start, end);
+}
+
+void KTVNaturalLanguageDateCreator::dateRangeForLastYear(OptionalDate& start, OptionalDate& end)
+{
+    forward(KTVQuickRange::LastYear, start, end);
+}
+
+void KTVNaturalLanguageDateCreator::dateRangeForLast12Months(OptionalDate& start, OptionalDate& end)
+{
+    forward(KTVQuickRange::Last12Months, start, end);
+}
+
+void KTVNaturalLanguageDateCreator::dateRangeForAllTime(OptionalDate& start, OptionalDate& end)
+{
+    forward(KTVQuickRange::AllTime, start, end);
+}

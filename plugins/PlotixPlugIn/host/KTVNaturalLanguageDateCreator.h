@@ -1,0 +1,49 @@
+#pragma once
+
+#include "base/Date.h"
+#include "plugins/PlotixPlugIn/host/KTVHostExport.h"
+
+#include <array>
+
+/// The thirteen named ranges, in the order of the quick-range menu.
+enum class KTVQuickRange {
+    Today,
+    Last24Hours,
+    Yesterday,
+    ThisWeek,
+    LastWeek,
+    Last7Days,
+    ThisMonth,
+    LastMonth,
+    Last30Days,
+    ThisYear,
+    LastYear,
+    Last12Months,
+    AllTime
+};
+inline constexpr int kQuickRangeCount = 13;
+
+/// Computes start and end of named ranges; calendar-true in the user's zone and locale. Main thread only.
+///
+/// A range the host cannot give leaves start and end as they were.
+class KTVHOST_EXPORT KTVNaturalLanguageDateCreator {
+public:
+    using OptionalDate = plotix::OptionalDate;
+
+    virtual ~KTVNaturalLanguageDateCreator();
+    virtual void dateRange(KTVQuickRange range, OptionalDate& start, OptionalDate& end) const = 0;
+
+    static void dateRangeForToday(OptionalDate& start, OptionalDate& end);
+    static void dateRangeForLast24Hours(OptionalDate& start, OptionalDate& end);
+    static void dateRangeForYesterday(OptionalDate& start, OptionalDate& end);
+    static void dateRangeForThisWeek(OptionalDate& start, OptionalDate& end);
+    static void dateRangeForLastWeek(OptionalDate& start, OptionalDate& end);
+    static void dateRangeForLast7Days(OptionalDate& start, OptionalDate& end);
+    static void dateRangeForThisMonth(OptionalDate& start, OptionalDate& end);
+    static void dateRangeForLastMonth(OptionalDate& start, OptionalDate& end);
+    static void dateRangeForLast30Days(OptionalDate& start, OptionalDate& end);
+    static void dateRangeForThisYear(OptionalDate& start, OptionalDate& end);
+    static void dateRangeForLastYear(OptionalDate& start, OptionalDate& end);
+    static void dateRangeForLast12Months(OptionalDate& start, OptionalDate& end);
+    static void dateRangeForAllTime(OptionalDate& start, OptionalDate& end);
+};

@@ -1,0 +1,3 @@
+#include "plugins/PlotixPlugIn/host/KTVPlugInModule.h"
+
+KTVPlugInModule::~KTVPlugInModule() = default;

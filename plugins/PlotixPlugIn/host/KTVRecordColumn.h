@@ -1,0 +1,75 @@
+#pragma once
+
+#include "base/SharedArray.h"
+#include "plugins/PlotixPlugIn/host/KTVProperty.h"
+#include "plugins/PlotixPlugIn/host/KTVUnitModel.h"
+
+#include <map>
+#include <memory>
+#include <span>
+
+/// The snapshots of one property in a record dictionary, as a column.
+///
+/// Values stand as archived, contiguous, with a validity bitmap and one descriptor for all of them. The i-th
+/// snapshot is made on demand; the odd element that differs from the descriptor (another colour, another kind, no
+/// property at all) is kept as an exception. Values and validity never change and are *shared*; the current unit
+/// does change, and is applied on the way out, so that changing it back and forth drifts by nothing.
+/// A column has at most as many elements as its dictionary has times; a shorter one simply ends earlier.
+/// Built on any thread, then main thread only.
+class KTVHOST_EXPORT KTVRecordColumn : public std::enable_shared_from_this<KTVRecordColumn> {
+public:
+    struct Descriptor {
+        QString name;
+        QString propertyName;
+        QString archivedUnit;  ///< the unit of the values as stored
+        QString unit;          ///< the current unit at first
+        QColor color;
+        std::uint32_t type = 0;
+        bool visible = true;
+    };
+
+    /// `unitModel` is shared; it may be null, then no conversion happens and the symbol is the unit's own text.
+    KTVRecordColumn(Descriptor descriptor, plotix::SharedArray<double> values, plotix::ValidityBitmap validity,
+                    std::shared_ptr<const KTVUnitModel> unitModel);
+
+    std::size_t size() const { return m_values.size(); }
+    const Descriptor& descriptor() const { return m_descriptor; }
+    const plotix::SharedArray<double>& archivedValues() const { return m_values; }
+    const plotix::ValidityBitmap& validity() const { return m_validity; }
+
+    QString unit() const { return m_descriptor.unit; }
+    QString unitSymbol() const;
+
+    /// Changes the current unit of every element, exceptions included.
+    void setUnit(const QString& unit);
+
+    /// Valid by the bitmap and not a NaN. Says nothing about exceptions.
+    bool isValid(std::size_t index) const;
+
+    /// The value in the current unit. Says nothing about exceptions.
+    double unitValue(std::size_t index) const;
+
+    /// Values [first, first + out.size()) in the current unit, valid or not. Requires: the range lies inside.
+    void copyUnitValues(std::size_t first, std::span<double> out) const;
+
+    /// The element at `index`: a snapshot sharing this column, an exception, or null for "not a property".
+    /// A snapshot is a view: its `setUnit` is the column's, so it changes every element, as a caller that converts
+    /// all of them one after the other expects; the value of an invalid one is NaN. Two calls answer two objects.
+    /// Requires: index < size(), and that the column is held by a shared_ptr to non-const.
+    KTVPropertyPtr snapshotAt(std::size_t index) const;
+
+    /// Elements that differ, by index; a null pointer stands for "not a property".
+    const std::map<std::size_t, KTVPropertyPtr>& exceptions() const { return m_exceptions; }
+    /// Requires: index < size().
+    void setException(std::size_t index, KTVPropertyPtr snapshot);
+
+private:
+    void prepareMap();
+
+    Descriptor m_descriptor;
+    plotix::SharedArray<double> m_values;
+    plotix::ValidityBitmap m_validity;
+    std::shared_ptr<const KTVUnitModel> m_unitModel;
+    KTVUnitModel::Map m_map;  // from the archived unit to the current one
+    std::map<std::size_t, KTVPropertyPtr> m_exceptions;
+};

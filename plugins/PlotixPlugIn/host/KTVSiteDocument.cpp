@@ -1,0 +1,3 @@
+#include "plugins/PlotixPlugIn/host/KTVSiteDocument.h"
+
+KTVSiteDocument::~KTVSiteDocument() = default;

@@ -1,0 +1,13 @@
+#pragma once
+
+#include "plugins/PlotixPlugIn/host/KTVWindowController.h"
+
+#include <memory>
+#include <vector>
+
+/// One site's document. Main thread only.
+class KTVHOST_EXPORT KTVSiteDocument {
+public:
+    virtual ~KTVSiteDocument();
+    virtual std::vector<std::shared_ptr<KTVWindowController>> windowControllers() const = 0;
+};

@@ -1,0 +1,3 @@
+#include "plugins/PlotixPlugIn/host/KTVSiteWindowController.h"
+
+KTVSiteWindowController::~KTVSiteWindowController() = default;

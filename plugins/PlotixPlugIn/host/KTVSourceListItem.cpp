@@ -1,0 +1,3 @@
+#include "plugins/PlotixPlugIn/host/KTVSourceListItem.h"
+
+KTVSourceListItem::~KTVSourceListItem() = default;

@@ -1,0 +1,3 @@
+#include "plugins/PlotixPlugIn/host/KTVUnitModel.h"
+
+KTVUnitModel::~KTVUnitModel() = default;

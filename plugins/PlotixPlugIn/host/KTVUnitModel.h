@@ -1,0 +1,32 @@
+#pragma once
+
+#include "plugins/PlotixPlugIn/host/KTVHostExport.h"
+
+#include <QtCore/QString>
+
+#include <cstddef>
+
+/// What units mean; the host's. Converters are handed out prepared, so that a column converts at memory speed.
+///
+/// Implementations must be usable from any thread.
+class KTVHOST_EXPORT KTVUnitModel {
+public:
+    virtual ~KTVUnitModel();
+
+    /// A map from archived values to shown ones: linear where `kind` says so, else by `convert`.
+    struct Map {
+        bool isIdentity = true;
+        bool isLinear = true;  ///< value × scale + offset; else call convertValues
+        double scale = 1;
+        double offset = 0;
+    };
+
+    /// The map between two units. Units that cannot be converted into each other answer the identity.
+    virtual Map mapBetween(const QString& fromUnit, const QString& toUnit) const = 0;
+
+    /// Converts `count` values one by one, for maps that are not linear.
+    virtual void convertValues(const QString& fromUnit, const QString& toUnit, const double* from, double* to,
+                               std::size_t count) const = 0;
+
+    virtual QString symbolForUnit(const QString& unit) const = 0;
+};

@@ -1,0 +1,3 @@
+#include "plugins/PlotixPlugIn/host/KTVUserInterface.h"
+
+KTVUserInterface::~KTVUserInterface() = default;

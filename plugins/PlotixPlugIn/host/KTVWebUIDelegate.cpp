@@ -1,0 +1,3 @@
+#include "plugins/PlotixPlugIn/host/KTVWebUIDelegate.h"
+
+KTVWebUIDelegate::~KTVWebUIDelegate() = default;

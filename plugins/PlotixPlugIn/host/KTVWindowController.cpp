@@ -1,0 +1,3 @@
+#include "plugins/PlotixPlugIn/host/KTVWindowController.h"
+
+KTVWindowController::~KTVWindowController() = default;

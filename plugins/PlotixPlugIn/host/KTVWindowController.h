@@ -1,0 +1,17 @@
+#pragma once
+
+#include "plugins/PlotixPlugIn/host/KTVHostExport.h"
+
+#include <QtWidgets/QWidget>
+
+#include <memory>
+
+class KTVPlugIn;
+
+/// One window of a site document, and the plug-in it shows, if any. Main thread only.
+class KTVHOST_EXPORT KTVWindowController {
+public:
+    virtual ~KTVWindowController();
+    virtual std::shared_ptr<KTVPlugIn> contentViewController() const = 0;
+    virtual QWidget* window() const = 0;  ///< borrowed
+};

@@ -1,0 +1,45 @@
+#include "plugins/PlotixPlugIn/host/PngImage.h"
+
+#include "base/PngEncoding.h"
+
+namespace plotix {
+
+namespace {
+
+/// The image in one of the formats the encoder reads, as it is where it can be.
+QImage readable(const QImage& image)
+{
+    switch (image.format()) {
+    case QImage::Format_RGB32:
+    case QImage::Format_ARGB32:
+    case QImage::Format_ARGB32_Premultiplied: return image;
+    default: return image.convertToFormat(image.hasAlphaChannel() ? QImage::Format_ARGB32 : QImage::Format_RGB32);
+    }
+}
+
+PngAlpha alphaOf(QImage::Format format)
+{
+    if (format == QImage::Format_ARGB32_Premultiplied)
+        return PngAlpha::Premultiplied;
+    return format == QImage::Format_ARGB32 ? PngAlpha::Straight : PngAlpha::None;
+}
+
+}  // namespace
+
+QByteArray pngOfImage(const QImage& image)
+{
+    if (image.isNull())
+        return {};
+    const QImage pixels = readable(image);
+    PngPixels picture;
+    picture.pixels = reinterpret_cast<const quint32*>(pixels.constBits());
+    picture.width = pixels.width();
+    picture.height = pixels.height();
+    picture.stride = pixels.bytesPerLine() / qsizetype(sizeof(quint32));
+    picture.alpha = alphaOf(pixels.format());
+    picture.dotsPerMetreX = pixels.dotsPerMeterX();
+    picture.dotsPerMetreY = pixels.dotsPerMeterY();
+    return encodedPng(picture);
+}
+
+}  // namespace plotix

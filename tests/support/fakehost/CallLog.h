@@ -1,0 +1,33 @@
+#pragma once
+
+#include <QtCore/QString>
+#include <QtCore/QStringList>
+
+/// What happened to the fake host, in order, across all of its objects.
+///
+/// Every fake writes one line a call, "object.operation argument": "archiveManager.fetch airTemperature,pressure",
+/// "userInterface.beginSheet Illegal Date Range", "message.center No Properties Available to Plot",
+/// "airTemperature.addObserver unit". Tests may note lines of their own, so that the order of anything against
+/// anything can be asked. The host *owns* it. Main thread only.
+namespace fakehost {
+
+class CallLog {
+public:
+    void note(const QString& line) { m_lines.append(line); }
+    const QStringList& lines() const { return m_lines; }
+    void clear() { m_lines.clear(); }
+
+    /// Lines that begin with `beginning`.
+    int count(const QString& beginning) const;
+    bool contains(const QString& beginning) const { return count(beginning) > 0; }
+
+    /// True when both happened, and the first of `earlier` came before the first of `later`.
+    bool isBefore(const QString& earlier, const QString& later) const;
+
+private:
+    int firstIndex(const QString& beginning) const;  ///< -1 when it never happened
+
+    QStringList m_lines;
+};
+
+}  // namespace fakehost

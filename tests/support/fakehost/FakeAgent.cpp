@@ -1,0 +1,36 @@
+#include "tests/support/fakehost/FakeAgent.h"
+
+namespace fakehost {
+
+FakeAgent::FakeAgent(QString uniqueIdentifier, std::shared_ptr<const FakeUnitModel> units, CallLog* log)
+    : m_uniqueIdentifier(std::move(uniqueIdentifier)),
+      m_units(std::move(units)),
+      m_log(log),
+      m_archiveManager(std::make_unique<FakeArchiveManager>(log))
+{
+}
+
+FakePropertyPtr FakeAgent::addProperty(FakeProperty::Description description)
+{
+    auto property = std::make_shared<FakeProperty>(std::move(description), m_units, m_log);
+    m_properties.push_back(property);
+    return property;
+}
+
+void FakeAgent::removeProperty(const QString& propertyName)
+{
+    std::erase_if(m_properties, [&](const KTVPropertyPtr& one) { return one->propertyName() == propertyName; });
+}
+
+FakePropertyPtr FakeAgent::property(const QString& propertyName) const
+{
+    return std::static_pointer_cast<FakeProperty>(properties().objectForKey(propertyName));
+}
+
+void FakeAgent::setSite(std::optional<QString> name, std::optional<QString> location)
+{
+    m_siteName = std::move(name);
+    m_siteLocation = std::move(location);
+}
+
+}  // namespace fakehost

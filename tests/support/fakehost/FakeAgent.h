@@ -1,0 +1,40 @@
+#pragma once
+
+#include "plugins/PlotixPlugIn/host/KTVAgent.h"
+#include "tests/support/fakehost/FakeArchiveManager.h"
+#include "tests/support/fakehost/FakeProperty.h"
+
+/// The fake host's agent: properties a test adds and removes, one fake archive manager, site texts to set.
+/// Shared with the plug-ins as a real one is. Main thread only.
+namespace fakehost {
+
+class FakeAgent : public KTVAgent {
+public:
+    FakeAgent(QString uniqueIdentifier, std::shared_ptr<const FakeUnitModel> units, CallLog* log);
+
+    KTVPropertyCollection properties() const override { return KTVPropertyCollection(m_properties); }
+    QString uniqueIdentifier() const override { return m_uniqueIdentifier; }
+    FakeArchiveManager* archiveManager() const override { return m_archiveManager.get(); }
+    std::optional<QString> siteName() const override { return m_siteName; }
+    std::optional<QString> siteLocation() const override { return m_siteLocation; }
+    KTVSiteWindowController* siteWindowController() const override { return m_siteWindowController; }
+
+    FakePropertyPtr addProperty(FakeProperty::Description description);
+    void removeProperty(const QString& propertyName);             ///< none of that key: nothing happens
+    FakePropertyPtr property(const QString& propertyName) const;  ///< null when there is none
+
+    void setSite(std::optional<QString> name, std::optional<QString> location);
+    void setSiteWindowController(KTVSiteWindowController* controller) { m_siteWindowController = controller; }
+
+private:
+    QString m_uniqueIdentifier;
+    std::shared_ptr<const FakeUnitModel> m_units;
+    CallLog* m_log;  // borrowed
+    std::unique_ptr<FakeArchiveManager> m_archiveManager;
+    KTVPropertyList m_properties;  // each a FakeProperty
+    std::optional<QString> m_siteName = QStringLiteral("Meadow Station");
+    std::optional<QString> m_siteLocation = QStringLiteral("Hillside");
+    KTVSiteWindowController* m_siteWindowController = nullptr;  // borrowed
+};
+
+}  // namespace fakehost
