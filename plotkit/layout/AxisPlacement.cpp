@@ -1,0 +1,293 @@
+#include "plotkit/layout/AxisPlacement.h"
+
+#include <algorithm>
+#include <cmath>
+
+// An axis has a direction it runs along and one pointing away from the plot area, outward: downward for x, to the left
+// for y. Everything is reckoned in (along, outward from the axis line) and turned into the picture at the end.
+
+namespace plotkit {
+
+namespace {
+
+constexpr double kLabelGap = 4;        // points between a tick's end and its label
+constexpr double kTitleGap = 3;        // points between the labels and the title
+constexpr double kTitleClearance = 1;  // points between a tick's inner end and a title inside the plot area
+constexpr double kLabelSpaceX = 8;     // points between neighbouring labels
+constexpr double kLabelSpaceY = 2;
+constexpr double kRounding = 1e-6;  // points
+
+double positive(double length)
+{
+    return std::isfinite(length) && length > 0 ? length : 0;
+}
+
+class Placement {
+public:
+    Placement(const CPTXYAxis& axis, const AxisSurroundings& surroundings)
+        : m_axis(axis), m_in(surroundings), m_isX(axis.coordinate() == CPTCoordinate::X), m_linePlace(linePlace())
+    {
+    }
+
+    AxisLayout place()
+    {
+        m_plan = planTicks(m_axis, m_in.along);
+        const bool visible = isVisible();
+        if (visible)
+            m_layout.labels = placedLabels();
+        else
+            m_layout.labels.clear();
+        placeTicks(visible);
+        if (visible) {
+            m_layout.line = lineAcross(alongStart(), alongEnd());
+            m_layout.title = placedTitle();
+        }
+        return std::move(m_layout);
+    }
+
+private:
+    struct TickReach {
+        double outward, inward;
+    };
+
+    double linePlace() const
+    {
+        const QRectF& area = m_in.plotArea;
+        if (const auto& constraints = m_axis.axisConstraints())
+            return m_isX ? area.bottom() - constraints->lowerOffset : area.left() + constraints->lowerOffset;
+        return placeForValue(m_in.across, m_axis.orthogonalPosition());
+    }
+
+    bool isVisible() const
+    {
+        const QRectF& area = m_in.plotArea;
+        const double low = m_isX ? area.top() : area.left();
+        const double high = m_isX ? area.bottom() : area.right();
+        return m_linePlace >= low - kRounding && m_linePlace <= high + kRounding;
+    }
+
+    double alongStart() const { return m_isX ? m_in.plotArea.left() : m_in.plotArea.bottom(); }
+    double alongEnd() const { return m_isX ? m_in.plotArea.right() : m_in.plotArea.top(); }
+
+    QLineF lineAcross(double from, double to) const
+    {
+        return m_isX ? QLineF(from, m_linePlace, to, m_linePlace) : QLineF(m_linePlace, from, m_linePlace, to);
+    }
+
+    TickReach tickReach(double length) const
+    {
+        const double reach = positive(length);
+        switch (m_axis.tickDirection()) {
+        case CPTSign::Negative: return {reach, 0};
+        case CPTSign::Positive: return {0, reach};
+        case CPTSign::None: break;
+        }
+        return {reach / 2, reach / 2};
+    }
+
+    QLineF tickLine(double value, double length) const
+    {
+        const double place = placeForValue(m_in.along, value);
+        const TickReach reach = tickReach(length);
+        return m_isX ? QLineF(place, m_linePlace - reach.inward, place, m_linePlace + reach.outward)
+                     : QLineF(m_linePlace - reach.outward, place, m_linePlace + reach.inward, place);
+    }
+
+    QLineF gridLine(double value) const
+    {
+        const double place = placeForValue(m_in.along, value);
+        const QRectF& area = m_in.plotArea;
+        return m_isX ? QLineF(place, area.top(), place, area.bottom())
+                     : QLineF(area.left(), place, area.right(), place);
+    }
+
+    void placeTicks(bool visible)
+    {
+        for (const MajorTick& tick : majorTicks(m_plan, m_in.along))
+            m_layout.majorValues.push_back(tick.value);
+        m_layout.minorValues = minorTicks(m_plan, m_in.along);
+        for (const double value : m_layout.majorValues)
+            m_layout.majorGridLines.push_back(gridLine(value));
+        for (const double value : m_layout.minorValues)
+            m_layout.minorGridLines.push_back(gridLine(value));
+        if (!visible)
+            return;
+        for (const double value : m_layout.majorValues)
+            m_layout.majorTicks.push_back(tickLine(value, m_axis.majorTickLength()));
+        for (const double value : m_layout.minorValues)
+            m_layout.minorTicks.push_back(tickLine(value, m_axis.minorTickLength()));
+    }
+
+    AxisLabel labelAt(double value) const
+    {
+        AxisLabel label;
+        label.value = value;
+        label.text = m_axis.labelFormatter() ? m_axis.labelFormatter()->stringForNumber(value) : QString();
+        const QSizeF size = m_in.measureText(label.text, m_axis.labelTextStyle());
+        const double place = placeForValue(m_in.along, value);
+        const double outward = tickReach(m_axis.majorTickLength()).outward + kLabelGap;
+        if (m_isX) {
+            label.box = QRectF(QPointF(place - size.width() / 2, m_linePlace + outward), size);
+        } else {
+            label.box = QRectF(QPointF(m_linePlace - outward - size.width(), place - size.height() / 2), size);
+            label.alignment = Qt::AlignRight | Qt::AlignVCenter;
+        }
+        return label;
+    }
+
+    /// What a label takes along the axis, its distance to the next included.
+    double extentAlong(const AxisLabel& label) const
+    {
+        return m_isX ? label.box.width() + kLabelSpaceX : label.box.height() + kLabelSpaceY;
+    }
+
+    /// One label in how many steps fits, judged by these labels.
+    double multipleFor(const std::vector<AxisLabel>& labels) const
+    {
+        double widest = 0;
+        for (const AxisLabel& label : labels)
+            widest = std::max(widest, extentAlong(label));
+        return readableMultiple(m_plan, widest * valuePerPlace(m_in.along) / m_plan.step);
+    }
+
+    /// Every `multiple`-th label, counted from the origin, so that panning keeps the choice.
+    std::vector<AxisLabel> everyLabel(const std::vector<MajorTick>& ticks, double multiple) const
+    {
+        std::vector<AxisLabel> labels;
+        for (const MajorTick& tick : ticks)
+            if (std::fmod(tick.number, multiple) == 0)
+                labels.push_back(labelAt(tick.value));
+        return labels;
+    }
+
+    /// Thins by the outer ticks' labels first: hundreds of ticks must not cost hundreds of texts. Then by those kept.
+    std::vector<AxisLabel> placedLabels()
+    {
+        std::vector<MajorTick> ticks = majorTicks(m_plan, m_in.along);
+        std::vector<AxisLabel> labels;
+        if (ticks.empty())
+            return labels;
+        double multiple = multipleFor({labelAt(ticks.front().value), labelAt(ticks.back().value)});
+        for (;;) {
+            while (multiple > 1 && m_plan.origin == 0 && !isFixed() && ticks.size() > 2) {
+                m_plan = coarserPlan(m_plan);  // ticks that place themselves keep to those that have room for a label
+                ticks = majorTicks(m_plan, m_in.along);
+                multiple = ticks.empty() ? 1 : multipleFor({labelAt(ticks.front().value), labelAt(ticks.back().value)});
+            }
+            labels = everyLabel(ticks, multiple);
+            const double needed = multipleFor(labels);
+            if (!(needed > multiple))
+                break;
+            multiple = needed;
+        }
+        std::erase_if(labels, [this](const AxisLabel& label) {
+            return label.text.isEmpty() || !m_in.rectangle.contains(label.box);
+        });
+        return labels;
+    }
+
+    bool isFixed() const
+    {
+        const double interval = m_axis.majorIntervalLength();
+        return m_axis.labelingPolicy() == CPTAxisLabelingPolicy::FixedInterval && std::isfinite(interval) &&
+               interval != 0;
+    }
+
+    /// How far the labels reach outward.
+    double labelReach() const
+    {
+        double reach = 0;
+        for (const AxisLabel& label : m_layout.labels)
+            reach = std::max(reach, m_isX ? label.box.bottom() - m_linePlace : m_linePlace - label.box.left());
+        return reach;
+    }
+
+    /// Where the near side of a title beyond the labels stands, outward from the axis line; `depth` is the height of
+    /// its text. It moves a little nearer to the labels before it would cross the frame's border.
+    double outerTitleDistance(double depth) const
+    {
+        const double ticksEnd = tickReach(m_axis.majorTickLength()).outward + kLabelGap;
+        const double labelsEnd = m_layout.labels.empty() ? 0 : labelReach();
+        const double wanted = std::max({titleOffset(), ticksEnd, labelsEnd > 0 ? labelsEnd + kTitleGap : 0});
+        const double nearest = std::max(ticksEnd, labelsEnd + kTitleClearance);
+        const QRectF& inside = m_in.frameInside;
+        const double room = m_isX ? inside.bottom() - m_linePlace : m_linePlace - inside.left();
+        return std::max(nearest, std::min(wanted, room - depth));
+    }
+
+    /// The same for a title inside the plot area, beside the inner ends of the ticks: negative.
+    double innerTitleDistance(double depth) const
+    {
+        return std::min(titleOffset(), -(tickReach(m_axis.majorTickLength()).inward + kTitleClearance + depth));
+    }
+
+    double titleOffset() const { return std::isfinite(m_axis.titleOffset()) ? m_axis.titleOffset() : 0; }
+
+    PlacedText titleAlongAxis(const QSizeF& size, double distance) const
+    {
+        const QPointF centre = m_in.plotArea.center();
+        PlacedText title;
+        title.text = m_axis.title();
+        title.readsUpward = !m_isX;
+        if (m_isX)
+            title.box = QRectF(QPointF(centre.x() - size.width() / 2, m_linePlace + distance), size);
+        else
+            title.box = QRectF(m_linePlace - distance - size.height(), centre.y() - size.width() / 2, size.height(),
+                               size.width());
+        return title;
+    }
+
+    /// Above the end of a y axis, clear of the label that may stand there.
+    PlacedText titleAboveAxis(const QSizeF& size) const
+    {
+        PlacedText title;
+        title.text = m_axis.title();
+        title.alignment = Qt::AlignLeft | Qt::AlignVCenter;
+        const double left = m_linePlace - tickReach(m_axis.majorTickLength()).outward;
+        const double room = m_in.plotArea.top() - m_in.frameInside.top() - size.height();
+        const double gap = std::max(kTitleClearance, std::min(kTitleGap, room));
+        title.box = QRectF(QPointF(left, m_in.plotArea.top() - gap - size.height()), size);
+        return title;
+    }
+
+    bool hasRoom(const PlacedText& title) const
+    {
+        return m_in.frameInside.contains(title.box) && m_in.rectangle.contains(title.box) &&
+               std::none_of(m_layout.labels.begin(), m_layout.labels.end(),
+                            [&title](const AxisLabel& label) { return label.box.intersects(title.box); });
+    }
+
+    /// Beyond the labels; where they are too wide for that above a y axis, and else inside the plot area.
+    std::optional<PlacedText> placedTitle() const
+    {
+        if (m_axis.title().isEmpty())
+            return std::nullopt;
+        const QSizeF size = m_in.measureText(m_axis.title(), m_axis.titleTextStyle());
+        std::vector<PlacedText> places;
+        if (titleOffset() >= 0) {
+            places.push_back(titleAlongAxis(size, outerTitleDistance(size.height())));
+            if (!m_isX)
+                places.push_back(titleAboveAxis(size));
+        }
+        places.push_back(titleAlongAxis(size, innerTitleDistance(size.height())));
+        const auto found =
+            std::find_if(places.begin(), places.end(), [this](const PlacedText& title) { return hasRoom(title); });
+        return found == places.end() ? std::nullopt : std::optional(*found);
+    }
+
+    const CPTXYAxis& m_axis;
+    const AxisSurroundings& m_in;
+    const bool m_isX;
+    const double m_linePlace;
+    TickPlan m_plan;
+    AxisLayout m_layout;
+};
+
+}  // namespace
+
+AxisLayout placeAxis(const CPTXYAxis& axis, const AxisSurroundings& surroundings)
+{
+    return Placement(axis, surroundings).place();
+}
+
+}  // namespace plotkit

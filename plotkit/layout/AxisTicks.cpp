@@ -1,0 +1,156 @@
+#include "plotkit/layout/AxisTicks.h"
+
+#include <algorithm>
+#include <array>
+#include <cmath>
+
+namespace plotkit {
+
+namespace {
+
+/// Steps under a day that a clock's face knows, in seconds.
+constexpr std::array<double, 21> kClockSteps{1,   2,    5,    10,   15,   20,    30,    60,    120,   300,  600,
+                                             900, 1200, 1800, 3600, 7200, 10800, 14400, 21600, 28800, 43200};
+constexpr double kDay = 86400;  // a fixed length is meant: ticks stand at multiples of seconds
+
+/// A tick a millionth of a step outside the range, for rounding's sake, still belongs to it.
+constexpr double kTolerance = 1e-6;
+/// Beyond this doubles no longer count by ones.
+constexpr double kLargestNumber = 9007199254740992.0;
+
+bool isMultiple(double value, double unit)
+{
+    return std::fmod(value, unit) == 0;
+}
+
+/// The least of 1, 2 or 5 × 10ⁿ that is not below `wanted`.
+double roundNumberFrom(double wanted)
+{
+    const double decade = std::pow(10.0, std::floor(std::log10(wanted)));
+    for (const double mantissa : {1.0, 2.0, 5.0})
+        if (mantissa * decade >= wanted * (1 - kTolerance))
+            return mantissa * decade;
+    return 10 * decade;
+}
+
+int minorsForMantissa(int mantissa)
+{
+    return mantissa == 2 ? 3 : 4;
+}
+
+struct Numbers {
+    double first, last;  // first > last: none
+};
+
+Numbers numbersInRange(const TickPlan& plan, const AxisMapping& mapping)
+{
+    const double first = std::ceil((mapping.range.minLimit() - plan.origin) / plan.step - kTolerance);
+    const double last = std::floor((mapping.range.maxLimit() - plan.origin) / plan.step + kTolerance);
+    const bool countable = std::abs(first) < kLargestNumber && std::abs(last) < kLargestNumber;
+    return countable ? Numbers{first, last} : Numbers{1, 0};
+}
+
+TickPlan fixedPlan(const CPTXYAxis& axis)
+{
+    TickPlan plan;
+    plan.origin = std::isfinite(axis.labelingOrigin()) ? axis.labelingOrigin() : 0;
+    plan.step = std::abs(axis.majorIntervalLength());
+    plan.minors = std::max(0, axis.minorTicksPerInterval());
+    plan.isTime = dynamic_cast<const CPTTimeFormatter*>(axis.labelFormatter().get()) != nullptr;
+    return plan;
+}
+
+}  // namespace
+
+double readableMultiple(const TickPlan& plan, double wanted)
+{
+    if (!(wanted > 1))
+        return 1;
+    const double least = std::ceil(wanted);
+    if (!std::isfinite(least))
+        return least;
+    if (plan.isTime) {
+        if (isMultiple(plan.step, kDay))
+            return least;
+        for (const double seconds : kClockSteps)
+            if (seconds >= least * plan.step && isMultiple(seconds, plan.step))
+                return seconds / plan.step;
+        if (isMultiple(kDay, plan.step))
+            return std::ceil(least * plan.step / kDay) * (kDay / plan.step);
+    }
+    return roundNumberFrom(least);
+}
+
+TickPlan automaticPlan(double length)
+{
+    constexpr double kMajors = 5;
+    const double wanted = std::abs(length) / kMajors;
+    if (!(wanted > 0) || !std::isfinite(wanted))
+        return {};
+    const double decade = std::pow(10.0, std::floor(std::log10(wanted)));
+    const double mantissa = wanted / decade;
+    const int nearest = mantissa < 1.5 ? 1 : mantissa < 3.5 ? 2 : mantissa < 7.5 ? 5 : 10;
+    return {0, nearest * decade, minorsForMantissa(nearest), false};
+}
+
+TickPlan coarserPlan(const TickPlan& plan)
+{
+    TickPlan coarser = plan;
+    coarser.step = roundNumberFrom(plan.step * 1.5);
+    const double decade = std::pow(10.0, std::floor(std::log10(coarser.step) + kTolerance));
+    coarser.minors = minorsForMantissa(static_cast<int>(std::lround(coarser.step / decade)));
+    return coarser;
+}
+
+TickPlan planTicks(const CPTXYAxis& axis, const AxisMapping& mapping)
+{
+    if (!mapping.isProper())
+        return {};
+    const double interval = axis.majorIntervalLength();
+    const bool fixed =
+        axis.labelingPolicy() == CPTAxisLabelingPolicy::FixedInterval && std::isfinite(interval) && interval != 0;
+    TickPlan plan = fixed ? fixedPlan(axis) : automaticPlan(mapping.range.length);
+    if (plan.isEmpty())
+        return {};
+    const double perPlace = valuePerPlace(mapping);
+    const double leastSpacing = std::max(kLeastMajorSpacing, std::abs(mapping.places) / kMostMajors);
+    plan.step *= readableMultiple(plan, leastSpacing * perPlace / plan.step);
+    if (!std::isfinite(plan.step))
+        return {};
+    if (plan.step / (plan.minors + 1.0) < kLeastMinorSpacing * perPlace)
+        plan.minors = 0;
+    return plan;
+}
+
+std::vector<MajorTick> majorTicks(const TickPlan& plan, const AxisMapping& mapping)
+{
+    std::vector<MajorTick> ticks;
+    if (plan.isEmpty() || !mapping.isProper())
+        return ticks;
+    const Numbers numbers = numbersInRange(plan, mapping);
+    for (double number = numbers.first; number <= numbers.last; ++number)
+        ticks.push_back({number, plan.origin + number * plan.step});
+    return ticks;
+}
+
+std::vector<double> minorTicks(const TickPlan& plan, const AxisMapping& mapping)
+{
+    std::vector<double> ticks;
+    if (plan.isEmpty() || plan.minors <= 0 || !mapping.isProper())
+        return ticks;
+    const Numbers numbers = numbersInRange(plan, mapping);
+    const double low = mapping.range.minLimit();
+    const double high = mapping.range.maxLimit();
+    if (!(numbers.first <= numbers.last + 1))
+        return ticks;
+    for (double number = numbers.first - 1; number <= numbers.last; ++number) {
+        for (int minor = 1; minor <= plan.minors; ++minor) {
+            const double value = plan.origin + (number + minor / (plan.minors + 1.0)) * plan.step;
+            if (value >= low && value <= high)
+                ticks.push_back(value);
+        }
+    }
+    return ticks;
+}
+
+}  // namespace plotkit

@@ -1,0 +1,54 @@
+#pragma once
+
+#include "plotkit/layout/AxisMapping.h"
+#include "plotkit/model/CPTAxis.h"
+
+#include <optional>
+#include <vector>
+
+/// Choosing where ticks stand, apart from placing, labelling and drawing them.
+///
+/// Pure; main thread only where an axis is read. Lengths are in the axis's value unit unless said otherwise.
+namespace plotkit {
+
+/// Majors at whole multiples of `step` from `origin`, each step divided by `minors` ticks. Step 0: no ticks at all.
+struct TickPlan {
+    double origin = 0;
+    double step = 0;
+    int minors = 0;
+    bool isTime = false;  ///< thinned to steps a clock or calendar knows
+
+    bool isEmpty() const { return !(step > 0); }
+};
+
+/// A major tick: its number counted from the origin stays the same while the range moves, which keeps thinning stable.
+struct MajorTick {
+    double number;
+    double value;
+};
+
+/// Majors never stand closer than this many places, and never more of them than `kMostMajors`.
+inline constexpr double kLeastMajorSpacing = 4;
+inline constexpr double kLeastMinorSpacing = 2;
+inline constexpr double kMostMajors = 4000;
+
+/// What an axis's labelling asks for, thinned to what can stand apart. A fixed interval's sign does not matter; one
+/// that is zero or not finite gives automatic ticks, so that an axis is never blank for want of an interval. An
+/// improper mapping, and a range too far from zero for doubles to tell its ticks apart, have none.
+TickPlan planTicks(const CPTXYAxis& axis, const AxisMapping& mapping);
+
+/// About five majors over a length at 1, 2 or 5 × 10ⁿ. A length that is zero or not finite gives an empty plan.
+TickPlan automaticPlan(double length);
+
+/// The next coarser of the automatic plans.
+TickPlan coarserPlan(const TickPlan& plan);
+
+/// The least readable count of steps, at least `wanted`, to keep one tick of: 1, 2 or 5 × 10ⁿ, and for times such that
+/// kept ticks stand at whole minutes, hours or days. Wanting less than one answers 1; infinity is answered as it is.
+double readableMultiple(const TickPlan& plan, double wanted);
+
+/// The ticks within the mapping's range, ascending in value.
+std::vector<MajorTick> majorTicks(const TickPlan& plan, const AxisMapping& mapping);
+std::vector<double> minorTicks(const TickPlan& plan, const AxisMapping& mapping);
+
+}  // namespace plotkit

@@ -1,0 +1,37 @@
+#pragma once
+
+#include "plotkit/layout/PlotReduction.h"
+
+/// Collects a line's points, cut at a rectangle, into the parts of a reduced plot.
+///
+/// Borrows the plot. For a line whose x never turns back the pieces stay one part: what lies between leaving and coming
+/// back is bridged along the rectangle's edge, out of sight. Any other line is broken there.
+namespace plotkit {
+
+enum class OutsidePieces { Bridge, Break };
+
+class LineCutter {
+public:
+    LineCutter(ReducedPlot& plot, const QRectF& rectangle, OutsidePieces outside);
+
+    /// The line's next point. Infinite coordinates count as far away. Requires: no NaN.
+    void add(QPointF point);
+
+    /// Ends the line. A line of one place inside the rectangle becomes a dot.
+    void finish();
+
+private:
+    bool contains(const QPointF& point) const;
+    void append(const QPointF& point);
+    void endPart();
+
+    ReducedPlot& m_plot;
+    double m_left, m_top, m_right, m_bottom;
+    OutsidePieces m_outside;
+    bool m_hasPrevious = false;
+    bool m_previousInside = false;
+    QPointF m_previous;
+    std::size_t m_partStart = 0;
+};
+
+}  // namespace plotkit

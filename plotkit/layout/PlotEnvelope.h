@@ -1,0 +1,40 @@
+#pragma once
+
+#include "plotkit/layout/PlotReduction.h"
+#include "plotkit/layout/SeriesBins.h"
+
+#include <memory>
+#include <vector>
+
+/// A crowded line as the stretch it fills in narrow columns: what a rasteriser needs of it, and nothing else.
+///
+/// Pure but for the memory kept between frames; one thread at a time.
+namespace plotkit {
+
+/// Columns of 1 / kColumnsPerPixel pixel. In column c the line comes in at `enter`, goes out at `leave`, and reaches
+/// from `low` to `high` between (places, y downward). Where the line is not, low is +infinity and high −infinity.
+/// Places lie within ±kFarthestPlace; enter and leave are cut there too, beyond any picture.
+struct PlotEnvelope {
+    static constexpr int kColumnsPerPixel = 16;
+    static constexpr double kFarthestPlace = 65536;
+
+    double left = 0;  ///< place of column 0's left edge
+    std::vector<float> enter, leave, low, high;
+};
+
+/// Works out envelopes frame after frame. Whoever paints *owns* one.
+class PlotEnveloping {
+public:
+    /// Fills the envelope of the `slot`-th plot of a picture and answers true. False where the points themselves are
+    /// few enough, x is not sorted, or the view is degenerate: reducePlotInto serves then.
+    bool envelopeInto(PlotEnvelope& envelope, const CPTPointSeries& series, const PlotView& view, std::size_t slot);
+
+private:
+    BinEdges& edgesOf(const CPTPointSeries& series);
+
+    std::vector<std::unique_ptr<BinEdges>> m_edges;
+    std::size_t m_nextEdges = 0;  // which of them is given up next
+    std::vector<SeriesBins> m_bins;
+};
+
+}  // namespace plotkit

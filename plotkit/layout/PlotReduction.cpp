@@ -1,0 +1,275 @@
+#include "plotkit/layout/PlotReduction.h"
+
+#include "plotkit/layout/AxisMapping.h"
+#include "plotkit/layout/LineCutter.h"
+#include "plotkit/model/CPTSeriesIndex.h"
+
+#include <algorithm>
+#include <cmath>
+#include <span>
+
+// The view, a margin on both sides included, is cut into bins a fraction of a pixel wide. A crowded bin gives its first
+// point, its extremes where they lie beyond first and last, and its last point: entering and leaving are exact, and
+// what happens between cannot be told apart from a vertical stroke.
+
+namespace plotkit {
+
+namespace {
+
+/// A bin with no more elements than this gives them all, which is exact and as cheap.
+constexpr std::size_t kFewElements = 4;
+/// In a bin of this many elements one block of the index is a sixteenth of the bin at most, if times are even.
+constexpr std::size_t kDenseElements = 16 * CPTSeriesIndex::kFineBlock;
+constexpr double kSnapShare = 1.0 / 8;
+/// How many bins ahead memory is asked for.
+constexpr std::size_t kBinsAhead = 6;
+/// Bounds the work for areas far wider than any screen or page.
+constexpr double kMostBins = 1 << 20;
+/// A crowd of walkers standing in the same fourth of a pixel is one.
+constexpr double kCellsPerPixel = 4;
+
+/// The first element in [from, last) at or after `value`, looked for around `guess` first; `last` when there is none.
+std::size_t firstElementAt(std::span<const double> x, std::size_t from, std::size_t last, std::size_t guess,
+                           double value)
+{
+    std::size_t low = from;  // everything before is smaller
+    std::size_t high = last;
+    guess = std::clamp(guess, from, last);
+    if (guess < last && x[guess] < value) {
+        low = guess + 1;
+        for (std::size_t step = 1; low + step < last; step *= 2) {
+            if (!(x[low + step] < value)) {
+                high = low + step;
+                break;
+            }
+            low += step + 1;
+        }
+    } else {
+        high = guess;
+        for (std::size_t step = 1; high >= from + step; step *= 2) {
+            if (x[high - step] < value) {
+                low = high - step + 1;
+                break;
+            }
+            high -= step;
+        }
+    }
+    const auto begin = x.begin();
+    return static_cast<std::size_t>(
+        std::lower_bound(begin + static_cast<std::ptrdiff_t>(low), begin + static_cast<std::ptrdiff_t>(high), value) -
+        begin);
+}
+
+class Reduction {
+public:
+    Reduction(ReducedPlot& plot, const CPTPointSeries& series, const PlotView& view)
+        : m_series(series),
+          m_x(series.x().span().first(series.elementCount())),
+          m_view(view),
+          m_xMapping(xMapping(view.xRange, view.area)),
+          m_yMapping(yMapping(view.yRange, view.area)),
+          m_cutter(plot, grownArea(view), series.isXSorted() ? OutsidePieces::Bridge : OutsidePieces::Break)
+    {
+    }
+
+    void run()
+    {
+        if (!m_xMapping.isProper())
+            standAllInTheMiddle();
+        else if (m_series.isXSorted())
+            reduceSorted();
+        else
+            walkAll();
+        m_cutter.finish();
+    }
+
+private:
+    static QRectF grownArea(const PlotView& view)
+    {
+        const double margin = std::isfinite(view.margin) ? std::max(0.0, view.margin) : 0.0;
+        return view.area.adjusted(-margin, -margin, margin, margin);
+    }
+
+    bool isDrawable(std::size_t element) const
+    {
+        return m_series.isPoint(element) && std::isfinite(m_series.y()[element]);
+    }
+    double placeOfX(std::size_t element) const { return placeForValue(m_xMapping, m_x[element]); }
+    double placeOfY(float y) const { return placeForValue(m_yMapping, y); }
+    void add(double x, double y) { m_cutter.add({x, y}); }
+    void addElement(std::size_t element) { add(placeOfX(element), placeOfY(m_series.y()[element])); }
+    void addElements(std::size_t first, std::size_t last)
+    {
+        for (std::size_t element = first; element < last; ++element)
+            if (isDrawable(element))
+                addElement(element);
+    }
+
+    void standAllInTheMiddle()
+    {
+        const CPTSeriesIndex::MinMax extremes = m_series.index().minMax(0, m_x.size());
+        if (extremes.isEmpty())
+            return;
+        add(m_xMapping.middlePlace(), placeOfY(extremes.max));
+        add(m_xMapping.middlePlace(), placeOfY(extremes.min));
+    }
+
+    void walkAll()
+    {
+        double column = std::nan("");
+        double row = std::nan("");
+        std::size_t skipped = m_x.size();
+        for (std::size_t element = 0; element < m_x.size(); ++element) {
+            if (!isDrawable(element) || !std::isfinite(m_x[element]))
+                continue;
+            const double nextColumn = std::floor(placeOfX(element) * kCellsPerPixel);
+            const double nextRow = std::floor(placeOfY(m_series.y()[element]) * kCellsPerPixel);
+            if (nextColumn == column && nextRow == row) {
+                skipped = element;
+                continue;
+            }
+            if (skipped < m_x.size())
+                addElement(skipped);
+            skipped = m_x.size();
+            column = nextColumn;
+            row = nextRow;
+            addElement(element);
+        }
+        if (skipped < m_x.size())
+            addElement(skipped);
+    }
+
+    void reduceSorted()
+    {
+        const double perPlace = valuePerPlace(m_xMapping);
+        const QRectF grown = grownArea(m_view);
+        const double margin = (grown.width() - m_view.area.width()) / 2;
+        m_low = m_view.xRange.minLimit() - margin * perPlace;
+        const double high = m_view.xRange.maxLimit() + margin * perPlace;
+        const std::size_t elements = m_x.size();
+        const std::size_t first = firstElementAt(m_x, 0, elements, elements / 2, m_low);
+        const std::size_t last = static_cast<std::size_t>(
+            std::upper_bound(m_x.begin() + static_cast<std::ptrdiff_t>(first), m_x.end(), high) - m_x.begin());
+        const int columnsPerPixel = std::clamp(m_view.columnsPerPixel, 1, 64);
+        const double wanted = std::ceil(grown.width() * columnsPerPixel);
+        const auto bins = static_cast<std::size_t>(std::min(wanted, kMostBins));
+        m_binWidth = perPlace * grown.width() / static_cast<double>(bins);
+
+        const std::size_t before = m_series.index().lastPointBefore(first);
+        if (before < elements)
+            addElement(before);
+        if (last - first <= 2 * bins)
+            addElements(first, last);
+        else
+            addBins(first, last, bins);
+        const std::size_t after = m_series.index().firstPointFrom(last);
+        if (after < elements)
+            addElement(after);
+    }
+
+    void addBins(std::size_t first, std::size_t last, std::size_t bins)
+    {
+        std::size_t from = first;
+        std::size_t stride = (last - first) / bins;
+        for (std::size_t number = 0; number < bins && from < last; ++number) {
+            const double edge = m_low + static_cast<double>(number + 1) * m_binWidth;
+            fetchAhead(from + kBinsAhead * stride, last);
+            // The last bin takes what rounding left over.
+            const std::size_t to =
+                number + 1 == bins ? last : snapped(from, firstElementAt(m_x, from, last, from + stride, edge), edge);
+            stride = to - from;
+            addBin(from, to);
+            from = to;
+        }
+    }
+
+    /// Has memory sent ahead of its use: each bin reads a few places far apart.
+    void fetchAhead(std::size_t element, std::size_t last) const
+    {
+        if (element >= last)
+            return;
+        __builtin_prefetch(m_x.data() + element);
+        __builtin_prefetch(m_series.y().data() + element);
+    }
+
+    /// Moves a dense bin's end back to where a block of the index begins, if that is no move to speak of, so that the
+    /// samples themselves need not be read.
+    std::size_t snapped(std::size_t from, std::size_t to, double edge) const
+    {
+        if (to - from < kDenseElements)
+            return to;
+        const std::size_t block = to - to % CPTSeriesIndex::kFineBlock;
+        return block < to && m_x[block] >= edge - m_binWidth * kSnapShare ? block : to;
+    }
+
+    void addBin(std::size_t from, std::size_t to)
+    {
+        if (to - from <= kFewElements) {
+            addElements(from, to);
+            return;
+        }
+        const std::size_t first = m_series.index().firstPointFrom(from);
+        if (first >= to)
+            return;
+        const std::size_t last = m_series.index().lastPointBefore(to);
+        const CPTSeriesIndex::MinMax extremes = m_series.index().minMax(from, to);
+        const double enter = placeOfX(first);
+        const double leave = placeOfX(last);
+        const float yFirst = m_series.y()[first];
+        const float yLast = m_series.y()[last];
+        add(enter, placeOfY(yFirst));
+        addExtremes((enter + leave) / 2, extremes, yFirst, yLast);
+        if (last != first)
+            add(leave, placeOfY(yLast));
+    }
+
+    /// Those extremes that lie beyond both ends, in the order that makes the shorter way.
+    void addExtremes(double x, const CPTSeriesIndex::MinMax& extremes, float yFirst, float yLast)
+    {
+        const bool below = extremes.min < std::min(yFirst, yLast);
+        const bool above = extremes.max > std::max(yFirst, yLast);
+        const bool rising = yFirst <= yLast;
+        if (below && rising)
+            add(x, placeOfY(extremes.min));
+        if (above)
+            add(x, placeOfY(extremes.max));
+        if (below && !rising)
+            add(x, placeOfY(extremes.min));
+    }
+
+    const CPTPointSeries& m_series;
+    std::span<const double> m_x;
+    const PlotView& m_view;
+    AxisMapping m_xMapping;
+    AxisMapping m_yMapping;
+    LineCutter m_cutter;
+    double m_low = 0;       // value at the first bin's edge
+    double m_binWidth = 0;  // values
+};
+
+}  // namespace
+
+void ReducedPlot::clear()
+{
+    points.clear();
+    partEnds.clear();
+}
+
+ReducedPlot reducePlot(const CPTPointSeries& series, const PlotView& view)
+{
+    ReducedPlot plot;
+    reducePlotInto(plot, series, view);
+    return plot;
+}
+
+void reducePlotInto(ReducedPlot& plot, const CPTPointSeries& series, const PlotView& view)
+{
+    plot.clear();
+    const QRectF& area = view.area;
+    const bool drawable = std::isfinite(area.x()) && std::isfinite(area.y()) && std::isfinite(area.width()) &&
+                          std::isfinite(area.height()) && area.width() > 0 && area.height() > 0;
+    if (drawable && series.elementCount() > 0)
+        Reduction(plot, series, view).run();
+}
+
+}  // namespace plotkit

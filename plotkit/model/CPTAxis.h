@@ -1,0 +1,113 @@
+#pragma once
+
+#include "plotkit/model/CPTFormatter.h"
+#include "plotkit/model/CPTPlotRange.h"
+#include "plotkit/model/CPTStyles.h"
+
+#include <functional>
+#include <optional>
+
+enum class CPTAxisLabelingPolicy { Automatic, FixedInterval };
+enum class CPTSign { None, Positive, Negative };  ///< None: ticks cross the axis
+
+/// One axis: how it is labelled and styled, as plain state. Every styled value can be read back.
+///
+/// Fixed interval: majors at whole multiples of `majorIntervalLength` from `labelingOrigin`. Automatic: about five
+/// majors at 1, 2 or 5 × 10ⁿ; the stored interval is kept but places no tick. The axis set *owns* it. Main thread only.
+class CPTXYAxis {
+public:
+    explicit CPTXYAxis(CPTCoordinate coordinate);
+
+    CPTCoordinate coordinate() const { return m_coordinate; }
+
+    CPTAxisLabelingPolicy labelingPolicy() const { return m_labelingPolicy; }
+    void setLabelingPolicy(CPTAxisLabelingPolicy policy) { set(m_labelingPolicy, policy); }
+    double majorIntervalLength() const { return m_majorIntervalLength; }
+    void setMajorIntervalLength(double length) { set(m_majorIntervalLength, length); }
+    int minorTicksPerInterval() const { return m_minorTicksPerInterval; }
+    void setMinorTicksPerInterval(int count) { set(m_minorTicksPerInterval, count); }
+    double labelingOrigin() const { return m_labelingOrigin; }
+    void setLabelingOrigin(double origin) { set(m_labelingOrigin, origin); }
+    const CPTFormatterPtr& labelFormatter() const { return m_labelFormatter; }
+    void setLabelFormatter(CPTFormatterPtr formatter) { set(m_labelFormatter, std::move(formatter)); }
+    const CPTTextStyle& labelTextStyle() const { return m_labelTextStyle; }
+    void setLabelTextStyle(const CPTTextStyle& style) { set(m_labelTextStyle, style); }
+
+    const QString& title() const { return m_title; }
+    void setTitle(const QString& title) { set(m_title, title); }
+    double titleOffset() const { return m_titleOffset; }  ///< points from the axis away from the plot area
+    void setTitleOffset(double offset) { set(m_titleOffset, offset); }
+    const CPTTextStyle& titleTextStyle() const { return m_titleTextStyle; }
+    void setTitleTextStyle(const CPTTextStyle& style) { set(m_titleTextStyle, style); }
+
+    double orthogonalPosition() const { return m_orthogonalPosition; }
+    void setOrthogonalPosition(double position) { set(m_orthogonalPosition, position); }
+    const std::optional<CPTConstraints>& axisConstraints() const { return m_axisConstraints; }
+    void setAxisConstraints(const std::optional<CPTConstraints>& constraints) { set(m_axisConstraints, constraints); }
+    CPTSign tickDirection() const { return m_tickDirection; }
+    void setTickDirection(CPTSign direction) { set(m_tickDirection, direction); }
+
+    const std::optional<CPTLineStyle>& axisLineStyle() const { return m_axisLineStyle; }
+    void setAxisLineStyle(const std::optional<CPTLineStyle>& style) { set(m_axisLineStyle, style); }
+    const std::optional<CPTLineStyle>& majorGridLineStyle() const { return m_majorGridLineStyle; }
+    void setMajorGridLineStyle(const std::optional<CPTLineStyle>& style) { set(m_majorGridLineStyle, style); }
+    const std::optional<CPTLineStyle>& minorGridLineStyle() const { return m_minorGridLineStyle; }
+    void setMinorGridLineStyle(const std::optional<CPTLineStyle>& style) { set(m_minorGridLineStyle, style); }
+    const std::optional<CPTLineStyle>& majorTickLineStyle() const { return m_majorTickLineStyle; }
+    void setMajorTickLineStyle(const std::optional<CPTLineStyle>& style) { set(m_majorTickLineStyle, style); }
+    const std::optional<CPTLineStyle>& minorTickLineStyle() const { return m_minorTickLineStyle; }
+    void setMinorTickLineStyle(const std::optional<CPTLineStyle>& style) { set(m_minorTickLineStyle, style); }
+    double majorTickLength() const { return m_majorTickLength; }
+    void setMajorTickLength(double length) { set(m_majorTickLength, length); }
+    double minorTickLength() const { return m_minorTickLength; }
+    void setMinorTickLength(double length) { set(m_minorTickLength, length); }
+
+    /// Called after every change.
+    void setChangeHandler(std::function<void()> handler) { m_changeHandler = std::move(handler); }
+
+private:
+    template <class T>
+    void set(T& field, T value)
+    {
+        field = std::move(value);
+        if (m_changeHandler)
+            m_changeHandler();
+    }
+
+    CPTCoordinate m_coordinate;
+    CPTAxisLabelingPolicy m_labelingPolicy = CPTAxisLabelingPolicy::Automatic;
+    double m_majorIntervalLength = 1;
+    int m_minorTicksPerInterval = 1;
+    double m_labelingOrigin = 0;
+    CPTFormatterPtr m_labelFormatter;  ///< the default: one decimal
+    CPTTextStyle m_labelTextStyle;
+    QString m_title;
+    double m_titleOffset = 30;
+    CPTTextStyle m_titleTextStyle;
+    double m_orthogonalPosition = 0;
+    std::optional<CPTConstraints> m_axisConstraints;
+    CPTSign m_tickDirection = CPTSign::None;
+    std::optional<CPTLineStyle> m_axisLineStyle = CPTLineStyle{};
+    std::optional<CPTLineStyle> m_majorGridLineStyle;
+    std::optional<CPTLineStyle> m_minorGridLineStyle;
+    std::optional<CPTLineStyle> m_majorTickLineStyle = CPTLineStyle{};
+    std::optional<CPTLineStyle> m_minorTickLineStyle = CPTLineStyle{};
+    double m_majorTickLength = 5;
+    double m_minorTickLength = 3;
+    std::function<void()> m_changeHandler;
+};
+
+/// The axes of a graph: x first, y last. The graph *owns* it.
+class CPTXYAxisSet {
+public:
+    CPTXYAxis* xAxis() { return &m_xAxis; }
+    CPTXYAxis* yAxis() { return &m_yAxis; }
+    CPTXYAxis* firstAxis() { return &m_xAxis; }
+    CPTXYAxis* lastAxis() { return &m_yAxis; }
+    const CPTXYAxis& xAxis() const { return m_xAxis; }
+    const CPTXYAxis& yAxis() const { return m_yAxis; }
+
+private:
+    CPTXYAxis m_xAxis{CPTCoordinate::X};
+    CPTXYAxis m_yAxis{CPTCoordinate::Y};
+};

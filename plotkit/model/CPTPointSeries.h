@@ -1,0 +1,101 @@
+#pragma once
+
+#include "base/SharedArray.h"
+
+#include <QtCore/QObject>
+
+#include <cstdint>
+#include <memory>
+#include <optional>
+
+struct CPTPoint {
+    double x = 0;  ///< seconds since 1970-01-01 UTC
+    double y = 0;  ///< value; stored as a single-precision float
+
+    friend bool operator==(const CPTPoint&, const CPTPoint&) = default;
+};
+
+class CPTSeriesIndex;  // the min/max index over y
+
+/// The ordered points of one plot as columns: x shared with whoever fetched it, y as floats, and a bitmap of the
+/// elements that are points at all. Elements outside the bitmap were dropped; the line runs on to the next point.
+///
+/// Immutable once made, *shared* by array controller and plot; any thread may read.
+class CPTPointSeries {
+public:
+    /// x and y have equal lengths, or x is longer and its rest is ignored. `pointCount` is the number of set bits.
+    CPTPointSeries(plotix::SharedArray<double> x, plotix::SharedArray<float> y, plotix::ValidityBitmap points,
+                   std::size_t pointCount);
+    ~CPTPointSeries();
+
+    /// A series holding the single point (0, 0).
+    static std::shared_ptr<const CPTPointSeries> origin();
+
+    std::size_t count() const { return m_pointCount; }       ///< points
+    std::size_t elementCount() const { return m_y.size(); }  ///< elements, dropped ones included
+    bool isPoint(std::size_t element) const { return m_points.isValid(element); }
+
+    /// The index-th point, counting points only. Walks the bitmap by words: for tests and few points.
+    /// Requires: index < count().
+    CPTPoint pointAt(std::size_t index) const;
+
+    const plotix::SharedArray<double>& x() const { return m_x; }
+    const plotix::SharedArray<float>& y() const { return m_y; }
+    const plotix::ValidityBitmap& points() const { return m_points; }
+
+    /// A number no other series of this process has; never 0. What was worked out of a series is kept under it.
+    std::uint64_t serial() const { return m_serial; }
+
+    /// Whether x is finite and never decreases over the elements, dropped ones included.
+    bool isXSorted() const { return m_xSorted; }
+
+    /// Smallest and largest x and y over the points; absent when there are none. Points with a coordinate that is not
+    /// finite are left out: no range can show them.
+    struct Extent {
+        double minX, maxX;
+        float minY, maxY;
+    };
+    std::optional<Extent> extent() const { return m_extent; }
+
+    /// The min/max index over the elements; built with the series. Never null.
+    const CPTSeriesIndex& index() const { return *m_index; }
+
+private:
+    std::optional<Extent> computedExtent() const;
+
+    plotix::SharedArray<double> m_x;
+    plotix::SharedArray<float> m_y;
+    plotix::ValidityBitmap m_points;
+    std::size_t m_pointCount;
+    std::uint64_t m_serial;
+    bool m_xSorted = true;
+    std::optional<Extent> m_extent;
+    std::unique_ptr<const CPTSeriesIndex> m_index;
+};
+
+using CPTPointSeriesPtr = std::shared_ptr<const CPTPointSeries>;
+
+/// The array controller of one series: plots bind to its "arrangedObjects.x" and "arrangedObjects.y".
+///
+/// Its arranged order is its content order. Main thread only.
+class CPTSeriesController : public QObject {
+    Q_OBJECT
+public:
+    explicit CPTSeriesController(CPTPointSeriesPtr content) : m_content(std::move(content)) {}
+
+    const CPTPointSeriesPtr& content() const { return m_content; }
+    const CPTPointSeriesPtr& arrangedObjects() const { return m_content; }
+    void setContent(CPTPointSeriesPtr content)
+    {
+        m_content = std::move(content);
+        emit arrangedObjectsChanged();
+    }
+
+signals:
+    void arrangedObjectsChanged();
+
+private:
+    CPTPointSeriesPtr m_content;
+};
+
+using CPTSeriesControllerPtr = std::shared_ptr<CPTSeriesController>;

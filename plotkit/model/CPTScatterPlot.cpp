@@ -1,0 +1,58 @@
+#include "plotkit/model/CPTScatterPlot.h"
+
+CPTPlotDelegate::~CPTPlotDelegate() = default;
+
+CPTScatterPlot::~CPTScatterPlot()
+{
+    QObject::disconnect(m_connection);
+}
+
+void CPTScatterPlot::setDataLineStyle(const CPTLineStyle& style)
+{
+    m_dataLineStyle = style;
+    changed();
+}
+
+void CPTScatterPlot::setHidden(bool hidden)
+{
+    if (m_hidden == hidden)
+        return;
+    m_hidden = hidden;
+    changed();
+}
+
+void CPTScatterPlot::bind(CPTScatterPlotBinding binding, const CPTSeriesControllerPtr& controller,
+                          const QString& keyPath)
+{
+    if (!controller || controller != m_controller.lock()) {
+        QObject::disconnect(m_connection);
+        m_xKeyPath.clear();
+        m_yKeyPath.clear();
+        m_controller = controller;
+        if (controller)
+            m_connection = QObject::connect(controller.get(), &CPTSeriesController::arrangedObjectsChanged,
+                                            controller.get(), [this] { changed(); });
+    }
+    if (controller)
+        (binding == CPTScatterPlotBinding::XValues ? m_xKeyPath : m_yKeyPath) = keyPath;
+    changed();
+}
+
+QString CPTScatterPlot::boundKeyPath(CPTScatterPlotBinding binding) const
+{
+    return binding == CPTScatterPlotBinding::XValues ? m_xKeyPath : m_yKeyPath;
+}
+
+CPTPointSeriesPtr CPTScatterPlot::series() const
+{
+    const CPTSeriesControllerPtr controller = m_controller.lock();
+    if (!controller || m_xKeyPath != u"arrangedObjects.x" || m_yKeyPath != u"arrangedObjects.y")
+        return nullptr;
+    return controller->arrangedObjects();
+}
+
+void CPTScatterPlot::changed() const
+{
+    if (m_changeHandler)
+        m_changeHandler();
+}

@@ -1,0 +1,70 @@
+#pragma once
+
+#include "plotkit/model/CPTPointSeries.h"
+#include "plotkit/model/CPTStyles.h"
+
+#include <QtCore/QMetaObject>
+
+#include <functional>
+#include <memory>
+
+class CPTScatterPlot;
+
+/// Told when a plot has been drawn. Borrowed by the plots; reset or outlive.
+class CPTPlotDelegate {
+public:
+    virtual ~CPTPlotDelegate();
+    virtual void didFinishDrawing(CPTScatterPlot* plot) = 0;
+};
+
+enum class CPTScatterPlotBinding { XValues, YValues };
+inline constexpr CPTScatterPlotBinding CPTScatterPlotBindingXValues = CPTScatterPlotBinding::XValues;
+inline constexpr CPTScatterPlotBinding CPTScatterPlotBindingYValues = CPTScatterPlotBinding::YValues;
+
+/// One line through the points of a series. Shared by the graph and whoever looks at it. Main thread only.
+class CPTScatterPlot {
+public:
+    CPTScatterPlot() = default;
+    ~CPTScatterPlot();
+    CPTScatterPlot(const CPTScatterPlot&) = delete;
+    CPTScatterPlot& operator=(const CPTScatterPlot&) = delete;
+
+    const QString& identifier() const { return m_identifier; }
+    void setIdentifier(const QString& identifier) { m_identifier = identifier; }
+    CPTPlotDelegate* delegate() const { return m_delegate; }
+    void setDelegate(CPTPlotDelegate* delegate) { m_delegate = delegate; }
+
+    const CPTLineStyle& dataLineStyle() const { return m_dataLineStyle; }
+    void setDataLineStyle(const CPTLineStyle& style);
+
+    /// A hidden plot is not drawn and reports nothing; it still counts in a fit.
+    bool isHidden() const { return m_hidden; }
+    void setHidden(bool hidden);
+
+    /// Reads values through the controller; the key path is "arrangedObjects.x" or "arrangedObjects.y".
+    /// Holds the controller weakly: values are gone when it is. Both bindings name the same controller: binding to
+    /// another one drops the other binding, a null one drops both.
+    void bind(CPTScatterPlotBinding binding, const CPTSeriesControllerPtr& controller, const QString& keyPath);
+    QString boundKeyPath(CPTScatterPlotBinding binding) const;
+    CPTSeriesControllerPtr boundController() const { return m_controller.lock(); }
+
+    /// The bound points; null until both bindings stand.
+    CPTPointSeriesPtr series() const;
+
+    void setChangeHandler(std::function<void()> handler) { m_changeHandler = std::move(handler); }
+
+private:
+    void changed() const;
+
+    QString m_identifier;
+    CPTPlotDelegate* m_delegate = nullptr;
+    CPTLineStyle m_dataLineStyle;
+    bool m_hidden = false;
+    QString m_xKeyPath;
+    QString m_yKeyPath;
+    std::weak_ptr<CPTSeriesController> m_controller;
+    QMetaObject::Connection m_connection;
+    std::function<void()> m_changeHandler;
+};
+
+using CPTScatterPlotPtr = std::shared_ptr<CPTScatterPlot>;

@@ -1,0 +1,103 @@
+#include "plotkit/render/GraphPainter.h"
+
+#include "plotkit/layout/GraphLayout.h"
+
+#include <algorithm>
+#include <utility>
+
+namespace plotkit {
+
+namespace {
+
+void drawLines(GraphCanvas& canvas, const std::vector<QLineF>& lines, const std::optional<CPTLineStyle>& style)
+{
+    for (const QLineF& line : lines)
+        canvas.drawLine(line, style);
+}
+
+void drawGrid(GraphCanvas& canvas, const AxisLayout& layout, const CPTXYAxis& axis)
+{
+    drawLines(canvas, layout.minorGridLines, axis.minorGridLineStyle());
+    drawLines(canvas, layout.majorGridLines, axis.majorGridLineStyle());
+}
+
+/// Ticks this many times as far apart as they are wide can be told apart; nearer ones would merge into a bar.
+constexpr double kLeastTickSpacing = 3.0;
+
+bool mayMerge(const std::vector<QLineF>& ticks, const CPTLineStyle& style)
+{
+    for (std::size_t index = 1; index < ticks.size(); ++index) {
+        const QPointF apart = ticks[index].p1() - ticks[index - 1].p1();
+        if (apart.manhattanLength() < kLeastTickSpacing * style.width)
+            return true;
+    }
+    return false;
+}
+
+bool isLabelled(const AxisLayout& layout, double value)
+{
+    return std::any_of(layout.labels.begin(), layout.labels.end(),
+                       [value](const AxisLabel& label) { return label.value == value; });
+}
+
+/// Of ticks that would merge only the labelled majors stay.
+void drawTicks(GraphCanvas& canvas, const AxisLayout& layout, const CPTXYAxis& axis)
+{
+    const std::optional<CPTLineStyle>& minorStyle = axis.minorTickLineStyle();
+    const std::optional<CPTLineStyle>& majorStyle = axis.majorTickLineStyle();
+    const bool majorsMerge = majorStyle && mayMerge(layout.majorTicks, *majorStyle);
+    if (minorStyle && !majorsMerge && !mayMerge(layout.minorTicks, *minorStyle))
+        drawLines(canvas, layout.minorTicks, minorStyle);
+    for (std::size_t index = 0; index < layout.majorTicks.size(); ++index)
+        if (!majorsMerge || isLabelled(layout, layout.majorValues[index]))
+            canvas.drawLine(layout.majorTicks[index], majorStyle);
+}
+
+TextGround groundOf(const PlacedText& text, const QRectF& plotArea)
+{
+    return plotArea.intersects(text.box) ? TextGround::Plots : TextGround::Plain;
+}
+
+void drawTexts(GraphCanvas& canvas, const AxisLayout& layout, const CPTXYAxis& axis, const QRectF& plotArea)
+{
+    for (const AxisLabel& label : layout.labels)
+        canvas.drawText(label, axis.labelTextStyle(), groundOf(label, plotArea));
+    if (layout.title)
+        canvas.drawText(*layout.title, axis.titleTextStyle(), groundOf(*layout.title, plotArea));
+}
+
+}  // namespace
+
+void GraphPainter::paint(QPainter& painter, const CPTXYGraph& graph, const QRectF& rect)
+{
+    if (rect.isEmpty())
+        return;
+    const GraphLayout layout = layOutGraph(
+        graph, rect, [this](const QString& text, const CPTTextStyle& style) { return m_texts.sizeOf(text, style); });
+    using LaidOutAxis = std::pair<const AxisLayout&, const CPTXYAxis&>;
+    const LaidOutAxis axes[] = {{layout.xAxis, graph.axes().xAxis()}, {layout.yAxis, graph.axes().yAxis()}};
+
+    GraphCanvas canvas(painter, &m_texts);
+    m_ground.draw(canvas, graph, rect, layout.frame);
+    for (const auto& [axisLayout, axis] : axes)
+        drawGrid(canvas, axisLayout, axis);
+    m_plots.drawPlots(canvas, graph, layout.plotArea);
+    for (const auto& [axisLayout, axis] : axes)
+        canvas.drawLine(axisLayout.line, axis.axisLineStyle());
+    for (const auto& [axisLayout, axis] : axes)
+        drawTicks(canvas, axisLayout, axis);
+    for (const auto& [axisLayout, axis] : axes)
+        drawTexts(canvas, axisLayout, axis, layout.plotArea);
+    if (layout.title)
+        canvas.drawText(*layout.title, graph.titleTextStyle(), groundOf(*layout.title, layout.plotArea));
+}
+
+void reportFinishedDrawing(const CPTXYGraph& graph)
+{
+    const std::vector<CPTScatterPlotPtr> plots = graph.allPlots();  // a delegate may remove plots
+    for (const CPTScatterPlotPtr& plot : plots)
+        if (!plot->isHidden() && plot->delegate())
+            plot->delegate()->didFinishDrawing(plot.get());
+}
+
+}  // namespace plotkit

@@ -1,0 +1,28 @@
+#pragma once
+
+#include "plotkit/render/GraphGround.h"
+#include "plotkit/render/GraphRendering.h"
+#include "plotkit/render/PlotPainting.h"
+#include "plotkit/render/TextImages.h"
+
+/// Draws whole graphs and keeps working memory from one to the next. A view that repaints *owns* one. Main thread only.
+namespace plotkit {
+
+class GraphPainter {
+public:
+    /// Paints the graph into `rect` (points) of the painter: fill, frame, grid, plots, axes, ticks, texts, in this
+    /// order. An empty rectangle draws nothing. Tells nobody.
+    void paint(QPainter& painter, const CPTXYGraph& graph, const QRectF& rect);
+
+private:
+    GraphGround m_ground;
+    PlotPainting m_plots;
+    TextImages m_texts;
+};
+
+/// Tells the delegates of the graph's visible plots that they were drawn, each plot once, first to last.
+///
+/// Call after the painter has ended: a delegate may change widgets, the graph, or let go of it.
+void reportFinishedDrawing(const CPTXYGraph& graph);
+
+}  // namespace plotkit

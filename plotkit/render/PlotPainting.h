@@ -1,0 +1,39 @@
+#pragma once
+
+#include "plotkit/layout/PlotEnvelope.h"
+#include "plotkit/layout/PlotReduction.h"
+#include "plotkit/model/CPTXYGraph.h"
+#include "plotkit/raster/PolylineRasteriser.h"
+#include "plotkit/render/GraphCanvas.h"
+
+#include <QtGui/QImage>
+
+/// Draws the plots of a graph: their reduced polylines become pixels on a raster device and paths on any other.
+///
+/// Keeps its working memory from frame to frame: one painter for a view that repaints, a passing one for a single
+/// picture. Work depends on the pixels shown, never on the number of points. Main thread only.
+namespace plotkit {
+
+class PlotPainting {
+public:
+    /// Draws the visible plots, first to last, clipped to the plot area (points). An empty area draws nothing.
+    void drawPlots(GraphCanvas& canvas, const CPTXYGraph& graph, const QRectF& plotArea);
+
+private:
+    void drawPixels(GraphCanvas& canvas, const CPTXYGraph& graph, const QRectF& plotArea);
+    void drawPaths(GraphCanvas& canvas, const CPTXYGraph& graph, const QRectF& plotArea);
+    void strokePlot(const PixelBuffer& buffer, const QRect& clip, const CPTScatterPlot& plot, const PlotView& view,
+                    double density, std::size_t slot);
+    bool reduce(const CPTScatterPlot& plot, const PlotView& view);
+    void strokePlots(const PixelBuffer& buffer, const QRect& clip, const CPTXYGraph& graph, const QRectF& area,
+                     double density);
+    void prepareLayer(const QSize& size);
+
+    ReducedPlot m_reduced;
+    PlotEnveloping m_enveloping;
+    PlotEnvelope m_envelope;
+    PolylineRasteriser m_rasteriser;
+    QImage m_layer;
+};
+
+}  // namespace plotkit

@@ -1,0 +1,52 @@
+#pragma once
+
+#include "plotkit/model/CPTPlotSpace.h"
+
+#include <QtCore/QPointF>
+#include <QtCore/QRectF>
+
+/// What gestures and keys propose to a plot space: moves and zooms measured in places of the view.
+///
+/// Places are points of the view, y downward. The plot space is *borrowed*. Main thread only.
+namespace plotkit {
+
+/// How much one notch of a wheel, or one press of plus, magnifies.
+inline constexpr double kZoomStep = 1.25;
+/// The part of a range that one press of an arrow key, or one notch of a horizontal wheel, moves.
+inline constexpr double kPanStep = 0.1;
+
+/// The magnification of a wheel turned by `eighthsOfDegree`; 120 are one notch, positive turns magnify.
+double zoomFactorForWheel(double eighthsOfDegree);
+
+/// Zooms about what is shown at a place; a place beside the plot area counts as the nearest one inside.
+/// An empty plot area: nothing happens.
+void zoomAboutPlace(CPTXYPlotSpace& space, const QRectF& plotArea, double factor, QPointF place);
+
+/// Moves what x shows by `places`, positive to the right. An empty plot area: nothing happens.
+void panXByPlaces(CPTXYPlotSpace& space, const QRectF& plotArea, double places);
+
+/// Moves the shown part of an axis by a share of its length, positive towards its end.
+void panByShare(CPTXYPlotSpace& space, CPTCoordinate coordinate, double share);
+
+/// A pan that follows the pointer from the ranges there were when it began, so that it never drifts.
+///
+/// Ranges that someone else changes meanwhile (a fit, say) become the new start.
+class PlotSpaceDrag {
+public:
+    PlotSpaceDrag(CPTXYPlotSpace& space, const QRectF& plotArea, QPointF place);
+
+    /// Proposes x first, then y. The pointer where it was last: nothing is proposed.
+    void moveTo(QPointF place);
+
+private:
+    void beginAt(QPointF place);
+
+    CPTXYPlotSpace& m_space;
+    QRectF m_plotArea;
+    QPointF m_startPlace;
+    QPointF m_lastPlace;
+    CPTPlotRange m_startX, m_startY;
+    CPTPlotRange m_lastX, m_lastY;  ///< as the drag left them
+};
+
+}  // namespace plotkit
