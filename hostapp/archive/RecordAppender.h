@@ -1,0 +1,35 @@
+#pragma once
+
+#include "hostapp/archive/RecordArchive.h"
+
+/// Stores small blocks as they come, second after second: each in a transaction of its own, over a connection that is
+/// kept, because opening one costs more than storing.
+///
+/// A block behind everything stored costs a few pages of the file: what does not fill a chunk is taken together with
+/// the short chunks before it the way a counter carries, so a value is rewritten some fourteen times at most. Other
+/// writers wait for a commit, never for the time between two. One thread at a time. Throws HostError.
+namespace plotix {
+
+class RecordAppender {
+public:
+    explicit RecordAppender(const QString& file);
+    ~RecordAppender();
+    RecordAppender(const RecordAppender&) = delete;
+    RecordAppender& operator=(const RecordAppender&) = delete;
+
+    /// How long `append` waits for another writer; 3 seconds at first.
+    void setPatience(int milliseconds);
+
+    /// Stored when it returns: whatever happens to this process afterwards, the records are there. When it throws,
+    /// nothing of the block is stored, and it may be tried again.
+    void append(RowId agent, const RecordBlock& block);
+
+    /// Time of the agent's last record.
+    std::optional<double> lastTime(RowId agent);
+
+private:
+    struct Impl;
+    std::unique_ptr<Impl> m_impl;
+};
+
+}  // namespace plotix

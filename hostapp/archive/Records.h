@@ -1,0 +1,62 @@
+#pragma once
+
+#include "hostapp/archive/RecordArchive.h"
+
+#include <cstdint>
+#include <vector>
+
+/// Records in memory on their way into the archive: a borrowed view of columns, and columns that are owned.
+///
+/// Pure values; no file. "Ordered" means times strictly ascending.
+namespace plotix {
+
+/// Columns someone else owns; must outlive the view.
+struct RecordsView {
+    struct Column {
+        RowId property = 0;
+        const double* values = nullptr;
+        const std::uint64_t* valid = nullptr;  ///< null: every element is valid
+        std::size_t firstValid = 0;            ///< position of the first element's bit
+    };
+    const double* times = nullptr;
+    std::size_t size = 0;
+    std::vector<Column> columns;
+
+    static RecordsView of(const RecordBlock& block);
+    RecordsView slice(std::size_t first, std::size_t count) const;
+    bool isOrdered() const;
+};
+
+/// What the value of an element that was never stored reads as.
+double absentValue();
+
+class Records {
+public:
+    struct Column {
+        RowId property = 0;
+        std::vector<double> values;
+        std::vector<std::uint64_t> valid;
+    };
+
+    std::size_t size() const { return m_times.size(); }
+    bool isEmpty() const { return m_times.empty(); }
+    RecordsView view() const;
+
+    /// An empty column when there is none yet is filled with absent elements.
+    void append(const RecordsView& records);
+    void dropFirst(std::size_t count);
+
+    /// Ascending and unique; of equal times the last one stays.
+    static Records ordered(const RecordsView& records);
+
+    /// Both ordered; at equal times the values that `fresh` brings replace those of `old`, the others stay.
+    static Records merged(const RecordsView& old, const RecordsView& fresh);
+
+private:
+    Column& column(RowId property);
+
+    std::vector<double> m_times;
+    std::vector<Column> m_columns;
+};
+
+}  // namespace plotix

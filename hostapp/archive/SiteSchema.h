@@ -1,0 +1,43 @@
+#pragma once
+
+#include <QtCore/QtGlobal>
+
+/// The tables of a site document. Stored: never change without a new version and a way up from the old one.
+///
+/// A chunk is a run of up to 16,384 records of one agent; chunks of one agent do not overlap in time. What belongs to a
+/// chunk and a property stands under the id `chunk × 1,048,576 + property`; property 0 is the chunk's times.
+/// `docs/formats.md` has the whole layout.
+namespace plotix::schema {
+
+inline constexpr int kApplicationId = 0x506C7478;  ///< "Pltx"
+inline constexpr int kVersion = 1;
+inline constexpr int kPageSize = 16384;
+
+inline constexpr std::size_t kRecordsPerChunk = 16384;
+inline constexpr qint64 kPropertiesPerChunk = 1 << 20;
+inline constexpr qint64 kTimes = 0;
+
+/// How a segment's values are written.
+enum class Codec : int {
+    Raw = 0,  ///< little-endian doubles, one after the other
+};
+
+inline constexpr const char* kTables[] = {"site",    "agent", "property", "plugin",
+                                          "setting", "chunk", "segment",  "summary"};
+
+inline constexpr const char* kCreate = R"sql(
+CREATE TABLE site(id INTEGER PRIMARY KEY CHECK(id = 1), name TEXT NOT NULL, location TEXT NOT NULL);
+CREATE TABLE agent(id INTEGER PRIMARY KEY AUTOINCREMENT, identifier TEXT NOT NULL UNIQUE, name TEXT NOT NULL UNIQUE);
+CREATE TABLE property(id INTEGER PRIMARY KEY AUTOINCREMENT, agent INTEGER NOT NULL, name TEXT NOT NULL,
+    key TEXT NOT NULL, unit TEXT NOT NULL, archived_unit TEXT NOT NULL, color INTEGER NOT NULL,
+    type INTEGER NOT NULL, visible INTEGER NOT NULL, UNIQUE(agent, key));
+CREATE TABLE plugin(id INTEGER PRIMARY KEY AUTOINCREMENT, class_name TEXT NOT NULL, state BLOB NOT NULL);
+CREATE TABLE setting(key TEXT PRIMARY KEY, value BLOB NOT NULL);
+CREATE TABLE chunk(id INTEGER PRIMARY KEY AUTOINCREMENT, agent INTEGER NOT NULL, t0 REAL NOT NULL, t1 REAL NOT NULL,
+    n INTEGER NOT NULL);
+CREATE INDEX chunk_by_time ON chunk(agent, t0);
+CREATE TABLE segment(id INTEGER PRIMARY KEY, codec INTEGER NOT NULL, valid BLOB, data BLOB NOT NULL);
+CREATE TABLE summary(id INTEGER PRIMARY KEY, valid INTEGER NOT NULL, minimum REAL, maximum REAL, sum REAL);
+)sql";
+
+}  // namespace plotix::schema

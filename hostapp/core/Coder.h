@@ -1,0 +1,68 @@
+#pragma once
+
+#include "plugins/PlotixPlugIn/host/KTVCoder.h"
+#include "plugins/PlotixPlugIn/host/KTVPlugIn.h"
+
+#include <QtCore/QByteArray>
+#include <QtCore/QString>
+
+#include <functional>
+#include <memory>
+
+/// Keyed archives as bytes: CBOR that holds data only; nothing in it can name a class to be made.
+///
+/// Doubles and floats come back bit for bit and as what they were; integers come back as int where they fit, else as
+/// qint64; colours as their "#aarrggbb" text. A properties list is archived as the agent's identifier plus, for each
+/// property, its key and what it takes to list it when it is gone. `docs/formats.md` has the grammar. Main thread only.
+namespace plotix {
+
+struct CoderNode;
+
+class Encoder : public KTVEncoder {
+public:
+    /// `agentIdentifier` is the agent whose properties are archived.
+    explicit Encoder(const QString& agentIdentifier);
+    ~Encoder() override;
+
+    /// A key written twice keeps the later value.
+    void encodeBool(const QString& key, bool value) override;
+    void encodeValue(const QString& key, const QVariant& value) override;
+    void encodeObject(const QString& key, const std::function<void(KeyedEncoder&)>& write) override;
+    void encodeProperties(const QString& key, const KTVPropertyList& properties) override;
+
+    QByteArray data() const;
+
+private:
+    std::unique_ptr<CoderNode> m_root;
+    QString m_agentIdentifier;
+};
+
+class Decoder : public KTVDecoder {
+public:
+    /// Where archived names lead. `agent` may be empty (then every property is a placeholder).
+    struct Surroundings {
+        std::function<KTVAgentPtr(const QString& uniqueIdentifier)> agent;
+        KTVSiteWindowController* siteWindowController = nullptr;  ///< borrowed; null without a window
+    };
+
+    /// Throws HostError when the bytes are no archive, or one of a newer version.
+    Decoder(const QByteArray& data, Surroundings surroundings);
+    ~Decoder() override;
+
+    bool containsKey(const QString& key) const override;
+    bool decodeBool(const QString& key) const override;
+    QVariant decodeValue(const QString& key) const override;
+    bool decodeObject(const QString& key, const std::function<void(KeyedDecoder&)>& read) const override;
+    std::optional<KTVPropertyList> decodeProperties(const QString& key) const override;
+    KTVAgentPtr agentWithIdentifier(const QString& uniqueIdentifier) const override;
+    KTVSiteWindowController* siteWindowController() const override { return m_surroundings.siteWindowController; }
+
+private:
+    std::unique_ptr<CoderNode> m_root;
+    Surroundings m_surroundings;
+};
+
+/// The plug-in's state as the document stores it.
+QByteArray encodedPlugIn(const KTVPlugIn& plugIn);
+
+}  // namespace plotix

@@ -1,0 +1,144 @@
+#include "hostapp/core/QuickRanges.h"
+
+#include <QtCore/QDateTime>
+
+#include <array>
+#include <cmath>
+
+namespace plotix {
+
+namespace {
+
+struct RangeRow {
+    KTVQuickRange range;
+    const char* name;
+    const char* title;
+};
+
+constexpr std::array<RangeRow, kQuickRangeCount> kRanges{{
+    {KTVQuickRange::Today, "today", "Today"},
+    {KTVQuickRange::Last24Hours, "last24Hours", "Last 24 Hours"},
+    {KTVQuickRange::Yesterday, "yesterday", "Yesterday"},
+    {KTVQuickRange::ThisWeek, "thisWeek", "This Week"},
+    {KTVQuickRange::LastWeek, "lastWeek", "Last Week"},
+    {KTVQuickRange::Last7Days, "last7Days", "Last 7 Days"},
+    {KTVQuickRange::ThisMonth, "thisMonth", "This Month"},
+    {KTVQuickRange::LastMonth, "lastMonth", "Last Month"},
+    {KTVQuickRange::Last30Days, "last30Days", "Last 30 Days"},
+    {KTVQuickRange::ThisYear, "thisYear", "This Year"},
+    {KTVQuickRange::LastYear, "lastYear", "Last Year"},
+    {KTVQuickRange::Last12Months, "last12Months", "Last 12 Months"},
+    {KTVQuickRange::AllTime, "allTime", "All Time"},
+}};
+
+constexpr double kDaySeconds = 86400;  // Last24Hours means seconds, not a calendar day
+
+const RangeRow& rowOf(KTVQuickRange range)
+{
+    return kRanges[static_cast<std::size_t>(range)];
+}
+
+/// Calendar arithmetic from one moment in one zone.
+class Calendar {
+public:
+    Calendar(Date now, const QTimeZone& zone)
+        : m_now(now),
+          m_zone(zone),
+          m_local(QDateTime::fromMSecsSinceEpoch(static_cast<qint64>(std::floor(now.seconds * 1000)), zone))
+    {
+    }
+
+    QDate today() const { return m_local.date(); }
+
+    /// The first moment of a day, also where its midnight is skipped.
+    Date startOf(const QDate& day) const
+    {
+        return {static_cast<double>(day.startOfDay(m_zone).toMSecsSinceEpoch()) / 1000};
+    }
+
+    /// The present time of day on another day; a time that day skips becomes the moment the clock jumped over it.
+    Date sameTimeOn(const QDate& day) const
+    {
+        const QDateTime moment(day, m_local.time(), m_zone);
+        const double fraction = m_now.seconds * 1000 - std::floor(m_now.seconds * 1000);
+        return {(static_cast<double>(moment.toMSecsSinceEpoch()) + fraction) / 1000};
+    }
+
+private:
+    Date m_now;
+    QTimeZone m_zone;
+    QDateTime m_local;
+};
+
+QDate startOfWeek(const QDate& day, Qt::DayOfWeek firstDay)
+{
+    return day.addDays(-((day.dayOfWeek() - firstDay + 7) % 7));
+}
+
+QDate startOfMonth(const QDate& day)
+{
+    return QDate(day.year(), day.month(), 1);
+}
+
+}  // namespace
+
+QuickRanges::QuickRanges() : QuickRanges(Setting{}) {}
+
+QuickRanges::QuickRanges(Setting setting) : m_setting(std::move(setting)) {}
+
+void QuickRanges::dateRange(KTVQuickRange range, OptionalDate& start, OptionalDate& end) const
+{
+    const Date now = m_setting.clock ? m_setting.clock() : currentDate();
+    const Calendar calendar(now, m_setting.zone.isValid() ? m_setting.zone : QTimeZone::systemTimeZone());
+    const QDate today = calendar.today();
+    const QDate week = startOfWeek(today, m_setting.locale.firstDayOfWeek());
+    const QDate month = startOfMonth(today);
+    const QDate year(today.year(), 1, 1);
+    const auto days = [&](const QDate& first, const QDate& afterLast) {
+        start = calendar.startOf(first);
+        end = calendar.startOf(afterLast);
+    };
+    const auto untilNow = [&](Date first) {
+        start = first;
+        end = now;
+    };
+    switch (range) {
+    case KTVQuickRange::Today: return days(today, today.addDays(1));
+    case KTVQuickRange::Last24Hours: return untilNow({now.seconds - kDaySeconds});
+    case KTVQuickRange::Yesterday: return days(today.addDays(-1), today);
+    case KTVQuickRange::ThisWeek: return days(week, week.addDays(7));
+    case KTVQuickRange::LastWeek: return days(week.addDays(-7), week);
+    case KTVQuickRange::Last7Days: return untilNow(calendar.sameTimeOn(today.addDays(-7)));
+    case KTVQuickRange::ThisMonth: return days(month, month.addMonths(1));
+    case KTVQuickRange::LastMonth: return days(month.addMonths(-1), month);
+    case KTVQuickRange::Last30Days: return untilNow(calendar.sameTimeOn(today.addDays(-30)));
+    case KTVQuickRange::ThisYear: return days(year, year.addYears(1));
+    case KTVQuickRange::LastYear: return days(year.addYears(-1), year);
+    case KTVQuickRange::Last12Months: return untilNow(calendar.sameTimeOn(today.addMonths(-12)));
+    case KTVQuickRange::AllTime:
+        if (const auto extent = m_setting.allTime ? m_setting.allTime() : std::nullopt) {
+            start = extent->first;
+            end = extent->second;
+        }
+    }
+}
+
+QString quickRangeName(KTVQuickRange range)
+{
+    return QString::fromLatin1(rowOf(range).name);
+}
+
+std::optional<KTVQuickRange> quickRangeNamed(const QString& name)
+{
+    for (const RangeRow& row : kRanges)
+        if (name.compare(QLatin1String(row.name), Qt::CaseInsensitive) == 0)
+            return row.range;
+    return std::nullopt;
+}
+
+QString quickRangeTitle(KTVQuickRange range)
+{
+    return QString::fromLatin1(rowOf(range).title);
+}
+
+}  // namespace plotix

@@ -1,0 +1,58 @@
+#pragma once
+
+#include "plugins/PlotixPlugIn/host/KTVObservationRegistry.h"
+#include "plugins/PlotixPlugIn/host/KTVProperty.h"
+#include "plugins/PlotixPlugIn/host/KTVUnitModel.h"
+
+#include <QtCore/QObject>
+
+#include <memory>
+
+/// One measured quantity of an agent of a site document. The agent *shares* it with plug-ins. Main thread only.
+namespace plotix {
+
+class SiteProperty : public QObject, public KTVProperty {
+    Q_OBJECT
+public:
+    struct Description {
+        qint64 id = 0;  ///< row in the document; 0 for one that is not stored
+        QString name;
+        QString propertyName;
+        QString unit;          ///< shown
+        QString archivedUnit;  ///< the unit records are stored in; never changes once records exist
+        QColor color;
+        std::uint32_t type = 0;
+        bool visible = true;
+    };
+
+    SiteProperty(Description description, std::shared_ptr<const KTVUnitModel> unitModel);
+    ~SiteProperty() override;
+
+    const Description& description() const { return m_description; }
+
+    QString name() const override { return m_description.name; }
+    QString propertyName() const override { return m_description.propertyName; }
+    QString unit() const override { return m_description.unit; }
+    void setUnit(const QString& unit) override;  ///< tells observers old and new; equal: tells them too
+    double unitValue() const override;           ///< NaN: an agent's property holds no value of its own
+    QString unitSymbol() const override;
+    QColor color() const override { return m_description.color; }
+    void setColor(const QColor& color);
+    std::uint32_t type() const override { return m_description.type; }
+    bool isValid() const override { return false; }
+    bool visible() const override { return m_description.visible; }
+    void setVisible(bool visible);
+
+    void addObserver(KTVPropertyObserver* observer, const QString& key, ObservationTag context) override;
+    void removeObserver(KTVPropertyObserver* observer, const QString& key) override;
+
+signals:
+    void changed();  ///< unit, colour or visibility; the document stores it
+
+private:
+    Description m_description;
+    std::shared_ptr<const KTVUnitModel> m_unitModel;
+    KTVObservationRegistry m_observations;
+};
+
+}  // namespace plotix

@@ -1,0 +1,42 @@
+#pragma once
+
+#include <span>
+
+/// The units people choose from, with the spellings they use and what UDUNITS-2 calls them. Data only.
+namespace plotix {
+
+enum class Quantity {
+    Temperature,
+    Pressure,
+    Speed,
+    Fraction,
+    Illuminance,
+    Irradiance,
+    Length,
+    Rainfall,
+    Power,
+    Energy,
+    Voltage,
+    Current,
+    Frequency,
+    Angle,
+    Mass,
+    Density,
+    Time,
+    Volume,
+    Flow,
+    Data,
+    DataRate
+};
+
+struct UnitRow {
+    Quantity quantity;
+    const char* text;        ///< what people read, and what is stored: never change
+    const char* expression;  ///< in UDUNITS-2's language
+    const char* spellings;   ///< others, separated by "|"; compared as they are, then whatever the case
+};
+
+/// In menu order.
+std::span<const UnitRow> unitTable();
+
+}  // namespace plotix

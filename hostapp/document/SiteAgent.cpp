@@ -1,0 +1,44 @@
+#include "hostapp/archive/ArchiveManager.h"
+#include "hostapp/core/HostError.h"
+#include "hostapp/core/Units.h"
+#include "hostapp/document/SiteDocument.h"
+
+namespace plotix {
+
+SiteAgent::SiteAgent(SiteDocument* document, qint64 id, QString uniqueIdentifier, QString name)
+    : m_document(document), m_id(id), m_uniqueIdentifier(std::move(uniqueIdentifier)), m_name(std::move(name))
+{
+    m_archiveManager = std::make_unique<ArchiveManager>(
+        document->path(), id, [this] { return properties().objects(); }, Units::shared());
+}
+
+SiteAgent::~SiteAgent() = default;
+
+std::shared_ptr<SiteProperty> SiteAgent::addProperty(const QString& name, const QString& unit, std::uint32_t type)
+{
+    if (!m_document)
+        throw HostError(QStringLiteral("The site of “%1” is closed: open it again.").arg(m_name));
+    return m_document->addPropertyTo(*this, name, unit, type);
+}
+
+KTVPropertyCollection SiteAgent::properties() const
+{
+    return KTVPropertyCollection(KTVPropertyList(m_properties.begin(), m_properties.end()));
+}
+
+KTVArchiveManager* SiteAgent::archiveManager() const
+{
+    return m_archiveManager.get();
+}
+
+std::optional<QString> SiteAgent::siteName() const
+{
+    return m_document ? std::optional(m_document->siteName()) : std::nullopt;
+}
+
+std::optional<QString> SiteAgent::siteLocation() const
+{
+    return m_document ? std::optional(m_document->siteLocation()) : std::nullopt;
+}
+
+}  // namespace plotix

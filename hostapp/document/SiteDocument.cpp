@@ -1,0 +1,250 @@
+#include "hostapp/document/SiteDocument.h"
+
+#include "hostapp/archive/ArchiveManager.h"
+#include "hostapp/archive/RecordArchive.h"
+#include "hostapp/core/HostError.h"
+#include "hostapp/core/Units.h"
+#include "hostapp/document/SiteStore.h"
+
+#include <QtCore/QFile>
+#include <QtCore/QFileInfo>
+#include <QtCore/QTimer>
+
+#include <algorithm>
+#include <map>
+
+namespace plotix {
+
+namespace {
+
+constexpr int kPatience = 3000;       // milliseconds a deliberate change waits for another writer
+constexpr int kRetryInterval = 1000;  // milliseconds until a change made in passing is tried again
+constexpr int kTriesBeforeTelling = 5;
+
+}  // namespace
+
+struct SiteDocument::Store {
+    explicit Store(const QString& path) : database(path, Database::Access::BestAvailable), tables(database) {}
+
+    Database database;
+    SiteStore tables;
+    std::map<qint64, SiteProperty::Description> unsaved;  // by id: changes another writer has kept waiting
+    int tries = 0;
+    QTimer retry;
+};
+
+std::shared_ptr<SiteDocument> SiteDocument::create(const QString& path, const QString& siteName)
+{
+    Database::create(path, siteName.isEmpty() ? QFileInfo(path).completeBaseName() : siteName);
+    return open(path);
+}
+
+std::shared_ptr<SiteDocument> SiteDocument::open(const QString& path)
+{
+    const std::shared_ptr<SiteDocument> document(new SiteDocument(path));
+    document->reload();
+    return document;
+}
+
+SiteDocument::SiteDocument(const QString& path)
+    : m_store(std::make_unique<Store>(path)), m_path(QFileInfo(path).absoluteFilePath())
+{
+    m_store->retry.setSingleShot(true);
+    m_store->retry.setInterval(kRetryInterval);
+    connect(&m_store->retry, &QTimer::timeout, this, &SiteDocument::storeUnsaved);
+}
+
+SiteDocument::~SiteDocument()
+{
+    storeUnsaved();
+    for (const std::shared_ptr<SiteAgent>& agent : m_agents)
+        agent->m_document = nullptr;
+}
+
+void SiteDocument::setSite(const QString& name, const QString& location)
+{
+    inTransaction(m_store->database, [&] { m_store->tables.setSite({name, location}); });
+    m_siteName = name;
+    m_siteLocation = location;
+    emit siteChanged();
+}
+
+std::shared_ptr<SiteAgent> SiteDocument::agentNamed(const QString& name) const
+{
+    for (const std::shared_ptr<SiteAgent>& agent : m_agents)
+        if (agent->name() == name)
+            return agent;
+    return {};
+}
+
+std::shared_ptr<SiteAgent> SiteDocument::agentWithIdentifier(const QString& uniqueIdentifier) const
+{
+    for (const std::shared_ptr<SiteAgent>& agent : m_agents)
+        if (agent->uniqueIdentifier() == uniqueIdentifier)
+            return agent;
+    return {};
+}
+
+std::shared_ptr<SiteAgent> SiteDocument::addAgent(const QString& name)
+{
+    SiteStore::Agent row;
+    inTransaction(m_store->database, [&] { row = m_store->tables.addAgent(name); });
+    m_agents.push_back(std::shared_ptr<SiteAgent>(new SiteAgent(this, row.id, row.identifier, row.name)));
+    const std::shared_ptr<SiteAgent> agent = m_agents.back();
+    emit agentsChanged();
+    return agent;
+}
+
+void SiteDocument::reload()
+{
+    const SiteStore::Site site = m_store->tables.site();
+    const bool renamed = site.name != m_siteName || site.location != m_siteLocation;
+    m_siteName = site.name;
+    m_siteLocation = site.location;
+    bool added = false;
+    std::vector<std::shared_ptr<SiteAgent>> grown;
+    for (const SiteStore::Agent& row : m_store->tables.agents()) {
+        std::shared_ptr<SiteAgent> agent = agentWithIdentifier(row.identifier);
+        const bool isNew = !agent;
+        if (isNew)
+            agent = m_agents.emplace_back(new SiteAgent(this, row.id, row.identifier, row.name));
+        added = added || isNew;
+        if (adoptNewProperties(*agent) && !isNew)
+            grown.push_back(agent);
+    }
+    if (renamed)
+        emit siteChanged();
+    if (added)
+        emit agentsChanged();
+    for (const std::shared_ptr<SiteAgent>& agent : grown)
+        emit agent->propertiesChanged();
+}
+
+bool SiteDocument::adoptNewProperties(SiteAgent& agent)
+{
+    const std::size_t before = agent.m_properties.size();
+    for (const SiteProperty::Description& description : m_store->tables.properties(agent.id())) {
+        const auto& known = agent.m_properties;
+        if (std::none_of(known.begin(), known.end(),
+                         [&](const auto& p) { return p->description().id == description.id; }))
+            adopt(agent, description);
+    }
+    return agent.m_properties.size() > before;
+}
+
+std::shared_ptr<SiteProperty> SiteDocument::adopt(SiteAgent& agent, const SiteProperty::Description& description)
+{
+    const auto property = std::make_shared<SiteProperty>(description, Units::shared());
+    connect(property.get(), &SiteProperty::changed, this, [this, changed = property.get()] { storeChange(*changed); });
+    agent.m_properties.push_back(property);
+    return property;
+}
+
+std::shared_ptr<SiteProperty> SiteDocument::addPropertyTo(SiteAgent& agent, const QString& name, const QString& unit,
+                                                          std::uint32_t type)
+{
+    SiteProperty::Description description;
+    inTransaction(m_store->database, [&] { description = m_store->tables.addProperty(agent.id(), name, unit, type); });
+    const std::shared_ptr<SiteProperty> property = adopt(agent, description);
+    emit agent.propertiesChanged();
+    return property;
+}
+
+void SiteDocument::storeChange(const SiteProperty& property)
+{
+    if (isReadOnly())
+        return;
+    m_store->unsaved[property.description().id] = property.description();
+    storeUnsaved();
+}
+
+/// Never waits and never throws: a unit or a colour is changed in passing, in the middle of what the user is doing,
+/// and an import may hold the document for minutes.
+void SiteDocument::storeUnsaved()
+{
+    if (m_store->unsaved.empty())
+        return;
+    m_store->database.setPatience(0);
+    try {
+        inTransaction(m_store->database, [&] {
+            for (const auto& [id, description] : m_store->unsaved)
+                m_store->tables.updateProperty(description);
+        });
+        m_store->unsaved.clear();
+        m_store->tries = 0;
+    } catch (const HostError& error) {
+        m_store->retry.start();
+        if (++m_store->tries == kTriesBeforeTelling)
+            emit changeNotStored(error.message());
+    }
+    m_store->database.setPatience(kPatience);
+}
+
+std::optional<std::pair<Date, Date>> SiteDocument::recordExtent() const
+{
+    Statement statement(m_store->database, "SELECT min(t0), max(t1) FROM chunk");
+    if (!statement.step() || statement.isNothing(0))
+        return std::nullopt;
+    return std::pair(Date{statement.real(0)}, Date{statement.real(1)});
+}
+
+bool SiteDocument::isReadOnly() const
+{
+    return m_store->database.isReadOnly();
+}
+
+std::vector<ArchivedPlugIn> SiteDocument::archivedPlugIns() const
+{
+    std::vector<ArchivedPlugIn> plugIns;
+    Statement statement(m_store->database, "SELECT id, class_name, state FROM plugin ORDER BY id");
+    while (statement.step())
+        plugIns.push_back({statement.integer(0), statement.text(1), statement.bytes(2)});
+    return plugIns;
+}
+
+qint64 SiteDocument::storePlugIn(const ArchivedPlugIn& plugIn)
+{
+    qint64 id = plugIn.id;
+    inTransaction(m_store->database, [&] {
+        Statement statement(m_store->database, id == 0 ? "INSERT INTO plugin(class_name, state) VALUES(?, ?)"
+                                                       : "UPDATE plugin SET class_name = ?, state = ? WHERE id = ?");
+        statement.bind(1, plugIn.className).bind(2, plugIn.state);
+        if (id != 0)
+            statement.bind(3, id);
+        statement.run();
+        if (id == 0)
+            id = m_store->database.lastInsertedRow();
+    });
+    return id;
+}
+
+void SiteDocument::removePlugIn(qint64 id)
+{
+    inTransaction(m_store->database,
+                  [&] { Statement(m_store->database, "DELETE FROM plugin WHERE id = ?").bind(1, id).run(); });
+}
+
+QByteArray SiteDocument::setting(const QString& key) const
+{
+    Statement statement(m_store->database, "SELECT value FROM setting WHERE key = ?");
+    statement.bind(1, key);
+    return statement.step() ? statement.bytes(0) : QByteArray();
+}
+
+void SiteDocument::setSetting(const QString& key, const QByteArray& value)
+{
+    inTransaction(m_store->database, [&] {
+        Statement(m_store->database, "INSERT INTO setting(key, value) VALUES(?1, ?2) "
+                                     "ON CONFLICT(key) DO UPDATE SET value = ?2")
+            .bind(1, key)
+            .bind(2, value)
+            .run();
+    });
+}
+
+void SiteDocument::setWindowControllers(std::vector<std::shared_ptr<KTVWindowController>> controllers)
+{
+    m_windowControllers = std::move(controllers);
+}
+
+}  // namespace plotix

@@ -1,0 +1,134 @@
+#pragma once
+
+#include "base/Date.h"
+#include "hostapp/core/SiteProperty.h"
+#include "plugins/PlotixPlugIn/host/KTVAgent.h"
+#include "plugins/PlotixPlugIn/host/KTVSiteDocument.h"
+
+#include <QtCore/QByteArray>
+#include <QtCore/QObject>
+
+#include <memory>
+#include <optional>
+#include <utility>
+#include <vector>
+
+namespace plotix {
+
+class ArchiveManager;  // hostapp/archive
+class SiteDocument;
+
+/// One source of measurements in a site document. The document *owns* it; plug-ins *share* it. Main thread only.
+class SiteAgent : public QObject, public KTVAgent {
+    Q_OBJECT
+public:
+    ~SiteAgent() override;
+
+    qint64 id() const { return m_id; }
+    const QString& name() const { return m_name; }
+    const std::vector<std::shared_ptr<SiteProperty>>& siteProperties() const { return m_properties; }
+
+    /// Adds a stored property at the end, its key made unique within the agent. Colours go round a fixed palette.
+    std::shared_ptr<SiteProperty> addProperty(const QString& name, const QString& unit, std::uint32_t type = 0);
+
+    KTVPropertyCollection properties() const override;
+    QString uniqueIdentifier() const override { return m_uniqueIdentifier; }
+    KTVArchiveManager* archiveManager() const override;
+    ArchiveManager* siteArchiveManager() const { return m_archiveManager.get(); }
+    std::optional<QString> siteName() const override;
+    std::optional<QString> siteLocation() const override;
+    KTVSiteWindowController* siteWindowController() const override { return m_siteWindowController; }
+    void setSiteWindowController(KTVSiteWindowController* controller) { m_siteWindowController = controller; }
+
+signals:
+    void propertiesChanged();
+
+private:
+    friend class SiteDocument;
+    SiteAgent(SiteDocument* document, qint64 id, QString uniqueIdentifier, QString name);
+
+    SiteDocument* m_document;  // borrowed; null once it is closed while a plug-in still shares this
+    qint64 m_id;
+    QString m_uniqueIdentifier;
+    QString m_name;
+    std::vector<std::shared_ptr<SiteProperty>> m_properties;
+    std::unique_ptr<ArchiveManager> m_archiveManager;
+    KTVSiteWindowController* m_siteWindowController = nullptr;
+};
+
+/// A plug-in as archived in the document.
+struct ArchivedPlugIn {
+    qint64 id = 0;
+    QString className;
+    QByteArray state;  ///< a keyed archive
+};
+
+/// One site in one SQLite file `NAME.plotix`: its name and place, agents, properties, archived plug-ins and records.
+///
+/// Every change is stored at once, in a transaction of its own. Main thread only; records are read and written through
+/// RecordReader and RecordWriter on the same file. Throws HostError for files that are newer, foreign, locked,
+/// read-only or damaged, and leaves them as they were.
+class SiteDocument : public QObject, public KTVSiteDocument, public std::enable_shared_from_this<SiteDocument> {
+    Q_OBJECT
+public:
+    /// Makes a new file; throws when one is there already. The name defaults to the file's base name.
+    static std::shared_ptr<SiteDocument> create(const QString& path, const QString& siteName = {});
+    static std::shared_ptr<SiteDocument> open(const QString& path);
+    ~SiteDocument() override;
+
+    const QString& path() const { return m_path; }
+    QString siteName() const { return m_siteName; }
+    QString siteLocation() const { return m_siteLocation; }
+    void setSite(const QString& name, const QString& location);
+
+    const std::vector<std::shared_ptr<SiteAgent>>& agents() const { return m_agents; }
+    std::shared_ptr<SiteAgent> agentNamed(const QString& name) const;  ///< null when there is none
+    std::shared_ptr<SiteAgent> agentWithIdentifier(const QString& uniqueIdentifier) const;
+    std::shared_ptr<SiteAgent> addAgent(const QString& name);
+
+    /// Picks up agents, properties and the site's name as stored meanwhile by others. Existing objects stay, with what
+    /// they show; tells `agentsChanged` and each agent's `propertiesChanged` where something was added.
+    void reload();
+
+    /// First and last time of all records of all agents; nothing without records.
+    std::optional<std::pair<Date, Date>> recordExtent() const;
+
+    /// The file may only be looked at: storing throws, and changes of units and colours last as long as the document.
+    bool isReadOnly() const;
+
+    std::vector<ArchivedPlugIn> archivedPlugIns() const;  ///< in list order
+    /// Stores at the end when `plugIn.id` is 0, else in place; answers the id.
+    qint64 storePlugIn(const ArchivedPlugIn& plugIn);
+    void removePlugIn(qint64 id);
+
+    /// Small named values of the document, such as a window's geometry.
+    QByteArray setting(const QString& key) const;
+    void setSetting(const QString& key, const QByteArray& value);
+
+    std::vector<std::shared_ptr<KTVWindowController>> windowControllers() const override { return m_windowControllers; }
+    void setWindowControllers(std::vector<std::shared_ptr<KTVWindowController>> controllers);
+
+signals:
+    void agentsChanged();
+    void siteChanged();  ///< name or place
+    /// A change of a property's unit, colour or visibility could not be stored; it is tried again with the next one.
+    void changeNotStored(const QString& message);
+
+private:
+    friend class SiteAgent;
+    struct Store;  // the SQLite connection and its statements
+    explicit SiteDocument(const QString& path);
+    std::shared_ptr<SiteProperty> addPropertyTo(SiteAgent& agent, const QString& name, const QString& unit,
+                                                std::uint32_t type);
+    std::shared_ptr<SiteProperty> adopt(SiteAgent& agent, const SiteProperty::Description& description);
+    bool adoptNewProperties(SiteAgent& agent);  // true when there were any
+    void storeChange(const SiteProperty& property);
+    void storeUnsaved();
+
+    std::unique_ptr<Store> m_store;
+    QString m_path, m_siteName, m_siteLocation;
+    std::vector<std::shared_ptr<SiteAgent>> m_agents;
+    std::vector<std::shared_ptr<KTVWindowController>> m_windowControllers;
+};
+
+}  // namespace plotix

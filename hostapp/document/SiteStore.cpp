@@ -1,0 +1,150 @@
+#include "hostapp/document/SiteStore.h"
+
+#include "hostapp/archive/SiteSchema.h"
+#include "hostapp/core/HostError.h"
+#include "hostapp/core/Units.h"
+#include "hostapp/document/PropertyPalette.h"
+#include "plugins/PlotixPlugIn/host/KTVConverter.h"
+
+#include <QtCore/QUuid>
+
+#include <algorithm>
+
+namespace plotix {
+
+namespace {
+
+/// The key of the record dictionary's times; no property may have it.
+constexpr const char* kReservedKey = "time";
+
+bool isTaken(const std::vector<SiteProperty::Description>& properties, const QString& key)
+{
+    return key.isEmpty() || key == QLatin1String(kReservedKey) ||
+           std::any_of(properties.begin(), properties.end(),
+                       [&](const SiteProperty::Description& property) { return property.propertyName == key; });
+}
+
+QString uniqueName(const std::vector<SiteProperty::Description>& properties, const QString& name)
+{
+    QString unique = name;
+    for (int number = 2; isTaken(properties, camelCaseString(unique)); ++number)
+        unique = QStringLiteral("%1 %2").arg(name).arg(number).trimmed();
+    return unique;
+}
+
+}  // namespace
+
+SiteStore::Site SiteStore::site() const
+{
+    Statement statement(m_database, "SELECT name, location FROM site WHERE id = 1");
+    if (!statement.step())
+        m_database.failAsDamaged(QStringLiteral("the site has no name"));
+    return {statement.text(0), statement.text(1)};
+}
+
+void SiteStore::setSite(const Site& site)
+{
+    Statement(m_database, "UPDATE site SET name = ?, location = ? WHERE id = 1")
+        .bind(1, site.name)
+        .bind(2, site.location)
+        .run();
+}
+
+std::vector<SiteStore::Agent> SiteStore::agents() const
+{
+    std::vector<Agent> agents;
+    Statement statement(m_database, "SELECT id, identifier, name FROM agent ORDER BY id");
+    while (statement.step())
+        agents.push_back({statement.integer(0), statement.text(1), statement.text(2)});
+    return agents;
+}
+
+std::optional<SiteStore::Agent> SiteStore::agentNamed(const QString& name) const
+{
+    for (const Agent& agent : agents())
+        if (agent.name == name)
+            return agent;
+    return std::nullopt;
+}
+
+SiteStore::Agent SiteStore::addAgent(const QString& name)
+{
+    if (name.trimmed().isEmpty())
+        throw HostError(QStringLiteral("An agent needs a name: give it one."));
+    if (agentNamed(name))
+        throw HostError(QStringLiteral("There is an agent “%1” already: choose another name.").arg(name));
+    Agent agent{0, QUuid::createUuid().toString(QUuid::WithoutBraces), name};
+    Statement(m_database, "INSERT INTO agent(identifier, name) VALUES(?, ?)")
+        .bind(1, agent.identifier)
+        .bind(2, agent.name)
+        .run();
+    agent.id = m_database.lastInsertedRow();
+    return agent;
+}
+
+std::vector<SiteProperty::Description> SiteStore::properties(qint64 agent) const
+{
+    std::vector<SiteProperty::Description> properties;
+    Statement statement(m_database, "SELECT id, name, key, unit, archived_unit, color, type, visible FROM property "
+                                    "WHERE agent = ? ORDER BY id");
+    statement.bind(1, agent);
+    while (statement.step()) {
+        SiteProperty::Description property;
+        property.id = statement.integer(0);
+        property.name = statement.text(1);
+        property.propertyName = statement.text(2);
+        property.unit = statement.text(3);
+        property.archivedUnit = statement.text(4);
+        property.color = QColor::fromRgba(static_cast<QRgb>(statement.integer(5)));
+        property.type = static_cast<std::uint32_t>(statement.integer(6));
+        property.visible = statement.integer(7) != 0;
+        properties.push_back(property);
+    }
+    return properties;
+}
+
+std::optional<SiteProperty::Description> SiteStore::propertyNamed(qint64 agent, const QString& name) const
+{
+    const std::vector<SiteProperty::Description> all = properties(agent);
+    for (const SiteProperty::Description& property : all)
+        if (property.name == name)
+            return property;
+    const QString key = camelCaseString(name);
+    for (const SiteProperty::Description& property : all)
+        if (property.propertyName == key)
+            return property;
+    return std::nullopt;
+}
+
+SiteProperty::Description SiteStore::addProperty(qint64 agent, const QString& name, const QString& unit,
+                                                 std::uint32_t type)
+{
+    const std::vector<SiteProperty::Description> before = properties(agent);
+    SiteProperty::Description property;
+    property.name = uniqueName(before, name.trimmed());
+    property.propertyName = camelCaseString(property.name);
+    property.unit = property.archivedUnit = Units::shared()->normalise(unit).value_or(unit.trimmed());
+    property.color = paletteColor(before.size());
+    property.type = type;
+    Statement insert(m_database, "INSERT INTO property(agent, name, key, unit, archived_unit, color, type, visible) "
+                                 "VALUES(?, ?, ?, ?, ?, ?, ?, ?)");
+    insert.bind(1, agent).bind(2, property.name).bind(3, property.propertyName).bind(4, property.unit);
+    insert.bind(5, property.archivedUnit).bind(6, qint64(property.color.rgba())).bind(7, qint64(property.type));
+    insert.bind(8, qint64(property.visible)).run();
+    property.id = m_database.lastInsertedRow();
+    if (property.id >= schema::kPropertiesPerChunk)
+        throw HostError(QStringLiteral("The site has too many properties: begin a new site."));
+    return property;
+}
+
+void SiteStore::updateProperty(const SiteProperty::Description& property)
+{
+    Statement(m_database, "UPDATE property SET unit = ?, color = ?, visible = ? WHERE id = ?")
+        .bind(1, property.unit)
+        .bind(2, qint64(property.color.rgba()))
+        .bind(3, qint64(property.visible))
+        .bind(4, property.id)
+        .run();
+}
+
+}  // namespace plotix

@@ -1,0 +1,50 @@
+#pragma once
+
+#include "hostapp/archive/RecordArchive.h"
+
+#include <QtCore/QString>
+
+#include <cstdint>
+#include <memory>
+
+/// One write transaction over a site file, from any one thread, beside a document that is open.
+///
+/// The file is created when it is missing. Agents, properties and records become visible together at `commit`;
+/// destruction without it leaves the file as it was, and removes one that the transaction created.
+/// `SiteDocument::reload` picks up what was added. Throws HostError.
+namespace plotix {
+
+class SiteTransaction {
+public:
+    struct Property {
+        RowId id = 0;
+        QString archivedUnit;  ///< the unit its records are in; the one given only when it was created
+        QString propertyName;
+    };
+
+    /// The site's name, for a file that is created; defaults to the file's base name.
+    explicit SiteTransaction(const QString& path, const QString& siteName = {});
+    ~SiteTransaction();
+    SiteTransaction(const SiteTransaction&) = delete;
+    SiteTransaction& operator=(const SiteTransaction&) = delete;
+
+    /// True when the file did not exist before.
+    bool createdFile() const;
+
+    RowId findOrCreateAgent(const QString& name);
+
+    /// Finds by name, else by the camel-case form of the name; else creates.
+    Property findOrCreateProperty(RowId agent, const QString& name, const QString& unit, std::uint32_t type = 0);
+
+    /// Stores in this transaction; its own `commit` has no effect, the transaction's has. Borrowed.
+    RecordWriter& records();
+
+    /// At most once; nothing may be written afterwards.
+    void commit();
+
+private:
+    struct Impl;
+    std::unique_ptr<Impl> m_impl;
+};
+
+}  // namespace plotix
