@@ -1,0 +1,188 @@
+#include "plugins/PlotixPlugIn/InfoTableModel.h"
+
+#include "plugins/PlotixPlugIn/host/KTVBundle.h"
+#include "plugins/PlotixPlugIn/logic/ColorText.h"
+#include "plugins/PlotixPlugIn/logic/NumberText.h"
+
+#include <cmath>
+
+namespace {
+
+struct ColumnDescription {
+    const char* identifier;  // stored: never change
+    const char* title;
+    Qt::AlignmentFlag alignment;
+};
+
+constexpr ColumnDescription kColumns[InfoTableModel::kColumnCount] = {
+    {"show", "Show", Qt::AlignHCenter},       {"color", "Color", Qt::AlignHCenter},
+    {"tableName", "Property", Qt::AlignLeft}, {"unit", "Unit", Qt::AlignLeft},
+    {"minimum", "Minimum", Qt::AlignRight},   {"maximum", "Maximum", Qt::AlignRight},
+    {"average", "Average", Qt::AlignRight},   {"points", "No. of Points", Qt::AlignRight},
+};
+
+QString displayText(const InfoTableRow& row, int column)
+{
+    switch (column) {
+    case InfoTableModel::Property: return row.tableName;
+    case InfoTableModel::Unit: return row.unit;
+    case InfoTableModel::Minimum: return plotix::numberText(row.minimum);
+    case InfoTableModel::Maximum: return plotix::numberText(row.maximum);
+    case InfoTableModel::Average: return plotix::numberText(row.average);
+    case InfoTableModel::Points: return QString::number(row.points);
+    default: return {};
+    }
+}
+
+QString accessibleText(const InfoTableRow& row, int column)
+{
+    switch (column) {
+    case InfoTableModel::Show: return row.show ? QStringLiteral("shown") : QStringLiteral("hidden");
+    case InfoTableModel::Color: return plotix::colorText(row.color);
+    default: return displayText(row, column);
+    }
+}
+
+/// A NaN stands before every number, so that sorting is always a strict order.
+bool isLess(float left, float right)
+{
+    return std::isnan(left) ? !std::isnan(right) : left < right;
+}
+
+bool isLess(const InfoTableRow& left, const InfoTableRow& right, int column)
+{
+    switch (column) {
+    case InfoTableModel::Show: return left.show < right.show;
+    case InfoTableModel::Color: return left.color.rgba64() < right.color.rgba64();
+    case InfoTableModel::Property: return QString::localeAwareCompare(left.tableName, right.tableName) < 0;
+    case InfoTableModel::Unit: return QString::localeAwareCompare(left.unit, right.unit) < 0;
+    case InfoTableModel::Minimum: return isLess(left.minimum, right.minimum);
+    case InfoTableModel::Maximum: return isLess(left.maximum, right.maximum);
+    case InfoTableModel::Average: return isLess(left.average, right.average);
+    default: return left.points < right.points;
+    }
+}
+
+}  // namespace
+
+InfoTableModel::InfoTableModel(QObject* parent) : QAbstractTableModel(parent) {}
+
+void InfoTableModel::setArrayController(InfoTableArrayController* controller)
+{
+    disconnect(m_arrangedConnection);
+    disconnect(m_destroyedConnection);
+    m_controller = controller;
+    if (m_controller) {
+        m_arrangedConnection = connect(m_controller->changes(), &KTVArrayControllerSignals::arrangedObjectsChanged,
+                                       this, &InfoTableModel::followController);
+        m_destroyedConnection =
+            connect(m_controller->changes(), &QObject::destroyed, this, &InfoTableModel::forgetController);
+    }
+    followController();
+}
+
+void InfoTableModel::forgetController()
+{
+    m_controller = nullptr;
+    setRowCount(0);
+}
+
+void InfoTableModel::followController()
+{
+    m_following = true;
+    setRowCount(m_controller ? static_cast<int>(m_controller->arrangedObjects().size()) : 0);
+    m_following = false;
+    if (m_rowCount > 0)
+        emit dataChanged(index(0, 0), index(m_rowCount - 1, kColumnCount - 1));
+}
+
+void InfoTableModel::setRowCount(int count)
+{
+    if (count > m_rowCount) {
+        beginInsertRows({}, m_rowCount, count - 1);
+        m_rowCount = count;
+        endInsertRows();
+    } else if (count < m_rowCount) {
+        beginRemoveRows({}, count, m_rowCount - 1);
+        m_rowCount = count;
+        endRemoveRows();
+    }
+}
+
+QString InfoTableModel::identifierOfColumn(int column)
+{
+    return column >= 0 && column < kColumnCount ? QString::fromLatin1(kColumns[column].identifier) : QString();
+}
+
+int InfoTableModel::columnWithIdentifier(const QString& identifier)
+{
+    for (int column = 0; column < kColumnCount; ++column)
+        if (identifier == QLatin1String(kColumns[column].identifier))
+            return column;
+    return -1;
+}
+
+InfoTableRowPtr InfoTableModel::rowAt(int row) const
+{
+    if (!m_controller || row < 0 || static_cast<std::size_t>(row) >= m_controller->arrangedObjects().size())
+        return nullptr;
+    return m_controller->arrangedObjects()[static_cast<std::size_t>(row)];
+}
+
+void InfoTableModel::setShow(int row, bool show)
+{
+    const InfoTableRowPtr object = rowAt(row);
+    if (!object)
+        return;
+    object->show = show;  // in place and without sorting again: a row must not run away under the pointer
+    emit dataChanged(index(row, Show), index(row, Show));
+}
+
+int InfoTableModel::rowCount(const QModelIndex& parent) const
+{
+    return parent.isValid() ? 0 : m_rowCount;
+}
+
+int InfoTableModel::columnCount(const QModelIndex& parent) const
+{
+    return parent.isValid() ? 0 : kColumnCount;
+}
+
+QVariant InfoTableModel::data(const QModelIndex& index, int role) const
+{
+    const InfoTableRowPtr row = rowAt(index.row());
+    if (!row)
+        return {};
+    switch (role) {
+    case Qt::DisplayRole: return displayText(*row, index.column());
+    case Qt::AccessibleTextRole: return accessibleText(*row, index.column());
+    case Qt::TextAlignmentRole: return QVariant(kColumns[index.column()].alignment | Qt::AlignVCenter);
+    case Qt::DecorationRole: return index.column() == Color ? QVariant(row->color) : QVariant();
+    case Qt::ToolTipRole: return index.column() == Property ? QVariant(row->tableName) : QVariant();
+    default: return {};
+    }
+}
+
+QVariant InfoTableModel::headerData(int section, Qt::Orientation orientation, int role) const
+{
+    if (orientation != Qt::Horizontal || section < 0 || section >= kColumnCount)
+        return {};
+    if (role == Qt::DisplayRole)
+        return KTVBundle::mainBundle()->localizedString(QLatin1String(kColumns[section].title));
+    if (role == Qt::TextAlignmentRole)
+        return QVariant(kColumns[section].alignment | Qt::AlignVCenter);
+    return {};
+}
+
+void InfoTableModel::sort(int column, Qt::SortOrder order)
+{
+    if (!m_controller)
+        return;
+    if (column < 0 || column >= kColumnCount) {
+        m_controller->setSortOrder({});
+        return;
+    }
+    m_controller->setSortOrder([column, order](const InfoTableRowPtr& left, const InfoTableRowPtr& right) {
+        return order == Qt::AscendingOrder ? isLess(*left, *right, column) : isLess(*right, *left, column);
+    });
+}

@@ -1,0 +1,53 @@
+#pragma once
+
+#include "plugins/PlotixPlugIn/InfoTableRow.h"
+
+#include <QtCore/QAbstractTableModel>
+#include <QtCore/QPointer>
+
+/// The rows of the statistics table as the table view reads them: the arranged objects of the array controller.
+///
+/// *Borrows* the controller and forgets it when it goes. Positions are displayed positions. When the rows change, rows
+/// come and go at the end and the others change in place, so that whatever a view keeps per position stays. Sorting
+/// goes through the controller. The table view *owns* it. Main thread only.
+class InfoTableModel : public QAbstractTableModel {
+    Q_OBJECT
+public:
+    enum Column { Show, Color, Property, Unit, Minimum, Maximum, Average, Points };
+    static constexpr int kColumnCount = 8;
+
+    explicit InfoTableModel(QObject* parent = nullptr);
+
+    InfoTableArrayController* arrayController() const { return m_controller; }
+    void setArrayController(InfoTableArrayController* controller);  ///< null: no rows
+
+    /// True while rows come and go after the controller's.
+    bool isFollowingController() const { return m_following; }
+
+    /// What a column is called in a saved layout. Stored: never change.
+    static QString identifierOfColumn(int column);
+    static int columnWithIdentifier(const QString& identifier);  ///< -1 when there is none
+
+    /// Null outside the rows.
+    InfoTableRowPtr rowAt(int row) const;
+    void setShow(int row, bool show);
+
+    int rowCount(const QModelIndex& parent = {}) const override;
+    int columnCount(const QModelIndex& parent = {}) const override;
+    QVariant data(const QModelIndex& index, int role = Qt::DisplayRole) const override;
+    QVariant headerData(int section, Qt::Orientation orientation, int role = Qt::DisplayRole) const override;
+
+    /// Sorts the controller's arranged order; column -1 restores the order of its content.
+    void sort(int column, Qt::SortOrder order = Qt::AscendingOrder) override;
+
+private:
+    void followController();
+    void forgetController();
+    void setRowCount(int count);
+
+    InfoTableArrayController* m_controller = nullptr;
+    QMetaObject::Connection m_arrangedConnection;
+    QMetaObject::Connection m_destroyedConnection;
+    int m_rowCount = 0;
+    bool m_following = false;
+};

@@ -1,0 +1,292 @@
+#pragma once
+
+#include "base/KTVArrayController.h"
+#include "plotkit/model/CPTXYGraph.h"
+#include "plugins/PlotixPlugIn/InfoTableRow.h"
+#include "plugins/PlotixPlugIn/KTVDataClusterViewController.h"
+#include "plugins/PlotixPlugIn/KTVGraphHostingView.h"
+#include "plugins/PlotixPlugIn/PropertyDetailsTableView.h"
+#include "plugins/PlotixPlugIn/PropertyDragDropView.h"
+#include "plugins/PlotixPlugIn/host/KTVMessageViewController.h"
+#include "plugins/PlotixPlugIn/host/KTVPlugIn.h"
+#include "plugins/PlotixPlugIn/host/KTVWebUIDelegate.h"
+
+#include <QtWidgets/QAbstractButton>
+#include <QtWidgets/QLabel>
+
+class TrendViewArrangement;
+
+/// The tag of observations of a property's "color".
+inline constexpr plotix::ObservationTag kPropertyColor{"color"};
+
+/// The trend view: plots a set of properties of one agent over a date range, with a statistics table below.
+///
+/// One class, many rooms. Where each topic lives:
+///
+///   construction, archive, view setup, teardown, description    KTVPlotixPlugIn.cpp
+///   fetching records, what happens with the answer              KTVPlotixPlugIn_Acquisition.cpp
+///   records to series and plots (updatePlotData)                KTVPlotixPlugIn_Series.cpp
+///   the graph and the styling of its axes                       KTVPlotixPlugIn_Graph.cpp
+///   tick intervals, label formats, the fit                      KTVPlotixPlugIn_Axes.cpp
+///   zoom, pan, window resizing                                  KTVPlotixPlugIn_ZoomPan.cpp
+///   showing a range while records arrive                        KTVPlotixPlugIn_Following.cpp
+///   images, PDF, off-screen rendering, sharing                  KTVPlotixPlugIn_Export.cpp
+///   the statistics table                                        KTVPlotixPlugIn_InfoTable.cpp
+///   adding and removing properties                              KTVPlotixPlugIn_PropertySet.cpp
+///   following unit and colour changes, the tool tip             KTVPlotixPlugIn_Observation.cpp
+///   the printed report: page setup, HTML, header and footer     KTVPlotixPlugIn_Report.cpp
+///   the collapsible details panel                               KTVPlotixPlugIn_DetailsPanel.cpp
+///
+/// A field is written by one room, named beside it; beyond that only construction and decoding fill fields. Two
+/// exceptions: the graph room makes `binders` together with the graph and the series room fills it, and the property
+/// set takes rows out of `infoTableArray` through the array controller, as the observation room recolours them.
+///
+/// Held by shared_ptr: the host *shares* it, an off-screen one is kept by its pending fetch alone. Outlets are weak and
+/// null while no view is loaded; every operation is safe then. Main thread only.
+class KTVPlotixPlugIn : public KTVPlugIn,
+                        public CPTPlotSpaceDelegate,
+                        public CPTPlotDelegate,
+                        public KTVPropertyObserver,
+                        public KTVGraphHostingViewKeyDelegate,
+                        public KTVDataClusterViewControllerDelegate,
+                        public PropertyDropProtocol,
+                        public PropertyDetailsTableViewDelegate,
+                        public KTVWebUIDelegate {
+    Q_OBJECT
+public:
+    using Ptr = std::shared_ptr<KTVPlotixPlugIn>;
+    using Tables = std::optional<KTVPropertyList>;
+    using OptionalDate = plotix::OptionalDate;
+    using Binders = std::map<QString, CPTSeriesControllerPtr>;
+
+    // Construction: null when the base declines. Absent tables are not the same as empty ones.
+    static Ptr initWithAgent(KTVAgentPtr agent, KTVSiteWindowController* siteWindowController);
+    static Ptr initWithAgent(KTVAgentPtr agent, KTVSiteWindowController* siteWindowController, const Tables& tables);
+    static Ptr initWithAgent(KTVAgentPtr agent, KTVSiteWindowController* siteWindowController, const Tables& tables,
+                             const OptionalDate& fromDate, const OptionalDate& toDate);
+    static Ptr initWithCoder(KTVDecoder& decoder);
+    ~KTVPlotixPlugIn() override;
+
+    void encodeWithCoder(KTVEncoder& encoder) const override;
+
+    // Description.
+    QString name() const override;
+    QString textDescription() const override;
+    QIcon icon() const override;
+    std::optional<QString> group() const override;
+    bool isDeletable() const override { return true; }
+    bool isRenamable() const override { return true; }
+    bool isUndockable() const override { return true; }
+    Q_INVOKABLE void helpButtonAction(QObject* sender);
+
+    // Acquisition.
+    void acquirePlotFromDate(const OptionalDate& fromDate, const OptionalDate& toDate);
+    void doValidDataSource(const KTVRecordDictionaryPtr& records, const std::optional<KTVError>& error);
+    Q_INVOKABLE void refreshPlot() override;
+    Q_INVOKABLE void refresh(QObject* sender) override;
+    Q_INVOKABLE void cancel(QObject* sender) override;
+    void dateChanged(QObject* sender) override;
+
+    // Series.
+    void updatePlotData(const KTVRecordDictionaryPtr& records);
+
+    // Graph.
+    void setupXAxis();
+    void setupYAxis();
+
+    // Axes. Spans are seconds on x, value units on y.
+    void adjustXAxis();
+    void adjustYAxis();
+    void adjustYAxisWithRange(const CPTPlotRange& range);
+    double computeOptimalMajorIntervalForRangeWithSpan(double span) const;
+    double computeOptimalMajorIntervalForDomainWithTimeSpan(double span) const;
+    double computeOptimalMinorIntervalForDomainWithTimeSpan(double span) const;
+
+    // Zoom and pan.
+    bool plotSpaceShouldScaleBy(CPTXYPlotSpace* space, double factor, QPointF aboutPoint) override;
+    CPTPlotRange plotSpaceWillChangePlotRangeTo(CPTXYPlotSpace* space, const CPTPlotRange& range,
+                                                CPTCoordinate coordinate) override;
+    void plotSpaceDidChangePlotRangeForCoordinate(CPTXYPlotSpace* space, CPTCoordinate coordinate) override;
+    bool plotSpaceShouldHandlePointingDeviceUpEvent(CPTXYPlotSpace* space, QPointF atPoint) override;
+    bool plotSpaceShouldHandlePointingDeviceCancelledEvent(CPTXYPlotSpace* space) override;
+    void windowDidEndLiveResize(QObject* notification);
+    Q_INVOKABLE void fitAll(QObject* sender);  ///< shows everything the plots hold; without a graph nothing happens
+
+    // Following. Seconds since 1970-01-01 UTC.
+    Q_INVOKABLE void showRange(double fromSeconds, double toSeconds);  ///< fetches quietly; reversed: nothing happens
+    Q_INVOKABLE QVariantList shownRange() const;  ///< the date panel's two dates; empty when one is absent
+
+    // Export. Sizes are points.
+    Q_INVOKABLE void exportToPDF(QObject* sender);
+    Q_INVOKABLE void exportToPNG(QObject* sender);
+    QByteArray PNGDataWithSize(const QSizeF& size);
+    QImage plotImageForSize(const QSizeF& size, const QString& title);
+    void didFinishDrawing(CPTScatterPlot* plot) override;
+    void didFinishDrawing();
+    Q_INVOKABLE void sharingButtonClicked(QObject* sender);
+
+    /// Renders the properties named, off screen; the PNG data reach the target's method `selector`, which takes one
+    /// QByteArray. Absent names, or none that the agent has: the target is never called. Borrows the target.
+    static void graph(const KTVAgentPtr& agent, const OptionalDate& fromDate, const OptionalDate& toDate,
+                      const std::optional<QStringList>& properties, const QString& title, const QSizeF& size,
+                      QObject* target, const QByteArray& selector);
+
+    /// The graph as it stands, drawn at `size` with `title` above it (empty: none); what is on screen is as before
+    /// afterwards. Null, or empty, before the first rebuild and for empty sizes.
+    Q_INVOKABLE QImage graphImageWithSize(const QSizeF& size, double density, const QString& title);
+    Q_INVOKABLE QByteArray graphPDFWithSize(const QSizeF& size, const QString& title);
+
+    // Statistics table.
+    void updateInfoTable();
+    void setPlotForPropertyName(const QString& propertyName, bool hidden);
+    Q_INVOKABLE void showClicked(QObject* sender);
+
+    // Property set.
+    void addProperties(const QStringList& propertyNames) override;
+    bool removePropertiesAndRefresh(const QStringList& names);
+    void markDeletedRows(const std::vector<std::size_t>& indexes) override;
+    bool removeDeletedRows() override;
+    QString dragType() const override;
+    quint64 draggingEntered(QObject* sender);
+
+    // Observation.
+    void addObservers(const KTVAgentPtr& agent);
+    void removeObservers(const KTVAgentPtr& agent);
+    void observeValueForKeyPath(const QString& keyPath, KTVProperty* object, const KTVPropertyChange& change,
+                                plotix::ObservationTag context) override;
+    void setUnit(const QString& unit, const QString& propertyName);
+    void setValue(const QVariant& value);
+    void updateToolTip();
+
+    // Report. Writing it resizes the hosting view and changes the shared print settings, both for good.
+    KTVPrintInfo* customPrintInfo() override;
+    std::optional<QString> htmlContentForPrinting() override;
+    float webViewHeaderHeight(QObject* webView) override;
+    float webViewFooterHeight(QObject* webView) override;
+    void webViewDrawHeaderInRect(QObject* webView, const QRectF& rect) override;
+    void webViewDrawFooterInRect(QObject* webView, const QRectF& rect) override;
+
+    // Details panel.
+    Q_INVOKABLE void propertyDetailsDisclosureButtonAction(QObject* sender);
+    void showPropertyDetailsView();
+    void hidePropertyDetailsView();
+    void animationDidEnd(QObject* animation);
+
+    // Fields.
+    const Tables& properties() const { return m_properties; }
+    const OptionalDate& fromDate() const { return m_fromDate; }
+    void setFromDate(const OptionalDate& date) { m_fromDate = date; }  ///< counts until the view is loaded
+    const OptionalDate& toDate() const { return m_toDate; }
+    void setToDate(const OptionalDate& date) { m_toDate = date; }
+    const KTVDataClusterViewController::Pointer& dataClusterViewController() const { return m_dataCluster; }
+    bool propertyDetailsShowing() const { return m_propertyDetailsShowing; }
+    const std::optional<CPTPlotRange>& plotRangeForY() const { return m_plotRangeForY; }
+    const InfoTableArrayPtr& infoTableArray() const { return m_infoTableArray; }
+    const QStringList& deletionArray() const { return m_deletionArray; }
+    const std::optional<QVariantMap>& tableColumns() const { return m_tableColumns; }
+    const std::optional<std::map<QString, int>>& infoTablePropertyShowMapping() const { return m_showMapping; }
+    const KTVRecordDictionaryPtr& plotData() const { return m_plotData; }
+    const std::optional<Binders>& binders() const { return m_binders; }
+    const std::optional<std::map<QString, QColor>>& colorNameDictionary() const { return m_colorNameDictionary; }
+    const CPTXYGraphPtr& graph() const { return m_graph; }
+    KTVMessageViewController* messageViewController() const { return m_messageViewController.get(); }
+    bool observersAdded() const { return m_observersAdded; }
+    bool plotReady() const { return m_plotReady; }
+    QObject* completionTarget() const { return m_completionTarget; }
+    void setCompletionTarget(QObject* target) { m_completionTarget = target; }
+    const QByteArray& completionSelector() const { return m_completionSelector; }
+    void setCompletionSelector(const QByteArray& selector) { m_completionSelector = selector; }
+    const QString& graphTitle() const { return m_graphTitle; }
+    void setGraphTitle(const QString& title) { m_graphTitle = title; }
+    const QString& imageSize() const { return m_imageSize; }
+    void setImageSize(const QString& size) { m_imageSize = size; }
+    const std::shared_ptr<QObject>& webView() const { return m_webView; }
+    void setWebView(std::shared_ptr<QObject> view) { m_webView = std::move(view); }
+
+    // Outlets.
+    KTVGraphHostingView* hostView() const { return m_hostView; }
+    QWidget* dataClusterHostView() const { return m_dataClusterHostView; }
+    PropertyDragDropView* dragDropView() const { return m_dragDropView; }
+    PropertyDetailsTableView* infoTable() const { return m_infoTable; }
+    InfoTableArrayController* infoTableArrayController() const { return m_infoTableArrayController.get(); }
+    QWidget* propertyDetailsView() const { return m_propertyDetailsView; }
+    QAbstractButton* propertyDetailsDisclosureButton() const { return m_propertyDetailsDisclosureButton; }
+    QLabel* propertyDetailsTextField() const { return m_propertyDetailsTextField; }
+    QAbstractButton* sharingButton() const { return m_sharingButton; }
+
+protected:
+    QWidget* loadView() override;
+    void viewDidLoad() override;
+
+private:
+    enum class Rebuild { First, Later };
+    using SeriesDictionary = std::map<QString, CPTPointSeriesPtr>;
+
+    KTVPlotixPlugIn();
+    void initCommon();
+    void decodeFields(KTVDecoder& decoder);
+    void connectActions();
+
+    /// Binds the info table's columns to the rows and its check boxes to `showClicked`; once, when the view is loaded.
+    void connectInfoTable();
+    /// Keeps the parts of the view in place when the root view is resized; follows an animation under way.
+    void rootViewDidResize(const QSize& oldSize, const QSize& newSize);
+    TrendViewArrangement* arrangement();
+    void mergeInfoTableRow(const KTVProperty& property);  ///< recomputes one property's row
+    void removePlotOfProperty(const QString& propertyName);
+    void removeRowNamed(const QString& tableName);
+    void observeProperty(KTVProperty& property);  ///< "unit" and "color"
+    void recolorPlot(const KTVProperty& property);
+    void recolorRows(const QString& propertyName, const QColor& color);
+
+    void refuseDateRange();
+    void requestRecords(const OptionalDate& fromDate, const OptionalDate& toDate);
+    void showRecordsInRange(const KTVRecordDictionaryPtr& records, const CPTPlotRange& range);
+    void buildGraph();
+    void addPlot(const QString& key, const QColor& lineColor, const CPTSeriesControllerPtr& binder);
+    void releaseGraph();
+    CPTXYAxisSet* hostedAxisSet() const;  ///< of the graph the hosting view shows; null off screen
+    SeriesDictionary buildSeries(const KTVRecordDictionary& records);
+    std::size_t addPlots(const KTVRecordDictionary& records, const SeriesDictionary& series);
+    void fitPlots(Rebuild rebuild);
+    void showDataMessages(const KTVRecordDictionary& records);
+    void showMessage(const QString& message);
+    void removeMessageOverlay();
+    void sendImageToCompletionTarget();
+    void writeToChosenFile(const QString& fileType, const std::function<QByteArray()>& makeData);
+
+    Tables m_properties;                                             // shares; PropertySet. Absent is not empty
+    OptionalDate m_fromDate;                                         // its maker, before the view is loaded
+    OptionalDate m_toDate;                                           // likewise
+    KTVDataClusterViewController::Pointer m_dataCluster;             // owns
+    bool m_propertyDetailsShowing = false;                           // DetailsPanel
+    std::optional<CPTPlotRange> m_plotRangeForY;                     // Axes; archived, never restored to the plot space
+    InfoTableArrayPtr m_infoTableArray;                              // shares with the array controller; InfoTable
+    QStringList m_deletionArray;                                     // display names; PropertySet
+    std::optional<QVariantMap> m_tableColumns;                       // as read from the archive
+    std::optional<std::map<QString, int>> m_showMapping;             // InfoTable; never read to decide visibility
+    KTVRecordDictionaryPtr m_plotData;                               // shares; Series
+    std::optional<Binders> m_binders;                                // Series; absent until the graph is built
+    std::optional<std::map<QString, QColor>> m_colorNameDictionary;  // Series; emptied on every rebuild, never filled
+    CPTXYGraphPtr m_graph;                                           // shares with the hosting view; Graph
+    std::unique_ptr<KTVMessageViewController> m_messageViewController;  // owns; from viewDidLoad on
+    bool m_observersAdded = false;                                      // Observation
+    bool m_plotReady = false;                                           // Acquisition clears it; nothing sets it
+    bool m_firstFitUnderWay = false;                                    // Axes; the y axis is not re-ticked meanwhile
+    QPointer<QObject> m_completionTarget;                               // weak
+    QByteArray m_completionSelector;                                    // a method name taking one QByteArray
+    QString m_graphTitle;                                               // drawn into off-screen images only
+    QString m_imageSize;                                                // points, as size text
+    std::shared_ptr<QObject> m_webView;                                 // unused: the host owns the printing view
+
+    QPointer<KTVGraphHostingView> m_hostView;
+    QPointer<QWidget> m_dataClusterHostView;
+    QPointer<PropertyDragDropView> m_dragDropView;
+    QPointer<PropertyDetailsTableView> m_infoTable;
+    std::unique_ptr<InfoTableArrayController> m_infoTableArrayController;  // made with the view, null before
+    QPointer<QWidget> m_propertyDetailsView;
+    QPointer<QAbstractButton> m_propertyDetailsDisclosureButton;
+    QPointer<QLabel> m_propertyDetailsTextField;
+    QPointer<QAbstractButton> m_sharingButton;
+    TrendViewArrangement* m_arrangement = nullptr;  // a child, made with the view; DetailsPanel
+};

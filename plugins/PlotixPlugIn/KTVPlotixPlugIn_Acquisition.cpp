@@ -1,0 +1,134 @@
+// Fetching records, and what happens with the answer.
+//
+// Rules of this room:
+//  1. Every change of the plotted range or of the property set ends in `acquirePlotFromDate`. It never refuses a second
+//     fetch while one runs; the last answer to arrive wins, and cancelling stops nothing.
+//  2. The completion handler runs on any thread and does one thing there: it posts a task to the main queue, also when
+//     it is called at once and on the main thread.
+//  3. The task holds the records and the error strongly and an ordinary view weakly. The weak reference becomes a
+//     strong one only on the main thread, so that the destructor runs nowhere else.
+//  4. An off-screen object has nobody to keep it, so its pending fetch does (OffscreenLife below).
+
+#include "plugins/PlotixPlugIn/KTVPlotixPlugIn.h"
+
+#include "base/MainQueue.h"
+#include "plugins/PlotixPlugIn/host/KTVHostServices.h"
+
+namespace {
+
+/// Keeps an off-screen plug-in until its rebuild has run. Only the main thread touches what it holds: the handler that
+/// carries it may be destroyed on the archive's thread, and then posts the deletion instead of doing it there.
+struct OffscreenLife {
+    std::shared_ptr<KTVPlotixPlugIn> plugIn;
+};
+
+std::shared_ptr<OffscreenLife> keepUntilRebuilt(std::shared_ptr<KTVPlotixPlugIn> plugIn)
+{
+    return {new OffscreenLife{std::move(plugIn)},
+            [](OffscreenLife* life) { plotix::MainQueue::main().async([life] { delete life; }); }};
+}
+
+/// Where a sheet goes: the window the view is shown in; none for a view in no window, and for none at all.
+QWidget* windowOfView(QWidget* view)
+{
+    return view && (view->parentWidget() || view->isVisible()) ? view->window() : nullptr;
+}
+
+}  // namespace
+
+void KTVPlotixPlugIn::acquirePlotFromDate(const OptionalDate& fromDate, const OptionalDate& toDate)
+{
+    m_plotReady = false;
+    if (plotix::isEarlierThanDate(toDate, fromDate)) {
+        refuseDateRange();
+        return;
+    }
+    m_dataCluster->setFromDateValue(fromDate);
+    m_dataCluster->setToDateValue(toDate);
+    m_dataCluster->refreshStarted(this);
+    requestRecords(fromDate, toDate);
+}
+
+// The busy state ends before the sheet opens; the pickers keep the dates that were refused.
+void KTVPlotixPlugIn::refuseDateRange()
+{
+    m_dataCluster->refreshComplete(this);
+    if (!isViewLoaded() && m_completionTarget)
+        return;
+    const KTVAlert alert{QStringLiteral("Illegal Date Range"),
+                         QStringLiteral("The \"from\" date must be less than the \"to\" date."),
+                         KTVAlert::Style::Critical};
+    KTVHostServices::installed().userInterface->beginSheet(alert, isViewLoaded() ? windowOfView(view()) : nullptr,
+                                                           [] {});
+}
+
+void KTVPlotixPlugIn::requestRecords(const OptionalDate& fromDate, const OptionalDate& toDate)
+{
+    const std::weak_ptr<KTVPlotixPlugIn> weakPlugIn = std::static_pointer_cast<KTVPlotixPlugIn>(shared_from_this());
+    const std::shared_ptr<OffscreenLife> life = m_completionTarget ? keepUntilRebuilt(weakPlugIn.lock()) : nullptr;
+    KTVArchiveManager* archiveManager = agent()->archiveManager();
+    if (!archiveManager)
+        return;
+    archiveManager->fetchRecordsForProperties(
+        m_properties, fromDate, toDate, kMaximumSamplesUnlimited, [](double, bool*) {},
+        [weakPlugIn, life](const KTVRecordDictionaryPtr& records, double, const std::optional<KTVError>& error) {
+            plotix::MainQueue::main().async([weakPlugIn, life, records, error] {
+                if (const Ptr plugIn = weakPlugIn.lock())
+                    plugIn->doValidDataSource(records, error);
+                if (life)
+                    life->plugIn.reset();
+            });
+        });
+}
+
+void KTVPlotixPlugIn::doValidDataSource(const KTVRecordDictionaryPtr& records, const std::optional<KTVError>& error)
+{
+    if (!records) {
+        // Modal, and the busy state stays: nothing but a drawing or the user ends it.
+        KTVHostServices::installed().userInterface->runModal(
+            {QStringLiteral("Database Access Error"), QStringLiteral("Returned object was malformed.")});
+        m_dataCluster->restorePreviousDate();
+        return;
+    }
+    if (error) {
+        showMessage(QStringLiteral("No Properties Available to Plot"));
+        m_dataCluster->restorePreviousDate();
+    } else {
+        removeMessageOverlay();
+    }
+    updatePlotData(records);
+    updateInfoTable();
+}
+
+void KTVPlotixPlugIn::refreshPlot()
+{
+    acquirePlotFromDate(m_dataCluster->fromDateValue(), m_dataCluster->toDateValue());
+}
+
+void KTVPlotixPlugIn::refresh(QObject* /*sender*/)
+{
+    refreshPlot();
+}
+
+void KTVPlotixPlugIn::cancel(QObject* /*sender*/)
+{
+    // Ends the busy state only: the fetch goes on, and its late answer replaces the plot.
+    didFinishDrawing();
+}
+
+void KTVPlotixPlugIn::dateChanged(QObject* /*sender*/)
+{
+    // A date edit alone never fetches.
+}
+
+void KTVPlotixPlugIn::showMessage(const QString& message)
+{
+    if (m_messageViewController)
+        m_messageViewController->centerOnView(m_hostView, message);
+}
+
+void KTVPlotixPlugIn::removeMessageOverlay()
+{
+    if (m_messageViewController)
+        removeFromSuperview(m_messageViewController->view());
+}

@@ -1,0 +1,45 @@
+// Showing a range again and again while records arrive.
+//
+// Rules of this room:
+//  1. Nothing is asked of the user and nothing flickers: the date panel stays as it is while the records come, without
+//     its busy state, so that dates can be typed meanwhile. Its dates move in the same task that shows the records.
+//  2. The range shown is the one asked for, also where the records do not reach its ends.
+//  3. An answer that is no good is passed over: the next one comes soon, and Refresh says what is wrong.
+
+#include "plugins/PlotixPlugIn/KTVPlotixPlugIn.h"
+
+#include "base/MainQueue.h"
+
+void KTVPlotixPlugIn::showRange(double fromSeconds, double toSeconds)
+{
+    KTVArchiveManager* archiveManager = agent() ? agent()->archiveManager() : nullptr;
+    if (!archiveManager || !(fromSeconds <= toSeconds))
+        return;
+    const std::weak_ptr<KTVPlotixPlugIn> weakPlugIn = std::static_pointer_cast<KTVPlotixPlugIn>(shared_from_this());
+    archiveManager->fetchRecordsForProperties(
+        m_properties, plotix::Date{fromSeconds}, plotix::Date{toSeconds}, kMaximumSamplesUnlimited,
+        [](double, bool*) {},
+        [weakPlugIn, fromSeconds, toSeconds](const KTVRecordDictionaryPtr& records, double,
+                                             const std::optional<KTVError>& error) {
+            plotix::MainQueue::main().async([weakPlugIn, fromSeconds, toSeconds, records, error] {
+                const Ptr plugIn = weakPlugIn.lock();
+                if (plugIn && records && !error)
+                    plugIn->showRecordsInRange(records, {fromSeconds, toSeconds - fromSeconds});
+            });
+        });
+}
+
+void KTVPlotixPlugIn::showRecordsInRange(const KTVRecordDictionaryPtr& records, const CPTPlotRange& range)
+{
+    doValidDataSource(records, {});
+    // The fit has just shown what there is; the proposal moves the dates on to what was asked for.
+    if (m_graph)
+        m_graph->defaultPlotSpace()->setXRange(range);
+}
+
+QVariantList KTVPlotixPlugIn::shownRange() const
+{
+    const OptionalDate from = m_dataCluster->fromDateValue();
+    const OptionalDate to = m_dataCluster->toDateValue();
+    return from && to ? QVariantList{from->seconds, to->seconds} : QVariantList();
+}

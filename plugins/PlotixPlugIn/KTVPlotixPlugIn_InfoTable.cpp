@@ -1,0 +1,157 @@
+// The statistics table.
+//
+// Rules of this room:
+//  1. Rows follow `properties`, values follow `plotData`: a property without a key there gets a row of zeros.
+//  2. A row is found by its display name. The first one found supplies "show" and "color" to the new row; every
+//     displayed row of that name is replaced, and so moves behind the rows that match no property.
+//  3. Values are counted whatever their kind: snapshots that are never plotted count here.
+//  4. Only the average is rounded, in double precision, before everything is narrowed.
+//  5. New rows never touch the visibility of plots; replaced ones set it again, under the old row's key.
+
+#include "plugins/PlotixPlugIn/KTVPlotixPlugIn.h"
+
+#include "plugins/PlotixPlugIn/host/KTVConverter.h"
+#include "plugins/PlotixPlugIn/host/KTVRecordColumn.h"
+#include "plugins/PlotixPlugIn/logic/SinglePrecision.h"
+#include "plugins/PlotixPlugIn/logic/Statistics.h"
+
+#include <array>
+
+namespace {
+
+constexpr int kAverageRounding = 10;
+const QString kNoUnit = QStringLiteral("-");
+
+/// One column's statistics and the unit symbol of its first valid value.
+struct ColumnSummary {
+    plotix::StatisticsAccumulator values;
+    std::optional<QString> unitSymbol;
+};
+
+/// Adds the elements [first, last), none of which is an exception.
+void addPlainValues(ColumnSummary& summary, const KTVRecordColumn& column, std::size_t first, std::size_t last)
+{
+    std::array<double, 1024> block;
+    while (first < last) {
+        const std::span<double> values(block.data(), std::min(block.size(), last - first));
+        column.copyUnitValues(first, values);
+        summary.values.addBlock(values, column.validity(), first);
+        first += values.size();
+    }
+    if (!summary.unitSymbol && !summary.values.isEmpty())
+        summary.unitSymbol = column.unitSymbol();
+}
+
+void addException(ColumnSummary& summary, const KTVPropertyPtr& snapshot)
+{
+    if (!snapshot || !snapshot->isValid())
+        return;
+    summary.values.add(snapshot->unitValue());
+    if (!summary.unitSymbol)
+        summary.unitSymbol = snapshot->unitSymbol();
+}
+
+ColumnSummary summaryOfColumn(const KTVRecordColumn& column)
+{
+    ColumnSummary summary;
+    std::size_t next = 0;
+    for (const auto& [index, snapshot] : column.exceptions()) {
+        if (index >= column.size())
+            break;
+        addPlainValues(summary, column, next, index);
+        addException(summary, snapshot);
+        next = index + 1;
+    }
+    addPlainValues(summary, column, next, column.size());
+    return summary;
+}
+
+InfoTableRow rowForProperty(const KTVProperty& property, const KTVRecordColumn* column)
+{
+    const ColumnSummary summary = column ? summaryOfColumn(*column) : ColumnSummary();
+    const plotix::Statistics statistics = summary.values.statistics();
+    // Without values the average stays the plain 0 it is.
+    const double average =
+        statistics.points < 1 ? statistics.average : KTVConverter::roundValue(statistics.average, kAverageRounding);
+    return {.show = true,
+            .color = property.color(),
+            .tableName = property.name(),
+            .propertyName = property.propertyName(),
+            .unit = summary.unitSymbol.value_or(kNoUnit),
+            .minimum = plotix::singlePrecision(statistics.minimum),
+            .maximum = plotix::singlePrecision(statistics.maximum),
+            .average = plotix::singlePrecision(average),
+            .points = statistics.points};
+}
+
+InfoTableRowPtr firstRowNamed(const InfoTableArray& rows, const QString& name)
+{
+    const auto found =
+        std::find_if(rows.begin(), rows.end(), [&](const InfoTableRowPtr& row) { return row->tableName == name; });
+    return found == rows.end() ? nullptr : *found;
+}
+
+}  // namespace
+
+void KTVPlotixPlugIn::connectInfoTable()
+{
+    m_infoTable->setArrayController(m_infoTableArrayController.get());
+    m_infoTable->setTableDelegate(this);
+    connect(m_infoTable, &PropertyDetailsTableView::showClicked, this, &KTVPlotixPlugIn::showClicked);
+}
+
+void KTVPlotixPlugIn::updateInfoTable()
+{
+    const KTVPropertyList properties = m_properties.value_or(KTVPropertyList());
+    for (const KTVPropertyPtr& property : properties) {
+        if (!m_showMapping)
+            m_showMapping.emplace();
+        m_showMapping->try_emplace(property->name(), 1);  // kept, but visibility comes from the rows alone
+        if (m_infoTableArrayController)
+            mergeInfoTableRow(*property);
+    }
+}
+
+void KTVPlotixPlugIn::mergeInfoTableRow(const KTVProperty& property)
+{
+    const auto column = m_plotData ? m_plotData->columnForKey(property.propertyName()) : nullptr;
+    InfoTableRow newRow = rowForProperty(property, column.get());
+    const InfoTableRowPtr existing = firstRowNamed(*m_infoTableArray, newRow.tableName);
+    if (!existing) {
+        m_infoTableArrayController->addObject(std::make_shared<InfoTableRow>(newRow));
+        return;
+    }
+    newRow.show = existing->show;
+    newRow.color = existing->color;
+    // A snapshot: replacing changes the arranged objects. Each old row gets a row of its own, so that removing one of
+    // two rows of a name leaves the other.
+    const InfoTableArray displayed = m_infoTableArrayController->arrangedObjects();
+    for (const InfoTableRowPtr& oldRow : displayed) {
+        if (oldRow->tableName != newRow.tableName)
+            continue;
+        m_infoTableArrayController->removeObject(oldRow);
+        m_infoTableArrayController->addObject(std::make_shared<InfoTableRow>(newRow));
+        setPlotForPropertyName(oldRow->propertyName, !newRow.show);
+    }
+}
+
+void KTVPlotixPlugIn::setPlotForPropertyName(const QString& propertyName, bool hidden)
+{
+    const CPTXYGraphPtr hostedGraph = m_hostView ? m_hostView->hostedGraph() : nullptr;
+    if (!hostedGraph)
+        return;
+    if (const CPTScatterPlotPtr plot = hostedGraph->plotWithIdentifier(propertyName))
+        plot->setHidden(hidden);
+}
+
+void KTVPlotixPlugIn::showClicked(QObject* sender)
+{
+    const auto* checkBox = qobject_cast<QAbstractButton*>(sender);
+    if (!checkBox || !m_infoTable || !m_infoTableArrayController)
+        return;
+    const auto& rows = m_infoTableArrayController->arrangedObjects();
+    const int row = m_infoTable->rowForView(checkBox);
+    if (row < 0 || static_cast<std::size_t>(row) >= rows.size())
+        return;
+    setPlotForPropertyName(rows[static_cast<std::size_t>(row)]->propertyName, !checkBox->isChecked());
+}

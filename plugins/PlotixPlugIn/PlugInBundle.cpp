@@ -1,0 +1,33 @@
+#include "plugins/PlotixPlugIn/PlugInBundle.h"
+
+/// The resources stand in a static library, so they register themselves only when asked. Outside every namespace, as
+/// the macro wants it.
+static void initializeResources()
+{
+    Q_INIT_RESOURCE(PlotixPlugIn);
+}
+
+namespace plugInBundle {
+
+QString name()
+{
+    return QStringLiteral("Plotix");
+}
+
+QString textDescription()
+{
+    // The doubled word is part of the text.
+    return QStringLiteral("Plotix provides provides plotting, trending, and analytics services.");
+}
+
+QIcon icon()
+{
+    return QIcon(QStringLiteral(":/PlotixPlugIn/icon.png"));
+}
+
+void registerResources()
+{
+    initializeResources();
+}
+
+}  // namespace plugInBundle

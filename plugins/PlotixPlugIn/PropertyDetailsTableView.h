@@ -1,0 +1,94 @@
+#pragma once
+
+#include "plugins/PlotixPlugIn/InfoTableRow.h"
+#include "plugins/PlotixPlugIn/WeakReference.h"
+
+#include <QtCore/QPointer>
+#include <QtCore/QVariantMap>
+#include <QtWidgets/QMenu>
+#include <QtWidgets/QTableView>
+
+#include <cstddef>
+#include <memory>
+#include <vector>
+
+class InfoTableModel;
+class QCheckBox;
+
+/// What the details table asks of its delegate. Held weakly. Main thread only.
+class PropertyDetailsTableViewDelegate : public WeaklyReferenced {
+public:
+    virtual bool respondsToMarkDeletedRows() const { return true; }
+    virtual void markDeletedRows(const std::vector<std::size_t>& indexes) = 0;  ///< displayed positions, ascending
+    virtual bool removeDeletedRows() = 0;
+};
+
+/// The statistics table: check box, colour, name, unit, minimum, maximum, average and number of points per row.
+///
+/// Shows the rows of an array controller (*borrowed*; forgotten when it goes) in its arranged order and keeps both
+/// selections alike. A click on a header sorts through the controller. Each check box is a widget of its own, so that
+/// Tab reaches it; it writes the row's "show", then `showClicked` is emitted. The table itself eats every key. Main
+/// thread only.
+class PropertyDetailsTableView : public QTableView {
+    Q_OBJECT
+public:
+    explicit PropertyDetailsTableView(QWidget* parent = nullptr);
+    ~PropertyDetailsTableView() override;
+
+    PropertyDetailsTableViewDelegate* tableDelegate() const { return m_delegate.get(); }
+    void setTableDelegate(PropertyDetailsTableViewDelegate* delegate) { m_delegate = delegate; }
+
+    /// The rows to show; null shows none.
+    void setArrayController(InfoTableArrayController* controller);
+    InfoTableModel* infoTableModel() const { return m_model; }
+
+    /// The displayed position of the row that holds `view`; -1 for a view of no row.
+    int rowForView(const QWidget* view) const;
+    /// The check box of a displayed row. Null when there is no such row.
+    QCheckBox* checkBoxForRow(int row) const;
+    std::vector<std::size_t> selectedRowIndexes() const;  ///< ascending
+
+    /// Column order, widths, and the sorted column with its direction, as plain data. The widths are the columns' own:
+    /// where they leave space, the property's column is shown wider, which is nobody's choice and not kept.
+    QVariantMap dictionaryForAutosavingLayout() const;
+    /// Applies such data; empty, unknown or damaged parts leave the layout as it is.
+    void adjustLayoutForAutosavedDictionary(const QVariantMap& dictionary);
+
+    /// Removes the selected rows through the delegate.
+    void remove();
+
+    /// A new menu with the one item "Remove", for any event; the caller owns it. A press of the right mouse button on a
+    /// row that is not selected selects exactly that row first; outside every row it leaves the selection alone.
+    std::unique_ptr<QMenu> menuForEvent(const QEvent* event);
+
+signals:
+    void showClicked(QWidget* sender);  ///< after the row's "show" was written; the sender is the check box
+
+protected:
+    bool event(QEvent* event) override;
+    void resizeEvent(QResizeEvent* event) override;
+    void keyPressEvent(QKeyEvent* event) override;
+    void paintEvent(QPaintEvent* event) override;  ///< with a line at the edge while it has the focus
+    void focusInEvent(QFocusEvent* event) override;
+    void focusOutEvent(QFocusEvent* event) override;
+    void mousePressEvent(QMouseEvent* event) override;
+    void contextMenuEvent(QContextMenuEvent* event) override;
+
+private:
+    void setUpLook();
+    void setUpHeader();
+    void fillWidth();
+    void columnWasResized(int column, int width);
+    void selectRowUnder(const QPoint& position);
+    void adjustCheckBoxes();
+    void addCheckBox(int row);
+    void takeSelectionFromController();
+    void giveSelectionToController();
+
+    InfoTableModel* m_model;                        // a child
+    std::vector<QPointer<QCheckBox>> m_checkBoxes;  // in index widgets, one per row
+    WeakReference<PropertyDetailsTableViewDelegate> m_delegate;
+    bool m_synchronising = false;
+    std::vector<int> m_ownWidths;  // of the columns, points; without what fills the view
+    bool m_filling = false;
+};

@@ -1,0 +1,53 @@
+#pragma once
+
+#include <QtCore/QByteArray>
+#include <QtCore/QSizeF>
+#include <QtCore/QString>
+
+#include <cstdint>
+#include <optional>
+#include <vector>
+
+/// The printed report as text, and the sizes on its page. Pure: no view, no host, no clock. Any thread.
+///
+/// Nothing is escaped: texts enter the HTML as they are. An absent text reads "(null)".
+namespace plotix {
+
+/// One row of the statistics.
+struct ReportRow {
+    QString name = {};
+    QString unit = {};
+    float minimum = 0;
+    float maximum = 0;
+    float average = 0;
+    std::int32_t points = 0;
+};
+
+struct Report {
+    std::vector<ReportRow> rows;              ///< in the order of the list, which the screen may sort otherwise
+    std::optional<QString> fromDate, toDate;  ///< as the host describes dates
+    std::optional<QString> siteName, siteLocation;
+    QByteArray graph;  ///< PNG data; may be empty
+};
+
+/// "A", "A ● B ●  C". No rows: empty.
+QString reportTitle(const std::vector<ReportRow>& rows);
+
+/// The whole document, on one line.
+QString reportHtml(const Report& report);
+
+QString reportFooterLeft(const QString& program, const QString& date);
+QString reportFooterRight(std::int64_t page, std::int64_t pageCount);
+
+/// Points. Paper of 792 × 612 with margins of 36 and 45 has 720 × 522 for content, a graph of 720 × 348, and a hosting
+/// view of 1440 × 696.
+struct ReportGeometry {
+    QSizeF content;
+    QSizeF graph;
+    QSizeF hostingView;
+};
+
+/// `margins` are left + right and top + bottom.
+ReportGeometry reportGeometry(const QSizeF& paper, const QSizeF& margins, double scalingFactor);
+
+}  // namespace plotix

@@ -1,0 +1,48 @@
+#pragma once
+
+#include "base/SharedArray.h"
+
+#include <cstddef>
+#include <cstdint>
+#include <limits>
+#include <span>
+
+/// Minimum, maximum, average and count of a property's valid values.
+///
+/// Pure: no record, no widget. Everything is computed in double precision, in the order the values are given; whoever
+/// stores the results narrows them.
+namespace plotix {
+
+struct Statistics {
+    double minimum = 0;
+    double maximum = 0;
+    double average = 0;       ///< not rounded
+    std::int32_t points = 0;  ///< values counted; stays at the largest 32-bit number beyond it
+
+    friend bool operator==(const Statistics&, const Statistics&) = default;
+};
+
+/// Takes values one by one or in blocks; blocks give exactly what the same values one by one would.
+///
+/// Without any value the statistics are all 0. NaNs are never valid and never counted; infinities are.
+class StatisticsAccumulator {
+public:
+    void add(double value);
+
+    /// Adds those values of a block that are valid: element i by bit `first` + i of the bitmap.
+    /// Requires: the bitmap covers the block.
+    void addBlock(std::span<const double> values, const ValidityBitmap& validity, std::size_t first);
+
+    bool isEmpty() const { return m_count == 0; }
+    Statistics statistics() const;
+
+private:
+    void addAll(std::span<const double> values);
+
+    double m_minimum = std::numeric_limits<double>::max();
+    double m_maximum = -std::numeric_limits<double>::max();
+    double m_sum = 0;
+    std::int64_t m_count = 0;
+};
+
+}  // namespace plotix

@@ -1,0 +1,15 @@
+#pragma once
+
+#include <QtCore/QByteArray>
+#include <QtCore/QObject>
+
+#include <vector>
+
+/// A completion target that keeps the images it is sent.
+class ImageReceiver : public QObject {
+    Q_OBJECT
+public:
+    std::vector<QByteArray> images;
+
+    Q_INVOKABLE void receiveImage(const QByteArray& pngData) { images.push_back(pngData); }
+};

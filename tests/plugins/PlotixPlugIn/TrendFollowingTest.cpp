@@ -1,0 +1,75 @@
+#include "TrendViewFixture.h"
+
+namespace {
+
+class TrendFollowing : public TrendViewFixture {
+protected:
+    void showNow(double from, double to) { trend().showRange(from, to); }
+    static QVariantList range(double from, double to) { return {from, to}; }
+};
+
+TEST_F(TrendFollowing, AsksForTheRangeWithoutBeingBusy)
+{
+    openTrendWithData();
+    trend().didFinishDrawing();
+    const int before = fetchCount();
+    const QVariantList shown = trend().shownRange();
+    showNow(kFrom + 60, kTo + 60);
+    EXPECT_EQ(fetchCount(), before + 1);
+    EXPECT_EQ(lastFetch().fromDate, plotix::Date{kFrom + 60});
+    EXPECT_EQ(lastFetch().toDate, plotix::Date{kTo + 60});
+    EXPECT_FALSE(isBusy());
+    EXPECT_EQ(trend().shownRange(), shown);
+}
+
+TEST_F(TrendFollowing, TheAnswerShowsTheWholeRangeAskedFor)
+{
+    openTrendWithData();
+    showNow(kFrom + 60, kTo + 60);
+    answer(recordsAt({kFrom + 100, kFrom + 200, kFrom + 300}).column("airTemperature", {1, 2, 3}));
+    EXPECT_EQ(trend().shownRange(), range(kFrom + 60, kTo + 60));
+    const CPTPlotRange shown = trend().graph()->defaultPlotSpace()->xRange();
+    EXPECT_EQ(shown.location, kFrom + 60);
+    EXPECT_EQ(shown.length, 3600);
+    EXPECT_EQ(plotIdentifiers(), QStringList{"airTemperature"});
+}
+
+TEST_F(TrendFollowing, WithoutRecordsTheDatesMoveOnToo)
+{
+    openTrendWithData();
+    showNow(kFrom + 60, kTo + 60);
+    answer(recordsAt({}));
+    EXPECT_EQ(trend().shownRange(), range(kFrom + 60, kTo + 60));
+}
+
+TEST_F(TrendFollowing, AFailureIsPassedOverWithoutAnAlert)
+{
+    openTrendWithData();
+    const QVariantList shown = trend().shownRange();
+    showNow(kFrom + 60, kTo + 60);
+    answerNothing();
+    EXPECT_EQ(trend().shownRange(), shown);
+    EXPECT_EQ(plotIdentifiers().size(), 2);
+    EXPECT_TRUE(desktop().modalAlerts().empty());
+}
+
+TEST_F(TrendFollowing, AReversedRangeAsksForNothing)
+{
+    openTrendWithData();
+    const int before = fetchCount();
+    showNow(kTo, kFrom);
+    EXPECT_EQ(fetchCount(), before);
+}
+
+TEST_F(TrendFollowing, AViewThatIsGoneIsNotAnswered)
+{
+    openTrendWithData();
+    showNow(kFrom, kTo);
+    const std::weak_ptr<KTVPlugIn> gone = trend().shared_from_this();
+    releaseTrend();
+    EXPECT_TRUE(gone.expired());
+    answer(recordsAt({kFrom, kTo}).column("airTemperature", {1, 2}));
+    EXPECT_TRUE(desktop().modalAlerts().empty());
+}
+
+}  // namespace

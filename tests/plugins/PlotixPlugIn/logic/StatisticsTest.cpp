@@ -1,0 +1,135 @@
+#include "plugins/PlotixPlugIn/logic/Statistics.h"
+
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <limits>
+#include <random>
+#include <vector>
+
+namespace {
+
+using plotix::SharedArray;
+using plotix::Statistics;
+using plotix::StatisticsAccumulator;
+using plotix::ValidityBitmap;
+
+constexpr double kInfinity = std::numeric_limits<double>::infinity();
+const double kNaN = std::nan("");
+
+Statistics statisticsOf(const std::vector<double>& values)
+{
+    StatisticsAccumulator accumulator;
+    accumulator.addBlock(values, {}, 0);
+    return accumulator.statistics();
+}
+
+ValidityBitmap bitmapOf(const std::vector<bool>& valid)
+{
+    std::vector<std::uint64_t> words((valid.size() + 63) / 64);
+    for (std::size_t index = 0; index < valid.size(); ++index)
+        if (valid[index])
+            words[index / 64] |= std::uint64_t{1} << (index % 64);
+    return ValidityBitmap(SharedArray<std::uint64_t>::fromVector(words));
+}
+
+TEST(StatisticsTest, NoValuesAreAllZero)
+{
+    EXPECT_EQ(statisticsOf({}), (Statistics{0, 0, 0, 0}));
+}
+
+TEST(StatisticsTest, OneValueIsMinimumMaximumAndAverage)
+{
+    EXPECT_EQ(statisticsOf({-7.25}), (Statistics{-7.25, -7.25, -7.25, 1}));
+}
+
+TEST(StatisticsTest, ThreeFiveFour)
+{
+    EXPECT_EQ(statisticsOf({3, 5, 4}), (Statistics{3, 5, 4, 3}));
+}
+
+TEST(StatisticsTest, AllNegativeValuesKeepANegativeMaximum)
+{
+    EXPECT_EQ(statisticsOf({-3, -1, -2}), (Statistics{-3, -1, -2, 3}));
+}
+
+TEST(StatisticsTest, AllEqualValues)
+{
+    EXPECT_EQ(statisticsOf({4, 4, 4, 4}), (Statistics{4, 4, 4, 4}));
+}
+
+TEST(StatisticsTest, ANaNIsNotCounted)
+{
+    EXPECT_EQ(statisticsOf({1, kNaN, 3}), (Statistics{1, 3, 2, 2}));
+    EXPECT_EQ(statisticsOf({kNaN}), (Statistics{0, 0, 0, 0}));
+}
+
+TEST(StatisticsTest, AnInfinityIsAValue)
+{
+    const Statistics statistics = statisticsOf({1, kInfinity});
+    EXPECT_EQ(statistics.maximum, kInfinity);
+    EXPECT_EQ(statistics.minimum, 1);
+    EXPECT_EQ(statistics.points, 2);
+}
+
+TEST(StatisticsTest, OnlyValidElementsCount)
+{
+    StatisticsAccumulator accumulator;
+    accumulator.addBlock(std::vector<double>{100, 1, -100, 3}, bitmapOf({false, true, false, true}), 0);
+    EXPECT_EQ(accumulator.statistics(), (Statistics{1, 3, 2, 2}));
+}
+
+TEST(StatisticsTest, ABlockBeginsAtItsOwnBit)
+{
+    StatisticsAccumulator accumulator;
+    accumulator.addBlock(std::vector<double>{100, 2}, bitmapOf({true, false, true}), 1);
+    EXPECT_EQ(accumulator.statistics(), (Statistics{2, 2, 2, 1}));
+}
+
+TEST(StatisticsTest, IsEmptyUntilTheFirstValidValue)
+{
+    StatisticsAccumulator accumulator;
+    accumulator.addBlock(std::vector<double>{kNaN, 2}, bitmapOf({true, false}), 0);
+    EXPECT_TRUE(accumulator.isEmpty());
+    accumulator.add(0);
+    EXPECT_FALSE(accumulator.isEmpty());
+}
+
+// The sum runs over the doubles: floats would lose the small value here.
+TEST(StatisticsTest, SumsInDoublePrecision)
+{
+    EXPECT_EQ(statisticsOf({16777216, 1, 1, 2}).average, 16777220.0 / 4);
+}
+
+TEST(StatisticsTest, BlocksGiveWhatTheValuesOneByOneGive)
+{
+    std::mt19937_64 random(7);
+    std::normal_distribution<double> value(20, 5);
+    for (const std::size_t size : {1U, 31U, 64U, 1024U, 1025U, 5000U}) {
+        std::vector<double> values(size);
+        std::vector<bool> valid(size);
+        double minimum = std::numeric_limits<double>::max();
+        double maximum = -minimum;
+        double sum = 0;
+        int count = 0;
+        for (std::size_t index = 0; index < size; ++index) {
+            values[index] = index % 17 == 3 ? kNaN : value(random);
+            valid[index] = random() % 3 != 0;
+            if (!valid[index] || std::isnan(values[index]))
+                continue;
+            minimum = std::min(minimum, values[index]);
+            maximum = std::max(maximum, values[index]);
+            sum += values[index];
+            ++count;
+        }
+        StatisticsAccumulator accumulator;
+        const ValidityBitmap bitmap = bitmapOf(valid);
+        for (std::size_t first = 0; first < size; first += 1000)
+            accumulator.addBlock(std::span(values).subspan(first, std::min<std::size_t>(1000, size - first)), bitmap,
+                                 first);
+        const Statistics expected = count ? Statistics{minimum, maximum, sum / count, count} : Statistics{0, 0, 0, 0};
+        EXPECT_EQ(accumulator.statistics(), expected) << size << " values";
+    }
+}
+
+}  // namespace
