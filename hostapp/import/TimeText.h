@@ -1,0 +1,63 @@
+#pragma once
+
+#include "hostapp/import/LocalTime.h"
+
+#include <array>
+#include <cstdint>
+#include <optional>
+#include <string_view>
+
+/// Times as they stand in text files.
+///
+///   2015-02-03T14:19:00Z   2015-02-03 14:19:00.25+01:00   20150203T141900Z   2015/2/3      year first
+///   3.2.2015 14:19         3/2/2015 2:19:00 pm            03-02-15, 14:19                  day or month first
+///   1422973140             1422973140250                                                   seconds, milliseconds
+/// Without Z or an offset a time is local. Two-digit years lie in 1970 … 2069. 24:00 is the next midnight, and a leap
+/// second the next minute. Fractions are read exactly: the double nearest to the digits. Free functions are pure.
+namespace plotix {
+
+enum class TimeLayout { YearFirst, DayFirst, MonthFirst, EpochSeconds, EpochMilliseconds };
+
+/// A date's three numbers before anybody has decided which is the day, and the time of day behind them.
+struct DateAndTime {
+    std::array<int, 3> date{};  ///< as they stand
+    bool yearFirst = false;     ///< else the year comes last
+    char separator = '-';       ///< between the numbers of the date; 'T' for the compact form
+    int secondOfDay = 0;        ///< 0 … 86,400
+    std::string_view fraction;  ///< digits behind the decimal mark of the seconds
+    std::optional<int> offset;  ///< seconds east of UTC; absent: local
+};
+
+/// Nothing when the text is no date.
+std::optional<DateAndTime> splitDateAndTime(std::string_view text);
+
+/// Seconds from 1970-01-01 to that midnight; nothing for a day the calendar lacks.
+std::optional<std::int64_t> civilSeconds(int year, int month, int day);
+
+/// What the dates of a whole file say about the order of day and month.
+struct DateOrderEvidence {
+    bool dayFirst = false;    ///< some first number is more than 12
+    bool monthFirst = false;  ///< some second number is more than 12
+    bool undecided = false;   ///< some date can be read both ways
+    bool dots = false;        ///< dates have dots, which nobody writes with the month first
+
+    void add(const DateAndTime& date);
+};
+
+/// Reads the times of one column, row by row. Owned by one import; one thread.
+class TimeColumnReader {
+public:
+    TimeColumnReader(TimeLayout layout, LocalTime local);
+
+    /// Seconds since 1970-01-01 UTC; nothing when the text is no time in this layout.
+    std::optional<double> read(std::string_view text);
+
+private:
+    std::optional<double> readEpoch(std::string_view text) const;
+
+    TimeLayout m_layout;
+    LocalTime m_local;
+    std::optional<double> m_previous;
+};
+
+}  // namespace plotix

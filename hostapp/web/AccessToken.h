@@ -1,0 +1,42 @@
+#pragma once
+
+#include <QtCore/QByteArray>
+#include <QtCore/QString>
+
+/// Who may look: everybody while there is no token, else those who know it.
+///
+/// A value; any thread. Comparisons take as long for a nearly right text as for a wrong one.
+namespace plotix {
+
+class AccessToken {
+public:
+    AccessToken() = default;
+
+    /// `token` is shared with the users; `cookieName` tells servers on one machine apart. Empty: open to everybody.
+    AccessToken(QByteArray token, QByteArray cookieName);
+
+    /// The first line of a file, without blanks at its ends. Throws HostError when it cannot be read or holds none.
+    static QByteArray readFrom(const QString& path);
+
+    bool isRequired() const { return !m_token.isEmpty(); }
+
+    bool matches(const QByteArray& token) const;
+
+    /// "Bearer TOKEN", the scheme in any case.
+    bool matchesAuthorization(const QByteArray& header) const;
+
+    /// The Cookie header of a request; ours may stand among others.
+    bool matchesCookies(const QByteArray& header) const;
+
+    /// What Set-Cookie says. The cookie does not hold the token, only proves that it was known; it ends with the
+    /// server.
+    QByteArray cookie() const;
+
+private:
+    QByteArray m_token, m_cookieName, m_cookieValue;
+};
+
+/// Whether both are the same, in a time that depends on the length of `given` alone.
+bool equalInConstantTime(const QByteArray& expected, const QByteArray& given);
+
+}  // namespace plotix

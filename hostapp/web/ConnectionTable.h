@@ -1,0 +1,59 @@
+#pragma once
+
+#include "hostapp/web/HttpLimits.h"
+
+#include <QtCore/QByteArray>
+
+#include <condition_variable>
+#include <list>
+#include <mutex>
+#include <thread>
+
+/// Every open connection, since when it does what it does, and a thread that ends those that take too long.
+///
+/// A client that drips a byte now and then never is silent for long, so silence alone does not find it; what counts
+/// here is the time until its request, or its answer, is whole. Where connections run short, the one that has waited
+/// longest without a request goes, so that a flood of silent ones cannot keep others out. A connection whose answer is
+/// being made is never ended. Sockets are *borrowed* and only shut down; who owns them closes them after `remove`. Any
+/// thread.
+namespace plotix {
+
+class ConnectionTable {
+public:
+    explicit ConnectionTable(const HttpLimits& limits);
+    ~ConnectionTable();
+    ConnectionTable(const ConnectionTable&) = delete;
+    ConnectionTable& operator=(const ConnectionTable&) = delete;
+
+    enum class Activity { AwaitingRequest, MakingAnswer, SendingAnswer };
+    struct Connection {
+        int socket = -1;
+        QByteArray address;  ///< the client's, without its port
+        Activity activity = Activity::AwaitingRequest;
+        std::chrono::steady_clock::time_point since;
+        bool isEnded = false;
+    };
+
+    /// The entry lives until `remove`. May end the longest silent connection, of that address or of all.
+    Connection* add(int socket, const QByteArray& address);
+    void setActivity(Connection* connection, Activity activity);
+    void remove(Connection* connection);
+
+    std::size_t size() const;
+
+private:
+    void watch();
+    void endOverdue();
+    void makeRoom(const QByteArray& address);
+    void endLongestSilent(const QByteArray* address);
+    static void end(Connection& connection);
+
+    HttpLimits m_limits;
+    mutable std::mutex m_mutex;  // guards the rest
+    std::condition_variable m_changed;
+    std::list<Connection> m_connections;
+    bool m_isEnding = false;
+    std::thread m_watcher;
+};
+
+}  // namespace plotix

@@ -1,0 +1,34 @@
+#pragma once
+
+#include <QtCore/QByteArray>
+
+#include <utility>
+#include <vector>
+
+/// One answer of the server, before it is put on the wire. A value; any thread.
+namespace plotix {
+
+struct HttpReply {
+    unsigned status = 200;
+    QByteArray contentType = "text/html; charset=utf-8";
+    QByteArray body;
+    std::vector<std::pair<QByteArray, QByteArray>> headers;  ///< beside those that every answer has
+    enum class Policy { Page, Document };
+    Policy policy = Policy::Page;  ///< Document: something a browser shows by itself, such as a picture
+};
+
+/// A short page that says why there is nothing else.
+HttpReply plainReply(unsigned status, const char* title, const char* text);
+
+HttpReply notFoundReply();
+HttpReply methodNotAllowedReply();
+HttpReply unauthorizedReply();
+HttpReply wrongHostReply();
+HttpReply badRequestReply();
+HttpReply busyReply();
+HttpReply redirectReply(unsigned status, const QByteArray& location);
+
+/// What every answer carries: no guessing of types, no referrer, no script, no frame of others', no copy kept.
+std::vector<std::pair<QByteArray, QByteArray>> protectiveHeaders(HttpReply::Policy policy);
+
+}  // namespace plotix

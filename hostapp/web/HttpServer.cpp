@@ -1,0 +1,277 @@
+#include "hostapp/web/HttpServer.h"
+
+#include "hostapp/core/HostError.h"
+#include "hostapp/web/ConnectionTable.h"
+#include "hostapp/web/ListeningSocket.h"
+#include "hostapp/web/RequestQueue.h"
+#include "hostapp/web/WebRoutes.h"
+
+#include <QtCore/QSysInfo>
+
+#include <microhttpd.h>
+#include <unistd.h>
+
+#include <algorithm>
+
+/// The library reads requests and writes answers on one thread of its own; here its callbacks meet ours. Every request
+/// has an Exchange, made when its first line is read and gone when its answer is taken or the client has left. While a
+/// worker has it, its connection is suspended, and therefore the Exchange stays.
+namespace plotix {
+
+namespace {
+
+struct Exchange {
+    QByteArray target;
+    std::optional<HttpReply> reply;
+    bool isHeard = false, isRouted = false;
+};
+
+std::optional<QByteArray> header(MHD_Connection* connection, const char* name)
+{
+    const char* value = MHD_lookup_connection_value(connection, MHD_HEADER_KIND, name);
+    return value != nullptr ? std::optional<QByteArray>(value) : std::nullopt;
+}
+
+bool hasBody(MHD_Connection* connection)
+{
+    return header(connection, MHD_HTTP_HEADER_TRANSFER_ENCODING).has_value() ||
+           header(connection, MHD_HTTP_HEADER_CONTENT_LENGTH).value_or("0") != "0";
+}
+
+WebRequest requestFrom(MHD_Connection* connection, const char* method, const QByteArray& target)
+{
+    WebRequest request;
+    request.method = method;
+    request.target = target;
+    request.host = header(connection, MHD_HTTP_HEADER_HOST);
+    request.authorization = header(connection, MHD_HTTP_HEADER_AUTHORIZATION);
+    request.cookies = header(connection, MHD_HTTP_HEADER_COOKIE);
+    request.hasBody = hasBody(connection);
+    return request;
+}
+
+MHD_Response* responseFrom(const HttpReply& reply)
+{
+    auto* body = new QByteArray(reply.body);  // the library reads it while the client takes it
+    MHD_Response* response = MHD_create_response_from_buffer_with_free_callback_cls(
+        static_cast<std::size_t>(body->size()), body->data(),
+        [](void* owned) { delete static_cast<QByteArray*>(owned); }, body);
+    if (response == nullptr) {
+        delete body;
+        return nullptr;
+    }
+    const auto add = [response](const QByteArray& name, const QByteArray& value) {
+        MHD_add_response_header(response, name.constData(), value.constData());
+    };
+    add(MHD_HTTP_HEADER_CONTENT_TYPE, reply.contentType);
+    for (const auto& [name, value] : protectiveHeaders(reply.policy))
+        add(name, value);
+    for (const auto& [name, value] : reply.headers)
+        add(name, value);
+    if (reply.status >= 400)
+        add(MHD_HTTP_HEADER_CONNECTION, "close");  // whoever asks wrongly starts anew
+    return response;
+}
+
+QByteArray hostText(const HttpAddress& address, std::uint16_t port)
+{
+    QByteArray host = address.host.toLatin1();
+    if (host == "0.0.0.0" || host == "::")
+        host = QSysInfo::machineHostName().toLatin1();
+    if (host.contains(':'))
+        host = '[' + host + ']';
+    return host + ':' + QByteArray::number(port);
+}
+
+}  // namespace
+
+class HttpServer::Daemon {
+public:
+    Daemon(OpenSites& sites, const HttpAddress& address, const QByteArray& token, const HttpLimits& limits);
+    ~Daemon();
+    Daemon(const Daemon&) = delete;
+    Daemon& operator=(const Daemon&) = delete;
+
+    std::uint16_t port() const { return m_socket.port; }
+    const QByteArray& host() const { return m_host; }
+
+private:
+    MHD_Daemon* start(const HttpLimits& limits);
+    MHD_Result answer(MHD_Connection* connection, const char* method, Exchange& exchange);
+    enum class Routed { Answered, HandedOver };
+    Routed route(MHD_Connection* connection, const char* method, Exchange& exchange);
+    void handOver(MHD_Connection* connection, const WebRoutes::Route& route, Exchange& exchange);
+    static ConnectionTable::Connection* tableEntry(MHD_Connection* connection);
+
+    // The library's callbacks; `self` is the daemon.
+    static void* requestBegins(void* self, const char* target, MHD_Connection* connection);
+    static MHD_Result requestArrived(void* self, MHD_Connection* connection, const char* url, const char* method,
+                                     const char* version, const char* upload, std::size_t* uploadSize, void** context);
+    static void requestEnds(void* self, MHD_Connection* connection, void** context, MHD_RequestTerminationCode why);
+    static void connectionChanges(void* self, MHD_Connection* connection, void** entry,
+                                  MHD_ConnectionNotificationCode what);
+    static std::size_t leaveEscapes(void* self, MHD_Connection* connection, char* text);
+
+    ListeningSocket m_socket;
+    QByteArray m_host;
+    WebRoutes m_routes;
+    ConnectionTable m_connections;
+    RequestQueue m_queue;
+    MHD_Daemon* m_daemon;
+};
+
+HttpServer::Daemon::Daemon(OpenSites& sites, const HttpAddress& address, const QByteArray& token,
+                           const HttpLimits& limits)
+    : m_socket(listenOn(address)),
+      m_host(hostText(address, m_socket.port)),
+      m_routes(sites, AccessToken(token, "plotix-" + QByteArray::number(m_socket.port)), m_host),
+      m_connections(limits),
+      m_queue(limits.workers, limits.waitingRequests),
+      m_daemon(start(limits))
+{
+    if (m_daemon != nullptr)
+        return;
+    ::close(m_socket.socket);
+    throw HostError(QStringLiteral("The web server could not be started; close other programs and try again."));
+}
+
+HttpServer::Daemon::~Daemon()
+{
+    // First the work: a request that waits for the main queue holds its connection, and the library would wait for it.
+    m_queue.close();
+    MHD_stop_daemon(m_daemon);
+}
+
+MHD_Daemon* HttpServer::Daemon::start(const HttpLimits& limits)
+{
+    constexpr std::size_t kSlack = 64;  // connections that are ended but not yet closed
+    const auto seconds = std::chrono::ceil<std::chrono::seconds>(std::max(limits.untilRequest, limits.untilTaken));
+    return MHD_start_daemon(
+        MHD_USE_EPOLL_INTERNAL_THREAD | MHD_USE_ITC | MHD_ALLOW_SUSPEND_RESUME, 0, nullptr, nullptr, &requestArrived,
+        this,                                                                                              //
+        MHD_OPTION_LISTEN_SOCKET, m_socket.socket,                                                         //
+        MHD_OPTION_CONNECTION_LIMIT, static_cast<unsigned>(limits.connections + kSlack),                   //
+        MHD_OPTION_PER_IP_CONNECTION_LIMIT, static_cast<unsigned>(limits.connectionsPerAddress + kSlack),  //
+        MHD_OPTION_CONNECTION_MEMORY_LIMIT, limits.memoryPerConnection,                                    //
+        MHD_OPTION_CONNECTION_TIMEOUT, static_cast<unsigned>(seconds.count()),                             //
+        MHD_OPTION_NOTIFY_CONNECTION, &connectionChanges, this,                                            //
+        MHD_OPTION_NOTIFY_COMPLETED, &requestEnds, this,                                                   //
+        MHD_OPTION_URI_LOG_CALLBACK, &requestBegins, this,                                                 //
+        MHD_OPTION_UNESCAPE_CALLBACK, &leaveEscapes, this,                                                 //
+        MHD_OPTION_END);
+}
+
+MHD_Result HttpServer::Daemon::answer(MHD_Connection* connection, const char* method, Exchange& exchange)
+{
+    // The library asks twice. What is answered the first time ends the connection unread: right for requests with a
+    // body, while others may be followed by more.
+    if (!std::exchange(exchange.isHeard, true) && !hasBody(connection))
+        return MHD_YES;
+    // Once handed over, a worker may be writing the exchange: it is looked at again when the connection is resumed.
+    if (!exchange.isRouted && route(connection, method, exchange) == Routed::HandedOver)
+        return MHD_YES;
+    MHD_Response* response = responseFrom(*exchange.reply);
+    if (response == nullptr)
+        return MHD_NO;
+    m_connections.setActivity(tableEntry(connection), ConnectionTable::Activity::SendingAnswer);
+    const MHD_Result queued = MHD_queue_response(connection, exchange.reply->status, response);
+    MHD_destroy_response(response);
+    exchange.reply->body.clear();
+    return queued;
+}
+
+HttpServer::Daemon::Routed HttpServer::Daemon::route(MHD_Connection* connection, const char* method, Exchange& exchange)
+{
+    exchange.isRouted = true;
+    WebRoutes::Route route = m_routes.route(requestFrom(connection, method, exchange.target));
+    if (!route.reply) {
+        handOver(connection, route, exchange);
+        return Routed::HandedOver;
+    }
+    exchange.reply = std::move(route.reply);
+    return Routed::Answered;
+}
+
+void HttpServer::Daemon::handOver(MHD_Connection* connection, const WebRoutes::Route& route, Exchange& exchange)
+{
+    m_connections.setActivity(tableEntry(connection), ConnectionTable::Activity::MakingAnswer);
+    MHD_suspend_connection(connection);  // before the worker can want to resume it
+    const bool accepted = m_queue.submit(route.subject, route.work, [connection, &exchange](const HttpReply& reply) {
+        exchange.reply = reply;
+        MHD_resume_connection(connection);
+    });
+    if (accepted)
+        return;
+    exchange.reply = busyReply();
+    MHD_resume_connection(connection);
+}
+
+ConnectionTable::Connection* HttpServer::Daemon::tableEntry(MHD_Connection* connection)
+{
+    const MHD_ConnectionInfo* info = MHD_get_connection_info(connection, MHD_CONNECTION_INFO_SOCKET_CONTEXT);
+    return static_cast<ConnectionTable::Connection*>(info->socket_context);
+}
+
+void* HttpServer::Daemon::requestBegins(void*, const char* target, MHD_Connection*)
+{
+    return new Exchange{target, std::nullopt};
+}
+
+MHD_Result HttpServer::Daemon::requestArrived(void* self, MHD_Connection* connection, const char*, const char* method,
+                                              const char*, const char*, std::size_t* uploadSize, void** context)
+{
+    *uploadSize = 0;  // a body is not wanted; what asked with one is refused
+    return static_cast<Daemon*>(self)->answer(connection, method, *static_cast<Exchange*>(*context));
+}
+
+void HttpServer::Daemon::requestEnds(void* self, MHD_Connection* connection, void** context, MHD_RequestTerminationCode)
+{
+    delete static_cast<Exchange*>(*context);
+    *context = nullptr;
+    static_cast<Daemon*>(self)->m_connections.setActivity(tableEntry(connection),
+                                                          ConnectionTable::Activity::AwaitingRequest);
+}
+
+void HttpServer::Daemon::connectionChanges(void* self, MHD_Connection* connection, void** entry,
+                                           MHD_ConnectionNotificationCode what)
+{
+    ConnectionTable& table = static_cast<Daemon*>(self)->m_connections;
+    if (what == MHD_CONNECTION_NOTIFY_STARTED) {
+        const auto* socket = MHD_get_connection_info(connection, MHD_CONNECTION_INFO_CONNECTION_FD);
+        const auto* client = MHD_get_connection_info(connection, MHD_CONNECTION_INFO_CLIENT_ADDRESS);
+        *entry = table.add(socket->connect_fd, addressText(client->client_addr));
+    } else {
+        table.remove(static_cast<ConnectionTable::Connection*>(*entry));
+        *entry = nullptr;
+    }
+}
+
+/// Paths are decoded by us, after they were cut at their slashes, and from the text as it came.
+std::size_t HttpServer::Daemon::leaveEscapes(void*, MHD_Connection*, char* text)
+{
+    return std::char_traits<char>::length(text);
+}
+
+HttpServer::HttpServer(OpenSites& sites, const HttpAddress& address, const QByteArray& token, const HttpLimits& limits)
+{
+    if (token.isEmpty() && !address.isLoopback())
+        throw HostError(
+            QStringLiteral("Serving at %1 lets other machines in and needs a token; give --token-file FILE, "
+                           "or leave --bind out.")
+                .arg(address.host));
+    m_daemon = std::make_unique<Daemon>(sites, address, token, limits);
+}
+
+HttpServer::~HttpServer() = default;
+
+std::uint16_t HttpServer::port() const
+{
+    return m_daemon->port();
+}
+
+QString HttpServer::url() const
+{
+    return QStringLiteral("http://") + QString::fromLatin1(m_daemon->host()) + QLatin1Char('/');
+}
+
+}  // namespace plotix

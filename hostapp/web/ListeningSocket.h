@@ -1,0 +1,21 @@
+#pragma once
+
+#include "hostapp/web/HttpServer.h"
+
+struct sockaddr;  // the system's
+
+/// Opening the port, apart from what is then said over it. Free functions; any thread.
+namespace plotix {
+
+struct ListeningSocket {
+    int socket = -1;  ///< the caller closes it
+    std::uint16_t port = 0;
+};
+
+/// Throws HostError of one line.
+ListeningSocket listenOn(const HttpAddress& address);
+
+/// The numeric address of the other end, without its port; empty when there is none.
+QByteArray addressText(const sockaddr* address);
+
+}  // namespace plotix

@@ -1,0 +1,58 @@
+#pragma once
+
+#include "hostapp/web/HttpReply.h"
+
+#include <QtCore/QByteArray>
+
+#include <condition_variable>
+#include <deque>
+#include <functional>
+#include <mutex>
+#include <thread>
+#include <vector>
+
+/// Work that takes its time, done by a few threads of its own: it asks plug-ins, which wait for the main queue.
+///
+/// Requests for the same thing that wait together are answered by one piece of work; it begins after the last of them
+/// arrived, so that none gets an answer older than its question. A few workers keep at most as many tasks on the main
+/// queue, between which the user's clicks get their turn. `submit`: any thread; `close`: main thread.
+namespace plotix {
+
+class RequestQueue {
+public:
+    using Work = std::function<HttpReply()>;  ///< on a worker; what it throws becomes status 500
+    using Done = std::function<void(const HttpReply&)>;
+
+    RequestQueue(int workers, std::size_t longest);
+    ~RequestQueue();  ///< closes
+    RequestQueue(const RequestQueue&) = delete;
+    RequestQueue& operator=(const RequestQueue&) = delete;
+
+    /// `done` gets the answer on a worker, exactly once. Answers false, and calls nothing, when too many wait or the
+    /// queue is closed.
+    bool submit(const QByteArray& subject, Work work, Done done);
+
+    /// Takes no more work, answers what waits with "busy", and returns when the work begun is done. The main queue
+    /// keeps running meanwhile, because that work may wait for it.
+    void close();
+
+private:
+    struct Job {
+        QByteArray subject;
+        Work work;
+        std::vector<Done> waiting;
+    };
+    void runWorker();
+    std::deque<Job> takeAll();
+
+    std::size_t m_longest;
+    std::mutex m_mutex;  // guards the next four
+    std::condition_variable m_changed;
+    std::deque<Job> m_jobs;
+    std::size_t m_waitingCount = 0;  // requests in m_jobs
+    bool m_isClosed = false;
+    int m_openWorkers;  // main thread only
+    std::vector<std::thread> m_workers;
+};
+
+}  // namespace plotix

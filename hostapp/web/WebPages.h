@@ -1,0 +1,20 @@
+#pragma once
+
+#include "hostapp/web/OpenSites.h"
+
+/// The pages as HTML in UTF-8, without script. Pure; any thread.
+namespace plotix {
+
+/// The open sites, each a link to its page.
+QByteArray indexPage(const std::vector<OpenSites::Listed>& sites);
+
+/// A preview of each view, then `advertisement` as it is: last, so that a tag left open in it swallows nothing.
+QByteArray sitePage(const QString& name, const std::vector<WebView>& views, const QString& advertisement);
+
+/// A heading and a sentence.
+QByteArray messagePage(const QString& title, const QString& text);
+
+QByteArray styleSheet();
+QByteArray iconImage();  ///< SVG
+
+}  // namespace plotix

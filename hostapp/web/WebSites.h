@@ -1,0 +1,42 @@
+#pragma once
+
+#include <QtCore/QByteArray>
+#include <QtCore/QString>
+#include <QtCore/QUrl>
+
+#include <optional>
+#include <vector>
+
+/// What the web server knows of a site: enough to list its views and to ask its plug-ins, and no more.
+///
+/// Implemented where sites and plug-ins meet; *shared* by the server's threads while they ask. Every operation may be
+/// called on any thread but the main one, and by several at once; those that say so wait for the main queue.
+namespace plotix {
+
+/// A view that the page shows a preview of.
+struct WebView {
+    QString identifier;  ///< its renderings are IDENTIFIER.png and IDENTIFIER.pdf
+    QString title;       ///< plain text
+};
+
+struct WebRendering {
+    QByteArray data;
+    QString contentType;
+};
+
+class WebSite {
+public:
+    virtual ~WebSite() = default;
+
+    virtual QString name() const = 0;
+    virtual std::vector<WebView> views() const = 0;
+
+    /// The plug-ins' fragments of HTML, one after the other, as they are: nothing in them is trusted. Links begin with
+    /// `baseUrl`. Waits for the main queue.
+    virtual QString advertisement(const QUrl& baseUrl) = 0;
+
+    /// What a plug-in answers to a request for this URL; nothing when none does. Waits for the main queue.
+    virtual std::optional<WebRendering> rendering(const QUrl& url) = 0;
+};
+
+}  // namespace plotix
