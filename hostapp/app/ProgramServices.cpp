@@ -1,0 +1,112 @@
+#include "hostapp/app/ProgramServices.h"
+
+#include "hostapp/app/ServedSites.h"
+#include "hostapp/app/StoredReport.h"
+#include "hostapp/app/TrendRenderer.h"
+#include "hostapp/app/WindowPicture.h"
+#include "hostapp/core/HostError.h"
+#include "hostapp/window/Appearance.h"
+#include "hostapp/window/SiteWindows.h"
+#include "hostapp/window/TerminationRequest.h"
+
+#include <QtCore/QSaveFile>
+#include <QtWidgets/QApplication>
+#include <QtWidgets/QProgressDialog>
+
+namespace plotix {
+
+bool ProgramServices::hasDisplay() const
+{
+    return m_composition.audience() == Composition::Audience::Desktop;
+}
+
+WindowServices ProgramServices::windowServices()
+{
+    return {m_composition.module(), &m_composition.userInterface(), &m_composition.helpManager(),
+            &m_composition.webServing()};
+}
+
+int ProgramServices::open(const OpenRequest& request)
+{
+    if (request.screenshot.isEmpty() && !hasDisplay())
+        throw HostError(QStringLiteral("There is no display to open a window on; use --screenshot FILE.png to get a "
+                                       "picture of it, or plotix render."));
+    return request.screenshot.isEmpty() ? runWindow(request.site) : savePicture(request);
+}
+
+int ProgramServices::runWindow(const QString& site)
+{
+    applyAppearance(*qApp);
+    SiteWindows windows(windowServices(), [this](const auto& document) { m_composition.documentOpened(document); });
+    windows.open(site)->show();
+    QApplication::setQuitOnLastWindowClosed(true);
+    const TerminationRequest termination;
+    QObject::connect(&termination, &TerminationRequest::received, qApp, [] {
+        closeAllSites();  // which stores them
+        QApplication::quit();
+    });
+    return QApplication::exec();
+}
+
+int ProgramServices::savePicture(const OpenRequest& request)
+{
+    applyAppearance(*qApp);
+    QApplication::setQuitOnLastWindowClosed(false);
+    SiteWindows windows(windowServices(), [this](const auto& document) { m_composition.documentOpened(document); });
+    const QImage picture = pictureOfWindow(*windows.open(request.site), request.screenshotSize);
+    QSaveFile file(request.screenshot);
+    if (!file.open(QIODevice::WriteOnly) || !picture.save(&file, "PNG") || !file.commit())
+        throw HostError(QStringLiteral("The picture could not be written to %1: %2. Choose another place.")
+                            .arg(request.screenshot, file.errorString()));
+    return 0;
+}
+
+QByteArray ProgramServices::render(const RenderRequest& request)
+{
+    m_composition.documentOpened(request.trend.document);
+    return TrendRenderer(m_composition.module()).render(request);
+}
+
+QByteArray ProgramServices::report(const ReportRequest& request)
+{
+    m_composition.documentOpened(request.document);
+    return pdfOfStoredReport(request, m_composition.module());
+}
+
+void ProgramServices::serve(const ServeRequest& request)
+{
+    for (const auto& document : request.documents)
+        m_composition.documentOpened(document);
+    applyAppearance(*qApp);  // what browsers see looks as in a window
+    serveSites(request, m_composition.module());
+}
+
+void ProgramServices::storeTrend(const TrendRequest& trend)
+{
+    const KTVPlugInPtr plugIn = TrendRenderer(m_composition.module()).makePlugIn(trend);
+    plugIn->view();  // the dates given at construction reach the archive through the loaded view
+    // Stored before the records arrive, which would move the dates to where the records begin and end.
+    PlugInStore(trend.document, m_composition.module()).store(*plugIn);
+}
+
+CommandProgress ProgramServices::makeProgress(const QString& title)
+{
+    if (!hasDisplay())
+        return {};
+    applyAppearance(*qApp);
+    QApplication::setQuitOnLastWindowClosed(false);  // the site window comes after the progress window has gone
+    constexpr int kSteps = 1000;
+    auto dialog = std::make_shared<QProgressDialog>(title, QProgressDialog::tr("Cancel"), 0, kSteps);
+    dialog->setWindowTitle(QApplication::applicationDisplayName());
+    dialog->setMinimumDuration(0);
+    dialog->setMinimumWidth(420);
+    dialog->setAutoClose(false);
+    dialog->setAutoReset(false);
+    return [dialog](double fraction) {
+        dialog->setValue(static_cast<int>(fraction * kSteps));
+        QApplication::processEvents();
+        return !dialog->wasCanceled();
+    };
+}
+
+}  // namespace plotix

@@ -1,0 +1,30 @@
+#pragma once
+
+#include "hostapp/app/Composition.h"
+#include "hostapp/cli/CommandServices.h"
+#include "hostapp/window/SiteWindow.h"
+
+/// What the command line asks the program for, served by the composition. *Borrows* it. Main thread only.
+namespace plotix {
+
+class ProgramServices : public CommandServices {
+public:
+    explicit ProgramServices(Composition& composition) : m_composition(composition) {}
+
+    bool hasDisplay() const override;
+    int open(const OpenRequest& request) override;
+    QByteArray render(const RenderRequest& request) override;
+    QByteArray report(const ReportRequest& request) override;
+    void serve(const ServeRequest& request) override;
+    void storeTrend(const TrendRequest& trend) override;
+    CommandProgress makeProgress(const QString& title) override;
+
+private:
+    int runWindow(const QString& site);
+    int savePicture(const OpenRequest& request);
+    WindowServices windowServices();
+
+    Composition& m_composition;
+};
+
+}  // namespace plotix

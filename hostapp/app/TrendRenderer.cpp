@@ -1,0 +1,105 @@
+#include "hostapp/app/TrendRenderer.h"
+
+#include "hostapp/archive/ArchiveManager.h"
+#include "hostapp/core/HostError.h"
+#include "hostapp/window/PlugInOperations.h"
+#include "plugins/PlotixPlugIn/host/PngImage.h"
+
+#include <QtCore/QEventLoop>
+
+namespace plotix {
+
+namespace {
+
+constexpr auto kTrendClass = "KTVPlotixPlugIn";
+
+/// Receives what the off-screen class operation draws.
+class ImageReceiver : public QObject {
+    Q_OBJECT
+public:
+    Q_INVOKABLE void receiveImage(const QByteArray& png) { m_png = png; }
+    const QByteArray& png() const { return m_png; }
+
+private:
+    QByteArray m_png;
+};
+
+[[noreturn]] void failToDraw(const QSize& size)
+{
+    throw HostError(QStringLiteral("The graph could not be drawn at %1 × %2 points; ask for a smaller size.")
+                        .arg(size.width())
+                        .arg(size.height()));
+}
+
+}  // namespace
+
+void waitForRecords(const SiteAgent& agent)
+{
+    const ArchiveManager* archive = agent.siteArchiveManager();
+    QEventLoop loop;
+    QObject::connect(archive, &ArchiveManager::fetchAnswered, &loop, [&] {
+        if (archive->pendingFetches() == 0)
+            loop.quit();
+    });
+    if (archive->pendingFetches() > 0)
+        loop.exec();
+}
+
+QByteArray TrendRenderer::render(const RenderRequest& request) const
+{
+    return request.bare ? renderBare(request) : renderView(request);
+}
+
+KTVPlugInPtr TrendRenderer::makePlugIn(const TrendRequest& trend) const
+{
+    const KTVPlugInModule::Arguments arguments{trend.agent, nullptr, trend.properties, trend.from, trend.to};
+    KTVPlugInPtr plugIn = m_module->instantiate(QString::fromLatin1(kTrendClass), arguments);
+    if (!plugIn)
+        throw HostError(QStringLiteral("The plug-in module makes no trend view; install Plotix again."));
+    plugIn->setTitle(trend.title);
+    return plugIn;
+}
+
+QByteArray TrendRenderer::renderView(const RenderRequest& request) const
+{
+    const KTVPlugInPtr plugIn = makePlugIn(request.trend);
+    plugIn->view()->resize(request.size);  // loading the view starts the fetch
+    waitForRecords(*request.trend.agent);
+    QByteArray data;
+    if (request.format == RenderRequest::Format::Pdf) {
+        data = graphPDF(plugIn.get(), request.size, request.trend.title);
+    } else {
+        const QImage image = graphImage(plugIn.get(), request.size, 1.0, request.trend.title);
+        data = image.isNull() ? QByteArray() : pngOfImage(image);
+    }
+    if (data.isEmpty())
+        failToDraw(request.size);
+    return data;
+}
+
+QByteArray TrendRenderer::renderBare(const RenderRequest& request) const
+{
+    QObject* trendClass = m_module->classObject(QString::fromLatin1(kTrendClass));
+    QStringList keys;
+    for (const KTVPropertyPtr& property : request.trend.properties)
+        keys << property->propertyName();
+    if (!trendClass || keys.isEmpty())  // without properties the operation answers nobody
+        throw HostError(QStringLiteral("There is no property to draw; name some with --properties."));
+    ImageReceiver receiver;
+    const KTVAgentPtr agent = request.trend.agent;
+    const bool sent = QMetaObject::invokeMethod(
+        trendClass, "graph", Qt::DirectConnection, Q_ARG(KTVAgentPtr, agent),
+        Q_ARG(plotix::OptionalDate, request.trend.from), Q_ARG(plotix::OptionalDate, request.trend.to),
+        Q_ARG(QVariant, QVariant(keys)), Q_ARG(QString, request.trend.title), Q_ARG(QSizeF, QSizeF(request.size)),
+        Q_ARG(QObject*, &receiver), Q_ARG(QByteArray, QByteArrayLiteral("receiveImage")));
+    if (!sent)
+        throw HostError(QStringLiteral("The plug-in module cannot draw off screen; install Plotix again."));
+    waitForRecords(*request.trend.agent);
+    if (receiver.png().isEmpty())
+        failToDraw(request.size);
+    return receiver.png();
+}
+
+}  // namespace plotix
+
+#include "TrendRenderer.moc"

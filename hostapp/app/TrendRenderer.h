@@ -1,0 +1,30 @@
+#pragma once
+
+#include "hostapp/cli/CommandServices.h"
+#include "plugins/PlotixPlugIn/host/KTVPlugInModule.h"
+
+/// Draws a trend into a PNG or PDF without showing anything. *Borrows* the module. Main thread only.
+namespace plotix {
+
+class TrendRenderer {
+public:
+    explicit TrendRenderer(KTVPlugInModule* module) : m_module(module) {}
+
+    /// A loaded view that is never shown; with `bare` the off-screen class operation. Throws HostError when the records
+    /// cannot be read or nothing can be drawn at that size.
+    QByteArray render(const RenderRequest& request) const;
+
+    /// A trend view of the request, its view not loaded. Throws HostError when the module declines.
+    KTVPlugInPtr makePlugIn(const TrendRequest& trend) const;
+
+private:
+    QByteArray renderView(const RenderRequest& request) const;
+    QByteArray renderBare(const RenderRequest& request) const;
+
+    KTVPlugInModule* m_module;
+};
+
+/// Runs the event loop until every fetch of the agent has been answered and what it brought is in place.
+void waitForRecords(const SiteAgent& agent);
+
+}  // namespace plotix

@@ -1,0 +1,40 @@
+#include "hostapp/app/WindowPicture.h"
+
+#include "hostapp/app/TrendRenderer.h"
+
+#include <QtCore/QCoreApplication>
+#include <QtCore/QEventLoop>
+#include <QtCore/QTimer>
+
+namespace plotix {
+
+namespace {
+
+/// Lets the event loop come round once, with everything posted so far done.
+void comeRound()
+{
+    QEventLoop loop;
+    QTimer::singleShot(0, &loop, &QEventLoop::quit);
+    loop.exec();
+}
+
+}  // namespace
+
+QImage pictureOfWindow(SiteWindow& window, const QSize& size)
+{
+    window.setWindowState(Qt::WindowNoState);
+    window.resize(size);
+    window.show();
+    comeRound();
+    for (const auto& agent : window.controller().siteDocument()->agents())
+        waitForRecords(*agent);
+    comeRound();
+    window.resize(size);  // a window manager may have had its own idea while the window appeared
+    comeRound();
+    // The first painting reports the drawing finished, which ends the busy state; the second one shows that.
+    window.grab();
+    comeRound();
+    return window.grab().toImage();
+}
+
+}  // namespace plotix

@@ -1,0 +1,104 @@
+#include "hostapp/cli/CommandProgressBar.h"
+#include "hostapp/cli/Commands.h"
+#include "hostapp/cli/SiteLookup.h"
+#include "hostapp/core/HostError.h"
+#include "hostapp/core/QuickRanges.h"
+#include "hostapp/station/DemonstrationSite.h"
+#include "hostapp/station/DemonstrationTrends.h"
+
+#include <QtCore/QFileInfo>
+
+#include <ostream>
+
+/// Opening: the site asked for, or the demonstration site, which is made on first use and is then always up to date.
+/// Without a display the demonstration is drawn into two files instead, so that a newcomer sees something either way.
+namespace plotix {
+
+namespace {
+
+const QString kDemonstrationPng = QStringLiteral("plotix-demonstration.png");
+const QString kDemonstrationPdf = QStringLiteral("plotix-demonstration.pdf");
+
+TrendRequest suggestedTrend(const std::shared_ptr<SiteDocument>& document, const SuggestedTrend& suggestion)
+{
+    const std::shared_ptr<SiteAgent> agent = agentOf(*document, QLatin1String(kStationAgentName));
+    TrendRequest trend{document, agent, {}, {}, {}, suggestion.title};
+    for (const auto& property : propertiesOf(*agent, suggestion.propertyNames))
+        trend.properties.push_back(property);
+    const ArchiveSummary summary = RecordReader(document->path()).summary(agent->id());
+    RecordChoice choice;
+    choice.range = quickRangeName(suggestion.range);
+    const TimeSpan span = timeSpanOf(choice, summary);
+    if (span.from)
+        trend.from = Date{*span.from};
+    if (span.to)
+        trend.to = Date{*span.to};
+    return trend;
+}
+
+void addSuggestedTrends(const QString& path, CommandServices& services)
+{
+    const std::shared_ptr<SiteDocument> document = SiteDocument::open(path);
+    document->setSite(document->siteName(), QStringLiteral("48° N, 10° E (simulated)"));
+    for (const SuggestedTrend& suggestion : suggestedTrends())
+        services.storeTrend(suggestedTrend(document, suggestion));
+}
+
+/// When the site was left; nothing before there is one.
+std::optional<double> lastRecordOfDemonstration()
+{
+    const QString path = demonstrationSitePath();
+    const auto extent = QFileInfo::exists(path) ? SiteDocument::open(path)->recordExtent() : std::nullopt;
+    return extent ? std::optional(extent->second.seconds) : std::nullopt;
+}
+
+QString openDemonstration(CommandContext context)
+{
+    const Interruption interruption;
+    const CommandProgress progress =
+        makeCommandProgress(context.services, context.streams, QStringLiteral("Preparing the demonstration site"));
+    const std::optional<double> lastBefore = lastRecordOfDemonstration();
+    const DemonstrationSite site =
+        openDemonstrationSite({}, progress, [&](const QString& path) { addSuggestedTrends(path, context.services); });
+    if (lastBefore && !site.created)
+        letTrendsFollow(*SiteDocument::open(site.path), *lastBefore);
+    return site.path;
+}
+
+/// Asked for by its path, it is brought up to date all the same.
+bool isDemonstration(const QString& site)
+{
+    const QFileInfo demonstration(demonstrationSitePath());
+    return demonstration.exists() && QFileInfo(site).canonicalFilePath() == demonstration.canonicalFilePath();
+}
+
+int drawDemonstration(const QString& site, CommandContext context)
+{
+    const std::shared_ptr<SiteDocument> document = openSite(site);
+    RenderRequest request;
+    request.trend = suggestedTrend(document, suggestedTrends().front());
+    writeWholeFile(kDemonstrationPng, context.services.render(request));
+    request.format = RenderRequest::Format::Pdf;
+    writeWholeFile(kDemonstrationPdf, context.services.render(request));
+    for (const QString& file : {kDemonstrationPng, kDemonstrationPdf})
+        context.streams.output << "There is no display; the demonstration trend is in "
+                               << QFileInfo(file).absoluteFilePath().toStdString() << '\n';
+    return kCommandDone;
+}
+
+}  // namespace
+
+int runCommand(const OpenCommand& command, CommandContext context)
+{
+    const bool needsDisplay = command.screenshot.isEmpty() && !context.services.hasDisplay();
+    if (needsDisplay && !command.site.isEmpty())
+        throw HostError(QStringLiteral("there is no display to open a window on; use plotix render, or --screenshot"));
+    OpenRequest request{command.site, command.screenshot, command.size};
+    if (command.site.isEmpty() || isDemonstration(command.site))
+        request.site = openDemonstration(context);
+    else if (!QFileInfo::exists(command.site))
+        throw HostError(QStringLiteral("there is no site %1; plotix import makes one").arg(command.site));
+    return needsDisplay ? drawDemonstration(request.site, context) : context.services.open(request);
+}
+
+}  // namespace plotix

@@ -1,0 +1,89 @@
+#include "hostapp/cli/CommandProgressBar.h"
+
+#include <QtCore/QElapsedTimer>
+
+#include <cmath>
+#include <csignal>
+#include <ostream>
+
+namespace plotix {
+
+namespace {
+
+constexpr int kBarWidth = 40;             // characters
+constexpr qint64 kBetweenDrawings = 100;  // milliseconds
+
+volatile std::sig_atomic_t interrupted = 0;
+
+void rememberInterrupt(int)
+{
+    interrupted = 1;
+}
+
+class TerminalBar {
+public:
+    TerminalBar(std::ostream& stream, const QString& title) : m_stream(stream), m_title(title) {}
+    ~TerminalBar()
+    {
+        if (m_isDrawn)
+            m_stream << "\r\x1b[K" << std::flush;
+    }
+    TerminalBar(const TerminalBar&) = delete;
+    TerminalBar& operator=(const TerminalBar&) = delete;
+
+    void draw(double fraction)
+    {
+        if (m_isDrawn && m_sinceDrawing.elapsed() < kBetweenDrawings)
+            return;
+        m_stream << '\r' << progressLine(m_title, fraction) << std::flush;
+        m_isDrawn = true;
+        m_sinceDrawing.start();
+    }
+
+private:
+    std::ostream& m_stream;  // borrowed
+    QString m_title;
+    bool m_isDrawn = false;
+    QElapsedTimer m_sinceDrawing;
+};
+
+}  // namespace
+
+Interruption::Interruption()
+{
+    interrupted = 0;
+    m_before = std::signal(SIGINT, rememberInterrupt);
+}
+
+Interruption::~Interruption()
+{
+    std::signal(SIGINT, m_before);
+}
+
+bool Interruption::isRequested()
+{
+    return interrupted != 0;
+}
+
+std::string progressLine(const QString& title, double fraction)
+{
+    const double part = std::isnan(fraction) ? 0 : std::clamp(fraction, 0.0, 1.0);
+    const int full = static_cast<int>(std::lround(part * kBarWidth));
+    return QStringLiteral("%1  [%2%3] %4 %")
+        .arg(title, QString(full, QLatin1Char('=')), QString(kBarWidth - full, QLatin1Char(' ')))
+        .arg(static_cast<int>(part * 100), 3)
+        .toStdString();
+}
+
+CommandProgress makeCommandProgress(CommandServices& services, CommandStreams streams, const QString& title)
+{
+    const CommandProgress own = services.makeProgress(title);
+    const auto bar = !own && streams.errorIsTerminal ? std::make_shared<TerminalBar>(streams.error, title) : nullptr;
+    return [own, bar](double fraction) {
+        if (bar)
+            bar->draw(fraction);
+        return (!own || own(fraction)) && !Interruption::isRequested();
+    };
+}
+
+}  // namespace plotix

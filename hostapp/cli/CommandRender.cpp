@@ -1,0 +1,59 @@
+#include "hostapp/cli/Commands.h"
+#include "hostapp/cli/SiteLookup.h"
+#include "hostapp/core/HostError.h"
+
+/// Rendering: the program draws, the file is written whole or not at all.
+namespace plotix {
+
+namespace {
+
+/// Everything but what is never plotted, unless named.
+KTVPropertyList propertiesToDraw(const SiteAgent& agent, const QStringList& names)
+{
+    KTVPropertyList properties;
+    for (const auto& property : propertiesOf(agent, names))
+        if (!names.isEmpty() || (property->visible() && property->type() != kPropertyTypeNeverPlotted))
+            properties.push_back(property);
+    if (properties.empty())
+        throw HostError(QStringLiteral("%1 has no property to draw").arg(agent.name()));
+    return properties;
+}
+
+/// The default range is all time; a bound left open beside a given one is the end of the records too.
+TimeSpan spanToDraw(const RecordChoice& choice, const ArchiveSummary& summary, const QString& agent)
+{
+    if (!summary.first || !summary.last)
+        throw HostError(QStringLiteral("%1 has no records to draw").arg(agent));
+    TimeSpan span = timeSpanOf(choice, summary);
+    if (!span.from)
+        span.from = *summary.first;
+    if (!span.to)
+        span.to = *summary.last;
+    if (*span.to < *span.from)
+        throw HostError(QStringLiteral("%1 has no records in that span of time").arg(agent));
+    return span;
+}
+
+}  // namespace
+
+int runCommand(const RenderCommand& command, CommandContext context)
+{
+    RenderRequest request;
+    TrendRequest& trend = request.trend;
+    trend.document = openSite(command.site);
+    trend.agent = agentOf(*trend.document, command.choice.agent);
+    trend.properties = propertiesToDraw(*trend.agent, command.choice.properties);
+    const ArchiveSummary summary = RecordReader(trend.document->path()).summary(trend.agent->id());
+    const TimeSpan span = spanToDraw(command.choice, summary, trend.agent->name());
+    trend.from = Date{*span.from};
+    trend.to = Date{*span.to};
+    trend.title = command.title;
+    request.size = command.size;
+    request.bare = command.bare;
+    request.format = command.output.endsWith(QLatin1String(".pdf"), Qt::CaseInsensitive) ? RenderRequest::Format::Pdf
+                                                                                         : RenderRequest::Format::Png;
+    writeWholeFile(command.output, context.services.render(request));
+    return kCommandDone;
+}
+
+}  // namespace plotix

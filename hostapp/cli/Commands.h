@@ -1,0 +1,30 @@
+#pragma once
+
+#include "hostapp/cli/CommandLine.h"
+#include "hostapp/cli/ParsedCommand.h"
+
+#include <QtCore/QByteArray>
+
+/// The commands, one function each: they do what was parsed, print what there is to print, and answer the exit status.
+///
+/// Main thread only. They throw HostError; whatever they were making is then not there, or as it was.
+namespace plotix {
+
+struct CommandContext {
+    CommandServices& services;
+    CommandStreams streams;
+};
+
+int runCommand(const OpenCommand& command, CommandContext context);
+int runCommand(const ImportCommand& command, CommandContext context);
+int runCommand(const InfoCommand& command, CommandContext context);
+int runCommand(const RenderCommand& command, CommandContext context);
+int runCommand(const ExportCommand& command, CommandContext context);
+int runCommand(const RecordCommand& command, CommandContext context);
+int runCommand(const ReportCommand& command, CommandContext context);
+int runCommand(const ServeCommand& command, CommandContext context);
+
+/// Writes the whole file or nothing; throws HostError.
+void writeWholeFile(const QString& path, const QByteArray& bytes);
+
+}  // namespace plotix

@@ -1,0 +1,122 @@
+#include "hostapp/cli/SiteLookup.h"
+
+#include "hostapp/core/HostError.h"
+#include "hostapp/core/QuickRanges.h"
+#include "hostapp/import/TimeText.h"
+
+#include <QtCore/QFileInfo>
+
+namespace plotix {
+
+namespace {
+
+bool isSameName(const QString& one, const QString& other)
+{
+    return one.compare(other, Qt::CaseInsensitive) == 0;
+}
+
+QString listed(const QStringList& names)
+{
+    return names.isEmpty() ? QStringLiteral("none") : names.join(QStringLiteral(", "));
+}
+
+QStringList agentNames(const SiteDocument& document)
+{
+    QStringList names;
+    for (const auto& agent : document.agents())
+        names << agent->name();
+    return names;
+}
+
+std::shared_ptr<SiteProperty> propertyNamed(const SiteAgent& agent, const QString& name)
+{
+    for (const auto& property : agent.siteProperties())
+        if (property->propertyName() == name || property->name() == name)
+            return property;
+    for (const auto& property : agent.siteProperties())
+        if (isSameName(property->propertyName(), name) || isSameName(property->name(), name))
+            return property;
+    QStringList keys;
+    for (const auto& property : agent.siteProperties())
+        keys << property->propertyName();
+    throw HostError(QStringLiteral("%1 has no property “%2”; it has: %3").arg(agent.name(), name, listed(keys)));
+}
+
+}  // namespace
+
+std::shared_ptr<SiteDocument> openSite(const QString& path)
+{
+    if (!QFileInfo::exists(path))
+        throw HostError(QStringLiteral("there is no site %1; plotix import makes one").arg(path));
+    return SiteDocument::open(path);
+}
+
+std::shared_ptr<SiteAgent> agentOf(const SiteDocument& document, const QString& name)
+{
+    const auto& agents = document.agents();
+    if (name.isEmpty() && agents.size() == 1)
+        return agents.front();
+    if (name.isEmpty())
+        throw HostError(agents.empty()
+                            ? QStringLiteral("%1 has no agents yet; plotix import makes one").arg(document.path())
+                            : QStringLiteral("%1 has several agents; choose one with --agent: %2")
+                                  .arg(document.path(), listed(agentNames(document))));
+    for (const auto& agent : agents)
+        if (agent->name() == name)
+            return agent;
+    for (const auto& agent : agents)
+        if (isSameName(agent->name(), name))
+            return agent;
+    throw HostError(
+        QStringLiteral("%1 has no agent “%2”; it has: %3").arg(document.path(), name, listed(agentNames(document))));
+}
+
+std::vector<std::shared_ptr<SiteProperty>> propertiesOf(const SiteAgent& agent, const QStringList& names)
+{
+    if (names.isEmpty())
+        return agent.siteProperties();
+    std::vector<std::shared_ptr<SiteProperty>> properties;
+    for (const QString& name : names) {
+        auto property = propertyNamed(agent, name);
+        if (std::find(properties.begin(), properties.end(), property) == properties.end())
+            properties.push_back(std::move(property));
+    }
+    return properties;
+}
+
+double timeOf(const QString& text, const QString& option)
+{
+    TimeColumnReader reader(TimeLayout::YearFirst, LocalTime(QString()));
+    if (const std::optional<double> time = reader.read(text.trimmed().toStdString()))
+        return *time;
+    throw HostError(
+        QStringLiteral("%1 “%2” is no time; write it like 2013-07-01 or 2013-07-01T12:00:00Z").arg(option, text));
+}
+
+TimeSpan timeSpanOf(const RecordChoice& choice, const ArchiveSummary& summary)
+{
+    TimeSpan span;
+    if (!choice.from.isEmpty())
+        span.from = timeOf(choice.from, QStringLiteral("--from"));
+    if (!choice.to.isEmpty())
+        span.to = timeOf(choice.to, QStringLiteral("--to"));
+    if (span.from && span.to && *span.to < *span.from)
+        throw HostError(QStringLiteral("--to %1 lies before --from %2").arg(choice.to, choice.from));
+    if (choice.range.isEmpty())
+        return span;
+    QuickRanges::Setting setting;
+    setting.allTime = [&summary]() -> std::optional<std::pair<Date, Date>> {
+        if (!summary.first || !summary.last)
+            return {};
+        return std::pair(Date{*summary.first}, Date{*summary.last});
+    };
+    OptionalDate from, to;
+    QuickRanges(setting).dateRange(*quickRangeNamed(choice.range), from, to);
+    if (from)
+        span.from = from->seconds;
+    if (to)
+        span.to = to->seconds;
+    return span;
+}
+
+}  // namespace plotix

@@ -1,0 +1,30 @@
+#pragma once
+
+#include "hostapp/archive/RecordArchive.h"
+#include "hostapp/cli/ParsedCommand.h"
+#include "hostapp/document/SiteDocument.h"
+
+/// Finds what a command's words mean in a site: the document, an agent, properties, a span of time.
+///
+/// Main thread only. Each throws HostError that lists what there is when a word means nothing.
+namespace plotix {
+
+std::shared_ptr<SiteDocument> openSite(const QString& path);
+
+/// By name, whatever its case; without a name the only agent there is.
+std::shared_ptr<SiteAgent> agentOf(const SiteDocument& document, const QString& name);
+
+/// By name or key, whatever the case, in the order asked; without names all of the agent's.
+std::vector<std::shared_ptr<SiteProperty>> propertiesOf(const SiteAgent& agent, const QStringList& names);
+
+/// Seconds since 1970-01-01 UTC of an ISO 8601 text; without a zone the time is the user's. A date alone means its
+/// first moment. `option` is named when the text is no time.
+double timeOf(const QString& text, const QString& option);
+
+/// The bounds of a choice: what --from and --to say, else the quick range, else nothing (open).
+struct TimeSpan {
+    std::optional<double> from, to;
+};
+TimeSpan timeSpanOf(const RecordChoice& choice, const ArchiveSummary& summary);
+
+}  // namespace plotix

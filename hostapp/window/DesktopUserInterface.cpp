@@ -1,0 +1,119 @@
+#include "hostapp/window/DesktopUserInterface.h"
+
+#include "hostapp/core/HostError.h"
+#include "hostapp/window/SiteActions.h"
+
+#include <QtCore/QDateTime>
+#include <QtCore/QLocale>
+#include <QtGui/QClipboard>
+#include <QtGui/QGuiApplication>
+#include <QtWidgets/QApplication>
+#include <QtWidgets/QFileDialog>
+#include <QtWidgets/QMenu>
+#include <QtWidgets/QMessageBox>
+
+namespace plotix {
+
+namespace {
+
+QMessageBox::Icon iconForStyle(KTVAlert::Style style)
+{
+    return style == KTVAlert::Style::Critical ? QMessageBox::Critical : QMessageBox::Warning;
+}
+
+void fillBox(QMessageBox& box, const KTVAlert& alert)
+{
+    box.setIcon(iconForStyle(alert.style));
+    box.setWindowTitle(QGuiApplication::applicationDisplayName());
+    box.setTextFormat(Qt::PlainText);
+    box.setText(alert.messageText);
+    box.setInformativeText(alert.informativeText);
+    box.setStandardButtons(QMessageBox::Ok);
+}
+
+}  // namespace
+
+void DesktopUserInterface::beginSheet(const KTVAlert& alert, QWidget* window, std::function<void()> completionHandler)
+{
+    auto* box = new QMessageBox(window ? window->window() : nullptr);
+    fillBox(*box, alert);
+    box->setAttribute(Qt::WA_DeleteOnClose);
+    if (completionHandler)
+        connect(box, &QDialog::finished, this, [handler = std::move(completionHandler)] { handler(); });
+    box->open();  // window-modal: it blocks that window alone, and nothing without one
+}
+
+void DesktopUserInterface::runModal(const KTVAlert& alert)
+{
+    QMessageBox box(QApplication::activeWindow());
+    fillBox(box, alert);
+    box.setWindowModality(Qt::ApplicationModal);
+    box.exec();
+}
+
+std::optional<QString> DesktopUserInterface::runSavePanel(const QStringList& allowedFileTypes)
+{
+    QFileDialog dialog(QApplication::activeWindow(), tr("Save"));
+    dialog.setAcceptMode(QFileDialog::AcceptSave);
+    QStringList filters;
+    for (const QString& type : allowedFileTypes)
+        filters << tr("%1 files (*.%2)").arg(type.toUpper(), type);
+    dialog.setNameFilters(filters);
+    if (!allowedFileTypes.isEmpty())
+        dialog.setDefaultSuffix(allowedFileTypes.first());
+    if (dialog.exec() != QDialog::Accepted || dialog.selectedFiles().isEmpty())
+        return std::nullopt;
+    return dialog.selectedFiles().first();
+}
+
+void DesktopUserInterface::showSharingPicker(const QImage& image, const QRect& rect, QWidget* view)
+{
+    QMenu* menu = makeSharingMenu(image, this, m_sharedPicture, view);
+    const QPoint topLeft = view ? view->mapToGlobal(rect.topLeft()) : QCursor::pos();
+    menu->popup(topLeft - QPoint(0, menu->sizeHint().height()));
+}
+
+Qt::KeyboardModifiers DesktopUserInterface::modifierFlags() const
+{
+    return QGuiApplication::queryKeyboardModifiers() | m_heldModifiers;
+}
+
+QString DesktopUserInterface::localizedDescription(const Date& date) const
+{
+    const QDateTime moment = QDateTime::fromMSecsSinceEpoch(qRound64(date.seconds * 1000));
+    return QLocale().toString(moment, QLocale::LongFormat);
+}
+
+QMenu* makeSharingMenu(const QImage& image, KTVUserInterface* userInterface, SharedPicture& sharedPicture,
+                       QWidget* parent)
+{
+    auto* menu = new QMenu(parent);
+    menu->setAttribute(Qt::WA_DeleteOnClose);
+    menu->setToolTipsVisible(true);
+    menu->addAction(DesktopUserInterface::tr("&Copy Image"),
+                    [image] { QGuiApplication::clipboard()->setImage(image); });
+    menu->addAction(DesktopUserInterface::tr("&Save Image…"), [image, userInterface] {
+        const auto path = userInterface->runSavePanel({QStringLiteral("png")});
+        if (path && !image.save(*path, "PNG"))
+            userInterface->runModal({DesktopUserInterface::tr("The image could not be saved"),
+                                     DesktopUserInterface::tr("“%1” cannot be written.").arg(*path),
+                                     KTVAlert::Style::Critical});
+    });
+    menu->addSeparator();
+    const auto passOn = [&](const QString& text, void (SharedPicture::*way)(const QImage&), const QString& reason) {
+        QAction* action = menu->addAction(text, [image, userInterface, &sharedPicture, way] {
+            try {
+                (sharedPicture.*way)(image);
+            } catch (const HostError& error) {
+                userInterface->runModal({DesktopUserInterface::tr("The picture could not be passed on"),
+                                         error.message(), KTVAlert::Style::Critical});
+            }
+        });
+        setUnavailableReason(action, reason);
+    };
+    passOn(DesktopUserInterface::tr("&Mail…"), &SharedPicture::mail, sharedPicture.mailUnavailable());
+    passOn(DesktopUserInterface::tr("Open &With…"), &SharedPicture::openWith, sharedPicture.openUnavailable());
+    return menu;
+}
+
+}  // namespace plotix

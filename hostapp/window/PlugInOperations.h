@@ -1,0 +1,35 @@
+#pragma once
+
+#include "plugins/PlotixPlugIn/host/KTVPlugIn.h"
+
+#include <optional>
+#include <utility>
+
+/// Operations of a plug-in beyond its base class, found by name the way a menu finds its action.
+///
+/// The host knows no plug-in class: it asks the meta-object. Free functions; main thread only. A null plug-in has no
+/// operations.
+namespace plotix {
+
+/// Whether the plug-in has the action `name`, which takes its sender: "refresh" means refresh(QObject*).
+bool respondsToAction(const KTVPlugIn* plugIn, const char* name);
+
+/// Sends the action; false when the plug-in does not have it. `sender` is borrowed for the call.
+bool sendAction(KTVPlugIn* plugIn, const char* name, QObject* sender);
+
+/// The plug-in's graph at `size` points, `density` pixels a point, with `title` above it (empty: none). Null when the
+/// plug-in draws no graph or holds no data yet.
+QImage graphImage(KTVPlugIn* plugIn, const QSizeF& size, double density, const QString& title);
+
+/// The same as a vector PDF; empty when there is none.
+QByteArray graphPDF(KTVPlugIn* plugIn, const QSizeF& size, const QString& title);
+
+/// Whether the plug-in can be asked which range it shows, and to show another one: seconds since 1970-01-01 UTC.
+bool canShowRange(const KTVPlugIn* plugIn);
+std::optional<std::pair<double, double>> shownRange(const KTVPlugIn* plugIn);  ///< nothing when it cannot say
+void showRange(KTVPlugIn* plugIn, double from, double to);                     ///< by and by; one that cannot: nothing
+
+/// The graph without a title, for the pages of a report.
+QImage graphForPaper(KTVPlugIn* plugIn, const QSizeF& size, double density);
+
+}  // namespace plotix

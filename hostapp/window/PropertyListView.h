@@ -1,0 +1,44 @@
+#pragma once
+
+#include "hostapp/core/SiteProperty.h"
+
+#include <QtWidgets/QTreeView>
+
+class QMenu;
+
+/// The list of properties: ticks, drags, and where a property's unit and colour are changed. Main thread only.
+namespace plotix {
+
+class PropertyListModel;
+
+class PropertyListView : public QTreeView {
+    Q_OBJECT
+public:
+    explicit PropertyListView(QWidget* parent = nullptr);
+
+    /// *Borrows* the model.
+    void setPropertyListModel(PropertyListModel* model);
+
+    /// The property's unit menu and its colour; units it can be shown in are checkable, the current one checked.
+    /// The caller owns the menu.
+    QMenu* makeMenuFor(const std::shared_ptr<SiteProperty>& property);
+
+protected:
+    void contextMenuEvent(QContextMenuEvent* event) override;
+    void keyPressEvent(QKeyEvent* event) override;
+    void startDrag(Qt::DropActions supportedActions) override;
+    void mouseDoubleClickEvent(QMouseEvent* event) override;
+
+private:
+    QPixmap dragPicture(const QModelIndexList& rows) const;  ///< their swatches and names, a line each
+    bool isOnTickBox(const QPoint& position) const;
+    void layOut();
+    void addUnits(QMenu* menu, const std::shared_ptr<SiteProperty>& property);
+    void pickColour(const std::shared_ptr<SiteProperty>& property);
+    void itemDoubleClicked(const QModelIndex& index);
+
+    PropertyListModel* m_model = nullptr;
+    bool m_tickingFast = false;  ///< a double click on a tick box is two ticks, nothing else
+};
+
+}  // namespace plotix

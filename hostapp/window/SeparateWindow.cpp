@@ -1,0 +1,59 @@
+#include "hostapp/window/SeparateWindow.h"
+
+#include "hostapp/window/PlugInOperations.h"
+#include "hostapp/window/SourceListModel.h"
+#include "plugins/PlotixPlugIn/host/KTVMessageViewController.h"
+
+#include <QtGui/QAction>
+#include <QtGui/QCloseEvent>
+#include <QtWidgets/QVBoxLayout>
+
+namespace plotix {
+
+SeparateWindow::SeparateWindow(KTVPlugInPtr plugIn, const QString& siteName) : m_plugIn(std::move(plugIn))
+{
+    const auto showTitle = [this, siteName] { setWindowTitle(tr("%1 – %2").arg(titleOf(*m_plugIn), siteName)); };
+    connect(m_plugIn.get(), &KTVPlugIn::titleChanged, this, showTitle);
+    showTitle();
+    setWindowIcon(m_plugIn->icon());
+    auto* column = new QVBoxLayout(this);
+    column->setContentsMargins(0, 0, 0, 0);
+    QWidget* view = m_plugIn->view();
+    column->addWidget(view);
+    view->show();  // leaving another window had hidden it
+    auto* close = new QAction(this);
+    close->setShortcut(QKeySequence::Close);
+    connect(close, &QAction::triggered, this, &QWidget::close);
+    addAction(close);
+    // The site window's keys for the selected trend are this window's for the one it shows.
+    const auto addKey = [this](const QKeySequence& keys, const char* operation) {
+        auto* action = new QAction(this);
+        action->setShortcut(keys);
+        connect(action, &QAction::triggered, this, [this, operation] { sendAction(m_plugIn.get(), operation, this); });
+        addAction(action);
+    };
+    addKey(QKeySequence(Qt::Key_F5), "refresh");
+    addKey(QKeySequence(Qt::CTRL | Qt::Key_0), "fitAll");
+    addKey(QKeySequence(Qt::Key_F1), "helpButtonAction");
+    resize(960, 640);
+}
+
+SeparateWindow::~SeparateWindow()
+{
+    releaseView();
+}
+
+void SeparateWindow::releaseView()
+{
+    if (m_plugIn->isViewLoaded() && m_plugIn->view() && m_plugIn->view()->parentWidget() == this)
+        removeFromSuperview(m_plugIn->view());
+}
+
+void SeparateWindow::closeEvent(QCloseEvent* event)
+{
+    releaseView();
+    event->accept();
+    emit closed();
+}
+
+}  // namespace plotix

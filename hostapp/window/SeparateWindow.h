@@ -1,0 +1,35 @@
+#pragma once
+
+#include "plugins/PlotixPlugIn/host/KTVPlugIn.h"
+#include "plugins/PlotixPlugIn/host/KTVWindowController.h"
+
+#include <QtWidgets/QWidget>
+
+/// A top-level window that shows one trend view outside the site window; closing it gives the view back.
+///
+/// The site window controller *owns* it; *shares* the plug-in. Main thread only.
+namespace plotix {
+
+class SeparateWindow : public QWidget, public KTVWindowController {
+    Q_OBJECT
+public:
+    SeparateWindow(KTVPlugInPtr plugIn, const QString& siteName);
+    ~SeparateWindow() override;
+
+    KTVPlugInPtr contentViewController() const override { return m_plugIn; }
+    QWidget* window() const override { return const_cast<SeparateWindow*>(this); }
+
+    /// Takes the view out of the window, so that it survives it.
+    void releaseView();
+
+signals:
+    void closed();  ///< the view is free again
+
+protected:
+    void closeEvent(QCloseEvent* event) override;
+
+private:
+    KTVPlugInPtr m_plugIn;
+};
+
+}  // namespace plotix

@@ -1,0 +1,47 @@
+#pragma once
+
+#include <QtCore/QString>
+#include <QtCore/QTemporaryDir>
+#include <QtCore/QUrl>
+#include <QtGui/QImage>
+
+#include <functional>
+#include <memory>
+
+/// A picture on its way to another program: written into a temporary file that lasts as long as this object, then
+/// given to the desktop's mail program or picture viewer.
+///
+/// Main thread only; a program that is started runs by itself.
+namespace plotix {
+
+/// The desktop, as far as passing on a picture needs it. Replaced in tests.
+struct DesktopPrograms {
+    std::function<QString(const QString& name)> find;  ///< the program's path; empty when it is not installed
+    std::function<bool(const QString& program, const QStringList& arguments)> start;
+    std::function<bool(const QUrl& url)> open;  ///< with whatever the desktop has for it
+
+    static DesktopPrograms real();
+};
+
+class SharedPicture {
+public:
+    explicit SharedPicture(DesktopPrograms programs = DesktopPrograms::real());
+
+    // Empty when it can be done, else the reason for people.
+    QString mailUnavailable() const;
+    QString openUnavailable() const;
+
+    // Each throws HostError.
+    void mail(const QImage& image);      ///< attached; where mail cannot attach, the text says where the picture is
+    void openWith(const QImage& image);  ///< in the desktop's viewer
+
+private:
+    bool canOpen() const;
+    QString write(const QImage& image);
+
+    DesktopPrograms m_programs;
+    std::unique_ptr<QTemporaryDir> m_folder;  // made at the first picture
+    int m_count = 0;
+};
+
+}  // namespace plotix

@@ -1,0 +1,56 @@
+#pragma once
+
+#include <QtGui/QAction>
+
+class QMainWindow;
+class QMenu;
+class QUndoStack;
+
+/// The menus of a site window: what stands in them, under which keys. Main thread only.
+namespace plotix {
+
+/// Every action of the menus; the window *owns* them and connects what they do.
+struct SiteActions {
+    QAction* openSite = nullptr;
+    QAction* newSite = nullptr;
+    QAction* import = nullptr;
+    QAction* recordComputer = nullptr;
+    QAction* exportImage = nullptr;
+    QAction* exportPNG = nullptr;
+    QAction* exportPDF = nullptr;
+    QAction* exportReport = nullptr;
+    QAction* print = nullptr;
+    QAction* serveOnWeb = nullptr;
+    QAction* copyWebAddress = nullptr;
+    QMenu* openRecent = nullptr;
+    QAction* close = nullptr;
+    QAction* quit = nullptr;
+    QAction* undo = nullptr;
+    QAction* redo = nullptr;
+    QAction* refresh = nullptr;
+    QAction* fit = nullptr;
+    QAction* follow = nullptr;
+    QAction* zoomTimeOnly = nullptr;
+    QAction* zoomValuesOnly = nullptr;
+    QAction* newTrend = nullptr;
+    QAction* renameTrend = nullptr;
+    QAction* openInWindow = nullptr;
+    QAction* bringBack = nullptr;
+    QAction* moveUp = nullptr;
+    QAction* moveDown = nullptr;
+    QAction* deleteTrend = nullptr;
+    QMenu* windows = nullptr;
+    QAction* minimise = nullptr;
+    QAction* bringAllToFront = nullptr;
+    QAction* help = nullptr;
+    QAction* gettingStarted = nullptr;
+    QAction* about = nullptr;
+};
+
+/// Fills the window's menu bar. Undo and Redo are the stack's own actions.
+SiteActions buildSiteMenus(QMainWindow* window, QUndoStack* undoStack);
+
+/// Enables the action, or greys it with the reason as its tool tip. An empty reason enables.
+void setUnavailableReason(QAction* action, const QString& reason);
+
+}  // namespace plotix

@@ -1,0 +1,185 @@
+#pragma once
+
+#include "hostapp/import/Importer.h"
+#include "hostapp/window/SiteActions.h"
+#include "hostapp/window/SiteWindowController.h"
+#include "plugins/PlotixPlugIn/host/KTVHelpManager.h"
+
+#include <QtCore/QTimer>
+#include <QtGui/QUndoStack>
+#include <QtWidgets/QMainWindow>
+
+#include <functional>
+#include <memory>
+
+class QListView;
+class QProgressDialog;
+class QSplitter;
+class QStackedWidget;
+class QToolBar;
+class QVBoxLayout;
+
+namespace plotix {
+
+class DesktopUserInterface;
+class EmptyStateView;
+class ImportTask;
+class PropertyListModel;
+class PropertyListView;
+class SiteRecording;
+class WebAddressBar;
+class WebServing;
+class TrendFollower;
+
+/// What site windows share with the rest of the program. All *borrowed*.
+struct WindowServices {
+    KTVPlugInModule* module = nullptr;
+    DesktopUserInterface* userInterface = nullptr;
+    KTVHelpManager* helpManager = nullptr;
+    WebServing* webServing = nullptr;  ///< null: the program has none
+};
+
+/// One site on the screen: its trends and properties at the left, the selected trend at the right.
+///
+/// *Owns* its controller, *borrows* the services. Everything shown is stored in the site document as it changes,
+/// windows included; a site that has no memory of its window takes the size of the one closed last. Main thread only.
+///
+///   construction, layout, selection        SiteWindow.cpp
+///   what the menus do                      SiteWindow_Actions.cpp
+///   deleting, renaming, moving, undoing    SiteWindow_Trends.cpp
+///   storing, and opening as it was left    SiteWindow_Memory.cpp
+///   recent sites, the other windows        SiteWindow_Windows.cpp
+///   printing, the report as a PDF          SiteWindow_Print.cpp
+///   importing, dropping files              SiteWindow_Import.cpp
+///   recording this computer, following     SiteWindow_Live.cpp
+///   the plug-ins' buttons                  SiteWindow_Toolbar.cpp
+///   showing the site to web browsers       SiteWindow_Web.cpp
+class SiteWindow : public QMainWindow {
+    Q_OBJECT
+public:
+    SiteWindow(std::shared_ptr<SiteDocument> document, const WindowServices& services);
+    ~SiteWindow() override;
+
+    SiteWindowController& controller() { return *m_controller; }
+    const SiteActions& actions() const { return m_actions; }
+    PropertyListModel& propertyList() { return *m_properties; }
+    EmptyStateView* emptyState() const { return m_emptyState; }
+    QUndoStack& undoStack() { return m_undoStack; }
+
+    /// Stores trends and windows as they are now; what is stored already costs nothing.
+    void storeNow();
+
+    KTVPlugInPtr selectedPlugIn() const;  ///< null while none is selected
+    void selectPlugIn(const KTVPlugInPtr& plugIn);
+
+    /// Imports without asking; progress and outcome are shown. While an import runs another one is refused.
+    void startImport(const QString& file, const ImportOptions& options);
+    /// Asks for file and agent, beginning with `file`, then imports.
+    void askAndImport(const QString& file = {});
+
+    /// Makes a trend for each agent with ticked properties; without ticks one of every property of the first agent.
+    void newTrend();
+
+signals:
+    void openSiteRequested(const QString& path);
+    void newSiteRequested(const QString& path);
+    void importEnded(bool stored);
+
+protected:
+    void showEvent(QShowEvent* event) override;
+    void closeEvent(QCloseEvent* event) override;
+    void dragEnterEvent(QDragEnterEvent* event) override;
+    void dropEvent(QDropEvent* event) override;
+
+private:
+    // Layout and selection.
+    void buildLayout();
+    QWidget* makeSection(const QString& title, QWidget* content);
+    void connectLists();
+    void showSelection();
+    void showEmptyState();
+    void showPlugInView(const KTVPlugInPtr& plugIn);
+    void emptyStateButtonPressed(int button);
+
+    // Toolbar.
+    void buildToolbar();
+    void fillToolbar();
+    void addToolbarItem(const KTVPlugIn& plugIn, QAction* item);
+
+    // Menus.
+    void connectFileActions();
+    void connectOtherActions();
+    QString helpAnchor() const;  ///< of what has the focus
+    void updateActions();
+    void askForSite();
+    void askForNewSite();
+    void exportImage();
+    void exportReport();
+    void printReport();
+    void holdModifiers();
+    void showAlert(const QString& message, const QString& text, bool critical = true);
+
+    // Trends.
+    void connectTrendActions();
+    void updateTrendActions(const QString& noTrend);
+    void openInSeparateWindow();
+    void bringBack();
+    void moveTrend(int rows);
+
+    // Memory.
+    void restoreWindow();
+    void reopenSeparateWindows();
+    WindowState currentState() const;
+
+    // Windows.
+    void connectWindowActions();
+    void fillRecentMenu();
+    void fillWindowMenu();
+
+    // Live records.
+    void connectLiveActions();
+    void updateLiveActions(const QString& noTrend);
+    void recordComputer(bool on);
+    void addFirstLiveTrend(const std::shared_ptr<SiteAgent>& agent);
+
+    // Web.
+    void connectWebActions();
+    void serveOnWeb(bool on);
+    void showWebAddress(const QString& address);
+    void stopServing();
+
+    // Import.
+    void importFinished(const ImportSummary& summary);
+    void endImport();
+    void addFirstTrend(const ImportSummary& summary);
+
+    std::unique_ptr<SiteWindowController> m_controller;
+    WindowMemory m_memory;
+    QUndoStack m_undoStack;  ///< shares deleted plug-ins: cleared before the controller ends
+    WindowServices m_services;
+    SiteActions m_actions;
+    std::unique_ptr<PropertyListModel> m_properties;
+    std::unique_ptr<ImportTask> m_import;  ///< while one runs
+    std::unique_ptr<SiteRecording> m_recording;
+    std::unique_ptr<TrendFollower> m_follower;
+    QPointer<QProgressDialog> m_progress;
+    QTimer m_storeTimer;
+    QString m_lastStoringFailure;
+    bool m_restored = false;  ///< the separate windows have been opened again; before, they count as open
+    std::vector<std::function<void()>> m_emptyStateActions;  ///< what its buttons do, in order
+
+    // Owned by the window.
+    QSplitter* m_columns = nullptr;
+    QSplitter* m_lists = nullptr;
+    QListView* m_trendList = nullptr;
+    PropertyListView* m_propertyView = nullptr;
+    QStackedWidget* m_stack = nullptr;
+    QToolBar* m_toolbar = nullptr;
+    EmptyStateView* m_emptyState = nullptr;
+    WebAddressBar* m_webAddress = nullptr;
+};
+
+/// Closes every site window, each as it would close by itself, then whatever else is open: the program's way out.
+void closeAllSites();
+
+}  // namespace plotix

@@ -1,0 +1,176 @@
+// What the menus of a site window do.
+//
+// Operations of the trend itself are sent by name to the selected plug-in. An action that cannot act is greyed, with
+// the reason as its tool tip; nothing is hidden.
+
+#include "hostapp/window/SiteWindow.h"
+
+#include "hostapp/archive/RecordArchive.h"
+#include "hostapp/core/HostError.h"
+#include "hostapp/print/ReportPrinter.h"
+#include "hostapp/window/DesktopUserInterface.h"
+#include "hostapp/window/EmptyStateView.h"
+#include "hostapp/window/ExportImageDialog.h"
+#include "hostapp/window/NewTrend.h"
+#include "hostapp/window/PlugInOperations.h"
+#include "hostapp/window/PropertyListModel.h"
+#include "hostapp/window/PropertyListView.h"
+
+#include <QtCore/QFile>
+#include <QtCore/QSaveFile>
+#include <QtWidgets/QApplication>
+#include <QtWidgets/QFileDialog>
+#include <QtWidgets/QListView>
+#include <QtWidgets/QMessageBox>
+#include <QtWidgets/QPushButton>
+#include <QtWidgets/QStackedWidget>
+
+namespace plotix {
+
+namespace {
+constexpr auto kSiteFilter = "Plotix sites (*.plotix)";
+}
+
+void SiteWindow::connectFileActions()
+{
+    connect(m_actions.openSite, &QAction::triggered, this, &SiteWindow::askForSite);
+    connect(m_actions.newSite, &QAction::triggered, this, &SiteWindow::askForNewSite);
+    connect(m_actions.import, &QAction::triggered, this, [this] { askAndImport(); });
+    connect(m_actions.exportImage, &QAction::triggered, this, &SiteWindow::exportImage);
+    connect(m_actions.exportPNG, &QAction::triggered, this,
+            [this] { sendAction(selectedPlugIn().get(), "exportToPNG", this); });
+    connect(m_actions.exportPDF, &QAction::triggered, this,
+            [this] { sendAction(selectedPlugIn().get(), "exportToPDF", this); });
+    connect(m_actions.exportReport, &QAction::triggered, this, &SiteWindow::exportReport);
+    connect(m_actions.print, &QAction::triggered, this, &SiteWindow::printReport);
+    connect(m_actions.close, &QAction::triggered, this, &QWidget::close);
+    connect(m_actions.quit, &QAction::triggered, qApp, [] { closeAllSites(); });
+}
+
+void SiteWindow::connectOtherActions()
+{
+    connect(m_actions.refresh, &QAction::triggered, this,
+            [this] { sendAction(selectedPlugIn().get(), "refresh", this); });
+    connect(m_actions.fit, &QAction::triggered, this, [this] { sendAction(selectedPlugIn().get(), "fitAll", this); });
+    connect(m_actions.zoomTimeOnly, &QAction::toggled, this, &SiteWindow::holdModifiers);
+    connect(m_actions.zoomValuesOnly, &QAction::toggled, this, &SiteWindow::holdModifiers);
+    connect(m_actions.newTrend, &QAction::triggered, this, &SiteWindow::newTrend);
+    connect(m_actions.help, &QAction::triggered, this,
+            [this] { m_services.helpManager->openHelpAnchor(helpAnchor()); });
+    connect(m_actions.gettingStarted, &QAction::triggered, this,
+            [this] { m_services.helpManager->openHelpAnchor(QStringLiteral("start")); });
+    connect(m_actions.about, &QAction::triggered, this, [this] {
+        QMessageBox::about(
+            this, tr("About Plotix"),
+            tr("<h3>Plotix %1</h3><p>Trends of measured properties.</p>").arg(QApplication::applicationVersion()));
+    });
+}
+
+QString SiteWindow::helpAnchor() const
+{
+    const QWidget* focus = focusWidget();
+    if (focus == m_propertyView)
+        return QStringLiteral("properties");
+    if (m_stack->currentWidget() == m_emptyState)
+        return QStringLiteral("start");
+    return QStringLiteral("trend");
+}
+
+void SiteWindow::updateActions()
+{
+    const KTVPlugInPtr plugIn = selectedPlugIn();
+    const bool readOnly = m_controller->siteDocument()->isReadOnly();
+    const QString noTrend = plugIn ? QString() : tr("Select a trend first.");
+    const auto needs = [&](const char* action) {
+        return respondsToAction(plugIn.get(), action) || !noTrend.isEmpty() ? noTrend : tr("This view cannot do that.");
+    };
+    setUnavailableReason(m_actions.exportImage, noTrend);
+    setUnavailableReason(m_actions.exportPNG, needs("exportToPNG"));
+    setUnavailableReason(m_actions.exportPDF, needs("exportToPDF"));
+    const QString noReport = !plugIn || hasReport(plugIn.get()) ? noTrend : tr("This view has no report.");
+    setUnavailableReason(m_actions.exportReport, noReport);
+    setUnavailableReason(m_actions.print, noReport);
+    setUnavailableReason(m_actions.refresh, needs("refresh"));
+    setUnavailableReason(m_actions.fit, needs("fitAll"));
+    updateTrendActions(noTrend);
+    updateLiveActions(noTrend);
+    setUnavailableReason(m_actions.newTrend,
+                         m_properties->ticked().empty() ? tr("Tick properties in the list first.") : QString());
+    QString noImport = readOnly ? tr("This site may only be looked at.") : QString();
+    if (m_import)
+        noImport = tr("An import is running.");
+    setUnavailableReason(m_actions.import, noImport);
+}
+
+void SiteWindow::askForSite()
+{
+    const QString path = QFileDialog::getOpenFileName(this, tr("Open Site"), {}, tr(kSiteFilter));
+    if (!path.isEmpty())
+        emit openSiteRequested(path);
+}
+
+void SiteWindow::askForNewSite()
+{
+    QFileDialog dialog(this, tr("New Site"), {}, tr(kSiteFilter));
+    dialog.setAcceptMode(QFileDialog::AcceptSave);
+    dialog.setDefaultSuffix(QStringLiteral("plotix"));
+    // A site holds years of records: one is never written over by choosing its name for a new one.
+    dialog.setOption(QFileDialog::DontConfirmOverwrite);
+    if (dialog.exec() == QDialog::Accepted && !dialog.selectedFiles().isEmpty())
+        emit newSiteRequested(dialog.selectedFiles().first());
+}
+
+void SiteWindow::newTrend()
+{
+    std::vector<PropertyListModel::Ticked> wanted = m_properties->ticked();
+    const auto& agents = m_controller->siteDocument()->agents();
+    if (wanted.empty() && !agents.empty())
+        wanted.push_back({agents.front(), agents.front()->properties().objects()});
+    for (const auto& [agent, properties] : wanted) {
+        try {
+            const ArchiveSummary summary = RecordReader(m_controller->siteDocument()->path()).summary(agent->id());
+            const auto [from, to] = rangeForNewTrend(summary.last, currentDate(), QTimeZone::systemTimeZone());
+            m_controller->newTrend(agent, properties, from, to, titleForProperties(properties));
+        } catch (const HostError& error) {
+            showAlert(tr("The trend could not be made"), error.message());
+            return;
+        }
+    }
+    m_properties->untickAll();
+}
+
+void SiteWindow::holdModifiers()
+{
+    Qt::KeyboardModifiers held;
+    held.setFlag(Qt::AltModifier, m_actions.zoomTimeOnly->isChecked());
+    held.setFlag(Qt::ShiftModifier, m_actions.zoomValuesOnly->isChecked());
+    m_services.userInterface->setHeldModifiers(held);
+}
+
+void SiteWindow::exportImage()
+{
+    const KTVPlugInPtr plugIn = selectedPlugIn();
+    ExportImageDialog dialog(titleOf(*plugIn), this);
+    if (dialog.exec() != QDialog::Accepted)
+        return;
+    const QImage image = graphImage(plugIn.get(), dialog.size(), dialog.density(), dialog.title());
+    if (image.isNull()) {
+        showAlert(tr("There is no picture to export"),
+                  tr("The trend shows no graph yet, or the size asked for is too large. Refresh it, or ask for less."));
+        return;
+    }
+    const auto path = m_services.userInterface->runSavePanel({QStringLiteral("png")});
+    if (!path)
+        return;
+    QSaveFile file(*path);
+    if (!file.open(QIODevice::WriteOnly) || !image.save(&file, "PNG") || !file.commit())
+        showAlert(tr("The image could not be saved"), tr("“%1”: %2").arg(*path, file.errorString()));
+}
+
+void SiteWindow::showAlert(const QString& message, const QString& text, bool critical)
+{
+    m_services.userInterface->beginSheet(
+        {message, text, critical ? KTVAlert::Style::Critical : KTVAlert::Style::Default}, this, {});
+}
+
+}  // namespace plotix

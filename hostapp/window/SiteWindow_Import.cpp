@@ -1,0 +1,127 @@
+// Importing text files into the site of a window.
+//
+// The work is done by a worker thread over the site's file; the document picks up what was added when it has ended, and
+// an agent that had no records gets its first trend. Files come from the menu, from the empty state, or are dropped.
+
+#include "hostapp/window/SiteWindow.h"
+
+#include "hostapp/core/HostError.h"
+#include "hostapp/window/ImportDialog.h"
+#include "hostapp/window/ImportTask.h"
+
+#include <QtCore/QFileInfo>
+#include <QtCore/QMimeData>
+#include <QtGui/QDropEvent>
+#include <QtWidgets/QProgressDialog>
+#include <QtWidgets/QStatusBar>
+
+namespace plotix {
+
+namespace {
+
+/// The one local file of a drag; empty when there is none, or more.
+QString droppedFile(const QMimeData* data)
+{
+    if (!data->hasUrls() || data->urls().size() != 1 || !data->urls().first().isLocalFile())
+        return {};
+    return data->urls().first().toLocalFile();
+}
+
+}  // namespace
+
+void SiteWindow::askAndImport(const QString& file)
+{
+    if (m_import)
+        return;
+    QStringList names;
+    for (const auto& agent : m_controller->siteDocument()->agents())
+        names << agent->name();
+    ImportDialog dialog(names, this);
+    dialog.setFile(file);
+    if (dialog.exec() == QDialog::Accepted)
+        startImport(dialog.file(), dialog.options());
+}
+
+void SiteWindow::startImport(const QString& file, const ImportOptions& options)
+{
+    if (m_import)
+        return;
+    m_import = std::make_unique<ImportTask>(file, m_controller->siteDocument()->path(), options);
+    updateActions();
+    m_progress = new QProgressDialog(tr("Importing %1…").arg(QFileInfo(file).fileName()), tr("Cancel"), 0, 1000, this);
+    m_progress->setWindowModality(Qt::WindowModal);
+    m_progress->setAutoClose(false);
+    m_progress->setAutoReset(false);
+    m_progress->setMinimumDuration(400);
+    connect(m_import.get(), &ImportTask::progressed, m_progress, &QProgressDialog::setValue);
+    connect(m_progress, &QProgressDialog::canceled, m_import.get(), &ImportTask::cancel);
+    connect(m_import.get(), &ImportTask::finished, this, &SiteWindow::importFinished);
+    connect(m_import.get(), &ImportTask::failed, this, [this](const QString& message) {
+        endImport();
+        showAlert(tr("The file could not be imported"), message);
+        emit importEnded(false);
+    });
+    connect(m_import.get(), &ImportTask::cancelled, this, [this] {
+        endImport();
+        statusBar()->showMessage(tr("Import cancelled; nothing was stored."), 10'000);
+        emit importEnded(false);
+    });
+    m_import->start();
+}
+
+void SiteWindow::endImport()
+{
+    delete m_progress;
+    ImportTask* ended = m_import.release();
+    ended->setParent(this);
+    ended->deleteLater();  // later: it is the sender of the signal that brought us here
+    updateActions();
+}
+
+void SiteWindow::importFinished(const ImportSummary& summary)
+{
+    endImport();
+    try {
+        m_controller->siteDocument()->reload();
+        if (summary.firstImport)
+            addFirstTrend(summary);
+        showSelection();
+        showAlert(tr("Imported %n record(s)", nullptr, static_cast<int>(summary.records)), describeImport(summary),
+                  false);
+    } catch (const HostError& error) {
+        showAlert(tr("The site could not be read again"), error.message());
+    }
+    emit importEnded(true);
+}
+
+void SiteWindow::addFirstTrend(const ImportSummary& summary)
+{
+    const auto agent = m_controller->siteDocument()->agentNamed(summary.agent);
+    if (!agent || !summary.first || !summary.last)
+        return;
+    m_controller->newTrend(agent, agent->properties().objects(), Date{*summary.first}, Date{*summary.last},
+                           agent->name());
+}
+
+void SiteWindow::dragEnterEvent(QDragEnterEvent* event)
+{
+    if (QFileInfo(droppedFile(event->mimeData())).isFile())
+        event->acceptProposedAction();
+}
+
+void SiteWindow::dropEvent(QDropEvent* event)
+{
+    const QString file = droppedFile(event->mimeData());
+    if (file.isEmpty())
+        return;
+    event->acceptProposedAction();
+    // Posted: a dialog inside the drop would hold the program the file comes from.
+    QTimer::singleShot(0, this, [this, file] {
+        if (file.endsWith(QStringLiteral(".plotix"), Qt::CaseInsensitive))
+            emit openSiteRequested(file);
+        else
+            askAndImport(file);
+    });
+}
+
+}  // namespace plotix

@@ -1,0 +1,93 @@
+// Recording this computer, and following what is recorded.
+//
+// Rules of this room:
+//  1. The switch shows what is, not what was asked for: a recording that could not begin leaves it off.
+//  2. Following belongs to a trend, not to the window: the switch shows the selected trend's.
+//  3. The recording goes on while the site is open and begins again with it.
+
+#include "hostapp/window/SiteWindow.h"
+
+#include "hostapp/core/HostError.h"
+#include "hostapp/station/LiveRecorder.h"
+#include "hostapp/window/SiteRecording.h"
+#include "hostapp/window/TrendFollower.h"
+
+#include <QtCore/QSignalBlocker>
+#include <QtWidgets/QStatusBar>
+
+namespace plotix {
+
+namespace {
+
+constexpr double kFirstTrendSpan = 600;  // seconds
+
+void setChecked(QAction* action, bool checked)
+{
+    const QSignalBlocker silently(action);
+    action->setChecked(checked);
+}
+
+}  // namespace
+
+void SiteWindow::connectLiveActions()
+{
+    m_recording = std::make_unique<SiteRecording>(m_controller->siteDocument());
+    m_follower = std::make_unique<TrendFollower>([] { return currentDate().seconds; });
+    connect(m_actions.recordComputer, &QAction::toggled, this, &SiteWindow::recordComputer);
+    connect(m_recording.get(), &SiteRecording::agentAdded, this, &SiteWindow::addFirstLiveTrend);
+    connect(m_recording.get(), &SiteRecording::messageChanged, this,
+            [this] { statusBar()->showMessage(m_recording->message()); });
+    connect(m_actions.follow, &QAction::toggled, this, [this](bool on) {
+        if (on)
+            m_follower->follow(selectedPlugIn());
+        else
+            m_follower->stopFollowing(selectedPlugIn().get());
+    });
+    connect(m_follower.get(), &TrendFollower::followingChanged, this, &SiteWindow::updateActions);
+    if (m_recording->wasOn() && !m_controller->siteDocument()->isReadOnly())
+        recordComputer(true);
+}
+
+void SiteWindow::recordComputer(bool on)
+{
+    try {
+        if (on)
+            m_recording->switchOn();
+        else
+            m_recording->switchOff();
+    } catch (const HostError& error) {
+        showAlert(tr("This computer is not recorded"), error.message());
+    }
+    setChecked(m_actions.recordComputer, m_recording->isOn());
+}
+
+/// What belongs on one axis: shares of the whole, and the load beside them.
+void SiteWindow::addFirstLiveTrend(const std::shared_ptr<SiteAgent>& agent)
+{
+    KTVPropertyList properties;
+    for (const auto& property : agent->siteProperties())
+        if (property->unit() == QLatin1String("%") || property->name() == QLatin1String("Load 1 Minute"))
+            properties.push_back(property);
+    const Date now = currentDate();
+    const KTVPlugInPtr plugIn =
+        m_controller->newTrend(agent, properties, Date{now.seconds - kFirstTrendSpan}, now, agent->name());
+    if (plugIn)
+        m_follower->follow(plugIn);
+}
+
+void SiteWindow::updateLiveActions(const QString& noTrend)
+{
+    if (!m_recording || !m_follower)
+        return;  // on the way in, or out
+    const KTVPlugInPtr plugIn = selectedPlugIn();
+    const bool readOnly = m_controller->siteDocument()->isReadOnly();
+    m_actions.recordComputer->setToolTip(tr("Load, memory, disks, network and temperatures, every second."));
+    setUnavailableReason(m_actions.recordComputer, readOnly ? tr("This site may only be looked at.") : QString());
+    m_actions.follow->setToolTip(tr("Keeps the trend's span ending now, until you move it."));
+    const bool possible = !plugIn || TrendFollower::canFollow(plugIn.get());
+    setUnavailableReason(m_actions.follow, possible ? noTrend : tr("This view cannot do that."));
+    setChecked(m_actions.recordComputer, m_recording->isOn());
+    setChecked(m_actions.follow, m_follower->isFollowing(plugIn.get()));
+}
+
+}  // namespace plotix

@@ -1,0 +1,123 @@
+// Storing a site window as it is, and opening it as it was left.
+//
+// There is no Save: trends and windows are stored every two seconds, after each change of the list, when the window
+// closes and when the session or the program is told to end. Storing compares first, so that an idle window writes
+// nothing.
+
+#include "hostapp/window/SiteWindow.h"
+
+#include "hostapp/core/HostError.h"
+
+#include <QtCore/QSettings>
+#include <QtGui/QCloseEvent>
+#include <QtWidgets/QApplication>
+#include <QtWidgets/QListView>
+#include <QtWidgets/QSplitter>
+
+namespace plotix {
+
+namespace {
+
+// Names in the user's settings: what a site without a memory of its own begins with. Stored: never change.
+constexpr auto kGeometryKey = "SiteWindow/geometry";
+constexpr auto kColumnsKey = "SiteWindow/columns";
+constexpr auto kListsKey = "SiteWindow/lists";
+
+QByteArray storedOr(const QByteArray& stored, const char* key)
+{
+    return stored.isEmpty() ? QSettings().value(QLatin1String(key)).toByteArray() : stored;
+}
+
+}  // namespace
+
+void SiteWindow::restoreWindow()
+{
+    const WindowState& state = m_memory.state();
+    if (!restoreGeometry(storedOr(state.geometry, kGeometryKey)))
+        resize(1280, 800);
+    m_columns->restoreState(storedOr(state.columns, kColumnsKey));
+    m_lists->restoreState(storedOr(state.lists, kListsKey));
+    const SourceListModel& list = m_controller->sourceList();
+    int row = 0;
+    for (int candidate = 0; candidate < list.rowCount(); ++candidate)
+        if (list.plugInAt(candidate)->uniqueIdentifier() == state.selected)
+            row = candidate;
+    {
+        // A trend that goes into a window of its own in a moment is not loaded here first.
+        const QSignalBlocker quiet(m_trendList->selectionModel());
+        m_trendList->setCurrentIndex(list.index(row));
+    }
+    const KTVPlugInPtr selected = selectedPlugIn();
+    const bool isOut = selected && std::any_of(state.separate.begin(), state.separate.end(), [&](const auto& trend) {
+                           return trend.identifier == selected->uniqueIdentifier();
+                       });
+    if (isOut)
+        showEmptyState();
+    else
+        showSelection();
+    updateActions();
+    connect(qApp, &QGuiApplication::commitDataRequest, this, &SiteWindow::storeNow);
+}
+
+void SiteWindow::showEvent(QShowEvent* event)
+{
+    QMainWindow::showEvent(event);
+    if (!m_restored)  // posted: the site window is the first to appear
+        QTimer::singleShot(0, this, &SiteWindow::reopenSeparateWindows);
+}
+
+void SiteWindow::reopenSeparateWindows()
+{
+    if (m_restored)
+        return;
+    m_restored = true;
+    const SourceListModel& list = m_controller->sourceList();
+    for (const SeparateTrend& trend : std::vector<SeparateTrend>(m_memory.state().separate))
+        for (int row = 0; row < list.rowCount(); ++row)
+            if (const KTVPlugInPtr plugIn = list.plugInAt(row); plugIn->uniqueIdentifier() == trend.identifier)
+                m_controller->openInSeparateWindow(plugIn, trend.geometry);
+    showSelection();
+}
+
+WindowState SiteWindow::currentState() const
+{
+    WindowState state;
+    const SourceListModel& list = m_controller->sourceList();
+    for (int row = 0; row < list.rowCount(); ++row)
+        state.order << list.plugInAt(row)->uniqueIdentifier();
+    if (const KTVPlugInPtr selected = selectedPlugIn())
+        state.selected = selected->uniqueIdentifier();
+    state.separate = m_restored ? m_controller->separateTrends() : m_memory.state().separate;
+    // A window nobody has seen yet has no place of its own to remember.
+    const bool seen = m_restored;
+    state.geometry = seen ? saveGeometry() : m_memory.state().geometry;
+    state.columns = seen ? m_columns->saveState() : m_memory.state().columns;
+    state.lists = seen ? m_lists->saveState() : m_memory.state().lists;
+    return state;
+}
+
+void SiteWindow::storeNow()
+{
+    m_controller->storeAll();
+    try {
+        m_memory.store(currentState());
+    } catch (const HostError& error) {
+        emit m_controller->storingFailed(error.message());
+    }
+}
+
+void SiteWindow::closeEvent(QCloseEvent* event)
+{
+    storeNow();
+    QSettings settings;
+    settings.setValue(QLatin1String(kGeometryKey), saveGeometry());
+    settings.setValue(QLatin1String(kColumnsKey), m_columns->saveState());
+    settings.setValue(QLatin1String(kListsKey), m_lists->saveState());
+    // Once more for the documents' sake is enough: the windows that close now stay in its memory as open.
+    m_storeTimer.stop();
+    m_restored = false;
+    m_controller->closeSeparateWindows();
+    QMainWindow::closeEvent(event);
+}
+
+}  // namespace plotix

@@ -1,0 +1,85 @@
+// Printing the selected view's report, and saving it as a PDF.
+//
+// Writing a report leaves the graph of the view at the size it has on paper; the view on screen is laid out again as
+// soon as it is written.
+
+#include "hostapp/window/SiteWindow.h"
+
+#include "hostapp/core/HostError.h"
+#include "hostapp/print/ReportPrinter.h"
+#include "hostapp/window/DesktopUserInterface.h"
+#include "hostapp/window/PlugInOperations.h"
+
+#include <QtCore/QSaveFile>
+#include <QtPrintSupport/QPrintPreviewDialog>
+#include <QtPrintSupport/QPrinter>
+
+namespace plotix {
+
+namespace {
+
+/// A resize, however small, has the view put its parts back in place.
+void layOutAgain(QWidget* view)
+{
+    const QSize size = view->size();
+    view->resize(size + QSize(1, 1));
+    view->resize(size);
+}
+
+/// The sheet chosen in the printer's dialogs becomes the application's.
+void adoptPaper(const QPrinter& printer)
+{
+    KTVPrintInfo::sharedPrintInfo()->setPaperSize(printer.pageLayout().pageSize().size(QPageSize::Point));
+}
+
+void offerPaper(QPrinter& printer)
+{
+    const QSizeF size = KTVPrintInfo::sharedPrintInfo()->paperSize();
+    const QSizeF upright = size.width() > size.height() ? size.transposed() : size;
+    printer.setPageSize(QPageSize(upright, QPageSize::Point));
+}
+
+}  // namespace
+
+void SiteWindow::printReport()
+{
+    const KTVPlugInPtr plugIn = selectedPlugIn();
+    const ReportPrinter report(plugIn, graphForPaper);
+    QPrinter printer(QPrinter::HighResolution);
+    printer.setDocName(titleOf(*plugIn));
+    offerPaper(printer);
+    QPrintPreviewDialog preview(&printer, this);
+    preview.setWindowTitle(tr("Print “%1”").arg(titleOf(*plugIn)));
+    QString failure;
+    connect(&preview, &QPrintPreviewDialog::paintRequested, this, [&](QPrinter* paper) {
+        adoptPaper(*paper);
+        try {
+            report.print(*paper);
+        } catch (const HostError& error) {
+            failure = error.message();
+        }
+        layOutAgain(plugIn->view());
+    });
+    preview.exec();
+    if (!failure.isEmpty())
+        showAlert(tr("The report could not be printed"), failure);
+}
+
+void SiteWindow::exportReport()
+{
+    const KTVPlugInPtr plugIn = selectedPlugIn();
+    const auto path = m_services.userInterface->runSavePanel({QStringLiteral("pdf")});
+    if (!path)
+        return;
+    try {
+        const QByteArray bytes = ReportPrinter(plugIn, graphForPaper).pdf();
+        QSaveFile file(*path);
+        if (!file.open(QIODevice::WriteOnly) || file.write(bytes) != bytes.size() || !file.commit())
+            throw HostError(tr("“%1”: %2").arg(*path, file.errorString()));
+    } catch (const HostError& error) {
+        showAlert(tr("The report could not be saved"), error.message());
+    }
+    layOutAgain(plugIn->view());
+}
+
+}  // namespace plotix

@@ -1,0 +1,87 @@
+// What the user does to the list of trends, and how it is undone.
+//
+// The list's own editing (typing a title, dragging a row) has happened when its signal arrives; the command pushed then
+// finds it done. Deleting goes through its command alone, and asks nothing, since it can be undone.
+
+#include "hostapp/window/SiteWindow.h"
+
+#include "hostapp/window/TrendCommands.h"
+
+#include <QtWidgets/QListView>
+
+namespace plotix {
+
+void SiteWindow::connectTrendActions()
+{
+    m_undoStack.setUndoLimit(50);  // a deleted trend keeps its records in memory
+    connect(&m_undoStack, &QUndoStack::indexChanged, this, &SiteWindow::updateActions);
+    connect(m_actions.renameTrend, &QAction::triggered, this,
+            [this] { m_trendList->edit(m_trendList->currentIndex()); });
+    connect(m_actions.openInWindow, &QAction::triggered, this, &SiteWindow::openInSeparateWindow);
+    connect(m_actions.bringBack, &QAction::triggered, this, &SiteWindow::bringBack);
+    connect(m_actions.moveUp, &QAction::triggered, this, [this] { moveTrend(-1); });
+    connect(m_actions.moveDown, &QAction::triggered, this, [this] { moveTrend(+1); });
+    connect(m_actions.deleteTrend, &QAction::triggered, this, [this] {
+        if (const KTVPlugInPtr plugIn = selectedPlugIn())
+            m_undoStack.push(new DeleteTrendCommand(*m_controller, plugIn));
+    });
+    SourceListModel* list = &m_controller->sourceList();
+    connect(list, &SourceListModel::renamed, this,
+            [this](const KTVPlugInPtr& plugIn, const QString& before, const QString& after) {
+                m_undoStack.push(new RenameTrendCommand(plugIn, before, after));
+            });
+    connect(list, &SourceListModel::moved, this, [this](const KTVPlugInPtr& plugIn, int from, int to) {
+        m_undoStack.push(new MoveTrendCommand(*m_controller, plugIn, from, to));
+    });
+    connect(list, &QAbstractItemModel::rowsMoved, this, [this] {
+        updateActions();
+        storeNow();
+    });
+}
+
+void SiteWindow::updateTrendActions(const QString& noTrend)
+{
+    const KTVPlugInPtr plugIn = selectedPlugIn();
+    const int row = m_trendList->currentIndex().row();
+    const int last = m_controller->sourceList().rowCount() - 1;
+    const bool isOut = plugIn && m_controller->separateWindowOf(plugIn.get());
+    const bool readOnly = m_controller->siteDocument()->isReadOnly();
+    const auto offer = [&](QAction* action, bool possible, const QString& otherwise) {
+        setUnavailableReason(action, !plugIn || possible ? noTrend : otherwise);
+    };
+    const auto change = [&](QAction* action, bool possible, const QString& otherwise) {
+        offer(action, possible && !readOnly, readOnly ? tr("This site may only be looked at.") : otherwise);
+    };
+    change(m_actions.renameTrend, plugIn && plugIn->isRenamable(), tr("This view keeps its name."));
+    offer(m_actions.openInWindow, plugIn && plugIn->isUndockable(), tr("This view stays in the site window."));
+    offer(m_actions.bringBack, isOut, tr("This trend is in the site window."));
+    change(m_actions.moveUp, row > 0, tr("This trend is the first one."));
+    change(m_actions.moveDown, row < last, tr("This trend is the last one."));
+    change(m_actions.deleteTrend, plugIn && plugIn->isDeletable(), tr("This view cannot be deleted."));
+    setUnavailableReason(m_actions.undo, m_undoStack.canUndo() ? QString() : tr("There is nothing to undo."));
+    setUnavailableReason(m_actions.redo, m_undoStack.canRedo() ? QString() : tr("There is nothing to redo."));
+}
+
+void SiteWindow::openInSeparateWindow()
+{
+    if (const KTVPlugInPtr plugIn = selectedPlugIn())
+        m_controller->openInSeparateWindow(m_controller->findSourceListItemWithRepresentedObject(plugIn.get()));
+}
+
+void SiteWindow::bringBack()
+{
+    const KTVPlugInPtr plugIn = selectedPlugIn();
+    if (SeparateWindow* window = m_controller->separateWindowOf(plugIn.get()))
+        window->close();
+}
+
+void SiteWindow::moveTrend(int rows)
+{
+    SourceListModel& list = m_controller->sourceList();
+    const int from = m_trendList->currentIndex().row();
+    const KTVPlugInPtr plugIn = list.plugInAt(from);
+    if (plugIn && list.plugInAt(from + rows))
+        m_undoStack.push(new MoveTrendCommand(*m_controller, plugIn, from, from + rows));
+}
+
+}  // namespace plotix

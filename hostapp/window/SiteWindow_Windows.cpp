@@ -1,0 +1,103 @@
+// The sites opened lately, and the program's other windows.
+//
+// Both menus are filled when they open: what they list changes behind the window's back.
+
+#include "hostapp/window/SiteWindow.h"
+
+#include "hostapp/window/RecentSites.h"
+
+#include <QtCore/QFileInfo>
+#include <QtWidgets/QApplication>
+#include <QtWidgets/QMenu>
+
+namespace plotix {
+
+namespace {
+
+template <class Window>
+std::vector<Window*> openWindows()
+{
+    std::vector<Window*> windows;
+    for (QWidget* widget : QApplication::topLevelWidgets())
+        if (auto* window = qobject_cast<Window*>(widget); window && window->isVisible())
+            windows.push_back(window);
+    std::sort(windows.begin(), windows.end(),
+              [](const Window* left, const Window* right) { return left->windowTitle() < right->windowTitle(); });
+    return windows;
+}
+
+void bringForward(QWidget* window)
+{
+    window->setWindowState(window->windowState() & ~Qt::WindowMinimized);
+    window->show();
+    window->raise();
+    window->activateWindow();
+}
+
+/// Ampersands in a name are no mnemonics.
+QString menuText(QString text)
+{
+    return text.replace(QLatin1Char('&'), QLatin1String("&&"));
+}
+
+}  // namespace
+
+void SiteWindow::connectWindowActions()
+{
+    connect(m_actions.openRecent, &QMenu::aboutToShow, this, &SiteWindow::fillRecentMenu);
+    connect(m_actions.windows, &QMenu::aboutToShow, this, &SiteWindow::fillWindowMenu);
+    connect(m_actions.minimise, &QAction::triggered, this, &QWidget::showMinimized);
+    connect(m_actions.bringAllToFront, &QAction::triggered, this, [this] {
+        for (SiteWindow* window : openWindows<SiteWindow>())
+            window->raise();
+        for (SeparateWindow* window : openWindows<SeparateWindow>())
+            window->raise();
+        bringForward(this);
+    });
+    fillRecentMenu();
+}
+
+void SiteWindow::fillRecentMenu()
+{
+    QMenu* menu = m_actions.openRecent;
+    menu->clear();
+    for (const QString& path : recentSites()) {
+        QAction* action = menu->addAction(menuText(QFileInfo(path).completeBaseName()));
+        action->setToolTip(path);
+        connect(action, &QAction::triggered, this, [this, path] { emit openSiteRequested(path); });
+    }
+    if (menu->isEmpty()) {
+        setUnavailableReason(menu->addAction(tr("No Recent Sites")), tr("Sites you open are listed here."));
+        return;
+    }
+    menu->addSeparator();
+    connect(menu->addAction(tr("Clear Menu")), &QAction::triggered, this, &forgetRecentSites);
+}
+
+void SiteWindow::fillWindowMenu()
+{
+    QMenu* menu = m_actions.windows;
+    const QList<QAction*> before = menu->actions();
+    for (QAction* action : before.mid(before.indexOf(m_actions.bringAllToFront) + 1))
+        delete action;
+    menu->addSeparator();
+    const auto list = [this, menu](QWidget* window) {
+        QAction* action = menu->addAction(menuText(window->windowTitle()));
+        action->setCheckable(true);
+        action->setChecked(window == this);
+        connect(action, &QAction::triggered, window, [window] { bringForward(window); });
+    };
+    for (SiteWindow* window : openWindows<SiteWindow>())
+        list(window);
+    for (SeparateWindow* window : openWindows<SeparateWindow>())
+        list(window);
+}
+
+void closeAllSites()
+{
+    for (SiteWindow* window : openWindows<SiteWindow>())
+        window->close();
+    QApplication::closeAllWindows();
+}
+
+}  // namespace plotix

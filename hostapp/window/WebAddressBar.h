@@ -1,0 +1,26 @@
+#pragma once
+
+#include <QtWidgets/QWidget>
+
+class QLabel;
+
+/// Where a site is to be seen on the web: a link, and a button that copies it. Stands in the status bar. Main thread
+/// only.
+namespace plotix {
+
+class WebAddressBar : public QWidget {
+    Q_OBJECT
+public:
+    explicit WebAddressBar(QWidget* parent = nullptr);
+
+    const QString& address() const { return m_address; }
+    void setAddress(const QString& address);  ///< empty: shows nothing
+
+    void copyAddress() const;  ///< to the clipboard
+
+private:
+    QString m_address;
+    QLabel* m_link;  // owned by this widget
+};
+
+}  // namespace plotix

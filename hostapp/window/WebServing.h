@@ -1,0 +1,23 @@
+#pragma once
+
+#include <QtCore/QString>
+
+/// What a site window needs of the program's web server. The composition root implements it; windows *borrow* it. Main
+/// thread only.
+namespace plotix {
+
+class SiteWindowController;
+
+class WebServing {
+public:
+    virtual ~WebServing() = default;
+
+    /// Shows the site to browsers on this machine; answers the address of its page. Again for a site that is served:
+    /// as if it had been stopped before. Throws HostError.
+    virtual QString start(SiteWindowController& site) = 0;
+
+    /// When it returns nobody asks the site's plug-ins any more. A site that is not served: nothing happens.
+    virtual void stop(SiteWindowController& site) = 0;
+};
+
+}  // namespace plotix

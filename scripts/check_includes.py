@@ -1,0 +1,132 @@
+#!/usr/bin/env python3
+"""Checks which way includes point.
+
+Every folder of the sources is a room; ALLOWED says which rooms it may include. Fails on an edge that is not
+there, on a Qt module a room must not use, and on a cycle between files. Usage: check_includes.py [ROOT]
+"""
+import pathlib
+import re
+import sys
+
+PLUGIN = "plugins/PlotixPlugIn"
+HOST = PLUGIN + "/host"
+LOGIC = PLUGIN + "/logic"
+KIT = {"plotkit/model", "plotkit/layout", "plotkit/raster", "plotkit/render", "plotkit/widget"}
+CORE = {"base", HOST, "hostapp/core"}
+STORE = CORE | {"hostapp/archive", "hostapp/document"}
+
+ALLOWED = {
+    "base": set(),
+    "plotkit/model": {"base"},
+    "plotkit/raster": {"base"},
+    "plotkit/layout": {"base", "plotkit/model"},
+    "plotkit/render": {"base", "plotkit/model", "plotkit/layout", "plotkit/raster"},
+    "plotkit/widget": {"base", "plotkit/model", "plotkit/layout", "plotkit/render"},
+    HOST: {"base"},
+    LOGIC: {"base", "plotkit/model"},
+    PLUGIN: {"base", HOST, LOGIC} | KIT,
+    "hostapp/core": {"base", HOST},
+    "hostapp/archive": CORE,
+    "hostapp/document": CORE | {"hostapp/archive"},
+    "hostapp/import": STORE,
+    "hostapp/station": STORE,
+    "hostapp/print": STORE,
+    "hostapp/window": STORE | {"hostapp/import", "hostapp/station", "hostapp/print"},
+    "hostapp/web": STORE,
+    "hostapp/cli": STORE | {"hostapp/import", "hostapp/station", "hostapp/print"},
+    "hostapp/app": STORE | {"hostapp/import", "hostapp/station", "hostapp/print", "hostapp/window", "hostapp/web",
+                            "hostapp/cli"},
+}
+
+# Qt modules a room must not use: values stay free of widgets.
+FORBIDDEN_QT = {
+    "base": {"QtGui", "QtWidgets", "QtPrintSupport"},
+    "plotkit/model": {"QtWidgets", "QtPrintSupport"},
+    "plotkit/layout": {"QtWidgets", "QtPrintSupport"},
+    "plotkit/raster": {"QtWidgets", "QtPrintSupport"},
+    LOGIC: {"QtWidgets", "QtPrintSupport"},
+}
+
+TOPS = ("base", "plotkit", "plugins", "hostapp")
+
+INCLUDE = re.compile(r'^\s*#\s*include\s+(["<])([^">]+)[">]')
+
+
+def includes(path):
+    for number, line in enumerate(path.read_text(encoding="utf-8").splitlines(), 1):
+        match = INCLUDE.match(line)
+        if match:
+            yield number, match.group(1), match.group(2)
+
+
+def room_of(name):
+    """The longest room that holds the file, or None for files outside every room."""
+    folder = str(pathlib.PurePosixPath(name).parent)
+    return folder if folder in ALLOWED else None
+
+
+def find_cycle(graph):
+    state, stack = {}, []
+
+    def visit(node):
+        state[node] = "open"
+        stack.append(node)
+        for target in sorted(graph.get(node, ())):
+            if state.get(target) == "open":
+                return stack[stack.index(target):] + [target]
+            if target not in state:
+                cycle = visit(target)
+                if cycle:
+                    return cycle
+        state[node] = "done"
+        stack.pop()
+        return None
+
+    for node in sorted(graph):
+        if node not in state:
+            cycle = visit(node)
+            if cycle:
+                return cycle
+    return None
+
+
+def check(root):
+    problems, graph = [], {}
+    files = [p for top in TOPS for p in sorted((root / top).rglob("*"))
+             if p.suffix in (".h", ".cpp")]
+    for path in files:
+        name = path.relative_to(root).as_posix()
+        room = room_of(name)
+        if room is None:
+            problems.append(f"{name}: stands in a folder that is no room; add the folder to ALLOWED or move the file")
+            continue
+        for number, kind, target in includes(path):
+            module = target.split("/")[0]
+            if module in FORBIDDEN_QT.get(room, ()):
+                problems.append(f"{name}:{number}: {room} must not use {module}")
+            if kind != '"' or module not in TOPS:
+                continue  # a library's header, or one the build generates
+            graph.setdefault(name, set()).add(target)
+            target_room = room_of(target)
+            if target_room != room and target_room not in ALLOWED[room]:
+                problems.append(f"{name}:{number}: {room} must not include {target_room or target}")
+    cycle = find_cycle(graph)
+    if cycle:
+        problems.append("include cycle: " + " -> ".join(cycle))
+    return len(files), problems
+
+
+def main():
+    root = pathlib.Path(sys.argv[1] if len(sys.argv) > 1 else pathlib.Path(__file__).resolve().parent.parent)
+    count, problems = check(root)
+    for problem in problems:
+        print(problem)
+    if count == 0:
+        print(f"no sources under {root}")
+        return 1
+    print(f"{count} files, {len(problems)} problems")
+    return 1 if problems else 0
+
+
+if __name__ == "__main__":
+    sys.exit(main())

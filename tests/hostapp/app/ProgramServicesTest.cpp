@@ -1,0 +1,148 @@
+#include "hostapp/app/ProgramServices.h"
+
+#include "hostapp/core/Coder.h"
+#include "hostapp/core/HostError.h"
+#include "hostapp/window/PlugInStore.h"
+#include "tests/hostapp/window/ScratchSite.h"
+
+#include <gmock/gmock.h>
+
+#include <cmath>
+
+using plotix::Composition;
+using plotix::Date;
+using plotix::RenderRequest;
+
+namespace {
+
+constexpr double kStart = 1'700'000'000;
+
+/// The program's services over the real module and a scratch site with a day of records.
+class ProgramServicesTest : public testing::Test {
+protected:
+    ProgramServicesTest()
+        : composition(Composition::Audience::Nobody), services(composition), station(site.addStation())
+    {
+        std::vector<double> times;
+        for (int minute = 0; minute < 1440; ++minute)
+            times.push_back(kStart + minute * 60.0);
+        site.store(*station, times);
+    }
+
+    RenderRequest request(RenderRequest::Format format)
+    {
+        RenderRequest wanted;
+        wanted.trend = {
+            site.document,           station, station->properties().objects(), Date{kStart}, Date{kStart + 86'400},
+            QStringLiteral("Garden")};
+        wanted.size = {640, 320};
+        wanted.format = format;
+        return wanted;
+    }
+
+    ScratchSite site;
+    Composition composition;
+    plotix::ProgramServices services;
+    std::shared_ptr<plotix::SiteAgent> station;
+};
+
+TEST_F(ProgramServicesTest, RendersAPngOfTheSizeAskedFor)
+{
+    const QImage image = QImage::fromData(services.render(request(RenderRequest::Format::Png)), "PNG");
+    EXPECT_EQ(image.size(), QSize(640, 320));
+}
+
+TEST_F(ProgramServicesTest, RenderingTwiceGivesTheSameBytes)
+{
+    EXPECT_EQ(services.render(request(RenderRequest::Format::Png)),
+              services.render(request(RenderRequest::Format::Png)));
+}
+
+TEST_F(ProgramServicesTest, RendersAPdf)
+{
+    EXPECT_TRUE(services.render(request(RenderRequest::Format::Pdf)).startsWith("%PDF"));
+}
+
+TEST_F(ProgramServicesTest, BareGraphComesThroughTheClassOperation)
+{
+    RenderRequest bare = request(RenderRequest::Format::Png);
+    bare.bare = true;
+    EXPECT_EQ(QImage::fromData(services.render(bare), "PNG").size(), QSize(640, 320));
+    EXPECT_NE(services.render(bare), services.render(request(RenderRequest::Format::Png)));
+}
+
+TEST_F(ProgramServicesTest, BareGraphWithoutPropertiesIsAnErrorAndNoEndlessWait)
+{
+    RenderRequest bare = request(RenderRequest::Format::Png);
+    bare.bare = true;
+    bare.trend.properties.clear();
+    EXPECT_THROW(services.render(bare), plotix::HostError);
+}
+
+TEST_F(ProgramServicesTest, RangeWithoutRecordsStillRenders)
+{
+    RenderRequest empty = request(RenderRequest::Format::Png);
+    empty.trend.from = Date{0};
+    empty.trend.to = Date{60};
+    EXPECT_EQ(QImage::fromData(services.render(empty), "PNG").size(), QSize(640, 320));
+}
+
+TEST_F(ProgramServicesTest, StoredTrendKeepsTheDatesAskedForAndItsTitle)
+{
+    plotix::TrendRequest trend = request(RenderRequest::Format::Png).trend;
+    trend.from = Date{kStart + 3'600};
+    trend.to = Date{kStart + 7'200};
+    services.storeTrend(trend);
+    const auto archived = site.document->archivedPlugIns();
+    ASSERT_EQ(archived.size(), 1U);
+    EXPECT_EQ(archived[0].className, QStringLiteral("KTVPlotixPlugIn"));
+    plotix::Decoder decoder(archived[0].state, {});
+    EXPECT_EQ(decoder.decodeValue(QStringLiteral("title")).toString(), QStringLiteral("Garden"));
+    double from = 0;
+    decoder.decodeObject(QStringLiteral("dataClusterViewController"), [&](plotix::KeyedDecoder& dates) {
+        from = dates.decodeValue(QStringLiteral("fromDate")).toDouble();
+    });
+    EXPECT_EQ(from, kStart + 3'600);
+}
+
+TEST_F(ProgramServicesTest, OpeningWithoutADisplayIsOneClearError)
+{
+    try {
+        services.open({site.path(), {}, {}});
+        FAIL() << "opened";
+    } catch (const plotix::HostError& error) {
+        EXPECT_THAT(std::string(error.what()), testing::HasSubstr("--screenshot"));
+    }
+}
+
+TEST_F(ProgramServicesTest, PictureShowsTheWholeWindowAtTheSizeAskedFor)
+{
+    services.storeTrend(request(RenderRequest::Format::Png).trend);
+    const QString picture = site.file(QStringLiteral("window.png"));
+    EXPECT_EQ(services.open({site.path(), picture, {900, 600}}), 0);
+    EXPECT_EQ(QImage(picture).size(), QSize(900, 600));
+}
+
+TEST_F(ProgramServicesTest, PictureThatCannotBeWrittenIsAnError)
+{
+    EXPECT_THROW(services.open({site.path(), QStringLiteral("/nowhere/window.png"), {900, 600}}), plotix::HostError);
+}
+
+TEST_F(ProgramServicesTest, MissingModuleIsAnErrorWhenItIsNeeded)
+{
+    Composition without(Composition::Audience::Nobody, {QStringLiteral("/nowhere")});
+    plotix::ProgramServices lost(without);
+    EXPECT_THROW(lost.render(request(RenderRequest::Format::Png)), plotix::HostError);
+}
+
+TEST_F(ProgramServicesTest, AllTimeSpansTheOpenDocuments)
+{
+    composition.documentOpened(site.document);
+    plotix::OptionalDate start, end;
+    KTVNaturalLanguageDateCreator::dateRangeForAllTime(start, end);
+    ASSERT_TRUE(start && end);
+    EXPECT_EQ(start->seconds, kStart);
+    EXPECT_EQ(end->seconds, kStart + 1439 * 60.0);
+}
+
+}  // namespace

@@ -1,0 +1,1 @@
+#include "tests/hostapp/app/modules/TestModule.h"

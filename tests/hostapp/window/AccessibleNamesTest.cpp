@@ -1,0 +1,46 @@
+#include "hostapp/window/DesktopUserInterface.h"
+#include "hostapp/window/HelpWindow.h"
+#include "hostapp/window/SiteWindow.h"
+#include "tests/hostapp/window/ScratchSite.h"
+#include "tests/hostapp/window/StubTrend.h"
+
+#include <QtGui/QAccessible>
+#include <QtWidgets/QAbstractScrollArea>
+#include <QtWidgets/QMenuBar>
+
+namespace {
+
+/// As a screen reader does: the name given, or else the text on the control.
+QString spokenName(QWidget& widget)
+{
+    QAccessibleInterface* told = QAccessible::queryAccessibleInterface(&widget);
+    return told ? told->text(QAccessible::Name) : QString();
+}
+
+QList<QWidget*> focusableWidgets(const QWidget& window)
+{
+    QList<QWidget*> widgets;
+    for (QWidget* widget : window.findChildren<QWidget*>())
+        if (widget->focusPolicy() != Qt::NoFocus && widget->isVisible() && !widget->focusProxy() &&
+            !qobject_cast<QAbstractScrollArea*>(widget->parentWidget()))
+            widgets.append(widget);
+    return widgets;
+}
+
+TEST(AccessibleNamesTest, EveryFocusableControlOfTheSiteWindowHasOne)
+{
+    ScratchSite site;
+    site.addStation();
+    StubModule module;
+    plotix::DesktopUserInterface desktop;
+    plotix::HelpManager help;
+    plotix::SiteWindow window(site.document, {&module, &desktop, &help});
+    window.show();
+    const QList<QWidget*> widgets = focusableWidgets(window);
+    EXPECT_GE(widgets.size(), 4);  // two lists, and the buttons of the empty state
+    for (QWidget* widget : widgets)
+        EXPECT_FALSE(spokenName(*widget).trimmed().isEmpty())
+            << widget->metaObject()->className() << ' ' << qPrintable(widget->objectName());
+}
+
+}  // namespace

@@ -1,0 +1,145 @@
+#include "hostapp/window/SiteWindow.h"
+
+#include "hostapp/window/DesktopUserInterface.h"
+#include "hostapp/window/HelpWindow.h"
+#include "plugins/PlotixPlugIn/host/KTVWebUIDelegate.h"
+#include "tests/hostapp/window/ScratchSite.h"
+#include "tests/hostapp/window/StubTrend.h"
+
+#include <QtCore/QFile>
+#include <QtCore/QTimer>
+#include <QtPrintSupport/QPrintPreviewDialog>
+#include <QtWidgets/QApplication>
+#include <QtWidgets/QMessageBox>
+
+using plotix::Date;
+using plotix::SiteWindow;
+
+namespace {
+
+/// A view with a one-line report; counts how often it was written.
+class ReportingTrend : public KTVPlugIn, public KTVWebUIDelegate {
+public:
+    static std::shared_ptr<ReportingTrend> make(const KTVPlugInModule::Arguments& arguments)
+    {
+        std::shared_ptr<ReportingTrend> trend(new ReportingTrend);
+        return trend->initWithAgent(arguments.agent, arguments.siteWindowController) ? trend : nullptr;
+    }
+    std::optional<QString> htmlContentForPrinting() override
+    {
+        ++reports;
+        return QStringLiteral("<html><body><h1>Report</h1></body></html>");
+    }
+    float webViewHeaderHeight(QObject*) override { return 48; }
+    float webViewFooterHeight(QObject*) override { return 24; }
+    void webViewDrawHeaderInRect(QObject*, const QRectF&) override {}
+    void webViewDrawFooterInRect(QObject*, const QRectF&) override {}
+
+    int reports = 0;
+
+private:
+    ReportingTrend() = default;
+};
+
+class ReportingModule : public StubModule {
+public:
+    KTVPlugInPtr instantiate(const QString&, const Arguments& arguments) override
+    {
+        return ReportingTrend::make(arguments);
+    }
+    KTVPlugInPtr instantiate(const QString&, KTVDecoder&) override { return nullptr; }
+};
+
+/// Answers the save panel at once.
+class AnsweringDesktop : public plotix::DesktopUserInterface {
+public:
+    std::optional<QString> runSavePanel(const QStringList&) override { return path; }
+    std::optional<QString> path;
+};
+
+class PrintActionsTest : public testing::Test {
+protected:
+    void openWindow(KTVPlugInModule& module)
+    {
+        site.addStation();
+        plotix::WindowServices services;
+        services.module = &module;
+        services.userInterface = &desktop;
+        services.helpManager = &help;
+        window = std::make_unique<SiteWindow>(site.document, services);
+        trend = window->controller().newTrend(site.document->agents()[0], {}, Date{0}, Date{10}, QStringLiteral("Day"));
+    }
+    ReportingTrend& reporting() { return dynamic_cast<ReportingTrend&>(*trend); }
+
+    ScratchSite site;
+    StubModule stubs;
+    ReportingModule reports;
+    AnsweringDesktop desktop;
+    plotix::HelpManager help;
+    std::unique_ptr<SiteWindow> window;
+    KTVPlugInPtr trend;
+
+    void TearDown() override
+    {
+        trend.reset();
+        window.reset();
+        QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+    }
+};
+
+TEST_F(PrintActionsTest, AViewWithoutAReportGreysThemWithTheReason)
+{
+    openWindow(stubs);
+    for (const QAction* action : {window->actions().print, window->actions().exportReport}) {
+        EXPECT_FALSE(action->isEnabled());
+        EXPECT_EQ(action->toolTip(), "This view has no report.");
+    }
+}
+
+TEST_F(PrintActionsTest, TheReportIsSavedWhereAsked)
+{
+    openWindow(reports);
+    desktop.path = site.file(QStringLiteral("report.pdf"));
+    window->actions().exportReport->trigger();
+    QFile file(*desktop.path);
+    ASSERT_TRUE(file.open(QIODevice::ReadOnly));
+    EXPECT_TRUE(file.readAll().startsWith("%PDF"));
+}
+
+TEST_F(PrintActionsTest, ACancelledSavePanelWritesNoReport)
+{
+    openWindow(reports);
+    window->actions().exportReport->trigger();
+    EXPECT_EQ(reporting().reports, 0);
+}
+
+TEST_F(PrintActionsTest, AReportThatCannotBeSavedIsTold)
+{
+    openWindow(reports);
+    desktop.path = QStringLiteral("/nowhere/report.pdf");
+    window->actions().exportReport->trigger();
+    const auto boxes = window->findChildren<QMessageBox*>();
+    ASSERT_EQ(boxes.size(), 1);
+    EXPECT_EQ(boxes[0]->text(), "The report could not be saved");
+}
+
+TEST_F(PrintActionsTest, PrintingBeginsWithAPreview)
+{
+    openWindow(reports);
+    window->show();
+    int previews = 0;
+    QTimer closer;
+    closer.callOnTimeout([&] {
+        if (auto* preview = qobject_cast<QPrintPreviewDialog*>(QApplication::activeModalWidget())) {
+            ++previews;
+            closer.stop();
+            preview->reject();
+        }
+    });
+    closer.start(0);
+    window->actions().print->trigger();
+    EXPECT_EQ(previews, 1);
+    EXPECT_GE(reporting().reports, 1);
+}
+
+}  // namespace

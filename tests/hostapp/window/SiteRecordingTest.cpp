@@ -1,0 +1,130 @@
+#include "hostapp/window/SiteRecording.h"
+
+#include "hostapp/core/HostError.h"
+#include "hostapp/station/LiveRecorder.h"
+#include "hostapp/window/DesktopUserInterface.h"
+#include "hostapp/window/HelpWindow.h"
+#include "hostapp/window/SiteWindow.h"
+#include "tests/hostapp/window/ScratchSite.h"
+#include "tests/hostapp/window/StubTrend.h"
+
+#include <QtTest/QSignalSpy>
+
+namespace {
+
+using plotix::SiteRecording;
+
+class SiteRecordingTest : public testing::Test {
+protected:
+    SiteRecordingTest() { make(); }
+    void make()
+    {
+        recording.reset();
+        recording = std::make_unique<SiteRecording>(site.document);
+    }
+
+    ScratchSite site;
+    std::unique_ptr<SiteRecording> recording;
+};
+
+TEST_F(SiteRecordingTest, SwitchedOnItAddsTheAgentAndRemembers)
+{
+    QSignalSpy added(recording.get(), &SiteRecording::agentAdded);
+    recording->switchOn();
+    EXPECT_TRUE(recording->isOn());
+    EXPECT_TRUE(recording->wasOn());
+    EXPECT_TRUE(site.document->agentNamed(plotix::kMachineAgentName));
+    EXPECT_EQ(added.count(), 1);
+}
+
+TEST_F(SiteRecordingTest, TheDocumentRemembersAcrossOpenings)
+{
+    recording->switchOn();
+    recording.reset();
+    site.reopen();
+    make();
+    EXPECT_FALSE(recording->isOn());
+    EXPECT_TRUE(recording->wasOn());
+    QSignalSpy added(recording.get(), &SiteRecording::agentAdded);
+    recording->switchOn();
+    EXPECT_EQ(added.count(), 0);
+    recording->switchOff();
+    EXPECT_FALSE(recording->wasOn());
+}
+
+TEST_F(SiteRecordingTest, ARecorderThatCannotBeginLeavesItOff)
+{
+    recording =
+        std::make_unique<SiteRecording>(site.document, [](const QString&) -> std::unique_ptr<plotix::LiveRecorder> {
+            throw plotix::HostError(QStringLiteral("There is no space left."));
+        });
+    EXPECT_THROW(recording->switchOn(), plotix::HostError);
+    EXPECT_FALSE(recording->isOn());
+    EXPECT_FALSE(recording->wasOn());
+    EXPECT_EQ(recording->message(), QString());
+}
+
+class LiveWindowTest : public testing::Test {
+protected:
+    void TearDown() override
+    {
+        window.reset();
+        QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+    }
+    void openWindow() { window = std::make_unique<plotix::SiteWindow>(site.document, services()); }
+    plotix::WindowServices services()
+    {
+        plotix::WindowServices all;
+        all.module = &module;
+        all.userInterface = &desktop;
+        all.helpManager = &help;
+        return all;
+    }
+    void reopen()
+    {
+        window->close();
+        window.reset();
+        site.reopen();
+        openWindow();
+    }
+    QAction* recordAction() { return window->actions().recordComputer; }
+
+    ScratchSite site;
+    StubModule module;
+    plotix::DesktopUserInterface desktop;
+    plotix::HelpManager help;
+    std::unique_ptr<plotix::SiteWindow> window;
+};
+
+TEST_F(LiveWindowTest, RecordingBeginsWithATrendOfItsOwn)
+{
+    openWindow();
+    recordAction()->trigger();
+    EXPECT_TRUE(recordAction()->isChecked());
+    ASSERT_TRUE(window->selectedPlugIn());
+    EXPECT_EQ(window->selectedPlugIn()->title(), QStringLiteral("This Computer"));
+}
+
+TEST_F(LiveWindowTest, RecordingGoesOnWhenTheSiteIsOpenedAgain)
+{
+    openWindow();
+    recordAction()->trigger();
+    reopen();
+    EXPECT_TRUE(recordAction()->isChecked());
+    EXPECT_EQ(window->controller().sourceList().rowCount(), 1);
+    recordAction()->trigger();
+    reopen();
+    EXPECT_FALSE(recordAction()->isChecked());
+}
+
+TEST_F(LiveWindowTest, FollowIsGreyedForAViewThatCannot)
+{
+    openWindow();
+    EXPECT_FALSE(window->actions().follow->isEnabled());
+    EXPECT_EQ(window->actions().follow->toolTip(), QStringLiteral("Select a trend first."));
+    recordAction()->trigger();  // its trend is a stub here
+    EXPECT_FALSE(window->actions().follow->isEnabled());
+    EXPECT_EQ(window->actions().follow->toolTip(), QStringLiteral("This view cannot do that."));
+}
+
+}  // namespace

@@ -1,0 +1,59 @@
+#pragma once
+
+#include "plugins/PlotixPlugIn/host/KTVPlugInModule.h"
+
+#include <QtCore/QStringList>
+
+/// A trend view without a graph: records what is sent to it. Made by StubModule under the trend view's class name.
+class StubTrend : public KTVPlugIn {
+    Q_OBJECT
+public:
+    static std::shared_ptr<StubTrend> make(const KTVPlugInModule::Arguments& arguments)
+    {
+        std::shared_ptr<StubTrend> trend(new StubTrend);
+        trend->m_arguments = arguments;
+        return trend->initWithAgent(arguments.agent, arguments.siteWindowController) ? trend : nullptr;
+    }
+    static std::shared_ptr<StubTrend> make(KTVDecoder& decoder)
+    {
+        std::shared_ptr<StubTrend> trend(new StubTrend);
+        return trend->initWithCoder(decoder) ? trend : nullptr;
+    }
+
+    QString name() const override { return QStringLiteral("Stub"); }
+    bool isDeletable() const override { return true; }
+    bool isRenamable() const override { return true; }
+    bool isUndockable() const override { return true; }
+
+    Q_INVOKABLE void refresh(QObject*) { m_log << QStringLiteral("refresh"); }
+    Q_INVOKABLE void fitAll(QObject*) { m_log << QStringLiteral("fitAll"); }
+    Q_INVOKABLE QImage graphImageWithSize(const QSizeF& size, double density, const QString&)
+    {
+        QImage image((size * density).toSize(), QImage::Format_RGB32);
+        image.fill(Qt::red);
+        return image;
+    }
+
+    const QStringList& log() const { return m_log; }
+    const KTVPlugInModule::Arguments& arguments() const { return m_arguments; }
+
+private:
+    StubTrend() = default;
+    QStringList m_log;
+    KTVPlugInModule::Arguments m_arguments;
+};
+
+class StubModule : public KTVPlugInModule {
+public:
+    int interfaceVersion() const override { return kPlugInInterfaceVersion; }
+    QStringList classNames() const override { return {QStringLiteral("KTVPlotixPlugIn"), QStringLiteral("StubTrend")}; }
+    KTVPlugInPtr instantiate(const QString& className, const Arguments& arguments) override
+    {
+        return classNames().contains(className) ? StubTrend::make(arguments) : nullptr;
+    }
+    KTVPlugInPtr instantiate(const QString& className, KTVDecoder& decoder) override
+    {
+        return classNames().contains(className) ? StubTrend::make(decoder) : nullptr;
+    }
+    QObject* classObject(const QString&) override { return nullptr; }
+};
