@@ -1,5 +1,6 @@
 #include "plotkit/layout/SeriesBins.h"
 
+#include "plotkit/layout/SortedSearch.h"
 #include "plotkit/model/CPTSeriesIndex.h"
 
 #include <algorithm>
@@ -88,32 +89,7 @@ std::size_t BinEdges::search(std::span<const double> x, std::size_t from, double
             if (x[block] < value && x[block] >= value - m_grid.width * kSnapShare)
                 return block;
     }
-    const std::size_t guess = std::min(from + m_stride, size);
-    std::size_t low = from;
-    std::size_t high = size;
-    if (guess < size && x[guess] < value) {
-        low = guess + 1;
-        for (std::size_t step = 1; low + step < size; step *= 2) {
-            if (!(x[low + step] < value)) {
-                high = low + step;
-                break;
-            }
-            low += step + 1;
-        }
-    } else {
-        high = guess;
-        for (std::size_t step = 1; high >= from + step; step *= 2) {
-            if (x[high - step] < value) {
-                low = high - step + 1;
-                break;
-            }
-            high -= step;
-        }
-    }
-    const auto begin = x.begin();
-    return static_cast<std::size_t>(
-        std::lower_bound(begin + static_cast<std::ptrdiff_t>(low), begin + static_cast<std::ptrdiff_t>(high), value) -
-        begin);
+    return firstElementAt(x, from, size, std::min(from + m_stride, size), value);
 }
 
 std::span<const std::size_t> BinEdges::edges(const CPTPointSeries& series, const BinGrid& grid)

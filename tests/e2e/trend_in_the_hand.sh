@@ -6,40 +6,12 @@
 # openbox, xdotool, ImageMagick, sqlite3 and Python. Exit status 77 when one of them is missing.
 set -u
 program=$1
-for tool in Xvfb openbox xdotool import compare convert sqlite3 python3; do
-    command -v $tool >/dev/null || { echo "$tool is not installed"; exit 77; }
-done
+. "$(dirname "$0")/desktop.sh"
+demand Xvfb openbox xdotool import compare convert sqlite3 python3
 here=$(cd "$(dirname "$0")" && pwd)
-home=$(mktemp -d)
-pictures=${2:-$home/pictures}
-mkdir -p "$pictures" "$home/run"
-chmod 700 "$home/run"
-export PLOTIX_DATA_HOME=$home/data XDG_CONFIG_HOME=$home/config XDG_RUNTIME_DIR=$home/run
-unset QT_QPA_PLATFORM WAYLAND_DISPLAY
-site=$home/data/Demonstration.plotix
-started=()
-cleanup() {
-    for process in "${started[@]}"; do kill "$process" 2>/dev/null; done
-    wait 2>/dev/null
-    rm -rf "$home"
-}
-trap cleanup EXIT
-trap 'exit 143' TERM INT HUP
-fail() {
-    import -window root "$pictures/failed.png" 2>/dev/null
-    echo "FAILED: $*"
-    exit 1
-}
-
-Xvfb -displayfd 3 -screen 0 1400x900x24 3>"$home/display" 2>/dev/null &
-started+=($!)
-for _ in $(seq 100); do [ -s "$home/display" ] && break; sleep 0.1; done
-[ -s "$home/display" ] || fail "no X server"
-export DISPLAY=:$(cat "$home/display")
 # A window manager that leaves Alt + drag to the program.
-echo '<openbox_config xmlns="http://openbox.org/3.4/rc"><keyboard/><mouse/></openbox_config>' >"$home/openbox.xml"
-openbox --config-file "$home/openbox.xml" >/dev/null 2>&1 &
-started+=($!)
+open_desktop "${2:-}" 1400x900x24 --config-file "$here/openbox_leaves_alt.xml"
+site=$home/data/Demonstration.plotix
 
 # Places in the window at its first size, 1280 by 800. What stands below the graph keeps its place from the bottom;
 # bars may come above it, so its upper part is left out.

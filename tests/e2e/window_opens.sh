@@ -5,30 +5,9 @@
 # Needs Xvfb, openbox, xdotool and ImageMagick. Exit status 77 when one of them is missing.
 set -u
 program=$1
-for tool in Xvfb openbox xdotool import compare identify; do
-    command -v $tool >/dev/null || { echo "$tool is not installed"; exit 77; }
-done
-home=$(mktemp -d)
-pictures=${2:-$home/pictures}
-mkdir -p "$pictures" "$home/run"
-chmod 700 "$home/run"
-export PLOTIX_DATA_HOME=$home/data XDG_CONFIG_HOME=$home/config XDG_RUNTIME_DIR=$home/run
-unset QT_QPA_PLATFORM WAYLAND_DISPLAY
-started=()
-cleanup() {
-    for process in "${started[@]}"; do kill "$process" 2>/dev/null; done
-    rm -rf "$home"
-}
-trap cleanup EXIT
-fail() { echo "FAILED: $*"; exit 1; }
-
-Xvfb -displayfd 3 -screen 0 1400x900x24 3>"$home/display" 2>/dev/null &
-started+=($!)
-for _ in $(seq 100); do [ -s "$home/display" ] && break; sleep 0.1; done
-[ -s "$home/display" ] || fail "no X server"
-export DISPLAY=:$(cat "$home/display")
-openbox >/dev/null 2>&1 &
-started+=($!)
+. "$(dirname "$0")/desktop.sh"
+demand Xvfb openbox xdotool import compare identify
+open_desktop "${2:-}" 1400x900x24
 
 milliseconds() { echo $(($(date +%s%N) / 1000000)); }
 
