@@ -2,6 +2,7 @@
 
 #include "hostapp/core/HostError.h"
 #include "hostapp/window/SiteActions.h"
+#include "plugins/PlotixPlugIn/host/KTVBundle.h"
 
 #include <QtCore/QDateTime>
 #include <QtCore/QLocale>
@@ -26,8 +27,10 @@ void fillBox(QMessageBox& box, const KTVAlert& alert)
     box.setIcon(iconForStyle(alert.style));
     box.setWindowTitle(QGuiApplication::applicationDisplayName());
     box.setTextFormat(Qt::PlainText);
-    box.setText(alert.messageText);
-    box.setInformativeText(alert.informativeText);
+    // Plug-ins give their texts as they stand; the user's language is the host's.
+    const KTVBundle* bundle = KTVBundle::mainBundle();
+    box.setText(bundle->localizedString(alert.messageText));
+    box.setInformativeText(bundle->localizedString(alert.informativeText));
     box.setStandardButtons(QMessageBox::Ok);
 }
 

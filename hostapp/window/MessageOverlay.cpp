@@ -1,5 +1,7 @@
 #include "hostapp/window/MessageOverlay.h"
 
+#include "plugins/PlotixPlugIn/host/KTVBundle.h"
+
 #include <QtCore/QEvent>
 #include <QtGui/QPainter>
 
@@ -89,8 +91,9 @@ void MessageOverlay::centerOnView(QWidget* view, const QString& message)
         m_label = new MessageLabel;
     if (m_label->parentWidget() != view)
         m_label->setParent(view);
-    m_label->setText(message);
-    m_label->setAccessibleName(message);
+    const QString text = KTVBundle::mainBundle()->localizedString(message);
+    m_label->setText(text);
+    m_label->setAccessibleName(text);
     m_label->centre();
     m_label->show();
     m_label->raise();

@@ -37,7 +37,8 @@ QString displayText(const InfoTableRow& row, int column)
 QString accessibleText(const InfoTableRow& row, int column)
 {
     switch (column) {
-    case InfoTableModel::Show: return row.show ? QStringLiteral("shown") : QStringLiteral("hidden");
+    case InfoTableModel::Show:
+        return KTVBundle::mainBundle()->localizedString(row.show ? QStringLiteral("shown") : QStringLiteral("hidden"));
     case InfoTableModel::Color: return plotix::colorText(row.color);
     default: return displayText(row, column);
     }

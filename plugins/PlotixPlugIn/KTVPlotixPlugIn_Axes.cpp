@@ -4,8 +4,7 @@
 //  1. The time ticks follow the date panel's dates, not the plot space, and are chosen anew, with a new formatter, on
 //     every accepted change of the x range.
 //  2. On the rebuild that makes the graph the fit leaves the y axis alone: interval 20 and the default labels stay
-//  until
-//     the next rebuild or the user's first zoom. Only the ranges and `plotRangeForY` take effect.
+//     until the next rebuild or the first zoom. Only the ranges and `plotRangeForY` take effect.
 //  3. A stored `plotRangeForY` is overwritten by the next fit and never put back on the plot space.
 
 #include "plugins/PlotixPlugIn/KTVPlotixPlugIn.h"

@@ -4,7 +4,8 @@
 //  1. Nothing is asked of the user and nothing flickers: the date panel stays as it is while the records come, without
 //     its busy state, so that dates can be typed meanwhile. Its dates move in the same task that shows the records.
 //  2. The range shown is the one asked for, also where the records do not reach its ends.
-//  3. An answer that is no good is passed over: the next one comes soon, and Refresh says what is wrong.
+//  3. Whoever moved the dates while the records were on their way keeps them: such an answer comes too late.
+//  4. An answer that is no good is passed over: the next one comes soon, and Refresh says what is wrong.
 
 #include "plugins/PlotixPlugIn/KTVPlotixPlugIn.h"
 
@@ -19,11 +20,11 @@ void KTVPlotixPlugIn::showRange(double fromSeconds, double toSeconds)
     archiveManager->fetchRecordsForProperties(
         m_properties, plotix::Date{fromSeconds}, plotix::Date{toSeconds}, kMaximumSamplesUnlimited,
         [](double, bool*) {},
-        [weakPlugIn, fromSeconds, toSeconds](const KTVRecordDictionaryPtr& records, double,
-                                             const std::optional<KTVError>& error) {
-            plotix::MainQueue::main().async([weakPlugIn, fromSeconds, toSeconds, records, error] {
+        [weakPlugIn, fromSeconds, toSeconds, shownBefore = shownRange()](const KTVRecordDictionaryPtr& records, double,
+                                                                         const std::optional<KTVError>& error) {
+            plotix::MainQueue::main().async([weakPlugIn, fromSeconds, toSeconds, shownBefore, records, error] {
                 const Ptr plugIn = weakPlugIn.lock();
-                if (plugIn && records && !error)
+                if (plugIn && records && !error && plugIn->shownRange() == shownBefore)
                     plugIn->showRecordsInRange(records, {fromSeconds, toSeconds - fromSeconds});
             });
         });

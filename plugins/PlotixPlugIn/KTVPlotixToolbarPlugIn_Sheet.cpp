@@ -190,6 +190,8 @@ KTVPropertyList KTVPlotixToolbarPlugIn::tickedProperties() const
 void KTVPlotixToolbarPlugIn::addTrendView(const KTVPropertyList& properties)
 {
     const KTVPlotixPlugIn::Ptr trend = KTVPlotixPlugIn::initWithAgent(agent(), siteWindowController(), properties);
+    if (!trend)
+        return;
     trend->setFromDate(m_dataCluster->fromDateValue());
     trend->setToDate(m_dataCluster->toDateValue());
     trend->setTitle(m_desiredTitle);

@@ -2,6 +2,7 @@
 
 #include "plugins/PlotixPlugIn/ColorSwatchDelegate.h"
 #include "plugins/PlotixPlugIn/InfoTableModel.h"
+#include "plugins/PlotixPlugIn/host/KTVBundle.h"
 
 #include <QtGui/QContextMenuEvent>
 #include <QtGui/QKeyEvent>
@@ -307,7 +308,8 @@ std::unique_ptr<QMenu> PropertyDetailsTableView::menuForEvent(const QEvent* even
     if (const auto position = rightMouseDownPosition(event))
         selectRowUnder(*position);
     auto menu = std::make_unique<QMenu>(QStringLiteral("Contextual Menu"));
-    connect(menu->addAction(QStringLiteral("Remove")), &QAction::triggered, this, &PropertyDetailsTableView::remove);
+    connect(menu->addAction(KTVBundle::mainBundle()->localizedString(QStringLiteral("Remove"))), &QAction::triggered,
+            this, &PropertyDetailsTableView::remove);
     return menu;
 }
 

@@ -34,6 +34,16 @@ TEST_F(TrendFollowing, TheAnswerShowsTheWholeRangeAskedFor)
     EXPECT_EQ(plotIdentifiers(), QStringList{"airTemperature"});
 }
 
+TEST_F(TrendFollowing, WhoeverMovedTheDatesMeanwhileKeepsThem)
+{
+    openTrendWithData();
+    showNow(kFrom + 60, kTo + 60);
+    trend().graph()->defaultPlotSpace()->setXRange({kFrom - 7200, 3600});
+    answer(recordsAt({kFrom + 100, kFrom + 200}).column("airTemperature", {1, 2}));
+    EXPECT_EQ(trend().shownRange(), range(kFrom - 7200, kFrom - 3600));
+    EXPECT_EQ(plotIdentifiers().size(), 2);
+}
+
 TEST_F(TrendFollowing, WithoutRecordsTheDatesMoveOnToo)
 {
     openTrendWithData();
