@@ -1,40 +1,192 @@
 #include "base/LargeMemory.h"
 
 #include <sys/mman.h>
+#include <unistd.h>
 
+#include <algorithm>
 #include <cstdint>
 #include <cstdlib>
+#include <cstring>
+#include <mutex>
 #include <new>
+#include <optional>
+#include <vector>
 
 namespace plotix {
 
 namespace {
 
+constexpr std::size_t kAlignment = 64;
 constexpr std::size_t kHugePage = std::size_t{2} << 20;
 /// Shorter columns would waste more of their last huge page than they gain.
-constexpr std::size_t kLeastMapped = 4 * kHugePage;
+constexpr std::size_t kLeastMapped = 2 * kHugePage;
+constexpr std::size_t kMostKept = 16;
+constexpr std::size_t kShareKept = 8;  // of the machine's memory: one part in so many
+
+#if defined(__SANITIZE_ADDRESS__)
+constexpr bool kKeepsPieces = false;  // so that a use after the end is seen
+#else
+constexpr bool kKeepsPieces = true;
+#endif
+
+/// A mapping of whole huge pages, aligned to them.
+struct Piece {
+    void* start;
+    std::size_t size;
+};
+
+std::size_t roundedUp(std::size_t bytes, std::size_t unit)
+{
+    return (bytes + unit - 1) / unit * unit;
+}
+
+std::optional<Piece> mappedPiece(std::size_t size)
+{
+    const std::size_t mapped = size + kHugePage;  // so that an aligned beginning lies inside
+    void* memory = mmap(nullptr, mapped, PROT_READ | PROT_WRITE, MAP_PRIVATE | MAP_ANONYMOUS, -1, 0);
+    if (memory == MAP_FAILED)
+        return std::nullopt;
+    const auto place = reinterpret_cast<std::uintptr_t>(memory);
+    const std::size_t before = roundedUp(place, kHugePage) - place;
+    auto* start = static_cast<std::byte*>(memory) + before;
+    if (before > 0)
+        munmap(memory, before);
+    if (before < kHugePage)
+        munmap(start + size, kHugePage - before);
+    madvise(start, size, MADV_HUGEPAGE);  // where it is refused, small pages serve
+    return Piece{start, size};
+}
+
+void unmap(const Piece& piece)
+{
+    munmap(piece.start, piece.size);
+}
+
+/// Pieces that nobody owns at the moment, longest kept first.
+class KeptPieces {
+public:
+    KeptPieces()
+        : m_most(static_cast<std::size_t>(sysconf(_SC_PHYS_PAGES)) * static_cast<std::size_t>(sysconf(_SC_PAGESIZE)) /
+                 kShareKept)
+    {
+        m_pieces.reserve(kMostKept + 1);  // so that freeing never allocates
+    }
+
+    /// The smallest one that is not more than twice as long as needed.
+    std::optional<Piece> take(std::size_t size)
+    {
+        const std::lock_guard lock(m_mutex);
+        auto best = m_pieces.end();
+        for (auto piece = m_pieces.begin(); piece != m_pieces.end(); ++piece)
+            if (piece->size >= size && piece->size <= 2 * size && (best == m_pieces.end() || piece->size < best->size))
+                best = piece;
+        if (best == m_pieces.end())
+            return std::nullopt;
+        const Piece found = *best;
+        m_pieces.erase(best);
+        m_kept -= found.size;
+        return found;
+    }
+
+    void keep(const Piece& piece)
+    {
+        if (!kKeepsPieces || piece.size > m_most)
+            return unmap(piece);
+        madvise(piece.start, piece.size, MADV_FREE);  // the system may have it; what it leaves is still mapped
+        const std::lock_guard lock(m_mutex);
+        m_pieces.push_back(piece);
+        m_kept += piece.size;
+        while (m_kept > m_most || m_pieces.size() > kMostKept)
+            dropFirst();
+    }
+
+    void dropAll()
+    {
+        const std::lock_guard lock(m_mutex);
+        while (!m_pieces.empty())
+            dropFirst();
+    }
+
+private:
+    void dropFirst()
+    {
+        m_kept -= m_pieces.front().size;
+        unmap(m_pieces.front());
+        m_pieces.erase(m_pieces.begin());
+    }
+
+    const std::size_t m_most;
+    std::mutex m_mutex;
+    std::vector<Piece> m_pieces;
+    std::size_t m_kept = 0;
+};
+
+/// Never destroyed: columns of static objects come back after everything else has gone.
+KeptPieces& keptPieces()
+{
+    static KeptPieces& pieces = *new KeptPieces;
+    return pieces;
+}
+
+std::shared_ptr<void> owned(const Piece& piece)
+{
+    return {piece.start, [piece](void*) { keptPieces().keep(piece); }};
+}
+
+std::shared_ptr<void> freshPiece(std::size_t size)
+{
+    std::optional<Piece> piece = mappedPiece(size);
+    if (!piece) {
+        keptPieces().dropAll();
+        piece = mappedPiece(size);
+    }
+    if (!piece)
+        throw std::bad_alloc();
+    return owned(*piece);
+}
+
+std::shared_ptr<void> smallMemory(std::size_t bytes)
+{
+    void* memory = std::aligned_alloc(kAlignment, roundedUp(bytes, kAlignment));
+    if (memory == nullptr)
+        throw std::bad_alloc();
+    return {memory, [](void* freed) { std::free(freed); }};
+}
+
+/// Beyond this nothing can be asked for, and rounding up would start again at zero.
+void requirePossible(std::size_t bytes)
+{
+    if (bytes > PTRDIFF_MAX - 2 * kHugePage)
+        throw std::bad_alloc();
+}
 
 }  // namespace
+
+std::shared_ptr<void> unsetMemory(std::size_t bytes)
+{
+    if (bytes == 0)
+        return nullptr;
+    requirePossible(bytes);
+    if (bytes < kLeastMapped)
+        return smallMemory(bytes);
+    const std::size_t size = roundedUp(bytes, kHugePage);
+    if (const std::optional<Piece> kept = keptPieces().take(size))
+        return owned(*kept);
+    return freshPiece(size);
+}
 
 std::shared_ptr<void> zeroedMemory(std::size_t bytes)
 {
     if (bytes == 0)
         return nullptr;
-    if (bytes < kLeastMapped) {
-        void* memory = std::calloc(bytes, 1);
-        if (memory == nullptr)
-            throw std::bad_alloc();
-        return {memory, [](void* freed) { std::free(freed); }};
-    }
-    const std::size_t mapped = bytes + kHugePage;  // so that an aligned beginning lies inside
-    void* memory = mmap(nullptr, mapped, PROT_READ | PROT_WRITE, MAP_PRIVATE | MAP_ANONYMOUS, -1, 0);
-    if (memory == MAP_FAILED)
-        throw std::bad_alloc();
-    const auto place = reinterpret_cast<std::uintptr_t>(memory);
-    const std::uintptr_t aligned = (place + kHugePage - 1) / kHugePage * kHugePage;
-    void* start = static_cast<std::byte*>(memory) + (aligned - place);
-    madvise(start, bytes, MADV_HUGEPAGE);  // where it is refused, small pages serve
-    return {start, [memory, mapped](void*) { munmap(memory, mapped); }};
+    requirePossible(bytes);
+    const std::size_t size = roundedUp(bytes, kHugePage);
+    const std::optional<Piece> kept = bytes < kLeastMapped ? std::nullopt : keptPieces().take(size);
+    if (bytes >= kLeastMapped && !kept)
+        return freshPiece(size);  // zero as it comes
+    const std::shared_ptr<void> memory = kept ? owned(*kept) : smallMemory(bytes);
+    std::memset(memory.get(), 0, bytes);
+    return memory;
 }
 
 }  // namespace plotix

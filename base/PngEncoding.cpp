@@ -1,10 +1,13 @@
 #include "base/PngEncoding.h"
 
+#include "base/PngBlock.h"
+#include "base/PngRows.h"
+
 #include <QtCore/QtEndian>
 #include <libdeflate.h>
 
 #include <algorithm>
-#include <memory>
+#include <iterator>
 #include <vector>
 
 // Every row is stored as its difference to the row above: what stands upright in a graph, and its even ground, become
@@ -15,12 +18,8 @@ namespace plotix {
 namespace {
 
 constexpr quint8 kUpFilter = 2;
-constexpr int kCompressionLevel = 2;  // on drawings quicker than 1, and smaller
+constexpr qsizetype kLongestChunk = 0x7fffffff;
 constexpr char kSignature[] = "\x89PNG\r\n\x1a\n";
-
-struct CompressorDeleter {
-    void operator()(libdeflate_compressor* compressor) const { libdeflate_free_compressor(compressor); }
-};
 
 quint32 straight(quint32 pixel)
 {
@@ -52,64 +51,61 @@ bool isOpaque(const PngPixels& picture)
     return true;
 }
 
-/// Packs one row into its bytes; kBytes a pixel.
-template <int kBytes>
-void packRow(quint8* bytes, const quint32* pixels, int width)
+/// The picture with its colours as they were meant, row after row.
+std::vector<quint32> straightPixels(const PngPixels& picture)
 {
-    for (int column = 0; column < width; ++column, bytes += kBytes) {
-        const quint32 pixel = pixels[column];
-        bytes[0] = static_cast<quint8>(pixel >> 16);
-        bytes[1] = static_cast<quint8>(pixel >> 8);
-        bytes[2] = static_cast<quint8>(pixel);
-        if constexpr (kBytes == 4)
-            bytes[3] = static_cast<quint8>(pixel >> 24);
+    std::vector<quint32> converted;
+    converted.reserve(static_cast<std::size_t>(picture.width) * static_cast<std::size_t>(picture.height));
+    for (int row = 0; row < picture.height; ++row) {
+        const quint32* pixels = picture.pixels + row * picture.stride;
+        std::transform(pixels, pixels + picture.width, std::back_inserter(converted), straight);
     }
-}
-
-/// All rows, filtered, each with the filter's number in front.
-template <int kBytes>
-std::vector<quint8> filteredRows(const PngPixels& picture)
-{
-    const auto length = static_cast<std::size_t>(picture.width) * kBytes;
-    std::vector<quint8> filtered((length + 1) * static_cast<std::size_t>(picture.height));
-    std::vector<quint8> above(length, 0);
-    std::vector<quint8> row(length);
-    std::vector<quint32> converted(kBytes == 4 ? static_cast<std::size_t>(picture.width) : 0);
-    quint8* to = filtered.data();
-    for (int number = 0; number < picture.height; ++number) {
-        const quint32* pixels = picture.pixels + number * picture.stride;
-        if (kBytes == 4 && picture.alpha == PngAlpha::Premultiplied) {
-            std::transform(pixels, pixels + picture.width, converted.begin(), straight);
-            pixels = converted.data();
-        }
-        packRow<kBytes>(row.data(), pixels, picture.width);
-        *to++ = kUpFilter;
-        for (std::size_t index = 0; index < length; ++index)
-            to[index] = static_cast<quint8>(row[index] - above[index]);
-        to += length;
-        std::swap(row, above);
-    }
-    return filtered;
-}
-
-QByteArray compressed(const std::vector<quint8>& bytes)
-{
-    const std::unique_ptr<libdeflate_compressor, CompressorDeleter> compressor(
-        libdeflate_alloc_compressor(kCompressionLevel));
-    if (!compressor)
-        return {};
-    QByteArray data(static_cast<qsizetype>(libdeflate_zlib_compress_bound(compressor.get(), bytes.size())),
-                    Qt::Uninitialized);
-    const std::size_t size = libdeflate_zlib_compress(compressor.get(), bytes.data(), bytes.size(), data.data(),
-                                                      static_cast<std::size_t>(data.size()));
-    data.truncate(static_cast<qsizetype>(size));
-    return data;
+    return converted;
 }
 
 void appendNumber(QByteArray& file, quint32 number)
 {
     const quint32 bigEndian = qToBigEndian(number);
     file.append(reinterpret_cast<const char*>(&bigEndian), sizeof bigEndian);
+}
+
+/// The picture's rows in zlib's envelope: two bytes, the block, a checksum over what was compressed.
+QByteArray compressedRows(const PngPixels& picture, int bytesPerPixel)
+{
+    const auto width = static_cast<std::size_t>(picture.width);
+    const std::vector<quint32> nothing(width, 0);
+    std::vector<quint64> repeats((width + 63) / 64);
+    const std::size_t length = 1 + width * static_cast<std::size_t>(bytesPerPixel);
+    std::vector<quint8> bytes(length + kPngRowSlack);
+    bytes[0] = kUpFilter;
+    PngBlock block(picture.width, bytesPerPixel, kUpFilter);
+    const PngRowKernels& kernels = PngRowKernels::best();
+    const auto subtract = bytesPerPixel == 3 ? kernels.color : kernels.colorAndAlpha;
+    quint32 checksum = 1;
+    for (int row = 0; row < picture.height; ++row) {
+        const quint32* pixels = picture.pixels + row * picture.stride;
+        subtract({pixels, row > 0 ? pixels - picture.stride : nothing.data(), picture.width, block.nextRow(),
+                  bytes.data() + 1, repeats.data()});
+        block.addRow(repeats.data());
+        checksum = libdeflate_adler32(checksum, bytes.data(), length);
+    }
+    QByteArray data("\x78\x01", 2);
+    data.resize(data.size() + static_cast<qsizetype>(block.finish()));
+    auto* const begin = reinterpret_cast<quint8*>(data.data());
+    data.truncate(block.write(begin + 2) - begin);
+    appendNumber(data, checksum);
+    return data;
+}
+
+QByteArray compressedColorAndAlpha(const PngPixels& picture)
+{
+    if (picture.alpha != PngAlpha::Premultiplied)
+        return compressedRows(picture, 4);
+    const std::vector<quint32> pixels = straightPixels(picture);
+    PngPixels meant = picture;
+    meant.pixels = pixels.data();
+    meant.stride = picture.width;
+    return compressedRows(meant, 4);
 }
 
 /// A chunk: length, four letters, content, checksum over letters and content.
@@ -140,8 +136,8 @@ QByteArray encodedPng(const PngPixels& picture)
     if (picture.pixels == nullptr || picture.width <= 0 || picture.height <= 0)
         return {};
     const bool opaque = isOpaque(picture);
-    const QByteArray data = compressed(opaque ? filteredRows<3>(picture) : filteredRows<4>(picture));
-    if (data.isEmpty())
+    const QByteArray data = opaque ? compressedRows(picture, 3) : compressedColorAndAlpha(picture);
+    if (data.size() > kLongestChunk)
         return {};
     QByteArray file;
     file.reserve(data.size() + 128);

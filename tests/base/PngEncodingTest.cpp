@@ -89,6 +89,40 @@ TEST_F(PngEncodingTest, EvenGroundTakesNextToNothing)
     EXPECT_LT(encoded(image, PngAlpha::None).size(), 20000);
 }
 
+TEST_F(PngEncodingTest, RunsOfEveryLengthComeBack)
+{
+    QImage image(700, 300, QImage::Format_ARGB32);
+    for (int y = 0; y < image.height(); ++y)
+        for (int x = 0; x < image.width(); ++x)
+            image.setPixel(x, y, x <= y + 1 ? qRgba(y, 0, 255 - y % 256, 128) : x > 400 ? qRgb(x / (y + 1), 7, 9) : 0U);
+    EXPECT_EQ(QImage::fromData(encoded(image, PngAlpha::Straight), "PNG").convertToFormat(image.format()), image);
+    const QImage colors = image.convertToFormat(QImage::Format_RGB32);
+    EXPECT_EQ(QImage::fromData(encoded(colors, PngAlpha::None), "PNG").convertToFormat(colors.format()), colors);
+}
+
+TEST_F(PngEncodingTest, GradientsComeBackInLittle)
+{
+    QImage image(600, 400, QImage::Format_RGB32);
+    for (int y = 0; y < image.height(); ++y)
+        for (int x = 0; x < image.width(); ++x)
+            image.setPixel(x, y, qRgb(y / 2, x / 3, 40));
+    const QByteArray data = encoded(image, PngAlpha::None);
+    EXPECT_EQ(QImage::fromData(data, "PNG").convertToFormat(image.format()), image);
+    EXPECT_LT(data.size(), 600 * 400 * 3 / 8);
+}
+
+TEST_F(PngEncodingTest, NoiseGrowsByNextToNothing)
+{
+    QImage image(500, 300, QImage::Format_RGB32);
+    std::mt19937 random(3);
+    for (int y = 0; y < image.height(); ++y)
+        for (int x = 0; x < image.width(); ++x)
+            image.setPixel(x, y, static_cast<quint32>(random()) | 0xff000000U);
+    const QByteArray data = encoded(image, PngAlpha::None);
+    EXPECT_EQ(QImage::fromData(data, "PNG").convertToFormat(image.format()), image);
+    EXPECT_LT(data.size(), 500 * 300 * 3 * 101 / 100);
+}
+
 TEST_F(PngEncodingTest, NothingToEncodeIsNoData)
 {
     EXPECT_TRUE(plotix::encodedPng({}).isEmpty());

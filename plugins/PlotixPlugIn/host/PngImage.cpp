@@ -42,4 +42,10 @@ QByteArray pngOfImage(const QImage& image)
     return encodedPng(picture);
 }
 
+bool writePng(QIODevice& to, const QImage& image)
+{
+    const QByteArray data = pngOfImage(image);
+    return !data.isEmpty() && to.write(data) == data.size();
+}
+
 }  // namespace plotix

@@ -1,0 +1,31 @@
+#pragma once
+
+#include <QtCore/QtGlobal>
+
+/// The inner loop of PNG encoding: one row of pixels becomes its difference to the row above.
+///
+/// Pure; any thread. The loop exists for every processor and for AVX2; both write the same.
+namespace plotix {
+
+/// One row on its way into the file. All memory is borrowed and lies apart.
+struct PngRow {
+    const quint32* pixels = nullptr;  ///< alpha in the highest byte, then red, green, blue
+    const quint32* above = nullptr;   ///< the row above, as long
+    int width = 0;                    ///< pixels
+    quint32* differences = nullptr;   ///< out: channel by channel, modulo 256, where the pixels had them
+    quint8* bytes = nullptr;          ///< out: red, green, blue (and alpha) of each difference; see `kPngRowSlack`
+    quint64* repeats = nullptr;       ///< out: bit n % 64 of word n / 64 says that difference n equals the one before
+};
+
+/// So many bytes past its end `bytes` may be written.
+constexpr int kPngRowSlack = 8;
+
+struct PngRowKernels {
+    void (*color)(const PngRow&);          ///< three bytes a pixel; alpha counts as 0
+    void (*colorAndAlpha)(const PngRow&);  ///< four bytes a pixel
+
+    static const PngRowKernels& plain();  ///< for every processor
+    static const PngRowKernels& best();   ///< what this processor runs fastest
+};
+
+}  // namespace plotix

@@ -1,0 +1,23 @@
+#pragma once
+
+#include <QtCore/QtGlobal>
+
+#include <span>
+
+/// Prefix codes for deflate: how long each symbol's code is, and its bits. Values in, values out; any thread.
+namespace plotix {
+
+/// One symbol's code as it is written: lowest bit first.
+struct PrefixBits {
+    quint16 bits = 0;
+    quint16 length = 0;  ///< 0: the symbol does not occur
+};
+
+/// The shortest codes for symbols that occur so often, none longer than `longest` bits; codes that would be longer are
+/// shortened at the least cost a single pass finds. Symbols that do not occur get none; a symbol alone gets one bit.
+///
+/// Lengths: Moffat and Katajainen, "In-Place Calculation of Minimum-Redundancy Codes", 1995. Bits: RFC 1951, 3.2.2.
+/// Requires: `codes` as long as `counts`, at most 2^longest symbols, longest <= 15, counts that sum to below 2^32.
+void makePrefixCode(std::span<const quint32> counts, int longest, std::span<PrefixBits> codes);
+
+}  // namespace plotix
