@@ -3,11 +3,14 @@
 #include "hostapp/app/PlugInWebSite.h"
 #include "hostapp/app/TrendRenderer.h"
 #include "hostapp/window/PlugInStore.h"
+#include "hostapp/window/WindowMemory.h"
 
 namespace plotix {
 
 HeadlessSite::HeadlessSite(std::shared_ptr<SiteDocument> document, KTVPlugInModule* module)
-    : m_document(std::move(document)), m_module(module)
+    : m_document(std::move(document)),
+      m_module(module),
+      m_follower([] { return currentDate().seconds; }, TrendFollower::Rests::Never)
 {
     for (const auto& agent : m_document->agents())
         agent->setSiteWindowController(this);
@@ -39,6 +42,16 @@ void HeadlessSite::load()
         if (const KTVPlugInPtr made = makeToolbarPlugIn(*m_module, *this))
             m_toolbarPlugIns.push_back(made);
     m_unreadableCount = store.unreadableCount();
+    for (const auto& agent : m_document->agents())
+        waitForRecords(*agent);
+}
+
+void HeadlessSite::follow()
+{
+    const QStringList followed = readWindowState(*m_document).followed;
+    for (const KTVSourceListItemPtr& item : m_sourceList.items())
+        if (followed.contains(item->representedObject()->uniqueIdentifier()))
+            m_follower.follow(item->representedObject());
     for (const auto& agent : m_document->agents())
         waitForRecords(*agent);
 }

@@ -2,6 +2,7 @@
 
 #include "hostapp/document/SiteDocument.h"
 #include "hostapp/window/SourceListModel.h"
+#include "hostapp/window/TrendFollower.h"
 #include "plugins/PlotixPlugIn/host/KTVPlugInModule.h"
 #include "plugins/PlotixPlugIn/host/KTVSiteWindowController.h"
 
@@ -28,6 +29,8 @@ public:
 
     /// Makes the archived views and waits until the records they show at first have arrived. Once.
     void load();
+    /// From now on the trends that the site's window followed end now, as they do there. After `load`.
+    void follow();
     int unreadableCount() const { return m_unreadableCount; }  ///< archived views that could not be made
 
     const std::shared_ptr<SiteDocument>& siteDocument() const { return m_document; }
@@ -46,6 +49,7 @@ private:
     std::shared_ptr<SiteDocument> m_document;
     KTVPlugInModule* m_module;
     SourceListModel m_sourceList;
+    TrendFollower m_follower;
     std::vector<KTVPlugInPtr> m_toolbarPlugIns;
     int m_unreadableCount = 0;
 };

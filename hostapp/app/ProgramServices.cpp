@@ -8,12 +8,33 @@
 #include "hostapp/window/Appearance.h"
 #include "hostapp/window/SiteWindows.h"
 #include "hostapp/window/TerminationRequest.h"
+#include "plugins/PlotixPlugIn/host/PngImage.h"
 
 #include <QtCore/QSaveFile>
 #include <QtWidgets/QApplication>
 #include <QtWidgets/QProgressDialog>
 
+#include <iostream>
+
 namespace plotix {
+
+namespace {
+
+/// Set to anything, `plotix open` ends as soon as its trend is on the screen: this is how the start is measured.
+constexpr auto kQuitWhenDrawn = "PLOTIX_QUIT_WHEN_DRAWN";
+
+/// Says so when the trend is drawn, so that what ending takes can be told apart.
+int quitWhenDrawn(SiteWindow& window)
+{
+    waitForTrend(window);
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::UpdateRequest);  // what is still to be painted
+    QGuiApplication::sync();
+    std::cout << "drawn" << std::endl;
+    closeAllSites();
+    return 0;
+}
+
+}  // namespace
 
 bool ProgramServices::hasDisplay() const
 {
@@ -38,7 +59,10 @@ int ProgramServices::runWindow(const QString& site)
 {
     applyAppearance(*qApp);
     SiteWindows windows(windowServices(), [this](const auto& document) { m_composition.documentOpened(document); });
-    windows.open(site)->show();
+    SiteWindow* const window = windows.open(site);
+    window->show();
+    if (qEnvironmentVariableIsSet(kQuitWhenDrawn))
+        return quitWhenDrawn(*window);
     QApplication::setQuitOnLastWindowClosed(true);
     const TerminationRequest termination;
     QObject::connect(&termination, &TerminationRequest::received, qApp, [] {
@@ -55,7 +79,7 @@ int ProgramServices::savePicture(const OpenRequest& request)
     SiteWindows windows(windowServices(), [this](const auto& document) { m_composition.documentOpened(document); });
     const QImage picture = pictureOfWindow(*windows.open(request.site), request.screenshotSize);
     QSaveFile file(request.screenshot);
-    if (!file.open(QIODevice::WriteOnly) || !picture.save(&file, "PNG") || !file.commit())
+    if (!file.open(QIODevice::WriteOnly) || !writePng(file, picture) || !file.commit())
         throw HostError(QStringLiteral("The picture could not be written to %1: %2. Choose another place.")
                             .arg(request.screenshot, file.errorString()));
     return 0;

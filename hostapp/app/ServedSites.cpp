@@ -65,6 +65,7 @@ void serveSites(const ServeRequest& request, KTVPlugInModule* module)
     for (const auto& document : request.documents) {
         sites.push_back(std::make_unique<HeadlessSite>(document, module));
         sites.back()->load();
+        sites.back()->follow();
         if (untilTerminated.isOver())
             return;
         sayUnreadable(request, *sites.back());

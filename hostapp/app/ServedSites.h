@@ -6,8 +6,9 @@
 /// Serving sites without a window. Free function; main thread only.
 namespace plotix {
 
-/// Says the addresses once every view has its records, then serves until SIGINT, SIGTERM or SIGHUP. Sites stay as they
-/// are stored. Throws HostError: an address or port that cannot be had, a token that is missing or cannot be read.
+/// Trends that the site's window followed end now here too, with the records stored since. Says the addresses once
+/// every view has its records, then serves until SIGINT, SIGTERM or SIGHUP. Sites stay as they are stored. Throws
+/// HostError: an address or port that cannot be had, a token that is missing or cannot be read.
 void serveSites(const ServeRequest& request, KTVPlugInModule* module);
 
 }  // namespace plotix

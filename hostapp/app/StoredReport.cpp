@@ -44,7 +44,7 @@ QByteArray pdfOfStoredReport(const ReportRequest& request, KTVPlugInModule* modu
     const KTVPlugInPtr view = viewTitled(views, request.view);
     view->view();  // loading the view starts the fetch
     for (const auto& agent : request.document->agents())
-        waitForRecords(*agent);
+        requireRecords(*agent);
     return ReportPrinter(view, graphForPaper).pdf();
 }
 

@@ -33,16 +33,25 @@ private:
 
 }  // namespace
 
-void waitForRecords(const SiteAgent& agent)
+std::optional<QString> waitForRecords(const SiteAgent& agent)
 {
     const ArchiveManager* archive = agent.siteArchiveManager();
+    std::optional<QString> failure;
     QEventLoop loop;
+    QObject::connect(archive, &ArchiveManager::fetchFailed, &loop, [&](const QString& message) { failure = message; });
     QObject::connect(archive, &ArchiveManager::fetchAnswered, &loop, [&] {
         if (archive->pendingFetches() == 0)
             loop.quit();
     });
     if (archive->pendingFetches() > 0)
         loop.exec();
+    return failure;
+}
+
+void requireRecords(const SiteAgent& agent)
+{
+    if (const std::optional<QString> failure = waitForRecords(agent))
+        throw HostError(*failure);
 }
 
 QByteArray TrendRenderer::render(const RenderRequest& request) const
@@ -64,7 +73,7 @@ QByteArray TrendRenderer::renderView(const RenderRequest& request) const
 {
     const KTVPlugInPtr plugIn = makePlugIn(request.trend);
     plugIn->view()->resize(request.size);  // loading the view starts the fetch
-    waitForRecords(*request.trend.agent);
+    requireRecords(*request.trend.agent);
     QByteArray data;
     if (request.format == RenderRequest::Format::Pdf) {
         data = graphPDF(plugIn.get(), request.size, request.trend.title);
@@ -94,7 +103,7 @@ QByteArray TrendRenderer::renderBare(const RenderRequest& request) const
         Q_ARG(QObject*, &receiver), Q_ARG(QByteArray, QByteArrayLiteral("receiveImage")));
     if (!sent)
         throw HostError(QStringLiteral("The plug-in module cannot draw off screen; install Plotix again."));
-    waitForRecords(*request.trend.agent);
+    requireRecords(*request.trend.agent);
     if (receiver.png().isEmpty())
         failToDraw(request.size);
     return receiver.png();

@@ -3,6 +3,8 @@
 #include "hostapp/cli/CommandServices.h"
 #include "plugins/PlotixPlugIn/host/KTVPlugInModule.h"
 
+#include <optional>
+
 /// Draws a trend into a PNG or PDF without showing anything. *Borrows* the module. Main thread only.
 namespace plotix {
 
@@ -24,7 +26,11 @@ private:
     KTVPlugInModule* m_module;
 };
 
-/// Runs the event loop until every fetch of the agent has been answered and what it brought is in place.
-void waitForRecords(const SiteAgent& agent);
+/// Runs the event loop until every fetch of the agent has been answered and what it brought is in place. Answers what
+/// people are told where one of them failed.
+std::optional<QString> waitForRecords(const SiteAgent& agent);
+
+/// The same; throws HostError where one of them failed.
+void requireRecords(const SiteAgent& agent);
 
 }  // namespace plotix

@@ -20,15 +20,20 @@ void comeRound()
 
 }  // namespace
 
+void waitForTrend(SiteWindow& window)
+{
+    comeRound();
+    for (const auto& agent : window.controller().siteDocument()->agents())
+        waitForRecords(*agent);
+    comeRound();
+}
+
 QImage pictureOfWindow(SiteWindow& window, const QSize& size)
 {
     window.setWindowState(Qt::WindowNoState);
     window.resize(size);
     window.show();
-    comeRound();
-    for (const auto& agent : window.controller().siteDocument()->agents())
-        waitForRecords(*agent);
-    comeRound();
+    waitForTrend(window);
     window.resize(size);  // a window manager may have had its own idea while the window appeared
     comeRound();
     // The first painting reports the drawing finished, which ends the busy state; the second one shows that.

@@ -4,8 +4,11 @@
 
 #include <QtGui/QImage>
 
-/// A picture of a whole site window, taken when its trend is drawn. Main thread only.
+/// When a site window's trend is drawn, and a picture of the whole window then. Main thread only.
 namespace plotix {
+
+/// Waits until every record the shown window asked for has arrived and is in place; the next painting shows it.
+void waitForTrend(SiteWindow& window);
 
 /// Shows the window at `size` points, waits until every record asked for has arrived and been drawn, and answers the
 /// picture. A site without a trend answers its empty state.

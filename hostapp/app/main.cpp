@@ -49,7 +49,8 @@ int main(int argc, char** argv)
     QApplication::setApplicationVersion(QStringLiteral(PLOTIX_VERSION));
     QApplication::setOrganizationName(QStringLiteral("Plotix"));
     plotix::MainQueue::main();
-    plotix::installLanguage(plotix::preferredLanguage([](const char* name) { return qEnvironmentVariable(name); }));
+    if (plotix::commandShowsTexts(arguments))
+        plotix::installLanguage(plotix::preferredLanguage([](const char* name) { return qEnvironmentVariable(name); }));
     Composition composition(desktop ? Composition::Audience::Desktop : Composition::Audience::Nobody);
     plotix::ProgramServices services(composition);
     return plotix::runCommandLine(arguments, services, {std::cout, std::cerr, ::isatty(STDERR_FILENO) == 1});

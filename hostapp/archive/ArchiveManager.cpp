@@ -1,9 +1,12 @@
 #include "hostapp/archive/ArchiveManager.h"
 
 #include "base/MainQueue.h"
+#include "hostapp/archive/ReadConnections.h"
 #include "hostapp/archive/RecordArchive.h"
 #include "hostapp/core/HostError.h"
 #include "hostapp/core/SiteProperty.h"
+
+#include <QtCore/QCoreApplication>
 
 #include <algorithm>
 #include <atomic>
@@ -19,7 +22,8 @@ constexpr int kMostWorkers = 4;
 
 /// Everything a worker needs: no object of the main thread's.
 struct ArchiveManager::Fetch {
-    QString file;
+    std::shared_ptr<ReadConnections> connections;
+    std::uint64_t budget = 0;
     qint64 agent = 0;
     std::vector<RowId> rows;
     std::vector<KTVRecordColumn::Descriptor> descriptors;  // index for index with rows
@@ -37,9 +41,10 @@ struct ArchiveManager::State {
     int pending = 0;                    // main thread only
 };
 
-ArchiveManager::ArchiveManager(QString file, qint64 agent, Properties properties,
-                               std::shared_ptr<const KTVUnitModel> unitModel)
-    : m_file(std::move(file)),
+ArchiveManager::ArchiveManager(const QString& file, qint64 agent, Properties properties,
+                               std::shared_ptr<const KTVUnitModel> unitModel, std::uint64_t budget)
+    : m_connections(ReadConnections::ofFile(file)),
+      m_budget(budget),
       m_agent(agent),
       m_properties(std::move(properties)),
       m_unitModel(std::move(unitModel)),
@@ -67,7 +72,8 @@ void ArchiveManager::fetchRecordsForProperties(const std::optional<KTVPropertyLi
                                                CompletionHandler completionHandler)
 {
     auto fetch = std::make_shared<Fetch>();
-    fetch->file = m_file;
+    fetch->connections = m_connections;
+    fetch->budget = m_budget;
     fetch->agent = m_agent;
     fetch->unitModel = m_unitModel;
     fetch->from = fromDate;
@@ -90,7 +96,7 @@ void ArchiveManager::fetchRecordsForProperties(const std::optional<KTVPropertyLi
     m_workers.start([fetch, state = m_state]() mutable { answer(std::exchange(fetch, {}), state); });
 }
 
-KTVRecordDictionaryPtr ArchiveManager::read(Fetch& fetch, const State& state)
+KTVRecordDictionaryPtr ArchiveManager::read(Fetch& fetch, const State& state, std::optional<KTVError>& error)
 {
     auto dictionary = std::make_shared<KTVRecordDictionary>();
     if (fetch.rows.empty() || state.ending)
@@ -102,9 +108,14 @@ KTVRecordDictionaryPtr ArchiveManager::read(Fetch& fetch, const State& state)
         return !stop && !state.ending;
     };
     const auto seconds = [](const OptionalDate& date) { return date ? std::optional(date->seconds) : std::nullopt; };
-    RecordReader reader(fetch.file);
-    const std::optional<RecordBlock> block =
-        reader.read(fetch.agent, fetch.rows, seconds(fetch.from), seconds(fetch.to), goesOn);
+    const std::optional<double> from = seconds(fetch.from), to = seconds(fetch.to);
+    RecordReader reader(fetch.connections);
+    const RecordOverview overview = reader.overview(fetch.agent, {}, from, to);
+    if (const auto refusal = refusalOf({overview, fetch.rows.size(), from, to}, fetch.budget)) {
+        error = KTVError{*refusal};
+        return dictionary;
+    }
+    const std::optional<RecordBlock> block = reader.read(fetch.agent, fetch.rows, from, to, goesOn);
     if (!block)
         return dictionary;
     fetch.records = block->times.size();
@@ -123,21 +134,25 @@ void ArchiveManager::answer(const std::shared_ptr<Fetch>& fetch, const std::shar
     KTVRecordDictionaryPtr records;
     std::optional<KTVError> error;
     try {
-        records = read(*fetch, *state);
+        records = read(*fetch, *state, error);
     } catch (const HostError& failure) {
         error = KTVError{failure.message()};
     } catch (const std::bad_alloc&) {
-        error = KTVError{QStringLiteral("The records do not fit into memory: choose a shorter range.")};
+        error = KTVError{
+            QCoreApplication::translate("Memory", "The records do not fit into memory: choose a shorter range.")};
     }
+    const QString failure = error ? error->message : QString();
     if (fetch->completion)
         fetch->completion(std::move(records), static_cast<double>(fetch->records), std::move(error));
     // Handlers may hold the last reference to something of the main thread's; so they end there, and after what they
     // posted, because the queue is serial.
     auto handlers = std::make_shared<std::pair<ProgressHandler, CompletionHandler>>(
         std::exchange(fetch->progress, {}), std::exchange(fetch->completion, {}));
-    MainQueue::main().async([handlers = std::move(handlers), state]() mutable {
+    MainQueue::main().async([handlers = std::move(handlers), state, failure]() mutable {
         handlers.reset();
         --state->pending;
+        if (state->manager && !failure.isEmpty())
+            emit state->manager->fetchFailed(failure);
         if (state->manager)
             emit state->manager->fetchAnswered();
     });

@@ -1,11 +1,14 @@
 #pragma once
 
 #include "hostapp/archive/Database.h"
+#include "hostapp/archive/EncodedChunk.h"
 #include "hostapp/archive/Records.h"
+#include "hostapp/archive/TailStore.h"
 
 #include <optional>
 
-/// The chunks of a site document, one at a time: looking them up, reading, writing and removing whole ones.
+/// The chunks of a site document, one at a time: looking them up, reading, writing and removing whole ones; and the
+/// tail of records that stand behind an agent's chunks, which whoever reads up to the last record must not forget.
 ///
 /// Knows the layout, not what records mean. Borrows its connection and works inside the caller's transaction; one
 /// thread. Throws HostError, also for blobs whose length does not fit.
@@ -16,16 +19,6 @@ struct Chunk {
     double t0 = 0, t1 = 0;  ///< times of its first and last record
     std::size_t n = 0;      ///< records
 };
-
-/// Count, extremes and sum of the valid elements that are no NaN.
-struct Summary {
-    std::size_t valid = 0;
-    double minimum = 0, maximum = 0;
-    double sum = 0;
-
-    void add(const Summary& other);
-};
-Summary summaryOf(const RecordsView::Column& column, std::size_t count);
 
 class ChunkStore {
 public:
@@ -41,18 +34,27 @@ public:
 
     Records read(const Chunk& chunk);
 
+    /// Records behind every chunk of the agent, with from ≤ time ≤ to; at most kRecordsPerChunk.
+    Records tail(RowId agent, double from, double to) { return m_tail.read(agent, from, to); }
+    TailExtent tailExtent(RowId agent) { return m_tail.extent(agent); }
+    /// Time of the agent's last record, in a chunk or behind them all.
+    std::optional<double> lastTime(RowId agent);
+    TailStore& tailRows() { return m_tail; }
+
     /// Ordered records as one chunk. Columns whose elements are all absent are not written.
     /// Requires: 1 to kRecordsPerChunk records, ordered.
-    void write(RowId agent, const RecordsView& records);
+    Chunk write(RowId agent, const RecordsView& records) { return write(agent, encodedChunk(records)); }
+    Chunk write(RowId agent, const EncodedChunk& chunk);
     void remove(const Chunk& chunk);
 
 private:
     std::optional<Chunk> one(Statement& statement);
-    void writeSegment(qint64 id, const double* values, std::size_t count, const std::uint64_t* valid,
-                      std::size_t firstValid);
-    void writeSummary(qint64 id, const Summary& summary);
+    void requirePossible(const Chunk& chunk) const;  ///< whatever the file says about a chunk's length and times
+    bool readSegment(const Chunk& chunk, Records::Column& column) const;
+    void writeSegment(qint64 chunk, std::size_t count, const EncodedChunk::Segment& segment);
 
     Database& m_database;
+    TailStore m_tail;
     Statement m_first, m_last, m_atOrBefore, m_after, m_between;
     Statement m_segments, m_addChunk, m_addSegment, m_addSummary, m_removeChunk, m_removeSegments, m_removeSummaries;
 };

@@ -104,12 +104,15 @@ Database::Database(const QString& file, Access access) : m_file(QFileInfo(file).
         open(m_readOnly ? SQLITE_OPEN_READONLY : SQLITE_OPEN_READWRITE, uriOf(m_file, frozen ? "?mode=ro&immutable=1"
                                                                                       : m_readOnly ? "?mode=ro"
                                                                                                    : "?mode=rw"));
-        checkHeader();
-        checkTables();
+        checkTables(checkHeader());
+        if (access == Access::ReadWrite)
+            upgrade();
         execute("PRAGMA synchronous=NORMAL");
         execute("PRAGMA cache_size=-65536");
         execute(("PRAGMA mmap_size=" + QByteArray::number(kMappedBytes)).constData());
     } catch (...) {
+        m_begin.reset();
+        m_commit.reset();
         sqlite3_close_v2(m_handle);
         throw;
     }
@@ -117,6 +120,8 @@ Database::Database(const QString& file, Access access) : m_file(QFileInfo(file).
 
 Database::~Database()
 {
+    m_begin.reset();
+    m_commit.reset();
     sqlite3_close_v2(m_handle);
 }
 
@@ -142,7 +147,7 @@ void Database::inspect(const QString& uri)
     m_handle = nullptr;
 }
 
-void Database::checkHeader()
+int Database::checkHeader()
 {
     Statement application(*this, "PRAGMA application_id");
     if (!application.step() || application.integer(0) != schema::kApplicationId)
@@ -158,17 +163,31 @@ void Database::checkHeader()
                             .arg(schema::kVersion));
     if (version.integer(0) < 1)
         failAsDamaged(QStringLiteral("no format number"));
+    return static_cast<int>(version.integer(0));
 }
 
-void Database::checkTables()
+void Database::checkTables(int version)
 {
     Statement table(*this, "SELECT 1 FROM sqlite_schema WHERE type = 'table' AND name = ?");
-    for (const char* name : schema::kTables) {
-        table.bind(1, QString::fromLatin1(name));
+    for (const schema::Table& wanted : schema::kTables) {
+        if (wanted.since > version)
+            continue;
+        table.bind(1, QString::fromLatin1(wanted.name));
         if (!table.step())
-            failAsDamaged(QStringLiteral("the table “%1” is missing").arg(QLatin1String(name)));
+            failAsDamaged(QStringLiteral("the table “%1” is missing").arg(QLatin1String(wanted.name)));
         table.reset();
     }
+}
+
+void Database::upgrade()
+{
+    if (checkHeader() == schema::kVersion)
+        return;
+    beginWriting();
+    // Another program may have been faster.
+    if (checkHeader() < 2)
+        execute(schema::kUpgradeTo2);
+    commit();
 }
 
 void Database::execute(const char* sql)
@@ -192,12 +211,23 @@ void Database::beginWriting()
 {
     if (m_readOnly)
         fail(SQLITE_READONLY);
-    execute("BEGIN IMMEDIATE");
+    if (!m_begin)
+        m_begin = std::make_unique<Statement>(*this, "BEGIN IMMEDIATE");
+    m_begin->run();
 }
 
 void Database::commit()
 {
-    execute("COMMIT");
+    if (!m_commit)
+        m_commit = std::make_unique<Statement>(*this, "COMMIT");
+    m_commit->run();
+}
+
+unsigned Database::dataVersion() const
+{
+    unsigned version = 0;
+    sqlite3_file_control(m_handle, "main", SQLITE_FCNTL_DATA_VERSION, &version);
+    return version;
 }
 
 void Database::rollBack() noexcept

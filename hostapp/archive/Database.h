@@ -15,10 +15,12 @@ struct sqlite3_stmt;
 /// that says what to do. One thread at a time each; any number of connections beside each other.
 namespace plotix {
 
+class Statement;
+
 class Database {
 public:
     enum class Access {
-        ReadWrite,      ///< the file must exist and be ours and writable
+        ReadWrite,      ///< the file must exist and be ours and writable; brings it to the current version
         ReadOnly,       ///< never writes; the file must exist and be ours
         BestAvailable,  ///< ReadWrite where the file allows it, else ReadOnly
     };
@@ -47,18 +49,24 @@ public:
     void commit();
     void rollBack() noexcept;  ///< without a transaction: nothing
 
+    /// A number that changes when another connection has changed the document, and with each commit of this one; known
+    /// inside a transaction.
+    unsigned dataVersion() const;
+
     [[noreturn]] void fail(int resultCode) const;
     [[noreturn]] void failAsDamaged(const QString& detail) const;
 
 private:
     void open(int flags, const QString& uri);
     void inspect(const QString& uri);
-    void checkHeader();
-    void checkTables();
+    int checkHeader();  ///< the version
+    void checkTables(int version);
+    void upgrade();
 
     QString m_file;
     sqlite3* m_handle = nullptr;
     bool m_readOnly = false;
+    std::unique_ptr<Statement> m_begin, m_commit;  // made when first used, since preparing takes as long as running
 };
 
 /// A prepared statement. Borrows its database. Positions count from 1 when binding and from 0 when reading.

@@ -1,22 +1,45 @@
 #include "hostapp/archive/RecordAppender.h"
 
-#include "hostapp/archive/ChunkStore.h"
+#include "hostapp/archive/LogCheckpointer.h"
+#include "hostapp/archive/ReadConnections.h"
+#include "hostapp/archive/RecordPlacement.h"
+#include "hostapp/archive/StorableRecords.h"
 
 namespace plotix {
 
 struct RecordAppender::Impl {
-    explicit Impl(const QString& file) : database(file, Database::Access::ReadWrite), chunks(database) {}
-
-    RecordWriter& writer()
+    explicit Impl(const QString& file)
+        : database(file, Database::Access::ReadWrite),
+          chunks(database),
+          placement(chunks),
+          storable(database),
+          checkpointer(database)
     {
-        if (!current)
-            current.reset(new RecordWriter(database));
-        return *current;
+    }
+
+    void store(RowId agent, const RecordBlock& block)
+    {
+        if (database.dataVersion() != version)
+            forget();
+        storable.require(agent, block);
+        const RecordsView view = RecordsView::of(block);
+        if (view.isOrdered())
+            placement.storeNow(agent, view);
+        else
+            placement.storeNow(agent, Records::ordered(view).view());
+    }
+    void forget()
+    {
+        placement.forget();
+        storable.forget();
     }
 
     Database database;
     ChunkStore chunks;
-    std::unique_ptr<RecordWriter> current;  // kept for its prepared statements; empty after a failure
+    RecordPlacement placement;
+    StorableRecords storable;
+    LogCheckpointer checkpointer;
+    unsigned version = 0;  // of the document that placement and storable know
 };
 
 RecordAppender::RecordAppender(const QString& file) : m_impl(std::make_unique<Impl>(file)) {}
@@ -31,22 +54,21 @@ void RecordAppender::append(RowId agent, const RecordBlock& block)
 {
     m_impl->database.beginWriting();
     try {
-        RecordWriter& writer = m_impl->writer();
-        writer.store(agent, block);
-        writer.flush();
+        m_impl->store(agent, block);
         m_impl->database.commit();
+        m_impl->version = m_impl->database.dataVersion();
     } catch (...) {
-        // The writer may hold records that the file does not.
-        m_impl->current.reset();
+        m_impl->forget();
         m_impl->database.rollBack();
         throw;
     }
 }
 
+// Another writer may make the tail a chunk between two looks.
 std::optional<double> RecordAppender::lastTime(RowId agent)
 {
-    const std::optional<Chunk> last = m_impl->chunks.lastChunk(agent);
-    return last ? std::optional(last->t1) : std::nullopt;
+    const ReadTransaction transaction(m_impl->database);
+    return m_impl->chunks.lastTime(agent);
 }
 
 }  // namespace plotix

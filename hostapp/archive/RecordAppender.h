@@ -5,9 +5,9 @@
 /// Stores small blocks as they come, second after second: each in a transaction of its own, over a connection that is
 /// kept, because opening one costs more than storing.
 ///
-/// A block behind everything stored costs a few pages of the file: what does not fill a chunk is taken together with
-/// the short chunks before it the way a counter carries, so a value is rewritten some fourteen times at most. Other
-/// writers wait for a commit, never for the time between two. One thread at a time. Throws HostError.
+/// A record behind everything stored is a row of the tail: one page of the log. The one that fills a chunk writes the
+/// chunk. The log is merged into the file on a thread of its own. Other writers wait for a commit, never for the time
+/// between two. One thread at a time. Throws HostError.
 namespace plotix {
 
 class RecordAppender {

@@ -19,6 +19,7 @@ namespace plotix {
 
 using RowId = qint64;
 class Database;
+class ReadConnections;
 
 /// Records to store, or records read: columns of equal length.
 struct RecordBlock {
@@ -41,24 +42,58 @@ struct ColumnStatistics {
     double minimum = 0, maximum = 0, average = 0;  ///< in the archived unit; 0 when valid is 0
 };
 
+/// What the archive knows of its records without reading them: runs of them that follow each other in time.
+struct RecordOverview {
+    struct Run {
+        double t0 = 0, t1 = 0;  ///< times of its first and last record
+        std::size_t records = 0;
+    };
+    /// Over the valid elements of a run that are no NaN.
+    struct Summary {
+        std::size_t valid = 0;
+        double minimum = 0, maximum = 0;  ///< in the archived unit; 0 when valid is 0
+        double sum = 0;                   ///< NaN where infinities of both signs met
+    };
+    struct Column {
+        RowId property = 0;
+        std::vector<Summary> summaries;  ///< index for index with `runs`
+    };
+    std::vector<Run> runs;
+    std::vector<Column> columns;
+};
+
+/// Where statistics come from. Both answer the same but for rounding of the average.
+enum class StatisticsFrom {
+    Summaries,  ///< what is stored per chunk; only chunks the range cuts are decoded
+    Values,     ///< every value in the range, decoded
+};
+
 /// Answers false to stop.
 using ArchiveProgress = std::function<bool(double fraction)>;
 
-/// Reads from its own connection; one thread at a time each, any number beside one writer. Throws HostError.
+/// Reads from a connection of its own; one thread at a time each, any number beside one writer. Every call sees the
+/// records as they were stored when it began. Throws HostError, and std::bad_alloc where a result has no room.
 class RecordReader {
 public:
     explicit RecordReader(const QString& file);
+    /// Takes its connection from those kept open, and gives it back at its end. *Shares* them.
+    explicit RecordReader(std::shared_ptr<ReadConnections> connections);
     ~RecordReader();
 
     /// Every record of the agent with from ≤ time ≤ to, in time order. Absent bounds are open. A property without any
-    /// values in the range is there with all elements invalid. Stopped by `progress`: an empty result.
+    /// values in the range is there with all elements invalid. Long reads take idle cores to help. `progress` is called
+    /// on the calling thread, with fractions that never decrease. Stopped by it: an empty result.
     std::optional<RecordBlock> read(RowId agent, std::span<const RowId> properties, std::optional<double> from,
                                     std::optional<double> to, const ArchiveProgress& progress = {});
     ArchiveSummary summary(RowId agent);
 
+    /// The runs with a record in [from, to], whole. Absent bounds are open.
+    RecordOverview overview(RowId agent, std::span<const RowId> properties, std::optional<double> from = {},
+                            std::optional<double> to = {});
+
     /// Over the valid elements that are no NaN, with from ≤ time ≤ to. Absent bounds are open.
     ColumnStatistics statistics(RowId agent, RowId property, std::optional<double> from = {},
-                                std::optional<double> to = {});
+                                std::optional<double> to = {}, StatisticsFrom source = StatisticsFrom::Summaries);
 
 private:
     struct Impl;

@@ -38,6 +38,13 @@ public:
         std::vector<std::uint64_t> valid;
     };
 
+    Records() = default;
+    /// Requires: every column has an element and a bit for each time; bits behind the last are 0.
+    Records(std::vector<double> times, std::vector<Column> columns)
+        : m_times(std::move(times)), m_columns(std::move(columns))
+    {
+    }
+
     std::size_t size() const { return m_times.size(); }
     bool isEmpty() const { return m_times.empty(); }
     RecordsView view() const;

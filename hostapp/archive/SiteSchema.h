@@ -10,20 +10,33 @@
 namespace plotix::schema {
 
 inline constexpr int kApplicationId = 0x506C7478;  ///< "Pltx"
-inline constexpr int kVersion = 1;
+inline constexpr int kVersion = 2;
 inline constexpr int kPageSize = 16384;
 
 inline constexpr std::size_t kRecordsPerChunk = 16384;
 inline constexpr qint64 kPropertiesPerChunk = 1 << 20;
 inline constexpr qint64 kTimes = 0;
 
+/// A row of the tail stands under the id `agent × 1,048,576 + position`, its agent's records in time order from 0 on.
+inline constexpr qint64 kRowsPerTail = 1 << 20;
+
 /// How a segment's values are written.
 enum class Codec : int {
-    Raw = 0,  ///< little-endian doubles, one after the other
+    Raw = 0,       ///< little-endian doubles, one after the other
+    Constant = 1,  ///< one double that all elements are
+    Decimal = 2,   ///< packed whole numbers ÷ a power of ten
+    Product = 3,   ///< packed whole numbers × the double nearest to a power of ten below one
+    Pattern = 4,   ///< packed bits of the doubles
+    Table = 5,     ///< packed places in a list of the doubles that occur
 };
 
-inline constexpr const char* kTables[] = {"site",    "agent", "property", "plugin",
-                                          "setting", "chunk", "segment",  "summary"};
+/// Tables, and the version they came with.
+struct Table {
+    const char* name;
+    int since;
+};
+inline constexpr Table kTables[] = {{"site", 1},  {"agent", 1},   {"property", 1}, {"plugin", 1}, {"setting", 1},
+                                    {"chunk", 1}, {"segment", 1}, {"summary", 1},  {"tail", 2}};
 
 inline constexpr const char* kCreate = R"sql(
 CREATE TABLE site(id INTEGER PRIMARY KEY CHECK(id = 1), name TEXT NOT NULL, location TEXT NOT NULL);
@@ -38,6 +51,13 @@ CREATE TABLE chunk(id INTEGER PRIMARY KEY AUTOINCREMENT, agent INTEGER NOT NULL,
 CREATE INDEX chunk_by_time ON chunk(agent, t0);
 CREATE TABLE segment(id INTEGER PRIMARY KEY, codec INTEGER NOT NULL, valid BLOB, data BLOB NOT NULL);
 CREATE TABLE summary(id INTEGER PRIMARY KEY, valid INTEGER NOT NULL, minimum REAL, maximum REAL, sum REAL);
+CREATE TABLE tail(id INTEGER PRIMARY KEY, data BLOB NOT NULL);
+)sql";
+
+/// Brings a document of version 1 to version 2, inside a transaction.
+inline constexpr const char* kUpgradeTo2 = R"sql(
+CREATE TABLE tail(id INTEGER PRIMARY KEY, data BLOB NOT NULL);
+PRAGMA user_version=2;
 )sql";
 
 }  // namespace plotix::schema

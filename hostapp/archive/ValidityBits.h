@@ -56,6 +56,12 @@ inline void copy(const std::uint64_t* from, std::size_t fromFirst, std::uint64_t
     }
 }
 
+inline void clear(std::uint64_t* words, std::size_t first, std::size_t count)
+{
+    for (std::size_t done = 0; done < count; done += 64)
+        put(words, first + done, count - done < 64 ? count - done : 64, 0);
+}
+
 inline bool allSet(const std::uint64_t* words, std::size_t first, std::size_t count)
 {
     for (std::size_t done = 0; words && done < count; done += 64) {

@@ -1,3 +1,4 @@
+#include "hostapp/archive/MemoryBudget.h"
 #include "hostapp/cli/CommandProgressBar.h"
 #include "hostapp/cli/Commands.h"
 #include "hostapp/cli/ExactText.h"
@@ -120,6 +121,9 @@ int runCommand(const ExportCommand& command, CommandContext context)
         makeCommandProgress(context.services, context.streams, QStringLiteral("Exporting %1").arg(agent->name()));
     RecordReader reader(document->path());
     const TimeSpan span = timeSpanOf(command.choice, reader.summary(agent->id()));
+    const RecordOverview overview = reader.overview(agent->id(), {}, span.from, span.to);
+    if (const auto refusal = refusalOf({overview, ids.size(), span.from, span.to}, memoryBudget()))
+        throw HostError(*refusal);
     const std::optional<RecordBlock> block = reader.read(
         agent->id(), ids, span.from, span.to, [&progress](double fraction) { return progress(fraction / 2); });
     if (!block)

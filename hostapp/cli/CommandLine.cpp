@@ -51,6 +51,18 @@ bool commandWantsWindow(const QStringList& arguments)
     return open != nullptr && !parsed.help && !parsed.wrongUsage && open->screenshot.isEmpty();
 }
 
+bool commandShowsTexts(const QStringList& arguments)
+{
+    const ParsedCommand parsed = parseCommandLine(arguments);
+    return std::visit(
+        [](const auto& command) {
+            using Command = std::decay_t<decltype(command)>;
+            return std::is_same_v<Command, OpenCommand> || std::is_same_v<Command, RenderCommand> ||
+                   std::is_same_v<Command, ReportCommand> || std::is_same_v<Command, ServeCommand>;
+        },
+        parsed.command);
+}
+
 void writeWholeFile(const QString& path, const QByteArray& bytes)
 {
     QSaveFile file(path);

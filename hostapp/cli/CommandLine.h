@@ -30,4 +30,8 @@ int runCommandLine(const QStringList& arguments, CommandServices& services, Comm
 /// its QApplication: true for `open` without --screenshot, false for everything else, help and wrong usage included.
 bool commandWantsWindow(const QStringList& arguments);
 
+/// Whether these arguments make something to look at, whose words are in the user's language: windows, pages, drawings.
+/// What commands print is English everywhere.
+bool commandShowsTexts(const QStringList& arguments);
+
 }  // namespace plotix

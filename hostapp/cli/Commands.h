@@ -23,6 +23,8 @@ int runCommand(const ExportCommand& command, CommandContext context);
 int runCommand(const RecordCommand& command, CommandContext context);
 int runCommand(const ReportCommand& command, CommandContext context);
 int runCommand(const ServeCommand& command, CommandContext context);
+int runCommand(const CompactCommand& command, CommandContext context);
+int runCommand(const VerifyCommand& command, CommandContext context);
 
 /// Writes the whole file or nothing; throws HostError.
 void writeWholeFile(const QString& path, const QByteArray& bytes);

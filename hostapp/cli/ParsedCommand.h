@@ -10,7 +10,8 @@
 #include <optional>
 #include <variant>
 
-/// What a command line asks for, as values. Pure: nothing is opened, and no clock is read. Any thread.
+/// What a command line asks for, as values. Pure: nothing is opened, and no clock is read; a time without a zone is in
+/// the user's. Any thread.
 namespace plotix {
 
 struct OpenCommand {
@@ -32,10 +33,10 @@ struct InfoCommand {
 
 /// Which records: of which agent and properties, and from when to when.
 struct RecordChoice {
-    QString agent;           ///< empty: the only one
-    QStringList properties;  ///< names or keys; empty: all
-    QString from, to;        ///< ISO 8601; empty: open
-    QString range;           ///< a quick range's name; empty: all time
+    QString agent;                   ///< empty: the only one
+    QStringList properties;          ///< names or keys; empty: all
+    std::optional<double> from, to;  ///< seconds since 1970-01-01 UTC; absent: open
+    QString range;                   ///< a quick range's name; empty: all time
 };
 
 struct RenderCommand {
@@ -71,9 +72,20 @@ struct ServeCommand {
     QString tokenFile;  ///< empty: without a token
 };
 
+/// At most one of the two says what to drop; neither: nothing.
+struct CompactCommand {
+    QString site;
+    std::optional<double> before;  ///< seconds since 1970-01-01 UTC
+    std::optional<double> keep;    ///< seconds back from the site's last record
+};
+
+struct VerifyCommand {
+    QString site;
+};
+
 struct ParsedCommand {
     std::variant<OpenCommand, ImportCommand, InfoCommand, RenderCommand, ExportCommand, RecordCommand, ReportCommand,
-                 ServeCommand>
+                 ServeCommand, CompactCommand, VerifyCommand>
         command;
     std::optional<QString> help;        ///< asked for: print it and do nothing else
     std::optional<QString> wrongUsage;  ///< one line
@@ -81,11 +93,5 @@ struct ParsedCommand {
 
 /// `arguments` are the words after the program's name.
 ParsedCommand parseCommandLine(const QStringList& arguments);
-
-/// "1200x600"; nothing for anything else, or for sides outside 16 … 16,384.
-std::optional<QSize> sizeFromArgument(const QString& text);
-
-/// Seconds of "90", "90s", "1.5m", "2h" or "1d"; nothing for anything else, and for what is not above zero.
-std::optional<double> durationFromArgument(const QString& text);
 
 }  // namespace plotix

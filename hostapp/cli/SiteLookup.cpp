@@ -2,7 +2,6 @@
 
 #include "hostapp/core/HostError.h"
 #include "hostapp/core/QuickRanges.h"
-#include "hostapp/import/TimeText.h"
 
 #include <QtCore/QFileInfo>
 
@@ -84,24 +83,9 @@ std::vector<std::shared_ptr<SiteProperty>> propertiesOf(const SiteAgent& agent, 
     return properties;
 }
 
-double timeOf(const QString& text, const QString& option)
-{
-    TimeColumnReader reader(TimeLayout::YearFirst, LocalTime(QString()));
-    if (const std::optional<double> time = reader.read(text.trimmed().toStdString()))
-        return *time;
-    throw HostError(
-        QStringLiteral("%1 “%2” is no time; write it like 2013-07-01 or 2013-07-01T12:00:00Z").arg(option, text));
-}
-
 TimeSpan timeSpanOf(const RecordChoice& choice, const ArchiveSummary& summary)
 {
-    TimeSpan span;
-    if (!choice.from.isEmpty())
-        span.from = timeOf(choice.from, QStringLiteral("--from"));
-    if (!choice.to.isEmpty())
-        span.to = timeOf(choice.to, QStringLiteral("--to"));
-    if (span.from && span.to && *span.to < *span.from)
-        throw HostError(QStringLiteral("--to %1 lies before --from %2").arg(choice.to, choice.from));
+    TimeSpan span{choice.from, choice.to};
     if (choice.range.isEmpty())
         return span;
     QuickRanges::Setting setting;

@@ -17,10 +17,6 @@ std::shared_ptr<SiteAgent> agentOf(const SiteDocument& document, const QString& 
 /// By name or key, whatever the case, in the order asked; without names all of the agent's.
 std::vector<std::shared_ptr<SiteProperty>> propertiesOf(const SiteAgent& agent, const QStringList& names);
 
-/// Seconds since 1970-01-01 UTC of an ISO 8601 text; without a zone the time is the user's. A date alone means its
-/// first moment. `option` is named when the text is no time.
-double timeOf(const QString& text, const QString& option);
-
 /// The bounds of a choice: what --from and --to say, else the quick range, else nothing (open).
 struct TimeSpan {
     std::optional<double> from, to;

@@ -10,6 +10,10 @@ SiteAgent::SiteAgent(SiteDocument* document, qint64 id, QString uniqueIdentifier
 {
     m_archiveManager = std::make_unique<ArchiveManager>(
         document->path(), id, [this] { return properties().objects(); }, Units::shared());
+    connect(m_archiveManager.get(), &ArchiveManager::fetchFailed, this, [this](const QString& message) {
+        if (m_document)
+            emit m_document->recordsNotRead(message);
+    });
 }
 
 SiteAgent::~SiteAgent() = default;

@@ -2,6 +2,7 @@
 
 #include "hostapp/archive/ArchiveManager.h"
 #include "hostapp/archive/RecordArchive.h"
+#include "hostapp/archive/TailStore.h"
 #include "hostapp/core/HostError.h"
 #include "hostapp/core/Units.h"
 #include "hostapp/document/SiteStore.h"
@@ -182,10 +183,19 @@ void SiteDocument::storeUnsaved()
 
 std::optional<std::pair<Date, Date>> SiteDocument::recordExtent() const
 {
+    std::optional<std::pair<Date, Date>> extent;
+    const auto widen = [&extent](double first, double last) {
+        extent = extent ? std::pair(std::min(extent->first, Date{first}), std::max(extent->second, Date{last}))
+                        : std::pair(Date{first}, Date{last});
+    };
     Statement statement(m_store->database, "SELECT min(t0), max(t1) FROM chunk");
-    if (!statement.step() || statement.isNothing(0))
-        return std::nullopt;
-    return std::pair(Date{statement.real(0)}, Date{statement.real(1)});
+    if (statement.step() && !statement.isNothing(0))
+        widen(statement.real(0), statement.real(1));
+    TailStore tails(m_store->database);
+    for (const SiteStore::Agent& agent : m_store->tables.agents())
+        if (const TailExtent tail = tails.extent(agent.id); tail.count > 0)
+            widen(tail.first, tail.last);
+    return extent;
 }
 
 bool SiteDocument::isReadOnly() const

@@ -113,6 +113,8 @@ signals:
     void siteChanged();  ///< name or place
     /// A change of a property's unit, colour or visibility could not be stored; it is tried again with the next one.
     void changeNotStored(const QString& message);
+    /// Records asked for were not answered: they cannot be read, or are more than may be.
+    void recordsNotRead(const QString& message);
 
 private:
     friend class SiteAgent;

@@ -1,6 +1,7 @@
 #include "hostapp/import/Detection.h"
 
 #include "hostapp/core/HostError.h"
+#include "hostapp/import/ImportText.h"
 #include "hostapp/import/NumberText.h"
 
 #include <QtCore/QBuffer>
@@ -55,7 +56,7 @@ std::pair<std::size_t, std::size_t> scoreOf(const std::vector<TextSample::Row>& 
 void refuseWideCharacters(const QByteArray& beginning)
 {
     if (beginning.startsWith("\xFF\xFE") || beginning.startsWith("\xFE\xFF") || beginning.contains('\0'))
-        throw HostError(QStringLiteral("this is no text in UTF-8; save it as CSV in UTF-8 and import it again"));
+        throw HostError(translated("this is no text in UTF-8; save it as CSV in UTF-8 and import it again"));
 }
 
 }  // namespace
@@ -102,16 +103,16 @@ TextSample takeSample(const QByteArray& beginning, bool isWhole)
 TimeLayout decidedLayout(const DateOrderEvidence& evidence)
 {
     if (evidence.dayFirst && evidence.monthFirst)
-        throw HostError(QStringLiteral("some dates have the day first and others the month; say which is meant with "
-                                       "--date-order dmy or --date-order mdy"));
+        throw HostError(translated("some dates have the day first and others the month; say which is meant with "
+                                   "--date-order dmy or --date-order mdy"));
     if (evidence.dayFirst)
         return TimeLayout::DayFirst;
     if (evidence.monthFirst)
         return TimeLayout::MonthFirst;
     if (evidence.dots)
         return TimeLayout::DayFirst;
-    throw HostError(QStringLiteral("no date in the file tells the day from the month; say which comes first with "
-                                   "--date-order dmy or --date-order mdy"));
+    throw HostError(translated("no date in the file tells the day from the month; say which comes first with "
+                               "--date-order dmy or --date-order mdy"));
 }
 
 }  // namespace plotix

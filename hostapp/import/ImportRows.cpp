@@ -1,5 +1,7 @@
 #include "hostapp/import/ImportRows.h"
 
+#include "hostapp/import/ImportText.h"
+
 #include <algorithm>
 
 namespace plotix {
@@ -7,17 +9,18 @@ namespace plotix {
 namespace {
 
 constexpr std::size_t kRowsBetweenReports = 4096;
+constexpr double kRoomToSpare = 1.02;  // memory never touched costs nothing; moving a full column does
 
 BadField wrongLength(const TextRecord& record, const ImportPlan& plan)
 {
     const QString columns =
-        plan.shape.hasHeader ? QStringLiteral("the header stands for %1") : QStringLiteral("the rows before have %1");
+        plan.shape.hasHeader ? translated("the header stands for %1") : translated("the rows before have %1");
     QString text;
     for (const std::string_view field : record.fields)
         text += (text.isEmpty() ? QString() : QStringLiteral(" ")) + decodedText(field.substr(0, 40));
     return {record.line,
             {},
-            QStringLiteral("the row has %1 columns where %2: %3")
+            translated("the row has %1 columns where %2: %3")
                 .arg(record.fields.size())
                 .arg(columns.arg(plan.shape.fields()), quotation(text.toStdString()))};
 }
@@ -27,7 +30,7 @@ BadField wrongLength(const TextRecord& record, const ImportPlan& plan)
 ImportSource::ImportSource(const QString& file) : m_file(file)
 {
     if (!m_file.open(QIODevice::ReadOnly))
-        throw HostError(QStringLiteral("cannot be read: %1").arg(m_file.errorString()));
+        throw HostError(translated("cannot be read: %1").arg(m_file.errorString()));
     if (m_file.isSequential()) {
         m_memory.setData(m_file.readAll());
         m_memory.open(QIODevice::ReadOnly);
@@ -53,23 +56,36 @@ ImportRows::ImportRows(ImportSource& source, ImportPlan& plan, const ImportOptio
 void ImportRows::report(qint64 done) const
 {
     if (m_progress && !m_progress(done, m_source.size()))
-        throw ImportCancelled(QStringLiteral("cancelled; nothing was stored"));
+        throw ImportCancelled(translated("cancelled; nothing was stored"));
 }
 
-/// Hands every record below the header to `take`, with the bytes read so far.
-template <class Take>
-void ImportRows::forEachRow(Take take)
+/// Offers every row below the header to `takeAhead`, as text; what that does not take goes to `take`, cut into fields.
+template <class TakeAhead, class Take>
+void ImportRows::forEachRow(TakeAhead takeAhead, Take take)
 {
     TextReader reader(m_source.fromBeginning(), m_plan.format);
     TextRecord record;
     if (m_plan.shape.hasHeader)
         reader.next(record);
-    for (std::size_t count = 1; reader.next(record); ++count) {
+    const auto takeNext = [&] {
+        if (takeAhead(reader))
+            return true;
+        if (!reader.next(record))
+            return false;
         take(record);
+        return true;
+    };
+    for (std::size_t count = 1; takeNext(); ++count)
         if (count % kRowsBetweenReports == 0)
             report(reader.bytesRead());
-    }
     report(reader.bytesRead());
+}
+
+/// How many rows there will be, with a little to spare, when the rest of the file is like its beginning.
+std::size_t ImportRows::expectedRows(std::size_t rows, qint64 bytesRead) const
+{
+    const double files = static_cast<double>(m_source.size()) / static_cast<double>(bytesRead);
+    return rows + static_cast<std::size_t>(static_cast<double>(rows) * files * kRoomToSpare);
 }
 
 void ImportRows::decideDateOrder()
@@ -77,7 +93,8 @@ void ImportRows::decideDateOrder()
     if (!m_plan.time.needsDateOrder)
         return;
     DateOrderEvidence evidence;
-    forEachRow([&](const TextRecord& record) {
+    const auto nothingAhead = [](TextReader&) { return false; };
+    forEachRow(nothingAhead, [&](const TextRecord& record) {
         if (m_plan.time.field < record.fields.size())
             if (const std::optional<DateAndTime> date = splitDateAndTime(record.fields[m_plan.time.field]))
                 evidence.add(*date);
@@ -89,8 +106,19 @@ void ImportRows::decideDateOrder()
 RowCounts ImportRows::read(ImportTable& table)
 {
     TimeColumnReader times(m_plan.time.layout, LocalTime(m_options.timeZone));
+    PlainRows plain(m_plan, times);
     RowCounts counts;
-    forEachRow([&](const TextRecord& record) {
+    const auto takePlain = [&](TextReader& reader) {
+        const std::size_t bytes = plain.read(reader.ahead(), table.decimalMark());
+        if (bytes == 0)
+            return false;
+        reader.passOver(bytes);
+        table.addRow(plain.time(), plain.values());
+        if (++counts.rows == kRowsBetweenReports)
+            table.expectRows(expectedRows(table.rows(), reader.bytesRead()));
+        return true;
+    };
+    forEachRow(takePlain, [&](const TextRecord& record) {
         ++counts.rows;
         if (record.fields.size() == m_plan.shape.fields() && !conditionsHold(record)) {
             ++counts.otherRows;
@@ -121,7 +149,7 @@ std::optional<BadField> ImportRows::addRow(ImportTable& table, TimeColumnReader&
     const std::string_view text = record.fields[m_plan.time.field];
     const std::optional<double> time = times.read(text);
     if (!time)
-        return BadField{record.line, m_plan.timeHeader(), QStringLiteral("%1 is no time").arg(quotation(text))};
+        return BadField{record.line, m_plan.timeHeader(), translated("%1 is no time").arg(quotation(text))};
     table.addRow(*time, record);
     return {};
 }

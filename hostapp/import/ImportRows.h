@@ -2,6 +2,7 @@
 
 #include "hostapp/import/ImportTable.h"
 #include "hostapp/import/Importer.h"
+#include "hostapp/import/PlainRows.h"
 
 #include <QtCore/QBuffer>
 #include <QtCore/QFile>
@@ -45,10 +46,11 @@ public:
     RowCounts read(ImportTable& table);
 
 private:
-    template <class Take>
-    void forEachRow(Take take);
+    template <class TakeAhead, class Take>
+    void forEachRow(TakeAhead takeAhead, Take take);
     std::optional<BadField> addRow(ImportTable& table, TimeColumnReader& times, const TextRecord& record);
     bool conditionsHold(const TextRecord& record) const;
+    std::size_t expectedRows(std::size_t rows, qint64 bytesRead) const;
     void report(qint64 done) const;
 
     ImportSource& m_source;

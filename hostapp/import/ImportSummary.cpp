@@ -1,3 +1,5 @@
+#include "hostapp/core/Localization.h"
+#include "hostapp/import/ImportText.h"
 #include "hostapp/import/Importer.h"
 
 #include <QtCore/QDateTime>
@@ -12,15 +14,25 @@ namespace plotix {
 
 namespace {
 
+/// `count` in words: `one` for 1, else `many` with the number in it.
 QString counted(std::size_t count, const QString& one, const QString& many)
 {
-    const QString number = QLocale(QLocale::English).toString(static_cast<qulonglong>(count));
-    return QStringLiteral("%1 %2").arg(number, count == 1 ? one : many);
+    return count == 1 ? one : many.arg(QLocale(installedLanguage()).toString(static_cast<qulonglong>(count)));
 }
 
 QString rows(std::size_t count)
 {
-    return counted(count, QStringLiteral("row"), QStringLiteral("rows"));
+    return counted(count, translated("1 row"), translated("%1 rows"));
+}
+
+QString values(std::size_t count)
+{
+    return counted(count, translated("1 value"), translated("%1 values"));
+}
+
+QString records(std::size_t count)
+{
+    return counted(count, translated("1 record"), translated("%1 records"));
 }
 
 /// To the second; times outside the calendar as their number.
@@ -38,22 +50,28 @@ void writeColumns(QTextStream& text, const ImportSummary& summary)
         text << "  " << column.propertyName << ": " << column.name;
         if (!column.unit.isEmpty())
             text << " (" << column.unit << ')';
-        text << ", " << counted(column.valid, QStringLiteral("value"), QStringLiteral("values")) << '\n';
+        text << ", " << values(column.valid) << '\n';
     }
 }
 
 void writeCounts(QTextStream& text, const ImportSummary& summary)
 {
     if (summary.otherRows > 0)
-        text << rows(summary.otherRows) << " with another text in the --where column passed over.\n";
+        text << translated("%1 with another text in the --where column passed over.").arg(rows(summary.otherRows))
+             << '\n';
     if (summary.unorderedTimes > 0)
-        text << rows(summary.unorderedTimes) << " earlier than the row before; sorted by time.\n";
+        text << translated("%1 earlier than the row before; sorted by time.").arg(rows(summary.unorderedTimes)) << '\n';
     if (summary.repeatedTimes > 0)
-        text << rows(summary.repeatedTimes) << " at a time that comes again later; the last one was kept.\n";
+        text << translated("%1 at a time that comes again later; the last one was kept.")
+                    .arg(rows(summary.repeatedTimes))
+             << '\n';
     if (summary.badRows > 0)
-        text << rows(summary.badRows) << " that did not parse passed over, the first: " << summary.firstBadRow << ".\n";
+        text << translated("%1 that did not parse passed over, the first: %2.")
+                    .arg(rows(summary.badRows), summary.firstBadRow)
+             << '\n';
     if (!summary.leftOut.isEmpty())
-        text << "Left out, without a single number: " << summary.leftOut.join(QStringLiteral(", ")) << ".\n";
+        text << translated("Left out, without a single number: %1.").arg(summary.leftOut.join(QStringLiteral(", ")))
+             << '\n';
 }
 
 }  // namespace
@@ -64,12 +82,14 @@ QString describeImport(const ImportSummary& summary)
     QTextStream text(&result);
     for (const QString& note : summary.notes)
         text << note << '\n';
-    text << counted(summary.records, QStringLiteral("record"), QStringLiteral("records")) << " from "
-         << QFileInfo(summary.file).fileName() << " stored for " << summary.agent << " in " << summary.site
-         << (summary.createdSite ? " (new)" : "");
-    if (summary.first && summary.last)
-        text << ", " << moment(*summary.first) << " to " << moment(*summary.last);
-    text << ".\n";
+    const QString sentence = summary.createdSite ? translated("%1 from %2 stored for %3 in %4 (new)%5.")
+                                                 : translated("%1 from %2 stored for %3 in %4%5.");
+    const QString span = summary.first && summary.last
+                             ? translated(", %1 to %2").arg(moment(*summary.first), moment(*summary.last))
+                             : QString();
+    text << sentence.arg(records(summary.records), QFileInfo(summary.file).fileName(), summary.agent,
+                         QFileInfo(summary.site).fileName(), span)
+         << '\n';
     writeColumns(text, summary);
     writeCounts(text, summary);
     text.flush();

@@ -1,8 +1,10 @@
 #include "hostapp/import/ImportTable.h"
 
 #include "hostapp/core/HostError.h"
+#include "hostapp/import/ImportText.h"
 
 #include <algorithm>
+#include <bit>
 #include <limits>
 #include <numeric>
 
@@ -35,13 +37,20 @@ QString quotation(std::string_view text)
 QString BadField::message() const
 {
     if (column.isEmpty())
-        return QStringLiteral("line %1: %2").arg(line).arg(what);
-    return QStringLiteral("line %1, column “%2”: %3").arg(line).arg(column, what);
+        return translated("line %1: %2").arg(line).arg(what);
+    return translated("line %1, column “%2”: %3").arg(line).arg(column, what);
 }
 
 ImportTable::ImportTable(const ImportPlan& plan, BadRows badRows)
     : m_plan(plan), m_badRows(badRows), m_columns(plan.columns.size())
 {
+}
+
+void ImportTable::expectRows(std::size_t count)
+{
+    m_times.makeRoom(count);
+    for (ImportColumn& column : m_columns)
+        column.values.makeRoom(count);
 }
 
 void ImportTable::addRow(double time, const TextRecord& record)
@@ -51,28 +60,41 @@ void ImportTable::addRow(double time, const TextRecord& record)
     m_times.push_back(time);
 }
 
-void ImportTable::addField(std::size_t index, std::string_view field, qint64 line)
+void ImportTable::addRow(double time, std::span<const double> values)
 {
-    ImportColumn& column = m_columns[index];
+    for (std::size_t index = 0; index < m_columns.size(); ++index)
+        addValue(m_columns[index], values[index], values[index] == values[index]);
+    m_times.push_back(time);
+}
+
+void ImportTable::addValue(ImportColumn& column, double value, bool isNumber)
+{
     const std::size_t row = m_times.size();
     if (row % 64 == 0)
         column.valid.push_back(0);
+    column.values.push_back(value);
+    if (!isNumber)
+        return;
+    setBit(column.valid, row);
+    ++column.numbers;
+    if (column.firstText && m_badRows == BadRows::Stop)
+        throw HostError(column.firstText->message());
+}
+
+void ImportTable::addField(std::size_t index, std::string_view field, qint64 line)
+{
+    ImportColumn& column = m_columns[index];
     double value = std::numeric_limits<double>::quiet_NaN();
     const FieldKind kind = readNumber(field, m_mark, value);
-    column.values.push_back(value);
-    if (kind == FieldKind::Missing)
+    addValue(column, value, kind == FieldKind::Number);
+    if (kind != FieldKind::Text)
         return;
-    if (kind == FieldKind::Number) {
-        setBit(column.valid, row);
-        ++column.numbers;
-    } else {
-        if (!column.firstText)
-            column.firstText =
-                BadField{line, m_plan.columns[index].header, QStringLiteral("%1 is no number").arg(quotation(field))};
-        if (m_badRows == BadRows::Skip)
-            column.textRows.push_back(row);
-    }
-    if (m_badRows == BadRows::Stop && column.firstText && column.numbers > 0)
+    if (!column.firstText)
+        column.firstText =
+            BadField{line, m_plan.columns[index].header, translated("%1 is no number").arg(quotation(field))};
+    if (m_badRows == BadRows::Skip)
+        column.textRows.push_back(m_times.size());
+    else if (column.numbers > 0)
         throw HostError(column.firstText->message());
 }
 
@@ -128,9 +150,11 @@ void ImportTable::sortRows()
 
 void ImportTable::keepRows(const std::vector<std::size_t>& rows)
 {
-    const auto gather = [&rows](std::vector<double>& values) {
-        std::vector<double> kept(rows.size());
-        std::transform(rows.begin(), rows.end(), kept.begin(), [&](std::size_t row) { return values[row]; });
+    const auto gather = [&rows](GrowingColumn& values) {
+        GrowingColumn kept;
+        kept.makeRoom(rows.size());
+        for (const std::size_t row : rows)
+            kept.push_back(values[row]);
         values = std::move(kept);
     };
     gather(m_times);
@@ -148,11 +172,11 @@ ImportTable::Taken ImportTable::takeColumn(std::size_t index)
 {
     ImportColumn& column = m_columns[index];
     Taken taken;
-    for (std::size_t row = 0; row < column.values.size(); ++row)
-        taken.valid += bitAt(column.valid, row) ? 1 : 0;
+    for (const std::uint64_t word : column.valid)
+        taken.valid += static_cast<std::size_t>(std::popcount(word));
     if (taken.valid != column.values.size())
         taken.validity = ValidityBitmap(SharedArray<std::uint64_t>::fromVector(std::move(column.valid)));
-    taken.values = SharedArray<double>::fromVector(std::move(column.values));
+    taken.values = column.values.take();
     return taken;
 }
 

@@ -1,10 +1,12 @@
 #pragma once
 
 #include "base/SharedArray.h"
+#include "hostapp/import/GrowingColumn.h"
 #include "hostapp/import/ImportPlan.h"
 #include "hostapp/import/NumberText.h"
 
 #include <optional>
+#include <span>
 #include <vector>
 
 /// The rows of a file as columns of numbers, while they are read and when they are ready to be stored.
@@ -28,7 +30,7 @@ QString quotation(std::string_view text);
 /// One column's values. Texts among them are remembered, since only the end tells a column of texts, which is left
 /// out, from a column of numbers with bad rows.
 struct ImportColumn {
-    std::vector<double> values;
+    GrowingColumn values;
     std::vector<std::uint64_t> valid;  ///< bitmap, least significant bit first
     std::size_t numbers = 0;
     std::vector<std::size_t> textRows;  ///< kept only where bad rows are passed over
@@ -41,14 +43,20 @@ public:
 
     ImportTable(const ImportPlan& plan, BadRows badRows);
 
+    /// So many rows will come, as far as can be told.
+    void expectRows(std::size_t count);
+
     /// Adds a row. Throws HostError as soon as one of the columns holds both numbers and texts, unless bad rows are
     /// skipped.
     void addRow(double time, const TextRecord& record);
+    /// The same with a value for each column; NaN where there is none.
+    void addRow(double time, std::span<const double> values);
+    DecimalMark decimalMark() const { return m_mark; }  ///< as known from the rows added so far
 
     /// Drops rows with texts in columns of numbers and orders the rest: of rows at one time the last stays.
     void finish();
 
-    const std::vector<double>& times() const { return m_times; }
+    std::size_t rows() const { return m_times.size(); }
     const std::vector<ImportColumn>& columns() const { return m_columns; }
     std::size_t droppedRows() const { return m_dropped; }
     std::size_t unorderedTimes() const { return m_unordered; }
@@ -62,8 +70,11 @@ public:
         std::size_t valid = 0;
     };
     Taken takeColumn(std::size_t index);
+    /// The times, moved out. Requires: finish().
+    plotix::SharedArray<double> takeTimes() { return m_times.take(); }
 
 private:
+    void addValue(ImportColumn& column, double value, bool isNumber);
     void addField(std::size_t index, std::string_view field, qint64 line);
     void dropTextRows();
     void sortRows();
@@ -72,7 +83,7 @@ private:
     const ImportPlan& m_plan;  // borrowed
     BadRows m_badRows;
     DecimalMark m_mark = DecimalMark::Unknown;
-    std::vector<double> m_times;
+    GrowingColumn m_times;
     std::vector<ImportColumn> m_columns;
     std::size_t m_dropped = 0, m_unordered = 0, m_repeated = 0;
     std::optional<BadField> m_firstDropped;

@@ -4,6 +4,7 @@
 #include "hostapp/core/Units.h"
 #include "hostapp/document/SiteTransaction.h"
 #include "hostapp/import/ImportRows.h"
+#include "hostapp/import/ImportText.h"
 
 #include <QtCore/QFileInfo>
 
@@ -73,9 +74,9 @@ void FileImport::readRows()
     const bool wasOpen = m_plan.time.needsDateOrder;
     rows.decideDateOrder();
     if (wasOpen)
-        m_summary.notes << QStringLiteral("Dates are read with the %1 first.")
-                               .arg(m_plan.time.layout == TimeLayout::DayFirst ? QStringLiteral("day")
-                                                                               : QStringLiteral("month"));
+        m_summary.notes << (m_plan.time.layout == TimeLayout::DayFirst
+                                ? translated("Dates are read with the day first.")
+                                : translated("Dates are read with the month first."));
     const RowCounts counts = rows.read(m_table);
     m_table.finish();
     m_summary.rows = counts.rows;
@@ -87,22 +88,21 @@ void FileImport::readRows()
     const bool droppedComesFirst = dropped && (!counts.firstBad || dropped->line < counts.firstBad->line);
     if (const std::optional<BadField>& first = droppedComesFirst ? dropped : counts.firstBad)
         m_summary.firstBadRow = first->message();
-    if (m_table.times().empty())
-        throw HostError(m_summary.otherRows > 0
-                            ? QStringLiteral("no row has the texts asked for with --where")
-                            : QStringLiteral("no row could be read: %1").arg(m_summary.firstBadRow));
+    if (m_table.rows() == 0)
+        throw HostError(m_summary.otherRows > 0 ? translated("no row has the texts asked for with --where")
+                                                : translated("no row could be read: %1").arg(m_summary.firstBadRow));
 }
 
 void FileImport::store()
 {
     RecordBlock block;
-    block.times = SharedArray<double>::fromVector(m_table.times());
+    block.times = m_table.takeTimes();
     SiteTransaction transaction(m_site);
     const RowId agent = transaction.findOrCreateAgent(m_summary.agent);
     for (std::size_t index = 0; index < m_plan.columns.size(); ++index)
         storeColumn(transaction, agent, index, block);
     if (block.columns.empty())
-        throw HostError(QStringLiteral("no column holds numbers besides the time in “%1” (columns: %2)")
+        throw HostError(translated("no column holds numbers besides the time in “%1” (columns: %2)")
                             .arg(m_summary.timeColumn, m_plan.shape.headers.join(QStringLiteral(", "))));
     transaction.records().store(agent, block);
     m_summary.createdSite = transaction.createdFile();
@@ -111,7 +111,7 @@ void FileImport::store()
     m_summary.first = block.times[0];
     m_summary.last = block.times[block.times.size() - 1];
     if (m_progress && !m_progress(m_source.size(), m_source.size()))
-        throw ImportCancelled(QStringLiteral("cancelled; nothing was stored"));
+        throw ImportCancelled(translated("cancelled; nothing was stored"));
     transaction.commit();
 }
 
@@ -138,10 +138,10 @@ void FileImport::convert(SharedArray<double>& values, const ImportPlan::Column& 
         return;
     const std::shared_ptr<const Units> units = Units::shared();
     if (!units->areCompatible(column.unit, property.archivedUnit))
-        throw HostError(QStringLiteral("column “%1” is in %2, but the agent's property of that name is in %3; give it "
-                                       "another name with --name")
+        throw HostError(translated("column “%1” is in %2, but the agent's property of that name is in %3; give it "
+                                   "another name with --name")
                             .arg(column.header, column.unit,
-                                 property.archivedUnit.isEmpty() ? QStringLiteral("no unit") : property.archivedUnit));
+                                 property.archivedUnit.isEmpty() ? translated("no unit") : property.archivedUnit));
     std::vector<double> converted(values.size());
     units->convertValues(column.unit, property.archivedUnit, values.data(), converted.data(), converted.size());
     values = SharedArray<double>::fromVector(std::move(converted));

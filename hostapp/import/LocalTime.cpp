@@ -1,6 +1,7 @@
 #include "hostapp/import/LocalTime.h"
 
 #include "hostapp/core/HostError.h"
+#include "hostapp/import/ImportText.h"
 
 #include <QtCore/QRegularExpression>
 #include <QtCore/QTimeZone>
@@ -56,12 +57,12 @@ LocalTime::LocalTime(const QString& zone) : m_zone(std::make_unique<Zone>())
     std::unique_ptr<icu::TimeZone> made(icu::TimeZone::createTimeZone(toUnicode(identifier)));
     icu::UnicodeString name;
     if (made->getID(name) == icu::UnicodeString("Etc/Unknown"))
-        throw HostError(QStringLiteral("“%1” is no time zone; give a name such as Europe/Berlin, or an offset such as "
-                                       "+02:00")
+        throw HostError(translated("“%1” is no time zone; give a name such as Europe/Berlin, or an offset such as "
+                                   "+02:00")
                             .arg(identifier));
     auto* basic = dynamic_cast<icu::BasicTimeZone*>(made.get());
     if (basic == nullptr)
-        throw HostError(QStringLiteral("the time zone “%1” cannot be used").arg(identifier));
+        throw HostError(translated("the time zone “%1” cannot be used").arg(identifier));
     made.release();
     m_zone->zone.reset(basic);
 }

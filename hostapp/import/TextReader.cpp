@@ -1,9 +1,12 @@
 #include "hostapp/import/TextReader.h"
 
 #include "hostapp/core/HostError.h"
+#include "hostapp/import/FindByte.h"
+#include "hostapp/import/ImportText.h"
 
 #include <QtCore/QStringDecoder>
 
+#include <algorithm>
 #include <cstring>
 
 namespace plotix {
@@ -29,7 +32,7 @@ std::string_view withoutBlanks(const char* begin, const char* end, char delimite
 }  // namespace
 
 TextReader::TextReader(QIODevice& device, const TextFormat& format, std::size_t bufferSize)
-    : m_device(device), m_format(format), m_buffer(std::max<std::size_t>(bufferSize, 16), '\0')
+    : m_device(device), m_format(format), m_buffer(std::max<std::size_t>(bufferSize, 16) + kReach, '\0')
 {
     while (m_end < kByteOrderMark.size() && fillBuffer()) {
     }
@@ -46,7 +49,7 @@ bool TextReader::next(TextRecord& record)
         const qint64 line = m_line;
         if (cutRecord(record) == Cut::NeedsMore) {
             if (m_end - begin > kLongestRecord)
-                throw HostError(QStringLiteral("line %1: a quotation mark opened here is never closed").arg(line));
+                throw HostError(translated("line %1: a quotation mark opened here is never closed").arg(line));
             fillBuffer();
             continue;
         }
@@ -55,6 +58,13 @@ bool TextReader::next(TextRecord& record)
         if (!isBlankLine)
             return true;
     }
+}
+
+void TextReader::passOver(std::size_t bytes)
+{
+    m_position += bytes;
+    m_consumed += static_cast<qint64>(bytes);
+    ++m_line;
 }
 
 /// Leaves everything as it was when the buffer ends inside the record and the device has more.
@@ -89,9 +99,7 @@ const char* TextReader::cutPlainField(const char* begin, TextRecord& record)
     const char* const end = m_buffer.data() + m_end;
     const char delimiter = m_format.delimiter;
     const char lineBreak = m_format.lineBreak;
-    const char* cursor = begin;
-    while (cursor != end && *cursor != delimiter && *cursor != lineBreak)
-        ++cursor;
+    const char* const cursor = findEither(begin, end, delimiter, lineBreak);
     const char* fieldEnd = cursor;
     const bool endsLine = cursor == end || *cursor == lineBreak;
     if (endsLine && lineBreak == '\n' && fieldEnd != begin && fieldEnd[-1] == '\r')
@@ -115,7 +123,7 @@ const char* TextReader::cutQuotedField(const char* begin, TextRecord& record, qi
             if (!m_atEnd)
                 return nullptr;
             throw HostError(
-                QStringLiteral("line %1: a quotation mark opened here is never closed").arg(record.line + lines - 1));
+                translated("line %1: a quotation mark opened here is never closed").arg(record.line + lines - 1));
         }
         lines += std::count(cursor, mark, m_format.lineBreak);
         m_unquoted.append(cursor, mark);
@@ -146,11 +154,12 @@ bool TextReader::fillBuffer()
     std::memmove(m_buffer.data(), m_buffer.data() + m_position, m_end - m_position);
     m_end -= m_position;
     m_position = 0;
-    if (m_end == m_buffer.size())
+    if (m_end + kReach == m_buffer.size())
         m_buffer.resize(m_buffer.size() * 2);
-    const qint64 count = m_device.read(m_buffer.data() + m_end, static_cast<qint64>(m_buffer.size() - m_end));
+    const std::size_t room = m_buffer.size() - kReach - m_end;
+    const qint64 count = m_device.read(m_buffer.data() + m_end, static_cast<qint64>(room));
     if (count < 0)
-        throw HostError(QStringLiteral("reading failed: %1").arg(m_device.errorString()));
+        throw HostError(translated("reading failed: %1").arg(m_device.errorString()));
     m_end += static_cast<std::size_t>(count);
     m_atEnd = count == 0;
     return count > 0;

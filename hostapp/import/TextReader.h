@@ -36,6 +36,13 @@ public:
     /// False at the end. Throws HostError when the device fails or a record is too long.
     bool next(TextRecord& record);
 
+    /// What has been read ahead of the next record; may be empty, or end anywhere. kReach bytes behind it can be looked
+    /// at, whatever they hold. Valid until the next call.
+    std::string_view ahead() const { return {m_buffer.data() + m_position, m_end - m_position}; }
+    /// The caller has taken these bytes, a line with its line break, by itself.
+    void passOver(std::size_t bytes);
+    static constexpr std::size_t kReach = 128;
+
     qint64 bytesRead() const { return m_consumed; }  ///< of the records handed out, byte order mark included
 
 private:

@@ -1,6 +1,7 @@
 #include "hostapp/import/Detection.h"
 
 #include "hostapp/core/HostError.h"
+#include "hostapp/import/ImportText.h"
 #include "hostapp/import/NumberText.h"
 
 #include <QtCore/QRegularExpression>
@@ -90,7 +91,7 @@ TimeColumn chosenColumn(const TextSample& sample, const TableShape& shape, std::
     const QString header = shape.headers[static_cast<qsizetype>(field)];
     const Reading reading = readColumn(sample, shape, field);
     if (reading.dates == 0 && reading.numbers == 0)
-        throw HostError(QStringLiteral("column “%1” holds no times; name another with --time (columns: %2)")
+        throw HostError(translated("column “%1” holds no times; name another with --time (columns: %2)")
                             .arg(header, shape.headers.join(QStringLiteral(", "))));
     return describeColumn(field, reading, header);
 }
@@ -122,7 +123,7 @@ TimeColumn timeColumnOf(const TextSample& sample, const TableShape& shape, std::
         }
     }
     if (!best)
-        throw HostError(QStringLiteral("no column looks like times; name one with --time (columns: %1)")
+        throw HostError(translated("no column looks like times; name one with --time (columns: %1)")
                             .arg(shape.headers.join(QStringLiteral(", "))));
     return *best;
 }

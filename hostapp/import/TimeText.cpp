@@ -3,8 +3,6 @@
 #include <algorithm>
 #include <charconv>
 #include <chrono>
-#include <cmath>
-#include <string>
 
 namespace plotix {
 
@@ -209,27 +207,6 @@ bool readZone(Cursor& cursor, DateAndTime& result)
     return true;
 }
 
-/// whole + 0.fraction as the nearest double: the digits are put together first, so that nothing is rounded twice.
-double exactSeconds(std::int64_t whole, std::string_view fraction)
-{
-    if (fraction.find_first_not_of('0') == std::string_view::npos)
-        return static_cast<double>(whole);
-    std::string text;
-    if (whole >= 0) {
-        text = std::to_string(whole) + '.';
-        text += fraction;
-    } else {  // -5 + 0.25 = -4.75: the digits' complement behind one less
-        text = '-' + std::to_string(-(whole + 1)) + '.';
-        const std::size_t last = fraction.find_last_not_of('0');
-        for (std::size_t index = 0; index < last; ++index)
-            text += static_cast<char>('9' - fraction[index] + '0');
-        text += static_cast<char>('9' + 1 - fraction[last] + '0');
-    }
-    double seconds = 0;
-    std::from_chars(text.data(), text.data() + text.size(), seconds);
-    return seconds;
-}
-
 }  // namespace
 
 std::optional<DateAndTime> splitDateAndTime(std::string_view text)
@@ -267,36 +244,6 @@ void DateOrderEvidence::add(const DateAndTime& date)
     dayFirst |= date.date[0] > 12;
     monthFirst |= date.date[1] > 12;
     undecided |= date.date[0] <= 12 && date.date[1] <= 12 && date.date[0] != date.date[1];
-}
-
-TimeColumnReader::TimeColumnReader(TimeLayout layout, LocalTime local) : m_layout(layout), m_local(std::move(local)) {}
-
-std::optional<double> TimeColumnReader::read(std::string_view text)
-{
-    if (m_layout == TimeLayout::EpochSeconds || m_layout == TimeLayout::EpochMilliseconds)
-        return readEpoch(text);
-    const std::optional<DateAndTime> time = splitDateAndTime(text);
-    if (!time || time->yearFirst != (m_layout == TimeLayout::YearFirst))
-        return {};
-    const auto& [one, two, three] = time->date;
-    const std::optional<std::int64_t> midnight = m_layout == TimeLayout::YearFirst  ? civilSeconds(one, two, three)
-                                                 : m_layout == TimeLayout::DayFirst ? civilSeconds(three, two, one)
-                                                                                    : civilSeconds(three, one, two);
-    if (!midnight)
-        return {};
-    const std::int64_t wall = *midnight + time->secondOfDay;
-    const std::int64_t whole = time->offset ? wall - *time->offset : m_local.utcFromLocal(wall, m_previous);
-    m_previous = exactSeconds(whole, time->fraction);
-    return m_previous;
-}
-
-std::optional<double> TimeColumnReader::readEpoch(std::string_view text) const
-{
-    double number = 0;
-    const auto [stopped, error] = std::from_chars(text.data(), text.data() + text.size(), number);
-    if (error != std::errc() || stopped != text.data() + text.size() || !std::isfinite(number))
-        return {};
-    return m_layout == TimeLayout::EpochSeconds ? number : number / 1000;
 }
 
 }  // namespace plotix

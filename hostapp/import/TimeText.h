@@ -1,7 +1,5 @@
 #pragma once
 
-#include "hostapp/import/LocalTime.h"
-
 #include <array>
 #include <cstdint>
 #include <optional>
@@ -42,22 +40,6 @@ struct DateOrderEvidence {
     bool dots = false;        ///< dates have dots, which nobody writes with the month first
 
     void add(const DateAndTime& date);
-};
-
-/// Reads the times of one column, row by row. Owned by one import; one thread.
-class TimeColumnReader {
-public:
-    TimeColumnReader(TimeLayout layout, LocalTime local);
-
-    /// Seconds since 1970-01-01 UTC; nothing when the text is no time in this layout.
-    std::optional<double> read(std::string_view text);
-
-private:
-    std::optional<double> readEpoch(std::string_view text) const;
-
-    TimeLayout m_layout;
-    LocalTime m_local;
-    std::optional<double> m_previous;
 };
 
 }  // namespace plotix

@@ -3,9 +3,11 @@
 #include "hostapp/core/HostError.h"
 #include "hostapp/window/SiteActions.h"
 #include "plugins/PlotixPlugIn/host/KTVBundle.h"
+#include "plugins/PlotixPlugIn/host/PngImage.h"
 
 #include <QtCore/QDateTime>
 #include <QtCore/QLocale>
+#include <QtCore/QSaveFile>
 #include <QtGui/QClipboard>
 #include <QtGui/QGuiApplication>
 #include <QtWidgets/QApplication>
@@ -19,7 +21,12 @@ namespace {
 
 QMessageBox::Icon iconForStyle(KTVAlert::Style style)
 {
-    return style == KTVAlert::Style::Critical ? QMessageBox::Critical : QMessageBox::Warning;
+    switch (style) {
+    case KTVAlert::Style::Critical: return QMessageBox::Critical;
+    case KTVAlert::Style::Informational: return QMessageBox::Information;
+    case KTVAlert::Style::Default: break;
+    }
+    return QMessageBox::Warning;
 }
 
 void fillBox(QMessageBox& box, const KTVAlert& alert)
@@ -97,7 +104,10 @@ QMenu* makeSharingMenu(const QImage& image, KTVUserInterface* userInterface, Sha
                     [image] { QGuiApplication::clipboard()->setImage(image); });
     menu->addAction(DesktopUserInterface::tr("&Save Image…"), [image, userInterface] {
         const auto path = userInterface->runSavePanel({QStringLiteral("png")});
-        if (path && !image.save(*path, "PNG"))
+        if (!path)
+            return;
+        QSaveFile file(*path);
+        if (!file.open(QIODevice::WriteOnly) || !writePng(file, image) || !file.commit())
             userInterface->runModal({DesktopUserInterface::tr("The image could not be saved"),
                                      DesktopUserInterface::tr("“%1” cannot be written.").arg(*path),
                                      KTVAlert::Style::Critical});

@@ -30,6 +30,7 @@ ExportImageDialog::ExportImageDialog(const QString& title, QWidget* parent)
     m_density->setDecimals(2);
     m_density->setSuffix(tr(" pixels a point"));
     connect(m_density, &QDoubleSpinBox::valueChanged, this, &ExportImageDialog::describePixels);
+    m_title->setMinimumWidth(280);
     m_pixels->setForegroundRole(QPalette::PlaceholderText);
     auto* form = new QFormLayout(this);
     form->addRow(tr("&Width:"), m_width);

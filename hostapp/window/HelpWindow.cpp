@@ -35,6 +35,8 @@ constexpr Page kPages[] = {
     {"dates", QT_TRANSLATE_NOOP("HelpWindow", "Date Ranges")},
     {"properties", QT_TRANSLATE_NOOP("HelpWindow", "Properties and Units")},
     {"importing", QT_TRANSLATE_NOOP("HelpWindow", "Importing")},
+    {"recording", QT_TRANSLATE_NOOP("HelpWindow", "Recording This Computer")},
+    {"following", QT_TRANSLATE_NOOP("HelpWindow", "Following")},
     {"exporting", QT_TRANSLATE_NOOP("HelpWindow", "Exporting and Printing")},
     {"web", QT_TRANSLATE_NOOP("HelpWindow", "Web")},
     {"commandline", QT_TRANSLATE_NOOP("HelpWindow", "Command Line")},

@@ -17,6 +17,8 @@ ImportDialog::ImportDialog(const QStringList& agentNames, QWidget* parent)
     : QDialog(parent),
       m_file(new QLineEdit(this)),
       m_agent(new QComboBox(this)),
+      m_where(new QLineEdit(this)),
+      m_timeColumn(new QLineEdit(this)),
       m_timeZone(new QLineEdit(this)),
       m_dateOrder(new QComboBox(this)),
       m_skipBadRows(new QCheckBox(tr("&Skip rows that cannot be read"), this))
@@ -26,6 +28,9 @@ ImportDialog::ImportDialog(const QStringList& agentNames, QWidget* parent)
     m_agent->addItems(agentNames);
     m_agent->setCurrentText({});
     m_agent->setToolTip(tr("The source of these measurements; a new name makes a new one."));
+    m_where->setObjectName(QStringLiteral("rows"));
+    m_where->setPlaceholderText(tr("all, or those with a text in a column, such as origin=EWR"));
+    m_timeColumn->setPlaceholderText(tr("found out, or the heading of a column"));
     m_timeZone->setPlaceholderText(tr("yours, or such as Europe/Berlin or +01:00"));
     m_dateOrder->addItems({tr("Found out from the file"), tr("Day before month"), tr("Month before day")});
     auto* choose = new QPushButton(tr("&Choose…"), this);
@@ -35,7 +40,11 @@ ImportDialog::ImportDialog(const QStringList& agentNames, QWidget* parent)
     auto* form = new QFormLayout(this);
     form->addRow(tr("&File:"), fileRow);
     static_cast<QLabel*>(form->labelForField(fileRow))->setBuddy(m_file);  // a row of two is nobody's buddy by itself
+    setTabOrder(m_file, choose);
+    setTabOrder(choose, m_agent);
     form->addRow(tr("&Agent:"), m_agent);
+    form->addRow(tr("&Rows:"), m_where);
+    form->addRow(tr("Time c&olumn:"), m_timeColumn);
     form->addRow(tr("&Time zone:"), m_timeZone);
     form->addRow(tr("&Dates:"), m_dateOrder);
     form->addRow(QString(), m_skipBadRows);
@@ -46,6 +55,7 @@ ImportDialog::ImportDialog(const QStringList& agentNames, QWidget* parent)
     m_file->setMinimumWidth(360);
     connect(choose, &QPushButton::clicked, this, &ImportDialog::chooseFile);
     connect(m_file, &QLineEdit::textChanged, this, &ImportDialog::fileDidChange);
+    connect(m_where, &QLineEdit::textChanged, this, &ImportDialog::updateImport);
     connect(buttons, &QDialogButtonBox::accepted, this, &QDialog::accept);
     connect(buttons, &QDialogButtonBox::rejected, this, &QDialog::reject);
     fileDidChange();
@@ -65,6 +75,10 @@ ImportOptions ImportDialog::options() const
 {
     ImportOptions options;
     options.agentName = m_agent->currentText().trimmed();
+    if (const QString where = m_where->text().trimmed(); !where.isEmpty())
+        options.where = {
+            {where.section(QLatin1Char('='), 0, 0).trimmed(), where.section(QLatin1Char('='), 1).trimmed()}};
+    options.timeColumn = m_timeColumn->text().trimmed();
     options.timeZone = m_timeZone->text().trimmed();
     options.dateOrder = static_cast<DateOrder>(m_dateOrder->currentIndex());
     options.skipBadRows = m_skipBadRows->isChecked();
@@ -79,11 +93,21 @@ void ImportDialog::chooseFile()
         setFile(path);
 }
 
+void ImportDialog::updateImport()
+{
+    QString reason;
+    if (!QFileInfo(file()).isFile())
+        reason = tr("Choose a file first.");
+    else if (const QString where = m_where->text().trimmed(); !where.isEmpty() && where.indexOf(QLatin1Char('=')) < 1)
+        reason = tr("Write the rows you want as COLUMN=TEXT.");
+    m_import->setEnabled(reason.isEmpty());
+    m_import->setToolTip(reason);
+}
+
 void ImportDialog::fileDidChange()
 {
     const QFileInfo info(file());
-    m_import->setEnabled(info.isFile());
-    m_import->setToolTip(info.isFile() ? QString() : tr("Choose a file first."));
+    updateImport();
     if (m_agent->currentText().isEmpty() || m_agent->currentText() == m_proposedAgent) {
         m_proposedAgent = info.completeBaseName();
         m_agent->setCurrentText(m_proposedAgent);

@@ -26,10 +26,13 @@ public:
 private:
     void chooseFile();
     void fileDidChange();
+    void updateImport();
 
     // All owned by the dialog.
     QLineEdit* m_file;
     QComboBox* m_agent;
+    QLineEdit* m_where;
+    QLineEdit* m_timeColumn;
     QLineEdit* m_timeZone;
     QComboBox* m_dateOrder;
     QCheckBox* m_skipBadRows;

@@ -47,13 +47,27 @@ bool canShowRange(const KTVPlugIn* plugIn)
            plugIn->metaObject()->indexOfMethod("shownRange()") >= 0;
 }
 
-std::optional<std::pair<double, double>> shownRange(const KTVPlugIn* plugIn)
+namespace {
+
+std::optional<std::pair<double, double>> rangeNamed(const char* operation, const KTVPlugIn* plugIn)
 {
     QVariantList dates;
-    if (canShowRange(plugIn))
-        QMetaObject::invokeMethod(const_cast<KTVPlugIn*>(plugIn), "shownRange", Qt::DirectConnection,
+    if (plugIn && plugIn->metaObject()->indexOfMethod(QByteArray(operation) + "()") >= 0)
+        QMetaObject::invokeMethod(const_cast<KTVPlugIn*>(plugIn), operation, Qt::DirectConnection,
                                   Q_RETURN_ARG(QVariantList, dates));
     return dates.size() == 2 ? std::optional(std::pair(dates[0].toDouble(), dates[1].toDouble())) : std::nullopt;
+}
+
+}  // namespace
+
+std::optional<std::pair<double, double>> shownRange(const KTVPlugIn* plugIn)
+{
+    return canShowRange(plugIn) ? rangeNamed("shownRange", plugIn) : std::nullopt;
+}
+
+std::optional<std::pair<double, double>> refreshedRange(const KTVPlugIn* plugIn)
+{
+    return rangeNamed("refreshedRange", plugIn);
 }
 
 void showRange(KTVPlugIn* plugIn, double from, double to)

@@ -26,8 +26,9 @@ QByteArray graphPDF(KTVPlugIn* plugIn, const QSizeF& size, const QString& title)
 
 /// Whether the plug-in can be asked which range it shows, and to show another one: seconds since 1970-01-01 UTC.
 bool canShowRange(const KTVPlugIn* plugIn);
-std::optional<std::pair<double, double>> shownRange(const KTVPlugIn* plugIn);  ///< nothing when it cannot say
-void showRange(KTVPlugIn* plugIn, double from, double to);                     ///< by and by; one that cannot: nothing
+std::optional<std::pair<double, double>> shownRange(const KTVPlugIn* plugIn);      ///< nothing when it cannot say
+std::optional<std::pair<double, double>> refreshedRange(const KTVPlugIn* plugIn);  ///< that its last refresh asked for
+void showRange(KTVPlugIn* plugIn, double from, double to);  ///< by and by; one that cannot: nothing
 
 /// The graph without a title, for the pages of a report.
 QImage graphForPaper(KTVPlugIn* plugIn, const QSizeF& size, double density);

@@ -1,8 +1,10 @@
 #include "hostapp/window/SharedPicture.h"
 
 #include "hostapp/core/HostError.h"
+#include "plugins/PlotixPlugIn/host/PngImage.h"
 
 #include <QtCore/QCoreApplication>
+#include <QtCore/QFile>
 #include <QtCore/QProcess>
 #include <QtCore/QStandardPaths>
 #include <QtCore/QUrlQuery>
@@ -82,7 +84,8 @@ QString SharedPicture::write(const QImage& image)
     if (!m_folder)
         m_folder = std::make_unique<QTemporaryDir>();
     const QString path = m_folder->filePath(QStringLiteral("trend-%1.png").arg(++m_count));
-    if (!m_folder->isValid() || !image.save(path, "PNG"))
+    QFile file(path);
+    if (!m_folder->isValid() || !file.open(QIODevice::WriteOnly) || !writePng(file, image))
         throw HostError(translated("The temporary picture cannot be written."));
     return path;
 }

@@ -33,16 +33,17 @@ void buildFileMenu(QMainWindow* window, SiteActions& actions)
     actions.openRecent->setToolTipsVisible(true);
     menu->addSeparator();
     actions.import = addAction(menu, QMainWindow::tr("&Import…"), QKeySequence(Qt::CTRL | Qt::Key_I));
-    actions.recordComputer = addAction(menu, QMainWindow::tr("Record &This Computer"));
+    actions.recordComputer = addAction(menu, QMainWindow::tr("Record This Comp&uter"));
     actions.recordComputer->setCheckable(true);
+    actions.siteDetails = addAction(menu, QMainWindow::tr("Na&me and Location…"));
     menu->addSeparator();
     actions.exportImage =
         addAction(menu, QMainWindow::tr("&Export Image…"), QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_E));
-    actions.exportPNG = addAction(menu, QMainWindow::tr("Export Graph as P&NG…"));
-    actions.exportPDF = addAction(menu, QMainWindow::tr("Export Graph as &PDF…"));
-    actions.exportReport = addAction(menu, QMainWindow::tr("Export &Report as PDF…"));
+    actions.exportPNG = addAction(menu, QMainWindow::tr("Export &Graph as PNG…"));
+    actions.exportPDF = addAction(menu, QMainWindow::tr("Export Graph as P&DF…"));
+    actions.exportReport = addAction(menu, QMainWindow::tr("Expor&t Report as PDF…"));
     menu->addSeparator();
-    actions.print = addAction(menu, QMainWindow::tr("Prin&t…"), QKeySequence::Print);
+    actions.print = addAction(menu, QMainWindow::tr("&Print…"), QKeySequence::Print);
     menu->addSeparator();
     actions.serveOnWeb = addAction(menu, QMainWindow::tr("Serve on the &Web"));
     actions.serveOnWeb->setCheckable(true);

@@ -14,6 +14,7 @@ struct SiteActions {
     QAction* openSite = nullptr;
     QAction* newSite = nullptr;
     QAction* import = nullptr;
+    QAction* siteDetails = nullptr;
     QAction* recordComputer = nullptr;
     QAction* exportImage = nullptr;
     QAction* exportPNG = nullptr;

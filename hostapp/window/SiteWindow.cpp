@@ -10,6 +10,7 @@
 #include "hostapp/window/SiteRecording.h"
 #include "hostapp/window/TrendFollower.h"
 
+#include <QtCore/QDeadlineTimer>
 #include <QtCore/QFileInfo>
 #include <QtWidgets/QLabel>
 #include <QtWidgets/QListView>
@@ -23,6 +24,7 @@ namespace plotix {
 
 namespace {
 constexpr int kStoreInterval = 2000;  // milliseconds between looks for changes to store
+constexpr int kNarrowestTrend = 630;  // points; a trend's date panel is whole from there on
 }  // namespace
 
 SiteWindow::SiteWindow(std::shared_ptr<SiteDocument> document, const WindowServices& services)
@@ -111,6 +113,7 @@ void SiteWindow::buildLayout()
     connect(m_emptyState, &EmptyStateView::pressed, this, &SiteWindow::emptyStateButtonPressed);
     m_stack = new QStackedWidget(this);
     m_stack->addWidget(m_emptyState);
+    m_stack->setMinimumWidth(kNarrowestTrend);
     m_columns = new QSplitter(Qt::Horizontal, this);
     m_columns->addWidget(m_lists);
     m_columns->addWidget(m_stack);
@@ -150,6 +153,15 @@ void SiteWindow::connectLists()
     connect(m_controller.get(), &SiteWindowController::storingFailed, this, storingFailed);
     SiteDocument* document = m_controller->siteDocument().get();
     connect(document, &SiteDocument::changeNotStored, this, storingFailed);
+    connect(document, &SiteDocument::recordsNotRead, this,
+            [this, last = QString(), quiet = QDeadlineTimer()](const QString& message) mutable {
+                // Several trends, or one that is followed, ask for the same in vain: told once a minute.
+                if (message == last && !quiet.hasExpired())
+                    return;
+                last = message;
+                quiet.setRemainingTime(std::chrono::minutes(1));
+                showAlert(tr("The records could not be shown"), message);
+            });
     const auto showName = [this, document] {
         setWindowTitle(tr("%1 – Plotix").arg(document->siteName()));
         setWindowFilePath(document->path());

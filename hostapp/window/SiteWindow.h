@@ -4,6 +4,7 @@
 #include "hostapp/window/SiteActions.h"
 #include "hostapp/window/SiteWindowController.h"
 #include "plugins/PlotixPlugIn/host/KTVHelpManager.h"
+#include "plugins/PlotixPlugIn/host/KTVUserInterface.h"
 
 #include <QtCore/QTimer>
 #include <QtGui/QUndoStack>
@@ -112,12 +113,13 @@ private:
     QString helpAnchor() const;  ///< of what has the focus
     void updateActions();
     void askForSite();
+    void askForSiteDetails();
     void askForNewSite();
     void exportImage();
     void exportReport();
     void printReport();
     void holdModifiers();
-    void showAlert(const QString& message, const QString& text, bool critical = true);
+    void showAlert(const QString& message, const QString& text, KTVAlert::Style style = KTVAlert::Style::Critical);
 
     // Trends.
     void connectTrendActions();
@@ -139,6 +141,7 @@ private:
     // Live records.
     void connectLiveActions();
     void updateLiveActions(const QString& noTrend);
+    void followAgain();
     void recordComputer(bool on);
     void addFirstLiveTrend(const std::shared_ptr<SiteAgent>& agent);
 

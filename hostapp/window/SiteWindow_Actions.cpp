@@ -15,6 +15,8 @@
 #include "hostapp/window/PlugInOperations.h"
 #include "hostapp/window/PropertyListModel.h"
 #include "hostapp/window/PropertyListView.h"
+#include "hostapp/window/SiteDetailsDialog.h"
+#include "plugins/PlotixPlugIn/host/PngImage.h"
 
 #include <QtCore/QFile>
 #include <QtCore/QSaveFile>
@@ -36,6 +38,7 @@ void SiteWindow::connectFileActions()
     connect(m_actions.openSite, &QAction::triggered, this, &SiteWindow::askForSite);
     connect(m_actions.newSite, &QAction::triggered, this, &SiteWindow::askForNewSite);
     connect(m_actions.import, &QAction::triggered, this, [this] { askAndImport(); });
+    connect(m_actions.siteDetails, &QAction::triggered, this, &SiteWindow::askForSiteDetails);
     connect(m_actions.exportImage, &QAction::triggered, this, &SiteWindow::exportImage);
     connect(m_actions.exportPNG, &QAction::triggered, this,
             [this] { sendAction(selectedPlugIn().get(), "exportToPNG", this); });
@@ -100,6 +103,7 @@ void SiteWindow::updateActions()
     if (m_import)
         noImport = tr("An import is running.");
     setUnavailableReason(m_actions.import, noImport);
+    setUnavailableReason(m_actions.siteDetails, readOnly ? tr("This site may only be looked at.") : QString());
 }
 
 void SiteWindow::askForSite()
@@ -118,6 +122,19 @@ void SiteWindow::askForNewSite()
     dialog.setOption(QFileDialog::DontConfirmOverwrite);
     if (dialog.exec() == QDialog::Accepted && !dialog.selectedFiles().isEmpty())
         emit newSiteRequested(dialog.selectedFiles().first());
+}
+
+void SiteWindow::askForSiteDetails()
+{
+    SiteDocument& document = *m_controller->siteDocument();
+    SiteDetailsDialog dialog(document.siteName(), document.siteLocation(), this);
+    if (dialog.exec() != QDialog::Accepted)
+        return;
+    try {
+        document.setSite(dialog.name(), dialog.location());
+    } catch (const HostError& error) {
+        showAlert(tr("Name and location are not stored"), error.message());
+    }
 }
 
 void SiteWindow::newTrend()
@@ -163,14 +180,13 @@ void SiteWindow::exportImage()
     if (!path)
         return;
     QSaveFile file(*path);
-    if (!file.open(QIODevice::WriteOnly) || !image.save(&file, "PNG") || !file.commit())
+    if (!file.open(QIODevice::WriteOnly) || !writePng(file, image) || !file.commit())
         showAlert(tr("The image could not be saved"), tr("“%1”: %2").arg(*path, file.errorString()));
 }
 
-void SiteWindow::showAlert(const QString& message, const QString& text, bool critical)
+void SiteWindow::showAlert(const QString& message, const QString& text, KTVAlert::Style style)
 {
-    m_services.userInterface->beginSheet(
-        {message, text, critical ? KTVAlert::Style::Critical : KTVAlert::Style::Default}, this, {});
+    m_services.userInterface->beginSheet({message, text, style}, this, {});
 }
 
 }  // namespace plotix

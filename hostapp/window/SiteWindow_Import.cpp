@@ -87,7 +87,7 @@ void SiteWindow::importFinished(const ImportSummary& summary)
             addFirstTrend(summary);
         showSelection();
         showAlert(tr("Imported %n record(s)", nullptr, static_cast<int>(summary.records)), describeImport(summary),
-                  false);
+                  KTVAlert::Style::Informational);
     } catch (const HostError& error) {
         showAlert(tr("The site could not be read again"), error.message());
     }

@@ -3,7 +3,7 @@
 // Rules of this room:
 //  1. The switch shows what is, not what was asked for: a recording that could not begin leaves it off.
 //  2. Following belongs to a trend, not to the window: the switch shows the selected trend's.
-//  3. The recording goes on while the site is open and begins again with it.
+//  3. The recording goes on while the site is open and begins again with it; so does following.
 
 #include "hostapp/window/SiteWindow.h"
 
@@ -44,8 +44,18 @@ void SiteWindow::connectLiveActions()
             m_follower->stopFollowing(selectedPlugIn().get());
     });
     connect(m_follower.get(), &TrendFollower::followingChanged, this, &SiteWindow::updateActions);
+    followAgain();
     if (m_recording->wasOn() && !m_controller->siteDocument()->isReadOnly())
         recordComputer(true);
+}
+
+void SiteWindow::followAgain()
+{
+    const SourceListModel& list = m_controller->sourceList();
+    const QStringList followed = m_memory.state().followed;
+    for (int row = 0; row < list.rowCount(); ++row)
+        if (followed.contains(list.plugInAt(row)->uniqueIdentifier()))
+            m_follower->follow(list.plugInAt(row));
 }
 
 void SiteWindow::recordComputer(bool on)

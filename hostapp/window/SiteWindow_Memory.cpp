@@ -7,6 +7,7 @@
 #include "hostapp/window/SiteWindow.h"
 
 #include "hostapp/core/HostError.h"
+#include "hostapp/window/TrendFollower.h"
 
 #include <QtCore/QSettings>
 #include <QtGui/QCloseEvent>
@@ -85,6 +86,9 @@ WindowState SiteWindow::currentState() const
     const SourceListModel& list = m_controller->sourceList();
     for (int row = 0; row < list.rowCount(); ++row)
         state.order << list.plugInAt(row)->uniqueIdentifier();
+    for (int row = 0; row < list.rowCount(); ++row)
+        if (m_follower->isFollowing(list.plugInAt(row).get()))
+            state.followed << list.plugInAt(row)->uniqueIdentifier();
     if (const KTVPlugInPtr selected = selectedPlugIn())
         state.selected = selected->uniqueIdentifier();
     state.separate = m_restored ? m_controller->separateTrends() : m_memory.state().separate;

@@ -6,6 +6,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <limits>
 #include <vector>
 
 namespace plotix {
@@ -28,7 +29,7 @@ bool isSame(const std::pair<double, double>& one, const std::pair<double, double
 
 }  // namespace
 
-TrendFollower::TrendFollower(Clock clock) : m_clock(std::move(clock))
+TrendFollower::TrendFollower(Clock clock, Rests rests) : m_clock(std::move(clock)), m_rests(rests)
 {
     m_timer.setInterval(kLookInterval);
     connect(&m_timer, &QTimer::timeout, this, &TrendFollower::moveThoseDue);
@@ -51,8 +52,11 @@ void TrendFollower::follow(const KTVPlugInPtr& plugIn)
     const std::optional<Range> shown = shownRange(plugIn.get());
     if (!shown)
         return;
-    Followed followed{plugIn, std::clamp(shown->second - shown->first, kShortestSpan, kLongestSpan), *shown, *shown, 0};
-    move(*plugIn, followed, m_clock());
+    constexpr double kNever = -std::numeric_limits<double>::infinity();
+    const double span = std::clamp(shown->second - shown->first, kShortestSpan, kLongestSpan);
+    Followed followed{plugIn, span, *shown, *shown, *shown, kNever};
+    if (isSeen(*plugIn))
+        move(*plugIn, followed, m_clock());
     m_followed.emplace(plugIn.get(), followed);
     m_timer.start();
     emit followingChanged();
@@ -85,20 +89,38 @@ TrendFollower::Verdict TrendFollower::lookAfter(Followed& followed, double now)
     if (!shown)
         return Verdict::LetGo;
     const bool answered = isSame(*shown, followed.asked);
-    if (!answered && !isSame(*shown, followed.shown))
+    const bool waits = isSame(*shown, followed.shown);
+    if (!answered && !waits && !isRefreshed(*plugIn, followed, *shown))
         return Verdict::LetGo;
-    if (!plugIn->isViewLoaded() || !plugIn->view() || !plugIn->view()->isVisible())
+    if (!isSeen(*plugIn))
         return Verdict::Keep;  // it catches up when it is looked at again
-    const double due = answered ? std::clamp(followed.span / kPixels, kSoonestMove, kLatestMove) : kLatestAnswer;
+    const double due = answered ? std::clamp(followed.span / kPixels, kSoonestMove, kLatestMove)
+                       : waits  ? kLatestAnswer
+                                : 0;
     const double since = now - followed.askedAt;
     if (since >= due || since < 0)  // a clock that was set back is followed too
         move(*plugIn, followed, now);
     return Verdict::Keep;
 }
 
+bool TrendFollower::isSeen(KTVPlugIn& plugIn) const
+{
+    return plugIn.isViewLoaded() && plugIn.view() && (m_rests == Rests::Never || plugIn.view()->isVisible());
+}
+
+/// Whether the dates stand at the records of a span that was followed, rather than where the user moved them.
+bool TrendFollower::isRefreshed(const KTVPlugIn& plugIn, const Followed& followed, const Range& shown)
+{
+    const std::optional<Range> refreshed = refreshedRange(&plugIn);
+    const bool isOurs = refreshed && (isSame(*refreshed, followed.asked) || isSame(*refreshed, followed.askedBefore) ||
+                                      isSame(*refreshed, followed.shown));
+    return isOurs && shown.first >= refreshed->first - kSameMoment && shown.second <= refreshed->second + kSameMoment;
+}
+
 void TrendFollower::move(KTVPlugIn& plugIn, Followed& followed, double now)
 {
     followed.shown = shownRange(&plugIn).value_or(followed.shown);
+    followed.askedBefore = followed.asked;
     followed.asked = {now - followed.span, now};
     followed.askedAt = now;
     showRange(&plugIn, followed.asked.first, followed.asked.second);

@@ -14,8 +14,9 @@
 ///
 /// A trend that is followed is moved every few seconds, as long as anybody sees it: the longer its span, the more
 /// seldom, since less than a pixel shows nobody anything. It is let go as soon as its dates are others than those it
-/// was moved to: the user has panned, zoomed or typed, or asked for records anew. Plug-ins are *weak*; they are moved
-/// by operations found by name. Main thread only.
+/// was moved to: the user has panned, zoomed or typed. A refresh of the span it was moved to is none of these, though
+/// the dates come to stand at the first and last record then. Plug-ins are *weak*; they are moved by operations found
+/// by name. Main thread only.
 namespace plotix {
 
 class TrendFollower : public QObject {
@@ -23,12 +24,15 @@ class TrendFollower : public QObject {
 public:
     using Clock = std::function<double()>;  ///< seconds since 1970-01-01 UTC
 
-    explicit TrendFollower(Clock clock);
+    enum class Rests { WhileUnseen, Never };  ///< never: for views that are shown to others than this screen
+
+    explicit TrendFollower(Clock clock, Rests rests = Rests::WhileUnseen);
 
     static bool canFollow(const KTVPlugIn* plugIn);
     bool isFollowing(const KTVPlugIn* plugIn) const;
 
-    /// Moves it at once, its span as long as it is shown now. One that cannot be followed, or is already: nothing.
+    /// Moves it at once, or when it is first seen, its span as long as it is shown now. One that cannot be followed, or
+    /// is already: nothing.
     void follow(const KTVPlugInPtr& plugIn);
     void stopFollowing(const KTVPlugIn* plugIn);
 
@@ -44,13 +48,17 @@ private:
         std::weak_ptr<KTVPlugIn> plugIn;
         double span = 0;     ///< seconds
         Range asked, shown;  ///< where it was moved to last, and where it stood before the answer
+        Range askedBefore;   ///< where it was moved to the time before: a refresh may answer late
         double askedAt = 0;
     };
     enum class Verdict { Keep, LetGo };
     Verdict lookAfter(Followed& followed, double now);
+    bool isSeen(KTVPlugIn& plugIn) const;
+    static bool isRefreshed(const KTVPlugIn& plugIn, const Followed& followed, const Range& shown);
     void move(KTVPlugIn& plugIn, Followed& followed, double now);
 
     Clock m_clock;
+    Rests m_rests;
     std::map<const KTVPlugIn*, Followed> m_followed;
     QTimer m_timer;
 };

@@ -15,8 +15,19 @@ const QString kGeometry = QStringLiteral("windowGeometry");
 const QString kColumns = QStringLiteral("windowColumns");
 const QString kLists = QStringLiteral("windowLists");
 const QString kSeparate = QStringLiteral("separateWindows");
+const QString kFollowed = QStringLiteral("followedTrends");
 const QString kIdentifier = QStringLiteral("identifier");
 const QString kFrame = QStringLiteral("geometry");
+
+QByteArray textOf(const QStringList& identifiers)
+{
+    return identifiers.join(QLatin1Char('\n')).toUtf8();
+}
+
+QStringList identifiersIn(const QByteArray& text)
+{
+    return QString::fromUtf8(text).split(QLatin1Char('\n'), Qt::SkipEmptyParts);
+}
 
 QByteArray textOf(const std::vector<SeparateTrend>& trends)
 {
@@ -44,12 +55,13 @@ std::vector<SeparateTrend> separateTrendsIn(const QByteArray& text)
 WindowState readWindowState(const SiteDocument& document)
 {
     WindowState state;
-    state.order = QString::fromUtf8(document.setting(kOrder)).split(QLatin1Char('\n'), Qt::SkipEmptyParts);
+    state.order = identifiersIn(document.setting(kOrder));
     state.selected = QString::fromUtf8(document.setting(kSelected));
     state.geometry = document.setting(kGeometry);
     state.columns = document.setting(kColumns);
     state.lists = document.setting(kLists);
     state.separate = separateTrendsIn(document.setting(kSeparate));
+    state.followed = identifiersIn(document.setting(kFollowed));
     return state;
 }
 
@@ -66,12 +78,13 @@ void WindowMemory::store(const WindowState& state)
         if (before != now)
             m_document->setSetting(key, bytes);
     };
-    put(kOrder, m_state.order, state.order, state.order.join(QLatin1Char('\n')).toUtf8());
+    put(kOrder, m_state.order, state.order, textOf(state.order));
     put(kSelected, m_state.selected, state.selected, state.selected.toUtf8());
     put(kGeometry, m_state.geometry, state.geometry, state.geometry);
     put(kColumns, m_state.columns, state.columns, state.columns);
     put(kLists, m_state.lists, state.lists, state.lists);
     put(kSeparate, m_state.separate, state.separate, textOf(state.separate));
+    put(kFollowed, m_state.followed, state.followed, textOf(state.followed));
     m_state = state;
 }
 

@@ -26,6 +26,7 @@ struct WindowState {
     QByteArray columns;   ///< splitter between lists and trend
     QByteArray lists;     ///< splitter between the lists
     std::vector<SeparateTrend> separate;
+    QStringList followed;  ///< identifiers of the trends whose span is kept ending now, as listed
 
     friend bool operator==(const WindowState&, const WindowState&) = default;
 };

@@ -3,6 +3,7 @@
 #include <QtCore/QSignalBlocker>
 #include <QtGui/QKeyEvent>
 #include <QtWidgets/QCalendarWidget>
+#include <QtWidgets/QLineEdit>
 
 #include <cmath>
 
@@ -40,6 +41,7 @@ KTVDataClusterDatePicker::KTVDataClusterDatePicker(QWidget* parent) : QDateTimeE
     setCalendarPopup(true);
     setDisplayFormat(displayFormatFor(locale()));
     m_shown = dateTime();
+    lineEdit()->installEventFilter(this);
     connect(this, &QDateTimeEdit::dateTimeChanged, this, &KTVDataClusterDatePicker::takeEdit);
 }
 
@@ -76,4 +78,12 @@ void KTVDataClusterDatePicker::keyPressEvent(QKeyEvent* event)
     event->accept();
     if (auto* delegate = notifyReturnKeyDelegate())
         delegate->returnKeyPressed(this);
+}
+
+bool KTVDataClusterDatePicker::eventFilter(QObject* watched, QEvent* event)
+{
+    // A click alone leaves the caret between two digits, where every further digit is refused as too many.
+    if (watched == lineEdit() && event->type() == QEvent::MouseButtonRelease && !lineEdit()->hasSelectedText())
+        setSelectedSection(currentSection());
+    return QDateTimeEdit::eventFilter(watched, event);
 }

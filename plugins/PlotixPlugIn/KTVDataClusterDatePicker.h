@@ -14,7 +14,8 @@ public:
 /// A date and time editor that keeps the exact date it was given beside the seconds it shows.
 ///
 /// Setting a date notifies nobody; an edit by the user replaces the exact date with what is then shown and emits
-/// `dateEdited`. Shown in the user's zone and locale, to the second. Its parent widget *owns* it. Main thread only.
+/// `dateEdited`. A click selects what it falls on, day, month, hour …, so that typing replaces it. Shown in the user's
+/// zone and locale, to the second. Its parent widget *owns* it. Main thread only.
 class KTVDataClusterDatePicker : public QDateTimeEdit {
     Q_OBJECT
 public:
@@ -40,6 +41,7 @@ signals:
 protected:
     /// Return and Enter go to the delegate and no further; every other key edits.
     void keyPressEvent(QKeyEvent* event) override;
+    bool eventFilter(QObject* watched, QEvent* event) override;
 
 private:
     void takeEdit(const QDateTime& shown);

@@ -1,5 +1,6 @@
 #include "plugins/PlotixPlugIn/KTVDataClusterViewController.h"
 
+#include "plugins/PlotixPlugIn/DatePanelFit.h"
 #include "plugins/PlotixPlugIn/QuickRangeMenu.h"
 #include "plugins/PlotixPlugIn/host/KTVBundle.h"
 #include "ui_KTVDataClusterViewController.h"
@@ -140,6 +141,8 @@ void KTVDataClusterViewController::connectControls()
     QSizePolicy keepsItsPlace = m_progressIndicator->sizePolicy();
     keepsItsPlace.setRetainSizeWhenHidden(true);
     m_progressIndicator->setSizePolicy(keepsItsPlace);
+
+    new DatePanelFit(m_view, {m_fromTextField, m_toTextField}, m_quickDatePopupButton);
 
     for (KTVDataClusterDatePicker* picker : {m_fromDate.data(), m_toDate.data()}) {
         picker->setNotifyReturnKeyDelegate(this);

@@ -115,6 +115,8 @@ public:
     // Following. Seconds since 1970-01-01 UTC.
     Q_INVOKABLE void showRange(double fromSeconds, double toSeconds);  ///< fetches quietly; reversed: nothing happens
     Q_INVOKABLE QVariantList shownRange() const;  ///< the date panel's two dates; empty when one is absent
+    Q_INVOKABLE QVariantList
+    refreshedRange() const;  ///< the two dates of the last refresh, before its records moved them
 
     // Export. Sizes are points.
     Q_INVOKABLE void exportToPDF(QObject* sender);
@@ -272,6 +274,7 @@ private:
     std::unique_ptr<KTVMessageViewController> m_messageViewController;  // owns; from viewDidLoad on
     bool m_observersAdded = false;                                      // Observation
     bool m_plotReady = false;                                           // Acquisition clears it; nothing sets it
+    OptionalDate m_refreshedFrom, m_refreshedTo;                        // Acquisition
     bool m_firstFitUnderWay = false;                                    // Axes; the y axis is not re-ticked meanwhile
     QPointer<QObject> m_completionTarget;                               // weak
     QByteArray m_completionSelector;                                    // a method name taking one QByteArray

@@ -43,6 +43,8 @@ void KTVPlotixPlugIn::acquirePlotFromDate(const OptionalDate& fromDate, const Op
         refuseDateRange();
         return;
     }
+    m_refreshedFrom = fromDate;
+    m_refreshedTo = toDate;
     m_dataCluster->setFromDateValue(fromDate);
     m_dataCluster->setToDateValue(toDate);
     m_dataCluster->refreshStarted(this);

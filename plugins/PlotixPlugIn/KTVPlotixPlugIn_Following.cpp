@@ -11,6 +11,15 @@
 
 #include "base/MainQueue.h"
 
+namespace {
+
+QVariantList rangeOf(const plotix::OptionalDate& from, const plotix::OptionalDate& to)
+{
+    return from && to ? QVariantList{from->seconds, to->seconds} : QVariantList();
+}
+
+}  // namespace
+
 void KTVPlotixPlugIn::showRange(double fromSeconds, double toSeconds)
 {
     KTVArchiveManager* archiveManager = agent() ? agent()->archiveManager() : nullptr;
@@ -40,7 +49,11 @@ void KTVPlotixPlugIn::showRecordsInRange(const KTVRecordDictionaryPtr& records, 
 
 QVariantList KTVPlotixPlugIn::shownRange() const
 {
-    const OptionalDate from = m_dataCluster->fromDateValue();
-    const OptionalDate to = m_dataCluster->toDateValue();
-    return from && to ? QVariantList{from->seconds, to->seconds} : QVariantList();
+    return rangeOf(m_dataCluster->fromDateValue(), m_dataCluster->toDateValue());
+}
+
+// Lets whoever follows the trend tell a refresh, whose records move the dates, from dates that the user moved.
+QVariantList KTVPlotixPlugIn::refreshedRange() const
+{
+    return rangeOf(m_refreshedFrom, m_refreshedTo);
 }

@@ -22,7 +22,9 @@ QString textDescription()
 
 QIcon icon()
 {
-    return QIcon(QStringLiteral(":/PlotixPlugIn/icon.png"));
+    // Lists ask for it at every painting; a new one would be decoded and scaled each time.
+    static const QIcon shared(QStringLiteral(":/PlotixPlugIn/icon.png"));
+    return shared;
 }
 
 void registerResources()

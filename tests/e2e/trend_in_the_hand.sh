@@ -44,10 +44,17 @@ stored() {  # FACT VALUE: the document holds it, or will within ten seconds
     return 1
 }
 span_holds() { python3 -c "a, b, c, d = map(float, '$1 $2 $3 $4'.split()); exit(not ($5))"; }
-moved_range() {  # waits until the stored range differs from $range; sets new_range
+moved_range() {  # waits until the stored range differs from $range, and is not stored anew; sets new_range
+    local before
     for _ in $(seq 50); do
         new_range=$(fact range)
-        [ -n "$new_range" ] && [ "$new_range" != "$range" ] && return 0
+        if [ -n "$new_range" ] && [ "$new_range" != "$range" ]; then
+            # What is stored may be half of a movement: storing comes every two seconds.
+            before=$new_range
+            sleep 2.3
+            new_range=$(fact range)
+            [ "$new_range" = "$before" ] && return 0
+        fi
         sleep 0.2
     done
     return 1

@@ -1,4 +1,6 @@
 #include "base/MainQueue.h"
+#include "hostapp/archive/LogCheckpointer.h"
+#include "hostapp/archive/RecordAppender.h"
 #include "hostapp/document/SiteTransaction.h"
 
 #include <QtCore/QCoreApplication>
@@ -74,6 +76,16 @@ protected:
         plotix::RecordWriter writer(file());
         writer.store(agent, recordsFrom(first, count, property));
         writer.commit();
+    }
+
+    /// Records one by one, each committed on its own, until told to stop.
+    void record(double first, const std::atomic<bool>& goesOn)
+    {
+        plotix::RecordAppender appender(file());
+        while (goesOn) {
+            appender.append(agent, recordsFrom(first, 1, property));
+            first += 1;
+        }
     }
 
     /// Reads everything; the number of records when each value fits its time, else -1.
@@ -158,4 +170,96 @@ TEST_F(ArchiveThreadsTest, OneReaderAThreadReadsTheSameRecords)
     auto readers = startThreads([&](int) { whole += readConsistently() == 41'000 ? 1 : 0; });
     join(readers);
     EXPECT_EQ(whole, kThreads);
+}
+
+TEST_F(ArchiveThreadsTest, ALongReadWithHelpersBesideAnAppenderSeesWholeRecords)
+{
+    constexpr long kLong = 1'600'000;  // worth a second thread
+    append(1000, kLong - 1000);
+    std::atomic<bool> goesOn = true;
+    std::thread recorder([&] { record(kLong, goesOn); });
+    std::vector<long> seen;
+    for (int round = 0; round < 5; ++round)
+        seen.push_back(readConsistently());
+    goesOn = false;
+    recorder.join();
+    EXPECT_TRUE(std::is_sorted(seen.begin(), seen.end()));
+    EXPECT_GE(seen.front(), kLong);
+    EXPECT_GE(readConsistently(), seen.back());
+}
+
+TEST_F(ArchiveThreadsTest, ALongReadWithHelpersBesideRewrittenChunksSeesOneMoment)
+{
+    constexpr long kLong = 1'600'000;
+    append(1000, kLong - 1000);
+    std::atomic<bool> goesOn = true;
+    std::thread writer([&] {  // between the records there are: chunks go and others come
+        for (int late = 0; goesOn; ++late)
+            append(late * 20'000 + 0.5, 1);
+    });
+    std::vector<long> seen;
+    for (int round = 0; round < 5; ++round)
+        seen.push_back(readConsistently());
+    goesOn = false;
+    writer.join();
+    EXPECT_TRUE(std::is_sorted(seen.begin(), seen.end()));
+    EXPECT_GE(seen.front(), kLong);
+}
+
+TEST_F(ArchiveThreadsTest, ReadersBesideAnAppenderWhoseLogIsMergedSeeEveryRecord)
+{
+    constexpr int kCommits = 3 * plotix::LogCheckpointer::kPages;  // the log begins anew in between
+    std::atomic<long> stored = 1000;
+    std::atomic<bool> writing = true;
+    std::atomic<int> wrong = 0;
+    std::vector<std::thread> readers;
+    for (int number = 0; number < 2; ++number)
+        readers.emplace_back([&] {
+            while (writing) {
+                const long before = stored;
+                const long records = readConsistently();
+                wrong += records >= before && records <= stored + 1 ? 0 : 1;
+            }
+        });
+    {
+        plotix::RecordAppender appender(file());
+        for (int commit = 0; commit < kCommits; ++commit) {
+            appender.append(agent, recordsFrom(1000.0 + commit, 1, property));
+            ++stored;
+        }
+    }
+    writing = false;
+    join(readers);
+    EXPECT_EQ(wrong, 0);
+    EXPECT_EQ(readConsistently(), 1000 + kCommits);
+}
+
+TEST_F(ArchiveThreadsTest, TheLastTimeIsKnownBesideAnAppenderWhoseTailBecomesChunks)
+{
+    std::atomic<double> stored = 999;
+    std::atomic<bool> writing = true;
+    std::thread writer([&] {
+        plotix::RecordAppender appender(file());
+        for (double first = 1000; first < 100'000; first = stored + 1) {
+            for (const std::size_t count : {std::size_t{1}, std::size_t{1500}}) {
+                appender.append(agent, recordsFrom(stored + 1, count, property));
+                stored = stored + static_cast<double>(count);
+            }
+        }
+        writing = false;
+    });
+    plotix::RecordAppender other(file());
+    int wrong = 0;
+    while (writing) {
+        const double before = stored;
+        wrong += other.lastTime(agent) >= before ? 0 : 1;
+    }
+    writer.join();
+    EXPECT_EQ(wrong, 0);
+}
+
+TEST_F(ArchiveThreadsTest, ManyChunksAreEncodedOnSeveralThreadsInOrder)
+{
+    append(1000, 400'000);
+    EXPECT_EQ(readConsistently(), 401'000);
 }

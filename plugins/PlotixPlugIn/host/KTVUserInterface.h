@@ -13,7 +13,7 @@
 
 /// An alert with one "OK" button.
 struct KTVAlert {
-    enum class Style { Default = 0, Critical = 2 };
+    enum class Style { Default = 0, Informational = 1, Critical = 2 };
     QString messageText;
     QString informativeText;
     Style style = Style::Default;

@@ -38,6 +38,8 @@ public:
 
 private:
     void addAll(std::span<const double> values);
+    /// A whole number of rows; false where a NaN is among them: then nothing has been added.
+    bool addNumbers(std::span<const double> values);
 
     double m_minimum = std::numeric_limits<double>::max();
     double m_maximum = -std::numeric_limits<double>::max();

@@ -87,6 +87,26 @@ TEST_F(ProgramServicesTest, RangeWithoutRecordsStillRenders)
     EXPECT_EQ(QImage::fromData(services.render(empty), "PNG").size(), QSize(640, 320));
 }
 
+TEST_F(ProgramServicesTest, MoreRecordsThanTheMemoryBudgetIsAnErrorThatSaysWhatFits)
+{
+    qputenv("PLOTIX_MEMORY_BUDGET", "10 kB");
+    const auto document = plotix::SiteDocument::open(site.document->path());
+    qunsetenv("PLOTIX_MEMORY_BUDGET");
+    RenderRequest tooMuch = request(RenderRequest::Format::Png);
+    tooMuch.trend.document = document;
+    tooMuch.trend.agent = document->agents().front();
+    tooMuch.trend.properties = document->agents().front()->properties().objects();
+    for (const bool bare : {false, true}) {
+        tooMuch.bare = bare;
+        try {
+            services.render(tooMuch);
+            ADD_FAILURE() << "was drawn";
+        } catch (const plotix::HostError& error) {
+            EXPECT_TRUE(error.message().contains("but 10.0 kB may be used: choose a range of at most")) << error.what();
+        }
+    }
+}
+
 TEST_F(ProgramServicesTest, StoredTrendKeepsTheDatesAskedForAndItsTitle)
 {
     plotix::TrendRequest trend = request(RenderRequest::Format::Png).trend;

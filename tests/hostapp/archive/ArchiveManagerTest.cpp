@@ -23,8 +23,13 @@ protected:
     ArchiveManagerTest()
     {
         own = {property(air, "air", "degC"), property(wind, "wind", "m/s")};
+        makeManager(1'000'000'000);
+    }
+
+    void makeManager(std::uint64_t budget)
+    {
         manager = std::make_unique<ArchiveManager>(
-            file(), agent, [this] { return own; }, plotix::Units::shared());
+            file(), agent, [this] { return own; }, plotix::Units::shared(), budget);
     }
 
     static std::shared_ptr<SiteProperty> property(plotix::RowId row, const QString& key, const QString& unit)
@@ -167,12 +172,39 @@ TEST_F(ArchiveManagerTest, TheStopFlagEndsTheFetchWithoutTime)
 
 TEST_F(ArchiveManagerTest, ADamagedArchiveIsAnErrorWithoutDictionary)
 {
-    store(ramp(air, 0, 3));
+    store(ramp(air, 0, 2000));
     run("DELETE FROM segment");
     fetchAndWait(own);
     EXPECT_FALSE(records);
     ASSERT_TRUE(error);
     EXPECT_TRUE(error->message.contains("damaged"));
+}
+
+TEST_F(ArchiveManagerTest, MoreThanTheBudgetIsAnErrorWithoutTime)
+{
+    store(ramp(air, 0, 1000));
+    makeManager(100 * plotix::bytesPerRecord(2));
+    fetchAndWait(own);
+    ASSERT_TRUE(records && error);
+    EXPECT_FALSE(records->time());
+    EXPECT_TRUE(records->columns().empty());
+    EXPECT_TRUE(error->message.contains("choose a range of at most 99 seconds")) << error->message.toStdString();
+    fetchAndWait(own, plotix::Date{901});
+    EXPECT_FALSE(error);
+    EXPECT_EQ(records->time()->size(), 99U);
+}
+
+TEST_F(ArchiveManagerTest, AFailedFetchIsToldOnTheMainThreadBeforeItsAnswer)
+{
+    store(ramp(air, 0, 1000));
+    makeManager(1);
+    QStringList order;
+    QObject::connect(manager.get(), &ArchiveManager::fetchFailed, [&](const QString& message) { order << message; });
+    QObject::connect(manager.get(), &ArchiveManager::fetchAnswered, [&] { order << "answered"; });
+    fetchAndWait(own);
+    ASSERT_EQ(order.size(), 2);
+    EXPECT_EQ(order[0], error->message);
+    EXPECT_EQ(order[1], "answered");
 }
 
 TEST_F(ArchiveManagerTest, FetchAnsweredComesAfterWhatTheCompletionPosted)

@@ -114,7 +114,7 @@ TEST_F(DatabaseTest, ADatabaseOfAnotherProgram)
 
 TEST_F(DatabaseTest, ANewerFormat)
 {
-    run("PRAGMA user_version = 2");
+    run("PRAGMA user_version = 3");
     expectRefused("newer Plotix");
 }
 

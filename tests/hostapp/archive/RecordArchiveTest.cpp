@@ -317,11 +317,11 @@ TEST_F(RecordArchiveTest, WhatCannotBeStoredIsRefused)
 
 TEST_F(RecordArchiveTest, SegmentsOfTheWrongLengthAreFoundWhenRead)
 {
-    store(ramp(air, 0, 100));
+    store(ramp(air, 0, 2000));
     run("UPDATE segment SET data = x'00' WHERE id % 1048576 = 1");
-    EXPECT_EQ(times().size(), 100U);
+    EXPECT_EQ(times().size(), 2000U);
     EXPECT_THROW(read({air}), HostError);
-    run("UPDATE segment SET data = zeroblob(800)");
+    run("UPDATE segment SET data = zeroblob(16000)");
     EXPECT_THROW(read({}), HostError);
     run("DELETE FROM segment");
     EXPECT_THROW(read({}), HostError);
@@ -329,15 +329,25 @@ TEST_F(RecordArchiveTest, SegmentsOfTheWrongLengthAreFoundWhenRead)
 
 TEST_F(RecordArchiveTest, ImpossibleChunksAreFoundWhenRead)
 {
-    store(ramp(air, 0, 100));
+    store(ramp(air, 0, 2000));
     run("UPDATE chunk SET n = 1000000000000");
     EXPECT_THROW(read({air}), HostError);
     run("UPDATE chunk SET n = -1");
     EXPECT_THROW(read({air}), HostError);
 }
 
+TEST_F(RecordArchiveTest, ImpossibleChunksAreFoundWhenALateRecordBelongsIntoThem)
+{
+    store(ramp(air, 0, 2000));
+    for (const char* sql : {"UPDATE chunk SET n = 1125899906842624", "UPDATE chunk SET n = 0"}) {
+        run(sql);
+        EXPECT_THROW(store(ramp(air, 5, 1)), HostError) << sql;
+    }
+}
+
 TEST_F(RecordArchiveTest, ValidityOfTheWrongLengthIsFoundWhenRead)
 {
+    store(ramp(air, 0, 2000));
     store(block({1, 2}, {column(air, {kMissing, 5})}));
     run("UPDATE segment SET valid = x'0000' WHERE valid IS NOT NULL");
     EXPECT_THROW(read({air}), HostError);

@@ -1,5 +1,4 @@
 #include "hostapp/archive/ValidityBits.h"
-#include "hostapp/archive/ColumnMemory.h"
 
 #include <gtest/gtest.h>
 
@@ -48,22 +47,6 @@ TEST(ValidityBitsTest, AllSetLooksAtTheRunAlone)
     EXPECT_TRUE(bits::allSet(words.data(), 1, 67));
     EXPECT_FALSE(bits::allSet(words.data(), 1, 68));
     EXPECT_TRUE(bits::allSet(words.data(), 0, 0));
-}
-
-TEST(ColumnMemoryTest, NoBytesAreNoMemory)
-{
-    EXPECT_EQ(plotix::allocateColumn<double>(0), nullptr);
-}
-
-TEST(ColumnMemoryTest, SmallAndLargeColumnsHoldTheirElements)
-{
-    for (const std::size_t count : {std::size_t{1}, std::size_t{1000}, std::size_t{1} << 20}) {
-        const std::shared_ptr<double> column = plotix::allocateColumn<double>(count);
-        column.get()[0] = 1;
-        column.get()[count - 1] = 2;
-        EXPECT_EQ(column.get()[count - 1], 2);
-        EXPECT_EQ(reinterpret_cast<std::uintptr_t>(column.get()) % 64, 0U);
-    }
 }
 
 }  // namespace

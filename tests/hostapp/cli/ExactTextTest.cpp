@@ -1,8 +1,8 @@
 #include "hostapp/cli/ExactText.h"
 
+#include "hostapp/cli/ArgumentValues.h"
 #include "hostapp/cli/CommandProgressBar.h"
-#include "hostapp/cli/ParsedCommand.h"
-#include "hostapp/import/TimeText.h"
+#include "hostapp/import/TimeColumnReader.h"
 
 #include <gtest/gtest.h>
 

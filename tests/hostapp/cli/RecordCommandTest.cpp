@@ -1,6 +1,6 @@
 #include "hostapp/archive/RecordArchive.h"
+#include "hostapp/cli/ArgumentValues.h"
 #include "hostapp/cli/CommandLine.h"
-#include "hostapp/cli/ParsedCommand.h"
 #include "hostapp/core/HostError.h"
 
 #include <QtCore/QFile>

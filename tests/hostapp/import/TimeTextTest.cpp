@@ -1,4 +1,4 @@
-#include "hostapp/import/TimeText.h"
+#include "hostapp/import/TimeColumnReader.h"
 
 #include "hostapp/core/HostError.h"
 

@@ -1,9 +1,11 @@
 #include "hostapp/window/ExportImageDialog.h"
 #include "hostapp/window/HelpWindow.h"
 #include "hostapp/window/ImportDialog.h"
+#include "hostapp/window/SiteDetailsDialog.h"
 
 #include <QtCore/QTemporaryFile>
 #include <QtWidgets/QComboBox>
+#include <QtWidgets/QLineEdit>
 #include <QtWidgets/QPushButton>
 
 #include <gtest/gtest.h>
@@ -40,6 +42,33 @@ TEST(ImportDialogTest, AgentFollowsTheFileUntilTheUserNamesOne)
     EXPECT_EQ(dialog.options().agentName, QStringLiteral("Station"));
 }
 
+TEST(ImportDialogTest, RowsAreChosenByATextInAColumn)
+{
+    plotix::ImportDialog dialog({});
+    QTemporaryFile file;
+    ASSERT_TRUE(file.open());
+    dialog.setFile(file.fileName());
+    auto* rows = dialog.findChild<QLineEdit*>(QStringLiteral("rows"));
+    rows->setText(QStringLiteral("origin"));
+    EXPECT_FALSE(buttonNamed(dialog, QStringLiteral("Import"))->isEnabled());
+    rows->setText(QStringLiteral("origin = EWR"));
+    EXPECT_TRUE(buttonNamed(dialog, QStringLiteral("Import"))->isEnabled());
+    const plotix::ImportOptions::ByColumn expected = {{QStringLiteral("origin"), QStringLiteral("EWR")}};
+    EXPECT_EQ(dialog.options().where, expected);
+}
+
+TEST(SiteDetailsDialogTest, ASiteKeepsAName)
+{
+    plotix::SiteDetailsDialog dialog(QStringLiteral("Plant"), QString());
+    auto* name = dialog.findChild<QLineEdit*>();
+    name->setText(QStringLiteral("  "));
+    EXPECT_FALSE(buttonNamed(dialog, QStringLiteral("OK"))->isEnabled());
+    name->setText(QStringLiteral(" Plant 2 "));
+    EXPECT_TRUE(buttonNamed(dialog, QStringLiteral("OK"))->isEnabled());
+    EXPECT_EQ(dialog.name(), QStringLiteral("Plant 2"));
+    EXPECT_TRUE(dialog.location().isEmpty());
+}
+
 TEST(ExportImageDialogTest, KeepsSizeDensityAndTitleInReason)
 {
     plotix::ExportImageDialog dialog(QStringLiteral("Week"));
@@ -67,7 +96,7 @@ TEST(HelpTest, EveryAnchorHasAPageOfItsOwn)
     QStringList pages;
     for (const QString& anchor : plotix::helpAnchors())
         pages << plotix::helpPage(anchor);
-    EXPECT_GE(pages.size(), 8);
+    EXPECT_GE(pages.size(), 10);
     pages.removeDuplicates();
     EXPECT_EQ(pages.size(), plotix::helpAnchors().size());
     EXPECT_EQ(plotix::helpPage(QStringLiteral("nobody wrote this")), plotix::helpPage(plotix::helpAnchors().first()));

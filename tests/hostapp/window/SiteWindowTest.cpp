@@ -285,4 +285,14 @@ TEST_F(SiteWindowImportTest, FileThatDoesNotParseIsToldAndStoresNothing)
     EXPECT_FALSE(window->selectedPlugIn());
 }
 
+TEST_F(SiteWindowTest, RecordsThatCannotBeShownAreToldOnce)
+{
+    openWindow();
+    for (int i = 0; i < 3; ++i)
+        emit site.document->recordsNotRead(QStringLiteral("too many"));
+    ASSERT_EQ(window->findChildren<QMessageBox*>().size(), 1);
+    EXPECT_EQ(shownBox()->text(), QStringLiteral("The records could not be shown"));
+    EXPECT_EQ(shownBox()->informativeText(), QStringLiteral("too many"));
+}
+
 }  // namespace

@@ -23,6 +23,7 @@ public:
     }
 
     Q_INVOKABLE QVariantList shownRange() const { return {from, to}; }
+    Q_INVOKABLE QVariantList refreshedRange() const { return {refreshedFrom, refreshedTo}; }
     Q_INVOKABLE void showRange(double newFrom, double newTo)
     {
         ++moves;
@@ -37,7 +38,16 @@ public:
         to = askedTo;
     }
 
-    double from = 1000, to = 1600, askedFrom = 0, askedTo = 0;
+    /// The user asks for the records of the range shown; the dates come to stand at the first and the last of them.
+    void refresh(double first, double last)
+    {
+        refreshedFrom = from;
+        refreshedTo = to;
+        from = first;
+        to = last;
+    }
+
+    double from = 1000, to = 1600, askedFrom = 0, askedTo = 0, refreshedFrom = 0, refreshedTo = 0;
     int moves = 0;
     bool answersAtOnce = true;
 };
@@ -131,6 +141,47 @@ TEST_F(TrendFollowerTest, APanBeforeTheAnswerCountsToo)
     EXPECT_FALSE(isFollowed());
 }
 
+TEST_F(TrendFollowerTest, ARefreshByTheUserIsFollowedOn)
+{
+    follow();
+    trend->refresh(99'401, 99'990);
+    pass(1);
+    EXPECT_TRUE(isFollowed());
+    EXPECT_EQ(trend->from, 99'401);
+    EXPECT_EQ(trend->to, 100'001);
+}
+
+TEST_F(TrendFollowerTest, DatesMovedAfterARefreshAreTheUsers)
+{
+    follow();
+    trend->refresh(99'401, 99'990);
+    trend->from -= 100;
+    pass(1);
+    EXPECT_FALSE(isFollowed());
+}
+
+TEST_F(TrendFollowerTest, ARefreshOfDatesTheUserTypedEndsFollowing)
+{
+    follow();
+    trend->from = 50'000;
+    trend->to = 60'000;
+    trend->refresh(50'001, 59'999);
+    pass(1);
+    EXPECT_FALSE(isFollowed());
+}
+
+TEST_F(TrendFollowerTest, ATrendNobodySeesYetIsMovedWhenItIsSeen)
+{
+    trend->view()->hide();
+    follow();
+    pass(60);
+    EXPECT_TRUE(isFollowed());
+    EXPECT_EQ(trend->moves, 0);
+    trend->view()->show();
+    pass(1);
+    EXPECT_EQ(trend->to, 100'061);
+}
+
 TEST_F(TrendFollowerTest, AHiddenTrendRestsAndCatchesUp)
 {
     follow();
@@ -140,6 +191,16 @@ TEST_F(TrendFollowerTest, AHiddenTrendRestsAndCatchesUp)
     trend->view()->show();
     pass(1);
     EXPECT_EQ(trend->to, 100'061);
+}
+
+TEST_F(TrendFollowerTest, OneThatNeverRestsMovesWhatThisScreenDoesNotShow)
+{
+    TrendFollower untiring([this] { return now; }, TrendFollower::Rests::Never);
+    trend->view()->hide();
+    untiring.follow(trend);
+    now += 60;
+    untiring.moveThoseDue();
+    EXPECT_EQ(trend->to, 100'060);
 }
 
 TEST_F(TrendFollowerTest, StopsWhenToldTo)

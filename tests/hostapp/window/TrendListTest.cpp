@@ -219,6 +219,18 @@ TEST_F(TrendListTest, StoringAgainWritesNothing)
     EXPECT_EQ(site.document->setting(QStringLiteral("trendOrder")), QByteArrayLiteral("marked"));
 }
 
+TEST_F(TrendListTest, WhatIsFollowedIsTheDocuments)
+{
+    reopen();
+    plotix::WindowMemory memory(site.document);
+    plotix::WindowState state = memory.state();
+    EXPECT_TRUE(state.followed.isEmpty());
+    state.followed = QStringList{"one", "two"};
+    memory.store(state);
+    EXPECT_EQ(plotix::readWindowState(*site.document).followed, QStringList({"one", "two"}));
+    EXPECT_EQ(site.document->setting(QStringLiteral("followedTrends")), QByteArrayLiteral("one\ntwo"));
+}
+
 TEST_F(TrendListTest, DamagedMemoryIsNoMemory)
 {
     reopen();

@@ -94,6 +94,19 @@ TEST_F(DateRangeControllerDates, AnEditReplacesTheExactDateByWhatIsShown)
     EXPECT_NE(controller->dateChangeDelayTimer(), nullptr);
 }
 
+TEST_F(DateRangeControllerDates, AClickSelectsTheFieldItFallsOnSoThatTypingReplacesIt)
+{
+    showPanel();
+    KTVDataClusterDatePicker& picker = *controller->fromDate();
+    picker.setDisplayFormat(QStringLiteral("dd.MM.yyyy HH:mm:ss"));
+    controller->setFromDateValue(Date{1'000'000'000});
+    auto* text = picker.findChild<QLineEdit*>();
+    QTest::mouseClick(text, Qt::LeftButton, {}, {8, text->height() / 2});
+    EXPECT_EQ(text->selectedText(), "09");
+    QTest::keyClicks(text, "16");
+    EXPECT_EQ(picker.date().day(), 16);
+}
+
 TEST_F(DateRangeControllerDates, AnEditOfAClampedDateReplacesIt)
 {
     showPanel();

@@ -44,6 +44,18 @@ TEST_F(TrendFollowing, WhoeverMovedTheDatesMeanwhileKeepsThem)
     EXPECT_EQ(plotIdentifiers().size(), 2);
 }
 
+TEST_F(TrendFollowing, SaysWhichRangeWasRefreshedLast)
+{
+    openTrendWithData();
+    const QVariantList shown = trend().shownRange();
+    trend().refreshPlot();
+    answer(recordsAt({kFrom + 100, kFrom + 200}).column("airTemperature", {1, 2}));
+    EXPECT_EQ(trend().refreshedRange(), shown);
+    EXPECT_NE(trend().shownRange(), shown);
+    showNow(kFrom + 60, kTo + 60);
+    EXPECT_EQ(trend().refreshedRange(), shown);
+}
+
 TEST_F(TrendFollowing, WithoutRecordsTheDatesMoveOnToo)
 {
     openTrendWithData();

@@ -2,9 +2,11 @@
 
 #include <gtest/gtest.h>
 
+#include <bit>
 #include <cmath>
 #include <limits>
 #include <random>
+#include <string>
 #include <vector>
 
 namespace {
@@ -129,6 +131,52 @@ TEST(StatisticsTest, BlocksGiveWhatTheValuesOneByOneGive)
                                  first);
         const Statistics expected = count ? Statistics{minimum, maximum, sum / count, count} : Statistics{0, 0, 0, 0};
         EXPECT_EQ(accumulator.statistics(), expected) << size << " values";
+    }
+}
+
+/// Exactly, the sign of a zero included.
+void expectSameBits(const Statistics& one, const Statistics& other, const std::string& what)
+{
+    for (const auto& member : {&Statistics::minimum, &Statistics::maximum, &Statistics::average})
+        EXPECT_EQ(std::bit_cast<std::uint64_t>(one.*member), std::bit_cast<std::uint64_t>(other.*member)) << what;
+    EXPECT_EQ(one.points, other.points) << what;
+}
+
+TEST(StatisticsTest, OddValuesInABlockCountAsOneByOne)
+{
+    const std::vector<double> odd{0.0, -0.0, 1, -1, 1e308, -1e308, 5e-324, kInfinity, kNaN};
+    std::mt19937_64 random(11);
+    for (int round = 0; round < 500; ++round) {
+        std::vector<double> values(1 + random() % 3000);
+        const std::size_t kinds = 1 + random() % odd.size();
+        for (double& value : values)
+            value = odd[random() % kinds];
+        StatisticsAccumulator each, block;
+        for (const double value : values)
+            each.add(value);
+        block.addBlock(values, {}, 0);
+        expectSameBits(block.statistics(), each.statistics(), "round " + std::to_string(round));
+    }
+}
+
+TEST(StatisticsTest, AnyPatternOfValidElementsCountsAsOneByOne)
+{
+    std::mt19937_64 random(12);
+    for (int round = 0; round < 200; ++round) {
+        std::vector<double> values(1 + random() % 1000);
+        const std::uint64_t gaps = 1 + random() % 200;
+        const std::size_t first = random() % 70;
+        std::vector<bool> valid(first + values.size());
+        for (std::size_t i = 0; i < values.size(); ++i) {
+            values[i] = static_cast<double>(random() % 1000) / 7 - 50;
+            valid[first + i] = random() % gaps != 0;
+        }
+        StatisticsAccumulator each, block;
+        for (std::size_t i = 0; i < values.size(); ++i)
+            if (valid[first + i])
+                each.add(values[i]);
+        block.addBlock(values, bitmapOf(valid), first);
+        expectSameBits(block.statistics(), each.statistics(), "round " + std::to_string(round));
     }
 }
 

@@ -1,0 +1,85 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+
+/// The inner loops over columns: whole numbers packed into as few bits as they need, and what values sum up to.
+///
+/// Numbers stand in runs of 512, as 64 rows of 8. Each of the 8 positions in a row has a stream of bits of its own,
+/// made of 64-bit words; the streams' first words lie side by side, then their second words, and so on. So a row is
+/// read with the same shifts at all positions, and a run of numbers of `width` bits takes 64 × width bytes.
+///
+/// Compiled for every processor, for AVX2 and for AVX-512, chosen at run time; all give the same bits. Pure; any
+/// thread. Bytes may stand at any address.
+namespace plotix {
+
+struct ColumnKernels {
+    static constexpr std::size_t kRun = 512;  ///< numbers in a run
+    static constexpr std::size_t kRow = 8;    ///< numbers in a row
+    static constexpr std::size_t kMask = kRun / 64;
+
+    /// Element i of a run is base + i × slope + its packed number, modulo 2^64.
+    struct Packed {
+        const std::byte* words = nullptr;  ///< 64 × max(width, 1) bytes are read
+        std::uint64_t width = 0;           ///< bits, 0 to 64
+        std::uint64_t base = 0, slope = 0;
+    };
+
+    /// How a whole number becomes a value. Powers of ten up to 10^22 are doubles without error.
+    struct Scale {
+        double up = 1;    ///< 10^digits
+        double down = 1;  ///< the double nearest to 10^-digits
+    };
+
+    /// A double's bits as a number: zeros at the end left out, and where signs are mixed, the sign last.
+    struct Pattern {
+        std::uint64_t zeros = 0;  ///< 0 to 63
+        bool isMixed = false;
+    };
+
+    struct Range {
+        std::int64_t lowest = 0, highest = 0;
+    };
+
+    /// What kRun values or fewer sum up to; NaN and what is not valid are passed over.
+    struct Sum {
+        std::uint64_t count = 0;
+        double minimum = 0, maximum = 0;  ///< +infinity and -infinity where count is 0
+        double sum = 0;
+    };
+
+    /// number ÷ scale.up, correctly rounded: the double nearest to that decimal. Exact for numbers up to ±2^51.
+    void (*quotients)(const Packed& run, const Scale& scale, double* values);
+    /// number × scale.down. Exact for numbers up to ±2^51.
+    void (*products)(const Packed& run, const Scale& scale, double* values);
+    void (*patterns)(const Packed& run, const Pattern& pattern, double* values);
+
+    /// Puts `filler` where the bit is not set.
+    void (*blank)(const std::uint64_t* bits, double filler, double* values);
+
+    /// The numbers of kRun values, and in `exact` (kMask words) which of them give their value back bit for bit.
+    void (*asQuotients)(const double* values, const Scale& scale, std::uint64_t* numbers, std::uint64_t* exact);
+    void (*asProducts)(const double* values, const Scale& scale, std::uint64_t* numbers, std::uint64_t* exact);
+
+    /// Extremes of number - origin - i × slope over a run, as signed numbers.
+    Range (*range)(const std::uint64_t* numbers, std::uint64_t origin, std::uint64_t slope);
+
+    /// Packs the first `rows` rows of number - base - i × slope. Writes 64 × ⌈rows × width ÷ 64⌉ bytes.
+    /// Requires: all of them below 2^width.
+    void (*pack)(const std::uint64_t* numbers, std::uint64_t base, std::uint64_t slope, std::uint64_t width,
+                 std::size_t rows, std::byte* words);
+
+    /// Sums kRun values that are all valid and none of them NaN; where one is, the sum is NaN and the rest undefined.
+    /// Sixteen running sums, added in pairs.
+    Sum (*sumOfAll)(const double* values);
+    /// The same of values whose bit is set and that are no NaN, in the same order of additions.
+    Sum (*sumOfSome)(const double* values, const std::uint64_t* bits);
+
+    static const ColumnKernels& plain();
+    static const ColumnKernels* avx2();    ///< null where the processor does not have it
+    static const ColumnKernels* avx512();  ///< the same
+    /// The fastest this processor runs.
+    static const ColumnKernels& best();
+};
+
+}  // namespace plotix

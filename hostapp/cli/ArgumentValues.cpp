@@ -1,0 +1,127 @@
+#include "hostapp/cli/ArgumentValues.h"
+
+#include "hostapp/core/QuickRanges.h"
+#include "hostapp/import/TimeColumnReader.h"
+
+#include <QtCore/QRegularExpression>
+
+namespace plotix {
+
+namespace {
+
+constexpr double kShortestInterval = 0.01, kLongestInterval = 3600;  // seconds
+constexpr int kSmallestSide = 16, kLargestSide = 16'384;             // points
+
+bool endsIn(const std::string& text, const char* extension)
+{
+    return QString::fromStdString(text).endsWith(QLatin1String(extension), Qt::CaseInsensitive);
+}
+
+}  // namespace
+
+std::optional<QSize> sizeFromArgument(const QString& text)
+{
+    static const QRegularExpression form(QStringLiteral("^(\\d{1,5})[xX×](\\d{1,5})$"));
+    const QRegularExpressionMatch match = form.match(text);
+    const QSize size(match.captured(1).toInt(), match.captured(2).toInt());
+    const auto fits = [](int side) { return side >= kSmallestSide && side <= kLargestSide; };
+    return match.hasMatch() && fits(size.width()) && fits(size.height()) ? std::optional(size) : std::nullopt;
+}
+
+std::optional<double> durationFromArgument(const QString& text)
+{
+    static const QRegularExpression form(QStringLiteral("^(\\d{1,9}(?:\\.\\d{1,9})?)([smhd]?)$"));
+    const QRegularExpressionMatch match = form.match(text);
+    const QString letter = match.captured(2);
+    const double unit = letter == QLatin1String("d")   ? 86'400
+                        : letter == QLatin1String("h") ? 3'600
+                        : letter == QLatin1String("m") ? 60
+                                                       : 1;
+    const double seconds = match.captured(1).toDouble() * unit;
+    return match.hasMatch() && seconds > 0 ? std::optional(seconds) : std::nullopt;
+}
+
+std::optional<double> timeFromArgument(const QString& text)
+{
+    return TimeColumnReader(TimeLayout::YearFirst, LocalTime(QString())).read(text.trimmed().toStdString());
+}
+
+QStringList listFromArgument(const QString& text)
+{
+    QStringList items;
+    for (const QString& item : text.split(QLatin1Char(','), Qt::SkipEmptyParts))
+        if (!item.trimmed().isEmpty())
+            items << item.trimmed();
+    return items;
+}
+
+ImportOptions::ByColumn pairsFromArguments(const std::vector<std::string>& texts)
+{
+    ImportOptions::ByColumn pairs;
+    for (const std::string& text : texts) {
+        const QString pair = QString::fromStdString(text);
+        const qsizetype sign = pair.indexOf(QLatin1Char('='));
+        pairs.emplace_back(pair.left(sign).trimmed(), pair.mid(sign + 1));
+    }
+    return pairs;
+}
+
+std::string checkPair(const std::string& text)
+{
+    const std::size_t sign = text.find('=');
+    return sign == std::string::npos || sign == 0 ? "must be written COLUMN=TEXT, not " + text : std::string();
+}
+
+std::string checkSize(const std::string& text)
+{
+    return sizeFromArgument(QString::fromStdString(text)) ? std::string()
+                                                          : "must be written like 1200x600, not " + text;
+}
+
+std::string checkRange(const std::string& text)
+{
+    if (quickRangeNamed(QString::fromStdString(text)))
+        return {};
+    std::string names;
+    for (int index = 0; index < kQuickRangeCount; ++index)
+        names += (index == 0 ? "" : ", ") + quickRangeName(static_cast<KTVQuickRange>(index)).toStdString();
+    return "must be one of " + names + ", not " + text;
+}
+
+std::string checkPicture(const std::string& text)
+{
+    return endsIn(text, ".png") || endsIn(text, ".pdf") ? std::string() : "must end in .png or .pdf";
+}
+
+std::string checkPdf(const std::string& text)
+{
+    return endsIn(text, ".pdf") ? std::string() : "must end in .pdf";
+}
+
+std::string checkPng(const std::string& text)
+{
+    return endsIn(text, ".png") ? std::string() : "must end in .png";
+}
+
+std::string checkTime(const std::string& text)
+{
+    return timeFromArgument(QString::fromStdString(text))
+               ? std::string()
+               : "must be written like 2013-07-01 or 2013-07-01T12:00:00Z, not " + text;
+}
+
+std::string checkDuration(const std::string& text)
+{
+    return durationFromArgument(QString::fromStdString(text)) ? std::string()
+                                                              : "must be written like 90, 10m, 2h or 1d, not " + text;
+}
+
+std::string checkInterval(const std::string& text)
+{
+    const std::optional<double> seconds = durationFromArgument(QString::fromStdString(text));
+    return seconds && *seconds >= kShortestInterval && *seconds <= kLongestInterval
+               ? std::string()
+               : "must lie between 0.01 s and 1 h, not " + text;
+}
+
+}  // namespace plotix

@@ -1,0 +1,43 @@
+#pragma once
+
+#include "hostapp/import/ImportOptions.h"
+
+#include <QtCore/QSize>
+#include <QtCore/QString>
+#include <QtCore/QStringList>
+
+#include <optional>
+#include <string>
+#include <vector>
+
+/// What single words of a command line mean, and what is wrong with those that mean nothing. Pure; any thread.
+namespace plotix {
+
+/// "1200x600"; nothing for anything else, or for sides outside 16 … 16,384.
+std::optional<QSize> sizeFromArgument(const QString& text);
+
+/// Seconds of "90", "90s", "1.5m", "2h" or "1d"; nothing for anything else, and for what is not above zero.
+std::optional<double> durationFromArgument(const QString& text);
+
+/// Seconds since 1970-01-01 UTC of an ISO 8601 text; without a zone the time is the user's. A date alone means its
+/// first moment. Nothing for anything else.
+std::optional<double> timeFromArgument(const QString& text);
+
+/// "a, b,,c" is a, b and c.
+QStringList listFromArgument(const QString& text);
+
+/// Of texts that pass checkPair: what stands before the first sign, trimmed, and what stands behind it, as it is.
+ImportOptions::ByColumn pairsFromArguments(const std::vector<std::string>& texts);
+
+/// Each answers what is wrong with the word, to be read behind the option's name; empty: nothing is.
+std::string checkPair(const std::string& text);
+std::string checkSize(const std::string& text);
+std::string checkRange(const std::string& text);
+std::string checkPicture(const std::string& text);
+std::string checkPdf(const std::string& text);
+std::string checkPng(const std::string& text);
+std::string checkTime(const std::string& text);
+std::string checkDuration(const std::string& text);
+std::string checkInterval(const std::string& text);
+
+}  // namespace plotix

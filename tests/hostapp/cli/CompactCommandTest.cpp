@@ -1,0 +1,69 @@
+#include "tests/hostapp/cli/CommandLineFixture.h"
+
+#include <QtCore/QDir>
+
+#include <csignal>
+
+namespace plotix {
+
+namespace {
+
+/// What compact and verify say and answer; that they do it is the archive's to show.
+using CompactCommandTest = CommandLineTest;
+
+TEST_F(CompactCommandTest, SaysWhatItDid)
+{
+    importWeather();
+    ASSERT_EQ(run({"compact", site()}), 0) << m_error.toStdString();
+    EXPECT_TRUE(m_output.startsWith("3 records kept, 0 dropped.\nChunks: ")) << m_output.toStdString();
+    EXPECT_TRUE(m_output.contains("before, 1 now.\nSize: ")) << m_output.toStdString();
+    EXPECT_EQ(m_output.count(QLatin1Char('\n')), 3);
+}
+
+TEST_F(CompactCommandTest, DropsOnlyWhatIsBeforeTheDateGiven)
+{
+    importWeather();
+    ASSERT_EQ(run({"compact", site(), "--before", "2015-01-01T00:01:00Z"}), 0) << m_error.toStdString();
+    EXPECT_TRUE(m_output.startsWith("2 records kept, 1 dropped from before 2015-01-01T00:01:00Z.\n"))
+        << m_output.toStdString();
+}
+
+TEST_F(CompactCommandTest, KeepsASpanThatEndsWithTheLastRecord)
+{
+    importWeather();
+    ASSERT_EQ(run({"compact", site(), "--keep", "1h"}), 0) << m_error.toStdString();
+    EXPECT_TRUE(m_output.startsWith("1 record kept, 2 dropped from before 2015-01-01T23:00:00Z.\n"))
+        << m_output.toStdString();
+}
+
+TEST_F(CompactCommandTest, AnInterruptLeavesTheRecordsThere)
+{
+    importWeather();
+    m_services.progress = [](double) {
+        std::raise(SIGINT);
+        return true;
+    };
+    expectFailure({"compact", site()}, 1, QStringLiteral("cancelled"));
+    m_services.progress = {};
+    ASSERT_EQ(run({"verify", site()}), 0) << m_error.toStdString();
+    EXPECT_TRUE(m_output.startsWith("No damage found. 3 records, 5 values and ")) << m_output.toStdString();
+}
+
+TEST_F(CompactCommandTest, SitesThatAreNotThereAreSaidToBe)
+{
+    for (const char* command : {"compact", "verify"})
+        expectFailure({command, path("none.plotix")}, 1, QStringLiteral("there is no site"));
+    EXPECT_TRUE(QDir(m_folder.path()).isEmpty());
+}
+
+TEST_F(CompactCommandTest, FilesThatAreNoSitesAreRefusedAndKept)
+{
+    const QString foreign = write("foreign.plotix", "this is no site");
+    for (const char* command : {"compact", "verify"})
+        expectFailure({command, foreign}, 1, QStringLiteral("is not a Plotix site"));
+    EXPECT_EQ(contents(foreign), "this is no site");
+}
+
+}  // namespace
+
+}  // namespace plotix

@@ -1,0 +1,59 @@
+#include "tests/hostapp/cli/CommandLineFixture.h"
+
+namespace plotix {
+
+namespace {
+
+using ExportCommandTest = CommandLineTest;
+
+TEST_F(ExportCommandTest, ExportWritesEveryDigit)
+{
+    importWeather();
+    ASSERT_EQ(run({"export", site(), "--output", path("out.csv")}), 0) << m_error.toStdString();
+    EXPECT_EQ(contents(path("out.csv")),
+              QByteArray("time,Air Temperature (°C),Pressure (hPa)\n2015-01-01T00:00:00Z,1.5,1000\n"
+                         "2015-01-01T00:01:00.25Z,,1001.25\n2015-01-02T00:00:00Z,2.5,1002\n"));
+}
+
+TEST_F(ExportCommandTest, ExportTakesAPart)
+{
+    importWeather();
+    ASSERT_EQ(run({"export", site(), "--properties", "pressure", "--from", "2015-01-01T00:01:00Z", "--to",
+                   "2015-01-01T12:00Z", "--output", path("out.csv")}),
+              0);
+    EXPECT_EQ(contents(path("out.csv")), QByteArray("time,Pressure (hPa)\n2015-01-01T00:01:00.25Z,1001.25\n"));
+}
+
+struct RoundTripCase {
+    const char* name;
+    QByteArray text;  ///< as export writes it
+};
+
+class RoundTrip : public CommandLineTest, public testing::WithParamInterface<RoundTripCase> {};
+
+TEST_P(RoundTrip, ExportAndImportAreInverse)
+{
+    importText(GetParam().text);
+    ASSERT_EQ(run({"export", site(), "--output", path("out.csv")}), 0) << m_error.toStdString();
+    EXPECT_EQ(contents(path("out.csv")), GetParam().text);
+    ASSERT_EQ(run({"import", path("out.csv"), "--site", path("second.plotix")}), 0) << m_error.toStdString();
+    ASSERT_EQ(run({"export", path("second.plotix"), "--output", path("again.csv")}), 0);
+    EXPECT_EQ(contents(path("again.csv")), GetParam().text);
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Files, RoundTrip,
+    testing::Values(
+        RoundTripCase{"Exotic",
+                      "time,a\n2015-01-01T00:00:00Z,-0\n2015-01-01T00:00:01Z,5e-324\n2015-01-01T00:00:02Z,inf\n"
+                      "2015-01-01T00:00:03Z,-inf\n2015-01-01T00:00:04Z,0.1\n2015-01-01T00:00:05Z,\n"},
+        RoundTripCase{"FractionsOfSeconds", "time,a\n1969-12-31T23:59:59.9Z,1\n2015-01-01T00:00:00.0000002Z,2\n"},
+        RoundTripCase{"EarlyAndLateYears", "time,a\n0001-01-01T00:00:00Z,1\n9999-12-31T23:59:59Z,2\n"},
+        RoundTripCase{"TimesOutsideTheCalendar", "time (s),a\n-1e+300,1\n1e+300,2\n"},
+        RoundTripCase{"NameLikeAUnit", "time,Level (m) ()\n2015-01-01T00:00:00Z,1\n"},
+        RoundTripCase{"NameWithComma", "time,\"Wind, roof (m/s)\",b\n2015-01-01T00:00:00Z,1,2\n"}),
+    [](const auto& row) { return row.param.name; });
+
+}  // namespace
+
+}  // namespace plotix

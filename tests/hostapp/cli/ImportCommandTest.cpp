@@ -1,0 +1,91 @@
+#include "tests/hostapp/cli/CommandLineFixture.h"
+
+#include <QtCore/QJsonArray>
+#include <QtCore/QJsonDocument>
+#include <QtCore/QJsonObject>
+#include <csignal>
+
+namespace plotix {
+
+namespace {
+
+using ImportCommandTest = CommandLineTest;
+
+TEST_F(ImportCommandTest, ImportMakesSiteAgentAndFirstTrend)
+{
+    importWeather();
+    EXPECT_TRUE(m_output.contains(QStringLiteral("3 records"))) << m_output.toStdString();
+    ASSERT_EQ(m_services.stored.size(), 1U);
+    const TrendRequest& trend = m_services.stored.front();
+    EXPECT_EQ(trend.title, QStringLiteral("EWR"));
+    EXPECT_EQ(trend.agent->name(), QStringLiteral("EWR"));
+    EXPECT_EQ(trend.properties.size(), 2U);
+    EXPECT_EQ(trend.from, Date{1420070400});
+    EXPECT_EQ(trend.to, Date{1420156800});
+}
+
+TEST_F(ImportCommandTest, ASecondImportMakesNoSecondTrend)
+{
+    importWeather();
+    importWeather();
+    EXPECT_EQ(m_services.stored.size(), 1U);
+    importText("time,a\n2015-01-01,1\n", QStringLiteral("JFK"));
+    EXPECT_EQ(m_services.stored.size(), 2U);
+}
+
+TEST_F(ImportCommandTest, ImportOptionsReachTheImporter)
+{
+    const QString file = write("o.csv", "origin,when,temp,x\nEWR,3/4/2015 12:00,50,1\nJFK,oops,1,1\nEWR,bad,1,1\n");
+    ASSERT_EQ(run({"import",       file,   "--site",          site(),      "--agent", "EWR",
+                   "--time",       "when", "--time-zone",     "+02:00",    "--where", "origin=EWR",
+                   "--only",       "temp", "--unit",          "temp=degF", "--name",  "temp=Air Temperature",
+                   "--date-order", "dmy",  "--skip-bad-rows", "--json"}),
+              0)
+        << m_error.toStdString();
+    const QJsonObject summary = QJsonDocument::fromJson(m_output.toUtf8()).object();
+    EXPECT_EQ(summary["records"].toInt(), 1);
+    EXPECT_EQ(summary["otherRows"].toInt(), 1);
+    EXPECT_EQ(summary["badRows"].toInt(), 1);
+    EXPECT_EQ(summary["first"].toString(), QStringLiteral("2015-04-03T10:00:00Z"));
+    EXPECT_EQ(summary["columns"][0]["propertyName"].toString(), QStringLiteral("airTemperature"));
+    EXPECT_EQ(summary["columns"][0]["unit"].toString(), QStringLiteral("°F"));
+}
+
+TEST_F(ImportCommandTest, AFailedImportLeavesNothing)
+{
+    expectFailure({"import", write("bad.csv", "time,a\n2015-01-01,1\n2015-01-02,x\n"), "--site", site()}, 1,
+                  QStringLiteral("bad.csv: line 3, column “a”: “x” is no number"));
+    EXPECT_FALSE(QFile::exists(site()));
+    EXPECT_TRUE(m_services.stored.empty());
+}
+
+TEST_F(ImportCommandTest, CancellingAnImportLeavesNothing)
+{
+    m_services.progress = [](double) { return false; };
+    expectFailure({"import", write("a.csv", "time,a\n2015-01-01,1\n"), "--site", site()}, 1,
+                  QStringLiteral("cancelled"));
+    EXPECT_FALSE(QFile::exists(site()));
+}
+
+TEST_F(ImportCommandTest, AnInterruptFromTheKeyboardCancels)
+{
+    m_services.progress = [](double) {
+        std::raise(SIGINT);
+        return true;
+    };
+    expectFailure({"import", write("a.csv", "time,a\n2015-01-01,1\n"), "--site", site()}, 1,
+                  QStringLiteral("cancelled"));
+    EXPECT_FALSE(QFile::exists(site()));
+}
+
+TEST_F(ImportCommandTest, ATerminalGetsABarThatVanishes)
+{
+    m_isTerminal = true;
+    importWeather();
+    EXPECT_TRUE(m_error.contains(QStringLiteral("Importing data.csv  ["))) << m_error.toStdString();
+    EXPECT_TRUE(m_error.endsWith(QStringLiteral("\r\x1b[K")));
+}
+
+}  // namespace
+
+}  // namespace plotix

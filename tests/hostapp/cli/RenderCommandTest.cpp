@@ -1,0 +1,78 @@
+#include "tests/hostapp/cli/CommandLineFixture.h"
+
+namespace plotix {
+
+namespace {
+
+using RenderCommandTest = CommandLineTest;
+
+TEST_F(RenderCommandTest, RenderDrawsAllTimeUnlessTold)
+{
+    importWeather();
+    ASSERT_EQ(run({"render", site(), "--output", path("a.png")}), 0) << m_error.toStdString();
+    EXPECT_EQ(contents(path("a.png")), "a png");
+    const RenderRequest& request = m_services.rendered.front();
+    EXPECT_EQ(request.size, QSize(1200, 600));
+    EXPECT_EQ(request.trend.from, Date{1420070400});
+    EXPECT_EQ(request.trend.to, Date{1420156800});
+    EXPECT_EQ(request.trend.properties.size(), 2U);
+    EXPECT_FALSE(request.bare);
+}
+
+TEST_F(RenderCommandTest, RenderTakesItsOptions)
+{
+    importWeather();
+    ASSERT_EQ(run({"render", site(), "--agent", "ewr", "--properties", "Pressure, airTemperature", "--from",
+                   "2015-01-01T12:00:00+01:00", "--to", "2015-01-02", "--size", "640x480", "--title", "A title",
+                   "--output", path("a.pdf")}),
+              0)
+        << m_error.toStdString();
+    EXPECT_EQ(contents(path("a.pdf")), "a pdf");
+    const RenderRequest& request = m_services.rendered.front();
+    EXPECT_EQ(request.size, QSize(640, 480));
+    EXPECT_EQ(request.trend.title, QStringLiteral("A title"));
+    EXPECT_EQ(request.trend.properties.at(0)->propertyName(), QStringLiteral("pressure"));
+    EXPECT_EQ(request.trend.from, Date{1420110000});
+    EXPECT_EQ(request.trend.to, Date{1420156800});
+}
+
+TEST_F(RenderCommandTest, RenderTakesAQuickRange)
+{
+    importWeather();
+    ASSERT_EQ(run({"render", site(), "--range", "Last24Hours", "--bare", "--output", path("a.png")}), 0);
+    const RenderRequest& request = m_services.rendered.front();
+    EXPECT_TRUE(request.bare);
+    EXPECT_EQ(request.trend.to->seconds - request.trend.from->seconds, 86'400);
+}
+
+TEST_F(RenderCommandTest, LookupsListWhatThereIs)
+{
+    importWeather();
+    importText("time,a\n2015-01-01,1\n", QStringLiteral("JFK"));
+    const QString output = path("a.png");
+    expectFailure({"render", site(), "--output", output}, 1, QStringLiteral("EWR, JFK"));
+    expectFailure({"render", site(), "--agent", "LGA", "--output", output}, 1, QStringLiteral("EWR, JFK"));
+    expectFailure({"render", site(), "--agent", "EWR", "--properties", "wind", "--output", output}, 1,
+                  QStringLiteral("airTemperature, pressure"));
+    EXPECT_FALSE(QFile::exists(output));
+}
+
+TEST_F(RenderCommandTest, AFailedRenderKeepsTheFileThatWasThere)
+{
+    importWeather();
+    write("a.png", "old");
+    m_services.renderFails = true;
+    expectFailure({"render", site(), "--output", path("a.png")}, 1, QStringLiteral("the module is missing"));
+    EXPECT_EQ(contents(path("a.png")), "old");
+}
+
+TEST_F(RenderCommandTest, PlacesThatCannotBeWrittenAreSaidToBe)
+{
+    importWeather();
+    expectFailure({"render", site(), "--output", path("none/a.png")}, 1, QStringLiteral("cannot be written"));
+    expectFailure({"export", site(), "--output", path("none/a.csv")}, 1, QStringLiteral("cannot be written"));
+}
+
+}  // namespace
+
+}  // namespace plotix

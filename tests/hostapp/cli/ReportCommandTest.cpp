@@ -1,0 +1,37 @@
+#include "tests/hostapp/cli/CommandLineFixture.h"
+
+namespace plotix {
+
+namespace {
+
+using ReportCommandTest = CommandLineTest;
+
+TEST_F(ReportCommandTest, ReportIsAskedForAndWritten)
+{
+    importWeather();
+    ASSERT_EQ(run({"report", site(), "--view", "EWR", "--paper", "Letter", "--output", path("report.pdf")}), 0)
+        << m_error.toStdString();
+    EXPECT_EQ(contents(path("report.pdf")), "a report");
+    EXPECT_EQ(m_services.reported.at(0).view, "EWR");
+    EXPECT_EQ(m_services.reported.at(0).paper, Paper::Letter);
+    EXPECT_EQ(m_services.reported.at(0).document->path(), site());
+}
+
+TEST_F(ReportCommandTest, ReportTakesTheUsualPaperAndTheOnlyViewUnlessTold)
+{
+    importWeather();
+    ASSERT_EQ(run({"report", site(), "--output", path("report.pdf")}), 0) << m_error.toStdString();
+    EXPECT_TRUE(m_services.reported.at(0).view.isEmpty());
+    EXPECT_FALSE(m_services.reported.at(0).paper);
+}
+
+TEST_F(ReportCommandTest, ReportIsAPdfOnOneOfTwoPapers)
+{
+    expectFailure({"report", site(), "--output", path("report.png")}, 2, "must end in .pdf");
+    expectFailure({"report", site(), "--paper", "A3", "--output", path("report.pdf")}, 2, "A3");
+    expectFailure({"report", path("nowhere.plotix"), "--output", path("report.pdf")}, 1, "there is no site");
+}
+
+}  // namespace
+
+}  // namespace plotix
