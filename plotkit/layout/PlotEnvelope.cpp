@@ -1,11 +1,13 @@
 #include "plotkit/layout/PlotEnvelope.h"
 
 #include "plotkit/layout/AxisMapping.h"
+#include "plotkit/layout/BinKernels.h"
 #include "plotkit/model/CPTSeriesIndex.h"
 
 #include <algorithm>
 #include <cmath>
 #include <limits>
+#include <optional>
 
 namespace plotkit {
 
@@ -15,98 +17,142 @@ constexpr double kMostColumns = 1 << 20;
 constexpr std::size_t kMostKeptEdges = 16;
 constexpr float kInfinity = std::numeric_limits<float>::infinity();
 
-float cut(double place)
+/// A point of the line, in columns from the picture's left, and a place.
+struct LinePoint {
+    double at;
+    double place;
+};
+
+/// Where the line between two points crosses an edge: from the nearer end, lest a far-away one swallow the digits.
+double placeAtEdge(const LinePoint& from, const LinePoint& to, double edge)
 {
-    return static_cast<float>(std::clamp(place, -PlotEnvelope::kFarthestPlace, PlotEnvelope::kFarthestPlace));
+    if (!(edge > from.at))
+        return from.place;
+    const double slope = to.at > from.at ? (to.place - from.place) / (to.at - from.at) : 0;
+    return edge - from.at < to.at - edge ? from.place + (edge - from.at) * slope : to.place - (to.at - edge) * slope;
 }
 
-/// Walks the bins once, from the left edge of the picture to the right.
+}  // namespace
+
+/// Turns summaries into an envelope: all columns as if none were empty, then those where the line crosses empty ones.
 class EnvelopeBuilder {
 public:
-    EnvelopeBuilder(PlotEnvelope& envelope, std::size_t columns, const AxisMapping& y)
-        : m_envelope(envelope),
-          m_columns(columns),
-          m_scale(y.places / y.range.length),
-          m_location(y.range.location),
-          m_firstPlace(y.firstPlace)
+    EnvelopeBuilder(PlotEnvelope& envelope, const BinRows& bins, std::size_t columns, const ValueScale& scale)
+        : m_envelope(envelope), m_bins(bins), m_columns(columns), m_scale(scale)
     {
-        envelope.enter.resize(columns);
-        envelope.leave.resize(columns);
-        envelope.low.assign(columns, kInfinity);
-        envelope.high.assign(columns, -kInfinity);
+        const std::size_t room = columns + 1 + SlidingRow<float>::kPadding;
+        for (std::vector<float>* row : {&envelope.m_joins, &envelope.m_low, &envelope.m_high})
+            if (row->size() < room)
+                row->resize(room);
     }
 
-    double placeOf(float y) const { return m_firstPlace + (static_cast<double>(y) - m_location) * m_scale; }
-
-    /// A line from the last point to (`at` columns, y), without the column that `at` lies in.
-    void lineTo(double at, double y, std::size_t column)
+    /// `incoming` and `outgoing` are the points before the first column and after the last, where there are.
+    void build(const std::optional<LinePoint>& incoming, const std::optional<LinePoint>& outgoing)
     {
-        if (m_hasLast) {
-            const double slope = at > m_at ? (y - m_y) / (at - m_at) : 0;
-            // From the nearer end, lest a far-away one swallow the digits.
-            const auto placeAt = [&](double edge) {
-                return edge - m_at < at - edge ? m_y + (edge - m_at) * slope : y - (at - edge) * slope;
-            };
-            for (std::size_t between = m_next; between <= column && between < m_columns; ++between) {
-                const double edge = static_cast<double>(between);
-                const float place = cut(edge > m_at ? placeAt(edge) : m_y);
-                if (between > 0 && (m_begun || between > m_next))
-                    leaveColumn(between - 1, place);
-                enterColumn(between, place);
-            }
-        } else if (column < m_columns) {
-            enterColumn(column, cut(y));
-        }
-        m_begun = true;
-        m_next = column + 1;
-    }
-
-    void lastPoint(double at, double y)
-    {
-        m_at = at;
-        m_y = y;
-        m_hasLast = true;
-    }
-
-    void addBin(std::size_t column, const BinSummary& bin, bool mirrored)
-    {
-        const float first = mirrored ? bin.last : bin.first;
-        const float last = mirrored ? bin.first : bin.last;
-        const double enter = static_cast<double>(column) + static_cast<double>(mirrored ? 1 - bin.leave : bin.enter);
-        const double leave = static_cast<double>(column) + static_cast<double>(mirrored ? 1 - bin.enter : bin.leave);
-        lineTo(enter, placeOf(first), column);
-        const float a = cut(placeOf(bin.min));
-        const float b = cut(placeOf(bin.max));
-        m_envelope.low[column] = std::min({m_envelope.low[column], a, b});
-        m_envelope.high[column] = std::max({m_envelope.high[column], a, b});
-        m_envelope.leave[column] = cut(placeOf(last));
-        lastPoint(leave, placeOf(last));
+        float* low = m_envelope.m_low.data();
+        float* high = m_envelope.m_high.data();
+        const bool hasGaps = BinKernels::best().map(m_bins, m_columns, m_scale, joins(), low, high);
+        if (hasGaps)
+            bridgeGaps();
+        const std::size_t first = firstFilled();
+        const std::size_t last = lastFilled();
+        begin(incoming, outgoing, first);
+        if (first < m_columns)
+            end(outgoing, last);
+        BinKernels::best().takeJoins(joins(), m_columns, low, high);
+        if (!incoming || (first == m_columns && !outgoing))
+            leaveOut(0, first);
+        if (!outgoing && first < m_columns)
+            leaveOut(last + 1, m_columns);
+        m_envelope.enter = {joins(), m_columns};
+        m_envelope.leave = {joins() + 1, m_columns};
+        m_envelope.low = {low, m_columns};
+        m_envelope.high = {high, m_columns};
     }
 
 private:
-    void enterColumn(std::size_t column, float place)
+    float* joins() { return m_envelope.m_joins.data(); }
+    bool isEmpty(std::size_t column) const { return !(m_bins.min[column] <= m_bins.max[column]); }
+    LinePoint firstOf(std::size_t column) const
     {
-        m_envelope.enter[column] = place;
-        m_envelope.leave[column] = place;
-        m_envelope.low[column] = place;
-        m_envelope.high[column] = place;
+        return {static_cast<double>(column) + static_cast<double>(m_bins.enter[column]), m_scale(m_bins.first[column])};
     }
-    void leaveColumn(std::size_t column, float place)
+    LinePoint lastOf(std::size_t column) const
     {
-        m_envelope.leave[column] = place;
-        m_envelope.low[column] = std::min(m_envelope.low[column], place);
-        m_envelope.high[column] = std::max(m_envelope.high[column], place);
+        return {static_cast<double>(column) + static_cast<double>(m_bins.leave[column]), m_scale(m_bins.last[column])};
+    }
+
+    std::size_t firstFilled() const
+    {
+        std::size_t column = 0;
+        while (column < m_columns && isEmpty(column))
+            ++column;
+        return column;
+    }
+    std::size_t lastFilled() const
+    {
+        std::size_t column = m_columns;
+        while (column > 0 && isEmpty(column - 1))
+            --column;
+        return column - 1;  // beyond all where none is filled
+    }
+
+    /// Edges [first, last] are crossed by the line between two points.
+    void cross(const LinePoint& from, const LinePoint& to, std::size_t first, std::size_t last)
+    {
+        for (std::size_t edge = first; edge <= last; ++edge)
+            joins()[edge] = m_scale.cut(placeAtEdge(from, to, static_cast<double>(edge)));
+    }
+
+    void bridgeGaps()
+    {
+        std::size_t before = firstFilled();
+        for (std::size_t column = before + 1; column < m_columns; ++column) {
+            if (isEmpty(column))
+                continue;
+            if (before + 1 < column)
+                cross(lastOf(before), firstOf(column), before + 1, column);
+            before = column;
+        }
+    }
+
+    void begin(const std::optional<LinePoint>& incoming, const std::optional<LinePoint>& outgoing, std::size_t first)
+    {
+        if (first == m_columns) {
+            if (incoming && outgoing)
+                cross(*incoming, *outgoing, 0, m_columns);
+        } else if (incoming) {
+            cross(*incoming, firstOf(first), 0, first);
+        } else {
+            joins()[first] = m_scale.cut(m_scale(m_bins.first[first]));
+        }
+    }
+    void end(const std::optional<LinePoint>& outgoing, std::size_t last)
+    {
+        if (outgoing)
+            cross(lastOf(last), *outgoing, last + 1, m_columns);
+        else
+            joins()[last + 1] = m_scale.cut(m_scale(m_bins.last[last]));
+    }
+
+    /// Columns without the line. Their places are of no matter, but numbers.
+    void leaveOut(std::size_t from, std::size_t to)
+    {
+        std::fill(m_envelope.m_low.data() + from, m_envelope.m_low.data() + to, kInfinity);
+        std::fill(m_envelope.m_high.data() + from, m_envelope.m_high.data() + to, -kInfinity);
+        if (from == 0)
+            std::fill(joins(), joins() + to, 0.0F);
+        else if (from < to)
+            std::fill(joins() + from + 1, joins() + to + 1, 0.0F);
     }
 
     PlotEnvelope& m_envelope;
+    BinRows m_bins;
     std::size_t m_columns;
-    double m_scale, m_location, m_firstPlace;
-    bool m_hasLast = false;
-    bool m_begun = false;    // some column has been entered
-    std::size_t m_next = 0;  // the first column not yet entered
-    double m_at = 0;         // of the last point, in columns
-    double m_y = 0;
+    ValueScale m_scale;
 };
+
+namespace {
 
 bool isDrawable(const QRectF& area)
 {
@@ -153,33 +199,41 @@ bool PlotEnveloping::envelopeInto(PlotEnvelope& envelope, const CPTPointSeries& 
     if (static_cast<double>(grid.count) > columns + 16)
         return false;  // bins too narrow to be told apart
 
-    const std::span<const std::size_t> edges = edgesOf(series).edges(series, grid);
+    BinEdges& edges = edgesOf(series);
+    edges.cover(series, grid);
     if (m_bins.size() <= slot)
         m_bins.resize(slot + 1);
-    const std::span<const BinSummary> bins = m_bins[slot].summaries(series, grid, edges);
-
     const bool mirrored = view.xRange.length < 0;
-    const auto columnOf = [&](double value) {  // in columns from the picture's left
-        const double from = (value - grid.edge(grid.first)) / grid.width;
-        return mirrored ? static_cast<double>(grid.count) - from : from;
+    BinRows bins = m_bins[slot].summaries(series, grid, edges);
+    if (mirrored)
+        bins = m_mirrored.mirrored(bins, grid.count);
+
+    const ValueScale scale{y.range.location, y.places / y.range.length, y.firstPlace, PlotEnvelope::kFarthestPlace};
+    const auto pointOf = [&](std::size_t element) -> std::optional<LinePoint> {
+        if (element >= series.elementCount())
+            return std::nullopt;
+        const double from = (times[element] - grid.edge(grid.first)) / grid.width;
+        return LinePoint{mirrored ? static_cast<double>(grid.count) - from : from, scale(series.y()[element])};
     };
+    const std::optional<LinePoint> before = pointOf(series.index().lastPointBefore(edges.edges()[0]));
+    const std::optional<LinePoint> after = pointOf(series.index().firstPointFrom(edges.edges()[grid.count]));
     const std::int64_t leftmost = mirrored ? grid.first + static_cast<std::int64_t>(grid.count) : grid.first;
     envelope.left = placeForValue(x, grid.edge(leftmost));
-    EnvelopeBuilder builder(envelope, grid.count, y);
-    const std::size_t before = series.index().lastPointBefore(edges.front());
-    const std::size_t after = series.index().firstPointFrom(edges.back());
-    const std::size_t incoming = mirrored ? after : before;
-    const std::size_t outgoing = mirrored ? before : after;
-    if (incoming < series.elementCount())
-        builder.lastPoint(columnOf(times[incoming]), builder.placeOf(series.y()[incoming]));
-    for (std::size_t column = 0; column < grid.count; ++column) {
-        const BinSummary& bin = bins[mirrored ? grid.count - 1 - column : column];
-        if (!bin.isEmpty())
-            builder.addBin(column, bin, mirrored);
-    }
-    if (outgoing < series.elementCount())
-        builder.lineTo(columnOf(times[outgoing]), builder.placeOf(series.y()[outgoing]), grid.count);
+    EnvelopeBuilder(envelope, bins, grid.count, scale).build(mirrored ? after : before, mirrored ? before : after);
     return true;
+}
+
+BinRows MirroredBins::mirrored(const BinRows& rows, std::size_t count)
+{
+    for (std::vector<float>& row : m_rows)
+        row.resize(std::max(row.size(), count + SlidingRow<float>::kPadding));
+    const BinRows turned{m_rows[0].data(), m_rows[1].data(), m_rows[2].data(),
+                         m_rows[3].data(), m_rows[4].data(), m_rows[5].data()};
+    for (std::size_t bin = 0; bin < count; ++bin) {
+        const BinSummary from = rows.at(count - 1 - bin);
+        turned.set(bin, {from.last, from.min, from.max, from.first, 1 - from.leave, 1 - from.enter});
+    }
+    return turned;
 }
 
 }  // namespace plotkit

@@ -3,7 +3,9 @@
 #include "plotkit/layout/PlotReduction.h"
 #include "plotkit/layout/SeriesBins.h"
 
+#include <array>
 #include <memory>
+#include <span>
 #include <vector>
 
 /// A crowded line as the stretch it fills in narrow columns: what a rasteriser needs of it, and nothing else.
@@ -14,12 +16,33 @@ namespace plotkit {
 /// Columns of 1 / kColumnsPerPixel pixel. In column c the line comes in at `enter`, goes out at `leave`, and reaches
 /// from `low` to `high` between (places, y downward). Where the line is not, low is +infinity and high −infinity.
 /// Places lie within ±kFarthestPlace; enter and leave are cut there too, beyond any picture.
+///
+/// *Owns* what its spans show.
 struct PlotEnvelope {
-    static constexpr int kColumnsPerPixel = 16;
+    static constexpr int kColumnsPerPixel = 12;
     static constexpr double kFarthestPlace = 65536;
 
-    double left = 0;  ///< place of column 0's left edge
-    std::vector<float> enter, leave, low, high;
+    PlotEnvelope() = default;
+    PlotEnvelope(const PlotEnvelope&) = delete;
+    PlotEnvelope& operator=(const PlotEnvelope&) = delete;
+
+    double left = 0;                      ///< place of column 0's left edge
+    std::span<const float> enter, leave;  ///< one row: where a column is left, the next is entered
+    std::span<const float> low, high;
+
+private:
+    friend class EnvelopeBuilder;
+    std::vector<float> m_joins, m_low, m_high;
+};
+
+/// Bins in the order of a picture whose x range is reversed.
+class MirroredBins {
+public:
+    /// Borrowed until the next call.
+    BinRows mirrored(const BinRows& rows, std::size_t count);
+
+private:
+    std::array<std::vector<float>, 6> m_rows;
 };
 
 /// Works out envelopes frame after frame. Whoever paints *owns* one.
@@ -35,6 +58,7 @@ private:
     std::vector<std::unique_ptr<BinEdges>> m_edges;
     std::size_t m_nextEdges = 0;  // which of them is given up next
     std::vector<SeriesBins> m_bins;
+    MirroredBins m_mirrored;
 };
 
 }  // namespace plotkit

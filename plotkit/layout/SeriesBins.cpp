@@ -1,11 +1,13 @@
 #include "plotkit/layout/SeriesBins.h"
 
+#include "plotkit/layout/BinKernels.h"
 #include "plotkit/layout/SortedSearch.h"
-#include "plotkit/model/CPTSeriesIndex.h"
+#include "plotkit/model/TimeCourse.h"
 
 #include <algorithm>
 #include <cmath>
 #include <limits>
+#include <optional>
 #include <utility>
 
 namespace plotkit {
@@ -14,22 +16,10 @@ namespace {
 
 /// Beyond, the number of a bin would no longer be exact; the grid then begins at the view.
 constexpr double kMostBinNumber = 1e14;
-/// In a bin of this many elements one block of the index is a sixteenth of the bin at most, if times are even.
-constexpr std::size_t kDenseElements = 16 * CPTSeriesIndex::kFineBlock;
-constexpr double kSnapShare = 1.0 / 8;
+constexpr std::size_t kFine = CPTFineBlocks::kElements;
+constexpr double kSnapShare = 1.0 / 4;
 /// How many bins ahead memory is asked for: each reads a few places far apart.
-constexpr std::size_t kBinsAhead = 8;
-
-/// The part of the old bins that the new ones take over, as bin numbers [first, last).
-std::pair<std::int64_t, std::int64_t> keptBins(const BinGrid& old, const BinGrid& grid)
-{
-    if (old.origin != grid.origin || old.width != grid.width)
-        return {grid.first, grid.first};
-    const std::int64_t first = std::max(old.first, grid.first);
-    const std::int64_t last =
-        std::min(old.first + static_cast<std::int64_t>(old.count), grid.first + static_cast<std::int64_t>(grid.count));
-    return first < last ? std::pair(first, last) : std::pair(grid.first, grid.first);
-}
+constexpr std::size_t kBinsAhead = 16;
 
 float shareOf(double x, double edge, double width)
 {
@@ -39,23 +29,44 @@ float shareOf(double x, double edge, double width)
 BinSummary summaryOf(const CPTPointSeries& series, std::size_t from, std::size_t to, double edge, double width)
 {
     constexpr float kInfinity = std::numeric_limits<float>::infinity();
-    BinSummary summary{0, kInfinity, -kInfinity, 0, 0, 1};
-    if (from == to)
-        return summary;
     const CPTSeriesIndex& index = series.index();
     const std::size_t first = index.firstPointFrom(from);
     if (first >= to)
-        return summary;
+        return {0, kInfinity, -kInfinity, 0, 0, 1};
     const std::size_t last = index.lastPointBefore(to);
     const CPTSeriesIndex::MinMax extremes = index.minMax(from, to);
-    summary = {series.y()[first], extremes.min, extremes.max, series.y()[last], 0, 1};
-    // In a bin so dense an end that is a point stands at the bin's own, as near as can be told.
-    const bool dense = to - from >= kDenseElements;
-    if (!dense || first != from)
-        summary.enter = shareOf(series.x()[first], edge, width);
-    if (!dense || last + 1 != to)
-        summary.leave = shareOf(series.x()[last], edge, width);
-    return summary;
+    return {series.y()[first],
+            extremes.min,
+            extremes.max,
+            series.y()[last],
+            shareOf(series.x()[first], edge, width),
+            shareOf(series.x()[last], edge, width)};
+}
+
+void prefetch(const void* memory)
+{
+    __builtin_prefetch(memory);
+}
+
+/// Asks for what summing up the bins will read, where those places lie too far apart for the processor to guess.
+void askForSamples(const float* y, const std::size_t* edges, std::size_t bin, std::size_t count)
+{
+    const std::size_t ahead = edges[std::min(bin + kBinsAhead, count)];
+    if (ahead == 0)
+        return;
+    prefetch(y + ahead - 1);
+    prefetch(y + ahead - std::min(ahead, kFine));
+}
+
+/// Asks for the times at `element`, and for those where the blocks around it begin.
+void askForTimes(std::span<const double> x, std::size_t element)
+{
+    const std::size_t block = (element + kFine - 1) / kFine * kFine;
+    if (block >= x.size())
+        return;
+    prefetch(x.data() + block);
+    prefetch(x.data() + element);
+    prefetch(x.data() + block - std::min(block, kFine));
 }
 
 }  // namespace
@@ -71,94 +82,151 @@ BinGrid BinGrid::covering(double low, double high, double width)
     return grid;
 }
 
+KeptBins KeptBins::of(const BinGrid& old, const BinGrid& grid, bool known)
+{
+    const auto count = static_cast<std::int64_t>(grid.count);
+    const KeptBins none{static_cast<std::ptrdiff_t>(old.count + grid.count), grid.count, grid.count};
+    if (!known || old.origin != grid.origin || old.width != grid.width)
+        return none;
+    const std::int64_t first = std::clamp<std::int64_t>(old.first - grid.first, 0, count);
+    const std::int64_t last =
+        std::clamp<std::int64_t>(old.first + static_cast<std::int64_t>(old.count) - grid.first, first, count);
+    if (first == last)
+        return none;
+    return {static_cast<std::ptrdiff_t>(grid.first - old.first), static_cast<std::size_t>(first),
+            static_cast<std::size_t>(last)};
+}
+
 bool BinEdges::isOf(const plotix::SharedArray<double>& x, std::size_t elements) const
 {
     const std::shared_ptr<const double> mine = m_x.lock();
     return mine && mine.get() == x.data() && elements == m_elements;
 }
 
-/// The first element at or after `from` whose x is not below `value`; near from + stride where times are even.
-std::size_t BinEdges::search(std::span<const double> x, std::size_t from, double value) const
+/// In crowded bins, for the first element whose x is not below `value`, one nearby with which a block of the index
+/// begins, so that the samples themselves need not be read; x.size() where there is none. `after` is where the block
+/// after that element begins.
+std::size_t BinEdges::blockNear(std::span<const double> x, std::size_t from, std::size_t after, double value) const
+{
+    if (after >= x.size() || after < from + kFine)
+        return x.size();
+    const double above = x[after] - value;
+    const double below = value - x[after - kFine];
+    if (above < 0 || below <= 0 || std::min(above, below) > m_grid.width * kSnapShare)
+        return x.size();
+    return above < below ? after : after - kFine;
+}
+
+/// The same block as blockNear() answers, found without reading the times; the number of elements where the course does
+/// not tell for certain, or no block is near.
+std::size_t BinEdges::blockBy(const TimeCourse& course, std::size_t from, std::size_t guess, double value) const
+{
+    const std::optional<TimeCourse::Neighbours> found = course.around(value, guess);
+    if (!found || found->after >= m_elements || found->after < from + kFine)
+        return m_elements;
+    const bool isBetween = found->above > found->off && found->below > found->off;
+    const bool isNear = std::min(found->above, found->below) + found->off < m_grid.width * kSnapShare;
+    const bool isPlain = std::abs(found->above - found->below) > 2 * found->off;
+    if (!isBetween || !isNear || !isPlain)
+        return m_elements;
+    return found->above < found->below ? found->after : found->after - kFine;
+}
+
+/// The first element at or after `from` whose x is not below `value`, or a block's beginning near it. What is found
+/// does not depend on how good the guess was, or on whether the times were read.
+BinEdges::Found BinEdges::search(std::span<const double> x, const TimeCourse* course, std::size_t from,
+                                 double value) const
 {
     const std::size_t size = x.size();
-    if (m_dense) {
-        // Moved back to where a block of the index begins, the samples themselves need not be read.
-        std::size_t block = std::min(from + m_stride + CPTSeriesIndex::kFineBlock / 2, size - 1);
-        block -= block % CPTSeriesIndex::kFineBlock;
-        for (int tries = 0; tries < 2 && block > from; ++tries, block -= CPTSeriesIndex::kFineBlock)
-            if (x[block] < value && x[block] >= value - m_grid.width * kSnapShare)
-                return block;
+    const auto guess = std::min(static_cast<std::size_t>(static_cast<double>(from) + m_stride + 0.5), size);
+    const bool crowded = m_stride >= static_cast<double>(BinKernels::kDense);
+    if (crowded && course != nullptr)
+        if (const std::size_t found = blockBy(*course, from, guess, value); found < size)
+            return {found, false};
+    if (crowded) {
+        const std::size_t after = (guess + kFine - 1) / kFine * kFine;
+        for (const std::size_t block : {after, after - std::min(after, kFine)})
+            if (const std::size_t found = blockNear(x, from, block, value); found < size)
+                return {found, true};
     }
-    return firstElementAt(x, from, size, std::min(from + m_stride, size), value);
+    const std::size_t exact = firstElementAt(x, from, size, guess, value);
+    const std::size_t block = crowded ? blockNear(x, from, (exact + kFine - 1) / kFine * kFine, value) : size;
+    return {block < size ? block : exact, true};
 }
 
-std::span<const std::size_t> BinEdges::edges(const CPTPointSeries& series, const BinGrid& grid)
+/// Bins [from, to): the edge at `from` stands already, and at `to` if there are bins beyond.
+void BinEdges::findBins(std::span<const double> x, const TimeCourse* course, std::size_t from, std::size_t to)
+{
+    std::size_t* edges = m_edges.data();
+    const auto edgeOf = [this](std::size_t bin) { return m_grid.edge(m_grid.first + static_cast<std::int64_t>(bin)); };
+    const auto reach = static_cast<std::size_t>(m_stride * static_cast<double>(kBinsAhead));
+    bool reads = true;
+    for (std::size_t bin = from; bin < to; ++bin) {
+        if (reads)
+            askForTimes(x, edges[bin] + reach);
+        if (bin + 1 < to || to == m_grid.count) {
+            const Found found = search(x, course, edges[bin], edgeOf(bin + 1));
+            edges[bin + 1] = found.element;
+            reads = found.wasRead;
+        }
+        const std::size_t count = edges[bin + 1] - edges[bin];
+        const bool blocks = count >= BinKernels::kDense && edges[bin] % kFine == 0 && edges[bin + 1] % kFine == 0;
+        m_enter.data()[bin] = blocks || count == 0 ? 0 : shareOf(x[edges[bin]], edgeOf(bin), m_grid.width);
+        m_leave.data()[bin] = blocks || count == 0 ? 1 : shareOf(x[edges[bin + 1] - 1], edgeOf(bin), m_grid.width);
+    }
+}
+
+void BinEdges::cover(const CPTPointSeries& series, const BinGrid& grid)
 {
     const std::span<const double> x = series.x().span().first(series.elementCount());
-    const bool known = isOf(series.x(), x.size()) && m_edges.size() == m_grid.count + 1;
-    const auto [keepFirst, keepLast] = known ? keptBins(m_grid, grid) : std::pair(grid.first, grid.first);
-    const auto end = grid.first + static_cast<std::int64_t>(grid.count);
-    const auto begin = x.begin();
-    const auto firstFrom = [&](double value) {
-        return static_cast<std::size_t>(std::lower_bound(begin, x.end(), value) - begin);
+    const KeptBins kept = KeptBins::of(m_grid, grid, isOf(series.x(), x.size()));
+    const auto firstFrom = [&](std::size_t bin) {
+        const double value = grid.edge(grid.first + static_cast<std::int64_t>(bin));
+        return static_cast<std::size_t>(std::lower_bound(x.begin(), x.end(), value) - x.begin());
     };
-    const BinGrid old = std::exchange(m_grid, grid);
-    m_next.resize(grid.count + 1);
-    m_next[0] = firstFrom(grid.edge(grid.first));
-    if (keepFirst == keepLast) {
-        m_stride = (firstFrom(grid.edge(end)) - m_next[0]) / grid.count;
-        m_dense = m_stride >= kDenseElements;
-    }
-    for (std::int64_t bin = grid.first; bin < end; ++bin) {
-        const auto at = static_cast<std::size_t>(bin - grid.first);
-        if (bin + 1 >= keepFirst && bin + 1 <= keepLast && keepFirst < keepLast) {
-            // Edges keepFirst … keepLast stand already.
-            const auto count = static_cast<std::size_t>(keepLast - bin);
-            std::copy_n(m_edges.begin() + (bin + 1 - old.first), count,
-                        m_next.begin() + static_cast<std::ptrdiff_t>(at) + 1);
-            bin = keepLast - 1;
-            continue;
-        }
-        const std::size_t ahead = m_next[at] + kBinsAhead * m_stride;
-        if (ahead < x.size())
-            __builtin_prefetch(x.data() + ahead);
-        m_next[at + 1] = search(x, m_next[at], grid.edge(bin + 1));
-    }
-    if (keepFirst == grid.first && keepFirst < keepLast)
-        m_next[0] = m_edges[static_cast<std::size_t>(keepFirst - old.first)];
-    m_edges.swap(m_next);
+    m_grid = grid;
     m_x = series.x().weak();
     m_elements = x.size();
-    return m_edges;
+    m_edges.slide(kept.moved, grid.count + 1);
+    m_enter.slide(kept.moved, grid.count);
+    m_leave.slide(kept.moved, grid.count);
+    if (kept.keptFirst > 0) {
+        const std::size_t first = firstFrom(0);
+        if (kept.keptFirst == grid.count)
+            m_stride = static_cast<double>(firstFrom(grid.count) - first) / static_cast<double>(grid.count);
+        m_edges.data()[0] = first;
+        findBins(x, series.xCourse(), 0, kept.keptFirst);
+    }
+    findBins(x, series.xCourse(), kept.keptLast, grid.count);
 }
 
-std::span<const BinSummary> SeriesBins::summaries(const CPTPointSeries& series, const BinGrid& grid,
-                                                  std::span<const std::size_t> edges)
+BinRows SeriesBins::rows()
 {
-    const auto [keepFirst, keepLast] =
-        series.serial() == m_serial ? keptBins(m_grid, grid) : std::pair(grid.first, grid.first);
-    m_next.resize(grid.count);
-    const float* y = series.y().data();
-    for (std::size_t at = 0; at < grid.count; ++at) {
-        const std::int64_t bin = grid.first + static_cast<std::int64_t>(at);
-        if (bin == keepFirst && keepFirst < keepLast) {
-            const auto count = static_cast<std::size_t>(keepLast - keepFirst);
-            std::copy_n(m_summaries.begin() + (keepFirst - m_grid.first), count,
-                        m_next.begin() + static_cast<std::ptrdiff_t>(at));
-            at += count - 1;
-            continue;
-        }
-        const std::size_t ahead = edges[std::min(at + kBinsAhead, grid.count)];
-        if (ahead < series.elementCount())
-            __builtin_prefetch(y + ahead);
-        if (ahead > 0)
-            __builtin_prefetch(y + ahead - 1);
-        m_next[at] = summaryOf(series, edges[at], edges[at + 1], grid.edge(bin), grid.width);
-    }
-    m_summaries.swap(m_next);
+    return {m_first.data(), m_min.data(), m_max.data(), m_last.data(), m_enter.data(), m_leave.data()};
+}
+
+BinRows SeriesBins::summaries(const CPTPointSeries& series, const BinGrid& grid, const BinEdges& edges)
+{
+    const KeptBins kept = KeptBins::of(m_grid, grid, series.serial() == m_serial);
+    for (SlidingRow<float>* row : {&m_first, &m_min, &m_max, &m_last, &m_enter, &m_leave})
+        row->slide(kept.moved, grid.count);
     m_serial = series.serial();
     m_grid = grid;
-    return m_summaries;
+
+    const BinSource source{
+        series.y().data(), series.points().words().data(), series.index(), edges.edges(), edges.enter(), edges.leave()};
+    const BinRows all = rows();
+    for (const auto& [from, to] : {std::pair(std::size_t{0}, kept.keptFirst), std::pair(kept.keptLast, grid.count)}) {
+        BinKernels::best().summarise(source, all, from, to);
+        for (std::size_t bin = from; bin < to; ++bin) {
+            if (!std::isnan(all.first[bin]))
+                continue;
+            askForSamples(source.y, source.edges, bin, grid.count);
+            all.set(bin, summaryOf(series, source.edges[bin], source.edges[bin + 1],
+                                   grid.edge(grid.first + static_cast<std::int64_t>(bin)), grid.width));
+        }
+    }
+    return all;
 }
 
 }  // namespace plotkit

@@ -1,6 +1,8 @@
 #pragma once
 
+#include "plotkit/layout/SlidingRow.h"
 #include "plotkit/model/CPTPointSeries.h"
+#include "plotkit/model/CPTSeriesIndex.h"
 
 #include <cstddef>
 #include <cstdint>
@@ -28,45 +30,86 @@ struct BinGrid {
     static BinGrid covering(double low, double high, double width);
 };
 
-/// The first element of every bin, and one past the last bin's last. *Borrows* x only while called; remembers it
-/// weakly. Plots with one x array share the edges.
-class BinEdges {
-public:
-    bool isOf(const plotix::SharedArray<double>& x, std::size_t elements) const;
-
-    /// count + 1 elements, ascending. In dense bins an edge may lie a small share of a bin early, where a block of the
-    /// series' index begins.
-    std::span<const std::size_t> edges(const CPTPointSeries& series, const BinGrid& grid);
-
-private:
-    std::size_t search(std::span<const double> x, std::size_t from, double value) const;
-
-    std::weak_ptr<const double> m_x;
-    std::size_t m_elements = 0;
-    BinGrid m_grid;
-    std::vector<std::size_t> m_edges, m_next;
-    std::size_t m_stride = 0;  // elements a bin
-    bool m_dense = false;
-};
-
-/// The points of one bin: the first, the last, and the extremes. Where they stand is a share of the bin's width.
+/// The points of one bin: the first, the last, and the extremes. Where they stand is a share of the bin's width. In a
+/// crowded bin that ends with a block of the index, `last` may be the very next point.
 struct BinSummary {
     float first, min, max, last;
     float enter, leave;
     bool isEmpty() const { return !(min <= max); }
 };
 
+/// Summaries of bins side by side, each number in a row of its own. *Borrows* the rows, which can be read and written
+/// SlidingRow::kPadding numbers beyond the last bin.
+struct BinRows {
+    float *first, *min, *max, *last, *enter, *leave;
+
+    void set(std::size_t bin, const BinSummary& summary) const
+    {
+        first[bin] = summary.first;
+        min[bin] = summary.min;
+        max[bin] = summary.max;
+        last[bin] = summary.last;
+        enter[bin] = summary.enter;
+        leave[bin] = summary.leave;
+    }
+    BinSummary at(std::size_t bin) const { return {first[bin], min[bin], max[bin], last[bin], enter[bin], leave[bin]}; }
+};
+
+/// Bins that are to be worked out, as places in a grid: [0, keptFirst) and [keptLast, count).
+struct KeptBins {
+    std::ptrdiff_t moved = 0;  ///< how many bins the grid's beginning went forward
+    std::size_t keptFirst = 0, keptLast = 0;
+
+    /// Nothing is kept where `known` is false or the grids do not match.
+    static KeptBins of(const BinGrid& old, const BinGrid& grid, bool known);
+};
+
+/// The first element of every bin, and one past the last bin's last. *Borrows* x only while called; remembers it
+/// weakly. Plots with one x array share the edges.
+class BinEdges {
+public:
+    bool isOf(const plotix::SharedArray<double>& x, std::size_t elements) const;
+
+    /// Finds the edges of a grid's bins. In crowded bins an edge may lie a small share of a bin off, where a block of
+    /// the series' index begins.
+    void cover(const CPTPointSeries& series, const BinGrid& grid);
+
+    /// Of the grid covered last: one element more than there are bins, ascending.
+    const std::size_t* edges() const { return m_edges.data(); }
+    /// Where the first and the last element of each bin stand, as shares of its width; anything for an empty bin.
+    const float* enter() const { return m_enter.data(); }
+    const float* leave() const { return m_leave.data(); }
+
+private:
+    struct Found {
+        std::size_t element;
+        bool wasRead;  // the times had to be read
+    };
+    void findBins(std::span<const double> x, const TimeCourse* course, std::size_t from, std::size_t to);
+    std::size_t blockBy(const TimeCourse& course, std::size_t from, std::size_t guess, double value) const;
+    std::size_t blockNear(std::span<const double> x, std::size_t from, std::size_t after, double value) const;
+    Found search(std::span<const double> x, const TimeCourse* course, std::size_t from, double value) const;
+
+    std::weak_ptr<const double> m_x;
+    std::size_t m_elements = 0;
+    BinGrid m_grid;
+    SlidingRow<std::size_t> m_edges;
+    SlidingRow<float> m_enter, m_leave;
+    double m_stride = 0;  // elements a bin
+};
+
 /// The summaries of one series.
 class SeriesBins {
 public:
-    /// One summary a bin. Requires: edges of the same series and grid.
-    std::span<const BinSummary> summaries(const CPTPointSeries& series, const BinGrid& grid,
-                                          std::span<const std::size_t> edges);
+    /// One summary a bin. Requires: edges of the same series, cover() called for the same grid.
+    BinRows summaries(const CPTPointSeries& series, const BinGrid& grid, const BinEdges& edges);
 
 private:
+    BinRows rows();
+
     std::uint64_t m_serial = 0;  // of the series; 0 before the first
     BinGrid m_grid;
-    std::vector<BinSummary> m_summaries, m_next;
+    SlidingRow<float> m_first, m_min, m_max, m_last, m_enter, m_leave;
 };
 
 }  // namespace plotkit

@@ -1,6 +1,7 @@
 #include "plotkit/model/CPTPointSeries.h"
 
 #include "plotkit/model/CPTSeriesIndex.h"
+#include "plotkit/model/TimeOrder.h"
 
 #include <algorithm>
 #include <atomic>
@@ -24,23 +25,6 @@ std::uint64_t nextSerial()
     return ++last;
 }
 
-/// NaN and infinite times make the array unsorted: a search by time could not be trusted.
-bool neverDecreases(std::span<const double> x)
-{
-    if (x.empty())
-        return true;
-    constexpr std::size_t kStride = 4096;  // long enough to be read at memory speed, short enough to stop early
-    for (std::size_t first = 1; first < x.size(); first += kStride) {
-        const std::size_t last = std::min(x.size(), first + kStride);
-        int turns = 0;
-        for (std::size_t element = first; element < last; ++element)
-            turns |= x[element] >= x[element - 1] ? 0 : 1;
-        if (turns != 0)
-            return false;
-    }
-    return std::isfinite(x.front()) && std::isfinite(x.back());
-}
-
 }  // namespace
 
 CPTPointSeries::CPTPointSeries(plotix::SharedArray<double> x, plotix::SharedArray<float> y,
@@ -50,8 +34,23 @@ CPTPointSeries::CPTPointSeries(plotix::SharedArray<double> x, plotix::SharedArra
       m_points(std::move(points)),
       m_pointCount(pointCount),
       m_serial(nextSerial()),
-      m_xSorted(neverDecreases(m_x.span().first(m_y.size()))),
+      m_xSorted(plotkit::areTimesSorted(m_x, m_y.size())),
+      m_xCourse(plotkit::courseOfTimes(m_x, m_y.size())),
       m_index(std::make_unique<CPTSeriesIndex>(m_y.span(), m_points))
+{
+    m_extent = computedExtent();
+}
+
+CPTPointSeries::CPTPointSeries(plotix::SharedArray<double> x, plotix::SharedArray<float> y,
+                               plotix::ValidityBitmap points, std::size_t pointCount, CPTFineBlocks fine)
+    : m_x(std::move(x)),
+      m_y(std::move(y)),
+      m_points(std::move(points)),
+      m_pointCount(pointCount),
+      m_serial(nextSerial()),
+      m_xSorted(plotkit::areTimesSorted(m_x, m_y.size())),
+      m_xCourse(plotkit::courseOfTimes(m_x, m_y.size())),
+      m_index(std::make_unique<CPTSeriesIndex>(m_y.span(), m_points, std::move(fine)))
 {
     m_extent = computedExtent();
 }

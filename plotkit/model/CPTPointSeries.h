@@ -16,6 +16,10 @@ struct CPTPoint {
 };
 
 class CPTSeriesIndex;  // the min/max index over y
+struct CPTFineBlocks;
+namespace plotkit {
+class TimeCourse;
+}
 
 /// The ordered points of one plot as columns: x shared with whoever fetched it, y as floats, and a bitmap of the
 /// elements that are points at all. Elements outside the bitmap were dropped; the line runs on to the next point.
@@ -26,6 +30,9 @@ public:
     /// x and y have equal lengths, or x is longer and its rest is ignored. `pointCount` is the number of set bits.
     CPTPointSeries(plotix::SharedArray<double> x, plotix::SharedArray<float> y, plotix::ValidityBitmap points,
                    std::size_t pointCount);
+    /// The same, with the finer level of the index already filled. Requires: y no longer than x.
+    CPTPointSeries(plotix::SharedArray<double> x, plotix::SharedArray<float> y, plotix::ValidityBitmap points,
+                   std::size_t pointCount, CPTFineBlocks fine);
     ~CPTPointSeries();
 
     /// A series holding the single point (0, 0).
@@ -49,6 +56,9 @@ public:
     /// Whether x is finite and never decreases over the elements, dropped ones included.
     bool isXSorted() const { return m_xSorted; }
 
+    /// How x runs on, over all elements at least; null where it is not sorted or there are none. *Owned* by the series.
+    const plotkit::TimeCourse* xCourse() const { return m_xCourse.get(); }
+
     /// Smallest and largest x and y over the points; absent when there are none. Points with a coordinate that is not
     /// finite are left out: no range can show them.
     struct Extent {
@@ -69,6 +79,7 @@ private:
     std::size_t m_pointCount;
     std::uint64_t m_serial;
     bool m_xSorted = true;
+    std::shared_ptr<const plotkit::TimeCourse> m_xCourse;
     std::optional<Extent> m_extent;
     std::unique_ptr<const CPTSeriesIndex> m_index;
 };

@@ -108,37 +108,72 @@ MinMax minMaxOfRun(const float* y, std::size_t count)
     return finite ? all : finiteMinMax(y, rangeMask(0, count));
 }
 
-MinMax joinedBlocks(std::span<const MinMax> blocks)
+/// Of blocks [first, last) of a level.
+MinMax joinedBlocks(const float* least, const float* greatest, std::size_t first, std::size_t last)
 {
     Lanes lanes;
-    std::size_t block = 0;
-    for (; block + 8 <= blocks.size(); block += 8)
+    std::size_t block = first;
+    for (; block + 8 <= last; block += 8)
         for (std::size_t lane = 0; lane < 8; ++lane)
-            lanes.take(lane, blocks[block + lane].min, blocks[block + lane].max);
-    for (; block < blocks.size(); ++block)
-        lanes.take(0, blocks[block].min, blocks[block].max);
+            lanes.take(lane, least[block + lane], greatest[block + lane]);
+    for (; block < last; ++block)
+        lanes.take(0, least[block], greatest[block]);
     return lanes.result();
+}
+
+CPTFineBlocks filledBlocks(std::span<const float> y, const plotix::ValidityBitmap& points)
+{
+    CPTFineBlocks blocks(y.size());
+    for (std::size_t block = 0; block < blocks.count; ++block) {
+        const std::size_t first = block * kFine;
+        blocks.set(block, y.data() + first, pointMask(points, block) & rangeMask(0, std::min(kFine, y.size() - first)));
+    }
+    return blocks;
 }
 
 }  // namespace
 
-CPTSeriesIndex::CPTSeriesIndex(std::span<const float> y, const plotix::ValidityBitmap& points)
-    : m_y(y), m_points(points)
+CPTFineBlocks::CPTFineBlocks(std::size_t elements)
+    : count((elements + kElements - 1) / kElements), memory(plotix::unsetArray<float>(3 * count))
 {
-    const std::size_t blocks = (y.size() + kFineBlock - 1) / kFineBlock;
-    m_memory = std::static_pointer_cast<MinMax>(plotix::zeroedMemory(blocks * sizeof(MinMax)));
-    m_fine = {m_memory.get(), blocks};
-    for (std::size_t block = 0; block < blocks; ++block) {
-        const std::size_t first = block * kFineBlock;
-        const std::size_t count = std::min(kFineBlock, y.size() - first);
-        const std::uint32_t mask = pointMask(m_points, block) & rangeMask(0, count);
-        m_memory.get()[block] = minMaxOfBlock(y.data() + first, mask);
+}
+
+void CPTFineBlocks::set(std::size_t block, const float* y, std::uint32_t points) const
+{
+    const MinMax pair = minMaxOfBlock(y, points);
+    least()[block] = pair.min;
+    greatest()[block] = pair.max;
+    const bool begins = (points & 1U) != 0 && std::isfinite(y[0]);
+    first()[block] = begins ? y[0] : std::numeric_limits<float>::quiet_NaN();
+}
+
+CPTSeriesIndex::CPTSeriesIndex(std::span<const float> y, const plotix::ValidityBitmap& points)
+    : CPTSeriesIndex(y, points, filledBlocks(y, points))
+{
+}
+
+CPTSeriesIndex::CPTSeriesIndex(std::span<const float> y, const plotix::ValidityBitmap& points, CPTFineBlocks fine)
+    : m_y(y), m_points(points), m_fine(std::move(fine))
+{
+    assert(m_fine.count == (y.size() + kFineBlock - 1) / kFineBlock);
+    const std::size_t blocks = (m_fine.count + kFinePerCoarse - 1) / kFinePerCoarse;
+    m_coarseLeast.reserve(blocks);
+    m_coarseGreatest.reserve(blocks);
+    for (std::size_t first = 0; first < m_fine.count; first += kFinePerCoarse) {
+        const MinMax pair = joinedFine(first, std::min(m_fine.count, first + kFinePerCoarse));
+        m_coarseLeast.push_back(pair.min);
+        m_coarseGreatest.push_back(pair.max);
     }
-    m_coarse.reserve((m_fine.size() + kFinePerCoarse - 1) / kFinePerCoarse);
-    for (std::size_t first = 0; first < m_fine.size(); first += kFinePerCoarse) {
-        const std::size_t count = std::min(kFinePerCoarse, m_fine.size() - first);
-        m_coarse.push_back(joinedBlocks(m_fine.subspan(first, count)));
-    }
+}
+
+CPTSeriesIndex::MinMax CPTSeriesIndex::joinedFine(std::size_t first, std::size_t last) const
+{
+    return joinedBlocks(m_fine.least(), m_fine.greatest(), first, last);
+}
+
+CPTSeriesIndex::MinMax CPTSeriesIndex::joinedCoarse(std::size_t first, std::size_t last) const
+{
+    return joinedBlocks(m_coarseLeast.data(), m_coarseGreatest.data(), first, last);
 }
 
 CPTSeriesIndex::MinMax CPTSeriesIndex::minMax(std::size_t first, std::size_t last) const
@@ -153,9 +188,6 @@ CPTSeriesIndex::MinMax CPTSeriesIndex::minMax(std::size_t first, std::size_t las
         const std::uint32_t mask = pointMask(m_points, block) & wanted;
         return mask == wanted ? minMaxOfRun(m_y.data() + from, to - from) : finiteMinMax(m_y.data() + start, mask);
     };
-    const auto fine = [this](std::size_t from, std::size_t to) {
-        return joinedBlocks(m_fine.subspan(from, to - from));
-    };
     const std::size_t firstFine = (first + kFineBlock - 1) / kFineBlock;
     const std::size_t lastFine = last / kFineBlock;
     if (firstFine > lastFine)
@@ -169,10 +201,10 @@ CPTSeriesIndex::MinMax CPTSeriesIndex::minMax(std::size_t first, std::size_t las
     const std::size_t firstCoarse = (firstFine + kFinePerCoarse - 1) / kFinePerCoarse;
     const std::size_t lastCoarse = lastFine / kFinePerCoarse;
     if (firstCoarse >= lastCoarse)
-        return joined(all, fine(firstFine, lastFine));
-    all = joined(all, fine(firstFine, firstCoarse * kFinePerCoarse));
-    all = joined(all, fine(lastCoarse * kFinePerCoarse, lastFine));
-    return joined(all, joinedBlocks(std::span(m_coarse).subspan(firstCoarse, lastCoarse - firstCoarse)));
+        return joined(all, joinedFine(firstFine, lastFine));
+    all = joined(all, joinedFine(firstFine, firstCoarse * kFinePerCoarse));
+    all = joined(all, joinedFine(lastCoarse * kFinePerCoarse, lastFine));
+    return joined(all, joinedCoarse(firstCoarse, lastCoarse));
 }
 
 std::size_t CPTSeriesIndex::firstPointFrom(std::size_t element) const
@@ -181,9 +213,9 @@ std::size_t CPTSeriesIndex::firstPointFrom(std::size_t element) const
         return element;
     while (element < size()) {
         const std::size_t fine = element / kFineBlock;
-        if (m_coarse[fine / kFinePerCoarse].isEmpty()) {
+        if (isCoarseEmpty(fine / kFinePerCoarse)) {
             element = (fine / kFinePerCoarse + 1) * kCoarseBlock;
-        } else if (m_fine[fine].isEmpty()) {
+        } else if (m_fine.isEmpty(fine)) {
             element = (fine + 1) * kFineBlock;
         } else {
             const std::size_t end = std::min(size(), (fine + 1) * kFineBlock);
@@ -202,9 +234,9 @@ std::size_t CPTSeriesIndex::lastPointBefore(std::size_t element) const
         return element - 1;
     while (element > 0) {
         const std::size_t fine = (element - 1) / kFineBlock;
-        if (m_coarse[fine / kFinePerCoarse].isEmpty()) {
+        if (isCoarseEmpty(fine / kFinePerCoarse)) {
             element = fine / kFinePerCoarse * kCoarseBlock;
-        } else if (m_fine[fine].isEmpty()) {
+        } else if (m_fine.isEmpty(fine)) {
             element = fine * kFineBlock;
         } else {
             for (; element > fine * kFineBlock; --element)

@@ -3,9 +3,33 @@
 #include "base/SharedArray.h"
 
 #include <cstddef>
+#include <cstdint>
 #include <memory>
 #include <span>
 #include <vector>
+
+/// The finer level of an index: for every 32 elements the least and greatest of the finite points, and the first
+/// element as it is, or NaN where that is no finite point. A block without points has least > greatest.
+///
+/// *Shares* its memory: whoever fills it hands it on, and writes no more.
+struct CPTFineBlocks {
+    static constexpr std::size_t kElements = 32;
+
+    CPTFineBlocks() = default;
+    /// As many blocks as `elements` need; they hold anything.
+    explicit CPTFineBlocks(std::size_t elements);
+
+    /// Fills one from its samples, of which the set bits (element 0 lowest) are points. Reads no other.
+    void set(std::size_t block, const float* y, std::uint32_t points) const;
+
+    bool isEmpty(std::size_t block) const { return !(least()[block] <= greatest()[block]); }
+    float* least() const { return memory.get(); }
+    float* greatest() const { return memory.get() + count; }
+    float* first() const { return memory.get() + 2 * count; }
+
+    std::size_t count = 0;
+    std::shared_ptr<float> memory;
+};
 
 /// A two-level min/max index over the y values of a series: one pair per 32 elements, one per 1024.
 ///
@@ -13,7 +37,7 @@
 /// in O(n), then immutable; any thread may read.
 class CPTSeriesIndex {
 public:
-    static constexpr std::size_t kFineBlock = 32;
+    static constexpr std::size_t kFineBlock = CPTFineBlocks::kElements;
     static constexpr std::size_t kCoarseBlock = 1024;
 
     struct MinMax {
@@ -24,6 +48,8 @@ public:
 
     /// Borrows y and points; they must outlive the index.
     CPTSeriesIndex(std::span<const float> y, const plotix::ValidityBitmap& points);
+    /// The same from fine blocks that were filled while y was.
+    CPTSeriesIndex(std::span<const float> y, const plotix::ValidityBitmap& points, CPTFineBlocks fine);
 
     /// Smallest and largest y of the points in elements [first, last). Touches at most 2 × 32 samples and 2 × 32 fine
     /// blocks beside the coarse ones. Requires: first ≤ last ≤ size.
@@ -35,11 +61,18 @@ public:
     std::size_t lastPointBefore(std::size_t element) const;
 
     std::size_t size() const { return m_y.size(); }
+    const CPTFineBlocks& fine() const { return m_fine; }
+    /// The coarser level's pairs, one for every 1024 elements.
+    std::span<const float> coarseLeast() const { return m_coarseLeast; }
+    std::span<const float> coarseGreatest() const { return m_coarseGreatest; }
 
 private:
+    MinMax joinedFine(std::size_t first, std::size_t last) const;
+    MinMax joinedCoarse(std::size_t first, std::size_t last) const;
+    bool isCoarseEmpty(std::size_t block) const { return !(m_coarseLeast[block] <= m_coarseGreatest[block]); }
+
     std::span<const float> m_y;
     plotix::ValidityBitmap m_points;
-    std::shared_ptr<MinMax> m_memory;  // of the fine blocks
-    std::span<const MinMax> m_fine;
-    std::vector<MinMax> m_coarse;
+    CPTFineBlocks m_fine;
+    std::vector<float> m_coarseLeast, m_coarseGreatest;
 };

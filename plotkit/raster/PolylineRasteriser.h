@@ -34,7 +34,7 @@ struct PolylineSet {
 /// comes in and goes out at the column's edges, and from where to where it reaches between. Where the line is not, low
 /// is +infinity and high −infinity. Borrows the memory; the spans are of equal length, everything else is finite.
 struct LineColumns {
-    static constexpr int kPerPixel = 16;
+    static constexpr int kPerPixel = 12;
     double left = 0;  ///< the left edge of column 0
     std::span<const float> enter, leave, low, high;
 };
@@ -51,15 +51,25 @@ public:
     PolylineRasteriser(const PolylineRasteriser&) = delete;
     PolylineRasteriser& operator=(const PolylineRasteriser&) = delete;
 
-    /// Blends (source over) the stroke of all parts into the buffer, inside `clip` and the buffer.
-    /// A width that is not positive and finite, an invalid or fully transparent colour, an empty clip: nothing happens.
-    /// Points that are not finite are passed over. A single part whose x never turns back takes a faster way.
+    /// Blends (source over) the stroke of all parts into the buffer, inside `clip` and the buffer. A width that is not
+    /// positive and finite, an invalid or fully transparent colour, an empty clip: nothing happens. Points that are not
+    /// finite are passed over. A single part whose x never turns back takes a faster way.
     void stroke(const PixelBuffer& buffer, const PolylineSet& lines, double width, const QColor& color,
                 const QRect& clip);
 
-    /// The same for one line given by columns; its cost is that of the pixels. Requires: canStrokeColumns(width).
+    /// The same for one line given by columns; its cost is that of the pixels.
+    /// Requires: canStrokeColumns(width).
     void stroke(const PixelBuffer& buffer, const LineColumns& columns, double width, const QColor& color,
                 const QRect& clip);
+
+    /// Many strokes over one another: the picture is that of stroke() called for each in turn, but pixels are blended
+    /// at the latest in finish(), all strokes together, which costs less. Borrows the buffer until then, and lines only
+    /// for the call.
+    /// Requires: begin() before the first add(), finish() after the last.
+    void begin(const PixelBuffer& buffer, const QRect& clip);
+    void add(const PolylineSet& lines, double width, const QColor& color);
+    void add(const LineColumns& columns, double width, const QColor& color);
+    void finish();
 
     /// Pens narrower than a pixel or wider than 60 take points.
     static bool canStrokeColumns(double width);

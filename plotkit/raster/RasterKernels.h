@@ -6,35 +6,54 @@
 
 /// The inner loops of the rasteriser: plain arithmetic over rows of numbers, without any notion of a line.
 ///
-/// Compiled once for every processor and once for AVX2, chosen at run time; both give identical pixels. Pure; any
-/// thread.
+/// Written once for every processor and once for each wider set of instructions, chosen at run time; all give identical
+/// pixels. Pure; any thread.
 namespace plotkit {
 
+/// How far a line that passes steeply through its column fills the column's own width: nothing up to slope `gentle`,
+/// then `most` × (1 − gentle / slope)². Slopes are in pixels a column.
+struct SlopeSpread {
+    float gentle = 0;  ///< positive
+    float most = 0;    ///< 0…1
+};
+
+/// Half heights of a disc of pixels at the sources beside a target: `heights[k]` is that at the k-th to the left and to
+/// the right.
+struct DiscChords {
+    const float* heights = nullptr;
+    int taps = 0;
+};
+
 struct RasterKernels {
-    static constexpr int kLanes = 16;  ///< pixel columns handled side by side
+    static constexpr int kLanes = 16;      ///< pixel columns handled side by side
+    static constexpr int kRowSteps = 256;  ///< heights are told apart in steps of this part of a row
+    static constexpr int kWhole = 24576;   ///< coverage of a pixel that is covered wholly
 
-    /// Widens the extent in every source column by a disc. Target t lies between sources t and t + 1; `left[k]` is half
-    /// the disc's height at source t − k, `right[k]` at source t + 1 + k; −infinity beyond the disc. An empty extent is
-    /// (+infinity, −infinity).
+    /// The extents a disc is to widen. Of a line that just passes through its column the middle is exact, unless it is
+    /// too steep; of one that turns there, the turning point: between the two, low and high shrink as far as it is the
+    /// slope's doing. An empty extent (+infinity, −infinity) stays empty. Any `count`.
+    void (*shrink)(const float* enter, const float* leave, const float* low, const float* high, float* shrunkLow,
+                   float* shrunkHigh, std::ptrdiff_t count, SlopeSpread spread);
+
+    /// Widens the extent in every source column by a disc. Target t lies between sources t and t + 1. The result is cut
+    /// to rows `firstRow` … `lastRow` and given in steps below the first; it is empty where top ≥ bottom.
     /// Requires: `count` a multiple of kLanes; sources readable from −(taps − 1) to count + taps − 1.
-    void (*dilate)(const float* low, const float* high, float* top, float* bottom, int count, const float* left,
-                   const float* right, int taps);
+    void (*dilate)(const float* low, const float* high, qint32* top, qint32* bottom, int count,
+                   const DiscChords& chords, int firstRow, int lastRow);
 
-    /// Blends `rows` rows of kLanes pixels. `changes` holds, row by row, how much each lane's coverage changes there;
-    /// they are summed into `coverage`, which carries on from call to call, and are left zero. Whole coverage is
-    /// 2 ^ `fullBits`. `color` is premultiplied.
-    void (*blendRows)(quint32* pixels, std::ptrdiff_t stride, int rows, qint32* changes, qint32* coverage, int fullBits,
-                      quint32 color);
-
-    /// Blends whole coverage over `rows` rows of kLanes pixels.
-    void (*fillRows)(quint32* pixels, std::ptrdiff_t stride, int rows, quint32 color);
+    /// Blends `rows` rows of kLanes pixels. `changes` holds, row by row, how much each lane's coverage differs from the
+    /// row above, at first from 0, and is left zero. `color` is premultiplied.
+    void (*blendRows)(quint32* pixels, std::ptrdiff_t stride, int rows, qint16* changes, quint32 color);
 
     /// Blends one row of `count` pixels by coverages of 0…255.
     void (*blendMask)(quint32* pixels, const quint8* mask, int count, quint32 color);
 
     /// For every processor.
     static const RasterKernels& plain();
-    /// The fastest this processor runs; `plain` where it has nothing better.
+    /// For processors with AVX2, and with AVX-512; null where this one has it not.
+    static const RasterKernels* avx2();
+    static const RasterKernels* avx512();
+    /// The fastest this processor runs.
     static const RasterKernels& best();
 };
 

@@ -1,6 +1,7 @@
 #include "plotkit/render/GraphCanvas.h"
 
 #include "plotkit/render/GraphText.h"
+#include "plotkit/render/RectBlending.h"
 #include "plotkit/render/TextImages.h"
 
 #include <QtGui/QImage>
@@ -156,7 +157,10 @@ void GraphCanvas::drawLine(const QLineF& line, const std::optional<CPTLineStyle>
     }
     const AlignedStroke stroke = alignedStroke(line, *style);
     if (style->cap != CPTLineCap::Round) {
-        m_painter.fillRect(stroke.rect, stroke.color);
+        if (QImage* image = directImage())
+            blendRect(*image, stroke.rect.toRect().intersected(visiblePixels()), stroke.color);
+        else
+            m_painter.fillRect(stroke.rect, stroke.color);
         return;
     }
     const double radius = std::min(stroke.rect.width(), stroke.rect.height()) / 2;

@@ -21,7 +21,74 @@ void paintGround(GraphCanvas& canvas, const CPTXYGraph& graph, const QRectF& rec
     canvas.drawRoundedFrame(frame, style.fill, style.borderLineStyle, style.cornerRadius);
 }
 
+/// Rounded up, so that a window dragged larger does not need new memory at every step.
+int roomFor(int pixels)
+{
+    constexpr int kStep = 256;
+    constexpr int kMost = 1 << 20;  // wider than any picture there is memory for
+    return pixels < kMost ? (pixels + kStep - 1) / kStep * kStep : pixels;
+}
+
 }  // namespace
+
+GraphGround::AlikeColumns GraphGround::alikeColumns(const GraphCanvas& canvas, const CPTPlotAreaFrame& style,
+                                                    const QRectF& rect, const QRectF& frame)
+{
+    constexpr double kWorthwhile = 64;
+    constexpr double kMost = 1 << 20;
+    constexpr double kKept = 8;
+    const double density = canvas.density();
+    const QRectF place = canvas.alignedRect(rect);
+    const QRectF inner = canvas.alignedRect(frame);
+    const double border = style.borderLineStyle ? style.borderLineStyle->width : 0;
+    const double corner = std::ceil((style.cornerRadius + border) * density) + 3;
+    const double spare = inner.width() - 2 * corner - kKept;
+    const bool isWithin = inner.left() >= place.left() && inner.right() <= place.right();
+    if (!isWithin || density != std::floor(density) || !(corner >= 0) || !(spare >= kWorthwhile && spare < kMost))
+        return {};
+    return {static_cast<int>(inner.left() - place.left() + corner + kKept / 2),
+            static_cast<int>(std::floor(spare / density) * density)};
+}
+
+/// Fresh memory comes page by page from the system, which costs more than painting a ground into it.
+bool GraphGround::makeImage(const QSize& pixels)
+{
+    m_image = QImage();
+    const QSize wanted(roomFor(pixels.width()), roomFor(pixels.height()));
+    const QSize had = m_memory.size();
+    const bool fits = had.width() >= pixels.width() && had.height() >= pixels.height();
+    const bool isWasteful = had.width() > 2 * wanted.width() || had.height() > 2 * wanted.height();
+    if (!fits || isWasteful)
+        m_memory = QImage(wanted, QImage::Format_RGB32);
+    if (m_memory.isNull() || pixels.isEmpty())
+        return false;
+    m_image = QImage(m_memory.bits(), pixels.width(), pixels.height(), m_memory.bytesPerLine(), QImage::Format_RGB32);
+    return !m_image.isNull();
+}
+
+/// Paints what is seen of the look, into memory of our own.
+bool GraphGround::make(const CPTXYGraph& graph, const Look& look, const AlikeColumns& alike)
+{
+    if (!makeImage(look.pixels - QSize(alike.spare, 0)))
+        return false;
+    {
+        const double narrower = alike.spare / look.density;
+        QPainter painter(&m_image);
+        painter.translate(look.origin - look.rect.topLeft() * look.density);
+        painter.scale(look.density, look.density);
+        GraphCanvas canvas(painter);
+        paintGround(canvas, graph, look.rect.adjusted(0, 0, -narrower, 0), look.frame.adjusted(0, 0, -narrower, 0));
+    }
+    m_runs = PixelRuns(m_image, alike.column, alike.spare);
+    return alike.spare == 0 || !m_runs.isEmpty() || make(graph, look, {});
+}
+
+const QImage& GraphGround::wholeImage()
+{
+    if (m_image.size() != m_look.pixels && makeImage(m_look.pixels))
+        m_runs.draw(m_image, {0, 0}, m_image.rect());
+    return m_image;
+}
 
 void GraphGround::draw(GraphCanvas& canvas, const CPTXYGraph& graph, const QRectF& rect, const QRectF& frame)
 {
@@ -37,19 +104,17 @@ void GraphGround::draw(GraphCanvas& canvas, const CPTXYGraph& graph, const QRect
     Look look{origin,     canvas.density(),      place.size().toSize(), rect, frame, graph.fill(),
               style.fill, style.borderLineStyle, style.cornerRadius};
     if (m_image.isNull() || !(look == m_look)) {
-        m_image = QImage(look.pixels, QImage::Format_RGB32);
-        if (m_image.isNull()) {
+        if (!make(graph, look, alikeColumns(canvas, style, rect, frame))) {
             paintGround(canvas, graph, rect, frame);
             return;
         }
-        QPainter painter(&m_image);
-        painter.translate(origin - rect.topLeft() * canvas.density());
-        painter.scale(canvas.density(), canvas.density());
-        GraphCanvas ground(painter);
-        paintGround(ground, graph, rect, frame);
         m_look = std::move(look);
     }
-    canvas.painter().drawImage(place.topLeft(), m_image);
+    QImage* image = m_runs.isEmpty() ? nullptr : canvas.directImage();
+    if (image != nullptr)
+        m_runs.draw(*image, place.topLeft().toPoint(), canvas.visiblePixels());
+    else
+        canvas.painter().drawImage(place.topLeft(), wholeImage());
 }
 
 }  // namespace plotkit

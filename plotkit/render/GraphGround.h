@@ -2,6 +2,7 @@
 
 #include "plotkit/model/CPTXYGraph.h"
 #include "plotkit/render/GraphCanvas.h"
+#include "plotkit/render/PixelRuns.h"
 
 #include <QtGui/QImage>
 
@@ -32,8 +33,23 @@ private:
         friend bool operator==(const Look&, const Look&) = default;
     };
 
+    /// Between the frame's corners all columns are alike, as fills change from row to row only: one of them, and how
+    /// many beside it need not be painted, in device pixels; none where a pixel is no whole part of a point.
+    struct AlikeColumns {
+        int column = 0;
+        int spare = 0;
+    };
+
+    static AlikeColumns alikeColumns(const GraphCanvas& canvas, const CPTPlotAreaFrame& style, const QRectF& rect,
+                                     const QRectF& frame);
+    bool makeImage(const QSize& pixels);
+    bool make(const CPTXYGraph& graph, const Look& look, const AlikeColumns& alike);
+    const QImage& wholeImage();
+
     Look m_look;
-    QImage m_image;  // of `m_look`; null when there is none
+    QImage m_memory;   // of `m_image`, and kept while the window's size changes
+    QImage m_image;    // of `m_look`, or less wide where the runs tell the rest; null when there is none
+    PixelRuns m_runs;  // of `m_look`, where that is shorter
 };
 
 }  // namespace plotkit

@@ -123,13 +123,14 @@ void PlotPainting::strokePlots(const PixelBuffer& buffer, const QRect& clip, con
 {
     const PlotView view = viewFor(graph, area, widestLine(graph) * density);
     std::size_t slot = 0;
+    m_rasteriser.begin(buffer, clip);
     for (const CPTScatterPlotPtr& plot : graph.allPlots())
-        strokePlot(buffer, clip, *plot, view, density, slot++);
+        strokePlot(*plot, view, density, slot++);
+    m_rasteriser.finish();
 }
 
 /// Crowded lines as columns, all others as points.
-void PlotPainting::strokePlot(const PixelBuffer& buffer, const QRect& clip, const CPTScatterPlot& plot,
-                              const PlotView& view, double density, std::size_t slot)
+void PlotPainting::strokePlot(const CPTScatterPlot& plot, const PlotView& view, double density, std::size_t slot)
 {
     static_assert(PlotEnvelope::kColumnsPerPixel == LineColumns::kPerPixel);
     const CPTLineStyle& style = plot.dataLineStyle();
@@ -137,9 +138,9 @@ void PlotPainting::strokePlot(const PixelBuffer& buffer, const QRect& clip, cons
     if (series && PolylineRasteriser::canStrokeColumns(style.width * density) &&
         m_enveloping.envelopeInto(m_envelope, *series, view, slot)) {
         const LineColumns columns{m_envelope.left, m_envelope.enter, m_envelope.leave, m_envelope.low, m_envelope.high};
-        m_rasteriser.stroke(buffer, columns, style.width * density, style.color, clip);
+        m_rasteriser.add(columns, style.width * density, style.color);
     } else if (reduce(plot, view)) {
-        m_rasteriser.stroke(buffer, {m_reduced.points, m_reduced.partEnds}, style.width * density, style.color, clip);
+        m_rasteriser.add({m_reduced.points, m_reduced.partEnds}, style.width * density, style.color);
     }
 }
 

@@ -22,8 +22,7 @@ public:
 private:
     void drawPixels(GraphCanvas& canvas, const CPTXYGraph& graph, const QRectF& plotArea);
     void drawPaths(GraphCanvas& canvas, const CPTXYGraph& graph, const QRectF& plotArea);
-    void strokePlot(const PixelBuffer& buffer, const QRect& clip, const CPTScatterPlot& plot, const PlotView& view,
-                    double density, std::size_t slot);
+    void strokePlot(const CPTScatterPlot& plot, const PlotView& view, double density, std::size_t slot);
     bool reduce(const CPTScatterPlot& plot, const PlotView& view);
     void strokePlots(const PixelBuffer& buffer, const QRect& clip, const CPTXYGraph& graph, const QRectF& area,
                      double density);

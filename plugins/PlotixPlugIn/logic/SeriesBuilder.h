@@ -1,6 +1,7 @@
 #pragma once
 
 #include "plotkit/model/CPTPointSeries.h"
+#include "plotkit/model/CPTSeriesIndex.h"
 
 #include <cstdint>
 #include <memory>
@@ -8,12 +9,12 @@
 #include <vector>
 
 /// Makes the series of one property: x shared with the record dictionary, y narrowed to floats, and a bit for every
-/// element that is a point. One pass in blocks; no object per sample.
+/// element that is a point. One pass in blocks, which fills the series' index too; no object per sample.
 ///
 /// Every element starts as dropped. Fill the blocks first, then overwrite the odd elements one by one.
 class SeriesBuilder {
 public:
-    /// Elements one block holds at most; a multiple of 64, so that blocks end where words of the bitmap do.
+    /// A good length for a block that has to be worked out first: a multiple of 64, and the nearest cache holds it.
     static constexpr std::size_t kBlock = 4096;
 
     /// `elementCount` elements, at most as many as there are times.
@@ -33,8 +34,15 @@ public:
     CPTPointSeriesPtr finish();
 
 private:
+    void setRest(std::size_t first, std::span<const double> values, std::uint64_t validity);
+    void dropUpTo(std::size_t end);
+    void indexWord(std::size_t word);
+
     plotix::SharedArray<double> m_time;
     std::size_t m_count;
     std::shared_ptr<float> m_y;
+    CPTFineBlocks m_fine;
     std::vector<std::uint64_t> m_points;
+    std::size_t m_filled = 0;                 // y and index stand up to here; a multiple of 64, or all
+    std::vector<std::size_t> m_changedWords;  // whose index does not stand any more
 };

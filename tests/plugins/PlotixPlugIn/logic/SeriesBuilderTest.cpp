@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <cmath>
 #include <limits>
 
 namespace {
@@ -28,6 +29,46 @@ protected:
         return builder.finish();
     }
 };
+
+/// The index that stands after building is the one made from the finished series.
+void expectIndexOfItsOwn(const CPTPointSeries& series)
+{
+    const CPTSeriesIndex anew(series.y().span(), series.points());
+    ASSERT_EQ(series.index().fine().count, anew.fine().count);
+    for (std::size_t block = 0; block < anew.fine().count; ++block) {
+        EXPECT_EQ(series.index().fine().least()[block], anew.fine().least()[block]) << block;
+        EXPECT_EQ(series.index().fine().greatest()[block], anew.fine().greatest()[block]) << block;
+        const float first = series.index().fine().first()[block];
+        EXPECT_TRUE(first == anew.fine().first()[block] ||
+                    (std::isnan(first) && std::isnan(anew.fine().first()[block])));
+    }
+}
+
+TEST_F(SeriesBuilderTest, TheIndexIsThatOfTheSeries)
+{
+    std::vector<double> values(1000);
+    for (std::size_t i = 0; i < values.size(); ++i)
+        values[i] = i % 131 == 0 ? std::nan("") : static_cast<double>(i * 7919 % 503);
+    values[700] = 1e300;
+    const CPTPointSeriesPtr series = build(values);
+    EXPECT_EQ(series->count(), 992U);
+    expectIndexOfItsOwn(*series);
+    expectIndexOfItsOwn(*build(values, validity(std::vector<std::uint64_t>(16, 0xffff0000ffff00f1))));
+}
+
+TEST_F(SeriesBuilderTest, WhatIsSetLaterOrLeftOutIsIndexedToo)
+{
+    SeriesBuilder builder(times(700), 700);
+    builder.setBlock(128, std::vector<double>(200, 5), {});
+    builder.setPoint(150, -3);
+    builder.dropPoint(128);
+    builder.setPoint(650, 9);
+    const CPTPointSeriesPtr series = builder.finish();
+    EXPECT_EQ(series->count(), 200U);
+    EXPECT_EQ(series->extent()->minY, -3);
+    EXPECT_EQ(series->extent()->maxY, 9);
+    expectIndexOfItsOwn(*series);
+}
 
 TEST_F(SeriesBuilderTest, NoElementsMakeAnEmptySeries)
 {

@@ -1,0 +1,64 @@
+#pragma once
+
+#include "plotkit/layout/SeriesBins.h"
+
+#include <cstddef>
+#include <cstdint>
+
+/// The inner loops over bins: samples to summaries, and summaries to places.
+///
+/// Written once and compiled for every processor and for AVX2, chosen at run time; both give the same bits. Pure; any
+/// thread.
+namespace plotkit {
+
+/// A series and the bins it is cut into. Borrows everything. `edges` has one element more than there are bins, `enter`
+/// and `leave` one a bin.
+struct BinSource {
+    const float* y;
+    const std::uint64_t* points;  ///< a bit an element; null: all are points
+    const CPTSeriesIndex& index;
+    const std::size_t* edges;
+    const float* enter;
+    const float* leave;
+};
+
+/// From y to a place.
+struct ValueScale {
+    double location = 0;
+    double placesPerValue = 0;
+    double firstPlace = 0;
+    double farthest = 0;  ///< places are cut to ± this
+
+    double operator()(float y) const { return firstPlace + (static_cast<double>(y) - location) * placesPerValue; }
+    float cut(double place) const
+    {
+        const double notAbove = place < farthest ? place : farthest;
+        return static_cast<float>(notAbove > -farthest ? notAbove : -farthest);
+    }
+};
+
+struct BinKernels {
+    /// A bin of so many elements, or more, that begins and ends where blocks of the index do, is summed up from them:
+    /// of so many, half a block is a quarter of the bin.
+    static constexpr std::size_t kDense = 2 * CPTFineBlocks::kElements;
+
+    /// Sums up bins [from, to). `first` of a bin that this way is not made for becomes NaN: one with dropped elements
+    /// or values that are not finite at its ends, or of very many samples that does not fit the blocks.
+    void (*summarise)(const BinSource& source, const BinRows& rows, std::size_t from, std::size_t to);
+
+    /// Where the extremes of each bin stand, +infinity and −infinity for an empty one, and in `joins` the place at
+    /// which the line from each bin to the next crosses the edge between them: joins[k] is bin k's left edge. joins[0]
+    /// and those beside empty bins hold anything. Answers whether a bin is empty. Everything is readable, and all that
+    /// is written writable, up to SlidingRow::kPadding numbers beyond the end.
+    bool (*map)(const BinRows& rows, std::size_t count, const ValueScale& scale, float* joins, float* low, float* high);
+
+    /// Lets each column's extremes take in its two edges: joins[k] and joins[k + 1]. The same padding.
+    void (*takeJoins)(const float* joins, std::size_t count, float* low, float* high);
+
+    static const BinKernels& plain();
+    /// Null where the processor has it not.
+    static const BinKernels* avx2();
+    static const BinKernels& best();
+};
+
+}  // namespace plotkit

@@ -1,0 +1,53 @@
+#pragma once
+
+#include <algorithm>
+#include <cstddef>
+#include <vector>
+
+/// Numbers of which a window moves over an endless row: what stays in sight stays where it is in memory, so that a
+/// small step costs nothing. One thread at a time.
+namespace plotkit {
+
+template <class Number>
+class SlidingRow {
+public:
+    /// Numbers beyond the window's end that may be read and written, whatever they are.
+    static constexpr std::size_t kPadding = 16;
+
+    Number* data() { return m_numbers.data() + m_offset; }
+    const Number* data() const { return m_numbers.data() + m_offset; }
+    std::size_t size() const { return m_count; }
+
+    /// The window becomes `count` numbers, the first of which was `by` places after the first. Those that were not in
+    /// the window before hold anything.
+    void slide(std::ptrdiff_t by, std::size_t count)
+    {
+        const std::ptrdiff_t start = static_cast<std::ptrdiff_t>(m_offset) + by;
+        const auto room = static_cast<std::ptrdiff_t>(m_numbers.size());
+        const auto needed = static_cast<std::ptrdiff_t>(count + kPadding);
+        const bool staysNone = by >= static_cast<std::ptrdiff_t>(m_count) || -by >= static_cast<std::ptrdiff_t>(count);
+        if (staysNone || start < 0 || start + needed > room)
+            move(by, count);
+        else
+            m_offset = static_cast<std::size_t>(start);
+        m_count = count;
+    }
+
+private:
+    void move(std::ptrdiff_t by, std::size_t count)
+    {
+        const auto old = static_cast<std::ptrdiff_t>(m_count);
+        const std::ptrdiff_t first = std::clamp<std::ptrdiff_t>(by, 0, old);  // of those that stay, in the old window
+        const std::ptrdiff_t last = std::clamp<std::ptrdiff_t>(by + static_cast<std::ptrdiff_t>(count), first, old);
+        const std::vector<Number> kept(data() + first, data() + last);
+        m_numbers.resize(std::max(m_numbers.size(), 2 * count + kPadding));
+        m_offset = (m_numbers.size() - count - kPadding) / 2;
+        std::copy(kept.begin(), kept.end(), data() + (first - by));
+    }
+
+    std::vector<Number> m_numbers;
+    std::size_t m_offset = 0;
+    std::size_t m_count = 0;
+};
+
+}  // namespace plotkit

@@ -1,0 +1,34 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+
+/// Archived doubles become the floats of a series, and the pairs of its index, in one go over memory.
+///
+/// Written once and compiled for every processor and for AVX2, chosen at run time; both give the same bits. Pure; any
+/// thread.
+namespace plotkit {
+
+/// Where the results go; all stand at the first value's place. `least`, `greatest` and `first` have one number for
+/// every 32 values: see CPTFineBlocks.
+struct NarrowedWords {
+    float* y;
+    std::uint64_t* points;
+    float* least;
+    float* greatest;
+    float* first;
+};
+
+struct SeriesNarrowing {
+    /// Narrows words of 64 values until one holds a NaN or a value beyond the range of a float, and answers how many
+    /// were done; the rest is untouched. `validity` has a bit for every value that counts; null: all do.
+    std::size_t (*narrow)(const double* values, const std::uint64_t* validity, std::size_t words,
+                          const NarrowedWords& into);
+
+    static const SeriesNarrowing& plain();
+    /// Null where the processor has it not.
+    static const SeriesNarrowing* avx2();
+    static const SeriesNarrowing& best();
+};
+
+}  // namespace plotkit
