@@ -1,10 +1,11 @@
 #!/usr/bin/env bash
-# Installs the Debian packages of scripts/packages.txt that are missing, in one transaction. Nothing missing: says and
-# does nothing, in a few hundredths of a second.
+# setup.sh [LIST]: installs the Debian packages of LIST (default: scripts/packages.txt) that are missing, in one
+# transaction. Nothing missing: says and does nothing, in a few hundredths of a second.
 set -euo pipefail
 cd "$(dirname "$0")/.."
+list=${1:-scripts/packages.txt}
 
-mapfile -t wanted < <(sed -e 's/#.*//' -e 's/[[:space:]]//g' scripts/packages.txt | grep -v '^$')
+mapfile -t wanted < <(sed -e 's/#.*//' -e 's/[[:space:]]//g' "$list" | grep -v '^$')
 
 # One query for all; a package that dpkg never heard of is missing too.
 installed=$(dpkg-query --show --showformat='${Status}|${Package}\n' "${wanted[@]}" 2>/dev/null |

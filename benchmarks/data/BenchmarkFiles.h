@@ -1,0 +1,44 @@
+#pragma once
+
+#include "benchmarks/data/StationRecords.h"
+#include "hostapp/archive/RecordArchive.h"
+
+#include <QtCore/QString>
+
+#include <array>
+
+/// Files of one weather station's records, ten million of them, in a folder that outlives the program.
+///
+/// The folder is PLOTIX_BENCH_DATA, else "plotix-bench" among the temporary files. What is not there is made when it is
+/// asked for. Main thread only.
+namespace plotix_bench {
+
+QString dataFile(const QString& name);
+
+/// The station's columns in memory, made once.
+const StationColumns& station();
+
+/// A site document with one agent and the station's five properties.
+struct SiteFile {
+    QString path;
+    plotix::RowId agent = 0;
+    std::array<plotix::RowId, kStationProperties> properties{};
+};
+
+/// A new one without records, in place of what was there.
+SiteFile emptySite(const QString& path);
+
+/// The one with all records.
+SiteFile fullSite();
+
+/// Stores all of the station's records and closes the file.
+void storeStation(const SiteFile& site);
+
+/// Removes the file and what the database keeps beside it.
+void removeDatabase(const QString& path);
+
+/// Has the system write what it holds back and forget the file's pages, so that the next read comes from the disk.
+/// Answers the share that stayed in memory all the same. Requires: nobody has the file mapped.
+double forgetPages(const QString& path);
+
+}  // namespace plotix_bench

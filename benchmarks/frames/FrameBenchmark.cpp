@@ -1,0 +1,132 @@
+// Frames of a view that is panned, zoomed, recoloured and resized, and the way from values in memory to a first frame.
+//
+// A frame is what the hosting view paints after something changed: layout, ground, grid, plots, axes and texts into an
+// image of the size given. Names: what/plots x points/window/pixels.
+
+#include "benchmarks/frames/BenchmarkGraph.h"
+#include "benchmarks/frames/FrameCases.h"
+#include "plotkit/render/GraphPainter.h"
+#include "plugins/PlotixPlugIn/logic/SeriesBuilder.h"
+
+#include <QtGui/QPainter>
+#include <benchmark/benchmark.h>
+
+#include <algorithm>
+
+namespace plotix_bench {
+
+namespace {
+
+constexpr std::size_t kMillion = 1'000'000;
+constexpr QSize kScreen{1920, 1080};
+
+struct PanCase {
+    const char* name;
+    int plots;
+    std::size_t points;
+    double share;
+    QSize size;
+    SignalKind kind = SignalKind::Walk;
+};
+
+constexpr PanCase kPanCases[] = {
+    {"pan/1x1M/full/1920x1080", 1, kMillion, 1, kScreen},
+    {"pan/1x10M/full/1920x1080", 1, 10 * kMillion, 1, kScreen},
+    {"pan/1x100M/full/1920x1080", 1, 100 * kMillion, 1, kScreen},
+    {"pan/10x10M/full/1920x1080", 10, 10 * kMillion, 1, kScreen},
+    {"pan/10x10M/full/1200x600", 10, 10 * kMillion, 1, {1200, 600}},
+    {"pan/10x10M/1%/1920x1080", 10, 10 * kMillion, 0.01, kScreen},
+    {"pan/10x10M/full/1920x1080/noisy", 10, 10 * kMillion, 1, kScreen, SignalKind::Noisy},
+    {"pan/10x10M/1%/1920x1080/noisy", 10, 10 * kMillion, 0.01, kScreen, SignalKind::Noisy},
+};
+
+void paintFrame(plotkit::GraphPainter& painter, QImage& image, const CPTXYGraph& graph)
+{
+    QPainter to(&image);
+    painter.paint(to, graph, QRectF(QPointF(), image.size()));
+}
+
+void pan(benchmark::State& state, const PanCase& which)
+{
+    BenchmarkGraph shown(which.plots, which.points, which.kind);
+    plotkit::GraphPainter painter;
+    QImage image(which.size, QImage::Format_RGB32);
+    paintFrame(painter, image, shown.graph);
+    int step = 0;
+    for (auto unused : state) {
+        shown.show(which.share, step++ % 200, which.size.width());
+        paintFrame(painter, image, shown.graph);
+    }
+    state.counters["bytes_per_sample"] = seriesBytesPerSample();
+}
+
+/// In by a twentieth a frame, forty frames, and from the beginning.
+void zoom(benchmark::State& state)
+{
+    BenchmarkGraph shown(10, 10 * kMillion);
+    plotkit::GraphPainter painter;
+    QImage image(kScreen, QImage::Format_RGB32);
+    double share = 1;
+    for (auto unused : state) {
+        share = share < 0.13 ? 1 : share * 0.95;
+        shown.show(share, 0, image.width());
+        paintFrame(painter, image, shown.graph);
+    }
+}
+
+/// Nothing moves, every plot gets another colour.
+void recolor(benchmark::State& state)
+{
+    BenchmarkGraph shown(10, 10 * kMillion);
+    plotkit::GraphPainter painter;
+    QImage image(kScreen, QImage::Format_RGB32);
+    int turn = 0;
+    for (auto unused : state) {
+        shown.setColors(turn = (turn + 7) % 360);
+        paintFrame(painter, image, shown.graph);
+    }
+}
+
+/// A window whose corner is dragged: a pixel narrower and lower each frame.
+void resize(benchmark::State& state)
+{
+    BenchmarkGraph shown(10, 10 * kMillion);
+    plotkit::GraphPainter painter;
+    int step = 0;
+    for (auto unused : state) {
+        step = (step + 1) % 100;
+        QImage image(kScreen - QSize(step, step), QImage::Format_RGB32);
+        paintFrame(painter, image, shown.graph);
+    }
+}
+
+void load(benchmark::State& state)
+{
+    constexpr std::size_t kCount = 10 * kMillion;
+    const std::vector<double>& values = walkValues(kCount, 0);
+    const plotix::SharedArray<double> times = secondsTimes(kCount);
+    QImage image(kScreen, QImage::Format_RGB32);
+    for (auto unused : state) {
+        SeriesBuilder builder(times, kCount);
+        for (std::size_t first = 0; first < kCount; first += SeriesBuilder::kBlock)
+            builder.setBlock(first, std::span(values).subspan(first, std::min(SeriesBuilder::kBlock, kCount - first)),
+                             {});
+        BenchmarkGraph shown(std::vector<CPTPointSeriesPtr>{builder.finish()});
+        plotkit::GraphPainter painter;
+        paintFrame(painter, image, shown.graph);
+    }
+}
+
+}  // namespace
+
+void registerFrames()
+{
+    for (const PanCase& which : kPanCases)
+        benchmark::RegisterBenchmark(which.name, pan, which)->Unit(benchmark::kMillisecond);
+    benchmark::RegisterBenchmark("zoom/10x10M/1920x1080", zoom)->Unit(benchmark::kMillisecond);
+    benchmark::RegisterBenchmark("recolor/10x10M/1920x1080", recolor)->Unit(benchmark::kMillisecond);
+    benchmark::RegisterBenchmark("resize/10x10M/1920x1080", resize)->Unit(benchmark::kMillisecond);
+    benchmark::RegisterBenchmark("load/10M", load)->Unit(benchmark::kMillisecond);
+}
+
+}  // namespace plotix_bench

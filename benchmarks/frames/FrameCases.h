@@ -1,0 +1,9 @@
+#pragma once
+
+/// The cases of the frame benchmarks, by file. Main thread only, before the benchmarks run.
+namespace plotix_bench {
+
+void registerFrames();
+void registerPictures();
+
+}  // namespace plotix_bench
