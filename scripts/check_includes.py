@@ -13,41 +13,56 @@ HOST = PLUGIN + "/host"
 LOGIC = PLUGIN + "/logic"
 KIT = {"plotkit/model", "plotkit/layout", "plotkit/raster", "plotkit/render", "plotkit/widget"}
 CORE = {"base", HOST, "hostapp/core"}
-STORE = CORE | {"hostapp/archive", "hostapp/document"}
+RECORDS = {"records/columns", "records/store"}
+STORES = RECORDS | {"records/sqlite", "storage"}
+DOCUMENT = CORE | STORES | {"hostapp/document"}
+COMPUTER = "hostapp/live/sources/computer"
 
 ALLOWED = {
     "base": set(),
+    "base/png": {"base"},
+    "storage": {"base"},
+    "records/columns": {"base"},
+    "records/store": {"base", "records/columns"},
+    "records/sqlite": {"base", "storage"} | RECORDS,
     "plotkit/model": {"base"},
     "plotkit/raster": {"base"},
     "plotkit/layout": {"base", "plotkit/model"},
     "plotkit/render": {"base", "plotkit/model", "plotkit/layout", "plotkit/raster"},
     "plotkit/widget": {"base", "plotkit/model", "plotkit/layout", "plotkit/render"},
-    HOST: {"base"},
+    HOST: {"base", "base/png"},
     LOGIC: {"base", "plotkit/model"},
     PLUGIN: {"base", HOST, LOGIC} | KIT,
     "hostapp/core": {"base", HOST},
-    "hostapp/archive": CORE,
-    "hostapp/document": CORE | {"hostapp/archive"},
-    "hostapp/import": STORE,
-    "hostapp/station": STORE,
-    "hostapp/print": STORE,
-    "hostapp/window": STORE | {"hostapp/import", "hostapp/station", "hostapp/print"},
-    "hostapp/web": STORE,
-    "hostapp/cli": STORE | {"hostapp/import", "hostapp/station", "hostapp/print"},
-    "hostapp/app": STORE | {"hostapp/import", "hostapp/station", "hostapp/print", "hostapp/window", "hostapp/web",
-                            "hostapp/cli"},
+    "hostapp/document": CORE | STORES,
+    "hostapp/exchange": DOCUMENT,
+    COMPUTER: CORE,
+    "hostapp/live": DOCUMENT | {COMPUTER},
+    "hostapp/demo": DOCUMENT,
+    "hostapp/print": CORE,
+    "hostapp/web": CORE,
+    "hostapp/site": DOCUMENT | {"hostapp/print", "hostapp/web"},
+    "hostapp/window": DOCUMENT | {"hostapp/exchange", "hostapp/live", "hostapp/print", "hostapp/site"},
+    "hostapp/cli": DOCUMENT | {"hostapp/exchange", "hostapp/live", "hostapp/demo", "hostapp/print"},
+    "hostapp/app": DOCUMENT | {"hostapp/exchange", "hostapp/live", "hostapp/demo", "hostapp/print", "hostapp/site",
+                               "hostapp/window", "hostapp/web", "hostapp/cli"},
 }
 
 # Qt modules a room must not use: values stay free of widgets.
 FORBIDDEN_QT = {
     "base": {"QtGui", "QtWidgets", "QtPrintSupport"},
+    "base/png": {"QtGui", "QtWidgets", "QtPrintSupport"},
+    "storage": {"QtGui", "QtWidgets", "QtPrintSupport"},
+    "records/columns": {"QtGui", "QtWidgets", "QtPrintSupport"},
+    "records/store": {"QtGui", "QtWidgets", "QtPrintSupport"},
+    "records/sqlite": {"QtGui", "QtWidgets", "QtPrintSupport"},
     "plotkit/model": {"QtWidgets", "QtPrintSupport"},
     "plotkit/layout": {"QtWidgets", "QtPrintSupport"},
     "plotkit/raster": {"QtWidgets", "QtPrintSupport"},
     LOGIC: {"QtWidgets", "QtPrintSupport"},
 }
 
-TOPS = ("base", "plotkit", "plugins", "hostapp")
+TOPS = ("base", "storage", "records", "plotkit", "plugins", "hostapp")
 
 INCLUDE = re.compile(r'^\s*#\s*include\s+(["<])([^">]+)[">]')
 

@@ -3,7 +3,7 @@
 #include "benchmarks/archive/ArchiveCases.h"
 #include "benchmarks/archive/CommitTimes.h"
 #include "benchmarks/data/BenchmarkFiles.h"
-#include "hostapp/archive/RecordAppender.h"
+#include "records/sqlite/RecordAppender.h"
 
 namespace plotix_bench {
 

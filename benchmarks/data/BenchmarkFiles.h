@@ -1,7 +1,7 @@
 #pragma once
 
 #include "benchmarks/data/StationRecords.h"
-#include "hostapp/archive/RecordArchive.h"
+#include "records/sqlite/RecordArchive.h"
 
 #include <QtCore/QString>
 

@@ -7,7 +7,7 @@
 #include "benchmarks/data/ResidentMemory.h"
 #include "hostapp/app/Composition.h"
 #include "hostapp/app/TrendRenderer.h"
-#include "hostapp/window/PlugInOperations.h"
+#include "hostapp/site/PlugInOperations.h"
 
 #include <QtWidgets/QApplication>
 #include <benchmark/benchmark.h>

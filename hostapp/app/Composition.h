@@ -1,11 +1,11 @@
 #pragma once
 
-#include "hostapp/app/PlugInLoader.h"
 #include "hostapp/app/WindowWebServing.h"
 #include "hostapp/core/Converter.h"
 #include "hostapp/core/HostBundle.h"
 #include "hostapp/core/QuickRanges.h"
 #include "hostapp/document/SiteDocument.h"
+#include "hostapp/site/PlugInLoader.h"
 #include "hostapp/window/DesktopUserInterface.h"
 #include "hostapp/window/HelpWindow.h"
 #include "plugins/PlotixPlugIn/host/KTVHostServices.h"
@@ -29,7 +29,7 @@ public:
 
     Audience audience() const { return m_audience; }
 
-    /// Throws HostError when the module cannot be loaded.
+    /// Throws ReportableError when the module cannot be loaded.
     KTVPlugInModule* module();
 
     DesktopUserInterface& userInterface() { return m_userInterface; }

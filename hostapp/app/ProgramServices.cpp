@@ -1,10 +1,10 @@
 #include "hostapp/app/ProgramServices.h"
 
+#include "base/ReportableError.h"
 #include "hostapp/app/ServedSites.h"
 #include "hostapp/app/StoredReport.h"
 #include "hostapp/app/TrendRenderer.h"
 #include "hostapp/app/WindowPicture.h"
-#include "hostapp/core/HostError.h"
 #include "hostapp/window/Appearance.h"
 #include "hostapp/window/SiteWindows.h"
 #include "hostapp/window/TerminationRequest.h"
@@ -50,8 +50,9 @@ WindowServices ProgramServices::windowServices()
 int ProgramServices::open(const OpenRequest& request)
 {
     if (request.screenshot.isEmpty() && !hasDisplay())
-        throw HostError(QStringLiteral("There is no display to open a window on; use --screenshot FILE.png to get a "
-                                       "picture of it, or plotix render."));
+        throw ReportableError(
+            QStringLiteral("There is no display to open a window on; use --screenshot FILE.png to get a "
+                           "picture of it, or plotix render."));
     return request.screenshot.isEmpty() ? runWindow(request.site) : savePicture(request);
 }
 
@@ -80,8 +81,8 @@ int ProgramServices::savePicture(const OpenRequest& request)
     const QImage picture = pictureOfWindow(*windows.open(request.site), request.screenshotSize);
     QSaveFile file(request.screenshot);
     if (!file.open(QIODevice::WriteOnly) || !writePng(file, picture) || !file.commit())
-        throw HostError(QStringLiteral("The picture could not be written to %1: %2. Choose another place.")
-                            .arg(request.screenshot, file.errorString()));
+        throw ReportableError(QStringLiteral("The picture could not be written to %1: %2. Choose another place.")
+                                  .arg(request.screenshot, file.errorString()));
     return 0;
 }
 

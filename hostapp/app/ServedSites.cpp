@@ -1,7 +1,7 @@
 #include "hostapp/app/ServedSites.h"
 
-#include "hostapp/app/HeadlessSite.h"
-#include "hostapp/app/PlugInWebSite.h"
+#include "hostapp/site/HeadlessSite.h"
+#include "hostapp/site/PlugInWebSite.h"
 #include "hostapp/web/HttpServer.h"
 #include "hostapp/web/OpenSites.h"
 #include "hostapp/window/TerminationRequest.h"

@@ -8,7 +8,7 @@ namespace plotix {
 
 /// Trends that the site's window followed end now here too, with the records stored since. Says the addresses once
 /// every view has its records, then serves until SIGINT, SIGTERM or SIGHUP. Sites stay as they are stored. Throws
-/// HostError: an address or port that cannot be had, a token that is missing or cannot be read.
+/// ReportableError: an address or port that cannot be had, a token that is missing or cannot be read.
 void serveSites(const ServeRequest& request, KTVPlugInModule* module);
 
 }  // namespace plotix

@@ -1,9 +1,9 @@
 #include "hostapp/app/StoredReport.h"
 
-#include "hostapp/app/TrendRenderer.h"
-#include "hostapp/core/HostError.h"
+#include "base/ReportableError.h"
 #include "hostapp/print/ReportPrinter.h"
-#include "hostapp/window/PlugInOperations.h"
+#include "hostapp/site/PlugInOperations.h"
+#include "hostapp/site/WaitForRecords.h"
 #include "hostapp/window/SiteWindowController.h"
 
 namespace plotix {
@@ -27,8 +27,8 @@ KTVPlugInPtr viewTitled(const std::vector<KTVPlugInPtr>& views, const QString& t
             if (titleOf(*view).compare(title, sensitivity) == 0)
                 return view;
     if (title.isEmpty())
-        throw HostError(QStringLiteral("choose a view with --view; there is: %1").arg(listedTitles(views)));
-    throw HostError(QStringLiteral("there is no view “%1”; there is: %2").arg(title, listedTitles(views)));
+        throw ReportableError(QStringLiteral("choose a view with --view; there is: %1").arg(listedTitles(views)));
+    throw ReportableError(QStringLiteral("there is no view “%1”; there is: %2").arg(title, listedTitles(views)));
 }
 
 }  // namespace

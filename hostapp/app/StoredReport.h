@@ -7,7 +7,7 @@
 namespace plotix {
 
 /// Makes the view as it was left, waits for its records and answers the report as a PDF file's bytes. The site stays as
-/// it is stored. Throws HostError when there is no such view, or none that can be printed.
+/// it is stored. Throws ReportableError when there is no such view, or none that can be printed.
 QByteArray pdfOfStoredReport(const ReportRequest& request, KTVPlugInModule* module);
 
 }  // namespace plotix

@@ -1,11 +1,9 @@
 #include "hostapp/app/TrendRenderer.h"
 
-#include "hostapp/archive/ArchiveManager.h"
-#include "hostapp/core/HostError.h"
-#include "hostapp/window/PlugInOperations.h"
+#include "base/ReportableError.h"
+#include "hostapp/site/PlugInOperations.h"
+#include "hostapp/site/WaitForRecords.h"
 #include "plugins/PlotixPlugIn/host/PngImage.h"
-
-#include <QtCore/QEventLoop>
 
 namespace plotix {
 
@@ -26,33 +24,12 @@ private:
 
 [[noreturn]] void failToDraw(const QSize& size)
 {
-    throw HostError(QStringLiteral("The graph could not be drawn at %1 × %2 points; ask for a smaller size.")
-                        .arg(size.width())
-                        .arg(size.height()));
+    throw ReportableError(QStringLiteral("The graph could not be drawn at %1 × %2 points; ask for a smaller size.")
+                              .arg(size.width())
+                              .arg(size.height()));
 }
 
 }  // namespace
-
-std::optional<QString> waitForRecords(const SiteAgent& agent)
-{
-    const ArchiveManager* archive = agent.siteArchiveManager();
-    std::optional<QString> failure;
-    QEventLoop loop;
-    QObject::connect(archive, &ArchiveManager::fetchFailed, &loop, [&](const QString& message) { failure = message; });
-    QObject::connect(archive, &ArchiveManager::fetchAnswered, &loop, [&] {
-        if (archive->pendingFetches() == 0)
-            loop.quit();
-    });
-    if (archive->pendingFetches() > 0)
-        loop.exec();
-    return failure;
-}
-
-void requireRecords(const SiteAgent& agent)
-{
-    if (const std::optional<QString> failure = waitForRecords(agent))
-        throw HostError(*failure);
-}
 
 QByteArray TrendRenderer::render(const RenderRequest& request) const
 {
@@ -64,7 +41,7 @@ KTVPlugInPtr TrendRenderer::makePlugIn(const TrendRequest& trend) const
     const KTVPlugInModule::Arguments arguments{trend.agent, nullptr, trend.properties, trend.from, trend.to};
     KTVPlugInPtr plugIn = m_module->instantiate(QString::fromLatin1(kTrendClass), arguments);
     if (!plugIn)
-        throw HostError(QStringLiteral("The plug-in module makes no trend view; install Plotix again."));
+        throw ReportableError(QStringLiteral("The plug-in module makes no trend view; install Plotix again."));
     plugIn->setTitle(trend.title);
     return plugIn;
 }
@@ -93,7 +70,7 @@ QByteArray TrendRenderer::renderBare(const RenderRequest& request) const
     for (const KTVPropertyPtr& property : request.trend.properties)
         keys << property->propertyName();
     if (!trendClass || keys.isEmpty())  // without properties the operation answers nobody
-        throw HostError(QStringLiteral("There is no property to draw; name some with --properties."));
+        throw ReportableError(QStringLiteral("There is no property to draw; name some with --properties."));
     ImageReceiver receiver;
     const KTVAgentPtr agent = request.trend.agent;
     const bool sent = QMetaObject::invokeMethod(
@@ -102,7 +79,7 @@ QByteArray TrendRenderer::renderBare(const RenderRequest& request) const
         Q_ARG(QVariant, QVariant(keys)), Q_ARG(QString, request.trend.title), Q_ARG(QSizeF, QSizeF(request.size)),
         Q_ARG(QObject*, &receiver), Q_ARG(QByteArray, QByteArrayLiteral("receiveImage")));
     if (!sent)
-        throw HostError(QStringLiteral("The plug-in module cannot draw off screen; install Plotix again."));
+        throw ReportableError(QStringLiteral("The plug-in module cannot draw off screen; install Plotix again."));
     requireRecords(*request.trend.agent);
     if (receiver.png().isEmpty())
         failToDraw(request.size);

@@ -3,8 +3,6 @@
 #include "hostapp/cli/CommandServices.h"
 #include "plugins/PlotixPlugIn/host/KTVPlugInModule.h"
 
-#include <optional>
-
 /// Draws a trend into a PNG or PDF without showing anything. *Borrows* the module. Main thread only.
 namespace plotix {
 
@@ -12,11 +10,11 @@ class TrendRenderer {
 public:
     explicit TrendRenderer(KTVPlugInModule* module) : m_module(module) {}
 
-    /// A loaded view that is never shown; with `bare` the off-screen class operation. Throws HostError when the records
-    /// cannot be read or nothing can be drawn at that size.
+    /// A loaded view that is never shown; with `bare` the off-screen class operation. Throws ReportableError when the
+    /// records cannot be read or nothing can be drawn at that size.
     QByteArray render(const RenderRequest& request) const;
 
-    /// A trend view of the request, its view not loaded. Throws HostError when the module declines.
+    /// A trend view of the request, its view not loaded. Throws ReportableError when the module declines.
     KTVPlugInPtr makePlugIn(const TrendRequest& trend) const;
 
 private:
@@ -25,12 +23,5 @@ private:
 
     KTVPlugInModule* m_module;
 };
-
-/// Runs the event loop until every fetch of the agent has been answered and what it brought is in place. Answers what
-/// people are told where one of them failed.
-std::optional<QString> waitForRecords(const SiteAgent& agent);
-
-/// The same; throws HostError where one of them failed.
-void requireRecords(const SiteAgent& agent);
 
 }  // namespace plotix

@@ -1,6 +1,6 @@
 #include "hostapp/app/WindowPicture.h"
 
-#include "hostapp/app/TrendRenderer.h"
+#include "hostapp/site/WaitForRecords.h"
 
 #include <QtCore/QCoreApplication>
 #include <QtCore/QEventLoop>

@@ -1,8 +1,8 @@
 #include "hostapp/app/WindowWebServing.h"
 
-#include "hostapp/app/HeadlessSite.h"
-#include "hostapp/app/PlugInWebSite.h"
-#include "hostapp/core/HostError.h"
+#include "base/ReportableError.h"
+#include "hostapp/site/HeadlessSite.h"
+#include "hostapp/site/PlugInWebSite.h"
 #include "hostapp/window/SiteWindowController.h"
 
 #include <QtCore/QFileInfo>
@@ -35,7 +35,7 @@ void WindowWebServing::ensureServer()
     try {
         m_server =
             std::make_unique<HttpServer>(m_sites, HttpAddress{QStringLiteral("127.0.0.1"), kUsualPort}, QByteArray());
-    } catch (const HostError&) {  // another program, or another Plotix, has it
+    } catch (const ReportableError&) {  // another program, or another Plotix, has it
         m_server = std::make_unique<HttpServer>(m_sites, HttpAddress{}, QByteArray());
     }
 }

@@ -1,7 +1,7 @@
 #include "hostapp/cli/ArgumentValues.h"
 
 #include "hostapp/core/QuickRanges.h"
-#include "hostapp/import/TimeColumnReader.h"
+#include "hostapp/exchange/TimeColumnReader.h"
 
 #include <QtCore/QRegularExpression>
 

@@ -1,9 +1,9 @@
-#include "hostapp/archive/ArchiveCompaction.h"
+#include "base/ReportableError.h"
 #include "hostapp/cli/CommandProgressBar.h"
 #include "hostapp/cli/Commands.h"
 #include "hostapp/cli/ExactText.h"
 #include "hostapp/cli/SiteLookup.h"
-#include "hostapp/core/HostError.h"
+#include "records/sqlite/ArchiveCompaction.h"
 
 #include <QtCore/QFileInfo>
 
@@ -58,7 +58,7 @@ int runCommand(const CompactCommand& command, CommandContext context)
     const CompactionResult result = compactArchive(request, progress);
     describe(context.streams.output, result, request.dropBefore);
     if (result.stopped)
-        throw HostError(QStringLiteral("cancelled; %1 is whole, and may be compacted further").arg(command.site));
+        throw ReportableError(QStringLiteral("cancelled; %1 is whole, and may be compacted further").arg(command.site));
     return kCommandDone;
 }
 

@@ -1,10 +1,10 @@
-#include "hostapp/archive/MemoryBudget.h"
+#include "base/ReportableError.h"
 #include "hostapp/cli/CommandProgressBar.h"
 #include "hostapp/cli/Commands.h"
 #include "hostapp/cli/ExactText.h"
 #include "hostapp/cli/SiteLookup.h"
-#include "hostapp/core/HostError.h"
-#include "hostapp/import/Detection.h"
+#include "hostapp/document/MemoryBudget.h"
+#include "hostapp/exchange/Detection.h"
 
 #include <QtCore/QSaveFile>
 
@@ -63,7 +63,7 @@ RecordsFile::RecordsFile(const QString& path, const RecordBlock& block) : m_file
     const std::span<const double> times = block.times.span();
     m_hasCalendarTimes = std::all_of(times.begin(), times.end(), hasCalendarText);
     if (!m_file.open(QIODevice::WriteOnly))
-        throw HostError(QStringLiteral("%1 cannot be written: %2").arg(path, m_file.errorString()));
+        throw ReportableError(QStringLiteral("%1 cannot be written: %2").arg(path, m_file.errorString()));
 }
 
 void RecordsFile::write(const std::vector<std::shared_ptr<SiteProperty>>& properties, const CommandProgress& progress)
@@ -78,11 +78,11 @@ void RecordsFile::write(const std::vector<std::shared_ptr<SiteProperty>>& proper
             flush();
         const double fraction = 0.5 + 0.5 * static_cast<double>(row) / static_cast<double>(m_block.times.size());
         if (row % kRowsBetweenReports == 0 && !progress(fraction))
-            throw HostError(QStringLiteral("cancelled; %1 was not written").arg(m_file.fileName()));
+            throw ReportableError(QStringLiteral("cancelled; %1 was not written").arg(m_file.fileName()));
     }
     flush();
     if (!m_file.commit())
-        throw HostError(QStringLiteral("%1 cannot be written: %2").arg(m_file.fileName(), m_file.errorString()));
+        throw ReportableError(QStringLiteral("%1 cannot be written: %2").arg(m_file.fileName(), m_file.errorString()));
 }
 
 void RecordsFile::appendRow(std::size_t row)
@@ -101,7 +101,7 @@ void RecordsFile::flush()
 {
     const auto size = static_cast<qint64>(m_text.size());
     if (m_file.write(m_text.data(), size) != size)
-        throw HostError(QStringLiteral("%1 cannot be written: %2").arg(m_file.fileName(), m_file.errorString()));
+        throw ReportableError(QStringLiteral("%1 cannot be written: %2").arg(m_file.fileName(), m_file.errorString()));
     m_text.clear();
 }
 
@@ -123,11 +123,11 @@ int runCommand(const ExportCommand& command, CommandContext context)
     const TimeSpan span = timeSpanOf(command.choice, reader.summary(agent->id()));
     const RecordOverview overview = reader.overview(agent->id(), {}, span.from, span.to);
     if (const auto refusal = refusalOf({overview, ids.size(), span.from, span.to}, memoryBudget()))
-        throw HostError(*refusal);
+        throw ReportableError(*refusal);
     const std::optional<RecordBlock> block = reader.read(
         agent->id(), ids, span.from, span.to, [&progress](double fraction) { return progress(fraction / 2); });
     if (!block)
-        throw HostError(QStringLiteral("cancelled; %1 was not written").arg(command.output));
+        throw ReportableError(QStringLiteral("cancelled; %1 was not written").arg(command.output));
     RecordsFile(command.output, *block).write(properties, progress);
     return kCommandDone;
 }

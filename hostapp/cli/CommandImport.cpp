@@ -1,9 +1,9 @@
+#include "base/ReportableError.h"
 #include "hostapp/cli/CommandProgressBar.h"
 #include "hostapp/cli/Commands.h"
 #include "hostapp/cli/ExactText.h"
 #include "hostapp/cli/SiteLookup.h"
-#include "hostapp/core/HostError.h"
-#include "hostapp/import/Importer.h"
+#include "hostapp/exchange/Importer.h"
 
 #include <QtCore/QFileInfo>
 

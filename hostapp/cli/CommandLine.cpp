@@ -1,7 +1,7 @@
 #include "hostapp/cli/CommandLine.h"
 
+#include "base/ReportableError.h"
 #include "hostapp/cli/Commands.h"
-#include "hostapp/core/HostError.h"
 
 #include <QtCore/QSaveFile>
 
@@ -34,7 +34,7 @@ int runCommandLine(const QStringList& arguments, CommandServices& services, Comm
             std::visit([&](const auto& command) { return runCommand(command, context); }, parsed.command);
         streams.output << std::flush;
         return status;
-    } catch (const HostError& error) {
+    } catch (const ReportableError& error) {
         return fail(streams, error.message(), kCommandFailed);
     } catch (const std::bad_alloc&) {
         return fail(streams, QStringLiteral("there is not enough memory for this; choose a shorter span of time"),
@@ -67,7 +67,7 @@ void writeWholeFile(const QString& path, const QByteArray& bytes)
 {
     QSaveFile file(path);
     if (!file.open(QIODevice::WriteOnly) || file.write(bytes) != bytes.size() || !file.commit())
-        throw HostError(QStringLiteral("%1 cannot be written: %2").arg(path, file.errorString()));
+        throw ReportableError(QStringLiteral("%1 cannot be written: %2").arg(path, file.errorString()));
 }
 
 }  // namespace plotix

@@ -1,10 +1,10 @@
+#include "base/ReportableError.h"
 #include "hostapp/cli/CommandProgressBar.h"
 #include "hostapp/cli/Commands.h"
 #include "hostapp/cli/SiteLookup.h"
-#include "hostapp/core/HostError.h"
 #include "hostapp/core/QuickRanges.h"
-#include "hostapp/station/DemonstrationSite.h"
-#include "hostapp/station/DemonstrationTrends.h"
+#include "hostapp/demo/DemonstrationSite.h"
+#include "hostapp/demo/DemonstrationTrends.h"
 
 #include <QtCore/QFileInfo>
 
@@ -92,12 +92,13 @@ int runCommand(const OpenCommand& command, CommandContext context)
 {
     const bool needsDisplay = command.screenshot.isEmpty() && !context.services.hasDisplay();
     if (needsDisplay && !command.site.isEmpty())
-        throw HostError(QStringLiteral("there is no display to open a window on; use plotix render, or --screenshot"));
+        throw ReportableError(
+            QStringLiteral("there is no display to open a window on; use plotix render, or --screenshot"));
     OpenRequest request{command.site, command.screenshot, command.size};
     if (command.site.isEmpty() || isDemonstration(command.site))
         request.site = openDemonstration(context);
     else if (!QFileInfo::exists(command.site))
-        throw HostError(QStringLiteral("there is no site %1; plotix import makes one").arg(command.site));
+        throw ReportableError(QStringLiteral("there is no site %1; plotix import makes one").arg(command.site));
     return needsDisplay ? drawDemonstration(request.site, context) : context.services.open(request);
 }
 

@@ -1,9 +1,9 @@
+#include "base/ReportableError.h"
 #include "hostapp/cli/Commands.h"
 #include "hostapp/cli/ExactText.h"
 #include "hostapp/cli/SiteLookup.h"
 #include "hostapp/cli/StopRequest.h"
-#include "hostapp/core/HostError.h"
-#include "hostapp/station/LiveRecorder.h"
+#include "hostapp/live/LiveRecorder.h"
 
 #include <QtCore/QEventLoop>
 #include <QtCore/QFileInfo>
@@ -88,7 +88,7 @@ int runCommand(const RecordCommand& command, CommandContext context)
     context.streams.output << "Recorded " << status.stored << (status.stored == 1 ? " record" : " records") << " into "
                            << path << '.' << std::endl;
     if (const std::size_t missing = status.waiting + status.lost)
-        throw HostError(QStringLiteral("%1 records could not be stored: %2").arg(missing).arg(status.message));
+        throw ReportableError(QStringLiteral("%1 records could not be stored: %2").arg(missing).arg(status.message));
     return kCommandDone;
 }
 

@@ -1,6 +1,6 @@
+#include "base/ReportableError.h"
 #include "hostapp/cli/Commands.h"
 #include "hostapp/cli/SiteLookup.h"
-#include "hostapp/core/HostError.h"
 
 /// Rendering: the program draws, the file is written whole or not at all.
 namespace plotix {
@@ -15,7 +15,7 @@ KTVPropertyList propertiesToDraw(const SiteAgent& agent, const QStringList& name
         if (!names.isEmpty() || (property->visible() && property->type() != kPropertyTypeNeverPlotted))
             properties.push_back(property);
     if (properties.empty())
-        throw HostError(QStringLiteral("%1 has no property to draw").arg(agent.name()));
+        throw ReportableError(QStringLiteral("%1 has no property to draw").arg(agent.name()));
     return properties;
 }
 
@@ -23,14 +23,14 @@ KTVPropertyList propertiesToDraw(const SiteAgent& agent, const QStringList& name
 TimeSpan spanToDraw(const RecordChoice& choice, const ArchiveSummary& summary, const QString& agent)
 {
     if (!summary.first || !summary.last)
-        throw HostError(QStringLiteral("%1 has no records to draw").arg(agent));
+        throw ReportableError(QStringLiteral("%1 has no records to draw").arg(agent));
     TimeSpan span = timeSpanOf(choice, summary);
     if (!span.from)
         span.from = *summary.first;
     if (!span.to)
         span.to = *summary.last;
     if (*span.to < *span.from)
-        throw HostError(QStringLiteral("%1 has no records in that span of time").arg(agent));
+        throw ReportableError(QStringLiteral("%1 has no records in that span of time").arg(agent));
     return span;
 }
 

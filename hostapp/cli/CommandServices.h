@@ -14,7 +14,7 @@
 /// What the command line needs from the rest of the program: the site window and the plug-in module.
 ///
 /// The composition root *owns* the implementation; commands *borrow* it. Main thread only, inside a QApplication.
-/// Operations throw HostError with one line for people; the command line prints it and exits with status 1.
+/// Operations throw ReportableError with one line for people; the command line prints it and exits with status 1.
 namespace plotix {
 
 /// A trend of some of an agent's properties over a fixed range.

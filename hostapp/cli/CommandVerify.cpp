@@ -1,8 +1,8 @@
-#include "hostapp/archive/ArchiveVerification.h"
+#include "base/ReportableError.h"
 #include "hostapp/cli/CommandProgressBar.h"
 #include "hostapp/cli/Commands.h"
 #include "hostapp/cli/SiteLookup.h"
-#include "hostapp/core/HostError.h"
+#include "records/sqlite/ArchiveVerification.h"
 
 #include <QtCore/QFileInfo>
 
@@ -14,7 +14,7 @@ namespace plotix {
 int runCommand(const VerifyCommand& command, CommandContext context)
 {
     if (!QFileInfo::exists(command.site))
-        throw HostError(QStringLiteral("there is no site %1").arg(command.site));
+        throw ReportableError(QStringLiteral("there is no site %1").arg(command.site));
     const Interruption interruption;
     const CommandProgress progress = makeCommandProgress(
         context.services, context.streams, QStringLiteral("Verifying %1").arg(QFileInfo(command.site).fileName()));
@@ -23,11 +23,11 @@ int runCommand(const VerifyCommand& command, CommandContext context)
     for (const QString& finding : result.findings)
         out << finding.toStdString() << '\n';
     if (!result.findings.isEmpty())
-        throw HostError(QStringLiteral("%1 is damaged (%2%3 findings); restore it from a copy")
-                            .arg(command.site, result.moreFindings ? QStringLiteral("more than ") : QString())
-                            .arg(result.findings.size()));
+        throw ReportableError(QStringLiteral("%1 is damaged (%2%3 findings); restore it from a copy")
+                                  .arg(command.site, result.moreFindings ? QStringLiteral("more than ") : QString())
+                                  .arg(result.findings.size()));
     if (result.stopped)
-        throw HostError(QStringLiteral("cancelled; no damage was found up to then"));
+        throw ReportableError(QStringLiteral("cancelled; no damage was found up to then"));
     out << "No damage found. " << result.records << (result.records == 1 ? " record, " : " records, ") << result.values
         << (result.values == 1 ? " value and " : " values and ") << result.chunks
         << (result.chunks == 1 ? " chunk were checked.\n" : " chunks were checked.\n");

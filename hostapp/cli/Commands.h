@@ -7,7 +7,7 @@
 
 /// The commands, one function each: they do what was parsed, print what there is to print, and answer the exit status.
 ///
-/// Main thread only. They throw HostError; whatever they were making is then not there, or as it was.
+/// Main thread only. They throw ReportableError; whatever they were making is then not there, or as it was.
 namespace plotix {
 
 struct CommandContext {
@@ -26,7 +26,7 @@ int runCommand(const ServeCommand& command, CommandContext context);
 int runCommand(const CompactCommand& command, CommandContext context);
 int runCommand(const VerifyCommand& command, CommandContext context);
 
-/// Writes the whole file or nothing; throws HostError.
+/// Writes the whole file or nothing; throws ReportableError.
 void writeWholeFile(const QString& path, const QByteArray& bytes);
 
 }  // namespace plotix

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "hostapp/import/ImportOptions.h"
+#include "hostapp/exchange/ImportOptions.h"
 #include "hostapp/print/Paper.h"
 
 #include <QtCore/QSize>

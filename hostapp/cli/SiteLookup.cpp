@@ -1,6 +1,6 @@
 #include "hostapp/cli/SiteLookup.h"
 
-#include "hostapp/core/HostError.h"
+#include "base/ReportableError.h"
 #include "hostapp/core/QuickRanges.h"
 
 #include <QtCore/QFileInfo>
@@ -38,7 +38,7 @@ std::shared_ptr<SiteProperty> propertyNamed(const SiteAgent& agent, const QStrin
     QStringList keys;
     for (const auto& property : agent.siteProperties())
         keys << property->propertyName();
-    throw HostError(QStringLiteral("%1 has no property “%2”; it has: %3").arg(agent.name(), name, listed(keys)));
+    throw ReportableError(QStringLiteral("%1 has no property “%2”; it has: %3").arg(agent.name(), name, listed(keys)));
 }
 
 }  // namespace
@@ -46,7 +46,7 @@ std::shared_ptr<SiteProperty> propertyNamed(const SiteAgent& agent, const QStrin
 std::shared_ptr<SiteDocument> openSite(const QString& path)
 {
     if (!QFileInfo::exists(path))
-        throw HostError(QStringLiteral("there is no site %1; plotix import makes one").arg(path));
+        throw ReportableError(QStringLiteral("there is no site %1; plotix import makes one").arg(path));
     return SiteDocument::open(path);
 }
 
@@ -56,17 +56,17 @@ std::shared_ptr<SiteAgent> agentOf(const SiteDocument& document, const QString& 
     if (name.isEmpty() && agents.size() == 1)
         return agents.front();
     if (name.isEmpty())
-        throw HostError(agents.empty()
-                            ? QStringLiteral("%1 has no agents yet; plotix import makes one").arg(document.path())
-                            : QStringLiteral("%1 has several agents; choose one with --agent: %2")
-                                  .arg(document.path(), listed(agentNames(document))));
+        throw ReportableError(agents.empty()
+                                  ? QStringLiteral("%1 has no agents yet; plotix import makes one").arg(document.path())
+                                  : QStringLiteral("%1 has several agents; choose one with --agent: %2")
+                                        .arg(document.path(), listed(agentNames(document))));
     for (const auto& agent : agents)
         if (agent->name() == name)
             return agent;
     for (const auto& agent : agents)
         if (isSameName(agent->name(), name))
             return agent;
-    throw HostError(
+    throw ReportableError(
         QStringLiteral("%1 has no agent “%2”; it has: %3").arg(document.path(), name, listed(agentNames(document))));
 }
 

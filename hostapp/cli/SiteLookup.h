@@ -1,12 +1,12 @@
 #pragma once
 
-#include "hostapp/archive/RecordArchive.h"
 #include "hostapp/cli/ParsedCommand.h"
 #include "hostapp/document/SiteDocument.h"
+#include "records/sqlite/RecordArchive.h"
 
 /// Finds what a command's words mean in a site: the document, an agent, properties, a span of time.
 ///
-/// Main thread only. Each throws HostError that lists what there is when a word means nothing.
+/// Main thread only. Each throws ReportableError that lists what there is when a word means nothing.
 namespace plotix {
 
 std::shared_ptr<SiteDocument> openSite(const QString& path);

@@ -1,7 +1,7 @@
 #include "hostapp/core/Coder.h"
 
+#include "base/ReportableError.h"
 #include "hostapp/core/CoderNode.h"
-#include "hostapp/core/HostError.h"
 #include "hostapp/core/SiteProperty.h"
 #include "hostapp/core/Units.h"
 

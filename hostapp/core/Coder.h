@@ -45,7 +45,7 @@ public:
         KTVSiteWindowController* siteWindowController = nullptr;  ///< borrowed; null without a window
     };
 
-    /// Throws HostError when the bytes are no archive, or one of a newer version.
+    /// Throws ReportableError when the bytes are no archive, or one of a newer version.
     Decoder(const QByteArray& data, Surroundings surroundings);
     ~Decoder() override;
 

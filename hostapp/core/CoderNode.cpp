@@ -1,6 +1,6 @@
 #include "hostapp/core/CoderNode.h"
 
-#include "hostapp/core/HostError.h"
+#include "base/ReportableError.h"
 
 #include <QtCore/QCborStreamReader>
 #include <QtCore/QCborStreamWriter>
@@ -102,7 +102,7 @@ public:
         expect(text() == QLatin1String(kFormatName));
         const qint64 version = integer();
         if (version > kFormatVersion)
-            throw HostError(QStringLiteral("A stored view was made by a newer Plotix: update Plotix to see it."));
+            throw ReportableError(QStringLiteral("A stored view was made by a newer Plotix: update Plotix to see it."));
         expect(version == kFormatVersion);
         CoderNode root = node(0);
         expect(root.kind == CoderNode::Kind::Object);
@@ -114,7 +114,7 @@ public:
 private:
     [[noreturn]] static void fail()
     {
-        throw HostError(QStringLiteral("A stored view is damaged: delete it and make it anew."));
+        throw ReportableError(QStringLiteral("A stored view is damaged: delete it and make it anew."));
     }
     static void expect(bool condition)
     {

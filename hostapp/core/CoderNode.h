@@ -39,7 +39,7 @@ struct CoderNode {
 /// Requires: an object at the root.
 QByteArray writeArchive(const CoderNode& root);
 
-/// Throws HostError for bytes that are no archive, are cut short, or are of a newer version.
+/// Throws ReportableError for bytes that are no archive, are cut short, or are of a newer version.
 CoderNode readArchive(const QByteArray& data);
 
 }  // namespace plotix

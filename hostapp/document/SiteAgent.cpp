@@ -1,6 +1,6 @@
-#include "hostapp/archive/ArchiveManager.h"
-#include "hostapp/core/HostError.h"
+#include "base/ReportableError.h"
 #include "hostapp/core/Units.h"
+#include "hostapp/document/ArchiveManager.h"
 #include "hostapp/document/SiteDocument.h"
 
 namespace plotix {
@@ -21,7 +21,7 @@ SiteAgent::~SiteAgent() = default;
 std::shared_ptr<SiteProperty> SiteAgent::addProperty(const QString& name, const QString& unit, std::uint32_t type)
 {
     if (!m_document)
-        throw HostError(QStringLiteral("The site of “%1” is closed: open it again.").arg(m_name));
+        throw ReportableError(QStringLiteral("The site of “%1” is closed: open it again.").arg(m_name));
     return m_document->addPropertyTo(*this, name, unit, type);
 }
 

@@ -1,11 +1,11 @@
 #include "hostapp/document/SiteDocument.h"
 
-#include "hostapp/archive/ArchiveManager.h"
-#include "hostapp/archive/RecordArchive.h"
-#include "hostapp/archive/TailStore.h"
-#include "hostapp/core/HostError.h"
+#include "base/ReportableError.h"
 #include "hostapp/core/Units.h"
+#include "hostapp/document/ArchiveManager.h"
 #include "hostapp/document/SiteStore.h"
+#include "records/sqlite/RecordArchive.h"
+#include "records/sqlite/TailStore.h"
 
 #include <QtCore/QFile>
 #include <QtCore/QFileInfo>
@@ -173,7 +173,7 @@ void SiteDocument::storeUnsaved()
         });
         m_store->unsaved.clear();
         m_store->tries = 0;
-    } catch (const HostError& error) {
+    } catch (const ReportableError& error) {
         m_store->retry.start();
         if (++m_store->tries == kTriesBeforeTelling)
             emit changeNotStored(error.message());

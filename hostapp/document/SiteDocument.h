@@ -66,7 +66,7 @@ struct ArchivedPlugIn {
 /// One site in one SQLite file `NAME.plotix`: its name and place, agents, properties, archived plug-ins and records.
 ///
 /// Every change is stored at once, in a transaction of its own. Main thread only; records are read and written through
-/// RecordReader and RecordWriter on the same file. Throws HostError for files that are newer, foreign, locked,
+/// RecordReader and RecordWriter on the same file. Throws ReportableError for files that are newer, foreign, locked,
 /// read-only or damaged, and leaves them as they were.
 class SiteDocument : public QObject, public KTVSiteDocument, public std::enable_shared_from_this<SiteDocument> {
     Q_OBJECT

@@ -1,10 +1,10 @@
 #include "hostapp/document/SiteStore.h"
 
-#include "hostapp/archive/SiteSchema.h"
-#include "hostapp/core/HostError.h"
+#include "base/ReportableError.h"
 #include "hostapp/core/Units.h"
 #include "hostapp/document/PropertyPalette.h"
 #include "plugins/PlotixPlugIn/host/KTVConverter.h"
+#include "storage/SiteSchema.h"
 
 #include <QtCore/QUuid>
 
@@ -70,9 +70,9 @@ std::optional<SiteStore::Agent> SiteStore::agentNamed(const QString& name) const
 SiteStore::Agent SiteStore::addAgent(const QString& name)
 {
     if (name.trimmed().isEmpty())
-        throw HostError(QStringLiteral("An agent needs a name: give it one."));
+        throw ReportableError(QStringLiteral("An agent needs a name: give it one."));
     if (agentNamed(name))
-        throw HostError(QStringLiteral("There is an agent “%1” already: choose another name.").arg(name));
+        throw ReportableError(QStringLiteral("There is an agent “%1” already: choose another name.").arg(name));
     Agent agent{0, QUuid::createUuid().toString(QUuid::WithoutBraces), name};
     Statement(m_database, "INSERT INTO agent(identifier, name) VALUES(?, ?)")
         .bind(1, agent.identifier)
@@ -133,7 +133,7 @@ SiteProperty::Description SiteStore::addProperty(qint64 agent, const QString& na
     insert.bind(8, qint64(property.visible)).run();
     property.id = m_database.lastInsertedRow();
     if (property.id >= schema::kPropertiesPerChunk)
-        throw HostError(QStringLiteral("The site has too many properties: begin a new site."));
+        throw ReportableError(QStringLiteral("The site has too many properties: begin a new site."));
     return property;
 }
 

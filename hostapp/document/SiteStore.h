@@ -1,13 +1,13 @@
 #pragma once
 
-#include "hostapp/archive/Database.h"
 #include "hostapp/core/SiteProperty.h"
+#include "storage/Database.h"
 
 #include <optional>
 #include <vector>
 
 /// The site's tables beside the records: name and place, agents, properties. Borrows its connection and works inside
-/// the caller's transaction; one thread. Throws HostError.
+/// the caller's transaction; one thread. Throws ReportableError.
 namespace plotix {
 
 class SiteStore {

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "hostapp/archive/RecordArchive.h"
+#include "records/sqlite/RecordArchive.h"
 
 #include <QtCore/QString>
 
@@ -11,7 +11,7 @@
 ///
 /// The file is created when it is missing. Agents, properties and records become visible together at `commit`;
 /// destruction without it leaves the file as it was, and removes one that the transaction created.
-/// `SiteDocument::reload` picks up what was added. Throws HostError.
+/// `SiteDocument::reload` picks up what was added. Throws ReportableError.
 namespace plotix {
 
 class SiteTransaction {

@@ -1,6 +1,6 @@
 #include "hostapp/print/ReportPrinter.h"
 
-#include "hostapp/core/HostError.h"
+#include "base/ReportableError.h"
 #include "hostapp/print/ReportDocument.h"
 #include "plugins/PlotixPlugIn/host/KTVGraphicsContext.h"
 #include "plugins/PlotixPlugIn/host/KTVWebUIDelegate.h"
@@ -77,7 +77,7 @@ void paintPages(QPagedPaintDevice& device, const PageFrame& frame, ReportDocumen
 {
     QPainter painter;
     if (!painter.begin(&device))
-        throw HostError(QCoreApplication::translate("ReportPrinter", "The printer does not take the report."));
+        throw ReportableError(QCoreApplication::translate("ReportPrinter", "The printer does not take the report."));
     painter.scale(device.logicalDpiX() / kPointsPerInch, device.logicalDpiY() / kPointsPerInch);
     KTVPrintOperation operation(document.pageCount());
     KTVPrintOperation* previous = KTVPrintOperation::setCurrentOperation(&operation);
@@ -109,7 +109,7 @@ int ReportPrinter::print(QPagedPaintDevice& device) const
     const KTVPrintInfo* setup = m_plugIn->customPrintInfo();
     const std::optional<QString> html = m_plugIn->htmlContentForPrinting();
     if (!delegate || !html)
-        throw HostError(QCoreApplication::translate("ReportPrinter", "This view has no report to print."));
+        throw ReportableError(QCoreApplication::translate("ReportPrinter", "This view has no report to print."));
     const PageFrame frame = frameOf(*setup, *delegate);
     ReportDocument document([this](const QSizeF& size) {
         return m_drawGraph ? m_drawGraph(m_plugIn.get(), size * kGraphScale, kGraphDensity) : QImage();

@@ -27,10 +27,10 @@ public:
     ReportPrinter(KTVPlugInPtr plugIn, DrawGraph drawGraph);
 
     /// Builds the report anew and paints it on the device, which takes over the page layout that the plug-in asks for.
-    /// Answers the number of pages. Throws HostError when there is no report or the device does not take it.
+    /// Answers the number of pages. Throws ReportableError when there is no report or the device does not take it.
     int print(QPagedPaintDevice& device) const;
 
-    /// The report as a PDF file's bytes. Throws HostError.
+    /// The report as a PDF file's bytes. Throws ReportableError.
     QByteArray pdf() const;
 
 private:

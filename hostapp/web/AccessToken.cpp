@@ -1,6 +1,6 @@
 #include "hostapp/web/AccessToken.h"
 
-#include "hostapp/core/HostError.h"
+#include "base/ReportableError.h"
 
 #include <QtCore/QCryptographicHash>
 #include <QtCore/QFile>
@@ -28,11 +28,11 @@ QByteArray AccessToken::readFrom(const QString& path)
 {
     QFile file(path);
     if (!file.open(QIODevice::ReadOnly))
-        throw HostError(QStringLiteral("The token file %1 cannot be read: %2").arg(path, file.errorString()));
+        throw ReportableError(QStringLiteral("The token file %1 cannot be read: %2").arg(path, file.errorString()));
     constexpr qint64 kLongest = 1024;  // bytes; whoever names a whole disk by mistake is told so at once
     const QByteArray token = file.readLine(kLongest).trimmed();
     if (token.isEmpty())
-        throw HostError(QStringLiteral("The token file %1 is empty; its first line is the token.").arg(path));
+        throw ReportableError(QStringLiteral("The token file %1 is empty; its first line is the token.").arg(path));
     return token;
 }
 

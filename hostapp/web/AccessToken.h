@@ -15,7 +15,8 @@ public:
     /// `token` is shared with the users; `cookieName` tells servers on one machine apart. Empty: open to everybody.
     AccessToken(QByteArray token, QByteArray cookieName);
 
-    /// The first line of a file, without blanks at its ends. Throws HostError when it cannot be read or holds none.
+    /// The first line of a file, without blanks at its ends. Throws ReportableError when it cannot be read or holds
+    /// none.
     static QByteArray readFrom(const QString& path);
 
     bool isRequired() const { return !m_token.isEmpty(); }

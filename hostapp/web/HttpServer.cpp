@@ -1,6 +1,6 @@
 #include "hostapp/web/HttpServer.h"
 
-#include "hostapp/core/HostError.h"
+#include "base/ReportableError.h"
 #include "hostapp/web/ConnectionTable.h"
 #include "hostapp/web/ListeningSocket.h"
 #include "hostapp/web/RequestQueue.h"
@@ -132,7 +132,7 @@ HttpServer::Daemon::Daemon(OpenSites& sites, const HttpAddress& address, const Q
     if (m_daemon != nullptr)
         return;
     ::close(m_socket.socket);
-    throw HostError(QStringLiteral("The web server could not be started; close other programs and try again."));
+    throw ReportableError(QStringLiteral("The web server could not be started; close other programs and try again."));
 }
 
 HttpServer::Daemon::~Daemon()
@@ -255,7 +255,7 @@ std::size_t HttpServer::Daemon::leaveEscapes(void*, MHD_Connection*, char* text)
 HttpServer::HttpServer(OpenSites& sites, const HttpAddress& address, const QByteArray& token, const HttpLimits& limits)
 {
     if (token.isEmpty() && !address.isLoopback())
-        throw HostError(
+        throw ReportableError(
             QStringLiteral("Serving at %1 lets other machines in and needs a token; give --token-file FILE, "
                            "or leave --bind out.")
                 .arg(address.host));

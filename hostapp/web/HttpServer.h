@@ -28,8 +28,8 @@ struct HttpAddress {
 
 class HttpServer {
 public:
-    /// Listens when it returns. Throws HostError of one line: an address that is none or not ours, a port in use, a
-    /// missing token. Any address but loopback wants a token; on loopback an empty one opens the sites to all who use
+    /// Listens when it returns. Throws ReportableError of one line: an address that is none or not ours, a port in use,
+    /// a missing token. Any address but loopback wants a token; on loopback an empty one opens the sites to all who use
     /// this machine.
     HttpServer(OpenSites& sites, const HttpAddress& address, const QByteArray& token, const HttpLimits& limits = {});
     ~HttpServer();

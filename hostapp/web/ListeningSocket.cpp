@@ -1,6 +1,6 @@
 #include "hostapp/web/ListeningSocket.h"
 
-#include "hostapp/core/HostError.h"
+#include "base/ReportableError.h"
 
 #include <arpa/inet.h>
 #include <netinet/in.h>
@@ -46,10 +46,11 @@ std::optional<SocketAddress> socketAddressFrom(const HttpAddress& address)
 {
     const QString where = QStringLiteral("port %1 of %2").arg(address.port).arg(address.host);
     if (error == EADDRINUSE)
-        throw HostError(QStringLiteral("%1 is in use; choose another with --port, or 0 for any.").arg(where));
+        throw ReportableError(QStringLiteral("%1 is in use; choose another with --port, or 0 for any.").arg(where));
     if (error == EADDRNOTAVAIL)
-        throw HostError(QStringLiteral("%1 is no address of this machine.").arg(address.host));
-    throw HostError(QStringLiteral("%1 cannot be opened: %2").arg(where, QString::fromLocal8Bit(std::strerror(error))));
+        throw ReportableError(QStringLiteral("%1 is no address of this machine.").arg(address.host));
+    throw ReportableError(
+        QStringLiteral("%1 cannot be opened: %2").arg(where, QString::fromLocal8Bit(std::strerror(error))));
 }
 
 std::uint16_t portOf(int socket)
@@ -78,7 +79,7 @@ ListeningSocket listenOn(const HttpAddress& address)
 {
     const auto where = socketAddressFrom(address);
     if (!where)
-        throw HostError(
+        throw ReportableError(
             QStringLiteral("%1 is no address; give one in figures, such as 127.0.0.1 or 0.0.0.0.").arg(address.host));
     const int socket = ::socket(where->storage.ss_family, SOCK_STREAM | SOCK_CLOEXEC | SOCK_NONBLOCK, 0);
     if (socket < 0)

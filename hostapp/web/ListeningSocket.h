@@ -12,7 +12,7 @@ struct ListeningSocket {
     std::uint16_t port = 0;
 };
 
-/// Throws HostError of one line.
+/// Throws ReportableError of one line.
 ListeningSocket listenOn(const HttpAddress& address);
 
 /// The numeric address of the other end, without its port; empty when there is none.

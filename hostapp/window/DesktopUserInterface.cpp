@@ -1,6 +1,6 @@
 #include "hostapp/window/DesktopUserInterface.h"
 
-#include "hostapp/core/HostError.h"
+#include "base/ReportableError.h"
 #include "hostapp/window/SiteActions.h"
 #include "plugins/PlotixPlugIn/host/KTVBundle.h"
 #include "plugins/PlotixPlugIn/host/PngImage.h"
@@ -117,7 +117,7 @@ QMenu* makeSharingMenu(const QImage& image, KTVUserInterface* userInterface, Sha
         QAction* action = menu->addAction(text, [image, userInterface, &sharedPicture, way] {
             try {
                 (sharedPicture.*way)(image);
-            } catch (const HostError& error) {
+            } catch (const ReportableError& error) {
                 userInterface->runModal({DesktopUserInterface::tr("The picture could not be passed on"),
                                          error.message(), KTVAlert::Style::Critical});
             }

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "hostapp/import/Importer.h"
+#include "hostapp/exchange/Importer.h"
 
 #include <QtCore/QObject>
 #include <QtCore/QThread>

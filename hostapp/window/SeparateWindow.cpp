@@ -1,7 +1,7 @@
 #include "hostapp/window/SeparateWindow.h"
 
-#include "hostapp/window/PlugInOperations.h"
-#include "hostapp/window/SourceListModel.h"
+#include "hostapp/site/PlugInOperations.h"
+#include "hostapp/site/SourceListModel.h"
 #include "plugins/PlotixPlugIn/host/KTVMessageViewController.h"
 
 #include <QtGui/QAction>

@@ -1,6 +1,6 @@
 #include "hostapp/window/SharedPicture.h"
 
-#include "hostapp/core/HostError.h"
+#include "base/ReportableError.h"
 #include "plugins/PlotixPlugIn/host/PngImage.h"
 
 #include <QtCore/QCoreApplication>
@@ -24,7 +24,7 @@ QString translated(const char* text)
 
 [[noreturn]] void failToPassOn()
 {
-    throw HostError(translated("No program took it. Save the image instead."));
+    throw ReportableError(translated("No program took it. Save the image instead."));
 }
 
 }  // namespace
@@ -86,7 +86,7 @@ QString SharedPicture::write(const QImage& image)
     const QString path = m_folder->filePath(QStringLiteral("trend-%1.png").arg(++m_count));
     QFile file(path);
     if (!m_folder->isValid() || !file.open(QIODevice::WriteOnly) || !writePng(file, image))
-        throw HostError(translated("The temporary picture cannot be written."));
+        throw ReportableError(translated("The temporary picture cannot be written."));
     return path;
 }
 

@@ -31,7 +31,7 @@ public:
     QString mailUnavailable() const;
     QString openUnavailable() const;
 
-    // Each throws HostError.
+    // Each throws ReportableError.
     void mail(const QImage& image);      ///< attached; where mail cannot attach, the text says where the picture is
     void openWith(const QImage& image);  ///< in the desktop's viewer
 

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "hostapp/document/SiteDocument.h"
-#include "hostapp/station/LiveRecorder.h"
+#include "hostapp/live/LiveRecorder.h"
 
 #include <QtCore/QObject>
 
@@ -26,7 +26,7 @@ public:
     bool isOn() const { return m_recorder != nullptr; }
     bool wasOn() const;  ///< when the document was used last
 
-    /// Makes the agent where it is missing. Throws HostError, and is off then. On already: nothing happens.
+    /// Makes the agent where it is missing. Throws ReportableError, and is off then. On already: nothing happens.
     void switchOn();
     void switchOff();
 

@@ -1,6 +1,7 @@
 #include "hostapp/window/SiteWindow.h"
 
-#include "hostapp/core/HostError.h"
+#include "base/ReportableError.h"
+#include "hostapp/site/TrendFollower.h"
 #include "hostapp/window/DesktopUserInterface.h"
 #include "hostapp/window/EmptyStateView.h"
 #include "hostapp/window/ImportTask.h"
@@ -8,7 +9,6 @@
 #include "hostapp/window/PropertyListModel.h"
 #include "hostapp/window/PropertyListView.h"
 #include "hostapp/window/SiteRecording.h"
-#include "hostapp/window/TrendFollower.h"
 
 #include <QtCore/QDeadlineTimer>
 #include <QtCore/QFileInfo>

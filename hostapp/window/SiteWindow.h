@@ -1,6 +1,6 @@
 #pragma once
 
-#include "hostapp/import/Importer.h"
+#include "hostapp/exchange/Importer.h"
 #include "hostapp/window/SiteActions.h"
 #include "hostapp/window/SiteWindowController.h"
 #include "plugins/PlotixPlugIn/host/KTVHelpManager.h"

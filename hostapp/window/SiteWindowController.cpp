@@ -1,7 +1,7 @@
 #include "hostapp/window/SiteWindowController.h"
 
-#include "hostapp/core/HostError.h"
-#include "hostapp/window/ToolbarClass.h"
+#include "base/ReportableError.h"
+#include "hostapp/site/ToolbarClass.h"
 
 #include <algorithm>
 
@@ -197,7 +197,7 @@ void SiteWindowController::removeFromDocument()
     try {
         for (; !m_toRemove.empty(); m_toRemove.pop_back())
             m_store.remove(*m_toRemove.back());
-    } catch (const HostError& error) {
+    } catch (const ReportableError& error) {
         emit storingFailed(error.message());  // another writer holds the document; the next storing tries again
     }
 }
@@ -228,7 +228,7 @@ void SiteWindowController::store(const KTVPlugIn& plugIn)
         return;
     try {
         m_store.store(plugIn);
-    } catch (const HostError& error) {
+    } catch (const ReportableError& error) {
         emit storingFailed(error.message());
     }
 }

@@ -1,10 +1,10 @@
 #pragma once
 
 #include "hostapp/document/SiteDocument.h"
-#include "hostapp/window/PlugInStore.h"
+#include "hostapp/site/PlugInStore.h"
+#include "hostapp/site/SourceListModel.h"
+#include "hostapp/site/WindowMemory.h"
 #include "hostapp/window/SeparateWindow.h"
-#include "hostapp/window/SourceListModel.h"
-#include "hostapp/window/WindowMemory.h"
 #include "plugins/PlotixPlugIn/host/KTVSiteWindowController.h"
 
 #include <QtCore/QObject>

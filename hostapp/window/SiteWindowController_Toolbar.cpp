@@ -1,7 +1,7 @@
 // The plug-ins of the toolbar: one for each agent, made when it is missing, archived and let go of with the others.
 
+#include "hostapp/site/ToolbarClass.h"
 #include "hostapp/window/SiteWindowController.h"
-#include "hostapp/window/ToolbarClass.h"
 
 #include <algorithm>
 

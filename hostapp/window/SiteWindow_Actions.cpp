@@ -5,18 +5,18 @@
 
 #include "hostapp/window/SiteWindow.h"
 
-#include "hostapp/archive/RecordArchive.h"
-#include "hostapp/core/HostError.h"
+#include "base/ReportableError.h"
 #include "hostapp/print/ReportPrinter.h"
+#include "hostapp/site/NewTrend.h"
+#include "hostapp/site/PlugInOperations.h"
 #include "hostapp/window/DesktopUserInterface.h"
 #include "hostapp/window/EmptyStateView.h"
 #include "hostapp/window/ExportImageDialog.h"
-#include "hostapp/window/NewTrend.h"
-#include "hostapp/window/PlugInOperations.h"
 #include "hostapp/window/PropertyListModel.h"
 #include "hostapp/window/PropertyListView.h"
 #include "hostapp/window/SiteDetailsDialog.h"
 #include "plugins/PlotixPlugIn/host/PngImage.h"
+#include "records/sqlite/RecordArchive.h"
 
 #include <QtCore/QFile>
 #include <QtCore/QSaveFile>
@@ -132,7 +132,7 @@ void SiteWindow::askForSiteDetails()
         return;
     try {
         document.setSite(dialog.name(), dialog.location());
-    } catch (const HostError& error) {
+    } catch (const ReportableError& error) {
         showAlert(tr("Name and location are not stored"), error.message());
     }
 }
@@ -148,7 +148,7 @@ void SiteWindow::newTrend()
             const ArchiveSummary summary = RecordReader(m_controller->siteDocument()->path()).summary(agent->id());
             const auto [from, to] = rangeForNewTrend(summary.last, currentDate(), QTimeZone::systemTimeZone());
             m_controller->newTrend(agent, properties, from, to, titleForProperties(properties));
-        } catch (const HostError& error) {
+        } catch (const ReportableError& error) {
             showAlert(tr("The trend could not be made"), error.message());
             return;
         }

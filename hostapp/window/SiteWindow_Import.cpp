@@ -5,7 +5,7 @@
 
 #include "hostapp/window/SiteWindow.h"
 
-#include "hostapp/core/HostError.h"
+#include "base/ReportableError.h"
 #include "hostapp/window/ImportDialog.h"
 #include "hostapp/window/ImportTask.h"
 
@@ -88,7 +88,7 @@ void SiteWindow::importFinished(const ImportSummary& summary)
         showSelection();
         showAlert(tr("Imported %n record(s)", nullptr, static_cast<int>(summary.records)), describeImport(summary),
                   KTVAlert::Style::Informational);
-    } catch (const HostError& error) {
+    } catch (const ReportableError& error) {
         showAlert(tr("The site could not be read again"), error.message());
     }
     emit importEnded(true);

@@ -7,10 +7,10 @@
 
 #include "hostapp/window/SiteWindow.h"
 
-#include "hostapp/core/HostError.h"
-#include "hostapp/station/LiveRecorder.h"
+#include "base/ReportableError.h"
+#include "hostapp/live/LiveRecorder.h"
+#include "hostapp/site/TrendFollower.h"
 #include "hostapp/window/SiteRecording.h"
-#include "hostapp/window/TrendFollower.h"
 
 #include <QtCore/QSignalBlocker>
 #include <QtWidgets/QStatusBar>
@@ -65,7 +65,7 @@ void SiteWindow::recordComputer(bool on)
             m_recording->switchOn();
         else
             m_recording->switchOff();
-    } catch (const HostError& error) {
+    } catch (const ReportableError& error) {
         showAlert(tr("This computer is not recorded"), error.message());
     }
     setChecked(m_actions.recordComputer, m_recording->isOn());

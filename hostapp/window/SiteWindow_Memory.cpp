@@ -6,8 +6,8 @@
 
 #include "hostapp/window/SiteWindow.h"
 
-#include "hostapp/core/HostError.h"
-#include "hostapp/window/TrendFollower.h"
+#include "base/ReportableError.h"
+#include "hostapp/site/TrendFollower.h"
 
 #include <QtCore/QSettings>
 #include <QtGui/QCloseEvent>
@@ -105,7 +105,7 @@ void SiteWindow::storeNow()
     m_controller->storeAll();
     try {
         m_memory.store(currentState());
-    } catch (const HostError& error) {
+    } catch (const ReportableError& error) {
         emit m_controller->storingFailed(error.message());
     }
 }

@@ -5,10 +5,10 @@
 
 #include "hostapp/window/SiteWindow.h"
 
-#include "hostapp/core/HostError.h"
+#include "base/ReportableError.h"
 #include "hostapp/print/ReportPrinter.h"
+#include "hostapp/site/PlugInOperations.h"
 #include "hostapp/window/DesktopUserInterface.h"
-#include "hostapp/window/PlugInOperations.h"
 
 #include <QtCore/QSaveFile>
 #include <QtPrintSupport/QPrintPreviewDialog>
@@ -55,7 +55,7 @@ void SiteWindow::printReport()
         adoptPaper(*paper);
         try {
             report.print(*paper);
-        } catch (const HostError& error) {
+        } catch (const ReportableError& error) {
             failure = error.message();
         }
         layOutAgain(plugIn->view());
@@ -75,8 +75,8 @@ void SiteWindow::exportReport()
         const QByteArray bytes = ReportPrinter(plugIn, graphForPaper).pdf();
         QSaveFile file(*path);
         if (!file.open(QIODevice::WriteOnly) || file.write(bytes) != bytes.size() || !file.commit())
-            throw HostError(tr("“%1”: %2").arg(*path, file.errorString()));
-    } catch (const HostError& error) {
+            throw ReportableError(tr("“%1”: %2").arg(*path, file.errorString()));
+    } catch (const ReportableError& error) {
         showAlert(tr("The report could not be saved"), error.message());
     }
     layOutAgain(plugIn->view());

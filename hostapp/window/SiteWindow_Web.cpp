@@ -7,7 +7,7 @@
 
 #include "hostapp/window/SiteWindow.h"
 
-#include "hostapp/core/HostError.h"
+#include "base/ReportableError.h"
 #include "hostapp/window/WebAddressBar.h"
 #include "hostapp/window/WebServing.h"
 
@@ -38,7 +38,7 @@ void SiteWindow::serveOnWeb(bool on)
         if (!on)
             m_services.webServing->stop(*m_controller);
         showWebAddress(on ? m_services.webServing->start(*m_controller) : QString());
-    } catch (const HostError& error) {
+    } catch (const ReportableError& error) {
         const QSignalBlocker silently(m_actions.serveOnWeb);
         m_actions.serveOnWeb->setChecked(false);
         showWebAddress({});

@@ -1,6 +1,6 @@
 #include "hostapp/window/SiteWindows.h"
 
-#include "hostapp/core/HostError.h"
+#include "base/ReportableError.h"
 #include "hostapp/window/DesktopUserInterface.h"
 #include "hostapp/window/RecentSites.h"
 
@@ -64,7 +64,7 @@ void SiteWindows::openFromMenu(const QString& path, SiteWindow* (SiteWindows::*o
         window->show();
         window->raise();
         window->activateWindow();
-    } catch (const HostError& error) {
+    } catch (const ReportableError& error) {
         m_services.userInterface->beginSheet(
             {tr("The site could not be opened"), error.message(), KTVAlert::Style::Critical}, from, {});
     }

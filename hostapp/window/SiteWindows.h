@@ -16,10 +16,10 @@ public:
     SiteWindows(const WindowServices& services, DocumentOpened documentOpened);
     ~SiteWindows() override;
 
-    /// Opens the site's window, or brings forward the one it has. Throws HostError. The window is not shown yet.
+    /// Opens the site's window, or brings forward the one it has. Throws ReportableError. The window is not shown yet.
     SiteWindow* open(const QString& path);
 
-    /// Makes a new site and opens its window. Throws HostError, also when the file exists.
+    /// Makes a new site and opens its window. Throws ReportableError, also when the file exists.
     SiteWindow* create(const QString& path);
 
     std::vector<SiteWindow*> windows() const;

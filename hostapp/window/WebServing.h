@@ -13,7 +13,7 @@ public:
     virtual ~WebServing() = default;
 
     /// Shows the site to browsers on this machine; answers the address of its page. Again for a site that is served:
-    /// as if it had been stopped before. Throws HostError.
+    /// as if it had been stopped before. Throws ReportableError.
     virtual QString start(SiteWindowController& site) = 0;
 
     /// When it returns nobody asks the site's plug-ins any more. A site that is not served: nothing happens.

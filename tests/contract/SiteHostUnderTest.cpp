@@ -1,10 +1,10 @@
-#include "hostapp/archive/RecordArchive.h"
 #include "hostapp/core/Coder.h"
 #include "hostapp/core/Converter.h"
 #include "hostapp/core/HostBundle.h"
 #include "hostapp/core/QuickRanges.h"
 #include "hostapp/document/SiteDocument.h"
 #include "hostapp/window/MessageOverlay.h"
+#include "records/sqlite/RecordArchive.h"
 #include "tests/contract/HostUnderTest.h"
 
 #include <QtCore/QTemporaryDir>

@@ -1,10 +1,10 @@
 #include "hostapp/app/Composition.h"
-#include "hostapp/app/TrendRenderer.h"
-#include "hostapp/archive/RecordArchive.h"
 #include "hostapp/document/SiteDocument.h"
-#include "hostapp/station/LiveRecorder.h"
-#include "hostapp/window/TrendFollower.h"
+#include "hostapp/live/LiveRecorder.h"
+#include "hostapp/site/TrendFollower.h"
+#include "hostapp/site/WaitForRecords.h"
 #include "plugins/PlotixPlugIn/KTVPlotixPlugIn.h"
+#include "records/sqlite/RecordArchive.h"
 
 #include <QtCore/QEventLoop>
 #include <QtCore/QTemporaryDir>

@@ -1,6 +1,6 @@
-#include "hostapp/archive/ArchiveVerification.h"
-#include "hostapp/archive/Database.h"
-#include "hostapp/archive/RecordArchive.h"
+#include "records/sqlite/ArchiveVerification.h"
+#include "records/sqlite/RecordArchive.h"
+#include "storage/Database.h"
 #include "tests/e2e/ProgramTest.h"
 #include "tests/e2e/writer/WrittenValues.h"
 

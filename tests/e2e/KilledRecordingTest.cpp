@@ -1,6 +1,6 @@
-#include "hostapp/archive/Database.h"
-#include "hostapp/archive/RecordArchive.h"
 #include "hostapp/document/SiteDocument.h"
+#include "records/sqlite/RecordArchive.h"
+#include "storage/Database.h"
 #include "tests/e2e/ProgramTest.h"
 
 #include <QtCore/QDir>

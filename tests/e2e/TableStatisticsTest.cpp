@@ -1,6 +1,6 @@
 #include "hostapp/app/Composition.h"
-#include "hostapp/app/TrendRenderer.h"
 #include "hostapp/document/SiteDocument.h"
+#include "hostapp/site/WaitForRecords.h"
 #include "plugins/PlotixPlugIn/KTVPlotixPlugIn.h"
 #include "plugins/PlotixPlugIn/host/KTVConverter.h"
 #include "tests/e2e/ProgramTest.h"

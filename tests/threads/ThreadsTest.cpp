@@ -1,7 +1,7 @@
 #include "base/MainQueue.h"
-#include "hostapp/archive/LogCheckpointer.h"
-#include "hostapp/archive/RecordAppender.h"
 #include "hostapp/document/SiteTransaction.h"
+#include "records/sqlite/RecordAppender.h"
+#include "storage/LogCheckpointer.h"
 
 #include <QtCore/QCoreApplication>
 #include <QtCore/QElapsedTimer>

@@ -1,6 +1,6 @@
 #include "plugins/PlotixPlugIn/host/PngImage.h"
 
-#include "base/PngEncoding.h"
+#include "base/png/PngEncoding.h"
 
 namespace plotix {
 

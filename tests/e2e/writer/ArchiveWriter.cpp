@@ -7,10 +7,10 @@
 // single records follow until it is sealed. Now and then a record is stored again where it stands already. With
 // `compact` the document is compacted beside that, with `merge` its log is merged, over and over.
 
-#include "hostapp/archive/ArchiveCompaction.h"
-#include "hostapp/archive/Database.h"
-#include "hostapp/archive/RecordAppender.h"
-#include "hostapp/core/HostError.h"
+#include "base/ReportableError.h"
+#include "records/sqlite/ArchiveCompaction.h"
+#include "records/sqlite/RecordAppender.h"
+#include "storage/Database.h"
 #include "tests/e2e/writer/WrittenValues.h"
 
 #include <atomic>
@@ -59,7 +59,7 @@ void compactForEver(const QString& site)
     for (;;)
         try {
             compactArchive({site, {}, true});
-        } catch (const HostError& error) {
+        } catch (const ReportableError& error) {
             std::fprintf(stderr, "compaction: %s\n", error.what());
         }
 }
@@ -71,7 +71,7 @@ void mergeForEver(const QString& site)
         try {
             database.execute((std::string("PRAGMA wal_checkpoint(") + way + ")").c_str());
             std::this_thread::sleep_for(std::chrono::milliseconds(2));
-        } catch (const HostError& error) {
+        } catch (const ReportableError& error) {
             std::fprintf(stderr, "merging: %s\n", error.what());
         }
 }
@@ -106,7 +106,7 @@ int main(int count, char** arguments)
         std::thread([site] { mergeForEver(site); }).detach();
     try {
         writeForEver(site, *acknowledged);
-    } catch (const HostError& error) {
+    } catch (const ReportableError& error) {
         std::fprintf(stderr, "writing: %s\n", error.what());
     }
     return 1;

@@ -1,9 +1,9 @@
 #include "hostapp/app/ProgramServices.h"
 
+#include "base/ReportableError.h"
 #include "hostapp/core/Coder.h"
-#include "hostapp/core/HostError.h"
-#include "hostapp/window/PlugInStore.h"
-#include "tests/hostapp/window/ScratchSite.h"
+#include "hostapp/site/PlugInStore.h"
+#include "tests/support/stubsite/ScratchSite.h"
 
 #include <gmock/gmock.h>
 
@@ -76,7 +76,7 @@ TEST_F(ProgramServicesTest, BareGraphWithoutPropertiesIsAnErrorAndNoEndlessWait)
     RenderRequest bare = request(RenderRequest::Format::Png);
     bare.bare = true;
     bare.trend.properties.clear();
-    EXPECT_THROW(services.render(bare), plotix::HostError);
+    EXPECT_THROW(services.render(bare), plotix::ReportableError);
 }
 
 TEST_F(ProgramServicesTest, RangeWithoutRecordsStillRenders)
@@ -101,7 +101,7 @@ TEST_F(ProgramServicesTest, MoreRecordsThanTheMemoryBudgetIsAnErrorThatSaysWhatF
         try {
             services.render(tooMuch);
             ADD_FAILURE() << "was drawn";
-        } catch (const plotix::HostError& error) {
+        } catch (const plotix::ReportableError& error) {
             EXPECT_TRUE(error.message().contains("but 10.0 kB may be used: choose a range of at most")) << error.what();
         }
     }
@@ -130,7 +130,7 @@ TEST_F(ProgramServicesTest, OpeningWithoutADisplayIsOneClearError)
     try {
         services.open({site.path(), {}, {}});
         FAIL() << "opened";
-    } catch (const plotix::HostError& error) {
+    } catch (const plotix::ReportableError& error) {
         EXPECT_THAT(std::string(error.what()), testing::HasSubstr("--screenshot"));
     }
 }
@@ -145,14 +145,15 @@ TEST_F(ProgramServicesTest, PictureShowsTheWholeWindowAtTheSizeAskedFor)
 
 TEST_F(ProgramServicesTest, PictureThatCannotBeWrittenIsAnError)
 {
-    EXPECT_THROW(services.open({site.path(), QStringLiteral("/nowhere/window.png"), {900, 600}}), plotix::HostError);
+    EXPECT_THROW(services.open({site.path(), QStringLiteral("/nowhere/window.png"), {900, 600}}),
+                 plotix::ReportableError);
 }
 
 TEST_F(ProgramServicesTest, MissingModuleIsAnErrorWhenItIsNeeded)
 {
     Composition without(Composition::Audience::Nobody, {QStringLiteral("/nowhere")});
     plotix::ProgramServices lost(without);
-    EXPECT_THROW(lost.render(request(RenderRequest::Format::Png)), plotix::HostError);
+    EXPECT_THROW(lost.render(request(RenderRequest::Format::Png)), plotix::ReportableError);
 }
 
 TEST_F(ProgramServicesTest, AllTimeSpansTheOpenDocuments)

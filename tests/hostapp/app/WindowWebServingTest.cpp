@@ -2,14 +2,14 @@
 
 #include "base/MainQueue.h"
 #include "hostapp/app/Composition.h"
-#include "hostapp/app/HeadlessSite.h"
-#include "hostapp/app/PlugInWebSite.h"
 #include "hostapp/app/ProgramServices.h"
-#include "hostapp/app/TrendRenderer.h"
-#include "hostapp/archive/ArchiveManager.h"
+#include "hostapp/document/ArchiveManager.h"
+#include "hostapp/site/HeadlessSite.h"
+#include "hostapp/site/PlugInWebSite.h"
+#include "hostapp/site/WaitForRecords.h"
 #include "hostapp/window/SiteWindowController.h"
 #include "tests/hostapp/web/RawClient.h"
-#include "tests/hostapp/window/ScratchSite.h"
+#include "tests/support/stubsite/ScratchSite.h"
 
 #include <gtest/gtest.h>
 

@@ -1,7 +1,7 @@
 #pragma once
 
+#include "base/ReportableError.h"
 #include "hostapp/cli/CommandLine.h"
-#include "hostapp/core/HostError.h"
 
 #include <QtCore/QFile>
 #include <QtCore/QTemporaryDir>
@@ -25,7 +25,7 @@ public:
     QByteArray render(const RenderRequest& request) override
     {
         if (renderFails)
-            throw HostError(QStringLiteral("the module is missing; build it"));
+            throw ReportableError(QStringLiteral("the module is missing; build it"));
         rendered.push_back(request);
         return request.format == RenderRequest::Format::Pdf ? "a pdf" : "a png";
     }

@@ -1,4 +1,4 @@
-#include "hostapp/station/DemonstrationSite.h"
+#include "hostapp/demo/DemonstrationSite.h"
 #include "tests/hostapp/cli/CommandLineFixture.h"
 
 #include <QtCore/QDir>

@@ -2,7 +2,7 @@
 
 #include "hostapp/cli/ArgumentValues.h"
 #include "hostapp/cli/CommandProgressBar.h"
-#include "hostapp/import/TimeColumnReader.h"
+#include "hostapp/exchange/TimeColumnReader.h"
 
 #include <gtest/gtest.h>
 

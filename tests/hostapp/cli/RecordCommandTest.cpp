@@ -1,7 +1,7 @@
-#include "hostapp/archive/RecordArchive.h"
+#include "base/ReportableError.h"
 #include "hostapp/cli/ArgumentValues.h"
 #include "hostapp/cli/CommandLine.h"
-#include "hostapp/core/HostError.h"
+#include "records/sqlite/RecordArchive.h"
 
 #include <QtCore/QFile>
 #include <QtCore/QRegularExpression>
@@ -20,10 +20,10 @@ namespace {
 class TrendTaker : public CommandServices {
 public:
     bool hasDisplay() const override { return false; }
-    int open(const OpenRequest&) override { throw HostError(QStringLiteral("not here")); }
-    QByteArray render(const RenderRequest&) override { throw HostError(QStringLiteral("not here")); }
-    QByteArray report(const ReportRequest&) override { throw HostError(QStringLiteral("not here")); }
-    void serve(const ServeRequest&) override { throw HostError(QStringLiteral("not here")); }
+    int open(const OpenRequest&) override { throw ReportableError(QStringLiteral("not here")); }
+    QByteArray render(const RenderRequest&) override { throw ReportableError(QStringLiteral("not here")); }
+    QByteArray report(const ReportRequest&) override { throw ReportableError(QStringLiteral("not here")); }
+    void serve(const ServeRequest&) override { throw ReportableError(QStringLiteral("not here")); }
     void storeTrend(const TrendRequest& trend) override { trends.push_back(trend); }
     CommandProgress makeProgress(const QString&) override { return {}; }
 

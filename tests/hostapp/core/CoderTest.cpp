@@ -1,6 +1,6 @@
 #include "hostapp/core/Coder.h"
 
-#include "hostapp/core/HostError.h"
+#include "base/ReportableError.h"
 #include "hostapp/core/SiteProperty.h"
 
 #include <gtest/gtest.h>
@@ -207,7 +207,7 @@ TEST_F(CoderTest, EqualStatesAreEqualBytes)
 TEST_F(CoderTest, BytesThatAreNoArchiveAreRefused)
 {
     for (const QByteArray& bytes : {QByteArray(), QByteArray("hello"), QByteArray(64, '\xFF'), QByteArray(100, '\x81')})
-        EXPECT_THROW(Decoder(bytes, {}), plotix::HostError);
+        EXPECT_THROW(Decoder(bytes, {}), plotix::ReportableError);
 }
 
 TEST_F(CoderTest, AnArchiveCutShortAnywhereIsRefused)
@@ -216,7 +216,7 @@ TEST_F(CoderTest, AnArchiveCutShortAnywhereIsRefused)
     encoder.encodeProperties("tables", {addProperty("air", "Air")});
     const QByteArray whole = encoder.data();
     for (int length = 0; length < whole.size(); ++length)
-        EXPECT_THROW(Decoder(whole.left(length), {}), plotix::HostError) << length;
+        EXPECT_THROW(Decoder(whole.left(length), {}), plotix::ReportableError) << length;
 }
 
 TEST_F(CoderTest, NestingWithoutEndIsRefused)
@@ -226,7 +226,7 @@ TEST_F(CoderTest, NestingWithoutEndIsRefused)
     hostile.append('\xA1');      // … becomes one of one,
     hostile.append("\x61x", 2);  // "x":
     hostile.append(QByteArray(100000, '\x81'));
-    EXPECT_THROW(Decoder(hostile, {}), plotix::HostError);
+    EXPECT_THROW(Decoder(hostile, {}), plotix::ReportableError);
 }
 
 TEST_F(CoderTest, AnArchiveOfANewerVersionSaysSo)
@@ -238,7 +238,7 @@ TEST_F(CoderTest, AnArchiveOfANewerVersionSaysSo)
     try {
         Decoder decoder(newer, {});
         FAIL() << "was read";
-    } catch (const plotix::HostError& error) {
+    } catch (const plotix::ReportableError& error) {
         EXPECT_TRUE(error.message().contains("newer"));
     }
 }

@@ -1,9 +1,9 @@
 #include "hostapp/document/SiteDocument.h"
 
-#include "hostapp/archive/ArchiveManager.h"
-#include "hostapp/archive/RecordArchive.h"
-#include "hostapp/core/HostError.h"
+#include "base/ReportableError.h"
+#include "hostapp/document/ArchiveManager.h"
 #include "plugins/PlotixPlugIn/host/KTVConverter.h"
+#include "records/sqlite/RecordArchive.h"
 
 #include <QtCore/QCoreApplication>
 #include <QtCore/QDeadlineTimer>
@@ -19,7 +19,7 @@
 
 namespace {
 
-using plotix::HostError;
+using plotix::ReportableError;
 using plotix::SiteAgent;
 using plotix::SiteDocument;
 
@@ -84,8 +84,8 @@ TEST_F(SiteDocumentTest, AgentsAreFoundByNameAndIdentifier)
 TEST_F(SiteDocumentTest, AgentNamesAreUniqueAndNotEmpty)
 {
     document->addAgent("Roof");
-    EXPECT_THROW(document->addAgent("Roof"), HostError);
-    EXPECT_THROW(document->addAgent(" "), HostError);
+    EXPECT_THROW(document->addAgent("Roof"), ReportableError);
+    EXPECT_THROW(document->addAgent(" "), ReportableError);
     EXPECT_EQ(document->agents().size(), 1U);
 }
 
@@ -223,7 +223,7 @@ TEST_F(SiteDocumentTest, AnAgentMayOutliveItsDocument)
     const auto air = roof->addProperty("Air", "°C");
     document.reset();
     EXPECT_FALSE(roof->siteName());
-    EXPECT_THROW(roof->addProperty("Wind", ""), HostError);
+    EXPECT_THROW(roof->addProperty("Wind", ""), ReportableError);
     air->setUnit("°F");
     EXPECT_EQ(roof->properties().objects().size(), 1U);
 }
@@ -238,7 +238,7 @@ TEST_F(SiteDocumentTest, AClosedSiteIsOneFile)
 TEST_F(SiteDocumentTest, CreatingOverAFileIsRefusedAndLeavesIt)
 {
     document->addAgent("Roof");
-    EXPECT_THROW(SiteDocument::create(file()), HostError);
+    EXPECT_THROW(SiteDocument::create(file()), ReportableError);
     reopen();
     EXPECT_EQ(document->agents().size(), 1U);
 }
@@ -250,9 +250,9 @@ TEST_F(SiteDocumentTest, AReadOnlyFileCanBeViewedButNotChanged)
     QFile::setPermissions(file(), QFile::ReadOwner);
     document = SiteDocument::open(file());
     EXPECT_TRUE(document->isReadOnly());
-    EXPECT_THROW(document->addAgent("Other"), HostError);
-    EXPECT_THROW(document->setSetting("x", "y"), HostError);
-    EXPECT_THROW(document->storePlugIn({0, "c", "s"}), HostError);
+    EXPECT_THROW(document->addAgent("Other"), ReportableError);
+    EXPECT_THROW(document->setSetting("x", "y"), ReportableError);
+    EXPECT_THROW(document->storePlugIn({0, "c", "s"}), ReportableError);
     agent()->siteProperties()[0]->setUnit("°F");
     EXPECT_EQ(agent()->siteProperties()[0]->unit(), "°F");
     document.reset();

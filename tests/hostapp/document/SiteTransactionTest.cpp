@@ -1,6 +1,6 @@
 #include "hostapp/document/SiteTransaction.h"
 
-#include "hostapp/core/HostError.h"
+#include "base/ReportableError.h"
 #include "hostapp/document/SiteDocument.h"
 
 #include <QtCore/QDir>
@@ -14,8 +14,8 @@
 
 namespace {
 
-using plotix::HostError;
 using plotix::RecordReader;
+using plotix::ReportableError;
 using plotix::RowId;
 using plotix::SiteDocument;
 using plotix::SiteTransaction;
@@ -151,7 +151,7 @@ TEST_F(SiteTransactionTest, ARefusedFileIsNotRemoved)
     ASSERT_TRUE(foreign.open(QIODevice::WriteOnly));
     foreign.write("not a site at all, just some text that is long enough to be looked at");
     foreign.close();
-    EXPECT_THROW(SiteTransaction{file()}, HostError);
+    EXPECT_THROW(SiteTransaction{file()}, ReportableError);
     EXPECT_EQ(files(), QStringList{"site.plotix"});
 }
 
@@ -159,7 +159,7 @@ TEST_F(SiteTransactionTest, TwoAtOnceAreOneTooMany)
 {
     SiteDocument::create(file());
     const SiteTransaction transaction(file());
-    EXPECT_THROW(SiteTransaction{file()}, HostError);
+    EXPECT_THROW(SiteTransaction{file()}, ReportableError);
 }
 
 TEST_F(SiteTransactionTest, SeveralAgentsFillUpTogether)

@@ -1,6 +1,6 @@
 #include "hostapp/print/ReportPrinter.h"
 
-#include "hostapp/core/HostError.h"
+#include "base/ReportableError.h"
 #include "plugins/PlotixPlugIn/host/KTVGraphicsContext.h"
 #include "plugins/PlotixPlugIn/host/KTVWebUIDelegate.h"
 #include "tests/support/fakehost/FakeHost.h"
@@ -141,7 +141,7 @@ TEST_F(ReportPrinterTest, LandscapeOfTheChosenPaper)
 TEST_F(ReportPrinterTest, AViewWithoutAReportIsRefused)
 {
     m_view->html = std::nullopt;
-    EXPECT_THROW(ReportPrinter(m_view, {}).pdf(), HostError);
+    EXPECT_THROW(ReportPrinter(m_view, {}).pdf(), ReportableError);
     EXPECT_EQ(KTVGraphicsContext::currentContext(), nullptr);
 }
 

@@ -1,4 +1,4 @@
-#include "hostapp/core/HostError.h"
+#include "base/ReportableError.h"
 #include "tests/hostapp/web/ServedSites.h"
 
 #include <QtCore/QTemporaryFile>
@@ -89,15 +89,15 @@ TEST(AccessTokenTest, AnEmptyOrMissingFileIsAnError)
 {
     QTemporaryFile file;
     ASSERT_TRUE(file.open());
-    EXPECT_THROW(AccessToken::readFrom(file.fileName()), HostError);
-    EXPECT_THROW(AccessToken::readFrom(QStringLiteral("/no/such/file")), HostError);
+    EXPECT_THROW(AccessToken::readFrom(file.fileName()), ReportableError);
+    EXPECT_THROW(AccessToken::readFrom(QStringLiteral("/no/such/file")), ReportableError);
 }
 
 TEST(HttpServerStartTest, OtherMachinesNeedAToken)
 {
     OpenSites sites;
-    EXPECT_THROW(HttpServer(sites, {QStringLiteral("0.0.0.0"), 0}, {}), HostError);
-    EXPECT_THROW(HttpServer(sites, {QStringLiteral("::"), 0}, {}), HostError);
+    EXPECT_THROW(HttpServer(sites, {QStringLiteral("0.0.0.0"), 0}, {}), ReportableError);
+    EXPECT_THROW(HttpServer(sites, {QStringLiteral("::"), 0}, {}), ReportableError);
     EXPECT_GT(HttpServer(sites, {QStringLiteral("127.0.0.2"), 0}, {}).port(), 0);
 }
 
@@ -105,9 +105,9 @@ TEST(HttpServerStartTest, SaysWhatIsWrongWithAnAddress)
 {
     OpenSites sites;
     const HttpServer first(sites, {}, {});
-    EXPECT_THROW(HttpServer(sites, {QStringLiteral("127.0.0.1"), first.port()}, {}), HostError);
-    EXPECT_THROW(HttpServer(sites, {QStringLiteral("nowhere"), 0}, "token"), HostError);
-    EXPECT_THROW(HttpServer(sites, {QStringLiteral("192.0.2.1"), 0}, "token"), HostError);
+    EXPECT_THROW(HttpServer(sites, {QStringLiteral("127.0.0.1"), first.port()}, {}), ReportableError);
+    EXPECT_THROW(HttpServer(sites, {QStringLiteral("nowhere"), 0}, "token"), ReportableError);
+    EXPECT_THROW(HttpServer(sites, {QStringLiteral("192.0.2.1"), 0}, "token"), ReportableError);
 }
 
 TEST(HttpServerStartTest, TheAddressIsWhatABrowserTakes)

@@ -3,8 +3,8 @@
 #include "hostapp/window/DesktopUserInterface.h"
 #include "hostapp/window/HelpWindow.h"
 #include "plugins/PlotixPlugIn/host/KTVWebUIDelegate.h"
-#include "tests/hostapp/window/ScratchSite.h"
-#include "tests/hostapp/window/StubTrend.h"
+#include "tests/support/stubsite/ScratchSite.h"
+#include "tests/support/stubsite/StubTrend.h"
 
 #include <QtCore/QFile>
 #include <QtCore/QTimer>

@@ -1,7 +1,7 @@
 #include "hostapp/window/PropertyListModel.h"
 #include "hostapp/window/PropertyListView.h"
 #include "plugins/PlotixPlugIn/host/KTVDragData.h"
-#include "tests/hostapp/window/ScratchSite.h"
+#include "tests/support/stubsite/ScratchSite.h"
 
 #include <QtCore/QMimeData>
 #include <QtTest/QAbstractItemModelTester>

@@ -1,6 +1,6 @@
 #include "hostapp/window/SharedPicture.h"
 
-#include "hostapp/core/HostError.h"
+#include "base/ReportableError.h"
 #include "hostapp/window/DesktopUserInterface.h"
 #include "hostapp/window/RecentSites.h"
 
@@ -71,9 +71,9 @@ TEST_F(SharedPictureTest, RefusalIsTold)
 {
     opens = false;
     SharedPicture shared = picture();
-    EXPECT_THROW(shared.openWith(image), plotix::HostError);
-    EXPECT_THROW(shared.mail(image), plotix::HostError);
-    EXPECT_THROW(shared.openWith(QImage()), plotix::HostError);
+    EXPECT_THROW(shared.openWith(image), plotix::ReportableError);
+    EXPECT_THROW(shared.mail(image), plotix::ReportableError);
+    EXPECT_THROW(shared.openWith(QImage()), plotix::ReportableError);
 }
 
 TEST_F(SharedPictureTest, MenuGreysWhatTheDesktopHasNoProgramFor)

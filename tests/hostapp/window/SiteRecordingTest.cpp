@@ -1,12 +1,12 @@
 #include "hostapp/window/SiteRecording.h"
 
-#include "hostapp/core/HostError.h"
-#include "hostapp/station/LiveRecorder.h"
+#include "base/ReportableError.h"
+#include "hostapp/live/LiveRecorder.h"
 #include "hostapp/window/DesktopUserInterface.h"
 #include "hostapp/window/HelpWindow.h"
 #include "hostapp/window/SiteWindow.h"
-#include "tests/hostapp/window/ScratchSite.h"
-#include "tests/hostapp/window/StubTrend.h"
+#include "tests/support/stubsite/ScratchSite.h"
+#include "tests/support/stubsite/StubTrend.h"
 
 #include <QtTest/QSignalSpy>
 
@@ -56,9 +56,9 @@ TEST_F(SiteRecordingTest, ARecorderThatCannotBeginLeavesItOff)
 {
     recording =
         std::make_unique<SiteRecording>(site.document, [](const QString&) -> std::unique_ptr<plotix::LiveRecorder> {
-            throw plotix::HostError(QStringLiteral("There is no space left."));
+            throw plotix::ReportableError(QStringLiteral("There is no space left."));
         });
-    EXPECT_THROW(recording->switchOn(), plotix::HostError);
+    EXPECT_THROW(recording->switchOn(), plotix::ReportableError);
     EXPECT_FALSE(recording->isOn());
     EXPECT_FALSE(recording->wasOn());
     EXPECT_EQ(recording->message(), QString());

@@ -4,8 +4,8 @@
 #include "hostapp/window/EmptyStateView.h"
 #include "hostapp/window/HelpWindow.h"
 #include "hostapp/window/PropertyListModel.h"
-#include "tests/hostapp/window/ScratchSite.h"
-#include "tests/hostapp/window/StubTrend.h"
+#include "tests/support/stubsite/ScratchSite.h"
+#include "tests/support/stubsite/StubTrend.h"
 
 #include <QtCore/QFile>
 #include <QtCore/QFileInfo>

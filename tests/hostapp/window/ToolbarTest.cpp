@@ -1,11 +1,11 @@
 #include "hostapp/window/SiteWindow.h"
 
 #include "base/MainQueue.h"
+#include "hostapp/site/ToolbarClass.h"
 #include "hostapp/window/DesktopUserInterface.h"
 #include "hostapp/window/HelpWindow.h"
-#include "hostapp/window/ToolbarClass.h"
-#include "tests/hostapp/window/ScratchSite.h"
-#include "tests/hostapp/window/StubTrend.h"
+#include "tests/support/stubsite/ScratchSite.h"
+#include "tests/support/stubsite/StubTrend.h"
 
 #include <QtTest/QTest>
 #include <QtWidgets/QToolBar>

@@ -1,8 +1,8 @@
 #include "hostapp/window/DesktopUserInterface.h"
 #include "hostapp/window/HelpWindow.h"
 #include "hostapp/window/SiteWindow.h"
-#include "tests/hostapp/window/ScratchSite.h"
-#include "tests/hostapp/window/StubTrend.h"
+#include "tests/support/stubsite/ScratchSite.h"
+#include "tests/support/stubsite/StubTrend.h"
 
 #include <QtTest/QTest>
 #include <QtWidgets/QListView>

@@ -1,12 +1,12 @@
 #include "hostapp/window/WebServing.h"
 
-#include "hostapp/core/HostError.h"
+#include "base/ReportableError.h"
 #include "hostapp/window/DesktopUserInterface.h"
 #include "hostapp/window/HelpWindow.h"
 #include "hostapp/window/SiteWindow.h"
 #include "hostapp/window/WebAddressBar.h"
-#include "tests/hostapp/window/ScratchSite.h"
-#include "tests/hostapp/window/StubTrend.h"
+#include "tests/support/stubsite/ScratchSite.h"
+#include "tests/support/stubsite/StubTrend.h"
 
 #include <QtGui/QClipboard>
 #include <QtTest/QTest>
@@ -22,7 +22,7 @@ public:
     QString start(plotix::SiteWindowController&) override
     {
         if (fails)
-            throw plotix::HostError(QStringLiteral("no port is free"));
+            throw plotix::ReportableError(QStringLiteral("no port is free"));
         ++starts;
         return QStringLiteral("http://127.0.0.1:8123/sites/garden/");
     }

@@ -1,0 +1,20 @@
+#pragma once
+
+#include <QtCore/QString>
+
+#include <stdexcept>
+
+/// What went wrong and what to do about it, in one line for people. Thrown inside the host; the command line and the
+/// site window show it.
+namespace plotix {
+
+class ReportableError : public std::runtime_error {
+public:
+    explicit ReportableError(const QString& message) : std::runtime_error(message.toStdString()), m_message(message) {}
+    const QString& message() const { return m_message; }
+
+private:
+    QString m_message;
+};
+
+}  // namespace plotix

@@ -1,0 +1,161 @@
+#include "hostapp/document/ArchiveManager.h"
+
+#include "base/MainQueue.h"
+#include "base/ReportableError.h"
+#include "hostapp/core/SiteProperty.h"
+#include "records/sqlite/ReadConnections.h"
+#include "records/sqlite/RecordArchive.h"
+
+#include <QtCore/QCoreApplication>
+
+#include <algorithm>
+#include <atomic>
+#include <new>
+
+namespace plotix {
+
+namespace {
+
+constexpr int kMostWorkers = 4;
+
+}  // namespace
+
+/// Everything a worker needs: no object of the main thread's.
+struct ArchiveManager::Fetch {
+    std::shared_ptr<ReadConnections> connections;
+    std::uint64_t budget = 0;
+    qint64 agent = 0;
+    std::vector<RowId> rows;
+    std::vector<KTVRecordColumn::Descriptor> descriptors;  // index for index with rows
+    std::shared_ptr<const KTVUnitModel> unitModel;
+    OptionalDate from, to;
+    ProgressHandler progress;
+    CompletionHandler completion;
+    std::size_t records = 0;
+};
+
+/// What outlives the manager for as long as a fetch is under way.
+struct ArchiveManager::State {
+    std::atomic<bool> ending = false;
+    ArchiveManager* manager = nullptr;  // main thread only; null once it is gone
+    int pending = 0;                    // main thread only
+};
+
+ArchiveManager::ArchiveManager(const QString& file, qint64 agent, Properties properties,
+                               std::shared_ptr<const KTVUnitModel> unitModel, std::uint64_t budget)
+    : m_connections(ReadConnections::ofFile(file)),
+      m_budget(budget),
+      m_agent(agent),
+      m_properties(std::move(properties)),
+      m_unitModel(std::move(unitModel)),
+      m_state(std::make_shared<State>())
+{
+    m_state->manager = this;
+    m_workers.setMaxThreadCount(std::clamp(QThread::idealThreadCount(), 1, kMostWorkers));
+}
+
+ArchiveManager::~ArchiveManager()
+{
+    m_state->ending = true;
+    m_workers.waitForDone();
+    m_state->manager = nullptr;
+}
+
+int ArchiveManager::pendingFetches() const
+{
+    return m_state->pending;
+}
+
+void ArchiveManager::fetchRecordsForProperties(const std::optional<KTVPropertyList>& properties,
+                                               const OptionalDate& fromDate, const OptionalDate& toDate,
+                                               int /*maximumSamples*/, ProgressHandler progressHandler,
+                                               CompletionHandler completionHandler)
+{
+    auto fetch = std::make_shared<Fetch>();
+    fetch->connections = m_connections;
+    fetch->budget = m_budget;
+    fetch->agent = m_agent;
+    fetch->unitModel = m_unitModel;
+    fetch->from = fromDate;
+    fetch->to = toDate;
+    fetch->progress = std::move(progressHandler);
+    fetch->completion = std::move(completionHandler);
+    const KTVPropertyList own = m_properties ? m_properties() : KTVPropertyList{};
+    for (const KTVPropertyPtr& property : properties.value_or(KTVPropertyList{})) {
+        const auto* stored = dynamic_cast<const SiteProperty*>(property.get());
+        const bool isOwn =
+            stored && stored->description().id > 0 && std::find(own.begin(), own.end(), property) != own.end();
+        if (!isOwn || std::find(fetch->rows.begin(), fetch->rows.end(), stored->description().id) != fetch->rows.end())
+            continue;
+        const SiteProperty::Description& what = stored->description();
+        fetch->rows.push_back(what.id);
+        fetch->descriptors.push_back(
+            {what.name, what.propertyName, what.archivedUnit, what.unit, what.color, what.type, what.visible});
+    }
+    ++m_state->pending;
+    m_workers.start([fetch, state = m_state]() mutable { answer(std::exchange(fetch, {}), state); });
+}
+
+KTVRecordDictionaryPtr ArchiveManager::read(Fetch& fetch, const State& state, std::optional<KTVError>& error)
+{
+    auto dictionary = std::make_shared<KTVRecordDictionary>();
+    if (fetch.rows.empty() || state.ending)
+        return dictionary;
+    const auto goesOn = [&](double fraction) {
+        bool stop = false;
+        if (fetch.progress)
+            fetch.progress(fraction, &stop);
+        return !stop && !state.ending;
+    };
+    const auto seconds = [](const OptionalDate& date) { return date ? std::optional(date->seconds) : std::nullopt; };
+    const std::optional<double> from = seconds(fetch.from), to = seconds(fetch.to);
+    RecordReader reader(fetch.connections);
+    const RecordOverview overview = reader.overview(fetch.agent, {}, from, to);
+    if (const auto refusal = refusalOf({overview, fetch.rows.size(), from, to}, fetch.budget)) {
+        error = KTVError{*refusal};
+        return dictionary;
+    }
+    const std::optional<RecordBlock> block = reader.read(fetch.agent, fetch.rows, from, to, goesOn);
+    if (!block)
+        return dictionary;
+    fetch.records = block->times.size();
+    dictionary->setTime(block->times);
+    for (std::size_t i = 0; i < fetch.rows.size(); ++i) {
+        const RecordBlock::Column& column = block->columns[i];
+        dictionary->setColumn(
+            fetch.descriptors[i].propertyName,
+            std::make_shared<KTVRecordColumn>(fetch.descriptors[i], column.values, column.validity, fetch.unitModel));
+    }
+    return dictionary;
+}
+
+void ArchiveManager::answer(const std::shared_ptr<Fetch>& fetch, const std::shared_ptr<State>& state)
+{
+    KTVRecordDictionaryPtr records;
+    std::optional<KTVError> error;
+    try {
+        records = read(*fetch, *state, error);
+    } catch (const ReportableError& failure) {
+        error = KTVError{failure.message()};
+    } catch (const std::bad_alloc&) {
+        error = KTVError{
+            QCoreApplication::translate("Memory", "The records do not fit into memory: choose a shorter range.")};
+    }
+    const QString failure = error ? error->message : QString();
+    if (fetch->completion)
+        fetch->completion(std::move(records), static_cast<double>(fetch->records), std::move(error));
+    // Handlers may hold the last reference to something of the main thread's; so they end there, and after what they
+    // posted, because the queue is serial.
+    auto handlers = std::make_shared<std::pair<ProgressHandler, CompletionHandler>>(
+        std::exchange(fetch->progress, {}), std::exchange(fetch->completion, {}));
+    MainQueue::main().async([handlers = std::move(handlers), state, failure]() mutable {
+        handlers.reset();
+        --state->pending;
+        if (state->manager && !failure.isEmpty())
+            emit state->manager->fetchFailed(failure);
+        if (state->manager)
+            emit state->manager->fetchAnswered();
+    });
+}
+
+}  // namespace plotix

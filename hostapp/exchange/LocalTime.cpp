@@ -1,0 +1,105 @@
+#include "hostapp/exchange/LocalTime.h"
+
+#include "base/ReportableError.h"
+#include "hostapp/exchange/ImportText.h"
+
+#include <QtCore/QRegularExpression>
+#include <QtCore/QTimeZone>
+
+#include <unicode/basictz.h>
+#include <unicode/tzrule.h>
+#include <unicode/tztrans.h>
+
+namespace plotix {
+
+namespace {
+
+constexpr std::int64_t kFarAway = std::int64_t{1} << 60;
+
+icu::UnicodeString toUnicode(const QString& text)
+{
+    return {reinterpret_cast<const UChar*>(text.utf16()), static_cast<int32_t>(text.size())};
+}
+
+/// "+02:00", "-5" and "UTC+2" as the library writes fixed offsets.
+QString zoneIdentifier(const QString& zone)
+{
+    if (zone.isEmpty())
+        return QString::fromUtf8(QTimeZone::systemTimeZoneId());
+    static const QRegularExpression offset(QStringLiteral("^(?:UTC|GMT)?([+-]\\d{1,2}(?::?\\d{2})?)$"),
+                                           QRegularExpression::CaseInsensitiveOption);
+    const QRegularExpressionMatch match = offset.match(zone);
+    return match.hasMatch() ? QStringLiteral("GMT") + match.captured(1) : zone;
+}
+
+std::int64_t offsetOf(const icu::TimeZoneRule& rule)
+{
+    return (rule.getRawOffset() + rule.getDSTSavings()) / 1000;
+}
+
+}  // namespace
+
+struct LocalTime::Zone {
+    std::unique_ptr<icu::BasicTimeZone> zone;
+
+    std::int64_t offsetFor(std::int64_t local, UTimeZoneLocalOption option) const
+    {
+        int32_t raw = 0, saving = 0;
+        UErrorCode status = U_ZERO_ERROR;
+        zone->getOffsetFromLocal(static_cast<double>(local) * 1000, option, option, raw, saving, status);
+        return (raw + saving) / 1000;
+    }
+};
+
+LocalTime::LocalTime(const QString& zone) : m_zone(std::make_unique<Zone>())
+{
+    const QString identifier = zoneIdentifier(zone.trimmed());
+    std::unique_ptr<icu::TimeZone> made(icu::TimeZone::createTimeZone(toUnicode(identifier)));
+    icu::UnicodeString name;
+    if (made->getID(name) == icu::UnicodeString("Etc/Unknown"))
+        throw ReportableError(
+            translated("“%1” is no time zone; give a name such as Europe/Berlin, or an offset such as "
+                       "+02:00")
+                .arg(identifier));
+    auto* basic = dynamic_cast<icu::BasicTimeZone*>(made.get());
+    if (basic == nullptr)
+        throw ReportableError(translated("the time zone “%1” cannot be used").arg(identifier));
+    made.release();
+    m_zone->zone.reset(basic);
+}
+
+LocalTime::~LocalTime() = default;
+LocalTime::LocalTime(LocalTime&&) noexcept = default;
+LocalTime& LocalTime::operator=(LocalTime&&) noexcept = default;
+
+std::int64_t LocalTime::utcFromLocal(std::int64_t local, std::optional<double> previous)
+{
+    if (local >= m_begin && local < m_end)
+        return local - m_offset;
+    const std::int64_t former = m_zone->offsetFor(local, UCAL_TZ_LOCAL_FORMER);
+    const std::int64_t latter = m_zone->offsetFor(local, UCAL_TZ_LOCAL_LATTER);
+    if (former > latter) {  // repeated
+        const std::int64_t firstPass = local - former;
+        const std::int64_t secondPass = local - latter;
+        const bool isSecond =
+            previous && static_cast<double>(firstPass) <= *previous && static_cast<double>(secondPass) > *previous;
+        return isSecond ? secondPass : firstPass;
+    }
+    if (former < latter)  // skipped
+        return local - former;
+
+    m_offset = former;
+    const double utc = static_cast<double>(local - former) * 1000;
+    icu::TimeZoneTransition change;
+    m_begin = -kFarAway;
+    m_end = kFarAway;
+    if (m_zone->zone->getPreviousTransition(utc, true, change))
+        m_begin = static_cast<std::int64_t>(change.getTime() / 1000) +
+                  std::max(offsetOf(*change.getFrom()), offsetOf(*change.getTo()));
+    if (m_zone->zone->getNextTransition(utc, false, change))
+        m_end = static_cast<std::int64_t>(change.getTime() / 1000) +
+                std::min(offsetOf(*change.getFrom()), offsetOf(*change.getTo()));
+    return local - former;
+}
+
+}  // namespace plotix

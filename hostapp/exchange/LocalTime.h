@@ -1,0 +1,36 @@
+#pragma once
+
+#include <QtCore/QString>
+
+#include <cstdint>
+#include <memory>
+#include <optional>
+
+/// Turns times of day in one zone into UTC, for rows of a file in turn.
+///
+/// A local time that a clock change skips is taken as if the clock had not been changed yet: 02:30 in the hour that is
+/// missing means 03:30. One that a clock change repeats means the first pass, unless the row before was already later
+/// than that: then it means the second, so that a file in order stays in order through the repeated hour.
+/// Remembers the current stretch between two clock changes, hence one thread at a time.
+namespace plotix {
+
+class LocalTime {
+public:
+    /// An IANA name, "UTC", or an offset such as +02:00; empty: the user's zone. Throws ReportableError for anything
+    /// else.
+    explicit LocalTime(const QString& zone);
+    ~LocalTime();
+    LocalTime(LocalTime&&) noexcept;
+    LocalTime& operator=(LocalTime&&) noexcept;
+
+    /// Both are seconds since 1970-01-01 00:00:00, on the wall and in UTC. `previous` is the row before, in UTC.
+    std::int64_t utcFromLocal(std::int64_t local, std::optional<double> previous = {});
+
+private:
+    struct Zone;
+    std::unique_ptr<Zone> m_zone;
+    std::int64_t m_begin = 0, m_end = 0;  // local times in [begin, end) have this one offset
+    std::int64_t m_offset = 0;            // seconds east of UTC
+};
+
+}  // namespace plotix

@@ -1,0 +1,90 @@
+#include "hostapp/live/LiveRecorder.h"
+
+#include "base/Date.h"
+#include "base/MainQueue.h"
+
+#include <chrono>
+#include <cmath>
+
+namespace plotix {
+
+LiveRecorder::LiveRecorder(const QString& site, double interval, std::unique_ptr<MachineSource> source)
+    : m_recording(site, std::move(source), interval),
+      m_agent(m_recording.agent()),
+      m_names(m_recording.propertyNames()),
+      m_interval(interval),
+      m_self(std::make_shared<LiveRecorder*>(this))
+{
+}
+
+LiveRecorder::~LiveRecorder()
+{
+    stop();
+    *m_self = nullptr;  // what the thread has posted finds nobody
+}
+
+void LiveRecorder::start()
+{
+    if (m_thread)
+        return;
+    m_thread.reset(QThread::create([this] { run(); }));
+    m_thread->setObjectName(QStringLiteral("recorder"));
+    m_thread->start();
+}
+
+void LiveRecorder::stop()
+{
+    if (!m_thread)
+        return;
+    {
+        const std::lock_guard lock(m_mutex);
+        m_ending = true;
+    }
+    m_wake.notify_all();
+    m_thread->wait();
+    m_thread.reset();
+}
+
+RecordingStatus LiveRecorder::status() const
+{
+    const std::lock_guard lock(m_mutex);
+    return m_status;
+}
+
+void LiveRecorder::run()
+{
+    while (waitForNext())
+        publish(m_recording.record(currentDate().seconds));
+    publish(m_recording.storeWaiting());
+}
+
+/// Waits for the next whole multiple of the interval by the wall clock, so that one a second stands close to the
+/// second. By that clock and not by counting: after a sleep or a change of the clock there is nothing to catch up with.
+bool LiveRecorder::waitForNext()
+{
+    const double now = currentDate().seconds;
+    const double next = (std::floor(now / m_interval) + 1) * m_interval;
+    std::unique_lock lock(m_mutex);
+    return !m_wake.wait_for(lock, std::chrono::duration<double>(next - now), [this] { return m_ending; });
+}
+
+void LiveRecorder::publish(const RecordingStatus& status)
+{
+    RecordingStatus before;
+    {
+        const std::lock_guard lock(m_mutex);
+        before = std::exchange(m_status, status);
+    }
+    const bool isNew = status.stored > before.stored && status.last;
+    const bool differs = status.state != before.state || status.message != before.message;
+    if (!isNew && !differs)
+        return;
+    MainQueue::main().async([self = m_self, isNew, differs, time = status.last.value_or(0)] {
+        if (isNew && *self)
+            emit(*self)->recorded(time);
+        if (differs && *self)
+            emit(*self)->statusChanged();
+    });
+}
+
+}  // namespace plotix

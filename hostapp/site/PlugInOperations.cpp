@@ -1,0 +1,79 @@
+#include "hostapp/site/PlugInOperations.h"
+
+#include <QtCore/QMetaMethod>
+
+namespace plotix {
+
+bool respondsToAction(const KTVPlugIn* plugIn, const char* name)
+{
+    if (!plugIn)
+        return false;
+    const QByteArray signature = QMetaObject::normalizedSignature(QByteArray(name) + "(QObject*)");
+    return plugIn->metaObject()->indexOfMethod(signature) >= 0;
+}
+
+bool sendAction(KTVPlugIn* plugIn, const char* name, QObject* sender)
+{
+    return respondsToAction(plugIn, name) &&
+           QMetaObject::invokeMethod(plugIn, name, Qt::DirectConnection, Q_ARG(QObject*, sender));
+}
+
+QImage graphImage(KTVPlugIn* plugIn, const QSizeF& size, double density, const QString& title)
+{
+    QImage image;
+    if (plugIn && plugIn->metaObject()->indexOfMethod("graphImageWithSize(QSizeF,double,QString)") >= 0)
+        QMetaObject::invokeMethod(plugIn, "graphImageWithSize", Qt::DirectConnection, Q_RETURN_ARG(QImage, image),
+                                  Q_ARG(QSizeF, size), Q_ARG(double, density), Q_ARG(QString, title));
+    return image;
+}
+
+QImage graphForPaper(KTVPlugIn* plugIn, const QSizeF& size, double density)
+{
+    return graphImage(plugIn, size, density, QString());
+}
+
+QByteArray graphPDF(KTVPlugIn* plugIn, const QSizeF& size, const QString& title)
+{
+    QByteArray data;
+    if (plugIn && plugIn->metaObject()->indexOfMethod("graphPDFWithSize(QSizeF,QString)") >= 0)
+        QMetaObject::invokeMethod(plugIn, "graphPDFWithSize", Qt::DirectConnection, Q_RETURN_ARG(QByteArray, data),
+                                  Q_ARG(QSizeF, size), Q_ARG(QString, title));
+    return data;
+}
+
+bool canShowRange(const KTVPlugIn* plugIn)
+{
+    return plugIn && plugIn->metaObject()->indexOfMethod("showRange(double,double)") >= 0 &&
+           plugIn->metaObject()->indexOfMethod("shownRange()") >= 0;
+}
+
+namespace {
+
+std::optional<std::pair<double, double>> rangeNamed(const char* operation, const KTVPlugIn* plugIn)
+{
+    QVariantList dates;
+    if (plugIn && plugIn->metaObject()->indexOfMethod(QByteArray(operation) + "()") >= 0)
+        QMetaObject::invokeMethod(const_cast<KTVPlugIn*>(plugIn), operation, Qt::DirectConnection,
+                                  Q_RETURN_ARG(QVariantList, dates));
+    return dates.size() == 2 ? std::optional(std::pair(dates[0].toDouble(), dates[1].toDouble())) : std::nullopt;
+}
+
+}  // namespace
+
+std::optional<std::pair<double, double>> shownRange(const KTVPlugIn* plugIn)
+{
+    return canShowRange(plugIn) ? rangeNamed("shownRange", plugIn) : std::nullopt;
+}
+
+std::optional<std::pair<double, double>> refreshedRange(const KTVPlugIn* plugIn)
+{
+    return rangeNamed("refreshedRange", plugIn);
+}
+
+void showRange(KTVPlugIn* plugIn, double from, double to)
+{
+    if (canShowRange(plugIn))
+        QMetaObject::invokeMethod(plugIn, "showRange", Qt::DirectConnection, Q_ARG(double, from), Q_ARG(double, to));
+}
+
+}  // namespace plotix

@@ -1,0 +1,65 @@
+#include "hostapp/site/PlugInStore.h"
+
+#include "base/ReportableError.h"
+#include "hostapp/core/Coder.h"
+
+namespace plotix {
+
+QString classNameOf(const KTVPlugIn& plugIn)
+{
+    return QString::fromLatin1(plugIn.metaObject()->className());
+}
+
+PlugInStore::PlugInStore(std::shared_ptr<SiteDocument> document, KTVPlugInModule* module)
+    : m_document(std::move(document)), m_module(module)
+{
+}
+
+std::vector<KTVPlugInPtr> PlugInStore::load(KTVSiteWindowController* siteWindowController)
+{
+    std::vector<KTVPlugInPtr> plugIns;
+    m_unreadableCount = 0;
+    for (const ArchivedPlugIn& archived : m_document->archivedPlugIns()) {
+        if (KTVPlugInPtr plugIn = make(archived, siteWindowController)) {
+            m_stored[plugIn->uniqueIdentifier()] = {archived.id, archived.state};
+            plugIns.push_back(std::move(plugIn));
+        } else {
+            ++m_unreadableCount;
+        }
+    }
+    return plugIns;
+}
+
+KTVPlugInPtr PlugInStore::make(const ArchivedPlugIn& archived, KTVSiteWindowController* siteWindowController)
+{
+    try {
+        const auto agent = [document = m_document.get()](const QString& identifier) -> KTVAgentPtr {
+            return document->agentWithIdentifier(identifier);
+        };
+        Decoder decoder(archived.state, {agent, siteWindowController});
+        return m_module->instantiate(archived.className, decoder);
+    } catch (const ReportableError&) {
+        return nullptr;  // the caller counts it and says so; the state stays for a program that can read it
+    }
+}
+
+void PlugInStore::store(const KTVPlugIn& plugIn)
+{
+    Stored& stored = m_stored[plugIn.uniqueIdentifier()];
+    QByteArray state = encodedPlugIn(plugIn);
+    if (stored.id != 0 && stored.state == state)
+        return;
+    stored.id = m_document->storePlugIn({stored.id, classNameOf(plugIn), state});
+    stored.state = std::move(state);
+}
+
+void PlugInStore::remove(const KTVPlugIn& plugIn)
+{
+    const auto stored = m_stored.find(plugIn.uniqueIdentifier());
+    if (stored == m_stored.end())
+        return;
+    m_document->removePlugIn(stored->second.id);
+    m_stored.erase(stored);
+}
+
+}  // namespace plotix

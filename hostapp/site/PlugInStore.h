@@ -1,0 +1,43 @@
+#pragma once
+
+#include "hostapp/document/SiteDocument.h"
+#include "plugins/PlotixPlugIn/host/KTVPlugInModule.h"
+
+#include <map>
+
+/// Moves plug-ins between a site document and memory.
+///
+/// *Shares* the document, *borrows* the module. Plug-ins are recognised by identity; one whose state did not change
+/// since it was last stored or loaded costs no write. Main thread only.
+namespace plotix {
+
+/// The class name the document stores beside a plug-in's state, and the module makes it by.
+QString classNameOf(const KTVPlugIn& plugIn);
+
+class PlugInStore {
+public:
+    PlugInStore(std::shared_ptr<SiteDocument> document, KTVPlugInModule* module);
+
+    /// Every archived plug-in that can be made, in list order. Those that cannot (an unknown class, a damaged state, an
+    /// agent that is gone) stay in the document untouched and are counted.
+    std::vector<KTVPlugInPtr> load(KTVSiteWindowController* siteWindowController);
+    int unreadableCount() const { return m_unreadableCount; }
+
+    /// Stores at the end the first time, in place afterwards. Throws ReportableError.
+    void store(const KTVPlugIn& plugIn);
+    void remove(const KTVPlugIn& plugIn);
+
+private:
+    struct Stored {
+        qint64 id = 0;
+        QByteArray state;
+    };
+    KTVPlugInPtr make(const ArchivedPlugIn& archived, KTVSiteWindowController* siteWindowController);
+
+    std::shared_ptr<SiteDocument> m_document;
+    KTVPlugInModule* m_module;
+    std::map<QString, Stored> m_stored;  // by the plug-in's unique identifier
+    int m_unreadableCount = 0;
+};
+
+}  // namespace plotix

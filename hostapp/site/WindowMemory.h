@@ -1,0 +1,50 @@
+#pragma once
+
+#include "hostapp/document/SiteDocument.h"
+
+#include <QtCore/QStringList>
+
+#include <map>
+
+/// How a site's windows were left, kept in the site document: it opens the same way on another machine.
+///
+/// Values and the reading and writing of them. Main thread only.
+namespace plotix {
+
+/// A trend in a window of its own.
+struct SeparateTrend {
+    QString identifier;  ///< the plug-in's
+    QByteArray geometry;
+
+    friend bool operator==(const SeparateTrend&, const SeparateTrend&) = default;
+};
+
+struct WindowState {
+    QStringList order;    ///< identifiers of the trends, as listed
+    QString selected;     ///< identifier; empty: none
+    QByteArray geometry;  ///< of the site window; empty: never stored
+    QByteArray columns;   ///< splitter between lists and trend
+    QByteArray lists;     ///< splitter between the lists
+    std::vector<SeparateTrend> separate;
+    QStringList followed;  ///< identifiers of the trends whose span is kept ending now, as listed
+
+    friend bool operator==(const WindowState&, const WindowState&) = default;
+};
+
+/// Damaged or missing parts come back empty.
+WindowState readWindowState(const SiteDocument& document);
+
+/// Writes what differs from what it wrote or read last. *Shares* the document.
+class WindowMemory {
+public:
+    explicit WindowMemory(std::shared_ptr<SiteDocument> document);
+
+    const WindowState& state() const { return m_state; }  ///< as stored
+    void store(const WindowState& state);  ///< throws ReportableError; a document to look at stores nothing
+
+private:
+    std::shared_ptr<SiteDocument> m_document;
+    WindowState m_state;
+};
+
+}  // namespace plotix

@@ -1,0 +1,35 @@
+#pragma once
+
+#include "records/columns/ColumnFormat.h"
+
+#include <cstddef>
+#include <cstdint>
+#include <span>
+#include <vector>
+
+/// Writes a chunk's column in as few bytes as its values allow and reads it back bit for bit: every double, -0.0, NaN
+/// payloads, infinities and denormals included. `docs/formats.md` has the grammar.
+///
+/// Pure functions; any thread.
+namespace plotix::codec {
+
+struct Encoded {
+    schema::Codec codec = schema::Codec::Raw;
+    std::vector<std::byte> bytes;
+};
+
+/// The most compact codec whose result reads back equal. `valid` (null: every element) begins at bit `firstValid`; it
+/// is a hint which elements need not fit the pattern, nothing of them is lost.
+Encoded encodedValues(std::span<const double> values, const std::uint64_t* valid = nullptr, std::size_t firstValid = 0);
+
+/// The same for strictly ascending times.
+Encoded encodedTimes(std::span<const double> times);
+
+/// Elements [first, first + target.size()) of a column of `count`. `valid` is the chunk's words as they were given to
+/// encodedValues, from bit 0; null: every element. False where codec and bytes do not make sense; the target is then
+/// undefined. Never reads outside `bytes`, whatever they hold.
+/// Requires: first + target.size() ≤ count ≤ kRecordsPerChunk.
+bool decode(int codec, std::span<const std::byte> bytes, std::size_t count, const std::uint64_t* valid,
+            std::size_t first, std::span<double> target);
+
+}  // namespace plotix::codec

@@ -1,0 +1,208 @@
+#include "records/sqlite/ArchiveCompaction.h"
+
+#include "base/ReportableError.h"
+#include "records/columns/ColumnFormat.h"
+#include "records/sqlite/ChunkStore.h"
+#include "storage/SiteSchema.h"
+
+#include <QtCore/QFileInfo>
+
+#include <sqlite3.h>
+
+#include <algorithm>
+#include <cmath>
+#include <limits>
+
+namespace plotix {
+
+namespace {
+
+constexpr double kInfinity = std::numeric_limits<double>::infinity();
+constexpr std::size_t kChunk = schema::kRecordsPerChunk;
+constexpr std::size_t kChunksPerTransaction = 64;  // other writers wait for so many, and the log holds them
+constexpr double kShareOfJoining = 0.9;            // of the progress; the rest is giving the space back
+
+qint64 bytesOf(const QString& file)
+{
+    return QFileInfo(file).size() + QFileInfo(file + QStringLiteral("-wal")).size();
+}
+
+class Compaction {
+public:
+    Compaction(const CompactionRequest& request, const ArchiveProgress& progress)
+        : m_request(request),
+          m_progress(progress),
+          m_database(request.file, Database::Access::ReadWrite),
+          m_chunks(m_database),
+          m_rawSegments(m_database, "SELECT count(*) FROM segment WHERE id >= ? AND id < ? AND codec = 0")
+    {
+    }
+    ~Compaction() { m_database.rollBack(); }
+    Compaction(const Compaction&) = delete;
+    Compaction& operator=(const Compaction&) = delete;
+
+    CompactionResult run()
+    {
+        m_result.bytesBefore = bytesOf(m_request.file);
+        m_result.chunksBefore = static_cast<std::size_t>(ask("SELECT count(*) FROM chunk"));
+        const std::vector<RowId> agents = agentsWithRecords();
+        for (const RowId agent : agents)
+            if (!m_result.stopped)
+                joinAgent(agent);
+        m_result.chunksAfter = static_cast<std::size_t>(ask("SELECT count(*) FROM chunk"));
+        m_result.records =
+            static_cast<std::size_t>(ask("SELECT coalesce(sum(n), 0) FROM chunk") + ask("SELECT count(*) FROM tail"));
+        if (!m_result.stopped && m_request.giveSpaceBack)
+            giveSpaceBack();
+        m_result.bytesAfter = bytesOf(m_request.file);
+        if (!m_result.stopped && m_progress)
+            m_progress(1);
+        return m_result;
+    }
+
+private:
+    qint64 ask(const char* sql)
+    {
+        Statement statement(m_database, sql);
+        return statement.step() ? statement.integer(0) : 0;
+    }
+
+    std::vector<RowId> agentsWithRecords()
+    {
+        std::vector<RowId> agents;
+        Statement statement(m_database, "SELECT agent FROM chunk UNION SELECT id / 1048576 FROM tail ORDER BY 1");
+        while (statement.step())
+            agents.push_back(statement.integer(0));
+        return agents;
+    }
+
+    void joinAgent(RowId agent)
+    {
+        double from = -kInfinity;  // everything before is as it should be
+        for (bool more = true; more;) {
+            const double total = static_cast<double>(std::max(m_result.chunksBefore, m_seen + 1));
+            if (m_progress && !m_progress(kShareOfJoining * static_cast<double>(m_seen) / total)) {
+                m_result.stopped = true;
+                return;
+            }
+            m_database.beginWriting();
+            more = joinSome(agent, from);
+            m_database.commit();
+        }
+    }
+
+    /// The next chunks of an agent, and behind the last its tail. True when there are more.
+    bool joinSome(RowId agent, double& from)
+    {
+        std::vector<Chunk> chunks = m_chunks.chunksBetween(agent, from, kInfinity);
+        const bool more = chunks.size() > kChunksPerTransaction;
+        if (more)
+            chunks.resize(kChunksPerTransaction);
+        Records waiting;
+        for (const Chunk& chunk : chunks) {
+            const bool isEnd = !more && chunk.id == chunks.back().id && m_chunks.tailExtent(agent).count == 0;
+            if (waiting.isEmpty() && mayStay(chunk, isEnd))
+                continue;
+            waiting.append(kept(m_chunks.read(chunk)));
+            m_chunks.remove(chunk);
+            write(agent, waiting, kChunk);
+        }
+        m_seen += chunks.size();
+        if (!more && m_chunks.tailExtent(agent).count > 0) {
+            waiting.append(kept(m_chunks.tail(agent, -kInfinity, kInfinity)));
+            m_chunks.tailRows().clear(agent);
+            write(agent, waiting, kChunk);
+        }
+        // What is left begins the next transaction again, so that it is never in memory alone.
+        from = waiting.isEmpty() ? (chunks.empty() ? kInfinity : std::nextafter(chunks.back().t1, kInfinity))
+                                 : waiting.view().times[0];
+        write(agent, waiting, 1);
+        return more;
+    }
+
+    /// Full, or the last one; nothing in it too old; and written as compactly as can be.
+    bool mayStay(const Chunk& chunk, bool isEnd)
+    {
+        if ((chunk.n < kChunk && !isEnd) || (m_request.dropBefore && chunk.t0 < *m_request.dropBefore))
+            return false;
+        const qint64 first = chunk.id * schema::kPropertiesPerChunk;
+        m_rawSegments.bind(1, first).bind(2, first + schema::kPropertiesPerChunk);
+        const qint64 raw = m_rawSegments.step() ? m_rawSegments.integer(0) : 0;
+        m_rawSegments.reset();
+        if (raw == 0)
+            return true;
+        // Some values are as compact as they get.
+        const EncodedChunk encoded = encodedChunk(m_chunks.read(chunk).view());
+        return std::count_if(encoded.segments.begin(), encoded.segments.end(),
+                             [](const auto& segment) { return segment.values.codec == schema::Codec::Raw; }) >= raw;
+    }
+
+    /// Without the records that are too old.
+    RecordsView kept(Records&& records)
+    {
+        m_read = std::move(records);
+        const RecordsView view = m_read.view();
+        if (!m_request.dropBefore)
+            return view;
+        const double* first = std::lower_bound(view.times, view.times + view.size, *m_request.dropBefore);
+        const auto old = static_cast<std::size_t>(first - view.times);
+        m_result.dropped += old;
+        return view.slice(old, view.size - old);
+    }
+
+    /// As chunks, as long as there are `atLeast` records.
+    void write(RowId agent, Records& waiting, std::size_t atLeast)
+    {
+        std::size_t written = 0;
+        while (waiting.size() - written >= atLeast) {
+            const std::size_t count = std::min(kChunk, waiting.size() - written);
+            m_chunks.write(agent, waiting.view().slice(written, count));
+            written += count;
+        }
+        if (written > 0)
+            waiting.dropFirst(written);
+    }
+
+    void giveSpaceBack()
+    {
+        if (ask("PRAGMA freelist_count") > 0) {
+            const int result = sqlite3_exec(m_database.handle(), "VACUUM", nullptr, nullptr, nullptr);
+            if ((result & 0xFF) == SQLITE_FULL)
+                failForSpace();
+            if (result != SQLITE_OK)
+                m_database.fail(result);
+        }
+        // Readers may be in the way; then the last connection that is closed shortens the file.
+        sqlite3_wal_checkpoint_v2(m_database.handle(), "main", SQLITE_CHECKPOINT_TRUNCATE, nullptr, nullptr);
+    }
+
+    [[noreturn]] void failForSpace()
+    {
+        const qint64 pages = ask("PRAGMA page_count") - ask("PRAGMA freelist_count");
+        throw ReportableError(
+            QStringLiteral("“%1” is compacted, but giving its space back needs about %2 MB of free disk "
+                           "space beside it and among the temporary files: free some and try again.")
+                .arg(QFileInfo(m_request.file).fileName())
+                .arg(2 * pages * schema::kPageSize / 1'000'000 + 1));
+    }
+
+    const CompactionRequest& m_request;
+    const ArchiveProgress& m_progress;
+    Database m_database;
+    ChunkStore m_chunks;
+    Statement m_rawSegments;
+    CompactionResult m_result;
+    Records m_read;          // what `kept` looks into
+    std::size_t m_seen = 0;  // chunks
+};
+
+}  // namespace
+
+CompactionResult compactArchive(const CompactionRequest& request, const ArchiveProgress& progress)
+{
+    CompactionResult result = Compaction(request, progress).run();
+    result.bytesAfter = bytesOf(request.file);
+    return result;
+}
+
+}  // namespace plotix

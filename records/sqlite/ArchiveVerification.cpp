@@ -1,0 +1,233 @@
+#include "records/sqlite/ArchiveVerification.h"
+
+#include "base/ReportableError.h"
+#include "records/columns/ColumnFormat.h"
+#include "records/columns/ValidityBits.h"
+#include "records/sqlite/ChunkStore.h"
+#include "storage/SiteSchema.h"
+
+#include <algorithm>
+#include <cmath>
+#include <cstring>
+#include <limits>
+
+namespace plotix {
+
+namespace {
+
+constexpr double kInfinity = std::numeric_limits<double>::infinity();
+constexpr double kShareOfStructure = 0.1;  // of the progress: the database's own check
+constexpr double kSumTolerance = 1e-10;    // of the sum of magnitudes: sums are added up in more than one order
+
+class Verification {
+public:
+    Verification(const QString& file, const ArchiveProgress& progress)
+        : m_progress(progress), m_database(file, Database::Access::BestAvailable), m_chunks(m_database)
+    {
+    }
+    ~Verification() { m_database.rollBack(); }
+    Verification(const Verification&) = delete;
+    Verification& operator=(const Verification&) = delete;
+
+    VerificationResult run()
+    {
+        m_database.execute("BEGIN");
+        step([this] { checkStructure(); });
+        step([this] { checkOrphans(); });
+        step([this] { checkAgents(); });
+        if (!m_result.stopped && m_progress)
+            m_progress(1);
+        return m_result;
+    }
+
+private:
+    /// What a check cannot read is a finding too.
+    template <class Check>
+    void step(Check check)
+    {
+        if (m_result.stopped)
+            return;
+        try {
+            check();
+        } catch (const ReportableError& error) {
+            find(error.message());
+        }
+    }
+
+    void find(const QString& text)
+    {
+        if (m_result.findings.size() >= VerificationResult::kMostFindings)
+            m_result.moreFindings = true;
+        else
+            m_result.findings << text;
+    }
+
+    void goOn(double fraction) { m_result.stopped = m_result.stopped || (m_progress && !m_progress(fraction)); }
+
+    void checkStructure()
+    {
+        goOn(0);
+        Statement check(m_database, "PRAGMA integrity_check");
+        while (!m_result.stopped && check.step())
+            if (check.text(0) != QLatin1String("ok"))
+                find(QStringLiteral("The database is damaged: %1").arg(check.text(0).simplified()));
+        goOn(kShareOfStructure);
+    }
+
+    void checkOrphans()
+    {
+        for (const char* table : {"segment", "summary"}) {
+            const QByteArray sql =
+                QByteArray("SELECT count(*) FROM ") + table + " WHERE id / 1048576 NOT IN (SELECT id FROM chunk)";
+            Statement count(m_database, sql.constData());
+            if (count.step() && count.integer(0) > 0)
+                find(QStringLiteral("%1 rows of the table “%2” belong to no chunk.")
+                         .arg(count.integer(0))
+                         .arg(QLatin1String(table)));
+        }
+    }
+
+    void checkAgents()
+    {
+        Statement count(m_database, "SELECT count(*) FROM chunk");
+        m_total = count.step() ? static_cast<double>(count.integer(0)) : 0;
+        std::vector<RowId> agents;
+        Statement statement(m_database, m_chunks.tailRows().exists()
+                                            ? "SELECT agent FROM chunk UNION SELECT id / 1048576 FROM tail ORDER BY 1"
+                                            : "SELECT DISTINCT agent FROM chunk ORDER BY 1");
+        while (statement.step())
+            agents.push_back(statement.integer(0));
+        for (const RowId agent : agents)
+            step([&] { checkAgent(agent); });
+    }
+
+    void checkAgent(RowId agent)
+    {
+        readProperties(agent);
+        double last = -kInfinity;
+        Statement rows(m_database, "SELECT id, t0, t1, n FROM chunk WHERE agent = ? ORDER BY t0, id");
+        rows.bind(1, agent);
+        while (!m_result.stopped && rows.step()) {
+            const Chunk chunk{rows.integer(0), rows.real(1), rows.real(2),
+                              static_cast<std::size_t>(std::max<qint64>(rows.integer(3), 0))};
+            if (!(chunk.t0 > last))
+                findInChunk(chunk, QStringLiteral("overlaps the one before it"));
+            last = std::max(last, chunk.t1);
+            if (chunk.n == 0 || chunk.n > schema::kRecordsPerChunk || !(chunk.t0 <= chunk.t1))
+                findInChunk(chunk, QStringLiteral("is impossible: its times or its length make no sense"));
+            else
+                step([&] { checkChunk(chunk); });
+            ++m_result.chunks;
+            goOn(kShareOfStructure + (1 - kShareOfStructure) * static_cast<double>(m_result.chunks) / m_total);
+        }
+        step([&] { checkTail(agent, last); });
+    }
+
+    void readProperties(RowId agent)
+    {
+        m_agent = agent;
+        m_properties.clear();
+        Statement name(m_database, "SELECT 1 FROM agent WHERE id = ?");
+        if (!name.bind(1, agent).step())
+            find(QStringLiteral("There are records of an agent that is not there (%1).").arg(agent));
+        Statement properties(m_database, "SELECT id FROM property WHERE agent = ? ORDER BY id");
+        properties.bind(1, agent);
+        while (properties.step())
+            m_properties.push_back(properties.integer(0));
+    }
+
+    void checkChunk(const Chunk& chunk)
+    {
+        const Records records = m_chunks.read(chunk);
+        const RecordsView view = records.view();
+        tally(view);
+        if (!view.isOrdered())
+            findInChunk(chunk, QStringLiteral("has times that do not rise"));
+        if (view.times[0] != chunk.t0 || view.times[view.size - 1] != chunk.t1)
+            findInChunk(chunk, QStringLiteral("has other times than it says"));
+        std::size_t summaries = 0;
+        for (const RecordsView::Column& column : view.columns) {
+            if (!std::binary_search(m_properties.begin(), m_properties.end(), column.property))
+                findInChunk(
+                    chunk,
+                    QStringLiteral("has values of a property that is not its agent's (%1)").arg(column.property));
+            summaries += checkSummary(chunk, column) ? 1 : 0;
+        }
+        Statement count(m_database, "SELECT count(*) FROM summary WHERE id >= ? AND id < ?");
+        count.bind(1, chunk.id * schema::kPropertiesPerChunk).bind(2, (chunk.id + 1) * schema::kPropertiesPerChunk);
+        if (count.step() && static_cast<std::size_t>(count.integer(0)) != summaries)
+            findInChunk(chunk, QStringLiteral("has summaries of values that are not there"));
+    }
+
+    /// False: there is none.
+    bool checkSummary(const Chunk& chunk, const RecordsView::Column& column)
+    {
+        Statement row(m_database, "SELECT valid, minimum, maximum, sum FROM summary WHERE id = ?");
+        if (!row.bind(1, chunk.id * schema::kPropertiesPerChunk + column.property).step()) {
+            findInChunk(chunk, QStringLiteral("has no summary of property %1").arg(column.property));
+            return false;
+        }
+        const Summary wanted = summaryOf(column, chunk.n);
+        const double sum = row.isNothing(3) ? absentValue() : row.real(3);
+        const bool sameSum = (std::isnan(sum) && std::isnan(wanted.sum)) || sum == wanted.sum ||
+                             std::abs(sum - wanted.sum) <= kSumTolerance * magnitude(column, chunk.n);
+        const bool same = row.integer(0) == static_cast<qint64>(wanted.valid) && row.real(1) == wanted.minimum &&
+                          row.real(2) == wanted.maximum && sameSum;
+        if (!same)
+            findInChunk(chunk,
+                        QStringLiteral("has another summary of property %1 than its values").arg(column.property));
+        return true;
+    }
+
+    static double magnitude(const RecordsView::Column& column, std::size_t count)
+    {
+        double sum = 0;
+        for (std::size_t i = 0; i < count; ++i)
+            if (!std::isnan(column.values[i]) && bits::get(column.valid, column.firstValid + i, 1) != 0)
+                sum += std::abs(column.values[i]);
+        return sum;
+    }
+
+    void checkTail(RowId agent, double last)
+    {
+        const Records tail = m_chunks.tail(agent, -kInfinity, kInfinity);
+        tally(tail.view());
+        if (!tail.isEmpty() && !(tail.view().times[0] > last))
+            find(QStringLiteral("The tail of agent %1 does not lie behind its chunks.").arg(agent));
+        for (const RecordsView::Column& column : tail.view().columns)
+            if (!std::binary_search(m_properties.begin(), m_properties.end(), column.property))
+                find(QStringLiteral("The tail of agent %1 has values of a property that is not its own (%2).")
+                         .arg(agent)
+                         .arg(column.property));
+    }
+
+    void tally(const RecordsView& records)
+    {
+        m_result.records += records.size;
+        for (const RecordsView::Column& column : records.columns)
+            for (std::size_t i = 0; i < records.size; ++i)
+                m_result.values += bits::get(column.valid, column.firstValid + i, 1);
+    }
+
+    void findInChunk(const Chunk& chunk, const QString& what)
+    {
+        find(QStringLiteral("Chunk %1 of agent %2 %3.").arg(chunk.id).arg(m_agent).arg(what));
+    }
+
+    const ArchiveProgress& m_progress;
+    Database m_database;
+    ChunkStore m_chunks;
+    VerificationResult m_result;
+    RowId m_agent = 0;
+    std::vector<RowId> m_properties;  // of the agent, ascending
+    double m_total = 0;               // chunks
+};
+
+}  // namespace
+
+VerificationResult verifyArchive(const QString& file, const ArchiveProgress& progress)
+{
+    return Verification(file, progress).run();
+}
+
+}  // namespace plotix

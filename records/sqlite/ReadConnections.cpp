@@ -1,0 +1,109 @@
+#include "records/sqlite/ReadConnections.h"
+
+#include <sqlite3.h>
+#include <sys/stat.h>
+
+namespace plotix {
+
+namespace {
+
+/// As many as one read takes at most.
+constexpr std::size_t kMostKept = 4;
+/// Pages are mapped, or, far into long files, copied once and not asked for again: a small cache stays near the
+/// processor.
+constexpr auto kCachePragma = "PRAGMA cache_size=-1024";
+
+}  // namespace
+
+ReadConnection::ReadConnection(const QString& file)
+    : database(file, Database::Access::BestAvailable),
+      chunks(database),
+      segmentHead(database, "SELECT codec, valid FROM segment WHERE id = ?"),
+      summaries(database, "SELECT id, valid, minimum, maximum, sum FROM summary WHERE id >= ? AND id <= ? ORDER BY id"),
+      propertyCount(database, "SELECT count(*) FROM property WHERE agent = ?")
+{
+    database.execute(kCachePragma);
+}
+
+// A statement that an error cut short would keep the snapshot, and the log it needs, for as long as it is kept.
+ReadTransaction::~ReadTransaction()
+{
+    sqlite3* handle = m_database.handle();
+    for (sqlite3_stmt* each = sqlite3_next_stmt(handle, nullptr); each; each = sqlite3_next_stmt(handle, each))
+        sqlite3_reset(each);
+    m_database.rollBack();
+}
+
+ReadConnections::Lease::Lease(Lender lender, std::optional<Identity> identity,
+                              std::unique_ptr<ReadConnection> connection)
+    : m_lender(std::move(lender)), m_identity(identity), m_connection(std::move(connection))
+{
+}
+
+ReadConnections::Lease::~Lease()
+{
+    if (m_connection)
+        m_lender->giveBack(m_identity, std::move(m_connection));
+}
+
+std::shared_ptr<ReadConnections> ReadConnections::ofFile(const QString& file)
+{
+    return std::shared_ptr<ReadConnections>(new ReadConnections(file));
+}
+
+ReadConnections::ReadConnections(const QString& file) : m_file(file)
+{
+    m_kept.reserve(kMostKept);  // so that giving back never allocates
+}
+
+ReadConnections::~ReadConnections() = default;
+
+std::optional<ReadConnections::Identity> ReadConnections::currentIdentity() const
+{
+    struct stat status {};
+    if (::stat(m_file.toLocal8Bit().constData(), &status) != 0)
+        return std::nullopt;
+    return Identity{status.st_dev, status.st_ino};
+}
+
+ReadConnections::Lease ReadConnections::lease()
+{
+    const std::optional<Identity> identity = currentIdentity();
+    std::unique_ptr<ReadConnection> connection;
+    {
+        const std::lock_guard lock(m_mutex);
+        if (identity != m_identity || !identity) {
+            m_kept.clear();
+            m_identity = identity;
+        }
+        if (!m_kept.empty()) {
+            connection = std::move(m_kept.back());
+            m_kept.pop_back();
+        }
+    }
+    if (!connection)
+        connection = std::make_unique<ReadConnection>(m_file);
+    const std::lock_guard lock(m_mutex);
+    ++m_inUse;
+    return Lease(shared_from_this(), identity, std::move(connection));
+}
+
+int ReadConnections::inUse() const
+{
+    const std::lock_guard lock(m_mutex);
+    return m_inUse;
+}
+
+// A connection to a file that may only be looked at can be one that trusts the file never to change: it serves once.
+void ReadConnections::giveBack(const std::optional<Identity>& identity,
+                               std::unique_ptr<ReadConnection> connection) noexcept
+{
+    sqlite3_db_release_memory(connection->database.handle());
+    const bool isKept = !connection->database.isReadOnly();
+    const std::lock_guard lock(m_mutex);
+    --m_inUse;
+    if (isKept && identity == m_identity && m_kept.size() < kMostKept)
+        m_kept.push_back(std::move(connection));
+}
+
+}  // namespace plotix

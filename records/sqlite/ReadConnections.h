@@ -1,0 +1,88 @@
+#pragma once
+
+#include "records/sqlite/ChunkStore.h"
+#include "storage/Database.h"
+
+#include <cstdint>
+#include <memory>
+#include <mutex>
+#include <optional>
+#include <vector>
+
+/// Connections of one site document for reading, kept open from one read to the next: opening a file, looking at its
+/// schema and preparing statements take as long as reading a hundred thousand values.
+namespace plotix {
+
+/// A connection with its statements. One thread at a time.
+struct ReadConnection {
+    explicit ReadConnection(const QString& file);
+
+    Database database;
+    ChunkStore chunks;
+    Statement segmentHead;    ///< codec and validity of a segment, by its id
+    Statement summaries;      ///< id, valid, minimum, maximum, sum, by first and last id
+    Statement propertyCount;  ///< of an agent
+};
+
+/// A snapshot of the document for as long as it lives. Borrows its connection.
+class ReadTransaction {
+public:
+    explicit ReadTransaction(Database& database) : m_database(database) { m_database.execute("BEGIN"); }
+    ~ReadTransaction();
+    ReadTransaction(const ReadTransaction&) = delete;
+    ReadTransaction& operator=(const ReadTransaction&) = delete;
+
+private:
+    Database& m_database;
+};
+
+/// Lends connections. *Shared* by the readers of a document; any thread.
+class ReadConnections : public std::enable_shared_from_this<ReadConnections> {
+public:
+    /// What tells a file from another that takes its name.
+    struct Identity {
+        std::uint64_t device = 0, number = 0;
+        friend bool operator==(const Identity&, const Identity&) = default;
+    };
+
+    /// A connection for as long as it lives; *shares* the lender. Moved, not copied.
+    class Lease {
+    public:
+        Lease(Lease&&) = default;
+        Lease& operator=(Lease&&) = delete;
+        ~Lease();
+        ReadConnection& operator*() const { return *m_connection; }
+        ReadConnection* operator->() const { return m_connection.get(); }
+
+    private:
+        friend class ReadConnections;
+        using Lender = std::shared_ptr<ReadConnections>;
+        Lease(Lender lender, std::optional<Identity> identity, std::unique_ptr<ReadConnection> connection);
+        Lender m_lender;
+        std::optional<Identity> m_identity;
+        std::unique_ptr<ReadConnection> m_connection;
+    };
+
+    static std::shared_ptr<ReadConnections> ofFile(const QString& file);
+    ~ReadConnections();
+
+    /// A kept connection where there is one that still belongs to the file of that name, else a new one. Throws
+    /// ReportableError.
+    Lease lease();
+
+    /// Leases under way.
+    int inUse() const;
+
+private:
+    explicit ReadConnections(const QString& file);
+    std::optional<Identity> currentIdentity() const;
+    void giveBack(const std::optional<Identity>& identity, std::unique_ptr<ReadConnection> connection) noexcept;
+
+    const QString m_file;
+    mutable std::mutex m_mutex;
+    std::vector<std::unique_ptr<ReadConnection>> m_kept;
+    std::optional<Identity> m_identity;  // of the file the kept ones belong to
+    int m_inUse = 0;
+};
+
+}  // namespace plotix

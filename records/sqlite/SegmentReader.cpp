@@ -1,0 +1,91 @@
+#include "records/sqlite/SegmentReader.h"
+
+#include "records/columns/ColumnCodec.h"
+#include "records/columns/ValidityBits.h"
+#include "storage/SiteSchema.h"
+
+#include <sqlite3.h>
+
+namespace plotix {
+
+SegmentReader::~SegmentReader()
+{
+    sqlite3_blob_close(m_blob);
+}
+
+bool SegmentReader::read(const ChunkPart& part, RowId property, double* values)
+{
+    const qint64 id = part.chunk.id * schema::kPropertiesPerChunk + property;
+    if (!readHead(part, id))
+        return false;
+    const std::size_t size = openBlob(id);
+    // Nothing is written in more bytes than its plain doubles take.
+    if (size > part.chunk.n * sizeof(double))
+        failAsWrongLength(part);
+    const std::span<double> target(values, part.count);
+    if (m_codec == static_cast<int>(schema::Codec::Raw) && size == part.chunk.n * sizeof(double)) {
+        readBlob(part.first * sizeof(double), std::as_writable_bytes(target));
+        return true;
+    }
+    m_bytes.resize(size);
+    readBlob(0, m_bytes);
+    if (!codec::decode(m_codec, m_bytes, part.chunk.n, valid(), part.first, target))
+        failAsWrongLength(part);
+    return true;
+}
+
+bool SegmentReader::readHead(const ChunkPart& part, qint64 id)
+{
+    Statement& head = m_connection.segmentHead;
+    head.bind(1, id);
+    const bool found = head.step();
+    if (found) {
+        m_codec = static_cast<int>(head.integer(0));
+        m_hasValid = !head.isNothing(1);
+        if (m_hasValid) {
+            if (head.byteCount(1) != (part.chunk.n + 7) / 8)
+                failAsWrongLength(part);
+            m_valid.assign(bits::wordsFor(part.chunk.n), 0);
+            std::memcpy(m_valid.data(), head.rawBytes(1), head.byteCount(1));
+        }
+    }
+    head.reset();
+    return found;
+}
+
+// A statement's column would assemble every blob in memory of its own first; a blob that stays open copies the pages
+// straight to where they go, and finds the next segment beside the last one.
+std::size_t SegmentReader::openBlob(qint64 id)
+{
+    const int found =
+        m_blob ? sqlite3_blob_reopen(m_blob, id)
+               : sqlite3_blob_open(m_connection.database.handle(), "main", "segment", "data", id, 0, &m_blob);
+    if (found != SQLITE_OK)
+        m_connection.database.fail(found);
+    return static_cast<std::size_t>(sqlite3_blob_bytes(m_blob));
+}
+
+void SegmentReader::readBlob(std::size_t first, std::span<std::byte> target)
+{
+    const int done = sqlite3_blob_read(m_blob, target.data(), static_cast<int>(target.size()), static_cast<int>(first));
+    if (done != SQLITE_OK)
+        m_connection.database.fail(done);
+}
+
+void SegmentReader::readTimes(const ChunkPart& part, double* times)
+{
+    if (!read(part, kTimes, times))
+        m_connection.database.failAsDamaged(QStringLiteral("chunk %1 has no times").arg(part.chunk.id));
+    const bool fits = (part.first > 0 || times[0] == part.chunk.t0) &&
+                      (part.first + part.count < part.chunk.n || times[part.count - 1] == part.chunk.t1);
+    if (!fits)
+        m_connection.database.failAsDamaged(QStringLiteral("chunk %1 has other times than it says").arg(part.chunk.id));
+}
+
+void SegmentReader::failAsWrongLength(const ChunkPart& part) const
+{
+    m_connection.database.failAsDamaged(
+        QStringLiteral("chunk %1 has a segment that cannot be read").arg(part.chunk.id));
+}
+
+}  // namespace plotix

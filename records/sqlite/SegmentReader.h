@@ -1,0 +1,59 @@
+#pragma once
+
+#include "records/sqlite/ReadConnections.h"
+
+#include <cstddef>
+#include <cstdint>
+#include <span>
+#include <vector>
+
+struct sqlite3_blob;
+
+namespace plotix {
+
+/// The records of a chunk that lie inside the range asked for, and where they go.
+struct ChunkPart {
+    Chunk chunk;
+    std::size_t first = 0;  ///< in the chunk
+    std::size_t count = 0;
+    std::size_t target = 0;  ///< in the result
+
+    bool isWhole() const { return count == chunk.n; }
+};
+
+/// Decodes parts of segments straight from the file's pages to where the caller wants them.
+///
+/// Borrows its connection, inside one read transaction, and is gone before that ends. One thread. Throws
+/// ReportableError, also for segments that do not fit their chunk.
+class SegmentReader {
+public:
+    explicit SegmentReader(ReadConnection& connection) : m_connection(connection) {}
+    ~SegmentReader();
+    SegmentReader(const SegmentReader&) = delete;
+    SegmentReader& operator=(const SegmentReader&) = delete;
+
+    /// Fills `part.count` values; false when the chunk has no such segment.
+    bool read(const ChunkPart& part, RowId property, double* values);
+
+    /// The validity words of the chunk of the last segment read, from bit 0; null when all elements are valid.
+    /// Borrowed until the next read.
+    const std::uint64_t* valid() const { return m_hasValid ? m_valid.data() : nullptr; }
+
+    /// The part's times; they must begin and end where the chunk says.
+    void readTimes(const ChunkPart& part, double* times);
+
+private:
+    bool readHead(const ChunkPart& part, qint64 id);
+    void readBlob(std::size_t first, std::span<std::byte> target);
+    std::size_t openBlob(qint64 id);
+    [[noreturn]] void failAsWrongLength(const ChunkPart& part) const;
+
+    ReadConnection& m_connection;
+    sqlite3_blob* m_blob = nullptr;
+    int m_codec = 0;
+    bool m_hasValid = false;
+    std::vector<std::uint64_t> m_valid;
+    std::vector<std::byte> m_bytes;
+};
+
+}  // namespace plotix

@@ -1,0 +1,233 @@
+#include "records/sqlite/TailStore.h"
+
+#include "records/columns/ColumnFormat.h"
+#include "records/columns/ValidityBits.h"
+#include "storage/SiteSchema.h"
+
+#include <cstring>
+#include <span>
+
+namespace plotix {
+
+namespace {
+
+constexpr std::size_t kElementBytes = sizeof(std::uint32_t) + sizeof(double);
+
+qint64 firstId(RowId agent)
+{
+    return agent * schema::kRowsPerTail;
+}
+
+template <class T>
+T load(const std::byte* from)
+{
+    T value;
+    std::memcpy(&value, from, sizeof value);
+    return value;
+}
+
+template <class T>
+std::byte* store(std::byte* to, T value)
+{
+    std::memcpy(to, &value, sizeof value);
+    return to + sizeof value;
+}
+
+/// Rows while they become columns. Rows of one source name the same properties in the same order, so the column of an
+/// element mostly is the one at its own place.
+class RowsInWork {
+public:
+    explicit RowsInWork(std::size_t count) : m_count(count), m_times(count) {}
+
+    /// False for a row that makes no sense.
+    bool add(std::size_t index, std::span<const std::byte> row)
+    {
+        if (row.size() < sizeof(double) || (row.size() - sizeof(double)) % kElementBytes != 0)
+            return false;
+        m_times[index] = load<double>(row.data());
+        if (index > 0 && !(m_times[index - 1] < m_times[index]))
+            return false;
+        std::size_t place = 0;
+        for (std::size_t at = sizeof(double); at < row.size(); at += kElementBytes, ++place) {
+            const auto head = load<std::uint32_t>(row.data() + at);
+            const RowId property = head >> 1;
+            if (property <= 0 || property >= schema::kPropertiesPerChunk)
+                return false;
+            Records::Column& column = columnOf(property, place);
+            column.values[index] = load<double>(row.data() + at + sizeof head);
+            bits::put(column.valid.data(), index, 1, head & 1);
+        }
+        return true;
+    }
+    Records finished() { return {std::move(m_times), std::move(m_columns)}; }
+
+private:
+    Records::Column& columnOf(RowId property, std::size_t place)
+    {
+        if (place < m_columns.size() && m_columns[place].property == property)
+            return m_columns[place];
+        for (Records::Column& column : m_columns)
+            if (column.property == property)
+                return column;
+        m_columns.push_back({property, std::vector<double>(m_count, absentValue()),
+                             std::vector<std::uint64_t>(bits::wordsFor(m_count), 0)});
+        return m_columns.back();
+    }
+
+    std::size_t m_count;
+    std::vector<double> m_times;
+    std::vector<Records::Column> m_columns;
+};
+
+}  // namespace
+
+struct TailStore::Statements {
+    explicit Statements(const Database& database)
+        : last(database, "SELECT id FROM tail WHERE id >= ? AND id < ? ORDER BY id DESC LIMIT 1"),
+          row(database, "SELECT data FROM tail WHERE id = ?"),
+          rows(database, "SELECT data FROM tail WHERE id >= ? AND id < ? ORDER BY id"),
+          write(database, "INSERT OR REPLACE INTO tail(id, data) VALUES(?, ?)"),
+          clear(database, "DELETE FROM tail WHERE id >= ? AND id < ?")
+    {
+    }
+    Statement last, row, rows, write, clear;
+};
+
+TailStore::TailStore(Database& database) : m_database(database) {}
+TailStore::~TailStore() = default;
+
+bool TailStore::exists()
+{
+    if (m_statements)
+        return true;
+    // A document of the first version may get its tail from another connection at any time.
+    Statement table(m_database, "SELECT 1 FROM sqlite_schema WHERE type = 'table' AND name = 'tail'");
+    if (!table.step())
+        return false;
+    m_statements = std::make_unique<Statements>(m_database);
+    return true;
+}
+
+std::size_t TailStore::count(RowId agent)
+{
+    if (!exists())
+        return 0;
+    Statement& last = m_statements->last;
+    const std::size_t rows = last.bind(1, firstId(agent)).bind(2, firstId(agent + 1)).step()
+                                 ? static_cast<std::size_t>(last.integer(0) - firstId(agent)) + 1
+                                 : 0;
+    last.reset();
+    if (rows > schema::kRecordsPerChunk)
+        m_database.failAsDamaged(QStringLiteral("the tail of agent %1 is too long").arg(agent));
+    return rows;
+}
+
+double TailStore::timeAt(RowId agent, std::size_t position)
+{
+    Statement& row = m_statements->row;
+    const bool found = row.bind(1, firstId(agent) + static_cast<qint64>(position)).step();
+    if (!found || row.byteCount(0) < sizeof(double)) {
+        row.reset();
+        failAsDamaged(agent);
+    }
+    const auto time = load<double>(static_cast<const std::byte*>(row.rawBytes(0)));
+    row.reset();
+    return time;
+}
+
+TailExtent TailStore::extent(RowId agent)
+{
+    const std::size_t rows = count(agent);
+    return rows == 0 ? TailExtent{} : TailExtent{rows, timeAt(agent, 0), timeAt(agent, rows - 1)};
+}
+
+std::optional<double> TailStore::lastTime(RowId agent)
+{
+    const std::size_t rows = count(agent);
+    return rows == 0 ? std::nullopt : std::optional(timeAt(agent, rows - 1));
+}
+
+/// The first position in [first, end) that `isPast` holds for, else end. Rows are in time order.
+template <class Predicate>
+std::size_t TailStore::firstPosition(RowId agent, std::size_t first, std::size_t end, Predicate isPast)
+{
+    while (first < end) {
+        const std::size_t middle = first + (end - first) / 2;
+        if (isPast(timeAt(agent, middle)))
+            end = middle;
+        else
+            first = middle + 1;
+    }
+    return first;
+}
+
+Records TailStore::read(RowId agent, double from, double to)
+{
+    const std::size_t rows = count(agent);
+    const std::size_t first = firstPosition(agent, 0, rows, [&](double time) { return time >= from; });
+    return readRows(agent, first, firstPosition(agent, first, rows, [&](double time) { return !(time <= to); }));
+}
+
+Records TailStore::readRows(RowId agent, std::size_t first, std::size_t end)
+{
+    RowsInWork work(end - first);
+    if (first == end)
+        return work.finished();
+    Statement& rows = m_statements->rows;
+    rows.bind(1, firstId(agent) + static_cast<qint64>(first)).bind(2, firstId(agent) + static_cast<qint64>(end));
+    std::size_t read = 0;
+    bool sound = true;
+    while (sound && rows.step() && read < end - first)
+        sound = work.add(read++, {static_cast<const std::byte*>(rows.rawBytes(0)), rows.byteCount(0)});
+    rows.reset();
+    if (!sound || read != end - first)
+        failAsDamaged(agent);
+    return work.finished();
+}
+
+void TailStore::put(RowId agent, const RecordsView& records)
+{
+    if (records.size == 0)
+        return;
+    const std::size_t rows = count(agent);
+    const double begin = records.times[0];
+    const std::size_t first = firstPosition(agent, 0, rows, [&](double time) { return time >= begin; });
+    const Records merged = Records::merged(readRows(agent, first, rows).view(), records);
+    append(agent, first, merged.view());
+}
+
+void TailStore::append(RowId agent, std::size_t count, const RecordsView& records)
+{
+    if (!exists())
+        m_database.failAsDamaged(QStringLiteral("the table “tail” is missing"));
+    for (std::size_t i = 0; i < records.size; ++i)
+        write(firstId(agent) + static_cast<qint64>(count + i), records, i);
+}
+
+void TailStore::write(qint64 id, const RecordsView& records, std::size_t index)
+{
+    m_row.resize(sizeof(double) + records.columns.size() * kElementBytes);
+    std::byte* end = store(m_row.data(), records.times[index]);
+    const double absent = absentValue();
+    for (const RecordsView::Column& column : records.columns) {
+        const auto valid = static_cast<std::uint32_t>(bits::get(column.valid, column.firstValid + index, 1));
+        if (valid == 0 && std::memcmp(&column.values[index], &absent, sizeof absent) == 0)
+            continue;
+        end = store(end, static_cast<std::uint32_t>(column.property) << 1 | valid);
+        end = store(end, column.values[index]);
+    }
+    m_statements->write.bind(1, id).bindBytes(2, m_row.data(), static_cast<std::size_t>(end - m_row.data())).run();
+}
+
+void TailStore::clear(RowId agent)
+{
+    if (exists())
+        m_statements->clear.bind(1, firstId(agent)).bind(2, firstId(agent + 1)).run();
+}
+
+void TailStore::failAsDamaged(RowId agent) const
+{
+    m_database.failAsDamaged(QStringLiteral("the tail of agent %1 has a row that makes no sense").arg(agent));
+}
+
+}  // namespace plotix

@@ -1,0 +1,62 @@
+#pragma once
+
+#include "records/store/Records.h"
+#include "storage/Database.h"
+
+#include <cstddef>
+#include <memory>
+#include <optional>
+#include <vector>
+
+/// The tail of a site document: records that came one by one and stand behind every chunk of their agent, a row each,
+/// until they fill a chunk.
+///
+/// Borrows its connection and works inside the caller's transaction; one thread. A document of the first version has no
+/// tail: it reads as empty, and must not be written. Throws ReportableError, also for rows that make no sense.
+namespace plotix {
+
+/// Which records an agent's tail holds.
+struct TailExtent {
+    std::size_t count = 0;
+    double first = 0, last = 0;  ///< times; 0 when count is 0
+};
+
+class TailStore {
+public:
+    explicit TailStore(Database& database);
+    ~TailStore();
+    TailStore(const TailStore&) = delete;
+    TailStore& operator=(const TailStore&) = delete;
+
+    bool exists();  ///< false: a document of the first version
+    TailExtent extent(RowId agent);
+    std::optional<double> lastTime(RowId agent);  ///< nothing: the agent has no tail
+
+    /// Records with from ≤ time ≤ to, ordered. A property stands there when one of them has an element for it; elements
+    /// that are not there are absent.
+    Records read(RowId agent, double from, double to);
+
+    /// Adds ordered records, a row each. One of the same time as a row keeps what only the row has.
+    void put(RowId agent, const RecordsView& records);
+
+    /// The same for records behind all of the agent's rows, of which there are `count`. Fast.
+    void append(RowId agent, std::size_t count, const RecordsView& records);
+
+    void clear(RowId agent);
+
+private:
+    struct Statements;
+    std::size_t count(RowId agent);
+    double timeAt(RowId agent, std::size_t position);
+    template <class Predicate>
+    std::size_t firstPosition(RowId agent, std::size_t first, std::size_t end, Predicate isPast);
+    Records readRows(RowId agent, std::size_t first, std::size_t end);
+    void write(qint64 id, const RecordsView& records, std::size_t index);
+    [[noreturn]] void failAsDamaged(RowId agent) const;
+
+    Database& m_database;
+    std::unique_ptr<Statements> m_statements;
+    std::vector<std::byte> m_row;  // kept for its memory
+};
+
+}  // namespace plotix

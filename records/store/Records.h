@@ -1,0 +1,64 @@
+#pragma once
+
+#include "records/columns/ColumnView.h"
+#include "records/store/RecordBlock.h"
+
+#include <cstdint>
+#include <vector>
+
+/// Records in memory on their way into the archive: a borrowed view of columns, and columns that are owned.
+///
+/// Pure values; no file. "Ordered" means times strictly ascending.
+namespace plotix {
+
+/// Columns someone else owns; must outlive the view.
+struct RecordsView {
+    struct Column : ColumnView {
+        RowId property = 0;
+    };
+    const double* times = nullptr;
+    std::size_t size = 0;
+    std::vector<Column> columns;
+
+    static RecordsView of(const RecordBlock& block);
+    RecordsView slice(std::size_t first, std::size_t count) const;
+    bool isOrdered() const;
+};
+
+class Records {
+public:
+    struct Column {
+        RowId property = 0;
+        std::vector<double> values;
+        std::vector<std::uint64_t> valid;
+    };
+
+    Records() = default;
+    /// Requires: every column has an element and a bit for each time; bits behind the last are 0.
+    Records(std::vector<double> times, std::vector<Column> columns)
+        : m_times(std::move(times)), m_columns(std::move(columns))
+    {
+    }
+
+    std::size_t size() const { return m_times.size(); }
+    bool isEmpty() const { return m_times.empty(); }
+    RecordsView view() const;
+
+    /// An empty column when there is none yet is filled with absent elements.
+    void append(const RecordsView& records);
+    void dropFirst(std::size_t count);
+
+    /// Ascending and unique; of equal times the last one stays.
+    static Records ordered(const RecordsView& records);
+
+    /// Both ordered; at equal times the values that `fresh` brings replace those of `old`, the others stay.
+    static Records merged(const RecordsView& old, const RecordsView& fresh);
+
+private:
+    Column& column(RowId property);
+
+    std::vector<double> m_times;
+    std::vector<Column> m_columns;
+};
+
+}  // namespace plotix

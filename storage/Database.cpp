@@ -1,0 +1,273 @@
+#include "storage/Database.h"
+
+#include "base/ReportableError.h"
+#include "storage/SiteSchema.h"
+
+#include <QtCore/QFileInfo>
+#include <QtCore/QUrl>
+
+#include <sqlite3.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+namespace plotix {
+
+namespace {
+
+constexpr int kPatience = 3000;                   // milliseconds a writer waits for another
+constexpr qint64 kMappedBytes = qint64(1) << 40;  // as much as SQLite maps; it clips this to its own limit
+
+QString quoted(const QString& file)
+{
+    return QStringLiteral("“%1”").arg(QFileInfo(file).fileName());
+}
+
+QString uriOf(const QString& file, const char* parameters)
+{
+    const QByteArray path = QUrl::toPercentEncoding(QFileInfo(file).absoluteFilePath(), "/");
+    return QStringLiteral("file:%1%2").arg(QString::fromLatin1(path), QString::fromLatin1(parameters));
+}
+
+void requireReadableFile(const QString& file)
+{
+    const QFileInfo info(file);
+    if (info.isDir())
+        throw ReportableError(QStringLiteral("%1 is a folder: give the name of a .plotix file.").arg(quoted(file)));
+    if (!info.exists())
+        throw ReportableError(QStringLiteral("%1 does not exist: check the name and the folder.").arg(quoted(file)));
+    if (::access(file.toLocal8Bit().constData(), R_OK) != 0)
+        throw ReportableError(
+            QStringLiteral("%1 cannot be read: you lack the permission; ask its owner for it.").arg(quoted(file)));
+    if (info.size() == 0)
+        throw ReportableError(QStringLiteral("%1 is empty, not a Plotix site: choose another file.").arg(quoted(file)));
+}
+
+/// A file without any write permission is left alone even by a user who could override that.
+bool allowsWriting(const QString& file)
+{
+    struct stat status {};
+    const QByteArray path = file.toLocal8Bit();
+    if (::stat(path.constData(), &status) != 0 || (status.st_mode & 0222) == 0)
+        return false;
+    const QByteArray folder = QFileInfo(file).absolutePath().toLocal8Bit();
+    return ::access(path.constData(), W_OK) == 0 && ::access(folder.constData(), W_OK) == 0;
+}
+
+bool hasUnmergedLog(const QString& file)
+{
+    return QFileInfo(file + QStringLiteral("-wal")).size() > 0;
+}
+
+}  // namespace
+
+void Database::create(const QString& file, const QString& siteName)
+{
+    const QFileInfo info(file);
+    if (info.exists())
+        throw ReportableError(QStringLiteral("%1 exists already: choose another name.").arg(quoted(file)));
+    if (!QFileInfo(info.absolutePath()).isDir())
+        throw ReportableError(QStringLiteral("The folder of %1 does not exist: make it first.").arg(quoted(file)));
+    sqlite3* handle = nullptr;
+    const int opened = sqlite3_open_v2(QFileInfo(file).absoluteFilePath().toUtf8().constData(), &handle,
+                                       SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE, nullptr);
+    const std::unique_ptr<sqlite3, int (*)(sqlite3*)> owner(handle, &sqlite3_close_v2);
+    // The tables and the identity appear together, in the file itself; only then does the write-ahead log begin, so
+    // that whoever looks at the first page sees all or nothing.
+    const QByteArray sql =
+        QByteArray("PRAGMA page_size=") + QByteArray::number(schema::kPageSize) + ";BEGIN IMMEDIATE;" +
+        schema::kCreate + "PRAGMA application_id=" + QByteArray::number(schema::kApplicationId) +
+        ";PRAGMA user_version=" + QByteArray::number(schema::kVersion) + ";INSERT INTO site VALUES(1, '" +
+        QString(siteName).replace(QLatin1Char('\''), QStringLiteral("''")).remove(QChar::Null).toUtf8() +
+        "', '');COMMIT;PRAGMA journal_mode=WAL;";
+    if (opened != SQLITE_OK || sqlite3_exec(handle, sql.constData(), nullptr, nullptr, nullptr) != SQLITE_OK) {
+        const QString reason = QString::fromUtf8(sqlite3_errmsg(handle));
+        sqlite3_exec(handle, "ROLLBACK", nullptr, nullptr, nullptr);
+        if (opened == SQLITE_OK && QFileInfo(file).size() == 0)
+            ::unlink(file.toLocal8Bit().constData());
+        throw ReportableError(
+            QStringLiteral("%1 cannot be created (%2): check the folder's permissions and free space.")
+                .arg(quoted(file), reason));
+    }
+}
+
+Database::Database(const QString& file, Access access) : m_file(QFileInfo(file).absoluteFilePath())
+{
+    try {
+        requireReadableFile(m_file);
+        // The first look leaves no trace: no lock, no log, nothing created beside the file.
+        inspect(uriOf(m_file, "?mode=ro&immutable=1"));
+        const bool writable = access != Access::ReadOnly && allowsWriting(m_file);
+        if (access == Access::ReadWrite && !writable)
+            throw ReportableError(
+                QStringLiteral("%1 is read-only: make the file and its folder writable, or work on a copy.")
+                    .arg(quoted(m_file)));
+        m_readOnly = !writable;
+        const bool frozen = m_readOnly && !allowsWriting(m_file) && !hasUnmergedLog(m_file);
+        open(m_readOnly ? SQLITE_OPEN_READONLY : SQLITE_OPEN_READWRITE, uriOf(m_file, frozen ? "?mode=ro&immutable=1"
+                                                                                      : m_readOnly ? "?mode=ro"
+                                                                                                   : "?mode=rw"));
+        checkTables(checkHeader());
+        if (access == Access::ReadWrite)
+            upgrade();
+        execute("PRAGMA synchronous=NORMAL");
+        execute("PRAGMA cache_size=-65536");
+        execute(("PRAGMA mmap_size=" + QByteArray::number(kMappedBytes)).constData());
+    } catch (...) {
+        m_begin.reset();
+        m_commit.reset();
+        sqlite3_close_v2(m_handle);
+        throw;
+    }
+}
+
+Database::~Database()
+{
+    m_begin.reset();
+    m_commit.reset();
+    sqlite3_close_v2(m_handle);
+}
+
+void Database::open(int flags, const QString& uri)
+{
+    const int result =
+        sqlite3_open_v2(uri.toUtf8().constData(), &m_handle, flags | SQLITE_OPEN_URI | SQLITE_OPEN_NOMUTEX, nullptr);
+    if (result != SQLITE_OK)
+        fail(result);
+    sqlite3_extended_result_codes(m_handle, 1);
+    setPatience(kPatience);
+}
+
+void Database::inspect(const QString& uri)
+{
+    open(SQLITE_OPEN_READONLY, uri);
+    // Without a lock this may meet the file in the middle of a merge of its log, longer in one page than on disk; what
+    // truly is damaged shows again under a lock.
+    const int looked = sqlite3_exec(m_handle, "PRAGMA application_id", nullptr, nullptr, nullptr);
+    if ((looked & 0xFF) != SQLITE_CORRUPT)
+        checkHeader();
+    sqlite3_close_v2(m_handle);
+    m_handle = nullptr;
+}
+
+int Database::checkHeader()
+{
+    Statement application(*this, "PRAGMA application_id");
+    if (!application.step() || application.integer(0) != schema::kApplicationId)
+        throw ReportableError(
+            QStringLiteral("%1 belongs to another program, it is not a Plotix site: choose another file.")
+                .arg(quoted(m_file)));
+    Statement version(*this, "PRAGMA user_version");
+    version.step();
+    if (version.integer(0) > schema::kVersion)
+        throw ReportableError(
+            QStringLiteral("%1 was made by a newer Plotix (format %2, this one reads up to %3): update "
+                           "Plotix to open it.")
+                .arg(quoted(m_file))
+                .arg(version.integer(0))
+                .arg(schema::kVersion));
+    if (version.integer(0) < 1)
+        failAsDamaged(QStringLiteral("no format number"));
+    return static_cast<int>(version.integer(0));
+}
+
+void Database::checkTables(int version)
+{
+    Statement table(*this, "SELECT 1 FROM sqlite_schema WHERE type = 'table' AND name = ?");
+    for (const schema::Table& wanted : schema::kTables) {
+        if (wanted.since > version)
+            continue;
+        table.bind(1, QString::fromLatin1(wanted.name));
+        if (!table.step())
+            failAsDamaged(QStringLiteral("the table “%1” is missing").arg(QLatin1String(wanted.name)));
+        table.reset();
+    }
+}
+
+void Database::upgrade()
+{
+    if (checkHeader() == schema::kVersion)
+        return;
+    beginWriting();
+    // Another program may have been faster.
+    if (checkHeader() < 2)
+        execute(schema::kUpgradeTo2);
+    commit();
+}
+
+void Database::execute(const char* sql)
+{
+    const int result = sqlite3_exec(m_handle, sql, nullptr, nullptr, nullptr);
+    if (result != SQLITE_OK)
+        fail(result);
+}
+
+qint64 Database::lastInsertedRow() const
+{
+    return sqlite3_last_insert_rowid(m_handle);
+}
+
+void Database::setPatience(int milliseconds)
+{
+    sqlite3_busy_timeout(m_handle, milliseconds);
+}
+
+void Database::beginWriting()
+{
+    if (m_readOnly)
+        fail(SQLITE_READONLY);
+    if (!m_begin)
+        m_begin = std::make_unique<Statement>(*this, "BEGIN IMMEDIATE");
+    m_begin->run();
+}
+
+void Database::commit()
+{
+    if (!m_commit)
+        m_commit = std::make_unique<Statement>(*this, "COMMIT");
+    m_commit->run();
+}
+
+unsigned Database::dataVersion() const
+{
+    unsigned version = 0;
+    sqlite3_file_control(m_handle, "main", SQLITE_FCNTL_DATA_VERSION, &version);
+    return version;
+}
+
+void Database::rollBack() noexcept
+{
+    if (m_handle && sqlite3_get_autocommit(m_handle) == 0)
+        sqlite3_exec(m_handle, "ROLLBACK", nullptr, nullptr, nullptr);
+}
+
+void Database::fail(int resultCode) const
+{
+    const QString name = quoted(m_file);
+    switch (resultCode & 0xFF) {
+    case SQLITE_BUSY:
+    case SQLITE_LOCKED:
+        throw ReportableError(
+            QStringLiteral("%1 is being written by another program: wait until it is done and try again.").arg(name));
+    case SQLITE_READONLY:
+        throw ReportableError(
+            QStringLiteral("%1 is read-only: make the file and its folder writable, or work on a copy.").arg(name));
+    case SQLITE_NOTADB:
+        throw ReportableError(QStringLiteral("%1 is not a Plotix site: choose another file.").arg(name));
+    case SQLITE_CORRUPT: failAsDamaged(QString::fromUtf8(sqlite3_errmsg(m_handle)));
+    case SQLITE_FULL:
+        throw ReportableError(QStringLiteral("There is no space left for %1: free some and try again.").arg(name));
+    case SQLITE_CANTOPEN:
+    case SQLITE_PERM:
+        throw ReportableError(QStringLiteral("%1 cannot be opened: check its permissions and its folder's.").arg(name));
+    default:
+        throw ReportableError(QStringLiteral("%1 cannot be used (%2): check the disk and try again.")
+                                  .arg(name, QString::fromUtf8(sqlite3_errmsg(m_handle))));
+    }
+}
+
+void Database::failAsDamaged(const QString& detail) const
+{
+    throw ReportableError(QStringLiteral("%1 is damaged (%2): restore it from a copy.").arg(quoted(m_file), detail));
+}
+
+}  // namespace plotix

@@ -1,0 +1,105 @@
+#pragma once
+
+#include <QtCore/QByteArray>
+#include <QtCore/QString>
+
+#include <cstdint>
+#include <memory>
+#include <optional>
+
+struct sqlite3;
+struct sqlite3_blob;
+struct sqlite3_stmt;
+
+/// One connection to a site document's file, and statements over it: SQLite with every failure turned into a
+/// ReportableError that says what to do. One thread at a time each; any number of connections beside each other.
+namespace plotix {
+
+class Statement;
+
+class Database {
+public:
+    enum class Access {
+        ReadWrite,      ///< the file must exist and be ours and writable; brings it to the current version
+        ReadOnly,       ///< never writes; the file must exist and be ours
+        BestAvailable,  ///< ReadWrite where the file allows it, else ReadOnly
+    };
+
+    /// Makes a new, empty site document; throws when anything is there already.
+    static void create(const QString& file, const QString& siteName);
+
+    /// Checks that the file is a site document of this version before anything could change it.
+    Database(const QString& file, Access access);
+    ~Database();
+    Database(const Database&) = delete;
+    Database& operator=(const Database&) = delete;
+
+    const QString& file() const { return m_file; }
+    bool isReadOnly() const { return m_readOnly; }
+    sqlite3* handle() const { return m_handle; }
+
+    void execute(const char* sql);
+    qint64 lastInsertedRow() const;
+
+    /// How long a statement waits for another writer; 3 seconds at first.
+    void setPatience(int milliseconds);
+
+    /// Starts writing at once, waiting for another writer. Throws when the file is read-only.
+    void beginWriting();
+    void commit();
+    void rollBack() noexcept;  ///< without a transaction: nothing
+
+    /// A number that changes when another connection has changed the document, and with each commit of this one; known
+    /// inside a transaction.
+    unsigned dataVersion() const;
+
+    [[noreturn]] void fail(int resultCode) const;
+    [[noreturn]] void failAsDamaged(const QString& detail) const;
+
+private:
+    void open(int flags, const QString& uri);
+    void inspect(const QString& uri);
+    int checkHeader();  ///< the version
+    void checkTables(int version);
+    void upgrade();
+
+    QString m_file;
+    sqlite3* m_handle = nullptr;
+    bool m_readOnly = false;
+    std::unique_ptr<Statement> m_begin, m_commit;  // made when first used, since preparing takes as long as running
+};
+
+/// A prepared statement. Borrows its database. Positions count from 1 when binding and from 0 when reading.
+class Statement {
+public:
+    Statement(const Database& database, const char* sql);
+    ~Statement();
+    Statement(const Statement&) = delete;
+    Statement& operator=(const Statement&) = delete;
+
+    Statement& bind(int position, qint64 value);
+    Statement& bind(int position, double value);
+    Statement& bind(int position, const QString& value);
+    Statement& bind(int position, const QByteArray& value);
+    /// Borrows the bytes until the statement has run.
+    Statement& bindBytes(int position, const void* data, std::size_t size);
+    Statement& bindNothing(int position);
+
+    bool step();  ///< true while there is a row
+    void run();   ///< to the end, then ready to be bound again
+    void reset();
+
+    bool isNothing(int column) const;
+    qint64 integer(int column) const;
+    double real(int column) const;  ///< nothing answers 0
+    QString text(int column) const;
+    QByteArray bytes(int column) const;
+    const void* rawBytes(int column) const;  ///< borrowed until the next step
+    std::size_t byteCount(int column) const;
+
+private:
+    const Database& m_database;
+    sqlite3_stmt* m_statement = nullptr;
+};
+
+}  // namespace plotix

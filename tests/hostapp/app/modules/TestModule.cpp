@@ -1,1 +1,0 @@
-#include "tests/hostapp/app/modules/TestModule.h"

@@ -1,0 +1,154 @@
+#include "hostapp/exchange/TimeColumnReader.h"
+
+#include "base/ReportableError.h"
+
+#include <gtest/gtest.h>
+
+namespace plotix {
+
+namespace {
+
+struct TimeCase {
+    const char* name;
+    TimeLayout layout;
+    const char* text;
+    std::optional<double> seconds;  // in Europe/Berlin where the text has no zone
+};
+
+class TimeText : public testing::TestWithParam<TimeCase> {};
+
+TEST_P(TimeText, IsRead)
+{
+    TimeColumnReader reader(GetParam().layout, LocalTime(QStringLiteral("Europe/Berlin")));
+    EXPECT_EQ(reader.read(GetParam().text), GetParam().seconds);
+}
+
+constexpr auto kYear = TimeLayout::YearFirst;
+constexpr auto kDay = TimeLayout::DayFirst;
+constexpr auto kMonth = TimeLayout::MonthFirst;
+constexpr std::nullopt_t kNothing = std::nullopt;
+
+INSTANTIATE_TEST_SUITE_P(WithTheYearFirst, TimeText,
+                         testing::Values(TimeCase{"Utc", kYear, "2013-01-01T06:00:00Z", 1357020000},
+                                         TimeCase{"LowerCase", kYear, "2013-01-01t06:00:00z", 1357020000},
+                                         TimeCase{"NamedUtc", kYear, "2013-01-01 06:00:00 UTC", 1357020000},
+                                         TimeCase{"Offset", kYear, "2013-01-01T07:30:00+01:30", 1357020000},
+                                         TimeCase{"ShortOffset", kYear, "2013-01-01 01:00-05", 1357020000},
+                                         TimeCase{"CompactOffset", kYear, "2013-01-01T01:00:00 -0500", 1357020000},
+                                         TimeCase{"Compact", kYear, "20130101T060000Z", 1357020000},
+                                         TimeCase{"CompactWithoutSeconds", kYear, "20130101T0600Z", 1357020000},
+                                         TimeCase{"Slashes", kYear, "2013/1/1 6:00Z", 1357020000},
+                                         TimeCase{"Dots", kYear, "2013.01.01 06:00Z", 1357020000},
+                                         TimeCase{"LocalWinter", kYear, "2013-01-01 07:00:00", 1357020000},
+                                         TimeCase{"LocalSummer", kYear, "2013-07-01 08:00", 1372658400},
+                                         TimeCase{"DateAlone", kYear, "2013-01-01", 1356994800},
+                                         TimeCase{"Fraction", kYear, "2013-01-01T06:00:00.25Z", 1357020000.25},
+                                         TimeCase{"FractionWithComma", kYear, "2013-01-01T06:00:00,25Z", 1357020000.25},
+                                         TimeCase{"FractionBefore1970", kYear, "1969-12-31T23:59:58.75Z", -1.25},
+                                         TimeCase{"ExactFraction", kYear, "1969-12-31T23:59:59.9Z", -0.1},
+                                         TimeCase{"HalfOfDay", kYear, "2013-01-01 06:00 pm Z", 1357063200},
+                                         TimeCase{"MidnightAsTwentyFour", kYear, "2012-12-31T24:00:00Z", 1356998400},
+                                         TimeCase{"LeapSecond", kYear, "2012-12-31T23:59:60Z", 1356998400},
+                                         TimeCase{"LeapDay", kYear, "2012-02-29T00:00:00Z", 1330473600},
+                                         TimeCase{"NoLeapDay", kYear, "2013-02-29T00:00:00Z", kNothing},
+                                         TimeCase{"HundredYears", kYear, "1900-02-29T00:00:00Z", kNothing},
+                                         TimeCase{"MonthThirteen", kYear, "2013-13-01T00:00:00Z", kNothing},
+                                         TimeCase{"HourTwentyFive", kYear, "2013-01-01T25:00:00Z", kNothing},
+                                         TimeCase{"MinuteSixty", kYear, "2013-01-01T06:60:00Z", kNothing},
+                                         TimeCase{"HourAlone", kYear, "2013-01-01 06", kNothing},
+                                         TimeCase{"ThirteenPm", kYear, "2013-01-01 13:00 pm", kNothing},
+                                         TimeCase{"TextBehind", kYear, "2013-01-01T06:00:00Zulu", kNothing},
+                                         TimeCase{"DayFirst", kYear, "01.02.2013 06:00", kNothing},
+                                         TimeCase{"MixedSeparators", kYear, "2013-01/01", kNothing},
+                                         TimeCase{"Word", kYear, "yesterday", kNothing},
+                                         TimeCase{"Empty", kYear, "", kNothing},
+                                         TimeCase{"Number", kYear, "1357020000", kNothing}),
+                         [](const auto& row) { return row.param.name; });
+
+INSTANTIATE_TEST_SUITE_P(WithTheYearLast, TimeText,
+                         testing::Values(TimeCase{"Dots", kDay, "2.1.2013 07:00", 1357106400},
+                                         TimeCase{"DaySlashes", kDay, "02/01/2013 07:00", 1357106400},
+                                         TimeCase{"MonthSlashes", kMonth, "01/02/2013 07:00", 1357106400},
+                                         TimeCase{"Dashes", kDay, "02-01-2013, 07:00:00", 1357106400},
+                                         TimeCase{"TwoDigitYear", kMonth, "1/2/13 7:00 am", 1357106400},
+                                         TimeCase{"LastCentury", kDay, "01.01.70 01:00", 0},
+                                         TimeCase{"Afternoon", kMonth, "1/2/2013 7:00:00 PM", 1357149600},
+                                         TimeCase{"NoonAndMidnight", kMonth, "1/2/2013 12:00 AM Z", 1357084800},
+                                         TimeCase{"Noon", kMonth, "1/2/2013 12:00 p.m. Z", 1357128000},
+                                         TimeCase{"HourAloneWithHalf", kMonth, "1/2/2013 7 am", 1357106400},
+                                         TimeCase{"DayThatTheMonthLacks", kDay, "31.04.2013", kNothing},
+                                         TimeCase{"MonthThirteen", kDay, "01/13/2013", kNothing}),
+                         [](const auto& row) { return row.param.name; });
+
+INSTANTIATE_TEST_SUITE_P(
+    AsNumbers, TimeText,
+    testing::Values(TimeCase{"Seconds", TimeLayout::EpochSeconds, "1422973140", 1422973140},
+                    TimeCase{"FractionOfSeconds", TimeLayout::EpochSeconds, "1422973140.125", 1422973140.125},
+                    TimeCase{"Milliseconds", TimeLayout::EpochMilliseconds, "1422973140250", 1422973140.25},
+                    TimeCase{"Negative", TimeLayout::EpochSeconds, "-1", -1},
+                    TimeCase{"Infinite", TimeLayout::EpochSeconds, "inf", kNothing},
+                    TimeCase{"NotANumber", TimeLayout::EpochSeconds, "nan", kNothing},
+                    TimeCase{"Text", TimeLayout::EpochSeconds, "12:00", kNothing}),
+    [](const auto& row) { return row.param.name; });
+
+class ClockChange : public testing::Test {
+protected:
+    double read(const char* text) { return m_reader.read(text).value_or(-1); }
+    TimeColumnReader m_reader{TimeLayout::YearFirst, LocalTime(QStringLiteral("America/New_York"))};
+};
+
+TEST_F(ClockChange, ASkippedTimeIsReadWithTheClockNotYetChanged)
+{
+    EXPECT_EQ(read("2013-03-10 02:30"), 1362900600);  // 03:30 daylight time
+    EXPECT_EQ(read("2013-03-10 03:00"), 1362898800);
+    EXPECT_EQ(read("2013-03-10 01:59"), 1362898740);
+}
+
+TEST_F(ClockChange, ARepeatedTimeIsTheFirstPass)
+{
+    EXPECT_EQ(read("2013-11-03 01:30"), 1383456600);
+}
+
+TEST_F(ClockChange, AFileInOrderStaysInOrderThroughTheRepeatedHour)
+{
+    double previous = read("2013-11-03 00:30");
+    for (const char* text : {"2013-11-03 01:00", "2013-11-03 01:30", "2013-11-03 01:00", "2013-11-03 01:30",
+                             "2013-11-03 02:00", "2013-11-03 02:30"}) {
+        const double time = read(text);
+        EXPECT_EQ(time - previous, 1800) << text;
+        previous = time;
+    }
+}
+
+TEST_F(ClockChange, AFileBackwardsInTimeKeepsTheFirstPass)
+{
+    read("2013-11-03 02:00");
+    EXPECT_EQ(read("2013-11-03 01:30"), 1383456600);
+}
+
+TEST(LocalTimes, KnowOffsetsAndNames)
+{
+    EXPECT_EQ(LocalTime(QStringLiteral("+02:00")).utcFromLocal(7200), 0);
+    EXPECT_EQ(LocalTime(QStringLiteral("UTC-5")).utcFromLocal(0), 18000);
+    EXPECT_EQ(LocalTime(QStringLiteral("UTC")).utcFromLocal(5), 5);
+    EXPECT_EQ(LocalTime(QStringLiteral("Asia/Kathmandu")).utcFromLocal(1422973140), 1422973140 - 20700);
+}
+
+TEST(LocalTimes, RefuseZonesThatAreNone)
+{
+    EXPECT_THROW(LocalTime(QStringLiteral("Middle/Earth")), ReportableError);
+    EXPECT_THROW(LocalTime(QStringLiteral("+2x")), ReportableError);
+}
+
+TEST(LocalTimes, AgreeWithThemselvesAcrossManyYears)
+{
+    LocalTime remembering(QStringLiteral("Europe/Berlin"));
+    for (std::int64_t local = 1'300'000'000; local < 1'500'000'000; local += 1'234'567) {
+        LocalTime fresh(QStringLiteral("Europe/Berlin"));
+        EXPECT_EQ(remembering.utcFromLocal(local), fresh.utcFromLocal(local));
+    }
+}
+
+}  // namespace
+
+}  // namespace plotix

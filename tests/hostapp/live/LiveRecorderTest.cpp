@@ -1,0 +1,172 @@
+#include "hostapp/live/LiveRecorder.h"
+
+#include "hostapp/document/SiteDocument.h"
+#include "tests/hostapp/live/sources/computer/MadeUpMachine.h"
+
+#include <QtCore/QDir>
+#include <QtCore/QEventLoop>
+#include <QtCore/QFile>
+#include <QtCore/QFileInfo>
+#include <QtCore/QTemporaryDir>
+#include <QtCore/QTimer>
+
+#include <gtest/gtest.h>
+
+namespace {
+
+using plotix::LiveRecorder;
+using plotix::RecordingStatus;
+
+class LiveRecorderTest : public testing::Test {
+protected:
+    QString site() const { return folder.filePath("computer.plotix"); }
+    std::unique_ptr<LiveRecorder> make() const
+    {
+        return std::make_unique<LiveRecorder>(site(), 0.01, std::make_unique<MadeUpMachine>());
+    }
+    /// Listens on this thread: a listener without a context would be called on the recorder's.
+    static void waitForRecords(LiveRecorder& recorder, int count)
+    {
+        QEventLoop loop;
+        int seen = 0;
+        QObject::connect(&recorder, &LiveRecorder::recorded, &loop, [&] {
+            if (++seen == count)
+                loop.quit();
+        });
+        QTimer::singleShot(10'000, &loop, &QEventLoop::quit);
+        loop.exec();
+        ASSERT_GE(seen, count);
+    }
+    static void waitForState(LiveRecorder& recorder, RecordingStatus::State state)
+    {
+        QEventLoop loop;
+        QObject::connect(&recorder, &LiveRecorder::statusChanged, &loop, [&] {
+            if (recorder.status().state == state)
+                loop.quit();
+        });
+        QTimer::singleShot(10'000, &loop, &QEventLoop::quit);
+        if (recorder.status().state != state)
+            loop.exec();
+        ASSERT_EQ(recorder.status().state, state);
+    }
+    std::size_t storedRecords(const LiveRecorder& recorder) const
+    {
+        return plotix::RecordReader(site()).summary(recorder.agent()).records;
+    }
+
+    QTemporaryDir folder;
+};
+
+TEST_F(LiveRecorderTest, RecordsUntilItIsStopped)
+{
+    const auto recorder = make();
+    recorder->start();
+    waitForRecords(*recorder, 3);
+    recorder->stop();
+    const RecordingStatus status = recorder->status();
+    EXPECT_EQ(status.state, RecordingStatus::State::Recording);
+    EXPECT_GE(status.stored, 3U);
+    EXPECT_EQ(storedRecords(*recorder), status.stored);
+}
+
+TEST_F(LiveRecorderTest, WhatItSaysIsStoredIs)
+{
+    const auto recorder = make();
+    double told = 0;
+    QObject::connect(recorder.get(), &LiveRecorder::recorded, recorder.get(), [&told](double time) { told = time; });
+    recorder->start();
+    waitForRecords(*recorder, 5);
+    EXPECT_GE(*plotix::RecordReader(site()).summary(recorder->agent()).last, told);
+}
+
+TEST_F(LiveRecorderTest, TellsWhenTheSiteIsHeldAndWhenItIsFree)
+{
+    const auto recorder = make();
+    {
+        const plotix::RecordWriter other(site());
+        recorder->start();
+        waitForState(*recorder, RecordingStatus::State::WaitingForSite);
+    }
+    waitForState(*recorder, RecordingStatus::State::Recording);
+}
+
+TEST_F(LiveRecorderTest, ADocumentThatIsOpenSeesTheAgentAndItsRecords)
+{
+    const auto document = plotix::SiteDocument::create(site());
+    const auto recorder = make();
+    recorder->start();
+    waitForRecords(*recorder, 1);
+    document->reload();
+    ASSERT_TRUE(document->agentNamed(plotix::kMachineAgentName));
+    EXPECT_TRUE(document->recordExtent());
+}
+
+TEST_F(LiveRecorderTest, TheSiteIsOneFileAfterwards)
+{
+    {
+        const auto recorder = make();
+        recorder->start();
+        waitForRecords(*recorder, 2);
+    }
+    EXPECT_EQ(QDir(folder.path()).entryList(QDir::Files), QStringList{"computer.plotix"});
+}
+
+TEST_F(LiveRecorderTest, StoppingOneThatNeverStartedIsHarmless)
+{
+    const auto recorder = make();
+    recorder->stop();
+    EXPECT_EQ(recorder->status().stored, 0U);
+}
+
+class SystemMachineSourceTest : public testing::Test {
+protected:
+    void write(const QString& name, const QByteArray& text)
+    {
+        ASSERT_TRUE(QDir(root.path()).mkpath(QFileInfo(name).path()));
+        QFile file(root.filePath(name));
+        ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+        file.write(text);
+    }
+    plotix::MachineTexts look() { return plotix::makeSystemMachineSource(root.path())->look(); }
+
+    QTemporaryDir root;
+};
+
+TEST_F(SystemMachineSourceTest, ReadsTheKernelsFiles)
+{
+    write("proc/loadavg", "0.1 0.2 0.3 1/2 3\n");
+    write("proc/net/dev", "eth0: 1\n");
+    const plotix::MachineTexts texts = look();
+    EXPECT_EQ(texts.load, "0.1 0.2 0.3 1/2 3\n");
+    EXPECT_EQ(texts.network, "eth0: 1\n");
+    EXPECT_EQ(texts.disks, "");
+    EXPECT_GT(texts.seconds, 0);
+}
+
+TEST_F(SystemMachineSourceTest, SensorsAreNamedByChipAndLabelAndNumberedWhereTheyAreEqual)
+{
+    for (const char* chip : {"hwmon0", "hwmon1"}) {
+        const QString folder = QStringLiteral("sys/class/hwmon/%1/").arg(QLatin1String(chip));
+        write(folder + "name", "nvme\n");
+        write(folder + "temp1_input", "41000\n");
+        write(folder + "temp1_label", "Composite\n");
+        write(folder + "temp2_input", "42000\n");
+    }
+    QStringList names;
+    for (const auto& sensor : look().sensors)
+        names << sensor.name;
+    EXPECT_EQ(names, (QStringList{"Temperature nvme Composite", "Temperature nvme temp2",
+                                  "Temperature nvme Composite 2", "Temperature nvme temp2 2"}));
+}
+
+TEST_F(SystemMachineSourceTest, WithoutChipsTheThermalZonesCount)
+{
+    write("sys/class/thermal/thermal_zone0/type", "x86_pkg_temp\n");
+    write("sys/class/thermal/thermal_zone0/temp", "50000\n");
+    const plotix::MachineTexts texts = look();
+    ASSERT_EQ(texts.sensors.size(), 1U);
+    EXPECT_EQ(texts.sensors[0].name, "Temperature x86_pkg_temp");
+    EXPECT_EQ(texts.sensors[0].value, "50000\n");
+}
+
+}  // namespace

@@ -1,0 +1,1 @@
+#include "tests/hostapp/site/modules/TestModule.h"

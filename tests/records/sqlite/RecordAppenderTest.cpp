@@ -1,0 +1,135 @@
+#include "records/sqlite/RecordAppender.h"
+
+#include "base/ReportableError.h"
+#include "storage/LogCheckpointer.h"
+#include "tests/records/sqlite/ArchiveFixture.h"
+
+#include <QtCore/QDir>
+#include <QtCore/QFile>
+
+namespace {
+
+using plotix::RecordAppender;
+using plotix::ReportableError;
+
+class RecordAppenderTest : public ArchiveFixture {
+protected:
+    void append(double time, double value) { appender.append(agent, block({time}, {column(air, {value})})); }
+
+    /// One record of twelve properties at `time`.
+    plotix::RecordBlock wideRecord(double time)
+    {
+        std::vector<plotix::RecordBlock::Column> columns;
+        for (const plotix::RowId property : wide)
+            columns.push_back(column(property, {time + static_cast<double>(property)}));
+        return block({time}, columns);
+    }
+
+    RecordAppender appender{file()};
+    std::vector<plotix::RowId> wide;
+};
+
+TEST_F(RecordAppenderTest, RecordsAreThereAtOnceAndInOrder)
+{
+    plotix::RecordReader reader(file());
+    for (int second = 0; second < 100; ++second) {
+        append(second, second * 2);
+        ASSERT_EQ(reader.summary(agent).records, static_cast<std::size_t>(second) + 1);
+    }
+    EXPECT_EQ(values(air, 10, 12), (Values{20, 22, 24}));
+}
+
+TEST_F(RecordAppenderTest, TheLastTimeIsTheArchives)
+{
+    EXPECT_EQ(appender.lastTime(agent), std::nullopt);
+    append(5, 1);
+    store(ramp(air, 100, 3));
+    EXPECT_EQ(appender.lastTime(agent), 102);
+}
+
+TEST_F(RecordAppenderTest, AFailedBlockLeavesNothingAndMayBeTriedAgain)
+{
+    append(1, 1);
+    EXPECT_THROW(appender.append(agent, block({2}, {column(4711, {2})})), ReportableError);
+    EXPECT_EQ(times(), std::vector<double>{1});
+    append(2, 2);
+    EXPECT_EQ(times(), (std::vector<double>{1, 2}));
+}
+
+TEST_F(RecordAppenderTest, AnotherWriterIsWaitedForAndWritesBetweenTwoRecords)
+{
+    append(1, 1);
+    {
+        plotix::RecordWriter other(file());
+        appender.setPatience(1);
+        EXPECT_THROW(append(2, 2), ReportableError);
+    }
+    append(2, 2);
+    store(ramp(air, 10, 2));
+    append(20, 3);
+    EXPECT_EQ(times(), (std::vector<double>{1, 2, 10, 11, 20}));
+}
+
+TEST(RecordAppenderEndTest, TheSiteIsOneFileWhenTheLastConnectionIsClosed)
+{
+    QTemporaryDir folder;
+    const QString file = folder.filePath("site.plotix");
+    plotix::Database::create(file, "Site");
+    {
+        RecordAppender appender(file);
+        plotix::Database database(file, plotix::Database::Access::ReadWrite);
+        database.execute("INSERT INTO agent(identifier, name) VALUES('a', 'a')");
+        appender.append(database.lastInsertedRow(), {plotix::SharedArray<double>::fromVector({1.0}), {}});
+        EXPECT_GT(QDir(folder.path()).entryList(QDir::Files).size(), 1);
+    }
+    EXPECT_EQ(QDir(folder.path()).entryList(QDir::Files), QStringList{"site.plotix"});
+}
+
+TEST_F(RecordAppenderTest, RecordsOneByOneFillWholeChunks)
+{
+    constexpr int kCount = 16384 + 3;
+    for (int second = 0; second < kCount; ++second)
+        append(second, second);
+    EXPECT_EQ(ask("SELECT max(n) FROM chunk"), 16384);
+    EXPECT_LE(ask("SELECT count(*) FROM chunk"), 3);
+    EXPECT_EQ(times().size(), static_cast<std::size_t>(kCount));
+}
+
+TEST_F(RecordAppenderTest, TheLogBeginsAnewWhileRecordsGoOnComing)
+{
+    constexpr int kCommits = 6 * plotix::LogCheckpointer::kPages;
+    for (int second = 0; second < kCommits; ++second)
+        append(second, second);
+    EXPECT_LT(QFile(file() + "-wal").size(), qint64(kCommits) * 16384);
+    EXPECT_EQ(times().size(), static_cast<std::size_t>(kCommits));
+}
+
+/// Bytes this process has handed to the system so far.
+qint64 bytesWritten()
+{
+    QFile account("/proc/self/io");
+    if (!account.open(QIODevice::ReadOnly))
+        return -1;
+    for (const QByteArray& line : account.readAll().split('\n'))
+        if (line.startsWith("wchar:"))
+            return line.mid(6).trimmed().toLongLong();
+    return -1;
+}
+
+/// Counts instead of clocks: what a record costs in bytes, log and merges of the log included, decides whether
+/// recording for years is cheap.
+TEST_F(RecordAppenderTest, ARecordOfTwelvePropertiesWritesLittleMoreThanAPage)
+{
+    constexpr int kRecords = 4096;
+    constexpr qint64 kPage = 16384;
+    for (int property = 0; property < 12; ++property)
+        wide.push_back(addProperty(agent, QStringLiteral("p%1").arg(property)));
+    const qint64 before = bytesWritten();
+    if (before < 0)
+        GTEST_SKIP() << "this system keeps no account of bytes written";
+    for (int second = 0; second < kRecords; ++second)
+        appender.append(agent, wideRecord(second));
+    EXPECT_LT((bytesWritten() - before) / kRecords, 2 * kPage);
+}
+
+}  // namespace

@@ -1,0 +1,52 @@
+#pragma once
+
+#include "hostapp/document/SiteDocument.h"
+#include "records/sqlite/RecordArchive.h"
+
+#include <QtCore/QTemporaryDir>
+
+#include <gtest/gtest.h>
+
+/// A site document in a folder of its own, gone with the test.
+class ScratchSite {
+public:
+    ScratchSite() : document(plotix::SiteDocument::create(path(), QStringLiteral("Garden"))) {}
+
+    QString path() const { return m_folder.filePath(QStringLiteral("garden.plotix")); }
+    QString file(const QString& name) const { return m_folder.filePath(name); }
+
+    /// An agent "Station" with an air temperature in °C and a pressure in hPa.
+    std::shared_ptr<plotix::SiteAgent> addStation()
+    {
+        const auto agent = document->addAgent(QStringLiteral("Station"));
+        agent->addProperty(QStringLiteral("Air Temperature"), QStringLiteral("°C"));
+        agent->addProperty(QStringLiteral("Pressure"), QStringLiteral("hPa"));
+        return agent;
+    }
+
+    /// One value of the agent's first property at each time.
+    void store(const plotix::SiteAgent& agent, std::vector<double> times)
+    {
+        std::vector<double> values(times.size(), 20.5);
+        plotix::RecordBlock block;
+        block.times = plotix::SharedArray<double>::fromVector(std::move(times));
+        block.columns.push_back({agent.siteProperties().front()->description().id,
+                                 plotix::SharedArray<double>::fromVector(std::move(values)),
+                                 {}});
+        plotix::RecordWriter writer(path());
+        writer.store(agent.id(), block);
+        writer.commit();
+    }
+
+    void reopen()
+    {
+        document.reset();
+        document = plotix::SiteDocument::open(path());
+    }
+
+private:
+    QTemporaryDir m_folder;  // outlives the document
+
+public:
+    std::shared_ptr<plotix::SiteDocument> document;
+};
