@@ -27,10 +27,11 @@ target_link_libraries(plotix_pch PRIVATE plotix_platform)
 target_precompile_headers(plotix_pch PRIVATE ${PROJECT_SOURCE_DIR}/cmake/pch.h)
 set_target_properties(plotix_pch PROPERTIES AUTOMOC OFF AUTOUIC OFF AUTORCC OFF)
 
-# plotix_room(NAME STATIC|SHARED|MODULE|EXECUTABLE [SOURCES files…] [LINK libraries…])
+# plotix_room(NAME STATIC|SHARED|MODULE|EXECUTABLE [SOURCES files…] [LINK libraries…] [KERNELS files…])
 # Builds the .cpp, .h, .ui and .qrc files of the current folder (not of its subfolders), unless SOURCES names them.
+# KERNELS are those of them that compile themselves for several processors, see base/vectors.
 function(plotix_room name kind)
-  cmake_parse_arguments(ROOM "" "" "SOURCES;LINK" ${ARGN})
+  cmake_parse_arguments(ROOM "" "" "SOURCES;LINK;KERNELS" ${ARGN})
   if(NOT ROOM_SOURCES)
     file(GLOB ROOM_SOURCES CONFIGURE_DEPENDS *.cpp *.h *.ui *.qrc)
   endif()
@@ -46,4 +47,8 @@ function(plotix_room name kind)
   target_link_libraries(${name} PUBLIC plotix_platform ${ROOM_LINK})
   target_precompile_headers(${name} REUSE_FROM plotix_pch)
   set_target_properties(${name} PROPERTIES LINKER_LANGUAGE CXX)
+  # Each is a translation unit of its own. A product and a sum stay two roundings also where one instruction does both,
+  # so that all processors give the same bits.
+  set_source_files_properties(${ROOM_KERNELS} PROPERTIES SKIP_PRECOMPILE_HEADERS ON SKIP_UNITY_BUILD_INCLUSION ON
+                                                         COMPILE_OPTIONS -ffp-contract=off)
 endfunction()
