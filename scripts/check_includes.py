@@ -32,7 +32,7 @@ ALLOWED = {
     "plotkit/render": {"base", "plotkit/model", "plotkit/layout", "plotkit/raster"},
     "plotkit/widget": {"base", "plotkit/model", "plotkit/layout", "plotkit/render"},
     HOST: {"base", "base/png"},
-    LOGIC: {"base", "plotkit/model"},
+    LOGIC: {"base", "base/vectors", "plotkit/model"},
     PLUGIN: {"base", HOST, LOGIC} | KIT,
     "hostapp/core": {"base", HOST},
     "hostapp/document": CORE | STORES,
