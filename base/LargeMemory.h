@@ -16,7 +16,6 @@ namespace plotix {
 /// Zero bytes answer null.
 std::shared_ptr<void> unsetMemory(std::size_t bytes);
 
-
 /// `count` numbers that hold anything: whoever fills a column whole needs no zeros first.
 template <class T>
 std::shared_ptr<T> unsetArray(std::size_t count)
