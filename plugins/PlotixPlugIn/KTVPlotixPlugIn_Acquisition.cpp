@@ -13,6 +13,7 @@
 
 #include "base/MainQueue.h"
 #include "plugins/PlotixPlugIn/host/KTVHostServices.h"
+#include "plugins/PlotixPlugIn/host/KTVUserInterface.h"
 
 namespace {
 

@@ -12,6 +12,7 @@
 #include "base/SizeText.h"
 #include "plotkit/render/GraphRendering.h"
 #include "plugins/PlotixPlugIn/host/KTVHostServices.h"
+#include "plugins/PlotixPlugIn/host/KTVUserInterface.h"
 #include "plugins/PlotixPlugIn/host/PngImage.h"
 
 #include <QtCore/QFile>
