@@ -3,7 +3,7 @@
 #include "benchmarks/archive/ArchiveCases.h"
 #include "benchmarks/archive/CommitTimes.h"
 #include "benchmarks/data/BenchmarkFiles.h"
-#include "records/sqlite/RecordAppender.h"
+#include "records/sqlite/SqliteAppender.h"
 
 namespace plotix_bench {
 

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "benchmarks/data/StationRecords.h"
-#include "records/sqlite/RecordArchive.h"
+#include "records/store/RecordStore.h"
 
 #include <QtCore/QString>
 

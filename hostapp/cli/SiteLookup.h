@@ -2,7 +2,7 @@
 
 #include "hostapp/cli/ParsedCommand.h"
 #include "hostapp/document/SiteDocument.h"
-#include "records/sqlite/RecordArchive.h"
+#include "records/store/RecordStore.h"
 
 /// Finds what a command's words mean in a site: the document, an agent, properties, a span of time.
 ///

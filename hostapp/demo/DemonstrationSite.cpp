@@ -3,7 +3,7 @@
 #include "base/ReportableError.h"
 #include "hostapp/demo/WeatherStation.h"
 #include "hostapp/document/SiteTransaction.h"
-#include "records/sqlite/RecordArchive.h"
+#include "records/store/RecordStore.h"
 
 #include <QtCore/QCoreApplication>
 #include <QtCore/QDir>

@@ -4,7 +4,7 @@
 #include "base/ReportableError.h"
 #include "hostapp/core/SiteProperty.h"
 #include "records/sqlite/ReadConnections.h"
-#include "records/sqlite/RecordArchive.h"
+#include "records/store/RecordStore.h"
 
 #include <QtCore/QCoreApplication>
 

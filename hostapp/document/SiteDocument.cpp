@@ -4,8 +4,8 @@
 #include "hostapp/core/Units.h"
 #include "hostapp/document/ArchiveManager.h"
 #include "hostapp/document/SiteStore.h"
-#include "records/sqlite/RecordArchive.h"
 #include "records/sqlite/TailStore.h"
+#include "records/store/RecordStore.h"
 
 #include <QtCore/QFile>
 #include <QtCore/QFileInfo>

@@ -4,7 +4,7 @@
 #include "hostapp/document/SiteTransaction.h"
 #include "hostapp/exchange/ImportRows.h"
 #include "hostapp/exchange/ImportText.h"
-#include "records/sqlite/RecordArchive.h"
+#include "records/store/RecordStore.h"
 
 #include <QtCore/QFileInfo>
 

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "hostapp/live/sources/computer/MachineSource.h"
-#include "records/sqlite/RecordAppender.h"
+#include "records/sqlite/SqliteAppender.h"
 
 #include <deque>
 

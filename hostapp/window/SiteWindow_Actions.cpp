@@ -16,7 +16,7 @@
 #include "hostapp/window/PropertyListView.h"
 #include "hostapp/window/SiteDetailsDialog.h"
 #include "plugins/PlotixPlugIn/host/PngImage.h"
-#include "records/sqlite/RecordArchive.h"
+#include "records/store/RecordStore.h"
 
 #include <QtCore/QFile>
 #include <QtCore/QSaveFile>

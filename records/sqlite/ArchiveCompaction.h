@@ -1,6 +1,6 @@
 #pragma once
 
-#include "records/sqlite/RecordArchive.h"
+#include "records/store/RecordStore.h"
 
 /// Makes a site document as small as it can be: joins short chunks and the tail into full chunks, writes every column
 /// in the most compact way, drops records that are older than wanted, and gives the space back to the disk.

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "records/sqlite/RecordArchive.h"
 #include "records/sqlite/SegmentReader.h"
+#include "records/store/RecordStore.h"
 
 #include <memory>
 #include <span>

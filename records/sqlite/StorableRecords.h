@@ -1,6 +1,6 @@
 #pragma once
 
-#include "records/sqlite/RecordArchive.h"
+#include "records/store/RecordStore.h"
 #include "storage/Database.h"
 
 #include <set>

@@ -4,7 +4,7 @@
 #include "hostapp/core/QuickRanges.h"
 #include "hostapp/document/SiteDocument.h"
 #include "hostapp/window/MessageOverlay.h"
-#include "records/sqlite/RecordArchive.h"
+#include "records/store/RecordStore.h"
 #include "tests/contract/HostUnderTest.h"
 
 #include <QtCore/QTemporaryDir>

@@ -4,7 +4,7 @@
 #include "hostapp/site/TrendFollower.h"
 #include "hostapp/site/WaitForRecords.h"
 #include "plugins/PlotixPlugIn/KTVPlotixPlugIn.h"
-#include "records/sqlite/RecordArchive.h"
+#include "records/store/RecordStore.h"
 
 #include <QtCore/QEventLoop>
 #include <QtCore/QTemporaryDir>

@@ -1,5 +1,5 @@
 #include "records/sqlite/ArchiveVerification.h"
-#include "records/sqlite/RecordArchive.h"
+#include "records/store/RecordStore.h"
 #include "storage/Database.h"
 #include "tests/e2e/ProgramTest.h"
 #include "tests/e2e/writer/WrittenValues.h"

@@ -1,6 +1,6 @@
 #include "base/MainQueue.h"
 #include "hostapp/document/SiteTransaction.h"
-#include "records/sqlite/RecordAppender.h"
+#include "records/sqlite/SqliteAppender.h"
 #include "storage/LogCheckpointer.h"
 
 #include <QtCore/QCoreApplication>

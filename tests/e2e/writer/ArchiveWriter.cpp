@@ -9,7 +9,7 @@
 
 #include "base/ReportableError.h"
 #include "records/sqlite/ArchiveCompaction.h"
-#include "records/sqlite/RecordAppender.h"
+#include "records/sqlite/SqliteAppender.h"
 #include "storage/Database.h"
 #include "tests/e2e/writer/WrittenValues.h"
 

@@ -1,7 +1,7 @@
 #include "base/ReportableError.h"
 #include "hostapp/cli/ArgumentValues.h"
 #include "hostapp/cli/CommandLine.h"
-#include "records/sqlite/RecordArchive.h"
+#include "records/store/RecordStore.h"
 
 #include <QtCore/QFile>
 #include <QtCore/QRegularExpression>

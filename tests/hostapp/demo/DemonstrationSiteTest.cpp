@@ -4,7 +4,7 @@
 #include "hostapp/core/Units.h"
 #include "hostapp/demo/WeatherStation.h"
 #include "hostapp/document/SiteDocument.h"
-#include "records/sqlite/RecordArchive.h"
+#include "records/store/RecordStore.h"
 
 #include <QtCore/QDir>
 #include <QtCore/QTemporaryDir>

@@ -1,7 +1,7 @@
 #include "hostapp/demo/DemonstrationTrends.h"
 
 #include "hostapp/core/CoderNode.h"
-#include "records/sqlite/RecordArchive.h"
+#include "records/store/RecordStore.h"
 
 #include <QtCore/QTemporaryDir>
 

@@ -3,7 +3,7 @@
 #include "base/ReportableError.h"
 #include "hostapp/document/ArchiveManager.h"
 #include "plugins/PlotixPlugIn/host/KTVConverter.h"
-#include "records/sqlite/RecordArchive.h"
+#include "records/store/RecordStore.h"
 
 #include <QtCore/QCoreApplication>
 #include <QtCore/QDeadlineTimer>

@@ -1,7 +1,7 @@
 #include "hostapp/exchange/Importer.h"
 
 #include "hostapp/document/SiteDocument.h"
-#include "records/sqlite/RecordArchive.h"
+#include "records/store/RecordStore.h"
 
 #include <QtCore/QDir>
 #include <QtCore/QFile>

@@ -2,7 +2,7 @@
 
 #include "base/ReportableError.h"
 #include "records/sqlite/ArchiveVerification.h"
-#include "records/sqlite/RecordAppender.h"
+#include "records/sqlite/SqliteAppender.h"
 #include "tests/records/sqlite/ArchiveFixture.h"
 
 #include <QtCore/QFile>

@@ -1,7 +1,7 @@
 #include "records/sqlite/ArchiveVerification.h"
 
 #include "base/ReportableError.h"
-#include "records/sqlite/RecordAppender.h"
+#include "records/sqlite/SqliteAppender.h"
 #include "tests/records/sqlite/ArchiveFixture.h"
 
 #include <QtCore/QFile>

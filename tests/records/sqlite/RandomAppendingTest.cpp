@@ -2,7 +2,7 @@
 #include "records/sqlite/ArchiveCompaction.h"
 #include "records/sqlite/ArchiveVerification.h"
 #include "records/sqlite/ReadConnections.h"
-#include "records/sqlite/RecordAppender.h"
+#include "records/sqlite/SqliteAppender.h"
 #include "tests/records/sqlite/RandomArchiveFixture.h"
 
 namespace {

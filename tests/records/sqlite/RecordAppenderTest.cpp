@@ -1,4 +1,4 @@
-#include "records/sqlite/RecordAppender.h"
+#include "records/sqlite/SqliteAppender.h"
 
 #include "base/ReportableError.h"
 #include "storage/LogCheckpointer.h"

@@ -1,5 +1,5 @@
 #include "base/ReportableError.h"
-#include "records/sqlite/RecordAppender.h"
+#include "records/sqlite/SqliteAppender.h"
 #include "tests/records/sqlite/ArchiveFixture.h"
 
 #include <cmath>

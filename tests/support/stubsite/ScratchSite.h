@@ -1,7 +1,7 @@
 #pragma once
 
 #include "hostapp/document/SiteDocument.h"
-#include "records/sqlite/RecordArchive.h"
+#include "records/store/RecordStore.h"
 
 #include <QtCore/QTemporaryDir>
 

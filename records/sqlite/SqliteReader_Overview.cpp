@@ -1,6 +1,6 @@
 // What is known of records without reading them: per chunk and property the archive keeps count, extremes and sum.
 
-#include "records/sqlite/RecordReaderImpl.h"
+#include "records/sqlite/SqliteReader.h"
 #include "storage/SiteSchema.h"
 
 #include <algorithm>

@@ -1,4 +1,4 @@
-#include "records/sqlite/RecordAppender.h"
+#include "records/sqlite/SqliteAppender.h"
 
 #include "records/sqlite/ReadConnections.h"
 #include "records/sqlite/RecordPlacement.h"

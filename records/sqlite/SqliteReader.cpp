@@ -1,5 +1,5 @@
+#include "records/sqlite/SqliteReader.h"
 #include "records/sqlite/ChunkReading.h"
-#include "records/sqlite/RecordReaderImpl.h"
 #include "records/sqlite/ResultColumns.h"
 
 #include <algorithm>

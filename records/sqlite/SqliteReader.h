@@ -1,8 +1,8 @@
 #pragma once
 
 #include "records/sqlite/ReadConnections.h"
-#include "records/sqlite/RecordArchive.h"
 #include "records/sqlite/SegmentReader.h"
+#include "records/store/RecordStore.h"
 
 #include <limits>
 #include <memory>

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "records/sqlite/RecordArchive.h"
+#include "records/store/RecordStore.h"
 
 /// Stores small blocks as they come, second after second: each in a transaction of its own, over a connection that is
 /// kept, because opening one costs more than storing.
