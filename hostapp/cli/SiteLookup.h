@@ -21,6 +21,6 @@ std::vector<std::shared_ptr<SiteProperty>> propertiesOf(const SiteAgent& agent, 
 struct TimeSpan {
     std::optional<double> from, to;
 };
-TimeSpan timeSpanOf(const RecordChoice& choice, const ArchiveSummary& summary);
+TimeSpan timeSpanOf(const RecordChoice& choice, const std::optional<RecordExtent>& extent);
 
 }  // namespace plotix

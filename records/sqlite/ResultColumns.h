@@ -1,7 +1,7 @@
 #pragma once
 
 #include "records/sqlite/SegmentReader.h"
-#include "records/store/RecordStore.h"
+#include "records/store/RecordBlock.h"
 
 #include <memory>
 #include <span>

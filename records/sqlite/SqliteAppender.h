@@ -1,35 +1,34 @@
 #pragma once
 
+#include "records/sqlite/RecordPlacement.h"
+#include "records/sqlite/StorableRecords.h"
 #include "records/store/RecordStore.h"
+#include "storage/LogCheckpointer.h"
 
-/// Stores small blocks as they come, second after second: each in a transaction of its own, over a connection that is
+/// Stores small blocks in a site document as they come, each in a transaction of its own, over a connection that is
 /// kept, because opening one costs more than storing.
 ///
 /// A record behind everything stored is a row of the tail: one page of the log. The one that fills a chunk writes the
-/// chunk. The log is merged into the file on a thread of its own. Other writers wait for a commit, never for the time
-/// between two. One thread at a time. Throws ReportableError.
+/// chunk. The log is merged into the file on a thread of its own. One thread at a time. See RecordAppender.
 namespace plotix {
 
-class RecordAppender {
+class SqliteAppender final : public RecordAppender {
 public:
-    explicit RecordAppender(const QString& file);
-    ~RecordAppender();
-    RecordAppender(const RecordAppender&) = delete;
-    RecordAppender& operator=(const RecordAppender&) = delete;
+    SqliteAppender(const QString& file, const DatabaseSchema& schema);
 
-    /// How long `append` waits for another writer; 3 seconds at first.
-    void setPatience(int milliseconds);
-
-    /// Stored when it returns: whatever happens to this process afterwards, the records are there. When it throws,
-    /// nothing of the block is stored, and it may be tried again.
-    void append(RowId agent, const RecordBlock& block);
-
-    /// Time of the agent's last record.
-    std::optional<double> lastTime(RowId agent);
+    void append(RowId agent, const RecordBlock& block) override;
+    void setPatience(int milliseconds) override { m_database.setPatience(milliseconds); }
 
 private:
-    struct Impl;
-    std::unique_ptr<Impl> m_impl;
+    void store(RowId agent, const RecordBlock& block);
+    void forget();
+
+    Database m_database;
+    ChunkStore m_chunks;
+    RecordPlacement m_placement;
+    StorableRecords m_storable;
+    LogCheckpointer m_checkpointer;
+    unsigned m_version = 0;  // of the document that placement and storable know
 };
 
 }  // namespace plotix

@@ -1,65 +1,56 @@
+#include "records/sqlite/SqliteTransaction.h"
+
 #include "base/ReportableError.h"
-#include "records/sqlite/RecordPlacement.h"
-#include "records/sqlite/StorableRecords.h"
 
 namespace plotix {
 
-struct RecordWriter::Impl {
-    Impl(std::unique_ptr<Database> connection, Database& used)
-        : own(std::move(connection)), database(used), chunks(used), placement(chunks), storable(used)
-    {
-    }
-    ~Impl()
-    {
-        if (own)
-            own->rollBack();
-    }
+namespace {
 
-    std::unique_ptr<Database> own;  // empty inside a transaction of the caller's
-    Database& database;
-    ChunkStore chunks;
-    RecordPlacement placement;
-    StorableRecords storable;
-    bool finished = false;
-};
-
-RecordWriter::RecordWriter(const QString& file)
+Database& begun(Database& database)
 {
-    auto connection = std::make_unique<Database>(file, Database::Access::ReadWrite);
-    Database& database = *connection;
     database.beginWriting();
-    m_impl = std::make_unique<Impl>(std::move(connection), database);
+    return database;
 }
 
-RecordWriter::RecordWriter(Database& database) : m_impl(std::make_unique<Impl>(nullptr, database)) {}
-RecordWriter::~RecordWriter() = default;
+}  // namespace
 
-void RecordWriter::store(RowId agent, const RecordBlock& block)
+SqliteTransaction::SqliteTransaction(std::unique_ptr<Database> connection)
+    : m_own(std::move(connection)), m_chunks(begun(*m_own)), m_placement(m_chunks), m_storable(*m_own)
 {
-    if (m_impl->finished)
+}
+
+SqliteTransaction::SqliteTransaction(Database& database)
+    : m_chunks(database), m_placement(m_chunks), m_storable(database)
+{
+}
+
+SqliteTransaction::~SqliteTransaction()
+{
+    if (m_own)
+        m_own->rollBack();
+}
+
+void SqliteTransaction::store(RowId agent, const RecordBlock& block)
+{
+    if (m_finished)
         throw ReportableError(QStringLiteral("These records were stored already: begin again to store more."));
-    m_impl->storable.require(agent, block);
+    m_storable.require(agent, block);
     const RecordsView view = RecordsView::of(block);
     if (view.isOrdered())
-        m_impl->placement.store(agent, view);
+        m_placement.store(agent, view);
     else
-        m_impl->placement.store(agent, Records::ordered(view).view());
+        m_placement.store(agent, Records::ordered(view).view());
 }
 
-void RecordWriter::flush()
+void SqliteTransaction::commit()
 {
-    m_impl->placement.flush();
-}
-
-void RecordWriter::commit()
-{
-    if (m_impl->finished)
+    if (m_finished)
         return;
-    flush();
-    if (!m_impl->own)
+    prepare();
+    if (!m_own)
         return;
-    m_impl->database.commit();
-    m_impl->finished = true;
+    m_own->commit();
+    m_finished = true;
 }
 
 }  // namespace plotix

@@ -62,7 +62,7 @@ protected:
     }
     std::vector<double> storedTimes(double from, double to) const
     {
-        const auto block = RecordReader(site()).read(agent->id(), {}, from, to);
+        const auto block = document->records()->read(agent->id(), {}, from, to);
         return {block->times.span().begin(), block->times.span().end()};
     }
 

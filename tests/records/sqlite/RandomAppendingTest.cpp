@@ -1,8 +1,4 @@
 #include "base/ReportableError.h"
-#include "records/sqlite/ArchiveCompaction.h"
-#include "records/sqlite/ArchiveVerification.h"
-#include "records/sqlite/ReadConnections.h"
-#include "records/sqlite/SqliteAppender.h"
 #include "tests/records/sqlite/RandomArchiveFixture.h"
 
 namespace {
@@ -52,7 +48,7 @@ protected:
 
     void append(RowId owner, const std::vector<double>& stamps)
     {
-        appenders[below(4) == 0].append(owner, blockOf(owner, stamps, reference));
+        appenders[below(4) == 0]->append(owner, blockOf(owner, stamps, reference));
     }
 
     std::size_t rowsOf(RowId owner)
@@ -78,16 +74,16 @@ protected:
     void import()
     {
         Reference after = reference;
-        plotix::RecordWriter writer(file());
+        const auto writer = opened()->begin();
         for (std::size_t i = 1 + below(4); i > 0; --i) {
             const RowId owner = someAgent();
             const std::size_t count = 1 + below(std::size_t{1} << below(16));
             const std::vector<double> stamps = below(3) == 0 ? late(owner, count) : behind(owner, count);
-            writer.store(owner, blockOf(owner, stamps, after));
+            writer->store(owner, blockOf(owner, stamps, after));
         }
         if (below(4) == 0)
             return;
-        writer.commit();
+        writer->commit();
         reference = after;
     }
 
@@ -96,15 +92,15 @@ protected:
         Reference nothing = reference;
         plotix::RecordBlock records = blockOf(agent, behind(agent, 3), nothing);
         records.columns.push_back(ramp(properties.rbegin()->second.front(), 0, 3).columns.front());
-        EXPECT_THROW(appenders[0].append(agent, records), plotix::ReportableError);
+        EXPECT_THROW(appenders[0]->append(agent, records), plotix::ReportableError);
     }
 
     void compact()
     {
-        plotix::CompactionRequest request{file(), {}, below(2) == 0};
+        plotix::CompactionRequest request{{}, below(2) == 0};
         if (below(3) == 0 && !reference[agent].empty())
             request.dropBefore = reference[agent].rbegin()->first - static_cast<double>(below(30000));
-        plotix::compactArchive(request);
+        opened()->compact(request);
         for (auto& [owner, records] : reference)
             if (request.dropBefore)
                 records.erase(records.begin(), records.lower_bound(*request.dropBefore));
@@ -140,34 +136,33 @@ protected:
 
     void expectEnds()
     {
-        plotix::RecordReader reader(connections);
         for (const auto& [owner, records] : reference) {
-            const plotix::ArchiveSummary summary = reader.summary(owner);
-            ASSERT_EQ(summary.records, records.size());
-            ASSERT_EQ(summary.last, records.empty() ? std::nullopt : std::optional(records.rbegin()->first));
-            ASSERT_EQ(appenders[1].lastTime(owner), summary.last);
+            ASSERT_EQ(countIn(*kept, owner), records.size());
+            ASSERT_EQ(kept->extent(owner),
+                      records.empty()
+                          ? std::nullopt
+                          : std::optional(plotix::RecordExtent{records.begin()->first, records.rbegin()->first}));
             const double from = records.empty() ? 0 : records.rbegin()->first - static_cast<double>(below(3000));
-            expectEqual(reader, reference, from, from + static_cast<double>(below(3000)));
+            expectEqual(*kept, reference, from, from + static_cast<double>(below(3000)));
         }
     }
 
     Reference reference;
-    plotix::RecordAppender appenders[2]{plotix::RecordAppender(file()), plotix::RecordAppender(file())};
-    std::shared_ptr<plotix::ReadConnections> connections = plotix::ReadConnections::ofFile(file());
+    std::shared_ptr<plotix::RecordStore> kept = opened();
+    std::unique_ptr<plotix::RecordAppender> appenders[2]{kept->appender(), opened()->appender()};
 };
 
 TEST_P(RandomAppendingTest, HoldsWhatAMapHolds)
 {
-    plotix::RecordReader kept(connections);
     for (int round = 0; round < 4; ++round) {
         for (int i = 0; i < 12; ++i) {
             doSomething();
             ASSERT_NO_FATAL_FAILURE(expectEnds());
         }
-        ASSERT_NO_FATAL_FAILURE(expectEqual(kept, reference, {}, {}));
+        ASSERT_NO_FATAL_FAILURE(expectEqual(*kept, reference, {}, {}));
     }
     expectStatistics(reference);
-    const plotix::VerificationResult verified = plotix::verifyArchive(file());
+    const plotix::VerificationResult verified = opened()->verify();
     EXPECT_TRUE(verified.isSound()) << verified.findings.join('\n').toStdString();
 }
 

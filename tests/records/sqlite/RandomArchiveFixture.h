@@ -57,10 +57,9 @@ protected:
 
     void expectEqual(const Reference& reference, std::optional<double> from, std::optional<double> to)
     {
-        plotix::RecordReader reader(file());
-        expectEqual(reader, reference, from, to);
+        expectEqual(*opened(), reference, from, to);
     }
-    void expectEqual(plotix::RecordReader& reader, const Reference& reference, std::optional<double> from,
+    void expectEqual(plotix::RecordStore& reader, const Reference& reference, std::optional<double> from,
                      std::optional<double> to)
     {
         for (const auto& [owner, records] : reference) {
@@ -89,7 +88,7 @@ protected:
 
     void expectStatistics(const Reference& reference)
     {
-        plotix::RecordReader reader(file());
+        const auto reader = opened();
         for (const auto& [owner, records] : reference)
             for (const plotix::RowId property : properties[owner]) {
                 std::size_t valid = 0;
@@ -98,7 +97,7 @@ protected:
                     valid += stored != elements.end() && stored->second.valid &&
                              !std::isnan(std::bit_cast<double>(stored->second.bits));
                 }
-                ASSERT_EQ(reader.statistics(owner, property).valid, valid);
+                ASSERT_EQ(reader->statistics(owner, property).valid, valid);
             }
     }
 

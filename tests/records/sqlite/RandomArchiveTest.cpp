@@ -13,7 +13,7 @@ protected:
     }
 
     /// A block for some of an agent's properties: in order behind everything, or anywhere, with repeated times.
-    void storeSomething(plotix::RecordWriter& writer, Reference& into)
+    void storeSomething(plotix::RecordTransaction& writer, Reference& into)
     {
         const RowId owner = below(3) == 0 ? properties.rbegin()->first : properties.begin()->first;
         const std::size_t count = blockSize();
@@ -39,12 +39,12 @@ TEST_P(RandomArchiveTest, HoldsWhatAMapHolds)
         Reference after = reference;
         const bool kept = below(4) != 0;
         {
-            plotix::RecordWriter writer(file());
+            const auto writer = opened()->begin();
             const std::size_t blocks = 1 + below(4);
             for (std::size_t i = 0; i < blocks; ++i)
-                storeSomething(writer, after);
+                storeSomething(*writer, after);
             if (kept)
-                writer.commit();
+                writer->commit();
         }
         if (kept)
             reference = after;

@@ -9,8 +9,7 @@
 namespace {
 
 using plotix::ColumnStatistics;
-using plotix::RecordReader;
-using plotix::RecordWriter;
+using plotix::RecordExtent;
 using plotix::ReportableError;
 
 constexpr std::size_t kChunk = 16384;
@@ -22,9 +21,9 @@ TEST_F(RecordArchiveTest, AnEmptyArchiveAnswersNoRecords)
 {
     EXPECT_EQ(times(), std::vector<double>{});
     EXPECT_EQ(read({air}).columns.size(), 1U);
-    EXPECT_EQ(RecordReader(file()).summary(agent).records, 0U);
-    EXPECT_FALSE(RecordReader(file()).summary(agent).first);
-    EXPECT_EQ(RecordReader(file()).statistics(agent, air).valid, 0U);
+    EXPECT_EQ(count(), 0U);
+    EXPECT_FALSE(extent());
+    EXPECT_EQ(opened()->statistics(agent, air).valid, 0U);
 }
 
 TEST_F(RecordArchiveTest, StoredRecordsComeBack)
@@ -169,17 +168,16 @@ TEST_F(RecordArchiveTest, AgentsAreApart)
     store(ramp(air, 0, 5));
     storeFor(other, ramp(rain, 100, 3));
     EXPECT_EQ(times().size(), 5U);
-    EXPECT_EQ(RecordReader(file()).summary(other).records, 3U);
-    EXPECT_EQ(RecordReader(file()).summary(other).first, 100);
-    EXPECT_EQ(RecordReader(file()).summary(other).last, 102);
+    EXPECT_EQ(countIn(*opened(), other), 3U);
+    EXPECT_EQ(opened()->extent(other), (RecordExtent{100, 102}));
 }
 
 TEST_F(RecordArchiveTest, NothingIsStoredWithoutCommit)
 {
     store(ramp(air, 0, 5));
     {
-        RecordWriter writer(file());
-        writer.store(agent, ramp(air, 3, 50000));
+        const auto writer = opened()->begin();
+        writer->store(agent, ramp(air, 3, 50000));
     }
     EXPECT_EQ(times().size(), 5U);
 }
@@ -187,13 +185,13 @@ TEST_F(RecordArchiveTest, NothingIsStoredWithoutCommit)
 TEST_F(RecordArchiveTest, AReaderBesideAnOpenWriterSeesTheOldState)
 {
     store(ramp(air, 0, 5));
-    RecordReader reader(file());
-    RecordWriter writer(file());
-    writer.store(agent, ramp(air, 2, 40000));
-    EXPECT_EQ(reader.read(agent, {}, {}, {})->times.size(), 5U);
+    const auto reader = opened();
+    const auto writer = opened()->begin();
+    writer->store(agent, ramp(air, 2, 40000));
+    EXPECT_EQ(reader->read(agent, {}, {}, {})->times.size(), 5U);
     EXPECT_EQ(times().size(), 5U);
-    writer.commit();
-    EXPECT_EQ(reader.read(agent, {}, {}, {})->times.size(), 40002U);
+    writer->commit();
+    EXPECT_EQ(reader->read(agent, {}, {}, {})->times.size(), 40002U);
 }
 
 TEST_F(RecordArchiveTest, ReadersBesideABusyWriterSeeWholeTransactions)
@@ -207,7 +205,7 @@ TEST_F(RecordArchiveTest, ReadersBesideABusyWriterSeeWholeTransactions)
         readers.emplace_back([&] {
             std::size_t before = 0;
             while (!done) {
-                const auto records = RecordReader(file()).read(agent, std::vector{air}, {}, {});
+                const auto records = opened()->read(agent, std::vector{air}, {}, {});
                 const std::size_t count = records->times.size();
                 wrong += count < before || count % kEach != 0 ||
                          (count > 0 && records->columns[0].values[count - 1] != static_cast<double>(count - 1));
@@ -226,9 +224,9 @@ TEST_F(RecordArchiveTest, ReadersBesideABusyWriterSeeWholeTransactions)
 
 TEST_F(RecordArchiveTest, ASecondWriterWaitsAndThenSaysSo)
 {
-    const RecordWriter writer(file());
+    const auto writer = opened()->begin();
     try {
-        const RecordWriter second(file());
+        const auto second = opened()->begin();
         FAIL() << "two writers";
     } catch (const ReportableError& error) {
         EXPECT_TRUE(error.message().contains("being written")) << error.what();
@@ -238,26 +236,26 @@ TEST_F(RecordArchiveTest, ASecondWriterWaitsAndThenSaysSo)
 TEST_F(RecordArchiveTest, StatisticsAreOfTheValidValues)
 {
     store(block({1, 2, 3, 4}, {column(air, {3, kMissing, 5, 4}), column(wind, {-2, -8, kMissing, kMissing})}));
-    const ColumnStatistics first = RecordReader(file()).statistics(agent, air);
+    const ColumnStatistics first = opened()->statistics(agent, air);
     EXPECT_EQ(first.valid, 3U);
     EXPECT_EQ(first.minimum, 3);
     EXPECT_EQ(first.maximum, 5);
     EXPECT_EQ(first.average, 4);
-    EXPECT_EQ(RecordReader(file()).statistics(agent, wind).maximum, -2);
+    EXPECT_EQ(opened()->statistics(agent, wind).maximum, -2);
 }
 
 TEST_F(RecordArchiveTest, StatisticsLeaveOutWhatIsNoNumber)
 {
     store(block({1, 2, 3}, {column(air, {std::nan(""), 4, std::nan("")})}));
-    EXPECT_EQ(RecordReader(file()).statistics(agent, air).valid, 1U);
-    EXPECT_EQ(RecordReader(file()).statistics(agent, air).average, 4);
+    EXPECT_EQ(opened()->statistics(agent, air).valid, 1U);
+    EXPECT_EQ(opened()->statistics(agent, air).average, 4);
 }
 
 TEST_F(RecordArchiveTest, StatisticsOfBothInfinitiesHaveNoAverage)
 {
     constexpr double infinity = std::numeric_limits<double>::infinity();
     store(block({1, 2}, {column(air, {infinity, -infinity})}));
-    const ColumnStatistics all = RecordReader(file()).statistics(agent, air);
+    const ColumnStatistics all = opened()->statistics(agent, air);
     EXPECT_EQ(all.minimum, -infinity);
     EXPECT_EQ(all.maximum, infinity);
     EXPECT_TRUE(std::isnan(all.average));
@@ -266,7 +264,7 @@ TEST_F(RecordArchiveTest, StatisticsOfBothInfinitiesHaveNoAverage)
 TEST_F(RecordArchiveTest, StatisticsOfARangeCutChunksAtItsEnds)
 {
     store(ramp(air, 0, 3 * kChunk));
-    const ColumnStatistics part = RecordReader(file()).statistics(agent, air, 100, 40000);
+    const ColumnStatistics part = opened()->statistics(agent, air, 100, 40000);
     EXPECT_EQ(part.valid, 39901U);
     EXPECT_EQ(part.minimum, 100);
     EXPECT_EQ(part.maximum, 40000);
@@ -277,14 +275,14 @@ TEST_F(RecordArchiveTest, StatisticsFollowReplacedValues)
 {
     store(block({1, 2}, {column(air, {3, 1000})}));
     store(block({2}, {column(air, {5})}));
-    EXPECT_EQ(RecordReader(file()).statistics(agent, air).maximum, 5);
+    EXPECT_EQ(opened()->statistics(agent, air).maximum, 5);
 }
 
 TEST_F(RecordArchiveTest, ProgressRisesToOne)
 {
     store(ramp(air, 0, 3 * kChunk));
     std::vector<double> seen;
-    RecordReader(file()).read(agent, std::vector{air}, {}, {}, [&](double fraction) {
+    opened()->read(agent, std::vector{air}, {}, {}, [&](double fraction) {
         seen.push_back(fraction);
         return true;
     });
@@ -298,22 +296,22 @@ TEST_F(RecordArchiveTest, StoppedReadingAnswersNothing)
 {
     store(ramp(air, 0, 3 * kChunk));
     const auto stopHalfway = [](double fraction) { return fraction < 0.5; };
-    EXPECT_FALSE(RecordReader(file()).read(agent, std::vector{air}, {}, {}, stopHalfway));
+    EXPECT_FALSE(opened()->read(agent, std::vector{air}, {}, {}, stopHalfway));
 }
 
 TEST_F(RecordArchiveTest, WhatCannotBeStoredIsRefused)
 {
-    RecordWriter writer(file());
-    EXPECT_THROW(writer.store(agent, block({std::nan("")}, {column(air, {1})})), ReportableError);
-    EXPECT_THROW(writer.store(agent, block({std::numeric_limits<double>::infinity()}, {column(air, {1})})),
+    const auto writer = opened()->begin();
+    EXPECT_THROW(writer->store(agent, block({std::nan("")}, {column(air, {1})})), ReportableError);
+    EXPECT_THROW(writer->store(agent, block({std::numeric_limits<double>::infinity()}, {column(air, {1})})),
                  ReportableError);
-    EXPECT_THROW(writer.store(agent, block({1, 2}, {column(air, {1})})), ReportableError);
-    EXPECT_THROW(writer.store(agent, block({1}, {column(air, {1}), column(air, {2})})), ReportableError);
-    EXPECT_THROW(writer.store(agent, block({1}, {column(wind + 1, {1})})), ReportableError);
-    EXPECT_THROW(writer.store(agent + 1, block({1}, {column(air, {1})})), ReportableError);
-    writer.commit();
+    EXPECT_THROW(writer->store(agent, block({1, 2}, {column(air, {1})})), ReportableError);
+    EXPECT_THROW(writer->store(agent, block({1}, {column(air, {1}), column(air, {2})})), ReportableError);
+    EXPECT_THROW(writer->store(agent, block({1}, {column(wind + 1, {1})})), ReportableError);
+    EXPECT_THROW(writer->store(agent + 1, block({1}, {column(air, {1})})), ReportableError);
+    writer->commit();
     EXPECT_EQ(times().size(), 0U);
-    EXPECT_THROW(writer.store(agent, ramp(air, 0, 1)), ReportableError);
+    EXPECT_THROW(writer->store(agent, ramp(air, 0, 1)), ReportableError);
 }
 
 TEST_F(RecordArchiveTest, SegmentsOfTheWrongLengthAreFoundWhenRead)

@@ -33,9 +33,9 @@ public:
         block.columns.push_back({agent.siteProperties().front()->description().id,
                                  plotix::SharedArray<double>::fromVector(std::move(values)),
                                  {}});
-        plotix::RecordWriter writer(path());
-        writer.store(agent.id(), block);
-        writer.commit();
+        const auto writer = document->records()->begin();
+        writer->store(agent.id(), block);
+        writer->commit();
     }
 
     void reopen()
