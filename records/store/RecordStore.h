@@ -35,11 +35,11 @@ public:
     /// columns stores times alone. A block that is refused leaves the transaction as it was before.
     virtual void store(RowId agent, const RecordBlock& block) = 0;
 
-    /// Does whatever may still fail, so that `commit` will not for any other reason than a lost connection. Nothing may
-    /// be stored afterwards. Called by whoever commits something else together with the records (see below).
+    /// Does whatever may still fail, so that `commit` will not for any other reason than a lost connection. Requires:
+    /// nothing is stored afterwards. Called by whoever commits something else together with the records (see below).
     virtual void prepare() = 0;
 
-    /// At most once has an effect; nothing may be stored afterwards. Prepares where nobody did.
+    /// Has an effect once; what is stored afterwards is refused. Prepares where nobody did.
     virtual void commit() = 0;
 };
 

@@ -26,47 +26,6 @@ protected:
     std::vector<plotix::RowId> wide;
 };
 
-TEST_F(RecordAppenderTest, RecordsAreThereAtOnceAndInOrder)
-{
-    const auto reader = opened();
-    for (int second = 0; second < 100; ++second) {
-        append(second, second * 2);
-        ASSERT_EQ(countIn(*reader, agent), static_cast<std::size_t>(second) + 1);
-    }
-    EXPECT_EQ(values(air, 10, 12), (Values{20, 22, 24}));
-}
-
-TEST_F(RecordAppenderTest, TheLastTimeIsTheArchives)
-{
-    EXPECT_FALSE(extent());
-    append(5, 1);
-    store(ramp(air, 100, 3));
-    EXPECT_EQ(extent()->last, 102);
-}
-
-TEST_F(RecordAppenderTest, AFailedBlockLeavesNothingAndMayBeTriedAgain)
-{
-    append(1, 1);
-    EXPECT_THROW(appender->append(agent, block({2}, {column(4711, {2})})), ReportableError);
-    EXPECT_EQ(times(), std::vector<double>{1});
-    append(2, 2);
-    EXPECT_EQ(times(), (std::vector<double>{1, 2}));
-}
-
-TEST_F(RecordAppenderTest, AnotherWriterIsWaitedForAndWritesBetweenTwoRecords)
-{
-    append(1, 1);
-    {
-        const auto other = opened()->begin();
-        appender->setPatience(1);
-        EXPECT_THROW(append(2, 2), ReportableError);
-    }
-    append(2, 2);
-    store(ramp(air, 10, 2));
-    append(20, 3);
-    EXPECT_EQ(times(), (std::vector<double>{1, 2, 10, 11, 20}));
-}
-
 TEST(RecordAppenderEndTest, TheSiteIsOneFileWhenTheLastConnectionIsClosed)
 {
     SqliteFile file;

@@ -101,15 +101,6 @@ TEST_F(RecordReaderTest, ADamagedSegmentOfALongReadIsAnError)
     EXPECT_THROW(read({air, wind}), plotix::ReportableError);
 }
 
-TEST_F(RecordReaderTest, OneReaderReadsAgainAndAgain)
-{
-    store(ramp(air, 0, 10));
-    const auto reader = opened();
-    EXPECT_EQ(reader->read(agent, {}, {}, {})->times.size(), 10U);
-    store(ramp(air, 10, 5));
-    EXPECT_EQ(reader->read(agent, {}, {}, {})->times.size(), 15U);
-}
-
 TEST_F(RecordReaderTest, AnErrorLeavesTheConnectionUsable)
 {
     store(ramp(air, 0, 20'000));
@@ -162,20 +153,6 @@ TEST_F(RecordReaderTest, OverviewIsTheSameBesideManyProperties)
     store(block({1, 2, 3}, columns));
     const RecordOverview overview = opened()->overview(agent, std::span(&air, 1));
     EXPECT_EQ(overview.columns[0].summaries[0].sum, 6);
-}
-
-TEST_F(RecordReaderTest, StatisticsAreTheSameFromSummariesAndValues)
-{
-    storeMany(100'000);
-    const auto reader = opened();
-    for (const auto& [from, to] : {std::pair(0.0, 1e6), std::pair(10.5, 90'000.0), std::pair(5.0, 7.0)}) {
-        const auto stored = reader->statistics(agent, wind, from, to);
-        const auto decoded = reader->statistics(agent, wind, from, to, StatisticsFrom::Values);
-        EXPECT_EQ(stored.valid, decoded.valid);
-        EXPECT_EQ(stored.minimum, decoded.minimum);
-        EXPECT_EQ(stored.maximum, decoded.maximum);
-        EXPECT_NEAR(stored.average, decoded.average, 1e-9);
-    }
 }
 
 TEST_F(RecordReaderTest, KeptConnectionsServeOneAfterTheOther)
