@@ -28,6 +28,10 @@ expect_failure "the plug-in reaching into the host application" plugins/PlotixPl
   '"hostapp/document/SiteDocument.h"' "must not include hostapp/document"
 expect_failure "the host application reaching into the plug-in" hostapp/document/SiteDocument.h \
   '"plugins/PlotixPlugIn/KTVPlotixPlugIn.h"' "hostapp/document must not include plugins/PlotixPlugIn"
+expect_failure "a document knowing which store keeps its records" hostapp/document/SiteDocument.cpp \
+  '"records/sqlite/SqliteRecordStore.h"' "hostapp/document must not include records/sqlite"
+expect_failure "the site file knowing of records" storage/Database.h \
+  '"records/store/RecordBlock.h"' "storage must not include records/store"
 expect_failure "leaf values using widgets" base/Date.h '<QtWidgets/QWidget>' "base must not use QtWidgets"
 expect_failure "two rooms whose units need each other" storage/Statement.cpp \
   '"records/store/Records.h"' "storage must not include records/store"

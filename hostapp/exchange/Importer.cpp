@@ -4,7 +4,6 @@
 #include "hostapp/document/SiteTransaction.h"
 #include "hostapp/exchange/ImportRows.h"
 #include "hostapp/exchange/ImportText.h"
-#include "records/sqlite/RecordArchive.h"
 
 #include <QtCore/QFileInfo>
 
@@ -107,7 +106,7 @@ void FileImport::store()
                                   .arg(m_summary.timeColumn, m_plan.shape.headers.join(QStringLiteral(", "))));
     transaction.records().store(agent, block);
     m_summary.createdSite = transaction.createdFile();
-    m_summary.firstImport = m_summary.createdSite || RecordReader(m_site).summary(agent).records == 0;
+    m_summary.firstImport = m_summary.createdSite || !transaction.storedRecords()->extent(agent);
     m_summary.records = block.times.size();
     m_summary.first = block.times[0];
     m_summary.last = block.times[block.times.size() - 1];
