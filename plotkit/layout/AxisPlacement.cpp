@@ -1,5 +1,7 @@
 #include "plotkit/layout/AxisPlacement.h"
 
+#include "plotkit/layout/AxisTicks.h"
+
 #include <algorithm>
 #include <cmath>
 

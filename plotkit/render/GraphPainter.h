@@ -1,7 +1,6 @@
 #pragma once
 
 #include "plotkit/render/GraphGround.h"
-#include "plotkit/render/GraphRendering.h"
 #include "plotkit/render/PlotPainting.h"
 #include "plotkit/render/TextImages.h"
 

@@ -1,5 +1,7 @@
 #include "plotkit/render/PlotPainting.h"
 
+#include "plotkit/layout/PlotReduction.h"
+
 #include <QtGui/QPainterPath>
 
 #include <algorithm>

@@ -2,6 +2,7 @@
 
 #include "plotkit/layout/GraphLayout.h"
 #include "plotkit/render/GraphPainter.h"
+#include "plotkit/render/GraphRendering.h"
 #include "plotkit/widget/PlotSpaceMoves.h"
 
 #include <QtCore/QPointer>
