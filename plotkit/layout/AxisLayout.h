@@ -19,7 +19,7 @@ namespace plotkit {
 /// The size in points of a text, which may have several lines, in a style. Must answer the same for the same input.
 using TextMeasure = std::function<QSizeF(const QString& text, const CPTTextStyle& style)>;
 
-/// A text and the box it fills. Lines are centred in the box, or set flush right for labels of the y axis.
+/// A text and the box it fills. Lines are centred in the box, or set flush towards the axis for labels of a y axis.
 struct PlacedText {
     QString text;
     QRectF box;                ///< on the picture, after turning
@@ -33,7 +33,7 @@ struct AxisLabel : PlacedText {
 
 /// One axis, laid out. Lines are ready to stroke with the axis's styles; grid lines span the plot area.
 struct AxisLayout {
-    QLineF line;
+    std::optional<QLineF> line;       ///< absent where the axis stands outside the plot area
     std::vector<double> majorValues;  ///< ascending along the axis
     std::vector<double> minorValues;
     std::vector<QLineF> majorTicks;  ///< as many as majorValues

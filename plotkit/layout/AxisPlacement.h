@@ -4,6 +4,8 @@
 #include "plotkit/layout/AxisMapping.h"
 #include "plotkit/model/CPTAxis.h"
 
+#include <QtCore/QRectF>
+
 /// Placing one axis in a picture: line, ticks, grid, labels and title. Internal to the graph's layout.
 namespace plotkit {
 

@@ -1,6 +1,6 @@
 #include "plotkit/widget/CPTGraphHostingView.h"
 
-#include "plotkit/layout/GraphLayout.h"
+#include "plotkit/layout/GraphGeometry.h"
 #include "plotkit/render/GraphPainter.h"
 #include "plotkit/render/GraphRendering.h"
 #include "plotkit/widget/PlotSpaceMoves.h"
@@ -133,13 +133,13 @@ void CPTGraphHostingView::zoomBy(double factor, QPointF aboutPlace)
 {
     const CPTXYGraphPtr graph = m_hostedGraph;
     if (CPTXYPlotSpace* space = interactiveSpace())
-        plotkit::zoomAboutPlace(*space, plotkit::plotAreaOfGraph(*graph, rect()), factor, aboutPlace);
+        plotkit::zoomAboutPlace(*space, plotkit::geometryOfGraph(*graph, rect()).plotArea, factor, aboutPlace);
 }
 
 void CPTGraphHostingView::mousePressEvent(QMouseEvent* event)
 {
     CPTXYPlotSpace* space = interactiveSpace();
-    const QRectF area = space ? plotkit::plotAreaOfGraph(*m_hostedGraph, rect()) : QRectF();
+    const QRectF area = space ? plotkit::geometryOfGraph(*m_hostedGraph, rect()).plotArea : QRectF();
     if (!space || event->button() != Qt::LeftButton || !area.contains(event->position())) {
         event->ignore();
         return;
@@ -199,7 +199,7 @@ void CPTGraphHostingView::wheelEvent(QWheelEvent* event)
             zoomBy(plotkit::zoomFactorForWheel(turned.y()), event->position());
         return;
     }
-    const QRectF area = plotkit::plotAreaOfGraph(*graph, rect());
+    const QRectF area = plotkit::geometryOfGraph(*graph, rect()).plotArea;
     const QPointF scrolled = wheelDelta(event->pixelDelta(), *event);
     const bool isTouchpad = event->phase() != Qt::NoScrollPhase && scrolled.x() != 0;
     plotkit::panXByPlaces(*space, area,
@@ -214,7 +214,7 @@ void CPTGraphHostingView::keyPressEvent(QKeyEvent* event)
         event->ignore();
         return;
     }
-    const QPointF centre = plotkit::plotAreaOfGraph(*graph, rect()).center();
+    const QPointF centre = plotkit::geometryOfGraph(*graph, rect()).plotArea.center();
     switch (event->key()) {
     case Qt::Key_Left: plotkit::panByShare(*space, CPTCoordinate::X, -plotkit::kPanStep); break;
     case Qt::Key_Right: plotkit::panByShare(*space, CPTCoordinate::X, plotkit::kPanStep); break;

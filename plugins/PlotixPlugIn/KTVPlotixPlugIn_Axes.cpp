@@ -33,6 +33,7 @@ void KTVPlotixPlugIn::adjustXAxis()
     CPTXYAxis& axis = *axisSet->firstAxis();
     axis.setMajorIntervalLength(row.majorInterval);
     axis.setMinorTicksPerInterval(row.minorTicks);
+    axis.setTickThinning(CPTTickThinning::ClockTimes);
     axis.setLabelingOrigin(plotix::labelingOriginForLocalMidnight(from));
     axis.setLabelFormatter(std::make_shared<const CPTTimeFormatter>(QString::fromLatin1(row.labelPattern)));
 }
