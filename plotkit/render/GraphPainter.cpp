@@ -88,11 +88,12 @@ void GraphPainter::paintBelowLayers(QPainter& painter, const CPTXYGraph& graph, 
     GraphCanvas canvas(painter, &m_texts);
     m_ground.draw(canvas, graph, rect, layout.frame);
     eachAxis([&](const AxisLayout& axisLayout, const CPTXYAxis& axis) { drawGrid(canvas, axisLayout, axis); });
-    m_plots.drawPlots(canvas, graph, layout.plotArea);
+    // Before the plots: a value that stays on the axis must be seen.
     eachAxis([&](const AxisLayout& axisLayout, const CPTXYAxis& axis) {
         if (axisLayout.line)
             canvas.drawLine(*axisLayout.line, axis.axisLineStyle());
     });
+    m_plots.drawPlots(canvas, graph, layout.plotArea);
     eachAxis([&](const AxisLayout& axisLayout, const CPTXYAxis& axis) { drawTicks(canvas, axisLayout, axis); });
     eachAxis([&](const AxisLayout& axisLayout, const CPTXYAxis& axis) {
         drawTexts(canvas, axisLayout, axis, layout.plotArea);

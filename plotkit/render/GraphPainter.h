@@ -9,8 +9,8 @@ namespace plotkit {
 
 class GraphPainter {
 public:
-    /// Paints the graph into `rect` (points) of the painter: fill, frame, grid, plots, axes, ticks, texts, layers, in
-    /// this order. An empty rectangle draws nothing. Tells nobody.
+    /// Paints the graph into `rect` (points) of the painter: fill, frame, grid, axis lines, plots, ticks, texts,
+    /// layers, in this order. An empty rectangle draws nothing. Tells nobody.
     void paint(QPainter& painter, const CPTXYGraph& graph, const QRectF& rect);
 
     /// The same without the layers.

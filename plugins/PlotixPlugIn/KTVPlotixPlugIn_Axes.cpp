@@ -72,7 +72,7 @@ void KTVPlotixPlugIn::fitPlots(Rebuild rebuild)
 {
     {
         const QScopedValueRollback<bool> firstFit(m_firstFitUnderWay, rebuild == Rebuild::First);
-        m_graph->defaultPlotSpace()->scaleToFitPlots(m_graph->allPlots());
+        m_graph->defaultPlotSpace()->scaleToFitPlots(m_graph->plotsIn(m_graph->plotSpace()));
     }
     m_plotRangeForY = m_graph->defaultPlotSpace()->yRange();
     if (rebuild == Rebuild::First)
