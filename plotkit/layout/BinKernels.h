@@ -1,6 +1,8 @@
 #pragma once
 
-#include "plotkit/layout/SeriesBins.h"
+#include "plotkit/layout/BinRows.h"
+#include "plotkit/layout/SlidingRow.h"
+#include "plotkit/model/CPTSeriesIndex.h"
 
 #include <cstddef>
 #include <cstdint>

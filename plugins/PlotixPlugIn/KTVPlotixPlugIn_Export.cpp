@@ -11,6 +11,7 @@
 
 #include "plotkit/render/GraphRendering.h"
 #include "plugins/PlotixPlugIn/host/KTVHostServices.h"
+#include "plugins/PlotixPlugIn/host/KTVUserInterface.h"
 #include "plugins/PlotixPlugIn/host/PngImage.h"
 #include "plugins/PlotixPlugIn/logic/SizeText.h"
 
