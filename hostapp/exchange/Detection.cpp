@@ -1,20 +1,17 @@
 #include "hostapp/exchange/Detection.h"
 
-#include "base/ReportableError.h"
-#include "hostapp/exchange/ImportText.h"
 #include "hostapp/exchange/NumberText.h"
 
 #include <QtCore/QBuffer>
 
 #include <algorithm>
-#include <array>
 #include <map>
 
 namespace plotix {
 
 namespace {
 
-constexpr std::array<char, 4> kDelimiters = {',', ';', '\t', '|'};
+using What = ImportFinding::What;
 
 std::vector<TextSample::Row> cutRows(const QByteArray& beginning, const TextFormat& format, bool isWhole)
 {
@@ -30,7 +27,7 @@ std::vector<TextSample::Row> cutRows(const QByteArray& beginning, const TextForm
             row.line = record.line;
             row.fields.assign(record.fields.begin(), record.fields.end());
         }
-    } catch (const ReportableError&) {  // a quoted field that the sample cut in two
+    } catch (const ImportFailure&) {  // a quoted field that the sample cut in two
         if (isWhole)
             throw;
         return rows;
@@ -56,7 +53,7 @@ std::pair<std::size_t, std::size_t> scoreOf(const std::vector<TextSample::Row>& 
 void refuseWideCharacters(const QByteArray& beginning)
 {
     if (beginning.startsWith("\xFF\xFE") || beginning.startsWith("\xFE\xFF") || beginning.contains('\0'))
-        throw ReportableError(translated("this is no text in UTF-8; save it as CSV in UTF-8 and import it again"));
+        throw ImportFailure({.what = What::WideCharacters});
 }
 
 }  // namespace
@@ -103,16 +100,14 @@ TextSample takeSample(const QByteArray& beginning, bool isWhole)
 TimeLayout decidedLayout(const DateOrderEvidence& evidence)
 {
     if (evidence.dayFirst && evidence.monthFirst)
-        throw ReportableError(translated("some dates have the day first and others the month; say which is meant with "
-                                         "--date-order dmy or --date-order mdy"));
+        throw ImportFailure({.what = What::DateOrderContradicts});
     if (evidence.dayFirst)
         return TimeLayout::DayFirst;
     if (evidence.monthFirst)
         return TimeLayout::MonthFirst;
     if (evidence.dots)
         return TimeLayout::DayFirst;
-    throw ReportableError(translated("no date in the file tells the day from the month; say which comes first with "
-                                     "--date-order dmy or --date-order mdy"));
+    throw ImportFailure({.what = What::DateOrderUnknown});
 }
 
 }  // namespace plotix

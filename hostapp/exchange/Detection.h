@@ -1,5 +1,6 @@
 #pragma once
 
+#include "hostapp/exchange/RowSource.h"
 #include "hostapp/exchange/TextReader.h"
 #include "hostapp/exchange/TimeText.h"
 
@@ -8,11 +9,12 @@
 #include <optional>
 #include <span>
 #include <string>
+#include <string_view>
 #include <vector>
 
 /// What the beginning of a text file says about the rest: delimiter, header, columns, and which of them is the time.
 ///
-/// Pure: bytes in, decisions out; any thread. Throws ReportableError, without the file's name, for what is no table.
+/// Pure: bytes in, decisions out; any thread. Throws ImportFailure for what is no table.
 namespace plotix {
 
 /// The first records of a file, kept whole.
@@ -24,6 +26,9 @@ struct TextSample {
     TextFormat format;
     std::vector<Row> rows;  ///< at most kSampleRows
 };
+
+/// What may stand between two fields. Of these, times and numbers may contain the comma.
+inline constexpr std::string_view kDelimiters = ",;\t|";
 
 inline constexpr qsizetype kSampleBytes = 1 << 16;
 inline constexpr std::size_t kSampleRows = 400;
@@ -44,7 +49,7 @@ struct TableShape {
     bool hasHeader = false;
     QStringList headers;                    ///< one per field of a row; "Column 3" where the file names none
     std::optional<std::size_t> rowNumbers;  ///< the unnamed column that only counts the rows
-    QStringList notes;                      ///< how the columns were matched, where that is not plain
+    std::vector<ImportFinding> notes;       ///< how the columns were matched, where that is not plain
 
     std::size_t fields() const { return static_cast<std::size_t>(headers.size()); }
 };
@@ -53,16 +58,8 @@ struct TableShape {
 /// is always empty (last); anything else of unequal length throws.
 TableShape shapeOf(const TextSample& sample);
 
-/// A header's name and the unit in brackets behind it: "Pressure [hPa]". Brackets around what is no unit belong to the
-/// name; empty ones say that there is no unit.
-struct HeaderText {
-    QString name;
-    QString unit;
-};
-HeaderText splitHeader(const QString& header);
-
-/// Finds a column as people write it: its header, its name without the unit, either whatever the case, or its key.
-std::optional<std::size_t> columnNamed(const QString& text, const TableShape& shape);
+/// The columns as the importer wants them, units split off the headers.
+std::vector<SourceColumn> columnsOf(const TableShape& shape);
 
 /// The time column and how it is written; day and month may be undecided still.
 struct TimeColumn {
@@ -72,11 +69,10 @@ struct TimeColumn {
 };
 
 /// With `named` that column, else the first whose sample reads as times, columns called time or date before others;
-/// plain numbers count as times only under such a name. Throws ReportableError that names the columns there are.
+/// plain numbers count as times only under such a name. Throws ImportFailure that names the columns there are.
 TimeColumn timeColumnOf(const TextSample& sample, const TableShape& shape, std::optional<std::size_t> named);
 
-/// Day or month first, from what all dates of the file said; throws ReportableError that names the option when they are
-/// silent or disagree.
+/// Day or month first, from what all dates of the file said; throws ImportFailure when they are silent or disagree.
 TimeLayout decidedLayout(const DateOrderEvidence& evidence);
 
 }  // namespace plotix

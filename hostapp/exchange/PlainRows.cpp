@@ -7,22 +7,16 @@
 
 namespace plotix {
 
-namespace {
-
-constexpr std::string_view kDelimiters = ",;\t|";  // of these, times and numbers may contain the comma
-
-}  // namespace
-
-PlainRows::PlainRows(const ImportPlan& plan, TimeColumnReader& times)
+PlainRows::PlainRows(const TextFormat& format, std::size_t fields, const ImportPlan& plan, TimeColumnReader& times)
     : m_times(times),
-      m_format(plan.format),
-      m_fields(plan.shape.fields()),
-      m_canRead(plan.conditions.empty() && kDelimiters.find(plan.format.delimiter) != std::string_view::npos),
+      m_format(format),
+      m_fields(fields),
+      m_canRead(plan.conditions.empty() && kDelimiters.find(format.delimiter) != std::string_view::npos),
       m_values(plan.columns.size())
 {
     for (std::size_t index = 0; index < plan.columns.size(); ++index)
         m_fields[plan.columns[index].field] = {Role::Value, index};
-    m_fields[plan.time.field].role = Role::Time;
+    m_fields[plan.timeField].role = Role::Time;
 }
 
 bool PlainRows::isEndOfLine(char character) const

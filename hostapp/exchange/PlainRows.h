@@ -1,5 +1,6 @@
 #pragma once
 
+#include "hostapp/exchange/Detection.h"
 #include "hostapp/exchange/ImportPlan.h"
 #include "hostapp/exchange/NumberText.h"
 #include "hostapp/exchange/TimeColumnReader.h"
@@ -17,8 +18,8 @@ namespace plotix {
 
 class PlainRows {
 public:
-    /// Borrows the times' reader, which both ways share.
-    PlainRows(const ImportPlan& plan, TimeColumnReader& times);
+    /// `fields` is how many a row has. Borrows the times' reader, which both ways share.
+    PlainRows(const TextFormat& format, std::size_t fields, const ImportPlan& plan, TimeColumnReader& times);
 
     /// Reads the row at the beginning of the text; answers how many bytes it takes, its line break included. 0:
     /// refused. TextReader::kReach bytes behind the text must be readable. While the decimal mark is unknown, numbers

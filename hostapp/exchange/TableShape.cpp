@@ -1,23 +1,18 @@
 #include "hostapp/exchange/Detection.h"
 
-#include "base/ReportableError.h"
-#include "hostapp/core/Units.h"
-#include "hostapp/exchange/ImportText.h"
+#include "hostapp/exchange/ColumnHeader.h"
+#include "hostapp/exchange/DecodedText.h"
 #include "hostapp/exchange/NumberText.h"
-#include "plugins/PlotixPlugIn/host/KTVConverter.h"
-
-#include <QtCore/QRegularExpression>
 
 #include <algorithm>
-#include <array>
 #include <charconv>
-#include <functional>
 #include <iterator>
 
 namespace plotix {
 
 namespace {
 
+using What = ImportFinding::What;
 using Row = TextSample::Row;
 
 /// The rows below the header.
@@ -71,33 +66,23 @@ bool isAlwaysEmpty(std::span<const Row> rows, std::size_t field)
            std::all_of(rows.begin(), rows.end(), [&](const Row& row) { return row.fields[field].empty(); });
 }
 
-QString listed(const QStringList& headers)
-{
-    return headers.join(QStringLiteral(", "));
-}
-
 /// Matches a header that lacks the name of one column.
 void matchShortHeader(TableShape& shape, std::span<const Row> rows)
 {
     const qsizetype named = shape.headers.size();
-    const QString counts = translated("The header names %1 columns and the rows have %2").arg(named).arg(named + 1);
+    const auto expected = static_cast<std::size_t>(named);
+    const std::size_t found = expected + 1;
     if (countsRows(rows, 0)) {
+        shape.notes.push_back(
+            {.what = What::HeaderLacksRowNumbers, .columns = shape.headers, .found = found, .expected = expected});
         shape.headers.prepend(QString());
         shape.rowNumbers = 0;
-        shape.notes << translated("%1: the first column, which has no name, counts the rows and is left out; the "
-                                  "names (%2) belong to columns 2 to %3.")
-                           .arg(counts, listed(shape.headers.mid(1)))
-                           .arg(named + 1);
-    } else if (isAlwaysEmpty(rows, static_cast<std::size_t>(named))) {
+    } else if (isAlwaysEmpty(rows, expected)) {
         shape.headers.append(QString());
-        shape.notes << translated("%1: the last column is always empty and is left out.").arg(counts);
+        shape.notes.push_back({.what = What::HeaderLacksEmptyLast, .found = found, .expected = expected});
     } else {
-        throw ReportableError(
-            translated("line %1: the header names %2 columns and the rows have %3, and the extra column neither "
-                       "counts the rows nor is empty; complete the header")
-                .arg(rows.front().line)
-                .arg(named)
-                .arg(named + 1));
+        throw ImportFailure(
+            {.what = What::HeaderTooShort, .line = rows.front().line, .found = found, .expected = expected});
     }
 }
 
@@ -111,7 +96,7 @@ void nameUnnamedColumns(TableShape& shape, std::span<const Row> rows)
             std::all_of(rows.begin(), rows.end(), [&](const Row& row) { return row.fields.size() > field; });
         if (shape.hasHeader && column == 0 && !shape.rowNumbers && rowsHaveIt && countsRows(rows, 0)) {
             shape.rowNumbers = 0;
-            shape.notes << translated("The first column has no name; it counts the rows and is left out.");
+            shape.notes.push_back({.what = What::RowNumbersHaveNoName});
         }
         shape.headers[column] = QStringLiteral("Column %1").arg(column + 1);
     }
@@ -122,19 +107,19 @@ void nameUnnamedColumns(TableShape& shape, std::span<const Row> rows)
 TableShape shapeOf(const TextSample& sample)
 {
     if (sample.rows.empty())
-        throw ReportableError(translated("the file is empty"));
+        throw ImportFailure({.what = What::EmptyFile});
     TableShape shape;
     shape.hasHeader = beginsWithHeader(sample);
     std::vector<Row> usualRows;  // a stray row must not decide; it is reported when its turn comes
     const std::span<const Row> rows = dataRows(sample, shape.hasHeader);
     if (rows.empty())
-        throw ReportableError(translated("the file has a header and no rows"));
+        throw ImportFailure({.what = What::NoRowsBelowHeader});
     const std::size_t usual = usualLength(rows);
     std::copy_if(rows.begin(), rows.end(), std::back_inserter(usualRows),
                  [&](const Row& row) { return row.fields.size() == usual; });
     if (!shape.hasHeader) {
         shape.headers.resize(static_cast<qsizetype>(usual));
-        shape.notes << translated("The file has no header; its columns are called Column 1 to Column %1.").arg(usual);
+        shape.notes.push_back({.what = What::ColumnsHaveNoNames, .found = usual});
         nameUnnamedColumns(shape, usualRows);
         return shape;
     }
@@ -143,44 +128,22 @@ TableShape shapeOf(const TextSample& sample)
     if (usual == shape.fields() + 1)
         matchShortHeader(shape, usualRows);
     else if (usual != shape.fields())
-        throw ReportableError(translated("line %1: the row has %2 columns where the header names %3")
-                                  .arg(usualRows.front().line)
-                                  .arg(usual)
-                                  .arg(shape.fields()));
+        throw ImportFailure({.what = What::HeaderDoesNotMatch,
+                             .line = usualRows.front().line,
+                             .found = usual,
+                             .expected = shape.fields()});
     nameUnnamedColumns(shape, usualRows);
     return shape;
 }
 
-HeaderText splitHeader(const QString& header)
+std::vector<SourceColumn> columnsOf(const TableShape& shape)
 {
-    static const QRegularExpression bracketed(QStringLiteral("^(.*\\S)\\s*(?:\\(([^()]*)\\)|\\[([^\\[\\]]*)\\])$"));
-    const QRegularExpressionMatch match = bracketed.match(header.trimmed());
-    if (!match.hasMatch())
-        return {header.trimmed(), {}};
-    const QString inside = (match.captured(2) + match.captured(3)).trimmed();
-    if (inside.isEmpty())
-        return {match.captured(1), {}};
-    const std::optional<QString> unit = Units::shared()->normalise(inside);
-    if (!unit)
-        return {header.trimmed(), {}};
-    return {match.captured(1), *unit};
-}
-
-std::optional<std::size_t> columnNamed(const QString& text, const TableShape& shape)
-{
-    using Reading = std::function<QString(const QString&)>;
-    const std::array<Reading, 5> readings = {
-        [](const QString& header) { return header; },
-        [](const QString& header) { return splitHeader(header).name; },
-        [](const QString& header) { return header.toCaseFolded(); },
-        [](const QString& header) { return splitHeader(header).name.toCaseFolded(); },
-        [](const QString& header) { return camelCaseString(splitHeader(header).name); },
-    };
-    for (const Reading& reading : readings)
-        for (qsizetype column = 0; column < shape.headers.size(); ++column)
-            if (!text.isEmpty() && reading(shape.headers[column]) == reading(text.simplified()))
-                return static_cast<std::size_t>(column);
-    return {};
+    std::vector<SourceColumn> columns;
+    for (const QString& header : shape.headers) {
+        const ColumnHeader split = splitHeader(header);
+        columns.push_back({header, split.name, split.unit, shape.rowNumbers != columns.size()});
+    }
+    return columns;
 }
 
 }  // namespace plotix

@@ -1,10 +1,7 @@
 #include "hostapp/exchange/TextReader.h"
 
-#include "base/ReportableError.h"
 #include "hostapp/exchange/FindByte.h"
-#include "hostapp/exchange/ImportText.h"
-
-#include <QtCore/QStringDecoder>
+#include "hostapp/exchange/ImportFinding.h"
 
 #include <algorithm>
 #include <cstring>
@@ -49,7 +46,7 @@ bool TextReader::next(TextRecord& record)
         const qint64 line = m_line;
         if (cutRecord(record) == Cut::NeedsMore) {
             if (m_end - begin > kLongestRecord)
-                throw ReportableError(translated("line %1: a quotation mark opened here is never closed").arg(line));
+                throw ImportFailure({.what = ImportFinding::What::UnclosedQuotation, .line = line});
             fillBuffer();
             continue;
         }
@@ -122,8 +119,7 @@ const char* TextReader::cutQuotedField(const char* begin, TextRecord& record, qi
         if (mark == nullptr) {
             if (!m_atEnd)
                 return nullptr;
-            throw ReportableError(
-                translated("line %1: a quotation mark opened here is never closed").arg(record.line + lines - 1));
+            throw ImportFailure({.what = ImportFinding::What::UnclosedQuotation, .line = record.line + lines - 1});
         }
         lines += std::count(cursor, mark, m_format.lineBreak);
         m_unquoted.append(cursor, mark);
@@ -159,18 +155,10 @@ bool TextReader::fillBuffer()
     const std::size_t room = m_buffer.size() - kReach - m_end;
     const qint64 count = m_device.read(m_buffer.data() + m_end, static_cast<qint64>(room));
     if (count < 0)
-        throw ReportableError(translated("reading failed: %1").arg(m_device.errorString()));
+        throw ImportFailure({.what = ImportFinding::What::ReadingFailed, .text = m_device.errorString()});
     m_end += static_cast<std::size_t>(count);
     m_atEnd = count == 0;
     return count > 0;
-}
-
-QString decodedText(std::string_view bytes)
-{
-    const QByteArrayView view(bytes.data(), static_cast<qsizetype>(bytes.size()));
-    QStringDecoder decoder(QStringDecoder::Utf8, QStringDecoder::Flag::Stateless);
-    const QString text = decoder(view);
-    return decoder.hasError() ? QString::fromLatin1(view) : text;
 }
 
 }  // namespace plotix

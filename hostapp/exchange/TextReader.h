@@ -33,7 +33,7 @@ public:
     /// Starts at the device's position; a UTF-8 byte order mark there is passed over.
     TextReader(QIODevice& device, const TextFormat& format, std::size_t bufferSize = 1 << 20);
 
-    /// False at the end. Throws ReportableError when the device fails or a record is too long.
+    /// False at the end. Throws ImportFailure when the device fails or a record is too long.
     bool next(TextRecord& record);
 
     /// What has been read ahead of the next record; may be empty, or end anywhere. kReach bytes behind it can be looked
@@ -62,8 +62,5 @@ private:
     qint64 m_line = 1;
     qint64 m_consumed = 0;
 };
-
-/// The text of bytes: UTF-8, or Latin-1 where they are not.
-QString decodedText(std::string_view bytes);
 
 }  // namespace plotix

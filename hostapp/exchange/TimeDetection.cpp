@@ -1,7 +1,6 @@
 #include "hostapp/exchange/Detection.h"
 
-#include "base/ReportableError.h"
-#include "hostapp/exchange/ImportText.h"
+#include "hostapp/exchange/ColumnHeader.h"
 #include "hostapp/exchange/NumberText.h"
 
 #include <QtCore/QRegularExpression>
@@ -13,6 +12,7 @@ namespace plotix {
 
 namespace {
 
+using What = ImportFinding::What;
 using Row = TextSample::Row;
 
 constexpr double kEarliestEpoch = 1e8;       // seconds: 1973; smaller numbers are more likely something else
@@ -91,8 +91,7 @@ TimeColumn chosenColumn(const TextSample& sample, const TableShape& shape, std::
     const QString header = shape.headers[static_cast<qsizetype>(field)];
     const Reading reading = readColumn(sample, shape, field);
     if (reading.dates == 0 && reading.numbers == 0)
-        throw ReportableError(translated("column “%1” holds no times; name another with --time (columns: %2)")
-                                  .arg(header, shape.headers.join(QStringLiteral(", "))));
+        throw ImportFailure({.what = What::NoTimesInColumn, .column = header, .columns = shape.headers});
     return describeColumn(field, reading, header);
 }
 
@@ -123,8 +122,7 @@ TimeColumn timeColumnOf(const TextSample& sample, const TableShape& shape, std::
         }
     }
     if (!best)
-        throw ReportableError(translated("no column looks like times; name one with --time (columns: %1)")
-                                  .arg(shape.headers.join(QStringLiteral(", "))));
+        throw ImportFailure({.what = What::NoTimeColumn, .columns = shape.headers});
     return *best;
 }
 

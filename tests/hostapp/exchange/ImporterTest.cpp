@@ -1,7 +1,8 @@
-#include "hostapp/exchange/Importer.h"
-
+#include "base/ReportableError.h"
 #include "hostapp/document/SiteDocument.h"
+#include "hostapp/exchange/FileExchange.h"
 #include "records/sqlite/RecordArchive.h"
+#include "tests/hostapp/exchange/FindingPrinter.h"
 
 #include <QtCore/QDir>
 #include <QtCore/QFile>
@@ -10,11 +11,13 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
+#include <functional>
 
 namespace plotix {
 
 namespace {
 
+using What = ImportFinding::What;
 using Numbers = std::vector<std::optional<double>>;
 
 class ImporterTest : public testing::Test {
@@ -30,16 +33,10 @@ protected:
 
     ImportSummary import(const QByteArray& text) { return importFile(write(text), site(), m_options); }
 
-    /// The one-line message of an import that must fail.
-    QString failure(const QByteArray& text)
+    /// Why an import failed that must.
+    std::optional<ImportFinding> failure(const QByteArray& text)
     {
-        try {
-            import(text);
-        } catch (const ReportableError& error) {
-            return error.message();
-        }
-        ADD_FAILURE() << "nothing was thrown";
-        return {};
+        return findingOf([&] { import(text); });
     }
 
     QString site() const { return m_folder.filePath(QStringLiteral("site.plotix")); }
@@ -133,7 +130,6 @@ TEST_F(ImporterTest, NamesColumnsWithoutASingleNumber)
     const ImportSummary summary = import("time,a,note,empty\n2015-01-01,1,dry,\n2015-01-02,2,wet,NA\n");
     EXPECT_EQ(summary.leftOut, (QStringList{"note", "empty"}));
     EXPECT_EQ(summary.columns.size(), 1U);
-    EXPECT_TRUE(describeImport(summary).contains(QStringLiteral("Left out, without a single number: note, empty.")));
 }
 
 TEST_F(ImporterTest, SortsTimesAndKeepsTheLastOfRepeatedOnes)
@@ -158,12 +154,12 @@ TEST_F(ImporterTest, DecidesDayAndMonthOverTheWholeFile)
         text += "3/4/2015 0:00,1\n";
     const ImportSummary summary = import(text + "3/14/2015 0:00,2\n");
     EXPECT_EQ(times(), (std::vector<double>{1425427200, 1426291200}));  // March
-    EXPECT_TRUE(summary.notes.contains(QStringLiteral("Dates are read with the month first.")));
+    EXPECT_EQ(summary.notes, std::vector{ImportFinding{.what = What::DatesHaveMonthFirst}});
 }
 
-TEST_F(ImporterTest, RefusesDatesThatStayAmbiguousWithTheOptionsName)
+TEST_F(ImporterTest, RefusesDatesThatStayAmbiguousUntilTheOrderIsSaid)
 {
-    EXPECT_TRUE(failure("date,a\n3/4/2015,1\n").contains(QStringLiteral("--date-order")));
+    EXPECT_EQ(failure("date,a\n3/4/2015,1\n"), ImportFinding{.what = What::DateOrderUnknown});
     m_options.dateOrder = DateOrder::DayFirst;
     import("date,a\n3/4/2015,1\n");
     EXPECT_EQ(times(), (std::vector<double>{1428019200}));  // April
@@ -191,7 +187,10 @@ TEST_F(ImporterTest, ConvertsIntoTheUnitThatIsThereAlready)
     EXPECT_FALSE(summary.firstImport);
     EXPECT_EQ(summary.columns.front().unit, QStringLiteral("°C"));
     EXPECT_NEAR(values(QStringLiteral("t"))[1].value(), 100, 1e-9);
-    EXPECT_TRUE(failure("time,T (hPa)\n2015-01-03,1000\n").contains(QStringLiteral("--name")));
+    EXPECT_EQ(failure("time,T (hPa)\n2015-01-03,1000\n"), (ImportFinding{.what = What::IncompatibleUnits,
+                                                                         .column = QStringLiteral("T (hPa)"),
+                                                                         .text = QStringLiteral("hPa"),
+                                                                         .archivedUnit = QStringLiteral("°C")}));
 }
 
 TEST_F(ImporterTest, ASecondAgentHasAFirstImportOfItsOwn)
@@ -203,41 +202,74 @@ TEST_F(ImporterTest, ASecondAgentHasAFirstImportOfItsOwn)
     EXPECT_TRUE(summary.firstImport);
 }
 
+TEST_F(ImporterTest, WhatIsWrongWithTheSiteIsToldWithTheFilesName)
+{
+    QFile noSite(site());
+    ASSERT_TRUE(noSite.open(QIODevice::WriteOnly));
+    noSite.write("no site");
+    noSite.close();
+    try {
+        import("time,a\n2015-01-01,1\n");
+        FAIL() << "nothing was thrown";
+    } catch (const ReportableError& error) {
+        EXPECT_TRUE(error.message().startsWith(QStringLiteral("data.csv: "))) << error.what();
+    }
+}
+
 struct FailureCase {
     const char* name;
     QByteArray text;
-    QString message;
+    ImportFinding finding;
 };
 
-class ImportFailure : public ImporterTest, public testing::WithParamInterface<FailureCase> {};
+class FailedImport : public ImporterTest, public testing::WithParamInterface<FailureCase> {};
 
-TEST_P(ImportFailure, SaysWhereAndStoresNothing)
+TEST_P(FailedImport, SaysWhereAndStoresNothing)
 {
-    const QString message = failure(GetParam().text);
-    EXPECT_TRUE(message.contains(GetParam().message)) << message.toStdString();
-    EXPECT_TRUE(message.startsWith(QStringLiteral("data.csv"))) << message.toStdString();
+    EXPECT_EQ(failure(GetParam().text), GetParam().finding);
     EXPECT_FALSE(QFile::exists(site()));
 }
 
 INSTANTIATE_TEST_SUITE_P(
-    Files, ImportFailure,
-    testing::Values(FailureCase{"BadNumber", "time,a\n2015-01-01,1\n2015-01-02,x\n",
-                                "line 3, column “a”: “x” is no number"},
-                    FailureCase{"TextBeforeTheNumbers", "time,a\n2015-01-01,x\n2015-01-02,1\n",
-                                "line 2, column “a”: “x” is no number"},
-                    FailureCase{"BadTime", "time,a\n2015-01-01,1\nsoon,2\n2015-01-03,1\n",
-                                "line 3, column “time”: “soon” is no time"},
-                    FailureCase{"MissingTime", "time,a\n2015-01-01,1\n,2\n", "line 3, column “time”: “” is no time"},
-                    FailureCase{"LongRow", "time,a\n2015-01-01,1\n2015-01-02,2\n2015-01-03,1,2\n",
-                                "line 4: the row has 3 columns where the header stands for 2: “2015-01-03 1 2”"},
-                    FailureCase{"ShortRow", "time,a\n2015-01-01,1\n2015-01-02\n", "line 3: the row has 1 columns"},
-                    FailureCase{"LineAfterLineBreakInQuotes", "time,a,n\n2015-01-01,1,\"x\ny\"\n2015-01-02,z,w\n",
-                                "line 4, column “a”: “z” is no number"},
-                    FailureCase{"MixedDecimalMarks", "time;a\n2015-01-01;1,5\n2015-01-02;1.5\n",
-                                "line 3, column “a”: “1.5” is no number"},
-                    FailureCase{"NoNumbers", "time,a\n2015-01-01,x\n", "no column holds numbers"},
-                    FailureCase{"Empty", "", "empty"}, FailureCase{"HeaderOnly", "time,a\n", "no rows"},
-                    FailureCase{"OpenQuote", "time,a\n2015-01-01,\"1\n", "line 2: a quotation mark"}),
+    Files, FailedImport,
+    testing::Values(
+        FailureCase{"BadNumber",
+                    "time,a\n2015-01-01,1\n2015-01-02,x\n",
+                    {.what = What::NoNumber, .line = 3, .column = "a", .text = "x"}},
+        FailureCase{"TextBeforeTheNumbers",
+                    "time,a\n2015-01-01,x\n2015-01-02,1\n",
+                    {.what = What::NoNumber, .line = 2, .column = "a", .text = "x"}},
+        FailureCase{"BadTime",
+                    "time,a\n2015-01-01,1\nsoon,2\n2015-01-03,1\n",
+                    {.what = What::NoTime, .line = 3, .column = "time", .text = "soon"}},
+        FailureCase{"MissingTime", "time,a\n2015-01-01,1\n,2\n", {.what = What::NoTime, .line = 3, .column = "time"}},
+        FailureCase{"LongText",
+                    "time,a\n2015-01-01,1\n2015-01-02,a text of more than forty characters in all\n",
+                    {.what = What::NoNumber,
+                     .line = 3,
+                     .column = "a",
+                     .text = QString::fromUtf8("a text of more than forty characters in…")}},
+        FailureCase{"LongRow",
+                    "time,a\n2015-01-01,1\n2015-01-02,2\n2015-01-03,1,2\n",
+                    {.what = What::RowUnlikeHeader, .line = 4, .text = "2015-01-03 1 2", .found = 3, .expected = 2}},
+        FailureCase{"ShortRow",
+                    "time,a\n2015-01-01,1\n2015-01-02\n",
+                    {.what = What::RowUnlikeHeader, .line = 3, .text = "2015-01-02", .found = 1, .expected = 2}},
+        FailureCase{"ShortRowWithoutHeader",
+                    "2015-01-01,1\n2015-01-02,2\n2015-01-03\n",
+                    {.what = What::RowUnlikeOthers, .line = 3, .text = "2015-01-03", .found = 1, .expected = 2}},
+        FailureCase{"LineAfterLineBreakInQuotes",
+                    "time,a,n\n2015-01-01,1,\"x\ny\"\n2015-01-02,z,w\n",
+                    {.what = What::NoNumber, .line = 4, .column = "a", .text = "z"}},
+        FailureCase{"MixedDecimalMarks",
+                    "time;a\n2015-01-01;1,5\n2015-01-02;1.5\n",
+                    {.what = What::NoNumber, .line = 3, .column = "a", .text = "1.5"}},
+        FailureCase{"NoNumbers",
+                    "time,a\n2015-01-01,x\n",
+                    {.what = What::NoNumbers, .column = "time", .columns = {"time", "a"}}},
+        FailureCase{"Empty", "", {.what = What::EmptyFile}},
+        FailureCase{"HeaderOnly", "time,a\n", {.what = What::NoRowsBelowHeader}},
+        FailureCase{"OpenQuote", "time,a\n2015-01-01,\"1\n", {.what = What::UnclosedQuotation, .line = 2}}),
     [](const auto& row) { return row.param.name; });
 
 TEST_F(ImporterTest, AFailureLeavesAnExistingSiteAsItWas)
@@ -254,7 +286,9 @@ TEST_F(ImporterTest, SkipsAndCountsBadRowsWhenAsked)
     const ImportSummary summary = import(
         "time,a,note\n2015-01-01,1,x\nsoon,2,x\n2015-01-03,oops,x\n2015-01-04,4\n2015-01-05,5,x\n2015-01-02,6,x\n");
     EXPECT_EQ(summary.badRows, 3U);
-    EXPECT_EQ(summary.firstBadRow, QStringLiteral("line 3, column “time”: “soon” is no time"));
+    EXPECT_EQ(summary.firstBadRow,
+              (ImportFinding{
+                  .what = What::NoTime, .line = 3, .column = QStringLiteral("time"), .text = QStringLiteral("soon")}));
     EXPECT_EQ(values(QStringLiteral("a")), (Numbers{1, 6, 5}));
     EXPECT_EQ(summary.leftOut, (QStringList{"note"}));
 }
@@ -262,7 +296,7 @@ TEST_F(ImporterTest, SkipsAndCountsBadRowsWhenAsked)
 struct OptionCase {
     const char* name;
     std::function<void(ImportOptions&)> set;
-    QString message;
+    ImportFinding finding;
 };
 
 class WrongOption : public ImporterTest, public testing::WithParamInterface<OptionCase> {};
@@ -270,42 +304,52 @@ class WrongOption : public ImporterTest, public testing::WithParamInterface<Opti
 TEST_P(WrongOption, IsNamed)
 {
     GetParam().set(m_options);
-    const QString message = failure("time,a\n2015-01-01,1\n");
-    EXPECT_TRUE(message.contains(GetParam().message)) << message.toStdString();
+    EXPECT_EQ(failure("time,a\n2015-01-01,1\n"), GetParam().finding);
 }
 
-INSTANTIATE_TEST_SUITE_P(Options, WrongOption,
-                         testing::Values(OptionCase{"Time", [](auto& o) { o.timeColumn = QStringLiteral("b"); },
-                                                    "--time names the column “b”"},
-                                         OptionCase{"TimeWithoutTimes",
-                                                    [](auto& o) {
-                                                        o.where = {{"b", "1"}};
-                                                    },
-                                                    "--where names"},
-                                         OptionCase{"Only", [](auto& o) { o.only = QStringList{"b"}; },
-                                                    "(columns: time, a)"},
-                                         OptionCase{"Unit",
-                                                    [](auto& o) {
-                                                        o.units = {{"a", "bananas"}};
-                                                    },
-                                                    "“bananas”"},
-                                         OptionCase{"Name",
-                                                    [](auto& o) {
-                                                        o.names = {{"b", "B"}};
-                                                    },
-                                                    "--name names"},
-                                         OptionCase{"Zone", [](auto& o) { o.timeZone = QStringLiteral("Nowhere"); },
-                                                    "“Nowhere” is no time zone"},
-                                         OptionCase{"Where",
-                                                    [](auto& o) {
-                                                        o.where = {{"a", "7"}};
-                                                    },
-                                                    "--where"}),
-                         [](const auto& row) { return row.param.name; });
+/// The option names a column b, which is not there.
+ImportFinding unknownColumn(ImportOption option)
+{
+    return {.what = What::UnknownColumn, .text = "b", .columns = {"time", "a"}, .option = option};
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Options, WrongOption,
+    testing::Values(
+        OptionCase{"Time", [](auto& o) { o.timeColumn = "b"; }, unknownColumn(ImportOption::TimeColumn)},
+        OptionCase{"Where", [](auto& o) { o.where.emplace_back("b", "1"); }, unknownColumn(ImportOption::Where)},
+        OptionCase{"Only", [](auto& o) { o.only << "b"; }, unknownColumn(ImportOption::Only)},
+        OptionCase{"Name", [](auto& o) { o.names.emplace_back("b", "B"); }, unknownColumn(ImportOption::Name)},
+        OptionCase{"Unit",
+                   [](auto& o) { o.units.emplace_back("a", "bananas"); },
+                   {.what = What::UnknownUnit, .column = "a", .text = "bananas"}},
+        OptionCase{"Zone", [](auto& o) { o.timeZone = "Nowhere"; }, {.what = What::UnknownTimeZone, .text = "Nowhere"}},
+        OptionCase{"NoSuchText", [](auto& o) { o.where.emplace_back("a", "7"); }, {.what = What::NoRowWanted}}),
+    [](const auto& row) { return row.param.name; });
+
+TEST_F(ImporterTest, ColumnsAreNamedAsPeopleWriteThem)
+{
+    m_options.only = {QStringLiteral("air temperature [°F]")};
+    EXPECT_EQ(import("time,a,Air Temperature (°C)\n2015-01-01,1,2\n").columns.front().header,
+              QStringLiteral("Air Temperature (°C)"));
+}
+
+TEST_F(ImporterTest, ABadRowIsTheReasonWhereEveryRowIsBad)
+{
+    m_options.skipBadRows = true;
+    const auto finding = failure("time,a\n2015-13-01,1\n");
+    ASSERT_TRUE(finding);
+    EXPECT_EQ(finding->what, What::NoRowRead);
+    EXPECT_EQ(finding->causes,
+              (std::vector<ImportFinding>{{.what = What::NoTime, .line = 2, .column = "time", .text = "2015-13-01"}}));
+}
 
 TEST_F(ImporterTest, AFileThatIsNotThereIsAnError)
 {
-    EXPECT_THROW(importFile(m_folder.filePath(QStringLiteral("none.csv")), site(), {}), ReportableError);
+    const auto finding = findingOf([&] { importFile(m_folder.filePath(QStringLiteral("none.csv")), site(), {}); });
+    ASSERT_TRUE(finding);
+    EXPECT_EQ(finding->what, What::CannotBeOpened);
+    EXPECT_FALSE(finding->text.isEmpty());
     EXPECT_FALSE(QFile::exists(site()));
 }
 

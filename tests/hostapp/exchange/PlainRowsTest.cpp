@@ -68,9 +68,12 @@ protected:
     {
         m_options = options;
         m_options.timeZone = QStringLiteral("Europe/Berlin");
-        m_plan = planImport(takeSample(beginning, true), m_options);
-        m_times.emplace(m_plan.time.layout, LocalTime(m_options.timeZone));
-        m_rows.emplace(m_plan, *m_times);
+        const TextSample sample = takeSample(beginning, true);
+        const TableShape shape = shapeOf(sample);
+        const TimeColumn time = timeColumnOf(sample, shape, {});
+        m_plan = planImport(columnsOf(shape), time.field, m_options);
+        m_times.emplace(time.layout, LocalTime(m_options.timeZone));
+        m_rows.emplace(sample.format, shape.fields(), m_plan, *m_times);
     }
 
     /// What `read` answers for a line, and whether what it read begins with that time.

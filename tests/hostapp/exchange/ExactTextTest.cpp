@@ -1,7 +1,5 @@
-#include "hostapp/cli/ExactText.h"
+#include "hostapp/exchange/ExactText.h"
 
-#include "hostapp/cli/ArgumentValues.h"
-#include "hostapp/cli/CommandProgressBar.h"
 #include "hostapp/exchange/TimeColumnReader.h"
 
 #include <gtest/gtest.h>
@@ -20,17 +18,6 @@ TEST(ExactNumbers, AreShort)
     EXPECT_EQ(exactNumber(-0.0), "-0");
     EXPECT_EQ(exactNumber(5e-324), "5e-324");
     EXPECT_EQ(exactNumber(std::numeric_limits<double>::infinity()), "inf");
-}
-
-TEST(JsonNumbers, HaveAnAnswerForWhatJsonLacks)
-{
-    EXPECT_EQ(jsonNumber(std::numeric_limits<double>::quiet_NaN()), "null");
-    EXPECT_EQ(jsonNumber(-std::numeric_limits<double>::infinity()), "-1e999");
-}
-
-TEST(JsonTexts, AreEscaped)
-{
-    EXPECT_EQ(jsonText(QStringLiteral("a\"b\\c\nd °")), "\"a\\\"b\\\\c\\u000ad °\"");
 }
 
 TEST(ExactTimes, ReadBackToTheSameBits)
@@ -62,21 +49,11 @@ TEST(ExactTimes, ExistWithinTheCalendar)
     EXPECT_TRUE(hasCalendarText(-62'167'219'200.0));
 }
 
-TEST(Sizes, AreReadFromArguments)
+TEST(ReadableTimes, AreToTheSecond)
 {
-    EXPECT_EQ(sizeFromArgument(QStringLiteral("1200x600")), QSize(1200, 600));
-    EXPECT_EQ(sizeFromArgument(QStringLiteral("16X16384")), QSize(16, 16384));
-    for (const char* text : {"", "1200", "x", "15x600", "16385x600", "-5x5", "1200x600x2", "1e3x5"})
-        EXPECT_FALSE(sizeFromArgument(QLatin1String(text))) << text;
-}
-
-TEST(ProgressLines, StayWithinTheBar)
-{
-    const QString title = QStringLiteral("Working");
-    EXPECT_NE(progressLine(title, 0.5).find("====================                    ]  50 %"), std::string::npos);
-    EXPECT_EQ(progressLine(title, -1), progressLine(title, 0));
-    EXPECT_EQ(progressLine(title, 2), progressLine(title, 1));
-    EXPECT_EQ(progressLine(title, std::nan("")), progressLine(title, 0));
+    EXPECT_EQ(readableTime(1420070460.9), QStringLiteral("2015-01-01 00:01:00 UTC"));
+    EXPECT_EQ(readableTime(-0.5), QStringLiteral("1969-12-31 23:59:59 UTC"));
+    EXPECT_EQ(readableTime(1e300), QStringLiteral("1e+300"));
 }
 
 }  // namespace

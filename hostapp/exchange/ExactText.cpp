@@ -1,4 +1,6 @@
-#include "hostapp/cli/ExactText.h"
+#include "hostapp/exchange/ExactText.h"
+
+#include <QtCore/QDateTime>
 
 #include <array>
 #include <cassert>
@@ -15,6 +17,7 @@ namespace {
 
 constexpr double kYearZero = -62'167'219'200.0;  // 0000-01-01T00:00:00Z
 constexpr double kYearTenThousand = 253'402'300'800.0;
+constexpr double kReadableTimes = 2.5e11;    // seconds: some 8,000 years to both sides
 constexpr std::size_t kLongestFixed = 1100;  // characters of the longest double written out
 
 /// The digits behind the point of `1 - 0.digits`.
@@ -35,33 +38,6 @@ std::string exactNumber(double value)
     const auto [end, error] = std::to_chars(text.data(), text.data() + text.size(), value);
     assert(error == std::errc());
     return {text.data(), end};
-}
-
-std::string jsonNumber(double value)
-{
-    if (std::isnan(value))
-        return "null";
-    if (std::isinf(value))
-        return value > 0 ? "1e999" : "-1e999";
-    return exactNumber(value);
-}
-
-std::string jsonText(const QString& text)
-{
-    std::string result = "\"";
-    for (const char character : text.toStdString()) {
-        if (character == '"' || character == '\\') {
-            result += '\\';
-            result += character;
-        } else if (static_cast<unsigned char>(character) < 0x20) {
-            std::array<char, 8> escape;
-            std::snprintf(escape.data(), escape.size(), "\\u%04x", static_cast<unsigned>(character));
-            result += escape.data();
-        } else {
-            result += character;
-        }
-    }
-    return result + '"';
 }
 
 bool hasCalendarText(double seconds)
@@ -96,6 +72,14 @@ std::string exactTime(double seconds)
                   static_cast<int>(time.hours().count()), static_cast<int>(time.minutes().count()),
                   static_cast<int>(time.seconds().count()));
     return std::string(text.data()) + (fraction.empty() ? "" : "." + fraction) + "Z";
+}
+
+QString readableTime(double seconds)
+{
+    if (!(std::abs(seconds) < kReadableTimes))
+        return QString::number(seconds);
+    const auto whole = static_cast<qint64>(std::floor(seconds));
+    return QDateTime::fromSecsSinceEpoch(whole, Qt::UTC).toString(QStringLiteral("yyyy-MM-dd HH:mm:ss 'UTC'"));
 }
 
 }  // namespace plotix
