@@ -3,7 +3,7 @@
 #include "hostapp/cli/Commands.h"
 #include "hostapp/cli/SiteLookup.h"
 #include "hostapp/document/MemoryBudget.h"
-#include "hostapp/exchange/FileExchange.h"
+#include "hostapp/exchange/formats/FileExchange.h"
 
 /// Exporting: the records chosen, into a file that importing reads back to the same bits.
 namespace plotix {

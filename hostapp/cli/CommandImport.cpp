@@ -5,7 +5,7 @@
 #include "hostapp/cli/JsonText.h"
 #include "hostapp/cli/SiteLookup.h"
 #include "hostapp/exchange/ExactText.h"
-#include "hostapp/exchange/FileExchange.h"
+#include "hostapp/exchange/formats/FileExchange.h"
 
 #include <QtCore/QFileInfo>
 

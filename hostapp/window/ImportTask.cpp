@@ -1,6 +1,6 @@
 #include "hostapp/window/ImportTask.h"
 
-#include "hostapp/exchange/FileExchange.h"
+#include "hostapp/exchange/formats/FileExchange.h"
 #include "hostapp/window/ImportWords.h"
 
 #include <QtCore/QFileInfo>

@@ -1,4 +1,4 @@
-#include "hostapp/exchange/Detection.h"
+#include "hostapp/exchange/formats/delimited/Detection.h"
 
 #include "hostapp/exchange/ColumnHeader.h"
 #include "hostapp/exchange/NumberText.h"

@@ -1,4 +1,4 @@
-#include "hostapp/exchange/DelimitedReader.h"
+#include "hostapp/exchange/formats/delimited/DelimitedReader.h"
 
 #include "hostapp/exchange/DecodedText.h"
 #include "hostapp/exchange/ImportTable.h"

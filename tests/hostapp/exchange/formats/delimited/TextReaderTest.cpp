@@ -1,4 +1,4 @@
-#include "hostapp/exchange/TextReader.h"
+#include "hostapp/exchange/formats/delimited/TextReader.h"
 
 #include "hostapp/exchange/DecodedText.h"
 #include "tests/hostapp/exchange/FindingPrinter.h"

@@ -1,7 +1,7 @@
-#include "hostapp/exchange/DelimitedWriter.h"
+#include "hostapp/exchange/formats/delimited/DelimitedWriter.h"
 
-#include "hostapp/exchange/DelimitedReader.h"
 #include "hostapp/exchange/ImportTable.h"
+#include "hostapp/exchange/formats/delimited/DelimitedReader.h"
 
 #include <QtCore/QBuffer>
 #include <QtCore/QTemporaryDir>

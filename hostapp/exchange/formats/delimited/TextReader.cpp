@@ -1,7 +1,7 @@
-#include "hostapp/exchange/TextReader.h"
+#include "hostapp/exchange/formats/delimited/TextReader.h"
 
-#include "hostapp/exchange/FindByte.h"
 #include "hostapp/exchange/ImportFinding.h"
+#include "hostapp/exchange/formats/delimited/FindByte.h"
 
 #include <algorithm>
 #include <cstring>

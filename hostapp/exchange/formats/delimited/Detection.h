@@ -1,8 +1,8 @@
 #pragma once
 
 #include "hostapp/exchange/RowSource.h"
-#include "hostapp/exchange/TextReader.h"
 #include "hostapp/exchange/TimeText.h"
+#include "hostapp/exchange/formats/delimited/TextReader.h"
 
 #include <QtCore/QStringList>
 

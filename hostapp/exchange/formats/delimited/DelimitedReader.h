@@ -1,8 +1,8 @@
 #pragma once
 
 #include "hostapp/exchange/InputFile.h"
-#include "hostapp/exchange/PlainRows.h"
 #include "hostapp/exchange/RowSource.h"
+#include "hostapp/exchange/formats/delimited/PlainRows.h"
 
 #include <memory>
 

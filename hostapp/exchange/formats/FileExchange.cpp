@@ -1,7 +1,7 @@
-#include "hostapp/exchange/FileExchange.h"
+#include "hostapp/exchange/formats/FileExchange.h"
 
 #include "base/ReportableError.h"
-#include "hostapp/exchange/FileFormats.h"
+#include "hostapp/exchange/formats/FileFormats.h"
 
 #include <QtCore/QFileInfo>
 #include <QtCore/QSaveFile>

@@ -1,7 +1,7 @@
-#include "hostapp/exchange/FileFormats.h"
+#include "hostapp/exchange/formats/FileFormats.h"
 
-#include "hostapp/exchange/DelimitedReader.h"
-#include "hostapp/exchange/DelimitedWriter.h"
+#include "hostapp/exchange/formats/delimited/DelimitedReader.h"
+#include "hostapp/exchange/formats/delimited/DelimitedWriter.h"
 
 #include <algorithm>
 #include <array>

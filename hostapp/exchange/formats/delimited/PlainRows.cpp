@@ -1,7 +1,7 @@
-#include "hostapp/exchange/PlainRows.h"
+#include "hostapp/exchange/formats/delimited/PlainRows.h"
 
-#include "hostapp/exchange/FindByte.h"
 #include "hostapp/exchange/PlainNumber.h"
+#include "hostapp/exchange/formats/delimited/FindByte.h"
 
 #include <limits>
 

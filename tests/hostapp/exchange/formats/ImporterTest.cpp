@@ -1,6 +1,6 @@
 #include "base/ReportableError.h"
 #include "hostapp/document/SiteDocument.h"
-#include "hostapp/exchange/FileExchange.h"
+#include "hostapp/exchange/formats/FileExchange.h"
 #include "records/sqlite/RecordArchive.h"
 #include "tests/hostapp/exchange/FindingPrinter.h"
 

@@ -1,4 +1,4 @@
-#include "hostapp/exchange/DelimitedWriter.h"
+#include "hostapp/exchange/formats/delimited/DelimitedWriter.h"
 
 #include "hostapp/exchange/ColumnHeader.h"
 #include "hostapp/exchange/ExactText.h"

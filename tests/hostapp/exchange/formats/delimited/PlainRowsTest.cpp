@@ -1,7 +1,7 @@
-#include "hostapp/exchange/PlainRows.h"
+#include "hostapp/exchange/formats/delimited/PlainRows.h"
 
-#include "hostapp/exchange/Detection.h"
 #include "hostapp/exchange/PlainNumber.h"
+#include "hostapp/exchange/formats/delimited/Detection.h"
 
 #include <gtest/gtest.h>
 

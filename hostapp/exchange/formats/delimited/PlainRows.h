@@ -1,9 +1,9 @@
 #pragma once
 
-#include "hostapp/exchange/Detection.h"
 #include "hostapp/exchange/ImportPlan.h"
 #include "hostapp/exchange/NumberText.h"
 #include "hostapp/exchange/TimeColumnReader.h"
+#include "hostapp/exchange/formats/delimited/Detection.h"
 
 #include <span>
 #include <vector>
