@@ -1,4 +1,4 @@
-#include "hostapp/live/MachineRecording.h"
+#include "hostapp/live/Recording.h"
 
 #include "base/ReportableError.h"
 #include "hostapp/document/SiteTransaction.h"
@@ -13,67 +13,81 @@ namespace plotix {
 
 namespace {
 
-constexpr double kShortestSleep =
-    10;                         // seconds; shorter gaps are a busy machine's, and their rates still mean something
 constexpr int kPatience = 200;  // milliseconds for another writer; the next record comes soon and tries again
 
 }  // namespace
 
-MachineRecording::MachineRecording(const QString& site, std::unique_ptr<MachineSource> source, double interval)
-    : m_site(QFileInfo(site).absoluteFilePath()),
-      m_source(std::move(source)),
-      m_readings(std::max(kShortestSleep, 5 * interval))
+Recording::Recording(const QString& site, std::unique_ptr<ReadingSource> source, double interval)
+    : m_site(QFileInfo(site).absoluteFilePath()), m_source(std::move(source)), m_agentName(m_source->agentName())
 {
-    makeProperties(m_site, m_readings.read(m_source->look()));
-    m_appender = std::make_unique<RecordAppender>(m_site);
-    m_appender->setPatience(kPatience);
+    makeProperties(m_source->start(interval));
+    openAppender();
     m_status.last = m_appender->lastTime(m_agent);
 }
 
-void MachineRecording::makeProperties(const QString& site, const std::vector<MachineReading>& readings)
+Recording::~Recording()
 {
-    SiteTransaction transaction(site);
-    m_agent = transaction.findOrCreateAgent(QLatin1String(kMachineAgentName));
-    for (const MachineReading& reading : readings) {
-        m_names << reading.name;
-        m_properties.push_back(transaction.findOrCreateProperty(m_agent, reading.name, reading.unit).id);
+    m_source->stop();
+}
+
+void Recording::makeProperties(const std::vector<SourceProperty>& properties)
+{
+    SiteTransaction transaction(m_site);
+    m_agent = transaction.findOrCreateAgent(m_agentName);
+    for (const SourceProperty& property : properties) {
+        m_names << property.name;
+        m_properties.push_back(
+            transaction.findOrCreateProperty(m_agent, property.name, property.unit, property.type).id);
     }
     transaction.commit();
 }
 
-std::optional<double> MachineRecording::lastTime() const
+std::optional<double> Recording::lastTime() const
 {
     return m_waiting.empty() ? m_status.last : std::optional(m_waiting.back().time);
 }
 
-RecordingStatus MachineRecording::record(double now)
+RecordingStatus Recording::record(double now)
 {
-    const std::vector<MachineReading> readings = m_readings.read(m_source->look());
+    std::vector<Reading> readings;
+    QString sourceProblem;
+    try {
+        readings = m_source->read(now);
+    } catch (const ReportableError& error) {
+        sourceProblem = error.message();
+    }
     const std::optional<double> last = lastTime();
-    if (last && now <= *last) {
-        storeWaiting();
+    const auto isLate = [&last](const Reading& reading) { return last && reading.time <= *last; };
+    const bool clockWasSetBack = !readings.empty() && std::all_of(readings.begin(), readings.end(), isLate);
+    takeIn(std::move(readings));
+    storeWaiting();
+    if (!sourceProblem.isEmpty() && m_status.state == RecordingStatus::State::Recording) {
+        m_status.state = RecordingStatus::State::WaitingForSource;
+        m_status.message = sourceProblem;
+    } else if (clockWasSetBack) {
         m_status.state = RecordingStatus::State::ClockSetBack;
         m_status.message =
             QStringLiteral("The clock stands before the last record: recording goes on after %1.")
                 .arg(QDateTime::fromMSecsSinceEpoch(static_cast<qint64>(*last * 1000)).toString(Qt::ISODate));
-        return m_status;
     }
-    Waiting fresh{now, std::vector<std::optional<double>>(m_properties.size())};
-    for (const MachineReading& reading : readings) {
-        // A sensor that was not there at the beginning has no property; one that went has no value.
-        const qsizetype place = m_names.indexOf(reading.name);
-        if (place >= 0)
-            fresh.values[static_cast<std::size_t>(place)] = reading.value;
-    }
-    m_waiting.push_back(std::move(fresh));
-    if (m_waiting.size() > kMostWaiting) {
-        m_waiting.pop_front();
-        ++m_status.lost;
-    }
-    return storeWaiting();
+    return m_status;
 }
 
-RecordingStatus MachineRecording::storeWaiting()
+void Recording::takeIn(std::vector<Reading> readings)
+{
+    for (Reading& reading : readings) {
+        const std::optional<double> last = lastTime();
+        if (last && reading.time <= *last)
+            continue;
+        m_waiting.push_back(std::move(reading));
+        if (m_waiting.size() > kMostWaiting) {
+            m_waiting.pop_front();
+            ++m_status.lost;
+        }
+    }
+}
+
+RecordingStatus Recording::storeWaiting()
 {
     m_status.state = RecordingStatus::State::Recording;
     m_status.message.clear();
@@ -93,23 +107,27 @@ RecordingStatus MachineRecording::storeWaiting()
     return m_status;
 }
 
-void MachineRecording::append()
+void Recording::append()
 {
     // A file that was removed goes on taking records which nobody would ever find.
     if (!QFileInfo::exists(m_site))
         m_appender.reset();
-    if (!m_appender) {
-        m_appender = std::make_unique<RecordAppender>(m_site);
-        m_appender->setPatience(kPatience);
-    }
+    if (!m_appender)
+        openAppender();
     m_appender->append(m_agent, waitingAsBlock());
 }
 
-RecordBlock MachineRecording::waitingAsBlock() const
+void Recording::openAppender()
+{
+    m_appender = std::make_unique<RecordAppender>(m_site);
+    m_appender->setPatience(kPatience);
+}
+
+RecordBlock Recording::waitingAsBlock() const
 {
     const std::size_t count = m_waiting.size();
     std::vector<double> times;
-    for (const Waiting& record : m_waiting)
+    for (const Reading& record : m_waiting)
         times.push_back(record.time);
     RecordBlock block{SharedArray<double>::fromVector(std::move(times)), {}};
     for (std::size_t property = 0; property < m_properties.size(); ++property) {
