@@ -59,9 +59,11 @@ TEST_P(ReadingSourceContract, NamesDifferAlsoAsKeys)
 
 TEST_P(ReadingSourceContract, UnitsAreKnown)
 {
-    for (const SourceProperty& property : properties)
-        if (!property.unit.isEmpty())
+    for (const SourceProperty& property : properties) {
+        if (!property.unit.isEmpty()) {
             EXPECT_EQ(Units::shared()->normalise(property.unit), property.unit) << property.name.toStdString();
+        }
+    }
 }
 
 TEST_P(ReadingSourceContract, AnotherOneHasTheSameProperties)
