@@ -16,6 +16,7 @@ CORE = {"base", HOST, "hostapp/core"}
 RECORDS = {"records/columns", "records/store"}
 STORES = RECORDS | {"records/sqlite", "storage"}
 DOCUMENT = CORE | STORES | {"hostapp/document"}
+SITE = DOCUMENT | {"hostapp/print", "hostapp/web", "hostapp/site"}
 COMPUTER = "hostapp/live/sources/computer"
 
 ALLOWED = {
@@ -41,11 +42,10 @@ ALLOWED = {
     "hostapp/demo": DOCUMENT,
     "hostapp/print": CORE,
     "hostapp/web": CORE,
-    "hostapp/site": DOCUMENT | {"hostapp/print", "hostapp/web"},
-    "hostapp/window": DOCUMENT | {"hostapp/exchange", "hostapp/live", "hostapp/print", "hostapp/site"},
-    "hostapp/cli": DOCUMENT | {"hostapp/exchange", "hostapp/live", "hostapp/demo", "hostapp/print"},
-    "hostapp/app": DOCUMENT | {"hostapp/exchange", "hostapp/live", "hostapp/demo", "hostapp/print", "hostapp/site",
-                               "hostapp/window", "hostapp/web", "hostapp/cli"},
+    "hostapp/site": SITE - {"hostapp/site"},
+    "hostapp/window": SITE | {"hostapp/exchange", "hostapp/live"},
+    "hostapp/cli": SITE | {"hostapp/exchange", "hostapp/live", "hostapp/demo"},
+    "hostapp/app": SITE | {"hostapp/exchange", "hostapp/live", "hostapp/demo", "hostapp/window", "hostapp/cli"},
 }
 
 # Qt modules a room must not use: values stay free of widgets.
@@ -60,6 +60,8 @@ FORBIDDEN_QT = {
     "plotkit/layout": {"QtWidgets", "QtPrintSupport"},
     "plotkit/raster": {"QtWidgets", "QtPrintSupport"},
     LOGIC: {"QtWidgets", "QtPrintSupport"},
+    "hostapp/site": {"QtWidgets", "QtPrintSupport"},
+    "hostapp/cli": {"QtWidgets", "QtPrintSupport"},
 }
 
 TOPS = ("base", "storage", "records", "plotkit", "plugins", "hostapp")

@@ -1,4 +1,5 @@
 #include "base/ReportableError.h"
+#include "base/StopRequest.h"
 #include "hostapp/cli/CommandProgressBar.h"
 #include "hostapp/cli/Commands.h"
 #include "hostapp/cli/ExactText.h"
@@ -52,7 +53,7 @@ void describe(std::ostream& out, const CompactionResult& result, const std::opti
 int runCommand(const CompactCommand& command, CommandContext context)
 {
     const CompactionRequest request{openSite(command.site)->path(), dropBefore(command)};
-    const Interruption interruption;
+    const StopRequest interruption(StopRequest::From::Keyboard);
     const CommandProgress progress = makeCommandProgress(
         context.services, context.streams, QStringLiteral("Compacting %1").arg(QFileInfo(command.site).fileName()));
     const CompactionResult result = compactArchive(request, progress);

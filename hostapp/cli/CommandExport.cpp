@@ -1,4 +1,5 @@
 #include "base/ReportableError.h"
+#include "base/StopRequest.h"
 #include "hostapp/cli/CommandProgressBar.h"
 #include "hostapp/cli/Commands.h"
 #include "hostapp/cli/ExactText.h"
@@ -116,7 +117,7 @@ int runCommand(const ExportCommand& command, CommandContext context)
     for (const auto& property : properties)
         ids.push_back(property->description().id);
 
-    const Interruption interruption;
+    const StopRequest interruption(StopRequest::From::Keyboard);
     const CommandProgress progress =
         makeCommandProgress(context.services, context.streams, QStringLiteral("Exporting %1").arg(agent->name()));
     RecordReader reader(document->path());

@@ -1,4 +1,5 @@
 #include "base/ReportableError.h"
+#include "base/StopRequest.h"
 #include "hostapp/cli/CommandProgressBar.h"
 #include "hostapp/cli/Commands.h"
 #include "hostapp/cli/ExactText.h"
@@ -64,7 +65,7 @@ void writeJson(std::ostream& out, const ImportSummary& summary)
 
 int runCommand(const ImportCommand& command, CommandContext context)
 {
-    const Interruption interruption;
+    const StopRequest interruption(StopRequest::From::Keyboard);
     ImportSummary summary;
     {
         const CommandProgress progress = makeCommandProgress(

@@ -1,4 +1,5 @@
 #include "base/ReportableError.h"
+#include "base/StopRequest.h"
 #include "hostapp/cli/CommandProgressBar.h"
 #include "hostapp/cli/Commands.h"
 #include "hostapp/cli/SiteLookup.h"
@@ -54,7 +55,7 @@ std::optional<double> lastRecordOfDemonstration()
 
 QString openDemonstration(CommandContext context)
 {
-    const Interruption interruption;
+    const StopRequest interruption(StopRequest::From::Keyboard);
     const CommandProgress progress =
         makeCommandProgress(context.services, context.streams, QStringLiteral("Preparing the demonstration site"));
     const std::optional<double> lastBefore = lastRecordOfDemonstration();

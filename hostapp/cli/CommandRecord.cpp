@@ -1,8 +1,8 @@
 #include "base/ReportableError.h"
+#include "base/StopRequest.h"
 #include "hostapp/cli/Commands.h"
 #include "hostapp/cli/ExactText.h"
 #include "hostapp/cli/SiteLookup.h"
-#include "hostapp/cli/StopRequest.h"
 #include "hostapp/live/LiveRecorder.h"
 
 #include <QtCore/QEventLoop>

@@ -1,4 +1,5 @@
 #include "base/ReportableError.h"
+#include "base/StopRequest.h"
 #include "hostapp/cli/CommandProgressBar.h"
 #include "hostapp/cli/Commands.h"
 #include "hostapp/cli/SiteLookup.h"
@@ -15,7 +16,7 @@ int runCommand(const VerifyCommand& command, CommandContext context)
 {
     if (!QFileInfo::exists(command.site))
         throw ReportableError(QStringLiteral("there is no site %1").arg(command.site));
-    const Interruption interruption;
+    const StopRequest interruption(StopRequest::From::Keyboard);
     const CommandProgress progress = makeCommandProgress(
         context.services, context.streams, QStringLiteral("Verifying %1").arg(QFileInfo(command.site).fileName()));
     const VerificationResult result = verifyArchive(command.site, progress);

@@ -9,7 +9,6 @@
 
 #include "base/ReportableError.h"
 #include "hostapp/live/LiveRecorder.h"
-#include "hostapp/site/TrendFollower.h"
 #include "hostapp/window/SiteRecording.h"
 
 #include <QtCore/QSignalBlocker>
@@ -32,30 +31,21 @@ void setChecked(QAction* action, bool checked)
 void SiteWindow::connectLiveActions()
 {
     m_recording = std::make_unique<SiteRecording>(m_controller->siteDocument());
-    m_follower = std::make_unique<TrendFollower>([] { return currentDate().seconds; });
+    TrendFollower* const follower = &m_controller->follower();
     connect(m_actions.recordComputer, &QAction::toggled, this, &SiteWindow::recordComputer);
     connect(m_recording.get(), &SiteRecording::agentAdded, this, &SiteWindow::addFirstLiveTrend);
     connect(m_recording.get(), &SiteRecording::messageChanged, this,
             [this] { statusBar()->showMessage(m_recording->message()); });
-    connect(m_actions.follow, &QAction::toggled, this, [this](bool on) {
+    connect(m_actions.follow, &QAction::toggled, this, [this, follower](bool on) {
         if (on)
-            m_follower->follow(selectedPlugIn());
+            follower->follow(selectedPlugIn());
         else
-            m_follower->stopFollowing(selectedPlugIn().get());
+            follower->stopFollowing(selectedPlugIn().get());
     });
-    connect(m_follower.get(), &TrendFollower::followingChanged, this, &SiteWindow::updateActions);
-    followAgain();
+    connect(follower, &TrendFollower::followingChanged, this, &SiteWindow::updateActions);
+    m_controller->followAgain();
     if (m_recording->wasOn() && !m_controller->siteDocument()->isReadOnly())
         recordComputer(true);
-}
-
-void SiteWindow::followAgain()
-{
-    const SourceListModel& list = m_controller->sourceList();
-    const QStringList followed = m_memory.state().followed;
-    for (int row = 0; row < list.rowCount(); ++row)
-        if (followed.contains(list.plugInAt(row)->uniqueIdentifier()))
-            m_follower->follow(list.plugInAt(row));
 }
 
 void SiteWindow::recordComputer(bool on)
@@ -82,12 +72,12 @@ void SiteWindow::addFirstLiveTrend(const std::shared_ptr<SiteAgent>& agent)
     const KTVPlugInPtr plugIn =
         m_controller->newTrend(agent, properties, Date{now.seconds - kFirstTrendSpan}, now, agent->name());
     if (plugIn)
-        m_follower->follow(plugIn);
+        m_controller->follower().follow(plugIn);
 }
 
 void SiteWindow::updateLiveActions(const QString& noTrend)
 {
-    if (!m_recording || !m_follower)
+    if (!m_recording)
         return;  // on the way in, or out
     const KTVPlugInPtr plugIn = selectedPlugIn();
     const bool readOnly = m_controller->siteDocument()->isReadOnly();
@@ -97,7 +87,7 @@ void SiteWindow::updateLiveActions(const QString& noTrend)
     const bool possible = !plugIn || TrendFollower::canFollow(plugIn.get());
     setUnavailableReason(m_actions.follow, possible ? noTrend : tr("This view cannot do that."));
     setChecked(m_actions.recordComputer, m_recording->isOn());
-    setChecked(m_actions.follow, m_follower->isFollowing(plugIn.get()));
+    setChecked(m_actions.follow, m_controller->follower().isFollowing(plugIn.get()));
 }
 
 }  // namespace plotix
