@@ -2,13 +2,14 @@
 
 #include "hostapp/core/Defaults.h"
 #include "hostapp/document/SiteDocument.h"
-#include "plugins/PlotixPlugIn/host/KTVPlugInModule.h"
 
 #include <QtCore/QString>
 
 #include <functional>
 #include <memory>
 #include <vector>
+
+class KTVPlugInModule;
 
 /// Serving sites without a window. Free function; main thread only.
 namespace plotix {

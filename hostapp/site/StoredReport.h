@@ -2,12 +2,13 @@
 
 #include "hostapp/document/SiteDocument.h"
 #include "hostapp/print/Paper.h"
-#include "plugins/PlotixPlugIn/host/KTVPlugInModule.h"
 
 #include <QtCore/QByteArray>
 
 #include <memory>
 #include <optional>
+
+class KTVPlugInModule;
 
 /// The printed report of a view that is stored in a site, made without a window. Free function; main thread only.
 namespace plotix {

@@ -16,7 +16,7 @@
 
 namespace {
 
-const QString kUnitKey = QStringLiteral("unit");
+const QString kUnitAttribute = QStringLiteral("unit");
 const QString kColorKey = QStringLiteral("color");
 
 /// The unit of the first element that is a property; absent when there is none.
@@ -37,7 +37,7 @@ std::optional<QString> firstUnit(const KTVRecordColumn& column)
 
 void KTVPlotixPlugIn::observeProperty(KTVProperty& property)
 {
-    property.addObserver(this, kUnitKey, kUnit);
+    property.addObserver(this, kUnitAttribute, kUnit);
     property.addObserver(this, kColorKey, kPropertyColor);
 }
 
@@ -55,7 +55,7 @@ void KTVPlotixPlugIn::removeObservers(const KTVAgentPtr& /*agent*/)
     if (!m_properties || !m_observersAdded)
         return;
     for (const KTVPropertyPtr& property : *m_properties) {
-        property->removeObserver(this, kUnitKey);
+        property->removeObserver(this, kUnitAttribute);
         property->removeObserver(this, kColorKey);
     }
 }

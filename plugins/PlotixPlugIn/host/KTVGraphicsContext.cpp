@@ -11,7 +11,7 @@
 
 namespace {
 
-KTVGraphicsContext*& current()
+KTVGraphicsContext*& theContext()
 {
     static KTVGraphicsContext* context = nullptr;
     return context;
@@ -32,12 +32,12 @@ QImage onWhite(const QImage& image)
 
 KTVGraphicsContext* KTVGraphicsContext::currentContext()
 {
-    return current();
+    return theContext();
 }
 
 KTVGraphicsContext* KTVGraphicsContext::setCurrentContext(KTVGraphicsContext* context)
 {
-    return std::exchange(current(), context);
+    return std::exchange(theContext(), context);
 }
 
 QPointF KTVGraphicsContext::toPainter(const QPointF& lowerLeft, double height) const

@@ -26,7 +26,7 @@ KTVHostServices completed(KTVHostServices services)
     return services;
 }
 
-KTVHostServices& current()
+KTVHostServices& theServices()
 {
     static KTVHostServices services = defaultHostServices();
     return services;
@@ -36,10 +36,10 @@ KTVHostServices& current()
 
 KTVHostServices KTVHostServices::install(KTVHostServices services)
 {
-    return std::exchange(current(), completed(std::move(services)));
+    return std::exchange(theServices(), completed(std::move(services)));
 }
 
 const KTVHostServices& KTVHostServices::installed()
 {
-    return current();
+    return theServices();
 }

@@ -6,7 +6,7 @@
 
 namespace {
 
-KTVPrintOperation*& current()
+KTVPrintOperation*& theOperation()
 {
     static KTVPrintOperation* operation = nullptr;
     return operation;
@@ -28,10 +28,10 @@ QSizeF KTVPrintInfo::paperSize() const
 
 KTVPrintOperation* KTVPrintOperation::currentOperation()
 {
-    return current();
+    return theOperation();
 }
 
 KTVPrintOperation* KTVPrintOperation::setCurrentOperation(KTVPrintOperation* operation)
 {
-    return std::exchange(current(), operation);
+    return std::exchange(theOperation(), operation);
 }

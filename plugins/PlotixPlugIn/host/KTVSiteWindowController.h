@@ -4,10 +4,10 @@
 #include "plugins/PlotixPlugIn/host/KTVSiteDocument.h"
 #include "plugins/PlotixPlugIn/host/KTVSourceListItem.h"
 
-#include <QtWidgets/QWidget>
-
 #include <memory>
 #include <vector>
+
+class QWidget;
 
 /// The site window: its window, its document, its source list of plug-in views. Main thread only, except
 /// `itemsWithRepresentedObjectsOfClass`, which web requests may call from any thread.

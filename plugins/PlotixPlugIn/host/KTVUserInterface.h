@@ -6,10 +6,11 @@
 #include <QtCore/QRect>
 #include <QtCore/QStringList>
 #include <QtGui/QImage>
-#include <QtWidgets/QWidget>
 
 #include <functional>
 #include <optional>
+
+class QWidget;
 
 /// An alert with one "OK" button.
 struct KTVAlert {

@@ -2,9 +2,9 @@
 
 #include "plugins/PlotixPlugIn/host/KTVHostExport.h"
 
-#include <QtWidgets/QWidget>
-
 #include <memory>
+
+class QWidget;
 
 class KTVPlugIn;
 

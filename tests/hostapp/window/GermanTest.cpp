@@ -82,7 +82,7 @@ TEST_F(GermanTest, WindowsSpeakIt)
 TEST_F(GermanTest, RestOfTheProgramSpeaksIt)
 {
     QStringList texts;
-    for (const char* room : {"app", "archive", "import", "print", "web", "station"})
+    for (const char* room : {"app", "document", "exchange", "print", "web", "site", "live", "demo"})
         texts << textsOfSources(root + QStringLiteral("/hostapp/") + QLatin1String(room));
     expectAllIn(texts, 40);
 }

@@ -1,1 +1,0 @@
-// Compiled once for the precompiled header that every folder shares.

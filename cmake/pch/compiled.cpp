@@ -1,0 +1,1 @@
+// Compiled once for each of the precompiled headers, which the rooms share.
