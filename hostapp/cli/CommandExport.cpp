@@ -3,6 +3,8 @@
 #include "hostapp/cli/CommandProgressBar.h"
 #include "hostapp/cli/Commands.h"
 #include "hostapp/cli/ExactText.h"
+#include "hostapp/cli/Options.h"
+#include "hostapp/cli/RecordChoice.h"
 #include "hostapp/cli/SiteLookup.h"
 #include "hostapp/document/MemoryBudget.h"
 #include "hostapp/exchange/Detection.h"
@@ -19,6 +21,11 @@
 namespace plotix {
 
 namespace {
+
+struct ExportCommand {
+    QString site, output;
+    RecordChoice choice;
+};
 
 constexpr std::size_t kBytesBetweenWrites = 1 << 20;
 constexpr std::size_t kRowsBetweenReports = 8192;
@@ -106,8 +113,6 @@ void RecordsFile::flush()
     m_text.clear();
 }
 
-}  // namespace
-
 int runCommand(const ExportCommand& command, CommandContext context)
 {
     const std::shared_ptr<SiteDocument> document = openSite(command.site);
@@ -131,6 +136,23 @@ int runCommand(const ExportCommand& command, CommandContext context)
         throw ReportableError(QStringLiteral("cancelled; %1 was not written").arg(command.output));
     RecordsFile(command.output, *block).write(properties, progress);
     return kCommandDone;
+}
+
+}  // namespace
+
+Command addExport(CLI::App& program)
+{
+    const auto options = std::make_shared<ExportCommand>();
+    CLI::App* exporting = program.add_subcommand("export", "Write records into a CSV file, every digit kept");
+    addSite(exporting, options->site);
+    addText(exporting, "--output", options->output, "The file to write")->required()->type_name("FILE.csv");
+    addRecordChoice(exporting, options->choice);
+    exporting->footer(
+        "Example:\n  plotix export nyc.plotix --agent EWR --properties airTemperature --output newark.csv");
+    Command command{exporting};
+    command.run = [options](CommandContext context) { return runCommand(*options, context); };
+    command.contradiction = [options] { return contradictionIn(options->choice); };
+    return command;
 }
 
 }  // namespace plotix

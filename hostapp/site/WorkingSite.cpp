@@ -130,6 +130,14 @@ KTVPlugInPtr WorkingSite::newTrend(const std::shared_ptr<SiteAgent>& agent, cons
     return plugIn;
 }
 
+KTVPlugInPtr WorkingSite::newTrend(const std::shared_ptr<SiteAgent>& agent, const TrendPlan& plan)
+{
+    const KTVPlugInPtr plugIn = newTrend(agent, plan.properties, plan.from, plan.to, plan.title);
+    if (plugIn && plan.isFollowed)
+        m_follower.follow(plugIn);
+    return plugIn;
+}
+
 void WorkingSite::removePlugIn(const KTVPlugInPtr& plugIn)
 {
     plugIn->willUnload();

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "hostapp/document/SiteDocument.h"
+#include "hostapp/site/NewTrend.h"
 #include "hostapp/site/PlugInStore.h"
 #include "hostapp/site/SourceListModel.h"
 #include "hostapp/site/TrendFollower.h"
@@ -50,6 +51,8 @@ public:
     /// Makes a trend view through the module and adds it, selected. Null when the module declines.
     KTVPlugInPtr newTrend(const std::shared_ptr<SiteAgent>& agent, const KTVPropertyList& properties, OptionalDate from,
                           OptionalDate to, const QString& title);
+    /// The same; followed from the beginning where that is planned.
+    KTVPlugInPtr newTrend(const std::shared_ptr<SiteAgent>& agent, const TrendPlan& plan);
     virtual void removePlugIn(const KTVPlugInPtr& plugIn);
     /// Lists a plug-in that was removed again, at a row, and selects it.
     void restorePlugIn(const KTVPlugInPtr& plugIn, int row);

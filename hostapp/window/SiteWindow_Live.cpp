@@ -9,6 +9,7 @@
 
 #include "base/ReportableError.h"
 #include "hostapp/live/LiveRecorder.h"
+#include "hostapp/site/NewTrend.h"
 #include "hostapp/window/SiteRecording.h"
 
 #include <QtCore/QSignalBlocker>
@@ -17,8 +18,6 @@
 namespace plotix {
 
 namespace {
-
-constexpr double kFirstTrendSpan = 600;  // seconds
 
 void setChecked(QAction* action, bool checked)
 {
@@ -61,18 +60,9 @@ void SiteWindow::recordComputer(bool on)
     setChecked(m_actions.recordComputer, m_recording->isOn());
 }
 
-/// What belongs on one axis: shares of the whole, and the load beside them.
 void SiteWindow::addFirstLiveTrend(const std::shared_ptr<SiteAgent>& agent)
 {
-    KTVPropertyList properties;
-    for (const auto& property : agent->siteProperties())
-        if (property->unit() == QLatin1String("%") || property->name() == QLatin1String("Load 1 Minute"))
-            properties.push_back(property);
-    const Date now = currentDate();
-    const KTVPlugInPtr plugIn =
-        m_controller->newTrend(agent, properties, Date{now.seconds - kFirstTrendSpan}, now, agent->name());
-    if (plugIn)
-        m_controller->follower().follow(plugIn);
+    m_controller->newTrend(agent, planFirstTrend(TrendOccasion::Watched, *agent));
 }
 
 void SiteWindow::updateLiveActions(const QString& noTrend)
