@@ -1,8 +1,8 @@
 #include "base/ReportableError.h"
 #include "hostapp/cli/CommandProgressBar.h"
 #include "hostapp/cli/Commands.h"
-#include "hostapp/cli/ExactText.h"
 #include "hostapp/cli/SiteLookup.h"
+#include "hostapp/exchange/ExactText.h"
 #include "records/sqlite/ArchiveCompaction.h"
 
 #include <QtCore/QFileInfo>

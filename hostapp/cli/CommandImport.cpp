@@ -1,9 +1,11 @@
 #include "base/ReportableError.h"
 #include "hostapp/cli/CommandProgressBar.h"
 #include "hostapp/cli/Commands.h"
-#include "hostapp/cli/ExactText.h"
+#include "hostapp/cli/ImportWords.h"
+#include "hostapp/cli/JsonText.h"
 #include "hostapp/cli/SiteLookup.h"
-#include "hostapp/exchange/Importer.h"
+#include "hostapp/exchange/ExactText.h"
+#include "hostapp/exchange/formats/FileExchange.h"
 
 #include <QtCore/QFileInfo>
 
@@ -40,6 +42,14 @@ std::string jsonMoment(const std::optional<double>& seconds)
     return hasCalendarText(*seconds) ? '"' + exactTime(*seconds) + '"' : jsonNumber(*seconds);
 }
 
+QStringList printedTexts(const std::vector<ImportFinding>& findings)
+{
+    QStringList texts;
+    for (const ImportFinding& finding : findings)
+        texts << printedText(finding);
+    return texts;
+}
+
 void writeJson(std::ostream& out, const ImportSummary& summary)
 {
     out << "{\n  \"file\": " << jsonText(summary.file) << ",\n  \"site\": " << jsonText(summary.site)
@@ -56,8 +66,24 @@ void writeJson(std::ostream& out, const ImportSummary& summary)
             << ", \"valid\": " << column.valid << '}';
         separator = ",\n";
     }
-    out << "\n  ],\n  \"leftOut\": " << jsonList(summary.leftOut) << ",\n  \"notes\": " << jsonList(summary.notes)
-        << "\n}\n";
+    out << "\n  ],\n  \"leftOut\": " << jsonList(summary.leftOut)
+        << ",\n  \"notes\": " << jsonList(printedTexts(summary.notes)) << "\n}\n";
+}
+
+ImportSummary import(const ImportCommand& command, CommandContext context)
+{
+    const QString name = QFileInfo(command.file).fileName();
+    const CommandProgress progress =
+        makeCommandProgress(context.services, context.streams, QStringLiteral("Importing %1").arg(name));
+    try {
+        return importFile(command.file, command.site, command.options, [&](qint64 done, qint64 total) {
+            return progress(total > 0 ? static_cast<double>(done) / static_cast<double>(total) : 0.0);
+        });
+    } catch (const ImportFailure& failure) {
+        throw ReportableError(QStringLiteral("%1: %2").arg(name, printedText(failure.finding())));
+    } catch (const ImportCancelled&) {
+        throw ReportableError(QStringLiteral("%1: cancelled; nothing was stored").arg(name));
+    }
 }
 
 }  // namespace
@@ -65,19 +91,12 @@ void writeJson(std::ostream& out, const ImportSummary& summary)
 int runCommand(const ImportCommand& command, CommandContext context)
 {
     const Interruption interruption;
-    ImportSummary summary;
-    {
-        const CommandProgress progress = makeCommandProgress(
-            context.services, context.streams, QStringLiteral("Importing %1").arg(QFileInfo(command.file).fileName()));
-        summary = importFile(command.file, command.site, command.options, [&](qint64 done, qint64 total) {
-            return progress(total > 0 ? static_cast<double>(done) / static_cast<double>(total) : 0.0);
-        });
-    }
+    const ImportSummary summary = import(command, context);
     // First what has been done: should the trend view fail, the records are stored all the same.
     if (command.json)
         writeJson(context.streams.output, summary);
     else
-        context.streams.output << describeImport(summary).toStdString();
+        context.streams.output << printedText(summary).toStdString();
     if (summary.firstImport)
         addFirstTrend(summary, context.services);
     return kCommandDone;

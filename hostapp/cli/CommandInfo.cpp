@@ -1,6 +1,7 @@
 #include "hostapp/cli/Commands.h"
-#include "hostapp/cli/ExactText.h"
+#include "hostapp/cli/JsonText.h"
 #include "hostapp/cli/SiteLookup.h"
+#include "hostapp/exchange/ExactText.h"
 
 #include <ostream>
 

@@ -1,9 +1,10 @@
 #include "base/ReportableError.h"
 #include "hostapp/cli/Commands.h"
-#include "hostapp/cli/ExactText.h"
 #include "hostapp/cli/SiteLookup.h"
 #include "hostapp/cli/StopRequest.h"
+#include "hostapp/exchange/ExactText.h"
 #include "hostapp/live/LiveRecorder.h"
+#include "hostapp/live/sources/ReadingSources.h"
 
 #include <QtCore/QEventLoop>
 #include <QtCore/QFileInfo>
@@ -29,15 +30,15 @@ const QStringList& firstTrendProperties()
     return names;
 }
 
-bool hasRecordedBefore(const QString& site)
+bool hasRecordedBefore(const QString& site, const QString& agentName)
 {
-    return QFileInfo::exists(site) && openSite(site)->agentNamed(QLatin1String(kMachineAgentName));
+    return QFileInfo::exists(site) && openSite(site)->agentNamed(agentName);
 }
 
-void addFirstTrend(const QString& site, CommandServices& services)
+void addFirstTrend(const QString& site, const QString& agentName, CommandServices& services)
 {
     const std::shared_ptr<SiteDocument> document = openSite(site);
-    const std::shared_ptr<SiteAgent> agent = agentOf(*document, QLatin1String(kMachineAgentName));
+    const std::shared_ptr<SiteAgent> agent = agentOf(*document, agentName);
     TrendRequest trend{document, agent, {}, {}, {}, agent->name()};
     for (const auto& property : propertiesOf(*agent, firstTrendProperties()))
         trend.properties.push_back(property);
@@ -75,14 +76,15 @@ void runUntilStopped(const RecordCommand& command, LiveRecorder& recorder, Comma
 
 int runCommand(const RecordCommand& command, CommandContext context)
 {
-    const bool first = !hasRecordedBefore(command.site);
-    LiveRecorder recorder(command.site, command.interval);
+    std::unique_ptr<ReadingSource> source = makeReadingSource(QStringLiteral("computer"));
+    const bool first = !hasRecordedBefore(command.site, source->agentName());
+    LiveRecorder recorder(command.site, std::move(source), command.interval);
     if (first)
-        addFirstTrend(command.site, context.services);
+        addFirstTrend(command.site, recorder.agentName(), context.services);
     const std::string path = QFileInfo(command.site).absoluteFilePath().toStdString();
-    context.streams.output << "Recording " << recorder.propertyNames().size() << " properties of " << kMachineAgentName
-                           << " every " << exactNumber(command.interval) << " s into " << path << "; Ctrl-C ends it."
-                           << std::endl;
+    context.streams.output << "Recording " << recorder.propertyNames().size() << " properties of "
+                           << recorder.agentName().toStdString() << " every " << exactNumber(command.interval)
+                           << " s into " << path << "; Ctrl-C ends it." << std::endl;
     runUntilStopped(command, recorder, context.streams);
     const RecordingStatus status = recorder.status();
     context.streams.output << "Recorded " << status.stored << (status.stored == 1 ? " record" : " records") << " into "

@@ -8,6 +8,7 @@
 #include "base/ReportableError.h"
 #include "hostapp/window/ImportDialog.h"
 #include "hostapp/window/ImportTask.h"
+#include "hostapp/window/ImportWords.h"
 
 #include <QtCore/QFileInfo>
 #include <QtCore/QMimeData>
@@ -86,7 +87,7 @@ void SiteWindow::importFinished(const ImportSummary& summary)
         if (summary.firstImport)
             addFirstTrend(summary);
         showSelection();
-        showAlert(tr("Imported %n record(s)", nullptr, static_cast<int>(summary.records)), describeImport(summary),
+        showAlert(tr("Imported %n record(s)", nullptr, static_cast<int>(summary.records)), shownText(summary),
                   KTVAlert::Style::Informational);
     } catch (const ReportableError& error) {
         showAlert(tr("The site could not be read again"), error.message());
