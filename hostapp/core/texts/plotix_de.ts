@@ -155,30 +155,6 @@
         <translation>Datumsangaben wurden mit dem Monat vor dem Tag gelesen.</translation>
     </message>
     <message>
-        <source>1 row</source>
-        <translation>1 Zeile</translation>
-    </message>
-    <message>
-        <source>%1 rows</source>
-        <translation>%1 Zeilen</translation>
-    </message>
-    <message>
-        <source>1 value</source>
-        <translation>1 Wert</translation>
-    </message>
-    <message>
-        <source>%1 values</source>
-        <translation>%1 Werte</translation>
-    </message>
-    <message>
-        <source>1 record</source>
-        <translation>1 Messzeile</translation>
-    </message>
-    <message>
-        <source>%1 records</source>
-        <translation>%1 Messzeilen</translation>
-    </message>
-    <message>
         <source>%1 with another text in the column passed over.</source>
         <translation>%1 mit anderem Text in der genannten Spalte übergangen.</translation>
     </message>
@@ -217,6 +193,27 @@
     <message>
         <source>, %1 to %2</source>
         <translation>, %1 bis %2</translation>
+    </message>
+    <message numerus="yes">
+        <source>%1 row(s)</source>
+        <translation>
+            <numerusform>%1 Zeile</numerusform>
+            <numerusform>%1 Zeilen</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>%1 value(s)</source>
+        <translation>
+            <numerusform>%1 Wert</numerusform>
+            <numerusform>%1 Werte</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>%1 record(s)</source>
+        <translation>
+            <numerusform>%1 Messzeile</numerusform>
+            <numerusform>%1 Messzeilen</numerusform>
+        </translation>
     </message>
 </context>
 <context>
