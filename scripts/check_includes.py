@@ -16,6 +16,7 @@ CORE = {"base", HOST, "hostapp/core"}
 RECORDS = {"records/columns", "records/store"}
 STORES = RECORDS | {"records/sqlite", "storage"}
 DOCUMENT = CORE | STORES | {"hostapp/document"}
+SITE = DOCUMENT | {"hostapp/print", "hostapp/web", "hostapp/site"}
 EXCHANGE = {"hostapp/exchange", "hostapp/exchange/formats"}
 LIVE = {"hostapp/live", "hostapp/live/sources"}
 
@@ -49,11 +50,10 @@ ALLOWED = {
     "hostapp/demo": DOCUMENT,
     "hostapp/print": CORE,
     "hostapp/web": CORE,
-    "hostapp/site": DOCUMENT | {"hostapp/print", "hostapp/web"},
-    "hostapp/window": DOCUMENT | EXCHANGE | LIVE | {"hostapp/print", "hostapp/site"},
-    "hostapp/cli": DOCUMENT | EXCHANGE | LIVE | {"hostapp/demo", "hostapp/print"},
-    "hostapp/app": DOCUMENT | EXCHANGE | LIVE | {"hostapp/demo", "hostapp/print", "hostapp/site", "hostapp/window",
-                                                 "hostapp/web", "hostapp/cli"},
+    "hostapp/site": SITE - {"hostapp/site"},
+    "hostapp/window": SITE | EXCHANGE | LIVE,
+    "hostapp/cli": SITE | EXCHANGE | LIVE | {"hostapp/demo"},
+    "hostapp/app": SITE | EXCHANGE | LIVE | {"hostapp/demo", "hostapp/window", "hostapp/cli"},
 }
 
 # Qt modules a room must not use: values stay free of widgets.
@@ -68,6 +68,8 @@ FORBIDDEN_QT = {
     "plotkit/layout": {"QtWidgets", "QtPrintSupport"},
     "plotkit/raster": {"QtWidgets", "QtPrintSupport"},
     LOGIC: {"QtWidgets", "QtPrintSupport"},
+    "hostapp/site": {"QtWidgets", "QtPrintSupport"},
+    "hostapp/cli": {"QtWidgets", "QtPrintSupport"},
 }
 
 TOPS = ("base", "storage", "records", "plotkit", "plugins", "hostapp")

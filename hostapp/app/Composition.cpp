@@ -1,16 +1,12 @@
 #include "hostapp/app/Composition.h"
 
 #include "hostapp/print/Paper.h"
+#include "hostapp/site/ModuleNames.h"
 #include "hostapp/window/MessageOverlay.h"
 
 #include <algorithm>
 
 namespace plotix {
-
-namespace {
-constexpr auto kModuleName = "PlotixPlugIn";
-constexpr auto kTrendClass = "KTVPlotixPlugIn";
-}  // namespace
 
 Composition::Composition(Audience audience, QStringList plugInFolders)
     : m_audience(audience),

@@ -1,6 +1,9 @@
 #include "base/ReportableError.h"
+#include "base/StopRequest.h"
 #include "hostapp/cli/CommandProgressBar.h"
 #include "hostapp/cli/Commands.h"
+#include "hostapp/cli/Options.h"
+#include "hostapp/cli/RecordChoice.h"
 #include "hostapp/cli/SiteLookup.h"
 #include "hostapp/document/MemoryBudget.h"
 #include "hostapp/exchange/formats/FileExchange.h"
@@ -9,6 +12,11 @@
 namespace plotix {
 
 namespace {
+
+struct ExportCommand {
+    QString site, output;
+    RecordChoice choice;
+};
 
 /// Reading is the first half of the work.
 constexpr double kReadingPart = 0.5;
@@ -34,8 +42,6 @@ void writeFile(const ExportCommand& command, const std::vector<std::shared_ptr<S
     }
 }
 
-}  // namespace
-
 int runCommand(const ExportCommand& command, CommandContext context)
 {
     const std::shared_ptr<SiteDocument> document = openSite(command.site);
@@ -45,7 +51,7 @@ int runCommand(const ExportCommand& command, CommandContext context)
     for (const auto& property : properties)
         ids.push_back(property->description().id);
 
-    const Interruption interruption;
+    const StopRequest interruption(StopRequest::From::Keyboard);
     const CommandProgress progress =
         makeCommandProgress(context.services, context.streams, QStringLiteral("Exporting %1").arg(agent->name()));
     RecordReader reader(document->path());
@@ -60,6 +66,23 @@ int runCommand(const ExportCommand& command, CommandContext context)
         failAsCancelled(command);
     writeFile(command, properties, *block, progress);
     return kCommandDone;
+}
+
+}  // namespace
+
+Command addExport(CLI::App& program)
+{
+    const auto options = std::make_shared<ExportCommand>();
+    CLI::App* exporting = program.add_subcommand("export", "Write records into a CSV file, every digit kept");
+    addSite(exporting, options->site);
+    addText(exporting, "--output", options->output, "The file to write")->required()->type_name("FILE.csv");
+    addRecordChoice(exporting, options->choice);
+    exporting->footer(
+        "Example:\n  plotix export nyc.plotix --agent EWR --properties airTemperature --output newark.csv");
+    Command command{exporting};
+    command.run = [options](CommandContext context) { return runCommand(*options, context); };
+    command.contradiction = [options] { return contradictionIn(options->choice); };
+    return command;
 }
 
 }  // namespace plotix

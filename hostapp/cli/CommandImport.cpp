@@ -1,11 +1,14 @@
 #include "base/ReportableError.h"
+#include "base/StopRequest.h"
 #include "hostapp/cli/CommandProgressBar.h"
 #include "hostapp/cli/Commands.h"
 #include "hostapp/cli/ImportWords.h"
 #include "hostapp/cli/JsonText.h"
+#include "hostapp/cli/Options.h"
 #include "hostapp/cli/SiteLookup.h"
 #include "hostapp/exchange/ExactText.h"
 #include "hostapp/exchange/formats/FileExchange.h"
+#include "hostapp/site/NewTrend.h"
 
 #include <QtCore/QFileInfo>
 
@@ -16,15 +19,18 @@ namespace plotix {
 
 namespace {
 
+struct ImportCommand {
+    QString file, site;
+    ImportOptions options;
+    bool json = false;
+};
+
 void addFirstTrend(const ImportSummary& summary, CommandServices& services)
 {
     const std::shared_ptr<SiteDocument> document = openSite(summary.site);
-    TrendRequest trend{document, agentOf(*document, summary.agent), {}, {}, {}, summary.agent};
-    for (const auto& property : trend.agent->siteProperties())
-        trend.properties.push_back(property);
-    trend.from = Date{*summary.first};
-    trend.to = Date{*summary.last};
-    services.storeTrend(trend);
+    const std::shared_ptr<SiteAgent> agent = agentOf(*document, summary.agent);
+    const std::pair imported(Date{*summary.first}, Date{*summary.last});
+    services.storeTrend(requestOf(document, agent, planFirstTrend(TrendOccasion::Imported, *agent, imported)));
 }
 
 std::string jsonList(const QStringList& texts)
@@ -70,7 +76,7 @@ void writeJson(std::ostream& out, const ImportSummary& summary)
         << ",\n  \"notes\": " << jsonList(printedTexts(summary.notes)) << "\n}\n";
 }
 
-ImportSummary import(const ImportCommand& command, CommandContext context)
+ImportSummary importWithProgress(const ImportCommand& command, CommandContext context)
 {
     const QString name = QFileInfo(command.file).fileName();
     const CommandProgress progress =
@@ -86,12 +92,10 @@ ImportSummary import(const ImportCommand& command, CommandContext context)
     }
 }
 
-}  // namespace
-
 int runCommand(const ImportCommand& command, CommandContext context)
 {
-    const Interruption interruption;
-    const ImportSummary summary = import(command, context);
+    const StopRequest interruption(StopRequest::From::Keyboard);
+    const ImportSummary summary = importWithProgress(command, context);
     // First what has been done: should the trend view fail, the records are stored all the same.
     if (command.json)
         writeJson(context.streams.output, summary);
@@ -100,6 +104,36 @@ int runCommand(const ImportCommand& command, CommandContext context)
     if (summary.firstImport)
         addFirstTrend(summary, context.services);
     return kCommandDone;
+}
+
+}  // namespace
+
+Command addImport(CLI::App& program)
+{
+    const auto command = std::make_shared<ImportCommand>();
+    ImportOptions& options = command->options;
+    CLI::App* import =
+        program.add_subcommand("import", "Read a CSV file into a site; makes the site when it is not there");
+    addText(import, "FILE", command->file, "A text file of measurements, one row a moment")->required();
+    addText(import, "--site", command->site, "The site document, NAME.plotix")->required()->type_name("SITE");
+    addText(import, "--agent", options.agentName, "The source of the measurements; the file's name unless given")
+        ->type_name("NAME");
+    addText(import, "--time", options.timeColumn, "The column that holds the time")->type_name("COLUMN");
+    addText(import, "--time-zone", options.timeZone,
+            "Of times without a zone, such as Europe/Berlin; yours unless given")
+        ->type_name("ZONE");
+    addChoice<DateOrder>(import, "--date-order", options.dateOrder,
+                         {{"dmy", DateOrder::DayFirst}, {"mdy", DateOrder::MonthFirst}},
+                         "Whether 3/4/2015 is the third of April (dmy) or March 4 (mdy)");
+    addPairs(import, "--where", options.where, "VALUE", "Take only rows with this text in the column; repeatable");
+    addList(import, "--only", options.only, "Take only these columns")->type_name("COLUMN,…");
+    addPairs(import, "--unit", options.units, "UNIT", "The column's unit; repeatable");
+    addPairs(import, "--name", options.names, "NAME", "The property's name; repeatable");
+    import->add_flag("--skip-bad-rows", options.skipBadRows, "Pass over rows that do not parse, and count them");
+    import->add_flag("--json", command->json, "Print the summary as JSON");
+    import->footer("Example:\n  plotix import weather.csv --site nyc.plotix --agent EWR --where origin=EWR \\\n"
+                   "    --time time_hour --unit temp=°F --name \"temp=Air Temperature\"");
+    return {import, Command::Makes::Text, [command](CommandContext context) { return runCommand(*command, context); }};
 }
 
 }  // namespace plotix

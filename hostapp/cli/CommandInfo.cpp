@@ -1,5 +1,6 @@
 #include "hostapp/cli/Commands.h"
 #include "hostapp/cli/JsonText.h"
+#include "hostapp/cli/Options.h"
 #include "hostapp/cli/SiteLookup.h"
 #include "hostapp/exchange/ExactText.h"
 
@@ -10,6 +11,11 @@ namespace plotix {
 
 namespace {
 
+struct InfoCommand {
+    QString site;
+    bool json = false;
+};
+
 std::string moment(const std::optional<double>& seconds)
 {
     if (!seconds)
@@ -17,7 +23,7 @@ std::string moment(const std::optional<double>& seconds)
     return hasCalendarText(*seconds) ? exactTime(*seconds) : exactNumber(*seconds) + " s";
 }
 
-std::string jsonMoment(const std::optional<double>& seconds)
+std::string jsonTimeText(const std::optional<double>& seconds)
 {
     return seconds ? jsonText(QString::fromStdString(moment(seconds))) : "null";
 }
@@ -58,8 +64,8 @@ void writeJson(std::ostream& out, const SiteDocument& document, const std::vecto
     for (const AgentInfo& agent : agents) {
         out << agentSeparator << "    {\n      \"name\": " << jsonText(agent.name)
             << ",\n      \"records\": " << agent.summary.records
-            << ",\n      \"first\": " << jsonMoment(agent.summary.first)
-            << ",\n      \"last\": " << jsonMoment(agent.summary.last) << ",\n      \"properties\": [";
+            << ",\n      \"first\": " << jsonTimeText(agent.summary.first)
+            << ",\n      \"last\": " << jsonTimeText(agent.summary.last) << ",\n      \"properties\": [";
         const char* separator = "\n";
         for (const auto& [property, statistics] : agent.properties) {
             out << separator << "        {\"name\": " << jsonText(property->name())
@@ -100,8 +106,6 @@ void writeText(std::ostream& out, const SiteDocument& document, const std::vecto
     }
 }
 
-}  // namespace
-
 int runCommand(const InfoCommand& command, CommandContext context)
 {
     const std::shared_ptr<SiteDocument> document = openSite(command.site);
@@ -111,6 +115,18 @@ int runCommand(const InfoCommand& command, CommandContext context)
     else
         writeText(context.streams.output, *document, agents);
     return kCommandDone;
+}
+
+}  // namespace
+
+Command addInfo(CLI::App& program)
+{
+    const auto command = std::make_shared<InfoCommand>();
+    CLI::App* info = program.add_subcommand("info", "Say what a site holds: agents, properties, counts and extremes");
+    addSite(info, command->site);
+    info->add_flag("--json", command->json, "Print it as JSON, numbers in full precision");
+    info->footer("Example:\n  plotix info nyc.plotix --json");
+    return {info, Command::Makes::Text, [command](CommandContext context) { return runCommand(*command, context); }};
 }
 
 }  // namespace plotix

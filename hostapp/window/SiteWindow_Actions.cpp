@@ -146,8 +146,7 @@ void SiteWindow::newTrend()
     for (const auto& [agent, properties] : wanted) {
         try {
             const ArchiveSummary summary = RecordReader(m_controller->siteDocument()->path()).summary(agent->id());
-            const auto [from, to] = rangeForNewTrend(summary.last, currentDate(), QTimeZone::systemTimeZone());
-            m_controller->newTrend(agent, properties, from, to, titleForProperties(properties));
+            m_controller->newTrend(agent, planChosenTrend(properties, summary.last));
         } catch (const ReportableError& error) {
             showAlert(tr("The trend could not be made"), error.message());
             return;

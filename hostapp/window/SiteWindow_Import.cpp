@@ -6,6 +6,7 @@
 #include "hostapp/window/SiteWindow.h"
 
 #include "base/ReportableError.h"
+#include "hostapp/site/NewTrend.h"
 #include "hostapp/window/ImportDialog.h"
 #include "hostapp/window/ImportTask.h"
 #include "hostapp/window/ImportWords.h"
@@ -100,8 +101,8 @@ void SiteWindow::addFirstTrend(const ImportSummary& summary)
     const auto agent = m_controller->siteDocument()->agentNamed(summary.agent);
     if (!agent || !summary.first || !summary.last)
         return;
-    m_controller->newTrend(agent, agent->properties().objects(), Date{*summary.first}, Date{*summary.last},
-                           agent->name());
+    const std::pair imported(Date{*summary.first}, Date{*summary.last});
+    m_controller->newTrend(agent, planFirstTrend(TrendOccasion::Imported, *agent, imported));
 }
 
 void SiteWindow::dragEnterEvent(QDragEnterEvent* event)

@@ -1,6 +1,8 @@
-#include "hostapp/app/TrendRenderer.h"
+#include "hostapp/site/TrendRenderer.h"
 
 #include "base/ReportableError.h"
+#include "hostapp/site/MakeTrend.h"
+#include "hostapp/site/ModuleNames.h"
 #include "hostapp/site/PlugInOperations.h"
 #include "hostapp/site/WaitForRecords.h"
 #include "plugins/PlotixPlugIn/host/PngImage.h"
@@ -8,8 +10,6 @@
 namespace plotix {
 
 namespace {
-
-constexpr auto kTrendClass = "KTVPlotixPlugIn";
 
 /// Receives what the off-screen class operation draws.
 class ImageReceiver : public QObject {
@@ -36,19 +36,9 @@ QByteArray TrendRenderer::render(const RenderRequest& request) const
     return request.bare ? renderBare(request) : renderView(request);
 }
 
-KTVPlugInPtr TrendRenderer::makePlugIn(const TrendRequest& trend) const
-{
-    const KTVPlugInModule::Arguments arguments{trend.agent, nullptr, trend.properties, trend.from, trend.to};
-    KTVPlugInPtr plugIn = m_module->instantiate(QString::fromLatin1(kTrendClass), arguments);
-    if (!plugIn)
-        throw ReportableError(QStringLiteral("The plug-in module makes no trend view; install Plotix again."));
-    plugIn->setTitle(trend.title);
-    return plugIn;
-}
-
 QByteArray TrendRenderer::renderView(const RenderRequest& request) const
 {
-    const KTVPlugInPtr plugIn = makePlugIn(request.trend);
+    const KTVPlugInPtr plugIn = requireTrend(*m_module, request.trend);
     plugIn->view()->resize(request.size);  // loading the view starts the fetch
     requireRecords(*request.trend.agent);
     QByteArray data;

@@ -1,47 +1,13 @@
-#include "hostapp/app/ServedSites.h"
+#include "hostapp/site/ServedSites.h"
 
+#include "base/StopRequest.h"
 #include "hostapp/site/HeadlessSite.h"
 #include "hostapp/site/PlugInWebSite.h"
 #include "hostapp/web/HttpServer.h"
-#include "hostapp/web/OpenSites.h"
-#include "hostapp/window/TerminationRequest.h"
-
-#include <QtCore/QEventLoop>
-#include <QtCore/QFileInfo>
 
 namespace plotix {
 
 namespace {
-
-/// Waits for a signal, which may come before there is a loop to end.
-class UntilTerminated {
-public:
-    UntilTerminated()
-    {
-        QObject::connect(&m_request, &TerminationRequest::received, &m_loop, [this] {
-            m_isOver = true;
-            m_loop.quit();
-        });
-    }
-    bool isOver() const { return m_isOver; }
-    void wait()
-    {
-        if (!m_isOver)
-            m_loop.exec();
-    }
-
-private:
-    TerminationRequest m_request;
-    QEventLoop m_loop;
-    bool m_isOver = false;
-};
-
-QString addToWeb(OpenSites& open, const HeadlessSite& site)
-{
-    const SiteDocument& document = *site.siteDocument();
-    return open.add(QFileInfo(document.path()).completeBaseName(),
-                    std::make_shared<PlugInWebSite>(document.siteName(), &site, site.toolbarPlugIns()));
-}
 
 void sayUnreadable(const ServeRequest& request, const HeadlessSite& site)
 {
@@ -55,7 +21,7 @@ void sayUnreadable(const ServeRequest& request, const HeadlessSite& site)
 
 void serveSites(const ServeRequest& request, KTVPlugInModule* module)
 {
-    UntilTerminated untilTerminated;
+    StopRequest stop;  // first: a request may come while the views are loaded
     const QByteArray token = request.tokenFile.isEmpty() ? QByteArray() : AccessToken::readFrom(request.tokenFile);
     // In the order of need: the server asks the open sites, and those ask what stands behind them.
     std::vector<std::unique_ptr<HeadlessSite>> sites;
@@ -66,18 +32,18 @@ void serveSites(const ServeRequest& request, KTVPlugInModule* module)
         sites.push_back(std::make_unique<HeadlessSite>(document, module));
         sites.back()->load();
         sites.back()->follow();
-        if (untilTerminated.isOver())
+        if (StopRequest::isRequested())
             return;
         sayUnreadable(request, *sites.back());
-        const QString identifier = addToWeb(open, *sites.back());
-        lines << QStringLiteral("%1sites/%2/  %3").arg(server.url(), identifier, document->siteName());
+        const QString page = pageAddress(server.url(), openToWeb(open, *sites.back()));
+        lines << page + QStringLiteral("  ") + document->siteName();
     }
     for (const QString& line : lines)
         request.say(line);
     if (!token.isEmpty())
         request.say(QStringLiteral("Browsers need the token in %1: add ?token= and its first line to an address.")
                         .arg(request.tokenFile));
-    untilTerminated.wait();
+    stop.wait();
 }
 
 }  // namespace plotix

@@ -1,14 +1,22 @@
-#include "hostapp/app/StoredReport.h"
+#include "hostapp/site/StoredReport.h"
 
 #include "base/ReportableError.h"
 #include "hostapp/print/ReportPrinter.h"
 #include "hostapp/site/PlugInOperations.h"
-#include "hostapp/site/WaitForRecords.h"
-#include "hostapp/window/SiteWindowController.h"
+#include "hostapp/site/WorkingSite.h"
 
 namespace plotix {
 
 namespace {
+
+std::vector<KTVPlugInPtr> printableViews(const WorkingSite& site)
+{
+    std::vector<KTVPlugInPtr> views;
+    for (const KTVSourceListItemPtr& item : site.sourceList().items())
+        if (hasReport(item->representedObject().get()))
+            views.push_back(item->representedObject());
+    return views;
+}
 
 QString listedTitles(const std::vector<KTVPlugInPtr>& views)
 {
@@ -37,14 +45,11 @@ QByteArray pdfOfStoredReport(const ReportRequest& request, KTVPlugInModule* modu
 {
     if (request.paper)
         KTVPrintInfo::sharedPrintInfo()->setPaperSize(paperSize(*request.paper));
-    // The views ask the site window for the site's name; they are not listed in it, which would store them again.
-    SiteWindowController controller(request.document, module);
-    std::vector<KTVPlugInPtr> views = PlugInStore(request.document, module).load(&controller);
-    std::erase_if(views, [](const KTVPlugInPtr& view) { return !hasReport(view.get()); });
-    const KTVPlugInPtr view = viewTitled(views, request.view);
+    WorkingSite site(request.document, module, WorkingSite::Use::Elsewhere);
+    site.loadPlugIns();
+    const KTVPlugInPtr view = viewTitled(printableViews(site), request.view);
     view->view();  // loading the view starts the fetch
-    for (const auto& agent : request.document->agents())
-        requireRecords(*agent);
+    site.requireRecords();
     return ReportPrinter(view, graphForPaper).pdf();
 }
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "hostapp/cli/CommandServices.h"
+#include "hostapp/site/TrendRequest.h"
 #include "plugins/PlotixPlugIn/host/KTVPlugInModule.h"
 
 /// Draws a trend into a PNG or PDF without showing anything. *Borrows* the module. Main thread only.
@@ -13,9 +13,6 @@ public:
     /// A loaded view that is never shown; with `bare` the off-screen class operation. Throws ReportableError when the
     /// records cannot be read or nothing can be drawn at that size.
     QByteArray render(const RenderRequest& request) const;
-
-    /// A trend view of the request, its view not loaded. Throws ReportableError when the module declines.
-    KTVPlugInPtr makePlugIn(const TrendRequest& trend) const;
 
 private:
     QByteArray renderView(const RenderRequest& request) const;

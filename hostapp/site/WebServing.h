@@ -2,11 +2,11 @@
 
 #include <QtCore/QString>
 
-/// What a site window needs of the program's web server. The composition root implements it; windows *borrow* it. Main
-/// thread only.
+/// What a site window needs of the program's web server. The composition root chooses who does it; windows *borrow* it.
+/// Main thread only.
 namespace plotix {
 
-class SiteWindowController;
+class WorkingSite;
 
 class WebServing {
 public:
@@ -14,10 +14,10 @@ public:
 
     /// Shows the site to browsers on this machine; answers the address of its page. Again for a site that is served:
     /// as if it had been stopped before. Throws ReportableError.
-    virtual QString start(SiteWindowController& site) = 0;
+    virtual QString start(WorkingSite& site) = 0;
 
     /// When it returns nobody asks the site's plug-ins any more. A site that is not served: nothing happens.
-    virtual void stop(SiteWindowController& site) = 0;
+    virtual void stop(WorkingSite& site) = 0;
 };
 
 }  // namespace plotix
