@@ -21,10 +21,9 @@ constexpr auto kVariable = "PLOTIX_MEMORY_BUDGET";
 constexpr auto kKey = "Memory/budget";  // stored: never change
 constexpr double kInfinity = std::numeric_limits<double>::infinity();
 
-QString translated(const char* english)
-{
-    return QCoreApplication::translate("Memory", english);
-}
+class MemoryText {
+    Q_DECLARE_TR_FUNCTIONS(MemoryText)
+};
 
 std::uint64_t machineMemory()
 {
@@ -85,28 +84,29 @@ QString lengthText(double seconds, Rounding rounding)
 {
     constexpr double kMinute = 60, kHour = 60 * kMinute, kDay = 24 * kHour, kYear = 365 * kDay;
     if (seconds >= 2 * kYear)
-        return translated("%1 years").arg(numberText(seconds / kYear, rounding));
+        return MemoryText::tr("%1 years").arg(numberText(seconds / kYear, rounding));
     if (seconds >= 2 * kDay)
-        return translated("%1 days").arg(numberText(seconds / kDay, rounding));
+        return MemoryText::tr("%1 days").arg(numberText(seconds / kDay, rounding));
     if (seconds >= 2 * kHour)
-        return translated("%1 hours").arg(numberText(seconds / kHour, rounding));
+        return MemoryText::tr("%1 hours").arg(numberText(seconds / kHour, rounding));
     if (seconds >= 2 * kMinute)
-        return translated("%1 minutes").arg(numberText(seconds / kMinute, rounding));
-    return translated("%1 seconds").arg(numberText(seconds, rounding));
+        return MemoryText::tr("%1 minutes").arg(numberText(seconds / kMinute, rounding));
+    return MemoryText::tr("%1 seconds").arg(numberText(seconds, rounding));
 }
 
 QString sizeText(double bytes)
 {
     const auto text = [](double number) { return QLocale(installedLanguage()).toString(number, 'f', 1); };
     if (bytes >= 1e9)
-        return translated("%1 GB").arg(text(bytes / 1e9));
-    return bytes >= 1e6 ? translated("%1 MB").arg(text(bytes / 1e6)) : translated("%1 kB").arg(text(bytes / 1e3));
+        return MemoryText::tr("%1 GB").arg(text(bytes / 1e9));
+    return bytes >= 1e6 ? MemoryText::tr("%1 MB").arg(text(bytes / 1e6))
+                        : MemoryText::tr("%1 kB").arg(text(bytes / 1e3));
 }
 
 QString propertiesText(std::size_t properties)
 {
-    return properties == 1 ? translated("1 property")
-                           : translated("%1 properties").arg(static_cast<qulonglong>(properties));
+    return properties == 1 ? MemoryText::tr("1 property")
+                           : MemoryText::tr("%1 properties").arg(static_cast<qulonglong>(properties));
 }
 
 }  // namespace
@@ -151,7 +151,7 @@ std::optional<QString> refusalOf(const ReadRequest& request, std::uint64_t budge
     const double end = request.to.value_or(runs.back().t1);
     const double begin = std::max(request.from.value_or(-kInfinity), runs.front().t0);
     const double fits = end - earliestBegin(request.overview, end, static_cast<double>(budget / each));
-    return translated(
+    return MemoryText::tr(
                "%1 of %2 need %3 of memory, but %4 may be used: choose a range of at most %5, or allow more with "
                "PLOTIX_MEMORY_BUDGET.")
         .arg(lengthText(end - begin, nearest), propertiesText(request.properties),

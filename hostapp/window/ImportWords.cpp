@@ -8,6 +8,9 @@
 #include <QtCore/QLocale>
 #include <QtCore/QTextStream>
 
+#include <algorithm>
+#include <limits>
+
 namespace plotix {
 
 namespace {
@@ -155,25 +158,31 @@ QString textOfNote(const ImportFinding& finding)
     }
 }
 
-/// `count` in words: `one` for 1, else `many` with the number in it.
-QString counted(std::size_t count, const QString& one, const QString& many)
+/// Fills `words`, which the count has already chosen the plural form of, with the count in the language's digits.
+QString counted(std::size_t count, const QString& words)
 {
-    return count == 1 ? one : many.arg(QLocale(installedLanguage()).toString(static_cast<qulonglong>(count)));
+    return words.arg(QLocale(installedLanguage()).toString(static_cast<qulonglong>(count)));
+}
+
+/// What plural forms are chosen by: they differ for small numbers alone.
+int chooser(std::size_t count)
+{
+    return static_cast<int>(std::min<std::size_t>(count, std::numeric_limits<int>::max()));
 }
 
 QString rows(std::size_t count)
 {
-    return counted(count, ImportWords::tr("1 row"), ImportWords::tr("%1 rows"));
+    return counted(count, ImportWords::tr("%1 row(s)", nullptr, chooser(count)));
 }
 
 QString values(std::size_t count)
 {
-    return counted(count, ImportWords::tr("1 value"), ImportWords::tr("%1 values"));
+    return counted(count, ImportWords::tr("%1 value(s)", nullptr, chooser(count)));
 }
 
 QString records(std::size_t count)
 {
-    return counted(count, ImportWords::tr("1 record"), ImportWords::tr("%1 records"));
+    return counted(count, ImportWords::tr("%1 record(s)", nullptr, chooser(count)));
 }
 
 void writeColumns(QTextStream& text, const ImportSummary& summary)

@@ -56,8 +56,8 @@ void choose(Controller& controller, KTVQuickRange range, QObject* sender)
 QMenu* makeQuickRangeMenu(KTVDataClusterViewController& controller, QWidget* parent)
 {
     auto* menu = new QMenu(parent);
-    for (const plotix::QuickRange& row : plotix::kQuickRanges) {
-        if (row.place == plotix::QuickRange::Place::StartsGroup)
+    for (const QuickRange& row : kQuickRanges) {
+        if (row.place == QuickRange::Place::StartsGroup)
             menu->addSeparator();
         QAction* action = menu->addAction(KTVBundle::mainBundle()->localizedString(QLatin1String(row.title)));
         QObject::connect(action, &QAction::triggered, &controller,

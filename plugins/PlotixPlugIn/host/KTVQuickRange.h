@@ -23,8 +23,6 @@ enum class KTVQuickRange {
     AllTime
 };
 
-namespace plotix {
-
 struct QuickRange {
     enum class Place { InGroup, StartsGroup };
 
@@ -77,6 +75,4 @@ constexpr bool quickRangesAreInOrder()
 }
 static_assert(quickRangesAreInOrder());
 
-}  // namespace plotix
-
-inline constexpr int kQuickRangeCount = static_cast<int>(plotix::kQuickRanges.size());
+inline constexpr int kQuickRangeCount = static_cast<int>(kQuickRanges.size());

@@ -3,6 +3,7 @@
 #include <QtCore/QTimer>
 #include <QtGui/QClipboard>
 #include <QtTest/QTest>
+#include <QtWidgets/QAbstractButton>
 #include <QtWidgets/QApplication>
 #include <QtWidgets/QMenu>
 #include <QtWidgets/QMessageBox>

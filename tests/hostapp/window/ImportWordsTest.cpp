@@ -1,4 +1,7 @@
 #include "hostapp/window/ImportWords.h"
+#include "hostapp/core/Localization.h"
+
+#include <QtCore/QCoreApplication>
 
 #include <gtest/gtest.h>
 
@@ -89,6 +92,8 @@ TEST(ShownFindings, AllHaveWords)
 
 TEST(ShownSummary, SaysWhatWasStoredAndWhatWasLeftOut)
 {
+    const auto english = plotix::textsOf("en");  // says which of one row, two rows
+    QCoreApplication::installTranslator(english.get());
     plotix::ImportSummary summary;
     summary.file = "/home/data.csv";
     summary.site = "/home/site.plotix";
@@ -108,6 +113,18 @@ TEST(ShownSummary, SaysWhatWasStoredAndWhatWasLeftOut)
               "1,200 rows with another text in the column passed over.\n"
               "1 row that did not parse passed over, the first: line 3, column “a”: “x” is no number.\n"
               "Left out, without a single number: note.\n");
+}
+
+TEST(ShownSummary, CountsInGermanToo)
+{
+    const auto german = plotix::textsOf("de");
+    QCoreApplication::installTranslator(german.get());
+    plotix::ImportSummary summary;
+    summary.unorderedTimes = 1;
+    summary.repeatedTimes = 2;
+    const QString text = shownText(summary);
+    EXPECT_TRUE(text.contains("1 Zeile früher als die Zeile davor")) << text.toStdString();
+    EXPECT_TRUE(text.contains("2 Zeilen zu einer Zeit, die später noch einmal vorkommt")) << text.toStdString();
 }
 
 }  // namespace
