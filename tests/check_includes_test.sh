@@ -32,6 +32,10 @@ expect_failure "an outlet reaching into one format" hostapp/cli/Commands.h \
   '"hostapp/exchange/formats/delimited/TextReader.h"' "hostapp/cli must not include hostapp/exchange/formats/delimited"
 expect_failure "a format reaching into the site document" hostapp/exchange/formats/delimited/TextReader.h \
   '"hostapp/document/SiteDocument.h"' "hostapp/exchange/formats/delimited must not include hostapp/document"
+expect_failure "a document knowing which store keeps its records" hostapp/document/SiteDocument.cpp \
+  '"records/sqlite/SqliteRecordStore.h"' "hostapp/document must not include records/sqlite"
+expect_failure "the site file knowing of records" storage/Database.h \
+  '"records/store/RecordBlock.h"' "storage must not include records/store"
 expect_failure "leaf values using widgets" base/Date.h '<QtWidgets/QWidget>' "base must not use QtWidgets"
 rm -rf "$scratch/tree" && mkdir -p "$scratch/tree/base"
 echo '#include "base/B.h"' > "$scratch/tree/base/A.h"

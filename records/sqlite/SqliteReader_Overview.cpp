@@ -1,7 +1,7 @@
 // What is known of records without reading them: per chunk and property the archive keeps count, extremes and sum.
 
-#include "records/sqlite/RecordReaderImpl.h"
-#include "storage/SiteSchema.h"
+#include "records/sqlite/RecordSchema.h"
+#include "records/sqlite/SqliteReader.h"
 
 #include <algorithm>
 
@@ -65,14 +65,14 @@ Summary decodedSummary(SegmentReader& segments, const ChunkPart& part, RowId pro
 
 }  // namespace
 
-std::vector<std::vector<Summary>> RecordReader::Impl::summaries(RowId agent, const std::vector<Chunk>& of,
-                                                                std::span<const RowId> properties)
+std::vector<std::vector<Summary>> SqliteReader::summariesOf(RowId agent, const std::vector<Chunk>& of,
+                                                            std::span<const RowId> properties)
 {
     std::vector<std::vector<Summary>> found(properties.size(), std::vector<Summary>(of.size()));
     if (properties.empty() || of.empty())
         return found;
-    Statement& rows = connection->summaries;
-    Statement& count = connection->propertyCount;
+    Statement& rows = m_connection->summaries;
+    Statement& count = m_connection->propertyCount;
     count.bind(1, agent).step();
     const auto all = static_cast<std::size_t>(count.integer(0));
     count.reset();
@@ -102,17 +102,17 @@ std::vector<std::vector<Summary>> RecordReader::Impl::summaries(RowId agent, con
     return found;
 }
 
-RecordOverview RecordReader::overview(RowId agent, std::span<const RowId> properties, std::optional<double> from,
+RecordOverview SqliteReader::overview(RowId agent, std::span<const RowId> properties, std::optional<double> from,
                                       std::optional<double> to)
 {
-    const Impl::Range range(from, to);
-    const ReadTransaction transaction(m_impl->connection->database);
-    const std::vector<Chunk> chunks = m_impl->connection->chunks.chunksBetween(agent, range.from, range.to);
-    const std::vector<std::vector<Summary>> summaries = m_impl->summaries(agent, chunks, properties);
-    const TailExtent tail = m_impl->connection->chunks.tailExtent(agent);
+    const Range range(from, to);
+    const ReadTransaction transaction(m_connection->database);
+    const std::vector<Chunk> chunks = m_connection->chunks.chunksBetween(agent, range.from, range.to);
+    const std::vector<std::vector<Summary>> summaries = summariesOf(agent, chunks, properties);
+    const TailExtent tail = m_connection->chunks.tailExtent(agent);
     const bool hasTail = tail.count > 0 && tail.last >= range.from && tail.first <= range.to;
     const Records tailRecords =
-        hasTail && !properties.empty() ? m_impl->connection->chunks.tail(agent, tail.first, tail.last) : Records();
+        hasTail && !properties.empty() ? m_connection->chunks.tail(agent, tail.first, tail.last) : Records();
 
     RecordOverview overview;
     overview.runs.reserve(chunks.size() + 1);
@@ -130,19 +130,19 @@ RecordOverview RecordReader::overview(RowId agent, std::span<const RowId> proper
     return overview;
 }
 
-ColumnStatistics RecordReader::statistics(RowId agent, RowId property, std::optional<double> from,
+ColumnStatistics SqliteReader::statistics(RowId agent, RowId property, std::optional<double> from,
                                           std::optional<double> to, StatisticsFrom source)
 {
-    const Impl::Range range(from, to);
-    const ReadTransaction transaction(m_impl->connection->database);
-    SegmentReader segments(*m_impl->connection);
-    const std::vector<ChunkPart> parts = m_impl->parts(segments, agent, range);
+    const Range range(from, to);
+    const ReadTransaction transaction(m_connection->database);
+    SegmentReader segments(*m_connection);
+    const std::vector<ChunkPart> parts = partsIn(segments, agent, range);
     std::vector<Chunk> whole;
     if (source == StatisticsFrom::Summaries)
         for (const ChunkPart& part : parts)
             if (part.isWhole())
                 whole.push_back(part.chunk);
-    const std::vector<std::vector<Summary>> stored = m_impl->summaries(agent, whole, std::span(&property, 1));
+    const std::vector<std::vector<Summary>> stored = summariesOf(agent, whole, std::span(&property, 1));
 
     Summary sum;
     std::vector<double> values;
@@ -151,7 +151,7 @@ ColumnStatistics RecordReader::statistics(RowId agent, RowId property, std::opti
         sum.add(part.isWhole() && source == StatisticsFrom::Summaries
                     ? *next++
                     : decodedSummary(segments, part, property, values));
-    sum.add(tailSummary(m_impl->connection->chunks.tail(agent, range.from, range.to), property));
+    sum.add(tailSummary(m_connection->chunks.tail(agent, range.from, range.to), property));
     return statisticsFrom(sum);
 }
 
