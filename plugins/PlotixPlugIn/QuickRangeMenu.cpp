@@ -57,7 +57,7 @@ QMenu* makeQuickRangeMenu(KTVDataClusterViewController& controller, QWidget* par
 {
     auto* menu = new QMenu(parent);
     for (const plotix::QuickRange& row : plotix::kQuickRanges) {
-        if (row.place == plotix::QuickRange::Place::StartsGroup)
+        if (row.place == plotix::MenuPlace::StartsGroup)
             menu->addSeparator();
         QAction* action = menu->addAction(KTVBundle::mainBundle()->localizedString(QLatin1String(row.title)));
         QObject::connect(action, &QAction::triggered, &controller,
