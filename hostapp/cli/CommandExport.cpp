@@ -54,14 +54,14 @@ int runCommand(const ExportCommand& command, CommandContext context)
     const StopRequest interruption(StopRequest::From::Keyboard);
     const CommandProgress progress =
         makeCommandProgress(context.services, context.streams, QStringLiteral("Exporting %1").arg(agent->name()));
-    RecordReader reader(document->path());
-    const TimeSpan span = timeSpanOf(command.choice, reader.summary(agent->id()));
-    const RecordOverview overview = reader.overview(agent->id(), {}, span.from, span.to);
+    RecordStore& store = *document->records();
+    const TimeSpan span = timeSpanOf(command.choice, store.extent(agent->id()));
+    const RecordOverview overview = store.overview(agent->id(), {}, span.from, span.to);
     if (const auto refusal = refusalOf({overview, ids.size(), span.from, span.to}, memoryBudget()))
         throw ReportableError(*refusal);
     const std::optional<RecordBlock> block =
-        reader.read(agent->id(), ids, span.from, span.to,
-                    [&progress](double fraction) { return progress(kReadingPart * fraction); });
+        store.read(agent->id(), ids, span.from, span.to,
+                   [&progress](double fraction) { return progress(kReadingPart * fraction); });
     if (!block)
         failAsCancelled(command);
     writeFile(command, properties, *block, progress);

@@ -3,7 +3,6 @@
 #include "hostapp/core/Units.h"
 #include "hostapp/document/SiteTransaction.h"
 #include "hostapp/exchange/ImportTable.h"
-#include "records/sqlite/RecordArchive.h"
 
 #include <QtCore/QFileInfo>
 
@@ -133,7 +132,7 @@ void FileImport::store()
             {.what = What::NoNumbers, .column = m_summary.timeColumn, .columns = headersOf(m_source.columns())});
     transaction.records().store(agent, block);
     m_summary.createdSite = transaction.createdFile();
-    m_summary.firstImport = m_summary.createdSite || RecordReader(m_summary.site).summary(agent).records == 0;
+    m_summary.firstImport = m_summary.createdSite || !transaction.storedRecords()->extent(agent);
     m_summary.records = block.times.size();
     m_summary.first = block.times[0];
     m_summary.last = block.times[block.times.size() - 1];

@@ -1,6 +1,7 @@
 #include "hostapp/live/Recording.h"
 
 #include "base/ReportableError.h"
+#include "hostapp/document/RecordKeeping.h"
 #include "hostapp/document/SiteTransaction.h"
 
 #include <QtCore/QDateTime>
@@ -22,7 +23,8 @@ Recording::Recording(const QString& site, std::unique_ptr<ReadingSource> source,
 {
     makeProperties(m_source->start(interval));
     openAppender();
-    m_status.last = m_appender->lastTime(m_agent);
+    if (const std::optional<RecordExtent> before = recordsOfSite(m_site)->extent(m_agent))
+        m_status.last = before->last;
 }
 
 Recording::~Recording()
@@ -119,7 +121,7 @@ void Recording::append()
 
 void Recording::openAppender()
 {
-    m_appender = std::make_unique<RecordAppender>(m_site);
+    m_appender = recordsOfSite(m_site)->appender();
     m_appender->setPatience(kPatience);
 }
 

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "hostapp/live/ReadingSource.h"
-#include "records/sqlite/RecordAppender.h"
+#include "records/store/RecordStore.h"
 
 #include <QtCore/QStringList>
 

@@ -16,7 +16,7 @@
 #include "hostapp/window/PropertyListView.h"
 #include "hostapp/window/SiteDetailsDialog.h"
 #include "plugins/PlotixPlugIn/host/PngImage.h"
-#include "records/sqlite/RecordArchive.h"
+#include "records/store/RecordStore.h"
 
 #include <QtCore/QFile>
 #include <QtCore/QSaveFile>
@@ -145,8 +145,9 @@ void SiteWindow::newTrend()
         wanted.push_back({agents.front(), agents.front()->properties().objects()});
     for (const auto& [agent, properties] : wanted) {
         try {
-            const ArchiveSummary summary = RecordReader(m_controller->siteDocument()->path()).summary(agent->id());
-            m_controller->newTrend(agent, planChosenTrend(properties, summary.last));
+            const auto extent = m_controller->siteDocument()->records()->extent(agent->id());
+            const auto last = extent ? std::optional(extent->last) : std::nullopt;
+            m_controller->newTrend(agent, planChosenTrend(properties, last));
         } catch (const ReportableError& error) {
             showAlert(tr("The trend could not be made"), error.message());
             return;

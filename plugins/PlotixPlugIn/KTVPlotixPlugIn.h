@@ -17,7 +17,7 @@
 class TrendViewArrangement;
 
 /// The tag of observations of a property's "color".
-inline constexpr plotix::ObservationTag kPropertyColor{"color"};
+inline constexpr ObservationTag kPropertyColor{"color"};
 
 /// The trend view: plots a set of properties of one agent over a date range, with a statistics table below.
 ///
@@ -155,7 +155,7 @@ public:
     void addObservers(const KTVAgentPtr& agent);
     void removeObservers(const KTVAgentPtr& agent);
     void observeValueForKeyPath(const QString& keyPath, KTVProperty* object, const KTVPropertyChange& change,
-                                plotix::ObservationTag context) override;
+                                ObservationTag context) override;
     void setUnit(const QString& unit, const QString& propertyName);
     void setValue(const QVariant& value);
     void updateToolTip();
@@ -243,6 +243,10 @@ private:
 
     void refuseDateRange();
     void requestRecords(const OptionalDate& fromDate, const OptionalDate& toDate);
+    using RecordsHandler =
+        std::function<void(KTVPlotixPlugIn&, const KTVRecordDictionaryPtr&, const std::optional<KTVError>&)>;
+    /// The one way to the archive: the handler is called on the main thread, unless this object has gone by then.
+    void fetchRecords(const OptionalDate& fromDate, const OptionalDate& toDate, RecordsHandler handler);
     void showRecordsInRange(const KTVRecordDictionaryPtr& records, const CPTPlotRange& range);
     void buildGraph();
     void addPlot(const QString& key, const QColor& lineColor, const CPTSeriesControllerPtr& binder);

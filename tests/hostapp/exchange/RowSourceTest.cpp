@@ -1,9 +1,9 @@
 #include "hostapp/exchange/RowSource.h"
 
+#include "hostapp/document/RecordKeeping.h"
 #include "hostapp/document/SiteDocument.h"
 #include "hostapp/exchange/ImportTable.h"
 #include "hostapp/exchange/Importer.h"
-#include "records/sqlite/RecordArchive.h"
 #include "tests/hostapp/exchange/FindingPrinter.h"
 
 #include <QtCore/QFile>
@@ -79,7 +79,7 @@ protected:
         std::vector<RowId> ids;
         for (const auto& property : agent->siteProperties())
             ids.push_back(property->description().id);
-        return RecordReader(site()).read(agent->id(), ids, {}, {}).value();
+        return recordsOfSite(site())->read(agent->id(), ids, {}, {}).value();
     }
 
     MadeUpSource m_source;

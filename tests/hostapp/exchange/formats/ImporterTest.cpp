@@ -1,7 +1,7 @@
 #include "base/ReportableError.h"
+#include "hostapp/document/RecordKeeping.h"
 #include "hostapp/document/SiteDocument.h"
 #include "hostapp/exchange/formats/FileExchange.h"
-#include "records/sqlite/RecordArchive.h"
 #include "tests/hostapp/exchange/FindingPrinter.h"
 
 #include <QtCore/QDir>
@@ -74,7 +74,7 @@ private:
             ids.push_back(property->description().id);
             m_keys.push_back(property->propertyName());
         }
-        return RecordReader(site()).read(agent->id(), ids, {}, {}).value();
+        return plotix::recordsOfSite(site())->read(agent->id(), ids, {}, {}).value();
     }
 
     std::vector<QString> m_keys;
