@@ -3,7 +3,7 @@
 #include "hostapp/cli/CommandProgressBar.h"
 #include "hostapp/cli/Commands.h"
 #include "hostapp/cli/ImportWords.h"
-#include "hostapp/cli/JsonText.h"
+#include "hostapp/cli/JsonWriter.h"
 #include "hostapp/cli/Options.h"
 #include "hostapp/cli/SiteLookup.h"
 #include "hostapp/exchange/ExactText.h"
@@ -33,19 +33,26 @@ void addFirstTrend(const ImportSummary& summary, CommandServices& services)
     services.storeTrend(requestOf(document, agent, planFirstTrend(TrendOccasion::Imported, *agent, imported)));
 }
 
-std::string jsonList(const QStringList& texts)
-{
-    std::string list;
-    for (const QString& text : texts)
-        list += (list.empty() ? "" : ", ") + jsonText(text);
-    return "[" + list + "]";
-}
-
-std::string jsonMoment(const std::optional<double>& seconds)
+/// As a date; as seconds where the calendar has none.
+void writeMoment(JsonWriter& json, const char* key, const std::optional<double>& seconds)
 {
     if (!seconds)
-        return "null";
-    return hasCalendarText(*seconds) ? '"' + exactTime(*seconds) + '"' : jsonNumber(*seconds);
+        json.absent(key);
+    else if (hasCalendarText(*seconds))
+        json.text(key, QString::fromStdString(exactTime(*seconds)));
+    else
+        json.number(key, *seconds);
+}
+
+void writeColumn(JsonWriter& json, const ImportSummary::Column& column)
+{
+    json.beginObject();
+    json.text("header", column.header);
+    json.text("name", column.name);
+    json.text("propertyName", column.propertyName);
+    json.text("unit", column.unit);
+    json.count("valid", column.valid);
+    json.endObject();
 }
 
 QStringList printedTexts(const std::vector<ImportFinding>& findings)
@@ -58,22 +65,27 @@ QStringList printedTexts(const std::vector<ImportFinding>& findings)
 
 void writeJson(std::ostream& out, const ImportSummary& summary)
 {
-    out << "{\n  \"file\": " << jsonText(summary.file) << ",\n  \"site\": " << jsonText(summary.site)
-        << ",\n  \"agent\": " << jsonText(summary.agent) << ",\n  \"timeColumn\": " << jsonText(summary.timeColumn)
-        << ",\n  \"rows\": " << summary.rows << ",\n  \"records\": " << summary.records
-        << ",\n  \"otherRows\": " << summary.otherRows << ",\n  \"badRows\": " << summary.badRows
-        << ",\n  \"unorderedTimes\": " << summary.unorderedTimes << ",\n  \"repeatedTimes\": " << summary.repeatedTimes
-        << ",\n  \"first\": " << jsonMoment(summary.first) << ",\n  \"last\": " << jsonMoment(summary.last)
-        << ",\n  \"columns\": [";
-    const char* separator = "\n";
-    for (const ImportSummary::Column& column : summary.columns) {
-        out << separator << "    {\"header\": " << jsonText(column.header) << ", \"name\": " << jsonText(column.name)
-            << ", \"propertyName\": " << jsonText(column.propertyName) << ", \"unit\": " << jsonText(column.unit)
-            << ", \"valid\": " << column.valid << '}';
-        separator = ",\n";
-    }
-    out << "\n  ],\n  \"leftOut\": " << jsonList(summary.leftOut)
-        << ",\n  \"notes\": " << jsonList(printedTexts(summary.notes)) << "\n}\n";
+    JsonWriter json(out);
+    json.beginObject();
+    json.text("file", summary.file);
+    json.text("site", summary.site);
+    json.text("agent", summary.agent);
+    json.text("timeColumn", summary.timeColumn);
+    json.count("rows", summary.rows);
+    json.count("records", summary.records);
+    json.count("otherRows", summary.otherRows);
+    json.count("badRows", summary.badRows);
+    json.count("unorderedTimes", summary.unorderedTimes);
+    json.count("repeatedTimes", summary.repeatedTimes);
+    writeMoment(json, "first", summary.first);
+    writeMoment(json, "last", summary.last);
+    json.beginArray("columns");
+    for (const ImportSummary::Column& column : summary.columns)
+        writeColumn(json, column);
+    json.endArray();
+    json.texts("leftOut", summary.leftOut);
+    json.texts("notes", printedTexts(summary.notes));
+    json.endObject();
 }
 
 ImportSummary importWithProgress(const ImportCommand& command, CommandContext context)

@@ -57,7 +57,7 @@ QMenu* makeQuickRangeMenu(KTVDataClusterViewController& controller, QWidget* par
 {
     auto* menu = new QMenu(parent);
     for (const QuickRange& row : kQuickRanges) {
-        if (row.place == QuickRange::Place::StartsGroup)
+        if (row.place == MenuPlace::StartsGroup)
             menu->addSeparator();
         QAction* action = menu->addAction(KTVBundle::mainBundle()->localizedString(QLatin1String(row.title)));
         QObject::connect(action, &QAction::triggered, &controller,

@@ -2,7 +2,7 @@
 
 #include <QtCore/QtGlobal>
 
-#include <array>
+#include <iterator>
 
 /// The named ranges: their identifiers, their titles and their order in menus. What they mean is the host's.
 ///
@@ -23,41 +23,29 @@ enum class KTVQuickRange {
     AllTime
 };
 
-struct QuickRange {
-    enum class Place { InGroup, StartsGroup };
+enum class MenuPlace { InGroup, StartsGroup };
 
+struct QuickRange {
     KTVQuickRange range;
     const char* identifier;  ///< on the command line. Scripts use it: never change
     const char* title;       ///< in menus, English
-    Place place;             ///< in menus
+    MenuPlace place = MenuPlace::InGroup;
 };
 
-inline constexpr std::array kQuickRanges{
-    QuickRange{KTVQuickRange::Today, "today", QT_TRANSLATE_NOOP("Plotix", "Today"), QuickRange::Place::InGroup},
-    QuickRange{KTVQuickRange::Last24Hours, "last24Hours", QT_TRANSLATE_NOOP("Plotix", "Last 24 Hours"),
-               QuickRange::Place::InGroup},
-    QuickRange{KTVQuickRange::Yesterday, "yesterday", QT_TRANSLATE_NOOP("Plotix", "Yesterday"),
-               QuickRange::Place::InGroup},
-    QuickRange{KTVQuickRange::ThisWeek, "thisWeek", QT_TRANSLATE_NOOP("Plotix", "This Week"),
-               QuickRange::Place::StartsGroup},
-    QuickRange{KTVQuickRange::LastWeek, "lastWeek", QT_TRANSLATE_NOOP("Plotix", "Last Week"),
-               QuickRange::Place::InGroup},
-    QuickRange{KTVQuickRange::Last7Days, "last7Days", QT_TRANSLATE_NOOP("Plotix", "Last 7 Days"),
-               QuickRange::Place::InGroup},
-    QuickRange{KTVQuickRange::ThisMonth, "thisMonth", QT_TRANSLATE_NOOP("Plotix", "This Month"),
-               QuickRange::Place::StartsGroup},
-    QuickRange{KTVQuickRange::LastMonth, "lastMonth", QT_TRANSLATE_NOOP("Plotix", "Last Month"),
-               QuickRange::Place::InGroup},
-    QuickRange{KTVQuickRange::Last30Days, "last30Days", QT_TRANSLATE_NOOP("Plotix", "Last 30 Days"),
-               QuickRange::Place::InGroup},
-    QuickRange{KTVQuickRange::ThisYear, "thisYear", QT_TRANSLATE_NOOP("Plotix", "This Year"),
-               QuickRange::Place::StartsGroup},
-    QuickRange{KTVQuickRange::LastYear, "lastYear", QT_TRANSLATE_NOOP("Plotix", "Last Year"),
-               QuickRange::Place::InGroup},
-    QuickRange{KTVQuickRange::Last12Months, "last12Months", QT_TRANSLATE_NOOP("Plotix", "Last 12 Months"),
-               QuickRange::Place::InGroup},
-    QuickRange{KTVQuickRange::AllTime, "allTime", QT_TRANSLATE_NOOP("Plotix", "All Time"),
-               QuickRange::Place::StartsGroup},
+inline constexpr QuickRange kQuickRanges[] = {
+    {KTVQuickRange::Today, "today", QT_TRANSLATE_NOOP("Plotix", "Today")},
+    {KTVQuickRange::Last24Hours, "last24Hours", QT_TRANSLATE_NOOP("Plotix", "Last 24 Hours")},
+    {KTVQuickRange::Yesterday, "yesterday", QT_TRANSLATE_NOOP("Plotix", "Yesterday")},
+    {KTVQuickRange::ThisWeek, "thisWeek", QT_TRANSLATE_NOOP("Plotix", "This Week"), MenuPlace::StartsGroup},
+    {KTVQuickRange::LastWeek, "lastWeek", QT_TRANSLATE_NOOP("Plotix", "Last Week")},
+    {KTVQuickRange::Last7Days, "last7Days", QT_TRANSLATE_NOOP("Plotix", "Last 7 Days")},
+    {KTVQuickRange::ThisMonth, "thisMonth", QT_TRANSLATE_NOOP("Plotix", "This Month"), MenuPlace::StartsGroup},
+    {KTVQuickRange::LastMonth, "lastMonth", QT_TRANSLATE_NOOP("Plotix", "Last Month")},
+    {KTVQuickRange::Last30Days, "last30Days", QT_TRANSLATE_NOOP("Plotix", "Last 30 Days")},
+    {KTVQuickRange::ThisYear, "thisYear", QT_TRANSLATE_NOOP("Plotix", "This Year"), MenuPlace::StartsGroup},
+    {KTVQuickRange::LastYear, "lastYear", QT_TRANSLATE_NOOP("Plotix", "Last Year")},
+    {KTVQuickRange::Last12Months, "last12Months", QT_TRANSLATE_NOOP("Plotix", "Last 12 Months")},
+    {KTVQuickRange::AllTime, "allTime", QT_TRANSLATE_NOOP("Plotix", "All Time"), MenuPlace::StartsGroup},
 };
 
 constexpr const QuickRange& quickRange(KTVQuickRange range)
@@ -68,11 +56,11 @@ constexpr const QuickRange& quickRange(KTVQuickRange range)
 /// Whether every row stands where `quickRange` looks for it.
 constexpr bool quickRangesAreInOrder()
 {
-    for (std::size_t index = 0; index < kQuickRanges.size(); ++index)
+    for (std::size_t index = 0; index < std::size(kQuickRanges); ++index)
         if (kQuickRanges[index].range != static_cast<KTVQuickRange>(index))
             return false;
     return true;
 }
 static_assert(quickRangesAreInOrder());
 
-inline constexpr int kQuickRangeCount = static_cast<int>(kQuickRanges.size());
+inline constexpr int kQuickRangeCount = static_cast<int>(std::size(kQuickRanges));
