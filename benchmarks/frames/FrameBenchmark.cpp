@@ -5,6 +5,8 @@
 
 #include "benchmarks/frames/BenchmarkGraph.h"
 #include "benchmarks/frames/FrameCases.h"
+#include "plotkit/layout/GraphGeometry.h"
+#include "plotkit/render/GraphFrames.h"
 #include "plotkit/render/GraphPainter.h"
 #include "plugins/PlotixPlugIn/logic/SeriesBuilder.h"
 
@@ -100,6 +102,34 @@ void resize(benchmark::State& state)
     }
 }
 
+/// A crosshair: two lines, each a pixel wide.
+class Crosshair : public CPTGraphLayer {
+public:
+    void drawInGraph(QPainter& painter, const plotkit::GraphGeometry& geometry) override
+    {
+        const QRectF& area = geometry.plotArea;
+        painter.fillRect(QRectF(area.left() + at, area.top(), 1, area.height()), Qt::white);
+        painter.fillRect(QRectF(area.left(), area.center().y(), area.width(), 1), Qt::white);
+    }
+    double at = 0;  ///< points from the plot area's left
+};
+
+/// A crosshair follows the pointer over plots that stay, or over plots that change each time.
+void moveLayer(benchmark::State& state, plotkit::GraphChange change)
+{
+    BenchmarkGraph shown(10, 10 * kMillion);
+    const auto crosshair = std::make_shared<Crosshair>();
+    shown.graph.addLayer(crosshair);
+    plotkit::GraphFrames frames;
+    QImage image(kScreen, QImage::Format_RGB32);
+    int step = 0;
+    for (auto unused : state) {
+        crosshair->at = step++ % 1000;
+        QPainter to(&image);
+        frames.paint(to, shown.graph, QRectF(QPointF(), image.size()), change);
+    }
+}
+
 void load(benchmark::State& state)
 {
     constexpr std::size_t kCount = 10 * kMillion;
@@ -126,6 +156,10 @@ void registerFrames()
     benchmark::RegisterBenchmark("zoom/10x10M/1920x1080", zoom)->Unit(benchmark::kMillisecond);
     benchmark::RegisterBenchmark("recolor/10x10M/1920x1080", recolor)->Unit(benchmark::kMillisecond);
     benchmark::RegisterBenchmark("resize/10x10M/1920x1080", resize)->Unit(benchmark::kMillisecond);
+    benchmark::RegisterBenchmark("layer/10x10M/1920x1080", moveLayer, plotkit::GraphChange::LayersOnly)
+        ->Unit(benchmark::kMillisecond);
+    benchmark::RegisterBenchmark("layer/10x10M/1920x1080/all", moveLayer, plotkit::GraphChange::Anything)
+        ->Unit(benchmark::kMillisecond);
     benchmark::RegisterBenchmark("load/10M", load)->Unit(benchmark::kMillisecond);
 }
 

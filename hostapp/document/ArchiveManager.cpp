@@ -137,7 +137,7 @@ void ArchiveManager::answer(const std::shared_ptr<Fetch>& fetch, const std::shar
         error = KTVError{failure.message()};
     } catch (const std::bad_alloc&) {
         error = KTVError{
-            QCoreApplication::translate("Memory", "The records do not fit into memory: choose a shorter range.")};
+            QCoreApplication::translate("MemoryText", "The records do not fit into memory: choose a shorter range.")};
     }
     const QString failure = error ? error->message : QString();
     if (fetch->completion)

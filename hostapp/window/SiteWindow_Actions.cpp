@@ -30,7 +30,7 @@
 namespace plotix {
 
 namespace {
-constexpr auto kSiteFilter = "Plotix sites (*.plotix)";
+constexpr auto kSiteFilter = QT_TRANSLATE_NOOP("plotix::SiteWindow", "Plotix sites (*.plotix)");
 }
 
 void SiteWindow::connectFileActions()

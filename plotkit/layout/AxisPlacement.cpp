@@ -1,10 +1,13 @@
 #include "plotkit/layout/AxisPlacement.h"
 
+#include "plotkit/layout/AxisFrame.h"
+#include "plotkit/layout/AxisTicks.h"
+
 #include <algorithm>
 #include <cmath>
 
-// An axis has a direction it runs along and one pointing away from the plot area, outward: downward for x, to the left
-// for y. Everything is reckoned in (along, outward from the axis line) and turned into the picture at the end.
+// Everything is reckoned in (along the axis, outward from its line); AxisFrame turns it into the picture's coordinates,
+// and is the only one to know at which of the four edges the axis stands.
 
 namespace plotkit {
 
@@ -22,10 +25,30 @@ double positive(double length)
     return std::isfinite(length) && length > 0 ? length : 0;
 }
 
+/// Where the axis line stands across the picture: at its distance from an edge, or where the other axis has its value.
+double lineOf(const CPTXYAxis& axis, const AxisSurroundings& in)
+{
+    const QRectF& area = in.plotArea;
+    const std::optional<CPTConstraints>& held = axis.axisConstraints();
+    if (!held)
+        return placeForValue(in.across, axis.orthogonalPosition());
+    if (axis.coordinate() == CPTCoordinate::X)
+        return held->upperOffset ? area.top() + *held->upperOffset : area.bottom() - held->lowerOffset;
+    return held->upperOffset ? area.right() - *held->upperOffset : area.left() + held->lowerOffset;
+}
+
+AxisEdge edgeOf(const CPTXYAxis& axis)
+{
+    return axis.axisConstraints() && axis.axisConstraints()->upperOffset ? AxisEdge::High : AxisEdge::Low;
+}
+
 class Placement {
 public:
     Placement(const CPTXYAxis& axis, const AxisSurroundings& surroundings)
-        : m_axis(axis), m_in(surroundings), m_isX(axis.coordinate() == CPTCoordinate::X), m_linePlace(linePlace())
+        : m_axis(axis),
+          m_in(surroundings),
+          m_frame(axis.coordinate(), lineOf(axis, surroundings), edgeOf(axis)),
+          m_edge(edgeOf(axis))
     {
     }
 
@@ -35,11 +58,9 @@ public:
         const bool visible = isVisible();
         if (visible)
             m_layout.labels = placedLabels();
-        else
-            m_layout.labels.clear();
         placeTicks(visible);
         if (visible) {
-            m_layout.line = lineAcross(alongStart(), alongEnd());
+            m_layout.line = m_frame.lineAlong(alongStart(), alongEnd());
             m_layout.title = placedTitle();
         }
         return std::move(m_layout);
@@ -50,55 +71,38 @@ private:
         double outward, inward;
     };
 
-    double linePlace() const
-    {
-        const QRectF& area = m_in.plotArea;
-        if (const auto& constraints = m_axis.axisConstraints())
-            return m_isX ? area.bottom() - constraints->lowerOffset : area.left() + constraints->lowerOffset;
-        return placeForValue(m_in.across, m_axis.orthogonalPosition());
-    }
-
     bool isVisible() const
     {
         const QRectF& area = m_in.plotArea;
-        const double low = m_isX ? area.top() : area.left();
-        const double high = m_isX ? area.bottom() : area.right();
-        return m_linePlace >= low - kRounding && m_linePlace <= high + kRounding;
+        const double low = m_frame.isX() ? area.top() : area.left();
+        const double high = m_frame.isX() ? area.bottom() : area.right();
+        return m_frame.line() >= low - kRounding && m_frame.line() <= high + kRounding;
     }
 
-    double alongStart() const { return m_isX ? m_in.plotArea.left() : m_in.plotArea.bottom(); }
-    double alongEnd() const { return m_isX ? m_in.plotArea.right() : m_in.plotArea.top(); }
-
-    QLineF lineAcross(double from, double to) const
-    {
-        return m_isX ? QLineF(from, m_linePlace, to, m_linePlace) : QLineF(m_linePlace, from, m_linePlace, to);
-    }
+    double alongStart() const { return m_frame.isX() ? m_in.plotArea.left() : m_in.plotArea.bottom(); }
+    double alongEnd() const { return m_frame.isX() ? m_in.plotArea.right() : m_in.plotArea.top(); }
 
     TickReach tickReach(double length) const
     {
         const double reach = positive(length);
-        switch (m_axis.tickDirection()) {
-        case CPTSign::Negative: return {reach, 0};
-        case CPTSign::Positive: return {0, reach};
-        case CPTSign::None: break;
-        }
-        return {reach / 2, reach / 2};
+        if (m_axis.tickDirection() == CPTSign::None)
+            return {reach / 2, reach / 2};
+        const bool isOutward = (m_axis.tickDirection() == CPTSign::Negative) == (m_edge == AxisEdge::Low);
+        return isOutward ? TickReach{reach, 0} : TickReach{0, reach};
     }
 
     QLineF tickLine(double value, double length) const
     {
-        const double place = placeForValue(m_in.along, value);
         const TickReach reach = tickReach(length);
-        return m_isX ? QLineF(place, m_linePlace - reach.inward, place, m_linePlace + reach.outward)
-                     : QLineF(m_linePlace - reach.outward, place, m_linePlace + reach.inward, place);
+        return m_frame.lineAcross(placeForValue(m_in.along, value), reach.inward, reach.outward);
     }
 
     QLineF gridLine(double value) const
     {
-        const double place = placeForValue(m_in.along, value);
+        const double along = placeForValue(m_in.along, value);
         const QRectF& area = m_in.plotArea;
-        return m_isX ? QLineF(place, area.top(), place, area.bottom())
-                     : QLineF(area.left(), place, area.right(), place);
+        return m_frame.isX() ? QLineF(along, area.top(), along, area.bottom())
+                             : QLineF(area.left(), along, area.right(), along);
     }
 
     void placeTicks(bool visible)
@@ -124,21 +128,16 @@ private:
         label.value = value;
         label.text = m_axis.labelFormatter() ? m_axis.labelFormatter()->stringForNumber(value) : QString();
         const QSizeF size = m_in.measureText(label.text, m_axis.labelTextStyle());
-        const double place = placeForValue(m_in.along, value);
         const double outward = tickReach(m_axis.majorTickLength()).outward + kLabelGap;
-        if (m_isX) {
-            label.box = QRectF(QPointF(place - size.width() / 2, m_linePlace + outward), size);
-        } else {
-            label.box = QRectF(QPointF(m_linePlace - outward - size.width(), place - size.height() / 2), size);
-            label.alignment = Qt::AlignRight | Qt::AlignVCenter;
-        }
+        label.box = m_frame.boxFrom(placeForValue(m_in.along, value), outward, size);
+        label.alignment = m_frame.labelAlignment();
         return label;
     }
 
     /// What a label takes along the axis, its distance to the next included.
     double extentAlong(const AxisLabel& label) const
     {
-        return m_isX ? label.box.width() + kLabelSpaceX : label.box.height() + kLabelSpaceY;
+        return m_frame.extentAlong(label.box) + (m_frame.isX() ? kLabelSpaceX : kLabelSpaceY);
     }
 
     /// One label in how many steps fits, judged by these labels.
@@ -198,7 +197,7 @@ private:
     {
         double reach = 0;
         for (const AxisLabel& label : m_layout.labels)
-            reach = std::max(reach, m_isX ? label.box.bottom() - m_linePlace : m_linePlace - label.box.left());
+            reach = std::max(reach, m_frame.reachOf(label.box));
         return reach;
     }
 
@@ -210,9 +209,7 @@ private:
         const double labelsEnd = m_layout.labels.empty() ? 0 : labelReach();
         const double wanted = std::max({titleOffset(), ticksEnd, labelsEnd > 0 ? labelsEnd + kTitleGap : 0});
         const double nearest = std::max(ticksEnd, labelsEnd + kTitleClearance);
-        const QRectF& inside = m_in.frameInside;
-        const double room = m_isX ? inside.bottom() - m_linePlace : m_linePlace - inside.left();
-        return std::max(nearest, std::min(wanted, room - depth));
+        return std::max(nearest, std::min(wanted, m_frame.reachOf(m_in.frameInside) - depth));
     }
 
     /// The same for a title inside the plot area, beside the inner ends of the ticks: negative.
@@ -228,12 +225,9 @@ private:
         const QPointF centre = m_in.plotArea.center();
         PlacedText title;
         title.text = m_axis.title();
-        title.readsUpward = !m_isX;
-        if (m_isX)
-            title.box = QRectF(QPointF(centre.x() - size.width() / 2, m_linePlace + distance), size);
-        else
-            title.box = QRectF(m_linePlace - distance - size.height(), centre.y() - size.width() / 2, size.height(),
-                               size.width());
+        title.readsUpward = !m_frame.isX();
+        title.box = m_frame.boxFrom(m_frame.isX() ? centre.x() : centre.y(), distance,
+                                    title.readsUpward ? size.transposed() : size);
         return title;
     }
 
@@ -242,8 +236,8 @@ private:
     {
         PlacedText title;
         title.text = m_axis.title();
-        title.alignment = Qt::AlignLeft | Qt::AlignVCenter;
-        const double left = m_linePlace - tickReach(m_axis.majorTickLength()).outward;
+        title.alignment = m_frame.alignmentAboveEnd();
+        const double left = m_frame.lowSideEndingAt(tickReach(m_axis.majorTickLength()).outward, size.width());
         const double room = m_in.plotArea.top() - m_in.frameInside.top() - size.height();
         const double gap = std::max(kTitleClearance, std::min(kTitleGap, room));
         title.box = QRectF(QPointF(left, m_in.plotArea.top() - gap - size.height()), size);
@@ -266,7 +260,7 @@ private:
         std::vector<PlacedText> places;
         if (titleOffset() >= 0) {
             places.push_back(titleAlongAxis(size, outerTitleDistance(size.height())));
-            if (!m_isX)
+            if (!m_frame.isX())
                 places.push_back(titleAboveAxis(size));
         }
         places.push_back(titleAlongAxis(size, innerTitleDistance(size.height())));
@@ -277,8 +271,8 @@ private:
 
     const CPTXYAxis& m_axis;
     const AxisSurroundings& m_in;
-    const bool m_isX;
-    const double m_linePlace;
+    const AxisFrame m_frame;
+    const AxisEdge m_edge;
     TickPlan m_plan;
     AxisLayout m_layout;
 };

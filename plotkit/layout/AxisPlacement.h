@@ -1,8 +1,10 @@
 #pragma once
 
+#include "plotkit/layout/AxisLayout.h"
 #include "plotkit/layout/AxisMapping.h"
-#include "plotkit/layout/AxisTicks.h"
-#include "plotkit/layout/GraphLayout.h"
+#include "plotkit/model/CPTAxis.h"
+
+#include <QtCore/QRectF>
 
 /// Placing one axis in a picture: line, ticks, grid, labels and title. Internal to the graph's layout.
 namespace plotkit {

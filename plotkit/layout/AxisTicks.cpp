@@ -56,7 +56,7 @@ TickPlan fixedPlan(const CPTXYAxis& axis)
     plan.origin = std::isfinite(axis.labelingOrigin()) ? axis.labelingOrigin() : 0;
     plan.step = std::abs(axis.majorIntervalLength());
     plan.minors = std::max(0, axis.minorTicksPerInterval());
-    plan.isTime = dynamic_cast<const CPTTimeFormatter*>(axis.labelFormatter().get()) != nullptr;
+    plan.isTime = axis.tickThinning() == CPTTickThinning::ClockTimes;
     return plan;
 }
 

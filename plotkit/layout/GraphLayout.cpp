@@ -2,21 +2,14 @@
 
 #include "plotkit/layout/AxisMapping.h"
 #include "plotkit/layout/AxisPlacement.h"
+#include "plotkit/layout/GraphGeometry.h"
+#include "plotkit/layout/PaddedRect.h"
 
 #include <algorithm>
 
 namespace plotkit {
 
 namespace {
-
-/// What padding leaves; nothing rather than a negative size, also for a padding that is not a number.
-QRectF insideOf(const QRectF& rectangle, const CPTPadding& padding)
-{
-    const double width = rectangle.width() - padding.left - padding.right;
-    const double height = rectangle.height() - padding.top - padding.bottom;
-    const QPointF corner(rectangle.left() + padding.left, rectangle.top() + padding.top);
-    return {corner, QSizeF(width > 0 ? width : 0, height > 0 ? height : 0)};
-}
 
 double borderWidth(const CPTPlotAreaFrame& frame)
 {
@@ -44,18 +37,37 @@ std::optional<PlacedText> placedTitle(const CPTXYGraph& graph, const QRectF& rec
     return title;
 }
 
-}  // namespace
-
-QRectF plotAreaOfGraph(const CPTXYGraph& graph, const QRectF& rectangle)
+/// Where axes cross inside the picture their labels may overlap: those of the axes before go first, time before values.
+void leaveOutLabelsThatOverlap(std::vector<AxisLayout>& axes)
 {
-    return insideOf(insideOf(rectangle, graph.padding()), graph.plotAreaFrame().padding);
+    const auto overlaps = [](const AxisLayout& axis, const AxisLabel& label) {
+        return std::any_of(axis.labels.begin(), axis.labels.end(),
+                           [&label](const AxisLabel& other) { return other.box.intersects(label.box); });
+    };
+    for (std::size_t axis = 1; axis < axes.size(); ++axis)
+        for (std::size_t before = 0; before < axis; ++before)
+            std::erase_if(axes[axis].labels, [&](const AxisLabel& label) { return overlaps(axes[before], label); });
 }
+
+AxisLayout placedAxis(const CPTXYAxis& axis, const GraphGeometry& geometry, const QRectF& frameInside,
+                      const TextMeasure& measureText)
+{
+    const CPTXYPlotSpace& space = geometry.graph.plotSpaceOf(axis);
+    const AxisMapping x = geometry.xMappingOf(space);
+    const AxisMapping y = geometry.yMappingOf(space);
+    const bool isX = axis.coordinate() == CPTCoordinate::X;
+    return placeAxis(axis, {geometry.rectangle, frameInside, geometry.plotArea, isX ? x : y, isX ? y : x, measureText});
+}
+
+}  // namespace
 
 GraphLayout layOutGraph(const CPTXYGraph& graph, const QRectF& rectangle, const TextMeasure& measureText)
 {
+    const GraphGeometry geometry = geometryOfGraph(graph, rectangle);
     GraphLayout layout;
-    layout.frame = insideOf(rectangle, graph.padding());
-    layout.plotArea = plotAreaOfGraph(graph, rectangle);
+    layout.frame = geometry.frame;
+    layout.plotArea = geometry.plotArea;
+    layout.axes.resize(graph.axes().axes().size());
     const double border = borderWidth(graph.plotAreaFrame());
     const QRectF frameInside = insideOf(layout.frame, {border, border, border, border});
     if (!layout.frame.isEmpty())
@@ -63,18 +75,12 @@ GraphLayout layOutGraph(const CPTXYGraph& graph, const QRectF& rectangle, const 
     if (layout.plotArea.isEmpty())
         return layout;
 
-    const AxisMapping x = xMapping(graph.plotSpace().xRange(), layout.plotArea);
-    const AxisMapping y = yMapping(graph.plotSpace().yRange(), layout.plotArea);
-    layout.xAxis = placeAxis(graph.axes().xAxis(), {rectangle, frameInside, layout.plotArea, x, y, measureText});
-    layout.yAxis = placeAxis(graph.axes().yAxis(), {rectangle, frameInside, layout.plotArea, y, x, measureText});
-    // Where the axes cross inside the picture their labels may meet: time goes first.
-    std::erase_if(layout.yAxis.labels, [&layout](const AxisLabel& label) {
-        return std::any_of(layout.xAxis.labels.begin(), layout.xAxis.labels.end(),
-                           [&label](const AxisLabel& other) { return other.box.intersects(label.box); });
-    });
-    for (AxisLayout* axis : {&layout.xAxis, &layout.yAxis})
-        if (layout.title && axis->title && layout.title->box.intersects(axis->title->box))
-            axis->title.reset();
+    std::transform(graph.axes().axes().begin(), graph.axes().axes().end(), layout.axes.begin(),
+                   [&](const CPTXYAxisPtr& axis) { return placedAxis(*axis, geometry, frameInside, measureText); });
+    leaveOutLabelsThatOverlap(layout.axes);
+    for (AxisLayout& axis : layout.axes)
+        if (layout.title && axis.title && layout.title->box.intersects(axis.title->box))
+            axis.title.reset();
     return layout;
 }
 

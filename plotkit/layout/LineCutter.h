@@ -1,6 +1,11 @@
 #pragma once
 
-#include "plotkit/layout/PlotReduction.h"
+#include "plotkit/layout/ReducedPlot.h"
+
+#include <QtCore/QPointF>
+#include <QtCore/QRectF>
+
+#include <cstddef>
 
 /// Collects a line's points, cut at a rectangle, into the parts of a reduced plot.
 ///

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "plotkit/layout/PlotReduction.h"
+#include "plotkit/layout/PlotView.h"
 #include "plotkit/layout/SeriesBins.h"
 
 #include <array>

@@ -2,6 +2,7 @@
 
 #include "plotkit/layout/AxisMapping.h"
 #include "plotkit/layout/LineCutter.h"
+#include "plotkit/layout/SeriesBins.h"
 #include "plotkit/layout/SortedSearch.h"
 #include "plotkit/model/CPTSeriesIndex.h"
 
@@ -19,11 +20,6 @@ namespace {
 
 /// A bin with no more elements than this gives them all, which is exact and as cheap.
 constexpr std::size_t kFewElements = 4;
-/// In a bin of this many elements one block of the index is a sixteenth of the bin at most, if times are even.
-constexpr std::size_t kDenseElements = 16 * CPTSeriesIndex::kFineBlock;
-constexpr double kSnapShare = 1.0 / 8;
-/// How many bins ahead memory is asked for.
-constexpr std::size_t kBinsAhead = 6;
 /// Bounds the work for areas far wider than any screen or page.
 constexpr double kMostBins = 1 << 20;
 /// A crowd of walkers standing in the same fourth of a pixel is one.
@@ -113,16 +109,16 @@ private:
         const double perPlace = valuePerPlace(m_xMapping);
         const QRectF grown = grownArea(m_view);
         const double margin = (grown.width() - m_view.area.width()) / 2;
-        m_low = m_view.xRange.minLimit() - margin * perPlace;
+        const double low = m_view.xRange.minLimit() - margin * perPlace;
         const double high = m_view.xRange.maxLimit() + margin * perPlace;
         const std::size_t elements = m_x.size();
-        const std::size_t first = firstElementAt(m_x, 0, elements, elements / 2, m_low);
+        const std::size_t first = firstElementAt(m_x, 0, elements, elements / 2, low);
         const std::size_t last = static_cast<std::size_t>(
             std::upper_bound(m_x.begin() + static_cast<std::ptrdiff_t>(first), m_x.end(), high) - m_x.begin());
         const int columnsPerPixel = std::clamp(m_view.columnsPerPixel, 1, 64);
         const double wanted = std::ceil(grown.width() * columnsPerPixel);
         const auto bins = static_cast<std::size_t>(std::min(wanted, kMostBins));
-        m_binWidth = perPlace * grown.width() / static_cast<double>(bins);
+        const double binWidth = perPlace * grown.width() / static_cast<double>(bins);
 
         const std::size_t before = m_series.index().lastPointBefore(first);
         if (before < elements)
@@ -130,49 +126,25 @@ private:
         if (last - first <= 2 * bins)
             addElements(first, last);
         else
-            addBins(first, last, bins);
+            addBins({low, binWidth, 0, bins}, last);
         const std::size_t after = m_series.index().firstPointFrom(last);
         if (after < elements)
             addElement(after);
     }
 
-    void addBins(std::size_t first, std::size_t last, std::size_t bins)
+    void addBins(const BinGrid& grid, std::size_t last)
     {
-        std::size_t from = first;
-        std::size_t stride = (last - first) / bins;
-        for (std::size_t number = 0; number < bins && from < last; ++number) {
-            const double edge = m_low + static_cast<double>(number + 1) * m_binWidth;
-            fetchAhead(from + kBinsAhead * stride, last);
-            // The last bin takes what rounding left over.
-            const std::size_t to =
-                number + 1 == bins ? last : snapped(from, firstElementAt(m_x, from, last, from + stride, edge), edge);
-            stride = to - from;
-            addBin(from, to);
-            from = to;
-        }
-    }
-
-    /// Has memory sent ahead of its use: each bin reads a few places far apart.
-    void fetchAhead(std::size_t element, std::size_t last) const
-    {
-        if (element >= last)
-            return;
-        __builtin_prefetch(m_x.data() + element);
-        __builtin_prefetch(m_series.y().data() + element);
-    }
-
-    /// Moves a dense bin's end back to where a block of the index begins, if that is no move to speak of, so that the
-    /// samples themselves need not be read.
-    std::size_t snapped(std::size_t from, std::size_t to, double edge) const
-    {
-        if (to - from < kDenseElements)
-            return to;
-        const std::size_t block = to - to % CPTSeriesIndex::kFineBlock;
-        return block < to && m_x[block] >= edge - m_binWidth * kSnapShare ? block : to;
+        BinEdges edges;
+        edges.cover(m_series, grid);
+        // The last bin takes what rounding left over.
+        for (std::size_t bin = 0; bin < grid.count; ++bin)
+            addBin(edges.edges()[bin], bin + 1 == grid.count ? last : std::min(edges.edges()[bin + 1], last));
     }
 
     void addBin(std::size_t from, std::size_t to)
     {
+        if (from >= to)
+            return;
         if (to - from <= kFewElements) {
             addElements(from, to);
             return;
@@ -212,8 +184,6 @@ private:
     AxisMapping m_xMapping;
     AxisMapping m_yMapping;
     LineCutter m_cutter;
-    double m_low = 0;       // value at the first bin's edge
-    double m_binWidth = 0;  // values
 };
 
 }  // namespace

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "plotkit/layout/BinRows.h"
 #include "plotkit/layout/SlidingRow.h"
 #include "plotkit/model/CPTPointSeries.h"
 #include "plotkit/model/CPTSeriesIndex.h"
@@ -28,31 +29,6 @@ struct BinGrid {
 
     /// The bins that hold all of [low, high]. Requires: finite values, low ≤ high, width positive.
     static BinGrid covering(double low, double high, double width);
-};
-
-/// The points of one bin: the first, the last, and the extremes. Where they stand is a share of the bin's width. In a
-/// crowded bin that ends with a block of the index, `last` may be the very next point.
-struct BinSummary {
-    float first, min, max, last;
-    float enter, leave;
-    bool isEmpty() const { return !(min <= max); }
-};
-
-/// Summaries of bins side by side, each number in a row of its own. *Borrows* the rows, which can be read and written
-/// SlidingRow::kPadding numbers beyond the last bin.
-struct BinRows {
-    float *first, *min, *max, *last, *enter, *leave;
-
-    void set(std::size_t bin, const BinSummary& summary) const
-    {
-        first[bin] = summary.first;
-        min[bin] = summary.min;
-        max[bin] = summary.max;
-        last[bin] = summary.last;
-        enter[bin] = summary.enter;
-        leave[bin] = summary.leave;
-    }
-    BinSummary at(std::size_t bin) const { return {first[bin], min[bin], max[bin], last[bin], enter[bin], leave[bin]}; }
 };
 
 /// Bins that are to be worked out, as places in a grid: [0, keptFirst) and [keptLast, count).

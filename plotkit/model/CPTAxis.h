@@ -5,20 +5,34 @@
 #include "plotkit/model/CPTStyles.h"
 
 #include <functional>
+#include <memory>
 #include <optional>
 
+class CPTXYPlotSpace;
+
 enum class CPTAxisLabelingPolicy { Automatic, FixedInterval };
+/// Which ticks of a fixed interval stay where not all of them have room: those at round multiples, or, of an interval
+/// in seconds, those at times a clock or a calendar knows.
+enum class CPTTickThinning { RoundNumbers, ClockTimes };
 enum class CPTSign { None, Positive, Negative };  ///< None: ticks cross the axis
 
 /// One axis: how it is labelled and styled, as plain state. Every styled value can be read back.
 ///
 /// Fixed interval: majors at whole multiples of `majorIntervalLength` from `labelingOrigin`. Automatic: about five
-/// majors at 1, 2 or 5 × 10ⁿ; the stored interval is kept but places no tick. The axis set *owns* it. Main thread only.
+/// majors at 1, 2 or 5 × 10ⁿ; the stored interval is kept but places no tick. Where ticks stand is decided by these and
+/// never by how they are written. The axis set *shares* it with whoever added it. Main thread only.
 class CPTXYAxis {
 public:
     explicit CPTXYAxis(CPTCoordinate coordinate);
 
     CPTCoordinate coordinate() const { return m_coordinate; }
+
+    /// The space whose range it shows; null is the graph's default one. Held *weakly*.
+    std::shared_ptr<const CPTXYPlotSpace> plotSpace() const { return m_plotSpace.lock(); }
+    void setPlotSpace(const std::shared_ptr<const CPTXYPlotSpace>& space)
+    {
+        set(m_plotSpace, std::weak_ptr<const CPTXYPlotSpace>(space));
+    }
 
     CPTAxisLabelingPolicy labelingPolicy() const { return m_labelingPolicy; }
     void setLabelingPolicy(CPTAxisLabelingPolicy policy) { set(m_labelingPolicy, policy); }
@@ -28,6 +42,8 @@ public:
     void setMinorTicksPerInterval(int count) { set(m_minorTicksPerInterval, count); }
     double labelingOrigin() const { return m_labelingOrigin; }
     void setLabelingOrigin(double origin) { set(m_labelingOrigin, origin); }
+    CPTTickThinning tickThinning() const { return m_tickThinning; }
+    void setTickThinning(CPTTickThinning thinning) { set(m_tickThinning, thinning); }
     const CPTFormatterPtr& labelFormatter() const { return m_labelFormatter; }
     void setLabelFormatter(CPTFormatterPtr formatter) { set(m_labelFormatter, std::move(formatter)); }
     const CPTTextStyle& labelTextStyle() const { return m_labelTextStyle; }
@@ -75,10 +91,12 @@ private:
     }
 
     CPTCoordinate m_coordinate;
+    std::weak_ptr<const CPTXYPlotSpace> m_plotSpace;
     CPTAxisLabelingPolicy m_labelingPolicy = CPTAxisLabelingPolicy::Automatic;
     double m_majorIntervalLength = 1;
     int m_minorTicksPerInterval = 1;
     double m_labelingOrigin = 0;
+    CPTTickThinning m_tickThinning = CPTTickThinning::RoundNumbers;
     CPTFormatterPtr m_labelFormatter;  ///< the default: one decimal
     CPTTextStyle m_labelTextStyle;
     QString m_title;
@@ -97,17 +115,4 @@ private:
     std::function<void()> m_changeHandler;
 };
 
-/// The axes of a graph: x first, y last. The graph *owns* it.
-class CPTXYAxisSet {
-public:
-    CPTXYAxis* xAxis() { return &m_xAxis; }
-    CPTXYAxis* yAxis() { return &m_yAxis; }
-    CPTXYAxis* firstAxis() { return &m_xAxis; }
-    CPTXYAxis* lastAxis() { return &m_yAxis; }
-    const CPTXYAxis& xAxis() const { return m_xAxis; }
-    const CPTXYAxis& yAxis() const { return m_yAxis; }
-
-private:
-    CPTXYAxis m_xAxis{CPTCoordinate::X};
-    CPTXYAxis m_yAxis{CPTCoordinate::Y};
-};
+using CPTXYAxisPtr = std::shared_ptr<CPTXYAxis>;

@@ -21,9 +21,23 @@ bool isFinite(const CPTPlotRange& range)
 
 CPTPlotSpaceDelegate::~CPTPlotSpaceDelegate() = default;
 
+const CPTPlotRange& CPTXYPlotSpace::xRange() const
+{
+    const std::shared_ptr<const CPTXYPlotSpace> leader = m_xLeader.lock();
+    return leader ? leader->m_xRange : m_xRange;
+}
+
+void CPTXYPlotSpace::followXOf(const std::shared_ptr<const CPTXYPlotSpace>& leader)
+{
+    m_xLeader = leader;
+    if (m_changeHandler)
+        m_changeHandler();
+}
+
 void CPTXYPlotSpace::setXRange(const CPTPlotRange& range)
 {
-    setRange(m_xRange, range, CPTCoordinate::X);
+    if (m_xLeader.expired())
+        setRange(m_xRange, range, CPTCoordinate::X);
 }
 
 void CPTXYPlotSpace::setYRange(const CPTPlotRange& range)
@@ -73,7 +87,7 @@ void CPTXYPlotSpace::scaleBy(double factor, QPointF aboutPoint)
         return;
     if (m_delegate && !m_delegate->plotSpaceShouldScaleBy(this, factor, aboutPoint))
         return;
-    const CPTPlotRange x = rangeScaledAbout(m_xRange, factor, aboutPoint.x());
+    const CPTPlotRange x = rangeScaledAbout(xRange(), factor, aboutPoint.x());
     const CPTPlotRange y = rangeScaledAbout(m_yRange, factor, aboutPoint.y());
     if (isFinite(x))
         setXRange(x);

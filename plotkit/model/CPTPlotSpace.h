@@ -25,9 +25,10 @@ public:
     virtual bool plotSpaceShouldHandlePointingDeviceCancelledEvent(CPTXYPlotSpace* space) = 0;
 };
 
-/// The two ranges a graph shows, both 0…1 at first.
+/// Two ranges that plots and axes of a graph stand in, both 0…1 at first.
 ///
-/// Setting a range asks the delegate first, stores its answer, then tells it. The graph *owns* it. Main thread only.
+/// Setting a range asks the delegate first, stores its answer, then tells it. The graph *shares* it with whoever added
+/// it. Main thread only.
 class CPTXYPlotSpace {
 public:
     CPTPlotSpaceDelegate* delegate() const { return m_delegate; }
@@ -36,10 +37,15 @@ public:
     bool allowsUserInteraction() const { return m_allowsUserInteraction; }
     void setAllowsUserInteraction(bool allowed) { m_allowsUserInteraction = allowed; }
 
-    const CPTPlotRange& xRange() const { return m_xRange; }
+    const CPTPlotRange& xRange() const;
     const CPTPlotRange& yRange() const { return m_yRange; }
     void setXRange(const CPTPlotRange& range);
     void setYRange(const CPTPlotRange& range);
+
+    /// From here on shows the x range that another space of the same graph stores itself, and passes over x ranges
+    /// proposed to this one: a second value axis over the same time. Held *weakly*; null, or the other one gone: its
+    /// own x range again, as it was left.
+    void followXOf(const std::shared_ptr<const CPTXYPlotSpace>& leader);
 
     /// Proposes the union of the plots' x extents, then that of their y extents, each as it stands (length zero too).
     /// Hidden plots count. No points at all: nothing is proposed.
@@ -49,7 +55,7 @@ public:
     /// unless the delegate declines. Factors that are not positive and finite are ignored.
     void scaleBy(double factor, QPointF aboutPoint);
 
-    /// Called after every change of a range.
+    /// Called after every change of a range, but not of one that is followed.
     void setChangeHandler(std::function<void()> handler) { m_changeHandler = std::move(handler); }
 
 private:
@@ -57,7 +63,10 @@ private:
 
     CPTPlotSpaceDelegate* m_delegate = nullptr;
     bool m_allowsUserInteraction = false;
+    std::weak_ptr<const CPTXYPlotSpace> m_xLeader;
     CPTPlotRange m_xRange{0, 1};
     CPTPlotRange m_yRange{0, 1};
     std::function<void()> m_changeHandler;
 };
+
+using CPTXYPlotSpacePtr = std::shared_ptr<CPTXYPlotSpace>;

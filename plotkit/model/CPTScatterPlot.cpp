@@ -7,6 +7,12 @@ CPTScatterPlot::~CPTScatterPlot()
     QObject::disconnect(m_connection);
 }
 
+void CPTScatterPlot::setPlotSpace(const std::shared_ptr<const CPTXYPlotSpace>& space)
+{
+    m_plotSpace = space;
+    changed();
+}
+
 void CPTScatterPlot::setDataLineStyle(const CPTLineStyle& style)
 {
     m_dataLineStyle = style;

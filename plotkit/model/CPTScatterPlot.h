@@ -9,6 +9,7 @@
 #include <memory>
 
 class CPTScatterPlot;
+class CPTXYPlotSpace;
 
 /// Told when a plot has been drawn. Borrowed by the plots; reset or outlive.
 class CPTPlotDelegate {
@@ -34,6 +35,10 @@ public:
     CPTPlotDelegate* delegate() const { return m_delegate; }
     void setDelegate(CPTPlotDelegate* delegate) { m_delegate = delegate; }
 
+    /// The space whose ranges it is drawn by; null is the graph's default one. Held *weakly*.
+    std::shared_ptr<const CPTXYPlotSpace> plotSpace() const { return m_plotSpace.lock(); }
+    void setPlotSpace(const std::shared_ptr<const CPTXYPlotSpace>& space);
+
     const CPTLineStyle& dataLineStyle() const { return m_dataLineStyle; }
     void setDataLineStyle(const CPTLineStyle& style);
 
@@ -58,6 +63,7 @@ private:
 
     QString m_identifier;
     CPTPlotDelegate* m_delegate = nullptr;
+    std::weak_ptr<const CPTXYPlotSpace> m_plotSpace;
     CPTLineStyle m_dataLineStyle;
     bool m_hidden = false;
     QString m_xKeyPath;

@@ -45,9 +45,11 @@ struct CPTFill {
     friend bool operator==(const CPTFill&, const CPTFill&) = default;
 };
 
-/// Holds an axis at a fixed distance from the low edge of the plot area.
+/// Holds an axis at a fixed distance from an edge of the plot area: its low one, or its high one where an upper offset
+/// is given. At the high edge everything of the axis is turned round: what stands outside stands on that side.
 struct CPTConstraints {
-    double lowerOffset = 0.0;
+    double lowerOffset = 0.0;             ///< inward from the left or lower edge
+    std::optional<double> upperOffset{};  ///< inward from the right or upper edge
     friend bool operator==(const CPTConstraints&, const CPTConstraints&) = default;
 };
 

@@ -22,8 +22,8 @@ public:
         graph.setFill({{{0.0, grey(0.1)}, {0.5, grey(0.3)}, {1.0, grey(0.1)}}});
         applyToFrame(graph);
         graph.setTitleTextStyle(whiteText());
-        applyToAxis(*graph.axisSet()->xAxis());
-        applyToAxis(*graph.axisSet()->yAxis());
+        for (const CPTXYAxisPtr& axis : graph.axisSet()->axes())
+            applyToAxis(*axis);
     }
 
 private:

@@ -1,19 +1,52 @@
 #include "plotkit/model/CPTXYGraph.h"
 
 #include <algorithm>
+#include <iterator>
+
+namespace {
+
+/// Adds what the list does not hold yet; a null is never added.
+template <class T>
+bool add(std::vector<std::shared_ptr<T>>& list, const std::shared_ptr<T>& element)
+{
+    if (!element || std::find(list.begin(), list.end(), element) != list.end())
+        return false;
+    list.push_back(element);
+    return true;
+}
+
+/// Takes an element out of the list, from `first` on, and its change handler from it. `element` may be a reference to
+/// the very one that goes.
+template <class T>
+bool remove(std::vector<std::shared_ptr<T>>& list, const std::shared_ptr<T>& element, std::ptrdiff_t first = 0)
+{
+    const auto found = std::find(list.begin() + first, list.end(), element);
+    if (found == list.end())
+        return false;
+    const std::shared_ptr<T> removed = *found;
+    list.erase(found);
+    removed->setChangeHandler({});
+    return true;
+}
+
+}  // namespace
 
 CPTXYGraph::CPTXYGraph(const QRectF& frame) : m_bounds(frame)
 {
     const auto needsDisplay = [this] { setNeedsDisplay(); };
-    m_plotSpace.setChangeHandler(needsDisplay);
-    m_axisSet.xAxis()->setChangeHandler(needsDisplay);
-    m_axisSet.yAxis()->setChangeHandler(needsDisplay);
+    m_plotSpaces.front()->setChangeHandler(needsDisplay);
+    m_axisSet.setChangeHandler(needsDisplay);
 }
 
 CPTXYGraph::~CPTXYGraph()
 {
+    // What was added may outlive the graph.
     for (const CPTScatterPlotPtr& plot : m_plots)
-        plot->setChangeHandler({});  // the plots may outlive the graph
+        plot->setChangeHandler({});
+    for (const CPTXYPlotSpacePtr& space : m_plotSpaces)
+        space->setChangeHandler({});
+    for (const CPTGraphLayerPtr& layer : m_layers)
+        layer->setChangeHandler({});
 }
 
 void CPTXYGraph::applyTheme(const CPTTheme* theme)
@@ -22,24 +55,70 @@ void CPTXYGraph::applyTheme(const CPTTheme* theme)
         theme->applyToGraph(*this);
 }
 
+void CPTXYGraph::addPlotSpace(const CPTXYPlotSpacePtr& space)
+{
+    if (!add(m_plotSpaces, space))
+        return;
+    space->setChangeHandler([this] { setNeedsDisplay(); });
+    setNeedsDisplay();
+}
+
+void CPTXYGraph::removePlotSpace(const CPTXYPlotSpacePtr& space)
+{
+    if (remove(m_plotSpaces, space, 1))
+        setNeedsDisplay();
+}
+
+const CPTXYPlotSpace& CPTXYGraph::spaceNamed(const std::shared_ptr<const CPTXYPlotSpace>& space) const
+{
+    const auto found = std::find(m_plotSpaces.begin(), m_plotSpaces.end(), space);
+    return found == m_plotSpaces.end() ? plotSpace() : **found;
+}
+
+const CPTXYPlotSpace& CPTXYGraph::plotSpaceOf(const CPTScatterPlot& plot) const
+{
+    return spaceNamed(plot.plotSpace());
+}
+
+const CPTXYPlotSpace& CPTXYGraph::plotSpaceOf(const CPTXYAxis& axis) const
+{
+    return spaceNamed(axis.plotSpace());
+}
+
+std::vector<CPTScatterPlotPtr> CPTXYGraph::plotsIn(const CPTXYPlotSpace& space) const
+{
+    std::vector<CPTScatterPlotPtr> plots;
+    std::copy_if(m_plots.begin(), m_plots.end(), std::back_inserter(plots),
+                 [&](const CPTScatterPlotPtr& plot) { return &plotSpaceOf(*plot) == &space; });
+    return plots;
+}
+
 void CPTXYGraph::addPlot(const CPTScatterPlotPtr& plot)
 {
-    if (!plot || std::find(m_plots.begin(), m_plots.end(), plot) != m_plots.end())
+    if (!add(m_plots, plot))
         return;
-    m_plots.push_back(plot);
     plot->setChangeHandler([this] { setNeedsDisplay(); });
     setNeedsDisplay();
 }
 
 void CPTXYGraph::removePlot(const CPTScatterPlotPtr& plot)
 {
-    const auto found = std::find(m_plots.begin(), m_plots.end(), plot);
-    if (found == m_plots.end())
+    if (remove(m_plots, plot))
+        setNeedsDisplay();
+}
+
+void CPTXYGraph::addLayer(const CPTGraphLayerPtr& layer)
+{
+    if (!add(m_layers, layer))
         return;
-    const CPTScatterPlotPtr removed = *found;  // `plot` may be a reference to the very element that goes
-    m_plots.erase(found);
-    removed->setChangeHandler({});
-    setNeedsDisplay();
+    layer->setChangeHandler([this] { setLayersNeedDisplay(); });
+    setLayersNeedDisplay();
+}
+
+void CPTXYGraph::removeLayer(const CPTGraphLayerPtr& layer)
+{
+    if (remove(m_layers, layer))
+        setLayersNeedDisplay();
 }
 
 CPTScatterPlotPtr CPTXYGraph::plotWithIdentifier(const QString& identifier) const
@@ -110,4 +189,10 @@ void CPTXYGraph::setNeedsDisplay() const
 {
     if (m_needsDisplayHandler)
         m_needsDisplayHandler();
+}
+
+void CPTXYGraph::setLayersNeedDisplay() const
+{
+    if (m_layersNeedDisplayHandler)
+        m_layersNeedDisplayHandler();
 }

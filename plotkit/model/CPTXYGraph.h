@@ -1,6 +1,7 @@
 #pragma once
 
-#include "plotkit/model/CPTAxis.h"
+#include "plotkit/model/CPTAxisSet.h"
+#include "plotkit/model/CPTGraphLayer.h"
 #include "plotkit/model/CPTPlotSpace.h"
 #include "plotkit/model/CPTScatterPlot.h"
 
@@ -34,7 +35,10 @@ struct CPTPlotAreaFrame {
     double cornerRadius = 0;
 };
 
-/// An XY graph: one plot space, two axes, any number of scatter plots. State only; plotkit/render draws it.
+/// An XY graph: plot spaces, axes, scatter plots, and layers above them. State only; plotkit/render draws it.
+///
+/// Every plot and every axis names the plot space it stands in. Who names none, or one that is not in this graph,
+/// stands in the default one, which is the first and always there.
 ///
 /// Whoever made it *shares* it with the hosting view. Main thread only.
 class CPTXYGraph {
@@ -46,8 +50,17 @@ public:
 
     void applyTheme(const CPTTheme* theme);  ///< null: nothing happens
 
-    CPTXYPlotSpace* defaultPlotSpace() { return &m_plotSpace; }
-    const CPTXYPlotSpace& plotSpace() const { return m_plotSpace; }
+    CPTXYPlotSpace* defaultPlotSpace() { return m_plotSpaces.front().get(); }
+    const CPTXYPlotSpace& plotSpace() const { return *m_plotSpaces.front(); }
+    const std::vector<CPTXYPlotSpacePtr>& allPlotSpaces() const { return m_plotSpaces; }  ///< the default one first
+    void addPlotSpace(const CPTXYPlotSpacePtr& space);     ///< null, or added already: nothing happens
+    void removePlotSpace(const CPTXYPlotSpacePtr& space);  ///< the default one, or not in the graph: nothing happens
+
+    const CPTXYPlotSpace& plotSpaceOf(const CPTScatterPlot& plot) const;
+    const CPTXYPlotSpace& plotSpaceOf(const CPTXYAxis& axis) const;
+    /// The plots that stand in a space of this graph, first to last: what it is fitted to.
+    std::vector<CPTScatterPlotPtr> plotsIn(const CPTXYPlotSpace& space) const;
+
     CPTXYAxisSet* axisSet() { return &m_axisSet; }
     const CPTXYAxisSet& axes() const { return m_axisSet; }
 
@@ -55,6 +68,10 @@ public:
     void addPlot(const CPTScatterPlotPtr& plot);
     void removePlot(const CPTScatterPlotPtr& plot);  ///< not in the graph: nothing happens
     CPTScatterPlotPtr plotWithIdentifier(const QString& identifier) const;
+
+    const std::vector<CPTGraphLayerPtr>& layers() const { return m_layers; }  ///< from the lowest to the topmost
+    void addLayer(const CPTGraphLayerPtr& layer);     ///< on top; null, or added already: nothing happens
+    void removeLayer(const CPTGraphLayerPtr& layer);  ///< not in the graph: nothing happens
 
     const QRectF& bounds() const { return m_bounds; }  ///< points
     void setBounds(const QRectF& bounds);
@@ -79,11 +96,17 @@ public:
     /// Called after every change of anything the graph shows; the hosting view sets it to repaint.
     void setNeedsDisplayHandler(std::function<void()> handler) { m_needsDisplayHandler = std::move(handler); }
     void setNeedsDisplay() const;
+    /// Called after changes that only the layers show: nothing beneath them need be drawn again.
+    void setLayersNeedDisplayHandler(std::function<void()> handler) { m_layersNeedDisplayHandler = std::move(handler); }
+    void setLayersNeedDisplay() const;
 
 private:
-    CPTXYPlotSpace m_plotSpace;
+    const CPTXYPlotSpace& spaceNamed(const std::shared_ptr<const CPTXYPlotSpace>& space) const;
+
+    std::vector<CPTXYPlotSpacePtr> m_plotSpaces{std::make_shared<CPTXYPlotSpace>()};
     CPTXYAxisSet m_axisSet;
     std::vector<CPTScatterPlotPtr> m_plots;
+    std::vector<CPTGraphLayerPtr> m_layers;
     QRectF m_bounds;
     CPTPadding m_padding{20, 20, 20, 20};
     CPTFill m_fill;
@@ -93,6 +116,7 @@ private:
     QPointF m_titleDisplacement;
     CPTRectAnchor m_titleAnchor = CPTRectAnchor::Top;
     std::function<void()> m_needsDisplayHandler;
+    std::function<void()> m_layersNeedDisplayHandler;
 };
 
 using CPTXYGraphPtr = std::shared_ptr<CPTXYGraph>;

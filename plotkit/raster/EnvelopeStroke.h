@@ -1,9 +1,12 @@
 #pragma once
 
-#include "plotkit/raster/PolylineRasteriser.h"
+#include "plotkit/raster/LineInput.h"
 #include "plotkit/raster/RasterKernels.h"
 #include "plotkit/raster/StrokeOutline.h"
 
+#include <QtCore/QPointF>
+
+#include <span>
 #include <vector>
 
 /// Strokes a line whose x never turns back.

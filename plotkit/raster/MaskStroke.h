@@ -1,7 +1,10 @@
 #pragma once
 
-#include "plotkit/raster/PolylineRasteriser.h"
+#include "plotkit/raster/LineInput.h"
 #include "plotkit/raster/RasterKernels.h"
+
+#include <QtCore/QPoint>
+#include <QtCore/QRect>
 
 #include <vector>
 

@@ -1,43 +1,17 @@
 #pragma once
 
-#include <QtCore/QPointF>
+#include "plotkit/raster/LineInput.h"
+
 #include <QtCore/QRect>
-#include <QtCore/QtGlobal>
 #include <QtGui/QColor>
 
-#include <cstddef>
 #include <memory>
-#include <span>
 
 /// Strokes polylines into pixels: antialiased, round joins and caps, any width.
 ///
 /// Every pixel is blended at most once a call, so that a translucent line crossing itself stays even. Knows nothing of
 /// plots. Any thread, one rasteriser per thread.
 namespace plotkit {
-
-/// Premultiplied ARGB, 32 bits a pixel, row by row. Borrows the memory.
-struct PixelBuffer {
-    quint32* pixels = nullptr;
-    int width = 0;              ///< pixels
-    int height = 0;             ///< pixels
-    std::ptrdiff_t stride = 0;  ///< pixels from one row to the next, at least `width`
-};
-
-/// Polylines in device pixels (the top-left pixel's centre is 0.5, 0.5), one after the other. Borrows the memory.
-/// `partEnds` holds one past each part's last point, ascending. A part of one point is a dot as wide as the pen.
-struct PolylineSet {
-    std::span<const QPointF> points;
-    std::span<const std::size_t> partEnds;
-};
-
-/// A line whose x never turns back, given by what it fills in narrow columns (device pixels, y downward): where it
-/// comes in and goes out at the column's edges, and from where to where it reaches between. Where the line is not, low
-/// is +infinity and high −infinity. Borrows the memory; the spans are of equal length, everything else is finite.
-struct LineColumns {
-    static constexpr int kPerPixel = 12;
-    double left = 0;  ///< the left edge of column 0
-    std::span<const float> enter, leave, low, high;
-};
 
 struct RasterKernels;
 

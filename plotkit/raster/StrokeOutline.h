@@ -1,8 +1,11 @@
 #pragma once
 
-#include "plotkit/raster/PolylineRasteriser.h"
+#include "plotkit/raster/LineInput.h"
 #include "plotkit/raster/RasterKernels.h"
 
+#include <QtCore/QRect>
+
+#include <span>
 #include <vector>
 
 /// The stroke of a line whose x never turns back, as the two curves it lies between, and how that becomes pixels.

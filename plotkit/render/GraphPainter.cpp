@@ -1,9 +1,9 @@
 #include "plotkit/render/GraphPainter.h"
 
+#include "plotkit/layout/GraphGeometry.h"
 #include "plotkit/layout/GraphLayout.h"
 
 #include <algorithm>
-#include <utility>
 
 namespace plotkit {
 
@@ -70,26 +70,48 @@ void drawTexts(GraphCanvas& canvas, const AxisLayout& layout, const CPTXYAxis& a
 
 void GraphPainter::paint(QPainter& painter, const CPTXYGraph& graph, const QRectF& rect)
 {
+    paintBelowLayers(painter, graph, rect);
+    paintLayers(painter, graph, rect);
+}
+
+void GraphPainter::paintBelowLayers(QPainter& painter, const CPTXYGraph& graph, const QRectF& rect)
+{
     if (rect.isEmpty())
         return;
     const GraphLayout layout = layOutGraph(
         graph, rect, [this](const QString& text, const CPTTextStyle& style) { return m_texts.sizeOf(text, style); });
-    using LaidOutAxis = std::pair<const AxisLayout&, const CPTXYAxis&>;
-    const LaidOutAxis axes[] = {{layout.xAxis, graph.axes().xAxis()}, {layout.yAxis, graph.axes().yAxis()}};
+    const auto eachAxis = [&](const auto& draw) {
+        for (std::size_t index = 0; index < layout.axes.size(); ++index)
+            draw(layout.axes[index], *graph.axes().axes()[index]);
+    };
 
     GraphCanvas canvas(painter, &m_texts);
     m_ground.draw(canvas, graph, rect, layout.frame);
-    for (const auto& [axisLayout, axis] : axes)
-        drawGrid(canvas, axisLayout, axis);
+    eachAxis([&](const AxisLayout& axisLayout, const CPTXYAxis& axis) { drawGrid(canvas, axisLayout, axis); });
+    // Before the plots: a value that stays on the axis must be seen.
+    eachAxis([&](const AxisLayout& axisLayout, const CPTXYAxis& axis) {
+        if (axisLayout.line)
+            canvas.drawLine(*axisLayout.line, axis.axisLineStyle());
+    });
     m_plots.drawPlots(canvas, graph, layout.plotArea);
-    for (const auto& [axisLayout, axis] : axes)
-        canvas.drawLine(axisLayout.line, axis.axisLineStyle());
-    for (const auto& [axisLayout, axis] : axes)
-        drawTicks(canvas, axisLayout, axis);
-    for (const auto& [axisLayout, axis] : axes)
+    eachAxis([&](const AxisLayout& axisLayout, const CPTXYAxis& axis) { drawTicks(canvas, axisLayout, axis); });
+    eachAxis([&](const AxisLayout& axisLayout, const CPTXYAxis& axis) {
         drawTexts(canvas, axisLayout, axis, layout.plotArea);
+    });
     if (layout.title)
         canvas.drawText(*layout.title, graph.titleTextStyle(), groundOf(*layout.title, layout.plotArea));
+}
+
+void paintLayers(QPainter& painter, const CPTXYGraph& graph, const QRectF& rect)
+{
+    if (rect.isEmpty() || graph.layers().empty())
+        return;
+    const GraphGeometry geometry = geometryOfGraph(graph, rect);
+    for (const CPTGraphLayerPtr& layer : graph.layers()) {
+        painter.save();
+        layer->drawInGraph(painter, geometry);
+        painter.restore();
+    }
 }
 
 void reportFinishedDrawing(const CPTXYGraph& graph)

@@ -1,7 +1,6 @@
 #pragma once
 
 #include "plotkit/render/GraphGround.h"
-#include "plotkit/render/GraphRendering.h"
 #include "plotkit/render/PlotPainting.h"
 #include "plotkit/render/TextImages.h"
 
@@ -10,15 +9,21 @@ namespace plotkit {
 
 class GraphPainter {
 public:
-    /// Paints the graph into `rect` (points) of the painter: fill, frame, grid, plots, axes, ticks, texts, in this
-    /// order. An empty rectangle draws nothing. Tells nobody.
+    /// Paints the graph into `rect` (points) of the painter: fill, frame, grid, axis lines, plots, ticks, texts,
+    /// layers, in this order. An empty rectangle draws nothing. Tells nobody.
     void paint(QPainter& painter, const CPTXYGraph& graph, const QRectF& rect);
+
+    /// The same without the layers.
+    void paintBelowLayers(QPainter& painter, const CPTXYGraph& graph, const QRectF& rect);
 
 private:
     GraphGround m_ground;
     PlotPainting m_plots;
     TextImages m_texts;
 };
+
+/// Paints the layers alone, the lowest first. An empty rectangle draws nothing.
+void paintLayers(QPainter& painter, const CPTXYGraph& graph, const QRectF& rect);
 
 /// Tells the delegates of the graph's visible plots that they were drawn, each plot once, first to last.
 ///

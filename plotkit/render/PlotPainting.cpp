@@ -1,5 +1,7 @@
 #include "plotkit/render/PlotPainting.h"
 
+#include "plotkit/layout/PlotReduction.h"
+
 #include <QtGui/QPainterPath>
 
 #include <algorithm>
@@ -32,11 +34,11 @@ QRectF clipFor(const QRectF& plotArea, double lineWidth)
     return plotArea.adjusted(-half, -half, half, half);
 }
 
-PlotView viewFor(const CPTXYGraph& graph, const QRectF& area, double lineWidth)
+PlotView viewFor(const CPTXYPlotSpace& space, const QRectF& area, double lineWidth)
 {
     PlotView view;
-    view.xRange = graph.plotSpace().xRange();
-    view.yRange = graph.plotSpace().yRange();
+    view.xRange = space.xRange();
+    view.yRange = space.yRange();
     view.area = area;
     view.margin = std::max(kLeastMargin, 2 * lineWidth);
     return view;
@@ -121,11 +123,11 @@ void PlotPainting::drawPixels(GraphCanvas& canvas, const CPTXYGraph& graph, cons
 void PlotPainting::strokePlots(const PixelBuffer& buffer, const QRect& clip, const CPTXYGraph& graph,
                                const QRectF& area, double density)
 {
-    const PlotView view = viewFor(graph, area, widestLine(graph) * density);
+    const double lineWidth = widestLine(graph) * density;
     std::size_t slot = 0;
     m_rasteriser.begin(buffer, clip);
     for (const CPTScatterPlotPtr& plot : graph.allPlots())
-        strokePlot(*plot, view, density, slot++);
+        strokePlot(*plot, viewFor(graph.plotSpaceOf(*plot), area, lineWidth), density, slot++);
     m_rasteriser.finish();
 }
 
@@ -149,14 +151,14 @@ void PlotPainting::drawPaths(GraphCanvas& canvas, const CPTXYGraph& graph, const
     QPainter& painter = canvas.painter();
     const double lineWidth = widestLine(graph);
     const QRectF area(plotArea.topLeft() * kPageStepsPerPoint, plotArea.size() * kPageStepsPerPoint);
-    PlotView view = viewFor(graph, area, lineWidth * kPageStepsPerPoint);
-    view.columnsPerPixel = 1;
     painter.save();
     painter.setClipRect(clipFor(plotArea, lineWidth), Qt::IntersectClip);
     painter.scale(1 / kPageStepsPerPoint, 1 / kPageStepsPerPoint);
     painter.setBrush(Qt::NoBrush);
     for (const CPTScatterPlotPtr& plot : graph.allPlots()) {
         const CPTLineStyle& style = plot->dataLineStyle();
+        PlotView view = viewFor(graph.plotSpaceOf(*plot), area, lineWidth * kPageStepsPerPoint);
+        view.columnsPerPixel = 1;
         if (!style.color.isValid() || !(style.width > 0) || !reduce(*plot, view))
             continue;
         painter.setPen(QPen(style.color, style.width * kPageStepsPerPoint, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin));

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "plotkit/layout/PlotEnvelope.h"
-#include "plotkit/layout/PlotReduction.h"
+#include "plotkit/layout/ReducedPlot.h"
 #include "plotkit/model/CPTXYGraph.h"
 #include "plotkit/raster/PolylineRasteriser.h"
 #include "plotkit/render/GraphCanvas.h"

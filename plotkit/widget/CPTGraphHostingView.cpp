@@ -1,7 +1,8 @@
 #include "plotkit/widget/CPTGraphHostingView.h"
 
-#include "plotkit/layout/GraphLayout.h"
-#include "plotkit/render/GraphPainter.h"
+#include "plotkit/layout/GraphGeometry.h"
+#include "plotkit/render/GraphFrames.h"
+#include "plotkit/render/GraphRendering.h"
 #include "plotkit/widget/PlotSpaceMoves.h"
 
 #include <QtCore/QPointer>
@@ -29,7 +30,7 @@ const CPTXYGraph& emptyGraph()
         auto themed = std::make_unique<CPTXYGraph>();
         themed->applyTheme(CPTTheme::themeNamed(kCPTDarkGradientTheme));
         themed->setFill(CPTFill::none());
-        for (CPTXYAxis* axis : {themed->axisSet()->xAxis(), themed->axisSet()->yAxis()}) {
+        for (const CPTXYAxisPtr& axis : themed->axisSet()->axes()) {
             axis->setAxisLineStyle(std::nullopt);
             axis->setMajorTickLineStyle(std::nullopt);
             axis->setMinorTickLineStyle(std::nullopt);
@@ -49,7 +50,7 @@ QPointF wheelDelta(const QPoint& delta, const QWheelEvent& event)
 }  // namespace
 
 CPTGraphHostingView::CPTGraphHostingView(QWidget* parent)
-    : QWidget(parent), m_painter(std::make_unique<plotkit::GraphPainter>())
+    : QWidget(parent), m_frames(std::make_unique<plotkit::GraphFrames>())
 {
     setFocusPolicy(Qt::StrongFocus);
     setAccessibleName(tr("Graph"));
@@ -68,13 +69,23 @@ void CPTGraphHostingView::setHostedGraph(CPTXYGraphPtr graph)
     if (m_hostedGraph) {
         // Never taken back, as another view may have set its own since; a graph that is hosted no longer is passed
         // over.
-        m_hostedGraph->setNeedsDisplayHandler(
-            [view = QPointer<CPTGraphHostingView>(this), shown = m_hostedGraph.get()] {
+        const auto handlerFor = [this](plotkit::GraphChange change) {
+            return [view = QPointer<CPTGraphHostingView>(this), shown = m_hostedGraph.get(), change] {
                 if (view && view->m_hostedGraph.get() == shown)
-                    view->update();
-            });
+                    view->changed(change);
+            };
+        };
+        m_hostedGraph->setNeedsDisplayHandler(handlerFor(plotkit::GraphChange::Anything));
+        m_hostedGraph->setLayersNeedDisplayHandler(handlerFor(plotkit::GraphChange::LayersOnly));
         m_hostedGraph->setBounds(rect());
     }
+    changed(plotkit::GraphChange::Anything);
+}
+
+void CPTGraphHostingView::changed(plotkit::GraphChange change)
+{
+    if (m_awaitingRepaint != plotkit::GraphChange::Anything)
+        m_awaitingRepaint = change;
     update();
 }
 
@@ -93,12 +104,16 @@ QByteArray CPTGraphHostingView::dataForPDFRepresentationOfLayer()
 void CPTGraphHostingView::paintEvent(QPaintEvent*)
 {
     const CPTXYGraphPtr graph = m_hostedGraph;
+    // A repaint that nobody here asked for may be for anything.
+    const plotkit::GraphChange change =
+        std::exchange(m_awaitingRepaint, std::nullopt).value_or(plotkit::GraphChange::Anything);
+    bool isGraphPainted = false;
     {
         QPainter painter(this);
-        m_painter->paint(painter, graph ? *graph : emptyGraph(), rect());
+        isGraphPainted = m_frames->paint(painter, graph ? *graph : emptyGraph(), rect(), change);
         drawFocusHint(painter);
     }
-    if (graph)
+    if (graph && isGraphPainted)
         plotkit::reportFinishedDrawing(*graph);
 }
 
@@ -122,40 +137,47 @@ void CPTGraphHostingView::resizeEvent(QResizeEvent* event)
         m_hostedGraph->setBounds(rect());
 }
 
-CPTXYPlotSpace* CPTGraphHostingView::interactiveSpace() const
+std::vector<CPTXYPlotSpacePtr> CPTGraphHostingView::interactiveSpaces() const
 {
-    CPTXYPlotSpace* space = m_hostedGraph ? m_hostedGraph->defaultPlotSpace() : nullptr;
-    return space && space->allowsUserInteraction() ? space : nullptr;
+    std::vector<CPTXYPlotSpacePtr> spaces;
+    if (m_hostedGraph)
+        spaces = m_hostedGraph->allPlotSpaces();
+    std::erase_if(spaces, [](const CPTXYPlotSpacePtr& space) { return !space->allowsUserInteraction(); });
+    return spaces;
 }
 
 void CPTGraphHostingView::zoomBy(double factor, QPointF aboutPlace)
 {
     const CPTXYGraphPtr graph = m_hostedGraph;
-    if (CPTXYPlotSpace* space = interactiveSpace())
-        plotkit::zoomAboutPlace(*space, plotkit::plotAreaOfGraph(*graph, rect()), factor, aboutPlace);
+    for (const CPTXYPlotSpacePtr& space : interactiveSpaces())
+        plotkit::zoomAboutPlace(*space, plotkit::geometryOfGraph(*graph, rect()).plotArea, factor, aboutPlace);
 }
 
 void CPTGraphHostingView::mousePressEvent(QMouseEvent* event)
 {
-    CPTXYPlotSpace* space = interactiveSpace();
-    const QRectF area = space ? plotkit::plotAreaOfGraph(*m_hostedGraph, rect()) : QRectF();
-    if (!space || event->button() != Qt::LeftButton || !area.contains(event->position())) {
+    const std::vector<CPTXYPlotSpacePtr> spaces = interactiveSpaces();
+    const QRectF area = spaces.empty() ? QRectF() : plotkit::geometryOfGraph(*m_hostedGraph, rect()).plotArea;
+    if (spaces.empty() || event->button() != Qt::LeftButton || !area.contains(event->position())) {
         event->ignore();
         return;
     }
-    m_drag = std::make_shared<plotkit::PlotSpaceDrag>(*space, area, event->position());
+    m_drag = std::make_shared<Drag>();
+    for (const CPTXYPlotSpacePtr& space : spaces)
+        m_drag->emplace_back(space, area, event->position());
     setCursor(Qt::ClosedHandCursor);
 }
 
 void CPTGraphHostingView::mouseMoveEvent(QMouseEvent* event)
 {
-    if (!m_drag || !interactiveSpace()) {
+    if (!m_drag || interactiveSpaces().empty()) {
         event->ignore();
         return;
     }
-    const CPTXYGraphPtr graph = m_hostedGraph;                    // keeps the plot space while the delegate decides
-    const std::shared_ptr<plotkit::PlotSpaceDrag> drag = m_drag;  // the delegate may end it, by hosting another graph
-    drag->moveTo(event->position());
+    const CPTXYGraphPtr graph = m_hostedGraph;  // stays while a delegate decides, who may host another one
+    const std::shared_ptr<Drag> drag = m_drag;  // and by that ends the drag
+    for (plotkit::PlotSpaceDrag& each : *drag)
+        if (m_drag == drag && each.space().allowsUserInteraction())
+            each.moveTo(event->position());
 }
 
 void CPTGraphHostingView::mouseReleaseEvent(QMouseEvent* event)
@@ -164,31 +186,31 @@ void CPTGraphHostingView::mouseReleaseEvent(QMouseEvent* event)
         event->ignore();
         return;
     }
-    m_drag.reset();
+    const std::shared_ptr<Drag> drag = std::exchange(m_drag, nullptr);
     unsetCursor();
     const CPTXYGraphPtr graph = m_hostedGraph;
-    CPTXYPlotSpace* space = graph->defaultPlotSpace();
-    if (space->delegate())
-        space->delegate()->plotSpaceShouldHandlePointingDeviceUpEvent(space, event->position());
+    for (const plotkit::PlotSpaceDrag& each : *drag)
+        if (CPTPlotSpaceDelegate* delegate = each.space().delegate())
+            delegate->plotSpaceShouldHandlePointingDeviceUpEvent(&each.space(), event->position());
 }
 
 void CPTGraphHostingView::cancelDrag()
 {
     if (!m_drag)
         return;
-    m_drag.reset();
+    const std::shared_ptr<Drag> drag = std::exchange(m_drag, nullptr);
     unsetCursor();
     const CPTXYGraphPtr graph = m_hostedGraph;
-    CPTXYPlotSpace* space = graph->defaultPlotSpace();
-    if (space->delegate())
-        space->delegate()->plotSpaceShouldHandlePointingDeviceCancelledEvent(space);
+    for (const plotkit::PlotSpaceDrag& each : *drag)
+        if (CPTPlotSpaceDelegate* delegate = each.space().delegate())
+            delegate->plotSpaceShouldHandlePointingDeviceCancelledEvent(&each.space());
 }
 
 void CPTGraphHostingView::wheelEvent(QWheelEvent* event)
 {
     const CPTXYGraphPtr graph = m_hostedGraph;
-    CPTXYPlotSpace* space = interactiveSpace();
-    if (!space) {
+    const std::vector<CPTXYPlotSpacePtr> spaces = interactiveSpaces();
+    if (spaces.empty()) {
         event->ignore();
         return;
     }
@@ -198,31 +220,39 @@ void CPTGraphHostingView::wheelEvent(QWheelEvent* event)
             zoomBy(plotkit::zoomFactorForWheel(turned.y()), event->position());
         return;
     }
-    const QRectF area = plotkit::plotAreaOfGraph(*graph, rect());
+    const QRectF area = plotkit::geometryOfGraph(*graph, rect()).plotArea;
     const QPointF scrolled = wheelDelta(event->pixelDelta(), *event);
     const bool isTouchpad = event->phase() != Qt::NoScrollPhase && scrolled.x() != 0;
-    plotkit::panXByPlaces(*space, area,
-                          isTouchpad ? scrolled.x() : turned.x() / 120.0 * plotkit::kPanStep * area.width());
+    const double places = isTouchpad ? scrolled.x() : turned.x() / 120.0 * plotkit::kPanStep * area.width();
+    for (const CPTXYPlotSpacePtr& space : spaces)
+        plotkit::panXByPlaces(*space, area, places);
 }
 
 void CPTGraphHostingView::keyPressEvent(QKeyEvent* event)
 {
     const CPTXYGraphPtr graph = m_hostedGraph;
-    CPTXYPlotSpace* space = interactiveSpace();
-    if (!space || (event->modifiers() & (Qt::ControlModifier | Qt::MetaModifier))) {
+    const std::vector<CPTXYPlotSpacePtr> spaces = interactiveSpaces();
+    if (spaces.empty() || (event->modifiers() & (Qt::ControlModifier | Qt::MetaModifier))) {
         event->ignore();
         return;
     }
-    const QPointF centre = plotkit::plotAreaOfGraph(*graph, rect()).center();
+    const auto pan = [&spaces](CPTCoordinate coordinate, double share) {
+        for (const CPTXYPlotSpacePtr& space : spaces)
+            plotkit::panByShare(*space, coordinate, share);
+    };
+    const QPointF centre = plotkit::geometryOfGraph(*graph, rect()).plotArea.center();
     switch (event->key()) {
-    case Qt::Key_Left: plotkit::panByShare(*space, CPTCoordinate::X, -plotkit::kPanStep); break;
-    case Qt::Key_Right: plotkit::panByShare(*space, CPTCoordinate::X, plotkit::kPanStep); break;
-    case Qt::Key_Down: plotkit::panByShare(*space, CPTCoordinate::Y, -plotkit::kPanStep); break;
-    case Qt::Key_Up: plotkit::panByShare(*space, CPTCoordinate::Y, plotkit::kPanStep); break;
+    case Qt::Key_Left: pan(CPTCoordinate::X, -plotkit::kPanStep); break;
+    case Qt::Key_Right: pan(CPTCoordinate::X, plotkit::kPanStep); break;
+    case Qt::Key_Down: pan(CPTCoordinate::Y, -plotkit::kPanStep); break;
+    case Qt::Key_Up: pan(CPTCoordinate::Y, plotkit::kPanStep); break;
     case Qt::Key_Plus:
     case Qt::Key_Equal: zoomBy(plotkit::kZoomStep, centre); break;
     case Qt::Key_Minus: zoomBy(1 / plotkit::kZoomStep, centre); break;
-    case Qt::Key_Home: space->scaleToFitPlots(graph->allPlots()); break;
+    case Qt::Key_Home:
+        for (const CPTXYPlotSpacePtr& space : spaces)
+            space->scaleToFitPlots(graph->plotsIn(*space));
+        break;
     default: event->ignore();
     }
 }
@@ -232,8 +262,10 @@ bool CPTGraphHostingView::event(QEvent* event)
     switch (event->type()) {
     case QEvent::Gesture: return handlePinch(static_cast<QGestureEvent*>(event));
     case QEvent::NativeGesture: return handleNativeGesture(static_cast<QNativeGestureEvent*>(event));
-    case QEvent::TouchCancel:
     case QEvent::Hide:
+        m_awaitingRepaint = plotkit::GraphChange::Anything;  // shown again, it reports its plots as ever
+        [[fallthrough]];
+    case QEvent::TouchCancel:
     case QEvent::EnabledChange: cancelDrag(); break;
     default: break;
     }
@@ -243,7 +275,7 @@ bool CPTGraphHostingView::event(QEvent* event)
 bool CPTGraphHostingView::handlePinch(QGestureEvent* event)
 {
     auto* pinch = static_cast<QPinchGesture*>(event->gesture(Qt::PinchGesture));
-    if (!pinch || !interactiveSpace())
+    if (!pinch || interactiveSpaces().empty())
         return false;
     event->accept(pinch);
     cancelDrag();  // the first finger's synthetic mouse drag ends where the second one begins a pinch
@@ -254,7 +286,7 @@ bool CPTGraphHostingView::handlePinch(QGestureEvent* event)
 
 bool CPTGraphHostingView::handleNativeGesture(QNativeGestureEvent* event)
 {
-    if (event->gestureType() != Qt::ZoomNativeGesture || !interactiveSpace()) {
+    if (event->gestureType() != Qt::ZoomNativeGesture || interactiveSpaces().empty()) {
         event->ignore();
         return false;
     }

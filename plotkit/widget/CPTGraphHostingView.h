@@ -6,25 +6,28 @@
 #include <QtWidgets/QWidget>
 
 #include <memory>
+#include <optional>
+#include <vector>
 
 class QGestureEvent;
 class QNativeGestureEvent;
 
 namespace plotkit {
-class GraphPainter;
+class GraphFrames;
 class PlotSpaceDrag;
+enum class GraphChange;
 }  // namespace plotkit
 
 /// Shows a graph and turns mouse, wheel, touch and keys into proposed ranges.
 ///
 /// *Shares* the hosted graph. Drag pans both axes, wheel and pinch zoom about the pointer, horizontal scroll pans x;
-/// arrow keys pan by a tenth, plus, equals and minus zoom, Home fits. Every step proposes x first, then y, and whatever
-/// the plot-space delegate answers is what is shown. Without a graph, or where its plot space allows no interaction,
-/// events go on to the parent.
+/// arrow keys pan by a tenth, plus, equals and minus zoom, Home fits. Every step is proposed to each plot space that
+/// allows interaction, the default one first, in that space's own values: x first, then y. Whatever its delegate
+/// answers is what is shown. Without a graph, or where no plot space allows interaction, events go on to the parent.
 ///
-/// Every paint ends with the plots' finished-drawing reports, sent when the painter has ended: a delegate may change
-/// other widgets and the graph, but not delete the view. A graph is shown by one view at a time: the last one that
-/// hosts it. Main thread only.
+/// Where only the graph's layers changed, the graph beneath them is not painted again. Every other paint ends with the
+/// plots' finished-drawing reports, sent when the painter has ended: a delegate may change other widgets and the graph,
+/// but not delete the view. A graph is shown by one view at a time: the last one that hosts it. Main thread only.
 class CPTGraphHostingView : public QWidget {
     Q_OBJECT
 public:
@@ -54,7 +57,10 @@ protected:
     void resizeEvent(QResizeEvent* event) override;
 
 private:
-    CPTXYPlotSpace* interactiveSpace() const;  ///< null when there is nothing to interact with
+    using Drag = std::vector<plotkit::PlotSpaceDrag>;  ///< one for each plot space that moves
+
+    void changed(plotkit::GraphChange change);
+    std::vector<CPTXYPlotSpacePtr> interactiveSpaces() const;
     void zoomBy(double factor, QPointF aboutPlace);
     bool handlePinch(QGestureEvent* event);
     bool handleNativeGesture(QNativeGestureEvent* event);
@@ -62,6 +68,7 @@ private:
     void drawFocusHint(QPainter& painter) const;
 
     CPTXYGraphPtr m_hostedGraph;
-    std::unique_ptr<plotkit::GraphPainter> m_painter;  ///< owns
-    std::shared_ptr<plotkit::PlotSpaceDrag> m_drag;    ///< the drag under way, if any
+    std::unique_ptr<plotkit::GraphFrames> m_frames;         ///< owns
+    std::optional<plotkit::GraphChange> m_awaitingRepaint;  ///< what a repaint was asked for
+    std::shared_ptr<Drag> m_drag;                           ///< the drag under way, if any
 };

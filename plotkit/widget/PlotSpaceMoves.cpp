@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <utility>
 
 namespace plotkit {
 
@@ -48,8 +49,8 @@ void panByShare(CPTXYPlotSpace& space, CPTCoordinate coordinate, double share)
         space.setYRange(range);
 }
 
-PlotSpaceDrag::PlotSpaceDrag(CPTXYPlotSpace& space, const QRectF& plotArea, QPointF place)
-    : m_space(space), m_plotArea(plotArea)
+PlotSpaceDrag::PlotSpaceDrag(CPTXYPlotSpacePtr space, const QRectF& plotArea, QPointF place)
+    : m_space(std::move(space)), m_plotArea(plotArea)
 {
     beginAt(place);
 }
@@ -57,22 +58,22 @@ PlotSpaceDrag::PlotSpaceDrag(CPTXYPlotSpace& space, const QRectF& plotArea, QPoi
 void PlotSpaceDrag::beginAt(QPointF place)
 {
     m_startPlace = m_lastPlace = place;
-    m_startX = m_lastX = m_space.xRange();
-    m_startY = m_lastY = m_space.yRange();
+    m_startX = m_lastX = m_space->xRange();
+    m_startY = m_lastY = m_space->yRange();
 }
 
 void PlotSpaceDrag::moveTo(QPointF place)
 {
     if (place == m_lastPlace)
         return;
-    if (!(m_space.xRange() == m_lastX && m_space.yRange() == m_lastY))
+    if (!(m_space->xRange() == m_lastX && m_space->yRange() == m_lastY))
         beginAt(m_lastPlace);
     const QPointF delta = place - m_startPlace;
     m_lastPlace = place;
-    m_space.setXRange(rangePannedBy(xMapping(m_startX, m_plotArea), delta.x()));
-    m_space.setYRange(rangePannedBy(yMapping(m_startY, m_plotArea), delta.y()));
-    m_lastX = m_space.xRange();
-    m_lastY = m_space.yRange();
+    m_space->setXRange(rangePannedBy(xMapping(m_startX, m_plotArea), delta.x()));
+    m_space->setYRange(rangePannedBy(yMapping(m_startY, m_plotArea), delta.y()));
+    m_lastX = m_space->xRange();
+    m_lastY = m_space->yRange();
 }
 
 }  // namespace plotkit

@@ -7,7 +7,8 @@
 
 /// What gestures and keys propose to a plot space: moves and zooms measured in places of the view.
 ///
-/// Places are points of the view, y downward. The plot space is *borrowed*. Main thread only.
+/// Places are points of the view, y downward. Plot spaces are *borrowed*, but for a drag, which *shares* its one. Main
+/// thread only.
 namespace plotkit {
 
 /// How much one notch of a wheel, or one press of plus, magnifies.
@@ -33,7 +34,10 @@ void panByShare(CPTXYPlotSpace& space, CPTCoordinate coordinate, double share);
 /// Ranges that someone else changes meanwhile (a fit, say) become the new start.
 class PlotSpaceDrag {
 public:
-    PlotSpaceDrag(CPTXYPlotSpace& space, const QRectF& plotArea, QPointF place);
+    /// Requires: a plot space.
+    PlotSpaceDrag(CPTXYPlotSpacePtr space, const QRectF& plotArea, QPointF place);
+
+    CPTXYPlotSpace& space() const { return *m_space; }
 
     /// Proposes x first, then y. The pointer where it was last: nothing is proposed.
     void moveTo(QPointF place);
@@ -41,7 +45,7 @@ public:
 private:
     void beginAt(QPointF place);
 
-    CPTXYPlotSpace& m_space;
+    CPTXYPlotSpacePtr m_space;
     QRectF m_plotArea;
     QPointF m_startPlace;
     QPointF m_lastPlace;

@@ -243,6 +243,10 @@ private:
 
     void refuseDateRange();
     void requestRecords(const OptionalDate& fromDate, const OptionalDate& toDate);
+    using RecordsHandler =
+        std::function<void(KTVPlotixPlugIn&, const KTVRecordDictionaryPtr&, const std::optional<KTVError>&)>;
+    /// The one way to the archive: the handler is called on the main thread, unless this object has gone by then.
+    void fetchRecords(const OptionalDate& fromDate, const OptionalDate& toDate, RecordsHandler handler);
     void showRecordsInRange(const KTVRecordDictionaryPtr& records, const CPTPlotRange& range);
     void buildGraph();
     void addPlot(const QString& key, const QColor& lineColor, const CPTSeriesControllerPtr& binder);

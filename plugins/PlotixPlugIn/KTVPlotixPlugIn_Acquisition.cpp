@@ -3,8 +3,9 @@
 // Rules of this room:
 //  1. Every change of the plotted range or of the property set ends in `acquirePlotFromDate`. It never refuses a second
 //     fetch while one runs; the last answer to arrive wins, and cancelling stops nothing.
-//  2. The completion handler runs on any thread and does one thing there: it posts a task to the main queue, also when
-//     it is called at once and on the main thread.
+//  2. Every fetch goes through `fetchRecords`, the following of records too. Its completion handler runs on any thread
+//     and does one thing there: it posts a task to the main queue, also when it is called at once and on the main
+//     thread.
 //  3. The task holds the records and the error strongly and an ordinary view weakly. The weak reference becomes a
 //     strong one only on the main thread, so that the destructor runs nowhere else.
 //  4. An off-screen object has nobody to keep it, so its pending fetch does (OffscreenLife below).
@@ -13,6 +14,7 @@
 
 #include "base/MainQueue.h"
 #include "plugins/PlotixPlugIn/host/KTVHostServices.h"
+#include "plugins/PlotixPlugIn/host/KTVUserInterface.h"
 
 namespace {
 
@@ -57,26 +59,35 @@ void KTVPlotixPlugIn::refuseDateRange()
     m_dataCluster->refreshComplete(this);
     if (!isViewLoaded() && m_completionTarget)
         return;
-    const KTVAlert alert{QStringLiteral("Illegal Date Range"),
-                         QStringLiteral("The \"from\" date must be less than the \"to\" date."),
-                         KTVAlert::Style::Critical};
+    const KTVAlert alert{
+        QStringLiteral(QT_TRANSLATE_NOOP("Plotix", "Illegal Date Range")),
+        QStringLiteral(QT_TRANSLATE_NOOP("Plotix", "The \"from\" date must be less than the \"to\" date.")),
+        KTVAlert::Style::Critical};
     KTVHostServices::installed().userInterface->beginSheet(alert, isViewLoaded() ? windowOfView(view()) : nullptr,
                                                            [] {});
 }
 
 void KTVPlotixPlugIn::requestRecords(const OptionalDate& fromDate, const OptionalDate& toDate)
 {
+    fetchRecords(fromDate, toDate,
+                 [](KTVPlotixPlugIn& plugIn, const KTVRecordDictionaryPtr& records,
+                    const std::optional<KTVError>& error) { plugIn.doValidDataSource(records, error); });
+}
+
+void KTVPlotixPlugIn::fetchRecords(const OptionalDate& fromDate, const OptionalDate& toDate, RecordsHandler handler)
+{
     const std::weak_ptr<KTVPlotixPlugIn> weakPlugIn = std::static_pointer_cast<KTVPlotixPlugIn>(shared_from_this());
     const std::shared_ptr<OffscreenLife> life = m_completionTarget ? keepUntilRebuilt(weakPlugIn.lock()) : nullptr;
-    KTVArchiveManager* archiveManager = agent()->archiveManager();
+    KTVArchiveManager* archiveManager = agent() ? agent()->archiveManager() : nullptr;
     if (!archiveManager)
         return;
     archiveManager->fetchRecordsForProperties(
         m_properties, fromDate, toDate, kMaximumSamplesUnlimited, [](double, bool*) {},
-        [weakPlugIn, life](const KTVRecordDictionaryPtr& records, double, const std::optional<KTVError>& error) {
-            plotix::MainQueue::main().async([weakPlugIn, life, records, error] {
+        [weakPlugIn, life, handler = std::move(handler)](const KTVRecordDictionaryPtr& records, double,
+                                                         const std::optional<KTVError>& error) {
+            plotix::MainQueue::main().async([weakPlugIn, life, handler, records, error] {
                 if (const Ptr plugIn = weakPlugIn.lock())
-                    plugIn->doValidDataSource(records, error);
+                    handler(*plugIn, records, error);
                 if (life)
                     life->plugIn.reset();
             });
@@ -88,12 +99,13 @@ void KTVPlotixPlugIn::doValidDataSource(const KTVRecordDictionaryPtr& records, c
     if (!records) {
         // Modal, and the busy state stays: nothing but a drawing or the user ends it.
         KTVHostServices::installed().userInterface->runModal(
-            {QStringLiteral("Database Access Error"), QStringLiteral("Returned object was malformed.")});
+            {QStringLiteral(QT_TRANSLATE_NOOP("Plotix", "Database Access Error")),
+             QStringLiteral(QT_TRANSLATE_NOOP("Plotix", "Returned object was malformed."))});
         m_dataCluster->restorePreviousDate();
         return;
     }
     if (error) {
-        showMessage(QStringLiteral("No Properties Available to Plot"));
+        showMessage(QStringLiteral(QT_TRANSLATE_NOOP("Plotix", "No Properties Available to Plot")));
         m_dataCluster->restorePreviousDate();
     } else {
         removeMessageOverlay();

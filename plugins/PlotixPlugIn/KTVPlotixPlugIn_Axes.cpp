@@ -33,6 +33,7 @@ void KTVPlotixPlugIn::adjustXAxis()
     CPTXYAxis& axis = *axisSet->firstAxis();
     axis.setMajorIntervalLength(row.majorInterval);
     axis.setMinorTicksPerInterval(row.minorTicks);
+    axis.setTickThinning(CPTTickThinning::ClockTimes);
     axis.setLabelingOrigin(plotix::labelingOriginForLocalMidnight(from));
     axis.setLabelFormatter(std::make_shared<const CPTTimeFormatter>(QString::fromLatin1(row.labelPattern)));
 }
@@ -71,7 +72,7 @@ void KTVPlotixPlugIn::fitPlots(Rebuild rebuild)
 {
     {
         const QScopedValueRollback<bool> firstFit(m_firstFitUnderWay, rebuild == Rebuild::First);
-        m_graph->defaultPlotSpace()->scaleToFitPlots(m_graph->allPlots());
+        m_graph->defaultPlotSpace()->scaleToFitPlots(m_graph->plotsIn(m_graph->plotSpace()));
     }
     m_plotRangeForY = m_graph->defaultPlotSpace()->yRange();
     if (rebuild == Rebuild::First)

@@ -9,8 +9,6 @@
 
 #include "plugins/PlotixPlugIn/KTVPlotixPlugIn.h"
 
-#include "base/MainQueue.h"
-
 namespace {
 
 QVariantList rangeOf(const plotix::OptionalDate& from, const plotix::OptionalDate& to)
@@ -22,21 +20,15 @@ QVariantList rangeOf(const plotix::OptionalDate& from, const plotix::OptionalDat
 
 void KTVPlotixPlugIn::showRange(double fromSeconds, double toSeconds)
 {
-    KTVArchiveManager* archiveManager = agent() ? agent()->archiveManager() : nullptr;
-    if (!archiveManager || !(fromSeconds <= toSeconds))
+    if (!(fromSeconds <= toSeconds))
         return;
-    const std::weak_ptr<KTVPlotixPlugIn> weakPlugIn = std::static_pointer_cast<KTVPlotixPlugIn>(shared_from_this());
-    archiveManager->fetchRecordsForProperties(
-        m_properties, plotix::Date{fromSeconds}, plotix::Date{toSeconds}, kMaximumSamplesUnlimited,
-        [](double, bool*) {},
-        [weakPlugIn, fromSeconds, toSeconds, shownBefore = shownRange()](const KTVRecordDictionaryPtr& records, double,
-                                                                         const std::optional<KTVError>& error) {
-            plotix::MainQueue::main().async([weakPlugIn, fromSeconds, toSeconds, shownBefore, records, error] {
-                const Ptr plugIn = weakPlugIn.lock();
-                if (plugIn && records && !error && plugIn->shownRange() == shownBefore)
-                    plugIn->showRecordsInRange(records, {fromSeconds, toSeconds - fromSeconds});
-            });
-        });
+    fetchRecords(plotix::Date{fromSeconds}, plotix::Date{toSeconds},
+                 [fromSeconds, toSeconds, shownBefore = shownRange()](KTVPlotixPlugIn& plugIn,
+                                                                      const KTVRecordDictionaryPtr& records,
+                                                                      const std::optional<KTVError>& error) {
+                     if (records && !error && plugIn.shownRange() == shownBefore)
+                         plugIn.showRecordsInRange(records, {fromSeconds, toSeconds - fromSeconds});
+                 });
 }
 
 void KTVPlotixPlugIn::showRecordsInRange(const KTVRecordDictionaryPtr& records, const CPTPlotRange& range)

@@ -52,11 +52,11 @@ protected:
 
     void expectTitleIsClear(const GraphLayout& layout) const
     {
-        ASSERT_TRUE(layout.yAxis.title);
-        EXPECT_TRUE(frameInside.contains(layout.yAxis.title->box));
-        for (const AxisLayout* axis : {&layout.xAxis, &layout.yAxis})
+        ASSERT_TRUE(layout.yAxis().title);
+        EXPECT_TRUE(frameInside.contains(layout.yAxis().title->box));
+        for (const AxisLayout* axis : {&layout.xAxis(), &layout.yAxis()})
             for (const AxisLabel& label : axis->labels)
-                EXPECT_FALSE(layout.yAxis.title->box.intersects(label.box)) << qPrintable(label.text);
+                EXPECT_FALSE(layout.yAxis().title->box.intersects(label.box)) << qPrintable(label.text);
     }
 
     CPTXYGraph graph;
@@ -67,16 +67,16 @@ TEST_F(TitlePlacementTest, BesideNarrowLabelsItReadsUpward)
 {
     const GraphLayout layout = layOut({0, 10});
     expectTitleIsClear(layout);
-    EXPECT_TRUE(layout.yAxis.title->readsUpward);
-    EXPECT_EQ(layout.yAxis.title->box.center().y(), layout.plotArea.center().y());
+    EXPECT_TRUE(layout.yAxis().title->readsUpward);
+    EXPECT_EQ(layout.yAxis().title->box.center().y(), layout.plotArea.center().y());
 }
 
 TEST_F(TitlePlacementTest, BesideLabelsThatLeaveJustEnoughRoomItStandsAtTheBorder)
 {
     const GraphLayout layout = layOut({900, 99});  // labels of 30 points leave 16 for a title of 14
     expectTitleIsClear(layout);
-    EXPECT_TRUE(layout.yAxis.title->readsUpward);
-    EXPECT_EQ(layout.yAxis.title->box.left(), frameInside.left());
+    EXPECT_TRUE(layout.yAxis().title->readsUpward);
+    EXPECT_EQ(layout.yAxis().title->box.left(), frameInside.left());
 }
 
 TEST_F(TitlePlacementTest, AboveTheAxisWhenTheLabelsAreWide)
@@ -84,8 +84,8 @@ TEST_F(TitlePlacementTest, AboveTheAxisWhenTheLabelsAreWide)
     for (const CPTPlotRange& values : {CPTPlotRange{990, 20}, CPTPlotRange{-1e4, 2e4}, CPTPlotRange{1e5, 5e3}}) {
         const GraphLayout layout = layOut(values);
         expectTitleIsClear(layout);
-        EXPECT_FALSE(layout.yAxis.title->readsUpward);
-        EXPECT_LE(layout.yAxis.title->box.bottom(), layout.plotArea.top());
+        EXPECT_FALSE(layout.yAxis().title->readsUpward);
+        EXPECT_LE(layout.yAxis().title->box.bottom(), layout.plotArea.top());
     }
 }
 
@@ -94,7 +94,7 @@ TEST_F(TitlePlacementTest, AtATopWithoutRoomItStandsInsideThePlotArea)
     graph.setPlotAreaFramePadding({.top = 10, .left = 60, .bottom = 50, .right = 20});
     const GraphLayout layout = layOut({990, 20});
     expectTitleIsClear(layout);
-    EXPECT_TRUE(layout.plotArea.contains(layout.yAxis.title->box));
+    EXPECT_TRUE(layout.plotArea.contains(layout.yAxis().title->box));
 }
 
 TEST_F(TitlePlacementTest, NothingTouchesOverManyRangesAndSizes)
@@ -118,7 +118,7 @@ TEST_F(TitlePlacementTest, AnAxisTitleGivesWayToTheGraphsTitle)
     graph.setTitle(QString(120, QLatin1Char('x')));
     const GraphLayout layout = layOut({990, 20}, {600, 400});
     ASSERT_TRUE(layout.title);
-    EXPECT_FALSE(layout.yAxis.title);
+    EXPECT_FALSE(layout.yAxis().title);
 }
 
 }  // namespace

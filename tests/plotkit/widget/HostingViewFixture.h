@@ -1,6 +1,6 @@
 #pragma once
 
-#include "plotkit/layout/GraphLayout.h"
+#include "plotkit/layout/GraphGeometry.h"
 #include "plotkit/widget/CPTGraphHostingView.h"
 
 #include <QtGui/QWheelEvent>

@@ -1,5 +1,5 @@
 #include "TrendViewFixture.h"
-#include "plotkit/layout/GraphLayout.h"
+#include "plotkit/layout/GraphGeometry.h"
 
 #include <QtGui/QMouseEvent>
 #include <QtGui/QWheelEvent>
@@ -17,7 +17,7 @@ protected:
         answerRefresh(twoProperties());
         trend().view()->resize(900, 700);
         trend().view()->show();
-        area = plotkit::plotAreaOfGraph(*trend().graph(), graphView().rect());
+        area = plotkit::geometryOfGraph(*trend().graph(), graphView().rect()).plotArea;
         middle = area.center().toPoint();
         before = ranges();
         fetches = fetchCount();

@@ -1,4 +1,4 @@
-#include "base/SizeText.h"
+#include "plugins/PlotixPlugIn/logic/SizeText.h"
 
 #include <QtCore/QStringList>
 

@@ -1,0 +1,39 @@
+#pragma once
+
+#include "plotkit/layout/AxisMapping.h"
+#include "plotkit/model/CPTXYGraph.h"
+
+#include <QtCore/QPointF>
+#include <QtCore/QRectF>
+
+/// Where the parts of a graph stand in a picture, and which point shows which value: what anything drawn above the
+/// plots needs, and what pointer events are read by.
+///
+/// Coordinates are points, y downward, in the picture's own coordinates. Cheap to make: no text is measured. *Borrows*
+/// the graph. Main thread only.
+namespace plotkit {
+
+struct GraphGeometry {
+    const CPTXYGraph& graph;
+    QRectF rectangle;  ///< the whole picture
+    QRectF frame;      ///< the plot area frame: the rectangle less the graph's padding
+    QRectF plotArea;   ///< the frame less its own padding; what the ranges are spread over. Never of negative size
+
+    AxisMapping xMappingOf(const CPTXYPlotSpace& space) const { return xMapping(space.xRange(), plotArea); }
+    AxisMapping yMappingOf(const CPTXYPlotSpace& space) const { return yMapping(space.yRange(), plotArea); }
+
+    /// The point at which a space shows (x value, y value), and back; see AxisMapping for ranges without length.
+    QPointF pointForValue(const CPTXYPlotSpace& space, const QPointF& value) const
+    {
+        return plotkit::pointForValue(xMappingOf(space), yMappingOf(space), value);
+    }
+    QPointF valueForPoint(const CPTXYPlotSpace& space, const QPointF& point) const
+    {
+        return plotkit::valueForPoint(xMappingOf(space), yMappingOf(space), point);
+    }
+};
+
+/// Paddings that leave nothing, or are not numbers, give an empty frame or plot area.
+GraphGeometry geometryOfGraph(const CPTXYGraph& graph, const QRectF& rectangle);
+
+}  // namespace plotkit

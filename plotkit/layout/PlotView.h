@@ -1,0 +1,19 @@
+#pragma once
+
+#include "plotkit/model/CPTPlotRange.h"
+
+#include <QtCore/QRectF>
+
+/// Which part of a plot is drawn, and how finely. A value; any thread.
+namespace plotkit {
+
+/// What is shown, where, and how finely.
+struct PlotView {
+    CPTPlotRange xRange;
+    CPTPlotRange yRange;
+    QRectF area;              ///< the plot area in device pixels, y downward
+    double margin = 32;       ///< pixels beyond the area that stay exact; at least the pen's width
+    int columnsPerPixel = 6;  ///< how finely extremes are placed along x: 6 for pixels, 1 for a vector page
+};
+
+}  // namespace plotkit
