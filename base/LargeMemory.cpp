@@ -6,7 +6,6 @@
 #include <algorithm>
 #include <cstdint>
 #include <cstdlib>
-#include <cstring>
 #include <mutex>
 #include <new>
 #include <optional>
@@ -173,20 +172,6 @@ std::shared_ptr<void> unsetMemory(std::size_t bytes)
     if (const std::optional<Piece> kept = keptPieces().take(size))
         return owned(*kept);
     return freshPiece(size);
-}
-
-std::shared_ptr<void> zeroedMemory(std::size_t bytes)
-{
-    if (bytes == 0)
-        return nullptr;
-    requirePossible(bytes);
-    const std::size_t size = roundedUp(bytes, kHugePage);
-    const std::optional<Piece> kept = bytes < kLeastMapped ? std::nullopt : keptPieces().take(size);
-    if (bytes >= kLeastMapped && !kept)
-        return freshPiece(size);  // zero as it comes
-    const std::shared_ptr<void> memory = kept ? owned(*kept) : smallMemory(bytes);
-    std::memset(memory.get(), 0, bytes);
-    return memory;
 }
 
 }  // namespace plotix

@@ -16,23 +16,12 @@ namespace plotix {
 /// Zero bytes answer null.
 std::shared_ptr<void> unsetMemory(std::size_t bytes);
 
-/// The same, all zero.
-std::shared_ptr<void> zeroedMemory(std::size_t bytes);
-
 /// `count` numbers that hold anything: whoever fills a column whole needs no zeros first.
 template <class T>
 std::shared_ptr<T> unsetArray(std::size_t count)
 {
     static_assert(std::is_arithmetic_v<T>);
     return std::static_pointer_cast<T>(unsetMemory(count * sizeof(T)));
-}
-
-/// `count` zeros.
-template <class T>
-std::shared_ptr<T> zeroedArray(std::size_t count)
-{
-    static_assert(std::is_arithmetic_v<T>);
-    return std::static_pointer_cast<T>(zeroedMemory(count * sizeof(T)));
 }
 
 }  // namespace plotix

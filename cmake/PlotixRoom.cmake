@@ -61,11 +61,11 @@ function(plotix_needs_moc result)
 endfunction()
 
 # plotix_room(NAME STATIC|SHARED|MODULE|EXECUTABLE KNOWS Core|Gui|Widgets|Print [APART] [SOURCES files…]
-#             [LINK libraries…] [PCH target])
+#             [LINK libraries…] [PCH target] [KERNELS files…])
 # Builds the .cpp, .h, .ui and .qrc files of the current folder (not of its subfolders), unless SOURCES names them.
-# APART: every source by itself, for loops that are compiled for several processors.
+# APART: every source by itself. KERNELS are those that compile themselves for several processors, see base/vectors.
 function(plotix_room name kind)
-  cmake_parse_arguments(ROOM "APART" "KNOWS;PCH" "SOURCES;LINK" ${ARGN})
+  cmake_parse_arguments(ROOM "APART" "KNOWS;PCH" "SOURCES;LINK;KERNELS" ${ARGN})
   if(NOT DEFINED plotix_knows_${ROOM_KNOWS})
     message(FATAL_ERROR "${name}: say what the room KNOWS: Core, Gui, Widgets or Print")
   endif()
@@ -95,4 +95,8 @@ function(plotix_room name kind)
   if(PLOTIX_UNITY AND NOT ROOM_APART)
     set_target_properties(${name} PROPERTIES UNITY_BUILD ON UNITY_BUILD_BATCH_SIZE 10)
   endif()
+  # Each is a translation unit of its own. A product and a sum stay two roundings also where one instruction does both,
+  # so that all processors give the same bits.
+  set_source_files_properties(${ROOM_KERNELS} PROPERTIES SKIP_PRECOMPILE_HEADERS ON SKIP_UNITY_BUILD_INCLUSION ON
+                                                         COMPILE_OPTIONS -ffp-contract=off)
 endfunction()

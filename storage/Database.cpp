@@ -1,7 +1,6 @@
 #include "storage/Database.h"
 
 #include "base/ReportableError.h"
-#include "storage/SiteSchema.h"
 
 #include <QtCore/QFileInfo>
 #include <QtCore/QUrl>
@@ -58,9 +57,21 @@ bool hasUnmergedLog(const QString& file)
     return QFileInfo(file + QStringLiteral("-wal")).size() > 0;
 }
 
+/// The tables and the identity appear together, in the file itself; only then does the write-ahead log begin, so that
+/// whoever looks at the first page sees all or nothing.
+QByteArray creation(const DatabaseSchema& schema, const QByteArray& firstRows)
+{
+    QByteArray sql = "PRAGMA page_size=" + QByteArray::number(schema.pageSize) + ";BEGIN IMMEDIATE;";
+    for (const SchemaPart& part : schema.parts)
+        sql += part.create;
+    return sql + "PRAGMA application_id=" + QByteArray::number(schema.applicationId) +
+           ";PRAGMA user_version=" + QByteArray::number(schema.version) + ";" + firstRows +
+           ";COMMIT;PRAGMA journal_mode=WAL;";
+}
+
 }  // namespace
 
-void Database::create(const QString& file, const QString& siteName)
+void Database::create(const QString& file, const DatabaseSchema& schema, const QByteArray& firstRows)
 {
     const QFileInfo info(file);
     if (info.exists())
@@ -71,14 +82,7 @@ void Database::create(const QString& file, const QString& siteName)
     const int opened = sqlite3_open_v2(QFileInfo(file).absoluteFilePath().toUtf8().constData(), &handle,
                                        SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE, nullptr);
     const std::unique_ptr<sqlite3, int (*)(sqlite3*)> owner(handle, &sqlite3_close_v2);
-    // The tables and the identity appear together, in the file itself; only then does the write-ahead log begin, so
-    // that whoever looks at the first page sees all or nothing.
-    const QByteArray sql =
-        QByteArray("PRAGMA page_size=") + QByteArray::number(schema::kPageSize) + ";BEGIN IMMEDIATE;" +
-        schema::kCreate + "PRAGMA application_id=" + QByteArray::number(schema::kApplicationId) +
-        ";PRAGMA user_version=" + QByteArray::number(schema::kVersion) + ";INSERT INTO site VALUES(1, '" +
-        QString(siteName).replace(QLatin1Char('\''), QStringLiteral("''")).remove(QChar::Null).toUtf8() +
-        "', '');COMMIT;PRAGMA journal_mode=WAL;";
+    const QByteArray sql = creation(schema, firstRows);
     if (opened != SQLITE_OK || sqlite3_exec(handle, sql.constData(), nullptr, nullptr, nullptr) != SQLITE_OK) {
         const QString reason = QString::fromUtf8(sqlite3_errmsg(handle));
         sqlite3_exec(handle, "ROLLBACK", nullptr, nullptr, nullptr);
@@ -90,7 +94,8 @@ void Database::create(const QString& file, const QString& siteName)
     }
 }
 
-Database::Database(const QString& file, Access access) : m_file(QFileInfo(file).absoluteFilePath())
+Database::Database(const QString& file, DatabaseSchema schema, Access access)
+    : m_file(QFileInfo(file).absoluteFilePath()), m_schema(std::move(schema))
 {
     try {
         requireReadableFile(m_file);
@@ -152,19 +157,19 @@ void Database::inspect(const QString& uri)
 int Database::checkHeader()
 {
     Statement application(*this, "PRAGMA application_id");
-    if (!application.step() || application.integer(0) != schema::kApplicationId)
+    if (!application.step() || application.integer(0) != m_schema.applicationId)
         throw ReportableError(
             QStringLiteral("%1 belongs to another program, it is not a Plotix site: choose another file.")
                 .arg(quoted(m_file)));
     Statement version(*this, "PRAGMA user_version");
     version.step();
-    if (version.integer(0) > schema::kVersion)
+    if (version.integer(0) > m_schema.version)
         throw ReportableError(
             QStringLiteral("%1 was made by a newer Plotix (format %2, this one reads up to %3): update "
                            "Plotix to open it.")
                 .arg(quoted(m_file))
                 .arg(version.integer(0))
-                .arg(schema::kVersion));
+                .arg(m_schema.version));
     if (version.integer(0) < 1)
         failAsDamaged(QStringLiteral("no format number"));
     return static_cast<int>(version.integer(0));
@@ -173,24 +178,30 @@ int Database::checkHeader()
 void Database::checkTables(int version)
 {
     Statement table(*this, "SELECT 1 FROM sqlite_schema WHERE type = 'table' AND name = ?");
-    for (const schema::Table& wanted : schema::kTables) {
-        if (wanted.since > version)
-            continue;
-        table.bind(1, QString::fromLatin1(wanted.name));
-        if (!table.step())
-            failAsDamaged(QStringLiteral("the table “%1” is missing").arg(QLatin1String(wanted.name)));
-        table.reset();
-    }
+    for (const SchemaPart& part : m_schema.parts)
+        for (const SchemaPart::Table& wanted : part.tables) {
+            if (wanted.since > version)
+                continue;
+            table.bind(1, QString::fromLatin1(wanted.name));
+            if (!table.step())
+                failAsDamaged(QStringLiteral("the table “%1” is missing").arg(QLatin1String(wanted.name)));
+            table.reset();
+        }
 }
 
 void Database::upgrade()
 {
-    if (checkHeader() == schema::kVersion)
+    if (checkHeader() == m_schema.version)
         return;
     beginWriting();
     // Another program may have been faster.
-    if (checkHeader() < 2)
-        execute(schema::kUpgradeTo2);
+    for (int version = checkHeader() + 1; version <= m_schema.version; ++version) {
+        for (const SchemaPart& part : m_schema.parts)
+            for (const SchemaPart::Step& step : part.steps)
+                if (step.to == version)
+                    execute(step.sql);
+        execute(("PRAGMA user_version=" + QByteArray::number(version)).constData());
+    }
     commit();
 }
 

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "storage/DatabaseSchema.h"
+
 #include <QtCore/QByteArray>
 #include <QtCore/QString>
 
@@ -12,7 +14,8 @@ struct sqlite3_blob;
 struct sqlite3_stmt;
 
 /// One connection to a site document's file, and statements over it: SQLite with every failure turned into a
-/// ReportableError that says what to do. One thread at a time each; any number of connections beside each other.
+/// ReportableError that says what to do, in one line. One thread at a time each; any number of connections beside each
+/// other.
 namespace plotix {
 
 class Statement;
@@ -25,16 +28,18 @@ public:
         BestAvailable,  ///< ReadWrite where the file allows it, else ReadOnly
     };
 
-    /// Makes a new, empty site document; throws when anything is there already.
-    static void create(const QString& file, const QString& siteName);
+    /// Makes a new file with empty tables and what `firstRows`, SQL, puts into them; throws when anything is there
+    /// already.
+    static void create(const QString& file, const DatabaseSchema& schema, const QByteArray& firstRows = {});
 
-    /// Checks that the file is a site document of this version before anything could change it.
-    Database(const QString& file, Access access);
+    /// Checks that the file is one of this schema before anything could change it.
+    Database(const QString& file, DatabaseSchema schema, Access access);
     ~Database();
     Database(const Database&) = delete;
     Database& operator=(const Database&) = delete;
 
     const QString& file() const { return m_file; }
+    const DatabaseSchema& schema() const { return m_schema; }
     bool isReadOnly() const { return m_readOnly; }
     sqlite3* handle() const { return m_handle; }
 
@@ -64,6 +69,7 @@ private:
     void upgrade();
 
     QString m_file;
+    DatabaseSchema m_schema;
     sqlite3* m_handle = nullptr;
     bool m_readOnly = false;
     std::unique_ptr<Statement> m_begin, m_commit;  // made when first used, since preparing takes as long as running

@@ -101,7 +101,7 @@ void LogCheckpointer::work()
         lock.unlock();
         try {
             if (!database)
-                database = std::make_unique<Database>(m_served.file(), Database::Access::ReadWrite);
+                database = std::make_unique<Database>(m_served.file(), m_served.schema(), Database::Access::ReadWrite);
             merge(*database);
         } catch (const std::exception&) {  // the commits' own connection has the same trouble, and somebody to tell
             database.reset();

@@ -28,10 +28,25 @@ expect_failure "the plug-in reaching into the host application" plugins/PlotixPl
   '"hostapp/document/SiteDocument.h"' "must not include hostapp/document"
 expect_failure "the host application reaching into the plug-in" hostapp/document/SiteDocument.h \
   '"plugins/PlotixPlugIn/KTVPlotixPlugIn.h"' "hostapp/document must not include plugins/PlotixPlugIn"
+expect_failure "a document knowing which store keeps its records" hostapp/document/SiteDocument.cpp \
+  '"records/sqlite/SqliteRecordStore.h"' "hostapp/document must not include records/sqlite"
+expect_failure "the site file knowing of records" storage/Database.h \
+  '"records/store/RecordBlock.h"' "storage must not include records/store"
 expect_failure "leaf values using widgets" base/Date.h '<QtWidgets/QWidget>' "base must not use QtWidgets"
+expect_failure "two rooms whose units need each other" storage/Statement.cpp \
+  '"records/store/Records.h"' "storage must not include records/store"
 rm -rf "$scratch/tree" && mkdir -p "$scratch/tree/base"
 echo '#include "base/B.h"' > "$scratch/tree/base/A.h"
 echo '#include "base/A.h"' > "$scratch/tree/base/B.h"
 if output=$(python3 "$check" "$scratch/tree"); then echo "FAILED: a cycle was not noticed"; exit 1; fi
 grep -qF "include cycle: base/A.h -> base/B.h -> base/A.h" <<< "$output"
 echo "noticed: a cycle"
+
+# Units, a header with its source, may include each other no more than now and then.
+rm -rf "$scratch/tree" && mkdir -p "$scratch/tree/base"
+echo '#include "base/B.h"' > "$scratch/tree/base/A.cpp"
+echo '' | tee "$scratch/tree/base/A.h" > "$scratch/tree/base/B.h"
+echo '#include "base/A.h"' > "$scratch/tree/base/B.cpp"
+if output=$(python3 "$check" "$scratch/tree"); then echo "FAILED: a cycle of units was not noticed"; exit 1; fi
+grep -qF "2 of 2 units include each other" <<< "$output"
+echo "noticed: a cycle of units"

@@ -1,12 +1,15 @@
 #include "base/png/PngRows.h"
 
-#if defined(__x86_64__)
-#include <immintrin.h>
-#endif
+#undef HWY_TARGET_INCLUDE
+#define HWY_TARGET_INCLUDE "base/png/PngRows.cpp"
+#include "base/vectors/Kernels.h"
 
+HWY_BEFORE_NAMESPACE();
 namespace plotix {
-
 namespace {
+namespace HWY_NAMESPACE {
+
+namespace hn = hwy::HWY_NAMESPACE;
 
 template <int kBytes>
 constexpr quint32 kKept = kBytes == 3 ? 0x00ffffffU : 0xffffffffU;
@@ -41,53 +44,72 @@ void differencesFrom(const PngRow& row, int first)
     }
 }
 
+#if HWY_TARGET == HWY_SCALAR
+
 template <int kBytes>
-void differencesPlain(const PngRow& row)
+void differences(const PngRow& row)
 {
     differencesFrom<kBytes>(row, 0);
 }
 
-#if defined(__x86_64__)
+#else
 
-constexpr char kNone = -1;
+constexpr hn::CappedTag<quint32, 8> kPixels;
+constexpr hn::Repartition<quint8, decltype(kPixels)> kChannels;
+constexpr int kAtOnce = static_cast<int>(hn::MaxLanes(kPixels));
+using Pixels = hn::Vec<decltype(kPixels)>;
 
-/// The bytes of eight differences in file order. Three bytes a pixel: 24, and eight that the next ones cover.
+constexpr quint8 kNone = 0x80;  // of a table: answers 0
+
+/// Stores the bytes of differences in file order. Three bytes a pixel: four bytes behind them, which the next ones
+/// cover, are written too.
 template <int kBytes>
-__attribute__((target("avx2"))) inline __m256i fileOrder(__m256i differences)
+HWY_INLINE void storeInFileOrder(Pixels differences, quint8* to)
 {
-    if constexpr (kBytes == 4) {
-        return _mm256_shuffle_epi8(differences,
-                                   _mm256_setr_epi8(2, 1, 0, 3, 6, 5, 4, 7, 10, 9, 8, 11, 14, 13, 12, 15,  //
-                                                    2, 1, 0, 3, 6, 5, 4, 7, 10, 9, 8, 11, 14, 13, 12, 15));
-    } else {
-        const __m256i packed = _mm256_shuffle_epi8(
-            differences, _mm256_setr_epi8(2, 1, 0, 6, 5, 4, 10, 9, 8, 14, 13, 12, kNone, kNone, kNone, kNone,  //
-                                          2, 1, 0, 6, 5, 4, 10, 9, 8, 14, 13, 12, kNone, kNone, kNone, kNone));
-        return _mm256_permutevar8x32_epi32(packed, _mm256_setr_epi32(0, 1, 2, 4, 5, 6, 3, 7));
+    alignas(16) static constexpr quint8 kFour[16] = {2, 1, 0, 3, 6, 5, 4, 7, 10, 9, 8, 11, 14, 13, 12, 15};
+    alignas(16) static constexpr quint8 kThree[16] = {2, 1,  0,  6,  5,     4,     10,    9,
+                                                      8, 14, 13, 12, kNone, kNone, kNone, kNone};
+    const auto table = hn::LoadDup128(kChannels, kBytes == 4 ? kFour : kThree);
+    const auto ordered = hn::TableLookupBytesOr0(hn::BitCast(kChannels, differences), table);
+#if HWY_MAX_BYTES >= 32
+    if constexpr (kBytes == 3) {
+        constexpr hn::Half<decltype(kChannels)> kHalf;
+        hn::StoreU(hn::LowerHalf(kHalf, ordered), kHalf, to);
+        hn::StoreU(hn::UpperHalf(kHalf, ordered), kHalf, to + 12);
+        return;
     }
+#endif
+    hn::StoreU(ordered, kChannels, to);
+}
+
+/// The pixels before each of these; `before` ends with the one before the first.
+HWY_INLINE Pixels neighbours(Pixels before, Pixels now)
+{
+#if HWY_MAX_BYTES >= 32
+    before = hn::ConcatLowerUpper(kPixels, now, before);
+#endif
+    return hn::BitCast(kPixels, hn::CombineShiftRightBytes<12>(kChannels, hn::BitCast(kChannels, now),
+                                                               hn::BitCast(kChannels, before)));
 }
 
 template <int kBytes>
-__attribute__((target("avx2"))) void differencesAvx2(const PngRow& row)
+void differences(const PngRow& row)
 {
-    const __m256i kept = _mm256_set1_epi32(static_cast<int>(kKept<kBytes>));
+    const Pixels kept = hn::Set(kPixels, kKept<kBytes>);
     const int wholeWords = row.width & ~63;
     // No difference precedes the first one: what stands in its place differs from it.
-    __m256i before = _mm256_set1_epi32(static_cast<int>(~difference(row.pixels[0], row.above[0])));
+    Pixels before = hn::Set(kPixels, ~difference(row.pixels[0], row.above[0]));
     for (int start = 0; start < wholeWords; start += 64) {
         quint64 word = 0;
-        for (int column = start; column < start + 64; column += 8) {
-            const auto at = [column](const quint32* numbers) {
-                return reinterpret_cast<const __m256i*>(numbers + column);
-            };
-            const __m256i now = _mm256_and_si256(
-                _mm256_sub_epi8(_mm256_loadu_si256(at(row.pixels)), _mm256_loadu_si256(at(row.above))), kept);
-            _mm256_storeu_si256(reinterpret_cast<__m256i*>(row.differences + column), now);
-            _mm256_storeu_si256(reinterpret_cast<__m256i*>(row.bytes + column * kBytes), fileOrder<kBytes>(now));
-            const __m256i shifted = _mm256_alignr_epi8(now, _mm256_permute2x128_si256(before, now, 0x21), 12);
-            const __m256i equal = _mm256_cmpeq_epi32(now, shifted);
-            const auto mask = static_cast<quint32>(_mm256_movemask_ps(_mm256_castsi256_ps(equal)));
-            word |= quint64{mask} << (column & 63);
+        for (int column = start; column < start + 64; column += kAtOnce) {
+            const auto pixels = hn::BitCast(kChannels, hn::LoadU(kPixels, row.pixels + column));
+            const auto above = hn::BitCast(kChannels, hn::LoadU(kPixels, row.above + column));
+            const Pixels now = hn::And(hn::BitCast(kPixels, hn::Sub(pixels, above)), kept);
+            hn::StoreU(now, kPixels, row.differences + column);
+            storeInFileOrder<kBytes>(now, row.bytes + column * kBytes);
+            quint8 repeats[8] = {};
+            hn::StoreMaskBits(kPixels, hn::Eq(now, neighbours(before, now)), repeats);
+            word |= quint64{repeats[0]} << (column & 63);
             before = now;
         }
         row.repeats[start >> 6] = word;
@@ -97,23 +119,28 @@ __attribute__((target("avx2"))) void differencesAvx2(const PngRow& row)
 
 #endif
 
-}  // namespace
-
-const PngRowKernels& PngRowKernels::plain()
+const PngRowKernels& kernels()
 {
-    static constexpr PngRowKernels kernels{differencesPlain<3>, differencesPlain<4>};
-    return kernels;
+    static constexpr PngRowKernels kTable{differences<3>, differences<4>};
+    return kTable;
 }
+
+}  // namespace HWY_NAMESPACE
+}  // namespace
+}  // namespace plotix
+HWY_AFTER_NAMESPACE();
+
+#if HWY_ONCE
+namespace plotix {
+
+namespace {
+HWY_EXPORT(kernels);
+}  // namespace
 
 const PngRowKernels& PngRowKernels::best()
 {
-#if defined(__x86_64__)
-    static constexpr PngRowKernels kernels{differencesAvx2<3>, differencesAvx2<4>};
-    static const bool hasAvx2 = __builtin_cpu_supports("avx2");
-    if (hasAvx2)
-        return kernels;
-#endif
-    return plain();
+    return HWY_DYNAMIC_DISPATCH(kernels)();
 }
 
 }  // namespace plotix
+#endif

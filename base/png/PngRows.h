@@ -4,7 +4,7 @@
 
 /// The inner loop of PNG encoding: one row of pixels becomes its difference to the row above.
 ///
-/// Pure; any thread. The loop exists for every processor and for AVX2; both write the same.
+/// Compiled for several processors, chosen at run time (see base/vectors); all write the same. Pure; any thread.
 namespace plotix {
 
 /// One row on its way into the file. All memory is borrowed and lies apart.
@@ -24,8 +24,7 @@ struct PngRowKernels {
     void (*color)(const PngRow&);          ///< three bytes a pixel; alpha counts as 0
     void (*colorAndAlpha)(const PngRow&);  ///< four bytes a pixel
 
-    static const PngRowKernels& plain();  ///< for every processor
-    static const PngRowKernels& best();   ///< what this processor runs fastest
+    static const PngRowKernels& best();  ///< what this processor runs fastest; alive as long as the program
 };
 
 }  // namespace plotix

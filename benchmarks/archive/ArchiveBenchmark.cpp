@@ -12,15 +12,13 @@ namespace plotix_bench {
 
 namespace {
 
-using plotix::RecordReader;
-
 void readBetween(benchmark::State& state, std::optional<double> from, std::optional<double> to, std::size_t expected)
 {
     const SiteFile site = fullSite();
-    RecordReader reader(site.path);
-    reader.read(site.agent, site.properties, from, to);  // the file and the result's memory are warm from here on
+    const auto reader = site.records();
+    reader->read(site.agent, site.properties, from, to);  // the file and the result's memory are warm from here on
     for (auto unused : state) {
-        const auto records = reader.read(site.agent, site.properties, from, to);
+        const auto records = reader->read(site.agent, site.properties, from, to);
         if (!records || records->times.size() != expected)
             state.SkipWithError("not all records were read");
     }
@@ -45,8 +43,8 @@ void readCold(benchmark::State& state)
     for (auto unused : state) {
         stayed = std::max(stayed, forgetPages(site.path));
         const Elapsed elapsed;
-        RecordReader reader(site.path);
-        const auto records = reader.read(site.agent, site.properties, {}, {});
+        const auto reader = site.records();
+        const auto records = reader->read(site.agent, site.properties, {}, {});
         if (!records || records->times.size() != kStationRecords)
             state.SkipWithError("not all records were read");
         state.SetIterationTime(elapsed.seconds());
@@ -58,9 +56,9 @@ void readCold(benchmark::State& state)
 void overview(benchmark::State& state)
 {
     const SiteFile site = fullSite();
-    RecordReader reader(site.path);
+    const auto reader = site.records();
     for (auto unused : state) {
-        const plotix::RecordOverview known = reader.overview(site.agent, site.properties);
+        const plotix::RecordOverview known = reader->overview(site.agent, site.properties);
         if (known.runs.empty() || known.columns.size() != kStationProperties)
             state.SkipWithError("there is no overview");
     }
@@ -70,10 +68,10 @@ void overview(benchmark::State& state)
 void statistics(benchmark::State& state)
 {
     const SiteFile site = fullSite();
-    RecordReader reader(site.path);
+    const auto reader = site.records();
     for (auto unused : state)
         for (const plotix::RowId property : site.properties) {
-            const auto found = reader.statistics(site.agent, property, {}, {}, plotix::StatisticsFrom::Values);
+            const auto found = reader->statistics(site.agent, property, {}, {}, plotix::StatisticsFrom::Values);
             if (found.valid != kStationRecords)
                 state.SkipWithError("not all values were counted");
         }

@@ -3,7 +3,6 @@
 #include "benchmarks/archive/ArchiveCases.h"
 #include "benchmarks/archive/CommitTimes.h"
 #include "benchmarks/data/BenchmarkFiles.h"
-#include "records/sqlite/RecordAppender.h"
 
 namespace plotix_bench {
 
@@ -27,12 +26,12 @@ void commit(benchmark::State& state)
     const QString path = dataFile(QStringLiteral("commit.plotix"));
     for (auto unused : state) {
         const SiteFile site = emptySite(path);
-        plotix::RecordAppender appender(path);
+        const auto appender = site.records()->appender();
         Station records;
         CommitTimes times;
         for (std::size_t done = 0; done < kCommits; ++done) {
             const plotix::RecordBlock block = blockOf(site, records.next());
-            times.measure([&] { appender.append(site.agent, block); });
+            times.measure([&] { appender->append(site.agent, block); });
         }
         times.report(state);
     }

@@ -1,5 +1,6 @@
 #include "benchmarks/data/BenchmarkFiles.h"
 
+#include "hostapp/document/RecordKeeping.h"
 #include "hostapp/document/SiteDocument.h"
 
 #include <QtCore/QDir>
@@ -79,6 +80,11 @@ const StationColumns& station()
     return columns;
 }
 
+std::shared_ptr<plotix::RecordStore> SiteFile::records() const
+{
+    return plotix::recordsOfSite(path);
+}
+
 SiteFile emptySite(const QString& path)
 {
     removeDatabase(path);
@@ -102,10 +108,10 @@ SiteFile fullSite()
 
 void storeStation(const SiteFile& site)
 {
-    plotix::RecordWriter writer(site.path);
+    const auto writer = site.records()->begin();
     for (std::size_t first = 0; first < kStationRecords; first += kBlock)
-        writer.store(site.agent, blockOf(site, first, std::min(kBlock, kStationRecords - first)));
-    writer.commit();
+        writer->store(site.agent, blockOf(site, first, std::min(kBlock, kStationRecords - first)));
+    writer->commit();
 }
 
 void removeDatabase(const QString& path)

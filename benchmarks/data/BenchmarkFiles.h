@@ -1,7 +1,7 @@
 #pragma once
 
 #include "benchmarks/data/StationRecords.h"
-#include "records/sqlite/RecordArchive.h"
+#include "records/store/RecordStore.h"
 
 #include <QtCore/QString>
 
@@ -23,6 +23,9 @@ struct SiteFile {
     QString path;
     plotix::RowId agent = 0;
     std::array<plotix::RowId, kStationProperties> properties{};
+
+    /// The site's records, nothing of them open yet.
+    std::shared_ptr<plotix::RecordStore> records() const;
 };
 
 /// A new one without records, in place of what was there.

@@ -1,5 +1,6 @@
 #include "hostapp/app/Composition.h"
 
+#include "base/ReportableError.h"
 #include "hostapp/print/Paper.h"
 #include "hostapp/window/MessageOverlay.h"
 
@@ -10,6 +11,17 @@ namespace plotix {
 namespace {
 constexpr auto kModuleName = "PlotixPlugIn";
 constexpr auto kTrendClass = "KTVPlotixPlugIn";
+
+/// A site whose file has gone, say, has no part in "All Time"; whoever fetches from it is told.
+std::optional<std::pair<Date, Date>> readableExtent(const SiteDocument& document)
+{
+    try {
+        return document.recordExtent();
+    } catch (const ReportableError&) {
+        return std::nullopt;
+    }
+}
+
 }  // namespace
 
 Composition::Composition(Audience audience, QStringList plugInFolders)
@@ -57,7 +69,7 @@ std::optional<std::pair<Date, Date>> Composition::extentOfOpenDocuments() const
     std::optional<std::pair<Date, Date>> extent;
     for (const auto& weak : m_documents) {
         const auto document = weak.lock();
-        const auto own = document ? document->recordExtent() : std::nullopt;
+        const auto own = document ? readableExtent(*document) : std::nullopt;
         if (!own)
             continue;
         if (!extent)

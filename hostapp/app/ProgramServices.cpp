@@ -121,7 +121,8 @@ CommandProgress ProgramServices::makeProgress(const QString& title)
     applyAppearance(*qApp);
     QApplication::setQuitOnLastWindowClosed(false);  // the site window comes after the progress window has gone
     constexpr int kSteps = 1000;
-    auto dialog = std::make_shared<QProgressDialog>(title, QProgressDialog::tr("Cancel"), 0, kSteps);
+    auto dialog =
+        std::make_shared<QProgressDialog>(title, QCoreApplication::translate("ProgramServices", "Cancel"), 0, kSteps);
     dialog->setWindowTitle(QApplication::applicationDisplayName());
     dialog->setMinimumDuration(0);
     dialog->setMinimumWidth(420);

@@ -3,7 +3,6 @@
 #include "hostapp/cli/Commands.h"
 #include "hostapp/cli/ExactText.h"
 #include "hostapp/cli/SiteLookup.h"
-#include "records/sqlite/ArchiveCompaction.h"
 
 #include <QtCore/QFileInfo>
 
@@ -51,11 +50,13 @@ void describe(std::ostream& out, const CompactionResult& result, const std::opti
 
 int runCommand(const CompactCommand& command, CommandContext context)
 {
-    const CompactionRequest request{openSite(command.site)->path(), dropBefore(command)};
+    // The document is closed again: open, it would keep the file from being shortened at once.
+    const std::shared_ptr<RecordStore> records = openSite(command.site)->records();
+    const CompactionRequest request{dropBefore(command)};
     const Interruption interruption;
     const CommandProgress progress = makeCommandProgress(
         context.services, context.streams, QStringLiteral("Compacting %1").arg(QFileInfo(command.site).fileName()));
-    const CompactionResult result = compactArchive(request, progress);
+    const CompactionResult result = records->compact(request, progress);
     describe(context.streams.output, result, request.dropBefore);
     if (result.stopped)
         throw ReportableError(QStringLiteral("cancelled; %1 is whole, and may be compacted further").arg(command.site));

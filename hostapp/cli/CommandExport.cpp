@@ -119,12 +119,12 @@ int runCommand(const ExportCommand& command, CommandContext context)
     const Interruption interruption;
     const CommandProgress progress =
         makeCommandProgress(context.services, context.streams, QStringLiteral("Exporting %1").arg(agent->name()));
-    RecordReader reader(document->path());
-    const TimeSpan span = timeSpanOf(command.choice, reader.summary(agent->id()));
-    const RecordOverview overview = reader.overview(agent->id(), {}, span.from, span.to);
+    RecordStore& store = *document->records();
+    const TimeSpan span = timeSpanOf(command.choice, store.extent(agent->id()));
+    const RecordOverview overview = store.overview(agent->id(), {}, span.from, span.to);
     if (const auto refusal = refusalOf({overview, ids.size(), span.from, span.to}, memoryBudget()))
         throw ReportableError(*refusal);
-    const std::optional<RecordBlock> block = reader.read(
+    const std::optional<RecordBlock> block = store.read(
         agent->id(), ids, span.from, span.to, [&progress](double fraction) { return progress(fraction / 2); });
     if (!block)
         throw ReportableError(QStringLiteral("cancelled; %1 was not written").arg(command.output));

@@ -28,18 +28,25 @@ struct AgentInfo {
         ColumnStatistics statistics;
     };
     QString name;
-    ArchiveSummary summary;
+    std::size_t records = 0;
+    std::optional<double> first, last;  // times
     std::vector<Property> properties;
 };
 
 std::vector<AgentInfo> readAgents(const SiteDocument& document)
 {
-    RecordReader reader(document.path());
+    RecordStore& store = *document.records();
     std::vector<AgentInfo> agents;
     for (const auto& agent : document.agents()) {
-        AgentInfo& info = agents.emplace_back(AgentInfo{agent->name(), reader.summary(agent->id()), {}});
+        AgentInfo& info = agents.emplace_back();
+        info.name = agent->name();
+        info.records = store.overview(agent->id(), {}).records();
+        if (const std::optional<RecordExtent> extent = store.extent(agent->id())) {
+            info.first = extent->first;
+            info.last = extent->last;
+        }
         for (const auto& property : agent->siteProperties())
-            info.properties.push_back({property, reader.statistics(agent->id(), property->description().id)});
+            info.properties.push_back({property, store.statistics(agent->id(), property->description().id)});
     }
     return agents;
 }
@@ -56,9 +63,8 @@ void writeJson(std::ostream& out, const SiteDocument& document, const std::vecto
     const char* agentSeparator = "\n";
     for (const AgentInfo& agent : agents) {
         out << agentSeparator << "    {\n      \"name\": " << jsonText(agent.name)
-            << ",\n      \"records\": " << agent.summary.records
-            << ",\n      \"first\": " << jsonMoment(agent.summary.first)
-            << ",\n      \"last\": " << jsonMoment(agent.summary.last) << ",\n      \"properties\": [";
+            << ",\n      \"records\": " << agent.records << ",\n      \"first\": " << jsonMoment(agent.first)
+            << ",\n      \"last\": " << jsonMoment(agent.last) << ",\n      \"properties\": [";
         const char* separator = "\n";
         for (const auto& [property, statistics] : agent.properties) {
             out << separator << "        {\"name\": " << jsonText(property->name())
@@ -83,9 +89,9 @@ void writeText(std::ostream& out, const SiteDocument& document, const std::vecto
         out << ", " << document.siteLocation().toStdString();
     out << '\n';
     for (const AgentInfo& agent : agents) {
-        out << '\n' << agent.name.toStdString() << ": " << agent.summary.records << " records";
-        if (agent.summary.records > 0)
-            out << " from " << moment(agent.summary.first) << " to " << moment(agent.summary.last);
+        out << '\n' << agent.name.toStdString() << ": " << agent.records << " records";
+        if (agent.records > 0)
+            out << " from " << moment(agent.first) << " to " << moment(agent.last);
         out << '\n';
         for (const auto& [property, statistics] : agent.properties) {
             const std::string unit = property->description().archivedUnit.toStdString();

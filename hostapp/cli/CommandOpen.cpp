@@ -25,10 +25,9 @@ TrendRequest suggestedTrend(const std::shared_ptr<SiteDocument>& document, const
     TrendRequest trend{document, agent, {}, {}, {}, suggestion.title};
     for (const auto& property : propertiesOf(*agent, suggestion.propertyNames))
         trend.properties.push_back(property);
-    const ArchiveSummary summary = RecordReader(document->path()).summary(agent->id());
     RecordChoice choice;
     choice.range = quickRangeName(suggestion.range);
-    const TimeSpan span = timeSpanOf(choice, summary);
+    const TimeSpan span = timeSpanOf(choice, document->records()->extent(agent->id()));
     if (span.from)
         trend.from = Date{*span.from};
     if (span.to)

@@ -20,15 +20,15 @@ KTVPropertyList propertiesToDraw(const SiteAgent& agent, const QStringList& name
 }
 
 /// The default range is all time; a bound left open beside a given one is the end of the records too.
-TimeSpan spanToDraw(const RecordChoice& choice, const ArchiveSummary& summary, const QString& agent)
+TimeSpan spanToDraw(const RecordChoice& choice, const std::optional<RecordExtent>& extent, const QString& agent)
 {
-    if (!summary.first || !summary.last)
+    if (!extent)
         throw ReportableError(QStringLiteral("%1 has no records to draw").arg(agent));
-    TimeSpan span = timeSpanOf(choice, summary);
+    TimeSpan span = timeSpanOf(choice, extent);
     if (!span.from)
-        span.from = *summary.first;
+        span.from = extent->first;
     if (!span.to)
-        span.to = *summary.last;
+        span.to = extent->last;
     if (*span.to < *span.from)
         throw ReportableError(QStringLiteral("%1 has no records in that span of time").arg(agent));
     return span;
@@ -43,8 +43,8 @@ int runCommand(const RenderCommand& command, CommandContext context)
     trend.document = openSite(command.site);
     trend.agent = agentOf(*trend.document, command.choice.agent);
     trend.properties = propertiesToDraw(*trend.agent, command.choice.properties);
-    const ArchiveSummary summary = RecordReader(trend.document->path()).summary(trend.agent->id());
-    const TimeSpan span = spanToDraw(command.choice, summary, trend.agent->name());
+    const auto extent = trend.document->records()->extent(trend.agent->id());
+    const TimeSpan span = spanToDraw(command.choice, extent, trend.agent->name());
     trend.from = Date{*span.from};
     trend.to = Date{*span.to};
     trend.title = command.title;

@@ -2,7 +2,7 @@
 #include "hostapp/cli/CommandProgressBar.h"
 #include "hostapp/cli/Commands.h"
 #include "hostapp/cli/SiteLookup.h"
-#include "records/sqlite/ArchiveVerification.h"
+#include "hostapp/document/RecordKeeping.h"
 
 #include <QtCore/QFileInfo>
 
@@ -18,7 +18,7 @@ int runCommand(const VerifyCommand& command, CommandContext context)
     const Interruption interruption;
     const CommandProgress progress = makeCommandProgress(
         context.services, context.streams, QStringLiteral("Verifying %1").arg(QFileInfo(command.site).fileName()));
-    const VerificationResult result = verifyArchive(command.site, progress);
+    const VerificationResult result = recordsOfSite(command.site)->verify(progress);
     std::ostream& out = context.streams.output;
     for (const QString& finding : result.findings)
         out << finding.toStdString() << '\n';

@@ -83,16 +83,16 @@ std::vector<std::shared_ptr<SiteProperty>> propertiesOf(const SiteAgent& agent, 
     return properties;
 }
 
-TimeSpan timeSpanOf(const RecordChoice& choice, const ArchiveSummary& summary)
+TimeSpan timeSpanOf(const RecordChoice& choice, const std::optional<RecordExtent>& extent)
 {
     TimeSpan span{choice.from, choice.to};
     if (choice.range.isEmpty())
         return span;
     QuickRanges::Setting setting;
-    setting.allTime = [&summary]() -> std::optional<std::pair<Date, Date>> {
-        if (!summary.first || !summary.last)
+    setting.allTime = [&extent]() -> std::optional<std::pair<Date, Date>> {
+        if (!extent)
             return {};
-        return std::pair(Date{*summary.first}, Date{*summary.last});
+        return std::pair(Date{extent->first}, Date{extent->last});
     };
     OptionalDate from, to;
     QuickRanges(setting).dateRange(*quickRangeNamed(choice.range), from, to);

@@ -2,7 +2,7 @@
 
 #include "hostapp/cli/ParsedCommand.h"
 #include "hostapp/document/SiteDocument.h"
-#include "records/sqlite/RecordArchive.h"
+#include "records/store/RecordStore.h"
 
 /// Finds what a command's words mean in a site: the document, an agent, properties, a span of time.
 ///
@@ -21,6 +21,6 @@ std::vector<std::shared_ptr<SiteProperty>> propertiesOf(const SiteAgent& agent, 
 struct TimeSpan {
     std::optional<double> from, to;
 };
-TimeSpan timeSpanOf(const RecordChoice& choice, const ArchiveSummary& summary);
+TimeSpan timeSpanOf(const RecordChoice& choice, const std::optional<RecordExtent>& extent);
 
 }  // namespace plotix

@@ -19,14 +19,10 @@ namespace {
 constexpr auto kEnglish = "en";
 QString theInstalledLanguage = QString::fromLatin1(kEnglish);
 
-QString unescaped(QString text)
+QString fileOf(const QString& language)
 {
-    return text.replace(QLatin1String("\\n"), QLatin1String("\n"));
-}
-
-bool hasTable(const QString& language)
-{
-    return language == QLatin1String(kEnglish) || !textTableOf(language).isEmpty();
+    joinTextResources();
+    return QStringLiteral(":/plotix/texts/plotix_%1.qm").arg(language);
 }
 
 /// "de" of "de_DE.UTF-8"; "en" of the C locale; nothing of a language we do not speak.
@@ -37,40 +33,15 @@ QString spokenLanguage(const QString& locale)
         return QString::fromLatin1(kEnglish);
     const bool isCode = !language.isEmpty() &&
                         std::all_of(language.begin(), language.end(), [](QChar letter) { return letter.isLower(); });
-    return isCode && hasTable(language) ? language : QString();
+    return isCode && QFile::exists(fileOf(language)) ? language : QString();
 }
 
 }  // namespace
 
-TextTable::TextTable(const QString& text)
+std::unique_ptr<QTranslator> textsOf(const QString& language)
 {
-    QString source;
-    for (const QString& line : text.split(QLatin1Char('\n'))) {
-        if (line.isEmpty() || line.startsWith(QLatin1Char('#'))) {
-            source.clear();
-        } else if (source.isEmpty()) {
-            source = unescaped(line);
-        } else {
-            m_translations.insert(source, unescaped(line));
-            source.clear();
-        }
-    }
-}
-
-QString TextTable::translate(const char*, const char* source, const char*, int n) const
-{
-    const QString key = QString::fromUtf8(source);
-    const QString found = m_translations.value(key);
-    if (!key.contains(QLatin1String("%n")))
-        return found;
-    return found.section(QLatin1Char('|'), n == 1 ? 0 : -1, n == 1 ? 0 : -1);
-}
-
-QString textTableOf(const QString& language)
-{
-    joinTextResources();
-    QFile file(QStringLiteral(":/plotix/texts/%1.txt").arg(language));
-    return file.open(QIODevice::ReadOnly) ? QString::fromUtf8(file.readAll()) : QString();
+    auto texts = std::make_unique<QTranslator>();
+    return texts->load(fileOf(language)) ? std::move(texts) : nullptr;
 }
 
 QString preferredLanguage(const Environment& environment)
@@ -100,9 +71,10 @@ void installLanguage(const QString& language)
     auto* toolkit = new QTranslator(QCoreApplication::instance());
     if (toolkit->load(QStringLiteral("qtbase_") + language, QLibraryInfo::path(QLibraryInfo::TranslationsPath)))
         QCoreApplication::installTranslator(toolkit);
-    auto* own = new TextTable(textTableOf(language));
-    own->setParent(QCoreApplication::instance());
-    QCoreApplication::installTranslator(own);  // asked first: the latest installed wins
+    if (QTranslator* own = textsOf(language).release()) {
+        own->setParent(QCoreApplication::instance());
+        QCoreApplication::installTranslator(own);  // asked first: the latest installed wins
+    }
 }
 
 QString installedLanguage()

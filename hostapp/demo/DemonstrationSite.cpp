@@ -3,7 +3,6 @@
 #include "base/ReportableError.h"
 #include "hostapp/demo/WeatherStation.h"
 #include "hostapp/document/SiteTransaction.h"
-#include "records/sqlite/RecordArchive.h"
 
 #include <QtCore/QCoreApplication>
 #include <QtCore/QDir>
@@ -170,9 +169,9 @@ std::size_t fillInStation(const QString& path, Date now, std::uint64_t seed, con
         throw ReportableError(QStringLiteral("%1 is not there").arg(path));
     SiteTransaction transaction(path);
     const RowId agent = transaction.findOrCreateAgent(QLatin1String(kStationAgentName));
-    const std::optional<double> last = RecordReader(path).summary(agent).last;
+    const std::optional<RecordExtent> before = transaction.storedRecords()->extent(agent);
     const std::int64_t end = minuteOf(now.seconds) + 1;
-    const std::int64_t first = last ? minuteOf(*last) + 1 : end - 1;
+    const std::int64_t first = before ? minuteOf(before->last) + 1 : end - 1;
     return storeMinutes(transaction, agent, seed, first, end, progress);
 }
 

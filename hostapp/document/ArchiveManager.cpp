@@ -3,8 +3,7 @@
 #include "base/MainQueue.h"
 #include "base/ReportableError.h"
 #include "hostapp/core/SiteProperty.h"
-#include "records/sqlite/ReadConnections.h"
-#include "records/sqlite/RecordArchive.h"
+#include "records/store/RecordStore.h"
 
 #include <QtCore/QCoreApplication>
 
@@ -22,7 +21,7 @@ constexpr int kMostWorkers = 4;
 
 /// Everything a worker needs: no object of the main thread's.
 struct ArchiveManager::Fetch {
-    std::shared_ptr<ReadConnections> connections;
+    std::shared_ptr<RecordStore> store;
     std::uint64_t budget = 0;
     qint64 agent = 0;
     std::vector<RowId> rows;
@@ -41,9 +40,9 @@ struct ArchiveManager::State {
     int pending = 0;                    // main thread only
 };
 
-ArchiveManager::ArchiveManager(const QString& file, qint64 agent, Properties properties,
+ArchiveManager::ArchiveManager(std::shared_ptr<RecordStore> records, qint64 agent, Properties properties,
                                std::shared_ptr<const KTVUnitModel> unitModel, std::uint64_t budget)
-    : m_connections(ReadConnections::ofFile(file)),
+    : m_records(std::move(records)),
       m_budget(budget),
       m_agent(agent),
       m_properties(std::move(properties)),
@@ -72,7 +71,7 @@ void ArchiveManager::fetchRecordsForProperties(const std::optional<KTVPropertyLi
                                                CompletionHandler completionHandler)
 {
     auto fetch = std::make_shared<Fetch>();
-    fetch->connections = m_connections;
+    fetch->store = m_records;
     fetch->budget = m_budget;
     fetch->agent = m_agent;
     fetch->unitModel = m_unitModel;
@@ -109,13 +108,12 @@ KTVRecordDictionaryPtr ArchiveManager::read(Fetch& fetch, const State& state, st
     };
     const auto seconds = [](const OptionalDate& date) { return date ? std::optional(date->seconds) : std::nullopt; };
     const std::optional<double> from = seconds(fetch.from), to = seconds(fetch.to);
-    RecordReader reader(fetch.connections);
-    const RecordOverview overview = reader.overview(fetch.agent, {}, from, to);
+    const RecordOverview overview = fetch.store->overview(fetch.agent, {}, from, to);
     if (const auto refusal = refusalOf({overview, fetch.rows.size(), from, to}, fetch.budget)) {
         error = KTVError{*refusal};
         return dictionary;
     }
-    const std::optional<RecordBlock> block = reader.read(fetch.agent, fetch.rows, from, to, goesOn);
+    const std::optional<RecordBlock> block = fetch.store->read(fetch.agent, fetch.rows, from, to, goesOn);
     if (!block)
         return dictionary;
     fetch.records = block->times.size();
@@ -139,7 +137,7 @@ void ArchiveManager::answer(const std::shared_ptr<Fetch>& fetch, const std::shar
         error = KTVError{failure.message()};
     } catch (const std::bad_alloc&) {
         error = KTVError{
-            QCoreApplication::translate("Memory", "The records do not fit into memory: choose a shorter range.")};
+            QCoreApplication::translate("MemoryText", "The records do not fit into memory: choose a shorter range.")};
     }
     const QString failure = error ? error->message : QString();
     if (fetch->completion)

@@ -9,9 +9,7 @@
 
 #include <unistd.h>
 
-#include <algorithm>
 #include <cmath>
-#include <limits>
 
 namespace plotix {
 
@@ -19,45 +17,16 @@ namespace {
 
 constexpr auto kVariable = "PLOTIX_MEMORY_BUDGET";
 constexpr auto kKey = "Memory/budget";  // stored: never change
-constexpr double kInfinity = std::numeric_limits<double>::infinity();
 
-QString translated(const char* english)
-{
-    return QCoreApplication::translate("Memory", english);
-}
+class MemoryText {
+    Q_DECLARE_TR_FUNCTIONS(MemoryText)
+};
 
 std::uint64_t machineMemory()
 {
     const long pages = sysconf(_SC_PHYS_PAGES), size = sysconf(_SC_PAGESIZE);
     return pages > 0 && size > 0 ? static_cast<std::uint64_t>(pages) * static_cast<std::uint64_t>(size)
                                  : std::uint64_t{4} << 30;
-}
-
-/// The part of a run's time that lies in [from, to], 0 to 1. A run of one moment lies in it whole.
-double shareOf(const RecordOverview::Run& run, double from, double to)
-{
-    const double length = run.t1 - run.t0;
-    if (!(length > 0))
-        return 1;
-    return std::clamp((std::min(run.t1, to) - std::max(run.t0, from)) / length, 0.0, 1.0);
-}
-
-double recordsIn(const RecordOverview::Run& run, double from, double to)
-{
-    return static_cast<double>(run.records) * shareOf(run, from, to);
-}
-
-/// Where the longest range that ends at `to` and holds at most `most` records begins.
-double earliestBegin(const RecordOverview& overview, double to, double most)
-{
-    double room = most;
-    for (auto run = overview.runs.rbegin(); run != overview.runs.rend(); ++run) {
-        const double records = recordsIn(*run, -kInfinity, to);
-        if (records > room)
-            return std::min(run->t1, to) - (std::min(run->t1, to) - run->t0) * room / records;
-        room -= records;
-    }
-    return overview.runs.front().t0;
 }
 
 using Rounding = double (*)(double);
@@ -85,28 +54,29 @@ QString lengthText(double seconds, Rounding rounding)
 {
     constexpr double kMinute = 60, kHour = 60 * kMinute, kDay = 24 * kHour, kYear = 365 * kDay;
     if (seconds >= 2 * kYear)
-        return translated("%1 years").arg(numberText(seconds / kYear, rounding));
+        return MemoryText::tr("%1 years").arg(numberText(seconds / kYear, rounding));
     if (seconds >= 2 * kDay)
-        return translated("%1 days").arg(numberText(seconds / kDay, rounding));
+        return MemoryText::tr("%1 days").arg(numberText(seconds / kDay, rounding));
     if (seconds >= 2 * kHour)
-        return translated("%1 hours").arg(numberText(seconds / kHour, rounding));
+        return MemoryText::tr("%1 hours").arg(numberText(seconds / kHour, rounding));
     if (seconds >= 2 * kMinute)
-        return translated("%1 minutes").arg(numberText(seconds / kMinute, rounding));
-    return translated("%1 seconds").arg(numberText(seconds, rounding));
+        return MemoryText::tr("%1 minutes").arg(numberText(seconds / kMinute, rounding));
+    return MemoryText::tr("%1 seconds").arg(numberText(seconds, rounding));
 }
 
 QString sizeText(double bytes)
 {
     const auto text = [](double number) { return QLocale(installedLanguage()).toString(number, 'f', 1); };
     if (bytes >= 1e9)
-        return translated("%1 GB").arg(text(bytes / 1e9));
-    return bytes >= 1e6 ? translated("%1 MB").arg(text(bytes / 1e6)) : translated("%1 kB").arg(text(bytes / 1e3));
+        return MemoryText::tr("%1 GB").arg(text(bytes / 1e9));
+    return bytes >= 1e6 ? MemoryText::tr("%1 MB").arg(text(bytes / 1e6))
+                        : MemoryText::tr("%1 kB").arg(text(bytes / 1e3));
 }
 
 QString propertiesText(std::size_t properties)
 {
-    return properties == 1 ? translated("1 property")
-                           : translated("%1 properties").arg(static_cast<qulonglong>(properties));
+    return properties == 1 ? MemoryText::tr("1 property")
+                           : MemoryText::tr("%1 properties").arg(static_cast<qulonglong>(properties));
 }
 
 }  // namespace
@@ -133,30 +103,20 @@ std::uint64_t memoryBudget()
     return machineMemory() / 2;
 }
 
-std::uint64_t estimatedRecords(const ReadRequest& request)
+QString sentenceOf(const MemoryShortage& shortage)
 {
-    double records = 0;
-    for (const RecordOverview::Run& run : request.overview.runs)
-        records += recordsIn(run, request.from.value_or(-kInfinity), request.to.value_or(kInfinity));
-    return static_cast<std::uint64_t>(std::ceil(records));
+    return MemoryText::tr(
+               "%1 of %2 need %3 of memory, but %4 may be used: choose a range of at most %5, or allow more with "
+               "PLOTIX_MEMORY_BUDGET.")
+        .arg(lengthText(shortage.length, nearest), propertiesText(shortage.properties),
+             sizeText(static_cast<double>(shortage.needed)), sizeText(static_cast<double>(shortage.budget)),
+             lengthText(shortage.fittingLength, down));
 }
 
 std::optional<QString> refusalOf(const ReadRequest& request, std::uint64_t budget)
 {
-    const std::uint64_t each = bytesPerRecord(request.properties);
-    const std::uint64_t records = estimatedRecords(request);
-    if (records <= budget / each)
-        return std::nullopt;
-    const std::vector<RecordOverview::Run>& runs = request.overview.runs;
-    const double end = request.to.value_or(runs.back().t1);
-    const double begin = std::max(request.from.value_or(-kInfinity), runs.front().t0);
-    const double fits = end - earliestBegin(request.overview, end, static_cast<double>(budget / each));
-    return translated(
-               "%1 of %2 need %3 of memory, but %4 may be used: choose a range of at most %5, or allow more with "
-               "PLOTIX_MEMORY_BUDGET.")
-        .arg(lengthText(end - begin, nearest), propertiesText(request.properties),
-             sizeText(static_cast<double>(records) * static_cast<double>(each)), sizeText(static_cast<double>(budget)),
-             lengthText(fits, down));
+    const std::optional<MemoryShortage> shortage = shortageOf(request, budget);
+    return shortage ? std::optional(sentenceOf(*shortage)) : std::nullopt;
 }
 
 }  // namespace plotix

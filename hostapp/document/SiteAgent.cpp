@@ -9,7 +9,7 @@ SiteAgent::SiteAgent(SiteDocument* document, qint64 id, QString uniqueIdentifier
     : m_document(document), m_id(id), m_uniqueIdentifier(std::move(uniqueIdentifier)), m_name(std::move(name))
 {
     m_archiveManager = std::make_unique<ArchiveManager>(
-        document->path(), id, [this] { return properties().objects(); }, Units::shared());
+        document->records(), id, [this] { return properties().objects(); }, Units::shared());
     connect(m_archiveManager.get(), &ArchiveManager::fetchFailed, this, [this](const QString& message) {
         if (m_document)
             emit m_document->recordsNotRead(message);

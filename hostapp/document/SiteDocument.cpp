@@ -3,9 +3,9 @@
 #include "base/ReportableError.h"
 #include "hostapp/core/Units.h"
 #include "hostapp/document/ArchiveManager.h"
+#include "hostapp/document/RecordKeeping.h"
+#include "hostapp/document/SiteSchema.h"
 #include "hostapp/document/SiteStore.h"
-#include "records/sqlite/RecordArchive.h"
-#include "records/sqlite/TailStore.h"
 
 #include <QtCore/QFile>
 #include <QtCore/QFileInfo>
@@ -25,7 +25,10 @@ constexpr int kTriesBeforeTelling = 5;
 }  // namespace
 
 struct SiteDocument::Store {
-    explicit Store(const QString& path) : database(path, Database::Access::BestAvailable), tables(database) {}
+    explicit Store(const QString& path)
+        : database(path, siteSchema(), Database::Access::BestAvailable), tables(database)
+    {
+    }
 
     Database database;
     SiteStore tables;
@@ -36,7 +39,7 @@ struct SiteDocument::Store {
 
 std::shared_ptr<SiteDocument> SiteDocument::create(const QString& path, const QString& siteName)
 {
-    Database::create(path, siteName.isEmpty() ? QFileInfo(path).completeBaseName() : siteName);
+    createSiteFile(path, siteName);
     return open(path);
 }
 
@@ -48,7 +51,9 @@ std::shared_ptr<SiteDocument> SiteDocument::open(const QString& path)
 }
 
 SiteDocument::SiteDocument(const QString& path)
-    : m_store(std::make_unique<Store>(path)), m_path(QFileInfo(path).absoluteFilePath())
+    : m_store(std::make_unique<Store>(path)),
+      m_path(QFileInfo(path).absoluteFilePath()),
+      m_records(recordsOfSite(m_path))
 {
     m_store->retry.setSingleShot(true);
     m_store->retry.setInterval(kRetryInterval);
@@ -183,19 +188,8 @@ void SiteDocument::storeUnsaved()
 
 std::optional<std::pair<Date, Date>> SiteDocument::recordExtent() const
 {
-    std::optional<std::pair<Date, Date>> extent;
-    const auto widen = [&extent](double first, double last) {
-        extent = extent ? std::pair(std::min(extent->first, Date{first}), std::max(extent->second, Date{last}))
-                        : std::pair(Date{first}, Date{last});
-    };
-    Statement statement(m_store->database, "SELECT min(t0), max(t1) FROM chunk");
-    if (statement.step() && !statement.isNothing(0))
-        widen(statement.real(0), statement.real(1));
-    TailStore tails(m_store->database);
-    for (const SiteStore::Agent& agent : m_store->tables.agents())
-        if (const TailExtent tail = tails.extent(agent.id); tail.count > 0)
-            widen(tail.first, tail.last);
-    return extent;
+    const std::optional<RecordExtent> extent = m_records->extent();
+    return extent ? std::optional(std::pair(Date{extent->first}, Date{extent->last})) : std::nullopt;
 }
 
 bool SiteDocument::isReadOnly() const

@@ -15,7 +15,8 @@
 
 namespace plotix {
 
-class ArchiveManager;  // hostapp/archive
+class ArchiveManager;
+class RecordStore;  // records/store
 class SiteDocument;
 
 /// One source of measurements in a site document. The document *owns* it; plug-ins *share* it. Main thread only.
@@ -63,11 +64,11 @@ struct ArchivedPlugIn {
     QByteArray state;  ///< a keyed archive
 };
 
-/// One site in one SQLite file `NAME.plotix`: its name and place, agents, properties, archived plug-ins and records.
+/// One site in one SQLite file `NAME.plotix`: its name and place, agents, properties, archived plug-ins and settings.
 ///
-/// Every change is stored at once, in a transaction of its own. Main thread only; records are read and written through
-/// RecordReader and RecordWriter on the same file. Throws ReportableError for files that are newer, foreign, locked,
-/// read-only or damaged, and leaves them as they were.
+/// Every change is stored at once, in a transaction of its own. Main thread only; the records, which any thread may ask
+/// for, are in a RecordStore that the document *shares*. Throws ReportableError for files that are newer, foreign,
+/// locked, read-only or damaged, and leaves them as they were.
 class SiteDocument : public QObject, public KTVSiteDocument, public std::enable_shared_from_this<SiteDocument> {
     Q_OBJECT
 public:
@@ -90,7 +91,10 @@ public:
     /// they show; tells `agentsChanged` and each agent's `propertiesChanged` where something was added.
     void reload();
 
-    /// First and last time of all records of all agents; nothing without records.
+    /// The records of the site's agents.
+    const std::shared_ptr<RecordStore>& records() const { return m_records; }
+
+    /// First and last time of all records of all agents, as the records' store answers it; nothing without records.
     std::optional<std::pair<Date, Date>> recordExtent() const;
 
     /// The file may only be looked at: storing throws, and changes of units and colours last as long as the document.
@@ -129,6 +133,7 @@ private:
 
     std::unique_ptr<Store> m_store;
     QString m_path, m_siteName, m_siteLocation;
+    std::shared_ptr<RecordStore> m_records;
     std::vector<std::shared_ptr<SiteAgent>> m_agents;
     std::vector<std::shared_ptr<KTVWindowController>> m_windowControllers;
 };

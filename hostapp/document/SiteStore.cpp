@@ -4,7 +4,7 @@
 #include "hostapp/core/Units.h"
 #include "hostapp/document/PropertyPalette.h"
 #include "plugins/PlotixPlugIn/host/KTVConverter.h"
-#include "storage/SiteSchema.h"
+#include "records/store/RecordBlock.h"
 
 #include <QtCore/QUuid>
 
@@ -132,7 +132,7 @@ SiteProperty::Description SiteStore::addProperty(qint64 agent, const QString& na
     insert.bind(5, property.archivedUnit).bind(6, qint64(property.color.rgba())).bind(7, qint64(property.type));
     insert.bind(8, qint64(property.visible)).run();
     property.id = m_database.lastInsertedRow();
-    if (property.id >= schema::kPropertiesPerChunk)
+    if (property.id >= kPropertyLimit)
         throw ReportableError(QStringLiteral("The site has too many properties: begin a new site."));
     return property;
 }

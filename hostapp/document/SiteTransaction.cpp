@@ -1,5 +1,7 @@
 #include "hostapp/document/SiteTransaction.h"
 
+#include "hostapp/document/RecordKeeping.h"
+#include "hostapp/document/SiteSchema.h"
 #include "hostapp/document/SiteStore.h"
 
 #include <QtCore/QFile>
@@ -11,11 +13,11 @@ struct SiteTransaction::Impl {
     Impl(const QString& path, const QString& siteName) : file(QFileInfo(path).absoluteFilePath())
     {
         if (!QFileInfo::exists(file)) {
-            Database::create(file, siteName.isEmpty() ? QFileInfo(file).completeBaseName() : siteName);
+            createSiteFile(file, siteName);
             created = true;
         }
         try {
-            database = std::make_unique<Database>(file, Database::Access::ReadWrite);
+            database = std::make_unique<Database>(file, siteSchema(), Database::Access::ReadWrite);
             database->beginWriting();
         } catch (...) {
             removeIfCreated();
@@ -24,7 +26,7 @@ struct SiteTransaction::Impl {
     }
     ~Impl()
     {
-        writer.reset();
+        records.reset();
         if (database)
             database->rollBack();
         database.reset();
@@ -46,7 +48,7 @@ struct SiteTransaction::Impl {
     bool created = false;
     bool committed = false;
     std::unique_ptr<Database> database;
-    std::unique_ptr<RecordWriter> writer;
+    std::unique_ptr<RecordTransaction> records;
 };
 
 SiteTransaction::SiteTransaction(const QString& path, const QString& siteName)
@@ -78,21 +80,29 @@ SiteTransaction::Property SiteTransaction::findOrCreateProperty(RowId agent, con
     return {property->id, property->archivedUnit, property->propertyName};
 }
 
-RecordWriter& SiteTransaction::records()
+RecordTransaction& SiteTransaction::records()
 {
-    if (!m_impl->writer)
-        m_impl->writer.reset(new RecordWriter(*m_impl->database));
-    return *m_impl->writer;
+    if (!m_impl->records)
+        m_impl->records = recordKeeping().join(*m_impl->database);
+    return *m_impl->records;
+}
+
+std::shared_ptr<RecordStore> SiteTransaction::storedRecords() const
+{
+    return recordsOfSite(m_impl->file);
 }
 
 void SiteTransaction::commit()
 {
     if (m_impl->committed)
         return;
-    if (m_impl->writer)
-        m_impl->writer->flush();
+    // In this order, so that records are never seen without their agent: RecordStore.h says why.
+    if (m_impl->records)
+        m_impl->records->prepare();
     m_impl->database->commit();
     m_impl->committed = true;
+    if (m_impl->records)
+        m_impl->records->commit();
 }
 
 }  // namespace plotix

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "records/sqlite/RecordArchive.h"
+#include "records/store/RecordStore.h"
 
 #include <QtCore/QString>
 
@@ -37,7 +37,10 @@ public:
     Property findOrCreateProperty(RowId agent, const QString& name, const QString& unit, std::uint32_t type = 0);
 
     /// Stores in this transaction; its own `commit` has no effect, the transaction's has. Borrowed.
-    RecordWriter& records();
+    RecordTransaction& records();
+
+    /// The site's records as everybody else sees them: those of this transaction only after its `commit`.
+    std::shared_ptr<RecordStore> storedRecords() const;
 
     /// At most once; nothing may be written afterwards.
     void commit();

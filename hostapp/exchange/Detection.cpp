@@ -56,7 +56,7 @@ std::pair<std::size_t, std::size_t> scoreOf(const std::vector<TextSample::Row>& 
 void refuseWideCharacters(const QByteArray& beginning)
 {
     if (beginning.startsWith("\xFF\xFE") || beginning.startsWith("\xFE\xFF") || beginning.contains('\0'))
-        throw ReportableError(translated("this is no text in UTF-8; save it as CSV in UTF-8 and import it again"));
+        throw ReportableError(ImportText::tr("this is no text in UTF-8; save it as CSV in UTF-8 and import it again"));
 }
 
 }  // namespace
@@ -103,16 +103,17 @@ TextSample takeSample(const QByteArray& beginning, bool isWhole)
 TimeLayout decidedLayout(const DateOrderEvidence& evidence)
 {
     if (evidence.dayFirst && evidence.monthFirst)
-        throw ReportableError(translated("some dates have the day first and others the month; say which is meant with "
-                                         "--date-order dmy or --date-order mdy"));
+        throw ReportableError(
+            ImportText::tr("some dates have the day first and others the month; say which is meant with "
+                           "--date-order dmy or --date-order mdy"));
     if (evidence.dayFirst)
         return TimeLayout::DayFirst;
     if (evidence.monthFirst)
         return TimeLayout::MonthFirst;
     if (evidence.dots)
         return TimeLayout::DayFirst;
-    throw ReportableError(translated("no date in the file tells the day from the month; say which comes first with "
-                                     "--date-order dmy or --date-order mdy"));
+    throw ReportableError(ImportText::tr("no date in the file tells the day from the month; say which comes first with "
+                                         "--date-order dmy or --date-order mdy"));
 }
 
 }  // namespace plotix

@@ -17,7 +17,7 @@ std::size_t requiredColumn(const QString& text, const QString& option, const Tab
 {
     if (const std::optional<std::size_t> column = columnNamed(text, shape))
         return *column;
-    throw ReportableError(translated("%1 names the column “%2”, which is not there (columns: %3)")
+    throw ReportableError(ImportText::tr("%1 names the column “%2”, which is not there (columns: %3)")
                               .arg(option, text, shape.headers.join(QStringLiteral(", "))));
 }
 
@@ -37,9 +37,10 @@ QString knownUnit(const QString& text, const QString& column)
         return {};
     const std::optional<QString> unit = Units::shared()->normalise(text.trimmed());
     if (!unit)
-        throw ReportableError(translated("“%1”, given with --unit for the column “%2”, is no unit that is known; write "
-                                         "it like °C, hPa, m/s, % or mph")
-                                  .arg(text, column));
+        throw ReportableError(
+            ImportText::tr("“%1”, given with --unit for the column “%2”, is no unit that is known; write "
+                           "it like °C, hPa, m/s, % or mph")
+                .arg(text, column));
     return *unit;
 }
 
@@ -96,14 +97,14 @@ ImportPlan planImport(const TextSample& sample, const ImportOptions& options)
     plan.headerLine = plan.shape.hasHeader ? sample.rows.front().line : 0;
     std::optional<std::size_t> time;
     if (!options.timeColumn.isEmpty())
-        time = requiredColumn(options.timeColumn, translated("--time"), plan.shape);
+        time = requiredColumn(options.timeColumn, ImportText::tr("--time"), plan.shape);
     plan.time = timeColumnOf(sample, plan.shape, time);
     if (plan.time.needsDateOrder && options.dateOrder != DateOrder::Detect) {
         plan.time.needsDateOrder = false;
         plan.time.layout = options.dateOrder == DateOrder::DayFirst ? TimeLayout::DayFirst : TimeLayout::MonthFirst;
     }
     for (const auto& [column, value] : options.where) {
-        const std::size_t field = requiredColumn(column, translated("--where"), plan.shape);
+        const std::size_t field = requiredColumn(column, ImportText::tr("--where"), plan.shape);
         plan.conditions.push_back({field, plan.shape.headers[static_cast<qsizetype>(field)], value, value.toStdString(),
                                    value.toLatin1().toStdString()});
     }

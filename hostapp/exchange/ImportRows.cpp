@@ -14,13 +14,13 @@ constexpr double kRoomToSpare = 1.02;  // memory never touched costs nothing; mo
 BadField wrongLength(const TextRecord& record, const ImportPlan& plan)
 {
     const QString columns =
-        plan.shape.hasHeader ? translated("the header stands for %1") : translated("the rows before have %1");
+        plan.shape.hasHeader ? ImportText::tr("the header stands for %1") : ImportText::tr("the rows before have %1");
     QString text;
     for (const std::string_view field : record.fields)
         text += (text.isEmpty() ? QString() : QStringLiteral(" ")) + decodedText(field.substr(0, 40));
     return {record.line,
             {},
-            translated("the row has %1 columns where %2: %3")
+            ImportText::tr("the row has %1 columns where %2: %3")
                 .arg(record.fields.size())
                 .arg(columns.arg(plan.shape.fields()), quotation(text.toStdString()))};
 }
@@ -30,7 +30,7 @@ BadField wrongLength(const TextRecord& record, const ImportPlan& plan)
 ImportSource::ImportSource(const QString& file) : m_file(file)
 {
     if (!m_file.open(QIODevice::ReadOnly))
-        throw ReportableError(translated("cannot be read: %1").arg(m_file.errorString()));
+        throw ReportableError(ImportText::tr("cannot be read: %1").arg(m_file.errorString()));
     if (m_file.isSequential()) {
         m_memory.setData(m_file.readAll());
         m_memory.open(QIODevice::ReadOnly);
@@ -56,7 +56,7 @@ ImportRows::ImportRows(ImportSource& source, ImportPlan& plan, const ImportOptio
 void ImportRows::report(qint64 done) const
 {
     if (m_progress && !m_progress(done, m_source.size()))
-        throw ImportCancelled(translated("cancelled; nothing was stored"));
+        throw ImportCancelled(ImportText::tr("cancelled; nothing was stored"));
 }
 
 /// Offers every row below the header to `takeAhead`, as text; what that does not take goes to `take`, cut into fields.
@@ -149,7 +149,7 @@ std::optional<BadField> ImportRows::addRow(ImportTable& table, TimeColumnReader&
     const std::string_view text = record.fields[m_plan.time.field];
     const std::optional<double> time = times.read(text);
     if (!time)
-        return BadField{record.line, m_plan.timeHeader(), translated("%1 is no time").arg(quotation(text))};
+        return BadField{record.line, m_plan.timeHeader(), ImportText::tr("%1 is no time").arg(quotation(text))};
     table.addRow(*time, record);
     return {};
 }

@@ -22,17 +22,17 @@ QString counted(std::size_t count, const QString& one, const QString& many)
 
 QString rows(std::size_t count)
 {
-    return counted(count, translated("1 row"), translated("%1 rows"));
+    return counted(count, ImportText::tr("1 row"), ImportText::tr("%1 rows"));
 }
 
 QString values(std::size_t count)
 {
-    return counted(count, translated("1 value"), translated("%1 values"));
+    return counted(count, ImportText::tr("1 value"), ImportText::tr("%1 values"));
 }
 
 QString records(std::size_t count)
 {
-    return counted(count, translated("1 record"), translated("%1 records"));
+    return counted(count, ImportText::tr("1 record"), ImportText::tr("%1 records"));
 }
 
 /// To the second; times outside the calendar as their number.
@@ -57,20 +57,21 @@ void writeColumns(QTextStream& text, const ImportSummary& summary)
 void writeCounts(QTextStream& text, const ImportSummary& summary)
 {
     if (summary.otherRows > 0)
-        text << translated("%1 with another text in the --where column passed over.").arg(rows(summary.otherRows))
+        text << ImportText::tr("%1 with another text in the --where column passed over.").arg(rows(summary.otherRows))
              << '\n';
     if (summary.unorderedTimes > 0)
-        text << translated("%1 earlier than the row before; sorted by time.").arg(rows(summary.unorderedTimes)) << '\n';
+        text << ImportText::tr("%1 earlier than the row before; sorted by time.").arg(rows(summary.unorderedTimes))
+             << '\n';
     if (summary.repeatedTimes > 0)
-        text << translated("%1 at a time that comes again later; the last one was kept.")
+        text << ImportText::tr("%1 at a time that comes again later; the last one was kept.")
                     .arg(rows(summary.repeatedTimes))
              << '\n';
     if (summary.badRows > 0)
-        text << translated("%1 that did not parse passed over, the first: %2.")
+        text << ImportText::tr("%1 that did not parse passed over, the first: %2.")
                     .arg(rows(summary.badRows), summary.firstBadRow)
              << '\n';
     if (!summary.leftOut.isEmpty())
-        text << translated("Left out, without a single number: %1.").arg(summary.leftOut.join(QStringLiteral(", ")))
+        text << ImportText::tr("Left out, without a single number: %1.").arg(summary.leftOut.join(QStringLiteral(", ")))
              << '\n';
 }
 
@@ -82,10 +83,10 @@ QString describeImport(const ImportSummary& summary)
     QTextStream text(&result);
     for (const QString& note : summary.notes)
         text << note << '\n';
-    const QString sentence = summary.createdSite ? translated("%1 from %2 stored for %3 in %4 (new)%5.")
-                                                 : translated("%1 from %2 stored for %3 in %4%5.");
+    const QString sentence = summary.createdSite ? ImportText::tr("%1 from %2 stored for %3 in %4 (new)%5.")
+                                                 : ImportText::tr("%1 from %2 stored for %3 in %4%5.");
     const QString span = summary.first && summary.last
-                             ? translated(", %1 to %2").arg(moment(*summary.first), moment(*summary.last))
+                             ? ImportText::tr(", %1 to %2").arg(moment(*summary.first), moment(*summary.last))
                              : QString();
     text << sentence.arg(records(summary.records), QFileInfo(summary.file).fileName(), summary.agent,
                          QFileInfo(summary.site).fileName(), span)

@@ -37,8 +37,8 @@ QString quotation(std::string_view text)
 QString BadField::message() const
 {
     if (column.isEmpty())
-        return translated("line %1: %2").arg(line).arg(what);
-    return translated("line %1, column “%2”: %3").arg(line).arg(column, what);
+        return ImportText::tr("line %1: %2").arg(line).arg(what);
+    return ImportText::tr("line %1, column “%2”: %3").arg(line).arg(column, what);
 }
 
 ImportTable::ImportTable(const ImportPlan& plan, BadRows badRows)
@@ -91,7 +91,7 @@ void ImportTable::addField(std::size_t index, std::string_view field, qint64 lin
         return;
     if (!column.firstText)
         column.firstText =
-            BadField{line, m_plan.columns[index].header, translated("%1 is no number").arg(quotation(field))};
+            BadField{line, m_plan.columns[index].header, ImportText::tr("%1 is no number").arg(quotation(field))};
     if (m_badRows == BadRows::Skip)
         column.textRows.push_back(m_times.size());
     else if (column.numbers > 0)

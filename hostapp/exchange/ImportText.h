@@ -6,9 +6,8 @@
 /// What the importer says, in the language that is installed; the command line installs none. Any thread.
 namespace plotix {
 
-inline QString translated(const char* english)
-{
-    return QCoreApplication::translate("Import", english);
-}
+class ImportText {
+    Q_DECLARE_TR_FUNCTIONS(ImportText)
+};
 
 }  // namespace plotix

@@ -4,7 +4,6 @@
 #include "hostapp/document/SiteTransaction.h"
 #include "hostapp/exchange/ImportRows.h"
 #include "hostapp/exchange/ImportText.h"
-#include "records/sqlite/RecordArchive.h"
 
 #include <QtCore/QFileInfo>
 
@@ -75,8 +74,8 @@ void FileImport::readRows()
     rows.decideDateOrder();
     if (wasOpen)
         m_summary.notes << (m_plan.time.layout == TimeLayout::DayFirst
-                                ? translated("Dates are read with the day first.")
-                                : translated("Dates are read with the month first."));
+                                ? ImportText::tr("Dates are read with the day first.")
+                                : ImportText::tr("Dates are read with the month first."));
     const RowCounts counts = rows.read(m_table);
     m_table.finish();
     m_summary.rows = counts.rows;
@@ -90,8 +89,8 @@ void FileImport::readRows()
         m_summary.firstBadRow = first->message();
     if (m_table.rows() == 0)
         throw ReportableError(m_summary.otherRows > 0
-                                  ? translated("no row has the texts asked for with --where")
-                                  : translated("no row could be read: %1").arg(m_summary.firstBadRow));
+                                  ? ImportText::tr("no row has the texts asked for with --where")
+                                  : ImportText::tr("no row could be read: %1").arg(m_summary.firstBadRow));
 }
 
 void FileImport::store()
@@ -103,16 +102,16 @@ void FileImport::store()
     for (std::size_t index = 0; index < m_plan.columns.size(); ++index)
         storeColumn(transaction, agent, index, block);
     if (block.columns.empty())
-        throw ReportableError(translated("no column holds numbers besides the time in “%1” (columns: %2)")
+        throw ReportableError(ImportText::tr("no column holds numbers besides the time in “%1” (columns: %2)")
                                   .arg(m_summary.timeColumn, m_plan.shape.headers.join(QStringLiteral(", "))));
     transaction.records().store(agent, block);
     m_summary.createdSite = transaction.createdFile();
-    m_summary.firstImport = m_summary.createdSite || RecordReader(m_site).summary(agent).records == 0;
+    m_summary.firstImport = m_summary.createdSite || !transaction.storedRecords()->extent(agent);
     m_summary.records = block.times.size();
     m_summary.first = block.times[0];
     m_summary.last = block.times[block.times.size() - 1];
     if (m_progress && !m_progress(m_source.size(), m_source.size()))
-        throw ImportCancelled(translated("cancelled; nothing was stored"));
+        throw ImportCancelled(ImportText::tr("cancelled; nothing was stored"));
     transaction.commit();
 }
 
@@ -140,10 +139,10 @@ void FileImport::convert(SharedArray<double>& values, const ImportPlan::Column& 
     const std::shared_ptr<const Units> units = Units::shared();
     if (!units->areCompatible(column.unit, property.archivedUnit))
         throw ReportableError(
-            translated("column “%1” is in %2, but the agent's property of that name is in %3; give it "
-                       "another name with --name")
+            ImportText::tr("column “%1” is in %2, but the agent's property of that name is in %3; give it "
+                           "another name with --name")
                 .arg(column.header, column.unit,
-                     property.archivedUnit.isEmpty() ? translated("no unit") : property.archivedUnit));
+                     property.archivedUnit.isEmpty() ? ImportText::tr("no unit") : property.archivedUnit));
     std::vector<double> converted(values.size());
     units->convertValues(column.unit, property.archivedUnit, values.data(), converted.data(), converted.size());
     values = SharedArray<double>::fromVector(std::move(converted));

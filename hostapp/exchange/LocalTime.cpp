@@ -58,12 +58,12 @@ LocalTime::LocalTime(const QString& zone) : m_zone(std::make_unique<Zone>())
     icu::UnicodeString name;
     if (made->getID(name) == icu::UnicodeString("Etc/Unknown"))
         throw ReportableError(
-            translated("“%1” is no time zone; give a name such as Europe/Berlin, or an offset such as "
-                       "+02:00")
+            ImportText::tr("“%1” is no time zone; give a name such as Europe/Berlin, or an offset such as "
+                           "+02:00")
                 .arg(identifier));
     auto* basic = dynamic_cast<icu::BasicTimeZone*>(made.get());
     if (basic == nullptr)
-        throw ReportableError(translated("the time zone “%1” cannot be used").arg(identifier));
+        throw ReportableError(ImportText::tr("the time zone “%1” cannot be used").arg(identifier));
     made.release();
     m_zone->zone.reset(basic);
 }

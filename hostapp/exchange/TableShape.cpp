@@ -80,21 +80,21 @@ QString listed(const QStringList& headers)
 void matchShortHeader(TableShape& shape, std::span<const Row> rows)
 {
     const qsizetype named = shape.headers.size();
-    const QString counts = translated("The header names %1 columns and the rows have %2").arg(named).arg(named + 1);
+    const QString counts = ImportText::tr("The header names %1 columns and the rows have %2").arg(named).arg(named + 1);
     if (countsRows(rows, 0)) {
         shape.headers.prepend(QString());
         shape.rowNumbers = 0;
-        shape.notes << translated("%1: the first column, which has no name, counts the rows and is left out; the "
-                                  "names (%2) belong to columns 2 to %3.")
+        shape.notes << ImportText::tr("%1: the first column, which has no name, counts the rows and is left out; the "
+                                      "names (%2) belong to columns 2 to %3.")
                            .arg(counts, listed(shape.headers.mid(1)))
                            .arg(named + 1);
     } else if (isAlwaysEmpty(rows, static_cast<std::size_t>(named))) {
         shape.headers.append(QString());
-        shape.notes << translated("%1: the last column is always empty and is left out.").arg(counts);
+        shape.notes << ImportText::tr("%1: the last column is always empty and is left out.").arg(counts);
     } else {
         throw ReportableError(
-            translated("line %1: the header names %2 columns and the rows have %3, and the extra column neither "
-                       "counts the rows nor is empty; complete the header")
+            ImportText::tr("line %1: the header names %2 columns and the rows have %3, and the extra column neither "
+                           "counts the rows nor is empty; complete the header")
                 .arg(rows.front().line)
                 .arg(named)
                 .arg(named + 1));
@@ -111,7 +111,7 @@ void nameUnnamedColumns(TableShape& shape, std::span<const Row> rows)
             std::all_of(rows.begin(), rows.end(), [&](const Row& row) { return row.fields.size() > field; });
         if (shape.hasHeader && column == 0 && !shape.rowNumbers && rowsHaveIt && countsRows(rows, 0)) {
             shape.rowNumbers = 0;
-            shape.notes << translated("The first column has no name; it counts the rows and is left out.");
+            shape.notes << ImportText::tr("The first column has no name; it counts the rows and is left out.");
         }
         shape.headers[column] = QStringLiteral("Column %1").arg(column + 1);
     }
@@ -122,19 +122,20 @@ void nameUnnamedColumns(TableShape& shape, std::span<const Row> rows)
 TableShape shapeOf(const TextSample& sample)
 {
     if (sample.rows.empty())
-        throw ReportableError(translated("the file is empty"));
+        throw ReportableError(ImportText::tr("the file is empty"));
     TableShape shape;
     shape.hasHeader = beginsWithHeader(sample);
     std::vector<Row> usualRows;  // a stray row must not decide; it is reported when its turn comes
     const std::span<const Row> rows = dataRows(sample, shape.hasHeader);
     if (rows.empty())
-        throw ReportableError(translated("the file has a header and no rows"));
+        throw ReportableError(ImportText::tr("the file has a header and no rows"));
     const std::size_t usual = usualLength(rows);
     std::copy_if(rows.begin(), rows.end(), std::back_inserter(usualRows),
                  [&](const Row& row) { return row.fields.size() == usual; });
     if (!shape.hasHeader) {
         shape.headers.resize(static_cast<qsizetype>(usual));
-        shape.notes << translated("The file has no header; its columns are called Column 1 to Column %1.").arg(usual);
+        shape.notes
+            << ImportText::tr("The file has no header; its columns are called Column 1 to Column %1.").arg(usual);
         nameUnnamedColumns(shape, usualRows);
         return shape;
     }
@@ -143,7 +144,7 @@ TableShape shapeOf(const TextSample& sample)
     if (usual == shape.fields() + 1)
         matchShortHeader(shape, usualRows);
     else if (usual != shape.fields())
-        throw ReportableError(translated("line %1: the row has %2 columns where the header names %3")
+        throw ReportableError(ImportText::tr("line %1: the row has %2 columns where the header names %3")
                                   .arg(usualRows.front().line)
                                   .arg(usual)
                                   .arg(shape.fields()));

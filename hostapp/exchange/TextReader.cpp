@@ -49,7 +49,8 @@ bool TextReader::next(TextRecord& record)
         const qint64 line = m_line;
         if (cutRecord(record) == Cut::NeedsMore) {
             if (m_end - begin > kLongestRecord)
-                throw ReportableError(translated("line %1: a quotation mark opened here is never closed").arg(line));
+                throw ReportableError(
+                    ImportText::tr("line %1: a quotation mark opened here is never closed").arg(line));
             fillBuffer();
             continue;
         }
@@ -123,7 +124,7 @@ const char* TextReader::cutQuotedField(const char* begin, TextRecord& record, qi
             if (!m_atEnd)
                 return nullptr;
             throw ReportableError(
-                translated("line %1: a quotation mark opened here is never closed").arg(record.line + lines - 1));
+                ImportText::tr("line %1: a quotation mark opened here is never closed").arg(record.line + lines - 1));
         }
         lines += std::count(cursor, mark, m_format.lineBreak);
         m_unquoted.append(cursor, mark);
@@ -159,7 +160,7 @@ bool TextReader::fillBuffer()
     const std::size_t room = m_buffer.size() - kReach - m_end;
     const qint64 count = m_device.read(m_buffer.data() + m_end, static_cast<qint64>(room));
     if (count < 0)
-        throw ReportableError(translated("reading failed: %1").arg(m_device.errorString()));
+        throw ReportableError(ImportText::tr("reading failed: %1").arg(m_device.errorString()));
     m_end += static_cast<std::size_t>(count);
     m_atEnd = count == 0;
     return count > 0;

@@ -91,7 +91,7 @@ TimeColumn chosenColumn(const TextSample& sample, const TableShape& shape, std::
     const QString header = shape.headers[static_cast<qsizetype>(field)];
     const Reading reading = readColumn(sample, shape, field);
     if (reading.dates == 0 && reading.numbers == 0)
-        throw ReportableError(translated("column “%1” holds no times; name another with --time (columns: %2)")
+        throw ReportableError(ImportText::tr("column “%1” holds no times; name another with --time (columns: %2)")
                                   .arg(header, shape.headers.join(QStringLiteral(", "))));
     return describeColumn(field, reading, header);
 }
@@ -123,7 +123,7 @@ TimeColumn timeColumnOf(const TextSample& sample, const TableShape& shape, std::
         }
     }
     if (!best)
-        throw ReportableError(translated("no column looks like times; name one with --time (columns: %1)")
+        throw ReportableError(ImportText::tr("no column looks like times; name one with --time (columns: %1)")
                                   .arg(shape.headers.join(QStringLiteral(", "))));
     return *best;
 }

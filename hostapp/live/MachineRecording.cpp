@@ -1,6 +1,7 @@
 #include "hostapp/live/MachineRecording.h"
 
 #include "base/ReportableError.h"
+#include "hostapp/document/RecordKeeping.h"
 #include "hostapp/document/SiteTransaction.h"
 
 #include <QtCore/QDateTime>
@@ -25,9 +26,9 @@ MachineRecording::MachineRecording(const QString& site, std::unique_ptr<MachineS
       m_readings(std::max(kShortestSleep, 5 * interval))
 {
     makeProperties(m_site, m_readings.read(m_source->look()));
-    m_appender = std::make_unique<RecordAppender>(m_site);
-    m_appender->setPatience(kPatience);
-    m_status.last = m_appender->lastTime(m_agent);
+    openAppender();
+    if (const std::optional<RecordExtent> before = recordsOfSite(m_site)->extent(m_agent))
+        m_status.last = before->last;
 }
 
 void MachineRecording::makeProperties(const QString& site, const std::vector<MachineReading>& readings)
@@ -98,11 +99,15 @@ void MachineRecording::append()
     // A file that was removed goes on taking records which nobody would ever find.
     if (!QFileInfo::exists(m_site))
         m_appender.reset();
-    if (!m_appender) {
-        m_appender = std::make_unique<RecordAppender>(m_site);
-        m_appender->setPatience(kPatience);
-    }
+    if (!m_appender)
+        openAppender();
     m_appender->append(m_agent, waitingAsBlock());
+}
+
+void MachineRecording::openAppender()
+{
+    m_appender = recordsOfSite(m_site)->appender();
+    m_appender->setPatience(kPatience);
 }
 
 RecordBlock MachineRecording::waitingAsBlock() const

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "hostapp/live/sources/computer/MachineSource.h"
-#include "records/sqlite/RecordAppender.h"
+#include "records/store/RecordStore.h"
 
 #include <deque>
 
@@ -55,6 +55,7 @@ private:
     void makeProperties(const QString& site, const std::vector<MachineReading>& readings);
     RecordBlock waitingAsBlock() const;
     void append();
+    void openAppender();
     std::optional<double> lastTime() const;
 
     QString m_site;

@@ -6,10 +6,9 @@
 namespace plotix {
 
 namespace {
-QString translated(const char* text)
-{
-    return QCoreApplication::translate("NewTrend", text);
-}
+class NewTrend {
+    Q_DECLARE_TR_FUNCTIONS(NewTrend)
+};
 }  // namespace
 
 std::pair<Date, Date> rangeForNewTrend(std::optional<double> lastRecord, Date now, const QTimeZone& zone)
@@ -28,11 +27,11 @@ std::pair<Date, Date> rangeForNewTrend(std::optional<double> lastRecord, Date no
 QString titleForProperties(const KTVPropertyList& properties)
 {
     switch (properties.size()) {
-    case 0: return translated("New Trend");
+    case 0: return NewTrend::tr("New Trend");
     case 1: return properties[0]->name();
-    case 2: return translated("%1 and %2").arg(properties[0]->name(), properties[1]->name());
+    case 2: return NewTrend::tr("%1 and %2").arg(properties[0]->name(), properties[1]->name());
     default:
-        return translated("%1, %2 and %3 more")
+        return NewTrend::tr("%1, %2 and %3 more")
             .arg(properties[0]->name(), properties[1]->name())
             .arg(properties.size() - 2);
     }

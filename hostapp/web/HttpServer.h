@@ -1,11 +1,9 @@
 #pragma once
 
 #include "hostapp/web/AccessToken.h"
+#include "hostapp/web/HttpAddress.h"
 #include "hostapp/web/HttpLimits.h"
 
-#include <QtCore/QString>
-
-#include <cstdint>
 #include <memory>
 
 /// Serves the open sites over HTTP, on threads of its own.
@@ -17,14 +15,6 @@
 namespace plotix {
 
 class OpenSites;
-
-struct HttpAddress {
-    QString host = QStringLiteral("127.0.0.1");  ///< an IPv4 or IPv6 address, or "localhost"
-    std::uint16_t port = 0;                      ///< 0: any that is free
-
-    /// Only this machine can reach it. False for what is no address.
-    bool isLoopback() const;
-};
 
 class HttpServer {
 public:

@@ -1,6 +1,8 @@
 #pragma once
 
-#include "hostapp/web/HttpServer.h"
+#include "hostapp/web/HttpAddress.h"
+
+#include <QtCore/QByteArray>
 
 struct sockaddr;  // the system's
 

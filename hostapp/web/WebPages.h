@@ -2,7 +2,7 @@
 
 #include "hostapp/web/OpenSites.h"
 
-/// The pages as HTML in UTF-8, without script. Pure; any thread.
+/// The pages as HTML in UTF-8, without script: the files of pages/, built into the program, filled in. Any thread.
 namespace plotix {
 
 /// The open sites, each a link to its page.

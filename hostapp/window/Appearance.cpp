@@ -1,5 +1,6 @@
 #include "hostapp/window/Appearance.h"
 
+#include <QtCore/QFile>
 #include <QtGui/QFontInfo>
 #include <QtGui/QPainter>
 #include <QtGui/QPalette>
@@ -8,6 +9,13 @@
 #include <QtWidgets/QStyleOption>
 
 #include <algorithm>
+
+// Outside the namespace, where the macro's function lives: a static library's resources join the program only when
+// somebody names them.
+static void joinStyleRules()
+{
+    Q_INIT_RESOURCE(Appearance);
+}
 
 namespace plotix {
 
@@ -123,16 +131,13 @@ void chooseFont()
     QApplication::setFont(font);
 }
 
-constexpr auto kRules = R"(
-QMainWindow::separator { background: #1a1b1d; width: 1px; height: 1px; }
-QSplitter::handle { background: #1a1b1d; }
-QMenuBar { background: #2a2b2e; border-bottom: 1px solid #1a1b1d; }
-QMenuBar::item { padding: 5px 10px; background: transparent; }
-QMenuBar::item:selected { background: #3b78c4; color: white; border-radius: 3px; }
-QToolTip { background: #1f2022; color: #e2e3e5; border: 1px solid #47494e; padding: 4px; }
-QToolBar { background: #2a2b2e; border: none; border-bottom: 1px solid #1a1b1d; padding: 3px 6px; }
-QStatusBar { color: #a9acb2; }
-)";
+/// What a palette cannot express.
+QString styleRules()
+{
+    joinStyleRules();
+    QFile file(QStringLiteral(":/plotix/Appearance.qss"));
+    return file.open(QIODevice::ReadOnly) ? QString::fromUtf8(file.readAll()) : QString();
+}
 
 }  // namespace
 
@@ -141,7 +146,7 @@ void applyAppearance(QApplication& application)
     QApplication::setStyle(new QuietStyle);  // the application owns it
     chooseFont();
     QApplication::setPalette(darkPalette());
-    application.setStyleSheet(QString::fromLatin1(kRules));
+    application.setStyleSheet(styleRules());
 }
 
 }  // namespace plotix

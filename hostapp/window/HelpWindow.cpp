@@ -30,16 +30,16 @@ struct Page {
 };
 
 constexpr Page kPages[] = {
-    {"start", QT_TRANSLATE_NOOP("HelpWindow", "Getting Started")},
-    {"trend", QT_TRANSLATE_NOOP("HelpWindow", "Trends")},
-    {"dates", QT_TRANSLATE_NOOP("HelpWindow", "Date Ranges")},
-    {"properties", QT_TRANSLATE_NOOP("HelpWindow", "Properties and Units")},
-    {"importing", QT_TRANSLATE_NOOP("HelpWindow", "Importing")},
-    {"recording", QT_TRANSLATE_NOOP("HelpWindow", "Recording This Computer")},
-    {"following", QT_TRANSLATE_NOOP("HelpWindow", "Following")},
-    {"exporting", QT_TRANSLATE_NOOP("HelpWindow", "Exporting and Printing")},
-    {"web", QT_TRANSLATE_NOOP("HelpWindow", "Web")},
-    {"commandline", QT_TRANSLATE_NOOP("HelpWindow", "Command Line")},
+    {"start", QT_TRANSLATE_NOOP("plotix::HelpWindow", "Getting Started")},
+    {"trend", QT_TRANSLATE_NOOP("plotix::HelpWindow", "Trends")},
+    {"dates", QT_TRANSLATE_NOOP("plotix::HelpWindow", "Date Ranges")},
+    {"properties", QT_TRANSLATE_NOOP("plotix::HelpWindow", "Properties and Units")},
+    {"importing", QT_TRANSLATE_NOOP("plotix::HelpWindow", "Importing")},
+    {"recording", QT_TRANSLATE_NOOP("plotix::HelpWindow", "Recording This Computer")},
+    {"following", QT_TRANSLATE_NOOP("plotix::HelpWindow", "Following")},
+    {"exporting", QT_TRANSLATE_NOOP("plotix::HelpWindow", "Exporting and Printing")},
+    {"web", QT_TRANSLATE_NOOP("plotix::HelpWindow", "Web")},
+    {"commandline", QT_TRANSLATE_NOOP("plotix::HelpWindow", "Command Line")},
 };
 
 int rowOf(const QString& anchor)

@@ -17,14 +17,13 @@ namespace {
 const QString kMailProgram = QStringLiteral("xdg-email");
 const QString kOpeningProgram = QStringLiteral("xdg-open");  // what opens addresses on desktops of every make
 
-QString translated(const char* text)
-{
-    return QCoreApplication::translate("SharedPicture", text);
-}
+class SharedPictureText {
+    Q_DECLARE_TR_FUNCTIONS(SharedPictureText)
+};
 
 [[noreturn]] void failToPassOn()
 {
-    throw ReportableError(translated("No program took it. Save the image instead."));
+    throw ReportableError(SharedPictureText::tr("No program took it. Save the image instead."));
 }
 
 }  // namespace
@@ -48,25 +47,25 @@ bool SharedPicture::canOpen() const
 QString SharedPicture::mailUnavailable() const
 {
     const bool available = canOpen() || !m_programs.find(kMailProgram).isEmpty();
-    return available ? QString() : translated("No program for mail is set up.");
+    return available ? QString() : SharedPictureText::tr("No program for mail is set up.");
 }
 
 QString SharedPicture::openUnavailable() const
 {
-    return canOpen() ? QString() : translated("No program for pictures is set up.");
+    return canOpen() ? QString() : SharedPictureText::tr("No program for pictures is set up.");
 }
 
 void SharedPicture::mail(const QImage& image)
 {
     const QString path = write(image);
-    const QString subject = translated("Trend from Plotix");
+    const QString subject = SharedPictureText::tr("Trend from Plotix");
     const QString program = m_programs.find(kMailProgram);
     if (!program.isEmpty() &&
         m_programs.start(program, {QStringLiteral("--subject"), subject, QStringLiteral("--attach"), path}))
         return;
     QUrlQuery query;
     query.addQueryItem(QStringLiteral("subject"), subject);
-    query.addQueryItem(QStringLiteral("body"), translated("The picture is in %1.").arg(path));
+    query.addQueryItem(QStringLiteral("body"), SharedPictureText::tr("The picture is in %1.").arg(path));
     QUrl url(QStringLiteral("mailto:"));
     url.setQuery(query);
     if (!m_programs.open(url))
@@ -86,7 +85,7 @@ QString SharedPicture::write(const QImage& image)
     const QString path = m_folder->filePath(QStringLiteral("trend-%1.png").arg(++m_count));
     QFile file(path);
     if (!m_folder->isValid() || !file.open(QIODevice::WriteOnly) || !writePng(file, image))
-        throw ReportableError(translated("The temporary picture cannot be written."));
+        throw ReportableError(SharedPictureText::tr("The temporary picture cannot be written."));
     return path;
 }
 

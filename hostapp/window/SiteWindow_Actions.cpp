@@ -16,7 +16,7 @@
 #include "hostapp/window/PropertyListView.h"
 #include "hostapp/window/SiteDetailsDialog.h"
 #include "plugins/PlotixPlugIn/host/PngImage.h"
-#include "records/sqlite/RecordArchive.h"
+#include "records/store/RecordStore.h"
 
 #include <QtCore/QFile>
 #include <QtCore/QSaveFile>
@@ -30,7 +30,7 @@
 namespace plotix {
 
 namespace {
-constexpr auto kSiteFilter = "Plotix sites (*.plotix)";
+constexpr auto kSiteFilter = QT_TRANSLATE_NOOP("plotix::SiteWindow", "Plotix sites (*.plotix)");
 }
 
 void SiteWindow::connectFileActions()
@@ -145,8 +145,9 @@ void SiteWindow::newTrend()
         wanted.push_back({agents.front(), agents.front()->properties().objects()});
     for (const auto& [agent, properties] : wanted) {
         try {
-            const ArchiveSummary summary = RecordReader(m_controller->siteDocument()->path()).summary(agent->id());
-            const auto [from, to] = rangeForNewTrend(summary.last, currentDate(), QTimeZone::systemTimeZone());
+            const auto extent = m_controller->siteDocument()->records()->extent(agent->id());
+            const auto last = extent ? std::optional(extent->last) : std::nullopt;
+            const auto [from, to] = rangeForNewTrend(last, currentDate(), QTimeZone::systemTimeZone());
             m_controller->newTrend(agent, properties, from, to, titleForProperties(properties));
         } catch (const ReportableError& error) {
             showAlert(tr("The trend could not be made"), error.message());

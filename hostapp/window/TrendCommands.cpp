@@ -6,15 +6,14 @@ namespace plotix {
 
 namespace {
 
-QString translated(const char* text)
-{
-    return QCoreApplication::translate("TrendCommands", text);
-}
+class TrendCommandText {
+    Q_DECLARE_TR_FUNCTIONS(TrendCommandText)
+};
 
 }  // namespace
 
 DeleteTrendCommand::DeleteTrendCommand(SiteWindowController& controller, KTVPlugInPtr plugIn)
-    : QUndoCommand(translated("Delete “%1”").arg(titleOf(*plugIn))),
+    : QUndoCommand(TrendCommandText::tr("Delete “%1”").arg(titleOf(*plugIn))),
       m_controller(controller),
       m_plugIn(std::move(plugIn))
 {
@@ -37,7 +36,7 @@ void DeleteTrendCommand::undo()
 }
 
 RenameTrendCommand::RenameTrendCommand(KTVPlugInPtr plugIn, QString before, QString after)
-    : QUndoCommand(translated("Rename to “%1”").arg(after)),
+    : QUndoCommand(TrendCommandText::tr("Rename to “%1”").arg(after)),
       m_plugIn(std::move(plugIn)),
       m_before(std::move(before)),
       m_after(std::move(after))
@@ -45,7 +44,7 @@ RenameTrendCommand::RenameTrendCommand(KTVPlugInPtr plugIn, QString before, QStr
 }
 
 MoveTrendCommand::MoveTrendCommand(SiteWindowController& controller, KTVPlugInPtr plugIn, int from, int to)
-    : QUndoCommand(translated("Move “%1”").arg(titleOf(*plugIn))),
+    : QUndoCommand(TrendCommandText::tr("Move “%1”").arg(titleOf(*plugIn))),
       m_controller(controller),
       m_plugIn(std::move(plugIn)),
       m_from(from),

@@ -1,14 +1,20 @@
 #include "plotkit/layout/BinKernels.h"
 
-#include "plotkit/model/VectorLoops.h"
-
 #include <limits>
 
+#undef HWY_TARGET_INCLUDE
+#define HWY_TARGET_INCLUDE "plotkit/layout/BinKernels.cpp"
+#include "base/vectors/Kernels.h"
+// Behind the one above, which says what a vector is.
+#include "base/vectors/EightFloats.h"
+
+HWY_BEFORE_NAMESPACE();
 namespace plotkit {
-
 namespace {
+namespace HWY_NAMESPACE {
 
-using namespace vectors;
+namespace hn = hwy::HWY_NAMESPACE;
+using namespace plotix::vectors::HWY_NAMESPACE;
 
 constexpr std::size_t kFine = CPTFineBlocks::kElements;
 constexpr std::size_t kMostScanned = 1024;  // samples; beyond, the index is faster, however it is entered
@@ -16,46 +22,52 @@ constexpr std::size_t kFinePerCoarse = CPTSeriesIndex::kCoarseBlock / kFine;
 constexpr float kInfinity = std::numeric_limits<float>::infinity();
 constexpr float kNone = std::numeric_limits<float>::quiet_NaN();
 
+// Places are worked out in doubles, a vector of them at a time.
+constexpr hn::CappedTag<double, 8> kWide;
+constexpr hn::Rebind<float, decltype(kWide)> kNarrow;
+constexpr std::size_t kLanes = hn::MaxLanes(kWide);
+using Wide = hn::Vec<decltype(kWide)>;
+using Narrow = hn::Vec<decltype(kNarrow)>;
+
 struct Extremes {
     float least;
     float greatest;
 };
 
-/// Of `count` numbers of each row; NaN drops out. The last eight may overlap the ones before.
-PLOTKIT_LOOP void takeRuns(const float* least, const float* greatest, std::size_t count, Extremes& extremes)
+HWY_INLINE void take(Extremes& extremes, float least, float greatest)
 {
-    if (count < kLanes) {
-        extremes = {kInfinity, -kInfinity};
-        for (std::size_t at = 0; at < count; ++at) {
-            lower(extremes.least, least[at]);
-            raise(extremes.greatest, greatest[at]);
-        }
-        return;
-    }
-    Float8 low = Float8{} + kInfinity;
-    Float8 high = -low;
-    Float8 lows, highs;
-    for (std::size_t at = 0; at + kLanes <= count; at += kLanes) {
-        load(lows, least + at);
-        load(highs, greatest + at);
-        lower(low, lows);
-        raise(high, highs);
-    }
-    load(lows, least + count - kLanes);
-    load(highs, greatest + count - kLanes);
-    lower(low, lows);
-    raise(high, highs);
-    extremes = {leastOf(low), greatestOf(high)};
+    extremes.least = least < extremes.least ? least : extremes.least;
+    extremes.greatest = greatest > extremes.greatest ? greatest : extremes.greatest;
 }
 
-PLOTKIT_LOOP void join(Extremes& extremes, const Extremes& others)
+/// Of `count` numbers of each row; NaN drops out. The last eight may overlap the ones before.
+HWY_INLINE void takeRuns(const float* least, const float* greatest, std::size_t count, Extremes& extremes)
 {
-    lower(extremes.least, others.least);
-    raise(extremes.greatest, others.greatest);
+    constexpr std::size_t kEight = EightFloats::kCount;
+    if (count < kEight) {
+        extremes = {kInfinity, -kInfinity};
+        for (std::size_t at = 0; at < count; ++at)
+            take(extremes, least[at], greatest[at]);
+        return;
+    }
+    EightFloats low = EightFloats::all(kInfinity);
+    EightFloats high = EightFloats::all(-kInfinity);
+    for (std::size_t at = 0; at + kEight <= count; at += kEight) {
+        low.lower(EightFloats::load(least + at));
+        high.raise(EightFloats::load(greatest + at));
+    }
+    low.lower(EightFloats::load(least + count - kEight));
+    high.raise(EightFloats::load(greatest + count - kEight));
+    extremes = {low.least(), high.greatest()};
+}
+
+HWY_INLINE void join(Extremes& extremes, const Extremes& others)
+{
+    take(extremes, others.least, others.greatest);
 }
 
 /// Of fine blocks [first, last), by the coarser level where that is shorter.
-PLOTKIT_LOOP void takeBlocks(const CPTSeriesIndex& index, std::size_t first, std::size_t last, Extremes& extremes)
+HWY_INLINE void takeBlocks(const CPTSeriesIndex& index, std::size_t first, std::size_t last, Extremes& extremes)
 {
     const float* least = index.fine().least();
     const float* greatest = index.fine().greatest();
@@ -77,7 +89,7 @@ PLOTKIT_LOOP void takeBlocks(const CPTSeriesIndex& index, std::size_t first, std
 }
 
 /// Whether elements [from, to) are points, all of them.
-PLOTKIT_LOOP bool areAllPoints(const std::uint64_t* points, std::size_t from, std::size_t to)
+HWY_INLINE bool areAllPoints(const std::uint64_t* points, std::size_t from, std::size_t to)
 {
     constexpr std::uint64_t kAll = ~std::uint64_t{0};
     const std::size_t firstWord = from / 64;
@@ -94,13 +106,13 @@ PLOTKIT_LOOP bool areAllPoints(const std::uint64_t* points, std::size_t from, st
     return true;
 }
 
-PLOTKIT_LOOP bool isFinite(float value)
+HWY_INLINE bool isFinite(float value)
 {
     return value > -kInfinity && value < kInfinity;
 }
 
 /// False where the fast way does not lead to the summary.
-PLOTKIT_LOOP bool summariseBlocks(const BinSource& source, std::size_t from, std::size_t to, BinSummary& summary)
+HWY_INLINE bool summariseBlocks(const BinSource& source, std::size_t from, std::size_t to, BinSummary& summary)
 {
     const CPTFineBlocks& fine = source.index.fine();
     const std::size_t block = from / kFine;
@@ -119,7 +131,7 @@ PLOTKIT_LOOP bool summariseBlocks(const BinSource& source, std::size_t from, std
     return isFinite(summary.first) && isFinite(summary.last);
 }
 
-PLOTKIT_LOOP bool summariseSamples(const BinSource& source, std::size_t from, std::size_t to, BinSummary& summary)
+HWY_INLINE bool summariseSamples(const BinSource& source, std::size_t from, std::size_t to, BinSummary& summary)
 {
     if (to - from > kMostScanned || (source.points != nullptr && !areAllPoints(source.points, from, to)))
         return false;
@@ -133,7 +145,7 @@ PLOTKIT_LOOP bool summariseSamples(const BinSource& source, std::size_t from, st
            isFinite(summary.last);
 }
 
-PLOTKIT_LOOP void summariseBins(const BinSource& source, const BinRows& rows, std::size_t from, std::size_t to)
+void summarise(const BinSource& source, const BinRows& rows, std::size_t from, std::size_t to)
 {
     for (std::size_t bin = from; bin < to; ++bin) {
         const std::size_t begin = source.edges[bin];
@@ -152,171 +164,115 @@ PLOTKIT_LOOP void summariseBins(const BinSource& source, const BinRows& rows, st
     }
 }
 
-PLOTKIT_LOOP void loadWide(Double4& vector, const float* numbers)
+HWY_INLINE Wide loadWide(const float* numbers)
 {
-    Float4 narrow;
-    load(narrow, numbers);
-    vector = __builtin_convertvector(narrow, Double4);
+    return hn::PromoteTo(kWide, hn::LoadU(kNarrow, numbers));
 }
 
-PLOTKIT_LOOP void place(Double4& values, const ValueScale& scale)
-{
-    values = scale.firstPlace + (values - scale.location) * scale.placesPerValue;
-}
-
-PLOTKIT_LOOP void cut(Float4& narrow, Double4& places, const ValueScale& scale)
-{
-    places = places < scale.farthest ? places : Double4{} + scale.farthest;
-    places = places > -scale.farthest ? places : Double4{} - scale.farthest;
-    narrow = __builtin_convertvector(places, Float4);
-}
-
-/// Eight values' places.
-PLOTKIT_LOOP void placeEight(Float8& places, const float* values, const ValueScale& scale)
-{
-    Double4 wide;
-    Float4 left, right;
-    loadWide(wide, values);
-    place(wide, scale);
-    cut(left, wide, scale);
-    loadWide(wide, values + kWideLanes);
-    place(wide, scale);
-    cut(right, wide, scale);
-    places = __builtin_shufflevector(left, right, 0, 1, 2, 3, 4, 5, 6, 7);
-}
-
-/// Where the extremes of eight bins stand; `open` gathers the lanes that are empty.
-PLOTKIT_LOOP void mapExtremes(const BinRows& rows, std::size_t bin, const ValueScale& scale, float* low, float* high,
-                              Int8& open)
-{
-    Float8 min, max, atMin, atMax;
-    load(min, rows.min + bin);
-    load(max, rows.max + bin);
-    placeEight(atMin, rows.min + bin, scale);
-    placeEight(atMax, rows.max + bin, scale);
-    const Int8 holds = min <= max;
-    open |= ~holds;
-    Float8 top = atMin;
-    lower(top, atMax);
-    raise(atMax, atMin);
-    store(low + bin, holds ? top : Float8{} + kInfinity);
-    store(high + bin, holds ? atMax : Float8{} - kInfinity);
-}
-
-/// The left edges of four bins. From the nearer end, lest a far-away one swallow the digits.
-PLOTKIT_LOOP void mapJoins(const BinRows& rows, std::size_t bin, const ValueScale& scale, float* joins)
-{
-    Double4 from, to, right, left;
-    loadWide(from, rows.last + bin - 1);
-    loadWide(to, rows.first + bin);
-    loadWide(right, rows.leave + bin - 1);
-    loadWide(left, rows.enter + bin);
-    right = 1.0 - right;
-    place(from, scale);
-    place(to, scale);
-    const Double4 slope = (to - from) / (right + left);
-    Double4 join = right < left ? from + right * slope : to - left * slope;
-    join = right > 0.0 ? join : from;
-    Float4 narrow;
-    cut(narrow, join, scale);
-    store(joins + bin, narrow);
-}
-
-PLOTKIT_LOOP bool mapBins(const BinRows& rows, std::size_t count, const ValueScale& scale, float* joins, float* low,
-                          float* high)
-{
-    Int8 open{};
-    std::size_t bin = 0;
-    for (; bin + kLanes <= count; bin += kLanes)
-        mapExtremes(rows, bin, scale, low, high, open);
-    std::int32_t anyOpen = 0;
-    for (std::size_t lane = 0; lane < kLanes; ++lane)
-        anyOpen |= open[lane];
-    Int8 beyond{};
-    if (bin < count)
-        mapExtremes(rows, bin, scale, low, high, beyond);
-    for (std::size_t lane = 0; bin + lane < count; ++lane)
-        anyOpen |= beyond[lane];
-    for (std::size_t edge = 1; edge < count; edge += kWideLanes)
-        mapJoins(rows, edge, scale, joins);
-    return anyOpen != 0;
-}
-
-PLOTKIT_LOOP void takeJoinsIn(const float* joins, std::size_t count, float* low, float* high)
-{
-    for (std::size_t column = 0; column < count; column += kLanes) {
-        Float8 left, right, least, greatest;
-        load(left, joins + column);
-        load(right, joins + column + 1);
-        load(least, low + column);
-        load(greatest, high + column);
-        lower(least, left);
-        lower(least, right);
-        raise(greatest, left);
-        raise(greatest, right);
-        store(low + column, least);
-        store(high + column, greatest);
-    }
-}
-
-struct Plain {
-    static void summarise(const BinSource& source, const BinRows& rows, std::size_t from, std::size_t to)
+/// A scale in every lane.
+struct WideScale {
+    explicit HWY_INLINE WideScale(const ValueScale& scale)
+        : location(hn::Set(kWide, scale.location)),
+          placesPerValue(hn::Set(kWide, scale.placesPerValue)),
+          firstPlace(hn::Set(kWide, scale.firstPlace)),
+          farthest(hn::Set(kWide, scale.farthest))
     {
-        summariseBins(source, rows, from, to);
     }
-    static bool map(const BinRows& rows, std::size_t count, const ValueScale& scale, float* joins, float* low,
-                    float* high)
+    HWY_INLINE Wide place(Wide values) const
     {
-        return mapBins(rows, count, scale, joins, low, high);
+        return hn::Add(firstPlace, hn::Mul(hn::Sub(values, location), placesPerValue));
     }
-    static void takeJoins(const float* joins, std::size_t count, float* low, float* high)
+    HWY_INLINE Narrow cut(Wide places) const
     {
-        takeJoinsIn(joins, count, low, high);
+        return hn::DemoteTo(kNarrow, raise(hn::Neg(farthest), lower(farthest, places)));
     }
+
+    Wide location, placesPerValue, firstPlace, farthest;
 };
 
-#if defined(__x86_64__)
-struct Avx2 {
-    PLOTKIT_FOR_AVX2 static void summarise(const BinSource& source, const BinRows& rows, std::size_t from,
-                                           std::size_t to)
-    {
-        summariseBins(source, rows, from, to);
-    }
-    PLOTKIT_FOR_AVX2 static bool map(const BinRows& rows, std::size_t count, const ValueScale& scale, float* joins,
-                                     float* low, float* high)
-    {
-        return mapBins(rows, count, scale, joins, low, high);
-    }
-    PLOTKIT_FOR_AVX2 static void takeJoins(const float* joins, std::size_t count, float* low, float* high)
-    {
-        takeJoinsIn(joins, count, low, high);
-    }
-};
-#endif
-
-}  // namespace
-
-const BinKernels& BinKernels::plain()
+/// Where the extremes of some bins stand; answers which of them hold something.
+HWY_INLINE hn::Mask<decltype(kNarrow)> mapExtremes(const BinRows& rows, std::size_t bin, const WideScale& scale,
+                                                   float* low, float* high)
 {
-    static constexpr BinKernels kernels{Plain::summarise, Plain::map, Plain::takeJoins};
-    return kernels;
+    const Narrow atMin = scale.cut(scale.place(loadWide(rows.min + bin)));
+    const Narrow atMax = scale.cut(scale.place(loadWide(rows.max + bin)));
+    const auto holds = hn::Le(hn::LoadU(kNarrow, rows.min + bin), hn::LoadU(kNarrow, rows.max + bin));
+    const Narrow none = hn::Set(kNarrow, kInfinity);
+    hn::StoreU(hn::IfThenElse(holds, lower(atMin, atMax), none), kNarrow, low + bin);
+    hn::StoreU(hn::IfThenElse(holds, raise(atMax, atMin), hn::Neg(none)), kNarrow, high + bin);
+    return holds;
 }
 
-const BinKernels* BinKernels::avx2()
+/// The left edges of some bins. From the nearer end, lest a far-away one swallow the digits.
+HWY_INLINE void mapJoins(const BinRows& rows, std::size_t bin, const WideScale& scale, float* joins)
 {
-#if defined(__x86_64__)
-    static const bool isThere = __builtin_cpu_supports("avx2");
-    static constexpr BinKernels kernels{Avx2::summarise, Avx2::map, Avx2::takeJoins};
-    return isThere ? &kernels : nullptr;
+    const Wide from = scale.place(loadWide(rows.last + bin - 1));
+    const Wide to = scale.place(loadWide(rows.first + bin));
+    const Wide right = hn::Sub(hn::Set(kWide, 1.0), loadWide(rows.leave + bin - 1));
+    const Wide left = loadWide(rows.enter + bin);
+    const Wide slope = hn::Div(hn::Sub(to, from), hn::Add(right, left));
+    const Wide join =
+        hn::IfThenElse(hn::Lt(right, left), hn::Add(from, hn::Mul(right, slope)), hn::Sub(to, hn::Mul(left, slope)));
+    const auto isApart = hn::Gt(right, hn::Zero(kWide));
+    hn::StoreU(scale.cut(hn::IfThenElse(isApart, join, from)), kNarrow, joins + bin);
+}
+
+bool map(const BinRows& rows, std::size_t count, const ValueScale& scale, float* joins, float* low, float* high)
+{
+    const WideScale wide(scale);
+    bool isAnyOpen = false;
+    for (std::size_t bin = 0; bin < count; bin += kLanes) {
+        const auto holds = mapExtremes(rows, bin, wide, low, high);
+        isAnyOpen |= !hn::AllTrue(kNarrow, hn::Or(holds, hn::Not(hn::FirstN(kNarrow, count - bin))));
+    }
+    for (std::size_t edge = 1; edge < count; edge += kLanes)
+        mapJoins(rows, edge, wide, joins);
+    return isAnyOpen;
+}
+
+void takeJoins(const float* joins, std::size_t count, float* low, float* high)
+{
+    for (std::size_t column = 0; column < count; column += EightFloats::kCount) {
+        const EightFloats left = EightFloats::load(joins + column);
+        const EightFloats right = EightFloats::load(joins + column + 1);
+        EightFloats least = EightFloats::load(low + column);
+        EightFloats greatest = EightFloats::load(high + column);
+        least.lower(left);
+        least.lower(right);
+        greatest.raise(left);
+        greatest.raise(right);
+        least.store(low + column);
+        greatest.store(high + column);
+    }
+}
+
+const BinKernels& kernels()
+{
+#if HWY_TARGET == HWY_AVX3 && (HWY_TARGETS & HWY_AVX2) != 0
+    // Eight floats are no more there, and for AVX-512 the compiler keeps addresses in vectors: a fifth slower.
+    static constexpr BinKernels kTable{N_AVX2::summarise, map, takeJoins};
 #else
-    return nullptr;
+    static constexpr BinKernels kTable{summarise, map, takeJoins};
 #endif
+    return kTable;
 }
+
+}  // namespace HWY_NAMESPACE
+}  // namespace
+}  // namespace plotkit
+HWY_AFTER_NAMESPACE();
+
+#if HWY_ONCE
+namespace plotkit {
+
+namespace {
+HWY_EXPORT(kernels);
+}  // namespace
 
 const BinKernels& BinKernels::best()
 {
-    const BinKernels* wide = avx2();
-    return wide != nullptr ? *wide : plain();
+    return HWY_DYNAMIC_DISPATCH(kernels)();
 }
 
 }  // namespace plotkit
+#endif

@@ -9,8 +9,7 @@
 
 /// The inner loops over bins: samples to summaries, and summaries to places.
 ///
-/// Written once and compiled for every processor and for AVX2, chosen at run time; both give the same bits. Pure; any
-/// thread.
+/// Compiled for several processors, chosen at run time (see base/vectors); all give the same bits. Pure; any thread.
 namespace plotkit {
 
 /// A series and the bins it is cut into. Borrows everything. `edges` has one element more than there are bins, `enter`
@@ -57,9 +56,7 @@ struct BinKernels {
     /// Lets each column's extremes take in its two edges: joins[k] and joins[k + 1]. The same padding.
     void (*takeJoins)(const float* joins, std::size_t count, float* low, float* high);
 
-    static const BinKernels& plain();
-    /// Null where the processor has it not.
-    static const BinKernels* avx2();
+    /// The fastest this processor runs. Alive as long as the program.
     static const BinKernels& best();
 };
 

@@ -1,14 +1,20 @@
 #include "plotkit/model/SeriesNarrowing.h"
 
-#include "plotkit/model/VectorLoops.h"
-
 #include <limits>
 
+#undef HWY_TARGET_INCLUDE
+#define HWY_TARGET_INCLUDE "plotkit/model/SeriesNarrowing.cpp"
+#include "base/vectors/Kernels.h"
+// Behind the one above, which says what a vector is.
+#include "base/vectors/EightFloats.h"
+
+HWY_BEFORE_NAMESPACE();
 namespace plotkit {
-
 namespace {
+namespace HWY_NAMESPACE {
 
-using namespace vectors;
+namespace hn = hwy::HWY_NAMESPACE;
+using namespace plotix::vectors::HWY_NAMESPACE;
 
 constexpr std::size_t kWordBits = 64;
 constexpr std::size_t kFine = 32;
@@ -16,44 +22,44 @@ constexpr std::uint32_t kAllPoints = ~std::uint32_t{0};
 constexpr float kInfinity = std::numeric_limits<float>::infinity();
 constexpr float kNone = std::numeric_limits<float>::quiet_NaN();
 
+constexpr hn::CappedTag<double, 8> kDoubles;
+constexpr hn::Rebind<float, decltype(kDoubles)> kNarrow;
+
 /// Whether all values are numbers that a float can hold; y then has them.
-PLOTKIT_LOOP bool narrowWord(const double* values, float* y)
+HWY_INLINE bool narrowWord(const double* values, float* y)
 {
-    constexpr auto kLargest = static_cast<double>(std::numeric_limits<float>::max());
-    Long4 odd{};
-    for (std::size_t at = 0; at < kWordBits; at += kWideLanes) {
-        Double4 four;
-        load(four, values + at);
-        store(y + at, __builtin_convertvector(four, Float4));
-        odd |= ~((four <= kLargest) & (four >= -kLargest));
+    const auto largest = hn::Set(kDoubles, static_cast<double>(std::numeric_limits<float>::max()));
+    auto areFine = hn::Not(hn::MaskFromVec(hn::Zero(kDoubles)));
+    for (std::size_t at = 0; at < kWordBits; at += hn::MaxLanes(kDoubles)) {
+        const auto some = hn::LoadU(kDoubles, values + at);
+        hn::StoreU(hn::DemoteTo(kNarrow, some), kNarrow, y + at);
+        areFine = hn::And(areFine, hn::Le(hn::Abs(some), largest));
     }
-    return (odd[0] | odd[1] | odd[2] | odd[3]) == 0;
+    return hn::AllTrue(kDoubles, areFine);
 }
 
 /// The pair of a block's points. Requires: finite values.
-PLOTKIT_LOOP void takeBlock(const float* y, std::uint32_t points, float& least, float& greatest, float& first)
+HWY_INLINE void takeBlock(const float* y, std::uint32_t points, float& least, float& greatest, float& first)
 {
-    Float8 low = Float8{} + kInfinity;
-    Float8 high = -low;
-    for (std::size_t at = 0; at < kFine; at += kLanes) {
-        Float8 eight;
-        load(eight, y + at);
+    EightFloats low = EightFloats::all(kInfinity);
+    EightFloats high = EightFloats::all(-kInfinity);
+    for (std::size_t at = 0; at < kFine; at += EightFloats::kCount) {
+        const EightFloats eight = EightFloats::load(y + at);
         if (points == kAllPoints) {
-            lower(low, eight);
-            raise(high, eight);
-            continue;
+            low.lower(eight);
+            high.raise(eight);
+        } else {
+            low.lower(eight.where(points >> at, kInfinity));
+            high.raise(eight.where(points >> at, -kInfinity));
         }
-        const Int8 bits = Int8{1, 2, 4, 8, 16, 32, 64, 128} & static_cast<std::int32_t>(points >> at & 255U);
-        lower(low, bits != 0 ? eight : Float8{} + kInfinity);
-        raise(high, bits != 0 ? eight : Float8{} - kInfinity);
     }
-    least = leastOf(low);
-    greatest = greatestOf(high);
+    least = low.least();
+    greatest = high.greatest();
     first = (points & 1U) != 0 ? y[0] : kNone;
 }
 
-PLOTKIT_LOOP std::size_t narrowWords(const double* values, const std::uint64_t* validity, std::size_t words,
-                                     const NarrowedWords& into)
+std::size_t narrowWords(const double* values, const std::uint64_t* validity, std::size_t words,
+                        const NarrowedWords& into)
 {
     for (std::size_t word = 0; word < words; ++word) {
         float* y = into.y + word * kWordBits;
@@ -70,43 +76,28 @@ PLOTKIT_LOOP std::size_t narrowWords(const double* values, const std::uint64_t* 
     return words;
 }
 
-std::size_t narrowPlain(const double* values, const std::uint64_t* validity, std::size_t words,
-                        const NarrowedWords& into)
+const SeriesNarrowing& narrowing()
 {
-    return narrowWords(values, validity, words, into);
+    static constexpr SeriesNarrowing kTable{narrowWords};
+    return kTable;
 }
 
-#if defined(__x86_64__)
-PLOTKIT_FOR_AVX2 std::size_t narrowAvx2(const double* values, const std::uint64_t* validity, std::size_t words,
-                                        const NarrowedWords& into)
-{
-    return narrowWords(values, validity, words, into);
-}
-#endif
-
+}  // namespace HWY_NAMESPACE
 }  // namespace
+}  // namespace plotkit
+HWY_AFTER_NAMESPACE();
 
-const SeriesNarrowing& SeriesNarrowing::plain()
-{
-    static constexpr SeriesNarrowing narrowing{narrowPlain};
-    return narrowing;
-}
+#if HWY_ONCE
+namespace plotkit {
 
-const SeriesNarrowing* SeriesNarrowing::avx2()
-{
-#if defined(__x86_64__)
-    static const bool isThere = __builtin_cpu_supports("avx2");
-    static constexpr SeriesNarrowing narrowing{narrowAvx2};
-    return isThere ? &narrowing : nullptr;
-#else
-    return nullptr;
-#endif
-}
+namespace {
+HWY_EXPORT(narrowing);
+}  // namespace
 
 const SeriesNarrowing& SeriesNarrowing::best()
 {
-    const SeriesNarrowing* wide = avx2();
-    return wide != nullptr ? *wide : plain();
+    return HWY_DYNAMIC_DISPATCH(narrowing)();
 }
 
 }  // namespace plotkit
+#endif

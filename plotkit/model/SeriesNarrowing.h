@@ -5,8 +5,7 @@
 
 /// Archived doubles become the floats of a series, and the pairs of its index, in one go over memory.
 ///
-/// Written once and compiled for every processor and for AVX2, chosen at run time; both give the same bits. Pure; any
-/// thread.
+/// Compiled for several processors, chosen at run time (see base/vectors); all give the same bits. Pure; any thread.
 namespace plotkit {
 
 /// Where the results go; all stand at the first value's place. `least`, `greatest` and `first` have one number for
@@ -25,9 +24,7 @@ struct SeriesNarrowing {
     std::size_t (*narrow)(const double* values, const std::uint64_t* validity, std::size_t words,
                           const NarrowedWords& into);
 
-    static const SeriesNarrowing& plain();
-    /// Null where the processor has it not.
-    static const SeriesNarrowing* avx2();
+    /// The fastest this processor runs. Alive as long as the program.
     static const SeriesNarrowing& best();
 };
 

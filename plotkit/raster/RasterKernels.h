@@ -6,8 +6,7 @@
 
 /// The inner loops of the rasteriser: plain arithmetic over rows of numbers, without any notion of a line.
 ///
-/// Written once for every processor and once for each wider set of instructions, chosen at run time; all give identical
-/// pixels. Pure; any thread.
+/// Compiled for several processors, chosen at run time (see base/vectors); all give identical pixels. Pure; any thread.
 namespace plotkit {
 
 /// How far a line that passes steeply through its column fills the column's own width: nothing up to slope `gentle`,
@@ -48,12 +47,7 @@ struct RasterKernels {
     /// Blends one row of `count` pixels by coverages of 0…255.
     void (*blendMask)(quint32* pixels, const quint8* mask, int count, quint32 color);
 
-    /// For every processor.
-    static const RasterKernels& plain();
-    /// For processors with AVX2, and with AVX-512; null where this one has it not.
-    static const RasterKernels* avx2();
-    static const RasterKernels* avx512();
-    /// The fastest this processor runs.
+    /// The fastest this processor runs. Alive as long as the program.
     static const RasterKernels& best();
 };
 

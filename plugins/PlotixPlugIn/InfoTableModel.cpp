@@ -15,10 +15,14 @@ struct ColumnDescription {
 };
 
 constexpr ColumnDescription kColumns[InfoTableModel::kColumnCount] = {
-    {"show", "Show", Qt::AlignHCenter},       {"color", "Color", Qt::AlignHCenter},
-    {"tableName", "Property", Qt::AlignLeft}, {"unit", "Unit", Qt::AlignLeft},
-    {"minimum", "Minimum", Qt::AlignRight},   {"maximum", "Maximum", Qt::AlignRight},
-    {"average", "Average", Qt::AlignRight},   {"points", "No. of Points", Qt::AlignRight},
+    {"show", QT_TRANSLATE_NOOP("Plotix", "Show"), Qt::AlignHCenter},
+    {"color", QT_TRANSLATE_NOOP("Plotix", "Color"), Qt::AlignHCenter},
+    {"tableName", QT_TRANSLATE_NOOP("Plotix", "Property"), Qt::AlignLeft},
+    {"unit", QT_TRANSLATE_NOOP("Plotix", "Unit"), Qt::AlignLeft},
+    {"minimum", QT_TRANSLATE_NOOP("Plotix", "Minimum"), Qt::AlignRight},
+    {"maximum", QT_TRANSLATE_NOOP("Plotix", "Maximum"), Qt::AlignRight},
+    {"average", QT_TRANSLATE_NOOP("Plotix", "Average"), Qt::AlignRight},
+    {"points", QT_TRANSLATE_NOOP("Plotix", "No. of Points"), Qt::AlignRight},
 };
 
 QString displayText(const InfoTableRow& row, int column)
@@ -38,7 +42,9 @@ QString accessibleText(const InfoTableRow& row, int column)
 {
     switch (column) {
     case InfoTableModel::Show:
-        return KTVBundle::mainBundle()->localizedString(row.show ? QStringLiteral("shown") : QStringLiteral("hidden"));
+        return KTVBundle::mainBundle()->localizedString(row.show
+                                                            ? QStringLiteral(QT_TRANSLATE_NOOP("Plotix", "shown"))
+                                                            : QStringLiteral(QT_TRANSLATE_NOOP("Plotix", "hidden")));
     case InfoTableModel::Color: return plotix::colorText(row.color);
     default: return displayText(row, column);
     }

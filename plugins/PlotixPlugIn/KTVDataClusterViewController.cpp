@@ -128,15 +128,15 @@ void KTVDataClusterViewController::awakeFromNib()
 
 void KTVDataClusterViewController::connectControls()
 {
-    m_fromTextField->setText(localized("From"));
-    m_toTextField->setText(localized("To"));
-    m_quickDatePopupButton->setText(localized("Quick Range"));
+    m_fromTextField->setText(localized(QT_TRANSLATE_NOOP("Plotix", "From")));
+    m_toTextField->setText(localized(QT_TRANSLATE_NOOP("Plotix", "To")));
+    m_quickDatePopupButton->setText(localized(QT_TRANSLATE_NOOP("Plotix", "Quick Range")));
     m_quickDatePopupButton->setMenu(makeQuickRangeMenu(*this, m_quickDatePopupButton));
 
     // Wide enough for either title, so that nothing moves when a fetch starts.
-    m_refreshButton->setText(localized("Cancel"));
+    m_refreshButton->setText(localized(QT_TRANSLATE_NOOP("Plotix", "Cancel")));
     const int cancelWidth = m_refreshButton->sizeHint().width();
-    m_refreshButton->setText(localized("Refresh"));
+    m_refreshButton->setText(localized(QT_TRANSLATE_NOOP("Plotix", "Refresh")));
     m_refreshButton->setMinimumWidth(std::max(cancelWidth, m_refreshButton->sizeHint().width()));
     QSizePolicy keepsItsPlace = m_progressIndicator->sizePolicy();
     keepsItsPlace.setRetainSizeWhenHidden(true);
@@ -253,7 +253,7 @@ void KTVDataClusterViewController::timerFireMethod()
 void KTVDataClusterViewController::buttonPressed()
 {
     // The one button serves both actions; what it reads says which. Its text is the localised one, so is this.
-    if (m_refreshButton->text() == localized("Cancel"))
+    if (m_refreshButton->text() == localized(QT_TRANSLATE_NOOP("Plotix", "Cancel")))
         cancel(m_refreshButton);
     else
         refresh(m_refreshButton);
@@ -301,7 +301,7 @@ void KTVDataClusterViewController::refreshStarted(QObject*)
     m_quickDatePopupButton->setEnabled(false);
     m_progressIndicator->startAnimation();
     m_progressIndicator->show();
-    m_refreshButton->setText(localized("Cancel"));
+    m_refreshButton->setText(localized(QT_TRANSLATE_NOOP("Plotix", "Cancel")));
     // A disabled editor gives the focus to nobody, and the next Return would never reach this panel.
     if (losesFocus)
         m_refreshButton->setFocus();
@@ -316,7 +316,7 @@ void KTVDataClusterViewController::refreshComplete(QObject*)
     m_progressIndicator->hide();
     m_progressIndicator->stopAnimation();
     m_quickDatePopupButton->setEnabled(true);
-    m_refreshButton->setText(localized("Refresh"));
+    m_refreshButton->setText(localized(QT_TRANSLATE_NOOP("Plotix", "Refresh")));
     restoreFocus();
 }
 

@@ -12,6 +12,7 @@
 #include "plugins/PlotixPlugIn/TrendRootView.h"
 #include "plugins/PlotixPlugIn/host/KTVHelpManager.h"
 #include "plugins/PlotixPlugIn/host/KTVHostServices.h"
+#include "plugins/PlotixPlugIn/host/KTVUserInterface.h"
 #include "ui_KTVPlotixPlugIn.h"
 
 namespace {

@@ -14,6 +14,7 @@
 
 #include "base/MainQueue.h"
 #include "plugins/PlotixPlugIn/host/KTVHostServices.h"
+#include "plugins/PlotixPlugIn/host/KTVUserInterface.h"
 
 namespace {
 
@@ -58,9 +59,10 @@ void KTVPlotixPlugIn::refuseDateRange()
     m_dataCluster->refreshComplete(this);
     if (!isViewLoaded() && m_completionTarget)
         return;
-    const KTVAlert alert{QStringLiteral("Illegal Date Range"),
-                         QStringLiteral("The \"from\" date must be less than the \"to\" date."),
-                         KTVAlert::Style::Critical};
+    const KTVAlert alert{
+        QStringLiteral(QT_TRANSLATE_NOOP("Plotix", "Illegal Date Range")),
+        QStringLiteral(QT_TRANSLATE_NOOP("Plotix", "The \"from\" date must be less than the \"to\" date.")),
+        KTVAlert::Style::Critical};
     KTVHostServices::installed().userInterface->beginSheet(alert, isViewLoaded() ? windowOfView(view()) : nullptr,
                                                            [] {});
 }
@@ -97,12 +99,13 @@ void KTVPlotixPlugIn::doValidDataSource(const KTVRecordDictionaryPtr& records, c
     if (!records) {
         // Modal, and the busy state stays: nothing but a drawing or the user ends it.
         KTVHostServices::installed().userInterface->runModal(
-            {QStringLiteral("Database Access Error"), QStringLiteral("Returned object was malformed.")});
+            {QStringLiteral(QT_TRANSLATE_NOOP("Plotix", "Database Access Error")),
+             QStringLiteral(QT_TRANSLATE_NOOP("Plotix", "Returned object was malformed."))});
         m_dataCluster->restorePreviousDate();
         return;
     }
     if (error) {
-        showMessage(QStringLiteral("No Properties Available to Plot"));
+        showMessage(QStringLiteral(QT_TRANSLATE_NOOP("Plotix", "No Properties Available to Plot")));
         m_dataCluster->restorePreviousDate();
     } else {
         removeMessageOverlay();

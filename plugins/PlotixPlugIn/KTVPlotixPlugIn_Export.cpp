@@ -9,10 +9,11 @@
 
 #include "plugins/PlotixPlugIn/KTVPlotixPlugIn.h"
 
-#include "base/SizeText.h"
 #include "plotkit/render/GraphRendering.h"
 #include "plugins/PlotixPlugIn/host/KTVHostServices.h"
+#include "plugins/PlotixPlugIn/host/KTVUserInterface.h"
 #include "plugins/PlotixPlugIn/host/PngImage.h"
+#include "plugins/PlotixPlugIn/logic/SizeText.h"
 
 #include <QtCore/QFile>
 

@@ -130,7 +130,7 @@ void KTVPlotixPlugIn::showDataMessages(const KTVRecordDictionary& records)
         removeMessageOverlay();
         return;
     }
-    showMessage(records.time() ? QStringLiteral("No Data Available for Date Range")
-                               : QStringLiteral("No Properties Available to Plot"));
+    showMessage(records.time() ? QStringLiteral(QT_TRANSLATE_NOOP("Plotix", "No Data Available for Date Range"))
+                               : QStringLiteral(QT_TRANSLATE_NOOP("Plotix", "No Properties Available to Plot")));
     didFinishDrawing();
 }

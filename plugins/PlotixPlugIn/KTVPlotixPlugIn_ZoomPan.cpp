@@ -8,6 +8,7 @@
 #include "plugins/PlotixPlugIn/KTVPlotixPlugIn.h"
 
 #include "plugins/PlotixPlugIn/host/KTVHostServices.h"
+#include "plugins/PlotixPlugIn/host/KTVUserInterface.h"
 #include "plugins/PlotixPlugIn/logic/RangePolicy.h"
 
 bool KTVPlotixPlugIn::plotSpaceShouldScaleBy(CPTXYPlotSpace* /*space*/, double /*factor*/, QPointF /*aboutPoint*/)

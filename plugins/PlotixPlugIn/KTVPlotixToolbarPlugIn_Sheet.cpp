@@ -136,7 +136,8 @@ void KTVPlotixToolbarPlugIn::showPlotixSetupWindow()
     QWidget* window = siteWindowController() ? siteWindowController()->window() : nullptr;
     const QPointer<QDialog> last = m_configurationWindow;
     m_configurationWindow =
-        makeSheet(content, window, KTVBundle::mainBundle()->localizedString(QStringLiteral("New Trend")));
+        makeSheet(content, window,
+                  KTVBundle::mainBundle()->localizedString(QStringLiteral(QT_TRANSLATE_NOOP("Plotix", "New Trend"))));
     delete last;  // after the view has moved; a sheet still up ends without an answer
     updateSelectableProperties();
     connect(m_configurationWindow, &QDialog::finished, this, &KTVPlotixToolbarPlugIn::sheetIsEnding);

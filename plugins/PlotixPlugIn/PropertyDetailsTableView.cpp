@@ -308,8 +308,9 @@ std::unique_ptr<QMenu> PropertyDetailsTableView::menuForEvent(const QEvent* even
     if (const auto position = rightMouseDownPosition(event))
         selectRowUnder(*position);
     auto menu = std::make_unique<QMenu>(QStringLiteral("Contextual Menu"));
-    connect(menu->addAction(KTVBundle::mainBundle()->localizedString(QStringLiteral("Remove"))), &QAction::triggered,
-            this, &PropertyDetailsTableView::remove);
+    connect(menu->addAction(
+                KTVBundle::mainBundle()->localizedString(QStringLiteral(QT_TRANSLATE_NOOP("Plotix", "Remove")))),
+            &QAction::triggered, this, &PropertyDetailsTableView::remove);
     return menu;
 }
 

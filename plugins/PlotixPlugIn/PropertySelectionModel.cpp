@@ -77,7 +77,9 @@ QVariant PropertySelectionModel::headerData(int section, Qt::Orientation orienta
         return static_cast<int>((section == Color ? Qt::AlignHCenter : Qt::AlignLeft) | Qt::AlignVCenter);
     if (role != Qt::DisplayRole)
         return {};
-    constexpr const char* kTitles[ColumnCount] = {"Property", "Color", "Unit"};
+    constexpr const char* kTitles[ColumnCount] = {QT_TRANSLATE_NOOP("Plotix", "Property"),
+                                                  QT_TRANSLATE_NOOP("Plotix", "Color"),
+                                                  QT_TRANSLATE_NOOP("Plotix", "Unit")};
     return KTVBundle::mainBundle()->localizedString(QLatin1String(kTitles[section]));
 }
 

@@ -18,19 +18,19 @@ struct QuickRangeItem {
 };
 
 constexpr QuickRangeItem kItems[] = {
-    {"Today", &Controller::setDateRangeToday, Place::InGroup},
-    {"Last 24 Hours", &Controller::setDateRangeLast24Hours, Place::InGroup},
-    {"Yesterday", &Controller::setDateRangeYesterday, Place::InGroup},
-    {"This Week", &Controller::setDateRangeThisWeek, Place::StartsGroup},
-    {"Last Week", &Controller::setDateRangeLastWeek, Place::InGroup},
-    {"Last 7 Days", &Controller::setDateRangeLast7Days, Place::InGroup},
-    {"This Month", &Controller::setDateRangeThisMonth, Place::StartsGroup},
-    {"Last Month", &Controller::setDateRangeLastMonth, Place::InGroup},
-    {"Last 30 Days", &Controller::setDateRangeLast30Days, Place::InGroup},
-    {"This Year", &Controller::setDateRangeThisYear, Place::StartsGroup},
-    {"Last Year", &Controller::setDateRangeLastYear, Place::InGroup},
-    {"Last 12 Months", &Controller::setDateRangeLast12Months, Place::InGroup},
-    {"All Time", &Controller::setDateRangeAllTime, Place::StartsGroup},
+    {QT_TRANSLATE_NOOP("Plotix", "Today"), &Controller::setDateRangeToday, Place::InGroup},
+    {QT_TRANSLATE_NOOP("Plotix", "Last 24 Hours"), &Controller::setDateRangeLast24Hours, Place::InGroup},
+    {QT_TRANSLATE_NOOP("Plotix", "Yesterday"), &Controller::setDateRangeYesterday, Place::InGroup},
+    {QT_TRANSLATE_NOOP("Plotix", "This Week"), &Controller::setDateRangeThisWeek, Place::StartsGroup},
+    {QT_TRANSLATE_NOOP("Plotix", "Last Week"), &Controller::setDateRangeLastWeek, Place::InGroup},
+    {QT_TRANSLATE_NOOP("Plotix", "Last 7 Days"), &Controller::setDateRangeLast7Days, Place::InGroup},
+    {QT_TRANSLATE_NOOP("Plotix", "This Month"), &Controller::setDateRangeThisMonth, Place::StartsGroup},
+    {QT_TRANSLATE_NOOP("Plotix", "Last Month"), &Controller::setDateRangeLastMonth, Place::InGroup},
+    {QT_TRANSLATE_NOOP("Plotix", "Last 30 Days"), &Controller::setDateRangeLast30Days, Place::InGroup},
+    {QT_TRANSLATE_NOOP("Plotix", "This Year"), &Controller::setDateRangeThisYear, Place::StartsGroup},
+    {QT_TRANSLATE_NOOP("Plotix", "Last Year"), &Controller::setDateRangeLastYear, Place::InGroup},
+    {QT_TRANSLATE_NOOP("Plotix", "Last 12 Months"), &Controller::setDateRangeLast12Months, Place::InGroup},
+    {QT_TRANSLATE_NOOP("Plotix", "All Time"), &Controller::setDateRangeAllTime, Place::StartsGroup},
 };
 static_assert(std::size(kItems) == kQuickRangeCount);
 

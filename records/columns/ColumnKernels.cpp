@@ -1,128 +1,102 @@
 #include "records/columns/ColumnKernels.h"
 
 #include <algorithm>
+#include <cmath>
 #include <cstring>
 #include <limits>
 
-#if defined(__x86_64__)
-#include <immintrin.h>
-#endif
+#undef HWY_TARGET_INCLUDE
+#define HWY_TARGET_INCLUDE "records/columns/ColumnKernels.cpp"
+#include "base/vectors/Kernels.h"
 
-#define PLOTIX_BODY inline __attribute__((always_inline))
-
+HWY_BEFORE_NAMESPACE();
 namespace plotix {
-
 namespace {
+namespace HWY_NAMESPACE {
+
+namespace hn = hwy::HWY_NAMESPACE;
+using namespace vectors::HWY_NAMESPACE;
 
 constexpr std::size_t kRun = ColumnKernels::kRun;
 constexpr std::size_t kRow = ColumnKernels::kRow;
 constexpr std::size_t kMask = ColumnKernels::kMask;
-constexpr std::size_t kRowBytes = kRow * sizeof(double);
 
-// A double of 1.5 × 2^52 plus a whole number up to ±2^51 holds that number in its low bits.
-constexpr double kMagic = 0x1.8p52;
-constexpr std::uint64_t kMagicBits = 0x4338000000000000;
-constexpr double kLimit = 0x1p51;
+// Vectors of up to one row; `kParts` of them make a row.
+using RealTag = hn::CappedTag<double, kRow>;
+using WordTag = hn::RebindToUnsigned<RealTag>;
+using IntegerTag = hn::RebindToSigned<RealTag>;
+using Reals = hn::Vec<RealTag>;
+using Words = hn::Vec<WordTag>;
+constexpr RealTag kReals;
+constexpr WordTag kWords;
+constexpr IntegerTag kIntegers;
+constexpr std::size_t kLanes = hn::MaxLanes(kReals);
+constexpr std::size_t kParts = kRow / kLanes;
 
-enum class Form { Quotient, Product, Pattern, MixedPattern };
+/// Words of packed numbers, at any address.
+HWY_INLINE Words loadWords(const std::byte* from)
+{
+#if HWY_TARGET == HWY_SCALAR
+    std::uint64_t word;
+    std::memcpy(&word, from, sizeof word);
+    return hn::Set(kWords, word);
+#else
+    return hn::LoadU(kWords, reinterpret_cast<const std::uint64_t*>(from));
+#endif
+}
 
-/// 1 ÷ `by` in two doubles, the second what the first leaves.
-struct Inverse {
-    double high = 1, low = 0;
+HWY_INLINE void storeWords(Words words, std::byte* to)
+{
+#if HWY_TARGET == HWY_SCALAR
+    const std::uint64_t word = hn::GetLane(words);
+    std::memcpy(to, &word, sizeof word);
+#else
+    hn::StoreU(words, kWords, reinterpret_cast<std::uint64_t*>(to));
+#endif
+}
+
+/// Which lanes have their bit set in the words of a mask.
+struct RowBits {
+    HWY_INLINE RowBits()
+    {
+        alignas(64) static constexpr std::uint64_t kBits[kRow] = {1, 2, 4, 8, 16, 32, 64, 128};
+        for (std::size_t part = 0; part < kParts; ++part)
+            first[part] = hn::Load(kWords, kBits + part * kLanes);
+    }
+    HWY_INLINE hn::Mask<RealTag> mask(std::uint64_t bits, std::size_t row, std::size_t part) const
+    {
+        return hn::RebindMask(kReals, hn::TestBit(hn::Set(kWords, bits >> (row * kRow)), first[part]));
+    }
+
+    Words first[kParts];  ///< the lanes' bits of the first row
 };
 
-namespace everyProcessor {
-constexpr std::size_t kVectorBytes = 16;
-using Vector = double __attribute__((vector_size(kVectorBytes)));
-PLOTIX_BODY Inverse inverseOf(double /*by*/)
-{
-    return {};
-}
-PLOTIX_BODY void divide(Vector& numbers, const Vector& by, const Vector& /*high*/, const Vector& /*low*/)
-{
-    numbers /= by;
-}
-#include "records/columns/ColumnKernelsBody.h"
-}  // namespace everyProcessor
+#include "records/columns/ColumnPackingBody.h"
+#include "records/columns/ColumnSumBody.h"
 
-#if defined(__x86_64__)
-
-// Division by multiplying with an inverse in two parts (Brisebarre and Muller 2008): n·low is rounded, n·high is added
-// to it and the sum rounded once. For whole |n| < 2^53 and d = 10^k, k up to 15, that is the correctly rounded
-// quotient: the sum misses n/d by less than 2^-104 of it; and n/d, whose denominator is d, never is the middle of two
-// doubles and stays at least 2^-54/d of it away from one, which is further.
-
-#pragma GCC push_options
-#pragma GCC target("avx2,fma")
-namespace withAvx2 {
-constexpr std::size_t kVectorBytes = 32;
-PLOTIX_BODY Inverse inverseOf(double by)
+const ColumnKernels& kernels()
 {
-    const double high = 1 / by;
-    return {high, __builtin_fma(-high, by, 1.0) / by};
+    static constexpr ColumnKernels kTable{quotients,  products, patterns, blank,    asQuotients,
+                                          asProducts, range,    pack,     sumOfAll, sumOfSome};
+    return kTable;
 }
-PLOTIX_BODY void divide(__m256d& numbers, const __m256d& /*by*/, const __m256d& high, const __m256d& low)
-{
-    numbers = _mm256_fmadd_pd(numbers, high, _mm256_mul_pd(numbers, low));
-}
-#include "records/columns/ColumnKernelsBody.h"
-}  // namespace withAvx2
-#pragma GCC pop_options
 
-#pragma GCC push_options
-#pragma GCC target("avx512f,avx512dq,avx512vl,avx2,fma")
-namespace withAvx512 {
-constexpr std::size_t kVectorBytes = 64;
-PLOTIX_BODY Inverse inverseOf(double by)
-{
-    const double high = 1 / by;
-    return {high, __builtin_fma(-high, by, 1.0) / by};
-}
-PLOTIX_BODY void divide(__m512d& numbers, const __m512d& /*by*/, const __m512d& high, const __m512d& low)
-{
-    numbers = _mm512_fmadd_pd(numbers, high, _mm512_mul_pd(numbers, low));
-}
-#include "records/columns/ColumnKernelsBody.h"
-}  // namespace withAvx512
-#pragma GCC pop_options
-
-#endif
-
+}  // namespace HWY_NAMESPACE
 }  // namespace
+}  // namespace plotix
+HWY_AFTER_NAMESPACE();
 
-const ColumnKernels& ColumnKernels::plain()
-{
-    return everyProcessor::kTable;
-}
+#if HWY_ONCE
+namespace plotix {
 
-const ColumnKernels* ColumnKernels::avx2()
-{
-#if defined(__x86_64__)
-    static const bool hasIt = __builtin_cpu_supports("avx2") && __builtin_cpu_supports("fma");
-    return hasIt ? &withAvx2::kTable : nullptr;
-#else
-    return nullptr;
-#endif
-}
-
-const ColumnKernels* ColumnKernels::avx512()
-{
-#if defined(__x86_64__)
-    static const bool hasIt = avx2() && __builtin_cpu_supports("avx512f") && __builtin_cpu_supports("avx512dq") &&
-                              __builtin_cpu_supports("avx512vl");
-    return hasIt ? &withAvx512::kTable : nullptr;
-#else
-    return nullptr;
-#endif
-}
+namespace {
+HWY_EXPORT(kernels);
+}  // namespace
 
 const ColumnKernels& ColumnKernels::best()
 {
-    if (const ColumnKernels* kernels = avx512())
-        return *kernels;
-    if (const ColumnKernels* kernels = avx2())
-        return *kernels;
-    return plain();
+    return HWY_DYNAMIC_DISPATCH(kernels)();
 }
 
 }  // namespace plotix
+#endif

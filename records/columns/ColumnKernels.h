@@ -9,8 +9,8 @@
 /// made of 64-bit words; the streams' first words lie side by side, then their second words, and so on. So a row is
 /// read with the same shifts at all positions, and a run of numbers of `width` bits takes 64 × width bytes.
 ///
-/// Compiled for every processor, for AVX2 and for AVX-512, chosen at run time; all give the same bits. Pure; any
-/// thread. Bytes may stand at any address.
+/// Compiled for several processors, chosen at run time (see base/vectors); all give the same bits. Pure; any thread.
+/// Bytes may stand at any address.
 namespace plotix {
 
 struct ColumnKernels {
@@ -75,10 +75,7 @@ struct ColumnKernels {
     /// The same of values whose bit is set and that are no NaN, in the same order of additions.
     Sum (*sumOfSome)(const double* values, const std::uint64_t* bits);
 
-    static const ColumnKernels& plain();
-    static const ColumnKernels* avx2();    ///< null where the processor does not have it
-    static const ColumnKernels* avx512();  ///< the same
-    /// The fastest this processor runs.
+    /// The fastest this processor runs. Alive as long as the program.
     static const ColumnKernels& best();
 };
 

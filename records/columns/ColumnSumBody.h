@@ -1,32 +1,38 @@
-// The sums of ColumnKernels: how many, least, greatest and sum of a run. Part of ColumnKernelsBody.h, which includes it
-// once a processor with the vectors they are written in.
+// The sums of ColumnKernels: how many, least, greatest and sum of a run. ColumnKernels.cpp includes this file once a
+// target, in a namespace that says what a vector is there; so no #pragma once.
 
 /// Two rows side by side: sixteen running sums.
 struct Running {
+    HWY_INLINE Running()
+    {
+        unrolled<2 * kParts>([&](auto part) HWY_ATTR {
+            sum[part] = hn::Zero(kReals);
+            lowest[part] = hn::Set(kReals, std::numeric_limits<double>::infinity());
+            highest[part] = hn::Set(kReals, -std::numeric_limits<double>::infinity());
+        });
+    }
+    HWY_INLINE void take(std::size_t part, Reals added, Reals low, Reals high)
+    {
+        sum[part] = hn::Add(sum[part], added);
+        lowest[part] = lower(lowest[part], low);
+        highest[part] = raise(highest[part], high);
+    }
+
     Reals sum[2 * kParts];
     Reals lowest[2 * kParts];
     Reals highest[2 * kParts];
 };
 
-PLOTIX_BODY void start(Running& running)
-{
-    for (std::size_t part = 0; part < 2 * kParts; ++part) {
-        running.sum[part] = Reals{};
-        running.lowest[part] = Reals{} + std::numeric_limits<double>::infinity();
-        running.highest[part] = Reals{} - std::numeric_limits<double>::infinity();
-    }
-}
-
-PLOTIX_BODY ColumnKernels::Sum summed(const Running& running, std::uint64_t count)
+HWY_INLINE ColumnKernels::Sum summed(const Running& running, std::uint64_t count)
 {
     double sums[2 * kRow];
     double lowest[2 * kRow];
     double highest[2 * kRow];
-    for (std::size_t part = 0; part < 2 * kParts; ++part) {
-        std::memcpy(sums + part * kLanes, &running.sum[part], kVectorBytes);
-        std::memcpy(lowest + part * kLanes, &running.lowest[part], kVectorBytes);
-        std::memcpy(highest + part * kLanes, &running.highest[part], kVectorBytes);
-    }
+    unrolled<2 * kParts>([&](auto part) HWY_ATTR {
+        hn::StoreU(running.sum[part], kReals, sums + part * kLanes);
+        hn::StoreU(running.lowest[part], kReals, lowest + part * kLanes);
+        hn::StoreU(running.highest[part], kReals, highest + part * kLanes);
+    });
     for (std::size_t half = kRow; half > 0; half /= 2) {
         for (std::size_t i = 0; i < half; ++i) {
             sums[i] += sums[i + half];
@@ -40,15 +46,11 @@ PLOTIX_BODY ColumnKernels::Sum summed(const Running& running, std::uint64_t coun
 ColumnKernels::Sum sumOfAll(const double* values)
 {
     Running running;
-    start(running);
     for (std::size_t row = 0; row < kRun; row += 2 * kRow) {
-        for (std::size_t part = 0; part < 2 * kParts; ++part) {
-            Reals value;
-            load(value, values + row + part * kLanes);
-            running.sum[part] += value;
-            running.lowest[part] = value < running.lowest[part] ? value : running.lowest[part];
-            running.highest[part] = value > running.highest[part] ? value : running.highest[part];
-        }
+        unrolled<2 * kParts>([&](auto part) HWY_ATTR {
+            const Reals value = hn::LoadU(kReals, values + row + part * kLanes);
+            running.take(part, value, value, value);
+        });
     }
     return summed(running, kRun);
 }
@@ -56,30 +58,25 @@ ColumnKernels::Sum sumOfAll(const double* values)
 ColumnKernels::Sum sumOfSome(const double* values, const std::uint64_t* bits)
 {
     Running running;
-    start(running);
-    Words weights[kParts];
-    weightsOf(weights);
-    Words counts{};
-    const Reals nothing = Reals{} - 0.0;  // added to any sum, it changes nothing
+    const RowBits lanes;
+    Words counts = hn::Zero(kWords);
+    const Words one = hn::Set(kWords, 1);
+    const Reals nothing = hn::Set(kReals, -0.0);  // added to any sum, it changes nothing
     for (std::size_t row = 0; row < kRun / kRow; row += 2) {
-        for (std::size_t part = 0; part < 2 * kParts; ++part) {
-            Reals value;
-            Words lanes;
-            load(value, values + row * kRow + part * kLanes);
-            lanesOf(lanes, bits[row / 8], row % 8 + part / kParts, weights[part % kParts]);
-            lanes &= (Words)(value == value);
-            counts -= lanes;
-            running.sum[part] += (Reals)(((Words)value & lanes) | ((Words)nothing & ~lanes));
-            const Reals low = (Integers)lanes ? value : running.lowest[part];
-            const Reals high = (Integers)lanes ? value : running.highest[part];
-            running.lowest[part] = low < running.lowest[part] ? low : running.lowest[part];
-            running.highest[part] = high > running.highest[part] ? high : running.highest[part];
-        }
+        unrolled<2 * kParts>([&](auto part) HWY_ATTR {
+            const Reals value = hn::LoadU(kReals, values + row * kRow + part * kLanes);
+            const auto isThere =
+                hn::And(lanes.mask(bits[row / 8], row % 8 + part / kParts, part % kParts), hn::Eq(value, value));
+            counts = hn::Add(counts, hn::IfThenElseZero(hn::RebindMask(kWords, isThere), one));
+            running.take(part, hn::IfThenElse(isThere, value, nothing),
+                         hn::IfThenElse(isThere, value, running.lowest[part]),
+                         hn::IfThenElse(isThere, value, running.highest[part]));
+        });
     }
-    std::uint64_t lanes[kLanes];
-    std::memcpy(lanes, &counts, sizeof lanes);
+    std::uint64_t lanesOfCounts[kLanes];
+    hn::StoreU(counts, kWords, lanesOfCounts);
     std::uint64_t count = 0;
-    for (const std::uint64_t lane : lanes)
+    for (const std::uint64_t lane : lanesOfCounts)
         count += lane;
     return summed(running, count);
 }

@@ -3,7 +3,7 @@
 #include "base/ReportableError.h"
 #include "records/columns/ColumnFormat.h"
 #include "records/sqlite/ChunkStore.h"
-#include "storage/SiteSchema.h"
+#include "records/sqlite/RecordSchema.h"
 
 #include <QtCore/QFileInfo>
 
@@ -29,10 +29,11 @@ qint64 bytesOf(const QString& file)
 
 class Compaction {
 public:
-    Compaction(const CompactionRequest& request, const ArchiveProgress& progress)
+    Compaction(const QString& file, const DatabaseSchema& schema, const CompactionRequest& request,
+               const ArchiveProgress& progress)
         : m_request(request),
           m_progress(progress),
-          m_database(request.file, Database::Access::ReadWrite),
+          m_database(file, schema, Database::Access::ReadWrite),
           m_chunks(m_database),
           m_rawSegments(m_database, "SELECT count(*) FROM segment WHERE id >= ? AND id < ? AND codec = 0")
     {
@@ -43,10 +44,9 @@ public:
 
     CompactionResult run()
     {
-        m_result.bytesBefore = bytesOf(m_request.file);
+        m_result.bytesBefore = bytesOf(m_database.file());
         m_result.chunksBefore = static_cast<std::size_t>(ask("SELECT count(*) FROM chunk"));
-        const std::vector<RowId> agents = agentsWithRecords();
-        for (const RowId agent : agents)
+        for (const RowId agent : m_chunks.agents())
             if (!m_result.stopped)
                 joinAgent(agent);
         m_result.chunksAfter = static_cast<std::size_t>(ask("SELECT count(*) FROM chunk"));
@@ -54,7 +54,7 @@ public:
             static_cast<std::size_t>(ask("SELECT coalesce(sum(n), 0) FROM chunk") + ask("SELECT count(*) FROM tail"));
         if (!m_result.stopped && m_request.giveSpaceBack)
             giveSpaceBack();
-        m_result.bytesAfter = bytesOf(m_request.file);
+        m_result.bytesAfter = bytesOf(m_database.file());
         if (!m_result.stopped && m_progress)
             m_progress(1);
         return m_result;
@@ -65,15 +65,6 @@ private:
     {
         Statement statement(m_database, sql);
         return statement.step() ? statement.integer(0) : 0;
-    }
-
-    std::vector<RowId> agentsWithRecords()
-    {
-        std::vector<RowId> agents;
-        Statement statement(m_database, "SELECT agent FROM chunk UNION SELECT id / 1048576 FROM tail ORDER BY 1");
-        while (statement.step())
-            agents.push_back(statement.integer(0));
-        return agents;
     }
 
     void joinAgent(RowId agent)
@@ -182,8 +173,8 @@ private:
         throw ReportableError(
             QStringLiteral("“%1” is compacted, but giving its space back needs about %2 MB of free disk "
                            "space beside it and among the temporary files: free some and try again.")
-                .arg(QFileInfo(m_request.file).fileName())
-                .arg(2 * pages * schema::kPageSize / 1'000'000 + 1));
+                .arg(QFileInfo(m_database.file()).fileName())
+                .arg(2 * pages * m_database.schema().pageSize / 1'000'000 + 1));
     }
 
     const CompactionRequest& m_request;
@@ -198,10 +189,11 @@ private:
 
 }  // namespace
 
-CompactionResult compactArchive(const CompactionRequest& request, const ArchiveProgress& progress)
+CompactionResult compactArchive(const QString& file, const DatabaseSchema& schema, const CompactionRequest& request,
+                                const ArchiveProgress& progress)
 {
-    CompactionResult result = Compaction(request, progress).run();
-    result.bytesAfter = bytesOf(request.file);
+    CompactionResult result = Compaction(file, schema, request, progress).run();
+    result.bytesAfter = bytesOf(file);
     return result;
 }
 

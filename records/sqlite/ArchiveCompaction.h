@@ -1,6 +1,9 @@
 #pragma once
 
-#include "records/sqlite/RecordArchive.h"
+#include "records/store/RecordStore.h"
+#include "storage/DatabaseSchema.h"
+
+#include <QtCore/QString>
 
 /// Makes a site document as small as it can be: joins short chunks and the tail into full chunks, writes every column
 /// in the most compact way, drops records that are older than wanted, and gives the space back to the disk.
@@ -10,27 +13,11 @@
 /// read beside it; other writers wait for one transaction at a time, and while the space is given back.
 namespace plotix {
 
-struct CompactionRequest {
-    QString file;
-    /// Records with an earlier time (seconds since 1970-01-01 UTC) are removed for good. Absent: all stay.
-    std::optional<double> dropBefore;
-    /// False: the file keeps its free pages for records to come. Giving back needs free disk space of about twice the
-    /// document's new size for a while.
-    bool giveSpaceBack = true;
-};
-
-struct CompactionResult {
-    bool stopped = false;     ///< `progress` said so; what was done up to then is done
-    std::size_t dropped = 0;  ///< records removed for their age
-    std::size_t records = 0;  ///< that are there now
-    std::size_t chunksBefore = 0, chunksAfter = 0;
-    qint64 bytesBefore = 0, bytesAfter = 0;  ///< of the document with its log
-};
-
 /// Blocks until it is done; any thread. `progress` rises from 0 to 1 and answers false to stop, which the giving back
 /// cannot be. Throws ReportableError: the document is read-only, being written for more than three seconds, damaged
 /// (what cannot be read is left as it is), or the disk lacks the space, which leaves the document whole and tells how
 /// much is needed.
-CompactionResult compactArchive(const CompactionRequest& request, const ArchiveProgress& progress = {});
+CompactionResult compactArchive(const QString& file, const DatabaseSchema& schema, const CompactionRequest& request,
+                                const ArchiveProgress& progress);
 
 }  // namespace plotix

@@ -4,7 +4,7 @@
 #include "records/columns/ColumnFormat.h"
 #include "records/columns/ValidityBits.h"
 #include "records/sqlite/ChunkStore.h"
-#include "storage/SiteSchema.h"
+#include "records/sqlite/RecordSchema.h"
 
 #include <algorithm>
 #include <cmath>
@@ -21,8 +21,8 @@ constexpr double kSumTolerance = 1e-10;    // of the sum of magnitudes: sums are
 
 class Verification {
 public:
-    Verification(const QString& file, const ArchiveProgress& progress)
-        : m_progress(progress), m_database(file, Database::Access::BestAvailable), m_chunks(m_database)
+    Verification(const QString& file, const DatabaseSchema& schema, const ArchiveProgress& progress)
+        : m_progress(progress), m_database(file, schema, Database::Access::BestAvailable), m_chunks(m_database)
     {
     }
     ~Verification() { m_database.rollBack(); }
@@ -91,13 +91,7 @@ private:
     {
         Statement count(m_database, "SELECT count(*) FROM chunk");
         m_total = count.step() ? static_cast<double>(count.integer(0)) : 0;
-        std::vector<RowId> agents;
-        Statement statement(m_database, m_chunks.tailRows().exists()
-                                            ? "SELECT agent FROM chunk UNION SELECT id / 1048576 FROM tail ORDER BY 1"
-                                            : "SELECT DISTINCT agent FROM chunk ORDER BY 1");
-        while (statement.step())
-            agents.push_back(statement.integer(0));
-        for (const RowId agent : agents)
+        for (const RowId agent : m_chunks.agents())
             step([&] { checkAgent(agent); });
     }
 
@@ -225,9 +219,9 @@ private:
 
 }  // namespace
 
-VerificationResult verifyArchive(const QString& file, const ArchiveProgress& progress)
+VerificationResult verifyArchive(const QString& file, const DatabaseSchema& schema, const ArchiveProgress& progress)
 {
-    return Verification(file, progress).run();
+    return Verification(file, schema, progress).run();
 }
 
 }  // namespace plotix

@@ -2,10 +2,11 @@
 
 #include "records/columns/ColumnFormat.h"
 #include "records/columns/ValidityBits.h"
-#include "storage/SiteSchema.h"
+#include "records/sqlite/RecordSchema.h"
 
 #include <algorithm>
 #include <cstring>
+#include <limits>
 
 namespace plotix {
 
@@ -31,6 +32,7 @@ ChunkStore::ChunkStore(Database& database)
       m_atOrBefore(database, "SELECT id, t0, t1, n FROM chunk WHERE agent = ? AND t0 <= ? ORDER BY t0 DESC LIMIT 1"),
       m_after(database, "SELECT id, t0, t1, n FROM chunk WHERE agent = ? AND t0 > ? ORDER BY t0 LIMIT 1"),
       m_between(database, "SELECT id, t0, t1, n FROM chunk WHERE agent = ?1 AND t1 >= ?2 AND t0 <= ?3 ORDER BY t0"),
+      m_nextAgent(database, "SELECT agent FROM chunk WHERE agent > ? ORDER BY agent LIMIT 1"),
       m_segments(database, "SELECT id, codec, valid, data FROM segment WHERE id >= ? AND id < ? ORDER BY id"),
       m_addChunk(database, "INSERT INTO chunk(agent, t0, t1, n) VALUES(?, ?, ?, ?)"),
       m_addSegment(database, "INSERT INTO segment(id, codec, valid, data) VALUES(?, ?, ?, ?)"),
@@ -60,12 +62,28 @@ std::optional<Chunk> ChunkStore::lastChunk(RowId agent)
     return one(m_last.bind(1, agent));
 }
 
-std::optional<double> ChunkStore::lastTime(RowId agent)
+std::optional<RecordExtent> ChunkStore::extent(RowId agent)
 {
-    if (const std::optional<double> last = m_tail.lastTime(agent))
-        return last;
-    const std::optional<Chunk> last = lastChunk(agent);
-    return last ? std::optional(last->t1) : std::nullopt;
+    const std::optional<Chunk> first = firstChunk(agent);
+    const TailExtent tail = tailExtent(agent);
+    if (!first && tail.count == 0)
+        return std::nullopt;
+    return RecordExtent{first ? first->t0 : tail.first, tail.count > 0 ? tail.last : lastChunk(agent)->t1};
+}
+
+std::vector<RowId> ChunkStore::agents()
+{
+    std::vector<RowId> agents = m_tail.agents();
+    for (m_nextAgent.bind(1, std::numeric_limits<qint64>::min()); m_nextAgent.step();) {
+        const RowId agent = m_nextAgent.integer(0);
+        agents.push_back(agent);
+        m_nextAgent.reset();
+        m_nextAgent.bind(1, agent);
+    }
+    m_nextAgent.reset();
+    std::sort(agents.begin(), agents.end());
+    agents.erase(std::unique(agents.begin(), agents.end()), agents.end());
+    return agents;
 }
 
 std::optional<Chunk> ChunkStore::lastChunkBeginningAt(RowId agent, double time)

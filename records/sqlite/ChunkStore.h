@@ -37,8 +37,10 @@ public:
     /// Records behind every chunk of the agent, with from ≤ time ≤ to; at most kRecordsPerChunk.
     Records tail(RowId agent, double from, double to) { return m_tail.read(agent, from, to); }
     TailExtent tailExtent(RowId agent) { return m_tail.extent(agent); }
-    /// Time of the agent's last record, in a chunk or behind them all.
-    std::optional<double> lastTime(RowId agent);
+    /// Of the agent's records, in chunks and behind them all.
+    std::optional<RecordExtent> extent(RowId agent);
+    /// Those with records, ascending. Looks each up in an index, however many records it has.
+    std::vector<RowId> agents();
     TailStore& tailRows() { return m_tail; }
 
     /// Ordered records as one chunk. Columns whose elements are all absent are not written.
@@ -55,7 +57,7 @@ private:
 
     Database& m_database;
     TailStore m_tail;
-    Statement m_first, m_last, m_atOrBefore, m_after, m_between;
+    Statement m_first, m_last, m_atOrBefore, m_after, m_between, m_nextAgent;
     Statement m_segments, m_addChunk, m_addSegment, m_addSummary, m_removeChunk, m_removeSegments, m_removeSummaries;
 };
 

@@ -15,8 +15,8 @@ constexpr auto kCachePragma = "PRAGMA cache_size=-1024";
 
 }  // namespace
 
-ReadConnection::ReadConnection(const QString& file)
-    : database(file, Database::Access::BestAvailable),
+ReadConnection::ReadConnection(const QString& file, const DatabaseSchema& schema)
+    : database(file, schema, Database::Access::BestAvailable),
       chunks(database),
       segmentHead(database, "SELECT codec, valid FROM segment WHERE id = ?"),
       summaries(database, "SELECT id, valid, minimum, maximum, sum FROM summary WHERE id >= ? AND id <= ? ORDER BY id"),
@@ -46,12 +46,12 @@ ReadConnections::Lease::~Lease()
         m_lender->giveBack(m_identity, std::move(m_connection));
 }
 
-std::shared_ptr<ReadConnections> ReadConnections::ofFile(const QString& file)
+std::shared_ptr<ReadConnections> ReadConnections::ofFile(const QString& file, const DatabaseSchema& schema)
 {
-    return std::shared_ptr<ReadConnections>(new ReadConnections(file));
+    return std::shared_ptr<ReadConnections>(new ReadConnections(file, schema));
 }
 
-ReadConnections::ReadConnections(const QString& file) : m_file(file)
+ReadConnections::ReadConnections(const QString& file, const DatabaseSchema& schema) : m_file(file), m_schema(schema)
 {
     m_kept.reserve(kMostKept);  // so that giving back never allocates
 }
@@ -82,10 +82,16 @@ ReadConnections::Lease ReadConnections::lease()
         }
     }
     if (!connection)
-        connection = std::make_unique<ReadConnection>(m_file);
+        connection = std::make_unique<ReadConnection>(m_file, m_schema);
     const std::lock_guard lock(m_mutex);
     ++m_inUse;
     return Lease(shared_from_this(), identity, std::move(connection));
+}
+
+void ReadConnections::closeKept()
+{
+    const std::lock_guard lock(m_mutex);
+    m_kept.clear();
 }
 
 int ReadConnections::inUse() const

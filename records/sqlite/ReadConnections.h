@@ -15,7 +15,7 @@ namespace plotix {
 
 /// A connection with its statements. One thread at a time.
 struct ReadConnection {
-    explicit ReadConnection(const QString& file);
+    ReadConnection(const QString& file, const DatabaseSchema& schema);
 
     Database database;
     ChunkStore chunks;
@@ -63,22 +63,26 @@ public:
         std::unique_ptr<ReadConnection> m_connection;
     };
 
-    static std::shared_ptr<ReadConnections> ofFile(const QString& file);
+    static std::shared_ptr<ReadConnections> ofFile(const QString& file, const DatabaseSchema& schema);
     ~ReadConnections();
 
     /// A kept connection where there is one that still belongs to the file of that name, else a new one. Throws
     /// ReportableError.
     Lease lease();
 
+    /// Closes those that nobody uses.
+    void closeKept();
+
     /// Leases under way.
     int inUse() const;
 
 private:
-    explicit ReadConnections(const QString& file);
+    ReadConnections(const QString& file, const DatabaseSchema& schema);
     std::optional<Identity> currentIdentity() const;
     void giveBack(const std::optional<Identity>& identity, std::unique_ptr<ReadConnection> connection) noexcept;
 
     const QString m_file;
+    const DatabaseSchema m_schema;
     mutable std::mutex m_mutex;
     std::vector<std::unique_ptr<ReadConnection>> m_kept;
     std::optional<Identity> m_identity;  // of the file the kept ones belong to

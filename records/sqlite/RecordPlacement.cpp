@@ -1,8 +1,8 @@
 #include "records/sqlite/RecordPlacement.h"
 
 #include "records/columns/ColumnFormat.h"
+#include "records/sqlite/RecordSchema.h"
 #include "records/store/ChunkPipeline.h"
-#include "storage/SiteSchema.h"
 
 #include <algorithm>
 #include <limits>

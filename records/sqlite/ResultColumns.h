@@ -1,7 +1,7 @@
 #pragma once
 
-#include "records/sqlite/RecordArchive.h"
 #include "records/sqlite/SegmentReader.h"
+#include "records/store/RecordBlock.h"
 
 #include <memory>
 #include <span>

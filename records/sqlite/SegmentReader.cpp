@@ -2,7 +2,7 @@
 
 #include "records/columns/ColumnCodec.h"
 #include "records/columns/ValidityBits.h"
-#include "storage/SiteSchema.h"
+#include "records/sqlite/RecordSchema.h"
 
 #include <sqlite3.h>
 

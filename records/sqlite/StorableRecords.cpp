@@ -1,10 +1,9 @@
 #include "records/sqlite/StorableRecords.h"
 
-#include "base/ReportableError.h"
-#include "storage/SiteSchema.h"
+#include "records/sqlite/RecordSchema.h"
+#include "records/store/StorableBlock.h"
 
 #include <algorithm>
-#include <cmath>
 
 namespace plotix {
 
@@ -15,13 +14,7 @@ StorableRecords::StorableRecords(const Database& database)
 
 void StorableRecords::require(RowId agent, const RecordBlock& block)
 {
-    const std::span<const double> times = block.times.span();
-    if (!std::all_of(times.begin(), times.end(), [](double time) { return std::isfinite(time); }))
-        throw ReportableError(QStringLiteral("A record has no time: leave it out."));
-    for (const RecordBlock::Column& column : block.columns)
-        if (column.values.size() != times.size() ||
-            (!column.validity.isAllValid() && column.validity.words().size() < (times.size() + 63) / 64))
-            throw ReportableError(QStringLiteral("A column is shorter than its times: give every record a value."));
+    requireWholeRecords(block);
     const bool asLast =
         agent == m_lastAgent &&
         std::equal(block.columns.begin(), block.columns.end(), m_lastProperties.begin(), m_lastProperties.end(),
@@ -32,15 +25,11 @@ void StorableRecords::require(RowId agent, const RecordBlock& block)
 
 void StorableRecords::requireProperties(RowId agent, const RecordBlock& block)
 {
+    requireDistinctProperties(block);
     std::vector<RowId> properties;
-    std::set<RowId> seen;
     for (const RecordBlock::Column& column : block.columns) {
-        if (!seen.insert(column.property).second)
-            throw ReportableError(
-                QStringLiteral("Property %1 stands twice: give each one column.").arg(column.property));
         if (!isOfAgent(agent, column.property))
-            throw ReportableError(
-                QStringLiteral("Agent %1 has no property %2: open the site again.").arg(agent).arg(column.property));
+            refuseProperty(agent, column.property);
         properties.push_back(column.property);
     }
     m_lastAgent = agent;

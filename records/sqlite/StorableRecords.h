@@ -1,6 +1,6 @@
 #pragma once
 
-#include "records/sqlite/RecordArchive.h"
+#include "records/store/RecordBlock.h"
 #include "storage/Database.h"
 
 #include <set>

@@ -2,7 +2,7 @@
 
 #include "records/columns/ColumnFormat.h"
 #include "records/columns/ValidityBits.h"
-#include "storage/SiteSchema.h"
+#include "records/sqlite/RecordSchema.h"
 
 #include <cstring>
 #include <span>
@@ -86,11 +86,12 @@ struct TailStore::Statements {
         : last(database, "SELECT id FROM tail WHERE id >= ? AND id < ? ORDER BY id DESC LIMIT 1"),
           row(database, "SELECT data FROM tail WHERE id = ?"),
           rows(database, "SELECT data FROM tail WHERE id >= ? AND id < ? ORDER BY id"),
+          next(database, "SELECT id FROM tail WHERE id > ? ORDER BY id LIMIT 1"),
           write(database, "INSERT OR REPLACE INTO tail(id, data) VALUES(?, ?)"),
           clear(database, "DELETE FROM tail WHERE id >= ? AND id < ?")
     {
     }
-    Statement last, row, rows, write, clear;
+    Statement last, row, rows, next, write, clear;
 };
 
 TailStore::TailStore(Database& database) : m_database(database) {}
@@ -141,10 +142,20 @@ TailExtent TailStore::extent(RowId agent)
     return rows == 0 ? TailExtent{} : TailExtent{rows, timeAt(agent, 0), timeAt(agent, rows - 1)};
 }
 
-std::optional<double> TailStore::lastTime(RowId agent)
+std::vector<RowId> TailStore::agents()
 {
-    const std::size_t rows = count(agent);
-    return rows == 0 ? std::nullopt : std::optional(timeAt(agent, rows - 1));
+    std::vector<RowId> agents;
+    if (!exists())
+        return agents;
+    Statement& next = m_statements->next;
+    for (next.bind(1, qint64{-1}); next.step();) {
+        const qint64 found = next.integer(0);
+        agents.push_back(found / schema::kRowsPerTail);
+        next.reset();
+        next.bind(1, found | (schema::kRowsPerTail - 1));  // the last id the agent's rows may have
+    }
+    next.reset();
+    return agents;
 }
 
 /// The first position in [first, end) that `isPast` holds for, else end. Rows are in time order.

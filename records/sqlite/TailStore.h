@@ -5,7 +5,6 @@
 
 #include <cstddef>
 #include <memory>
-#include <optional>
 #include <vector>
 
 /// The tail of a site document: records that came one by one and stand behind every chunk of their agent, a row each,
@@ -30,7 +29,7 @@ public:
 
     bool exists();  ///< false: a document of the first version
     TailExtent extent(RowId agent);
-    std::optional<double> lastTime(RowId agent);  ///< nothing: the agent has no tail
+    std::vector<RowId> agents();  ///< those with a tail, ascending
 
     /// Records with from ≤ time ≤ to, ordered. A property stands there when one of them has an element for it; elements
     /// that are not there are absent.

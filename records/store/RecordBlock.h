@@ -15,6 +15,9 @@ namespace plotix {
 /// An agent or a property, as the site document numbers it.
 using RowId = qint64;
 
+/// Numbers of properties are above 0 and below this, in every store. Stored: never change.
+inline constexpr RowId kPropertyLimit = RowId{1} << 20;
+
 /// The property number under which a chunk's times stand.
 inline constexpr RowId kTimes = 0;
 
@@ -29,17 +32,22 @@ struct RecordBlock {
     std::vector<Column> columns;
 };
 
-struct ArchiveSummary {
-    std::size_t records = 0;
-    std::optional<double> first, last;  ///< times
+/// The span of time that records cover: times of the first and the last one, equal where there is one alone.
+struct RecordExtent {
+    double first = 0, last = 0;  ///< seconds since 1970-01-01 UTC; first ≤ last
+
+    friend bool operator==(const RecordExtent&, const RecordExtent&) = default;
 };
+
+/// The span of both; nothing covers nothing.
+std::optional<RecordExtent> united(const std::optional<RecordExtent>& one, const std::optional<RecordExtent>& other);
 
 struct ColumnStatistics {
     std::size_t valid = 0;
     double minimum = 0, maximum = 0, average = 0;  ///< in the archived unit; 0 when valid is 0
 };
 
-/// What the archive knows of its records without reading them: runs of them that follow each other in time.
+/// What a store knows of its records without reading them: runs of them that follow each other in time.
 struct RecordOverview {
     struct Run {
         double t0 = 0, t1 = 0;  ///< times of its first and last record
@@ -57,12 +65,14 @@ struct RecordOverview {
     };
     std::vector<Run> runs;
     std::vector<Column> columns;
+
+    std::size_t records() const;  ///< of all runs
 };
 
 /// Where statistics come from. Both answer the same but for rounding of the average.
 enum class StatisticsFrom {
-    Summaries,  ///< what is stored per chunk; only chunks the range cuts are decoded
-    Values,     ///< every value in the range, decoded
+    Summaries,  ///< what is known of whole runs; only the values of runs that the range cuts are looked at
+    Values,     ///< every value in the range
 };
 
 /// Answers false to stop.

@@ -4,7 +4,6 @@
 
 #include <algorithm>
 #include <cstdint>
-#include <cstring>
 #include <limits>
 #include <new>
 
@@ -15,25 +14,6 @@ constexpr std::uintptr_t kHugePage = std::uintptr_t{2} << 20;
 std::uintptr_t placeOf(const std::shared_ptr<double>& numbers)
 {
     return reinterpret_cast<std::uintptr_t>(numbers.get());
-}
-
-TEST(LargeMemoryTest, EveryLengthBeginsAsZerosAndCanBeWritten)
-{
-    for (const std::size_t count : {std::size_t{1}, std::size_t{1000}, std::size_t{3'000'001}}) {
-        const std::shared_ptr<float> numbers = plotix::zeroedArray<float>(count);
-        EXPECT_TRUE(std::all_of(numbers.get(), numbers.get() + count, [](float each) { return each == 0; }));
-        std::fill_n(numbers.get(), count, 1.5F);
-        EXPECT_EQ(numbers.get()[count - 1], 1.5F);
-    }
-}
-
-TEST(LargeMemoryTest, WhatWasUsedBeforeIsZeroedAgain)
-{
-    for (int round = 0; round < 3; ++round) {
-        const std::shared_ptr<double> numbers = plotix::zeroedArray<double>(1'000'000);
-        EXPECT_TRUE(std::all_of(numbers.get(), numbers.get() + 1'000'000, [](double each) { return each == 0; }));
-        std::fill_n(numbers.get(), 1'000'000, 2.5);
-    }
 }
 
 TEST(LargeMemoryTest, UnsetMemoryHoldsWhatIsWritten)
@@ -64,20 +44,18 @@ TEST(LargeMemoryTest, PiecesInUseDoNotOverlap)
 
 TEST(LargeMemoryTest, LongColumnsBeginOnAHugePage)
 {
-    EXPECT_EQ(placeOf(plotix::zeroedArray<double>(2'000'000)) % kHugePage, 0U);
     EXPECT_EQ(placeOf(plotix::unsetArray<double>(2'000'000)) % kHugePage, 0U);
 }
 
 TEST(LargeMemoryTest, NothingIsNull)
 {
-    EXPECT_EQ(plotix::zeroedArray<float>(0), nullptr);
     EXPECT_EQ(plotix::unsetArray<float>(0), nullptr);
 }
 
 TEST(LargeMemoryTest, MoreThanThereCanBeIsRefused)
 {
     EXPECT_THROW(plotix::unsetMemory(std::numeric_limits<std::size_t>::max()), std::bad_alloc);
-    EXPECT_THROW(plotix::zeroedMemory(std::numeric_limits<std::size_t>::max() / 2), std::bad_alloc);
+    EXPECT_THROW(plotix::unsetMemory(std::numeric_limits<std::size_t>::max() / 2), std::bad_alloc);
 }
 
 }  // namespace

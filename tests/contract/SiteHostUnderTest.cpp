@@ -4,7 +4,7 @@
 #include "hostapp/core/QuickRanges.h"
 #include "hostapp/document/SiteDocument.h"
 #include "hostapp/window/MessageOverlay.h"
-#include "records/sqlite/RecordArchive.h"
+#include "records/store/RecordStore.h"
 #include "tests/contract/HostUnderTest.h"
 
 #include <QtCore/QTemporaryDir>
@@ -85,9 +85,9 @@ private:
         plotix::RecordBlock block;
         block.times = plotix::SharedArray<double>::fromVector({kTimes.begin(), kTimes.end()});
         block.columns = {column(*properties[0], kTemperatures), column(*properties[1], kPressures)};
-        plotix::RecordWriter writer(m_document->path());
-        writer.store(m_agent->id(), block);
-        writer.commit();
+        const auto writer = m_document->records()->begin();
+        writer->store(m_agent->id(), block);
+        writer->commit();
     }
 
     QTemporaryDir m_folder;

@@ -4,7 +4,7 @@
 #include "hostapp/site/TrendFollower.h"
 #include "hostapp/site/WaitForRecords.h"
 #include "plugins/PlotixPlugIn/KTVPlotixPlugIn.h"
-#include "records/sqlite/RecordArchive.h"
+#include "records/store/RecordStore.h"
 
 #include <QtCore/QEventLoop>
 #include <QtCore/QTemporaryDir>
@@ -62,7 +62,7 @@ protected:
     }
     std::vector<double> storedTimes(double from, double to) const
     {
-        const auto block = RecordReader(site()).read(agent->id(), {}, from, to);
+        const auto block = document->records()->read(agent->id(), {}, from, to);
         return {block->times.span().begin(), block->times.span().end()};
     }
 

@@ -1,5 +1,5 @@
-#include "records/sqlite/ArchiveVerification.h"
-#include "records/sqlite/RecordArchive.h"
+#include "hostapp/document/RecordKeeping.h"
+#include "hostapp/document/SiteSchema.h"
 #include "storage/Database.h"
 #include "tests/e2e/ProgramTest.h"
 #include "tests/e2e/writer/WrittenValues.h"
@@ -36,8 +36,8 @@ protected:
     void beginFile()
     {
         m_file = path(QStringLiteral("site%1.plotix").arg(++m_files));
-        Database::create(m_file, QStringLiteral("Site"));
-        Database database(m_file, Database::Access::ReadWrite);
+        createSiteFile(m_file, QStringLiteral("Site"));
+        Database database(m_file, siteSchema(), Database::Access::ReadWrite);
         database.execute("INSERT INTO agent(identifier, name) VALUES('one', 'one')");
         for (const char* key : {"even", "odd"})
             Statement(database, "INSERT INTO property(agent, name, key, unit, archived_unit, color, type, visible) "
@@ -73,7 +73,7 @@ protected:
     /// All that was acknowledged, nothing that was there before less, no gap, every value as it was written.
     void expectUnbrokenPrefix()
     {
-        const auto block = RecordReader(m_file).read(1, std::vector<RowId>{1, 2}, {}, {});
+        const auto block = recordsOfSite(m_file)->read(1, std::vector<RowId>{1, 2}, {}, {});
         const std::size_t count = block->times.size();
         EXPECT_GE(static_cast<double>(count), m_acknowledged + 1);
         EXPECT_GE(count, m_stored);
@@ -92,7 +92,7 @@ protected:
 
     void expectSound()
     {
-        const VerificationResult result = verifyArchive(m_file);
+        const VerificationResult result = recordsOfSite(m_file)->verify();
         EXPECT_TRUE(result.isSound()) << result.findings.join(QLatin1Char('\n')).toStdString();
         EXPECT_EQ(result.records, m_stored);
     }

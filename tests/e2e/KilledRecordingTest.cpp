@@ -1,5 +1,6 @@
+#include "hostapp/document/RecordKeeping.h"
 #include "hostapp/document/SiteDocument.h"
-#include "records/sqlite/RecordArchive.h"
+#include "hostapp/document/SiteSchema.h"
 #include "storage/Database.h"
 #include "tests/e2e/ProgramTest.h"
 
@@ -70,13 +71,13 @@ protected:
         const auto agent = document->agentNamed(QStringLiteral("This Computer"));
         if (!agent)
             return {};
-        const auto block = RecordReader(site()).read(agent->id(), {}, {}, {});
+        const auto block = recordsOfSite(site())->read(agent->id(), {}, {}, {});
         return {block->times.span().begin(), block->times.span().end()};
     }
 
     void expectSound()
     {
-        Database database(site(), Database::Access::ReadWrite);
+        Database database(site(), siteSchema(), Database::Access::ReadWrite);
         Statement check(database, "PRAGMA integrity_check");
         ASSERT_TRUE(check.step());
         EXPECT_EQ(check.text(0), "ok");
@@ -149,7 +150,7 @@ TEST_F(KilledRecordingTest, ACopyOfTheFileIsTheWholeSite)
     EXPECT_FALSE(info.isEmpty());
     const auto agent = SiteDocument::open(copy)->agentNamed(QStringLiteral("This Computer"));
     ASSERT_TRUE(agent);
-    EXPECT_EQ(RecordReader(copy).summary(agent->id()).records, records);
+    EXPECT_EQ(recordsOfSite(copy)->overview(agent->id(), {}).records(), records);
     EXPECT_EQ(SiteDocument::open(copy)->archivedPlugIns().size(), 1U);  // the first trend came along
 }
 

@@ -1,7 +1,7 @@
 #include "storage/Database.h"
 
 #include "base/ReportableError.h"
-#include "tests/records/sqlite/ArchiveFixture.h"
+#include "tests/storage/DatabaseFixture.h"
 
 #include <QtCore/QDir>
 #include <QtCore/QFile>
@@ -13,9 +13,9 @@ namespace {
 using plotix::Database;
 using plotix::ReportableError;
 
-class DatabaseTest : public ArchiveFixture {
+class DatabaseTest : public DatabaseFixture {
 protected:
-    void open(Database::Access access = Database::Access::BestAvailable) { Database(path, access); }
+    void open(Database::Access access = Database::Access::BestAvailable) { Database(path, schema(), access); }
 
     /// The message, or "(opened)".
     std::string messageOf(Database::Access access = Database::Access::BestAvailable)
@@ -53,10 +53,10 @@ protected:
     QString path = file();
 };
 
-TEST_F(DatabaseTest, AFreshSiteIsOneFileInWalMode)
+TEST_F(DatabaseTest, AFreshDatabaseIsOneFileInWalMode)
 {
-    EXPECT_EQ(QDir(folder.path()).entryList(QDir::Files), QStringList{"site.plotix"});
-    Database database(path, Database::Access::ReadWrite);
+    EXPECT_EQ(QDir(folder.path()).entryList(QDir::Files), QStringList{"shop.db"});
+    Database database(path, schema(), Database::Access::ReadWrite);
     plotix::Statement mode(database, "PRAGMA journal_mode");
     ASSERT_TRUE(mode.step());
     EXPECT_EQ(mode.text(0), "wal");
@@ -64,16 +64,23 @@ TEST_F(DatabaseTest, AFreshSiteIsOneFileInWalMode)
 
 TEST_F(DatabaseTest, CreatingOverSomethingIsRefused)
 {
-    EXPECT_THROW(Database::create(path, "Site"), ReportableError);
-    EXPECT_THROW(Database::create(folder.filePath("nowhere/site.plotix"), "Site"), ReportableError);
+    EXPECT_THROW(Database::create(path, schema()), ReportableError);
+    EXPECT_THROW(Database::create(folder.filePath("nowhere/shop.db"), schema()), ReportableError);
 }
 
-TEST_F(DatabaseTest, NamesWithQuotesAndOddPathsWork)
+TEST_F(DatabaseTest, ARowThatCannotBeMadeLeavesNoFile)
 {
-    path = folder.filePath("O'Hara %20 ?#ä.plotix");
-    Database::create(path, "O'Hara");
-    Database database(path, Database::Access::ReadWrite);
-    plotix::Statement name(database, "SELECT name FROM site");
+    path = folder.filePath("other.db");
+    EXPECT_THROW(Database::create(path, schema(), "INSERT INTO nothing VALUES(1)"), ReportableError);
+    EXPECT_FALSE(QFile::exists(path));
+}
+
+TEST_F(DatabaseTest, OddPathsWork)
+{
+    path = folder.filePath("O'Hara %20 ?#ä.db");
+    Database::create(path, schema(), "INSERT INTO shop VALUES(1, 'O''Hara')");
+    Database database(path, schema(), Database::Access::ReadWrite);
+    plotix::Statement name(database, "SELECT name FROM shop");
     ASSERT_TRUE(name.step());
     EXPECT_EQ(name.text(0), "O'Hara");
 }
@@ -114,13 +121,13 @@ TEST_F(DatabaseTest, ADatabaseOfAnotherProgram)
 
 TEST_F(DatabaseTest, ANewerFormat)
 {
-    run("PRAGMA user_version = 3");
+    run("PRAGMA user_version = 4");
     expectRefused("newer Plotix");
 }
 
 TEST_F(DatabaseTest, AMissingTable)
 {
-    run("DROP TABLE segment");
+    run("DROP TABLE ware");
     const std::string message = messageOf();
     EXPECT_NE(message.find("damaged"), std::string::npos) << message;
 }
@@ -142,29 +149,28 @@ TEST_F(DatabaseTest, AFirstPageOfGarbage)
 
 TEST_F(DatabaseTest, AReadOnlyFileMayBeLookedAtAndStaysAsItIs)
 {
-    store(ramp(air, 0, 10));
+    addWares(10);
     QFile::setPermissions(path, QFile::ReadOwner);
     const QByteArray before = bytes();
     EXPECT_EQ(messageOf(), "(opened)");
-    EXPECT_TRUE(Database(path, Database::Access::BestAvailable).isReadOnly());
-    EXPECT_EQ(times().size(), 10U);
+    EXPECT_TRUE(Database(path, schema(), Database::Access::BestAvailable).isReadOnly());
+    EXPECT_EQ(wares(), 10);
     EXPECT_EQ(bytes(), before);
-    EXPECT_EQ(QDir(folder.path()).entryList(QDir::Files), QStringList{"site.plotix"});
+    EXPECT_EQ(QDir(folder.path()).entryList(QDir::Files), QStringList{"shop.db"});
     expectRefused("read-only", Database::Access::ReadWrite);
-    EXPECT_THROW(plotix::RecordWriter{path}, ReportableError);
 }
 
 TEST_F(DatabaseTest, WritingToADatabaseOpenForReadingIsRefused)
 {
-    Database database(path, Database::Access::ReadOnly);
+    Database database(path, schema(), Database::Access::ReadOnly);
     EXPECT_THROW(database.beginWriting(), ReportableError);
 }
 
 TEST_F(DatabaseTest, ALockedFileSaysSoAfterItsPatience)
 {
-    Database writer(path, Database::Access::ReadWrite);
+    Database writer(path, schema(), Database::Access::ReadWrite);
     writer.beginWriting();
-    Database second(path, Database::Access::ReadWrite);
+    Database second(path, schema(), Database::Access::ReadWrite);
     second.setPatience(10);
     try {
         second.beginWriting();
@@ -176,14 +182,13 @@ TEST_F(DatabaseTest, ALockedFileSaysSoAfterItsPatience)
 
 TEST_F(DatabaseTest, ATransactionThatIsDroppedLeavesTheOldState)
 {
-    store(ramp(air, 0, 10));
-    plotix::RecordReader reader(path);
+    addWares(10);
     {
-        Database writer(path, Database::Access::ReadWrite);
+        Database writer(path, schema(), Database::Access::ReadWrite);
         writer.beginWriting();
-        writer.execute("DELETE FROM chunk");
+        writer.execute("DELETE FROM ware");
     }
-    EXPECT_EQ(reader.summary(agent).records, 10U);
+    EXPECT_EQ(wares(), 10);
 }
 
 }  // namespace

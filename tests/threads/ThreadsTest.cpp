@@ -1,6 +1,6 @@
 #include "base/MainQueue.h"
+#include "hostapp/document/RecordKeeping.h"
 #include "hostapp/document/SiteTransaction.h"
-#include "records/sqlite/RecordAppender.h"
 #include "storage/LogCheckpointer.h"
 
 #include <QtCore/QCoreApplication>
@@ -73,17 +73,17 @@ protected:
 
     void append(double first, std::size_t count)
     {
-        plotix::RecordWriter writer(file());
-        writer.store(agent, recordsFrom(first, count, property));
-        writer.commit();
+        const auto writer = plotix::recordsOfSite(file())->begin();
+        writer->store(agent, recordsFrom(first, count, property));
+        writer->commit();
     }
 
     /// Records one by one, each committed on its own, until told to stop.
     void record(double first, const std::atomic<bool>& goesOn)
     {
-        plotix::RecordAppender appender(file());
+        const auto appender = plotix::recordsOfSite(file())->appender();
         while (goesOn) {
-            appender.append(agent, recordsFrom(first, 1, property));
+            appender->append(agent, recordsFrom(first, 1, property));
             first += 1;
         }
     }
@@ -91,8 +91,7 @@ protected:
     /// Reads everything; the number of records when each value fits its time, else -1.
     long readConsistently()
     {
-        plotix::RecordReader reader(file());
-        const auto block = reader.read(agent, std::span(&property, 1), {}, {});
+        const auto block = plotix::recordsOfSite(file())->read(agent, std::span(&property, 1), {}, {});
         for (std::size_t i = 0; i < block->times.size(); ++i)
             if (block->columns[0].values[i] != block->times[i] * 0.5)
                 return -1;
@@ -222,9 +221,9 @@ TEST_F(ArchiveThreadsTest, ReadersBesideAnAppenderWhoseLogIsMergedSeeEveryRecord
             }
         });
     {
-        plotix::RecordAppender appender(file());
+        const auto appender = plotix::recordsOfSite(file())->appender();
         for (int commit = 0; commit < kCommits; ++commit) {
-            appender.append(agent, recordsFrom(1000.0 + commit, 1, property));
+            appender->append(agent, recordsFrom(1000.0 + commit, 1, property));
             ++stored;
         }
     }
@@ -239,20 +238,20 @@ TEST_F(ArchiveThreadsTest, TheLastTimeIsKnownBesideAnAppenderWhoseTailBecomesChu
     std::atomic<double> stored = 999;
     std::atomic<bool> writing = true;
     std::thread writer([&] {
-        plotix::RecordAppender appender(file());
+        const auto appender = plotix::recordsOfSite(file())->appender();
         for (double first = 1000; first < 100'000; first = stored + 1) {
             for (const std::size_t count : {std::size_t{1}, std::size_t{1500}}) {
-                appender.append(agent, recordsFrom(stored + 1, count, property));
+                appender->append(agent, recordsFrom(stored + 1, count, property));
                 stored = stored + static_cast<double>(count);
             }
         }
         writing = false;
     });
-    plotix::RecordAppender other(file());
+    const auto other = plotix::recordsOfSite(file());
     int wrong = 0;
     while (writing) {
         const double before = stored;
-        wrong += other.lastTime(agent) >= before ? 0 : 1;
+        wrong += other->extent(agent)->last >= before ? 0 : 1;
     }
     writer.join();
     EXPECT_EQ(wrong, 0);

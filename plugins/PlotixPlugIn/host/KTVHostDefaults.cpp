@@ -1,6 +1,12 @@
 #include "plugins/PlotixPlugIn/host/KTVHostDefaults.h"
 
 #include "base/MainQueue.h"
+#include "plugins/PlotixPlugIn/host/KTVBundle.h"
+#include "plugins/PlotixPlugIn/host/KTVConverter.h"
+#include "plugins/PlotixPlugIn/host/KTVHelpManager.h"
+#include "plugins/PlotixPlugIn/host/KTVNaturalLanguageDateCreator.h"
+#include "plugins/PlotixPlugIn/host/KTVPrintInfo.h"
+#include "plugins/PlotixPlugIn/host/KTVUserInterface.h"
 #include "plugins/PlotixPlugIn/host/PlainMessageViewController.h"
 
 #include <QtCore/QCoreApplication>

@@ -1,15 +1,17 @@
 #pragma once
 
-#include "plugins/PlotixPlugIn/host/KTVBundle.h"
-#include "plugins/PlotixPlugIn/host/KTVConverter.h"
-#include "plugins/PlotixPlugIn/host/KTVHelpManager.h"
-#include "plugins/PlotixPlugIn/host/KTVMessageViewController.h"
-#include "plugins/PlotixPlugIn/host/KTVNaturalLanguageDateCreator.h"
-#include "plugins/PlotixPlugIn/host/KTVPrintInfo.h"
-#include "plugins/PlotixPlugIn/host/KTVUserInterface.h"
+#include "plugins/PlotixPlugIn/host/KTVHostExport.h"
 
 #include <functional>
 #include <memory>
+
+class KTVBundle;
+class KTVConverter;
+class KTVHelpManager;
+class KTVMessageViewController;
+class KTVNaturalLanguageDateCreator;
+class KTVPrintInfo;
+class KTVUserInterface;
 
 /// What stands behind the host's class operations. Installed once by the host before it loads a module, and by a test
 /// for its own duration; pointers are *borrowed* and must outlive the installation. Main thread only.

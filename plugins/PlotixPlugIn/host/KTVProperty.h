@@ -1,7 +1,7 @@
 #pragma once
 
-#include "base/ObservationTag.h"
 #include "plugins/PlotixPlugIn/host/KTVHostExport.h"
+#include "plugins/PlotixPlugIn/host/ObservationTag.h"
 
 #include <QtCore/QString>
 #include <QtCore/QVariant>

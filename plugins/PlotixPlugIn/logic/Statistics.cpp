@@ -1,9 +1,10 @@
 #include "plugins/PlotixPlugIn/logic/Statistics.h"
 
+#include "plugins/PlotixPlugIn/logic/StatisticsKernels.h"
+
 #include <algorithm>
 #include <bit>
 #include <cmath>
-#include <cstring>
 
 namespace plotix {
 
@@ -11,11 +12,8 @@ namespace {
 
 constexpr std::size_t kWordBits = 64;
 
-constexpr std::size_t kLanes = 2;
-using Lanes = double __attribute__((vector_size(kLanes * sizeof(double))));
-constexpr std::size_t kGroups = 4;              // so that no comparison waits for the one before
-constexpr std::size_t kRow = kGroups * kLanes;  // values gone through at once
-constexpr std::size_t kBlock = 1024;            // values that one NaN sends through the slow way
+constexpr std::size_t kRow = StatisticsKernels::kRow;
+constexpr std::size_t kBlock = 1024;  // values that one NaN sends through the slow way
 
 /// Of a zero, the first one that stands there: it may be negative, and one by one the first of equals stays.
 double asFirstMet(double extreme, std::span<const double> values)
@@ -50,42 +48,16 @@ void StatisticsAccumulator::addAll(std::span<const double> values)
         add(value);
 }
 
-// The sum is one chain of additions, as long as the values: it alone says how long this takes, and the extremes of
-// several values at once go along with it.
 bool StatisticsAccumulator::addNumbers(std::span<const double> values)
 {
-    Lanes smallest[kGroups], largest[kGroups], numbers[kGroups];
-    for (std::size_t group = 0; group < kGroups; ++group) {
-        std::memcpy(&smallest[group], values.data() + group * kLanes, sizeof(Lanes));
-        largest[group] = smallest[group];
-        numbers[group] = Lanes{};
-    }
-    double sum = m_sum;
-    for (std::size_t first = 0; first < values.size(); first += kRow) {
-        for (std::size_t group = 0; group < kGroups; ++group) {
-            Lanes each;
-            std::memcpy(&each, values.data() + first + group * kLanes, sizeof each);
-            smallest[group] = each < smallest[group] ? each : smallest[group];
-            largest[group] = each > largest[group] ? each : largest[group];
-            numbers[group] += each != each ? Lanes{1, 1} : Lanes{};
-        }
-        for (std::size_t i = first; i < first + kRow; ++i)
-            sum += values[i];
-    }
-    double minimum = smallest[0][0], maximum = largest[0][0], odd = 0;
-    for (std::size_t group = 0; group < kGroups; ++group)
-        for (std::size_t lane = 0; lane < kLanes; ++lane) {
-            minimum = std::min(minimum, smallest[group][lane]);
-            maximum = std::max(maximum, largest[group][lane]);
-            odd += numbers[group][lane];
-        }
-    if (odd > 0)
+    const StatisticsKernels::Found found = StatisticsKernels::best().addUp(values.data(), values.size(), m_sum);
+    if (found.hasNaN)
         return false;
-    if (m_minimum > minimum)
-        m_minimum = asFirstMet(minimum, values);
-    if (maximum > m_maximum)
-        m_maximum = asFirstMet(maximum, values);
-    m_sum = sum;
+    if (m_minimum > found.minimum)
+        m_minimum = asFirstMet(found.minimum, values);
+    if (found.maximum > m_maximum)
+        m_maximum = asFirstMet(found.maximum, values);
+    m_sum = found.sum;
     m_count += static_cast<std::int64_t>(values.size());
     return true;
 }

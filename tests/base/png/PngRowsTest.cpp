@@ -1,5 +1,7 @@
 #include "base/png/PngRows.h"
 
+#include "tests/support/EveryTarget.h"
+
 #include <gtest/gtest.h>
 
 #include <random>
@@ -40,6 +42,9 @@ protected:
         result.bytes.resize(width * bytesPerPixel);
         return result;
     }
+
+    const std::vector<const PngRowKernels*> every = plotix::testing::everyTarget<PngRowKernels>();
+    const PngRowKernels& plain = *every.back();
 };
 
 TEST_F(PngRowsTest, EveryProcessorWritesTheSame)
@@ -47,15 +52,16 @@ TEST_F(PngRowsTest, EveryProcessorWritesTheSame)
     for (const int width : {1, 7, 63, 64, 65, 128, 200, 1201}) {
         const std::vector<quint32> row = pixels(width, 1);
         const std::vector<quint32> above = pixels(width, 2);
-        EXPECT_EQ(run(PngRowKernels::best().color, row, above, 3), run(PngRowKernels::plain().color, row, above, 3));
-        EXPECT_EQ(run(PngRowKernels::best().colorAndAlpha, row, above, 4),
-                  run(PngRowKernels::plain().colorAndAlpha, row, above, 4));
+        for (const PngRowKernels* kernels : every) {
+            EXPECT_EQ(run(kernels->color, row, above, 3), run(plain.color, row, above, 3)) << width;
+            EXPECT_EQ(run(kernels->colorAndAlpha, row, above, 4), run(plain.colorAndAlpha, row, above, 4)) << width;
+        }
     }
 }
 
 TEST_F(PngRowsTest, EachChannelIsSubtractedByItself)
 {
-    const Result result = run(PngRowKernels::plain().colorAndAlpha, {0x10002003U}, {0x01ff2104U}, 4);
+    const Result result = run(plain.colorAndAlpha, {0x10002003U}, {0x01ff2104U}, 4);
     EXPECT_EQ(result.differences, std::vector<quint32>{0x0f01ffffU});
     EXPECT_EQ(result.bytes, (std::vector<quint8>{0x01, 0xff, 0xff, 0x0f}));
 }

@@ -8,8 +8,8 @@
 // `compact` the document is compacted beside that, with `merge` its log is merged, over and over.
 
 #include "base/ReportableError.h"
-#include "records/sqlite/ArchiveCompaction.h"
-#include "records/sqlite/RecordAppender.h"
+#include "hostapp/document/RecordKeeping.h"
+#include "hostapp/document/SiteSchema.h"
 #include "storage/Database.h"
 #include "tests/e2e/writer/WrittenValues.h"
 
@@ -58,7 +58,7 @@ void compactForEver(const QString& site)
 {
     for (;;)
         try {
-            compactArchive({site, {}, true});
+            recordsOfSite(site)->compact({});
         } catch (const ReportableError& error) {
             std::fprintf(stderr, "compaction: %s\n", error.what());
         }
@@ -66,7 +66,7 @@ void compactForEver(const QString& site)
 
 void mergeForEver(const QString& site)
 {
-    Database database(site, Database::Access::ReadWrite);
+    Database database(site, siteSchema(), Database::Access::ReadWrite);
     for (const char* way = "PASSIVE";; way = *way == 'P' ? "RESTART" : "PASSIVE")
         try {
             database.execute((std::string("PRAGMA wal_checkpoint(") + way + ")").c_str());
@@ -78,16 +78,18 @@ void mergeForEver(const QString& site)
 
 void writeForEver(const QString& site, std::atomic<double>& acknowledged)
 {
-    RecordAppender appender(site);
-    double next = appender.lastTime(1).value_or(-1) + 1;
+    const auto records = recordsOfSite(site);
+    const auto appender = records->appender();
+    const std::optional<RecordExtent> before = records->extent(1);
+    double next = before ? before->last + 1 : 0;
     for (int phase = 0;; phase = (phase + 1) % kChunk) {
         const int toSeal = kChunk - static_cast<int>(next) % kChunk;
         const int count = toSeal > kSingles + kBlock && toSeal < kChunk - kSingles ? kBlock : 1;
-        appender.append(1, blockOf(next, count));
+        appender->append(1, blockOf(next, count));
         next += count;
         acknowledged = next - 1;
         if (phase % kBetweenRepeats == 0 && next > kRepeatedBack)
-            appender.append(1, blockOf(next - kRepeatedBack, 1));
+            appender->append(1, blockOf(next - kRepeatedBack, 1));
     }
 }
 

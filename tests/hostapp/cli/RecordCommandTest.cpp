@@ -1,7 +1,7 @@
 #include "base/ReportableError.h"
 #include "hostapp/cli/ArgumentValues.h"
 #include "hostapp/cli/CommandLine.h"
-#include "records/sqlite/RecordArchive.h"
+#include "hostapp/document/RecordKeeping.h"
 
 #include <QtCore/QFile>
 #include <QtCore/QRegularExpression>
@@ -73,7 +73,7 @@ TEST_F(RecordCommandTest, PrintsTheTimeOfEveryRecordThatIsStored)
     const auto lines = m_output.split('\n').filter(QRegularExpression("^stored "));
     ASSERT_FALSE(lines.isEmpty());
     const auto document = SiteDocument::open(site());
-    const auto records = RecordReader(site()).read(document->agents().front()->id(), {}, {}, {});
+    const auto records = plotix::recordsOfSite(site())->read(document->agents().front()->id(), {}, {}, {});
     ASSERT_GE(records->times.size(), static_cast<std::size_t>(lines.size()));
     for (qsizetype i = 0; i < lines.size(); ++i)
         EXPECT_EQ(lines[i].mid(7).toDouble(), records->times[static_cast<std::size_t>(i)]);

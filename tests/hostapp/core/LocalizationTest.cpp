@@ -5,7 +5,7 @@
 #include <gtest/gtest.h>
 
 using plotix::preferredLanguage;
-using plotix::TextTable;
+using plotix::textsOf;
 
 namespace {
 
@@ -39,25 +39,30 @@ TEST(LocalizationTest, OwnVariableDecidesOverAll)
     EXPECT_EQ(languageFor({{"LANG", "de_DE.UTF-8"}, {"PLOTIX_LANGUAGE", "../de"}}), QStringLiteral("de"));
 }
 
-TEST(LocalizationTest, TableTranslatesWhateverTheContext)
+TEST(LocalizationTest, GermanIsBuiltIn)
 {
-    const TextTable table(QStringLiteral("# comment\n\nOpen\nÖffnen\n\nTwo\\nlines\nZwei\\nZeilen\n"));
-    EXPECT_EQ(table.translate("A", "Open", nullptr, -1), QStringLiteral("Öffnen"));
-    EXPECT_EQ(table.translate("B", "Two\nlines", nullptr, -1), QStringLiteral("Zwei\nZeilen"));
-    EXPECT_TRUE(table.translate("A", "Shut", nullptr, -1).isEmpty());
+    const auto texts = textsOf(QStringLiteral("de"));
+    ASSERT_TRUE(texts);
+    EXPECT_EQ(texts->translate("SiteMenus", "&File"), QStringLiteral("&Datei"));
+    EXPECT_TRUE(texts->translate("SiteMenus", "&Filet").isEmpty());
 }
 
 TEST(LocalizationTest, NumberChoosesTheText)
 {
-    const TextTable table(QStringLiteral("%n day(s)\n%n Tag|%n Tage\n"));
-    EXPECT_EQ(table.translate("", "%n day(s)", nullptr, 1), QStringLiteral("%n Tag"));
-    EXPECT_EQ(table.translate("", "%n day(s)", nullptr, 0), QStringLiteral("%n Tage"));
+    const auto english = textsOf(QStringLiteral("en")), german = textsOf(QStringLiteral("de"));
+    const auto imported = [](const QTranslator& texts, int records) {
+        return texts.translate("plotix::SiteWindow", "Imported %n record(s)", nullptr, records);
+    };
+    EXPECT_EQ(imported(*english, 1), QStringLiteral("Imported %n record"));
+    EXPECT_EQ(imported(*english, 0), QStringLiteral("Imported %n records"));
+    EXPECT_EQ(imported(*german, 1), QStringLiteral("%n Messzeile importiert"));
+    EXPECT_EQ(imported(*german, 2), QStringLiteral("%n Messzeilen importiert"));
 }
 
-TEST(LocalizationTest, EntryWithoutATranslationIsNone)
+TEST(LocalizationTest, LanguageWithoutTextsHasNone)
 {
-    EXPECT_TRUE(TextTable(QStringLiteral("Open\n\n\n")).isEmpty());
-    EXPECT_TRUE(TextTable(QString()).isEmpty());
+    EXPECT_FALSE(textsOf(QStringLiteral("fr")));
+    EXPECT_FALSE(textsOf(QString()));
 }
 
 }  // namespace

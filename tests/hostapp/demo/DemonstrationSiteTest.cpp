@@ -3,8 +3,8 @@
 #include "base/ReportableError.h"
 #include "hostapp/core/Units.h"
 #include "hostapp/demo/WeatherStation.h"
+#include "hostapp/document/RecordKeeping.h"
 #include "hostapp/document/SiteDocument.h"
-#include "records/sqlite/RecordArchive.h"
 
 #include <QtCore/QDir>
 #include <QtCore/QTemporaryDir>
@@ -39,7 +39,7 @@ protected:
         std::vector<RowId> ids;
         for (const auto& property : agent->siteProperties())
             ids.push_back(property->description().id);
-        return RecordReader(path).read(agent->id(), ids, {}, {}).value();
+        return plotix::recordsOfSite(path)->read(agent->id(), ids, {}, {}).value();
     }
 
     static void expectEqualTails(const RecordBlock& longer, const RecordBlock& shorter)

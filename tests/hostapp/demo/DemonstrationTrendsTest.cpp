@@ -1,7 +1,7 @@
 #include "hostapp/demo/DemonstrationTrends.h"
 
 #include "hostapp/core/CoderNode.h"
-#include "records/sqlite/RecordArchive.h"
+#include "records/store/RecordStore.h"
 
 #include <QtCore/QTemporaryDir>
 
@@ -26,9 +26,9 @@ protected:
         block.columns.push_back({agent->siteProperties().front()->description().id,
                                  plotix::SharedArray<double>::fromVector({1, 2, 3}),
                                  {}});
-        plotix::RecordWriter writer(document->path());
-        writer.store(agent->id(), block);
-        writer.commit();
+        const auto writer = document->records()->begin();
+        writer->store(agent->id(), block);
+        writer->commit();
     }
     void leaveTrend(double from, double to)
     {

@@ -29,7 +29,7 @@ protected:
     void makeManager(std::uint64_t budget)
     {
         manager = std::make_unique<ArchiveManager>(
-            file(), agent, [this] { return own; }, plotix::Units::shared(), budget);
+            opened(), agent, [this] { return own; }, plotix::Units::shared(), budget);
     }
 
     static std::shared_ptr<SiteProperty> property(plotix::RowId row, const QString& key, const QString& unit)
@@ -258,8 +258,8 @@ TEST_F(ArchiveManagerTest, ItsEndWaitsForTheAnswers)
 TEST_F(ArchiveManagerTest, ReadsRunBesideAnOpenWriter)
 {
     store(ramp(air, 0, 5));
-    plotix::RecordWriter writer(file());
-    writer.store(agent, ramp(air, 0, 40000));
+    const auto writer = opened()->begin();
+    writer->store(agent, ramp(air, 0, 40000));
     fetchAndWait(own);
     EXPECT_EQ(records->time()->size(), 5U);
 }

@@ -27,10 +27,6 @@ protected:
         for (int day = 0; day < days; ++day)
             overview.runs.push_back({first + day * kDay, first + (day + 1) * kDay - 1, 86'400});
     }
-    std::uint64_t estimated(std::optional<double> from = {}, std::optional<double> to = {})
-    {
-        return plotix::estimatedRecords({overview, 2, from, to});
-    }
     QString refusal(std::uint64_t budget, std::optional<double> from = {}, std::optional<double> to = {})
     {
         return plotix::refusalOf({overview, 2, from, to}, budget).value_or(QString());
@@ -67,20 +63,6 @@ TEST_F(MemoryBudgetTest, TheEnvironmentComesBeforeTheSetting)
 TEST_F(MemoryBudgetTest, WithoutASettingItIsAPartOfTheMachine)
 {
     EXPECT_GT(memoryBudget(), 100'000'000U);
-}
-
-TEST_F(MemoryBudgetTest, RunsThatTheRangeCutsCountByTheirShare)
-{
-    recordEverySecond(0, 10);
-    EXPECT_EQ(estimated(), 864'000U);
-    EXPECT_NEAR(static_cast<double>(estimated(kDay / 2, 2 * kDay)), 1.5 * 86'400, 2);
-    EXPECT_EQ(estimated(20 * kDay, 30 * kDay), 0U);
-}
-
-TEST_F(MemoryBudgetTest, ARunOfOneMomentCountsWhole)
-{
-    overview.runs.push_back({5, 5, 1});
-    EXPECT_EQ(estimated(5, 5), 1U);
 }
 
 TEST_F(MemoryBudgetTest, NothingIsRefusedThatFits)

@@ -3,7 +3,7 @@
 #include "base/ReportableError.h"
 #include "hostapp/document/ArchiveManager.h"
 #include "plugins/PlotixPlugIn/host/KTVConverter.h"
-#include "records/sqlite/RecordArchive.h"
+#include "records/store/RecordStore.h"
 
 #include <QtCore/QCoreApplication>
 #include <QtCore/QDeadlineTimer>
@@ -135,7 +135,7 @@ TEST_F(SiteDocumentTest, AChangeWhileAnotherWritesIsStoredLaterWithoutWaiting)
 {
     const auto air = document->addAgent("Roof")->addProperty("Air", "°C");
     {
-        const plotix::RecordWriter import(file());
+        const auto import = document->records()->begin();
         air->setUnit("°F");
         EXPECT_EQ(SiteDocument::open(file())->agents().at(0)->siteProperties().at(0)->unit(), "°C");
     }
@@ -150,7 +150,7 @@ TEST_F(SiteDocumentTest, AChangeThatHadToWaitIsTriedAgainByItself)
     const auto air = document->addAgent("Roof")->addProperty("Air", "°C");
     const auto storedUnit = [this] { return SiteDocument::open(file())->agents()[0]->siteProperties()[0]->unit(); };
     {
-        const plotix::RecordWriter import(file());
+        const auto import = document->records()->begin();
         air->setUnit("°F");
     }
     EXPECT_EQ(storedUnit(), "°C");
@@ -199,9 +199,9 @@ TEST_F(SiteDocumentTest, TheRecordExtentSpansEveryAgent)
         const auto added = document->addAgent(name);
         const auto property = added->addProperty("p", "");
         const double first = name[0] == 'A' ? 100 : 300;
-        plotix::RecordWriter writer(file());
-        writer.store(added->id(), {plotix::SharedArray<double>::fromVector({first, first + 50}), {}});
-        writer.commit();
+        const auto writer = document->records()->begin();
+        writer->store(added->id(), {plotix::SharedArray<double>::fromVector({first, first + 50}), {}});
+        writer->commit();
     }
     ASSERT_TRUE(document->recordExtent());
     EXPECT_EQ(document->recordExtent()->first.seconds, 100);

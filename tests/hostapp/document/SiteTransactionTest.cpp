@@ -1,6 +1,7 @@
 #include "hostapp/document/SiteTransaction.h"
 
 #include "base/ReportableError.h"
+#include "hostapp/document/RecordKeeping.h"
 #include "hostapp/document/SiteDocument.h"
 
 #include <QtCore/QDir>
@@ -14,7 +15,7 @@
 
 namespace {
 
-using plotix::RecordReader;
+using plotix::recordsOfSite;
 using plotix::ReportableError;
 using plotix::RowId;
 using plotix::SiteDocument;
@@ -44,7 +45,7 @@ TEST_F(SiteTransactionTest, CreatesTheFileWhenItIsMissing)
     fill(transaction);
     transaction.commit();
     EXPECT_EQ(SiteDocument::open(file())->siteName(), "Harbour");
-    EXPECT_EQ(RecordReader(file()).summary(SiteDocument::open(file())->agents()[0]->id()).records, 3U);
+    EXPECT_EQ(recordsOfSite(file())->overview(SiteDocument::open(file())->agents()[0]->id(), {}).records(), 3U);
 }
 
 TEST_F(SiteTransactionTest, AFileItCreatedGoesAwayWithoutCommit)
@@ -173,7 +174,7 @@ TEST_F(SiteTransactionTest, SeveralAgentsFillUpTogether)
     }
     const auto document = SiteDocument::open(file());
     for (const auto& agent : document->agents())
-        EXPECT_EQ(RecordReader(file()).summary(agent->id()).records, 300U);
+        EXPECT_EQ(recordsOfSite(file())->overview(agent->id(), {}).records(), 300U);
 }
 
 }  // namespace

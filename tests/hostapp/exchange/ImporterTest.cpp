@@ -1,7 +1,7 @@
 #include "hostapp/exchange/Importer.h"
 
+#include "hostapp/document/RecordKeeping.h"
 #include "hostapp/document/SiteDocument.h"
-#include "records/sqlite/RecordArchive.h"
 
 #include <QtCore/QDir>
 #include <QtCore/QFile>
@@ -77,7 +77,7 @@ private:
             ids.push_back(property->description().id);
             m_keys.push_back(property->propertyName());
         }
-        return RecordReader(site()).read(agent->id(), ids, {}, {}).value();
+        return plotix::recordsOfSite(site())->read(agent->id(), ids, {}, {}).value();
     }
 
     std::vector<QString> m_keys;

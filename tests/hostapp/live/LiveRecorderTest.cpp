@@ -1,5 +1,6 @@
 #include "hostapp/live/LiveRecorder.h"
 
+#include "hostapp/document/RecordKeeping.h"
 #include "hostapp/document/SiteDocument.h"
 #include "tests/hostapp/live/sources/computer/MadeUpMachine.h"
 
@@ -51,7 +52,7 @@ protected:
     }
     std::size_t storedRecords(const LiveRecorder& recorder) const
     {
-        return plotix::RecordReader(site()).summary(recorder.agent()).records;
+        return plotix::recordsOfSite(site())->overview(recorder.agent(), {}).records();
     }
 
     QTemporaryDir folder;
@@ -76,14 +77,14 @@ TEST_F(LiveRecorderTest, WhatItSaysIsStoredIs)
     QObject::connect(recorder.get(), &LiveRecorder::recorded, recorder.get(), [&told](double time) { told = time; });
     recorder->start();
     waitForRecords(*recorder, 5);
-    EXPECT_GE(*plotix::RecordReader(site()).summary(recorder->agent()).last, told);
+    EXPECT_GE(plotix::recordsOfSite(site())->extent(recorder->agent())->last, told);
 }
 
 TEST_F(LiveRecorderTest, TellsWhenTheSiteIsHeldAndWhenItIsFree)
 {
     const auto recorder = make();
     {
-        const plotix::RecordWriter other(site());
+        const auto other = plotix::recordsOfSite(site())->begin();
         recorder->start();
         waitForState(*recorder, RecordingStatus::State::WaitingForSite);
     }

@@ -1,6 +1,7 @@
 #include "hostapp/live/MachineRecording.h"
 
 #include "base/ReportableError.h"
+#include "hostapp/document/RecordKeeping.h"
 #include "hostapp/document/SiteDocument.h"
 #include "tests/hostapp/live/sources/computer/MadeUpMachine.h"
 
@@ -44,7 +45,7 @@ private:
         for (const auto& property : agent->siteProperties())
             if (property->name() == QLatin1String(name)) {
                 const plotix::RowId id = property->description().id;
-                const auto block = plotix::RecordReader(site()).read(agent->id(), std::span(&id, 1), {}, {});
+                const auto block = plotix::recordsOfSite(site())->read(agent->id(), std::span(&id, 1), {}, {});
                 std::vector<double> found;
                 for (std::size_t i = 0; i < block->times.size(); ++i)
                     if (wantsTimes)
@@ -107,7 +108,7 @@ TEST_F(MachineRecordingTest, RecordsWaitWhileAnotherProgramWrites)
     begin();
     record(1);
     {
-        const plotix::RecordWriter other(site());
+        const auto other = plotix::recordsOfSite(site())->begin();
         const RecordingStatus status = record(2);
         EXPECT_EQ(status.state, State::WaitingForSite);
         EXPECT_TRUE(status.message.contains("being written by another program")) << status.message.toStdString();
@@ -124,7 +125,7 @@ TEST_F(MachineRecordingTest, WhatWaitsIsStoredAtTheEndWithoutAnotherRecord)
 {
     begin();
     {
-        const plotix::RecordWriter other(site());
+        const auto other = plotix::recordsOfSite(site())->begin();
         record(1);
     }
     EXPECT_EQ(recording->storeWaiting().state, State::Recording);

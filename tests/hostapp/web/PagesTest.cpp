@@ -84,6 +84,18 @@ TEST_F(WebPagesTest, StyleAndIconHaveTheirTypes)
     EXPECT_EQ(get("/favicon.ico").status, 200);
 }
 
+TEST_F(WebPagesTest, StyleAndIconAreBuiltIn)
+{
+    EXPECT_TRUE(get("/style.css").body.startsWith(":root {"));
+    EXPECT_TRUE(get("/icon.svg").body.startsWith("<svg xmlns"));
+}
+
+TEST_F(WebPagesTest, ATextThatLooksLikeAPlaceholderStandsAsItIs)
+{
+    m_site->advertisedTitle = QStringLiteral("90 %1, %2 and %3");
+    EXPECT_TRUE(get("/sites/plant/").body.contains("90 %1, %2 and %3"));
+}
+
 TEST_F(WebPagesTest, RenderingsHaveTheirTypesAndBytes)
 {
     const Answer png = get("/sites/plant/one.png");

@@ -1,6 +1,7 @@
 #include "plotkit/layout/BinKernels.h"
 
 #include "tests/plotkit/layout/SeriesBuilder.h"
+#include "tests/support/EveryTarget.h"
 
 #include <gtest/gtest.h>
 
@@ -11,7 +12,8 @@
 #include <limits>
 #include <random>
 
-// The loops for this processor against those for every processor, bit for bit, and both against every sample.
+// The loops for each target this processor has against those that go through one number at a time, bit for bit, and
+// those against every sample.
 
 namespace {
 
@@ -99,12 +101,14 @@ protected:
     std::vector<std::size_t> edges;
     std::vector<float> shares;
     std::mt19937 random{21};
+    const std::vector<const BinKernels*> every = plotix::testing::everyTarget<BinKernels>();
+    const BinKernels& plain = *every.back();
 };
 
 TEST_F(BinKernelsTest, SummariesHoldEverySample)
 {
     makeSeries(600, 400, true);
-    const Rows rows = summarised(BinKernels::plain());
+    const Rows rows = summarised(plain);
     std::size_t known = 0;
     for (std::size_t bin = 0; bin < shares.size(); ++bin) {
         if (std::isnan(rows.numbers[0][bin]))
@@ -118,7 +122,7 @@ TEST_F(BinKernelsTest, SummariesHoldEverySample)
 TEST_F(BinKernelsTest, BinsOfManyBlocksTakeTheCoarserLevel)
 {
     makeSeries(60, 9000, false);
-    const Rows rows = summarised(BinKernels::plain());
+    const Rows rows = summarised(plain);
     for (std::size_t bin = 0; bin < shares.size(); ++bin)
         if (!std::isnan(rows.numbers[0][bin]))
             expectEverySampleCounted(rows, bin);
@@ -126,36 +130,42 @@ TEST_F(BinKernelsTest, BinsOfManyBlocksTakeTheCoarserLevel)
 
 TEST_F(BinKernelsTest, WiderProcessorsSumUpTheSame)
 {
-    if (BinKernels::avx2() == nullptr)
-        GTEST_SKIP();
     for (const std::size_t most : {std::size_t{5}, std::size_t{40}, std::size_t{300}, std::size_t{3000}}) {
         builder = {};
         makeSeries(400, most, most % 3 != 0);
-        const Rows plain = summarised(BinKernels::plain());
-        const Rows wide = summarised(*BinKernels::avx2());
-        for (std::size_t row = 0; row < plain.numbers.size(); ++row)
-            expectSameBits(plain.numbers[row], wide.numbers[row], 0, shares.size());
+        const Rows one = summarised(plain);
+        for (const BinKernels* kernels : every) {
+            const Rows other = summarised(*kernels);
+            for (std::size_t row = 0; row < one.numbers.size(); ++row)
+                expectSameBits(one.numbers[row], other.numbers[row], 0, shares.size());
+        }
     }
 }
 
 TEST_F(BinKernelsTest, WiderProcessorsMapTheSame)
 {
-    if (BinKernels::avx2() == nullptr)
-        GTEST_SKIP();
     makeSeries(403, 30, false);
-    Rows rows = summarised(BinKernels::plain());
+    Rows rows = summarised(plain);
     for (const double perValue : {-3.7, 0.01, -1e30}) {
         const ValueScale scale{0.3, perValue, 200, 65536};
-        std::array<Rows, 2> made{Rows(shares.size() + 1), Rows(shares.size() + 1)};
-        std::size_t at = 0;
-        for (const BinKernels* kernels : {&BinKernels::plain(), BinKernels::avx2()}) {
-            std::array<std::vector<float>, 6>& to = made[at++].numbers;
-            EXPECT_TRUE(kernels->map(rows.rows(), shares.size(), scale, to[0].data(), to[1].data(), to[2].data()));
-            kernels->takeJoins(to[0].data(), shares.size() - 1, to[1].data(), to[2].data());
+        const auto mapped = [&](const BinKernels& kernels) {
+            Rows made(shares.size() + 1);
+            std::array<std::vector<float>, 6>& to = made.numbers;
+            EXPECT_TRUE(kernels.map(rows.rows(), shares.size(), scale, to[0].data(), to[1].data(), to[2].data()));
+            to[3] = to[1];
+            to[4] = to[2];
+            kernels.takeJoins(to[0].data(), shares.size() - 1, to[3].data(), to[4].data());
+            return made;
+        };
+        const Rows one = mapped(plain);
+        for (const BinKernels* kernels : every) {
+            const Rows other = mapped(*kernels);
+            expectSameBits(one.numbers[0], other.numbers[0], 1, shares.size());
+            for (const std::size_t mappedTo : {1U, 2U})
+                expectSameBits(one.numbers[mappedTo], other.numbers[mappedTo], 0, shares.size());
+            for (const std::size_t joinedTo : {3U, 4U})  // the last bin has no right edge
+                expectSameBits(one.numbers[joinedTo], other.numbers[joinedTo], 0, shares.size() - 1);
         }
-        expectSameBits(made[0].numbers[0], made[1].numbers[0], 1, shares.size());
-        expectSameBits(made[0].numbers[1], made[1].numbers[1], 0, shares.size());
-        expectSameBits(made[0].numbers[2], made[1].numbers[2], 0, shares.size());
     }
 }
 

@@ -2,6 +2,8 @@
 
 #include "plotkit/model/CPTSeriesIndex.h"
 
+#include "tests/support/EveryTarget.h"
+
 #include <gtest/gtest.h>
 
 #include <bit>
@@ -10,7 +12,8 @@
 #include <random>
 #include <vector>
 
-// Both ways of narrowing against one another and against the index made from the floats.
+// What each target this processor has makes of the same values, against one another and against the index made from the
+// floats.
 
 namespace {
 
@@ -62,23 +65,24 @@ protected:
 
     void expectAllAlike(const std::uint64_t* valid, std::size_t done)
     {
-        const Narrowed plain = narrowed(SeriesNarrowing::plain(), valid);
+        const Narrowed plain = narrowed(*every.back(), valid);
         EXPECT_EQ(plain.done, done);
         for (std::size_t at = 0; at < done * 64; ++at)
             ASSERT_EQ(plain.y[at], static_cast<float>(values[at]));
         for (std::size_t word = 0; word < done; ++word)
             EXPECT_EQ(plain.points[word], valid != nullptr ? valid[word] : ~std::uint64_t{0});
         expectIndexed(plain);
-        if (SeriesNarrowing::avx2() == nullptr)
-            return;
-        const Narrowed wide = narrowed(*SeriesNarrowing::avx2(), valid);
-        EXPECT_EQ(wide.done, done);
-        EXPECT_TRUE(
-            std::equal(wide.y.begin(), wide.y.begin() + static_cast<std::ptrdiff_t>(done) * 64, plain.y.begin()));
-        EXPECT_EQ(wide.points, plain.points);
-        expectIndexed(wide);
+        for (const SeriesNarrowing* other : every) {
+            const Narrowed wide = narrowed(*other, valid);
+            EXPECT_EQ(wide.done, done);
+            EXPECT_TRUE(
+                std::equal(wide.y.begin(), wide.y.begin() + static_cast<std::ptrdiff_t>(done) * 64, plain.y.begin()));
+            EXPECT_EQ(wide.points, plain.points);
+            expectIndexed(wide);
+        }
     }
 
+    const std::vector<const SeriesNarrowing*> every = plotix::testing::everyTarget<SeriesNarrowing>();
     std::mt19937_64 random{11};
     std::vector<double> values = std::vector<double>(kWords * 64);
     std::vector<std::uint64_t> validity = std::vector<std::uint64_t>(kWords);

@@ -2,6 +2,8 @@
 
 #include "plotkit/raster/PolylineRasteriser.h"
 
+#include "tests/support/EveryTarget.h"
+
 #include <QtGui/QColor>
 #include <QtGui/QImage>
 #include <gtest/gtest.h>
@@ -12,7 +14,8 @@
 #include <utility>
 #include <vector>
 
-// The loops for this processor against those for every processor: not one bit may differ.
+// The loops for each target this processor has against those that go through one number at a time: not one bit may
+// differ.
 
 namespace {
 
@@ -53,23 +56,17 @@ protected:
         return changes;
     }
 
-    const RasterKernels& plain = RasterKernels::plain();
+    const std::vector<const RasterKernels*> every = plotix::testing::everyTarget<RasterKernels>();
+    const RasterKernels& plain = *every.back();
+    const std::vector<const RasterKernels*> widerKernels{every.begin(), every.end() - 1};
     std::mt19937 random{1};
 };
-
-/// The sets of loops this processor runs besides the plain ones.
-std::vector<const RasterKernels*> widerKernels()
-{
-    std::vector<const RasterKernels*> kernels{RasterKernels::avx2(), RasterKernels::avx512()};
-    std::erase(kernels, nullptr);
-    return kernels;
-}
 
 constexpr quint32 kColors[] = {0xff204060U, 0xffffffffU, 0xff000000U, 0x80402010U, 0x01010000U, 0x7f7f7f7fU};
 
 TEST_F(RasterKernelsTest, MasksBlendAlikeAtEveryLength)
 {
-    for (const RasterKernels* wider : widerKernels()) {
+    for (const RasterKernels* wider : widerKernels) {
         for (const quint32 color : kColors) {
             for (int count = 0; count < 40; ++count) {
                 std::vector<quint8> mask(static_cast<std::size_t>(count));
@@ -88,7 +85,7 @@ TEST_F(RasterKernelsTest, MasksBlendAlikeAtEveryLength)
 TEST_F(RasterKernelsTest, RowsBlendAlikeAndLeaveNoChangeBehind)
 {
     constexpr int kRows = 400;
-    for (const RasterKernels* wider : widerKernels()) {
+    for (const RasterKernels* wider : widerKernels) {
         for (const quint32 color : kColors) {
             std::vector<qint16> changes = noisyChanges(kRows);
             std::vector<qint16> otherChanges = changes;
@@ -118,7 +115,7 @@ TEST_F(RasterKernelsTest, ColoursStayPremultiplied)
 
 TEST_F(RasterKernelsTest, ExtentsShrinkAlikeAtEveryLength)
 {
-    for (const RasterKernels* wider : widerKernels()) {
+    for (const RasterKernels* wider : widerKernels) {
         for (std::size_t count = 0; count < 100; ++count) {
             std::vector<float> enter(count), leave(count), low(count), high(count);
             for (std::size_t column = 0; column < count; ++column) {
@@ -164,7 +161,7 @@ TEST_F(RasterKernelsTest, ExtentsWidenAlike)
                  {heights.data(), kTaps}, 7, 41);
     EXPECT_EQ(*std::min_element(one.begin(), one.end()), 0);
     EXPECT_LE(*std::max_element(one.begin(), one.end()), (41 - 7) * RasterKernels::kRowSteps);
-    for (const RasterKernels* wider : widerKernels()) {
+    for (const RasterKernels* wider : widerKernels) {
         wider->dilate(low.data() + kTaps, high.data() + kTaps, other.data(), other.data() + kCount, kCount,
                       {heights.data(), kTaps}, 7, 41);
         EXPECT_EQ(one, other);

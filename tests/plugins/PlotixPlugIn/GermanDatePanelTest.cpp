@@ -10,18 +10,17 @@ namespace {
 /// The date panel with the program's own bundle, speaking German.
 class GermanDatePanelTest : public DateRangeControllerTest {
 protected:
-    GermanDatePanelTest() : table(plotix::textTableOf(QStringLiteral("de")))
+    GermanDatePanelTest()
     {
-        QCoreApplication::installTranslator(&table);
+        QCoreApplication::installTranslator(texts.get());
         KTVHostServices services;
         services.mainBundle = &german;
         services.dateCreator = &dateCreator;
         KTVHostServices::install(services);
         makeController();
     }
-    ~GermanDatePanelTest() override { QCoreApplication::removeTranslator(&table); }
 
-    plotix::TextTable table;
+    const std::unique_ptr<QTranslator> texts = plotix::textsOf(QStringLiteral("de"));
     plotix::HostBundle german;
 };
 

@@ -3,10 +3,12 @@
 #include "records/columns/PackedEncoder.h"
 
 #include "tests/records/columns/ColumnCodecFixture.h"
+#include "tests/support/EveryTarget.h"
 
 #include <array>
 
-// The loops for this processor against those for every processor: not one bit may differ.
+// The loops for each target this processor has against those that go through one number at a time: not one bit may
+// differ.
 
 namespace {
 
@@ -22,12 +24,6 @@ using Mask = std::array<std::uint64_t, ColumnKernels::kMask>;
 
 class ColumnKernelsTest : public ColumnCodecFixture {
 protected:
-    ColumnKernelsTest()
-    {
-        for (const ColumnKernels* kernels : {ColumnKernels::avx2(), ColumnKernels::avx512()})
-            if (kernels != nullptr)
-                others.push_back(kernels);
-    }
     Numbers numbersBelow(std::uint64_t limit)
     {
         Numbers numbers;
@@ -59,8 +55,9 @@ protected:
     }
     static bool areSame(const Reals& one, const Reals& other) { return codectest::areSame(&one[0], &other[0], kRun); }
 
-    const ColumnKernels& plain = ColumnKernels::plain();
-    std::vector<const ColumnKernels*> others;
+    const std::vector<const ColumnKernels*> every = plotix::testing::everyTarget<ColumnKernels>();
+    const ColumnKernels& plain = *every.back();
+    const std::vector<const ColumnKernels*> others{every.begin(), every.end() - 1};
 };
 
 TEST_F(ColumnKernelsTest, NumbersOfEveryWidthPackAndUnpack)
@@ -146,7 +143,7 @@ TEST_F(ColumnKernelsTest, BlanksAreFilledAlike)
     for (int round = 0; round < 50; ++round) {
         const Values before = randomBits(kRun);
         const Mask mask = someBits();
-        for (const ColumnKernels* kernels : {&plain, &ColumnKernels::best()}) {
+        for (const ColumnKernels* kernels : every) {
             Values values = before;
             kernels->blank(mask.data(), kAbsent, values.data());
             for (std::size_t i = 0; i < kRun; ++i)

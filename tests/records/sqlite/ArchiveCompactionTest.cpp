@@ -1,8 +1,4 @@
-#include "records/sqlite/ArchiveCompaction.h"
-
 #include "base/ReportableError.h"
-#include "records/sqlite/ArchiveVerification.h"
-#include "records/sqlite/RecordAppender.h"
 #include "tests/records/sqlite/ArchiveFixture.h"
 
 #include <QtCore/QFile>
@@ -33,7 +29,7 @@ protected:
     }
     CompactionResult compact(std::optional<double> dropBefore = {}, const plotix::ArchiveProgress& progress = {})
     {
-        return plotix::compactArchive({file(), dropBefore, true}, progress);
+        return opened()->compact({dropBefore, true}, progress);
     }
     qint64 chunks() { return ask("SELECT count(*) FROM chunk"); }
     void expectRamp(std::size_t first, std::size_t count)
@@ -43,7 +39,7 @@ protected:
         EXPECT_EQ(times(), wanted);
         const plotix::RecordBlock records = read({air});
         EXPECT_TRUE(std::equal(wanted.begin(), wanted.end(), records.columns[0].values.span().begin()));
-        const plotix::VerificationResult sound = plotix::verifyArchive(file());
+        const plotix::VerificationResult sound = opened()->verify();
         EXPECT_TRUE(sound.isSound()) << sound.findings.join('\n').toStdString();
     }
 };
@@ -57,7 +53,7 @@ TEST_F(ArchiveCompactionTest, AnEmptySiteStaysEmpty)
 TEST_F(ArchiveCompactionTest, ShortChunksAndTheTailBecomeFullOnes)
 {
     const std::size_t stored = storeShortChunks(6);
-    plotix::RecordAppender(file()).append(agent, ramp(air, static_cast<double>(stored), 500));
+    opened()->appender()->append(agent, ramp(air, static_cast<double>(stored), 500));
     const CompactionResult result = compact();
     EXPECT_EQ(result.chunksBefore, 6U);
     EXPECT_EQ(result.chunksAfter, 4U);
@@ -86,7 +82,7 @@ TEST_F(ArchiveCompactionTest, WhatIsCompactIsLeftAlone)
 TEST_F(ArchiveCompactionTest, OldRecordsAreDroppedForGood)
 {
     store(ramp(air, 0, 3 * kChunk));
-    plotix::RecordAppender(file()).append(agent, ramp(air, 3 * kChunk, 10));
+    opened()->appender()->append(agent, ramp(air, 3 * kChunk, 10));
     const CompactionResult result = compact(20'000);
     EXPECT_EQ(result.dropped, 20'000U);
     EXPECT_EQ(result.records, 3 * kChunk + 10 - 20'000);
@@ -96,7 +92,7 @@ TEST_F(ArchiveCompactionTest, OldRecordsAreDroppedForGood)
 TEST_F(ArchiveCompactionTest, EverythingMayBeTooOld)
 {
     store(ramp(air, 0, 20'000));
-    plotix::RecordAppender(file()).append(agent, ramp(air, 30'000, 10));
+    opened()->appender()->append(agent, ramp(air, 30'000, 10));
     EXPECT_EQ(compact(1e9).dropped, 20'010U);
     EXPECT_EQ(times(), std::vector<double>{});
     EXPECT_EQ(chunks(), 0);
@@ -142,13 +138,13 @@ TEST_F(ArchiveCompactionTest, ProgressRisesToOne)
 TEST_F(ArchiveCompactionTest, ReadersAndAnAppenderWorkBesideIt)
 {
     const std::size_t stored = storeShortChunks(10);
-    plotix::RecordReader reader(file());
-    plotix::RecordAppender appender(file());
-    appender.append(agent, ramp(air, static_cast<double>(stored), 1));
+    const auto reader = opened();
+    const auto appender = opened()->appender();
+    appender->append(agent, ramp(air, static_cast<double>(stored), 1));
     compact();
-    EXPECT_EQ(reader.summary(agent).records, stored + 1);
-    appender.append(agent, ramp(air, static_cast<double>(stored) + 1, 1));
-    EXPECT_EQ(reader.read(agent, std::vector{air}, {}, {})->times.size(), stored + 2);
+    EXPECT_EQ(countIn(*reader, agent), stored + 1);
+    appender->append(agent, ramp(air, static_cast<double>(stored) + 1, 1));
+    EXPECT_EQ(reader->read(agent, std::vector{air}, {}, {})->times.size(), stored + 2);
     expectRamp(0, stored + 2);
 }
 

@@ -1,7 +1,4 @@
-#include "records/sqlite/ArchiveVerification.h"
-
 #include "base/ReportableError.h"
-#include "records/sqlite/RecordAppender.h"
 #include "tests/records/sqlite/ArchiveFixture.h"
 
 #include <QtCore/QFile>
@@ -19,9 +16,9 @@ protected:
     ArchiveVerificationTest()
     {
         store(ramp(air, 0, 16384 + 4000));
-        plotix::RecordAppender(file()).append(agent, ramp(air, 30'000, 3));
+        opened()->appender()->append(agent, ramp(air, 30'000, 3));
     }
-    VerificationResult verify() { return plotix::verifyArchive(file()); }
+    VerificationResult verify() { return opened()->verify(); }
 
     /// After a change made by hand, exactly one finding, with these words.
     void expectFound(const char* sql, const char* words)
@@ -130,14 +127,15 @@ TEST_F(ArchiveVerificationTest, DamageToTheDatabaseItself)
 
 TEST_F(ArchiveVerificationTest, ItCanBeStopped)
 {
-    const VerificationResult result = plotix::verifyArchive(file(), [](double) { return false; });
+    const VerificationResult result = opened()->verify([](double) { return false; });
     EXPECT_TRUE(result.stopped);
     EXPECT_FALSE(result.isSound());
 }
 
 TEST_F(ArchiveVerificationTest, AFileThatIsNoSiteIsAnError)
 {
-    EXPECT_THROW(plotix::verifyArchive(folder.filePath("missing.plotix")), plotix::ReportableError);
+    EXPECT_THROW(plotix::SqliteRecordStore(folder.filePath("missing.plotix"), SqliteFile::schema()).verify({}),
+                 plotix::ReportableError);
 }
 
 }  // namespace

@@ -1,7 +1,4 @@
 #include "base/ReportableError.h"
-#include "records/sqlite/ArchiveCompaction.h"
-#include "records/sqlite/ArchiveVerification.h"
-#include "records/sqlite/RecordAppender.h"
 #include "tests/records/sqlite/ArchiveFixture.h"
 
 #include <QtCore/QFile>
@@ -57,7 +54,7 @@ protected:
     }
     void append(double time, double value)
     {
-        plotix::RecordAppender(file()).append(agent, block({time}, {column(air, {value})}));
+        opened()->appender()->append(agent, block({time}, {column(air, {value})}));
     }
     qint64 version() { return ask("PRAGMA user_version"); }
 };
@@ -66,8 +63,8 @@ TEST_F(FormatUpgradeTest, TheFirstVersionIsReadAsItIs)
 {
     EXPECT_EQ(times(), (std::vector<double>{10, 20, 30}));
     EXPECT_EQ(values(air), (Values{1.5, kMissing, -0.25}));
-    EXPECT_EQ(plotix::RecordReader(file()).summary(agent).records, 3U);
-    EXPECT_TRUE(plotix::verifyArchive(file()).isSound());
+    EXPECT_EQ(count(), 3U);
+    EXPECT_TRUE(opened()->verify().isSound());
     EXPECT_EQ(version(), 1);
 }
 
@@ -78,17 +75,17 @@ TEST_F(FormatUpgradeTest, WritingBringsItToTheCurrentVersionAndLosesNothing)
     EXPECT_EQ(ask("SELECT count(*) FROM tail"), 1);
     EXPECT_EQ(times(), (std::vector<double>{10, 20, 30, 40}));
     EXPECT_EQ(values(air), (Values{1.5, kMissing, -0.25, 4}));
-    EXPECT_TRUE(plotix::verifyArchive(file()).isSound());
+    EXPECT_TRUE(opened()->verify().isSound());
 }
 
 TEST_F(FormatUpgradeTest, AReaderThatIsOpenSeesWhatComesInTheNewForm)
 {
-    plotix::RecordReader reader(file());
-    EXPECT_EQ(reader.summary(agent).records, 3U);
+    const auto reader = opened();
+    EXPECT_EQ(countIn(*reader, agent), 3U);
     append(40, 4);
-    EXPECT_EQ(reader.summary(agent).records, 4U);
-    EXPECT_EQ(reader.summary(agent).last, 40);
-    EXPECT_EQ(reader.read(agent, std::vector{air}, {}, {})->times.size(), 4U);
+    EXPECT_EQ(countIn(*reader, agent), 4U);
+    EXPECT_EQ(reader->extent(agent)->last, 40);
+    EXPECT_EQ(reader->read(agent, std::vector{air}, {}, {})->times.size(), 4U);
 }
 
 TEST_F(FormatUpgradeTest, AReadOnlyFileOfTheFirstVersionStaysAsItIs)
@@ -109,10 +106,10 @@ TEST_F(FormatUpgradeTest, LateRecordsGoIntoOldChunks)
 
 TEST_F(FormatUpgradeTest, CompactionWritesOldChunksAnew)
 {
-    plotix::compactArchive({file(), {}, true});
+    opened()->compact({});
     EXPECT_EQ(values(air), (Values{1.5, kMissing, -0.25}));
     EXPECT_EQ(version(), 2);
-    EXPECT_TRUE(plotix::verifyArchive(file()).isSound());
+    EXPECT_TRUE(opened()->verify().isSound());
 }
 
 }  // namespace

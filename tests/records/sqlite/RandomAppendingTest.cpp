@@ -1,35 +1,57 @@
 #include "base/ReportableError.h"
-#include "records/sqlite/ArchiveCompaction.h"
-#include "records/sqlite/ArchiveVerification.h"
-#include "records/sqlite/ReadConnections.h"
-#include "records/sqlite/RecordAppender.h"
-#include "tests/records/sqlite/RandomArchiveFixture.h"
+#include "records/store/MemoryRecordStore.h"
+#include "tests/records/RandomBlocks.h"
+#include "tests/records/sqlite/ArchiveFixture.h"
+
+#include <cmath>
+#include <cstring>
+#include <map>
 
 namespace {
 
+using plotix::RecordBlock;
 using plotix::RowId;
 
 constexpr std::size_t kChunk = 16384;
 constexpr std::size_t kMostRows = 1024;
 
-/// A recorder, another one, imports and compaction take turns over one document; connections stay open all the while.
-class RandomAppendingTest : public RandomArchiveFixture {
+/// A recorder, another one, imports and compaction take turns over one file; connections stay open all the while. The
+/// store in memory is told the same, and must answer the same. The parameter is the seed.
+class RandomAppendingTest : public ArchiveFixture, public testing::WithParamInterface<unsigned> {
 protected:
-    RowId someAgent() { return below(3) == 0 ? properties.rbegin()->first : properties.begin()->first; }
+    RandomAppendingTest()
+    {
+        for (const RowId property : {air, wind, addProperty(agent, "rain")})
+            adopt(agent, property);
+        const RowId other = addAgent("Two");
+        adopt(other, addProperty(other, "air"));
+        adopt(other, addProperty(other, "wind"));
+    }
 
-    std::vector<double> behind(RowId owner, std::size_t count)
+    void adopt(RowId owner, RowId property)
+    {
+        properties[owner].push_back(property);
+        twin->addProperty(owner, property);
+    }
+    std::size_t below(std::size_t limit) { return random.below(limit); }
+    RowId someAgent() { return below(3) == 0 ? properties.rbegin()->first : properties.begin()->first; }
+    double end(RowId owner)
+    {
+        const auto extent = twin->extent(owner);
+        return extent ? extent->last : 0;
+    }
+
+    std::vector<double> behind(double end, std::size_t count)
     {
         std::vector<double> stamps;
-        const double end = reference[owner].empty() ? 0 : reference[owner].rbegin()->first;
         for (std::size_t i = 1; i <= count; ++i)
             stamps.push_back(end + static_cast<double>(i));
         return stamps;
     }
 
     /// Times of records that are there and times between them, somewhere among the last ones.
-    std::vector<double> late(RowId owner, std::size_t count)
+    std::vector<double> late(double end, std::size_t count)
     {
-        const double end = reference[owner].empty() ? 0 : reference[owner].rbegin()->first;
         const double begin = end - std::pow(10, static_cast<double>(below(5)));
         std::vector<double> stamps;
         for (std::size_t i = 0; i < count; ++i)
@@ -39,20 +61,11 @@ protected:
         return stamps;
     }
 
-    plotix::RecordBlock blockOf(RowId owner, const std::vector<double>& stamps, Reference& into)
-    {
-        std::vector<plotix::RecordBlock::Column> columns;
-        for (const RowId property : properties[owner])
-            if (below(4) != 0)
-                columns.push_back(fill(property, stamps, into[owner]));
-        for (const double stamp : stamps)
-            into[owner][stamp];
-        return block(stamps, columns);
-    }
-
     void append(RowId owner, const std::vector<double>& stamps)
     {
-        appenders[below(4) == 0].append(owner, blockOf(owner, stamps, reference));
+        const RecordBlock records = random.block(properties[owner], stamps);
+        appenders[below(4) == 0]->append(owner, records);
+        twin->appender()->append(owner, records);
     }
 
     std::size_t rowsOf(RowId owner)
@@ -69,7 +82,7 @@ protected:
         std::size_t left = std::max(kChunk - 2 + below(4), rows) - rows;
         while (left > 0) {
             const std::size_t count = std::min<std::size_t>(left, kMostRows - below(3));
-            append(owner, behind(owner, count));
+            append(owner, behind(end(owner), count));
             left -= count;
         }
     }
@@ -77,37 +90,41 @@ protected:
     /// Several blocks in one transaction, which may come to nothing.
     void import()
     {
-        Reference after = reference;
-        plotix::RecordWriter writer(file());
+        const auto writer = opened()->begin();
+        const auto twins = twin->begin();
+        std::map<RowId, double> ends;
         for (std::size_t i = 1 + below(4); i > 0; --i) {
             const RowId owner = someAgent();
             const std::size_t count = 1 + below(std::size_t{1} << below(16));
-            const std::vector<double> stamps = below(3) == 0 ? late(owner, count) : behind(owner, count);
-            writer.store(owner, blockOf(owner, stamps, after));
+            const double last = ends.contains(owner) ? ends[owner] : end(owner);
+            const std::vector<double> stamps = below(3) == 0 ? late(last, count) : behind(last, count);
+            ends[owner] = std::max(last, stamps.back());
+            const RecordBlock records = random.block(properties[owner], stamps);
+            writer->store(owner, records);
+            twins->store(owner, records);
         }
         if (below(4) == 0)
             return;
-        writer.commit();
-        reference = after;
+        writer->commit();
+        twins->commit();
     }
 
     void appendWhatMustFail()
     {
-        Reference nothing = reference;
-        plotix::RecordBlock records = blockOf(agent, behind(agent, 3), nothing);
+        RecordBlock records = random.block(properties[agent], behind(end(agent), 3));
         records.columns.push_back(ramp(properties.rbegin()->second.front(), 0, 3).columns.front());
-        EXPECT_THROW(appenders[0].append(agent, records), plotix::ReportableError);
+        EXPECT_THROW(appenders[0]->append(agent, records), plotix::ReportableError);
+        EXPECT_THROW(twin->appender()->append(agent, records), plotix::ReportableError);
     }
 
     void compact()
     {
-        plotix::CompactionRequest request{file(), {}, below(2) == 0};
-        if (below(3) == 0 && !reference[agent].empty())
-            request.dropBefore = reference[agent].rbegin()->first - static_cast<double>(below(30000));
-        plotix::compactArchive(request);
-        for (auto& [owner, records] : reference)
-            if (request.dropBefore)
-                records.erase(records.begin(), records.lower_bound(*request.dropBefore));
+        plotix::CompactionRequest request{{}, below(2) == 0};
+        if (below(3) == 0 && twin->extent(agent))
+            request.dropBefore = end(agent) - static_cast<double>(below(30000));
+        const plotix::CompactionResult done = opened()->compact(request), expected = twin->compact(request, {});
+        EXPECT_EQ(done.dropped, expected.dropped);
+        EXPECT_EQ(done.records, expected.records);
     }
 
     void doSomething()
@@ -117,7 +134,7 @@ protected:
         case 1: compact(); break;
         case 2: appendAroundAChunk(someAgent()); break;
         case 3: appendWhatMustFail(); break;
-        case 4: properties[agent].push_back(addProperty(agent, QString::number(properties[agent].size()))); break;
+        case 4: adopt(agent, addProperty(agent, QString::number(properties[agent].size()))); break;
         case 5:
         case 6: appendLate(1 + below(4)); break;
         case 7: appendLate(1 + below(2000)); break;
@@ -128,47 +145,81 @@ protected:
     void appendLate(std::size_t count)
     {
         const RowId owner = someAgent();
-        append(owner, late(owner, count));
+        append(owner, late(end(owner), count));
     }
 
     void appendBehind(std::size_t times, std::size_t count)
     {
         const RowId owner = someAgent();
         for (; times > 0; --times)
-            append(owner, behind(owner, count));
+            append(owner, behind(end(owner), count));
     }
 
     void expectEnds()
     {
-        plotix::RecordReader reader(connections);
-        for (const auto& [owner, records] : reference) {
-            const plotix::ArchiveSummary summary = reader.summary(owner);
-            ASSERT_EQ(summary.records, records.size());
-            ASSERT_EQ(summary.last, records.empty() ? std::nullopt : std::optional(records.rbegin()->first));
-            ASSERT_EQ(appenders[1].lastTime(owner), summary.last);
-            const double from = records.empty() ? 0 : records.rbegin()->first - static_cast<double>(below(3000));
-            expectEqual(reader, reference, from, from + static_cast<double>(below(3000)));
+        ASSERT_EQ(kept->extent(), twin->extent());
+        for (const auto& [owner, all] : properties) {
+            ASSERT_EQ(countIn(*kept, owner), countIn(*twin, owner));
+            ASSERT_EQ(kept->extent(owner), twin->extent(owner));
+            const double from = end(owner) - static_cast<double>(below(3000));
+            expectEqual(owner, from, from + static_cast<double>(below(3000)));
         }
     }
 
-    Reference reference;
-    plotix::RecordAppender appenders[2]{plotix::RecordAppender(file()), plotix::RecordAppender(file())};
-    std::shared_ptr<plotix::ReadConnections> connections = plotix::ReadConnections::ofFile(file());
+    void expectEqual(RowId owner, std::optional<double> from, std::optional<double> to)
+    {
+        const auto found = kept->read(owner, properties[owner], from, to);
+        const auto wanted = twin->read(owner, properties[owner], from, to, {});
+        ASSERT_TRUE(sameBits(found->times, wanted->times));
+        for (std::size_t i = 0; i < found->columns.size(); ++i) {
+            const RecordBlock::Column &one = found->columns[i], &other = wanted->columns[i];
+            ASSERT_TRUE(sameBits(one.values, other.values)) << "property " << one.property;
+            std::size_t wrong = 0;
+            for (std::size_t record = 0; record < one.values.size(); ++record)
+                wrong += one.validity.isValid(record) != other.validity.isValid(record);
+            ASSERT_EQ(wrong, 0U) << "property " << one.property;
+        }
+    }
+    static bool sameBits(const plotix::SharedArray<double>& one, const plotix::SharedArray<double>& other)
+    {
+        return one.size() == other.size() &&
+               (one.size() == 0 || std::memcmp(one.data(), other.data(), one.size() * sizeof(double)) == 0);
+    }
+
+    void expectStatistics()
+    {
+        for (const auto& [owner, all] : properties)
+            for (const RowId property : all) {
+                const auto found = kept->statistics(owner, property);
+                const auto wanted = twin->statistics(owner, property, {}, {}, plotix::StatisticsFrom::Values);
+                EXPECT_EQ(found.valid, wanted.valid);
+                EXPECT_EQ(found.minimum, wanted.minimum);
+                EXPECT_EQ(found.maximum, wanted.maximum);
+            }
+    }
+
+    RandomBlocks random{GetParam()};
+    std::map<RowId, std::vector<RowId>> properties;
+    std::shared_ptr<plotix::MemoryRecordStore> twin = std::make_shared<plotix::MemoryRecordStore>();
+    std::shared_ptr<plotix::RecordStore> kept = opened();
+    std::unique_ptr<plotix::RecordAppender> appenders[2]{kept->appender(), opened()->appender()};
 };
 
-TEST_P(RandomAppendingTest, HoldsWhatAMapHolds)
+TEST_P(RandomAppendingTest, AnswersWhatTheStoreInMemoryAnswers)
 {
-    plotix::RecordReader kept(connections);
     for (int round = 0; round < 4; ++round) {
         for (int i = 0; i < 12; ++i) {
             doSomething();
             ASSERT_NO_FATAL_FAILURE(expectEnds());
         }
-        ASSERT_NO_FATAL_FAILURE(expectEqual(kept, reference, {}, {}));
+        for (const auto& [owner, all] : properties)
+            ASSERT_NO_FATAL_FAILURE(expectEqual(owner, {}, {}));
     }
-    expectStatistics(reference);
-    const plotix::VerificationResult verified = plotix::verifyArchive(file());
+    expectStatistics();
+    const plotix::VerificationResult verified = opened()->verify(), expected = twin->verify({});
     EXPECT_TRUE(verified.isSound()) << verified.findings.join('\n').toStdString();
+    EXPECT_EQ(verified.records, expected.records);
+    EXPECT_EQ(verified.values, expected.values);
 }
 
 INSTANTIATE_TEST_SUITE_P(Seeds, RandomAppendingTest, testing::Range(1U, 6U));

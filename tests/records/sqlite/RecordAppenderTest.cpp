@@ -1,5 +1,3 @@
-#include "records/sqlite/RecordAppender.h"
-
 #include "base/ReportableError.h"
 #include "storage/LogCheckpointer.h"
 #include "tests/records/sqlite/ArchiveFixture.h"
@@ -9,12 +7,11 @@
 
 namespace {
 
-using plotix::RecordAppender;
 using plotix::ReportableError;
 
 class RecordAppenderTest : public ArchiveFixture {
 protected:
-    void append(double time, double value) { appender.append(agent, block({time}, {column(air, {value})})); }
+    void append(double time, double value) { appender->append(agent, block({time}, {column(air, {value})})); }
 
     /// One record of twelve properties at `time`.
     plotix::RecordBlock wideRecord(double time)
@@ -25,64 +22,19 @@ protected:
         return block({time}, columns);
     }
 
-    RecordAppender appender{file()};
+    std::unique_ptr<plotix::RecordAppender> appender = opened()->appender();
     std::vector<plotix::RowId> wide;
 };
 
-TEST_F(RecordAppenderTest, RecordsAreThereAtOnceAndInOrder)
-{
-    plotix::RecordReader reader(file());
-    for (int second = 0; second < 100; ++second) {
-        append(second, second * 2);
-        ASSERT_EQ(reader.summary(agent).records, static_cast<std::size_t>(second) + 1);
-    }
-    EXPECT_EQ(values(air, 10, 12), (Values{20, 22, 24}));
-}
-
-TEST_F(RecordAppenderTest, TheLastTimeIsTheArchives)
-{
-    EXPECT_EQ(appender.lastTime(agent), std::nullopt);
-    append(5, 1);
-    store(ramp(air, 100, 3));
-    EXPECT_EQ(appender.lastTime(agent), 102);
-}
-
-TEST_F(RecordAppenderTest, AFailedBlockLeavesNothingAndMayBeTriedAgain)
-{
-    append(1, 1);
-    EXPECT_THROW(appender.append(agent, block({2}, {column(4711, {2})})), ReportableError);
-    EXPECT_EQ(times(), std::vector<double>{1});
-    append(2, 2);
-    EXPECT_EQ(times(), (std::vector<double>{1, 2}));
-}
-
-TEST_F(RecordAppenderTest, AnotherWriterIsWaitedForAndWritesBetweenTwoRecords)
-{
-    append(1, 1);
-    {
-        plotix::RecordWriter other(file());
-        appender.setPatience(1);
-        EXPECT_THROW(append(2, 2), ReportableError);
-    }
-    append(2, 2);
-    store(ramp(air, 10, 2));
-    append(20, 3);
-    EXPECT_EQ(times(), (std::vector<double>{1, 2, 10, 11, 20}));
-}
-
 TEST(RecordAppenderEndTest, TheSiteIsOneFileWhenTheLastConnectionIsClosed)
 {
-    QTemporaryDir folder;
-    const QString file = folder.filePath("site.plotix");
-    plotix::Database::create(file, "Site");
+    SqliteFile file;
     {
-        RecordAppender appender(file);
-        plotix::Database database(file, plotix::Database::Access::ReadWrite);
-        database.execute("INSERT INTO agent(identifier, name) VALUES('a', 'a')");
-        appender.append(database.lastInsertedRow(), {plotix::SharedArray<double>::fromVector({1.0}), {}});
-        EXPECT_GT(QDir(folder.path()).entryList(QDir::Files).size(), 1);
+        const auto appender = file.opened()->appender();
+        appender->append(file.addAgent("a"), {plotix::SharedArray<double>::fromVector({1.0}), {}});
+        EXPECT_GT(QDir(file.folder.path()).entryList(QDir::Files).size(), 1);
     }
-    EXPECT_EQ(QDir(folder.path()).entryList(QDir::Files), QStringList{"site.plotix"});
+    EXPECT_EQ(QDir(file.folder.path()).entryList(QDir::Files), QStringList{"site.plotix"});
 }
 
 TEST_F(RecordAppenderTest, RecordsOneByOneFillWholeChunks)
@@ -128,7 +80,7 @@ TEST_F(RecordAppenderTest, ARecordOfTwelvePropertiesWritesLittleMoreThanAPage)
     if (before < 0)
         GTEST_SKIP() << "this system keeps no account of bytes written";
     for (int second = 0; second < kRecords; ++second)
-        appender.append(agent, wideRecord(second));
+        appender->append(agent, wideRecord(second));
     EXPECT_LT((bytesWritten() - before) / kRecords, 2 * kPage);
 }
 

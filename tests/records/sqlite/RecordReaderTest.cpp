@@ -1,5 +1,5 @@
 #include "base/ReportableError.h"
-#include "records/sqlite/ReadConnections.h"
+#include "records/sqlite/SqliteReader.h"
 #include "tests/records/sqlite/ArchiveFixture.h"
 
 #include <cmath>
@@ -12,8 +12,9 @@ namespace {
 
 using plotix::ReadConnections;
 using plotix::RecordBlock;
+using plotix::RecordExtent;
 using plotix::RecordOverview;
-using plotix::RecordReader;
+using plotix::SqliteReader;
 using plotix::StatisticsFrom;
 
 constexpr std::size_t kMany = 1'200'000;  ///< enough for a second thread
@@ -77,7 +78,7 @@ TEST_F(RecordReaderTest, ProgressOfALongReadNeverDecreasesAndEndsAtOne)
     storeMany();
     std::vector<double> told;
     const std::vector<plotix::RowId> both{air, wind};
-    RecordReader(file()).read(agent, both, {}, {}, [&](double fraction) {
+    opened()->read(agent, both, {}, {}, [&](double fraction) {
         told.push_back(fraction);
         return true;
     });
@@ -90,7 +91,7 @@ TEST_F(RecordReaderTest, ALongReadStopsWhenTold)
 {
     storeMany();
     const std::vector<plotix::RowId> both{air, wind};
-    EXPECT_FALSE(RecordReader(file()).read(agent, both, {}, {}, [](double fraction) { return fraction < 0.2; }));
+    EXPECT_FALSE(opened()->read(agent, both, {}, {}, [](double fraction) { return fraction < 0.2; }));
 }
 
 TEST_F(RecordReaderTest, ADamagedSegmentOfALongReadIsAnError)
@@ -100,30 +101,21 @@ TEST_F(RecordReaderTest, ADamagedSegmentOfALongReadIsAnError)
     EXPECT_THROW(read({air, wind}), plotix::ReportableError);
 }
 
-TEST_F(RecordReaderTest, OneReaderReadsAgainAndAgain)
-{
-    store(ramp(air, 0, 10));
-    RecordReader reader(file());
-    EXPECT_EQ(reader.read(agent, {}, {}, {})->times.size(), 10U);
-    store(ramp(air, 10, 5));
-    EXPECT_EQ(reader.read(agent, {}, {}, {})->times.size(), 15U);
-}
-
 TEST_F(RecordReaderTest, AnErrorLeavesTheConnectionUsable)
 {
     store(ramp(air, 0, 20'000));
     run("CREATE TABLE kept AS SELECT * FROM segment");
     run("UPDATE segment SET data = x'00'");
-    RecordReader reader(file());
-    EXPECT_THROW(reader.read(agent, {}, {}, {}), plotix::ReportableError);
+    const auto reader = opened();
+    EXPECT_THROW(reader->read(agent, {}, {}, {}), plotix::ReportableError);
     run("DELETE FROM segment; INSERT INTO segment SELECT * FROM kept");
-    EXPECT_EQ(reader.read(agent, {}, {}, {})->times.size(), 20'000U);
+    EXPECT_EQ(reader->read(agent, {}, {}, {})->times.size(), 20'000U);
 }
 
 TEST_F(RecordReaderTest, OverviewHasOneRunAChunk)
 {
     store(ramp(air, 0, 40'000));
-    const RecordOverview overview = RecordReader(file()).overview(agent, std::span(&air, 1));
+    const RecordOverview overview = opened()->overview(agent, std::span(&air, 1));
     ASSERT_EQ(overview.runs.size(), 3U);
     EXPECT_EQ(overview.runs[1].t0, 16'384);
     EXPECT_EQ(overview.runs[1].t1, 32'767);
@@ -136,17 +128,17 @@ TEST_F(RecordReaderTest, OverviewHasOneRunAChunk)
 TEST_F(RecordReaderTest, OverviewCoversTheRangeAlone)
 {
     store(ramp(air, 0, 40'000));
-    RecordReader reader(file());
-    EXPECT_EQ(reader.overview(agent, {}, 16'384, 20'000).runs.size(), 1U);
-    EXPECT_EQ(reader.overview(agent, {}, 50'000, {}).runs.size(), 0U);
-    EXPECT_EQ(reader.overview(agent, {}, 16'000, 20'000).runs.size(), 2U);
+    const auto reader = opened();
+    EXPECT_EQ(reader->overview(agent, {}, 16'384, 20'000).runs.size(), 1U);
+    EXPECT_EQ(reader->overview(agent, {}, 50'000, {}).runs.size(), 0U);
+    EXPECT_EQ(reader->overview(agent, {}, 16'000, 20'000).runs.size(), 2U);
 }
 
 TEST_F(RecordReaderTest, OverviewOfAPropertyWithoutValuesIsEmptyRuns)
 {
     store(ramp(air, 0, 20'000));
     const std::vector<plotix::RowId> both{wind, air};
-    const RecordOverview overview = RecordReader(file()).overview(agent, both);
+    const RecordOverview overview = opened()->overview(agent, both);
     ASSERT_EQ(overview.columns.size(), 2U);
     EXPECT_EQ(overview.columns[0].property, wind);
     EXPECT_EQ(overview.columns[0].summaries[0].valid, 0U);
@@ -159,32 +151,18 @@ TEST_F(RecordReaderTest, OverviewIsTheSameBesideManyProperties)
     for (int i = 0; i < 30; ++i)
         columns.push_back(column(addProperty(agent, QStringLiteral("p%1").arg(i)), {100, 100, 100}));
     store(block({1, 2, 3}, columns));
-    const RecordOverview overview = RecordReader(file()).overview(agent, std::span(&air, 1));
+    const RecordOverview overview = opened()->overview(agent, std::span(&air, 1));
     EXPECT_EQ(overview.columns[0].summaries[0].sum, 6);
-}
-
-TEST_F(RecordReaderTest, StatisticsAreTheSameFromSummariesAndValues)
-{
-    storeMany(100'000);
-    RecordReader reader(file());
-    for (const auto& [from, to] : {std::pair(0.0, 1e6), std::pair(10.5, 90'000.0), std::pair(5.0, 7.0)}) {
-        const auto stored = reader.statistics(agent, wind, from, to);
-        const auto decoded = reader.statistics(agent, wind, from, to, StatisticsFrom::Values);
-        EXPECT_EQ(stored.valid, decoded.valid);
-        EXPECT_EQ(stored.minimum, decoded.minimum);
-        EXPECT_EQ(stored.maximum, decoded.maximum);
-        EXPECT_NEAR(stored.average, decoded.average, 1e-9);
-    }
 }
 
 TEST_F(RecordReaderTest, KeptConnectionsServeOneAfterTheOther)
 {
     store(ramp(air, 0, 3));
-    const auto connections = ReadConnections::ofFile(file());
+    const auto connections = ReadConnections::ofFile(file(), SqliteFile::schema());
     for (int round = 0; round < 3; ++round) {
-        RecordReader reader(connections);
+        SqliteReader reader(connections);
         EXPECT_EQ(connections->inUse(), 1);
-        EXPECT_EQ(reader.summary(agent).records, 3U);
+        EXPECT_EQ(reader.extent(agent), (RecordExtent{0, 2}));
     }
     EXPECT_EQ(connections->inUse(), 0);
 }
@@ -192,23 +170,23 @@ TEST_F(RecordReaderTest, KeptConnectionsServeOneAfterTheOther)
 TEST_F(RecordReaderTest, AFileThatTakesThePlaceOfAnotherIsOpenedAnew)
 {
     store(ramp(air, 0, 3));
-    const auto connections = ReadConnections::ofFile(file());
-    EXPECT_EQ(RecordReader(connections).summary(agent).records, 3U);
+    const auto connections = ReadConnections::ofFile(file(), SqliteFile::schema());
+    EXPECT_EQ(SqliteReader(connections).extent(agent), (RecordExtent{0, 2}));
     const QString other = folder.filePath("other.plotix");
     run(qPrintable(QStringLiteral("VACUUM INTO '%1'").arg(other)));
-    plotix::RecordWriter writer(other);
-    writer.store(agent, ramp(air, 3, 4));
-    writer.commit();
+    const auto writer = plotix::SqliteRecordStore(other, SqliteFile::schema()).begin();
+    writer->store(agent, ramp(air, 3, 4));
+    writer->commit();
     std::filesystem::rename(other.toStdString(), file().toStdString());
-    EXPECT_EQ(RecordReader(connections).summary(agent).records, 7U);
+    EXPECT_EQ(SqliteReader(connections).extent(agent), (RecordExtent{0, 6}));
 }
 
 TEST_F(RecordReaderTest, AFileThatIsGoneIsAnErrorAlsoForKeptConnections)
 {
-    const auto connections = ReadConnections::ofFile(file());
-    RecordReader(connections).summary(agent);
+    const auto connections = ReadConnections::ofFile(file(), SqliteFile::schema());
+    SqliteReader(connections).extent(agent);
     QFile::remove(file());
-    EXPECT_THROW(RecordReader{connections}, plotix::ReportableError);
+    EXPECT_THROW(SqliteReader{connections}, plotix::ReportableError);
 }
 
 }  // namespace

@@ -1,5 +1,4 @@
 #include "base/ReportableError.h"
-#include "records/sqlite/RecordAppender.h"
 #include "tests/records/sqlite/ArchiveFixture.h"
 
 #include <cmath>
@@ -12,16 +11,16 @@ const auto kMissing = std::nullopt;
 class TailTest : public ArchiveFixture {
 protected:
     void append(double time, std::optional<double> value) { append(block({time}, {column(air, {value})})); }
-    void append(const plotix::RecordBlock& records) { plotix::RecordAppender(file()).append(agent, records); }
+    void append(const plotix::RecordBlock& records) { opened()->appender()->append(agent, records); }
     qint64 rows() { return ask("SELECT count(*) FROM tail"); }
     qint64 chunks() { return ask("SELECT count(*) FROM chunk"); }
 
     /// So many records at 0, 1, 2, … in rows alone.
     void fillTail(std::size_t count)
     {
-        plotix::RecordAppender appender(file());
+        const auto appender = opened()->appender();
         for (std::size_t done = 0; done < count; done += 1000)
-            appender.append(agent, ramp(air, static_cast<double>(done), std::min<std::size_t>(1000, count - done)));
+            appender->append(agent, ramp(air, static_cast<double>(done), std::min<std::size_t>(1000, count - done)));
         ASSERT_EQ(rows(), static_cast<qint64>(count));
     }
 };
@@ -126,19 +125,19 @@ TEST_F(TailTest, TheTailsOfAgentsAreApart)
     const plotix::RowId other = addAgent("Two");
     const plotix::RowId rain = addProperty(other, "rain");
     append(1, 1);
-    plotix::RecordAppender(file()).append(other, ramp(rain, 100, 3));
+    opened()->appender()->append(other, ramp(rain, 100, 3));
     EXPECT_EQ(times(), std::vector<double>{1});
-    EXPECT_EQ(plotix::RecordReader(file()).summary(other).records, 3U);
-    EXPECT_EQ(plotix::RecordAppender(file()).lastTime(other), 102);
+    EXPECT_EQ(countIn(*opened(), other), 3U);
+    EXPECT_EQ(opened()->extent(other)->last, 102);
 }
 
 TEST_F(TailTest, AnotherConnectionsRecordsAreSeenByAnAppender)
 {
-    plotix::RecordAppender appender(file());
-    appender.append(agent, ramp(air, 0, 1));
+    const auto appender = opened()->appender();
+    appender->append(agent, ramp(air, 0, 1));
     store(ramp(air, 10, 3));
-    appender.append(agent, block({5}, {column(air, {55})}));
-    appender.append(agent, block({20}, {column(air, {66})}));
+    appender->append(agent, block({5}, {column(air, {55})}));
+    appender->append(agent, block({20}, {column(air, {66})}));
     EXPECT_EQ(times(), (std::vector<double>{0, 5, 10, 11, 12, 20}));
     EXPECT_EQ(values(air), (Values{0, 55, 10, 11, 12, 66}));
 }

@@ -1,6 +1,6 @@
 #include "records/store/Records.h"
 
-#include "tests/records/sqlite/ArchiveFixture.h"
+#include "tests/records/BlockFixture.h"
 
 #include <cmath>
 
@@ -9,7 +9,7 @@ namespace {
 using plotix::Records;
 using plotix::RecordsView;
 
-class RecordsTest : public ArchiveFixture {
+class RecordsTest : public BlockFixture {
 protected:
     static RecordsView viewOf(const plotix::RecordBlock& block) { return RecordsView::of(block); }
     static std::vector<double> timesOf(const Records& records)

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "hostapp/document/SiteDocument.h"
-#include "records/sqlite/RecordArchive.h"
+#include "records/store/RecordStore.h"
 
 #include <QtCore/QTemporaryDir>
 
@@ -33,9 +33,9 @@ public:
         block.columns.push_back({agent.siteProperties().front()->description().id,
                                  plotix::SharedArray<double>::fromVector(std::move(values)),
                                  {}});
-        plotix::RecordWriter writer(path());
-        writer.store(agent.id(), block);
-        writer.commit();
+        const auto writer = document->records()->begin();
+        writer->store(agent.id(), block);
+        writer->commit();
     }
 
     void reopen()

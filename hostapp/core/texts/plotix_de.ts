@@ -1,0 +1,1399 @@
+<?xml version="1.0" encoding="utf-8"?>
+<!DOCTYPE TS>
+<TS version="2.1" language="de" sourcelanguage="en">
+<context>
+    <name>CPTGraphHostingView</name>
+    <message>
+        <source>Graph</source>
+        <translation>Diagramm</translation>
+    </message>
+    <message>
+        <source>Arrow keys pan, plus and minus zoom, Home shows everything.</source>
+        <translation>Pfeiltasten verschieben, Plus und Minus vergrößern und verkleinern, Pos1 zeigt alles.</translation>
+    </message>
+</context>
+<context>
+    <name>ImportText</name>
+    <message>
+        <source>this is no text in UTF-8; save it as CSV in UTF-8 and import it again</source>
+        <translation>das ist kein Text in UTF-8; speichern Sie die Datei als CSV in UTF-8 und importieren Sie sie dann</translation>
+    </message>
+    <message>
+        <source>some dates have the day first and others the month; say which is meant with --date-order dmy or --date-order mdy</source>
+        <translation>bei manchen Datumsangaben steht der Tag vorn, bei anderen der Monat; wählen Sie unter „Datumsangaben“, was gilt</translation>
+    </message>
+    <message>
+        <source>no date in the file tells the day from the month; say which comes first with --date-order dmy or --date-order mdy</source>
+        <translation>keine Datumsangabe der Datei verrät, was Tag und was Monat ist; wählen Sie unter „Datumsangaben“, was vorn steht</translation>
+    </message>
+    <message>
+        <source>Dates are read with the day first.</source>
+        <translation>Datumsangaben wurden mit dem Tag vor dem Monat gelesen.</translation>
+    </message>
+    <message>
+        <source>Dates are read with the month first.</source>
+        <translation>Datumsangaben wurden mit dem Monat vor dem Tag gelesen.</translation>
+    </message>
+    <message>
+        <source>no row has the texts asked for with --where</source>
+        <translation>keine Zeile hat die gesuchten Texte</translation>
+    </message>
+    <message>
+        <source>no row could be read: %1</source>
+        <translation>keine Zeile war lesbar: %1</translation>
+    </message>
+    <message>
+        <source>no column holds numbers besides the time in “%1” (columns: %2)</source>
+        <translation>keine Spalte enthält Zahlen außer der Zeit in „%1“ (Spalten: %2)</translation>
+    </message>
+    <message>
+        <source>cancelled; nothing was stored</source>
+        <translation>abgebrochen; nichts wurde gespeichert</translation>
+    </message>
+    <message>
+        <source>column “%1” is in %2, but the agent&apos;s property of that name is in %3; give it another name with --name</source>
+        <translation>die Spalte „%1“ ist in %2, die Größe dieses Namens aber in %3; importieren Sie in eine andere Quelle</translation>
+    </message>
+    <message>
+        <source>no unit</source>
+        <translation>keiner Einheit</translation>
+    </message>
+    <message>
+        <source>%1 names the column “%2”, which is not there (columns: %3)</source>
+        <translation>%1 nennt die Spalte „%2“, die es nicht gibt (Spalten: %3)</translation>
+    </message>
+    <message>
+        <source>“%1”, given with --unit for the column “%2”, is no unit that is known; write it like °C, hPa, m/s, % or mph</source>
+        <translation>„%1“, mit --unit für die Spalte „%2“ genannt, ist keine bekannte Einheit; schreiben Sie sie wie °C, hPa, m/s, % oder mph</translation>
+    </message>
+    <message>
+        <source>--time</source>
+        <translation>Zeitspalte</translation>
+    </message>
+    <message>
+        <source>--where</source>
+        <translation>Zeilen</translation>
+    </message>
+    <message>
+        <source>the header stands for %1</source>
+        <translation>die Kopfzeile %1 vorsieht</translation>
+    </message>
+    <message>
+        <source>the rows before have %1</source>
+        <translation>die Zeilen davor %1 haben</translation>
+    </message>
+    <message>
+        <source>the row has %1 columns where %2: %3</source>
+        <translation>die Zeile hat %1 Spalten, wo %2: %3</translation>
+    </message>
+    <message>
+        <source>cannot be read: %1</source>
+        <translation>kann nicht gelesen werden: %1</translation>
+    </message>
+    <message>
+        <source>%1 is no time</source>
+        <translation>%1 ist keine Zeit</translation>
+    </message>
+    <message>
+        <source>1 row</source>
+        <translation>1 Zeile</translation>
+    </message>
+    <message>
+        <source>%1 rows</source>
+        <translation>%1 Zeilen</translation>
+    </message>
+    <message>
+        <source>1 value</source>
+        <translation>1 Wert</translation>
+    </message>
+    <message>
+        <source>%1 values</source>
+        <translation>%1 Werte</translation>
+    </message>
+    <message>
+        <source>1 record</source>
+        <translation>1 Messzeile</translation>
+    </message>
+    <message>
+        <source>%1 records</source>
+        <translation>%1 Messzeilen</translation>
+    </message>
+    <message>
+        <source>%1 with another text in the --where column passed over.</source>
+        <translation>%1 mit anderem Text in der genannten Spalte übergangen.</translation>
+    </message>
+    <message>
+        <source>%1 earlier than the row before; sorted by time.</source>
+        <translation>%1 früher als die Zeile davor; nach der Zeit geordnet.</translation>
+    </message>
+    <message>
+        <source>%1 at a time that comes again later; the last one was kept.</source>
+        <translation>%1 zu einer Zeit, die später noch einmal vorkommt; die letzte gilt.</translation>
+    </message>
+    <message>
+        <source>%1 that did not parse passed over, the first: %2.</source>
+        <translation>%1 übergangen, weil nicht lesbar; die erste: %2.</translation>
+    </message>
+    <message>
+        <source>Left out, without a single number: %1.</source>
+        <translation>Weggelassen, weil ohne eine einzige Zahl: %1.</translation>
+    </message>
+    <message>
+        <source>%1 from %2 stored for %3 in %4 (new)%5.</source>
+        <translation>%1 aus %2 für %3 in %4 gespeichert (neu)%5.</translation>
+    </message>
+    <message>
+        <source>%1 from %2 stored for %3 in %4%5.</source>
+        <translation>%1 aus %2 für %3 in %4 gespeichert%5.</translation>
+    </message>
+    <message>
+        <source>, %1 to %2</source>
+        <translation>, %1 bis %2</translation>
+    </message>
+    <message>
+        <source>line %1: %2</source>
+        <translation>Zeile %1: %2</translation>
+    </message>
+    <message>
+        <source>line %1, column “%2”: %3</source>
+        <translation>Zeile %1, Spalte „%2“: %3</translation>
+    </message>
+    <message>
+        <source>%1 is no number</source>
+        <translation>%1 ist keine Zahl</translation>
+    </message>
+    <message>
+        <source>“%1” is no time zone; give a name such as Europe/Berlin, or an offset such as +02:00</source>
+        <translation>„%1“ ist keine Zeitzone; nennen Sie eine wie Europe/Berlin, oder einen Abstand wie +02:00</translation>
+    </message>
+    <message>
+        <source>the time zone “%1” cannot be used</source>
+        <translation>die Zeitzone „%1“ lässt sich nicht verwenden</translation>
+    </message>
+    <message>
+        <source>The header names %1 columns and the rows have %2</source>
+        <translation>Die Kopfzeile nennt %1 Spalten, und die Zeilen haben %2</translation>
+    </message>
+    <message>
+        <source>%1: the first column, which has no name, counts the rows and is left out; the names (%2) belong to columns 2 to %3.</source>
+        <translation>%1: die erste, namenlose Spalte zählt die Zeilen und bleibt weg; die Namen (%2) gehören zu den Spalten 2 bis %3.</translation>
+    </message>
+    <message>
+        <source>%1: the last column is always empty and is left out.</source>
+        <translation>%1: die letzte Spalte ist immer leer und bleibt weg.</translation>
+    </message>
+    <message>
+        <source>line %1: the header names %2 columns and the rows have %3, and the extra column neither counts the rows nor is empty; complete the header</source>
+        <translation>Zeile %1: die Kopfzeile nennt %2 Spalten, die Zeilen haben %3, und die überzählige Spalte zählt weder die Zeilen noch ist sie leer; vervollständigen Sie die Kopfzeile</translation>
+    </message>
+    <message>
+        <source>The first column has no name; it counts the rows and is left out.</source>
+        <translation>Die erste Spalte hat keinen Namen; sie zählt die Zeilen und bleibt weg.</translation>
+    </message>
+    <message>
+        <source>the file is empty</source>
+        <translation>die Datei ist leer</translation>
+    </message>
+    <message>
+        <source>the file has a header and no rows</source>
+        <translation>die Datei hat eine Kopfzeile und keine Zeilen</translation>
+    </message>
+    <message>
+        <source>The file has no header; its columns are called Column 1 to Column %1.</source>
+        <translation>Die Datei hat keine Kopfzeile; ihre Spalten heißen Column 1 bis Column %1.</translation>
+    </message>
+    <message>
+        <source>line %1: the row has %2 columns where the header names %3</source>
+        <translation>Zeile %1: die Zeile hat %2 Spalten, wo die Kopfzeile %3 nennt</translation>
+    </message>
+    <message>
+        <source>line %1: a quotation mark opened here is never closed</source>
+        <translation>Zeile %1: ein hier geöffnetes Anführungszeichen wird nie geschlossen</translation>
+    </message>
+    <message>
+        <source>reading failed: %1</source>
+        <translation>das Lesen misslang: %1</translation>
+    </message>
+    <message>
+        <source>column “%1” holds no times; name another with --time (columns: %2)</source>
+        <translation>die Spalte „%1“ enthält keine Zeiten; nennen Sie unter „Zeitspalte“ eine andere (Spalten: %2)</translation>
+    </message>
+    <message>
+        <source>no column looks like times; name one with --time (columns: %1)</source>
+        <translation>keine Spalte sieht nach Zeiten aus; nennen Sie eine unter „Zeitspalte“ (Spalten: %1)</translation>
+    </message>
+</context>
+<context>
+    <name>KTVDataClusterViewController</name>
+    <message>
+        <source>Date range</source>
+        <translation>Zeitraum</translation>
+    </message>
+    <message>
+        <source>From</source>
+        <translation>Von</translation>
+    </message>
+    <message>
+        <source>From date</source>
+        <translation>Von-Datum</translation>
+    </message>
+    <message>
+        <source>Start of the range; Return refreshes</source>
+        <translation>Beginn des Zeitraums; die Eingabetaste aktualisiert</translation>
+    </message>
+    <message>
+        <source>To</source>
+        <translation>Bis</translation>
+    </message>
+    <message>
+        <source>To date</source>
+        <translation>Bis-Datum</translation>
+    </message>
+    <message>
+        <source>End of the range; Return refreshes</source>
+        <translation>Ende des Zeitraums; die Eingabetaste aktualisiert</translation>
+    </message>
+    <message>
+        <source>Quick range</source>
+        <translation>Zeitraum</translation>
+    </message>
+    <message>
+        <source>Set both dates to a named range</source>
+        <translation>Beide Daten auf einen benannten Zeitraum setzen</translation>
+    </message>
+    <message>
+        <source>Quick Range</source>
+        <translation>Zeitraum</translation>
+    </message>
+    <message>
+        <source>Refresh</source>
+        <translation>Aktualisieren</translation>
+    </message>
+</context>
+<context>
+    <name>KTVPlotixPlugIn</name>
+    <message>
+        <source>Graph</source>
+        <translation>Diagramm</translation>
+    </message>
+    <message>
+        <source>Share</source>
+        <translation>Teilen</translation>
+    </message>
+    <message>
+        <source>Show or hide the details</source>
+        <translation>Einzelheiten zeigen oder verbergen</translation>
+    </message>
+    <message>
+        <source>Details</source>
+        <translation>Einzelheiten</translation>
+    </message>
+    <message>
+        <source>Property Details</source>
+        <translation>Einzelheiten der Größen</translation>
+    </message>
+    <message>
+        <source>Statistics</source>
+        <translation>Statistik</translation>
+    </message>
+</context>
+<context>
+    <name>KTVPlotixToolbarPlugIn</name>
+    <message>
+        <source>&amp;Properties to plot</source>
+        <translation>&amp;Größen für den Trend</translation>
+    </message>
+    <message>
+        <source>Properties to plot</source>
+        <translation>Größen für den Trend</translation>
+    </message>
+    <message>
+        <source>Space ticks the selected properties</source>
+        <translation>Die Leertaste kreuzt die ausgewählten Größen an</translation>
+    </message>
+    <message>
+        <source>&amp;Title</source>
+        <translation>&amp;Titel</translation>
+    </message>
+    <message>
+        <source>Title</source>
+        <translation>Titel</translation>
+    </message>
+    <message>
+        <source>&amp;Open in separate window</source>
+        <translation>In eigenem &amp;Fenster öffnen</translation>
+    </message>
+    <message>
+        <source>Cancel</source>
+        <translation>Abbrechen</translation>
+    </message>
+    <message>
+        <source>Done</source>
+        <translation>Fertig</translation>
+    </message>
+</context>
+<context>
+    <name>MemoryText</name>
+    <message>
+        <source>The records do not fit into memory: choose a shorter range.</source>
+        <translation>Die Daten passen nicht in den Speicher: wählen Sie einen kürzeren Zeitraum.</translation>
+    </message>
+    <message>
+        <source>%1 years</source>
+        <translation>%1 Jahre</translation>
+    </message>
+    <message>
+        <source>%1 days</source>
+        <translation>%1 Tage</translation>
+    </message>
+    <message>
+        <source>%1 hours</source>
+        <translation>%1 Stunden</translation>
+    </message>
+    <message>
+        <source>%1 minutes</source>
+        <translation>%1 Minuten</translation>
+    </message>
+    <message>
+        <source>%1 seconds</source>
+        <translation>%1 Sekunden</translation>
+    </message>
+    <message>
+        <source>%1 GB</source>
+        <translation>%1 GB</translation>
+    </message>
+    <message>
+        <source>%1 MB</source>
+        <translation>%1 MB</translation>
+    </message>
+    <message>
+        <source>%1 kB</source>
+        <translation>%1 kB</translation>
+    </message>
+    <message>
+        <source>1 property</source>
+        <translation>1 Größe</translation>
+    </message>
+    <message>
+        <source>%1 properties</source>
+        <translation>%1 Größen</translation>
+    </message>
+    <message>
+        <source>%1 of %2 need %3 of memory, but %4 may be used: choose a range of at most %5, or allow more with PLOTIX_MEMORY_BUDGET.</source>
+        <translation>%1 mit %2 brauchen %3 Speicher, erlaubt sind %4: wählen Sie höchstens %5, oder erlauben Sie mehr mit PLOTIX_MEMORY_BUDGET.</translation>
+    </message>
+</context>
+<context>
+    <name>NewTrend</name>
+    <message>
+        <source>New Trend</source>
+        <translation>Neuer Trend</translation>
+    </message>
+    <message>
+        <source>%1 and %2</source>
+        <translation>%1 und %2</translation>
+    </message>
+    <message>
+        <source>%1, %2 and %3 more</source>
+        <translation>%1, %2 und %3 weitere</translation>
+    </message>
+</context>
+<context>
+    <name>Plotix</name>
+    <message>
+        <source>Show</source>
+        <translation>Zeigen</translation>
+    </message>
+    <message>
+        <source>Color</source>
+        <translation>Farbe</translation>
+    </message>
+    <message>
+        <source>Property</source>
+        <translation>Größe</translation>
+    </message>
+    <message>
+        <source>Unit</source>
+        <translation>Einheit</translation>
+    </message>
+    <message>
+        <source>Minimum</source>
+        <translation>Minimum</translation>
+    </message>
+    <message>
+        <source>Maximum</source>
+        <translation>Maximum</translation>
+    </message>
+    <message>
+        <source>Average</source>
+        <translation>Mittelwert</translation>
+    </message>
+    <message>
+        <source>No. of Points</source>
+        <translation>Anzahl Punkte</translation>
+    </message>
+    <message>
+        <source>shown</source>
+        <translation>gezeigt</translation>
+    </message>
+    <message>
+        <source>hidden</source>
+        <translation>verborgen</translation>
+    </message>
+    <message>
+        <source>From</source>
+        <translation>Von</translation>
+    </message>
+    <message>
+        <source>To</source>
+        <translation>Bis</translation>
+    </message>
+    <message>
+        <source>Quick Range</source>
+        <translation>Zeitraum</translation>
+    </message>
+    <message>
+        <source>Cancel</source>
+        <translation>Abbrechen</translation>
+    </message>
+    <message>
+        <source>Refresh</source>
+        <translation>Aktualisieren</translation>
+    </message>
+    <message>
+        <source>Illegal Date Range</source>
+        <translation>Unzulässiger Zeitraum</translation>
+    </message>
+    <message>
+        <source>The &quot;from&quot; date must be less than the &quot;to&quot; date.</source>
+        <translation>Der Anfang muss vor dem Ende liegen.</translation>
+    </message>
+    <message>
+        <source>Database Access Error</source>
+        <translation>Fehler beim Zugriff auf die Datenbank</translation>
+    </message>
+    <message>
+        <source>Returned object was malformed.</source>
+        <translation>Die Antwort war nicht lesbar.</translation>
+    </message>
+    <message>
+        <source>No Properties Available to Plot</source>
+        <translation>Keine Größen zum Zeichnen</translation>
+    </message>
+    <message>
+        <source>No Data Available for Date Range</source>
+        <translation>Keine Daten in diesem Zeitraum</translation>
+    </message>
+    <message>
+        <source>New Trend</source>
+        <translation>Neuer Trend</translation>
+    </message>
+    <message>
+        <source>Remove</source>
+        <translation>Entfernen</translation>
+    </message>
+    <message>
+        <source>Today</source>
+        <translation>Heute</translation>
+    </message>
+    <message>
+        <source>Last 24 Hours</source>
+        <translation>Letzte 24 Stunden</translation>
+    </message>
+    <message>
+        <source>Yesterday</source>
+        <translation>Gestern</translation>
+    </message>
+    <message>
+        <source>This Week</source>
+        <translation>Diese Woche</translation>
+    </message>
+    <message>
+        <source>Last Week</source>
+        <translation>Letzte Woche</translation>
+    </message>
+    <message>
+        <source>Last 7 Days</source>
+        <translation>Letzte 7 Tage</translation>
+    </message>
+    <message>
+        <source>This Month</source>
+        <translation>Dieser Monat</translation>
+    </message>
+    <message>
+        <source>Last Month</source>
+        <translation>Letzter Monat</translation>
+    </message>
+    <message>
+        <source>Last 30 Days</source>
+        <translation>Letzte 30 Tage</translation>
+    </message>
+    <message>
+        <source>This Year</source>
+        <translation>Dieses Jahr</translation>
+    </message>
+    <message>
+        <source>Last Year</source>
+        <translation>Letztes Jahr</translation>
+    </message>
+    <message>
+        <source>Last 12 Months</source>
+        <translation>Letzte 12 Monate</translation>
+    </message>
+    <message>
+        <source>All Time</source>
+        <translation>Gesamter Zeitraum</translation>
+    </message>
+</context>
+<context>
+    <name>ProgramServices</name>
+    <message>
+        <source>Cancel</source>
+        <translation>Abbrechen</translation>
+    </message>
+</context>
+<context>
+    <name>ProgressIndicator</name>
+    <message>
+        <source>Fetching records</source>
+        <translation>Messwerte werden geholt</translation>
+    </message>
+</context>
+<context>
+    <name>PropertyDetailsTableView</name>
+    <message>
+        <source>Show %1</source>
+        <translation>%1 zeigen</translation>
+    </message>
+</context>
+<context>
+    <name>ReportPrinter</name>
+    <message>
+        <source>The printer does not take the report.</source>
+        <translation>Der Drucker nimmt den Bericht nicht an.</translation>
+    </message>
+    <message>
+        <source>This view has no report to print.</source>
+        <translation>Diese Ansicht hat keinen Bericht zu drucken.</translation>
+    </message>
+</context>
+<context>
+    <name>SharedPictureText</name>
+    <message>
+        <source>No program took it. Save the image instead.</source>
+        <translation>Kein Programm nahm es an. Sichern Sie es stattdessen.</translation>
+    </message>
+    <message>
+        <source>No program for mail is set up.</source>
+        <translation>Kein E-Mail-Programm ist eingerichtet.</translation>
+    </message>
+    <message>
+        <source>No program for pictures is set up.</source>
+        <translation>Kein Programm für Bilder ist eingerichtet.</translation>
+    </message>
+    <message>
+        <source>Trend from Plotix</source>
+        <translation>Trend aus Plotix</translation>
+    </message>
+    <message>
+        <source>The picture is in %1.</source>
+        <translation>Das Bild liegt in %1.</translation>
+    </message>
+    <message>
+        <source>The temporary picture cannot be written.</source>
+        <translation>Das vorläufige Bild kann nicht geschrieben werden.</translation>
+    </message>
+</context>
+<context>
+    <name>SiteMenus</name>
+    <message>
+        <source>&amp;File</source>
+        <translation>&amp;Datei</translation>
+    </message>
+    <message>
+        <source>&amp;New Site…</source>
+        <translation>&amp;Neue Anlage …</translation>
+    </message>
+    <message>
+        <source>&amp;Open Site…</source>
+        <translation>Anlage ö&amp;ffnen …</translation>
+    </message>
+    <message>
+        <source>Open &amp;Recent</source>
+        <translation>Zuletzt geöffnete &amp;Anlagen</translation>
+    </message>
+    <message>
+        <source>&amp;Import…</source>
+        <translation>&amp;Importieren …</translation>
+    </message>
+    <message>
+        <source>Record This Comp&amp;uter</source>
+        <translation>&amp;Diesen Rechner aufzeichnen</translation>
+    </message>
+    <message>
+        <source>Na&amp;me and Location…</source>
+        <translation>Name und &amp;Ort …</translation>
+    </message>
+    <message>
+        <source>&amp;Export Image…</source>
+        <translation>&amp;Bild exportieren …</translation>
+    </message>
+    <message>
+        <source>Export &amp;Graph as PNG…</source>
+        <translation>Diagramm als PN&amp;G exportieren …</translation>
+    </message>
+    <message>
+        <source>Export Graph as P&amp;DF…</source>
+        <translation>Diagramm als &amp;PDF exportieren …</translation>
+    </message>
+    <message>
+        <source>Expor&amp;t Report as PDF…</source>
+        <translation>Be&amp;richt als PDF exportieren …</translation>
+    </message>
+    <message>
+        <source>&amp;Print…</source>
+        <translation>Dr&amp;ucken …</translation>
+    </message>
+    <message>
+        <source>Serve on the &amp;Web</source>
+        <translation>Im &amp;Web zeigen</translation>
+    </message>
+    <message>
+        <source>Browsers on this machine see the trends.</source>
+        <translation>Browser auf diesem Rechner sehen die Trends.</translation>
+    </message>
+    <message>
+        <source>Copy Web &amp;Address</source>
+        <translation>Web-Adresse &amp;kopieren</translation>
+    </message>
+    <message>
+        <source>&amp;Close</source>
+        <translation>S&amp;chließen</translation>
+    </message>
+    <message>
+        <source>&amp;Quit</source>
+        <translation>B&amp;eenden</translation>
+    </message>
+    <message>
+        <source>&amp;Edit</source>
+        <translation>&amp;Bearbeiten</translation>
+    </message>
+    <message>
+        <source>&amp;Undo</source>
+        <translation>&amp;Rückgängig:</translation>
+    </message>
+    <message>
+        <source>&amp;Redo</source>
+        <translation>&amp;Wiederholen:</translation>
+    </message>
+    <message>
+        <source>&amp;View</source>
+        <translation>&amp;Ansicht</translation>
+    </message>
+    <message>
+        <source>&amp;Refresh</source>
+        <translation>&amp;Aktualisieren</translation>
+    </message>
+    <message>
+        <source>&amp;Fit</source>
+        <translation>Alles &amp;zeigen</translation>
+    </message>
+    <message>
+        <source>F&amp;ollow</source>
+        <translation>&amp;Folgen</translation>
+    </message>
+    <message>
+        <source>Zoom &amp;Time Only</source>
+        <translation>Nur die Z&amp;eit zoomen</translation>
+    </message>
+    <message>
+        <source>Zoom &amp;Values Only</source>
+        <translation>Nur die &amp;Werte zoomen</translation>
+    </message>
+    <message>
+        <source>As if Alt were held down: values stay as they are.</source>
+        <translation>Als wäre Alt gedrückt: Die Werte bleiben, wie sie sind.</translation>
+    </message>
+    <message>
+        <source>As if Shift were held down: time stays as it is.</source>
+        <translation>Als wäre die Umschalttaste gedrückt: Die Zeit bleibt, wie sie ist.</translation>
+    </message>
+    <message>
+        <source>&amp;Trend</source>
+        <translation>&amp;Trend</translation>
+    </message>
+    <message>
+        <source>&amp;New Trend from Ticked Properties</source>
+        <translation>&amp;Neuer Trend aus angekreuzten Größen</translation>
+    </message>
+    <message>
+        <source>&amp;Rename Trend</source>
+        <translation>Trend &amp;umbenennen</translation>
+    </message>
+    <message>
+        <source>&amp;Open in Separate Window</source>
+        <translation>In eigenem &amp;Fenster öffnen</translation>
+    </message>
+    <message>
+        <source>&amp;Bring Back into Site Window</source>
+        <translation>&amp;Zurück ins Anlagenfenster</translation>
+    </message>
+    <message>
+        <source>Move &amp;Up</source>
+        <translation>Nach &amp;oben</translation>
+    </message>
+    <message>
+        <source>Move Do&amp;wn</source>
+        <translation>Nach un&amp;ten</translation>
+    </message>
+    <message>
+        <source>&amp;Delete Trend</source>
+        <translation>Trend &amp;löschen</translation>
+    </message>
+    <message>
+        <source>&amp;Window</source>
+        <translation>&amp;Fenster</translation>
+    </message>
+    <message>
+        <source>Mi&amp;nimize</source>
+        <translation>&amp;Minimieren</translation>
+    </message>
+    <message>
+        <source>Bring &amp;All to Front</source>
+        <translation>&amp;Alle nach vorn</translation>
+    </message>
+    <message>
+        <source>&amp;Help</source>
+        <translation>&amp;Hilfe</translation>
+    </message>
+    <message>
+        <source>&amp;Plotix Help</source>
+        <translation>Plotix-&amp;Hilfe</translation>
+    </message>
+    <message>
+        <source>&amp;Getting Started</source>
+        <translation>&amp;Erste Schritte</translation>
+    </message>
+    <message>
+        <source>&amp;About Plotix</source>
+        <translation>Ü&amp;ber Plotix</translation>
+    </message>
+</context>
+<context>
+    <name>TrendCommandText</name>
+    <message>
+        <source>Delete “%1”</source>
+        <translation>„%1“ löschen</translation>
+    </message>
+    <message>
+        <source>Rename to “%1”</source>
+        <translation>Umbenennen in „%1“</translation>
+    </message>
+    <message>
+        <source>Move “%1”</source>
+        <translation>„%1“ verschieben</translation>
+    </message>
+</context>
+<context>
+    <name>plotix::DesktopUserInterface</name>
+    <message>
+        <source>Save</source>
+        <translation>Sichern</translation>
+    </message>
+    <message>
+        <source>%1 files (*.%2)</source>
+        <translation>%1-Dateien (*.%2)</translation>
+    </message>
+    <message>
+        <source>&amp;Copy Image</source>
+        <translation>Bild &amp;kopieren</translation>
+    </message>
+    <message>
+        <source>&amp;Save Image…</source>
+        <translation>Bild &amp;sichern …</translation>
+    </message>
+    <message>
+        <source>The image could not be saved</source>
+        <translation>Das Bild konnte nicht gesichert werden</translation>
+    </message>
+    <message>
+        <source>“%1” cannot be written.</source>
+        <translation>„%1“ kann nicht geschrieben werden.</translation>
+    </message>
+    <message>
+        <source>The picture could not be passed on</source>
+        <translation>Das Bild konnte nicht weitergegeben werden</translation>
+    </message>
+    <message>
+        <source>&amp;Mail…</source>
+        <translation>Per &amp;E-Mail senden …</translation>
+    </message>
+    <message>
+        <source>Open &amp;With…</source>
+        <translation>Öffnen &amp;mit …</translation>
+    </message>
+</context>
+<context>
+    <name>plotix::ExportImageDialog</name>
+    <message>
+        <source>Export Image</source>
+        <translation>Bild exportieren</translation>
+    </message>
+    <message>
+        <source> points</source>
+        <translation> Punkt</translation>
+    </message>
+    <message>
+        <source> pixels a point</source>
+        <translation> Pixel je Punkt</translation>
+    </message>
+    <message>
+        <source>&amp;Width:</source>
+        <translation>&amp;Breite:</translation>
+    </message>
+    <message>
+        <source>&amp;Height:</source>
+        <translation>&amp;Höhe:</translation>
+    </message>
+    <message>
+        <source>&amp;Density:</source>
+        <translation>&amp;Dichte:</translation>
+    </message>
+    <message>
+        <source>&amp;Title:</source>
+        <translation>&amp;Titel:</translation>
+    </message>
+    <message>
+        <source>&amp;Export…</source>
+        <translation>&amp;Exportieren …</translation>
+    </message>
+    <message>
+        <source>%1 × %2 pixels</source>
+        <translation>%1 × %2 Pixel</translation>
+    </message>
+</context>
+<context>
+    <name>plotix::HelpWindow</name>
+    <message>
+        <source>Getting Started</source>
+        <translation>Erste Schritte</translation>
+    </message>
+    <message>
+        <source>Trends</source>
+        <translation>Trends</translation>
+    </message>
+    <message>
+        <source>Date Ranges</source>
+        <translation>Zeiträume</translation>
+    </message>
+    <message>
+        <source>Properties and Units</source>
+        <translation>Größen und Einheiten</translation>
+    </message>
+    <message>
+        <source>Importing</source>
+        <translation>Importieren</translation>
+    </message>
+    <message>
+        <source>Recording This Computer</source>
+        <translation>Diesen Rechner aufzeichnen</translation>
+    </message>
+    <message>
+        <source>Following</source>
+        <translation>Folgen</translation>
+    </message>
+    <message>
+        <source>Exporting and Printing</source>
+        <translation>Exportieren und Drucken</translation>
+    </message>
+    <message>
+        <source>Web</source>
+        <translation>Web</translation>
+    </message>
+    <message>
+        <source>Command Line</source>
+        <translation>Befehlszeile</translation>
+    </message>
+    <message>
+        <source>Plotix Help</source>
+        <translation>Plotix-Hilfe</translation>
+    </message>
+    <message>
+        <source>Help text</source>
+        <translation>Hilfetext</translation>
+    </message>
+    <message>
+        <source>Find in page</source>
+        <translation>Auf der Seite suchen</translation>
+    </message>
+    <message>
+        <source>Contents</source>
+        <translation>Inhalt</translation>
+    </message>
+    <message>
+        <source>Not on this page</source>
+        <translation>Nicht auf dieser Seite</translation>
+    </message>
+</context>
+<context>
+    <name>plotix::ImportDialog</name>
+    <message>
+        <source>&amp;Skip rows that cannot be read</source>
+        <translation>Zeilen, die nicht lesbar sind, ü&amp;bergehen</translation>
+    </message>
+    <message>
+        <source>Import Measurements</source>
+        <translation>Messwerte importieren</translation>
+    </message>
+    <message>
+        <source>The source of these measurements; a new name makes a new one.</source>
+        <translation>Woher diese Messwerte stammen; ein neuer Name legt eine neue Quelle an.</translation>
+    </message>
+    <message>
+        <source>all, or those with a text in a column, such as origin=EWR</source>
+        <translation>alle, oder die mit einem Text in einer Spalte, etwa origin=EWR</translation>
+    </message>
+    <message>
+        <source>found out, or the heading of a column</source>
+        <translation>wird erkannt, oder die Überschrift einer Spalte</translation>
+    </message>
+    <message>
+        <source>yours, or such as Europe/Berlin or +01:00</source>
+        <translation>Ihre, oder etwa Europe/Berlin oder +01:00</translation>
+    </message>
+    <message>
+        <source>Found out from the file</source>
+        <translation>Aus der Datei erkannt</translation>
+    </message>
+    <message>
+        <source>Day before month</source>
+        <translation>Tag vor Monat</translation>
+    </message>
+    <message>
+        <source>Month before day</source>
+        <translation>Monat vor Tag</translation>
+    </message>
+    <message>
+        <source>&amp;Choose…</source>
+        <translation>&amp;Wählen …</translation>
+    </message>
+    <message>
+        <source>&amp;File:</source>
+        <translation>&amp;Datei:</translation>
+    </message>
+    <message>
+        <source>&amp;Agent:</source>
+        <translation>&amp;Quelle:</translation>
+    </message>
+    <message>
+        <source>&amp;Rows:</source>
+        <translation>Ze&amp;ilen:</translation>
+    </message>
+    <message>
+        <source>Time c&amp;olumn:</source>
+        <translation>Zeits&amp;palte:</translation>
+    </message>
+    <message>
+        <source>&amp;Time zone:</source>
+        <translation>&amp;Zeitzone:</translation>
+    </message>
+    <message>
+        <source>&amp;Dates:</source>
+        <translation>Da&amp;tumsangaben:</translation>
+    </message>
+    <message>
+        <source>&amp;Import</source>
+        <translation>I&amp;mportieren</translation>
+    </message>
+    <message>
+        <source>File</source>
+        <translation>Datei</translation>
+    </message>
+    <message>
+        <source>Choose a File with Measurements</source>
+        <translation>Datei mit Messwerten wählen</translation>
+    </message>
+    <message>
+        <source>Text files (*.csv *.tsv *.txt *.dat);;All files (*)</source>
+        <translation>Textdateien (*.csv *.tsv *.txt *.dat);;Alle Dateien (*)</translation>
+    </message>
+    <message>
+        <source>Choose a file first.</source>
+        <translation>Zuerst eine Datei wählen.</translation>
+    </message>
+    <message>
+        <source>Write the rows you want as COLUMN=TEXT.</source>
+        <translation>Schreiben Sie die gewünschten Zeilen als SPALTE=TEXT.</translation>
+    </message>
+</context>
+<context>
+    <name>plotix::PropertyListModel</name>
+    <message>
+        <source>%1%2
+Drag it onto a trend, or tick it and choose New Trend.
+Double-click to change colour or unit.</source>
+        <translation>%1%2
+Auf einen Trend ziehen, oder ankreuzen und „Neuer Trend“ wählen.
+Doppelklick ändert Farbe oder Einheit.</translation>
+    </message>
+    <message>
+        <source> in %1</source>
+        <translation> in %1</translation>
+    </message>
+    <message>
+        <source>Property</source>
+        <translation>Größe</translation>
+    </message>
+    <message>
+        <source>Unit</source>
+        <translation>Einheit</translation>
+    </message>
+</context>
+<context>
+    <name>plotix::PropertyListView</name>
+    <message>
+        <source>Properties</source>
+        <translation>Größen</translation>
+    </message>
+    <message>
+        <source>Tick properties for a new trend, or drag them onto one.</source>
+        <translation>Größen für einen neuen Trend ankreuzen oder auf einen ziehen.</translation>
+    </message>
+    <message>
+        <source>&amp;Unit</source>
+        <translation>&amp;Einheit</translation>
+    </message>
+    <message>
+        <source>&amp;Color…</source>
+        <translation>&amp;Farbe …</translation>
+    </message>
+    <message>
+        <source>This property has no unit.</source>
+        <translation>Diese Größe hat keine Einheit.</translation>
+    </message>
+    <message>
+        <source>Color of %1</source>
+        <translation>Farbe von %1</translation>
+    </message>
+</context>
+<context>
+    <name>plotix::SeparateWindow</name>
+    <message>
+        <source>%1 – %2</source>
+        <translation>%1 – %2</translation>
+    </message>
+</context>
+<context>
+    <name>plotix::SiteDetailsDialog</name>
+    <message>
+        <source>Name and Location</source>
+        <translation>Name und Ort</translation>
+    </message>
+    <message>
+        <source>such as Hillside, or 54.1° N 12.1° E</source>
+        <translation>etwa Hillside, oder 54.1° N 12.1° E</translation>
+    </message>
+    <message>
+        <source>Reports say both, as “name at location”.</source>
+        <translation>Berichte nennen beides.</translation>
+    </message>
+    <message>
+        <source>&amp;Name:</source>
+        <translation>&amp;Name:</translation>
+    </message>
+    <message>
+        <source>&amp;Location:</source>
+        <translation>&amp;Ort:</translation>
+    </message>
+</context>
+<context>
+    <name>plotix::SiteWindow</name>
+    <message numerus="yes">
+        <source>%n trend(s) of this site cannot be read by this version.</source>
+        <translation>
+            <numerusform>%n Trend dieser Anlage kann von dieser Version nicht gelesen werden.</numerusform>
+            <numerusform>%n Trends dieser Anlage können von dieser Version nicht gelesen werden.</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>Trends</source>
+        <translation>Trends</translation>
+    </message>
+    <message>
+        <source>T&amp;RENDS</source>
+        <translation>T&amp;RENDS</translation>
+    </message>
+    <message>
+        <source>&amp;PROPERTIES</source>
+        <translation>&amp;GRÖSSEN</translation>
+    </message>
+    <message>
+        <source>Changes could not be saved</source>
+        <translation>Änderungen konnten nicht gespeichert werden</translation>
+    </message>
+    <message>
+        <source>The records could not be shown</source>
+        <translation>Die Daten konnten nicht angezeigt werden</translation>
+    </message>
+    <message>
+        <source>%1 – Plotix</source>
+        <translation>%1 – Plotix</translation>
+    </message>
+    <message>
+        <source>This trend is shown in a window of its own.</source>
+        <translation>Dieser Trend wird in einem eigenen Fenster gezeigt.</translation>
+    </message>
+    <message>
+        <source>Show Window</source>
+        <translation>Fenster zeigen</translation>
+    </message>
+    <message>
+        <source>Bring It Back</source>
+        <translation>Zurückholen</translation>
+    </message>
+    <message>
+        <source>This site has no measurements yet</source>
+        <translation>Diese Anlage hat noch keine Messwerte</translation>
+    </message>
+    <message>
+        <source>Import a text file with a column of times and columns of numbers, or drop one here.</source>
+        <translation>Importieren Sie eine Textdatei mit einer Spalte von Zeiten und Spalten von Zahlen, oder legen Sie eine hier ab.</translation>
+    </message>
+    <message>
+        <source>Import…</source>
+        <translation>Importieren …</translation>
+    </message>
+    <message>
+        <source>This site has no trend yet</source>
+        <translation>Diese Anlage hat noch keinen Trend</translation>
+    </message>
+    <message>
+        <source>Tick properties in the list at the left and press New Trend, or import more measurements. Without ticks the trend shows every property.</source>
+        <translation>Kreuzen Sie links in der Liste Größen an und drücken Sie „Neuer Trend“, oder importieren Sie weitere Messwerte. Ohne Kreuze zeigt der Trend alle Größen.</translation>
+    </message>
+    <message>
+        <source>New Trend</source>
+        <translation>Neuer Trend</translation>
+    </message>
+    <message>
+        <source>No trend selected</source>
+        <translation>Kein Trend ausgewählt</translation>
+    </message>
+    <message>
+        <source>Select a trend in the list at the left.</source>
+        <translation>Wählen Sie links in der Liste einen Trend aus.</translation>
+    </message>
+    <message>
+        <source>Plotix sites (*.plotix)</source>
+        <translation>Plotix-Anlagen (*.plotix)</translation>
+    </message>
+    <message>
+        <source>About Plotix</source>
+        <translation>Über Plotix</translation>
+    </message>
+    <message>
+        <source>&lt;h3&gt;Plotix %1&lt;/h3&gt;&lt;p&gt;Trends of measured properties.&lt;/p&gt;</source>
+        <translation>&lt;h3&gt;Plotix %1&lt;/h3&gt;&lt;p&gt;Trends gemessener Größen.&lt;/p&gt;</translation>
+    </message>
+    <message>
+        <source>Select a trend first.</source>
+        <translation>Zuerst einen Trend auswählen.</translation>
+    </message>
+    <message>
+        <source>This view cannot do that.</source>
+        <translation>Diese Ansicht kann das nicht.</translation>
+    </message>
+    <message>
+        <source>This view has no report.</source>
+        <translation>Diese Ansicht hat keinen Bericht.</translation>
+    </message>
+    <message>
+        <source>Tick properties in the list first.</source>
+        <translation>Zuerst Größen in der Liste ankreuzen.</translation>
+    </message>
+    <message>
+        <source>This site may only be looked at.</source>
+        <translation>Diese Anlage darf nur angesehen werden.</translation>
+    </message>
+    <message>
+        <source>An import is running.</source>
+        <translation>Ein Import läuft.</translation>
+    </message>
+    <message>
+        <source>Open Site</source>
+        <translation>Anlage öffnen</translation>
+    </message>
+    <message>
+        <source>New Site</source>
+        <translation>Neue Anlage</translation>
+    </message>
+    <message>
+        <source>Name and location are not stored</source>
+        <translation>Name und Ort wurden nicht gespeichert</translation>
+    </message>
+    <message>
+        <source>The trend could not be made</source>
+        <translation>Der Trend konnte nicht angelegt werden</translation>
+    </message>
+    <message>
+        <source>There is no picture to export</source>
+        <translation>Es gibt kein Bild zu exportieren</translation>
+    </message>
+    <message>
+        <source>The trend shows no graph yet, or the size asked for is too large. Refresh it, or ask for less.</source>
+        <translation>Der Trend zeigt noch kein Diagramm, oder die gewünschte Größe ist zu groß. Aktualisieren Sie ihn, oder wählen Sie weniger.</translation>
+    </message>
+    <message>
+        <source>The image could not be saved</source>
+        <translation>Das Bild konnte nicht gesichert werden</translation>
+    </message>
+    <message>
+        <source>“%1”: %2</source>
+        <translation>„%1“: %2</translation>
+    </message>
+    <message>
+        <source>Importing %1…</source>
+        <translation>%1 wird importiert …</translation>
+    </message>
+    <message>
+        <source>Cancel</source>
+        <translation>Abbrechen</translation>
+    </message>
+    <message>
+        <source>The file could not be imported</source>
+        <translation>Die Datei konnte nicht importiert werden</translation>
+    </message>
+    <message>
+        <source>Import cancelled; nothing was stored.</source>
+        <translation>Import abgebrochen; nichts wurde gespeichert.</translation>
+    </message>
+    <message numerus="yes">
+        <source>Imported %n record(s)</source>
+        <translation>
+            <numerusform>%n Messzeile importiert</numerusform>
+            <numerusform>%n Messzeilen importiert</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>The site could not be read again</source>
+        <translation>Die Anlage konnte nicht neu gelesen werden</translation>
+    </message>
+    <message>
+        <source>This computer is not recorded</source>
+        <translation>Dieser Rechner wird nicht aufgezeichnet</translation>
+    </message>
+    <message>
+        <source>Load, memory, disks, network and temperatures, every second.</source>
+        <translation>Last, Speicher, Platten, Netz und Temperaturen, jede Sekunde.</translation>
+    </message>
+    <message>
+        <source>Keeps the trend&apos;s span ending now, until you move it.</source>
+        <translation>Lässt die Spanne des Trends jetzt enden, bis Sie sie verschieben.</translation>
+    </message>
+    <message>
+        <source>Print “%1”</source>
+        <translation>„%1“ drucken</translation>
+    </message>
+    <message>
+        <source>The report could not be printed</source>
+        <translation>Der Bericht konnte nicht gedruckt werden</translation>
+    </message>
+    <message>
+        <source>The report could not be saved</source>
+        <translation>Der Bericht konnte nicht gesichert werden</translation>
+    </message>
+    <message>
+        <source>Toolbar</source>
+        <translation>Symbolleiste</translation>
+    </message>
+    <message>
+        <source>%1 – %2</source>
+        <translation>%1 – %2</translation>
+    </message>
+    <message>
+        <source>This view keeps its name.</source>
+        <translation>Diese Ansicht behält ihren Namen.</translation>
+    </message>
+    <message>
+        <source>This view stays in the site window.</source>
+        <translation>Diese Ansicht bleibt im Anlagenfenster.</translation>
+    </message>
+    <message>
+        <source>This trend is in the site window.</source>
+        <translation>Dieser Trend ist im Anlagenfenster.</translation>
+    </message>
+    <message>
+        <source>This trend is the first one.</source>
+        <translation>Dieser Trend ist der erste.</translation>
+    </message>
+    <message>
+        <source>This trend is the last one.</source>
+        <translation>Dieser Trend ist der letzte.</translation>
+    </message>
+    <message>
+        <source>This view cannot be deleted.</source>
+        <translation>Diese Ansicht kann nicht gelöscht werden.</translation>
+    </message>
+    <message>
+        <source>There is nothing to undo.</source>
+        <translation>Es gibt nichts rückgängig zu machen.</translation>
+    </message>
+    <message>
+        <source>There is nothing to redo.</source>
+        <translation>Es gibt nichts zu wiederholen.</translation>
+    </message>
+    <message>
+        <source>This window was opened without a web server.</source>
+        <translation>Dieses Fenster wurde ohne Webserver geöffnet.</translation>
+    </message>
+    <message>
+        <source>The site is not on the web</source>
+        <translation>Die Anlage ist nicht im Web</translation>
+    </message>
+    <message>
+        <source>The site is not served on the web.</source>
+        <translation>Die Anlage wird nicht im Web gezeigt.</translation>
+    </message>
+    <message>
+        <source>No Recent Sites</source>
+        <translation>Keine zuletzt geöffneten Anlagen</translation>
+    </message>
+    <message>
+        <source>Sites you open are listed here.</source>
+        <translation>Geöffnete Anlagen werden hier aufgeführt.</translation>
+    </message>
+    <message>
+        <source>Clear Menu</source>
+        <translation>Liste leeren</translation>
+    </message>
+</context>
+<context>
+    <name>plotix::SiteWindows</name>
+    <message>
+        <source>The site could not be opened</source>
+        <translation>Die Anlage konnte nicht geöffnet werden</translation>
+    </message>
+</context>
+<context>
+    <name>plotix::SourceListModel</name>
+    <message>
+        <source>Trend %1</source>
+        <translation>Trend %1</translation>
+    </message>
+</context>
+<context>
+    <name>plotix::WebAddressBar</name>
+    <message>
+        <source>Address on the web</source>
+        <translation>Adresse im Web</translation>
+    </message>
+    <message>
+        <source>Copy Address</source>
+        <translation>Adresse kopieren</translation>
+    </message>
+    <message>
+        <source>On the web: %1</source>
+        <translation>Im Web: %1</translation>
+    </message>
+</context>
+</TS>

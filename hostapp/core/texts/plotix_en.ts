@@ -1,0 +1,21 @@
+<?xml version="1.0" encoding="utf-8"?>
+<!DOCTYPE TS>
+<TS version="2.1" language="en" sourcelanguage="en">
+<context>
+    <name>plotix::SiteWindow</name>
+    <message numerus="yes">
+        <source>%n trend(s) of this site cannot be read by this version.</source>
+        <translation>
+            <numerusform>%n trend of this site cannot be read by this version.</numerusform>
+            <numerusform>%n trends of this site cannot be read by this version.</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>Imported %n record(s)</source>
+        <translation>
+            <numerusform>Imported %n record</numerusform>
+            <numerusform>Imported %n records</numerusform>
+        </translation>
+    </message>
+</context>
+</TS>

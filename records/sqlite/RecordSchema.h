@@ -1,0 +1,36 @@
+#pragma once
+
+#include "records/store/RecordBlock.h"
+#include "storage/DatabaseSchema.h"
+
+/// The tables of records inside a site document. Stored: never change without a new version and a way up from the old
+/// one.
+///
+/// A chunk is a run of up to 16,384 records of one agent; chunks of one agent do not overlap in time. What belongs to a
+/// chunk and a property stands under the id `chunk × 1,048,576 + property`; property 0 is the chunk's times.
+/// `docs/formats.md` has the whole layout.
+///
+/// Whose a property is, the store looks up in two tables of the document's: `agent(id)` and `property(id, agent)`.
+namespace plotix::schema {
+
+inline constexpr qint64 kPropertiesPerChunk = kPropertyLimit;
+
+/// A row of the tail stands under the id `agent × 1,048,576 + position`, its agent's records in time order from 0 on.
+inline constexpr qint64 kRowsPerTail = 1 << 20;
+
+inline constexpr SchemaPart::Table kTables[] = {{"chunk", 1}, {"segment", 1}, {"summary", 1}, {"tail", 2}};
+
+inline constexpr const char* kCreate = R"sql(
+CREATE TABLE chunk(id INTEGER PRIMARY KEY AUTOINCREMENT, agent INTEGER NOT NULL, t0 REAL NOT NULL, t1 REAL NOT NULL,
+    n INTEGER NOT NULL);
+CREATE INDEX chunk_by_time ON chunk(agent, t0);
+CREATE TABLE segment(id INTEGER PRIMARY KEY, codec INTEGER NOT NULL, valid BLOB, data BLOB NOT NULL);
+CREATE TABLE summary(id INTEGER PRIMARY KEY, valid INTEGER NOT NULL, minimum REAL, maximum REAL, sum REAL);
+CREATE TABLE tail(id INTEGER PRIMARY KEY, data BLOB NOT NULL);
+)sql";
+
+inline constexpr SchemaPart::Step kSteps[] = {{2, "CREATE TABLE tail(id INTEGER PRIMARY KEY, data BLOB NOT NULL);"}};
+
+inline constexpr SchemaPart kRecordTables{kTables, kCreate, kSteps};
+
+}  // namespace plotix::schema

@@ -1,0 +1,46 @@
+#include "records/sqlite/SqliteAppender.h"
+
+namespace plotix {
+
+SqliteAppender::SqliteAppender(const QString& file, const DatabaseSchema& schema)
+    : m_database(file, schema, Database::Access::ReadWrite),
+      m_chunks(m_database),
+      m_placement(m_chunks),
+      m_storable(m_database),
+      m_checkpointer(m_database)
+{
+}
+
+void SqliteAppender::append(RowId agent, const RecordBlock& block)
+{
+    m_database.beginWriting();
+    try {
+        store(agent, block);
+        m_database.commit();
+        m_version = m_database.dataVersion();
+    } catch (...) {
+        forget();
+        m_database.rollBack();
+        throw;
+    }
+}
+
+void SqliteAppender::store(RowId agent, const RecordBlock& block)
+{
+    if (m_database.dataVersion() != m_version)
+        forget();
+    m_storable.require(agent, block);
+    const RecordsView view = RecordsView::of(block);
+    if (view.isOrdered())
+        m_placement.storeNow(agent, view);
+    else
+        m_placement.storeNow(agent, Records::ordered(view).view());
+}
+
+void SqliteAppender::forget()
+{
+    m_placement.forget();
+    m_storable.forget();
+}
+
+}  // namespace plotix

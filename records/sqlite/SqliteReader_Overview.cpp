@@ -1,0 +1,158 @@
+// What is known of records without reading them: per chunk and property the archive keeps count, extremes and sum.
+
+#include "records/sqlite/RecordSchema.h"
+#include "records/sqlite/SqliteReader.h"
+
+#include <algorithm>
+
+namespace plotix {
+
+namespace {
+
+/// Properties of an agent for each one asked for, beyond which looking up is faster than going through all rows.
+constexpr std::size_t kMostPassedOver = 3;
+
+// A sum that is no number (infinities of both signs) is stored as nothing.
+Summary summaryFrom(const Statement& row)
+{
+    const double sum = row.real(4);
+    return {static_cast<std::size_t>(row.integer(1)), row.real(2), row.real(3),
+            sum == 0 && row.isNothing(4) ? absentValue() : sum};
+}
+
+qint64 idOf(const Chunk& chunk, RowId property)
+{
+    return chunk.id * schema::kPropertiesPerChunk + property;
+}
+
+/// Where the run of chunks with ascending, neighbouring ids that begins at `first` ends.
+std::size_t endOfRun(const std::vector<Chunk>& chunks, std::size_t first)
+{
+    std::size_t end = first + 1;
+    while (end < chunks.size() && chunks[end].id == chunks[end - 1].id + 1)
+        ++end;
+    return end;
+}
+
+Summary tailSummary(const Records& tail, RowId property)
+{
+    for (const RecordsView::Column& column : tail.view().columns)
+        if (column.property == property)
+            return summaryOf(column, tail.size());
+    return {};
+}
+
+RecordOverview::Summary published(const Summary& summary)
+{
+    return {summary.valid, summary.minimum, summary.maximum, summary.sum};
+}
+
+ColumnStatistics statisticsFrom(const Summary& summary)
+{
+    if (summary.valid == 0)
+        return {};
+    return {summary.valid, summary.minimum, summary.maximum, summary.sum / static_cast<double>(summary.valid)};
+}
+
+/// Decodes the part and summarises its valid elements.
+Summary decodedSummary(SegmentReader& segments, const ChunkPart& part, RowId property, std::vector<double>& values)
+{
+    values.resize(part.count);
+    if (!segments.read(part, property, values.data()))
+        return {};
+    return summaryOf({values.data(), segments.valid(), part.first}, part.count);
+}
+
+}  // namespace
+
+std::vector<std::vector<Summary>> SqliteReader::summariesOf(RowId agent, const std::vector<Chunk>& of,
+                                                            std::span<const RowId> properties)
+{
+    std::vector<std::vector<Summary>> found(properties.size(), std::vector<Summary>(of.size()));
+    if (properties.empty() || of.empty())
+        return found;
+    Statement& rows = m_connection->summaries;
+    Statement& count = m_connection->propertyCount;
+    count.bind(1, agent).step();
+    const auto all = static_cast<std::size_t>(count.integer(0));
+    count.reset();
+    if (all > kMostPassedOver * properties.size()) {
+        for (std::size_t i = 0; i < properties.size(); ++i)
+            for (std::size_t chunk = 0; chunk < of.size(); ++chunk) {
+                rows.bind(1, idOf(of[chunk], properties[i])).bind(2, idOf(of[chunk], properties[i]));
+                if (rows.step())
+                    found[i][chunk] = summaryFrom(rows);
+                rows.reset();
+            }
+        return found;
+    }
+    for (std::size_t first = 0, end = 0; first < of.size(); first = end) {
+        end = endOfRun(of, first);
+        rows.bind(1, idOf(of[first], 0)).bind(2, idOf(of[end - 1], schema::kPropertiesPerChunk - 1));
+        while (rows.step()) {
+            const qint64 id = rows.integer(0);
+            const auto place = std::find(properties.begin(), properties.end(), id % schema::kPropertiesPerChunk);
+            if (place != properties.end())
+                found[static_cast<std::size_t>(place - properties.begin())]
+                     [first + static_cast<std::size_t>(id / schema::kPropertiesPerChunk - of[first].id)] =
+                         summaryFrom(rows);
+        }
+        rows.reset();
+    }
+    return found;
+}
+
+RecordOverview SqliteReader::overview(RowId agent, std::span<const RowId> properties, std::optional<double> from,
+                                      std::optional<double> to)
+{
+    const Range range(from, to);
+    const ReadTransaction transaction(m_connection->database);
+    const std::vector<Chunk> chunks = m_connection->chunks.chunksBetween(agent, range.from, range.to);
+    const std::vector<std::vector<Summary>> summaries = summariesOf(agent, chunks, properties);
+    const TailExtent tail = m_connection->chunks.tailExtent(agent);
+    const bool hasTail = tail.count > 0 && tail.last >= range.from && tail.first <= range.to;
+    const Records tailRecords =
+        hasTail && !properties.empty() ? m_connection->chunks.tail(agent, tail.first, tail.last) : Records();
+
+    RecordOverview overview;
+    overview.runs.reserve(chunks.size() + 1);
+    for (const Chunk& chunk : chunks)
+        overview.runs.push_back({chunk.t0, chunk.t1, chunk.n});
+    if (hasTail)
+        overview.runs.push_back({tail.first, tail.last, tail.count});
+    for (std::size_t i = 0; i < properties.size(); ++i) {
+        RecordOverview::Column& column = overview.columns.emplace_back(RecordOverview::Column{properties[i], {}});
+        column.summaries.reserve(overview.runs.size());
+        std::transform(summaries[i].begin(), summaries[i].end(), std::back_inserter(column.summaries), published);
+        if (hasTail)
+            column.summaries.push_back(published(tailSummary(tailRecords, properties[i])));
+    }
+    return overview;
+}
+
+ColumnStatistics SqliteReader::statistics(RowId agent, RowId property, std::optional<double> from,
+                                          std::optional<double> to, StatisticsFrom source)
+{
+    const Range range(from, to);
+    const ReadTransaction transaction(m_connection->database);
+    SegmentReader segments(*m_connection);
+    const std::vector<ChunkPart> parts = partsIn(segments, agent, range);
+    std::vector<Chunk> whole;
+    if (source == StatisticsFrom::Summaries)
+        for (const ChunkPart& part : parts)
+            if (part.isWhole())
+                whole.push_back(part.chunk);
+    const std::vector<std::vector<Summary>> stored = summariesOf(agent, whole, std::span(&property, 1));
+
+    Summary sum;
+    std::vector<double> values;
+    auto next = stored.front().begin();
+    for (const ChunkPart& part : parts)
+        sum.add(part.isWhole() && source == StatisticsFrom::Summaries
+                    ? *next++
+                    : decodedSummary(segments, part, property, values));
+    sum.add(tailSummary(m_connection->chunks.tail(agent, range.from, range.to), property));
+    return statisticsFrom(sum);
+}
+
+}  // namespace plotix

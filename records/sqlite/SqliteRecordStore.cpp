@@ -1,0 +1,75 @@
+#include "records/sqlite/SqliteRecordStore.h"
+
+#include "records/sqlite/ArchiveCompaction.h"
+#include "records/sqlite/ArchiveVerification.h"
+#include "records/sqlite/SqliteAppender.h"
+#include "records/sqlite/SqliteReader.h"
+#include "records/sqlite/SqliteTransaction.h"
+
+namespace plotix {
+
+SqliteRecordStore::SqliteRecordStore(QString file, DatabaseSchema schema)
+    : m_file(std::move(file)), m_schema(std::move(schema)), m_connections(ReadConnections::ofFile(m_file, m_schema))
+{
+}
+
+SqliteRecordStore::~SqliteRecordStore() = default;
+
+std::unique_ptr<RecordTransaction> SqliteRecordStore::join(Database& site)
+{
+    return std::make_unique<SqliteTransaction>(site);
+}
+
+std::optional<RecordExtent> SqliteRecordStore::extent(RowId agent)
+{
+    return SqliteReader(m_connections).extent(agent);
+}
+
+std::optional<RecordExtent> SqliteRecordStore::extent()
+{
+    return SqliteReader(m_connections).extent();
+}
+
+RecordOverview SqliteRecordStore::overview(RowId agent, std::span<const RowId> properties, std::optional<double> from,
+                                           std::optional<double> to)
+{
+    return SqliteReader(m_connections).overview(agent, properties, from, to);
+}
+
+std::optional<RecordBlock> SqliteRecordStore::read(RowId agent, std::span<const RowId> properties,
+                                                   std::optional<double> from, std::optional<double> to,
+                                                   const ArchiveProgress& progress)
+{
+    return SqliteReader(m_connections).read(agent, properties, from, to, progress);
+}
+
+ColumnStatistics SqliteRecordStore::statistics(RowId agent, RowId property, std::optional<double> from,
+                                               std::optional<double> to, StatisticsFrom source)
+{
+    return SqliteReader(m_connections).statistics(agent, property, from, to, source);
+}
+
+std::unique_ptr<RecordTransaction> SqliteRecordStore::begin()
+{
+    return std::make_unique<SqliteTransaction>(
+        std::make_unique<Database>(m_file, m_schema, Database::Access::ReadWrite));
+}
+
+std::unique_ptr<RecordAppender> SqliteRecordStore::appender()
+{
+    return std::make_unique<SqliteAppender>(m_file, m_schema);
+}
+
+CompactionResult SqliteRecordStore::compact(const CompactionRequest& request, const ArchiveProgress& progress)
+{
+    // A connection that is only kept would hinder the log from going into the file wholly.
+    m_connections->closeKept();
+    return compactArchive(m_file, m_schema, request, progress);
+}
+
+VerificationResult SqliteRecordStore::verify(const ArchiveProgress& progress)
+{
+    return verifyArchive(m_file, m_schema, progress);
+}
+
+}  // namespace plotix

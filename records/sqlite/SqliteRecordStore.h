@@ -1,0 +1,49 @@
+#pragma once
+
+#include "records/store/RecordStore.h"
+#include "storage/DatabaseSchema.h"
+
+#include <QtCore/QString>
+
+#include <memory>
+
+/// The records inside a site document's own file: packed columns in SQLite. See RecordStore for what each call
+/// promises.
+///
+/// *Shared*. Keeps a few connections for reading open from one call to the next, and opens none before the first call;
+/// so a file that cannot be used is found then. A file that takes the name of another is seen by the next call.
+namespace plotix {
+
+class Database;
+class ReadConnections;
+
+class SqliteRecordStore final : public RecordStore {
+public:
+    /// `schema`: of the whole file, the tables of records among them (`schema::kRecordTables`).
+    SqliteRecordStore(QString file, DatabaseSchema schema);
+    ~SqliteRecordStore() override;
+
+    /// Records inside the transaction that was begun on `site`, which it borrows: they are stored when that is
+    /// committed.
+    static std::unique_ptr<RecordTransaction> join(Database& site);
+
+    std::optional<RecordExtent> extent(RowId agent) override;
+    std::optional<RecordExtent> extent() override;
+    RecordOverview overview(RowId agent, std::span<const RowId> properties, std::optional<double> from,
+                            std::optional<double> to) override;
+    std::optional<RecordBlock> read(RowId agent, std::span<const RowId> properties, std::optional<double> from,
+                                    std::optional<double> to, const ArchiveProgress& progress) override;
+    ColumnStatistics statistics(RowId agent, RowId property, std::optional<double> from, std::optional<double> to,
+                                StatisticsFrom source) override;
+    std::unique_ptr<RecordTransaction> begin() override;
+    std::unique_ptr<RecordAppender> appender() override;
+    CompactionResult compact(const CompactionRequest& request, const ArchiveProgress& progress) override;
+    VerificationResult verify(const ArchiveProgress& progress) override;
+
+private:
+    const QString m_file;
+    const DatabaseSchema m_schema;
+    const std::shared_ptr<ReadConnections> m_connections;
+};
+
+}  // namespace plotix

@@ -1,0 +1,56 @@
+#include "records/sqlite/SqliteTransaction.h"
+
+#include "base/ReportableError.h"
+
+namespace plotix {
+
+namespace {
+
+Database& begun(Database& database)
+{
+    database.beginWriting();
+    return database;
+}
+
+}  // namespace
+
+SqliteTransaction::SqliteTransaction(std::unique_ptr<Database> connection)
+    : m_own(std::move(connection)), m_chunks(begun(*m_own)), m_placement(m_chunks), m_storable(*m_own)
+{
+}
+
+SqliteTransaction::SqliteTransaction(Database& database)
+    : m_chunks(database), m_placement(m_chunks), m_storable(database)
+{
+}
+
+SqliteTransaction::~SqliteTransaction()
+{
+    if (m_own)
+        m_own->rollBack();
+}
+
+void SqliteTransaction::store(RowId agent, const RecordBlock& block)
+{
+    if (m_finished)
+        throw ReportableError(QStringLiteral("These records were stored already: begin again to store more."));
+    m_storable.require(agent, block);
+    const RecordsView view = RecordsView::of(block);
+    if (view.isOrdered())
+        m_placement.store(agent, view);
+    else
+        m_placement.store(agent, Records::ordered(view).view());
+}
+
+void SqliteTransaction::commit()
+{
+    if (m_finished)
+        return;
+    prepare();
+    if (!m_own)
+        return;
+    m_own->commit();
+    m_finished = true;
+}
+
+}  // namespace plotix

@@ -1,0 +1,36 @@
+#pragma once
+
+#include "records/sqlite/RecordPlacement.h"
+#include "records/sqlite/StorableRecords.h"
+#include "records/store/RecordStore.h"
+
+#include <memory>
+
+/// Records on their way into a site document, in a transaction of their own or inside one that somebody else began and
+/// will end. Any one thread. See RecordTransaction.
+namespace plotix {
+
+class SqliteTransaction final : public RecordTransaction {
+public:
+    /// Begins a transaction and *owns* its connection.
+    explicit SqliteTransaction(std::unique_ptr<Database> connection);
+    /// Joins the transaction that was begun on `database`, which it borrows. `prepare` puts everything into it;
+    /// `commit` does no more, and destruction leaves it to the other to roll back.
+    explicit SqliteTransaction(Database& database);
+    ~SqliteTransaction() override;
+    SqliteTransaction(const SqliteTransaction&) = delete;
+    SqliteTransaction& operator=(const SqliteTransaction&) = delete;
+
+    void store(RowId agent, const RecordBlock& block) override;
+    void prepare() override { m_placement.flush(); }
+    void commit() override;
+
+private:
+    std::unique_ptr<Database> m_own;  // empty inside a transaction of the caller's
+    ChunkStore m_chunks;
+    RecordPlacement m_placement;
+    StorableRecords m_storable;
+    bool m_finished = false;
+};
+
+}  // namespace plotix

@@ -1,0 +1,44 @@
+#pragma once
+
+#include "records/store/RecordStore.h"
+
+#include <memory>
+
+/// Records in memory alone: the twin of every store that keeps them somewhere.
+///
+/// It keeps what RecordStore promises in the simplest way there is, per agent a map from times to elements, so that
+/// what another store answers can be held against it. Good for all that need not outlive the process; a record takes
+/// some hundred bytes. *Shared*; what it hands out shares its records with it. Any thread.
+///
+/// As a writer it is alone: whoever writes waits for the one before, 3 seconds unless told otherwise. Its overview has
+/// a run for every 16,384 records. Compacting only drops old records; there is nothing to verify but to count.
+namespace plotix {
+
+class RecordsInMemory;
+
+class MemoryRecordStore final : public RecordStore {
+public:
+    MemoryRecordStore();
+    ~MemoryRecordStore() override;
+
+    /// Records of it are taken from now on. Requires: 0 < property < kPropertyLimit, of no other agent.
+    void addProperty(RowId agent, RowId property);
+
+    std::optional<RecordExtent> extent(RowId agent) override;
+    std::optional<RecordExtent> extent() override;
+    RecordOverview overview(RowId agent, std::span<const RowId> properties, std::optional<double> from,
+                            std::optional<double> to) override;
+    std::optional<RecordBlock> read(RowId agent, std::span<const RowId> properties, std::optional<double> from,
+                                    std::optional<double> to, const ArchiveProgress& progress) override;
+    ColumnStatistics statistics(RowId agent, RowId property, std::optional<double> from, std::optional<double> to,
+                                StatisticsFrom source) override;
+    std::unique_ptr<RecordTransaction> begin() override;
+    std::unique_ptr<RecordAppender> appender() override;
+    CompactionResult compact(const CompactionRequest& request, const ArchiveProgress& progress) override;
+    VerificationResult verify(const ArchiveProgress& progress) override;
+
+private:
+    std::shared_ptr<RecordsInMemory> m_records;
+};
+
+}  // namespace plotix

@@ -1,0 +1,108 @@
+#pragma once
+
+#include "records/store/RecordBlock.h"
+#include "records/store/RecordMaintenance.h"
+
+#include <memory>
+#include <optional>
+#include <span>
+
+/// Where timed records are kept: per agent one column of times and one column of values per property. The one interface
+/// to them; what a store is made of, and where, nobody else knows.
+///
+/// **Records.** Values are kept bit for bit (every double, -0.0 and NaN payloads included) together with whether they
+/// are valid. Records of one agent are ordered by time and unique in it; a record stored again at the same time
+/// replaces the values it brings and keeps the others. Agents are apart from each other. Which properties an agent has,
+/// a store knows from elsewhere (the site's tables, say); a block for any other is refused.
+///
+/// **Threads and snapshots.** A store is *shared*. Any thread may call it, any number at once, beside one writer. Every
+/// call sees the records as they were stored when it began, however long it takes; two calls may see two states. A
+/// transaction and an appender are used by one thread at a time.
+///
+/// **Errors.** Each call throws ReportableError, one line for people, where records cannot be read or written, and
+/// std::bad_alloc where a result has no room. Nothing is stored then, and the store may be asked again.
+namespace plotix {
+
+/// Records of several agents stored together: all at `commit`, or none; destruction without it leaves no trace.
+///
+/// One at a time a store: a second one waits for some seconds when it begins, then throws. *Shares* its store.
+class RecordTransaction {
+public:
+    virtual ~RecordTransaction() = default;
+
+    /// Times must be finite; they need not be sorted or unique: within a block the last one wins. Fast for blocks that
+    /// lie behind everything stored. Columns are as long as `times`; a property stands in a block once. A block without
+    /// columns stores times alone. A block that is refused leaves the transaction as it was before.
+    virtual void store(RowId agent, const RecordBlock& block) = 0;
+
+    /// Does whatever may still fail, so that `commit` will not for any other reason than a lost connection. Requires:
+    /// nothing is stored afterwards. Called by whoever commits something else together with the records (see below).
+    virtual void prepare() = 0;
+
+    /// Has an effect once; what is stored afterwards is refused. Prepares where nobody did.
+    virtual void commit() = 0;
+};
+
+// A site's agents and properties are written together with records of theirs. Whoever does that, in a transaction of
+// the site's own, goes in this order: `prepare` the records, commit the site, `commit` the records.
+//   A store inside the site's file joins the site's transaction: `prepare` puts all records into it, the site's commit
+// is the records' too, and `commit` has nothing left to do. All or nothing, whatever ends the process.
+//   A store elsewhere puts the records aside where nobody reads them (`prepare`) and makes them seen at once
+// (`commit`). What was put aside and not made seen is dropped, or made seen, when the store is next opened, by whether
+// the site has what the records belong to.
+
+/// Stores small blocks as they come, second after second, each in a transaction of its own, over what it keeps open for
+/// that. Other writers wait for a block, never for the time between two. *Shares* its store.
+class RecordAppender {
+public:
+    virtual ~RecordAppender() = default;
+
+    /// Stored when it returns: whatever happens to this process afterwards, the records are there (as long as the store
+    /// itself is). When it throws, nothing of the block is stored, and it may be tried again.
+    virtual void append(RowId agent, const RecordBlock& block) = 0;
+
+    /// How long `append` waits for another writer; 3 seconds at first.
+    virtual void setPatience(int milliseconds) = 0;
+};
+
+class RecordStore {
+public:
+    virtual ~RecordStore() = default;
+
+    /// Which time an agent's records cover; nothing without records. THE answer to that, whoever asks: nobody derives
+    /// it from anything else. Looks at no record, and is quick enough for the main thread; a store that is far away
+    /// keeps it at hand.
+    virtual std::optional<RecordExtent> extent(RowId agent) = 0;
+    virtual std::optional<RecordExtent> extent() = 0;  ///< of all agents
+
+    /// The runs whose time meets [from, to], whole, in time order. Absent bounds are open, here and below. Summaries
+    /// stand in the order of `properties`.
+    virtual RecordOverview overview(RowId agent, std::span<const RowId> properties, std::optional<double> from = {},
+                                    std::optional<double> to = {}) = 0;
+
+    /// Every record of the agent with from ≤ time ≤ to, in time order. Columns stand in the order of `properties`; one
+    /// without any values in the range is there with all elements invalid. An element that was never stored is a NaN
+    /// and invalid. `progress` is called on the calling thread, with fractions that never decrease, 1 at the end.
+    /// Stopped by it: nothing.
+    virtual std::optional<RecordBlock> read(RowId agent, std::span<const RowId> properties, std::optional<double> from,
+                                            std::optional<double> to, const ArchiveProgress& progress = {}) = 0;
+
+    /// Over the valid elements that are no NaN, with from ≤ time ≤ to. Infinities of both signs have no average: NaN.
+    virtual ColumnStatistics statistics(RowId agent, RowId property, std::optional<double> from = {},
+                                        std::optional<double> to = {},
+                                        StatisticsFrom source = StatisticsFrom::Summaries) = 0;
+
+    /// Waits for another writer.
+    virtual std::unique_ptr<RecordTransaction> begin() = 0;
+    virtual std::unique_ptr<RecordAppender> appender() = 0;
+
+    /// The same records in less space, or without those that are too old. Blocks until it is done. Readers may read
+    /// beside it; other writers wait for a part of it at a time. Whatever ends the process leaves the same records.
+    /// `progress` rises from 0 to 1 and answers false to stop. What cannot be read is left as it is.
+    virtual CompactionResult compact(const CompactionRequest& request, const ArchiveProgress& progress = {}) = 0;
+
+    /// Reads everything once, in one snapshot, and compares it with what is stored about it; changes nothing.
+    virtual VerificationResult verify(const ArchiveProgress& progress = {}) = 0;
+};
+
+}  // namespace plotix

@@ -1,0 +1,61 @@
+#include "records/store/RecordsInMemory.h"
+
+#include "base/ReportableError.h"
+#include "records/store/StorableBlock.h"
+
+#include <chrono>
+
+namespace plotix {
+
+RecordsInMemory::Turn RecordsInMemory::turn(int patience)
+{
+    std::unique_lock lock(m_turnMutex);
+    if (!m_givenBack.wait_for(lock, std::chrono::milliseconds(patience), [this] { return !m_taken; }))
+        throw ReportableError(
+            QStringLiteral("The records are being written by somebody else: wait until that is done and try again."));
+    m_taken = true;
+    return Turn(*this);
+}
+
+RecordsInMemory::Turn::~Turn()
+{
+    if (!m_records)
+        return;
+    {
+        const std::lock_guard lock(m_records->m_turnMutex);
+        m_records->m_taken = false;
+    }
+    m_records->m_givenBack.notify_one();
+}
+
+void RecordsInMemory::addProperty(RowId agent, RowId property)
+{
+    const std::lock_guard lock(m_mutex);
+    m_properties.insert({agent, property});
+}
+
+void RecordsInMemory::requireStorable(RowId agent, const RecordBlock& block) const
+{
+    requireWholeRecords(block);
+    requireDistinctProperties(block);
+    const std::shared_lock lock(m_mutex);
+    for (const RecordBlock::Column& column : block.columns)
+        if (!m_properties.contains({agent, column.property}))
+            refuseProperty(agent, column.property);
+}
+
+void merge(const RecordBlock& block, RecordsInMemory::Timeline& into)
+{
+    std::map<double, std::size_t> last;  // where the record of each time stands in the block
+    for (std::size_t i = 0; i < block.times.size(); ++i) {
+        last.erase(block.times[i]);  // so that the bits of the time are the last one's too
+        last.emplace(block.times[i], i);
+    }
+    for (const auto& [time, index] : last) {
+        RecordsInMemory::Elements& elements = into[time];
+        for (const RecordBlock::Column& column : block.columns)
+            elements[column.property] = {column.values[index], column.validity.isValid(index)};
+    }
+}
+
+}  // namespace plotix

@@ -1,0 +1,17 @@
+#pragma once
+
+#include "records/store/RecordBlock.h"
+
+/// What every store asks of a block before it takes it. Pure; any thread. Each throws ReportableError.
+namespace plotix {
+
+/// Every record has a time that is a finite number, and an element in each column.
+void requireWholeRecords(const RecordBlock& block);
+
+/// No property has two columns.
+void requireDistinctProperties(const RecordBlock& block);
+
+/// For a property that is not the agent's.
+[[noreturn]] void refuseProperty(RowId agent, RowId property);
+
+}  // namespace plotix

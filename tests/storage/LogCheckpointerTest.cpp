@@ -1,0 +1,50 @@
+#include "storage/LogCheckpointer.h"
+
+#include "tests/storage/DatabaseFixture.h"
+
+#include <QtCore/QFile>
+
+namespace {
+
+using plotix::LogCheckpointer;
+
+class LogCheckpointerTest : public DatabaseFixture {
+protected:
+    /// Each writes one page to the log.
+    static void commit(plotix::Database& database, int count)
+    {
+        for (int i = 0; i < count; ++i)
+            database.execute("INSERT INTO ware(name) VALUES('soap')");
+    }
+    qint64 logBytes() const { return QFile(file() + "-wal").size(); }
+};
+
+TEST_F(LogCheckpointerTest, AShortLogIsLeftAlone)
+{
+    plotix::Database database = opened();
+    LogCheckpointer checkpointer(database);
+    commit(database, 1100);  // behind a thousand the database's own merging would have begun the log anew
+    EXPECT_GT(logBytes(), qint64(1100) * 16384);
+}
+
+TEST_F(LogCheckpointerTest, TheLogBeginsAnewWhileCommitsGoOn)
+{
+    constexpr int kCommits = 4 * LogCheckpointer::kPages;
+    plotix::Database database = opened();
+    LogCheckpointer checkpointer(database);
+    commit(database, kCommits);
+    EXPECT_LT(logBytes(), qint64(kCommits) * 16384);
+    EXPECT_EQ(wares(), kCommits);
+}
+
+TEST_F(LogCheckpointerTest, WhatItMergedIsInTheFileWhenItIsGone)
+{
+    plotix::Database database = opened();
+    {
+        LogCheckpointer checkpointer(database);
+        database.execute("INSERT INTO ware(name) VALUES(hex(zeroblob(100000)))");
+    }
+    EXPECT_GT(QFile(file()).size(), qint64(8) * 16384);
+}
+
+}  // namespace
