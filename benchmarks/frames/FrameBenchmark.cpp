@@ -1,7 +1,7 @@
 // Frames of a view that is panned, zoomed, recoloured and resized, and the way from values in memory to a first frame.
 //
-// A frame is what the hosting view paints after something changed: layout, ground, grid, plots, axes and texts into an
-// image of the size given. Names: what/plots x points/window/pixels.
+// A frame is what the hosting view paints after something changed: layout, background, grid, plots, axes and texts into
+// an image of the size given. Names: what/plots x points/window/pixels.
 
 #include "benchmarks/frames/BenchmarkGraph.h"
 #include "benchmarks/frames/FrameCases.h"

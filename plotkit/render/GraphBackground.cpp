@@ -1,4 +1,4 @@
-#include "plotkit/render/GraphGround.h"
+#include "plotkit/render/GraphBackground.h"
 
 #include <algorithm>
 #include <cmath>
@@ -14,7 +14,7 @@ bool isOpaque(const CPTFill& fill)
     });
 }
 
-void paintGround(GraphCanvas& canvas, const CPTXYGraph& graph, const QRectF& rect, const QRectF& frame)
+void paintBackground(GraphCanvas& canvas, const CPTXYGraph& graph, const QRectF& rect, const QRectF& frame)
 {
     const CPTPlotAreaFrame& style = graph.plotAreaFrame();
     canvas.fillRect(rect, graph.fill());
@@ -31,27 +31,27 @@ int roomFor(int pixels)
 
 }  // namespace
 
-GraphGround::AlikeColumns GraphGround::alikeColumns(const GraphCanvas& canvas, const CPTPlotAreaFrame& style,
-                                                    const QRectF& rect, const QRectF& frame)
+GraphBackground::AlikeColumns GraphBackground::alikeColumns(const GraphCanvas& canvas, const CPTPlotAreaFrame& style,
+                                                            const QRectF& rect, const QRectF& frame)
 {
     constexpr double kWorthwhile = 64;
     constexpr double kMost = 1 << 20;
     constexpr double kKept = 8;
     const double density = canvas.density();
-    const QRectF place = canvas.alignedRect(rect);
+    const QRectF target = canvas.alignedRect(rect);
     const QRectF inner = canvas.alignedRect(frame);
     const double border = style.borderLineStyle ? style.borderLineStyle->width : 0;
     const double corner = std::ceil((style.cornerRadius + border) * density) + 3;
     const double spare = inner.width() - 2 * corner - kKept;
-    const bool isWithin = inner.left() >= place.left() && inner.right() <= place.right();
+    const bool isWithin = inner.left() >= target.left() && inner.right() <= target.right();
     if (!isWithin || density != std::floor(density) || !(corner >= 0) || !(spare >= kWorthwhile && spare < kMost))
         return {};
-    return {static_cast<int>(inner.left() - place.left() + corner + kKept / 2),
+    return {static_cast<int>(inner.left() - target.left() + corner + kKept / 2),
             static_cast<int>(std::floor(spare / density) * density)};
 }
 
-/// Fresh memory comes page by page from the system, which costs more than painting a ground into it.
-bool GraphGround::makeImage(const QSize& pixels)
+/// Fresh memory comes page by page from the system, which costs more than painting a background into it.
+bool GraphBackground::makeImage(const QSize& pixels)
 {
     m_image = QImage();
     const QSize wanted(roomFor(pixels.width()), roomFor(pixels.height()));
@@ -67,7 +67,7 @@ bool GraphGround::makeImage(const QSize& pixels)
 }
 
 /// Paints what is seen of the look, into memory of our own.
-bool GraphGround::make(const CPTXYGraph& graph, const Look& look, const AlikeColumns& alike)
+bool GraphBackground::make(const CPTXYGraph& graph, const Look& look, const AlikeColumns& alike)
 {
     if (!makeImage(look.pixels - QSize(alike.spare, 0)))
         return false;
@@ -77,44 +77,44 @@ bool GraphGround::make(const CPTXYGraph& graph, const Look& look, const AlikeCol
         painter.translate(look.origin - look.rect.topLeft() * look.density);
         painter.scale(look.density, look.density);
         GraphCanvas canvas(painter);
-        paintGround(canvas, graph, look.rect.adjusted(0, 0, -narrower, 0), look.frame.adjusted(0, 0, -narrower, 0));
+        paintBackground(canvas, graph, look.rect.adjusted(0, 0, -narrower, 0), look.frame.adjusted(0, 0, -narrower, 0));
     }
     m_runs = PixelRuns(m_image, alike.column, alike.spare);
     return alike.spare == 0 || !m_runs.isEmpty() || make(graph, look, {});
 }
 
-const QImage& GraphGround::wholeImage()
+const QImage& GraphBackground::wholeImage()
 {
     if (m_image.size() != m_look.pixels && makeImage(m_look.pixels))
         m_runs.draw(m_image, {0, 0}, m_image.rect());
     return m_image;
 }
 
-void GraphGround::draw(GraphCanvas& canvas, const CPTXYGraph& graph, const QRectF& rect, const QRectF& frame)
+void GraphBackground::draw(GraphCanvas& canvas, const CPTXYGraph& graph, const QRectF& rect, const QRectF& frame)
 {
-    // Only an opaque ground can be copied as it is: every other is blended with what is there, and gives the same
+    // Only an opaque background can be copied as it is: every other is blended with what is there, and gives the same
     // pixels only when drawn there.
     if (!canvas.isAligned() || !isOpaque(graph.fill())) {
-        paintGround(canvas, graph, rect, frame);
+        paintBackground(canvas, graph, rect, frame);
         return;
     }
-    const QRectF place = canvas.alignedRect(rect);
-    const QPointF origin = canvas.toPainter(rect).topLeft() - place.topLeft();
+    const QRectF target = canvas.alignedRect(rect);
+    const QPointF origin = canvas.toPainter(rect).topLeft() - target.topLeft();
     const CPTPlotAreaFrame& style = graph.plotAreaFrame();
-    Look look{origin,     canvas.density(),      place.size().toSize(), rect, frame, graph.fill(),
+    Look look{origin,     canvas.density(),      target.size().toSize(), rect, frame, graph.fill(),
               style.fill, style.borderLineStyle, style.cornerRadius};
     if (m_image.isNull() || !(look == m_look)) {
         if (!make(graph, look, alikeColumns(canvas, style, rect, frame))) {
-            paintGround(canvas, graph, rect, frame);
+            paintBackground(canvas, graph, rect, frame);
             return;
         }
         m_look = std::move(look);
     }
     QImage* image = m_runs.isEmpty() ? nullptr : canvas.directImage();
     if (image != nullptr)
-        m_runs.draw(*image, place.topLeft().toPoint(), canvas.visiblePixels());
+        m_runs.draw(*image, target.topLeft().toPoint(), canvas.visiblePixels());
     else
-        canvas.painter().drawImage(place.topLeft(), wholeImage());
+        canvas.painter().drawImage(target.topLeft(), wholeImage());
 }
 
 }  // namespace plotkit

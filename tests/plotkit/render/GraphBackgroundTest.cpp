@@ -1,15 +1,15 @@
-#include "plotkit/render/GraphGround.h"
+#include "plotkit/render/GraphBackground.h"
 
 #include <QtGui/QPainter>
 #include <gtest/gtest.h>
 
-// A ground, kept or stretched, is what drawing fill and frame gives.
+// A background, kept or stretched, is what drawing fill and frame gives.
 
 namespace {
 
-class GraphGroundTest : public testing::Test {
+class GraphBackgroundTest : public testing::Test {
 protected:
-    GraphGroundTest() { graph.applyTheme(CPTTheme::themeNamed(kCPTDarkGradientTheme)); }
+    GraphBackgroundTest() { graph.applyTheme(CPTTheme::themeNamed(kCPTDarkGradientTheme)); }
 
     template <class Work>
     QImage painted(const Work& work) const
@@ -30,7 +30,7 @@ protected:
         const QRectF rect(QPointF(), size);
         const QRectF frame = rect.adjusted(margin, margin, -margin, -margin);
         const CPTPlotAreaFrame& style = graph.plotAreaFrame();
-        EXPECT_EQ(painted([&](plotkit::GraphCanvas& canvas) { ground.draw(canvas, graph, rect, frame); }),
+        EXPECT_EQ(painted([&](plotkit::GraphCanvas& canvas) { background.draw(canvas, graph, rect, frame); }),
                   painted([&](plotkit::GraphCanvas& canvas) {
                       canvas.fillRect(rect, graph.fill());
                       canvas.drawRoundedFrame(frame, style.fill, style.borderLineStyle, style.cornerRadius);
@@ -39,14 +39,14 @@ protected:
     }
 
     CPTXYGraph graph;
-    plotkit::GraphGround ground;
+    plotkit::GraphBackground background;
     QSize size{500, 300};
     double density = 1;
     double margin = 20;
     bool isClipped = false;
 };
 
-TEST_F(GraphGroundTest, IsAsDrawnAtEverySize)
+TEST_F(GraphBackgroundTest, IsAsDrawnAtEverySize)
 {
     for (const QSize each : {QSize(500, 300), QSize(499, 299), QSize(90, 80), QSize(900, 300), QSize(300, 1200)})
         for (const bool clipped : {false, true}) {
@@ -56,7 +56,7 @@ TEST_F(GraphGroundTest, IsAsDrawnAtEverySize)
         }
 }
 
-TEST_F(GraphGroundTest, IsAsDrawnAtEveryDensity)
+TEST_F(GraphBackgroundTest, IsAsDrawnAtEveryDensity)
 {
     for (const double each : {1.0, 1.5, 2.0, 3.0}) {
         density = each;
@@ -64,7 +64,7 @@ TEST_F(GraphGroundTest, IsAsDrawnAtEveryDensity)
     }
 }
 
-TEST_F(GraphGroundTest, IsAsDrawnWhereTheFrameTouchesOrCrossesTheEdge)
+TEST_F(GraphBackgroundTest, IsAsDrawnWhereTheFrameTouchesOrCrossesTheEdge)
 {
     for (const double each : {0.0, 0.5, -3.0, 140.0, 149.9, 200.0}) {
         margin = each;
@@ -72,7 +72,7 @@ TEST_F(GraphGroundTest, IsAsDrawnWhereTheFrameTouchesOrCrossesTheEdge)
     }
 }
 
-TEST_F(GraphGroundTest, IsAsDrawnWithWideBordersAndCorners)
+TEST_F(GraphBackgroundTest, IsAsDrawnWithWideBordersAndCorners)
 {
     CPTPlotAreaFrame frame = graph.plotAreaFrame();
     for (const double width : {0.3, 1.0, 7.0, 60.0})

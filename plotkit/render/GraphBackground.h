@@ -10,11 +10,11 @@
 
 /// What lies under everything of a graph and stays while it is panned: fill and plot area frame.
 ///
-/// On a raster device both are kept as an image between frames and painted anew only when size, density, place or
+/// On a raster device both are kept as an image between frames and painted anew only when size, density, position or
 /// looks change. Main thread only.
 namespace plotkit {
 
-class GraphGround {
+class GraphBackground {
 public:
     /// Draws the fill of `rect` and the frame (points). Pixels do not depend on whether they were kept.
     void draw(GraphCanvas& canvas, const CPTXYGraph& graph, const QRectF& rect, const QRectF& frame);
