@@ -54,7 +54,7 @@ std::vector<AgentInfo> readAgents(const SiteDocument& document)
     return agents;
 }
 
-void writeTime(JsonWriter& json, const char* key, const std::optional<double>& seconds)
+void writeTimeText(JsonWriter& json, const char* key, const std::optional<double>& seconds)
 {
     if (seconds)
         json.text(key, QString::fromStdString(moment(seconds)));
@@ -87,8 +87,8 @@ void writeJson(std::ostream& out, const SiteDocument& document, const std::vecto
         json.beginObject();
         json.text("name", agent.name);
         json.count("records", agent.records);
-        writeTime(json, "first", agent.first);
-        writeTime(json, "last", agent.last);
+        writeTimeText(json, "first", agent.first);
+        writeTimeText(json, "last", agent.last);
         json.beginArray("properties");
         for (const auto& [property, statistics] : agent.properties)
             writeProperty(json, *property, statistics);
