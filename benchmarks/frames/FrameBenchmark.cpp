@@ -1,7 +1,7 @@
 // Frames of a view that is panned, zoomed, recoloured and resized, and the way from values in memory to a first frame.
 //
-// A frame is what the hosting view paints after something changed: layout, ground, grid, plots, axes and texts into an
-// image of the size given. Names: what/plots x points/window/pixels.
+// A frame is what the hosting view paints after something changed: layout, background, grid, plots, axes and texts into
+// an image of the size given. Names: what/plots x points/window/pixels.
 
 #include "benchmarks/frames/BenchmarkGraph.h"
 #include "benchmarks/frames/FrameCases.h"
@@ -137,10 +137,10 @@ void load(benchmark::State& state)
     const plotix::SharedArray<double> times = secondsTimes(kCount);
     QImage image(kScreen, QImage::Format_RGB32);
     for (auto unused : state) {
-        SeriesBuilder builder(times, kCount);
-        for (std::size_t first = 0; first < kCount; first += SeriesBuilder::kBlock)
-            builder.setBlock(first, std::span(values).subspan(first, std::min(SeriesBuilder::kBlock, kCount - first)),
-                             {});
+        plotix::SeriesBuilder builder(times, kCount);
+        for (std::size_t first = 0; first < kCount; first += plotix::SeriesBuilder::kBlock)
+            builder.setBlock(
+                first, std::span(values).subspan(first, std::min(plotix::SeriesBuilder::kBlock, kCount - first)), {});
         BenchmarkGraph shown(std::vector<CPTPointSeriesPtr>{builder.finish()});
         plotkit::GraphPainter painter;
         paintFrame(painter, image, shown.graph);

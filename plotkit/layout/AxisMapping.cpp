@@ -7,7 +7,7 @@ namespace plotkit {
 bool AxisMapping::isProper() const
 {
     return std::isfinite(range.location) && std::isfinite(range.length) && std::isfinite(range.end()) &&
-           range.length != 0 && places != 0 && std::isfinite(places) && std::isfinite(firstPlace);
+           range.length != 0 && extent != 0 && std::isfinite(extent) && std::isfinite(start);
 }
 
 AxisMapping xMapping(const CPTPlotRange& range, const QRectF& rectangle)
@@ -20,40 +20,40 @@ AxisMapping yMapping(const CPTPlotRange& range, const QRectF& rectangle)
     return {range, rectangle.bottom(), -rectangle.height()};
 }
 
-double placeForValue(const AxisMapping& mapping, double value)
+double coordinateForValue(const AxisMapping& mapping, double value)
 {
     if (!mapping.isProper())
-        return mapping.middlePlace();
-    return mapping.firstPlace + (value - mapping.range.location) / mapping.range.length * mapping.places;
+        return mapping.middle();
+    return mapping.start + (value - mapping.range.location) / mapping.range.length * mapping.extent;
 }
 
-double valueForPlace(const AxisMapping& mapping, double place)
+double valueForCoordinate(const AxisMapping& mapping, double coordinate)
 {
     if (!mapping.isProper())
         return mapping.range.location;
-    return mapping.range.location + (place - mapping.firstPlace) / mapping.places * mapping.range.length;
+    return mapping.range.location + (coordinate - mapping.start) / mapping.extent * mapping.range.length;
 }
 
-double valuePerPlace(const AxisMapping& mapping)
+double valuePerUnit(const AxisMapping& mapping)
 {
-    return mapping.isProper() ? std::abs(mapping.range.length / mapping.places) : 0;
+    return mapping.isProper() ? std::abs(mapping.range.length / mapping.extent) : 0;
 }
 
-CPTPlotRange rangePannedBy(const AxisMapping& mapping, double placeDelta)
+CPTPlotRange rangePannedBy(const AxisMapping& mapping, double delta)
 {
-    if (!mapping.isProper() || !std::isfinite(placeDelta))
+    if (!mapping.isProper() || !std::isfinite(delta))
         return mapping.range;
-    return {mapping.range.location - placeDelta / mapping.places * mapping.range.length, mapping.range.length};
+    return {mapping.range.location - delta / mapping.extent * mapping.range.length, mapping.range.length};
 }
 
 QPointF valueForPoint(const AxisMapping& x, const AxisMapping& y, const QPointF& point)
 {
-    return {valueForPlace(x, point.x()), valueForPlace(y, point.y())};
+    return {valueForCoordinate(x, point.x()), valueForCoordinate(y, point.y())};
 }
 
 QPointF pointForValue(const AxisMapping& x, const AxisMapping& y, const QPointF& value)
 {
-    return {placeForValue(x, value.x()), placeForValue(y, value.y())};
+    return {coordinateForValue(x, value.x()), coordinateForValue(y, value.y())};
 }
 
 }  // namespace plotkit

@@ -5,19 +5,19 @@
 #include <QtCore/QPointF>
 #include <QtCore/QRectF>
 
-/// All arithmetic between values on an axis and places on a picture, as free functions over one value.
+/// All arithmetic between values on an axis and coordinates on a picture, as free functions over one value.
 ///
-/// A place is in whatever unit the rectangle came in (points or device pixels), counted from the picture's top left;
-/// x grows to the right, y downward, so a y mapping has its first place at the rectangle's bottom. Pure; any thread.
+/// A coordinate is in whatever unit the rectangle came in (points or device pixels), counted from the picture's top
+/// left; x grows to the right, y downward, so a y mapping starts at the rectangle's bottom. Pure; any thread.
 namespace plotkit {
 
 /// A range and the stretch of the picture it is spread over.
 struct AxisMapping {
     CPTPlotRange range;
-    double firstPlace = 0;  ///< where `range.location` stands
-    double places = 0;      ///< the stretch's length, negative when places shrink while values grow
+    double start = 0;   ///< where `range.location` stands
+    double extent = 0;  ///< the stretch's length, negative when coordinates shrink while values grow
 
-    double middlePlace() const { return firstPlace + places / 2; }
+    double middle() const { return start + extent / 2; }
 
     /// Whether values can be told apart at all: length and limits finite, length and stretch not zero.
     bool isProper() const;
@@ -28,18 +28,18 @@ AxisMapping xMapping(const CPTPlotRange& range, const QRectF& rectangle);
 AxisMapping yMapping(const CPTPlotRange& range, const QRectF& rectangle);
 
 /// Where a value stands; outside the stretch for values outside the range. An improper mapping answers the middle for
-/// every value. Infinite values answer infinite places, NaN answers NaN.
-double placeForValue(const AxisMapping& mapping, double value);
+/// every value. Infinite values answer infinite coordinates, NaN answers NaN.
+double coordinateForValue(const AxisMapping& mapping, double value);
 
-/// The value at a place. A mapping without a proper range or stretch answers the range's location.
-double valueForPlace(const AxisMapping& mapping, double place);
+/// The value at a coordinate. A mapping without a proper range or stretch answers the range's location.
+double valueForCoordinate(const AxisMapping& mapping, double coordinate);
 
-/// How much value one place covers, never negative; 0 for an improper mapping.
-double valuePerPlace(const AxisMapping& mapping);
+/// How much value one unit covers, never negative; 0 for an improper mapping.
+double valuePerUnit(const AxisMapping& mapping);
 
-/// The range that shows the same stretch moved by `placeDelta` (positive: the content moves to higher places).
+/// The range that shows the same stretch moved by `delta` (positive: the content moves to higher coordinates).
 /// An improper mapping answers its range unchanged.
-CPTPlotRange rangePannedBy(const AxisMapping& mapping, double placeDelta);
+CPTPlotRange rangePannedBy(const AxisMapping& mapping, double delta);
 
 /// The plot-space point (x value, y value) under a point of the picture, and back.
 QPointF valueForPoint(const AxisMapping& x, const AxisMapping& y, const QPointF& point);

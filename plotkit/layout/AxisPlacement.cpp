@@ -31,7 +31,7 @@ double lineOf(const CPTXYAxis& axis, const AxisSurroundings& in)
     const QRectF& area = in.plotArea;
     const std::optional<CPTConstraints>& held = axis.axisConstraints();
     if (!held)
-        return placeForValue(in.across, axis.orthogonalPosition());
+        return coordinateForValue(in.across, axis.orthogonalPosition());
     if (axis.coordinate() == CPTCoordinate::X)
         return held->upperOffset ? area.top() + *held->upperOffset : area.bottom() - held->lowerOffset;
     return held->upperOffset ? area.right() - *held->upperOffset : area.left() + held->lowerOffset;
@@ -94,12 +94,12 @@ private:
     QLineF tickLine(double value, double length) const
     {
         const TickReach reach = tickReach(length);
-        return m_frame.lineAcross(placeForValue(m_in.along, value), reach.inward, reach.outward);
+        return m_frame.lineAcross(coordinateForValue(m_in.along, value), reach.inward, reach.outward);
     }
 
     QLineF gridLine(double value) const
     {
-        const double along = placeForValue(m_in.along, value);
+        const double along = coordinateForValue(m_in.along, value);
         const QRectF& area = m_in.plotArea;
         return m_frame.isX() ? QLineF(along, area.top(), along, area.bottom())
                              : QLineF(area.left(), along, area.right(), along);
@@ -129,7 +129,7 @@ private:
         label.text = m_axis.labelFormatter() ? m_axis.labelFormatter()->stringForNumber(value) : QString();
         const QSizeF size = m_in.measureText(label.text, m_axis.labelTextStyle());
         const double outward = tickReach(m_axis.majorTickLength()).outward + kLabelGap;
-        label.box = m_frame.boxFrom(placeForValue(m_in.along, value), outward, size);
+        label.box = m_frame.boxFrom(coordinateForValue(m_in.along, value), outward, size);
         label.alignment = m_frame.labelAlignment();
         return label;
     }
@@ -146,7 +146,7 @@ private:
         double widest = 0;
         for (const AxisLabel& label : labels)
             widest = std::max(widest, extentAlong(label));
-        return readableMultiple(m_plan, widest * valuePerPlace(m_in.along) / m_plan.step);
+        return readableMultiple(m_plan, widest * valuePerUnit(m_in.along) / m_plan.step);
     }
 
     /// Every `multiple`-th label, counted from the origin, so that panning keeps the choice.
@@ -257,16 +257,16 @@ private:
         if (m_axis.title().isEmpty())
             return std::nullopt;
         const QSizeF size = m_in.measureText(m_axis.title(), m_axis.titleTextStyle());
-        std::vector<PlacedText> places;
+        std::vector<PlacedText> candidates;
         if (titleOffset() >= 0) {
-            places.push_back(titleAlongAxis(size, outerTitleDistance(size.height())));
+            candidates.push_back(titleAlongAxis(size, outerTitleDistance(size.height())));
             if (!m_frame.isX())
-                places.push_back(titleAboveAxis(size));
+                candidates.push_back(titleAboveAxis(size));
         }
-        places.push_back(titleAlongAxis(size, innerTitleDistance(size.height())));
-        const auto found =
-            std::find_if(places.begin(), places.end(), [this](const PlacedText& title) { return hasRoom(title); });
-        return found == places.end() ? std::nullopt : std::optional(*found);
+        candidates.push_back(titleAlongAxis(size, innerTitleDistance(size.height())));
+        const auto found = std::find_if(candidates.begin(), candidates.end(),
+                                        [this](const PlacedText& title) { return hasRoom(title); });
+        return found == candidates.end() ? std::nullopt : std::optional(*found);
     }
 
     const CPTXYAxis& m_axis;

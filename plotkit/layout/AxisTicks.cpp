@@ -112,12 +112,12 @@ TickPlan planTicks(const CPTXYAxis& axis, const AxisMapping& mapping)
     TickPlan plan = fixed ? fixedPlan(axis) : automaticPlan(mapping.range.length);
     if (plan.isEmpty())
         return {};
-    const double perPlace = valuePerPlace(mapping);
-    const double leastSpacing = std::max(kLeastMajorSpacing, std::abs(mapping.places) / kMostMajors);
-    plan.step *= readableMultiple(plan, leastSpacing * perPlace / plan.step);
+    const double perUnit = valuePerUnit(mapping);
+    const double leastSpacing = std::max(kLeastMajorSpacing, std::abs(mapping.extent) / kMostMajors);
+    plan.step *= readableMultiple(plan, leastSpacing * perUnit / plan.step);
     if (!std::isfinite(plan.step))
         return {};
-    if (plan.step / (plan.minors + 1.0) < kLeastMinorSpacing * perPlace)
+    if (plan.step / (plan.minors + 1.0) < kLeastMinorSpacing * perUnit)
         plan.minors = 0;
     return plan;
 }

@@ -27,7 +27,7 @@ struct MajorTick {
     double value;
 };
 
-/// Majors never stand closer than this many places, and never more of them than `kMostMajors`.
+/// Majors never stand closer than this many units of the mapping, and never more of them than `kMostMajors`.
 inline constexpr double kLeastMajorSpacing = 4;
 inline constexpr double kLeastMinorSpacing = 2;
 inline constexpr double kMostMajors = 4000;

@@ -5,8 +5,8 @@
 /// What a bin of a series holds, as values: what sums bins up, and what keeps the sums, agree on these. Any thread.
 namespace plotkit {
 
-/// The points of one bin: the first, the last, and the extremes. Where they stand is a share of the bin's width. In a
-/// crowded bin that ends with a block of the index, `last` may be the very next point.
+/// The points of one bin: the first, the last, and the extremes. Where they stand is a fraction of the bin's width. In
+/// a crowded bin that ends with a block of the index, `last` may be the very next point.
 struct BinSummary {
     float first, min, max, last;
     float enter, leave;

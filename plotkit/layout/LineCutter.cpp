@@ -12,9 +12,9 @@ namespace {
 /// So far that the direction of a line to there is the direction to infinity, yet safe to calculate with.
 constexpr double kFarAway = 1e30;
 
-using Piece = std::pair<double, double>;  // from and to, as shares of a segment's length
+using Piece = std::pair<double, double>;  // from and to, as fractions of a segment's length
 
-/// Narrows `piece` to where start + share × delta lies in [low, high]; false when nothing is left.
+/// Narrows `piece` to where start + fraction × delta lies in [low, high]; false when nothing is left.
 bool narrow(Piece& piece, double start, double delta, double low, double high)
 {
     if (delta == 0)

@@ -22,7 +22,7 @@ public:
     /// The line's next point. Infinite coordinates count as far away. Requires: no NaN.
     void add(QPointF point);
 
-    /// Ends the line. A line of one place inside the rectangle becomes a dot.
+    /// Ends the line. A line of one point inside the rectangle becomes a dot.
     void finish();
 
 private:

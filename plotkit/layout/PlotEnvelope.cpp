@@ -17,19 +17,19 @@ constexpr double kMostColumns = 1 << 20;
 constexpr std::size_t kMostKeptEdges = 16;
 constexpr float kInfinity = std::numeric_limits<float>::infinity();
 
-/// A point of the line, in columns from the picture's left, and a place.
+/// A point of the line, in columns from the picture's left, and its y coordinate.
 struct LinePoint {
     double at;
-    double place;
+    double y;
 };
 
 /// Where the line between two points crosses an edge: from the nearer end, lest a far-away one swallow the digits.
-double placeAtEdge(const LinePoint& from, const LinePoint& to, double edge)
+double yAtEdge(const LinePoint& from, const LinePoint& to, double edge)
 {
     if (!(edge > from.at))
-        return from.place;
-    const double slope = to.at > from.at ? (to.place - from.place) / (to.at - from.at) : 0;
-    return edge - from.at < to.at - edge ? from.place + (edge - from.at) * slope : to.place - (to.at - edge) * slope;
+        return from.y;
+    const double slope = to.at > from.at ? (to.y - from.y) / (to.at - from.at) : 0;
+    return edge - from.at < to.at - edge ? from.y + (edge - from.at) * slope : to.y - (to.at - edge) * slope;
 }
 
 }  // namespace
@@ -64,8 +64,8 @@ public:
             leaveOut(0, first);
         if (!outgoing && first < m_columns)
             leaveOut(last + 1, m_columns);
-        m_envelope.enter = {joins(), m_columns};
-        m_envelope.leave = {joins() + 1, m_columns};
+        m_envelope.atLeft = {joins(), m_columns};
+        m_envelope.atRight = {joins() + 1, m_columns};
         m_envelope.low = {low, m_columns};
         m_envelope.high = {high, m_columns};
     }
@@ -101,7 +101,7 @@ private:
     void cross(const LinePoint& from, const LinePoint& to, std::size_t first, std::size_t last)
     {
         for (std::size_t edge = first; edge <= last; ++edge)
-            joins()[edge] = m_scale.cut(placeAtEdge(from, to, static_cast<double>(edge)));
+            joins()[edge] = m_scale.cut(yAtEdge(from, to, static_cast<double>(edge)));
     }
 
     void bridgeGaps()
@@ -135,7 +135,7 @@ private:
             joins()[last + 1] = m_scale.cut(m_scale(m_bins.last[last]));
     }
 
-    /// Columns without the line. Their places are of no matter, but numbers.
+    /// Columns without the line. What stands at their edges does not matter, but must be finite.
     void leaveOut(std::size_t from, std::size_t to)
     {
         std::fill(m_envelope.m_low.data() + from, m_envelope.m_low.data() + to, kInfinity);
@@ -181,10 +181,10 @@ bool PlotEnveloping::envelopeInto(PlotEnvelope& envelope, const CPTPointSeries& 
     const AxisMapping x = xMapping(view.xRange, view.area);
     const AxisMapping y = yMapping(view.yRange, view.area);
     const double margin = std::isfinite(view.margin) ? std::max(1.0, view.margin) : 1.0;
-    const double perPlace = valuePerPlace(x);
-    const double width = perPlace / PlotEnvelope::kColumnsPerPixel;
-    const double low = view.xRange.minLimit() - margin * perPlace;
-    const double high = view.xRange.maxLimit() + margin * perPlace;
+    const double perUnit = valuePerUnit(x);
+    const double width = perUnit / PlotEnvelope::kColumnsPerPixel;
+    const double low = view.xRange.minLimit() - margin * perUnit;
+    const double high = view.xRange.maxLimit() + margin * perUnit;
     const double columns = (view.area.width() + 2 * margin) * PlotEnvelope::kColumnsPerPixel;
     if (!x.isProper() || !y.isProper() || !(width > 0) || !std::isfinite(low) || !std::isfinite(high) ||
         !std::isfinite((high - low) / width) || columns > kMostColumns)
@@ -208,7 +208,7 @@ bool PlotEnveloping::envelopeInto(PlotEnvelope& envelope, const CPTPointSeries& 
     if (mirrored)
         bins = m_mirrored.mirrored(bins, grid.count);
 
-    const ValueScale scale{y.range.location, y.places / y.range.length, y.firstPlace, PlotEnvelope::kFarthestPlace};
+    const ValueScale scale{y.range.location, y.extent / y.range.length, y.start, PlotEnvelope::kFarthest};
     const auto pointOf = [&](std::size_t element) -> std::optional<LinePoint> {
         if (element >= series.elementCount())
             return std::nullopt;
@@ -218,7 +218,7 @@ bool PlotEnveloping::envelopeInto(PlotEnvelope& envelope, const CPTPointSeries& 
     const std::optional<LinePoint> before = pointOf(series.index().lastPointBefore(edges.edges()[0]));
     const std::optional<LinePoint> after = pointOf(series.index().firstPointFrom(edges.edges()[grid.count]));
     const std::int64_t leftmost = mirrored ? grid.first + static_cast<std::int64_t>(grid.count) : grid.first;
-    envelope.left = placeForValue(x, grid.edge(leftmost));
+    envelope.left = coordinateForValue(x, grid.edge(leftmost));
     EnvelopeBuilder(envelope, bins, grid.count, scale).build(mirrored ? after : before, mirrored ? before : after);
     return true;
 }

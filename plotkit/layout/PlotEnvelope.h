@@ -13,21 +13,21 @@
 /// Pure but for the memory kept between frames; one thread at a time.
 namespace plotkit {
 
-/// Columns of 1 / kColumnsPerPixel pixel. In column c the line comes in at `enter`, goes out at `leave`, and reaches
-/// from `low` to `high` between (places, y downward). Where the line is not, low is +infinity and high −infinity.
-/// Places lie within ±kFarthestPlace; enter and leave are cut there too, beyond any picture.
+/// Columns of 1 / kColumnsPerPixel pixel. In column c the line comes in at `atLeft`, goes out at `atRight`, and reaches
+/// from `low` to `high` between (coordinates, y downward). Where the line is not, low is +infinity and high −infinity.
+/// Coordinates lie within ±kFarthest; those at the edges are cut there too, beyond any picture.
 ///
 /// *Owns* what its spans show.
 struct PlotEnvelope {
     static constexpr int kColumnsPerPixel = 12;
-    static constexpr double kFarthestPlace = 65536;
+    static constexpr double kFarthest = 65536;
 
     PlotEnvelope() = default;
     PlotEnvelope(const PlotEnvelope&) = delete;
     PlotEnvelope& operator=(const PlotEnvelope&) = delete;
 
-    double left = 0;                      ///< place of column 0's left edge
-    std::span<const float> enter, leave;  ///< one row: where a column is left, the next is entered
+    double left = 0;                         ///< coordinate of column 0's left edge
+    std::span<const float> atLeft, atRight;  ///< one row: a column begins where the one before ends
     std::span<const float> low, high;
 
 private:

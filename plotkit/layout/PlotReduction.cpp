@@ -59,10 +59,10 @@ private:
     {
         return m_series.isPoint(element) && std::isfinite(m_series.y()[element]);
     }
-    double placeOfX(std::size_t element) const { return placeForValue(m_xMapping, m_x[element]); }
-    double placeOfY(float y) const { return placeForValue(m_yMapping, y); }
+    double xOf(std::size_t element) const { return coordinateForValue(m_xMapping, m_x[element]); }
+    double yOf(float y) const { return coordinateForValue(m_yMapping, y); }
     void add(double x, double y) { m_cutter.add({x, y}); }
-    void addElement(std::size_t element) { add(placeOfX(element), placeOfY(m_series.y()[element])); }
+    void addElement(std::size_t element) { add(xOf(element), yOf(m_series.y()[element])); }
     void addElements(std::size_t first, std::size_t last)
     {
         for (std::size_t element = first; element < last; ++element)
@@ -75,8 +75,8 @@ private:
         const CPTSeriesIndex::MinMax extremes = m_series.index().minMax(0, m_x.size());
         if (extremes.isEmpty())
             return;
-        add(m_xMapping.middlePlace(), placeOfY(extremes.max));
-        add(m_xMapping.middlePlace(), placeOfY(extremes.min));
+        add(m_xMapping.middle(), yOf(extremes.max));
+        add(m_xMapping.middle(), yOf(extremes.min));
     }
 
     void walkAll()
@@ -87,8 +87,8 @@ private:
         for (std::size_t element = 0; element < m_x.size(); ++element) {
             if (!isDrawable(element) || !std::isfinite(m_x[element]))
                 continue;
-            const double nextColumn = std::floor(placeOfX(element) * kCellsPerPixel);
-            const double nextRow = std::floor(placeOfY(m_series.y()[element]) * kCellsPerPixel);
+            const double nextColumn = std::floor(xOf(element) * kCellsPerPixel);
+            const double nextRow = std::floor(yOf(m_series.y()[element]) * kCellsPerPixel);
             if (nextColumn == column && nextRow == row) {
                 skipped = element;
                 continue;
@@ -106,11 +106,11 @@ private:
 
     void reduceSorted()
     {
-        const double perPlace = valuePerPlace(m_xMapping);
+        const double perUnit = valuePerUnit(m_xMapping);
         const QRectF grown = grownArea(m_view);
         const double margin = (grown.width() - m_view.area.width()) / 2;
-        const double low = m_view.xRange.minLimit() - margin * perPlace;
-        const double high = m_view.xRange.maxLimit() + margin * perPlace;
+        const double low = m_view.xRange.minLimit() - margin * perUnit;
+        const double high = m_view.xRange.maxLimit() + margin * perUnit;
         const std::size_t elements = m_x.size();
         const std::size_t first = firstElementAt(m_x, 0, elements, elements / 2, low);
         const std::size_t last = static_cast<std::size_t>(
@@ -118,7 +118,7 @@ private:
         const int columnsPerPixel = std::clamp(m_view.columnsPerPixel, 1, 64);
         const double wanted = std::ceil(grown.width() * columnsPerPixel);
         const auto bins = static_cast<std::size_t>(std::min(wanted, kMostBins));
-        const double binWidth = perPlace * grown.width() / static_cast<double>(bins);
+        const double binWidth = perUnit * grown.width() / static_cast<double>(bins);
 
         const std::size_t before = m_series.index().lastPointBefore(first);
         if (before < elements)
@@ -154,14 +154,14 @@ private:
             return;
         const std::size_t last = m_series.index().lastPointBefore(to);
         const CPTSeriesIndex::MinMax extremes = m_series.index().minMax(from, to);
-        const double enter = placeOfX(first);
-        const double leave = placeOfX(last);
+        const double enter = xOf(first);
+        const double leave = xOf(last);
         const float yFirst = m_series.y()[first];
         const float yLast = m_series.y()[last];
-        add(enter, placeOfY(yFirst));
+        add(enter, yOf(yFirst));
         addExtremes((enter + leave) / 2, extremes, yFirst, yLast);
         if (last != first)
-            add(leave, placeOfY(yLast));
+            add(leave, yOf(yLast));
     }
 
     /// Those extremes that lie beyond both ends, in the order that makes the shorter way.
@@ -171,11 +171,11 @@ private:
         const bool above = extremes.max > std::max(yFirst, yLast);
         const bool rising = yFirst <= yLast;
         if (below && rising)
-            add(x, placeOfY(extremes.min));
+            add(x, yOf(extremes.min));
         if (above)
-            add(x, placeOfY(extremes.max));
+            add(x, yOf(extremes.max));
         if (below && !rising)
-            add(x, placeOfY(extremes.min));
+            add(x, yOf(extremes.min));
     }
 
     const CPTPointSeries& m_series;

@@ -17,11 +17,11 @@ namespace {
 /// Beyond, the number of a bin would no longer be exact; the grid then begins at the view.
 constexpr double kMostBinNumber = 1e14;
 constexpr std::size_t kFine = CPTFineBlocks::kElements;
-constexpr double kSnapShare = 1.0 / 4;
-/// How many bins ahead memory is asked for: each reads a few places far apart.
+constexpr double kSnapFraction = 1.0 / 4;
+/// How many bins ahead memory is asked for: each reads from a few addresses far apart.
 constexpr std::size_t kBinsAhead = 16;
 
-float shareOf(double x, double edge, double width)
+float fractionOf(double x, double edge, double width)
 {
     return static_cast<float>(std::clamp((x - edge) / width, 0.0, 1.0));
 }
@@ -39,8 +39,8 @@ BinSummary summaryOf(const CPTPointSeries& series, std::size_t from, std::size_t
             extremes.min,
             extremes.max,
             series.y()[last],
-            shareOf(series.x()[first], edge, width),
-            shareOf(series.x()[last], edge, width)};
+            fractionOf(series.x()[first], edge, width),
+            fractionOf(series.x()[last], edge, width)};
 }
 
 void prefetch(const void* memory)
@@ -48,7 +48,7 @@ void prefetch(const void* memory)
     __builtin_prefetch(memory);
 }
 
-/// Asks for what summing up the bins will read, where those places lie too far apart for the processor to guess.
+/// Asks for what summing up the bins will read, where that lies too far apart for the processor to guess.
 void askForSamples(const float* y, const std::size_t* edges, std::size_t bin, std::size_t count)
 {
     const std::size_t ahead = edges[std::min(bin + kBinsAhead, count)];
@@ -112,7 +112,7 @@ std::size_t BinEdges::blockNear(std::span<const double> x, std::size_t from, std
         return x.size();
     const double above = x[after] - value;
     const double below = value - x[after - kFine];
-    if (above < 0 || below <= 0 || std::min(above, below) > m_grid.width * kSnapShare)
+    if (above < 0 || below <= 0 || std::min(above, below) > m_grid.width * kSnapFraction)
         return x.size();
     return above < below ? after : after - kFine;
 }
@@ -125,7 +125,7 @@ std::size_t BinEdges::blockBy(const TimeCourse& course, std::size_t from, std::s
     if (!found || found->after >= m_elements || found->after < from + kFine)
         return m_elements;
     const bool isBetween = found->above > found->off && found->below > found->off;
-    const bool isNear = std::min(found->above, found->below) + found->off < m_grid.width * kSnapShare;
+    const bool isNear = std::min(found->above, found->below) + found->off < m_grid.width * kSnapFraction;
     const bool isPlain = std::abs(found->above - found->below) > 2 * found->off;
     if (!isBetween || !isNear || !isPlain)
         return m_elements;
@@ -171,8 +171,8 @@ void BinEdges::findBins(std::span<const double> x, const TimeCourse* course, std
         }
         const std::size_t count = edges[bin + 1] - edges[bin];
         const bool blocks = count >= BinKernels::kDense && edges[bin] % kFine == 0 && edges[bin + 1] % kFine == 0;
-        m_enter.data()[bin] = blocks || count == 0 ? 0 : shareOf(x[edges[bin]], edgeOf(bin), m_grid.width);
-        m_leave.data()[bin] = blocks || count == 0 ? 1 : shareOf(x[edges[bin + 1] - 1], edgeOf(bin), m_grid.width);
+        m_enter.data()[bin] = blocks || count == 0 ? 0 : fractionOf(x[edges[bin]], edgeOf(bin), m_grid.width);
+        m_leave.data()[bin] = blocks || count == 0 ? 1 : fractionOf(x[edges[bin + 1] - 1], edgeOf(bin), m_grid.width);
     }
 }
 

@@ -31,7 +31,7 @@ struct BinGrid {
     static BinGrid covering(double low, double high, double width);
 };
 
-/// Bins that are to be worked out, as places in a grid: [0, keptFirst) and [keptLast, count).
+/// Bins that are to be worked out, as indexes into a grid: [0, keptFirst) and [keptLast, count).
 struct KeptBins {
     std::ptrdiff_t moved = 0;  ///< how many bins the grid's beginning went forward
     std::size_t keptFirst = 0, keptLast = 0;
@@ -46,13 +46,13 @@ class BinEdges {
 public:
     bool isOf(const plotix::SharedArray<double>& x, std::size_t elements) const;
 
-    /// Finds the edges of a grid's bins. In crowded bins an edge may lie a small share of a bin off, where a block of
-    /// the series' index begins.
+    /// Finds the edges of a grid's bins. In crowded bins an edge may lie a small fraction of a bin off, where a block
+    /// of the series' index begins.
     void cover(const CPTPointSeries& series, const BinGrid& grid);
 
     /// Of the grid covered last: one element more than there are bins, ascending.
     const std::size_t* edges() const { return m_edges.data(); }
-    /// Where the first and the last element of each bin stand, as shares of its width; anything for an empty bin.
+    /// Where the first and the last element of each bin stand, as fractions of its width; anything for an empty bin.
     const float* enter() const { return m_enter.data(); }
     const float* leave() const { return m_leave.data(); }
 

@@ -18,7 +18,7 @@ public:
     const Number* data() const { return m_numbers.data() + m_offset; }
     std::size_t size() const { return m_count; }
 
-    /// The window becomes `count` numbers, the first of which was `by` places after the first. Those that were not in
+    /// The window becomes `count` numbers, the first of which was `by` numbers after the first. Those that were not in
     /// the window before hold anything.
     void slide(std::ptrdiff_t by, std::size_t count)
     {

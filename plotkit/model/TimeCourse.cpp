@@ -10,7 +10,7 @@ namespace plotkit {
 namespace {
 
 constexpr double kInfinity = std::numeric_limits<double>::infinity();
-/// More than all roundings together come to on the way from a line to a distance, as a share of the greatest number.
+/// More than all roundings together come to on the way from a line to a distance, as a fraction of the greatest number.
 constexpr double kRounding = 16 * std::numeric_limits<double>::epsilon();
 /// How many lines the guess may be wrong by: a bin holds less than a line, or skips the gap in one.
 constexpr int kMostLinesOff = 4;

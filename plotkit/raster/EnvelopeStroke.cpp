@@ -26,30 +26,30 @@ void EnvelopeStroke::prepare(double radius, const StrokeArea& area)
 {
     m_radius = std::min(radius, kWidestRadius);
     m_perPixel = kFinest;
-    while (m_perPixel > 1 && m_radius * m_perPixel > kMostTaps)
+    while (m_perPixel > 1 && m_radius * m_perPixel > kMostReach)
         m_perPixel /= 2;
     setChords();
     // From a lead's width left of the clip, whatever the lead: the same line falls into the same columns in any buffer.
     const int reach = static_cast<int>(std::ceil(m_radius)) + 1;
     m_origin = area.clip.left() - kLanes - reach;
     m_sources = (kLanes + area.clip.width() + 2 * reach) * m_perPixel + 1;
-    const auto padded = static_cast<std::size_t>(m_sources + 2 * (kPadding + m_taps));
+    const auto padded = static_cast<std::size_t>(m_sources + 2 * (kPadding + m_reach));
     m_low.assign(padded, kInfinity);
     m_high.assign(padded, -kInfinity);
 }
 
 /// Half heights of the disc at the sources beside a target. On lines up to the gentle slope the stroke's edge lies
-/// within the taps' reach.
+/// within the columns' reach.
 void EnvelopeStroke::setChords()
 {
-    m_taps = std::max(1, static_cast<int>(std::lround(m_radius * m_perPixel)));
-    m_chords.resize(static_cast<std::size_t>(m_taps));
+    m_reach = std::max(1, static_cast<int>(std::lround(m_radius * m_perPixel)));
+    m_chords.resize(static_cast<std::size_t>(m_reach));
     const auto chord = [this](double distance) {
         return std::sqrt(std::max(0.0, m_radius * m_radius - distance * distance));
     };
-    for (int tap = 0; tap < m_taps; ++tap)
-        m_chords[static_cast<std::size_t>(tap)] = static_cast<float>(chord((tap + 0.5) / m_perPixel));
-    m_outermost = (m_taps - 0.5) / m_perPixel;
+    for (int column = 0; column < m_reach; ++column)
+        m_chords[static_cast<std::size_t>(column)] = static_cast<float>(chord((column + 0.5) / m_perPixel));
+    m_outermost = (m_reach - 0.5) / m_perPixel;
     m_outermostChord = chord(m_outermost);
     m_gentleSlope = m_outermost / std::max(3e-5, m_outermostChord);
     m_steepSpread = std::clamp((m_radius - m_outermost) * 2 * m_perPixel, 0.0, 1.0);
@@ -57,7 +57,7 @@ void EnvelopeStroke::setChords()
 
 inline void EnvelopeStroke::take(int source, float low, float high)
 {
-    const auto index = static_cast<std::size_t>(source + kPadding + m_taps);
+    const auto index = static_cast<std::size_t>(source + kPadding + m_reach);
     m_low[index] = std::min(m_low[index], low);
     m_high[index] = std::max(m_high[index], high);
 }
@@ -70,9 +70,9 @@ inline void EnvelopeStroke::addVertex(double source, double y)
 }
 
 /// How much of a source column's own width its extent takes in. Where the stroke's edge is found inside the disc's
-/// reach, the line at the column's centre is exact and the answer is 0. On lines too steep for that the outermost tap,
-/// half a column short of the radius, decides, and the answer makes up for it: the exact stroke's excess over what the
-/// tap reaches, r √(1 + s²) − s o − c with r² = o² + c², and as 1 / s is small, nearly a square.
+/// reach, the line at the column's centre is exact and the answer is 0. On lines too steep for that the outermost
+/// column, half a column short of the radius, decides, and the answer makes up for it: the exact stroke's excess over
+/// what the column reaches, r √(1 + s²) − s o − c with r² = o² + c², and as 1 / s is small, nearly a square.
 inline double EnvelopeStroke::spreadForSlope(double slope) const
 {
     const double steepness = std::abs(slope);
@@ -126,7 +126,7 @@ void EnvelopeStroke::outline(StrokeOutline& outline, std::span<const QPointF> po
         fromSource = toSource;
     }
     const int reach = static_cast<int>(area.clip.left() - area.lead - m_origin) * m_perPixel;
-    m_firstSource = static_cast<std::size_t>(reach + kPadding + m_taps);
+    m_firstSource = static_cast<std::size_t>(reach + kPadding + m_reach);
     widen(outline, area);
 }
 
@@ -142,7 +142,7 @@ void EnvelopeStroke::outline(StrokeOutline& outline, const LineColumns& columns,
     outline.phase = offset - left;
 
     // Source `pad + s` is column whole + s.
-    const int pad = kPadding + m_taps;
+    const int pad = kPadding + m_reach;
     const int targets = area.width() * m_perPixel + 1;
     const int sources = targets + 2 * pad;
     const double count = static_cast<double>(columns.low.size());
@@ -153,7 +153,7 @@ void EnvelopeStroke::outline(StrokeOutline& outline, const LineColumns& columns,
     const auto source = used > 0 ? static_cast<std::ptrdiff_t>(first - whole) + pad : 0;
     m_low.resize(static_cast<std::size_t>(sources));
     m_high.resize(static_cast<std::size_t>(sources));
-    m_kernels.shrink(columns.enter.data() + column, columns.leave.data() + column, columns.low.data() + column,
+    m_kernels.shrink(columns.atLeft.data() + column, columns.atRight.data() + column, columns.low.data() + column,
                      columns.high.data() + column, m_low.data() + source, m_high.data() + source, used,
                      {static_cast<float>(m_gentleSlope / m_perPixel), static_cast<float>(m_steepSpread)});
     const auto empty = [&](std::vector<float>& extents, float nothing) {
@@ -177,7 +177,7 @@ void EnvelopeStroke::widen(StrokeOutline& outline, const StrokeArea& area)
     outline.top.resize(whole);
     outline.bottom.resize(whole);
     m_kernels.dilate(m_low.data() + m_firstSource, m_high.data() + m_firstSource, outline.top.data(),
-                     outline.bottom.data(), static_cast<int>(widened), {m_chords.data(), m_taps}, area.clip.top(),
+                     outline.bottom.data(), static_cast<int>(widened), {m_chords.data(), m_reach}, area.clip.top(),
                      area.clip.top() + area.clip.height());
     const auto rest = static_cast<std::ptrdiff_t>(targets);
     std::fill(outline.top.begin() + rest, outline.top.end(), 0);

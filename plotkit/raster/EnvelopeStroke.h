@@ -13,8 +13,8 @@
 ///
 /// Over any x the stroke of such a line is one unbroken stretch from a top to a bottom: discs along the line, whose
 /// chords at that x overlap from one to the next. So the stroke is two curves, found by widening the line's own extents
-/// by the pen's disc in columns a small share of a pixel wide, and coverage is the area between them. The cost is that
-/// of the pixels, however many points a column holds. Internal to the rasteriser; one thread at a time.
+/// by the pen's disc in columns a small fraction of a pixel wide, and coverage is the area between them. The cost is
+/// that of the pixels, however many points a column holds. Internal to the rasteriser; one thread at a time.
 namespace plotkit {
 
 class EnvelopeStroke {
@@ -29,7 +29,7 @@ public:
     /// Requires: all of equal length; the radius at least half a pixel, and the width one that canStrokeColumns.
     void outline(StrokeOutline& outline, const LineColumns& columns, double radius, const StrokeArea& area);
 
-    static constexpr int kMostTaps = 256;  ///< source columns a disc reaches to each side
+    static constexpr int kMostReach = 256;  ///< source columns a disc reaches to each side
 
 private:
     void widen(StrokeOutline& outline, const StrokeArea& area);
@@ -43,11 +43,11 @@ private:
     const RasterKernels& m_kernels;
     int m_perPixel = 16;     // source columns per pixel
     double m_radius = 0;     // pixels
-    int m_taps = 0;          // source columns the disc reaches to each side
+    int m_reach = 0;         // source columns the disc reaches to each side
     double m_outermost = 0;  // where the disc's last column is centred, pixels from its middle
     double m_outermostChord = 0;
-    double m_gentleSlope = 0;  // up to here the stroke's edge lies within the taps' reach
-    double m_steepSpread = 0;  // share of a column that makes up for the rest on the steepest lines
+    double m_gentleSlope = 0;  // up to here the stroke's edge lies within the columns' reach
+    double m_steepSpread = 0;  // fraction of a column that makes up for the rest on the steepest lines
     double m_origin = 0;       // x of source column 0
     int m_sources = 0;
     std::vector<float> m_low, m_high;  // the line's extent in each source column, padded on both sides

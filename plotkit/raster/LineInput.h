@@ -30,7 +30,7 @@ struct PolylineSet {
 struct LineColumns {
     static constexpr int kPerPixel = 12;
     double left = 0;  ///< the left edge of column 0
-    std::span<const float> enter, leave, low, high;
+    std::span<const float> atLeft, atRight, low, high;
 };
 
 }  // namespace plotkit

@@ -17,10 +17,10 @@ constexpr int kStripe = 4 * kLanes;  // pixel columns; at a thousand rows a quar
 
 /// Adds `weight` times what an edge covers of its own row and of the row below, which it covers wholly. Whole numbers,
 /// so that coverage adds up to exactly all or nothing wherever a picture is cut into pieces.
-inline void noteEdge(qint16* lane, int place, int weight)
+inline void noteEdge(qint16* lane, int height, int weight)
 {
-    const int below = (place & (kRowSteps - 1)) * weight;
-    qint16* change = lane + static_cast<std::ptrdiff_t>(place >> kRowBits) * kLanes;
+    const int below = (height & (kRowSteps - 1)) * weight;
+    qint16* change = lane + static_cast<std::ptrdiff_t>(height >> kRowBits) * kLanes;
     change[0] = static_cast<qint16>(change[0] + kRowSteps * weight - below);
     change[kLanes] = static_cast<qint16>(change[kLanes] + below);
 }
@@ -39,11 +39,11 @@ OutlinePainter::Rows OutlinePainter::noteEdges(const StrokeOutline& outline, std
     qint32 lowest = -1;
     for (int lane = 0; lane < kLanes; ++lane, top += perPixel, bottom += perPixel) {
         qint16* changes = m_changes.data() + lane;
-        const auto note = [&](int step, int share) {
+        const auto note = [&](int step, int part) {
             if (top[step] >= bottom[step])
                 return;
-            noteEdge(changes, top[step], share);
-            noteEdge(changes, bottom[step], -share);
+            noteEdge(changes, top[step], part);
+            noteEdge(changes, bottom[step], -part);
             highest = std::min(highest, top[step]);
             lowest = std::max(lowest, bottom[step]);
         };

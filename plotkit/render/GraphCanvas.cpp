@@ -201,13 +201,13 @@ void GraphCanvas::drawFreeLine(const QLineF& line, const CPTLineStyle& style)
     m_painter.drawLine(QLineF(toPainter(line.p1()), toPainter(line.p2())));
 }
 
-void GraphCanvas::drawText(const PlacedText& text, const CPTTextStyle& style, TextGround ground)
+void GraphCanvas::drawText(const PlacedText& text, const CPTTextStyle& style, TextBackground background)
 {
     TextPlacing placing;
     placing.box = toPainter(text.box);
     placing.density = m_density;
     placing.snaps = m_aligned;
-    placing.hasHalo = ground == TextGround::Plots;
+    placing.hasHalo = background == TextBackground::Plots;
     if (m_aligned && m_texts)
         m_texts->draw(m_painter, text, style, placing);
     else

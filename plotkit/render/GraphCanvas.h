@@ -16,7 +16,7 @@ namespace plotkit {
 
 class TextImages;
 
-enum class TextGround { Plain, Plots };
+enum class TextBackground { Plain, Plots };
 
 class GraphCanvas {
 public:
@@ -51,7 +51,7 @@ public:
     void drawLine(const QLineF& line, const std::optional<CPTLineStyle>& style);
 
     /// Where plots lie beneath, a halo sets the text off.
-    void drawText(const PlacedText& text, const CPTTextStyle& style, TextGround ground);
+    void drawText(const PlacedText& text, const CPTTextStyle& style, TextBackground background);
 
 private:
     struct AlignedStroke;

@@ -20,12 +20,12 @@ bool GraphFrames::paint(QPainter& painter, const CPTXYGraph& graph, const QRectF
             m_painter.paint(painter, graph, rect);
             return true;
         }
-        const QRect place = canvas.alignedRect(rect).toRect();
-        const Look look{place.size(), canvas.toPainter(rect).topLeft() - QPointF(place.topLeft()), canvas.density()};
+        const QRect target = canvas.alignedRect(rect).toRect();
+        const Look look{target.size(), canvas.toPainter(rect).topLeft() - QPointF(target.topLeft()), canvas.density()};
         isPainted = isPainted || !(look == m_look);
         if (isPainted)
             keep(graph, rect, look);
-        canvas.painter().drawImage(place.topLeft(), m_picture);
+        canvas.painter().drawImage(target.topLeft(), m_picture);
     }
     paintLayers(painter, graph, rect);
     return isPainted;

@@ -53,17 +53,17 @@ void drawTicks(GraphCanvas& canvas, const AxisLayout& layout, const CPTXYAxis& a
             canvas.drawLine(layout.majorTicks[index], majorStyle);
 }
 
-TextGround groundOf(const PlacedText& text, const QRectF& plotArea)
+TextBackground backgroundOf(const PlacedText& text, const QRectF& plotArea)
 {
-    return plotArea.intersects(text.box) ? TextGround::Plots : TextGround::Plain;
+    return plotArea.intersects(text.box) ? TextBackground::Plots : TextBackground::Plain;
 }
 
 void drawTexts(GraphCanvas& canvas, const AxisLayout& layout, const CPTXYAxis& axis, const QRectF& plotArea)
 {
     for (const AxisLabel& label : layout.labels)
-        canvas.drawText(label, axis.labelTextStyle(), groundOf(label, plotArea));
+        canvas.drawText(label, axis.labelTextStyle(), backgroundOf(label, plotArea));
     if (layout.title)
-        canvas.drawText(*layout.title, axis.titleTextStyle(), groundOf(*layout.title, plotArea));
+        canvas.drawText(*layout.title, axis.titleTextStyle(), backgroundOf(*layout.title, plotArea));
 }
 
 }  // namespace
@@ -86,7 +86,7 @@ void GraphPainter::paintBelowLayers(QPainter& painter, const CPTXYGraph& graph, 
     };
 
     GraphCanvas canvas(painter, &m_texts);
-    m_ground.draw(canvas, graph, rect, layout.frame);
+    m_background.draw(canvas, graph, rect, layout.frame);
     eachAxis([&](const AxisLayout& axisLayout, const CPTXYAxis& axis) { drawGrid(canvas, axisLayout, axis); });
     // Before the plots: a value that stays on the axis must be seen.
     eachAxis([&](const AxisLayout& axisLayout, const CPTXYAxis& axis) {
@@ -99,7 +99,7 @@ void GraphPainter::paintBelowLayers(QPainter& painter, const CPTXYGraph& graph, 
         drawTexts(canvas, axisLayout, axis, layout.plotArea);
     });
     if (layout.title)
-        canvas.drawText(*layout.title, graph.titleTextStyle(), groundOf(*layout.title, layout.plotArea));
+        canvas.drawText(*layout.title, graph.titleTextStyle(), backgroundOf(*layout.title, layout.plotArea));
 }
 
 void paintLayers(QPainter& painter, const CPTXYGraph& graph, const QRectF& rect)

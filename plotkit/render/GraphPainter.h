@@ -1,6 +1,6 @@
 #pragma once
 
-#include "plotkit/render/GraphGround.h"
+#include "plotkit/render/GraphBackground.h"
 #include "plotkit/render/PlotPainting.h"
 #include "plotkit/render/TextImages.h"
 
@@ -17,7 +17,7 @@ public:
     void paintBelowLayers(QPainter& painter, const CPTXYGraph& graph, const QRectF& rect);
 
 private:
-    GraphGround m_ground;
+    GraphBackground m_background;
     PlotPainting m_plots;
     TextImages m_texts;
 };

@@ -17,7 +17,7 @@ namespace {
 /// Painters cannot address pixels beyond.
 constexpr int kLongestSide = 32767;
 
-/// Keeps ground, texts and working memory from picture to picture. Holds images only, no fonts, which
+/// Keeps background, texts and working memory from picture to picture. Holds images only, no fonts, which
 /// would have to go before the application does.
 GraphPainter& picturePainter()
 {

@@ -20,7 +20,7 @@ QFont fontForStyle(const CPTTextStyle& style, double density = 1.0);
 /// Width of the longest line and height of all of them, in points. An empty text answers (0, 0).
 QSizeF sizeOfText(const QString& text, const CPTTextStyle& style);
 
-/// How a text meets the painter.
+/// Where and how a text is drawn.
 struct TextPlacing {
     QRectF box;            ///< painter units
     double density = 1.0;  ///< painter units a point

@@ -69,17 +69,17 @@ void PixelRuns::drawRow(quint32* row, int pictureRow, int first, int last) const
         fillPixels(row + x, run->color, static_cast<std::size_t>(std::min(run->end, last) - x));
 }
 
-void PixelRuns::draw(QImage& image, const QPoint& place, const QRect& clip) const
+void PixelRuns::draw(QImage& image, const QPoint& topLeft, const QRect& clip) const
 {
     Q_ASSERT(image.depth() == 32);
-    const QRect shown = QRect(place, m_size).intersected(clip).intersected(image.rect());
+    const QRect shown = QRect(topLeft, m_size).intersected(clip).intersected(image.rect());
     if (shown.isEmpty() || isEmpty())
         return;
     const qsizetype stride = image.bytesPerLine();
     uchar* bits = image.bits();
     for (int y = shown.top(); y <= shown.bottom(); ++y) {
-        auto* row = reinterpret_cast<quint32*>(bits + y * stride) + place.x();
-        drawRow(row, y - place.y(), shown.left() - place.x(), shown.right() + 1 - place.x());
+        auto* row = reinterpret_cast<quint32*>(bits + y * stride) + topLeft.x();
+        drawRow(row, y - topLeft.y(), shown.left() - topLeft.x(), shown.right() + 1 - topLeft.x());
     }
 }
 

@@ -21,9 +21,9 @@ public:
 
     bool isEmpty() const { return m_rowStarts.empty(); }
 
-    /// Writes what lies within `clip` (pixels of `image`) with the picture's top left at `place`. Requires: an image of
-    /// 32-bit pixels, not shared.
-    void draw(QImage& image, const QPoint& place, const QRect& clip) const;
+    /// Writes what lies within `clip` (pixels of `image`) with the picture's top left at `topLeft`. Requires: an image
+    /// of 32-bit pixels, not shared.
+    void draw(QImage& image, const QPoint& topLeft, const QRect& clip) const;
 
 private:
     struct Run {

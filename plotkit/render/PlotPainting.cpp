@@ -139,7 +139,8 @@ void PlotPainting::strokePlot(const CPTScatterPlot& plot, const PlotView& view, 
     const CPTPointSeriesPtr series = plot.isHidden() ? nullptr : plot.series();
     if (series && PolylineRasteriser::canStrokeColumns(style.width * density) &&
         m_enveloping.envelopeInto(m_envelope, *series, view, slot)) {
-        const LineColumns columns{m_envelope.left, m_envelope.enter, m_envelope.leave, m_envelope.low, m_envelope.high};
+        const LineColumns columns{m_envelope.left, m_envelope.atLeft, m_envelope.atRight, m_envelope.low,
+                                  m_envelope.high};
         m_rasteriser.add(columns, style.width * density, style.color);
     } else if (reduce(plot, view)) {
         m_rasteriser.add({m_reduced.points, m_reduced.partEnds}, style.width * density, style.color);

@@ -8,14 +8,14 @@ namespace plotkit {
 
 namespace {
 
-/// Every part of a pixel times `share` / 255, rounded as the toolkit rounds: two parts side by side in a number.
-quint32 partOf(quint32 pixel, quint32 share)
+/// Every part of a pixel times `alpha` / 255, rounded as the toolkit rounds: two parts side by side in a number.
+quint32 partOf(quint32 pixel, quint32 alpha)
 {
     constexpr quint32 kEven = 0x00ff00ffU;
     constexpr quint32 kHalf = 0x00800080U;
-    quint32 even = (pixel & kEven) * share;
+    quint32 even = (pixel & kEven) * alpha;
     even = ((even + ((even >> 8U) & kEven) + kHalf) >> 8U) & kEven;
-    quint32 odd = ((pixel >> 8U) & kEven) * share;
+    quint32 odd = ((pixel >> 8U) & kEven) * alpha;
     odd = (odd + ((odd >> 8U) & kEven) + kHalf) & ~kEven;
     return even | odd;
 }

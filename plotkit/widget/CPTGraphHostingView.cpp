@@ -132,7 +132,7 @@ void CPTGraphHostingView::drawFocusHint(QPainter& painter) const
 void CPTGraphHostingView::resizeEvent(QResizeEvent* event)
 {
     QWidget::resizeEvent(event);
-    cancelDrag();  // its places are those of the old size
+    cancelDrag();  // its points are those of the old size
     if (m_hostedGraph)
         m_hostedGraph->setBounds(rect());
 }
@@ -146,11 +146,11 @@ std::vector<CPTXYPlotSpacePtr> CPTGraphHostingView::interactiveSpaces() const
     return spaces;
 }
 
-void CPTGraphHostingView::zoomBy(double factor, QPointF aboutPlace)
+void CPTGraphHostingView::zoomBy(double factor, QPointF aboutPoint)
 {
     const CPTXYGraphPtr graph = m_hostedGraph;
     for (const CPTXYPlotSpacePtr& space : interactiveSpaces())
-        plotkit::zoomAboutPlace(*space, plotkit::geometryOfGraph(*graph, rect()).plotArea, factor, aboutPlace);
+        plotkit::zoomAboutPoint(*space, plotkit::geometryOfGraph(*graph, rect()).plotArea, factor, aboutPoint);
 }
 
 void CPTGraphHostingView::mousePressEvent(QMouseEvent* event)
@@ -223,9 +223,9 @@ void CPTGraphHostingView::wheelEvent(QWheelEvent* event)
     const QRectF area = plotkit::geometryOfGraph(*graph, rect()).plotArea;
     const QPointF scrolled = wheelDelta(event->pixelDelta(), *event);
     const bool isTouchpad = event->phase() != Qt::NoScrollPhase && scrolled.x() != 0;
-    const double places = isTouchpad ? scrolled.x() : turned.x() / 120.0 * plotkit::kPanStep * area.width();
+    const double points = isTouchpad ? scrolled.x() : turned.x() / 120.0 * plotkit::kPanStep * area.width();
     for (const CPTXYPlotSpacePtr& space : spaces)
-        plotkit::panXByPlaces(*space, area, places);
+        plotkit::panXBy(*space, area, points);
 }
 
 void CPTGraphHostingView::keyPressEvent(QKeyEvent* event)
@@ -236,9 +236,9 @@ void CPTGraphHostingView::keyPressEvent(QKeyEvent* event)
         event->ignore();
         return;
     }
-    const auto pan = [&spaces](CPTCoordinate coordinate, double share) {
+    const auto pan = [&spaces](CPTCoordinate coordinate, double fraction) {
         for (const CPTXYPlotSpacePtr& space : spaces)
-            plotkit::panByShare(*space, coordinate, share);
+            plotkit::panByFraction(*space, coordinate, fraction);
     };
     const QPointF centre = plotkit::geometryOfGraph(*graph, rect()).plotArea.center();
     switch (event->key()) {

@@ -61,7 +61,7 @@ private:
 
     void changed(plotkit::GraphChange change);
     std::vector<CPTXYPlotSpacePtr> interactiveSpaces() const;
-    void zoomBy(double factor, QPointF aboutPlace);
+    void zoomBy(double factor, QPointF aboutPoint);
     bool handlePinch(QGestureEvent* event);
     bool handleNativeGesture(QNativeGestureEvent* event);
     void cancelDrag();

@@ -12,9 +12,9 @@ namespace {
 
 constexpr double kEighthsOfDegreePerNotch = 120.0;
 
-QPointF nearestInside(const QRectF& area, QPointF place)
+QPointF nearestInside(const QRectF& area, QPointF point)
 {
-    return {std::clamp(place.x(), area.left(), area.right()), std::clamp(place.y(), area.top(), area.bottom())};
+    return {std::clamp(point.x(), area.left(), area.right()), std::clamp(point.y(), area.top(), area.bottom())};
 }
 
 }  // namespace
@@ -24,52 +24,52 @@ double zoomFactorForWheel(double eighthsOfDegree)
     return std::pow(kZoomStep, eighthsOfDegree / kEighthsOfDegreePerNotch);
 }
 
-void zoomAboutPlace(CPTXYPlotSpace& space, const QRectF& plotArea, double factor, QPointF place)
+void zoomAboutPoint(CPTXYPlotSpace& space, const QRectF& plotArea, double factor, QPointF point)
 {
     if (plotArea.isEmpty())
         return;
     const AxisMapping x = xMapping(space.xRange(), plotArea);
     const AxisMapping y = yMapping(space.yRange(), plotArea);
-    space.scaleBy(factor, valueForPoint(x, y, nearestInside(plotArea, place)));
+    space.scaleBy(factor, valueForPoint(x, y, nearestInside(plotArea, point)));
 }
 
-void panXByPlaces(CPTXYPlotSpace& space, const QRectF& plotArea, double places)
+void panXBy(CPTXYPlotSpace& space, const QRectF& plotArea, double points)
 {
     if (!plotArea.isEmpty())
-        space.setXRange(rangePannedBy(xMapping(space.xRange(), plotArea), places));
+        space.setXRange(rangePannedBy(xMapping(space.xRange(), plotArea), points));
 }
 
-void panByShare(CPTXYPlotSpace& space, CPTCoordinate coordinate, double share)
+void panByFraction(CPTXYPlotSpace& space, CPTCoordinate coordinate, double fraction)
 {
     CPTPlotRange range = coordinate == CPTCoordinate::X ? space.xRange() : space.yRange();
-    range.location += share * range.length;
+    range.location += fraction * range.length;
     if (coordinate == CPTCoordinate::X)
         space.setXRange(range);
     else
         space.setYRange(range);
 }
 
-PlotSpaceDrag::PlotSpaceDrag(CPTXYPlotSpacePtr space, const QRectF& plotArea, QPointF place)
+PlotSpaceDrag::PlotSpaceDrag(CPTXYPlotSpacePtr space, const QRectF& plotArea, QPointF point)
     : m_space(std::move(space)), m_plotArea(plotArea)
 {
-    beginAt(place);
+    beginAt(point);
 }
 
-void PlotSpaceDrag::beginAt(QPointF place)
+void PlotSpaceDrag::beginAt(QPointF point)
 {
-    m_startPlace = m_lastPlace = place;
+    m_startPoint = m_lastPoint = point;
     m_startX = m_lastX = m_space->xRange();
     m_startY = m_lastY = m_space->yRange();
 }
 
-void PlotSpaceDrag::moveTo(QPointF place)
+void PlotSpaceDrag::moveTo(QPointF point)
 {
-    if (place == m_lastPlace)
+    if (point == m_lastPoint)
         return;
     if (!(m_space->xRange() == m_lastX && m_space->yRange() == m_lastY))
-        beginAt(m_lastPlace);
-    const QPointF delta = place - m_startPlace;
-    m_lastPlace = place;
+        beginAt(m_lastPoint);
+    const QPointF delta = point - m_startPoint;
+    m_lastPoint = point;
     m_space->setXRange(rangePannedBy(xMapping(m_startX, m_plotArea), delta.x()));
     m_space->setYRange(rangePannedBy(yMapping(m_startY, m_plotArea), delta.y()));
     m_lastX = m_space->xRange();

@@ -5,9 +5,9 @@
 #include <QtCore/QPointF>
 #include <QtCore/QRectF>
 
-/// What gestures and keys propose to a plot space: moves and zooms measured in places of the view.
+/// What gestures and keys propose to a plot space: moves and zooms measured in points of the view.
 ///
-/// Places are points of the view, y downward. Plot spaces are *borrowed*, but for a drag, which *shares* its one. Main
+/// Points are those of the view, y downward. Plot spaces are *borrowed*, but for a drag, which *shares* its one. Main
 /// thread only.
 namespace plotkit {
 
@@ -19,15 +19,15 @@ inline constexpr double kPanStep = 0.1;
 /// The magnification of a wheel turned by `eighthsOfDegree`; 120 are one notch, positive turns magnify.
 double zoomFactorForWheel(double eighthsOfDegree);
 
-/// Zooms about what is shown at a place; a place beside the plot area counts as the nearest one inside.
+/// Zooms about what is shown at a point; a point beside the plot area counts as the nearest one inside.
 /// An empty plot area: nothing happens.
-void zoomAboutPlace(CPTXYPlotSpace& space, const QRectF& plotArea, double factor, QPointF place);
+void zoomAboutPoint(CPTXYPlotSpace& space, const QRectF& plotArea, double factor, QPointF point);
 
-/// Moves what x shows by `places`, positive to the right. An empty plot area: nothing happens.
-void panXByPlaces(CPTXYPlotSpace& space, const QRectF& plotArea, double places);
+/// Moves what x shows by `points`, positive to the right. An empty plot area: nothing happens.
+void panXBy(CPTXYPlotSpace& space, const QRectF& plotArea, double points);
 
-/// Moves the shown part of an axis by a share of its length, positive towards its end.
-void panByShare(CPTXYPlotSpace& space, CPTCoordinate coordinate, double share);
+/// Moves the shown part of an axis by a fraction of its length, positive towards its end.
+void panByFraction(CPTXYPlotSpace& space, CPTCoordinate coordinate, double fraction);
 
 /// A pan that follows the pointer from the ranges there were when it began, so that it never drifts.
 ///
@@ -35,20 +35,20 @@ void panByShare(CPTXYPlotSpace& space, CPTCoordinate coordinate, double share);
 class PlotSpaceDrag {
 public:
     /// Requires: a plot space.
-    PlotSpaceDrag(CPTXYPlotSpacePtr space, const QRectF& plotArea, QPointF place);
+    PlotSpaceDrag(CPTXYPlotSpacePtr space, const QRectF& plotArea, QPointF point);
 
     CPTXYPlotSpace& space() const { return *m_space; }
 
     /// Proposes x first, then y. The pointer where it was last: nothing is proposed.
-    void moveTo(QPointF place);
+    void moveTo(QPointF point);
 
 private:
-    void beginAt(QPointF place);
+    void beginAt(QPointF point);
 
     CPTXYPlotSpacePtr m_space;
     QRectF m_plotArea;
-    QPointF m_startPlace;
-    QPointF m_lastPlace;
+    QPointF m_startPoint;
+    QPointF m_lastPoint;
     CPTPlotRange m_startX, m_startY;
     CPTPlotRange m_lastX, m_lastY;  ///< as the drag left them
 };

@@ -65,7 +65,7 @@ protected:
     {
         QImage image = emptyImage();
         rasteriser.stroke(bufferOf(image),
-                          LineColumns{envelope.left, envelope.enter, envelope.leave, envelope.low, envelope.high},
+                          LineColumns{envelope.left, envelope.atLeft, envelope.atRight, envelope.low, envelope.high},
                           width, Qt::white, image.rect());
         return image;
     }

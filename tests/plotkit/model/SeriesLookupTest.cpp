@@ -21,7 +21,7 @@ protected:
         const CPTPointSeries series(
             plotix::SharedArray<double>::fromVector(x), plotix::SharedArray<float>::fromVector(y),
             plotix::ValidityBitmap(plotix::SharedArray<std::uint64_t>::fromVector({points})), y.size());
-        return recordsAtX(series, asked);
+        return plotkit::recordsAtX(series, asked);
     }
     void expectNone(double asked) const
     {

@@ -3,6 +3,7 @@
 #include "plugins/PlotixPlugIn/KTVDataClusterViewController.h"
 #include "plugins/PlotixPlugIn/host/KTVBundle.h"
 #include "plugins/PlotixPlugIn/host/KTVHostServices.h"
+#include "plugins/PlotixPlugIn/host/KTVNaturalLanguageDateCreator.h"
 
 #include <QtTest/QTest>
 

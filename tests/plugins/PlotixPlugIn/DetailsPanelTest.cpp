@@ -1,5 +1,6 @@
 #include "tests/plugins/PlotixPlugIn/PropertyTableFixture.h"
 
+#include <QtCore/QParallelAnimationGroup>
 #include <QtWidgets/QCheckBox>
 
 namespace {
