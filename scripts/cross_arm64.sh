@@ -32,7 +32,7 @@ if [ ! -e "$root/complete" ]; then
   mkdir -p "$root/apt/state/lists/partial" "$root/apt/cache/archives/partial"
   : >"$root/apt/status"
   foreign_apt update
-  mapfile -t packages < <(grep -E '^(lib|qt6-base|nlohmann).*-dev$' "$here/scripts/packages.txt")
+  mapfile -t packages < <(grep -E -- '-dev$' "$here/scripts/packages.txt")
   foreign_apt --download-only -y install libc6-dev libstdc++-12-dev "${packages[@]}"
   for package in "$root"/apt/cache/archives/*.deb; do
     dpkg -x "$package" "$root"
@@ -50,8 +50,7 @@ for target in "${targets[@]}"; do
   case $target in
     test_*)
       echo "== $target"
-      qemu-aarch64 -L "$root" -E LD_LIBRARY_PATH="$root/usr/lib/aarch64-linux-gnu" \
-        -E QT_PLUGIN_PATH="$root/usr/lib/aarch64-linux-gnu/qt6/plugins" \
+      qemu-aarch64 -L "$root" -E QT_PLUGIN_PATH="$root/usr/lib/aarch64-linux-gnu/qt6/plugins" \
         "$here/build/arm64/bin/$target" --gtest_brief=1 || failed=1
       ;;
   esac
