@@ -8,6 +8,7 @@
 #include "hostapp/app/Composition.h"
 #include "hostapp/app/TrendRenderer.h"
 #include "hostapp/site/PlugInOperations.h"
+#include "hostapp/site/WaitForRecords.h"
 
 #include <QtWidgets/QApplication>
 #include <benchmark/benchmark.h>
