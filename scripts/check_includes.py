@@ -16,7 +16,15 @@ LOGIC = PLUGIN + "/logic"
 KIT = {"plotkit/model", "plotkit/layout", "plotkit/raster", "plotkit/render", "plotkit/widget"}
 CORE = {"base", HOST, "hostapp/core"}
 DOCUMENT = CORE | {"records/store", "hostapp/document"}
-COMPUTER = "hostapp/live/sources/computer"
+SITE = DOCUMENT | {"hostapp/print", "hostapp/web", "hostapp/site"}
+EXCHANGE = {"hostapp/exchange", "hostapp/exchange/formats"}
+LIVE = {"hostapp/live", "hostapp/live/sources"}
+
+# Folders whose subfolders are rooms of one kind, each known by the folder above it alone: what such a room may include.
+KINDS = {
+    "hostapp/exchange/formats": CORE | {"hostapp/exchange"},
+    "hostapp/live/sources": CORE | {"hostapp/live"},
+}
 
 ALLOWED = {
     "base": set(),
@@ -37,16 +45,16 @@ ALLOWED = {
     "hostapp/core": {"base", HOST},
     "hostapp/document": CORE | {"storage", "records/store"},
     "hostapp/exchange": DOCUMENT,
-    COMPUTER: CORE,
-    "hostapp/live": DOCUMENT | {COMPUTER},
+    "hostapp/exchange/formats": DOCUMENT | {"hostapp/exchange"},
+    "hostapp/live": DOCUMENT,
+    "hostapp/live/sources": CORE | {"hostapp/live"},
     "hostapp/demo": DOCUMENT,
     "hostapp/print": CORE,
     "hostapp/web": CORE,
-    "hostapp/site": DOCUMENT | {"hostapp/print", "hostapp/web"},
-    "hostapp/window": DOCUMENT | {"hostapp/exchange", "hostapp/live", "hostapp/print", "hostapp/site"},
-    "hostapp/cli": DOCUMENT | {"hostapp/exchange", "hostapp/live", "hostapp/demo", "hostapp/print"},
-    "hostapp/app": DOCUMENT | {"hostapp/exchange", "hostapp/live", "hostapp/demo", "hostapp/print", "hostapp/site",
-                               "hostapp/window", "hostapp/web", "hostapp/cli"},
+    "hostapp/site": SITE - {"hostapp/site"},
+    "hostapp/window": SITE | EXCHANGE | LIVE,
+    "hostapp/cli": SITE | EXCHANGE | LIVE | {"hostapp/demo"},
+    "hostapp/app": SITE | EXCHANGE | LIVE | {"hostapp/demo", "hostapp/window", "hostapp/cli"},
 }
 
 # The one file that says which store keeps the records; it alone sees a store of records as what it is.
@@ -66,6 +74,8 @@ FORBIDDEN_QT = {
     "plotkit/layout": {"QtWidgets", "QtPrintSupport"},
     "plotkit/raster": {"QtWidgets", "QtPrintSupport"},
     LOGIC: {"QtWidgets", "QtPrintSupport"},
+    "hostapp/site": {"QtWidgets", "QtPrintSupport"},
+    "hostapp/cli": {"QtWidgets", "QtPrintSupport"},
 }
 
 TOPS = ("base", "storage", "records", "plotkit", "plugins", "hostapp")
@@ -84,8 +94,18 @@ def includes(path):
 
 def room_of(name):
     """The longest room that holds the file, or None for files outside every room."""
-    folder = str(pathlib.PurePosixPath(name).parent)
-    return folder if folder in ALLOWED else None
+    folder = pathlib.PurePosixPath(name).parent
+    return str(folder) if str(folder) in ALLOWED or str(folder.parent) in KINDS else None
+
+
+def may_include(room, target):
+    """Whether files of one room may include files of the other, which may be None."""
+    if target is None:
+        return False
+    above = str(pathlib.PurePosixPath(target).parent)
+    if target not in ALLOWED and above in KINDS:
+        return room in (target, above)
+    return room == target or target in ALLOWED.get(room, KINDS.get(str(pathlib.PurePosixPath(room).parent), ()))
 
 
 def find_cycle(graph):
@@ -175,8 +195,7 @@ def check(root):
                 continue  # a library's header, or one the build generates
             graph.setdefault(name, set()).add(target)
             target_room = room_of(target)
-            allowed = ALLOWED[room] | ALSO_ALLOWED.get(name, set())
-            if target_room != room and target_room not in allowed:
+            if not may_include(room, target_room) and target_room not in ALSO_ALLOWED.get(name, set()):
                 problems.append(f"{name}:{number}: {room} must not include {target_room or target}")
     cycle = find_cycle(graph)
     if cycle:

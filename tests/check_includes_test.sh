@@ -28,6 +28,10 @@ expect_failure "the plug-in reaching into the host application" plugins/PlotixPl
   '"hostapp/document/SiteDocument.h"' "must not include hostapp/document"
 expect_failure "the host application reaching into the plug-in" hostapp/document/SiteDocument.h \
   '"plugins/PlotixPlugIn/KTVPlotixPlugIn.h"' "hostapp/document must not include plugins/PlotixPlugIn"
+expect_failure "an outlet reaching into one format" hostapp/cli/Commands.h \
+  '"hostapp/exchange/formats/delimited/TextReader.h"' "hostapp/cli must not include hostapp/exchange/formats/delimited"
+expect_failure "a format reaching into the site document" hostapp/exchange/formats/delimited/TextReader.h \
+  '"hostapp/document/SiteDocument.h"' "hostapp/exchange/formats/delimited must not include hostapp/document"
 expect_failure "a document knowing which store keeps its records" hostapp/document/SiteDocument.cpp \
   '"records/sqlite/SqliteRecordStore.h"' "hostapp/document must not include records/sqlite"
 expect_failure "the site file knowing of records" storage/Database.h \

@@ -17,7 +17,7 @@ constexpr std::size_t kEndOfBlock = 256;
 constexpr int kSlotBits = 10;
 constexpr std::array<std::size_t, 19> kLengthOrder{16, 17, 18, 0, 8, 7, 9, 6, 10, 5, 11, 4, 12, 3, 13, 2, 14, 1, 15};
 
-/// Where it is remembered that a pixel was met. Knuth's multiplicative hashing.
+/// Where it is remembered that a pixel was seen. Knuth's multiplicative hashing.
 std::size_t slotOf(quint32 pixel)
 {
     return pixel * 0x9e3779b1U >> (32 - kSlotBits);
@@ -79,9 +79,10 @@ PngBlock::PngBlock(int width, int bytesPerPixel, quint8 filter)
       m_longest(kLongestMatch / m_bytesPerPixel),
       m_shortest(bytesPerPixel == 3 ? 2 : 1),  // a distance is as long as the three bytes it would stand for
       m_window(m_rowsKept * m_width),
-      m_met(std::size_t{1} << kSlotBits)
+      m_lastSeen(std::size_t{1} << kSlotBits)
 {
-    m_met[slotOf(0)].pixel = 1;  // which belongs into another slot, as 0 does into all others: nothing was met yet
+    m_lastSeen[slotOf(0)].pixel =
+        1;  // which belongs into another slot, as 0 does into all others: nothing was seen yet
     m_distanceCounts[distanceSymbol(m_bytesPerPixel).symbol] = 1;  // so that there is a code for distances
 }
 
@@ -112,29 +113,29 @@ void PngBlock::addUnlikeTheirNeighbours(std::size_t first, std::size_t end)
     const quint32* pixels = rowAt(row);
     for (std::size_t column = first; column < end;) {
         const quint32 pixel = pixels[column];
-        Met& met = m_met[slotOf(pixel)];
-        const std::size_t repeated = met.pixel == pixel ? repeatedAt(met, column, end) : 0;
+        LastSeen& seen = m_lastSeen[slotOf(pixel)];
+        const std::size_t repeated = seen.pixel == pixel ? repeatedAt(seen, column, end) : 0;
         const bool isMatch = repeated >= m_shortest;
         if (isMatch) {
-            addMatch(repeated, (row - met.row) * m_rowBytes + (column - met.column) * m_bytesPerPixel);
+            addMatch(repeated, (row - seen.row) * m_rowBytes + (column - seen.column) * m_bytesPerPixel);
         } else {
             m_tokens.push_back({pixel, 0});
             countPixel(pixel);
         }
-        met = {pixel, static_cast<quint32>(row), static_cast<quint32>(column)};
+        seen = {pixel, static_cast<quint32>(row), static_cast<quint32>(column)};
         column += isMatch ? repeated : 1;
     }
 }
 
-/// How many pixels from the column on are like those at a place where the first of them was met; 0 when it is too far.
-std::size_t PngBlock::repeatedAt(const Met& met, std::size_t column, std::size_t end)
+/// How many pixels from the column on are like those at a place where the first of them was seen; 0 when it is too far.
+std::size_t PngBlock::repeatedAt(const LastSeen& seen, std::size_t column, std::size_t end)
 {
     const std::size_t row = m_rowEnds.size();
-    if ((row - met.row) * m_rowBytes + column * m_bytesPerPixel > kFarthestMatch + met.column * m_bytesPerPixel)
+    if ((row - seen.row) * m_rowBytes + column * m_bytesPerPixel > kFarthestMatch + seen.column * m_bytesPerPixel)
         return 0;
-    const quint32* before = rowAt(met.row) + met.column;
+    const quint32* before = rowAt(seen.row) + seen.column;
     const quint32* now = rowAt(row) + column;
-    const std::size_t most = std::min({m_longest, end - column, m_width - met.column});
+    const std::size_t most = std::min({m_longest, end - column, m_width - seen.column});
     std::size_t pixels = 1;
     while (pixels < most && before[pixels] == now[pixels])
         ++pixels;

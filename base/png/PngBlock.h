@@ -7,7 +7,7 @@
 #include <vector>
 
 /// The pixels of a PNG as one deflate block that knows two kinds of repeats: a pixel like the one before it, and pixels
-/// like some met a little earlier, of which only the last with the same first pixel is looked at.
+/// like some a little earlier, of which only the last with the same first pixel is looked at.
 ///
 /// Rows of differences are mostly the first kind; a search for the longest repeat takes several times as long as all
 /// the rest and gains nothing on graphs. The block's prefix codes are made from exactly what is in it, so rows are
@@ -40,8 +40,8 @@ private:
         quint32 pixelOrDistance;  ///< distance in bytes
         quint32 length;           ///< pixels like others; 0: a pixel itself
     };
-    /// Where a pixel was met last.
-    struct Met {
+    /// Where a pixel was seen last.
+    struct LastSeen {
         quint32 pixel = 0;
         quint32 row = 0;
         quint32 column = 0;
@@ -55,7 +55,7 @@ private:
     quint32* rowAt(std::size_t row) { return m_window.data() + row % m_rowsKept * m_width; }
     void addRun(std::size_t pixels);
     void addUnlikeTheirNeighbours(std::size_t first, std::size_t end);
-    std::size_t repeatedAt(const Met& met, std::size_t column, std::size_t end);
+    std::size_t repeatedAt(const LastSeen& seen, std::size_t column, std::size_t end);
     void addMatch(std::size_t pixels, std::size_t distance);
     void countPixel(quint32 pixel);
     void makeCodes();
@@ -72,7 +72,7 @@ private:
     std::size_t m_longest;   ///< match, in pixels
     std::size_t m_shortest;  ///< match at a distance, in pixels
     std::vector<quint32> m_window;
-    std::vector<Met> m_met;
+    std::vector<LastSeen> m_lastSeen;
     std::vector<Token> m_tokens;
     std::vector<std::size_t> m_rowEnds;  ///< in the tokens
     std::array<std::array<quint32, 256>, 4> m_channelCounts{};

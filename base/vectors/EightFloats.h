@@ -19,6 +19,7 @@ struct EightFloats {
     static constexpr std::size_t kLanes = hn::MaxLanes(kTag);
     static constexpr std::size_t kParts = kCount / kLanes;
 
+    HWY_INLINE EightFloats() {}  // left to the compiler, it would be made for no processor in particular
     static HWY_INLINE EightFloats all(float value)
     {
         EightFloats eight;

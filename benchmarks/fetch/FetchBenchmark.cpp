@@ -6,8 +6,9 @@
 #include "benchmarks/data/Elapsed.h"
 #include "benchmarks/data/ResidentMemory.h"
 #include "hostapp/app/Composition.h"
-#include "hostapp/app/TrendRenderer.h"
+#include "hostapp/site/MakeTrend.h"
 #include "hostapp/site/PlugInOperations.h"
+#include "hostapp/site/WaitForRecords.h"
 
 #include <QtWidgets/QApplication>
 #include <benchmark/benchmark.h>
@@ -32,11 +33,11 @@ struct Shown {
     QImage frame;
 };
 
-Shown show(const plotix::TrendRenderer& renderer, const QString& path, double seconds)
+Shown show(KTVPlugInModule& module, const QString& path, double seconds)
 {
     Shown shown;
     shown.trend = trendOf(plotix::SiteDocument::open(path), seconds);
-    shown.plugIn = renderer.makePlugIn(shown.trend);
+    shown.plugIn = plotix::requireTrend(module, shown.trend);
     shown.plugIn->view()->resize(kScreen);  // loading the view starts the fetch
     plotix::waitForRecords(*shown.trend.agent);
     shown.frame = plotix::graphImage(shown.plugIn.get(), kScreen, 1.0, {});
@@ -47,13 +48,13 @@ void fetchToFrame(benchmark::State& state)
 {
     const QString path = plotix_bench::fullSite().path;
     plotix::Composition composition(plotix::Composition::Audience::Nobody);
-    const plotix::TrendRenderer renderer(composition.module());
-    show(renderer, path, 1000);  // the program runs already, with its fonts and its module
+    KTVPlugInModule& module = *composition.module();
+    show(module, path, 1000);  // the program runs already, with its fonts and its module
     const double before = plotix_bench::residentBytes();
     double held = 0;
     for (auto unused : state) {
         const plotix_bench::Elapsed elapsed;
-        const Shown shown = show(renderer, path, static_cast<double>(plotix_bench::kStationRecords));
+        const Shown shown = show(module, path, static_cast<double>(plotix_bench::kStationRecords));
         state.SetIterationTime(elapsed.seconds());  // letting go of it all is not what the user waits for
         held = plotix_bench::residentBytes() - before;
         if (shown.frame.isNull())

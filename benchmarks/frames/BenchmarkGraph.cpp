@@ -28,9 +28,9 @@ Footprint& seriesFootprint()
 CPTPointSeriesPtr makeSeries(SignalKind kind, std::size_t count, unsigned plot)
 {
     const plotix::SharedArray<double> times = secondsTimes(count);
-    SeriesBuilder builder(times, count);
+    plotix::SeriesBuilder builder(times, count);
     Signal signal(kind, plot);
-    std::vector<double> block(SeriesBuilder::kBlock);
+    std::vector<double> block(plotix::SeriesBuilder::kBlock);
     for (std::size_t first = 0; first < count; first += block.size()) {
         const std::size_t length = std::min(block.size(), count - first);
         std::generate_n(block.begin(), length, [&signal] { return signal.next(); });

@@ -137,10 +137,10 @@ void load(benchmark::State& state)
     const plotix::SharedArray<double> times = secondsTimes(kCount);
     QImage image(kScreen, QImage::Format_RGB32);
     for (auto unused : state) {
-        SeriesBuilder builder(times, kCount);
-        for (std::size_t first = 0; first < kCount; first += SeriesBuilder::kBlock)
-            builder.setBlock(first, std::span(values).subspan(first, std::min(SeriesBuilder::kBlock, kCount - first)),
-                             {});
+        plotix::SeriesBuilder builder(times, kCount);
+        for (std::size_t first = 0; first < kCount; first += plotix::SeriesBuilder::kBlock)
+            builder.setBlock(
+                first, std::span(values).subspan(first, std::min(plotix::SeriesBuilder::kBlock, kCount - first)), {});
         BenchmarkGraph shown(std::vector<CPTPointSeriesPtr>{builder.finish()});
         plotkit::GraphPainter painter;
         paintFrame(painter, image, shown.graph);

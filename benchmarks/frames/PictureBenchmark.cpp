@@ -44,7 +44,7 @@ void drawAndEncode(benchmark::State& state, int plots)
 {
     const BenchmarkGraph shown(plots, kPoints);
     for (auto unused : state)
-        benchmark::DoNotOptimize(plotix::pngOfImage(drawn(shown)));
+        benchmark::DoNotOptimize(pngOfImage(drawn(shown)));
 }
 
 }  // namespace
@@ -53,7 +53,7 @@ void registerPictures()
 {
     for (const int plots : {1, 10}) {
         const std::string name = "png/1200x600/" + std::to_string(plots);
-        benchmark::RegisterBenchmark(name.c_str(), encode, plots, plotix::pngOfImage)->Unit(benchmark::kMillisecond);
+        benchmark::RegisterBenchmark(name.c_str(), encode, plots, pngOfImage)->Unit(benchmark::kMillisecond);
         benchmark::RegisterBenchmark(("qimage/" + name).c_str(), encode, plots, savedByToolkit)
             ->Unit(benchmark::kMillisecond);
         benchmark::RegisterBenchmark((name + "/drawn").c_str(), drawAndEncode, plots)->Unit(benchmark::kMillisecond);

@@ -2,6 +2,7 @@
 
 #include "base/ReportableError.h"
 #include "hostapp/print/Paper.h"
+#include "hostapp/site/ModuleNames.h"
 #include "hostapp/window/MessageOverlay.h"
 
 #include <algorithm>
@@ -9,8 +10,6 @@
 namespace plotix {
 
 namespace {
-constexpr auto kModuleName = "PlotixPlugIn";
-constexpr auto kTrendClass = "KTVPlotixPlugIn";
 
 /// A site whose file has gone, say, has no part in "All Time"; whoever fetches from it is told.
 std::optional<std::pair<Date, Date>> readableExtent(const SiteDocument& document)

@@ -1,10 +1,10 @@
 #pragma once
 
-#include "hostapp/app/WindowWebServing.h"
 #include "hostapp/core/Converter.h"
 #include "hostapp/core/HostBundle.h"
 #include "hostapp/core/QuickRanges.h"
 #include "hostapp/document/SiteDocument.h"
+#include "hostapp/site/LocalWebServing.h"
 #include "hostapp/site/PlugInLoader.h"
 #include "hostapp/window/DesktopUserInterface.h"
 #include "hostapp/window/HelpWindow.h"
@@ -50,7 +50,7 @@ private:
     QuickRanges m_quickRanges;
     DesktopUserInterface m_userInterface;
     HelpManager m_helpManager;
-    WindowWebServing m_webServing;
+    LocalWebServing m_webServing;
     KTVPrintInfo m_printInfo;
     std::vector<std::weak_ptr<SiteDocument>> m_documents;
     KTVHostServices m_previousServices;

@@ -1,13 +1,14 @@
 #include "hostapp/app/ProgramServices.h"
 
 #include "base/ReportableError.h"
-#include "hostapp/app/ServedSites.h"
-#include "hostapp/app/StoredReport.h"
-#include "hostapp/app/TrendRenderer.h"
+#include "base/StopRequest.h"
 #include "hostapp/app/WindowPicture.h"
+#include "hostapp/site/MakeTrend.h"
+#include "hostapp/site/ServedSites.h"
+#include "hostapp/site/StoredReport.h"
+#include "hostapp/site/TrendRenderer.h"
 #include "hostapp/window/Appearance.h"
 #include "hostapp/window/SiteWindows.h"
-#include "hostapp/window/TerminationRequest.h"
 #include "plugins/PlotixPlugIn/host/PngImage.h"
 
 #include <QtCore/QSaveFile>
@@ -65,8 +66,8 @@ int ProgramServices::runWindow(const QString& site)
     if (qEnvironmentVariableIsSet(kQuitWhenDrawn))
         return quitWhenDrawn(*window);
     QApplication::setQuitOnLastWindowClosed(true);
-    const TerminationRequest termination;
-    QObject::connect(&termination, &TerminationRequest::received, qApp, [] {
+    const StopRequest stop;
+    QObject::connect(&stop, &StopRequest::requested, qApp, [] {
         closeAllSites();  // which stores them
         QApplication::quit();
     });
@@ -108,10 +109,7 @@ void ProgramServices::serve(const ServeRequest& request)
 
 void ProgramServices::storeTrend(const TrendRequest& trend)
 {
-    const KTVPlugInPtr plugIn = TrendRenderer(m_composition.module()).makePlugIn(trend);
-    plugIn->view();  // the dates given at construction reach the archive through the loaded view
-    // Stored before the records arrive, which would move the dates to where the records begin and end.
-    PlugInStore(trend.document, m_composition.module()).store(*plugIn);
+    plotix::storeTrend(*m_composition.module(), trend);
 }
 
 CommandProgress ProgramServices::makeProgress(const QString& title)

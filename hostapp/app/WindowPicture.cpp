@@ -1,7 +1,5 @@
 #include "hostapp/app/WindowPicture.h"
 
-#include "hostapp/site/WaitForRecords.h"
-
 #include <QtCore/QCoreApplication>
 #include <QtCore/QEventLoop>
 #include <QtCore/QTimer>
@@ -23,8 +21,7 @@ void comeRound()
 void waitForTrend(SiteWindow& window)
 {
     comeRound();
-    for (const auto& agent : window.controller().siteDocument()->agents())
-        waitForRecords(*agent);
+    window.controller().waitForRecords();
     comeRound();
 }
 

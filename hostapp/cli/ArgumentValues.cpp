@@ -28,6 +28,11 @@ std::optional<QSize> sizeFromArgument(const QString& text)
     return match.hasMatch() && fits(size.width()) && fits(size.height()) ? std::optional(size) : std::nullopt;
 }
 
+std::string argumentFromSize(const QSize& size)
+{
+    return std::to_string(size.width()) + 'x' + std::to_string(size.height());
+}
+
 std::optional<double> durationFromArgument(const QString& text)
 {
     static const QRegularExpression form(QStringLiteral("^(\\d{1,9}(?:\\.\\d{1,9})?)([smhd]?)$"));

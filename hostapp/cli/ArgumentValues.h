@@ -16,6 +16,8 @@ namespace plotix {
 /// "1200x600"; nothing for anything else, or for sides outside 16 … 16,384.
 std::optional<QSize> sizeFromArgument(const QString& text);
 
+std::string argumentFromSize(const QSize& size);
+
 /// Seconds of "90", "90s", "1.5m", "2h" or "1d"; nothing for anything else, and for what is not above zero.
 std::optional<double> durationFromArgument(const QString& text);
 

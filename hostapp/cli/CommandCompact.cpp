@@ -1,8 +1,10 @@
 #include "base/ReportableError.h"
+#include "base/StopRequest.h"
 #include "hostapp/cli/CommandProgressBar.h"
 #include "hostapp/cli/Commands.h"
-#include "hostapp/cli/ExactText.h"
+#include "hostapp/cli/Options.h"
 #include "hostapp/cli/SiteLookup.h"
+#include "hostapp/exchange/ExactText.h"
 
 #include <QtCore/QFileInfo>
 
@@ -12,6 +14,13 @@
 namespace plotix {
 
 namespace {
+
+/// At most one of the two says what to drop; neither: nothing.
+struct CompactCommand {
+    QString site;
+    std::optional<double> before;  ///< seconds since 1970-01-01 UTC
+    std::optional<double> keep;    ///< seconds back from the site's last record
+};
 
 /// "812 bytes", "96.5 KB", "1.3 GB".
 std::string sizeText(qint64 bytes)
@@ -46,14 +55,12 @@ void describe(std::ostream& out, const CompactionResult& result, const std::opti
         << " now.\nSize: " << sizeText(result.bytesBefore) << " before, " << sizeText(result.bytesAfter) << " now.\n";
 }
 
-}  // namespace
-
 int runCommand(const CompactCommand& command, CommandContext context)
 {
     // The document is closed again: open, it would keep the file from being shortened at once.
     const std::shared_ptr<RecordStore> records = openSite(command.site)->records();
     const CompactionRequest request{dropBefore(command)};
-    const Interruption interruption;
+    const StopRequest interruption(StopRequest::From::Keyboard);
     const CommandProgress progress = makeCommandProgress(
         context.services, context.streams, QStringLiteral("Compacting %1").arg(QFileInfo(command.site).fileName()));
     const CompactionResult result = records->compact(request, progress);
@@ -61,6 +68,24 @@ int runCommand(const CompactCommand& command, CommandContext context)
     if (result.stopped)
         throw ReportableError(QStringLiteral("cancelled; %1 is whole, and may be compacted further").arg(command.site));
     return kCommandDone;
+}
+
+}  // namespace
+
+Command addCompact(CLI::App& program)
+{
+    const auto command = std::make_shared<CompactCommand>();
+    CLI::App* compact = program.add_subcommand(
+        "compact", "Store a site's records in the least space; with --before or --keep drop old ones");
+    addSite(compact, command->site);
+    addTime(compact, "--before", command->before, "Drop the records before this time, for good; as 2013-07-01")
+        ->type_name("DATE");
+    addDuration(compact, "--keep", command->keep,
+                "Drop all but the last so much, such as 30d or 12h, counted back from the site's last record")
+        ->excludes("--before");
+    compact->footer("Without --before or --keep no record is lost. Ctrl-C ends it and loses nothing.\n"
+                    "Examples:\n  plotix compact nyc.plotix\n  plotix compact computer.plotix --keep 90d");
+    return {compact, Command::Makes::Text, [command](CommandContext context) { return runCommand(*command, context); }};
 }
 
 }  // namespace plotix

@@ -1,111 +1,46 @@
 #include "base/ReportableError.h"
+#include "base/StopRequest.h"
 #include "hostapp/cli/CommandProgressBar.h"
 #include "hostapp/cli/Commands.h"
-#include "hostapp/cli/ExactText.h"
+#include "hostapp/cli/Options.h"
+#include "hostapp/cli/RecordChoice.h"
 #include "hostapp/cli/SiteLookup.h"
 #include "hostapp/document/MemoryBudget.h"
-#include "hostapp/exchange/Detection.h"
+#include "hostapp/exchange/formats/FileExchange.h"
 
-#include <QtCore/QSaveFile>
-
-#include <cmath>
-#include <ostream>
-
-/// Exporting: comma-separated UTF-8 that importing reads back to the same bits.
-///
-/// Times are ISO 8601 in UTC; where one lies outside the calendar all of them are seconds since 1970, and the header
-/// says so. Values are in the unit they are archived in; invalid ones are empty.
+/// Exporting: the records chosen, into a file that importing reads back to the same bits.
 namespace plotix {
 
 namespace {
 
-constexpr std::size_t kBytesBetweenWrites = 1 << 20;
-constexpr std::size_t kRowsBetweenReports = 8192;
-
-std::string csvField(const QString& text)
-{
-    const bool isPlain = !text.contains(QLatin1Char(',')) && !text.contains(QLatin1Char('"')) &&
-                         !text.contains(QLatin1Char('\n')) && !text.contains(QLatin1Char('\r'));
-    return (isPlain
-                ? text
-                : QLatin1Char('"') + QString(text).replace(QLatin1Char('"'), QStringLiteral("\"\"")) + QLatin1Char('"'))
-        .toStdString();
-}
-
-/// Empty brackets keep the last word of a name without a unit from being taken for one.
-QString headerOf(const SiteProperty& property)
-{
-    const QString& unit = property.description().archivedUnit;
-    if (!unit.isEmpty())
-        return QStringLiteral("%1 (%2)").arg(property.name(), unit);
-    const bool isMistakable = splitHeader(property.name()).name != property.name();
-    return isMistakable ? property.name() + QStringLiteral(" ()") : property.name();
-}
-
-class RecordsFile {
-public:
-    RecordsFile(const QString& path, const RecordBlock& block);
-
-    void write(const std::vector<std::shared_ptr<SiteProperty>>& properties, const CommandProgress& progress);
-
-private:
-    void appendRow(std::size_t row);
-    void flush();
-
-    QSaveFile m_file;
-    const RecordBlock& m_block;  // borrowed
-    bool m_hasCalendarTimes;
-    std::string m_text;
+struct ExportCommand {
+    QString site, output;
+    RecordChoice choice;
 };
 
-RecordsFile::RecordsFile(const QString& path, const RecordBlock& block) : m_file(path), m_block(block)
+/// Reading is the first half of the work.
+constexpr double kReadingPart = 0.5;
+
+[[noreturn]] void failAsCancelled(const ExportCommand& command)
 {
-    const std::span<const double> times = block.times.span();
-    m_hasCalendarTimes = std::all_of(times.begin(), times.end(), hasCalendarText);
-    if (!m_file.open(QIODevice::WriteOnly))
-        throw ReportableError(QStringLiteral("%1 cannot be written: %2").arg(path, m_file.errorString()));
+    throw ReportableError(QStringLiteral("cancelled; %1 was not written").arg(command.output));
 }
 
-void RecordsFile::write(const std::vector<std::shared_ptr<SiteProperty>>& properties, const CommandProgress& progress)
+void writeFile(const ExportCommand& command, const std::vector<std::shared_ptr<SiteProperty>>& properties,
+               const RecordBlock& block, const CommandProgress& progress)
 {
-    m_text = m_hasCalendarTimes ? "time" : "time (s)";
+    ExportedRecords records{{}, block};
     for (const auto& property : properties)
-        m_text += ',' + csvField(headerOf(*property));
-    m_text += '\n';
-    for (std::size_t row = 0; row < m_block.times.size(); ++row) {
-        appendRow(row);
-        if (m_text.size() >= kBytesBetweenWrites)
-            flush();
-        const double fraction = 0.5 + 0.5 * static_cast<double>(row) / static_cast<double>(m_block.times.size());
-        if (row % kRowsBetweenReports == 0 && !progress(fraction))
-            throw ReportableError(QStringLiteral("cancelled; %1 was not written").arg(m_file.fileName()));
+        records.columns.push_back({property->name(), property->description().archivedUnit});
+    try {
+        exportFile(command.output, records,
+                   [&progress](double fraction) { return progress(kReadingPart + (1 - kReadingPart) * fraction); });
+    } catch (const ExportFailure& failure) {
+        throw ReportableError(QStringLiteral("%1 cannot be written: %2").arg(command.output, failure.systemError()));
+    } catch (const ExportCancelled&) {
+        failAsCancelled(command);
     }
-    flush();
-    if (!m_file.commit())
-        throw ReportableError(QStringLiteral("%1 cannot be written: %2").arg(m_file.fileName(), m_file.errorString()));
 }
-
-void RecordsFile::appendRow(std::size_t row)
-{
-    const double time = m_block.times[row];
-    m_text += m_hasCalendarTimes ? exactTime(time) : exactNumber(time);
-    for (const RecordBlock::Column& column : m_block.columns) {
-        m_text += ',';
-        if (column.validity.isValid(row) && !std::isnan(column.values[row]))
-            m_text += exactNumber(column.values[row]);
-    }
-    m_text += '\n';
-}
-
-void RecordsFile::flush()
-{
-    const auto size = static_cast<qint64>(m_text.size());
-    if (m_file.write(m_text.data(), size) != size)
-        throw ReportableError(QStringLiteral("%1 cannot be written: %2").arg(m_file.fileName(), m_file.errorString()));
-    m_text.clear();
-}
-
-}  // namespace
 
 int runCommand(const ExportCommand& command, CommandContext context)
 {
@@ -116,7 +51,7 @@ int runCommand(const ExportCommand& command, CommandContext context)
     for (const auto& property : properties)
         ids.push_back(property->description().id);
 
-    const Interruption interruption;
+    const StopRequest interruption(StopRequest::From::Keyboard);
     const CommandProgress progress =
         makeCommandProgress(context.services, context.streams, QStringLiteral("Exporting %1").arg(agent->name()));
     RecordStore& store = *document->records();
@@ -124,12 +59,30 @@ int runCommand(const ExportCommand& command, CommandContext context)
     const RecordOverview overview = store.overview(agent->id(), {}, span.from, span.to);
     if (const auto refusal = refusalOf({overview, ids.size(), span.from, span.to}, memoryBudget()))
         throw ReportableError(*refusal);
-    const std::optional<RecordBlock> block = store.read(
-        agent->id(), ids, span.from, span.to, [&progress](double fraction) { return progress(fraction / 2); });
+    const std::optional<RecordBlock> block =
+        store.read(agent->id(), ids, span.from, span.to,
+                   [&progress](double fraction) { return progress(kReadingPart * fraction); });
     if (!block)
-        throw ReportableError(QStringLiteral("cancelled; %1 was not written").arg(command.output));
-    RecordsFile(command.output, *block).write(properties, progress);
+        failAsCancelled(command);
+    writeFile(command, properties, *block, progress);
     return kCommandDone;
+}
+
+}  // namespace
+
+Command addExport(CLI::App& program)
+{
+    const auto options = std::make_shared<ExportCommand>();
+    CLI::App* exporting = program.add_subcommand("export", "Write records into a CSV file, every digit kept");
+    addSite(exporting, options->site);
+    addText(exporting, "--output", options->output, "The file to write")->required()->type_name("FILE.csv");
+    addRecordChoice(exporting, options->choice);
+    exporting->footer(
+        "Example:\n  plotix export nyc.plotix --agent EWR --properties airTemperature --output newark.csv");
+    Command command{exporting};
+    command.run = [options](CommandContext context) { return runCommand(*options, context); };
+    command.contradiction = [options] { return contradictionIn(options->choice); };
+    return command;
 }
 
 }  // namespace plotix

@@ -1,9 +1,14 @@
 #include "base/ReportableError.h"
+#include "base/StopRequest.h"
 #include "hostapp/cli/CommandProgressBar.h"
 #include "hostapp/cli/Commands.h"
-#include "hostapp/cli/ExactText.h"
+#include "hostapp/cli/ImportWords.h"
+#include "hostapp/cli/JsonWriter.h"
+#include "hostapp/cli/Options.h"
 #include "hostapp/cli/SiteLookup.h"
-#include "hostapp/exchange/Importer.h"
+#include "hostapp/exchange/ExactText.h"
+#include "hostapp/exchange/formats/FileExchange.h"
+#include "hostapp/site/NewTrend.h"
 
 #include <QtCore/QFileInfo>
 
@@ -14,73 +19,133 @@ namespace plotix {
 
 namespace {
 
+struct ImportCommand {
+    QString file, site;
+    ImportOptions options;
+    bool json = false;
+};
+
 void addFirstTrend(const ImportSummary& summary, CommandServices& services)
 {
     const std::shared_ptr<SiteDocument> document = openSite(summary.site);
-    TrendRequest trend{document, agentOf(*document, summary.agent), {}, {}, {}, summary.agent};
-    for (const auto& property : trend.agent->siteProperties())
-        trend.properties.push_back(property);
-    trend.from = Date{*summary.first};
-    trend.to = Date{*summary.last};
-    services.storeTrend(trend);
+    const std::shared_ptr<SiteAgent> agent = agentOf(*document, summary.agent);
+    const std::pair imported(Date{*summary.first}, Date{*summary.last});
+    services.storeTrend(requestOf(document, agent, planFirstTrend(TrendOccasion::Imported, *agent, imported)));
 }
 
-std::string jsonList(const QStringList& texts)
-{
-    std::string list;
-    for (const QString& text : texts)
-        list += (list.empty() ? "" : ", ") + jsonText(text);
-    return "[" + list + "]";
-}
-
-std::string jsonMoment(const std::optional<double>& seconds)
+/// As a date; as seconds where the calendar has none.
+void writeMoment(JsonWriter& json, const char* key, const std::optional<double>& seconds)
 {
     if (!seconds)
-        return "null";
-    return hasCalendarText(*seconds) ? '"' + exactTime(*seconds) + '"' : jsonNumber(*seconds);
+        json.absent(key);
+    else if (hasCalendarText(*seconds))
+        json.text(key, QString::fromStdString(exactTime(*seconds)));
+    else
+        json.number(key, *seconds);
+}
+
+void writeColumn(JsonWriter& json, const ImportSummary::Column& column)
+{
+    json.beginObject();
+    json.text("header", column.header);
+    json.text("name", column.name);
+    json.text("propertyName", column.propertyName);
+    json.text("unit", column.unit);
+    json.count("valid", column.valid);
+    json.endObject();
+}
+
+QStringList printedTexts(const std::vector<ImportFinding>& findings)
+{
+    QStringList texts;
+    for (const ImportFinding& finding : findings)
+        texts << printedText(finding);
+    return texts;
 }
 
 void writeJson(std::ostream& out, const ImportSummary& summary)
 {
-    out << "{\n  \"file\": " << jsonText(summary.file) << ",\n  \"site\": " << jsonText(summary.site)
-        << ",\n  \"agent\": " << jsonText(summary.agent) << ",\n  \"timeColumn\": " << jsonText(summary.timeColumn)
-        << ",\n  \"rows\": " << summary.rows << ",\n  \"records\": " << summary.records
-        << ",\n  \"otherRows\": " << summary.otherRows << ",\n  \"badRows\": " << summary.badRows
-        << ",\n  \"unorderedTimes\": " << summary.unorderedTimes << ",\n  \"repeatedTimes\": " << summary.repeatedTimes
-        << ",\n  \"first\": " << jsonMoment(summary.first) << ",\n  \"last\": " << jsonMoment(summary.last)
-        << ",\n  \"columns\": [";
-    const char* separator = "\n";
-    for (const ImportSummary::Column& column : summary.columns) {
-        out << separator << "    {\"header\": " << jsonText(column.header) << ", \"name\": " << jsonText(column.name)
-            << ", \"propertyName\": " << jsonText(column.propertyName) << ", \"unit\": " << jsonText(column.unit)
-            << ", \"valid\": " << column.valid << '}';
-        separator = ",\n";
-    }
-    out << "\n  ],\n  \"leftOut\": " << jsonList(summary.leftOut) << ",\n  \"notes\": " << jsonList(summary.notes)
-        << "\n}\n";
+    JsonWriter json(out);
+    json.beginObject();
+    json.text("file", summary.file);
+    json.text("site", summary.site);
+    json.text("agent", summary.agent);
+    json.text("timeColumn", summary.timeColumn);
+    json.count("rows", summary.rows);
+    json.count("records", summary.records);
+    json.count("otherRows", summary.otherRows);
+    json.count("badRows", summary.badRows);
+    json.count("unorderedTimes", summary.unorderedTimes);
+    json.count("repeatedTimes", summary.repeatedTimes);
+    writeMoment(json, "first", summary.first);
+    writeMoment(json, "last", summary.last);
+    json.beginArray("columns");
+    for (const ImportSummary::Column& column : summary.columns)
+        writeColumn(json, column);
+    json.endArray();
+    json.texts("leftOut", summary.leftOut);
+    json.texts("notes", printedTexts(summary.notes));
+    json.endObject();
 }
 
-}  // namespace
+ImportSummary importWithProgress(const ImportCommand& command, CommandContext context)
+{
+    const QString name = QFileInfo(command.file).fileName();
+    const CommandProgress progress =
+        makeCommandProgress(context.services, context.streams, QStringLiteral("Importing %1").arg(name));
+    try {
+        return importFile(command.file, command.site, command.options, [&](qint64 done, qint64 total) {
+            return progress(total > 0 ? static_cast<double>(done) / static_cast<double>(total) : 0.0);
+        });
+    } catch (const ImportFailure& failure) {
+        throw ReportableError(QStringLiteral("%1: %2").arg(name, printedText(failure.finding())));
+    } catch (const ImportCancelled&) {
+        throw ReportableError(QStringLiteral("%1: cancelled; nothing was stored").arg(name));
+    }
+}
 
 int runCommand(const ImportCommand& command, CommandContext context)
 {
-    const Interruption interruption;
-    ImportSummary summary;
-    {
-        const CommandProgress progress = makeCommandProgress(
-            context.services, context.streams, QStringLiteral("Importing %1").arg(QFileInfo(command.file).fileName()));
-        summary = importFile(command.file, command.site, command.options, [&](qint64 done, qint64 total) {
-            return progress(total > 0 ? static_cast<double>(done) / static_cast<double>(total) : 0.0);
-        });
-    }
+    const StopRequest interruption(StopRequest::From::Keyboard);
+    const ImportSummary summary = importWithProgress(command, context);
     // First what has been done: should the trend view fail, the records are stored all the same.
     if (command.json)
         writeJson(context.streams.output, summary);
     else
-        context.streams.output << describeImport(summary).toStdString();
+        context.streams.output << printedText(summary).toStdString();
     if (summary.firstImport)
         addFirstTrend(summary, context.services);
     return kCommandDone;
+}
+
+}  // namespace
+
+Command addImport(CLI::App& program)
+{
+    const auto command = std::make_shared<ImportCommand>();
+    ImportOptions& options = command->options;
+    CLI::App* import =
+        program.add_subcommand("import", "Read a CSV file into a site; makes the site when it is not there");
+    addText(import, "FILE", command->file, "A text file of measurements, one row a moment")->required();
+    addText(import, "--site", command->site, "The site document, NAME.plotix")->required()->type_name("SITE");
+    addText(import, "--agent", options.agentName, "The source of the measurements; the file's name unless given")
+        ->type_name("NAME");
+    addText(import, "--time", options.timeColumn, "The column that holds the time")->type_name("COLUMN");
+    addText(import, "--time-zone", options.timeZone,
+            "Of times without a zone, such as Europe/Berlin; yours unless given")
+        ->type_name("ZONE");
+    addChoice<DateOrder>(import, "--date-order", options.dateOrder,
+                         {{"dmy", DateOrder::DayFirst}, {"mdy", DateOrder::MonthFirst}},
+                         "Whether 3/4/2015 is the third of April (dmy) or March 4 (mdy)");
+    addPairs(import, "--where", options.where, "VALUE", "Take only rows with this text in the column; repeatable");
+    addList(import, "--only", options.only, "Take only these columns")->type_name("COLUMN,…");
+    addPairs(import, "--unit", options.units, "UNIT", "The column's unit; repeatable");
+    addPairs(import, "--name", options.names, "NAME", "The property's name; repeatable");
+    import->add_flag("--skip-bad-rows", options.skipBadRows, "Pass over rows that do not parse, and count them");
+    import->add_flag("--json", command->json, "Print the summary as JSON");
+    import->footer("Example:\n  plotix import weather.csv --site nyc.plotix --agent EWR --where origin=EWR \\\n"
+                   "    --time time_hour --unit temp=°F --name \"temp=Air Temperature\"");
+    return {import, Command::Makes::Text, [command](CommandContext context) { return runCommand(*command, context); }};
 }
 
 }  // namespace plotix

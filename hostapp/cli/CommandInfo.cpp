@@ -1,7 +1,10 @@
 #include "hostapp/cli/Commands.h"
-#include "hostapp/cli/ExactText.h"
+#include "hostapp/cli/JsonWriter.h"
+#include "hostapp/cli/Options.h"
 #include "hostapp/cli/SiteLookup.h"
+#include "hostapp/exchange/ExactText.h"
 
+#include <limits>
 #include <ostream>
 
 /// What a site holds. Numbers are in the units the records are archived in, so that nothing is rounded on the way.
@@ -9,16 +12,16 @@ namespace plotix {
 
 namespace {
 
+struct InfoCommand {
+    QString site;
+    bool json = false;
+};
+
 std::string moment(const std::optional<double>& seconds)
 {
     if (!seconds)
         return {};
     return hasCalendarText(*seconds) ? exactTime(*seconds) : exactNumber(*seconds) + " s";
-}
-
-std::string jsonMoment(const std::optional<double>& seconds)
-{
-    return seconds ? jsonText(QString::fromStdString(moment(seconds))) : "null";
 }
 
 /// What both forms print of an agent, with the text between and around left to them.
@@ -51,35 +54,49 @@ std::vector<AgentInfo> readAgents(const SiteDocument& document)
     return agents;
 }
 
-/// A property without a single value has no extremes.
-std::string jsonStatistic(const ColumnStatistics& statistics, double value)
+void writeTimeText(JsonWriter& json, const char* key, const std::optional<double>& seconds)
 {
-    return statistics.valid == 0 ? "null" : jsonNumber(value);
+    if (seconds)
+        json.text(key, QString::fromStdString(moment(seconds)));
+    else
+        json.absent(key);
+}
+
+void writeProperty(JsonWriter& json, const SiteProperty& property, const ColumnStatistics& statistics)
+{
+    json.beginObject();
+    json.text("name", property.name());
+    json.text("propertyName", property.propertyName());
+    json.text("unit", property.description().archivedUnit);
+    json.count("valid", statistics.valid);
+    // A property without a single value has no extremes.
+    const double none = std::numeric_limits<double>::quiet_NaN();
+    json.number("minimum", statistics.valid > 0 ? statistics.minimum : none);
+    json.number("maximum", statistics.valid > 0 ? statistics.maximum : none);
+    json.number("average", statistics.valid > 0 ? statistics.average : none);
+    json.endObject();
 }
 
 void writeJson(std::ostream& out, const SiteDocument& document, const std::vector<AgentInfo>& agents)
 {
-    out << "{\n  \"site\": " << jsonText(document.siteName()) << ",\n  \"agents\": [";
-    const char* agentSeparator = "\n";
+    JsonWriter json(out);
+    json.beginObject();
+    json.text("site", document.siteName());
+    json.beginArray("agents");
     for (const AgentInfo& agent : agents) {
-        out << agentSeparator << "    {\n      \"name\": " << jsonText(agent.name)
-            << ",\n      \"records\": " << agent.records << ",\n      \"first\": " << jsonMoment(agent.first)
-            << ",\n      \"last\": " << jsonMoment(agent.last) << ",\n      \"properties\": [";
-        const char* separator = "\n";
-        for (const auto& [property, statistics] : agent.properties) {
-            out << separator << "        {\"name\": " << jsonText(property->name())
-                << ", \"propertyName\": " << jsonText(property->propertyName())
-                << ", \"unit\": " << jsonText(property->description().archivedUnit)
-                << ", \"valid\": " << statistics.valid
-                << ", \"minimum\": " << jsonStatistic(statistics, statistics.minimum)
-                << ", \"maximum\": " << jsonStatistic(statistics, statistics.maximum)
-                << ", \"average\": " << jsonStatistic(statistics, statistics.average) << '}';
-            separator = ",\n";
-        }
-        out << "\n      ]\n    }";
-        agentSeparator = ",\n";
+        json.beginObject();
+        json.text("name", agent.name);
+        json.count("records", agent.records);
+        writeTimeText(json, "first", agent.first);
+        writeTimeText(json, "last", agent.last);
+        json.beginArray("properties");
+        for (const auto& [property, statistics] : agent.properties)
+            writeProperty(json, *property, statistics);
+        json.endArray();
+        json.endObject();
     }
-    out << "\n  ]\n}\n";
+    json.endArray();
+    json.endObject();
 }
 
 void writeText(std::ostream& out, const SiteDocument& document, const std::vector<AgentInfo>& agents)
@@ -105,8 +122,6 @@ void writeText(std::ostream& out, const SiteDocument& document, const std::vecto
     }
 }
 
-}  // namespace
-
 int runCommand(const InfoCommand& command, CommandContext context)
 {
     const std::shared_ptr<SiteDocument> document = openSite(command.site);
@@ -116,6 +131,18 @@ int runCommand(const InfoCommand& command, CommandContext context)
     else
         writeText(context.streams.output, *document, agents);
     return kCommandDone;
+}
+
+}  // namespace
+
+Command addInfo(CLI::App& program)
+{
+    const auto command = std::make_shared<InfoCommand>();
+    CLI::App* info = program.add_subcommand("info", "Say what a site holds: agents, properties, counts and extremes");
+    addSite(info, command->site);
+    info->add_flag("--json", command->json, "Print it as JSON, numbers in full precision");
+    info->footer("Example:\n  plotix info nyc.plotix --json");
+    return {info, Command::Makes::Text, [command](CommandContext context) { return runCommand(*command, context); }};
 }
 
 }  // namespace plotix

@@ -1,7 +1,7 @@
 #include "hostapp/cli/CommandLine.h"
 
 #include "base/ReportableError.h"
-#include "hostapp/cli/Commands.h"
+#include "hostapp/cli/ParsedCommand.h"
 
 #include <QtCore/QSaveFile>
 
@@ -29,9 +29,7 @@ int runCommandLine(const QStringList& arguments, CommandServices& services, Comm
     if (parsed.wrongUsage)
         return fail(streams, *parsed.wrongUsage + QStringLiteral("; see plotix --help"), kCommandWrongUsage);
     try {
-        const CommandContext context{services, streams};
-        const int status =
-            std::visit([&](const auto& command) { return runCommand(command, context); }, parsed.command);
+        const int status = parsed.command.run({services, streams});
         streams.output << std::flush;
         return status;
     } catch (const ReportableError& error) {
@@ -47,20 +45,13 @@ int runCommandLine(const QStringList& arguments, CommandServices& services, Comm
 bool commandWantsWindow(const QStringList& arguments)
 {
     const ParsedCommand parsed = parseCommandLine(arguments);
-    const auto* open = std::get_if<OpenCommand>(&parsed.command);
-    return open != nullptr && !parsed.help && !parsed.wrongUsage && open->screenshot.isEmpty();
+    const Command& command = parsed.command;
+    return !parsed.help && !parsed.wrongUsage && command.wantsWindow && command.wantsWindow();
 }
 
 bool commandShowsTexts(const QStringList& arguments)
 {
-    const ParsedCommand parsed = parseCommandLine(arguments);
-    return std::visit(
-        [](const auto& command) {
-            using Command = std::decay_t<decltype(command)>;
-            return std::is_same_v<Command, OpenCommand> || std::is_same_v<Command, RenderCommand> ||
-                   std::is_same_v<Command, ReportCommand> || std::is_same_v<Command, ServeCommand>;
-        },
-        parsed.command);
+    return parseCommandLine(arguments).command.makes == Command::Makes::Picture;
 }
 
 void writeWholeFile(const QString& path, const QByteArray& bytes)

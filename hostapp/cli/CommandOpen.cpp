@@ -1,6 +1,10 @@
 #include "base/ReportableError.h"
+#include "base/StopRequest.h"
+#include "hostapp/cli/ArgumentValues.h"
 #include "hostapp/cli/CommandProgressBar.h"
 #include "hostapp/cli/Commands.h"
+#include "hostapp/cli/Options.h"
+#include "hostapp/cli/RecordChoice.h"
 #include "hostapp/cli/SiteLookup.h"
 #include "hostapp/core/QuickRanges.h"
 #include "hostapp/demo/DemonstrationSite.h"
@@ -15,6 +19,12 @@
 namespace plotix {
 
 namespace {
+
+struct OpenCommand {
+    QString site;               ///< empty: the demonstration site
+    QString screenshot;         ///< empty: a window on the screen
+    std::optional<QSize> size;  ///< of the window in the picture
+};
 
 const QString kDemonstrationPng = QStringLiteral("plotix-demonstration.png");
 const QString kDemonstrationPdf = QStringLiteral("plotix-demonstration.pdf");
@@ -53,7 +63,7 @@ std::optional<double> lastRecordOfDemonstration()
 
 QString openDemonstration(CommandContext context)
 {
-    const Interruption interruption;
+    const StopRequest interruption(StopRequest::From::Keyboard);
     const CommandProgress progress =
         makeCommandProgress(context.services, context.streams, QStringLiteral("Preparing the demonstration site"));
     const std::optional<double> lastBefore = lastRecordOfDemonstration();
@@ -85,20 +95,43 @@ int drawDemonstration(const QString& site, CommandContext context)
     return kCommandDone;
 }
 
-}  // namespace
-
 int runCommand(const OpenCommand& command, CommandContext context)
 {
     const bool needsDisplay = command.screenshot.isEmpty() && !context.services.hasDisplay();
     if (needsDisplay && !command.site.isEmpty())
         throw ReportableError(
             QStringLiteral("there is no display to open a window on; use plotix render, or --screenshot"));
-    OpenRequest request{command.site, command.screenshot, command.size};
+    OpenRequest request{command.site, command.screenshot, command.size.value_or(kUsualWindowSize)};
     if (command.site.isEmpty() || isDemonstration(command.site))
         request.site = openDemonstration(context);
     else if (!QFileInfo::exists(command.site))
         throw ReportableError(QStringLiteral("there is no site %1; plotix import makes one").arg(command.site));
     return needsDisplay ? drawDemonstration(request.site, context) : context.services.open(request);
+}
+
+}  // namespace
+
+Command addOpen(CLI::App& program)
+{
+    const auto options = std::make_shared<OpenCommand>();
+    CLI::App* open =
+        program.add_subcommand("open", "Open a site in the site window; without SITE the demonstration site");
+    addText(open, "SITE", options->site, "A site document, NAME.plotix");
+    addText(open, "--screenshot", options->screenshot, "Save a picture of the window when the trend is drawn, and exit")
+        ->type_name("FILE.png")
+        ->check(checkPng);
+    addSize(open, "--size", options->size, "The window's size in points, for --screenshot");
+    open->footer(
+        "Examples:\n  plotix open nyc.plotix\n  plotix open nyc.plotix --screenshot window.png --size 1280x800");
+    Command command{open, Command::Makes::Picture};
+    command.run = [options](CommandContext context) { return runCommand(*options, context); };
+    command.wantsWindow = [options] { return options->screenshot.isEmpty(); };
+    command.contradiction = [options]() -> std::optional<QString> {
+        if (options->size && options->screenshot.isEmpty())
+            return QStringLiteral("--size goes with --screenshot");
+        return {};
+    };
+    return command;
 }
 
 }  // namespace plotix

@@ -1,9 +1,10 @@
 #include "hostapp/cli/CommandProgressBar.h"
 
+#include "base/StopRequest.h"
+
 #include <QtCore/QElapsedTimer>
 
 #include <cmath>
-#include <csignal>
 #include <ostream>
 
 namespace plotix {
@@ -12,13 +13,6 @@ namespace {
 
 constexpr int kBarWidth = 40;             // characters
 constexpr qint64 kBetweenDrawings = 100;  // milliseconds
-
-volatile std::sig_atomic_t interrupted = 0;
-
-void rememberInterrupt(int)
-{
-    interrupted = 1;
-}
 
 class TerminalBar {
 public:
@@ -49,22 +43,6 @@ private:
 
 }  // namespace
 
-Interruption::Interruption()
-{
-    interrupted = 0;
-    m_before = std::signal(SIGINT, rememberInterrupt);
-}
-
-Interruption::~Interruption()
-{
-    std::signal(SIGINT, m_before);
-}
-
-bool Interruption::isRequested()
-{
-    return interrupted != 0;
-}
-
 std::string progressLine(const QString& title, double fraction)
 {
     const double part = std::isnan(fraction) ? 0 : std::clamp(fraction, 0.0, 1.0);
@@ -82,7 +60,7 @@ CommandProgress makeCommandProgress(CommandServices& services, CommandStreams st
     return [own, bar](double fraction) {
         if (bar)
             bar->draw(fraction);
-        return (!own || own(fraction)) && !Interruption::isRequested();
+        return (!own || own(fraction)) && !StopRequest::isRequested();
     };
 }
 

@@ -2,26 +2,11 @@
 
 #include "hostapp/cli/CommandLine.h"
 
-/// How a command shows that something long runs, and how it hears that the user wants it stopped.
+/// How a command shows that something long runs, and how it hears that the user wants it stopped. Main thread only.
 namespace plotix {
 
-/// While one lives, an interrupt from the keyboard is remembered instead of ending the process, so that a command can
-/// leave everything as it was. At most one at a time; main thread.
-class Interruption {
-public:
-    Interruption();
-    ~Interruption();
-    Interruption(const Interruption&) = delete;
-    Interruption& operator=(const Interruption&) = delete;
-
-    static bool isRequested();
-
-private:
-    void (*m_before)(int);
-};
-
 /// The program's own display where it has one, a bar on a terminal, or nothing to see. Answers false once the user
-/// interrupts. The bar vanishes with the last copy of the handler.
+/// cancels, or a StopRequest of the command's has come. The bar vanishes with the last copy of the handler.
 CommandProgress makeCommandProgress(CommandServices& services, CommandStreams streams, const QString& title);
 
 /// The bar's line: `Importing weather.csv  [==========          ]  50 %`. A fraction outside 0 … 1 counts as the nearer

@@ -1,9 +1,13 @@
 #include "base/ReportableError.h"
+#include "base/StopRequest.h"
+#include "hostapp/cli/ArgumentValues.h"
 #include "hostapp/cli/Commands.h"
-#include "hostapp/cli/ExactText.h"
+#include "hostapp/cli/Options.h"
 #include "hostapp/cli/SiteLookup.h"
-#include "hostapp/cli/StopRequest.h"
+#include "hostapp/exchange/ExactText.h"
 #include "hostapp/live/LiveRecorder.h"
+#include "hostapp/live/sources/ReadingSources.h"
+#include "hostapp/site/NewTrend.h"
 
 #include <QtCore/QEventLoop>
 #include <QtCore/QFileInfo>
@@ -19,32 +23,25 @@ namespace plotix {
 
 namespace {
 
-constexpr double kFirstTrendSpan = 3600;  // seconds
+struct RecordCommand {
+    QString site;
+    std::optional<double> interval;  ///< seconds; absent: a second
+    std::optional<double> duration;  ///< seconds; absent: until stopped
+    bool printTimes = false;
+};
 
-/// What belongs together on one axis: shares of the whole, and the load beside them.
-const QStringList& firstTrendProperties()
+constexpr double kUsualInterval = 1;  // seconds
+
+bool hasRecordedBefore(const QString& site, const QString& agentName)
 {
-    static const QStringList names = {QStringLiteral("Processor"), QStringLiteral("Memory"),
-                                      QStringLiteral("Load 1 Minute")};
-    return names;
+    return QFileInfo::exists(site) && openSite(site)->agentNamed(agentName);
 }
 
-bool hasRecordedBefore(const QString& site)
-{
-    return QFileInfo::exists(site) && openSite(site)->agentNamed(QLatin1String(kMachineAgentName));
-}
-
-void addFirstTrend(const QString& site, CommandServices& services)
+void addFirstTrend(const QString& site, const QString& agentName, CommandServices& services)
 {
     const std::shared_ptr<SiteDocument> document = openSite(site);
-    const std::shared_ptr<SiteAgent> agent = agentOf(*document, QLatin1String(kMachineAgentName));
-    TrendRequest trend{document, agent, {}, {}, {}, agent->name()};
-    for (const auto& property : propertiesOf(*agent, firstTrendProperties()))
-        trend.properties.push_back(property);
-    const Date now = currentDate();
-    trend.from = now;
-    trend.to = Date{now.seconds + kFirstTrendSpan};
-    services.storeTrend(trend);
+    const std::shared_ptr<SiteAgent> agent = agentOf(*document, agentName);
+    services.storeTrend(requestOf(document, agent, planFirstTrend(TrendOccasion::Recorded, *agent)));
 }
 
 void runUntilStopped(const RecordCommand& command, LiveRecorder& recorder, CommandStreams streams)
@@ -71,18 +68,18 @@ void runUntilStopped(const RecordCommand& command, LiveRecorder& recorder, Comma
     recorder.stop();
 }
 
-}  // namespace
-
 int runCommand(const RecordCommand& command, CommandContext context)
 {
-    const bool first = !hasRecordedBefore(command.site);
-    LiveRecorder recorder(command.site, command.interval);
+    std::unique_ptr<ReadingSource> source = makeReadingSource(QStringLiteral("computer"));
+    const bool first = !hasRecordedBefore(command.site, source->agentName());
+    const double interval = command.interval.value_or(kUsualInterval);
+    LiveRecorder recorder(command.site, std::move(source), interval);
     if (first)
-        addFirstTrend(command.site, context.services);
+        addFirstTrend(command.site, recorder.agentName(), context.services);
     const std::string path = QFileInfo(command.site).absoluteFilePath().toStdString();
-    context.streams.output << "Recording " << recorder.propertyNames().size() << " properties of " << kMachineAgentName
-                           << " every " << exactNumber(command.interval) << " s into " << path << "; Ctrl-C ends it."
-                           << std::endl;
+    context.streams.output << "Recording " << recorder.propertyNames().size() << " properties of "
+                           << recorder.agentName().toStdString() << " every " << exactNumber(interval) << " s into "
+                           << path << "; Ctrl-C ends it." << std::endl;
     runUntilStopped(command, recorder, context.streams);
     const RecordingStatus status = recorder.status();
     context.streams.output << "Recorded " << status.stored << (status.stored == 1 ? " record" : " records") << " into "
@@ -90,6 +87,25 @@ int runCommand(const RecordCommand& command, CommandContext context)
     if (const std::size_t missing = status.waiting + status.lost)
         throw ReportableError(QStringLiteral("%1 records could not be stored: %2").arg(missing).arg(status.message));
     return kCommandDone;
+}
+
+}  // namespace
+
+Command addRecord(CLI::App& program)
+{
+    const auto command = std::make_shared<RecordCommand>();
+    CLI::App* record = program.add_subcommand(
+        "record", "Record this computer's own measurements into a site; makes the site when it is not there");
+    addSite(record, command->site);
+    addDuration(record, "--interval", command->interval, "Seconds from one record to the next; 1 unless given")
+        ->type_name("S")
+        ->check(checkInterval);
+    addDuration(record, "--for", command->duration, "End after this time; without it Ctrl-C ends");
+    record->add_flag("--print-times", command->printTimes,
+                     "Print a record's time as soon as it is stored, in seconds since 1970-01-01 UTC");
+    record->footer(
+        "Examples:\n  plotix record computer.plotix\n  plotix record computer.plotix --interval 10 --for 8h");
+    return {record, Command::Makes::Text, [command](CommandContext context) { return runCommand(*command, context); }};
 }
 
 }  // namespace plotix

@@ -1,18 +1,35 @@
 #include "base/ReportableError.h"
+#include "hostapp/cli/ArgumentValues.h"
 #include "hostapp/cli/Commands.h"
+#include "hostapp/cli/Options.h"
+#include "hostapp/cli/RecordChoice.h"
 #include "hostapp/cli/SiteLookup.h"
+#include "hostapp/site/NewTrend.h"
 
 /// Rendering: the program draws, the file is written whole or not at all.
 namespace plotix {
 
 namespace {
 
+struct RenderCommand {
+    QString site, output;
+    RecordChoice choice;
+    std::optional<QSize> size;
+    QString title;
+    bool bare = false;
+};
+
+bool isPdf(const RenderCommand& command)
+{
+    return command.output.endsWith(QLatin1String(".pdf"), Qt::CaseInsensitive);
+}
+
 /// Everything but what is never plotted, unless named.
 KTVPropertyList propertiesToDraw(const SiteAgent& agent, const QStringList& names)
 {
     KTVPropertyList properties;
     for (const auto& property : propertiesOf(agent, names))
-        if (!names.isEmpty() || (property->visible() && property->type() != kPropertyTypeNeverPlotted))
+        if (!names.isEmpty() || isDrawn(*property))
             properties.push_back(property);
     if (properties.empty())
         throw ReportableError(QStringLiteral("%1 has no property to draw").arg(agent.name()));
@@ -34,8 +51,6 @@ TimeSpan spanToDraw(const RecordChoice& choice, const std::optional<RecordExtent
     return span;
 }
 
-}  // namespace
-
 int runCommand(const RenderCommand& command, CommandContext context)
 {
     RenderRequest request;
@@ -48,12 +63,41 @@ int runCommand(const RenderCommand& command, CommandContext context)
     trend.from = Date{*span.from};
     trend.to = Date{*span.to};
     trend.title = command.title;
-    request.size = command.size;
+    request.size = command.size.value_or(kUsualGraphSize);
     request.bare = command.bare;
-    request.format = command.output.endsWith(QLatin1String(".pdf"), Qt::CaseInsensitive) ? RenderRequest::Format::Pdf
-                                                                                         : RenderRequest::Format::Png;
+    request.format = isPdf(command) ? RenderRequest::Format::Pdf : RenderRequest::Format::Png;
     writeWholeFile(command.output, context.services.render(request));
     return kCommandDone;
+}
+
+}  // namespace
+
+Command addRender(CLI::App& program)
+{
+    const auto options = std::make_shared<RenderCommand>();
+    CLI::App* render = program.add_subcommand("render", "Draw a trend into a PNG or PDF file, without a window");
+    addSite(render, options->site);
+    addText(render, "--output", options->output, "The file to write")
+        ->required()
+        ->type_name("FILE.png|FILE.pdf")
+        ->check(checkPicture);
+    addRecordChoice(render, options->choice);
+    addRange(render, options->choice);
+    addSize(render, "--size", options->size,
+            "Size of the graph in points; " + argumentFromSize(kUsualGraphSize) + " unless given");
+    addText(render, "--title", options->title, "A title above the graph")->type_name("TEXT");
+    render->add_flag("--bare", options->bare, "The plain graph that programs ask for: no date labels, no styling; PNG");
+    render->footer("Examples:\n  plotix render nyc.plotix --agent EWR --properties airTemperature,pressure \\\n"
+                   "    --size 1200x600 --title \"Newark 2013\" --output newark.png\n"
+                   "  plotix render nyc.plotix --agent EWR --from 2013-07-01 --to 2013-07-08 --output july.pdf");
+    Command command{render, Command::Makes::Picture};
+    command.run = [options](CommandContext context) { return runCommand(*options, context); };
+    command.contradiction = [options]() -> std::optional<QString> {
+        if (options->bare && isPdf(*options))
+            return QStringLiteral("--bare draws PNG only; give an --output that ends in .png");
+        return contradictionIn(options->choice);
+    };
+    return command;
 }
 
 }  // namespace plotix

@@ -1,14 +1,44 @@
+#include "hostapp/cli/ArgumentValues.h"
 #include "hostapp/cli/Commands.h"
+#include "hostapp/cli/Options.h"
 #include "hostapp/cli/SiteLookup.h"
 
 /// Reports: the program lays out and prints, the file is written whole or not at all.
 namespace plotix {
+
+namespace {
+
+struct ReportCommand {
+    QString site, output;
+    QString view;                ///< its title; empty: the only one
+    std::optional<Paper> paper;  ///< absent: what is usual in the user's country
+};
 
 int runCommand(const ReportCommand& command, CommandContext context)
 {
     const ReportRequest request{openSite(command.site), command.view, command.paper};
     writeWholeFile(command.output, context.services.report(request));
     return kCommandDone;
+}
+
+}  // namespace
+
+Command addReport(CLI::App& program)
+{
+    const auto command = std::make_shared<ReportCommand>();
+    CLI::App* report = program.add_subcommand("report", "Print a view's report into a PDF file, without a window");
+    addSite(report, command->site);
+    addText(report, "--output", command->output, "The file to write")
+        ->required()
+        ->type_name("FILE.pdf")
+        ->check(checkPdf);
+    addText(report, "--view", command->view, "The view's title; may be left out when there is only one view")
+        ->type_name("TITLE");
+    addChoice<Paper>(report, "--paper", command->paper, {{"A4", Paper::A4}, {"Letter", Paper::Letter}},
+                     "The sheet; what is usual in your country unless given");
+    report->footer("Example:\n  plotix report nyc.plotix --view \"Newark 2013\" --paper Letter --output newark.pdf");
+    return {report, Command::Makes::Picture,
+            [command](CommandContext context) { return runCommand(*command, context); }};
 }
 
 }  // namespace plotix

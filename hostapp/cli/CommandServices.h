@@ -1,15 +1,12 @@
 #pragma once
 
-#include "base/Date.h"
-#include "hostapp/document/SiteDocument.h"
-#include "hostapp/print/Paper.h"
+#include "hostapp/site/ServedSites.h"
+#include "hostapp/site/StoredReport.h"
+#include "hostapp/site/TrendRequest.h"
 
 #include <QtCore/QByteArray>
-#include <QtCore/QSize>
 
 #include <functional>
-#include <memory>
-#include <optional>
 
 /// What the command line needs from the rest of the program: the site window and the plug-in module.
 ///
@@ -17,46 +14,11 @@
 /// Operations throw ReportableError with one line for people; the command line prints it and exits with status 1.
 namespace plotix {
 
-/// A trend of some of an agent's properties over a fixed range.
-struct TrendRequest {
-    std::shared_ptr<SiteDocument> document;
-    std::shared_ptr<SiteAgent> agent;
-    KTVPropertyList properties;  ///< the agent's own objects, in the order asked
-    OptionalDate from, to;       ///< absent: the plug-in's own default
-    QString title;               ///< empty: none
-};
-
-/// A trend drawn into a file.
-struct RenderRequest {
-    enum class Format { Png, Pdf };
-
-    TrendRequest trend;
-    QSize size{1200, 600};  ///< points
-    Format format = Format::Png;
-    bool bare = false;  ///< through the off-screen class operation: theme axes only; always Png
-};
-
-/// The printed report of a view that is stored in the site.
-struct ReportRequest {
-    std::shared_ptr<SiteDocument> document;
-    QString view;                ///< its title; empty: the only one
-    std::optional<Paper> paper;  ///< absent: what is usual in the user's country
-};
-
 /// The site window, or a picture of it.
 struct OpenRequest {
-    QString site;                     ///< path of an existing site document
-    QString screenshot;               ///< PNG file to save the whole window in, then exit; empty: none
-    QSize screenshotSize{1280, 800};  ///< of the window, points
-};
-
-/// Sites to show on the web.
-struct ServeRequest {
-    std::vector<std::shared_ptr<SiteDocument>> documents;
-    QString address = QStringLiteral("127.0.0.1");
-    int port = 8123;    ///< 0: any that is free
-    QString tokenFile;  ///< empty: without a token
-    std::function<void(const QString& line)> say;
+    QString site;                             ///< path of an existing site document
+    QString screenshot;                       ///< PNG file to save the whole window in, then exit; empty: none
+    QSize screenshotSize = kUsualWindowSize;  ///< of the window, points
 };
 
 /// Called with 0…1; answers false to stop.

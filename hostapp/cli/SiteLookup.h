@@ -1,6 +1,6 @@
 #pragma once
 
-#include "hostapp/cli/ParsedCommand.h"
+#include "hostapp/cli/RecordChoice.h"
 #include "hostapp/document/SiteDocument.h"
 #include "records/store/RecordStore.h"
 

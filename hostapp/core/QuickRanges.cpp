@@ -2,41 +2,13 @@
 
 #include <QtCore/QDateTime>
 
-#include <array>
 #include <cmath>
 
 namespace plotix {
 
 namespace {
 
-struct RangeRow {
-    KTVQuickRange range;
-    const char* name;
-    const char* title;
-};
-
-constexpr std::array<RangeRow, kQuickRangeCount> kRanges{{
-    {KTVQuickRange::Today, "today", "Today"},
-    {KTVQuickRange::Last24Hours, "last24Hours", "Last 24 Hours"},
-    {KTVQuickRange::Yesterday, "yesterday", "Yesterday"},
-    {KTVQuickRange::ThisWeek, "thisWeek", "This Week"},
-    {KTVQuickRange::LastWeek, "lastWeek", "Last Week"},
-    {KTVQuickRange::Last7Days, "last7Days", "Last 7 Days"},
-    {KTVQuickRange::ThisMonth, "thisMonth", "This Month"},
-    {KTVQuickRange::LastMonth, "lastMonth", "Last Month"},
-    {KTVQuickRange::Last30Days, "last30Days", "Last 30 Days"},
-    {KTVQuickRange::ThisYear, "thisYear", "This Year"},
-    {KTVQuickRange::LastYear, "lastYear", "Last Year"},
-    {KTVQuickRange::Last12Months, "last12Months", "Last 12 Months"},
-    {KTVQuickRange::AllTime, "allTime", "All Time"},
-}};
-
 constexpr double kDaySeconds = 86400;  // Last24Hours means seconds, not a calendar day
-
-const RangeRow& rowOf(KTVQuickRange range)
-{
-    return kRanges[static_cast<std::size_t>(range)];
-}
 
 /// Calendar arithmetic from one moment in one zone.
 class Calendar {
@@ -125,20 +97,20 @@ void QuickRanges::dateRange(KTVQuickRange range, OptionalDate& start, OptionalDa
 
 QString quickRangeName(KTVQuickRange range)
 {
-    return QString::fromLatin1(rowOf(range).name);
+    return QString::fromLatin1(quickRange(range).identifier);
 }
 
 std::optional<KTVQuickRange> quickRangeNamed(const QString& name)
 {
-    for (const RangeRow& row : kRanges)
-        if (name.compare(QLatin1String(row.name), Qt::CaseInsensitive) == 0)
+    for (const QuickRange& row : kQuickRanges)
+        if (name.compare(QLatin1String(row.identifier), Qt::CaseInsensitive) == 0)
             return row.range;
     return std::nullopt;
 }
 
 QString quickRangeTitle(KTVQuickRange range)
 {
-    return QString::fromLatin1(rowOf(range).title);
+    return QString::fromLatin1(quickRange(range).title);
 }
 
 }  // namespace plotix

@@ -2,6 +2,7 @@
 
 #include "plugins/PlotixPlugIn/host/KTVObservationRegistry.h"
 #include "plugins/PlotixPlugIn/host/KTVProperty.h"
+#include "plugins/PlotixPlugIn/host/KTVPropertyDescription.h"
 #include "plugins/PlotixPlugIn/host/KTVUnitModel.h"
 
 #include <QtCore/QObject>
@@ -14,15 +15,8 @@ namespace plotix {
 class SiteProperty : public QObject, public KTVProperty {
     Q_OBJECT
 public:
-    struct Description {
+    struct Description : KTVPropertyDescription {
         qint64 id = 0;  ///< row in the document; 0 for one that is not stored
-        QString name;
-        QString propertyName;
-        QString unit;          ///< shown
-        QString archivedUnit;  ///< the unit records are stored in; never changes once records exist
-        QColor color;
-        std::uint32_t type = 0;
-        bool visible = true;
     };
 
     SiteProperty(Description description, std::shared_ptr<const KTVUnitModel> unitModel);

@@ -86,10 +86,8 @@ void ArchiveManager::fetchRecordsForProperties(const std::optional<KTVPropertyLi
             stored && stored->description().id > 0 && std::find(own.begin(), own.end(), property) != own.end();
         if (!isOwn || std::find(fetch->rows.begin(), fetch->rows.end(), stored->description().id) != fetch->rows.end())
             continue;
-        const SiteProperty::Description& what = stored->description();
-        fetch->rows.push_back(what.id);
-        fetch->descriptors.push_back(
-            {what.name, what.propertyName, what.archivedUnit, what.unit, what.color, what.type, what.visible});
+        fetch->rows.push_back(stored->description().id);
+        fetch->descriptors.push_back(stored->description());
     }
     ++m_state->pending;
     m_workers.start([fetch, state = m_state]() mutable { answer(std::exchange(fetch, {}), state); });

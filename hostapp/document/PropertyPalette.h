@@ -4,7 +4,7 @@
 
 #include <cstddef>
 
-/// The colours new properties get, in turn: bright enough for a dark grey ground, neighbours in the order far apart
+/// The colours new properties get, in turn: bright enough for a dark grey background, neighbours in the order far apart
 /// also for people who see red and green alike. Pure; any thread.
 namespace plotix {
 

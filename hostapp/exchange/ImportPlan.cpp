@@ -1,11 +1,12 @@
 #include "hostapp/exchange/ImportPlan.h"
 
-#include "base/ReportableError.h"
 #include "hostapp/core/Units.h"
-#include "hostapp/exchange/ImportText.h"
+#include "hostapp/exchange/ColumnHeader.h"
 #include "plugins/PlotixPlugIn/host/KTVConverter.h"
 
 #include <algorithm>
+#include <array>
+#include <functional>
 #include <map>
 #include <set>
 
@@ -13,21 +14,23 @@ namespace plotix {
 
 namespace {
 
-std::size_t requiredColumn(const QString& text, const QString& option, const TableShape& shape)
+using What = ImportFinding::What;
+using Columns = std::vector<SourceColumn>;
+
+std::size_t requiredColumn(const QString& text, ImportOption option, const Columns& columns)
 {
-    if (const std::optional<std::size_t> column = columnNamed(text, shape))
+    if (const std::optional<std::size_t> column = columnNamed(text, columns))
         return *column;
-    throw ReportableError(ImportText::tr("%1 names the column “%2”, which is not there (columns: %3)")
-                              .arg(option, text, shape.headers.join(QStringLiteral(", "))));
+    throw ImportFailure({.what = What::UnknownColumn, .text = text, .columns = headersOf(columns), .option = option});
 }
 
 using ByField = std::map<std::size_t, QString>;
 
-ByField byField(const ImportOptions::ByColumn& texts, const QString& option, const TableShape& shape)
+ByField byField(const ImportOptions::ByColumn& texts, ImportOption option, const Columns& columns)
 {
     ByField fields;
     for (const auto& [column, text] : texts)
-        fields[requiredColumn(column, option, shape)] = text;
+        fields[requiredColumn(column, option, columns)] = text;
     return fields;
 }
 
@@ -37,23 +40,20 @@ QString knownUnit(const QString& text, const QString& column)
         return {};
     const std::optional<QString> unit = Units::shared()->normalise(text.trimmed());
     if (!unit)
-        throw ReportableError(
-            ImportText::tr("“%1”, given with --unit for the column “%2”, is no unit that is known; write "
-                           "it like °C, hPa, m/s, % or mph")
-                .arg(text, column));
+        throw ImportFailure({.what = What::UnknownUnit, .column = column, .text = text});
     return *unit;
 }
 
-std::vector<std::size_t> wantedFields(const ImportPlan& plan, const ImportOptions& options)
+std::vector<std::size_t> wantedFields(const Columns& columns, std::size_t timeField, const ImportOptions& options)
 {
     std::vector<std::size_t> fields;
     for (const QString& column : options.only)
-        fields.push_back(requiredColumn(column, QStringLiteral("--only"), plan.shape));
+        fields.push_back(requiredColumn(column, ImportOption::Only, columns));
     if (options.only.isEmpty())
-        for (std::size_t field = 0; field < plan.shape.fields(); ++field)
-            if (plan.shape.rowNumbers != field)
+        for (std::size_t field = 0; field < columns.size(); ++field)
+            if (columns[field].isMeasurement)
                 fields.push_back(field);
-    std::erase(fields, plan.time.field);
+    std::erase(fields, timeField);
     std::set<std::size_t> seen;
     std::erase_if(fields, [&](std::size_t field) { return !seen.insert(field).second; });
     return fields;
@@ -72,43 +72,63 @@ void makeNamesUnique(std::vector<ImportPlan::Column>& columns)
     }
 }
 
-void planColumns(ImportPlan& plan, const ImportOptions& options)
+void planColumns(ImportPlan& plan, const Columns& columns, const ImportOptions& options)
 {
-    const ByField units = byField(options.units, QStringLiteral("--unit"), plan.shape);
-    const ByField names = byField(options.names, QStringLiteral("--name"), plan.shape);
-    for (const std::size_t field : wantedFields(plan, options)) {
-        const QString header = plan.shape.headers[static_cast<qsizetype>(field)];
-        const HeaderText text = splitHeader(header);
+    const ByField units = byField(options.units, ImportOption::Unit, columns);
+    const ByField names = byField(options.names, ImportOption::Name, columns);
+    for (const std::size_t field : wantedFields(columns, plan.timeField, options)) {
+        const SourceColumn& column = columns[field];
         const auto unit = units.find(field);
         const auto name = names.find(field);
-        plan.columns.push_back({field, header, name == names.end() ? text.name : name->second.trimmed(),
-                                unit == units.end() ? text.unit : knownUnit(unit->second, header)});
+        plan.columns.push_back({field, column.header, name == names.end() ? column.name : name->second.trimmed(),
+                                unit == units.end() ? column.unit : knownUnit(unit->second, column.header)});
     }
     makeNamesUnique(plan.columns);
 }
 
 }  // namespace
 
-ImportPlan planImport(const TextSample& sample, const ImportOptions& options)
+QStringList headersOf(const Columns& columns)
 {
-    ImportPlan plan;
-    plan.format = sample.format;
-    plan.shape = shapeOf(sample);
-    plan.headerLine = plan.shape.hasHeader ? sample.rows.front().line : 0;
-    std::optional<std::size_t> time;
-    if (!options.timeColumn.isEmpty())
-        time = requiredColumn(options.timeColumn, ImportText::tr("--time"), plan.shape);
-    plan.time = timeColumnOf(sample, plan.shape, time);
-    if (plan.time.needsDateOrder && options.dateOrder != DateOrder::Detect) {
-        plan.time.needsDateOrder = false;
-        plan.time.layout = options.dateOrder == DateOrder::DayFirst ? TimeLayout::DayFirst : TimeLayout::MonthFirst;
-    }
-    for (const auto& [column, value] : options.where) {
-        const std::size_t field = requiredColumn(column, ImportText::tr("--where"), plan.shape);
-        plan.conditions.push_back({field, plan.shape.headers[static_cast<qsizetype>(field)], value, value.toStdString(),
+    QStringList headers;
+    for (const SourceColumn& column : columns)
+        headers << column.header;
+    return headers;
+}
+
+std::optional<std::size_t> columnNamed(const QString& text, const Columns& columns)
+{
+    using Reading = std::function<QString(const SourceColumn&)>;
+    const std::array<Reading, 5> readings = {
+        [](const SourceColumn& column) { return column.header; },
+        [](const SourceColumn& column) { return column.name; },
+        [](const SourceColumn& column) { return column.header.toCaseFolded(); },
+        [](const SourceColumn& column) { return column.name.toCaseFolded(); },
+        [](const SourceColumn& column) { return camelCaseString(column.name); },
+    };
+    const ColumnHeader split = splitHeader(text.simplified());
+    const SourceColumn asked{text.simplified(), split.name, split.unit};
+    for (const Reading& reading : readings)
+        for (std::size_t column = 0; column < columns.size(); ++column)
+            if (!text.isEmpty() && reading(columns[column]) == reading(asked))
+                return column;
+    return {};
+}
+
+std::optional<std::size_t> namedTimeColumn(const Columns& columns, const ImportOptions& options)
+{
+    if (options.timeColumn.isEmpty())
+        return {};
+    return requiredColumn(options.timeColumn, ImportOption::TimeColumn, columns);
+}
+
+ImportPlan planImport(const Columns& columns, std::size_t timeField, const ImportOptions& options)
+{
+    ImportPlan plan{timeField, columns[timeField].header, options.timeZone, options.dateOrder, {}, {}};
+    for (const auto& [column, value] : options.where)
+        plan.conditions.push_back({requiredColumn(column, ImportOption::Where, columns), value.toStdString(),
                                    value.toLatin1().toStdString()});
-    }
-    planColumns(plan, options);
+    planColumns(plan, columns, options);
     return plan;
 }
 

@@ -1,18 +1,12 @@
 #include "hostapp/exchange/ImportTable.h"
 
-#include "base/ReportableError.h"
-#include "hostapp/exchange/ImportText.h"
-
 #include <algorithm>
 #include <bit>
-#include <limits>
 #include <numeric>
 
 namespace plotix {
 
 namespace {
-
-constexpr qsizetype kLongestQuotation = 40;  // characters
 
 void setBit(std::vector<std::uint64_t>& bits, std::size_t index)
 {
@@ -26,21 +20,6 @@ bool bitAt(const std::vector<std::uint64_t>& bits, std::size_t index)
 
 }  // namespace
 
-QString quotation(std::string_view text)
-{
-    QString shown = decodedText(text.substr(0, 200)).simplified();
-    if (shown.size() > kLongestQuotation)
-        shown = shown.left(kLongestQuotation - 1) + QStringLiteral("…");
-    return QStringLiteral("“%1”").arg(shown);
-}
-
-QString BadField::message() const
-{
-    if (column.isEmpty())
-        return ImportText::tr("line %1: %2").arg(line).arg(what);
-    return ImportText::tr("line %1, column “%2”: %3").arg(line).arg(column, what);
-}
-
 ImportTable::ImportTable(const ImportPlan& plan, BadRows badRows)
     : m_plan(plan), m_badRows(badRows), m_columns(plan.columns.size())
 {
@@ -51,13 +30,6 @@ void ImportTable::expectRows(std::size_t count)
     m_times.makeRoom(count);
     for (ImportColumn& column : m_columns)
         column.values.makeRoom(count);
-}
-
-void ImportTable::addRow(double time, const TextRecord& record)
-{
-    for (std::size_t index = 0; index < m_columns.size(); ++index)
-        addField(index, record.fields[m_plan.columns[index].field], record.line);
-    m_times.push_back(time);
 }
 
 void ImportTable::addRow(double time, std::span<const double> values)
@@ -78,28 +50,36 @@ void ImportTable::addValue(ImportColumn& column, double value, bool isNumber)
     setBit(column.valid, row);
     ++column.numbers;
     if (column.firstText && m_badRows == BadRows::Stop)
-        throw ReportableError(column.firstText->message());
+        throw ImportFailure(*column.firstText);
 }
 
-void ImportTable::addField(std::size_t index, std::string_view field, qint64 line)
+void ImportTable::addText(std::size_t index, qint64 line, std::string_view text)
 {
     ImportColumn& column = m_columns[index];
-    double value = std::numeric_limits<double>::quiet_NaN();
-    const FieldKind kind = readNumber(field, m_mark, value);
-    addValue(column, value, kind == FieldKind::Number);
-    if (kind != FieldKind::Text)
-        return;
+    addValue(column, kNoNumber, false);
     if (!column.firstText)
-        column.firstText =
-            BadField{line, m_plan.columns[index].header, ImportText::tr("%1 is no number").arg(quotation(field))};
+        column.firstText = ImportFinding{.what = ImportFinding::What::NoNumber,
+                                         .line = line,
+                                         .column = m_plan.columns[index].header,
+                                         .text = textForFinding(text)};
     if (m_badRows == BadRows::Skip)
         column.textRows.push_back(m_times.size());
     else if (column.numbers > 0)
-        throw ReportableError(column.firstText->message());
+        throw ImportFailure(*column.firstText);
+}
+
+void ImportTable::addBadRow(const ImportFinding& finding)
+{
+    if (m_badRows == BadRows::Stop)
+        throw ImportFailure(finding);
+    ++m_counts.badRows;
+    if (!m_counts.firstBad)
+        m_counts.firstBad = finding;
 }
 
 void ImportTable::finish()
 {
+    m_counts.rows = m_times.size() + m_counts.otherRows + m_counts.badRows;
     dropTextRows();
     sortRows();
 }
@@ -114,8 +94,8 @@ void ImportTable::dropTextRows()
         any = true;
         for (const std::size_t row : column.textRows)
             setBit(bad, row);
-        if (!m_firstDropped || column.firstText->line < m_firstDropped->line)
-            m_firstDropped = column.firstText;
+        if (!m_counts.firstBad || column.firstText->line < m_counts.firstBad->line)
+            m_counts.firstBad = column.firstText;
     }
     if (!any)
         return;
@@ -123,7 +103,7 @@ void ImportTable::dropTextRows()
     for (std::size_t row = 0; row < m_times.size(); ++row)
         if (!bitAt(bad, row))
             rows.push_back(row);
-    m_dropped = m_times.size() - rows.size();
+    m_counts.badRows += m_times.size() - rows.size();
     keepRows(rows);
 }
 
@@ -131,10 +111,10 @@ void ImportTable::sortRows()
 {
     bool isRepeated = false;
     for (std::size_t row = 1; row < m_times.size(); ++row) {
-        m_unordered += m_times[row] < m_times[row - 1] ? 1 : 0;
+        m_counts.unorderedTimes += m_times[row] < m_times[row - 1] ? 1 : 0;
         isRepeated |= m_times[row] == m_times[row - 1];
     }
-    if (m_unordered == 0 && !isRepeated)
+    if (m_counts.unorderedTimes == 0 && !isRepeated)
         return;
     std::vector<std::size_t> rows(m_times.size());
     std::iota(rows.begin(), rows.end(), std::size_t{0});
@@ -144,7 +124,7 @@ void ImportTable::sortRows()
     for (std::size_t index = 0; index < rows.size(); ++index)
         if (index + 1 == rows.size() || m_times[rows[index]] != m_times[rows[index + 1]])
             last.push_back(rows[index]);
-    m_repeated = rows.size() - last.size();
+    m_counts.repeatedTimes = rows.size() - last.size();
     keepRows(last);
 }
 

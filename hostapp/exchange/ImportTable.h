@@ -3,29 +3,18 @@
 #include "base/SharedArray.h"
 #include "hostapp/exchange/GrowingColumn.h"
 #include "hostapp/exchange/ImportPlan.h"
-#include "hostapp/exchange/NumberText.h"
 
+#include <limits>
 #include <optional>
 #include <span>
+#include <string_view>
 #include <vector>
 
-/// The rows of a file as columns of numbers, while they are read and when they are ready to be stored.
+/// The rows of a file as columns of numbers, while they are read and when they are ready to be stored; whatever the
+/// format, here it is decided what becomes of bad rows, of texts among numbers and of rows out of order.
 ///
-/// One import *owns* it; one thread.
+/// One import *owns* it, a row source *borrows* it; one thread.
 namespace plotix {
-
-/// Why a row does not parse. The line counts from 1.
-struct BadField {
-    qint64 line = 0;
-    QString column;  ///< empty: the row as a whole
-    QString what;
-
-    /// `line 12, column “Temperature”: “abc” is no number`
-    QString message() const;
-};
-
-/// `“text”`, in one line and not too long, for messages.
-QString quotation(std::string_view text);
 
 /// One column's values. Texts among them are remembered, since only the end tells a column of texts, which is left
 /// out, from a column of numbers with bad rows.
@@ -34,34 +23,50 @@ struct ImportColumn {
     std::vector<std::uint64_t> valid;  ///< bitmap, least significant bit first
     std::size_t numbers = 0;
     std::vector<std::size_t> textRows;  ///< kept only where bad rows are passed over
-    std::optional<BadField> firstText;
+    std::optional<ImportFinding> firstText;
+};
+
+struct RowCounts {
+    std::size_t rows = 0;            ///< read
+    std::size_t otherRows = 0;       ///< passed over because nobody asked for them
+    std::size_t badRows = 0;         ///< passed over because they did not parse
+    std::size_t unorderedTimes = 0;  ///< earlier than the row before them
+    std::size_t repeatedTimes = 0;   ///< replaced by a later row at the same time
+    std::optional<ImportFinding> firstBad{};
 };
 
 class ImportTable {
 public:
     enum class BadRows { Stop, Skip };
 
+    /// Borrows the plan: its columns are the table's.
     ImportTable(const ImportPlan& plan, BadRows badRows);
 
     /// So many rows will come, as far as can be told.
     void expectRows(std::size_t count);
 
-    /// Adds a row. Throws ReportableError as soon as one of the columns holds both numbers and texts, unless bad rows
-    /// are skipped.
-    void addRow(double time, const TextRecord& record);
-    /// The same with a value for each column; NaN where there is none.
+    /// Adds a row with a value for each column; NaN where there is none. Throws ImportFailure as soon as one of the
+    /// columns holds both numbers and texts, unless bad rows are skipped.
     void addRow(double time, std::span<const double> values);
-    DecimalMark decimalMark() const { return m_mark; }  ///< as known from the rows added so far
+
+    /// The same cell by cell: one of these for each column, in order, then the time that ends the row.
+    void addNumber(std::size_t column, double value) { addValue(m_columns[column], value, true); }
+    void addMissing(std::size_t column) { addValue(m_columns[column], kNoNumber, false); }
+    void addText(std::size_t column, qint64 line, std::string_view text);
+    void endRow(double time) { m_times.push_back(time); }
+
+    /// Instead of a row: one that nobody asked for, or one that cannot be read, which throws ImportFailure unless bad
+    /// rows are skipped.
+    void passOverRow() { ++m_counts.otherRows; }
+    void addBadRow(const ImportFinding& finding);
 
     /// Drops rows with texts in columns of numbers and orders the rest: of rows at one time the last stays.
     void finish();
 
     std::size_t rows() const { return m_times.size(); }
     const std::vector<ImportColumn>& columns() const { return m_columns; }
-    std::size_t droppedRows() const { return m_dropped; }
-    std::size_t unorderedTimes() const { return m_unordered; }
-    std::size_t repeatedTimes() const { return m_repeated; }
-    const std::optional<BadField>& firstDropped() const { return m_firstDropped; }
+    /// What became of the rows. Requires: finish().
+    const RowCounts& counts() const { return m_counts; }
 
     /// The column's values, moved out, with how many of them are valid. Requires: finish().
     struct Taken {
@@ -74,19 +79,18 @@ public:
     plotix::SharedArray<double> takeTimes() { return m_times.take(); }
 
 private:
+    static constexpr double kNoNumber = std::numeric_limits<double>::quiet_NaN();
+
     void addValue(ImportColumn& column, double value, bool isNumber);
-    void addField(std::size_t index, std::string_view field, qint64 line);
     void dropTextRows();
     void sortRows();
     void keepRows(const std::vector<std::size_t>& rows);
 
     const ImportPlan& m_plan;  // borrowed
     BadRows m_badRows;
-    DecimalMark m_mark = DecimalMark::Unknown;
     GrowingColumn m_times;
     std::vector<ImportColumn> m_columns;
-    std::size_t m_dropped = 0, m_unordered = 0, m_repeated = 0;
-    std::optional<BadField> m_firstDropped;
+    RowCounts m_counts;
 };
 
 }  // namespace plotix

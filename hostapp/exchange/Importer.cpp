@@ -2,116 +2,141 @@
 
 #include "hostapp/core/Units.h"
 #include "hostapp/document/SiteTransaction.h"
-#include "hostapp/exchange/ImportRows.h"
-#include "hostapp/exchange/ImportText.h"
+#include "hostapp/exchange/ImportTable.h"
 
 #include <QtCore/QFileInfo>
 
-#include <cmath>
+#include <utility>
 
 namespace plotix {
 
 namespace {
 
-/// One file on its way into one site, step by step.
+using What = ImportFinding::What;
+
+constexpr double kRoomToSpare = 1.02;  // memory never touched costs nothing; moving a full column does
+
+ImportPlan makePlan(RowSource& source, const ImportOptions& options)
+{
+    const std::size_t time = source.chooseTimeColumn(namedTimeColumn(source.columns(), options));
+    return planImport(source.columns(), time, options);
+}
+
+/// One source on its way into one site, step by step.
 class FileImport {
 public:
-    FileImport(const QString& file, const QString& site, const ImportOptions& options, const ImportProgress& progress);
+    FileImport(RowSource& source, const QString& file, const QString& site, const ImportOptions& options,
+               const ImportProgress& progress);
 
     ImportSummary run();
 
 private:
-    ImportPlan makePlan();
     void readRows();
+    void report(qint64 done) const;
+    void expectRows();
+    void count();
     void store();
     void storeColumn(SiteTransaction& transaction, RowId agent, std::size_t index, RecordBlock& block);
     void convert(SharedArray<double>& values, const ImportPlan::Column& column,
                  const SiteTransaction::Property& property);
 
-    QString m_site;
-    const ImportOptions& m_options;
+    RowSource& m_source;  // borrowed, as the others
     const ImportProgress& m_progress;
-    ImportSource m_source;
     ImportPlan m_plan;
     ImportTable m_table;
     ImportSummary m_summary;
 };
 
-FileImport::FileImport(const QString& file, const QString& site, const ImportOptions& options,
+FileImport::FileImport(RowSource& source, const QString& file, const QString& site, const ImportOptions& options,
                        const ImportProgress& progress)
-    : m_site(site),
-      m_options(options),
+    : m_source(source),
       m_progress(progress),
-      m_source(file),
-      m_plan(makePlan()),
+      m_plan(makePlan(source, options)),
       m_table(m_plan, options.skipBadRows ? ImportTable::BadRows::Skip : ImportTable::BadRows::Stop)
 {
     m_summary.file = file;
     m_summary.site = site;
     m_summary.agent =
         options.agentName.trimmed().isEmpty() ? QFileInfo(file).completeBaseName() : options.agentName.trimmed();
-    m_summary.timeColumn = m_plan.timeHeader();
-    m_summary.notes = m_plan.shape.notes;
-}
-
-ImportPlan FileImport::makePlan()
-{
-    const QByteArray beginning = m_source.fromBeginning().read(kSampleBytes);
-    return planImport(takeSample(beginning, beginning.size() < kSampleBytes), m_options);
+    m_summary.timeColumn = m_plan.timeHeader;
 }
 
 ImportSummary FileImport::run()
 {
     readRows();
+    count();
     store();
     return std::move(m_summary);
 }
 
+void FileImport::report(qint64 done) const
+{
+    if (m_progress && !m_progress(done, m_source.bytesInAll()))
+        throw ImportCancelled();
+}
+
 void FileImport::readRows()
 {
-    ImportRows rows(m_source, m_plan, m_options, m_progress);
-    const bool wasOpen = m_plan.time.needsDateOrder;
-    rows.decideDateOrder();
-    if (wasOpen)
-        m_summary.notes << (m_plan.time.layout == TimeLayout::DayFirst
-                                ? ImportText::tr("Dates are read with the day first.")
-                                : ImportText::tr("Dates are read with the month first."));
-    const RowCounts counts = rows.read(m_table);
+    m_source.begin(m_plan);
+    bool isExpected = false;
+    for (bool more = true; more;) {
+        more = m_source.read(m_table);
+        if (!std::exchange(isExpected, isExpected || m_table.rows() > 0) && more)
+            expectRows();
+        report(m_source.bytesRead());
+    }
     m_table.finish();
+    m_summary.notes = m_source.notes();
+}
+
+/// As many rows as there will be, with a little to spare, when the rest of the file is like its beginning.
+void FileImport::expectRows()
+{
+    const qint64 bytesRead = m_source.bytesRead();
+    if (bytesRead <= 0)
+        return;
+    const double files = static_cast<double>(m_source.bytesInAll()) / static_cast<double>(bytesRead);
+    const auto rows = static_cast<double>(m_table.rows());
+    m_table.expectRows(m_table.rows() + static_cast<std::size_t>(rows * files * kRoomToSpare));
+}
+
+void FileImport::count()
+{
+    const RowCounts& counts = m_table.counts();
     m_summary.rows = counts.rows;
     m_summary.otherRows = counts.otherRows;
-    m_summary.badRows = counts.badRows + m_table.droppedRows();
-    m_summary.unorderedTimes = m_table.unorderedTimes();
-    m_summary.repeatedTimes = m_table.repeatedTimes();
-    const std::optional<BadField>& dropped = m_table.firstDropped();
-    const bool droppedComesFirst = dropped && (!counts.firstBad || dropped->line < counts.firstBad->line);
-    if (const std::optional<BadField>& first = droppedComesFirst ? dropped : counts.firstBad)
-        m_summary.firstBadRow = first->message();
-    if (m_table.rows() == 0)
-        throw ReportableError(m_summary.otherRows > 0
-                                  ? ImportText::tr("no row has the texts asked for with --where")
-                                  : ImportText::tr("no row could be read: %1").arg(m_summary.firstBadRow));
+    m_summary.badRows = counts.badRows;
+    m_summary.unorderedTimes = counts.unorderedTimes;
+    m_summary.repeatedTimes = counts.repeatedTimes;
+    m_summary.firstBadRow = counts.firstBad;
+    if (m_table.rows() > 0)
+        return;
+    if (counts.otherRows > 0)
+        throw ImportFailure({.what = What::NoRowWanted});
+    ImportFinding finding{.what = What::NoRowRead};
+    if (counts.firstBad)
+        finding.causes.push_back(*counts.firstBad);
+    throw ImportFailure(std::move(finding));
 }
 
 void FileImport::store()
 {
     RecordBlock block;
     block.times = m_table.takeTimes();
-    SiteTransaction transaction(m_site);
+    SiteTransaction transaction(m_summary.site);
     const RowId agent = transaction.findOrCreateAgent(m_summary.agent);
     for (std::size_t index = 0; index < m_plan.columns.size(); ++index)
         storeColumn(transaction, agent, index, block);
     if (block.columns.empty())
-        throw ReportableError(ImportText::tr("no column holds numbers besides the time in “%1” (columns: %2)")
-                                  .arg(m_summary.timeColumn, m_plan.shape.headers.join(QStringLiteral(", "))));
+        throw ImportFailure(
+            {.what = What::NoNumbers, .column = m_summary.timeColumn, .columns = headersOf(m_source.columns())});
     transaction.records().store(agent, block);
     m_summary.createdSite = transaction.createdFile();
     m_summary.firstImport = m_summary.createdSite || !transaction.storedRecords()->extent(agent);
     m_summary.records = block.times.size();
     m_summary.first = block.times[0];
     m_summary.last = block.times[block.times.size() - 1];
-    if (m_progress && !m_progress(m_source.size(), m_source.size()))
-        throw ImportCancelled(ImportText::tr("cancelled; nothing was stored"));
+    report(m_source.bytesInAll());
     transaction.commit();
 }
 
@@ -138,11 +163,10 @@ void FileImport::convert(SharedArray<double>& values, const ImportPlan::Column& 
         return;
     const std::shared_ptr<const Units> units = Units::shared();
     if (!units->areCompatible(column.unit, property.archivedUnit))
-        throw ReportableError(
-            ImportText::tr("column “%1” is in %2, but the agent's property of that name is in %3; give it "
-                           "another name with --name")
-                .arg(column.header, column.unit,
-                     property.archivedUnit.isEmpty() ? ImportText::tr("no unit") : property.archivedUnit));
+        throw ImportFailure({.what = What::IncompatibleUnits,
+                             .column = column.header,
+                             .text = column.unit,
+                             .archivedUnit = property.archivedUnit});
     std::vector<double> converted(values.size());
     units->convertValues(column.unit, property.archivedUnit, values.data(), converted.data(), converted.size());
     values = SharedArray<double>::fromVector(std::move(converted));
@@ -150,17 +174,10 @@ void FileImport::convert(SharedArray<double>& values, const ImportPlan::Column& 
 
 }  // namespace
 
-ImportSummary importFile(const QString& file, const QString& site, const ImportOptions& options,
+ImportSummary importRows(RowSource& source, const QString& file, const QString& site, const ImportOptions& options,
                          const ImportProgress& progress)
 {
-    const QString name = QFileInfo(file).fileName();
-    try {
-        return FileImport(file, site, options, progress).run();
-    } catch (const ImportCancelled& cancelled) {
-        throw ImportCancelled(QStringLiteral("%1: %2").arg(name, cancelled.message()));
-    } catch (const ReportableError& error) {
-        throw ReportableError(QStringLiteral("%1: %2").arg(name, error.message()));
-    }
+    return FileImport(source, file, site, options, progress).run();
 }
 
 }  // namespace plotix

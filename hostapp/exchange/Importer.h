@@ -1,7 +1,7 @@
 #pragma once
 
-#include "base/ReportableError.h"
 #include "hostapp/exchange/ImportOptions.h"
+#include "hostapp/exchange/RowSource.h"
 
 #include <QtCore/QString>
 #include <QtCore/QStringList>
@@ -10,9 +10,9 @@
 #include <optional>
 #include <vector>
 
-/// Reads a text file of measurements into an agent of a site document.
+/// Stores the rows of a source into an agent of a site document.
 ///
-/// All or nothing: the file is read and checked whole before anything is stored, and storing is one transaction. Any
+/// All or nothing: the source is read and checked whole before anything is stored, and storing is one transaction. Any
 /// thread; for the window run it on a worker and show the progress.
 namespace plotix {
 
@@ -29,35 +29,28 @@ struct ImportSummary {
     QString file, site, agent;
     QString timeColumn;
     bool createdSite = false;
-    bool firstImport = false;           ///< the agent had no records before: it wants its first trend view
-    std::size_t rows = 0;               ///< read, header and blank lines apart
-    std::size_t otherRows = 0;          ///< passed over because another text stood in the --where column
-    std::size_t badRows = 0;            ///< passed over because they did not parse
-    QString firstBadRow;                ///< what was wrong with the first of them
+    bool firstImport = false;   ///< the agent had no records before: it wants its first trend view
+    std::size_t rows = 0;       ///< read, header and blank lines apart
+    std::size_t otherRows = 0;  ///< passed over because their texts were not those asked for
+    std::size_t badRows = 0;    ///< passed over because they did not parse
+    std::optional<ImportFinding> firstBadRow;
     std::size_t records = 0;            ///< stored
     std::size_t unorderedTimes = 0;     ///< rows earlier than the row before them
     std::size_t repeatedTimes = 0;      ///< rows that a later row at the same time replaced
     std::optional<double> first, last;  ///< times stored, seconds since 1970-01-01 UTC
     std::vector<Column> columns;        ///< stored
     QStringList leftOut;                ///< headers of columns without a single number
-    QStringList notes;                  ///< what was decided about the file, one sentence each
+    std::vector<ImportFinding> notes;   ///< what was decided about the file
 };
 
 /// Called with bytes read and bytes in all; answers false to cancel.
 using ImportProgress = std::function<bool(qint64 done, qint64 total)>;
 
-/// Thrown when the progress handler cancelled; everything is as it was.
-class ImportCancelled : public ReportableError {
-public:
-    using ReportableError::ReportableError;
-};
-
-/// Makes the site and the agent when they do not exist. Throws ReportableError with file, line, column and text for
-/// what does not parse; nothing is stored then, and a site that did not exist still does not.
-ImportSummary importFile(const QString& file, const QString& site, const ImportOptions& options,
+/// Makes the site and the agent when they do not exist. `file` is where the rows come from, for the summary and the
+/// agent's name. Throws ImportFailure for what is wrong with the file or does not fit the site, ReportableError for
+/// what is wrong with the site, and ImportCancelled; nothing is stored then, and a site that did not exist still does
+/// not.
+ImportSummary importRows(RowSource& source, const QString& file, const QString& site, const ImportOptions& options,
                          const ImportProgress& progress = {});
-
-/// The summary in a few lines for people, each ended by a line break.
-QString describeImport(const ImportSummary& summary);
 
 }  // namespace plotix

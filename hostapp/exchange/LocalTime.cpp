@@ -1,7 +1,6 @@
 #include "hostapp/exchange/LocalTime.h"
 
-#include "base/ReportableError.h"
-#include "hostapp/exchange/ImportText.h"
+#include "hostapp/exchange/ImportFinding.h"
 
 #include <QtCore/QRegularExpression>
 #include <QtCore/QTimeZone>
@@ -57,13 +56,10 @@ LocalTime::LocalTime(const QString& zone) : m_zone(std::make_unique<Zone>())
     std::unique_ptr<icu::TimeZone> made(icu::TimeZone::createTimeZone(toUnicode(identifier)));
     icu::UnicodeString name;
     if (made->getID(name) == icu::UnicodeString("Etc/Unknown"))
-        throw ReportableError(
-            ImportText::tr("“%1” is no time zone; give a name such as Europe/Berlin, or an offset such as "
-                           "+02:00")
-                .arg(identifier));
+        throw ImportFailure({.what = ImportFinding::What::UnknownTimeZone, .text = identifier});
     auto* basic = dynamic_cast<icu::BasicTimeZone*>(made.get());
     if (basic == nullptr)
-        throw ReportableError(ImportText::tr("the time zone “%1” cannot be used").arg(identifier));
+        throw ImportFailure({.what = ImportFinding::What::UnusableTimeZone, .text = identifier});
     made.release();
     m_zone->zone.reset(basic);
 }

@@ -16,7 +16,7 @@ namespace plotix {
 
 class LocalTime {
 public:
-    /// An IANA name, "UTC", or an offset such as +02:00; empty: the user's zone. Throws ReportableError for anything
+    /// An IANA name, "UTC", or an offset such as +02:00; empty: the user's zone. Throws ImportFailure for anything
     /// else.
     explicit LocalTime(const QString& zone);
     ~LocalTime();

@@ -8,9 +8,10 @@
 
 namespace plotix {
 
-LiveRecorder::LiveRecorder(const QString& site, double interval, std::unique_ptr<MachineSource> source)
+LiveRecorder::LiveRecorder(const QString& site, std::unique_ptr<ReadingSource> source, double interval)
     : m_recording(site, std::move(source), interval),
       m_agent(m_recording.agent()),
+      m_agentName(m_recording.agentName()),
       m_names(m_recording.propertyNames()),
       m_interval(interval),
       m_self(std::make_shared<LiveRecorder*>(this))

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "hostapp/live/MachineRecording.h"
+#include "hostapp/live/Recording.h"
 
 #include <QtCore/QObject>
 #include <QtCore/QThread>
@@ -8,7 +8,7 @@
 #include <condition_variable>
 #include <mutex>
 
-/// Records this computer into a site document, second after second, on a thread of its own.
+/// Records a source into a site document, second after second, on a thread of its own.
 ///
 /// *Owns* the recording and the thread. Main thread only, for whoever uses it; what the two threads share is guarded by
 /// one lock, and signals are sent by the main queue. The document may be open beside it: it
@@ -19,11 +19,11 @@ class LiveRecorder : public QObject {
     Q_OBJECT
 public:
     /// Makes site, agent and properties where they are missing; throws ReportableError. `interval` is in seconds.
-    explicit LiveRecorder(const QString& site, double interval = 1,
-                          std::unique_ptr<MachineSource> source = makeSystemMachineSource());
+    LiveRecorder(const QString& site, std::unique_ptr<ReadingSource> source, double interval = 1);
     ~LiveRecorder() override;  ///< stops
 
     RowId agent() const { return m_agent; }
+    const QString& agentName() const { return m_agentName; }
     const QStringList& propertyNames() const { return m_names; }
 
     void start();  ///< once
@@ -41,8 +41,9 @@ private:
     bool waitForNext();
     void publish(const RecordingStatus& status);
 
-    MachineRecording m_recording;  // the thread's, once it runs
+    Recording m_recording;  // the thread's, once it runs
     RowId m_agent;
+    QString m_agentName;
     QStringList m_names;
     double m_interval;
     std::unique_ptr<QThread> m_thread;

@@ -6,10 +6,77 @@
 namespace plotix {
 
 namespace {
+
+constexpr double kRecordedSpan = 3600;  // seconds; nobody moves it on, so it holds a good while
+constexpr double kWatchedSpan = 600;    // seconds; the first minute is to be seen
+
 class NewTrend {
     Q_DECLARE_TR_FUNCTIONS(NewTrend)
 };
+
+bool sharesAnAxisLive(const KTVProperty& property)
+{
+    return property.unit() == QLatin1String("%") || property.name() == QLatin1String("Load 1 Minute");
+}
+
+KTVPropertyList those(const KTVPropertyList& properties, bool (*wanted)(const KTVProperty&))
+{
+    KTVPropertyList chosen;
+    for (const KTVPropertyPtr& property : properties)
+        if (wanted(*property))
+            chosen.push_back(property);
+    return chosen;
+}
+
+KTVPropertyList liveProperties(const KTVPropertyList& properties)
+{
+    const KTVPropertyList drawn = those(properties, isDrawn);
+    const KTVPropertyList together = those(drawn, sharesAnAxisLive);
+    return together.empty() ? drawn : together;
+}
+
 }  // namespace
+
+TrendPlan planTrend(TrendOccasion occasion, const QString& agentName, const KTVPropertyList& properties,
+                    const TrendSpan& records, Date now, const QTimeZone& zone)
+{
+    const auto lastDays = rangeForNewTrend(records ? std::optional(records->second.seconds) : std::nullopt, now, zone);
+    switch (occasion) {
+    case TrendOccasion::Chosen: break;
+    case TrendOccasion::Imported: {
+        const auto [from, to] = records.value_or(lastDays);
+        return {those(properties, isDrawn), from, to, agentName};
+    }
+    case TrendOccasion::Recorded: return {liveProperties(properties), now, {now.seconds + kRecordedSpan}, agentName};
+    case TrendOccasion::Watched: {
+        constexpr bool kIsFollowed = true;
+        return {liveProperties(properties), {now.seconds - kWatchedSpan}, now, agentName, kIsFollowed};
+    }
+    }
+    return {properties, lastDays.first, lastDays.second, titleForProperties(properties)};
+}
+
+TrendPlan planFirstTrend(TrendOccasion occasion, const SiteAgent& agent, const TrendSpan& records)
+{
+    return planTrend(occasion, agent.name(), agent.properties().objects(), records, currentDate(),
+                     QTimeZone::systemTimeZone());
+}
+
+TrendPlan planChosenTrend(const KTVPropertyList& properties, std::optional<double> lastRecord)
+{
+    const auto records = lastRecord ? TrendSpan(std::pair(Date{*lastRecord}, Date{*lastRecord})) : std::nullopt;
+    return planTrend(TrendOccasion::Chosen, {}, properties, records, currentDate(), QTimeZone::systemTimeZone());
+}
+
+TrendRequest requestOf(std::shared_ptr<SiteDocument> document, std::shared_ptr<SiteAgent> agent, const TrendPlan& plan)
+{
+    return {std::move(document), std::move(agent), plan.properties, plan.from, plan.to, plan.title};
+}
+
+bool isDrawn(const KTVProperty& property)
+{
+    return property.visible() && property.type() != kPropertyTypeNeverPlotted;
+}
 
 std::pair<Date, Date> rangeForNewTrend(std::optional<double> lastRecord, Date now, const QTimeZone& zone)
 {

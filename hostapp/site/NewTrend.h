@@ -1,19 +1,57 @@
 #pragma once
 
-#include "base/Date.h"
-#include "plugins/PlotixPlugIn/host/KTVProperty.h"
+#include "hostapp/site/TrendRequest.h"
 
 #include <QtCore/QTimeZone>
 
 #include <optional>
 #include <utility>
 
-/// What a new trend begins with: its dates and its title. Values and free functions; any thread.
+/// What a new trend begins with: its properties, its dates and its title, whoever makes it. Values and free functions;
+/// any thread, except where properties of an agent are read: the main thread.
 namespace plotix {
 
-/// The span a new trend shows at first: the last seven days when the last record is that young, otherwise the seven
-/// days that end with the day of the last record, so that the first look is never empty. No record: the last seven
-/// days.
+/// Why the trend is made. The first records of an agent get a trend by themselves.
+enum class TrendOccasion {
+    Chosen,    ///< the user chose what it shows
+    Imported,  ///< an agent's first records have been imported
+    Recorded,  ///< an agent's first records begin now, and nobody looks on
+    Watched    ///< the same, and somebody does
+};
+
+using TrendSpan = std::optional<std::pair<Date, Date>>;  ///< first and last record; nothing: there are none
+
+struct TrendPlan {
+    KTVPropertyList properties;
+    Date from, to;
+    QString title;
+    bool isFollowed = false;  ///< its span is to end now, from the beginning
+};
+
+/// The rule, for an agent of this name and (some of) its properties:
+///   Chosen: the properties given, the last seven days that hold records, named after the properties.
+///   Imported: what is drawn at all, over all records, named after the agent.
+///   Recorded, Watched: what belongs on one axis, shares of the whole and the load beside them; where there is none of
+///     these, what is drawn at all; named after the agent. Recorded: the hour that begins now. Watched: the last ten
+///     minutes, followed.
+TrendPlan planTrend(TrendOccasion occasion, const QString& agentName, const KTVPropertyList& properties,
+                    const TrendSpan& records, Date now, const QTimeZone& zone);
+
+/// The same of all the agent's properties, now, in the user's zone. Main thread only.
+TrendPlan planFirstTrend(TrendOccasion occasion, const SiteAgent& agent, const TrendSpan& records = {});
+
+/// The same for properties the user chose, of an agent with this last record. Main thread only.
+TrendPlan planChosenTrend(const KTVPropertyList& properties, std::optional<double> lastRecord);
+
+/// What is wanted of the module for it.
+TrendRequest requestOf(std::shared_ptr<SiteDocument> document, std::shared_ptr<SiteAgent> agent, const TrendPlan& plan);
+
+/// Whether the property is drawn unless it is asked for by name: it is offered to the user, and of a kind that is
+/// plotted.
+bool isDrawn(const KTVProperty& property);
+
+/// The last seven days when the last record is that young, otherwise the seven days that end with the day of the last
+/// record, so that the first look is never empty. No record: the last seven days.
 std::pair<Date, Date> rangeForNewTrend(std::optional<double> lastRecord, Date now, const QTimeZone& zone);
 
 /// "Air Temperature", "Air Temperature and Pressure", "Air Temperature, Pressure and 3 more"; none: "New Trend".

@@ -2,75 +2,77 @@
 
 #include "base/MainQueue.h"
 
-namespace plotix {
+#include <QtCore/QFileInfo>
 
-namespace {
-constexpr auto kEveryClass = "KTVPlugIn";
-constexpr auto kToolbarClass = "KTVPlotixToolbarPlugIn";
-}  // namespace
+namespace plotix {
 
 class PlugInWebSite::Listed {
 public:
-    explicit Listed(const KTVSiteWindowController& controller)
-        : m_items(controller.itemsWithRepresentedObjectsOfClass(QString::fromLatin1(kEveryClass)))
+    /// `first` is asked before the views; null: nobody is.
+    explicit Listed(const SourceListModel& sourceList, const KTVPlugInPtr& first = {}) : m_items(sourceList.items())
     {
+        if (first)
+            m_asked.push_back(first);
         for (const KTVSourceListItemPtr& item : m_items)
-            m_plugIns.push_back(item->representedObject());
+            m_asked.push_back(item->representedObject());
     }
     ~Listed()
     {
-        MainQueue::main().async([items = std::move(m_items), plugIns = std::move(m_plugIns)] {});
+        MainQueue::main().async([items = std::move(m_items), asked = std::move(m_asked)] {});
     }
     Listed(const Listed&) = delete;
     Listed& operator=(const Listed&) = delete;
 
     const std::vector<KTVSourceListItemPtr>& items() const { return m_items; }
-    const std::vector<KTVPlugInPtr>& plugIns() const { return m_plugIns; }
+    const std::vector<KTVPlugInPtr>& asked() const { return m_asked; }
 
 private:
     std::vector<KTVSourceListItemPtr> m_items;
-    std::vector<KTVPlugInPtr> m_plugIns;
+    std::vector<KTVPlugInPtr> m_asked;
 };
 
-PlugInWebSite::PlugInWebSite(QString name, const KTVSiteWindowController* controller, std::vector<KTVPlugInPtr> plugIns)
-    : m_name(std::move(name)), m_controller(controller), m_plugIns(std::move(plugIns))
+PlugInWebSite::PlugInWebSite(const WorkingSite& site)
+    : m_name(site.siteDocument()->siteName()),
+      m_sourceList(site.sourceList()),
+      m_toolbarPlugIn(site.toolbarPlugIns().empty() ? nullptr : site.toolbarPlugIns().front())
 {
-    std::erase(m_plugIns, nullptr);
 }
 
 std::vector<WebView> PlugInWebSite::views() const
 {
-    const Listed listed(*m_controller);
+    const Listed listed(m_sourceList);
     std::vector<WebView> views;
     for (std::size_t index = 0; index < listed.items().size(); ++index)
-        views.push_back({listed.plugIns()[index]->uniqueIdentifier(), listed.items()[index]->title()});
+        views.push_back({listed.asked()[index]->uniqueIdentifier(), listed.items()[index]->title()});
     return views;
 }
 
 QString PlugInWebSite::advertisement(const QUrl& baseUrl)
 {
-    const Listed listed(*m_controller);
+    const Listed listed(m_sourceList, m_toolbarPlugIn);
     QString fragments;
-    for (const auto* plugIns : {&std::as_const(m_plugIns), &listed.plugIns()})
-        for (const KTVPlugInPtr& plugIn : *plugIns)
-            fragments += plugIn->webServiceAdvertisementForBaseURL(baseUrl.toString()).value_or(QString());
+    for (const KTVPlugInPtr& plugIn : listed.asked())
+        fragments += plugIn->webServiceAdvertisementForBaseURL(baseUrl.toString()).value_or(QString());
     return fragments;
 }
 
 std::optional<WebRendering> PlugInWebSite::rendering(const QUrl& url)
 {
-    const Listed listed(*m_controller);
-    for (const auto* plugIns : {&std::as_const(m_plugIns), &listed.plugIns()})
-        for (const KTVPlugInPtr& plugIn : *plugIns)
-            if (const auto response = plugIn->webServiceResponseForRequest({url}))
-                return WebRendering{response->data(), response->contentType()};
+    const Listed listed(m_sourceList, m_toolbarPlugIn);
+    for (const KTVPlugInPtr& plugIn : listed.asked())
+        if (const auto response = plugIn->webServiceResponseForRequest({url}))
+            return WebRendering{response->data(), response->contentType()};
     return std::nullopt;
 }
 
-KTVPlugInPtr makeToolbarPlugIn(KTVPlugInModule& module, KTVSiteWindowController& controller)
+QString openToWeb(OpenSites& sites, const WorkingSite& site)
 {
-    const KTVPlugInModule::Arguments arguments{controller.agent(), &controller, {}, {}, {}};
-    return arguments.agent ? module.instantiate(QString::fromLatin1(kToolbarClass), arguments) : nullptr;
+    return sites.add(QFileInfo(site.siteDocument()->path()).completeBaseName(), std::make_shared<PlugInWebSite>(site));
+}
+
+QString pageAddress(const QString& server, const QString& identifier)
+{
+    return QStringLiteral("%1sites/%2/").arg(server, identifier);
 }
 
 }  // namespace plotix

@@ -1,19 +1,19 @@
 #pragma once
 
-#include "hostapp/web/WebSites.h"
-#include "plugins/PlotixPlugIn/host/KTVPlugInModule.h"
+#include "hostapp/site/WorkingSite.h"
+#include "hostapp/web/OpenSites.h"
 
 /// A site on the web: its plug-ins are asked, its source list tells what there is to see.
 ///
-/// *Shares* the plug-ins, *borrows* the site window controller, which must stay until the site is withdrawn. What a
-/// request takes from the source list it gives back on the main queue, where widgets may end. Any thread but the main
-/// one, as WebSite.
+/// *Shares* the plug-in that answers for the site, *borrows* the site, which must stay until it is withdrawn. What a
+/// request takes from the source list it gives back on the main queue, where widgets may end. Made on the main thread;
+/// then any thread but that one, as WebSite.
 namespace plotix {
 
 class PlugInWebSite : public WebSite {
 public:
-    /// `plugIns` are asked beside those of the source list, and first; a null among them is passed over.
-    PlugInWebSite(QString name, const KTVSiteWindowController* controller, std::vector<KTVPlugInPtr> plugIns);
+    /// Of the toolbar's plug-ins the first is asked, before the views: each of them answers for all trends of the site.
+    explicit PlugInWebSite(const WorkingSite& site);
 
     QString name() const override { return m_name; }
     std::vector<WebView> views() const override;
@@ -25,12 +25,14 @@ private:
     class Listed;
 
     QString m_name;
-    const KTVSiteWindowController* m_controller;
-    std::vector<KTVPlugInPtr> m_plugIns;
+    const SourceListModel& m_sourceList;
+    KTVPlugInPtr m_toolbarPlugIn;  ///< null when the site has none
 };
 
-/// A new plug-in of the module's that answers for all trends of a site; null when the site has no agent, or the module
-/// no such class.
-KTVPlugInPtr makeToolbarPlugIn(KTVPlugInModule& module, KTVSiteWindowController& controller);
+/// Opens the site to the web under the name of its file; answers its identifier there. Main thread only.
+QString openToWeb(OpenSites& sites, const WorkingSite& site);
+
+/// The address of an open site's page on the server at `server`, which ends in a slash.
+QString pageAddress(const QString& server, const QString& identifier);
 
 }  // namespace plotix

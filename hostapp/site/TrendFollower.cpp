@@ -2,8 +2,6 @@
 
 #include "hostapp/site/PlugInOperations.h"
 
-#include <QtWidgets/QWidget>
-
 #include <algorithm>
 #include <cmath>
 #include <limits>

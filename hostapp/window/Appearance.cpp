@@ -50,7 +50,7 @@ QPalette darkPalette()
     return palette;
 }
 
-/// Fusion with check boxes that can be seen on a dark ground, in lists too, and flat selections without edges.
+/// Fusion with check boxes that can be seen on a dark background, in lists too, and flat selections without edges.
 class QuietStyle : public QProxyStyle {
 public:
     QuietStyle() : QProxyStyle(QStringLiteral("Fusion")) {}
@@ -62,7 +62,7 @@ public:
             drawCheckBox(*option, *painter);
         else if (const auto* item = qstyleoption_cast<const QStyleOptionViewItem*>(option);
                  item && (element == PE_PanelItemViewItem || isSelectedRow(element, *item)))
-            drawItemGround(*item, *painter);
+            drawItemBackground(*item, *painter);
         else
             QProxyStyle::drawPrimitive(element, option, painter, widget);
     }
@@ -81,7 +81,7 @@ private:
         return element == PE_PanelItemViewRow && item.state.testFlag(State_Selected);
     }
 
-    static void drawItemGround(const QStyleOptionViewItem& item, QPainter& painter)
+    static void drawItemBackground(const QStyleOptionViewItem& item, QPainter& painter)
     {
         const bool active = item.state.testFlag(State_Active);
         if (item.state.testFlag(State_Selected))

@@ -1,5 +1,7 @@
 #include "hostapp/window/ExportImageDialog.h"
 
+#include "hostapp/core/Defaults.h"
+
 #include <QtWidgets/QDialogButtonBox>
 #include <QtWidgets/QDoubleSpinBox>
 #include <QtWidgets/QFormLayout>
@@ -43,7 +45,7 @@ ExportImageDialog::ExportImageDialog(const QString& title, QWidget* parent)
     form->addRow(buttons);
     connect(buttons, &QDialogButtonBox::accepted, this, &QDialog::accept);
     connect(buttons, &QDialogButtonBox::rejected, this, &QDialog::reject);
-    setSize({1200, 600});
+    setSize(kUsualGraphSize);
     setDensity(2);
     describePixels();
 }

@@ -1,12 +1,18 @@
 #include "hostapp/window/ImportTask.h"
 
+#include "hostapp/exchange/formats/FileExchange.h"
+#include "hostapp/window/ImportWords.h"
+
+#include <QtCore/QFileInfo>
+
 #include <optional>
 
 namespace plotix {
 
 struct ImportTask::Outcome {
     std::optional<ImportSummary> summary;
-    QString error;
+    std::optional<ImportFinding> finding;  ///< why the file cannot be imported
+    QString error;                         ///< any other reason
     bool cancelled = false;
 };
 
@@ -52,6 +58,8 @@ void ImportTask::run()
         m_outcome->summary = importFile(m_file, m_site, m_options, progress);
     } catch (const ImportCancelled&) {
         m_outcome->cancelled = true;
+    } catch (const ImportFailure& failure) {
+        m_outcome->finding = failure.finding();
     } catch (const std::exception& error) {
         m_outcome->error = QString::fromUtf8(error.what());
     }
@@ -63,6 +71,8 @@ void ImportTask::announce()
         emit finished(*m_outcome->summary);
     else if (m_outcome->cancelled)
         emit cancelled();
+    else if (m_outcome->finding)
+        emit failed(QStringLiteral("%1: %2").arg(QFileInfo(m_file).fileName(), shownText(*m_outcome->finding)));
     else
         emit failed(m_outcome->error);
 }

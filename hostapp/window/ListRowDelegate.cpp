@@ -20,7 +20,7 @@ QSize ListRowDelegate::sizeHint(const QStyleOptionViewItem& option, const QModel
 
 void ListRowDelegate::paint(QPainter* painter, const QStyleOptionViewItem& option, const QModelIndex& index) const
 {
-    // The ground is drawn to the edge, so that a selection has no gap, and the contents end before it.
+    // The background is drawn to the edge, so that a selection has no gap, and the contents end before it.
     const QStyle* style = option.widget ? option.widget->style() : QApplication::style();
     style->drawPrimitive(QStyle::PE_PanelItemViewItem, &option, painter, option.widget);
     QStyleOptionViewItem narrower(option);

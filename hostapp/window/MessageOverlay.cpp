@@ -10,7 +10,7 @@
 namespace plotix {
 
 namespace {
-constexpr int kMargin = 24;           // points between text and edge of the ground
+constexpr int kMargin = 24;           // points between text and edge of the background
 constexpr int kDistance = 16;         // points kept free to the covered view's edges
 constexpr double kCornerRadius = 10;  // points
 }  // namespace

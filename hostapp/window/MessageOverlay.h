@@ -4,7 +4,7 @@
 
 #include <QtWidgets/QLabel>
 
-/// The message over a view: one centred text on a rounded, translucent ground.
+/// The message over a view: one centred text on a rounded, translucent background.
 ///
 /// *Owns* its label, unless the view it lies on is deleted first and takes the label along; the next message then makes
 /// a new one. The label lets the mouse through, so that the graph under it can still be zoomed. Main thread only.

@@ -1,21 +1,23 @@
 #include "hostapp/window/SiteRecording.h"
 
+#include "hostapp/live/sources/ReadingSources.h"
+
 namespace plotix {
 
 namespace {
 constexpr auto kRecordingKey = "recordThisComputer";  // stored: never change
 }
 
-SiteRecording::SiteRecording(std::shared_ptr<SiteDocument> document, MakeRecorder makeRecorder)
-    : m_document(std::move(document)), m_makeRecorder(std::move(makeRecorder))
+SiteRecording::SiteRecording(std::shared_ptr<SiteDocument> document, MakeSource makeSource)
+    : m_document(std::move(document)), m_makeSource(std::move(makeSource))
 {
 }
 
 SiteRecording::~SiteRecording() = default;
 
-std::unique_ptr<LiveRecorder> SiteRecording::makeSystemRecorder(const QString& site)
+std::unique_ptr<ReadingSource> SiteRecording::makeComputer()
 {
-    return std::make_unique<LiveRecorder>(site);
+    return makeReadingSource(QStringLiteral("computer"));
 }
 
 bool SiteRecording::wasOn() const
@@ -27,14 +29,16 @@ void SiteRecording::switchOn()
 {
     if (m_recorder)
         return;
-    const bool isNew = !m_document->agentNamed(QLatin1String(kMachineAgentName));
-    std::unique_ptr<LiveRecorder> recorder = m_makeRecorder(m_document->path());
+    std::unique_ptr<ReadingSource> source = m_makeSource();
+    const QString agentName = source->agentName();
+    const bool isNew = !m_document->agentNamed(agentName);
+    auto recorder = std::make_unique<LiveRecorder>(m_document->path(), std::move(source));
     m_document->reload();
     remember(true);
     m_recorder = std::move(recorder);
     connect(m_recorder.get(), &LiveRecorder::statusChanged, this, &SiteRecording::messageChanged);
     m_recorder->start();
-    const std::shared_ptr<SiteAgent> agent = m_document->agentNamed(QLatin1String(kMachineAgentName));
+    const std::shared_ptr<SiteAgent> agent = m_document->agentNamed(agentName);
     if (isNew && agent)
         emit agentAdded(agent);
 }

@@ -10,18 +10,19 @@
 
 namespace plotix {
 
-/// Records this computer into an open site document while it is switched on; whether it is, the document remembers.
+/// Records a live source, this computer, into an open site document while it is switched on; whether it is, the
+/// document remembers.
 ///
 /// *Shares* the document, *owns* the recorder. Main thread only.
 class SiteRecording : public QObject {
     Q_OBJECT
 public:
-    using MakeRecorder = std::function<std::unique_ptr<LiveRecorder>(const QString& site)>;
+    using MakeSource = std::function<std::unique_ptr<ReadingSource>()>;
 
-    explicit SiteRecording(std::shared_ptr<SiteDocument> document, MakeRecorder makeRecorder = makeSystemRecorder);
+    explicit SiteRecording(std::shared_ptr<SiteDocument> document, MakeSource makeSource = makeComputer);
     ~SiteRecording() override;
 
-    static std::unique_ptr<LiveRecorder> makeSystemRecorder(const QString& site);
+    static std::unique_ptr<ReadingSource> makeComputer();
 
     bool isOn() const { return m_recorder != nullptr; }
     bool wasOn() const;  ///< when the document was used last
@@ -41,7 +42,7 @@ private:
     void remember(bool on);
 
     std::shared_ptr<SiteDocument> m_document;
-    MakeRecorder m_makeRecorder;
+    MakeSource m_makeSource;
     std::unique_ptr<LiveRecorder> m_recorder;  ///< while on
 };
 

@@ -1,7 +1,6 @@
 #include "hostapp/window/SiteWindow.h"
 
 #include "base/ReportableError.h"
-#include "hostapp/site/TrendFollower.h"
 #include "hostapp/window/DesktopUserInterface.h"
 #include "hostapp/window/EmptyStateView.h"
 #include "hostapp/window/ImportTask.h"
@@ -36,7 +35,7 @@ SiteWindow::SiteWindow(std::shared_ptr<SiteDocument> document, const WindowServi
     setObjectName(QStringLiteral("siteWindow"));
     setAcceptDrops(true);
     m_controller->setWindow(this);
-    const int unreadable = m_controller->loadPlugIns(m_memory.state().order);
+    const int unreadable = m_controller->loadPlugIns();
     m_actions = buildSiteMenus(this, &m_undoStack);
     buildLayout();
     buildToolbar();
@@ -58,11 +57,11 @@ SiteWindow::~SiteWindow()
     stopServing();
     m_storeTimer.stop();
     m_import.reset();
-    m_follower.reset();
     m_recording.reset();
     // The plug-ins take their views out of the stack, so they go while the stack still stands.
     disconnect(m_trendList->selectionModel(), nullptr, this, nullptr);
     disconnect(m_controller.get(), nullptr, this, nullptr);
+    disconnect(&m_controller->follower(), nullptr, this, nullptr);
     m_trendList->setModel(nullptr);
     m_propertyView->setModel(nullptr);
     m_undoStack.clear();

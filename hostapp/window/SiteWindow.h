@@ -30,7 +30,6 @@ class PropertyListView;
 class SiteRecording;
 class WebAddressBar;
 class WebServing;
-class TrendFollower;
 
 /// What site windows share with the rest of the program. All *borrowed*.
 struct WindowServices {
@@ -141,7 +140,6 @@ private:
     // Live records.
     void connectLiveActions();
     void updateLiveActions(const QString& noTrend);
-    void followAgain();
     void recordComputer(bool on);
     void addFirstLiveTrend(const std::shared_ptr<SiteAgent>& agent);
 
@@ -164,7 +162,6 @@ private:
     std::unique_ptr<PropertyListModel> m_properties;
     std::unique_ptr<ImportTask> m_import;  ///< while one runs
     std::unique_ptr<SiteRecording> m_recording;
-    std::unique_ptr<TrendFollower> m_follower;
     QPointer<QProgressDialog> m_progress;
     QTimer m_storeTimer;
     QString m_lastStoringFailure;

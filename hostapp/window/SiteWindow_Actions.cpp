@@ -147,8 +147,7 @@ void SiteWindow::newTrend()
         try {
             const auto extent = m_controller->siteDocument()->records()->extent(agent->id());
             const auto last = extent ? std::optional(extent->last) : std::nullopt;
-            const auto [from, to] = rangeForNewTrend(last, currentDate(), QTimeZone::systemTimeZone());
-            m_controller->newTrend(agent, properties, from, to, titleForProperties(properties));
+            m_controller->newTrend(agent, planChosenTrend(properties, last));
         } catch (const ReportableError& error) {
             showAlert(tr("The trend could not be made"), error.message());
             return;

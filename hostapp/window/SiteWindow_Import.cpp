@@ -6,8 +6,10 @@
 #include "hostapp/window/SiteWindow.h"
 
 #include "base/ReportableError.h"
+#include "hostapp/site/NewTrend.h"
 #include "hostapp/window/ImportDialog.h"
 #include "hostapp/window/ImportTask.h"
+#include "hostapp/window/ImportWords.h"
 
 #include <QtCore/QFileInfo>
 #include <QtCore/QMimeData>
@@ -86,7 +88,7 @@ void SiteWindow::importFinished(const ImportSummary& summary)
         if (summary.firstImport)
             addFirstTrend(summary);
         showSelection();
-        showAlert(tr("Imported %n record(s)", nullptr, static_cast<int>(summary.records)), describeImport(summary),
+        showAlert(tr("Imported %n record(s)", nullptr, static_cast<int>(summary.records)), shownText(summary),
                   KTVAlert::Style::Informational);
     } catch (const ReportableError& error) {
         showAlert(tr("The site could not be read again"), error.message());
@@ -99,8 +101,8 @@ void SiteWindow::addFirstTrend(const ImportSummary& summary)
     const auto agent = m_controller->siteDocument()->agentNamed(summary.agent);
     if (!agent || !summary.first || !summary.last)
         return;
-    m_controller->newTrend(agent, agent->properties().objects(), Date{*summary.first}, Date{*summary.last},
-                           agent->name());
+    const std::pair imported(Date{*summary.first}, Date{*summary.last});
+    m_controller->newTrend(agent, planFirstTrend(TrendOccasion::Imported, *agent, imported));
 }
 
 void SiteWindow::dragEnterEvent(QDragEnterEvent* event)

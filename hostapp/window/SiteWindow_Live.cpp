@@ -9,7 +9,7 @@
 
 #include "base/ReportableError.h"
 #include "hostapp/live/LiveRecorder.h"
-#include "hostapp/site/TrendFollower.h"
+#include "hostapp/site/NewTrend.h"
 #include "hostapp/window/SiteRecording.h"
 
 #include <QtCore/QSignalBlocker>
@@ -18,8 +18,6 @@
 namespace plotix {
 
 namespace {
-
-constexpr double kFirstTrendSpan = 600;  // seconds
 
 void setChecked(QAction* action, bool checked)
 {
@@ -32,30 +30,21 @@ void setChecked(QAction* action, bool checked)
 void SiteWindow::connectLiveActions()
 {
     m_recording = std::make_unique<SiteRecording>(m_controller->siteDocument());
-    m_follower = std::make_unique<TrendFollower>([] { return currentDate().seconds; });
+    TrendFollower* const follower = &m_controller->follower();
     connect(m_actions.recordComputer, &QAction::toggled, this, &SiteWindow::recordComputer);
     connect(m_recording.get(), &SiteRecording::agentAdded, this, &SiteWindow::addFirstLiveTrend);
     connect(m_recording.get(), &SiteRecording::messageChanged, this,
             [this] { statusBar()->showMessage(m_recording->message()); });
-    connect(m_actions.follow, &QAction::toggled, this, [this](bool on) {
+    connect(m_actions.follow, &QAction::toggled, this, [this, follower](bool on) {
         if (on)
-            m_follower->follow(selectedPlugIn());
+            follower->follow(selectedPlugIn());
         else
-            m_follower->stopFollowing(selectedPlugIn().get());
+            follower->stopFollowing(selectedPlugIn().get());
     });
-    connect(m_follower.get(), &TrendFollower::followingChanged, this, &SiteWindow::updateActions);
-    followAgain();
+    connect(follower, &TrendFollower::followingChanged, this, &SiteWindow::updateActions);
+    m_controller->followAgain();
     if (m_recording->wasOn() && !m_controller->siteDocument()->isReadOnly())
         recordComputer(true);
-}
-
-void SiteWindow::followAgain()
-{
-    const SourceListModel& list = m_controller->sourceList();
-    const QStringList followed = m_memory.state().followed;
-    for (int row = 0; row < list.rowCount(); ++row)
-        if (followed.contains(list.plugInAt(row)->uniqueIdentifier()))
-            m_follower->follow(list.plugInAt(row));
 }
 
 void SiteWindow::recordComputer(bool on)
@@ -71,23 +60,14 @@ void SiteWindow::recordComputer(bool on)
     setChecked(m_actions.recordComputer, m_recording->isOn());
 }
 
-/// What belongs on one axis: shares of the whole, and the load beside them.
 void SiteWindow::addFirstLiveTrend(const std::shared_ptr<SiteAgent>& agent)
 {
-    KTVPropertyList properties;
-    for (const auto& property : agent->siteProperties())
-        if (property->unit() == QLatin1String("%") || property->name() == QLatin1String("Load 1 Minute"))
-            properties.push_back(property);
-    const Date now = currentDate();
-    const KTVPlugInPtr plugIn =
-        m_controller->newTrend(agent, properties, Date{now.seconds - kFirstTrendSpan}, now, agent->name());
-    if (plugIn)
-        m_follower->follow(plugIn);
+    m_controller->newTrend(agent, planFirstTrend(TrendOccasion::Watched, *agent));
 }
 
 void SiteWindow::updateLiveActions(const QString& noTrend)
 {
-    if (!m_recording || !m_follower)
+    if (!m_recording)
         return;  // on the way in, or out
     const KTVPlugInPtr plugIn = selectedPlugIn();
     const bool readOnly = m_controller->siteDocument()->isReadOnly();
@@ -97,7 +77,7 @@ void SiteWindow::updateLiveActions(const QString& noTrend)
     const bool possible = !plugIn || TrendFollower::canFollow(plugIn.get());
     setUnavailableReason(m_actions.follow, possible ? noTrend : tr("This view cannot do that."));
     setChecked(m_actions.recordComputer, m_recording->isOn());
-    setChecked(m_actions.follow, m_follower->isFollowing(plugIn.get()));
+    setChecked(m_actions.follow, m_controller->follower().isFollowing(plugIn.get()));
 }
 
 }  // namespace plotix

@@ -7,7 +7,7 @@
 #include "hostapp/window/SiteWindow.h"
 
 #include "base/ReportableError.h"
-#include "hostapp/site/TrendFollower.h"
+#include "hostapp/core/Defaults.h"
 
 #include <QtCore/QSettings>
 #include <QtGui/QCloseEvent>
@@ -35,7 +35,7 @@ void SiteWindow::restoreWindow()
 {
     const WindowState& state = m_memory.state();
     if (!restoreGeometry(storedOr(state.geometry, kGeometryKey)))
-        resize(1280, 800);
+        resize(kUsualWindowSize);
     m_columns->restoreState(storedOr(state.columns, kColumnsKey));
     m_lists->restoreState(storedOr(state.lists, kListsKey));
     const SourceListModel& list = m_controller->sourceList();
@@ -86,9 +86,7 @@ WindowState SiteWindow::currentState() const
     const SourceListModel& list = m_controller->sourceList();
     for (int row = 0; row < list.rowCount(); ++row)
         state.order << list.plugInAt(row)->uniqueIdentifier();
-    for (int row = 0; row < list.rowCount(); ++row)
-        if (m_follower->isFollowing(list.plugInAt(row).get()))
-            state.followed << list.plugInAt(row)->uniqueIdentifier();
+    state.followed = m_controller->followedTrends();
     if (const KTVPlugInPtr selected = selectedPlugIn())
         state.selected = selected->uniqueIdentifier();
     state.separate = m_restored ? m_controller->separateTrends() : m_memory.state().separate;

@@ -8,8 +8,8 @@
 #include "hostapp/window/SiteWindow.h"
 
 #include "base/ReportableError.h"
+#include "hostapp/site/WebServing.h"
 #include "hostapp/window/WebAddressBar.h"
-#include "hostapp/window/WebServing.h"
 
 #include <QtCore/QSignalBlocker>
 #include <QtWidgets/QStatusBar>

@@ -155,6 +155,7 @@ struct Blend;
 
 template <>
 struct Blend<true> {
+    HWY_INLINE Blend() {}  // left to the compiler, it would be made for no processor in particular
     HWY_INLINE void setShares(const Ink& /*ink*/, Halves to) { shares = to; }
     HWY_INLINE Pixels over(const Ink& ink, Pixels there) const
     {
@@ -173,6 +174,7 @@ struct Blend<true> {
 
 template <>
 struct Blend<false> {
+    HWY_INLINE Blend() {}
     HWY_INLINE void setShares(const Ink& ink, Halves shares)
     {
         hidden = hn::MulFixedPoint15(shares, ink.hiding);

@@ -17,7 +17,7 @@
 class TrendViewArrangement;
 
 /// The tag of observations of a property's "color".
-inline constexpr plotix::ObservationTag kPropertyColor{"color"};
+inline constexpr ObservationTag kPropertyColor{"color"};
 
 /// The trend view: plots a set of properties of one agent over a date range, with a statistics table below.
 ///
@@ -155,7 +155,7 @@ public:
     void addObservers(const KTVAgentPtr& agent);
     void removeObservers(const KTVAgentPtr& agent);
     void observeValueForKeyPath(const QString& keyPath, KTVProperty* object, const KTVPropertyChange& change,
-                                plotix::ObservationTag context) override;
+                                ObservationTag context) override;
     void setUnit(const QString& unit, const QString& propertyName);
     void setValue(const QVariant& value);
     void updateToolTip();

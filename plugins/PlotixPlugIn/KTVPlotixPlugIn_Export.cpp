@@ -120,7 +120,7 @@ QByteArray KTVPlotixPlugIn::PNGDataWithSize(const QSizeF& size)
 {
     if (!m_hostView)
         return {};
-    return plotix::pngOfImage(imageByScalingProportionallyToSize(m_hostView->imageOfLayer(), size));
+    return pngOfImage(imageByScalingProportionallyToSize(m_hostView->imageOfLayer(), size));
 }
 
 QImage KTVPlotixPlugIn::plotImageForSize(const QSizeF& size, const QString& title)
@@ -176,7 +176,7 @@ void KTVPlotixPlugIn::sendImageToCompletionTarget()
 {
     const QImage image = plotImageForSize(plotix::sizeFromString(m_imageSize), m_graphTitle);
     QMetaObject::invokeMethod(m_completionTarget, m_completionSelector.constData(), Qt::DirectConnection,
-                              Q_ARG(QByteArray, plotix::pngOfImage(image)));
+                              Q_ARG(QByteArray, pngOfImage(image)));
 }
 
 void KTVPlotixPlugIn::didFinishDrawing(CPTScatterPlot* /*plot*/)

@@ -61,7 +61,7 @@ void KTVPlotixPlugIn::removeObservers(const KTVAgentPtr& /*agent*/)
 }
 
 void KTVPlotixPlugIn::observeValueForKeyPath(const QString& /*keyPath*/, KTVProperty* object,
-                                             const KTVPropertyChange& change, plotix::ObservationTag context)
+                                             const KTVPropertyChange& change, ObservationTag context)
 {
     if (context == kUnit) {
         if (change.newValue.toString() != change.oldValue.toString())

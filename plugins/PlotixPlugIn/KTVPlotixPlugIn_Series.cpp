@@ -29,14 +29,14 @@ bool isPlotted(const KTVPropertyPtr& snapshot)
 /// The points of one column. A column shorter than the times ends the series there.
 CPTPointSeriesPtr seriesFromColumn(const plotix::SharedArray<double>& time, const KTVRecordColumn& column)
 {
-    SeriesBuilder builder(time, column.size());
+    plotix::SeriesBuilder builder(time, column.size());
     const bool isAsArchived = column.unit() == column.descriptor().archivedUnit;
     if (column.descriptor().type == kPropertyTypeNeverPlotted) {
         // Only exceptions can be points.
     } else if (isAsArchived) {
         builder.setBlock(0, column.archivedValues().span().first(builder.elementCount()), column.validity());
     } else {
-        std::vector<double> block(std::min(SeriesBuilder::kBlock, builder.elementCount()));
+        std::vector<double> block(std::min(plotix::SeriesBuilder::kBlock, builder.elementCount()));
         for (std::size_t first = 0; first < builder.elementCount(); first += block.size()) {
             const std::span<double> values(block.data(), std::min(block.size(), builder.elementCount() - first));
             column.copyUnitValues(first, values);

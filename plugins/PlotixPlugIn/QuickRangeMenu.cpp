@@ -9,30 +9,27 @@ namespace {
 using Controller = KTVDataClusterViewController;
 using DateCreator = KTVNaturalLanguageDateCreator;
 
-enum class Place { InGroup, StartsGroup };
-
-struct QuickRangeItem {
-    const char* title;
+struct Operation {
+    KTVQuickRange range;
     void (Controller::*action)(QObject* sender);
-    Place place;
 };
 
-constexpr QuickRangeItem kItems[] = {
-    {QT_TRANSLATE_NOOP("Plotix", "Today"), &Controller::setDateRangeToday, Place::InGroup},
-    {QT_TRANSLATE_NOOP("Plotix", "Last 24 Hours"), &Controller::setDateRangeLast24Hours, Place::InGroup},
-    {QT_TRANSLATE_NOOP("Plotix", "Yesterday"), &Controller::setDateRangeYesterday, Place::InGroup},
-    {QT_TRANSLATE_NOOP("Plotix", "This Week"), &Controller::setDateRangeThisWeek, Place::StartsGroup},
-    {QT_TRANSLATE_NOOP("Plotix", "Last Week"), &Controller::setDateRangeLastWeek, Place::InGroup},
-    {QT_TRANSLATE_NOOP("Plotix", "Last 7 Days"), &Controller::setDateRangeLast7Days, Place::InGroup},
-    {QT_TRANSLATE_NOOP("Plotix", "This Month"), &Controller::setDateRangeThisMonth, Place::StartsGroup},
-    {QT_TRANSLATE_NOOP("Plotix", "Last Month"), &Controller::setDateRangeLastMonth, Place::InGroup},
-    {QT_TRANSLATE_NOOP("Plotix", "Last 30 Days"), &Controller::setDateRangeLast30Days, Place::InGroup},
-    {QT_TRANSLATE_NOOP("Plotix", "This Year"), &Controller::setDateRangeThisYear, Place::StartsGroup},
-    {QT_TRANSLATE_NOOP("Plotix", "Last Year"), &Controller::setDateRangeLastYear, Place::InGroup},
-    {QT_TRANSLATE_NOOP("Plotix", "Last 12 Months"), &Controller::setDateRangeLast12Months, Place::InGroup},
-    {QT_TRANSLATE_NOOP("Plotix", "All Time"), &Controller::setDateRangeAllTime, Place::StartsGroup},
+/// The controller's operations, which the items of their ranges send.
+constexpr Operation kOperations[] = {
+    {KTVQuickRange::Today, &Controller::setDateRangeToday},
+    {KTVQuickRange::Last24Hours, &Controller::setDateRangeLast24Hours},
+    {KTVQuickRange::Yesterday, &Controller::setDateRangeYesterday},
+    {KTVQuickRange::ThisWeek, &Controller::setDateRangeThisWeek},
+    {KTVQuickRange::LastWeek, &Controller::setDateRangeLastWeek},
+    {KTVQuickRange::Last7Days, &Controller::setDateRangeLast7Days},
+    {KTVQuickRange::ThisMonth, &Controller::setDateRangeThisMonth},
+    {KTVQuickRange::LastMonth, &Controller::setDateRangeLastMonth},
+    {KTVQuickRange::Last30Days, &Controller::setDateRangeLast30Days},
+    {KTVQuickRange::ThisYear, &Controller::setDateRangeThisYear},
+    {KTVQuickRange::LastYear, &Controller::setDateRangeLastYear},
+    {KTVQuickRange::Last12Months, &Controller::setDateRangeLast12Months},
+    {KTVQuickRange::AllTime, &Controller::setDateRangeAllTime},
 };
-static_assert(std::size(kItems) == kQuickRangeCount);
 
 void applyQuickRange(Controller& controller, void (*dateRange)(plotix::OptionalDate&, plotix::OptionalDate&))
 {
@@ -42,17 +39,29 @@ void applyQuickRange(Controller& controller, void (*dateRange)(plotix::OptionalD
     controller.updateDates(start, end);
 }
 
+/// A range that came later than the operations has none, and is applied as they apply theirs.
+void choose(Controller& controller, KTVQuickRange range, QObject* sender)
+{
+    for (const Operation& operation : kOperations)
+        if (operation.range == range)
+            return (controller.*operation.action)(sender);
+    plotix::OptionalDate start;
+    plotix::OptionalDate end;
+    DateCreator::dateRangeForQuickRange(range, start, end);
+    controller.updateDates(start, end);
+}
+
 }  // namespace
 
 QMenu* makeQuickRangeMenu(KTVDataClusterViewController& controller, QWidget* parent)
 {
     auto* menu = new QMenu(parent);
-    for (const QuickRangeItem& item : kItems) {
-        if (item.place == Place::StartsGroup)
+    for (const QuickRange& row : kQuickRanges) {
+        if (row.place == MenuPlace::StartsGroup)
             menu->addSeparator();
-        QAction* action = menu->addAction(KTVBundle::mainBundle()->localizedString(QLatin1String(item.title)));
+        QAction* action = menu->addAction(KTVBundle::mainBundle()->localizedString(QLatin1String(row.title)));
         QObject::connect(action, &QAction::triggered, &controller,
-                         [&controller, action, &item] { (controller.*item.action)(action); });
+                         [&controller, action, range = row.range] { choose(controller, range, action); });
     }
     return menu;
 }

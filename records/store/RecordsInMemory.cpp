@@ -28,9 +28,21 @@ RecordsInMemory::Turn::~Turn()
     m_records->m_givenBack.notify_one();
 }
 
+std::shared_lock<std::shared_mutex> RecordsInMemory::whileNobodyChanges() const
+{
+    const std::lock_guard door(m_door);
+    return std::shared_lock(m_mutex);
+}
+
+std::unique_lock<std::shared_mutex> RecordsInMemory::alone()
+{
+    const std::lock_guard door(m_door);
+    return std::unique_lock(m_mutex);
+}
+
 void RecordsInMemory::addProperty(RowId agent, RowId property)
 {
-    const std::lock_guard lock(m_mutex);
+    const std::unique_lock lock = alone();
     m_properties.insert({agent, property});
 }
 
@@ -38,7 +50,7 @@ void RecordsInMemory::requireStorable(RowId agent, const RecordBlock& block) con
 {
     requireWholeRecords(block);
     requireDistinctProperties(block);
-    const std::shared_lock lock(m_mutex);
+    const std::shared_lock lock = whileNobodyChanges();
     for (const RecordBlock::Column& column : block.columns)
         if (!m_properties.contains({agent, column.property}))
             refuseProperty(agent, column.property);

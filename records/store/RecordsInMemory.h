@@ -47,18 +47,22 @@ public:
     template <class Look>
     auto seen(Look&& look) const
     {
-        const std::shared_lock lock(m_mutex);
+        const std::shared_lock lock = whileNobodyChanges();
         return look(std::as_const(m_timelines));
     }
     /// `change` is alone with them. Requires: it is the caller's turn.
     template <class Change>
     void changed(Change&& change)
     {
-        const std::lock_guard lock(m_mutex);
+        const std::unique_lock lock = alone();
         change(m_timelines);
     }
 
 private:
+    std::shared_lock<std::shared_mutex> whileNobodyChanges() const;
+    std::unique_lock<std::shared_mutex> alone();
+
+    mutable std::mutex m_door;          // held by a writer that waits, so that readers who come later wait for it
     mutable std::shared_mutex m_mutex;  // guards the two below
     Timelines m_timelines;
     std::set<std::pair<RowId, RowId>> m_properties;  // agent and property

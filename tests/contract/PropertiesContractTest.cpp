@@ -10,7 +10,7 @@ namespace {
 class NoticeLog : public KTVPropertyObserver {
 public:
     void observeValueForKeyPath(const QString& keyPath, KTVProperty* object, const KTVPropertyChange& change,
-                                plotix::ObservationTag context) override
+                                ObservationTag context) override
     {
         keys.append(keyPath);
         last = change;
@@ -20,7 +20,7 @@ public:
     QStringList keys;
     KTVPropertyChange last;
     KTVProperty* lastObject = nullptr;
-    plotix::ObservationTag lastTag;
+    ObservationTag lastTag;
 };
 
 const QString kUnitKey = QStringLiteral("unit");
@@ -71,7 +71,7 @@ TEST_P(HostContract, AColourChangeIsToldWithOldAndNewValue)
 {
     NoticeLog log;
     const QColor before = temperature()->color();
-    temperature()->addObserver(&log, kColorKey, plotix::ObservationTag{"mine"});
+    temperature()->addObserver(&log, kColorKey, ObservationTag{"mine"});
     host->setColor(QStringLiteral("airTemperature"), QColor(1, 2, 3));
     EXPECT_EQ(log.keys, QStringList{kColorKey});
     EXPECT_EQ(log.last.oldValue.value<QColor>(), before);
@@ -96,7 +96,7 @@ TEST_P(HostContract, EndingOneKeysObservationLeavesTheOthers)
 {
     NoticeLog log;
     temperature()->addObserver(&log, kUnitKey, kUnit);
-    temperature()->addObserver(&log, kColorKey, plotix::ObservationTag{"color"});
+    temperature()->addObserver(&log, kColorKey, ObservationTag{"color"});
     temperature()->removeObserver(&log, kUnitKey);
     temperature()->setUnit(QStringLiteral("K"));
     host->setColor(QStringLiteral("airTemperature"), QColor(1, 2, 3));

@@ -1,6 +1,7 @@
 #include "hostapp/app/Composition.h"
 #include "hostapp/document/SiteDocument.h"
 #include "hostapp/live/LiveRecorder.h"
+#include "hostapp/live/sources/ReadingSources.h"
 #include "hostapp/site/TrendFollower.h"
 #include "hostapp/site/WaitForRecords.h"
 #include "plugins/PlotixPlugIn/KTVPlotixPlugIn.h"
@@ -23,9 +24,9 @@ class FollowedRecordingTest : public testing::Test {
 protected:
     FollowedRecordingTest()
     {
-        recorder = std::make_unique<LiveRecorder>(site(), 0.02);
+        recorder = std::make_unique<LiveRecorder>(site(), makeReadingSource(QStringLiteral("computer")), 0.02);
         document = SiteDocument::open(site());
-        agent = document->agentNamed(QLatin1String(kMachineAgentName));
+        agent = document->agentNamed(recorder->agentName());
         recorder->start();
         waitForRecords(3);
         now = currentDate().seconds;

@@ -13,45 +13,93 @@
     </message>
 </context>
 <context>
-    <name>ImportText</name>
+    <name>ImportWords</name>
+    <message>
+        <source>Time column</source>
+        <translation>Zeitspalte</translation>
+    </message>
+    <message>
+        <source>Rows</source>
+        <translation>Zeilen</translation>
+    </message>
+    <message>
+        <source>cannot be read: %1</source>
+        <translation>kann nicht gelesen werden: %1</translation>
+    </message>
+    <message>
+        <source>reading failed: %1</source>
+        <translation>das Lesen misslang: %1</translation>
+    </message>
     <message>
         <source>this is no text in UTF-8; save it as CSV in UTF-8 and import it again</source>
         <translation>das ist kein Text in UTF-8; speichern Sie die Datei als CSV in UTF-8 und importieren Sie sie dann</translation>
     </message>
     <message>
-        <source>some dates have the day first and others the month; say which is meant with --date-order dmy or --date-order mdy</source>
-        <translation>bei manchen Datumsangaben steht der Tag vorn, bei anderen der Monat; wählen Sie unter „Datumsangaben“, was gilt</translation>
+        <source>a quotation mark opened here is never closed</source>
+        <translation>ein hier geöffnetes Anführungszeichen wird nie geschlossen</translation>
     </message>
     <message>
-        <source>no date in the file tells the day from the month; say which comes first with --date-order dmy or --date-order mdy</source>
-        <translation>keine Datumsangabe der Datei verrät, was Tag und was Monat ist; wählen Sie unter „Datumsangaben“, was vorn steht</translation>
+        <source>the file is empty</source>
+        <translation>die Datei ist leer</translation>
     </message>
     <message>
-        <source>Dates are read with the day first.</source>
-        <translation>Datumsangaben wurden mit dem Tag vor dem Monat gelesen.</translation>
+        <source>the file has a header and no rows</source>
+        <translation>die Datei hat eine Kopfzeile und keine Zeilen</translation>
     </message>
     <message>
-        <source>Dates are read with the month first.</source>
-        <translation>Datumsangaben wurden mit dem Monat vor dem Tag gelesen.</translation>
+        <source>the header names %1 columns and the rows have %2, and the extra column neither counts the rows nor is empty; complete the header</source>
+        <translation>die Kopfzeile nennt %1 Spalten, die Zeilen haben %2, und die überzählige Spalte zählt weder die Zeilen noch ist sie leer; vervollständigen Sie die Kopfzeile</translation>
     </message>
     <message>
-        <source>no row has the texts asked for with --where</source>
-        <translation>keine Zeile hat die gesuchten Texte</translation>
+        <source>the row has %1 columns where the header names %2</source>
+        <translation>die Zeile hat %1 Spalten, wo die Kopfzeile %2 nennt</translation>
     </message>
     <message>
-        <source>no row could be read: %1</source>
-        <translation>keine Zeile war lesbar: %1</translation>
+        <source>no column looks like times; name one under Time column (columns: %1)</source>
+        <translation>keine Spalte sieht nach Zeiten aus; nennen Sie eine unter „Zeitspalte“ (Spalten: %1)</translation>
+    </message>
+    <message>
+        <source>column “%1” holds no times; name another under Time column (columns: %2)</source>
+        <translation>die Spalte „%1“ enthält keine Zeiten; nennen Sie unter „Zeitspalte“ eine andere (Spalten: %2)</translation>
     </message>
     <message>
         <source>no column holds numbers besides the time in “%1” (columns: %2)</source>
         <translation>keine Spalte enthält Zahlen außer der Zeit in „%1“ (Spalten: %2)</translation>
     </message>
     <message>
-        <source>cancelled; nothing was stored</source>
-        <translation>abgebrochen; nichts wurde gespeichert</translation>
+        <source>no row could be read: %1</source>
+        <translation>keine Zeile war lesbar: %1</translation>
     </message>
     <message>
-        <source>column “%1” is in %2, but the agent&apos;s property of that name is in %3; give it another name with --name</source>
+        <source>no row has the text asked for under Rows</source>
+        <translation>keine Zeile hat die gesuchten Texte</translation>
+    </message>
+    <message>
+        <source>no date in the file tells the day from the month; choose which comes first under Dates</source>
+        <translation>keine Datumsangabe der Datei verrät, was Tag und was Monat ist; wählen Sie unter „Datumsangaben“, was vorn steht</translation>
+    </message>
+    <message>
+        <source>some dates have the day first and others the month; choose which is meant under Dates</source>
+        <translation>bei manchen Datumsangaben steht der Tag vorn, bei anderen der Monat; wählen Sie unter „Datumsangaben“, was gilt</translation>
+    </message>
+    <message>
+        <source>%1 names the column “%2”, which is not there (columns: %3)</source>
+        <translation>%1 nennt die Spalte „%2“, die es nicht gibt (Spalten: %3)</translation>
+    </message>
+    <message>
+        <source>“%1”, given for the column “%2”, is no unit that is known; write it like °C, hPa, m/s, % or mph</source>
+        <translation>„%1“, für die Spalte „%2“ genannt, ist keine bekannte Einheit; schreiben Sie sie wie °C, hPa, m/s, % oder mph</translation>
+    </message>
+    <message>
+        <source>“%1” is no time zone; give a name such as Europe/Berlin, or an offset such as +02:00</source>
+        <translation>„%1“ ist keine Zeitzone; nennen Sie eine wie Europe/Berlin, oder einen Abstand wie +02:00</translation>
+    </message>
+    <message>
+        <source>the time zone “%1” cannot be used</source>
+        <translation>die Zeitzone „%1“ lässt sich nicht verwenden</translation>
+    </message>
+    <message>
+        <source>column “%1” is in %2, but the agent&apos;s property of that name is in %3; import into another agent</source>
         <translation>die Spalte „%1“ ist in %2, die Größe dieses Namens aber in %3; importieren Sie in eine andere Quelle</translation>
     </message>
     <message>
@@ -59,20 +107,8 @@
         <translation>keiner Einheit</translation>
     </message>
     <message>
-        <source>%1 names the column “%2”, which is not there (columns: %3)</source>
-        <translation>%1 nennt die Spalte „%2“, die es nicht gibt (Spalten: %3)</translation>
-    </message>
-    <message>
-        <source>“%1”, given with --unit for the column “%2”, is no unit that is known; write it like °C, hPa, m/s, % or mph</source>
-        <translation>„%1“, mit --unit für die Spalte „%2“ genannt, ist keine bekannte Einheit; schreiben Sie sie wie °C, hPa, m/s, % oder mph</translation>
-    </message>
-    <message>
-        <source>--time</source>
-        <translation>Zeitspalte</translation>
-    </message>
-    <message>
-        <source>--where</source>
-        <translation>Zeilen</translation>
+        <source>the row has %1 columns where %2: %3</source>
+        <translation>die Zeile hat %1 Spalten, wo %2: %3</translation>
     </message>
     <message>
         <source>the header stands for %1</source>
@@ -83,43 +119,43 @@
         <translation>die Zeilen davor %1 haben</translation>
     </message>
     <message>
-        <source>the row has %1 columns where %2: %3</source>
-        <translation>die Zeile hat %1 Spalten, wo %2: %3</translation>
-    </message>
-    <message>
-        <source>cannot be read: %1</source>
-        <translation>kann nicht gelesen werden: %1</translation>
-    </message>
-    <message>
         <source>%1 is no time</source>
         <translation>%1 ist keine Zeit</translation>
     </message>
     <message>
-        <source>1 row</source>
-        <translation>1 Zeile</translation>
+        <source>%1 is no number</source>
+        <translation>%1 ist keine Zahl</translation>
     </message>
     <message>
-        <source>%1 rows</source>
-        <translation>%1 Zeilen</translation>
+        <source>The header names %1 columns and the rows have %2</source>
+        <translation>Die Kopfzeile nennt %1 Spalten, und die Zeilen haben %2</translation>
     </message>
     <message>
-        <source>1 value</source>
-        <translation>1 Wert</translation>
+        <source>The file has no header; its columns are called Column 1 to Column %1.</source>
+        <translation>Die Datei hat keine Kopfzeile; ihre Spalten heißen Column 1 bis Column %1.</translation>
     </message>
     <message>
-        <source>%1 values</source>
-        <translation>%1 Werte</translation>
+        <source>The first column has no name; it counts the rows and is left out.</source>
+        <translation>Die erste Spalte hat keinen Namen; sie zählt die Zeilen und bleibt weg.</translation>
     </message>
     <message>
-        <source>1 record</source>
-        <translation>1 Messzeile</translation>
+        <source>%1: the first column, which has no name, counts the rows and is left out; the names (%2) belong to columns 2 to %3.</source>
+        <translation>%1: die erste, namenlose Spalte zählt die Zeilen und bleibt weg; die Namen (%2) gehören zu den Spalten 2 bis %3.</translation>
     </message>
     <message>
-        <source>%1 records</source>
-        <translation>%1 Messzeilen</translation>
+        <source>%1: the last column is always empty and is left out.</source>
+        <translation>%1: die letzte Spalte ist immer leer und bleibt weg.</translation>
     </message>
     <message>
-        <source>%1 with another text in the --where column passed over.</source>
+        <source>Dates are read with the day first.</source>
+        <translation>Datumsangaben wurden mit dem Tag vor dem Monat gelesen.</translation>
+    </message>
+    <message>
+        <source>Dates are read with the month first.</source>
+        <translation>Datumsangaben wurden mit dem Monat vor dem Tag gelesen.</translation>
+    </message>
+    <message>
+        <source>%1 with another text in the column passed over.</source>
         <translation>%1 mit anderem Text in der genannten Spalte übergangen.</translation>
     </message>
     <message>
@@ -139,6 +175,14 @@
         <translation>Weggelassen, weil ohne eine einzige Zahl: %1.</translation>
     </message>
     <message>
+        <source>line %1: %2</source>
+        <translation>Zeile %1: %2</translation>
+    </message>
+    <message>
+        <source>line %1, column “%2”: %3</source>
+        <translation>Zeile %1, Spalte „%2“: %3</translation>
+    </message>
+    <message>
         <source>%1 from %2 stored for %3 in %4 (new)%5.</source>
         <translation>%1 aus %2 für %3 in %4 gespeichert (neu)%5.</translation>
     </message>
@@ -150,77 +194,26 @@
         <source>, %1 to %2</source>
         <translation>, %1 bis %2</translation>
     </message>
-    <message>
-        <source>line %1: %2</source>
-        <translation>Zeile %1: %2</translation>
+    <message numerus="yes">
+        <source>%1 row(s)</source>
+        <translation>
+            <numerusform>%1 Zeile</numerusform>
+            <numerusform>%1 Zeilen</numerusform>
+        </translation>
     </message>
-    <message>
-        <source>line %1, column “%2”: %3</source>
-        <translation>Zeile %1, Spalte „%2“: %3</translation>
+    <message numerus="yes">
+        <source>%1 value(s)</source>
+        <translation>
+            <numerusform>%1 Wert</numerusform>
+            <numerusform>%1 Werte</numerusform>
+        </translation>
     </message>
-    <message>
-        <source>%1 is no number</source>
-        <translation>%1 ist keine Zahl</translation>
-    </message>
-    <message>
-        <source>“%1” is no time zone; give a name such as Europe/Berlin, or an offset such as +02:00</source>
-        <translation>„%1“ ist keine Zeitzone; nennen Sie eine wie Europe/Berlin, oder einen Abstand wie +02:00</translation>
-    </message>
-    <message>
-        <source>the time zone “%1” cannot be used</source>
-        <translation>die Zeitzone „%1“ lässt sich nicht verwenden</translation>
-    </message>
-    <message>
-        <source>The header names %1 columns and the rows have %2</source>
-        <translation>Die Kopfzeile nennt %1 Spalten, und die Zeilen haben %2</translation>
-    </message>
-    <message>
-        <source>%1: the first column, which has no name, counts the rows and is left out; the names (%2) belong to columns 2 to %3.</source>
-        <translation>%1: die erste, namenlose Spalte zählt die Zeilen und bleibt weg; die Namen (%2) gehören zu den Spalten 2 bis %3.</translation>
-    </message>
-    <message>
-        <source>%1: the last column is always empty and is left out.</source>
-        <translation>%1: die letzte Spalte ist immer leer und bleibt weg.</translation>
-    </message>
-    <message>
-        <source>line %1: the header names %2 columns and the rows have %3, and the extra column neither counts the rows nor is empty; complete the header</source>
-        <translation>Zeile %1: die Kopfzeile nennt %2 Spalten, die Zeilen haben %3, und die überzählige Spalte zählt weder die Zeilen noch ist sie leer; vervollständigen Sie die Kopfzeile</translation>
-    </message>
-    <message>
-        <source>The first column has no name; it counts the rows and is left out.</source>
-        <translation>Die erste Spalte hat keinen Namen; sie zählt die Zeilen und bleibt weg.</translation>
-    </message>
-    <message>
-        <source>the file is empty</source>
-        <translation>die Datei ist leer</translation>
-    </message>
-    <message>
-        <source>the file has a header and no rows</source>
-        <translation>die Datei hat eine Kopfzeile und keine Zeilen</translation>
-    </message>
-    <message>
-        <source>The file has no header; its columns are called Column 1 to Column %1.</source>
-        <translation>Die Datei hat keine Kopfzeile; ihre Spalten heißen Column 1 bis Column %1.</translation>
-    </message>
-    <message>
-        <source>line %1: the row has %2 columns where the header names %3</source>
-        <translation>Zeile %1: die Zeile hat %2 Spalten, wo die Kopfzeile %3 nennt</translation>
-    </message>
-    <message>
-        <source>line %1: a quotation mark opened here is never closed</source>
-        <translation>Zeile %1: ein hier geöffnetes Anführungszeichen wird nie geschlossen</translation>
-    </message>
-    <message>
-        <source>reading failed: %1</source>
-        <translation>das Lesen misslang: %1</translation>
-    </message>
-    <message>
-        <source>column “%1” holds no times; name another with --time (columns: %2)</source>
-        <translation>die Spalte „%1“ enthält keine Zeiten; nennen Sie unter „Zeitspalte“ eine andere (Spalten: %2)</translation>
-    </message>
-    <message>
-        <source>no column looks like times; name one with --time (columns: %1)</source>
-        <translation>keine Spalte sieht nach Zeiten aus; nennen Sie eine unter „Zeitspalte“ (Spalten: %1)</translation>
+    <message numerus="yes">
+        <source>%1 record(s)</source>
+        <translation>
+            <numerusform>%1 Messzeile</numerusform>
+            <numerusform>%1 Messzeilen</numerusform>
+        </translation>
     </message>
 </context>
 <context>

@@ -2,6 +2,30 @@
 <!DOCTYPE TS>
 <TS version="2.1" language="en" sourcelanguage="en">
 <context>
+    <name>ImportWords</name>
+    <message numerus="yes">
+        <source>%1 row(s)</source>
+        <translation>
+            <numerusform>%1 row</numerusform>
+            <numerusform>%1 rows</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>%1 value(s)</source>
+        <translation>
+            <numerusform>%1 value</numerusform>
+            <numerusform>%1 values</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>%1 record(s)</source>
+        <translation>
+            <numerusform>%1 record</numerusform>
+            <numerusform>%1 records</numerusform>
+        </translation>
+    </message>
+</context>
+<context>
     <name>plotix::SiteWindow</name>
     <message numerus="yes">
         <source>%n trend(s) of this site cannot be read by this version.</source>

@@ -4,76 +4,72 @@
 
 KTVNaturalLanguageDateCreator::~KTVNaturalLanguageDateCreator() = default;
 
-namespace {
-
-void forward(KTVQuickRange range, plotix::OptionalDate& start, plotix::OptionalDate& end)
+void KTVNaturalLanguageDateCreator::dateRangeForQuickRange(KTVQuickRange range, OptionalDate& start, OptionalDate& end)
 {
     KTVHostServices::installed().dateCreator->dateRange(range, start, end);
 }
 
-}  // namespace
-
 void KTVNaturalLanguageDateCreator::dateRangeForToday(OptionalDate& start, OptionalDate& end)
 {
-    forward(KTVQuickRange::Today, start, end);
+    dateRangeForQuickRange(KTVQuickRange::Today, start, end);
 }
 
 void KTVNaturalLanguageDateCreator::dateRangeForLast24Hours(OptionalDate& start, OptionalDate& end)
 {
-    forward(KTVQuickRange::Last24Hours, start, end);
+    dateRangeForQuickRange(KTVQuickRange::Last24Hours, start, end);
 }
 
 void KTVNaturalLanguageDateCreator::dateRangeForYesterday(OptionalDate& start, OptionalDate& end)
 {
-    forward(KTVQuickRange::Yesterday, start, end);
+    dateRangeForQuickRange(KTVQuickRange::Yesterday, start, end);
 }
 
 void KTVNaturalLanguageDateCreator::dateRangeForThisWeek(OptionalDate& start, OptionalDate& end)
 {
-    forward(KTVQuickRange::ThisWeek, start, end);
+    dateRangeForQuickRange(KTVQuickRange::ThisWeek, start, end);
 }
 
 void KTVNaturalLanguageDateCreator::dateRangeForLastWeek(OptionalDate& start, OptionalDate& end)
 {
-    forward(KTVQuickRange::LastWeek, start, end);
+    dateRangeForQuickRange(KTVQuickRange::LastWeek, start, end);
 }
 
 void KTVNaturalLanguageDateCreator::dateRangeForLast7Days(OptionalDate& start, OptionalDate& end)
 {
-    forward(KTVQuickRange::Last7Days, start, end);
+    dateRangeForQuickRange(KTVQuickRange::Last7Days, start, end);
 }
 
 void KTVNaturalLanguageDateCreator::dateRangeForThisMonth(OptionalDate& start, OptionalDate& end)
 {
-    forward(KTVQuickRange::ThisMonth, start, end);
+    dateRangeForQuickRange(KTVQuickRange::ThisMonth, start, end);
 }
 
 void KTVNaturalLanguageDateCreator::dateRangeForLastMonth(OptionalDate& start, OptionalDate& end)
 {
-    forward(KTVQuickRange::LastMonth, start, end);
+    dateRangeForQuickRange(KTVQuickRange::LastMonth, start, end);
 }
 
 void KTVNaturalLanguageDateCreator::dateRangeForLast30Days(OptionalDate& start, OptionalDate& end)
 {
-    forward(KTVQuickRange::Last30Days, start, end);
+    dateRangeForQuickRange(KTVQuickRange::Last30Days, start, end);
 }
 
 void KTVNaturalLanguageDateCreator::dateRangeForThisYear(OptionalDate& start, OptionalDate& end)
 {
-    forward(KTVQuickRange::ThisYear, start, end);
+    dateRangeForQuickRange(KTVQuickRange::ThisYear, start, end);
 }
 
 void KTVNaturalLanguageDateCreator::dateRangeForLastYear(OptionalDate& start, OptionalDate& end)
 {
-    forward(KTVQuickRange::LastYear, start, end);
+    dateRangeForQuickRange(KTVQuickRange::LastYear, start, end);
 }
 
 void KTVNaturalLanguageDateCreator::dateRangeForLast12Months(OptionalDate& start, OptionalDate& end)
 {
-    forward(KTVQuickRange::Last12Months, start, end);
+    dateRangeForQuickRange(KTVQuickRange::Last12Months, start, end);
 }
 
 void KTVNaturalLanguageDateCreator::dateRangeForAllTime(OptionalDate& start, OptionalDate& end)
 {
-    forward(KTVQuickRange::AllTime, start, end);
+    dateRangeForQuickRange(KTVQuickRange::AllTime, start, end);
 }

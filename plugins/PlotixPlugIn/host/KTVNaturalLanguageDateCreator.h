@@ -2,26 +2,7 @@
 
 #include "base/Date.h"
 #include "plugins/PlotixPlugIn/host/KTVHostExport.h"
-
-#include <array>
-
-/// The thirteen named ranges, in the order of the quick-range menu.
-enum class KTVQuickRange {
-    Today,
-    Last24Hours,
-    Yesterday,
-    ThisWeek,
-    LastWeek,
-    Last7Days,
-    ThisMonth,
-    LastMonth,
-    Last30Days,
-    ThisYear,
-    LastYear,
-    Last12Months,
-    AllTime
-};
-inline constexpr int kQuickRangeCount = 13;
+#include "plugins/PlotixPlugIn/host/KTVQuickRange.h"
 
 /// Computes start and end of named ranges; calendar-true in the user's zone and locale. Main thread only.
 ///
@@ -32,6 +13,9 @@ public:
 
     virtual ~KTVNaturalLanguageDateCreator();
     virtual void dateRange(KTVQuickRange range, OptionalDate& start, OptionalDate& end) const = 0;
+
+    /// Of the installed date creator. The operations below are the same for a range each.
+    static void dateRangeForQuickRange(KTVQuickRange range, OptionalDate& start, OptionalDate& end);
 
     static void dateRangeForToday(OptionalDate& start, OptionalDate& end);
     static void dateRangeForLast24Hours(OptionalDate& start, OptionalDate& end);

@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-void KTVObservationRegistry::add(KTVPropertyObserver* observer, const QString& key, plotix::ObservationTag context)
+void KTVObservationRegistry::add(KTVPropertyObserver* observer, const QString& key, ObservationTag context)
 {
     if (!observer)
         return;
@@ -31,7 +31,7 @@ void KTVObservationRegistry::notify(KTVProperty* object, const QString& key, con
         const Observation* found = find(serial);
         if (!found || found->lifetime.expired())
             continue;
-        const plotix::ObservationTag context = found->context;
+        const ObservationTag context = found->context;
         found->observer->observeValueForKeyPath(key, object, change, context);
     }
 }

@@ -7,7 +7,7 @@
 /// The observations of one property; a helper for implementations of KTVProperty. Main thread only.
 class KTVHOST_EXPORT KTVObservationRegistry {
 public:
-    void add(KTVPropertyObserver* observer, const QString& key, plotix::ObservationTag context);
+    void add(KTVPropertyObserver* observer, const QString& key, ObservationTag context);
     void remove(KTVPropertyObserver* observer, const QString& key);  ///< one; the latest added first
 
     /// Tells every live observation of `key`, in the order they were added. Observers may add or remove meanwhile:
@@ -22,7 +22,7 @@ private:
         KTVPropertyObserver* observer;
         std::weak_ptr<const void> lifetime;
         QString key;
-        plotix::ObservationTag context;
+        ObservationTag context;
         std::uint64_t serial;
     };
     void dropEnded();

@@ -101,7 +101,7 @@ QByteArray KTVPlugIn::pngImageWithScale(double scale)
     if (!root)
         return {};
     giveUsualSize(root);
-    return plotix::pngOfImage(imageRepresentation(root, scale));
+    return pngOfImage(imageRepresentation(root, scale));
 }
 
 QByteArray KTVPlugIn::pdfRepresentation()

@@ -28,7 +28,7 @@ public:
     KTVPropertyObserver& operator=(const KTVPropertyObserver&) = delete;
 
     virtual void observeValueForKeyPath(const QString& keyPath, KTVProperty* object, const KTVPropertyChange& change,
-                                        plotix::ObservationTag context) = 0;
+                                        ObservationTag context) = 0;
 
     std::weak_ptr<const void> lifetime() const { return m_lifetime; }
 
@@ -37,7 +37,7 @@ private:
 };
 
 /// The tag of observations of a property's "unit".
-inline constexpr plotix::ObservationTag kUnit{"unit"};
+inline constexpr ObservationTag kUnit{"unit"};
 
 /// The kind of property that is never plotted: four characters 'WPSt'. Stored: never change.
 inline constexpr std::uint32_t kPropertyTypeNeverPlotted = 0x57505374;
@@ -64,7 +64,7 @@ public:
 
     /// Each call adds one observation of `key`, hence one notice a change. Borrows the observer, ending by itself
     /// with it.
-    virtual void addObserver(KTVPropertyObserver* observer, const QString& key, plotix::ObservationTag context) = 0;
+    virtual void addObserver(KTVPropertyObserver* observer, const QString& key, ObservationTag context) = 0;
     /// Takes one observation of `key` by `observer` away; none: nothing happens.
     virtual void removeObserver(KTVPropertyObserver* observer, const QString& key) = 0;
 };

@@ -36,7 +36,7 @@ public:
     bool isValid() const override { return m_column->isValid(m_index); }
     bool visible() const override { return m_column->descriptor().visible; }
 
-    void addObserver(KTVPropertyObserver* observer, const QString& key, plotix::ObservationTag context) override
+    void addObserver(KTVPropertyObserver* observer, const QString& key, ObservationTag context) override
     {
         m_observations.add(observer, key, context);
     }

@@ -2,6 +2,7 @@
 
 #include "base/SharedArray.h"
 #include "plugins/PlotixPlugIn/host/KTVProperty.h"
+#include "plugins/PlotixPlugIn/host/KTVPropertyDescription.h"
 #include "plugins/PlotixPlugIn/host/KTVUnitModel.h"
 
 #include <map>
@@ -18,15 +19,7 @@
 /// Built on any thread, then main thread only.
 class KTVHOST_EXPORT KTVRecordColumn : public std::enable_shared_from_this<KTVRecordColumn> {
 public:
-    struct Descriptor {
-        QString name;
-        QString propertyName;
-        QString archivedUnit;  ///< the unit of the values as stored
-        QString unit;          ///< the current unit at first
-        QColor color;
-        std::uint32_t type = 0;
-        bool visible = true;
-    };
+    using Descriptor = KTVPropertyDescription;  ///< its unit is the current one at first
 
     /// `unitModel` is shared; it may be null, then no conversion happens and the symbol is the unit's own text.
     KTVRecordColumn(Descriptor descriptor, plotix::SharedArray<double> values, plotix::ValidityBitmap validity,

@@ -3,12 +3,8 @@
 #include <string_view>
 
 /// The token an observation carries and its change notices bring back; reactions dispatch on it.
-namespace plotix {
-
 struct ObservationTag {
     std::string_view text;
 
     friend bool operator==(const ObservationTag&, const ObservationTag&) = default;
 };
-
-}  // namespace plotix

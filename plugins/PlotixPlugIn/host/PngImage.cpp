@@ -2,8 +2,6 @@
 
 #include "base/png/PngEncoding.h"
 
-namespace plotix {
-
 namespace {
 
 /// The image in one of the formats the encoder reads, as it is where it can be.
@@ -17,11 +15,11 @@ QImage readable(const QImage& image)
     }
 }
 
-PngAlpha alphaOf(QImage::Format format)
+plotix::PngAlpha alphaOf(QImage::Format format)
 {
     if (format == QImage::Format_ARGB32_Premultiplied)
-        return PngAlpha::Premultiplied;
-    return format == QImage::Format_ARGB32 ? PngAlpha::Straight : PngAlpha::None;
+        return plotix::PngAlpha::Premultiplied;
+    return format == QImage::Format_ARGB32 ? plotix::PngAlpha::Straight : plotix::PngAlpha::None;
 }
 
 }  // namespace
@@ -31,7 +29,7 @@ QByteArray pngOfImage(const QImage& image)
     if (image.isNull())
         return {};
     const QImage pixels = readable(image);
-    PngPixels picture;
+    plotix::PngPixels picture;
     picture.pixels = reinterpret_cast<const quint32*>(pixels.constBits());
     picture.width = pixels.width();
     picture.height = pixels.height();
@@ -39,7 +37,7 @@ QByteArray pngOfImage(const QImage& image)
     picture.alpha = alphaOf(pixels.format());
     picture.dotsPerMetreX = pixels.dotsPerMeterX();
     picture.dotsPerMetreY = pixels.dotsPerMeterY();
-    return encodedPng(picture);
+    return plotix::encodedPng(picture);
 }
 
 bool writePng(QIODevice& to, const QImage& image)
@@ -47,5 +45,3 @@ bool writePng(QIODevice& to, const QImage& image)
     const QByteArray data = pngOfImage(image);
     return !data.isEmpty() && to.write(data) == data.size();
 }
-
-}  // namespace plotix

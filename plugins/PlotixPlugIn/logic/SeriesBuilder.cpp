@@ -10,6 +10,8 @@
 #include <cmath>
 #include <limits>
 
+namespace plotix {
+
 namespace {
 
 constexpr std::size_t kWordBits = 64;
@@ -29,7 +31,7 @@ std::uint64_t narrowWord(std::span<const double> values, float* y)
     }
     std::uint64_t bits = 0;
     for (std::size_t i = 0; i < values.size(); ++i) {
-        y[i] = plotix::singlePrecision(values[i]);
+        y[i] = singlePrecision(values[i]);
         bits |= static_cast<std::uint64_t>(!std::isnan(values[i])) << i;
     }
     return bits;
@@ -37,16 +39,16 @@ std::uint64_t narrowWord(std::span<const double> values, float* y)
 
 }  // namespace
 
-SeriesBuilder::SeriesBuilder(plotix::SharedArray<double> time, std::size_t elementCount)
+SeriesBuilder::SeriesBuilder(SharedArray<double> time, std::size_t elementCount)
     : m_time(std::move(time)),
       m_count(std::min(elementCount, m_time.size())),
-      m_y(plotix::unsetArray<float>(m_count)),
+      m_y(unsetArray<float>(m_count)),
       m_fine(m_count),
       m_points((m_count + kWordBits - 1) / kWordBits)
 {
 }
 
-void SeriesBuilder::setBlock(std::size_t first, std::span<const double> values, const plotix::ValidityBitmap& validity)
+void SeriesBuilder::setBlock(std::size_t first, std::span<const double> values, const ValidityBitmap& validity)
 {
     assert(first % kWordBits == 0 && first + values.size() <= m_count);
     dropUpTo(first);
@@ -106,7 +108,7 @@ void SeriesBuilder::setPoint(std::size_t index, double value)
     if (index >= m_count || std::isnan(value))
         return dropPoint(index);
     dropUpTo(m_count);
-    m_y.get()[index] = plotix::singlePrecision(value);
+    m_y.get()[index] = singlePrecision(value);
     m_points[index / kWordBits] |= std::uint64_t{1} << (index % kWordBits);
     m_changedWords.push_back(index / kWordBits);
 }
@@ -129,10 +131,11 @@ CPTPointSeriesPtr SeriesBuilder::finish()
     std::size_t count = 0;
     for (const std::uint64_t word : m_points)
         count += word == kAll ? kWordBits : static_cast<std::size_t>(std::popcount(word));
-    plotix::ValidityBitmap points;
+    ValidityBitmap points;
     if (count < m_count)
-        points = plotix::ValidityBitmap(plotix::SharedArray<std::uint64_t>::fromVector(std::move(m_points)));
-    return std::make_shared<const CPTPointSeries>(std::move(m_time),
-                                                  plotix::SharedArray<float>(std::move(m_y), m_count),
+        points = ValidityBitmap(SharedArray<std::uint64_t>::fromVector(std::move(m_points)));
+    return std::make_shared<const CPTPointSeries>(std::move(m_time), SharedArray<float>(std::move(m_y), m_count),
                                                   std::move(points), count, std::move(m_fine));
 }
+
+}  // namespace plotix

@@ -12,19 +12,21 @@
 /// element that is a point. One pass in blocks, which fills the series' index too; no object per sample.
 ///
 /// Every element starts as dropped. Fill the blocks first, then overwrite the odd elements one by one.
+namespace plotix {
+
 class SeriesBuilder {
 public:
     /// A good length for a block that has to be worked out first: a multiple of 64, and the nearest cache holds it.
     static constexpr std::size_t kBlock = 4096;
 
     /// `elementCount` elements, at most as many as there are times.
-    SeriesBuilder(plotix::SharedArray<double> time, std::size_t elementCount);
+    SeriesBuilder(SharedArray<double> time, std::size_t elementCount);
 
     std::size_t elementCount() const { return m_count; }
 
     /// The values of elements [first, first + values.size()); those not valid by the bitmap, or NaN, stay dropped.
     /// Requires: first is a multiple of 64, and the block lies inside.
-    void setBlock(std::size_t first, std::span<const double> values, const plotix::ValidityBitmap& validity);
+    void setBlock(std::size_t first, std::span<const double> values, const ValidityBitmap& validity);
 
     /// One element on its own; outside: nothing happens. A NaN is dropped.
     void setPoint(std::size_t index, double value);
@@ -38,7 +40,7 @@ private:
     void dropUpTo(std::size_t end);
     void indexWord(std::size_t word);
 
-    plotix::SharedArray<double> m_time;
+    SharedArray<double> m_time;
     std::size_t m_count;
     std::shared_ptr<float> m_y;
     CPTFineBlocks m_fine;
@@ -46,3 +48,5 @@ private:
     std::size_t m_filled = 0;                 // y and index stand up to here; a multiple of 64, or all
     std::vector<std::size_t> m_changedWords;  // whose index does not stand any more
 };
+
+}  // namespace plotix

@@ -35,7 +35,7 @@ StatisticsKernels::Found addUp(const double* values, std::size_t count, double s
             const Numbers each = hn::LoadU(kNumbers, values + first + part * kLanes);
             smallest[part] = lower(smallest[part], each);
             largest[part] = raise(largest[part], each);
-            isNaN = hn::Or(isNaN, hn::Ne(each, each));
+            isNaN = hn::Or(isNaN, hn::IsNaN(each));
         });
         for (std::size_t i = first; i < first + kRow; ++i)
             sum += values[i];

@@ -5,6 +5,8 @@
 #include "hostapp/site/PlugInStore.h"
 #include "tests/support/stubsite/ScratchSite.h"
 
+#include <QtCore/QFile>
+
 #include <gmock/gmock.h>
 
 #include <cmath>
@@ -164,6 +166,14 @@ TEST_F(ProgramServicesTest, AllTimeSpansTheOpenDocuments)
     ASSERT_TRUE(start && end);
     EXPECT_EQ(start->seconds, kStart);
     EXPECT_EQ(end->seconds, kStart + 1439 * 60.0);
+}
+
+TEST_F(ProgramServicesTest, AllTimeLeavesOutASiteWhoseFileHasGone)
+{
+    composition.documentOpened(site.document);
+    QFile::remove(site.path());
+    plotix::OptionalDate start, end;
+    EXPECT_NO_THROW(KTVNaturalLanguageDateCreator::dateRangeForAllTime(start, end));
 }
 
 }  // namespace

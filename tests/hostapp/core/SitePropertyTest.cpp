@@ -12,7 +12,7 @@ using plotix::SiteProperty;
 class Watcher : public KTVPropertyObserver {
 public:
     void observeValueForKeyPath(const QString& keyPath, KTVProperty*, const KTVPropertyChange& change,
-                                plotix::ObservationTag) override
+                                ObservationTag) override
     {
         notices.append(keyPath + ": " + change.oldValue.toString() + " -> " + change.newValue.toString());
     }

@@ -3,6 +3,7 @@
 #include "base/MainQueue.h"
 #include "hostapp/core/SiteProperty.h"
 #include "hostapp/core/Units.h"
+#include "records/store/MemoryRecordStore.h"
 #include "tests/records/sqlite/ArchiveFixture.h"
 
 #include <QtCore/QCoreApplication>
@@ -87,6 +88,19 @@ TEST_F(ArchiveManagerTest, AnswersEveryRecordOfTheRange)
     EXPECT_FALSE(error);
     EXPECT_EQ(records->columnForKey("air")->unitValue(5), 105);
     EXPECT_FALSE(records->columnForKey("wind")->isValid(5));
+}
+
+TEST_F(ArchiveManagerTest, AnswersFromWhicheverStoreItIsGiven)
+{
+    const auto elsewhere = std::make_shared<plotix::MemoryRecordStore>();
+    elsewhere->addProperty(agent, air);
+    elsewhere->appender()->append(agent, ramp(air, 7, 3));
+    manager = std::make_unique<ArchiveManager>(
+        elsewhere, agent, [this] { return own; }, plotix::Units::shared(), 1'000'000);
+    fetchAndWait(own);
+    EXPECT_EQ(records->time()->size(), 3U);
+    EXPECT_EQ(records->columnForKey("air")->unitValue(2), 9);
+    EXPECT_FALSE(records->columnForKey("wind")->isValid(2));
 }
 
 TEST_F(ArchiveManagerTest, ColumnsStandInTheOrderAskedFor)

@@ -85,6 +85,16 @@ TEST_F(SiteTransactionTest, NothingIsVisibleBeforeCommitAndEverythingAfter)
     EXPECT_TRUE(document->recordExtent());
 }
 
+TEST_F(SiteTransactionTest, TheStoredRecordsAreThoseOthersSee)
+{
+    SiteTransaction transaction(file());
+    fill(transaction);
+    const RowId agent = transaction.findOrCreateAgent("Roof");
+    EXPECT_FALSE(transaction.storedRecords()->extent(agent));
+    transaction.commit();
+    EXPECT_TRUE(transaction.storedRecords()->extent(agent));
+}
+
 TEST_F(SiteTransactionTest, FindsWhatIsThere)
 {
     SiteTransaction transaction(file());

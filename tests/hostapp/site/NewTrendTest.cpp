@@ -53,4 +53,91 @@ TEST(NewTrendTest, TitleNamesTwoPropertiesAndCountsTheRest)
     EXPECT_EQ(titleForProperties(properties), QStringLiteral("Air Temperature, Pressure and 1 more"));
 }
 
+struct OccasionRow {
+    const char* name;
+    plotix::TrendOccasion occasion;
+    QStringList properties;  ///< of the agent below
+    const char *from, *to;
+    const char* title;
+    bool isFollowed;
+};
+
+/// An agent with everything the rule looks at, with records from March to May, asked on the tenth of June at noon.
+class NewTrendRuleTest : public testing::TestWithParam<OccasionRow> {
+protected:
+    NewTrendRuleTest() : agent(site.document->addAgent(QStringLiteral("Computer")))
+    {
+        agent->addProperty(QStringLiteral("Memory"), QStringLiteral("%"));
+        agent->addProperty(QStringLiteral("Load 1 Minute"), {});
+        agent->addProperty(QStringLiteral("Load 5 Minutes"), {});
+        agent->addProperty(QStringLiteral("Humidity"), QStringLiteral("%"))->setVisible(false);
+        agent->addProperty(QStringLiteral("Notes"), {}, kPropertyTypeNeverPlotted);
+    }
+    plotix::TrendPlan trend(const KTVPropertyList& properties) const
+    {
+        const std::pair records(at("2024-03-01 00:00"), at("2024-05-31 23:00"));
+        return planTrend(GetParam().occasion, agent->name(), properties, records, at("2024-06-10 12:00"), kBerlin);
+    }
+
+    ScratchSite site;
+    std::shared_ptr<plotix::SiteAgent> agent;
+};
+
+TEST_P(NewTrendRuleTest, IsOneForAllOutlets)
+{
+    const plotix::TrendPlan made = trend(agent->properties().objects());
+    QStringList names;
+    for (const KTVPropertyPtr& property : made.properties)
+        names << property->name();
+    EXPECT_EQ(names, GetParam().properties);
+    EXPECT_EQ(made.from.seconds, at(GetParam().from).seconds);
+    EXPECT_EQ(made.to.seconds, at(GetParam().to).seconds);
+    EXPECT_EQ(made.title, QLatin1String(GetParam().title));
+    EXPECT_EQ(made.isFollowed, GetParam().isFollowed);
+}
+
+using enum plotix::TrendOccasion;
+INSTANTIATE_TEST_SUITE_P(
+    Occasions, NewTrendRuleTest,
+    testing::Values(
+        OccasionRow{"Chosen",
+                    Chosen,
+                    {"Memory", "Load 1 Minute", "Load 5 Minutes", "Humidity", "Notes"},
+                    "2024-05-25 00:00",
+                    "2024-06-01 00:00",
+                    "Memory, Load 1 Minute and 3 more",
+                    false},
+        OccasionRow{"Imported",
+                    Imported,
+                    {"Memory", "Load 1 Minute", "Load 5 Minutes"},
+                    "2024-03-01 00:00",
+                    "2024-05-31 23:00",
+                    "Computer",
+                    false},
+        OccasionRow{"Recorded",
+                    Recorded,
+                    {"Memory", "Load 1 Minute"},
+                    "2024-06-10 12:00",
+                    "2024-06-10 13:00",
+                    "Computer",
+                    false},
+        OccasionRow{
+            "Watched", Watched, {"Memory", "Load 1 Minute"}, "2024-06-10 11:50", "2024-06-10 12:00", "Computer", true}),
+    [](const auto& row) { return row.param.name; });
+
+TEST(NewTrendTest, LiveRecordsWithoutSharesShowWhatTheyHave)
+{
+    ScratchSite site;
+    const auto station = site.addStation();
+    EXPECT_EQ(plotix::planFirstTrend(Watched, *station).properties.size(), 2U);
+}
+
+TEST(NewTrendTest, ImportedWithoutRecordsShowsTheLastSevenDays)
+{
+    const plotix::TrendPlan made =
+        planTrend(Imported, QStringLiteral("Empty"), {}, {}, at("2024-06-10 12:00"), kBerlin);
+    EXPECT_EQ(made.from.seconds, at("2024-06-03 12:00").seconds);
+    EXPECT_EQ(made.to.seconds, at("2024-06-10 12:00").seconds);
+}
+
 }  // namespace

@@ -3,9 +3,11 @@
 #include <QtCore/QTimer>
 #include <QtGui/QClipboard>
 #include <QtTest/QTest>
+#include <QtWidgets/QAbstractButton>
 #include <QtWidgets/QApplication>
 #include <QtWidgets/QMenu>
 #include <QtWidgets/QMessageBox>
+#include <QtWidgets/QPushButton>
 
 #include <gtest/gtest.h>
 

@@ -33,7 +33,7 @@ TEST_F(SiteRecordingTest, SwitchedOnItAddsTheAgentAndRemembers)
     recording->switchOn();
     EXPECT_TRUE(recording->isOn());
     EXPECT_TRUE(recording->wasOn());
-    EXPECT_TRUE(site.document->agentNamed(plotix::kMachineAgentName));
+    EXPECT_TRUE(site.document->agentNamed(QStringLiteral("This Computer")));
     EXPECT_EQ(added.count(), 1);
 }
 
@@ -52,12 +52,11 @@ TEST_F(SiteRecordingTest, TheDocumentRemembersAcrossOpenings)
     EXPECT_FALSE(recording->wasOn());
 }
 
-TEST_F(SiteRecordingTest, ARecorderThatCannotBeginLeavesItOff)
+TEST_F(SiteRecordingTest, ASourceThatCannotBeMadeLeavesItOff)
 {
-    recording =
-        std::make_unique<SiteRecording>(site.document, [](const QString&) -> std::unique_ptr<plotix::LiveRecorder> {
-            throw plotix::ReportableError(QStringLiteral("There is no space left."));
-        });
+    recording = std::make_unique<SiteRecording>(site.document, []() -> std::unique_ptr<plotix::ReadingSource> {
+        throw plotix::ReportableError(QStringLiteral("There is no space left."));
+    });
     EXPECT_THROW(recording->switchOn(), plotix::ReportableError);
     EXPECT_FALSE(recording->isOn());
     EXPECT_FALSE(recording->wasOn());

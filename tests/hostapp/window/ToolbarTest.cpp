@@ -1,7 +1,7 @@
 #include "hostapp/window/SiteWindow.h"
 
 #include "base/MainQueue.h"
-#include "hostapp/site/ToolbarClass.h"
+#include "hostapp/site/ModuleNames.h"
 #include "hostapp/window/DesktopUserInterface.h"
 #include "hostapp/window/HelpWindow.h"
 #include "tests/support/stubsite/ScratchSite.h"

@@ -5,6 +5,7 @@
 #include "tests/support/stubsite/StubTrend.h"
 
 #include <QtTest/QTest>
+#include <QtWidgets/QLineEdit>
 #include <QtWidgets/QListView>
 
 using plotix::Date;

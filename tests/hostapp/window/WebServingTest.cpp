@@ -1,4 +1,4 @@
-#include "hostapp/window/WebServing.h"
+#include "hostapp/site/WebServing.h"
 
 #include "base/ReportableError.h"
 #include "hostapp/window/DesktopUserInterface.h"
@@ -19,14 +19,14 @@ namespace {
 /// Counts instead of serving.
 class CountingServing : public plotix::WebServing {
 public:
-    QString start(plotix::SiteWindowController&) override
+    QString start(plotix::WorkingSite&) override
     {
         if (fails)
             throw plotix::ReportableError(QStringLiteral("no port is free"));
         ++starts;
         return QStringLiteral("http://127.0.0.1:8123/sites/garden/");
     }
-    void stop(plotix::SiteWindowController& site) override
+    void stop(plotix::WorkingSite& site) override
     {
         ++stops;
         trendsAtStop = site.sourceList().rowCount();

@@ -33,8 +33,8 @@ plotix::SharedArray<double> everySecond()
 /// Zero everywhere but once.
 CPTPointSeriesPtr seriesWithOneSpike()
 {
-    SeriesBuilder builder(everySecond(), kSamples);
-    std::vector<double> block(SeriesBuilder::kBlock);
+    plotix::SeriesBuilder builder(everySecond(), kSamples);
+    std::vector<double> block(plotix::SeriesBuilder::kBlock);
     for (std::size_t first = 0; first < kSamples; first += block.size()) {
         const std::size_t count = std::min(block.size(), kSamples - first);
         const bool isHere = first <= kSpike && kSpike < first + count;

@@ -6,7 +6,7 @@ class ObservationTest : public PropertyTableFixture {
 protected:
     float firstValue(const QString& key) const { return static_cast<float>(plot(key)->series()->pointAt(0).y); }
     void notify(fakehost::FakeProperty& property, const QVariant& oldValue, const QVariant& newValue,
-                plotix::ObservationTag tag)
+                ObservationTag tag)
     {
         trend->observeValueForKeyPath("anything", &property, {oldValue, newValue}, tag);
     }
@@ -254,7 +254,7 @@ TEST_F(ObservationTest, TheTagDecidesAndNotTheKey)
     openAndDeliver({"airTemperature"});
     notify(*airTemperature, "degC", "degF", kUnit);
     EXPECT_EQ(row(0).unit, "°F");
-    notify(*airTemperature, "degF", "degC", plotix::ObservationTag{"another"});
+    notify(*airTemperature, "degF", "degC", ObservationTag{"another"});
     EXPECT_EQ(row(0).unit, "°F");
 }
 

@@ -19,6 +19,8 @@ public:
 struct StoreKind {
     const char* name;
     std::unique_ptr<StoreUnderTest> (*make)();
+
+    friend void PrintTo(const StoreKind& kind, std::ostream* out) { *out << kind.name; }
 };
 
 const std::vector<StoreKind>& storesUnderTest();

@@ -37,7 +37,7 @@ void FakeProperty::setColor(const QColor& color)
     m_observations.notify(this, QStringLiteral("color"), change);
 }
 
-void FakeProperty::addObserver(KTVPropertyObserver* observer, const QString& key, plotix::ObservationTag context)
+void FakeProperty::addObserver(KTVPropertyObserver* observer, const QString& key, ObservationTag context)
 {
     note(QStringLiteral("addObserver"), key);
     m_observations.add(observer, key, context);

@@ -39,7 +39,7 @@ public:
     std::uint32_t type() const override { return m_description.type; }
     bool isValid() const override;
     bool visible() const override { return m_description.visible; }
-    void addObserver(KTVPropertyObserver* observer, const QString& key, plotix::ObservationTag context) override;
+    void addObserver(KTVPropertyObserver* observer, const QString& key, ObservationTag context) override;
     void removeObserver(KTVPropertyObserver* observer, const QString& key) override;
 
     void setColor(const QColor& color);

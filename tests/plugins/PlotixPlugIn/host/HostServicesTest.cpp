@@ -1,6 +1,11 @@
 #include "plugins/PlotixPlugIn/host/KTVHostServices.h"
 
 #include "base/MainQueue.h"
+#include "plugins/PlotixPlugIn/host/KTVBundle.h"
+#include "plugins/PlotixPlugIn/host/KTVMessageViewController.h"
+#include "plugins/PlotixPlugIn/host/KTVNaturalLanguageDateCreator.h"
+#include "plugins/PlotixPlugIn/host/KTVPrintInfo.h"
+#include "plugins/PlotixPlugIn/host/KTVUserInterface.h"
 
 #include <QtCore/QCoreApplication>
 

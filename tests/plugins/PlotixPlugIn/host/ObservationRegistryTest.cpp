@@ -15,7 +15,7 @@ public:
     }
 
     void observeValueForKeyPath(const QString& keyPath, KTVProperty*, const KTVPropertyChange& change,
-                                plotix::ObservationTag context) override
+                                ObservationTag context) override
     {
         m_told->push_back(m_name + " " + keyPath.toStdString() + " " + change.oldValue.toString().toStdString() + ">" +
                           change.newValue.toString().toStdString() + " " + std::string(context.text));
@@ -34,7 +34,7 @@ class ObservationRegistryTest : public testing::Test {
 protected:
     void observe(Observer& observer, const char* key = "unit")
     {
-        registry.add(&observer, QLatin1String(key), plotix::ObservationTag{"tag"});
+        registry.add(&observer, QLatin1String(key), ObservationTag{"tag"});
     }
     void change(const char* key = "unit") { registry.notify(nullptr, QLatin1String(key), {"old", "new"}); }
 
@@ -74,8 +74,8 @@ TEST_F(ObservationRegistryTest, OneRemovalTakesOneObservation)
 TEST_F(ObservationRegistryTest, RemovalTakesTheLatestAdded)
 {
     Observer observer(&told);
-    registry.add(&observer, QStringLiteral("unit"), plotix::ObservationTag{"first"});
-    registry.add(&observer, QStringLiteral("unit"), plotix::ObservationTag{"second"});
+    registry.add(&observer, QStringLiteral("unit"), ObservationTag{"first"});
+    registry.add(&observer, QStringLiteral("unit"), ObservationTag{"second"});
     registry.remove(&observer, QStringLiteral("unit"));
     change();
     EXPECT_EQ(told, Told{"observer unit old>new first"});

@@ -21,7 +21,7 @@ class PngImageTest : public testing::TestWithParam<QImage::Format> {};
 TEST_P(PngImageTest, HoldsEveryPixel)
 {
     const QImage image = picture(GetParam());
-    EXPECT_EQ(QImage::fromData(plotix::pngOfImage(image), "PNG").convertToFormat(image.format()), image);
+    EXPECT_EQ(QImage::fromData(pngOfImage(image), "PNG").convertToFormat(image.format()), image);
 }
 
 INSTANTIATE_TEST_SUITE_P(Formats, PngImageTest,
@@ -34,17 +34,17 @@ TEST(PngFile, IsWhatTheImageIsAsData)
     const QImage image = picture(QImage::Format_RGB32);
     QBuffer file;
     file.open(QIODevice::WriteOnly);
-    EXPECT_TRUE(plotix::writePng(file, image));
-    EXPECT_EQ(file.data(), plotix::pngOfImage(image));
+    EXPECT_TRUE(writePng(file, image));
+    EXPECT_EQ(file.data(), pngOfImage(image));
 }
 
 TEST(PngFile, SaysWhenItWasNotWritten)
 {
     QBuffer closed;
-    EXPECT_FALSE(plotix::writePng(closed, picture(QImage::Format_RGB32)));
+    EXPECT_FALSE(writePng(closed, picture(QImage::Format_RGB32)));
     QBuffer file;
     file.open(QIODevice::WriteOnly);
-    EXPECT_FALSE(plotix::writePng(file, QImage()));
+    EXPECT_FALSE(writePng(file, QImage()));
 }
 
 }  // namespace

@@ -1,5 +1,6 @@
 #include "plugins/PlotixPlugIn/host/KTVGraphicsContext.h"
 #include "plugins/PlotixPlugIn/host/KTVHostServices.h"
+#include "plugins/PlotixPlugIn/host/KTVPrintInfo.h"
 
 #include <QtGui/QFontInfo>
 #include <QtGui/QPainter>

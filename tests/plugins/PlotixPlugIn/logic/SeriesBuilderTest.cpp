@@ -24,7 +24,7 @@ protected:
     }
     static CPTPointSeriesPtr build(const std::vector<double>& values, const plotix::ValidityBitmap& valid = {})
     {
-        SeriesBuilder builder(times(values.size()), values.size());
+        plotix::SeriesBuilder builder(times(values.size()), values.size());
         builder.setBlock(0, values, valid);
         return builder.finish();
     }
@@ -58,7 +58,7 @@ TEST_F(SeriesBuilderTest, TheIndexIsThatOfTheSeries)
 
 TEST_F(SeriesBuilderTest, WhatIsSetLaterOrLeftOutIsIndexedToo)
 {
-    SeriesBuilder builder(times(700), 700);
+    plotix::SeriesBuilder builder(times(700), 700);
     builder.setBlock(128, std::vector<double>(200, 5), {});
     builder.setPoint(150, -3);
     builder.dropPoint(128);
@@ -85,7 +85,7 @@ TEST_F(SeriesBuilderTest, ValuesAreStoredAsFloatsAndTimesAsDoubles)
 TEST_F(SeriesBuilderTest, TimesAreSharedAndNotCopied)
 {
     const Times time = times(3);
-    SeriesBuilder builder(time, 3);
+    plotix::SeriesBuilder builder(time, 3);
     EXPECT_EQ(builder.finish()->x().data(), time.data());
 }
 
@@ -103,24 +103,24 @@ TEST_F(SeriesBuilderTest, NoNumbersAreDropped)
 
 TEST_F(SeriesBuilderTest, ColumnShorterThanTimeEndsTheSeries)
 {
-    SeriesBuilder builder(times(5), 3);
+    plotix::SeriesBuilder builder(times(5), 3);
     builder.setBlock(0, std::vector<double>{1, 2, 3}, {});
     EXPECT_EQ(builder.finish()->count(), 3U);
 }
 
 TEST_F(SeriesBuilderTest, ColumnLongerThanTimeIsCut)
 {
-    EXPECT_EQ(SeriesBuilder(times(2), 9).elementCount(), 2U);
+    EXPECT_EQ(plotix::SeriesBuilder(times(2), 9).elementCount(), 2U);
 }
 
 TEST_F(SeriesBuilderTest, ElementsNobodySetAreDropped)
 {
-    EXPECT_EQ(SeriesBuilder(times(70), 70).finish()->count(), 0U);
+    EXPECT_EQ(plotix::SeriesBuilder(times(70), 70).finish()->count(), 0U);
 }
 
 TEST_F(SeriesBuilderTest, OddElementsOverwriteTheBlock)
 {
-    SeriesBuilder builder(times(3), 3);
+    plotix::SeriesBuilder builder(times(3), 3);
     builder.setBlock(0, std::vector<double>{1, 2, 3}, validity({0b011}));
     builder.dropPoint(0);
     builder.setPoint(2, 30);
@@ -132,7 +132,7 @@ TEST_F(SeriesBuilderTest, OddElementsOverwriteTheBlock)
 
 TEST_F(SeriesBuilderTest, OddElementsOutsideAreIgnored)
 {
-    SeriesBuilder builder(times(2), 2);
+    plotix::SeriesBuilder builder(times(2), 2);
     builder.setPoint(2, 1);
     builder.dropPoint(99);
     EXPECT_EQ(builder.finish()->count(), 0U);
@@ -140,7 +140,7 @@ TEST_F(SeriesBuilderTest, OddElementsOutsideAreIgnored)
 
 TEST_F(SeriesBuilderTest, BlocksMeetAtWordsOfTheBitmap)
 {
-    SeriesBuilder builder(times(130), 130);
+    plotix::SeriesBuilder builder(times(130), 130);
     const std::vector<double> ones(64, 1.0);
     builder.setBlock(0, ones, {});
     builder.setBlock(64, ones, validity({0, ~std::uint64_t{1}, 0}));

@@ -1,0 +1,156 @@
+#include "hostapp/cli/ImportWords.h"
+
+#include "hostapp/exchange/ExactText.h"
+
+#include <QtCore/QFileInfo>
+#include <QtCore/QLocale>
+#include <QtCore/QTextStream>
+
+namespace plotix {
+
+namespace {
+
+using What = ImportFinding::What;
+
+QString optionName(ImportOption option)
+{
+    switch (option) {
+    case ImportOption::TimeColumn: return QStringLiteral("--time");
+    case ImportOption::Where: return QStringLiteral("--where");
+    case ImportOption::Only: return QStringLiteral("--only");
+    case ImportOption::Unit: return QStringLiteral("--unit");
+    case ImportOption::Name: return QStringLiteral("--name");
+    }
+    return {};
+}
+
+/// %1 the finding's text, %2 its column, %3 the columns there are, %4 how many were found, %5 how many expected, %6 the
+/// archived unit, %7 the option, %8 the cause.
+const char* sentence(What what)
+{
+    switch (what) {
+    case What::CannotBeOpened: return "cannot be read: %1";
+    case What::ReadingFailed: return "reading failed: %1";
+    case What::WideCharacters: return "this is no text in UTF-8; save it as CSV in UTF-8 and import it again";
+    case What::UnclosedQuotation: return "a quotation mark opened here is never closed";
+    case What::EmptyFile: return "the file is empty";
+    case What::NoRowsBelowHeader: return "the file has a header and no rows";
+    case What::HeaderTooShort:
+        return "the header names %5 columns and the rows have %4, and the extra column neither counts the rows nor is "
+               "empty; complete the header";
+    case What::HeaderDoesNotMatch: return "the row has %4 columns where the header names %5";
+    case What::NoTimeColumn: return "no column looks like times; name one with --time (columns: %3)";
+    case What::NoTimesInColumn: return "column “%2” holds no times; name another with --time (columns: %3)";
+    case What::NoNumbers: return "no column holds numbers besides the time in “%2” (columns: %3)";
+    case What::NoRowRead: return "no row could be read: %8";
+    case What::NoRowWanted: return "no row has the texts asked for with --where";
+    case What::DateOrderUnknown:
+        return "no date in the file tells the day from the month; say which comes first with --date-order dmy or "
+               "--date-order mdy";
+    case What::DateOrderContradicts:
+        return "some dates have the day first and others the month; say which is meant with --date-order dmy or "
+               "--date-order mdy";
+    case What::UnknownColumn: return "%7 names the column “%1”, which is not there (columns: %3)";
+    case What::UnknownUnit:
+        return "“%1”, given with --unit for the column “%2”, is no unit that is known; write it like °C, hPa, m/s, % "
+               "or mph";
+    case What::UnknownTimeZone:
+        return "“%1” is no time zone; give a name such as Europe/Berlin, or an offset such as +02:00";
+    case What::UnusableTimeZone: return "the time zone “%1” cannot be used";
+    case What::IncompatibleUnits:
+        return "column “%2” is in %1, but the agent's property of that name is in %6; give it another name with --name";
+    case What::RowUnlikeHeader: return "the row has %4 columns where the header stands for %5: “%1”";
+    case What::RowUnlikeOthers: return "the row has %4 columns where the rows before have %5: “%1”";
+    case What::NoTime: return "“%1” is no time";
+    case What::NoNumber: return "“%1” is no number";
+    case What::ColumnsHaveNoNames: return "The file has no header; its columns are called Column 1 to Column %4.";
+    case What::RowNumbersHaveNoName: return "The first column has no name; it counts the rows and is left out.";
+    case What::HeaderLacksRowNumbers:
+        return "The header names %5 columns and the rows have %4: the first column, which has no name, counts the rows "
+               "and is left out; the names (%3) belong to columns 2 to %4.";
+    case What::HeaderLacksEmptyLast:
+        return "The header names %5 columns and the rows have %4: the last column is always empty and is left out.";
+    case What::DatesHaveDayFirst: return "Dates are read with the day first.";
+    case What::DatesHaveMonthFirst: return "Dates are read with the month first.";
+    }
+    return "";
+}
+
+/// The sentence with `arguments` at %1 … %9, whichever of them it has.
+QString filled(const QString& sentence, const QStringList& arguments)
+{
+    QString text;
+    for (qsizetype index = 0; index < sentence.size(); ++index) {
+        const bool isPlace =
+            sentence[index] == QLatin1Char('%') && index + 1 < sentence.size() && sentence[index + 1].isDigit();
+        text += isPlace ? arguments.value(sentence[++index].digitValue() - 1) : QString(sentence[index]);
+    }
+    return text;
+}
+
+/// "1 row", "1,200 rows".
+QString counted(std::size_t count, const char* noun)
+{
+    const QString number = QLocale(QLocale::English).toString(static_cast<qulonglong>(count));
+    return number + QLatin1Char(' ') + QLatin1String(noun) + (count == 1 ? QString() : QStringLiteral("s"));
+}
+
+void writeColumns(QTextStream& text, const ImportSummary& summary)
+{
+    for (const ImportSummary::Column& column : summary.columns) {
+        text << "  " << column.propertyName << ": " << column.name;
+        if (!column.unit.isEmpty())
+            text << " (" << column.unit << ')';
+        text << ", " << counted(column.valid, "value") << '\n';
+    }
+}
+
+void writeCounts(QTextStream& text, const ImportSummary& summary)
+{
+    if (summary.otherRows > 0)
+        text << counted(summary.otherRows, "row") << " with another text in the --where column passed over.\n";
+    if (summary.unorderedTimes > 0)
+        text << counted(summary.unorderedTimes, "row") << " earlier than the row before; sorted by time.\n";
+    if (summary.repeatedTimes > 0)
+        text << counted(summary.repeatedTimes, "row") << " at a time that comes again later; the last one was kept.\n";
+    if (summary.badRows > 0)
+        text << counted(summary.badRows, "row") << " that did not parse passed over, the first: "
+             << (summary.firstBadRow ? printedText(*summary.firstBadRow) : QString()) << ".\n";
+    if (!summary.leftOut.isEmpty())
+        text << "Left out, without a single number: " << summary.leftOut.join(QStringLiteral(", ")) << ".\n";
+}
+
+}  // namespace
+
+QString printedText(const ImportFinding& finding)
+{
+    const QString unit = finding.archivedUnit.isEmpty() ? QStringLiteral("no unit") : finding.archivedUnit;
+    const QString cause = finding.causes.empty() ? QString() : printedText(finding.causes.front());
+    const QString words = filled(QString::fromUtf8(sentence(finding.what)),
+                                 {finding.text, finding.column, finding.columns.join(QStringLiteral(", ")),
+                                  QString::number(finding.found), QString::number(finding.expected), unit,
+                                  optionName(finding.option), cause});
+    const bool isFieldOfRow = finding.line > 0 && !finding.column.isEmpty();
+    if (isFieldOfRow)
+        return QStringLiteral("line %1, column “%2”: %3").arg(QString::number(finding.line), finding.column, words);
+    return finding.line > 0 ? QStringLiteral("line %1: %2").arg(QString::number(finding.line), words) : words;
+}
+
+QString printedText(const ImportSummary& summary)
+{
+    QString result;
+    QTextStream text(&result);
+    for (const ImportFinding& note : summary.notes)
+        text << printedText(note) << '\n';
+    text << counted(summary.records, "record") << " from " << QFileInfo(summary.file).fileName() << " stored for "
+         << summary.agent << " in " << QFileInfo(summary.site).fileName() << (summary.createdSite ? " (new)" : "");
+    if (summary.first && summary.last)
+        text << ", " << readableTime(*summary.first) << " to " << readableTime(*summary.last);
+    text << ".\n";
+    writeColumns(text, summary);
+    writeCounts(text, summary);
+    text.flush();
+    return result;
+}
+
+}  // namespace plotix

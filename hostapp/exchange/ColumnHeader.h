@@ -1,0 +1,21 @@
+#pragma once
+
+#include <QtCore/QString>
+
+/// What stands above a column of a table: a name, mostly with a unit. Pure; any thread.
+namespace plotix {
+
+struct ColumnHeader {
+    QString name;
+    QString unit;  ///< as `Units` writes it; empty: none
+};
+
+/// Reads "Pressure [hPa]" and "Pressure (hPa)". Brackets around what is no unit belong to the name; empty ones say that
+/// there is no unit.
+ColumnHeader splitHeader(const QString& header);
+
+/// The header that `splitHeader` reads back. Empty brackets keep the last word of a name without a unit from being
+/// taken for one.
+QString joinedHeader(const ColumnHeader& header);
+
+}  // namespace plotix

@@ -1,0 +1,95 @@
+#pragma once
+
+#include <QtCore/QString>
+#include <QtCore/QStringList>
+
+#include <stdexcept>
+#include <string_view>
+#include <vector>
+
+/// What an import finds out about a file: what is wrong with it or with one of its rows, and what was decided about it.
+///
+/// Values, no sentences: the window and the command line word them, each with its own names for what the user can say.
+/// Any thread.
+namespace plotix {
+
+/// The import option that a finding is about.
+enum class ImportOption { TimeColumn, Where, Only, Unit, Name };
+
+struct ImportFinding {
+    enum class What {
+        // The file cannot be read.
+        CannotBeOpened,     ///< text: the system's words
+        ReadingFailed,      ///< text: the system's words
+        WideCharacters,     ///< it holds no text of bytes
+        UnclosedQuotation,  ///< line
+
+        // The file is no table of measurements.
+        EmptyFile,
+        NoRowsBelowHeader,
+        HeaderTooShort,      ///< line, found: columns of the rows, expected: columns of the header
+        HeaderDoesNotMatch,  ///< line, found, expected
+        NoTimeColumn,        ///< columns
+        NoTimesInColumn,     ///< column, columns
+        NoNumbers,           ///< column: the time, columns
+        NoRowRead,           ///< causes: the first bad row
+        NoRowWanted,         ///< none has the texts asked for
+        DateOrderUnknown,
+        DateOrderContradicts,
+
+        // What the user said does not fit the file or the site.
+        UnknownColumn,      ///< option, text: the column named, columns
+        UnknownUnit,        ///< column, text: the unit
+        UnknownTimeZone,    ///< text
+        UnusableTimeZone,   ///< text
+        IncompatibleUnits,  ///< column, text: its unit, archivedUnit
+
+        // A row is bad.
+        RowUnlikeHeader,  ///< line, text: of the row, found, expected: columns
+        RowUnlikeOthers,  ///< the same, where the file has no header
+        NoTime,           ///< line, column, text
+        NoNumber,         ///< line, column, text
+
+        // Nothing is wrong; this was decided.
+        ColumnsHaveNoNames,     ///< found: columns
+        RowNumbersHaveNoName,   ///< the first column is left out
+        HeaderLacksRowNumbers,  ///< found, expected, columns: those named; the first column is left out
+        HeaderLacksEmptyLast,   ///< found, expected; the last column is left out
+        DatesHaveDayFirst,
+        DatesHaveMonthFirst,
+    };
+
+    What what{};
+    qint64 line = 0;           ///< from 1; 0: no single one
+    QString column{};          ///< its header
+    QString text{};            ///< as it stands there, in one line and not too long
+    QStringList columns{};     ///< the headers there are
+    std::size_t found = 0;     ///< columns of a row
+    std::size_t expected = 0;  ///< columns it should have
+    ImportOption option{};
+    QString archivedUnit{};               ///< of the property there is; may be empty
+    std::vector<ImportFinding> causes{};  ///< at most one
+
+    bool operator==(const ImportFinding&) const = default;
+};
+
+/// A text of a file as findings show it: in one line, cut where it is long.
+QString textForFinding(std::string_view bytes);
+
+/// Thrown for what keeps a file from being imported; nothing is stored then.
+class ImportFailure : public std::runtime_error {
+public:
+    explicit ImportFailure(ImportFinding finding);
+    const ImportFinding& finding() const { return m_finding; }
+
+private:
+    ImportFinding m_finding;
+};
+
+/// Thrown when the progress handler cancelled; everything is as it was.
+class ImportCancelled : public std::runtime_error {
+public:
+    ImportCancelled() : std::runtime_error("the import was cancelled") {}
+};
+
+}  // namespace plotix

@@ -1,0 +1,16 @@
+#pragma once
+
+#include "hostapp/exchange/Export.h"
+#include "hostapp/exchange/Importer.h"
+
+/// A file of measurements in, and one out, whatever its format. Any thread.
+namespace plotix {
+
+/// Reads a file into an agent of a site document; see `importRows`. The file's name and its beginning tell the format.
+ImportSummary importFile(const QString& file, const QString& site, const ImportOptions& options,
+                         const ImportProgress& progress = {});
+
+/// Writes a file, whole or not at all; its name tells the format. Throws ExportFailure and ExportCancelled.
+void exportFile(const QString& file, const ExportedRecords& records, const ExportProgress& progress = {});
+
+}  // namespace plotix

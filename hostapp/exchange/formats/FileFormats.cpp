@@ -1,0 +1,53 @@
+#include "hostapp/exchange/formats/FileFormats.h"
+
+#include "hostapp/exchange/formats/delimited/DelimitedReader.h"
+#include "hostapp/exchange/formats/delimited/DelimitedWriter.h"
+
+#include <algorithm>
+#include <array>
+
+namespace plotix {
+
+namespace {
+
+template <class Source>
+std::unique_ptr<RowSource> make(std::unique_ptr<InputFile> file)
+{
+    return std::make_unique<Source>(std::move(file));
+}
+
+bool anyFile(const QString&, QByteArrayView)
+{
+    return true;
+}
+
+bool anyName(const QString&)
+{
+    return true;
+}
+
+constexpr std::array<FileFormat, 1> kFormats = {{
+    {"delimited text", anyFile, make<DelimitedReader>, anyName, writeDelimited},
+}};
+
+}  // namespace
+
+std::span<const FileFormat> fileFormats()
+{
+    return kFormats;
+}
+
+const FileFormat& formatOf(const QString& fileName, QByteArrayView beginning)
+{
+    return *std::find_if(kFormats.begin(), kFormats.end(),
+                         [&](const FileFormat& format) { return format.isOf(fileName.toLower(), beginning); });
+}
+
+const FileFormat& formatWrittenFor(const QString& fileName)
+{
+    return *std::find_if(kFormats.begin(), kFormats.end(), [&](const FileFormat& format) {
+        return format.write != nullptr && format.isWrittenFor(fileName.toLower());
+    });
+}
+
+}  // namespace plotix

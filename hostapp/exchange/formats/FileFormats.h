@@ -1,0 +1,41 @@
+#pragma once
+
+#include "hostapp/exchange/Export.h"
+#include "hostapp/exchange/InputFile.h"
+#include "hostapp/exchange/RowSource.h"
+
+#include <QtCore/QByteArrayView>
+
+#include <memory>
+#include <span>
+
+/// The formats that files of measurements can have. A new one is a folder beside the others and a row of the table.
+///
+/// Any thread.
+namespace plotix {
+
+struct FileFormat {
+    const char* name;  ///< for tests and logs
+
+    /// Whether the file is of this format, by its name in lower case and its first kFileBeginning bytes.
+    bool (*isOf)(const QString& fileName, QByteArrayView beginning);
+
+    /// Opens a file of this format for reading. Throws ImportFailure.
+    std::unique_ptr<RowSource> (*read)(std::unique_ptr<InputFile> file);
+
+    /// Whether a file of this name is written in this format; null where it can only be read.
+    bool (*isWrittenFor)(const QString& fileName);
+    /// Throws ExportFailure and ExportCancelled. Null where it can only be read.
+    void (*write)(QIODevice& device, const ExportedRecords& records, const ExportProgress& progress);
+};
+
+inline constexpr qsizetype kFileBeginning = 4096;  // bytes
+
+/// In the order in which they are asked; the last one takes what no other does.
+std::span<const FileFormat> fileFormats();
+
+/// The first format that says so.
+const FileFormat& formatOf(const QString& fileName, QByteArrayView beginning);
+const FileFormat& formatWrittenFor(const QString& fileName);
+
+}  // namespace plotix

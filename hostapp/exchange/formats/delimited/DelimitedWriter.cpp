@@ -1,0 +1,102 @@
+#include "hostapp/exchange/formats/delimited/DelimitedWriter.h"
+
+#include "hostapp/exchange/ColumnHeader.h"
+#include "hostapp/exchange/ExactText.h"
+
+#include <algorithm>
+#include <cmath>
+#include <string>
+
+namespace plotix {
+
+namespace {
+
+constexpr std::size_t kBytesBetweenWrites = 1 << 20;
+constexpr std::size_t kRowsBetweenReports = 8192;
+
+std::string quotedWhereNeeded(const QString& text)
+{
+    const bool isPlain = !text.contains(QLatin1Char(',')) && !text.contains(QLatin1Char('"')) &&
+                         !text.contains(QLatin1Char('\n')) && !text.contains(QLatin1Char('\r'));
+    return (isPlain
+                ? text
+                : QLatin1Char('"') + QString(text).replace(QLatin1Char('"'), QStringLiteral("\"\"")) + QLatin1Char('"'))
+        .toStdString();
+}
+
+/// One file on its way out.
+class DelimitedWriter {
+public:
+    DelimitedWriter(QIODevice& device, const ExportedRecords& records);
+
+    void write(const ExportProgress& progress);
+
+private:
+    void appendHeader();
+    void appendRow(std::size_t row);
+    void flush();
+
+    QIODevice& m_device;               // borrowed
+    const ExportedRecords& m_records;  // borrowed
+    bool m_hasCalendarTimes;
+    std::string m_text;
+};
+
+DelimitedWriter::DelimitedWriter(QIODevice& device, const ExportedRecords& records)
+    : m_device(device), m_records(records)
+{
+    const std::span<const double> times = records.block.times.span();
+    m_hasCalendarTimes = std::all_of(times.begin(), times.end(), hasCalendarText);
+}
+
+void DelimitedWriter::write(const ExportProgress& progress)
+{
+    const std::size_t rows = m_records.block.times.size();
+    appendHeader();
+    for (std::size_t row = 0; row < rows; ++row) {
+        appendRow(row);
+        if (m_text.size() >= kBytesBetweenWrites)
+            flush();
+        const double fraction = static_cast<double>(row) / static_cast<double>(rows);
+        if (row % kRowsBetweenReports == 0 && progress && !progress(fraction))
+            throw ExportCancelled();
+    }
+    flush();
+}
+
+void DelimitedWriter::appendHeader()
+{
+    m_text = m_hasCalendarTimes ? "time" : "time (s)";
+    for (const ExportedRecords::Column& column : m_records.columns)
+        m_text += ',' + quotedWhereNeeded(joinedHeader({column.name, column.unit}));
+    m_text += '\n';
+}
+
+void DelimitedWriter::appendRow(std::size_t row)
+{
+    const double time = m_records.block.times[row];
+    m_text += m_hasCalendarTimes ? exactTime(time) : exactNumber(time);
+    for (const RecordBlock::Column& column : m_records.block.columns) {
+        m_text += ',';
+        if (column.validity.isValid(row) && !std::isnan(column.values[row]))
+            m_text += exactNumber(column.values[row]);
+    }
+    m_text += '\n';
+}
+
+void DelimitedWriter::flush()
+{
+    const auto size = static_cast<qint64>(m_text.size());
+    if (m_device.write(m_text.data(), size) != size)
+        throw ExportFailure(m_device.errorString());
+    m_text.clear();
+}
+
+}  // namespace
+
+void writeDelimited(QIODevice& device, const ExportedRecords& records, const ExportProgress& progress)
+{
+    DelimitedWriter(device, records).write(progress);
+}
+
+}  // namespace plotix

@@ -1,0 +1,54 @@
+#pragma once
+
+#include "hostapp/exchange/ImportPlan.h"
+#include "hostapp/exchange/NumberText.h"
+#include "hostapp/exchange/TimeColumnReader.h"
+#include "hostapp/exchange/formats/delimited/Detection.h"
+
+#include <span>
+#include <vector>
+
+/// The quick way through the rows of a file: those in which every field is what it mostly is.
+///
+/// Nothing is cut into fields first; each is read where it stands. A row with anything else in it (quotation marks,
+/// blanks, words, exponents, another number of fields) is refused without a trace, and left to the long way, which
+/// takes everything and words the errors. A row that is taken is taken as the long way would.
+/// One import *owns* it; one thread.
+namespace plotix {
+
+class PlainRows {
+public:
+    /// `fields` is how many a row has. Borrows the times' reader, which both ways share.
+    PlainRows(const TextFormat& format, std::size_t fields, const ImportPlan& plan, TimeColumnReader& times);
+
+    /// Reads the row at the beginning of the text; answers how many bytes it takes, its line break included. 0:
+    /// refused. TextReader::kReach bytes behind the text must be readable. While the decimal mark is unknown, numbers
+    /// with one are refused.
+    std::size_t read(std::string_view text, DecimalMark mark);
+
+    double time() const { return m_time; }
+    /// By the plan's columns; NaN where a field is empty.
+    std::span<const double> values() const { return m_values; }
+
+private:
+    enum class Role { Time, Value, Other };
+    struct Field {
+        Role role = Role::Other;
+        std::size_t column = 0;  ///< of a value, in the plan
+    };
+
+    const char* takeField(const Field& field, const char* cursor, const char* end);
+    const char* takeValue(const char* cursor, double& value) const;
+    bool isEndOfField(char character) const { return character == m_format.delimiter || isEndOfLine(character); }
+    bool isEndOfLine(char character) const;
+
+    TimeColumnReader& m_times;  // borrowed
+    TextFormat m_format;
+    std::vector<Field> m_fields;
+    bool m_canRead;
+    DecimalMark m_mark = DecimalMark::Unknown;
+    double m_time = 0;
+    std::vector<double> m_values;
+};
+
+}  // namespace plotix

@@ -1,0 +1,149 @@
+#include "hostapp/live/Recording.h"
+
+#include "base/ReportableError.h"
+#include "hostapp/document/RecordKeeping.h"
+#include "hostapp/document/SiteTransaction.h"
+
+#include <QtCore/QDateTime>
+#include <QtCore/QFileInfo>
+
+#include <algorithm>
+#include <limits>
+
+namespace plotix {
+
+namespace {
+
+constexpr int kPatience = 200;  // milliseconds for another writer; the next record comes soon and tries again
+
+}  // namespace
+
+Recording::Recording(const QString& site, std::unique_ptr<ReadingSource> source, double interval)
+    : m_site(QFileInfo(site).absoluteFilePath()), m_source(std::move(source)), m_agentName(m_source->agentName())
+{
+    makeProperties(m_source->start(interval));
+    openAppender();
+    if (const std::optional<RecordExtent> before = recordsOfSite(m_site)->extent(m_agent))
+        m_status.last = before->last;
+}
+
+Recording::~Recording()
+{
+    m_source->stop();
+}
+
+void Recording::makeProperties(const std::vector<SourceProperty>& properties)
+{
+    SiteTransaction transaction(m_site);
+    m_agent = transaction.findOrCreateAgent(m_agentName);
+    for (const SourceProperty& property : properties) {
+        m_names << property.name;
+        m_properties.push_back(
+            transaction.findOrCreateProperty(m_agent, property.name, property.unit, property.type).id);
+    }
+    transaction.commit();
+}
+
+std::optional<double> Recording::lastTime() const
+{
+    return m_waiting.empty() ? m_status.last : std::optional(m_waiting.back().time);
+}
+
+RecordingStatus Recording::record(double now)
+{
+    std::vector<Reading> readings;
+    QString sourceProblem;
+    try {
+        readings = m_source->read(now);
+    } catch (const ReportableError& error) {
+        sourceProblem = error.message();
+    }
+    const std::optional<double> last = lastTime();
+    const auto isLate = [&last](const Reading& reading) { return last && reading.time <= *last; };
+    const bool clockWasSetBack = !readings.empty() && std::all_of(readings.begin(), readings.end(), isLate);
+    takeIn(std::move(readings));
+    storeWaiting();
+    if (!sourceProblem.isEmpty() && m_status.state == RecordingStatus::State::Recording) {
+        m_status.state = RecordingStatus::State::WaitingForSource;
+        m_status.message = sourceProblem;
+    } else if (clockWasSetBack) {
+        m_status.state = RecordingStatus::State::ClockSetBack;
+        m_status.message =
+            QStringLiteral("The clock stands before the last record: recording goes on after %1.")
+                .arg(QDateTime::fromMSecsSinceEpoch(static_cast<qint64>(*last * 1000)).toString(Qt::ISODate));
+    }
+    return m_status;
+}
+
+void Recording::takeIn(std::vector<Reading> readings)
+{
+    for (Reading& reading : readings) {
+        const std::optional<double> last = lastTime();
+        if (last && reading.time <= *last)
+            continue;
+        m_waiting.push_back(std::move(reading));
+        if (m_waiting.size() > kMostWaiting) {
+            m_waiting.pop_front();
+            ++m_status.lost;
+        }
+    }
+}
+
+RecordingStatus Recording::storeWaiting()
+{
+    m_status.state = RecordingStatus::State::Recording;
+    m_status.message.clear();
+    if (!m_waiting.empty()) {
+        try {
+            append();
+            m_status.stored += m_waiting.size();
+            m_status.last = m_waiting.back().time;
+            m_waiting.clear();
+        } catch (const ReportableError& error) {
+            m_appender.reset();  // what stands in the way may be the connection itself
+            m_status.state = RecordingStatus::State::WaitingForSite;
+            m_status.message = error.message();
+        }
+    }
+    m_status.waiting = m_waiting.size();
+    return m_status;
+}
+
+void Recording::append()
+{
+    // A file that was removed goes on taking records which nobody would ever find.
+    if (!QFileInfo::exists(m_site))
+        m_appender.reset();
+    if (!m_appender)
+        openAppender();
+    m_appender->append(m_agent, waitingAsBlock());
+}
+
+void Recording::openAppender()
+{
+    m_appender = recordsOfSite(m_site)->appender();
+    m_appender->setPatience(kPatience);
+}
+
+RecordBlock Recording::waitingAsBlock() const
+{
+    const std::size_t count = m_waiting.size();
+    std::vector<double> times;
+    for (const Reading& record : m_waiting)
+        times.push_back(record.time);
+    RecordBlock block{SharedArray<double>::fromVector(std::move(times)), {}};
+    for (std::size_t property = 0; property < m_properties.size(); ++property) {
+        std::vector<double> values(count);
+        std::vector<std::uint64_t> valid((count + 63) / 64, 0);
+        for (std::size_t i = 0; i < count; ++i) {
+            const std::optional<double>& value = m_waiting[i].values[property];
+            values[i] = value.value_or(std::numeric_limits<double>::quiet_NaN());
+            valid[i / 64] |= std::uint64_t{value.has_value()} << (i % 64);
+        }
+        block.columns.push_back({m_properties[property], SharedArray<double>::fromVector(std::move(values)),
+                                 ValidityBitmap(SharedArray<std::uint64_t>::fromVector(std::move(valid)))});
+    }
+    return block;
+}
+
+}  // namespace plotix

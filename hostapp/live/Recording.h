@@ -1,0 +1,75 @@
+#pragma once
+
+#include "hostapp/live/ReadingSource.h"
+#include "records/store/RecordStore.h"
+
+#include <QtCore/QStringList>
+
+#include <deque>
+#include <memory>
+
+/// Records a source into a site document, what it read since the last call at a time: what a recorder does, without its
+/// clock and its thread.
+///
+/// What is stored stays stored. While the site cannot be written (another program writes it, the disk is full, the file
+/// is gone) records wait in memory and every call tries again; after kMostWaiting of them the oldest are given up.
+/// Readings at or before the last record, which happen after the clock was set back, are left out: a record there would
+/// take the place of one that is stored. One thread at a time.
+namespace plotix {
+
+struct RecordingStatus {
+    enum class State {
+        Recording,         ///< the last record is stored
+        WaitingForSite,    ///< it waits in memory; `message` says for what
+        ClockSetBack,      ///< it was left out; `message` says until when
+        WaitingForSource,  ///< nothing can be read; `message` says why
+    };
+    State state = State::Recording;
+    QString message;               ///< one line for people; empty while all is well
+    std::size_t stored = 0;        ///< records, since the recording began
+    std::size_t waiting = 0;       ///< records in memory
+    std::size_t lost = 0;          ///< records given up
+    std::optional<double> last{};  ///< time of the last record stored, of this recording or an earlier one
+};
+
+class Recording {
+public:
+    static constexpr std::size_t kMostWaiting = 100'000;  ///< more than a day of seconds
+
+    /// Starts the source, and makes site, agent and properties where they are missing. `interval` is how many seconds
+    /// the calls will be apart. Throws ReportableError.
+    Recording(const QString& site, std::unique_ptr<ReadingSource> source, double interval = 1);
+    ~Recording();  ///< stops the source
+    Recording(const Recording&) = delete;
+    Recording& operator=(const Recording&) = delete;
+
+    RowId agent() const { return m_agent; }
+    const QString& agentName() const { return m_agentName; }
+    const QStringList& propertyNames() const { return m_names; }
+
+    /// Reads from the source and stores what it says. `now` is in seconds since 1970-01-01 UTC. Never throws.
+    RecordingStatus record(double now);
+
+    /// Tries to store what waits; without anything waiting nothing happens.
+    RecordingStatus storeWaiting();
+
+private:
+    void makeProperties(const std::vector<SourceProperty>& properties);
+    void takeIn(std::vector<Reading> readings);
+    RecordBlock waitingAsBlock() const;
+    void append();
+    void openAppender();
+    std::optional<double> lastTime() const;
+
+    QString m_site;
+    std::unique_ptr<ReadingSource> m_source;
+    QString m_agentName;
+    RowId m_agent = 0;
+    QStringList m_names;
+    std::vector<RowId> m_properties;  // in the order of the names
+    std::unique_ptr<RecordAppender> m_appender;
+    std::deque<Reading> m_waiting;
+    RecordingStatus m_status;
+};
+
+}  // namespace plotix

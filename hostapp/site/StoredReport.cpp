@@ -1,0 +1,56 @@
+#include "hostapp/site/StoredReport.h"
+
+#include "base/ReportableError.h"
+#include "hostapp/print/ReportPrinter.h"
+#include "hostapp/site/PlugInOperations.h"
+#include "hostapp/site/WorkingSite.h"
+
+namespace plotix {
+
+namespace {
+
+std::vector<KTVPlugInPtr> printableViews(const WorkingSite& site)
+{
+    std::vector<KTVPlugInPtr> views;
+    for (const KTVSourceListItemPtr& item : site.sourceList().items())
+        if (hasReport(item->representedObject().get()))
+            views.push_back(item->representedObject());
+    return views;
+}
+
+QString listedTitles(const std::vector<KTVPlugInPtr>& views)
+{
+    QStringList titles;
+    for (const KTVPlugInPtr& view : views)
+        titles << titleOf(*view);
+    return titles.isEmpty() ? QStringLiteral("none") : titles.join(QStringLiteral(", "));
+}
+
+KTVPlugInPtr viewTitled(const std::vector<KTVPlugInPtr>& views, const QString& title)
+{
+    if (title.isEmpty() && views.size() == 1)
+        return views.front();
+    for (const Qt::CaseSensitivity sensitivity : {Qt::CaseSensitive, Qt::CaseInsensitive})
+        for (const KTVPlugInPtr& view : views)
+            if (titleOf(*view).compare(title, sensitivity) == 0)
+                return view;
+    if (title.isEmpty())
+        throw ReportableError(QStringLiteral("choose a view with --view; there is: %1").arg(listedTitles(views)));
+    throw ReportableError(QStringLiteral("there is no view “%1”; there is: %2").arg(title, listedTitles(views)));
+}
+
+}  // namespace
+
+QByteArray pdfOfStoredReport(const ReportRequest& request, KTVPlugInModule* module)
+{
+    if (request.paper)
+        KTVPrintInfo::sharedPrintInfo()->setPaperSize(paperSize(*request.paper));
+    WorkingSite site(request.document, module, WorkingSite::Use::Elsewhere);
+    site.loadPlugIns();
+    const KTVPlugInPtr view = viewTitled(printableViews(site), request.view);
+    view->view();  // loading the view starts the fetch
+    site.requireRecords();
+    return ReportPrinter(view, graphForPaper).pdf();
+}
+
+}  // namespace plotix

@@ -1,0 +1,26 @@
+#pragma once
+
+#include "hostapp/document/SiteDocument.h"
+#include "hostapp/print/Paper.h"
+
+#include <QtCore/QByteArray>
+
+#include <memory>
+#include <optional>
+
+class KTVPlugInModule;
+
+/// The printed report of a view that is stored in a site, made without a window. Free function; main thread only.
+namespace plotix {
+
+struct ReportRequest {
+    std::shared_ptr<SiteDocument> document;
+    QString view;                ///< its title; empty: the only one
+    std::optional<Paper> paper;  ///< absent: what is usual in the user's country
+};
+
+/// Makes the view as it was left, waits for its records and answers the report as a PDF file's bytes. The site stays as
+/// it is stored. Throws ReportableError when there is no such view, or none that can be printed.
+QByteArray pdfOfStoredReport(const ReportRequest& request, KTVPlugInModule* module);
+
+}  // namespace plotix

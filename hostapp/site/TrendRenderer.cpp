@@ -1,0 +1,81 @@
+#include "hostapp/site/TrendRenderer.h"
+
+#include "base/ReportableError.h"
+#include "hostapp/site/MakeTrend.h"
+#include "hostapp/site/ModuleNames.h"
+#include "hostapp/site/PlugInOperations.h"
+#include "hostapp/site/WaitForRecords.h"
+#include "plugins/PlotixPlugIn/host/PngImage.h"
+
+namespace plotix {
+
+namespace {
+
+/// Receives what the off-screen class operation draws.
+class ImageReceiver : public QObject {
+    Q_OBJECT
+public:
+    Q_INVOKABLE void receiveImage(const QByteArray& png) { m_png = png; }
+    const QByteArray& png() const { return m_png; }
+
+private:
+    QByteArray m_png;
+};
+
+[[noreturn]] void failToDraw(const QSize& size)
+{
+    throw ReportableError(QStringLiteral("The graph could not be drawn at %1 × %2 points; ask for a smaller size.")
+                              .arg(size.width())
+                              .arg(size.height()));
+}
+
+}  // namespace
+
+QByteArray TrendRenderer::render(const RenderRequest& request) const
+{
+    return request.bare ? renderBare(request) : renderView(request);
+}
+
+QByteArray TrendRenderer::renderView(const RenderRequest& request) const
+{
+    const KTVPlugInPtr plugIn = requireTrend(*m_module, request.trend);
+    plugIn->view()->resize(request.size);  // loading the view starts the fetch
+    requireRecords(*request.trend.agent);
+    QByteArray data;
+    if (request.format == RenderRequest::Format::Pdf) {
+        data = graphPDF(plugIn.get(), request.size, request.trend.title);
+    } else {
+        const QImage image = graphImage(plugIn.get(), request.size, 1.0, request.trend.title);
+        data = image.isNull() ? QByteArray() : pngOfImage(image);
+    }
+    if (data.isEmpty())
+        failToDraw(request.size);
+    return data;
+}
+
+QByteArray TrendRenderer::renderBare(const RenderRequest& request) const
+{
+    QObject* trendClass = m_module->classObject(QString::fromLatin1(kTrendClass));
+    QStringList keys;
+    for (const KTVPropertyPtr& property : request.trend.properties)
+        keys << property->propertyName();
+    if (!trendClass || keys.isEmpty())  // without properties the operation answers nobody
+        throw ReportableError(QStringLiteral("There is no property to draw; name some with --properties."));
+    ImageReceiver receiver;
+    const KTVAgentPtr agent = request.trend.agent;
+    const bool sent = QMetaObject::invokeMethod(
+        trendClass, "graph", Qt::DirectConnection, Q_ARG(KTVAgentPtr, agent),
+        Q_ARG(plotix::OptionalDate, request.trend.from), Q_ARG(plotix::OptionalDate, request.trend.to),
+        Q_ARG(QVariant, QVariant(keys)), Q_ARG(QString, request.trend.title), Q_ARG(QSizeF, QSizeF(request.size)),
+        Q_ARG(QObject*, &receiver), Q_ARG(QByteArray, QByteArrayLiteral("receiveImage")));
+    if (!sent)
+        throw ReportableError(QStringLiteral("The plug-in module cannot draw off screen; install Plotix again."));
+    requireRecords(*request.trend.agent);
+    if (receiver.png().isEmpty())
+        failToDraw(request.size);
+    return receiver.png();
+}
+
+}  // namespace plotix
+
+#include "TrendRenderer.moc"

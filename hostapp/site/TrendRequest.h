@@ -1,0 +1,33 @@
+#pragma once
+
+#include "base/Date.h"
+#include "hostapp/core/Defaults.h"
+#include "hostapp/document/SiteDocument.h"
+
+#include <QtCore/QString>
+
+#include <memory>
+
+/// Which trend is wanted, and as what picture. Values; main thread, as the agent and its properties.
+namespace plotix {
+
+/// A trend of some of an agent's properties over a fixed range.
+struct TrendRequest {
+    std::shared_ptr<SiteDocument> document;
+    std::shared_ptr<SiteAgent> agent;
+    KTVPropertyList properties;  ///< the agent's own objects, in the order asked
+    OptionalDate from, to;       ///< absent: the plug-in's own default
+    QString title;               ///< empty: none
+};
+
+/// A trend drawn into a file.
+struct RenderRequest {
+    enum class Format { Png, Pdf };
+
+    TrendRequest trend;
+    QSize size = kUsualGraphSize;  ///< points
+    Format format = Format::Png;
+    bool bare = false;  ///< through the off-screen class operation: theme axes only; always Png
+};
+
+}  // namespace plotix

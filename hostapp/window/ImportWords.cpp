@@ -1,0 +1,253 @@
+#include "hostapp/window/ImportWords.h"
+
+#include "hostapp/core/Localization.h"
+#include "hostapp/exchange/ExactText.h"
+
+#include <QtCore/QCoreApplication>
+#include <QtCore/QFileInfo>
+#include <QtCore/QLocale>
+#include <QtCore/QTextStream>
+
+#include <algorithm>
+#include <limits>
+
+namespace plotix {
+
+namespace {
+
+using What = ImportFinding::What;
+
+/// Where the translations of these texts stand.
+class ImportWords {
+    Q_DECLARE_TR_FUNCTIONS(ImportWords)
+};
+
+QString listed(const QStringList& headers)
+{
+    return headers.join(QStringLiteral(", "));
+}
+
+/// The same marks in every language: what stands between them is the file's.
+QString quoted(const QString& text)
+{
+    return QStringLiteral("“%1”").arg(text);
+}
+
+/// The field of the import dialog. It asks for two of them.
+QString fieldName(ImportOption option)
+{
+    switch (option) {
+    case ImportOption::TimeColumn: return ImportWords::tr("Time column");
+    case ImportOption::Where: return ImportWords::tr("Rows");
+    case ImportOption::Only:
+    case ImportOption::Unit:
+    case ImportOption::Name: break;
+    }
+    return {};
+}
+
+QString textOfUnreadableFile(const ImportFinding& finding)
+{
+    switch (finding.what) {
+    case What::CannotBeOpened: return ImportWords::tr("cannot be read: %1").arg(finding.text);
+    case What::ReadingFailed: return ImportWords::tr("reading failed: %1").arg(finding.text);
+    case What::WideCharacters:
+        return ImportWords::tr("this is no text in UTF-8; save it as CSV in UTF-8 and import it again");
+    case What::UnclosedQuotation: return ImportWords::tr("a quotation mark opened here is never closed");
+    case What::EmptyFile: return ImportWords::tr("the file is empty");
+    case What::NoRowsBelowHeader: return ImportWords::tr("the file has a header and no rows");
+    default: return {};
+    }
+}
+
+QString textOfNoTable(const ImportFinding& finding)
+{
+    switch (finding.what) {
+    case What::HeaderTooShort:
+        return ImportWords::tr("the header names %1 columns and the rows have %2, and the extra column neither counts "
+                               "the rows nor is empty; complete the header")
+            .arg(finding.expected)
+            .arg(finding.found);
+    case What::HeaderDoesNotMatch:
+        return ImportWords::tr("the row has %1 columns where the header names %2")
+            .arg(finding.found)
+            .arg(finding.expected);
+    case What::NoTimeColumn:
+        return ImportWords::tr("no column looks like times; name one under Time column (columns: %1)")
+            .arg(listed(finding.columns));
+    case What::NoTimesInColumn:
+        return ImportWords::tr("column “%1” holds no times; name another under Time column (columns: %2)")
+            .arg(finding.column, listed(finding.columns));
+    case What::NoNumbers:
+        return ImportWords::tr("no column holds numbers besides the time in “%1” (columns: %2)")
+            .arg(finding.column, listed(finding.columns));
+    case What::NoRowRead:
+        return ImportWords::tr("no row could be read: %1")
+            .arg(finding.causes.empty() ? QString() : shownText(finding.causes.front()));
+    case What::NoRowWanted: return ImportWords::tr("no row has the text asked for under Rows");
+    case What::DateOrderUnknown:
+        return ImportWords::tr("no date in the file tells the day from the month; choose which comes first under "
+                               "Dates");
+    case What::DateOrderContradicts:
+        return ImportWords::tr("some dates have the day first and others the month; choose which is meant under "
+                               "Dates");
+    default: return {};
+    }
+}
+
+QString textOfWrongOption(const ImportFinding& finding)
+{
+    switch (finding.what) {
+    case What::UnknownColumn:
+        return ImportWords::tr("%1 names the column “%2”, which is not there (columns: %3)")
+            .arg(fieldName(finding.option), finding.text, listed(finding.columns));
+    case What::UnknownUnit:
+        return ImportWords::tr("“%1”, given for the column “%2”, is no unit that is known; write it like °C, hPa, m/s, "
+                               "% or mph")
+            .arg(finding.text, finding.column);
+    case What::UnknownTimeZone:
+        return ImportWords::tr("“%1” is no time zone; give a name such as Europe/Berlin, or an offset such as +02:00")
+            .arg(finding.text);
+    case What::UnusableTimeZone: return ImportWords::tr("the time zone “%1” cannot be used").arg(finding.text);
+    case What::IncompatibleUnits:
+        return ImportWords::tr("column “%1” is in %2, but the agent's property of that name is in %3; import into "
+                               "another agent")
+            .arg(finding.column, finding.text,
+                 finding.archivedUnit.isEmpty() ? ImportWords::tr("no unit") : finding.archivedUnit);
+    default: return {};
+    }
+}
+
+QString textOfBadRow(const ImportFinding& finding)
+{
+    const auto ofLength = [&finding](const QString& wanted) {
+        return ImportWords::tr("the row has %1 columns where %2: %3")
+            .arg(QString::number(finding.found), wanted.arg(finding.expected), quoted(finding.text));
+    };
+    switch (finding.what) {
+    case What::RowUnlikeHeader: return ofLength(ImportWords::tr("the header stands for %1"));
+    case What::RowUnlikeOthers: return ofLength(ImportWords::tr("the rows before have %1"));
+    case What::NoTime: return ImportWords::tr("%1 is no time").arg(quoted(finding.text));
+    case What::NoNumber: return ImportWords::tr("%1 is no number").arg(quoted(finding.text));
+    default: return {};
+    }
+}
+
+QString textOfNote(const ImportFinding& finding)
+{
+    const auto shortHeader = [&finding] {
+        return ImportWords::tr("The header names %1 columns and the rows have %2")
+            .arg(finding.expected)
+            .arg(finding.found);
+    };
+    switch (finding.what) {
+    case What::ColumnsHaveNoNames:
+        return ImportWords::tr("The file has no header; its columns are called Column 1 to Column %1.")
+            .arg(finding.found);
+    case What::RowNumbersHaveNoName:
+        return ImportWords::tr("The first column has no name; it counts the rows and is left out.");
+    case What::HeaderLacksRowNumbers:
+        return ImportWords::tr("%1: the first column, which has no name, counts the rows and is left out; the names "
+                               "(%2) belong to columns 2 to %3.")
+            .arg(shortHeader(), listed(finding.columns), QString::number(finding.found));
+    case What::HeaderLacksEmptyLast:
+        return ImportWords::tr("%1: the last column is always empty and is left out.").arg(shortHeader());
+    case What::DatesHaveDayFirst: return ImportWords::tr("Dates are read with the day first.");
+    case What::DatesHaveMonthFirst: return ImportWords::tr("Dates are read with the month first.");
+    default: return {};
+    }
+}
+
+/// Fills `words`, which the count has already chosen the plural form of, with the count in the language's digits.
+QString counted(std::size_t count, const QString& words)
+{
+    return words.arg(QLocale(installedLanguage()).toString(static_cast<qulonglong>(count)));
+}
+
+/// What plural forms are chosen by: they differ for small numbers alone.
+int chooser(std::size_t count)
+{
+    return static_cast<int>(std::min<std::size_t>(count, std::numeric_limits<int>::max()));
+}
+
+QString rows(std::size_t count)
+{
+    return counted(count, ImportWords::tr("%1 row(s)", nullptr, chooser(count)));
+}
+
+QString values(std::size_t count)
+{
+    return counted(count, ImportWords::tr("%1 value(s)", nullptr, chooser(count)));
+}
+
+QString records(std::size_t count)
+{
+    return counted(count, ImportWords::tr("%1 record(s)", nullptr, chooser(count)));
+}
+
+void writeColumns(QTextStream& text, const ImportSummary& summary)
+{
+    for (const ImportSummary::Column& column : summary.columns) {
+        text << "  " << column.propertyName << ": " << column.name;
+        if (!column.unit.isEmpty())
+            text << " (" << column.unit << ')';
+        text << ", " << values(column.valid) << '\n';
+    }
+}
+
+void writeCounts(QTextStream& text, const ImportSummary& summary)
+{
+    if (summary.otherRows > 0)
+        text << ImportWords::tr("%1 with another text in the column passed over.").arg(rows(summary.otherRows)) << '\n';
+    if (summary.unorderedTimes > 0)
+        text << ImportWords::tr("%1 earlier than the row before; sorted by time.").arg(rows(summary.unorderedTimes))
+             << '\n';
+    if (summary.repeatedTimes > 0)
+        text << ImportWords::tr("%1 at a time that comes again later; the last one was kept.")
+                    .arg(rows(summary.repeatedTimes))
+             << '\n';
+    if (summary.badRows > 0)
+        text << ImportWords::tr("%1 that did not parse passed over, the first: %2.")
+                    .arg(rows(summary.badRows), summary.firstBadRow ? shownText(*summary.firstBadRow) : QString())
+             << '\n';
+    if (!summary.leftOut.isEmpty())
+        text << ImportWords::tr("Left out, without a single number: %1.").arg(listed(summary.leftOut)) << '\n';
+}
+
+}  // namespace
+
+QString shownText(const ImportFinding& finding)
+{
+    QString words;
+    for (const auto textOf : {textOfUnreadableFile, textOfNoTable, textOfWrongOption, textOfBadRow, textOfNote})
+        if (words.isEmpty())
+            words = textOf(finding);
+    if (finding.line == 0)
+        return words;
+    return finding.column.isEmpty()
+               ? ImportWords::tr("line %1: %2").arg(QString::number(finding.line), words)
+               : ImportWords::tr("line %1, column “%2”: %3").arg(QString::number(finding.line), finding.column, words);
+}
+
+QString shownText(const ImportSummary& summary)
+{
+    QString result;
+    QTextStream text(&result);
+    for (const ImportFinding& note : summary.notes)
+        text << shownText(note) << '\n';
+    const QString sentence = summary.createdSite ? ImportWords::tr("%1 from %2 stored for %3 in %4 (new)%5.")
+                                                 : ImportWords::tr("%1 from %2 stored for %3 in %4%5.");
+    const QString span =
+        summary.first && summary.last
+            ? ImportWords::tr(", %1 to %2").arg(readableTime(*summary.first), readableTime(*summary.last))
+            : QString();
+    text << sentence.arg(records(summary.records), QFileInfo(summary.file).fileName(), summary.agent,
+                         QFileInfo(summary.site).fileName(), span)
+         << '\n';
+    writeColumns(text, summary);
+    writeCounts(text, summary);
+    text.flush();
+    return result;
+}
+
+}  // namespace plotix

@@ -1,0 +1,15 @@
+#pragma once
+
+#include "hostapp/exchange/Importer.h"
+
+/// What an import found out and did, in the window's words: the user's language, and naming the import dialog's fields.
+/// Any thread, once the language is installed.
+namespace plotix {
+
+/// One line, without the file's name.
+QString shownText(const ImportFinding& finding);
+
+/// A few lines, each ended by a line break.
+QString shownText(const ImportSummary& summary);
+
+}  // namespace plotix

@@ -1,0 +1,175 @@
+#include "hostapp/cli/ImportWords.h"
+
+#include <gtest/gtest.h>
+
+namespace plotix {
+
+namespace {
+
+using What = ImportFinding::What;
+
+struct WordsCase {
+    const char* name;
+    ImportFinding finding;
+    QString text;
+};
+
+class PrintedFinding : public testing::TestWithParam<WordsCase> {};
+
+TEST_P(PrintedFinding, NamesThePlaceAndTheOption)
+{
+    EXPECT_EQ(printedText(GetParam().finding), GetParam().text);
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Findings, PrintedFinding,
+    testing::Values(
+        WordsCase{"CannotBeOpened",
+                  {.what = What::CannotBeOpened, .text = "No such file or directory"},
+                  "cannot be read: No such file or directory"},
+        WordsCase{"ReadingFailed", {.what = What::ReadingFailed, .text = "broken"}, "reading failed: broken"},
+        WordsCase{"WideCharacters",
+                  {.what = What::WideCharacters},
+                  "this is no text in UTF-8; save it as CSV in UTF-8 and import it again"},
+        WordsCase{"UnclosedQuotation",
+                  {.what = What::UnclosedQuotation, .line = 2},
+                  "line 2: a quotation mark opened here is never closed"},
+        WordsCase{"EmptyFile", {.what = What::EmptyFile}, "the file is empty"},
+        WordsCase{"NoRowsBelowHeader", {.what = What::NoRowsBelowHeader}, "the file has a header and no rows"},
+        WordsCase{"HeaderTooShort",
+                  {.what = What::HeaderTooShort, .line = 2, .found = 3, .expected = 2},
+                  "line 2: the header names 2 columns and the rows have 3, and the extra column neither counts the "
+                  "rows nor is empty; complete the header"},
+        WordsCase{"HeaderDoesNotMatch",
+                  {.what = What::HeaderDoesNotMatch, .line = 2, .found = 4, .expected = 2},
+                  "line 2: the row has 4 columns where the header names 2"},
+        WordsCase{"NoTimeColumn",
+                  {.what = What::NoTimeColumn, .columns = {"a", "b"}},
+                  "no column looks like times; name one with --time (columns: a, b)"},
+        WordsCase{"NoTimesInColumn",
+                  {.what = What::NoTimesInColumn, .column = "b", .columns = {"a", "b"}},
+                  "column “b” holds no times; name another with --time (columns: a, b)"},
+        WordsCase{"NoNumbers",
+                  {.what = What::NoNumbers, .column = "time", .columns = {"time", "a"}},
+                  "no column holds numbers besides the time in “time” (columns: time, a)"},
+        WordsCase{"NoRowWanted", {.what = What::NoRowWanted}, "no row has the texts asked for with --where"},
+        WordsCase{"DateOrderUnknown",
+                  {.what = What::DateOrderUnknown},
+                  "no date in the file tells the day from the month; say which comes first with --date-order dmy or "
+                  "--date-order mdy"},
+        WordsCase{"DateOrderContradicts",
+                  {.what = What::DateOrderContradicts},
+                  "some dates have the day first and others the month; say which is meant with --date-order dmy or "
+                  "--date-order mdy"}),
+    [](const auto& row) { return row.param.name; });
+
+ImportFinding unknownColumn(ImportOption option)
+{
+    return {.what = What::UnknownColumn, .text = "b", .columns = {"time", "a"}, .option = option};
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Options, PrintedFinding,
+    testing::Values(
+        WordsCase{"Time", unknownColumn(ImportOption::TimeColumn),
+                  "--time names the column “b”, which is not there (columns: time, a)"},
+        WordsCase{"Where", unknownColumn(ImportOption::Where),
+                  "--where names the column “b”, which is not there (columns: time, a)"},
+        WordsCase{"Only", unknownColumn(ImportOption::Only),
+                  "--only names the column “b”, which is not there (columns: time, a)"},
+        WordsCase{"Unit", unknownColumn(ImportOption::Unit),
+                  "--unit names the column “b”, which is not there (columns: time, a)"},
+        WordsCase{"Name", unknownColumn(ImportOption::Name),
+                  "--name names the column “b”, which is not there (columns: time, a)"},
+        WordsCase{"UnknownUnit",
+                  {.what = What::UnknownUnit, .column = "a", .text = "bananas"},
+                  "“bananas”, given with --unit for the column “a”, is no unit that is known; write it like °C, hPa, "
+                  "m/s, % or mph"},
+        WordsCase{"UnknownTimeZone",
+                  {.what = What::UnknownTimeZone, .text = "Nowhere"},
+                  "“Nowhere” is no time zone; give a name such as Europe/Berlin, or an offset such as +02:00"},
+        WordsCase{"UnusableTimeZone",
+                  {.what = What::UnusableTimeZone, .text = "Nowhere"},
+                  "the time zone “Nowhere” cannot be used"},
+        WordsCase{"IncompatibleUnits",
+                  {.what = What::IncompatibleUnits, .column = "T (hPa)", .text = "hPa", .archivedUnit = "°C"},
+                  "column “T (hPa)” is in hPa, but the agent's property of that name is in °C; give it another name "
+                  "with --name"},
+        WordsCase{"NoUnit",
+                  {.what = What::IncompatibleUnits, .column = "T (hPa)", .text = "hPa"},
+                  "column “T (hPa)” is in hPa, but the agent's property of that name is in no unit; give it another "
+                  "name with --name"}),
+    [](const auto& row) { return row.param.name; });
+
+INSTANTIATE_TEST_SUITE_P(
+    RowsAndNotes, PrintedFinding,
+    testing::Values(
+        WordsCase{"NoNumber",
+                  {.what = What::NoNumber, .line = 3, .column = "a", .text = "x"},
+                  "line 3, column “a”: “x” is no number"},
+        WordsCase{
+            "NoTime", {.what = What::NoTime, .line = 3, .column = "time"}, "line 3, column “time”: “” is no time"},
+        WordsCase{"TextLikeAPlace",
+                  {.what = What::NoNumber, .line = 3, .column = "a", .text = "%2"},
+                  "line 3, column “a”: “%2” is no number"},
+        WordsCase{"RowUnlikeHeader",
+                  {.what = What::RowUnlikeHeader, .line = 4, .text = "2015-01-03 1 2", .found = 3, .expected = 2},
+                  "line 4: the row has 3 columns where the header stands for 2: “2015-01-03 1 2”"},
+        WordsCase{"RowUnlikeOthers",
+                  {.what = What::RowUnlikeOthers, .line = 4, .text = "1", .found = 1, .expected = 2},
+                  "line 4: the row has 1 columns where the rows before have 2: “1”"},
+        WordsCase{
+            "NoRowRead",
+            {.what = What::NoRowRead, .causes = {{.what = What::NoTime, .line = 2, .column = "time", .text = "soon"}}},
+            "no row could be read: line 2, column “time”: “soon” is no time"},
+        WordsCase{"ColumnsHaveNoNames",
+                  {.what = What::ColumnsHaveNoNames, .found = 3},
+                  "The file has no header; its columns are called Column 1 to Column 3."},
+        WordsCase{"RowNumbersHaveNoName",
+                  {.what = What::RowNumbersHaveNoName},
+                  "The first column has no name; it counts the rows and is left out."},
+        WordsCase{"HeaderLacksRowNumbers",
+                  {.what = What::HeaderLacksRowNumbers, .columns = {"date", "T"}, .found = 3, .expected = 2},
+                  "The header names 2 columns and the rows have 3: the first column, which has no name, counts the "
+                  "rows and is left out; the names (date, T) belong to columns 2 to 3."},
+        WordsCase{"HeaderLacksEmptyLast",
+                  {.what = What::HeaderLacksEmptyLast, .found = 3, .expected = 2},
+                  "The header names 2 columns and the rows have 3: the last column is always empty and is left out."},
+        WordsCase{"DatesHaveDayFirst", {.what = What::DatesHaveDayFirst}, "Dates are read with the day first."},
+        WordsCase{"DatesHaveMonthFirst", {.what = What::DatesHaveMonthFirst}, "Dates are read with the month first."}),
+    [](const auto& row) { return row.param.name; });
+
+TEST(PrintedSummary, SaysWhatWasStoredAndWhatWasLeftOut)
+{
+    ImportSummary summary;
+    summary.file = "/home/data.csv";
+    summary.site = "/home/site.plotix";
+    summary.agent = "EWR";
+    summary.createdSite = true;
+    summary.records = 1200;
+    summary.first = 1420070400;
+    summary.last = 1420156800;
+    summary.otherRows = 1;
+    summary.unorderedTimes = 2;
+    summary.repeatedTimes = 3;
+    summary.badRows = 4;
+    summary.firstBadRow = ImportFinding{.what = What::NoNumber, .line = 3, .column = "a", .text = "x"};
+    summary.columns = {{"Temp (°C)", "Temp", "temp", "°C", 1}, {"rh", "rh", "rh", "", 2000}};
+    summary.leftOut = {"note", "empty"};
+    summary.notes = {{.what = What::DatesHaveDayFirst}};
+    EXPECT_EQ(printedText(summary), "Dates are read with the day first.\n"
+                                    "1,200 records from data.csv stored for EWR in site.plotix (new), "
+                                    "2015-01-01 00:00:00 UTC to 2015-01-02 00:00:00 UTC.\n"
+                                    "  temp: Temp (°C), 1 value\n"
+                                    "  rh: rh, 2,000 values\n"
+                                    "1 row with another text in the --where column passed over.\n"
+                                    "2 rows earlier than the row before; sorted by time.\n"
+                                    "3 rows at a time that comes again later; the last one was kept.\n"
+                                    "4 rows that did not parse passed over, the first: line 3, column “a”: “x” is no "
+                                    "number.\n"
+                                    "Left out, without a single number: note, empty.\n");
+}
+
+}  // namespace
+
+}  // namespace plotix

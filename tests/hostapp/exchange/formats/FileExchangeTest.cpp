@@ -1,0 +1,79 @@
+#include "hostapp/exchange/formats/FileExchange.h"
+
+#include "hostapp/exchange/formats/FileFormats.h"
+
+#include <QtCore/QDir>
+#include <QtCore/QFile>
+#include <QtCore/QTemporaryDir>
+
+#include <gtest/gtest.h>
+
+namespace plotix {
+
+namespace {
+
+TEST(FileFormats, TakeAnyFileAsDelimitedTextThatNoOtherFormatKnows)
+{
+    for (const char* name : {"data.csv", "DATA.TSV", "readings.log", "data"}) {
+        EXPECT_STREQ(formatOf(QLatin1String(name), "time,a\n").name, "delimited text") << name;
+        EXPECT_STREQ(formatWrittenFor(QLatin1String(name)).name, "delimited text") << name;
+    }
+}
+
+TEST(FileFormats, CanAllBeReadAndHaveNamesOfTheirOwn)
+{
+    QStringList names;
+    for (const FileFormat& format : fileFormats()) {
+        EXPECT_NE(format.read, nullptr) << format.name;
+        EXPECT_FALSE(names.contains(QLatin1String(format.name))) << format.name;
+        names << QLatin1String(format.name);
+    }
+}
+
+class ExportFileTest : public testing::Test {
+protected:
+    void exportRecords(const ExportProgress& progress = {})
+    {
+        RecordBlock block{SharedArray<double>::fromVector({0.0}), {}};
+        block.columns.push_back({1, SharedArray<double>::fromVector({2.0}), {}});
+        exportFile(path, {{{QStringLiteral("a"), {}}}, block}, progress);
+    }
+    QByteArray contents() const
+    {
+        QFile file(path);
+        return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray("none");
+    }
+
+    QTemporaryDir folder;
+    QString path = folder.filePath(QStringLiteral("out.csv"));
+};
+
+TEST_F(ExportFileTest, WritesTheWholeFile)
+{
+    exportRecords();
+    EXPECT_EQ(contents(), "time,a\n1970-01-01T00:00:00Z,2\n");
+}
+
+TEST_F(ExportFileTest, CancelledItLeavesWhatWasThere)
+{
+    exportRecords();
+    const QByteArray before = contents();
+    EXPECT_THROW(exportRecords([](double) { return false; }), ExportCancelled);
+    EXPECT_EQ(contents(), before);
+    EXPECT_EQ(QDir(folder.path()).entryList(QDir::Files), QStringList{"out.csv"});
+}
+
+TEST_F(ExportFileTest, AFolderThatIsNotThereIsAFailureInTheSystemsWords)
+{
+    path = folder.filePath(QStringLiteral("none/out.csv"));
+    try {
+        exportRecords();
+        FAIL() << "nothing was thrown";
+    } catch (const ExportFailure& failure) {
+        EXPECT_FALSE(failure.systemError().isEmpty());
+    }
+}
+
+}  // namespace
+
+}  // namespace plotix

@@ -1,0 +1,110 @@
+#include "hostapp/site/LocalWebServing.h"
+
+#include "hostapp/core/Defaults.h"
+#include "tests/hostapp/site/ServedTrendFixture.h"
+
+#include <atomic>
+
+using plotix::Answer;
+using plotix::MainQueue;
+using plotix::WorkingSite;
+
+namespace {
+
+class LocalWebServingTest : public plotix::ServedTrendTest {
+protected:
+    LocalWebServingTest()
+    {
+        working = makeSite();
+        working->loadPlugIns();
+        address = serving.start(*working);
+        working->waitForRecords();
+    }
+    ~LocalWebServingTest() override { serving.stop(*working); }
+
+    std::unique_ptr<WorkingSite> makeSite()
+    {
+        return std::make_unique<WorkingSite>(site.document, module(), WorkingSite::Use::OnScreen);
+    }
+
+    std::unique_ptr<WorkingSite> working;
+    plotix::LocalWebServing serving;
+    QString address;
+};
+
+TEST_F(LocalWebServingTest, TheAddressIsTheSitesPage)
+{
+    EXPECT_TRUE(address.startsWith(QStringLiteral("http://127.0.0.1:")));
+    const Answer answer = get(address);
+    EXPECT_EQ(answer.status, 200);
+    EXPECT_TRUE(answer.body.contains("<h1>REST API for Plotix</h1>"));
+    EXPECT_TRUE(answer.body.contains(rendering(*working, ".png").toLatin1() + "\" target=\"_blank\">Day</a></h2>"));
+}
+
+TEST_F(LocalWebServingTest, AViewNobodyHasLookedAtIsDrawnToo)
+{
+    const Answer answer = get(address, rendering(*working, ".png"));
+    EXPECT_EQ(answer.header("Content-Type"), "image/png");
+    EXPECT_EQ(QImage::fromData(answer.body, "PNG").size(), plotix::kUsualGraphSize);
+    const Answer pdf = get(address, rendering(*working, ".pdf"));
+    EXPECT_EQ(pdf.header("Content-Type"), "application/pdf");
+    EXPECT_TRUE(pdf.body.startsWith("%PDF"));
+}
+
+TEST_F(LocalWebServingTest, OnlyTheExactExtensionCounts)
+{
+    EXPECT_EQ(get(address, rendering(*working, ".PNG")).status, 404);
+    EXPECT_EQ(get(address, rendering(*working, ".png/")).status, 200);  // a slash at the end is passed over
+    EXPECT_EQ(get(address, QStringLiteral("unknown.png")).status, 404);
+}
+
+TEST_F(LocalWebServingTest, AStoppedSiteIsGoneAndCanComeBack)
+{
+    serving.stop(*working);
+    serving.stop(*working);
+    address = serving.start(*working);
+    EXPECT_EQ(get(address).status, 200);
+}
+
+TEST_F(LocalWebServingTest, StartingAgainKeepsTheAddress)
+{
+    EXPECT_EQ(serving.start(*working), address);
+}
+
+TEST_F(LocalWebServingTest, ItStopsWhileBrowsersWaitForTheirPictures)
+{
+    const QUrl url(address + rendering(*working, ".png"));
+    std::vector<std::thread> browsers;
+    for (int number = 0; number < 8; ++number)
+        browsers.emplace_back([url] {
+            plotix::ask(static_cast<std::uint16_t>(url.port()), "GET", url.path(QUrl::FullyEncoded).toLatin1());
+        });
+    serving.stop(*working);
+    working.reset();
+    for (std::thread& browser : browsers)
+        browser.join();
+    EXPECT_EQ(get(address).status, 0);  // nobody listens any more
+    working = makeSite();
+}
+
+TEST_F(LocalWebServingTest, ATrendTakenAwayWhileItIsAskedForEndsOnTheMainThread)
+{
+    std::atomic<bool> isOver = false;
+    bool endedOnMain = false;
+    const KTVPlugIn* plugIn = working->sourceList().plugInAt(0).get();
+    QObject::connect(plugIn, &QObject::destroyed, [&] { endedOnMain = MainQueue::isMainThread(); });
+    const QUrl url(address + rendering(*working, ".png"));
+    std::thread browser([&] {
+        while (!isOver)
+            plotix::ask(static_cast<std::uint16_t>(url.port()), "GET", url.path(QUrl::FullyEncoded).toLatin1());
+    });
+    int turns = 0;
+    MainQueue::main().async([&] { working->sourceList().remove(plugIn); });
+    MainQueue::main().runUntil([&] { return endedOnMain || ++turns > 200; });
+    isOver = true;
+    serving.stop(*working);
+    browser.join();
+    EXPECT_TRUE(endedOnMain);
+}
+
+}  // namespace
