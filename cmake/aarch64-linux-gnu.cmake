@@ -20,6 +20,8 @@ set(CMAKE_CROSSCOMPILING_EMULATOR qemu-aarch64 -L ${PLOTIX_ARM64_ROOT})
 set(QT_HOST_PATH /usr CACHE PATH "The toolkit whose tools run while building")
 set(QT_HOST_PATH_CMAKE_DIR /usr/lib/${CMAKE_HOST_SYSTEM_PROCESSOR}-linux-gnu/cmake CACHE PATH "")
 
+set(LRELEASE_PROGRAM /usr/lib/qt6/bin/lrelease CACHE FILEPATH "")
+
 # Every instruction set here joins a product and a sum into one rounding, and all processors are to give the same bits.
 set(CMAKE_CXX_FLAGS_INIT -ffp-contract=off)
 

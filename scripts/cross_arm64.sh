@@ -51,6 +51,7 @@ for target in "${targets[@]}"; do
     test_*)
       echo "== $target"
       qemu-aarch64 -L "$root" -E LD_LIBRARY_PATH="$root/usr/lib/aarch64-linux-gnu" \
+        -E QT_PLUGIN_PATH="$root/usr/lib/aarch64-linux-gnu/qt6/plugins" \
         "$here/build/arm64/bin/$target" --gtest_brief=1 || failed=1
       ;;
   esac

@@ -1,6 +1,6 @@
 // What every kernel file includes: the operations of the processor that it is being compiled for. Read README.md first.
 //
-// The kernel file is compiled once a target, and this header with it, so there is no #pragma once. Defines namespace
+// The kernel file is compiled once a target, and this header with it, so it has no guard. Defines namespace
 // HWY_NAMESPACE (such as N_AVX2) in which the file writes its loops, and `hn`, the operations there.
 
 #include "base/vectors/Targets.h"

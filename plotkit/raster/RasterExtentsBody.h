@@ -1,5 +1,5 @@
 // The loops of RasterKernels over extents: shrinking and widening. RasterKernels.cpp includes this file once a target,
-// in a namespace that says what a vector is there; so no #pragma once.
+// in a namespace that says what a vector is there; so it has no guard.
 
 // Vectors of up to as many columns as are handled side by side.
 using FloatTag = hn::CappedTag<float, kColumns>;

@@ -1,5 +1,5 @@
 // Packing and unpacking of ColumnKernels. ColumnKernels.cpp includes this file once a target, in a namespace that says
-// what a vector is there; so no #pragma once.
+// what a vector is there; so it has no guard.
 
 // A double of 1.5 × 2^52 plus a whole number up to ±2^51 holds that number in its low bits.
 constexpr double kMagic = 0x1.8p52;

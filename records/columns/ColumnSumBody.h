@@ -1,5 +1,5 @@
 // The sums of ColumnKernels: how many, least, greatest and sum of a run. ColumnKernels.cpp includes this file once a
-// target, in a namespace that says what a vector is there; so no #pragma once.
+// target, in a namespace that says what a vector is there; so it has no guard.
 
 /// Two rows side by side: sixteen running sums.
 struct Running {
