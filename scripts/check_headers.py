@@ -25,15 +25,16 @@ OF_THE_PRECOMPILED_HEADER = ("-include", "-Winvalid-pch", "-fpch-preprocess")
 
 
 def flags_of_rooms(build, dropped):
-    """Folder -> the compiler and the flags that its sources are compiled with."""
+    """Folder -> the compiler and the flags that sources are compiled with, once for each target made there."""
     flags = {}
     for entry in json.loads((build / "compile_commands.json").read_text()):
         words = shlex.split(entry["command"])
         folder = words[words.index("-o") + 1].split("/CMakeFiles/")[0]
         compiler = next(i for i, word in enumerate(words) if re.search(r"\+\+(-\d+)?$", word))
-        flags.setdefault(folder, [
-            word for before, word in list(zip([""] + words, words))[compiler:]
-            if word not in dropped and not (before in dropped and before in ("-c", "-o", "-include"))])
+        kept = [word for before, word in list(zip([""] + words, words))[compiler:]
+                if word not in dropped and not (before in dropped and before in ("-c", "-o", "-include"))]
+        if kept not in flags.setdefault(folder, []):
+            flags[folder].append(kept)
     return flags
 
 
@@ -42,10 +43,15 @@ def fault_of(header, flags):
     room = next((str(folder) for folder in header.parents if str(folder) in flags), None)
     if room is None:
         return f"{header}: no source of its room is compiled"
-    # Through standard input, so that the header is included and not the main file, which may not say "pragma once".
-    run = subprocess.run(flags[room] + ["-fsyntax-only", "-x", "c++", "-"], cwd=ROOT, text=True,
-                         input=f'#include "{header}"\n', stderr=subprocess.PIPE)
-    return "" if run.returncode == 0 else f"{header} does not compile alone:\n{run.stderr}"
+    said = ""
+    for command in flags[room]:
+        # Through standard input, so that the header is included and not the main file, which may not say "pragma once".
+        run = subprocess.run(command + ["-fsyntax-only", "-x", "c++", "-"], cwd=ROOT, text=True,
+                             input=f'#include "{header}"\n', stderr=subprocess.PIPE)
+        if run.returncode == 0:
+            return ""
+        said = run.stderr
+    return f"{header} does not compile alone:\n{said}"
 
 
 def main():
@@ -54,7 +60,7 @@ def main():
     flags = flags_of_rooms(pathlib.Path(words[0]).resolve(), dropped)
     headers = [pathlib.Path(name) for name in words[1:]] or sorted(
         file.relative_to(ROOT) for room in ROOMS for file in (ROOT / room).rglob("*.h")
-        if "#pragma once" in file.read_text(encoding="utf-8"))
+        if re.search("^#pragma once", file.read_text(encoding="utf-8"), re.MULTILINE))
     with concurrent.futures.ThreadPoolExecutor(os.cpu_count()) as pool:
         faults = [fault for fault in pool.map(lambda header: fault_of(header, flags), headers) if fault]
     print("\n".join(faults) or f"{len(headers)} headers compile alone")

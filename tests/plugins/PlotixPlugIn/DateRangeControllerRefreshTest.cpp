@@ -1,6 +1,7 @@
 #include "tests/plugins/PlotixPlugIn/DateRangeControllerFixture.h"
 
 #include <QtWidgets/QDialog>
+#include <QtWidgets/QLayout>
 
 namespace {
 
