@@ -72,4 +72,9 @@ VerificationResult SqliteRecordStore::verify(const ArchiveProgress& progress)
     return verifyArchive(m_file, m_schema, progress);
 }
 
+void SqliteRecordStore::closeIdle()
+{
+    m_connections->closeKept();
+}
+
 }  // namespace plotix

@@ -39,6 +39,7 @@ public:
     std::unique_ptr<RecordAppender> appender() override;
     CompactionResult compact(const CompactionRequest& request, const ArchiveProgress& progress) override;
     VerificationResult verify(const ArchiveProgress& progress) override;
+    void closeIdle() override;
 
 private:
     const QString m_file;

@@ -103,6 +103,9 @@ public:
 
     /// Reads everything once, in one snapshot, and compares it with what is stored about it; changes nothing.
     virtual VerificationResult verify(const ArchiveProgress& progress = {}) = 0;
+
+    /// Closes what is only kept open for later calls, which open it anew: the place of the records may be moved then.
+    virtual void closeIdle() = 0;
 };
 
 }  // namespace plotix

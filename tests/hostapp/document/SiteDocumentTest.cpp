@@ -235,6 +235,15 @@ TEST_F(SiteDocumentTest, AClosedSiteIsOneFile)
     EXPECT_EQ(files(), QStringList{"Harbour Light.plotix"});
 }
 
+TEST_F(SiteDocumentTest, AClosedSiteIsOneFileAlsoWhileAnAgentLivesOn)
+{
+    document->addAgent("Roof");
+    const std::shared_ptr<SiteAgent> survivor = agent();
+    document->recordExtent();
+    document.reset();
+    EXPECT_EQ(files(), QStringList("Harbour Light.plotix"));
+}
+
 TEST_F(SiteDocumentTest, CreatingOverAFileIsRefusedAndLeavesIt)
 {
     document->addAgent("Roof");

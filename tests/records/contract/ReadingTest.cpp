@@ -24,6 +24,16 @@ TEST_P(ReadingTest, BoundsAreInclusive)
     EXPECT_EQ(times(100, 200), std::vector<double>{});
 }
 
+TEST_P(ReadingTest, WhatWasClosedWhileIdleIsOpenedAgain)
+{
+    store(ramp(air, 0, 10));
+    const std::shared_ptr<plotix::RecordStore> records = opened();
+    const std::vector<plotix::RowId> properties{air};
+    records->read(agent, properties, {}, {});
+    records->closeIdle();
+    EXPECT_EQ(records->read(agent, properties, 3, 5)->times.size(), 3U);
+}
+
 TEST_P(ReadingTest, AnyRangeIsAsStored)
 {
     store(ramp(air, 0, 50'000));
