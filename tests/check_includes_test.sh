@@ -11,7 +11,7 @@ python3 "$check" "$source_dir"
 expect_failure() { # NAME FILE INCLUDE MESSAGE
   rm -rf "$scratch/tree"
   mkdir -p "$scratch/tree"
-  (cd "$source_dir" && find base storage records plotkit plugins hostapp \( -name '*.h' -o -name '*.cpp' \) -print0 |
+  (cd "$source_dir" && find base storage records plotkit plugins hostapp \( -name '*.h' -o -name '*.cpp' -o -name CMakeLists.txt \) -print0 |
     xargs -0 cp --parents -t "$scratch/tree")
   echo "#include $3" >> "$scratch/tree/$2"
   if output=$(python3 "$check" "$scratch/tree"); then
