@@ -1,5 +1,7 @@
 #pragma once
 
+#include "hostapp/core/Defaults.h"
+
 #include <QtCore/QString>
 
 #include <cstdint>
@@ -8,7 +10,7 @@ namespace plotix {
 
 /// Where a server listens. A value; any thread.
 struct HttpAddress {
-    QString host = QStringLiteral("127.0.0.1");  ///< an IPv4 or IPv6 address, or "localhost"
+    QString host = QLatin1String(kUsualWebAddress);  ///< an IPv4 or IPv6 address, or "localhost"
     std::uint16_t port = 0;                      ///< 0: any that is free
 
     /// Only this machine can reach it. False for what is no address.
