@@ -26,7 +26,8 @@ public:
     void outline(StrokeOutline& outline, std::span<const QPointF> points, double radius, const StrokeArea& area);
 
     /// The same for a line given by columns.
-    /// Requires: all of equal length; the radius at least half a pixel, and the width one that canStrokeColumns.
+    /// Requires: all of equal length; the radius at least half a pixel, and a width for which canStrokeColumns() is
+    /// true.
     void outline(StrokeOutline& outline, const LineColumns& columns, double radius, const StrokeArea& area);
 
     static constexpr int kMostReach = 256;  ///< source columns a disc reaches to each side
