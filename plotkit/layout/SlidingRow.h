@@ -5,7 +5,7 @@
 #include <vector>
 
 /// A window of numbers that moves along an endless row: numbers that stay in the window stay where they are in memory,
-/// so that a small step costs next to nothing. One thread at a time.
+/// so that a small step costs next to nothing. Edges and bins *own* theirs; one thread at a time.
 namespace plotkit {
 
 template <class Number>

@@ -14,7 +14,7 @@
 /// Over any x the stroke of such a line is one unbroken stretch from a top to a bottom: discs along the line, whose
 /// chords at that x overlap from one to the next. So the stroke is two curves, found by widening the line's own extents
 /// by the pen's disc in columns a small fraction of a pixel wide, and coverage is the area between them. The cost is
-/// that of the pixels, however many points a column holds. Internal to the rasteriser; one thread at a time.
+/// that of the pixels, however many points a column holds. The rasteriser *owns* one; one thread at a time.
 namespace plotkit {
 
 class EnvelopeStroke {

@@ -10,7 +10,7 @@
 
 /// The stroke of a line whose x never turns back, as the two curves it lies between, and how that becomes pixels.
 ///
-/// Internal to the rasteriser; one thread at a time.
+/// The rasteriser *owns* both; one thread at a time.
 namespace plotkit {
 
 /// Where outlines are painted. Blocks of RasterKernels::kLanes pixel columns stand `lead` pixels left of the clip, so

@@ -11,7 +11,7 @@
 /// What lies beneath everything else of a graph and does not move with a pan: fill and plot area frame.
 ///
 /// On a raster device both are kept as an image between frames and painted anew only when size, density, position or
-/// looks change. Main thread only.
+/// looks change. A graph painter *owns* one. Main thread only.
 namespace plotkit {
 
 class GraphBackground {

@@ -19,9 +19,9 @@ enum class GraphChange { Anything, LayersOnly };
 
 class GraphFrames {
 public:
-    /// Paints graph and layers into `rect` (points) and answers whether the graph itself was painted: also when only
-    /// layers changed, if size, density or position between pixels changed too. Kept pictures make no difference to the
-    /// pixels, but for rounding where the graph is translucent. Reports to no delegate.
+    /// Paints graph and layers into `rect` (points) and answers whether the graph itself was painted. After a change of
+    /// layers only, it is painted if size, density or position between pixels changed too. Kept pictures make no
+    /// difference to the pixels, but for rounding where the graph is translucent. Reports to no delegate.
     bool paint(QPainter& painter, const CPTXYGraph& graph, const QRectF& rect, GraphChange change);
 
 private:

@@ -11,7 +11,7 @@
 /// Makes the series of one property: x shared with the record dictionary, y narrowed to floats, and a bit for every
 /// element that is a point. One pass in blocks, which fills the series' index too; no object per sample.
 ///
-/// Every element starts as dropped. Fill the blocks first, then overwrite exceptions one by one.
+/// Every element starts as dropped. Fill the blocks first, then overwrite exceptions one by one. One thread at a time.
 namespace plotix {
 
 class SeriesBuilder {
