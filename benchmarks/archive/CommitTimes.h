@@ -6,10 +6,10 @@
 #include <benchmark/benchmark.h>
 #include <vector>
 
-/// Times of one-record commits, one after the other, into a file that begins empty.
+/// Times of one-record commits, one after the other, into a file that begins empty. Main thread only.
 namespace plotix_bench {
 
-/// Enough for a chunk to be filled and begun anew, and for one in a thousand to be twenty of them.
+/// Enough records to fill a chunk and begin another, and for a thousandth to be twenty records.
 inline constexpr std::size_t kCommits = 20'000;
 
 class CommitTimes {

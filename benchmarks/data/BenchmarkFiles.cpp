@@ -42,7 +42,7 @@ SiteFile siteIn(const plotix::SiteDocument& document)
     return site;
 }
 
-/// The share of the file's pages that are in memory.
+/// The fraction of the file's pages that are in memory.
 double residentShare(int file, std::size_t size)
 {
     void* mapped = mmap(nullptr, size, PROT_READ, MAP_SHARED, file, 0);
@@ -58,7 +58,7 @@ double residentShare(int file, std::size_t size)
 
 void forgetEverything()
 {
-    // Only root may; without it the advice has to do.
+    // Only root may; for others the advice must suffice.
     if (std::FILE* control = std::fopen("/proc/sys/vm/drop_caches", "w")) {
         std::fputs("1", control);
         std::fclose(control);

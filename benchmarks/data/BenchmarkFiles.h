@@ -9,7 +9,7 @@
 
 /// Files of one weather station's records, ten million of them, in a folder that outlives the program.
 ///
-/// The folder is PLOTIX_BENCH_DATA, else "plotix-bench" among the temporary files. What is not there is made when it is
+/// The folder is PLOTIX_BENCH_DATA, else "plotix-bench" among the temporary files. A missing file is made when it is
 /// asked for. Main thread only.
 namespace plotix_bench {
 
@@ -40,8 +40,8 @@ void storeStation(const SiteFile& site);
 /// Removes the file and what the database keeps beside it.
 void removeDatabase(const QString& path);
 
-/// Has the system write what it holds back and forget the file's pages, so that the next read comes from the disk.
-/// Answers the share that stayed in memory all the same. Requires: nobody has the file mapped.
+/// Has the system write out the file's pages and drop them from memory, so that the next read comes from the disk.
+/// Answers the fraction that stayed in memory all the same. Requires: no mapping of the file.
 double forgetPages(const QString& path);
 
 }  // namespace plotix_bench

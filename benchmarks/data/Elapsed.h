@@ -2,7 +2,7 @@
 
 #include <chrono>
 
-/// A clock for what a benchmark times by itself.
+/// A clock for benchmarks that take their times themselves. A value; any thread.
 namespace plotix_bench {
 
 /// Runs from its construction on.

@@ -3,10 +3,10 @@
 #include <cstdio>
 #include <unistd.h>
 
-/// Memory that is this process's own, for "bytes a sample".
+/// Memory that is this process's own, for "bytes a sample". Any thread.
 namespace plotix_bench {
 
-/// Bytes in memory now that no file stands behind; 0 where the system does not say.
+/// Bytes in memory now that are not backed by a file; 0 where the system does not say.
 inline double residentBytes()
 {
     long total = 0, resident = 0, shared = 0;

@@ -40,7 +40,7 @@ private:
 
 enum class SignalKind {
     Walk,   ///< a random walk with a slight pull to 0
-    Noisy,  ///< a slow swing under noise a quarter of its size: every pixel column is filled far up and down
+    Noisy,  ///< a slow swing under noise a quarter of its size: most of every pixel column is filled
 };
 
 class Signal {
@@ -68,7 +68,8 @@ struct TimeRange {
     double length = 0;
 };
 
-/// `share` of all times of signals of `points` values, moved by `step` pixels of a picture `width` pixels wide.
+/// The fraction `share` of all times of signals of `points` values, moved by `step` pixels of a picture `width` pixels
+/// wide.
 inline TimeRange pannedRange(std::size_t points, double share, int step, int width)
 {
     const double all = static_cast<double>(points);

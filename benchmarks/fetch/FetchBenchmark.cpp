@@ -55,7 +55,7 @@ void fetchToFrame(benchmark::State& state)
     for (auto unused : state) {
         const plotix_bench::Elapsed elapsed;
         const Shown shown = show(module, path, static_cast<double>(plotix_bench::kStationRecords));
-        state.SetIterationTime(elapsed.seconds());  // letting go of it all is not what the user waits for
+        state.SetIterationTime(elapsed.seconds());  // the user does not wait for the clean-up
         held = plotix_bench::residentBytes() - before;
         if (shown.frame.isNull())
             state.SkipWithError("nothing was drawn");
@@ -69,7 +69,7 @@ void fetchToFrame(benchmark::State& state)
 int main(int argc, char** argv)
 {
     const QApplication application(argc, argv);
-    plotix::MainQueue::main();  // made here, because it belongs to the thread that asks first
+    plotix::MainQueue::main();  // made here, because it belongs to the first thread that asks for it
     benchmark::RegisterBenchmark("fetch-to-frame/10Mx5", fetchToFrame)
         ->Unit(benchmark::kMillisecond)
         ->UseManualTime()

@@ -21,7 +21,7 @@ const std::vector<double>& walkValues(std::size_t count, unsigned plot);
 /// A signal as a series that shares the times.
 CPTPointSeriesPtr signalSeries(SignalKind kind, std::size_t count, unsigned plot);
 
-/// Memory the series made so far take for each of their samples, shared times included; 0 before the first.
+/// Bytes per sample that the series made so far take, shared times included; 0 before the first.
 double seriesBytesPerSample();
 
 /// A graph with the dark theme, a grid and room for labels, showing `plots` signals of `count` points with a pen
@@ -31,7 +31,7 @@ public:
     BenchmarkGraph(int plots, std::size_t count, SignalKind kind = SignalKind::Walk);
     explicit BenchmarkGraph(const std::vector<CPTPointSeriesPtr>& series);
 
-    /// Shows a share of all times, moved by `step` pixels of a picture that wide. Pan frames call it with 0, 1, 2, …
+    /// Shows a fraction of all times, moved by `step` pixels of a picture that wide. Pan frames call it with 0, 1, 2, …
     void show(double share, int step, int pictureWidth);
 
     /// Gives every plot its own colour, `turn` degrees along.

@@ -11,9 +11,9 @@
 #include <string>
 #include <vector>
 
-/// How a program that is measured is talked to: it is started once, makes its data, says "ready", and then does its
-/// work once for every line "next", answering with the milliseconds it took. So rounds of several programs take turns
-/// while each keeps its data in memory. It ends with its input.
+/// How the driver talks to a program that is measured: it is started once, makes its data, says "ready", and then does
+/// its work once for every line "next", answering with the milliseconds it took. So rounds of several programs take
+/// turns while each keeps its data in memory. It ends with its input. Main thread only.
 namespace plotix_bench {
 
 /// What to draw: pan PLOTS POINTS SHARE WIDTH HEIGHT, load POINTS WIDTH HEIGHT, or fetch FILE PLOTS WIDTH HEIGHT, and

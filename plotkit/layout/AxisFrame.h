@@ -13,11 +13,11 @@ namespace plotkit {
 enum class AxisEdge { Low, High };  ///< left and bottom, or right and top
 
 /// `along` is the picture's own coordinate in the direction of the axis; `outward` counts points from the axis line
-/// away from the plot area: downward and to the left at a low edge, upward and to the right at a high one. Whoever
-/// places something says how far outward it stands, and gets it in the picture's coordinates.
+/// away from the plot area: downward and to the left at a low edge, upward and to the right at a high one. Callers give
+/// distances outward and get coordinates of the picture.
 class AxisFrame {
 public:
-    /// `line` is where the axis line stands across the picture: y of an x axis, x of a y axis.
+    /// `line` is the coordinate of the axis line: y of an x axis, x of a y axis.
     AxisFrame(CPTCoordinate coordinate, double line, AxisEdge edge)
         : m_isX(coordinate == CPTCoordinate::X), m_line(line), m_growsOutward(m_isX == (edge == AxisEdge::Low))
     {
@@ -26,7 +26,7 @@ public:
     bool isX() const { return m_isX; }
     double line() const { return m_line; }
 
-    /// The axis line from one place along it to another.
+    /// The axis line from one coordinate along it to another.
     QLineF lineAlong(double from, double to) const
     {
         return m_isX ? QLineF(from, m_line, to, m_line) : QLineF(m_line, from, m_line, to);
@@ -40,14 +40,14 @@ public:
         return m_isX ? QLineF(along, low, along, high) : QLineF(low, along, high, along);
     }
 
-    /// A box centred at `along`, whose side nearer to the plot area stands `near` outward.
+    /// A box centred at `along`, whose side nearer to the plot area stands `near` points outward.
     QRectF boxFrom(double along, double near, const QSizeF& size) const
     {
         const double low = m_growsOutward ? m_line + near : m_line - near - depthOf(size);
         return boxAt(along, low, size);
     }
 
-    /// Where a box begins across the picture whose outer side stands `far` outward.
+    /// The lower coordinate across the axis of a box, `depth` deep, whose outer side stands `far` points outward.
     double lowSideEndingAt(double far, double depth) const
     {
         return m_growsOutward ? m_line + far - depth : m_line - far;
@@ -61,7 +61,7 @@ public:
         return m_line - (m_isX ? rect.top() : rect.left());
     }
 
-    /// What of a rectangle lies along the axis.
+    /// The length of a rectangle along the axis.
     double extentAlong(const QRectF& rect) const { return m_isX ? rect.width() : rect.height(); }
 
     /// Lines of labels end at the axis.

@@ -140,7 +140,7 @@ private:
         return m_frame.extentAlong(label.box) + (m_frame.isX() ? kLabelSpaceX : kLabelSpaceY);
     }
 
-    /// One label in how many steps fits, judged by these labels.
+    /// In how many steps there is room for one label, judged by these labels.
     double multipleFor(const std::vector<AxisLabel>& labels) const
     {
         double widest = 0;
@@ -169,7 +169,7 @@ private:
         double multiple = multipleFor({labelAt(ticks.front().value), labelAt(ticks.back().value)});
         for (;;) {
             while (multiple > 1 && m_plan.origin == 0 && !isFixed() && ticks.size() > 2) {
-                m_plan = coarserPlan(m_plan);  // ticks that place themselves keep to those that have room for a label
+                m_plan = coarserPlan(m_plan);  // automatic ticks: only as many as have room for a label
                 ticks = majorTicks(m_plan, m_in.along);
                 multiple = ticks.empty() ? 1 : multipleFor({labelAt(ticks.front().value), labelAt(ticks.back().value)});
             }

@@ -6,7 +6,8 @@
 
 #include <QtCore/QRectF>
 
-/// Placing one axis in a picture: line, ticks, grid, labels and title. Internal to the graph's layout.
+/// Placing one axis in a picture: line, ticks, grid, labels and title. Internal to the graph's layout. Pure; main
+/// thread only, since label formatters are.
 namespace plotkit {
 
 /// What an axis is placed into. Borrows everything.

@@ -16,7 +16,7 @@ struct TickPlan {
     double origin = 0;
     double step = 0;
     int minors = 0;
-    bool isTime = false;  ///< thinned to steps a clock or calendar knows
+    bool isTime = false;  ///< thinned to round times of day and whole days
 
     bool isEmpty() const { return !(step > 0); }
 };
@@ -32,9 +32,9 @@ inline constexpr double kLeastMajorSpacing = 4;
 inline constexpr double kLeastMinorSpacing = 2;
 inline constexpr double kMostMajors = 4000;
 
-/// What an axis's labelling asks for, thinned to what can stand apart. A fixed interval's sign does not matter; one
-/// that is zero or not finite gives automatic ticks, so that an axis is never blank for want of an interval. An
-/// improper mapping, and a range too far from zero for doubles to tell its ticks apart, have none.
+/// The ticks an axis asks for, thinned so that they stand apart. A fixed interval's sign does not matter; one that is
+/// zero or not finite gives automatic ticks, so that an axis is never blank for want of an interval. An improper
+/// mapping, and a range too far from zero for doubles to tell its ticks apart, have none.
 TickPlan planTicks(const CPTXYAxis& axis, const AxisMapping& mapping);
 
 /// About five majors over a length at 1, 2 or 5 × 10ⁿ. A length that is zero or not finite gives an empty plan.

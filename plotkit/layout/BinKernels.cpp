@@ -5,7 +5,7 @@
 #undef HWY_TARGET_INCLUDE
 #define HWY_TARGET_INCLUDE "plotkit/layout/BinKernels.cpp"
 #include "base/vectors/Kernels.h"
-// Behind the one above, which says what a vector is.
+// After Kernels.h, which says what a vector is on each target.
 #include "base/vectors/EightFloats.h"
 
 HWY_BEFORE_NAMESPACE();
@@ -22,7 +22,7 @@ constexpr std::size_t kFinePerCoarse = CPTSeriesIndex::kCoarseBlock / kFine;
 constexpr float kInfinity = std::numeric_limits<float>::infinity();
 constexpr float kNone = std::numeric_limits<float>::quiet_NaN();
 
-// Places are worked out in doubles, a vector of them at a time.
+// Coordinates are worked out in doubles, a vector of them at a time.
 constexpr hn::CappedTag<double, 8> kWide;
 constexpr hn::Rebind<float, decltype(kWide)> kNarrow;
 constexpr std::size_t kLanes = hn::MaxLanes(kWide);
@@ -40,7 +40,7 @@ HWY_INLINE void take(Extremes& extremes, float least, float greatest)
     extremes.greatest = greatest > extremes.greatest ? greatest : extremes.greatest;
 }
 
-/// Of `count` numbers of each row; NaN drops out. The last eight may overlap the ones before.
+/// The extremes of `count` numbers of each row, without NaN. The last eight may overlap the eight before.
 HWY_INLINE void takeRuns(const float* least, const float* greatest, std::size_t count, Extremes& extremes)
 {
     constexpr std::size_t kEight = EightFloats::kCount;
@@ -111,7 +111,7 @@ HWY_INLINE bool isFinite(float value)
     return value > -kInfinity && value < kInfinity;
 }
 
-/// False where the fast way does not lead to the summary.
+/// False where the blocks alone do not give the summary.
 HWY_INLINE bool summariseBlocks(const BinSource& source, std::size_t from, std::size_t to, BinSummary& summary)
 {
     const CPTFineBlocks& fine = source.index.fine();
@@ -120,7 +120,7 @@ HWY_INLINE bool summariseBlocks(const BinSource& source, std::size_t from, std::
     Extremes extremes;
     takeBlocks(source.index, block, end, extremes);
     summary.first = fine.first()[block];
-    // The line goes on to the sample that stands at the edge: as near as can be told, that is where it leaves.
+    // The line goes on to the sample at the edge: that is as near as can be told to where it leaves the bin.
     summary.last = end < fine.count ? fine.first()[end] : kNone;
     if (!isFinite(summary.last)) {
         const bool isPoint = source.points == nullptr || (source.points[(to - 1) / 64] >> ((to - 1) % 64) & 1U) != 0;
@@ -190,7 +190,7 @@ struct WideScale {
     Wide location, placesPerValue, firstPlace, farthest;
 };
 
-/// Where the extremes of some bins stand; answers which of them hold something.
+/// The coordinates of the extremes of some bins; answers which bins are not empty.
 HWY_INLINE hn::Mask<decltype(kNarrow)> mapExtremes(const BinRows& rows, std::size_t bin, const WideScale& scale,
                                                    float* low, float* high)
 {
@@ -203,7 +203,8 @@ HWY_INLINE hn::Mask<decltype(kNarrow)> mapExtremes(const BinRows& rows, std::siz
     return holds;
 }
 
-/// The left edges of some bins. From the nearer end, lest a far-away one swallow the digits.
+/// Where the line crosses the left edges of some bins: reckoned from the nearer end, as a far-away one would cost
+/// digits.
 HWY_INLINE void mapJoins(const BinRows& rows, std::size_t bin, const WideScale& scale, float* joins)
 {
     const Wide from = scale.place(loadWide(rows.last + bin - 1));
@@ -249,7 +250,8 @@ void takeJoins(const float* joins, std::size_t count, float* low, float* high)
 const BinKernels& kernels()
 {
 #if HWY_TARGET == HWY_AVX3 && (HWY_TARGETS & HWY_AVX2) != 0
-    // Eight floats are no more there, and for AVX-512 the compiler keeps addresses in vectors: a fifth slower.
+    // AVX-512 gains nothing from eight floats at a time, and the compiler then keeps addresses in vectors: a fifth
+    // slower.
     static constexpr BinKernels kTable{N_AVX2::summarise, map, takeJoins};
 #else
     static constexpr BinKernels kTable{summarise, map, takeJoins};

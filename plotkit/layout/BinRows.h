@@ -2,11 +2,13 @@
 
 #include <cstddef>
 
-/// What a bin of a series holds, as values: what sums bins up, and what keeps the sums, agree on these. Any thread.
+/// What a bin of a series holds, as values: shared by the loops that sum bins up and the class that keeps the sums. Any
+/// thread.
 namespace plotkit {
 
-/// The points of one bin: the first, the last, and the extremes. Where they stand is a fraction of the bin's width. In
-/// a crowded bin that ends with a block of the index, `last` may be the very next point.
+/// The points of one bin: the first, the last, and the extremes. `enter` and `leave` say where the first and the last
+/// stand, as fractions of the bin's width. In a crowded bin that ends with a block of the index, `last` may be the next
+/// bin's first point.
 struct BinSummary {
     float first, min, max, last;
     float enter, leave;

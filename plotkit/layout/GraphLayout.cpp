@@ -37,7 +37,7 @@ std::optional<PlacedText> placedTitle(const CPTXYGraph& graph, const QRectF& rec
     return title;
 }
 
-/// Where axes cross inside the picture their labels may overlap: those of the axes before go first, time before values.
+/// Where axes cross inside the picture their labels may overlap: the axes before keep theirs, time before values.
 void leaveOutLabelsThatOverlap(std::vector<AxisLayout>& axes)
 {
     const auto overlaps = [](const AxisLayout& axis, const AxisLabel& label) {

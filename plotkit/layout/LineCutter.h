@@ -9,8 +9,8 @@
 
 /// Collects a line's points, cut at a rectangle, into the parts of a reduced plot.
 ///
-/// Borrows the plot. For a line whose x never turns back the pieces stay one part: what lies between leaving and coming
-/// back is bridged along the rectangle's edge, out of sight. Any other line is broken there.
+/// *Borrows* the plot; one thread at a time. A line whose x never turns back stays one part: between leaving the
+/// rectangle and coming back it runs along the edge, out of sight. Any other line is broken there.
 namespace plotkit {
 
 enum class OutsidePieces { Bridge, Break };

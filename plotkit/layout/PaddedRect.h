@@ -7,7 +7,7 @@
 /// A rectangle less a padding. Pure; any thread.
 namespace plotkit {
 
-/// What padding leaves; nothing rather than a negative size, also for a padding that is not a number.
+/// The rectangle inside a padding: empty rather than of negative size, also for a padding that is not a number.
 inline QRectF insideOf(const QRectF& rectangle, const CPTPadding& padding)
 {
     const double width = rectangle.width() - padding.left - padding.right;

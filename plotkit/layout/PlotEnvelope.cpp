@@ -23,7 +23,8 @@ struct LinePoint {
     double y;
 };
 
-/// Where the line between two points crosses an edge: from the nearer end, lest a far-away one swallow the digits.
+/// Where the line between two points crosses an edge: reckoned from the nearer end, as a far-away one would cost
+/// digits.
 double yAtEdge(const LinePoint& from, const LinePoint& to, double edge)
 {
     if (!(edge > from.at))
@@ -94,7 +95,7 @@ private:
         std::size_t column = m_columns;
         while (column > 0 && isEmpty(column - 1))
             --column;
-        return column - 1;  // beyond all where none is filled
+        return column - 1;  // past the last where none is filled
     }
 
     /// Edges [first, last] are crossed by the line between two points.

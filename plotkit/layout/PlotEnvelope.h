@@ -14,10 +14,10 @@
 namespace plotkit {
 
 /// Columns of 1 / kColumnsPerPixel pixel. In column c the line comes in at `atLeft`, goes out at `atRight`, and reaches
-/// from `low` to `high` between (coordinates, y downward). Where the line is not, low is +infinity and high −infinity.
-/// Coordinates lie within ±kFarthest; those at the edges are cut there too, beyond any picture.
+/// from `low` to `high` between (coordinates, y downward). In a column without the line, low is +infinity and high
+/// −infinity. Coordinates lie within ±kFarthest; those at the edges are cut there too, beyond any picture.
 ///
-/// *Owns* what its spans show.
+/// *Owns* the memory of its spans.
 struct PlotEnvelope {
     static constexpr int kColumnsPerPixel = 12;
     static constexpr double kFarthest = 65536;
@@ -49,14 +49,14 @@ private:
 class PlotEnveloping {
 public:
     /// Fills the envelope of the `slot`-th plot of a picture and answers true. False where the points themselves are
-    /// few enough, x is not sorted, or the view is degenerate: reducePlotInto serves then.
+    /// few enough, x is not sorted, or the view is degenerate: use reducePlotInto then.
     bool envelopeInto(PlotEnvelope& envelope, const CPTPointSeries& series, const PlotView& view, std::size_t slot);
 
 private:
     BinEdges& edgesOf(const CPTPointSeries& series);
 
     std::vector<std::unique_ptr<BinEdges>> m_edges;
-    std::size_t m_nextEdges = 0;  // which of them is given up next
+    std::size_t m_nextEdges = 0;  // which of them is replaced next
     std::vector<SeriesBins> m_bins;
     MirroredBins m_mirrored;
 };

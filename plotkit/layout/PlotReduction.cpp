@@ -22,7 +22,7 @@ namespace {
 constexpr std::size_t kFewElements = 4;
 /// Bounds the work for areas far wider than any screen or page.
 constexpr double kMostBins = 1 << 20;
-/// A crowd of walkers standing in the same fourth of a pixel is one.
+/// Points that follow each other within the same quarter of a pixel count as one.
 constexpr double kCellsPerPixel = 4;
 
 class Reduction {
@@ -164,7 +164,7 @@ private:
             add(leave, yOf(yLast));
     }
 
-    /// Those extremes that lie beyond both ends, in the order that makes the shorter way.
+    /// Those extremes that lie beyond both ends, in the order that makes the line shorter.
     void addExtremes(double x, const CPTSeriesIndex::MinMax& extremes, float yFirst, float yLast)
     {
         const bool below = extremes.min < std::min(yFirst, yLast);

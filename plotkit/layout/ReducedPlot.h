@@ -5,7 +5,7 @@
 #include <cstddef>
 #include <vector>
 
-/// What is left of a series' line when only what can be seen of it is kept. A value; any thread.
+/// A series' line, reduced to what can be seen of it. A value; any thread.
 namespace plotkit {
 
 /// Polylines in device pixels, one after the other.

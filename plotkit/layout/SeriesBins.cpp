@@ -103,9 +103,8 @@ bool BinEdges::isOf(const plotix::SharedArray<double>& x, std::size_t elements) 
     return mine && mine.get() == x.data() && elements == m_elements;
 }
 
-/// In crowded bins, for the first element whose x is not below `value`, one nearby with which a block of the index
-/// begins, so that the samples themselves need not be read; x.size() where there is none. `after` is where the block
-/// after that element begins.
+/// In crowded bins, the beginning of a block of the index near the first element whose x is not below `value`, so that
+/// the samples need not be read; x.size() where there is none. `after` is where the block after that element begins.
 std::size_t BinEdges::blockNear(std::span<const double> x, std::size_t from, std::size_t after, double value) const
 {
     if (after >= x.size() || after < from + kFine)
@@ -117,8 +116,8 @@ std::size_t BinEdges::blockNear(std::span<const double> x, std::size_t from, std
     return above < below ? after : after - kFine;
 }
 
-/// The same block as blockNear() answers, found without reading the times; the number of elements where the course does
-/// not tell for certain, or no block is near.
+/// The same block as blockNear() answers, found without reading the times; the number of elements where the course is
+/// not exact enough, or no block is near.
 std::size_t BinEdges::blockBy(const TimeCourse& course, std::size_t from, std::size_t guess, double value) const
 {
     const std::optional<TimeCourse::Neighbours> found = course.around(value, guess);

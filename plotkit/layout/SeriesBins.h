@@ -31,17 +31,18 @@ struct BinGrid {
     static BinGrid covering(double low, double high, double width);
 };
 
-/// Bins that are to be worked out, as indexes into a grid: [0, keptFirst) and [keptLast, count).
+/// Which bins are kept from the grid before, as indexes into the new grid: [keptFirst, keptLast). The rest is worked
+/// out.
 struct KeptBins {
-    std::ptrdiff_t moved = 0;  ///< how many bins the grid's beginning went forward
+    std::ptrdiff_t moved = 0;  ///< how many bins the grid's beginning moved forward
     std::size_t keptFirst = 0, keptLast = 0;
 
     /// Nothing is kept where `known` is false or the grids do not match.
     static KeptBins of(const BinGrid& old, const BinGrid& grid, bool known);
 };
 
-/// The first element of every bin, and one past the last bin's last. *Borrows* x only while called; remembers it
-/// weakly. Plots with one x array share the edges.
+/// The first element of every bin, and one past the last element of the last bin. Remembers x *weakly*. Plots with the
+/// same x array share the edges.
 class BinEdges {
 public:
     bool isOf(const plotix::SharedArray<double>& x, std::size_t elements) const;
@@ -50,9 +51,9 @@ public:
     /// of the series' index begins.
     void cover(const CPTPointSeries& series, const BinGrid& grid);
 
-    /// Of the grid covered last: one element more than there are bins, ascending.
+    /// For the grid covered last: one entry more than there are bins, ascending.
     const std::size_t* edges() const { return m_edges.data(); }
-    /// Where the first and the last element of each bin stand, as fractions of its width; anything for an empty bin.
+    /// Where the first and the last element of each bin stand, as fractions of its width; undefined for an empty bin.
     const float* enter() const { return m_enter.data(); }
     const float* leave() const { return m_leave.data(); }
 

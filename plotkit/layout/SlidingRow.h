@@ -4,8 +4,8 @@
 #include <cstddef>
 #include <vector>
 
-/// Numbers of which a window moves over an endless row: what stays in sight stays where it is in memory, so that a
-/// small step costs nothing. One thread at a time.
+/// A window of numbers that moves along an endless row: numbers that stay in the window stay where they are in memory,
+/// so that a small step costs next to nothing. Edges and bins *own* theirs; one thread at a time.
 namespace plotkit {
 
 template <class Number>
@@ -18,8 +18,8 @@ public:
     const Number* data() const { return m_numbers.data() + m_offset; }
     std::size_t size() const { return m_count; }
 
-    /// The window becomes `count` numbers, the first of which was `by` numbers after the first. Those that were not in
-    /// the window before hold anything.
+    /// Moves the window `by` numbers forward and makes it `count` numbers long. Numbers that were not in the window
+    /// before are undefined.
     void slide(std::ptrdiff_t by, std::size_t count)
     {
         const std::ptrdiff_t start = static_cast<std::ptrdiff_t>(m_offset) + by;

@@ -11,16 +11,16 @@
 class CPTXYPlotSpace;
 
 enum class CPTAxisLabelingPolicy { Automatic, FixedInterval };
-/// Which ticks of a fixed interval stay where not all of them have room: those at round multiples, or, of an interval
-/// in seconds, those at times a clock or a calendar knows.
+/// Which ticks of a fixed interval are kept where there is no room for all: those at round multiples, or, for an
+/// interval in seconds, those at round times of day and whole days.
 enum class CPTTickThinning { RoundNumbers, ClockTimes };
 enum class CPTSign { None, Positive, Negative };  ///< None: ticks cross the axis
 
 /// One axis: how it is labelled and styled, as plain state. Every styled value can be read back.
 ///
 /// Fixed interval: majors at whole multiples of `majorIntervalLength` from `labelingOrigin`. Automatic: about five
-/// majors at 1, 2 or 5 × 10ⁿ; the stored interval is kept but places no tick. Where ticks stand is decided by these and
-/// never by how they are written. The axis set *shares* it with whoever added it. Main thread only.
+/// majors at 1, 2 or 5 × 10ⁿ; the stored interval is kept but not used. Where ticks stand depends on the axis alone,
+/// never on its label formatter. The axis set *shares* it with whoever added it. Main thread only.
 class CPTXYAxis {
 public:
     explicit CPTXYAxis(CPTCoordinate coordinate);

@@ -16,7 +16,7 @@ public:
 
     CPTXYAxis* xAxis() { return m_axes[0].get(); }
     CPTXYAxis* yAxis() { return m_axes[1].get(); }
-    /// The first and the last of the two that every graph has; added ones change nothing here.
+    /// The first and the last of the two axes that every graph has; added axes do not count.
     CPTXYAxis* firstAxis() { return xAxis(); }
     CPTXYAxis* lastAxis() { return yAxis(); }
     const CPTXYAxis& xAxis() const { return *m_axes[0]; }
@@ -24,7 +24,7 @@ public:
 
     const std::vector<CPTXYAxisPtr>& axes() const { return m_axes; }
     void addAxis(const CPTXYAxisPtr& axis);     ///< null, or added already: nothing happens
-    void removeAxis(const CPTXYAxisPtr& axis);  ///< one of the two, or not in the set: nothing happens
+    void removeAxis(const CPTXYAxisPtr& axis);  ///< one of those two, or not in the set: nothing happens
 
     /// Called after every change of an axis and of the list.
     void setChangeHandler(const std::function<void()>& handler);

@@ -11,7 +11,7 @@
 
 namespace {
 
-/// A locale set by the program rules over the environment; there, the category rules over LANG.
+/// A locale set by the program goes before the environment; in the environment the category goes before LANG.
 icu::Locale userLocale(const char* category)
 {
     if (QLocale() != QLocale::system())
@@ -54,7 +54,7 @@ QString fromIcu(const icu::UnicodeString& text)
 CPTFormatter::~CPTFormatter() = default;
 
 struct CPTTimeFormatter::Icu {
-    std::unique_ptr<icu::SimpleDateFormat> format;  // null when the pattern is none
+    std::unique_ptr<icu::SimpleDateFormat> format;  // null for an unreadable pattern
 };
 
 CPTTimeFormatter::CPTTimeFormatter(const QString& pattern, plotix::Date referenceDate)
@@ -82,7 +82,7 @@ QString CPTTimeFormatter::stringForNumber(double number) const
 }
 
 struct CPTNumberFormatter::Icu {
-    std::unique_ptr<icu::DecimalFormat> format;  // null when the pattern is none
+    std::unique_ptr<icu::DecimalFormat> format;  // null for an unreadable pattern
     double largestZero = 0;                      // magnitudes up to this one are written as zero
 };
 

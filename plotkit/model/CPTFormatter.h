@@ -6,13 +6,13 @@
 
 #include <memory>
 
-/// Turns a tick's number into its label; line breaks make taller labels. Immutable, shared by axes; main thread only.
+/// Turns a tick's number into its label; line breaks make taller labels. Immutable; axes *share* it. Main thread only.
 class CPTFormatter {
 public:
     virtual ~CPTFormatter();
     virtual QString stringForNumber(double number) const = 0;
 
-    /// What this formatter writes by, for reading a styled axis back: a date or number pattern.
+    /// The date or number pattern it formats by, so that a styled axis can be read back.
     virtual QString pattern() const = 0;
 };
 

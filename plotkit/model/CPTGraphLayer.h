@@ -11,9 +11,9 @@ struct GraphGeometry;
 
 /// What somebody draws above everything of a graph: a crosshair, a mark, a selection.
 ///
-/// Add it to a graph, draw in `drawInGraph`, and call `setNeedsDisplay` when it looks different: a view then lays the
-/// kept picture of the graph down and draws the layers over it, without drawing the graph again. Pictures and pages
-/// show layers too. In one graph at a time, which *shares* it. Main thread only.
+/// Add it to a graph, draw in `drawInGraph`, and call `setNeedsDisplay` when it looks different: a view then copies its
+/// kept picture of the graph and draws the layers over it, without drawing the graph again. Images and PDF pages show
+/// layers too. A layer is in one graph at a time, which *shares* it. Main thread only.
 class CPTGraphLayer {
 public:
     CPTGraphLayer() = default;
@@ -21,14 +21,14 @@ public:
     CPTGraphLayer(const CPTGraphLayer&) = delete;
     CPTGraphLayer& operator=(const CPTGraphLayer&) = delete;
 
-    /// Draws in points, y downward. The painter comes back as it was, whatever is set on it. Must change nothing of the
-    /// graph. `geometry` is plotkit/layout/GraphGeometry.h.
+    /// Draws in points, y downward. The painter's state is restored afterwards. Must not change the graph. `geometry`:
+    /// see plotkit/layout/GraphGeometry.h.
     virtual void drawInGraph(QPainter& painter, const plotkit::GraphGeometry& geometry) = 0;
 
     /// Asks for the layers alone to be drawn again; in no graph: nothing happens.
     void setNeedsDisplay() const;
 
-    /// The graph's own, called by setNeedsDisplay().
+    /// Set by the graph; called by setNeedsDisplay().
     void setChangeHandler(std::function<void()> handler) { m_changeHandler = std::move(handler); }
 
 private:

@@ -11,7 +11,8 @@
 class CPTXYPlotSpace;
 class CPTScatterPlot;
 
-/// Decides what a plot space's ranges become. Borrowed by the plot space, must outlive its use there or be reset.
+/// Decides what a plot space's ranges become. *Borrowed* by the plot space: reset it there before it goes. Main thread
+/// only.
 class CPTPlotSpaceDelegate {
 public:
     virtual ~CPTPlotSpaceDelegate();
@@ -25,7 +26,7 @@ public:
     virtual bool plotSpaceShouldHandlePointingDeviceCancelledEvent(CPTXYPlotSpace* space) = 0;
 };
 
-/// Two ranges that plots and axes of a graph stand in, both 0…1 at first.
+/// The x and the y range that plots and axes of a graph are drawn by, both 0…1 at first.
 ///
 /// Setting a range asks the delegate first, stores its answer, then tells it. The graph *shares* it with whoever added
 /// it. Main thread only.
@@ -42,20 +43,20 @@ public:
     void setXRange(const CPTPlotRange& range);
     void setYRange(const CPTPlotRange& range);
 
-    /// From here on shows the x range that another space of the same graph stores itself, and passes over x ranges
-    /// proposed to this one: a second value axis over the same time. Held *weakly*; null, or the other one gone: its
-    /// own x range again, as it was left.
+    /// From now on this space shows the x range stored in `leader`, another space of the same graph, and ignores x
+    /// ranges proposed to itself: for a second value axis over the same time. The leader is held *weakly*. Once it is
+    /// null or gone, this space shows its own last x range again.
     void followXOf(const std::shared_ptr<const CPTXYPlotSpace>& leader);
 
-    /// Proposes the union of the plots' x extents, then that of their y extents, each as it stands (length zero too).
-    /// Hidden plots count. No points at all: nothing is proposed.
+    /// Proposes the union of the plots' x extents, then that of their y extents, each without padding (length zero
+    /// too). Hidden plots count. No points at all: nothing is proposed.
     void scaleToFitPlots(const std::vector<std::shared_ptr<CPTScatterPlot>>& plots);
 
     /// Zooms both axes by `factor` (> 1 shows less) so that `aboutPoint` (plot-space coordinates) stays where it is,
     /// unless the delegate declines. Factors that are not positive and finite are ignored.
     void scaleBy(double factor, QPointF aboutPoint);
 
-    /// Called after every change of a range, but not of one that is followed.
+    /// Called after every change of this space's own ranges, not of the leader's.
     void setChangeHandler(std::function<void()> handler) { m_changeHandler = std::move(handler); }
 
 private:

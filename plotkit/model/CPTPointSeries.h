@@ -21,8 +21,8 @@ namespace plotkit {
 class TimeCourse;
 }
 
-/// The ordered points of one plot as columns: x shared with whoever fetched it, y as floats, and a bitmap of the
-/// elements that are points at all. Elements outside the bitmap were dropped; the line runs on to the next point.
+/// The ordered points of one plot as columns: x shared with whoever fetched it, y as floats, and a bitmap that says
+/// which elements are points. The others were dropped; the line goes straight to the next point.
 ///
 /// Immutable once made, *shared* by array controller and plot; any thread may read.
 class CPTPointSeries {
@@ -50,13 +50,14 @@ public:
     const plotix::SharedArray<float>& y() const { return m_y; }
     const plotix::ValidityBitmap& points() const { return m_points; }
 
-    /// A number no other series of this process has; never 0. What was worked out of a series is kept under it.
+    /// Unique among the series of this process, never 0: the key under which results worked out from a series are kept.
     std::uint64_t serial() const { return m_serial; }
 
     /// Whether x is finite and never decreases over the elements, dropped ones included.
     bool isXSorted() const { return m_xSorted; }
 
-    /// How x runs on, over all elements at least; null where it is not sorted or there are none. *Owned* by the series.
+    /// The course of x, over at least all elements; null where x is not sorted or empty. Lives at least as long as the
+    /// series.
     const plotkit::TimeCourse* xCourse() const { return m_xCourse.get(); }
 
     /// Smallest and largest x and y over the points; absent when there are none. Points with a coordinate that is not

@@ -11,7 +11,7 @@
 class CPTScatterPlot;
 class CPTXYPlotSpace;
 
-/// Told when a plot has been drawn. Borrowed by the plots; reset or outlive.
+/// Told when a plot has been drawn. *Borrowed* by its plots: reset it there before it goes. Main thread only.
 class CPTPlotDelegate {
 public:
     virtual ~CPTPlotDelegate();
@@ -22,7 +22,7 @@ enum class CPTScatterPlotBinding { XValues, YValues };
 inline constexpr CPTScatterPlotBinding CPTScatterPlotBindingXValues = CPTScatterPlotBinding::XValues;
 inline constexpr CPTScatterPlotBinding CPTScatterPlotBindingYValues = CPTScatterPlotBinding::YValues;
 
-/// One line through the points of a series. Shared by the graph and whoever looks at it. Main thread only.
+/// One line through the points of a series. The graph and its users *share* it. Main thread only.
 class CPTScatterPlot {
 public:
     CPTScatterPlot() = default;
@@ -46,14 +46,14 @@ public:
     bool isHidden() const { return m_hidden; }
     void setHidden(bool hidden);
 
-    /// Reads values through the controller; the key path is "arrangedObjects.x" or "arrangedObjects.y".
-    /// Holds the controller weakly: values are gone when it is. Both bindings name the same controller: binding to
-    /// another one drops the other binding, a null one drops both.
+    /// Reads values through the controller; the key path is "arrangedObjects.x" or "arrangedObjects.y". Holds the
+    /// controller *weakly*: without it there are no values. Both bindings name the same controller: binding to another
+    /// one drops the other binding, a null one drops both.
     void bind(CPTScatterPlotBinding binding, const CPTSeriesControllerPtr& controller, const QString& keyPath);
     QString boundKeyPath(CPTScatterPlotBinding binding) const;
     CPTSeriesControllerPtr boundController() const { return m_controller.lock(); }
 
-    /// The bound points; null until both bindings stand.
+    /// The bound points; null until both bindings are made.
     CPTPointSeriesPtr series() const;
 
     void setChangeHandler(std::function<void()> handler) { m_changeHandler = std::move(handler); }

@@ -11,15 +11,16 @@
 /// The finer level of an index: for every 32 elements the least and greatest of the finite points, and the first
 /// element as it is, or NaN where that is no finite point. A block without points has least > greatest.
 ///
-/// *Shares* its memory: whoever fills it hands it on, and writes no more.
+/// Copies *share* the memory: fill it, hand it on, and write no more; then any thread may read.
 struct CPTFineBlocks {
     static constexpr std::size_t kElements = 32;
 
     CPTFineBlocks() = default;
-    /// As many blocks as `elements` need; they hold anything.
+    /// As many blocks as `elements` need; undefined until set.
     explicit CPTFineBlocks(std::size_t elements);
 
-    /// Fills one from its samples, of which the set bits (element 0 lowest) are points. Reads no other.
+    /// Fills one block from its samples. The set bits of `points` (lowest: element 0) say which samples are points; no
+    /// others are read.
     void set(std::size_t block, const float* y, std::uint32_t points) const;
 
     bool isEmpty(std::size_t block) const { return !(least()[block] <= greatest()[block]); }
@@ -48,7 +49,7 @@ public:
 
     /// Borrows y and points; they must outlive the index.
     CPTSeriesIndex(std::span<const float> y, const plotix::ValidityBitmap& points);
-    /// The same from fine blocks that were filled while y was.
+    /// The same, with fine blocks that were filled along with y.
     CPTSeriesIndex(std::span<const float> y, const plotix::ValidityBitmap& points, CPTFineBlocks fine);
 
     /// Smallest and largest y of the points in elements [first, last). Touches at most 2 × 32 samples and 2 × 32 fine

@@ -46,7 +46,7 @@ struct CPTFill {
 };
 
 /// Holds an axis at a fixed distance from an edge of the plot area: its low one, or its high one where an upper offset
-/// is given. At the high edge everything of the axis is turned round: what stands outside stands on that side.
+/// is given. At the high edge the axis is mirrored: its labels and title stand on that side.
 struct CPTConstraints {
     double lowerOffset = 0.0;             ///< inward from the left or lower edge
     std::optional<double> upperOffset{};  ///< inward from the right or upper edge

@@ -15,7 +15,7 @@
 
 class CPTXYGraph;
 
-/// A named look. `kCPTDarkGradientTheme` is the only one.
+/// A named look. `kCPTDarkGradientTheme` is the only one. Immutable; lives as long as the program. Main thread only.
 class CPTTheme {
 public:
     virtual ~CPTTheme();
@@ -37,10 +37,10 @@ struct CPTPlotAreaFrame {
 
 /// An XY graph: plot spaces, axes, scatter plots, and layers above them. State only; plotkit/render draws it.
 ///
-/// Every plot and every axis names the plot space it stands in. Who names none, or one that is not in this graph,
-/// stands in the default one, which is the first and always there.
+/// Every plot and every axis names its plot space. If it names none, or one that is not in this graph, it uses the
+/// default space, which is the first and always there.
 ///
-/// Whoever made it *shares* it with the hosting view. Main thread only.
+/// Its maker and the hosting view *share* it. Main thread only.
 class CPTXYGraph {
 public:
     explicit CPTXYGraph(const QRectF& frame = {});
@@ -58,7 +58,7 @@ public:
 
     const CPTXYPlotSpace& plotSpaceOf(const CPTScatterPlot& plot) const;
     const CPTXYPlotSpace& plotSpaceOf(const CPTXYAxis& axis) const;
-    /// The plots that stand in a space of this graph, first to last: what it is fitted to.
+    /// The plots that use a space of this graph, first to last: the space is fitted to these.
     std::vector<CPTScatterPlotPtr> plotsIn(const CPTXYPlotSpace& space) const;
 
     CPTXYAxisSet* axisSet() { return &m_axisSet; }
@@ -96,7 +96,7 @@ public:
     /// Called after every change of anything the graph shows; the hosting view sets it to repaint.
     void setNeedsDisplayHandler(std::function<void()> handler) { m_needsDisplayHandler = std::move(handler); }
     void setNeedsDisplay() const;
-    /// Called after changes that only the layers show: nothing beneath them need be drawn again.
+    /// Called after changes of the layers alone: the graph beneath them need not be drawn again.
     void setLayersNeedDisplayHandler(std::function<void()> handler) { m_layersNeedDisplayHandler = std::move(handler); }
     void setLayersNeedDisplay() const;
 

@@ -5,7 +5,7 @@
 #undef HWY_TARGET_INCLUDE
 #define HWY_TARGET_INCLUDE "plotkit/model/SeriesNarrowing.cpp"
 #include "base/vectors/Kernels.h"
-// Behind the one above, which says what a vector is.
+// After Kernels.h, which says what a vector is on each target.
 #include "base/vectors/EightFloats.h"
 
 HWY_BEFORE_NAMESPACE();
@@ -38,7 +38,7 @@ HWY_INLINE bool narrowWord(const double* values, float* y)
     return hn::AllTrue(kDoubles, areFine);
 }
 
-/// The pair of a block's points. Requires: finite values.
+/// The smallest and the largest of a block's points. Requires: finite values.
 HWY_INLINE void takeBlock(const float* y, std::uint32_t points, float& least, float& greatest, float& first)
 {
     EightFloats low = EightFloats::all(kInfinity);

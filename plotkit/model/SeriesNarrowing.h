@@ -3,13 +3,13 @@
 #include <cstddef>
 #include <cstdint>
 
-/// Archived doubles become the floats of a series, and the pairs of its index, in one go over memory.
+/// Archived doubles become the floats of a series, and the pairs of its index, in one pass over memory.
 ///
 /// Compiled for several processors, chosen at run time (see base/vectors); all give the same bits. Pure; any thread.
 namespace plotkit {
 
-/// Where the results go; all stand at the first value's place. `least`, `greatest` and `first` have one number for
-/// every 32 values: see CPTFineBlocks.
+/// Where the results go; every pointer is at the first value's element. `least`, `greatest` and `first` have one number
+/// for every 32 values: see CPTFineBlocks.
 struct NarrowedWords {
     float* y;
     std::uint64_t* points;
@@ -20,7 +20,7 @@ struct NarrowedWords {
 
 struct SeriesNarrowing {
     /// Narrows words of 64 values until one holds a NaN or a value beyond the range of a float, and answers how many
-    /// were done; the rest is untouched. `validity` has a bit for every value that counts; null: all do.
+    /// words were done; the rest is untouched. `validity` has a bit for every value that counts; null: all do.
     std::size_t (*narrow)(const double* values, const std::uint64_t* validity, std::size_t words,
                           const NarrowedWords& into);
 

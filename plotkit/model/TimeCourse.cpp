@@ -10,7 +10,7 @@ namespace plotkit {
 namespace {
 
 constexpr double kInfinity = std::numeric_limits<double>::infinity();
-/// More than all roundings together come to on the way from a line to a distance, as a fraction of the greatest number.
+/// More than the sum of all rounding errors between a line and a distance, as a fraction of the greatest number.
 constexpr double kRounding = 16 * std::numeric_limits<double>::epsilon();
 /// How many lines the guess may be wrong by: a bin holds less than a line, or skips the gap in one.
 constexpr int kMostLinesOff = 4;
@@ -74,7 +74,7 @@ std::optional<TimeCourse::Neighbours> TimeCourse::around(double value, std::size
     if (most < 1)
         return std::nullopt;
     const double wanted = std::ceil((value - line.start) / line.step);
-    const double block = wanted >= 1 ? std::min(wanted, most) : 1;  // a step of nothing gives what is no number
+    const double block = wanted >= 1 ? std::min(wanted, most) : 1;  // a step of 0 gives NaN or infinity
     const auto timeOf = [&](double which) {
         return !isLast && which == most ? m_lines[*found + 1].start : line.start + which * line.step;
     };

@@ -7,12 +7,12 @@
 #include <span>
 #include <vector>
 
-/// How times run on, as straight lines: where the blocks of a series' index begin in time, without reading the times.
+/// The course of times, as straight lines: tells when the blocks of a series' index begin without reading the times.
 ///
-/// A line stands for 4096 elements and says how far off the times at the beginnings of its blocks are at most. Evenly
-/// spaced times are off by nothing, those of a clock that trembles by a little; a gap spoils the one line it falls
-/// into. A few bytes stand for some ten thousand, so that a search stays in the near cache. Values may be read by any
-/// thread.
+/// A line covers 4096 elements and stores its largest error at the beginnings of its blocks: nothing for evenly spaced
+/// times, a little for a jittering clock; a gap spoils only the line it falls into. A line of 24 bytes replaces 32 KiB
+/// of times, so that a search stays in the near cache. *Shared* by the series of the same times. One thread fills it;
+/// then any may read.
 namespace plotkit {
 
 class TimeCourse {
@@ -20,14 +20,14 @@ public:
     static constexpr std::size_t kBlock = CPTFineBlocks::kElements;
     static constexpr std::size_t kLineElements = 128 * kBlock;
 
-    /// Takes in more of the same times. Requires: x is finite, never decreases, and begins with what was taken in.
+    /// Covers more of the same times. Requires: x is finite, never decreases, and begins with the times covered so far.
     void extend(std::span<const double> x);
 
-    /// How many elements were taken in.
+    /// How many elements are covered.
     std::size_t elements() const { return m_elements; }
 
-    /// Two neighbouring blocks' beginnings and their distances from a value, each of which is at most `off` from what
-    /// reading the times and subtracting would give.
+    /// The beginnings of two neighbouring blocks and their distances from a value. Each distance is wrong by at most
+    /// `off`, compared with the times themselves.
     struct Neighbours {
         std::size_t after;  ///< element at which the later block begins; the earlier one begins kBlock before
         double above;       ///< time at `after` less the value
@@ -35,8 +35,8 @@ public:
         double off;         ///< infinite where nothing is known
     };
 
-    /// The blocks between which the value lies, as far as the lines tell: it does where both distances are greater than
-    /// `off`. `guess` is an element thereabouts; nothing where the value is far from it, or before all times.
+    /// The blocks between which the value lies by the lines; certain where both distances are greater than `off`.
+    /// `guess` is an element nearby; nothing where the value is far from the guess, or before all times.
     std::optional<Neighbours> around(double value, std::size_t guess) const;
 
 private:

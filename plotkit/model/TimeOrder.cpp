@@ -12,7 +12,7 @@ namespace plotkit {
 
 namespace {
 
-/// As far as times were looked at, as far as they are in order, and how they run on there.
+/// How many times were looked at, how many of them are sorted, and the course of those.
 struct Order {
     std::size_t checked = 0;
     std::size_t sorted = 0;
@@ -93,12 +93,12 @@ private:
 
     std::mutex m_mutex;
     Places m_known;
-    std::size_t m_next = 0;  // which is given up when all are in use
+    std::size_t m_next = 0;  // which is replaced when all are in use
 };
 
 KnownOrders& knownOrders()
 {
-    static KnownOrders& orders = *new KnownOrders;  // series may be made while static objects go
+    static KnownOrders& orders = *new KnownOrders;  // series may be made while static objects are destroyed
     return orders;
 }
 

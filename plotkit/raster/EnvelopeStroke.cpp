@@ -99,7 +99,7 @@ inline void EnvelopeStroke::addSegment(const QPointF& from, double fromSource, c
         const double leave = std::min(source + spread, toSource);
         if (enter > leave)
             continue;
-        // From the nearer end, lest a far-away one swallow the digits.
+        // Reckoned from the nearer end, as a far-away one would cost digits.
         const double yEnter = from.y() + slope * (enter - fromSource);
         const double yLeave = to.y() - slope * (toSource - leave);
         take(source, static_cast<float>(std::min(yEnter, yLeave)), static_cast<float>(std::max(yEnter, yLeave)));

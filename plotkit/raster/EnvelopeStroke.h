@@ -14,7 +14,7 @@
 /// Over any x the stroke of such a line is one unbroken stretch from a top to a bottom: discs along the line, whose
 /// chords at that x overlap from one to the next. So the stroke is two curves, found by widening the line's own extents
 /// by the pen's disc in columns a small fraction of a pixel wide, and coverage is the area between them. The cost is
-/// that of the pixels, however many points a column holds. Internal to the rasteriser; one thread at a time.
+/// that of the pixels, however many points a column holds. The rasteriser *owns* one; one thread at a time.
 namespace plotkit {
 
 class EnvelopeStroke {
@@ -26,7 +26,8 @@ public:
     void outline(StrokeOutline& outline, std::span<const QPointF> points, double radius, const StrokeArea& area);
 
     /// The same for a line given by columns.
-    /// Requires: all of equal length; the radius at least half a pixel, and the width one that canStrokeColumns.
+    /// Requires: all of equal length; the radius at least half a pixel, and a width for which canStrokeColumns() is
+    /// true.
     void outline(StrokeOutline& outline, const LineColumns& columns, double radius, const StrokeArea& area);
 
     static constexpr int kMostReach = 256;  ///< source columns a disc reaches to each side

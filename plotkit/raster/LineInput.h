@@ -18,15 +18,16 @@ struct PixelBuffer {
 };
 
 /// Polylines in device pixels (the top-left pixel's centre is 0.5, 0.5), one after the other. Borrows the memory.
-/// `partEnds` holds one past each part's last point, ascending. A part of one point is a dot as wide as the pen.
+/// `partEnds` holds, ascending, one past each part's last point. A part of one point is a dot as wide as the pen.
 struct PolylineSet {
     std::span<const QPointF> points;
     std::span<const std::size_t> partEnds;
 };
 
 /// A line whose x never turns back, given by what it fills in narrow columns (device pixels, y downward): where it
-/// comes in and goes out at the column's edges, and from where to where it reaches between. Where the line is not, low
-/// is +infinity and high −infinity. Borrows the memory; the spans are of equal length, everything else is finite.
+/// comes in and goes out at the column's edges, and from where to where it reaches between. In a column without the
+/// line, low is +infinity and high −infinity. Borrows the memory; the spans are of equal length, everything else is
+/// finite.
 struct LineColumns {
     static constexpr int kPerPixel = 12;
     double left = 0;  ///< the left edge of column 0

@@ -10,7 +10,7 @@
 
 /// Strokes any lines: each segment's coverage, from the distance to it, joins a mask by maximum; then one blend.
 ///
-/// The cost grows with the segments and their length. Internal to the rasteriser; one thread at a time.
+/// The cost grows with the segments and their length. The rasteriser *owns* one; one thread at a time.
 namespace plotkit {
 
 class MaskStroke {

@@ -27,7 +27,7 @@ public:
 
     /// Blends (source over) the stroke of all parts into the buffer, inside `clip` and the buffer. A width that is not
     /// positive and finite, an invalid or fully transparent colour, an empty clip: nothing happens. Points that are not
-    /// finite are passed over. A single part whose x never turns back takes a faster way.
+    /// finite are skipped. A single part whose x never turns back is stroked faster, by EnvelopeStroke.
     void stroke(const PixelBuffer& buffer, const PolylineSet& lines, double width, const QColor& color,
                 const QRect& clip);
 
@@ -45,7 +45,7 @@ public:
     void add(const LineColumns& columns, double width, const QColor& color);
     void finish();
 
-    /// Pens narrower than a pixel or wider than 60 take points.
+    /// False for pens narrower than a pixel or wider than 60 pixels: stroke their lines by points.
     static bool canStrokeColumns(double width);
 
 private:

@@ -23,7 +23,7 @@ constexpr int kColumns = RasterKernels::kLanes;
 
 #include "plotkit/raster/RasterExtentsBody.h"
 
-// Shares are 15 bits after the point, and so are products with them, rounded.
+// A share is the coverage of a pixel as a fraction, with 15 bits after the point; so are products with it, rounded.
 constexpr int kThird = 10923;       ///< a share is coverage × 32768 / kWhole: a third more
 constexpr int kWholeShare = 32767;  ///< of values up to 255 each is left as it is
 
@@ -108,7 +108,7 @@ constexpr HalfTag kHalves;
 constexpr std::size_t kPixelsAtOnce = hn::MaxLanes(kPixels);
 constexpr std::size_t kPixelParts = kColumns / kPixelsAtOnce;
 
-/// Rows are too far apart for the processor to see them coming. Past the last row nothing is touched.
+/// Rows are too far apart for the processor to prefetch them by itself. Past the last row nothing is touched.
 constexpr std::ptrdiff_t kRowsAhead = 16;
 
 /// Red and blue, or alpha and green, of each pixel.
@@ -149,13 +149,13 @@ HWY_INLINE Pixels joined(Halves redBlues, Halves alphaGreens)
     return hn::BitCast(kPixels, hn::Or(redBlues, hn::ShiftLeft<8>(alphaGreens)));
 }
 
-/// What an ink makes of pixels, and what of that changes only with their shares.
+/// Blends a colour into pixels; what depends on their coverage alone is worked out once, in setShares().
 template <bool kOpaque>
 struct Blend;
 
 template <>
 struct Blend<true> {
-    HWY_INLINE Blend() {}  // left to the compiler, it would be made for no processor in particular
+    HWY_INLINE Blend() {}  // a defaulted one would not be compiled for this target
     HWY_INLINE void setShares(const Ink& /*ink*/, Halves to) { shares = to; }
     HWY_INLINE Pixels over(const Ink& ink, Pixels there) const
     {
@@ -193,14 +193,14 @@ struct Blend<false> {
     Pixels added;
 };
 
-/// Sixteen pixel columns on the way down.
+/// The coverage of sixteen pixel columns, carried from row to row.
 class Coverage {
 public:
     HWY_INLINE Coverage()
     {
         unrolled<kCoverParts>([&](auto part) HWY_ATTR { m_covered[part] = hn::Zero(kCovers); });
     }
-    /// Takes a row's changes in and leaves zeros; false where there are none.
+    /// Adds a row's changes and sets them to zero; false where there are none.
     HWY_INLINE bool take(qint16* changes)
     {
         bool isSame = true;

@@ -9,15 +9,15 @@
 /// Compiled for several processors, chosen at run time (see base/vectors); all give identical pixels. Pure; any thread.
 namespace plotkit {
 
-/// How far a line that passes steeply through its column fills the column's own width: nothing up to slope `gentle`,
+/// What fraction of its column's width counts for a line that passes steeply through it: nothing up to slope `gentle`,
 /// then `most` × (1 − gentle / slope)². Slopes are in pixels a column.
 struct SlopeSpread {
     float gentle = 0;  ///< positive
     float most = 0;    ///< 0…1
 };
 
-/// Half heights of a disc of pixels at the sources beside a target: `heights[k]` is that at the k-th to the left and to
-/// the right.
+/// Half heights of the pen's disc at the sources beside a target, in pixels: `heights[k]` is that at the k-th source on
+/// either side.
 struct DiscChords {
     const float* heights = nullptr;
     int taps = 0;
@@ -25,12 +25,13 @@ struct DiscChords {
 
 struct RasterKernels {
     static constexpr int kLanes = 16;      ///< pixel columns handled side by side
-    static constexpr int kRowSteps = 256;  ///< heights are told apart in steps of this part of a row
+    static constexpr int kRowSteps = 256;  ///< a row is divided into this many steps of height
     static constexpr int kWhole = 24576;   ///< coverage of a pixel that is covered wholly
 
-    /// The extents a disc is to widen. Of a line that just passes through its column the middle is exact, unless it is
-    /// too steep; of one that turns there, the turning point: between the two, low and high shrink as far as it is the
-    /// slope's doing. An empty extent (+infinity, −infinity) stays empty. Any `count`.
+    /// The extents a disc is to widen. `enter` and `leave` are where the line comes in and goes out. If it just passes
+    /// through the column, the extent shrinks to the line's middle, or less far where the line is too steep. If it
+    /// turns in the column, the turning point stays. Between the two, it shrinks by what is due to the slope alone. An
+    /// empty extent (+infinity, −infinity) stays empty. Any `count`.
     void (*shrink)(const float* enter, const float* leave, const float* low, const float* high, float* shrunkLow,
                    float* shrunkHigh, std::ptrdiff_t count, SlopeSpread spread);
 
@@ -41,7 +42,7 @@ struct RasterKernels {
                    const DiscChords& chords, int firstRow, int lastRow);
 
     /// Blends `rows` rows of kLanes pixels. `changes` holds, row by row, how much each lane's coverage differs from the
-    /// row above, at first from 0, and is left zero. `color` is premultiplied.
+    /// row above, at first from 0, and is zero afterwards. `color` is premultiplied.
     void (*blendRows)(quint32* pixels, std::ptrdiff_t stride, int rows, qint16* changes, quint32 color);
 
     /// Blends one row of `count` pixels by coverages of 0…255.

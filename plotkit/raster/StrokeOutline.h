@@ -10,7 +10,7 @@
 
 /// The stroke of a line whose x never turns back, as the two curves it lies between, and how that becomes pixels.
 ///
-/// Internal to the rasteriser; one thread at a time.
+/// The rasteriser *owns* both; one thread at a time.
 namespace plotkit {
 
 /// Where outlines are painted. Blocks of RasterKernels::kLanes pixel columns stand `lead` pixels left of the clip, so
@@ -38,8 +38,8 @@ class OutlinePainter {
 public:
     explicit OutlinePainter(const RasterKernels& kernels) : m_kernels(kernels) {}
 
-    /// Blends the strokes, first to last. All of them stripe by stripe, so that a stripe's pixels stay in a near cache
-    /// while one stroke after the other is laid over it.
+    /// Blends the strokes, first to last, all of them in one stripe before the next, so that a stripe's pixels stay in
+    /// a near cache.
     /// Requires: outlines made for the area; its clip inside the buffer.
     void paint(const PixelBuffer& buffer, std::span<const StrokeOutline> outlines, const StrokeArea& area);
 

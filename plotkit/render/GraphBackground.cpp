@@ -66,7 +66,7 @@ bool GraphBackground::makeImage(const QSize& pixels)
     return !m_image.isNull();
 }
 
-/// Paints what is seen of the look, into memory of our own.
+/// Paints what can be seen of the look, into memory of our own.
 bool GraphBackground::make(const CPTXYGraph& graph, const Look& look, const AlikeColumns& alike)
 {
     if (!makeImage(look.pixels - QSize(alike.spare, 0)))

@@ -8,10 +8,10 @@
 
 #include <optional>
 
-/// What lies under everything of a graph and stays while it is panned: fill and plot area frame.
+/// What lies beneath everything else of a graph and does not move with a pan: fill and plot area frame.
 ///
 /// On a raster device both are kept as an image between frames and painted anew only when size, density, position or
-/// looks change. Main thread only.
+/// looks change. A graph painter *owns* one. Main thread only.
 namespace plotkit {
 
 class GraphBackground {
@@ -33,8 +33,8 @@ private:
         friend bool operator==(const Look&, const Look&) = default;
     };
 
-    /// Between the frame's corners all columns are alike, as fills change from row to row only: one of them, and how
-    /// many beside it need not be painted, in device pixels; none where a pixel is no whole part of a point.
+    /// Between the frame's corners all columns are alike, as fills change from row to row only. One of them, and how
+    /// many others need not be painted, in device pixels; none where a point is no whole number of pixels.
     struct AlikeColumns {
         int column = 0;
         int spare = 0;
@@ -48,7 +48,7 @@ private:
 
     Look m_look;
     QImage m_memory;   // of `m_image`, and kept while the window's size changes
-    QImage m_image;    // of `m_look`, or less wide where the runs tell the rest; null when there is none
+    QImage m_image;    // of `m_look`, or narrower where the runs hold the rest; null when there is none
     PixelRuns m_runs;  // of `m_look`, where that is shorter
 };
 

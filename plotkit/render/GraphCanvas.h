@@ -10,8 +10,8 @@
 /// Draws the elements of a graph, given in points, on a painter.
 ///
 /// On a raster device the canvas works in device pixels and puts straight lines and edges on whole ones, so that they
-/// are crisp at every density; on any other device (PDF, a turned painter) everything stays where it is. The painter is
-/// *borrowed* and comes back as it was when the canvas goes. Main thread only.
+/// are crisp at every density; on any other device (PDF, a turned painter) nothing is rounded. The painter is
+/// *borrowed*; its state is restored when the canvas goes. Main thread only.
 namespace plotkit {
 
 class TextImages;
@@ -34,7 +34,7 @@ public:
     /// The rectangle in painter units, on whole pixels where the canvas is aligned.
     QRectF alignedRect(const QRectF& points) const;
 
-    /// What of an aligned canvas can show: the device, less what need not be painted again. Device pixels.
+    /// The part of an aligned canvas that can be seen: the device, less what need not be painted again. Device pixels.
     QRect visiblePixels() const;
 
     /// The image an aligned canvas paints on, where its pixels may be blended directly inside `visiblePixels()`; null

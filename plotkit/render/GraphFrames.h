@@ -6,8 +6,8 @@
 #include <QtCore/QSize>
 #include <QtGui/QImage>
 
-/// Paints the frames of a view: a graph with layers is kept as a picture beneath them, so that a layer that moves costs
-/// laying that picture down, and drawing the layers.
+/// Paints the frames of a view: a graph with layers is kept as a picture, so that moving a layer costs no more than
+/// copying that picture and drawing the layers.
 ///
 /// A graph without layers, and one on a device without pixels, is painted straight to where it is shown, and nothing is
 /// kept. A view *owns* one. Main thread
@@ -19,9 +19,9 @@ enum class GraphChange { Anything, LayersOnly };
 
 class GraphFrames {
 public:
-    /// Paints graph and layers into `rect` (points) and answers whether the graph itself was painted: where only layers
-    /// changed it is, if size, density or position in the picture did too. Pixels do not depend on what was kept, but
-    /// for rounding where the graph is translucent. Tells nobody.
+    /// Paints graph and layers into `rect` (points) and answers whether the graph itself was painted. After a change of
+    /// layers only, it is painted if size, density or position between pixels changed too. Kept pictures make no
+    /// difference to the pixels, but for rounding where the graph is translucent. Reports to no delegate.
     bool paint(QPainter& painter, const CPTXYGraph& graph, const QRectF& rect, GraphChange change);
 
 private:

@@ -10,7 +10,7 @@ namespace plotkit {
 class GraphPainter {
 public:
     /// Paints the graph into `rect` (points) of the painter: fill, frame, grid, axis lines, plots, ticks, texts,
-    /// layers, in this order. An empty rectangle draws nothing. Tells nobody.
+    /// layers, in this order. An empty rectangle draws nothing. Reports to no delegate.
     void paint(QPainter& painter, const CPTXYGraph& graph, const QRectF& rect);
 
     /// The same without the layers.

@@ -7,7 +7,7 @@ namespace plotkit {
 
 namespace {
 
-/// In the mean; shorter ones cost more than the pixels.
+/// Pixels on average; shorter runs cost more than copying the pixels.
 constexpr std::size_t kShortestRun = 32;
 
 /// The C library's own, which uses the widest stores there are.

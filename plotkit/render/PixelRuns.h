@@ -7,16 +7,17 @@
 #include <cstddef>
 #include <vector>
 
-/// An opaque picture as runs of equal pixels, row by row: laid down at the speed of writing, without reading a second
+/// An opaque picture as runs of equal pixels, row by row: written at the speed of memory, without reading a second
 /// picture. Made for gradients that change from row to row, and frames. One thread at a time.
 namespace plotkit {
 
 class PixelRuns {
 public:
     PixelRuns() = default;
-    /// Of a picture of 32-bit pixels. Empty where runs are so short that copying the picture is as good.
+    /// The runs of a picture of 32-bit pixels. Empty where runs are so short that copying the picture is as good.
     explicit PixelRuns(const QImage& picture) : PixelRuns(picture, 0, 0) {}
-    /// Of the picture with one column `extra` times more. Requires: a column of the picture, extra not negative.
+    /// The runs of the picture with one column repeated `extra` times more. Requires: a column of the picture, extra
+    /// not negative.
     PixelRuns(const QImage& picture, int column, int extra);
 
     bool isEmpty() const { return m_rowStarts.empty(); }

@@ -101,7 +101,7 @@ void PlotPainting::prepareLayer(const QSize& size)
     m_layer.fill(0);
 }
 
-/// Straight into the picture where that is an image; else into a layer of their own, which is then laid over it.
+/// Straight into the picture where that is an image; else into an image of their own, which is then drawn over it.
 void PlotPainting::drawPixels(GraphCanvas& canvas, const CPTXYGraph& graph, const QRectF& plotArea)
 {
     const QRectF wholeClip = canvas.alignedRect(clipFor(plotArea, widestLine(graph)));

@@ -10,8 +10,8 @@
 
 /// Draws the plots of a graph: their reduced polylines become pixels on a raster device and paths on any other.
 ///
-/// Keeps its working memory from frame to frame: one painter for a view that repaints, a passing one for a single
-/// picture. Work depends on the pixels shown, never on the number of points. Main thread only.
+/// Keeps its working memory from frame to frame; a graph painter *owns* one. Work depends on the pixels shown, never on
+/// the number of points. Main thread only.
 namespace plotkit {
 
 class PlotPainting {

@@ -8,7 +8,7 @@ namespace plotkit {
 
 namespace {
 
-/// Every part of a pixel times `alpha` / 255, rounded as the toolkit rounds: two parts side by side in a number.
+/// Every channel of a pixel times `alpha` / 255, rounded as the toolkit rounds: two channels side by side in a number.
 quint32 partOf(quint32 pixel, quint32 alpha)
 {
     constexpr quint32 kEven = 0x00ff00ffU;

@@ -6,7 +6,7 @@
 
 /// Fills a rectangle of pixels as the toolkit's painter does, bit for bit, but on the calling thread.
 ///
-/// The painter shares out whatever has many rows among threads, the one pixel of a grid line's row too: waking a thread
+/// The painter spreads every rectangle of many rows over threads, even a grid line one pixel wide: waking a thread
 /// costs more than blending such a line. One thread at a time.
 namespace plotkit {
 

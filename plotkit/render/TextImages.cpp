@@ -11,7 +11,7 @@ namespace {
 
 /// More texts than a picture shows; beyond, everything is forgotten and what is shown comes back with the next frame.
 constexpr std::size_t kMostKept = 400;
-/// Larger texts are drawn where they stand.
+/// Larger texts are drawn directly, without an image.
 constexpr double kLargestSide = 2048;  // pixels
 constexpr double kReach = 4;           // points a halo or a slanted glyph reaches beyond its box
 

@@ -11,7 +11,7 @@
 #include <tuple>
 
 /// Texts as images, and their sizes, kept from frame to frame: shaping a label and stroking its halo cost far more than
-/// laying it down. Whoever paints frames *owns* one. Main thread only.
+/// copying its image. Whoever paints frames *owns* one. Main thread only.
 namespace plotkit {
 
 class TextImages {

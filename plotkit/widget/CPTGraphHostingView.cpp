@@ -67,8 +67,8 @@ void CPTGraphHostingView::setHostedGraph(CPTXYGraphPtr graph)
     cancelDrag();
     m_hostedGraph = std::move(graph);
     if (m_hostedGraph) {
-        // Never taken back, as another view may have set its own since; a graph that is hosted no longer is passed
-        // over.
+        // Never reset, as another view may have set its own since; calls of a graph that is hosted no longer are
+        // ignored.
         const auto handlerFor = [this](plotkit::GraphChange change) {
             return [view = QPointer<CPTGraphHostingView>(this), shown = m_hostedGraph.get(), change] {
                 if (view && view->m_hostedGraph.get() == shown)

@@ -22,8 +22,8 @@ enum class GraphChange;
 ///
 /// *Shares* the hosted graph. Drag pans both axes, wheel and pinch zoom about the pointer, horizontal scroll pans x;
 /// arrow keys pan by a tenth, plus, equals and minus zoom, Home fits. Every step is proposed to each plot space that
-/// allows interaction, the default one first, in that space's own values: x first, then y. Whatever its delegate
-/// answers is what is shown. Without a graph, or where no plot space allows interaction, events go on to the parent.
+/// allows interaction, the default one first, in that space's own values: x first, then y. What its delegate answers is
+/// shown. Without a graph, or where no plot space allows interaction, events go on to the parent.
 ///
 /// Where only the graph's layers changed, the graph beneath them is not painted again. Every other paint ends with the
 /// plots' finished-drawing reports, sent when the painter has ended: a delegate may change other widgets and the graph,

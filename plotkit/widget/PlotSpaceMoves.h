@@ -7,8 +7,7 @@
 
 /// What gestures and keys propose to a plot space: moves and zooms measured in points of the view.
 ///
-/// Points are those of the view, y downward. Plot spaces are *borrowed*, but for a drag, which *shares* its one. Main
-/// thread only.
+/// Points are those of the view, y downward. Plot spaces are *borrowed*; a drag *shares* its own. Main thread only.
 namespace plotkit {
 
 /// How much one notch of a wheel, or one press of plus, magnifies.
@@ -23,13 +22,13 @@ double zoomFactorForWheel(double eighthsOfDegree);
 /// An empty plot area: nothing happens.
 void zoomAboutPoint(CPTXYPlotSpace& space, const QRectF& plotArea, double factor, QPointF point);
 
-/// Moves what x shows by `points`, positive to the right. An empty plot area: nothing happens.
+/// Moves what is shown along x by `points`, positive to the right. An empty plot area: nothing happens.
 void panXBy(CPTXYPlotSpace& space, const QRectF& plotArea, double points);
 
 /// Moves the shown part of an axis by a fraction of its length, positive towards its end.
 void panByFraction(CPTXYPlotSpace& space, CPTCoordinate coordinate, double fraction);
 
-/// A pan that follows the pointer from the ranges there were when it began, so that it never drifts.
+/// A pan that follows the pointer, always reckoned from the ranges at its beginning, so that it never drifts.
 ///
 /// Ranges that someone else changes meanwhile (a fit, say) become the new start.
 class PlotSpaceDrag {
@@ -39,7 +38,7 @@ public:
 
     CPTXYPlotSpace& space() const { return *m_space; }
 
-    /// Proposes x first, then y. The pointer where it was last: nothing is proposed.
+    /// Proposes x first, then y. A pointer that has not moved proposes nothing.
     void moveTo(QPointF point);
 
 private:

@@ -2,7 +2,7 @@
 
 #include <QtWidgets/QStyledItemDelegate>
 
-/// Draws a cell's colour as a rounded swatch in its middle; an absent colour leaves the cell empty.
+/// Draws a cell's colour as a rounded swatch in the cell's middle; without a colour the cell stays empty.
 ///
 /// The colour is the cell's decoration. The table view *owns* it. Main thread only.
 class ColorSwatchDelegate : public QStyledItemDelegate {

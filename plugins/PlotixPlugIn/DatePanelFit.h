@@ -7,10 +7,12 @@
 class QPushButton;
 class QWidget;
 
-/// Keeps a date panel usable where it is narrow: the labels go, and the quick-range button keeps its arrow alone. Both
-/// come back with the room. Pickers and buttons speak to screen readers by names of their own all the time.
+/// Keeps a date panel usable where it is narrow: hides the labels, and the text of the quick-range button but not its
+/// arrow. Both come back when there is space. Screen readers read the accessible names of pickers and buttons all the
+/// time.
 ///
-/// The panel *owns* it and outlives none of the widgets, all of which stand in the panel's layout. Main thread only.
+/// The panel *owns* it. The widgets are *borrowed*: all stand in the panel's layout and live as long as the panel. Main
+/// thread only.
 class DatePanelFit : public QObject {
     Q_OBJECT
 public:
@@ -22,7 +24,7 @@ protected:
     bool eventFilter(QObject* watched, QEvent* event) override;
 
 private:
-    int comfortableWidth() const;  ///< points that everything takes with its text
+    int comfortableWidth() const;  ///< width of everything with its text, pixels
     void fit();
 
     QWidget* m_panel;

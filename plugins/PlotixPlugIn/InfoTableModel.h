@@ -7,9 +7,9 @@
 
 /// The rows of the statistics table as the table view reads them: the arranged objects of the array controller.
 ///
-/// *Borrows* the controller and forgets it when it goes. Positions are displayed positions. When the rows change, rows
-/// come and go at the end and the others change in place, so that whatever a view keeps per position stays. Sorting
-/// goes through the controller. The table view *owns* it. Main thread only.
+/// *Borrows* the controller and forgets it when it is destroyed. Positions are displayed positions. When the number of
+/// rows changes, rows are added or removed at the end and the others change in place, so that what a view keeps per
+/// position stays. Sorting goes through the controller. The table view *owns* it. Main thread only.
 class InfoTableModel : public QAbstractTableModel {
     Q_OBJECT
 public:
@@ -21,7 +21,7 @@ public:
     InfoTableArrayController* arrayController() const { return m_controller; }
     void setArrayController(InfoTableArrayController* controller);  ///< null: no rows
 
-    /// True while rows come and go after the controller's.
+    /// True while rows are added or removed to match the controller's.
     bool isFollowingController() const { return m_following; }
 
     /// What a column is called in a saved layout. Stored: never change.

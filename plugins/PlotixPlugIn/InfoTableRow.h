@@ -9,7 +9,7 @@
 #include <memory>
 #include <vector>
 
-/// One row of the statistics table, and the list of rows as the plug-in, the table and the archive share it.
+/// One row of the statistics table, and the list of rows that the plug-in, the table and the archive use.
 ///
 /// Rows have identity: they are *shared* by pointer and compared by pointer, so "remove this row" removes one.
 /// Statistics are computed in double precision and kept in single precision. Main thread only.

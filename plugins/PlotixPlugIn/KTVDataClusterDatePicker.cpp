@@ -52,7 +52,7 @@ void KTVDataClusterDatePicker::setDateValue(const plotix::OptionalDate& date)
     m_dateValue = date;
     if (std::isnan(date->seconds))
         return;
-    // The editor tells its listeners of a programmatic change like of an edit; here nobody may hear of it.
+    // The editor reports a programmatic change like an edit; this one must not be reported.
     const QSignalBlocker silence(this);
     setDateTime(nearestShown(*date, minimumDateTime(), maximumDateTime()));
     m_shown = dateTime();

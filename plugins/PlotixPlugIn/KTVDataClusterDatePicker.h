@@ -5,7 +5,7 @@
 
 #include <QtWidgets/QDateTimeEdit>
 
-/// Told when Return or Enter is pressed in a date picker. Held weakly.
+/// Told when Return or Enter is pressed in a date picker. Held *weakly* by the picker. Main thread only.
 class DataClusterDatePickerReturnKeyNotification : public WeaklyReferenced {
 public:
     virtual void returnKeyPressed(QObject* sender) = 0;
@@ -24,9 +24,9 @@ public:
     /// The exact date, to the bit, that was set or edited last.
     const plotix::OptionalDate& dateValue() const { return m_dateValue; }
 
-    /// An absent date changes nothing: neither what is shown nor the value, so that every later reader still finds a
-    /// range. A date the editor cannot show (before 1752, after 9999, not a number) is kept all the same; the editor
-    /// shows the nearest it can, or what it showed before.
+    /// An absent date changes nothing, neither what is shown nor the value: there is always a range to read. A date the
+    /// editor cannot show (before 1752, after 9999, not a number) is kept all the same; the editor shows the nearest it
+    /// can, or what it showed before.
     void setDateValue(const plotix::OptionalDate& date);
 
     DataClusterDatePickerReturnKeyNotification* notifyReturnKeyDelegate() const { return m_returnKeyDelegate.get(); }
@@ -39,7 +39,7 @@ signals:
     void dateEdited();
 
 protected:
-    /// Return and Enter go to the delegate and no further; every other key edits.
+    /// Return and Enter go to the delegate and no farther; every other key edits.
     void keyPressEvent(QKeyEvent* event) override;
     bool eventFilter(QObject* watched, QEvent* event) override;
 

@@ -88,8 +88,8 @@ void KTVDataClusterViewController::encodeWithCoder(plotix::KeyedEncoder& encoder
 
 void KTVDataClusterViewController::initDefaultDates()
 {
-    // The start of today is the user's calendar's; the day after it is counted by the Gregorian one. A day is a
-    // calendar day here, not 86,400 seconds.
+    // Today starts by the user's calendar; the day after it is counted by the Gregorian one. A day is a calendar day
+    // here, not 86,400 seconds.
     static const QCalendar gregorian(QCalendar::System::Gregorian);
     const QDateTime startOfToday = QDate::currentDate().startOfDay();
     const QCalendar::YearMonthDay day = gregorian.partsFromDate(startOfToday.date().addDays(1));
@@ -252,7 +252,7 @@ void KTVDataClusterViewController::timerFireMethod()
 
 void KTVDataClusterViewController::buttonPressed()
 {
-    // The one button serves both actions; what it reads says which. Its text is the localised one, so is this.
+    // One button serves both actions; its text says which. That text is localised, so compare with the localised one.
     if (m_refreshButton->text() == localized(QT_TRANSLATE_NOOP("Plotix", "Cancel")))
         cancel(m_refreshButton);
     else
@@ -276,7 +276,7 @@ void KTVDataClusterViewController::cancel(QObject*)
 void KTVDataClusterViewController::returnKeyPressed(QObject*)
 {
     // Compares with the text as written here, not with its translation: where "Cancel" is translated, Return always
-    // refreshes. Whoever "fixes" this changes what Return does for those users.
+    // refreshes. "Fixing" this would change what Return does for those users.
     if (m_refreshButton && m_refreshButton->text() == QLatin1String("Cancel")) {
         refreshComplete(nullptr);
         if (m_delegate)
@@ -302,7 +302,7 @@ void KTVDataClusterViewController::refreshStarted(QObject*)
     m_progressIndicator->startAnimation();
     m_progressIndicator->show();
     m_refreshButton->setText(localized(QT_TRANSLATE_NOOP("Plotix", "Cancel")));
-    // A disabled editor gives the focus to nobody, and the next Return would never reach this panel.
+    // A disabled editor passes the focus to no widget, and the next Return would never reach this panel.
     if (losesFocus)
         m_refreshButton->setFocus();
 }

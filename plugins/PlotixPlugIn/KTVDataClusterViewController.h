@@ -18,8 +18,8 @@
 /// "Cancel" while records are fetched, and a progress indicator.
 ///
 /// The plug-in *owns* it; it *owns* its view, unless the view's parent deletes it first, after which every operation is
-/// still safe and the dates are kept. The delegate is *weak*. It validates nothing and fetches nothing. No field says
-/// whether a fetch runs: only the controls do. Main thread only.
+/// still safe and the dates are kept. The delegate is *weak*. It validates nothing and fetches nothing. Whether a fetch
+/// runs is kept in no field: only the controls show it. Main thread only.
 class KTVDataClusterViewController : public QObject, public DataClusterDatePickerReturnKeyNotification {
     Q_OBJECT
 public:
@@ -46,7 +46,8 @@ public:
     QPushButton* refreshButton() const { return m_refreshButton; }
     ProgressIndicator* progressIndicator() const { return m_progressIndicator; }
 
-    /// The pickers' exact dates. Setting notifies nobody and starts no timer; an absent date leaves the picker alone.
+    /// The pickers' exact dates. Setting notifies nobody and starts no timer; an absent date leaves the picker as it
+    /// is.
     OptionalDate fromDateValue() const;
     OptionalDate toDateValue() const;
     void setFromDateValue(const OptionalDate& date);
@@ -60,10 +61,10 @@ public:
     /// The latest delay timer, also after it has fired; null before the first edit.
     const QTimer* dateChangeDelayTimer() const { return m_dateChangeDelayTimer; }
 
-    /// Sets the pickers whose date is given, then tells the delegate, also when neither is.
+    /// Sets the pickers whose date is given, then tells the delegate, even if neither is.
     void updateDates(const OptionalDate& fromDate, const OptionalDate& toDate);
-    void acceptDates(QObject* sender);  ///< keeps the pickers' dates as those to return to
-    /// Puts the accepted dates back without telling the delegate. Before any `acceptDates` the pickers stay.
+    void acceptDates(QObject* sender);  ///< remembers the pickers' dates for restoring them
+    /// Restores the accepted dates without telling the delegate. Before any `acceptDates` the pickers stay as they are.
     void restorePreviousDate();
     void refreshStarted(QObject* sender);
     void refreshComplete(QObject* sender);

@@ -2,7 +2,7 @@
 
 #include "plotkit/widget/CPTGraphHostingView.h"
 
-/// What a graph's hosting view asks for from the keyboard.
+/// What a graph's hosting view asks for when a key is pressed. *Borrowed* by the view. Main thread only.
 class KTVGraphHostingViewKeyDelegate {
 public:
     virtual ~KTVGraphHostingViewKeyDelegate() = default;
@@ -11,7 +11,8 @@ public:
 
 /// The trend view's graph area: a hosting view whose key "r" asks the key delegate to refresh.
 ///
-/// The root view *owns* it. The key delegate is *borrowed*: it resets itself before it goes. Main thread only.
+/// The root view *owns* it. The key delegate is *borrowed*: it must set itself back to null before it is destroyed.
+/// Main thread only.
 class KTVGraphHostingView : public CPTGraphHostingView {
     Q_OBJECT
 public:

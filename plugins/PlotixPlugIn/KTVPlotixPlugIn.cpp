@@ -114,7 +114,7 @@ void KTVPlotixPlugIn::encodeWithCoder(KTVEncoder& encoder) const
         encodePlotRange(encoder, *m_plotRangeForY);
     encoder.encodeValue(QStringLiteral("infoTableArray"), variantListFromInfoTableArray(*m_infoTableArray));
 
-    // The layout is the table's own at this moment; only a view that was never opened writes back the stored one.
+    // With the view loaded, the table's own layout is archived; without it, the one read from the archive.
     if (m_infoTable)
         encoder.encodeValue(QStringLiteral("tableColumns"), m_infoTable->dictionaryForAutosavingLayout());
     else if (m_tableColumns)
@@ -187,8 +187,8 @@ void KTVPlotixPlugIn::viewDidLoad()
     connect(m_sharingButton, &QAbstractButton::pressed, this, [this] { sharingButtonClicked(m_sharingButton); });
 }
 
-// The order is part of the contract: overlay and date panel leave their superviews first, and the observers go while
-// the properties and the agent are still there.
+// The order is part of the contract: overlay and date panel are taken out of their superviews first, and the observers
+// are removed while properties and agent still exist.
 KTVPlotixPlugIn::~KTVPlotixPlugIn()
 {
     m_imageSize.clear();

@@ -21,7 +21,7 @@ inline constexpr ObservationTag kPropertyColor{"color"};
 
 /// The trend view: plots a set of properties of one agent over a date range, with a statistics table below.
 ///
-/// One class, many rooms. Where each topic lives:
+/// One class, one file per topic:
 ///
 ///   construction, archive, view setup, teardown, description    KTVPlotixPlugIn.cpp
 ///   fetching records, what happens with the answer              KTVPlotixPlugIn_Acquisition.cpp
@@ -37,12 +37,12 @@ inline constexpr ObservationTag kPropertyColor{"color"};
 ///   the printed report: page setup, HTML, header and footer     KTVPlotixPlugIn_Report.cpp
 ///   the collapsible details panel                               KTVPlotixPlugIn_DetailsPanel.cpp
 ///
-/// A field is written by one room, named beside it; beyond that only construction and decoding fill fields. Two
-/// exceptions: the graph room makes `binders` together with the graph and the series room fills it, and the property
-/// set takes rows out of `infoTableArray` through the array controller, as the observation room recolours them.
+/// A field is written by one file, named beside it, apart from construction and decoding. Two exceptions: the Graph
+/// file makes `binders` together with the graph and the Series file fills it; PropertySet removes rows from
+/// `infoTableArray` through the array controller, and Observation recolours them.
 ///
-/// Held by shared_ptr: the host *shares* it, an off-screen one is kept by its pending fetch alone. Outlets are weak and
-/// null while no view is loaded; every operation is safe then. Main thread only.
+/// Held by shared_ptr: the host *shares* it; an off-screen one is kept alive by its pending fetch alone. Outlets are
+/// weak and null while no view is loaded; every operation is safe then. Main thread only.
 class KTVPlotixPlugIn : public KTVPlugIn,
                         public CPTPlotSpaceDelegate,
                         public CPTPlotDelegate,
@@ -59,7 +59,7 @@ public:
     using OptionalDate = plotix::OptionalDate;
     using Binders = std::map<QString, CPTSeriesControllerPtr>;
 
-    // Construction: null when the base declines. Absent tables are not the same as empty ones.
+    // Construction: null when the base declines. Absent tables mean something else than empty ones.
     static Ptr initWithAgent(KTVAgentPtr agent, KTVSiteWindowController* siteWindowController);
     static Ptr initWithAgent(KTVAgentPtr agent, KTVSiteWindowController* siteWindowController, const Tables& tables);
     static Ptr initWithAgent(KTVAgentPtr agent, KTVSiteWindowController* siteWindowController, const Tables& tables,
@@ -133,8 +133,8 @@ public:
                       const std::optional<QStringList>& properties, const QString& title, const QSizeF& size,
                       QObject* target, const QByteArray& selector);
 
-    /// The graph as it stands, drawn at `size` with `title` above it (empty: none); what is on screen is as before
-    /// afterwards. Null, or empty, before the first rebuild and for empty sizes.
+    /// The graph as it is, drawn at `size` with `title` above it (empty: none); the screen is unchanged afterwards.
+    /// Null, or empty, before the first rebuild and for empty sizes.
     Q_INVOKABLE QImage graphImageWithSize(const QSizeF& size, double density, const QString& title);
     Q_INVOKABLE QByteArray graphPDFWithSize(const QSizeF& size, const QString& title);
 
@@ -245,7 +245,7 @@ private:
     void requestRecords(const OptionalDate& fromDate, const OptionalDate& toDate);
     using RecordsHandler =
         std::function<void(KTVPlotixPlugIn&, const KTVRecordDictionaryPtr&, const std::optional<KTVError>&)>;
-    /// The one way to the archive: the handler is called on the main thread, unless this object has gone by then.
+    /// Every fetch goes through here: the handler is called on the main thread, unless this object is gone by then.
     void fetchRecords(const OptionalDate& fromDate, const OptionalDate& toDate, RecordsHandler handler);
     void showRecordsInRange(const KTVRecordDictionaryPtr& records, const CPTPlotRange& range);
     void buildGraph();
@@ -262,7 +262,7 @@ private:
     void writeToChosenFile(const QString& fileType, const std::function<QByteArray()>& makeData);
 
     Tables m_properties;                                             // shares; PropertySet. Absent is not empty
-    OptionalDate m_fromDate;                                         // its maker, before the view is loaded
+    OptionalDate m_fromDate;                                         // setFromDate(), before the view is loaded
     OptionalDate m_toDate;                                           // likewise
     KTVDataClusterViewController::Pointer m_dataCluster;             // owns
     bool m_propertyDetailsShowing = false;                           // DetailsPanel

@@ -97,7 +97,7 @@ void KTVPlotixPlugIn::fetchRecords(const OptionalDate& fromDate, const OptionalD
 void KTVPlotixPlugIn::doValidDataSource(const KTVRecordDictionaryPtr& records, const std::optional<KTVError>& error)
 {
     if (!records) {
-        // Modal, and the busy state stays: nothing but a drawing or the user ends it.
+        // The alert is modal, and the busy state stays: only a drawing or the user ends it.
         KTVHostServices::installed().userInterface->runModal(
             {QStringLiteral(QT_TRANSLATE_NOOP("Plotix", "Database Access Error")),
              QStringLiteral(QT_TRANSLATE_NOOP("Plotix", "Returned object was malformed."))});

@@ -48,7 +48,7 @@ void KTVPlotixPlugIn::rootViewDidResize(const QSize& /*oldSize*/, const QSize& n
 
 void KTVPlotixPlugIn::propertyDetailsDisclosureButtonAction(QObject* sender)
 {
-    // Only the low byte counts, and only 1 shows: the mixed state is stored as true and hides all the same.
+    // Only the low byte counts, and only 1 shows: the mixed state is stored as true but hides the panel.
     const auto state = static_cast<quint8>(stateOf(sender));
     m_propertyDetailsShowing = state != 0;
     if (state == 1)

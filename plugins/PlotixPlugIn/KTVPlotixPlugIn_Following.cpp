@@ -34,7 +34,7 @@ void KTVPlotixPlugIn::showRange(double fromSeconds, double toSeconds)
 void KTVPlotixPlugIn::showRecordsInRange(const KTVRecordDictionaryPtr& records, const CPTPlotRange& range)
 {
     doValidDataSource(records, {});
-    // The fit has just shown what there is; the proposal moves the dates on to what was asked for.
+    // The fit has just shown the records there are; this proposal moves the dates on to the range that was asked for.
     if (m_graph)
         m_graph->defaultPlotSpace()->setXRange(range);
 }

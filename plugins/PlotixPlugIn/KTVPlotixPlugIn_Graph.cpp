@@ -50,7 +50,7 @@ void styleAxis(CPTXYAxis& axis)
     titleStyle.fontName = QStringLiteral("Helvetica-Bold");
     titleStyle.color = CPTColor(Qt::white);
     axis.setTitleTextStyle(titleStyle);
-    // Set a second time: the first position is only a step on the way, the constraint then holds the axis to the edge.
+    // Set a second time: the first position is overridden, as the constraint then holds the axis at the edge.
     axis.setOrthogonalPosition(0.0);
     axis.setAxisConstraints(CPTConstraints{0.0});
 }
@@ -63,7 +63,7 @@ void KTVPlotixPlugIn::buildGraph()
     m_graph = std::make_shared<CPTXYGraph>(QRectF());
     m_graph->applyTheme(CPTTheme::themeNamed(kCPTDarkGradientTheme));
     m_graph->setPlotAreaFramePadding(kPlotAreaPadding);
-    // Alpha 0 although a grey is given: round the plot area frame the graph stays transparent.
+    // Alpha 0 although a grey is given: around the plot area frame the graph stays transparent.
     m_graph->setFill(CPTFill::withColor(color(0.25F, 0.25F, 0.25F, 0.0F)));
     if (m_hostView)
         m_hostView->setHostedGraph(m_graph);

@@ -123,8 +123,8 @@ void KTVPlotixPlugIn::mergeInfoTableRow(const KTVProperty& property)
     }
     newRow.show = existing->show;
     newRow.color = existing->color;
-    // A snapshot: replacing changes the arranged objects. Each old row gets a row of its own, so that removing one of
-    // two rows of a name leaves the other.
+    // A snapshot: replacing changes the arranged objects. Each old row gets its own new row, so that removing one of
+    // two rows of the same name leaves the other.
     const InfoTableArray displayed = m_infoTableArrayController->arrangedObjects();
     for (const InfoTableRowPtr& oldRow : displayed) {
         if (oldRow->tableName != newRow.tableName)

@@ -99,8 +99,8 @@ void KTVPlotixPlugIn::recolorRows(const QString& propertyName, const QColor& col
 {
     if (!m_infoTableArrayController)
         return;
-    // All rows are added again in displayed order, changed or not: a sorted order thereby becomes the order of
-    // `infoTableArray`, and so of the report.
+    // All rows are added again in displayed order, changed or not: the sorted order thereby becomes the order of
+    // `infoTableArray`, and so that of the report.
     InfoTableArray rows = m_infoTableArrayController->arrangedObjects();
     for (InfoTableRowPtr& row : rows) {
         if (camelCaseString(row->tableName) != propertyName)

@@ -108,7 +108,7 @@ std::optional<QString> KTVPlotixPlugIn::htmlContentForPrinting()
         report.fromDate = described(m_dataCluster->fromDateValue());
         report.toDate = described(m_dataCluster->toDateValue());
     }
-    // The window's agent is asked, not the view's own: it is the site that is named.
+    // The window's agent is asked, not the view's own: the text names the site.
     const KTVAgentPtr site = siteWindowController() ? siteWindowController()->agent() : nullptr;
     if (site) {
         report.siteName = site->siteName();

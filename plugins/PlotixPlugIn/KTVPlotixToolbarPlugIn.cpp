@@ -56,7 +56,7 @@ void KTVPlotixToolbarPlugIn::decodeFields(const KTVDecoder& decoder)
 
 void KTVPlotixToolbarPlugIn::initCommon()
 {
-    // Replaces the decoded one too. Were it kept, a site opened tomorrow would offer yesterday's dates for a new view.
+    // Replaces a decoded panel too: otherwise a site opened tomorrow would offer today's dates for a new view.
     m_dataCluster = KTVDataClusterViewController::make();
     m_desiredTitle = m_lastUsedTitle;
 }

@@ -33,7 +33,7 @@ public:
     /// change.
     void encodeWithCoder(KTVEncoder& encoder) const override;
 
-    // Description. XML, JSON and a group it has none of, as the base.
+    // Description. It has no XML, JSON or group, like the base.
     QString name() const override;
     QString textDescription() const override;
     std::optional<QString> htmlDescription() const override;
@@ -42,7 +42,7 @@ public:
     int bundleVersion() const override;
     std::optional<QString> bundleShortVersion() const override;
 
-    // Toolbar. The item is a new one on every call, its object name the bundle's identifier.
+    // Toolbar. Every call makes a new item, whose object name is the bundle's identifier.
     QAction* toolbarItem() override;
     Q_INVOKABLE void toolbarItemAction(QObject* sender);
 
@@ -57,7 +57,7 @@ public:
     QString webServiceAdvertisementOnMainThreadForBaseURL(const QString& baseURL);
     GCDWebServerDataResponsePtr webServiceResponseForRequest(const KTVWebServiceRequest& request) override;
 
-    /// How the search over separate windows hands a lookup to the main queue. The override above never waits for it.
+    /// Hands the search through separate windows to the main queue. The override above never waits for it.
     using SubmitLookup = std::function<void(std::function<void()> lookup)>;
     GCDWebServerDataResponsePtr webServiceResponseForRequest(const KTVWebServiceRequest& request,
                                                              const SubmitLookup& submitLookup);

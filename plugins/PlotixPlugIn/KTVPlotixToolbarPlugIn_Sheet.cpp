@@ -79,7 +79,7 @@ void KTVPlotixToolbarPlugIn::viewDidLoad()
     m_dataCluster->refreshButton()->hide();
     m_dataClusterHostView->layout()->addWidget(m_dataCluster->view());
     m_dataCluster->view()->layout()->setContentsMargins(0, 6, 0, 6);  // flush with the table above
-    // The date panel came last; Tab visits it where it stands, between the table and the title.
+    // The date panel was added last; Tab must reach it between the table and the title, where it is seen.
     QWidget* previous = m_propertyTable;
     for (QWidget* next : std::initializer_list<QWidget*>{m_dataCluster->fromDate(), m_dataCluster->toDate(),
                                                          m_dataCluster->quickDatePopupButton(), m_titleField}) {
@@ -131,14 +131,14 @@ void KTVPlotixToolbarPlugIn::addSelectableProperty(const KTVPropertyPtr& propert
 void KTVPlotixToolbarPlugIn::showPlotixSetupWindow()
 {
     QWidget* content = view();
-    if (!content)  // whoever had it as a child has deleted it
+    if (!content)  // a parent has deleted it
         return;
     QWidget* window = siteWindowController() ? siteWindowController()->window() : nullptr;
     const QPointer<QDialog> last = m_configurationWindow;
     m_configurationWindow =
         makeSheet(content, window,
                   KTVBundle::mainBundle()->localizedString(QStringLiteral(QT_TRANSLATE_NOOP("Plotix", "New Trend"))));
-    delete last;  // after the view has moved; a sheet still up ends without an answer
+    delete last;  // after the view has moved; a sheet still open ends without an answer
     updateSelectableProperties();
     connect(m_configurationWindow, &QDialog::finished, this, &KTVPlotixToolbarPlugIn::sheetIsEnding);
     if (window)
@@ -159,7 +159,7 @@ void KTVPlotixToolbarPlugIn::cancelClicked(QObject* /*sender*/)
 
 void KTVPlotixToolbarPlugIn::endSheet(ReturnCode code)
 {
-    if (m_configurationWindow && m_configurationWindow->isVisible())  // one that has ended ends only once
+    if (m_configurationWindow && m_configurationWindow->isVisible())  // a closed sheet is not ended again
         m_configurationWindow->done(code);
 }
 

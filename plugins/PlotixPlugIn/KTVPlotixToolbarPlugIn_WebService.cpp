@@ -185,7 +185,7 @@ std::optional<QString> KTVPlotixToolbarPlugIn::webServiceAdvertisementForBaseURL
 
 QString KTVPlotixToolbarPlugIn::webServiceAdvertisementOnMainThreadForBaseURL(const QString& baseURL)
 {
-    // A view that is in a window of its own stands in the source list as well, and is listed twice.
+    // A view in a window of its own is also in the source list, and so is listed twice.
     std::vector<plotix::WebPlot> plots;
     if (const KTVSiteWindowController* controller = siteWindowController()) {
         advertiseSeparateWindows(plots, *controller, baseURL);

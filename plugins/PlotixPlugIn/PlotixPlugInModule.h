@@ -6,7 +6,8 @@
 #include <QtCore/QSizeF>
 #include <QtCore/QVariant>
 
-/// The class operations of "KTVPlotixPlugIn", for callers that reach them by name. The module *owns* it.
+/// The class operations of "KTVPlotixPlugIn", for callers that reach them by name. The module *owns* it. Main thread
+/// only.
 class KTVPlotixPlugInClass : public QObject {
     Q_OBJECT
 public:

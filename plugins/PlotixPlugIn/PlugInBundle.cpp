@@ -22,7 +22,7 @@ QString textDescription()
 
 QIcon icon()
 {
-    // Lists ask for it at every painting; a new one would be decoded and scaled each time.
+    // Lists ask for the icon at every painting; a new one would be decoded and scaled each time.
     static const QIcon shared(QStringLiteral(":/PlotixPlugIn/icon.png"));
     return shared;
 }

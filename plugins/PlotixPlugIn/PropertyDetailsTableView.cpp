@@ -224,7 +224,7 @@ void PropertyDetailsTableView::addCheckBox(int row)
     layout->setContentsMargins(0, 0, 0, 0);
     auto* checkBox = new QCheckBox(cell);
     layout->addWidget(checkBox, 0, Qt::AlignCenter);
-    // The binding writes first, the action follows: whoever acts on the click finds the row's new value.
+    // The binding writes first, the action follows: whatever acts on the click finds the row's new value.
     connect(checkBox, &QCheckBox::clicked, this, [this, checkBox](bool checked) {
         m_model->setShow(rowForView(checkBox), checked);
         emit showClicked(checkBox);
@@ -252,7 +252,7 @@ void PropertyDetailsTableView::takeSelectionFromController()
 void PropertyDetailsTableView::giveSelectionToController()
 {
     InfoTableArrayController* controller = m_model->arrayController();
-    // While rows leave at the end, the selection shrinks by itself; the controller knows better what is selected.
+    // While rows are removed at the end, the selection shrinks by itself; the controller holds the right one.
     if (m_synchronising || !controller || m_model->isFollowingController())
         return;
     m_synchronising = true;
@@ -370,7 +370,7 @@ void PropertyDetailsTableView::focusOutEvent(QFocusEvent* event)
 
 void PropertyDetailsTableView::mousePressEvent(QMouseEvent* event)
 {
-    // The right button belongs to the menu alone, which decides about the selection.
+    // The right button is for the menu alone, which decides what is selected.
     if (event->button() == Qt::RightButton)
         event->accept();
     else

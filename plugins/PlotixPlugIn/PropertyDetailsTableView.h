@@ -15,7 +15,7 @@
 class InfoTableModel;
 class QCheckBox;
 
-/// What the details table asks of its delegate. Held weakly. Main thread only.
+/// What the details table asks of its delegate. Held *weakly*. Main thread only.
 class PropertyDetailsTableViewDelegate : public WeaklyReferenced {
 public:
     virtual bool respondsToMarkDeletedRows() const { return true; }
@@ -25,10 +25,10 @@ public:
 
 /// The statistics table: check box, colour, name, unit, minimum, maximum, average and number of points per row.
 ///
-/// Shows the rows of an array controller (*borrowed*; forgotten when it goes) in its arranged order and keeps both
-/// selections alike. A click on a header sorts through the controller. Each check box is a widget of its own, so that
-/// Tab reaches it; it writes the row's "show", then `showClicked` is emitted. The table itself eats every key. Main
-/// thread only.
+/// Shows the rows of an array controller (*borrowed*; forgotten when it is destroyed) in its arranged order; the
+/// selections of both stay the same. A click on a header sorts through the controller. Each check box is a widget of
+/// its own, so that Tab reaches it; it writes the row's "show", then `showClicked` is emitted. The table itself takes
+/// every key and ignores it. Its parent *owns* it. Main thread only.
 class PropertyDetailsTableView : public QTableView {
     Q_OBJECT
 public:
@@ -48,8 +48,8 @@ public:
     QCheckBox* checkBoxForRow(int row) const;
     std::vector<std::size_t> selectedRowIndexes() const;  ///< ascending
 
-    /// Column order, widths, and the sorted column with its direction, as plain data. The widths are the columns' own:
-    /// where they leave space, the property's column is shown wider, which is nobody's choice and not kept.
+    /// Column order, widths, and the sorted column with its direction, as plain data. Widths are those chosen: where
+    /// they leave space, the property's column is shown wider, which is not stored.
     QVariantMap dictionaryForAutosavingLayout() const;
     /// Applies such data; empty, unknown or damaged parts leave the layout as it is.
     void adjustLayoutForAutosavedDictionary(const QVariantMap& dictionary);

@@ -7,7 +7,7 @@
 
 class QMimeData;
 
-/// The view that properties are dropped on.
+/// The view that properties are dropped on. Its parent *owns* it.
 ///
 /// Takes exactly one type of drag data, the delegate's. The delegate is *weak*. Main thread only.
 class PropertyDragDropView : public QWidget {

@@ -5,7 +5,7 @@
 #include <QtCore/QString>
 #include <QtCore/QStringList>
 
-/// Takes properties dropped on a view. Held weakly by the drop view. Main thread only.
+/// Takes properties dropped on a view. Held *weakly* by the drop view. Main thread only.
 class PropertyDropProtocol : public WeaklyReferenced {
 public:
     virtual void addProperties(const QStringList& propertyNames) = 0;  ///< keys, in the order dropped

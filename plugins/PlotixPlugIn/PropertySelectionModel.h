@@ -6,8 +6,8 @@
 
 /// The setup sheet's property list as its table reads it: tick box and name, colour, unit.
 ///
-/// The rows are the arranged objects of the array controller, which it *borrows* and forgets when it goes. Names,
-/// units and colours are read anew whenever the table paints. The table view *owns* it. Main thread only.
+/// The rows are the arranged objects of the array controller, which it *borrows* and forgets when that is destroyed.
+/// Names, units and colours are read anew whenever the table paints. The table view *owns* it. Main thread only.
 class PropertySelectionModel : public QAbstractTableModel {
     Q_OBJECT
 public:

@@ -3,7 +3,7 @@
 #include <QtGui/QResizeEvent>
 #include <QtWidgets/QWidget>
 
-/// The trend view's root view: tells of its resizes, since its parts stand by geometry and not in a layout.
+/// The trend view's root view. It reports its resizes, since its parts are placed by geometry and not by a layout.
 ///
 /// A layout would undo the details panel's animation at the next resize. The plug-in *owns* it. Main thread only.
 class TrendRootView : public QWidget {

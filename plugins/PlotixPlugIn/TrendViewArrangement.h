@@ -7,11 +7,11 @@
 #include <QtCore/QPointer>
 #include <QtWidgets/QWidget>
 
-/// Keeps the parts of a trend view in place: moves them to new frames in an animation, and after the view's size.
+/// Places the parts of a trend view: moves them to new frames in an animation, and when the view is resized.
 ///
 /// There is no layout: one would undo the animation at the next resize. The parts are *weak*; a missing one is skipped.
-/// Frames are remembered here, so that a part someone else has moved comes back at the next resize, and a resize during
-/// an animation moves its end along. The plug-in *owns* it. Main thread only.
+/// Frames are remembered here, so that a part that someone else has moved comes back at the next resize, and a resize
+/// during an animation changes where it ends. The plug-in *owns* it. Main thread only.
 class TrendViewArrangement : public QObject {
     Q_OBJECT
 public:
@@ -27,7 +27,7 @@ public:
 
     static constexpr int kAnimationMilliseconds = 250;
 
-    /// `size` is the parent's size that the parts' present frames are meant for.
+    /// `size` is the parent's size for which the parts' present frames were made.
     TrendViewArrangement(Parts parts, const QSize& size, QObject* parent);
 
     int height() const { return m_size.height(); }

@@ -14,7 +14,8 @@ namespace {
 
 int handledBefore = 0;
 
-/// Beneath the requests a handler of this test's own, so that a signal nobody took does not end the test program.
+/// Installs a handler of this test's own beneath the requests, so that a signal nobody takes does not end the test
+/// program.
 class StopRequestTest : public testing::Test {
 protected:
     StopRequestTest()
@@ -102,7 +103,7 @@ TEST_F(StopRequestTest, ARequestBeforeWaitingEndsTheWait)
 {
     StopRequest stop;
     std::raise(SIGTERM);
-    QCoreApplication::processEvents();  // it has been told, and will not be told again
+    QCoreApplication::processEvents();  // the request was delivered, and is not delivered again
     stop.wait();
     EXPECT_TRUE(StopRequest::isRequested());
 }

@@ -61,7 +61,7 @@ struct HostRow {
 /// The fixture of all contract tests.
 class HostContract : public testing::TestWithParam<HostRow> {
 protected:
-    /// What came to the completion handler, and how often.
+    /// What the completion handler was called with, and how often.
     struct Answer {
         KTVRecordDictionaryPtr records;
         std::optional<KTVError> error;

@@ -85,7 +85,7 @@ TEST_F(FollowedRecordingTest, TheTrendEndsNowAndHoldsExactlyWhatIsStored)
     plotix::waitForRecords(*agent);
     for (int move = 1; move <= 5; ++move) {
         waitForRecords(4);
-        lookAfterAt(currentDate().seconds + 3 * move);  // the clock of who looks runs ahead, so that each move is due
+        lookAfterAt(currentDate().seconds + 3 * move);  // the follower's clock runs ahead, so that each move is due
         ASSERT_TRUE(follower.isFollowing(trend.get()));
         const QVariantList shown = trend->shownRange();
         EXPECT_NEAR(shown[1].toDouble(), now, 0.01);

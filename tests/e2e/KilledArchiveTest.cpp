@@ -70,7 +70,7 @@ protected:
         std::memcpy(&m_acknowledged, bytes.constData(), sizeof m_acknowledged);
     }
 
-    /// All that was acknowledged, nothing that was there before less, no gap, every value as it was written.
+    /// All that was acknowledged and all that was there before is there, without a gap, every value as it was written.
     void expectUnbrokenPrefix()
     {
         const auto block = recordsOfSite(m_file)->read(1, std::vector<RowId>{1, 2}, {}, {});

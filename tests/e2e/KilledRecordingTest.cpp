@@ -56,7 +56,7 @@ protected:
         process.kill();
         ASSERT_TRUE(process.waitForFinished());
         m_heard += process.readAllStandardOutput();
-        // A line that broke off was not heard.
+        // A line that broke off does not count.
         QList<QByteArray> lines = m_heard.split('\n');
         lines.removeLast();
         for (const QByteArray& line : lines)
@@ -112,7 +112,8 @@ TEST_F(KilledRecordingTest, FiftyKillsLoseNothingThatWasStored)
             waitForStored(*process, static_cast<int>(random() % 8));
         QThread::usleep(random() % 20'000);
         kill(*process);
-        // Not after every kill: a look from here brings the log back before the program itself has to.
+        // Not after every kill: opening the file here recovers the log, which the program itself must also be able to
+        // do.
         if (round % 4 == 3)
             expectNothingLost();
     }

@@ -28,7 +28,7 @@ protected:
     /// A file of real measurements that may lie beside the project; empty when it does not.
     static QString measurements(const QString& name);
 
-    /// Without lines that the platform's libraries write on their own account.
+    /// Without the lines that the platform's libraries write by themselves.
     const QByteArray& error() const { return m_error; }
     const QByteArray& output() const { return m_output; }
 

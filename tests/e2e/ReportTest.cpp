@@ -141,7 +141,7 @@ TEST_F(ReportTest, UnknownViewNamesThoseThereAre)
     EXPECT_FALSE(QFile::exists(path("report.pdf")));
 }
 
-// Building a report moves the view's dates and resizes its graph; none of that is the site's.
+// Building a report moves the view's dates and resizes its graph; none of that is stored in the site.
 TEST_F(ReportTest, TheSiteStaysAsItIsStored)
 {
     importWeek({"Wind"});

@@ -8,7 +8,7 @@
 #include <optional>
 #include <vector>
 
-/// Blocks of records, written down shortly. Values are optionals: an absent one is an element that is not valid.
+/// Blocks of records in short form. Values are optional: an absent one is an element that is not valid.
 class BlockFixture : public testing::Test {
 protected:
     using Values = std::vector<std::optional<double>>;

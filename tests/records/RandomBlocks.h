@@ -8,14 +8,14 @@
 #include <span>
 #include <vector>
 
-/// Blocks of records by chance: odd values among plain ones, some of them not valid. The same seed, the same blocks.
+/// Random blocks of records: odd values among plain ones, some of them not valid. The same seed gives the same blocks.
 class RandomBlocks {
 public:
     explicit RandomBlocks(unsigned seed) : m_random(seed) {}
 
     std::size_t below(std::size_t limit) { return std::uniform_int_distribution<std::size_t>(0, limit - 1)(m_random); }
 
-    /// One column for each property of those that chance leaves in.
+    /// One column for each property of a random selection.
     plotix::RecordBlock block(std::span<const plotix::RowId> properties, const std::vector<double>& times)
     {
         plotix::RecordBlock made{plotix::SharedArray<double>::fromVector(times), {}};

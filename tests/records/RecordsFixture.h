@@ -8,7 +8,7 @@
 /// Records of one agent or more in a store, whichever it is.
 class RecordsFixture : public BlockFixture {
 protected:
-    /// The store, opened anew: nothing is remembered from an earlier time.
+    /// The store, opened anew: nothing is cached from before.
     virtual std::shared_ptr<plotix::RecordStore> opened() = 0;
 
     void store(const plotix::RecordBlock& records) { storeFor(agent, records); }

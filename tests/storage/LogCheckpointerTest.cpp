@@ -23,7 +23,7 @@ TEST_F(LogCheckpointerTest, AShortLogIsLeftAlone)
 {
     plotix::Database database = opened();
     LogCheckpointer checkpointer(database);
-    commit(database, 1100);  // behind a thousand the database's own merging would have begun the log anew
+    commit(database, 1100);  // after a thousand pages the database itself would have merged the log
     EXPECT_GT(logBytes(), qint64(1100) * 16384);
 }
 

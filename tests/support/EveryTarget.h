@@ -6,11 +6,11 @@
 
 /// The same loops for each processor, to be compared with one another.
 ///
-/// Tells Highway for a moment that this processor has less than it has; so one thread at a time, before others run.
+/// Tells Highway for a moment that this processor has fewer targets than it has: one thread only, before others run.
 namespace plotix::testing {
 
-/// What `Kernels::best()` answers on processors that have each one of the targets that this one runs: the widest
-/// first, and last the target that goes through one number at a time, which the others are held to.
+/// What `Kernels::best()` answers on processors that have each one of the targets that this one runs: the widest first,
+/// and last the target that handles one number at a time, which the others must equal.
 template <class Kernels>
 std::vector<const Kernels*> everyTarget()
 {

@@ -7,8 +7,8 @@
 
 namespace {
 
-/// Place, fonts, zone and language are the same wherever the tests run; settings and data go to a folder of this
-/// process's own, since several run at a time.
+/// Locale, fonts, zone and language are the same wherever the tests run; settings and data go to a folder of
+/// this process's own, since several run at a time.
 void pinSurroundings(const QTemporaryDir& home)
 {
     qputenv("LC_ALL", "C.UTF-8");

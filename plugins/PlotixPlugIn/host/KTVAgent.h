@@ -7,7 +7,8 @@
 
 class KTVSiteWindowController;
 
-/// The agent's measured quantities: looked up by key, enumerated in the host's order. A value; shares the properties.
+/// The agent's measured quantities: looked up by key, enumerated in the host's order. A value that *shares* the
+/// properties. Main thread only.
 class KTVHOST_EXPORT KTVPropertyCollection {
 public:
     KTVPropertyCollection() = default;
@@ -28,7 +29,7 @@ public:
 
     virtual KTVPropertyCollection properties() const = 0;
     virtual QString uniqueIdentifier() const = 0;
-    virtual KTVArchiveManager* archiveManager() const = 0;  ///< borrowed; lives as long as the agent
+    virtual KTVArchiveManager* archiveManager() const = 0;  ///< *borrowed*; lives as long as the agent
     virtual std::optional<QString> siteName() const = 0;
     virtual std::optional<QString> siteLocation() const = 0;
     virtual KTVSiteWindowController* siteWindowController() const = 0;  ///< borrowed; null without a window

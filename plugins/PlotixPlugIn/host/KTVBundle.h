@@ -5,7 +5,8 @@
 #include <QtCore/QString>
 #include <QtGui/QImage>
 
-/// A bundle: localised texts, image resources, names and versions. The host *owns* its main bundle. Main thread only.
+/// Localised texts, image resources, names and versions of a program or module. The host *owns* its main bundle. Main
+/// thread only.
 class KTVHOST_EXPORT KTVBundle {
 public:
     virtual ~KTVBundle();

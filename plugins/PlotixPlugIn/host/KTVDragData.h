@@ -13,7 +13,7 @@ class QMimeData;
 
 /// What a drag of properties carries: the keys of properties of one agent, under a type named after the agent.
 ///
-/// Reading is data-only: bytes become texts or nothing, whatever they are. Stored: never change.
+/// Reading is safe for any bytes: they become texts or nothing. Stored: never change.
 ///
 ///     data  := magic count string*      nothing may follow
 ///     magic := "KTVKEYS1"               eight bytes

@@ -60,7 +60,7 @@ void KTVGraphicsContext::copyImage(const QImage& image, const QPointF& point, co
     m_painter->save();
     m_painter->setOpacity(opacity);
     m_painter->setRenderHint(QPainter::SmoothPixmapTransform);
-    // Paper cannot become transparent, and print devices know no other way of composing.
+    // Paper cannot become transparent, and print devices support no other composition mode.
     if (m_surface == Surface::Pixels && m_painter->paintEngine()->hasFeature(QPaintEngine::PorterDuff))
         m_painter->setCompositionMode(QPainter::CompositionMode_Source);
     m_painter->drawImage(QRectF(corner, part.size()), m_surface == Surface::Paper ? onWhite(image) : image, pixels);

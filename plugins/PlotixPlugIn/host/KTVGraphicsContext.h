@@ -10,7 +10,7 @@
 
 class QPainter;
 
-/// Where drawing goes while somebody is asked to draw: a surface and the way its y axis runs.
+/// Where drawing goes while somebody is asked to draw: a surface and the direction of its y axis.
 ///
 /// Coordinates are points. In an unflipped context y grows upward from the surface's lower edge, as page coordinates
 /// do; in a flipped one downward from the upper edge. This class is the one place where either becomes the painter's
@@ -31,11 +31,11 @@ public:
 
     /// Null while nobody draws.
     static KTVGraphicsContext* currentContext();
-    /// Answers what was current before. The context is *borrowed* until the next call.
+    /// Returns the context that was current before. The context is *borrowed* until the next call.
     static KTVGraphicsContext* setCurrentContext(KTVGraphicsContext* context);
 
     bool isFlipped() const { return m_yAxis == YAxis::Flipped; }
-    /// The same drawing surface with the other way of counting.
+    /// The same drawing surface with that direction of the y axis.
     KTVGraphicsContext withYAxis(YAxis yAxis) const { return {m_painter, m_height, yAxis, m_surface}; }
 
     /// Copies the part `source` of the image (points, its lower left corner being 0, 0; what lies outside the image is

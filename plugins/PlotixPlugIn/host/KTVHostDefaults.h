@@ -2,7 +2,7 @@
 
 #include "plugins/PlotixPlugIn/host/KTVHostServices.h"
 
-/// The services that stand in where a host has installed none: a program without a desktop.
+/// The services used where a host has installed none: those of a program without a desktop.
 ///
 /// Alerts are written to stderr and count as dismissed; save panels are cancelled; the sharing picker offers nothing;
 /// no modifier key is held down; texts are their keys; no quick range can be given; help stays closed. Numbers are

@@ -13,8 +13,8 @@ class KTVNaturalLanguageDateCreator;
 class KTVPrintInfo;
 class KTVUserInterface;
 
-/// What stands behind the host's class operations. Installed once by the host before it loads a module, and by a test
-/// for its own duration; pointers are *borrowed* and must outlive the installation. Main thread only.
+/// The objects that answer the host's class operations. A host installs them once, before it loads a module; a test
+/// installs its own while it runs. The pointers are *borrowed* and must outlive the installation. Main thread only.
 struct KTVHOST_EXPORT KTVHostServices {
     std::function<std::unique_ptr<KTVMessageViewController>()> makeMessageViewController;
     KTVHelpManager* helpManager = nullptr;
@@ -24,9 +24,9 @@ struct KTVHOST_EXPORT KTVHostServices {
     KTVUserInterface* userInterface = nullptr;
     KTVPrintInfo* printInfo = nullptr;  ///< the application's shared print settings
 
-    /// Replaces what is installed and answers what was. Missing members are served by defaults that do nothing harmful
-    /// (alerts go to stderr, save panels are cancelled, texts are their keys).
+    /// Replaces what is installed and returns what was installed before. Missing members are served by defaults that do
+    /// nothing harmful (alerts go to stderr, save panels are cancelled, texts are their keys).
     static KTVHostServices install(KTVHostServices services);
-    /// What serves now; no member is empty.
+    /// What is installed now; no member is empty.
     static const KTVHostServices& installed();
 };

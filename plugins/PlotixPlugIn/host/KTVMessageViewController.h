@@ -14,7 +14,7 @@ class KTVHOST_EXPORT KTVMessageViewController {
 public:
     virtual ~KTVMessageViewController();
 
-    /// A new overlay of the running host's making.
+    /// A new overlay, made by the installed host.
     static std::unique_ptr<KTVMessageViewController> create();
 
     /// Puts the overlay's view over `view`, centred there also after `view` is resized, showing the message.

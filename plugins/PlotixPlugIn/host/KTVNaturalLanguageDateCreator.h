@@ -4,7 +4,8 @@
 #include "plugins/PlotixPlugIn/host/KTVHostExport.h"
 #include "plugins/PlotixPlugIn/host/KTVQuickRange.h"
 
-/// Computes start and end of named ranges; calendar-true in the user's zone and locale. Main thread only.
+/// Computes start and end of named ranges; by the calendar of the user's zone and locale. The host *owns* the single
+/// creator. Main thread only.
 ///
 /// A range the host cannot give leaves start and end as they were.
 class KTVHOST_EXPORT KTVNaturalLanguageDateCreator {
@@ -14,7 +15,7 @@ public:
     virtual ~KTVNaturalLanguageDateCreator();
     virtual void dateRange(KTVQuickRange range, OptionalDate& start, OptionalDate& end) const = 0;
 
-    /// Of the installed date creator. The operations below are the same for a range each.
+    /// Asks the installed date creator. Each operation below does the same for one range.
     static void dateRangeForQuickRange(KTVQuickRange range, OptionalDate& start, OptionalDate& end);
 
     static void dateRangeForToday(OptionalDate& start, OptionalDate& end);

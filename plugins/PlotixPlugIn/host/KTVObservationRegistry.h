@@ -4,14 +4,14 @@
 
 #include <vector>
 
-/// The observations of one property; a helper for implementations of KTVProperty. Main thread only.
+/// The observations of one property. An implementation of KTVProperty *owns* one. Main thread only.
 class KTVHOST_EXPORT KTVObservationRegistry {
 public:
     void add(KTVPropertyObserver* observer, const QString& key, ObservationTag context);
     void remove(KTVPropertyObserver* observer, const QString& key);  ///< one; the latest added first
 
     /// Tells every live observation of `key`, in the order they were added. Observers may add or remove meanwhile:
-    /// those removed are not told any more, those added are not told yet.
+    /// removed ones are told no more, added ones are told from the next notice on.
     /// Requires: `object` and this registry outlive the call.
     void notify(KTVProperty* object, const QString& key, const KTVPropertyChange& change);
 

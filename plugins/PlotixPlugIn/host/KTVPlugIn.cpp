@@ -231,7 +231,7 @@ QImage imageByScalingProportionallyToSize(const QImage& image, const QSizeF& siz
     if (image.isNull() || !(size.width() > 0) || !(size.height() > 0))
         return {};
     const double factor = std::min(size.width() / image.width(), size.height() / image.height());
-    // Rounded here: a scaling that keeps the aspect ratio itself cuts the fraction off.
+    // Rounded here: the toolkit's own scaling with the aspect ratio kept cuts fractions off.
     const QSize sides = (QSizeF(image.size()) * factor).toSize().expandedTo(QSize(1, 1));
     QImage scaled = image.scaled(sides, Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
     scaled.setDevicePixelRatio(1);

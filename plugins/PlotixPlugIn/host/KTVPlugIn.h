@@ -19,8 +19,8 @@
 /// Base of every plug-in: a view controller with a root view, archived into the site document.
 ///
 /// Always held by shared_ptr: the host *shares* it; it *shares* its agent and *borrows* the site window controller,
-/// which outlives it. The root view is *owned* by the plug-in unless a window has taken it as a child; either may go
-/// first. Main thread only, except the two web-service hooks.
+/// which outlives it. The root view is *owned* by the plug-in unless a window has taken it as a child; view and plug-in
+/// may go in either order. Main thread only, except the two web-service hooks.
 class KTVHOST_EXPORT KTVPlugIn : public QObject, public std::enable_shared_from_this<KTVPlugIn> {
     Q_OBJECT
 public:
@@ -29,8 +29,8 @@ public:
     const KTVAgentPtr& agent() const { return m_agent; }
     KTVSiteWindowController* siteWindowController() const { return m_siteWindowController; }
 
-    /// The root view; loads it on first use (`loadView`, then `viewDidLoad`). Loaded once in a life: null after
-    /// whoever took it as a child has deleted it, or after `unloadView`.
+    /// The root view; loads it on first use (`loadView`, then `viewDidLoad`). Loaded once only: null after a parent has
+    /// deleted it, or after `unloadView`.
     QWidget* view();
     bool isViewLoaded() const { return m_viewState == ViewState::Loaded; }
 
@@ -49,8 +49,8 @@ public:
     /// change.
     virtual void encodeWithCoder(KTVEncoder& encoder) const;
 
-    /// Renderings of the whole view; they load it. Scale 1 is one pixel a point; a scale that is not positive, or a
-    /// view without extent, gives no data. The PDF holds vectors, one point a pixel.
+    /// Pictures of the whole view, which is loaded for it. Scale 1 is one pixel a point; a scale that is not positive,
+    /// or a view without extent, gives no data. The PDF holds vectors, one point a pixel.
     virtual QByteArray pngImageWithScale(double scale);
     virtual QByteArray pdfRepresentation();
 
@@ -60,13 +60,13 @@ public:
     virtual std::optional<QString> htmlContentForPrinting();
 
     /// What the host's web server asks; the base answers nothing. The advertisement is a fragment of HTML whose links
-    /// begin with the base URL's text, unchanged; any thread. The response may wait for the main queue, so it is asked
-    /// for on a thread of the server's, never on the main thread. The caller shares the plug-in meanwhile and lets go
-    /// of it on the main thread; the site window controller stays until every call has returned.
+    /// begin with the base URL's text, unchanged; any thread. The response may wait for the main queue, so ask for it
+    /// on a thread of the server, never on the main thread. The caller *shares* the plug-in meanwhile and releases it
+    /// on the main thread; the site window controller lives until every call has returned.
     virtual std::optional<QString> webServiceAdvertisementForBaseURL(const QString& baseURL);
     virtual GCDWebServerDataResponsePtr webServiceResponseForRequest(const KTVWebServiceRequest& request);
 
-    /// The bundle that holds the plug-in's class; the base knows none.
+    /// The bundle that holds the plug-in's class; the base answers an empty text.
     virtual QString bundleIdentifier() const;
     virtual int bundleVersion() const;
     virtual std::optional<QString> bundleShortVersion() const;  ///< for people, such as "1.0"
@@ -101,7 +101,8 @@ protected:
     /// Sent once, when the root view and its outlets exist.
     virtual void viewDidLoad();
 
-    /// Takes the root view back and deletes it; for subclasses whose teardown must come first.
+    /// Deletes the root view, also out of a window that took it; for subclasses that must tear it down before the base
+    /// does.
     void unloadView();
 
 private:

@@ -17,7 +17,7 @@ public:
     virtual int interfaceVersion() const = 0;
     virtual QStringList classNames() const = 0;
 
-    /// What a new plug-in is made with. Absent tables are not the same as empty ones.
+    /// What a new plug-in is made with. Absent tables mean something else than empty ones.
     struct Arguments {
         KTVAgentPtr agent;
         KTVSiteWindowController* siteWindowController = nullptr;
@@ -30,7 +30,7 @@ public:
     virtual KTVPlugInPtr instantiate(const QString& className, const Arguments& arguments) = 0;
     virtual KTVPlugInPtr instantiate(const QString& className, KTVDecoder& decoder) = 0;
 
-    /// An object whose invokable methods are the class operations of `className`; null when it has none. Borrowed.
+    /// An object whose invokable methods are the class operations of `className`; null when it has none. *Borrowed*.
     virtual QObject* classObject(const QString& className) = 0;
 };
 

@@ -14,14 +14,14 @@ enum class KTVPaperOrientation { Portrait = 0, Landscape = 1 };
 
 /// Print settings: paper, margins, scaling and pagination, as a page setup dialog edits them. A value.
 ///
-/// The application has one shared object; who prints changes it in place, and the changes last. Lengths are points.
-/// Main thread only.
+/// The application has one shared object; printing changes it in place, and the changes last. Lengths are points. Main
+/// thread only.
 class KTVHOST_EXPORT KTVPrintInfo {
 public:
     /// The application's shared settings, installed by the host; never null.
     static KTVPrintInfo* sharedPrintInfo();
 
-    /// The size as it lies: a landscape sheet is wider than high, whatever the order it was set in.
+    /// The size with the orientation applied: a landscape sheet is wider than high, in whatever order it was set.
     QSizeF paperSize() const;
     /// Chooses the paper; the orientation stays.
     void setPaperSize(const QSizeF& size) { m_paper = size; }
@@ -61,7 +61,7 @@ public:
 
     /// Null while nothing is printed.
     static KTVPrintOperation* currentOperation();
-    /// Answers what was current before. The operation is *borrowed* until the next call.
+    /// Returns the operation that was current before. The new one is *borrowed* until the next call.
     static KTVPrintOperation* setCurrentOperation(KTVPrintOperation* operation);
 
     qint64 currentPage() const { return m_currentPage; }  ///< the first page is 1

@@ -13,13 +13,14 @@
 
 class KTVProperty;
 
-/// What a change notice brings: the values before and after.
+/// What a change notice carries: the values before and after.
 struct KTVPropertyChange {
     QVariant oldValue;
     QVariant newValue;
 };
 
-/// Receives change notices of properties. An observation ends by itself when its observer goes away.
+/// Receives change notices of properties. An observation ends by itself when its observer is destroyed. Main thread
+/// only.
 class KTVHOST_EXPORT KTVPropertyObserver {
 public:
     KTVPropertyObserver();
@@ -62,10 +63,10 @@ public:
     virtual bool isValid() const = 0;        ///< a NaN value is never valid
     virtual bool visible() const = 0;        ///< whether the property is offered to the user
 
-    /// Each call adds one observation of `key`, hence one notice a change. Borrows the observer, ending by itself
+    /// Each call adds one observation of `key`, hence one notice a change. *Borrows* the observer; the observation ends
     /// with it.
     virtual void addObserver(KTVPropertyObserver* observer, const QString& key, ObservationTag context) = 0;
-    /// Takes one observation of `key` by `observer` away; none: nothing happens.
+    /// Removes one observation of `key` by `observer`; if there is none, nothing happens.
     virtual void removeObserver(KTVPropertyObserver* observer, const QString& key) = 0;
 };
 

@@ -4,9 +4,9 @@
 
 #include <iterator>
 
-/// The named ranges: their identifiers, their titles and their order in menus. What they mean is the host's.
+/// The named ranges: their identifiers, their titles and their order in menus. The host says which dates they mean.
 ///
-/// A new one is a row at its place here; the compiler then asks the host for its dates. Values only; any thread.
+/// A new range is a value and a row here; the compiler then demands its dates from the host. Values only; any thread.
 enum class KTVQuickRange {
     Today,
     Last24Hours,
@@ -53,7 +53,7 @@ constexpr const QuickRange& quickRange(KTVQuickRange range)
     return kQuickRanges[static_cast<std::size_t>(range)];
 }
 
-/// Whether every row stands where `quickRange` looks for it.
+/// Whether every row is where `quickRange` looks for it.
 constexpr bool quickRangesAreInOrder()
 {
     for (std::size_t index = 0; index < std::size(kQuickRanges); ++index)

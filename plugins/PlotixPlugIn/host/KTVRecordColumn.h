@@ -11,17 +11,16 @@
 
 /// The snapshots of one property in a record dictionary, as a column.
 ///
-/// Values stand as archived, contiguous, with a validity bitmap and one descriptor for all of them. The i-th
-/// snapshot is made on demand; the odd element that differs from the descriptor (another colour, another kind, no
-/// property at all) is kept as an exception. Values and validity never change and are *shared*; the current unit
-/// does change, and is applied on the way out, so that changing it back and forth drifts by nothing.
-/// A column has at most as many elements as its dictionary has times; a shorter one simply ends earlier.
-/// Built on any thread, then main thread only.
+/// Values are kept as archived, contiguous, with a validity bitmap and one descriptor for all of them. The i-th
+/// snapshot is made on demand; an element that differs from the descriptor (another colour, another kind, no property
+/// at all) is kept as an exception. Values and validity never change and are *shared*; the current unit does change,
+/// and is applied when a value is read, so that changing it back and forth loses nothing. A column has at most as many
+/// elements as its dictionary has times; a shorter one simply ends earlier. Built on any thread, then main thread only.
 class KTVHOST_EXPORT KTVRecordColumn : public std::enable_shared_from_this<KTVRecordColumn> {
 public:
     using Descriptor = KTVPropertyDescription;  ///< its unit is the current one at first
 
-    /// `unitModel` is shared; it may be null, then no conversion happens and the symbol is the unit's own text.
+    /// `unitModel` is *shared*; it may be null: then no conversion happens and the symbol is the unit's own text.
     KTVRecordColumn(Descriptor descriptor, plotix::SharedArray<double> values, plotix::ValidityBitmap validity,
                     std::shared_ptr<const KTVUnitModel> unitModel);
 
@@ -36,18 +35,18 @@ public:
     /// Changes the current unit of every element, exceptions included.
     void setUnit(const QString& unit);
 
-    /// Valid by the bitmap and not a NaN. Says nothing about exceptions.
+    /// Valid by the bitmap and not a NaN. Exceptions are not considered.
     bool isValid(std::size_t index) const;
 
-    /// The value in the current unit. Says nothing about exceptions.
+    /// The value in the current unit. Exceptions are not considered.
     double unitValue(std::size_t index) const;
 
     /// Values [first, first + out.size()) in the current unit, valid or not. Requires: the range lies inside.
     void copyUnitValues(std::size_t first, std::span<double> out) const;
 
-    /// The element at `index`: a snapshot sharing this column, an exception, or null for "not a property".
-    /// A snapshot is a view: its `setUnit` is the column's, so it changes every element, as a caller that converts
-    /// all of them one after the other expects; the value of an invalid one is NaN. Two calls answer two objects.
+    /// The element at `index`: a snapshot sharing this column, an exception, or null for "not a property". A snapshot
+    /// is a view: its `setUnit` changes the whole column, which gives a caller that converts all snapshots one by one
+    /// what it expects. The value of an invalid snapshot is NaN. Two calls answer two objects.
     /// Requires: index < size(), and that the column is held by a shared_ptr to non-const.
     KTVPropertyPtr snapshotAt(std::size_t index) const;
 

@@ -10,9 +10,9 @@
 
 /// The answer to a range query: the key "time" and, per property key, a column of snapshots, index for index.
 ///
-/// *Shared* between the archive manager and the plug-in; compared by identity. Keys stand in the order the archive
-/// manager put them, which is the dictionary's enumeration order. "time" (seconds since 1970-01-01 UTC, in archive
-/// order) may be absent. Built on any thread, then main thread only.
+/// *Shared* between the archive manager and the plug-in; compared by identity. Keys are enumerated in the order the
+/// archive manager put them in. "time" (seconds since 1970-01-01 UTC, in archive order) may be absent. Built on any
+/// thread, then main thread only.
 class KTVHOST_EXPORT KTVRecordDictionary {
 public:
     using Entry = std::pair<QString, std::shared_ptr<KTVRecordColumn>>;

@@ -5,7 +5,7 @@
 #include <memory>
 #include <vector>
 
-/// One site's document. Main thread only.
+/// One site's document, as plug-ins see it: its windows. The host and its callers *share* it. Main thread only.
 class KTVHOST_EXPORT KTVSiteDocument {
 public:
     virtual ~KTVSiteDocument();

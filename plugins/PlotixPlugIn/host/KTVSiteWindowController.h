@@ -9,8 +9,8 @@
 
 class QWidget;
 
-/// The site window: its window, its document, its source list of plug-in views. Main thread only, except
-/// `itemsWithRepresentedObjectsOfClass`, which web requests may call from any thread.
+/// The site window: its window, its document, its source list of plug-in views. The host *owns* it. Main thread only,
+/// except `itemsWithRepresentedObjectsOfClass`, which web requests may call from any thread.
 class KTVHOST_EXPORT KTVSiteWindowController {
 public:
     virtual ~KTVSiteWindowController();

@@ -8,7 +8,8 @@
 
 class KTVPlugIn;
 
-/// One line of the site window's source list. Shares its plug-in.
+/// One line of the site window's source list. *Shares* its plug-in; the list and its callers *share* it. Any thread may
+/// hold one and ask it, as web requests do.
 class KTVHOST_EXPORT KTVSourceListItem {
 public:
     virtual ~KTVSourceListItem();

@@ -6,14 +6,14 @@
 
 #include <cstddef>
 
-/// What units mean; the host's. Converters are handed out prepared, so that a column converts at memory speed.
+/// What units mean to the host. Conversions are prepared once, so that a column is converted at memory speed.
 ///
 /// Implementations must be usable from any thread.
 class KTVHOST_EXPORT KTVUnitModel {
 public:
     virtual ~KTVUnitModel();
 
-    /// A map from archived values to shown ones: linear where `kind` says so, else by `convert`.
+    /// A map from archived values to shown ones: linear, or by `convertValues`.
     struct Map {
         bool isIdentity = true;
         bool isLinear = true;  ///< value × scale + offset; else call convertValues

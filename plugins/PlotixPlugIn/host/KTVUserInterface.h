@@ -40,7 +40,7 @@ public:
     /// Offers what can be done with an image, beside the top edge of `rect` in `view`.
     virtual void showSharingPicker(const QImage& image, const QRect& rect, QWidget* view) = 0;
 
-    /// The modifier keys of the current event, or those a menu holds down for the user. Option is Qt::AltModifier.
+    /// The modifier keys of the current event, or those that a menu command stands for. Option is Qt::AltModifier.
     virtual Qt::KeyboardModifiers modifierFlags() const = 0;
 
     /// A date as text for reports, in the user's locale and zone.

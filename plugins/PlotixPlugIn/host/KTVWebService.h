@@ -16,7 +16,7 @@ struct KTVWebServiceRequest {
     QUrl url;
 };
 
-/// Bytes and what they are. Immutable; the server *shares* it until it has been sent.
+/// Bytes and their content type. Immutable; the server *shares* it until it has been sent.
 class KTVHOST_EXPORT GCDWebServerDataResponse {
 public:
     static std::shared_ptr<GCDWebServerDataResponse> responseWithData(QByteArray data, QString contentType)

@@ -10,7 +10,7 @@ class QObject;
 ///
 /// Heights and rectangles are points; rectangles lie in page coordinates, whose y grows upward from the sheet's lower
 /// edge. Drawing goes to the current KTVGraphicsContext, page numbers come from the current KTVPrintOperation.
-/// `webView` is whoever prints: an identity, possibly null.
+/// `webView` identifies the view that prints; it may be null.
 class KTVHOST_EXPORT KTVWebUIDelegate {
 public:
     virtual ~KTVWebUIDelegate();

@@ -8,7 +8,8 @@ class QWidget;
 
 class KTVPlugIn;
 
-/// One window of a site document, and the plug-in it shows, if any. Main thread only.
+/// One window of a site document, and the plug-in it shows, if any. The document and its callers *share* it. Main
+/// thread only.
 class KTVHOST_EXPORT KTVWindowController {
 public:
     virtual ~KTVWindowController();

@@ -2,7 +2,8 @@
 
 #include <string_view>
 
-/// The token an observation carries and its change notices bring back; reactions dispatch on it.
+/// The token that an observation is added with and that its change notices carry; an observer decides by it. A value;
+/// any thread.
 struct ObservationTag {
     std::string_view text;
 

@@ -5,9 +5,9 @@
 
 /// Where the parts of the trend view stand, with the details panel shown and hidden.
 ///
-/// The rules are written with y growing upward, as the layout is thought: bottom to top the panel, a gap, button and
-/// label, the graph. Frames come in and go out in the toolkit's coordinates, y growing downward from the top of the
-/// parent view; `flipped` is the one place that converts. Lengths are points. Pure; any thread.
+/// The rules are written with y growing upward. From bottom to top: the panel, a gap, button and label, the graph.
+/// Frames come in and go out in the toolkit's coordinates, y growing downward from the top of the parent view;
+/// `flipped` is the one place that converts. Lengths are points. Pure; any thread.
 namespace plotix {
 
 inline constexpr int kPanelGap = 12;  ///< between the panel and what stands above it
@@ -30,8 +30,8 @@ QRect flipped(const QRect& frame, int parentHeight);
 /// How far button, label and the graph's lower edge move.
 int panelShift(const QRect& panel);
 
-/// Button and label up, the graph's lower edge up and its upper edge fixed. Relative to `now`, whatever it is: showing
-/// twice shifts twice. The panel stays.
+/// Button and label move up, and so does the graph's lower edge; its upper edge is fixed. Relative to `now`: showing
+/// twice moves twice. The panel stays.
 TrendViewFrames framesAfterShowing(const TrendViewFrames& now, int parentHeight);
 
 /// The mirror image: showing after hiding gives `now` back.

@@ -5,7 +5,7 @@
 /// What a proposed axis range becomes.
 ///
 /// Pure: no plot space, no event, no clock. The caller reads the modifier keys at the moment of the proposal and
-/// applies the verdict. Lengths are seconds on x and value units on y.
+/// applies the verdict. Lengths are seconds on x and value units on y. Any thread.
 namespace plotix {
 
 struct ModifierKeys {

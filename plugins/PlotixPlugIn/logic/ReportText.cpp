@@ -35,7 +35,7 @@ QString heading(const Report& report)
 
 QString image(const QByteArray& png)
 {
-    // The blank after the comma is part of the document; whoever decodes it skips blanks.
+    // The blank after the comma is part of the document; decoders skip blanks.
     return QStringLiteral("<img src=\"data:image/png;base64, ") + QString::fromLatin1(png.toBase64()) +
            QStringLiteral("\" alt=\"Plot\" />");
 }

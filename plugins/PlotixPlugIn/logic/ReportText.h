@@ -24,7 +24,7 @@ struct ReportRow {
 };
 
 struct Report {
-    std::vector<ReportRow> rows;              ///< in the order of the list, which the screen may sort otherwise
+    std::vector<ReportRow> rows;              ///< in the order of the list; the screen may show another one
     std::optional<QString> fromDate, toDate;  ///< as the host describes dates
     std::optional<QString> siteName, siteLocation;
     QByteArray graph;  ///< PNG data; may be empty

@@ -11,7 +11,7 @@
 /// Makes the series of one property: x shared with the record dictionary, y narrowed to floats, and a bit for every
 /// element that is a point. One pass in blocks, which fills the series' index too; no object per sample.
 ///
-/// Every element starts as dropped. Fill the blocks first, then overwrite the odd elements one by one.
+/// Every element starts as dropped. Fill the blocks first, then overwrite exceptions one by one. One thread at a time.
 namespace plotix {
 
 class SeriesBuilder {
@@ -45,8 +45,8 @@ private:
     std::shared_ptr<float> m_y;
     CPTFineBlocks m_fine;
     std::vector<std::uint64_t> m_points;
-    std::size_t m_filled = 0;                 // y and index stand up to here; a multiple of 64, or all
-    std::vector<std::size_t> m_changedWords;  // whose index does not stand any more
+    std::size_t m_filled = 0;                 // y and index are filled up to here; a multiple of 64, or all
+    std::vector<std::size_t> m_changedWords;  // whose index must be made again
 };
 
 }  // namespace plotix

@@ -13,7 +13,7 @@ namespace {
 constexpr std::size_t kWordBits = 64;
 
 constexpr std::size_t kRow = StatisticsKernels::kRow;
-constexpr std::size_t kBlock = 1024;  // values that one NaN sends through the slow way
+constexpr std::size_t kBlock = 1024;  // one NaN makes so many values take the slow path
 
 /// Of a zero, the first one that stands there: it may be negative, and one by one the first of equals stays.
 double asFirstMet(double extreme, std::span<const double> values)

@@ -9,8 +9,8 @@
 
 /// Minimum, maximum, average and count of a property's valid values.
 ///
-/// Pure: no record, no widget. Everything is computed in double precision, in the order the values are given; whoever
-/// stores the results narrows them.
+/// Pure: no record, no widget. Everything is computed in double precision, in the order the values are given; the
+/// caller narrows the results to store them. Any thread.
 namespace plotix {
 
 struct Statistics {
@@ -22,7 +22,7 @@ struct Statistics {
     friend bool operator==(const Statistics&, const Statistics&) = default;
 };
 
-/// Takes values one by one or in blocks; blocks give exactly what the same values one by one would.
+/// Takes values one by one or in blocks; blocks give exactly the same result. A value; one thread at a time.
 ///
 /// Without any value the statistics are all 0. NaNs are never valid and never counted; infinities are.
 class StatisticsAccumulator {

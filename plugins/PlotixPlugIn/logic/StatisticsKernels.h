@@ -2,7 +2,7 @@
 
 #include <cstddef>
 
-/// The inner loop of the statistics: one sum in the order of the values, and the extremes on the way.
+/// The inner loop of the statistics: one sum in the order of the values, and the extremes in the same pass.
 ///
 /// Compiled for several processors, chosen at run time (see base/vectors); all give the same sum. Pure; any thread.
 namespace plotix {

@@ -4,7 +4,7 @@
 
 /// How far apart the ticks of the time axis stand and how they are labelled.
 ///
-/// Pure functions and one table; the zone is the only thing asked of the outside. Spans and intervals are seconds.
+/// Pure functions and one table; the only outside input is the local zone. Spans and intervals are seconds. Any thread.
 namespace plotix {
 
 struct TimeTickRow {

@@ -2,7 +2,8 @@
 
 /// How far apart the ticks of the value axis stand and how they are labelled.
 ///
-/// Pure functions. Spans are value units and are read as single-precision floats first, as the values themselves are.
+/// Pure functions; any thread. Spans are in value units, and rounded to single precision first, as the values
+/// themselves are.
 namespace plotix {
 
 /// A tenth of the span below 5, from 5 on a tenth rounded to a whole number, halves away from zero: 4.9 gives 0.49, 5

@@ -9,7 +9,7 @@ namespace {
 
 using plotix::PngAlpha;
 
-/// Pictures of few colours in short words that come again, near and far, as letters do; read back by another decoder.
+/// Pictures of few colours in short patterns that repeat, near and far, as letters do; read back by another decoder.
 class PngBlockTest : public testing::Test {
 protected:
     static QImage words(int width, int height, QImage::Format format)

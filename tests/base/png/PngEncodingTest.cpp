@@ -9,7 +9,7 @@ namespace {
 
 using plotix::PngAlpha;
 
-/// A picture with every kind of row: noise, even ground, repeats, and colours of any alpha.
+/// A picture with every kind of row: noise, one plain colour, repeats, and colours of any alpha.
 class PngEncodingTest : public testing::Test {
 protected:
     static QImage noise(int width, int height, QImage::Format format)

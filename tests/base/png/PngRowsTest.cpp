@@ -12,7 +12,7 @@ namespace {
 using plotix::PngRow;
 using plotix::PngRowKernels;
 
-/// A row of stretches and single pixels under another, and what a kernel makes of them.
+/// A row of equal stretches and single pixels below another row, and what a kernel makes of the two.
 class PngRowsTest : public testing::Test {
 protected:
     struct Result {

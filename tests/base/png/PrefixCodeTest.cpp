@@ -27,7 +27,7 @@ protected:
         return all;
     }
 
-    /// The share of all words that the codes begin; 1 says that every word means something.
+    /// The fraction of all words that begin with one of the codes; 1 says that every word can be decoded.
     double filled() const
     {
         double sum = 0;

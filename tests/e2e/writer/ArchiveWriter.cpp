@@ -4,8 +4,8 @@
 //
 // Records of the agent 1 with the properties 1 and 2 at the times 0, 1, 2, …, each block committed on its own; the last
 // time stored goes to the file ACKNOWLEDGED as a double. Blocks are large until the tail is about to fill a chunk, then
-// single records follow until it is sealed. Now and then a record is stored again where it stands already. With
-// `compact` the document is compacted beside that, with `merge` its log is merged, over and over.
+// single records follow until it is sealed. Now and then a record is stored again at its own time. With `compact` the
+// document is compacted beside that, with `merge` its log is merged, over and over.
 
 #include "base/ReportableError.h"
 #include "hostapp/document/RecordKeeping.h"
@@ -46,7 +46,7 @@ RecordBlock blockOf(double first, int count)
              {2, SharedArray<double>::fromVector(std::move(odd)), {}}}};
 }
 
-/// Memory that outlives the process: what stands in it was said.
+/// Memory that outlives the process: what it holds was reported.
 std::atomic<double>* sharedNumber(const char* file)
 {
     const int descriptor = ::open(file, O_RDWR);

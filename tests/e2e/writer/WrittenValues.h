@@ -3,7 +3,7 @@
 #include <bit>
 #include <cstdint>
 
-/// The values that archive_writer stores at a whole time: whoever reads them knows what they must be.
+/// The values that archive_writer stores at a whole time: readers can tell what they must be.
 namespace plotix {
 
 /// Packs well.

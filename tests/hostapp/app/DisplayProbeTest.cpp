@@ -10,7 +10,7 @@ using plotix::isDisplayReachable;
 
 namespace {
 
-/// Pins the variables the probe reads; they are as before afterwards.
+/// Pins the variables the probe reads, and restores them afterwards.
 class DisplayProbeTest : public testing::Test {
 protected:
     DisplayProbeTest()

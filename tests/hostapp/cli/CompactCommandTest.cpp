@@ -8,7 +8,7 @@ namespace plotix {
 
 namespace {
 
-/// What compact and verify say and answer; that they do it is the archive's to show.
+/// What compact and verify print and return; that they work is tested with the archive.
 using CompactCommandTest = CommandLineTest;
 
 TEST_F(CompactCommandTest, SaysWhatItDid)

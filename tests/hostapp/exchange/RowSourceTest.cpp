@@ -19,7 +19,7 @@ namespace {
 
 using What = ImportFinding::What;
 
-/// A format without a file: a row a batch, times in the first column, texts where a test wants them.
+/// A format without a file: one row per batch, times in the first column, texts where a test wants them.
 class MadeUpSource : public RowSource {
 public:
     struct Row {

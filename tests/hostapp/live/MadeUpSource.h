@@ -5,8 +5,8 @@
 
 #include <utility>
 
-/// A source of two properties: a count of the looks at it, and a temperature that can fail. It measures when it is
-/// asked, unless a test puts readings in.
+/// A source of two properties: how often it was asked, and a temperature that can fail. It measures when it is asked,
+/// unless a test sets its readings.
 class MadeUpSource : public plotix::ReadingSource {
 public:
     QString agentName() const override { return QStringLiteral("Made Up"); }
@@ -38,5 +38,5 @@ public:
     int looks = 0;
     bool sensorIsThere = true;
     QString problem;                                    ///< why nothing can be read
-    std::optional<std::vector<plotix::Reading>> heard;  ///< since the last look, for a source that listens
+    std::optional<std::vector<plotix::Reading>> heard;  ///< since it was asked last, for a source that listens
 };

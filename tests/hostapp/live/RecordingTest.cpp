@@ -146,7 +146,7 @@ TEST_F(RecordingTest, AFileThatIsGoneIsNotWrittenTo)
     EXPECT_EQ(times(), (std::vector<double>{1, 2, 3}));
 }
 
-// A record at a time that is taken would replace one that is stored, so nothing is recorded until the clock is past it.
+// A record at the time of a stored one would replace it, so nothing is recorded until the clock is past that time.
 TEST_F(RecordingTest, AClockThatWasSetBackReplacesNothing)
 {
     begin();

@@ -16,7 +16,7 @@
 namespace plotix {
 namespace {
 
-/// A view with a report of a test's choosing: keeps where it was asked to draw.
+/// A view with a report that a test chooses; remembers where it was asked to draw.
 class PrintedView : public KTVPlugIn, public KTVWebUIDelegate {
 public:
     static std::shared_ptr<PrintedView> make(const KTVAgentPtr& agent)

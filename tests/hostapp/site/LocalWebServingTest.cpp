@@ -54,7 +54,7 @@ TEST_F(LocalWebServingTest, AViewNobodyHasLookedAtIsDrawnToo)
 TEST_F(LocalWebServingTest, OnlyTheExactExtensionCounts)
 {
     EXPECT_EQ(get(address, rendering(*working, ".PNG")).status, 404);
-    EXPECT_EQ(get(address, rendering(*working, ".png/")).status, 200);  // a slash at the end is passed over
+    EXPECT_EQ(get(address, rendering(*working, ".png/")).status, 200);  // a slash at the end is ignored
     EXPECT_EQ(get(address, QStringLiteral("unknown.png")).status, 404);
 }
 

@@ -62,7 +62,7 @@ struct OccasionRow {
     bool isFollowed;
 };
 
-/// An agent with everything the rule looks at, with records from March to May, asked on the tenth of June at noon.
+/// An agent with everything the rule depends on, with records from March to May, asked on the tenth of June at noon.
 class NewTrendRuleTest : public testing::TestWithParam<OccasionRow> {
 protected:
     NewTrendRuleTest() : agent(site.document->addAgent(QStringLiteral("Computer")))

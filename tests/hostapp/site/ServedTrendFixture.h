@@ -41,7 +41,7 @@ protected:
         thread.join();
     }
 
-    /// `address` as the window shows it, and what comes behind it.
+    /// `address` as the window shows it, with `rest` appended.
     Answer get(const QString& address, const QString& rest = {})
     {
         const QUrl url(address + rest);

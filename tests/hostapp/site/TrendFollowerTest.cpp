@@ -38,7 +38,7 @@ public:
         to = askedTo;
     }
 
-    /// The user asks for the records of the range shown; the dates come to stand at the first and the last of them.
+    /// The user asks for the records of the range shown; the dates become those of the first and the last of them.
     void refresh(double first, double last)
     {
         refreshedFrom = from;

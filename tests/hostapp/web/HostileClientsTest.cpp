@@ -126,7 +126,7 @@ TEST_F(HostileClientsTest, RequestsForTheSameThatWaitTogetherShareOneRendering)
 {
     serve({.workers = 1});
     std::atomic<int> good = 0;
-    // The main queue is held until every request waits: one is being asked for, nine stand behind it.
+    // The main queue is held until every request waits: one is being answered, nine wait behind it.
     std::vector<std::thread> clients;
     for (int number = 0; number < 10; ++number)
         clients.emplace_back([&] { good += ask(port(), "GET", "/sites/plant/one.png").status == 200; });

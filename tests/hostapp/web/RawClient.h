@@ -4,7 +4,7 @@
 
 #include <cstdint>
 
-/// A client that says exactly what it is told, well formed or not, over a socket of its own. Blocks; any thread.
+/// A client that sends exactly the bytes it is given, well formed or not, over a socket of its own. Blocks; any thread.
 namespace plotix {
 
 class RawClient {

@@ -53,7 +53,7 @@ TEST_F(WebShutdownTest, ASiteIsLeftInPeaceOnceItIsWithdrawn)
     serve();
     startClients(8);
     m_sites.withdraw(m_identifier);
-    EXPECT_EQ(m_site.use_count(), 1);  // nobody visits it any more, and nothing on the main queue holds it
+    EXPECT_EQ(m_site.use_count(), 1);  // no request uses it any more, and no task on the main queue holds it
     const int asked = m_site->questionCount;
     EXPECT_EQ(get("/sites/plant/one.png").status, 404);
     EXPECT_EQ(m_site->questionCount, asked);

@@ -41,7 +41,7 @@ TEST_F(GermanTest, HelpSpeaksItInItsListOfPages)
 
 TEST_F(GermanTest, AlertsAndMessagesOfTheTrendViewHaveOne)
 {
-    // Given as they stand by the plug-in, looked up where the host shows them.
+    // The plug-in gives them untranslated; the host looks them up where it shows them.
     const plotix::HostBundle bundle;
     for (const char* key :
          {"Illegal Date Range", "The \"from\" date must be less than the \"to\" date.", "Database Access Error",

@@ -149,7 +149,7 @@ TEST_F(TrendListTest, AltDownOnTheListMoves)
 
 TEST_F(TrendListTest, DraggedRowIsMovedStoredAndUndone)
 {
-    // What a drag inside the list ends in: the third row dropped before the first.
+    // What a drag inside the list does in the end: drops the third row before the first.
     EXPECT_TRUE(window->controller().sourceList().moveRow({}, 2, {}, 0));
     EXPECT_EQ(titles(), QStringList({"Year", "Week", "Month"}));
     reopen();

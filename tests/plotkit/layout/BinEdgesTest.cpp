@@ -8,7 +8,7 @@
 #include <random>
 #include <vector>
 
-// Edges are the same whether they were reckoned from how times run on or found by reading every time.
+// Edges are the same whether they were worked out from the course of the times or found by reading every time.
 
 namespace {
 

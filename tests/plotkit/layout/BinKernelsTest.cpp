@@ -12,8 +12,8 @@
 #include <limits>
 #include <random>
 
-// The loops for each target this processor has against those that go through one number at a time, bit for bit, and
-// those against every sample.
+// The loops for each target this processor has against those that go through one number at a time, bit for bit, and the
+// latter against every sample.
 
 namespace {
 
@@ -112,7 +112,7 @@ TEST_F(BinKernelsTest, SummariesHoldEverySample)
     std::size_t known = 0;
     for (std::size_t bin = 0; bin < shares.size(); ++bin) {
         if (std::isnan(rows.numbers[0][bin]))
-            continue;  // left to the general way
+            continue;  // such a bin is not summed up by kernels
         expectEverySampleCounted(rows, bin);
         ++known;
     }

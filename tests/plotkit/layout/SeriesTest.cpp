@@ -12,7 +12,7 @@ namespace {
 constexpr float kNan = std::numeric_limits<float>::quiet_NaN();
 constexpr float kInfinity = std::numeric_limits<float>::infinity();
 
-/// A series of random length, values, drop-outs long and short, and the odd value that is not finite.
+/// A series of random length, values, drop-outs long and short, and a few values that are not finite.
 SeriesBuilder randomSeries(std::mt19937& random)
 {
     SeriesBuilder builder;

@@ -9,7 +9,7 @@
 
 namespace {
 
-/// Pins locale and zone for one test and puts the environment back afterwards.
+/// Pins locale and zone for one test and restores the environment afterwards.
 class FormatterTest : public testing::Test {
 protected:
     void SetUp() override

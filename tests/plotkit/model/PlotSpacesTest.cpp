@@ -5,7 +5,7 @@
 
 namespace {
 
-/// A graph with a second space that one of two plots stands in.
+/// A graph with a second space, which one of its two plots uses.
 class PlotSpacesTest : public testing::Test {
 protected:
     PlotSpacesTest()

@@ -28,7 +28,8 @@ protected:
         course.extend(times);
     }
 
-    /// Whatever is claimed holds: distances as reading gives them, and the value between where both exceed what is off.
+    /// Every answer holds: distances are those to the times within `off`, and the value lies between if both exceed
+    /// `off`.
     void expectHonest(double value, std::size_t guess)
     {
         const auto found = course.around(value, guess);

@@ -207,7 +207,7 @@ std::vector<Shape> allShapes()
                   9, Painter::Differs}};
 }
 
-/// On crowded lines the painter is too fat, hairlines it draws by another rule, and small dots as rough polygons.
+/// The painter draws crowded lines too fat, hairlines by another rule, and small dots as rough polygons.
 std::vector<Shape> shapesThePainterAgreesOn()
 {
     std::vector<Shape> shapes = allShapes();

@@ -36,7 +36,7 @@ protected:
 
     float anyFloat(float low, float high) { return std::uniform_real_distribution<float>(low, high)(random); }
 
-    /// Rows in which edges come and go, some unchanged, some bare, some wholly covered.
+    /// Rows in which edges begin and end, some unchanged, some uncovered, some wholly covered.
     std::vector<qint16> noisyChanges(int rows)
     {
         std::vector<qint16> changes(static_cast<std::size_t>(rows) * kLanes, 0);

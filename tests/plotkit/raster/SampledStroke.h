@@ -17,7 +17,7 @@ inline constexpr int kScale = 20;  // samples per pixel and direction
 
 struct Difference {
     double mean = 0;    // of the largest channel error, over the pixels either picture touched
-    double farOff = 0;  // share of them off by more than 128
+    double farOff = 0;  // fraction of them off by more than 128
     int touched = 0;
 };
 
@@ -54,7 +54,7 @@ inline QImage emptyImage()
     return image;
 }
 
-/// The share of each pixel's samples within half a pen of the line, as ink of that alpha.
+/// The fraction of each pixel's samples within half a pen of the line, as a colour of that alpha.
 class SampledStroke {
 public:
     explicit SampledStroke(double width)

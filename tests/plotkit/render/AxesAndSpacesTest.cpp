@@ -6,7 +6,7 @@
 
 #include <gtest/gtest.h>
 
-// Facts of pixels and lines, each on both ways a graph is drawn: as pixels, and as the paths a page is made of.
+// Facts about pixels and lines, each for both ways of drawing a graph: as pixels, and as the paths of a page.
 
 namespace {
 

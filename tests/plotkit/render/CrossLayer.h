@@ -5,7 +5,8 @@
 
 #include <QtGui/QPainter>
 
-/// A vertical line of two points through the plot area at an x value of the default plot space; counts its drawings.
+/// A vertical line of two points through the plot area at an x value of the default plot space; counts how often it is
+/// drawn.
 class CrossLayer : public CPTGraphLayer {
 public:
     void drawInGraph(QPainter& painter, const plotkit::GraphGeometry& geometry) override

@@ -7,7 +7,7 @@
 #include <algorithm>
 #include <cstdlib>
 
-// What a painter keeps from frame to frame may never show: its picture is the one a new painter makes.
+// What a painter keeps from frame to frame must never be visible: its picture equals that of a new painter.
 
 namespace {
 

@@ -11,7 +11,7 @@ using plotkit::PixelRuns;
 
 class PixelRunsTest : public testing::Test {
 protected:
-    /// Long runs, each row others, with single pixels between.
+    /// Long runs, different in each row, with single pixels between.
     static QImage striped(int width, int height)
     {
         std::mt19937 random(4);

@@ -5,7 +5,7 @@ namespace {
 /// The date panel in a trend view that is wide, or not.
 class DatePanelFitTest : public DateRangeControllerTest {
 protected:
-    /// The widest that has no room for the labels.
+    /// The largest width at which the labels do not fit.
     int showNarrow()
     {
         int width = 1000;
@@ -21,7 +21,7 @@ protected:
         panel().resize(width, 40);
         panel().show();
         trendView.show();
-        QCoreApplication::processEvents();  // what was hidden leaves the layout by and by
+        QCoreApplication::processEvents();  // hidden widgets leave the layout only when events are processed
     }
     QWidget& panel() { return *controller->view(); }
     bool isWhole(const QWidget* control)

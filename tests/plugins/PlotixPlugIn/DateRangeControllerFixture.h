@@ -33,7 +33,7 @@ private:
     }
 };
 
-/// A bundle whose translations a test writes down; other texts are their keys.
+/// A bundle whose translations a test sets; other texts are their keys.
 class TranslatedBundle : public KTVBundle {
 public:
     QString localizedString(const QString& key) const override

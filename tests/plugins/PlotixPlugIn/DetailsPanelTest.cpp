@@ -98,7 +98,7 @@ TEST_F(DetailsPanelTest, TheAnimationTakesAQuarterOfASecondAndStartsFromThePrese
     finish();
 }
 
-// The table's white goes over into the darker background of the view.
+// The table's white fades into the darker background of the view.
 TEST_F(DetailsPanelTest, ThePanelFadesOverWhatLiesBehindIt)
 {
     openTrend();

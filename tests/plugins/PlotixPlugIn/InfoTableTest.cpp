@@ -83,7 +83,7 @@ TEST_F(InfoTableTest, TheAverageIsRoundedInDoublePrecisionBeforeItIsNarrowed)
     EXPECT_EQ(row(0).average, plotix::singlePrecision(average));
 }
 
-// Floats would lose the two ones beside the large value.
+// Sums of floats would lose the two ones beside the large value.
 TEST_F(InfoTableTest, TheSumRunsOverDoubles)
 {
     deliverTemperatures({16777216, 1, 1, 2});
@@ -173,7 +173,7 @@ TEST_F(InfoTableTest, EveryRowOfANameIsReplacedAndTheFirstOneSuppliesShowAndColo
     EXPECT_NE(displayed()[0], displayed()[1]);
 }
 
-// A name that came back under another key: the plot that is hidden is the old row's.
+// A property of the same name with another key: the old row's plot is hidden.
 TEST_F(InfoTableTest, VisibilityIsSetUnderTheOldRowsKey)
 {
     open({"airTemperature", "pressure"});

@@ -18,7 +18,8 @@ protected:
         show();
     }
 
-    /// What Tab reaches from the from date on, until it comes round. Within a date Tab goes from part to part first.
+    /// What Tab reaches, beginning with the from date, until it is back there. Within a date Tab goes from part to part
+    /// first.
     QList<QWidget*> tabStops()
     {
         QList<QWidget*> stops;
@@ -43,7 +44,7 @@ protected:
     {
         QList<QWidget*> widgets;
         for (QWidget* widget : trend->view()->findChildren<QWidget*>())
-            // A table's viewport and an editor's line are parts of them: they are told as one.
+            // A table's viewport and an editor's line are parts of them: each pair counts as one widget.
             if (takesTheFocus(*widget) && !qobject_cast<QAbstractScrollArea*>(widget->parentWidget()) &&
                 !qobject_cast<QAbstractSpinBox*>(widget->parentWidget()))
                 widgets.append(widget);

@@ -178,7 +178,7 @@ TEST_F(ObservationTest, AColourChangeRestylesPlotAndRowWithoutAFetch)
     EXPECT_EQ(fetchCount(), 1U);
 }
 
-// The plot is painted as the property is now, the row as the notice says.
+// The plot takes the property's present colour, the row the colour in the notice.
 TEST_F(ObservationTest, ThePlotTakesThePresentColourAndTheRowTheNoticed)
 {
     openAndDeliver({"airTemperature"});

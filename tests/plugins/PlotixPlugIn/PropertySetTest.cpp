@@ -154,7 +154,7 @@ TEST_F(PropertySetTest, RemovingTakesPropertyPlotAndRow)
     EXPECT_EQ(rowNames(), QStringList("Pressure"));
 }
 
-// For all its name it fetches nothing and rebuilds nothing; the rest of the view keeps what it has.
+// Despite its name it fetches nothing and rebuilds nothing; the rest of the view stays as it is.
 TEST_F(PropertySetTest, RemovingFetchesNothingAndLeavesPlotDataAndBinders)
 {
     openAndDeliver({"airTemperature", "pressure"});

@@ -6,7 +6,7 @@
 #include <vector>
 
 /// A sheet that keeps the texts drawn on it, each with the point its baseline begins at (y downward). One unit is one
-/// point; everything else drawn is passed over.
+/// point; everything else drawn is ignored.
 class RecordingPaper : public QPaintDevice {
 public:
     struct Text {

@@ -63,7 +63,7 @@ TEST_F(ToolbarPlugIn, WindowChoiceAndTitleComeBack)
     EXPECT_EQ(again->desiredTitle(), "Weather");
 }
 
-// The archived dates would offer the day the site was closed; every opening begins with today instead.
+// The archived dates would offer the day on which the site was closed; every opening begins with today instead.
 TEST_F(ToolbarPlugIn, DecodedDatesAreThrownAway)
 {
     dates().setFromDateValue(plotix::Date{1'000});

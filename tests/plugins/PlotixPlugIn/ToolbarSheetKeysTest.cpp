@@ -88,7 +88,7 @@ TEST_F(ToolbarSheetKeys, ReturnInTheTitleIsDone)
     EXPECT_EQ(trend().title(), "Week");
 }
 
-// The date fields keep Return for themselves, and nobody is told: in the sheet the dates are only read.
+// The date fields take Return and tell no delegate: the sheet only reads the dates.
 TEST_F(ToolbarSheetKeys, ReturnInADateDoesNothing)
 {
     showActive();

@@ -73,7 +73,7 @@ TEST_F(ToolbarTrend, DoneBeforeAnyShowingMakesNothing)
     EXPECT_EQ(trendCount(), 0U);
 }
 
-// Adding may load the view, and loading it fetches: title and dates must stand by then.
+// Adding may load the view, and loading it fetches: title and dates must be set by then.
 TEST_F(ToolbarTrend, DatesAndTitleAreSetBeforeTheTrendIsAdded)
 {
     QString title;

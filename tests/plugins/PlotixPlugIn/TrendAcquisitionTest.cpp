@@ -4,7 +4,7 @@ namespace {
 
 class TrendAcquisition : public TrendViewFixture {};
 
-/// Installs itself as the desktop and looks at what stands when a sheet opens.
+/// Installs itself as the desktop and looks at the view when a sheet opens.
 class WatchedDesktop : public fakehost::FakeUserInterface {
 public:
     explicit WatchedDesktop(std::function<void()> look) : FakeUserInterface(&m_log), m_look(std::move(look))

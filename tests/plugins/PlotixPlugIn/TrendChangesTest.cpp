@@ -1,7 +1,7 @@
 #include "ImageReceiver.h"
 #include "TrendViewFixture.h"
 
-// What a change of unit, of rows or of records does beyond its own room.
+// What a change of unit, of rows or of records does elsewhere in the trend view.
 
 namespace {
 
@@ -128,7 +128,7 @@ TEST_F(TrendChanges, DeletionLeavesTheRangesAndTheOtherPlots)
     EXPECT_EQ(fetchCount(), 1);
 }
 
-// Rows are told apart by their display name alone, so two properties of one name share whatever rows there are.
+// Rows are told apart by their display name alone, so two properties of one name have the same rows.
 TEST_F(TrendChanges, TwoPropertiesOfOneNameReplaceEachOthersRows)
 {
     host().agent()->addProperty({.name = "Wind", .unit = "m/s", .propertyName = "windAloft"});

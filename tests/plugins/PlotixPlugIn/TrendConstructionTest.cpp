@@ -96,7 +96,7 @@ TEST_F(TrendConstruction, OperationsAreSafeWithoutAView)
     EXPECT_FALSE(trend().isViewLoaded());
 }
 
-// Nothing to be a sheet on: it opens without a parent.
+// There is no window for a sheet: the alert opens without a parent.
 TEST_F(TrendConstruction, RefusedRangeWithoutAViewIsASheetWithoutAWindow)
 {
     makeTrend();

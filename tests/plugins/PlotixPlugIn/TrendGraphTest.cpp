@@ -62,7 +62,7 @@ TEST_F(TrendGraph, TimeAxisIsTitledAndTicksAtFixedIntervals)
     EXPECT_EQ(xAxis().orthogonalPosition(), 0.0);
 }
 
-// The constraint holds the axis to the edge, so the position, set once more after the styling, shows nowhere.
+// The constraint holds the axis to the edge, so the position, set once more after the styling, has no effect.
 TEST_F(TrendGraph, ValueAxisIsTitledAutomaticAndPlacedADayFromTheOrigin)
 {
     openTrendWithData();

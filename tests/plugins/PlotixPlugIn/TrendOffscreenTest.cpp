@@ -40,7 +40,7 @@ protected:
         KTVPlotixPlugIn::graph(agent(), plotix::Date{from}, plotix::Date{to}, names, "Weather", {640, 480}, &m_receiver,
                                "receiveImage");
     }
-    /// An off-screen object the test holds, to look at what a rebuild does without a view.
+    /// An off-screen object that the test holds, to see what a rebuild does without a view.
     void makeOffscreenTrend()
     {
         makeTrend();

@@ -88,7 +88,7 @@ TEST_F(TrendReportPage, ReportLogoMeetsTheRightEdgeCentredVertically)
     EXPECT_EQ(drawnPart(header({10, 100, 380, 48}), kRightHalf), QRect(262, 60, 128, 32));
 }
 
-// The logo's place begins 128 points left of the edge and at its lower end, also for a narrower logo.
+// The logo begins 128 points left of the right edge, at the lower end, also when it is narrower.
 TEST_F(TrendReportPage, NarrowReportLogoLiesAtTheLeftOfItsPlace)
 {
     giveReportLogo({64, 64});

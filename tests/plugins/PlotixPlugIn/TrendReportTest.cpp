@@ -35,7 +35,7 @@ TEST_F(TrendReport, PageSetupIsLandscapeWithItsMargins)
     EXPECT_EQ(settings().verticalPagination(), KTVPaginationMode::Automatic);
 }
 
-// Whatever is printed next begins with the report's settings; nothing puts the old ones back.
+// The next print begins with the report's settings; nothing restores the old ones.
 TEST_F(TrendReport, SharedSettingsAreChangedForGood)
 {
     openTrendWithData();

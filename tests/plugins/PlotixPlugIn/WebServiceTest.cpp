@@ -36,7 +36,7 @@ protected:
         window().fakeDocument().addWindowController(controller);
         return std::dynamic_pointer_cast<KTVPlotixPlugIn>(content);
     }
-    /// Another view of the same identifier, as a copied archive gives.
+    /// Another view with the same identifier, as in a copied archive.
     KTVPlotixPlugIn::Ptr twinOf(const KTVPlotixPlugIn& view)
     {
         fakehost::FakeArchive archive;

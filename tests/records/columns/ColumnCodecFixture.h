@@ -63,7 +63,7 @@ protected:
         double at = start;
         return made(count, [&](std::size_t) { return at += step * normal(); });
     }
-    /// A bit an element, about that share of them set.
+    /// A bit per element, about that fraction of them set.
     Words validity(std::size_t count, double share)
     {
         Words words((count + 63) / 64, 0);

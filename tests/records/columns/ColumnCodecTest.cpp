@@ -1,6 +1,6 @@
 #include "tests/records/columns/ColumnCodecFixture.h"
 
-// Whatever comes in comes out, bit for bit, and takes no more room than it should.
+// Values are read back bit for bit, and take no more space than they should.
 
 namespace {
 

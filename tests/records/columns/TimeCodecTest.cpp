@@ -1,6 +1,6 @@
 #include "tests/records/columns/ColumnCodecFixture.h"
 
-// Times come back bit for bit, and regular ones take next to no room.
+// Times are read back bit for bit, and regular ones take next to no space.
 
 namespace {
 

@@ -13,7 +13,7 @@ protected:
         return opened()->overview(agent, std::vector{wind, air}, from, to);
     }
 
-    /// Each run's summaries are those of the values that stand in its time.
+    /// Each run's summaries are those of the values in its stretch of time.
     void expectTrue(const RecordOverview& told)
     {
         const auto records = opened();

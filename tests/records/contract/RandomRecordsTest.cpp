@@ -20,7 +20,7 @@ using Timeline = std::map<double, std::map<RowId, Element>>;
 /// What a store should hold, kept the simplest way: agent → time → property → element.
 using Reference = std::map<RowId, Timeline>;
 
-/// Blocks by chance in transactions, some of which come to nothing.
+/// Random blocks in transactions, some of which are rolled back.
 class RandomRecordsTest : public StoreFixture, public testing::WithParamInterface<std::tuple<StoreKind, unsigned>> {
 protected:
     RandomRecordsTest() : StoreFixture(std::get<StoreKind>(GetParam())), random(std::get<unsigned>(GetParam()))

@@ -15,7 +15,7 @@ constexpr std::size_t kChunk = 16384;
 
 class ArchiveCompactionTest : public ArchiveFixture {
 protected:
-    /// Chunks of 9000, 8999, … records: none is taken in with the shorter one behind it. Records at 0, 1, 2, …; answers
+    /// Chunks of 9000, 8999, … records: none is merged with the shorter one behind it. Records at 0, 1, 2, …; answers
     /// how many.
     std::size_t storeShortChunks(std::size_t count)
     {

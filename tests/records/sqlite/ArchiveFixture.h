@@ -3,7 +3,7 @@
 #include "tests/records/RecordsFixture.h"
 #include "tests/records/sqlite/SqliteFile.h"
 
-/// Records in a file, with the file's tables in reach.
+/// Records in a file, with access to the file's tables.
 class ArchiveFixture : public RecordsFixture {
 protected:
     ArchiveFixture()

@@ -87,7 +87,7 @@ protected:
         }
     }
 
-    /// Several blocks in one transaction, which may come to nothing.
+    /// Several blocks in one transaction, which may be rolled back.
     void import()
     {
         const auto writer = opened()->begin();

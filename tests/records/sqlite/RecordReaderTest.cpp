@@ -5,8 +5,8 @@
 #include <cmath>
 #include <filesystem>
 
-// What reading itself promises, however the records were written: long reads that take helping threads, ranges that cut
-// chunks, overviews and statistics.
+// What reading itself guarantees, however the records were written: long reads that take helping threads, ranges that
+// cut chunks, overviews and statistics.
 
 namespace {
 

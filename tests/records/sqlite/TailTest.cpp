@@ -15,7 +15,7 @@ protected:
     qint64 rows() { return ask("SELECT count(*) FROM tail"); }
     qint64 chunks() { return ask("SELECT count(*) FROM chunk"); }
 
-    /// So many records at 0, 1, 2, … in rows alone.
+    /// That many records at 0, 1, 2, …, all of them as rows.
     void fillTail(std::size_t count)
     {
         const auto appender = opened()->appender();

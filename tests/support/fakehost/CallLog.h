@@ -7,8 +7,8 @@
 ///
 /// Every fake writes one line a call, "object.operation argument": "archiveManager.fetch airTemperature,pressure",
 /// "userInterface.beginSheet Illegal Date Range", "message.center No Properties Available to Plot",
-/// "airTemperature.addObserver unit". Tests may note lines of their own, so that the order of anything against
-/// anything can be asked. The host *owns* it. Main thread only.
+/// "airTemperature.addObserver unit". Tests may add lines of their own, so that the order of any two events can be
+/// asked for. The host *owns* it. Main thread only.
 namespace fakehost {
 
 class CallLog {

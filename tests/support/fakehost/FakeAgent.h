@@ -4,8 +4,8 @@
 #include "tests/support/fakehost/FakeArchiveManager.h"
 #include "tests/support/fakehost/FakeProperty.h"
 
-/// The fake host's agent: properties a test adds and removes, one fake archive manager, site texts to set.
-/// Shared with the plug-ins as a real one is. Main thread only.
+/// The fake host's agent: properties a test adds and removes, one fake archive manager, site texts to set. Plug-ins
+/// *share* it, as they do a real one. Main thread only.
 namespace fakehost {
 
 class FakeAgent : public KTVAgent {

@@ -10,9 +10,9 @@
 /// An archive manager that answers when, where and what a test wants.
 ///
 /// Every fetch is kept with its arguments and stays open until it is answered: by hand with `answer` in any order, or
-/// by a standing reply that is given inside the fetch call or from a worker thread. A completion handler is called
-/// once, and let go on the thread that called it. Fetches still open at the end are dropped unanswered. Calls of the
-/// tests and of the plug-in come on the main thread; only handlers run on workers.
+/// by a reply set beforehand, which is given inside the fetch call or from a worker thread. A completion handler is
+/// called once, and destroyed on the thread that called it. Fetches still open at the end are dropped unanswered. Calls
+/// of the tests and of the plug-in come on the main thread; only handlers run on workers.
 namespace fakehost {
 
 class FakeArchiveManager : public KTVArchiveManager {
@@ -56,7 +56,7 @@ public:
     void answerLast(const Answer& answer, Where where = Where::OnThisThread);
 
     /// Every later fetch is answered by `reply`: inside the fetch call, or from a worker that runs beside the caller.
-    /// The reply itself is asked on the main thread. An empty one: fetches stay open again.
+    /// `reply` itself runs on the main thread. An empty one: fetches stay open again.
     void answerFetchesWith(Reply reply, Where where = Where::OnThisThread);
 
     /// Returns when every worker has called its handler.

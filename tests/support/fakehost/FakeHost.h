@@ -12,7 +12,7 @@
 
 /// A complete host in memory. Make one per test, as the first member of the fixture, so that it outlives every plug-in.
 ///
-/// Installs itself behind the host's class operations and puts back what was there when it goes. The agent has no
+/// Installs itself as the host's services, and restores those installed before when it is destroyed. The agent has no
 /// properties at first, its identifier is "agent-1", and its archive manager leaves every fetch open. Main thread only.
 namespace fakehost {
 
@@ -42,7 +42,7 @@ public:
     /// Every later fetch is answered from these records, as an archive holding them would.
     void serve(const RecordBuilder& records, FakeArchiveManager::Where where = FakeArchiveManager::Where::OnThisThread);
 
-    /// The overlay made last; null before the first, and once its owner has let it go.
+    /// The overlay made last; null before the first, and once its owner has destroyed it.
     FakeMessageViewController* lastMessageViewController() const { return *m_lastMessageViewController; }
     /// The message that overlay shows now; null text for none.
     QString shownMessage() const;

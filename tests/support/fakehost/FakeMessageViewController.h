@@ -7,13 +7,12 @@
 
 /// A message overlay that shows a real label and remembers what it was asked to show.
 ///
-/// Whoever asked for it *owns* it, as with a real one; the host keeps only a weak look at the overlays it made.
-/// Main thread only.
+/// Whoever asked for it *owns* it, as with a real one; the host knows its overlays only *weakly*. Main thread only.
 namespace fakehost {
 
 class FakeMessageViewController : public PlainMessageViewController {
 public:
-    /// Where its maker finds it as long as it lives; empty again afterwards.
+    /// Where its maker finds it while it lives; empty afterwards.
     using Slot = std::shared_ptr<FakeMessageViewController*>;
 
     FakeMessageViewController(CallLog* log, Slot slot);

@@ -7,7 +7,7 @@
 #include <limits>
 #include <optional>
 
-/// A property of the fake agent, or a snapshot that stands in a record column as an exception.
+/// A property of the fake agent, or a snapshot that is an exception in a record column.
 ///
 /// Observers are told of every unit and colour that is set, equal ones too, as the contract leaves the comparison to
 /// them. Adding and removing observations is logged. Main thread only.

@@ -63,7 +63,7 @@ public:
 
     FakeSiteDocument& fakeDocument() { return *m_document; }
     const std::vector<KTVSourceListItemPtr>& items() const { return m_items; }
-    /// Runs whenever a plug-in is being added: what it sees is the state before.
+    /// Runs whenever a plug-in is being added, before the list changes.
     void beforeAdding(std::function<void(KTVPlugIn& plugIn)> action) { m_beforeAdding = std::move(action); }
     const KTVSourceListItemPtr& selectedItem() const { return m_selectedItem; }  ///< null for none
     void closeWindow() { m_window.reset(); }                                     ///< from now on there is no window

@@ -42,7 +42,7 @@ public:
     void dismissSheet(std::size_t index);
 
     const std::vector<KTVAlert>& modalAlerts() const { return m_modalAlerts; }
-    /// Runs while a modal alert is up: what it sees is the state before the dismissal.
+    /// Runs while a modal alert is up, before it is dismissed.
     void duringModal(std::function<void()> action) { m_duringModal = std::move(action); }
 
     const std::vector<QStringList>& savePanels() const { return m_savePanels; }  ///< the allowed file types

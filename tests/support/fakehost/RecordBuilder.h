@@ -11,8 +11,8 @@
 ///                   .at(60).invalid("airTemperature").notAProperty("pressure").build();
 ///     host.records().times({0, 60}).column("airTemperature", {20.1, 20.3}).build();
 ///
-/// Verbs about one element speak of the last time given. What a key has no value for is an invalid snapshot. Keys stand
-/// in the order first named. Name, units, colour and kind are those of the agent's property of that key; without
+/// Calls about one element refer to the last time given. A key without a value at a time gets an invalid snapshot. Keys
+/// are in the order first named. Name, units, colour and kind are those of the agent's property of that key; without
 /// one the name is the key and the unit empty. A value; copies are independent. Main thread only.
 namespace fakehost {
 

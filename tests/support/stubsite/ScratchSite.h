@@ -7,7 +7,7 @@
 
 #include <gtest/gtest.h>
 
-/// A site document in a folder of its own, gone with the test.
+/// A site document in a folder of its own, gone with the test. The test *owns* it. Main thread only.
 class ScratchSite {
 public:
     ScratchSite() : document(plotix::SiteDocument::create(path(), QStringLiteral("Garden"))) {}

@@ -4,7 +4,8 @@
 
 #include <QtCore/QStringList>
 
-/// A trend view without a graph: records what is sent to it. Made by StubModule under the trend view's class name.
+/// A trend view without a graph: records what is sent to it. Made by StubModule under the trend view's class name. Main
+/// thread only.
 class StubTrend : public KTVPlugIn {
     Q_OBJECT
 public:

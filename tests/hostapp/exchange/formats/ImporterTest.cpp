@@ -33,7 +33,7 @@ protected:
 
     ImportSummary import(const QByteArray& text) { return importFile(write(text), site(), m_options); }
 
-    /// Why an import failed that must.
+    /// Why an import failed, which it must.
     std::optional<ImportFinding> failure(const QByteArray& text)
     {
         return findingOf([&] { import(text); });

@@ -13,7 +13,7 @@
 #include <set>
 #include <thread>
 
-// What a recording relies on, held against a source that is made up and against every one of the table.
+// What a recording relies on, tested on a made-up source and on every source of the table.
 
 namespace plotix {
 

@@ -15,7 +15,7 @@
 
 namespace {
 
-/// The stand-ins of a program that has installed nothing.
+/// The defaults of a program that has installed nothing.
 class DefaultServicesTest : public testing::Test {
 protected:
     DefaultServicesTest() : m_previous(KTVHostServices::install({})) {}

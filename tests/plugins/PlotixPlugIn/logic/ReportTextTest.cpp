@@ -52,7 +52,7 @@ TEST(ReportText, TheWholeDocumentToTheLastCharacter)
                                 "<td>2</td></tr></table></body></html>"));
 }
 
-// What stands in a head is not printed, so the document has a header element.
+// The content of a head is not printed, so the document has a header element.
 TEST(ReportText, HeadingsStandInAHeaderElement)
 {
     EXPECT_TRUE(reportHtml({}).startsWith("<html><header><h1></h1>"));
@@ -76,7 +76,7 @@ TEST(ReportText, WithoutRowsTheTableHoldsItsHeadingAlone)
     EXPECT_TRUE(reportHtml({}).endsWith("<th>No. of Points</th></tr></table></body></html>"));
 }
 
-// Whoever prints shows what the names say, markup included.
+// The printed page shows the names as they are, markup included.
 TEST(ReportText, NothingIsEscaped)
 {
     Report report;

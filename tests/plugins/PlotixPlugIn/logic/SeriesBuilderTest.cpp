@@ -30,7 +30,7 @@ protected:
     }
 };
 
-/// The index that stands after building is the one made from the finished series.
+/// The index after building equals the one made from the finished series.
 void expectIndexOfItsOwn(const CPTPointSeries& series)
 {
     const CPTSeriesIndex anew(series.y().span(), series.points());

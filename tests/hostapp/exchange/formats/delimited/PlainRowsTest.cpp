@@ -13,7 +13,7 @@ namespace plotix {
 
 namespace {
 
-/// Numbers as text, written in ways that come up and some that do not.
+/// Numbers as text, written in usual and in unusual ways.
 class NumberWriter {
 public:
     std::string next()

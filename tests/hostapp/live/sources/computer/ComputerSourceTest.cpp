@@ -44,7 +44,7 @@ TEST_F(ComputerSourceTest, MeasuresThisComputer)
 TEST_F(ComputerSourceTest, LooksOnceAReadingAtTheTimeItIsAskedFor)
 {
     EXPECT_EQ(source->read(100).front().time, 100);
-    EXPECT_EQ(value("Load 1 Minute"), 3);  // the first look was for the properties
+    EXPECT_EQ(value("Load 1 Minute"), 3);  // the machine was asked first for the properties
 }
 
 TEST_F(ComputerSourceTest, ASensorThatGoesHasNoValueMeanwhile)

@@ -4,7 +4,7 @@
 
 #include <string>
 
-/// A machine whose load is the number of the look, with one sensor that can be pulled out.
+/// A machine whose load is how often it was asked, with one sensor that can be pulled out.
 class MadeUpMachine : public plotix::MachineSource {
 public:
     plotix::MachineTexts look() override
