@@ -1,6 +1,7 @@
 #include "hostapp/cli/CommandLine.h"
 
 #include "base/ReportableError.h"
+#include "hostapp/cli/ImportWords.h"
 #include "hostapp/cli/ParsedCommand.h"
 
 #include <QtCore/QSaveFile>
@@ -17,11 +18,23 @@ int fail(CommandStreams streams, const QString& message, int status)
     return status;
 }
 
+/// The machine's own zone may be one that nobody knows; a typed time then cannot be read.
+ParsedCommand parsedOrWrong(const QStringList& arguments)
+{
+    try {
+        return parseCommandLine(arguments);
+    } catch (const ImportFailure& failure) {
+        ParsedCommand wrong;
+        wrong.wrongUsage = printedText(failure.finding());
+        return wrong;
+    }
+}
+
 }  // namespace
 
 int runCommandLine(const QStringList& arguments, CommandServices& services, CommandStreams streams)
 {
-    const ParsedCommand parsed = parseCommandLine(arguments);
+    const ParsedCommand parsed = parsedOrWrong(arguments);
     if (parsed.help) {
         streams.output << parsed.help->toStdString() << std::flush;
         return kCommandDone;
@@ -44,14 +57,14 @@ int runCommandLine(const QStringList& arguments, CommandServices& services, Comm
 
 bool commandWantsWindow(const QStringList& arguments)
 {
-    const ParsedCommand parsed = parseCommandLine(arguments);
+    const ParsedCommand parsed = parsedOrWrong(arguments);
     const Command& command = parsed.command;
     return !parsed.help && !parsed.wrongUsage && command.wantsWindow && command.wantsWindow();
 }
 
 bool commandShowsTexts(const QStringList& arguments)
 {
-    return parseCommandLine(arguments).command.makes == Command::Makes::Picture;
+    return parsedOrWrong(arguments).command.makes == Command::Makes::Picture;
 }
 
 void writeWholeFile(const QString& path, const QByteArray& bytes)

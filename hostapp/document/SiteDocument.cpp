@@ -65,7 +65,7 @@ SiteDocument::~SiteDocument()
     storeUnsaved();
     for (const std::shared_ptr<SiteAgent>& agent : m_agents)
         agent->m_document = nullptr;
-    m_records->closeIdle();  // an agent that lives on shares them, and a closed site may be moved
+    m_records->closeIdle();  // an agent that lives on shares them; once no fetch is under way, the file may be moved
 }
 
 void SiteDocument::setSite(const QString& name, const QString& location)

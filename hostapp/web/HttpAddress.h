@@ -11,7 +11,7 @@ namespace plotix {
 /// Where a server listens. A value; any thread.
 struct HttpAddress {
     QString host = QLatin1String(kUsualWebAddress);  ///< an IPv4 or IPv6 address, or "localhost"
-    std::uint16_t port = 0;                      ///< 0: any that is free
+    std::uint16_t port = 0;                          ///< 0: any that is free
 
     /// Only this machine can reach it. False for what is no address.
     bool isLoopback() const;

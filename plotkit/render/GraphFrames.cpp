@@ -25,7 +25,10 @@ bool GraphFrames::paint(QPainter& painter, const CPTXYGraph& graph, const QRectF
         isPainted = isPainted || !(look == m_look);
         if (isPainted)
             keep(graph, rect, look);
-        canvas.painter().drawImage(target.topLeft(), m_picture);
+        if (m_picture.isNull())  // no memory for one of its own
+            m_painter.paintBelowLayers(painter, graph, rect);
+        else
+            canvas.painter().drawImage(target.topLeft(), m_picture);
     }
     paintLayers(painter, graph, rect);
     return isPainted;

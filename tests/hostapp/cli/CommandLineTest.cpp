@@ -26,6 +26,15 @@ TEST_F(CommandLineTest, ExplainsEachCommandWithAnExample)
     }
 }
 
+TEST_F(CommandLineTest, ATimeOfAMachineWhoseZoneNobodyKnowsIsWrongUsage)
+{
+    const QByteArray before = qgetenv("TZ");
+    qputenv("TZ", "Nowhere/Else");
+    EXPECT_EQ(run({"export", "some.plotix", "--from", "2015-01-01"}), kCommandWrongUsage);
+    EXPECT_TRUE(m_error.contains(QStringLiteral("Nowhere/Else"))) << m_error.toStdString();
+    qputenv("TZ", before);
+}
+
 struct UsageCase {
     const char* name;
     QStringList arguments;

@@ -63,6 +63,26 @@ TEST_F(SiteRecordingTest, ASourceThatCannotBeMadeLeavesItOff)
     EXPECT_EQ(recording->message(), QString());
 }
 
+/// A source that is there and cannot begin.
+class SilentSource : public plotix::ReadingSource {
+public:
+    QString agentName() const override { return QStringLiteral("Silent"); }
+    std::vector<plotix::SourceProperty> start(double) override
+    {
+        throw plotix::ReportableError(QStringLiteral("There is no space left."));
+    }
+    std::vector<plotix::Reading> read(double) override { return {}; }
+};
+
+TEST_F(SiteRecordingTest, ARecorderThatCannotBeginLeavesItOff)
+{
+    recording = std::make_unique<SiteRecording>(site.document, [] { return std::make_unique<SilentSource>(); });
+    EXPECT_THROW(recording->switchOn(), plotix::ReportableError);
+    EXPECT_FALSE(recording->isOn());
+    EXPECT_FALSE(recording->wasOn());
+    EXPECT_EQ(recording->message(), QString());
+}
+
 class LiveWindowTest : public testing::Test {
 protected:
     void TearDown() override
