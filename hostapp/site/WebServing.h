@@ -16,7 +16,7 @@ public:
     /// as if it had been stopped before. Throws ReportableError.
     virtual QString start(WorkingSite& site) = 0;
 
-    /// When it returns nobody asks the site's plug-ins any more. A site that is not served: nothing happens.
+    /// When it returns, no request uses the site's plug-ins any more. A site that is not served: nothing happens.
     virtual void stop(WorkingSite& site) = 0;
 };
 
