@@ -12,7 +12,7 @@ class WebServing {
 public:
     virtual ~WebServing() = default;
 
-    /// Shows the site to browsers on this machine; answers the address of its page. Again for a site that is served:
+    /// Shows the site to browsers on this machine; answers the address of its page. For a site that is served already:
     /// as if it had been stopped before. Throws ReportableError.
     virtual QString start(WorkingSite& site) = 0;
 
