@@ -40,7 +40,7 @@ public:
     void insert(int row, const KTVPlugInPtr& plugIn);  ///< a row outside the list becomes the nearest one
     void remove(const KTVPlugIn* plugIn);              ///< one that is not listed: nothing happens
     void removeAll();
-    void move(int from, int to);  ///< its row is `to` afterwards; rows outside the list: nothing happens
+    void move(int from, int to);  ///< the row is then at `to`; rows outside the list: nothing happens
 
     Items items() const;
     KTVPlugInPtr plugInAt(int row) const;                         ///< null outside the list
