@@ -23,7 +23,7 @@ constexpr std::size_t kMostKept = 16;
 constexpr std::size_t kShareKept = 8;  // of the machine's memory: one part in so many
 
 #if defined(__SANITIZE_ADDRESS__)
-constexpr bool kKeepsPieces = false;  // so that a use after the end is seen
+constexpr bool kKeepsPieces = false;  // so that sanitizers see a use after free
 #else
 constexpr bool kKeepsPieces = true;
 #endif
@@ -71,7 +71,7 @@ public:
         m_pieces.reserve(kMostKept + 1);  // so that freeing never allocates
     }
 
-    /// The smallest one that is not more than twice as long as needed.
+    /// The smallest piece that is long enough, and at most twice as long as needed.
     std::optional<Piece> take(std::size_t size)
     {
         const std::lock_guard lock(m_mutex);
@@ -91,7 +91,7 @@ public:
     {
         if (!kKeepsPieces || piece.size > m_most)
             return unmap(piece);
-        madvise(piece.start, piece.size, MADV_FREE);  // the system may have it; what it leaves is still mapped
+        madvise(piece.start, piece.size, MADV_FREE);  // the system may take the pages back; the piece stays mapped
         const std::lock_guard lock(m_mutex);
         m_pieces.push_back(piece);
         m_kept += piece.size;
@@ -120,7 +120,7 @@ private:
     std::size_t m_kept = 0;
 };
 
-/// Never destroyed: columns of static objects come back after everything else has gone.
+/// Never destroyed: columns of static objects are freed after everything else.
 KeptPieces& keptPieces()
 {
     static KeptPieces& pieces = *new KeptPieces;
@@ -152,7 +152,7 @@ std::shared_ptr<void> smallMemory(std::size_t bytes)
     return {memory, [](void* freed) { std::free(freed); }};
 }
 
-/// Beyond this nothing can be asked for, and rounding up would start again at zero.
+/// No system gives more than this, and rounding it up would overflow to zero.
 void requirePossible(std::size_t bytes)
 {
     if (bytes > PTRDIFF_MAX - 2 * kHugePage)

@@ -66,7 +66,7 @@ private:
         ~RunningTask() { drain->endTask(); }
     };
 
-    /// The next task, waited for, taken out of turn; an outer task that waits for it keeps running afterwards.
+    /// Waits for the next task and takes it, also while another task runs, which goes on afterwards.
     struct InnerTask {
         explicit InnerTask(Drain* itsDrain) : drain(itsDrain)
         {

@@ -26,9 +26,10 @@ public:
     /// Requires: not the main thread (it would wait for itself).
     void sync(const std::function<void()>& task);
 
-    /// Runs tasks here and now, without the event loop, until `reached` answers true: for ends that must wait for other
-    /// threads which may still want something of the main queue. `reached` is looked at before each task; who makes it
-    /// true on another thread posts a task afterwards, which may be empty. Called inside a task, that one gives way.
+    /// Runs tasks here and now, without the event loop, until `reached` answers true: for whatever ends and must wait
+    /// for threads which may still need the main queue. `reached` is checked before each task; another thread that
+    /// makes it true posts a task afterwards, which may be empty. Called inside a task, that task lets the others run
+    /// before it returns.
     /// Requires: the main thread.
     void runUntil(const std::function<bool()>& reached);
 

@@ -32,7 +32,7 @@ public:
     const T* data() const { return m_data.get(); }
     std::span<const T> span() const { return {m_data.get(), m_size}; }
 
-    /// Becomes empty when the last owner lets go: tells the same values from others at the same place.
+    /// Becomes empty when the last owner lets go: tells these values from later ones at the same address.
     std::weak_ptr<const T> weak() const { return m_data; }
 
     /// Requires: index < size().

@@ -34,7 +34,7 @@ StopRequest::StopRequest(From from)
     Q_ASSERT(writeEnd == -1);
     wasRequested = false;
     if (::pipe2(m_pipe.data(), O_CLOEXEC | O_NONBLOCK) != 0)
-        return;  // without a pipe the signals end the process as ever, which loses nothing that is stored
+        return;  // without a pipe the signals end the process as usual, which loses nothing that is stored
     writeEnd = m_pipe[1];
     m_notifier = std::make_unique<QSocketNotifier>(m_pipe[0], QSocketNotifier::Read);
     connect(m_notifier.get(), &QSocketNotifier::activated, this, &StopRequest::read);
@@ -76,7 +76,7 @@ void StopRequest::wait()
 {
     QEventLoop loop;
     connect(this, &StopRequest::requested, &loop, &QEventLoop::quit);
-    if (!isRequested())  // one that comes from here on wakes the loop
+    if (!isRequested())  // a signal that comes after this check wakes the loop
         loop.exec();
 }
 

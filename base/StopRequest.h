@@ -10,24 +10,24 @@
 
 /// The signals that ask a program to end, handed to its event loop.
 ///
-/// While one lives, its signals end nothing: the handler sets a flag and wakes the event loop, which sends `requested`.
-/// A program with a loop listens, one in the middle of long work looks at the flag now and then. What handled the
-/// signals before handles them again afterwards; a call that a signal interrupts keeps its errno, or goes on. At most
-/// one at a time. Main thread, inside a QCoreApplication, but for `isRequested`.
+/// While one lives, its signals do not end the process: the handler sets a flag and wakes the event loop, which sends
+/// `requested`. A program with a loop listens, one in the middle of long work looks at the flag now and then. Its end
+/// restores the former handlers. A system call that a signal interrupts goes on, or keeps its errno. At most one at a
+/// time. Main thread, inside a QCoreApplication, except `isRequested`.
 namespace plotix {
 
 class StopRequest : public QObject {
     Q_OBJECT
 public:
     enum class From {
-        Keyboard,  ///< SIGINT: the others end the process as ever
+        Keyboard,  ///< SIGINT; other signals end the process as usual
         Anyone     ///< SIGINT, SIGTERM and SIGHUP: the user, the system, or a terminal that is gone
     };
 
     explicit StopRequest(From from = From::Anyone);
     ~StopRequest() override;
 
-    /// Whether a signal has come since the last one was made; it keeps the answer beyond its end. Any thread.
+    /// Whether a signal has come since the last StopRequest was made, also after that one has ended. Any thread.
     static bool isRequested();
 
     /// Runs an event loop until a signal comes; returns at once when one has come already.

@@ -41,7 +41,7 @@ void requireReadableFile(const QString& file)
         throw ReportableError(QStringLiteral("%1 is empty, not a Plotix site: choose another file.").arg(quoted(file)));
 }
 
-/// A file without any write permission is left alone even by a user who could override that.
+/// A file without any write permission is not written even by a user who could override that.
 bool allowsWriting(const QString& file)
 {
     struct stat status {};
@@ -99,7 +99,7 @@ Database::Database(const QString& file, DatabaseSchema schema, Access access)
 {
     try {
         requireReadableFile(m_file);
-        // The first look leaves no trace: no lock, no log, nothing created beside the file.
+        // The first check leaves no trace: no lock, no log, nothing created beside the file.
         inspect(uriOf(m_file, "?mode=ro&immutable=1"));
         const bool writable = access != Access::ReadOnly && allowsWriting(m_file);
         if (access == Access::ReadWrite && !writable)
@@ -145,8 +145,8 @@ void Database::open(int flags, const QString& uri)
 void Database::inspect(const QString& uri)
 {
     open(SQLITE_OPEN_READONLY, uri);
-    // Without a lock this may meet the file in the middle of a merge of its log, longer in one page than on disk; what
-    // truly is damaged shows again under a lock.
+    // Without a lock this may read the file while its log is being merged, when its first page can name more pages than
+    // are on disk. Real damage shows again under a lock.
     const int looked = sqlite3_exec(m_handle, "PRAGMA application_id", nullptr, nullptr, nullptr);
     if ((looked & 0xFF) != SQLITE_CORRUPT)
         checkHeader();
@@ -194,7 +194,7 @@ void Database::upgrade()
     if (checkHeader() == m_schema.version)
         return;
     beginWriting();
-    // Another program may have been faster.
+    // Another program may have upgraded it meanwhile.
     for (int version = checkHeader() + 1; version <= m_schema.version; ++version) {
         for (const SchemaPart& part : m_schema.parts)
             for (const SchemaPart::Step& step : part.steps)

@@ -14,8 +14,8 @@ struct sqlite3_blob;
 struct sqlite3_stmt;
 
 /// One connection to a site document's file, and statements over it: SQLite with every failure turned into a
-/// ReportableError that says what to do, in one line. One thread at a time each; any number of connections beside each
-/// other.
+/// ReportableError that says what to do, in one line. Whoever opens a connection *owns* it. One thread at a time uses a
+/// connection; any number of connections work at the same time.
 namespace plotix {
 
 class Statement;
@@ -23,13 +23,12 @@ class Statement;
 class Database {
 public:
     enum class Access {
-        ReadWrite,      ///< the file must exist and be ours and writable; brings it to the current version
+        ReadWrite,      ///< the file must exist and be ours and writable; upgrades it to the current version
         ReadOnly,       ///< never writes; the file must exist and be ours
-        BestAvailable,  ///< ReadWrite where the file allows it, else ReadOnly
+        BestAvailable,  ///< ReadWrite if the file allows it, else ReadOnly
     };
 
-    /// Makes a new file with empty tables and what `firstRows`, SQL, puts into them; throws when anything is there
-    /// already.
+    /// Makes a new file with its tables, then runs the SQL of `firstRows`. Throws when the path is taken.
     static void create(const QString& file, const DatabaseSchema& schema, const QByteArray& firstRows = {});
 
     /// Checks that the file is one of this schema before anything could change it.
@@ -54,8 +53,8 @@ public:
     void commit();
     void rollBack() noexcept;  ///< without a transaction: nothing
 
-    /// A number that changes when another connection has changed the document, and with each commit of this one; known
-    /// inside a transaction.
+    /// A number that differs once another connection has changed the document, and after each commit of this one.
+    /// Meaningful inside a transaction.
     unsigned dataVersion() const;
 
     [[noreturn]] void fail(int resultCode) const;

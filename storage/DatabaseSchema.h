@@ -3,20 +3,20 @@
 #include <span>
 #include <vector>
 
-/// What a database file is made of: whose it is, in which version, and its tables, in parts that each room brings for
-/// its own. Whoever opens a file hands it in; nothing here knows what the tables are for.
+/// What a database file consists of: which program it belongs to, its version, and its tables, in parts, one from each
+/// room that has tables. Whoever opens a file hands the schema in; nothing here knows what the tables are for.
 ///
 /// Values; any thread. Tables, steps and texts are *borrowed* and must outlive every database opened with them.
-/// Stored: never change a part without a new version and a step up from the old one.
+/// Stored: never change a part without a new version and a step that upgrades the old one.
 namespace plotix {
 
 struct SchemaPart {
-    /// A table, and the version of the whole file it came with.
+    /// A table, and the version of the whole file that introduced it.
     struct Table {
         const char* name;
         int since;
     };
-    /// What brings the part from the version before to version `to`.
+    /// Upgrades the part from the version before to version `to`.
     struct Step {
         int to;
         const char* sql;

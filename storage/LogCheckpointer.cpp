@@ -68,7 +68,7 @@ void LogCheckpointer::wake(int pages)
 {
     m_pages = pages;
     if (pages < m_wakeAt) {
-        // A log that began anew is waited for from its beginning.
+        // The log began anew: the next merge is due at kPages again.
         m_wakeAt = pages < kPages ? kPages : m_wakeAt;
         return;
     }
@@ -103,7 +103,7 @@ void LogCheckpointer::work()
             if (!database)
                 database = std::make_unique<Database>(m_served.file(), m_served.schema(), Database::Access::ReadWrite);
             merge(*database);
-        } catch (const std::exception&) {  // the commits' own connection has the same trouble, and somebody to tell
+        } catch (const std::exception&) {  // the committing connection fails in the same way, and its caller is told
             database.reset();
         }
         m_busy = false;
@@ -115,7 +115,7 @@ void LogCheckpointer::merge(Database& database)
 {
     for (int pass = 0; pass < kPassesBeside; ++pass) {
         const Merged done = mergeLog(database, SQLITE_CHECKPOINT_PASSIVE);
-        // A reader is in the way, or a log that was merged wholly begins anew with the next commit.
+        // A reader is in the way; or everything is merged, and the log begins anew with the next commit.
         if (done.result != SQLITE_OK || done.merged < done.pages || m_pages == done.pages)
             return;
         if (m_pages - done.merged <= kShortRest)

@@ -10,10 +10,9 @@
 /// Merges the write-ahead log of a document into its file, on a thread of its own, so that a commit of the connection
 /// it serves does not wait for the disk.
 ///
-/// The log may grow to kPages before that and is then merged beside the commits. When they outrun it, the last stretch
-/// is merged while they wait for some milliseconds, so that the log begins anew and does not grow for ever. A reader
-/// that stays in an old snapshot keeps the log growing for as long as it stays. What fails is tried again after as many
-/// pages more: the log holds everything.
+/// A log of kPages is merged while commits go on. If they are faster than the merge, they wait some milliseconds while
+/// its last pages are merged, so that the log begins anew and does not grow for ever. While a reader stays in an old
+/// snapshot, the log keeps growing. A merge that fails is tried again kPages later: the log holds everything.
 namespace plotix {
 
 class LogCheckpointer {
@@ -40,7 +39,7 @@ private:
     std::condition_variable m_changed;
     bool m_wanted = false, m_ending = false;  // guarded
     std::atomic<bool> m_busy = false;         // wanted or at work
-    std::thread m_thread;                     // started when the log first is that long
+    std::thread m_thread;                     // started when the log first reaches kPages
 };
 
 }  // namespace plotix

@@ -46,7 +46,7 @@ Statement& Statement::bind(int position, const QString& value)
 
 Statement& Statement::bind(int position, const QByteArray& value)
 {
-    const char* data = value.isNull() ? "" : value.constData();  // a null pointer would store nothing, not no bytes
+    const char* data = value.isNull() ? "" : value.constData();  // a null pointer would store NULL, not an empty blob
     check(m_database, sqlite3_bind_blob(m_statement, position, data, static_cast<int>(value.size()), SQLITE_TRANSIENT));
     return *this;
 }

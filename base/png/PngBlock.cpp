@@ -17,7 +17,7 @@ constexpr std::size_t kEndOfBlock = 256;
 constexpr int kSlotBits = 10;
 constexpr std::array<std::size_t, 19> kLengthOrder{16, 17, 18, 0, 8, 7, 9, 6, 10, 5, 11, 4, 12, 3, 13, 2, 14, 1, 15};
 
-/// Where it is remembered that a pixel was seen. Knuth's multiplicative hashing.
+/// The slot that remembers where a pixel was seen. Knuth's multiplicative hashing.
 std::size_t slotOf(quint32 pixel)
 {
     return pixel * 0x9e3779b1U >> (32 - kSlotBits);
@@ -81,8 +81,7 @@ PngBlock::PngBlock(int width, int bytesPerPixel, quint8 filter)
       m_window(m_rowsKept * m_width),
       m_lastSeen(std::size_t{1} << kSlotBits)
 {
-    m_lastSeen[slotOf(0)].pixel =
-        1;  // which belongs into another slot, as 0 does into all others: nothing was seen yet
+    m_lastSeen[slotOf(0)].pixel = 1;  // a pixel of another slot, as 0 is for all others: nothing was seen yet
     m_distanceCounts[distanceSymbol(m_bytesPerPixel).symbol] = 1;  // so that there is a code for distances
 }
 
@@ -190,7 +189,7 @@ std::size_t PngBlock::finish()
     return bits / 8 + kHeaderAndSlack;
 }
 
-/// The codes are told by their lengths, which have a code of their own.
+/// Only the lengths of the codes are written, in a code of their own.
 void PngBlock::writeHeader(Writer& writer) const
 {
     std::array<quint8, kLengthSymbols + kDistanceSymbols> lengths{};

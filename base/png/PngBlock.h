@@ -6,12 +6,12 @@
 #include <cstddef>
 #include <vector>
 
-/// The pixels of a PNG as one deflate block that knows two kinds of repeats: a pixel like the one before it, and pixels
-/// like some a little earlier, of which only the last with the same first pixel is looked at.
+/// The pixels of a PNG as one deflate block that uses two kinds of repeats: a pixel equal to the one before it, and
+/// pixels equal to some a little earlier. For those it tries only the last place that begins with the same pixel.
 ///
 /// Rows of differences are mostly the first kind; a search for the longest repeat takes several times as long as all
-/// the rest and gains nothing on graphs. The block's prefix codes are made from exactly what is in it, so rows are
-/// gathered first and written then. RFC 1951. One thread at a time.
+/// the rest and gains nothing on graphs. The block's prefix codes are made from exactly what is in it, so all rows are
+/// gathered before any is written. RFC 1951. One thread at a time.
 namespace plotix {
 
 class PngBlock {
@@ -24,7 +24,7 @@ public:
     /// Takes the next row over: its differences, and the repeats among them.
     void addRow(const quint64* repeats);
 
-    /// Makes the codes; answers how many bytes `write` may touch at the most. Once, after the last row.
+    /// Makes the codes; answers the most bytes that `write` may touch. Once, after the last row.
     std::size_t finish();
     /// Writes the block; answers its end.
     quint8* write(quint8* to) const;
@@ -35,10 +35,10 @@ private:
         quint32 bits = 0;
         int length = 0;
     };
-    /// Pixels to be written: one as it is, or so many like those at a distance.
+    /// Pixels to be written: one as it is, or a repeat of those at a distance.
     struct Token {
         quint32 pixelOrDistance;  ///< distance in bytes
-        quint32 length;           ///< pixels like others; 0: a pixel itself
+        quint32 length;           ///< of the repeat, in pixels; 0: a pixel itself
     };
     /// Where a pixel was seen last.
     struct LastSeen {
@@ -68,7 +68,7 @@ private:
     std::size_t m_bytesPerPixel;
     quint8 m_filter;  ///< stands in front of each row
     std::size_t m_rowBytes;
-    std::size_t m_rowsKept;  ///< so many rows hold all that a match can reach
+    std::size_t m_rowsKept;  ///< how many rows hold all that a match can reach
     std::size_t m_longest;   ///< match, in pixels
     std::size_t m_shortest;  ///< match at a distance, in pixels
     std::vector<quint32> m_window;

@@ -10,8 +10,8 @@
 #include <iterator>
 #include <vector>
 
-// Every row is stored as its difference to the row above: what stands upright in a graph, and its even background,
-// become zeros, whatever the colours.
+// Every row is stored as its difference to the row above: vertical lines and plain background become zeros, whatever
+// the colours.
 
 namespace plotix {
 

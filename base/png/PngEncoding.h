@@ -5,8 +5,8 @@
 
 #include <cstddef>
 
-/// Lossless PNG at drawing speed: one fixed row filter, and a compression that looks for little more than runs of one
-/// pixel. Drawings and windows come out about as large as with a general compressor's quickest setting.
+/// Lossless PNG at drawing speed: one fixed row filter, and a compression that looks for little more than repeats of
+/// one pixel. Drawings and windows come out about as large as with a general compressor's quickest setting.
 ///
 /// Any decoder reads the result. The same pixels give the same bytes. Pure; any thread.
 namespace plotix {

@@ -14,7 +14,7 @@ namespace hn = hwy::HWY_NAMESPACE;
 template <int kBytes>
 constexpr quint32 kKept = kBytes == 3 ? 0x00ffffffU : 0xffffffffU;
 
-/// Four differences of bytes at once: the highest bits apart, so that none borrows from its neighbour.
+/// Four differences of bytes at once: the highest bits separately, so that no byte borrows from its neighbour.
 quint32 difference(quint32 left, quint32 right)
 {
     constexpr quint32 kHighest = 0x80808080U;
@@ -97,7 +97,7 @@ void differences(const PngRow& row)
 {
     const Pixels kept = hn::Set(kPixels, kKept<kBytes>);
     const int wholeWords = row.width & ~63;
-    // No difference precedes the first one: what stands in its place differs from it.
+    // Nothing precedes the first difference: the value before it is made different from it.
     Pixels before = hn::Set(kPixels, ~difference(row.pixels[0], row.above[0]));
     for (int start = 0; start < wholeWords; start += 64) {
         quint64 word = 0;

@@ -7,7 +7,7 @@
 /// Compiled for several processors, chosen at run time (see base/vectors); all write the same. Pure; any thread.
 namespace plotix {
 
-/// One row on its way into the file. All memory is borrowed and lies apart.
+/// One row to be encoded. All memory is borrowed; no two pieces overlap.
 struct PngRow {
     const quint32* pixels = nullptr;  ///< alpha in the highest byte, then red, green, blue
     const quint32* above = nullptr;   ///< the row above, as long
@@ -17,7 +17,7 @@ struct PngRow {
     quint64* repeats = nullptr;       ///< out: bit n % 64 of word n / 64 says that difference n equals the one before
 };
 
-/// So many bytes past its end `bytes` may be written.
+/// How many bytes past the end of `bytes` may be written.
 constexpr int kPngRowSlack = 8;
 
 struct PngRowKernels {

@@ -47,7 +47,7 @@ void makeLengths(std::vector<quint32>& a)
     }
 }
 
-/// How many codes of each length there are once none is longer than `longest`; they still fill the code exactly.
+/// The number of codes of each length with none longer than `longest`; the code is still complete.
 CountPerLength limitedCounts(const std::vector<quint32>& lengths, int longest)
 {
     CountPerLength counts{};

@@ -13,8 +13,8 @@ struct PrefixBits {
     quint16 length = 0;  ///< 0: the symbol does not occur
 };
 
-/// The shortest codes for symbols that occur so often, none longer than `longest` bits; codes that would be longer are
-/// shortened at the least cost a single pass finds. Symbols that do not occur get none; a symbol alone gets one bit.
+/// The shortest codes for symbols with these counts, none longer than `longest` bits; longer ones are shortened at the
+/// least cost that a single pass finds. Symbols that do not occur get none; a single symbol gets one bit.
 ///
 /// Lengths: Moffat and Katajainen, "In-Place Calculation of Minimum-Redundancy Codes", 1995. Bits: RFC 1951, 3.2.2.
 /// Requires: `codes` as long as `counts`, at most 2^longest symbols, longest <= 15, counts that sum to below 2^32.

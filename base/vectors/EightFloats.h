@@ -1,5 +1,5 @@
-// Floats by the eight: in one vector or in several, so that every processor compares the same ones with each other, and
-// answers the same of two zeros. For kernel files, behind Kernels.h, once a target like that.
+// Eight floats, in one vector or in several, so that every processor compares the same ones with each other and gives
+// the same result for two zeros. Kernel files include it after Kernels.h; it too is compiled once a target.
 
 #if defined(BASE_VECTORS_EIGHT_FLOATS_H) == defined(HWY_TARGET_TOGGLE)
 #ifdef BASE_VECTORS_EIGHT_FLOATS_H
@@ -19,7 +19,7 @@ struct EightFloats {
     static constexpr std::size_t kLanes = hn::MaxLanes(kTag);
     static constexpr std::size_t kParts = kCount / kLanes;
 
-    HWY_INLINE EightFloats() {}  // left to the compiler, it would be made for no processor in particular
+    HWY_INLINE EightFloats() {}  // a generated one would not be compiled for the target
     static HWY_INLINE EightFloats all(float value)
     {
         EightFloats eight;
@@ -75,7 +75,7 @@ struct EightFloats {
     hn::Vec<Tag> parts[kParts];
 
 private:
-    /// Each lane with the one four further, then two, then one.
+    /// Joins each lane with the one four further, then two, then one.
     template <class Join>
     HWY_INLINE float folded(const Join& join) const
     {

@@ -9,7 +9,7 @@
 #include <utility>
 
 #include <hwy/foreach_target.h>
-// Behind the one above, which compiles the kernel file for the other targets.
+// After the include above, which compiles the kernel file for the other targets.
 #include <hwy/highway.h>
 
 #if defined(BASE_VECTORS_KERNELS_H) == defined(HWY_TARGET_TOGGLE)
@@ -24,8 +24,8 @@ namespace plotix::vectors::HWY_NAMESPACE {
 
 namespace hn = hwy::HWY_NAMESPACE;
 
-/// Calls `body` with 0, 1 … kCount − 1, each a constant of the compiler's. Vectors in an array stay in registers only
-/// where it knows their places early; it unrolls loops too late. The body's lambda is marked HWY_ATTR.
+/// Calls `body` with 0, 1 … kCount − 1, each known to the compiler. Vectors in an array stay in registers only if it
+/// knows their indexes early; it unrolls loops too late. The body's lambda is marked HWY_ATTR.
 template <std::size_t kCount, class Body>
 HWY_INLINE void unrolled(const Body& body)
 {
@@ -37,7 +37,7 @@ HWY_INLINE void unrolled(const Body& body)
 }
 
 /// `least`, or `other` where that is smaller: a NaN in `other` changes nothing, and of two zeros `least` stays.
-/// Highway's own Min leaves open which of two zeros or NaNs it answers.
+/// Highway's own Min does not define which of two zeros or NaNs it answers.
 template <class V>
 HWY_INLINE V lower(V least, V other)
 {

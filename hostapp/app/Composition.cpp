@@ -11,7 +11,8 @@ namespace plotix {
 
 namespace {
 
-/// A site whose file has gone, say, has no part in "All Time"; whoever fetches from it is told.
+/// A site that cannot be read, because its file is gone, say, is left out of "All Time"; a fetch from it reports the
+/// error.
 std::optional<std::pair<Date, Date>> readableExtent(const SiteDocument& document)
 {
     try {

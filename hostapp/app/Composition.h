@@ -36,7 +36,7 @@ public:
     HelpManager& helpManager() { return m_helpManager; }
     WebServing& webServing() { return m_webServing; }
 
-    /// The document's records count for "All Time" from now on, as long as it is open.
+    /// From now on "All Time" includes the document's records, as long as it is open.
     void documentOpened(const std::shared_ptr<SiteDocument>& document);
 
 private:

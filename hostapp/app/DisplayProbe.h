@@ -1,11 +1,11 @@
 #pragma once
 
-/// Whether there is a display to show windows on, found out before the toolkit starts, which would end the program when
-/// there is none. Free function; main thread, before the QApplication.
+/// Whether windows can be shown. Checked before the toolkit starts, because without a display that ends the program.
+/// Free function; main thread, before the QApplication.
 namespace plotix {
 
-/// False for platforms that show nothing (QT_QPA_PLATFORM is offscreen or minimal); with another one named, true. With
-/// none named: true when a Wayland socket or an X server answers.
+/// QT_QPA_PLATFORM decides if it is set: false for offscreen and minimal, true for any other. Else true when a Wayland
+/// socket or an X server answers.
 bool isDisplayReachable();
 
 }  // namespace plotix

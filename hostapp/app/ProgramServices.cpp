@@ -21,10 +21,10 @@ namespace plotix {
 
 namespace {
 
-/// Set to anything, `plotix open` ends as soon as its trend is on the screen: this is how the start is measured.
+/// If set, `plotix open` ends as soon as its trend is on the screen: this is how the start is measured.
 constexpr auto kQuitWhenDrawn = "PLOTIX_QUIT_WHEN_DRAWN";
 
-/// Says so when the trend is drawn, so that what ending takes can be told apart.
+/// Prints "drawn" when the trend is drawn, so that the time for ending can be measured separately.
 int quitWhenDrawn(SiteWindow& window)
 {
     waitForTrend(window);
@@ -103,7 +103,7 @@ void ProgramServices::serve(const ServeRequest& request)
 {
     for (const auto& document : request.documents)
         m_composition.documentOpened(document);
-    applyAppearance(*qApp);  // what browsers see looks as in a window
+    applyAppearance(*qApp);  // browsers get the same look as windows
     serveSites(request, m_composition.module());
 }
 

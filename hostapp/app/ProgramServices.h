@@ -4,7 +4,8 @@
 #include "hostapp/cli/CommandServices.h"
 #include "hostapp/window/SiteWindow.h"
 
-/// What the command line asks the program for, served by the composition. *Borrows* it. Main thread only.
+/// Implements what the command line asks the program for, by means of the composition, which it *borrows*. Main thread
+/// only.
 namespace plotix {
 
 class ProgramServices : public CommandServices {

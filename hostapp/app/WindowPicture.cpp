@@ -8,7 +8,7 @@ namespace plotix {
 
 namespace {
 
-/// Lets the event loop come round once, with everything posted so far done.
+/// Runs the event loop until everything posted so far is done.
 void comeRound()
 {
     QEventLoop loop;
@@ -31,7 +31,7 @@ QImage pictureOfWindow(SiteWindow& window, const QSize& size)
     window.resize(size);
     window.show();
     waitForTrend(window);
-    window.resize(size);  // a window manager may have had its own idea while the window appeared
+    window.resize(size);  // a window manager may have changed it while the window appeared
     comeRound();
     // The first painting reports the drawing finished, which ends the busy state; the second one shows that.
     window.grab();

@@ -4,7 +4,7 @@
 
 #include <QtGui/QImage>
 
-/// When a site window's trend is drawn, and a picture of the whole window then. Main thread only.
+/// Waits for a site window's trend to be drawn, and takes a picture of the window. Free functions; main thread only.
 namespace plotix {
 
 /// Waits until every record the shown window asked for has arrived and is in place; the next painting shows it.

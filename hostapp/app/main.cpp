@@ -21,8 +21,8 @@ QStringList wordsOf(int argc, char** argv)
     return words;
 }
 
-/// The toolkit says where it keeps its run-time files when nobody told it, and without a screen which of a window's
-/// wishes it cannot grant; a command's one line of error would drown in that.
+/// Drops two messages of the toolkit: where it keeps run-time files by default, and which window requests a platform
+/// without a screen cannot fulfil. A command's one line of error would be hard to find among them.
 void passOverPlatformChatter(QtMsgType type, const QMessageLogContext&, const QString& text)
 {
     const bool isChatter = text.startsWith(QLatin1String("This plugin does not support")) ||

@@ -10,7 +10,7 @@
 #include <string>
 #include <vector>
 
-/// What single words of a command line mean, and what is wrong with those that mean nothing. Pure; any thread.
+/// Values of single command line arguments, and what is wrong with an invalid one. Pure; any thread.
 namespace plotix {
 
 /// "1200x600"; nothing for anything else, or for sides outside 16 … 16,384.
@@ -28,10 +28,10 @@ std::optional<double> timeFromArgument(const QString& text);
 /// "a, b,,c" is a, b and c.
 QStringList listFromArgument(const QString& text);
 
-/// Of texts that pass checkPair: what stands before the first sign, trimmed, and what stands behind it, as it is.
+/// Splits texts that pass checkPair at the first "=": the part before it, trimmed, and the part after it, unchanged.
 ImportOptions::ByColumn pairsFromArguments(const std::vector<std::string>& texts);
 
-/// Each answers what is wrong with the word, to be read behind the option's name; empty: nothing is.
+/// Each answers what is wrong with the argument, worded to follow the option's name; empty: nothing.
 std::string checkPair(const std::string& text);
 std::string checkSize(const std::string& text);
 std::string checkRange(const std::string& text);

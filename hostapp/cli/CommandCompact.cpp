@@ -36,7 +36,7 @@ std::string sizeText(qint64 bytes)
     return QString::number(size, 'f', bytes < 1000 ? 0 : 1).toStdString() + unit;
 }
 
-/// Before which moment records go; nothing: none go. A site without records has nothing to count back from.
+/// Records before this time are dropped; nothing: none are. A site without records has no time to count back from.
 std::optional<double> dropBefore(const CompactCommand& command)
 {
     if (!command.keep)
@@ -57,7 +57,7 @@ void describe(std::ostream& out, const CompactionResult& result, const std::opti
 
 int runCommand(const CompactCommand& command, CommandContext context)
 {
-    // The document is closed again: open, it would keep the file from being shortened at once.
+    // The document is closed here: an open one would keep the file from being shortened at once.
     const std::shared_ptr<RecordStore> records = openSite(command.site)->records();
     const CompactionRequest request{dropBefore(command)};
     const StopRequest interruption(StopRequest::From::Keyboard);

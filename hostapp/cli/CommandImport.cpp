@@ -108,7 +108,7 @@ int runCommand(const ImportCommand& command, CommandContext context)
 {
     const StopRequest interruption(StopRequest::From::Keyboard);
     const ImportSummary summary = importWithProgress(command, context);
-    // First what has been done: should the trend view fail, the records are stored all the same.
+    // The summary is printed first: the records are stored even if making the trend view fails.
     if (command.json)
         writeJson(context.streams.output, summary);
     else

@@ -7,7 +7,7 @@
 #include <limits>
 #include <ostream>
 
-/// What a site holds. Numbers are in the units the records are archived in, so that nothing is rounded on the way.
+/// Prints what a site holds. Values are in the archived units, so that conversion rounds nothing.
 namespace plotix {
 
 namespace {
@@ -24,7 +24,7 @@ std::string moment(const std::optional<double>& seconds)
     return hasCalendarText(*seconds) ? exactTime(*seconds) : exactNumber(*seconds) + " s";
 }
 
-/// What both forms print of an agent, with the text between and around left to them.
+/// What both output forms, text and JSON, print of an agent.
 struct AgentInfo {
     struct Property {
         std::shared_ptr<SiteProperty> property;

@@ -30,8 +30,8 @@ int runCommandLine(const QStringList& arguments, CommandServices& services, Comm
 /// its QApplication: true for `open` without --screenshot, false for everything else, help and wrong usage included.
 bool commandWantsWindow(const QStringList& arguments);
 
-/// Whether these arguments make something to look at, whose words are in the user's language: windows, pages, drawings.
-/// What commands print is English everywhere.
+/// Whether these arguments make something to look at (windows, pages, drawings), whose texts are in the user's
+/// language. What commands print is always English.
 bool commandShowsTexts(const QStringList& arguments);
 
 }  // namespace plotix

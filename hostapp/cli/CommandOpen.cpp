@@ -53,7 +53,7 @@ void addSuggestedTrends(const QString& path, CommandServices& services)
         services.storeTrend(suggestedTrend(document, suggestion));
 }
 
-/// When the site was left; nothing before there is one.
+/// The demonstration's last record before this start; nothing when there is no demonstration yet.
 std::optional<double> lastRecordOfDemonstration()
 {
     const QString path = demonstrationSitePath();
@@ -74,7 +74,7 @@ QString openDemonstration(CommandContext context)
     return site.path;
 }
 
-/// Asked for by its path, it is brought up to date all the same.
+/// It is brought up to date also when asked for by its path.
 bool isDemonstration(const QString& site)
 {
     const QFileInfo demonstration(demonstrationSitePath());

@@ -2,11 +2,12 @@
 
 #include "hostapp/cli/CommandLine.h"
 
-/// How a command shows that something long runs, and how it hears that the user wants it stopped. Main thread only.
+/// Shows a command's progress and tells it when the user wants it to stop. Main thread only.
 namespace plotix {
 
-/// The program's own display where it has one, a bar on a terminal, or nothing to see. Answers false once the user
-/// cancels, or a StopRequest of the command's has come. The bar vanishes with the last copy of the handler.
+/// A handler that shows progress in the program's own display if it has one, else in a bar if there is a terminal. It
+/// answers false once the user cancels or the command's StopRequest has come. The bar disappears with the last copy of
+/// the handler.
 CommandProgress makeCommandProgress(CommandServices& services, CommandStreams streams, const QString& title);
 
 /// The bar's line: `Importing weather.csv  [==========          ]  50 %`. A fraction outside 0 … 1 counts as the nearer

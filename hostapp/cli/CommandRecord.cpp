@@ -56,7 +56,7 @@ void runUntilStopped(const RecordCommand& command, LiveRecorder& recorder, Comma
     });
     if (command.printTimes)
         QObject::connect(&recorder, &LiveRecorder::recorded, &loop, [&](double time) {
-            streams.output << "stored " << exactNumber(time) << std::endl;  // at once: who reads it relies on it
+            streams.output << "stored " << exactNumber(time) << std::endl;  // flushed at once: a reader relies on it
         });
     if (command.duration) {
         constexpr double kLongestTimer = std::numeric_limits<int>::max();

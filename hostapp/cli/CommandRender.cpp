@@ -24,7 +24,7 @@ bool isPdf(const RenderCommand& command)
     return command.output.endsWith(QLatin1String(".pdf"), Qt::CaseInsensitive);
 }
 
-/// Everything but what is never plotted, unless named.
+/// The properties named; without names all but those that are never plotted.
 KTVPropertyList propertiesToDraw(const SiteAgent& agent, const QStringList& names)
 {
     KTVPropertyList properties;

@@ -24,7 +24,7 @@ int runCommand(const ServeCommand& command, CommandContext context)
     request.address = command.address;
     request.port = command.port;
     request.tokenFile = command.tokenFile;
-    // Whoever started it waits for these lines, often through a pipe.
+    // The caller waits for these lines, often through a pipe.
     request.say = [&output = context.streams.output](const QString& line) {
         output << line.toStdString() << std::endl;
     };

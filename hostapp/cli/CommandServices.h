@@ -28,7 +28,7 @@ class CommandServices {
 public:
     virtual ~CommandServices() = default;
 
-    /// Whether a window could be seen by anybody.
+    /// Whether windows can be shown.
     virtual bool hasDisplay() const = 0;
 
     /// Shows the site window and runs until the program quits (or the picture is saved); answers the exit status.
@@ -46,8 +46,8 @@ public:
     /// Archives a new trend view in the document, after those it has.
     virtual void storeTrend(const TrendRequest& trend) = 0;
 
-    /// A way of its own to show that something long runs, such as a window; empty: there is none, and a terminal
-    /// serves where there is one. `title` is for people. The display ends when the handler is destroyed.
+    /// The program's own progress display, such as a window; empty: it has none, and a terminal is used instead.
+    /// `title` is for people. The display ends when the handler is destroyed.
     virtual CommandProgress makeProgress(const QString& title) = 0;
 };
 

@@ -11,9 +11,9 @@ namespace CLI {
 class App;
 }
 
-/// The commands, one file each: its options stand there once, bound to what they fill, beside what it does with them.
+/// The commands, one file each, which holds the command's options, bound to the values they fill, and its work.
 ///
-/// Main thread only. Running throws ReportableError; whatever was being made is then not there, or as it was.
+/// Main thread only. Running throws ReportableError; then no new file exists, and existing ones are as they were.
 namespace plotix {
 
 struct CommandContext {
@@ -21,7 +21,8 @@ struct CommandContext {
     CommandStreams streams;
 };
 
-/// A command that has been added to the program's. It shares what its options fill, so that it outlives the parser.
+/// A command that has been added to the parser. It *shares* the values its options fill, so that it can outlive the
+/// parser.
 struct Command {
     enum class Makes {
         Text,    ///< English everywhere
@@ -32,7 +33,7 @@ struct Command {
     Makes makes = Makes::Text;
     std::function<int(CommandContext)> run{};  ///< answers the exit status
     std::function<std::optional<QString>()>
-        contradiction{};                  ///< what is wrong with several words together; may be empty
+        contradiction{};                  ///< what is wrong with several options together; may be empty
     std::function<bool()> wantsWindow{};  ///< on the screen; empty: never
 };
 

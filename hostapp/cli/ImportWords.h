@@ -2,7 +2,7 @@
 
 #include "hostapp/exchange/Importer.h"
 
-/// What an import found out and did, in the command line's words: English, and naming its options. Pure; any thread.
+/// What an import found and did, worded for the command line: in English, naming its options. Pure; any thread.
 namespace plotix {
 
 /// One line, without the file's name.

@@ -14,8 +14,8 @@
 /// JSON, written member by member in the order of the calls; the library escapes, indents and closes. Borrows the
 /// stream; one thread.
 ///
-/// Numbers are written as the shortest text that reads back to the same bits. JSON has no word for infinities and NaN:
-/// they become ±1e999, which readers take for an infinity, and null.
+/// Numbers are written as the shortest text that reads back to the same bits. JSON has no infinities and no NaN: they
+/// become ±1e999, which readers take for an infinity, and null.
 namespace plotix {
 
 class JsonWriter {

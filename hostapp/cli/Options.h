@@ -10,10 +10,10 @@
 
 #include <optional>
 
-/// Binds the options of a command straight to where its values are wanted, checked word by word.
+/// Binds the options of a command to the variables that hold their values, and checks every argument.
 ///
-/// Each adds an option to the command and answers it; parsing writes into what is named, which must live until then,
-/// and leaves it alone where the option is not there. Any one thread.
+/// Each adds an option to the command and answers it; parsing writes into the variable, which must live until then, and
+/// leaves it unchanged when the option is not given. Any one thread.
 namespace plotix {
 
 CLI::Option* addText(CLI::App* command, const std::string& name, QString& text, const std::string& help);
@@ -41,7 +41,7 @@ CLI::Option* addDuration(CLI::App* command, const std::string& name, std::option
 CLI::Option* addPairs(CLI::App* command, const std::string& name, ImportOptions::ByColumn& pairs,
                       const std::string& type, const std::string& help);
 
-/// One of these words, each of which means a value.
+/// One of these words, each of which stands for a value.
 template <class Value, class Target>
 CLI::Option* addChoice(CLI::App* command, const std::string& name, Target& value,
                        const std::vector<std::pair<std::string, Value>>& choices, const std::string& help)

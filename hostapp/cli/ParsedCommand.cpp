@@ -18,7 +18,7 @@ std::vector<Command> addCommands(CLI::App& program)
     return commands;
 }
 
-/// What the library wants: the last word first.
+/// The library wants the last argument first.
 std::vector<std::string> reversed(const QStringList& arguments)
 {
     std::vector<std::string> words;
@@ -28,7 +28,7 @@ std::vector<std::string> reversed(const QStringList& arguments)
     return words;
 }
 
-/// The library's own line names the words that nobody takes from the last to the first.
+/// The library's own message names unknown arguments from the last to the first.
 QString unknownWords(const CLI::App& program)
 {
     QStringList words;
@@ -39,7 +39,7 @@ QString unknownWords(const CLI::App& program)
         .arg(words.join(QLatin1Char(' ')));
 }
 
-/// What is wrong with the words, as the library sees it; `help` is filled where that is asked for.
+/// What the library finds wrong with the arguments; `help` is filled when that is asked for.
 std::optional<QString> parse(CLI::App& program, const QStringList& arguments, std::optional<QString>& help)
 {
     try {

@@ -11,7 +11,7 @@
 namespace plotix {
 
 struct ParsedCommand {
-    Command command;                    ///< `open` while none is named, or the words are not understood
+    Command command;                    ///< `open` when none is named, or the arguments are wrong
     std::optional<QString> help;        ///< asked for: print it and do nothing else
     std::optional<QString> wrongUsage;  ///< one line
 };

@@ -26,7 +26,7 @@ void addRecordChoice(CLI::App* command, RecordChoice& choice);
 /// The option --range, which excludes --from and --to.
 void addRange(CLI::App* command, RecordChoice& choice);
 
-/// What is wrong with these words of it together; nothing: nothing is.
+/// What is wrong with these options together; nothing: they fit.
 std::optional<QString> contradictionIn(const RecordChoice& choice);
 
 }  // namespace plotix

@@ -4,9 +4,9 @@
 #include "hostapp/document/SiteDocument.h"
 #include "records/store/RecordStore.h"
 
-/// Finds what a command's words mean in a site: the document, an agent, properties, a span of time.
+/// Finds what a command's arguments name in a site: the document, an agent, properties, a span of time.
 ///
-/// Main thread only. Each throws ReportableError that lists what there is when a word means nothing.
+/// Main thread only. Each throws ReportableError for an unknown name and lists the known ones.
 namespace plotix {
 
 std::shared_ptr<SiteDocument> openSite(const QString& path);

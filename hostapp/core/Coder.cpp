@@ -15,7 +15,8 @@ ArchivedProperty archived(const KTVProperty& property)
             property.color(),        property.type(), property.visible()};
 }
 
-/// Keeps the place, name and colour of a property that is gone; it has no row, so no records are found for it.
+/// Keeps the position, name and colour of a property that no longer exists; it has no row, so no records are found for
+/// it.
 KTVPropertyPtr placeholder(const ArchivedProperty& property)
 {
     SiteProperty::Description description;

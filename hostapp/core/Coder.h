@@ -11,9 +11,9 @@
 
 /// Keyed archives as bytes: CBOR that holds data only; nothing in it can name a class to be made.
 ///
-/// Doubles and floats come back bit for bit and as what they were; integers come back as int where they fit, else as
-/// qint64; colours as their "#aarrggbb" text. A properties list is archived as the agent's identifier plus, for each
-/// property, its key and what it takes to list it when it is gone. `docs/formats.md` has the grammar. Main thread only.
+/// Doubles and floats come back bit for bit and with their type; integers come back as int if they fit, else as qint64;
+/// colours as their "#aarrggbb" text. A properties list is archived as the agent's identifier plus, for each property,
+/// its key and what is needed to list it when it no longer exists. `docs/formats.md` has the grammar. Main thread only.
 namespace plotix {
 
 struct CoderNode;
@@ -39,13 +39,13 @@ private:
 
 class Decoder : public KTVDecoder {
 public:
-    /// Where archived names lead. `agent` may be empty (then every property is a placeholder).
+    /// The objects that archived names refer to. `agent` may be empty (then every property is a placeholder).
     struct Surroundings {
         std::function<KTVAgentPtr(const QString& uniqueIdentifier)> agent;
         KTVSiteWindowController* siteWindowController = nullptr;  ///< borrowed; null without a window
     };
 
-    /// Throws ReportableError when the bytes are no archive, or one of a newer version.
+    /// Throws ReportableError when the bytes are not an archive, or one of a newer version.
     Decoder(const QByteArray& data, Surroundings surroundings);
     ~Decoder() override;
 

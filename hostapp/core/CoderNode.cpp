@@ -19,7 +19,7 @@ constexpr int kFormatVersion = 1;
 constexpr QCborTag kObjectTag{20559};
 constexpr QCborTag kPropertiesTag{20560};
 
-constexpr int kDeepest = 64;  // levels; deeper bytes were made to harm
+constexpr int kDeepest = 64;  // levels; deeper nesting is an attack
 
 void writeVariant(QCborStreamWriter& writer, const QVariant& value)
 {
@@ -89,7 +89,7 @@ void writeNode(QCborStreamWriter& writer, const CoderNode& node)
     writer.endMap();
 }
 
-/// Walks the bytes; anything unexpected is a damaged archive.
+/// Parses the bytes; anything unexpected is reported as a damaged archive.
 class Parser {
 public:
     explicit Parser(const QByteArray& data) : m_reader(data) {}

@@ -12,7 +12,7 @@
 /// A keyed archive in memory, and its bytes. Values; any thread.
 namespace plotix {
 
-/// What it takes to find a property again, or to list it when it is gone.
+/// What is needed to find a property again, or to list it when it no longer exists.
 struct ArchivedProperty {
     QString key, name, unit;
     QColor color;
@@ -23,7 +23,7 @@ struct ArchivedProperty {
 struct CoderNode {
     enum class Kind { Value, Object, Properties };
 
-    /// A plain value; colours become text. A value of a kind that archives do not know becomes an absent one.
+    /// A plain value; colours become text. A value of an unsupported type becomes an absent one.
     static CoderNode of(const QVariant& value);
 
     const CoderNode* find(const QString& key) const;  ///< null when there is none
@@ -32,14 +32,14 @@ struct CoderNode {
     Kind kind = Kind::Value;
     QVariant value;
     std::map<QString, CoderNode> members;
-    QString agent;  ///< whose properties
+    QString agent;  ///< identifier of the agent that has the properties
     std::vector<ArchivedProperty> properties;
 };
 
 /// Requires: an object at the root.
 QByteArray writeArchive(const CoderNode& root);
 
-/// Throws ReportableError for bytes that are no archive, are cut short, or are of a newer version.
+/// Throws ReportableError for bytes that are not an archive, are cut short, or are of a newer version.
 CoderNode readArchive(const QByteArray& data);
 
 }  // namespace plotix

@@ -26,7 +26,7 @@ double Converter::roundedValue(double value, int toNearest) const
         return value;
     const double significant = withDecimals(value, kSignificantDigits - 1);
     const double nearest = std::round(value * toNearest) / toNearest;
-    // The finer of the two grids: the one that has digits enough, or the nearest part where that is finer still.
+    // The finer of two grids: the one with enough digits, or multiples of 1/n.
     const double digitStep = std::pow(10.0, std::floor(std::log10(std::abs(value))) - (kSignificantDigits - 1));
     return std::isfinite(nearest) && digitStep > 1.0 / toNearest ? nearest : significant;
 }

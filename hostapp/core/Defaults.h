@@ -4,16 +4,16 @@
 
 #include <cstdint>
 
-/// What is meant where nobody says otherwise, the same in windows, on the command line and on the web. Values only.
+/// Defaults, the same in windows, on the command line and on the web. Constants; any thread.
 namespace plotix {
 
-/// Of a graph in a picture, and of a view that nobody has sized; points.
+/// Of a graph in a picture, and of a view without a size; points.
 inline constexpr QSize kUsualGraphSize{1200, 600};
 
-/// Of a site window that has no place of its own yet, and of its picture; points.
+/// Of a site window without a stored geometry, and of its picture; points.
 inline constexpr QSize kUsualWindowSize{1280, 800};
 
-/// Where browsers find the sites, so that a bookmark finds them again: this machine alone, at this port.
+/// The web server's address: this machine alone, at a fixed port, so that bookmarks stay valid.
 inline constexpr auto kUsualWebAddress = "127.0.0.1";
 inline constexpr std::uint16_t kUsualWebPort = 8123;
 

@@ -4,7 +4,7 @@
 #include <QtCore/QDir>
 #include <QtCore/QFileInfo>
 
-/// A static library's resources are there only when somebody asks; the macro works outside namespaces alone.
+/// A static library's resources must be registered; the macro works only outside namespaces.
 static void registerImages()
 {
     Q_INIT_RESOURCE(HostImages);
@@ -32,7 +32,7 @@ QString HostBundle::localizedString(const QString& key) const
 
 QImage HostBundle::imageNamed(const QString& name) const
 {
-    // A name is no path: it cannot lead out of the image folders.
+    // A name is not a path: it must not lead out of the image folders.
     if (name.isEmpty() || name.contains(QLatin1Char('/')))
         return {};
     for (const QString& folder : m_imageFolders)

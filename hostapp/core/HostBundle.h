@@ -6,7 +6,7 @@
 
 /// The application's main bundle: localised texts, images by name, the program's name. Main thread only.
 ///
-/// Texts come from the installed translators (context "Plotix"), so that a language is added by one translation file.
+/// Texts come from the installed translators (context "Plotix"), so that adding a language takes one translation file.
 /// Images are looked up by name in the image folders, the latest added first, then in the program's own resources.
 namespace plotix {
 

@@ -28,7 +28,7 @@ public:
         return {static_cast<double>(day.startOfDay(m_zone).toMSecsSinceEpoch()) / 1000};
     }
 
-    /// The present time of day on another day; a time that day skips becomes the moment the clock jumped over it.
+    /// The present time of day on another day; a time that a clock change skips becomes the moment of the change.
     Date sameTimeOn(const QDate& day) const
     {
         const QDateTime moment(day, m_local.time(), m_zone);

@@ -17,8 +17,8 @@
 ///   Today, Yesterday, ThisWeek, LastWeek, ThisMonth, LastMonth, ThisYear, LastYear: whole calendar spans.
 ///   Last24Hours: 86,400 seconds up to now.
 ///   Last7Days, Last30Days, Last12Months: from the same time of day that many calendar days or months ago up to now;
-///     a day the month lacks becomes the month's last.
-///   AllTime: what the provider answers; nothing when there are no records.
+///     a day that month does not have becomes its last.
+///   AllTime: what `allTime` answers; nothing when there are no records.
 namespace plotix {
 
 class QuickRanges : public KTVNaturalLanguageDateCreator {

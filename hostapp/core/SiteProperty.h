@@ -27,7 +27,7 @@ public:
     QString name() const override { return m_description.name; }
     QString propertyName() const override { return m_description.propertyName; }
     QString unit() const override { return m_description.unit; }
-    void setUnit(const QString& unit) override;  ///< tells observers old and new; equal: tells them too
+    void setUnit(const QString& unit) override;  ///< tells observers old and new unit, also when they are equal
     double unitValue() const override;           ///< NaN: an agent's property holds no value of its own
     QString unitSymbol() const override;
     QColor color() const override { return m_description.color; }

@@ -33,7 +33,7 @@ struct UnitRow {
     Quantity quantity;
     const char* text;        ///< what people read, and what is stored: never change
     const char* expression;  ///< in UDUNITS-2's language
-    const char* spellings;   ///< others, separated by "|"; compared as they are, then whatever the case
+    const char* spellings;   ///< other spellings, separated by "|"; compared exactly first, then ignoring case
 };
 
 /// In menu order.

@@ -31,16 +31,15 @@ bool hasLetter(const QString& text)
     return false;
 }
 
-/// The number a person would have written, where arithmetic has left a value a hair beside that; nothing for one that
-/// has many digits by itself.
+/// The short number that a value is a rounding error away from; nothing for a value that really has many digits.
 std::optional<double> shortForm(double value)
 {
     const double shorter = QByteArray::number(value, 'g', 12).toDouble();
     return std::abs(shorter - value) <= 1e-13 * std::abs(value) ? std::optional(shorter) : std::nullopt;
 }
 
-/// Where either end of the conversion's offset is a short number, the other follows from it: 0 °C is exactly 32 °F, and
-/// 32 °F exactly 0 °C.
+/// If either end of the conversion's offset is a short number, the other is computed from it: 0 °C is exactly 32 °F,
+/// and 32 °F exactly 0 °C.
 double exactOffset(double offset, double scale)
 {
     if (std::abs(offset) < 1e-9 * std::abs(scale))
@@ -56,7 +55,7 @@ using ConverterPointer = std::unique_ptr<cv_converter, decltype(&cv_free)>;
 
 }  // namespace
 
-/// UDUNITS-2 is not made for several threads, hence one lock; maps are kept, so it is taken briefly.
+/// UDUNITS-2 is not thread-safe, hence one lock, held briefly because maps are cached.
 struct Units::Impl {
     Impl()
     {
@@ -96,7 +95,7 @@ struct Units::Impl {
     }
 
     /// The table's row; null for units it does not list. In a word the case means nothing; in a short symbol it may
-    /// (mm and Mm), so there UDUNITS-2 is asked before the case is let go.
+    /// (mm and Mm), so UDUNITS-2 is asked before the case is ignored.
     const UnitRow* rowOf(const QString& text)
     {
         constexpr qsizetype wordLength = 4;
@@ -161,7 +160,7 @@ KTVUnitModel::Map Units::Impl::makeMap(const QString& from, const QString& to)
     const ConverterPointer conversion = converter(from, to);
     if (!conversion)
         return map;
-    // Slope and offset are read off the conversion, far apart so that the slope has all its digits.
+    // Slope and offset are computed from two conversions, far apart so that the slope has all its digits.
     constexpr double far = 1099511627776.0;
     const double atZero = cv_convert_double(conversion.get(), 0);
     const double atFar = cv_convert_double(conversion.get(), far);
@@ -248,7 +247,8 @@ QStringList Units::compatibleUnits(const QString& unit) const
     if (!own)
         units.append(unit);
     for (const UnitRow& row : unitTable()) {
-        // A fraction and an angle are the same to UDUNITS-2; in a menu only a listed unit's own quantity makes sense.
+        // UDUNITS-2 cannot tell a fraction from an angle; a menu offers only the quantity that the table lists for the
+        // unit.
         const bool sameQuantity =
             own ? row.quantity == own->quantity : parsed && ut_are_convertible(parsed, m_impl->unitOfRow(row)) != 0;
         if (sameQuantity)

@@ -7,10 +7,10 @@
 #include <memory>
 #include <optional>
 
-/// What units mean: UDUNITS-2 behind the host's unit model, plus the units and spellings people use and it lacks.
+/// The host's unit model: UDUNITS-2, plus units and spellings people use that it lacks.
 ///
 /// A unit's text is what people read: "°C", "hPa", "m/s", "%", "lux". Other spellings ("degC", "C", "percent", "mph")
-/// are understood everywhere and mean the same. A text nobody knows is kept as it is and converts into nothing.
+/// are understood everywhere and mean the same. An unknown text is kept as it is and cannot be converted.
 /// Any thread.
 namespace plotix {
 
@@ -21,7 +21,7 @@ public:
     Units(const Units&) = delete;
     Units& operator=(const Units&) = delete;
 
-    /// The one of the process; made on first use.
+    /// The instance of the process, *shared*; made on first use.
     static std::shared_ptr<const Units> shared();
 
     Map mapBetween(const QString& fromUnit, const QString& toUnit) const override;
@@ -35,8 +35,8 @@ public:
     /// False for equal unknown texts too: only what can be converted counts. A known unit is compatible with itself.
     bool areCompatible(const QString& oneUnit, const QString& otherUnit) const;
 
-    /// The usual units of the same quantity, for a menu, `unit` among them. An unknown unit answers itself alone, the
-    /// empty text an empty list.
+    /// The usual units of the same quantity, for a menu, including `unit`. For an unknown unit only that one, for the
+    /// empty text none.
     QStringList compatibleUnits(const QString& unit) const;
 
     /// One value; units that cannot be converted into each other answer the value itself.

@@ -12,11 +12,11 @@
 
 /// The demonstration site: a site document with one simulated weather station that is always up to date.
 ///
-/// Free functions; any one thread, except where `decorate` is called: on the calling thread, which must then be the
-/// main thread if it opens a SiteDocument. They throw ReportableError.
+/// Free functions; any one thread, but `decorate` is called on the calling thread, which must be the main thread if it
+/// opens a SiteDocument. They throw ReportableError.
 namespace plotix {
 
-/// A trend view that shows the station at its best. The composition root makes it through the plug-in module.
+/// A trend view to show the station with. The composition root makes it through the plug-in module.
 struct SuggestedTrend {
     QString title;
     QStringList propertyNames;  ///< keys of the agent's properties, in order
@@ -26,7 +26,7 @@ struct SuggestedTrend {
 /// In the order of the source list.
 const std::vector<SuggestedTrend>& suggestedTrends();
 
-/// Of the station on every machine, so that people can talk about the same weather. Stored in every site: never change.
+/// The same on every machine, so that people can talk about the same weather. Stored in every site: never change.
 inline constexpr std::uint64_t kDemonstrationSeed = 20'240'229;
 
 /// The agent's name in the site. Stored: never change.
@@ -39,7 +39,7 @@ struct DemonstrationOptions {
     double history = 731 * 86'400.0;  ///< seconds of records that a new site begins with
 };
 
-/// Answers false to stop; what was there before stays as it was.
+/// Answers false to stop; the site then stays as it was.
 using StationProgress = std::function<bool(double fraction)>;
 
 struct DemonstrationSite {
@@ -51,15 +51,15 @@ struct DemonstrationSite {
 /// Where the site lies: PLOTIX_DATA_HOME if set, else the user's data folder, unless `options.folder` is given.
 QString demonstrationSitePath(const DemonstrationOptions& options = {});
 
-/// Makes the site when there is none, else fills in what passed since its last record. A new site appears whole or not
-/// at all: it is built under a temporary name, handed to `decorate` (which may add trend views to the document at that
-/// path and must close it again), and renamed.
+/// Makes the site when there is none, else adds the records since its last one. A new site appears whole or not at all:
+/// it is built under a temporary name, handed to `decorate` (which may add trend views to the document at that path and
+/// must close it again), and renamed.
 DemonstrationSite openDemonstrationSite(const DemonstrationOptions& options, const StationProgress& progress = {},
                                         const std::function<void(const QString& path)>& decorate = {});
 
-/// Brings the station in the site document at `path` up to `now`; answers the number of records added, 0 when nothing
-/// passed. With the seed the station was begun with it goes on without a seam: the records are those that building
-/// later would have given. A site without the station gets one that begins at `now`.
+/// Brings the station in the site document at `path` up to `now`; answers the number of records added, 0 when no minute
+/// has passed. With the seed it was built with, the station continues seamlessly: its records are those that building
+/// it now would give. A site without the station gets one that begins at `now`.
 std::size_t fillInStation(const QString& path, Date now, std::uint64_t seed = kDemonstrationSeed,
                           const StationProgress& progress = {});
 

@@ -14,7 +14,7 @@ const QString kTo = QStringLiteral("toDate");
 
 constexpr double kRecordInterval = 60;  // seconds: a trend that ends one record early still ended at the end
 
-/// The state with its dates moved; nothing when they belong where they are.
+/// The state with its dates moved; nothing when they need not move.
 std::optional<QByteArray> movedState(const QByteArray& state, double lastBefore, double lastNow)
 {
     CoderNode root = readArchive(state);

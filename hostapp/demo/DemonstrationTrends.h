@@ -8,8 +8,8 @@
 namespace plotix {
 
 /// Moves the dates of every archived trend that ended at `lastBefore` (seconds since 1970-01-01 UTC, the last record
-/// when the site was left) or later, so that it ends at the last record there is now, as long as before. A trend that
-/// was left in the past stays there, as does one that ends later than the records do. Answers how many moved.
+/// when the site was left) or later, so that it ends at the present last record and keeps its length. A trend that
+/// ended earlier stays where it is, and so does one that ends later than the records. Answers how many moved.
 int letTrendsFollow(SiteDocument& document, double lastBefore);
 
 }  // namespace plotix

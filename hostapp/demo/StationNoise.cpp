@@ -29,7 +29,7 @@ double NoiseSource::uniform(std::int64_t cell, std::uint32_t index) const
     return static_cast<double>(bitsAt(*this, cell, index) >> 11) * 0x1p-53;
 }
 
-/// The sum of four evenly spread numbers of 16 bits each.
+/// The sum of four uniform numbers of 16 bits each.
 double NoiseSource::normal(std::int64_t cell) const
 {
     const std::uint64_t bits = bitsAt(*this, cell, 0);

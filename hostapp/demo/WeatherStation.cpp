@@ -16,7 +16,7 @@ constexpr double kLatitude = 48.0 * std::numbers::pi / 180;  // radians
 constexpr double kSolarNoon = 11.35 * kHour;                 // UTC: the station lies ten degrees east
 constexpr double kFrontSpacing = 3.4 * kDay;
 
-/// Channels of chance; part of what makes a station. Stored in every site built: never change.
+/// Random channels; part of what defines a station. Stored in every site built: never change.
 enum Chance : std::uint32_t {
     kFront,
     kAirMass,
@@ -37,7 +37,7 @@ enum Chance : std::uint32_t {
     kStationOutage = 64
 };
 
-/// What the fronts near a moment do to it.
+/// What the fronts near a moment change.
 struct FrontEffect {
     double pressure = 0;     // hPa, negative
     double temperature = 0;  // °C
@@ -50,7 +50,7 @@ struct FrontEffect {
 /// 1 in the middle, falling to nothing some widths away.
 double bell(double distance, double width)
 {
-    constexpr double kNothing = 4.5;  // beyond it the bell is less than a sensor shows, and most minutes lie there
+    constexpr double kNothing = 4.5;  // beyond this the bell is less than a sensor shows; most minutes lie there
     const double part = distance / width;
     return std::abs(part) > kNothing ? 0 : std::exp(-part * part);
 }
@@ -213,7 +213,7 @@ StationRecord stationRecord(std::uint64_t seed, std::int64_t minute)
     const FrontEffect fronts = frontsAround(seed, seconds);
     const double sun = sunHeight(seconds);
     const double cloud = cloudCover(seed, seconds, fronts);
-    // What heats and cools by the hour follows the clouds without their quick changes.
+    // Temperatures follow the clouds without their quick changes.
     const double slowCloud =
         std::clamp(0.4 + 0.3 * NoiseSource{seed, kCloudSlow}.smooth(seconds, 9 * kHour) + 0.4 * fronts.cloud, 0.0, 1.0);
     const double temperature = airTemperature(seed, seconds, fronts, slowCloud);

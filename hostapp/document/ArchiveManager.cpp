@@ -19,7 +19,7 @@ constexpr int kMostWorkers = 4;
 
 }  // namespace
 
-/// Everything a worker needs: no object of the main thread's.
+/// Everything a worker needs, without any main-thread object.
 struct ArchiveManager::Fetch {
     std::shared_ptr<RecordStore> store;
     std::uint64_t budget = 0;
@@ -33,7 +33,7 @@ struct ArchiveManager::Fetch {
     std::size_t records = 0;
 };
 
-/// What outlives the manager for as long as a fetch is under way.
+/// What outlives the manager until the last fetch is done.
 struct ArchiveManager::State {
     std::atomic<bool> ending = false;
     ArchiveManager* manager = nullptr;  // main thread only; null once it is gone
@@ -140,7 +140,7 @@ void ArchiveManager::answer(const std::shared_ptr<Fetch>& fetch, const std::shar
     const QString failure = error ? error->message : QString();
     if (fetch->completion)
         fetch->completion(std::move(records), static_cast<double>(fetch->records), std::move(error));
-    // Handlers may hold the last reference to something of the main thread's; so they end there, and after what they
+    // Handlers may hold the last reference to a main-thread object; so they are destroyed there, after the tasks they
     // posted, because the queue is serial.
     auto handlers = std::make_shared<std::pair<ProgressHandler, CompletionHandler>>(
         std::exchange(fetch->progress, {}), std::exchange(fetch->completion, {}));

@@ -12,18 +12,19 @@
 #include <functional>
 #include <memory>
 
-/// Answers range queries over one agent's records, on worker threads: where the agent and the store of records meet.
-/// The agent *owns* it.
+/// Reads ranges of one agent's records from the record store, on worker threads, for plug-ins. The agent *owns* it.
+/// Main thread only, except where said.
 ///
-/// The dictionary's columns stand in the order of the properties asked for, under their keys. A property that is not
-/// the agent's own (one that is gone, say) gets no key. Values stand in the archived unit and leave in the property's
-/// current one. `maximumSamples` is not applied: every stored record is answered, drawing reduces.
+/// The dictionary's columns are in the order of the properties asked for, under their keys. A property that is not the
+/// agent's (a deleted one, say) gets no key. Values are kept in the archived unit and read in the property's current
+/// one. `maximumSamples` is not applied: every stored record is answered, and drawing reduces them.
 ///   nothing to fetch (no properties, an empty list, or none of the agent's own): a dictionary without "time"
 ///   stopped by the progress handler, or by the manager's end: a dictionary without "time"
 ///   more records than the memory budget allows: a dictionary without "time", and an error that says what would fit
 ///   the records cannot be read: no dictionary, and an error
 /// The completion is called exactly once for each fetch, always on a worker thread; its number is how many records were
-/// read. Handlers are let go on the main thread. Reads run beside a writer and see what was stored when they began.
+/// read. Handlers are destroyed on the main thread. Reads may run while another connection writes, and see what was
+/// stored when they began.
 namespace plotix {
 
 class RecordStore;
@@ -33,7 +34,7 @@ class ArchiveManager : public QObject, public KTVArchiveManager {
 public:
     using Properties = std::function<KTVPropertyList()>;  ///< the agent's own, asked on the main thread
 
-    /// *Shares* the store. `budget`: bytes that the records of one fetch may take once they are plotted.
+    /// *Shares* the store. `budget`: the most bytes that the records of one fetch may take once they are plotted.
     ArchiveManager(std::shared_ptr<RecordStore> records, qint64 agent, Properties properties,
                    std::shared_ptr<const KTVUnitModel> unitModel, std::uint64_t budget = memoryBudget());
     /// Stops running fetches and waits for them; each is still answered.
@@ -43,13 +44,13 @@ public:
                                    const OptionalDate& toDate, int maximumSamples, ProgressHandler progressHandler,
                                    CompletionHandler completionHandler) override;
 
-    /// Fetches whose `fetchAnswered` is still to come.
+    /// How many fetches have not had their `fetchAnswered` yet.
     int pendingFetches() const;
 
 signals:
     /// On the main thread, once for each fetch, after what its completion handler posted to the main queue has run.
     void fetchAnswered();
-    /// On the main thread, before `fetchAnswered`, for a fetch that was answered with an error: what people are told.
+    /// On the main thread, before `fetchAnswered`, for a fetch that failed; `message` is for people.
     void fetchFailed(const QString& message);
 
 private:

@@ -49,7 +49,7 @@ QString numberText(double number, Rounding rounding)
                         : QLocale(installedLanguage()).toString(rounding(number), 'f', 0);
 }
 
-/// In the largest unit of which there are two.
+/// In the largest unit that gives at least two.
 QString lengthText(double seconds, Rounding rounding)
 {
     constexpr double kMinute = 60, kHour = 60 * kMinute, kDay = 24 * kHour, kYear = 365 * kDay;

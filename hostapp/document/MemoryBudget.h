@@ -7,13 +7,13 @@
 #include <cstdint>
 #include <optional>
 
-/// How much memory the records of one plotted range may take, and what people are told where they would take more.
+/// How much memory the records of one plotted range may take, and the message when they would take more.
 ///
 /// Sizes are in bytes and decimal: 8 GB are 8,000,000,000. Free functions; any thread.
 namespace plotix {
 
 /// The environment variable PLOTIX_MEMORY_BUDGET, else the user's setting "Memory/budget", else half of the machine's
-/// memory. What cannot be read as a size counts as not there.
+/// memory. A text that is not a size is ignored.
 std::uint64_t memoryBudget();
 
 /// Reads "8 GB", "500M", "1.5T" or plain bytes: a number above 0, perhaps K, M, G or T, perhaps B.
@@ -22,7 +22,7 @@ std::optional<std::uint64_t> sizeFromText(const QString& text);
 /// One sentence with the size needed, the budget, and the longest range with the same end that fits.
 QString sentenceOf(const MemoryShortage& shortage);
 
-/// Nothing where the request fits; else that sentence.
+/// Nothing when the request fits; else that sentence.
 std::optional<QString> refusalOf(const ReadRequest& request, std::uint64_t budget);
 
 }  // namespace plotix

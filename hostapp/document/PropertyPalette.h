@@ -4,8 +4,8 @@
 
 #include <cstddef>
 
-/// The colours new properties get, in turn: bright enough for a dark grey background, neighbours in the order far apart
-/// also for people who see red and green alike. Pure; any thread.
+/// The colours new properties get, in turn: bright enough for a dark grey background; successive ones are easy to tell
+/// apart, also for colour-blind people. Pure; any thread.
 namespace plotix {
 
 inline constexpr std::size_t kPaletteSize = 10;

@@ -18,8 +18,8 @@ namespace plotix {
 
 namespace {
 
-constexpr int kPatience = 3000;       // milliseconds a deliberate change waits for another writer
-constexpr int kRetryInterval = 1000;  // milliseconds until a change made in passing is tried again
+constexpr int kPatience = 3000;       // milliseconds that other changes wait for another writer
+constexpr int kRetryInterval = 1000;  // milliseconds until an unsaved change is tried again
 constexpr int kTriesBeforeTelling = 5;
 
 }  // namespace
@@ -32,7 +32,7 @@ struct SiteDocument::Store {
 
     Database database;
     SiteStore tables;
-    std::map<qint64, SiteProperty::Description> unsaved;  // by id: changes another writer has kept waiting
+    std::map<qint64, SiteProperty::Description> unsaved;  // by id: changes that wait for another writer
     int tries = 0;
     QTimer retry;
 };
@@ -165,8 +165,8 @@ void SiteDocument::storeChange(const SiteProperty& property)
     storeUnsaved();
 }
 
-/// Never waits and never throws: a unit or a colour is changed in passing, in the middle of what the user is doing,
-/// and an import may hold the document for minutes.
+/// Never waits and never throws: users change units and colours while they do something else, and an import may lock
+/// the document for minutes.
 void SiteDocument::storeUnsaved()
 {
     if (m_store->unsaved.empty())

@@ -29,7 +29,8 @@ public:
     const QString& name() const { return m_name; }
     const std::vector<std::shared_ptr<SiteProperty>>& siteProperties() const { return m_properties; }
 
-    /// Adds a stored property at the end, its key made unique within the agent. Colours go round a fixed palette.
+    /// Stores a new property after the others and makes its key unique in the agent. Colours come from a fixed palette,
+    /// in turn.
     std::shared_ptr<SiteProperty> addProperty(const QString& name, const QString& unit, std::uint32_t type = 0);
 
     KTVPropertyCollection properties() const override;
@@ -48,7 +49,7 @@ private:
     friend class SiteDocument;
     SiteAgent(SiteDocument* document, qint64 id, QString uniqueIdentifier, QString name);
 
-    SiteDocument* m_document;  // borrowed; null once it is closed while a plug-in still shares this
+    SiteDocument* m_document;  // borrowed; null once it is closed, which a plug-in's agent may outlive
     qint64 m_id;
     QString m_uniqueIdentifier;
     QString m_name;
@@ -87,17 +88,17 @@ public:
     std::shared_ptr<SiteAgent> agentWithIdentifier(const QString& uniqueIdentifier) const;
     std::shared_ptr<SiteAgent> addAgent(const QString& name);
 
-    /// Picks up agents, properties and the site's name as stored meanwhile by others. Existing objects stay, with what
-    /// they show; tells `agentsChanged` and each agent's `propertiesChanged` where something was added.
+    /// Reads agents, properties and the site's name that others stored meanwhile. Existing objects and their units and
+    /// colours stay; emits `agentsChanged` and each agent's `propertiesChanged` when something was added.
     void reload();
 
     /// The records of the site's agents.
     const std::shared_ptr<RecordStore>& records() const { return m_records; }
 
-    /// First and last time of all records of all agents, as the records' store answers it; nothing without records.
+    /// First and last time of all records of all agents, as the store answers it; nothing without records.
     std::optional<std::pair<Date, Date>> recordExtent() const;
 
-    /// The file may only be looked at: storing throws, and changes of units and colours last as long as the document.
+    /// True when the file can only be read: storing throws, and changed units and colours last as long as the document.
     bool isReadOnly() const;
 
     std::vector<ArchivedPlugIn> archivedPlugIns() const;  ///< in list order
@@ -114,10 +115,10 @@ public:
 
 signals:
     void agentsChanged();
-    void siteChanged();  ///< name or place
+    void siteChanged();  ///< name or location
     /// A change of a property's unit, colour or visibility could not be stored; it is tried again with the next one.
     void changeNotStored(const QString& message);
-    /// Records asked for were not answered: they cannot be read, or are more than may be.
+    /// A fetch failed: the records cannot be read, or exceed the memory budget.
     void recordsNotRead(const QString& message);
 
 private:

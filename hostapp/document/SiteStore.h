@@ -6,8 +6,8 @@
 #include <optional>
 #include <vector>
 
-/// The site's tables beside the records: name and place, agents, properties. Borrows its connection and works inside
-/// the caller's transaction; one thread. Throws ReportableError.
+/// The site's own tables: name and location, agents, properties. Borrows its connection and works inside the caller's
+/// transaction; one thread. Throws ReportableError.
 namespace plotix {
 
 class SiteStore {
@@ -31,7 +31,7 @@ public:
 
     std::vector<SiteProperty::Description> properties(qint64 agent) const;  ///< in the order they were added
 
-    /// Finds by name, else by the key the name would have.
+    /// Finds a property by its name, else by the key of that name.
     std::optional<SiteProperty::Description> propertyNamed(qint64 agent, const QString& name) const;
 
     /// Numbers the name where its key is taken, so that the camel case of the name is always the key.
@@ -44,7 +44,7 @@ private:
     Database& m_database;
 };
 
-/// Runs `work` inside a write transaction of its own: all of it, or nothing.
+/// Runs `work` inside a write transaction of its own: everything it writes is stored, or nothing.
 template <class Work>
 void inTransaction(Database& database, Work&& work)
 {

@@ -7,7 +7,7 @@
 #include <cstdint>
 #include <memory>
 
-/// One write transaction over a site file, from any one thread, beside a document that is open.
+/// One write transaction over a site file, which may be open as a document. Any one thread.
 ///
 /// The file is created when it is missing. Agents, properties and records become visible together at `commit`;
 /// destruction without it leaves the file as it was, and removes one that the transaction created.
@@ -18,7 +18,7 @@ class SiteTransaction {
 public:
     struct Property {
         RowId id = 0;
-        QString archivedUnit;  ///< the unit its records are in; the one given only when it was created
+        QString archivedUnit;  ///< the unit of its records; the unit given is used only for a new property
         QString propertyName;
     };
 
@@ -33,13 +33,13 @@ public:
 
     RowId findOrCreateAgent(const QString& name);
 
-    /// Finds by name, else by the camel-case form of the name; else creates.
+    /// Finds a property by its name, else by the name's camel case; else creates it.
     Property findOrCreateProperty(RowId agent, const QString& name, const QString& unit, std::uint32_t type = 0);
 
-    /// Stores in this transaction; its own `commit` has no effect, the transaction's has. Borrowed.
+    /// Stores records in this transaction; call `commit` here, not there. Borrowed.
     RecordTransaction& records();
 
-    /// The site's records as everybody else sees them: those of this transaction only after its `commit`.
+    /// The site's records as others see them: this transaction's only after its `commit`.
     std::shared_ptr<RecordStore> storedRecords() const;
 
     /// At most once; nothing may be written afterwards.

@@ -2,7 +2,7 @@
 
 #include <QtCore/QString>
 
-/// What stands above a column of a table: a name, mostly with a unit. Pure; any thread.
+/// The header of a table's column: a name, mostly with a unit. Pure; any thread.
 namespace plotix {
 
 struct ColumnHeader {
@@ -10,8 +10,8 @@ struct ColumnHeader {
     QString unit;  ///< as `Units` writes it; empty: none
 };
 
-/// Reads "Pressure [hPa]" and "Pressure (hPa)". Brackets around what is no unit belong to the name; empty ones say that
-/// there is no unit.
+/// Reads "Pressure [hPa]" and "Pressure (hPa)". Brackets around anything but a unit belong to the name; empty ones say
+/// that there is no unit.
 ColumnHeader splitHeader(const QString& header);
 
 /// The header that `splitHeader` reads back. Empty brackets keep the last word of a name without a unit from being

@@ -9,7 +9,7 @@
 #include <stdexcept>
 #include <vector>
 
-/// What a file format gets to write: records of one agent, and how far it has come.
+/// What a file format is given to write: records of one agent, and a progress handler.
 ///
 /// Values; any one thread.
 namespace plotix {

@@ -6,7 +6,7 @@
 #include <algorithm>
 #include <cstddef>
 
-/// Doubles that are read one after the other, in memory for long columns, and then shared. One thread.
+/// Collects doubles one after the other, in memory for long columns, and then shares them. One thread.
 namespace plotix {
 
 class GrowingColumn {
@@ -22,7 +22,7 @@ public:
         m_data.get()[m_size++] = value;
     }
 
-    /// Room for so many in all. Less than there is changes nothing.
+    /// Makes room for `count` elements in all; never shrinks.
     void makeRoom(std::size_t count)
     {
         if (count <= m_room)
@@ -33,7 +33,7 @@ public:
         m_room = count;
     }
 
-    /// Leaves nothing behind.
+    /// Hands the values out and leaves the column empty.
     SharedArray<double> take()
     {
         SharedArray<double> taken(std::move(m_data), m_size);

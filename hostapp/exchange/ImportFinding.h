@@ -21,7 +21,7 @@ struct ImportFinding {
         // The file cannot be read.
         CannotBeOpened,     ///< text: the system's words
         ReadingFailed,      ///< text: the system's words
-        WideCharacters,     ///< it holds no text of bytes
+        WideCharacters,     ///< not text of single bytes, such as UTF-16
         UnclosedQuotation,  ///< line
 
         // The file is no table of measurements.
@@ -62,7 +62,7 @@ struct ImportFinding {
     What what{};
     qint64 line = 0;           ///< from 1; 0: no single one
     QString column{};          ///< its header
-    QString text{};            ///< as it stands there, in one line and not too long
+    QString text{};            ///< as in the file, in one line and not too long
     QStringList columns{};     ///< the headers there are
     std::size_t found = 0;     ///< columns of a row
     std::size_t expected = 0;  ///< columns it should have
@@ -73,10 +73,10 @@ struct ImportFinding {
     bool operator==(const ImportFinding&) const = default;
 };
 
-/// A text of a file as findings show it: in one line, cut where it is long.
+/// A text from the file as findings show it: in one line, shortened when it is long.
 QString textForFinding(std::string_view bytes);
 
-/// Thrown for what keeps a file from being imported; nothing is stored then.
+/// Thrown when a file cannot be imported; nothing is stored then.
 class ImportFailure : public std::runtime_error {
 public:
     explicit ImportFailure(ImportFinding finding);

@@ -6,7 +6,7 @@
 #include <utility>
 #include <vector>
 
-/// How a text file is to be read: what the user says, where the file does not speak for itself. Values; any thread.
+/// How a file is to be read: what the user says where the file leaves it open. Values; any thread.
 namespace plotix {
 
 enum class DateOrder { Detect, DayFirst, MonthFirst };

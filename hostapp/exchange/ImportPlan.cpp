@@ -59,7 +59,7 @@ std::vector<std::size_t> wantedFields(const Columns& columns, std::size_t timeFi
     return fields;
 }
 
-/// Two columns must not meet in one property: the later one gets a number.
+/// Two columns must not become one property: the later one gets a number.
 void makeNamesUnique(std::vector<ImportPlan::Column>& columns)
 {
     std::set<QString> keys;

@@ -7,7 +7,7 @@
 #include <string_view>
 #include <vector>
 
-/// What is to be taken from each row of a file: the user's options matched with the columns there are, whatever the
+/// What is to be taken from each row of a file: the user's options matched with the file's columns, whatever the
 /// format.
 ///
 /// A value; any thread. Making one throws ImportFailure for options that name no column or no unit.
@@ -16,12 +16,12 @@ namespace plotix {
 struct ImportPlan {
     struct Column {
         std::size_t field = 0;
-        QString header;  ///< as it stands
+        QString header;  ///< as in the file
         QString name;    ///< of the property; unique among the columns, also as a key
         QString unit;    ///< empty: none
     };
 
-    /// The row counts only where the field is one of the texts: the same text in both encodings a file can have.
+    /// A row counts only if the field is one of the texts: the same text in both encodings a file can have.
     struct Condition {
         std::size_t field = 0;
         std::string utf8, latin1;
@@ -32,7 +32,7 @@ struct ImportPlan {
     std::size_t timeField = 0;
     QString timeHeader;
     QString timeZone;                         ///< of times without one; empty: the user's
-    DateOrder dateOrder = DateOrder::Detect;  ///< of dates that leave it open
+    DateOrder dateOrder = DateOrder::Detect;  ///< of ambiguous dates
     std::vector<Column> columns;
     std::vector<Condition> conditions;
 };

@@ -10,26 +10,26 @@
 #include <string_view>
 #include <vector>
 
-/// The rows of a file as columns of numbers, while they are read and when they are ready to be stored; whatever the
-/// format, here it is decided what becomes of bad rows, of texts among numbers and of rows out of order.
+/// The rows of a file as columns of numbers, from reading until they are ready to be stored. It decides, for every
+/// format, what happens to bad rows, to texts among numbers and to rows out of order.
 ///
 /// One import *owns* it, a row source *borrows* it; one thread.
 namespace plotix {
 
-/// One column's values. Texts among them are remembered, since only the end tells a column of texts, which is left
-/// out, from a column of numbers with bad rows.
+/// One column's values. Texts among them are remembered: only at the end of the file a column of texts, which is left
+/// out, can be told from a column of numbers with bad rows.
 struct ImportColumn {
     GrowingColumn values;
     std::vector<std::uint64_t> valid;  ///< bitmap, least significant bit first
     std::size_t numbers = 0;
-    std::vector<std::size_t> textRows;  ///< kept only where bad rows are passed over
+    std::vector<std::size_t> textRows;  ///< kept only when bad rows are skipped
     std::optional<ImportFinding> firstText;
 };
 
 struct RowCounts {
     std::size_t rows = 0;            ///< read
-    std::size_t otherRows = 0;       ///< passed over because nobody asked for them
-    std::size_t badRows = 0;         ///< passed over because they did not parse
+    std::size_t otherRows = 0;       ///< skipped because they were not asked for
+    std::size_t badRows = 0;         ///< skipped because they did not parse
     std::size_t unorderedTimes = 0;  ///< earlier than the row before them
     std::size_t repeatedTimes = 0;   ///< replaced by a later row at the same time
     std::optional<ImportFinding> firstBad{};
@@ -42,11 +42,11 @@ public:
     /// Borrows the plan: its columns are the table's.
     ImportTable(const ImportPlan& plan, BadRows badRows);
 
-    /// So many rows will come, as far as can be told.
+    /// About how many rows will come.
     void expectRows(std::size_t count);
 
-    /// Adds a row with a value for each column; NaN where there is none. Throws ImportFailure as soon as one of the
-    /// columns holds both numbers and texts, unless bad rows are skipped.
+    /// Adds a row with a value for each column; NaN where there is none. Throws ImportFailure as soon as a column holds
+    /// both numbers and texts, unless bad rows are skipped.
     void addRow(double time, std::span<const double> values);
 
     /// The same cell by cell: one of these for each column, in order, then the time that ends the row.
@@ -55,8 +55,8 @@ public:
     void addText(std::size_t column, qint64 line, std::string_view text);
     void endRow(double time) { m_times.push_back(time); }
 
-    /// Instead of a row: one that nobody asked for, or one that cannot be read, which throws ImportFailure unless bad
-    /// rows are skipped.
+    /// Instead of a row: counts one that was not asked for, or one that cannot be read; the latter throws ImportFailure
+    /// unless bad rows are skipped.
     void passOverRow() { ++m_counts.otherRows; }
     void addBadRow(const ImportFinding& finding);
 

@@ -22,7 +22,7 @@ ImportPlan makePlan(RowSource& source, const ImportOptions& options)
     return planImport(source.columns(), time, options);
 }
 
-/// One source on its way into one site, step by step.
+/// One import of one source into one site, step by step.
 class FileImport {
 public:
     FileImport(RowSource& source, const QString& file, const QString& site, const ImportOptions& options,
@@ -89,7 +89,7 @@ void FileImport::readRows()
     m_summary.notes = m_source.notes();
 }
 
-/// As many rows as there will be, with a little to spare, when the rest of the file is like its beginning.
+/// Estimates the number of rows, with a little to spare, from the beginning of the file.
 void FileImport::expectRows()
 {
     const qint64 bytesRead = m_source.bytesRead();
@@ -155,7 +155,7 @@ void FileImport::storeColumn(SiteTransaction& transaction, RowId agent, std::siz
         {column.header, column.name, property.propertyName, property.archivedUnit, taken.valid});
 }
 
-/// Into the unit the property's records are in. A column without a unit is taken to be in it.
+/// Converts to the property's archived unit. A column without a unit is taken to be in that unit.
 void FileImport::convert(SharedArray<double>& values, const ImportPlan::Column& column,
                          const SiteTransaction::Property& property)
 {

@@ -12,14 +12,14 @@
 
 /// Stores the rows of a source into an agent of a site document.
 ///
-/// All or nothing: the source is read and checked whole before anything is stored, and storing is one transaction. Any
-/// thread; for the window run it on a worker and show the progress.
+/// All or nothing: the source is read and checked whole before anything is stored, and storing is one transaction. Free
+/// function; any thread, so a window can run it on a worker.
 namespace plotix {
 
 /// What an import did, for people and for scripts.
 struct ImportSummary {
     struct Column {
-        QString header;        ///< as it stands in the file
+        QString header;        ///< as in the file
         QString name;          ///< of the property
         QString propertyName;  ///< its key
         QString unit;
@@ -29,10 +29,10 @@ struct ImportSummary {
     QString file, site, agent;
     QString timeColumn;
     bool createdSite = false;
-    bool firstImport = false;   ///< the agent had no records before: it wants its first trend view
-    std::size_t rows = 0;       ///< read, header and blank lines apart
-    std::size_t otherRows = 0;  ///< passed over because their texts were not those asked for
-    std::size_t badRows = 0;    ///< passed over because they did not parse
+    bool firstImport = false;   ///< the agent had no records before: it gets its first trend view
+    std::size_t rows = 0;       ///< read, not counting header and blank lines
+    std::size_t otherRows = 0;  ///< skipped because their texts were not those asked for
+    std::size_t badRows = 0;    ///< skipped because they did not parse
     std::optional<ImportFinding> firstBadRow;
     std::size_t records = 0;            ///< stored
     std::size_t unorderedTimes = 0;     ///< rows earlier than the row before them
@@ -47,9 +47,8 @@ struct ImportSummary {
 using ImportProgress = std::function<bool(qint64 done, qint64 total)>;
 
 /// Makes the site and the agent when they do not exist. `file` is where the rows come from, for the summary and the
-/// agent's name. Throws ImportFailure for what is wrong with the file or does not fit the site, ReportableError for
-/// what is wrong with the site, and ImportCancelled; nothing is stored then, and a site that did not exist still does
-/// not.
+/// agent's name. Throws ImportFailure when the file is bad or does not fit the site, ReportableError when the site
+/// fails, and ImportCancelled; then nothing is stored and no site is created.
 ImportSummary importRows(RowSource& source, const QString& file, const QString& site, const ImportOptions& options,
                          const ImportProgress& progress = {});
 

@@ -7,7 +7,7 @@ namespace plotix {
 
 /// A file that can be read from its beginning any number of times; what comes through a pipe is kept in memory.
 ///
-/// *Owned* by the source of its rows; one thread.
+/// *Owned* by the row source that reads it; one thread.
 class InputFile {
 public:
     /// Throws ImportFailure when the file cannot be read.

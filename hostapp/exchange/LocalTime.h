@@ -6,12 +6,12 @@
 #include <memory>
 #include <optional>
 
-/// Turns times of day in one zone into UTC, for rows of a file in turn.
+/// Converts local times of one zone to UTC, row by row.
 ///
-/// A local time that a clock change skips is taken as if the clock had not been changed yet: 02:30 in the hour that is
-/// missing means 03:30. One that a clock change repeats means the first pass, unless the row before was already later
-/// than that: then it means the second, so that a file in order stays in order through the repeated hour.
-/// Remembers the current stretch between two clock changes, hence one thread at a time.
+/// A local time that a clock change skips is read as if the clock had not been changed yet: 02:30 in the missing hour
+/// means 03:30. A time that a clock change repeats means its first occurrence, unless the row before is already later
+/// than that: then it means the second, so that a sorted file stays sorted through the repeated hour.
+/// Remembers the current period between two clock changes, hence one thread at a time.
 namespace plotix {
 
 class LocalTime {
@@ -23,7 +23,7 @@ public:
     LocalTime(LocalTime&&) noexcept;
     LocalTime& operator=(LocalTime&&) noexcept;
 
-    /// Both are seconds since 1970-01-01 00:00:00, on the wall and in UTC. `previous` is the row before, in UTC.
+    /// Both are seconds since 1970-01-01 00:00:00, by the local clock and in UTC. `previous` is the row before, in UTC.
     std::int64_t utcFromLocal(std::int64_t local, std::optional<double> previous = {});
 
 private:

@@ -2,10 +2,10 @@
 
 #include <string_view>
 
-/// Numbers as they stand in text files. Pure; any thread.
+/// Reads numbers as text files have them. Pure; any thread.
 namespace plotix {
 
-/// A file has one decimal mark. It is unknown until the first number that has one.
+/// A file has one decimal mark, unknown until the first number with one.
 enum class DecimalMark { Unknown, Point, Comma };
 
 enum class FieldKind { Number, Missing, Text };

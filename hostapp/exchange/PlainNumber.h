@@ -7,17 +7,17 @@
 #include <cstddef>
 #include <cstdint>
 
-/// Numbers as nearly all of them are: digits, with a decimal mark among them or without, perhaps a minus sign before.
+/// Reads numbers in their most frequent form: digits, perhaps a decimal mark among them, perhaps a minus sign first.
 ///
-/// Eight characters at a time and without a branch for each; what these functions do not take is left to `readNumber`,
-/// which takes everything a number can be. Pure; any thread.
+/// Eight characters at a time, without a branch for each. Any other form is left to `readNumber`, which reads all of
+/// them. Pure; any thread.
 namespace plotix {
 
-/// So many bytes from its beginning on must be readable where a number is looked for, whatever they hold.
+/// How many bytes must be readable from the start of a number on, whatever they hold.
 constexpr std::size_t kPlainNumberReach = 64;
 
-/// digits / 10^decimals as the nearest double. False where that takes more than one division of exact numbers: beyond
-/// 2^53, or with more than 22 decimals; `value` stays as it is then.
+/// digits / 10^decimals as the nearest double. False when one division of exact numbers does not suffice (digits beyond
+/// 2^53, more than 22 decimals); `value` then stays as it is.
 /// Clinger, "How to Read Floating Point Numbers Accurately", 1990.
 inline bool divideExactly(std::int64_t digits, std::size_t decimals, double& value)
 {
@@ -43,8 +43,8 @@ inline std::uint64_t eightDigits(std::uint64_t digits)
     return ((digits & kPairs) * kFirstAndThird + ((digits >> 16) & kPairs) * kSecondAndFourth) >> 32;
 }
 
-/// Takes the digits at the front, on from `number`, and counts them. Stops early behind 16 of them; `number` is
-/// right for up to 18.
+/// Takes the digits at the front, appends them to `number`, and counts them. Stops after 16 of them; `number` is right
+/// for up to 18.
 inline const char* takeDigits(const char* cursor, std::uint64_t& number, std::size_t& count)
 {
     static constexpr std::array<std::uint64_t, 8> kPowers = {1, 10, 100, 1000, 10'000, 100'000, 1'000'000, 10'000'000};
@@ -69,8 +69,8 @@ inline const char* takeDigits(const char* cursor, std::uint64_t& number, std::si
     }
 }
 
-/// Takes the number at the front; answers what follows it, or null where there is none of this kind. `value` and
-/// `hasMark` are set only where there is one.
+/// Takes the number at the front; answers what follows it, or null, with `value` and `hasMark` unchanged, when there is
+/// none in this form.
 /// Requires: kPlainNumberReach readable bytes.
 inline const char* takePlainNumber(const char* cursor, char mark, double& value, bool& hasMark)
 {

@@ -9,10 +9,10 @@
 
 /// What a file format must give so that its files can be imported: columns, one of them the time, and rows.
 ///
-/// The importer *owns* the source and asks it in the order below. Rows come some thousands a call, straight into the
-/// table that will be stored: there is no call through this interface for a row or a value. What is wrong with the file
-/// is thrown as ImportFailure; what is wrong with a row is said to the table, which knows whether that ends the import.
-/// One thread.
+/// The importer *owns* the source and calls it in the order below. A call of `read` adds some thousands of rows
+/// straight to the table that will be stored, so there is no virtual call for a row or a value. An error of the file is
+/// thrown as ImportFailure; an error of a row is reported to the table, which decides whether it ends the import. One
+/// thread.
 namespace plotix {
 
 struct ImportPlan;
@@ -20,10 +20,10 @@ class ImportTable;
 
 /// A column as its file gives it.
 struct SourceColumn {
-    QString header;             ///< as it stands; "Column 3" where the file names none
+    QString header;             ///< as in the file; "Column 3" when the file names none
     QString name;               ///< of the property: the header without the unit
     QString unit;               ///< one that `Units` knows; empty: none
-    bool isMeasurement = true;  ///< false: taken only when it is asked for, such as a column that counts the rows
+    bool isMeasurement = true;  ///< false: imported only when asked for, such as a column that counts the rows
 };
 
 class RowSource {
@@ -32,14 +32,14 @@ public:
 
     virtual const std::vector<SourceColumn>& columns() const = 0;
 
-    /// Settles which column holds the times: the one named, else the one that looks most like it. Answers its place.
+    /// Decides which column holds the times: the one named, else the likeliest. Answers its index.
     virtual std::size_t chooseTimeColumn(std::optional<std::size_t> named) = 0;
 
-    /// Once, before the first `read`. Borrows the plan, whose fields are places in `columns`.
+    /// Once, before the first `read`. Borrows the plan, whose fields are indexes into `columns`.
     virtual void begin(const ImportPlan& plan) = 0;
 
-    /// Adds the next rows to the table; none while it looks ahead for what only the whole file can tell. False after
-    /// the last one.
+    /// Adds the next rows to the table; none in calls that first scan the whole file for what only that can tell. False
+    /// after the last row.
     virtual bool read(ImportTable& table) = 0;
 
     /// How far `read` has come, and how far it will have to go.

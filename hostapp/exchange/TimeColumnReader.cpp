@@ -15,7 +15,7 @@ namespace {
 constexpr std::size_t kMostExactDecimals = 6;  // behind seconds of any year they fit 63 bits
 constexpr std::size_t kClockEnd = 19;          // of "2015-02-03T14:19:00" and all forms as long
 
-/// whole + fraction / 10^decimals as the nearest double. False where that is no plain division.
+/// whole + fraction / 10^decimals as the nearest double. False when a plain division does not suffice.
 /// Requires: at most kMostExactDecimals decimals.
 bool addFraction(std::int64_t whole, std::int64_t fraction, std::size_t decimals, double& seconds)
 {

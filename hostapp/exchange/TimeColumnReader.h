@@ -19,22 +19,22 @@ public:
     /// Seconds since 1970-01-01 UTC; nothing when the text is no time in this layout.
     std::optional<double> read(std::string_view text);
 
-    /// The quick way: takes a number of seconds or milliseconds, or a time that differs from the one read last in its
-    /// clock alone. Answers what follows it, or null for anything else; `read` decides then. What it takes it takes as
-    /// `read` would. A comma is no decimal mark where it is the delimiter.
+    /// The fast path: takes a number of seconds or milliseconds, or a time whose date and zone are those of the time
+    /// read last. Answers what follows it, or null for anything else, which is left to `read`. Its results are those of
+    /// `read`. A comma is no decimal mark where it is the delimiter.
     /// Requires: 128 readable bytes from there on, whatever they hold; a delimiter that is no part of any time but
     /// the comma.
     const char* takePlain(const char* cursor, char delimiter, double& seconds);
-    /// The row with this time, as `takePlain` set it, was taken.
+    /// Tells that the row with this time, as `takePlain` set it, is used.
     void took(double seconds) { m_previous = seconds; }
 
 private:
     struct Day {
-        std::int64_t midnight = 0;  ///< seconds from 1970-01-01, by the wall
+        std::int64_t midnight = 0;  ///< seconds from 1970-01-01, by the local clock
         std::optional<int> offset;  ///< see DateAndTime
     };
 
-    static constexpr std::size_t kDateEnd = 11;  // of "2015-02-03T", and of other dates where a clock begins there
+    static constexpr std::size_t kDateEnd = 11;  // of "2015-02-03T", and of other dates whose time of day begins there
 
     std::optional<double> readEpoch(std::string_view text) const;
     const char* takePlainEpoch(const char* cursor, double& seconds) const;
@@ -45,10 +45,10 @@ private:
     TimeLayout m_layout;
     LocalTime m_local;
     std::optional<double> m_previous;
-    // Rows that follow each other mostly differ in the clock alone. What stands around it in the row before, and means:
+    // Successive rows mostly differ in the time of day alone. The text around it in the row before, and its meaning:
     bool m_hasDate = false;  // else the row before had another form
     std::array<char, kDateEnd> m_date{};
-    std::string m_zone;  // behind the seconds and their fraction
+    std::string m_zone;  // after the seconds and their fraction
     Day m_day;
 };
 

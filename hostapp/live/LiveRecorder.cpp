@@ -21,7 +21,7 @@ LiveRecorder::LiveRecorder(const QString& site, std::unique_ptr<ReadingSource> s
 LiveRecorder::~LiveRecorder()
 {
     stop();
-    *m_self = nullptr;  // what the thread has posted finds nobody
+    *m_self = nullptr;  // tasks that the thread has posted then do nothing
 }
 
 void LiveRecorder::start()
@@ -59,8 +59,9 @@ void LiveRecorder::run()
     publish(m_recording.storeWaiting());
 }
 
-/// Waits for the next whole multiple of the interval by the wall clock, so that one a second stands close to the
-/// second. By that clock and not by counting: after a sleep or a change of the clock there is nothing to catch up with.
+/// Waits for the next whole multiple of the interval by the wall clock, so that records once a second come close to the
+/// full second. The clock is read each time, not counted on: after a sleep or a clock change there is nothing to catch
+/// up with.
 bool LiveRecorder::waitForNext()
 {
     const double now = currentDate().seconds;

@@ -10,9 +10,9 @@
 
 /// Records a source into a site document, second after second, on a thread of its own.
 ///
-/// *Owns* the recording and the thread. Main thread only, for whoever uses it; what the two threads share is guarded by
-/// one lock, and signals are sent by the main queue. The document may be open beside it: it
-/// `reload`s to see a new agent.
+/// *Owns* the recording and the thread. Callers use the main thread only; what the two threads share is guarded by
+/// one lock, and signals are sent through the main queue. The document may be open meanwhile; its `reload` picks up a
+/// new agent.
 namespace plotix {
 
 class LiveRecorder : public QObject {
@@ -27,13 +27,13 @@ public:
     const QStringList& propertyNames() const { return m_names; }
 
     void start();  ///< once
-    /// Ends after the record under way, and after one more try to store what waits. Waits for that.
+    /// Finishes the current record, tries once more to store what waits, and returns then.
     void stop();
 
     RecordingStatus status() const;
 
 signals:
-    void recorded(double time);  ///< a record of this time is stored, and all before it
+    void recorded(double time);  ///< this record and all earlier ones are stored
     void statusChanged();        ///< another state, or another message
 
 private:
@@ -47,7 +47,7 @@ private:
     QStringList m_names;
     double m_interval;
     std::unique_ptr<QThread> m_thread;
-    std::shared_ptr<LiveRecorder*> m_self;  // pointed to nothing at the end, on the main thread
+    std::shared_ptr<LiveRecorder*> m_self;  // set to null by the destructor, on the main thread
 
     mutable std::mutex m_mutex;  // guards what follows
     std::condition_variable m_wake;

@@ -100,7 +100,7 @@ RecordingStatus Recording::storeWaiting()
             m_status.last = m_waiting.back().time;
             m_waiting.clear();
         } catch (const ReportableError& error) {
-            m_appender.reset();  // what stands in the way may be the connection itself
+            m_appender.reset();  // the connection itself may be the cause
             m_status.state = RecordingStatus::State::WaitingForSite;
             m_status.message = error.message();
         }
@@ -111,7 +111,7 @@ RecordingStatus Recording::storeWaiting()
 
 void Recording::append()
 {
-    // A file that was removed goes on taking records which nobody would ever find.
+    // A removed file would still accept records, which nobody would ever find.
     if (!QFileInfo::exists(m_site))
         m_appender.reset();
     if (!m_appender)

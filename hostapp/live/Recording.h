@@ -8,27 +8,27 @@
 #include <deque>
 #include <memory>
 
-/// Records a source into a site document, what it read since the last call at a time: what a recorder does, without its
-/// clock and its thread.
+/// Records a source into a site document, on each call what was read since the last one: a recorder without its timer
+/// and its thread. *Owns* the source.
 ///
 /// What is stored stays stored. While the site cannot be written (another program writes it, the disk is full, the file
-/// is gone) records wait in memory and every call tries again; after kMostWaiting of them the oldest are given up.
-/// Readings at or before the last record, which happen after the clock was set back, are left out: a record there would
-/// take the place of one that is stored. One thread at a time.
+/// is gone) records wait in memory and every call tries again; with more than kMostWaiting of them the oldest are
+/// dropped. Readings at or before the last record, as after the clock was set back, are left out: they would replace
+/// stored records. One thread at a time.
 namespace plotix {
 
 struct RecordingStatus {
     enum class State {
         Recording,         ///< the last record is stored
-        WaitingForSite,    ///< it waits in memory; `message` says for what
-        ClockSetBack,      ///< it was left out; `message` says until when
+        WaitingForSite,    ///< the last record waits in memory; `message` says for what
+        ClockSetBack,      ///< the last reading was left out; `message` says until when
         WaitingForSource,  ///< nothing can be read; `message` says why
     };
     State state = State::Recording;
     QString message;               ///< one line for people; empty while all is well
     std::size_t stored = 0;        ///< records, since the recording began
     std::size_t waiting = 0;       ///< records in memory
-    std::size_t lost = 0;          ///< records given up
+    std::size_t lost = 0;          ///< records dropped
     std::optional<double> last{};  ///< time of the last record stored, of this recording or an earlier one
 };
 
@@ -50,7 +50,7 @@ public:
     /// Reads from the source and stores what it says. `now` is in seconds since 1970-01-01 UTC. Never throws.
     RecordingStatus record(double now);
 
-    /// Tries to store what waits; without anything waiting nothing happens.
+    /// Tries to store what waits; nothing waits: nothing happens.
     RecordingStatus storeWaiting();
 
 private:

@@ -2,15 +2,15 @@
 
 #include <QtCore/QSizeF>
 
-/// The sheets a report is printed on. Free functions; any thread.
+/// The paper sizes for reports. Free functions; any thread.
 namespace plotix {
 
 enum class Paper { A4, Letter };
 
-/// Points, standing upright.
+/// Points, in portrait orientation.
 QSizeF paperSize(Paper paper);
 
-/// What is usual in the user's country.
+/// The usual paper in the user's country.
 Paper usualPaper();
 
 }  // namespace plotix

@@ -34,7 +34,7 @@ QByteArray bytesOfDataUrl(const QUrl& url)
     return QByteArray::fromBase64(text.section(QLatin1Char(','), 1).toLatin1());  // passes over blanks
 }
 
-/// A heading's size relative to the text's wins over any size a style sheet names, so it has to go.
+/// A heading's size relative to the text's overrides any size in a style sheet, so it is removed.
 QTextCharFormat sized(QTextCharFormat format, int points)
 {
     format.clearProperty(QTextFormat::FontSizeAdjustment);
@@ -56,7 +56,7 @@ void setTextSize(const QTextBlock& block, int points)
     QTextCursor(block).setBlockCharFormat(sized(block.charFormat(), points));
 }
 
-/// Names and units at the left, numbers at the right; headings stand over what they head.
+/// Names and units at the left, numbers at the right; headings are aligned like their columns.
 void alignColumns(QTextTable& table)
 {
     constexpr int kTextColumns = 2;
@@ -68,7 +68,7 @@ void alignColumns(QTextTable& table)
         }
 }
 
-/// The empty line every table is followed by would begin a page of its own below a table that fills one.
+/// The empty line after every table would take a page of its own when the table fills one.
 void flattenBlockAfter(const QTextTable& table)
 {
     QTextBlockFormat flat;
@@ -165,7 +165,7 @@ QVariant ReportDocument::loadResource(int type, const QUrl& name)
         return {};
     const QImage carried = QImage::fromData(bytesOfDataUrl(name), "PNG");
     if (carried.isNull()) {
-        // Texts enter a report unescaped. Without an answer the address would be looked up as a file's name.
+        // Texts in a report are not escaped. Without an answer here the address would be opened as a file.
         QImage nothing(1, 1, QImage::Format_ARGB32);
         nothing.fill(Qt::transparent);
         return nothing;

@@ -17,12 +17,12 @@ namespace {
 constexpr double kPointsPerInch = 72;
 constexpr int kPdfResolution = 1200;  // dots per inch
 
-// The report's own picture is the graph at twice its size on paper, halved. At print density it is the same picture,
-// not halved but kept, and with as many pixels again.
+// The report's own picture is the graph drawn at twice its size on paper and scaled down to half. For print it is drawn
+// the same way, not scaled down, and with twice as many pixels a point.
 constexpr double kGraphScale = 2;
 constexpr double kGraphDensity = 2;
 
-/// What the plug-in asked for, on one page.
+/// The areas of one page, as the plug-in asked for them.
 struct PageFrame {
     QSizeF paper;
     QRectF body;            ///< y downward, as the document is laid out
@@ -61,7 +61,7 @@ void drawBody(QPainter& painter, const PageFrame& frame, ReportDocument& documen
     painter.restore();
 }
 
-/// Margins are ours: the device's own would be added to them.
+/// Sets all margins of the device to zero: they would be added to ours.
 void setPageLayout(QPagedPaintDevice& device, const KTVPrintInfo& setup)
 {
     const bool landscape = setup.orientation() == KTVPaperOrientation::Landscape;

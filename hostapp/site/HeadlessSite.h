@@ -3,7 +3,7 @@
 #include "hostapp/site/WorkingSite.h"
 
 /// A site without a window: its archived views, loaded at the usual size and never shown. Stores nothing: the site
-/// stays as it was left. Main thread only, except what WorkingSite says.
+/// stays as it was left. Main thread only, with the exceptions of WorkingSite.
 namespace plotix {
 
 class HeadlessSite : public WorkingSite {
@@ -11,9 +11,9 @@ class HeadlessSite : public WorkingSite {
 public:
     HeadlessSite(std::shared_ptr<SiteDocument> document, KTVPlugInModule* module);
 
-    /// Makes the archived views and waits until the records they show at first have arrived. Once.
+    /// Makes the archived views and waits for the records they show at first. Call once.
     void load();
-    /// From now on the trends that the site's window followed end now, as they do there. After `load`.
+    /// From now on moves the trends that the site's window followed, so that they end now. Call after `load`.
     void follow();
     int unreadableCount() const { return m_unreadableCount; }  ///< archived views that could not be made
 

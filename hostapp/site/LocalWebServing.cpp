@@ -27,7 +27,7 @@ QString LocalWebServing::start(WorkingSite& site)
     ensureServer();
     if (const auto served = m_identifiers.find(&site); served != m_identifiers.end())
         m_sites.withdraw(served->second);
-    site.loadViews();  // trends that nobody has looked at yet: browsers are to see them too
+    site.loadViews();  // also trends that were never shown, so that browsers see them too
     const QString identifier = openToWeb(m_sites, site);
     m_identifiers[&site] = identifier;
     return pageAddress(m_server->url(), identifier);

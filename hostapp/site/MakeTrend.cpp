@@ -29,7 +29,7 @@ void storeTrend(KTVPlugInModule& module, const TrendRequest& trend)
 {
     const KTVPlugInPtr plugIn = requireTrend(module, trend);
     plugIn->view();  // the dates given at construction reach the archive through the loaded view
-    // Stored before the records arrive, which would move the dates to where the records begin and end.
+    // Stored before the records arrive, because those would move the dates to where the records begin and end.
     PlugInStore(trend.document, &module).store(*plugIn);
 }
 

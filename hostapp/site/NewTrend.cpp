@@ -7,8 +7,8 @@ namespace plotix {
 
 namespace {
 
-constexpr double kRecordedSpan = 3600;  // seconds; nobody moves it on, so it holds a good while
-constexpr double kWatchedSpan = 600;    // seconds; the first minute is to be seen
+constexpr double kRecordedSpan = 3600;  // seconds; it is not moved, so it has room for a while
+constexpr double kWatchedSpan = 600;    // seconds; short, so that the first minute is visible
 
 class NewTrend {
     Q_DECLARE_TR_FUNCTIONS(NewTrend)

@@ -15,8 +15,8 @@ namespace plotix {
 enum class TrendOccasion {
     Chosen,    ///< the user chose what it shows
     Imported,  ///< an agent's first records have been imported
-    Recorded,  ///< an agent's first records begin now, and nobody looks on
-    Watched    ///< the same, and somebody does
+    Recorded,  ///< an agent's first records begin now, and no window shows them
+    Watched    ///< the same, in a window
 };
 
 using TrendSpan = std::optional<std::pair<Date, Date>>;  ///< first and last record; nothing: there are none
@@ -25,12 +25,12 @@ struct TrendPlan {
     KTVPropertyList properties;
     Date from, to;
     QString title;
-    bool isFollowed = false;  ///< its span is to end now, from the beginning
+    bool isFollowed = false;  ///< it is followed from the beginning
 };
 
 /// The rule, for an agent of this name and (some of) its properties:
 ///   Chosen: the properties given, the last seven days that hold records, named after the properties.
-///   Imported: what is drawn at all, over all records, named after the agent.
+///   Imported: all properties that are drawn, over all records, named after the agent.
 ///   Recorded, Watched: what belongs on one axis, shares of the whole and the load beside them; where there is none of
 ///     these, what is drawn at all; named after the agent. Recorded: the hour that begins now. Watched: the last ten
 ///     minutes, followed.
@@ -43,15 +43,15 @@ TrendPlan planFirstTrend(TrendOccasion occasion, const SiteAgent& agent, const T
 /// The same for properties the user chose, of an agent with this last record. Main thread only.
 TrendPlan planChosenTrend(const KTVPropertyList& properties, std::optional<double> lastRecord);
 
-/// What is wanted of the module for it.
+/// The request to the module for such a trend.
 TrendRequest requestOf(std::shared_ptr<SiteDocument> document, std::shared_ptr<SiteAgent> agent, const TrendPlan& plan);
 
-/// Whether the property is drawn unless it is asked for by name: it is offered to the user, and of a kind that is
+/// Whether the property is drawn without being asked for by name: it is visible to the user and of a type that is
 /// plotted.
 bool isDrawn(const KTVProperty& property);
 
 /// The last seven days when the last record is that young, otherwise the seven days that end with the day of the last
-/// record, so that the first look is never empty. No record: the last seven days.
+/// record, so that a new trend is never empty. Without records: the last seven days.
 std::pair<Date, Date> rangeForNewTrend(std::optional<double> lastRecord, Date now, const QTimeZone& zone);
 
 /// "Air Temperature", "Air Temperature and Pressure", "Air Temperature, Pressure and 3 more"; none: "New Trend".

@@ -13,7 +13,7 @@ namespace {
 
 constexpr auto kAdvice = "Install Plotix again, or name the module's folder in PLOTIX_PLUGIN_PATH.";
 
-/// "org.plotix.KTVPlugInModule/", whatever the number behind it.
+/// "org.plotix.KTVPlugInModule/", without the version number after it.
 QString interfaceFamily()
 {
     const QString iid = QString::fromLatin1(KTVPlugInModule_iid);
@@ -32,7 +32,7 @@ QString interfaceFamily()
 
 [[noreturn]] void failBroken(const QString& path, const QString& reason)
 {
-    // The loader's texts may run over several lines; an error is one line.
+    // The loader's texts may have several lines; an error is one line.
     throw ReportableError(QStringLiteral("The plug-in module %1 is broken: %2. %3")
                               .arg(path, reason.simplified(), QLatin1String(kAdvice)));
 }
@@ -79,7 +79,7 @@ QString PlugInLoader::findFile(const QString& moduleName) const
 
 void PlugInLoader::checkIdentity() const
 {
-    // The identity stands in the file's metadata: a module of another interface is refused before any of it runs.
+    // The interface is named in the file's metadata: a module for another one is refused before any of its code runs.
     const QString iid = m_loader.metaData().value(QLatin1String("IID")).toString();
     if (iid == QLatin1String(KTVPlugInModule_iid))
         return;

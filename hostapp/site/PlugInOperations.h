@@ -24,11 +24,11 @@ QImage graphImage(KTVPlugIn* plugIn, const QSizeF& size, double density, const Q
 /// The same as a vector PDF; empty when there is none.
 QByteArray graphPDF(KTVPlugIn* plugIn, const QSizeF& size, const QString& title);
 
-/// Whether the plug-in can be asked which range it shows, and to show another one: seconds since 1970-01-01 UTC.
+/// Whether the plug-in can tell which range it shows, and show another one. Ranges are seconds since 1970-01-01 UTC.
 bool canShowRange(const KTVPlugIn* plugIn);
-std::optional<std::pair<double, double>> shownRange(const KTVPlugIn* plugIn);      ///< nothing when it cannot say
+std::optional<std::pair<double, double>> shownRange(const KTVPlugIn* plugIn);      ///< nothing when it cannot tell
 std::optional<std::pair<double, double>> refreshedRange(const KTVPlugIn* plugIn);  ///< that its last refresh asked for
-void showRange(KTVPlugIn* plugIn, double from, double to);  ///< by and by; one that cannot: nothing
+void showRange(KTVPlugIn* plugIn, double from, double to);  ///< shown some time later; one that cannot: nothing
 
 /// The graph without a title, for the pages of a report.
 QImage graphForPaper(KTVPlugIn* plugIn, const QSizeF& size, double density);

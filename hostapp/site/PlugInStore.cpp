@@ -39,7 +39,7 @@ KTVPlugInPtr PlugInStore::make(const ArchivedPlugIn& archived, KTVSiteWindowCont
         Decoder decoder(archived.state, {agent, siteWindowController});
         return m_module->instantiate(archived.className, decoder);
     } catch (const ReportableError&) {
-        return nullptr;  // the caller counts it and says so; the state stays for a program that can read it
+        return nullptr;  // the caller counts and reports it; the state stays for a program that can read it
     }
 }
 

@@ -7,23 +7,23 @@
 
 /// Moves plug-ins between a site document and memory.
 ///
-/// *Shares* the document, *borrows* the module. Plug-ins are recognised by identity; one whose state did not change
-/// since it was last stored or loaded costs no write. Main thread only.
+/// *Shares* the document, *borrows* the module. Plug-ins are recognised by their unique identifier; one whose state has
+/// not changed since it was last stored or loaded is not written. Main thread only.
 namespace plotix {
 
-/// The class name the document stores beside a plug-in's state, and the module makes it by.
+/// The class name that the document stores with a plug-in's state and the module makes the plug-in by.
 QString classNameOf(const KTVPlugIn& plugIn);
 
 class PlugInStore {
 public:
     PlugInStore(std::shared_ptr<SiteDocument> document, KTVPlugInModule* module);
 
-    /// Every archived plug-in that can be made, in list order. Those that cannot (an unknown class, a damaged state, an
-    /// agent that is gone) stay in the document untouched and are counted.
+    /// Every archived plug-in that can be made, in list order. Those that cannot (an unknown class, a damaged state, a
+    /// missing agent) stay in the document unchanged and are counted.
     std::vector<KTVPlugInPtr> load(KTVSiteWindowController* siteWindowController);
     int unreadableCount() const { return m_unreadableCount; }
 
-    /// Stores at the end the first time, in place afterwards. Throws ReportableError.
+    /// Stores the plug-in after the others the first time, in place afterwards. Throws ReportableError.
     void store(const KTVPlugIn& plugIn);
     void remove(const KTVPlugIn& plugIn);
 

@@ -3,16 +3,16 @@
 #include "hostapp/site/WorkingSite.h"
 #include "hostapp/web/OpenSites.h"
 
-/// A site on the web: its plug-ins are asked, its source list tells what there is to see.
+/// A site for the web server: its plug-ins answer requests, its source list tells which views there are.
 ///
-/// *Shares* the plug-in that answers for the site, *borrows* the site, which must stay until it is withdrawn. What a
-/// request takes from the source list it gives back on the main queue, where widgets may end. Made on the main thread;
-/// then any thread but that one, as WebSite.
+/// *Shares* the toolbar plug-in that answers for the site, *borrows* the site, which must stay until this is withdrawn
+/// from the server. A request releases items of the source list on the main queue, because that may destroy widgets.
+/// Made on the main thread; then any other thread, as WebSite says.
 namespace plotix {
 
 class PlugInWebSite : public WebSite {
 public:
-    /// Of the toolbar's plug-ins the first is asked, before the views: each of them answers for all trends of the site.
+    /// The first of the toolbar's plug-ins is asked, before the views: it answers for all trends of the site.
     explicit PlugInWebSite(const WorkingSite& site);
 
     QString name() const override { return m_name; }
@@ -21,7 +21,7 @@ public:
     std::optional<WebRendering> rendering(const QUrl& url) override;
 
 private:
-    /// The source list as it is published just now; lets go of it on the main queue.
+    /// The source list as it is published now; released on the main queue.
     class Listed;
 
     QString m_name;

@@ -23,7 +23,7 @@ void serveSites(const ServeRequest& request, KTVPlugInModule* module)
 {
     StopRequest stop;  // first: a request may come while the views are loaded
     const QByteArray token = request.tokenFile.isEmpty() ? QByteArray() : AccessToken::readFrom(request.tokenFile);
-    // In the order of need: the server asks the open sites, and those ask what stands behind them.
+    // Declared in this order because the server borrows the open sites, and those borrow the sites here.
     std::vector<std::unique_ptr<HeadlessSite>> sites;
     OpenSites open;
     const HttpServer server(open, {request.address, static_cast<std::uint16_t>(request.port)}, token);

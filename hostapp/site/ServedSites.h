@@ -22,9 +22,9 @@ struct ServeRequest {
     std::function<void(const QString& line)> say;
 };
 
-/// Trends that the site's window followed end now here too, with the records stored since. Says the addresses once
-/// every view has its records, then serves until SIGINT, SIGTERM or SIGHUP. Sites stay as they are stored. Throws
-/// ReportableError: an address or port that cannot be had, a token that is missing or cannot be read.
+/// Trends that the site's window followed are followed here too. Tells the addresses once every view has its records,
+/// then serves until SIGINT, SIGTERM or SIGHUP. Nothing is stored in the sites. Throws ReportableError: an address or
+/// port that cannot be used, a token that is missing or cannot be read.
 void serveSites(const ServeRequest& request, KTVPlugInModule* module);
 
 }  // namespace plotix

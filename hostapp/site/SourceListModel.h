@@ -16,7 +16,7 @@ namespace plotix {
 class SourceListItem : public KTVSourceListItem {
 public:
     SourceListItem(KTVPlugInPtr plugIn, QString title) : m_plugIn(std::move(plugIn)), m_title(std::move(title)) {}
-    /// Off the main thread the plug-in is let go of by the main queue: its end takes widgets along.
+    /// On another thread the plug-in is released through the main queue: destroying it may destroy widgets.
     ~SourceListItem() override;
 
     KTVPlugInPtr representedObject() const override { return m_plugIn; }
@@ -40,7 +40,7 @@ public:
     void insert(int row, const KTVPlugInPtr& plugIn);  ///< a row outside the list becomes the nearest one
     void remove(const KTVPlugIn* plugIn);              ///< one that is not listed: nothing happens
     void removeAll();
-    void move(int from, int to);  ///< so that it stands at `to` afterwards; rows outside the list: nothing happens
+    void move(int from, int to);  ///< the row is then at `to`; rows outside the list: nothing happens
 
     Items items() const;
     KTVPlugInPtr plugInAt(int row) const;                         ///< null outside the list
@@ -53,15 +53,15 @@ public:
     bool setData(const QModelIndex& index, const QVariant& value, int role) override;
     Qt::ItemFlags flags(const QModelIndex& index) const override;
 
-    /// What a drag inside the list ends in. One row at a time; told by `moved`.
+    /// Called at the end of a drag inside the list. One row at a time; emits `moved`.
     bool moveRows(const QModelIndex& sourceParent, int sourceRow, int count, const QModelIndex& destinationParent,
                   int destinationChild) override;
     Qt::DropActions supportedDropActions() const override { return Qt::MoveAction; }
-    /// A drop is a move inside the list, or nothing: what other lists drag is not for here.
+    /// A drop is a move inside the list; drags from other lists are refused.
     bool dropMimeData(const QMimeData*, Qt::DropAction, int, int, const QModelIndex&) override { return false; }
 
 signals:
-    // Sent after the user did it, through the list's own editing, so that it can be undone.
+    // Sent after the user edited the list, so that it can be undone.
     void renamed(const KTVPlugInPtr& plugIn, const QString& before, const QString& after);
     void moved(const KTVPlugInPtr& plugIn, int from, int to);
 

@@ -19,8 +19,8 @@ struct ReportRequest {
     std::optional<Paper> paper;  ///< absent: what is usual in the user's country
 };
 
-/// Makes the view as it was left, waits for its records and answers the report as a PDF file's bytes. The site stays as
-/// it is stored. Throws ReportableError when there is no such view, or none that can be printed.
+/// Makes the view as it was left, waits for its records and answers the report as a PDF file's bytes. Stores nothing.
+/// Throws ReportableError when there is no such view, or none that can be printed.
 QByteArray pdfOfStoredReport(const ReportRequest& request, KTVPlugInModule* module);
 
 }  // namespace plotix

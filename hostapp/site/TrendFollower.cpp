@@ -15,10 +15,10 @@ constexpr int kLookInterval = 1000;     // milliseconds
 constexpr double kPixels = 1000;        // about as many as a graph is wide
 constexpr double kSoonestMove = 3;      // seconds
 constexpr double kLatestMove = 60;      // seconds
-constexpr double kLatestAnswer = 20;    // seconds; then the question is put again
+constexpr double kLatestAnswer = 20;    // seconds; then it is moved again
 constexpr double kShortestSpan = 10;    // seconds
 constexpr double kLongestSpan = 3.0e8;  // seconds; a trend shows a little less than ten years
-constexpr double kSameMoment = 0.01;    // seconds; a range is kept as a place and a length, which rounds its end
+constexpr double kSameMoment = 0.01;    // seconds; a range is stored as location and length, which rounds its end
 
 bool isSame(const std::pair<double, double>& one, const std::pair<double, double>& other)
 {
@@ -91,7 +91,7 @@ TrendFollower::Verdict TrendFollower::lookAfter(Followed& followed, double now)
     if (!answered && !waits && !isRefreshed(*plugIn, followed, *shown))
         return Verdict::LetGo;
     if (!isSeen(*plugIn))
-        return Verdict::Keep;  // it catches up when it is looked at again
+        return Verdict::Keep;  // it is moved when it is visible again
     const double due = answered ? std::clamp(followed.span / kPixels, kSoonestMove, kLatestMove)
                        : waits  ? kLatestAnswer
                                 : 0;
@@ -106,7 +106,7 @@ bool TrendFollower::isSeen(KTVPlugIn& plugIn) const
     return plugIn.isViewLoaded() && plugIn.view() && (m_rests == Rests::Never || plugIn.view()->isVisible());
 }
 
-/// Whether the dates stand at the records of a span that was followed, rather than where the user moved them.
+/// Whether a refresh has set the dates to the records of a followed span, rather than the user.
 bool TrendFollower::isRefreshed(const KTVPlugIn& plugIn, const Followed& followed, const Range& shown)
 {
     const std::optional<Range> refreshed = refreshedRange(&plugIn);

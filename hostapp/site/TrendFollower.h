@@ -12,11 +12,10 @@
 
 /// Keeps the spans of chosen trends ending now.
 ///
-/// A trend that is followed is moved every few seconds, as long as anybody sees it: the longer its span, the more
-/// seldom, since less than a pixel shows nobody anything. It is let go as soon as its dates are others than those it
-/// was moved to: the user has panned, zoomed or typed. A refresh of the span it was moved to is none of these, though
-/// the dates come to stand at the first and last record then. Plug-ins are *weak*; they are moved by operations found
-/// by name. Main thread only.
+/// A followed trend is moved every few seconds while it is visible: the longer its span, the less often, since a move
+/// by less than a pixel cannot be seen. Following ends when its dates differ from those it was moved to, because the
+/// user has panned, zoomed or typed. A refresh of the span it was moved to does not end it, though that sets the dates
+/// to the first and last record. Plug-ins are *weak*; they are moved by operations found by name. Main thread only.
 namespace plotix {
 
 class TrendFollower : public QObject {
@@ -24,19 +23,19 @@ class TrendFollower : public QObject {
 public:
     using Clock = std::function<double()>;  ///< seconds since 1970-01-01 UTC
 
-    enum class Rests { WhileUnseen, Never };  ///< never: for views that are shown to others than this screen
+    enum class Rests { WhileUnseen, Never };  ///< never: for views that are shown elsewhere than on this screen
 
     explicit TrendFollower(Clock clock, Rests rests = Rests::WhileUnseen);
 
     static bool canFollow(const KTVPlugIn* plugIn);
     bool isFollowing(const KTVPlugIn* plugIn) const;
 
-    /// Moves it at once, or when it is first seen, its span as long as it is shown now. One that cannot be followed, or
-    /// is already: nothing.
+    /// Moves the trend at once, or when it is first visible; its present length is kept. One that cannot be followed,
+    /// or is already: nothing.
     void follow(const KTVPlugInPtr& plugIn);
     void stopFollowing(const KTVPlugIn* plugIn);
 
-    /// Looks after every trend whose time has come; a timer does this every second while there are any.
+    /// Moves every trend that is due; a timer calls this every second while any is followed.
     void moveThoseDue();
 
 signals:
@@ -47,7 +46,7 @@ private:
     struct Followed {
         std::weak_ptr<KTVPlugIn> plugIn;
         double span = 0;     ///< seconds
-        Range asked, shown;  ///< where it was moved to last, and where it stood before the answer
+        Range asked, shown;  ///< where it was moved to last, and its dates before that
         Range askedBefore;   ///< where it was moved to the time before: a refresh may answer late
         double askedAt = 0;
     };

@@ -59,7 +59,7 @@ QByteArray TrendRenderer::renderBare(const RenderRequest& request) const
     QStringList keys;
     for (const KTVPropertyPtr& property : request.trend.properties)
         keys << property->propertyName();
-    if (!trendClass || keys.isEmpty())  // without properties the operation answers nobody
+    if (!trendClass || keys.isEmpty())  // without properties the operation never answers
         throw ReportableError(QStringLiteral("There is no property to draw; name some with --properties."));
     ImageReceiver receiver;
     const KTVAgentPtr agent = request.trend.agent;

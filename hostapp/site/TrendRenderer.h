@@ -10,8 +10,8 @@ class TrendRenderer {
 public:
     explicit TrendRenderer(KTVPlugInModule* module) : m_module(module) {}
 
-    /// A loaded view that is never shown; with `bare` the off-screen class operation. Throws ReportableError when the
-    /// records cannot be read or nothing can be drawn at that size.
+    /// Draws a loaded view that is never shown; with `bare`, by the off-screen class operation. Throws ReportableError
+    /// when the records cannot be read or nothing can be drawn at that size.
     QByteArray render(const RenderRequest& request) const;
 
 private:

@@ -8,7 +8,7 @@
 
 #include <memory>
 
-/// Which trend is wanted, and as what picture. Values; main thread, as the agent and its properties.
+/// Describes a wanted trend, and a picture of it. Values; main thread, as the agent and its properties.
 namespace plotix {
 
 /// A trend of some of an agent's properties over a fixed range.

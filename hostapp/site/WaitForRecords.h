@@ -7,11 +7,11 @@
 /// Waiting for the records that views have asked for. Free functions; main thread only.
 namespace plotix {
 
-/// Runs the event loop until every fetch of the agent has been answered and what it brought is in place. Answers what
-/// people are told where one of them failed.
+/// Runs the event loop until every fetch of the agent has been answered and the views have its records. Answers the
+/// message for people when a fetch failed.
 std::optional<QString> waitForRecords(const SiteAgent& agent);
 
-/// The same; throws ReportableError where one of them failed.
+/// The same; throws ReportableError when a fetch failed.
 void requireRecords(const SiteAgent& agent);
 
 }  // namespace plotix

@@ -12,11 +12,11 @@ class WebServing {
 public:
     virtual ~WebServing() = default;
 
-    /// Shows the site to browsers on this machine; answers the address of its page. Again for a site that is served:
+    /// Shows the site to browsers on this machine; answers the address of its page. For a site that is served already:
     /// as if it had been stopped before. Throws ReportableError.
     virtual QString start(WorkingSite& site) = 0;
 
-    /// When it returns nobody asks the site's plug-ins any more. A site that is not served: nothing happens.
+    /// When it returns, no request uses the site's plug-ins any more. A site that is not served: nothing happens.
     virtual void stop(WorkingSite& site) = 0;
 };
 

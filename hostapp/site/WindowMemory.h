@@ -6,7 +6,7 @@
 
 #include <map>
 
-/// How a site's windows were left, kept in the site document: it opens the same way on another machine.
+/// How a site's windows were left, kept in the site document, so that it opens the same way on another machine.
 ///
 /// Values and the reading and writing of them. Main thread only.
 namespace plotix {
@@ -40,7 +40,7 @@ public:
     explicit WindowMemory(std::shared_ptr<SiteDocument> document);
 
     const WindowState& state() const { return m_state; }  ///< as stored
-    void store(const WindowState& state);  ///< throws ReportableError; a document to look at stores nothing
+    void store(const WindowState& state);  ///< throws ReportableError; a read-only document stores nothing
 
 private:
     std::shared_ptr<SiteDocument> m_document;

@@ -18,7 +18,7 @@ TrendFollower::Rests restsIn(WorkingSite::Use use)
     return use == WorkingSite::Use::OnScreen ? TrendFollower::Rests::WhileUnseen : TrendFollower::Rests::Never;
 }
 
-/// Into the order of these identifiers; those not named stay behind the others, in the order they had.
+/// Sorts by the order of these identifiers; those not named come last, in the order they had.
 void sortByIdentifier(std::vector<KTVPlugInPtr>& plugIns, const QStringList& order)
 {
     const auto place = [&order](const KTVPlugInPtr& plugIn) {
@@ -40,7 +40,7 @@ WorkingSite::WorkingSite(std::shared_ptr<SiteDocument> document, KTVPlugInModule
 {
     joinAgents();
     connect(m_document.get(), &SiteDocument::agentsChanged, this, &WorkingSite::joinAgents);
-    // A title is stored at once: it is the change people notice when it is lost.
+    // A title is stored at once, because people would notice its loss.
     connect(&m_sourceList, &SourceListModel::dataChanged, this, [this](const QModelIndex& index) {
         if (const KTVPlugInPtr plugIn = m_sourceList.plugInAt(index.row()))
             store(*plugIn);
@@ -98,7 +98,7 @@ void WorkingSite::addPlugIn(const KTVPlugInPtr& plugIn, bool select)
     if (!select)
         return;
     emit selectionRequested(plugIn);
-    store(*plugIn);  // again: dates given at construction reach the archive through the loaded view
+    store(*plugIn);  // again: dates given at construction are archived through the loaded view
 }
 
 KTVSourceListItemPtr WorkingSite::findSourceListItemWithRepresentedObject(const KTVPlugIn* plugIn) const
@@ -141,7 +141,7 @@ KTVPlugInPtr WorkingSite::newTrend(const std::shared_ptr<SiteAgent>& agent, cons
 void WorkingSite::removePlugIn(const KTVPlugInPtr& plugIn)
 {
     plugIn->willUnload();
-    // Off the list first: the selection moves on then, which stores everything that is still listed.
+    // Removed from the list first: that changes the selection, which stores everything still listed.
     m_sourceList.remove(plugIn.get());
     m_toRemove.push_back(plugIn);
     removeFromDocument();

@@ -9,10 +9,11 @@
 
 #include <QtCore/QObject>
 
-/// A site at work: its document, and the plug-ins that show it. What every outlet asks of a site stands here.
+/// An open site: its document, and the plug-ins that show it, with all that windows, the command line and the web need
+/// of it.
 ///
 /// By itself it has no window; a site window derives from it and adds one. *Shares* the document and the plug-ins,
-/// *borrows* the module. Plug-ins borrow it, so it lets go of them before it ends. Main thread only, except
+/// *borrows* the module. Plug-ins borrow it, so it releases them before it is destroyed. Main thread only, except
 /// `itemsWithRepresentedObjectsOfClass` and `sourceList().items()`.
 namespace plotix {
 
@@ -20,8 +21,8 @@ class WorkingSite : public QObject, public KTVSiteWindowController {
     Q_OBJECT
 public:
     enum class Use {
-        OnScreen,  ///< stored as it changes; a followed trend rests while it is not seen
-        Elsewhere  ///< on paper or in browsers: nothing is stored, and a followed trend never rests
+        OnScreen,  ///< changes are stored; a followed trend is not moved while it is invisible
+        Elsewhere  ///< on paper or in browsers: nothing is stored, and a followed trend is always moved
     };
 
     WorkingSite(std::shared_ptr<SiteDocument> document, KTVPlugInModule* module, Use use);
@@ -40,37 +41,37 @@ public:
     SourceListModel& sourceList() { return m_sourceList; }
     const SourceListModel& sourceList() const { return m_sourceList; }
 
-    /// Makes the archived plug-ins and lists them as the site's window did last, those it did not know behind the
-    /// others; answers how many could not be made. Once.
+    /// Makes the archived plug-ins and lists them in the order of the site's window, those it did not know last;
+    /// answers how many could not be made. Call once.
     int loadPlugIns();
 
-    /// What stands in the toolbar and not in the list: one plug-in of the module's toolbar class for each agent,
+    /// The plug-ins in the toolbar, which are not in the list: one of the module's toolbar class for each agent,
     /// archived with the others. Empty when the module has no such class, and before `loadPlugIns`.
     const std::vector<KTVPlugInPtr>& toolbarPlugIns() const { return m_toolbarPlugIns; }
 
     /// Makes a trend view through the module and adds it, selected. Null when the module declines.
     KTVPlugInPtr newTrend(const std::shared_ptr<SiteAgent>& agent, const KTVPropertyList& properties, OptionalDate from,
                           OptionalDate to, const QString& title);
-    /// The same; followed from the beginning where that is planned.
+    /// The same; followed from the beginning if the plan says so.
     KTVPlugInPtr newTrend(const std::shared_ptr<SiteAgent>& agent, const TrendPlan& plan);
     virtual void removePlugIn(const KTVPlugInPtr& plugIn);
-    /// Lists a plug-in that was removed again, at a row, and selects it.
+    /// Puts a removed plug-in back into the list, at a row, and selects it.
     void restorePlugIn(const KTVPlugInPtr& plugIn, int row);
 
-    /// Loads the views nobody has looked at yet, at the usual size; that fetches what they show at first.
+    /// Loads the views that were never shown, at the usual size; loading fetches what they show at first.
     void loadViews();
-    /// Runs the event loop until every record asked for is in place; what could not be read is passed over.
+    /// Runs the event loop until all fetches are answered and shown; failed ones are ignored.
     void waitForRecords() const;
-    /// The same; throws ReportableError where something could not be read.
+    /// The same; throws ReportableError when a fetch failed.
     void requireRecords() const;
 
     TrendFollower& follower() { return m_follower; }
     const TrendFollower& follower() const { return m_follower; }
     /// Follows the trends that the site's window followed when it was left.
     void followAgain();
-    QStringList followedTrends() const;  ///< identifiers of those that are followed just now, as listed
+    QStringList followedTrends() const;  ///< identifiers of those followed now, in list order
 
-    /// Stores what changed since; failures are told by `storingFailed`. A document that may only be read stores
+    /// Stores what changed since the last time; failures are reported by `storingFailed`. A read-only document stores
     /// nothing.
     void storeAll();
 
@@ -80,7 +81,8 @@ signals:
     void storingFailed(const QString& message);
 
 protected:
-    /// For whoever derives from it, to be called while it still stands; what happens at the end in any case.
+    /// Releases all plug-ins. For derived classes, to be called while they still exist; the destructor does it in any
+    /// case.
     void letGoOfPlugIns();
 
 private:
@@ -95,7 +97,7 @@ private:
     KTVPlugInModule* m_module;
     Use m_use;
     PlugInStore m_store;
-    std::vector<KTVPlugInPtr> m_toRemove;  ///< from the document, as soon as it can be written again
+    std::vector<KTVPlugInPtr> m_toRemove;  ///< from the document, once it can be written again
     SourceListModel m_sourceList;
     std::vector<KTVPlugInPtr> m_toolbarPlugIns;
     TrendFollower m_follower;

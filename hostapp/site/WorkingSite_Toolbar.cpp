@@ -1,4 +1,4 @@
-// The plug-ins of the toolbar: one for each agent, made when it is missing, archived and let go of with the others.
+// The plug-ins of the toolbar: one for each agent, made when it is missing, archived and released with the others.
 
 #include "hostapp/site/ModuleNames.h"
 #include "hostapp/site/WorkingSite.h"

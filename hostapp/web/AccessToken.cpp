@@ -29,7 +29,7 @@ QByteArray AccessToken::readFrom(const QString& path)
     QFile file(path);
     if (!file.open(QIODevice::ReadOnly))
         throw ReportableError(QStringLiteral("The token file %1 cannot be read: %2").arg(path, file.errorString()));
-    constexpr qint64 kLongest = 1024;  // bytes; whoever names a whole disk by mistake is told so at once
+    constexpr qint64 kLongest = 1024;  // bytes; a huge file named by mistake is refused at once
     const QByteArray token = file.readLine(kLongest).trimmed();
     if (token.isEmpty())
         throw ReportableError(QStringLiteral("The token file %1 is empty; its first line is the token.").arg(path));
@@ -60,13 +60,13 @@ bool AccessToken::matchesCookies(const QByteArray& header) const
 
 QByteArray AccessToken::cookie() const
 {
-    // Lax, not Strict: a link in a mail must lead somewhere, and nothing here changes by being looked at.
+    // Lax, not Strict: a link in a mail must work, and requests change nothing here.
     return m_cookieName + '=' + m_cookieValue + "; Path=/; HttpOnly; SameSite=Lax";
 }
 
 bool equalInConstantTime(const QByteArray& expected, const QByteArray& given)
 {
-    // Digests have one length, whatever the texts have, and their comparison tells nothing of the texts.
+    // All digests have the same length, and comparing them reveals nothing of the texts.
     const QByteArray left = QCryptographicHash::hash(expected, QCryptographicHash::Sha256);
     const QByteArray right = QCryptographicHash::hash(given, QCryptographicHash::Sha256);
     int difference = 0;

@@ -3,7 +3,7 @@
 #include <QtCore/QByteArray>
 #include <QtCore/QString>
 
-/// Who may look: everybody while there is no token, else those who know it.
+/// Who has access: everybody if there is no token, else those who know it.
 ///
 /// A value; any thread. Comparisons take as long for a nearly right text as for a wrong one.
 namespace plotix {
@@ -12,7 +12,7 @@ class AccessToken {
 public:
     AccessToken() = default;
 
-    /// `token` is shared with the users; `cookieName` tells servers on one machine apart. Empty: open to everybody.
+    /// `token` is known to the users, empty: open to everybody; `cookieName` tells servers on one machine apart.
     AccessToken(QByteArray token, QByteArray cookieName);
 
     /// The first line of a file, without blanks at its ends. Throws ReportableError when it cannot be read or holds
@@ -29,7 +29,7 @@ public:
     /// The Cookie header of a request; ours may stand among others.
     bool matchesCookies(const QByteArray& header) const;
 
-    /// What Set-Cookie says. The cookie does not hold the token, only proves that it was known; it ends with the
+    /// The value of Set-Cookie. The cookie does not hold the token, but proves that it was known; it ends with the
     /// server.
     QByteArray cookie() const;
 
@@ -37,7 +37,7 @@ private:
     QByteArray m_token, m_cookieName, m_cookieValue;
 };
 
-/// Whether both are the same, in a time that depends on the length of `given` alone.
+/// Whether both are equal; the time it takes depends only on the length of `given`.
 bool equalInConstantTime(const QByteArray& expected, const QByteArray& given);
 
 }  // namespace plotix

@@ -9,12 +9,12 @@
 #include <mutex>
 #include <thread>
 
-/// Every open connection, since when it does what it does, and a thread that ends those that take too long.
+/// Every open connection, since when it has been in its present state, and a thread that ends those that take too long.
 ///
-/// A client that drips a byte now and then never is silent for long, so silence alone does not find it; what counts
-/// here is the time until its request, or its answer, is whole. Where connections run short, the one that has waited
-/// longest without a request goes, so that a flood of silent ones cannot keep others out. A connection whose answer is
-/// being made is never ended. Sockets are *borrowed* and only shut down; who owns them closes them after `remove`. Any
+/// A client that sends a byte now and then is never silent for long, so silence alone does not find it; what counts is
+/// the time until its request, or its answer, is complete. When connections run short, the one that has been longest
+/// without a request is ended, so that a flood of silent ones cannot keep others out. A connection whose answer is
+/// being made is never ended. Sockets are *borrowed* and only shut down; their owner closes them after `remove`. Any
 /// thread.
 namespace plotix {
 

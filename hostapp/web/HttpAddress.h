@@ -13,7 +13,7 @@ struct HttpAddress {
     QString host = QLatin1String(kUsualWebAddress);  ///< an IPv4 or IPv6 address, or "localhost"
     std::uint16_t port = 0;                          ///< 0: any that is free
 
-    /// Only this machine can reach it. False for what is no address.
+    /// Whether only this machine can reach it. False for an invalid address.
     bool isLoopback() const;
 };
 

@@ -6,9 +6,9 @@ namespace plotix {
 
 namespace {
 
-// The fragments that plug-ins hand us hold titles as people typed them. Nothing runs, nothing loads from elsewhere, no
-// form sends, and "sandbox" also stops a refresh hidden in a title from leading away. The links may still open windows,
-// and those are not sandboxed in turn.
+// The HTML fragments of plug-ins contain titles as people typed them. No script runs, nothing is loaded from elsewhere,
+// no form is sent, and "sandbox" also keeps a refresh hidden in a title from leading away. Links may still open
+// windows, and those are not sandboxed.
 constexpr auto kPagePolicy = "default-src 'none'; img-src 'self'; style-src 'self'; base-uri 'none'; "
                              "form-action 'none'; frame-ancestors 'none'; "
                              "sandbox allow-same-origin allow-popups allow-popups-to-escape-sandbox";

@@ -5,7 +5,7 @@
 #include <utility>
 #include <vector>
 
-/// One answer of the server, before it is put on the wire. A value; any thread.
+/// One answer of the server, before it is sent. A value; any thread.
 namespace plotix {
 
 struct HttpReply {
@@ -17,7 +17,7 @@ struct HttpReply {
     Policy policy = Policy::Page;  ///< Document: something a browser shows by itself, such as a picture
 };
 
-/// A short page that says why there is nothing else.
+/// A short page that says why there is no other answer.
 HttpReply plainReply(unsigned status, const char* title, const char* text);
 
 HttpReply notFoundReply();
@@ -28,7 +28,7 @@ HttpReply badRequestReply();
 HttpReply busyReply();
 HttpReply redirectReply(unsigned status, const QByteArray& location);
 
-/// What every answer carries: no guessing of types, no referrer, no script, no frame of others', no copy kept.
+/// The headers of every answer: no content sniffing, no referrer, no script, no framing by others, no caching.
 std::vector<std::pair<QByteArray, QByteArray>> protectiveHeaders(HttpReply::Policy policy);
 
 }  // namespace plotix

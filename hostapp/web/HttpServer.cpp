@@ -13,9 +13,9 @@
 
 #include <algorithm>
 
-/// The library reads requests and writes answers on one thread of its own; here its callbacks meet ours. Every request
-/// has an Exchange, made when its first line is read and gone when its answer is taken or the client has left. While a
-/// worker has it, its connection is suspended, and therefore the Exchange stays.
+/// The library reads requests and writes answers on one thread of its own and calls the functions here. Every request
+/// has an Exchange, made when its first line is read and destroyed when its answer is taken or the client has left.
+/// While a worker has it, its connection is suspended, so the Exchange stays.
 namespace plotix {
 
 namespace {
@@ -69,7 +69,7 @@ MHD_Response* responseFrom(const HttpReply& reply)
     for (const auto& [name, value] : reply.headers)
         add(name, value);
     if (reply.status >= 400)
-        add(MHD_HTTP_HEADER_CONNECTION, "close");  // whoever asks wrongly starts anew
+        add(MHD_HTTP_HEADER_CONNECTION, "close");  // after a bad request the client must reconnect
     return response;
 }
 
@@ -137,7 +137,8 @@ HttpServer::Daemon::Daemon(OpenSites& sites, const HttpAddress& address, const Q
 
 HttpServer::Daemon::~Daemon()
 {
-    // First the work: a request that waits for the main queue holds its connection, and the library would wait for it.
+    // First end the work: a request that waits for the main queue holds its connection, which the library would wait
+    // for.
     m_queue.close();
     MHD_stop_daemon(m_daemon);
 }
@@ -163,8 +164,8 @@ MHD_Daemon* HttpServer::Daemon::start(const HttpLimits& limits)
 
 MHD_Result HttpServer::Daemon::answer(MHD_Connection* connection, const char* method, Exchange& exchange)
 {
-    // The library asks twice. What is answered the first time ends the connection unread: right for requests with a
-    // body, while others may be followed by more.
+    // The library calls this twice. An answer in the first call closes the connection with the body unread: right for
+    // requests with a body; after others more requests may follow.
     if (!std::exchange(exchange.isHeard, true) && !hasBody(connection))
         return MHD_YES;
     // Once handed over, a worker may be writing the exchange: it is looked at again when the connection is resumed.
@@ -195,7 +196,7 @@ HttpServer::Daemon::Routed HttpServer::Daemon::route(MHD_Connection* connection,
 void HttpServer::Daemon::handOver(MHD_Connection* connection, const WebRoutes::Route& route, Exchange& exchange)
 {
     m_connections.setActivity(tableEntry(connection), ConnectionTable::Activity::MakingAnswer);
-    MHD_suspend_connection(connection);  // before the worker can want to resume it
+    MHD_suspend_connection(connection);  // before the worker can resume it
     const bool accepted = m_queue.submit(route.subject, route.work, [connection, &exchange](const HttpReply& reply) {
         exchange.reply = reply;
         MHD_resume_connection(connection);
@@ -220,7 +221,7 @@ void* HttpServer::Daemon::requestBegins(void*, const char* target, MHD_Connectio
 MHD_Result HttpServer::Daemon::requestArrived(void* self, MHD_Connection* connection, const char*, const char* method,
                                               const char*, const char*, std::size_t* uploadSize, void** context)
 {
-    *uploadSize = 0;  // a body is not wanted; what asked with one is refused
+    *uploadSize = 0;  // the body is dropped; a request with one is refused
     return static_cast<Daemon*>(self)->answer(connection, method, *static_cast<Exchange*>(*context));
 }
 
@@ -246,7 +247,7 @@ void HttpServer::Daemon::connectionChanges(void* self, MHD_Connection* connectio
     }
 }
 
-/// Paths are decoded by us, after they were cut at their slashes, and from the text as it came.
+/// We decode paths ourselves, from the original text, after cutting them at their slashes.
 std::size_t HttpServer::Daemon::leaveEscapes(void*, MHD_Connection*, char* text)
 {
     return std::char_traits<char>::length(text);

@@ -8,19 +8,19 @@
 
 /// Serves the open sites over HTTP, on threads of its own.
 ///
-/// One thread reads and writes all connections and never waits; a request that asks plug-ins is set aside until a
-/// worker has its answer. A client that stalls, floods or sends nonsense costs its own connection and the memory of
-/// that. *Borrows* the sites. Made and ended on the main thread; ending waits for the requests begun while the main
-/// queue keeps running.
+/// One thread reads and writes all connections and never waits; a request that needs plug-ins is suspended until a
+/// worker has its answer. A client that stalls, floods or sends nonsense costs only its own connection and that one's
+/// memory. *Borrows* the sites. Made and destroyed on the main thread; destruction waits for running requests while the
+/// main queue goes on.
 namespace plotix {
 
 class OpenSites;
 
 class HttpServer {
 public:
-    /// Listens when it returns. Throws ReportableError of one line: an address that is none or not ours, a port in use,
-    /// a missing token. Any address but loopback wants a token; on loopback an empty one opens the sites to all who use
-    /// this machine.
+    /// Listens when it returns. Throws ReportableError of one line: an invalid address or one of another machine, a
+    /// port in use, a missing token. Any address but loopback requires a token; on loopback an empty one opens the
+    /// sites to all users of this machine.
     HttpServer(OpenSites& sites, const HttpAddress& address, const QByteArray& token, const HttpLimits& limits = {});
     ~HttpServer();
     HttpServer(const HttpServer&) = delete;

@@ -20,7 +20,7 @@ struct SocketAddress {
     socklen_t size = 0;
 };
 
-/// `text` as the machine writes it; nothing when it is no address.
+/// The address for the system's calls; nothing when the text is not an address.
 std::optional<SocketAddress> socketAddressFrom(const HttpAddress& address)
 {
     const QByteArray text = address.host == QLatin1String("localhost") ? "127.0.0.1" : address.host.toLatin1();
@@ -84,7 +84,7 @@ ListeningSocket listenOn(const HttpAddress& address)
     const int socket = ::socket(where->storage.ss_family, SOCK_STREAM | SOCK_CLOEXEC | SOCK_NONBLOCK, 0);
     if (socket < 0)
         failToListen(address, errno);
-    const int yes = 1;  // a server started again at once finds its port still warm
+    const int yes = 1;  // a restarted server finds its port still in use by old connections
     ::setsockopt(socket, SOL_SOCKET, SO_REUSEADDR, &yes, sizeof yes);
     if (::bind(socket, reinterpret_cast<const sockaddr*>(&where->storage), where->size) != 0 ||
         ::listen(socket, SOMAXCONN) != 0) {

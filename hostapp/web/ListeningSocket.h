@@ -6,7 +6,7 @@
 
 struct sockaddr;  // the system's
 
-/// Opening the port, apart from what is then said over it. Free functions; any thread.
+/// Opens the port that the server listens on. Free functions; any thread.
 namespace plotix {
 
 struct ListeningSocket {

@@ -58,7 +58,7 @@ void OpenSites::withdraw(const QString& identifier)
         guests = found->second;
         m_sites.erase(found);
     }
-    // A visitor may be waiting for the main queue, which is this thread's: blocking here would be the end of both.
+    // A visitor may be waiting for the main queue, which this thread runs: blocking here would be a deadlock.
     MainQueue::main().runUntil([&guests] { return guests->count == 0; });
 }
 
@@ -97,7 +97,7 @@ OpenSites::Visit::~Visit()
 {
     if (!m_guests)
         return;
-    // Behind whatever the visit itself left on the queue, so that nothing of it is there once the last one has gone.
+    // After the tasks that the visit posted, so that none of them is left once the count is 0.
     MainQueue::main().async([guests = std::move(m_guests)] { --guests->count; });
 }
 

@@ -7,11 +7,11 @@
 #include <mutex>
 #include <utility>
 
-/// The sites that are open to the web just now, and who is visiting them.
+/// The sites that are open to the web now, and the requests that are visiting them.
 ///
-/// *Shares* the sites. A request visits a site for as long as it asks it; withdrawing one waits for its visitors while
-/// the main queue keeps running, so that what the site borrows may be taken away afterwards. `add` and `withdraw`: main
-/// thread; the rest: any thread.
+/// *Shares* the sites. A request visits a site while it uses it; withdrawing a site waits for its visitors while the
+/// main queue goes on, so that what the site borrows may be destroyed afterwards. `add` and `withdraw`: main thread;
+/// the rest: any thread.
 namespace plotix {
 
 class OpenSites {
@@ -27,17 +27,17 @@ public:
     OpenSites(const OpenSites&) = delete;
     OpenSites& operator=(const OpenSites&) = delete;
 
-    /// Answers the site's identifier, one segment of a path: `wanted` in letters, digits, "-", "_" and ".", with a
-    /// number behind it when another site has it already; "site" when nothing is left of it.
+    /// Answers the site's identifier, one segment of a path: `wanted` reduced to letters, digits, "-", "_" and ".",
+    /// with a number appended when another site has it already; "site" when nothing is left.
     QString add(const QString& wanted, std::shared_ptr<WebSite> site);
 
-    /// No visit begins afterwards and none is left. An unknown identifier: nothing happens.
+    /// Afterwards no visit is left and none begins. An unknown identifier: nothing happens.
     void withdraw(const QString& identifier);
 
     bool isEmpty() const;
     std::vector<Listed> list() const;  ///< by identifier
 
-    /// Keeps a site open to the one who holds it; the site is let go of on the main queue.
+    /// Keeps a site open as long as it lives; the site is released on the main queue.
     class Visit;
     Visit visit(const QString& identifier) const;  ///< empty when there is no such site
 

@@ -12,7 +12,7 @@ HttpReply replyOf(const RequestQueue::Work& work)
 {
     try {
         return work();
-    } catch (const std::exception&) {  // one request that cannot be answered ends nothing but itself
+    } catch (const std::exception&) {  // a request that fails must not end the worker
         return plainReply(500, "Not possible", "This could not be drawn.");
     }
 }

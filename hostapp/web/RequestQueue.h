@@ -11,11 +11,11 @@
 #include <thread>
 #include <vector>
 
-/// Work that takes its time, done by a few threads of its own: it asks plug-ins, which wait for the main queue.
+/// Runs slow work on a few threads of its own: work that asks plug-ins, which wait for the main queue.
 ///
-/// Requests for the same thing that wait together are answered by one piece of work; it begins after the last of them
-/// arrived, so that none gets an answer older than its question. A few workers keep at most as many tasks on the main
-/// queue, between which the user's clicks get their turn. `submit`: any thread; `close`: main thread.
+/// Waiting requests for the same thing share one piece of work; it begins after the last of them arrived, so that none
+/// gets an answer older than itself. The main queue never has more of these tasks than there are workers, and the
+/// user's clicks are handled between them. `submit`: any thread; `close`: main thread.
 namespace plotix {
 
 class RequestQueue {
@@ -32,8 +32,8 @@ public:
     /// queue is closed.
     bool submit(const QByteArray& subject, Work work, Done done);
 
-    /// Takes no more work, answers what waits with "busy", and returns when the work begun is done. The main queue
-    /// keeps running meanwhile, because that work may wait for it.
+    /// Takes no more work, answers waiting requests with "busy", and returns when running work is done. The main queue
+    /// goes on meanwhile, because that work may wait for it.
     void close();
 
 private:

@@ -21,7 +21,7 @@ QByteArray contentsOf(const char* name)
     return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
 }
 
-/// A file of pages/ with %1, %2 … replaced, all at once: what is put in may contain a %1 of its own.
+/// A file of pages/ with %1, %2 … replaced, all at once, since an inserted text may itself contain "%1".
 template <typename... Texts>
 QString filled(const char* name, const Texts&... texts)
 {

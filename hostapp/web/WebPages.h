@@ -8,7 +8,7 @@ namespace plotix {
 /// The open sites, each a link to its page.
 QByteArray indexPage(const std::vector<OpenSites::Listed>& sites);
 
-/// A preview of each view, then `advertisement` as it is: last, so that a tag left open in it swallows nothing.
+/// A preview of each view, then `advertisement` unchanged: last, so that a tag left open in it hides nothing.
 QByteArray sitePage(const QString& name, const std::vector<WebView>& views, const QString& advertisement);
 
 /// A heading and a sentence.

@@ -12,7 +12,7 @@ struct WebPath {
     enum class Kind {
         Index,      ///< `/`
         Site,       ///< `/sites/ID/`
-        SiteBare,   ///< `/sites/ID`, which wants its slash
+        SiteBare,   ///< `/sites/ID`, whose final slash is missing
         Rendering,  ///< `/sites/ID/…/NAME.EXTENSION`, whatever stands between
         Style,      ///< `/style.css`
         Icon,       ///< `/icon.svg`, `/favicon.ico`
@@ -23,16 +23,16 @@ struct WebPath {
     QString site;  ///< of Site, SiteBare and Rendering
 };
 
-/// Every segment is percent-decoded once, after the path was cut at its slashes. A segment that decodes to one with a
-/// slash, a backslash, a control character or invalid UTF-8, one that is "." or "..", and a broken escape make the
-/// whole path Nothing: no path leads out of its site. Empty segments are passed over, as doubled slashes are in base
-/// URLs. `path` is the request's own text, without query.
+/// Every segment is percent-decoded once, after the path was cut at its slashes. A decoded segment with a slash, a
+/// backslash, a control character or invalid UTF-8, a segment "." or "..", and a broken escape make the whole path
+/// Nothing: no path leads out of its site. Empty segments are ignored, since base URLs may have doubled slashes. `path`
+/// is the request's own text, without query.
 WebPath webPathFrom(const QByteArray& path);
 
 /// A text percent-decoded once; nothing for broken escapes, control characters and invalid UTF-8.
 std::optional<QString> percentDecodedOnce(const QByteArray& text);
 
-/// The path without its query, and the query without its "?"; a fragment, which no client sends, ends either.
+/// The path without its query, and the query without its "?"; both end before a fragment, which no client sends.
 QByteArray pathOf(const QByteArray& requestTarget);
 QByteArray queryOf(const QByteArray& requestTarget);
 

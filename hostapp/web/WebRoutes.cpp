@@ -32,7 +32,7 @@ HttpReply pageReply(const QByteArray& body)
     return reply;
 }
 
-/// One slash in front, whatever came: a second one would lead to another server.
+/// Exactly one slash in front: with two the path would name another server.
 QByteArray localPath(const QByteArray& path)
 {
     qsizetype begin = 0;
@@ -111,7 +111,7 @@ std::optional<HttpReply> WebRoutes::accessRefusal(const WebRequest& request) con
         return std::nullopt;
     const auto token = queryValue(queryOf(request.target), "token");
     if (token && m_token.matches(token->toUtf8())) {
-        // From now on a cookie serves, and the token disappears from the address line.
+        // From now on the cookie gives access, and the token disappears from the address line.
         HttpReply reply = redirectReply(303, localPath(pathOf(request.target)));
         reply.headers.emplace_back("Set-Cookie", m_token.cookie());
         return reply;

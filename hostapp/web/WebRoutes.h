@@ -7,10 +7,10 @@
 #include <functional>
 #include <optional>
 
-/// Which request gets which answer.
+/// Decides which answer a request gets.
 ///
-/// Knows sites and tokens, but no socket. *Borrows* the sites. Any thread; `route` never waits, the work it hands out
-/// does and belongs on a worker.
+/// Knows sites and tokens, but no socket. *Borrows* the sites. Any thread; `route` never waits; the work it returns may
+/// wait and must run on a worker.
 namespace plotix {
 
 struct WebRequest {
@@ -22,7 +22,7 @@ struct WebRequest {
 
 class WebRoutes {
 public:
-    /// `ownHost` is "ADDRESS:PORT", for requests that name none.
+    /// `ownHost` is "ADDRESS:PORT", for requests that name no host.
     WebRoutes(const OpenSites& sites, AccessToken token, QByteArray ownHost);
 
     /// Either an answer, or work that makes one; requests with the same subject may share the work's answer.
@@ -47,7 +47,7 @@ private:
 /// Whether a Host header is well formed: a name or an address, and a port or none.
 bool isHostText(const QByteArray& host);
 
-/// Whether it names this machine in a way no foreign name server can: an address in figures, or localhost.
+/// Whether it names this machine in a way that no foreign name server can fake: a numeric address, or localhost.
 bool isOwnHost(const QByteArray& host);
 
 }  // namespace plotix

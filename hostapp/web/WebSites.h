@@ -9,8 +9,8 @@
 
 /// What the web server knows of a site: enough to list its views and to ask its plug-ins, and no more.
 ///
-/// Implemented where sites and plug-ins meet; *shared* by the server's threads while they ask. Every operation may be
-/// called on any thread but the main one, and by several at once; those that say so wait for the main queue.
+/// Implemented in `hostapp/site`; *shared* by the server's threads during a request. Every operation may be called on
+/// any thread but the main one, and by several at once; those that say so wait for the main queue.
 namespace plotix {
 
 /// A view that the page shows a preview of.

@@ -75,7 +75,7 @@ public:
     }
 
 private:
-    /// What a tree draws behind a row from its edge on, left of the items too.
+    /// Whether a tree draws a selected row's background, from the row's edge on, left of the items too.
     static bool isSelectedRow(PrimitiveElement element, const QStyleOptionViewItem& item)
     {
         return element == PE_PanelItemViewRow && item.state.testFlag(State_Selected);
@@ -121,7 +121,7 @@ private:
     }
 };
 
-/// A desktop names its own font; where none does the toolkit may fall back to a typewriter's.
+/// A desktop names its own font; without one the toolkit may fall back to a monospaced font.
 void chooseFont()
 {
     if (!QFontInfo(QApplication::font()).fixedPitch())
@@ -131,7 +131,7 @@ void chooseFont()
     QApplication::setFont(font);
 }
 
-/// What a palette cannot express.
+/// The style sheet for what a palette cannot express.
 QString styleRules()
 {
     joinStyleRules();

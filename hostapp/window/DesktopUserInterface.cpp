@@ -34,7 +34,7 @@ void fillBox(QMessageBox& box, const KTVAlert& alert)
     box.setIcon(iconForStyle(alert.style));
     box.setWindowTitle(QGuiApplication::applicationDisplayName());
     box.setTextFormat(Qt::PlainText);
-    // Plug-ins give their texts as they stand; the user's language is the host's.
+    // Plug-ins give untranslated texts; the host translates them.
     const KTVBundle* bundle = KTVBundle::mainBundle();
     box.setText(bundle->localizedString(alert.messageText));
     box.setInformativeText(bundle->localizedString(alert.informativeText));

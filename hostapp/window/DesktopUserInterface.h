@@ -33,8 +33,9 @@ private:
     SharedPicture m_sharedPicture;
 };
 
-/// What the sharing picker offers for an image: copy it, save it, mail it, open it in another program; what the desktop
-/// has no program for is greyed with the reason. The menu deletes itself when it closes; it *borrows* the other two.
+/// What the sharing picker offers for an image: copy it, save it, mail it, open it in another program; what no program
+/// can do is greyed, with the reason. The menu deletes itself when it closes; it *borrows* the interface and the
+/// picture.
 QMenu* makeSharingMenu(const QImage& image, KTVUserInterface* userInterface, SharedPicture& sharedPicture,
                        QWidget* parent);
 

@@ -6,7 +6,7 @@
 class QAction;
 class QHBoxLayout;
 
-/// What the right side shows while there is no trend to show: what this is, and what to do next. Main thread only.
+/// Shown at the right while there is no trend: what the window is for, and what to do next. Main thread only.
 namespace plotix {
 
 class EmptyStateView : public QWidget {

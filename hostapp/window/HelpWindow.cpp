@@ -81,7 +81,7 @@ HelpWindow::HelpWindow(QWidget* parent)
 {
     setWindowTitle(tr("Plotix Help"));
     setWindowFlag(Qt::WindowMinMaxButtonsHint);
-    setAttribute(Qt::WA_QuitOnClose, false);  // the program ends with its sites, whether help is open or not
+    setAttribute(Qt::WA_QuitOnClose, false);  // the program ends when its sites are closed, whether help is open or not
     resize(820, 600);
     buildContents();
     m_browser->setAccessibleName(tr("Help text"));
@@ -124,7 +124,7 @@ void HelpWindow::buildKeys()
     connect(m_search, &QLineEdit::returnPressed, this, findNext);
     connect(m_search, &QLineEdit::textChanged, this, [this, findNext] {
         QTextCursor cursor = m_browser->textCursor();
-        cursor.setPosition(cursor.selectionStart());  // what is typed on may still match where it stands
+        cursor.setPosition(cursor.selectionStart());  // a longer text may still match at the same place
         m_browser->setTextCursor(cursor);
         findNext();
     });

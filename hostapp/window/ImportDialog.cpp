@@ -39,7 +39,7 @@ ImportDialog::ImportDialog(const QStringList& agentNames, QWidget* parent)
     fileRow->addWidget(choose);
     auto* form = new QFormLayout(this);
     form->addRow(tr("&File:"), fileRow);
-    static_cast<QLabel*>(form->labelForField(fileRow))->setBuddy(m_file);  // a row of two is nobody's buddy by itself
+    static_cast<QLabel*>(form->labelForField(fileRow))->setBuddy(m_file);  // a row of two widgets gets no buddy itself
     setTabOrder(m_file, choose);
     setTabOrder(choose, m_agent);
     form->addRow(tr("&Agent:"), m_agent);

@@ -8,7 +8,8 @@
 #include <atomic>
 #include <memory>
 
-/// One import on a worker thread. *Owns* its thread; destruction cancels and waits. Main thread; signals come there.
+/// One import on a worker thread. *Owns* its thread; destruction cancels and waits. Main thread only; signals are sent
+/// there.
 namespace plotix {
 
 class ImportTask : public QObject {
@@ -22,7 +23,7 @@ public:
 
 signals:
     void progressed(int permille);
-    // Exactly one of these ends it.
+    // Exactly one of these is sent, at the end.
     void finished(const plotix::ImportSummary& summary);
     void failed(const QString& message);
     void cancelled();
@@ -37,7 +38,7 @@ private:
     std::unique_ptr<QThread> m_thread;
     std::unique_ptr<Outcome> m_outcome;  // written by the worker before the thread ends, read afterwards
     std::atomic<bool> m_cancel = false;
-    int m_permille = -1;  // worker only: what was told last
+    int m_permille = -1;  // worker only: progress sent last
 };
 
 }  // namespace plotix

@@ -17,7 +17,7 @@ namespace {
 
 using What = ImportFinding::What;
 
-/// Where the translations of these texts stand.
+/// The context of these texts' translations.
 class ImportWords {
     Q_DECLARE_TR_FUNCTIONS(ImportWords)
 };
@@ -27,7 +27,7 @@ QString listed(const QStringList& headers)
     return headers.join(QStringLiteral(", "));
 }
 
-/// The same marks in every language: what stands between them is the file's.
+/// The same quotation marks in every language: the text between them comes from the file.
 QString quoted(const QString& text)
 {
     return QStringLiteral("“%1”").arg(text);
@@ -158,13 +158,13 @@ QString textOfNote(const ImportFinding& finding)
     }
 }
 
-/// Fills `words`, which the count has already chosen the plural form of, with the count in the language's digits.
+/// Inserts the count, in the language's digits, into `words`, which have the right plural form already.
 QString counted(std::size_t count, const QString& words)
 {
     return words.arg(QLocale(installedLanguage()).toString(static_cast<qulonglong>(count)));
 }
 
-/// What plural forms are chosen by: they differ for small numbers alone.
+/// The number that chooses the plural form; forms differ only for small numbers.
 int chooser(std::size_t count)
 {
     return static_cast<int>(std::min<std::size_t>(count, std::numeric_limits<int>::max()));

@@ -2,8 +2,8 @@
 
 #include "hostapp/exchange/Importer.h"
 
-/// What an import found out and did, in the window's words: the user's language, and naming the import dialog's fields.
-/// Any thread, once the language is installed.
+/// What an import found and did, worded for the window: in the user's language, naming the import dialog's fields. Any
+/// thread, once the language is installed.
 namespace plotix {
 
 /// One line, without the file's name.

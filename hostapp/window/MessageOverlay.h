@@ -6,8 +6,8 @@
 
 /// The message over a view: one centred text on a rounded, translucent background.
 ///
-/// *Owns* its label, unless the view it lies on is deleted first and takes the label along; the next message then makes
-/// a new one. The label lets the mouse through, so that the graph under it can still be zoomed. Main thread only.
+/// *Owns* its label, unless the view under it is deleted first, with the label; the next message then makes a new one.
+/// The label lets the mouse through, so that the graph under it can still be zoomed. Main thread only.
 namespace plotix {
 
 class MessageLabel : public QLabel {
@@ -15,7 +15,7 @@ class MessageLabel : public QLabel {
 public:
     MessageLabel();
 
-    /// Takes its place in the middle of the view it lies on; without one nothing happens.
+    /// Moves to the middle of the view under it; without one nothing happens.
     void centre();
 
 protected:
@@ -33,7 +33,7 @@ public:
     ~MessageOverlay() override;
 
     void centerOnView(QWidget* view, const QString& message) override;
-    QWidget* view() const override { return m_label; }  ///< null after the covered view took it along
+    QWidget* view() const override { return m_label; }  ///< null after the covered view was deleted
 
 private:
     QPointer<MessageLabel> m_label;

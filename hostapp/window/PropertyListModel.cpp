@@ -31,7 +31,7 @@ QIcon swatch(const QColor& colour)
     painter.drawRoundedRect(QRectF(0.5, 0.5, kSide - 1, kSide - 1), 3, 3);
     painter.end();
     QIcon icon(pixmap);
-    icon.addPixmap(pixmap, QIcon::Selected);  // untinted: the colour is what it is, also in a selected row
+    icon.addPixmap(pixmap, QIcon::Selected);  // untinted: the colour must be the same in a selected row
     return icon;
 }
 

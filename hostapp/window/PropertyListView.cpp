@@ -47,7 +47,7 @@ void PropertyListView::setPropertyListModel(PropertyListModel* model)
 
 void PropertyListView::layOut()
 {
-    setRootIsDecorated(model()->rowCount() > 1);  // one agent alone needs no folding
+    setRootIsDecorated(model()->rowCount() > 1);  // a single agent needs no folding
     setIndentation(rootIsDecorated() ? 16 : 8);
     expandAll();
     header()->setStretchLastSection(false);

@@ -20,12 +20,12 @@ SeparateWindow::SeparateWindow(KTVPlugInPtr plugIn, const QString& siteName) : m
     column->setContentsMargins(0, 0, 0, 0);
     QWidget* view = m_plugIn->view();
     column->addWidget(view);
-    view->show();  // leaving another window had hidden it
+    view->show();  // being taken out of another window has hidden it
     auto* close = new QAction(this);
     close->setShortcut(QKeySequence::Close);
     connect(close, &QAction::triggered, this, &QWidget::close);
     addAction(close);
-    // The site window's keys for the selected trend are this window's for the one it shows.
+    // The site window's keys for the selected trend work here for the trend shown.
     const auto addKey = [this](const QKeySequence& keys, const char* operation) {
         auto* action = new QAction(this);
         action->setShortcut(keys);

@@ -19,11 +19,11 @@ public:
     KTVPlugInPtr contentViewController() const override { return m_plugIn; }
     QWidget* window() const override { return const_cast<SeparateWindow*>(this); }
 
-    /// Takes the view out of the window, so that it survives it.
+    /// Takes the view out of the window, so that the view outlives it.
     void releaseView();
 
 signals:
-    void closed();  ///< the view is free again
+    void closed();  ///< the view has no window now
 
 protected:
     void closeEvent(QCloseEvent* event) override;

@@ -15,7 +15,7 @@ namespace plotix {
 namespace {
 
 const QString kMailProgram = QStringLiteral("xdg-email");
-const QString kOpeningProgram = QStringLiteral("xdg-open");  // what opens addresses on desktops of every make
+const QString kOpeningProgram = QStringLiteral("xdg-open");  // opens addresses on every desktop
 
 class SharedPictureText {
     Q_DECLARE_TR_FUNCTIONS(SharedPictureText)

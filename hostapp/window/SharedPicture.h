@@ -8,17 +8,17 @@
 #include <functional>
 #include <memory>
 
-/// A picture on its way to another program: written into a temporary file that lasts as long as this object, then
-/// given to the desktop's mail program or picture viewer.
+/// Gives a picture to the desktop's mail program or picture viewer, as a temporary file that lasts as long as this
+/// object.
 ///
-/// Main thread only; a program that is started runs by itself.
+/// Main thread only; a started program runs on its own.
 namespace plotix {
 
 /// The desktop, as far as passing on a picture needs it. Replaced in tests.
 struct DesktopPrograms {
     std::function<QString(const QString& name)> find;  ///< the program's path; empty when it is not installed
     std::function<bool(const QString& program, const QStringList& arguments)> start;
-    std::function<bool(const QUrl& url)> open;  ///< with whatever the desktop has for it
+    std::function<bool(const QUrl& url)> open;  ///< with the desktop's program for it
 
     static DesktopPrograms real();
 };

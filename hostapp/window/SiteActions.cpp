@@ -78,7 +78,7 @@ void buildViewMenu(QMainWindow* window, SiteActions& actions)
     actions.follow = addAction(menu, SiteMenus::tr("F&ollow"), QKeySequence(Qt::CTRL | Qt::Key_L));
     actions.follow->setCheckable(true);
     menu->addSeparator();
-    // Each stands for a key held down, and only one of the keys counts at a time: at most one is on.
+    // Each stands for a held key, and only one key counts at a time: at most one action is on.
     auto* group = new QActionGroup(window);
     group->setExclusionPolicy(QActionGroup::ExclusionPolicy::ExclusiveOptional);
     actions.zoomTimeOnly = addAction(menu, SiteMenus::tr("Zoom &Time Only"), QKeySequence(Qt::CTRL | Qt::Key_T));

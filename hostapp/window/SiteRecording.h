@@ -10,8 +10,8 @@
 
 namespace plotix {
 
-/// Records a live source, this computer, into an open site document while it is switched on; whether it is, the
-/// document remembers.
+/// Records a live source, this computer, into an open site document while switched on. The document stores whether it
+/// is on.
 ///
 /// *Shares* the document, *owns* the recorder. Main thread only.
 class SiteRecording : public QObject {
@@ -27,14 +27,14 @@ public:
     bool isOn() const { return m_recorder != nullptr; }
     bool wasOn() const;  ///< when the document was used last
 
-    /// Makes the agent where it is missing. Throws ReportableError, and is off then. On already: nothing happens.
+    /// Makes the agent if it is missing. Throws ReportableError and stays off. On already: nothing happens.
     void switchOn();
     void switchOff();
 
     QString message() const;  ///< why no record could be stored; empty while all is well
 
 signals:
-    /// The document has the agent for the first time: nothing shows it yet.
+    /// The agent was just added to the document: nothing shows it yet.
     void agentAdded(const std::shared_ptr<SiteAgent>& agent);
     void messageChanged();
 

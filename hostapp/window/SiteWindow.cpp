@@ -58,7 +58,7 @@ SiteWindow::~SiteWindow()
     m_storeTimer.stop();
     m_import.reset();
     m_recording.reset();
-    // The plug-ins take their views out of the stack, so they go while the stack still stands.
+    // The plug-ins take their views out of the stack, so they are released while it still exists.
     disconnect(m_trendList->selectionModel(), nullptr, this, nullptr);
     disconnect(m_controller.get(), nullptr, this, nullptr);
     disconnect(&m_controller->follower(), nullptr, this, nullptr);
@@ -144,7 +144,7 @@ void SiteWindow::connectLists()
     connect(m_controller.get(), &SiteWindowController::separateWindowChanged, this, &SiteWindow::showSelection);
     connect(m_properties.get(), &PropertyListModel::tickedChanged, this, &SiteWindow::updateActions);
     const auto storingFailed = [this](const QString& message) {
-        if (message == m_lastStoringFailure)  // the same trouble every two seconds is told once
+        if (message == m_lastStoringFailure)  // the same failure every two seconds is shown once
             return;
         m_lastStoringFailure = message;
         showAlert(tr("Changes could not be saved"), message);
@@ -154,7 +154,7 @@ void SiteWindow::connectLists()
     connect(document, &SiteDocument::changeNotStored, this, storingFailed);
     connect(document, &SiteDocument::recordsNotRead, this,
             [this, last = QString(), quiet = QDeadlineTimer()](const QString& message) mutable {
-                // Several trends, or one that is followed, ask for the same in vain: told once a minute.
+                // Several trends, or a followed one, may fail in the same way: shown once a minute.
                 if (message == last && !quiet.hasExpired())
                     return;
                 last = message;
@@ -228,7 +228,7 @@ void SiteWindow::showEmptyState()
 
 void SiteWindow::emptyStateButtonPressed(int button)
 {
-    // Copied: what the button does may rebuild the list it stands in, and posted: also the button itself.
+    // Copied, because the action may rebuild the list it is in; and posted, because it may rebuild the button.
     const auto action = m_emptyStateActions.at(static_cast<std::size_t>(button));
     QTimer::singleShot(0, this, action);
 }

@@ -42,7 +42,7 @@ struct WindowServices {
 /// One site on the screen: its trends and properties at the left, the selected trend at the right.
 ///
 /// *Owns* its controller, *borrows* the services. Everything shown is stored in the site document as it changes,
-/// windows included; a site that has no memory of its window takes the size of the one closed last. Main thread only.
+/// windows included; a site without a stored window takes the size of the one closed last. Main thread only.
 ///
 ///   construction, layout, selection        SiteWindow.cpp
 ///   what the menus do                      SiteWindow_Actions.cpp
@@ -66,7 +66,7 @@ public:
     EmptyStateView* emptyState() const { return m_emptyState; }
     QUndoStack& undoStack() { return m_undoStack; }
 
-    /// Stores trends and windows as they are now; what is stored already costs nothing.
+    /// Stores trends and windows as they are now; what has not changed is not written.
     void storeNow();
 
     KTVPlugInPtr selectedPlugIn() const;  ///< null while none is selected
@@ -165,7 +165,7 @@ private:
     QPointer<QProgressDialog> m_progress;
     QTimer m_storeTimer;
     QString m_lastStoringFailure;
-    bool m_restored = false;  ///< the separate windows have been opened again; before, they count as open
+    bool m_restored = false;  ///< the separate windows have been opened again; until then they count as open
     std::vector<std::function<void()>> m_emptyStateActions;  ///< what its buttons do, in order
 
     // Owned by the window.
@@ -179,7 +179,7 @@ private:
     WebAddressBar* m_webAddress = nullptr;
 };
 
-/// Closes every site window, each as it would close by itself, then whatever else is open: the program's way out.
+/// Ends the program: closes every site window as the user would, then all other windows.
 void closeAllSites();
 
 }  // namespace plotix

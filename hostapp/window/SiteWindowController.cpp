@@ -32,7 +32,7 @@ void SiteWindowController::openInSeparateWindow(const KTVPlugInPtr& plugIn, cons
         return;
     }
     auto window = std::make_shared<SeparateWindow>(plugIn, siteDocument()->siteName());
-    // Queued: the window is on its way through its own close event when it says so.
+    // Queued, because the window sends this from its own close event.
     connect(
         window.get(), &SeparateWindow::closed, this, [this, closing = plugIn.get()] { closeSeparateWindow(closing); },
         Qt::QueuedConnection);

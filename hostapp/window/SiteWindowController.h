@@ -6,9 +6,9 @@
 
 #include <QtCore/QPointer>
 
-/// What stands behind a site window: the site at work, its window, and the trends in windows of their own.
+/// The controller of a site window: the open site, its window, and the trends in windows of their own.
 ///
-/// *Owns* the separate windows, *borrows* the site window. Main thread only, except what WorkingSite says.
+/// *Owns* the separate windows, *borrows* the site window. Main thread only, with the exceptions of WorkingSite.
 namespace plotix {
 
 class SiteWindowController : public WorkingSite {
@@ -23,9 +23,9 @@ public:
     void openInSeparateWindow(const KTVSourceListItemPtr& item) override;
     void removePlugIn(const KTVPlugInPtr& plugIn) override;
 
-    /// As above, at a place kept by `separateTrends`; without one the window stands where the desktop puts it.
+    /// As above, with a geometry from `separateTrends`; if it is empty, the desktop places the window.
     void openInSeparateWindow(const KTVPlugInPtr& plugIn, const QByteArray& geometry);
-    /// The trends in windows of their own, with the places of these windows.
+    /// The trends in windows of their own, with the geometry of these windows.
     std::vector<SeparateTrend> separateTrends() const;
     void closeSeparateWindows();  ///< at once, giving the views back
 

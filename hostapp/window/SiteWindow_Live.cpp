@@ -68,7 +68,7 @@ void SiteWindow::addFirstLiveTrend(const std::shared_ptr<SiteAgent>& agent)
 void SiteWindow::updateLiveActions(const QString& noTrend)
 {
     if (!m_recording)
-        return;  // on the way in, or out
+        return;  // while the window is made or destroyed
     const KTVPlugInPtr plugIn = selectedPlugIn();
     const bool readOnly = m_controller->siteDocument()->isReadOnly();
     m_actions.recordComputer->setToolTip(tr("Load, memory, disks, network and temperatures, every second."));

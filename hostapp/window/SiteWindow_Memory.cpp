@@ -44,7 +44,7 @@ void SiteWindow::restoreWindow()
         if (list.plugInAt(candidate)->uniqueIdentifier() == state.selected)
             row = candidate;
     {
-        // A trend that goes into a window of its own in a moment is not loaded here first.
+        // A trend that is about to get a window of its own must not be loaded here first.
         const QSignalBlocker quiet(m_trendList->selectionModel());
         m_trendList->setCurrentIndex(list.index(row));
     }
@@ -90,7 +90,7 @@ WindowState SiteWindow::currentState() const
     if (const KTVPlugInPtr selected = selectedPlugIn())
         state.selected = selected->uniqueIdentifier();
     state.separate = m_restored ? m_controller->separateTrends() : m_memory.state().separate;
-    // A window nobody has seen yet has no place of its own to remember.
+    // A window that was never shown has no geometry worth storing.
     const bool seen = m_restored;
     state.geometry = seen ? saveGeometry() : m_memory.state().geometry;
     state.columns = seen ? m_columns->saveState() : m_memory.state().columns;
@@ -115,7 +115,7 @@ void SiteWindow::closeEvent(QCloseEvent* event)
     settings.setValue(QLatin1String(kGeometryKey), saveGeometry());
     settings.setValue(QLatin1String(kColumnsKey), m_columns->saveState());
     settings.setValue(QLatin1String(kListsKey), m_lists->saveState());
-    // Once more for the documents' sake is enough: the windows that close now stay in its memory as open.
+    // Stored once, before closing: the windows that close now stay stored as open.
     m_storeTimer.stop();
     m_restored = false;
     m_controller->closeSeparateWindows();

@@ -20,12 +20,12 @@ void SiteWindow::connectWebActions()
 {
     m_webAddress = new WebAddressBar(this);
     statusBar()->addPermanentWidget(m_webAddress);
-    m_webAddress->setAddress({});  // the status bar shows whatever it is given
+    m_webAddress->setAddress({});  // adding it to the status bar has shown it
     connect(m_actions.serveOnWeb, &QAction::toggled, this, &SiteWindow::serveOnWeb);
     connect(m_actions.copyWebAddress, &QAction::triggered, m_webAddress, &WebAddressBar::copyAddress);
     connect(m_controller.get(), &SiteWindowController::toolbarPlugInsChanged, this, [this] {
         if (m_actions.serveOnWeb->isChecked())
-            serveOnWeb(true);  // the new ones are to answer
+            serveOnWeb(true);  // the new plug-ins must answer
     });
     setUnavailableReason(m_actions.serveOnWeb,
                          m_services.webServing ? QString() : tr("This window was opened without a web server."));

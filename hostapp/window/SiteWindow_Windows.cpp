@@ -1,6 +1,6 @@
 // The sites opened lately, and the program's other windows.
 //
-// Both menus are filled when they open: what they list changes behind the window's back.
+// Both menus are filled when they open: what they list changes without the window's knowledge.
 
 #include "hostapp/window/SiteWindow.h"
 

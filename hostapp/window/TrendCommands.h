@@ -10,8 +10,7 @@
 /// Main thread only.
 namespace plotix {
 
-/// Takes a trend out of the site. Undone it stands where it stood, with the state it had, in its own window if it had
-/// one.
+/// Takes a trend out of the site. Undo puts it back at its row, with its state, in its own window if it had one.
 class DeleteTrendCommand : public QUndoCommand {
 public:
     DeleteTrendCommand(SiteWindowController& controller, KTVPlugInPtr plugIn);
@@ -26,7 +25,7 @@ private:
     QByteArray m_windowGeometry;
 };
 
-/// A title that the list has changed already; the first `redo` finds it done.
+/// Renames a trend. The list has changed the title already, so the first `redo` does nothing.
 class RenameTrendCommand : public QUndoCommand {
 public:
     RenameTrendCommand(KTVPlugInPtr plugIn, QString before, QString after);
@@ -38,7 +37,7 @@ private:
     QString m_before, m_after;
 };
 
-/// A row that has moved already; the first `redo` finds it there.
+/// Moves a trend. The list has moved the row already, so the first `redo` does nothing.
 class MoveTrendCommand : public QUndoCommand {
 public:
     MoveTrendCommand(SiteWindowController& controller, KTVPlugInPtr plugIn, int from, int to);

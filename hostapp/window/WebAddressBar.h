@@ -4,8 +4,7 @@
 
 class QLabel;
 
-/// Where a site is to be seen on the web: a link, and a button that copies it. Stands in the status bar. Main thread
-/// only.
+/// The web address of a site: a link, and a button that copies it. Part of the status bar. Main thread only.
 namespace plotix {
 
 class WebAddressBar : public QWidget {

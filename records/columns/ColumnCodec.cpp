@@ -54,7 +54,7 @@ Encoded encodedValues(std::span<const double> values, const std::uint64_t* valid
 {
     if (isConstant(values))
         return raw(schema::Codec::Constant, values.first(1));
-    // A handful is never shorter packed.
+    // A handful of values never gets shorter by packing.
     if (values.size() <= ColumnKernels::kRow)
         return raw(schema::Codec::Raw, values);
     PackedEncoder encoder(values, valid, firstValid);

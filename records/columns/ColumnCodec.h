@@ -19,14 +19,14 @@ struct Encoded {
 };
 
 /// The most compact codec whose result reads back equal. `valid` (null: every element) begins at bit `firstValid`; it
-/// is a hint which elements need not fit the pattern, nothing of them is lost.
+/// only hints which elements need not fit the pattern; their bits are kept too.
 Encoded encodedValues(std::span<const double> values, const std::uint64_t* valid = nullptr, std::size_t firstValid = 0);
 
 /// The same for strictly ascending times.
 Encoded encodedTimes(std::span<const double> times);
 
 /// Elements [first, first + target.size()) of a column of `count`. `valid` is the chunk's words as they were given to
-/// encodedValues, from bit 0; null: every element. False where codec and bytes do not make sense; the target is then
+/// encodedValues, from bit 0; null: every element. False when the bytes do not fit the codec; the target is then
 /// undefined. Never reads outside `bytes`, whatever they hold.
 /// Requires: first + target.size() ≤ count ≤ kRecordsPerChunk.
 bool decode(int codec, std::span<const std::byte> bytes, std::size_t count, const std::uint64_t* valid,

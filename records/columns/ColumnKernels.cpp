@@ -33,7 +33,7 @@ constexpr IntegerTag kIntegers;
 constexpr std::size_t kLanes = hn::MaxLanes(kReals);
 constexpr std::size_t kParts = kRow / kLanes;
 
-/// Words of packed numbers, at any address.
+/// Words of packed numbers; any address will do.
 HWY_INLINE Words loadWords(const std::byte* from)
 {
 #if HWY_TARGET == HWY_SCALAR

@@ -3,14 +3,14 @@
 #include <cstddef>
 #include <cstdint>
 
-/// The inner loops over columns: whole numbers packed into as few bits as they need, and what values sum up to.
+/// The inner loops over columns: packing whole numbers into as few bits as they need, and summing up values.
 ///
-/// Numbers stand in runs of 512, as 64 rows of 8. Each of the 8 positions in a row has a stream of bits of its own,
-/// made of 64-bit words; the streams' first words lie side by side, then their second words, and so on. So a row is
-/// read with the same shifts at all positions, and a run of numbers of `width` bits takes 64 × width bytes.
+/// Numbers are packed in runs of 512, as 64 rows of 8. Each of the 8 positions in a row has its own stream of bits,
+/// made of 64-bit words; the streams' first words come one after the other, then their second words, and so on. So a
+/// row is read with the same shifts at all positions, and a run of numbers of `width` bits takes 64 × width bytes.
 ///
 /// Compiled for several processors, chosen at run time (see base/vectors); all give the same bits. Pure; any thread.
-/// Bytes may stand at any address.
+/// Bytes may be at any address.
 namespace plotix {
 
 struct ColumnKernels {
@@ -31,7 +31,8 @@ struct ColumnKernels {
         double down = 1;  ///< the double nearest to 10^-digits
     };
 
-    /// A double's bits as a number: zeros at the end left out, and where signs are mixed, the sign last.
+    /// A double's bits as a number: without its trailing zeros, and with the sign as the last bit where signs are
+    /// mixed.
     struct Pattern {
         std::uint64_t zeros = 0;  ///< 0 to 63
         bool isMixed = false;
@@ -41,10 +42,10 @@ struct ColumnKernels {
         std::int64_t lowest = 0, highest = 0;
     };
 
-    /// What kRun values or fewer sum up to; NaN and what is not valid are passed over.
+    /// Sum and extremes of up to kRun values; NaN and invalid ones are left out.
     struct Sum {
         std::uint64_t count = 0;
-        double minimum = 0, maximum = 0;  ///< +infinity and -infinity where count is 0
+        double minimum = 0, maximum = 0;  ///< +infinity and -infinity when count is 0
         double sum = 0;
     };
 
@@ -54,10 +55,10 @@ struct ColumnKernels {
     void (*products)(const Packed& run, const Scale& scale, double* values);
     void (*patterns)(const Packed& run, const Pattern& pattern, double* values);
 
-    /// Puts `filler` where the bit is not set.
+    /// Writes `filler` over the values whose bit is not set.
     void (*blank)(const std::uint64_t* bits, double filler, double* values);
 
-    /// The numbers of kRun values, and in `exact` (kMask words) which of them give their value back bit for bit.
+    /// The numbers for kRun values; `exact` (kMask words) tells which of them give back their value bit for bit.
     void (*asQuotients)(const double* values, const Scale& scale, std::uint64_t* numbers, std::uint64_t* exact);
     void (*asProducts)(const double* values, const Scale& scale, std::uint64_t* numbers, std::uint64_t* exact);
 
@@ -69,10 +70,10 @@ struct ColumnKernels {
     void (*pack)(const std::uint64_t* numbers, std::uint64_t base, std::uint64_t slope, std::uint64_t width,
                  std::size_t rows, std::byte* words);
 
-    /// Sums kRun values that are all valid and none of them NaN; where one is, the sum is NaN and the rest undefined.
-    /// Sixteen running sums, added in pairs.
+    /// Sums kRun valid values without a NaN among them; with one, the sum is NaN and the rest undefined. Sixteen
+    /// running sums, added in pairs.
     Sum (*sumOfAll)(const double* values);
-    /// The same of values whose bit is set and that are no NaN, in the same order of additions.
+    /// The same for the values whose bit is set and that are not NaN, added in the same order.
     Sum (*sumOfSome)(const double* values, const std::uint64_t* bits);
 
     /// The fastest this processor runs. Alive as long as the program.

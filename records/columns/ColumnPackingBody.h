@@ -8,8 +8,8 @@ constexpr double kLimit = 0x1p51;
 
 enum class Form { Quotient, Product, Pattern, MixedPattern };
 
-/// What a scale comes to in every lane. Made before a loop: the compiler cannot know that what the loop stores changes
-/// nothing of it.
+/// A scale in every lane. Made before a loop, because the compiler cannot know that the loop's stores leave the scale
+/// alone.
 struct Factors {
     explicit HWY_INLINE Factors(const ColumnKernels::Scale& scale)
         : up(hn::Set(kReals, scale.up)), down(hn::Set(kReals, scale.down))
@@ -23,7 +23,7 @@ struct Factors {
 
     Reals up, down;
 #if HWY_NATIVE_FMA
-    Reals high, low;  ///< inverse of up, and what it leaves
+    Reals high, low;  ///< the inverse of up, and its rounding error
 #endif
 };
 

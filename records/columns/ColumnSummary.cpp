@@ -14,7 +14,7 @@ namespace {
 constexpr std::size_t kRun = ColumnKernels::kRun;
 using Mask = std::array<std::uint64_t, ColumnKernels::kMask>;
 
-/// A sum that remembers what its additions lost (Neumaier 1974).
+/// A compensated sum: it keeps what its additions round away (Neumaier 1974).
 class CarefulSum {
 public:
     void add(double value)
@@ -23,7 +23,7 @@ public:
         m_lost += std::abs(m_sum) >= std::abs(value) ? (m_sum - sum) + value : (value - sum) + m_sum;
         m_sum = sum;
     }
-    /// Beyond what a double can hold, what was lost is no number.
+    /// After an overflow the lost part is not a number.
     double value() const { return std::isfinite(m_sum) ? m_sum + m_lost : m_sum; }
 
 private:

@@ -13,7 +13,7 @@ struct ColumnView {
     std::size_t firstValid = 0;            ///< position of the first element's bit
 };
 
-/// What the value of an element that was never stored reads as.
+/// The value that an element which was never stored reads as.
 inline double absentValue()
 {
     return std::numeric_limits<double>::quiet_NaN();

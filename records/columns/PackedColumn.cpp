@@ -19,7 +19,7 @@ bool hasForms(schema::Codec codec)
     return codec == schema::Codec::Pattern;
 }
 
-/// Copies one field of every run between the runs and the bytes, where all runs' stand side by side.
+/// Copies one field of every run between the runs and the bytes, where that field of all runs is contiguous.
 template <class Field>
 const std::byte* readField(const std::byte* from, std::span<PackedColumn::Run> runs, Field PackedColumn::Run::*field)
 {
@@ -191,7 +191,7 @@ void PackedColumn::unpackRun(std::size_t index, double* values, const ColumnKern
         kernels.patterns(packed, {run.form & std::uint64_t{63}, (run.form & kMixedSigns) != 0}, values);
 }
 
-/// From places, still as bits in the values' room, to the values.
+/// Replaces table indexes, which lie as bits in the memory of the values, by the values.
 void PackedColumn::lookUp(double* values) const
 {
     std::array<double, kMostEntries> table;

@@ -8,8 +8,8 @@
 #include <span>
 #include <vector>
 
-/// A chunk's column as whole numbers in runs of 512, each as wide as it needs, plus the few elements that are no such
-/// number. `docs/formats.md` has the grammar; this is its reading side and the header both sides share.
+/// A chunk's column as whole numbers in runs of 512, each as wide as it needs, plus the few elements that no such
+/// number can stand for. `docs/formats.md` has the grammar; this is its reading side and the header both sides share.
 ///
 /// Borrows the bytes it was read from. Pure; any thread.
 namespace plotix {
@@ -29,8 +29,8 @@ public:
         std::uint8_t digits = 0;  ///< of the decimal fraction
         std::uint8_t flags = 0;
         std::uint16_t patches = 0;
-        std::uint16_t negativeZeros = 0;  ///< decimals that round to nothing from below: more than a few at frost
-        std::uint16_t entries = 0;        ///< of the table; its places are the packed numbers
+        std::uint16_t negativeZeros = 0;  ///< −0.0, from decimals rounded to zero from below: often in frost
+        std::uint16_t entries = 0;        ///< of the table; the packed numbers are indexes into it
     };
     static_assert(sizeof(Header) == 8);
     static constexpr std::size_t kMostEntries = 1024;
@@ -49,7 +49,7 @@ public:
     static std::size_t bytesOf(std::size_t elements, std::size_t width);
 
     static std::size_t headerBytes(schema::Codec codec, std::size_t runs, std::uint8_t flags);
-    /// What stands behind the packed numbers: positions of negative zeros, positions of patches, their values,
+    /// What follows the packed numbers: positions of negative zeros, positions of patches, their values,
     /// the table.
     static std::size_t trailerBytes(const Header& header);
     static ColumnKernels::Scale scaleOf(unsigned digits);
@@ -57,7 +57,7 @@ public:
     /// Writes the header's part of the bytes. Requires: room for headerBytes().
     static void writeHeader(schema::Codec codec, const Header& header, std::span<const Run> runs, std::byte* to);
 
-    /// Nothing where lengths and limits do not fit each other.
+    /// Nothing when lengths and limits do not fit each other.
     static std::optional<PackedColumn> read(int codec, std::span<const std::byte> bytes, std::size_t count);
 
     /// Elements [first, first + target.size()); `valid` is the chunk's, from bit 0, null: every element.

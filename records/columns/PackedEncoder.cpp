@@ -28,7 +28,7 @@ std::array<std::uint64_t, kMask> finiteAmong(const double* values)
 {
     std::array<std::uint64_t, kMask> mask;
     mask.fill(~std::uint64_t{0});
-    // An exponent that is all ones, and no other, carries into the sign's place.
+    // Only an exponent that is all ones carries into the sign bit.
     std::uint64_t carried = 0;
     for (std::size_t i = 0; i < kRun; ++i)
         carried |= (patternOf(values[i]) & kExponent) + (std::uint64_t{1} << 52);
@@ -96,7 +96,7 @@ std::vector<double> PackedEncoder::samples(bool isOnlyMisses) const
     std::vector<double> taken;
     const std::size_t from = isOnlyMisses ? m_misses.size() : m_values.size();
     const std::size_t step = std::max<std::size_t>(from / kSamples, 1);
-    // Many gaps make few samples: then every element is looked at.
+    // With many gaps there are few samples: then every element is looked at.
     for (const std::size_t stride : {step, std::size_t{1}}) {
         taken.clear();
         for (std::size_t i = 0; i < from && taken.size() < kSamples; i += stride) {
@@ -184,7 +184,7 @@ PackedEncoder::Result PackedEncoder::patterns()
 
 void PackedEncoder::takePatterns(std::size_t run, const double* values)
 {
-    // What does not fit must not say anything about the form.
+    // Elements that do not fit must not influence the form.
     std::array<std::uint64_t, kRun> patterns;
     std::memcpy(patterns.data(), values, sizeof patterns);
     const Mask& fits = m_fits[run];
@@ -207,8 +207,8 @@ void PackedEncoder::takePatterns(std::size_t run, const double* values)
     const int zeros = magnitudes == 0 ? 0 : std::countr_zero(magnitudes);
     m_forms[run] = static_cast<std::uint8_t>(zeros | (isMixed ? PackedColumn::kMixedSigns : 0));
     std::uint64_t* numbers = m_numbers.data() + run * kRun;
-    // Numbers are compared as signed ones, and the top bit of a mixed one is no sign: it is turned round here and in
-    // the base.
+    // Numbers are compared as signed ones, but the top bit of a mixed one is not a sign: it is inverted here and in the
+    // base.
     if (isMixed)
         for (std::size_t i = 0; i < kRun; ++i)
             numbers[i] = ((((patterns[i] & ~kSign) >> zeros) << 1) | (patterns[i] >> 63)) ^ kSign;
@@ -217,7 +217,7 @@ void PackedEncoder::takePatterns(std::size_t run, const double* values)
             numbers[i] = patterns[i] >> zeros;
 }
 
-/// Takes away from `fits` what is no element, or need not be stored, and notes what is left to patch.
+/// Clears in `fits` what is not an element or need not be stored, and notes what must be patched.
 void PackedEncoder::noteMisses(std::size_t run, const Mask& fits)
 {
     const std::uint64_t absent = patternOf(absentValue());

@@ -18,7 +18,7 @@ public:
         std::vector<std::byte> bytes;
     };
 
-    /// Decimal or Product. Empty bytes: too many elements are no decimals of up to kMostDigits, or nothing is saved.
+    /// Decimal or Product. Empty bytes: too many elements are not decimals of up to kMostDigits, or nothing is saved.
     Result decimals();
     /// Pattern. Empty bytes: nothing is saved.
     Result patterns();
@@ -32,9 +32,9 @@ private:
     };
     using Mask = std::array<std::uint64_t, ColumnKernels::kMask>;
 
-    /// A run on its way: its packing without and with a slope.
+    /// A run to be packed: its packing without and with a slope.
     struct Plan {
-        PackedColumn::Run plain, sloped;  ///< the same where no slope makes it narrower
+        PackedColumn::Run plain, sloped;  ///< both the same when no slope makes the run narrower
     };
 
     void countAbsent();

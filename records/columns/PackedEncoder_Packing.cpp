@@ -21,7 +21,7 @@ bool fitsAt(const std::array<std::uint64_t, ColumnKernels::kMask>& fits, std::si
     return bits::get(fits.data(), index, 1) != 0;
 }
 
-/// Wraps around instead of overflowing, and so do all numbers here.
+/// Wraps around instead of overflowing, as all arithmetic on numbers here does.
 std::uint64_t difference(std::int64_t highest, std::int64_t lowest)
 {
     return static_cast<std::uint64_t>(highest) - static_cast<std::uint64_t>(lowest);
@@ -44,7 +44,7 @@ std::uint64_t PackedEncoder::slopeOf(std::size_t run) const
     return last == first ? 0 : static_cast<std::uint64_t>(rise / static_cast<std::int64_t>(last - first));
 }
 
-/// Gives elements without a number of their own one on the line through the number before them, or behind.
+/// Elements without a number get one on the line through the number before them, else after them.
 void PackedEncoder::fillGaps(std::size_t run, std::uint64_t slope)
 {
     const Mask& fits = m_fits[run];
@@ -126,7 +126,7 @@ PackedEncoder::Result PackedEncoder::packed(schema::Codec codec, unsigned digits
     std::size_t size = at + PackedColumn::trailerBytes(header);
     for (std::size_t run = 0; run < packings.size(); ++run)
         size += wordBytes(run, packings[run]);
-    // Less than a sixteenth saved is not worth the unpacking.
+    // Saving less than a sixteenth is not worth the unpacking.
     if (size + m_values.size_bytes() / 16 >= m_values.size_bytes())
         return {};
 

@@ -1,4 +1,4 @@
-// Columns of few different values that are no decimals: converted units, steps of a converter, states.
+// Columns of few different values that are not decimals: converted units, steps of an A/D converter, states.
 
 #include "records/columns/PackedEncoder.h"
 #include "records/columns/ValidityBits.h"
@@ -16,7 +16,7 @@ constexpr std::size_t kSamples = 256;
 constexpr unsigned kSlotBits = 12;
 static_assert((std::size_t{1} << kSlotBits) >= 4 * PackedColumn::kMostEntries, "probing takes few steps");
 
-/// Bits of doubles and where they stand in the table.
+/// Maps the bits of doubles to their index in the table.
 class Places {
 public:
     struct Slot {
@@ -25,7 +25,7 @@ public:
     };
     static constexpr std::uint32_t kFree = ~std::uint32_t{0};
 
-    /// The pattern's slot, or the free one it belongs into.
+    /// The pattern's slot, or the free one where it belongs.
     Slot& at(std::uint64_t pattern)
     {
         std::size_t index = (pattern * 0x9E3779B97F4A7C15U) >> (64 - kSlotBits);
@@ -45,7 +45,7 @@ std::uint64_t patternAt(const double* value)
 
 }  // namespace
 
-/// Whether a look at some elements finds enough of them twice.
+/// Whether a sample of the elements has enough repeated values.
 bool PackedEncoder::hasFewSamples() const
 {
     std::vector<std::uint64_t> seen;
@@ -58,7 +58,7 @@ bool PackedEncoder::hasFewSamples() const
     return seen.size() <= all - all / 16;
 }
 
-/// The different values, and every element's place among them. False where they are too many, or none.
+/// The different values, and every element's index among them. False when there are too many of them, or none.
 bool PackedEncoder::collectEntries()
 {
     Places places;
@@ -74,7 +74,7 @@ bool PackedEncoder::collectEntries()
         slot = {pattern, 0};
         m_entries.push_back(pattern);
     }
-    // In order, so that values close to each other stand in places close to each other.
+    // Sorted, so that values close to each other have indexes close to each other.
     std::sort(m_entries.begin(), m_entries.end(), [](std::uint64_t a, std::uint64_t b) {
         return std::bit_cast<std::int64_t>(a) < std::bit_cast<std::int64_t>(b);
     });

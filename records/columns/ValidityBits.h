@@ -5,9 +5,9 @@
 #include <cstdint>
 #include <cstring>
 
-/// Moving runs of validity bits between bitmaps at any bit position: one bit an element, least significant first.
+/// Copies validity bits between bitmaps at any bit position: one bit an element, least significant first.
 ///
-/// Free functions over words the caller owns; bits outside the run stay as they are. A null source means "all valid".
+/// Free functions over words the caller owns; any thread. Other bits stay as they are. A null source means "all valid".
 namespace plotix::bits {
 
 static_assert(std::endian::native == std::endian::little, "stored columns are little-endian and copied as they are");

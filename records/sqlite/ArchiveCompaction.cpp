@@ -19,7 +19,7 @@ namespace {
 
 constexpr double kInfinity = std::numeric_limits<double>::infinity();
 constexpr std::size_t kChunk = schema::kRecordsPerChunk;
-constexpr std::size_t kChunksPerTransaction = 64;  // other writers wait for so many, and the log holds them
+constexpr std::size_t kChunksPerTransaction = 64;  // other writers wait for these, and the log holds them
 constexpr double kShareOfJoining = 0.9;            // of the progress; the rest is giving the space back
 
 qint64 bytesOf(const QString& file)
@@ -69,7 +69,7 @@ private:
 
     void joinAgent(RowId agent)
     {
-        double from = -kInfinity;  // everything before is as it should be
+        double from = -kInfinity;  // everything before it is compacted
         for (bool more = true; more;) {
             const double total = static_cast<double>(std::max(m_result.chunksBefore, m_seen + 1));
             if (m_progress && !m_progress(kShareOfJoining * static_cast<double>(m_seen) / total)) {
@@ -82,7 +82,7 @@ private:
         }
     }
 
-    /// The next chunks of an agent, and behind the last its tail. True when there are more.
+    /// Joins the next chunks of an agent, and after the last one its tail. True when there are more.
     bool joinSome(RowId agent, double& from)
     {
         std::vector<Chunk> chunks = m_chunks.chunksBetween(agent, from, kInfinity);
@@ -104,14 +104,14 @@ private:
             m_chunks.tailRows().clear(agent);
             write(agent, waiting, kChunk);
         }
-        // What is left begins the next transaction again, so that it is never in memory alone.
+        // The rest is read again by the next transaction, so that no record is in memory alone.
         from = waiting.isEmpty() ? (chunks.empty() ? kInfinity : std::nextafter(chunks.back().t1, kInfinity))
                                  : waiting.view().times[0];
         write(agent, waiting, 1);
         return more;
     }
 
-    /// Full, or the last one; nothing in it too old; and written as compactly as can be.
+    /// Whether the chunk is full or the last one, holds nothing too old, and is written as compactly as possible.
     bool mayStay(const Chunk& chunk, bool isEnd)
     {
         if ((chunk.n < kChunk && !isEnd) || (m_request.dropBefore && chunk.t0 < *m_request.dropBefore))
@@ -122,7 +122,7 @@ private:
         m_rawSegments.reset();
         if (raw == 0)
             return true;
-        // Some values are as compact as they get.
+        // Some columns cannot be written more compactly.
         const EncodedChunk encoded = encodedChunk(m_chunks.read(chunk).view());
         return std::count_if(encoded.segments.begin(), encoded.segments.end(),
                              [](const auto& segment) { return segment.values.codec == schema::Codec::Raw; }) >= raw;
@@ -141,7 +141,7 @@ private:
         return view.slice(old, view.size - old);
     }
 
-    /// As chunks, as long as there are `atLeast` records.
+    /// Writes chunks while `atLeast` records wait.
     void write(RowId agent, Records& waiting, std::size_t atLeast)
     {
         std::size_t written = 0;
@@ -163,7 +163,7 @@ private:
             if (result != SQLITE_OK)
                 m_database.fail(result);
         }
-        // Readers may be in the way; then the last connection that is closed shortens the file.
+        // Readers may prevent this; then the file is shortened when the last connection is closed.
         sqlite3_wal_checkpoint_v2(m_database.handle(), "main", SQLITE_CHECKPOINT_TRUNCATE, nullptr, nullptr);
     }
 
@@ -183,7 +183,7 @@ private:
     ChunkStore m_chunks;
     Statement m_rawSegments;
     CompactionResult m_result;
-    Records m_read;          // what `kept` looks into
+    Records m_read;          // what the view answered by `kept` borrows
     std::size_t m_seen = 0;  // chunks
 };
 

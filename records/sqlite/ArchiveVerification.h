@@ -5,12 +5,12 @@
 
 #include <QtCore/QString>
 
-/// Checks a site document from end to end without changing it: the database's own structure, the place of every chunk,
-/// that every column reads back, and that what is stored about it agrees with its values.
+/// Checks a site document from end to end without changing it: the database's own structure, the position of every
+/// chunk, that every column can be read, and that its summary agrees with its values.
 namespace plotix {
 
-/// Reads everything once, in one snapshot beside any writer; any thread. `progress` rises from 0 to 1 and answers false
-/// to stop. Throws ReportableError when the document cannot be opened at all.
+/// Reads everything once, in one snapshot, while others may write; any thread. `progress` rises from 0 to 1 and answers
+/// false to stop. Throws ReportableError when the document cannot be opened at all.
 VerificationResult verifyArchive(const QString& file, const DatabaseSchema& schema, const ArchiveProgress& progress);
 
 }  // namespace plotix

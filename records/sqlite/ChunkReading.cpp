@@ -15,7 +15,8 @@ namespace {
 constexpr std::size_t kMostThreads = 4;
 /// Starting a thread takes as long as decoding about a tenth of this.
 constexpr std::size_t kValuesPerThread = std::size_t{1} << 20;
-/// Chunks taken at once. So many fill about a huge page a column, so that two threads seldom fault in the same one.
+/// Chunks taken at once. They fill about one huge page of each column, so that two threads seldom fault in the same
+/// page.
 constexpr std::size_t kPartsTaken = 16;
 
 }  // namespace
@@ -32,7 +33,7 @@ bool ChunkReading::run(SegmentReader& own, const ArchiveProgress& progress)
     try {
         for (std::size_t missing = helpersDeserved(); missing > 0; --missing)
             helpers.emplace_back([this] { help(); });
-    } catch (const std::exception&) {  // no thread to be had: it goes without
+    } catch (const std::exception&) {  // no thread available: the others do the work
     }
     try {
         decode(own, progress);
@@ -71,7 +72,7 @@ void ChunkReading::help()
         } catch (...) {
             keepFailure();
         }
-    } catch (const ReportableError&) {  // no connection to be had: the work is done without it
+    } catch (const ReportableError&) {  // no connection available: the others do the work
     } catch (const std::bad_alloc&) {
     }
 }

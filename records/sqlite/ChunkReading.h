@@ -13,17 +13,17 @@ namespace plotix {
 /// is worth starting them.
 ///
 /// The contents of a chunk id never change: a chunk that is written again gets another id, and no id comes twice. So a
-/// helper's own connection shows the same records exactly when every chunk of the read is still there in its snapshot.
-/// It looks once, at its start, and where something has gone it leaves the work to the others; the caller's connection
-/// alone always suffices.
+/// helper's own connection shows the same records exactly when its snapshot still has every chunk of the read. The
+/// helper checks that once, at its start, and does nothing when a chunk is missing; the caller's connection alone
+/// always suffices.
 ///
 /// Borrows everything; used once, on the caller's thread.
 class ChunkReading {
 public:
     ChunkReading(ReadConnections& lender, RowId agent, const std::vector<ChunkPart>& parts, ResultColumns& columns);
 
-    /// `progress` is called here only, before each chunk decoded here, with fractions that never decrease. False when
-    /// it stopped the reading. Throws ReportableError.
+    /// `progress` is called on this thread only, before each chunk it decodes, with fractions that never decrease.
+    /// False when `progress` stopped the reading. Throws ReportableError.
     bool run(SegmentReader& own, const ArchiveProgress& progress);
 
 private:

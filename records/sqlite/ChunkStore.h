@@ -8,7 +8,7 @@
 #include <optional>
 
 /// The chunks of a site document, one at a time: looking them up, reading, writing and removing whole ones; and the
-/// tail of records that stand behind an agent's chunks, which whoever reads up to the last record must not forget.
+/// tail, the records after an agent's last chunk, which belongs to every read up to the last record.
 ///
 /// Knows the layout, not what records mean. Borrows its connection and works inside the caller's transaction; one
 /// thread. Throws ReportableError, also for blobs whose length does not fit.
@@ -34,12 +34,12 @@ public:
 
     Records read(const Chunk& chunk);
 
-    /// Records behind every chunk of the agent, with from ≤ time ≤ to; at most kRecordsPerChunk.
+    /// Records after the agent's last chunk, with from ≤ time ≤ to; at most kRecordsPerChunk.
     Records tail(RowId agent, double from, double to) { return m_tail.read(agent, from, to); }
     TailExtent tailExtent(RowId agent) { return m_tail.extent(agent); }
-    /// Of the agent's records, in chunks and behind them all.
+    /// Of the agent's records, in chunks and in the tail.
     std::optional<RecordExtent> extent(RowId agent);
-    /// Those with records, ascending. Looks each up in an index, however many records it has.
+    /// Those with records, ascending. One index look-up an agent, however many records it has.
     std::vector<RowId> agents();
     TailStore& tailRows() { return m_tail; }
 
@@ -51,7 +51,7 @@ public:
 
 private:
     std::optional<Chunk> one(Statement& statement);
-    void requirePossible(const Chunk& chunk) const;  ///< whatever the file says about a chunk's length and times
+    void requirePossible(const Chunk& chunk) const;  ///< throws for a length or times that no chunk can have
     bool readSegment(const Chunk& chunk, Records::Column& column) const;
     void writeSegment(qint64 chunk, std::size_t count, const EncodedChunk::Segment& segment);
 

@@ -9,8 +9,8 @@ namespace {
 
 /// As many as one read takes at most.
 constexpr std::size_t kMostKept = 4;
-/// Pages are mapped, or, far into long files, copied once and not asked for again: a small cache stays near the
-/// processor.
+/// Pages are mapped or, far into long files, copied once and not needed again: a small page cache stays in the
+/// processor's.
 constexpr auto kCachePragma = "PRAGMA cache_size=-1024";
 
 }  // namespace
@@ -25,7 +25,8 @@ ReadConnection::ReadConnection(const QString& file, const DatabaseSchema& schema
     database.execute(kCachePragma);
 }
 
-// A statement that an error cut short would keep the snapshot, and the log it needs, for as long as it is kept.
+// A statement that an error interrupted would hold the snapshot, and the log it needs, as long as the connection is
+// kept.
 ReadTransaction::~ReadTransaction()
 {
     sqlite3* handle = m_database.handle();
@@ -100,7 +101,7 @@ int ReadConnections::inUse() const
     return m_inUse;
 }
 
-// A connection to a file that may only be looked at can be one that trusts the file never to change: it serves once.
+// A read-only connection may have been opened on the assumption that the file never changes, so it serves only once.
 void ReadConnections::giveBack(const std::optional<Identity>& identity,
                                std::unique_ptr<ReadConnection> connection) noexcept
 {

@@ -9,7 +9,7 @@
 #include <optional>
 #include <vector>
 
-/// Connections of one site document for reading, kept open from one read to the next: opening a file, looking at its
+/// Connections of one site document for reading, kept open from one read to the next: opening a file, checking its
 /// schema and preparing statements take as long as reading a hundred thousand values.
 namespace plotix {
 
@@ -39,13 +39,13 @@ private:
 /// Lends connections. *Shared* by the readers of a document; any thread.
 class ReadConnections : public std::enable_shared_from_this<ReadConnections> {
 public:
-    /// What tells a file from another that takes its name.
+    /// Tells a file from another one that was given its name later.
     struct Identity {
         std::uint64_t device = 0, number = 0;
         friend bool operator==(const Identity&, const Identity&) = default;
     };
 
-    /// A connection for as long as it lives; *shares* the lender. Moved, not copied.
+    /// Holds a connection as long as it lives; *shares* the lender. Moved, not copied.
     class Lease {
     public:
         Lease(Lease&&) = default;
@@ -66,8 +66,7 @@ public:
     static std::shared_ptr<ReadConnections> ofFile(const QString& file, const DatabaseSchema& schema);
     ~ReadConnections();
 
-    /// A kept connection where there is one that still belongs to the file of that name, else a new one. Throws
-    /// ReportableError.
+    /// A kept connection if one still belongs to the file of that name, else a new one. Throws ReportableError.
     Lease lease();
 
     /// Closes those that nobody uses.

@@ -75,7 +75,7 @@ void RecordPlacement::append(RowId agent, End& end, const RecordsView& records)
         takeInTail(agent, end);
     if (coming > kMostRows)
         takeInShortChunks(agent, end, coming);
-    // What waits is filled up to whole chunks, the rest is written from where it stands.
+    // First what waits is filled up to a whole chunk; further whole chunks are written without copying them.
     std::size_t done = std::min(records.size, (kChunk - end.waiting.size() % kChunk) % kChunk);
     end.waiting.append(records.slice(0, done));
     writeFullChunks(agent, end);
@@ -86,7 +86,7 @@ void RecordPlacement::append(RowId agent, End& end, const RecordsView& records)
     end.lastTime = records.times[records.size - 1];
 }
 
-/// Records behind the last chunk, but not behind the tail and what waits.
+/// Records later than the last chunk, but not later than the tail and what waits.
 void RecordPlacement::overlap(RowId agent, End& end, const RecordsView& records)
 {
     if (end.waiting.size() + records.size <= kMostRows && end.rows + end.waiting.size() + records.size < kChunk) {
@@ -102,7 +102,7 @@ void RecordPlacement::overlap(RowId agent, End& end, const RecordsView& records)
     end.lastTime = std::max(end.lastTime, records.times[records.size - 1]);
 }
 
-/// Each chunk reaches to where the next begins; the first takes everything before it too.
+/// Each chunk takes the records up to where the next begins; the first also takes all earlier ones.
 void RecordPlacement::insert(RowId agent, End& end, const RecordsView& records)
 {
     for (std::size_t first = 0; first < records.size;) {

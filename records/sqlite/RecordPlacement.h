@@ -6,33 +6,34 @@
 
 /// Decides where records go: into chunks, into the tail, or into a chunk that is there already.
 ///
-/// - Few records behind everything become rows of the tail. When rows and records fill a chunk, the tail becomes one.
-/// - Many records become chunks; what does not fill one is taken together with the tail and with the short chunks
-///   before it that are not longer than it, the way a counter carries. So an agent never has more than about
-///   log₂(16,384) chunks that are not full from appending, and a value is rewritten as often at most.
-/// - Records at or before the last chunk's end are merged into the chunk they fall into, those behind it into the tail.
+/// - A few records later than all others become rows of the tail. When rows and new records fill a chunk, they become
+///   one.
+/// - Many records become chunks; a rest that does not fill one is joined with the tail and with the short chunks before
+///   it that are not longer than it, the way a counter carries. So appending leaves an agent at most about log₂(16,384)
+///   chunks that are not full, and rewrites a value at most that often.
+/// - Records at or before the last chunk's end are merged into the chunk they fall into, later ones into the tail.
 ///
 /// Until `flush`, records may wait in memory. Borrows the store and works inside the caller's transaction; one thread.
-/// Records are ordered, of properties that are the agent's own.
+/// Requires: records are ordered, and their properties are the agent's.
 namespace plotix {
 
 class RecordPlacement {
 public:
-    /// So many records at most become rows of the tail: more of them are cheaper as a chunk.
+    /// At most this many records become rows of the tail: more of them are cheaper as a chunk.
     static constexpr std::size_t kMostRows = 1024;
 
     explicit RecordPlacement(ChunkStore& chunks) : m_chunks(chunks) {}
 
     void store(RowId agent, const RecordsView& records);
-    /// `store` and `flush` in one, without the way through memory where that can be.
+    /// `store` and `flush` in one, without waiting in memory where possible.
     void storeNow(RowId agent, const RecordsView& records);
     void flush();
 
-    /// Drops what waits and what is known: after a rollback, or when another connection changed the document.
+    /// Drops what waits and what was looked up: after a rollback, or when another connection changed the document.
     void forget() { m_ends.clear(); }
 
 private:
-    /// What an agent's records end with, in this order of time.
+    /// What an agent's records end with, in this order in time.
     struct End {
         std::optional<Chunk> lastChunk;
         std::size_t rows = 0;  ///< of the tail

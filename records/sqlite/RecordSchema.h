@@ -3,19 +3,20 @@
 #include "records/store/RecordBlock.h"
 #include "storage/DatabaseSchema.h"
 
-/// The tables of records inside a site document. Stored: never change without a new version and a way up from the old
+/// The tables of records inside a site document. Stored: never change without a new version and an upgrade from the old
 /// one.
 ///
-/// A chunk is a run of up to 16,384 records of one agent; chunks of one agent do not overlap in time. What belongs to a
-/// chunk and a property stands under the id `chunk × 1,048,576 + property`; property 0 is the chunk's times.
+/// A chunk holds up to 16,384 successive records of one agent; chunks of one agent do not overlap in time. What belongs
+/// to a chunk and a property stands under the id `chunk × 1,048,576 + property`; property 0 is the chunk's times.
 /// `docs/formats.md` has the whole layout.
 ///
-/// Whose a property is, the store looks up in two tables of the document's: `agent(id)` and `property(id, agent)`.
+/// Which agent a property belongs to, the store looks up in the document's tables: `agent(id)` and `property(id,
+/// agent)`.
 namespace plotix::schema {
 
 inline constexpr qint64 kPropertiesPerChunk = kPropertyLimit;
 
-/// A row of the tail stands under the id `agent × 1,048,576 + position`, its agent's records in time order from 0 on.
+/// A row of the tail has the id `agent × 1,048,576 + position`; positions count the agent's rows in time order from 0.
 inline constexpr qint64 kRowsPerTail = 1 << 20;
 
 inline constexpr SchemaPart::Table kTables[] = {{"chunk", 1}, {"segment", 1}, {"summary", 1}, {"tail", 2}};

@@ -11,7 +11,7 @@ namespace plotix {
 namespace {
 
 constexpr std::size_t kLine = 8;             // doubles of a cache line
-constexpr std::size_t kStagger = 5 * kLine;  // columns a whole number of pages apart would get into each other's way
+constexpr std::size_t kStagger = 5 * kLine;  // columns a whole number of pages apart would collide in the cache
 
 std::size_t strideFor(std::size_t records)
 {

@@ -9,16 +9,17 @@
 
 namespace plotix {
 
-/// The columns of a read while they are filled. All of them lie in one piece of memory, unset at first: whoever decodes
-/// a part is the one who touches its pages.
+/// The columns of a read while they are filled. They lie in one piece of uninitialised memory, so that the thread which
+/// decodes a part is the first to touch its pages.
 ///
-/// Several threads may fill parts that do not overlap; everything else is for one thread.
+/// *Owned* by the read. Several threads may fill parts that do not overlap; everything else is for one thread.
 class ResultColumns {
 public:
     /// Throws std::bad_alloc.
     ResultColumns(std::span<const RowId> properties, std::size_t records);
 
-    /// Validity found while decoding. Words of neighbouring parts share memory, so it is entered afterwards.
+    /// Validity found while decoding. Neighbouring parts share words of the bitmap, so it is set afterwards, by one
+    /// thread.
     struct Gap {
         std::size_t column = 0;
         std::size_t first = 0, count = 0;  ///< bits in `words`
@@ -31,7 +32,7 @@ public:
 
     /// Decodes times and all columns of a part; adds to `gaps` where not every element is valid.
     void fill(SegmentReader& segments, const ChunkPart& part, std::vector<Gap>& gaps);
-    /// Copies records that stand in memory behind the others; columns they lack are absent there.
+    /// Copies records from memory after the others; columns they lack are absent there.
     void fill(const RecordsView& records, std::size_t target, std::vector<Gap>& gaps);
 
     void enter(const std::vector<Gap>& gaps);

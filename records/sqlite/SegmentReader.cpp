@@ -19,7 +19,7 @@ bool SegmentReader::read(const ChunkPart& part, RowId property, double* values)
     if (!readHead(part, id))
         return false;
     const std::size_t size = openBlob(id);
-    // Nothing is written in more bytes than its plain doubles take.
+    // No segment takes more bytes than its plain doubles would.
     if (size > part.chunk.n * sizeof(double))
         failAsWrongLength(part);
     const std::span<double> target(values, part.count);

@@ -21,10 +21,10 @@ struct ChunkPart {
     bool isWhole() const { return count == chunk.n; }
 };
 
-/// Decodes parts of segments straight from the file's pages to where the caller wants them.
+/// Decodes parts of segments straight from the file's pages into the caller's memory.
 ///
-/// Borrows its connection, inside one read transaction, and is gone before that ends. One thread. Throws
-/// ReportableError, also for segments that do not fit their chunk.
+/// Borrows its connection, inside one read transaction, and must end before it. One thread. Throws ReportableError,
+/// also for segments that do not fit their chunk.
 class SegmentReader {
 public:
     explicit SegmentReader(ReadConnection& connection) : m_connection(connection) {}

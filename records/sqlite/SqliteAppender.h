@@ -8,8 +8,8 @@
 /// Stores small blocks in a site document as they come, each in a transaction of its own, over a connection that is
 /// kept, because opening one costs more than storing.
 ///
-/// A record behind everything stored is a row of the tail: one page of the log. The one that fills a chunk writes the
-/// chunk. The log is merged into the file on a thread of its own. One thread at a time. See RecordAppender.
+/// A record later than all stored ones becomes a row of the tail: one page of the log. The record that fills a chunk
+/// writes the chunk. The log is merged into the file on a thread of its own. One thread at a time. See RecordAppender.
 namespace plotix {
 
 class SqliteAppender final : public RecordAppender {

@@ -11,8 +11,8 @@
 
 /// What a site document answers of its records: the reading half of SqliteRecordStore, over one connection.
 ///
-/// *Shares* the lender for its life; one thread. Every call is a snapshot of its own. See RecordStore for what each
-/// promises.
+/// *Shares* the lender of connections; one thread. Every call reads a snapshot of its own. See RecordStore for what
+/// each call promises.
 namespace plotix {
 
 class SqliteReader {
@@ -26,14 +26,14 @@ public:
     std::optional<RecordExtent> extent();
     RecordOverview overview(RowId agent, std::span<const RowId> properties, std::optional<double> from,
                             std::optional<double> to);
-    /// Long reads take idle cores to help.
+    /// Long reads use idle cores too.
     std::optional<RecordBlock> read(RowId agent, std::span<const RowId> properties, std::optional<double> from,
                                     std::optional<double> to, const ArchiveProgress& progress);
     ColumnStatistics statistics(RowId agent, RowId property, std::optional<double> from, std::optional<double> to,
                                 StatisticsFrom source);
 
 private:
-    /// Bounds as numbers: an absent one is infinite.
+    /// Bounds as numbers: infinite when absent.
     struct Range {
         Range(std::optional<double> lower, std::optional<double> upper)
             : from(lower.value_or(-std::numeric_limits<double>::infinity())),
@@ -44,9 +44,9 @@ private:
         double from, to;
     };
 
-    /// The parts of the chunks that lie in the range; only the outer chunks' times need a look.
+    /// The parts of the chunks that lie in the range; only the first and the last chunk's times are read for that.
     std::vector<ChunkPart> partsIn(SegmentReader& segments, RowId agent, const Range& range);
-    /// Per chunk and property what is stored about it, nothing where the property has no segment.
+    /// The stored summary of each chunk and property; an empty one where the property has no segment.
     std::vector<std::vector<Summary>> summariesOf(RowId agent, const std::vector<Chunk>& of,
                                                   std::span<const RowId> properties);
 

@@ -9,7 +9,8 @@ namespace plotix {
 
 namespace {
 
-/// Properties of an agent for each one asked for, beyond which looking up is faster than going through all rows.
+/// With more properties of the agent than this for each one asked for, looking rows up is faster than going through
+/// all.
 constexpr std::size_t kMostPassedOver = 3;
 
 // A sum that is no number (infinities of both signs) is stored as nothing.

@@ -62,7 +62,7 @@ std::unique_ptr<RecordAppender> SqliteRecordStore::appender()
 
 CompactionResult SqliteRecordStore::compact(const CompactionRequest& request, const ArchiveProgress& progress)
 {
-    // A connection that is only kept would hinder the log from going into the file wholly.
+    // A kept connection would keep the log from being merged wholly into the file.
     m_connections->closeKept();
     return compactArchive(m_file, m_schema, request, progress);
 }

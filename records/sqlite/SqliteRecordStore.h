@@ -10,8 +10,8 @@
 /// The records inside a site document's own file: packed columns in SQLite. See RecordStore for what each call
 /// promises.
 ///
-/// *Shared*. Keeps a few connections for reading open from one call to the next, and opens none before the first call;
-/// so a file that cannot be used is found then. A file that takes the name of another is seen by the next call.
+/// *Shared*. Any thread. Keeps a few read connections open between calls and opens none before the first call, which
+/// therefore is the one that finds a file unusable. When another file takes the name, the next call reads that one.
 namespace plotix {
 
 class Database;
@@ -23,7 +23,7 @@ public:
     SqliteRecordStore(QString file, DatabaseSchema schema);
     ~SqliteRecordStore() override;
 
-    /// Records inside the transaction that was begun on `site`, which it borrows: they are stored when that is
+    /// Records inside the transaction already begun on `site`, which it borrows: they are stored when `site` is
     /// committed.
     static std::unique_ptr<RecordTransaction> join(Database& site);
 

@@ -6,16 +6,16 @@
 
 #include <memory>
 
-/// Records on their way into a site document, in a transaction of their own or inside one that somebody else began and
-/// will end. Any one thread. See RecordTransaction.
+/// Stores records in a site document, in a transaction of its own or inside one that the caller began and will end. Any
+/// one thread. See RecordTransaction.
 namespace plotix {
 
 class SqliteTransaction final : public RecordTransaction {
 public:
     /// Begins a transaction and *owns* its connection.
     explicit SqliteTransaction(std::unique_ptr<Database> connection);
-    /// Joins the transaction that was begun on `database`, which it borrows. `prepare` puts everything into it;
-    /// `commit` does no more, and destruction leaves it to the other to roll back.
+    /// Joins the transaction already begun on `database`, which it borrows. `prepare` writes everything into it;
+    /// `commit` does no more, and after destruction rolling back is left to the caller.
     explicit SqliteTransaction(Database& database);
     ~SqliteTransaction() override;
     SqliteTransaction(const SqliteTransaction&) = delete;

@@ -5,7 +5,7 @@
 
 #include <set>
 
-/// Whether a block may be stored for an agent. Remembers what it looked up. Borrows its connection; one thread.
+/// Checks whether a block may be stored for an agent. Remembers what it looked up. Borrows its connection; one thread.
 namespace plotix {
 
 class StorableRecords {
@@ -16,7 +16,7 @@ public:
     /// or is not the agent's.
     void require(RowId agent, const RecordBlock& block);
 
-    /// After another connection changed the document.
+    /// Drops what it remembers: after another connection changed the document.
     void forget();
 
 private:
@@ -25,7 +25,7 @@ private:
 
     Statement m_owner;
     std::set<std::pair<RowId, RowId>> m_known;  // agent and property that were looked up
-    RowId m_lastAgent = 0;                      // whose block passed last, and its properties: the next one mostly
+    RowId m_lastAgent = 0;                      // whose block passed last, and its properties: the next block mostly
     std::vector<RowId> m_lastProperties;        // has the same
 };
 

@@ -33,8 +33,8 @@ std::byte* store(std::byte* to, T value)
     return to + sizeof value;
 }
 
-/// Rows while they become columns. Rows of one source name the same properties in the same order, so the column of an
-/// element mostly is the one at its own place.
+/// Rows being turned into columns. Rows of one source name the same properties in the same order, so an element's index
+/// in its row is mostly that of its column.
 class RowsInWork {
 public:
     explicit RowsInWork(std::size_t count) : m_count(count), m_times(count) {}

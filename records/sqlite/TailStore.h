@@ -7,7 +7,7 @@
 #include <memory>
 #include <vector>
 
-/// The tail of a site document: records that came one by one and stand behind every chunk of their agent, a row each,
+/// The tail of a site document: records that came one by one, later than every chunk of their agent, kept a row each
 /// until they fill a chunk.
 ///
 /// Borrows its connection and works inside the caller's transaction; one thread. A document of the first version has no
@@ -31,14 +31,15 @@ public:
     TailExtent extent(RowId agent);
     std::vector<RowId> agents();  ///< those with a tail, ascending
 
-    /// Records with from ≤ time ≤ to, ordered. A property stands there when one of them has an element for it; elements
-    /// that are not there are absent.
+    /// Records with from ≤ time ≤ to, ordered. The result has a column for each property that one of them has an
+    /// element for; missing elements are absent.
     Records read(RowId agent, double from, double to);
 
-    /// Adds ordered records, a row each. One of the same time as a row keeps what only the row has.
+    /// Adds ordered records, a row each. A record at the time of an existing row keeps the elements that only the row
+    /// has.
     void put(RowId agent, const RecordsView& records);
 
-    /// The same for records behind all of the agent's rows, of which there are `count`. Fast.
+    /// The same for records later than all of the agent's rows, of which there are `count`. Fast.
     void append(RowId agent, std::size_t count, const RecordsView& records);
 
     void clear(RowId agent);

@@ -15,7 +15,7 @@ namespace {
 
 constexpr std::size_t kMostThreads = 8;
 constexpr std::size_t kAhead = 32;         // chunks that may wait to be handed on
-constexpr std::size_t kChunksForHelp = 4;  // fewer are done before a thread has started
+constexpr std::size_t kChunksForHelp = 4;  // fewer are encoded before a thread has started
 
 class Pipeline {
 public:
@@ -40,7 +40,7 @@ public:
         try {
             for (std::size_t i = 1; i < std::min(coresAllowed(), kMostThreads); ++i)
                 m_helpers.emplace_back([this] { help(); });
-        } catch (const std::exception&) {  // no thread to be had: it goes without
+        } catch (const std::exception&) {  // no thread available: the caller does the work
         }
     }
 
@@ -51,7 +51,7 @@ public:
     }
 
 private:
-    /// Chunk `index`; while it is in other hands, encodes ones that come later.
+    /// Chunk `index`; while another thread encodes it, encodes later ones.
     EncodedChunk take(std::size_t index)
     {
         std::unique_lock lock(m_mutex);
@@ -104,7 +104,7 @@ private:
     std::condition_variable m_changed;
     std::vector<std::optional<EncodedChunk>> m_encoded;
     std::size_t m_next = 0;      // first that nobody has begun
-    std::size_t m_handedOn = 0;  // so many were handed on
+    std::size_t m_handedOn = 0;  // how many were handed on
     std::exception_ptr m_failure;
     std::vector<std::thread> m_helpers;
 };

@@ -4,7 +4,7 @@
 #include "records/columns/ColumnSummary.h"
 #include "records/store/Records.h"
 
-/// A chunk as it will stand in the file: what takes time about writing one, without the file.
+/// A chunk encoded as it will be stored: the slow part of writing one, without any store.
 ///
 /// Pure; any thread.
 namespace plotix {

@@ -17,14 +17,14 @@ constexpr std::uint64_t bytesPerRecord(std::size_t properties)
     return 8 + 13 * static_cast<std::uint64_t>(properties);
 }
 
-/// What is to be read: runs of records, of which [from, to] is asked for. Absent bounds are open.
+/// What is to be read: the part of the overview's runs that lies in [from, to]. Absent bounds are open.
 struct ReadRequest {
     const RecordOverview& overview;  ///< borrowed; of that range
     std::size_t properties = 0;
     std::optional<double> from, to;
 };
 
-/// Records in the range. Those of a run that the range cuts count by its share of the run's time.
+/// About how many records lie in the range. A run that the range cuts counts by the share of its time in the range.
 std::uint64_t estimatedRecords(const ReadRequest& request);
 
 /// A request that does not fit.
@@ -35,7 +35,7 @@ struct MemoryShortage {
     double fittingLength = 0;              ///< of the longest range with the same end that fits
 };
 
-/// Nothing where the request fits into `budget` bytes.
+/// Nothing when the request fits into `budget` bytes.
 std::optional<MemoryShortage> shortageOf(const ReadRequest& request, std::uint64_t budget);
 
 }  // namespace plotix

@@ -44,7 +44,7 @@ struct Bounds {
     double from, to;
 };
 
-/// Records with from ≤ time ≤ to. Bounds that are no numbers, or the wrong way round, leave none.
+/// Records with from ≤ time ≤ to; none when a bound is NaN or from > to.
 struct Slice {
     Slice(const Timeline& timeline, const Bounds& bounds)
         : begin(bounds.from <= bounds.to ? timeline.lower_bound(bounds.from) : timeline.end()),
@@ -104,7 +104,7 @@ RecordOverview::Summary summaryIn(Timeline::const_iterator begin, Timeline::cons
     return summary;
 }
 
-/// One run after the other, each with its summaries, where its time meets the bounds.
+/// The runs whose time overlaps the bounds, each with its summaries.
 RecordOverview overviewOf(const Timeline& timeline, std::span<const RowId> properties, const Bounds& bounds)
 {
     RecordOverview overview;

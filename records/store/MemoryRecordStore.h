@@ -6,12 +6,12 @@
 
 /// Records in memory alone: the twin of every store that keeps them somewhere.
 ///
-/// It keeps what RecordStore promises in the simplest way there is, per agent a map from times to elements, so that
-/// what another store answers can be held against it. Good for all that need not outlive the process; a record takes
-/// some hundred bytes. *Shared*; what it hands out shares its records with it. Any thread.
+/// It keeps the promises of RecordStore in the simplest way, with a map from times to elements for each agent, so that
+/// other stores' answers can be compared with its own. It serves wherever records need not outlive the process; a
+/// record takes some hundred bytes. *Shared*; what it hands out shares its records with it. Any thread.
 ///
-/// As a writer it is alone: whoever writes waits for the one before, 3 seconds unless told otherwise. Its overview has
-/// a run for every 16,384 records. Compacting only drops old records; there is nothing to verify but to count.
+/// There is one writer at a time: another one waits for it, 3 seconds unless told otherwise. Its overview has a run for
+/// every 16,384 records. Compacting only drops old records; there is nothing to verify but to count.
 namespace plotix {
 
 class RecordsInMemory;
@@ -21,7 +21,7 @@ public:
     MemoryRecordStore();
     ~MemoryRecordStore() override;
 
-    /// Records of it are taken from now on. Requires: 0 < property < kPropertyLimit, of no other agent.
+    /// Accepts records of the property from now on. Requires: 0 < property < kPropertyLimit, of no other agent.
     void addProperty(RowId agent, RowId property);
 
     std::optional<RecordExtent> extent(RowId agent) override;

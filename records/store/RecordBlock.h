@@ -9,7 +9,7 @@
 #include <optional>
 #include <vector>
 
-/// Timed records as values: what is stored and read, and what a store tells of them without reading.
+/// Timed records as values: what is stored and read, and what a store knows of them without reading them. Any thread.
 namespace plotix {
 
 /// An agent or a property, as the site document numbers it.
@@ -18,7 +18,7 @@ using RowId = qint64;
 /// Numbers of properties are above 0 and below this, in every store. Stored: never change.
 inline constexpr RowId kPropertyLimit = RowId{1} << 20;
 
-/// The property number under which a chunk's times stand.
+/// The property number that a chunk's times are stored under.
 inline constexpr RowId kTimes = 0;
 
 /// Records to store, or records read: columns of equal length.
@@ -39,7 +39,7 @@ struct RecordExtent {
     friend bool operator==(const RecordExtent&, const RecordExtent&) = default;
 };
 
-/// The span of both; nothing covers nothing.
+/// The span that covers both; nothing when neither covers anything.
 std::optional<RecordExtent> united(const std::optional<RecordExtent>& one, const std::optional<RecordExtent>& other);
 
 struct ColumnStatistics {
@@ -47,17 +47,18 @@ struct ColumnStatistics {
     double minimum = 0, maximum = 0, average = 0;  ///< in the archived unit; 0 when valid is 0
 };
 
-/// What a store knows of its records without reading them: runs of them that follow each other in time.
+/// What a store knows of its records without reading them: the runs they lie in, one after the other in time. Here a
+/// run is as many successive records as the store keeps together: a chunk, in the site file.
 struct RecordOverview {
     struct Run {
         double t0 = 0, t1 = 0;  ///< times of its first and last record
         std::size_t records = 0;
     };
-    /// Over the valid elements of a run that are no NaN.
+    /// Over the valid elements of a run that are not NaN.
     struct Summary {
         std::size_t valid = 0;
         double minimum = 0, maximum = 0;  ///< in the archived unit; 0 when valid is 0
-        double sum = 0;                   ///< NaN where infinities of both signs met
+        double sum = 0;                   ///< NaN when it has infinities of both signs
     };
     struct Column {
         RowId property = 0;
@@ -69,9 +70,9 @@ struct RecordOverview {
     std::size_t records() const;  ///< of all runs
 };
 
-/// Where statistics come from. Both answer the same but for rounding of the average.
+/// Where statistics come from. Both give the same, apart from the rounding of the average.
 enum class StatisticsFrom {
-    Summaries,  ///< what is known of whole runs; only the values of runs that the range cuts are looked at
+    Summaries,  ///< of whole runs; values are read only in runs that the range cuts
     Values,     ///< every value in the range
 };
 

@@ -8,51 +8,51 @@
 #include <span>
 
 /// Where timed records are kept: per agent one column of times and one column of values per property. The one interface
-/// to them; what a store is made of, and where, nobody else knows.
+/// to them: nobody else knows how and where a store keeps them.
 ///
 /// **Records.** Values are kept bit for bit (every double, -0.0 and NaN payloads included) together with whether they
 /// are valid. Records of one agent are ordered by time and unique in it; a record stored again at the same time
-/// replaces the values it brings and keeps the others. Agents are apart from each other. Which properties an agent has,
-/// a store knows from elsewhere (the site's tables, say); a block for any other is refused.
+/// replaces the values it brings and keeps the others. Agents are independent of each other. A store learns elsewhere
+/// (from the site's tables, say) which properties an agent has; a block with any other property is refused.
 ///
-/// **Threads and snapshots.** A store is *shared*. Any thread may call it, any number at once, beside one writer. Every
-/// call sees the records as they were stored when it began, however long it takes; two calls may see two states. A
-/// transaction and an appender are used by one thread at a time.
+/// **Threads and snapshots.** A store is *shared*. Any number of threads may call it at once, while one of them writes.
+/// Every call sees the records as they were stored when it began, however long it takes; two calls may see two states.
+/// A transaction and an appender are used by one thread at a time.
 ///
 /// **Errors.** Each call throws ReportableError, one line for people, where records cannot be read or written, and
-/// std::bad_alloc where a result has no room. Nothing is stored then, and the store may be asked again.
+/// std::bad_alloc where a result has no room. Then nothing is stored, and the call may be repeated.
 namespace plotix {
 
 /// Records of several agents stored together: all at `commit`, or none; destruction without it leaves no trace.
 ///
-/// One at a time a store: a second one waits for some seconds when it begins, then throws. *Shares* its store.
+/// A store has one at a time: a second one waits some seconds when it begins, then throws. *Shares* its store.
 class RecordTransaction {
 public:
     virtual ~RecordTransaction() = default;
 
-    /// Times must be finite; they need not be sorted or unique: within a block the last one wins. Fast for blocks that
-    /// lie behind everything stored. Columns are as long as `times`; a property stands in a block once. A block without
-    /// columns stores times alone. A block that is refused leaves the transaction as it was before.
+    /// Times must be finite; they need not be sorted or unique: of equal times in a block the last one wins. Fast for
+    /// blocks later than everything stored. Columns are as long as `times`; a property stands in a block once. A block
+    /// without columns stores times alone. A block that is refused leaves the transaction as it was before.
     virtual void store(RowId agent, const RecordBlock& block) = 0;
 
     /// Does whatever may still fail, so that `commit` will not for any other reason than a lost connection. Requires:
     /// nothing is stored afterwards. Called by whoever commits something else together with the records (see below).
     virtual void prepare() = 0;
 
-    /// Has an effect once; what is stored afterwards is refused. Prepares where nobody did.
+    /// Has an effect once; `store` is refused afterwards. Calls `prepare` if nobody did.
     virtual void commit() = 0;
 };
 
-// A site's agents and properties are written together with records of theirs. Whoever does that, in a transaction of
-// the site's own, goes in this order: `prepare` the records, commit the site, `commit` the records.
+// Writing new agents and properties of a site together with their records, in a transaction of the site's own, takes
+// this order: `prepare` the records, commit the site, `commit` the records.
 //   A store inside the site's file joins the site's transaction: `prepare` puts all records into it, the site's commit
 // is the records' too, and `commit` has nothing left to do. All or nothing, whatever ends the process.
-//   A store elsewhere puts the records aside where nobody reads them (`prepare`) and makes them seen at once
-// (`commit`). What was put aside and not made seen is dropped, or made seen, when the store is next opened, by whether
-// the site has what the records belong to.
+//   A store elsewhere puts the records where nobody reads them (`prepare`) and makes them all visible at once
+// (`commit`). Records that were prepared but never committed are settled when the store is next opened: made visible if
+// the site has what they belong to, else dropped.
 
-/// Stores small blocks as they come, second after second, each in a transaction of its own, over what it keeps open for
-/// that. Other writers wait for a block, never for the time between two. *Shares* its store.
+/// Stores small blocks as they come, second after second, each in a transaction of its own, over a connection it keeps
+/// open. Other writers wait while a block is stored, never between two blocks. *Shares* its store.
 class RecordAppender {
 public:
     virtual ~RecordAppender() = default;
@@ -69,42 +69,43 @@ class RecordStore {
 public:
     virtual ~RecordStore() = default;
 
-    /// Which time an agent's records cover; nothing without records. THE answer to that, whoever asks: nobody derives
-    /// it from anything else. Looks at no record, and is quick enough for the main thread; a store that is far away
-    /// keeps it at hand.
+    /// The span that an agent's records cover; nothing without records. The only answer to that question: nobody
+    /// derives it from anything else. Reads no record, and is quick enough for the main thread; a remote store keeps it
+    /// in memory.
     virtual std::optional<RecordExtent> extent(RowId agent) = 0;
     virtual std::optional<RecordExtent> extent() = 0;  ///< of all agents
 
-    /// The runs whose time meets [from, to], whole, in time order. Absent bounds are open, here and below. Summaries
-    /// stand in the order of `properties`.
+    /// The runs whose time overlaps [from, to], whole, in time order. Absent bounds are open, here and below. Summaries
+    /// are in the order of `properties`.
     virtual RecordOverview overview(RowId agent, std::span<const RowId> properties, std::optional<double> from = {},
                                     std::optional<double> to = {}) = 0;
 
-    /// Every record of the agent with from ≤ time ≤ to, in time order. Columns stand in the order of `properties`; one
-    /// without any values in the range is there with all elements invalid. An element that was never stored is a NaN
-    /// and invalid. `progress` is called on the calling thread, with fractions that never decrease, 1 at the end.
-    /// Stopped by it: nothing.
+    /// Every record of the agent with from ≤ time ≤ to, in time order. Columns are in the order of `properties`; one
+    /// without values in the range is there with all elements invalid. An element that was never stored is a NaN and
+    /// invalid. `progress` is called on the calling thread, with fractions that never decrease, 1 at the end. Nothing
+    /// when `progress` stopped it.
     virtual std::optional<RecordBlock> read(RowId agent, std::span<const RowId> properties, std::optional<double> from,
                                             std::optional<double> to, const ArchiveProgress& progress = {}) = 0;
 
-    /// Over the valid elements that are no NaN, with from ≤ time ≤ to. Infinities of both signs have no average: NaN.
+    /// Over the valid elements that are not NaN, with from ≤ time ≤ to. Infinities of both signs have no average: NaN.
     virtual ColumnStatistics statistics(RowId agent, RowId property, std::optional<double> from = {},
                                         std::optional<double> to = {},
                                         StatisticsFrom source = StatisticsFrom::Summaries) = 0;
 
-    /// Waits for another writer.
+    /// Waits for another writer to finish.
     virtual std::unique_ptr<RecordTransaction> begin() = 0;
     virtual std::unique_ptr<RecordAppender> appender() = 0;
 
     /// The same records in less space, or without those that are too old. Blocks until it is done. Readers may read
-    /// beside it; other writers wait for a part of it at a time. Whatever ends the process leaves the same records.
+    /// meanwhile; other writers wait for one part of the work at a time. If the process ends, the records are the same.
     /// `progress` rises from 0 to 1 and answers false to stop. What cannot be read is left as it is.
     virtual CompactionResult compact(const CompactionRequest& request, const ArchiveProgress& progress = {}) = 0;
 
     /// Reads everything once, in one snapshot, and compares it with what is stored about it; changes nothing.
     virtual VerificationResult verify(const ArchiveProgress& progress = {}) = 0;
 
-    /// Closes what is only kept open for later calls, which open it anew: the place of the records may be moved then.
+    /// Closes what is kept open only for later calls, which open it anew. Afterwards the file, or wherever the records
+    /// are, may be moved.
     virtual void closeIdle() = 0;
 };
 

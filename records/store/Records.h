@@ -6,9 +6,9 @@
 #include <cstdint>
 #include <vector>
 
-/// Records in memory on their way into the archive: a borrowed view of columns, and columns that are owned.
+/// Records in memory on their way into a store: a borrowed view of columns, and columns that are owned.
 ///
-/// Pure values; no file. "Ordered" means times strictly ascending.
+/// Pure values; any thread. "Ordered" means times strictly ascending.
 namespace plotix {
 
 /// Columns someone else owns; must outlive the view.
@@ -44,14 +44,14 @@ public:
     bool isEmpty() const { return m_times.empty(); }
     RecordsView view() const;
 
-    /// An empty column when there is none yet is filled with absent elements.
+    /// A property that has no column yet gets one, filled with absent elements.
     void append(const RecordsView& records);
     void dropFirst(std::size_t count);
 
     /// Ascending and unique; of equal times the last one stays.
     static Records ordered(const RecordsView& records);
 
-    /// Both ordered; at equal times the values that `fresh` brings replace those of `old`, the others stay.
+    /// Both must be ordered; at equal times the values in `fresh` replace those of `old`, other values stay.
     static Records merged(const RecordsView& old, const RecordsView& fresh);
 
 private:

@@ -58,7 +58,7 @@ void RecordsInMemory::requireStorable(RowId agent, const RecordBlock& block) con
 
 void merge(const RecordBlock& block, RecordsInMemory::Timeline& into)
 {
-    std::map<double, std::size_t> last;  // where the record of each time stands in the block
+    std::map<double, std::size_t> last;  // each time's position in the block
     for (std::size_t i = 0; i < block.times.size(); ++i) {
         last.erase(block.times[i]);  // so that the bits of the time are the last one's too
         last.emplace(block.times[i], i);

@@ -43,14 +43,14 @@ public:
     /// Throws ReportableError for a block that may not be stored.
     void requireStorable(RowId agent, const RecordBlock& block) const;
 
-    /// `look` sees all records as they stand, while nobody changes them.
+    /// Calls `look` with all records, while nobody changes them.
     template <class Look>
     auto seen(Look&& look) const
     {
         const std::shared_lock lock = whileNobodyChanges();
         return look(std::as_const(m_timelines));
     }
-    /// `change` is alone with them. Requires: it is the caller's turn.
+    /// Calls `change` while nobody else reads or writes. Requires: it is the caller's turn.
     template <class Change>
     void changed(Change&& change)
     {
@@ -62,7 +62,7 @@ private:
     std::shared_lock<std::shared_mutex> whileNobodyChanges() const;
     std::unique_lock<std::shared_mutex> alone();
 
-    mutable std::mutex m_door;          // held by a writer that waits, so that readers who come later wait for it
+    mutable std::mutex m_door;          // held by a waiting writer, so that later readers wait for it
     mutable std::shared_mutex m_mutex;  // guards the two below
     Timelines m_timelines;
     std::set<std::pair<RowId, RowId>> m_properties;  // agent and property
@@ -72,8 +72,8 @@ private:
     bool m_taken = false;
 };
 
-/// Puts a block's records where they belong. Of equal times the last one stays; at a time that is there already, the
-/// block's elements replace their own kind and leave the others.
+/// Merges a block's records. Of equal times in the block the last one stays; at a time that `into` already has, the
+/// block's elements replace those of the same properties and leave the others.
 void merge(const RecordBlock& block, RecordsInMemory::Timeline& into);
 
 }  // namespace plotix

@@ -2,7 +2,7 @@
 
 #include "records/store/RecordBlock.h"
 
-/// What every store asks of a block before it takes it. Pure; any thread. Each throws ReportableError.
+/// The checks every store makes before it accepts a block. Pure; any thread. Each throws ReportableError.
 namespace plotix {
 
 /// Every record has a time that is a finite number, and an element in each column.
@@ -11,7 +11,7 @@ void requireWholeRecords(const RecordBlock& block);
 /// No property has two columns.
 void requireDistinctProperties(const RecordBlock& block);
 
-/// For a property that is not the agent's.
+/// Throws the error for a property that is not the agent's.
 [[noreturn]] void refuseProperty(RowId agent, RowId property);
 
 }  // namespace plotix

@@ -3,7 +3,7 @@
 #include "hostapp/exchange/Export.h"
 #include "hostapp/exchange/Importer.h"
 
-/// A file of measurements in, and one out, whatever its format. Any thread.
+/// Imports and exports a file of measurements, whatever its format. Free functions; any thread.
 namespace plotix {
 
 /// Reads a file into an agent of a site document; see `importRows`. The file's name and its beginning tell the format.

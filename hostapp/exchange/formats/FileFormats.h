@@ -23,18 +23,18 @@ struct FileFormat {
     /// Opens a file of this format for reading. Throws ImportFailure.
     std::unique_ptr<RowSource> (*read)(std::unique_ptr<InputFile> file);
 
-    /// Whether a file of this name is written in this format; null where it can only be read.
+    /// Whether a file of this name is written in this format; null for a format that can only be read.
     bool (*isWrittenFor)(const QString& fileName);
-    /// Throws ExportFailure and ExportCancelled. Null where it can only be read.
+    /// Throws ExportFailure and ExportCancelled. Null for a format that can only be read.
     void (*write)(QIODevice& device, const ExportedRecords& records, const ExportProgress& progress);
 };
 
 inline constexpr qsizetype kFileBeginning = 4096;  // bytes
 
-/// In the order in which they are asked; the last one takes what no other does.
+/// In the order in which they are asked; the last one accepts every file.
 std::span<const FileFormat> fileFormats();
 
-/// The first format that says so.
+/// The first format whose `isOf` says so.
 const FileFormat& formatOf(const QString& fileName, QByteArrayView beginning);
 const FileFormat& formatWrittenFor(const QString& fileName);
 

@@ -17,7 +17,7 @@ using SourceSettings = QMap<QString, QString>;
 
 struct ReadingSourceKind {
     const char* name;                    ///< as the user calls it
-    std::span<const char* const> needs;  ///< settings without which it cannot be made
+    std::span<const char* const> needs;  ///< the settings it requires
     std::unique_ptr<ReadingSource> (*make)(const SourceSettings& settings);
 };
 
@@ -26,7 +26,7 @@ std::span<const ReadingSourceKind> readingSourceKinds();
 /// Throws ReportableError for a setting that is missing.
 std::unique_ptr<ReadingSource> makeReadingSource(const ReadingSourceKind& kind, const SourceSettings& settings = {});
 
-/// Throws ReportableError for a name that no source has, too.
+/// Throws ReportableError for an unknown name too.
 std::unique_ptr<ReadingSource> makeReadingSource(const QString& name, const SourceSettings& settings = {});
 
 }  // namespace plotix

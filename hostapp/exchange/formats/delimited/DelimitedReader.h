@@ -8,13 +8,13 @@
 
 namespace plotix {
 
-/// Delimited text as a source of rows: what its beginning says of the rest, then its rows, the quick way (`PlainRows`)
-/// where a row is plain numbers, else the long one, which also finds what is wrong.
+/// Delimited text as a source of rows: looks at the beginning, then reads the rows, by the fast path (`PlainRows`) when
+/// a row is plain numbers, else by the slow one, which also finds errors.
 ///
-/// Dates that leave day and month open are read once more, before the rows.
+/// When day and month cannot be told apart, all dates are read once before the rows.
 class DelimitedReader : public RowSource {
 public:
-    /// Throws ImportFailure for what is no table.
+    /// Throws ImportFailure for a file that is not a table.
     explicit DelimitedReader(std::unique_ptr<InputFile> file);
 
     const std::vector<SourceColumn>& columns() const override { return m_columns; }

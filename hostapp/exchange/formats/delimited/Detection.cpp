@@ -37,7 +37,7 @@ std::vector<TextSample::Row> cutRows(const QByteArray& beginning, const TextForm
     return rows;
 }
 
-/// How well a delimiter explains the rows: values it frees first, then fields.
+/// How well a delimiter explains the rows: first by the number of values, then of fields.
 std::pair<std::size_t, std::size_t> scoreOf(const std::vector<TextSample::Row>& rows)
 {
     const std::size_t usual = usualLength(std::span(rows).subspan(rows.size() > 1 ? 1 : 0));

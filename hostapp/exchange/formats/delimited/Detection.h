@@ -14,7 +14,7 @@
 
 /// What the beginning of a text file says about the rest: delimiter, header, columns, and which of them is the time.
 ///
-/// Pure: bytes in, decisions out; any thread. Throws ImportFailure for what is no table.
+/// Pure: bytes in, decisions out; any thread. Throws ImportFailure for a file that is not a table.
 namespace plotix {
 
 /// The first records of a file, kept whole.
@@ -49,16 +49,16 @@ struct TableShape {
     bool hasHeader = false;
     QStringList headers;                    ///< one per field of a row; "Column 3" where the file names none
     std::optional<std::size_t> rowNumbers;  ///< the unnamed column that only counts the rows
-    std::vector<ImportFinding> notes;       ///< how the columns were matched, where that is not plain
+    std::vector<ImportFinding> notes;       ///< how the columns were matched, when that is not obvious
 
     std::size_t fields() const { return static_cast<std::size_t>(headers.size()); }
 };
 
-/// A header that is one field shorter than the rows is matched where the extra field only counts the rows (first) or
-/// is always empty (last); anything else of unequal length throws.
+/// A header one field shorter than the rows is accepted when the rows' first field only counts them, or their last one
+/// is always empty; any other difference in length throws.
 TableShape shapeOf(const TextSample& sample);
 
-/// The columns as the importer wants them, units split off the headers.
+/// The columns for the importer, with the units split off the headers.
 std::vector<SourceColumn> columnsOf(const TableShape& shape);
 
 /// The time column and how it is written; day and month may be undecided still.
@@ -72,7 +72,7 @@ struct TimeColumn {
 /// plain numbers count as times only under such a name. Throws ImportFailure that names the columns there are.
 TimeColumn timeColumnOf(const TextSample& sample, const TableShape& shape, std::optional<std::size_t> named);
 
-/// Day or month first, from what all dates of the file said; throws ImportFailure when they are silent or disagree.
+/// Day or month first, judged by all dates of the file; throws ImportFailure when they leave it open or disagree.
 TimeLayout decidedLayout(const DateOrderEvidence& evidence);
 
 }  // namespace plotix

@@ -9,7 +9,7 @@
 /// Searches in bytes, eight at a time. Pure; any thread.
 namespace plotix {
 
-/// So many bytes behind `end` a search may look at.
+/// How many bytes after `end` a search may read.
 constexpr std::size_t kFindReach = 8;
 
 /// The highest bit of each byte that is 0, and perhaps of bytes above the first such one. Mycroft's test.
@@ -18,7 +18,7 @@ inline std::uint64_t zeroBytes(std::uint64_t word)
     return (word - 0x0101010101010101U) & ~word & 0x8080808080808080U;
 }
 
-/// Where the first of two characters stands, or `end`.
+/// The first place where either character stands, or `end`.
 inline const char* findEither(const char* cursor, const char* end, char one, char other)
 {
     constexpr std::uint64_t kEightTimes = 0x0101010101010101U;

@@ -8,17 +8,17 @@
 #include <span>
 #include <vector>
 
-/// The quick way through the rows of a file: those in which every field is what it mostly is.
+/// The fast path for rows in which every field has its most frequent form.
 ///
-/// Nothing is cut into fields first; each is read where it stands. A row with anything else in it (quotation marks,
-/// blanks, words, exponents, another number of fields) is refused without a trace, and left to the long way, which
-/// takes everything and words the errors. A row that is taken is taken as the long way would.
+/// Fields are read in place, without cutting the row into fields first. A row with anything else in it (quotation
+/// marks, blanks, words, exponents, another number of fields) is refused without side effects and left to the slow
+/// path, which reads everything and reports errors. Both paths read the same values.
 /// One import *owns* it; one thread.
 namespace plotix {
 
 class PlainRows {
 public:
-    /// `fields` is how many a row has. Borrows the times' reader, which both ways share.
+    /// `fields` is how many a row has. Borrows the times' reader, which both paths share.
     PlainRows(const TextFormat& format, std::size_t fields, const ImportPlan& plan, TimeColumnReader& times);
 
     /// Reads the row at the beginning of the text; answers how many bytes it takes, its line break included. 0:

@@ -124,7 +124,7 @@ const char* TextReader::cutQuotedField(const char* begin, TextRecord& record, qi
         lines += std::count(cursor, mark, m_format.lineBreak);
         m_unquoted.append(cursor, mark);
         if (mark + 1 == end && !m_atEnd)
-            return nullptr;  // whether it is doubled shows only in the next bytes
+            return nullptr;  // only the next bytes show whether it is doubled
         cursor = mark + 1;
         if (cursor == end || *cursor != '"')
             break;

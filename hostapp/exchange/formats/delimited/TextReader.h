@@ -17,7 +17,7 @@ namespace plotix {
 
 struct TextFormat {
     char delimiter = ',';
-    char lineBreak = '\n';  ///< '\n' also serves "\r\n"; '\r' for files that know no other
+    char lineBreak = '\n';  ///< '\n' also serves "\r\n"; '\r' for files with no other line break
 };
 
 struct TextRecord {
@@ -39,7 +39,7 @@ public:
     /// What has been read ahead of the next record; may be empty, or end anywhere. kReach bytes behind it can be looked
     /// at, whatever they hold. Valid until the next call.
     std::string_view ahead() const { return {m_buffer.data() + m_position, m_end - m_position}; }
-    /// The caller has taken these bytes, a line with its line break, by itself.
+    /// The caller has read these bytes, one line with its line break, from `ahead`.
     void passOver(std::size_t bytes);
     static constexpr std::size_t kReach = 128;
 

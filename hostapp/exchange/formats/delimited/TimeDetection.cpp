@@ -76,7 +76,7 @@ TimeLayout epochLayout(const Reading& reading, const QString& header)
     return isMilliseconds ? TimeLayout::EpochMilliseconds : TimeLayout::EpochSeconds;
 }
 
-/// Of a column that people chose, or that was found: how it is written.
+/// How the times of the column, named by the user or detected, are written.
 TimeColumn describeColumn(std::size_t field, const Reading& reading, const QString& header)
 {
     if (reading.dates == 0)

@@ -8,7 +8,7 @@ namespace plotix {
 
 namespace {
 
-/// Seconds; shorter gaps are a busy machine's, and their rates still mean something.
+/// Seconds; shorter gaps happen on a busy machine, and rates over them are still useful.
 constexpr double kShortestSleep = 10;
 
 class ComputerSource : public ReadingSource {

@@ -3,13 +3,13 @@
 #include "hostapp/live/ReadingSource.h"
 #include "hostapp/live/sources/computer/MachineSource.h"
 
-/// This computer as a live source: what `MachineReadings` makes of one look at it a reading.
+/// This computer as a live source: a reading is what `MachineReadings` makes of one snapshot of it.
 namespace plotix {
 
 /// The agent's name in a site. Stored: never change.
 inline constexpr const char* kMachineAgentName = "This Computer";
 
-/// A sensor that was not there at the start has no property; one that went has no value.
+/// A sensor that appears after the start has no property; one that disappears has no value.
 std::unique_ptr<ReadingSource> makeComputerSource(std::unique_ptr<MachineSource> machine = makeSystemMachineSource());
 
 }  // namespace plotix

@@ -76,7 +76,7 @@ struct Rates {
     std::optional<double> in, out;  ///< counts a second
 };
 
-/// Over the devices there are in both looks: one that is plugged in brings its past with it.
+/// Over the devices in both snapshots: one that was just plugged in has counted before.
 Rates ratesBetween(const MachineCounters& before, const MachineCounters& now, double seconds)
 {
     std::uint64_t in = 0, out = 0;
@@ -178,7 +178,7 @@ std::optional<MachineReadings::Processor> MachineReadings::processorOf(std::stri
     if (words.size() <= kIdle || words[0] != "cpu")
         return std::nullopt;
     Processor processor;
-    // Guests' time, behind the stolen, is contained in the user's already.
+    // The guests' time, in the columns after the stolen time, is already part of the user's.
     for (std::size_t i = 1; i < words.size() && i <= kStolen; ++i) {
         const auto ticks = numberFrom<std::uint64_t>(words[i]);
         if (!ticks)

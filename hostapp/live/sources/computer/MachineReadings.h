@@ -9,17 +9,17 @@
 #include <string_view>
 #include <vector>
 
-/// What a computer measures of itself, out of the texts its kernel writes about it.
+/// What a computer measures of itself, from the texts of its kernel.
 ///
-/// Pure: no file, no clock. Rates come from counters, so they need two looks: they are absent in the first one, after a
-/// gap as long as a sleep, and when a counter fell (it wrapped, or its device came anew). A text that is missing or
-/// reads otherwise than expected leaves its readings absent; nothing throws. Any one thread.
+/// Pure: no file, no clock. Rates come from counters, so they need two snapshots: they are absent in the first one,
+/// after a gap as long as a sleep, and when a counter fell (it wrapped, or its device was plugged in again). A missing
+/// or unexpected text leaves its readings absent; nothing throws. Any one thread.
 namespace plotix {
 
-/// One look at the machine. An empty text: there is none on this machine.
+/// One snapshot of the machine. An empty text: this machine does not have it.
 struct MachineTexts {
     struct Sensor {
-        QString name;       ///< for people, the same at every look
+        QString name;       ///< for people, the same in every snapshot
         std::string value;  ///< thousandths of a degree Celsius
     };
     double seconds = 0;     ///< by a clock that is never set and goes on while the machine sleeps
@@ -50,10 +50,10 @@ MachineCounters networkCounters(std::string_view text);
 
 class MachineReadings {
 public:
-    /// Two looks further apart than `longestGap` seconds give no rates.
+    /// Two snapshots further apart than `longestGap` seconds give no rates.
     explicit MachineReadings(double longestGap = 10) : m_longestGap(longestGap) {}
 
-    /// The readings of this look, always the same ones in the same order while the sensors are the same.
+    /// The readings of this snapshot, always the same ones in the same order while the sensors are the same.
     std::vector<MachineReading> read(const MachineTexts& texts);
 
 private:

@@ -11,7 +11,7 @@ namespace plotix {
 
 namespace {
 
-/// Files of the kernel say they are empty until they are read.
+/// The kernel's files report a size of 0, so they are read to their end.
 std::string contentsOf(const QString& path)
 {
     QFile file(path);
@@ -76,7 +76,7 @@ private:
         }
     }
 
-    /// Two of a name are numbered, in the order the kernel lists them.
+    /// Sensors with the same name are numbered, in the order the kernel lists them.
     void addSensor(const QString& name, const QString& path)
     {
         const QString whole = QStringLiteral("Temperature %1").arg(name.simplified()).trimmed();

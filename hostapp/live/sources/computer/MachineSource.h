@@ -4,7 +4,7 @@
 
 #include <memory>
 
-/// Where looks at a machine come from: this computer, or whatever a test makes up.
+/// Where snapshots of a machine come from: this computer, or a test.
 ///
 /// Used from one thread at a time, which need not be the one that made it. Never throws: what cannot be read is empty.
 namespace plotix {
