@@ -1,6 +1,7 @@
 #include "hostapp/site/TrendFollower.h"
 
 #include "hostapp/site/PlugInOperations.h"
+#include "plugins/PlotixPlugIn/host/KTVPlugInViews.h"
 
 #include <algorithm>
 #include <cmath>
@@ -103,7 +104,7 @@ TrendFollower::Verdict TrendFollower::lookAfter(Followed& followed, double now)
 
 bool TrendFollower::isSeen(KTVPlugIn& plugIn) const
 {
-    return plugIn.isViewLoaded() && plugIn.view() && (m_rests == Rests::Never || plugIn.view()->isVisible());
+    return plugIn.isViewLoaded() && plugIn.view() && (m_rests == Rests::Never || isViewVisible(plugIn));
 }
 
 /// Whether a refresh has set the dates to the records of a followed span, rather than the user.

@@ -39,7 +39,7 @@ QByteArray TrendRenderer::render(const RenderRequest& request) const
 QByteArray TrendRenderer::renderView(const RenderRequest& request) const
 {
     const KTVPlugInPtr plugIn = requireTrend(*m_module, request.trend);
-    plugIn->view()->resize(request.size);  // loading the view starts the fetch
+    loadViewAtSize(*plugIn, request.size);
     requireRecords(*request.trend.agent);
     QByteArray data;
     if (request.format == RenderRequest::Format::Pdf) {
@@ -79,3 +79,4 @@ QByteArray TrendRenderer::renderBare(const RenderRequest& request) const
 }  // namespace plotix
 
 #include "TrendRenderer.moc"
+#include "plugins/PlotixPlugIn/host/KTVPlugInViews.h"

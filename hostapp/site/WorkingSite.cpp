@@ -6,6 +6,7 @@
 #include "hostapp/site/ModuleNames.h"
 #include "hostapp/site/WaitForRecords.h"
 #include "hostapp/site/WindowMemory.h"
+#include "plugins/PlotixPlugIn/host/KTVPlugInViews.h"
 
 #include <algorithm>
 
@@ -175,7 +176,7 @@ void WorkingSite::loadViews()
     for (const KTVSourceListItemPtr& item : m_sourceList.items()) {
         const KTVPlugInPtr plugIn = item->representedObject();
         if (!plugIn->isViewLoaded())
-            plugIn->view()->resize(kUsualGraphSize);
+            loadViewAtSize(*plugIn, kUsualGraphSize);
     }
 }
 
