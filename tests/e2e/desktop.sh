@@ -25,6 +25,29 @@ fail() {
     exit 1
 }
 
+# A server of this script's own at a number that no other script takes: numbers that servers choose for themselves may be
+# those of one that is just ending. One that dies, or does not answer, is started again at another number.
+start_server() { # SCREEN
+    local attempt number server
+    for attempt in 1 2 3 4 5; do
+        number=$((1000 + ($$ * 7 + attempt * 4001) % 50000))
+        Xvfb ":$number" -screen 0 "$1" -nolisten tcp >/dev/null 2>&1 &
+        server=$!
+        for _ in $(seq 150); do
+            kill -0 "$server" 2>/dev/null || break
+            if DISPLAY=:$number timeout 5 xdotool getdisplaygeometry >/dev/null 2>&1 && kill -0 "$server" 2>/dev/null; then
+                started+=("$server")
+                export DISPLAY=:$number
+                return
+            fi
+            sleep 0.1
+        done
+        kill "$server" 2>/dev/null
+        wait "$server" 2>/dev/null
+    done
+    fail "no X server"
+}
+
 open_desktop() {
     home=$(mktemp -d)
     pictures=${1:-$home/pictures}
@@ -35,11 +58,7 @@ open_desktop() {
     trap close_desktop EXIT
     trap 'exit 143' TERM INT HUP
 
-    Xvfb -displayfd 3 -screen 0 "$2" 3>"$home/display" 2>/dev/null &
-    started+=($!)
-    for _ in $(seq 100); do [ -s "$home/display" ] && break; sleep 0.1; done
-    [ -s "$home/display" ] || fail "no X server"
-    export DISPLAY=:$(cat "$home/display")
+    start_server "$2"
     openbox "${@:3}" >/dev/null 2>&1 &
     started+=($!)
 }
