@@ -1359,6 +1359,14 @@ Doppelklick ändert Farbe oder Einheit.</translation>
         <source>Clear Menu</source>
         <translation>Liste leeren</translation>
     </message>
+    <message>
+        <source>%1 (may only be looked at) – Plotix</source>
+        <translation>%1 (nur zum Ansehen) – Plotix</translation>
+    </message>
+    <message>
+        <source>The site&apos;s file was replaced</source>
+        <translation>Die Datei der Anlage wurde ersetzt</translation>
+    </message>
 </context>
 <context>
     <name>plotix::SiteWindows</name>
