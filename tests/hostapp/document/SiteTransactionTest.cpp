@@ -191,6 +191,7 @@ TEST_F(SiteTransactionTest, AFileThatCameForOneItMadeIsNotRemoved)
         SiteTransaction transaction(file());
         ASSERT_EQ(std::rename(qPrintable(other), qPrintable(file())), 0);
     }
+    EXPECT_NO_THROW(SiteDocument::open(file()));
     EXPECT_EQ(files(), QStringList{"site.plotix"});
 }
 
