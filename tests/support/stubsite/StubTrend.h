@@ -35,6 +35,13 @@ public:
         return image;
     }
 
+    Q_INVOKABLE QVariantMap reading() const { return m_reading; }
+    Q_INVOKABLE void setReading(const QVariantMap& options)
+    {
+        m_reading.insert(options);
+        m_log << QStringLiteral("setReading");
+    }
+
     const QStringList& log() const { return m_log; }
     const KTVPlugInModule::Arguments& arguments() const { return m_arguments; }
 
@@ -42,6 +49,7 @@ private:
     StubTrend() = default;
     QStringList m_log;
     KTVPlugInModule::Arguments m_arguments;
+    QVariantMap m_reading;
 };
 
 class StubModule : public KTVPlugInModule {
