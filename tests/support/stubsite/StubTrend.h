@@ -39,9 +39,10 @@ public:
     Q_INVOKABLE void setReading(const QVariantMap& options)
     {
         m_reading.insert(options);
-        m_log << QStringLiteral("setReading");
+        ++m_readingCount;
     }
 
+    int readingCount() const { return m_readingCount; }  ///< how often options were chosen
     const QStringList& log() const { return m_log; }
     const KTVPlugInModule::Arguments& arguments() const { return m_arguments; }
 
@@ -50,6 +51,7 @@ private:
     QStringList m_log;
     KTVPlugInModule::Arguments m_arguments;
     QVariantMap m_reading;
+    int m_readingCount = 0;
 };
 
 class StubModule : public KTVPlugInModule {
