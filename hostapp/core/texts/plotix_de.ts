@@ -595,6 +595,14 @@
         <source>All Time</source>
         <translation>Gesamter Zeitraum</translation>
     </message>
+    <message>
+        <source>Time</source>
+        <translation>Zeit</translation>
+    </message>
+    <message>
+        <source>Value</source>
+        <translation>Wert</translation>
+    </message>
 </context>
 <context>
     <name>ProgramServices</name>
