@@ -105,6 +105,7 @@ void SiteWindow::updateActions()
     setUnavailableReason(m_actions.refresh, needs("refresh"));
     setUnavailableReason(m_actions.fit, needs("fitAll"));
     updateTrendActions(selectedPlugIn() ? QString() : tr("Select a trend first."));
+    updateEditingActions();
     updateLiveActions(noTrend);
     setUnavailableReason(m_actions.newTrend,
                          m_properties->ticked().empty() ? tr("Tick properties in the list first.") : QString());
