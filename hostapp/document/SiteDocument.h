@@ -16,6 +16,7 @@
 namespace plotix {
 
 class ArchiveManager;
+enum class RecordFailure;
 class RecordStore;  // records/store
 class SiteDocument;
 
@@ -119,7 +120,7 @@ signals:
     /// A change of a property's unit, colour or visibility could not be stored; it is tried again with the next one.
     void changeNotStored(const QString& message);
     /// A fetch failed: the records cannot be read, or exceed the memory budget.
-    void recordsNotRead(const QString& message);
+    void recordsNotRead(const QString& message, RecordFailure failure);
 
 private:
     friend class SiteAgent;

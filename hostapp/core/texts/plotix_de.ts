@@ -1359,6 +1359,10 @@ Doppelklick ändert Farbe oder Einheit.</translation>
         <source>Clear Menu</source>
         <translation>Liste leeren</translation>
     </message>
+    <message>
+        <source>The trend shows no graph yet: wait for its records, or refresh it.</source>
+        <translation>Der Trend zeigt noch kein Diagramm: Warten Sie auf seine Messwerte, oder aktualisieren Sie ihn.</translation>
+    </message>
 </context>
 <context>
     <name>plotix::SiteWindows</name>
