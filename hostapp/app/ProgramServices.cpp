@@ -3,6 +3,7 @@
 #include "base/ReportableError.h"
 #include "base/StopRequest.h"
 #include "hostapp/app/WindowPicture.h"
+#include "hostapp/core/OutputFile.h"
 #include "hostapp/site/MakeTrend.h"
 #include "hostapp/site/ServedSites.h"
 #include "hostapp/site/StoredReport.h"
@@ -11,7 +12,6 @@
 #include "hostapp/window/SiteWindows.h"
 #include "plugins/PlotixPlugIn/host/PngImage.h"
 
-#include <QtCore/QSaveFile>
 #include <QtWidgets/QApplication>
 #include <QtWidgets/QProgressDialog>
 
@@ -80,10 +80,7 @@ int ProgramServices::savePicture(const OpenRequest& request)
     QApplication::setQuitOnLastWindowClosed(false);
     SiteWindows windows(windowServices(), [this](const auto& document) { m_composition.documentOpened(document); });
     const QImage picture = pictureOfWindow(*windows.open(request.site), request.screenshotSize);
-    QSaveFile file(request.screenshot);
-    if (!file.open(QIODevice::WriteOnly) || !writePng(file, picture) || !file.commit())
-        throw ReportableError(QStringLiteral("The picture could not be written to %1: %2. Choose another place.")
-                                  .arg(request.screenshot, file.errorString()));
+    writeOutput(FileKind::Png, request.screenshot, pngOfImage(picture));
     return 0;
 }
 

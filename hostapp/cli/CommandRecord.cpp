@@ -70,6 +70,7 @@ void runUntilStopped(const RecordCommand& command, LiveRecorder& recorder, Comma
 
 int runCommand(const RecordCommand& command, CommandContext context)
 {
+    requireSiteName(command.site);
     std::unique_ptr<ReadingSource> source = makeReadingSource(QStringLiteral("computer"));
     const bool first = !hasRecordedBefore(command.site, source->agentName());
     const double interval = command.interval.value_or(kUsualInterval);

@@ -12,6 +12,7 @@
 #include "hostapp/window/DesktopUserInterface.h"
 #include "hostapp/window/EmptyStateView.h"
 #include "hostapp/window/ExportImageDialog.h"
+#include "hostapp/window/OutputWords.h"
 #include "hostapp/window/PropertyListModel.h"
 #include "hostapp/window/PropertyListView.h"
 #include "hostapp/window/SiteDetailsDialog.h"
@@ -19,7 +20,6 @@
 #include "records/store/RecordStore.h"
 
 #include <QtCore/QFile>
-#include <QtCore/QSaveFile>
 #include <QtWidgets/QApplication>
 #include <QtWidgets/QFileDialog>
 #include <QtWidgets/QListView>
@@ -119,8 +119,11 @@ void SiteWindow::askForNewSite()
     dialog.setDefaultSuffix(QStringLiteral("plotix"));
     // A site holds years of records: one is never written over by choosing its name for a new one.
     dialog.setOption(QFileDialog::DontConfirmOverwrite);
-    if (dialog.exec() == QDialog::Accepted && !dialog.selectedFiles().isEmpty())
-        emit newSiteRequested(dialog.selectedFiles().first());
+    if (dialog.exec() != QDialog::Accepted || dialog.selectedFiles().isEmpty())
+        return;
+    const QString ending = QStringLiteral(".plotix");
+    const QString path = dialog.selectedFiles().first();
+    emit newSiteRequested(path.endsWith(ending, Qt::CaseInsensitive) ? path : path + ending);
 }
 
 void SiteWindow::askForSiteDetails()
@@ -189,9 +192,11 @@ void SiteWindow::exportImage()
     const auto path = m_services.userInterface->runSavePanel({QStringLiteral("png")});
     if (!path)
         return;
-    QSaveFile file(*path);
-    if (!file.open(QIODevice::WriteOnly) || !writePng(file, image) || !file.commit())
-        showAlert(tr("The image could not be saved"), tr("“%1”: %2").arg(*path, file.errorString()));
+    try {
+        writeOutput(FileKind::Png, *path, pngOfImage(image));
+    } catch (const OutputFailure& failure) {
+        showAlert(tr("The image could not be saved"), outputText(failure.problem()));
+    }
 }
 
 void SiteWindow::showAlert(const QString& message, const QString& text, KTVAlert::Style style)

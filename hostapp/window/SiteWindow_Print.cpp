@@ -9,8 +9,8 @@
 #include "hostapp/print/ReportPrinter.h"
 #include "hostapp/site/PlugInOperations.h"
 #include "hostapp/window/DesktopUserInterface.h"
+#include "hostapp/window/OutputWords.h"
 
-#include <QtCore/QSaveFile>
 #include <QtPrintSupport/QPrintPreviewDialog>
 #include <QtPrintSupport/QPrinter>
 
@@ -72,10 +72,9 @@ void SiteWindow::exportReport()
     if (!path)
         return;
     try {
-        const QByteArray bytes = ReportPrinter(plugIn, graphForPaper).pdf();
-        QSaveFile file(*path);
-        if (!file.open(QIODevice::WriteOnly) || file.write(bytes) != bytes.size() || !file.commit())
-            throw ReportableError(tr("“%1”: %2").arg(*path, file.errorString()));
+        writeOutput(FileKind::Pdf, *path, ReportPrinter(plugIn, graphForPaper).pdf());
+    } catch (const OutputFailure& failure) {
+        showAlert(tr("The report could not be saved"), outputText(failure.problem()));
     } catch (const ReportableError& error) {
         showAlert(tr("The report could not be saved"), error.message());
     }

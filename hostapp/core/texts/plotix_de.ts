@@ -392,6 +392,49 @@
     </message>
 </context>
 <context>
+    <name>OutputText</name>
+    <message>
+        <source>“%1” is a PNG picture. Choose another name.</source>
+        <translation>„%1“ ist ein PNG-Bild. Wählen Sie einen anderen Namen.</translation>
+    </message>
+    <message>
+        <source>“%1” is a PDF document. Choose another name.</source>
+        <translation>„%1“ ist ein PDF-Dokument. Wählen Sie einen anderen Namen.</translation>
+    </message>
+    <message>
+        <source>“%1” is a text. Choose another name.</source>
+        <translation>„%1“ ist ein Text. Wählen Sie einen anderen Namen.</translation>
+    </message>
+    <message>
+        <source>“%1” is a spreadsheet or another archive. Choose another name.</source>
+        <translation>„%1“ ist eine Arbeitsmappe oder ein anderes Archiv. Wählen Sie einen anderen Namen.</translation>
+    </message>
+    <message>
+        <source>“%1” is a site or another database. Choose another name.</source>
+        <translation>„%1“ ist eine Anlage oder eine andere Datenbank. Wählen Sie einen anderen Namen.</translation>
+    </message>
+    <message>
+        <source>“%1” is a file of another kind. Choose another name.</source>
+        <translation>„%1“ ist eine Datei anderer Art. Wählen Sie einen anderen Namen.</translation>
+    </message>
+    <message>
+        <source>The name “%1” must end in .%2.</source>
+        <translation>Der Name „%1“ muss auf .%2 enden.</translation>
+    </message>
+    <message>
+        <source> or .</source>
+        <translation> oder .</translation>
+    </message>
+    <message>
+        <source>“%1” is not a file that can be replaced. Choose another name.</source>
+        <translation>„%1“ ist keine Datei, die ersetzt werden kann. Wählen Sie einen anderen Namen.</translation>
+    </message>
+    <message>
+        <source>“%1” cannot be written: %2</source>
+        <translation>„%1“ kann nicht geschrieben werden: %2</translation>
+    </message>
+</context>
+<context>
     <name>Plotix</name>
     <message>
         <source>Show</source>
@@ -810,10 +853,6 @@
         <translation>Das Bild konnte nicht gesichert werden</translation>
     </message>
     <message>
-        <source>“%1” cannot be written.</source>
-        <translation>„%1“ kann nicht geschrieben werden.</translation>
-    </message>
-    <message>
         <source>The picture could not be passed on</source>
         <translation>Das Bild konnte nicht weitergegeben werden</translation>
     </message>
@@ -824,6 +863,10 @@
     <message>
         <source>Open &amp;With…</source>
         <translation>Öffnen &amp;mit …</translation>
+    </message>
+    <message>
+        <source>The file is not saved there</source>
+        <translation>Dort wird die Datei nicht gesichert</translation>
     </message>
 </context>
 <context>
@@ -1239,10 +1282,6 @@ Doppelklick ändert Farbe oder Einheit.</translation>
     <message>
         <source>The image could not be saved</source>
         <translation>Das Bild konnte nicht gesichert werden</translation>
-    </message>
-    <message>
-        <source>“%1”: %2</source>
-        <translation>„%1“: %2</translation>
     </message>
     <message>
         <source>Importing %1…</source>
