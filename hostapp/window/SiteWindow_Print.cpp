@@ -43,12 +43,12 @@ void offerPaper(QPrinter& printer)
 
 void SiteWindow::printReport()
 {
-    const KTVPlugInPtr plugIn = selectedPlugIn();
+    const KTVPlugInPtr plugIn = trendInFront();
     const ReportPrinter report(plugIn, graphForPaper);
     QPrinter printer(QPrinter::HighResolution);
     printer.setDocName(titleOf(*plugIn));
     offerPaper(printer);
-    QPrintPreviewDialog preview(&printer, this);
+    QPrintPreviewDialog preview(&printer, windowInFront());
     preview.setWindowTitle(tr("Print “%1”").arg(titleOf(*plugIn)));
     QString failure;
     connect(&preview, &QPrintPreviewDialog::paintRequested, this, [&](QPrinter* paper) {
@@ -67,7 +67,7 @@ void SiteWindow::printReport()
 
 void SiteWindow::exportReport()
 {
-    const KTVPlugInPtr plugIn = selectedPlugIn();
+    const KTVPlugInPtr plugIn = trendInFront();
     const auto path = m_services.userInterface->runSavePanel({QStringLiteral("pdf")});
     if (!path)
         return;

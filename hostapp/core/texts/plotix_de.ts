@@ -2,6 +2,21 @@
 <!DOCTYPE TS>
 <TS version="2.1" language="de" sourcelanguage="en">
 <context>
+    <name>AppearanceText</name>
+    <message>
+        <source>Like the &amp;Desktop</source>
+        <translation>Wie der &amp;Desktop</translation>
+    </message>
+    <message>
+        <source>&amp;Light</source>
+        <translation>&amp;Hell</translation>
+    </message>
+    <message>
+        <source>D&amp;ark</source>
+        <translation>Du&amp;nkel</translation>
+    </message>
+</context>
+<context>
     <name>CPTGraphHostingView</name>
     <message>
         <source>Graph</source>
@@ -814,6 +829,18 @@
         <source>&amp;About Plotix</source>
         <translation>Ü&amp;ber Plotix</translation>
     </message>
+    <message>
+        <source>&amp;Next Region</source>
+        <translation>&amp;Nächster Bereich</translation>
+    </message>
+    <message>
+        <source>&amp;Previous Region</source>
+        <translation>&amp;Vorheriger Bereich</translation>
+    </message>
+    <message>
+        <source>&amp;Appearance</source>
+        <translation>Ersc&amp;heinungsbild</translation>
+    </message>
 </context>
 <context>
     <name>TrendCommandText</name>
@@ -906,6 +933,17 @@
     <message>
         <source>%1 × %2 pixels</source>
         <translation>%1 × %2 Pixel</translation>
+    </message>
+</context>
+<context>
+    <name>plotix::GatheringToolbar</name>
+    <message>
+        <source>New Trend</source>
+        <translation>Neuer Trend</translation>
+    </message>
+    <message>
+        <source>Choose where the measurements of a new trend come from.</source>
+        <translation>Wählen Sie, woher die Messwerte eines neuen Trends kommen.</translation>
     </message>
 </context>
 <context>
@@ -1110,6 +1148,18 @@ Doppelklick ändert Farbe oder Einheit.</translation>
     <message>
         <source>Color of %1</source>
         <translation>Farbe von %1</translation>
+    </message>
+    <message>
+        <source>&amp;Tick All</source>
+        <translation>Alle &amp;ankreuzen</translation>
+    </message>
+    <message>
+        <source>&amp;Untick All</source>
+        <translation>Alle &amp;Kreuze entfernen</translation>
+    </message>
+    <message>
+        <source>&amp;New Trend from Ticked Properties</source>
+        <translation>&amp;Neuer Trend aus angekreuzten Größen</translation>
     </message>
 </context>
 <context>

@@ -194,6 +194,19 @@ TEST_F(SiteWindowTest, ZoomTogglesHoldOneKeyAtATime)
     EXPECT_EQ(desktop.heldModifiers(window.get()), Qt::NoModifier);
 }
 
+TEST_F(SiteWindowTest, ZoomTogglesCountInTheSitesOwnWindowsAlone)
+{
+    openWindow();
+    addTrend(QStringLiteral("Week"));
+    window->actions().zoomTimeOnly->trigger();
+    window->actions().openInWindow->trigger();
+    const QWidget* separate = site.document->windowControllers().at(0)->window();
+    EXPECT_EQ(desktop.heldModifiers(separate), Qt::AltModifier);
+    ScratchSite elsewhere;
+    const SiteWindow other(elsewhere.document, services());
+    EXPECT_EQ(desktop.heldModifiers(&other), Qt::NoModifier);
+}
+
 TEST_F(SiteWindowTest, SeparateWindowTakesTheViewAndGivesItBack)
 {
     openWindow();
