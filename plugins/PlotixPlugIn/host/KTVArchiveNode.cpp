@@ -92,7 +92,7 @@ void writeNode(QCborStreamWriter& writer, const KTVArchiveNode& node)
 /// Parses the bytes; anything unexpected is reported as a damaged archive.
 class Parser {
 public:
-    explicit Parser(const QByteArray& data) : m_reader(data) {}
+    explicit Parser(const QByteArray& data) : m_size(data.size()), m_reader(data) {}
 
     KTVArchiveNode archive()
     {
@@ -107,7 +107,7 @@ public:
         KTVArchiveNode root = node(0);
         expect(root.kind == KTVArchiveNode::Kind::Object);
         leave();
-        expect(m_reader.lastError() == QCborError::NoError);
+        expect(m_reader.lastError() == QCborError::NoError && m_reader.currentOffset() == m_size);
         return root;
     }
 
@@ -255,6 +255,7 @@ private:
         return fits ? QVariant(static_cast<int>(value)) : QVariant(value);
     }
 
+    qint64 m_size;
     QCborStreamReader m_reader;
 };
 

@@ -48,6 +48,7 @@ TEST(DragDataTest, AnArchiveOfAnythingElseIsNothing)
     EXPECT_EQ(propertyNamesFromDragData(archived("a")), std::nullopt);
     EXPECT_EQ(propertyNamesFromDragData(archived(QVariantList{"a", 7})), std::nullopt);
     EXPECT_EQ(propertyNamesFromDragData(archived(QVariantList{"a"}, "keys")), std::nullopt);
+    EXPECT_EQ(propertyNamesFromDragData(dragDataFromPropertyNames({"a"}) + '\0'), std::nullopt);
 }
 
 TEST(DragDataTest, TheOldFramingIsReadForEver)
