@@ -595,6 +595,14 @@
         <source>All Time</source>
         <translation>Gesamter Zeitraum</translation>
     </message>
+    <message>
+        <source>Time</source>
+        <translation>Zeit</translation>
+    </message>
+    <message>
+        <source>Value</source>
+        <translation>Wert</translation>
+    </message>
 </context>
 <context>
     <name>ProgramServices</name>
@@ -1451,6 +1459,14 @@ Doppelklick ändert Farbe oder Einheit.</translation>
     <message>
         <source>The trend shows no graph yet: wait for its records, or refresh it.</source>
         <translation>Der Trend zeigt noch kein Diagramm: Warten Sie auf seine Messwerte, oder aktualisieren Sie ihn.</translation>
+    </message>
+    <message>
+        <source>%1 (may only be looked at) – Plotix</source>
+        <translation>%1 (nur zum Ansehen) – Plotix</translation>
+    </message>
+    <message>
+        <source>The site&apos;s file was replaced</source>
+        <translation>Die Datei der Anlage wurde ersetzt</translation>
     </message>
 </context>
 <context>

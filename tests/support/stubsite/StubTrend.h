@@ -40,6 +40,15 @@ public:
     Q_INVOKABLE void exportToPNG(QObject*) { m_log << QStringLiteral("exportToPNG"); }
     void loseGraph() { m_hasGraph = false; }  ///< as before the first answer
 
+    Q_INVOKABLE QVariantMap reading() const { return m_reading; }
+    Q_INVOKABLE void setReading(const QVariantMap& options)
+    {
+        m_reading.insert(options);
+        ++m_readingCount;
+    }
+
+    int readingCount() const { return m_readingCount; }  ///< how often options were chosen
+
     const QStringList& log() const { return m_log; }
     const KTVPlugInModule::Arguments& arguments() const { return m_arguments; }
 
@@ -48,6 +57,8 @@ private:
     QStringList m_log;
     bool m_hasGraph = true;
     KTVPlugInModule::Arguments m_arguments;
+    QVariantMap m_reading;
+    int m_readingCount = 0;
 };
 
 class StubModule : public KTVPlugInModule {
