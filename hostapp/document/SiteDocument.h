@@ -16,6 +16,7 @@
 namespace plotix {
 
 class ArchiveManager;
+enum class RecordFailure;
 class RecordStore;  // records/store
 class SiteDocument;
 
@@ -129,7 +130,7 @@ signals:
     /// Another connection has written, of this program or another one; what was written may be anything.
     void changedElsewhere();
     /// A fetch failed: the records cannot be read, or exceed the memory budget.
-    void recordsNotRead(const QString& message);
+    void recordsNotRead(const QString& message, RecordFailure failure);
 
 private:
     friend class SiteAgent;
