@@ -3,15 +3,16 @@
 #include "base/ReportableError.h"
 #include "base/StopRequest.h"
 #include "hostapp/app/WindowPicture.h"
+#include "hostapp/core/OutputFile.h"
 #include "hostapp/site/MakeTrend.h"
 #include "hostapp/site/ServedSites.h"
 #include "hostapp/site/StoredReport.h"
 #include "hostapp/site/TrendRenderer.h"
 #include "hostapp/window/Appearance.h"
+#include "hostapp/window/ScreenFit.h"
 #include "hostapp/window/SiteWindows.h"
 #include "plugins/PlotixPlugIn/host/PngImage.h"
 
-#include <QtCore/QSaveFile>
 #include <QtWidgets/QApplication>
 #include <QtWidgets/QProgressDialog>
 
@@ -60,6 +61,7 @@ int ProgramServices::open(const OpenRequest& request)
 int ProgramServices::runWindow(const QString& site)
 {
     applyAppearance(*qApp);
+    const ScreenFit screenFit;
     SiteWindows windows(windowServices(), [this](const auto& document) { m_composition.documentOpened(document); });
     SiteWindow* const window = windows.open(site);
     window->show();
@@ -80,10 +82,7 @@ int ProgramServices::savePicture(const OpenRequest& request)
     QApplication::setQuitOnLastWindowClosed(false);
     SiteWindows windows(windowServices(), [this](const auto& document) { m_composition.documentOpened(document); });
     const QImage picture = pictureOfWindow(*windows.open(request.site), request.screenshotSize);
-    QSaveFile file(request.screenshot);
-    if (!file.open(QIODevice::WriteOnly) || !writePng(file, picture) || !file.commit())
-        throw ReportableError(QStringLiteral("The picture could not be written to %1: %2. Choose another place.")
-                                  .arg(request.screenshot, file.errorString()));
+    writeOutput(FileKind::Png, request.screenshot, pngOfImage(picture));
     return 0;
 }
 

@@ -1,5 +1,6 @@
 #include "hostapp/cli/ArgumentValues.h"
 
+#include "hostapp/core/OutputFile.h"
 #include "hostapp/core/QuickRanges.h"
 #include "hostapp/exchange/TimeColumnReader.h"
 
@@ -12,9 +13,9 @@ namespace {
 constexpr double kShortestInterval = 0.01, kLongestInterval = 3600;  // seconds
 constexpr int kSmallestSide = 16, kLargestSide = 16'384;             // points
 
-bool endsIn(const std::string& text, const char* extension)
+bool isNameOf(FileKind kind, const std::string& text)
 {
-    return QString::fromStdString(text).endsWith(QLatin1String(extension), Qt::CaseInsensitive);
+    return hasEndingOf(kind, QString::fromStdString(text));
 }
 
 }  // namespace
@@ -95,17 +96,22 @@ std::string checkRange(const std::string& text)
 
 std::string checkPicture(const std::string& text)
 {
-    return endsIn(text, ".png") || endsIn(text, ".pdf") ? std::string() : "must end in .png or .pdf";
+    return isNameOf(FileKind::Png, text) || isNameOf(FileKind::Pdf, text) ? std::string() : "must end in .png or .pdf";
 }
 
 std::string checkPdf(const std::string& text)
 {
-    return endsIn(text, ".pdf") ? std::string() : "must end in .pdf";
+    return isNameOf(FileKind::Pdf, text) ? std::string() : "must end in .pdf";
 }
 
 std::string checkPng(const std::string& text)
 {
-    return endsIn(text, ".png") ? std::string() : "must end in .png";
+    return isNameOf(FileKind::Png, text) ? std::string() : "must end in .png";
+}
+
+std::string checkTable(const std::string& text)
+{
+    return isNameOf(FileKind::Text, text) ? std::string() : "must end in .csv or .txt";
 }
 
 std::string checkTime(const std::string& text)

@@ -38,6 +38,7 @@ std::string checkRange(const std::string& text);
 std::string checkPicture(const std::string& text);
 std::string checkPdf(const std::string& text);
 std::string checkPng(const std::string& text);
+std::string checkTable(const std::string& text);
 std::string checkTime(const std::string& text);
 std::string checkDuration(const std::string& text);
 std::string checkInterval(const std::string& text);

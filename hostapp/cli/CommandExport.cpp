@@ -1,10 +1,12 @@
 #include "base/ReportableError.h"
 #include "base/StopRequest.h"
+#include "hostapp/cli/ArgumentValues.h"
 #include "hostapp/cli/CommandProgressBar.h"
 #include "hostapp/cli/Commands.h"
 #include "hostapp/cli/Options.h"
 #include "hostapp/cli/RecordChoice.h"
 #include "hostapp/cli/SiteLookup.h"
+#include "hostapp/core/OutputFile.h"
 #include "hostapp/document/MemoryBudget.h"
 #include "hostapp/exchange/formats/FileExchange.h"
 
@@ -44,6 +46,7 @@ void writeFile(const ExportCommand& command, const std::vector<std::shared_ptr<S
 
 int runCommand(const ExportCommand& command, CommandContext context)
 {
+    requireWritable(FileKind::Text, command.output);
     const std::shared_ptr<SiteDocument> document = openSite(command.site);
     const std::shared_ptr<SiteAgent> agent = agentOf(*document, command.choice.agent);
     const auto properties = propertiesOf(*agent, command.choice.properties);
@@ -75,7 +78,10 @@ Command addExport(CLI::App& program)
     const auto options = std::make_shared<ExportCommand>();
     CLI::App* exporting = program.add_subcommand("export", "Write records into a CSV file, every digit kept");
     addSite(exporting, options->site);
-    addText(exporting, "--output", options->output, "The file to write")->required()->type_name("FILE.csv");
+    addText(exporting, "--output", options->output, "The file to write")
+        ->required()
+        ->type_name("FILE.csv")
+        ->check(checkTable);
     addRecordChoice(exporting, options->choice);
     exporting->footer(
         "Example:\n  plotix export nyc.plotix --agent EWR --properties airTemperature --output newark.csv");

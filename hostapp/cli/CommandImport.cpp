@@ -106,6 +106,7 @@ ImportSummary importWithProgress(const ImportCommand& command, CommandContext co
 
 int runCommand(const ImportCommand& command, CommandContext context)
 {
+    requireSiteName(command.site);
     const StopRequest interruption(StopRequest::From::Keyboard);
     const ImportSummary summary = importWithProgress(command, context);
     // The summary is printed first: the records are stored even if making the trend view fails.

@@ -4,8 +4,6 @@
 #include "hostapp/cli/ImportWords.h"
 #include "hostapp/cli/ParsedCommand.h"
 
-#include <QtCore/QSaveFile>
-
 #include <ostream>
 
 namespace plotix {
@@ -65,13 +63,6 @@ bool commandWantsWindow(const QStringList& arguments)
 bool commandShowsTexts(const QStringList& arguments)
 {
     return parsedOrWrong(arguments).command.makes == Command::Makes::Picture;
-}
-
-void writeWholeFile(const QString& path, const QByteArray& bytes)
-{
-    QSaveFile file(path);
-    if (!file.open(QIODevice::WriteOnly) || file.write(bytes) != bytes.size() || !file.commit())
-        throw ReportableError(QStringLiteral("%1 cannot be written: %2").arg(path, file.errorString()));
 }
 
 }  // namespace plotix

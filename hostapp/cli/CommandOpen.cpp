@@ -6,6 +6,7 @@
 #include "hostapp/cli/Options.h"
 #include "hostapp/cli/RecordChoice.h"
 #include "hostapp/cli/SiteLookup.h"
+#include "hostapp/core/OutputFile.h"
 #include "hostapp/core/QuickRanges.h"
 #include "hostapp/demo/DemonstrationSite.h"
 #include "hostapp/demo/DemonstrationTrends.h"
@@ -85,10 +86,12 @@ int drawDemonstration(const QString& site, CommandContext context)
 {
     const std::shared_ptr<SiteDocument> document = openSite(site);
     RenderRequest request;
+    requireWritable(FileKind::Png, kDemonstrationPng);
+    requireWritable(FileKind::Pdf, kDemonstrationPdf);
     request.trend = suggestedTrend(document, suggestedTrends().front());
-    writeWholeFile(kDemonstrationPng, context.services.render(request));
+    writeOutput(FileKind::Png, kDemonstrationPng, context.services.render(request));
     request.format = RenderRequest::Format::Pdf;
-    writeWholeFile(kDemonstrationPdf, context.services.render(request));
+    writeOutput(FileKind::Pdf, kDemonstrationPdf, context.services.render(request));
     for (const QString& file : {kDemonstrationPng, kDemonstrationPdf})
         context.streams.output << "There is no display; the demonstration trend is in "
                                << QFileInfo(file).absoluteFilePath().toStdString() << '\n';
@@ -101,6 +104,8 @@ int runCommand(const OpenCommand& command, CommandContext context)
     if (needsDisplay && !command.site.isEmpty())
         throw ReportableError(
             QStringLiteral("there is no display to open a window on; use plotix render, or --screenshot"));
+    if (!command.screenshot.isEmpty())
+        requireWritable(FileKind::Png, command.screenshot);
     OpenRequest request{command.site, command.screenshot, command.size.value_or(kUsualWindowSize)};
     if (command.site.isEmpty() || isDemonstration(command.site))
         request.site = openDemonstration(context);

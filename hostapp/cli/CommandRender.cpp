@@ -4,6 +4,7 @@
 #include "hostapp/cli/Options.h"
 #include "hostapp/cli/RecordChoice.h"
 #include "hostapp/cli/SiteLookup.h"
+#include "hostapp/core/OutputFile.h"
 #include "hostapp/site/NewTrend.h"
 
 /// Rendering: the program draws, the file is written whole or not at all.
@@ -21,7 +22,7 @@ struct RenderCommand {
 
 bool isPdf(const RenderCommand& command)
 {
-    return command.output.endsWith(QLatin1String(".pdf"), Qt::CaseInsensitive);
+    return hasEndingOf(FileKind::Pdf, command.output);
 }
 
 /// The properties named; without names all but those that are never plotted.
@@ -53,6 +54,8 @@ TimeSpan spanToDraw(const RecordChoice& choice, const std::optional<RecordExtent
 
 int runCommand(const RenderCommand& command, CommandContext context)
 {
+    const FileKind kind = isPdf(command) ? FileKind::Pdf : FileKind::Png;
+    requireWritable(kind, command.output);
     RenderRequest request;
     TrendRequest& trend = request.trend;
     trend.document = openSite(command.site);
@@ -66,7 +69,7 @@ int runCommand(const RenderCommand& command, CommandContext context)
     request.size = command.size.value_or(kUsualGraphSize);
     request.bare = command.bare;
     request.format = isPdf(command) ? RenderRequest::Format::Pdf : RenderRequest::Format::Png;
-    writeWholeFile(command.output, context.services.render(request));
+    writeOutput(kind, command.output, context.services.render(request));
     return kCommandDone;
 }
 

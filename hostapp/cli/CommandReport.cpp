@@ -2,6 +2,7 @@
 #include "hostapp/cli/Commands.h"
 #include "hostapp/cli/Options.h"
 #include "hostapp/cli/SiteLookup.h"
+#include "hostapp/core/OutputFile.h"
 
 /// Reports: the program lays out and prints, the file is written whole or not at all.
 namespace plotix {
@@ -16,8 +17,9 @@ struct ReportCommand {
 
 int runCommand(const ReportCommand& command, CommandContext context)
 {
+    requireWritable(FileKind::Pdf, command.output);
     const ReportRequest request{openSite(command.site), command.view, command.paper};
-    writeWholeFile(command.output, context.services.report(request));
+    writeOutput(FileKind::Pdf, command.output, context.services.report(request));
     return kCommandDone;
 }
 

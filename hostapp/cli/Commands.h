@@ -2,8 +2,6 @@
 
 #include "hostapp/cli/CommandLine.h"
 
-#include <QtCore/QByteArray>
-
 #include <functional>
 #include <optional>
 
@@ -47,8 +45,5 @@ Command addServe(CLI::App& program);
 Command addReport(CLI::App& program);
 Command addCompact(CLI::App& program);
 Command addVerify(CLI::App& program);
-
-/// Writes the whole file or nothing; throws ReportableError.
-void writeWholeFile(const QString& path, const QByteArray& bytes);
 
 }  // namespace plotix

@@ -50,6 +50,13 @@ std::shared_ptr<SiteDocument> openSite(const QString& path)
     return SiteDocument::open(path);
 }
 
+void requireSiteName(const QString& path)
+{
+    if (!QFileInfo::exists(path) && !path.endsWith(QLatin1String(".plotix"), Qt::CaseInsensitive))
+        throw ReportableError(
+            QStringLiteral("there is no site %1, and the name of a new one must end in .plotix").arg(path));
+}
+
 std::shared_ptr<SiteAgent> agentOf(const SiteDocument& document, const QString& name)
 {
     const auto& agents = document.agents();

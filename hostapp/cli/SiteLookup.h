@@ -11,6 +11,9 @@ namespace plotix {
 
 std::shared_ptr<SiteDocument> openSite(const QString& path);
 
+/// For commands that make the site when there is none: a new one's name ends in .plotix.
+void requireSiteName(const QString& path);
+
 /// By name, whatever its case; without a name the only agent there is.
 std::shared_ptr<SiteAgent> agentOf(const SiteDocument& document, const QString& name);
 

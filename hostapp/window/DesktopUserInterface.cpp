@@ -1,13 +1,13 @@
 #include "hostapp/window/DesktopUserInterface.h"
 
 #include "base/ReportableError.h"
+#include "hostapp/window/OutputWords.h"
 #include "hostapp/window/SiteActions.h"
 #include "plugins/PlotixPlugIn/host/KTVBundle.h"
 #include "plugins/PlotixPlugIn/host/PngImage.h"
 
 #include <QtCore/QDateTime>
 #include <QtCore/QLocale>
-#include <QtCore/QSaveFile>
 #include <QtGui/QClipboard>
 #include <QtGui/QGuiApplication>
 #include <QtWidgets/QApplication>
@@ -41,6 +41,17 @@ void fillBox(QMessageBox& box, const KTVAlert& alert)
     box.setStandardButtons(QMessageBox::Ok);
 }
 
+/// Plug-ins write where the panel says, so the panel gives them no place where a file of another kind would be lost. A
+/// type that the program does not know is the plug-in's own affair.
+std::optional<OutputProblem> problemOfSaving(const QString& path, const QStringList& types)
+{
+    std::optional<FileKind> kind;
+    for (const QString& type : types)
+        if (const auto known = kindWrittenAs(type); known && (!kind || hasEndingOf(*known, path)))
+            kind = known;
+    return kind ? problemOfWriting(*kind, path) : std::nullopt;
+}
+
 }  // namespace
 
 void DesktopUserInterface::beginSheet(const KTVAlert& alert, QWidget* window, std::function<void()> completionHandler)
@@ -71,9 +82,16 @@ std::optional<QString> DesktopUserInterface::runSavePanel(const QStringList& all
     dialog.setNameFilters(filters);
     if (!allowedFileTypes.isEmpty())
         dialog.setDefaultSuffix(allowedFileTypes.first());
-    if (dialog.exec() != QDialog::Accepted || dialog.selectedFiles().isEmpty())
-        return std::nullopt;
-    return dialog.selectedFiles().first();
+    while (dialog.exec() == QDialog::Accepted && !dialog.selectedFiles().isEmpty()) {
+        const QString path = dialog.selectedFiles().first();
+        const auto problem = problemOfSaving(path, allowedFileTypes);
+        if (!problem)
+            return path;
+        runModal({tr("The file is not saved there"), outputText(*problem), KTVAlert::Style::Default});
+        if (problem->reason == OutputProblem::Reason::WrongEnding)
+            dialog.selectFile(path + QLatin1Char('.') + allowedFileTypes.first());  // which asks before replacing that
+    }
+    return std::nullopt;
 }
 
 void DesktopUserInterface::showSharingPicker(const QImage& image, const QRect& rect, QWidget* view)
@@ -106,11 +124,12 @@ QMenu* makeSharingMenu(const QImage& image, KTVUserInterface* userInterface, Sha
         const auto path = userInterface->runSavePanel({QStringLiteral("png")});
         if (!path)
             return;
-        QSaveFile file(*path);
-        if (!file.open(QIODevice::WriteOnly) || !writePng(file, image) || !file.commit())
+        try {
+            writeOutput(FileKind::Png, *path, pngOfImage(image));
+        } catch (const OutputFailure& failure) {
             userInterface->runModal({DesktopUserInterface::tr("The image could not be saved"),
-                                     DesktopUserInterface::tr("“%1” cannot be written.").arg(*path),
-                                     KTVAlert::Style::Critical});
+                                     outputText(failure.problem()), KTVAlert::Style::Critical});
+        }
     });
     menu->addSeparator();
     const auto passOn = [&](const QString& text, void (SharedPicture::*way)(const QImage&), const QString& reason) {

@@ -9,17 +9,19 @@
 #include "hostapp/print/ReportPrinter.h"
 #include "hostapp/site/NewTrend.h"
 #include "hostapp/site/PlugInOperations.h"
+#include "hostapp/window/AppearanceMenu.h"
 #include "hostapp/window/DesktopUserInterface.h"
 #include "hostapp/window/EmptyStateView.h"
 #include "hostapp/window/ExportImageDialog.h"
+#include "hostapp/window/OutputWords.h"
 #include "hostapp/window/PropertyListModel.h"
 #include "hostapp/window/PropertyListView.h"
+#include "hostapp/window/Regions.h"
 #include "hostapp/window/SiteDetailsDialog.h"
 #include "plugins/PlotixPlugIn/host/PngImage.h"
 #include "records/store/RecordStore.h"
 
 #include <QtCore/QFile>
-#include <QtCore/QSaveFile>
 #include <QtWidgets/QApplication>
 #include <QtWidgets/QFileDialog>
 #include <QtWidgets/QListView>
@@ -41,9 +43,9 @@ void SiteWindow::connectFileActions()
     connect(m_actions.siteDetails, &QAction::triggered, this, &SiteWindow::askForSiteDetails);
     connect(m_actions.exportImage, &QAction::triggered, this, &SiteWindow::exportImage);
     connect(m_actions.exportPNG, &QAction::triggered, this,
-            [this] { sendAction(selectedPlugIn().get(), "exportToPNG", this); });
+            [this] { sendAction(trendInFront().get(), "exportToPNG", this); });
     connect(m_actions.exportPDF, &QAction::triggered, this,
-            [this] { sendAction(selectedPlugIn().get(), "exportToPDF", this); });
+            [this] { sendAction(trendInFront().get(), "exportToPDF", this); });
     connect(m_actions.exportReport, &QAction::triggered, this, &SiteWindow::exportReport);
     connect(m_actions.print, &QAction::triggered, this, &SiteWindow::printReport);
     connect(m_actions.close, &QAction::triggered, this, &QWidget::close);
@@ -53,10 +55,15 @@ void SiteWindow::connectFileActions()
 void SiteWindow::connectOtherActions()
 {
     connect(m_actions.refresh, &QAction::triggered, this,
-            [this] { sendAction(selectedPlugIn().get(), "refresh", this); });
-    connect(m_actions.fit, &QAction::triggered, this, [this] { sendAction(selectedPlugIn().get(), "fitAll", this); });
+            [this] { sendAction(trendInFront().get(), "refresh", this); });
+    connect(m_actions.fit, &QAction::triggered, this, [this] { sendAction(trendInFront().get(), "fitAll", this); });
     connect(m_actions.zoomTimeOnly, &QAction::toggled, this, &SiteWindow::holdModifiers);
     connect(m_actions.zoomValuesOnly, &QAction::toggled, this, &SiteWindow::holdModifiers);
+    connect(m_actions.nextRegion, &QAction::triggered, this,
+            [this] { focusRegion(*windowInFront(), RegionStep::Next); });
+    connect(m_actions.previousRegion, &QAction::triggered, this,
+            [this] { focusRegion(*windowInFront(), RegionStep::Previous); });
+    fillAppearanceMenu(m_actions.appearance);
     connect(m_actions.newTrend, &QAction::triggered, this, &SiteWindow::newTrend);
     connect(m_actions.help, &QAction::triggered, this,
             [this] { m_services.helpManager->openHelpAnchor(helpAnchor()); });
@@ -69,8 +76,10 @@ void SiteWindow::connectOtherActions()
     });
 }
 
-QString SiteWindow::helpAnchor() const
+QString SiteWindow::helpAnchor()
 {
+    if (windowInFront() != this)
+        return QStringLiteral("trend");
     const QWidget* focus = focusWidget();
     if (focus == m_propertyView)
         return QStringLiteral("properties");
@@ -81,7 +90,7 @@ QString SiteWindow::helpAnchor() const
 
 void SiteWindow::updateActions()
 {
-    const KTVPlugInPtr plugIn = selectedPlugIn();
+    const KTVPlugInPtr plugIn = trendInFront();
     const bool readOnly = m_controller->siteDocument()->isReadOnly();
     const QString noTrend = plugIn ? QString() : tr("Select a trend first.");
     const auto needs = [&](const char* action) {
@@ -95,7 +104,7 @@ void SiteWindow::updateActions()
     setUnavailableReason(m_actions.print, noReport);
     setUnavailableReason(m_actions.refresh, needs("refresh"));
     setUnavailableReason(m_actions.fit, needs("fitAll"));
-    updateTrendActions(noTrend);
+    updateTrendActions(selectedPlugIn() ? QString() : tr("Select a trend first."));
     updateLiveActions(noTrend);
     setUnavailableReason(m_actions.newTrend,
                          m_properties->ticked().empty() ? tr("Tick properties in the list first.") : QString());
@@ -120,8 +129,11 @@ void SiteWindow::askForNewSite()
     dialog.setDefaultSuffix(QStringLiteral("plotix"));
     // A site holds years of records: one is never written over by choosing its name for a new one.
     dialog.setOption(QFileDialog::DontConfirmOverwrite);
-    if (dialog.exec() == QDialog::Accepted && !dialog.selectedFiles().isEmpty())
-        emit newSiteRequested(dialog.selectedFiles().first());
+    if (dialog.exec() != QDialog::Accepted || dialog.selectedFiles().isEmpty())
+        return;
+    const QString ending = QStringLiteral(".plotix");
+    const QString path = dialog.selectedFiles().first();
+    emit newSiteRequested(path.endsWith(ending, Qt::CaseInsensitive) ? path : path + ending);
 }
 
 void SiteWindow::askForSiteDetails()
@@ -166,8 +178,8 @@ void SiteWindow::holdModifiers()
 
 void SiteWindow::exportImage()
 {
-    const KTVPlugInPtr plugIn = selectedPlugIn();
-    ExportImageDialog dialog(titleOf(*plugIn), this);
+    const KTVPlugInPtr plugIn = trendInFront();
+    ExportImageDialog dialog(titleOf(*plugIn), windowInFront());
     if (dialog.exec() != QDialog::Accepted)
         return;
     const QImage image = graphImage(plugIn.get(), dialog.size(), dialog.density(), dialog.title());
@@ -179,14 +191,16 @@ void SiteWindow::exportImage()
     const auto path = m_services.userInterface->runSavePanel({QStringLiteral("png")});
     if (!path)
         return;
-    QSaveFile file(*path);
-    if (!file.open(QIODevice::WriteOnly) || !writePng(file, image) || !file.commit())
-        showAlert(tr("The image could not be saved"), tr("“%1”: %2").arg(*path, file.errorString()));
+    try {
+        writeOutput(FileKind::Png, *path, pngOfImage(image));
+    } catch (const OutputFailure& failure) {
+        showAlert(tr("The image could not be saved"), outputText(failure.problem()));
+    }
 }
 
 void SiteWindow::showAlert(const QString& message, const QString& text, KTVAlert::Style style)
 {
-    m_services.userInterface->beginSheet({message, text, style}, this, {});
+    m_services.userInterface->beginSheet({message, text, style}, windowInFront(), {});
 }
 
 }  // namespace plotix

@@ -33,13 +33,15 @@ void SiteWindow::connectLiveActions()
     TrendFollower* const follower = &m_controller->follower();
     connect(m_actions.recordComputer, &QAction::toggled, this, &SiteWindow::recordComputer);
     connect(m_recording.get(), &SiteRecording::agentAdded, this, &SiteWindow::addFirstLiveTrend);
-    connect(m_recording.get(), &SiteRecording::messageChanged, this,
-            [this] { statusBar()->showMessage(m_recording->message()); });
+    connect(m_recording.get(), &SiteRecording::messageChanged, this, [this] {
+        statusBar()->showMessage(m_recording->message());
+        setChecked(m_actions.recordComputer, m_recording->isOn());
+    });
     connect(m_actions.follow, &QAction::toggled, this, [this, follower](bool on) {
         if (on)
-            follower->follow(selectedPlugIn());
+            follower->follow(trendInFront());
         else
-            follower->stopFollowing(selectedPlugIn().get());
+            follower->stopFollowing(trendInFront().get());
     });
     connect(follower, &TrendFollower::followingChanged, this, &SiteWindow::updateActions);
     m_controller->followAgain();
@@ -69,7 +71,7 @@ void SiteWindow::updateLiveActions(const QString& noTrend)
 {
     if (!m_recording)
         return;  // while the window is made or destroyed
-    const KTVPlugInPtr plugIn = selectedPlugIn();
+    const KTVPlugInPtr plugIn = trendInFront();
     const bool readOnly = m_controller->siteDocument()->isReadOnly();
     m_actions.recordComputer->setToolTip(tr("Load, memory, disks, network and temperatures, every second."));
     setUnavailableReason(m_actions.recordComputer, readOnly ? tr("This site may only be looked at.") : QString());

@@ -9,8 +9,8 @@
 #include "hostapp/print/ReportPrinter.h"
 #include "hostapp/site/PlugInOperations.h"
 #include "hostapp/window/DesktopUserInterface.h"
+#include "hostapp/window/OutputWords.h"
 
-#include <QtCore/QSaveFile>
 #include <QtPrintSupport/QPrintPreviewDialog>
 #include <QtPrintSupport/QPrinter>
 
@@ -43,12 +43,12 @@ void offerPaper(QPrinter& printer)
 
 void SiteWindow::printReport()
 {
-    const KTVPlugInPtr plugIn = selectedPlugIn();
+    const KTVPlugInPtr plugIn = trendInFront();
     const ReportPrinter report(plugIn, graphForPaper);
     QPrinter printer(QPrinter::HighResolution);
     printer.setDocName(titleOf(*plugIn));
     offerPaper(printer);
-    QPrintPreviewDialog preview(&printer, this);
+    QPrintPreviewDialog preview(&printer, windowInFront());
     preview.setWindowTitle(tr("Print “%1”").arg(titleOf(*plugIn)));
     QString failure;
     connect(&preview, &QPrintPreviewDialog::paintRequested, this, [&](QPrinter* paper) {
@@ -67,15 +67,14 @@ void SiteWindow::printReport()
 
 void SiteWindow::exportReport()
 {
-    const KTVPlugInPtr plugIn = selectedPlugIn();
+    const KTVPlugInPtr plugIn = trendInFront();
     const auto path = m_services.userInterface->runSavePanel({QStringLiteral("pdf")});
     if (!path)
         return;
     try {
-        const QByteArray bytes = ReportPrinter(plugIn, graphForPaper).pdf();
-        QSaveFile file(*path);
-        if (!file.open(QIODevice::WriteOnly) || file.write(bytes) != bytes.size() || !file.commit())
-            throw ReportableError(tr("“%1”: %2").arg(*path, file.errorString()));
+        writeOutput(FileKind::Pdf, *path, ReportPrinter(plugIn, graphForPaper).pdf());
+    } catch (const OutputFailure& failure) {
+        showAlert(tr("The report could not be saved"), outputText(failure.problem()));
     } catch (const ReportableError& error) {
         showAlert(tr("The report could not be saved"), error.message());
     }

@@ -2,6 +2,21 @@
 <!DOCTYPE TS>
 <TS version="2.1" language="de" sourcelanguage="en">
 <context>
+    <name>AppearanceText</name>
+    <message>
+        <source>Like the &amp;Desktop</source>
+        <translation>Wie der &amp;Desktop</translation>
+    </message>
+    <message>
+        <source>&amp;Light</source>
+        <translation>&amp;Hell</translation>
+    </message>
+    <message>
+        <source>D&amp;ark</source>
+        <translation>Du&amp;nkel</translation>
+    </message>
+</context>
+<context>
     <name>CPTGraphHostingView</name>
     <message>
         <source>Graph</source>
@@ -392,6 +407,49 @@
     </message>
 </context>
 <context>
+    <name>OutputText</name>
+    <message>
+        <source>“%1” is a PNG picture. Choose another name.</source>
+        <translation>„%1“ ist ein PNG-Bild. Wählen Sie einen anderen Namen.</translation>
+    </message>
+    <message>
+        <source>“%1” is a PDF document. Choose another name.</source>
+        <translation>„%1“ ist ein PDF-Dokument. Wählen Sie einen anderen Namen.</translation>
+    </message>
+    <message>
+        <source>“%1” is a text. Choose another name.</source>
+        <translation>„%1“ ist ein Text. Wählen Sie einen anderen Namen.</translation>
+    </message>
+    <message>
+        <source>“%1” is a spreadsheet or another archive. Choose another name.</source>
+        <translation>„%1“ ist eine Arbeitsmappe oder ein anderes Archiv. Wählen Sie einen anderen Namen.</translation>
+    </message>
+    <message>
+        <source>“%1” is a site or another database. Choose another name.</source>
+        <translation>„%1“ ist eine Anlage oder eine andere Datenbank. Wählen Sie einen anderen Namen.</translation>
+    </message>
+    <message>
+        <source>“%1” is a file of another kind. Choose another name.</source>
+        <translation>„%1“ ist eine Datei anderer Art. Wählen Sie einen anderen Namen.</translation>
+    </message>
+    <message>
+        <source>The name “%1” must end in .%2.</source>
+        <translation>Der Name „%1“ muss auf .%2 enden.</translation>
+    </message>
+    <message>
+        <source> or .</source>
+        <translation> oder .</translation>
+    </message>
+    <message>
+        <source>“%1” is not a file that can be replaced. Choose another name.</source>
+        <translation>„%1“ ist keine Datei, die ersetzt werden kann. Wählen Sie einen anderen Namen.</translation>
+    </message>
+    <message>
+        <source>“%1” cannot be written: %2</source>
+        <translation>„%1“ kann nicht geschrieben werden: %2</translation>
+    </message>
+</context>
+<context>
     <name>Plotix</name>
     <message>
         <source>Show</source>
@@ -536,6 +594,14 @@
     <message>
         <source>All Time</source>
         <translation>Gesamter Zeitraum</translation>
+    </message>
+    <message>
+        <source>Time</source>
+        <translation>Zeit</translation>
+    </message>
+    <message>
+        <source>Value</source>
+        <translation>Wert</translation>
     </message>
 </context>
 <context>
@@ -771,6 +837,18 @@
         <source>&amp;About Plotix</source>
         <translation>Ü&amp;ber Plotix</translation>
     </message>
+    <message>
+        <source>&amp;Next Region</source>
+        <translation>&amp;Nächster Bereich</translation>
+    </message>
+    <message>
+        <source>&amp;Previous Region</source>
+        <translation>&amp;Vorheriger Bereich</translation>
+    </message>
+    <message>
+        <source>&amp;Appearance</source>
+        <translation>Ersc&amp;heinungsbild</translation>
+    </message>
 </context>
 <context>
     <name>TrendCommandText</name>
@@ -810,10 +888,6 @@
         <translation>Das Bild konnte nicht gesichert werden</translation>
     </message>
     <message>
-        <source>“%1” cannot be written.</source>
-        <translation>„%1“ kann nicht geschrieben werden.</translation>
-    </message>
-    <message>
         <source>The picture could not be passed on</source>
         <translation>Das Bild konnte nicht weitergegeben werden</translation>
     </message>
@@ -824,6 +898,10 @@
     <message>
         <source>Open &amp;With…</source>
         <translation>Öffnen &amp;mit …</translation>
+    </message>
+    <message>
+        <source>The file is not saved there</source>
+        <translation>Dort wird die Datei nicht gesichert</translation>
     </message>
 </context>
 <context>
@@ -863,6 +941,17 @@
     <message>
         <source>%1 × %2 pixels</source>
         <translation>%1 × %2 Pixel</translation>
+    </message>
+</context>
+<context>
+    <name>plotix::GatheringToolbar</name>
+    <message>
+        <source>New Trend</source>
+        <translation>Neuer Trend</translation>
+    </message>
+    <message>
+        <source>Choose where the measurements of a new trend come from.</source>
+        <translation>Wählen Sie, woher die Messwerte eines neuen Trends kommen.</translation>
     </message>
 </context>
 <context>
@@ -1068,6 +1157,18 @@ Doppelklick ändert Farbe oder Einheit.</translation>
         <source>Color of %1</source>
         <translation>Farbe von %1</translation>
     </message>
+    <message>
+        <source>&amp;Tick All</source>
+        <translation>Alle &amp;ankreuzen</translation>
+    </message>
+    <message>
+        <source>&amp;Untick All</source>
+        <translation>Alle &amp;Kreuze entfernen</translation>
+    </message>
+    <message>
+        <source>&amp;New Trend from Ticked Properties</source>
+        <translation>&amp;Neuer Trend aus angekreuzten Größen</translation>
+    </message>
 </context>
 <context>
     <name>plotix::SeparateWindow</name>
@@ -1241,10 +1342,6 @@ Doppelklick ändert Farbe oder Einheit.</translation>
         <translation>Das Bild konnte nicht gesichert werden</translation>
     </message>
     <message>
-        <source>“%1”: %2</source>
-        <translation>„%1“: %2</translation>
-    </message>
-    <message>
         <source>Importing %1…</source>
         <translation>%1 wird importiert …</translation>
     </message>
@@ -1358,6 +1455,14 @@ Doppelklick ändert Farbe oder Einheit.</translation>
     <message>
         <source>Clear Menu</source>
         <translation>Liste leeren</translation>
+    </message>
+    <message>
+        <source>%1 (may only be looked at) – Plotix</source>
+        <translation>%1 (nur zum Ansehen) – Plotix</translation>
+    </message>
+    <message>
+        <source>The site&apos;s file was replaced</source>
+        <translation>Die Datei der Anlage wurde ersetzt</translation>
     </message>
 </context>
 <context>

@@ -1,10 +1,10 @@
 #include "hostapp/exchange/formats/FileExchange.h"
 
 #include "base/ReportableError.h"
+#include "hostapp/core/OutputFile.h"
 #include "hostapp/exchange/formats/FileFormats.h"
 
 #include <QtCore/QFileInfo>
-#include <QtCore/QSaveFile>
 
 namespace plotix {
 
@@ -24,12 +24,10 @@ ImportSummary importFile(const QString& file, const QString& site, const ImportO
 
 void exportFile(const QString& file, const ExportedRecords& records, const ExportProgress& progress)
 {
-    QSaveFile saved(file);
-    if (!saved.open(QIODevice::WriteOnly))
-        throw ExportFailure(saved.errorString());
-    formatWrittenFor(QFileInfo(file).fileName()).write(saved, records, progress);
-    if (!saved.commit())
-        throw ExportFailure(saved.errorString());
+    const FileFormat& format = formatWrittenFor(QFileInfo(file).fileName());
+    OutputFile saved(format.written, file);
+    format.write(saved.device(), records, progress);
+    saved.commit();
 }
 
 }  // namespace plotix

@@ -10,7 +10,8 @@ namespace plotix {
 ImportSummary importFile(const QString& file, const QString& site, const ImportOptions& options,
                          const ImportProgress& progress = {});
 
-/// Writes a file, whole or not at all; its name tells the format. Throws ExportFailure and ExportCancelled.
+/// Writes a file, whole or not at all; its name tells the format. Throws OutputFailure when the
+/// name is wrong or taken by a file of another kind or the file cannot be written; ExportFailure, ExportCancelled.
 void exportFile(const QString& file, const ExportedRecords& records, const ExportProgress& progress = {});
 
 }  // namespace plotix

@@ -21,13 +21,13 @@ bool anyFile(const QString&, QByteArrayView)
     return true;
 }
 
-bool anyName(const QString&)
+bool isTextName(const QString& name)
 {
-    return true;
+    return hasEndingOf(FileKind::Text, name);
 }
 
 constexpr std::array<FileFormat, 1> kFormats = {{
-    {"delimited text", anyFile, make<DelimitedReader>, anyName, writeDelimited},
+    {"delimited text", anyFile, make<DelimitedReader>, isTextName, writeDelimited},
 }};
 
 }  // namespace
@@ -45,9 +45,12 @@ const FileFormat& formatOf(const QString& fileName, QByteArrayView beginning)
 
 const FileFormat& formatWrittenFor(const QString& fileName)
 {
-    return *std::find_if(kFormats.begin(), kFormats.end(), [&](const FileFormat& format) {
+    const auto found = std::find_if(kFormats.begin(), kFormats.end(), [&](const FileFormat& format) {
         return format.write != nullptr && format.isWrittenFor(fileName.toLower());
     });
+    if (found == kFormats.end())
+        throw OutputFailure({OutputProblem::Reason::WrongEnding, fileName, FileKind::Text});
+    return *found;
 }
 
 }  // namespace plotix

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "hostapp/core/OutputFile.h"
 #include "hostapp/exchange/Export.h"
 #include "hostapp/exchange/InputFile.h"
 #include "hostapp/exchange/RowSource.h"
@@ -27,6 +28,7 @@ struct FileFormat {
     bool (*isWrittenFor)(const QString& fileName);
     /// Throws ExportFailure and ExportCancelled. Null for a format that can only be read.
     void (*write)(QIODevice& device, const ExportedRecords& records, const ExportProgress& progress);
+    FileKind written = FileKind::Text;  ///< what a written file is, so that it replaces no other kind
 };
 
 inline constexpr qsizetype kFileBeginning = 4096;  // bytes
@@ -36,6 +38,7 @@ std::span<const FileFormat> fileFormats();
 
 /// The first format whose `isOf` says so.
 const FileFormat& formatOf(const QString& fileName, QByteArrayView beginning);
+/// Throws OutputFailure when no format is written under such a name.
 const FileFormat& formatWrittenFor(const QString& fileName);
 
 }  // namespace plotix

@@ -24,6 +24,25 @@ TEST_F(ExportCommandTest, ExportTakesAPart)
     EXPECT_EQ(contents(path("out.csv")), QByteArray("time,Pressure (hPa)\n2015-01-01T00:01:00.25Z,1001.25\n"));
 }
 
+TEST_F(ExportCommandTest, NoSiteIsWrittenOver)
+{
+    importWeather();
+    const QByteArray before = contents(site());
+    expectFailure({"export", site(), "--output", site()}, 2, QStringLiteral("must end in .csv"));
+    QFile::link(site(), path("link.csv"));
+    expectFailure({"export", site(), "--output", path("link.csv")}, 1, path("link.csv"));
+    expectFailure({"export", site(), "--output", path("link.csv")}, 1, QStringLiteral("a site or another database"));
+    EXPECT_EQ(contents(site()), before);
+}
+
+TEST_F(ExportCommandTest, AnEarlierExportIsReplaced)
+{
+    importWeather();
+    write("out.csv", "time,a\n");
+    ASSERT_EQ(run({"export", site(), "--output", path("out.csv")}), 0) << m_error.toStdString();
+    EXPECT_TRUE(contents(path("out.csv")).startsWith("time,Air"));
+}
+
 struct RoundTripCase {
     const char* name;
     QByteArray text;  ///< as export writes it

@@ -59,6 +59,14 @@ TEST_F(ImportCommandTest, AFailedImportLeavesNothing)
     EXPECT_TRUE(m_services.stored.empty());
 }
 
+TEST_F(ImportCommandTest, ANewSiteIsNamedLikeOne)
+{
+    write("data.csv", "time,a\n2015-01-01T00:00:00Z,1\n");
+    expectFailure({"import", path("data.csv"), "--site", path("new.csv")}, 1, QStringLiteral("must end in .plotix"));
+    expectFailure({"record", path("new.csv"), "--for", "1"}, 1, QStringLiteral("must end in .plotix"));
+    EXPECT_FALSE(QFile::exists(path("new.csv")));
+}
+
 TEST_F(ImportCommandTest, CancellingAnImportLeavesNothing)
 {
     m_services.progress = [](double) { return false; };

@@ -4,6 +4,8 @@ namespace plotix {
 
 namespace {
 
+const QByteArray kOldPng("\x89PNG\r\n\x1a\nold");
+
 using RenderCommandTest = CommandLineTest;
 
 TEST_F(RenderCommandTest, RenderDrawsAllTimeUnlessTold)
@@ -60,10 +62,20 @@ TEST_F(RenderCommandTest, LookupsListWhatThereIs)
 TEST_F(RenderCommandTest, AFailedRenderKeepsTheFileThatWasThere)
 {
     importWeather();
-    write("a.png", "old");
+    write("a.png", kOldPng);
     m_services.renderFails = true;
     expectFailure({"render", site(), "--output", path("a.png")}, 1, QStringLiteral("the module is missing"));
-    EXPECT_EQ(contents(path("a.png")), "old");
+    EXPECT_EQ(contents(path("a.png")), kOldPng);
+}
+
+TEST_F(RenderCommandTest, ASiteIsNotReplacedByAPictureOfIt)
+{
+    importWeather();
+    QFile::copy(site(), path("site.png"));
+    expectFailure({"render", site(), "--output", path("site.png")}, 1, QStringLiteral("a site or another database"));
+    expectFailure({"open", site(), "--screenshot", path("site.png")}, 1, QStringLiteral("a site or another database"));
+    EXPECT_EQ(contents(path("site.png")), contents(site()));
+    EXPECT_TRUE(m_services.rendered.empty() && m_services.opened.empty());
 }
 
 TEST_F(RenderCommandTest, PlacesThatCannotBeWrittenAreSaidToBe)

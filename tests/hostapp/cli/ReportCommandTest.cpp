@@ -32,6 +32,15 @@ TEST_F(ReportCommandTest, ReportIsAPdfOnOneOfTwoPapers)
     expectFailure({"report", path("nowhere.plotix"), "--output", path("report.pdf")}, 1, "there is no site");
 }
 
+TEST_F(ReportCommandTest, ASiteIsNotReplacedByItsReport)
+{
+    importWeather();
+    QFile::copy(site(), path("site.pdf"));
+    expectFailure({"report", site(), "--output", path("site.pdf")}, 1, "a site or another database");
+    EXPECT_EQ(contents(path("site.pdf")), contents(site()));
+    EXPECT_TRUE(m_services.reported.empty());
+}
+
 }  // namespace
 
 }  // namespace plotix

@@ -1,10 +1,14 @@
 #include "hostapp/window/DesktopUserInterface.h"
 
+#include <QtCore/QFile>
+#include <QtCore/QTemporaryDir>
 #include <QtCore/QTimer>
 #include <QtGui/QClipboard>
 #include <QtTest/QTest>
 #include <QtWidgets/QAbstractButton>
 #include <QtWidgets/QApplication>
+#include <QtWidgets/QFileDialog>
+#include <QtWidgets/QLineEdit>
 #include <QtWidgets/QMenu>
 #include <QtWidgets/QMessageBox>
 #include <QtWidgets/QPushButton>
@@ -64,6 +68,96 @@ TEST_F(DesktopUserInterfaceTest, ModalAlertReturnsAfterItWasDismissed)
     });
     desktop.runModal(alert);
     EXPECT_EQ(seen, alert.messageText);
+}
+
+/// A person at the save panel: gives one name after the other, confirms every alert and writes down what it said.
+class SavePanelTest : public DesktopUserInterfaceTest {
+protected:
+    std::optional<QString> save(const QStringList& types, const QStringList& names)
+    {
+        m_names = names;
+        QObject person;
+        wait(&person);
+        return desktop.runSavePanel(types);
+    }
+
+    QString given(const char* name, const QByteArray& bytes) const
+    {
+        QFile file(folder.filePath(QLatin1String(name)));
+        EXPECT_TRUE(file.open(QIODevice::WriteOnly));
+        file.write(bytes);
+        return file.fileName();
+    }
+
+    QTemporaryDir folder;
+    QStringList alerts;
+    QString nameOffered;  ///< by the panel when the last name was given
+
+private:
+    /// A timer of its own for every step: one whose step opens another dialog does not fire again under it.
+    void wait(QObject* person)
+    {
+        QTimer::singleShot(10, person, [this, person] {
+            wait(person);
+            step();
+        });
+    }
+
+    void step()
+    {
+        QWidget* modal = QApplication::activeModalWidget();
+        if (auto* box = qobject_cast<QMessageBox*>(modal)) {
+            alerts << box->informativeText();
+            if (QAbstractButton* yes = box->button(QMessageBox::Yes))
+                yes->click();  // the toolkit's own question whether to replace
+            else
+                box->accept();
+            return;
+        }
+        auto* panel = qobject_cast<QFileDialog*>(modal);
+        if (!panel)
+            return;
+        auto* edit = panel->findChild<QLineEdit*>();
+        nameOffered = edit->text();
+        if (m_names.isEmpty()) {
+            panel->reject();
+            return;
+        }
+        edit->setText(m_names.takeFirst());
+        static_cast<QDialog*>(panel)->accept();
+    }
+
+    QStringList m_names;
+};
+
+TEST_F(SavePanelTest, ANameThatIsFreeIsAnswered)
+{
+    const QString path = folder.filePath(QStringLiteral("a.png"));
+    EXPECT_EQ(save({"png"}, {path}), path);
+    EXPECT_TRUE(alerts.isEmpty());
+}
+
+TEST_F(SavePanelTest, AFileOfAnotherKindIsRefusedAndAnotherNameAskedFor)
+{
+    const QString site = given("site.png", QByteArray("SQLite format 3").append('\0'));
+    const QString path = folder.filePath(QStringLiteral("a.png"));
+    EXPECT_EQ(save({"png"}, {site, path}), path);
+    EXPECT_EQ(alerts.last(), QStringLiteral("“site.png” is a site or another database. Choose another name."));
+}
+
+TEST_F(SavePanelTest, ANameWithAnotherEndingIsOfferedWithTheRightOne)
+{
+    const QString path = folder.filePath(QStringLiteral("Trend 1.5"));
+    EXPECT_EQ(save({"pdf"}, {path}), std::nullopt);
+    EXPECT_EQ(alerts, QStringList{"The name “Trend 1.5” must end in .pdf."});
+    EXPECT_EQ(nameOffered, QStringLiteral("Trend 1.5.pdf"));
+}
+
+TEST_F(SavePanelTest, OneOfSeveralTypesWillDo)
+{
+    const QString path = folder.filePath(QStringLiteral("a.xlsx"));
+    EXPECT_EQ(save({"csv", "xlsx"}, {path}), path);
+    EXPECT_TRUE(alerts.isEmpty());
 }
 
 TEST_F(DesktopUserInterfaceTest, HeldModifiersCountAsPressed)

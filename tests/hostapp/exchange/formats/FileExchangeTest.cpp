@@ -14,10 +14,16 @@ namespace {
 
 TEST(FileFormats, TakeAnyFileAsDelimitedTextThatNoOtherFormatKnows)
 {
-    for (const char* name : {"data.csv", "DATA.TSV", "readings.log", "data"}) {
+    for (const char* name : {"data.csv", "DATA.TSV", "readings.log", "data"})
         EXPECT_STREQ(formatOf(QLatin1String(name), "time,a\n").name, "delimited text") << name;
+}
+
+TEST(FileFormats, AreWrittenUnderNamesOfTheirOwnAlone)
+{
+    for (const char* name : {"data.csv", "DATA.CSV", "readings.txt"})
         EXPECT_STREQ(formatWrittenFor(QLatin1String(name)).name, "delimited text") << name;
-    }
+    for (const char* name : {"data", "site.plotix", "a.csv.plotix", "picture.png", "csv"})
+        EXPECT_THROW(formatWrittenFor(QLatin1String(name)), OutputFailure) << name;
 }
 
 TEST(FileFormats, CanAllBeReadAndHaveNamesOfTheirOwn)
@@ -69,8 +75,9 @@ TEST_F(ExportFileTest, AFolderThatIsNotThereIsAFailureInTheSystemsWords)
     try {
         exportRecords();
         FAIL() << "nothing was thrown";
-    } catch (const ExportFailure& failure) {
-        EXPECT_FALSE(failure.systemError().isEmpty());
+    } catch (const OutputFailure& failure) {
+        EXPECT_EQ(failure.problem().reason, OutputProblem::Reason::NotWritten);
+        EXPECT_FALSE(failure.problem().systemError.isEmpty());
     }
 }
 
