@@ -90,6 +90,29 @@ TEST_F(DateRangeControllerOrder, HidingTheControlsLeavesTheIndicatorAsItIs)
     EXPECT_TRUE(controller->progressIndicator()->isAnimating());
 }
 
+/// Writes down which control is hidden, in order.
+class HidingRecorder : public QObject {
+public:
+    bool eventFilter(QObject* watched, QEvent* event) override
+    {
+        if (event->type() == QEvent::HideToParent)
+            hidden.append(watched->objectName());
+        return false;
+    }
+    QStringList hidden;
+};
+
+TEST_F(DateRangeControllerOrder, TheControlsAreHiddenInTheirOrder)
+{
+    HidingRecorder recorder;
+    for (QWidget* control : controller->view()->findChildren<QWidget*>())
+        control->installEventFilter(&recorder);
+    showPanel();
+    controller->hideControls();
+    EXPECT_EQ(recorder.hidden,
+              (QStringList{"fromDate", "toDate", "fromTextField", "toTextField", "quickDatePopupButton"}));
+}
+
 TEST_F(DateRangeControllerOrder, BothDatesAreArchivedToTheBit)
 {
     controller->setFromDateValue(plotix::Date{1388534399.123456789});

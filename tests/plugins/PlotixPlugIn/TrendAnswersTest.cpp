@@ -147,6 +147,44 @@ TEST_F(TrendAnswers, OverlayLiesOverTheGraph)
     EXPECT_EQ(host().lastMessageViewController()->coveredView(), trend().hostView());
 }
 
+/// Looks when something is laid over a view.
+class OverlayWatcher : public QObject {
+public:
+    OverlayWatcher(QWidget* view, std::function<void()> look) : m_look(std::move(look))
+    {
+        view->installEventFilter(this);
+    }
+    bool eventFilter(QObject*, QEvent* event) override
+    {
+        if (event->type() == QEvent::ChildAdded)
+            m_look();
+        return false;
+    }
+
+private:
+    std::function<void()> m_look;
+};
+
+TEST_F(TrendAnswers, MessageComesBeforeTheEndOfTheRefresh)
+{
+    openTrend();
+    bool wasBusy = false;
+    const OverlayWatcher watcher(trend().hostView(), [&] { wasBusy = isBusy(); });
+    answer(records().withoutTime());
+    EXPECT_TRUE(wasBusy);
+    EXPECT_FALSE(isBusy());
+}
+
+// It rebuilds as an answer does, and an answer accepts the dates that stand in the panel.
+TEST_F(TrendAnswers, UnitChangeAcceptsTheDatesShown)
+{
+    openTrendWithData();
+    panel().setFromDateValue(plotix::Date{kFrom - 60});
+    property("airTemperature")->setUnit("degF");
+    EXPECT_EQ(panel().previousFromDate(), plotix::Date{kFrom - 60});
+    EXPECT_EQ(fetchCount(), 1);
+}
+
 TEST_F(TrendAnswers, PictureIsSentAfterTheMessages)
 {
     openTrend();

@@ -56,7 +56,7 @@ TEST_F(TrendLooks, LettingGoOfTheButtonEndsTheDrag)
 {
     openTrendWithData();
     KTVGraphHostingView& view = *trend().hostView();
-    view.resize(600, 400);
+    trend().view()->show();
     const QPoint middle = plotkit::geometryOfGraph(*trend().graph(), view.rect()).plotArea.center().toPoint();
     QTest::mousePress(&view, Qt::LeftButton, {}, middle);
     QTest::mouseRelease(&view, Qt::LeftButton, {}, middle);
@@ -147,9 +147,9 @@ TEST_F(TrendLooks, FetchTicksNothingBeforeItsAnswer)
 TEST_F(TrendLooks, LongRangesKeepTheirFractions)
 {
     openTrendWithData();
-    space().setXRange({kFrom, 1e6 + 0.0625});
-    EXPECT_EQ(space().xRange().length, 1e6 + 0.0625);
-    EXPECT_EQ(panel().toDateValue(), plotix::Date{kFrom + 1e6 + 0.0625});
+    space().setXRange({kFrom, 1e7 + 0.0625});
+    EXPECT_EQ(space().xRange().length, 1e7 + 0.0625);
+    EXPECT_EQ(panel().toDateValue(), plotix::Date{kFrom + 1e7 + 0.0625});
 }
 
 TEST_F(TrendLooks, EndOfAResizeAsksForNothing)
@@ -249,9 +249,19 @@ TEST_F(TrendFiles, OffScreenPictureIsFetchedForItsOwnDates)
     EXPECT_EQ(lastFetch().toDate, plotix::Date{kTo});
 }
 
+TEST_F(TrendFiles, NameGivenTwiceIsFetchedTwice)
+{
+    ImageReceiver receiver;
+    KTVPlotixPlugIn::graph(agent(), plotix::Date{kFrom}, plotix::Date{kTo}, QStringList{"wind", "wind"}, "Weather",
+                           {320, 240}, &receiver, "receiveImage");
+    EXPECT_EQ(lastFetch().properties, KTVPropertyList({property("wind"), property("wind")}));
+    answer(twoProperties());
+}
+
 TEST_F(TrendFiles, SharedPictureShowsTheWholeView)
 {
     openTrendWithData();
+    imageRepresentation(trend().view());  // the first drawing ends the refresh
     trend().sharingButtonClicked(trend().sharingButton());
     ASSERT_EQ(desktop().sharings().size(), 1U);
     EXPECT_EQ(desktop().sharings()[0].image, imageRepresentation(trend().view()));

@@ -83,11 +83,14 @@ TEST_F(TrendViewOrder, OverlayIsMadeBetweenTheDelegatesOfGraphAndDrops)
 {
     makeTrend();
     bool hasKeyDelegate = false, hasDropDelegate = true;
+    int made = 0;
     whenTheOverlayIsMade([&] {
+        ++made;
         hasKeyDelegate = trend().hostView()->keyDelegate() != nullptr;
         hasDropDelegate = trend().dragDropView()->delegate() != nullptr;
     });
     open();
+    EXPECT_EQ(made, 1);
     EXPECT_TRUE(hasKeyDelegate);
     EXPECT_FALSE(hasDropDelegate);
 }
@@ -173,6 +176,26 @@ TEST_F(TrendViewOrder, DecodedViewFetchesTheDatesOfItsPanel)
     open();
     EXPECT_EQ(lastFetch().fromDate, plotix::Date{kFrom + 0.25});
     EXPECT_EQ(lastFetch().toDate, plotix::Date{kTo});
+}
+
+TEST_F(TrendViewOrder, AddedPropertyIsObservedBeforeItIsFetched)
+{
+    openTrendWithData();
+    std::size_t observations = 0;
+    whenFetching([&] { observations = host().agent()->property("wind")->observationCount(); });
+    trend().addProperties({"wind"});
+    EXPECT_EQ(observations, 2U);
+}
+
+TEST_F(TrendViewOrder, RemovedPropertyIsListedUntilItsObservationEnds)
+{
+    makeWatchedTrend();
+    open();
+    std::size_t listed = 0;
+    watched->whenRemoved = [&] { listed = trend().properties()->size(); };
+    trend().removePropertiesAndRefresh({"Air Temperature"});
+    EXPECT_EQ(listed, 1U);
+    EXPECT_TRUE(trend().properties()->empty());
 }
 
 // The end.
