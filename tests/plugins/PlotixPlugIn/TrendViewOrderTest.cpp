@@ -285,6 +285,8 @@ TEST_F(TrendViewOrder, KeysAreReadInTheOrderTheyAreWrittenIn)
     const fakehost::FakeDecoder decoder = host().decoder(archive);
     ListeningDecoder listening(decoder);
     ASSERT_NE(KTVPlotixPlugIn::initWithCoder(listening), nullptr);
+    // Whatever was chosen beyond these is asked for as well, and was not written.
+    listening.keys.removeIf([&](const QString& key) { return !archive.contains(key); });
     const auto own = [](const QStringList& keys) { return keys.mid(keys.indexOf("tables")); };
     EXPECT_EQ(own(listening.keys), own(archive.keys()));
 }
