@@ -39,7 +39,8 @@ Command addReport(CLI::App& program)
         ->type_name("TITLE");
     addChoice<Paper>(report, "--paper", command->paper, {{"A4", Paper::A4}, {"Letter", Paper::Letter}},
                      "The sheet; what is usual in your country unless given");
-    addChoice<ReportForm>(report, "--form", command->form, {{"page", ReportForm::Page}, {"classic", ReportForm::Classic}},
+    addChoice<ReportForm>(report, "--form", command->form,
+                          {{"page", ReportForm::Page}, {"classic", ReportForm::Classic}},
                           "page: graph and figures together, made for paper, unless given; classic: as the view itself "
                           "writes it");
     report->footer("Example:\n  plotix report nyc.plotix --view \"Newark 2013\" --paper Letter --output newark.pdf");

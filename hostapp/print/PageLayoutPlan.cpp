@@ -12,7 +12,7 @@ constexpr double kHeadingsHeight = 18;
 constexpr double kNoteHeight = 15;
 constexpr double kFooterHeight = 18;
 constexpr double kGap = 8;
-constexpr double kLeastGraph = 0.4;   // of the content's height
+constexpr double kLeastGraph = 0.4;    // of the content's height
 constexpr double kTallestGraph = 0.6;  // of its width
 
 double tableHeight(int rows)

@@ -14,7 +14,7 @@ struct PageLayoutPlan {
         int firstRow = 0, rows = 0;
     };
 
-    QRectF content;  ///< of every page, footer included
+    QRectF content;                 ///< of every page, footer included
     QRectF title, headings, graph;  ///< on the first page
     QRectF note;                    ///< above the table; empty: none
     QRectF footer;                  ///< on every page

@@ -2,6 +2,7 @@
 
 #include "base/ReportableError.h"
 #include "hostapp/print/PagesToPrint.h"
+#include "hostapp/print/Paper.h"
 #include "hostapp/print/ReportText.h"
 
 #include <QtCore/QBuffer>
@@ -22,10 +23,8 @@ class PageText {
     Q_DECLARE_TR_FUNCTIONS(PageReport)
 };
 
-constexpr double kPointsPerInch = 72;
-constexpr int kPdfResolution = 1200;  // dots per inch
 constexpr int kTitleSize = 18, kSmallestTitle = 12;
-constexpr int kTextSize = 10, kHeadingSize = 11, kFooterSize = 9;
+constexpr int kCellSize = 10, kHeadingSize = 11, kFooterSize = 9;
 constexpr double kKeyWidth = 26;  // of the column with the colours
 constexpr double kColumnGap = 14;
 constexpr double kKeyThickness = 3;
@@ -78,7 +77,7 @@ Cells cellsOf(const ReportContents::Row& row, const QLocale& locale)
 /// Each column as wide as its widest text; the names take the rest.
 std::array<QRectF, 6> columnsOf(const ReportContents& contents, const QLocale& locale, const QRectF& table)
 {
-    const QFontMetricsF heading(fontOf(kTextSize, QFont::Bold)), text(fontOf(kTextSize));
+    const QFontMetricsF heading(fontOf(kCellSize, QFont::Bold)), text(fontOf(kCellSize));
     std::array<double, 6> widths{};
     const Cells headings = headingsOfColumns();
     for (std::size_t column = 1; column < widths.size(); ++column)
@@ -131,8 +130,8 @@ PageReport::PageReport(ReportContents contents, QLocale locale)
 int PageReport::print(QPagedPaintDevice& device) const
 {
     const QSizeF sheet = takeWholeSheet(device);
-    const PageLayoutPlan plan = planPages(sheet, static_cast<int>(m_contents.rows.size()),
-                                          !recordsText(m_contents, m_locale).isEmpty());
+    const PageLayoutPlan plan =
+        planPages(sheet, static_cast<int>(m_contents.rows.size()), !recordsText(m_contents, m_locale).isEmpty());
     const std::vector<int> pages = pagesToPrint(device, static_cast<int>(plan.pages.size()));
     QPainter painter;
     if (!painter.begin(&device))
@@ -171,6 +170,8 @@ void PageReport::drawPage(QPainter& painter, const PageLayoutPlan& plan, int pag
         if (m_contents.drawGraph)
             m_contents.drawGraph(painter, plan.graph);
         painter.restore();
+        drawText(painter, QRectF(plan.graph.topLeft(), QSizeF(plan.graph.width(), kReportRowHeight)),
+                 sharedUnit(m_contents), fontOf(kCellSize), kGrey);
     }
     drawTable(painter, plan, plan.pages[static_cast<std::size_t>(page)]);
     drawFooter(painter, plan, page);
@@ -199,7 +200,7 @@ void PageReport::drawTable(QPainter& painter, const PageLayoutPlan& plan, const 
     if (page.rows == 0)
         return;
     const std::array<QRectF, 6> columns = columnsOf(m_contents, m_locale, page.table);
-    drawRow(painter, columns, 0, headingsOfColumns(), fontOf(kTextSize, QFont::Bold));
+    drawRow(painter, columns, 0, headingsOfColumns(), fontOf(kCellSize, QFont::Bold));
     for (int index = 0; index <= page.rows; ++index) {
         const double below = page.table.top() + (index + 1) * kReportRowHeight;
         painter.setPen(QPen(index == 0 ? kInk : kRule, 0.6));
@@ -209,9 +210,10 @@ void PageReport::drawTable(QPainter& painter, const PageLayoutPlan& plan, const 
         const ReportContents::Row& row = m_contents.rows[static_cast<std::size_t>(page.firstRow + index)];
         const double down = (index + 1) * kReportRowHeight;
         const double middle = page.table.top() + down + kReportRowHeight / 2;
-        painter.fillRect(QRectF(page.table.left(), middle - kKeyThickness / 2, kKeyWidth - kColumnGap / 2, kKeyThickness),
-                         row.color);
-        drawRow(painter, columns, down, cellsOf(row, m_locale), fontOf(kTextSize));
+        painter.fillRect(
+            QRectF(page.table.left(), middle - kKeyThickness / 2, kKeyWidth - kColumnGap / 2, kKeyThickness),
+            row.color);
+        drawRow(painter, columns, down, cellsOf(row, m_locale), fontOf(kCellSize));
     }
 }
 
@@ -219,8 +221,7 @@ void PageReport::drawFooter(QPainter& painter, const PageLayoutPlan& plan, int p
 {
     const QFont font = fontOf(kFooterSize);
     const QString now = m_locale.toString(QDateTime::currentDateTime(), QLocale::ShortFormat);
-    drawText(painter, plan.footer, PageText::tr("Plotix, %1").arg(now), font, kGrey,
-             Qt::AlignLeft | Qt::AlignBottom);
+    drawText(painter, plan.footer, PageText::tr("Plotix, %1").arg(now), font, kGrey, Qt::AlignLeft | Qt::AlignBottom);
     drawText(painter, plan.footer, PageText::tr("Page %1 of %2").arg(page + 1).arg(plan.pages.size()), font, kGrey,
              Qt::AlignRight | Qt::AlignBottom);
 }

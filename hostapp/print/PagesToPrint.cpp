@@ -18,8 +18,9 @@ std::vector<int> pagesToPrint(const QPagedPaintDevice& device, int count)
         last = std::min(count, std::max(first, printer->toPage()));
     }
     if (first > count)
-        throw ReportableError(
-            QCoreApplication::translate("ReportPrinter", "The report has no page %1; it has %2.").arg(first).arg(count));
+        throw ReportableError(QCoreApplication::translate("ReportPrinter", "The report has no page %1; it has %2.")
+                                  .arg(first)
+                                  .arg(count));
     std::vector<int> pages;
     for (int page = first; page <= last; ++page)
         pages.push_back(page - 1);

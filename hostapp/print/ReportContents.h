@@ -22,8 +22,8 @@ struct ReportContents {
     };
 
     QString title;
-    QString siteName, siteLocation;  ///< either may be empty
-    double from = 0, to = 0;         ///< the span that the graph draws
+    QString siteName, siteLocation;                 ///< either may be empty
+    double from = 0, to = 0;                        ///< the span that the graph draws
     std::optional<double> firstRecord, lastRecord;  ///< of the records that the rows are about; absent: not known
     std::vector<Row> rows;                          ///< of the lines that the graph shows
 

@@ -15,9 +15,6 @@ namespace plotix {
 
 namespace {
 
-constexpr double kPointsPerInch = 72;
-constexpr int kPdfResolution = 1200;  // dots per inch
-
 // The report's own picture is the graph drawn at twice its size on paper and scaled down to half. For print it is drawn
 // the same way, not scaled down, and with twice as many pixels a point.
 constexpr double kGraphScale = 2;

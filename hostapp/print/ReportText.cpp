@@ -35,6 +35,8 @@ QString timeText(const QDateTime& moment, const QLocale& locale, bool withSecond
     QString format = locale.timeFormat(QLocale::ShortFormat);
     if (withSeconds && !format.contains(QLatin1String("ss")))
         format.replace(QLatin1String("mm"), QLatin1String("mm:ss"));
+    if (!withSeconds)
+        format.remove(QLatin1String(":ss"));
     return locale.toString(moment.time(), format);
 }
 
@@ -88,6 +90,14 @@ QString recordsText(const ReportContents& contents, const QLocale& locale)
         return {};
     return ReportText::tr("The figures are those of all records read: %1")
         .arg(spanText(*contents.firstRecord, *contents.lastRecord, locale));
+}
+
+QString sharedUnit(const ReportContents& contents)
+{
+    const auto differs = [&](const ReportContents::Row& row) { return row.unit != contents.rows.front().unit; };
+    return contents.rows.empty() || std::any_of(contents.rows.begin(), contents.rows.end(), differs)
+               ? QString()
+               : contents.rows.front().unit;
 }
 
 FiguresText figuresText(const ReportContents::Row& row, const QLocale& locale)

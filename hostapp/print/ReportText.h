@@ -19,6 +19,9 @@ QString placeText(const ReportContents& contents);
 /// hundredth of the span are the same to a reader.
 QString recordsText(const ReportContents& contents, const QLocale& locale);
 
+/// The unit of all rows; empty when they have several.
+QString sharedUnit(const ReportContents& contents);
+
 /// Minimum, maximum and average with equally many decimals: three digits of the distance between the extremes.
 struct FiguresText {
     QString minimum, maximum, average, points;

@@ -15,12 +15,9 @@ namespace {
 
 ReportContents::Row rowFrom(const QVariantMap& row)
 {
-    return {row.value(QStringLiteral("color")).value<QColor>(),
-            row.value(QStringLiteral("name")).toString(),
-            row.value(QStringLiteral("unit")).toString(),
-            row.value(QStringLiteral("minimum")).toDouble(),
-            row.value(QStringLiteral("maximum")).toDouble(),
-            row.value(QStringLiteral("average")).toDouble(),
+    return {row.value(QStringLiteral("color")).value<QColor>(), row.value(QStringLiteral("name")).toString(),
+            row.value(QStringLiteral("unit")).toString(),       row.value(QStringLiteral("minimum")).toDouble(),
+            row.value(QStringLiteral("maximum")).toDouble(),    row.value(QStringLiteral("average")).toDouble(),
             row.value(QStringLiteral("points")).toLongLong()};
 }
 

@@ -1,7 +1,7 @@
 // Printing the selected view's report, and saving it as a PDF.
 //
-// Writing a report in the view's own form leaves the graph of the view at the size it has on paper; the view on screen is laid out again as
-// soon as it is written.
+// Writing a report in the view's own form leaves the graph of the view at the size it has on paper; the view on screen
+// is laid out again as soon as it is written.
 
 #include "hostapp/window/SiteWindow.h"
 

@@ -34,9 +34,8 @@ QVariantMap KTVPlotixPlugIn::reportContents() const
         if (row->show)
             rows << contentsOf(*row);
     const CPTPlotRange& drawn = m_graph->plotSpace().xRange();
-    QVariantMap contents{{QStringLiteral("rows"), rows},
-                         {QStringLiteral("from"), drawn.location},
-                         {QStringLiteral("to"), drawn.end()}};
+    QVariantMap contents{
+        {QStringLiteral("rows"), rows}, {QStringLiteral("from"), drawn.location}, {QStringLiteral("to"), drawn.end()}};
     const std::optional<plotix::SharedArray<double>> time = m_plotData ? m_plotData->time() : std::nullopt;
     if (time && time->size() > 0) {
         contents.insert(QStringLiteral("firstRecord"), (*time)[0]);
