@@ -9,6 +9,7 @@
 #include "hostapp/site/StoredReport.h"
 #include "hostapp/site/TrendRenderer.h"
 #include "hostapp/window/Appearance.h"
+#include "hostapp/window/ScreenFit.h"
 #include "hostapp/window/SiteWindows.h"
 #include "plugins/PlotixPlugIn/host/PngImage.h"
 
@@ -60,6 +61,7 @@ int ProgramServices::open(const OpenRequest& request)
 int ProgramServices::runWindow(const QString& site)
 {
     applyAppearance(*qApp);
+    const ScreenFit screenFit;
     SiteWindows windows(windowServices(), [this](const auto& document) { m_composition.documentOpened(document); });
     SiteWindow* const window = windows.open(site);
     window->show();

@@ -1,6 +1,12 @@
 #include "hostapp/window/Appearance.h"
 
+#include "hostapp/window/AppearancePalettes.h"
+
+#include <QtCore/QEvent>
 #include <QtCore/QFile>
+#include <QtCore/QPointer>
+#include <QtCore/QSettings>
+#include <QtCore/QTimer>
 #include <QtGui/QFontInfo>
 #include <QtGui/QPainter>
 #include <QtGui/QPalette>
@@ -21,39 +27,14 @@ namespace plotix {
 
 namespace {
 
-const QColor kWindow(0x2a, 0x2b, 0x2e);
-const QColor kBase(0x1f, 0x20, 0x22);
-const QColor kAlternateBase(0x24, 0x25, 0x28);
-const QColor kButton(0x3a, 0x3c, 0x40);
-const QColor kText(0xe2, 0xe3, 0xe5);
-const QColor kDimText(0x8b, 0x8e, 0x94);
-const QColor kAccent(0x3b, 0x78, 0xc4);
+constexpr auto kSchemeKey = "Appearance/scheme";  // stored, as are the words: never change
+constexpr std::pair<ColourScheme, const char*> kSchemeWords[] = {
+    {ColourScheme::LikeDesktop, "desktop"}, {ColourScheme::Light, "light"}, {ColourScheme::Dark, "dark"}};
 
-QPalette darkPalette()
-{
-    QPalette palette(kButton, kWindow);
-    palette.setColor(QPalette::Window, kWindow);
-    palette.setColor(QPalette::Base, kBase);
-    palette.setColor(QPalette::AlternateBase, kAlternateBase);
-    palette.setColor(QPalette::ToolTipBase, kBase);
-    palette.setColor(QPalette::ToolTipText, kText);
-    palette.setColor(QPalette::Highlight, kAccent);
-    palette.setColor(QPalette::HighlightedText, Qt::white);
-    palette.setColor(QPalette::Link, QColor(0x6f, 0xa8, 0xec));
-    palette.setColor(QPalette::BrightText, Qt::white);
-    for (const QPalette::ColorRole role : {QPalette::WindowText, QPalette::Text, QPalette::ButtonText}) {
-        palette.setColor(role, kText);
-        palette.setColor(QPalette::Disabled, role, kDimText);
-    }
-    palette.setColor(QPalette::PlaceholderText, kDimText);
-    palette.setColor(QPalette::Disabled, QPalette::Highlight, kButton);
-    return palette;
-}
-
-/// Fusion with check boxes that can be seen on a dark background, in lists too, and flat selections without edges.
+/// Fusion with check boxes that can be seen on either background, in lists too, and flat selections without edges.
 class QuietStyle : public QProxyStyle {
 public:
-    QuietStyle() : QProxyStyle(QStringLiteral("Fusion")) {}
+    explicit QuietStyle(const LookColours& look) : QProxyStyle(QStringLiteral("Fusion")), m_look(look) {}
 
     void drawPrimitive(PrimitiveElement element, const QStyleOption* option, QPainter* painter,
                        const QWidget* widget) const override
@@ -71,7 +52,11 @@ public:
                   QStyleHintReturn* answer) const override
     {
         // Alt held over a graph keeps its values as they are; letting go of it must not take the focus to the menus.
-        return hint == SH_MenuBar_AltKeyNavigation ? 0 : QProxyStyle::styleHint(hint, option, widget, answer);
+        if (hint == SH_MenuBar_AltKeyNavigation)
+            return 0;
+        if (hint == SH_Menu_Scrollable)  // rather than columns beside each other, of which the last ones are cut
+            return 1;
+        return QProxyStyle::styleHint(hint, option, widget, answer);
     }
 
 private:
@@ -81,18 +66,18 @@ private:
         return element == PE_PanelItemViewRow && item.state.testFlag(State_Selected);
     }
 
-    static void drawItemBackground(const QStyleOptionViewItem& item, QPainter& painter)
+    void drawItemBackground(const QStyleOptionViewItem& item, QPainter& painter) const
     {
         const bool active = item.state.testFlag(State_Active);
         if (item.state.testFlag(State_Selected))
-            painter.fillRect(item.rect, active ? kAccent : kButton.lighter(115));
+            painter.fillRect(item.rect, active ? m_look.accent : inactiveSelection());
         else if (item.backgroundBrush.style() != Qt::NoBrush)
             painter.fillRect(item.rect, item.backgroundBrush);
         else if (item.state.testFlag(State_MouseOver))
-            painter.fillRect(item.rect, QColor(255, 255, 255, 12));
+            painter.fillRect(item.rect, m_look.hover);
     }
 
-    static void drawCheckBox(const QStyleOption& option, QPainter& painter)
+    void drawCheckBox(const QStyleOption& option, QPainter& painter) const
     {
         const bool enabled = option.state.testFlag(State_Enabled);
         const bool on = option.state.testFlag(State_On);
@@ -101,17 +86,17 @@ private:
         box.moveCenter(QRectF(option.rect).center());
         painter.save();
         painter.setRenderHint(QPainter::Antialiasing);
-        painter.setPen(QPen(on && enabled ? kAccent.lighter(125) : QColor(0x70, 0x73, 0x79), 1));
-        painter.setBrush(on ? (enabled ? kAccent : kButton) : kBase.lighter(120));
+        painter.setPen(QPen(on && enabled ? m_look.accent.lighter(125) : m_look.boxEdge, 1));
+        painter.setBrush(on ? (enabled ? m_look.accent : m_look.button) : m_look.base.lighter(120));
         painter.drawRoundedRect(box, 3, 3);
         if (option.state.testFlag(State_HasFocus) && option.state.testFlag(State_KeyboardFocusChange)) {
             painter.setBrush(Qt::NoBrush);
-            painter.setPen(QPen(Qt::white, 1.5));
+            painter.setPen(QPen(m_look.text, 1.5));
             painter.drawRoundedRect(box.adjusted(-0.5, -0.5, 0.5, 0.5), 3, 3);
         }
         if (on) {
-            painter.setPen(
-                QPen(enabled ? QColor(Qt::white) : kDimText, side / 7, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin));
+            painter.setPen(QPen(enabled ? QColor(Qt::white) : m_look.dimText, side / 7, Qt::SolidLine, Qt::RoundCap,
+                                Qt::RoundJoin));
             const QPointF tick[] = {box.topLeft() + QPointF(0.24, 0.53) * side,
                                     box.topLeft() + QPointF(0.43, 0.72) * side,
                                     box.topLeft() + QPointF(0.77, 0.30) * side};
@@ -119,6 +104,14 @@ private:
         }
         painter.restore();
     }
+
+    /// A selection in a window that is not the active one: quiet, and still unlike its neighbours.
+    QColor inactiveSelection() const
+    {
+        return m_look.text.lightness() > 128 ? m_look.button.lighter(115) : m_look.button.darker(106);
+    }
+
+    LookColours m_look;
 };
 
 /// A desktop names its own font; without one the toolkit may fall back to a monospaced font.
@@ -132,21 +125,89 @@ void chooseFont()
 }
 
 /// The style sheet for what a palette cannot express.
-QString styleRules()
+QString styleRules(const LookColours& look)
 {
     joinStyleRules();
     QFile file(QStringLiteral(":/plotix/Appearance.qss"));
-    return file.open(QIODevice::ReadOnly) ? QString::fromUtf8(file.readAll()) : QString();
+    QString rules = file.open(QIODevice::ReadOnly) ? QString::fromUtf8(file.readAll()) : QString();
+    const std::pair<const char*, QColor> colours[] = {
+        {"@window", look.window}, {"@base", look.base},       {"@text", look.text},          {"@accent", look.accent},
+        {"@line", look.line},     {"@boxEdge", look.boxEdge}, {"@quietText", look.quietText}};
+    for (const auto& [name, colour] : colours)
+        rules.replace(QLatin1String(name), colour.name());
+    return rules;
 }
+
+/// Whether the desktop's own palette is dark. A display without a desktop says nothing of the user's taste, and the
+/// toolkit's palette for it is light: there, and in pictures drawn without a display, the look is the dark one.
+bool isDesktopDark()
+{
+    if (qEnvironmentVariableIsEmpty("XDG_CURRENT_DESKTOP"))
+        return true;
+    QApplication::setPalette(QPalette());  // takes our own away: what is left is the desktop's
+    return isDark(QApplication::palette());
+}
+
+bool wantsDark(ColourScheme scheme)
+{
+    return scheme == ColourScheme::LikeDesktop ? isDesktopDark() : scheme == ColourScheme::Dark;
+}
+
+/// Looks again when the desktop says that its theme has changed.
+class DesktopTheme : public QObject {
+public:
+    explicit DesktopTheme(QApplication& application) : QObject(&application) { application.installEventFilter(this); }
+
+protected:
+    bool eventFilter(QObject* watched, QEvent* event) override
+    {
+        if (event->type() == QEvent::ThemeChange && watched->isWindowType() && !m_isQueued) {
+            m_isQueued = true;  // every window is told, one change is enough
+            QTimer::singleShot(0, this, [this] {
+                m_isQueued = false;
+                if (chosenColourScheme() == ColourScheme::LikeDesktop)
+                    applyAppearance(*qApp);
+            });
+        }
+        return QObject::eventFilter(watched, event);
+    }
+
+private:
+    bool m_isQueued = false;
+};
 
 }  // namespace
 
 void applyAppearance(QApplication& application)
 {
-    QApplication::setStyle(new QuietStyle);  // the application owns it
+    static const QPointer<DesktopTheme> theme = new DesktopTheme(application);  // the application owns it
     chooseFont();
-    QApplication::setPalette(darkPalette());
-    application.setStyleSheet(styleRules());
+    const LookColours& look = wantsDark(chosenColourScheme()) ? darkLook() : lightLook();
+    QApplication::setStyle(new QuietStyle(look));  // the application owns it
+    QApplication::setPalette(paletteOf(look));
+    application.setStyleSheet(styleRules(look));
+}
+
+ColourScheme chosenColourScheme()
+{
+    const QString stored = QSettings().value(QLatin1String(kSchemeKey)).toString();
+    for (const auto& [scheme, word] : kSchemeWords)
+        if (stored == QLatin1String(word))
+            return scheme;
+    return ColourScheme::LikeDesktop;
+}
+
+void chooseColourScheme(ColourScheme scheme)
+{
+    for (const auto& [one, word] : kSchemeWords)
+        if (one == scheme)
+            QSettings().setValue(QLatin1String(kSchemeKey), QLatin1String(word));
+    applyAppearance(*qApp);
+}
+
+bool isDark(const QPalette& palette)
+{
+    return palette.color(QPalette::WindowText).lightness() > palette.color(QPalette::Window).lightness();
 }
 
 }  // namespace plotix

@@ -1,11 +1,24 @@
 #pragma once
 
 class QApplication;
+class QPalette;
 
-/// How the program's own windows look: the Fusion style in quiet dark greys that let the graph stand out.
+/// How the program's own windows look: the Fusion style in quiet greys, dark ones that let the graph stand out or light
+/// ones. Main thread only.
 namespace plotix {
 
-/// Sets style, palette and the few rules the palette cannot express, for the whole application.
+enum class ColourScheme { LikeDesktop, Light, Dark };
+
+/// Sets style, palette and the few rules the palette cannot express, for the whole application, in the scheme the user
+/// chose. A desktop that changes between light and dark is followed; without one the look is dark.
 void applyAppearance(QApplication& application);
+
+ColourScheme chosenColourScheme();  ///< `LikeDesktop` unless chosen
+
+/// Stores the choice in the user's settings and shows it in all windows at once.
+void chooseColourScheme(ColourScheme scheme);
+
+/// Whether texts are lighter than what they stand on.
+bool isDark(const QPalette& palette);
 
 }  // namespace plotix

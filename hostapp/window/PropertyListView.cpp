@@ -64,6 +64,22 @@ QMenu* PropertyListView::makeMenuFor(const std::shared_ptr<SiteProperty>& proper
     return menu;
 }
 
+QMenu* PropertyListView::makeMenuForAgent(const QModelIndex& agent)
+{
+    auto* menu = new QMenu(this);
+    const QPersistentModelIndex row(agent);
+    const auto tickAll = [this, row](Qt::CheckState state) {
+        for (int child = 0; child < m_model->rowCount(row); ++child)
+            m_model->setData(m_model->index(child, PropertyListModel::NameColumn, row), state, Qt::CheckStateRole);
+    };
+    menu->addAction(tr("&Tick All"), this, [tickAll] { tickAll(Qt::Checked); });
+    menu->addAction(tr("&Untick All"), this, [tickAll] { tickAll(Qt::Unchecked); });
+    menu->addSeparator();
+    menu->addAction(tr("&New Trend from Ticked Properties"), this, &PropertyListView::trendWanted)
+        ->setEnabled(!m_model->ticked().empty());
+    return menu;
+}
+
 void PropertyListView::addUnits(QMenu* menu, const std::shared_ptr<SiteProperty>& property)
 {
     auto* group = new QActionGroup(menu);
@@ -175,9 +191,9 @@ void PropertyListView::contextMenuEvent(QContextMenuEvent* event)
     const bool byKeyboard = event->reason() == QContextMenuEvent::Keyboard;
     const QModelIndex index = byKeyboard ? currentIndex() : indexAt(event->pos());
     const auto property = m_model ? m_model->propertyAt(index) : nullptr;
-    if (!property)
+    if (!m_model || !m_model->agentAt(index))
         return;
-    QMenu* menu = makeMenuFor(property);
+    QMenu* menu = property ? makeMenuFor(property) : makeMenuForAgent(index.siblingAtColumn(0));
     menu->setAttribute(Qt::WA_DeleteOnClose);
     menu->popup(byKeyboard ? viewport()->mapToGlobal(visualRect(index).center()) : event->globalPos());
 }

@@ -23,6 +23,12 @@ public:
     /// The caller owns the menu.
     QMenu* makeMenuFor(const std::shared_ptr<SiteProperty>& property);
 
+    /// What can be done with an agent's properties as a whole. The caller owns the menu.
+    QMenu* makeMenuForAgent(const QModelIndex& agent);
+
+signals:
+    void trendWanted();  ///< of the properties ticked now
+
 protected:
     void contextMenuEvent(QContextMenuEvent* event) override;
     void keyPressEvent(QKeyEvent* event) override;

@@ -1,16 +1,17 @@
 #include "hostapp/window/SeparateWindow.h"
 
-#include "hostapp/site/PlugInOperations.h"
 #include "hostapp/site/SourceListModel.h"
 #include "plugins/PlotixPlugIn/host/KTVMessageViewController.h"
 
 #include <QtGui/QAction>
 #include <QtGui/QCloseEvent>
+#include <QtWidgets/QMenuBar>
 #include <QtWidgets/QVBoxLayout>
 
 namespace plotix {
 
-SeparateWindow::SeparateWindow(KTVPlugInPtr plugIn, const QString& siteName) : m_plugIn(std::move(plugIn))
+SeparateWindow::SeparateWindow(KTVPlugInPtr plugIn, const QString& siteName)
+    : m_plugIn(std::move(plugIn)), m_menuBar(new QMenuBar(this))
 {
     const auto showTitle = [this, siteName] { setWindowTitle(tr("%1 – %2").arg(titleOf(*m_plugIn), siteName)); };
     connect(m_plugIn.get(), &KTVPlugIn::titleChanged, this, showTitle);
@@ -18,6 +19,7 @@ SeparateWindow::SeparateWindow(KTVPlugInPtr plugIn, const QString& siteName) : m
     setWindowIcon(m_plugIn->icon());
     auto* column = new QVBoxLayout(this);
     column->setContentsMargins(0, 0, 0, 0);
+    column->setMenuBar(m_menuBar);
     QWidget* view = m_plugIn->view();
     column->addWidget(view);
     view->show();  // being taken out of another window has hidden it
@@ -25,16 +27,6 @@ SeparateWindow::SeparateWindow(KTVPlugInPtr plugIn, const QString& siteName) : m
     close->setShortcut(QKeySequence::Close);
     connect(close, &QAction::triggered, this, &QWidget::close);
     addAction(close);
-    // The site window's keys for the selected trend work here for the trend shown.
-    const auto addKey = [this](const QKeySequence& keys, const char* operation) {
-        auto* action = new QAction(this);
-        action->setShortcut(keys);
-        connect(action, &QAction::triggered, this, [this, operation] { sendAction(m_plugIn.get(), operation, this); });
-        addAction(action);
-    };
-    addKey(QKeySequence(Qt::Key_F5), "refresh");
-    addKey(QKeySequence(Qt::CTRL | Qt::Key_0), "fitAll");
-    addKey(QKeySequence(Qt::Key_F1), "helpButtonAction");
     resize(960, 640);
 }
 

@@ -5,6 +5,8 @@
 
 #include <QtWidgets/QWidget>
 
+class QMenuBar;
+
 /// A top-level window that shows one trend view outside the site window; closing it gives the view back.
 ///
 /// The site window controller *owns* it; *shares* the plug-in. Main thread only.
@@ -19,6 +21,9 @@ public:
     KTVPlugInPtr contentViewController() const override { return m_plugIn; }
     QWidget* window() const override { return const_cast<SeparateWindow*>(this); }
 
+    /// Empty at first: whoever opened the window fills it.
+    QMenuBar* menuBar() const { return m_menuBar; }
+
     /// Takes the view out of the window, so that the view outlives it.
     void releaseView();
 
@@ -30,6 +35,7 @@ protected:
 
 private:
     KTVPlugInPtr m_plugIn;
+    QMenuBar* m_menuBar;
 };
 
 }  // namespace plotix

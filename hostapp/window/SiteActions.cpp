@@ -15,11 +15,16 @@ class SiteMenus {
     Q_DECLARE_TR_FUNCTIONS(SiteMenus)
 };
 
-QMenu* addMenu(QMainWindow* window, const QString& title)
+QMenu* addMenu(QMenuBar* bar, const QString& title)
 {
-    QMenu* menu = window->menuBar()->addMenu(title);
+    QMenu* menu = bar->addMenu(title);
     menu->setToolTipsVisible(true);
     return menu;
+}
+
+QMenu* addMenu(QMainWindow* window, const QString& title)
+{
+    return addMenu(window->menuBar(), title);
 }
 
 QAction* addAction(QMenu* menu, const QString& text, const QKeySequence& keys = {})
@@ -90,6 +95,11 @@ void buildViewMenu(QMainWindow* window, SiteActions& actions)
         action->setCheckable(true);
         group->addAction(action);
     }
+    menu->addSeparator();
+    actions.nextRegion = addAction(menu, SiteMenus::tr("&Next Region"), QKeySequence(Qt::Key_F6));
+    actions.previousRegion = addAction(menu, SiteMenus::tr("&Previous Region"), QKeySequence(Qt::SHIFT | Qt::Key_F6));
+    menu->addSeparator();
+    actions.appearance = menu->addMenu(SiteMenus::tr("&Appearance"));
     actions.zoomTimeOnly->setToolTip(SiteMenus::tr("As if Alt were held down: values stay as they are."));
     actions.zoomValuesOnly->setToolTip(SiteMenus::tr("As if Shift were held down: time stays as it is."));
 }
@@ -142,6 +152,18 @@ SiteActions buildSiteMenus(QMainWindow* window, QUndoStack* undoStack)
     buildWindowMenu(window, actions);
     buildHelpMenu(window, actions);
     return actions;
+}
+
+void buildTrendWindowMenus(QMenuBar* bar, const SiteActions& actions)
+{
+    addMenu(bar, SiteMenus::tr("&File"))
+        ->addActions({actions.exportImage, actions.exportPNG, actions.exportPDF, actions.exportReport, actions.print});
+    addMenu(bar, SiteMenus::tr("&Edit"))->addActions({actions.undo, actions.redo});
+    addMenu(bar, SiteMenus::tr("&View"))
+        ->addActions({actions.refresh, actions.fit, actions.follow, actions.zoomTimeOnly, actions.zoomValuesOnly,
+                      actions.nextRegion, actions.previousRegion});
+    bar->addMenu(actions.windows);
+    addMenu(bar, SiteMenus::tr("&Help"))->addActions({actions.help, actions.gettingStarted});
 }
 
 void setUnavailableReason(QAction* action, const QString& reason)

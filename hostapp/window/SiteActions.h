@@ -4,6 +4,7 @@
 
 class QMainWindow;
 class QMenu;
+class QMenuBar;
 class QUndoStack;
 
 /// The menus of a site window: what stands in them, under which keys. Main thread only.
@@ -34,6 +35,9 @@ struct SiteActions {
     QAction* follow = nullptr;
     QAction* zoomTimeOnly = nullptr;
     QAction* zoomValuesOnly = nullptr;
+    QAction* nextRegion = nullptr;
+    QAction* previousRegion = nullptr;
+    QMenu* appearance = nullptr;
     QAction* newTrend = nullptr;
     QAction* renameTrend = nullptr;
     QAction* openInWindow = nullptr;
@@ -51,6 +55,10 @@ struct SiteActions {
 
 /// Fills the window's menu bar. Undo and Redo are the stack's own actions.
 SiteActions buildSiteMenus(QMainWindow* window, QUndoStack* undoStack);
+
+/// Fills the menu bar of a window that shows one trend with the actions that make sense there. They stay the site
+/// window's: they act on the trend of the window in front.
+void buildTrendWindowMenus(QMenuBar* bar, const SiteActions& actions);
 
 /// Enables the action, or greys it with the reason as its tool tip. An empty reason enables.
 void setUnavailableReason(QAction* action, const QString& reason);

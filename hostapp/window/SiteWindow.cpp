@@ -7,10 +7,12 @@
 #include "hostapp/window/ListRowDelegate.h"
 #include "hostapp/window/PropertyListModel.h"
 #include "hostapp/window/PropertyListView.h"
+#include "hostapp/window/Regions.h"
 #include "hostapp/window/SiteRecording.h"
 
 #include <QtCore/QDeadlineTimer>
 #include <QtCore/QFileInfo>
+#include <QtWidgets/QApplication>
 #include <QtWidgets/QLabel>
 #include <QtWidgets/QListView>
 #include <QtWidgets/QProgressDialog>
@@ -23,7 +25,6 @@ namespace plotix {
 
 namespace {
 constexpr int kStoreInterval = 2000;  // milliseconds between looks for changes to store
-constexpr int kNarrowestTrend = 630;  // points; a trend's date panel is whole from there on
 }  // namespace
 
 SiteWindow::SiteWindow(std::shared_ptr<SiteDocument> document, const WindowServices& services)
@@ -60,6 +61,7 @@ SiteWindow::~SiteWindow()
     m_recording.reset();
     // The plug-ins take their views out of the stack, so they are released while it still exists.
     disconnect(m_trendList->selectionModel(), nullptr, this, nullptr);
+    disconnect(qApp, nullptr, this, nullptr);
     disconnect(m_controller.get(), nullptr, this, nullptr);
     disconnect(&m_controller->follower(), nullptr, this, nullptr);
     m_trendList->setModel(nullptr);
@@ -92,6 +94,7 @@ void SiteWindow::buildLayout()
     m_trendList = new QListView(this);
     m_trendList->setObjectName(QStringLiteral("trendList"));
     m_trendList->setAccessibleName(tr("Trends"));
+    m_trendList->setProperty(kRegionProperty, kTrendListRegion);
     m_trendList->setFrameShape(QFrame::NoFrame);
     m_trendList->setIconSize({18, 18});
     m_trendList->setItemDelegate(new ListRowDelegate(m_trendList));
@@ -104,7 +107,9 @@ void SiteWindow::buildLayout()
     m_trendList->addActions({m_actions.renameTrend, m_actions.openInWindow, m_actions.bringBack, m_actions.moveUp,
                              m_actions.moveDown, m_actions.deleteTrend});
     m_propertyView = new PropertyListView(this);
+    m_propertyView->setProperty(kRegionProperty, kPropertyListRegion);
     m_propertyView->setPropertyListModel(m_properties.get());
+    connect(m_propertyView, &PropertyListView::trendWanted, this, &SiteWindow::newTrend);
     m_lists = new QSplitter(Qt::Vertical, this);
     m_lists->addWidget(makeSection(tr("T&RENDS"), m_trendList));
     m_lists->addWidget(makeSection(tr("&PROPERTIES"), m_propertyView));
@@ -112,7 +117,6 @@ void SiteWindow::buildLayout()
     connect(m_emptyState, &EmptyStateView::pressed, this, &SiteWindow::emptyStateButtonPressed);
     m_stack = new QStackedWidget(this);
     m_stack->addWidget(m_emptyState);
-    m_stack->setMinimumWidth(kNarrowestTrend);
     m_columns = new QSplitter(Qt::Horizontal, this);
     m_columns->addWidget(m_lists);
     m_columns->addWidget(m_stack);
@@ -121,7 +125,7 @@ void SiteWindow::buildLayout()
         splitter->setHandleWidth(1);
         splitter->setChildrenCollapsible(false);
     }
-    m_lists->setMinimumWidth(180);
+    m_lists->setMinimumWidth(140);
     m_columns->setSizes({240, 1040});
     m_lists->setSizes({260, 400});
     setCentralWidget(m_columns);

@@ -17,13 +17,13 @@ class QListView;
 class QProgressDialog;
 class QSplitter;
 class QStackedWidget;
-class QToolBar;
 class QVBoxLayout;
 
 namespace plotix {
 
 class DesktopUserInterface;
 class EmptyStateView;
+class GatheringToolbar;
 class ImportTask;
 class PropertyListModel;
 class PropertyListView;
@@ -70,6 +70,9 @@ public:
     void storeNow();
 
     KTVPlugInPtr selectedPlugIn() const;  ///< null while none is selected
+    /// The trend that the menus act on: that of the separate window in front, else the selected one.
+    KTVPlugInPtr trendInFront() const;
+    QWidget* windowInFront();  ///< the separate window in front, else this one
     void selectPlugIn(const KTVPlugInPtr& plugIn);
 
     /// Imports without asking; progress and outcome are shown. While an import runs another one is refused.
@@ -104,12 +107,12 @@ private:
     // Toolbar.
     void buildToolbar();
     void fillToolbar();
-    void addToolbarItem(const KTVPlugIn& plugIn, QAction* item);
+    QAction* namedToolbarItem(const KTVPlugIn& plugIn, QAction* item);
 
     // Menus.
     void connectFileActions();
     void connectOtherActions();
-    QString helpAnchor() const;  ///< of what has the focus
+    QString helpAnchor();  ///< of what has the focus
     void updateActions();
     void askForSite();
     void askForSiteDetails();
@@ -136,6 +139,7 @@ private:
     void connectWindowActions();
     void fillRecentMenu();
     void fillWindowMenu();
+    void equipSeparateWindow(const KTVPlugInPtr& plugIn);
 
     // Live records.
     void connectLiveActions();
@@ -174,7 +178,7 @@ private:
     QListView* m_trendList = nullptr;
     PropertyListView* m_propertyView = nullptr;
     QStackedWidget* m_stack = nullptr;
-    QToolBar* m_toolbar = nullptr;
+    GatheringToolbar* m_toolbar = nullptr;
     EmptyStateView* m_emptyState = nullptr;
     WebAddressBar* m_webAddress = nullptr;
 };

@@ -9,12 +9,14 @@
 #include "hostapp/print/ReportPrinter.h"
 #include "hostapp/site/NewTrend.h"
 #include "hostapp/site/PlugInOperations.h"
+#include "hostapp/window/AppearanceMenu.h"
 #include "hostapp/window/DesktopUserInterface.h"
 #include "hostapp/window/EmptyStateView.h"
 #include "hostapp/window/ExportImageDialog.h"
 #include "hostapp/window/OutputWords.h"
 #include "hostapp/window/PropertyListModel.h"
 #include "hostapp/window/PropertyListView.h"
+#include "hostapp/window/Regions.h"
 #include "hostapp/window/ReportChoice.h"
 #include "hostapp/window/SiteDetailsDialog.h"
 #include "plugins/PlotixPlugIn/host/PngImage.h"
@@ -42,9 +44,9 @@ void SiteWindow::connectFileActions()
     connect(m_actions.siteDetails, &QAction::triggered, this, &SiteWindow::askForSiteDetails);
     connect(m_actions.exportImage, &QAction::triggered, this, &SiteWindow::exportImage);
     connect(m_actions.exportPNG, &QAction::triggered, this,
-            [this] { sendAction(selectedPlugIn().get(), "exportToPNG", this); });
+            [this] { sendAction(trendInFront().get(), "exportToPNG", this); });
     connect(m_actions.exportPDF, &QAction::triggered, this,
-            [this] { sendAction(selectedPlugIn().get(), "exportToPDF", this); });
+            [this] { sendAction(trendInFront().get(), "exportToPDF", this); });
     connect(m_actions.exportReport, &QAction::triggered, this, &SiteWindow::exportReport);
     m_actions.classicReport->setChecked(wantsClassicReport());
     connect(m_actions.classicReport, &QAction::toggled, this, &rememberClassicReport);
@@ -56,10 +58,15 @@ void SiteWindow::connectFileActions()
 void SiteWindow::connectOtherActions()
 {
     connect(m_actions.refresh, &QAction::triggered, this,
-            [this] { sendAction(selectedPlugIn().get(), "refresh", this); });
-    connect(m_actions.fit, &QAction::triggered, this, [this] { sendAction(selectedPlugIn().get(), "fitAll", this); });
+            [this] { sendAction(trendInFront().get(), "refresh", this); });
+    connect(m_actions.fit, &QAction::triggered, this, [this] { sendAction(trendInFront().get(), "fitAll", this); });
     connect(m_actions.zoomTimeOnly, &QAction::toggled, this, &SiteWindow::holdModifiers);
     connect(m_actions.zoomValuesOnly, &QAction::toggled, this, &SiteWindow::holdModifiers);
+    connect(m_actions.nextRegion, &QAction::triggered, this,
+            [this] { focusRegion(*windowInFront(), RegionStep::Next); });
+    connect(m_actions.previousRegion, &QAction::triggered, this,
+            [this] { focusRegion(*windowInFront(), RegionStep::Previous); });
+    fillAppearanceMenu(m_actions.appearance);
     connect(m_actions.newTrend, &QAction::triggered, this, &SiteWindow::newTrend);
     connect(m_actions.help, &QAction::triggered, this,
             [this] { m_services.helpManager->openHelpAnchor(helpAnchor()); });
@@ -72,8 +79,10 @@ void SiteWindow::connectOtherActions()
     });
 }
 
-QString SiteWindow::helpAnchor() const
+QString SiteWindow::helpAnchor()
 {
+    if (windowInFront() != this)
+        return QStringLiteral("trend");
     const QWidget* focus = focusWidget();
     if (focus == m_propertyView)
         return QStringLiteral("properties");
@@ -84,7 +93,7 @@ QString SiteWindow::helpAnchor() const
 
 void SiteWindow::updateActions()
 {
-    const KTVPlugInPtr plugIn = selectedPlugIn();
+    const KTVPlugInPtr plugIn = trendInFront();
     const bool readOnly = m_controller->siteDocument()->isReadOnly();
     const QString noTrend = plugIn ? QString() : tr("Select a trend first.");
     const auto needs = [&](const char* action) {
@@ -98,7 +107,7 @@ void SiteWindow::updateActions()
     setUnavailableReason(m_actions.print, noReport);
     setUnavailableReason(m_actions.refresh, needs("refresh"));
     setUnavailableReason(m_actions.fit, needs("fitAll"));
-    updateTrendActions(noTrend);
+    updateTrendActions(selectedPlugIn() ? QString() : tr("Select a trend first."));
     updateLiveActions(noTrend);
     setUnavailableReason(m_actions.newTrend,
                          m_properties->ticked().empty() ? tr("Tick properties in the list first.") : QString());
@@ -172,8 +181,8 @@ void SiteWindow::holdModifiers()
 
 void SiteWindow::exportImage()
 {
-    const KTVPlugInPtr plugIn = selectedPlugIn();
-    ExportImageDialog dialog(titleOf(*plugIn), this);
+    const KTVPlugInPtr plugIn = trendInFront();
+    ExportImageDialog dialog(titleOf(*plugIn), windowInFront());
     if (dialog.exec() != QDialog::Accepted)
         return;
     const QImage image = graphImage(plugIn.get(), dialog.size(), dialog.density(), dialog.title());
@@ -194,7 +203,7 @@ void SiteWindow::exportImage()
 
 void SiteWindow::showAlert(const QString& message, const QString& text, KTVAlert::Style style)
 {
-    m_services.userInterface->beginSheet({message, text, style}, this, {});
+    m_services.userInterface->beginSheet({message, text, style}, windowInFront(), {});
 }
 
 }  // namespace plotix

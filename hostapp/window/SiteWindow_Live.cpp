@@ -37,9 +37,9 @@ void SiteWindow::connectLiveActions()
             [this] { statusBar()->showMessage(m_recording->message()); });
     connect(m_actions.follow, &QAction::toggled, this, [this, follower](bool on) {
         if (on)
-            follower->follow(selectedPlugIn());
+            follower->follow(trendInFront());
         else
-            follower->stopFollowing(selectedPlugIn().get());
+            follower->stopFollowing(trendInFront().get());
     });
     connect(follower, &TrendFollower::followingChanged, this, &SiteWindow::updateActions);
     m_controller->followAgain();
@@ -69,7 +69,7 @@ void SiteWindow::updateLiveActions(const QString& noTrend)
 {
     if (!m_recording)
         return;  // while the window is made or destroyed
-    const KTVPlugInPtr plugIn = selectedPlugIn();
+    const KTVPlugInPtr plugIn = trendInFront();
     const bool readOnly = m_controller->siteDocument()->isReadOnly();
     m_actions.recordComputer->setToolTip(tr("Load, memory, disks, network and temperatures, every second."));
     setUnavailableReason(m_actions.recordComputer, readOnly ? tr("This site may only be looked at.") : QString());

@@ -49,12 +49,12 @@ ReportForm chosenForm(const QAction& classic)
 
 void SiteWindow::printReport()
 {
-    const KTVPlugInPtr plugIn = selectedPlugIn();
+    const KTVPlugInPtr plugIn = trendInFront();
     const ViewReport report(plugIn, chosenForm(*m_actions.classicReport));
     QPrinter printer(QPrinter::HighResolution);
     printer.setDocName(titleOf(*plugIn));
     offerPaper(printer);
-    QPrintPreviewDialog preview(&printer, this);
+    QPrintPreviewDialog preview(&printer, windowInFront());
     preview.setWindowTitle(tr("Print “%1”").arg(titleOf(*plugIn)));
     QString failure;
     connect(&preview, &QPrintPreviewDialog::paintRequested, this, [&](QPrinter* paper) {
@@ -73,7 +73,7 @@ void SiteWindow::printReport()
 
 void SiteWindow::exportReport()
 {
-    const KTVPlugInPtr plugIn = selectedPlugIn();
+    const KTVPlugInPtr plugIn = trendInFront();
     const auto path = m_services.userInterface->runSavePanel({QStringLiteral("pdf")});
     if (!path)
         return;

@@ -7,8 +7,10 @@
 #include "hostapp/window/RecentSites.h"
 
 #include <QtCore/QFileInfo>
+#include <QtGui/QWindow>
 #include <QtWidgets/QApplication>
 #include <QtWidgets/QMenu>
+#include <QtWidgets/QMenuBar>
 
 namespace plotix {
 
@@ -55,6 +57,31 @@ void SiteWindow::connectWindowActions()
         bringForward(this);
     });
     fillRecentMenu();
+    connect(m_controller.get(), &SiteWindowController::separateWindowChanged, this, &SiteWindow::equipSeparateWindow);
+    connect(qApp, &QGuiApplication::focusWindowChanged, this, &SiteWindow::updateActions);
+}
+
+void SiteWindow::equipSeparateWindow(const KTVPlugInPtr& plugIn)
+{
+    SeparateWindow* window = m_controller->separateWindowOf(plugIn.get());
+    if (window && window->menuBar()->actions().isEmpty())
+        buildTrendWindowMenus(window->menuBar(), m_actions);
+}
+
+KTVPlugInPtr SiteWindow::trendInFront() const
+{
+    for (QWidget* window = QApplication::activeWindow(); window; window = window->parentWidget())
+        if (const auto* separate = qobject_cast<SeparateWindow*>(window))
+            if (const KTVPlugInPtr plugIn = separate->contentViewController();
+                m_controller->separateWindowOf(plugIn.get()) == separate)
+                return plugIn;
+    return selectedPlugIn();
+}
+
+QWidget* SiteWindow::windowInFront()
+{
+    QWidget* separate = m_controller->separateWindowOf(trendInFront().get());
+    return separate && separate->isActiveWindow() ? separate : this;
 }
 
 void SiteWindow::fillRecentMenu()

@@ -108,6 +108,7 @@ private:
     QPointer<QWidget> m_dataClusterHostView;
     std::unique_ptr<SelectablePropertiesArrayController> m_arrayController;  // made with the view, null before
     QPointer<QTableView> m_propertyTable;
+    int m_usualTableHeight = 0;  ///< points, on a screen with space for it
     QPointer<QLineEdit> m_titleField;
     QPointer<QCheckBox> m_openInSeparateWindowCheckBox;
 };

@@ -18,6 +18,8 @@
 #include "plugins/PlotixPlugIn/host/KTVMessageViewController.h"
 #include "ui_KTVPlotixToolbarPlugIn.h"
 
+#include <QtGui/QScreen>
+
 #include <algorithm>
 
 namespace {
@@ -46,6 +48,18 @@ QDialog* makeSheet(QWidget* content, QWidget* window, const QString& title)
     return sheet;
 }
 
+/// The sheet cannot be resized, so on a low or much magnified screen its table gives way: its buttons must be seen.
+void fitToScreen(QWidget& sheet, QWidget& table, int usualTableHeight)
+{
+    constexpr int kTitleBar = 40;           // points; what the desktop may draw around a sheet
+    constexpr int kLowestTableHeight = 88;  // heading and three rows
+    table.setFixedHeight(usualTableHeight);
+    sheet.layout()->activate();
+    const int excess = sheet.sizeHint().height() + kTitleBar - sheet.screen()->availableGeometry().height();
+    if (excess > 0)
+        table.setFixedHeight(std::max(kLowestTableHeight, usualTableHeight - excess));
+}
+
 }  // namespace
 
 QWidget* KTVPlotixToolbarPlugIn::loadView()
@@ -56,6 +70,7 @@ QWidget* KTVPlotixToolbarPlugIn::loadView()
     localizeTexts(*root);
     m_dataClusterHostView = ui.dataClusterHostView;
     m_propertyTable = ui.propertyTable;
+    m_usualTableHeight = ui.propertyTable->minimumHeight();
     m_titleField = ui.titleField;
     m_openInSeparateWindowCheckBox = ui.openInSeparateWindowCheckBox;
     m_arrayController = std::make_unique<SelectablePropertiesArrayController>();
@@ -141,6 +156,7 @@ void KTVPlotixToolbarPlugIn::showPlotixSetupWindow()
     delete last;  // after the view has moved; a sheet still open ends without an answer
     updateSelectableProperties();
     connect(m_configurationWindow, &QDialog::finished, this, &KTVPlotixToolbarPlugIn::sheetIsEnding);
+    fitToScreen(*m_configurationWindow, *m_propertyTable, m_usualTableHeight);
     if (window)
         m_configurationWindow->open();
     else

@@ -126,10 +126,11 @@ void TrendViewArrangement::followSize(const QSize& newSize)
     if (newSize == m_size)
         return;
     const QSize oldSize = m_size;
+    const QRect oldPanel = m_frames.panel;
     m_size = newSize;
     m_frames = plotix::framesAfterResizing(m_frames, oldSize, newSize);
     if (m_animation)
-        redirectAnimation(oldSize);
+        redirectAnimation(oldSize, oldPanel);
     else
         place(m_frames);
 }
@@ -144,7 +145,7 @@ void TrendViewArrangement::place(const TrendViewFrames& frames)
     setFrame(m_parts.sharing, frames.sharing);
 }
 
-void TrendViewArrangement::redirectAnimation(const QSize& oldSize)
+void TrendViewArrangement::redirectAnimation(const QSize& oldSize, const QRect& oldPanel)
 {
     setFrame(m_parts.panel, m_frames.panel);
     setFrame(m_fadingImage, m_frames.panel);
@@ -156,7 +157,7 @@ void TrendViewArrangement::redirectAnimation(const QSize& oldSize)
             continue;
         const bool isGraph = move->targetObject() == m_parts.graph;
         const auto resized = [&](const QVariant& value) {
-            TrendViewFrames frames;
+            TrendViewFrames frames{.panel = oldPanel};
             (isGraph ? frames.graph : frames.button) = value.toRect();  // button and label follow the same rule
             frames = plotix::framesAfterResizing(frames, oldSize, m_size);
             return isGraph ? frames.graph : frames.button;

@@ -50,7 +50,7 @@ private:
     void addMove(QWidget* part, const QRect& end);
     void endFade(Fade fade);
     void place(const plotix::TrendViewFrames& frames);
-    void redirectAnimation(const QSize& oldSize);
+    void redirectAnimation(const QSize& oldSize, const QRect& oldPanel);
 
     Parts m_parts;
     QSize m_size;

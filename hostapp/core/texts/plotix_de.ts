@@ -2,6 +2,21 @@
 <!DOCTYPE TS>
 <TS version="2.1" language="de" sourcelanguage="en">
 <context>
+    <name>AppearanceText</name>
+    <message>
+        <source>Like the &amp;Desktop</source>
+        <translation>Wie der &amp;Desktop</translation>
+    </message>
+    <message>
+        <source>&amp;Light</source>
+        <translation>&amp;Hell</translation>
+    </message>
+    <message>
+        <source>D&amp;ark</source>
+        <translation>Du&amp;nkel</translation>
+    </message>
+</context>
+<context>
     <name>CPTGraphHostingView</name>
     <message>
         <source>Graph</source>
@@ -435,6 +450,41 @@
     </message>
 </context>
 <context>
+    <name>PageReport</name>
+    <message>
+        <source>Property</source>
+        <translation>Größe</translation>
+    </message>
+    <message>
+        <source>Unit</source>
+        <translation>Einheit</translation>
+    </message>
+    <message>
+        <source>Minimum</source>
+        <translation>Minimum</translation>
+    </message>
+    <message>
+        <source>Maximum</source>
+        <translation>Maximum</translation>
+    </message>
+    <message>
+        <source>Average</source>
+        <translation>Mittelwert</translation>
+    </message>
+    <message>
+        <source>Values</source>
+        <translation>Werte</translation>
+    </message>
+    <message>
+        <source>Plotix, %1</source>
+        <translation>Plotix, %1</translation>
+    </message>
+    <message>
+        <source>Page %1 of %2</source>
+        <translation>Seite %1 von %2</translation>
+    </message>
+</context>
+<context>
     <name>Plotix</name>
     <message>
         <source>Show</source>
@@ -611,6 +661,29 @@
     <message>
         <source>This view has no report to print.</source>
         <translation>Diese Ansicht hat keinen Bericht zu drucken.</translation>
+    </message>
+    <message>
+        <source>The report has no page %1; it has %2.</source>
+        <translation>Der Bericht hat keine Seite %1, nur %2.</translation>
+    </message>
+    <message>
+        <source>“%1” shows no records: choose another span of time.</source>
+        <translation>„%1“ zeigt keine Messwerte: Wählen Sie einen anderen Zeitraum.</translation>
+    </message>
+</context>
+<context>
+    <name>ReportText</name>
+    <message>
+        <source>%1, %2 to %3 %4</source>
+        <translation>%1, %2 bis %3 %4</translation>
+    </message>
+    <message>
+        <source>%1 %2 to %3 %4 %5</source>
+        <translation>%1 %2 bis %3 %4 %5</translation>
+    </message>
+    <message>
+        <source>The figures are those of all records read: %1</source>
+        <translation>Die Zahlen sind die aller gelesenen Messzeilen: %1</translation>
     </message>
 </context>
 <context>
@@ -814,6 +887,22 @@
         <source>&amp;About Plotix</source>
         <translation>Ü&amp;ber Plotix</translation>
     </message>
+    <message>
+        <source>&amp;Next Region</source>
+        <translation>&amp;Nächster Bereich</translation>
+    </message>
+    <message>
+        <source>&amp;Previous Region</source>
+        <translation>&amp;Vorheriger Bereich</translation>
+    </message>
+    <message>
+        <source>&amp;Appearance</source>
+        <translation>Ersc&amp;heinungsbild</translation>
+    </message>
+    <message>
+        <source>Report in the View&apos;s Own &amp;Form</source>
+        <translation>Bericht in der &amp;Form der Ansicht</translation>
+    </message>
 </context>
 <context>
     <name>TrendCommandText</name>
@@ -906,6 +995,17 @@
     <message>
         <source>%1 × %2 pixels</source>
         <translation>%1 × %2 Pixel</translation>
+    </message>
+</context>
+<context>
+    <name>plotix::GatheringToolbar</name>
+    <message>
+        <source>New Trend</source>
+        <translation>Neuer Trend</translation>
+    </message>
+    <message>
+        <source>Choose where the measurements of a new trend come from.</source>
+        <translation>Wählen Sie, woher die Messwerte eines neuen Trends kommen.</translation>
     </message>
 </context>
 <context>
@@ -1110,6 +1210,18 @@ Doppelklick ändert Farbe oder Einheit.</translation>
     <message>
         <source>Color of %1</source>
         <translation>Farbe von %1</translation>
+    </message>
+    <message>
+        <source>&amp;Tick All</source>
+        <translation>Alle &amp;ankreuzen</translation>
+    </message>
+    <message>
+        <source>&amp;Untick All</source>
+        <translation>Alle &amp;Kreuze entfernen</translation>
+    </message>
+    <message>
+        <source>&amp;New Trend from Ticked Properties</source>
+        <translation>&amp;Neuer Trend aus angekreuzten Größen</translation>
     </message>
 </context>
 <context>

@@ -1,5 +1,7 @@
 #include "plugins/PlotixPlugIn/logic/PanelGeometry.h"
 
+#include <algorithm>
+
 namespace plotix {
 
 namespace {
@@ -17,6 +19,23 @@ TrendViewFrames framesAfterShift(const TrendViewFrames& now, int distance, int p
     frames.label = moved(now.label);
     frames.graph = flipped(graph, parentHeight);
     return frames;
+}
+
+// A view this high has space for the whole panel; below it the panel gives way, down to its lowest.
+constexpr int kRoomyView = 640;
+constexpr int kCrampedView = 400;
+constexpr int kLowestPanel = 66;  // heading and two rows
+constexpr int kFullPanel = 150;   // as the interface description has it
+
+/// What the panel's upper edge moves down by, beside moving with the lower edge of the view.
+int panelGivesWay(int oldViewHeight, int newViewHeight)
+{
+    return panelHeightIn(oldViewHeight, kFullPanel) - panelHeightIn(newViewHeight, kFullPanel);
+}
+
+bool standsAbove(const QRect& part, const QRect& panel)
+{
+    return panel.height() > 0 && part.y() + part.height() <= panel.y();
 }
 
 }  // namespace
@@ -41,15 +60,24 @@ TrendViewFrames framesAfterHiding(const TrendViewFrames& now, int parentHeight)
     return framesAfterShift(now, -panelShift(now.panel), parentHeight);
 }
 
+int panelHeightIn(int viewHeight, int fullHeight)
+{
+    const int lowest = std::min(kLowestPanel, fullHeight);
+    const int missing = kRoomyView - std::clamp(viewHeight, kCrampedView, kRoomyView);
+    return fullHeight - missing * (fullHeight - lowest) / (kRoomyView - kCrampedView);
+}
+
 TrendViewFrames framesAfterResizing(const TrendViewFrames& now, const QSize& oldSize, const QSize& newSize)
 {
     const int wider = newSize.width() - oldSize.width();
     const int taller = newSize.height() - oldSize.height();
+    const int lower = now.panel.height() > 0 ? panelGivesWay(oldSize.height(), newSize.height()) : 0;
+    const auto down = [&](const QRect& part) { return taller + (standsAbove(part, now.panel) ? lower : 0); };
     TrendViewFrames frames = now;
-    frames.panel = QRect(now.panel.topLeft() + QPoint(0, taller), now.panel.size() + QSize(wider, 0));
-    frames.button.translate(0, taller);
-    frames.label.translate(0, taller);
-    frames.graph.setSize(now.graph.size() + QSize(wider, taller));
+    frames.panel = QRect(now.panel.topLeft() + QPoint(0, taller + lower), now.panel.size() + QSize(wider, -lower));
+    frames.button.translate(0, down(now.button));
+    frames.label.translate(0, down(now.label));
+    frames.graph.setSize(now.graph.size() + QSize(wider, down(now.graph)));
     frames.dates.setWidth(now.dates.width() + wider);
     frames.sharing.translate(wider, 0);
     return frames;

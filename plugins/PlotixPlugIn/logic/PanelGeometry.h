@@ -37,9 +37,14 @@ TrendViewFrames framesAfterShowing(const TrendViewFrames& now, int parentHeight)
 /// The mirror image: showing after hiding gives `now` back.
 TrendViewFrames framesAfterHiding(const TrendViewFrames& now, int parentHeight);
 
+/// How high the panel is in a view of that height: its full height where there is space for both, less where the graph
+/// would be left with nothing, and never less than its heading and two rows.
+int panelHeightIn(int viewHeight, int fullHeight);
+
 /// What the parts do when the parent goes from one size to another, panel shown or not: the graph takes the difference,
 /// button, label and panel keep their distance from the lower edge, the sharing button from the right one, and panel
-/// and date panel take the difference in width.
+/// and date panel take the difference in width. In a low view the panel is lower too, and what stands above it comes
+/// down with its upper edge.
 /// Frames may get a negative size in a small parent and come back unharmed in a larger one.
 TrendViewFrames framesAfterResizing(const TrendViewFrames& now, const QSize& oldSize, const QSize& newSize);
 

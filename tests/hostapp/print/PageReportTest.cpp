@@ -4,6 +4,7 @@
 
 #include <QtCore/QFile>
 #include <QtCore/QProcess>
+#include <QtCore/QRegularExpression>
 #include <QtCore/QTemporaryDir>
 #include <QtGui/QPainter>
 #include <QtPrintSupport/QPrinter>
@@ -48,7 +49,13 @@ protected:
         return text();
     }
 
-    ReportContents contents{.title = QStringLiteral("Trend"), .from = 0, .to = 86'400};
+    void SetUp() override
+    {
+        contents.title = QStringLiteral("Trend");
+        contents.to = 86'400;
+    }
+
+    ReportContents contents;
     QTemporaryDir folder;
     QString path = folder.filePath(QStringLiteral("report.pdf"));
 };

@@ -72,7 +72,7 @@ TEST(ReportText, FiguresAreWrittenAsTheReaderDoes)
 
 TEST(ReportText, SmallFiguresAreNotRoundedToNothing)
 {
-    EXPECT_EQ(figuresText(row(0, 2e-9, 1e-9), kBritish).average, "1e-09");
+    EXPECT_EQ(figuresText(row(0, 2e-9, 1e-9), kBritish).average, "1E-09");
 }
 
 TEST(ReportText, WithoutValuesThereAreNoFigures)

@@ -1,5 +1,8 @@
 #include "hostapp/window/DesktopUserInterface.h"
+#include "hostapp/window/ExportImageDialog.h"
 #include "hostapp/window/HelpWindow.h"
+#include "hostapp/window/ImportDialog.h"
+#include "hostapp/window/SiteDetailsDialog.h"
 #include "hostapp/window/SiteWindow.h"
 #include "tests/support/stubsite/ScratchSite.h"
 #include "tests/support/stubsite/StubTrend.h"
@@ -41,6 +44,28 @@ TEST(AccessibleNamesTest, EveryFocusableControlOfTheSiteWindowHasOne)
     for (QWidget* widget : widgets)
         EXPECT_FALSE(spokenName(*widget).trimmed().isEmpty())
             << widget->metaObject()->className() << ' ' << qPrintable(widget->objectName());
+}
+
+void expectNames(QWidget& window, qsizetype atLeast)
+{
+    window.show();
+    const QList<QWidget*> widgets = focusableWidgets(window);
+    EXPECT_GE(widgets.size(), atLeast);
+    for (QWidget* widget : widgets)
+        EXPECT_FALSE(spokenName(*widget).trimmed().isEmpty())
+            << widget->metaObject()->className() << ' ' << qPrintable(widget->objectName());
+}
+
+TEST(AccessibleNamesTest, EveryFocusableControlOfTheDialogsHasOne)
+{
+    plotix::ImportDialog import(QStringList("Station"));
+    expectNames(import, 8);
+    plotix::ExportImageDialog image(QStringLiteral("Week"));
+    expectNames(image, 6);
+    plotix::SiteDetailsDialog details(QStringLiteral("Hill"), {});
+    expectNames(details, 4);
+    plotix::HelpWindow help;
+    expectNames(help, 3);
 }
 
 }  // namespace

@@ -118,6 +118,30 @@ TEST_F(PropertyListTest, UnitMenuOffersWhatTheUnitConvertsToAndChangesIt)
     EXPECT_EQ(station->siteProperties()[0]->unit(), QStringLiteral("°F"));
 }
 
+TEST_F(PropertyListTest, MenuOfAnAgentTicksAndUnticksAllItsProperties)
+{
+    PropertyListView view;
+    view.setPropertyListModel(&model);
+    const std::unique_ptr<QMenu> menu(view.makeMenuForAgent(model.index(0, 0)));
+    menu->actions().at(0)->trigger();
+    ASSERT_EQ(model.ticked().size(), 1U);
+    EXPECT_EQ(model.ticked()[0].properties.size(), static_cast<std::size_t>(model.rowCount(model.index(0, 0))));
+    menu->actions().at(1)->trigger();
+    EXPECT_TRUE(model.ticked().empty());
+}
+
+TEST_F(PropertyListTest, RightClickOnAnAgentOpensItsMenu)
+{
+    PropertyListView view;
+    view.setPropertyListModel(&model);
+    view.show();
+    const QPoint place = view.visualRect(model.index(0, 0)).center();
+    QContextMenuEvent event(QContextMenuEvent::Mouse, place, view.viewport()->mapToGlobal(place));
+    QCoreApplication::sendEvent(view.viewport(), &event);
+    ASSERT_EQ(view.findChildren<QMenu*>().size(), 1);
+    EXPECT_EQ(view.findChild<QMenu*>()->actions().first()->text(), QStringLiteral("&Tick All"));
+}
+
 class PropertyListMouseTest : public PropertyListTest {
 protected:
     PropertyListMouseTest()

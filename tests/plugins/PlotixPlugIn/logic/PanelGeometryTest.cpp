@@ -86,6 +86,31 @@ TEST_F(PanelGeometryTest, ResizingAndHidingMayComeInAnyOrder)
     EXPECT_EQ(resizedFirst, hiddenFirst);
 }
 
+TEST_F(PanelGeometryTest, InALowViewThePanelLeavesTheGraphItsSpace)
+{
+    const TrendViewFrames low = plotix::framesAfterResizing(shown, {960, 640}, {960, 360});
+    EXPECT_EQ(low.panel, QRect(20, 282, 920, 66));
+    EXPECT_EQ(low.button, QRect(20, 246, 24, 24));  // a gap above the panel, as ever
+    EXPECT_EQ(low.graph, QRect(0, 46, 960, 196));
+}
+
+TEST_F(PanelGeometryTest, ALowViewWithItsPanelHiddenGivesAllToTheGraph)
+{
+    const TrendViewFrames hidden = plotix::framesAfterHiding(shown, kParentHeight);
+    const TrendViewFrames low = plotix::framesAfterResizing(hidden, {960, 640}, {960, 360});
+    EXPECT_EQ(low.graph, QRect(0, 46, 960, 274));
+    EXPECT_EQ(plotix::framesAfterShowing(low, 360), plotix::framesAfterResizing(shown, {960, 640}, {960, 360}));
+}
+
+TEST_F(PanelGeometryTest, APanelIsNeverHigherThanItsFullHeightNorLowerThanTwoRows)
+{
+    EXPECT_EQ(plotix::panelHeightIn(2000, 150), 150);
+    EXPECT_EQ(plotix::panelHeightIn(640, 150), 150);
+    EXPECT_EQ(plotix::panelHeightIn(520, 150), 108);
+    EXPECT_EQ(plotix::panelHeightIn(0, 150), 66);
+    EXPECT_EQ(plotix::panelHeightIn(0, 40), 40);
+}
+
 TEST_F(PanelGeometryTest, AParentTooSmallLosesNothing)
 {
     const TrendViewFrames tiny = plotix::framesAfterResizing(shown, {960, 640}, {10, 10});
