@@ -38,6 +38,10 @@ bool canPrintOnPage(const KTVPlugIn* plugIn);
 QVariantMap reportContents(KTVPlugIn* plugIn);  ///< as the plug-in's operation of this name; empty: nothing to show
 void drawGraphOnPaper(KTVPlugIn* plugIn, QPainter& painter, const QRectF& rect);  ///< points, dark on white
 
+/// The plug-in's options of reading that were chosen, by name; nothing when it has no such options.
+std::optional<QVariantMap> reading(const KTVPlugIn* plugIn);
+void setReading(KTVPlugIn* plugIn, const QVariantMap& options);  ///< one that has none: nothing
+
 /// The graph without a title, for the pages of a report.
 QImage graphForPaper(KTVPlugIn* plugIn, const QSizeF& size, double density);
 
