@@ -75,6 +75,9 @@ void buildEditMenu(QMainWindow* window, QUndoStack* undoStack, SiteActions& acti
     actions.redo = undoStack->createRedoAction(window, SiteMenus::tr("&Redo"));
     actions.redo->setShortcut(QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_Z));
     menu->addActions({actions.undo, actions.redo});
+    menu->addSeparator();
+    actions.undoImport = addAction(menu, SiteMenus::tr("Undo &Import…"));
+    actions.undoImport->setToolTip(SiteMenus::tr("Takes back what the last import added and replaced."));
 }
 
 void buildViewMenu(QMainWindow* window, SiteActions& actions)

@@ -30,6 +30,7 @@ struct SiteActions {
     QAction* quit = nullptr;
     QAction* undo = nullptr;
     QAction* redo = nullptr;
+    QAction* undoImport = nullptr;
     QAction* refresh = nullptr;
     QAction* fit = nullptr;
     QAction* follow = nullptr;
