@@ -52,6 +52,8 @@ void buildFileMenu(QMainWindow* window, SiteActions& actions)
     actions.exportPNG = addAction(menu, SiteMenus::tr("Export &Graph as PNG…"));
     actions.exportPDF = addAction(menu, SiteMenus::tr("Export Graph as P&DF…"));
     actions.exportReport = addAction(menu, SiteMenus::tr("Expor&t Report as PDF…"));
+    actions.classicReport = addAction(menu, SiteMenus::tr("Report in the View's Own &Form"));
+    actions.classicReport->setCheckable(true);
     menu->addSeparator();
     actions.print = addAction(menu, SiteMenus::tr("&Print…"), QKeySequence::Print);
     menu->addSeparator();

@@ -464,6 +464,41 @@
     </message>
 </context>
 <context>
+    <name>PageReport</name>
+    <message>
+        <source>Property</source>
+        <translation>Größe</translation>
+    </message>
+    <message>
+        <source>Unit</source>
+        <translation>Einheit</translation>
+    </message>
+    <message>
+        <source>Minimum</source>
+        <translation>Minimum</translation>
+    </message>
+    <message>
+        <source>Maximum</source>
+        <translation>Maximum</translation>
+    </message>
+    <message>
+        <source>Average</source>
+        <translation>Mittelwert</translation>
+    </message>
+    <message>
+        <source>Values</source>
+        <translation>Werte</translation>
+    </message>
+    <message>
+        <source>Plotix, %1</source>
+        <translation>Plotix, %1</translation>
+    </message>
+    <message>
+        <source>Page %1 of %2</source>
+        <translation>Seite %1 von %2</translation>
+    </message>
+</context>
+<context>
     <name>Plotix</name>
     <message>
         <source>Show</source>
@@ -648,6 +683,29 @@
     <message>
         <source>This view has no report to print.</source>
         <translation>Diese Ansicht hat keinen Bericht zu drucken.</translation>
+    </message>
+    <message>
+        <source>The report has no page %1; it has %2.</source>
+        <translation>Der Bericht hat keine Seite %1, nur %2.</translation>
+    </message>
+    <message>
+        <source>“%1” shows no records: choose another span of time.</source>
+        <translation>„%1“ zeigt keine Messwerte: Wählen Sie einen anderen Zeitraum.</translation>
+    </message>
+</context>
+<context>
+    <name>ReportText</name>
+    <message>
+        <source>%1, %2 to %3 %4</source>
+        <translation>%1, %2 bis %3 %4</translation>
+    </message>
+    <message>
+        <source>%1 %2 to %3 %4 %5</source>
+        <translation>%1 %2 bis %3 %4 %5</translation>
+    </message>
+    <message>
+        <source>The figures are those of all records read: %1</source>
+        <translation>Die Zahlen sind die aller gelesenen Messzeilen: %1</translation>
     </message>
 </context>
 <context>
@@ -870,6 +928,10 @@
     <message>
         <source>Takes back what the last import added and replaced.</source>
         <translation>Nimmt zurück, was der letzte Import hinzugefügt und ersetzt hat.</translation>
+    </message>
+    <message>
+        <source>Report in the View&apos;s Own &amp;Form</source>
+        <translation>Bericht in der &amp;Form der Ansicht</translation>
     </message>
 </context>
 <context>
