@@ -8,17 +8,28 @@
 
 namespace {
 
-constexpr int kIconSize = 16;         // points
-constexpr int kLineWidth = 4;         // points
+constexpr int kIconSize = 16;  // points
+constexpr int kLineWidth = 4;  // points
+constexpr float kHiddenOpacity = 0.25F;
 constexpr int kMostLinesAtOnce = 12;  // more stand in a menu of their own
 
-QIcon lineIcon(const QColor& color)
+QPixmap lineImage(QColor color, float opacity)
 {
     QPixmap pixmap(kIconSize, kIconSize);
     pixmap.fill(Qt::transparent);
+    color.setAlphaF(opacity);
     QPainter painter(&pixmap);
     painter.fillRect(QRect(0, (kIconSize - kLineWidth) / 2, kIconSize, kLineWidth), color);
-    return QIcon(pixmap);
+    return pixmap;
+}
+
+/// A stroke in the line's colour; faint while the line is hidden.
+QIcon lineIcon(const QColor& color)
+{
+    QIcon icon;
+    icon.addPixmap(lineImage(color, 1.0F), QIcon::Normal, QIcon::On);
+    icon.addPixmap(lineImage(color, kHiddenOpacity), QIcon::Normal, QIcon::Off);
+    return icon;
 }
 
 QString localized(const QString& key)
@@ -93,8 +104,8 @@ void LineMenu::addLines(QMenu& menu)
             if (here() >= 0)
                 table->showLine(here(), shown);
         });
-        connect(only->addAction(icon, itemText(object->tableName)), &QAction::triggered, m_table,
-                [table = m_table, here] {
+        connect(only->addAction(QIcon(lineImage(object->color, 1.0F)), itemText(object->tableName)),
+                &QAction::triggered, m_table, [table = m_table, here] {
                     if (here() >= 0)
                         table->showOnlyLine(here());
                 });
