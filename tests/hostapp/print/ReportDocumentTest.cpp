@@ -1,6 +1,7 @@
 #include "hostapp/print/ReportDocument.h"
 
 #include <QtCore/QBuffer>
+#include <QtCore/QElapsedTimer>
 #include <QtCore/QTemporaryDir>
 #include <QtGui/QAbstractTextDocumentLayout>
 #include <QtGui/QPainter>
@@ -105,6 +106,17 @@ TEST_F(ReportDocumentTest, NoFileIsRead)
     ReportDocument document({});
     document.layOut("<html><body><img src=\"" + file + "\" /><img src=\"file://" + file + "\" /></body></html>", kPage);
     EXPECT_EQ(pixelsOf(picture(document, 0), Qt::magenta), 0);
+}
+
+/// A layout for every cell took three quarters of a minute here.
+TEST_F(ReportDocumentTest, ManyRowsAreLaidOutInOneGo)
+{
+    ReportDocument document({});
+    QElapsedTimer timer;
+    timer.start();
+    document.layOut(html("A", 300), kPage);
+    EXPECT_LT(timer.elapsed(), 5000);
+    EXPECT_GT(document.pageCount(), 10);
 }
 
 TEST_F(ReportDocumentTest, AShortTableStandsBelowTheGraph)
