@@ -1,7 +1,7 @@
 #include "hostapp/document/ArchivedReferences.h"
 
 #include "base/ReportableError.h"
-#include "hostapp/core/CoderNode.h"
+#include "plugins/PlotixPlugIn/host/KTVArchiveNode.h"
 
 #include <algorithm>
 
@@ -18,11 +18,11 @@ bool isNamed(const QVariant& value, const QString& agent)
     return value.typeId() == QMetaType::QString && value.toString() == agent;
 }
 
-bool isNamed(const CoderNode& node, const QString& agent)
+bool isNamed(const KTVArchiveNode& node, const QString& agent)
 {
-    if (node.kind == CoderNode::Kind::Properties)
+    if (node.kind == KTVArchiveNode::Kind::Properties)
         return node.agent == agent;
-    if (node.kind == CoderNode::Kind::Value)
+    if (node.kind == KTVArchiveNode::Kind::Value)
         return isNamed(node.value, agent);
     return std::any_of(node.members.begin(), node.members.end(),
                        [&](const auto& member) { return isNamed(member.second, agent); });
@@ -38,22 +38,22 @@ public:
 
     bool hasChanged() const { return m_changed; }
 
-    void change(CoderNode& node)
+    void change(KTVArchiveNode& node)
     {
         switch (node.kind) {
-        case CoderNode::Kind::Properties: changeList(node); break;
-        case CoderNode::Kind::Value: node.value = changed(node.value); break;
-        case CoderNode::Kind::Object:
+        case KTVArchiveNode::Kind::Properties: changeList(node); break;
+        case KTVArchiveNode::Kind::Value: node.value = changed(node.value); break;
+        case KTVArchiveNode::Kind::Object:
             for (auto& [key, member] : node.members)
                 change(member);
         }
     }
 
 private:
-    void changeList(CoderNode& node)
+    void changeList(KTVArchiveNode& node)
     {
-        std::vector<ArchivedProperty> properties;
-        for (ArchivedProperty& property : node.properties) {
+        std::vector<KTVArchivedProperty> properties;
+        for (KTVArchivedProperty& property : node.properties) {
             for (const MovedProperty& moved : m_properties)
                 if (moved.agent == node.agent && moved.key == property.key) {
                     property.key = moved.toKey;
@@ -62,7 +62,7 @@ private:
                     break;
                 }
             if (std::none_of(properties.begin(), properties.end(),
-                             [&](const ArchivedProperty& known) { return known.key == property.key; }))
+                             [&](const KTVArchivedProperty& known) { return known.key == property.key; }))
                 properties.push_back(property);
         }
         node.properties = std::move(properties);
@@ -107,10 +107,10 @@ private:
     bool m_changed = false;
 };
 
-std::optional<CoderNode> readable(const QByteArray& state)
+std::optional<KTVArchiveNode> readable(const QByteArray& state)
 {
     try {
-        return readArchive(state);
+        return readKeyedArchive(state);
     } catch (const ReportableError&) {
         return std::nullopt;
     }
@@ -120,19 +120,19 @@ std::optional<CoderNode> readable(const QByteArray& state)
 
 bool namesAgent(const QByteArray& state, const QString& agentIdentifier)
 {
-    const std::optional<CoderNode> root = readable(state);
+    const std::optional<KTVArchiveNode> root = readable(state);
     return root && isNamed(*root, agentIdentifier);
 }
 
 std::optional<QByteArray> withMoved(const QByteArray& state, const std::vector<MovedProperty>& properties,
                                     const QString& fromAgent, const QString& toAgent)
 {
-    std::optional<CoderNode> root = readable(state);
+    std::optional<KTVArchiveNode> root = readable(state);
     if (!root)
         return std::nullopt;
     Moving moving(properties, fromAgent, toAgent);
     moving.change(*root);
-    return moving.hasChanged() ? std::optional(writeArchive(*root)) : std::nullopt;
+    return moving.hasChanged() ? std::optional(writeKeyedArchive(*root)) : std::nullopt;
 }
 
 }  // namespace plotix
