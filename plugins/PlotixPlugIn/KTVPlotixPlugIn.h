@@ -17,6 +17,7 @@
 #include <QtWidgets/QAbstractButton>
 #include <QtWidgets/QLabel>
 
+class LineMenu;
 class TrendViewArrangement;
 
 /// The tag of observations of a property's "color".
@@ -258,6 +259,9 @@ private:
     void removePlotOfProperty(const QString& propertyName);
     void removeRowNamed(const QString& tableName);
     void observeProperty(KTVProperty& property);  ///< "unit" and "color"
+    void takePropertyColors();
+    void applyLineCommands();
+    QColor lineColor(const QString& key, const KTVRecordColumn& column) const;
     void recolorPlot(const KTVProperty& property);
     void recolorRows(const QString& propertyName, const QColor& color);
 
@@ -302,6 +306,7 @@ private:
     bool m_plotReady = false;                                           // Acquisition clears it; nothing sets it
     OptionalDate m_refreshedFrom, m_refreshedTo;                        // Acquisition
     plotix::ReadingOptions m_reading;                                   // Reading
+    QPointer<LineMenu> m_lineMenu;                                      // weak; Reading. Absent unless chosen
     bool m_firstFitUnderWay = false;                                    // Axes; the y axis is not re-ticked meanwhile
     bool m_rangeBeingShown = false;                                     // Following; no modifier key counts meanwhile
     QPointer<QObject> m_completionTarget;                               // weak

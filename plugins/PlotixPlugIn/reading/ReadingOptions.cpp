@@ -11,6 +11,8 @@ struct Flag {
 
 constexpr Flag kFlags[] = {
     {"readableLabels", &ReadingOptions::readableLabels},
+    {"propertyColors", &ReadingOptions::propertyColors},
+    {"lineCommands", &ReadingOptions::lineCommands},
 };
 
 }  // namespace

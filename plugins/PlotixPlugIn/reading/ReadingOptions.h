@@ -15,7 +15,15 @@ struct ReadingOptions {
     /// the plots; the table's numbers likewise.
     std::optional<bool> readableLabels = {};
 
+    /// Lines, and the table's swatches, in the colours that their properties have now, not those of the moment a row
+    /// was made or the records were fetched: the two always agree.
+    std::optional<bool> propertyColors = {};
+    /// Menus on graph and table, and keys in the table, that choose which lines are shown.
+    std::optional<bool> lineCommands = {};
+
     bool hasReadableLabels() const { return readableLabels.value_or(false); }
+    bool hasPropertyColors() const { return propertyColors.value_or(false); }
+    bool hasLineCommands() const { return lineCommands.value_or(false); }
 
     friend bool operator==(const ReadingOptions&, const ReadingOptions&) = default;
 };
