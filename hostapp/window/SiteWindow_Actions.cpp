@@ -49,7 +49,7 @@ void SiteWindow::connectFileActions()
     connect(m_actions.exportReport, &QAction::triggered, this, &SiteWindow::exportReport);
     connect(m_actions.print, &QAction::triggered, this, &SiteWindow::printReport);
     connect(m_actions.close, &QAction::triggered, this, &QWidget::close);
-    connect(m_actions.quit, &QAction::triggered, qApp, [] { closeAllSites(); });
+    connect(m_actions.quit, &QAction::triggered, qApp, [] { closeAllSites(Closing::Asked); });
 }
 
 void SiteWindow::connectOtherActions()
@@ -198,9 +198,10 @@ void SiteWindow::exportImage()
     }
 }
 
-void SiteWindow::showAlert(const QString& message, const QString& text, KTVAlert::Style style)
+void SiteWindow::showAlert(const QString& message, const QString& text, KTVAlert::Style style,
+                           std::function<void()> dismissed)
 {
-    m_services.userInterface->beginSheet({message, text, style}, windowInFront(), {});
+    m_services.userInterface->beginSheet({message, text, style}, windowInFront(), std::move(dismissed));
 }
 
 }  // namespace plotix
