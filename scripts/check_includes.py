@@ -13,6 +13,7 @@ import sys
 PLUGIN = "plugins/PlotixPlugIn"
 HOST = PLUGIN + "/host"
 LOGIC = PLUGIN + "/logic"
+READING = PLUGIN + "/reading"
 KIT = {"plotkit/model", "plotkit/layout", "plotkit/raster", "plotkit/render", "plotkit/widget"}
 CORE = {"base", HOST, "hostapp/core"}
 DOCUMENT = CORE | {"records/store", "hostapp/document"}
@@ -41,7 +42,8 @@ ALLOWED = {
     "plotkit/widget": {"base", "plotkit/model", "plotkit/layout", "plotkit/render"},
     HOST: {"base", "base/png"},
     LOGIC: {"base", "base/vectors", "plotkit/model"},
-    PLUGIN: {"base", HOST, LOGIC} | KIT,
+    READING: {"base", LOGIC} | KIT - {"plotkit/widget"},
+    PLUGIN: {"base", HOST, LOGIC, READING} | KIT,
     "hostapp/core": {"base", HOST},
     "hostapp/document": CORE | {"storage", "records/store"},
     "hostapp/exchange": DOCUMENT,

@@ -3,6 +3,7 @@
 #include "base/ReportableError.h"
 #include "hostapp/site/ModuleNames.h"
 #include "hostapp/site/PlugInStore.h"
+#include "hostapp/site/TrendReading.h"
 
 namespace plotix {
 
@@ -14,6 +15,7 @@ KTVPlugInPtr makeTrend(KTVPlugInModule& module, const TrendRequest& trend,
     KTVPlugInPtr plugIn = module.instantiate(QString::fromLatin1(kTrendClass), arguments);
     if (plugIn)
         plugIn->setTitle(trend.title);
+    chooseReading(plugIn.get());
     return plugIn;
 }
 

@@ -76,4 +76,21 @@ void showRange(KTVPlugIn* plugIn, double from, double to)
         QMetaObject::invokeMethod(plugIn, "showRange", Qt::DirectConnection, Q_ARG(double, from), Q_ARG(double, to));
 }
 
+std::optional<QVariantMap> reading(const KTVPlugIn* plugIn)
+{
+    if (!plugIn || plugIn->metaObject()->indexOfMethod("reading()") < 0 ||
+        plugIn->metaObject()->indexOfMethod("setReading(QVariantMap)") < 0)
+        return std::nullopt;
+    QVariantMap options;
+    QMetaObject::invokeMethod(const_cast<KTVPlugIn*>(plugIn), "reading", Qt::DirectConnection,
+                              Q_RETURN_ARG(QVariantMap, options));
+    return options;
+}
+
+void setReading(KTVPlugIn* plugIn, const QVariantMap& options)
+{
+    if (reading(plugIn))
+        QMetaObject::invokeMethod(plugIn, "setReading", Qt::DirectConnection, Q_ARG(QVariantMap, options));
+}
+
 }  // namespace plotix

@@ -30,6 +30,10 @@ std::optional<std::pair<double, double>> shownRange(const KTVPlugIn* plugIn);   
 std::optional<std::pair<double, double>> refreshedRange(const KTVPlugIn* plugIn);  ///< that its last refresh asked for
 void showRange(KTVPlugIn* plugIn, double from, double to);  ///< shown some time later; one that cannot: nothing
 
+/// The plug-in's options of reading that were chosen, by name; nothing when it has no such options.
+std::optional<QVariantMap> reading(const KTVPlugIn* plugIn);
+void setReading(KTVPlugIn* plugIn, const QVariantMap& options);  ///< one that has none: nothing
+
 /// The graph without a title, for the pages of a report.
 QImage graphForPaper(KTVPlugIn* plugIn, const QSizeF& size, double density);
 

@@ -4,6 +4,7 @@
 #include "hostapp/core/Defaults.h"
 #include "hostapp/site/MakeTrend.h"
 #include "hostapp/site/ModuleNames.h"
+#include "hostapp/site/TrendReading.h"
 #include "hostapp/site/WaitForRecords.h"
 #include "hostapp/site/WindowMemory.h"
 #include "plugins/PlotixPlugIn/host/KTVPlugInViews.h"
@@ -93,6 +94,7 @@ void WorkingSite::addPlugIn(const KTVPlugInPtr& plugIn, bool select)
 {
     if (!plugIn || m_sourceList.rowOf(plugIn.get()) >= 0)
         return;
+    chooseReading(plugIn.get());
     m_sourceList.append(plugIn);
     store(*plugIn);
     plugIn->didLoad();
@@ -112,6 +114,7 @@ int WorkingSite::loadPlugIns()
     std::vector<KTVPlugInPtr> plugIns = m_store.load(this);
     sortByIdentifier(plugIns, readWindowState(*m_document).order);
     for (const KTVPlugInPtr& plugIn : plugIns) {
+        chooseReading(plugIn.get());
         if (isToolbarPlugIn(*plugIn))
             m_toolbarPlugIns.push_back(plugIn);
         else

@@ -170,10 +170,16 @@ void SiteWindow::connectLists()
                 showAlert(tr("The records could not be shown"), message);
             });
     const auto showName = [this, document] {
-        setWindowTitle(tr("%1 – Plotix").arg(document->siteName()));
+        setWindowTitle((document->isReadOnly() ? tr("%1 (may only be looked at) – Plotix") : tr("%1 – Plotix"))
+                           .arg(document->siteName()));
         setWindowFilePath(document->path());
     };
     connect(document, &SiteDocument::siteChanged, this, showName);
+    connect(document, &SiteDocument::replaced, this, [this, showName](const QString& message) {
+        showName();
+        updateActions();
+        showAlert(tr("The site's file was replaced"), message);
+    });
     connect(document, &SiteDocument::agentsChanged, this, &SiteWindow::showSelection);
     connect(&m_storeTimer, &QTimer::timeout, this, &SiteWindow::storeNow);
     showName();

@@ -42,13 +42,23 @@ AxisEdge edgeOf(const CPTXYAxis& axis)
     return axis.axisConstraints() && axis.axisConstraints()->upperOffset ? AxisEdge::High : AxisEdge::Low;
 }
 
+struct TickReach {
+    double outward, inward;
+};
+
+TickReach reachOfTicks(const CPTXYAxis& axis, double length)
+{
+    const double reach = positive(length);
+    if (axis.tickDirection() == CPTSign::None)
+        return {reach / 2, reach / 2};
+    const bool isOutward = (axis.tickDirection() == CPTSign::Negative) == (edgeOf(axis) == AxisEdge::Low);
+    return isOutward ? TickReach{reach, 0} : TickReach{0, reach};
+}
+
 class Placement {
 public:
     Placement(const CPTXYAxis& axis, const AxisSurroundings& surroundings)
-        : m_axis(axis),
-          m_in(surroundings),
-          m_frame(axis.coordinate(), lineOf(axis, surroundings), edgeOf(axis)),
-          m_edge(edgeOf(axis))
+        : m_axis(axis), m_in(surroundings), m_frame(axis.coordinate(), lineOf(axis, surroundings), edgeOf(axis))
     {
     }
 
@@ -67,10 +77,6 @@ public:
     }
 
 private:
-    struct TickReach {
-        double outward, inward;
-    };
-
     bool isVisible() const
     {
         const QRectF& area = m_in.plotArea;
@@ -82,14 +88,7 @@ private:
     double alongStart() const { return m_frame.isX() ? m_in.plotArea.left() : m_in.plotArea.bottom(); }
     double alongEnd() const { return m_frame.isX() ? m_in.plotArea.right() : m_in.plotArea.top(); }
 
-    TickReach tickReach(double length) const
-    {
-        const double reach = positive(length);
-        if (m_axis.tickDirection() == CPTSign::None)
-            return {reach / 2, reach / 2};
-        const bool isOutward = (m_axis.tickDirection() == CPTSign::Negative) == (m_edge == AxisEdge::Low);
-        return isOutward ? TickReach{reach, 0} : TickReach{0, reach};
-    }
+    TickReach tickReach(double length) const { return reachOfTicks(m_axis, length); }
 
     QLineF tickLine(double value, double length) const
     {
@@ -126,7 +125,7 @@ private:
     {
         AxisLabel label;
         label.value = value;
-        label.text = m_axis.labelFormatter() ? m_axis.labelFormatter()->stringForNumber(value) : QString();
+        label.text = tickText(m_axis, value, m_plan.step);
         const QSizeF size = m_in.measureText(label.text, m_axis.labelTextStyle());
         const double outward = tickReach(m_axis.majorTickLength()).outward + kLabelGap;
         label.box = m_frame.boxFrom(coordinateForValue(m_in.along, value), outward, size);
@@ -218,7 +217,11 @@ private:
         return std::min(titleOffset(), -(tickReach(m_axis.majorTickLength()).inward + kTitleClearance + depth));
     }
 
-    double titleOffset() const { return std::isfinite(m_axis.titleOffset()) ? m_axis.titleOffset() : 0; }
+    double titleOffset() const
+    {
+        const double offset = std::isfinite(m_axis.titleOffset()) ? m_axis.titleOffset() : 0;
+        return m_in.overPlots == TextOverPlots::Allowed ? offset : std::max(0.0, offset);
+    }
 
     PlacedText titleAlongAxis(const QSizeF& size, double distance) const
     {
@@ -251,7 +254,7 @@ private:
                             [&title](const AxisLabel& label) { return label.box.intersects(title.box); });
     }
 
-    /// Beyond the labels; where they are too wide for that above a y axis, and else inside the plot area.
+    /// Beyond the labels; where they are too wide for that above a y axis, and else inside the plot area, if allowed.
     std::optional<PlacedText> placedTitle() const
     {
         if (m_axis.title().isEmpty())
@@ -263,7 +266,8 @@ private:
             if (!m_frame.isX())
                 candidates.push_back(titleAboveAxis(size));
         }
-        candidates.push_back(titleAlongAxis(size, innerTitleDistance(size.height())));
+        if (m_in.overPlots == TextOverPlots::Allowed)
+            candidates.push_back(titleAlongAxis(size, innerTitleDistance(size.height())));
         const auto found = std::find_if(candidates.begin(), candidates.end(),
                                         [this](const PlacedText& title) { return hasRoom(title); });
         return found == candidates.end() ? std::nullopt : std::optional(*found);
@@ -272,12 +276,24 @@ private:
     const CPTXYAxis& m_axis;
     const AxisSurroundings& m_in;
     const AxisFrame m_frame;
-    const AxisEdge m_edge;
     TickPlan m_plan;
     AxisLayout m_layout;
 };
 
 }  // namespace
+
+QString tickText(const CPTXYAxis& axis, double value, double step)
+{
+    return axis.labelFormatter() ? axis.labelFormatter()->stringForTick(value, step) : QString();
+}
+
+double depthBesideAxis(const CPTXYAxis& axis, double labelDepth, double titleDepth)
+{
+    const double ticks = reachOfTicks(axis, axis.majorTickLength()).outward;
+    const double labels = labelDepth > 0 ? ticks + kLabelGap + labelDepth : ticks;
+    const double offset = std::isfinite(axis.titleOffset()) ? axis.titleOffset() : 0;
+    return titleDepth > 0 ? std::max(labels + kTitleGap, offset) + titleDepth : labels;
+}
 
 AxisLayout placeAxis(const CPTXYAxis& axis, const AxisSurroundings& surroundings)
 {

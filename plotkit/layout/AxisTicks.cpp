@@ -1,5 +1,7 @@
 #include "plotkit/layout/AxisTicks.h"
 
+#include "plotkit/layout/CalendarTicks.h"
+
 #include <algorithm>
 #include <array>
 #include <cmath>
@@ -60,6 +62,26 @@ TickPlan fixedPlan(const CPTXYAxis& axis)
     return plan;
 }
 
+TickPlan calendarPlan(std::size_t row)
+{
+    return {0, stepOfCalendarRow(row), minorStepOfCalendarRow(row) > 0 ? 1 : 0, false, row};
+}
+
+/// Nothing where the calendar has no answer: such a range gets automatic ticks.
+std::optional<TickPlan> plannedByCalendar(const CPTXYAxis& axis, const AxisMapping& mapping)
+{
+    if (axis.labelingPolicy() != CPTAxisLabelingPolicy::Calendar)
+        return std::nullopt;
+    const double perUnit = valuePerUnit(mapping);
+    const std::optional<std::size_t> row = calendarRowFrom(kLeastCalendarSpacing * perUnit);
+    if (!row || !hasCalendar(*row, mapping))
+        return std::nullopt;
+    TickPlan plan = calendarPlan(*row);
+    if (minorStepOfCalendarRow(*row) < kLeastMinorSpacing * perUnit)
+        plan.minors = 0;
+    return plan;
+}
+
 }  // namespace
 
 double readableMultiple(const TickPlan& plan, double wanted)
@@ -95,7 +117,11 @@ TickPlan automaticPlan(double length)
 
 TickPlan coarserPlan(const TickPlan& plan)
 {
+    if (plan.calendarRow)
+        if (const std::optional<std::size_t> row = coarserCalendarRow(*plan.calendarRow))
+            return calendarPlan(*row);
     TickPlan coarser = plan;
+    coarser.calendarRow.reset();
     coarser.step = roundNumberFrom(plan.step * 1.5);
     const double decade = std::pow(10.0, std::floor(std::log10(coarser.step) + kTolerance));
     coarser.minors = minorsForMantissa(static_cast<int>(std::lround(coarser.step / decade)));
@@ -106,6 +132,8 @@ TickPlan planTicks(const CPTXYAxis& axis, const AxisMapping& mapping)
 {
     if (!mapping.isProper())
         return {};
+    if (const std::optional<TickPlan> plan = plannedByCalendar(axis, mapping))
+        return *plan;
     const double interval = axis.majorIntervalLength();
     const bool fixed =
         axis.labelingPolicy() == CPTAxisLabelingPolicy::FixedInterval && std::isfinite(interval) && interval != 0;
@@ -127,6 +155,8 @@ std::vector<MajorTick> majorTicks(const TickPlan& plan, const AxisMapping& mappi
     std::vector<MajorTick> ticks;
     if (plan.isEmpty() || !mapping.isProper())
         return ticks;
+    if (plan.calendarRow)
+        return calendarMajors(*plan.calendarRow, mapping);
     const Numbers numbers = numbersInRange(plan, mapping);
     for (double number = numbers.first; number <= numbers.last; ++number)
         ticks.push_back({number, plan.origin + number * plan.step});
@@ -138,6 +168,8 @@ std::vector<double> minorTicks(const TickPlan& plan, const AxisMapping& mapping)
     std::vector<double> ticks;
     if (plan.isEmpty() || plan.minors <= 0 || !mapping.isProper())
         return ticks;
+    if (plan.calendarRow)
+        return calendarMinors(*plan.calendarRow, mapping);
     const Numbers numbers = numbersInRange(plan, mapping);
     const double low = mapping.range.minLimit();
     const double high = mapping.range.maxLimit();

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "plotkit/layout/AxisMapping.h"
+#include "plotkit/layout/MajorTick.h"
 #include "plotkit/model/CPTAxis.h"
 
 #include <optional>
@@ -17,20 +18,18 @@ struct TickPlan {
     double step = 0;
     int minors = 0;
     bool isTime = false;  ///< thinned to round times of day and whole days
+    /// Majors stand at local times instead, by a row of CalendarTicks.h; `step` is about their distance.
+    std::optional<std::size_t> calendarRow = {};
 
     bool isEmpty() const { return !(step > 0); }
-};
-
-/// A major tick: its number counted from the origin stays the same while the range moves, which keeps thinning stable.
-struct MajorTick {
-    double number;
-    double value;
 };
 
 /// Majors never stand closer than this many units of the mapping, and never more of them than `kMostMajors`.
 inline constexpr double kLeastMajorSpacing = 4;
 inline constexpr double kLeastMinorSpacing = 2;
 inline constexpr double kMostMajors = 4000;
+/// Majors of a calendar do not stand closer, as their labels would have no room.
+inline constexpr double kLeastCalendarSpacing = 40;
 
 /// The ticks an axis asks for, thinned so that they stand apart. A fixed interval's sign does not matter; one that is
 /// zero or not finite gives automatic ticks, so that an axis is never blank for want of an interval. An improper
@@ -40,7 +39,7 @@ TickPlan planTicks(const CPTXYAxis& axis, const AxisMapping& mapping);
 /// About five majors over a length at 1, 2 or 5 × 10ⁿ. A length that is zero or not finite gives an empty plan.
 TickPlan automaticPlan(double length);
 
-/// The next coarser of the automatic plans.
+/// The next coarser of the automatic plans, or of the calendar's.
 TickPlan coarserPlan(const TickPlan& plan);
 
 /// The least readable count of steps, at least `wanted`, to keep one tick of: 1, 2 or 5 × 10ⁿ, and for times such that

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "plotkit/layout/AxisLayout.h"
 #include "plotkit/layout/AxisMapping.h"
 #include "plotkit/model/CPTXYGraph.h"
 
@@ -9,15 +10,16 @@
 /// Where the parts of a graph stand in a picture, and which point shows which value: what anything drawn above the
 /// plots needs, and what pointer events are read by.
 ///
-/// Coordinates are points, y downward, in the picture's own coordinates. Cheap to make: no text is measured. *Borrows*
-/// the graph. Main thread only.
+/// Coordinates are points, y downward, in the picture's own coordinates. Cheap to make: text is measured only
+/// where the graph makes room for its labels, and then that of a few labels. *Borrows* the graph. Main thread only.
 namespace plotkit {
 
 struct GraphGeometry {
     const CPTXYGraph& graph;
     QRectF rectangle;  ///< the whole picture
     QRectF frame;      ///< the plot area frame: the rectangle less the graph's padding
-    QRectF plotArea;   ///< the frame less its own padding; what the ranges are spread over. Never of negative size
+    QRectF plotArea;  ///< the frame less its own padding, or the room its labels need; what the ranges are spread over.
+                      ///< Never of negative size
 
     AxisMapping xMappingOf(const CPTXYPlotSpace& space) const { return xMapping(space.xRange(), plotArea); }
     AxisMapping yMappingOf(const CPTXYPlotSpace& space) const { return yMapping(space.yRange(), plotArea); }
@@ -34,6 +36,6 @@ struct GraphGeometry {
 };
 
 /// Paddings that leave nothing, or are not numbers, give an empty frame or plot area.
-GraphGeometry geometryOfGraph(const CPTXYGraph& graph, const QRectF& rectangle);
+GraphGeometry geometryOfGraph(const CPTXYGraph& graph, const QRectF& rectangle, const TextMeasure& measureText);
 
 }  // namespace plotkit

@@ -3,6 +3,7 @@
 #include "plotkit/layout/AxisMapping.h"
 #include "plotkit/layout/AxisPlacement.h"
 #include "plotkit/layout/GraphGeometry.h"
+#include "plotkit/layout/LabelRoom.h"
 #include "plotkit/layout/PaddedRect.h"
 
 #include <algorithm>
@@ -10,12 +11,6 @@
 namespace plotkit {
 
 namespace {
-
-double borderWidth(const CPTPlotAreaFrame& frame)
-{
-    const double width = frame.borderLineStyle ? frame.borderLineStyle->width : 0;
-    return width > 0 ? width : 0;
-}
 
 /// Centred on the upper or lower edge of the frame's inside, then displaced.
 std::optional<PlacedText> placedTitle(const CPTXYGraph& graph, const QRectF& rectangle, const QRectF& frame,
@@ -56,14 +51,16 @@ AxisLayout placedAxis(const CPTXYAxis& axis, const GraphGeometry& geometry, cons
     const AxisMapping x = geometry.xMappingOf(space);
     const AxisMapping y = geometry.yMappingOf(space);
     const bool isX = axis.coordinate() == CPTCoordinate::X;
-    return placeAxis(axis, {geometry.rectangle, frameInside, geometry.plotArea, isX ? x : y, isX ? y : x, measureText});
+    const bool grows = geometry.graph.labelRoom() == CPTLabelRoom::Grows;
+    return placeAxis(axis, {grows ? frameInside : geometry.rectangle, frameInside, geometry.plotArea, isX ? x : y,
+                            isX ? y : x, measureText, grows ? TextOverPlots::Never : TextOverPlots::Allowed});
 }
 
 }  // namespace
 
 GraphLayout layOutGraph(const CPTXYGraph& graph, const QRectF& rectangle, const TextMeasure& measureText)
 {
-    const GraphGeometry geometry = geometryOfGraph(graph, rectangle);
+    const GraphGeometry geometry = geometryOfGraph(graph, rectangle, measureText);
     GraphLayout layout;
     layout.frame = geometry.frame;
     layout.plotArea = geometry.plotArea;

@@ -15,8 +15,8 @@
 namespace plotkit {
 
 struct GraphLayout {
-    QRectF frame;                     ///< the plot area frame: the rectangle less the graph's padding
-    QRectF plotArea;                  ///< the frame less its own padding; what the ranges are spread over
+    QRectF frame;     ///< the plot area frame: the rectangle less the graph's padding
+    QRectF plotArea;  ///< the frame less its own padding, or the room its labels need; what the ranges are spread over
     std::vector<AxisLayout> axes;     ///< as many as the graph's axis set has, in its order
     std::optional<PlacedText> title;  ///< never wider than the rectangle: elide what does not fit
 

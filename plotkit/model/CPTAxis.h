@@ -10,7 +10,7 @@
 
 class CPTXYPlotSpace;
 
-enum class CPTAxisLabelingPolicy { Automatic, FixedInterval };
+enum class CPTAxisLabelingPolicy { Automatic, FixedInterval, Calendar };
 /// Which ticks of a fixed interval are kept where there is no room for all: those at round multiples, or, for an
 /// interval in seconds, those at round times of day and whole days.
 enum class CPTTickThinning { RoundNumbers, ClockTimes };
@@ -19,8 +19,10 @@ enum class CPTSign { None, Positive, Negative };  ///< None: ticks cross the axi
 /// One axis: how it is labelled and styled, as plain state. Every styled value can be read back.
 ///
 /// Fixed interval: majors at whole multiples of `majorIntervalLength` from `labelingOrigin`. Automatic: about five
-/// majors at 1, 2 or 5 × 10ⁿ; the stored interval is kept but not used. Where ticks stand depends on the axis alone,
-/// never on its label formatter. The axis set *shares* it with whoever added it. Main thread only.
+/// majors at 1, 2 or 5 × 10ⁿ; the stored interval is kept but not used. Calendar, for an axis in seconds since
+/// 1970-01-01 UTC: majors at round local times, days, months or years, as many as have room for a label. Where ticks
+/// stand depends on the axis alone, but for the room that its labels take. The axis set *shares* it with whoever added
+/// it. Main thread only.
 class CPTXYAxis {
 public:
     explicit CPTXYAxis(CPTCoordinate coordinate);

@@ -1,57 +1,18 @@
 #include "plotkit/model/CPTFormatter.h"
 
-#include <QtCore/QLocale>
-#include <QtCore/QTimeZone>
+#include "plotkit/model/UserLocale.h"
 
 #include <unicode/decimfmt.h>
 #include <unicode/smpdtfmt.h>
-#include <unicode/timezone.h>
 
 #include <cmath>
 
-namespace {
-
-/// A locale set by the program goes before the environment; in the environment the category goes before LANG.
-icu::Locale userLocale(const char* category)
-{
-    if (QLocale() != QLocale::system())
-        return icu::Locale::createCanonical(QLocale().name().toLatin1().constData());
-    for (const char* variable : {"LC_ALL", category, "LANG"}) {
-        QByteArray name = qgetenv(variable);
-        name.truncate(name.indexOf('.') < 0 ? name.size() : name.indexOf('.'));
-        name.truncate(name.indexOf('@') < 0 ? name.size() : name.indexOf('@'));
-        if (name == "C" || name == "POSIX")
-            break;
-        if (!name.isEmpty())
-            return icu::Locale::createCanonical(name.constData());
-    }
-    return icu::Locale::getUS();  // the portable locale writes month names in English
-}
-
-/// Asked anew for every formatter: ICU remembers its first answer, but a zone may change while we run.
-icu::TimeZone* userTimeZone()
-{
-    const QByteArray identifier = QTimeZone::systemTimeZoneId();
-    std::unique_ptr<icu::TimeZone> zone(
-        icu::TimeZone::createTimeZone(icu::UnicodeString::fromUTF8(identifier.constData())));
-    if (*zone == icu::TimeZone::getUnknown())
-        zone.reset(icu::TimeZone::detectHostTimeZone());
-    return zone.release();
-}
-
-icu::UnicodeString toIcu(const QString& text)
-{
-    return icu::UnicodeString(reinterpret_cast<const char16_t*>(text.utf16()), static_cast<int32_t>(text.size()));
-}
-
-QString fromIcu(const icu::UnicodeString& text)
-{
-    return QString(reinterpret_cast<const QChar*>(text.getBuffer()), text.length());
-}
-
-}  // namespace
-
 CPTFormatter::~CPTFormatter() = default;
+
+QString CPTFormatter::stringForTick(double number, double /*step*/) const
+{
+    return stringForNumber(number);
+}
 
 struct CPTTimeFormatter::Icu {
     std::unique_ptr<icu::SimpleDateFormat> format;  // null for an unreadable pattern
@@ -61,10 +22,11 @@ CPTTimeFormatter::CPTTimeFormatter(const QString& pattern, plotix::Date referenc
     : m_pattern(pattern), m_referenceDate(referenceDate), m_icu(std::make_unique<Icu>())
 {
     UErrorCode status = U_ZERO_ERROR;
-    auto format = std::make_unique<icu::SimpleDateFormat>(toIcu(pattern), userLocale("LC_TIME"), status);
+    auto format =
+        std::make_unique<icu::SimpleDateFormat>(plotkit::toIcu(pattern), plotkit::userLocale("LC_TIME"), status);
     if (U_FAILURE(status))
         return;
-    format->adoptTimeZone(userTimeZone());
+    format->adoptTimeZone(plotkit::userTimeZone());
     m_icu->format = std::move(format);
 }
 
@@ -78,7 +40,7 @@ QString CPTTimeFormatter::stringForNumber(double number) const
     icu::UnicodeString text;
     // Whole milliseconds: a tick a rounding error below a full second must not read as the second before.
     m_icu->format->format(std::round(seconds * 1000.0), text);
-    return fromIcu(text);
+    return plotkit::fromIcu(text);
 }
 
 struct CPTNumberFormatter::Icu {
@@ -90,10 +52,10 @@ CPTNumberFormatter::CPTNumberFormatter(const QString& pattern, int minimumFracti
     : m_pattern(pattern), m_minimumFractionDigits(minimumFractionDigits), m_icu(std::make_unique<Icu>())
 {
     UErrorCode status = U_ZERO_ERROR;
-    auto symbols = std::make_unique<icu::DecimalFormatSymbols>(userLocale("LC_NUMERIC"), status);
+    auto symbols = std::make_unique<icu::DecimalFormatSymbols>(plotkit::userLocale("LC_NUMERIC"), status);
     if (U_FAILURE(status))
         return;
-    auto format = std::make_unique<icu::DecimalFormat>(toIcu(pattern), symbols.release(), status);
+    auto format = std::make_unique<icu::DecimalFormat>(plotkit::toIcu(pattern), symbols.release(), status);
     if (U_FAILURE(status))
         return;
     format->setMinimumIntegerDigits(1);
@@ -112,5 +74,5 @@ QString CPTNumberFormatter::stringForNumber(double number) const
     icu::UnicodeString text;
     // A tick that misses zero by a rounding error would otherwise read "-0.0".
     m_icu->format->format(std::abs(number) <= m_icu->largestZero ? 0.0 : number, text);
-    return fromIcu(text);
+    return plotkit::fromIcu(text);
 }

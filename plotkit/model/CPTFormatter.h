@@ -12,6 +12,9 @@ public:
     virtual ~CPTFormatter();
     virtual QString stringForNumber(double number) const = 0;
 
+    /// The label of a tick whose neighbours stand `step` away. The base answers as for the number alone.
+    virtual QString stringForTick(double number, double step) const;
+
     /// The date or number pattern it formats by, so that a styled axis can be read back.
     virtual QString pattern() const = 0;
 };

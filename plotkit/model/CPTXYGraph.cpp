@@ -161,6 +161,12 @@ void CPTXYGraph::setPlotAreaFramePadding(const CPTPadding& padding)
     setNeedsDisplay();
 }
 
+void CPTXYGraph::setLabelRoom(CPTLabelRoom room)
+{
+    m_labelRoom = room;
+    setNeedsDisplay();
+}
+
 void CPTXYGraph::setTitle(const QString& title)
 {
     m_title = title;

@@ -27,6 +27,11 @@ inline const QString kCPTDarkGradientTheme = QStringLiteral("Dark Gradients");
 
 enum class CPTRectAnchor { Bottom, Top };
 
+/// Who makes room for axis labels between frame and plot area. Fixed: the frame's padding; what does not fit is left
+/// out, or reaches beyond the frame. Grows: each side is at least as wide as its axis's labels and title need, which
+/// then stand inside the frame and beside the plot area.
+enum class CPTLabelRoom { Fixed, Grows };
+
 /// The frame round the plot area; its padding keeps room for axis labels.
 struct CPTPlotAreaFrame {
     CPTPadding padding{};
@@ -83,6 +88,8 @@ public:
     const CPTPlotAreaFrame& plotAreaFrame() const { return m_plotAreaFrame; }
     void setPlotAreaFrame(const CPTPlotAreaFrame& frame);
     void setPlotAreaFramePadding(const CPTPadding& padding);
+    CPTLabelRoom labelRoom() const { return m_labelRoom; }
+    void setLabelRoom(CPTLabelRoom room);
 
     const QString& title() const { return m_title; }
     void setTitle(const QString& title);
@@ -111,6 +118,7 @@ private:
     CPTPadding m_padding{20, 20, 20, 20};
     CPTFill m_fill;
     CPTPlotAreaFrame m_plotAreaFrame;
+    CPTLabelRoom m_labelRoom = CPTLabelRoom::Fixed;
     QString m_title;
     CPTTextStyle m_titleTextStyle;
     QPointF m_titleDisplacement;

@@ -106,7 +106,7 @@ void paintLayers(QPainter& painter, const CPTXYGraph& graph, const QRectF& rect)
 {
     if (rect.isEmpty() || graph.layers().empty())
         return;
-    const GraphGeometry geometry = geometryOfGraph(graph, rect);
+    const GraphGeometry geometry = geometryOfGraph(graph, rect, sizeOfText);
     for (const CPTGraphLayerPtr& layer : graph.layers()) {
         painter.save();
         layer->drawInGraph(painter, geometry);

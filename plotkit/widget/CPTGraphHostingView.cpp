@@ -1,8 +1,8 @@
 #include "plotkit/widget/CPTGraphHostingView.h"
 
-#include "plotkit/layout/GraphGeometry.h"
 #include "plotkit/render/GraphFrames.h"
 #include "plotkit/render/GraphRendering.h"
+#include "plotkit/render/GraphText.h"
 #include "plotkit/widget/PlotSpaceMoves.h"
 
 #include <QtCore/QPointer>
@@ -48,6 +48,11 @@ QPointF wheelDelta(const QPoint& delta, const QWheelEvent& event)
 }
 
 }  // namespace
+
+plotkit::GraphGeometry CPTGraphHostingView::geometryShown(const CPTXYGraph& graph) const
+{
+    return plotkit::geometryOfGraph(graph, rect(), plotkit::sizeOfText);
+}
 
 CPTGraphHostingView::CPTGraphHostingView(QWidget* parent)
     : QWidget(parent), m_frames(std::make_unique<plotkit::GraphFrames>())
@@ -150,13 +155,13 @@ void CPTGraphHostingView::zoomBy(double factor, QPointF aboutPoint)
 {
     const CPTXYGraphPtr graph = m_hostedGraph;
     for (const CPTXYPlotSpacePtr& space : interactiveSpaces())
-        plotkit::zoomAboutPoint(*space, plotkit::geometryOfGraph(*graph, rect()).plotArea, factor, aboutPoint);
+        plotkit::zoomAboutPoint(*space, geometryShown(*graph).plotArea, factor, aboutPoint);
 }
 
 void CPTGraphHostingView::mousePressEvent(QMouseEvent* event)
 {
     const std::vector<CPTXYPlotSpacePtr> spaces = interactiveSpaces();
-    const QRectF area = spaces.empty() ? QRectF() : plotkit::geometryOfGraph(*m_hostedGraph, rect()).plotArea;
+    const QRectF area = spaces.empty() ? QRectF() : geometryShown(*m_hostedGraph).plotArea;
     if (spaces.empty() || event->button() != Qt::LeftButton || !area.contains(event->position())) {
         event->ignore();
         return;
@@ -220,7 +225,7 @@ void CPTGraphHostingView::wheelEvent(QWheelEvent* event)
             zoomBy(plotkit::zoomFactorForWheel(turned.y()), event->position());
         return;
     }
-    const QRectF area = plotkit::geometryOfGraph(*graph, rect()).plotArea;
+    const QRectF area = geometryShown(*graph).plotArea;
     const QPointF scrolled = wheelDelta(event->pixelDelta(), *event);
     const bool isTouchpad = event->phase() != Qt::NoScrollPhase && scrolled.x() != 0;
     const double points = isTouchpad ? scrolled.x() : turned.x() / 120.0 * plotkit::kPanStep * area.width();
@@ -240,7 +245,7 @@ void CPTGraphHostingView::keyPressEvent(QKeyEvent* event)
         for (const CPTXYPlotSpacePtr& space : spaces)
             plotkit::panByFraction(*space, coordinate, fraction);
     };
-    const QPointF centre = plotkit::geometryOfGraph(*graph, rect()).plotArea.center();
+    const QPointF centre = geometryShown(*graph).plotArea.center();
     switch (event->key()) {
     case Qt::Key_Left: pan(CPTCoordinate::X, -plotkit::kPanStep); break;
     case Qt::Key_Right: pan(CPTCoordinate::X, plotkit::kPanStep); break;

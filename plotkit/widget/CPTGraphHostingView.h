@@ -1,5 +1,6 @@
 #pragma once
 
+#include "plotkit/layout/GraphGeometry.h"
 #include "plotkit/model/CPTXYGraph.h"
 
 #include <QtGui/QImage>
@@ -45,6 +46,9 @@ public:
     QByteArray dataForPDFRepresentationOfLayer();
 
     virtual bool acceptsFirstResponder() const { return true; }
+
+    /// Where the parts of a graph stand when this view shows it.
+    plotkit::GraphGeometry geometryShown(const CPTXYGraph& graph) const;
 
 protected:
     void paintEvent(QPaintEvent* event) override;

@@ -38,7 +38,20 @@ QString displayText(const InfoTableRow& row, int column)
     }
 }
 
-QString accessibleText(const InfoTableRow& row, int column)
+/// The same in the user's locale, with the digits that the row's range is worth.
+QString readableText(const InfoTableRow& row, int column, const plotix::ReadableNumbers& numbers)
+{
+    const plotix::ReadableNumbers::Texts texts = numbers.statistics(row.minimum, row.maximum, row.average);
+    switch (column) {
+    case InfoTableModel::Minimum: return texts.minimum;
+    case InfoTableModel::Maximum: return texts.maximum;
+    case InfoTableModel::Average: return texts.average;
+    case InfoTableModel::Points: return numbers.count(row.points);
+    default: return displayText(row, column);
+    }
+}
+
+QString accessibleText(const InfoTableRow& row, int column, const QString& displayed)
 {
     switch (column) {
     case InfoTableModel::Show:
@@ -46,7 +59,7 @@ QString accessibleText(const InfoTableRow& row, int column)
                                                             ? QStringLiteral(QT_TRANSLATE_NOOP("Plotix", "shown"))
                                                             : QStringLiteral(QT_TRANSLATE_NOOP("Plotix", "hidden")));
     case InfoTableModel::Color: return plotix::colorText(row.color);
-    default: return displayText(row, column);
+    default: return displayed;
     }
 }
 
@@ -155,14 +168,28 @@ int InfoTableModel::columnCount(const QModelIndex& parent) const
     return parent.isValid() ? 0 : kColumnCount;
 }
 
+void InfoTableModel::setReadableNumbers(bool readable)
+{
+    if (readable == (m_numbers != nullptr))
+        return;
+    m_numbers = readable ? std::make_unique<plotix::ReadableNumbers>() : nullptr;
+    if (m_rowCount > 0)
+        emit dataChanged(index(0, 0), index(m_rowCount - 1, kColumnCount - 1));
+}
+
+QString InfoTableModel::textAt(const InfoTableRow& row, int column) const
+{
+    return m_numbers ? readableText(row, column, *m_numbers) : displayText(row, column);
+}
+
 QVariant InfoTableModel::data(const QModelIndex& index, int role) const
 {
     const InfoTableRowPtr row = rowAt(index.row());
     if (!row)
         return {};
     switch (role) {
-    case Qt::DisplayRole: return displayText(*row, index.column());
-    case Qt::AccessibleTextRole: return accessibleText(*row, index.column());
+    case Qt::DisplayRole: return textAt(*row, index.column());
+    case Qt::AccessibleTextRole: return accessibleText(*row, index.column(), textAt(*row, index.column()));
     case Qt::TextAlignmentRole: return QVariant(kColumns[index.column()].alignment | Qt::AlignVCenter);
     case Qt::DecorationRole: return index.column() == Color ? QVariant(row->color) : QVariant();
     case Qt::ToolTipRole: return index.column() == Property ? QVariant(row->tableName) : QVariant();

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "plugins/PlotixPlugIn/InfoTableRow.h"
+#include "plugins/PlotixPlugIn/reading/ReadableNumbers.h"
 
 #include <QtCore/QAbstractTableModel>
 #include <QtCore/QPointer>
@@ -28,6 +29,9 @@ public:
     static QString identifierOfColumn(int column);
     static int columnWithIdentifier(const QString& identifier);  ///< -1 when there is none
 
+    /// Numbers as people read them, in the user's locale; not so at first.
+    void setReadableNumbers(bool readable);
+
     /// Null outside the rows.
     InfoTableRowPtr rowAt(int row) const;
     void setShow(int row, bool show);
@@ -41,6 +45,7 @@ public:
     void sort(int column, Qt::SortOrder order = Qt::AscendingOrder) override;
 
 private:
+    QString textAt(const InfoTableRow& row, int column) const;
     void followController();
     void forgetController();
     void setRowCount(int count);
@@ -50,4 +55,5 @@ private:
     QMetaObject::Connection m_destroyedConnection;
     int m_rowCount = 0;
     bool m_following = false;
+    std::unique_ptr<plotix::ReadableNumbers> m_numbers;  // null: the numbers' plain text
 };

@@ -114,6 +114,9 @@ void KTVPlotixPlugIn::encodeWithCoder(KTVEncoder& encoder) const
         encodePlotRange(encoder, *m_plotRangeForY);
     encoder.encodeValue(QStringLiteral("infoTableArray"), variantListFromInfoTableArray(*m_infoTableArray));
 
+    if (const QVariantMap options = reading(); !options.isEmpty())
+        encoder.encodeValue(QStringLiteral("reading"), options);
+
     // With the view loaded, the table's own layout is archived; without it, the one read from the archive.
     if (m_infoTable)
         encoder.encodeValue(QStringLiteral("tableColumns"), m_infoTable->dictionaryForAutosavingLayout());
@@ -129,6 +132,7 @@ void KTVPlotixPlugIn::decodeFields(KTVDecoder& decoder)
     m_plotRangeForY = decodePlotRange(decoder);
     m_infoTableArray = infoTableArrayFromVariantList(decoder.decodeValue(QStringLiteral("infoTableArray")).toList());
     m_dataCluster->setDelegate(this);
+    m_reading = plotix::mergedReadingOptions({}, decoder.decodeValue(QStringLiteral("reading")).toMap());
     if (decoder.containsKey(QStringLiteral("tableColumns")))
         m_tableColumns = decoder.decodeValue(QStringLiteral("tableColumns")).toMap();
 }
@@ -150,6 +154,7 @@ QWidget* KTVPlotixPlugIn::loadView()
     m_infoTableArrayController->setContent(m_infoTableArray);
     connectInfoTable();
     connectActions();
+    applyReading();
     arrangement();  // takes the frames of the interface description, before any resize
     connect(rootView, &TrendRootView::resized, this, &KTVPlotixPlugIn::rootViewDidResize);
     return rootView;

@@ -10,6 +10,7 @@
 #include "plugins/PlotixPlugIn/host/KTVMessageViewController.h"
 #include "plugins/PlotixPlugIn/host/KTVPlugIn.h"
 #include "plugins/PlotixPlugIn/host/KTVWebUIDelegate.h"
+#include "plugins/PlotixPlugIn/reading/ReadingOptions.h"
 
 #include <QtWidgets/QAbstractButton>
 #include <QtWidgets/QLabel>
@@ -36,6 +37,7 @@ inline constexpr ObservationTag kPropertyColor{"color"};
 ///   following unit and colour changes, the tool tip             KTVPlotixPlugIn_Observation.cpp
 ///   the printed report: page setup, HTML, header and footer     KTVPlotixPlugIn_Report.cpp
 ///   the collapsible details panel                               KTVPlotixPlugIn_DetailsPanel.cpp
+///   options that make it easier to read                         KTVPlotixPlugIn_Reading.cpp
 ///
 /// A field is written by one file, named beside it, apart from construction and decoding. Two exceptions: the Graph
 /// file makes `binders` together with the graph and the Series file fills it; PropertySet removes rows from
@@ -117,6 +119,10 @@ public:
     Q_INVOKABLE QVariantList shownRange() const;  ///< the date panel's two dates; empty when one is absent
     Q_INVOKABLE QVariantList
     refreshedRange() const;  ///< the two dates of the last refresh, before its records moved them
+
+    // Reading. Options by name, see reading/ReadingOptions.h; unknown ones are passed over.
+    Q_INVOKABLE void setReading(const QVariantMap& options);  ///< chooses these and leaves the others
+    Q_INVOKABLE QVariantMap reading() const;                  ///< those that were chosen
 
     // Export. Sizes are points.
     Q_INVOKABLE void exportToPDF(QObject* sender);
@@ -248,6 +254,8 @@ private:
     /// Every fetch goes through here: the handler is called on the main thread, unless this object is gone by then.
     void fetchRecords(const OptionalDate& fromDate, const OptionalDate& toDate, RecordsHandler handler);
     void showRecordsInRange(const KTVRecordDictionaryPtr& records, const CPTPlotRange& range);
+    void applyReading();
+    void styleAxesPlainly();
     void buildGraph();
     void addPlot(const QString& key, const QColor& lineColor, const CPTSeriesControllerPtr& binder);
     void releaseGraph();
@@ -279,6 +287,7 @@ private:
     bool m_observersAdded = false;                                      // Observation
     bool m_plotReady = false;                                           // Acquisition clears it; nothing sets it
     OptionalDate m_refreshedFrom, m_refreshedTo;                        // Acquisition
+    plotix::ReadingOptions m_reading;                                   // Reading
     bool m_firstFitUnderWay = false;                                    // Axes; the y axis is not re-ticked meanwhile
     QPointer<QObject> m_completionTarget;                               // weak
     QByteArray m_completionSelector;                                    // a method name taking one QByteArray

@@ -12,6 +12,7 @@
 #include "plotkit/model/CPTFormatter.h"
 #include "plugins/PlotixPlugIn/logic/TimeTicks.h"
 #include "plugins/PlotixPlugIn/logic/ValueTicks.h"
+#include "plugins/PlotixPlugIn/reading/ReadableAxes.h"
 
 #include <QtCore/QScopedValueRollback>
 
@@ -31,6 +32,8 @@ void KTVPlotixPlugIn::adjustXAxis()
     const double to = m_dataCluster->toDateValue().value_or(plotix::Date()).seconds;
     const plotix::TimeTickRow& row = plotix::timeTicksForSpan(to - from);
     CPTXYAxis& axis = *axisSet->firstAxis();
+    if (m_reading.hasReadableLabels())
+        return plotix::makeTimeAxisReadable(axis);
     axis.setMajorIntervalLength(row.majorInterval);
     axis.setMinorTicksPerInterval(row.minorTicks);
     axis.setTickThinning(CPTTickThinning::ClockTimes);
@@ -75,7 +78,7 @@ void KTVPlotixPlugIn::fitPlots(Rebuild rebuild)
         m_graph->defaultPlotSpace()->scaleToFitPlots(m_graph->plotsIn(m_graph->plotSpace()));
     }
     m_plotRangeForY = m_graph->defaultPlotSpace()->yRange();
-    if (rebuild == Rebuild::First)
+    if (rebuild == Rebuild::First || (m_reading.hasReadableLabels() && hostedAxisSet()))
         return;
     CPTXYAxis& axis = *m_graph->axisSet()->lastAxis();
     axis.setMajorIntervalLength(computeOptimalMajorIntervalForRangeWithSpan(m_plotRangeForY->length));

@@ -73,6 +73,7 @@ void KTVPlotixPlugIn::buildGraph()
     adjustXAxis();
     setupYAxis();
     adjustYAxis();
+    applyReading();
 }
 
 CPTXYAxisSet* KTVPlotixPlugIn::hostedAxisSet() const

@@ -626,6 +626,14 @@
         <source>All Time</source>
         <translation>Gesamter Zeitraum</translation>
     </message>
+    <message>
+        <source>Time</source>
+        <translation>Zeit</translation>
+    </message>
+    <message>
+        <source>Value</source>
+        <translation>Wert</translation>
+    </message>
 </context>
 <context>
     <name>ProgramServices</name>
@@ -1515,6 +1523,14 @@ Doppelklick ändert Farbe oder Einheit.</translation>
     <message>
         <source>&amp;Keep Recording</source>
         <translation>&amp;Weiter aufzeichnen</translation>
+    </message>
+    <message>
+        <source>%1 (may only be looked at) – Plotix</source>
+        <translation>%1 (nur zum Ansehen) – Plotix</translation>
+    </message>
+    <message>
+        <source>The site&apos;s file was replaced</source>
+        <translation>Die Datei der Anlage wurde ersetzt</translation>
     </message>
 </context>
 <context>

@@ -100,7 +100,7 @@ TEST_F(GraphLayoutTest, PaddingsMakeFrameAndPlotArea)
     const GraphLayout layout = layOut();
     EXPECT_EQ(layout.frame, QRectF(20, 20, 760, 460));
     EXPECT_EQ(layout.plotArea, QRectF(80, 40, 680, 390));
-    EXPECT_EQ(geometryOfGraph(graph, rectangle).plotArea, layout.plotArea);
+    EXPECT_EQ(geometryOfGraph(graph, rectangle, sizeOfText).plotArea, layout.plotArea);
 }
 
 TEST_F(GraphLayoutTest, FixedMajorsStandAtWholeMultiplesFromTheOrigin)

@@ -133,7 +133,7 @@ TEST_F(SecondAxisTest, TicksDoNotHeedWhatWritesTheirLabels)
 
 TEST_F(SecondAxisTest, GeometryMapsEachSpaceByItsOwnRanges)
 {
-    const GraphGeometry geometry = geometryOfGraph(graph, QRectF(0, 0, 400, 300));
+    const GraphGeometry geometry = geometryOfGraph(graph, QRectF(0, 0, 400, 300), sizeOfText);
     EXPECT_EQ(geometry.plotArea, QRectF(60, 20, 280, 230));
     EXPECT_EQ(geometry.pointForValue(*second, {50, 1500}), QPointF(200, 135));
     EXPECT_EQ(geometry.pointForValue(graph.plotSpace(), {50, 5}), QPointF(200, 135));

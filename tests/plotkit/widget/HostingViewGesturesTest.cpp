@@ -7,7 +7,7 @@ using HostingViewGesturesTest = HostingViewTest;
 
 TEST_F(HostingViewGesturesTest, PlotAreaIsTheSquareTheseTestsCountOn)
 {
-    EXPECT_EQ(plotkit::geometryOfGraph(*graph, view->rect()).plotArea, QRectF(20, 20, 200, 200));
+    EXPECT_EQ(view->geometryShown(*graph).plotArea, QRectF(20, 20, 200, 200));
 }
 
 TEST_F(HostingViewGesturesTest, DragPansBothAxesWithThePointer)

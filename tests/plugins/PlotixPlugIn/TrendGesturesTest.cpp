@@ -17,7 +17,7 @@ protected:
         answerRefresh(twoProperties());
         trend().view()->resize(900, 700);
         trend().view()->show();
-        area = plotkit::geometryOfGraph(*trend().graph(), graphView().rect()).plotArea;
+        area = graphView().geometryShown(*trend().graph()).plotArea;
         middle = area.center().toPoint();
         before = ranges();
         fetches = fetchCount();

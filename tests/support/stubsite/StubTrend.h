@@ -35,6 +35,14 @@ public:
         return image;
     }
 
+    Q_INVOKABLE QVariantMap reading() const { return m_reading; }
+    Q_INVOKABLE void setReading(const QVariantMap& options)
+    {
+        m_reading.insert(options);
+        ++m_readingCount;
+    }
+
+    int readingCount() const { return m_readingCount; }  ///< how often options were chosen
     const QStringList& log() const { return m_log; }
     const KTVPlugInModule::Arguments& arguments() const { return m_arguments; }
 
@@ -42,6 +50,8 @@ private:
     StubTrend() = default;
     QStringList m_log;
     KTVPlugInModule::Arguments m_arguments;
+    QVariantMap m_reading;
+    int m_readingCount = 0;
 };
 
 class StubModule : public KTVPlugInModule {

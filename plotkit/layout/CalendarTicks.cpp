@@ -1,0 +1,207 @@
+#include "plotkit/layout/CalendarTicks.h"
+
+#include <QtCore/QDateTime>
+
+#include <algorithm>
+#include <array>
+#include <cmath>
+
+namespace plotkit {
+
+namespace {
+
+struct Step {
+    double seconds = 0;  ///< local ones; or
+    int months = 0;
+};
+
+struct Row {
+    Step major, minor;  ///< no minor: both 0
+};
+
+constexpr double kDay = 86'400;
+constexpr double kWeek = 7 * kDay;
+constexpr double kFirstMonday = 4 * kDay;  // 1970-01-05
+
+constexpr std::array<Row, 39> kRows{{
+    {{0.01}, {0.002}},
+    {{0.02}, {0.005}},
+    {{0.05}, {0.01}},
+    {{0.1}, {0.02}},
+    {{0.2}, {0.05}},
+    {{0.5}, {0.1}},
+    {{1}, {0.2}},
+    {{2}, {0.5}},
+    {{5}, {1}},
+    {{10}, {2}},
+    {{15}, {5}},
+    {{30}, {10}},
+    {{60}, {15}},
+    {{120}, {30}},
+    {{300}, {60}},
+    {{600}, {120}},
+    {{900}, {300}},
+    {{1'800}, {600}},
+    {{3'600}, {900}},
+    {{7'200}, {1'800}},
+    {{10'800}, {3'600}},
+    {{21'600}, {3'600}},
+    {{43'200}, {10'800}},
+    {{kDay}, {21'600}},
+    {{2 * kDay}, {43'200}},
+    {{kWeek}, {kDay}},
+    {{.months = 1}, {kWeek}},
+    {{.months = 2}, {.months = 1}},
+    {{.months = 3}, {.months = 1}},
+    {{.months = 6}, {.months = 1}},
+    {{.months = 12}, {.months = 3}},
+    {{.months = 24}, {.months = 6}},
+    {{.months = 60}, {.months = 12}},
+    {{.months = 120}, {.months = 24}},
+    {{.months = 240}, {.months = 60}},
+    {{.months = 600}, {.months = 120}},
+    {{.months = 1'200}, {.months = 240}},
+    {{.months = 2'400}, {.months = 600}},
+    {{.months = 6'000}, {.months = 1'200}},
+}};
+
+constexpr double kCalendarLimit = 2.0e11;  // seconds; years of four digits
+constexpr double kMostTicks = 4'000;
+constexpr double kOneOffsetWithin = 20 * kDay;  // no zone changes its clocks twice in less
+constexpr double kTolerance = 1e-6;
+constexpr int kMonthsPerYear = 12;
+
+double lengthOf(const Step& step)
+{
+    constexpr double kMonth = 30 * kDay;
+    constexpr double kYear = 365 * kDay;
+    if (step.months == 0)
+        return step.seconds;
+    return step.months < kMonthsPerYear ? step.months * kMonth : step.months / double(kMonthsPerYear) * kYear;
+}
+
+double offsetAt(double moment)
+{
+    return QDateTime::fromSecsSinceEpoch(static_cast<qint64>(std::floor(moment))).offsetFromUtc();
+}
+
+/// Local seconds, counted as though clocks were never changed, into seconds since 1970 UTC.
+class LocalClock {
+public:
+    LocalClock(double low, double high) : m_low(offsetAt(low)), m_high(offsetAt(high))
+    {
+        m_isSteady = m_low == m_high && high - low < kOneOffsetWithin;
+    }
+
+    double localLow(double low) const { return low + m_low; }
+    double localHigh(double high) const { return high + m_high; }
+
+    double moment(double local) const
+    {
+        if (m_isSteady)
+            return local - m_low;
+        const double whole = std::floor(local);
+        const QDateTime clock = QDateTime::fromSecsSinceEpoch(static_cast<qint64>(whole), Qt::UTC);
+        return static_cast<double>(QDateTime(clock.date(), clock.time()).toSecsSinceEpoch()) + (local - whole);
+    }
+
+private:
+    double m_low, m_high;
+    bool m_isSteady = false;
+};
+
+double localMonth(double index)
+{
+    const auto month = static_cast<qint64>(index);
+    const qint64 year = 1970 + (month >= 0 ? month : month - kMonthsPerYear + 1) / kMonthsPerYear;
+    const qint64 inYear = month - (year - 1970) * kMonthsPerYear;
+    return static_cast<double>(QDate(static_cast<int>(year), static_cast<int>(inYear) + 1, 1).toJulianDay() -
+                               QDate(1970, 1, 1).toJulianDay()) *
+           kDay;
+}
+
+double monthIndexOf(double local)
+{
+    const QDate date = QDateTime::fromSecsSinceEpoch(static_cast<qint64>(std::floor(local)), Qt::UTC).date();
+    return (date.year() - 1970) * double(kMonthsPerYear) + date.month() - 1;
+}
+
+std::vector<MajorTick> ticksOf(const Step& step, const AxisMapping& mapping)
+{
+    const double low = mapping.range.minLimit();
+    const double high = mapping.range.maxLimit();
+    const LocalClock clock(low, high);
+    const double origin = step.seconds == kWeek ? kFirstMonday : 0;
+    const bool isMonths = step.months > 0;
+    const double unit = isMonths ? step.months : step.seconds;
+    const double first = isMonths ? std::floor(monthIndexOf(clock.localLow(low)) / unit)
+                                  : std::floor((clock.localLow(low) - origin) / unit);
+    const double last = isMonths ? std::ceil(monthIndexOf(clock.localHigh(high)) / unit)
+                                 : std::ceil((clock.localHigh(high) - origin) / unit);
+    const double tolerance = kTolerance * lengthOf(step);
+    std::vector<MajorTick> ticks;
+    for (double number = first; number <= last; ++number) {
+        const double value = clock.moment(isMonths ? localMonth(number * unit) : origin + number * unit);
+        const bool isLater = ticks.empty() || value > ticks.back().value;
+        if (isLater && value >= low - tolerance && value <= high + tolerance)
+            ticks.push_back({number, value});
+    }
+    return ticks;
+}
+
+}  // namespace
+
+std::optional<std::size_t> calendarRowFrom(double leastSeconds)
+{
+    for (std::size_t row = 0; row < kRows.size(); ++row)
+        if (lengthOf(kRows[row].major) >= leastSeconds)
+            return row;
+    return std::nullopt;
+}
+
+std::optional<std::size_t> coarserCalendarRow(std::size_t row)
+{
+    return row + 1 < kRows.size() ? std::optional(row + 1) : std::nullopt;
+}
+
+double stepOfCalendarRow(std::size_t row)
+{
+    return lengthOf(kRows[row].major);
+}
+
+double minorStepOfCalendarRow(std::size_t row)
+{
+    return lengthOf(kRows[row].minor);
+}
+
+bool hasCalendar(std::size_t row, const AxisMapping& mapping)
+{
+    const double low = mapping.range.minLimit();
+    const double high = mapping.range.maxLimit();
+    return mapping.isProper() && std::abs(low) < kCalendarLimit && std::abs(high) < kCalendarLimit &&
+           (high - low) / stepOfCalendarRow(row) < kMostTicks;
+}
+
+std::vector<MajorTick> calendarMajors(std::size_t row, const AxisMapping& mapping)
+{
+    return ticksOf(kRows[row].major, mapping);
+}
+
+std::vector<double> calendarMinors(std::size_t row, const AxisMapping& mapping)
+{
+    std::vector<double> values;
+    if (!(minorStepOfCalendarRow(row) > 0))
+        return values;
+    const std::vector<MajorTick> majors = ticksOf(kRows[row].major, mapping);
+    const double tolerance = kTolerance * stepOfCalendarRow(row);
+    auto major = majors.begin();
+    for (const MajorTick& tick : ticksOf(kRows[row].minor, mapping)) {
+        while (major != majors.end() && major->value < tick.value - tolerance)
+            ++major;
+        if (major == majors.end() || major->value > tick.value + tolerance)
+            values.push_back(tick.value);
+    }
+    return values;
+}
+
+}  // namespace plotkit

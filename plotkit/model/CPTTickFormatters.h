@@ -1,0 +1,44 @@
+#pragma once
+
+#include "plotkit/model/CPTFormatter.h"
+
+#include <map>
+#include <vector>
+
+/// Formatters whose labels depend on how far apart the ticks stand: as many digits, and as much of a date, as it takes
+/// to tell neighbours apart. Immutable; axes *share* them. Main thread only.
+
+/// Numbers in the user's locale with its thousands separators: by steps of 0.02 "1.80", "1.82"; by steps of 500
+/// "1,234,500". Magnitudes from 1e15 on are written with an exponent, a NaN as nothing.
+class CPTTickNumberFormatter : public CPTFormatter {
+public:
+    CPTTickNumberFormatter();
+    ~CPTTickNumberFormatter() override;
+    QString stringForNumber(double number) const override;  ///< as many digits as it takes, six decimals at most
+    QString stringForTick(double number, double step) const override;
+    QString pattern() const override { return QStringLiteral("#,##0.###"); }
+
+private:
+    struct Icu;
+    std::unique_ptr<Icu> m_icu;
+};
+
+/// Moments in the user's locale and local zone; a number is seconds since 1970-01-01 UTC. Steps of less than a day read
+/// as the time above the date, longer ones as the date above the year, whole years as the year alone.
+class CPTTickTimeFormatter : public CPTFormatter {
+public:
+    CPTTickTimeFormatter();
+    ~CPTTickTimeFormatter() override;
+    QString stringForNumber(double number) const override;  ///< to the second
+    QString stringForTick(double number, double step) const override;
+    QString pattern() const override;  ///< of minutes
+
+private:
+    struct Icu;
+    const CPTTimeFormatter& formatterFor(double step) const;
+    std::unique_ptr<Icu> m_icu;
+};
+
+/// The decimals it takes to write multiples of a step apart and, where three more do it, exactly: 0.5 takes 1, 0.25
+/// takes 2, 20 none. Never more than 15; a step that is not positive and finite takes none.
+int fractionDigitsForStep(double step);

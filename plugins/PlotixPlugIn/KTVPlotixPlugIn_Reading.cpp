@@ -1,0 +1,53 @@
+// Options that make a trend easier to read.
+//
+// Rules of this room:
+//  1. Without an option chosen everything looks, and is archived, as the contract has it.
+//  2. The host chooses, by name; what was chosen is archived with the trend.
+//  3. Only a graph that a view shows is changed: off screen the theme's own axes stay.
+
+#include "plugins/PlotixPlugIn/KTVPlotixPlugIn.h"
+
+#include "plugins/PlotixPlugIn/InfoTableModel.h"
+#include "plugins/PlotixPlugIn/host/KTVBundle.h"
+#include "plugins/PlotixPlugIn/reading/ReadableAxes.h"
+
+void KTVPlotixPlugIn::setReading(const QVariantMap& options)
+{
+    const plotix::ReadingOptions chosen = plotix::mergedReadingOptions(m_reading, options);
+    if (chosen == m_reading)
+        return;
+    const bool hadReadableLabels = m_reading.hasReadableLabels();
+    m_reading = chosen;
+    if (hadReadableLabels && !m_reading.hasReadableLabels())
+        styleAxesPlainly();
+    applyReading();
+}
+
+// The label format is that of the next fit, as after the first rebuild.
+void KTVPlotixPlugIn::styleAxesPlainly()
+{
+    if (!m_graph)
+        return;
+    m_graph->setLabelRoom(CPTLabelRoom::Fixed);
+    m_graph->axisSet()->yAxis()->setLabelFormatter(CPTXYAxis(CPTCoordinate::Y).labelFormatter());
+    setupXAxis();
+    adjustXAxis();
+    setupYAxis();
+    adjustYAxis();
+}
+
+QVariantMap KTVPlotixPlugIn::reading() const
+{
+    return plotix::dictionaryFromReadingOptions(m_reading);
+}
+
+void KTVPlotixPlugIn::applyReading()
+{
+    if (m_infoTable)
+        m_infoTable->infoTableModel()->setReadableNumbers(m_reading.hasReadableLabels());
+    if (!m_graph || !hostedAxisSet() || !m_reading.hasReadableLabels())
+        return;
+    KTVBundle* texts = KTVBundle::mainBundle();
+    plotix::makeAxesReadable(*m_graph, {texts->localizedString(QStringLiteral(QT_TRANSLATE_NOOP("Plotix", "Time"))),
+                                        texts->localizedString(QStringLiteral(QT_TRANSLATE_NOOP("Plotix", "Value")))});
+}

@@ -1,0 +1,20 @@
+#pragma once
+
+#include "plotkit/model/CPTXYGraph.h"
+
+/// Axes whose labels can be read: round local times, as many digits as it takes, whole labels, titles beside the plots.
+///
+/// Free functions over a graph of the caller's. Main thread only.
+namespace plotix {
+
+struct AxisTitles {
+    QString time, value;
+};
+
+/// Styles the graph's first two axes, x in seconds since 1970-01-01 UTC, and lets their labels take the room they need.
+void makeAxesReadable(CPTXYGraph& graph, const AxisTitles& titles);
+
+/// Labels and ticks of the time axis alone: to be called where somebody else may have set them. Cheap when they stand.
+void makeTimeAxisReadable(CPTXYAxis& axis);
+
+}  // namespace plotix

@@ -1,0 +1,33 @@
+#pragma once
+
+#include "plotkit/model/CPTTickFormatters.h"
+
+#include <QtCore/QString>
+
+/// The numbers of the statistics table as people read them: in the user's locale, with its thousands separators, and
+/// as many digits as the range of the values is worth.
+///
+/// A value; main thread only. Whoever shows the numbers *owns* one.
+namespace plotix {
+
+class ReadableNumbers {
+public:
+    struct Texts {
+        QString minimum, maximum, average;
+    };
+    /// All three with the same decimals: about four digits of the range, but no more than one beyond those that the
+    /// extremes themselves have. Equal extremes are written exactly. What is no number is written as `numberText` does.
+    Texts statistics(float minimum, float maximum, float average) const;
+
+    QString count(qint64 number) const;  ///< "12,345"
+
+private:
+    QString withDecimals(float number, int decimals) const;
+
+    CPTTickNumberFormatter m_formatter;
+};
+
+/// The decimals by which statistics() writes. Requires: finite numbers.
+int decimalsForStatistics(float minimum, float maximum);
+
+}  // namespace plotix

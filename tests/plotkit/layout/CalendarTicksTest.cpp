@@ -1,0 +1,112 @@
+#include "plotkit/layout/CalendarTicks.h"
+#include "plotkit/layout/AxisTicks.h"
+
+#include <QtCore/QDateTime>
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <ctime>
+
+namespace {
+
+using namespace plotkit;
+
+constexpr double kDay = 86'400;
+
+/// Ticks in the zone of Berlin, as local times; the clocks go back on 2024-10-27 and forward on 2024-03-31.
+class CalendarTicksTest : public testing::Test {
+protected:
+    CalendarTicksTest() : m_zone(qgetenv("TZ")) { useZone("Europe/Berlin"); }
+    ~CalendarTicksTest() override { useZone(m_zone); }
+
+    static void useZone(const QByteArray& zone)
+    {
+        qputenv("TZ", zone);
+        tzset();
+    }
+    static double moment(const char* local)
+    {
+        const QDateTime time = QDateTime::fromString(QLatin1String(local), Qt::ISODate);
+        return static_cast<double>(time.toSecsSinceEpoch());
+    }
+    static QStringList timesOf(const std::vector<double>& values, const char* format)
+    {
+        QStringList texts;
+        for (const double value : values)
+            texts << QDateTime::fromSecsSinceEpoch(static_cast<qint64>(value)).toString(QLatin1String(format));
+        return texts;
+    }
+    QStringList majors(const char* from, const char* to, double step, const char* format)
+    {
+        const AxisMapping mapping{{moment(from), moment(to) - moment(from)}, 0, 1000};
+        std::vector<double> values;
+        for (const MajorTick& tick : calendarMajors(calendarRowFrom(step).value(), mapping))
+            values.push_back(tick.value);
+        return timesOf(values, format);
+    }
+
+private:
+    QByteArray m_zone;
+};
+
+TEST_F(CalendarTicksTest, DaysBeginAtMidnightAlsoWhereClocksGoBack)
+{
+    EXPECT_EQ(majors("2024-10-26T00:00:00", "2024-10-29T00:00:00", kDay, "dd HH:mm"),
+              (QStringList{"26 00:00", "27 00:00", "28 00:00", "29 00:00"}));
+}
+
+TEST_F(CalendarTicksTest, HoursKeepTheirTimesWhereClocksGoForward)
+{
+    EXPECT_EQ(majors("2024-03-31T00:00:00", "2024-03-31T06:00:00", 3'600, "HH:mm"),
+              (QStringList{"00:00", "01:00", "03:00", "04:00", "05:00", "06:00"}));
+}
+
+TEST_F(CalendarTicksTest, NoTimeStandsTwiceWhereClocksGoBack)
+{
+    QStringList times = majors("2024-10-27T00:00:00", "2024-10-27T06:00:00", 1'800, "HH:mm");
+    EXPECT_EQ(times.size(), 13);
+    EXPECT_EQ(times.removeDuplicates(), 0);
+}
+
+TEST_F(CalendarTicksTest, WeeksBeginOnMonday)
+{
+    EXPECT_EQ(majors("2024-10-22T00:00:00", "2024-11-12T00:00:00", 7 * kDay, "ddd dd"),
+              (QStringList{"Mon 28", "Mon 04", "Mon 11"}));
+}
+
+TEST_F(CalendarTicksTest, MonthsAndYearsBeginOnTheirFirst)
+{
+    EXPECT_EQ(majors("2023-11-15T00:00:00", "2024-03-15T00:00:00", 30 * kDay, "yyyy-MM-dd HH:mm"),
+              (QStringList{"2023-12-01 00:00", "2024-01-01 00:00", "2024-02-01 00:00", "2024-03-01 00:00"}));
+    EXPECT_EQ(majors("1965-06-01T00:00:00", "1971-06-01T00:00:00", 700 * kDay, "yyyy-MM-dd"),
+              (QStringList{"1966-01-01", "1968-01-01", "1970-01-01"}));
+}
+
+TEST_F(CalendarTicksTest, MinorsStandOnlyBetweenMajors)
+{
+    const AxisMapping mapping{{moment("2024-05-01T00:00:00"), 2 * kDay}, 0, 1000};
+    const std::size_t days = calendarRowFrom(kDay).value();
+    EXPECT_EQ(timesOf(calendarMinors(days, mapping), "dd HH"),
+              (QStringList{"01 06", "01 12", "01 18", "02 06", "02 12", "02 18"}));
+}
+
+TEST_F(CalendarTicksTest, RowsGrowCoarserToTheLast)
+{
+    for (std::size_t row = 0; coarserCalendarRow(row); ++row)
+        EXPECT_GT(stepOfCalendarRow(row + 1), stepOfCalendarRow(row)) << row;
+    EXPECT_FALSE(calendarRowFrom(1e12));
+}
+
+TEST_F(CalendarTicksTest, RangesBeyondAllCalendarsGetAutomaticTicks)
+{
+    CPTXYAxis axis(CPTCoordinate::X);
+    axis.setLabelingPolicy(CPTAxisLabelingPolicy::Calendar);
+    const AxisMapping far{{1e15, 1e9}, 0, 1000};
+    const TickPlan plan = planTicks(axis, far);
+    EXPECT_FALSE(plan.calendarRow);
+    EXPECT_FALSE(majorTicks(plan, far).empty());
+    EXPECT_FALSE(planTicks(axis, {{0, 3'600}, 0, 1000}).isEmpty());
+}
+
+}  // namespace

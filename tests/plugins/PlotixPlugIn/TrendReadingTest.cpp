@@ -1,0 +1,90 @@
+#include "TrendViewFixture.h"
+
+#include "plotkit/model/CPTTickFormatters.h"
+#include "plugins/PlotixPlugIn/InfoTableModel.h"
+
+namespace {
+
+class TrendReading : public TrendViewFixture {
+protected:
+    CPTXYAxis& xAxis() { return *trend().graph()->axisSet()->firstAxis(); }
+    CPTXYAxis& yAxis() { return *trend().graph()->axisSet()->lastAxis(); }
+    void choose(const char* option, bool on) { trend().setReading({{QLatin1String(option), on}}); }
+    bool areAxesReadable()
+    {
+        return trend().graph()->labelRoom() == CPTLabelRoom::Grows &&
+               xAxis().labelingPolicy() == CPTAxisLabelingPolicy::Calendar &&
+               dynamic_cast<const CPTTickTimeFormatter*>(xAxis().labelFormatter().get()) &&
+               dynamic_cast<const CPTTickNumberFormatter*>(yAxis().labelFormatter().get());
+    }
+    QString shownMaximum()
+    {
+        const InfoTableModel* model = trend().infoTable()->infoTableModel();
+        return model->data(model->index(0, InfoTableModel::Maximum)).toString();
+    }
+    KTVRecordDictionaryPtr largeValues() const
+    {
+        return recordsAt({kFrom, kTo}).column("airTemperature", {1'234'500, 1'234'600.25}).build();
+    }
+};
+
+TEST_F(TrendReading, WithoutAChoiceNothingIsDifferent)
+{
+    openTrendWithData();
+    EXPECT_FALSE(areAxesReadable());
+    EXPECT_EQ(trend().graph()->labelRoom(), CPTLabelRoom::Fixed);
+    EXPECT_TRUE(trend().reading().isEmpty());
+    EXPECT_FALSE(archived().contains("reading"));
+}
+
+TEST_F(TrendReading, ReadableLabelsStayThroughRefreshZoomAndDates)
+{
+    makeTrend();
+    choose("readableLabels", true);
+    open();
+    answer(twoProperties());
+    EXPECT_TRUE(areAxesReadable());
+    answerRefresh(twoProperties());
+    trend().graph()->defaultPlotSpace()->setXRange({kFrom, 60});
+    trend().adjustXAxis();
+    EXPECT_TRUE(areAxesReadable());
+}
+
+TEST_F(TrendReading, AGraphThatIsShownBecomesReadableAndPlainAgain)
+{
+    openTrendWithData();
+    choose("readableLabels", true);
+    EXPECT_TRUE(areAxesReadable());
+    choose("readableLabels", false);
+    EXPECT_EQ(trend().graph()->labelRoom(), CPTLabelRoom::Fixed);
+    EXPECT_EQ(xAxis().labelingPolicy(), CPTAxisLabelingPolicy::FixedInterval);
+    EXPECT_EQ(xAxis().titleOffset(), -20.0);
+    EXPECT_EQ(yAxis().labelFormatter()->pattern(), "#.#");
+}
+
+TEST_F(TrendReading, TheTablesNumbersBecomeReadable)
+{
+    makeTrend({"airTemperature"});
+    open();
+    answer(largeValues());
+    EXPECT_EQ(shownMaximum(), "1234600.2");
+    choose("readableLabels", true);
+    EXPECT_EQ(shownMaximum(), "1,234,600.2");
+}
+
+TEST_F(TrendReading, TheChoiceIsArchivedWithTheTrend)
+{
+    openTrendWithData();
+    choose("readableLabels", true);
+    adopt(encodedAndDecoded());
+    EXPECT_EQ(trend().reading(), (QVariantMap{{"readableLabels", true}}));
+}
+
+TEST_F(TrendReading, AHostReachesItByName)
+{
+    openTrendWithData();
+    QMetaObject::invokeMethod(&trend(), "setReading", Q_ARG(QVariantMap, QVariantMap({{"readableLabels", true}})));
+    EXPECT_TRUE(areAxesReadable());
+}
+
+}  // namespace

@@ -1,0 +1,30 @@
+#include "plugins/PlotixPlugIn/reading/ReadingOptions.h"
+
+#include <gtest/gtest.h>
+
+namespace {
+
+using namespace plotix;
+
+TEST(ReadingOptionsTest, NothingIsChosenAtFirst)
+{
+    EXPECT_FALSE(ReadingOptions().hasReadableLabels());
+    EXPECT_TRUE(dictionaryFromReadingOptions({}).isEmpty());
+}
+
+TEST(ReadingOptionsTest, OptionsSurviveTheirDictionary)
+{
+    for (const bool choice : {false, true}) {
+        const ReadingOptions options{.readableLabels = choice};
+        EXPECT_EQ(mergedReadingOptions({}, dictionaryFromReadingOptions(options)), options);
+    }
+}
+
+TEST(ReadingOptionsTest, MergingLeavesWhatIsNotNamed)
+{
+    const ReadingOptions chosen{.readableLabels = true};
+    EXPECT_EQ(mergedReadingOptions(chosen, {{"unknown", true}}), chosen);
+    EXPECT_EQ(mergedReadingOptions(chosen, {{"readableLabels", "yes"}}), chosen);
+}
+
+}  // namespace
