@@ -172,7 +172,11 @@ protected:
         window->show();
         recordAction()->trigger();
     }
-    ~EndRecordingTest() override { window->closeAsOrdered(); }
+    void TearDown() override
+    {
+        window->closeAsOrdered();
+        LiveWindowTest::TearDown();
+    }
     /// Closes, and presses that button of the question.
     bool closeAndPress(int button)
     {
