@@ -16,6 +16,7 @@
 namespace plotix {
 
 class ArchiveManager;
+enum class RecordFailure;
 class RecordStore;  // records/store
 class SiteDocument;
 
@@ -125,7 +126,7 @@ signals:
     /// Another file has taken the site's name; once.
     void replaced(const QString& message);
     /// A fetch failed: the records cannot be read, or exceed the memory budget.
-    void recordsNotRead(const QString& message);
+    void recordsNotRead(const QString& message, RecordFailure failure);
 
 private:
     friend class SiteAgent;

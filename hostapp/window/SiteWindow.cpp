@@ -1,6 +1,7 @@
 #include "hostapp/window/SiteWindow.h"
 
 #include "base/ReportableError.h"
+#include "hostapp/document/ArchiveManager.h"
 #include "hostapp/window/DesktopUserInterface.h"
 #include "hostapp/window/EmptyStateView.h"
 #include "hostapp/window/ImportTask.h"
@@ -161,7 +162,11 @@ void SiteWindow::connectLists()
     SiteDocument* document = m_controller->siteDocument().get();
     connect(document, &SiteDocument::changeNotStored, this, storingFailed);
     connect(document, &SiteDocument::recordsNotRead, this,
-            [this, last = QString(), quiet = QDeadlineTimer()](const QString& message) mutable {
+            [this, last = QString(), quiet = QDeadlineTimer()](const QString& message, RecordFailure failure) mutable {
+                if (failure == RecordFailure::Unreadable) {
+                    statusBar()->showMessage(message);  // the trend has shown an alert already; this is the reason
+                    return;
+                }
                 // Several trends, or a followed one, may fail in the same way: shown once a minute.
                 if (message == last && !quiet.hasExpired())
                     return;

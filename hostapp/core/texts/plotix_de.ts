@@ -1525,6 +1525,10 @@ Doppelklick ändert Farbe oder Einheit.</translation>
         <translation>&amp;Weiter aufzeichnen</translation>
     </message>
     <message>
+        <source>The trend shows no graph yet: wait for its records, or refresh it.</source>
+        <translation>Der Trend zeigt noch kein Diagramm: Warten Sie auf seine Messwerte, oder aktualisieren Sie ihn.</translation>
+    </message>
+    <message>
         <source>%1 (may only be looked at) – Plotix</source>
         <translation>%1 (nur zum Ansehen) – Plotix</translation>
     </message>
