@@ -119,6 +119,7 @@ void SiteWindow::askAndReplace(const ImportFinding& finding)
     if (box.clickedButton() != replace) {
         statusBar()->showMessage(tr("Import cancelled; nothing was stored."), 10'000);
         emit importEnded(false);
+        importNext();
         return;
     }
     ImportOptions options = m_importWanted.second;
