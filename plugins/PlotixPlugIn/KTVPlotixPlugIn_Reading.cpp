@@ -9,6 +9,7 @@
 
 #include "plugins/PlotixPlugIn/InfoTableModel.h"
 #include "plugins/PlotixPlugIn/host/KTVBundle.h"
+#include "plugins/PlotixPlugIn/reading/LineGaps.h"
 #include "plugins/PlotixPlugIn/reading/ReadableAxes.h"
 
 void KTVPlotixPlugIn::setReading(const QVariantMap& options)
@@ -45,6 +46,8 @@ void KTVPlotixPlugIn::applyReading()
 {
     if (m_infoTable)
         m_infoTable->infoTableModel()->setReadableNumbers(m_reading.hasReadableLabels());
+    if (m_graph)
+        plotix::breakLinesAtGaps(*m_graph, m_reading);
     if (!m_graph || !hostedAxisSet() || !m_reading.hasReadableLabels())
         return;
     KTVBundle* texts = KTVBundle::mainBundle();

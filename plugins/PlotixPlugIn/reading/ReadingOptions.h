@@ -15,6 +15,13 @@ struct ReadingOptions {
     /// the plots; the table's numbers likewise.
     std::optional<bool> readableLabels = {};
 
+    /// A line is broken where nothing was recorded.
+    std::optional<bool> brokenLines = {};
+    /// The longest distance between points that are joined all the same, seconds; 0, or absent: far above the usual
+    /// one, see LineGaps.h. Only with `brokenLines`.
+    std::optional<double> longestJoin = {};
+
+    bool hasBrokenLines() const { return brokenLines.value_or(false); }
     bool hasReadableLabels() const { return readableLabels.value_or(false); }
 
     friend bool operator==(const ReadingOptions&, const ReadingOptions&) = default;
