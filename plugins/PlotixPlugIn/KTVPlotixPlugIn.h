@@ -17,6 +17,7 @@
 #include <QtWidgets/QAbstractButton>
 #include <QtWidgets/QLabel>
 
+class LineMenu;
 class TrendViewArrangement;
 namespace plotix {
 class ReadSpans;
@@ -266,6 +267,9 @@ private:
     void removePlotOfProperty(const QString& propertyName);
     void removeRowNamed(const QString& tableName);
     void observeProperty(KTVProperty& property);  ///< "unit" and "color"
+    void takePropertyColors();
+    void applyLineCommands();
+    QColor lineColor(const QString& key, const KTVRecordColumn& column) const;
     void recolorPlot(const KTVProperty& property);
     void recolorRows(const QString& propertyName, const QColor& color);
 
@@ -313,6 +317,7 @@ private:
     OptionalDate m_refreshedFrom, m_refreshedTo;                        // Acquisition
     std::unique_ptr<plotix::ReadSpans> m_readSpans;                     // owns; told, never asked
     plotix::ReadingOptions m_reading;                                   // Reading
+    QPointer<LineMenu> m_lineMenu;                                      // weak; Reading. Absent unless chosen
     bool m_firstFitUnderWay = false;                                    // Axes; the y axis is not re-ticked meanwhile
     bool m_rangeBeingShown = false;                                     // Following; no modifier key counts meanwhile
     QPointer<QObject> m_completionTarget;                               // weak

@@ -656,6 +656,22 @@
         <source>Value</source>
         <translation>Wert</translation>
     </message>
+    <message>
+        <source>Lines</source>
+        <translation>Linien</translation>
+    </message>
+    <message>
+        <source>Show Only</source>
+        <translation>Nur zeigen</translation>
+    </message>
+    <message>
+        <source>Show All</source>
+        <translation>Alle zeigen</translation>
+    </message>
+    <message>
+        <source>Show Only This</source>
+        <translation>Nur diese zeigen</translation>
+    </message>
 </context>
 <context>
     <name>ProgramServices</name>

@@ -12,6 +12,8 @@ struct Flag {
 constexpr Flag kFlags[] = {
     {"readableLabels", &ReadingOptions::readableLabels},
     {"brokenLines", &ReadingOptions::brokenLines},
+    {"propertyColors", &ReadingOptions::propertyColors},
+    {"lineCommands", &ReadingOptions::lineCommands},
 };
 
 const QString kLongestJoin = QStringLiteral("longestJoin");  // stored: never change
