@@ -51,6 +51,7 @@ QByteArray pdfOfStoredReport(const ReportRequest& request, KTVPlugInModule* modu
     const KTVPlugInPtr view = viewTitled(printableViews(site), request.view);
     view->view();  // loading the view starts the fetch
     site.requireRecords();
+    site.settle(*view, Wanted::Exact);
     return ViewReport(view, request.form).pdf();
 }
 
