@@ -18,7 +18,7 @@ constexpr QColor kShade(255, 255, 255, 26);
 constexpr QColor kHatch(255, 255, 255, 38);
 constexpr QColor kPlate(0, 0, 0, 150);
 constexpr QColor kWord(255, 214, 102);
-constexpr double kTextSize = 12;  // points
+constexpr double kWordSize = 12;  // points
 constexpr double kInset = 6;      // points between plate, word and plot area
 
 /// Both: a plain shade is hard to see on paper, a hatch alone on a fine screen.
@@ -33,7 +33,7 @@ void shade(QPainter& painter, const QRectF& area)
 void write(QPainter& painter, const QRectF& plotArea, const QString& word)
 {
     QFont font(QStringLiteral("Helvetica"));
-    font.setPixelSize(int(kTextSize));
+    font.setPixelSize(int(kWordSize));
     painter.setFont(font);
     const QRectF measured = painter.boundingRect(QRectF(QPointF(), plotArea.size()), Qt::AlignLeft, word);
     QRectF plate(QPointF(), measured.size() + QSizeF(2 * kInset, kInset));
