@@ -22,11 +22,13 @@ QString listedTitles(const std::vector<KTVPlugInPtr>& views)
     QStringList titles;
     for (const KTVPlugInPtr& view : views)
         titles << titleOf(*view);
-    return titles.isEmpty() ? QStringLiteral("none") : titles.join(QStringLiteral(", "));
+    return titles.join(QStringLiteral(", "));
 }
 
 KTVPlugInPtr viewTitled(const std::vector<KTVPlugInPtr>& views, const QString& title)
 {
+    if (views.empty())
+        throw ReportableError(QStringLiteral("the site has no trend to report on; plotix open makes one"));
     if (title.isEmpty() && views.size() == 1)
         return views.front();
     for (const Qt::CaseSensitivity sensitivity : {Qt::CaseSensitive, Qt::CaseInsensitive})
