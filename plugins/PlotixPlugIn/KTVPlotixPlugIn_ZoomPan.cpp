@@ -11,6 +11,7 @@
 #include "plugins/PlotixPlugIn/host/KTVHostServices.h"
 #include "plugins/PlotixPlugIn/host/KTVUserInterface.h"
 #include "plugins/PlotixPlugIn/logic/RangePolicy.h"
+#include "plugins/PlotixPlugIn/reading/ReadSpans.h"
 
 bool KTVPlotixPlugIn::plotSpaceShouldScaleBy(CPTXYPlotSpace* /*space*/, double /*factor*/, QPointF /*aboutPoint*/)
 {
@@ -36,8 +37,10 @@ CPTPlotRange KTVPlotixPlugIn::plotSpaceWillChangePlotRangeTo(CPTXYPlotSpace* spa
     return verdict.range;
 }
 
-void KTVPlotixPlugIn::plotSpaceDidChangePlotRangeForCoordinate(CPTXYPlotSpace* /*space*/, CPTCoordinate /*coordinate*/)
+void KTVPlotixPlugIn::plotSpaceDidChangePlotRangeForCoordinate(CPTXYPlotSpace* /*space*/, CPTCoordinate coordinate)
 {
+    if (coordinate == CPTCoordinate::X)
+        m_readSpans->drawnSpanSet();
 }
 
 bool KTVPlotixPlugIn::plotSpaceShouldHandlePointingDeviceUpEvent(CPTXYPlotSpace* /*space*/, QPointF /*atPoint*/)

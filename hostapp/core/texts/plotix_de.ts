@@ -645,12 +645,32 @@
         <translation>Gesamter Zeitraum</translation>
     </message>
     <message>
+        <source>Not yet the chosen dates</source>
+        <translation>Noch nicht die gewählten Daten</translation>
+    </message>
+    <message>
         <source>Time</source>
         <translation>Zeit</translation>
     </message>
     <message>
         <source>Value</source>
         <translation>Wert</translation>
+    </message>
+    <message>
+        <source>Lines</source>
+        <translation>Linien</translation>
+    </message>
+    <message>
+        <source>Show Only</source>
+        <translation>Nur zeigen</translation>
+    </message>
+    <message>
+        <source>Show All</source>
+        <translation>Alle zeigen</translation>
+    </message>
+    <message>
+        <source>Show Only This</source>
+        <translation>Nur diese zeigen</translation>
     </message>
 </context>
 <context>
@@ -910,6 +930,30 @@
         <translation>Ü&amp;ber Plotix</translation>
     </message>
     <message>
+        <source>Last &amp;Hour</source>
+        <translation>Letzte &amp;Stunde</translation>
+    </message>
+    <message>
+        <source>Last &amp;Day</source>
+        <translation>Letzter &amp;Tag</translation>
+    </message>
+    <message>
+        <source>&amp;Today</source>
+        <translation>&amp;Heute</translation>
+    </message>
+    <message>
+        <source>&amp;All Records</source>
+        <translation>&amp;Alle Messwerte</translation>
+    </message>
+    <message>
+        <source>&amp;Present Length</source>
+        <translation>&amp;Jetzige Länge</translation>
+    </message>
+    <message>
+        <source>Follow &amp;Span</source>
+        <translation>S&amp;panne zum Folgen</translation>
+    </message>
+    <message>
         <source>&amp;Next Region</source>
         <translation>&amp;Nächster Bereich</translation>
     </message>
@@ -920,6 +964,14 @@
     <message>
         <source>&amp;Appearance</source>
         <translation>Ersc&amp;heinungsbild</translation>
+    </message>
+    <message>
+        <source>&amp;Break Lines at Gaps</source>
+        <translation>&amp;Linien an Lücken unterbrechen</translation>
+    </message>
+    <message>
+        <source>No line where nothing was recorded; a choice of this trend.</source>
+        <translation>Keine Linie, wo nichts aufgezeichnet wurde; gilt für diesen Trend.</translation>
     </message>
     <message>
         <source>Undo &amp;Import…</source>
@@ -1557,6 +1609,14 @@ Doppelklick ändert Farbe oder Einheit.</translation>
         <translation>Liste leeren</translation>
     </message>
     <message>
+        <source>The records of these dates are not here</source>
+        <translation>Die Messwerte dieser Daten fehlen</translation>
+    </message>
+    <message>
+        <source>Reading the records of these dates…</source>
+        <translation>Die Messwerte dieser Daten werden gelesen …</translation>
+    </message>
+    <message>
         <source>The trend shows no graph yet: wait for its records, or refresh it.</source>
         <translation>Der Trend zeigt noch kein Diagramm: Warten Sie auf seine Messwerte, oder aktualisieren Sie ihn.</translation>
     </message>
@@ -1679,6 +1739,13 @@ Doppelklick ändert Farbe oder Einheit.</translation>
     <message>
         <source>On the web: %1</source>
         <translation>Im Web: %1</translation>
+    </message>
+</context>
+<context>
+    <name>plotix::WorkingSite</name>
+    <message>
+        <source>The “from” date lies after the “to” date; choose other dates first.</source>
+        <translation>Der Anfang liegt nach dem Ende; wählen Sie erst andere Daten.</translation>
     </message>
 </context>
 </TS>
