@@ -1149,7 +1149,7 @@
     </message>
     <message>
         <source>Report in the View&apos;s Own &amp;Form</source>
-        <translation>Bericht in der &amp;Form der Ansicht</translation>
+        <translation>Bericht in der Form der An&amp;sicht</translation>
     </message>
 </context>
 <context>
