@@ -82,6 +82,7 @@ void KTVPlotixPlugIn::updatePlotData(const KTVRecordDictionaryPtr& newRecords)
         m_graph->removePlot(plot);
     if (addPlots(*records, series) > 0)
         fitPlots(rebuild);
+    updateRangeNotice();
 
     showDataMessages(*records);
     if (m_completionTarget)

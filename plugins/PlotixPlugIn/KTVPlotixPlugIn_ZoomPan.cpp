@@ -23,7 +23,8 @@ CPTPlotRange KTVPlotixPlugIn::plotSpaceWillChangePlotRangeTo(CPTXYPlotSpace* spa
     const CPTPlotRange& current = coordinate == CPTCoordinate::Y ? space->yRange() : space->xRange();
     const plotix::RangeVerdict verdict =
         plotix::judgeRange(range, current, coordinate,
-                           {.option = flags.testFlag(Qt::AltModifier), .shift = flags.testFlag(Qt::ShiftModifier)});
+                           {.option = flags.testFlag(Qt::AltModifier), .shift = flags.testFlag(Qt::ShiftModifier)},
+                           m_reading.hasUnlimitedValues() ? plotix::ValueLimits::Lifted : plotix::ValueLimits::Kept);
     if (verdict.accepted && coordinate == CPTCoordinate::X) {
         m_dataCluster->setFromDateValue(plotix::Date{range.location});
         m_dataCluster->setToDateValue(plotix::Date{range.end()});
@@ -34,8 +35,10 @@ CPTPlotRange KTVPlotixPlugIn::plotSpaceWillChangePlotRangeTo(CPTXYPlotSpace* spa
     return verdict.range;
 }
 
-void KTVPlotixPlugIn::plotSpaceDidChangePlotRangeForCoordinate(CPTXYPlotSpace* /*space*/, CPTCoordinate /*coordinate*/)
+void KTVPlotixPlugIn::plotSpaceDidChangePlotRangeForCoordinate(CPTXYPlotSpace* /*space*/, CPTCoordinate coordinate)
 {
+    if (coordinate == CPTCoordinate::Y)
+        updateRangeNotice();
 }
 
 bool KTVPlotixPlugIn::plotSpaceShouldHandlePointingDeviceUpEvent(CPTXYPlotSpace* /*space*/, QPointF /*atPoint*/)

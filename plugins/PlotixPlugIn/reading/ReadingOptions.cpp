@@ -11,6 +11,8 @@ struct Flag {
 
 constexpr Flag kFlags[] = {
     {"readableLabels", &ReadingOptions::readableLabels},
+    {"tellsOutside", &ReadingOptions::tellsOutside},
+    {"unlimitedValues", &ReadingOptions::unlimitedValues},
 };
 
 }  // namespace

@@ -15,7 +15,14 @@ struct ReadingOptions {
     /// the plots; the table's numbers likewise.
     std::optional<bool> readableLabels = {};
 
+    /// A notice names the lines that the longest or shortest permitted range of values does not show.
+    std::optional<bool> tellsOutside = {};
+    /// The range of values may be of any length.
+    std::optional<bool> unlimitedValues = {};
+
     bool hasReadableLabels() const { return readableLabels.value_or(false); }
+    bool doesTellOutside() const { return tellsOutside.value_or(false); }
+    bool hasUnlimitedValues() const { return unlimitedValues.value_or(false); }
 
     friend bool operator==(const ReadingOptions&, const ReadingOptions&) = default;
 };
