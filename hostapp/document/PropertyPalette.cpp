@@ -18,13 +18,13 @@ constexpr std::array<QRgb, kPaletteSize> kPalette{
     0xFFB5DE6A,  // lime
     0xFFDDBB92,  // sand
     0xFFE4E7EB,  // near white
-    0xFF3D8BFD,  // blue
+    0xFF6BA6FF,  // blue
     0xFFC77DFF,  // violet
     0xFF63D471,  // green
     0xFFA8A81E,  // olive
     0xFF7FE7E0,  // turquoise
     0xFFFFB3A7,  // salmon
-    0xFFD1609F,  // magenta
+    0xFFE98484,  // coral
     0xFF9FB3C8,  // steel
     0xFFFFD59E,  // peach
     0xFF00B8D4,  // teal
