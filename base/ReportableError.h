@@ -17,4 +17,11 @@ private:
     QString m_message;
 };
 
+/// Another file has taken the name of the one that was open. Whoever sees this writes no more: neither to the new file,
+/// which is somebody else's, nor to the old one, which nobody would find.
+class FileReplaced : public ReportableError {
+public:
+    using ReportableError::ReportableError;
+};
+
 }  // namespace plotix

@@ -1,6 +1,7 @@
 #include "storage/Database.h"
 
 #include "base/ReportableError.h"
+#include "storage/FormerFile.h"
 
 #include <QtCore/QFileInfo>
 #include <QtCore/QUrl>
@@ -95,12 +96,16 @@ void Database::create(const QString& file, const DatabaseSchema& schema, const Q
 }
 
 Database::Database(const QString& file, DatabaseSchema schema, Access access)
-    : m_file(QFileInfo(file).absoluteFilePath()), m_schema(std::move(schema))
+    : m_file(QFileInfo(file).absoluteFilePath()), m_opened(m_file), m_schema(std::move(schema))
 {
     try {
         requireReadableFile(m_file);
         // The first check leaves no trace: no lock, no log, nothing created beside the file.
         inspect(uriOf(m_file, "?mode=ro&immutable=1"));
+        if (holderOfFormerFile(m_file))
+            throw ReportableError(QStringLiteral("%1 took the place of a file that a program still has open: end that "
+                                                 "program first, then open this one.")
+                                      .arg(quoted(m_file)));
         const bool writable = access != Access::ReadOnly && allowsWriting(m_file);
         if (access == Access::ReadWrite && !writable)
             throw ReportableError(
@@ -111,6 +116,7 @@ Database::Database(const QString& file, DatabaseSchema schema, Access access)
         open(m_readOnly ? SQLITE_OPEN_READONLY : SQLITE_OPEN_READWRITE, uriOf(m_file, frozen ? "?mode=ro&immutable=1"
                                                                                       : m_readOnly ? "?mode=ro"
                                                                                                    : "?mode=rw"));
+        requireInPlace();  // else the connection may have the file that came later
         checkTables(checkHeader());
         if (access == Access::ReadWrite)
             upgrade();
@@ -120,6 +126,9 @@ Database::Database(const QString& file, DatabaseSchema schema, Access access)
     } catch (...) {
         m_begin.reset();
         m_commit.reset();
+        // Closing merges the log into the file, which may be neither's.
+        if (m_handle && m_opened.place() != OpenedFile::Place::Same)
+            sqlite3_db_config(m_handle, SQLITE_DBCONFIG_NO_CKPT_ON_CLOSE, 1, nullptr);
         sqlite3_close_v2(m_handle);
         throw;
     }
@@ -129,6 +138,7 @@ Database::~Database()
 {
     m_begin.reset();
     m_commit.reset();
+    mergeLogIntoOwnFile();
     sqlite3_close_v2(m_handle);
 }
 
@@ -228,6 +238,7 @@ void Database::beginWriting()
         fail(SQLITE_READONLY);
     if (!m_begin)
         m_begin = std::make_unique<Statement>(*this, "BEGIN IMMEDIATE");
+    requireInPlace();
     m_begin->run();
 }
 
@@ -235,7 +246,9 @@ void Database::commit()
 {
     if (!m_commit)
         m_commit = std::make_unique<Statement>(*this, "COMMIT");
+    requireInPlace();
     m_commit->run();
+    requireInPlace();
 }
 
 unsigned Database::dataVersion() const
@@ -245,9 +258,14 @@ unsigned Database::dataVersion() const
     return version;
 }
 
+bool Database::isWriting() const
+{
+    return m_handle && sqlite3_get_autocommit(m_handle) == 0;
+}
+
 void Database::rollBack() noexcept
 {
-    if (m_handle && sqlite3_get_autocommit(m_handle) == 0)
+    if (isWriting())
         sqlite3_exec(m_handle, "ROLLBACK", nullptr, nullptr, nullptr);
 }
 

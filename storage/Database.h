@@ -1,6 +1,7 @@
 #pragma once
 
 #include "storage/DatabaseSchema.h"
+#include "storage/OpenedFile.h"
 
 #include <QtCore/QByteArray>
 #include <QtCore/QString>
@@ -48,10 +49,24 @@ public:
     /// How long a statement waits for another writer; 3 seconds at first.
     void setPatience(int milliseconds);
 
-    /// Starts writing at once, waiting for another writer. Throws when the file is read-only.
+    /// Starts writing at once, waiting for another writer. Throws when the file is read-only, FileReplaced when another
+    /// file has taken its name.
     void beginWriting();
+    /// Throws FileReplaced also when the file was replaced while this was at work; nobody may rely on it being stored.
     void commit();
+    bool isWriting() const;    ///< between beginWriting and its end
     void rollBack() noexcept;  ///< without a transaction: nothing
+
+    /// The file this connection has open, wherever its name leads now.
+    const OpenedFile& openedFile() const { return m_opened; }
+    /// Throws FileReplaced, or ReportableError when the name leads nowhere.
+    void requireInPlace() const;
+    QString replacedMessage() const;  ///< of FileReplaced
+    /// Takes the log from where the next program would find it; does nothing while the file is where it was.
+    void mergeLogIntoOwnFile() noexcept;
+    /// Copies a replaced file that no name leads to any more beside the new one; a sentence that says where what was
+    /// stored is now. May take as long as copying the file.
+    QString keepReplaced();
 
     /// A number that differs once another connection has changed the document, and after each commit of this one.
     /// Meaningful inside a transaction.
@@ -68,6 +83,7 @@ private:
     void upgrade();
 
     QString m_file;
+    OpenedFile m_opened;  // before the connection, so that it cannot hold a later file
     DatabaseSchema m_schema;
     sqlite3* m_handle = nullptr;
     bool m_readOnly = false;

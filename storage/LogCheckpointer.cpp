@@ -102,7 +102,9 @@ void LogCheckpointer::work()
         try {
             if (!database)
                 database = std::make_unique<Database>(m_served.file(), m_served.schema(), Database::Access::ReadWrite);
-            merge(*database);
+            // The log belongs to the served file, and must not be merged into one that took its name.
+            if (database->openedFile().isSameAs(m_served.openedFile()))
+                merge(*database);
         } catch (const std::exception&) {  // the committing connection fails in the same way, and its caller is told
             database.reset();
         }

@@ -51,6 +51,10 @@ void runUntilStopped(const RecordCommand& command, LiveRecorder& recorder, Comma
     QObject::connect(&stop, &StopRequest::requested, &loop, &QEventLoop::quit);
     QObject::connect(&recorder, &LiveRecorder::statusChanged, &loop, [&] {
         const QString message = recorder.status().message;
+        if (recorder.status().state == RecordingStatus::State::SiteReplaced) {
+            loop.quit();  // the command fails with that message
+            return;
+        }
         const QString line = message.isEmpty() ? QStringLiteral("All is well again.") : message;
         streams.error << "plotix: " << line.simplified().toStdString() << std::endl;
     });
@@ -83,6 +87,8 @@ int runCommand(const RecordCommand& command, CommandContext context)
                            << path << "; Ctrl-C ends it." << std::endl;
     runUntilStopped(command, recorder, context.streams);
     const RecordingStatus status = recorder.status();
+    if (status.state == RecordingStatus::State::SiteReplaced)
+        throw ReportableError(status.message);
     context.streams.output << "Recorded " << status.stored << (status.stored == 1 ? " record" : " records") << " into "
                            << path << '.' << std::endl;
     if (const std::size_t missing = status.waiting + status.lost)

@@ -1,15 +1,15 @@
 #include "hostapp/core/Coder.h"
 
 #include "base/ReportableError.h"
-#include "hostapp/core/CoderNode.h"
 #include "hostapp/core/SiteProperty.h"
 #include "hostapp/core/Units.h"
+#include "plugins/PlotixPlugIn/host/KTVArchiveNode.h"
 
 namespace plotix {
 
 namespace {
 
-ArchivedProperty archived(const KTVProperty& property)
+KTVArchivedProperty archived(const KTVProperty& property)
 {
     return {property.propertyName(), property.name(), property.unit(),
             property.color(),        property.type(), property.visible()};
@@ -17,7 +17,7 @@ ArchivedProperty archived(const KTVProperty& property)
 
 /// Keeps the position, name and colour of a property that no longer exists; it has no row, so no records are found for
 /// it.
-KTVPropertyPtr placeholder(const ArchivedProperty& property)
+KTVPropertyPtr placeholder(const KTVArchivedProperty& property)
 {
     SiteProperty::Description description;
     description.name = property.name;
@@ -29,44 +29,44 @@ KTVPropertyPtr placeholder(const ArchivedProperty& property)
     return std::make_shared<SiteProperty>(description, Units::shared());
 }
 
-void writeObject(CoderNode& parent, const QString& key, const std::function<void(KeyedEncoder&)>& write);
+void writeObject(KTVArchiveNode& parent, const QString& key, const std::function<void(KeyedEncoder&)>& write);
 
 /// Writes into one node; the root encoder and those of nested objects are alike.
 class NodeEncoder : public KeyedEncoder {
 public:
-    explicit NodeEncoder(CoderNode& node) : m_node(node) {}
-    void encodeBool(const QString& key, bool value) override { m_node.set(key, CoderNode::of(value)); }
-    void encodeValue(const QString& key, const QVariant& value) override { m_node.set(key, CoderNode::of(value)); }
+    explicit NodeEncoder(KTVArchiveNode& node) : m_node(node) {}
+    void encodeBool(const QString& key, bool value) override { m_node.set(key, KTVArchiveNode::of(value)); }
+    void encodeValue(const QString& key, const QVariant& value) override { m_node.set(key, KTVArchiveNode::of(value)); }
     void encodeObject(const QString& key, const std::function<void(KeyedEncoder&)>& write) override
     {
         writeObject(m_node, key, write);
     }
 
 private:
-    CoderNode& m_node;
+    KTVArchiveNode& m_node;
 };
 
-void writeObject(CoderNode& parent, const QString& key, const std::function<void(KeyedEncoder&)>& write)
+void writeObject(KTVArchiveNode& parent, const QString& key, const std::function<void(KeyedEncoder&)>& write)
 {
-    CoderNode object;
-    object.kind = CoderNode::Kind::Object;
+    KTVArchiveNode object;
+    object.kind = KTVArchiveNode::Kind::Object;
     NodeEncoder encoder(object);
     if (write)
         write(encoder);
     parent.set(key, std::move(object));
 }
 
-QVariant valueIn(const CoderNode& object, const QString& key)
+QVariant valueIn(const KTVArchiveNode& object, const QString& key)
 {
-    const CoderNode* node = object.find(key);
-    return node && node->kind == CoderNode::Kind::Value ? node->value : QVariant();
+    const KTVArchiveNode* node = object.find(key);
+    return node && node->kind == KTVArchiveNode::Kind::Value ? node->value : QVariant();
 }
 
-bool readObject(const CoderNode& parent, const QString& key, const std::function<void(KeyedDecoder&)>& read);
+bool readObject(const KTVArchiveNode& parent, const QString& key, const std::function<void(KeyedDecoder&)>& read);
 
 class NodeDecoder : public KeyedDecoder {
 public:
-    explicit NodeDecoder(const CoderNode& node) : m_node(node) {}
+    explicit NodeDecoder(const KTVArchiveNode& node) : m_node(node) {}
     bool containsKey(const QString& key) const override { return m_node.find(key) != nullptr; }
     bool decodeBool(const QString& key) const override { return valueIn(m_node, key).toBool(); }
     QVariant decodeValue(const QString& key) const override { return valueIn(m_node, key); }
@@ -76,13 +76,13 @@ public:
     }
 
 private:
-    const CoderNode& m_node;
+    const KTVArchiveNode& m_node;
 };
 
-bool readObject(const CoderNode& parent, const QString& key, const std::function<void(KeyedDecoder&)>& read)
+bool readObject(const KTVArchiveNode& parent, const QString& key, const std::function<void(KeyedDecoder&)>& read)
 {
-    const CoderNode* node = parent.find(key);
-    if (!node || node->kind != CoderNode::Kind::Object)
+    const KTVArchiveNode* node = parent.find(key);
+    if (!node || node->kind != KTVArchiveNode::Kind::Object)
         return false;
     NodeDecoder decoder(*node);
     if (read)
@@ -93,21 +93,21 @@ bool readObject(const CoderNode& parent, const QString& key, const std::function
 }  // namespace
 
 Encoder::Encoder(const QString& agentIdentifier)
-    : m_root(std::make_unique<CoderNode>()), m_agentIdentifier(agentIdentifier)
+    : m_root(std::make_unique<KTVArchiveNode>()), m_agentIdentifier(agentIdentifier)
 {
-    m_root->kind = CoderNode::Kind::Object;
+    m_root->kind = KTVArchiveNode::Kind::Object;
 }
 
 Encoder::~Encoder() = default;
 
 void Encoder::encodeBool(const QString& key, bool value)
 {
-    m_root->set(key, CoderNode::of(value));
+    m_root->set(key, KTVArchiveNode::of(value));
 }
 
 void Encoder::encodeValue(const QString& key, const QVariant& value)
 {
-    m_root->set(key, CoderNode::of(value));
+    m_root->set(key, KTVArchiveNode::of(value));
 }
 
 void Encoder::encodeObject(const QString& key, const std::function<void(KeyedEncoder&)>& write)
@@ -117,8 +117,8 @@ void Encoder::encodeObject(const QString& key, const std::function<void(KeyedEnc
 
 void Encoder::encodeProperties(const QString& key, const KTVPropertyList& properties)
 {
-    CoderNode node;
-    node.kind = CoderNode::Kind::Properties;
+    KTVArchiveNode node;
+    node.kind = KTVArchiveNode::Kind::Properties;
     node.agent = m_agentIdentifier;
     for (const KTVPropertyPtr& property : properties)
         if (property)
@@ -128,11 +128,11 @@ void Encoder::encodeProperties(const QString& key, const KTVPropertyList& proper
 
 QByteArray Encoder::data() const
 {
-    return writeArchive(*m_root);
+    return writeKeyedArchive(*m_root);
 }
 
 Decoder::Decoder(const QByteArray& data, Surroundings surroundings)
-    : m_root(std::make_unique<CoderNode>(readArchive(data))), m_surroundings(std::move(surroundings))
+    : m_root(std::make_unique<KTVArchiveNode>(readKeyedArchive(data))), m_surroundings(std::move(surroundings))
 {
 }
 
@@ -160,13 +160,13 @@ bool Decoder::decodeObject(const QString& key, const std::function<void(KeyedDec
 
 std::optional<KTVPropertyList> Decoder::decodeProperties(const QString& key) const
 {
-    const CoderNode* node = m_root->find(key);
-    if (!node || node->kind != CoderNode::Kind::Properties)
+    const KTVArchiveNode* node = m_root->find(key);
+    if (!node || node->kind != KTVArchiveNode::Kind::Properties)
         return std::nullopt;
     const KTVAgentPtr agent = agentWithIdentifier(node->agent);
     const KTVPropertyCollection own = agent ? agent->properties() : KTVPropertyCollection();
     KTVPropertyList properties;
-    for (const ArchivedProperty& property : node->properties) {
+    for (const KTVArchivedProperty& property : node->properties) {
         const KTVPropertyPtr found = own.objectForKey(property.key);
         properties.push_back(found ? found : placeholder(property));
     }

@@ -9,14 +9,14 @@
 #include <functional>
 #include <memory>
 
+struct KTVArchiveNode;
+
 /// Keyed archives as bytes: CBOR that holds data only; nothing in it can name a class to be made.
 ///
 /// Doubles and floats come back bit for bit and with their type; integers come back as int if they fit, else as qint64;
 /// colours as their "#aarrggbb" text. A properties list is archived as the agent's identifier plus, for each property,
 /// its key and what is needed to list it when it no longer exists. `docs/formats.md` has the grammar. Main thread only.
 namespace plotix {
-
-struct CoderNode;
 
 class Encoder : public KTVEncoder {
 public:
@@ -33,7 +33,7 @@ public:
     QByteArray data() const;
 
 private:
-    std::unique_ptr<CoderNode> m_root;
+    std::unique_ptr<KTVArchiveNode> m_root;
     QString m_agentIdentifier;
 };
 
@@ -58,7 +58,7 @@ public:
     KTVSiteWindowController* siteWindowController() const override { return m_surroundings.siteWindowController; }
 
 private:
-    std::unique_ptr<CoderNode> m_root;
+    std::unique_ptr<KTVArchiveNode> m_root;
     Surroundings m_surroundings;
 };
 

@@ -1,7 +1,7 @@
 #include "hostapp/demo/DemonstrationTrends.h"
 
 #include "base/ReportableError.h"
-#include "hostapp/core/CoderNode.h"
+#include "plugins/PlotixPlugIn/host/KTVArchiveNode.h"
 
 namespace plotix {
 
@@ -17,20 +17,20 @@ constexpr double kRecordInterval = 60;  // seconds: a trend that ends one record
 /// The state with its dates moved; nothing when they need not move.
 std::optional<QByteArray> movedState(const QByteArray& state, double lastBefore, double lastNow)
 {
-    CoderNode root = readArchive(state);
-    const CoderNode* found = root.find(kDates);
-    const CoderNode* from = found ? found->find(kFrom) : nullptr;
-    const CoderNode* to = found ? found->find(kTo) : nullptr;
+    KTVArchiveNode root = readKeyedArchive(state);
+    const KTVArchiveNode* found = root.find(kDates);
+    const KTVArchiveNode* from = found ? found->find(kFrom) : nullptr;
+    const KTVArchiveNode* to = found ? found->find(kTo) : nullptr;
     if (!from || !to)
         return std::nullopt;
     const double end = to->value.toDouble();
     if (end < lastBefore - kRecordInterval || end >= lastNow)
         return std::nullopt;
-    CoderNode dates = *found;
-    dates.set(kFrom, CoderNode::of(from->value.toDouble() + (lastNow - end)));
-    dates.set(kTo, CoderNode::of(lastNow));
+    KTVArchiveNode dates = *found;
+    dates.set(kFrom, KTVArchiveNode::of(from->value.toDouble() + (lastNow - end)));
+    dates.set(kTo, KTVArchiveNode::of(lastNow));
     root.set(kDates, std::move(dates));
-    return writeArchive(root);
+    return writeKeyedArchive(root);
 }
 
 }  // namespace

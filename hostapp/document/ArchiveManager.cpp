@@ -26,6 +26,8 @@ struct ArchiveManager::Fetch {
     qint64 agent = 0;
     std::vector<RowId> rows;
     std::vector<KTVRecordColumn::Descriptor> descriptors;  // index for index with rows
+    KTVPropertyList properties;                            // likewise; main thread only
+    std::vector<QMetaObject::Connection> followed;         // main thread only
     std::shared_ptr<const KTVUnitModel> unitModel;
     OptionalDate from, to;
     ProgressHandler progress;
@@ -88,6 +90,7 @@ void ArchiveManager::fetchRecordsForProperties(const std::optional<KTVPropertyLi
             continue;
         fetch->rows.push_back(stored->description().id);
         fetch->descriptors.push_back(stored->description());
+        fetch->properties.push_back(property);
     }
     ++m_state->pending;
     m_workers.start([fetch, state = m_state]() mutable { answer(std::exchange(fetch, {}), state); });
@@ -125,6 +128,28 @@ KTVRecordDictionaryPtr ArchiveManager::read(Fetch& fetch, const State& state, st
     return dictionary;
 }
 
+// The records were read with the units and colours of the moment they were asked for. The answer follows its properties
+// until its handlers are done; from then on the asker, who observes them as well, converts what it holds.
+void ArchiveManager::bringUpToDate(Fetch& fetch, const KTVRecordDictionaryPtr& records)
+{
+    for (const KTVPropertyPtr& property : fetch.properties) {
+        const auto column = records->columnForKey(property->propertyName());
+        if (!column)
+            continue;
+        const auto update = [column, shown = std::weak_ptr(property)] {
+            const KTVPropertyPtr now = shown.lock();
+            if (now && now->unit() != column->unit())
+                column->setUnit(now->unit());
+            if (now)
+                column->setColor(now->color());
+        };
+        update();
+        // After the observers: one that has the answer already must still find the unit it knows, and convert.
+        const auto* stored = dynamic_cast<const SiteProperty*>(property.get());
+        fetch.followed.push_back(QObject::connect(stored, &SiteProperty::changed, update));
+    }
+}
+
 void ArchiveManager::answer(const std::shared_ptr<Fetch>& fetch, const std::shared_ptr<State>& state)
 {
     KTVRecordDictionaryPtr records;
@@ -137,18 +162,24 @@ void ArchiveManager::answer(const std::shared_ptr<Fetch>& fetch, const std::shar
         error = KTVError{
             QCoreApplication::translate("MemoryText", "The records do not fit into memory: choose a shorter range.")};
     }
-    const QString failure = error ? error->message : QString();
+    const QString message = error ? error->message : QString();
+    const RecordFailure failure = records ? RecordFailure::TooMany : RecordFailure::Unreadable;
+    // Before what the completion handler posts, because the queue is serial.
+    if (records)
+        MainQueue::main().async([fetch, records] { bringUpToDate(*fetch, records); });
     if (fetch->completion)
         fetch->completion(std::move(records), static_cast<double>(fetch->records), std::move(error));
     // Handlers may hold the last reference to a main-thread object; so they are destroyed there, after the tasks they
     // posted, because the queue is serial.
-    auto handlers = std::make_shared<std::pair<ProgressHandler, CompletionHandler>>(
-        std::exchange(fetch->progress, {}), std::exchange(fetch->completion, {}));
-    MainQueue::main().async([handlers = std::move(handlers), state, failure]() mutable {
-        handlers.reset();
+    MainQueue::main().async([fetch, state, message, failure] {
+        for (const QMetaObject::Connection& connection : std::exchange(fetch->followed, {}))
+            QObject::disconnect(connection);
+        fetch->properties.clear();
+        fetch->progress = {};
+        fetch->completion = {};
         --state->pending;
-        if (state->manager && !failure.isEmpty())
-            emit state->manager->fetchFailed(failure);
+        if (state->manager && !message.isEmpty())
+            emit state->manager->fetchFailed(message, failure);
         if (state->manager)
             emit state->manager->fetchAnswered();
     });

@@ -17,7 +17,9 @@
 ///
 /// The dictionary's columns are in the order of the properties asked for, under their keys. A property that is not the
 /// agent's (a deleted one, say) gets no key. Values are kept in the archived unit and read in the property's current
-/// one. `maximumSamples` is not applied: every stored record is answered, and drawing reduces them.
+/// one: a unit or colour changed while a fetch runs is that of its answer too, whenever the change comes before the
+/// task in which the asker takes the answer up. `maximumSamples` is not applied: every stored record is answered, and
+/// drawing reduces them.
 ///   nothing to fetch (no properties, an empty list, or none of the agent's own): a dictionary without "time"
 ///   stopped by the progress handler, or by the manager's end: a dictionary without "time"
 ///   more records than the memory budget allows: a dictionary without "time", and an error that says what would fit
@@ -28,6 +30,12 @@
 namespace plotix {
 
 class RecordStore;
+
+/// What the asker got with a failed fetch.
+enum class RecordFailure {
+    Unreadable,  ///< nothing; a plug-in says so by itself, without the reason
+    TooMany      ///< a dictionary without "time"; a plug-in shows that there is nothing to plot
+};
 
 class ArchiveManager : public QObject, public KTVArchiveManager {
     Q_OBJECT
@@ -51,12 +59,13 @@ signals:
     /// On the main thread, once for each fetch, after what its completion handler posted to the main queue has run.
     void fetchAnswered();
     /// On the main thread, before `fetchAnswered`, for a fetch that failed; `message` is for people.
-    void fetchFailed(const QString& message);
+    void fetchFailed(const QString& message, RecordFailure failure);
 
 private:
     struct Fetch;
     struct State;
     static KTVRecordDictionaryPtr read(Fetch& fetch, const State& state, std::optional<KTVError>& error);
+    static void bringUpToDate(Fetch& fetch, const KTVRecordDictionaryPtr& records);
     static void answer(const std::shared_ptr<Fetch>& fetch, const std::shared_ptr<State>& state);
 
     std::shared_ptr<RecordStore> m_records;

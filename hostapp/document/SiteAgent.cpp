@@ -10,10 +10,11 @@ SiteAgent::SiteAgent(SiteDocument* document, qint64 id, QString uniqueIdentifier
 {
     m_archiveManager = std::make_unique<ArchiveManager>(
         document->records(), id, [this] { return properties().objects(); }, Units::shared());
-    connect(m_archiveManager.get(), &ArchiveManager::fetchFailed, this, [this](const QString& message) {
-        if (m_document)
-            emit m_document->recordsNotRead(message);
-    });
+    connect(m_archiveManager.get(), &ArchiveManager::fetchFailed, this,
+            [this](const QString& message, RecordFailure failure) {
+                if (m_document)
+                    emit m_document->recordsNotRead(message, failure);
+            });
 }
 
 SiteAgent::~SiteAgent() = default;

@@ -21,6 +21,7 @@ namespace {
 constexpr int kPatience = 3000;       // milliseconds that other changes wait for another writer
 constexpr int kRetryInterval = 1000;  // milliseconds until an unsaved change is tried again
 constexpr int kTriesBeforeTelling = 5;
+constexpr int kWatchInterval = 500;  // milliseconds between two looks whether the file is still there
 
 }  // namespace
 
@@ -34,7 +35,8 @@ struct SiteDocument::Store {
     SiteStore tables;
     std::map<qint64, SiteProperty::Description> unsaved;  // by id: changes that wait for another writer
     int tries = 0;
-    QTimer retry;
+    QTimer retry, watch;
+    bool isReplaced = false;
 };
 
 std::shared_ptr<SiteDocument> SiteDocument::create(const QString& path, const QString& siteName)
@@ -58,6 +60,8 @@ SiteDocument::SiteDocument(const QString& path)
     m_store->retry.setSingleShot(true);
     m_store->retry.setInterval(kRetryInterval);
     connect(&m_store->retry, &QTimer::timeout, this, &SiteDocument::storeUnsaved);
+    connect(&m_store->watch, &QTimer::timeout, this, &SiteDocument::lookForTheFile);
+    m_store->watch.start(kWatchInterval);
 }
 
 SiteDocument::~SiteDocument()
@@ -195,7 +199,27 @@ std::optional<std::pair<Date, Date>> SiteDocument::recordExtent() const
 
 bool SiteDocument::isReadOnly() const
 {
-    return m_store->database.isReadOnly();
+    return m_store->database.isReadOnly() || isReplaced();
+}
+
+bool SiteDocument::isReplaced() const
+{
+    return m_store->isReplaced || m_store->database.openedFile().place() == OpenedFile::Place::Replaced;
+}
+
+/// The log is emptied with what belongs to the old file before somebody opens the new one.
+void SiteDocument::lookForTheFile()
+{
+    if (m_store->isReplaced || !isReplaced())
+        return;
+    m_store->isReplaced = true;
+    m_store->watch.stop();
+    m_records->closeIdle();
+    m_store->database.mergeLogIntoOwnFile();
+    QString message = m_store->database.replacedMessage();
+    if (!m_store->unsaved.empty())
+        message += QStringLiteral(" The last changes of units or colours are lost.");
+    emit replaced(message + QStringLiteral(" Open it again to see the new one."));
 }
 
 std::vector<ArchivedPlugIn> SiteDocument::archivedPlugIns() const

@@ -16,6 +16,7 @@
 namespace plotix {
 
 class ArchiveManager;
+enum class RecordFailure;
 class RecordStore;  // records/store
 class SiteDocument;
 
@@ -98,7 +99,11 @@ public:
     /// First and last time of all records of all agents, as the store answers it; nothing without records.
     std::optional<std::pair<Date, Date>> recordExtent() const;
 
-    /// True when the file can only be read: storing throws, and changed units and colours last as long as the document.
+    /// True once another file has taken the site's name: storing throws FileReplaced, what was read stays.
+    bool isReplaced() const;
+
+    /// True when the file can only be read, or was replaced: storing throws, and changed units and colours last as long
+    /// as the document.
     bool isReadOnly() const;
 
     std::vector<ArchivedPlugIn> archivedPlugIns() const;  ///< in list order
@@ -118,8 +123,10 @@ signals:
     void siteChanged();  ///< name or location
     /// A change of a property's unit, colour or visibility could not be stored; it is tried again with the next one.
     void changeNotStored(const QString& message);
+    /// Another file has taken the site's name; once.
+    void replaced(const QString& message);
     /// A fetch failed: the records cannot be read, or exceed the memory budget.
-    void recordsNotRead(const QString& message);
+    void recordsNotRead(const QString& message, RecordFailure failure);
 
 private:
     friend class SiteAgent;
@@ -131,6 +138,7 @@ private:
     bool adoptNewProperties(SiteAgent& agent);  // true when there were any
     void storeChange(const SiteProperty& property);
     void storeUnsaved();
+    void lookForTheFile();
 
     std::unique_ptr<Store> m_store;
     QString m_path, m_siteName, m_siteLocation;

@@ -1,5 +1,6 @@
 #include "hostapp/document/SiteTransaction.h"
 
+#include "base/ReportableError.h"
 #include "hostapp/document/RecordKeeping.h"
 #include "hostapp/document/SiteSchema.h"
 #include "hostapp/document/SiteStore.h"
@@ -29,16 +30,28 @@ struct SiteTransaction::Impl {
         records.reset();
         if (database)
             database->rollBack();
-        database.reset();
-        if (!committed)
+        if (created && !committed)
             removeIfCreated();
     }
     Impl(const Impl&) = delete;
     Impl& operator=(const Impl&) = delete;
 
+    /// A file replaced after everything was written to it holds what nobody would find there.
+    void commitToFile()
+    {
+        try {
+            database->commit();
+        } catch (const FileReplaced& replaced) {
+            if (!database->isWriting())
+                throw FileReplaced(replaced.message() + QLatin1Char(' ') + database->keepReplaced());
+            throw;
+        }
+    }
+
     void removeIfCreated() const
     {
-        if (!created)
+        // A file that came later is somebody else's.
+        if (!created || (database && database->openedFile().place() != OpenedFile::Place::Same))
             return;
         for (const char* part : {"-wal", "-shm", ""})
             QFile::remove(file + QLatin1String(part));
@@ -99,7 +112,7 @@ void SiteTransaction::commit()
     // In this order, so that records are never seen without their agent: RecordStore.h says why.
     if (m_impl->records)
         m_impl->records->prepare();
-    m_impl->database->commit();
+    m_impl->commitToFile();
     m_impl->committed = true;
     if (m_impl->records)
         m_impl->records->commit();

@@ -3,10 +3,17 @@
 #include "base/Date.h"
 #include "base/MainQueue.h"
 
+#include <algorithm>
 #include <chrono>
 #include <cmath>
 
 namespace plotix {
+
+namespace {
+
+constexpr double kLongestUnwatched = 0.5;  // seconds until the site is looked for again
+
+}  // namespace
 
 LiveRecorder::LiveRecorder(const QString& site, std::unique_ptr<ReadingSource> source, double interval)
     : m_recording(site, std::move(source), interval),
@@ -54,9 +61,14 @@ RecordingStatus LiveRecorder::status() const
 
 void LiveRecorder::run()
 {
-    while (waitForNext())
+    while (!isOver() && waitForNext())
         publish(m_recording.record(currentDate().seconds));
     publish(m_recording.storeWaiting());
+}
+
+bool LiveRecorder::isOver() const
+{
+    return status().state == RecordingStatus::State::SiteReplaced;
 }
 
 /// Waits for the next whole multiple of the interval by the wall clock, so that records once a second come close to the
@@ -66,8 +78,23 @@ bool LiveRecorder::waitForNext()
 {
     const double now = currentDate().seconds;
     const double next = (std::floor(now / m_interval) + 1) * m_interval;
+    for (double left = next - now; left > 0; left -= kLongestUnwatched) {
+        if (!wait(std::min(left, kLongestUnwatched)))
+            return false;
+        if (left <= kLongestUnwatched)
+            break;
+        publish(m_recording.watch());
+        if (isOver())
+            return false;
+    }
+    return true;
+}
+
+/// False when the recorder ends meanwhile.
+bool LiveRecorder::wait(double seconds)
+{
     std::unique_lock lock(m_mutex);
-    return !m_wake.wait_for(lock, std::chrono::duration<double>(next - now), [this] { return m_ending; });
+    return !m_wake.wait_for(lock, std::chrono::duration<double>(seconds), [this] { return m_ending; });
 }
 
 void LiveRecorder::publish(const RecordingStatus& status)

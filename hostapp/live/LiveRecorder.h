@@ -26,7 +26,8 @@ public:
     const QString& agentName() const { return m_agentName; }
     const QStringList& propertyNames() const { return m_names; }
 
-    void start();  ///< once
+    /// Once. It ends by itself when another file takes the site's name, which is noticed within a second.
+    void start();
     /// Finishes the current record, tries once more to store what waits, and returns then.
     void stop();
 
@@ -38,6 +39,8 @@ signals:
 
 private:
     void run();
+    bool wait(double seconds);
+    bool isOver() const;
     bool waitForNext();
     void publish(const RecordingStatus& status);
 

@@ -22,8 +22,9 @@ Recording::Recording(const QString& site, std::unique_ptr<ReadingSource> source,
     : m_site(QFileInfo(site).absoluteFilePath()), m_source(std::move(source)), m_agentName(m_source->agentName())
 {
     makeProperties(m_source->start(interval));
+    m_records = recordsOfSite(m_site);
     openAppender();
-    if (const std::optional<RecordExtent> before = recordsOfSite(m_site)->extent(m_agent))
+    if (const std::optional<RecordExtent> before = m_records->extent(m_agent))
         m_status.last = before->last;
 }
 
@@ -51,6 +52,8 @@ std::optional<double> Recording::lastTime() const
 
 RecordingStatus Recording::record(double now)
 {
+    if (isOver())
+        return m_status;
     std::vector<Reading> readings;
     QString sourceProblem;
     try {
@@ -63,6 +66,8 @@ RecordingStatus Recording::record(double now)
     const bool clockWasSetBack = !readings.empty() && std::all_of(readings.begin(), readings.end(), isLate);
     takeIn(std::move(readings));
     storeWaiting();
+    if (isOver())
+        return m_status;
     if (!sourceProblem.isEmpty() && m_status.state == RecordingStatus::State::Recording) {
         m_status.state = RecordingStatus::State::WaitingForSource;
         m_status.message = sourceProblem;
@@ -89,31 +94,52 @@ void Recording::takeIn(std::vector<Reading> readings)
     }
 }
 
+RecordingStatus Recording::watch()
+{
+    if (isOver())
+        return m_status;
+    try {
+        m_records->requireInPlace();
+    } catch (const FileReplaced&) {
+        tryToStore();  // also nothing: the appender knows where the records are now
+    }
+    return m_status;
+}
+
 RecordingStatus Recording::storeWaiting()
 {
+    if (isOver())
+        return m_status;
     m_status.state = RecordingStatus::State::Recording;
     m_status.message.clear();
-    if (!m_waiting.empty()) {
-        try {
-            append();
-            m_status.stored += m_waiting.size();
-            m_status.last = m_waiting.back().time;
-            m_waiting.clear();
-        } catch (const ReportableError& error) {
-            m_appender.reset();  // the connection itself may be the cause
-            m_status.state = RecordingStatus::State::WaitingForSite;
-            m_status.message = error.message();
-        }
-    }
+    if (!m_waiting.empty())
+        tryToStore();
     m_status.waiting = m_waiting.size();
     return m_status;
 }
 
+void Recording::tryToStore()
+{
+    try {
+        append();
+        m_status.stored += m_waiting.size();
+        m_status.last = m_waiting.empty() ? m_status.last : m_waiting.back().time;
+        m_waiting.clear();
+    } catch (const FileReplaced& replaced) {
+        m_appender.reset();
+        m_status.state = RecordingStatus::State::SiteReplaced;
+        m_status.message = replaced.message();
+    } catch (const ReportableError& error) {
+        // The connection itself may be the cause. Without the file it is the only way to what was stored.
+        if (QFileInfo::exists(m_site))
+            m_appender.reset();
+        m_status.state = RecordingStatus::State::WaitingForSite;
+        m_status.message = error.message();
+    }
+}
+
 void Recording::append()
 {
-    // A removed file would still accept records, which nobody would ever find.
-    if (!QFileInfo::exists(m_site))
-        m_appender.reset();
     if (!m_appender)
         openAppender();
     m_appender->append(m_agent, waitingAsBlock());
@@ -121,7 +147,7 @@ void Recording::append()
 
 void Recording::openAppender()
 {
-    m_appender = recordsOfSite(m_site)->appender();
+    m_appender = m_records->appender();
     m_appender->setPatience(kPatience);
 }
 

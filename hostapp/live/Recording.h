@@ -14,7 +14,8 @@
 /// What is stored stays stored. While the site cannot be written (another program writes it, the disk is full, the file
 /// is gone) records wait in memory and every call tries again; with more than kMostWaiting of them the oldest are
 /// dropped. Readings at or before the last record, as after the clock was set back, are left out: they would replace
-/// stored records. One thread at a time.
+/// stored records. When another file takes the site's name, the recording is over: nothing is written to that file, and
+/// what was stored is kept beside it if it would be gone otherwise. One thread at a time.
 namespace plotix {
 
 struct RecordingStatus {
@@ -23,6 +24,7 @@ struct RecordingStatus {
         WaitingForSite,    ///< the last record waits in memory; `message` says for what
         ClockSetBack,      ///< the last reading was left out; `message` says until when
         WaitingForSource,  ///< nothing can be read; `message` says why
+        SiteReplaced,      ///< another file has taken the site's name: nothing is recorded any more; `message` says so
     };
     State state = State::Recording;
     QString message;               ///< one line for people; empty while all is well
@@ -50,6 +52,9 @@ public:
     /// Reads from the source and stores what it says. `now` is in seconds since 1970-01-01 UTC. Never throws.
     RecordingStatus record(double now);
 
+    /// Looks whether the site is still where it was, which `record` does too; calls may be closer together.
+    RecordingStatus watch();
+
     /// Tries to store what waits; nothing waits: nothing happens.
     RecordingStatus storeWaiting();
 
@@ -59,6 +64,8 @@ private:
     RecordBlock waitingAsBlock() const;
     void append();
     void openAppender();
+    void tryToStore();
+    bool isOver() const { return m_status.state == RecordingStatus::State::SiteReplaced; }
     std::optional<double> lastTime() const;
 
     QString m_site;
@@ -67,6 +74,7 @@ private:
     RowId m_agent = 0;
     QStringList m_names;
     std::vector<RowId> m_properties;  // in the order of the names
+    std::shared_ptr<RecordStore> m_records;
     std::unique_ptr<RecordAppender> m_appender;
     std::deque<Reading> m_waiting;
     RecordingStatus m_status;

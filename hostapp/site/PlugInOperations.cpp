@@ -18,10 +18,15 @@ bool sendAction(KTVPlugIn* plugIn, const char* name, QObject* sender)
            QMetaObject::invokeMethod(plugIn, name, Qt::DirectConnection, Q_ARG(QObject*, sender));
 }
 
+bool drawsGraph(const KTVPlugIn* plugIn)
+{
+    return plugIn && plugIn->metaObject()->indexOfMethod("graphImageWithSize(QSizeF,double,QString)") >= 0;
+}
+
 QImage graphImage(KTVPlugIn* plugIn, const QSizeF& size, double density, const QString& title)
 {
     QImage image;
-    if (plugIn && plugIn->metaObject()->indexOfMethod("graphImageWithSize(QSizeF,double,QString)") >= 0)
+    if (drawsGraph(plugIn))
         QMetaObject::invokeMethod(plugIn, "graphImageWithSize", Qt::DirectConnection, Q_RETURN_ARG(QImage, image),
                                   Q_ARG(QSizeF, size), Q_ARG(double, density), Q_ARG(QString, title));
     return image;

@@ -21,6 +21,9 @@ bool sendAction(KTVPlugIn* plugIn, const char* name, QObject* sender);
 /// plug-in draws no graph or holds no data yet.
 QImage graphImage(KTVPlugIn* plugIn, const QSizeF& size, double density, const QString& title);
 
+/// Whether the plug-in can be asked for its graph at all.
+bool drawsGraph(const KTVPlugIn* plugIn);
+
 /// The same as a vector PDF; empty when there is none.
 QByteArray graphPDF(KTVPlugIn* plugIn, const QSizeF& size, const QString& title);
 

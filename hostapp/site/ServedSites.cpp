@@ -29,6 +29,7 @@ void serveSites(const ServeRequest& request, KTVPlugInModule* module)
     const HttpServer server(open, {request.address, static_cast<std::uint16_t>(request.port)}, token);
     QStringList lines(server.url());
     for (const auto& document : request.documents) {
+        QObject::connect(document.get(), &SiteDocument::replaced, document.get(), request.say);
         sites.push_back(std::make_unique<HeadlessSite>(document, module));
         sites.back()->load();
         sites.back()->follow();

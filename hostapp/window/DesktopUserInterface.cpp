@@ -29,6 +29,18 @@ QMessageBox::Icon iconForStyle(KTVAlert::Style style)
     return QMessageBox::Warning;
 }
 
+/// Where something of that size stands outside a rectangle, touching one of its edges.
+QPoint placeAtEdge(const QSize& size, const QRect& rect, KTVRectEdge edge)
+{
+    switch (edge) {
+    case KTVRectEdge::MinX: return rect.topLeft() - QPoint(size.width(), 0);
+    case KTVRectEdge::MaxX: return rect.topLeft() + QPoint(rect.width(), 0);
+    case KTVRectEdge::MaxY: return rect.topLeft() + QPoint(0, rect.height());
+    case KTVRectEdge::MinY: break;
+    }
+    return rect.topLeft() - QPoint(0, size.height());
+}
+
 void fillBox(QMessageBox& box, const KTVAlert& alert)
 {
     box.setIcon(iconForStyle(alert.style));
@@ -94,16 +106,22 @@ std::optional<QString> DesktopUserInterface::runSavePanel(const QStringList& all
     return std::nullopt;
 }
 
-void DesktopUserInterface::showSharingPicker(const QImage& image, const QRect& rect, QWidget* view)
+void DesktopUserInterface::showSharingPicker(const QImage& image,
+                                             const std::weak_ptr<KTVSharingPickerDelegate>& delegate, const QRect& rect,
+                                             QWidget* view, KTVRectEdge preferredEdge)
 {
     QMenu* menu = makeSharingMenu(image, this, m_sharedPicture, view);
-    const QPoint topLeft = view ? view->mapToGlobal(rect.topLeft()) : QCursor::pos();
-    menu->popup(topLeft - QPoint(0, menu->sizeHint().height()));
+    connect(menu, &QMenu::triggered, this, [delegate](const QAction* service) {
+        if (const auto told = delegate.lock())
+            told->sharingPickerDidChoose(service->text().remove(u'&'));
+    });
+    const QRect place = view ? QRect(view->mapToGlobal(rect.topLeft()), rect.size()) : QRect(QCursor::pos(), QSize());
+    menu->popup(placeAtEdge(menu->sizeHint(), place, preferredEdge));
 }
 
 Qt::KeyboardModifiers DesktopUserInterface::modifierFlags() const
 {
-    return QGuiApplication::queryKeyboardModifiers() | m_heldModifiers;
+    return m_input.modifiers();
 }
 
 QString DesktopUserInterface::localizedDescription(const Date& date) const

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "hostapp/window/CurrentInput.h"
 #include "hostapp/window/SharedPicture.h"
 #include "plugins/PlotixPlugIn/host/KTVUserInterface.h"
 
@@ -18,18 +19,20 @@ public:
     void beginSheet(const KTVAlert& alert, QWidget* window, std::function<void()> completionHandler) override;
     void runModal(const KTVAlert& alert) override;
     std::optional<QString> runSavePanel(const QStringList& allowedFileTypes) override;
-    void showSharingPicker(const QImage& image, const QRect& rect, QWidget* view) override;
+    void showSharingPicker(const QImage& image, const std::weak_ptr<KTVSharingPickerDelegate>& delegate,
+                           const QRect& rect, QWidget* view, KTVRectEdge preferredEdge) override;
 
-    /// The keys held down at this moment, together with those a menu holds.
+    /// The keys of the current event, together with those a menu holds for the window it goes to.
     Qt::KeyboardModifiers modifierFlags() const override;
     QString localizedDescription(const Date& date) const override;
 
-    /// Keys that count as held until changed; for desktops whose window manager keeps Alt for itself.
-    void setHeldModifiers(Qt::KeyboardModifiers modifiers) { m_heldModifiers = modifiers; }
-    Qt::KeyboardModifiers heldModifiers() const { return m_heldModifiers; }
+    /// Keys that count as held in the gestures of one window, until changed; for desktops whose window manager keeps
+    /// Alt for itself.
+    void setHeldModifiers(QWidget* window, Qt::KeyboardModifiers modifiers) { m_input.hold(window, modifiers); }
+    Qt::KeyboardModifiers heldModifiers(const QWidget* window) const { return m_input.held(window); }
 
 private:
-    Qt::KeyboardModifiers m_heldModifiers = Qt::NoModifier;
+    CurrentInput m_input;
     SharedPicture m_sharedPicture;
 };
 

@@ -13,6 +13,7 @@ EmptyStateView::EmptyStateView(QWidget* parent)
     titleFont.setPointSizeF(titleFont.pointSizeF() * 1.6);
     m_title->setFont(titleFont);
     m_title->setAlignment(Qt::AlignCenter);
+    m_title->setTextFormat(Qt::PlainText);  // it may be a trend's
     m_text->setAlignment(Qt::AlignCenter);
     m_text->setWordWrap(true);
     m_text->setMinimumWidth(320);

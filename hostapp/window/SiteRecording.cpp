@@ -20,6 +20,11 @@ std::unique_ptr<ReadingSource> SiteRecording::makeComputer()
     return makeReadingSource(QStringLiteral("computer"));
 }
 
+bool SiteRecording::isOn() const
+{
+    return m_recorder && m_recorder->status().state != RecordingStatus::State::SiteReplaced;
+}
+
 bool SiteRecording::wasOn() const
 {
     return m_document->setting(QLatin1String(kRecordingKey)) == "1";

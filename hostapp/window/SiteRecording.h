@@ -24,7 +24,7 @@ public:
 
     static std::unique_ptr<ReadingSource> makeComputer();
 
-    bool isOn() const { return m_recorder != nullptr; }
+    bool isOn() const;   ///< false again once another file has taken the site's name
     bool wasOn() const;  ///< when the document was used last
 
     /// Makes the agent if it is missing. Throws ReportableError and stays off. On already: nothing happens.

@@ -1,6 +1,7 @@
 #include "hostapp/window/SiteWindow.h"
 
 #include "base/ReportableError.h"
+#include "hostapp/document/ArchiveManager.h"
 #include "hostapp/window/DesktopUserInterface.h"
 #include "hostapp/window/EmptyStateView.h"
 #include "hostapp/window/ImportTask.h"
@@ -157,7 +158,11 @@ void SiteWindow::connectLists()
     SiteDocument* document = m_controller->siteDocument().get();
     connect(document, &SiteDocument::changeNotStored, this, storingFailed);
     connect(document, &SiteDocument::recordsNotRead, this,
-            [this, last = QString(), quiet = QDeadlineTimer()](const QString& message) mutable {
+            [this, last = QString(), quiet = QDeadlineTimer()](const QString& message, RecordFailure failure) mutable {
+                if (failure == RecordFailure::Unreadable) {
+                    statusBar()->showMessage(message);  // the trend has shown an alert already; this is the reason
+                    return;
+                }
                 // Several trends, or a followed one, may fail in the same way: shown once a minute.
                 if (message == last && !quiet.hasExpired())
                     return;
@@ -166,10 +171,16 @@ void SiteWindow::connectLists()
                 showAlert(tr("The records could not be shown"), message);
             });
     const auto showName = [this, document] {
-        setWindowTitle(tr("%1 – Plotix").arg(document->siteName()));
+        setWindowTitle((document->isReadOnly() ? tr("%1 (may only be looked at) – Plotix") : tr("%1 – Plotix"))
+                           .arg(document->siteName()));
         setWindowFilePath(document->path());
     };
     connect(document, &SiteDocument::siteChanged, this, showName);
+    connect(document, &SiteDocument::replaced, this, [this, showName](const QString& message) {
+        showName();
+        updateActions();
+        showAlert(tr("The site's file was replaced"), message);
+    });
     connect(document, &SiteDocument::agentsChanged, this, &SiteWindow::showSelection);
     connect(&m_storeTimer, &QTimer::timeout, this, &SiteWindow::storeNow);
     showName();

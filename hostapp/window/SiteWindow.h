@@ -117,6 +117,7 @@ private:
     void askForSite();
     void askForSiteDetails();
     void askForNewSite();
+    void exportGraph(const char* operation);
     void exportImage();
     void exportReport();
     void printReport();

@@ -32,8 +32,9 @@
 namespace plotix {
 
 namespace {
+constexpr QSizeF kAnySize{16, 16};  // points; only whether there is a picture counts
 constexpr auto kSiteFilter = QT_TRANSLATE_NOOP("plotix::SiteWindow", "Plotix sites (*.plotix)");
-}
+}  // namespace
 
 void SiteWindow::connectFileActions()
 {
@@ -42,10 +43,8 @@ void SiteWindow::connectFileActions()
     connect(m_actions.import, &QAction::triggered, this, [this] { askAndImport(); });
     connect(m_actions.siteDetails, &QAction::triggered, this, &SiteWindow::askForSiteDetails);
     connect(m_actions.exportImage, &QAction::triggered, this, &SiteWindow::exportImage);
-    connect(m_actions.exportPNG, &QAction::triggered, this,
-            [this] { sendAction(trendInFront().get(), "exportToPNG", this); });
-    connect(m_actions.exportPDF, &QAction::triggered, this,
-            [this] { sendAction(trendInFront().get(), "exportToPDF", this); });
+    connect(m_actions.exportPNG, &QAction::triggered, this, [this] { exportGraph("exportToPNG"); });
+    connect(m_actions.exportPDF, &QAction::triggered, this, [this] { exportGraph("exportToPDF"); });
     connect(m_actions.exportReport, &QAction::triggered, this, &SiteWindow::exportReport);
     connect(m_actions.print, &QAction::triggered, this, &SiteWindow::printReport);
     connect(m_actions.close, &QAction::triggered, this, &QWidget::close);
@@ -173,7 +172,21 @@ void SiteWindow::holdModifiers()
     Qt::KeyboardModifiers held;
     held.setFlag(Qt::AltModifier, m_actions.zoomTimeOnly->isChecked());
     held.setFlag(Qt::ShiftModifier, m_actions.zoomValuesOnly->isChecked());
-    m_services.userInterface->setHeldModifiers(held);
+    m_services.userInterface->setHeldModifiers(this, held);
+    // Their menus have the same two items.
+    for (const auto& separate : m_controller->siteDocument()->windowControllers())
+        m_services.userInterface->setHeldModifiers(separate->window(), held);
+}
+
+// The plug-in itself would write an empty frame.
+void SiteWindow::exportGraph(const char* operation)
+{
+    const KTVPlugInPtr plugIn = trendInFront();
+    if (drawsGraph(plugIn.get()) && graphImage(plugIn.get(), kAnySize, 1, {}).isNull())
+        showAlert(tr("There is no picture to export"),
+                  tr("The trend shows no graph yet: wait for its records, or refresh it."));
+    else
+        sendAction(plugIn.get(), operation, this);
 }
 
 void SiteWindow::exportImage()

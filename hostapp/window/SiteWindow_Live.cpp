@@ -33,8 +33,10 @@ void SiteWindow::connectLiveActions()
     TrendFollower* const follower = &m_controller->follower();
     connect(m_actions.recordComputer, &QAction::toggled, this, &SiteWindow::recordComputer);
     connect(m_recording.get(), &SiteRecording::agentAdded, this, &SiteWindow::addFirstLiveTrend);
-    connect(m_recording.get(), &SiteRecording::messageChanged, this,
-            [this] { statusBar()->showMessage(m_recording->message()); });
+    connect(m_recording.get(), &SiteRecording::messageChanged, this, [this] {
+        statusBar()->showMessage(m_recording->message());
+        setChecked(m_actions.recordComputer, m_recording->isOn());
+    });
     connect(m_actions.follow, &QAction::toggled, this, [this, follower](bool on) {
         if (on)
             follower->follow(trendInFront());

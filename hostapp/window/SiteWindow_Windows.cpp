@@ -66,6 +66,7 @@ void SiteWindow::equipSeparateWindow(const KTVPlugInPtr& plugIn)
     SeparateWindow* window = m_controller->separateWindowOf(plugIn.get());
     if (window && window->menuBar()->actions().isEmpty())
         buildTrendWindowMenus(window->menuBar(), m_actions);
+    holdModifiers();
 }
 
 KTVPlugInPtr SiteWindow::trendInFront() const

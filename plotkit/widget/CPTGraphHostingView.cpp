@@ -97,13 +97,13 @@ void CPTGraphHostingView::changed(plotkit::GraphChange change)
 QImage CPTGraphHostingView::imageOfLayer(double density)
 {
     const CPTXYGraphPtr graph = m_hostedGraph;  // a delegate may host another one
-    return graph ? plotkit::imageOfGraph(*graph, size(), density, plotkit::DrawingReport::TellDelegates) : QImage();
+    return plotkit::imageOfGraph(graph ? *graph : emptyGraph(), size(), density, plotkit::DrawingReport::TellDelegates);
 }
 
 QByteArray CPTGraphHostingView::dataForPDFRepresentationOfLayer()
 {
     const CPTXYGraphPtr graph = m_hostedGraph;
-    return graph ? plotkit::pdfOfGraph(*graph, size(), plotkit::DrawingReport::TellDelegates) : QByteArray();
+    return plotkit::pdfOfGraph(graph ? *graph : emptyGraph(), size(), plotkit::DrawingReport::TellDelegates);
 }
 
 void CPTGraphHostingView::paintEvent(QPaintEvent*)

@@ -41,7 +41,7 @@ public:
     void setHostedGraph(CPTXYGraphPtr graph);
 
     /// The graph as it stands in this view, at the view's size; `density` pixels a point. Reports finished drawing.
-    /// Without a graph, or of size zero: a null image, no data.
+    /// Without a graph: the empty frame that is shown. Of size zero: a null image, no data.
     QImage imageOfLayer(double density = 1.0);
     QByteArray dataForPDFRepresentationOfLayer();
 

@@ -1,6 +1,6 @@
 #include "plugins/PlotixPlugIn/KTVDataClusterViewController.h"
 
-#include "plugins/PlotixPlugIn/DatePanelFit.h"
+#include "plugins/PlotixPlugIn/DatePanelLayout.h"
 #include "plugins/PlotixPlugIn/QuickRangeMenu.h"
 #include "plugins/PlotixPlugIn/host/KTVBundle.h"
 #include "ui_KTVDataClusterViewController.h"
@@ -17,6 +17,9 @@ const QString kToDateKey = QStringLiteral("toDate");
 
 /// How soon a delay that ran out under a menu or a modal panel looks again.
 constexpr std::chrono::milliseconds kPostponement{50};
+
+constexpr QMargins kPanelMargins{12, 6, 12, 6};  // points
+constexpr int kControlGap = 8;                   // points
 
 QString localized(const char* key)
 {
@@ -142,7 +145,13 @@ void KTVDataClusterViewController::connectControls()
     keepsItsPlace.setRetainSizeWhenHidden(true);
     m_progressIndicator->setSizePolicy(keepsItsPlace);
 
-    new DatePanelFit(m_view, {m_fromTextField, m_toTextField}, m_quickDatePopupButton);
+    auto* layout = new DatePanelLayout(m_view);
+    layout->setContentsMargins(kPanelMargins);
+    layout->setSpacing(kControlGap);
+    layout->addGroup({m_fromTextField, m_fromDate});
+    layout->addGroup({m_toTextField, m_toDate});
+    layout->addGroup({m_quickDatePopupButton}, DatePanelLayout::WhenWrapped::BeginsRow);
+    layout->addGroup({m_progressIndicator, m_refreshButton});
 
     for (KTVDataClusterDatePicker* picker : {m_fromDate.data(), m_toDate.data()}) {
         picker->setNotifyReturnKeyDelegate(this);

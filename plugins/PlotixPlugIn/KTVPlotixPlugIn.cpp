@@ -236,6 +236,21 @@ QIcon KTVPlotixPlugIn::icon() const
     return plugInBundle::icon();
 }
 
+QString KTVPlotixPlugIn::bundleIdentifier() const
+{
+    return QString::fromLatin1(plugInBundle::kIdentifier);
+}
+
+int KTVPlotixPlugIn::bundleVersion() const
+{
+    return plugInBundle::kVersion;
+}
+
+std::optional<QString> KTVPlotixPlugIn::bundleShortVersion() const
+{
+    return QString::fromLatin1(plugInBundle::kShortVersion);
+}
+
 std::optional<QString> KTVPlotixPlugIn::group() const
 {
     return QStringLiteral("Plotix");

@@ -10,6 +10,7 @@
 #include "plugins/PlotixPlugIn/RangeNotice.h"
 #include "plugins/PlotixPlugIn/host/KTVMessageViewController.h"
 #include "plugins/PlotixPlugIn/host/KTVPlugIn.h"
+#include "plugins/PlotixPlugIn/host/KTVUserInterface.h"
 #include "plugins/PlotixPlugIn/host/KTVWebUIDelegate.h"
 #include "plugins/PlotixPlugIn/reading/OutsideLines.h"
 #include "plugins/PlotixPlugIn/reading/ReadingOptions.h"
@@ -55,6 +56,7 @@ class KTVPlotixPlugIn : public KTVPlugIn,
                         public KTVDataClusterViewControllerDelegate,
                         public PropertyDropProtocol,
                         public PropertyDetailsTableViewDelegate,
+                        public KTVSharingPickerDelegate,
                         public KTVWebUIDelegate {
     Q_OBJECT
 public:
@@ -77,6 +79,9 @@ public:
     QString name() const override;
     QString textDescription() const override;
     QIcon icon() const override;
+    QString bundleIdentifier() const override;
+    int bundleVersion() const override;
+    std::optional<QString> bundleShortVersion() const override;
     std::optional<QString> group() const override;
     bool isDeletable() const override { return true; }
     bool isRenamable() const override { return true; }
@@ -245,6 +250,7 @@ private:
     void connectInfoTable();
     /// Keeps the parts of the view in place when the root view is resized; follows an animation under way.
     void rootViewDidResize(const QSize& oldSize, const QSize& newSize);
+    void fitDatePanel();
     TrendViewArrangement* arrangement();
     void mergeInfoTableRow(const KTVProperty& property);  ///< recomputes one property's row
     void removePlotOfProperty(const QString& propertyName);
@@ -297,6 +303,7 @@ private:
     OptionalDate m_refreshedFrom, m_refreshedTo;                        // Acquisition
     plotix::ReadingOptions m_reading;                                   // Reading
     bool m_firstFitUnderWay = false;                                    // Axes; the y axis is not re-ticked meanwhile
+    bool m_rangeBeingShown = false;                                     // Following; no modifier key counts meanwhile
     QPointer<QObject> m_completionTarget;                               // weak
     QByteArray m_completionSelector;                                    // a method name taking one QByteArray
     QString m_graphTitle;                                               // drawn into off-screen images only

@@ -4,15 +4,19 @@
 //  1. Showing and hiding are relative to where the parts are at that moment; nothing here asks whether the panel is
 //     shown already. Only the button's action toggles.
 //  2. The flag is written before the animation starts, so that a document saved meanwhile holds the new state.
-//  3. The interface description lays the panel out as shown; a view that loads closed hides it from there.
+//  3. The date panel's height follows its width, at every resize.
+//  4. The interface description lays the panel out as shown; a view that loads closed hides it from there.
 
 #include "plugins/PlotixPlugIn/KTVPlotixPlugIn.h"
 
+#include "plugins/PlotixPlugIn/DatePanelLayout.h"
 #include "plugins/PlotixPlugIn/TrendViewArrangement.h"
 
 #include <QtWidgets/QCheckBox>
 
 namespace {
+
+constexpr int kDatePanelHeight = 40;  // points, in one row; as in the interface description
 
 /// 1 for on, 0 for off, -1 for mixed.
 int stateOf(const QObject* button)
@@ -44,6 +48,16 @@ TrendViewArrangement* KTVPlotixPlugIn::arrangement()
 void KTVPlotixPlugIn::rootViewDidResize(const QSize& /*oldSize*/, const QSize& newSize)
 {
     arrangement()->followSize(newSize);
+    fitDatePanel();
+}
+
+// A narrow date panel wraps; the graph makes room for its rows.
+void KTVPlotixPlugIn::fitDatePanel()
+{
+    const QWidget* panel = m_dataCluster ? m_dataCluster->view() : nullptr;
+    const auto* layout = panel ? qobject_cast<const DatePanelLayout*>(panel->layout()) : nullptr;
+    if (layout && m_dataClusterHostView && m_dataClusterHostView->isAncestorOf(panel))
+        arrangement()->setDatesHeight(kDatePanelHeight + layout->extraHeight(m_dataClusterHostView->width()));
 }
 
 void KTVPlotixPlugIn::propertyDetailsDisclosureButtonAction(QObject* sender)

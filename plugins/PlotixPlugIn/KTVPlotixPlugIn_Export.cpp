@@ -195,6 +195,7 @@ void KTVPlotixPlugIn::sharingButtonClicked(QObject* sender)
     auto* button = qobject_cast<QWidget*>(sender);
     QWidget* rootView = isViewLoaded() ? view() : nullptr;
     if (button && rootView)
-        KTVHostServices::installed().userInterface->showSharingPicker(imageRepresentation(rootView), button->rect(),
-                                                                      button);
+        KTVHostServices::installed().userInterface->showSharingPicker(
+            imageRepresentation(rootView), std::static_pointer_cast<KTVPlotixPlugIn>(shared_from_this()),
+            button->rect(), button, KTVRectEdge::MinY);
 }

@@ -5,9 +5,12 @@
 //     its busy state, so that dates can be typed meanwhile. Its dates move in the same task that shows the records.
 //  2. The range shown is the one asked for, also where the records do not reach its ends.
 //  3. Whoever moved the dates while the records were on their way keeps them: such an answer comes too late.
-//  4. An answer that is no good is passed over: the next one comes soon, and Refresh says what is wrong.
+//  4. Modifier keys mean nothing here: a Shift held for something else must not stop a followed trend.
+//  5. An answer that is no good is passed over: the next one comes soon, and Refresh says what is wrong.
 
 #include "plugins/PlotixPlugIn/KTVPlotixPlugIn.h"
+
+#include <QtCore/QScopedValueRollback>
 
 namespace {
 
@@ -33,6 +36,7 @@ void KTVPlotixPlugIn::showRange(double fromSeconds, double toSeconds)
 
 void KTVPlotixPlugIn::showRecordsInRange(const KTVRecordDictionaryPtr& records, const CPTPlotRange& range)
 {
+    const QScopedValueRollback showing(m_rangeBeingShown, true);
     doValidDataSource(records, {});
     // The fit has just shown the records there are; this proposal moves the dates on to the range that was asked for.
     if (m_graph)

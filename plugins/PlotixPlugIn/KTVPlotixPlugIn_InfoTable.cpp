@@ -6,7 +6,8 @@
 //     displayed row of that name is replaced, and so moves behind the rows that match no property.
 //  3. Values are counted whatever their kind: snapshots that are never plotted count here.
 //  4. Only the average is rounded, in double precision, before everything is narrowed.
-//  5. New rows never touch the visibility of plots; replaced ones set it again, under the old row's key.
+//  5. A row's successor is selected as it was, though replacing takes it out of the list for a moment.
+//  6. New rows never touch the visibility of plots; replaced ones set it again, under the old row's key.
 
 #include "plugins/PlotixPlugIn/KTVPlotixPlugIn.h"
 
@@ -16,6 +17,7 @@
 #include "plugins/PlotixPlugIn/logic/Statistics.h"
 
 #include <array>
+#include <set>
 
 namespace {
 
@@ -91,6 +93,32 @@ InfoTableRowPtr firstRowNamed(const InfoTableArray& rows, const QString& name)
     return found == rows.end() ? nullptr : *found;
 }
 
+/// Rows by display name and which of that name they are, counted in displayed order.
+using RowNames = std::set<std::pair<QString, int>>;
+
+RowNames selectedNames(const InfoTableArrayController& controller)
+{
+    std::map<QString, int> seen;
+    std::vector<std::pair<QString, int>> names;
+    for (const InfoTableRowPtr& row : controller.arrangedObjects())
+        names.emplace_back(row->tableName, seen[row->tableName]++);
+    RowNames selected;
+    for (const std::size_t index : controller.selectionIndexes())
+        selected.insert(names[index]);
+    return selected;
+}
+
+void selectNames(InfoTableArrayController& controller, const RowNames& selected)
+{
+    std::map<QString, int> seen;
+    std::vector<std::size_t> indexes;
+    const InfoTableArray& rows = controller.arrangedObjects();
+    for (std::size_t index = 0; index < rows.size(); ++index)
+        if (selected.contains({rows[index]->tableName, seen[rows[index]->tableName]++}))
+            indexes.push_back(index);
+    controller.setSelectionIndexes(indexes);
+}
+
 }  // namespace
 
 void KTVPlotixPlugIn::connectInfoTable()
@@ -103,6 +131,7 @@ void KTVPlotixPlugIn::connectInfoTable()
 void KTVPlotixPlugIn::updateInfoTable()
 {
     const KTVPropertyList properties = m_properties.value_or(KTVPropertyList());
+    const RowNames selected = m_infoTableArrayController ? selectedNames(*m_infoTableArrayController) : RowNames();
     for (const KTVPropertyPtr& property : properties) {
         if (!m_showMapping)
             m_showMapping.emplace();
@@ -110,6 +139,8 @@ void KTVPlotixPlugIn::updateInfoTable()
         if (m_infoTableArrayController)
             mergeInfoTableRow(*property);
     }
+    if (m_infoTableArrayController)
+        selectNames(*m_infoTableArrayController, selected);
 }
 
 void KTVPlotixPlugIn::mergeInfoTableRow(const KTVProperty& property)

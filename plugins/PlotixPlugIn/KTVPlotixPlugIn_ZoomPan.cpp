@@ -1,7 +1,8 @@
 // Zoom and pan: what the plot space's proposals become.
 //
 // Rules of this room:
-//  1. The modifier keys are read at the moment of asking; they apply to the fit after a rebuild as well.
+//  1. The modifier keys are read at the moment of asking; they apply to the fit after a rebuild as well, but not to a
+//     range that the host shows by itself: nobody holds a key for that one.
 //  2. Only an unchanged proposal is followed: a clamped or refused one moves no date and re-ticks no axis.
 //  3. Moving the date panel never fetches.
 
@@ -19,7 +20,8 @@ bool KTVPlotixPlugIn::plotSpaceShouldScaleBy(CPTXYPlotSpace* /*space*/, double /
 CPTPlotRange KTVPlotixPlugIn::plotSpaceWillChangePlotRangeTo(CPTXYPlotSpace* space, const CPTPlotRange& range,
                                                              CPTCoordinate coordinate)
 {
-    const Qt::KeyboardModifiers flags = KTVHostServices::installed().userInterface->modifierFlags();
+    const Qt::KeyboardModifiers flags = m_rangeBeingShown ? Qt::KeyboardModifiers(Qt::NoModifier)
+                                                          : KTVHostServices::installed().userInterface->modifierFlags();
     const CPTPlotRange& current = coordinate == CPTCoordinate::Y ? space->yRange() : space->xRange();
     const plotix::RangeVerdict verdict =
         plotix::judgeRange(range, current, coordinate,

@@ -48,14 +48,18 @@ protected:
 };
 
 /// The character a key event stands for. The delete keys are told by the key, since their text differs between
-/// keyboards and synthetic events; a key without text is no character.
+/// keyboards and synthetic events; a key without text is no character. With Control held some desktops turn a plain key
+/// into a control character, Ctrl+8 into the delete character: that one was never typed.
 char16_t characterOf(const QKeyEvent& event)
 {
     if (event.key() == Qt::Key_Delete)
         return kForwardDeleteCharacter;
     if (event.key() == Qt::Key_Backspace)
         return kDeleteCharacter;
-    return event.text().isEmpty() ? u'\0' : event.text().front().unicode();
+    const QChar character = event.text().isEmpty() ? QChar() : event.text().front();
+    const bool isMadeByControl =
+        event.modifiers().testFlag(Qt::ControlModifier) && character.category() == QChar::Other_Control;
+    return isMadeByControl ? u'\0' : character.unicode();
 }
 
 bool isDeleteKey(const QKeyEvent& event)

@@ -135,6 +135,31 @@ void TrendViewArrangement::followSize(const QSize& newSize)
         place(m_frames);
 }
 
+void TrendViewArrangement::setDatesHeight(int height)
+{
+    const int taller = height - m_frames.dates.height();
+    if (taller == 0)
+        return;
+    m_frames.dates.setHeight(height);
+    m_frames.graph.setTop(m_frames.graph.top() + taller);
+    if (m_animation)
+        moveGraphsTop(taller);
+    else
+        place(m_frames);
+}
+
+void TrendViewArrangement::moveGraphsTop(int distance)
+{
+    setFrame(m_parts.dates, m_frames.dates);
+    for (int index = 0; index < m_animation->animationCount(); ++index) {
+        auto* move = qobject_cast<QPropertyAnimation*>(m_animation->animationAt(index));
+        if (!move || move->targetObject() != m_parts.graph)
+            continue;
+        move->setStartValue(move->startValue().toRect().adjusted(0, distance, 0, 0));
+        move->setEndValue(move->endValue().toRect().adjusted(0, distance, 0, 0));
+    }
+}
+
 void TrendViewArrangement::place(const TrendViewFrames& frames)
 {
     setFrame(m_parts.panel, frames.panel);

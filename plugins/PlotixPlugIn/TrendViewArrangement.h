@@ -40,6 +40,8 @@ public:
     bool isAnimating() const { return m_animation; }
 
     void followSize(const QSize& newSize);
+    /// Gives the date panel that height; the graph's upper edge moves along.
+    void setDatesHeight(int height);
 
 signals:
     void animationDidEnd(QObject* animation);
@@ -51,6 +53,7 @@ private:
     void endFade(Fade fade);
     void place(const plotix::TrendViewFrames& frames);
     void redirectAnimation(const QSize& oldSize, const QRect& oldPanel);
+    void moveGraphsTop(int distance);
 
     Parts m_parts;
     QSize m_size;

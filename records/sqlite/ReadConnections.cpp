@@ -1,7 +1,10 @@
 #include "records/sqlite/ReadConnections.h"
 
+#include "base/ReportableError.h"
+
+#include <QtCore/QFileInfo>
+
 #include <sqlite3.h>
-#include <sys/stat.h>
 
 namespace plotix {
 
@@ -35,16 +38,15 @@ ReadTransaction::~ReadTransaction()
     m_database.rollBack();
 }
 
-ReadConnections::Lease::Lease(Lender lender, std::optional<Identity> identity,
-                              std::unique_ptr<ReadConnection> connection)
-    : m_lender(std::move(lender)), m_identity(identity), m_connection(std::move(connection))
+ReadConnections::Lease::Lease(Lender lender, std::unique_ptr<ReadConnection> connection)
+    : m_lender(std::move(lender)), m_connection(std::move(connection))
 {
 }
 
 ReadConnections::Lease::~Lease()
 {
     if (m_connection)
-        m_lender->giveBack(m_identity, std::move(m_connection));
+        m_lender->giveBack(std::move(m_connection));
 }
 
 std::shared_ptr<ReadConnections> ReadConnections::ofFile(const QString& file, const DatabaseSchema& schema)
@@ -52,31 +54,33 @@ std::shared_ptr<ReadConnections> ReadConnections::ofFile(const QString& file, co
     return std::shared_ptr<ReadConnections>(new ReadConnections(file, schema));
 }
 
-ReadConnections::ReadConnections(const QString& file, const DatabaseSchema& schema) : m_file(file), m_schema(schema)
+ReadConnections::ReadConnections(const QString& file, const DatabaseSchema& schema)
+    : m_file(file), m_schema(schema), m_opened(file)
 {
     m_kept.reserve(kMostKept);  // so that giving back never allocates
 }
 
 ReadConnections::~ReadConnections() = default;
 
-std::optional<ReadConnections::Identity> ReadConnections::currentIdentity() const
+void ReadConnections::requireInPlace()
 {
-    struct stat status {};
-    if (::stat(m_file.toLocal8Bit().constData(), &status) != 0)
-        return std::nullopt;
-    return Identity{status.st_dev, status.st_ino};
+    const std::lock_guard lock(m_mutex);
+    if (m_opened.place() != OpenedFile::Place::Replaced)
+        return;
+    m_kept.clear();  // while they are open nobody can open the new file
+    throw FileReplaced(
+        QStringLiteral("“%1” was replaced by another file while it was open: open it again to see the new one.")
+            .arg(QFileInfo(m_file).fileName()));
 }
 
 ReadConnections::Lease ReadConnections::lease()
 {
-    const std::optional<Identity> identity = currentIdentity();
+    requireInPlace();
     std::unique_ptr<ReadConnection> connection;
     {
         const std::lock_guard lock(m_mutex);
-        if (identity != m_identity || !identity) {
+        if (m_opened.place() != OpenedFile::Place::Same)
             m_kept.clear();
-            m_identity = identity;
-        }
         if (!m_kept.empty()) {
             connection = std::move(m_kept.back());
             m_kept.pop_back();
@@ -84,9 +88,10 @@ ReadConnections::Lease ReadConnections::lease()
     }
     if (!connection)
         connection = std::make_unique<ReadConnection>(m_file, m_schema);
+    requireInPlace();
     const std::lock_guard lock(m_mutex);
     ++m_inUse;
-    return Lease(shared_from_this(), identity, std::move(connection));
+    return Lease(shared_from_this(), std::move(connection));
 }
 
 void ReadConnections::closeKept()
@@ -102,14 +107,13 @@ int ReadConnections::inUse() const
 }
 
 // A read-only connection may have been opened on the assumption that the file never changes, so it serves only once.
-void ReadConnections::giveBack(const std::optional<Identity>& identity,
-                               std::unique_ptr<ReadConnection> connection) noexcept
+void ReadConnections::giveBack(std::unique_ptr<ReadConnection> connection) noexcept
 {
     sqlite3_db_release_memory(connection->database.handle());
     const bool isKept = !connection->database.isReadOnly();
     const std::lock_guard lock(m_mutex);
     --m_inUse;
-    if (isKept && identity == m_identity && m_kept.size() < kMostKept)
+    if (isKept && m_opened.place() == OpenedFile::Place::Same && m_kept.size() < kMostKept)
         m_kept.push_back(std::move(connection));
 }
 

@@ -3,10 +3,8 @@
 #include "records/sqlite/ChunkStore.h"
 #include "storage/Database.h"
 
-#include <cstdint>
 #include <memory>
 #include <mutex>
-#include <optional>
 #include <vector>
 
 /// Connections of one site document for reading, kept open from one read to the next: opening a file, checking its
@@ -39,12 +37,6 @@ private:
 /// Lends connections. *Shared* by the readers of a document; any thread.
 class ReadConnections : public std::enable_shared_from_this<ReadConnections> {
 public:
-    /// Tells a file from another one that was given its name later.
-    struct Identity {
-        std::uint64_t device = 0, number = 0;
-        friend bool operator==(const Identity&, const Identity&) = default;
-    };
-
     /// Holds a connection as long as it lives; *shares* the lender. Moved, not copied.
     class Lease {
     public:
@@ -57,17 +49,19 @@ public:
     private:
         friend class ReadConnections;
         using Lender = std::shared_ptr<ReadConnections>;
-        Lease(Lender lender, std::optional<Identity> identity, std::unique_ptr<ReadConnection> connection);
+        Lease(Lender lender, std::unique_ptr<ReadConnection> connection);
         Lender m_lender;
-        std::optional<Identity> m_identity;
         std::unique_ptr<ReadConnection> m_connection;
     };
 
     static std::shared_ptr<ReadConnections> ofFile(const QString& file, const DatabaseSchema& schema);
     ~ReadConnections();
 
-    /// A kept connection if one still belongs to the file of that name, else a new one. Throws ReportableError.
+    /// A kept connection, or a new one. Throws ReportableError; FileReplaced when another file has taken the name.
     Lease lease();
+
+    /// Throws FileReplaced when another file has taken the name of the one that was there at first.
+    void requireInPlace();
 
     /// Closes those that nobody uses.
     void closeKept();
@@ -77,14 +71,13 @@ public:
 
 private:
     ReadConnections(const QString& file, const DatabaseSchema& schema);
-    std::optional<Identity> currentIdentity() const;
-    void giveBack(const std::optional<Identity>& identity, std::unique_ptr<ReadConnection> connection) noexcept;
+    void giveBack(std::unique_ptr<ReadConnection> connection) noexcept;
 
     const QString m_file;
     const DatabaseSchema m_schema;
     mutable std::mutex m_mutex;
+    OpenedFile m_opened;  // guarded, as the others
     std::vector<std::unique_ptr<ReadConnection>> m_kept;
-    std::optional<Identity> m_identity;  // of the file the kept ones belong to
     int m_inUse = 0;
 };
 

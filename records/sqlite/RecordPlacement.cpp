@@ -126,6 +126,25 @@ void RecordPlacement::insert(RowId agent, End& end, const RecordsView& records)
     end.lastChunk = m_chunks.lastChunk(agent);
 }
 
+void RecordPlacement::remove(RowId agent, std::span<const RowId> properties, double from, double to)
+{
+    flush(agent, endOf(agent));
+    for (const Chunk& chunk : m_chunks.chunksBetween(agent, from, to)) {
+        const std::optional<Records> left = Records::without(m_chunks.read(chunk).view(), properties, from, to);
+        if (!left)
+            continue;
+        m_chunks.remove(chunk);
+        if (!left->isEmpty())
+            m_chunks.write(agent, left->view());
+    }
+    const Records tail = m_chunks.tail(agent, -kInfinity, kInfinity);
+    if (const std::optional<Records> left = Records::without(tail.view(), properties, from, to)) {
+        m_chunks.tailRows().clear(agent);
+        m_chunks.tailRows().append(agent, 0, left->view());
+    }
+    m_ends.erase(agent);
+}
+
 void RecordPlacement::takeInTail(RowId agent, End& end)
 {
     if (end.rows == 0)

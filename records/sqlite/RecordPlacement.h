@@ -3,6 +3,7 @@
 #include "records/sqlite/ChunkStore.h"
 
 #include <map>
+#include <span>
 
 /// Decides where records go: into chunks, into the tail, or into a chunk that is there already.
 ///
@@ -27,6 +28,8 @@ public:
     void store(RowId agent, const RecordsView& records);
     /// `store` and `flush` in one, without waiting in memory where possible.
     void storeNow(RowId agent, const RecordsView& records);
+    /// Takes elements out of records with from ≤ time ≤ to, and records that are left without any.
+    void remove(RowId agent, std::span<const RowId> properties, double from, double to);
     void flush();
 
     /// Drops what waits and what was looked up: after a rollback, or when another connection changed the document.

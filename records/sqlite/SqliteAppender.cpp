@@ -1,5 +1,7 @@
 #include "records/sqlite/SqliteAppender.h"
 
+#include "base/ReportableError.h"
+
 namespace plotix {
 
 SqliteAppender::SqliteAppender(const QString& file, const DatabaseSchema& schema)
@@ -13,11 +15,16 @@ SqliteAppender::SqliteAppender(const QString& file, const DatabaseSchema& schema
 
 void SqliteAppender::append(RowId agent, const RecordBlock& block)
 {
-    m_database.beginWriting();
     try {
+        m_database.beginWriting();
         store(agent, block);
         m_database.commit();
         m_version = m_database.dataVersion();
+    } catch (const FileReplaced& replaced) {
+        forget();
+        m_database.rollBack();
+        // Once, by whoever stored records that nobody would find any more.
+        throw FileReplaced(replaced.message() + QLatin1Char(' ') + m_database.keepReplaced());
     } catch (...) {
         forget();
         m_database.rollBack();

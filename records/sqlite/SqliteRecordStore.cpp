@@ -51,17 +51,20 @@ ColumnStatistics SqliteRecordStore::statistics(RowId agent, RowId property, std:
 
 std::unique_ptr<RecordTransaction> SqliteRecordStore::begin()
 {
+    requireInPlace();
     return std::make_unique<SqliteTransaction>(
         std::make_unique<Database>(m_file, m_schema, Database::Access::ReadWrite));
 }
 
 std::unique_ptr<RecordAppender> SqliteRecordStore::appender()
 {
+    requireInPlace();
     return std::make_unique<SqliteAppender>(m_file, m_schema);
 }
 
 CompactionResult SqliteRecordStore::compact(const CompactionRequest& request, const ArchiveProgress& progress)
 {
+    requireInPlace();
     // A kept connection would keep the log from being merged wholly into the file.
     m_connections->closeKept();
     return compactArchive(m_file, m_schema, request, progress);
@@ -69,6 +72,7 @@ CompactionResult SqliteRecordStore::compact(const CompactionRequest& request, co
 
 VerificationResult SqliteRecordStore::verify(const ArchiveProgress& progress)
 {
+    requireInPlace();
     return verifyArchive(m_file, m_schema, progress);
 }
 

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "records/sqlite/ReadConnections.h"
 #include "records/store/RecordStore.h"
 #include "storage/DatabaseSchema.h"
 
@@ -11,11 +12,10 @@
 /// promises.
 ///
 /// *Shared*. Any thread. Keeps a few read connections open between calls and opens none before the first call, which
-/// therefore is the one that finds a file unusable. When another file takes the name, the next call reads that one.
+/// therefore is the one that finds a file unusable.
 namespace plotix {
 
 class Database;
-class ReadConnections;
 
 class SqliteRecordStore final : public RecordStore {
 public:
@@ -39,6 +39,7 @@ public:
     std::unique_ptr<RecordAppender> appender() override;
     CompactionResult compact(const CompactionRequest& request, const ArchiveProgress& progress) override;
     VerificationResult verify(const ArchiveProgress& progress) override;
+    void requireInPlace() override { m_connections->requireInPlace(); }
     void closeIdle() override;
 
 private:

@@ -2,6 +2,8 @@
 
 #include "base/ReportableError.h"
 
+#include <limits>
+
 namespace plotix {
 
 namespace {
@@ -32,14 +34,27 @@ SqliteTransaction::~SqliteTransaction()
 
 void SqliteTransaction::store(RowId agent, const RecordBlock& block)
 {
-    if (m_finished)
-        throw ReportableError(QStringLiteral("These records were stored already: begin again to store more."));
+    requireOpen();
     m_storable.require(agent, block);
     const RecordsView view = RecordsView::of(block);
     if (view.isOrdered())
         m_placement.store(agent, view);
     else
         m_placement.store(agent, Records::ordered(view).view());
+}
+
+void SqliteTransaction::remove(RowId agent, std::span<const RowId> properties, std::optional<double> from,
+                               std::optional<double> to)
+{
+    requireOpen();
+    constexpr double kInfinity = std::numeric_limits<double>::infinity();
+    m_placement.remove(agent, properties, from.value_or(-kInfinity), to.value_or(kInfinity));
+}
+
+void SqliteTransaction::requireOpen() const
+{
+    if (m_finished)
+        throw ReportableError(QStringLiteral("These records were stored already: begin again to store more."));
 }
 
 void SqliteTransaction::commit()

@@ -22,10 +22,14 @@ public:
     SqliteTransaction& operator=(const SqliteTransaction&) = delete;
 
     void store(RowId agent, const RecordBlock& block) override;
+    void remove(RowId agent, std::span<const RowId> properties, std::optional<double> from,
+                std::optional<double> to) override;
     void prepare() override { m_placement.flush(); }
     void commit() override;
 
 private:
+    void requireOpen() const;
+
     std::unique_ptr<Database> m_own;  // empty inside a transaction of the caller's
     ChunkStore m_chunks;
     RecordPlacement m_placement;

@@ -7,6 +7,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <functional>
 #include <limits>
 
 namespace plotix {
@@ -135,26 +136,40 @@ public:
 
     void store(RowId agent, const RecordBlock& block) override
     {
-        if (!m_turn)
-            throw ReportableError(QStringLiteral("These records were stored already: begin again to store more."));
+        requireOpen();
         m_records->requireStorable(agent, block);
-        m_blocks.emplace_back(agent, block);
+        m_steps.emplace_back([agent, block](Timelines& timelines) { merge(block, timelines[agent]); });
+    }
+    void remove(RowId agent, std::span<const RowId> properties, std::optional<double> from,
+                std::optional<double> to) override
+    {
+        requireOpen();
+        m_steps.emplace_back([agent, which = std::vector(properties.begin(), properties.end()),
+                              bounds = Bounds(from, to)](Timelines& timelines) {
+            plotix::remove(which, bounds.from, bounds.to, timelines[agent]);
+        });
     }
     void prepare() override {}
     void commit() override
     {
         m_records->changed([this](Timelines& timelines) {
-            for (const auto& [agent, block] : m_blocks)
-                merge(block, timelines[agent]);
+            for (const auto& step : m_steps)
+                step(timelines);
         });
-        m_blocks.clear();
+        m_steps.clear();
         m_turn.reset();
     }
 
 private:
+    void requireOpen() const
+    {
+        if (!m_turn)
+            throw ReportableError(QStringLiteral("These records were stored already: begin again to store more."));
+    }
+
     std::shared_ptr<RecordsInMemory> m_records;
     std::optional<RecordsInMemory::Turn> m_turn;  // nothing: committed
-    std::vector<std::pair<RowId, RecordBlock>> m_blocks;
+    std::vector<std::function<void(Timelines&)>> m_steps;
 };
 
 class MemoryAppender final : public RecordAppender {

@@ -36,7 +36,8 @@ public:
     std::unique_ptr<RecordAppender> appender() override;
     CompactionResult compact(const CompactionRequest& request, const ArchiveProgress& progress) override;
     VerificationResult verify(const ArchiveProgress& progress) override;
-    void closeIdle() override {}  ///< nothing is open
+    void requireInPlace() override {}  ///< it has no place
+    void closeIdle() override {}       ///< nothing is open
 
 private:
     std::shared_ptr<RecordsInMemory> m_records;

@@ -19,6 +19,9 @@
 /// Every call sees the records as they were stored when it began, however long it takes; two calls may see two states.
 /// A transaction and an appender are used by one thread at a time.
 ///
+/// **Its place.** A store is that of the file, or whatever holds the records, that was there when it was first used.
+/// Once another one has taken its name, every call throws FileReplaced and neither of the two is written.
+///
 /// **Errors.** Each call throws ReportableError, one line for people, where records cannot be read or written, and
 /// std::bad_alloc where a result has no room. Then nothing is stored, and the call may be repeated.
 namespace plotix {
@@ -34,6 +37,12 @@ public:
     /// blocks later than everything stored. Columns are as long as `times`; a property stands in a block once. A block
     /// without columns stores times alone. A block that is refused leaves the transaction as it was before.
     virtual void store(RowId agent, const RecordBlock& block) = 0;
+
+    /// Takes the elements of these properties out of the agent's records with from ≤ time ≤ to, as if they had never
+    /// been stored. A record there that is left without any element goes too. Absent bounds are open; properties
+    /// without elements there, or of other agents, are passed over.
+    virtual void remove(RowId agent, std::span<const RowId> properties, std::optional<double> from,
+                        std::optional<double> to) = 0;
 
     /// Does whatever may still fail, so that `commit` will not for any other reason than a lost connection. Requires:
     /// nothing is stored afterwards. Called by whoever commits something else together with the records (see below).
@@ -103,6 +112,9 @@ public:
 
     /// Reads everything once, in one snapshot, and compares it with what is stored about it; changes nothing.
     virtual VerificationResult verify(const ArchiveProgress& progress = {}) = 0;
+
+    /// Throws FileReplaced once another file has taken the place of the store's. Quick, and disturbs nobody.
+    virtual void requireInPlace() = 0;
 
     /// Closes what is kept open only for later calls, which open it anew. Afterwards the file, or wherever the records
     /// are, may be moved.

@@ -3,6 +3,7 @@
 #include "records/columns/ValidityBits.h"
 
 #include <algorithm>
+#include <cstring>
 #include <limits>
 #include <numeric>
 
@@ -37,6 +38,15 @@ const RecordsView::Column* find(const RecordsView& records, RowId property)
         if (column.property == property)
             return &column;
     return nullptr;
+}
+
+bool hasElement(const RecordsView& records, std::size_t index)
+{
+    const double absent = absentValue();
+    return std::any_of(records.columns.begin(), records.columns.end(), [&](const RecordsView::Column& column) {
+        return bits::get(column.valid, column.firstValid + index, 1) != 0 ||
+               std::memcmp(&column.values[index], &absent, sizeof absent) != 0;
+    });
 }
 
 void take(const RecordsView::Column& from, std::size_t index, Records::Column& to, std::size_t target)
@@ -114,6 +124,35 @@ void Records::dropFirst(std::size_t count)
     Records rest;
     rest.append(view().slice(count, size() - count));
     *this = std::move(rest);
+}
+
+std::optional<Records> Records::without(const RecordsView& records, std::span<const RowId> properties, double from,
+                                        double to)
+{
+    const double* const end = records.times + records.size;
+    const double* const begin = std::lower_bound(records.times, end, from);
+    const auto first = static_cast<std::size_t>(begin - records.times);
+    const auto count = static_cast<std::size_t>(std::upper_bound(begin, end, to) - begin);
+    if (count == 0)
+        return std::nullopt;
+    RecordsView others = records.slice(first, count);
+    std::erase_if(others.columns, [&](const RecordsView::Column& column) {
+        return std::find(properties.begin(), properties.end(), column.property) != properties.end();
+    });
+    Records left;
+    left.append(records.slice(0, first));
+    // Runs of records that stay; one that never had any element goes with the others.
+    for (std::size_t i = 0; i < count;) {
+        std::size_t stay = i;
+        while (stay < count && hasElement(others, stay))
+            ++stay;
+        left.append(others.slice(i, stay - i));
+        i = stay + 1;
+    }
+    left.append(records.slice(first + count, records.size - first - count));
+    if (left.size() == records.size && others.columns.size() == records.columns.size())
+        return std::nullopt;
+    return left;
 }
 
 Records Records::ordered(const RecordsView& records)

@@ -4,6 +4,8 @@
 #include "records/store/RecordBlock.h"
 
 #include <cstdint>
+#include <optional>
+#include <span>
 #include <vector>
 
 /// Records in memory on their way into a store: a borrowed view of columns, and columns that are owned.
@@ -47,6 +49,11 @@ public:
     /// A property that has no column yet gets one, filled with absent elements.
     void append(const RecordsView& records);
     void dropFirst(std::size_t count);
+
+    /// Without these properties' elements in records with from ≤ time ≤ to; a record there that is left without any
+    /// element goes. Nothing: there is nothing to take out.
+    static std::optional<Records> without(const RecordsView& records, std::span<const RowId> properties, double from,
+                                          double to);
 
     /// Ascending and unique; of equal times the last one stays.
     static Records ordered(const RecordsView& records);

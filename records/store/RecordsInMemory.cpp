@@ -1,9 +1,13 @@
 #include "records/store/RecordsInMemory.h"
 
 #include "base/ReportableError.h"
+#include "records/columns/ColumnView.h"
 #include "records/store/StorableBlock.h"
 
+#include <algorithm>
 #include <chrono>
+#include <cstring>
+#include <iterator>
 
 namespace plotix {
 
@@ -54,6 +58,20 @@ void RecordsInMemory::requireStorable(RowId agent, const RecordBlock& block) con
     for (const RecordBlock::Column& column : block.columns)
         if (!m_properties.contains({agent, column.property}))
             refuseProperty(agent, column.property);
+}
+
+void remove(std::span<const RowId> properties, double from, double to, RecordsInMemory::Timeline& out)
+{
+    const double absent = absentValue();
+    const auto isAbsent = [&absent](const auto& each) {
+        return !each.second.valid && std::memcmp(&each.second.value, &absent, sizeof absent) == 0;
+    };
+    for (auto record = out.lower_bound(from); record != out.end() && record->first <= to;) {
+        for (const RowId property : properties)
+            record->second.erase(property);
+        const bool isEmpty = std::all_of(record->second.begin(), record->second.end(), isAbsent);
+        record = isEmpty ? out.erase(record) : std::next(record);
+    }
 }
 
 void merge(const RecordBlock& block, RecordsInMemory::Timeline& into)

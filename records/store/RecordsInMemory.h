@@ -8,6 +8,7 @@
 #include <mutex>
 #include <set>
 #include <shared_mutex>
+#include <span>
 #include <utility>
 
 /// What a MemoryRecordStore holds, and who may write it. *Shared* by the store, its transactions and its appenders. Any
@@ -71,6 +72,9 @@ private:
     std::condition_variable m_givenBack;
     bool m_taken = false;
 };
+
+/// Takes elements out of the records with from ≤ time ≤ to, and records that are left without any.
+void remove(std::span<const RowId> properties, double from, double to, RecordsInMemory::Timeline& out);
 
 /// Merges a block's records. Of equal times in the block the last one stays; at a time that `into` already has, the
 /// block's elements replace those of the same properties and leave the others.

@@ -1472,6 +1472,18 @@ Doppelklick ändert Farbe oder Einheit.</translation>
         <source>Clear Menu</source>
         <translation>Liste leeren</translation>
     </message>
+    <message>
+        <source>The trend shows no graph yet: wait for its records, or refresh it.</source>
+        <translation>Der Trend zeigt noch kein Diagramm: Warten Sie auf seine Messwerte, oder aktualisieren Sie ihn.</translation>
+    </message>
+    <message>
+        <source>%1 (may only be looked at) – Plotix</source>
+        <translation>%1 (nur zum Ansehen) – Plotix</translation>
+    </message>
+    <message>
+        <source>The site&apos;s file was replaced</source>
+        <translation>Die Datei der Anlage wurde ersetzt</translation>
+    </message>
 </context>
 <context>
     <name>plotix::SiteWindows</name>

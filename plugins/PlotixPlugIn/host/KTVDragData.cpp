@@ -1,18 +1,17 @@
 #include "plugins/PlotixPlugIn/host/KTVDragData.h"
 
+#include "base/ReportableError.h"
+#include "plugins/PlotixPlugIn/host/KTVArchiveNode.h"
+
 #include <QtCore/QMimeData>
 #include <QtCore/QStringDecoder>
 #include <QtCore/QtEndian>
 
 namespace {
 
-const QByteArray kMagic = QByteArrayLiteral("KTVKEYS1");
-
-void appendNumber(QByteArray& data, qsizetype number)
-{
-    const quint32 bytes = qToLittleEndian(static_cast<quint32>(number));
-    data.append(reinterpret_cast<const char*>(&bytes), sizeof bytes);
-}
+// Stored: never change.
+const QString kRoot = QStringLiteral("root");
+const QByteArray kOldMagic = QByteArrayLiteral("KTVKEYS1");
 
 /// Walks over bytes and never past their end.
 class Reader {
@@ -55,26 +54,10 @@ private:
     QByteArrayView m_rest;
 };
 
-}  // namespace
-
-QByteArray dragDataFromPropertyNames(const QStringList& propertyNames)
-{
-    QByteArray data = kMagic;
-    appendNumber(data, propertyNames.size());
-    for (const QString& name : propertyNames) {
-        const QByteArray bytes = name.toUtf8();
-        appendNumber(data, bytes.size());
-        data.append(bytes);
-    }
-    return data;
-}
-
-std::optional<QStringList> propertyNamesFromDragData(const QByteArray& data)
+std::optional<QStringList> propertyNamesFromOldData(const QByteArray& data)
 {
     Reader reader(data);
-    const auto magic = reader.take(kMagic.size());
-    if (!magic || *magic != kMagic)
-        return std::nullopt;
+    reader.take(kOldMagic.size());
     const auto count = reader.takeNumber();
     if (!count)
         return std::nullopt;
@@ -87,6 +70,44 @@ std::optional<QStringList> propertyNamesFromDragData(const QByteArray& data)
     }
     if (!reader.isAtEnd())
         return std::nullopt;
+    return names;
+}
+
+/// The root object of an archive; null for bytes that are none.
+QVariant rootOfArchive(const QByteArray& data)
+{
+    try {
+        const KTVArchiveNode archive = readKeyedArchive(data);
+        const KTVArchiveNode* root = archive.find(kRoot);
+        return root && root->kind == KTVArchiveNode::Kind::Value ? root->value : QVariant();
+    } catch (const plotix::ReportableError&) {
+        return {};  // its words are about stored views
+    }
+}
+
+}  // namespace
+
+QByteArray dragDataFromPropertyNames(const QStringList& propertyNames)
+{
+    KTVArchiveNode archive;
+    archive.kind = KTVArchiveNode::Kind::Object;
+    archive.set(kRoot, KTVArchiveNode::of(propertyNames));
+    return writeKeyedArchive(archive);
+}
+
+std::optional<QStringList> propertyNamesFromDragData(const QByteArray& data)
+{
+    if (data.startsWith(kOldMagic))
+        return propertyNamesFromOldData(data);
+    const QVariant root = rootOfArchive(data);
+    if (root.typeId() != QMetaType::QVariantList)
+        return std::nullopt;
+    QStringList names;
+    for (const QVariant& element : root.toList()) {
+        if (element.typeId() != QMetaType::QString)
+            return std::nullopt;
+        names.append(element.toString());
+    }
     return names;
 }
 

@@ -59,7 +59,10 @@ public:
     }
     void runModal(const KTVAlert& alert) override { write(alert); }
     std::optional<QString> runSavePanel(const QStringList&) override { return std::nullopt; }
-    void showSharingPicker(const QImage&, const QRect&, QWidget*) override {}
+    void showSharingPicker(const QImage&, const std::weak_ptr<KTVSharingPickerDelegate>&, const QRect&, QWidget*,
+                           KTVRectEdge) override
+    {
+    }
     Qt::KeyboardModifiers modifierFlags() const override { return Qt::NoModifier; }
     QString localizedDescription(const plotix::Date& date) const override
     {

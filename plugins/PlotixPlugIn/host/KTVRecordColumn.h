@@ -35,6 +35,9 @@ public:
     /// Changes the current unit of every element, exceptions included.
     void setUnit(const QString& unit);
 
+    /// Changes the colour that the snapshots carry; exceptions keep their own.
+    void setColor(const QColor& color) { m_descriptor.color = color; }
+
     /// Valid by the bitmap and not a NaN. Exceptions are not considered.
     bool isValid(std::size_t index) const;
 

@@ -1,3 +1,7 @@
 #include "plugins/PlotixPlugIn/host/KTVUserInterface.h"
 
 KTVUserInterface::~KTVUserInterface() = default;
+
+KTVSharingPickerDelegate::~KTVSharingPickerDelegate() = default;
+
+void KTVSharingPickerDelegate::sharingPickerDidChoose(const QString& /*service*/) {}

@@ -8,6 +8,7 @@
 #include <QtGui/QImage>
 
 #include <functional>
+#include <memory>
 #include <optional>
 
 class QWidget;
@@ -18,6 +19,16 @@ struct KTVAlert {
     QString messageText;
     QString informativeText;
     Style style = Style::Default;
+};
+
+/// An edge of a rectangle in a view's own coordinates, whose y grows downward: minimum y is the upper edge.
+enum class KTVRectEdge { MinX, MinY, MaxX, MaxY };
+
+/// Is told what was chosen in a sharing picker. The picker holds it *weakly*. Main thread only.
+class KTVHOST_EXPORT KTVSharingPickerDelegate {
+public:
+    virtual ~KTVSharingPickerDelegate();
+    virtual void sharingPickerDidChoose(const QString& service);  ///< the service's title; the base does nothing
 };
 
 /// Alerts, save panel, sharing picker, and the keys held down: what the plug-in asks of the user's desktop.
@@ -37,10 +48,12 @@ public:
     /// Asks where to save; the chosen path, or nothing when cancelled.
     virtual std::optional<QString> runSavePanel(const QStringList& allowedFileTypes) = 0;
 
-    /// Offers what can be done with an image, beside the top edge of `rect` in `view`.
-    virtual void showSharingPicker(const QImage& image, const QRect& rect, QWidget* view) = 0;
+    /// Offers what can be done with an image, at an edge of `rect` in `view`; returns at once.
+    virtual void showSharingPicker(const QImage& image, const std::weak_ptr<KTVSharingPickerDelegate>& delegate,
+                                   const QRect& rect, QWidget* view, KTVRectEdge preferredEdge) = 0;
 
-    /// The modifier keys of the current event, or those that a menu command stands for. Option is Qt::AltModifier.
+    /// The modifier keys of the current event, not of the keyboard, which other programs use too; and in a gesture
+    /// those that a menu command of its window stands for. Option is Qt::AltModifier.
     virtual Qt::KeyboardModifiers modifierFlags() const = 0;
 
     /// A date as text for reports, in the user's locale and zone.

@@ -1,13 +1,11 @@
 #include "hostapp/demo/DemonstrationTrends.h"
 
-#include "hostapp/core/CoderNode.h"
+#include "plugins/PlotixPlugIn/host/KTVArchiveNode.h"
 #include "records/store/RecordStore.h"
 
 #include <QtCore/QTemporaryDir>
 
 #include <gtest/gtest.h>
-
-using plotix::CoderNode;
 
 namespace {
 
@@ -32,18 +30,18 @@ protected:
     }
     void leaveTrend(double from, double to)
     {
-        CoderNode dates, root;
-        dates.kind = root.kind = CoderNode::Kind::Object;
-        dates.set(QStringLiteral("fromDate"), CoderNode::of(from));
-        dates.set(QStringLiteral("toDate"), CoderNode::of(to));
+        KTVArchiveNode dates, root;
+        dates.kind = root.kind = KTVArchiveNode::Kind::Object;
+        dates.set(QStringLiteral("fromDate"), KTVArchiveNode::of(from));
+        dates.set(QStringLiteral("toDate"), KTVArchiveNode::of(to));
         root.set(QStringLiteral("dataClusterViewController"), dates);
-        root.set(QStringLiteral("title"), CoderNode::of(QStringLiteral("Week")));
-        document->storePlugIn({0, QStringLiteral("Trend"), writeArchive(root)});
+        root.set(QStringLiteral("title"), KTVArchiveNode::of(QStringLiteral("Week")));
+        document->storePlugIn({0, QStringLiteral("Trend"), writeKeyedArchive(root)});
     }
-    CoderNode archived() { return plotix::readArchive(document->archivedPlugIns().at(0).state); }
+    KTVArchiveNode archived() { return readKeyedArchive(document->archivedPlugIns().at(0).state); }
     double date(const char* key)
     {
-        const CoderNode root = archived();
+        const KTVArchiveNode root = archived();
         return root.find(QStringLiteral("dataClusterViewController"))->find(QLatin1String(key))->value.toDouble();
     }
 

@@ -135,6 +135,46 @@ TEST_F(ArchiveManagerTest, SnapshotsCarryWhatThePropertyShows)
     EXPECT_EQ(snapshot->unitValue(), 1);
 }
 
+TEST_F(ArchiveManagerTest, AUnitChangedDuringAFetchIsThatOfItsAnswer)
+{
+    store(block({1}, {column(air, {100})}));
+    fetch(own);
+    own[0]->setUnit("°F");
+    waitForAnswers();
+    EXPECT_EQ(records->columnForKey("air")->unit(), "°F");
+    EXPECT_EQ(records->columnForKey("air")->unitValue(0), 212);
+}
+
+TEST_F(ArchiveManagerTest, AColourChangedDuringAFetchIsThatOfItsAnswer)
+{
+    store(ramp(air, 0, 2));
+    fetch(own);
+    std::static_pointer_cast<SiteProperty>(own[0])->setColor(QColor("teal"));
+    waitForAnswers();
+    EXPECT_EQ(records->columnForKey("air")->snapshotAt(1)->color(), QColor("teal"));
+}
+
+TEST_F(ArchiveManagerTest, AUnitChangedWhileTheAnswerWaitsIsStillTaken)
+{
+    store(block({1}, {column(air, {100})}));
+    QString taken;
+    manager->fetchRecordsForProperties(
+        own, {}, {}, kMaximumSamplesUnlimited, {}, [&](const KTVRecordDictionaryPtr& read, auto&&...) {
+            MainQueue::main().async([&] { own[0]->setUnit("°F"); });
+            MainQueue::main().async([&, read] { taken = read->columnForKey("air")->unit(); });
+        });
+    waitForAnswers();
+    EXPECT_EQ(taken, "°F");
+}
+
+TEST_F(ArchiveManagerTest, AnAnswerTakenUpIsTheAskersToConvert)
+{
+    store(block({1}, {column(air, {100})}));
+    fetchAndWait(own);
+    own[0]->setUnit("°F");
+    EXPECT_EQ(records->columnForKey("air")->unit(), "degC");
+}
+
 TEST_F(ArchiveManagerTest, NothingToFetchIsADictionaryWithoutTime)
 {
     store(ramp(air, 0, 3));
@@ -192,6 +232,21 @@ TEST_F(ArchiveManagerTest, ADamagedArchiveIsAnErrorWithoutDictionary)
     EXPECT_FALSE(records);
     ASSERT_TRUE(error);
     EXPECT_TRUE(error->message.contains("damaged"));
+}
+
+TEST_F(ArchiveManagerTest, AFailureSaysWhetherItCameWithADictionary)
+{
+    store(ramp(air, 0, 2000));
+    std::vector<plotix::RecordFailure> failures;
+    const auto note = [&](const QString&, plotix::RecordFailure failure) { failures.push_back(failure); };
+    makeManager(1);
+    QObject::connect(manager.get(), &ArchiveManager::fetchFailed, note);
+    fetchAndWait(own);
+    makeManager(1'000'000'000);
+    QObject::connect(manager.get(), &ArchiveManager::fetchFailed, note);
+    run("DELETE FROM segment");
+    fetchAndWait(own);
+    EXPECT_EQ(failures, (std::vector{plotix::RecordFailure::TooMany, plotix::RecordFailure::Unreadable}));
 }
 
 TEST_F(ArchiveManagerTest, MoreThanTheBudgetIsAnErrorWithoutTime)

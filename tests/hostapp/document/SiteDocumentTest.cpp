@@ -16,6 +16,7 @@
 
 #include <gtest/gtest.h>
 
+#include <cstdio>
 #include <set>
 
 namespace {
@@ -251,6 +252,25 @@ TEST_F(SiteDocumentTest, CreatingOverAFileIsRefusedAndLeavesIt)
     EXPECT_THROW(SiteDocument::create(file()), ReportableError);
     reopen();
     EXPECT_EQ(document->agents().size(), 1U);
+}
+
+TEST_F(SiteDocumentTest, AReplacedFileIsToldOnceAndNeitherFileIsWritten)
+{
+    document->addAgent("Roof");
+    const QString other = folder.filePath("other.plotix");
+    SiteDocument::create(other)->addAgent("Cellar");
+    QSignalSpy replaced(document.get(), &SiteDocument::replaced);
+    ASSERT_EQ(std::rename(qPrintable(other), qPrintable(file())), 0);
+    EXPECT_THROW(document->setSetting("x", "y"), plotix::FileReplaced);
+    EXPECT_TRUE(replaced.wait(5000));
+    EXPECT_TRUE(document->isReadOnly());
+    EXPECT_EQ(agent()->name(), "Roof");
+    EXPECT_THROW(document->recordExtent(), plotix::FileReplaced);
+    EXPECT_FALSE(replaced.wait(1200));
+    EXPECT_EQ(replaced.count(), 1);
+    document.reset();
+    EXPECT_EQ(SiteDocument::open(file())->agents()[0]->name(), "Cellar");
+    EXPECT_EQ(files(), QStringList("Harbour Light.plotix"));
 }
 
 TEST_F(SiteDocumentTest, AReadOnlyFileCanBeViewedButNotChanged)

@@ -11,10 +11,12 @@
 
 #include <gtest/gtest.h>
 
+#include <cstdio>
 #include <thread>
 
 namespace {
 
+using plotix::FileReplaced;
 using plotix::recordsOfSite;
 using plotix::ReportableError;
 using plotix::RowId;
@@ -163,6 +165,33 @@ TEST_F(SiteTransactionTest, ARefusedFileIsNotRemoved)
     foreign.write("not a site at all, just some text that is long enough to be looked at");
     foreign.close();
     EXPECT_THROW(SiteTransaction{file()}, ReportableError);
+    EXPECT_EQ(files(), QStringList{"site.plotix"});
+}
+
+TEST_F(SiteTransactionTest, AFileReplacedMeanwhileGetsNothing)
+{
+    SiteDocument::create(file());
+    const QString other = folder.filePath("other.plotix");
+    SiteDocument::create(other)->addAgent("Other");
+    {
+        SiteTransaction transaction(file());
+        fill(transaction);
+        ASSERT_EQ(std::rename(qPrintable(other), qPrintable(file())), 0);
+        EXPECT_THROW(transaction.commit(), FileReplaced);
+    }
+    EXPECT_EQ(SiteDocument::open(file())->agents().size(), 1U);
+    EXPECT_EQ(SiteDocument::open(file())->agents()[0]->name(), "Other");
+}
+
+TEST_F(SiteTransactionTest, AFileThatCameForOneItMadeIsNotRemoved)
+{
+    const QString other = folder.filePath("other.plotix");
+    SiteDocument::create(other);
+    {
+        SiteTransaction transaction(file());
+        ASSERT_EQ(std::rename(qPrintable(other), qPrintable(file())), 0);
+    }
+    EXPECT_NO_THROW(SiteDocument::open(file()));
     EXPECT_EQ(files(), QStringList{"site.plotix"});
 }
 

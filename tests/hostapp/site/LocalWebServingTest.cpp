@@ -41,6 +41,22 @@ TEST_F(LocalWebServingTest, TheAddressIsTheSitesPage)
     EXPECT_TRUE(answer.body.contains(rendering(*working, ".png").toLatin1() + "\" target=\"_blank\">Day</a></h2>"));
 }
 
+TEST_F(LocalWebServingTest, ASiteOfSeveralAgentsListsEachTrendOnce)
+{
+    site.document->addAgent(QStringLiteral("Cellar"));
+    site.document->addAgent(QStringLiteral("Roof"));
+    serving.stop(*working);
+    working.reset();
+    working = makeSite();
+    working->loadPlugIns();
+    address = serving.start(*working);
+    working->waitForRecords();
+    ASSERT_EQ(working->toolbarPlugIns().size(), 3U);
+    const Answer answer = get(address);
+    EXPECT_EQ(answer.body.count("<h1>REST API for Plotix</h1>"), 1);
+    EXPECT_EQ(answer.body.count(">Day</a></h2>"), 1);
+}
+
 TEST_F(LocalWebServingTest, AViewNobodyHasLookedAtIsDrawnToo)
 {
     const Answer answer = get(address, rendering(*working, ".png"));

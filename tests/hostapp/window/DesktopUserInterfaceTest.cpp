@@ -160,13 +160,6 @@ TEST_F(SavePanelTest, OneOfSeveralTypesWillDo)
     EXPECT_TRUE(alerts.isEmpty());
 }
 
-TEST_F(DesktopUserInterfaceTest, HeldModifiersCountAsPressed)
-{
-    EXPECT_EQ(desktop.modifierFlags(), Qt::NoModifier);
-    desktop.setHeldModifiers(Qt::AltModifier);
-    EXPECT_EQ(desktop.modifierFlags(), Qt::AltModifier);
-}
-
 TEST_F(DesktopUserInterfaceTest, SharingMenuCopiesTheImage)
 {
     QImage image(3, 2, QImage::Format_RGB32);

@@ -1,5 +1,6 @@
 #include "hostapp/window/SiteWindow.h"
 
+#include "hostapp/document/ArchiveManager.h"
 #include "hostapp/window/DesktopUserInterface.h"
 #include "hostapp/window/EmptyStateView.h"
 #include "hostapp/window/HelpWindow.h"
@@ -16,6 +17,7 @@
 #include <QtWidgets/QApplication>
 #include <QtWidgets/QMessageBox>
 #include <QtWidgets/QPushButton>
+#include <QtWidgets/QStatusBar>
 
 using plotix::Date;
 using plotix::SiteWindow;
@@ -168,15 +170,41 @@ TEST_F(SiteWindowTest, ActionsThatCannotActAreGreyedWithAReason)
     EXPECT_EQ(window->actions().exportPDF->toolTip(), QStringLiteral("This view cannot do that."));
 }
 
+TEST_F(SiteWindowTest, AnExportBeforeTheFirstAnswerSaysThatThereIsNoPicture)
+{
+    openWindow();
+    addTrend(QStringLiteral("Week"));
+    window->actions().exportPNG->trigger();
+    EXPECT_EQ(selectedStub().log(), QStringList{"exportToPNG"});
+    selectedStub().loseGraph();
+    window->actions().exportPNG->trigger();
+    EXPECT_EQ(selectedStub().log().size(), 1);
+    ASSERT_NE(shownBox(), nullptr);
+    EXPECT_EQ(shownBox()->text(), QStringLiteral("There is no picture to export"));
+}
+
 TEST_F(SiteWindowTest, ZoomTogglesHoldOneKeyAtATime)
 {
     openWindow();
     window->actions().zoomTimeOnly->trigger();
-    EXPECT_EQ(desktop.heldModifiers(), Qt::AltModifier);
+    EXPECT_EQ(desktop.heldModifiers(window.get()), Qt::AltModifier);
     window->actions().zoomValuesOnly->trigger();
-    EXPECT_EQ(desktop.heldModifiers(), Qt::ShiftModifier);
+    EXPECT_EQ(desktop.heldModifiers(window.get()), Qt::ShiftModifier);
     window->actions().zoomValuesOnly->trigger();
-    EXPECT_EQ(desktop.heldModifiers(), Qt::NoModifier);
+    EXPECT_EQ(desktop.heldModifiers(window.get()), Qt::NoModifier);
+}
+
+TEST_F(SiteWindowTest, ZoomTogglesCountInTheSitesOwnWindowsAlone)
+{
+    openWindow();
+    addTrend(QStringLiteral("Week"));
+    window->actions().zoomTimeOnly->trigger();
+    window->actions().openInWindow->trigger();
+    const QWidget* separate = site.document->windowControllers().at(0)->window();
+    EXPECT_EQ(desktop.heldModifiers(separate), Qt::AltModifier);
+    ScratchSite elsewhere;
+    const SiteWindow other(elsewhere.document, services());
+    EXPECT_EQ(desktop.heldModifiers(&other), Qt::NoModifier);
 }
 
 TEST_F(SiteWindowTest, SeparateWindowTakesTheViewAndGivesItBack)
@@ -285,11 +313,29 @@ TEST_F(SiteWindowImportTest, FileThatDoesNotParseIsToldAndStoresNothing)
     EXPECT_FALSE(window->selectedPlugIn());
 }
 
+TEST_F(SiteWindowTest, WhyRecordsAreUnreadableIsSaidWithoutASecondAlert)
+{
+    openWindow();
+    emit site.document->recordsNotRead(QStringLiteral("damaged"), plotix::RecordFailure::Unreadable);
+    EXPECT_EQ(shownBox(), nullptr);
+    EXPECT_EQ(window->statusBar()->currentMessage(), QStringLiteral("damaged"));
+}
+
+TEST_F(SiteWindowTest, ATitleIsShownAsItIs)
+{
+    openWindow();
+    const KTVPlugInPtr trend = addTrend(QStringLiteral("<b>Week</b> & <i>more</i>"));
+    window->actions().openInWindow->trigger();
+    EXPECT_EQ(window->emptyState()->title(), QStringLiteral("<b>Week</b> & <i>more</i>"));
+    for (const QLabel* label : window->emptyState()->findChildren<QLabel*>())
+        EXPECT_TRUE(!label->text().contains(u'<') || label->textFormat() == Qt::PlainText);
+}
+
 TEST_F(SiteWindowTest, RecordsThatCannotBeShownAreToldOnce)
 {
     openWindow();
     for (int i = 0; i < 3; ++i)
-        emit site.document->recordsNotRead(QStringLiteral("too many"));
+        emit site.document->recordsNotRead(QStringLiteral("too many"), plotix::RecordFailure::TooMany);
     ASSERT_EQ(window->findChildren<QMessageBox*>().size(), 1);
     EXPECT_EQ(shownBox()->text(), QStringLiteral("The records could not be shown"));
     EXPECT_EQ(shownBox()->informativeText(), QStringLiteral("too many"));

@@ -9,9 +9,16 @@ TEST_F(HostingViewTest, WithoutAGraphEventsAreSafe)
     turnWheel({120, 120}, {0, 120});
     drag({{100, 100}, {50, 50}});
     QTest::keyClick(view, Qt::Key_Home);
-    EXPECT_TRUE(view->imageOfLayer().isNull());
-    EXPECT_TRUE(view->dataForPDFRepresentationOfLayer().isEmpty());
     EXPECT_FALSE(view->grab().isNull());
+}
+
+TEST_F(HostingViewTest, WithoutAGraphPicturesHoldTheEmptyFrameThatIsShown)
+{
+    view->setHostedGraph(nullptr);
+    const QImage picture = view->imageOfLayer();
+    EXPECT_EQ(picture.size(), view->size());
+    EXPECT_EQ(picture.pixelColor(120, 120), view->grab().toImage().pixelColor(120, 120));
+    EXPECT_TRUE(view->dataForPDFRepresentationOfLayer().startsWith("%PDF"));
 }
 
 TEST_F(HostingViewTest, EveryPaintReportsEachVisiblePlotOnce)

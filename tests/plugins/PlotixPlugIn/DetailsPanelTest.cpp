@@ -34,6 +34,7 @@ protected:
         label = trend->propertyDetailsTextField()->geometry();
         graph = trend->hostView()->geometry();
     }
+    QRect dates() { return trend->dataClusterHostView()->geometry(); }
     void finish()
     {
         QTest::qWait(50);
@@ -254,6 +255,33 @@ TEST_F(DetailsPanelTest, TheTrendViewMayGoDuringTheAnimation)
     trend.reset();
     QTest::qWait(300);
     EXPECT_EQ(trend, nullptr);
+}
+
+TEST_F(DetailsPanelTest, ANarrowViewWrapsTheDatesAndTheGraphMakesRoom)
+{
+    openTrend();
+    const QRect wide = dates();
+    trend->view()->resize(500, 640);
+    trend->view()->show();
+    QCoreApplication::processEvents();
+    EXPECT_GT(dates().height(), wide.height());
+    EXPECT_EQ(trend->hostView()->y() - graph.y(), dates().height() - wide.height());
+    EXPECT_EQ(trend->hostView()->geometry().bottom(), graph.bottom());
+    trend->view()->resize(960, 640);
+    QCoreApplication::processEvents();
+    EXPECT_EQ(dates(), wide);
+    EXPECT_EQ(trend->hostView()->geometry(), graph);
+}
+
+TEST_F(DetailsPanelTest, TheDatesMayWrapDuringTheAnimation)
+{
+    openTrend();
+    trend->view()->show();
+    trend->hidePropertyDetailsView();
+    trend->view()->resize(500, 640);
+    finish();
+    EXPECT_EQ(trend->hostView()->y() - graph.y(), dates().height() - 40);
+    EXPECT_EQ(trend->hostView()->geometry().bottom(), graph.bottom() + kShift);
 }
 
 }  // namespace

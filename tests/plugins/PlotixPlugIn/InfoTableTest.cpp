@@ -269,4 +269,23 @@ TEST_F(InfoTableTest, AViewThatIsGoneLeavesTheRows)
     EXPECT_EQ(trend->infoTableArray()->size(), 1U);
 }
 
+TEST_F(InfoTableTest, ARefreshKeepsTheSelection)
+{
+    openAndDeliver({"airTemperature", "pressure", "windSpeed"});
+    controller().setSelectionIndexes({0, 2});
+    deliverAgain(twoRows({"airTemperature", "pressure", "windSpeed"}));
+    EXPECT_EQ(controller().selectionIndexes(), (std::vector<std::size_t>{0, 2}));
+    EXPECT_EQ(trend->infoTable()->selectedRowIndexes(), (std::vector<std::size_t>{0, 2}));
+}
+
+TEST_F(InfoTableTest, TheSecondOfTwoRowsOfOneNameStaysSelectedAlone)
+{
+    open({"airTemperature"});
+    addRow({.tableName = "Air Temperature", .propertyName = "airTemperature"});
+    addRow({.tableName = "Air Temperature", .propertyName = "airTemperature"});
+    controller().setSelectionIndexes({1});
+    deliver(twoRows({"airTemperature"}));
+    EXPECT_EQ(controller().selectionIndexes(), std::vector<std::size_t>{1});
+}
+
 }  // namespace

@@ -238,6 +238,16 @@ TEST_F(InfoTableView, TheThreeDeleteCharactersRemove)
     EXPECT_EQ(delegate.removals, 3);
 }
 
+TEST_F(InfoTableView, TheDeleteCharacterThatControlMakesOfAnotherKeyRemovesNothing)
+{
+    select({1});
+    QKeyEvent controlEight(QEvent::KeyPress, Qt::Key_8, Qt::ControlModifier, QString(QChar(u'\u007F')));
+    QApplication::sendEvent(&table, &controlEight);
+    EXPECT_EQ(delegate.removals, 0);
+    QTest::keyClick(&table, Qt::Key_Backspace, Qt::ControlModifier);
+    EXPECT_EQ(delegate.removals, 1);
+}
+
 TEST_F(InfoTableView, DeleteAsksWhetherTheDelegateResponds)
 {
     delegate.responds = false;
@@ -338,6 +348,17 @@ TEST_F(InfoTableView, AnEventThatIsNoRightPressGivesTheMenuAndKeepsTheSelection)
     const QContextMenuEvent menuKey(QContextMenuEvent::Keyboard, pointIn(2), pointIn(2));
     EXPECT_NE(table.menuForEvent(&menuKey), nullptr);
     EXPECT_EQ(table.selectedRowIndexes(), Rows{1});
+}
+
+TEST_F(InfoTableView, AControlClickAddsOrTakesARowAndOpensNoMenu)
+{
+    show();
+    select({0});
+    QTest::mouseClick(table.viewport(), Qt::LeftButton, Qt::ControlModifier, pointIn(2));
+    EXPECT_EQ(table.selectedRowIndexes(), (Rows{0, 2}));
+    EXPECT_EQ(QApplication::activePopupWidget(), nullptr);
+    QTest::mouseClick(table.viewport(), Qt::LeftButton, Qt::ControlModifier, pointIn(0));
+    EXPECT_EQ(table.selectedRowIndexes(), Rows{2});
 }
 
 TEST_F(InfoTableView, TheToolkitsRightClickShowsTheMenuOverTheRowItSelected)

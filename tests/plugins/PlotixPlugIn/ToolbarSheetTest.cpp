@@ -21,6 +21,18 @@ TEST_F(ToolbarSheet, ShowsNameColorAndUnit)
     EXPECT_EQ(model.index(1, 2).data(), property("pressure")->unitSymbol());
 }
 
+TEST_F(ToolbarSheet, TheDatesHaveTheirLabelsAndTheQuickRangesTheirText)
+{
+    showSheet();
+    QCoreApplication::processEvents();
+    EXPECT_TRUE(dates().fromTextField()->isVisible());
+    EXPECT_TRUE(dates().toTextField()->isVisible());
+    EXPECT_EQ(dates().quickDatePopupButton()->text(), "Quick Range");
+    EXPECT_GE(dates().quickDatePopupButton()->width(), dates().quickDatePopupButton()->sizeHint().width());
+    EXPECT_TRUE(dates().view()->rect().contains(dates().quickDatePopupButton()->geometry()));
+    EXPECT_FALSE(dates().refreshButton()->isVisible());
+}
+
 TEST_F(ToolbarSheet, SecondShowingAddsNoRowsAndKeepsTicks)
 {
     showSheet();

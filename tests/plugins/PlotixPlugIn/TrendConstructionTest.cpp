@@ -61,6 +61,9 @@ TEST_F(TrendConstruction, DescribesItself)
     makeTrend();
     EXPECT_EQ(trend().name(), "Plotix");
     EXPECT_EQ(trend().group(), "Plotix");
+    EXPECT_EQ(trend().bundleIdentifier(), "org.plotix.PlotixPlugIn");
+    EXPECT_EQ(trend().bundleVersion(), 1);
+    EXPECT_EQ(trend().bundleShortVersion(), "1.0");
     EXPECT_TRUE(trend().isDeletable());
     EXPECT_TRUE(trend().isRenamable());
     EXPECT_TRUE(trend().isUndockable());

@@ -76,6 +76,18 @@ TEST_F(TrendExport, WithoutAViewThereIsNothingToWrite)
     EXPECT_FALSE(trend().isViewLoaded());
 }
 
+TEST_F(TrendExport, BeforeTheFirstAnswerTheEmptyFrameIsWritten)
+{
+    openTrend();
+    desktop().answerSavePanelWith(path("graph.png"));
+    trend().exportToPNG(nullptr);
+    EXPECT_FALSE(QImage(path("graph.png")).isNull());
+    desktop().answerSavePanelWith(path("graph.pdf"));
+    trend().exportToPDF(nullptr);
+    EXPECT_TRUE(contentOf(path("graph.pdf")).startsWith("%PDF"));
+    EXPECT_TRUE(isBusy());
+}
+
 // Not tied to the fetch under way: any drawing switches the panel back.
 TEST_F(TrendExport, DrawingForAnExportEndsTheBusyState)
 {
@@ -169,6 +181,17 @@ TEST_F(TrendExport, SharingOffersAnImageOfTheWholeViewAtTheButton)
     EXPECT_EQ(desktop().sharings()[0].image.size(), trend().view()->size());
     EXPECT_EQ(desktop().sharings()[0].view, trend().sharingButton());
     EXPECT_EQ(desktop().sharings()[0].rect, trend().sharingButton()->rect());
+    EXPECT_EQ(desktop().sharings()[0].preferredEdge, KTVRectEdge::MinY);
+}
+
+TEST_F(TrendExport, TheTrendIsTheSharingPickersDelegateAsLongAsItLives)
+{
+    openTrendWithData();
+    trend().sharingButtonClicked(trend().sharingButton());
+    const auto delegate = desktop().sharings().at(0).delegate;
+    EXPECT_EQ(delegate.lock().get(), static_cast<KTVSharingPickerDelegate*>(&trend()));
+    releaseTrend();
+    EXPECT_TRUE(delegate.expired());
 }
 
 TEST_F(TrendExport, SharingActsOnThePress)

@@ -34,6 +34,21 @@ TEST_F(TrendFollowing, TheAnswerShowsTheWholeRangeAskedFor)
     EXPECT_EQ(plotIdentifiers(), QStringList{"airTemperature"});
 }
 
+TEST_F(TrendFollowing, AKeyHeldForSomethingElseDoesNotStopIt)
+{
+    openTrendWithData();
+    for (const Qt::KeyboardModifier held : {Qt::ShiftModifier, Qt::AltModifier}) {
+        desktop().holdDown(held);
+        showNow(kFrom + 60, kTo + 60);
+        answer(recordsAt({kFrom + 100, kFrom + 200}).column("airTemperature", {100, 200}));
+        EXPECT_EQ(trend().shownRange(), range(kFrom + 60, kTo + 60));
+        EXPECT_EQ(trend().graph()->defaultPlotSpace()->yRange().location, 100);
+        desktop().holdDown(Qt::NoModifier);
+        trend().graph()->defaultPlotSpace()->setXRange({kFrom, kTo - kFrom});
+        trend().graph()->defaultPlotSpace()->setYRange({0, 10});
+    }
+}
+
 TEST_F(TrendFollowing, WhoeverMovedTheDatesMeanwhileKeepsThem)
 {
     openTrendWithData();

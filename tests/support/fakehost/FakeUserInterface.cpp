@@ -29,10 +29,11 @@ std::optional<QString> FakeUserInterface::runSavePanel(const QStringList& allowe
     return m_savePanelAnswer;
 }
 
-void FakeUserInterface::showSharingPicker(const QImage& image, const QRect& rect, QWidget* view)
+void FakeUserInterface::showSharingPicker(const QImage& image, const std::weak_ptr<KTVSharingPickerDelegate>& delegate,
+                                          const QRect& rect, QWidget* view, KTVRectEdge preferredEdge)
 {
     m_log->note(QStringLiteral("userInterface.showSharingPicker"));
-    m_sharings.push_back({image, rect, view});
+    m_sharings.push_back({image, delegate, rect, view, preferredEdge});
 }
 
 QString FakeUserInterface::localizedDescription(const plotix::Date& date) const

@@ -22,8 +22,10 @@ public:
     };
     struct Sharing {
         QImage image;
+        std::weak_ptr<KTVSharingPickerDelegate> delegate;
         QRect rect;
         QPointer<QWidget> view;
+        KTVRectEdge preferredEdge;
     };
 
     explicit FakeUserInterface(CallLog* log) : m_log(log) {}
@@ -31,7 +33,8 @@ public:
     void beginSheet(const KTVAlert& alert, QWidget* window, std::function<void()> completionHandler) override;
     void runModal(const KTVAlert& alert) override;
     std::optional<QString> runSavePanel(const QStringList& allowedFileTypes) override;
-    void showSharingPicker(const QImage& image, const QRect& rect, QWidget* view) override;
+    void showSharingPicker(const QImage& image, const std::weak_ptr<KTVSharingPickerDelegate>& delegate,
+                           const QRect& rect, QWidget* view, KTVRectEdge preferredEdge) override;
     Qt::KeyboardModifiers modifierFlags() const override { return m_modifierFlags; }
 
     /// "2013-01-31 09:05:07", in UTC whatever the user's locale and zone.

@@ -4,8 +4,8 @@
 
 #include <QtCore/QStringList>
 
-/// A trend view without a graph: records what is sent to it. Made by StubModule under the trend view's class name. Main
-/// thread only.
+/// A trend view whose graph is a red rectangle: records what is sent to it. Made by StubModule under the trend view's
+/// class name. Main thread only.
 class StubTrend : public KTVPlugIn {
     Q_OBJECT
 public:
@@ -30,10 +30,15 @@ public:
     Q_INVOKABLE void fitAll(QObject*) { m_log << QStringLiteral("fitAll"); }
     Q_INVOKABLE QImage graphImageWithSize(const QSizeF& size, double density, const QString&)
     {
+        if (!m_hasGraph)
+            return {};
         QImage image((size * density).toSize(), QImage::Format_RGB32);
         image.fill(Qt::red);
         return image;
     }
+
+    Q_INVOKABLE void exportToPNG(QObject*) { m_log << QStringLiteral("exportToPNG"); }
+    void loseGraph() { m_hasGraph = false; }  ///< as before the first answer
 
     Q_INVOKABLE QVariantMap reading() const { return m_reading; }
     Q_INVOKABLE void setReading(const QVariantMap& options)
@@ -43,12 +48,14 @@ public:
     }
 
     int readingCount() const { return m_readingCount; }  ///< how often options were chosen
+
     const QStringList& log() const { return m_log; }
     const KTVPlugInModule::Arguments& arguments() const { return m_arguments; }
 
 private:
     StubTrend() = default;
     QStringList m_log;
+    bool m_hasGraph = true;
     KTVPlugInModule::Arguments m_arguments;
     QVariantMap m_reading;
     int m_readingCount = 0;

@@ -1,5 +1,7 @@
 #include "plugins/PlotixPlugIn/host/KTVDragData.h"
 
+#include "plugins/PlotixPlugIn/host/KTVArchiveNode.h"
+
 #include <QtCore/QMimeData>
 
 #include <gtest/gtest.h>
@@ -7,6 +9,16 @@
 #include <random>
 
 namespace {
+
+const QByteArray kOldFraming = QByteArray::fromHex("4B54564B4559533102000000010000006103000000636F32");
+
+QByteArray archived(const QVariant& root, const QString& key = "root")
+{
+    KTVArchiveNode archive;
+    archive.kind = KTVArchiveNode::Kind::Object;
+    archive.set(key, KTVArchiveNode::of(root));
+    return writeKeyedArchive(archive);
+}
 
 TEST(DragDataTest, KeysComeBackInOrder)
 {
@@ -21,20 +33,35 @@ TEST(DragDataTest, NoKeysAreAnEmptyListAndNotNothing)
 
 TEST(DragDataTest, TheBytesAreTheDocumentedOnes)
 {
-    EXPECT_EQ(dragDataFromPropertyNames({"a", "co2"}).toHex(' ').toUpper(),
-              "4B 54 56 4B 45 59 53 31 02 00 00 00 01 00 00 00 61 03 00 00 00 63 6F 32");
+    EXPECT_EQ(dragDataFromPropertyNames({"a", "co2"}).toHex(),
+              "d9d9f7836e706c6f7469782d6172636869766501d9504fa164726f6f7482616163636f32");
+}
+
+TEST(DragDataTest, TheyAreAKeyedArchiveOfAList)
+{
+    EXPECT_EQ(dragDataFromPropertyNames({"a", "co2"}), archived(QVariantList{"a", "co2"}));
+    EXPECT_EQ(propertyNamesFromDragData(archived(QVariantList{"a", "co2"})), (QStringList{"a", "co2"}));
+}
+
+TEST(DragDataTest, AnArchiveOfAnythingElseIsNothing)
+{
+    EXPECT_EQ(propertyNamesFromDragData(archived("a")), std::nullopt);
+    EXPECT_EQ(propertyNamesFromDragData(archived(QVariantList{"a", 7})), std::nullopt);
+    EXPECT_EQ(propertyNamesFromDragData(archived(QVariantList{"a"}, "keys")), std::nullopt);
+    EXPECT_EQ(propertyNamesFromDragData(dragDataFromPropertyNames({"a"}) + '\0'), std::nullopt);
+}
+
+TEST(DragDataTest, TheOldFramingIsReadForEver)
+{
+    EXPECT_EQ(propertyNamesFromDragData(kOldFraming), (QStringList{"a", "co2"}));
+    EXPECT_EQ(propertyNamesFromDragData(kOldFraming + '\0'), std::nullopt);
 }
 
 TEST(DragDataTest, EveryTruncationIsNothing)
 {
-    const QByteArray data = dragDataFromPropertyNames({"a", "co2"});
-    for (qsizetype length = 0; length < data.size(); ++length)
-        EXPECT_EQ(propertyNamesFromDragData(data.first(length)), std::nullopt) << length;
-}
-
-TEST(DragDataTest, TrailingBytesAreNothing)
-{
-    EXPECT_EQ(propertyNamesFromDragData(dragDataFromPropertyNames({"a"}) + '\0'), std::nullopt);
+    for (const QByteArray& data : {kOldFraming, dragDataFromPropertyNames({"a", "co2"})})
+        for (qsizetype length = 0; length < data.size(); ++length)
+            EXPECT_EQ(propertyNamesFromDragData(data.first(length)), std::nullopt) << length;
 }
 
 TEST(DragDataTest, ACountThatPromisesMoreThanThereIsCostsNothing)

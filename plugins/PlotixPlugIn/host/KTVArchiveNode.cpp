@@ -1,4 +1,4 @@
-#include "hostapp/core/CoderNode.h"
+#include "plugins/PlotixPlugIn/host/KTVArchiveNode.h"
 
 #include "base/ReportableError.h"
 
@@ -9,7 +9,7 @@
 
 #include <limits>
 
-namespace plotix {
+using plotix::ReportableError;
 
 namespace {
 
@@ -56,12 +56,12 @@ void writeVariant(QCborStreamWriter& writer, const QVariant& value)
     }
 }
 
-void writeProperties(QCborStreamWriter& writer, const CoderNode& node)
+void writeProperties(QCborStreamWriter& writer, const KTVArchiveNode& node)
 {
     writer.append(kPropertiesTag);
     writer.startArray(1 + node.properties.size());
     writer.append(node.agent);
-    for (const ArchivedProperty& property : node.properties) {
+    for (const KTVArchivedProperty& property : node.properties) {
         writer.startArray(6);
         writer.append(property.key);
         writer.append(property.name);
@@ -74,11 +74,11 @@ void writeProperties(QCborStreamWriter& writer, const CoderNode& node)
     writer.endArray();
 }
 
-void writeNode(QCborStreamWriter& writer, const CoderNode& node)
+void writeNode(QCborStreamWriter& writer, const KTVArchiveNode& node)
 {
-    if (node.kind == CoderNode::Kind::Value)
+    if (node.kind == KTVArchiveNode::Kind::Value)
         return writeVariant(writer, node.value);
-    if (node.kind == CoderNode::Kind::Properties)
+    if (node.kind == KTVArchiveNode::Kind::Properties)
         return writeProperties(writer, node);
     writer.append(kObjectTag);
     writer.startMap(node.members.size());
@@ -92,9 +92,9 @@ void writeNode(QCborStreamWriter& writer, const CoderNode& node)
 /// Parses the bytes; anything unexpected is reported as a damaged archive.
 class Parser {
 public:
-    explicit Parser(const QByteArray& data) : m_reader(data) {}
+    explicit Parser(const QByteArray& data) : m_size(data.size()), m_reader(data) {}
 
-    CoderNode archive()
+    KTVArchiveNode archive()
     {
         expect(m_reader.isTag() && m_reader.toTag() == QCborTag(QCborKnownTags::Signature));
         next();
@@ -104,10 +104,10 @@ public:
         if (version > kFormatVersion)
             throw ReportableError(QStringLiteral("A stored view was made by a newer Plotix: update Plotix to see it."));
         expect(version == kFormatVersion);
-        CoderNode root = node(0);
-        expect(root.kind == CoderNode::Kind::Object);
+        KTVArchiveNode root = node(0);
+        expect(root.kind == KTVArchiveNode::Kind::Object);
         leave();
-        expect(m_reader.lastError() == QCborError::NoError);
+        expect(m_reader.lastError() == QCborError::NoError && m_reader.currentOffset() == m_size);
         return root;
     }
 
@@ -162,10 +162,10 @@ private:
         return value;
     }
 
-    CoderNode node(int depth)
+    KTVArchiveNode node(int depth)
     {
         expect(depth < kDeepest);
-        CoderNode result;
+        KTVArchiveNode result;
         if (!m_reader.isTag()) {
             result.value = variant(depth);
             return result;
@@ -175,7 +175,7 @@ private:
         if (tag == kPropertiesTag)
             return properties();
         expect(tag == kObjectTag);
-        result.kind = CoderNode::Kind::Object;
+        result.kind = KTVArchiveNode::Kind::Object;
         enter(m_reader.isMap());
         while (m_reader.hasNext()) {
             const QString key = text();
@@ -185,15 +185,15 @@ private:
         return result;
     }
 
-    CoderNode properties()
+    KTVArchiveNode properties()
     {
-        CoderNode result;
-        result.kind = CoderNode::Kind::Properties;
+        KTVArchiveNode result;
+        result.kind = KTVArchiveNode::Kind::Properties;
         enter(m_reader.isArray());
         result.agent = text();
         while (m_reader.hasNext()) {
             enter(m_reader.isArray());
-            ArchivedProperty property;
+            KTVArchivedProperty property;
             property.key = text();
             property.name = text();
             property.unit = text();
@@ -255,30 +255,31 @@ private:
         return fits ? QVariant(static_cast<int>(value)) : QVariant(value);
     }
 
+    qint64 m_size;
     QCborStreamReader m_reader;
 };
 
 }  // namespace
 
-CoderNode CoderNode::of(const QVariant& value)
+KTVArchiveNode KTVArchiveNode::of(const QVariant& value)
 {
-    CoderNode node;
+    KTVArchiveNode node;
     node.value = value;
     return node;
 }
 
-const CoderNode* CoderNode::find(const QString& key) const
+const KTVArchiveNode* KTVArchiveNode::find(const QString& key) const
 {
     const auto found = members.find(key);
     return found == members.end() ? nullptr : &found->second;
 }
 
-void CoderNode::set(const QString& key, CoderNode node)
+void KTVArchiveNode::set(const QString& key, KTVArchiveNode node)
 {
     members.insert_or_assign(key, std::move(node));
 }
 
-QByteArray writeArchive(const CoderNode& root)
+QByteArray writeKeyedArchive(const KTVArchiveNode& root)
 {
     QByteArray data;
     QCborStreamWriter writer(&data);
@@ -291,9 +292,7 @@ QByteArray writeArchive(const CoderNode& root)
     return data;
 }
 
-CoderNode readArchive(const QByteArray& data)
+KTVArchiveNode readKeyedArchive(const QByteArray& data)
 {
     return Parser(data).archive();
 }
-
-}  // namespace plotix
