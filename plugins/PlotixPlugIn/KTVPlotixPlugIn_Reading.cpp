@@ -58,14 +58,16 @@ void KTVPlotixPlugIn::applyReading()
 
 std::vector<plotix::LineReach> KTVPlotixPlugIn::linesShown() const
 {
+    const KTVPropertyList properties = m_properties.value_or(KTVPropertyList());
     std::vector<plotix::LineReach> lines;
     for (const CPTScatterPlotPtr& plot : m_graph->allPlots()) {
         const auto extent = plot->series() ? plot->series()->extent() : std::nullopt;
         if (plot->isHidden() || !extent)
             continue;
-        const auto row = std::find_if(m_infoTableArray->begin(), m_infoTableArray->end(),
-                                      [&](const auto& each) { return each->propertyName == plot->identifier(); });
-        lines.push_back({row == m_infoTableArray->end() ? plot->identifier() : (*row)->tableName,
+        const auto property = std::find_if(properties.begin(), properties.end(), [&](const KTVPropertyPtr& each) {
+            return each->propertyName() == plot->identifier();
+        });
+        lines.push_back({property == properties.end() ? plot->identifier() : (*property)->name(),
                          static_cast<double>(extent->minY), static_cast<double>(extent->maxY)});
     }
     return lines;

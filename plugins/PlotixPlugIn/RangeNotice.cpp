@@ -32,6 +32,7 @@ RangeNotice::RangeNotice(QWidget* graphView)
     m_label->setFont(small);
     m_label->setTextFormat(Qt::PlainText);
     m_label->setMinimumWidth(1);
+    small.setUnderline(true);  // it has no frame that would say that it can be clicked
     m_button->setFont(small);
     m_button->setAutoRaise(true);
     m_button->setFocusPolicy(Qt::TabFocus);
