@@ -73,6 +73,7 @@ void writeJson(std::ostream& out, const ImportSummary& summary)
     json.text("timeColumn", summary.timeColumn);
     json.count("rows", summary.rows);
     json.count("records", summary.records);
+    json.count("replaced", summary.replaced);
     json.count("otherRows", summary.otherRows);
     json.count("badRows", summary.badRows);
     json.count("unorderedTimes", summary.unorderedTimes);
@@ -142,9 +143,12 @@ Command addImport(CLI::App& program)
     addList(import, "--only", options.only, "Take only these columns")->type_name("COLUMN,…");
     addPairs(import, "--unit", options.units, "UNIT", "The column's unit; repeatable");
     addPairs(import, "--name", options.names, "NAME", "The property's name; repeatable");
+    import->add_flag("--replace", options.replace,
+                     "Replace stored values that differ; without it such a file is refused and nothing changes");
     import->add_flag("--skip-bad-rows", options.skipBadRows, "Pass over rows that do not parse, and count them");
     import->add_flag("--json", command->json, "Print the summary as JSON");
-    import->footer("Example:\n  plotix import weather.csv --site nyc.plotix --agent EWR --where origin=EWR \\\n"
+    import->footer("plotix edit SITE --undo-import takes the last import back.\nExample:\n  plotix import weather.csv "
+                   "--site nyc.plotix --agent EWR --where origin=EWR \\\n"
                    "    --time time_hour --unit temp=°F --name \"temp=Air Temperature\"");
     return {import, Command::Makes::Text, [command](CommandContext context) { return runCommand(*command, context); }};
 }

@@ -13,12 +13,13 @@ struct ReportCommand {
     QString site, output;
     QString view;                ///< its title; empty: the only one
     std::optional<Paper> paper;  ///< absent: what is usual in the user's country
+    ReportForm form = ReportForm::Page;
 };
 
 int runCommand(const ReportCommand& command, CommandContext context)
 {
     requireWritable(FileKind::Pdf, command.output);
-    const ReportRequest request{openSite(command.site), command.view, command.paper};
+    const ReportRequest request{openSite(command.site), command.view, command.paper, command.form};
     writeOutput(FileKind::Pdf, command.output, context.services.report(request));
     return kCommandDone;
 }
@@ -38,6 +39,10 @@ Command addReport(CLI::App& program)
         ->type_name("TITLE");
     addChoice<Paper>(report, "--paper", command->paper, {{"A4", Paper::A4}, {"Letter", Paper::Letter}},
                      "The sheet; what is usual in your country unless given");
+    addChoice<ReportForm>(report, "--form", command->form,
+                          {{"page", ReportForm::Page}, {"classic", ReportForm::Classic}},
+                          "page: graph and figures together, made for paper, unless given; classic: as the view itself "
+                          "writes it");
     report->footer("Example:\n  plotix report nyc.plotix --view \"Newark 2013\" --paper Letter --output newark.pdf");
     return {report, Command::Makes::Picture,
             [command](CommandContext context) { return runCommand(*command, context); }};

@@ -43,6 +43,7 @@ Command addExport(CLI::App& program);
 Command addRecord(CLI::App& program);
 Command addServe(CLI::App& program);
 Command addReport(CLI::App& program);
+Command addEdit(CLI::App& program);
 Command addCompact(CLI::App& program);
 Command addVerify(CLI::App& program);
 

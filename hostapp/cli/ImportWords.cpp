@@ -59,6 +59,9 @@ const char* sentence(What what)
     case What::UnusableTimeZone: return "the time zone “%1” cannot be used";
     case What::IncompatibleUnits:
         return "column “%2” is in %1, but the agent's property of that name is in %6; give it another name with --name";
+    case What::WouldReplace:
+        return "this replaces %4 stored values of %5 properties; nothing was changed; import it with --replace if that "
+               "is meant, or into an agent of its own with --agent";
     case What::RowUnlikeHeader: return "the row has %4 columns where the header stands for %5: “%1”";
     case What::RowUnlikeOthers: return "the row has %4 columns where the rows before have %5: “%1”";
     case What::NoTime: return "“%1” is no time";
@@ -107,6 +110,9 @@ void writeColumns(QTextStream& text, const ImportSummary& summary)
 
 void writeCounts(QTextStream& text, const ImportSummary& summary)
 {
+    if (summary.replaced > 0)
+        text << counted(summary.replaced, "stored value")
+             << " replaced; plotix edit SITE --undo-import takes it back.\n";
     if (summary.otherRows > 0)
         text << counted(summary.otherRows, "row") << " with another text in the --where column passed over.\n";
     if (summary.unorderedTimes > 0)

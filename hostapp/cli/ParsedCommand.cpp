@@ -12,8 +12,8 @@ namespace {
 std::vector<Command> addCommands(CLI::App& program)
 {
     std::vector<Command> commands;
-    for (const auto add :
-         {addOpen, addImport, addInfo, addRender, addExport, addRecord, addServe, addReport, addCompact, addVerify})
+    for (const auto add : {addOpen, addImport, addInfo, addRender, addExport, addRecord, addServe, addReport, addEdit,
+                           addCompact, addVerify})
         commands.push_back(add(program));
     return commands;
 }

@@ -11,6 +11,12 @@ SiteProperty::SiteProperty(Description description, std::shared_ptr<const KTVUni
 
 SiteProperty::~SiteProperty() = default;
 
+void SiteProperty::rename(const QString& name, const QString& propertyName)
+{
+    m_description.name = name;
+    m_description.propertyName = propertyName;
+}
+
 void SiteProperty::setUnit(const QString& unit)
 {
     const QString before = m_description.unit;

@@ -24,6 +24,9 @@ public:
 
     const Description& description() const { return m_description; }
 
+    /// What the property is called from now on; the document has stored it.
+    void rename(const QString& name, const QString& propertyName);
+
     QString name() const override { return m_description.name; }
     QString propertyName() const override { return m_description.propertyName; }
     QString unit() const override { return m_description.unit; }

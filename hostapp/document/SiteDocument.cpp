@@ -13,6 +13,7 @@
 
 #include <algorithm>
 #include <map>
+#include <utility>
 
 namespace plotix {
 
@@ -31,12 +32,21 @@ struct SiteDocument::Store {
     {
     }
 
+    /// Differs once another connection has written.
+    qint64 versionNow()
+    {
+        Statement statement(database, "PRAGMA data_version");
+        return statement.step() ? statement.integer(0) : 0;
+    }
+
     Database database;
     SiteStore tables;
     std::map<qint64, SiteProperty::Description> unsaved;  // by id: changes that wait for another writer
     int tries = 0;
     QTimer retry, watch;
     bool isReplaced = false;
+    bool isTakingOver = false;  // values that others stored: not to be stored again
+    qint64 version = 0;         // of the file, when others' changes were read last
 };
 
 std::shared_ptr<SiteDocument> SiteDocument::create(const QString& path, const QString& siteName)
@@ -62,6 +72,7 @@ SiteDocument::SiteDocument(const QString& path)
     connect(&m_store->retry, &QTimer::timeout, this, &SiteDocument::storeUnsaved);
     connect(&m_store->watch, &QTimer::timeout, this, &SiteDocument::lookForTheFile);
     m_store->watch.start(kWatchInterval);
+    m_store->version = m_store->versionNow();
 }
 
 SiteDocument::~SiteDocument()
@@ -112,35 +123,89 @@ void SiteDocument::reload()
     const bool renamed = site.name != m_siteName || site.location != m_siteLocation;
     m_siteName = site.name;
     m_siteLocation = site.location;
-    bool added = false;
-    std::vector<std::shared_ptr<SiteAgent>> grown;
+    std::vector<std::shared_ptr<SiteAgent>> changed;
+    const bool differs = reloadAgents(changed);
+    if (renamed)
+        emit siteChanged();
+    if (differs)
+        emit agentsChanged();
+    for (const std::shared_ptr<SiteAgent>& agent : changed)
+        emit agent->propertiesChanged();
+}
+
+/// True when agents came, went or have another name; `changed`: those that stay with other properties.
+bool SiteDocument::reloadAgents(std::vector<std::shared_ptr<SiteAgent>>& changed)
+{
+    bool differs = false;
+    std::vector<std::shared_ptr<SiteAgent>> agents;
     for (const SiteStore::Agent& row : m_store->tables.agents()) {
         std::shared_ptr<SiteAgent> agent = agentWithIdentifier(row.identifier);
         const bool isNew = !agent;
         if (isNew)
-            agent = m_agents.emplace_back(new SiteAgent(this, row.id, row.identifier, row.name));
-        added = added || isNew;
-        if (adoptNewProperties(*agent) && !isNew)
-            grown.push_back(agent);
+            agent.reset(new SiteAgent(this, row.id, row.identifier, row.name));
+        differs = differs || isNew || agent->m_name != row.name;
+        agent->m_name = row.name;
+        if (reloadProperties(*agent) && !isNew)
+            changed.push_back(agent);
+        agents.push_back(std::move(agent));
     }
-    if (renamed)
-        emit siteChanged();
-    if (added)
-        emit agentsChanged();
-    for (const std::shared_ptr<SiteAgent>& agent : grown)
-        emit agent->propertiesChanged();
+    for (const std::shared_ptr<SiteAgent>& agent : m_agents)
+        if (std::find(agents.begin(), agents.end(), agent) == agents.end()) {
+            agent->m_document = nullptr;
+            differs = true;
+        }
+    m_agents = std::move(agents);
+    return differs;
 }
 
-bool SiteDocument::adoptNewProperties(SiteAgent& agent)
+bool SiteDocument::reloadProperties(SiteAgent& agent)
 {
-    const std::size_t before = agent.m_properties.size();
-    for (const SiteProperty::Description& description : m_store->tables.properties(agent.id())) {
-        const auto& known = agent.m_properties;
-        if (std::none_of(known.begin(), known.end(),
-                         [&](const auto& p) { return p->description().id == description.id; }))
-            adopt(agent, description);
+    const std::vector<std::shared_ptr<SiteProperty>> before = std::exchange(agent.m_properties, {});
+    bool differs = false;
+    for (const SiteProperty::Description& row : m_store->tables.properties(agent.id())) {
+        const auto known = std::find_if(before.begin(), before.end(),
+                                        [&](const auto& property) { return property->description().id == row.id; });
+        if (known == before.end()) {
+            adopt(agent, row);
+            differs = true;
+            continue;
+        }
+        SiteProperty& property = **known;
+        differs = differs || property.name() != row.name;
+        property.rename(row.name, row.propertyName);
+        agent.m_properties.push_back(*known);
+        takeOver(property, row);
     }
-    return agent.m_properties.size() > before;
+    return differs || agent.m_properties.size() != before.size();
+}
+
+/// What the user changed here and could not be stored yet is later than what others stored.
+void SiteDocument::takeOver(SiteProperty& property, const SiteProperty::Description& stored)
+{
+    if (isReadOnly() || m_store->unsaved.contains(stored.id))
+        return;
+    m_store->isTakingOver = true;
+    if (property.unit() != stored.unit)
+        property.setUnit(stored.unit);
+    if (property.color() != stored.color)
+        property.setColor(stored.color);
+    property.setVisible(stored.visible);
+    m_store->isTakingOver = false;
+}
+
+/// Reads only where another connection has written since the last look.
+void SiteDocument::lookForChanges()
+{
+    try {
+        const qint64 now = m_store->versionNow();
+        if (std::exchange(m_store->version, now) == now)
+            return;
+        reload();
+    } catch (const ReportableError&) {  // another writer is in the way: the next look tries again
+        m_store->version = 0;
+        return;
+    }
+    emit changedElsewhere();
 }
 
 std::shared_ptr<SiteProperty> SiteDocument::adopt(SiteAgent& agent, const SiteProperty::Description& description)
@@ -163,7 +228,7 @@ std::shared_ptr<SiteProperty> SiteDocument::addPropertyTo(SiteAgent& agent, cons
 
 void SiteDocument::storeChange(const SiteProperty& property)
 {
-    if (isReadOnly())
+    if (m_store->isTakingOver || isReadOnly())
         return;
     m_store->unsaved[property.description().id] = property.description();
     storeUnsaved();
@@ -210,8 +275,12 @@ bool SiteDocument::isReplaced() const
 /// The log is emptied with what belongs to the old file before somebody opens the new one.
 void SiteDocument::lookForTheFile()
 {
-    if (m_store->isReplaced || !isReplaced())
+    if (m_store->isReplaced)
         return;
+    if (!isReplaced()) {
+        lookForChanges();
+        return;
+    }
     m_store->isReplaced = true;
     m_store->watch.stop();
     m_records->closeIdle();

@@ -89,8 +89,10 @@ public:
     std::shared_ptr<SiteAgent> agentWithIdentifier(const QString& uniqueIdentifier) const;
     std::shared_ptr<SiteAgent> addAgent(const QString& name);
 
-    /// Reads agents, properties and the site's name that others stored meanwhile. Existing objects and their units and
-    /// colours stay; emits `agentsChanged` and each agent's `propertiesChanged` when something was added.
+    /// Reads what others stored meanwhile: agents and properties that came, went, or have another name, unit or colour,
+    /// and the site's name. Objects of what is still there stay; those of what is gone belong to the document no more.
+    /// Emits `siteChanged`, `agentsChanged` and each agent's `propertiesChanged` where something differs. Called by
+    /// itself within a second when another connection has written; `changedElsewhere` follows.
     void reload();
 
     /// The records of the site's agents.
@@ -125,6 +127,8 @@ signals:
     void changeNotStored(const QString& message);
     /// Another file has taken the site's name; once.
     void replaced(const QString& message);
+    /// Another connection has written, of this program or another one; what was written may be anything.
+    void changedElsewhere();
     /// A fetch failed: the records cannot be read, or exceed the memory budget.
     void recordsNotRead(const QString& message, RecordFailure failure);
 
@@ -135,7 +139,10 @@ private:
     std::shared_ptr<SiteProperty> addPropertyTo(SiteAgent& agent, const QString& name, const QString& unit,
                                                 std::uint32_t type);
     std::shared_ptr<SiteProperty> adopt(SiteAgent& agent, const SiteProperty::Description& description);
-    bool adoptNewProperties(SiteAgent& agent);  // true when there were any
+    bool reloadProperties(SiteAgent& agent);  // true when they differ
+    bool reloadAgents(std::vector<std::shared_ptr<SiteAgent>>& changed);
+    void takeOver(SiteProperty& property, const SiteProperty::Description& stored);
+    void lookForChanges();
     void storeChange(const SiteProperty& property);
     void storeUnsaved();
     void lookForTheFile();

@@ -10,10 +10,20 @@ namespace plotix {
 namespace {
 
 constexpr int kApplicationId = 0x506C7478;  // "Pltx"
-constexpr int kVersion = 2;
+constexpr int kVersion = 3;
 constexpr int kPageSize = 16384;
 
-constexpr SchemaPart::Table kTables[] = {{"site", 1}, {"agent", 1}, {"property", 1}, {"plugin", 1}, {"setting", 1}};
+constexpr SchemaPart::Table kTables[] = {{"site", 1},    {"agent", 1}, {"property", 1}, {"plugin", 1},
+                                         {"setting", 1}, {"alias", 3}, {"step", 3},     {"kept", 3}};
+
+#define PLOTIX_TABLES_OF_VERSION_3                                                                                     \
+    "CREATE TABLE alias(agent INTEGER NOT NULL, name TEXT NOT NULL, target INTEGER NOT NULL, "                         \
+    "PRIMARY KEY(agent, name));"                                                                                       \
+    "CREATE TABLE step(id INTEGER PRIMARY KEY AUTOINCREMENT, kind INTEGER NOT NULL, subject TEXT NOT NULL, "           \
+    "time REAL NOT NULL, data BLOB NOT NULL);"                                                                         \
+    "CREATE TABLE kept(id INTEGER PRIMARY KEY AUTOINCREMENT, step INTEGER NOT NULL, agent INTEGER NOT NULL, "          \
+    "data BLOB NOT NULL);"                                                                                             \
+    "CREATE INDEX kept_by_step ON kept(step);"
 
 constexpr const char* kCreate = R"sql(
 CREATE TABLE site(id INTEGER PRIMARY KEY CHECK(id = 1), name TEXT NOT NULL, location TEXT NOT NULL);
@@ -23,14 +33,16 @@ CREATE TABLE property(id INTEGER PRIMARY KEY AUTOINCREMENT, agent INTEGER NOT NU
     type INTEGER NOT NULL, visible INTEGER NOT NULL, UNIQUE(agent, key));
 CREATE TABLE plugin(id INTEGER PRIMARY KEY AUTOINCREMENT, class_name TEXT NOT NULL, state BLOB NOT NULL);
 CREATE TABLE setting(key TEXT PRIMARY KEY, value BLOB NOT NULL);
-)sql";
+)sql" PLOTIX_TABLES_OF_VERSION_3;
+
+constexpr SchemaPart::Step kSteps[] = {{3, PLOTIX_TABLES_OF_VERSION_3}};
 
 }  // namespace
 
 const DatabaseSchema& siteSchema()
 {
     static const DatabaseSchema schema{
-        kApplicationId, kVersion, kPageSize, {{kTables, kCreate, {}}, recordKeeping().tables}};
+        kApplicationId, kVersion, kPageSize, {{kTables, kCreate, kSteps}, recordKeeping().tables}};
     return schema;
 }
 

@@ -75,12 +75,35 @@ std::optional<SiteStore::Agent> SiteStore::agentNamed(const QString& name) const
     return std::nullopt;
 }
 
-SiteStore::Agent SiteStore::addAgent(const QString& name)
+std::optional<SiteStore::Agent> SiteStore::agentOnceNamed(const QString& name) const
+{
+    if (const std::optional<Agent> agent = agentNamed(name))
+        return agent;
+    const std::optional<qint64> target = aliasTarget(0, name);
+    for (const Agent& agent : agents())
+        if (agent.id == target)
+            return agent;
+    return std::nullopt;
+}
+
+void SiteStore::requireFreeAgentName(const QString& name) const
 {
     if (name.trimmed().isEmpty())
         throw ReportableError(QStringLiteral("An agent needs a name: give it one."));
     if (agentNamed(name))
         throw ReportableError(QStringLiteral("There is an agent “%1” already: choose another name.").arg(name));
+}
+
+void SiteStore::renameAgent(const Agent& agent, const QString& name)
+{
+    requireFreeAgentName(name.trimmed());
+    Statement(m_database, "UPDATE agent SET name = ? WHERE id = ?").bind(1, name.trimmed()).bind(2, agent.id).run();
+    addAlias(0, agent.name, agent.id);
+}
+
+SiteStore::Agent SiteStore::addAgent(const QString& name)
+{
+    requireFreeAgentName(name);
     Agent agent{0, QUuid::createUuid().toString(QUuid::WithoutBraces), name};
     Statement(m_database, "INSERT INTO agent(identifier, name) VALUES(?, ?)")
         .bind(1, agent.identifier)
@@ -122,6 +145,89 @@ std::optional<SiteProperty::Description> SiteStore::propertyNamed(qint64 agent, 
         if (property.propertyName == key)
             return property;
     return std::nullopt;
+}
+
+std::optional<SiteProperty::Description> SiteStore::propertyOnceNamed(qint64 agent, const QString& name) const
+{
+    if (const std::optional<SiteProperty::Description> property = propertyNamed(agent, name))
+        return property;
+    const std::optional<qint64> target = aliasTarget(agent, camelCaseString(name));
+    for (const SiteProperty::Description& property : properties(agent))
+        if (property.id == target)
+            return property;
+    return std::nullopt;
+}
+
+SiteProperty::Description SiteStore::addPropertyLike(qint64 agent, const SiteProperty::Description& other)
+{
+    SiteProperty::Description property = addProperty(agent, other.name, other.archivedUnit, other.type);
+    property.unit = other.unit;
+    property.archivedUnit = other.archivedUnit;
+    property.color = other.color;
+    property.visible = other.visible;
+    updateProperty(property);
+    Statement(m_database, "UPDATE property SET archived_unit = ? WHERE id = ?")
+        .bind(1, property.archivedUnit)
+        .bind(2, property.id)
+        .run();
+    return property;
+}
+
+SiteProperty::Description SiteStore::renameProperty(qint64 agent, const SiteProperty::Description& property,
+                                                    const QString& name)
+{
+    std::vector<SiteProperty::Description> others = properties(agent);
+    std::erase_if(others, [&](const SiteProperty::Description& each) { return each.id == property.id; });
+    SiteProperty::Description renamed = property;
+    renamed.name = name.trimmed();
+    renamed.propertyName = camelCaseString(renamed.name);
+    if (isTaken(others, renamed.propertyName))
+        throw ReportableError(
+            renamed.name.isEmpty()
+                ? QStringLiteral("A property needs a name: give it one.")
+                : QStringLiteral("“%1” is taken: choose another name, or merge the two.").arg(renamed.name));
+    Statement(m_database, "UPDATE property SET name = ?, key = ? WHERE id = ?")
+        .bind(1, renamed.name)
+        .bind(2, renamed.propertyName)
+        .bind(3, renamed.id)
+        .run();
+    if (renamed.propertyName != property.propertyName)
+        addAlias(agent, property.propertyName, property.id);
+    return renamed;
+}
+
+void SiteStore::addAlias(qint64 agent, const QString& name, qint64 target)
+{
+    Statement(m_database, "INSERT OR REPLACE INTO alias(agent, name, target) VALUES(?, ?, ?)")
+        .bind(1, agent)
+        .bind(2, name)
+        .bind(3, target)
+        .run();
+}
+
+/// What led to the one that goes leads to its successor.
+void SiteStore::moveAliases(qint64 agent, qint64 from, qint64 target)
+{
+    Statement(m_database, "UPDATE alias SET target = ? WHERE agent = ? AND target = ?")
+        .bind(1, target)
+        .bind(2, agent)
+        .bind(3, from)
+        .run();
+}
+
+void SiteStore::removeAliasesOf(qint64 agent, qint64 target)
+{
+    Statement(m_database, "DELETE FROM alias WHERE agent = ? AND target = ?").bind(1, agent).bind(2, target).run();
+}
+
+std::optional<qint64> SiteStore::aliasTarget(qint64 agent, const QString& name) const
+{
+    Statement table(m_database, "SELECT 1 FROM sqlite_schema WHERE type = 'table' AND name = 'alias'");
+    if (!table.step())
+        return std::nullopt;  // a document of an older version
+    Statement alias(m_database, "SELECT target FROM alias WHERE agent = ? AND name = ?");
+    alias.bind(1, agent).bind(2, name);
+    return alias.step() ? std::optional(alias.integer(0)) : std::nullopt;
 }
 
 SiteProperty::Description SiteStore::addProperty(qint64 agent, const QString& name, const QString& unit,

@@ -27,20 +27,40 @@ public:
 
     std::vector<Agent> agents() const;  ///< in the order they were added
     std::optional<Agent> agentNamed(const QString& name) const;
-    Agent addAgent(const QString& name);  ///< throws when the name is empty or taken
+    /// By its name, else by one that it gave up.
+    std::optional<Agent> agentOnceNamed(const QString& name) const;
+    Agent addAgent(const QString& name);                        ///< throws when the name is empty or taken
+    void renameAgent(const Agent& agent, const QString& name);  ///< the same
 
     std::vector<SiteProperty::Description> properties(qint64 agent) const;  ///< in the order they were added
 
     /// Finds a property by its name, else by the key of that name.
     std::optional<SiteProperty::Description> propertyNamed(qint64 agent, const QString& name) const;
 
+    /// The same, else by a name that it, or one merged into it, gave up.
+    std::optional<SiteProperty::Description> propertyOnceNamed(qint64 agent, const QString& name) const;
+
     /// Numbers the name where its key is taken, so that the camel case of the name is always the key.
     SiteProperty::Description addProperty(qint64 agent, const QString& name, const QString& unit, std::uint32_t type);
+
+    /// One of that name, units, colour and type, as unique in this agent.
+    SiteProperty::Description addPropertyLike(qint64 agent, const SiteProperty::Description& other);
+    /// Its key follows the name. Throws when the name is empty or taken.
+    SiteProperty::Description renameProperty(qint64 agent, const SiteProperty::Description& property,
+                                             const QString& name);
+
+    /// Who is found under a name that was given up: an agent (`agent` 0) by its name, a property by its key.
+    void addAlias(qint64 agent, const QString& name, qint64 target);
+    void moveAliases(qint64 agent, qint64 from, qint64 target);
+    void removeAliasesOf(qint64 agent, qint64 target);
 
     /// Unit, colour and visibility.
     void updateProperty(const SiteProperty::Description& description);
 
 private:
+    void requireFreeAgentName(const QString& name) const;
+    std::optional<qint64> aliasTarget(qint64 agent, const QString& name) const;
+
     Database& m_database;
 };
 

@@ -61,6 +61,7 @@ struct SiteTransaction::Impl {
     bool created = false;
     bool committed = false;
     std::unique_ptr<Database> database;
+    std::unique_ptr<EditStepBuilder> step;  // empty: nothing of it can be undone
     std::unique_ptr<RecordTransaction> records;
 };
 
@@ -79,17 +80,42 @@ bool SiteTransaction::createdFile() const
 RowId SiteTransaction::findOrCreateAgent(const QString& name)
 {
     SiteStore store(*m_impl->database);
-    const std::optional<SiteStore::Agent> found = store.agentNamed(name);
-    return found ? found->id : store.addAgent(name).id;
+    if (const std::optional<SiteStore::Agent> found = store.agentOnceNamed(name))
+        return found->id;
+    const RowId made = store.addAgent(name).id;
+    if (m_impl->step)
+        m_impl->step->madeAgent(made);
+    return made;
+}
+
+QString SiteTransaction::agentName(RowId agent) const
+{
+    for (const SiteStore::Agent& each : SiteStore(*m_impl->database).agents())
+        if (each.id == agent)
+            return each.name;
+    return {};
+}
+
+void SiteTransaction::beginStep(EditStep::Kind kind, const QString& subject)
+{
+    m_impl->step = std::make_unique<EditStepBuilder>(*m_impl->database, kind, subject);
+}
+
+void SiteTransaction::keepForUndo(RowId agent, const std::vector<RowId>& properties, double from, double to)
+{
+    m_impl->step->keepRecords(*storedRecords(), agent, properties, from, to);
 }
 
 SiteTransaction::Property SiteTransaction::findOrCreateProperty(RowId agent, const QString& name, const QString& unit,
                                                                 std::uint32_t type)
 {
     SiteStore store(*m_impl->database);
-    std::optional<SiteProperty::Description> property = store.propertyNamed(agent, name);
-    if (!property)
+    std::optional<SiteProperty::Description> property = store.propertyOnceNamed(agent, name);
+    if (!property) {
         property = store.addProperty(agent, name, unit, type);
+        if (m_impl->step)
+            m_impl->step->madeProperty(property->id);
+    }
     return {property->id, property->archivedUnit, property->propertyName};
 }
 
@@ -110,6 +136,8 @@ void SiteTransaction::commit()
     if (m_impl->committed)
         return;
     // In this order, so that records are never seen without their agent: RecordStore.h says why.
+    if (m_impl->step)
+        m_impl->step->finish();
     if (m_impl->records)
         m_impl->records->prepare();
     m_impl->commitToFile();

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "hostapp/document/EditJournal.h"
 #include "records/store/RecordStore.h"
 
 #include <QtCore/QString>
@@ -31,9 +32,17 @@ public:
     /// True when the file did not exist before.
     bool createdFile() const;
 
-    RowId findOrCreateAgent(const QString& name);
+    /// Makes what is done from now on a step that can be undone, also after the site was closed: `undoLastEdit` removes
+    /// the agents and properties made, and puts back the values kept. Requires: nothing was written before.
+    void beginStep(EditStep::Kind kind, const QString& subject);
+    /// Keeps these properties' elements with from ≤ time ≤ to for undo; called before they are changed.
+    void keepForUndo(RowId agent, const std::vector<RowId>& properties, double from, double to);
 
-    /// Finds a property by its name, else by the name's camel case; else creates it.
+    /// Finds an agent by its name, else by one it gave up; else creates it.
+    RowId findOrCreateAgent(const QString& name);
+    QString agentName(RowId agent) const;
+
+    /// Finds a property by its name, else by the name's camel case, else by a name it gave up; else creates it.
     Property findOrCreateProperty(RowId agent, const QString& name, const QString& unit, std::uint32_t type = 0);
 
     /// Stores records in this transaction; call `commit` here, not there. Borrowed.

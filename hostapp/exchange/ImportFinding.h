@@ -43,6 +43,7 @@ struct ImportFinding {
         UnknownTimeZone,    ///< text
         UnusableTimeZone,   ///< text
         IncompatibleUnits,  ///< column, text: its unit, archivedUnit
+        WouldReplace,       ///< found: stored values that would become others, expected: their properties
 
         // A row is bad.
         RowUnlikeHeader,  ///< line, text: of the row, found, expected: columns

@@ -22,6 +22,7 @@ struct ImportOptions {
     QStringList only;                         ///< only these columns; empty: every column with a number
     ByColumn units;                           ///< overrides the unit in the header
     ByColumn names;                           ///< overrides the name in the header
+    bool replace = false;                     ///< stored values may be replaced by others; else that is refused
     bool skipBadRows = false;                 ///< count rows that do not parse instead of stopping
 };
 

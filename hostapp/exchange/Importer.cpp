@@ -1,6 +1,7 @@
 #include "hostapp/exchange/Importer.h"
 
 #include "hostapp/core/Units.h"
+#include "hostapp/document/ReplacedValues.h"
 #include "hostapp/document/SiteTransaction.h"
 #include "hostapp/exchange/ImportTable.h"
 
@@ -36,12 +37,14 @@ private:
     void expectRows();
     void count();
     void store();
+    void prepareReplacing(SiteTransaction& transaction, RowId agent, const RecordBlock& block);
     void storeColumn(SiteTransaction& transaction, RowId agent, std::size_t index, RecordBlock& block);
     void convert(SharedArray<double>& values, const ImportPlan::Column& column,
                  const SiteTransaction::Property& property);
 
     RowSource& m_source;  // borrowed, as the others
     const ImportProgress& m_progress;
+    bool m_mayReplace;
     ImportPlan m_plan;
     ImportTable m_table;
     ImportSummary m_summary;
@@ -51,6 +54,7 @@ FileImport::FileImport(RowSource& source, const QString& file, const QString& si
                        const ImportProgress& progress)
     : m_source(source),
       m_progress(progress),
+      m_mayReplace(options.replace),
       m_plan(makePlan(source, options)),
       m_table(m_plan, options.skipBadRows ? ImportTable::BadRows::Skip : ImportTable::BadRows::Stop)
 {
@@ -124,12 +128,15 @@ void FileImport::store()
     RecordBlock block;
     block.times = m_table.takeTimes();
     SiteTransaction transaction(m_summary.site);
+    transaction.beginStep(EditStep::Kind::Import, QFileInfo(m_summary.file).fileName());
     const RowId agent = transaction.findOrCreateAgent(m_summary.agent);
+    m_summary.agent = transaction.agentName(agent);
     for (std::size_t index = 0; index < m_plan.columns.size(); ++index)
         storeColumn(transaction, agent, index, block);
     if (block.columns.empty())
         throw ImportFailure(
             {.what = What::NoNumbers, .column = m_summary.timeColumn, .columns = headersOf(m_source.columns())});
+    prepareReplacing(transaction, agent, block);
     transaction.records().store(agent, block);
     m_summary.createdSite = transaction.createdFile();
     m_summary.firstImport = m_summary.createdSite || !transaction.storedRecords()->extent(agent);
@@ -138,6 +145,19 @@ void FileImport::store()
     m_summary.last = block.times[block.times.size() - 1];
     report(m_source.bytesInAll());
     transaction.commit();
+}
+
+/// Refuses what was not allowed, and keeps what is there for undo.
+void FileImport::prepareReplacing(SiteTransaction& transaction, RowId agent, const RecordBlock& block)
+{
+    const ReplacedValues replaced = replacedValues(*transaction.storedRecords(), agent, block);
+    if (replaced.values > 0 && !m_mayReplace)
+        throw ImportFailure({.what = What::WouldReplace, .found = replaced.values, .expected = replaced.properties});
+    m_summary.replaced = replaced.values;
+    std::vector<RowId> properties;
+    for (const RecordBlock::Column& column : block.columns)
+        properties.push_back(column.property);
+    transaction.keepForUndo(agent, properties, block.times[0], block.times[block.times.size() - 1]);
 }
 
 void FileImport::storeColumn(SiteTransaction& transaction, RowId agent, std::size_t index, RecordBlock& block)

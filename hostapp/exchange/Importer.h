@@ -35,6 +35,7 @@ struct ImportSummary {
     std::size_t badRows = 0;    ///< skipped because they did not parse
     std::optional<ImportFinding> firstBadRow;
     std::size_t records = 0;            ///< stored
+    std::size_t replaced = 0;           ///< values that were stored before and became others
     std::size_t unorderedTimes = 0;     ///< rows earlier than the row before them
     std::size_t repeatedTimes = 0;      ///< rows that a later row at the same time replaced
     std::optional<double> first, last;  ///< times stored, seconds since 1970-01-01 UTC

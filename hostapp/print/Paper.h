@@ -5,6 +5,9 @@
 /// The paper sizes for reports. Free functions; any thread.
 namespace plotix {
 
+inline constexpr double kPointsPerInch = 72;
+inline constexpr int kPdfResolution = 1200;  // dots per inch of the files we write
+
 enum class Paper { A4, Letter };
 
 /// Points, in portrait orientation.

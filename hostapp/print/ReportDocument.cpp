@@ -34,6 +34,18 @@ QByteArray bytesOfDataUrl(const QUrl& url)
     return QByteArray::fromBase64(text.section(QLatin1Char(','), 1).toLatin1());  // passes over blanks
 }
 
+/// Changes of the document that end in one layout. Without it each is followed by a layout of the whole document.
+class ChangedAtOnce {
+public:
+    explicit ChangedAtOnce(QTextDocument* document) : m_cursor(document) { m_cursor.beginEditBlock(); }
+    ~ChangedAtOnce() { m_cursor.endEditBlock(); }
+    ChangedAtOnce(const ChangedAtOnce&) = delete;
+    ChangedAtOnce& operator=(const ChangedAtOnce&) = delete;
+
+private:
+    QTextCursor m_cursor;
+};
+
 /// A heading's size relative to the text's overrides any size in a style sheet, so it is removed.
 QTextCharFormat sized(QTextCharFormat format, int points)
 {
@@ -104,6 +116,7 @@ void ReportDocument::layOut(const QString& html, const QSizeF& pageSize)
 
 void ReportDocument::setHeadingSizes(int titleSize)
 {
+    const ChangedAtOnce together(this);
     for (QTextBlock block = begin(); block.isValid(); block = block.next())
         if (const int level = block.blockFormat().headingLevel(); level > 0)
             setTextSize(block, level == 1 ? titleSize : std::min(titleSize, kSubtitleSize));
@@ -134,9 +147,12 @@ void ReportDocument::arrangeTable()
     QTextTableFormat format = statistics->format();
     format.setHeaderRowCount(1);
     format.setWidth(QTextLength(QTextLength::PercentageLength, 100));
-    statistics->setFormat(format);
-    alignColumns(*statistics);
-    flattenBlockAfter(*statistics);
+    {
+        const ChangedAtOnce together(this);
+        statistics->setFormat(format);
+        alignColumns(*statistics);
+        flattenBlockAfter(*statistics);
+    }
     const QRectF place = documentLayout()->frameBoundingRect(statistics);
     const double height = pageSize().height();
     if (std::floor(place.top() / height) == std::floor((place.bottom() - 1) / height))

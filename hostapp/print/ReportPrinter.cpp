@@ -1,6 +1,7 @@
 #include "hostapp/print/ReportPrinter.h"
 
 #include "base/ReportableError.h"
+#include "hostapp/print/PagesToPrint.h"
 #include "hostapp/print/ReportDocument.h"
 #include "plugins/PlotixPlugIn/host/KTVGraphicsContext.h"
 #include "plugins/PlotixPlugIn/host/KTVWebUIDelegate.h"
@@ -13,9 +14,6 @@
 namespace plotix {
 
 namespace {
-
-constexpr double kPointsPerInch = 72;
-constexpr int kPdfResolution = 1200;  // dots per inch
 
 // The report's own picture is the graph drawn at twice its size on paper and scaled down to half. For print it is drawn
 // the same way, not scaled down, and with twice as many pixels a point.
@@ -75,14 +73,15 @@ void setPageLayout(QPagedPaintDevice& device, const KTVPrintInfo& setup)
 
 void paintPages(QPagedPaintDevice& device, const PageFrame& frame, ReportDocument& document, KTVWebUIDelegate& delegate)
 {
+    const std::vector<int> pages = pagesToPrint(device, document.pageCount());
     QPainter painter;
     if (!painter.begin(&device))
         throw ReportableError(QCoreApplication::translate("ReportPrinter", "The printer does not take the report."));
     painter.scale(device.logicalDpiX() / kPointsPerInch, device.logicalDpiY() / kPointsPerInch);
     KTVPrintOperation operation(document.pageCount());
     KTVPrintOperation* previous = KTVPrintOperation::setCurrentOperation(&operation);
-    for (int page = 0; page < document.pageCount(); ++page) {
-        if (page > 0)
+    for (const int page : pages) {
+        if (page != pages.front())
             device.newPage();
         operation.setCurrentPage(page + 1);
         drawHeaderAndFooter(painter, frame, delegate);

@@ -46,6 +46,27 @@ QByteArray graphPDF(KTVPlugIn* plugIn, const QSizeF& size, const QString& title)
     return data;
 }
 
+bool canPrintOnPage(const KTVPlugIn* plugIn)
+{
+    return plugIn && plugIn->metaObject()->indexOfMethod("reportContents()") >= 0 &&
+           plugIn->metaObject()->indexOfMethod("drawGraphOnPaper(QPainter*,QRectF)") >= 0;
+}
+
+QVariantMap reportContents(KTVPlugIn* plugIn)
+{
+    QVariantMap contents;
+    if (canPrintOnPage(plugIn))
+        QMetaObject::invokeMethod(plugIn, "reportContents", Qt::DirectConnection, Q_RETURN_ARG(QVariantMap, contents));
+    return contents;
+}
+
+void drawGraphOnPaper(KTVPlugIn* plugIn, QPainter& painter, const QRectF& rect)
+{
+    if (canPrintOnPage(plugIn))
+        QMetaObject::invokeMethod(plugIn, "drawGraphOnPaper", Qt::DirectConnection, Q_ARG(QPainter*, &painter),
+                                  Q_ARG(QRectF, rect));
+}
+
 bool canShowRange(const KTVPlugIn* plugIn)
 {
     return plugIn && plugIn->metaObject()->indexOfMethod("showRange(double,double)") >= 0 &&

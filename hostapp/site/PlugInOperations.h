@@ -2,6 +2,9 @@
 
 #include "plugins/PlotixPlugIn/host/KTVPlugIn.h"
 
+#include <QtCore/QVariantMap>
+#include <QtGui/QPainter>
+
 #include <optional>
 #include <utility>
 
@@ -32,6 +35,11 @@ bool canShowRange(const KTVPlugIn* plugIn);
 std::optional<std::pair<double, double>> shownRange(const KTVPlugIn* plugIn);      ///< nothing when it cannot tell
 std::optional<std::pair<double, double>> refreshedRange(const KTVPlugIn* plugIn);  ///< that its last refresh asked for
 void showRange(KTVPlugIn* plugIn, double from, double to);  ///< shown some time later; one that cannot: nothing
+
+/// Whether the plug-in gives what a page of the host's own report shows.
+bool canPrintOnPage(const KTVPlugIn* plugIn);
+QVariantMap reportContents(KTVPlugIn* plugIn);  ///< as the plug-in's operation of this name; empty: nothing to show
+void drawGraphOnPaper(KTVPlugIn* plugIn, QPainter& painter, const QRectF& rect);  ///< points, dark on white
 
 /// The plug-in's options of reading that were chosen, by name; nothing when it has no such options.
 std::optional<QVariantMap> reading(const KTVPlugIn* plugIn);

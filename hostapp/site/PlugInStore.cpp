@@ -3,6 +3,9 @@
 #include "base/ReportableError.h"
 #include "hostapp/core/Coder.h"
 
+#include <algorithm>
+#include <iterator>
+
 namespace plotix {
 
 QString classNameOf(const KTVPlugIn& plugIn)
@@ -28,6 +31,31 @@ std::vector<KTVPlugInPtr> PlugInStore::load(KTVSiteWindowController* siteWindowC
         }
     }
     return plugIns;
+}
+
+PlugInStore::Changes PlugInStore::changes(KTVSiteWindowController* siteWindowController)
+{
+    Changes changes;
+    std::map<qint64, QByteArray> archived;
+    for (const ArchivedPlugIn& plugIn : m_document->archivedPlugIns()) {
+        archived[plugIn.id] = plugIn.state;
+        const auto known = std::find_if(m_stored.begin(), m_stored.end(),
+                                        [&](const auto& stored) { return stored.second.id == plugIn.id; });
+        if (known != m_stored.end() && known->second.state == plugIn.state)
+            continue;
+        const KTVPlugInPtr made = make(plugIn, siteWindowController);
+        if (!made)
+            continue;
+        (known == m_stored.end() ? changes.came : changes.different).push_back(made);
+        m_stored[made->uniqueIdentifier()] = {plugIn.id, plugIn.state};
+    }
+    for (auto stored = m_stored.begin(); stored != m_stored.end();) {
+        const bool isGone = stored->second.id != 0 && !archived.contains(stored->second.id);
+        if (isGone)
+            changes.gone << stored->first;
+        stored = isGone ? m_stored.erase(stored) : std::next(stored);
+    }
+    return changes;
 }
 
 KTVPlugInPtr PlugInStore::make(const ArchivedPlugIn& archived, KTVSiteWindowController* siteWindowController)

@@ -23,6 +23,14 @@ public:
     std::vector<KTVPlugInPtr> load(KTVSiteWindowController* siteWindowController);
     int unreadableCount() const { return m_unreadableCount; }
 
+    /// What others changed in the document since it was loaded or stored.
+    struct Changes {
+        QStringList gone;                     ///< identifiers of plug-ins that are not archived any more
+        std::vector<KTVPlugInPtr> came;       ///< made anew
+        std::vector<KTVPlugInPtr> different;  ///< made anew, in place of those with the same identifier
+    };
+    Changes changes(KTVSiteWindowController* siteWindowController);
+
     /// Stores the plug-in after the others the first time, in place afterwards. Throws ReportableError.
     void store(const KTVPlugIn& plugIn);
     void remove(const KTVPlugIn& plugIn);

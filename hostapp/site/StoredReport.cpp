@@ -2,7 +2,6 @@
 
 #include "base/ReportableError.h"
 #include "hostapp/print/ReportPrinter.h"
-#include "hostapp/site/PlugInOperations.h"
 #include "hostapp/site/WorkingSite.h"
 
 namespace plotix {
@@ -50,7 +49,7 @@ QByteArray pdfOfStoredReport(const ReportRequest& request, KTVPlugInModule* modu
     const KTVPlugInPtr view = viewTitled(printableViews(site), request.view);
     view->view();  // loading the view starts the fetch
     site.requireRecords();
-    return ReportPrinter(view, graphForPaper).pdf();
+    return ViewReport(view, request.form).pdf();
 }
 
 }  // namespace plotix

@@ -2,6 +2,7 @@
 
 #include "hostapp/document/SiteDocument.h"
 #include "hostapp/print/Paper.h"
+#include "hostapp/site/ViewReport.h"
 
 #include <QtCore/QByteArray>
 
@@ -17,6 +18,7 @@ struct ReportRequest {
     std::shared_ptr<SiteDocument> document;
     QString view;                ///< its title; empty: the only one
     std::optional<Paper> paper;  ///< absent: what is usual in the user's country
+    ReportForm form = ReportForm::Page;
 };
 
 /// Makes the view as it was left, waits for its records and answers the report as a PDF file's bytes. Stores nothing.

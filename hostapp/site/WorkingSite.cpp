@@ -43,6 +43,7 @@ WorkingSite::WorkingSite(std::shared_ptr<SiteDocument> document, KTVPlugInModule
 {
     joinAgents();
     connect(m_document.get(), &SiteDocument::agentsChanged, this, &WorkingSite::joinAgents);
+    connect(m_document.get(), &SiteDocument::changedElsewhere, this, &WorkingSite::takeInChanges);
     // A title is stored at once, because people would notice its loss.
     connect(&m_sourceList, &SourceListModel::dataChanged, this, [this](const QModelIndex& index) {
         if (const KTVPlugInPtr plugIn = m_sourceList.plugInAt(index.row()))
@@ -147,11 +148,58 @@ KTVPlugInPtr WorkingSite::newTrend(const std::shared_ptr<SiteAgent>& agent, cons
 
 void WorkingSite::removePlugIn(const KTVPlugInPtr& plugIn)
 {
-    plugIn->willUnload();
     // Removed from the list first: that changes the selection, which stores everything still listed.
-    m_sourceList.remove(plugIn.get());
+    letGo(plugIn);
     m_toRemove.push_back(plugIn);
     removeFromDocument();
+}
+
+void WorkingSite::letGo(const KTVPlugInPtr& plugIn)
+{
+    plugIn->willUnload();
+    m_sourceList.remove(plugIn.get());
+}
+
+KTVPlugInPtr WorkingSite::listed(const QString& uniqueIdentifier) const
+{
+    for (const KTVSourceListItemPtr& item : m_sourceList.items())
+        if (item->representedObject()->uniqueIdentifier() == uniqueIdentifier)
+            return item->representedObject();
+    return nullptr;
+}
+
+void WorkingSite::showInPlaceOf(const KTVPlugInPtr& old, const KTVPlugInPtr& fresh)
+{
+    const int row = m_sourceList.rowOf(old.get());
+    const bool isFollowed = m_follower.isFollowing(old.get());
+    letGo(old);
+    m_sourceList.insert(row, fresh);
+    fresh->didLoad();
+    if (isFollowed)
+        m_follower.follow(fresh);
+    emit selectionRequested(fresh);
+}
+
+void WorkingSite::takeInChanges()
+{
+    if (!m_isLoaded || m_use != Use::OnScreen)
+        return;
+    const PlugInStore::Changes changes = m_store.changes(this);
+    for (const QString& identifier : changes.gone)
+        if (const KTVPlugInPtr gone = listed(identifier))
+            letGo(gone);
+    for (const KTVPlugInPtr& fresh : changes.different)
+        if (const KTVPlugInPtr old = listed(fresh->uniqueIdentifier()))
+            showInPlaceOf(old, fresh);
+    for (const KTVPlugInPtr& came : changes.came) {
+        if (isToolbarPlugIn(*came)) {
+            m_toolbarPlugIns.push_back(came);
+            emit toolbarPlugInsChanged();
+        } else {
+            m_sourceList.append(came);
+        }
+        came->didLoad();
+    }
 }
 
 void WorkingSite::removeFromDocument()

@@ -54,9 +54,13 @@ public:
                           OptionalDate to, const QString& title);
     /// The same; followed from the beginning if the plan says so.
     KTVPlugInPtr newTrend(const std::shared_ptr<SiteAgent>& agent, const TrendPlan& plan);
-    virtual void removePlugIn(const KTVPlugInPtr& plugIn);
+    void removePlugIn(const KTVPlugInPtr& plugIn);
     /// Puts a removed plug-in back into the list, at a row, and selects it.
     void restorePlugIn(const KTVPlugInPtr& plugIn, int row);
+
+    /// Shows what others changed in the document's plug-ins: new ones, ones that are gone, and ones that differ, in the
+    /// place of the old. On the screen alone; called by itself when the document was changed elsewhere.
+    void takeInChanges();
 
     /// Loads the views that were never shown, at the usual size; loading fetches what they show at first.
     void loadViews();
@@ -84,9 +88,13 @@ protected:
     /// Releases all plug-ins. For derived classes, to be called while they still exist; the destructor does it in any
     /// case.
     void letGoOfPlugIns();
+    /// Takes a plug-in out of the list; it stays in the document.
+    virtual void letGo(const KTVPlugInPtr& plugIn);
 
 private:
     void joinAgents();
+    KTVPlugInPtr listed(const QString& uniqueIdentifier) const;  ///< null when it is not
+    void showInPlaceOf(const KTVPlugInPtr& old, const KTVPlugInPtr& fresh);
     void store(const KTVPlugIn& plugIn);
     void removeFromDocument();
     bool isStored() const;

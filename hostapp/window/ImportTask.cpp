@@ -71,6 +71,8 @@ void ImportTask::announce()
         emit finished(*m_outcome->summary);
     else if (m_outcome->cancelled)
         emit cancelled();
+    else if (m_outcome->finding && m_outcome->finding->what == ImportFinding::What::WouldReplace)
+        emit wouldReplace(*m_outcome->finding);
     else if (m_outcome->finding)
         emit failed(QStringLiteral("%1: %2").arg(QFileInfo(m_file).fileName(), shownText(*m_outcome->finding)));
     else

@@ -25,6 +25,7 @@ signals:
     void progressed(int permille);
     // Exactly one of these is sent, at the end.
     void finished(const plotix::ImportSummary& summary);
+    void wouldReplace(const plotix::ImportFinding& finding);  ///< stored values, which was not allowed
     void failed(const QString& message);
     void cancelled();
 

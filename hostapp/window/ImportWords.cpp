@@ -114,6 +114,9 @@ QString textOfWrongOption(const ImportFinding& finding)
                                "another agent")
             .arg(finding.column, finding.text,
                  finding.archivedUnit.isEmpty() ? ImportWords::tr("no unit") : finding.archivedUnit);
+    case What::WouldReplace:
+        return ImportWords::tr("this replaces %n stored value(s)", nullptr, static_cast<int>(finding.found)) +
+               ImportWords::tr(" of %n property(s)", nullptr, static_cast<int>(finding.expected));
     default: return {};
     }
 }

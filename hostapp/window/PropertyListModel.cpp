@@ -94,6 +94,23 @@ std::shared_ptr<SiteAgent> PropertyListModel::agentAt(const QModelIndex& index) 
     return m_groups[group].agent;
 }
 
+std::shared_ptr<SiteAgent> PropertyListModel::agentOf(const SiteProperty& property) const
+{
+    for (const Group& group : m_groups)
+        for (const auto& each : group.properties)
+            if (each.get() == &property)
+                return group.agent;
+    return nullptr;
+}
+
+std::vector<std::shared_ptr<SiteAgent>> PropertyListModel::agents() const
+{
+    std::vector<std::shared_ptr<SiteAgent>> agents;
+    for (const Group& group : m_groups)
+        agents.push_back(group.agent);
+    return agents;
+}
+
 std::vector<PropertyListModel::Ticked> PropertyListModel::ticked() const
 {
     std::vector<Ticked> answer;

@@ -23,6 +23,9 @@ public:
     std::shared_ptr<SiteProperty> propertyAt(const QModelIndex& index) const;
     std::shared_ptr<SiteAgent> agentAt(const QModelIndex& index) const;  ///< of an agent's or a property's row
 
+    std::shared_ptr<SiteAgent> agentOf(const SiteProperty& property) const;  ///< null when it is not listed
+    std::vector<std::shared_ptr<SiteAgent>> agents() const;
+
     /// What is ticked, per agent with at least one tick, in the document's order.
     struct Ticked {
         std::shared_ptr<SiteAgent> agent;

@@ -1,6 +1,7 @@
 #include "hostapp/window/PropertyListView.h"
 
 #include "hostapp/core/Units.h"
+#include "hostapp/document/SiteDocument.h"
 #include "hostapp/window/ListRowDelegate.h"
 #include "hostapp/window/PropertyListModel.h"
 
@@ -61,6 +62,7 @@ QMenu* PropertyListView::makeMenuFor(const std::shared_ptr<SiteProperty>& proper
     QMenu* units = menu->addMenu(tr("&Unit"));
     addUnits(units, property);
     menu->addAction(tr("&Color…"), this, [this, property] { pickColour(property); });
+    addEditing(menu, m_model ? m_model->agentOf(*property) : nullptr, property);
     return menu;
 }
 
@@ -77,7 +79,38 @@ QMenu* PropertyListView::makeMenuForAgent(const QModelIndex& agent)
     menu->addSeparator();
     menu->addAction(tr("&New Trend from Ticked Properties"), this, &PropertyListView::trendWanted)
         ->setEnabled(!m_model->ticked().empty());
+    addEditing(menu, m_model->agentAt(agent), nullptr);
     return menu;
+}
+
+/// What changes the site itself. A property may be merged into those of its agent whose units it converts to.
+void PropertyListView::addEditing(QMenu* menu, const std::shared_ptr<SiteAgent>& agent,
+                                  const std::shared_ptr<SiteProperty>& property)
+{
+    if (!m_isEditable || !agent)
+        return;
+    menu->addSeparator();
+    menu->addAction(tr("&Rename…"), this, [=, this] { emit renameWanted(agent, property); });
+    QMenu* into = menu->addMenu(tr("&Merge Into"));
+    const auto offer = [&](const QString& name, qint64 id) {
+        into->addAction(QString(name).replace(QLatin1Char('&'), QLatin1String("&&")), this,
+                        [=, this] { emit mergeWanted(agent, property, id); });
+    };
+    if (property) {
+        for (const auto& other : agent->siteProperties())
+            if (other != property &&
+                (other->unit() == property->unit() || Units::shared()->areCompatible(other->unit(), property->unit())))
+                offer(other->name(), other->description().id);
+    } else {
+        for (const auto& other : m_model->agents())
+            if (other != agent)
+                offer(other->name(), other->id());
+    }
+    into->setEnabled(!into->isEmpty());
+    if (property)
+        menu->addAction(tr("Remove &Values of the Shown Span…"), this,
+                        [=, this] { emit removeShownWanted(agent, property); });
+    menu->addAction(tr("&Delete"), this, [=, this] { emit deleteWanted(agent, property); });
 }
 
 void PropertyListView::addUnits(QMenu* menu, const std::shared_ptr<SiteProperty>& property)

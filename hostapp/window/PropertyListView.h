@@ -10,6 +10,7 @@ class QMenu;
 namespace plotix {
 
 class PropertyListModel;
+class SiteAgent;
 
 class PropertyListView : public QTreeView {
     Q_OBJECT
@@ -26,7 +27,16 @@ public:
     /// What can be done with an agent's properties as a whole. The caller owns the menu.
     QMenu* makeMenuForAgent(const QModelIndex& agent);
 
+    /// Whether the menus offer what changes the site's agents and properties; not at first.
+    void setEditable(bool isEditable) { m_isEditable = isEditable; }
+
 signals:
+    // Of a property, or, with a null one, of its agent; `into`: the number of the other one.
+    void renameWanted(const std::shared_ptr<SiteAgent>& agent, const std::shared_ptr<SiteProperty>& property);
+    void mergeWanted(const std::shared_ptr<SiteAgent>& agent, const std::shared_ptr<SiteProperty>& property,
+                     qint64 into);
+    void deleteWanted(const std::shared_ptr<SiteAgent>& agent, const std::shared_ptr<SiteProperty>& property);
+    void removeShownWanted(const std::shared_ptr<SiteAgent>& agent, const std::shared_ptr<SiteProperty>& property);
     void trendWanted();  ///< of the properties ticked now
 
 protected:
@@ -39,11 +49,14 @@ private:
     QPixmap dragPicture(const QModelIndexList& rows) const;  ///< their swatches and names, a line each
     bool isOnTickBox(const QPoint& position) const;
     void layOut();
+    void addEditing(QMenu* menu, const std::shared_ptr<SiteAgent>& agent,
+                    const std::shared_ptr<SiteProperty>& property);
     void addUnits(QMenu* menu, const std::shared_ptr<SiteProperty>& property);
     void pickColour(const std::shared_ptr<SiteProperty>& property);
     void itemDoubleClicked(const QModelIndex& index);
 
     PropertyListModel* m_model = nullptr;
+    bool m_isEditable = false;
     bool m_tickingFast = false;  ///< a double click on a tick box is two ticks, nothing else
 };
 

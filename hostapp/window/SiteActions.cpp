@@ -52,6 +52,8 @@ void buildFileMenu(QMainWindow* window, SiteActions& actions)
     actions.exportPNG = addAction(menu, SiteMenus::tr("Export &Graph as PNG…"));
     actions.exportPDF = addAction(menu, SiteMenus::tr("Export Graph as P&DF…"));
     actions.exportReport = addAction(menu, SiteMenus::tr("Expor&t Report as PDF…"));
+    actions.classicReport = addAction(menu, SiteMenus::tr("Report in the View's Own &Form"));
+    actions.classicReport->setCheckable(true);
     menu->addSeparator();
     actions.print = addAction(menu, SiteMenus::tr("&Print…"), QKeySequence::Print);
     menu->addSeparator();
@@ -73,6 +75,9 @@ void buildEditMenu(QMainWindow* window, QUndoStack* undoStack, SiteActions& acti
     actions.redo = undoStack->createRedoAction(window, SiteMenus::tr("&Redo"));
     actions.redo->setShortcut(QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_Z));
     menu->addActions({actions.undo, actions.redo});
+    menu->addSeparator();
+    actions.undoImport = addAction(menu, SiteMenus::tr("Undo &Import…"));
+    actions.undoImport->setToolTip(SiteMenus::tr("Takes back what the last import added and replaced."));
 }
 
 void buildViewMenu(QMainWindow* window, SiteActions& actions)

@@ -21,6 +21,7 @@ struct SiteActions {
     QAction* exportPNG = nullptr;
     QAction* exportPDF = nullptr;
     QAction* exportReport = nullptr;
+    QAction* classicReport = nullptr;  ///< checkable: reports as the view itself writes them
     QAction* print = nullptr;
     QAction* serveOnWeb = nullptr;
     QAction* copyWebAddress = nullptr;
@@ -29,6 +30,7 @@ struct SiteActions {
     QAction* quit = nullptr;
     QAction* undo = nullptr;
     QAction* redo = nullptr;
+    QAction* undoImport = nullptr;
     QAction* refresh = nullptr;
     QAction* fit = nullptr;
     QAction* follow = nullptr;

@@ -45,6 +45,7 @@ SiteWindow::SiteWindow(std::shared_ptr<SiteDocument> document, const WindowServi
     connectFileActions();
     connectOtherActions();
     connectTrendActions();
+    connectEditing();
     connectWindowActions();
     connectLiveActions();
     connectWebActions();

@@ -30,6 +30,7 @@ class PropertyListView;
 class SiteRecording;
 class WebAddressBar;
 class WebServing;
+struct EditOutcome;
 
 /// What site windows share with the rest of the program. All *borrowed*.
 struct WindowServices {
@@ -47,6 +48,7 @@ struct WindowServices {
 ///   construction, layout, selection        SiteWindow.cpp
 ///   what the menus do                      SiteWindow_Actions.cpp
 ///   deleting, renaming, moving, undoing    SiteWindow_Trends.cpp
+///   renaming, merging, deleting in the site SiteWindow_Editing.cpp
 ///   storing, and opening as it was left    SiteWindow_Memory.cpp
 ///   recent sites, the other windows        SiteWindow_Windows.cpp
 ///   printing, the report as a PDF          SiteWindow_Print.cpp
@@ -131,6 +133,19 @@ private:
     void bringBack();
     void moveTrend(int rows);
 
+    // Editing the site.
+    void connectEditing();
+    void updateEditingActions();
+    void edit(const QString& text, std::function<EditOutcome()> work);  ///< and puts it on the undo stack
+    bool applyEdit(const std::function<void()>& work);                  ///< false: failed, the user knows
+    void askAndRename(const std::shared_ptr<SiteAgent>& agent, const std::shared_ptr<SiteProperty>& property);
+    void rename(const std::shared_ptr<SiteAgent>& agent, const std::shared_ptr<SiteProperty>& property,
+                const QString& name);
+    void mergeInto(const std::shared_ptr<SiteAgent>& agent, const std::shared_ptr<SiteProperty>& property, qint64 into);
+    void deleteFromSite(const std::shared_ptr<SiteAgent>& agent, const std::shared_ptr<SiteProperty>& property);
+    void askAndRemoveShown(const std::shared_ptr<SiteAgent>& agent, const std::shared_ptr<SiteProperty>& property);
+    void askAndUndoImport();
+
     // Memory.
     void restoreWindow();
     void reopenSeparateWindows();
@@ -156,6 +171,7 @@ private:
 
     // Import.
     void importFinished(const ImportSummary& summary);
+    void askAndReplace(const ImportFinding& finding);
     void endImport();
     void addFirstTrend(const ImportSummary& summary);
 
@@ -165,7 +181,8 @@ private:
     WindowServices m_services;
     SiteActions m_actions;
     std::unique_ptr<PropertyListModel> m_properties;
-    std::unique_ptr<ImportTask> m_import;  ///< while one runs
+    std::unique_ptr<ImportTask> m_import;              ///< while one runs
+    std::pair<QString, ImportOptions> m_importWanted;  ///< file and options of the last one
     std::unique_ptr<SiteRecording> m_recording;
     QPointer<QProgressDialog> m_progress;
     QTimer m_storeTimer;

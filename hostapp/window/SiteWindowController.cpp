@@ -84,10 +84,10 @@ void SiteWindowController::publishWindowControllers()
     siteDocument()->setWindowControllers({m_separateWindows.begin(), m_separateWindows.end()});
 }
 
-void SiteWindowController::removePlugIn(const KTVPlugInPtr& plugIn)
+void SiteWindowController::letGo(const KTVPlugInPtr& plugIn)
 {
     closeSeparateWindow(plugIn.get());
-    WorkingSite::removePlugIn(plugIn);
+    WorkingSite::letGo(plugIn);
 }
 
 }  // namespace plotix

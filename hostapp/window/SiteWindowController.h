@@ -21,7 +21,6 @@ public:
     void setWindow(QWidget* window) { m_window = window; }
 
     void openInSeparateWindow(const KTVSourceListItemPtr& item) override;
-    void removePlugIn(const KTVPlugInPtr& plugIn) override;
 
     /// As above, with a geometry from `separateTrends`; if it is empty, the desktop places the window.
     void openInSeparateWindow(const KTVPlugInPtr& plugIn, const QByteArray& geometry);
@@ -33,6 +32,9 @@ public:
 
 signals:
     void separateWindowChanged(const KTVPlugInPtr& plugIn);  ///< opened or closed
+
+protected:
+    void letGo(const KTVPlugInPtr& plugIn) override;
 
 private:
     void closeSeparateWindow(const KTVPlugIn* plugIn);

@@ -17,6 +17,7 @@
 #include "hostapp/window/PropertyListModel.h"
 #include "hostapp/window/PropertyListView.h"
 #include "hostapp/window/Regions.h"
+#include "hostapp/window/ReportChoice.h"
 #include "hostapp/window/SiteDetailsDialog.h"
 #include "plugins/PlotixPlugIn/host/PngImage.h"
 #include "records/store/RecordStore.h"
@@ -46,6 +47,8 @@ void SiteWindow::connectFileActions()
     connect(m_actions.exportPNG, &QAction::triggered, this, [this] { exportGraph("exportToPNG"); });
     connect(m_actions.exportPDF, &QAction::triggered, this, [this] { exportGraph("exportToPDF"); });
     connect(m_actions.exportReport, &QAction::triggered, this, &SiteWindow::exportReport);
+    m_actions.classicReport->setChecked(wantsClassicReport());
+    connect(m_actions.classicReport, &QAction::toggled, this, &rememberClassicReport);
     connect(m_actions.print, &QAction::triggered, this, &SiteWindow::printReport);
     connect(m_actions.close, &QAction::triggered, this, &QWidget::close);
     connect(m_actions.quit, &QAction::triggered, qApp, [] { closeAllSites(); });
@@ -104,6 +107,7 @@ void SiteWindow::updateActions()
     setUnavailableReason(m_actions.refresh, needs("refresh"));
     setUnavailableReason(m_actions.fit, needs("fitAll"));
     updateTrendActions(selectedPlugIn() ? QString() : tr("Select a trend first."));
+    updateEditingActions();
     updateLiveActions(noTrend);
     setUnavailableReason(m_actions.newTrend,
                          m_properties->ticked().empty() ? tr("Tick properties in the list first.") : QString());

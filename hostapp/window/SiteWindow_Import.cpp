@@ -14,7 +14,9 @@
 #include <QtCore/QFileInfo>
 #include <QtCore/QMimeData>
 #include <QtGui/QDropEvent>
+#include <QtWidgets/QMessageBox>
 #include <QtWidgets/QProgressDialog>
+#include <QtWidgets/QPushButton>
 #include <QtWidgets/QStatusBar>
 
 namespace plotix {
@@ -48,6 +50,7 @@ void SiteWindow::startImport(const QString& file, const ImportOptions& options)
 {
     if (m_import)
         return;
+    m_importWanted = {file, options};
     m_import = std::make_unique<ImportTask>(file, m_controller->siteDocument()->path(), options);
     updateActions();
     m_progress = new QProgressDialog(tr("Importing %1…").arg(QFileInfo(file).fileName()), tr("Cancel"), 0, 1000, this);
@@ -63,12 +66,33 @@ void SiteWindow::startImport(const QString& file, const ImportOptions& options)
         showAlert(tr("The file could not be imported"), message);
         emit importEnded(false);
     });
+    connect(m_import.get(), &ImportTask::wouldReplace, this, &SiteWindow::askAndReplace);
     connect(m_import.get(), &ImportTask::cancelled, this, [this] {
         endImport();
         statusBar()->showMessage(tr("Import cancelled; nothing was stored."), 10'000);
         emit importEnded(false);
     });
     m_import->start();
+}
+
+/// Nothing was changed yet; if the user agrees, the file is imported again with leave to replace.
+void SiteWindow::askAndReplace(const ImportFinding& finding)
+{
+    endImport();
+    QMessageBox box(QMessageBox::Question, tr("Import"),
+                    tr("%1: %2.").arg(QFileInfo(m_importWanted.first).fileName(), shownText(finding)),
+                    QMessageBox::Cancel, this);
+    box.setInformativeText(tr("Edit ▸ Undo Import brings the values of now back."));
+    const QPushButton* replace = box.addButton(tr("&Replace"), QMessageBox::AcceptRole);
+    box.exec();
+    if (box.clickedButton() != replace) {
+        statusBar()->showMessage(tr("Import cancelled; nothing was stored."), 10'000);
+        emit importEnded(false);
+        return;
+    }
+    ImportOptions options = m_importWanted.second;
+    options.replace = true;
+    startImport(QString(m_importWanted.first), options);
 }
 
 void SiteWindow::endImport()

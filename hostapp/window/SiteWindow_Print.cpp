@@ -1,13 +1,12 @@
 // Printing the selected view's report, and saving it as a PDF.
 //
-// Writing a report leaves the graph of the view at the size it has on paper; the view on screen is laid out again as
-// soon as it is written.
+// Writing a report in the view's own form leaves the graph of the view at the size it has on paper; the view on screen
+// is laid out again as soon as it is written.
 
 #include "hostapp/window/SiteWindow.h"
 
 #include "base/ReportableError.h"
-#include "hostapp/print/ReportPrinter.h"
-#include "hostapp/site/PlugInOperations.h"
+#include "hostapp/site/ViewReport.h"
 #include "hostapp/window/DesktopUserInterface.h"
 #include "hostapp/window/OutputWords.h"
 
@@ -36,7 +35,14 @@ void offerPaper(QPrinter& printer)
 {
     const QSizeF size = KTVPrintInfo::sharedPrintInfo()->paperSize();
     const QSizeF upright = size.width() > size.height() ? size.transposed() : size;
-    printer.setPageSize(QPageSize(upright, QPageSize::Point));
+    printer.setPageSize(QPageSize(upright, QPageSize::Point, QString(), QPageSize::FuzzyMatch));
+    // Before the preview measures the sheet; a change later would show the pages in the frame of an upright one.
+    printer.setPageOrientation(QPageLayout::Landscape);
+}
+
+ReportForm chosenForm(const QAction& classic)
+{
+    return classic.isChecked() ? ReportForm::Classic : ReportForm::Page;
 }
 
 }  // namespace
@@ -44,7 +50,7 @@ void offerPaper(QPrinter& printer)
 void SiteWindow::printReport()
 {
     const KTVPlugInPtr plugIn = trendInFront();
-    const ReportPrinter report(plugIn, graphForPaper);
+    const ViewReport report(plugIn, chosenForm(*m_actions.classicReport));
     QPrinter printer(QPrinter::HighResolution);
     printer.setDocName(titleOf(*plugIn));
     offerPaper(printer);
@@ -72,7 +78,7 @@ void SiteWindow::exportReport()
     if (!path)
         return;
     try {
-        writeOutput(FileKind::Pdf, *path, ReportPrinter(plugIn, graphForPaper).pdf());
+        writeOutput(FileKind::Pdf, *path, ViewReport(plugIn, chosenForm(*m_actions.classicReport)).pdf());
     } catch (const OutputFailure& failure) {
         showAlert(tr("The report could not be saved"), outputText(failure.problem()));
     } catch (const ReportableError& error) {

@@ -15,6 +15,7 @@
 #include "plugins/PlotixPlugIn/reading/OutsideLines.h"
 #include "plugins/PlotixPlugIn/reading/ReadingOptions.h"
 
+#include <QtGui/QPainter>
 #include <QtWidgets/QAbstractButton>
 #include <QtWidgets/QLabel>
 
@@ -39,6 +40,7 @@ inline constexpr ObservationTag kPropertyColor{"color"};
 ///   adding and removing properties                              KTVPlotixPlugIn_PropertySet.cpp
 ///   following unit and colour changes, the tool tip             KTVPlotixPlugIn_Observation.cpp
 ///   the printed report: page setup, HTML, header and footer     KTVPlotixPlugIn_Report.cpp
+///   the graph and its figures for a host's own paper            KTVPlotixPlugIn_Paper.cpp
 ///   the collapsible details panel                               KTVPlotixPlugIn_DetailsPanel.cpp
 ///   options that make it easier to read                         KTVPlotixPlugIn_Reading.cpp
 ///
@@ -153,6 +155,12 @@ public:
     /// Null, or empty, before the first rebuild and for empty sizes.
     Q_INVOKABLE QImage graphImageWithSize(const QSizeF& size, double density, const QString& title);
     Q_INVOKABLE QByteArray graphPDFWithSize(const QSizeF& size, const QString& title);
+
+    /// For a report of the host's own: "rows" of the lines shown ("name", "unit", "color", "minimum", "maximum",
+    /// "average", "points"), "from" and "to" of the graph as it is drawn and "firstRecord" and "lastRecord" of what the
+    /// rows are about (seconds since 1970-01-01 UTC), "siteName", "siteLocation". Empty while there is no graph.
+    Q_INVOKABLE QVariantMap reportContents() const;
+    Q_INVOKABLE void drawGraphOnPaper(QPainter* painter, const QRectF& rect);  ///< points; dark on white, no titles
 
     // Statistics table.
     void updateInfoTable();

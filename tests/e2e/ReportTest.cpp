@@ -37,6 +37,9 @@ protected:
             << error().toStdString();
     }
 
+    /// As the view itself writes it.
+    void classicReport(const QStringList& more = {}) { report(QStringList{"--form", "classic"} + more); }
+
     QString tool(const QString& name, const QStringList& arguments)
     {
         QProcess process;
@@ -66,7 +69,7 @@ protected:
 TEST_F(ReportTest, EveryRowIsFoundInThePdf)
 {
     importWeek({"Air Temperature (°C)", "Pressure [hPa]", "Wind"});
-    report();
+    classicReport();
     const QString found = text();
     for (const char* row : {"Air Temperature\\s+°C\\s+20.1\\s", "Pressure\\s+hPa\\s+20.1\\s", "Wind\\s+20.1\\s"})
         EXPECT_TRUE(found.contains(QRegularExpression(QString::fromUtf8(row)))) << row << "\n" << found.toStdString();
@@ -83,7 +86,7 @@ TEST_F(ReportTest, PagesAreCountedRight)
     for (int number = 1; number <= 40; ++number)
         names << QStringLiteral("Sensor %1").arg(number);
     importWeek(names);
-    report({"--paper", "Letter"});
+    classicReport({"--paper", "Letter"});
     const int pages = pageCount();
     EXPECT_GE(pages, 3);
     const QString found = text();
@@ -96,16 +99,16 @@ TEST_F(ReportTest, PagesAreCountedRight)
 TEST_F(ReportTest, LandscapeOnTheChosenPaper)
 {
     importWeek({"Wind"});
-    report({"--paper", "Letter"});
+    classicReport({"--paper", "Letter"});
     EXPECT_TRUE(hasPageSize("792 x 612"));
-    report({"--paper", "A4"});
+    classicReport({"--paper", "A4"});
     EXPECT_TRUE(hasPageSize("842 x 595"));
 }
 
 TEST_F(ReportTest, ThePictureIsSharp)
 {
     importWeek({"Wind"});
-    report({"--paper", "Letter"});
+    classicReport({"--paper", "Letter"});
     // Columns: page, number, kind, width, height; the graph has four pixels a point of its 720 × 348.
     const QString images = tool("pdfimages", {"-list", path("report.pdf")});
     EXPECT_TRUE(images.contains(QRegularExpression("image\\s+2880\\s+1392\\s"))) << images.toStdString();
@@ -114,7 +117,7 @@ TEST_F(ReportTest, ThePictureIsSharp)
 TEST_F(ReportTest, GraphAndLogosStandWhereTheyBelong)
 {
     importWeek({"Wind"});
-    report({"--paper", "Letter"});
+    classicReport({"--paper", "Letter"});
     const QImage page = firstPage();
     ASSERT_EQ(page.size(), QSize(1584, 1224));
     const auto isInked = [&page](const QRect& points) {
@@ -130,6 +133,43 @@ TEST_F(ReportTest, GraphAndLogosStandWhereTheyBelong)
     EXPECT_FALSE(isInked({200, 46, 350, 46}));
     EXPECT_FALSE(isInked({0, 0, 35, 611}));  // margins
     EXPECT_FALSE(isInked({757, 0, 34, 611}));
+}
+
+TEST_F(ReportTest, OneToTenPropertiesStandOnOnePage)
+{
+    QStringList names;
+    for (int number = 1; number <= 10; ++number)
+        names << QStringLiteral("Sensor %1").arg(number);
+    importWeek(names);
+    for (const char* paper : {"A4", "Letter"}) {
+        report({"--paper", QLatin1String(paper)});
+        EXPECT_EQ(pageCount(), 1) << paper;
+    }
+    const QString found = text();
+    for (const QString& name : names)
+        EXPECT_TRUE(found.contains(QRegularExpression("\\b" + name + "\\s.*168"))) << name.toStdString();
+}
+
+TEST_F(ReportTest, ThePageHasTheTrendsTitleAndTheSpanOfItsGraph)
+{
+    importWeek({"Wind"});
+    report();
+    const QString found = text();
+    EXPECT_TRUE(found.startsWith("Meadow")) << found.toStdString();
+    EXPECT_TRUE(found.contains("1 March 2024 00:00 to ")) << found.toStdString();
+    EXPECT_TRUE(found.contains("7 March 2024 23:00 UTC")) << found.toStdString();
+}
+
+TEST_F(ReportTest, ThePageIsDarkOnWhite)
+{
+    importWeek({"Wind"});
+    report();
+    const QImage page = firstPage();
+    int white = 0;
+    for (int y = 0; y < page.height(); ++y)
+        for (int x = 0; x < page.width(); ++x)
+            white += page.pixelColor(x, y) == QColor(Qt::white) ? 1 : 0;
+    EXPECT_GT(white, page.width() * page.height() * 8 / 10);
 }
 
 TEST_F(ReportTest, UnknownViewNamesThoseThereAre)
@@ -152,7 +192,7 @@ TEST_F(ReportTest, TheSiteStaysAsItIsStored)
         return states;
     };
     const std::vector<QByteArray> before = storedViews();
-    report();
+    classicReport();
     ASSERT_EQ(before.size(), 1U);
     EXPECT_EQ(storedViews(), before);
 }

@@ -230,6 +230,20 @@
             <numerusform>%1 Messzeilen</numerusform>
         </translation>
     </message>
+    <message numerus="yes">
+        <source>this replaces %n stored value(s)</source>
+        <translation>
+            <numerusform>das ersetzt %n gespeicherten Wert</numerusform>
+            <numerusform>das ersetzt %n gespeicherte Werte</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source> of %n property(s)</source>
+        <translation>
+            <numerusform> von %n Größe</numerusform>
+            <numerusform> von %n Größen</numerusform>
+        </translation>
+    </message>
 </context>
 <context>
     <name>KTVDataClusterViewController</name>
@@ -450,6 +464,41 @@
     </message>
 </context>
 <context>
+    <name>PageReport</name>
+    <message>
+        <source>Property</source>
+        <translation>Größe</translation>
+    </message>
+    <message>
+        <source>Unit</source>
+        <translation>Einheit</translation>
+    </message>
+    <message>
+        <source>Minimum</source>
+        <translation>Minimum</translation>
+    </message>
+    <message>
+        <source>Maximum</source>
+        <translation>Maximum</translation>
+    </message>
+    <message>
+        <source>Average</source>
+        <translation>Mittelwert</translation>
+    </message>
+    <message>
+        <source>Values</source>
+        <translation>Werte</translation>
+    </message>
+    <message>
+        <source>Plotix, %1</source>
+        <translation>Plotix, %1</translation>
+    </message>
+    <message>
+        <source>Page %1 of %2</source>
+        <translation>Seite %1 von %2</translation>
+    </message>
+</context>
+<context>
     <name>Plotix</name>
     <message>
         <source>Show</source>
@@ -650,6 +699,29 @@
     <message>
         <source>This view has no report to print.</source>
         <translation>Diese Ansicht hat keinen Bericht zu drucken.</translation>
+    </message>
+    <message>
+        <source>The report has no page %1; it has %2.</source>
+        <translation>Der Bericht hat keine Seite %1, nur %2.</translation>
+    </message>
+    <message>
+        <source>“%1” shows no records: choose another span of time.</source>
+        <translation>„%1“ zeigt keine Messwerte: Wählen Sie einen anderen Zeitraum.</translation>
+    </message>
+</context>
+<context>
+    <name>ReportText</name>
+    <message>
+        <source>%1, %2 to %3 %4</source>
+        <translation>%1, %2 bis %3 %4</translation>
+    </message>
+    <message>
+        <source>%1 %2 to %3 %4 %5</source>
+        <translation>%1 %2 bis %3 %4 %5</translation>
+    </message>
+    <message>
+        <source>The figures are those of all records read: %1</source>
+        <translation>Die Zahlen sind die aller gelesenen Messzeilen: %1</translation>
     </message>
 </context>
 <context>
@@ -864,6 +936,18 @@
     <message>
         <source>&amp;Appearance</source>
         <translation>Ersc&amp;heinungsbild</translation>
+    </message>
+    <message>
+        <source>Undo &amp;Import…</source>
+        <translation>&amp;Import rückgängig machen …</translation>
+    </message>
+    <message>
+        <source>Takes back what the last import added and replaced.</source>
+        <translation>Nimmt zurück, was der letzte Import hinzugefügt und ersetzt hat.</translation>
+    </message>
+    <message>
+        <source>Report in the View&apos;s Own &amp;Form</source>
+        <translation>Bericht in der &amp;Form der Ansicht</translation>
     </message>
 </context>
 <context>
@@ -1185,6 +1269,22 @@ Doppelklick ändert Farbe oder Einheit.</translation>
         <source>&amp;New Trend from Ticked Properties</source>
         <translation>&amp;Neuer Trend aus angekreuzten Größen</translation>
     </message>
+    <message>
+        <source>&amp;Rename…</source>
+        <translation>&amp;Umbenennen …</translation>
+    </message>
+    <message>
+        <source>&amp;Merge Into</source>
+        <translation>&amp;Zusammenführen mit</translation>
+    </message>
+    <message>
+        <source>Remove &amp;Values of the Shown Span…</source>
+        <translation>&amp;Werte des gezeigten Zeitraums entfernen …</translation>
+    </message>
+    <message>
+        <source>&amp;Delete</source>
+        <translation>&amp;Löschen</translation>
+    </message>
 </context>
 <context>
     <name>plotix::SeparateWindow</name>
@@ -1483,6 +1583,89 @@ Doppelklick ändert Farbe oder Einheit.</translation>
     <message>
         <source>The site&apos;s file was replaced</source>
         <translation>Die Datei der Anlage wurde ersetzt</translation>
+    </message>
+    <message>
+        <source>Nothing was changed</source>
+        <translation>Nichts wurde geändert</translation>
+    </message>
+    <message>
+        <source>The site was changed since, by an import or another program.</source>
+        <translation>Die Anlage wurde inzwischen geändert, durch einen Import oder ein anderes Programm.</translation>
+    </message>
+    <message>
+        <source>Rename “%1”</source>
+        <translation>„%1“ umbenennen</translation>
+    </message>
+    <message>
+        <source>Name:</source>
+        <translation>Name:</translation>
+    </message>
+    <message>
+        <source>Rename to “%1”</source>
+        <translation>Umbenennen in „%1“</translation>
+    </message>
+    <message>
+        <source>Merge “%1”</source>
+        <translation>„%1“ zusammenführen</translation>
+    </message>
+    <message numerus="yes">
+        <source>%n value(s) were left out</source>
+        <translation>
+            <numerusform>%n Wert wurde weggelassen</numerusform>
+            <numerusform>%n Werte wurden weggelassen</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>Both had different values at the same time; those of the one that stays were kept. Undo brings all back.</source>
+        <translation>Beide hatten zur selben Zeit verschiedene Werte; behalten wurden die der bleibenden Größe. Rückgängig bringt alles zurück.</translation>
+    </message>
+    <message>
+        <source>Delete “%1”</source>
+        <translation>„%1“ löschen</translation>
+    </message>
+    <message>
+        <source>Select a trend and zoom to the values that are wrong first.</source>
+        <translation>Wählen Sie zuerst einen Trend und zoomen Sie auf die falschen Werte.</translation>
+    </message>
+    <message>
+        <source>The values of “%1” from %2 to %3, the span that the trend shows, are taken out. Undo brings them back.</source>
+        <translation>Die Werte von „%1“ von %2 bis %3, dem Zeitraum, den der Trend zeigt, werden entfernt. Rückgängig bringt sie zurück.</translation>
+    </message>
+    <message>
+        <source>Remove Values</source>
+        <translation>Werte entfernen</translation>
+    </message>
+    <message>
+        <source>Remove values of “%1”</source>
+        <translation>Werte von „%1“ entfernen</translation>
+    </message>
+    <message>
+        <source>There is no import that can be undone.</source>
+        <translation>Es gibt keinen Import, der sich rückgängig machen lässt.</translation>
+    </message>
+    <message>
+        <source>The import of “%1” is undone: what it added goes, and what it replaced comes back.</source>
+        <translation>Der Import von „%1“ wird rückgängig gemacht: Was er hinzugefügt hat, geht, und was er ersetzt hat, kommt zurück.</translation>
+    </message>
+    <message>
+        <source>Undo Import</source>
+        <translation>Import rückgängig machen</translation>
+    </message>
+    <message>
+        <source>Import</source>
+        <translation>Import</translation>
+    </message>
+    <message>
+        <source>%1: %2.</source>
+        <translation>%1: %2.</translation>
+    </message>
+    <message>
+        <source>Edit ▸ Undo Import brings the values of now back.</source>
+        <translation>Bearbeiten ▸ Import rückgängig machen bringt die jetzigen Werte zurück.</translation>
+    </message>
+    <message>
+        <source>&amp;Replace</source>
+        <translation>&amp;Ersetzen</translation>
     </message>
 </context>
 <context>

@@ -24,6 +24,20 @@
             <numerusform>%1 records</numerusform>
         </translation>
     </message>
+    <message numerus="yes">
+        <source>this replaces %n stored value(s)</source>
+        <translation>
+            <numerusform>this replaces %n stored value</numerusform>
+            <numerusform>this replaces %n stored values</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source> of %n property(s)</source>
+        <translation>
+            <numerusform> of %n property</numerusform>
+            <numerusform> of %n properties</numerusform>
+        </translation>
+    </message>
 </context>
 <context>
     <name>plotix::SiteWindow</name>
@@ -39,6 +53,13 @@
         <translation>
             <numerusform>Imported %n record</numerusform>
             <numerusform>Imported %n records</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>%n value(s) were left out</source>
+        <translation>
+            <numerusform>%n value was left out</numerusform>
+            <numerusform>%n values were left out</numerusform>
         </translation>
     </message>
 </context>

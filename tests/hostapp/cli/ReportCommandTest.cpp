@@ -23,6 +23,7 @@ TEST_F(ReportCommandTest, ReportTakesTheUsualPaperAndTheOnlyViewUnlessTold)
     ASSERT_EQ(run({"report", site(), "--output", path("report.pdf")}), 0) << m_error.toStdString();
     EXPECT_TRUE(m_services.reported.at(0).view.isEmpty());
     EXPECT_FALSE(m_services.reported.at(0).paper);
+    EXPECT_EQ(m_services.reported.at(0).form, ReportForm::Page);
 }
 
 TEST_F(ReportCommandTest, ReportIsAPdfOnOneOfTwoPapers)
@@ -30,6 +31,13 @@ TEST_F(ReportCommandTest, ReportIsAPdfOnOneOfTwoPapers)
     expectFailure({"report", site(), "--output", path("report.png")}, 2, "must end in .pdf");
     expectFailure({"report", site(), "--paper", "A3", "--output", path("report.pdf")}, 2, "A3");
     expectFailure({"report", path("nowhere.plotix"), "--output", path("report.pdf")}, 1, "there is no site");
+}
+
+TEST_F(ReportCommandTest, TheViewsOwnFormCanBeChosen)
+{
+    importWeather();
+    ASSERT_EQ(run({"report", site(), "--form", "classic", "--output", path("report.pdf")}), 0) << m_error.toStdString();
+    EXPECT_EQ(m_services.reported.at(0).form, ReportForm::Classic);
 }
 
 TEST_F(ReportCommandTest, ASiteIsNotReplacedByItsReport)

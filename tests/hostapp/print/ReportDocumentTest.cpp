@@ -1,10 +1,12 @@
 #include "hostapp/print/ReportDocument.h"
 
 #include <QtCore/QBuffer>
+#include <QtCore/QElapsedTimer>
 #include <QtCore/QTemporaryDir>
 #include <QtGui/QAbstractTextDocumentLayout>
 #include <QtGui/QPainter>
 #include <QtGui/QTextBlock>
+#include <QtGui/QTextLayout>
 
 #include <gtest/gtest.h>
 
@@ -106,6 +108,17 @@ TEST_F(ReportDocumentTest, NoFileIsRead)
     EXPECT_EQ(pixelsOf(picture(document, 0), Qt::magenta), 0);
 }
 
+/// A layout for every cell took three quarters of a minute here.
+TEST_F(ReportDocumentTest, ManyRowsAreLaidOutInOneGo)
+{
+    ReportDocument document({});
+    QElapsedTimer timer;
+    timer.start();
+    document.layOut(html("A", 300), kPage);
+    EXPECT_LT(timer.elapsed(), 5000);
+    EXPECT_GT(document.pageCount(), 10);
+}
+
 TEST_F(ReportDocumentTest, AShortTableStandsBelowTheGraph)
 {
     ReportDocument document({});
@@ -131,6 +144,9 @@ TEST_F(ReportDocumentTest, ALongTitleLeavesTheGraphOnTheFirstPage)
         title += QStringLiteral("Temperature of Room %1 ● ").arg(number);
     document.layOut(html(title, 1), kPage);
     EXPECT_EQ(pixelsOf(picture(document, 0), Qt::green), 720 * 348);
+    EXPECT_EQ(document.begin().text(), title.trimmed());
+    EXPECT_GT(document.begin().layout()->lineCount(), 1);
+    EXPECT_LE(document.documentLayout()->blockBoundingRect(document.begin()).bottom(), kPage.height() - 348);
 }
 
 TEST_F(ReportDocumentTest, ATitleBeyondMeasureStillPrints)

@@ -24,12 +24,15 @@ public:
     bool answersRefresh = true;
     QStringList calls;
     QObject* lastSender = nullptr;
+    std::function<void()> duringCall;  ///< runs inside every call, if set
 
 private:
     void record(const char* call, QObject* sender)
     {
         calls.append(QLatin1String(call));
         lastSender = sender;
+        if (duringCall)
+            duringCall();
     }
 };
 

@@ -33,6 +33,17 @@ TEST(InfoTableRowTest, AnAbsentColourStaysAbsent)
     EXPECT_FALSE(infoTableRowFromDictionary(dictionaryFromInfoTableRow({})).color.isValid());
 }
 
+TEST(InfoTableRowTest, AMissingKeyLeavesTheOthersAsTheyWere)
+{
+    const QVariantMap whole = dictionaryFromInfoTableRow(exampleRow()), empty = dictionaryFromInfoTableRow({});
+    for (const QString& key : whole.keys()) {
+        QVariantMap lacking = whole, expected = whole;
+        lacking.remove(key);
+        expected[key] = empty[key];
+        EXPECT_EQ(infoTableRowFromDictionary(lacking), infoTableRowFromDictionary(expected)) << key.toStdString();
+    }
+}
+
 TEST(InfoTableRowTest, MissingKeysTakeTheDefaults)
 {
     EXPECT_EQ(infoTableRowFromDictionary({}), InfoTableRow());

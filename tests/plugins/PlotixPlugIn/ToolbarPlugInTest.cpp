@@ -131,7 +131,9 @@ TEST_F(ToolbarPlugIn, HtmlDescriptionNamesTheBundlesVersions)
 
 TEST_F(ToolbarPlugIn, IconIsTheBundles)
 {
-    EXPECT_FALSE(toolbar->icon().availableSizes().isEmpty());
+    const QImage picture(QStringLiteral(":/PlotixPlugIn/icon.png"));
+    ASSERT_FALSE(picture.isNull());
+    EXPECT_EQ(toolbar->icon().pixmap(picture.size()).toImage().convertToFormat(picture.format()), picture);
 }
 
 TEST_F(ToolbarPlugIn, ToolbarItemIsNamedAfterTheBundle)

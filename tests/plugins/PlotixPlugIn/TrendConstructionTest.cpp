@@ -67,7 +67,27 @@ TEST_F(TrendConstruction, DescribesItself)
     EXPECT_TRUE(trend().isDeletable());
     EXPECT_TRUE(trend().isRenamable());
     EXPECT_TRUE(trend().isUndockable());
-    EXPECT_FALSE(trend().icon().pixmap(32, 32).isNull());
+}
+
+TEST_F(TrendConstruction, IconIsThePlugInsOwnPicture)
+{
+    makeTrend();
+    const QImage picture(QStringLiteral(":/PlotixPlugIn/icon.png"));
+    ASSERT_FALSE(picture.isNull());
+    EXPECT_EQ(trend().icon().pixmap(picture.size()).toImage().convertToFormat(picture.format()), picture);
+}
+
+// The toolbar plug-in speaks for both to the host's pages and its web server.
+TEST_F(TrendConstruction, LeavesPagesToolbarAndWebToTheToolbarPlugIn)
+{
+    makeTrend();
+    EXPECT_FALSE(trend().htmlDescription().has_value());
+    EXPECT_FALSE(trend().xmlDescription().has_value());
+    EXPECT_FALSE(trend().jsonDescription().has_value());
+    EXPECT_EQ(trend().toolbarItem(), nullptr);
+    EXPECT_FALSE(trend().webServiceAdvertisementForBaseURL("http://host").has_value());
+    EXPECT_EQ(trend().webServiceResponseForRequest({QUrl("http://host/" + trend().uniqueIdentifier() + ".png")}),
+              nullptr);
 }
 
 // The doubled word is part of the text.
@@ -81,7 +101,7 @@ TEST_F(TrendConstruction, HelpButtonOpensTheTrendAnchor)
 {
     makeTrend();
     trend().helpButtonAction(nullptr);
-    EXPECT_EQ(host().log().count("helpManager.openHelpAnchor trend"), 1);
+    EXPECT_EQ(host().log().lines(), QStringList("helpManager.openHelpAnchor trend"));
 }
 
 TEST_F(TrendConstruction, OperationsAreSafeWithoutAView)

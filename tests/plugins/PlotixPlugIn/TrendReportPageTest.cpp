@@ -169,6 +169,29 @@ TEST_F(TrendReportPage, WithoutAPrintOperationThereIsNoPage)
     EXPECT_EQ(footer({0, 0, 400, 24}).at(1).text, "Page 0 of 0");
 }
 
+TEST_F(TrendReportPage, FooterIsBlackInOneTypefaceAtOneHeight)
+{
+    const auto texts = footer({10, 40, 380, 24});
+    ASSERT_EQ(texts.size(), 2U);
+    for (const RecordingPaper::Text& text : texts) {
+        EXPECT_EQ(text.color, QColor(Qt::black));
+        EXPECT_EQ(text.font.family(), pageFont("Gill Sans", 9).family());
+        EXPECT_EQ(text.font.pixelSize(), 9);
+        EXPECT_FALSE(text.font.bold() || text.font.italic());
+        EXPECT_EQ(text.baseline.y(), texts[0].baseline.y());
+    }
+}
+
+TEST_F(TrendReportPage, FooterTellsTheTimeOfThePrinting)
+{
+    const QDateTime before = QDateTime::currentDateTimeUtc().addSecs(-1);
+    const QString written = footer({10, 40, 380, 24}).at(0).text.section(" at ", 1);
+    QDateTime told = QDateTime::fromString(written, "yyyy-MM-dd HH:mm:ss");
+    told.setTimeSpec(Qt::UTC);
+    EXPECT_GE(told, before);
+    EXPECT_LE(told, QDateTime::currentDateTimeUtc());
+}
+
 TEST_F(TrendReportPage, FooterIsBlackAndRightAlignedInPixels)
 {
     printPage(2, 5);
@@ -180,6 +203,15 @@ TEST_F(TrendReportPage, FooterIsBlackAndRightAlignedInPixels)
     EXPECT_LE(right.right(), 390);
     EXPECT_LE(right.bottom(), kHeight - 40);
     EXPECT_GE(right.top(), kHeight - 40 - 14);
+    // On red, black ink leaves neither green nor blue, and somewhere nothing at all.
+    int darkest = 255;
+    for (int y = right.top(); y <= right.bottom(); ++y)
+        for (int x = right.left(); x <= right.right(); ++x) {
+            const QColor pixel = page.pixelColor(x, y);
+            EXPECT_EQ(pixel.green() + pixel.blue(), 0);
+            darkest = std::min(darkest, pixel.red());
+        }
+    EXPECT_LT(darkest, 32);
 }
 
 }  // namespace

@@ -7,6 +7,11 @@ TrendViewFixture::TrendViewFixture()
     m_host.addProperty(QStringLiteral("Wind"), QStringLiteral("m/s"), Qt::green);
 }
 
+TrendViewFixture::~TrendViewFixture()
+{
+    EXPECT_EQ(m_host.log().callsOnOtherThreads(), 0);
+}
+
 void TrendViewFixture::makeTrend(const QStringList& keys)
 {
     KTVPropertyList tables;

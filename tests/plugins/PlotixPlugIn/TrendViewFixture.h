@@ -21,6 +21,7 @@ protected:
     static constexpr double kInvalid = std::numeric_limits<double>::quiet_NaN();
 
     TrendViewFixture();
+    ~TrendViewFixture() override;  ///< the host must have been asked on the main thread alone
 
     // Making.
     void makeTrend(const QStringList& keys = {"airTemperature", "pressure"});

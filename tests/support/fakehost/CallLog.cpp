@@ -1,8 +1,23 @@
 #include "tests/support/fakehost/CallLog.h"
 
+#include "base/MainQueue.h"
+
 #include <algorithm>
 
 namespace fakehost {
+
+void CallLog::note(const QString& line)
+{
+    pass();
+    if (plotix::MainQueue::isMainThread())
+        m_lines.append(line);
+}
+
+void CallLog::pass()
+{
+    if (!plotix::MainQueue::isMainThread())
+        ++m_callsOnOtherThreads;
+}
 
 int CallLog::count(const QString& beginning) const
 {

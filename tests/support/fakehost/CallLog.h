@@ -3,17 +3,21 @@
 #include <QtCore/QString>
 #include <QtCore/QStringList>
 
+#include <atomic>
+
 /// What happened to the fake host, in order, across all of its objects.
 ///
 /// Every fake writes one line a call, "object.operation argument": "archiveManager.fetch airTemperature,pressure",
 /// "userInterface.beginSheet Illegal Date Range", "message.center No Properties Available to Plot",
 /// "airTemperature.addObserver unit". Tests may add lines of their own, so that the order of any two events can be
-/// asked for. The host *owns* it. Main thread only.
+/// asked for. The host *owns* it. Main thread only; what comes on another thread is counted and not written down.
 namespace fakehost {
 
 class CallLog {
 public:
-    void note(const QString& line) { m_lines.append(line); }
+    void note(const QString& line);
+    void pass();  ///< a call that is not worth a line, but must come on the main thread as well
+    int callsOnOtherThreads() const { return m_callsOnOtherThreads; }
     const QStringList& lines() const { return m_lines; }
     void clear() { m_lines.clear(); }
 
@@ -28,6 +32,7 @@ private:
     int firstIndex(const QString& beginning) const;  ///< -1 when it never happened
 
     QStringList m_lines;
+    std::atomic<int> m_callsOnOtherThreads = 0;
 };
 
 }  // namespace fakehost

@@ -12,12 +12,12 @@ class FakeAgent : public KTVAgent {
 public:
     FakeAgent(QString uniqueIdentifier, std::shared_ptr<const FakeUnitModel> units, CallLog* log);
 
-    KTVPropertyCollection properties() const override { return KTVPropertyCollection(m_properties); }
-    QString uniqueIdentifier() const override { return m_uniqueIdentifier; }
-    FakeArchiveManager* archiveManager() const override { return m_archiveManager.get(); }
-    std::optional<QString> siteName() const override { return m_siteName; }
-    std::optional<QString> siteLocation() const override { return m_siteLocation; }
-    KTVSiteWindowController* siteWindowController() const override { return m_siteWindowController; }
+    KTVPropertyCollection properties() const override { return KTVPropertyCollection(asked(m_properties)); }
+    QString uniqueIdentifier() const override { return asked(m_uniqueIdentifier); }
+    FakeArchiveManager* archiveManager() const override { return asked(m_archiveManager).get(); }
+    std::optional<QString> siteName() const override { return asked(m_siteName); }
+    std::optional<QString> siteLocation() const override { return asked(m_siteLocation); }
+    KTVSiteWindowController* siteWindowController() const override { return asked(m_siteWindowController); }
 
     FakePropertyPtr addProperty(FakeProperty::Description description);
     void removeProperty(const QString& propertyName);             ///< none of that key: nothing happens
@@ -27,6 +27,15 @@ public:
     void setSiteWindowController(KTVSiteWindowController* controller) { m_siteWindowController = controller; }
 
 private:
+    /// The answer, once the log has seen on which thread it was asked for.
+    template <class T>
+    const T& asked(const T& answer) const
+    {
+        if (m_log)
+            m_log->pass();
+        return answer;
+    }
+
     QString m_uniqueIdentifier;
     std::shared_ptr<const FakeUnitModel> m_units;
     CallLog* m_log;  // borrowed

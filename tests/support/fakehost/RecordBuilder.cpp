@@ -36,9 +36,9 @@ RecordBuilder& RecordBuilder::value(const QString& key, double value)
     return *this;
 }
 
-RecordBuilder& RecordBuilder::invalid(const QString& key)
+RecordBuilder& RecordBuilder::invalid(const QString& key, double bits)
 {
-    set(columnNamed(key), row(), std::numeric_limits<double>::quiet_NaN(), false);
+    set(columnNamed(key), row(), bits, false);
     return *this;
 }
 
@@ -57,6 +57,13 @@ RecordBuilder& RecordBuilder::neverPlotted(const QString& key, double value)
 RecordBuilder& RecordBuilder::coloured(const QString& key, double value, const QColor& color)
 {
     columnNamed(key).exceptions[row()] = snapshot(key, value, &color, 0);
+    return *this;
+}
+
+RecordBuilder& RecordBuilder::differing(const QString& key, FakeProperty::Description snapshot)
+{
+    snapshot.propertyName = key;
+    columnNamed(key).exceptions[row()] = std::make_shared<FakeProperty>(std::move(snapshot), m_units);
     return *this;
 }
 

@@ -2,6 +2,7 @@
 
 #include "tests/support/fakehost/FakeAgent.h"
 
+#include <limits>
 #include <map>
 #include <vector>
 
@@ -22,10 +23,13 @@ public:
 
     RecordBuilder& at(double seconds);  ///< the next time, in the order written; need not ascend
     RecordBuilder& value(const QString& key, double value);
-    RecordBuilder& invalid(const QString& key);
+    /// The bits beneath an invalid snapshot have no meaning; a test may choose them.
+    RecordBuilder& invalid(const QString& key, double bits = std::numeric_limits<double>::quiet_NaN());
     RecordBuilder& notAProperty(const QString& key);
     RecordBuilder& neverPlotted(const QString& key, double value);  ///< of the kind 'WPSt'
     RecordBuilder& coloured(const QString& key, double value, const QColor& color);
+    /// A snapshot with a unit and a validity of its own.
+    RecordBuilder& differing(const QString& key, FakeProperty::Description snapshot);
 
     RecordBuilder& times(const std::vector<double>& seconds);
     RecordBuilder& column(const QString& key, const std::vector<double>& values);  ///< from the first time on

@@ -1,0 +1,175 @@
+#include "base/ReportableError.h"
+#include "hostapp/cli/Commands.h"
+#include "hostapp/cli/Options.h"
+#include "hostapp/cli/SiteLookup.h"
+#include "hostapp/document/SiteEditing.h"
+#include "hostapp/exchange/ExactText.h"
+
+#include <ostream>
+
+/// Editing: agents and properties renamed, merged, deleted, values taken out, and what can be undone.
+namespace plotix {
+
+namespace {
+
+struct EditCommand {
+    QString site, agent, property;
+    QString newName, mergeInto;
+    bool deletes = false, removes = false, undoes = false, undoesImport = false, lists = false;
+    std::optional<double> from, to;  ///< seconds since 1970-01-01 UTC; of --remove
+
+    bool namesWhat() const { return !agent.isEmpty() || !property.isEmpty(); }
+    int wishes() const
+    {
+        return int{!newName.isEmpty()} + int{!mergeInto.isEmpty()} + int{deletes} + int{removes} + int{undoes} +
+               int{undoesImport} + int{lists};
+    }
+};
+
+const char* wordFor(EditStep::Kind kind)
+{
+    switch (kind) {
+    case EditStep::Kind::Import: return "import";
+    case EditStep::Kind::Rename: return "rename";
+    case EditStep::Kind::Merge: return "merge";
+    case EditStep::Kind::Delete: return "delete";
+    case EditStep::Kind::RemoveValues: return "remove values of";
+    }
+    return "";
+}
+
+std::string described(const EditStep& step)
+{
+    return std::string(wordFor(step.kind)) + " “" + step.subject.toStdString() + "”";
+}
+
+std::string counted(std::size_t values)
+{
+    return std::to_string(values) + (values == 1 ? " value" : " values");
+}
+
+/// The property asked for; null: the whole agent is meant.
+std::shared_ptr<SiteProperty> propertyMeant(const SiteAgent& agent, const QString& name)
+{
+    return name.isEmpty() ? nullptr : propertiesOf(agent, {name}).front();
+}
+
+EditOutcome merge(const EditCommand& command, const SiteDocument& document, const SiteAgent& agent,
+                  const SiteProperty* property)
+{
+    if (!property)
+        return mergeAgents(command.site, agent.id(), agentOf(document, command.mergeInto)->id());
+    const auto into = propertiesOf(agent, {command.mergeInto}).front();
+    return mergeProperties(command.site, property->description().id, into->description().id);
+}
+
+EditOutcome remove(const EditCommand& command, const SiteAgent& agent, const SiteProperty* property)
+{
+    std::vector<RowId> properties;
+    for (const auto& each : agent.siteProperties())
+        if (!property || each.get() == property)
+            properties.push_back(each->description().id);
+    return removeValues(command.site, agent.id(), properties, command.from, command.to);
+}
+
+EditStep::Kind edit(const EditCommand& command, EditOutcome& outcome)
+{
+    const std::shared_ptr<SiteDocument> document = openSite(command.site);
+    const std::shared_ptr<SiteAgent> agent = agentOf(*document, command.agent);
+    const std::shared_ptr<SiteProperty> property = propertyMeant(*agent, command.property);
+    if (!command.newName.isEmpty()) {
+        outcome = property ? renameProperty(command.site, property->description().id, command.newName)
+                           : renameAgent(command.site, agent->id(), command.newName);
+        return EditStep::Kind::Rename;
+    }
+    if (!command.mergeInto.isEmpty()) {
+        outcome = merge(command, *document, *agent, property.get());
+        return EditStep::Kind::Merge;
+    }
+    if (command.removes) {
+        outcome = remove(command, *agent, property.get());
+        return EditStep::Kind::RemoveValues;
+    }
+    outcome =
+        property ? deleteProperty(command.site, property->description().id) : deleteAgent(command.site, agent->id());
+    return EditStep::Kind::Delete;
+}
+
+void list(const QString& site, std::ostream& out)
+{
+    openSite(site);
+    const std::vector<EditStep> steps = editSteps(site);
+    for (auto step = steps.rbegin(); step != steps.rend(); ++step)
+        out << exactTime(step->time) << "  " << described(*step) << '\n';
+    if (steps.empty())
+        out << "Nothing can be undone.\n";
+}
+
+int runCommand(const EditCommand& command, CommandContext context)
+{
+    std::ostream& out = context.streams.output;
+    if (command.lists) {
+        list(command.site, out);
+        return kCommandDone;
+    }
+    if (command.undoes || command.undoesImport) {
+        openSite(command.site);
+        const EditStep step = command.undoes ? undoLastEdit(command.site) : undoLastImport(command.site);
+        out << "Undone: " << described(step) << ".\n";
+        return kCommandDone;
+    }
+    EditOutcome outcome;
+    const EditStep::Kind kind = edit(command, outcome);
+    out << "Done: " << described({0, kind, outcome.subject, 0});
+    if (kind == EditStep::Kind::Merge)
+        out << ", " << counted(outcome.values) << " moved, " << outcome.conflicts
+            << " left out where there was another one";
+    else if (kind != EditStep::Kind::Rename)
+        out << ", " << counted(outcome.values);
+    out << ".\nplotix edit " << command.site.toStdString() << " --undo takes it back.\n";
+    return kCommandDone;
+}
+
+std::optional<QString> contradictionIn(const EditCommand& command)
+{
+    if (command.wishes() != 1)
+        return QStringLiteral(
+            "say one of --rename, --merge-into, --delete, --remove, --undo, --undo-import and --list");
+    if (command.removes ? !command.from && !command.to : command.from || command.to)
+        return QStringLiteral("--from and --to belong to --remove, which needs one of them or both");
+    if (command.deletes && !command.namesWhat())
+        return QStringLiteral("--delete needs --agent or --property, so that nothing is deleted by mistake");
+    return {};
+}
+
+}  // namespace
+
+Command addEdit(CLI::App& program)
+{
+    const auto command = std::make_shared<EditCommand>();
+    CLI::App* edit = program.add_subcommand(
+        "edit", "Rename, merge or delete agents and properties, take out wrong values, undo that or an import");
+    addSite(edit, command->site);
+    addText(edit, "--agent", command->agent, "The agent; needless when the site has one alone")->type_name("NAME");
+    addText(edit, "--property", command->property, "The property; without it the whole agent is meant")
+        ->type_name("NAME");
+    addText(edit, "--rename", command->newName, "Give it this name")->type_name("NAME");
+    addText(edit, "--merge-into", command->mergeInto,
+            "Add its values to this one's, which keeps its own where both have some; then it is gone")
+        ->type_name("NAME");
+    edit->add_flag("--delete", command->deletes, "Delete it with its values");
+    edit->add_flag("--remove", command->removes, "Take out its values between --from and --to");
+    addTime(edit, "--from", command->from, "The first time of --remove")->type_name("TIME");
+    addTime(edit, "--to", command->to, "The last time of --remove")->type_name("TIME");
+    edit->add_flag("--undo", command->undoes, "Undo the last of these changes, or an import if that was later");
+    edit->add_flag("--undo-import", command->undoesImport, "Undo the last import");
+    edit->add_flag("--list", command->lists, "List what can be undone, the latest first");
+    edit->footer("A site keeps what is needed to undo its last " + std::to_string(EditJournal::kMostSteps) +
+                 " changes.\nExamples:\n  plotix edit plant.plotix --property temp --rename \"Outdoor Air\"\n"
+                 "  plotix edit plant.plotix --agent Roof --property Wind --remove --from 2024-03-01T10:00 "
+                 "--to 2024-03-01T10:12\n  plotix edit plant.plotix --undo");
+    return {edit, Command::Makes::Text, [command](CommandContext context) { return runCommand(*command, context); },
+            [command] { return contradictionIn(*command); }};
+}
+
+}  // namespace plotix

@@ -1,0 +1,27 @@
+#pragma once
+
+#include <QtCore/QByteArray>
+#include <QtCore/QString>
+
+#include <optional>
+#include <vector>
+
+/// Which agents and properties a plug-in's archived state names, and the same state with other ones.
+///
+/// Free functions; any thread. States that cannot be read name nothing and stay as they are.
+namespace plotix {
+
+/// A property, as archives name it, and what it is called from now on.
+struct MovedProperty {
+    QString agent, key, name;        ///< the agent's identifier; key and name before
+    QString toAgent, toKey, toName;  ///< and afterwards
+};
+
+bool namesAgent(const QByteArray& state, const QString& agentIdentifier);
+
+/// Of two properties that become one, one stays in each list. Where `fromAgent` is not empty, it is replaced by
+/// `toAgent` everywhere. Nothing: the state names none of them.
+std::optional<QByteArray> withMoved(const QByteArray& state, const std::vector<MovedProperty>& properties,
+                                    const QString& fromAgent = {}, const QString& toAgent = {});
+
+}  // namespace plotix

@@ -1,0 +1,51 @@
+#pragma once
+
+#include "hostapp/document/EditJournal.h"
+
+#include <QtCore/QString>
+
+#include <optional>
+#include <vector>
+
+/// Cleaning a site up: agents and properties renamed, merged and deleted, values taken out; and undoing that, or an
+/// import, also after the site was closed.
+///
+/// Each function is one transaction over the site's file, which may be open as a document: `SiteDocument::reload` picks
+/// the change up. Stored views go on showing what was renamed or merged. Names that were given up still find what
+/// has taken their place, so that imports and recordings go on into it. Free functions; any thread. Each throws
+/// ReportableError; the site is then as it was.
+namespace plotix {
+
+struct EditOutcome {
+    qint64 step = 0;            ///< its number in the journal
+    QString subject;            ///< of the step, as the journal lists it
+    std::size_t values = 0;     ///< that were moved or taken out
+    std::size_t conflicts = 0;  ///< left out of a merge since the other had a different value at the same time
+};
+
+/// The name must be neither empty nor another's of the same kind.
+EditOutcome renameAgent(const QString& site, RowId agent, const QString& name);
+EditOutcome renameProperty(const QString& site, RowId property, const QString& name);
+
+/// The other one keeps its values; those of the first go where it has none. Values are converted to its unit; refused
+/// between units that do not convert. Properties must be of one agent.
+EditOutcome mergeProperties(const QString& site, RowId property, RowId into);
+/// Properties of the same name are merged, the others move.
+EditOutcome mergeAgents(const QString& site, RowId agent, RowId into);
+
+EditOutcome deleteProperty(const QString& site, RowId property);
+/// With its properties, records and stored views.
+EditOutcome deleteAgent(const QString& site, RowId agent);
+
+/// Takes out the values of these properties with from ≤ time ≤ to; records left without any go too.
+EditOutcome removeValues(const QString& site, RowId agent, const std::vector<RowId>& properties,
+                         std::optional<double> from, std::optional<double> to);
+
+/// What can be undone, oldest first.
+std::vector<EditStep> editSteps(const QString& site);
+/// Undoes the last step. Throws when there is none.
+EditStep undoLastEdit(const QString& site);
+/// Undoes the last import; refused while later steps would have to be undone first.
+EditStep undoLastImport(const QString& site);
+
+}  // namespace plotix

@@ -1,0 +1,60 @@
+#include "hostapp/print/PageLayoutPlan.h"
+
+#include <algorithm>
+
+namespace plotix {
+
+namespace {
+
+constexpr double kMargin = 36;
+constexpr double kTitleHeight = 26;
+constexpr double kHeadingsHeight = 18;
+constexpr double kNoteHeight = 15;
+constexpr double kFooterHeight = 18;
+constexpr double kGap = 8;
+constexpr double kLeastGraph = 0.4;    // of the content's height
+constexpr double kTallestGraph = 0.6;  // of its width
+
+double tableHeight(int rows)
+{
+    return rows == 0 ? 0 : (rows + 1) * kReportRowHeight;
+}
+
+int rowsIn(double height)
+{
+    return std::max(0, static_cast<int>(height / kReportRowHeight) - 1);
+}
+
+}  // namespace
+
+PageLayoutPlan planPages(const QSizeF& sheet, int rows, bool hasNote)
+{
+    PageLayoutPlan plan;
+    plan.content = QRectF(QPointF(), sheet).adjusted(kMargin, kMargin, -kMargin, -kMargin);
+    const QRectF& content = plan.content;
+    const double left = content.left(), width = content.width();
+    plan.footer = QRectF(left, content.bottom() - kFooterHeight, width, kFooterHeight);
+    plan.title = QRectF(left, content.top(), width, kTitleHeight);
+    plan.headings = QRectF(left, plan.title.bottom(), width, kHeadingsHeight);
+
+    const double top = plan.headings.bottom() + kGap, bottom = plan.footer.top() - kGap;
+    const double note = hasNote ? kNoteHeight : 0;
+    const double least = std::min(kLeastGraph * content.height(), std::max(0.0, bottom - top));
+    const double below = bottom - top - kGap - note;  // for graph and table
+    const int together = std::min(rows, rowsIn(below - least));
+    const double graph = std::clamp(below - tableHeight(together), least, std::max(least, kTallestGraph * width));
+    plan.graph = QRectF(left, top, width, graph);
+    const double tableTop = plan.graph.bottom() + kGap + note;
+    if (hasNote && together > 0)
+        plan.note = QRectF(left, plan.graph.bottom() + kGap, width, note);
+    plan.pages.push_back({QRectF(left, tableTop, width, tableHeight(together)), 0, together});
+
+    const int perPage = std::max(1, rowsIn(bottom - content.top()));
+    for (int row = together; row < rows; row += perPage) {
+        const int count = std::min(perPage, rows - row);
+        plan.pages.push_back({QRectF(left, content.top(), width, tableHeight(count)), row, count});
+    }
+    return plan;
+}
+
+}  // namespace plotix

@@ -1,0 +1,30 @@
+#pragma once
+
+#include <QtCore/QRectF>
+#include <QtCore/QSizeF>
+
+#include <vector>
+
+/// Where everything of the host's report stands. Pure; any thread. Points, y downward.
+namespace plotix {
+
+struct PageLayoutPlan {
+    struct Page {
+        QRectF table;  ///< with its row of headings; empty: none on this page
+        int firstRow = 0, rows = 0;
+    };
+
+    QRectF content;                 ///< of every page, footer included
+    QRectF title, headings, graph;  ///< on the first page
+    QRectF note;                    ///< above the table; empty: none
+    QRectF footer;                  ///< on every page
+    std::vector<Page> pages;        ///< at least one
+};
+
+inline constexpr double kReportRowHeight = 16;
+
+/// Ten rows stand on one page with the graph; beyond, the graph keeps two fifths of the page and the rows go on.
+/// A sheet too small for that gets as many pages as it takes, each with at least one row.
+PageLayoutPlan planPages(const QSizeF& sheet, int rows, bool hasNote);
+
+}  // namespace plotix

@@ -1,0 +1,34 @@
+#pragma once
+
+#include <QtCore/QRectF>
+#include <QtCore/QString>
+#include <QtGui/QColor>
+
+#include <functional>
+#include <optional>
+#include <vector>
+
+class QPainter;
+
+/// What a report on a page of our own shows. A value; any thread. Times are seconds since 1970-01-01 UTC.
+namespace plotix {
+
+struct ReportContents {
+    struct Row {
+        QColor color;  ///< the line's, as the graph on paper has it
+        QString name, unit;
+        double minimum = 0, maximum = 0, average = 0;  ///< without meaning when there are no points
+        qint64 points = 0;
+    };
+
+    QString title;
+    QString siteName, siteLocation;                 ///< either may be empty
+    double from = 0, to = 0;                        ///< the span that the graph draws
+    std::optional<double> firstRecord, lastRecord;  ///< of the records that the rows are about; absent: not known
+    std::vector<Row> rows;                          ///< of the lines that the graph shows
+
+    /// Draws the graph into a rectangle in points, dark on white.
+    std::function<void(QPainter& painter, const QRectF& rect)> drawGraph;
+};
+
+}  // namespace plotix

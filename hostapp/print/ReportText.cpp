@@ -1,0 +1,114 @@
+#include "hostapp/print/ReportText.h"
+
+#include <QtCore/QCoreApplication>
+#include <QtCore/QDateTime>
+
+#include <algorithm>
+#include <cmath>
+
+namespace plotix {
+
+namespace {
+
+class ReportText {
+    Q_DECLARE_TR_FUNCTIONS(ReportText)
+};
+
+constexpr double kSpanWithSeconds = 600;
+constexpr double kSameToAReader = 0.01;  // of the span drawn
+constexpr int kDigitsOfRange = 3;
+constexpr int kMostDecimals = 6;
+constexpr double kLongestNumber = 1e12;  // from here on powers of ten are shorter
+
+QDateTime momentOf(double seconds)
+{
+    return QDateTime::fromSecsSinceEpoch(std::llround(seconds));
+}
+
+QString dateText(const QDateTime& moment, const QLocale& locale)
+{
+    return locale.toString(moment.date(), QLocale::LongFormat);
+}
+
+QString timeText(const QDateTime& moment, const QLocale& locale, bool withSeconds)
+{
+    QString format = locale.timeFormat(QLocale::ShortFormat);
+    if (withSeconds && !format.contains(QLatin1String("ss")))
+        format.replace(QLatin1String("mm"), QLatin1String("mm:ss"));
+    if (!withSeconds)
+        format.remove(QLatin1String(":ss"));
+    return locale.toString(moment.time(), format);
+}
+
+int decimalsFor(double range)
+{
+    if (!(range > 0) || !std::isfinite(range))
+        return 0;
+    return std::clamp(kDigitsOfRange - 1 - static_cast<int>(std::floor(std::log10(range))), 0, kMostDecimals);
+}
+
+QString numberText(double number, int decimals, const QLocale& locale)
+{
+    const double step = std::pow(10.0, -decimals);
+    const bool vanishes = number != 0 && std::abs(number) < step / 2 && decimals == kMostDecimals;
+    if (!std::isfinite(number) || std::abs(number) >= kLongestNumber || vanishes)
+        return locale.toString(number, 'g', 6);
+    return locale.toString(number, 'f', decimals);
+}
+
+}  // namespace
+
+QString spanText(double from, double to, const QLocale& locale)
+{
+    const QDateTime begin = momentOf(from), end = momentOf(to);
+    const bool withSeconds = to - from < kSpanWithSeconds;
+    const QString first = timeText(begin, locale, withSeconds), last = timeText(end, locale, withSeconds);
+    const QString zone = end.timeZoneAbbreviation();
+    if (begin.date() == end.date())
+        return ReportText::tr("%1, %2 to %3 %4").arg(dateText(begin, locale), first, last, zone);
+    const QString beginZone = begin.timeZoneAbbreviation() == zone ? QString() : ' ' + begin.timeZoneAbbreviation();
+    return ReportText::tr("%1 %2 to %3 %4 %5")
+        .arg(dateText(begin, locale), first + beginZone, dateText(end, locale), last, zone);
+}
+
+QString placeText(const ReportContents& contents)
+{
+    QStringList parts{contents.siteName, contents.siteLocation};
+    parts.removeAll(QString());
+    return parts.join(QStringLiteral(", "));
+}
+
+QString recordsText(const ReportContents& contents, const QLocale& locale)
+{
+    if (!contents.firstRecord || !contents.lastRecord)
+        return {};
+    const double tolerance = kSameToAReader * std::abs(contents.to - contents.from);
+    const auto isOutside = [&](double time) {
+        return time < contents.from - tolerance || time > contents.to + tolerance;
+    };
+    if (!isOutside(*contents.firstRecord) && !isOutside(*contents.lastRecord))
+        return {};
+    return ReportText::tr("The figures are those of all records read: %1")
+        .arg(spanText(*contents.firstRecord, *contents.lastRecord, locale));
+}
+
+QString sharedUnit(const ReportContents& contents)
+{
+    const auto differs = [&](const ReportContents::Row& row) { return row.unit != contents.rows.front().unit; };
+    return contents.rows.empty() || std::any_of(contents.rows.begin(), contents.rows.end(), differs)
+               ? QString()
+               : contents.rows.front().unit;
+}
+
+FiguresText figuresText(const ReportContents::Row& row, const QLocale& locale)
+{
+    const QString points = locale.toString(row.points);
+    if (row.points == 0)
+        return {QStringLiteral("–"), QStringLiteral("–"), QStringLiteral("–"), points};
+    const double range = row.maximum - row.minimum;
+    const int decimals = decimalsFor(range > 0 ? range : std::abs(row.maximum));
+    return {numberText(row.minimum, decimals, locale), numberText(row.maximum, decimals, locale),
+            numberText(row.average, decimals, locale), points};
+}
+
+}  // namespace plotix

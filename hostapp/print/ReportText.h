@@ -1,0 +1,31 @@
+#pragma once
+
+#include "hostapp/print/ReportContents.h"
+
+#include <QtCore/QLocale>
+
+/// The texts of a report's page, in the user's language and their way of writing numbers and dates. Pure; main thread
+/// only.
+namespace plotix {
+
+/// "1 March 2024 08:00 to 7 March 2024 22:35 UTC"; the date once where both ends are of one day. Seconds are told only
+/// where they matter: under a span of ten minutes.
+QString spanText(double from, double to, const QLocale& locale);
+
+/// "Boiler house, Hamburg", or what there is of it.
+QString placeText(const ReportContents& contents);
+
+/// What the rows are about, where that is not what the graph shows; else empty. Ends that differ by less than a
+/// hundredth of the span are the same to a reader.
+QString recordsText(const ReportContents& contents, const QLocale& locale);
+
+/// The unit of all rows; empty when they have several.
+QString sharedUnit(const ReportContents& contents);
+
+/// Minimum, maximum and average with equally many decimals: three digits of the distance between the extremes.
+struct FiguresText {
+    QString minimum, maximum, average, points;
+};
+FiguresText figuresText(const ReportContents::Row& row, const QLocale& locale);
+
+}  // namespace plotix

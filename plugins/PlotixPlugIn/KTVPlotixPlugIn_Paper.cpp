@@ -1,0 +1,55 @@
+// What a host needs to print the trend in a form of its own.
+//
+// Rules of this room:
+//  1. The span told is that of the graph as it is drawn, not of the date panel: the panel may have moved on.
+//  2. Hidden lines are left out of rows and graph alike, and both have the same colours.
+//  3. Nothing of the view is changed.
+
+#include "plugins/PlotixPlugIn/KTVPlotixPlugIn.h"
+
+#include "plugins/PlotixPlugIn/PaperGraph.h"
+#include "plugins/PlotixPlugIn/host/KTVRecordColumn.h"
+
+namespace {
+
+QVariantMap contentsOf(const InfoTableRow& row)
+{
+    return {{QStringLiteral("color"), plotix::colorOnPaper(row.color)},
+            {QStringLiteral("name"), row.tableName},
+            {QStringLiteral("unit"), row.unit},
+            {QStringLiteral("minimum"), row.minimum},
+            {QStringLiteral("maximum"), row.maximum},
+            {QStringLiteral("average"), row.average},
+            {QStringLiteral("points"), row.points}};
+}
+
+}  // namespace
+
+QVariantMap KTVPlotixPlugIn::reportContents() const
+{
+    if (!m_graph || m_graph->allPlots().empty())
+        return {};
+    QVariantList rows;
+    for (const InfoTableRowPtr& row : *m_infoTableArray)
+        if (row->show)
+            rows << contentsOf(*row);
+    const CPTPlotRange& drawn = m_graph->plotSpace().xRange();
+    QVariantMap contents{
+        {QStringLiteral("rows"), rows}, {QStringLiteral("from"), drawn.location}, {QStringLiteral("to"), drawn.end()}};
+    const std::optional<plotix::SharedArray<double>> time = m_plotData ? m_plotData->time() : std::nullopt;
+    if (time && time->size() > 0) {
+        contents.insert(QStringLiteral("firstRecord"), (*time)[0]);
+        contents.insert(QStringLiteral("lastRecord"), (*time)[time->size() - 1]);
+    }
+    if (const KTVAgentPtr site = siteWindowController() ? siteWindowController()->agent() : nullptr) {
+        contents.insert(QStringLiteral("siteName"), site->siteName().value_or(QString()));
+        contents.insert(QStringLiteral("siteLocation"), site->siteLocation().value_or(QString()));
+    }
+    return contents;
+}
+
+void KTVPlotixPlugIn::drawGraphOnPaper(QPainter* painter, const QRectF& rect)
+{
+    if (m_graph && painter)
+        plotix::paintOnPaper(*painter, *m_graph, rect);
+}

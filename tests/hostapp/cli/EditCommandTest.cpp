@@ -1,0 +1,115 @@
+#include "hostapp/document/RecordKeeping.h"
+#include "hostapp/document/SiteDocument.h"
+#include "tests/hostapp/cli/CommandLineFixture.h"
+
+namespace plotix {
+
+namespace {
+
+/// What edit prints and returns; that it works is tested with the document.
+class EditCommandTest : public CommandLineTest {
+protected:
+    void SetUp() override { importWeather(); }
+
+    int importAgain(const char* rows, const QStringList& more = {})
+    {
+        write("again.csv", QByteArray("time,Air Temperature (°C),Pressure [hPa]\n") + rows);
+        return run(QStringList{"import", path("again.csv"), "--site", site(), "--agent", agentName()} + more);
+    }
+    QString agentName() const { return SiteDocument::open(site())->agents().front()->name(); }
+    QStringList propertyNames() const
+    {
+        QStringList names;
+        const auto document = SiteDocument::open(site());
+        for (const auto& property : document->agents().front()->siteProperties())
+            names << property->name();
+        return names;
+    }
+    std::size_t records() const
+    {
+        return recordsOfSite(site())->overview(SiteDocument::open(site())->agents().front()->id(), {}).records();
+    }
+};
+
+TEST_F(EditCommandTest, RenamesAProperty)
+{
+    ASSERT_EQ(run({"edit", site(), "--property", "Pressure", "--rename", "Air Pressure"}), 0) << m_error.toStdString();
+    EXPECT_TRUE(m_output.contains("Pressure → Air Pressure”")) << m_output.toStdString();
+    EXPECT_EQ(propertyNames(), (QStringList{"Air Temperature", "Air Pressure"}));
+}
+
+TEST_F(EditCommandTest, WithoutAPropertyTheAgentIsMeant)
+{
+    ASSERT_EQ(run({"edit", site(), "--rename", "Roof"}), 0) << m_error.toStdString();
+    EXPECT_EQ(agentName(), "Roof");
+}
+
+TEST_F(EditCommandTest, RemovesASpanAndUndoesIt)
+{
+    ASSERT_EQ(run({"edit", site(), "--remove", "--from", "2015-01-01T12:00:00Z"}), 0) << m_error.toStdString();
+    EXPECT_TRUE(m_output.contains("2 values")) << m_output.toStdString();
+    EXPECT_EQ(records(), 2U);
+    ASSERT_EQ(run({"edit", site(), "--undo"}), 0) << m_error.toStdString();
+    EXPECT_EQ(records(), 3U);
+}
+
+TEST_F(EditCommandTest, ListsWhatCanBeUndoneTheLatestFirst)
+{
+    run({"edit", site(), "--property", "Pressure", "--delete"});
+    ASSERT_EQ(run({"edit", site(), "--list"}), 0);
+    EXPECT_TRUE(m_output.contains("delete “")) << m_output.toStdString();
+    EXPECT_TRUE(m_output.section('\n', 1, 1).contains("import “")) << m_output.toStdString();
+}
+
+TEST_F(EditCommandTest, WishesThatContradictAreWrongUsage)
+{
+    expectFailure({"edit", site()}, 2, QStringLiteral("say one of"));
+    expectFailure({"edit", site(), "--undo", "--delete"}, 2, QStringLiteral("say one of"));
+    expectFailure({"edit", site(), "--remove"}, 2, QStringLiteral("--from and --to"));
+    expectFailure({"edit", site(), "--delete"}, 2, QStringLiteral("--agent or --property"));
+    EXPECT_EQ(propertyNames().size(), 2);
+}
+
+TEST_F(EditCommandTest, AnImportOverOtherValuesIsRefusedAndChangesNothing)
+{
+    EXPECT_EQ(importAgain("2015-01-01T00:00:00Z,9,1000\n2015-01-02T00:00:00Z,9,9\n2016-01-01T00:00:00Z,1,1\n"), 1);
+    EXPECT_TRUE(m_error.contains("replaces 3 stored values of 2 properties")) << m_error.toStdString();
+    EXPECT_TRUE(m_error.contains("--replace")) << m_error.toStdString();
+    EXPECT_EQ(records(), 3U);
+}
+
+TEST_F(EditCommandTest, TheSameFileAgainReplacesNothing)
+{
+    importWeather();
+    EXPECT_EQ(records(), 3U);
+}
+
+TEST_F(EditCommandTest, AllowedReplacingIsCountedAndUndone)
+{
+    ASSERT_EQ(importAgain("2015-01-01T00:00:00Z,9,1000\n2016-01-01T00:00:00Z,1,1\n", {"--replace"}), 0)
+        << m_error.toStdString();
+    EXPECT_TRUE(m_output.contains("1 stored value replaced")) << m_output.toStdString();
+    EXPECT_EQ(records(), 4U);
+    ASSERT_EQ(run({"edit", site(), "--undo-import"}), 0) << m_error.toStdString();
+    EXPECT_EQ(records(), 3U);
+    importWeather();  // nothing to replace: all is as it was
+    EXPECT_EQ(records(), 3U);
+}
+
+TEST_F(EditCommandTest, AnUndoneImportTakesWhatItMadeAlong)
+{
+    ASSERT_EQ(run({"edit", site(), "--undo-import"}), 0) << m_error.toStdString();
+    EXPECT_TRUE(SiteDocument::open(site())->agents().empty());
+    EXPECT_FALSE(recordsOfSite(site())->extent());
+    expectFailure({"edit", site(), "--undo-import"}, 1, QStringLiteral("no import"));
+}
+
+TEST_F(EditCommandTest, WhatWasChangedAfterAnImportIsUndoneFirst)
+{
+    run({"edit", site(), "--rename", "Roof"});
+    expectFailure({"edit", site(), "--undo-import"}, 1, QStringLiteral("undo that first"));
+}
+
+}  // namespace
+
+}  // namespace plotix

@@ -1,0 +1,57 @@
+#include "hostapp/print/PageLayoutPlan.h"
+
+#include <gtest/gtest.h>
+
+namespace plotix {
+namespace {
+
+constexpr QSizeF kA4Landscape{842, 595}, kLetterLandscape{792, 612}, kA4Upright{595, 842};
+
+TEST(PageLayoutPlan, TenRowsStandOnOnePageOfEverySheet)
+{
+    for (const QSizeF& sheet : {kA4Landscape, kLetterLandscape, kA4Upright})
+        for (int rows = 1; rows <= 10; ++rows)
+            for (const bool note : {false, true})
+                EXPECT_EQ(planPages(sheet, rows, note).pages.size(), 1U) << sheet.width() << " " << rows;
+}
+
+TEST(PageLayoutPlan, EveryRowStandsOnceAndInOrder)
+{
+    for (const int rows : {1, 12, 13, 40, 120, 1000}) {
+        int next = 0;
+        for (const PageLayoutPlan::Page& page : planPages(kA4Landscape, rows, true).pages) {
+            EXPECT_EQ(page.firstRow, next);
+            next += page.rows;
+        }
+        EXPECT_EQ(next, rows);
+    }
+}
+
+TEST(PageLayoutPlan, NothingOverlapsAndAllStandsInsideTheMargins)
+{
+    for (const int rows : {0, 1, 10, 40}) {
+        const PageLayoutPlan plan = planPages(kA4Landscape, rows, true);
+        EXPECT_GE(plan.graph.top(), plan.headings.bottom());
+        EXPECT_GE(plan.pages[0].table.top(), plan.graph.bottom());
+        for (const PageLayoutPlan::Page& page : plan.pages)
+            EXPECT_LE(page.table.bottom(), plan.footer.top());
+        EXPECT_LE(plan.footer.bottom(), kA4Landscape.height() - 36);
+    }
+}
+
+TEST(PageLayoutPlan, TheGraphKeepsTwoFifthsOfThePage)
+{
+    for (const int rows : {1, 10, 500}) {
+        const PageLayoutPlan plan = planPages(kA4Landscape, rows, false);
+        EXPECT_GE(plan.graph.height(), 0.4 * plan.content.height()) << rows;
+    }
+}
+
+TEST(PageLayoutPlan, ATinySheetStillTakesEveryRow)
+{
+    const PageLayoutPlan plan = planPages({100, 100}, 3, true);
+    EXPECT_EQ(plan.pages.back().firstRow + plan.pages.back().rows, 3);
+}
+
+}  // namespace
+}  // namespace plotix

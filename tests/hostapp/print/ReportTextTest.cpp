@@ -1,0 +1,96 @@
+#include "hostapp/print/ReportText.h"
+
+#include <gtest/gtest.h>
+
+namespace plotix {
+namespace {
+
+// Tests run in UTC.
+constexpr double kDay = 86'400, kMarch = 1'709'251'200;  // 2024-03-01 00:00
+
+const QLocale kBritish(QLocale::English, QLocale::UnitedKingdom), kGerman(QLocale::German, QLocale::Germany);
+
+ReportContents::Row row(double minimum, double maximum, double average, qint64 points = 1000)
+{
+    return {Qt::red, QStringLiteral("A"), QStringLiteral("°C"), minimum, maximum, average, points};
+}
+
+TEST(ReportText, ASpanNamesBothDatesAndTheZoneOnce)
+{
+    EXPECT_EQ(spanText(kMarch, kMarch + kDay * 2 + 3600, kBritish),
+              "Friday, 1 March 2024 00:00 to Sunday, 3 March 2024 01:00 UTC");
+}
+
+TEST(ReportText, ASpanWithinADayNamesItOnce)
+{
+    EXPECT_EQ(spanText(kMarch, kMarch + 7200, kBritish), "Friday, 1 March 2024, 00:00 to 02:00 UTC");
+}
+
+TEST(ReportText, ShortSpansTellSeconds)
+{
+    EXPECT_EQ(spanText(kMarch + 5, kMarch + 65, kBritish), "Friday, 1 March 2024, 00:00:05 to 00:01:05 UTC");
+}
+
+TEST(ReportText, PlaceIsWhatThereIs)
+{
+    ReportContents contents;
+    EXPECT_EQ(placeText(contents), "");
+    contents.siteName = QStringLiteral("Mill");
+    EXPECT_EQ(placeText(contents), "Mill");
+    contents.siteLocation = QStringLiteral("Hamburg");
+    EXPECT_EQ(placeText(contents), "Mill, Hamburg");
+}
+
+TEST(ReportText, RecordsAreToldOnlyWhereTheyReachBeyondTheGraph)
+{
+    ReportContents contents;
+    contents.from = kMarch;
+    contents.to = kMarch + kDay;
+    EXPECT_EQ(recordsText(contents, kBritish), "");
+    contents.firstRecord = kMarch - 60;
+    contents.lastRecord = kMarch + kDay;
+    EXPECT_EQ(recordsText(contents, kBritish), "");
+    contents.lastRecord = kMarch + 2 * kDay;
+    EXPECT_TRUE(recordsText(contents, kBritish).contains(QStringLiteral("Sunday, 3 March 2024")));
+}
+
+TEST(ReportText, FiguresHaveThreeDigitsOfTheirRangeAndEquallyManyDecimals)
+{
+    const FiguresText figures = figuresText(row(17.04, 24, 20.512), kBritish);
+    EXPECT_EQ(figures.minimum, "17.04");
+    EXPECT_EQ(figures.maximum, "24.00");
+    EXPECT_EQ(figures.average, "20.51");
+    EXPECT_EQ(figures.points, "1,000");
+}
+
+TEST(ReportText, FiguresAreWrittenAsTheReaderDoes)
+{
+    const FiguresText figures = figuresText(row(-1234567.5, 2234567.5, 0), kGerman);
+    EXPECT_EQ(figures.minimum, "-1.234.568");
+    EXPECT_EQ(figuresText(row(0.5, 1.5, 1), kGerman).average, "1,00");
+}
+
+TEST(ReportText, SmallFiguresAreNotRoundedToNothing)
+{
+    EXPECT_EQ(figuresText(row(0, 2e-9, 1e-9), kBritish).average, "1E-09");
+}
+
+TEST(ReportText, WithoutValuesThereAreNoFigures)
+{
+    const FiguresText figures = figuresText(row(0, 0, 0, 0), kBritish);
+    EXPECT_EQ(figures.average, "–");
+    EXPECT_EQ(figures.points, "0");
+}
+
+TEST(ReportText, TheUnitOfAllRowsIsShared)
+{
+    ReportContents contents;
+    EXPECT_EQ(sharedUnit(contents), "");
+    contents.rows = {row(0, 1, 0), row(0, 1, 0)};
+    EXPECT_EQ(sharedUnit(contents), "°C");
+    contents.rows[1].unit = QStringLiteral("hPa");
+    EXPECT_EQ(sharedUnit(contents), "");
+}
+
+}  // namespace
+}  // namespace plotix
