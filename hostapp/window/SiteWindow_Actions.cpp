@@ -51,7 +51,7 @@ void SiteWindow::connectFileActions()
     connect(m_actions.classicReport, &QAction::toggled, this, &rememberClassicReport);
     connect(m_actions.print, &QAction::triggered, this, &SiteWindow::printReport);
     connect(m_actions.close, &QAction::triggered, this, &QWidget::close);
-    connect(m_actions.quit, &QAction::triggered, qApp, [] { closeAllSites(); });
+    connect(m_actions.quit, &QAction::triggered, qApp, [] { closeAllSites(Closing::Asked); });
 }
 
 void SiteWindow::connectOtherActions()
@@ -219,9 +219,10 @@ void SiteWindow::exportImage()
     }
 }
 
-void SiteWindow::showAlert(const QString& message, const QString& text, KTVAlert::Style style)
+void SiteWindow::showAlert(const QString& message, const QString& text, KTVAlert::Style style,
+                           std::function<void()> dismissed)
 {
-    m_services.userInterface->beginSheet({message, text, style}, windowInFront(), {});
+    m_services.userInterface->beginSheet({message, text, style}, windowInFront(), std::move(dismissed));
 }
 
 }  // namespace plotix

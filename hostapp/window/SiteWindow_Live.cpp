@@ -11,9 +11,12 @@
 #include "hostapp/live/LiveRecorder.h"
 #include "hostapp/site/NewTrend.h"
 #include "hostapp/site/PlugInOperations.h"
+#include "hostapp/window/RecordingIndicator.h"
 #include "hostapp/window/SiteRecording.h"
 
 #include <QtCore/QSignalBlocker>
+#include <QtWidgets/QMessageBox>
+#include <QtWidgets/QPushButton>
 #include <QtWidgets/QStatusBar>
 
 namespace plotix {
@@ -33,6 +36,10 @@ void setChecked(QAction* action, bool checked)
 void SiteWindow::connectLiveActions()
 {
     m_recording = std::make_unique<SiteRecording>(m_controller->siteDocument());
+    m_recordingIndicator = new RecordingIndicator(m_recording.get(), this);
+    statusBar()->addPermanentWidget(m_recordingIndicator);
+    m_recordingIndicator->hide();  // adding it to the status bar has shown it
+    connect(m_recording.get(), &SiteRecording::switched, this, &SiteWindow::showStatusBarIfNeeded);
     TrendFollower* const follower = &m_controller->follower();
     connect(m_actions.recordComputer, &QAction::toggled, this, &SiteWindow::recordComputer);
     connect(m_recording.get(), &SiteRecording::agentAdded, this, &SiteWindow::addFirstLiveTrend);
@@ -67,6 +74,23 @@ void SiteWindow::recordComputer(bool on)
         showAlert(tr("This computer is not recorded"), error.message());
     }
     setChecked(m_actions.recordComputer, m_recording->isOn());
+}
+
+bool SiteWindow::mayEndRecording()
+{
+    if (!m_asksBeforeClosing || !isVisible() || !m_recording || !m_recording->isOn())
+        return true;
+    QMessageBox box(this);
+    box.setObjectName(QStringLiteral("endRecording"));
+    box.setIcon(QMessageBox::Question);
+    box.setTextFormat(Qt::PlainText);
+    box.setText(tr("This computer is being recorded"));
+    box.setInformativeText(tr("%1. Recording ends when the window closes, and goes on when the site is opened again.")
+                               .arg(m_recordingIndicator->text()));
+    const QPushButton* end = box.addButton(tr("&Close and End Recording"), QMessageBox::AcceptRole);
+    box.addButton(tr("&Keep Recording"), QMessageBox::RejectRole);
+    box.exec();
+    return box.clickedButton() == end;
 }
 
 void SiteWindow::follow(QAction* span)

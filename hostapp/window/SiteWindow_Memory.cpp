@@ -109,8 +109,18 @@ void SiteWindow::storeNow()
     }
 }
 
+void SiteWindow::closeAsOrdered()
+{
+    m_asksBeforeClosing = false;
+    close();
+}
+
 void SiteWindow::closeEvent(QCloseEvent* event)
 {
+    if (!mayEndRecording()) {
+        event->ignore();
+        return;
+    }
     storeNow();
     QSettings settings;
     settings.setValue(QLatin1String(kGeometryKey), saveGeometry());

@@ -28,6 +28,37 @@
     </message>
 </context>
 <context>
+    <name>ImportOfferText</name>
+    <message>
+        <source>Plotix sites (*.plotix)</source>
+        <translation>Plotix-Anlagen (*.plotix)</translation>
+    </message>
+    <message>
+        <source>New Site</source>
+        <translation>Neue Anlage</translation>
+    </message>
+    <message>
+        <source>Open Site</source>
+        <translation>Anlage öffnen</translation>
+    </message>
+    <message>
+        <source>“%1” is not a site. Import its measurements?</source>
+        <translation>„%1“ ist keine Anlage. Sollen die Messwerte daraus importiert werden?</translation>
+    </message>
+    <message>
+        <source>A site keeps measurements and the trends made of them in one file.</source>
+        <translation>Eine Anlage bewahrt Messwerte und die Trends daraus in einer Datei auf.</translation>
+    </message>
+    <message>
+        <source>&amp;New Site…</source>
+        <translation>&amp;Neue Anlage …</translation>
+    </message>
+    <message>
+        <source>&amp;Existing Site…</source>
+        <translation>&amp;Vorhandene Anlage …</translation>
+    </message>
+</context>
+<context>
     <name>ImportWords</name>
     <message>
         <source>Time column</source>
@@ -983,7 +1014,7 @@
     </message>
     <message>
         <source>Report in the View&apos;s Own &amp;Form</source>
-        <translation>Bericht in der &amp;Form der Ansicht</translation>
+        <translation>Bericht in der Form der An&amp;sicht</translation>
     </message>
 </context>
 <context>
@@ -1243,6 +1274,17 @@
         <source>Write the rows you want as COLUMN=TEXT.</source>
         <translation>Schreiben Sie die gewünschten Zeilen als SPALTE=TEXT.</translation>
     </message>
+    <message numerus="yes">
+        <source>Import Measurements (%n more to come)</source>
+        <translation>
+            <numerusform>Messwerte importieren (noch %n weitere)</numerusform>
+            <numerusform>Messwerte importieren (noch %n weitere)</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>&amp;Skip This File</source>
+        <translation>Diese Datei &amp;überspringen</translation>
+    </message>
 </context>
 <context>
     <name>plotix::PropertyListModel</name>
@@ -1320,6 +1362,16 @@ Doppelklick ändert Farbe oder Einheit.</translation>
     <message>
         <source>&amp;Delete</source>
         <translation>&amp;Löschen</translation>
+    </message>
+</context>
+<context>
+    <name>plotix::RecordingIndicator</name>
+    <message numerus="yes">
+        <source>Recording since %1: %Ln record(s)</source>
+        <translation>
+            <numerusform>Aufzeichnung seit %1: %Ln Messung</numerusform>
+            <numerusform>Aufzeichnung seit %1: %Ln Messungen</numerusform>
+        </translation>
     </message>
 </context>
 <context>
@@ -1607,6 +1659,22 @@ Doppelklick ändert Farbe oder Einheit.</translation>
     <message>
         <source>Clear Menu</source>
         <translation>Liste leeren</translation>
+    </message>
+    <message>
+        <source>This computer is being recorded</source>
+        <translation>Dieser Rechner wird aufgezeichnet</translation>
+    </message>
+    <message>
+        <source>%1. Recording ends when the window closes, and goes on when the site is opened again.</source>
+        <translation>%1. Die Aufzeichnung endet, wenn das Fenster geschlossen wird, und geht weiter, wenn die Anlage wieder geöffnet wird.</translation>
+    </message>
+    <message>
+        <source>&amp;Close and End Recording</source>
+        <translation>&amp;Schließen und Aufzeichnung beenden</translation>
+    </message>
+    <message>
+        <source>&amp;Keep Recording</source>
+        <translation>&amp;Weiter aufzeichnen</translation>
     </message>
     <message>
         <source>The records of these dates are not here</source>
