@@ -4,6 +4,7 @@
 #include "hostapp/core/Defaults.h"
 #include "hostapp/site/MakeTrend.h"
 #include "hostapp/site/ModuleNames.h"
+#include "hostapp/site/TrendColors.h"
 #include "hostapp/site/TrendReading.h"
 #include "hostapp/site/WaitForRecords.h"
 #include "hostapp/site/WindowMemory.h"
@@ -133,6 +134,8 @@ int WorkingSite::loadPlugIns()
 KTVPlugInPtr WorkingSite::newTrend(const std::shared_ptr<SiteAgent>& agent, const KTVPropertyList& properties,
                                    OptionalDate from, OptionalDate to, const QString& title)
 {
+    if (isStored())
+        tellLinesApart(properties);
     const KTVPlugInPtr plugIn = makeTrend(*m_module, {m_document, agent, properties, from, to, title}, this);
     addPlugIn(plugIn, true);
     return plugIn;

@@ -7,10 +7,12 @@
 #include "plugins/PlotixPlugIn/KTVGraphHostingView.h"
 #include "plugins/PlotixPlugIn/PropertyDetailsTableView.h"
 #include "plugins/PlotixPlugIn/PropertyDragDropView.h"
+#include "plugins/PlotixPlugIn/RangeNotice.h"
 #include "plugins/PlotixPlugIn/host/KTVMessageViewController.h"
 #include "plugins/PlotixPlugIn/host/KTVPlugIn.h"
 #include "plugins/PlotixPlugIn/host/KTVUserInterface.h"
 #include "plugins/PlotixPlugIn/host/KTVWebUIDelegate.h"
+#include "plugins/PlotixPlugIn/reading/OutsideLines.h"
 #include "plugins/PlotixPlugIn/reading/ReadingOptions.h"
 
 #include <QtGui/QPainter>
@@ -139,6 +141,9 @@ public:
     // Reading. Options by name, see reading/ReadingOptions.h; unknown ones are passed over.
     Q_INVOKABLE void setReading(const QVariantMap& options);  ///< chooses these and leaves the others
     Q_INVOKABLE QVariantMap reading() const;                  ///< those that were chosen
+    /// Lifts the limits of the value range for this trend and fits it to all values; without a graph it only lifts
+    /// them.
+    Q_INVOKABLE void showValuesScaled(QObject* sender);
 
     // Export. Sizes are points.
     Q_INVOKABLE void exportToPDF(QObject* sender);
@@ -243,6 +248,7 @@ public:
     QAbstractButton* propertyDetailsDisclosureButton() const { return m_propertyDetailsDisclosureButton; }
     QLabel* propertyDetailsTextField() const { return m_propertyDetailsTextField; }
     QAbstractButton* sharingButton() const { return m_sharingButton; }
+    RangeNotice* rangeNotice() const { return m_rangeNotice; }  ///< null until there was something to tell
 
 protected:
     QWidget* loadView() override;
@@ -284,6 +290,8 @@ private:
     void tellShown(const KTVRecordDictionary& records, const OptionalDate& from, const OptionalDate& to);
     void applyReading();
     void styleAxesPlainly();
+    void updateRangeNotice();
+    std::vector<plotix::LineReach> linesShown() const;
     void buildGraph();
     void addPlot(const QString& key, const QColor& lineColor, const CPTSeriesControllerPtr& binder);
     void releaseGraph();
@@ -335,5 +343,6 @@ private:
     QPointer<QAbstractButton> m_propertyDetailsDisclosureButton;
     QPointer<QLabel> m_propertyDetailsTextField;
     QPointer<QAbstractButton> m_sharingButton;
+    QPointer<RangeNotice> m_rangeNotice;            // a child of the hosting view; Reading
     TrendViewArrangement* m_arrangement = nullptr;  // a child, made with the view; DetailsPanel
 };

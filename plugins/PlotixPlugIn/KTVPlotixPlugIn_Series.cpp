@@ -85,6 +85,7 @@ void KTVPlotixPlugIn::updatePlotData(const KTVRecordDictionaryPtr& newRecords)
         plotix::breakLinesAtGaps(*m_graph, m_reading);
         fitPlots(rebuild);
     }
+    updateRangeNotice();
 
     showDataMessages(*records);
     if (m_completionTarget)

@@ -26,7 +26,8 @@ CPTPlotRange KTVPlotixPlugIn::plotSpaceWillChangePlotRangeTo(CPTXYPlotSpace* spa
     const CPTPlotRange& current = coordinate == CPTCoordinate::Y ? space->yRange() : space->xRange();
     const plotix::RangeVerdict verdict =
         plotix::judgeRange(range, current, coordinate,
-                           {.option = flags.testFlag(Qt::AltModifier), .shift = flags.testFlag(Qt::ShiftModifier)});
+                           {.option = flags.testFlag(Qt::AltModifier), .shift = flags.testFlag(Qt::ShiftModifier)},
+                           m_reading.hasUnlimitedValues() ? plotix::ValueLimits::Lifted : plotix::ValueLimits::Kept);
     if (verdict.accepted && coordinate == CPTCoordinate::X) {
         m_dataCluster->setFromDateValue(plotix::Date{range.location});
         m_dataCluster->setToDateValue(plotix::Date{range.end()});
@@ -41,6 +42,8 @@ void KTVPlotixPlugIn::plotSpaceDidChangePlotRangeForCoordinate(CPTXYPlotSpace* /
 {
     if (coordinate == CPTCoordinate::X)
         m_readSpans->drawnSpanSet();
+    else
+        updateRangeNotice();
 }
 
 bool KTVPlotixPlugIn::plotSpaceShouldHandlePointingDeviceUpEvent(CPTXYPlotSpace* /*space*/, QPointF /*atPoint*/)

@@ -838,6 +838,22 @@
         <source>Show Only This</source>
         <translation>Nur diese zeigen</translation>
     </message>
+    <message>
+        <source>Outside the values shown: %1</source>
+        <translation>Außerhalb der gezeigten Werte: %1</translation>
+    </message>
+    <message>
+        <source>Too small to be seen: %1</source>
+        <translation>Zu klein, um sichtbar zu sein: %1</translation>
+    </message>
+    <message>
+        <source>Show Scaled</source>
+        <translation>Skaliert zeigen</translation>
+    </message>
+    <message>
+        <source>Fit all values, however large or small</source>
+        <translation>Alle Werte einpassen, wie groß oder klein sie auch sind</translation>
+    </message>
 </context>
 <context>
     <name>ProgramServices</name>

@@ -10,10 +10,9 @@ struct Flag {
 };
 
 constexpr Flag kFlags[] = {
-    {"readableLabels", &ReadingOptions::readableLabels},
-    {"brokenLines", &ReadingOptions::brokenLines},
-    {"propertyColors", &ReadingOptions::propertyColors},
-    {"lineCommands", &ReadingOptions::lineCommands},
+    {"readableLabels", &ReadingOptions::readableLabels},   {"tellsOutside", &ReadingOptions::tellsOutside},
+    {"unlimitedValues", &ReadingOptions::unlimitedValues}, {"brokenLines", &ReadingOptions::brokenLines},
+    {"propertyColors", &ReadingOptions::propertyColors},   {"lineCommands", &ReadingOptions::lineCommands},
 };
 
 const QString kLongestJoin = QStringLiteral("longestJoin");  // stored: never change
