@@ -32,6 +32,14 @@ QString uniqueName(const std::vector<SiteProperty::Description>& properties, con
     return unique;
 }
 
+std::vector<QColor> colorsOf(const std::vector<SiteProperty::Description>& properties)
+{
+    std::vector<QColor> colors;
+    for (const SiteProperty::Description& property : properties)
+        colors.push_back(property.color);
+    return colors;
+}
+
 }  // namespace
 
 SiteStore::Site SiteStore::site() const
@@ -225,12 +233,18 @@ std::optional<qint64> SiteStore::aliasTarget(qint64 agent, const QString& name) 
 SiteProperty::Description SiteStore::addProperty(qint64 agent, const QString& name, const QString& unit,
                                                  std::uint32_t type)
 {
-    const std::vector<SiteProperty::Description> before = properties(agent);
+    return addProperty(agent, name, unit, type, properties(agent));
+}
+
+SiteProperty::Description SiteStore::addProperty(qint64 agent, const QString& name, const QString& unit,
+                                                 std::uint32_t type,
+                                                 const std::vector<SiteProperty::Description>& before)
+{
     SiteProperty::Description property;
     property.name = uniqueName(before, name.trimmed());
     property.propertyName = camelCaseString(property.name);
     property.unit = property.archivedUnit = Units::shared()->normalise(unit).value_or(unit.trimmed());
-    property.color = paletteColor(before.size());
+    property.color = freeColor(colorsOf(before));
     property.type = type;
     Statement insert(m_database, "INSERT INTO property(agent, name, key, unit, archived_unit, color, type, visible) "
                                  "VALUES(?, ?, ?, ?, ?, ?, ?, ?)");

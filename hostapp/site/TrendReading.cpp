@@ -10,6 +10,8 @@ namespace {
 QVariantMap recommendedReading()
 {
     return {{QStringLiteral("readableLabels"), true},
+            {QStringLiteral("tellsOutside"), true},
+            {QStringLiteral("brokenLines"), true},
             {QStringLiteral("propertyColors"), true},
             {QStringLiteral("lineCommands"), true}};
 }

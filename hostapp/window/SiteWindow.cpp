@@ -133,9 +133,13 @@ void SiteWindow::buildLayout()
     setCentralWidget(m_columns);
     statusBar()->setSizeGripEnabled(false);
     statusBar()->hide();
-    connect(statusBar(), &QStatusBar::messageChanged, this, [this](const QString& text) {
-        statusBar()->setVisible(!text.isEmpty() || m_actions.serveOnWeb->isChecked());
-    });
+    connect(statusBar(), &QStatusBar::messageChanged, this, &SiteWindow::showStatusBarIfNeeded);
+}
+
+void SiteWindow::showStatusBarIfNeeded()
+{
+    statusBar()->setVisible(!statusBar()->currentMessage().isEmpty() || m_actions.serveOnWeb->isChecked() ||
+                            (m_recording && m_recording->isOn()));
 }
 
 void SiteWindow::connectLists()

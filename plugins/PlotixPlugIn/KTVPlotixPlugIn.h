@@ -7,10 +7,12 @@
 #include "plugins/PlotixPlugIn/KTVGraphHostingView.h"
 #include "plugins/PlotixPlugIn/PropertyDetailsTableView.h"
 #include "plugins/PlotixPlugIn/PropertyDragDropView.h"
+#include "plugins/PlotixPlugIn/RangeNotice.h"
 #include "plugins/PlotixPlugIn/host/KTVMessageViewController.h"
 #include "plugins/PlotixPlugIn/host/KTVPlugIn.h"
 #include "plugins/PlotixPlugIn/host/KTVUserInterface.h"
 #include "plugins/PlotixPlugIn/host/KTVWebUIDelegate.h"
+#include "plugins/PlotixPlugIn/reading/OutsideLines.h"
 #include "plugins/PlotixPlugIn/reading/ReadingOptions.h"
 
 #include <QtGui/QPainter>
@@ -19,6 +21,9 @@
 
 class LineMenu;
 class TrendViewArrangement;
+namespace plotix {
+class ReadSpans;
+}
 
 /// The tag of observations of a property's "color".
 inline constexpr ObservationTag kPropertyColor{"color"};
@@ -42,6 +47,9 @@ inline constexpr ObservationTag kPropertyColor{"color"};
 ///   the graph and its figures for a host's own paper            KTVPlotixPlugIn_Paper.cpp
 ///   the collapsible details panel                               KTVPlotixPlugIn_DetailsPanel.cpp
 ///   options that make it easier to read                         KTVPlotixPlugIn_Reading.cpp
+///
+/// What goes beyond the contract is no topic of this class: it is a collaborator under `reading/`, which a host reaches
+/// by name and which this class only tells what happens.
 ///
 /// A field is written by one file, named beside it, apart from construction and decoding. Two exceptions: the Graph
 /// file makes `binders` together with the graph and the Series file fills it; PropertySet removes rows from
@@ -124,13 +132,18 @@ public:
 
     // Following. Seconds since 1970-01-01 UTC.
     Q_INVOKABLE void showRange(double fromSeconds, double toSeconds);  ///< fetches quietly; reversed: nothing happens
+    Q_INVOKABLE void readRange(double fromSeconds, double toSeconds);  ///< the same, but the ranges shown stay
     Q_INVOKABLE QVariantList shownRange() const;  ///< the date panel's two dates; empty when one is absent
     Q_INVOKABLE QVariantList
     refreshedRange() const;  ///< the two dates of the last refresh, before its records moved them
 
+    Q_INVOKABLE QObject* readSpans() const;  ///< a plotix::ReadSpans; owned, never null
     // Reading. Options by name, see reading/ReadingOptions.h; unknown ones are passed over.
     Q_INVOKABLE void setReading(const QVariantMap& options);  ///< chooses these and leaves the others
     Q_INVOKABLE QVariantMap reading() const;                  ///< those that were chosen
+    /// Lifts the limits of the value range for this trend and fits it to all values; without a graph it only lifts
+    /// them.
+    Q_INVOKABLE void showValuesScaled(QObject* sender);
 
     // Export. Sizes are points.
     Q_INVOKABLE void exportToPDF(QObject* sender);
@@ -235,6 +248,7 @@ public:
     QAbstractButton* propertyDetailsDisclosureButton() const { return m_propertyDetailsDisclosureButton; }
     QLabel* propertyDetailsTextField() const { return m_propertyDetailsTextField; }
     QAbstractButton* sharingButton() const { return m_sharingButton; }
+    RangeNotice* rangeNotice() const { return m_rangeNotice; }  ///< null until there was something to tell
 
 protected:
     QWidget* loadView() override;
@@ -272,8 +286,12 @@ private:
     /// Every fetch goes through here: the handler is called on the main thread, unless this object is gone by then.
     void fetchRecords(const OptionalDate& fromDate, const OptionalDate& toDate, RecordsHandler handler);
     void showRecordsInRange(const KTVRecordDictionaryPtr& records, const CPTPlotRange& range);
+    void showRecordsBeneath(const KTVRecordDictionaryPtr& records, const OptionalDate& from, const OptionalDate& to);
+    void tellShown(const KTVRecordDictionary& records, const OptionalDate& from, const OptionalDate& to);
     void applyReading();
     void styleAxesPlainly();
+    void updateRangeNotice();
+    std::vector<plotix::LineReach> linesShown() const;
     void buildGraph();
     void addPlot(const QString& key, const QColor& lineColor, const CPTSeriesControllerPtr& binder);
     void releaseGraph();
@@ -305,6 +323,7 @@ private:
     bool m_observersAdded = false;                                      // Observation
     bool m_plotReady = false;                                           // Acquisition clears it; nothing sets it
     OptionalDate m_refreshedFrom, m_refreshedTo;                        // Acquisition
+    std::unique_ptr<plotix::ReadSpans> m_readSpans;                     // owns; told, never asked
     plotix::ReadingOptions m_reading;                                   // Reading
     QPointer<LineMenu> m_lineMenu;                                      // weak; Reading. Absent unless chosen
     bool m_firstFitUnderWay = false;                                    // Axes; the y axis is not re-ticked meanwhile
@@ -324,5 +343,6 @@ private:
     QPointer<QAbstractButton> m_propertyDetailsDisclosureButton;
     QPointer<QLabel> m_propertyDetailsTextField;
     QPointer<QAbstractButton> m_sharingButton;
+    QPointer<RangeNotice> m_rangeNotice;            // a child of the hosting view; Reading
     TrendViewArrangement* m_arrangement = nullptr;  // a child, made with the view; DetailsPanel
 };

@@ -178,6 +178,7 @@ void KTVPlotixPlugIn::setPlotForPropertyName(const QString& propertyName, bool h
         return;
     if (const CPTScatterPlotPtr plot = hostedGraph->plotWithIdentifier(propertyName))
         plot->setHidden(hidden);
+    updateRangeNotice();
 }
 
 void KTVPlotixPlugIn::showClicked(QObject* sender)

@@ -9,8 +9,12 @@
 
 #include "plugins/PlotixPlugIn/InfoTableModel.h"
 #include "plugins/PlotixPlugIn/LineMenu.h"
+#include "plugins/PlotixPlugIn/RangeNotice.h"
 #include "plugins/PlotixPlugIn/host/KTVBundle.h"
+#include "plugins/PlotixPlugIn/reading/LineGaps.h"
 #include "plugins/PlotixPlugIn/reading/ReadableAxes.h"
+
+#include <algorithm>
 
 void KTVPlotixPlugIn::setReading(const QVariantMap& options)
 {
@@ -70,9 +74,63 @@ void KTVPlotixPlugIn::applyReading()
     applyLineCommands();
     if (m_infoTable)
         m_infoTable->infoTableModel()->setReadableNumbers(m_reading.hasReadableLabels());
+    updateRangeNotice();
+    if (m_graph)
+        plotix::breakLinesAtGaps(*m_graph, m_reading);
     if (!m_graph || !hostedAxisSet() || !m_reading.hasReadableLabels())
         return;
     KTVBundle* texts = KTVBundle::mainBundle();
     plotix::makeAxesReadable(*m_graph, {texts->localizedString(QStringLiteral(QT_TRANSLATE_NOOP("Plotix", "Time"))),
                                         texts->localizedString(QStringLiteral(QT_TRANSLATE_NOOP("Plotix", "Value")))});
+}
+
+std::vector<plotix::LineReach> KTVPlotixPlugIn::linesShown() const
+{
+    const KTVPropertyList properties = m_properties.value_or(KTVPropertyList());
+    std::vector<plotix::LineReach> lines;
+    for (const CPTScatterPlotPtr& plot : m_graph->allPlots()) {
+        const auto extent = plot->series() ? plot->series()->extent() : std::nullopt;
+        if (plot->isHidden() || !extent)
+            continue;
+        const auto property = std::find_if(properties.begin(), properties.end(), [&](const KTVPropertyPtr& each) {
+            return each->propertyName() == plot->identifier();
+        });
+        lines.push_back({property == properties.end() ? plot->identifier() : (*property)->name(),
+                         static_cast<double>(extent->minY), static_cast<double>(extent->maxY)});
+    }
+    return lines;
+}
+
+void KTVPlotixPlugIn::updateRangeNotice()
+{
+    if (!m_graph || !m_hostView)
+        return;
+    plotix::OutsideLines told;
+    if (m_reading.doesTellOutside() && !m_reading.hasUnlimitedValues())
+        told = plotix::outsideLines(linesShown(), m_graph->defaultPlotSpace()->yRange());
+    if (!m_rangeNotice && told.kind == plotix::OutsideLines::Kind::None)
+        return;
+    if (!m_rangeNotice) {
+        m_rangeNotice = new RangeNotice(m_hostView);
+        connect(m_rangeNotice, &RangeNotice::scalingRequested, this, [this] { showValuesScaled(m_rangeNotice); });
+    }
+    m_rangeNotice->tell(told);
+}
+
+// The time range stays: a trend that is followed goes on being followed.
+void KTVPlotixPlugIn::showValuesScaled(QObject* /*sender*/)
+{
+    setReading({{QStringLiteral("unlimitedValues"), true}});
+    if (!m_graph)
+        return;
+    const std::vector<plotix::LineReach> lines = linesShown();
+    if (lines.empty())
+        return;
+    double lowest = lines.front().lowest;
+    double highest = lines.front().highest;
+    for (const plotix::LineReach& line : lines) {
+        lowest = std::min(lowest, line.lowest);
+        highest = std::max(highest, line.highest);
+    }
+    m_graph->defaultPlotSpace()->setYRange({lowest, highest - lowest});
 }

@@ -11,6 +11,7 @@
 
 #include "plugins/PlotixPlugIn/host/KTVRecordColumn.h"
 #include "plugins/PlotixPlugIn/logic/SeriesBuilder.h"
+#include "plugins/PlotixPlugIn/reading/LineGaps.h"
 
 namespace {
 
@@ -80,8 +81,11 @@ void KTVPlotixPlugIn::updatePlotData(const KTVRecordDictionaryPtr& newRecords)
     const std::vector<CPTScatterPlotPtr> oldPlots = m_graph->allPlots();
     for (const CPTScatterPlotPtr& plot : oldPlots)
         m_graph->removePlot(plot);
-    if (addPlots(*records, series) > 0)
+    if (addPlots(*records, series) > 0) {
+        plotix::breakLinesAtGaps(*m_graph, m_reading);
         fitPlots(rebuild);
+    }
+    updateRangeNotice();
 
     showDataMessages(*records);
     if (m_completionTarget)

@@ -38,6 +38,33 @@
             <numerusform> of %n properties</numerusform>
         </translation>
     </message>
+    <message numerus="yes">
+        <source>%1 cell(s) left empty, being no number</source>
+        <translation>
+            <numerusform>%1 cell left empty, being no number</numerusform>
+            <numerusform>%1 cells left empty, being no numbers</numerusform>
+        </translation>
+    </message>
+</context>
+<context>
+    <name>plotix::ImportDialog</name>
+    <message numerus="yes">
+        <source>Import Measurements (%n more to come)</source>
+        <translation>
+            <numerusform>Import Measurements (%n more to come)</numerusform>
+            <numerusform>Import Measurements (%n more to come)</numerusform>
+        </translation>
+    </message>
+</context>
+<context>
+    <name>plotix::RecordingIndicator</name>
+    <message numerus="yes">
+        <source>Recording since %1: %Ln record(s)</source>
+        <translation>
+            <numerusform>Recording since %1: %Ln record</numerusform>
+            <numerusform>Recording since %1: %Ln records</numerusform>
+        </translation>
+    </message>
 </context>
 <context>
     <name>plotix::SiteWindow</name>

@@ -75,7 +75,7 @@ INSTANTIATE_TEST_SUITE_P(
                   "--from"},
         UsageCase{"BarePdf", {"render", "a.plotix", "--output", "a.pdf", "--bare"}, "--bare"},
         UsageCase{"Pair", {"import", "a.csv", "--site", "a.plotix", "--unit", "temp"}, "COLUMN=TEXT"},
-        UsageCase{"DateOrder", {"import", "a.csv", "--site", "a.plotix", "--date-order", "ymd"}, "--date-order"},
+        UsageCase{"DateOrder", {"import", "a.csv", "--site", "a.plotix", "--date-order", "dym"}, "--date-order"},
         UsageCase{"SizeOfAWindow", {"open", "a.plotix", "--size", "100x100"}, "--screenshot"}),
     [](const auto& row) { return row.param.name; });
 
@@ -127,5 +127,50 @@ TEST_F(CommandLineTest, OpenNeedsADisplayOrAScreenshot)
 }
 
 }  // namespace
+
+TEST_F(CommandLineTest, AFileWithoutACommandIsOpened)
+{
+    QFile(site()).open(QIODevice::WriteOnly);
+    ASSERT_EQ(run({site()}), 0) << m_error.toStdString();
+    EXPECT_EQ(m_services.opened.at(0).site, site());
+    EXPECT_TRUE(commandWantsWindow({site()}));
+}
+
+TEST_F(CommandLineTest, FilesOfMeasurementsAreOfferedForImport)
+{
+    const QStringList files{path("a.csv"), path("b.csv")};
+    for (const QString& file : files) {
+        QFile written(file);
+        ASSERT_TRUE(written.open(QIODevice::WriteOnly));
+        written.write("time,Humidity\n2024-05-01,40\n");
+    }
+    ASSERT_EQ(run(files), 0) << m_error.toStdString();
+    EXPECT_EQ(m_services.opened.at(0).imports, files);
+    EXPECT_EQ(m_services.opened.at(0).site, QString());
+}
+
+TEST_F(CommandLineTest, MeasurementsWithoutADisplayAreForTheImportCommand)
+{
+    m_services.display = false;
+    QFile written(path("a.csv"));
+    ASSERT_TRUE(written.open(QIODevice::WriteOnly));
+    written.write("time,Humidity\n");
+    written.close();
+    expectFailure({path("a.csv")}, 1, QStringLiteral("plotix import"));
+}
+
+TEST_F(CommandLineTest, AWordThatIsNoFileIsNotUnderstood)
+{
+    expectFailure({"imprt"}, 2, QStringLiteral("not understood: imprt"));
+    expectFailure({path("absent.csv")}, 1, QStringLiteral("there is no file"));
+}
+
+TEST_F(CommandLineTest, SaysItsVersion)
+{
+    QCoreApplication::setApplicationVersion(QStringLiteral("1.2.3"));
+    EXPECT_EQ(run({"--version"}), 0);
+    EXPECT_EQ(m_output, QStringLiteral("plotix 1.2.3\n"));
+    QCoreApplication::setApplicationVersion({});
+}
 
 }  // namespace plotix
