@@ -9,7 +9,7 @@ namespace {
 /// Names of a trend's options. Stored with it: never change.
 QVariantMap recommendedReading()
 {
-    return {{QStringLiteral("readableLabels"), true}};
+    return {{QStringLiteral("readableLabels"), true}, {QStringLiteral("forgetsRefusedRange"), true}};
 }
 
 }  // namespace

@@ -127,6 +127,10 @@ public:
     Q_INVOKABLE QVariantList
     refreshedRange() const;  ///< the two dates of the last refresh, before its records moved them
 
+    // Changes of the user, as a value: properties, hidden lines, range. The names in it are not stored anywhere.
+    Q_INVOKABLE QVariantMap changeable() const;
+    Q_INVOKABLE void changeTo(const QVariantMap& state);  ///< fetches if properties come back
+
     // Reading. Options by name, see reading/ReadingOptions.h; unknown ones are passed over.
     Q_INVOKABLE void setReading(const QVariantMap& options);  ///< chooses these and leaves the others
     Q_INVOKABLE QVariantMap reading() const;                  ///< those that were chosen
@@ -269,6 +273,8 @@ private:
     void fetchRecords(const OptionalDate& fromDate, const OptionalDate& toDate, RecordsHandler handler);
     void showRecordsInRange(const KTVRecordDictionaryPtr& records, const CPTPlotRange& range);
     void applyReading();
+    bool changeProperties(const QStringList& keys);  // whether records are fetched
+    void changeHidden(const QStringList& hidden);
     void styleAxesPlainly();
     void buildGraph();
     void addPlot(const QString& key, const QColor& lineColor, const CPTSeriesControllerPtr& binder);

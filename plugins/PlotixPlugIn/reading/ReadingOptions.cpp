@@ -11,6 +11,7 @@ struct Flag {
 
 constexpr Flag kFlags[] = {
     {"readableLabels", &ReadingOptions::readableLabels},
+    {"forgetsRefusedRange", &ReadingOptions::forgetsRefusedRange},
 };
 
 }  // namespace

@@ -15,6 +15,9 @@ struct ReadingOptions {
     /// the plots; the table's numbers likewise.
     std::optional<bool> readableLabels = {};
 
+    /// A range that was refused, one that ends before it begins, is not archived: the range accepted last is.
+    std::optional<bool> forgetsRefusedRange = {};
+
     bool hasReadableLabels() const { return readableLabels.value_or(false); }
 
     friend bool operator==(const ReadingOptions&, const ReadingOptions&) = default;
