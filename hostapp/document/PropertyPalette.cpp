@@ -1,5 +1,6 @@
 #include "hostapp/document/PropertyPalette.h"
 
+#include <algorithm>
 #include <array>
 
 namespace plotix {
@@ -17,6 +18,16 @@ constexpr std::array<QRgb, kPaletteSize> kPalette{
     0xFFB5DE6A,  // lime
     0xFFDDBB92,  // sand
     0xFFE4E7EB,  // near white
+    0xFF6BA6FF,  // blue
+    0xFFC77DFF,  // violet
+    0xFF63D471,  // green
+    0xFFA8A81E,  // olive
+    0xFF7FE7E0,  // turquoise
+    0xFFFFB3A7,  // salmon
+    0xFFE98484,  // coral
+    0xFF9FB3C8,  // steel
+    0xFFFFD59E,  // peach
+    0xFF00B8D4,  // teal
 };
 
 }  // namespace
@@ -24,6 +35,15 @@ constexpr std::array<QRgb, kPaletteSize> kPalette{
 QColor paletteColor(std::size_t position)
 {
     return QColor::fromRgb(kPalette[position % kPalette.size()]);
+}
+
+QColor freeColor(const std::vector<QColor>& taken)
+{
+    const auto timesTaken = [&taken](QRgb color) {
+        return std::count_if(taken.begin(), taken.end(), [color](const QColor& each) { return each.rgb() == color; });
+    };
+    return QColor::fromRgb(*std::min_element(
+        kPalette.begin(), kPalette.end(), [&](QRgb left, QRgb right) { return timesTaken(left) < timesTaken(right); }));
 }
 
 }  // namespace plotix

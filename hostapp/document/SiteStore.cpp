@@ -32,6 +32,14 @@ QString uniqueName(const std::vector<SiteProperty::Description>& properties, con
     return unique;
 }
 
+std::vector<QColor> colorsOf(const std::vector<SiteProperty::Description>& properties)
+{
+    std::vector<QColor> colors;
+    for (const SiteProperty::Description& property : properties)
+        colors.push_back(property.color);
+    return colors;
+}
+
 }  // namespace
 
 SiteStore::Site SiteStore::site() const
@@ -230,7 +238,7 @@ SiteProperty::Description SiteStore::addProperty(qint64 agent, const QString& na
     property.name = uniqueName(before, name.trimmed());
     property.propertyName = camelCaseString(property.name);
     property.unit = property.archivedUnit = Units::shared()->normalise(unit).value_or(unit.trimmed());
-    property.color = paletteColor(before.size());
+    property.color = freeColor(colorsOf(before));
     property.type = type;
     Statement insert(m_database, "INSERT INTO property(agent, name, key, unit, archived_unit, color, type, visible) "
                                  "VALUES(?, ?, ?, ?, ?, ?, ?, ?)");

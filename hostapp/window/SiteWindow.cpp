@@ -219,6 +219,8 @@ void SiteWindow::showSelection()
 void SiteWindow::showPlugInView(const KTVPlugInPtr& plugIn)
 {
     QWidget* view = plugIn->view();
+    if (view->actions().isEmpty())  // a plug-in shows them in a menu of its own
+        view->addActions({m_actions.refresh, m_actions.fit, m_actions.follow, m_actions.exportImage, m_actions.print});
     if (m_stack->indexOf(view) < 0)
         m_stack->addWidget(view);
     m_stack->setCurrentWidget(view);

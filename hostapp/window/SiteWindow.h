@@ -132,6 +132,10 @@ private:
     void exportImage();
     void exportReport();
     void printReport();
+    /// Brings dates, graph and records of a trend together before it leaves the screen; false, after an alert where
+    /// there is something to say, when that failed or the user gave up.
+    bool settle(const KTVPlugInPtr& plugIn, Wanted wanted);
+    bool waitForRecords();
     void holdModifiers();
     void showAlert(const QString& message, const QString& text, KTVAlert::Style style = KTVAlert::Style::Critical,
                    std::function<void()> dismissed = {});
@@ -174,6 +178,7 @@ private:
     void updateLiveActions(const QString& noTrend);
     void recordComputer(bool on);
     bool mayEndRecording();
+    void follow(QAction* span);
     void addFirstLiveTrend(const std::shared_ptr<SiteAgent>& agent);
 
     // Web.

@@ -186,6 +186,8 @@ void SiteWindow::holdModifiers()
 void SiteWindow::exportGraph(const char* operation)
 {
     const KTVPlugInPtr plugIn = trendInFront();
+    if (!settle(plugIn, Wanted::Covered))
+        return;
     if (drawsGraph(plugIn.get()) && graphImage(plugIn.get(), kAnySize, 1, {}).isNull())
         showAlert(tr("There is no picture to export"),
                   tr("The trend shows no graph yet: wait for its records, or refresh it."));
@@ -198,6 +200,8 @@ void SiteWindow::exportImage()
     const KTVPlugInPtr plugIn = trendInFront();
     ExportImageDialog dialog(titleOf(*plugIn), windowInFront());
     if (dialog.exec() != QDialog::Accepted)
+        return;
+    if (!settle(plugIn, Wanted::Covered))
         return;
     const QImage image = graphImage(plugIn.get(), dialog.size(), dialog.density(), dialog.title());
     if (image.isNull()) {

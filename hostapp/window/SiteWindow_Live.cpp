@@ -10,6 +10,7 @@
 #include "base/ReportableError.h"
 #include "hostapp/live/LiveRecorder.h"
 #include "hostapp/site/NewTrend.h"
+#include "hostapp/site/PlugInOperations.h"
 #include "hostapp/window/RecordingIndicator.h"
 #include "hostapp/window/SiteRecording.h"
 
@@ -21,6 +22,8 @@
 namespace plotix {
 
 namespace {
+
+constexpr auto kBrokenLines = "brokenLines";  // an option of a trend's reading
 
 void setChecked(QAction* action, bool checked)
 {
@@ -50,6 +53,10 @@ void SiteWindow::connectLiveActions()
         else
             follower->stopFollowing(trendInFront().get());
     });
+    connect(m_actions.breakLines, &QAction::toggled, this, [this](bool on) {
+        setReading(trendInFront().get(), {{QLatin1String(kBrokenLines), on}});
+    });
+    connect(m_actions.followSpans, &QActionGroup::triggered, this, &SiteWindow::follow);
     connect(follower, &TrendFollower::followingChanged, this, &SiteWindow::updateActions);
     m_controller->followAgain();
     if (m_recording->wasOn() && !m_controller->siteDocument()->isReadOnly())
@@ -86,6 +93,15 @@ bool SiteWindow::mayEndRecording()
     return box.clickedButton() == end;
 }
 
+void SiteWindow::follow(QAction* span)
+{
+    const KTVPlugInPtr plugIn = trendInFront();
+    if (span->isChecked())
+        m_controller->follower().follow(plugIn, *followSpanNamed(span->data().toString()));
+    else
+        m_controller->follower().stopFollowing(plugIn.get());
+}
+
 void SiteWindow::addFirstLiveTrend(const std::shared_ptr<SiteAgent>& agent)
 {
     m_controller->newTrend(agent, planFirstTrend(TrendOccasion::Watched, *agent));
@@ -101,8 +117,17 @@ void SiteWindow::updateLiveActions(const QString& noTrend)
     setUnavailableReason(m_actions.recordComputer, readOnly ? tr("This site may only be looked at.") : QString());
     m_actions.follow->setToolTip(tr("Keeps the trend's span ending now, until you move it."));
     const bool possible = !plugIn || TrendFollower::canFollow(plugIn.get());
-    setUnavailableReason(m_actions.follow, possible ? noTrend : tr("This view cannot do that."));
+    const QString reason = possible ? noTrend : tr("This view cannot do that.");
+    setUnavailableReason(m_actions.follow, reason);
+    const std::optional<FollowSpan> followed = m_controller->follower().followedSpan(plugIn.get());
+    for (QAction* span : m_actions.followSpans->actions()) {
+        setUnavailableReason(span, reason);
+        setChecked(span, followed && span->data().toString() == followSpanName(*followed));
+    }
     setChecked(m_actions.recordComputer, m_recording->isOn());
+    const std::optional<QVariantMap> options = reading(plugIn.get());
+    setUnavailableReason(m_actions.breakLines, options || !plugIn ? noTrend : tr("This view cannot do that."));
+    setChecked(m_actions.breakLines, options && options->value(QLatin1String(kBrokenLines)).toBool());
     setChecked(m_actions.follow, m_controller->follower().isFollowing(plugIn.get()));
 }
 

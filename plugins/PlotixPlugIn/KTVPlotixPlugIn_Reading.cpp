@@ -8,8 +8,13 @@
 #include "plugins/PlotixPlugIn/KTVPlotixPlugIn.h"
 
 #include "plugins/PlotixPlugIn/InfoTableModel.h"
+#include "plugins/PlotixPlugIn/LineMenu.h"
+#include "plugins/PlotixPlugIn/RangeNotice.h"
 #include "plugins/PlotixPlugIn/host/KTVBundle.h"
+#include "plugins/PlotixPlugIn/reading/LineGaps.h"
 #include "plugins/PlotixPlugIn/reading/ReadableAxes.h"
+
+#include <algorithm>
 
 void KTVPlotixPlugIn::setReading(const QVariantMap& options)
 {
@@ -17,10 +22,33 @@ void KTVPlotixPlugIn::setReading(const QVariantMap& options)
     if (chosen == m_reading)
         return;
     const bool hadReadableLabels = m_reading.hasReadableLabels();
+    const bool hadPropertyColors = m_reading.hasPropertyColors();
     m_reading = chosen;
     if (hadReadableLabels && !m_reading.hasReadableLabels())
         styleAxesPlainly();
+    if (!hadPropertyColors && m_reading.hasPropertyColors())
+        takePropertyColors();
     applyReading();
+}
+
+void KTVPlotixPlugIn::takePropertyColors()
+{
+    for (const KTVPropertyPtr& property : m_properties.value_or(KTVPropertyList())) {
+        recolorPlot(*property);
+        recolorRows(property->propertyName(), property->color());
+    }
+}
+
+void KTVPlotixPlugIn::applyLineCommands()
+{
+    const bool wanted = m_reading.hasLineCommands();
+    if (!m_infoTable || !m_hostView || m_infoTable->choosesLines() == wanted)
+        return;
+    m_infoTable->setChoosesLines(wanted);
+    if (wanted)
+        m_lineMenu = new LineMenu(m_hostView, m_dragDropView ? m_dragDropView->parentWidget() : nullptr, m_infoTable);
+    else
+        delete m_lineMenu;
 }
 
 // The label format is that of the next fit, as after the first rebuild.
@@ -43,11 +71,66 @@ QVariantMap KTVPlotixPlugIn::reading() const
 
 void KTVPlotixPlugIn::applyReading()
 {
+    applyLineCommands();
     if (m_infoTable)
         m_infoTable->infoTableModel()->setReadableNumbers(m_reading.hasReadableLabels());
+    updateRangeNotice();
+    if (m_graph)
+        plotix::breakLinesAtGaps(*m_graph, m_reading);
     if (!m_graph || !hostedAxisSet() || !m_reading.hasReadableLabels())
         return;
     KTVBundle* texts = KTVBundle::mainBundle();
     plotix::makeAxesReadable(*m_graph, {texts->localizedString(QStringLiteral(QT_TRANSLATE_NOOP("Plotix", "Time"))),
                                         texts->localizedString(QStringLiteral(QT_TRANSLATE_NOOP("Plotix", "Value")))});
+}
+
+std::vector<plotix::LineReach> KTVPlotixPlugIn::linesShown() const
+{
+    const KTVPropertyList properties = m_properties.value_or(KTVPropertyList());
+    std::vector<plotix::LineReach> lines;
+    for (const CPTScatterPlotPtr& plot : m_graph->allPlots()) {
+        const auto extent = plot->series() ? plot->series()->extent() : std::nullopt;
+        if (plot->isHidden() || !extent)
+            continue;
+        const auto property = std::find_if(properties.begin(), properties.end(), [&](const KTVPropertyPtr& each) {
+            return each->propertyName() == plot->identifier();
+        });
+        lines.push_back({property == properties.end() ? plot->identifier() : (*property)->name(),
+                         static_cast<double>(extent->minY), static_cast<double>(extent->maxY)});
+    }
+    return lines;
+}
+
+void KTVPlotixPlugIn::updateRangeNotice()
+{
+    if (!m_graph || !m_hostView)
+        return;
+    plotix::OutsideLines told;
+    if (m_reading.doesTellOutside() && !m_reading.hasUnlimitedValues())
+        told = plotix::outsideLines(linesShown(), m_graph->defaultPlotSpace()->yRange());
+    if (!m_rangeNotice && told.kind == plotix::OutsideLines::Kind::None)
+        return;
+    if (!m_rangeNotice) {
+        m_rangeNotice = new RangeNotice(m_hostView);
+        connect(m_rangeNotice, &RangeNotice::scalingRequested, this, [this] { showValuesScaled(m_rangeNotice); });
+    }
+    m_rangeNotice->tell(told);
+}
+
+// The time range stays: a trend that is followed goes on being followed.
+void KTVPlotixPlugIn::showValuesScaled(QObject* /*sender*/)
+{
+    setReading({{QStringLiteral("unlimitedValues"), true}});
+    if (!m_graph)
+        return;
+    const std::vector<plotix::LineReach> lines = linesShown();
+    if (lines.empty())
+        return;
+    double lowest = lines.front().lowest;
+    double highest = lines.front().highest;
+    for (const plotix::LineReach& line : lines) {
+        lowest = std::min(lowest, line.lowest);
+        highest = std::max(highest, line.highest);
+    }
+    m_graph->defaultPlotSpace()->setYRange({lowest, highest - lowest});
 }

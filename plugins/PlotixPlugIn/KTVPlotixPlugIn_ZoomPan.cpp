@@ -11,6 +11,7 @@
 #include "plugins/PlotixPlugIn/host/KTVHostServices.h"
 #include "plugins/PlotixPlugIn/host/KTVUserInterface.h"
 #include "plugins/PlotixPlugIn/logic/RangePolicy.h"
+#include "plugins/PlotixPlugIn/reading/ReadSpans.h"
 
 bool KTVPlotixPlugIn::plotSpaceShouldScaleBy(CPTXYPlotSpace* /*space*/, double /*factor*/, QPointF /*aboutPoint*/)
 {
@@ -25,7 +26,8 @@ CPTPlotRange KTVPlotixPlugIn::plotSpaceWillChangePlotRangeTo(CPTXYPlotSpace* spa
     const CPTPlotRange& current = coordinate == CPTCoordinate::Y ? space->yRange() : space->xRange();
     const plotix::RangeVerdict verdict =
         plotix::judgeRange(range, current, coordinate,
-                           {.option = flags.testFlag(Qt::AltModifier), .shift = flags.testFlag(Qt::ShiftModifier)});
+                           {.option = flags.testFlag(Qt::AltModifier), .shift = flags.testFlag(Qt::ShiftModifier)},
+                           m_reading.hasUnlimitedValues() ? plotix::ValueLimits::Lifted : plotix::ValueLimits::Kept);
     if (verdict.accepted && coordinate == CPTCoordinate::X) {
         m_dataCluster->setFromDateValue(plotix::Date{range.location});
         m_dataCluster->setToDateValue(plotix::Date{range.end()});
@@ -36,8 +38,12 @@ CPTPlotRange KTVPlotixPlugIn::plotSpaceWillChangePlotRangeTo(CPTXYPlotSpace* spa
     return verdict.range;
 }
 
-void KTVPlotixPlugIn::plotSpaceDidChangePlotRangeForCoordinate(CPTXYPlotSpace* /*space*/, CPTCoordinate /*coordinate*/)
+void KTVPlotixPlugIn::plotSpaceDidChangePlotRangeForCoordinate(CPTXYPlotSpace* /*space*/, CPTCoordinate coordinate)
 {
+    if (coordinate == CPTCoordinate::X)
+        m_readSpans->drawnSpanSet();
+    else
+        updateRangeNotice();
 }
 
 bool KTVPlotixPlugIn::plotSpaceShouldHandlePointingDeviceUpEvent(CPTXYPlotSpace* /*space*/, QPointF /*atPoint*/)

@@ -676,6 +676,10 @@
         <translation>Gesamter Zeitraum</translation>
     </message>
     <message>
+        <source>Not yet the chosen dates</source>
+        <translation>Noch nicht die gewählten Daten</translation>
+    </message>
+    <message>
         <source>Time</source>
         <translation>Zeit</translation>
     </message>
@@ -702,6 +706,38 @@
     <message>
         <source>This is not understood as a date. Write it such as %1, or %2.</source>
         <translation>Das ist nicht als Datum zu verstehen. Schreiben Sie etwa %1 oder %2.</translation>
+    </message>
+    <message>
+        <source>Lines</source>
+        <translation>Linien</translation>
+    </message>
+    <message>
+        <source>Show Only</source>
+        <translation>Nur zeigen</translation>
+    </message>
+    <message>
+        <source>Show All</source>
+        <translation>Alle zeigen</translation>
+    </message>
+    <message>
+        <source>Show Only This</source>
+        <translation>Nur diese zeigen</translation>
+    </message>
+    <message>
+        <source>Outside the values shown: %1</source>
+        <translation>Außerhalb der gezeigten Werte: %1</translation>
+    </message>
+    <message>
+        <source>Too small to be seen: %1</source>
+        <translation>Zu klein, um sichtbar zu sein: %1</translation>
+    </message>
+    <message>
+        <source>Show Scaled</source>
+        <translation>Skaliert zeigen</translation>
+    </message>
+    <message>
+        <source>Fit all values, however large or small</source>
+        <translation>Alle Werte einpassen, wie groß oder klein sie auch sind</translation>
     </message>
 </context>
 <context>
@@ -972,6 +1008,30 @@
         <translation>Ü&amp;ber Plotix</translation>
     </message>
     <message>
+        <source>Last &amp;Hour</source>
+        <translation>Letzte &amp;Stunde</translation>
+    </message>
+    <message>
+        <source>Last &amp;Day</source>
+        <translation>Letzter &amp;Tag</translation>
+    </message>
+    <message>
+        <source>&amp;Today</source>
+        <translation>&amp;Heute</translation>
+    </message>
+    <message>
+        <source>&amp;All Records</source>
+        <translation>&amp;Alle Messwerte</translation>
+    </message>
+    <message>
+        <source>&amp;Present Length</source>
+        <translation>&amp;Jetzige Länge</translation>
+    </message>
+    <message>
+        <source>Follow &amp;Span</source>
+        <translation>S&amp;panne zum Folgen</translation>
+    </message>
+    <message>
         <source>&amp;Next Region</source>
         <translation>&amp;Nächster Bereich</translation>
     </message>
@@ -984,6 +1044,14 @@
         <translation>Ersc&amp;heinungsbild</translation>
     </message>
     <message>
+        <source>&amp;Break Lines at Gaps</source>
+        <translation>&amp;Linien an Lücken unterbrechen</translation>
+    </message>
+    <message>
+        <source>No line where nothing was recorded; a choice of this trend.</source>
+        <translation>Keine Linie, wo nichts aufgezeichnet wurde; gilt für diesen Trend.</translation>
+    </message>
+    <message>
         <source>Undo &amp;Import…</source>
         <translation>&amp;Import rückgängig machen …</translation>
     </message>
@@ -993,7 +1061,7 @@
     </message>
     <message>
         <source>Report in the View&apos;s Own &amp;Form</source>
-        <translation>Bericht in der &amp;Form der Ansicht</translation>
+        <translation>Bericht in der Form der An&amp;sicht</translation>
     </message>
 </context>
 <context>
@@ -1675,6 +1743,14 @@ Doppelklick ändert Farbe oder Einheit.</translation>
         <translation>&amp;Weiter aufzeichnen</translation>
     </message>
     <message>
+        <source>The records of these dates are not here</source>
+        <translation>Die Messwerte dieser Daten fehlen</translation>
+    </message>
+    <message>
+        <source>Reading the records of these dates…</source>
+        <translation>Die Messwerte dieser Daten werden gelesen …</translation>
+    </message>
+    <message>
         <source>The trend shows no graph yet: wait for its records, or refresh it.</source>
         <translation>Der Trend zeigt noch kein Diagramm: Warten Sie auf seine Messwerte, oder aktualisieren Sie ihn.</translation>
     </message>
@@ -1797,6 +1873,13 @@ Doppelklick ändert Farbe oder Einheit.</translation>
     <message>
         <source>On the web: %1</source>
         <translation>Im Web: %1</translation>
+    </message>
+</context>
+<context>
+    <name>plotix::WorkingSite</name>
+    <message>
+        <source>The “from” date lies after the “to” date; choose other dates first.</source>
+        <translation>Der Anfang liegt nach dem Ende; wählen Sie erst andere Daten.</translation>
     </message>
 </context>
 </TS>

@@ -10,9 +10,16 @@ struct Flag {
 };
 
 constexpr Flag kFlags[] = {
-    {"readableLabels", &ReadingOptions::readableLabels},
     {"forgetsRefusedRange", &ReadingOptions::forgetsRefusedRange},
+    {"readableLabels", &ReadingOptions::readableLabels},
+    {"tellsOutside", &ReadingOptions::tellsOutside},
+    {"unlimitedValues", &ReadingOptions::unlimitedValues},
+    {"brokenLines", &ReadingOptions::brokenLines},
+    {"propertyColors", &ReadingOptions::propertyColors},
+    {"lineCommands", &ReadingOptions::lineCommands},
 };
+
+const QString kLongestJoin = QStringLiteral("longestJoin");  // stored: never change
 
 }  // namespace
 
@@ -22,6 +29,8 @@ QVariantMap dictionaryFromReadingOptions(const ReadingOptions& options)
     for (const Flag& flag : kFlags)
         if (options.*flag.field)
             dictionary.insert(QLatin1String(flag.name), *(options.*flag.field));
+    if (options.longestJoin)
+        dictionary.insert(kLongestJoin, *options.longestJoin);
     return dictionary;
 }
 
@@ -32,6 +41,9 @@ ReadingOptions mergedReadingOptions(ReadingOptions options, const QVariantMap& d
         if (value.metaType() == QMetaType::fromType<bool>())
             options.*flag.field = value.toBool();
     }
+    const QVariant longest = dictionary.value(kLongestJoin);
+    if (longest.metaType() == QMetaType::fromType<double>() && longest.toDouble() >= 0)
+        options.longestJoin = longest.toDouble();
     return options;
 }
 

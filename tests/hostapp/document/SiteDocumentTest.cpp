@@ -2,6 +2,7 @@
 
 #include "base/ReportableError.h"
 #include "hostapp/document/ArchiveManager.h"
+#include "hostapp/document/PropertyPalette.h"
 #include "plugins/PlotixPlugIn/host/KTVConverter.h"
 #include "records/store/RecordStore.h"
 
@@ -113,9 +114,9 @@ TEST_F(SiteDocumentTest, NewPropertiesGetDifferentColoursInTurn)
 {
     const auto roof = document->addAgent("Roof");
     std::set<QRgb> colours;
-    for (int i = 0; i < 10; ++i)
+    for (std::size_t i = 0; i < plotix::kPaletteSize; ++i)
         colours.insert(roof->addProperty(QString("p%1").arg(i), "")->color().rgba());
-    EXPECT_EQ(colours.size(), 10U);
+    EXPECT_EQ(colours.size(), plotix::kPaletteSize);
     EXPECT_EQ(roof->addProperty("again", "")->color(), roof->siteProperties()[0]->color());
 }
 

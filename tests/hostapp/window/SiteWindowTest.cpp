@@ -160,6 +160,16 @@ TEST_F(SiteWindowTest, MenusReachTheSelectedTrendByName)
     EXPECT_EQ(selectedStub().log(), QStringList({"refresh", "fitAll"}));
 }
 
+TEST_F(SiteWindowTest, ATrendsViewCarriesTheCommandsForItsOwnMenus)
+{
+    openWindow();
+    const KTVPlugInPtr trend = addTrend(QStringLiteral("Week"));
+    EXPECT_EQ(trend->view()->actions().first(), window->actions().refresh);
+    addTrend(QStringLiteral("Month"));
+    window->selectPlugIn(trend);
+    EXPECT_EQ(trend->view()->actions().count(window->actions().refresh), 1);
+}
+
 TEST_F(SiteWindowTest, ActionsThatCannotActAreGreyedWithAReason)
 {
     openWindow();

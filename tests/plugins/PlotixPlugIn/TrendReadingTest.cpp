@@ -2,6 +2,9 @@
 
 #include "plotkit/model/CPTTickFormatters.h"
 #include "plugins/PlotixPlugIn/InfoTableModel.h"
+#include "plugins/PlotixPlugIn/RangeNotice.h"
+
+#include <QtWidgets/QToolButton>
 
 namespace {
 
@@ -22,6 +25,15 @@ protected:
         const InfoTableModel* model = trend().infoTable()->infoTableModel();
         return model->data(model->index(0, InfoTableModel::Maximum)).toString();
     }
+    void openWith(const std::vector<double>& air, const std::vector<double>& pressure)
+    {
+        makeTrend();
+        choose("tellsOutside", true);
+        open();
+        answer(recordsAt({kFrom, kTo}).column("airTemperature", air).column("pressure", pressure).build());
+    }
+    QString notice() { return trend().rangeNotice() ? trend().rangeNotice()->text() : QString(); }
+    const CPTPlotRange& values() { return trend().graph()->plotSpace().yRange(); }
     KTVRecordDictionaryPtr largeValues() const
     {
         return recordsAt({kFrom, kTo}).column("airTemperature", {1'234'500, 1'234'600.25}).build();
@@ -85,6 +97,40 @@ TEST_F(TrendReading, AHostReachesItByName)
     openTrendWithData();
     QMetaObject::invokeMethod(&trend(), "setReading", Q_ARG(QVariantMap, QVariantMap({{"readableLabels", true}})));
     EXPECT_TRUE(areAxesReadable());
+}
+
+TEST_F(TrendReading, LinesOutsideThePermittedValuesAreNamed)
+{
+    openWith({-9'000, 9'000}, {-8'000, -7'000});
+    EXPECT_EQ(notice(), "Outside the values shown: Air Temperature");
+    trend().setPlotForPropertyName("airTemperature", true);
+    EXPECT_EQ(notice(), "");
+}
+
+TEST_F(TrendReading, LinesTooSmallToBeSeenAreNamed)
+{
+    openWith({1.8, 1.801}, {1.8, 1.8});
+    EXPECT_EQ(notice(), "Too small to be seen: Air Temperature");
+}
+
+TEST_F(TrendReading, OneClickShowsThemScaled)
+{
+    openWith({-9'000, 9'000}, {0, 6});
+    const CPTPlotRange times = trend().graph()->plotSpace().xRange();
+    trend().rangeNotice()->button()->click();
+    EXPECT_EQ(values(), (CPTPlotRange{-9'000, 18'000}));
+    EXPECT_EQ(trend().graph()->plotSpace().xRange(), times);
+    EXPECT_EQ(notice(), "");
+    answerRefresh(recordsAt({kFrom, kTo}).column("airTemperature", {0, 7'000}).build());
+    EXPECT_EQ(values(), (CPTPlotRange{0, 7'000}));
+}
+
+TEST_F(TrendReading, WithoutTheOptionNothingIsToldAndTheRangeIsCut)
+{
+    openTrend();
+    answer(recordsAt({kFrom, kTo}).column("airTemperature", {-9'000, 9'000}).build());
+    EXPECT_EQ(trend().rangeNotice(), nullptr);
+    EXPECT_EQ(values(), (CPTPlotRange{-9'000, 5'000}));
 }
 
 }  // namespace

@@ -121,4 +121,15 @@ TEST(RangeVerdictOfAnotherCoordinate, IsTheProposalFollowedByNothing)
     EXPECT_EQ(plotix::judgeRange(proposed, kCurrentX, CPTCoordinate::Z, {}), expected);
 }
 
+TEST(LiftedRangePolicyTest, ValuesMayBeOfAnyLengthThatCanBeTold)
+{
+    const auto judged = [](double location, double length) {
+        return plotix::judgeRange({location, length}, {0, 1}, CPTCoordinate::Y, {}, plotix::ValueLimits::Lifted);
+    };
+    EXPECT_EQ(judged(0, 1e9), (plotix::RangeVerdict{{0, 1e9}, true}));
+    EXPECT_EQ(judged(1.8, 0.001), (plotix::RangeVerdict{{1.8, 0.001}, true}));
+    EXPECT_EQ(judged(5, 0), (plotix::RangeVerdict{{5, 0.1}, false}));
+    EXPECT_EQ(plotix::judgeRange({0, 4e8}, {0, 1}, CPTCoordinate::X, {}, plotix::ValueLimits::Lifted).accepted, false);
+}
+
 }  // namespace

@@ -15,7 +15,7 @@ TEST(ReadingOptionsTest, NothingIsChosenAtFirst)
 TEST(ReadingOptionsTest, OptionsSurviveTheirDictionary)
 {
     for (const bool choice : {false, true}) {
-        const ReadingOptions options{.readableLabels = choice};
+        const ReadingOptions options{.readableLabels = choice, .tellsOutside = !choice, .unlimitedValues = choice};
         EXPECT_EQ(mergedReadingOptions({}, dictionaryFromReadingOptions(options)), options);
     }
 }
