@@ -2,6 +2,7 @@
 
 #include "hostapp/exchange/formats/delimited/DelimitedReader.h"
 #include "hostapp/exchange/formats/delimited/DelimitedWriter.h"
+#include "hostapp/exchange/formats/spreadsheet/SpreadsheetReader.h"
 
 #include <algorithm>
 #include <array>
@@ -11,9 +12,14 @@ namespace plotix {
 namespace {
 
 template <class Source>
-std::unique_ptr<RowSource> make(std::unique_ptr<InputFile> file)
+std::unique_ptr<RowSource> make(std::unique_ptr<InputFile> file, const ImportOptions& options)
 {
-    return std::make_unique<Source>(std::move(file));
+    return std::make_unique<Source>(std::move(file), options);
+}
+
+bool zipFile(const QString&, QByteArrayView beginning)
+{
+    return isZip(beginning);
 }
 
 bool anyFile(const QString&, QByteArrayView)
@@ -26,7 +32,8 @@ bool isTextName(const QString& name)
     return hasEndingOf(FileKind::Text, name);
 }
 
-constexpr std::array<FileFormat, 1> kFormats = {{
+constexpr std::array<FileFormat, 2> kFormats = {{
+    {"spreadsheet", zipFile, make<SpreadsheetReader>, nullptr, nullptr},
     {"delimited text", anyFile, make<DelimitedReader>, isTextName, writeDelimited},
 }};
 
