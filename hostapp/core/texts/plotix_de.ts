@@ -823,6 +823,26 @@
         <translation>Wert</translation>
     </message>
     <message>
+        <source>now</source>
+        <translation>jetzt</translation>
+    </message>
+    <message>
+        <source>today</source>
+        <translation>heute</translation>
+    </message>
+    <message>
+        <source>yesterday</source>
+        <translation>gestern</translation>
+    </message>
+    <message>
+        <source>tomorrow</source>
+        <translation>morgen</translation>
+    </message>
+    <message>
+        <source>This is not understood as a date. Write it such as %1, or %2.</source>
+        <translation>Das ist nicht als Datum zu verstehen. Schreiben Sie etwa %1 oder %2.</translation>
+    </message>
+    <message>
         <source>Lines</source>
         <translation>Linien</translation>
     </message>
@@ -874,6 +894,17 @@
     <message>
         <source>Show %1</source>
         <translation>%1 zeigen</translation>
+    </message>
+</context>
+<context>
+    <name>PropertyHistoryText</name>
+    <message>
+        <source>Unit of %1</source>
+        <translation>Einheit von %1</translation>
+    </message>
+    <message>
+        <source>Color of %1</source>
+        <translation>Farbe von %1</translation>
     </message>
 </context>
 <context>
@@ -1181,6 +1212,25 @@
     <message>
         <source>Move “%1”</source>
         <translation>„%1“ verschieben</translation>
+    </message>
+</context>
+<context>
+    <name>TrendHistoryText</name>
+    <message>
+        <source>Remove Properties</source>
+        <translation>Größen entfernen</translation>
+    </message>
+    <message>
+        <source>Add Properties</source>
+        <translation>Größen hinzufügen</translation>
+    </message>
+    <message>
+        <source>Hide or Show Lines</source>
+        <translation>Linien aus- oder einblenden</translation>
+    </message>
+    <message>
+        <source>Change Range</source>
+        <translation>Ausschnitt ändern</translation>
     </message>
 </context>
 <context>
