@@ -27,6 +27,7 @@ class GatheringToolbar;
 class ImportTask;
 class PropertyListModel;
 class PropertyListView;
+class RecordExportTask;
 class SiteRecording;
 class WebAddressBar;
 class WebServing;
@@ -121,6 +122,8 @@ private:
     void askForNewSite();
     void exportGraph(const char* operation);
     void exportImage();
+    void exportRecordsOfTrend();
+    void startExport(RecordExportTask* task, const QString& fileName);
     void exportReport();
     void printReport();
     void holdModifiers();

@@ -2,6 +2,7 @@
 
 #include "hostapp/exchange/formats/delimited/DelimitedReader.h"
 #include "hostapp/exchange/formats/delimited/DelimitedWriter.h"
+#include "hostapp/exchange/formats/spreadsheet/SpreadsheetWriter.h"
 
 #include <algorithm>
 #include <array>
@@ -26,7 +27,18 @@ bool isTextName(const QString& name)
     return hasEndingOf(FileKind::Text, name);
 }
 
-constexpr std::array<FileFormat, 1> kFormats = {{
+bool isWorkbookName(const QString& name)
+{
+    return hasEndingOf(FileKind::Workbook, name);
+}
+
+bool noFile(const QString&, QByteArrayView)
+{
+    return false;
+}
+
+constexpr std::array<FileFormat, 2> kFormats = {{
+    {"spreadsheet", noFile, nullptr, isWorkbookName, writeSpreadsheet, FileKind::Workbook},
     {"delimited text", anyFile, make<DelimitedReader>, isTextName, writeDelimited},
 }};
 

@@ -26,11 +26,17 @@ TEST(FileFormats, AreWrittenUnderNamesOfTheirOwnAlone)
         EXPECT_THROW(formatWrittenFor(QLatin1String(name)), OutputFailure) << name;
 }
 
-TEST(FileFormats, CanAllBeReadAndHaveNamesOfTheirOwn)
+TEST(FileFormats, ASpreadsheetIsWrittenUnderItsName)
+{
+    EXPECT_STREQ(formatWrittenFor(QStringLiteral("Data.XLSX")).name, "spreadsheet");
+    EXPECT_EQ(formatWrittenFor(QStringLiteral("data.xlsx")).written, FileKind::Workbook);
+}
+
+TEST(FileFormats, CanAllBeReadOrWrittenAndHaveNamesOfTheirOwn)
 {
     QStringList names;
     for (const FileFormat& format : fileFormats()) {
-        EXPECT_NE(format.read, nullptr) << format.name;
+        EXPECT_TRUE(format.read || format.write) << format.name;
         EXPECT_FALSE(names.contains(QLatin1String(format.name))) << format.name;
         names << QLatin1String(format.name);
     }
