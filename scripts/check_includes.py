@@ -42,7 +42,7 @@ ALLOWED = {
     "plotkit/widget": {"base", "plotkit/model", "plotkit/layout", "plotkit/render"},
     HOST: {"base", "base/png"},
     LOGIC: {"base", "base/vectors", "plotkit/model"},
-    READING: {"base", LOGIC} | KIT - {"plotkit/widget"},
+    READING: {"base", HOST, LOGIC} | KIT - {"plotkit/widget"},
     PLUGIN: {"base", HOST, LOGIC, READING} | KIT,
     "hostapp/core": {"base", HOST},
     "hostapp/document": CORE | {"storage", "records/store"},

@@ -14,8 +14,7 @@ namespace plotix {
 
 namespace {
 
-constexpr int kPatience = 3000;                   // milliseconds a writer waits for another
-constexpr qint64 kMappedBytes = qint64(1) << 40;  // as much as SQLite maps; it clips this to its own limit
+constexpr int kPatience = 3000;  // milliseconds a writer waits for another
 
 QString quoted(const QString& file)
 {
@@ -117,12 +116,15 @@ Database::Database(const QString& file, DatabaseSchema schema, Access access)
                                                                                       : m_readOnly ? "?mode=ro"
                                                                                                    : "?mode=rw"));
         requireInPlace();  // else the connection may have the file that came later
+        if (access != Access::ReadWrite && lacksSpace())
+            openWithoutSpace();
         checkTables(checkHeader());
         if (access == Access::ReadWrite)
             upgrade();
         execute("PRAGMA synchronous=NORMAL");
         execute("PRAGMA cache_size=-65536");
-        execute(("PRAGMA mmap_size=" + QByteArray::number(kMappedBytes)).constData());
+        // Never mapped: a file that somebody cuts short meanwhile would end the program by a signal.
+        execute("PRAGMA mmap_size=0");
     } catch (...) {
         m_begin.reset();
         m_commit.reset();
@@ -288,9 +290,7 @@ void Database::fail(int resultCode) const
     case SQLITE_CANTOPEN:
     case SQLITE_PERM:
         throw ReportableError(QStringLiteral("%1 cannot be opened: check its permissions and its folder's.").arg(name));
-    default:
-        throw ReportableError(QStringLiteral("%1 cannot be used (%2): check the disk and try again.")
-                                  .arg(name, QString::fromUtf8(sqlite3_errmsg(m_handle))));
+    default: failForSystem();
     }
 }
 

@@ -77,6 +77,9 @@ public:
 
 private:
     void open(int flags, const QString& uri);
+    bool lacksSpace();        ///< for the log's index, which even reading needs
+    void openWithoutSpace();  ///< again, for reading alone
+    [[noreturn]] void failForSystem() const;
     void inspect(const QString& uri);
     int checkHeader();  ///< the version
     void checkTables(int version);

@@ -14,6 +14,7 @@
 #include <benchmark/benchmark.h>
 
 #include <algorithm>
+#include <limits>
 
 namespace plotix_bench {
 
@@ -60,6 +61,42 @@ void pan(benchmark::State& state, const PanCase& which)
         paintFrame(painter, image, shown.graph);
     }
     state.counters["bytes_per_sample"] = seriesBytesPerSample();
+}
+
+/// Walks of which forty pauses interrupt the recording; the times are shared.
+std::vector<CPTPointSeriesPtr> pausedSeries(int plots, std::size_t count)
+{
+    constexpr double kPause = 1e5;  // seconds
+    const std::size_t stretch = count / 40;
+    std::vector<double> times(count);
+    for (std::size_t index = 0; index < count; ++index)
+        times[index] = kStart + static_cast<double>(index) + static_cast<double>(index / stretch) * kPause;
+    const auto shared = plotix::SharedArray<double>::fromVector(std::move(times));
+    std::vector<CPTPointSeriesPtr> series;
+    for (int plot = 0; plot < plots; ++plot) {
+        plotix::SeriesBuilder builder(shared, count);
+        const std::vector<double>& values = walkValues(count, static_cast<unsigned>(plot));
+        for (std::size_t first = 0; first < count; first += plotix::SeriesBuilder::kBlock)
+            builder.setBlock(
+                first, std::span(values).subspan(first, std::min(plotix::SeriesBuilder::kBlock, count - first)), {});
+        series.push_back(builder.finish());
+    }
+    return series;
+}
+
+/// A pan over lines with gaps, which break there, or are joined.
+void panPaused(benchmark::State& state, double gapThreshold)
+{
+    BenchmarkGraph shown(pausedSeries(10, 10 * kMillion));
+    for (const CPTScatterPlotPtr& plot : shown.graph.allPlots())
+        plot->setGapThreshold(gapThreshold);
+    plotkit::GraphPainter painter;
+    QImage image(kScreen, QImage::Format_RGB32);
+    int step = 0;
+    for (auto unused : state) {
+        shown.show(1, step++ % 200, kScreen.width());
+        paintFrame(painter, image, shown.graph);
+    }
 }
 
 /// In by a twentieth a frame, forty frames, and from the beginning.
@@ -153,6 +190,9 @@ void registerFrames()
 {
     for (const PanCase& which : kPanCases)
         benchmark::RegisterBenchmark(which.name, pan, which)->Unit(benchmark::kMillisecond);
+    benchmark::RegisterBenchmark("pan/10x10M/full/1920x1080/joined", panPaused, std::numeric_limits<double>::infinity())
+        ->Unit(benchmark::kMillisecond);
+    benchmark::RegisterBenchmark("pan/10x10M/full/1920x1080/broken", panPaused, 5.0)->Unit(benchmark::kMillisecond);
     benchmark::RegisterBenchmark("zoom/10x10M/1920x1080", zoom)->Unit(benchmark::kMillisecond);
     benchmark::RegisterBenchmark("recolor/10x10M/1920x1080", recolor)->Unit(benchmark::kMillisecond);
     benchmark::RegisterBenchmark("resize/10x10M/1920x1080", resize)->Unit(benchmark::kMillisecond);

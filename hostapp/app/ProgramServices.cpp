@@ -9,11 +9,14 @@
 #include "hostapp/site/StoredReport.h"
 #include "hostapp/site/TrendRenderer.h"
 #include "hostapp/window/Appearance.h"
+#include "hostapp/window/ImportOffer.h"
 #include "hostapp/window/ScreenFit.h"
 #include "hostapp/window/SiteWindows.h"
 #include "plugins/PlotixPlugIn/host/PngImage.h"
 
+#include <QtCore/QTimer>
 #include <QtWidgets/QApplication>
+#include <QtWidgets/QMessageBox>
 #include <QtWidgets/QProgressDialog>
 
 #include <iostream>
@@ -32,8 +35,23 @@ int quitWhenDrawn(SiteWindow& window)
     QCoreApplication::sendPostedEvents(nullptr, QEvent::UpdateRequest);  // what is still to be painted
     QGuiApplication::sync();
     std::cout << "drawn" << std::endl;
-    closeAllSites();
+    closeAllSites(Closing::Ordered);
     return 0;
+}
+
+/// The site asked for, or the one that the user chooses for files to import; null: none.
+SiteWindow* windowFor(const OpenRequest& request, SiteWindows& windows)
+{
+    if (request.imports.isEmpty())
+        return windows.open(request.site);
+    while (const std::optional<ImportOffer> chosen = askWhereToImport(request.imports.first())) {
+        try {
+            return chosen->isNew ? windows.create(chosen->site) : windows.open(chosen->site);
+        } catch (const ReportableError& error) {
+            QMessageBox::critical(nullptr, QApplication::applicationDisplayName(), error.message().toHtmlEscaped());
+        }
+    }
+    return nullptr;
 }
 
 }  // namespace
@@ -55,22 +73,26 @@ int ProgramServices::open(const OpenRequest& request)
         throw ReportableError(
             QStringLiteral("There is no display to open a window on; use --screenshot FILE.png to get a "
                            "picture of it, or plotix render."));
-    return request.screenshot.isEmpty() ? runWindow(request.site) : savePicture(request);
+    return request.screenshot.isEmpty() ? runWindow(request) : savePicture(request);
 }
 
-int ProgramServices::runWindow(const QString& site)
+int ProgramServices::runWindow(const OpenRequest& request)
 {
     applyAppearance(*qApp);
     const ScreenFit screenFit;
     SiteWindows windows(windowServices(), [this](const auto& document) { m_composition.documentOpened(document); });
-    SiteWindow* const window = windows.open(site);
+    SiteWindow* const window = windowFor(request, windows);
+    if (!window)
+        return 0;  // the user wants none
     window->show();
+    if (!request.imports.isEmpty())
+        QTimer::singleShot(0, window, [window, files = request.imports] { window->askAndImportAll(files); });
     if (qEnvironmentVariableIsSet(kQuitWhenDrawn))
         return quitWhenDrawn(*window);
     QApplication::setQuitOnLastWindowClosed(true);
     const StopRequest stop;
     QObject::connect(&stop, &StopRequest::requested, qApp, [] {
-        closeAllSites();  // which stores them
+        closeAllSites(Closing::Ordered);  // which stores them
         QApplication::quit();
     });
     return QApplication::exec();

@@ -21,7 +21,7 @@ public:
     CommandProgress makeProgress(const QString& title) override;
 
 private:
-    int runWindow(const QString& site);
+    int runWindow(const OpenRequest& request);
     int savePicture(const OpenRequest& request);
     WindowServices windowServices();
 

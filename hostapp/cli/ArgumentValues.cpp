@@ -1,5 +1,6 @@
 #include "hostapp/cli/ArgumentValues.h"
 
+#include "base/WholeDay.h"
 #include "hostapp/core/OutputFile.h"
 #include "hostapp/core/QuickRanges.h"
 #include "hostapp/exchange/TimeColumnReader.h"
@@ -50,6 +51,14 @@ std::optional<double> durationFromArgument(const QString& text)
 std::optional<double> timeFromArgument(const QString& text)
 {
     return TimeColumnReader(TimeLayout::YearFirst, LocalTime(QString())).read(text.trimmed().toStdString());
+}
+
+std::optional<double> endFromArgument(const QString& text)
+{
+    const QDate day = QDate::fromString(text.trimmed(), Qt::ISODate);
+    const bool isDayAlone = day.isValid() && text.trimmed().size() == day.toString(Qt::ISODate).size();
+    const OptionalDate end = isDayAlone ? lastMomentOf(day) : std::nullopt;
+    return end ? end->seconds : timeFromArgument(text);
 }
 
 QStringList listFromArgument(const QString& text)
@@ -126,6 +135,12 @@ std::string checkDuration(const std::string& text)
 {
     return durationFromArgument(QString::fromStdString(text)) ? std::string()
                                                               : "must be written like 90, 10m, 2h or 1d, not " + text;
+}
+
+std::string checkGaps(const std::string& text)
+{
+    const bool isKnown = text == "break" || text == "join" || durationFromArgument(QString::fromStdString(text));
+    return isKnown ? std::string() : "must be break, join, or a time such as 15m, not " + text;
 }
 
 std::string checkInterval(const std::string& text)

@@ -25,6 +25,9 @@ std::optional<double> durationFromArgument(const QString& text);
 /// first moment. Nothing for anything else.
 std::optional<double> timeFromArgument(const QString& text);
 
+/// The same as the end of a span: a date alone means the whole day.
+std::optional<double> endFromArgument(const QString& text);
+
 /// "a, b,,c" is a, b and c.
 QStringList listFromArgument(const QString& text);
 
@@ -41,6 +44,7 @@ std::string checkPng(const std::string& text);
 std::string checkTable(const std::string& text);
 std::string checkTime(const std::string& text);
 std::string checkDuration(const std::string& text);
+std::string checkGaps(const std::string& text);
 std::string checkInterval(const std::string& text);
 
 }  // namespace plotix

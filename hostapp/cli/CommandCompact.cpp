@@ -4,6 +4,7 @@
 #include "hostapp/cli/Commands.h"
 #include "hostapp/cli/Options.h"
 #include "hostapp/cli/SiteLookup.h"
+#include "hostapp/document/MemoryBudget.h"
 #include "hostapp/exchange/ExactText.h"
 
 #include <QtCore/QFileInfo>
@@ -59,7 +60,8 @@ int runCommand(const CompactCommand& command, CommandContext context)
 {
     // The document is closed here: an open one would keep the file from being shortened at once.
     const std::shared_ptr<RecordStore> records = openSite(command.site)->records();
-    const CompactionRequest request{dropBefore(command)};
+    CompactionRequest request{dropBefore(command)};
+    request.memory = memoryBudget();
     const StopRequest interruption(StopRequest::From::Keyboard);
     const CommandProgress progress = makeCommandProgress(
         context.services, context.streams, QStringLiteral("Compacting %1").arg(QFileInfo(command.site).fileName()));

@@ -4,6 +4,7 @@
 #include "hostapp/cli/SiteLookup.h"
 #include "hostapp/exchange/ExactText.h"
 
+#include <algorithm>
 #include <limits>
 #include <ostream>
 
@@ -36,6 +37,24 @@ struct AgentInfo {
     std::vector<Property> properties;
 };
 
+ColumnStatistics statisticsOf(const RecordOverview::Column& column)
+{
+    ColumnStatistics statistics;
+    double sum = 0;
+    for (const RecordOverview::Summary& run : column.summaries) {
+        if (run.valid == 0)
+            continue;
+        const bool isFirst = statistics.valid == 0;
+        statistics.minimum = isFirst ? run.minimum : std::min(statistics.minimum, run.minimum);
+        statistics.maximum = isFirst ? run.maximum : std::max(statistics.maximum, run.maximum);
+        statistics.valid += run.valid;
+        sum += run.sum;
+    }
+    if (statistics.valid > 0)
+        statistics.average = sum / static_cast<double>(statistics.valid);
+    return statistics;
+}
+
 std::vector<AgentInfo> readAgents(const SiteDocument& document)
 {
     RecordStore& store = *document.records();
@@ -43,13 +62,18 @@ std::vector<AgentInfo> readAgents(const SiteDocument& document)
     for (const auto& agent : document.agents()) {
         AgentInfo& info = agents.emplace_back();
         info.name = agent->name();
-        info.records = store.overview(agent->id(), {}).records();
+        std::vector<RowId> ids;
+        for (const auto& property : agent->siteProperties())
+            ids.push_back(property->description().id);
+        // All properties at once: thousands of them, one by one, would each go through every record.
+        const RecordOverview overview = store.overview(agent->id(), ids);
+        info.records = overview.records();
         if (const std::optional<RecordExtent> extent = store.extent(agent->id())) {
             info.first = extent->first;
             info.last = extent->last;
         }
-        for (const auto& property : agent->siteProperties())
-            info.properties.push_back({property, store.statistics(agent->id(), property->description().id)});
+        for (std::size_t index = 0; index < ids.size(); ++index)
+            info.properties.push_back({agent->siteProperties()[index], statisticsOf(overview.columns[index])});
     }
     return agents;
 }

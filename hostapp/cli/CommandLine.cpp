@@ -3,6 +3,8 @@
 #include "base/ReportableError.h"
 #include "hostapp/cli/ImportWords.h"
 #include "hostapp/cli/ParsedCommand.h"
+#include "hostapp/cli/TerminalText.h"
+#include "hostapp/document/MemoryBudget.h"
 
 #include <ostream>
 
@@ -30,8 +32,13 @@ ParsedCommand parsedOrWrong(const QStringList& arguments)
 
 }  // namespace
 
-int runCommandLine(const QStringList& arguments, CommandServices& services, CommandStreams streams)
+int runCommandLine(const QStringList& arguments, CommandServices& services, CommandStreams given)
 {
+    // Names in files and sites are other people's: whatever is printed goes through here.
+    HarmlessStream output(given.output), error(given.error);
+    CommandStreams streams{output, error, given.errorIsTerminal, &given.error};
+    if (const auto problem = memoryBudgetProblem())
+        fail(streams, *problem, kCommandDone);
     const ParsedCommand parsed = parsedOrWrong(arguments);
     if (parsed.help) {
         streams.output << parsed.help->toStdString() << std::flush;
@@ -43,13 +50,13 @@ int runCommandLine(const QStringList& arguments, CommandServices& services, Comm
         const int status = parsed.command.run({services, streams});
         streams.output << std::flush;
         return status;
-    } catch (const ReportableError& error) {
-        return fail(streams, error.message(), kCommandFailed);
+    } catch (const ReportableError& failure) {
+        return fail(streams, failure.message(), kCommandFailed);
     } catch (const std::bad_alloc&) {
         return fail(streams, QStringLiteral("there is not enough memory for this; choose a shorter span of time"),
                     kCommandFailed);
-    } catch (const std::exception& error) {
-        return fail(streams, QString::fromUtf8(error.what()), kCommandFailed);
+    } catch (const std::exception& failure) {
+        return fail(streams, QString::fromUtf8(failure.what()), kCommandFailed);
     }
 }
 

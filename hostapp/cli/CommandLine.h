@@ -15,7 +15,8 @@ namespace plotix {
 struct CommandStreams {
     std::ostream& output;
     std::ostream& error;
-    bool errorIsTerminal = false;  ///< a progress bar is drawn on `error` only when true
+    bool errorIsTerminal = false;      ///< a progress bar is drawn on `error` only when true
+    std::ostream* terminal = nullptr;  ///< where it is drawn, when `error` lets no control characters through
 };
 
 /// Exit statuses. Stored in scripts everywhere: never change.

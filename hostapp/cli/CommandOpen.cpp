@@ -13,6 +13,7 @@
 
 #include <QtCore/QFileInfo>
 
+#include <algorithm>
 #include <ostream>
 
 /// Opening: the site asked for, or the demonstration site, which is made on first use and is then always up to date.
@@ -22,7 +23,7 @@ namespace plotix {
 namespace {
 
 struct OpenCommand {
-    QString site;               ///< empty: the demonstration site
+    QStringList files;          ///< a site, or files of measurements; empty: the demonstration site
     QString screenshot;         ///< empty: a window on the screen
     std::optional<QSize> size;  ///< of the window in the picture
 };
@@ -98,20 +99,55 @@ int drawDemonstration(const QString& site, CommandContext context)
     return kCommandDone;
 }
 
-int runCommand(const OpenCommand& command, CommandContext context)
+bool isSiteName(const QString& file)
 {
+    return file.endsWith(QLatin1String(".plotix"), Qt::CaseInsensitive);
+}
+
+bool isSite(const QString& file)
+{
+    return isSiteName(file) || kindOfFile(file) == FileKind::Database;
+}
+
+/// A window on the files of measurements, for which the user is asked where they go.
+int offerImport(const OpenCommand& command, CommandContext context)
+{
+    if (!command.screenshot.isEmpty() || !context.services.hasDisplay())
+        throw ReportableError(
+            QStringLiteral("%1 is not a site; plotix import reads measurements into one").arg(command.files.first()));
+    OpenRequest request;
+    for (const QString& file : command.files)
+        request.imports << QFileInfo(file).absoluteFilePath();
+    return context.services.open(request);
+}
+
+int openSiteOrDemonstration(const OpenCommand& command, CommandContext context)
+{
+    const QString site = command.files.value(0);
     const bool needsDisplay = command.screenshot.isEmpty() && !context.services.hasDisplay();
-    if (needsDisplay && !command.site.isEmpty())
+    if (needsDisplay && !site.isEmpty())
         throw ReportableError(
             QStringLiteral("there is no display to open a window on; use plotix render, or --screenshot"));
     if (!command.screenshot.isEmpty())
         requireWritable(FileKind::Png, command.screenshot);
-    OpenRequest request{command.site, command.screenshot, command.size.value_or(kUsualWindowSize)};
-    if (command.site.isEmpty() || isDemonstration(command.site))
+    OpenRequest request{site, {}, command.screenshot, command.size.value_or(kUsualWindowSize)};
+    if (site.isEmpty() || isDemonstration(site))
         request.site = openDemonstration(context);
-    else if (!QFileInfo::exists(command.site))
-        throw ReportableError(QStringLiteral("there is no site %1; plotix import makes one").arg(command.site));
     return needsDisplay ? drawDemonstration(request.site, context) : context.services.open(request);
+}
+
+int runCommand(const OpenCommand& command, CommandContext context)
+{
+    for (const QString& file : command.files)
+        if (!QFileInfo::exists(file))
+            throw ReportableError((isSiteName(file) ? QStringLiteral("there is no site %1; plotix import makes one")
+                                                    : QStringLiteral("there is no file %1"))
+                                      .arg(file));
+    const auto sites = std::count_if(command.files.begin(), command.files.end(), isSite);
+    if (sites > 0 && command.files.size() > 1)
+        throw ReportableError(QStringLiteral("one site at a time; plotix import reads measurements into one"));
+    return sites > 0 || command.files.isEmpty() ? openSiteOrDemonstration(command, context)
+                                                : offerImport(command, context);
 }
 
 }  // namespace
@@ -121,7 +157,7 @@ Command addOpen(CLI::App& program)
     const auto options = std::make_shared<OpenCommand>();
     CLI::App* open =
         program.add_subcommand("open", "Open a site in the site window; without SITE the demonstration site");
-    addText(open, "SITE", options->site, "A site document, NAME.plotix");
+    addTexts(open, "SITE", options->files, "A site document, NAME.plotix; or files of measurements to import");
     addText(open, "--screenshot", options->screenshot, "Save a picture of the window when the trend is drawn, and exit")
         ->type_name("FILE.png")
         ->check(checkPng);

@@ -1,6 +1,7 @@
 #include "hostapp/cli/CommandProgressBar.h"
 
 #include "base/StopRequest.h"
+#include "hostapp/cli/TerminalText.h"
 
 #include <QtCore/QElapsedTimer>
 
@@ -48,7 +49,8 @@ std::string progressLine(const QString& title, double fraction)
     const double part = std::isnan(fraction) ? 0 : std::clamp(fraction, 0.0, 1.0);
     const int full = static_cast<int>(std::lround(part * kBarWidth));
     return QStringLiteral("%1  [%2%3] %4 %")
-        .arg(title, QString(full, QLatin1Char('=')), QString(kBarWidth - full, QLatin1Char(' ')))
+        .arg(QString::fromStdString(harmlessText(title.toStdString())), QString(full, QLatin1Char('=')),
+             QString(kBarWidth - full, QLatin1Char(' ')))
         .arg(static_cast<int>(part * 100), 3)
         .toStdString();
 }
@@ -56,7 +58,9 @@ std::string progressLine(const QString& title, double fraction)
 CommandProgress makeCommandProgress(CommandServices& services, CommandStreams streams, const QString& title)
 {
     const CommandProgress own = services.makeProgress(title);
-    const auto bar = !own && streams.errorIsTerminal ? std::make_shared<TerminalBar>(streams.error, title) : nullptr;
+    const auto bar = !own && streams.errorIsTerminal
+                         ? std::make_shared<TerminalBar>(streams.terminal ? *streams.terminal : streams.error, title)
+                         : nullptr;
     return [own, bar](double fraction) {
         if (bar)
             bar->draw(fraction);

@@ -91,6 +91,8 @@ int runCommand(const RecordCommand& command, CommandContext context)
         throw ReportableError(status.message);
     context.streams.output << "Recorded " << status.stored << (status.stored == 1 ? " record" : " records") << " into "
                            << path << '.' << std::endl;
+    if (status.state == RecordingStatus::State::ClockSetBack)
+        throw ReportableError(status.message);
     if (const std::size_t missing = status.waiting + status.lost)
         throw ReportableError(QStringLiteral("%1 records could not be stored: %2").arg(missing).arg(status.message));
     return kCommandDone;

@@ -16,9 +16,20 @@ struct RenderCommand {
     QString site, output;
     RecordChoice choice;
     std::optional<QSize> size;
-    QString title;
+    QString title, gaps;
     bool bare = false;
 };
+
+/// "break", "join", or the longest time that is still joined.
+QVariantMap readingOf(const QString& gaps)
+{
+    if (gaps.isEmpty())
+        return {};
+    QVariantMap reading{{QStringLiteral("brokenLines"), gaps != QLatin1String("join")}};
+    if (const std::optional<double> longest = durationFromArgument(gaps))
+        reading.insert(QStringLiteral("longestJoin"), *longest);
+    return reading;
+}
 
 bool isPdf(const RenderCommand& command)
 {
@@ -68,6 +79,7 @@ int runCommand(const RenderCommand& command, CommandContext context)
     trend.title = command.title;
     request.size = command.size.value_or(kUsualGraphSize);
     request.bare = command.bare;
+    request.reading = readingOf(command.gaps);
     request.format = isPdf(command) ? RenderRequest::Format::Pdf : RenderRequest::Format::Png;
     writeOutput(kind, command.output, context.services.render(request));
     return kCommandDone;
@@ -89,6 +101,10 @@ Command addRender(CLI::App& program)
     addSize(render, "--size", options->size,
             "Size of the graph in points; " + argumentFromSize(kUsualGraphSize) + " unless given");
     addText(render, "--title", options->title, "A title above the graph")->type_name("TEXT");
+    addText(render, "--gaps", options->gaps,
+            "Where nothing was recorded: break the line, which is the default; join it; or join gaps up to a time")
+        ->type_name("break|join|TIME")
+        ->check(checkGaps);
     render->add_flag("--bare", options->bare, "The plain graph that programs ask for: no date labels, no styling; PNG");
     render->footer("Examples:\n  plotix render nyc.plotix --agent EWR --properties airTemperature,pressure \\\n"
                    "    --size 1200x600 --title \"Newark 2013\" --output newark.png\n"
@@ -98,6 +114,8 @@ Command addRender(CLI::App& program)
     command.contradiction = [options]() -> std::optional<QString> {
         if (options->bare && isPdf(*options))
             return QStringLiteral("--bare draws PNG only; give an --output that ends in .png");
+        if (options->bare && !options->gaps.isEmpty())
+            return QStringLiteral("--bare always joins gaps; leave out --gaps");
         return contradictionIn(options->choice);
     };
     return command;

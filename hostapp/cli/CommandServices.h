@@ -16,7 +16,8 @@ namespace plotix {
 
 /// The site window, or a picture of it.
 struct OpenRequest {
-    QString site;                             ///< path of an existing site document
+    QString site;                             ///< path of an existing site document; empty when there are `imports`
+    QStringList imports{};                    ///< files of measurements; the user is asked for the site they go into
     QString screenshot;                       ///< PNG file to save the whole window in, then exit; empty: none
     QSize screenshotSize = kUsualWindowSize;  ///< of the window, points
 };

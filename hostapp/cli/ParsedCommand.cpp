@@ -1,5 +1,8 @@
 #include "hostapp/cli/ParsedCommand.h"
 
+#include <QtCore/QCoreApplication>
+#include <QtCore/QFileInfo>
+
 #include <CLI/CLI.hpp>
 
 #include <algorithm>
@@ -47,6 +50,8 @@ std::optional<QString> parse(CLI::App& program, const QStringList& arguments, st
     } catch (const CLI::CallForHelp&) {
         const auto given = program.get_subcommands();
         help = QString::fromStdString((given.empty() ? &program : given.front())->help());
+    } catch (const CLI::CallForVersion&) {
+        help = QStringLiteral("plotix %1\n").arg(QCoreApplication::applicationVersion());
     } catch (const CLI::ExtrasError&) {
         return unknownWords(program).simplified();
     } catch (const CLI::ParseError& error) {
@@ -55,18 +60,35 @@ std::optional<QString> parse(CLI::App& program, const QStringList& arguments, st
     return {};
 }
 
+/// Files named without a command, as a desktop names them that starts the program with them, are opened. What is no
+/// file and looks like none is a misspelt command.
+QStringList withCommand(const QStringList& arguments, const std::vector<Command>& commands)
+{
+    const QString first = arguments.value(0);
+    if (first.isEmpty() || first.startsWith(QLatin1Char('-')))
+        return arguments;
+    for (const Command& command : commands)
+        if (command.words->get_name() == first.toStdString())
+            return arguments;
+    const bool looksLikeAFile = first.contains(QLatin1Char('/')) || first.contains(QLatin1Char('.'));
+    return looksLikeAFile || QFileInfo(first).isFile() ? QStringList("open") + arguments : arguments;
+}
+
 }  // namespace
 
 ParsedCommand parseCommandLine(const QStringList& arguments)
 {
     CLI::App program("Plotix draws trends of measured properties.", "plotix");
     program.require_subcommand(0, 1);
-    program.footer("Without a command the demonstration site is opened.\n"
-                   "\"plotix COMMAND --help\" explains a command with an example.\n"
-                   "Exit status: 0 done, 1 failed (one line says why), 2 wrong usage.");
+    program.set_version_flag("--version", "");  // the text is ours
+    program.footer(
+        "Without a command the demonstration site is opened; \"plotix FILE\" opens a site, and asks where to\n"
+        "import a file of measurements.\n"
+        "\"plotix COMMAND --help\" explains a command with an example.\n"
+        "Exit status: 0 done, 1 failed (one line says why), 2 wrong usage.");
     const std::vector<Command> commands = addCommands(program);
     ParsedCommand parsed;
-    parsed.wrongUsage = parse(program, arguments, parsed.help);
+    parsed.wrongUsage = parse(program, withCommand(arguments, commands), parsed.help);
     parsed.command = commands.front();
     if (parsed.help || parsed.wrongUsage)
         return parsed;

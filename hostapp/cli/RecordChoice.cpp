@@ -7,11 +7,14 @@ namespace plotix {
 
 namespace {
 
-void addBound(CLI::App* command, const char* name, std::optional<double>& time, QString& word, const char* help)
+using Reading = std::optional<double> (*)(const QString&);
+
+void addBound(CLI::App* command, const char* name, std::optional<double>& time, QString& word, const char* help,
+              Reading read)
 {
-    const auto take = [&time, &word](const std::string& given) {
+    const auto take = [&time, &word, read](const std::string& given) {
         word = QString::fromStdString(given);
-        time = timeFromArgument(word);
+        time = read(word);
     };
     command->add_option_function<std::string>(name, take, help)->type_name("T")->check(checkTime);
 }
@@ -23,8 +26,10 @@ void addRecordChoice(CLI::App* command, RecordChoice& choice)
     addText(command, "--agent", choice.agent, "Whose records; may be left out when there is only one agent")
         ->type_name("NAME");
     addList(command, "--properties", choice.properties, "Names or keys; all unless given")->type_name("A,B,…");
-    addBound(command, "--from", choice.from, choice.fromWord, "ISO 8601, such as 2013-07-01 or 2013-07-01T12:00:00Z");
-    addBound(command, "--to", choice.to, choice.toWord, "As --from; inclusive");
+    addBound(command, "--from", choice.from, choice.fromWord, "ISO 8601, such as 2013-07-01 or 2013-07-01T12:00:00Z",
+             timeFromArgument);
+    addBound(command, "--to", choice.to, choice.toWord, "As --from; inclusive, and a date alone means the whole day",
+             endFromArgument);
 }
 
 void addRange(CLI::App* command, RecordChoice& choice)

@@ -103,6 +103,19 @@ std::uint64_t memoryBudget()
     return machineMemory() / 2;
 }
 
+std::optional<QString> memoryBudgetProblem()
+{
+    const auto problem = [](const char* name, const QString& text) {
+        return QStringLiteral("%1 is “%2”, which is no size such as 8 GB, so it is passed over; %3 may be used")
+            .arg(QLatin1String(name), text, sizeText(static_cast<double>(memoryBudget())));
+    };
+    const QString variable = qEnvironmentVariable(kVariable);
+    if (!variable.isEmpty())
+        return sizeFromText(variable) ? std::nullopt : std::optional(problem(kVariable, variable));
+    const QString setting = QSettings().value(QLatin1String(kKey)).toString();
+    return setting.isEmpty() || sizeFromText(setting) ? std::nullopt : std::optional(problem(kKey, setting));
+}
+
 QString sentenceOf(const MemoryShortage& shortage)
 {
     return MemoryText::tr(

@@ -13,8 +13,11 @@
 namespace plotix {
 
 /// The environment variable PLOTIX_MEMORY_BUDGET, else the user's setting "Memory/budget", else half of the machine's
-/// memory. A text that is not a size is ignored.
+/// memory. A text that is not a size is passed over; `memoryBudgetProblem` says so.
 std::uint64_t memoryBudget();
+
+/// What is wrong with the variable or the setting that would have counted, in one line; nothing when all is well.
+std::optional<QString> memoryBudgetProblem();
 
 /// Reads "8 GB", "500M", "1.5T" or plain bytes: a number above 0, perhaps K, M, G or T, perhaps B.
 std::optional<std::uint64_t> sizeFromText(const QString& text);

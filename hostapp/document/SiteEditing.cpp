@@ -2,6 +2,7 @@
 
 #include "base/ReportableError.h"
 #include "hostapp/core/Units.h"
+#include "hostapp/document/AgentLock.h"
 #include "hostapp/document/ArchivedReferences.h"
 #include "hostapp/document/ElementMoving.h"
 #include "hostapp/document/RecordKeeping.h"
@@ -72,6 +73,12 @@ public:
         for (const Description& description : m_tables.properties(agent))
             ids.push_back(description.id);
         return ids;
+    }
+
+    /// A recorder goes on with the numbers of the properties it found when it began.
+    void requireNotRecorded(const SiteStore::Agent& agent) const
+    {
+        const AgentLock lock(m_database.file(), agent.id, agent.name);
     }
 
     void begin(Kind kind, const QString& subject)
@@ -226,6 +233,7 @@ EditOutcome mergeProperties(const QString& site, RowId id, RowId intoId)
     const Description from = edit.property(id), into = edit.property(intoId);
     if (id == intoId || edit.agentOf(intoId).id != agent.id)
         throw ReportableError(QStringLiteral("Choose two properties of one agent to merge."));
+    edit.requireNotRecorded(agent);
     edit.begin(Kind::Merge, subjectOf(subjectOf(agent, from), into.name));
     absorb(edit, agent.id, from, agent.id, into);
     edit.takeOut(agent.id, {from.id});
@@ -243,6 +251,7 @@ EditOutcome mergeAgents(const QString& site, RowId id, RowId intoId)
     const SiteStore::Agent agent = edit.agent(id), into = edit.agent(intoId);
     if (id == intoId)
         throw ReportableError(QStringLiteral("Choose two agents to merge."));
+    edit.requireNotRecorded(agent);
     edit.begin(Kind::Merge, subjectOf(agent.name, into.name));
     const std::vector<RowId> all = edit.propertyIds(id);
     std::vector<MovedProperty> moved;
@@ -273,6 +282,7 @@ EditOutcome deleteProperty(const QString& site, RowId id)
 {
     SiteEdit edit(site);
     const SiteStore::Agent agent = edit.agentOf(id);
+    edit.requireNotRecorded(agent);
     edit.begin(Kind::Delete, subjectOf(agent, edit.property(id)));
     edit.countValues(agent.id, {id});
     edit.takeOut(agent.id, {id});
@@ -285,6 +295,7 @@ EditOutcome deleteAgent(const QString& site, RowId id)
 {
     SiteEdit edit(site);
     const SiteStore::Agent agent = edit.agent(id);
+    edit.requireNotRecorded(agent);
     edit.begin(Kind::Delete, agent.name);
     const std::vector<RowId> all = edit.propertyIds(id);
     edit.countValues(id, all);

@@ -1,6 +1,7 @@
 #include "hostapp/live/Recording.h"
 
 #include "base/ReportableError.h"
+#include "hostapp/document/AgentLock.h"
 #include "hostapp/document/RecordKeeping.h"
 #include "hostapp/document/SiteTransaction.h"
 
@@ -8,6 +9,7 @@
 #include <QtCore/QFileInfo>
 
 #include <algorithm>
+#include <cmath>
 #include <limits>
 
 namespace plotix {
@@ -22,10 +24,10 @@ Recording::Recording(const QString& site, std::unique_ptr<ReadingSource> source,
     : m_site(QFileInfo(site).absoluteFilePath()), m_source(std::move(source)), m_agentName(m_source->agentName())
 {
     makeProperties(m_source->start(interval));
+    m_lock = std::make_unique<AgentLock>(m_site, m_agent, m_agentName);
     m_records = recordsOfSite(m_site);
     openAppender();
-    if (const std::optional<RecordExtent> before = m_records->extent(m_agent))
-        m_status.last = before->last;
+    askForLast();
 }
 
 Recording::~Recording()
@@ -45,6 +47,23 @@ void Recording::makeProperties(const std::vector<SourceProperty>& properties)
     transaction.commit();
 }
 
+void Recording::askForLast()
+{
+    const std::optional<RecordExtent> before = m_records->extent(m_agent);
+    m_status.last = before ? std::optional(before->last) : std::nullopt;
+}
+
+/// The record that lies ahead may be the wrong one: a clock that once stood wrong.
+QString Recording::aheadMessage(double last, double now) const
+{
+    const auto iso = [](double seconds) {
+        return QDateTime::fromMSecsSinceEpoch(static_cast<qint64>(seconds * 1000), Qt::UTC).toString(Qt::ISODate);
+    };
+    return QStringLiteral("The last record lies ahead of the clock: recording goes on after %1. If that time is wrong, "
+                          "this takes it out: plotix edit %2 --agent \"%3\" --remove --from %4")
+        .arg(iso(last), QFileInfo(m_site).fileName(), m_agentName, iso(std::ceil(now)));
+}
+
 std::optional<double> Recording::lastTime() const
 {
     return m_waiting.empty() ? m_status.last : std::optional(m_waiting.back().time);
@@ -57,6 +76,12 @@ RecordingStatus Recording::record(double now)
     std::vector<Reading> readings;
     QString sourceProblem;
     try {
+        // Somebody may have taken out what lies ahead.
+        if (m_status.state == RecordingStatus::State::ClockSetBack && m_waiting.empty())
+            askForLast();
+    } catch (const ReportableError&) {  // it is asked for again
+    }
+    try {
         readings = m_source->read(now);
     } catch (const ReportableError& error) {
         sourceProblem = error.message();
@@ -65,6 +90,8 @@ RecordingStatus Recording::record(double now)
     const auto isLate = [&last](const Reading& reading) { return last && reading.time <= *last; };
     const bool clockWasSetBack = !readings.empty() && std::all_of(readings.begin(), readings.end(), isLate);
     takeIn(std::move(readings));
+    m_status.state = RecordingStatus::State::Recording;
+    m_status.message.clear();
     storeWaiting();
     if (isOver())
         return m_status;
@@ -73,9 +100,7 @@ RecordingStatus Recording::record(double now)
         m_status.message = sourceProblem;
     } else if (clockWasSetBack) {
         m_status.state = RecordingStatus::State::ClockSetBack;
-        m_status.message =
-            QStringLiteral("The clock stands before the last record: recording goes on after %1.")
-                .arg(QDateTime::fromMSecsSinceEpoch(static_cast<qint64>(*last * 1000)).toString(Qt::ISODate));
+        m_status.message = aheadMessage(*last, now);
     }
     return m_status;
 }
@@ -110,10 +135,11 @@ RecordingStatus Recording::storeWaiting()
 {
     if (isOver())
         return m_status;
-    m_status.state = RecordingStatus::State::Recording;
-    m_status.message.clear();
-    if (!m_waiting.empty())
+    if (!m_waiting.empty()) {
+        m_status.state = RecordingStatus::State::Recording;
+        m_status.message.clear();
         tryToStore();
+    }
     m_status.waiting = m_waiting.size();
     return m_status;
 }

@@ -14,8 +14,9 @@
 /// What is stored stays stored. While the site cannot be written (another program writes it, the disk is full, the file
 /// is gone) records wait in memory and every call tries again; with more than kMostWaiting of them the oldest are
 /// dropped. Readings at or before the last record, as after the clock was set back, are left out: they would replace
-/// stored records. When another file takes the site's name, the recording is over: nothing is written to that file, and
-/// what was stored is kept beside it if it would be gone otherwise. One thread at a time.
+/// stored records; once those that lie ahead were taken out, recording goes on. One recording at a time has an agent; a
+/// second one is refused. When another file takes the site's name, the recording is over: nothing is written to that
+/// file, and what was stored is kept beside it if it would be gone otherwise. One thread at a time.
 namespace plotix {
 
 struct RecordingStatus {
@@ -33,6 +34,8 @@ struct RecordingStatus {
     std::size_t lost = 0;          ///< records dropped
     std::optional<double> last{};  ///< time of the last record stored, of this recording or an earlier one
 };
+
+class AgentLock;  // hostapp/document
 
 class Recording {
 public:
@@ -67,6 +70,8 @@ private:
     void tryToStore();
     bool isOver() const { return m_status.state == RecordingStatus::State::SiteReplaced; }
     std::optional<double> lastTime() const;
+    void askForLast();
+    QString aheadMessage(double last, double now) const;
 
     QString m_site;
     std::unique_ptr<ReadingSource> m_source;
@@ -74,6 +79,7 @@ private:
     RowId m_agent = 0;
     QStringList m_names;
     std::vector<RowId> m_properties;  // in the order of the names
+    std::unique_ptr<AgentLock> m_lock;
     std::shared_ptr<RecordStore> m_records;
     std::unique_ptr<RecordAppender> m_appender;
     std::deque<Reading> m_waiting;

@@ -102,6 +102,44 @@ void showRange(KTVPlugIn* plugIn, double from, double to)
         QMetaObject::invokeMethod(plugIn, "showRange", Qt::DirectConnection, Q_ARG(double, from), Q_ARG(double, to));
 }
 
+void readRange(KTVPlugIn* plugIn, double from, double to)
+{
+    if (plugIn && plugIn->metaObject()->indexOfMethod("readRange(double,double)") >= 0)
+        QMetaObject::invokeMethod(plugIn, "readRange", Qt::DirectConnection, Q_ARG(double, from), Q_ARG(double, to));
+}
+
+QObject* readSpansOf(const KTVPlugIn* plugIn)
+{
+    QObject* spans = nullptr;
+    if (plugIn && plugIn->metaObject()->indexOfMethod("readSpans()") >= 0)
+        QMetaObject::invokeMethod(const_cast<KTVPlugIn*>(plugIn), "readSpans", Qt::DirectConnection,
+                                  Q_RETURN_ARG(QObject*, spans));
+    return spans;
+}
+
+QVariantMap spansTold(const KTVPlugIn* plugIn)
+{
+    QVariantMap spans;
+    QObject* told = readSpansOf(plugIn);
+    if (told && told->metaObject()->indexOfMethod("spans()") >= 0)
+        QMetaObject::invokeMethod(told, "spans", Qt::DirectConnection, Q_RETURN_ARG(QVariantMap, spans));
+    return spans;
+}
+
+void sendToReadSpans(KTVPlugIn* plugIn, const char* operation)
+{
+    QObject* told = readSpansOf(plugIn);
+    if (told && told->metaObject()->indexOfMethod(QByteArray(operation) + "()") >= 0)
+        QMetaObject::invokeMethod(told, operation, Qt::DirectConnection);
+}
+
+void sendToReadSpans(KTVPlugIn* plugIn, const char* operation, bool chosen)
+{
+    QObject* told = readSpansOf(plugIn);
+    if (told && told->metaObject()->indexOfMethod(QByteArray(operation) + "(bool)") >= 0)
+        QMetaObject::invokeMethod(told, operation, Qt::DirectConnection, Q_ARG(bool, chosen));
+}
+
 std::optional<QVariantMap> reading(const KTVPlugIn* plugIn)
 {
     if (!plugIn || plugIn->metaObject()->indexOfMethod("reading()") < 0 ||

@@ -36,6 +36,15 @@ std::optional<std::pair<double, double>> shownRange(const KTVPlugIn* plugIn);   
 std::optional<std::pair<double, double>> refreshedRange(const KTVPlugIn* plugIn);  ///< that its last refresh asked for
 void showRange(KTVPlugIn* plugIn, double from, double to);  ///< shown some time later; one that cannot: nothing
 
+/// Has the records of a range read while the graph stays where it is; one that cannot: nothing.
+void readRange(KTVPlugIn* plugIn, double from, double to);
+
+/// The object that tells what is read, drawn and chosen, owned by the plug-in; null when there is none. Its operations:
+QObject* readSpansOf(const KTVPlugIn* plugIn);
+QVariantMap spansTold(const KTVPlugIn* plugIn);                               ///< empty when it cannot tell
+void sendToReadSpans(KTVPlugIn* plugIn, const char* operation);               ///< one it does not have: nothing
+void sendToReadSpans(KTVPlugIn* plugIn, const char* operation, bool chosen);  ///< likewise
+
 /// Whether the plug-in gives what a page of the host's own report shows.
 bool canPrintOnPage(const KTVPlugIn* plugIn);
 QVariantMap reportContents(KTVPlugIn* plugIn);  ///< as the plug-in's operation of this name; empty: nothing to show

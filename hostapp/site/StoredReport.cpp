@@ -22,11 +22,13 @@ QString listedTitles(const std::vector<KTVPlugInPtr>& views)
     QStringList titles;
     for (const KTVPlugInPtr& view : views)
         titles << titleOf(*view);
-    return titles.isEmpty() ? QStringLiteral("none") : titles.join(QStringLiteral(", "));
+    return titles.join(QStringLiteral(", "));
 }
 
 KTVPlugInPtr viewTitled(const std::vector<KTVPlugInPtr>& views, const QString& title)
 {
+    if (views.empty())
+        throw ReportableError(QStringLiteral("the site has no trend to report on; plotix open makes one"));
     if (title.isEmpty() && views.size() == 1)
         return views.front();
     for (const Qt::CaseSensitivity sensitivity : {Qt::CaseSensitive, Qt::CaseInsensitive})
@@ -49,6 +51,7 @@ QByteArray pdfOfStoredReport(const ReportRequest& request, KTVPlugInModule* modu
     const KTVPlugInPtr view = viewTitled(printableViews(site), request.view);
     view->view();  // loading the view starts the fetch
     site.requireRecords();
+    site.settle(*view, Wanted::Exact);
     return ViewReport(view, request.form).pdf();
 }
 

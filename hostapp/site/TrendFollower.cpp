@@ -3,8 +3,9 @@
 #include "hostapp/site/PlugInOperations.h"
 #include "plugins/PlotixPlugIn/host/KTVPlugInViews.h"
 
+#include <QtCore/QDateTime>
+
 #include <algorithm>
-#include <cmath>
 #include <limits>
 #include <vector>
 
@@ -19,14 +20,44 @@ constexpr double kLatestMove = 60;      // seconds
 constexpr double kLatestAnswer = 20;    // seconds; then it is moved again
 constexpr double kShortestSpan = 10;    // seconds
 constexpr double kLongestSpan = 3.0e8;  // seconds; a trend shows a little less than ten years
-constexpr double kSameMoment = 0.01;    // seconds; a range is stored as location and length, which rounds its end
+constexpr double kHour = 3600;          // seconds
+constexpr double kDay = 86'400;         // seconds
 
-bool isSame(const std::pair<double, double>& one, const std::pair<double, double>& other)
+/// A row for each span. The names are stored: never change.
+struct SpanRow {
+    FollowSpan span;
+    const char* name;
+};
+constexpr SpanRow kRows[] = {{FollowSpan::PresentLength, "presentLength"},
+                             {FollowSpan::LastHour, "lastHour"},
+                             {FollowSpan::LastDay, "lastDay"},
+                             {FollowSpan::Today, "today"},
+                             {FollowSpan::All, "all"}};
+
+/// The calendar day that holds a moment, in the user's zone.
+MomentSpan dayOf(double moment)
 {
-    return std::abs(one.first - other.first) < kSameMoment && std::abs(one.second - other.second) < kSameMoment;
+    const QDate day = QDateTime::fromMSecsSinceEpoch(qint64(moment * 1000)).date();
+    const auto start = [](const QDate& date) { return double(date.startOfDay().toMSecsSinceEpoch()) / 1000; };
+    return {start(day), start(day.addDays(1))};
 }
 
 }  // namespace
+
+QString followSpanName(FollowSpan span)
+{
+    const auto* row =
+        std::find_if(std::begin(kRows), std::end(kRows), [span](const auto& r) { return r.span == span; });
+    return QString::fromLatin1(row->name);
+}
+
+std::optional<FollowSpan> followSpanNamed(const QString& name)
+{
+    for (const SpanRow& row : kRows)
+        if (name == QLatin1String(row.name))
+            return row.span;
+    return std::nullopt;
+}
 
 TrendFollower::TrendFollower(Clock clock, Rests rests) : m_clock(std::move(clock)), m_rests(rests)
 {
@@ -44,27 +75,37 @@ bool TrendFollower::isFollowing(const KTVPlugIn* plugIn) const
     return m_followed.contains(plugIn);
 }
 
-void TrendFollower::follow(const KTVPlugInPtr& plugIn)
+std::optional<FollowSpan> TrendFollower::followedSpan(const KTVPlugIn* plugIn) const
 {
-    if (!canFollow(plugIn.get()) || isFollowing(plugIn.get()))
+    const auto found = m_followed.find(plugIn);
+    return found == m_followed.end() ? std::nullopt : std::optional(found->second.chosen);
+}
+
+void TrendFollower::follow(const KTVPlugInPtr& plugIn, FollowSpan chosen)
+{
+    if (!canFollow(plugIn.get()) || followedSpan(plugIn.get()) == chosen)
         return;
     const std::optional<Range> shown = shownRange(plugIn.get());
     if (!shown)
         return;
     constexpr double kNever = -std::numeric_limits<double>::infinity();
-    const double span = std::clamp(shown->second - shown->first, kShortestSpan, kLongestSpan);
-    Followed followed{plugIn, span, *shown, *shown, *shown, kNever};
+    const double length = std::clamp(shown->second - shown->first, kShortestSpan, kLongestSpan);
+    Followed followed{plugIn, chosen, length, *shown, *shown, *shown, kNever};
+    sendToReadSpans(plugIn.get(), "setSpanKept", true);
     if (isSeen(*plugIn))
         move(*plugIn, followed, m_clock());
-    m_followed.emplace(plugIn.get(), followed);
+    m_followed.insert_or_assign(plugIn.get(), followed);
     m_timer.start();
     emit followingChanged();
 }
 
 void TrendFollower::stopFollowing(const KTVPlugIn* plugIn)
 {
-    if (m_followed.erase(plugIn) == 0)
+    const auto found = m_followed.find(plugIn);
+    if (found == m_followed.end())
         return;
+    sendToReadSpans(found->second.plugIn.lock().get(), "setSpanKept", false);
+    m_followed.erase(found);
     if (m_followed.empty())
         m_timer.stop();
     emit followingChanged();
@@ -87,15 +128,16 @@ TrendFollower::Verdict TrendFollower::lookAfter(Followed& followed, double now)
     const std::optional<Range> shown = shownRange(plugIn.get());
     if (!shown)
         return Verdict::LetGo;
-    const bool answered = isSame(*shown, followed.asked);
-    const bool waits = isSame(*shown, followed.shown);
+    const bool answered = isSameSpan(*shown, followed.asked);
+    const bool waits = isSameSpan(*shown, followed.shown);
     if (!answered && !waits && !isRefreshed(*plugIn, followed, *shown))
         return Verdict::LetGo;
     if (!isSeen(*plugIn))
         return Verdict::Keep;  // it is moved when it is visible again
-    const double due = answered ? std::clamp(followed.span / kPixels, kSoonestMove, kLatestMove)
-                       : waits  ? kLatestAnswer
-                                : 0;
+    const double due =
+        answered ? std::clamp((followed.asked.second - followed.asked.first) / kPixels, kSoonestMove, kLatestMove)
+        : waits  ? kLatestAnswer
+                 : 0;
     const double since = now - followed.askedAt;
     if (since >= due || since < 0)  // a clock that was set back is followed too
         move(*plugIn, followed, now);
@@ -111,16 +153,32 @@ bool TrendFollower::isSeen(KTVPlugIn& plugIn) const
 bool TrendFollower::isRefreshed(const KTVPlugIn& plugIn, const Followed& followed, const Range& shown)
 {
     const std::optional<Range> refreshed = refreshedRange(&plugIn);
-    const bool isOurs = refreshed && (isSame(*refreshed, followed.asked) || isSame(*refreshed, followed.askedBefore) ||
-                                      isSame(*refreshed, followed.shown));
-    return isOurs && shown.first >= refreshed->first - kSameMoment && shown.second <= refreshed->second + kSameMoment;
+    const bool isOurs =
+        refreshed && (isSameSpan(*refreshed, followed.asked) || isSameSpan(*refreshed, followed.askedBefore) ||
+                      isSameSpan(*refreshed, followed.shown));
+    return isOurs && isWithin(shown, *refreshed);
+}
+
+TrendFollower::Range TrendFollower::rangeOf(const KTVPlugIn& plugIn, const Followed& followed, double now) const
+{
+    switch (followed.chosen) {
+    case FollowSpan::PresentLength: break;
+    case FollowSpan::LastHour: return {now - kHour, now};
+    case FollowSpan::LastDay: return {now - kDay, now};
+    case FollowSpan::Today: return dayOf(now);
+    case FollowSpan::All: {
+        const std::optional<double> first = m_firstRecord ? m_firstRecord(plugIn) : std::nullopt;
+        return {std::clamp(first.value_or(now - kHour), now - kLongestSpan, now - kShortestSpan), now};
+    }
+    }
+    return {now - followed.length, now};
 }
 
 void TrendFollower::move(KTVPlugIn& plugIn, Followed& followed, double now)
 {
     followed.shown = shownRange(&plugIn).value_or(followed.shown);
     followed.askedBefore = followed.asked;
-    followed.asked = {now - followed.span, now};
+    followed.asked = rangeOf(plugIn, followed, now);
     followed.askedAt = now;
     showRange(&plugIn, followed.asked.first, followed.asked.second);
 }

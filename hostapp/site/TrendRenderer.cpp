@@ -6,6 +6,11 @@
 #include "hostapp/site/PlugInOperations.h"
 #include "hostapp/site/WaitForRecords.h"
 #include "plugins/PlotixPlugIn/host/PngImage.h"
+#include "records/store/RecordStore.h"
+
+#include <QtCore/QDateTime>
+
+#include <cmath>
 
 namespace plotix {
 
@@ -22,6 +27,31 @@ private:
     QByteArray m_png;
 };
 
+QString momentText(double seconds)
+{
+    return QDateTime::fromMSecsSinceEpoch(qint64(std::floor(seconds * 1000)), Qt::UTC).toString(Qt::ISODate);
+}
+
+/// An empty graph would look like records that were lost. Without bounds, or for an agent of no site, nothing is asked.
+void requireRecordsToDraw(const TrendRequest& trend)
+{
+    const auto extent = trend.document ? trend.document->records()->extent(trend.agent->id()) : std::nullopt;
+    if (!trend.document || !trend.from || !trend.to)
+        return;
+    for (const KTVPropertyPtr& property : trend.properties)
+        if (const auto* known = dynamic_cast<const SiteProperty*>(property.get()))
+            if (trend.document->records()
+                    ->statistics(trend.agent->id(), known->description().id, trend.from->seconds, trend.to->seconds)
+                    .valid > 0)
+                return;
+    const QString asked = QStringLiteral("There is no value to draw from %1 to %2")
+                              .arg(momentText(trend.from->seconds), momentText(trend.to->seconds));
+    throw ReportableError(
+        extent ? QStringLiteral("%1; the records of %2 reach from %3 to %4.")
+                     .arg(asked, trend.agent->name(), momentText(extent->first), momentText(extent->last))
+               : QStringLiteral("%1; %2 has no records.").arg(asked, trend.agent->name()));
+}
+
 [[noreturn]] void failToDraw(const QSize& size)
 {
     throw ReportableError(QStringLiteral("The graph could not be drawn at %1 × %2 points; ask for a smaller size.")
@@ -33,12 +63,14 @@ private:
 
 QByteArray TrendRenderer::render(const RenderRequest& request) const
 {
+    requireRecordsToDraw(request.trend);
     return request.bare ? renderBare(request) : renderView(request);
 }
 
 QByteArray TrendRenderer::renderView(const RenderRequest& request) const
 {
     const KTVPlugInPtr plugIn = requireTrend(*m_module, request.trend);
+    setReading(plugIn.get(), request.reading);
     loadViewAtSize(*plugIn, request.size);
     requireRecords(*request.trend.agent);
     QByteArray data;

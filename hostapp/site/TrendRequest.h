@@ -5,6 +5,7 @@
 #include "hostapp/document/SiteDocument.h"
 
 #include <QtCore/QString>
+#include <QtCore/QVariant>
 
 #include <memory>
 
@@ -27,7 +28,8 @@ struct RenderRequest {
     TrendRequest trend;
     QSize size = kUsualGraphSize;  ///< points
     Format format = Format::Png;
-    bool bare = false;  ///< through the off-screen class operation: theme axes only; always Png
+    QVariantMap reading;  ///< options chosen for this picture, by name
+    bool bare = false;    ///< through the off-screen class operation: theme axes only; always Png
 };
 
 }  // namespace plotix

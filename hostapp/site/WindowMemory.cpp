@@ -16,6 +16,7 @@ const QString kColumns = QStringLiteral("windowColumns");
 const QString kLists = QStringLiteral("windowLists");
 const QString kSeparate = QStringLiteral("separateWindows");
 const QString kFollowed = QStringLiteral("followedTrends");
+const QString kFollowedSpans = QStringLiteral("followedSpans");
 const QString kIdentifier = QStringLiteral("identifier");
 const QString kFrame = QStringLiteral("geometry");
 
@@ -27,6 +28,23 @@ QByteArray textOf(const QStringList& identifiers)
 QStringList identifiersIn(const QByteArray& text)
 {
     return QString::fromUtf8(text).split(QLatin1Char('\n'), Qt::SkipEmptyParts);
+}
+
+/// "IDENTIFIER NAME", a line each.
+QByteArray textOf(const std::map<QString, QString>& names)
+{
+    QStringList lines;
+    for (const auto& [identifier, name] : names)
+        lines << identifier + QLatin1Char(' ') + name;
+    return textOf(lines);
+}
+
+std::map<QString, QString> namesIn(const QByteArray& text)
+{
+    std::map<QString, QString> names;
+    for (const QString& line : identifiersIn(text))
+        names[line.section(QLatin1Char(' '), 0, 0)] = line.section(QLatin1Char(' '), 1);
+    return names;
 }
 
 QByteArray textOf(const std::vector<SeparateTrend>& trends)
@@ -62,6 +80,7 @@ WindowState readWindowState(const SiteDocument& document)
     state.lists = document.setting(kLists);
     state.separate = separateTrendsIn(document.setting(kSeparate));
     state.followed = identifiersIn(document.setting(kFollowed));
+    state.followSpans = namesIn(document.setting(kFollowedSpans));
     return state;
 }
 
@@ -85,6 +104,7 @@ void WindowMemory::store(const WindowState& state)
     put(kLists, m_state.lists, state.lists, state.lists);
     put(kSeparate, m_state.separate, state.separate, textOf(state.separate));
     put(kFollowed, m_state.followed, state.followed, textOf(state.followed));
+    put(kFollowedSpans, m_state.followSpans, state.followSpans, textOf(state.followSpans));
     m_state = state;
 }
 

@@ -26,7 +26,8 @@ struct WindowState {
     QByteArray columns;   ///< splitter between lists and trend
     QByteArray lists;     ///< splitter between the lists
     std::vector<SeparateTrend> separate;
-    QStringList followed;  ///< identifiers of the trends whose span is kept ending now, as listed
+    QStringList followed;                    ///< identifiers of the trends that are followed, as listed
+    std::map<QString, QString> followSpans;  ///< by identifier: their span's name, where it is not the present length
 
     friend bool operator==(const WindowState&, const WindowState&) = default;
 };

@@ -41,6 +41,7 @@ WorkingSite::WorkingSite(std::shared_ptr<SiteDocument> document, KTVPlugInModule
       m_store(m_document, module),
       m_follower([] { return currentDate().seconds; }, restsIn(use))
 {
+    m_follower.setFirstRecord([this](const KTVPlugIn& plugIn) { return firstRecordOf(plugIn); });
     joinAgents();
     connect(m_document.get(), &SiteDocument::agentsChanged, this, &WorkingSite::joinAgents);
     connect(m_document.get(), &SiteDocument::changedElsewhere, this, &WorkingSite::takeInChanges);
@@ -98,6 +99,7 @@ void WorkingSite::addPlugIn(const KTVPlugInPtr& plugIn, bool select)
         return;
     chooseReading(plugIn.get());
     m_sourceList.append(plugIn);
+    lookAfter(plugIn);
     store(*plugIn);
     plugIn->didLoad();
     if (!select)
@@ -121,6 +123,7 @@ int WorkingSite::loadPlugIns()
             m_toolbarPlugIns.push_back(plugIn);
         else
             m_sourceList.append(plugIn);
+        lookAfter(plugIn);
         plugIn->didLoad();
     }
     m_isLoaded = true;
@@ -171,12 +174,14 @@ KTVPlugInPtr WorkingSite::listed(const QString& uniqueIdentifier) const
 void WorkingSite::showInPlaceOf(const KTVPlugInPtr& old, const KTVPlugInPtr& fresh)
 {
     const int row = m_sourceList.rowOf(old.get());
-    const bool isFollowed = m_follower.isFollowing(old.get());
+    const std::optional<FollowSpan> followed = m_follower.followedSpan(old.get());
     letGo(old);
     m_sourceList.insert(row, fresh);
+    chooseReading(fresh.get());
+    lookAfter(fresh);
     fresh->didLoad();
-    if (isFollowed)
-        m_follower.follow(fresh);
+    if (followed)
+        m_follower.follow(fresh, *followed);
     emit selectionRequested(fresh);
 }
 
@@ -197,6 +202,8 @@ void WorkingSite::takeInChanges()
             emit toolbarPlugInsChanged();
         } else {
             m_sourceList.append(came);
+            chooseReading(came.get());
+            lookAfter(came);
         }
         came->didLoad();
     }
@@ -244,23 +251,6 @@ void WorkingSite::requireRecords() const
 {
     for (const auto& agent : m_document->agents())
         plotix::requireRecords(*agent);
-}
-
-void WorkingSite::followAgain()
-{
-    const QStringList followed = readWindowState(*m_document).followed;
-    for (const KTVSourceListItemPtr& item : m_sourceList.items())
-        if (followed.contains(item->representedObject()->uniqueIdentifier()))
-            m_follower.follow(item->representedObject());
-}
-
-QStringList WorkingSite::followedTrends() const
-{
-    QStringList identifiers;
-    for (const KTVSourceListItemPtr& item : m_sourceList.items())
-        if (m_follower.isFollowing(item->representedObject().get()))
-            identifiers << item->representedObject()->uniqueIdentifier();
-    return identifiers;
 }
 
 bool WorkingSite::isStored() const

@@ -4,10 +4,14 @@
 #include "hostapp/site/NewTrend.h"
 #include "hostapp/site/PlugInStore.h"
 #include "hostapp/site/SourceListModel.h"
+#include "hostapp/site/SpanReader.h"
 #include "hostapp/site/TrendFollower.h"
 #include "plugins/PlotixPlugIn/host/KTVSiteWindowController.h"
 
 #include <QtCore/QObject>
+
+#include <functional>
+#include <map>
 
 /// An open site: its document, and the plug-ins that show it, with all that windows, the command line and the web need
 /// of it.
@@ -68,12 +72,19 @@ public:
     void waitForRecords() const;
     /// The same; throws ReportableError when a fetch failed.
     void requireRecords() const;
+    /// Brings dates, graph and records of a trend together, for whatever leaves the screen and names a span. `wait`
+    /// waits for records and answers false when the user gave up; so does this then. Throws ReportableError when they
+    /// cannot be brought together.
+    using Wait = std::function<bool()>;
+    bool settle(KTVPlugIn& plugIn, Wanted wanted, const Wait& wait) const;
+    void settle(KTVPlugIn& plugIn, Wanted wanted) const;  ///< waits as long as it takes
 
     TrendFollower& follower() { return m_follower; }
     const TrendFollower& follower() const { return m_follower; }
     /// Follows the trends that the site's window followed when it was left.
     void followAgain();
-    QStringList followedTrends() const;  ///< identifiers of those followed now, in list order
+    QStringList followedTrends() const;                ///< identifiers of those followed now, in list order
+    std::map<QString, QString> followedSpans() const;  ///< as WindowState has them
 
     /// Stores what changed since the last time; failures are reported by `storingFailed`. A read-only document stores
     /// nothing.
@@ -93,6 +104,8 @@ protected:
 
 private:
     void joinAgents();
+    void lookAfter(const KTVPlugInPtr& plugIn);
+    std::optional<double> firstRecordOf(const KTVPlugIn& plugIn) const;
     KTVPlugInPtr listed(const QString& uniqueIdentifier) const;  ///< null when it is not
     void showInPlaceOf(const KTVPlugInPtr& old, const KTVPlugInPtr& fresh);
     void store(const KTVPlugIn& plugIn);
@@ -109,6 +122,7 @@ private:
     SourceListModel m_sourceList;
     std::vector<KTVPlugInPtr> m_toolbarPlugIns;
     TrendFollower m_follower;
+    SpanReader m_reader;
     bool m_isLoaded = false;
 };
 

@@ -33,6 +33,10 @@ QByteArray AccessToken::readFrom(const QString& path)
     const QByteArray token = file.readLine(kLongest).trimmed();
     if (token.isEmpty())
         throw ReportableError(QStringLiteral("The token file %1 is empty; its first line is the token.").arg(path));
+    if (token.size() < kShortest)
+        throw ReportableError(QStringLiteral("The token in %1 is too short; give its first line %2 characters or more.")
+                                  .arg(path)
+                                  .arg(kShortest));
     return token;
 }
 

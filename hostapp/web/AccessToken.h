@@ -15,8 +15,10 @@ public:
     /// `token` is known to the users, empty: open to everybody; `cookieName` tells servers on one machine apart.
     AccessToken(QByteArray token, QByteArray cookieName);
 
-    /// The first line of a file, without blanks at its ends. Throws ReportableError when it cannot be read or holds
-    /// none.
+    static constexpr qsizetype kShortest = 12;  ///< bytes of a token that other machines may guess at
+
+    /// The first line of a file, without blanks at its ends. Throws ReportableError when it cannot be read, holds none
+    /// or one that is too short.
     static QByteArray readFrom(const QString& path);
 
     bool isRequired() const { return !m_token.isEmpty(); }

@@ -3,6 +3,7 @@
 #include <sys/socket.h>
 
 #include <algorithm>
+#include <map>
 
 namespace plotix {
 
@@ -25,7 +26,6 @@ ConnectionTable::~ConnectionTable()
 ConnectionTable::Connection* ConnectionTable::add(int socket, const QByteArray& address)
 {
     const std::lock_guard guard(m_mutex);
-    makeRoom(address);
     m_connections.push_back(
         {socket, address, Activity::AwaitingRequest, std::chrono::steady_clock::now(), /*isEnded=*/false});
     m_changed.notify_all();
@@ -51,30 +51,36 @@ std::size_t ConnectionTable::size() const
     return m_connections.size();
 }
 
-void ConnectionTable::makeRoom(const QByteArray& address)
+void ConnectionTable::makeRoom()
 {
-    const auto isOpen = [](const Connection& one) { return !one.isEnded; };
-    const auto ofAddress = [&](const Connection& one) { return isOpen(one) && one.address == address; };
-    const auto count = [this](const auto& counts) {
-        return static_cast<std::size_t>(std::count_if(m_connections.begin(), m_connections.end(), counts));
+    const auto open = [this] {
+        return static_cast<std::size_t>(std::count_if(m_connections.begin(), m_connections.end(),
+                                                      [](const Connection& one) { return !one.isEnded; }));
     };
-    if (count(ofAddress) >= m_limits.connectionsPerAddress)
-        endLongestSilent(&address);
-    if (count(isOpen) >= m_limits.connections)
-        endLongestSilent(nullptr);
+    for (std::size_t count = open(); count >= m_limits.connections && endLongestSilentOfTheBusiest(); --count) {
+    }
 }
 
-void ConnectionTable::endLongestSilent(const QByteArray* address)
+bool ConnectionTable::endLongestSilentOfTheBusiest()
 {
+    std::map<QByteArray, std::size_t> counts;
+    for (const Connection& one : m_connections)
+        if (!one.isEnded)
+            ++counts[one.address];
+    const auto latest = std::chrono::steady_clock::now() - m_limits.silentForRoom;
     Connection* longest = nullptr;
     for (Connection& one : m_connections) {
-        const bool isCandidate = !one.isEnded && one.activity == Activity::AwaitingRequest &&
-                                 (address == nullptr || one.address == *address);
-        if (isCandidate && (longest == nullptr || one.since < longest->since))
+        if (one.isEnded || one.activity != Activity::AwaitingRequest || one.since > latest)
+            continue;
+        const auto rank = [&counts](const Connection& which) {
+            return std::pair(-static_cast<std::ptrdiff_t>(counts[which.address]), which.since);
+        };
+        if (longest == nullptr || rank(one) < rank(*longest))
             longest = &one;
     }
     if (longest != nullptr)
         end(*longest);
+    return longest != nullptr;
 }
 
 void ConnectionTable::watch()
@@ -86,6 +92,7 @@ void ConnectionTable::watch()
         else
             m_changed.wait_for(lock, kBetweenLooks, [this] { return m_isEnding; });
         endOverdue();
+        makeRoom();
     }
 }
 

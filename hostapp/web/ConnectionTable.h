@@ -12,9 +12,10 @@
 /// Every open connection, since when it has been in its present state, and a thread that ends those that take too long.
 ///
 /// A client that sends a byte now and then is never silent for long, so silence alone does not find it; what counts is
-/// the time until its request, or its answer, is complete. When connections run short, the one that has been longest
-/// without a request is ended, so that a flood of silent ones cannot keep others out. A connection whose answer is
-/// being made is never ended. Sockets are *borrowed* and only shut down; their owner closes them after `remove`. Any
+/// the time until its request, or its answer, is complete. When connections run short, those are ended that have been
+/// longest without a request, of the address with the most first, so that a flood of silent ones cannot keep others
+/// out; those just made are left alone, or many clients of one address would end each other. A connection whose answer
+/// is being made is never ended. Sockets are *borrowed* and only shut down; their owner closes them after `remove`. Any
 /// thread.
 namespace plotix {
 
@@ -34,7 +35,7 @@ public:
         bool isEnded = false;
     };
 
-    /// The entry lives until `remove`. May end the longest silent connection, of that address or of all.
+    /// The entry lives until `remove`.
     Connection* add(int socket, const QByteArray& address);
     void setActivity(Connection* connection, Activity activity);
     void remove(Connection* connection);
@@ -44,8 +45,8 @@ public:
 private:
     void watch();
     void endOverdue();
-    void makeRoom(const QByteArray& address);
-    void endLongestSilent(const QByteArray* address);
+    void makeRoom();
+    bool endLongestSilentOfTheBusiest();
     static void end(Connection& connection);
 
     HttpLimits m_limits;

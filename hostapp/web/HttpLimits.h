@@ -7,12 +7,15 @@
 namespace plotix {
 
 struct HttpLimits {
-    std::size_t connections = 384;             ///< all together
-    std::size_t connectionsPerAddress = 192;   ///< of one client's address
-    std::size_t memoryPerConnection = 16'384;  ///< bytes for the request's line and headers, and what is read with them
-    std::size_t waitingRequests = 256;         ///< for a worker; beyond them 503
-    int workers = 2;                           ///< each has at most one rendering on the main queue
+    std::size_t connections = 384;  ///< all together; beyond them silent ones are ended, those of the busiest first
+    std::size_t target = 8'192;     ///< bytes of a request's address; a longer one is 414
+    std::size_t parameters = 256;   ///< of an address; more are 414
+    std::size_t headers = 16'384;   ///< bytes of a request's line and headers; larger ones are 431
+    std::size_t waitingWork = 256;  ///< for a worker, requests for the same counted once; beyond it 503
+    int workers = 2;                ///< each has at most one rendering on the main queue
 
+    /// A connection silent for less is not ended to make room: it may belong to a client that is about to ask.
+    std::chrono::milliseconds silentForRoom{1'000};
     /// From the connection, or from the end of the last answer, until a request's headers are whole.
     std::chrono::milliseconds untilRequest{15'000};
     /// From the first byte of an answer until the client has taken the last one.

@@ -64,6 +64,23 @@ HttpReply busyReply()
     return reply;
 }
 
+HttpReply tooManyGuessesReply(int seconds)
+{
+    HttpReply reply = plainReply(429, "Too many wrong tokens", "Wait a little, then open the address with the token.");
+    reply.headers.emplace_back("Retry-After", QByteArray::number(seconds));
+    return reply;
+}
+
+HttpReply addressTooLongReply()
+{
+    return plainReply(414, "Too long an address", "This address is longer than any here.");
+}
+
+HttpReply headersTooLargeReply()
+{
+    return plainReply(431, "Too large a request", "The headers of this request are larger than any needed here.");
+}
+
 HttpReply redirectReply(unsigned status, const QByteArray& location)
 {
     HttpReply reply = plainReply(status, "Moved", "This page has another address.");

@@ -26,6 +26,9 @@ HttpReply unauthorizedReply();
 HttpReply wrongHostReply();
 HttpReply badRequestReply();
 HttpReply busyReply();
+HttpReply tooManyGuessesReply(int seconds);  ///< until the next try is looked at
+HttpReply addressTooLongReply();
+HttpReply headersTooLargeReply();
 HttpReply redirectReply(unsigned status, const QByteArray& location);
 
 /// The headers of every answer: no content sniffing, no referrer, no script, no framing by others, no caching.

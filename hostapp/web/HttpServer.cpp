@@ -9,6 +9,7 @@
 #include <QtCore/QSysInfo>
 
 #include <microhttpd.h>
+#include <sys/socket.h>
 #include <unistd.h>
 
 #include <algorithm>
@@ -38,9 +39,53 @@ bool hasBody(MHD_Connection* connection)
            header(connection, MHD_HTTP_HEADER_CONTENT_LENGTH).value_or("0") != "0";
 }
 
-WebRequest requestFrom(MHD_Connection* connection, const char* method, const QByteArray& target)
+bool hasTooLargeHeaders(MHD_Connection* connection, std::size_t limit)
+{
+    const auto* info = MHD_get_connection_info(connection, MHD_CONNECTION_INFO_REQUEST_HEADER_SIZE);
+    return info != nullptr && info->header_size > limit;
+}
+
+QByteArray addressOf(MHD_Connection* connection)
+{
+    const auto* client = MHD_get_connection_info(connection, MHD_CONNECTION_INFO_CLIENT_ADDRESS);
+    return client != nullptr ? addressText(client->client_addr) : QByteArray();
+}
+
+int socketOf(MHD_Connection* connection)
+{
+    return MHD_get_connection_info(connection, MHD_CONNECTION_INFO_CONNECTION_FD)->connect_fd;
+}
+
+/// A client that has closed its end: nothing more comes, and nothing waits to be read. Browsers close both directions
+/// at once.
+bool hasLeft(int socket)
+{
+    char byte = 0;
+    return ::recv(socket, &byte, 1, MSG_PEEK | MSG_DONTWAIT) == 0;
+}
+
+/// For requests that the library would answer in its own way, or not at all: the answer goes straight to the client,
+/// whose connection then ends.
+void answerAndEnd(int socket, const HttpReply& reply, const char* reason)
+{
+    QByteArray text = "HTTP/1.1 " + QByteArray::number(reply.status) + ' ' + reason + "\r\nConnection: close\r\n" +
+                      "Content-Type: " + reply.contentType +
+                      "\r\nContent-Length: " + QByteArray::number(reply.body.size()) + "\r\n";
+    for (const auto& [name, value] : protectiveHeaders(reply.policy))
+        text += name + ": " + value + "\r\n";
+    text += "\r\n" + reply.body;
+    // It fits the socket's buffer, which is empty; a client that does not take it has ended itself.
+    [[maybe_unused]] const ssize_t sent =
+        ::send(socket, text.constData(), static_cast<std::size_t>(text.size()), MSG_NOSIGNAL | MSG_DONTWAIT);
+    ::shutdown(socket, SHUT_RDWR);
+}
+
+WebRequest requestFrom(MHD_Connection* connection, const char* method, const QByteArray& target,
+                       const HttpLimits& limits)
 {
     WebRequest request;
+    request.isTooLarge = hasTooLargeHeaders(connection, limits.headers);
+    request.address = addressOf(connection);
     request.method = method;
     request.target = target;
     request.host = header(connection, MHD_HTTP_HEADER_HOST);
@@ -96,7 +141,7 @@ public:
     const QByteArray& host() const { return m_host; }
 
 private:
-    MHD_Daemon* start(const HttpLimits& limits);
+    MHD_Daemon* start();
     MHD_Result answer(MHD_Connection* connection, const char* method, Exchange& exchange);
     enum class Routed { Answered, HandedOver };
     Routed route(MHD_Connection* connection, const char* method, Exchange& exchange);
@@ -112,6 +157,7 @@ private:
                                   MHD_ConnectionNotificationCode what);
     static std::size_t leaveEscapes(void* self, MHD_Connection* connection, char* text);
 
+    HttpLimits m_limits;
     ListeningSocket m_socket;
     QByteArray m_host;
     WebRoutes m_routes;
@@ -122,12 +168,13 @@ private:
 
 HttpServer::Daemon::Daemon(OpenSites& sites, const HttpAddress& address, const QByteArray& token,
                            const HttpLimits& limits)
-    : m_socket(listenOn(address)),
+    : m_limits(limits),
+      m_socket(listenOn(address)),
       m_host(hostText(address, m_socket.port)),
       m_routes(sites, AccessToken(token, "plotix-" + QByteArray::number(m_socket.port)), m_host),
       m_connections(limits),
-      m_queue(limits.workers, limits.waitingRequests),
-      m_daemon(start(limits))
+      m_queue(limits.workers, limits.waitingWork),
+      m_daemon(start())
 {
     if (m_daemon != nullptr)
         return;
@@ -143,23 +190,27 @@ HttpServer::Daemon::~Daemon()
     MHD_stop_daemon(m_daemon);
 }
 
-MHD_Daemon* HttpServer::Daemon::start(const HttpLimits& limits)
+MHD_Daemon* HttpServer::Daemon::start()
 {
-    constexpr std::size_t kSlack = 64;  // connections that are ended but not yet closed
+    constexpr std::size_t kSlack = 64;  // connections that are ended but not yet closed, and those just made
+    // The library keeps a note of each parameter and header: with room for all that we accept, and for more than the
+    // largest headers, it is we who refuse what is too large, except for what is several times too large.
+    constexpr std::size_t kBytesOfNote = 128;
+    const HttpLimits& limits = m_limits;
+    const std::size_t memory = limits.target + limits.parameters * kBytesOfNote + 3 * limits.headers;
     const auto seconds = std::chrono::ceil<std::chrono::seconds>(std::max(limits.untilRequest, limits.untilTaken));
-    return MHD_start_daemon(
-        MHD_USE_EPOLL_INTERNAL_THREAD | MHD_USE_ITC | MHD_ALLOW_SUSPEND_RESUME, 0, nullptr, nullptr, &requestArrived,
-        this,                                                                                              //
-        MHD_OPTION_LISTEN_SOCKET, m_socket.socket,                                                         //
-        MHD_OPTION_CONNECTION_LIMIT, static_cast<unsigned>(limits.connections + kSlack),                   //
-        MHD_OPTION_PER_IP_CONNECTION_LIMIT, static_cast<unsigned>(limits.connectionsPerAddress + kSlack),  //
-        MHD_OPTION_CONNECTION_MEMORY_LIMIT, limits.memoryPerConnection,                                    //
-        MHD_OPTION_CONNECTION_TIMEOUT, static_cast<unsigned>(seconds.count()),                             //
-        MHD_OPTION_NOTIFY_CONNECTION, &connectionChanges, this,                                            //
-        MHD_OPTION_NOTIFY_COMPLETED, &requestEnds, this,                                                   //
-        MHD_OPTION_URI_LOG_CALLBACK, &requestBegins, this,                                                 //
-        MHD_OPTION_UNESCAPE_CALLBACK, &leaveEscapes, this,                                                 //
-        MHD_OPTION_END);
+    return MHD_start_daemon(MHD_USE_EPOLL_INTERNAL_THREAD | MHD_USE_ITC | MHD_ALLOW_SUSPEND_RESUME, 0, nullptr, nullptr,
+                            &requestArrived,
+                            this,                                                                             //
+                            MHD_OPTION_LISTEN_SOCKET, m_socket.socket,                                        //
+                            MHD_OPTION_CONNECTION_LIMIT, static_cast<unsigned>(limits.connections + kSlack),  //
+                            MHD_OPTION_CONNECTION_MEMORY_LIMIT, memory,                                       //
+                            MHD_OPTION_CONNECTION_TIMEOUT, static_cast<unsigned>(seconds.count()),            //
+                            MHD_OPTION_NOTIFY_CONNECTION, &connectionChanges, this,                           //
+                            MHD_OPTION_NOTIFY_COMPLETED, &requestEnds, this,                                  //
+                            MHD_OPTION_URI_LOG_CALLBACK, &requestBegins, this,                                //
+                            MHD_OPTION_UNESCAPE_CALLBACK, &leaveEscapes, this,                                //
+                            MHD_OPTION_END);
 }
 
 MHD_Result HttpServer::Daemon::answer(MHD_Connection* connection, const char* method, Exchange& exchange)
@@ -184,7 +235,7 @@ MHD_Result HttpServer::Daemon::answer(MHD_Connection* connection, const char* me
 HttpServer::Daemon::Routed HttpServer::Daemon::route(MHD_Connection* connection, const char* method, Exchange& exchange)
 {
     exchange.isRouted = true;
-    WebRoutes::Route route = m_routes.route(requestFrom(connection, method, exchange.target));
+    WebRoutes::Route route = m_routes.route(requestFrom(connection, method, exchange.target, m_limits));
     if (!route.reply) {
         handOver(connection, route, exchange);
         return Routed::HandedOver;
@@ -197,10 +248,13 @@ void HttpServer::Daemon::handOver(MHD_Connection* connection, const WebRoutes::R
 {
     m_connections.setActivity(tableEntry(connection), ConnectionTable::Activity::MakingAnswer);
     MHD_suspend_connection(connection);  // before the worker can resume it
-    const bool accepted = m_queue.submit(route.subject, route.work, [connection, &exchange](const HttpReply& reply) {
+    const auto done = [connection, &exchange](const HttpReply& reply) {
         exchange.reply = reply;
         MHD_resume_connection(connection);
-    });
+    };
+    // A suspended connection is not closed, so its socket stays this client's.
+    const bool accepted =
+        m_queue.submit(route.subject, route.work, done, [socket = socketOf(connection)] { return hasLeft(socket); });
     if (accepted)
         return;
     exchange.reply = busyReply();
@@ -213,9 +267,18 @@ ConnectionTable::Connection* HttpServer::Daemon::tableEntry(MHD_Connection* conn
     return static_cast<ConnectionTable::Connection*>(info->socket_context);
 }
 
-void* HttpServer::Daemon::requestBegins(void*, const char* target, MHD_Connection*)
+void* HttpServer::Daemon::requestBegins(void* self, const char* target, MHD_Connection* connection)
 {
-    return new Exchange{target, std::nullopt};
+    // Before the library takes the address apart: of one with thousands of parameters it would answer nothing.
+    auto* exchange = new Exchange{target, std::nullopt};
+    const HttpLimits& limits = static_cast<Daemon*>(self)->m_limits;
+    if (static_cast<std::size_t>(exchange->target.size()) > limits.target ||
+        static_cast<std::size_t>(exchange->target.count('&')) >= limits.parameters) {
+        answerAndEnd(socketOf(connection), addressTooLongReply(), "URI Too Long");
+        exchange->reply = addressTooLongReply();
+        exchange->isRouted = true;
+    }
+    return exchange;
 }
 
 MHD_Result HttpServer::Daemon::requestArrived(void* self, MHD_Connection* connection, const char*, const char* method,
@@ -238,9 +301,7 @@ void HttpServer::Daemon::connectionChanges(void* self, MHD_Connection* connectio
 {
     ConnectionTable& table = static_cast<Daemon*>(self)->m_connections;
     if (what == MHD_CONNECTION_NOTIFY_STARTED) {
-        const auto* socket = MHD_get_connection_info(connection, MHD_CONNECTION_INFO_CONNECTION_FD);
-        const auto* client = MHD_get_connection_info(connection, MHD_CONNECTION_INFO_CLIENT_ADDRESS);
-        *entry = table.add(socket->connect_fd, addressText(client->client_addr));
+        *entry = table.add(socketOf(connection), addressOf(connection));
     } else {
         table.remove(static_cast<ConnectionTable::Connection*>(*entry));
         *entry = nullptr;

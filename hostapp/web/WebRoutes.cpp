@@ -96,6 +96,8 @@ std::optional<HttpReply> WebRoutes::refusal(const WebRequest& request, const QBy
 {
     if (request.method != "GET" && request.method != "HEAD")
         return methodNotAllowedReply();
+    if (request.isTooLarge)
+        return headersTooLargeReply();
     if (request.hasBody || !isHostText(host))
         return badRequestReply();
     if (m_token.isRequired())
@@ -107,18 +109,31 @@ std::optional<HttpReply> WebRoutes::refusal(const WebRequest& request, const QBy
 
 std::optional<HttpReply> WebRoutes::accessRefusal(const WebRequest& request) const
 {
-    if (request.authorization && m_token.matchesAuthorization(*request.authorization))
-        return std::nullopt;
-    const auto token = queryValue(queryOf(request.target), "token");
-    if (token && m_token.matches(token->toUtf8())) {
-        // From now on the cookie gives access, and the token disappears from the address line.
-        HttpReply reply = redirectReply(303, localPath(pathOf(request.target)));
-        reply.headers.emplace_back("Set-Cookie", m_token.cookie());
-        return reply;
-    }
+    const auto asked = queryValue(queryOf(request.target), "token");
     if (request.cookies && m_token.matchesCookies(*request.cookies))
+        return asked && m_token.matches(asked->toUtf8()) ? std::optional(cookieReply(request)) : std::nullopt;
+    if (!asked && !request.authorization)
+        return unauthorizedReply();
+    if (const auto wait = m_guesses.waitOf(request.address, std::chrono::steady_clock::now()))
+        return tooManyGuessesReply(static_cast<int>(wait->count()));
+    if (request.authorization && m_token.matchesAuthorization(*request.authorization)) {
+        m_guesses.wasRight(request.address);
         return std::nullopt;
-    return unauthorizedReply();
+    }
+    if (!asked || !m_token.matches(asked->toUtf8())) {
+        m_guesses.wasWrong(request.address, std::chrono::steady_clock::now());
+        return unauthorizedReply();
+    }
+    m_guesses.wasRight(request.address);
+    return cookieReply(request);
+}
+
+/// From now on the cookie gives access, and the token disappears from the address line.
+HttpReply WebRoutes::cookieReply(const WebRequest& request) const
+{
+    HttpReply reply = redirectReply(303, localPath(pathOf(request.target)));
+    reply.headers.emplace_back("Set-Cookie", m_token.cookie());
+    return reply;
 }
 
 HttpReply WebRoutes::siteReply(const QString& site, const QByteArray& host) const

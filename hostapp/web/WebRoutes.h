@@ -3,6 +3,7 @@
 #include "hostapp/web/AccessToken.h"
 #include "hostapp/web/HttpReply.h"
 #include "hostapp/web/OpenSites.h"
+#include "hostapp/web/TokenGuesses.h"
 
 #include <functional>
 #include <optional>
@@ -18,6 +19,8 @@ struct WebRequest {
     QByteArray target;  ///< path and query as they were sent
     std::optional<QByteArray> host, authorization, cookies;
     bool hasBody = false;
+    bool isTooLarge = false;  ///< its headers are
+    QByteArray address;       ///< the client's, without its port
 };
 
 class WebRoutes {
@@ -36,11 +39,13 @@ public:
 private:
     std::optional<HttpReply> refusal(const WebRequest& request, const QByteArray& host) const;
     std::optional<HttpReply> accessRefusal(const WebRequest& request) const;
+    HttpReply cookieReply(const WebRequest& request) const;
     HttpReply siteReply(const QString& site, const QByteArray& host) const;
     HttpReply renderingReply(const QString& site, const QByteArray& host, const QByteArray& path) const;
 
     const OpenSites& m_sites;
     AccessToken m_token;
+    mutable TokenGuesses m_guesses;
     QByteArray m_ownHost;
 };
 

@@ -12,8 +12,11 @@
 #include <QtGui/QGuiApplication>
 #include <QtWidgets/QApplication>
 #include <QtWidgets/QFileDialog>
+#include <QtWidgets/QLabel>
+#include <QtWidgets/QLayout>
 #include <QtWidgets/QMenu>
 #include <QtWidgets/QMessageBox>
+#include <QtWidgets/QScrollArea>
 
 namespace plotix {
 
@@ -27,6 +30,33 @@ QMessageBox::Icon iconForStyle(KTVAlert::Style style)
     case KTVAlert::Style::Default: break;
     }
     return QMessageBox::Warning;
+}
+
+constexpr int kMostLines = 12;      // shown without scrolling
+constexpr int kMostLetters = 1000;  // likewise
+
+bool isLong(const QString& text)
+{
+    return text.count(QLatin1Char('\n')) >= kMostLines || text.size() > kMostLetters;
+}
+
+/// Puts the box's second text, a result of many lines, into an area that scrolls: the box would be higher than the
+/// screen, and its button out of reach.
+void letTextScroll(QMessageBox& box)
+{
+    auto* label = box.findChild<QLabel*>(QStringLiteral("qt_msgbox_informativelabel"));
+    if (!label)
+        return;
+    auto* area = new QScrollArea(&box);
+    area->setObjectName(QStringLiteral("longText"));
+    area->setAccessibleName(box.text());
+    box.layout()->replaceWidget(label, area);
+    label->setAlignment(Qt::AlignLeft | Qt::AlignTop);
+    label->setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
+    area->setFrameShape(QFrame::NoFrame);
+    area->setWidgetResizable(true);
+    area->setWidget(label);
+    area->setMinimumSize(420, 14 * label->fontMetrics().height());
 }
 
 /// Where something of that size stands outside a rectangle, touching one of its edges.
@@ -51,6 +81,8 @@ void fillBox(QMessageBox& box, const KTVAlert& alert)
     box.setText(bundle->localizedString(alert.messageText));
     box.setInformativeText(bundle->localizedString(alert.informativeText));
     box.setStandardButtons(QMessageBox::Ok);
+    if (isLong(box.informativeText()))
+        letTextScroll(box);
 }
 
 /// Plug-ins write where the panel says, so the panel gives them no place where a file of another kind would be lost. A

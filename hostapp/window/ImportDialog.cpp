@@ -48,17 +48,26 @@ ImportDialog::ImportDialog(const QStringList& agentNames, QWidget* parent)
     form->addRow(tr("&Time zone:"), m_timeZone);
     form->addRow(tr("&Dates:"), m_dateOrder);
     form->addRow(QString(), m_skipBadRows);
-    auto* buttons = new QDialogButtonBox(QDialogButtonBox::Cancel, this);
-    m_import = buttons->addButton(tr("&Import"), QDialogButtonBox::AcceptRole);
-    form->addRow(buttons);
+    m_buttons = new QDialogButtonBox(QDialogButtonBox::Cancel, this);
+    m_import = m_buttons->addButton(tr("&Import"), QDialogButtonBox::AcceptRole);
+    form->addRow(m_buttons);
     m_file->setAccessibleName(tr("File"));
     m_file->setMinimumWidth(360);
     connect(choose, &QPushButton::clicked, this, &ImportDialog::chooseFile);
     connect(m_file, &QLineEdit::textChanged, this, &ImportDialog::fileDidChange);
     connect(m_where, &QLineEdit::textChanged, this, &ImportDialog::updateImport);
-    connect(buttons, &QDialogButtonBox::accepted, this, &QDialog::accept);
-    connect(buttons, &QDialogButtonBox::rejected, this, &QDialog::reject);
+    connect(m_buttons, &QDialogButtonBox::accepted, this, &QDialog::accept);
+    connect(m_buttons, &QDialogButtonBox::rejected, this, &QDialog::reject);
     fileDidChange();
+}
+
+void ImportDialog::setMoreToCome(int files)
+{
+    if (files == 0)
+        return;
+    setWindowTitle(tr("Import Measurements (%n more to come)", nullptr, files));
+    QPushButton* skip = m_buttons->addButton(tr("&Skip This File"), QDialogButtonBox::ActionRole);
+    connect(skip, &QPushButton::clicked, this, [this] { done(kSkipped); });
 }
 
 void ImportDialog::setFile(const QString& path)

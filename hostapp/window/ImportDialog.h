@@ -6,6 +6,7 @@
 
 class QCheckBox;
 class QComboBox;
+class QDialogButtonBox;
 class QLabel;
 class QLineEdit;
 class QPushButton;
@@ -18,6 +19,12 @@ class ImportDialog : public QDialog {
 public:
     /// `agentNames` are offered beside a new name, which is the file's base name until the user writes another.
     ImportDialog(const QStringList& agentNames, QWidget* parent = nullptr);
+
+    /// `done` code: this file is left out, and the next one's turn comes.
+    static constexpr int kSkipped = 2;
+
+    /// How many more files wait to be asked for; with any, this one can be skipped.
+    void setMoreToCome(int files);
 
     void setFile(const QString& path);
     QString file() const;
@@ -36,6 +43,7 @@ private:
     QLineEdit* m_timeZone;
     QComboBox* m_dateOrder;
     QCheckBox* m_skipBadRows;
+    QDialogButtonBox* m_buttons;
     QPushButton* m_import;
     QString m_proposedAgent;  ///< replaced when the file changes, unless the user wrote something else
 };

@@ -1,7 +1,8 @@
 #include "hostapp/window/SiteActions.h"
 
+#include "hostapp/site/TrendFollower.h"
+
 #include <QtCore/QCoreApplication>
-#include <QtGui/QActionGroup>
 #include <QtGui/QUndoStack>
 #include <QtWidgets/QMainWindow>
 #include <QtWidgets/QMenu>
@@ -81,6 +82,32 @@ void buildEditMenu(QMainWindow* window, QUndoStack* undoStack, SiteActions& acti
     actions.undoImport->setToolTip(SiteMenus::tr("Takes back what the last import added and replaced."));
 }
 
+QString titleOf(FollowSpan span)
+{
+    switch (span) {
+    case FollowSpan::PresentLength: break;
+    case FollowSpan::LastHour: return SiteMenus::tr("Last &Hour");
+    case FollowSpan::LastDay: return SiteMenus::tr("Last &Day");
+    case FollowSpan::Today: return SiteMenus::tr("&Today");
+    case FollowSpan::All: return SiteMenus::tr("&All Records");
+    }
+    return SiteMenus::tr("&Present Length");
+}
+
+void buildFollowMenu(QMainWindow* window, QMenu* above, SiteActions& actions)
+{
+    QMenu* menu = above->addMenu(SiteMenus::tr("Follow &Span"));
+    menu->setToolTipsVisible(true);
+    actions.followSpans = new QActionGroup(window);
+    actions.followSpans->setExclusionPolicy(QActionGroup::ExclusionPolicy::ExclusiveOptional);
+    for (const FollowSpan span : kFollowSpans) {
+        QAction* action = menu->addAction(titleOf(span));
+        action->setCheckable(true);
+        action->setData(followSpanName(span));
+        actions.followSpans->addAction(action);
+    }
+}
+
 void buildViewMenu(QMainWindow* window, SiteActions& actions)
 {
     QMenu* menu = addMenu(window, SiteMenus::tr("&View"));
@@ -88,6 +115,10 @@ void buildViewMenu(QMainWindow* window, SiteActions& actions)
     actions.fit = addAction(menu, SiteMenus::tr("&Fit"), QKeySequence(Qt::CTRL | Qt::Key_0));
     actions.follow = addAction(menu, SiteMenus::tr("F&ollow"), QKeySequence(Qt::CTRL | Qt::Key_L));
     actions.follow->setCheckable(true);
+    buildFollowMenu(window, menu, actions);
+    actions.breakLines = addAction(menu, SiteMenus::tr("&Break Lines at Gaps"));
+    actions.breakLines->setCheckable(true);
+    actions.breakLines->setToolTip(SiteMenus::tr("No line where nothing was recorded; a choice of this trend."));
     menu->addSeparator();
     // Each stands for a held key, and only one key counts at a time: at most one action is on.
     auto* group = new QActionGroup(window);

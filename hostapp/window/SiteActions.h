@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QtGui/QAction>
+#include <QtGui/QActionGroup>
 
 class QMainWindow;
 class QMenu;
@@ -35,6 +36,8 @@ struct SiteActions {
     QAction* refresh = nullptr;
     QAction* fit = nullptr;
     QAction* follow = nullptr;
+    QActionGroup* followSpans = nullptr;  ///< one an entry of kFollowSpans, whose name is its data
+    QAction* breakLines = nullptr;
     QAction* zoomTimeOnly = nullptr;
     QAction* zoomValuesOnly = nullptr;
     QAction* nextRegion = nullptr;

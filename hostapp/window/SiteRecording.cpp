@@ -42,7 +42,10 @@ void SiteRecording::switchOn()
     remember(true);
     m_recorder = std::move(recorder);
     connect(m_recorder.get(), &LiveRecorder::statusChanged, this, &SiteRecording::messageChanged);
+    connect(m_recorder.get(), &LiveRecorder::recorded, this, &SiteRecording::progressed);
+    m_since = QDateTime::currentDateTime();
     m_recorder->start();
+    emit switched();
     const std::shared_ptr<SiteAgent> agent = m_document->agentNamed(agentName);
     if (isNew && agent)
         emit agentAdded(agent);
@@ -51,13 +54,20 @@ void SiteRecording::switchOn()
 void SiteRecording::switchOff()
 {
     m_recorder.reset();
+    m_since = {};
     remember(false);
+    emit switched();
 }
 
 void SiteRecording::remember(bool on)
 {
     if (wasOn() != on)
         m_document->setSetting(QLatin1String(kRecordingKey), on ? "1" : "0");
+}
+
+std::size_t SiteRecording::stored() const
+{
+    return m_recorder ? m_recorder->status().stored : 0;
 }
 
 QString SiteRecording::message() const

@@ -3,6 +3,7 @@
 #include "hostapp/document/SiteDocument.h"
 #include "hostapp/live/LiveRecorder.h"
 
+#include <QtCore/QDateTime>
 #include <QtCore/QObject>
 
 #include <functional>
@@ -31,18 +32,23 @@ public:
     void switchOn();
     void switchOff();
 
-    QString message() const;  ///< why no record could be stored; empty while all is well
+    const QDateTime& since() const { return m_since; }  ///< when it was switched on; invalid while off
+    std::size_t stored() const;                         ///< records since then; 0 while off
+    QString message() const;                            ///< why no record could be stored; empty while all is well
 
 signals:
     /// The agent was just added to the document: nothing shows it yet.
     void agentAdded(const std::shared_ptr<SiteAgent>& agent);
     void messageChanged();
+    void switched();    ///< on or off
+    void progressed();  ///< more records are stored
 
 private:
     void remember(bool on);
 
     std::shared_ptr<SiteDocument> m_document;
     MakeSource m_makeSource;
+    QDateTime m_since;
     std::unique_ptr<LiveRecorder> m_recorder;  ///< while on
 };
 

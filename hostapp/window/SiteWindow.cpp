@@ -133,9 +133,13 @@ void SiteWindow::buildLayout()
     setCentralWidget(m_columns);
     statusBar()->setSizeGripEnabled(false);
     statusBar()->hide();
-    connect(statusBar(), &QStatusBar::messageChanged, this, [this](const QString& text) {
-        statusBar()->setVisible(!text.isEmpty() || m_actions.serveOnWeb->isChecked());
-    });
+    connect(statusBar(), &QStatusBar::messageChanged, this, &SiteWindow::showStatusBarIfNeeded);
+}
+
+void SiteWindow::showStatusBarIfNeeded()
+{
+    statusBar()->setVisible(!statusBar()->currentMessage().isEmpty() || m_actions.serveOnWeb->isChecked() ||
+                            (m_recording && m_recording->isOn()));
 }
 
 void SiteWindow::connectLists()
@@ -211,6 +215,8 @@ void SiteWindow::showSelection()
 void SiteWindow::showPlugInView(const KTVPlugInPtr& plugIn)
 {
     QWidget* view = plugIn->view();
+    if (view->actions().isEmpty())  // a plug-in shows them in a menu of its own
+        view->addActions({m_actions.refresh, m_actions.fit, m_actions.follow, m_actions.exportImage, m_actions.print});
     if (m_stack->indexOf(view) < 0)
         m_stack->addWidget(view);
     m_stack->setCurrentWidget(view);

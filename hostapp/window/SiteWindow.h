@@ -28,6 +28,7 @@ class ImportTask;
 class PropertyListModel;
 class PropertyListView;
 class RecordExportTask;
+class RecordingIndicator;
 class SiteRecording;
 class WebAddressBar;
 class WebServing;
@@ -72,6 +73,9 @@ public:
     /// Stores trends and windows as they are now; what has not changed is not written.
     void storeNow();
 
+    /// Closes the window without asking about what closing ends.
+    void closeAsOrdered();
+
     KTVPlugInPtr selectedPlugIn() const;  ///< null while none is selected
     /// The trend that the menus act on: that of the separate window in front, else the selected one.
     KTVPlugInPtr trendInFront() const;
@@ -82,6 +86,8 @@ public:
     void startImport(const QString& file, const ImportOptions& options);
     /// Asks for file and agent, beginning with `file`, then imports.
     void askAndImport(const QString& file = {});
+    /// Asks for each file and imports it, one after the other; those dropped during an import come after it.
+    void askAndImportAll(const QStringList& files);
 
     /// Makes a trend for each agent with ticked properties; without ticks one of every property of the first agent.
     void newTrend();
@@ -104,6 +110,7 @@ private:
     void connectLists();
     void showSelection();
     void showEmptyState();
+    void showStatusBarIfNeeded();
     void showPlugInView(const KTVPlugInPtr& plugIn);
     void emptyStateButtonPressed(int button);
 
@@ -126,8 +133,13 @@ private:
     void startExport(RecordExportTask* task, const QString& fileName);
     void exportReport();
     void printReport();
+    /// Brings dates, graph and records of a trend together before it leaves the screen; false, after an alert where
+    /// there is something to say, when that failed or the user gave up.
+    bool settle(const KTVPlugInPtr& plugIn, Wanted wanted);
+    bool waitForRecords();
     void holdModifiers();
-    void showAlert(const QString& message, const QString& text, KTVAlert::Style style = KTVAlert::Style::Critical);
+    void showAlert(const QString& message, const QString& text, KTVAlert::Style style = KTVAlert::Style::Critical,
+                   std::function<void()> dismissed = {});
 
     // Trends.
     void connectTrendActions();
@@ -164,6 +176,8 @@ private:
     void connectLiveActions();
     void updateLiveActions(const QString& noTrend);
     void recordComputer(bool on);
+    bool mayEndRecording();
+    void follow(QAction* span);
     void addFirstLiveTrend(const std::shared_ptr<SiteAgent>& agent);
 
     // Web.
@@ -176,6 +190,7 @@ private:
     void importFinished(const ImportSummary& summary);
     void askAndReplace(const ImportFinding& finding);
     void endImport();
+    void importNext();
     void addFirstTrend(const ImportSummary& summary);
 
     std::unique_ptr<SiteWindowController> m_controller;
@@ -188,8 +203,10 @@ private:
     std::pair<QString, ImportOptions> m_importWanted;  ///< file and options of the last one
     std::unique_ptr<SiteRecording> m_recording;
     QPointer<QProgressDialog> m_progress;
+    QStringList m_filesToImport;  ///< not yet asked for
     QTimer m_storeTimer;
     QString m_lastStoringFailure;
+    bool m_asksBeforeClosing = true;
     bool m_restored = false;  ///< the separate windows have been opened again; until then they count as open
     std::vector<std::function<void()>> m_emptyStateActions;  ///< what its buttons do, in order
 
@@ -202,9 +219,15 @@ private:
     GatheringToolbar* m_toolbar = nullptr;
     EmptyStateView* m_emptyState = nullptr;
     WebAddressBar* m_webAddress = nullptr;
+    RecordingIndicator* m_recordingIndicator = nullptr;
 };
 
-/// Ends the program: closes every site window as the user would, then all other windows.
-void closeAllSites();
+enum class Closing {
+    Asked,   ///< the user may be asked, and may keep a window open
+    Ordered  ///< by the system: nobody may be there to answer
+};
+
+/// Ends the program: closes every site window as the user would, then all other windows, unless a window stays open.
+void closeAllSites(Closing closing);
 
 }  // namespace plotix

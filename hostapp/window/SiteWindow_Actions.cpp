@@ -52,7 +52,7 @@ void SiteWindow::connectFileActions()
     connect(m_actions.classicReport, &QAction::toggled, this, &rememberClassicReport);
     connect(m_actions.print, &QAction::triggered, this, &SiteWindow::printReport);
     connect(m_actions.close, &QAction::triggered, this, &QWidget::close);
-    connect(m_actions.quit, &QAction::triggered, qApp, [] { closeAllSites(); });
+    connect(m_actions.quit, &QAction::triggered, qApp, [] { closeAllSites(Closing::Asked); });
 }
 
 void SiteWindow::connectOtherActions()
@@ -191,6 +191,8 @@ void SiteWindow::holdModifiers()
 void SiteWindow::exportGraph(const char* operation)
 {
     const KTVPlugInPtr plugIn = trendInFront();
+    if (!settle(plugIn, Wanted::Covered))
+        return;
     if (drawsGraph(plugIn.get()) && graphImage(plugIn.get(), kAnySize, 1, {}).isNull())
         showAlert(tr("There is no picture to export"),
                   tr("The trend shows no graph yet: wait for its records, or refresh it."));
@@ -203,6 +205,8 @@ void SiteWindow::exportImage()
     const KTVPlugInPtr plugIn = trendInFront();
     ExportImageDialog dialog(titleOf(*plugIn), windowInFront());
     if (dialog.exec() != QDialog::Accepted)
+        return;
+    if (!settle(plugIn, Wanted::Covered))
         return;
     const QImage image = graphImage(plugIn.get(), dialog.size(), dialog.density(), dialog.title());
     if (image.isNull()) {
@@ -220,9 +224,10 @@ void SiteWindow::exportImage()
     }
 }
 
-void SiteWindow::showAlert(const QString& message, const QString& text, KTVAlert::Style style)
+void SiteWindow::showAlert(const QString& message, const QString& text, KTVAlert::Style style,
+                           std::function<void()> dismissed)
 {
-    m_services.userInterface->beginSheet({message, text, style}, windowInFront(), {});
+    m_services.userInterface->beginSheet({message, text, style}, windowInFront(), std::move(dismissed));
 }
 
 }  // namespace plotix

@@ -6,6 +6,7 @@
 #include "hostapp/window/SiteWindow.h"
 
 #include "base/ReportableError.h"
+#include "hostapp/core/OutputFile.h"
 #include "hostapp/site/NewTrend.h"
 #include "hostapp/window/ImportDialog.h"
 #include "hostapp/window/ImportTask.h"
@@ -23,27 +24,56 @@ namespace plotix {
 
 namespace {
 
-/// The one local file of a drag; empty when there is none, or more.
-QString droppedFile(const QMimeData* data)
+/// The local files of a drag; none when one of them is no file.
+QStringList droppedFiles(const QMimeData* data)
 {
-    if (!data->hasUrls() || data->urls().size() != 1 || !data->urls().first().isLocalFile())
-        return {};
-    return data->urls().first().toLocalFile();
+    QStringList files;
+    for (const QUrl& url : data->hasUrls() ? data->urls() : QList<QUrl>()) {
+        if (!QFileInfo(url.toLocalFile()).isFile())
+            return {};
+        files << url.toLocalFile();
+    }
+    return files;
+}
+
+bool isSite(const QString& file)
+{
+    return kindOfFile(file) == FileKind::Database || file.endsWith(QStringLiteral(".plotix"), Qt::CaseInsensitive);
 }
 
 }  // namespace
 
 void SiteWindow::askAndImport(const QString& file)
 {
-    if (m_import)
+    askAndImportAll({file});
+}
+
+void SiteWindow::askAndImportAll(const QStringList& files)
+{
+    m_filesToImport << files;
+    if (!m_import && m_filesToImport.size() == files.size())  // else the next one's turn comes
+        importNext();
+}
+
+void SiteWindow::importNext()
+{
+    if (m_import || m_filesToImport.isEmpty())
         return;
     QStringList names;
     for (const auto& agent : m_controller->siteDocument()->agents())
         names << agent->name();
-    ImportDialog dialog(names, this);
-    dialog.setFile(file);
-    if (dialog.exec() == QDialog::Accepted)
+    ImportDialog dialog(names, windowInFront());
+    dialog.setFile(m_filesToImport.first());
+    dialog.setMoreToCome(static_cast<int>(m_filesToImport.size()) - 1);
+    const int answer = dialog.exec();
+    if (answer == QDialog::Rejected)
+        m_filesToImport.clear();
+    else
+        m_filesToImport.removeFirst();
+    if (answer == QDialog::Accepted)
         startImport(dialog.file(), dialog.options());
+    else
+        importNext();  // this one is skipped
 }
 
 void SiteWindow::startImport(const QString& file, const ImportOptions& options)
@@ -63,12 +93,13 @@ void SiteWindow::startImport(const QString& file, const ImportOptions& options)
     connect(m_import.get(), &ImportTask::finished, this, &SiteWindow::importFinished);
     connect(m_import.get(), &ImportTask::failed, this, [this](const QString& message) {
         endImport();
-        showAlert(tr("The file could not be imported"), message);
+        showAlert(tr("The file could not be imported"), message, KTVAlert::Style::Critical, [this] { importNext(); });
         emit importEnded(false);
     });
     connect(m_import.get(), &ImportTask::wouldReplace, this, &SiteWindow::askAndReplace);
     connect(m_import.get(), &ImportTask::cancelled, this, [this] {
         endImport();
+        m_filesToImport.clear();
         statusBar()->showMessage(tr("Import cancelled; nothing was stored."), 10'000);
         emit importEnded(false);
     });
@@ -88,6 +119,7 @@ void SiteWindow::askAndReplace(const ImportFinding& finding)
     if (box.clickedButton() != replace) {
         statusBar()->showMessage(tr("Import cancelled; nothing was stored."), 10'000);
         emit importEnded(false);
+        importNext();
         return;
     }
     ImportOptions options = m_importWanted.second;
@@ -113,8 +145,9 @@ void SiteWindow::importFinished(const ImportSummary& summary)
             addFirstTrend(summary);
         showSelection();
         showAlert(tr("Imported %n record(s)", nullptr, static_cast<int>(summary.records)), shownText(summary),
-                  KTVAlert::Style::Informational);
+                  KTVAlert::Style::Informational, [this] { importNext(); });
     } catch (const ReportableError& error) {
+        m_filesToImport.clear();
         showAlert(tr("The site could not be read again"), error.message());
     }
     emit importEnded(true);
@@ -131,22 +164,26 @@ void SiteWindow::addFirstTrend(const ImportSummary& summary)
 
 void SiteWindow::dragEnterEvent(QDragEnterEvent* event)
 {
-    if (QFileInfo(droppedFile(event->mimeData())).isFile())
+    if (!droppedFiles(event->mimeData()).isEmpty())
         event->acceptProposedAction();
 }
 
 void SiteWindow::dropEvent(QDropEvent* event)
 {
-    const QString file = droppedFile(event->mimeData());
-    if (file.isEmpty())
+    const QStringList files = droppedFiles(event->mimeData());
+    if (files.isEmpty())
         return;
     event->acceptProposedAction();
-    // Posted: a dialog inside the drop would hold the program the file comes from.
-    QTimer::singleShot(0, this, [this, file] {
-        if (file.endsWith(QStringLiteral(".plotix"), Qt::CaseInsensitive))
-            emit openSiteRequested(file);
-        else
-            askAndImport(file);
+    // Posted: a dialog inside the drop would hold the program the files come from.
+    QTimer::singleShot(0, this, [this, files] {
+        QStringList measurements;
+        for (const QString& file : files)
+            if (isSite(file))
+                emit openSiteRequested(file);
+            else
+                measurements << file;
+        if (!measurements.isEmpty())
+            askAndImportAll(measurements);
     });
 }
 

@@ -10,14 +10,20 @@
 #include "base/ReportableError.h"
 #include "hostapp/live/LiveRecorder.h"
 #include "hostapp/site/NewTrend.h"
+#include "hostapp/site/PlugInOperations.h"
+#include "hostapp/window/RecordingIndicator.h"
 #include "hostapp/window/SiteRecording.h"
 
 #include <QtCore/QSignalBlocker>
+#include <QtWidgets/QMessageBox>
+#include <QtWidgets/QPushButton>
 #include <QtWidgets/QStatusBar>
 
 namespace plotix {
 
 namespace {
+
+constexpr auto kBrokenLines = "brokenLines";  // an option of a trend's reading
 
 void setChecked(QAction* action, bool checked)
 {
@@ -30,6 +36,10 @@ void setChecked(QAction* action, bool checked)
 void SiteWindow::connectLiveActions()
 {
     m_recording = std::make_unique<SiteRecording>(m_controller->siteDocument());
+    m_recordingIndicator = new RecordingIndicator(m_recording.get(), this);
+    statusBar()->addPermanentWidget(m_recordingIndicator);
+    m_recordingIndicator->hide();  // adding it to the status bar has shown it
+    connect(m_recording.get(), &SiteRecording::switched, this, &SiteWindow::showStatusBarIfNeeded);
     TrendFollower* const follower = &m_controller->follower();
     connect(m_actions.recordComputer, &QAction::toggled, this, &SiteWindow::recordComputer);
     connect(m_recording.get(), &SiteRecording::agentAdded, this, &SiteWindow::addFirstLiveTrend);
@@ -43,6 +53,10 @@ void SiteWindow::connectLiveActions()
         else
             follower->stopFollowing(trendInFront().get());
     });
+    connect(m_actions.breakLines, &QAction::toggled, this, [this](bool on) {
+        setReading(trendInFront().get(), {{QLatin1String(kBrokenLines), on}});
+    });
+    connect(m_actions.followSpans, &QActionGroup::triggered, this, &SiteWindow::follow);
     connect(follower, &TrendFollower::followingChanged, this, &SiteWindow::updateActions);
     m_controller->followAgain();
     if (m_recording->wasOn() && !m_controller->siteDocument()->isReadOnly())
@@ -62,6 +76,32 @@ void SiteWindow::recordComputer(bool on)
     setChecked(m_actions.recordComputer, m_recording->isOn());
 }
 
+bool SiteWindow::mayEndRecording()
+{
+    if (!m_asksBeforeClosing || !isVisible() || !m_recording || !m_recording->isOn())
+        return true;
+    QMessageBox box(this);
+    box.setObjectName(QStringLiteral("endRecording"));
+    box.setIcon(QMessageBox::Question);
+    box.setTextFormat(Qt::PlainText);
+    box.setText(tr("This computer is being recorded"));
+    box.setInformativeText(tr("%1. Recording ends when the window closes, and goes on when the site is opened again.")
+                               .arg(m_recordingIndicator->text()));
+    const QPushButton* end = box.addButton(tr("&Close and End Recording"), QMessageBox::AcceptRole);
+    box.addButton(tr("&Keep Recording"), QMessageBox::RejectRole);
+    box.exec();
+    return box.clickedButton() == end;
+}
+
+void SiteWindow::follow(QAction* span)
+{
+    const KTVPlugInPtr plugIn = trendInFront();
+    if (span->isChecked())
+        m_controller->follower().follow(plugIn, *followSpanNamed(span->data().toString()));
+    else
+        m_controller->follower().stopFollowing(plugIn.get());
+}
+
 void SiteWindow::addFirstLiveTrend(const std::shared_ptr<SiteAgent>& agent)
 {
     m_controller->newTrend(agent, planFirstTrend(TrendOccasion::Watched, *agent));
@@ -77,8 +117,17 @@ void SiteWindow::updateLiveActions(const QString& noTrend)
     setUnavailableReason(m_actions.recordComputer, readOnly ? tr("This site may only be looked at.") : QString());
     m_actions.follow->setToolTip(tr("Keeps the trend's span ending now, until you move it."));
     const bool possible = !plugIn || TrendFollower::canFollow(plugIn.get());
-    setUnavailableReason(m_actions.follow, possible ? noTrend : tr("This view cannot do that."));
+    const QString reason = possible ? noTrend : tr("This view cannot do that.");
+    setUnavailableReason(m_actions.follow, reason);
+    const std::optional<FollowSpan> followed = m_controller->follower().followedSpan(plugIn.get());
+    for (QAction* span : m_actions.followSpans->actions()) {
+        setUnavailableReason(span, reason);
+        setChecked(span, followed && span->data().toString() == followSpanName(*followed));
+    }
     setChecked(m_actions.recordComputer, m_recording->isOn());
+    const std::optional<QVariantMap> options = reading(plugIn.get());
+    setUnavailableReason(m_actions.breakLines, options || !plugIn ? noTrend : tr("This view cannot do that."));
+    setChecked(m_actions.breakLines, options && options->value(QLatin1String(kBrokenLines)).toBool());
     setChecked(m_actions.follow, m_controller->follower().isFollowing(plugIn.get()));
 }
 

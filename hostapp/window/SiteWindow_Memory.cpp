@@ -87,6 +87,7 @@ WindowState SiteWindow::currentState() const
     for (int row = 0; row < list.rowCount(); ++row)
         state.order << list.plugInAt(row)->uniqueIdentifier();
     state.followed = m_controller->followedTrends();
+    state.followSpans = m_controller->followedSpans();
     if (const KTVPlugInPtr selected = selectedPlugIn())
         state.selected = selected->uniqueIdentifier();
     state.separate = m_restored ? m_controller->separateTrends() : m_memory.state().separate;
@@ -108,8 +109,18 @@ void SiteWindow::storeNow()
     }
 }
 
+void SiteWindow::closeAsOrdered()
+{
+    m_asksBeforeClosing = false;
+    close();
+}
+
 void SiteWindow::closeEvent(QCloseEvent* event)
 {
+    if (!mayEndRecording()) {
+        event->ignore();
+        return;
+    }
     storeNow();
     QSettings settings;
     settings.setValue(QLatin1String(kGeometryKey), saveGeometry());

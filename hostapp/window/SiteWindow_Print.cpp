@@ -1,21 +1,36 @@
 // Printing the selected view's report, and saving it as a PDF.
 //
+// Whatever leaves the screen states the span of what it draws: dates, graph and records are brought together first.
+//
 // Writing a report in the view's own form leaves the graph of the view at the size it has on paper; the view on screen
 // is laid out again as soon as it is written.
 
 #include "hostapp/window/SiteWindow.h"
 
 #include "base/ReportableError.h"
+#include "hostapp/document/ArchiveManager.h"
 #include "hostapp/site/ViewReport.h"
 #include "hostapp/window/DesktopUserInterface.h"
 #include "hostapp/window/OutputWords.h"
 
+#include <QtCore/QEventLoop>
 #include <QtPrintSupport/QPrintPreviewDialog>
 #include <QtPrintSupport/QPrinter>
+#include <QtWidgets/QProgressDialog>
+
+#include <algorithm>
 
 namespace plotix {
 
 namespace {
+
+constexpr int kUnseenWait = 400;  // milliseconds; a shorter wait needs no word
+
+bool areRecordsThere(const SiteDocument& document)
+{
+    return std::all_of(document.agents().begin(), document.agents().end(),
+                       [](const auto& agent) { return agent->siteArchiveManager()->pendingFetches() == 0; });
+}
 
 /// A resize, however small, has the view put its parts back in place.
 void layOutAgain(QWidget* view)
@@ -47,9 +62,50 @@ ReportForm chosenForm(const QAction& classic)
 
 }  // namespace
 
+bool SiteWindow::settle(const KTVPlugInPtr& plugIn, Wanted wanted)
+{
+    try {
+        return m_controller->settle(*plugIn, wanted, [this] { return waitForRecords(); });
+    } catch (const ReportableError& error) {
+        showAlert(tr("The records of these dates are not here"), error.message());
+        return false;
+    }
+}
+
+bool SiteWindow::waitForRecords()
+{
+    const SiteDocument& document = *m_controller->siteDocument();
+    QString failure;
+    QEventLoop loop;
+    for (const auto& agent : document.agents()) {
+        const ArchiveManager* archive = agent->siteArchiveManager();
+        connect(archive, &ArchiveManager::fetchFailed, &loop, [&](const QString& message) { failure = message; });
+        connect(archive, &ArchiveManager::fetchAnswered, &loop, [&] {
+            if (areRecordsThere(document))
+                loop.quit();
+        });
+    }
+    if (!areRecordsThere(document)) {
+        QTimer::singleShot(kUnseenWait, &loop, &QEventLoop::quit);
+        loop.exec(QEventLoop::ExcludeUserInputEvents);
+    }
+    if (!areRecordsThere(document)) {
+        QProgressDialog progress(tr("Reading the records of these dates…"), tr("Cancel"), 0, 0, windowInFront());
+        progress.setWindowModality(Qt::ApplicationModal);
+        connect(&progress, &QProgressDialog::canceled, &loop, &QEventLoop::quit);
+        progress.show();
+        loop.exec();
+    }
+    if (!failure.isEmpty())
+        throw ReportableError(failure);
+    return areRecordsThere(document);
+}
+
 void SiteWindow::printReport()
 {
     const KTVPlugInPtr plugIn = trendInFront();
+    if (!settle(plugIn, Wanted::Exact))
+        return;
     const ViewReport report(plugIn, chosenForm(*m_actions.classicReport));
     QPrinter printer(QPrinter::HighResolution);
     printer.setDocName(titleOf(*plugIn));
@@ -74,6 +130,8 @@ void SiteWindow::printReport()
 void SiteWindow::exportReport()
 {
     const KTVPlugInPtr plugIn = trendInFront();
+    if (!settle(plugIn, Wanted::Exact))
+        return;
     const auto path = m_services.userInterface->runSavePanel({QStringLiteral("pdf")});
     if (!path)
         return;

@@ -51,7 +51,7 @@ void SiteWindow::showWebAddress(const QString& address)
     m_webAddress->setAddress(address);
     setUnavailableReason(m_actions.copyWebAddress,
                          address.isEmpty() ? tr("The site is not served on the web.") : QString());
-    statusBar()->setVisible(!address.isEmpty() || !statusBar()->currentMessage().isEmpty());
+    showStatusBarIfNeeded();
 }
 
 void SiteWindow::stopServing()

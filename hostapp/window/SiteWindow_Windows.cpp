@@ -121,10 +121,14 @@ void SiteWindow::fillWindowMenu()
         list(window);
 }
 
-void closeAllSites()
+void closeAllSites(Closing closing)
 {
-    for (SiteWindow* window : openWindows<SiteWindow>())
-        window->close();
+    for (SiteWindow* window : openWindows<SiteWindow>()) {
+        if (closing == Closing::Ordered)
+            window->closeAsOrdered();
+        else if (!window->close())
+            return;
+    }
     QApplication::closeAllWindows();
 }
 

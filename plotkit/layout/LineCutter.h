@@ -22,6 +22,9 @@ public:
     /// The line's next point. Infinite coordinates count as far away. Requires: no NaN.
     void add(QPointF point);
 
+    /// The next point begins a part of its own.
+    void breakLine() { finish(); }
+
     /// Ends the line. A line of one point inside the rectangle becomes a dot.
     void finish();
 

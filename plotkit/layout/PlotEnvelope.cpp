@@ -35,12 +35,50 @@ double yAtEdge(const LinePoint& from, const LinePoint& to, double edge)
 
 }  // namespace
 
+/// The points on both sides of empty columns, as they are in the series. Columns are bins from the picture's left.
+class ColumnEnds {
+public:
+    ColumnEnds(const CPTPointSeries& series, const BinEdges& edges, std::size_t columns, bool mirrored, double gap)
+        : m_series(series), m_edges(edges), m_columns(columns), m_mirrored(mirrored), m_gap(gap)
+    {
+    }
+
+    bool hasGaps() const { return std::isfinite(m_gap); }
+    bool isGap(std::size_t one, std::size_t other) const
+    {
+        return std::abs(m_series.x()[one] - m_series.x()[other]) > m_gap;
+    }
+    /// Of a column that is not empty.
+    std::size_t leftmost(std::size_t column) const { return m_mirrored ? lastIn(column) : firstIn(column); }
+    std::size_t rightmost(std::size_t column) const { return m_mirrored ? firstIn(column) : lastIn(column); }
+    float y(std::size_t element) const { return m_series.y()[element]; }
+
+private:
+    std::size_t binOf(std::size_t column) const { return m_mirrored ? m_columns - 1 - column : column; }
+    std::size_t firstIn(std::size_t column) const
+    {
+        return m_series.index().firstPointFrom(m_edges.edges()[binOf(column)]);
+    }
+    std::size_t lastIn(std::size_t column) const
+    {
+        return m_series.index().lastPointBefore(m_edges.edges()[binOf(column) + 1]);
+    }
+
+    const CPTPointSeries& m_series;
+    const BinEdges& m_edges;
+    std::size_t m_columns;
+    bool m_mirrored;
+    double m_gap;
+};
+
 /// Turns summaries into an envelope: all columns as if none were empty, then those where the line crosses empty ones.
 class EnvelopeBuilder {
 public:
-    EnvelopeBuilder(PlotEnvelope& envelope, const BinRows& bins, std::size_t columns, const ValueScale& scale)
-        : m_envelope(envelope), m_bins(bins), m_columns(columns), m_scale(scale)
+    EnvelopeBuilder(PlotEnvelope& envelope, const BinRows& bins, std::size_t columns, const ValueScale& scale,
+                    const ColumnEnds& ends)
+        : m_envelope(envelope), m_bins(bins), m_columns(columns), m_scale(scale), m_ends(ends)
     {
+        envelope.partEnds.clear();
         const std::size_t room = columns + 1 + SlidingRow<float>::kPadding;
         for (std::vector<float>* row : {&envelope.m_joins, &envelope.m_low, &envelope.m_high})
             if (row->size() < room)
@@ -65,6 +103,9 @@ public:
             leaveOut(0, first);
         if (!outgoing && first < m_columns)
             leaveOut(last + 1, m_columns);
+        for (const auto& [from, to] : m_gaps)
+            breakBetween(from, to);
+        m_envelope.partEnds.push_back(m_columns);
         m_envelope.atLeft = {joins(), m_columns};
         m_envelope.atRight = {joins() + 1, m_columns};
         m_envelope.low = {low, m_columns};
@@ -112,9 +153,33 @@ private:
             if (isEmpty(column))
                 continue;
             if (before + 1 < column)
-                cross(lastOf(before), firstOf(column), before + 1, column);
+                bridge(before, column);
             before = column;
         }
+    }
+
+    void bridge(std::size_t before, std::size_t column)
+    {
+        if (m_ends.hasGaps()) {
+            const std::size_t left = m_ends.rightmost(before);
+            const std::size_t right = m_ends.leftmost(column);
+            if (m_ends.isGap(left, right)) {
+                joins()[before + 1] = m_scale.cut(m_scale(m_ends.y(left)));
+                joins()[column] = m_scale.cut(m_scale(m_ends.y(right)));
+                m_gaps.emplace_back(before + 1, column);
+                return;
+            }
+        }
+        cross(lastOf(before), firstOf(column), before + 1, column);
+    }
+
+    /// Columns [from, to) stay without the line; what stands at their outer edges belongs to their neighbours.
+    void breakBetween(std::size_t from, std::size_t to)
+    {
+        std::fill(m_envelope.m_low.data() + from, m_envelope.m_low.data() + to, kInfinity);
+        std::fill(m_envelope.m_high.data() + from, m_envelope.m_high.data() + to, -kInfinity);
+        std::fill(joins() + from + 1, joins() + to, 0.0F);
+        m_envelope.partEnds.push_back(from);
     }
 
     void begin(const std::optional<LinePoint>& incoming, const std::optional<LinePoint>& outgoing, std::size_t first)
@@ -151,6 +216,8 @@ private:
     BinRows m_bins;
     std::size_t m_columns;
     ValueScale m_scale;
+    const ColumnEnds& m_ends;
+    std::vector<std::pair<std::size_t, std::size_t>> m_gaps;  // columns [first, second)
 };
 
 namespace {
@@ -159,6 +226,23 @@ bool isDrawable(const QRectF& area)
 {
     return std::isfinite(area.x()) && std::isfinite(area.y()) && std::isfinite(area.width()) &&
            std::isfinite(area.height()) && area.width() > 0 && area.height() > 0;
+}
+
+/// The points before the first bin and after the last that the line is joined to; the number of elements for none.
+std::pair<std::size_t, std::size_t> neighboursOf(const CPTPointSeries& series, const BinEdges& edges, std::size_t bins,
+                                                 const ColumnEnds& ends)
+{
+    const CPTSeriesIndex& index = series.index();
+    const std::size_t none = series.elementCount();
+    std::size_t before = index.lastPointBefore(edges.edges()[0]);
+    std::size_t after = index.firstPointFrom(edges.edges()[bins]);
+    if (!ends.hasGaps())
+        return {before, after};
+    const std::size_t first = index.firstPointFrom(edges.edges()[0]);  // `after` where no bin holds a point
+    const std::size_t last = index.lastPointBefore(edges.edges()[bins]);
+    const bool isApartLeft = before < none && first < none && ends.isGap(before, first);
+    const bool isApartRight = after < none && last < none && ends.isGap(last, after);
+    return {isApartLeft ? none : before, isApartRight ? none : after};
 }
 
 }  // namespace
@@ -216,11 +300,14 @@ bool PlotEnveloping::envelopeInto(PlotEnvelope& envelope, const CPTPointSeries& 
         const double from = (times[element] - grid.edge(grid.first)) / grid.width;
         return LinePoint{mirrored ? static_cast<double>(grid.count) - from : from, scale(series.y()[element])};
     };
-    const std::optional<LinePoint> before = pointOf(series.index().lastPointBefore(edges.edges()[0]));
-    const std::optional<LinePoint> after = pointOf(series.index().firstPointFrom(edges.edges()[grid.count]));
+    const ColumnEnds ends(series, edges, grid.count, mirrored, view.gap);
+    const auto [beforeElement, afterElement] = neighboursOf(series, edges, grid.count, ends);
+    const std::optional<LinePoint> before = pointOf(beforeElement);
+    const std::optional<LinePoint> after = pointOf(afterElement);
     const std::int64_t leftmost = mirrored ? grid.first + static_cast<std::int64_t>(grid.count) : grid.first;
     envelope.left = coordinateForValue(x, grid.edge(leftmost));
-    EnvelopeBuilder(envelope, bins, grid.count, scale).build(mirrored ? after : before, mirrored ? before : after);
+    EnvelopeBuilder(envelope, bins, grid.count, scale, ends)
+        .build(mirrored ? after : before, mirrored ? before : after);
     return true;
 }
 

@@ -29,6 +29,9 @@ struct PlotEnvelope {
     double left = 0;                         ///< coordinate of column 0's left edge
     std::span<const float> atLeft, atRight;  ///< one row: a column begins where the one before ends
     std::span<const float> low, high;
+    /// One past each part's last column, ascending, the last one past all columns: between the parts the line is
+    /// broken, at least a pixel wide.
+    std::vector<std::size_t> partEnds;
 
 private:
     friend class EnvelopeBuilder;

@@ -8,6 +8,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <limits>
 #include <span>
 
 // The view, a margin on both sides included, is cut into bins a fraction of a pixel wide. A crowded bin gives its first
@@ -31,6 +32,7 @@ public:
         : m_series(series),
           m_x(series.x().span().first(series.elementCount())),
           m_view(view),
+          m_gap(series.isXSorted() ? view.gap : std::numeric_limits<double>::infinity()),
           m_xMapping(xMapping(view.xRange, view.area)),
           m_yMapping(yMapping(view.yRange, view.area)),
           m_cutter(plot, grownArea(view), series.isXSorted() ? OutsidePieces::Bridge : OutsidePieces::Break)
@@ -62,7 +64,13 @@ private:
     double xOf(std::size_t element) const { return coordinateForValue(m_xMapping, m_x[element]); }
     double yOf(float y) const { return coordinateForValue(m_yMapping, y); }
     void add(double x, double y) { m_cutter.add({x, y}); }
-    void addElement(std::size_t element) { add(xOf(element), yOf(m_series.y()[element])); }
+    void addElement(std::size_t element)
+    {
+        if (m_x[element] - m_lastX > m_gap)
+            m_cutter.breakLine();
+        m_lastX = m_x[element];
+        add(xOf(element), yOf(m_series.y()[element]));
+    }
     void addElements(std::size_t first, std::size_t last)
     {
         for (std::size_t element = first; element < last; ++element)
@@ -154,14 +162,10 @@ private:
             return;
         const std::size_t last = m_series.index().lastPointBefore(to);
         const CPTSeriesIndex::MinMax extremes = m_series.index().minMax(from, to);
-        const double enter = xOf(first);
-        const double leave = xOf(last);
-        const float yFirst = m_series.y()[first];
-        const float yLast = m_series.y()[last];
-        add(enter, yOf(yFirst));
-        addExtremes((enter + leave) / 2, extremes, yFirst, yLast);
+        addElement(first);
+        addExtremes((xOf(first) + xOf(last)) / 2, extremes, m_series.y()[first], m_series.y()[last]);
         if (last != first)
-            add(leave, yOf(yLast));
+            addElement(last);
     }
 
     /// Those extremes that lie beyond both ends, in the order that makes the line shorter.
@@ -181,6 +185,8 @@ private:
     const CPTPointSeries& m_series;
     std::span<const double> m_x;
     const PlotView& m_view;
+    double m_gap;
+    double m_lastX = std::nan("");  // of the element added last
     AxisMapping m_xMapping;
     AxisMapping m_yMapping;
     LineCutter m_cutter;

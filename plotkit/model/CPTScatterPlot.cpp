@@ -27,6 +27,12 @@ void CPTScatterPlot::setHidden(bool hidden)
     changed();
 }
 
+void CPTScatterPlot::setGapThreshold(double distance)
+{
+    m_gapThreshold = distance > 0 ? distance : std::numeric_limits<double>::infinity();
+    changed();
+}
+
 void CPTScatterPlot::bind(CPTScatterPlotBinding binding, const CPTSeriesControllerPtr& controller,
                           const QString& keyPath)
 {

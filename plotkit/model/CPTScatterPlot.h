@@ -6,6 +6,7 @@
 #include <QtCore/QMetaObject>
 
 #include <functional>
+#include <limits>
 #include <memory>
 
 class CPTScatterPlot;
@@ -46,6 +47,11 @@ public:
     bool isHidden() const { return m_hidden; }
     void setHidden(bool hidden);
 
+    /// Points farther apart in x than this are not joined, where that can be seen: a gap narrower than a pixel is
+    /// bridged. Infinite at first, and for anything but a positive number: all are joined, whatever lies between.
+    double gapThreshold() const { return m_gapThreshold; }
+    void setGapThreshold(double distance);
+
     /// Reads values through the controller; the key path is "arrangedObjects.x" or "arrangedObjects.y". Holds the
     /// controller *weakly*: without it there are no values. Both bindings name the same controller: binding to another
     /// one drops the other binding, a null one drops both.
@@ -66,6 +72,7 @@ private:
     std::weak_ptr<const CPTXYPlotSpace> m_plotSpace;
     CPTLineStyle m_dataLineStyle;
     bool m_hidden = false;
+    double m_gapThreshold = std::numeric_limits<double>::infinity();
     QString m_xKeyPath;
     QString m_yKeyPath;
     std::weak_ptr<CPTSeriesController> m_controller;

@@ -106,11 +106,8 @@ inline void EnvelopeStroke::addSegment(const QPointF& from, double fromSource, c
     }
 }
 
-void EnvelopeStroke::outline(StrokeOutline& outline, std::span<const QPointF> points, double radius,
-                             const StrokeArea& area)
+void EnvelopeStroke::addLine(std::span<const QPointF> points)
 {
-    prepare(radius, area);
-    outline.phase = 0;
     const auto sourceOf = [this](const QPointF& point) { return (point.x() - m_origin) * m_perPixel; };
     double fromSource = sourceOf(points.front());
     addVertex(fromSource, points.front().y());
@@ -125,6 +122,21 @@ void EnvelopeStroke::outline(StrokeOutline& outline, std::span<const QPointF> po
             addSegment(to, toSource, from, fromSource);
         fromSource = toSource;
     }
+}
+
+void EnvelopeStroke::outline(StrokeOutline& outline, std::span<const QPointF> points, double radius,
+                             const StrokeArea& area)
+{
+    this->outline(outline, std::span(&points, 1), radius, area);
+}
+
+void EnvelopeStroke::outline(StrokeOutline& outline, std::span<const std::span<const QPointF>> lines, double radius,
+                             const StrokeArea& area)
+{
+    prepare(radius, area);
+    outline.phase = 0;
+    for (const std::span<const QPointF> points : lines)
+        addLine(points);
     const int reach = static_cast<int>(area.clip.left() - area.lead - m_origin) * m_perPixel;
     m_firstSource = static_cast<std::size_t>(reach + kPadding + m_reach);
     widen(outline, area);

@@ -25,6 +25,10 @@ public:
     /// Requires: finite points, x never increasing or never decreasing, at least one; radius positive and finite.
     void outline(StrokeOutline& outline, std::span<const QPointF> points, double radius, const StrokeArea& area);
 
+    /// The same for several lines at once, none of which comes nearer to another than two discs reach along x.
+    void outline(StrokeOutline& outline, std::span<const std::span<const QPointF>> lines, double radius,
+                 const StrokeArea& area);
+
     /// The same for a line given by columns.
     /// Requires: all of equal length; the radius at least half a pixel, and a width for which canStrokeColumns() is
     /// true.
@@ -37,6 +41,7 @@ private:
     void setChords();
     void prepare(double radius, const StrokeArea& area);
     void addVertex(double source, double y);
+    void addLine(std::span<const QPointF> points);
     void addSegment(const QPointF& from, double fromSource, const QPointF& to, double toSource);
     double spreadForSlope(double slope) const;
     void take(int source, float low, float high);

@@ -26,12 +26,14 @@ struct PolylineSet {
 
 /// A line whose x never turns back, given by what it fills in narrow columns (device pixels, y downward): where it
 /// comes in and goes out at the column's edges, and from where to where it reaches between. In a column without the
-/// line, low is +infinity and high −infinity. Borrows the memory; the spans are of equal length, everything else is
-/// finite.
+/// line, low is +infinity and high −infinity. Borrows the memory; the spans of columns are of equal length, everything
+/// else is finite. `partEnds`, ascending, is one past each part's last column; the last is one past all columns, and
+/// none at all means one part. Between the parts the line is broken.
 struct LineColumns {
     static constexpr int kPerPixel = 12;
     double left = 0;  ///< the left edge of column 0
     std::span<const float> atLeft, atRight, low, high;
+    std::span<const std::size_t> partEnds = {};
 };
 
 }  // namespace plotkit

@@ -2,10 +2,13 @@
 
 #include "plotkit/raster/EnvelopeStroke.h"
 #include "plotkit/raster/MaskStroke.h"
+#include "plotkit/raster/PartGroups.h"
 #include "plotkit/raster/StrokeOutline.h"
 
 #include <algorithm>
 #include <cmath>
+#include <limits>
+#include <utility>
 #include <vector>
 
 namespace plotkit {
@@ -25,6 +28,31 @@ bool neverTurnsBack(std::span<const QPointF> points)
            std::adjacent_find(points.begin(), points.end(), forward) == points.end();
 }
 
+constexpr double kClear = 2;  // pixels between pens that meet in no pixel
+constexpr std::size_t kMostGroups = 64;
+constexpr std::size_t kColumnPadding = 16;  // columns that may be read beyond the last
+constexpr float kInfinity = std::numeric_limits<float>::infinity();
+
+/// Requires: points that never turn back.
+PartExtent extentOf(std::span<const QPointF> points)
+{
+    const auto [from, to] = std::minmax(points.front().x(), points.back().x());
+    return {from, to};
+}
+
+/// The columns of a part that hold the line, in pixels; it may begin with some that do not.
+PartExtent extentOf(const LineColumns& columns, std::size_t first, std::size_t end)
+{
+    while (first < end && !(columns.low[first] <= columns.high[first]))
+        ++first;
+    return {static_cast<double>(first) / LineColumns::kPerPixel, static_cast<double>(end) / LineColumns::kPerPixel};
+}
+
+std::size_t groupCount(const std::vector<std::size_t>& groups)
+{
+    return groups.empty() ? 0 : *std::max_element(groups.begin(), groups.end()) + 1;
+}
+
 }  // namespace
 
 struct PolylineRasteriser::Workspace {
@@ -39,6 +67,9 @@ struct PolylineRasteriser::Workspace {
     std::size_t waiting = 0;
     std::vector<QPointF> points;
     std::vector<std::size_t> partEnds;
+    std::vector<std::span<const QPointF>> parts, together;
+    std::vector<PartExtent> extents;
+    std::vector<float> low, high;
 
     /// The same lines without the points that are not finite.
     PolylineSet cleaned(const PolylineSet& lines)
@@ -69,6 +100,65 @@ struct PolylineRasteriser::Workspace {
         StrokeOutline& outline = outlines[waiting++];
         outline.color = ink;
         envelope.outline(outline, line, width / 2, area);
+    }
+
+    /// False where the parts cannot be told apart along x.
+    bool addParts(const PolylineSet& lines, double width, quint32 ink)
+    {
+        parts.clear();
+        extents.clear();
+        std::size_t first = 0;
+        for (const std::size_t partEnd : lines.partEnds) {
+            const std::size_t end = std::min(partEnd, lines.points.size());
+            const std::span<const QPointF> part = lines.points.subspan(first, end - first);
+            first = end;
+            if (part.empty())
+                continue;
+            if (!neverTurnsBack(part))
+                return false;
+            parts.push_back(part);
+            extents.push_back(extentOf(part));
+        }
+        const std::vector<std::size_t> groups = groupsOfParts(extents, width + kClear, kMostGroups);
+        for (std::size_t group = 0; group < groupCount(groups); ++group) {
+            together.clear();
+            for (std::size_t part = 0; part < parts.size(); ++part)
+                if (groups[part] == group)
+                    together.push_back(parts[part]);
+            addOutline(std::span<const std::span<const QPointF>>(together), width, ink);
+        }
+        return !groups.empty();
+    }
+
+    /// The parts of a broken line by columns, the columns of all other groups left empty.
+    void addParts(const LineColumns& columns, double width, quint32 ink)
+    {
+        extents.clear();
+        std::size_t first = 0;
+        for (const std::size_t end : columns.partEnds)
+            extents.push_back(extentOf(columns, std::exchange(first, end), end));
+        const std::vector<std::size_t> groups =
+            groupsOfParts(extents, width + kClear, std::numeric_limits<std::size_t>::max());
+        for (std::size_t group = 0; group < groupCount(groups); ++group) {
+            low.assign(columns.low.size() + kColumnPadding, kInfinity);
+            high.assign(columns.high.size() + kColumnPadding, -kInfinity);
+            first = 0;
+            for (std::size_t part = 0; part < groups.size(); ++part) {
+                const std::size_t from = std::exchange(first, columns.partEnds[part]);
+                if (groups[part] != group)
+                    continue;
+                const auto copy = [&](std::span<const float> all, std::vector<float>& own) {
+                    const std::span<const float> some = all.subspan(from, columns.partEnds[part] - from);
+                    std::copy(some.begin(), some.end(), own.begin() + static_cast<std::ptrdiff_t>(from));
+                };
+                copy(columns.low, low);
+                copy(columns.high, high);
+            }
+            const std::size_t count = columns.low.size();
+            addOutline(
+                LineColumns{columns.left, columns.atLeft, columns.atRight, {low.data(), count}, {high.data(), count}},
+                width, ink);
+        }
     }
 
     void paintWaiting()
@@ -108,6 +198,8 @@ void PolylineRasteriser::add(const PolylineSet& lines, double width, const QColo
                 : std::span<const QPointF>();
     if (!only.empty() && neverTurnsBack(only)) {
         work.addOutline(only, width, ink);
+    } else if (qAlpha(ink) == 255 && clean.partEnds.size() > 1 && work.addParts(clean, width, ink)) {
+        // Strokes of an opaque colour may overlap; any other must be one stroke.
     } else {
         work.paintWaiting();
         work.mask.stroke(work.buffer, clean, width / 2, ink, work.area.clip);
@@ -117,7 +209,8 @@ void PolylineRasteriser::add(const PolylineSet& lines, double width, const QColo
 void PolylineRasteriser::add(const LineColumns& columns, double width, const QColor& color)
 {
     if (canStrokeColumns(width) && m_workspace->canDraw(width, color) && !columns.low.empty())
-        m_workspace->addOutline(columns, width, qPremultiply(color.rgba()));
+        columns.partEnds.size() > 1 ? m_workspace->addParts(columns, width, qPremultiply(color.rgba()))
+                                    : m_workspace->addOutline(columns, width, qPremultiply(color.rgba()));
 }
 
 void PolylineRasteriser::finish()

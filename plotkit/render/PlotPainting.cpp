@@ -34,14 +34,24 @@ QRectF clipFor(const QRectF& plotArea, double lineWidth)
     return plotArea.adjusted(-half, -half, half, half);
 }
 
-PlotView viewFor(const CPTXYPlotSpace& space, const QRectF& area, double lineWidth)
+/// `pixel`: how wide a gap must be to be seen, in the area's units.
+PlotView viewFor(const CPTXYGraph& graph, const CPTScatterPlot& plot, const QRectF& area, double lineWidth,
+                 double pixel)
 {
+    const CPTXYPlotSpace& space = graph.plotSpaceOf(plot);
     PlotView view;
+    view.gap = std::max(plot.gapThreshold(), std::abs(space.xRange().length) / area.width() * pixel);
     view.xRange = space.xRange();
     view.yRange = space.yRange();
     view.area = area;
     view.margin = std::max(kLeastMargin, 2 * lineWidth);
     return view;
+}
+
+/// The parts of a broken line are several strokes, which may overlap where their colour is opaque.
+bool canStroke(const PlotEnvelope& envelope, const QColor& color)
+{
+    return envelope.partEnds.size() < 2 || color.alpha() == 255;
 }
 
 PixelBuffer bufferOf(QImage& image)
@@ -127,7 +137,7 @@ void PlotPainting::strokePlots(const PixelBuffer& buffer, const QRect& clip, con
     std::size_t slot = 0;
     m_rasteriser.begin(buffer, clip);
     for (const CPTScatterPlotPtr& plot : graph.allPlots())
-        strokePlot(*plot, viewFor(graph.plotSpaceOf(*plot), area, lineWidth), density, slot++);
+        strokePlot(*plot, viewFor(graph, *plot, area, lineWidth, 1), density, slot++);
     m_rasteriser.finish();
 }
 
@@ -138,9 +148,9 @@ void PlotPainting::strokePlot(const CPTScatterPlot& plot, const PlotView& view, 
     const CPTLineStyle& style = plot.dataLineStyle();
     const CPTPointSeriesPtr series = plot.isHidden() ? nullptr : plot.series();
     if (series && PolylineRasteriser::canStrokeColumns(style.width * density) &&
-        m_enveloping.envelopeInto(m_envelope, *series, view, slot)) {
-        const LineColumns columns{m_envelope.left, m_envelope.atLeft, m_envelope.atRight, m_envelope.low,
-                                  m_envelope.high};
+        m_enveloping.envelopeInto(m_envelope, *series, view, slot) && canStroke(m_envelope, style.color)) {
+        const LineColumns columns{m_envelope.left, m_envelope.atLeft, m_envelope.atRight,
+                                  m_envelope.low,  m_envelope.high,   m_envelope.partEnds};
         m_rasteriser.add(columns, style.width * density, style.color);
     } else if (reduce(plot, view)) {
         m_rasteriser.add({m_reduced.points, m_reduced.partEnds}, style.width * density, style.color);
@@ -158,7 +168,7 @@ void PlotPainting::drawPaths(GraphCanvas& canvas, const CPTXYGraph& graph, const
     painter.setBrush(Qt::NoBrush);
     for (const CPTScatterPlotPtr& plot : graph.allPlots()) {
         const CPTLineStyle& style = plot->dataLineStyle();
-        PlotView view = viewFor(graph.plotSpaceOf(*plot), area, lineWidth * kPageStepsPerPoint);
+        PlotView view = viewFor(graph, *plot, area, lineWidth * kPageStepsPerPoint, kPageStepsPerPoint);
         view.columnsPerPixel = 1;
         if (!style.color.isValid() || !(style.width > 0) || !reduce(*plot, view))
             continue;

@@ -13,6 +13,7 @@
 #include "plugins/PlotixPlugIn/host/KTVHelpManager.h"
 #include "plugins/PlotixPlugIn/host/KTVHostServices.h"
 #include "plugins/PlotixPlugIn/host/KTVUserInterface.h"
+#include "plugins/PlotixPlugIn/reading/ReadSpans.h"
 #include "ui_KTVPlotixPlugIn.h"
 
 namespace {
@@ -54,8 +55,18 @@ void orderTabStops(const std::vector<QWidget*>& stops)
 }  // namespace
 
 KTVPlotixPlugIn::KTVPlotixPlugIn()
+    : m_readSpans(std::make_unique<plotix::ReadSpans>([this]() -> std::optional<plotix::TimeSpan> {
+          const QVariantList dates = m_dataCluster ? shownRange() : QVariantList();
+          return dates.isEmpty() ? std::nullopt
+                                 : std::optional(plotix::TimeSpan{dates[0].toDouble(), dates[1].toDouble()});
+      }))
 {
     plugInBundle::registerResources();
+}
+
+QObject* KTVPlotixPlugIn::readSpans() const
+{
+    return m_readSpans.get();
 }
 
 KTVPlotixPlugIn::Ptr KTVPlotixPlugIn::initWithAgent(KTVAgentPtr agent, KTVSiteWindowController* siteWindowController)

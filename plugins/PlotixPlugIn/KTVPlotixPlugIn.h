@@ -19,7 +19,11 @@
 #include <QtWidgets/QAbstractButton>
 #include <QtWidgets/QLabel>
 
+class LineMenu;
 class TrendViewArrangement;
+namespace plotix {
+class ReadSpans;
+}
 
 /// The tag of observations of a property's "color".
 inline constexpr ObservationTag kPropertyColor{"color"};
@@ -43,6 +47,9 @@ inline constexpr ObservationTag kPropertyColor{"color"};
 ///   the graph and its figures for a host's own paper            KTVPlotixPlugIn_Paper.cpp
 ///   the collapsible details panel                               KTVPlotixPlugIn_DetailsPanel.cpp
 ///   options that make it easier to read                         KTVPlotixPlugIn_Reading.cpp
+///
+/// What goes beyond the contract is no topic of this class: it is a collaborator under `reading/`, which a host reaches
+/// by name and which this class only tells what happens.
 ///
 /// A field is written by one file, named beside it, apart from construction and decoding. Two exceptions: the Graph
 /// file makes `binders` together with the graph and the Series file fills it; PropertySet removes rows from
@@ -125,10 +132,12 @@ public:
 
     // Following. Seconds since 1970-01-01 UTC.
     Q_INVOKABLE void showRange(double fromSeconds, double toSeconds);  ///< fetches quietly; reversed: nothing happens
+    Q_INVOKABLE void readRange(double fromSeconds, double toSeconds);  ///< the same, but the ranges shown stay
     Q_INVOKABLE QVariantList shownRange() const;  ///< the date panel's two dates; empty when one is absent
     Q_INVOKABLE QVariantList
     refreshedRange() const;  ///< the two dates of the last refresh, before its records moved them
 
+    Q_INVOKABLE QObject* readSpans() const;  ///< a plotix::ReadSpans; owned, never null
     // Reading. Options by name, see reading/ReadingOptions.h; unknown ones are passed over.
     Q_INVOKABLE void setReading(const QVariantMap& options);  ///< chooses these and leaves the others
     Q_INVOKABLE QVariantMap reading() const;                  ///< those that were chosen
@@ -264,6 +273,9 @@ private:
     void removePlotOfProperty(const QString& propertyName);
     void removeRowNamed(const QString& tableName);
     void observeProperty(KTVProperty& property);  ///< "unit" and "color"
+    void takePropertyColors();
+    void applyLineCommands();
+    QColor lineColor(const QString& key, const KTVRecordColumn& column) const;
     void recolorPlot(const KTVProperty& property);
     void recolorRows(const QString& propertyName, const QColor& color);
 
@@ -274,6 +286,8 @@ private:
     /// Every fetch goes through here: the handler is called on the main thread, unless this object is gone by then.
     void fetchRecords(const OptionalDate& fromDate, const OptionalDate& toDate, RecordsHandler handler);
     void showRecordsInRange(const KTVRecordDictionaryPtr& records, const CPTPlotRange& range);
+    void showRecordsBeneath(const KTVRecordDictionaryPtr& records, const OptionalDate& from, const OptionalDate& to);
+    void tellShown(const KTVRecordDictionary& records, const OptionalDate& from, const OptionalDate& to);
     void applyReading();
     void styleAxesPlainly();
     void updateRangeNotice();
@@ -309,7 +323,9 @@ private:
     bool m_observersAdded = false;                                      // Observation
     bool m_plotReady = false;                                           // Acquisition clears it; nothing sets it
     OptionalDate m_refreshedFrom, m_refreshedTo;                        // Acquisition
+    std::unique_ptr<plotix::ReadSpans> m_readSpans;                     // owns; told, never asked
     plotix::ReadingOptions m_reading;                                   // Reading
+    QPointer<LineMenu> m_lineMenu;                                      // weak; Reading. Absent unless chosen
     bool m_firstFitUnderWay = false;                                    // Axes; the y axis is not re-ticked meanwhile
     bool m_rangeBeingShown = false;                                     // Following; no modifier key counts meanwhile
     QPointer<QObject> m_completionTarget;                               // weak

@@ -15,6 +15,7 @@
 #include "base/MainQueue.h"
 #include "plugins/PlotixPlugIn/host/KTVHostServices.h"
 #include "plugins/PlotixPlugIn/host/KTVUserInterface.h"
+#include "plugins/PlotixPlugIn/reading/ReadSpans.h"
 
 namespace {
 
@@ -28,6 +29,11 @@ std::shared_ptr<OffscreenLife> keepUntilRebuilt(std::shared_ptr<KTVPlotixPlugIn>
 {
     return {new OffscreenLife{std::move(plugIn)},
             [](OffscreenLife* life) { plotix::MainQueue::main().async([life] { delete life; }); }};
+}
+
+std::optional<plotix::TimeSpan> spanOf(const plotix::OptionalDate& from, const plotix::OptionalDate& to)
+{
+    return from && to ? std::optional(plotix::TimeSpan{from->seconds, to->seconds}) : std::nullopt;
 }
 
 /// Where a sheet goes: the window the view is shown in; none for a view in no window, and for none at all.
@@ -70,8 +76,12 @@ void KTVPlotixPlugIn::refuseDateRange()
 void KTVPlotixPlugIn::requestRecords(const OptionalDate& fromDate, const OptionalDate& toDate)
 {
     fetchRecords(fromDate, toDate,
-                 [](KTVPlotixPlugIn& plugIn, const KTVRecordDictionaryPtr& records,
-                    const std::optional<KTVError>& error) { plugIn.doValidDataSource(records, error); });
+                 [fromDate, toDate](KTVPlotixPlugIn& plugIn, const KTVRecordDictionaryPtr& records,
+                                    const std::optional<KTVError>& error) {
+                     plugIn.doValidDataSource(records, error);
+                     if (records && !error)
+                         plugIn.tellShown(*records, fromDate, toDate);
+                 });
 }
 
 void KTVPlotixPlugIn::fetchRecords(const OptionalDate& fromDate, const OptionalDate& toDate, RecordsHandler handler)
@@ -81,17 +91,32 @@ void KTVPlotixPlugIn::fetchRecords(const OptionalDate& fromDate, const OptionalD
     KTVArchiveManager* archiveManager = agent() ? agent()->archiveManager() : nullptr;
     if (!archiveManager)
         return;
+    const std::optional<plotix::TimeSpan> span = spanOf(fromDate, toDate);
+    if (span)
+        m_readSpans->recordsAsked(*span);
     archiveManager->fetchRecordsForProperties(
         m_properties, fromDate, toDate, kMaximumSamplesUnlimited, [](double, bool*) {},
-        [weakPlugIn, life, handler = std::move(handler)](const KTVRecordDictionaryPtr& records, double,
-                                                         const std::optional<KTVError>& error) {
-            plotix::MainQueue::main().async([weakPlugIn, life, handler, records, error] {
-                if (const Ptr plugIn = weakPlugIn.lock())
+        [weakPlugIn, life, span, handler = std::move(handler)](const KTVRecordDictionaryPtr& records, double,
+                                                               const std::optional<KTVError>& error) {
+            plotix::MainQueue::main().async([weakPlugIn, life, span, handler, records, error] {
+                if (const Ptr plugIn = weakPlugIn.lock()) {
+                    if (span)
+                        plugIn->m_readSpans->recordsAnswered(*span);
                     handler(*plugIn, records, error);
+                }
                 if (life)
                     life->plugIn.reset();
             });
         });
+}
+
+void KTVPlotixPlugIn::tellShown(const KTVRecordDictionary& records, const OptionalDate& from, const OptionalDate& to)
+{
+    std::optional<plotix::TimeSpan> held;
+    if (records.time() && records.time()->size() > 0)
+        held = plotix::TimeSpan{(*records.time())[0], (*records.time())[records.time()->size() - 1]};
+    if (const std::optional<plotix::TimeSpan> span = spanOf(from, to))
+        m_readSpans->recordsShown(*span, held);
 }
 
 void KTVPlotixPlugIn::doValidDataSource(const KTVRecordDictionaryPtr& records, const std::optional<KTVError>& error)
@@ -132,7 +157,8 @@ void KTVPlotixPlugIn::cancel(QObject* /*sender*/)
 
 void KTVPlotixPlugIn::dateChanged(QObject* /*sender*/)
 {
-    // A date edit alone never fetches.
+    // A date edit alone never fetches; a host may, when it hears of it.
+    m_readSpans->datesChosen();
 }
 
 void KTVPlotixPlugIn::showMessage(const QString& message)

@@ -20,6 +20,7 @@
 namespace {
 
 constexpr QSizeF kExportedImageSize{320, 320};         // points; whatever the size of the view
+constexpr double kSpanHeight = 18;                     // points, for the line that names the span
 constexpr QPointF kHostsTitleDisplacement{0.0, -2.0};  // clear of the frame's border
 
 CPTTextStyle graphTitleStyle()
@@ -51,6 +52,8 @@ public:
           m_bounds(graph.bounds()),
           m_padding(graph.plotAreaFrame().padding),
           m_title(graph.title()),
+          m_timeTitle(graph.axisSet()->firstAxis()->title()),
+          m_timeTitleOffset(graph.axisSet()->firstAxis()->titleOffset()),
           m_style(graph.titleTextStyle()),
           m_displacement(graph.titleDisplacement()),
           m_anchor(graph.titlePlotAreaFrameAnchor())
@@ -61,6 +64,8 @@ public:
         m_graph.setBounds(m_bounds);
         m_graph.setPlotAreaFramePadding(m_padding);
         m_graph.setTitle(m_title);
+        m_graph.axisSet()->firstAxis()->setTitle(m_timeTitle);
+        m_graph.axisSet()->firstAxis()->setTitleOffset(m_timeTitleOffset);
         m_graph.setTitleTextStyle(m_style);
         m_graph.setTitleDisplacement(m_displacement);
         m_graph.setTitlePlotAreaFrameAnchor(m_anchor);
@@ -72,17 +77,41 @@ private:
     CPTXYGraph& m_graph;  // borrowed
     QRectF m_bounds;
     CPTPadding m_padding;
-    QString m_title;
+    QString m_title, m_timeTitle;
+    double m_timeTitleOffset;
     CPTTextStyle m_style;
     QPointF m_displacement;
     CPTRectAnchor m_anchor;
 };
+
+/// The span that the graph shows, for people.
+QString spanText(const CPTPlotRange& range)
+{
+    const KTVUserInterface& desktop = *KTVHostServices::installed().userInterface;
+    return QStringLiteral("%1 – %2").arg(desktop.localizedDescription(plotix::Date{range.minLimit()}),
+                                         desktop.localizedDescription(plotix::Date{range.maxLimit()}));
+}
+
+/// Titles the time axis with the span shown, below its labels: a picture has no date panel, and the labels of a short
+/// span name no day.
+void placeSpan(CPTXYGraph& graph)
+{
+    if (graph.allPlots().empty())
+        return;
+    CPTXYAxis& axis = *graph.axisSet()->firstAxis();
+    axis.setTitle(spanText(graph.plotSpace().xRange()));
+    axis.setTitleOffset(0);
+    CPTPadding padding = graph.plotAreaFrame().padding;
+    padding.bottom += kSpanHeight;
+    graph.setPlotAreaFramePadding(padding);
+}
 
 /// Draws the graph at a size of the host's choosing, titled or not, and leaves it as it was.
 template <class Draw>
 auto drawnAtSize(CPTXYGraph& graph, const QSizeF& size, const QString& title, Draw draw)
 {
     const GraphStateKeeper keeper(graph);
+    placeSpan(graph);
     graph.setBounds(QRectF(QPointF(), size));
     if (title.isEmpty())
         graph.setTitle(QString());

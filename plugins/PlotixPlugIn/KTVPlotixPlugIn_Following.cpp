@@ -5,6 +5,8 @@
 //     its busy state, so that dates can be typed meanwhile. Its dates move in the same task that shows the records.
 //  2. The range shown is the one asked for, also where the records do not reach its ends.
 //  3. Whoever moved the dates while the records were on their way keeps them: such an answer comes too late.
+//     Where only the records are read and the ranges stay, none comes too late: what was read is shown where it
+//     belongs.
 //  4. Modifier keys mean nothing here: a Shift held for something else must not stop a followed trend.
 //  5. An answer that is no good is passed over: the next one comes soon, and Refresh says what is wrong.
 
@@ -34,6 +36,35 @@ void KTVPlotixPlugIn::showRange(double fromSeconds, double toSeconds)
                  });
 }
 
+void KTVPlotixPlugIn::readRange(double fromSeconds, double toSeconds)
+{
+    if (!(fromSeconds <= toSeconds))
+        return;
+    const plotix::Date from{fromSeconds}, to{toSeconds};
+    fetchRecords(from, to,
+                 [from, to](KTVPlotixPlugIn& plugIn, const KTVRecordDictionaryPtr& records,
+                            const std::optional<KTVError>& error) {
+                     if (records && !error)
+                         plugIn.showRecordsBeneath(records, from, to);
+                 });
+}
+
+// The fit shows all records and moves the dates; both ranges are put back before anybody sees it.
+void KTVPlotixPlugIn::showRecordsBeneath(const KTVRecordDictionaryPtr& records, const OptionalDate& from,
+                                         const OptionalDate& to)
+{
+    const QScopedValueRollback showing(m_rangeBeingShown, true);
+    const bool hadGraph = m_graph != nullptr;
+    const CPTPlotRange x = hadGraph ? m_graph->plotSpace().xRange() : CPTPlotRange();
+    const CPTPlotRange y = hadGraph ? m_graph->plotSpace().yRange() : CPTPlotRange();
+    doValidDataSource(records, {});
+    tellShown(*records, from, to);
+    if (!hadGraph)
+        return;
+    m_graph->defaultPlotSpace()->setXRange(x);
+    m_graph->defaultPlotSpace()->setYRange(y);
+}
+
 void KTVPlotixPlugIn::showRecordsInRange(const KTVRecordDictionaryPtr& records, const CPTPlotRange& range)
 {
     const QScopedValueRollback showing(m_rangeBeingShown, true);
@@ -41,6 +72,7 @@ void KTVPlotixPlugIn::showRecordsInRange(const KTVRecordDictionaryPtr& records, 
     // The fit has just shown the records there are; this proposal moves the dates on to the range that was asked for.
     if (m_graph)
         m_graph->defaultPlotSpace()->setXRange(range);
+    tellShown(*records, plotix::Date{range.location}, plotix::Date{range.end()});
 }
 
 QVariantList KTVPlotixPlugIn::shownRange() const

@@ -7,6 +7,8 @@
 
 #include "plugins/PlotixPlugIn/KTVPlotixPlugIn.h"
 
+#include "plugins/PlotixPlugIn/reading/ReadSpans.h"
+
 namespace {
 
 constexpr CPTPadding kPlotAreaPadding{.top = 20, .left = 60, .bottom = 50, .right = 20};
@@ -73,6 +75,7 @@ void KTVPlotixPlugIn::buildGraph()
     adjustXAxis();
     setupYAxis();
     adjustYAxis();
+    m_readSpans->graphBuilt(m_graph);
     applyReading();
 }
 

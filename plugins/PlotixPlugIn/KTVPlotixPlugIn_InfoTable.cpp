@@ -11,6 +11,7 @@
 
 #include "plugins/PlotixPlugIn/KTVPlotixPlugIn.h"
 
+#include "plugins/PlotixPlugIn/InfoTableModel.h"
 #include "plugins/PlotixPlugIn/host/KTVConverter.h"
 #include "plugins/PlotixPlugIn/host/KTVRecordColumn.h"
 #include "plugins/PlotixPlugIn/logic/SinglePrecision.h"
@@ -126,6 +127,9 @@ void KTVPlotixPlugIn::connectInfoTable()
     m_infoTable->setArrayController(m_infoTableArrayController.get());
     m_infoTable->setTableDelegate(this);
     connect(m_infoTable, &PropertyDetailsTableView::showClicked, this, &KTVPlotixPlugIn::showClicked);
+    connect(m_infoTable, &PropertyDetailsTableView::lineChosen, this, [this](int row, bool shown) {
+        setPlotForPropertyName(m_infoTable->infoTableModel()->rowAt(row)->propertyName, !shown);
+    });
 }
 
 void KTVPlotixPlugIn::updateInfoTable()
@@ -153,7 +157,8 @@ void KTVPlotixPlugIn::mergeInfoTableRow(const KTVProperty& property)
         return;
     }
     newRow.show = existing->show;
-    newRow.color = existing->color;
+    if (!m_reading.hasPropertyColors())
+        newRow.color = existing->color;
     // A snapshot: replacing changes the arranged objects. Each old row gets its own new row, so that removing one of
     // two rows of the same name leaves the other.
     const InfoTableArray displayed = m_infoTableArrayController->arrangedObjects();

@@ -103,7 +103,8 @@ void KTVPlotixPlugIn::recolorRows(const QString& propertyName, const QColor& col
     // `infoTableArray`, and so that of the report.
     InfoTableArray rows = m_infoTableArrayController->arrangedObjects();
     for (InfoTableRowPtr& row : rows) {
-        if (camelCaseString(row->tableName) != propertyName)
+        const bool isProperty = m_reading.hasPropertyColors() && row->propertyName == propertyName;
+        if (!isProperty && camelCaseString(row->tableName) != propertyName)
             continue;
         row = std::make_shared<InfoTableRow>(*row);
         row->color = color;

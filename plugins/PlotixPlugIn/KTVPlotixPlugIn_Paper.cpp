@@ -7,8 +7,8 @@
 
 #include "plugins/PlotixPlugIn/KTVPlotixPlugIn.h"
 
-#include "plugins/PlotixPlugIn/PaperGraph.h"
 #include "plugins/PlotixPlugIn/host/KTVRecordColumn.h"
+#include "plugins/PlotixPlugIn/reading/PaperGraph.h"
 
 namespace {
 

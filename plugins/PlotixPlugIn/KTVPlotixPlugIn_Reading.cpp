@@ -8,8 +8,10 @@
 #include "plugins/PlotixPlugIn/KTVPlotixPlugIn.h"
 
 #include "plugins/PlotixPlugIn/InfoTableModel.h"
+#include "plugins/PlotixPlugIn/LineMenu.h"
 #include "plugins/PlotixPlugIn/RangeNotice.h"
 #include "plugins/PlotixPlugIn/host/KTVBundle.h"
+#include "plugins/PlotixPlugIn/reading/LineGaps.h"
 #include "plugins/PlotixPlugIn/reading/ReadableAxes.h"
 
 #include <algorithm>
@@ -20,10 +22,33 @@ void KTVPlotixPlugIn::setReading(const QVariantMap& options)
     if (chosen == m_reading)
         return;
     const bool hadReadableLabels = m_reading.hasReadableLabels();
+    const bool hadPropertyColors = m_reading.hasPropertyColors();
     m_reading = chosen;
     if (hadReadableLabels && !m_reading.hasReadableLabels())
         styleAxesPlainly();
+    if (!hadPropertyColors && m_reading.hasPropertyColors())
+        takePropertyColors();
     applyReading();
+}
+
+void KTVPlotixPlugIn::takePropertyColors()
+{
+    for (const KTVPropertyPtr& property : m_properties.value_or(KTVPropertyList())) {
+        recolorPlot(*property);
+        recolorRows(property->propertyName(), property->color());
+    }
+}
+
+void KTVPlotixPlugIn::applyLineCommands()
+{
+    const bool wanted = m_reading.hasLineCommands();
+    if (!m_infoTable || !m_hostView || m_infoTable->choosesLines() == wanted)
+        return;
+    m_infoTable->setChoosesLines(wanted);
+    if (wanted)
+        m_lineMenu = new LineMenu(m_hostView, m_dragDropView ? m_dragDropView->parentWidget() : nullptr, m_infoTable);
+    else
+        delete m_lineMenu;
 }
 
 // The label format is that of the next fit, as after the first rebuild.
@@ -46,9 +71,12 @@ QVariantMap KTVPlotixPlugIn::reading() const
 
 void KTVPlotixPlugIn::applyReading()
 {
+    applyLineCommands();
     if (m_infoTable)
         m_infoTable->infoTableModel()->setReadableNumbers(m_reading.hasReadableLabels());
     updateRangeNotice();
+    if (m_graph)
+        plotix::breakLinesAtGaps(*m_graph, m_reading);
     if (!m_graph || !hostedAxisSet() || !m_reading.hasReadableLabels())
         return;
     KTVBundle* texts = KTVBundle::mainBundle();

@@ -3,7 +3,7 @@
 // Rules of this room:
 //  1. `plotData` is the record dictionary exactly as received; series are made from it anew on every rebuild.
 //  2. Plots follow the record dictionary's keys, in its order; a property without a key gets no plot, a key without a
-//     point neither. A plot's colour is that of the key's first snapshot.
+//     point neither. A plot's colour is that of the key's first snapshot, unless property colours were chosen.
 //  3. x is shared with the record dictionary and stays double; y is narrowed to a float. No object is made per sample.
 //  4. The graph is built once, on the first rebuild; `binders` being absent says that it is not built yet.
 
@@ -11,6 +11,7 @@
 
 #include "plugins/PlotixPlugIn/host/KTVRecordColumn.h"
 #include "plugins/PlotixPlugIn/logic/SeriesBuilder.h"
+#include "plugins/PlotixPlugIn/reading/LineGaps.h"
 
 namespace {
 
@@ -80,8 +81,10 @@ void KTVPlotixPlugIn::updatePlotData(const KTVRecordDictionaryPtr& newRecords)
     const std::vector<CPTScatterPlotPtr> oldPlots = m_graph->allPlots();
     for (const CPTScatterPlotPtr& plot : oldPlots)
         m_graph->removePlot(plot);
-    if (addPlots(*records, series) > 0)
+    if (addPlots(*records, series) > 0) {
+        plotix::breakLinesAtGaps(*m_graph, m_reading);
         fitPlots(rebuild);
+    }
     updateRangeNotice();
 
     showDataMessages(*records);
@@ -117,10 +120,19 @@ std::size_t KTVPlotixPlugIn::addPlots(const KTVRecordDictionary& records, const 
             continue;
         const auto binder = std::make_shared<CPTSeriesController>(points->second);
         (*m_binders)[key] = binder;
-        addPlot(key, firstColor(*column), binder);
+        addPlot(key, lineColor(key, *column), binder);
         ++added;
     }
     return added;
+}
+
+QColor KTVPlotixPlugIn::lineColor(const QString& key, const KTVRecordColumn& column) const
+{
+    if (m_reading.hasPropertyColors() && m_properties)
+        for (const KTVPropertyPtr& property : *m_properties)
+            if (property->propertyName() == key)
+                return property->color();
+    return firstColor(column);
 }
 
 // Without enough times the refresh ends here; otherwise when a plot reports that it was drawn. Times without a plot

@@ -11,6 +11,7 @@
 #include "plugins/PlotixPlugIn/host/KTVHostServices.h"
 #include "plugins/PlotixPlugIn/host/KTVUserInterface.h"
 #include "plugins/PlotixPlugIn/logic/RangePolicy.h"
+#include "plugins/PlotixPlugIn/reading/ReadSpans.h"
 
 bool KTVPlotixPlugIn::plotSpaceShouldScaleBy(CPTXYPlotSpace* /*space*/, double /*factor*/, QPointF /*aboutPoint*/)
 {
@@ -39,7 +40,9 @@ CPTPlotRange KTVPlotixPlugIn::plotSpaceWillChangePlotRangeTo(CPTXYPlotSpace* spa
 
 void KTVPlotixPlugIn::plotSpaceDidChangePlotRangeForCoordinate(CPTXYPlotSpace* /*space*/, CPTCoordinate coordinate)
 {
-    if (coordinate == CPTCoordinate::Y)
+    if (coordinate == CPTCoordinate::X)
+        m_readSpans->drawnSpanSet();
+    else
         updateRangeNotice();
 }
 

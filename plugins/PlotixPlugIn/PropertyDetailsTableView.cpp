@@ -315,6 +315,8 @@ std::unique_ptr<QMenu> PropertyDetailsTableView::menuForEvent(const QEvent* even
     connect(menu->addAction(
                 KTVBundle::mainBundle()->localizedString(QStringLiteral(QT_TRANSLATE_NOOP("Plotix", "Remove")))),
             &QAction::triggered, this, &PropertyDetailsTableView::remove);
+    if (m_choosesLines)
+        addLineItems(*menu);
     return menu;
 }
 
@@ -340,8 +342,10 @@ bool PropertyDetailsTableView::event(QEvent* event)
 
 void PropertyDetailsTableView::keyPressEvent(QKeyEvent* event)
 {
-    // Every key ends here: this table has no keyboard navigation and no selection by typing.
+    // Every key ends here: unless it chooses lines, this table has no keyboard navigation; and no selection by typing.
     event->accept();
+    if (m_choosesLines && handleLineKey(event))
+        return;
     if (!isDeleteKey(*event) || !m_delegate || !m_delegate->respondsToMarkDeletedRows())
         return;
     m_delegate->markDeletedRows(selectedRowIndexes());

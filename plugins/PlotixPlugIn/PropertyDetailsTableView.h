@@ -28,7 +28,7 @@ public:
 /// Shows the rows of an array controller (*borrowed*; forgotten when it is destroyed) in its arranged order; the
 /// selections of both stay the same. A click on a header sorts through the controller. Each check box is a widget of
 /// its own, so that Tab reaches it; it writes the row's "show", then `showClicked` is emitted. The table itself takes
-/// every key and ignores it. Its parent *owns* it. Main thread only.
+/// every key and ignores it, unless it chooses lines. Its parent *owns* it. Main thread only.
 class PropertyDetailsTableView : public QTableView {
     Q_OBJECT
 public:
@@ -57,12 +57,24 @@ public:
     /// Removes the selected rows through the delegate.
     void remove();
 
-    /// A new menu with the one item "Remove", for any event; the caller owns it. A press of the right mouse button on a
-    /// row that is not selected selects exactly that row first; outside every row it leaves the selection alone.
+    /// Off at first. On: the menu can show only the selected rows' lines, or all; arrow keys, Home, End and Ctrl+A
+    /// select rows, Space shows and hides their lines, "o" shows only theirs, "a" all.
+    void setChoosesLines(bool chooses) { m_choosesLines = chooses; }
+    bool choosesLines() const { return m_choosesLines; }
+    // Rows are displayed positions.
+    void showLine(int row, bool shown);
+    void showOnlyLine(int row);
+    void showOnlySelectedLines();  ///< none selected: nothing happens
+    void showAllLines();
+
+    /// A new menu with the one item "Remove", for any event; the caller owns it. Choosing lines, two more. A press of
+    /// the right mouse button on a row that is not selected selects exactly that row first; outside every row it leaves
+    /// the selection alone.
     std::unique_ptr<QMenu> menuForEvent(const QEvent* event);
 
 signals:
-    void showClicked(QWidget* sender);  ///< after the row's "show" was written; the sender is the check box
+    void showClicked(QWidget* sender);     ///< after the row's "show" was written; the sender is the check box
+    void lineChosen(int row, bool shown);  ///< after the row's "show" was written by a menu or a key of the table
 
 protected:
     bool event(QEvent* event) override;
@@ -80,6 +92,9 @@ private:
     void fillWidth();
     void columnWasResized(int column, int width);
     void selectRowUnder(const QPoint& position);
+    void addLineItems(QMenu& menu);
+    bool handleLineKey(QKeyEvent* event);
+    void toggleSelectedLines();
     void adjustCheckBoxes();
     void addCheckBox(int row);
     void takeSelectionFromController();
@@ -89,6 +104,7 @@ private:
     std::vector<QPointer<QCheckBox>> m_checkBoxes;  // in index widgets, one per row
     WeakReference<PropertyDetailsTableViewDelegate> m_delegate;
     bool m_synchronising = false;
+    bool m_choosesLines = false;
     std::vector<int> m_ownWidths;  // of the columns, points; without what fills the view
     bool m_filling = false;
 };

@@ -12,8 +12,7 @@ namespace {
 
 /// As many as one read takes at most.
 constexpr std::size_t kMostKept = 4;
-/// Pages are mapped or, far into long files, copied once and not needed again: a small page cache stays in the
-/// processor's.
+/// Pages are copied once and not needed again: a small page cache stays in the processor's.
 constexpr auto kCachePragma = "PRAGMA cache_size=-1024";
 
 }  // namespace

@@ -4,6 +4,7 @@
 #include "records/sqlite/SqliteReader.h"
 
 #include <algorithm>
+#include <unordered_map>
 
 namespace plotix {
 
@@ -33,6 +34,23 @@ std::size_t endOfRun(const std::vector<Chunk>& chunks, std::size_t first)
     while (end < chunks.size() && chunks[end].id == chunks[end - 1].id + 1)
         ++end;
     return end;
+}
+
+std::unordered_map<RowId, std::size_t> placesOf(std::span<const RowId> properties)
+{
+    std::unordered_map<RowId, std::size_t> places;
+    for (std::size_t place = 0; place < properties.size(); ++place)
+        places.try_emplace(properties[place], place);
+    return places;
+}
+
+/// Of all columns of the tail, by their property.
+std::unordered_map<RowId, Summary> tailSummaries(const Records& tail)
+{
+    std::unordered_map<RowId, Summary> summaries;
+    for (const RecordsView::Column& column : tail.view().columns)
+        summaries.try_emplace(column.property, summaryOf(column, tail.size()));
+    return summaries;
 }
 
 Summary tailSummary(const Records& tail, RowId property)
@@ -87,14 +105,15 @@ std::vector<std::vector<Summary>> SqliteReader::summariesOf(RowId agent, const s
             }
         return found;
     }
+    const std::unordered_map<RowId, std::size_t> places = placesOf(properties);
     for (std::size_t first = 0, end = 0; first < of.size(); first = end) {
         end = endOfRun(of, first);
         rows.bind(1, idOf(of[first], 0)).bind(2, idOf(of[end - 1], schema::kPropertiesPerChunk - 1));
         while (rows.step()) {
             const qint64 id = rows.integer(0);
-            const auto place = std::find(properties.begin(), properties.end(), id % schema::kPropertiesPerChunk);
-            if (place != properties.end())
-                found[static_cast<std::size_t>(place - properties.begin())]
+            const auto place = places.find(id % schema::kPropertiesPerChunk);
+            if (place != places.end())
+                found[place->second]
                      [first + static_cast<std::size_t>(id / schema::kPropertiesPerChunk - of[first].id)] =
                          summaryFrom(rows);
         }
@@ -115,6 +134,7 @@ RecordOverview SqliteReader::overview(RowId agent, std::span<const RowId> proper
     const Records tailRecords =
         hasTail && !properties.empty() ? m_connection->chunks.tail(agent, tail.first, tail.last) : Records();
 
+    const std::unordered_map<RowId, Summary> ofTail = tailSummaries(tailRecords);
     RecordOverview overview;
     overview.runs.reserve(chunks.size() + 1);
     for (const Chunk& chunk : chunks)
@@ -125,8 +145,10 @@ RecordOverview SqliteReader::overview(RowId agent, std::span<const RowId> proper
         RecordOverview::Column& column = overview.columns.emplace_back(RecordOverview::Column{properties[i], {}});
         column.summaries.reserve(overview.runs.size());
         std::transform(summaries[i].begin(), summaries[i].end(), std::back_inserter(column.summaries), published);
-        if (hasTail)
-            column.summaries.push_back(published(tailSummary(tailRecords, properties[i])));
+        if (!hasTail)
+            continue;
+        const auto inTail = ofTail.find(properties[i]);
+        column.summaries.push_back(inTail == ofTail.end() ? RecordOverview::Summary() : published(inTail->second));
     }
     return overview;
 }

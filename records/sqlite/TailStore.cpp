@@ -6,6 +6,7 @@
 
 #include <cstring>
 #include <span>
+#include <unordered_map>
 
 namespace plotix {
 
@@ -66,9 +67,9 @@ private:
     {
         if (place < m_columns.size() && m_columns[place].property == property)
             return m_columns[place];
-        for (Records::Column& column : m_columns)
-            if (column.property == property)
-                return column;
+        const auto [found, isNew] = m_places.try_emplace(property, m_columns.size());
+        if (!isNew)
+            return m_columns[found->second];
         m_columns.push_back({property, std::vector<double>(m_count, absentValue()),
                              std::vector<std::uint64_t>(bits::wordsFor(m_count), 0)});
         return m_columns.back();
@@ -77,6 +78,7 @@ private:
     std::size_t m_count;
     std::vector<double> m_times;
     std::vector<Records::Column> m_columns;
+    std::unordered_map<RowId, std::size_t> m_places;  ///< of the columns, by their property
 };
 
 }  // namespace

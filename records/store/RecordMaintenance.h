@@ -4,6 +4,7 @@
 #include <QtCore/QtGlobal>
 
 #include <cstddef>
+#include <cstdint>
 #include <optional>
 
 /// What compacting and verifying a store are asked, and what they answer. Values; any thread.
@@ -16,6 +17,9 @@ struct CompactionRequest {
     /// twice the store's new size for a while; if that is missing, everything else is done and an error tells how much
     /// is needed.
     bool giveSpaceBack = true;
+    /// The most bytes that the records at work may take; 0: no limit. A part that needs more, which a file made to do
+    /// harm can claim in few bytes, ends the work with an error that says how much.
+    std::uint64_t memory = 0;
 };
 
 struct CompactionResult {

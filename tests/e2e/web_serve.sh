@@ -91,11 +91,11 @@ stop INT
 expect "serving others without a token" $? 1
 grep -q -- '--token-file' "$home/errors" || fail "it does not say what is needed: $(cat "$home/errors")"
 expect "the lines of it" "$(wc -l <"$home/errors")" 1
-echo "open sesame" >"$home/token"
+echo "open sesame now" >"$home/token"
 start "$home/plant.plotix" --token-file "$home/token"
 expect "without the token" "$(status "$address/")" 401
-expect "as bearer" "$(status -H 'Authorization: Bearer open sesame' "$address/")" 200
-expect "by address" "$(status -L -c "$home/jar" -b "$home/jar" "$address/?token=open%20sesame")" 200
+expect "as bearer" "$(status -H 'Authorization: Bearer open sesame now' "$address/")" 200
+expect "by address" "$(status -L -c "$home/jar" -b "$home/jar" "$address/?token=open%20sesame%20now")" 200
 expect "by cookie" "$(status -b "$home/jar" "$address/sites/plant/")" 200
 stop TERM
 echo "passed"

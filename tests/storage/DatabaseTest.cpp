@@ -7,11 +7,15 @@
 #include <QtCore/QFile>
 
 #include <sqlite3.h>
+#include <sys/resource.h>
+
+#include <csignal>
 
 namespace {
 
 using plotix::Database;
 using plotix::ReportableError;
+using plotix::Statement;
 
 class DatabaseTest : public DatabaseFixture {
 protected:
@@ -158,6 +162,63 @@ TEST_F(DatabaseTest, AReadOnlyFileMayBeLookedAtAndStaysAsItIs)
     EXPECT_EQ(bytes(), before);
     EXPECT_EQ(QDir(folder.path()).entryList(QDir::Files), QStringList{"shop.db"});
     expectRefused("read-only", Database::Access::ReadWrite);
+}
+
+/// While it lives, no file of this process grows: writing ends as on a full disk.
+class FullDisk {
+public:
+    FullDisk() : m_handler(std::signal(SIGXFSZ, SIG_IGN))
+    {
+        ::getrlimit(RLIMIT_FSIZE, &m_before);
+        const rlimit none{0, m_before.rlim_max};
+        ::setrlimit(RLIMIT_FSIZE, &none);
+    }
+    ~FullDisk()
+    {
+        ::setrlimit(RLIMIT_FSIZE, &m_before);
+        std::signal(SIGXFSZ, m_handler);
+    }
+
+private:
+    void (*m_handler)(int);
+    rlimit m_before{};
+};
+
+TEST_F(DatabaseTest, AFullDiskDoesNotForbidReading)
+{
+    addWares(3);
+    const FullDisk full;
+    Database database = opened(Access::BestAvailable);
+    EXPECT_TRUE(database.isReadOnly());
+    Statement count(database, "SELECT count(*) FROM ware");
+    ASSERT_TRUE(count.step());
+    EXPECT_EQ(count.integer(0), 3);
+}
+
+TEST_F(DatabaseTest, AFullDiskIsNamedWhereSomethingIsWritten)
+{
+    const FullDisk full;
+    try {
+        Database database = opened(Access::ReadWrite);
+        database.beginWriting();
+        FAIL() << "written";
+    } catch (const ReportableError& error) {
+        EXPECT_TRUE(error.message().contains("no space left")) << error.message().toStdString();
+    }
+}
+
+TEST_F(DatabaseTest, AFileCutShortWhileItIsOpenIsAnError)
+{
+    addWares(20'000);
+    Database database = opened(Access::ReadOnly);
+    ASSERT_TRUE(Statement(database, "SELECT count(*) FROM shop").step());
+    ASSERT_TRUE(QFile::resize(file(), 16384));
+    EXPECT_THROW(
+        {
+            Statement count(database, "SELECT sum(length(name)) FROM ware");
+            count.step();
+        },
+        ReportableError);
 }
 
 TEST_F(DatabaseTest, WritingToADatabaseOpenForReadingIsRefused)

@@ -28,6 +28,37 @@
     </message>
 </context>
 <context>
+    <name>ImportOfferText</name>
+    <message>
+        <source>Plotix sites (*.plotix)</source>
+        <translation>Plotix-Anlagen (*.plotix)</translation>
+    </message>
+    <message>
+        <source>New Site</source>
+        <translation>Neue Anlage</translation>
+    </message>
+    <message>
+        <source>Open Site</source>
+        <translation>Anlage öffnen</translation>
+    </message>
+    <message>
+        <source>“%1” is not a site. Import its measurements?</source>
+        <translation>„%1“ ist keine Anlage. Sollen die Messwerte daraus importiert werden?</translation>
+    </message>
+    <message>
+        <source>A site keeps measurements and the trends made of them in one file.</source>
+        <translation>Eine Anlage bewahrt Messwerte und die Trends daraus in einer Datei auf.</translation>
+    </message>
+    <message>
+        <source>&amp;New Site…</source>
+        <translation>&amp;Neue Anlage …</translation>
+    </message>
+    <message>
+        <source>&amp;Existing Site…</source>
+        <translation>&amp;Vorhandene Anlage …</translation>
+    </message>
+</context>
+<context>
     <name>ImportWords</name>
     <message>
         <source>Time column</source>
@@ -645,12 +676,32 @@
         <translation>Gesamter Zeitraum</translation>
     </message>
     <message>
+        <source>Not yet the chosen dates</source>
+        <translation>Noch nicht die gewählten Daten</translation>
+    </message>
+    <message>
         <source>Time</source>
         <translation>Zeit</translation>
     </message>
     <message>
         <source>Value</source>
         <translation>Wert</translation>
+    </message>
+    <message>
+        <source>Lines</source>
+        <translation>Linien</translation>
+    </message>
+    <message>
+        <source>Show Only</source>
+        <translation>Nur zeigen</translation>
+    </message>
+    <message>
+        <source>Show All</source>
+        <translation>Alle zeigen</translation>
+    </message>
+    <message>
+        <source>Show Only This</source>
+        <translation>Nur diese zeigen</translation>
     </message>
     <message>
         <source>Outside the values shown: %1</source>
@@ -926,6 +977,30 @@
         <translation>Ü&amp;ber Plotix</translation>
     </message>
     <message>
+        <source>Last &amp;Hour</source>
+        <translation>Letzte &amp;Stunde</translation>
+    </message>
+    <message>
+        <source>Last &amp;Day</source>
+        <translation>Letzter &amp;Tag</translation>
+    </message>
+    <message>
+        <source>&amp;Today</source>
+        <translation>&amp;Heute</translation>
+    </message>
+    <message>
+        <source>&amp;All Records</source>
+        <translation>&amp;Alle Messwerte</translation>
+    </message>
+    <message>
+        <source>&amp;Present Length</source>
+        <translation>&amp;Jetzige Länge</translation>
+    </message>
+    <message>
+        <source>Follow &amp;Span</source>
+        <translation>S&amp;panne zum Folgen</translation>
+    </message>
+    <message>
         <source>&amp;Next Region</source>
         <translation>&amp;Nächster Bereich</translation>
     </message>
@@ -938,6 +1013,14 @@
         <translation>Ersc&amp;heinungsbild</translation>
     </message>
     <message>
+        <source>&amp;Break Lines at Gaps</source>
+        <translation>&amp;Linien an Lücken unterbrechen</translation>
+    </message>
+    <message>
+        <source>No line where nothing was recorded; a choice of this trend.</source>
+        <translation>Keine Linie, wo nichts aufgezeichnet wurde; gilt für diesen Trend.</translation>
+    </message>
+    <message>
         <source>Undo &amp;Import…</source>
         <translation>&amp;Import rückgängig machen …</translation>
     </message>
@@ -947,7 +1030,7 @@
     </message>
     <message>
         <source>Report in the View&apos;s Own &amp;Form</source>
-        <translation>Bericht in der &amp;Form der Ansicht</translation>
+        <translation>Bericht in der Form der An&amp;sicht</translation>
     </message>
     <message>
         <source>E&amp;xport Records…</source>
@@ -1290,6 +1373,17 @@
         <source>Write the rows you want as COLUMN=TEXT.</source>
         <translation>Schreiben Sie die gewünschten Zeilen als SPALTE=TEXT.</translation>
     </message>
+    <message numerus="yes">
+        <source>Import Measurements (%n more to come)</source>
+        <translation>
+            <numerusform>Messwerte importieren (noch %n weitere)</numerusform>
+            <numerusform>Messwerte importieren (noch %n weitere)</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>&amp;Skip This File</source>
+        <translation>Diese Datei &amp;überspringen</translation>
+    </message>
 </context>
 <context>
     <name>plotix::PropertyListModel</name>
@@ -1367,6 +1461,16 @@ Doppelklick ändert Farbe oder Einheit.</translation>
     <message>
         <source>&amp;Delete</source>
         <translation>&amp;Löschen</translation>
+    </message>
+</context>
+<context>
+    <name>plotix::RecordingIndicator</name>
+    <message numerus="yes">
+        <source>Recording since %1: %Ln record(s)</source>
+        <translation>
+            <numerusform>Aufzeichnung seit %1: %Ln Messung</numerusform>
+            <numerusform>Aufzeichnung seit %1: %Ln Messungen</numerusform>
+        </translation>
     </message>
 </context>
 <context>
@@ -1656,6 +1760,30 @@ Doppelklick ändert Farbe oder Einheit.</translation>
         <translation>Liste leeren</translation>
     </message>
     <message>
+        <source>This computer is being recorded</source>
+        <translation>Dieser Rechner wird aufgezeichnet</translation>
+    </message>
+    <message>
+        <source>%1. Recording ends when the window closes, and goes on when the site is opened again.</source>
+        <translation>%1. Die Aufzeichnung endet, wenn das Fenster geschlossen wird, und geht weiter, wenn die Anlage wieder geöffnet wird.</translation>
+    </message>
+    <message>
+        <source>&amp;Close and End Recording</source>
+        <translation>&amp;Schließen und Aufzeichnung beenden</translation>
+    </message>
+    <message>
+        <source>&amp;Keep Recording</source>
+        <translation>&amp;Weiter aufzeichnen</translation>
+    </message>
+    <message>
+        <source>The records of these dates are not here</source>
+        <translation>Die Messwerte dieser Daten fehlen</translation>
+    </message>
+    <message>
+        <source>Reading the records of these dates…</source>
+        <translation>Die Messwerte dieser Daten werden gelesen …</translation>
+    </message>
+    <message>
         <source>The trend shows no graph yet: wait for its records, or refresh it.</source>
         <translation>Der Trend zeigt noch kein Diagramm: Warten Sie auf seine Messwerte, oder aktualisieren Sie ihn.</translation>
     </message>
@@ -1798,6 +1926,13 @@ Doppelklick ändert Farbe oder Einheit.</translation>
     <message>
         <source>On the web: %1</source>
         <translation>Im Web: %1</translation>
+    </message>
+</context>
+<context>
+    <name>plotix::WorkingSite</name>
+    <message>
+        <source>The “from” date lies after the “to” date; choose other dates first.</source>
+        <translation>Der Anfang liegt nach dem Ende; wählen Sie erst andere Daten.</translation>
     </message>
 </context>
 </TS>

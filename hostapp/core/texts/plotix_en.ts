@@ -40,6 +40,26 @@
     </message>
 </context>
 <context>
+    <name>plotix::ImportDialog</name>
+    <message numerus="yes">
+        <source>Import Measurements (%n more to come)</source>
+        <translation>
+            <numerusform>Import Measurements (%n more to come)</numerusform>
+            <numerusform>Import Measurements (%n more to come)</numerusform>
+        </translation>
+    </message>
+</context>
+<context>
+    <name>plotix::RecordingIndicator</name>
+    <message numerus="yes">
+        <source>Recording since %1: %Ln record(s)</source>
+        <translation>
+            <numerusform>Recording since %1: %Ln record</numerusform>
+            <numerusform>Recording since %1: %Ln records</numerusform>
+        </translation>
+    </message>
+</context>
+<context>
     <name>plotix::SiteWindow</name>
     <message numerus="yes">
         <source>%n trend(s) of this site cannot be read by this version.</source>

@@ -10,10 +10,12 @@ struct Flag {
 };
 
 constexpr Flag kFlags[] = {
-    {"readableLabels", &ReadingOptions::readableLabels},
-    {"tellsOutside", &ReadingOptions::tellsOutside},
-    {"unlimitedValues", &ReadingOptions::unlimitedValues},
+    {"readableLabels", &ReadingOptions::readableLabels},   {"tellsOutside", &ReadingOptions::tellsOutside},
+    {"unlimitedValues", &ReadingOptions::unlimitedValues}, {"brokenLines", &ReadingOptions::brokenLines},
+    {"propertyColors", &ReadingOptions::propertyColors},   {"lineCommands", &ReadingOptions::lineCommands},
 };
+
+const QString kLongestJoin = QStringLiteral("longestJoin");  // stored: never change
 
 }  // namespace
 
@@ -23,6 +25,8 @@ QVariantMap dictionaryFromReadingOptions(const ReadingOptions& options)
     for (const Flag& flag : kFlags)
         if (options.*flag.field)
             dictionary.insert(QLatin1String(flag.name), *(options.*flag.field));
+    if (options.longestJoin)
+        dictionary.insert(kLongestJoin, *options.longestJoin);
     return dictionary;
 }
 
@@ -33,6 +37,9 @@ ReadingOptions mergedReadingOptions(ReadingOptions options, const QVariantMap& d
         if (value.metaType() == QMetaType::fromType<bool>())
             options.*flag.field = value.toBool();
     }
+    const QVariant longest = dictionary.value(kLongestJoin);
+    if (longest.metaType() == QMetaType::fromType<double>() && longest.toDouble() >= 0)
+        options.longestJoin = longest.toDouble();
     return options;
 }
 

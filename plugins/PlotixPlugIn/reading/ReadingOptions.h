@@ -19,8 +19,21 @@ struct ReadingOptions {
     std::optional<bool> tellsOutside = {};
     /// The range of values may be of any length.
     std::optional<bool> unlimitedValues = {};
+    /// A line is broken where nothing was recorded.
+    std::optional<bool> brokenLines = {};
+    /// The longest distance between points that are joined all the same, seconds; 0, or absent: far above the usual
+    /// one, see LineGaps.h. Only with `brokenLines`.
+    std::optional<double> longestJoin = {};
+    /// Lines, and the table's swatches, in the colours that their properties have now, not those of the moment a row
+    /// was made or the records were fetched: the two always agree.
+    std::optional<bool> propertyColors = {};
+    /// Menus on graph and table, and keys in the table, that choose which lines are shown.
+    std::optional<bool> lineCommands = {};
 
+    bool hasBrokenLines() const { return brokenLines.value_or(false); }
     bool hasReadableLabels() const { return readableLabels.value_or(false); }
+    bool hasPropertyColors() const { return propertyColors.value_or(false); }
+    bool hasLineCommands() const { return lineCommands.value_or(false); }
     bool doesTellOutside() const { return tellsOutside.value_or(false); }
     bool hasUnlimitedValues() const { return unlimitedValues.value_or(false); }
 

@@ -128,4 +128,49 @@ TEST_F(CommandLineTest, OpenNeedsADisplayOrAScreenshot)
 
 }  // namespace
 
+TEST_F(CommandLineTest, AFileWithoutACommandIsOpened)
+{
+    QFile(site()).open(QIODevice::WriteOnly);
+    ASSERT_EQ(run({site()}), 0) << m_error.toStdString();
+    EXPECT_EQ(m_services.opened.at(0).site, site());
+    EXPECT_TRUE(commandWantsWindow({site()}));
+}
+
+TEST_F(CommandLineTest, FilesOfMeasurementsAreOfferedForImport)
+{
+    const QStringList files{path("a.csv"), path("b.csv")};
+    for (const QString& file : files) {
+        QFile written(file);
+        ASSERT_TRUE(written.open(QIODevice::WriteOnly));
+        written.write("time,Humidity\n2024-05-01,40\n");
+    }
+    ASSERT_EQ(run(files), 0) << m_error.toStdString();
+    EXPECT_EQ(m_services.opened.at(0).imports, files);
+    EXPECT_EQ(m_services.opened.at(0).site, QString());
+}
+
+TEST_F(CommandLineTest, MeasurementsWithoutADisplayAreForTheImportCommand)
+{
+    m_services.display = false;
+    QFile written(path("a.csv"));
+    ASSERT_TRUE(written.open(QIODevice::WriteOnly));
+    written.write("time,Humidity\n");
+    written.close();
+    expectFailure({path("a.csv")}, 1, QStringLiteral("plotix import"));
+}
+
+TEST_F(CommandLineTest, AWordThatIsNoFileIsNotUnderstood)
+{
+    expectFailure({"imprt"}, 2, QStringLiteral("not understood: imprt"));
+    expectFailure({path("absent.csv")}, 1, QStringLiteral("there is no file"));
+}
+
+TEST_F(CommandLineTest, SaysItsVersion)
+{
+    QCoreApplication::setApplicationVersion(QStringLiteral("1.2.3"));
+    EXPECT_EQ(run({"--version"}), 0);
+    EXPECT_EQ(m_output, QStringLiteral("plotix 1.2.3\n"));
+    QCoreApplication::setApplicationVersion({});
+}
+
 }  // namespace plotix

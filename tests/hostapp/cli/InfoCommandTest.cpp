@@ -31,6 +31,28 @@ TEST_F(InfoCommandTest, InfoGivesFullPrecisionAsJson)
     EXPECT_EQ(pressure["average"].toDouble(), (1000 + 1001.25 + 1002) / 3);
 }
 
+TEST_F(InfoCommandTest, NamesFromFilesDoNothingToTheTerminal)
+{
+    importText("time,Le\x1b[2Jvel\n2015-01-01T00:00:00Z,1\n", QStringLiteral("\u202eevil"));
+    EXPECT_FALSE(m_output.contains(QLatin1Char('\x1b'))) << m_output.toStdString();
+    ASSERT_EQ(run({"info", site()}), 0);
+    EXPECT_FALSE(m_output.contains(QLatin1Char('\x1b')) || m_output.contains(QChar(0x202e))) << m_output.toStdString();
+    EXPECT_TRUE(m_output.contains(QStringLiteral("\\u202eevil"))) << m_output.toStdString();
+    ASSERT_EQ(run({"info", site(), "--json"}), 0);
+    const QJsonObject agent = QJsonDocument::fromJson(m_output.toUtf8())["agents"][0].toObject();
+    EXPECT_EQ(agent["name"].toString(), QStringLiteral("\u202eevil"));
+}
+
+TEST_F(InfoCommandTest, AMemoryBudgetThatIsNoneIsTold)
+{
+    importWeather();
+    qputenv("PLOTIX_MEMORY_BUDGET", "plenty");
+    EXPECT_EQ(run({"info", site()}), 0);
+    qunsetenv("PLOTIX_MEMORY_BUDGET");
+    EXPECT_TRUE(m_error.startsWith(QStringLiteral("plotix: PLOTIX_MEMORY_BUDGET is “plenty”")))
+        << m_error.toStdString();
+}
+
 TEST_F(InfoCommandTest, InfoSpeaksToPeopleToo)
 {
     importWeather();

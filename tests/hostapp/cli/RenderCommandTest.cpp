@@ -1,3 +1,4 @@
+#include "base/WholeDay.h"
 #include "tests/hostapp/cli/CommandLineFixture.h"
 
 namespace plotix {
@@ -35,7 +36,7 @@ TEST_F(RenderCommandTest, RenderTakesItsOptions)
     EXPECT_EQ(request.trend.title, QStringLiteral("A title"));
     EXPECT_EQ(request.trend.properties.at(0)->propertyName(), QStringLiteral("pressure"));
     EXPECT_EQ(request.trend.from, Date{1420110000});
-    EXPECT_EQ(request.trend.to, Date{1420156800});
+    EXPECT_EQ(request.trend.to, lastMomentOf(QDate(2015, 1, 2)));
 }
 
 TEST_F(RenderCommandTest, RenderTakesAQuickRange)
@@ -45,6 +46,20 @@ TEST_F(RenderCommandTest, RenderTakesAQuickRange)
     const RenderRequest& request = m_services.rendered.front();
     EXPECT_TRUE(request.bare);
     EXPECT_EQ(request.trend.to->seconds - request.trend.from->seconds, 86'400);
+}
+
+TEST_F(RenderCommandTest, RenderTakesAChoiceOfGaps)
+{
+    importWeather();
+    ASSERT_EQ(run({"render", site(), "--gaps", "join", "--output", path("a.png")}), 0);
+    ASSERT_EQ(run({"render", site(), "--gaps", "15m", "--output", path("a.png")}), 0);
+    ASSERT_EQ(run({"render", site(), "--output", path("a.png")}), 0);
+    EXPECT_EQ(m_services.rendered[0].reading, (QVariantMap{{"brokenLines", false}}));
+    EXPECT_EQ(m_services.rendered[1].reading, (QVariantMap{{"brokenLines", true}, {"longestJoin", 900.0}}));
+    EXPECT_TRUE(m_services.rendered[2].reading.isEmpty());
+    expectFailure({"render", site(), "--gaps", "tear", "--output", path("a.png")}, 2, QStringLiteral("must be break"));
+    expectFailure({"render", site(), "--gaps", "join", "--bare", "--output", path("a.png")}, 2,
+                  QStringLiteral("leave out --gaps"));
 }
 
 TEST_F(RenderCommandTest, LookupsListWhatThereIs)

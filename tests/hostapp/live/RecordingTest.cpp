@@ -3,6 +3,7 @@
 #include "base/ReportableError.h"
 #include "hostapp/document/RecordKeeping.h"
 #include "hostapp/document/SiteDocument.h"
+#include "hostapp/document/SiteEditing.h"
 #include "tests/hostapp/live/MadeUpSource.h"
 
 #include <QtCore/QDir>
@@ -272,6 +273,55 @@ TEST_F(RecordingTest, AClockThatWasSetBackReplacesNothing)
     EXPECT_EQ(record(101).state, State::Recording);
     EXPECT_EQ(times(), (std::vector<double>{100, 101}));
     EXPECT_EQ(values("Count").front(), before);
+}
+
+TEST_F(RecordingTest, TheRemedyForARecordAheadIsSaidAndHelpsAtOnce)
+{
+    begin();
+    record(5'000'000);
+    const RecordingStatus status = record(100);
+    EXPECT_TRUE(status.message.contains("plotix edit computer.plotix --agent \"Made Up\" --remove --from "
+                                        "1970-01-01T00:01:40Z"))
+        << status.message.toStdString();
+    std::vector<plotix::RowId> all;
+    const auto document = plotix::SiteDocument::open(site());
+    for (const auto& property : document->agentNamed("Made Up")->siteProperties())
+        all.push_back(property->description().id);
+    plotix::removeValues(site(), document->agentNamed("Made Up")->id(), all, 101, {});
+    EXPECT_EQ(record(102).state, State::Recording);
+    EXPECT_EQ(times(), std::vector<double>{102});
+}
+
+TEST_F(RecordingTest, ARecordAheadIsStillToldAtTheEnd)
+{
+    begin();
+    record(5'000'000);
+    record(100);
+    EXPECT_EQ(recording->storeWaiting().state, State::ClockSetBack);
+}
+
+TEST_F(RecordingTest, ASecondRecordingOfTheSameSourceIsRefused)
+{
+    begin();
+    record(1);
+    try {
+        Recording second(site(), std::make_unique<MadeUpSource>());
+        FAIL() << "two recordings";
+    } catch (const plotix::ReportableError& error) {
+        EXPECT_TRUE(error.message().contains("is being recorded")) << error.message().toStdString();
+    }
+    EXPECT_EQ(record(2).state, State::Recording);
+    recording.reset();
+    EXPECT_NO_THROW(Recording(site(), std::make_unique<MadeUpSource>()));
+}
+
+TEST_F(RecordingTest, WhatIsBeingRecordedIsNotDeleted)
+{
+    begin();
+    const plotix::RowId agent = recording->agent();
+    EXPECT_THROW(plotix::deleteAgent(site(), agent), plotix::ReportableError);
+    recording.reset();
+    EXPECT_NO_THROW(plotix::deleteAgent(site(), agent));
 }
 
 TEST_F(RecordingTest, AClockBehindAnEarlierRecordingIsNoticedToo)

@@ -10,6 +10,7 @@
 namespace {
 
 using plotix::Date;
+using plotix::FollowSpan;
 using plotix::TrendFollower;
 
 /// A trend that shows the range it is asked for at once, or when it is told to answer.
@@ -201,6 +202,44 @@ TEST_F(TrendFollowerTest, OneThatNeverRestsMovesWhatThisScreenDoesNotShow)
     now += 60;
     untiring.moveThoseDue();
     EXPECT_EQ(trend->to, 100'060);
+}
+
+TEST_F(TrendFollowerTest, HasSpansOfItsOwn)
+{
+    follower.follow(trend, FollowSpan::LastHour);
+    EXPECT_EQ(trend->from, 96'400);
+    follower.follow(trend, FollowSpan::LastDay);
+    EXPECT_EQ(trend->from, 13'600);
+    EXPECT_EQ(trend->to, 100'000);
+    EXPECT_EQ(follower.followedSpan(trend.get()), FollowSpan::LastDay);
+}
+
+TEST_F(TrendFollowerTest, TodayIsTheWholeDayAndIsReadAgain)
+{
+    follower.follow(trend, FollowSpan::Today);
+    EXPECT_EQ(trend->from, 86'400);
+    EXPECT_EQ(trend->to, 172'800);
+    pass(60);
+    EXPECT_EQ(trend->moves, 2);
+    now = 172'801;
+    pass(60);
+    EXPECT_EQ(trend->from, 172'800);
+    EXPECT_TRUE(isFollowed());
+}
+
+TEST_F(TrendFollowerTest, AllBeginsWithTheFirstRecord)
+{
+    follower.setFirstRecord([](const KTVPlugIn&) { return std::optional(500.0); });
+    follower.follow(trend, FollowSpan::All);
+    EXPECT_EQ(trend->from, 500);
+    EXPECT_EQ(trend->to, 100'000);
+}
+
+TEST_F(TrendFollowerTest, EverySpanHasANameOfItsOwn)
+{
+    for (const FollowSpan span : plotix::kFollowSpans)
+        EXPECT_EQ(plotix::followSpanNamed(plotix::followSpanName(span)), span);
+    EXPECT_FALSE(plotix::followSpanNamed(QStringLiteral("yesterday")));
 }
 
 TEST_F(TrendFollowerTest, StopsWhenToldTo)

@@ -17,7 +17,8 @@ protected:
 TEST_F(TrendReadingTest, WhatWeRecommendIsTurnedOnOnce)
 {
     plotix::chooseReading(trend.get());
-    EXPECT_EQ(trend->reading().value("readableLabels"), QVariant(true));
+    for (const char* option : {"readableLabels", "propertyColors", "lineCommands"})
+        EXPECT_EQ(trend->reading().value(option), QVariant(true)) << option;
     plotix::chooseReading(trend.get());
     EXPECT_EQ(trend->readingCount(), 1);
 }

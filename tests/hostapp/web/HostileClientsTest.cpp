@@ -22,11 +22,70 @@ TEST_F(HostileClientsTest, HugeHeadersAreRefused)
     expectStillServing();
 }
 
-TEST_F(HostileClientsTest, AnEndlessAddressIsRefused)
+TEST_F(HostileClientsTest, LargeHeadersAreRefusedWithOurHeaders)
 {
     serve();
+    const Answer answer = get("/", "X-Large: " + QByteArray(30'000, 'a') + "\r\n");
+    EXPECT_EQ(answer.status, 431);
+    EXPECT_EQ(answer.header("X-Content-Type-Options"), "nosniff");
+}
+
+TEST_F(HostileClientsTest, AnEndlessAddressIsRefusedWithOurHeaders)
+{
+    serve();
+    for (const int length : {9'000, 30'000}) {
+        const Answer answer = get('/' + QByteArray(length, 'a'));
+        EXPECT_EQ(answer.status, 414) << length;
+        EXPECT_EQ(answer.header("X-Content-Type-Options"), "nosniff") << length;
+    }
     EXPECT_EQ(get('/' + QByteArray(100'000, 'a')).status, 414);
     expectStillServing();
+}
+
+TEST_F(HostileClientsTest, ThousandsOfParametersAreRefusedAtOnce)
+{
+    serve();
+    for (const int count : {300, 3'000, 20'000}) {
+        QElapsedTimer timer;
+        timer.start();
+        EXPECT_EQ(get("/?" + QByteArray("a&").repeated(count)).status, 414) << count;
+        EXPECT_LT(timer.elapsed(), 5'000);
+    }
+    EXPECT_EQ(get("/?" + QByteArray("a=1&").repeated(100)).status, 200);
+}
+
+TEST_F(HostileClientsTest, ManyClientsOfOneAddressDoNotEndEachOther)
+{
+    serve();
+    int good = 0;
+    meanwhile([&] {
+        std::vector<std::unique_ptr<RawClient>> clients;
+        for (int number = 0; number < 300; ++number)
+            clients.push_back(std::make_unique<RawClient>(port()));
+        for (const auto& client : clients)
+            client->send("GET / HTTP/1.1\r\nHost: localhost\r\nConnection: close\r\n\r\n");
+        for (const auto& client : clients)
+            good += answerFrom(client->readAll()).status == 200 ? 1 : 0;
+    });
+    EXPECT_EQ(good, 300);
+}
+
+TEST_F(HostileClientsTest, NothingIsMadeForClientsThatHaveLeft)
+{
+    serve({.workers = 1});
+    // The main queue does not run meanwhile: the first rendering waits for it, and the others behind the first.
+    {
+        std::vector<std::unique_ptr<RawClient>> clients;
+        for (int number = 0; number < 30; ++number) {
+            clients.push_back(std::make_unique<RawClient>(port()));
+            clients.back()->send("GET /sites/plant/" + QByteArray::number(number) +
+                                 "/one.png HTTP/1.1\r\nHost: localhost\r\n\r\n");
+        }
+        std::this_thread::sleep_for(500ms);  // until all of them wait
+    }
+    std::this_thread::sleep_for(200ms);  // until they are known to have left
+    expectStillServing();
+    EXPECT_LE(m_site->renderingCount, 3);
 }
 
 TEST_F(HostileClientsTest, GarbageCostsItsOwnConnection)
@@ -93,7 +152,7 @@ TEST_F(HostileClientsTest, AClientThatDoesNotTakeItsAnswerIsCutOff)
 
 TEST_F(HostileClientsTest, StalledClientsDoNotKeepOthersOut)
 {
-    serve({.connections = 24, .connectionsPerAddress = 16});
+    serve({.connections = 24, .silentForRoom = 200ms});
     meanwhile([&] {
         std::vector<std::unique_ptr<RawClient>> stalled;
         for (int number = 0; number < 100; ++number) {

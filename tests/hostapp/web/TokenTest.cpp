@@ -63,6 +63,25 @@ TEST_F(TokenTest, TheExchangeLeadsToNoOtherServer)
     EXPECT_EQ(get("//evil.example/?token=open%20sesame%2B%25").header("Location"), "/evil.example/");
 }
 
+TEST_F(TokenTest, GuessingIsEndedEvenForTheRightToken)
+{
+    for (int number = 0; number < 6; ++number)
+        EXPECT_EQ(get("/?token=guess" + QByteArray::number(number)).status, 401);
+    const Answer answer = get("/?token=open%20sesame%2B%25");
+    EXPECT_EQ(answer.status, 429);
+    EXPECT_EQ(answer.header("Retry-After"), "1");
+    EXPECT_EQ(get("/", "Authorization: Bearer open sesame+%\r\n").status, 429);
+    EXPECT_EQ(get("/").status, 401);  // no guess
+}
+
+TEST_F(TokenTest, WhoHasTheCookieIsLetInWhileOthersGuess)
+{
+    const QByteArray own = cookie();
+    for (int number = 0; number < 10; ++number)
+        get("/?token=guess");
+    EXPECT_EQ(get("/", "Cookie: " + own + "\r\n").status, 200);
+}
+
 TEST_F(TokenTest, WithATokenAnyNameOfTheServerWillDo)
 {
     EXPECT_EQ(get("/", "Host: plant.example\r\nAuthorization: Bearer open sesame+%\r\n").status, 200);
@@ -80,9 +99,18 @@ TEST(AccessTokenTest, AFileHoldsItInItsFirstLine)
 {
     QTemporaryFile file;
     ASSERT_TRUE(file.open());
-    file.write("  the token \nsomething else\n");
+    file.write("  the long token \nsomething else\n");
     file.close();
-    EXPECT_EQ(AccessToken::readFrom(file.fileName()), "the token");
+    EXPECT_EQ(AccessToken::readFrom(file.fileName()), "the long token");
+}
+
+TEST(AccessTokenTest, AShortOneIsAnError)
+{
+    QTemporaryFile file;
+    ASSERT_TRUE(file.open());
+    file.write("12345678901\nwhat follows does not count\n");
+    file.close();
+    EXPECT_THROW(AccessToken::readFrom(file.fileName()), ReportableError);
 }
 
 TEST(AccessTokenTest, AnEmptyOrMissingFileIsAnError)

@@ -12,6 +12,7 @@
 #include <QtWidgets/QMenu>
 #include <QtWidgets/QMessageBox>
 #include <QtWidgets/QPushButton>
+#include <QtWidgets/QScrollArea>
 
 #include <gtest/gtest.h>
 
@@ -168,6 +169,31 @@ TEST_F(DesktopUserInterfaceTest, SharingMenuCopiesTheImage)
     const std::unique_ptr<QMenu> menu(makeSharingMenu(image, &desktop, picture, nullptr));
     menu->actions().at(0)->trigger();
     EXPECT_EQ(QApplication::clipboard()->image().size(), QSize(3, 2));
+}
+
+TEST(LongAlertTest, AResultOfManyLinesScrollsAndTheButtonStaysOnTheScreen)
+{
+    plotix::DesktopUserInterface desktop;
+    QWidget window;
+    QStringList lines;
+    for (int line = 0; line < 500; ++line)
+        lines << QStringLiteral("Column %1 has values that are no numbers.").arg(line);
+    desktop.beginSheet({QStringLiteral("Imported"), lines.join(QLatin1Char('\n')), KTVAlert::Style::Informational},
+                       &window, {});
+    const auto* box = window.findChild<QMessageBox*>();
+    ASSERT_NE(box, nullptr);
+    EXPECT_LT(box->height(), 500);
+    EXPECT_NE(box->findChild<QScrollArea*>(QStringLiteral("longText")), nullptr);
+    EXPECT_TRUE(box->informativeText().endsWith(lines.last()));
+}
+
+TEST(LongAlertTest, AShortOneDoesNot)
+{
+    plotix::DesktopUserInterface desktop;
+    QWidget window;
+    desktop.beginSheet({QStringLiteral("Imported"), QStringLiteral("3 records"), KTVAlert::Style::Informational},
+                       &window, {});
+    EXPECT_EQ(window.findChild<QScrollArea*>(QStringLiteral("longText")), nullptr);
 }
 
 }  // namespace

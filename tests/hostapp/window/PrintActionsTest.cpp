@@ -37,8 +37,50 @@ public:
 
     int reports = 0;
 
-private:
+protected:
     ReportingTrend() = default;
+};
+
+/// What a trend's reading tells: chosen dates that the graph does not show yet.
+class BehindReading : public QObject {
+    Q_OBJECT
+public:
+    Q_INVOKABLE QVariantMap spans() const
+    {
+        return {{QStringLiteral("drawn"), drawn}, {QStringLiteral("read"), drawn}, {QStringLiteral("datesLead"), true}};
+    }
+    QVariantList drawn{0.0, 10.0};
+};
+
+/// A reporting view whose graph is behind its dates until it is told to show them.
+class BehindTrend : public ReportingTrend {
+    Q_OBJECT
+public:
+    static std::shared_ptr<BehindTrend> make(const KTVPlugInModule::Arguments& arguments)
+    {
+        std::shared_ptr<BehindTrend> trend(new BehindTrend);
+        return trend->initWithAgent(arguments.agent, arguments.siteWindowController) ? trend : nullptr;
+    }
+    std::optional<QString> htmlContentForPrinting() override
+    {
+        drawnInReport = state.drawn;
+        return ReportingTrend::htmlContentForPrinting();
+    }
+    Q_INVOKABLE QVariantList shownRange() const { return dates; }
+    Q_INVOKABLE void showRange(double from, double to) { state.drawn = {from, to}; }
+    Q_INVOKABLE QObject* readSpans() { return &state; }
+
+    QVariantList dates{100.0, 200.0}, drawnInReport;
+    BehindReading state;
+};
+
+class BehindModule : public StubModule {
+public:
+    KTVPlugInPtr instantiate(const QString&, const Arguments& arguments) override
+    {
+        return BehindTrend::make(arguments);
+    }
+    KTVPlugInPtr instantiate(const QString&, KTVDecoder&) override { return nullptr; }
 };
 
 class ReportingModule : public StubModule {
@@ -74,6 +116,7 @@ protected:
     ScratchSite site;
     StubModule stubs;
     ReportingModule reports;
+    BehindModule behind;
     AnsweringDesktop desktop;
     plotix::HelpManager help;
     std::unique_ptr<SiteWindow> window;
@@ -104,6 +147,29 @@ TEST_F(PrintActionsTest, TheReportIsSavedWhereAsked)
     QFile file(*desktop.path);
     ASSERT_TRUE(file.open(QIODevice::ReadOnly));
     EXPECT_TRUE(file.readAll().startsWith("%PDF"));
+}
+
+TEST_F(PrintActionsTest, AReportShowsTheDatesItStates)
+{
+    openWindow(behind);
+    desktop.path = site.file(QStringLiteral("report.pdf"));
+    window->actions().exportReport->trigger();
+    auto& view = dynamic_cast<BehindTrend&>(*trend);
+    EXPECT_EQ(view.reports, 1);
+    EXPECT_EQ(view.drawnInReport, view.dates);
+}
+
+TEST_F(PrintActionsTest, AReportOfReversedDatesIsRefusedWithTheReason)
+{
+    openWindow(behind);
+    dynamic_cast<BehindTrend&>(*trend).dates = {200.0, 100.0};
+    desktop.path = site.file(QStringLiteral("report.pdf"));
+    window->actions().exportReport->trigger();
+    EXPECT_EQ(dynamic_cast<BehindTrend&>(*trend).reports, 0);
+    const auto boxes = window->findChildren<QMessageBox*>();
+    ASSERT_EQ(boxes.size(), 1);
+    EXPECT_EQ(boxes[0]->text(), "The records of these dates are not here");
+    EXPECT_FALSE(QFile::exists(*desktop.path));
 }
 
 TEST_F(PrintActionsTest, ACancelledSavePanelWritesNoReport)
@@ -143,3 +209,5 @@ TEST_F(PrintActionsTest, PrintingBeginsWithAPreview)
 }
 
 }  // namespace
+
+#include "PrintActionsTest.moc"

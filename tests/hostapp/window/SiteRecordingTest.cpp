@@ -4,11 +4,15 @@
 #include "hostapp/live/LiveRecorder.h"
 #include "hostapp/window/DesktopUserInterface.h"
 #include "hostapp/window/HelpWindow.h"
+#include "hostapp/window/RecordingIndicator.h"
 #include "hostapp/window/SiteWindow.h"
 #include "tests/support/stubsite/ScratchSite.h"
 #include "tests/support/stubsite/StubTrend.h"
 
 #include <QtTest/QSignalSpy>
+#include <QtTest/QTest>
+#include <QtWidgets/QMessageBox>
+#include <QtWidgets/QPushButton>
 
 namespace {
 
@@ -144,6 +148,67 @@ TEST_F(LiveWindowTest, FollowIsGreyedForAViewThatCannot)
     recordAction()->trigger();  // its trend is a stub here
     EXPECT_FALSE(window->actions().follow->isEnabled());
     EXPECT_EQ(window->actions().follow->toolTip(), QStringLiteral("This view cannot do that."));
+}
+
+TEST_F(LiveWindowTest, TheWindowSaysThatItRecordsSinceWhenAndHowMany)
+{
+    openWindow();
+    window->show();
+    auto* indicator = window->findChild<plotix::RecordingIndicator*>();
+    EXPECT_FALSE(indicator->isVisible());
+    recordAction()->trigger();
+    EXPECT_TRUE(indicator->isVisible());
+    EXPECT_TRUE(indicator->text().startsWith(QStringLiteral("Recording since "))) << indicator->text().toStdString();
+    EXPECT_TRUE(QTest::qWaitFor([&] { return !indicator->text().contains(QStringLiteral(": 0 ")); }));
+    recordAction()->trigger();
+    EXPECT_FALSE(indicator->isVisible());
+}
+
+class EndRecordingTest : public LiveWindowTest {
+protected:
+    EndRecordingTest()
+    {
+        openWindow();
+        window->show();
+        recordAction()->trigger();
+    }
+    void TearDown() override
+    {
+        window->closeAsOrdered();
+        LiveWindowTest::TearDown();
+    }
+    /// Closes, and presses that button of the question.
+    bool closeAndPress(int button)
+    {
+        QTimer::singleShot(0, &*window, [this, button] {
+            auto* box = window->findChild<QMessageBox*>(QStringLiteral("endRecording"));
+            asked = box->informativeText();
+            box->buttons().at(button)->click();
+        });
+        return window->close();
+    }
+
+    QString asked;
+};
+
+TEST_F(EndRecordingTest, ClosingAsksAndMayBeTakenBack)
+{
+    EXPECT_FALSE(closeAndPress(1));
+    EXPECT_TRUE(window->isVisible());
+    EXPECT_TRUE(recordAction()->isChecked());
+    EXPECT_TRUE(asked.startsWith(QStringLiteral("Recording since ")));
+}
+
+TEST_F(EndRecordingTest, ClosingGoesOnWhenConfirmed)
+{
+    EXPECT_TRUE(closeAndPress(0));
+    EXPECT_FALSE(window->isVisible());
+}
+
+TEST_F(EndRecordingTest, ASystemThatEndsIsNotAsked)
+{
+    plotix::closeAllSites(plotix::Closing::Ordered);
+    EXPECT_FALSE(window->isVisible());
 }
 
 }  // namespace

@@ -4,6 +4,7 @@
 #include "hostapp/window/DesktopUserInterface.h"
 #include "hostapp/window/EmptyStateView.h"
 #include "hostapp/window/HelpWindow.h"
+#include "hostapp/window/ImportDialog.h"
 #include "hostapp/window/PropertyListModel.h"
 #include "tests/support/stubsite/ScratchSite.h"
 #include "tests/support/stubsite/StubTrend.h"
@@ -159,6 +160,16 @@ TEST_F(SiteWindowTest, MenusReachTheSelectedTrendByName)
     EXPECT_EQ(selectedStub().log(), QStringList({"refresh", "fitAll"}));
 }
 
+TEST_F(SiteWindowTest, ATrendsViewCarriesTheCommandsForItsOwnMenus)
+{
+    openWindow();
+    const KTVPlugInPtr trend = addTrend(QStringLiteral("Week"));
+    EXPECT_EQ(trend->view()->actions().first(), window->actions().refresh);
+    addTrend(QStringLiteral("Month"));
+    window->selectPlugIn(trend);
+    EXPECT_EQ(trend->view()->actions().count(window->actions().refresh), 1);
+}
+
 TEST_F(SiteWindowTest, ActionsThatCannotActAreGreyedWithAReason)
 {
     openWindow();
@@ -267,6 +278,60 @@ TEST_F(SiteWindowDropTest, DroppedSiteIsOpened)
     drop();
     ASSERT_TRUE(opened.wait(5'000));
     EXPECT_EQ(opened[0][0].toString(), site.path());
+}
+
+TEST_F(SiteWindowDropTest, SeveralFilesAreImportedOneAfterTheOther)
+{
+    openWindow();
+    QList<QUrl> urls;
+    for (const QString& name : {QStringLiteral("cellar"), QStringLiteral("attic")}) {
+        QFile file(site.file(name + QStringLiteral(".csv")));
+        ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+        file.write("time,Humidity (%)\n2024-05-01T00:00:00Z,40\n2024-05-02T00:00:00Z,41\n");
+        urls << QUrl::fromLocalFile(file.fileName());
+    }
+    data.setUrls(urls);
+    QSignalSpy ended(window.get(), &SiteWindow::importEnded);
+    QStringList titles;
+    QTimer acceptsDialogs;
+    QObject::connect(&acceptsDialogs, &QTimer::timeout, &acceptsDialogs, [&] {
+        if (auto* dialog = qobject_cast<plotix::ImportDialog*>(QApplication::activeModalWidget())) {
+            titles << dialog->windowTitle();
+            dialog->accept();
+        } else if (shownBox() && shownBox()->isVisible()) {
+            shownBox()->accept();
+        }
+    });
+    acceptsDialogs.start(10);
+    drop();
+    QTRY_COMPARE_WITH_TIMEOUT(ended.size(), 2, 20'000);
+    EXPECT_TRUE(site.document->agentNamed(QStringLiteral("cellar")));
+    EXPECT_TRUE(site.document->agentNamed(QStringLiteral("attic")));
+    EXPECT_EQ(titles, (QStringList{"Import Measurements (1 more to come)", "Import Measurements"}));
+}
+
+TEST_F(SiteWindowDropTest, CancellingOneImportLeavesTheRest)
+{
+    openWindow();
+    QTimer::singleShot(50, [] { qobject_cast<QDialog*>(QApplication::activeModalWidget())->reject(); });
+    window->askAndImportAll({QStringLiteral("/nowhere/a.csv"), QStringLiteral("/nowhere/b.csv")});
+    EXPECT_EQ(QApplication::activeModalWidget(), nullptr);
+}
+
+TEST_F(SiteWindowDropTest, AFileCanBeSkipped)
+{
+    openWindow();
+    QStringList asked;
+    QTimer skips;
+    QObject::connect(&skips, &QTimer::timeout, &skips, [&] {
+        if (auto* dialog = qobject_cast<plotix::ImportDialog*>(QApplication::activeModalWidget())) {
+            asked << dialog->file();
+            dialog->done(plotix::ImportDialog::kSkipped);
+        }
+    });
+    skips.start(10);
+    window->askAndImportAll({QStringLiteral("/nowhere/a.csv"), QStringLiteral("/nowhere/b.csv")});
+    EXPECT_EQ(asked, (QStringList{"/nowhere/a.csv", "/nowhere/b.csv"}));
 }
 
 class SiteWindowImportTest : public SiteWindowTest {

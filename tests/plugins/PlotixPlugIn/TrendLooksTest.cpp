@@ -60,7 +60,7 @@ TEST_F(TrendLooks, LettingGoOfTheButtonEndsTheDrag)
     QTest::mousePress(&view, Qt::LeftButton, {}, middle);
     QTest::mouseRelease(&view, Qt::LeftButton, {}, middle);
     const CPTPlotRange before = space().xRange();
-    QMouseEvent move(QEvent::MouseMove, QPointF(middle + QPoint(50, 0)), QPointF(), Qt::NoButton, Qt::NoButton, {});
+    QMouseEvent move(QEvent::MouseMove, QPointF(middle + QPoint(50, 0)), QPointF(), Qt::NoButton, Qt::LeftButton, {});
     QApplication::sendEvent(&view, &move);
     EXPECT_EQ(space().xRange(), before);
 }

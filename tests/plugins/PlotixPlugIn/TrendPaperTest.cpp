@@ -1,7 +1,7 @@
 #include "TrendViewFixture.h"
 
 #include "plotkit/render/GraphRendering.h"
-#include "plugins/PlotixPlugIn/PaperGraph.h"
+#include "plugins/PlotixPlugIn/reading/PaperGraph.h"
 
 #include <QtGui/QPainter>
 

@@ -291,6 +291,19 @@ TEST_F(TrendViewOrder, KeysAreReadInTheOrderTheyAreWrittenIn)
     EXPECT_EQ(own(listening.keys), own(archive.keys()));
 }
 
+// Names inside the values are stored too: renamed on both sides they would still come back from a new archive.
+TEST_F(TrendViewOrder, NamesInsideTheArchivedValuesAreStored)
+{
+    openTrendWithData();
+    const fakehost::FakeArchive archive = archived();
+    EXPECT_EQ(archive.object("plotRangeForY")->keys(), (QStringList{"location", "length"}));
+    EXPECT_EQ(archive.object("dataClusterViewController")->keys(), (QStringList{"fromDate", "toDate"}));
+    const QVariantMap layout = archive.value("tableColumns").toMap();
+    EXPECT_EQ(layout.keys(), (QStringList{"columns", "sortAscending", "sortColumn"}));
+    EXPECT_EQ(layout["columns"].toList().at(2).toMap().keys(), (QStringList{"identifier", "width"}));
+    EXPECT_EQ(layout["columns"].toList().at(2).toMap()["identifier"], "tableName");
+}
+
 TEST_F(TrendViewOrder, AbsentListIsWrittenAsAnEmptyOne)
 {
     makeTrendWithoutTables();

@@ -156,6 +156,18 @@ TEST_F(ArchiveCompactionTest, ADamagedChunkIsNotTouched)
     EXPECT_EQ(times().size(), stored);
 }
 
+TEST_F(ArchiveCompactionTest, MoreMemoryThanAllowedIsAnErrorAndNothingChanges)
+{
+    store(ramp(air, 0, 20'000));
+    plotix::CompactionRequest request;
+    request.dropBefore = 5;
+    request.memory = 100'000;
+    EXPECT_THROW(opened()->compact(request), plotix::ReportableError);
+    EXPECT_EQ(count(), 20'000U);
+    request.memory = 1'000'000'000;
+    EXPECT_EQ(opened()->compact(request).dropped, 5U);
+}
+
 TEST_F(ArchiveCompactionTest, AReadOnlyFileIsRefused)
 {
     QFile::setPermissions(file(), QFile::ReadOwner);

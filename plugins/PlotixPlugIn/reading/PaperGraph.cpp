@@ -1,4 +1,4 @@
-#include "plugins/PlotixPlugIn/PaperGraph.h"
+#include "plugins/PlotixPlugIn/reading/PaperGraph.h"
 
 #include "plotkit/render/GraphRendering.h"
 

@@ -1,0 +1,53 @@
+#include "hostapp/site/TrendRenderer.h"
+
+#include "base/ReportableError.h"
+#include "tests/hostapp/site/ServedTrendFixture.h"
+
+namespace plotix {
+
+namespace {
+
+/// Pictures of a day of minutes, by the real module.
+class TrendRendererTest : public ServedTrendTest {
+protected:
+    static constexpr double kStart = 1'700'000'000;
+
+    QByteArray render(double from, double to, RenderRequest request = {})
+    {
+        request.trend = {site.document, station, {station->properties().objects().front()}, Date{from}, Date{to}, {}};
+        request.size = {600, 300};
+        return TrendRenderer(module()).render(request);
+    }
+};
+
+TEST_F(TrendRendererTest, DrawsWhatTheRecordsReach)
+{
+    EXPECT_TRUE(render(kStart, kStart + 3600).startsWith("\x89PNG"));
+}
+
+TEST_F(TrendRendererTest, ASpanWithoutRecordsIsRefusedWithTheSpanTheyHave)
+{
+    for (const bool bare : {false, true}) {
+        RenderRequest request;
+        request.bare = bare;
+        try {
+            render(kStart - 7200, kStart - 3600, request);
+            ADD_FAILURE() << "an empty graph was drawn";
+        } catch (const ReportableError& error) {
+            EXPECT_TRUE(error.message().contains(QStringLiteral("2023-11-14T22:13:20Z")))
+                << error.message().toStdString();
+        }
+    }
+}
+
+TEST_F(TrendRendererTest, AChoiceOfReadingIsDrawn)
+{
+    site.store(*station, {kStart + 200'000, kStart + 200'060});
+    RenderRequest joined;
+    joined.reading = {{QStringLiteral("brokenLines"), false}};
+    EXPECT_NE(render(kStart, kStart + 201'000), render(kStart, kStart + 201'000, joined));
+}
+
+}  // namespace
+
+}  // namespace plotix
