@@ -23,7 +23,7 @@ LIVE = {"hostapp/live", "hostapp/live/sources"}
 
 # Folders whose subfolders are rooms of one kind, each known by the folder above it alone: what such a room may include.
 KINDS = {
-    "hostapp/exchange/formats": CORE | {"hostapp/exchange"},
+    "hostapp/exchange/formats": CORE | {"hostapp/exchange", "hostapp/exchange/tables"},
     "hostapp/live/sources": CORE | {"hostapp/live"},
     "records": {"base", "storage", "records/columns", "records/store"},
 }
@@ -47,6 +47,7 @@ ALLOWED = {
     "hostapp/core": {"base", HOST},
     "hostapp/document": CORE | {"storage", "records/store"},
     "hostapp/exchange": DOCUMENT,
+    "hostapp/exchange/tables": CORE | {"hostapp/exchange"},
     "hostapp/exchange/formats": DOCUMENT | {"hostapp/exchange"},
     "hostapp/live": DOCUMENT,
     "hostapp/live/sources": CORE | {"hostapp/live"},

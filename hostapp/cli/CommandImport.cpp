@@ -30,7 +30,10 @@ void addFirstTrend(const ImportSummary& summary, CommandServices& services)
     const std::shared_ptr<SiteDocument> document = openSite(summary.site);
     const std::shared_ptr<SiteAgent> agent = agentOf(*document, summary.agent);
     const std::pair imported(Date{*summary.first}, Date{*summary.last});
-    services.storeTrend(requestOf(document, agent, planFirstTrend(TrendOccasion::Imported, *agent, imported)));
+    std::vector<ValueExtent> extents;
+    for (const ImportSummary::Column& column : summary.columns)
+        extents.push_back({column.propertyName, column.lowest, column.highest});
+    services.storeTrend(requestOf(document, agent, planFirstTrend(TrendOccasion::Imported, *agent, imported, extents)));
 }
 
 /// As a date; as seconds where the calendar has none.
@@ -52,6 +55,7 @@ void writeColumn(JsonWriter& json, const ImportSummary::Column& column)
     json.text("propertyName", column.propertyName);
     json.text("unit", column.unit);
     json.count("valid", column.valid);
+    json.count("bad", column.bad);
     json.endObject();
 }
 
@@ -126,31 +130,48 @@ Command addImport(CLI::App& program)
 {
     const auto command = std::make_shared<ImportCommand>();
     ImportOptions& options = command->options;
-    CLI::App* import =
-        program.add_subcommand("import", "Read a CSV file into a site; makes the site when it is not there");
-    addText(import, "FILE", command->file, "A text file of measurements, one row a moment")->required();
+    CLI::App* import = program.add_subcommand(
+        "import", "Read a file of measurements into a site; makes the site when it is not there");
+    addText(import, "FILE", command->file, "Text with columns (.csv, .txt, …; also .gz), or a spreadsheet (.xlsx)")
+        ->required();
     addText(import, "--site", command->site, "The site document, NAME.plotix")->required()->type_name("SITE");
     addText(import, "--agent", options.agentName, "The source of the measurements; the file's name unless given")
         ->type_name("NAME");
-    addText(import, "--time", options.timeColumn, "The column that holds the time")->type_name("COLUMN");
+    addText(import, "--time", options.timeColumn, "The column that holds the time, or Date+Time for two of them")
+        ->type_name("COLUMN");
     addText(import, "--time-zone", options.timeZone,
-            "Of times without a zone, such as Europe/Berlin; yours unless given")
+            "Of times without a zone, such as Europe/Berlin; what the file states, else yours, unless given")
         ->type_name("ZONE");
     addChoice<DateOrder>(import, "--date-order", options.dateOrder,
-                         {{"dmy", DateOrder::DayFirst}, {"mdy", DateOrder::MonthFirst}},
-                         "Whether 3/4/2015 is the third of April (dmy) or March 4 (mdy)");
+                         {{"dmy", DateOrder::DayFirst}, {"mdy", DateOrder::MonthFirst}, {"ymd", DateOrder::YearFirst}},
+                         "Whether 3/4/15 is the third of April (dmy), March 4 (mdy) or 15 April 2003 (ymd)");
+    addChoice<DecimalSign>(import, "--decimal", options.decimal,
+                           {{"point", DecimalSign::Point}, {"comma", DecimalSign::Comma}},
+                           "The sign before the decimals, where the file leaves it open");
+    addText(import, "--delimiter", options.delimiter, "The sign between columns of text, or tab, or blank")
+        ->type_name("SIGN");
+    addText(import, "--sheet", options.sheet, "Of a spreadsheet; the first with measurements unless given")
+        ->type_name("NAME");
+    addChoice<Arrangement>(import, "--arrangement", options.arrangement,
+                           {{"columns", Arrangement::Columns}, {"names", Arrangement::Names}},
+                           "Whether each quantity has a column, or each row names its quantity");
     addPairs(import, "--where", options.where, "VALUE", "Take only rows with this text in the column; repeatable");
     addList(import, "--only", options.only, "Take only these columns")->type_name("COLUMN,…");
     addPairs(import, "--unit", options.units, "UNIT", "The column's unit; repeatable");
     addPairs(import, "--name", options.names, "NAME", "The property's name; repeatable");
     import->add_flag("--replace", options.replace,
                      "Replace stored values that differ; without it such a file is refused and nothing changes");
-    import->add_flag("--skip-bad-rows", options.skipBadRows, "Pass over rows that do not parse, and count them");
-    import->add_flag("--json", command->json, "Print the summary as JSON");
-    import->footer("plotix edit SITE --undo-import takes the last import back.\nExample:\n  plotix import weather.csv "
-                   "--site nyc.plotix --agent EWR --where origin=EWR \\\n"
-                   "    --time time_hour --unit temp=°F --name \"temp=Air Temperature\"");
-    return {import, Command::Makes::Text, [command](CommandContext context) { return runCommand(*command, context); }};
-}
+    import->add_flag("--skip-bad-rows", options.skipBadRows, "Pass over rows without a time however many they are");
+    import->add_flag("--keep-all-numbers", options.keepAllNumbers, "Take -999 and the like for values, not for gaps");
+    import->add_flag_callback(
+        "--keep-last", [command] { command->options.rowsAtOneTime = RowsAtOneTime::KeepLast;
+},
+        "Of rows at one time keep the last, however many they are");
+import->add_flag("--json", command->json, "Print the summary as JSON");
+import->footer("plotix edit SITE --undo-import takes the last import back.\nExample:\n  plotix import weather.csv "
+               "--site nyc.plotix --agent EWR --where origin=EWR \\\n"
+               "    --time time_hour --unit temp=°F --name \"temp=Air Temperature\"");
+return {import, Command::Makes::Text, [command](CommandContext context) { return runCommand(*command, context); }};
+}  // namespace plotix
 
 }  // namespace plotix

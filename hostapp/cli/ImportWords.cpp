@@ -20,6 +20,15 @@ QString optionName(ImportOption option)
     case ImportOption::Only: return QStringLiteral("--only");
     case ImportOption::Unit: return QStringLiteral("--unit");
     case ImportOption::Name: return QStringLiteral("--name");
+    case ImportOption::TimeZone: return QStringLiteral("--time-zone");
+    case ImportOption::DateOrder: return QStringLiteral("--date-order");
+    case ImportOption::Decimal: return QStringLiteral("--decimal");
+    case ImportOption::Delimiter: return QStringLiteral("--delimiter");
+    case ImportOption::Sheet: return QStringLiteral("--sheet");
+    case ImportOption::Arrangement: return QStringLiteral("--arrangement");
+    case ImportOption::RowsAtOneTime: return QStringLiteral("--keep-last");
+    case ImportOption::BadRows: return QStringLiteral("--skip-bad-rows");
+    case ImportOption::None: break;
     }
     return {};
 }
@@ -31,7 +40,13 @@ const char* sentence(What what)
     switch (what) {
     case What::CannotBeOpened: return "cannot be read: %1";
     case What::ReadingFailed: return "reading failed: %1";
-    case What::WideCharacters: return "this is no text in UTF-8; save it as CSV in UTF-8 and import it again";
+    case What::NotAFile: return "this is no file; give one with rows of measurements";
+    case What::NotText: return "this is neither text nor a spreadsheet that can be read; export it as CSV or .xlsx";
+    case What::OldSpreadsheet:
+        return "this is a spreadsheet in the old binary form; save it as .xlsx or CSV and import that";
+    case What::LineTooLong: return "the line does not end; this is no text with a row of measurements in each line";
+    case What::BrokenArchive: return "the file is damaged and cannot be unpacked (%1); copy or export it again";
+    case What::NoSuchSheet: return "there is no sheet “%1” with measurements; give one with --sheet (sheets: %3)";
     case What::UnclosedQuotation: return "a quotation mark opened here is never closed";
     case What::EmptyFile: return "the file is empty";
     case What::NoRowsBelowHeader: return "the file has a header and no rows";
@@ -50,6 +65,15 @@ const char* sentence(What what)
     case What::DateOrderContradicts:
         return "some dates have the day first and others the month; say which is meant with --date-order dmy or "
                "--date-order mdy";
+    case What::DecimalMarkUnknown:
+        return "“%1” may have thousands or decimals, and no number in the file tells which; say which sign stands "
+               "before "
+               "the decimals with --decimal comma or --decimal point";
+    case What::ManyRowsAtOneTime: return "";  // see textOfRowsAtOneTime
+    case What::TooManyBadRows:
+        return "%4 of %5 rows cannot be read, the first: %8; if that is how it is, pass over them with --skip-bad-rows";
+    case What::AnotherHeader: return "another table with other columns begins here; import each from a file of its own";
+    case What::NoNameColumn: return "no column names the quantity of each row (columns: %3)";
     case What::UnknownColumn: return "%7 names the column “%1”, which is not there (columns: %3)";
     case What::UnknownUnit:
         return "“%1”, given with --unit for the column “%2”, is no unit that is known; write it like °C, hPa, m/s, % "
@@ -57,10 +81,12 @@ const char* sentence(What what)
     case What::UnknownTimeZone:
         return "“%1” is no time zone; give a name such as Europe/Berlin, or an offset such as +02:00";
     case What::UnusableTimeZone: return "the time zone “%1” cannot be used";
+    case What::UnusableDelimiter:
+        return "“%1” cannot part columns; give one sign, such as --delimiter ';', tab or blank";
     case What::IncompatibleUnits:
         return "column “%2” is in %1, but the agent's property of that name is in %6; give it another name with --name";
     case What::WouldReplace:
-        return "this replaces %4 stored values of %5 properties; nothing was changed; import it with --replace if that "
+        return "this replaces %1; nothing was changed; import it with --replace if that "
                "is meant, or into an agent of its own with --agent";
     case What::RowUnlikeHeader: return "the row has %4 columns where the header stands for %5: “%1”";
     case What::RowUnlikeOthers: return "the row has %4 columns where the rows before have %5: “%1”";
@@ -75,8 +101,47 @@ const char* sentence(What what)
         return "The header names %5 columns and the rows have %4: the last column is always empty and is left out.";
     case What::DatesHaveDayFirst: return "Dates are read with the day first.";
     case What::DatesHaveMonthFirst: return "Dates are read with the month first.";
+    case What::DatesHaveYearFirst: return "Dates are read with the year first.";
+    case What::TimesAreJoined: return "The time is put together from the columns %3.";
+    case What::ZoneFromFile: return "Times are read in the zone that the file names: %1.";
+    case What::TimesAreNumbers: return "";  // see textOfNumberTimes
+    case What::LinesAboveTable: return "Lines above the rows passed over: %4.";
+    case What::UnitsBelowHeader: return "units are taken from this line";
+    case What::RowsNameQuantities: return "Each row names its quantity in “%2” and has its value in “%1”: %4 in all.";
+    case What::SheetChosen: return "The sheet “%1” is read (sheets: %3).";
+    case What::StatesAreNumbers: return "words such as “%1” are stored as 1 (on, open, yes …) and 0";
+    case What::NumbersAreGaps:
+        return "In “%2” the number %1 is taken for a gap (%4 times); if it is a value, say --keep-all-numbers.";
+    case What::HeadersRepeated: return "The header comes again further down: %4 times, passed over.";
+    case What::CommentsPassedOver: return "Lines of comment passed over: %4.";
+    case What::LinesBelowTable: return "lines below the table passed over from here: %4, beginning with “%1”";
+    case What::ShortRows: return "the first of %4 rows with fewer columns than the header; what they lack stays empty";
     }
     return "";
+}
+
+/// Rows at one time: what they cost, and what settles it.
+QString textOfRowsAtOneTime(const ImportFinding& finding)
+{
+    const QString remedy =
+        finding.columns.isEmpty()
+            ? QStringLiteral("name the column of the time of day too, as --time Date+Time, or keep the last row of "
+                             "each time with --keep-last")
+            : QStringLiteral("they differ in “%1”: take those of one with --where \"%2=…\"")
+                  .arg(finding.columns.join(QStringLiteral("”, “")), finding.columns.front());
+    return QStringLiteral("%1 of %2 rows have the time of another row, with other values; %3")
+        .arg(QString::number(finding.expected), QString::number(finding.found), remedy);
+}
+
+/// What the numbers in the time's column count.
+QString textOfNumberTimes(const ImportFinding& finding)
+{
+    const QString form = finding.text == QLatin1String("ms")       ? QStringLiteral("milliseconds since 1970")
+                         : finding.text == QLatin1String("us")     ? QStringLiteral("microseconds since 1970")
+                         : finding.text == QLatin1String("ns")     ? QStringLiteral("nanoseconds since 1970")
+                         : finding.text == QLatin1String("digits") ? QStringLiteral("dates in digits, yyyymmddhhmm")
+                                                                   : QStringLiteral("days of a spreadsheet");
+    return QStringLiteral("The numbers in “%1” are read as %2.").arg(finding.column, form);
 }
 
 /// The sentence with `arguments` at %1 … %9, whichever of them it has.
@@ -98,13 +163,24 @@ QString counted(std::size_t count, const char* noun)
     return number + QLatin1Char(' ') + QLatin1String(noun) + (count == 1 ? QString() : QStringLiteral("s"));
 }
 
+QString replacedText(const ImportFinding& finding)
+{
+    return counted(finding.found, "stored value") + (finding.expected == 1
+                                                         ? QStringLiteral(" of 1 property")
+                                                         : QStringLiteral(" of %1 properties").arg(finding.expected));
+}
+
 void writeColumns(QTextStream& text, const ImportSummary& summary)
 {
     for (const ImportSummary::Column& column : summary.columns) {
         text << "  " << column.propertyName << ": " << column.name;
         if (!column.unit.isEmpty())
             text << " (" << column.unit << ')';
-        text << ", " << counted(column.valid, "value") << '\n';
+        text << ", " << counted(column.valid, "value");
+        if (column.bad > 0 && column.firstBad)
+            text << ", " << counted(column.bad, "cell") << " that is no number left empty (line "
+                 << column.firstBad->line << ": “" << column.firstBad->text << "”)";
+        text << '\n';
     }
 }
 
@@ -118,24 +194,31 @@ void writeCounts(QTextStream& text, const ImportSummary& summary)
     if (summary.unorderedTimes > 0)
         text << counted(summary.unorderedTimes, "row") << " earlier than the row before; sorted by time.\n";
     if (summary.repeatedTimes > 0)
-        text << counted(summary.repeatedTimes, "row") << " at a time that comes again later; the last one was kept.\n";
+        text << counted(summary.repeatedTimes, "row")
+             << " at a time that comes again later; of each column the last number was kept.\n";
     if (summary.badRows > 0)
-        text << counted(summary.badRows, "row") << " that did not parse passed over, the first: "
+        text << counted(summary.badRows, "row") << " that cannot be read passed over, the first: "
              << (summary.firstBadRow ? printedText(*summary.firstBadRow) : QString()) << ".\n";
     if (!summary.leftOut.isEmpty())
-        text << "Left out, without a single number: " << summary.leftOut.join(QStringLiteral(", ")) << ".\n";
+        text << "Left out, without a number or with hardly one: " << summary.leftOut.join(QStringLiteral(", "))
+             << ".\n";
 }
 
 }  // namespace
 
 QString printedText(const ImportFinding& finding)
 {
+    if (finding.what == What::ManyRowsAtOneTime)
+        return textOfRowsAtOneTime(finding);
+    if (finding.what == What::TimesAreNumbers)
+        return textOfNumberTimes(finding);
     const QString unit = finding.archivedUnit.isEmpty() ? QStringLiteral("no unit") : finding.archivedUnit;
     const QString cause = finding.causes.empty() ? QString() : printedText(finding.causes.front());
-    const QString words = filled(QString::fromUtf8(sentence(finding.what)),
-                                 {finding.text, finding.column, finding.columns.join(QStringLiteral(", ")),
-                                  QString::number(finding.found), QString::number(finding.expected), unit,
-                                  optionName(finding.option), cause});
+    const QString text = finding.what == What::WouldReplace ? replacedText(finding) : finding.text;
+    const QString words =
+        filled(QString::fromUtf8(sentence(finding.what)),
+               {text, finding.column, finding.columns.join(QStringLiteral(", ")), QString::number(finding.found),
+                QString::number(finding.expected), unit, optionName(finding.option), cause});
     const bool isFieldOfRow = finding.line > 0 && !finding.column.isEmpty();
     if (isFieldOfRow)
         return QStringLiteral("line %1, column “%2”: %3").arg(QString::number(finding.line), finding.column, words);

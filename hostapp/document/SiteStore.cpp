@@ -233,7 +233,13 @@ std::optional<qint64> SiteStore::aliasTarget(qint64 agent, const QString& name) 
 SiteProperty::Description SiteStore::addProperty(qint64 agent, const QString& name, const QString& unit,
                                                  std::uint32_t type)
 {
-    const std::vector<SiteProperty::Description> before = properties(agent);
+    return addProperty(agent, name, unit, type, properties(agent));
+}
+
+SiteProperty::Description SiteStore::addProperty(qint64 agent, const QString& name, const QString& unit,
+                                                 std::uint32_t type,
+                                                 const std::vector<SiteProperty::Description>& before)
+{
     SiteProperty::Description property;
     property.name = uniqueName(before, name.trimmed());
     property.propertyName = camelCaseString(property.name);

@@ -42,6 +42,9 @@ public:
 
     /// Numbers the name where its key is taken, so that the camel case of the name is always the key.
     SiteProperty::Description addProperty(qint64 agent, const QString& name, const QString& unit, std::uint32_t type);
+    /// The same for a caller that knows the agent's properties; reading them for each of thousands takes minutes.
+    SiteProperty::Description addProperty(qint64 agent, const QString& name, const QString& unit, std::uint32_t type,
+                                          const std::vector<SiteProperty::Description>& before);
 
     /// One of that name, units, colour and type, as unique in this agent.
     SiteProperty::Description addPropertyLike(qint64 agent, const SiteProperty::Description& other);
@@ -57,9 +60,11 @@ public:
     /// Unit, colour and visibility.
     void updateProperty(const SiteProperty::Description& description);
 
+    /// What once had that key (or, of agents, that name: agent 0) and is there under another one.
+    std::optional<qint64> aliasTarget(qint64 agent, const QString& name) const;
+
 private:
     void requireFreeAgentName(const QString& name) const;
-    std::optional<qint64> aliasTarget(qint64 agent, const QString& name) const;
 
     Database& m_database;
 };

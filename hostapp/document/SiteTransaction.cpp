@@ -4,13 +4,50 @@
 #include "hostapp/document/RecordKeeping.h"
 #include "hostapp/document/SiteSchema.h"
 #include "hostapp/document/SiteStore.h"
+#include "plugins/PlotixPlugIn/host/KTVConverter.h"
 
 #include <QtCore/QFile>
 #include <QtCore/QFileInfo>
+#include <QtCore/QHash>
+
+#include <map>
+#include <vector>
 
 namespace plotix {
 
 struct SiteTransaction::Impl {
+    /// An agent's properties while one transaction writes, which nobody else can change.
+    struct KnownProperties {
+        std::vector<SiteProperty::Description> all;  // in the order they were added
+        QHash<QString, std::size_t> byName, byKey;   // the first of a name
+
+        void add(const SiteProperty::Description& property)
+        {
+            if (!byName.contains(property.name))
+                byName[property.name] = all.size();
+            if (!byKey.contains(property.propertyName))
+                byKey[property.propertyName] = all.size();
+            all.push_back(property);
+        }
+        const SiteProperty::Description* find(const QString& name) const
+        {
+            auto found = byName.constFind(name);
+            if (found == byName.constEnd()) {
+                found = byKey.constFind(camelCaseString(name));
+                if (found == byKey.constEnd())
+                    return nullptr;
+            }
+            return &all[*found];
+        }
+        const SiteProperty::Description* withId(std::optional<qint64> id) const
+        {
+            for (const SiteProperty::Description& property : all)
+                if (id && property.id == *id)
+                    return &property;
+            return nullptr;
+        }
+    };
+
     Impl(const QString& path, const QString& siteName) : file(QFileInfo(path).absoluteFilePath())
     {
         if (!QFileInfo::exists(file)) {
@@ -57,6 +94,16 @@ struct SiteTransaction::Impl {
             QFile::remove(file + QLatin1String(part));
     }
 
+    KnownProperties& propertiesOf(RowId agent)
+    {
+        const auto [found, isNew] = properties.try_emplace(agent);
+        if (isNew)
+            for (const SiteProperty::Description& property : SiteStore(*database).properties(agent))
+                found->second.add(property);
+        return found->second;
+    }
+
+    std::map<RowId, KnownProperties> properties;
     QString file;
     bool created = false;
     bool committed = false;
@@ -110,9 +157,13 @@ SiteTransaction::Property SiteTransaction::findOrCreateProperty(RowId agent, con
                                                                 std::uint32_t type)
 {
     SiteStore store(*m_impl->database);
-    std::optional<SiteProperty::Description> property = store.propertyOnceNamed(agent, name);
-    if (!property) {
-        property = store.addProperty(agent, name, unit, type);
+    Impl::KnownProperties& known = m_impl->propertiesOf(agent);
+    const SiteProperty::Description* property = known.find(name);
+    if (property == nullptr)
+        property = known.withId(store.aliasTarget(agent, camelCaseString(name)));
+    if (property == nullptr) {
+        known.add(store.addProperty(agent, name, unit, type, known.all));
+        property = &known.all.back();
         if (m_impl->step)
             m_impl->step->madeProperty(property->id);
     }

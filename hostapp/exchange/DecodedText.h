@@ -6,7 +6,7 @@
 
 namespace plotix {
 
-/// The text of bytes: UTF-8, or Latin-1 where they are not. Pure; any thread.
+/// The text of bytes: UTF-8, or Windows-1252, which includes Latin-1, where they are not. Pure; any thread.
 QString decodedText(std::string_view bytes);
 
 }  // namespace plotix

@@ -15,6 +15,8 @@ public:
     const double* data() const { return m_data.get(); }
     double operator[](std::size_t index) const { return m_data.get()[index]; }
 
+    void set(std::size_t index, double value) { m_data.get()[index] = value; }
+
     void push_back(double value)
     {
         if (m_size == m_room)

@@ -20,6 +20,31 @@ std::string technicalText(const ImportFinding& finding)
 
 }  // namespace
 
+ImportOption optionOf(const ImportFinding& finding)
+{
+    using What = ImportFinding::What;
+    switch (finding.what) {
+    case What::UnknownColumn: return finding.option;
+    case What::UnknownUnit:
+    case What::IncompatibleUnits: return ImportOption::Unit;
+    case What::NoTimeColumn:
+    case What::NoTimesInColumn: return ImportOption::TimeColumn;
+    case What::NoRowWanted: return ImportOption::Where;
+    case What::DateOrderUnknown:
+    case What::DateOrderContradicts: return ImportOption::DateOrder;
+    case What::DecimalMarkUnknown: return ImportOption::Decimal;
+    case What::ManyRowsAtOneTime: return finding.columns.isEmpty() ? ImportOption::RowsAtOneTime : ImportOption::Where;
+    case What::TooManyBadRows:
+    case What::NoRowRead: return ImportOption::BadRows;
+    case What::NoNameColumn: return ImportOption::Arrangement;
+    case What::UnknownTimeZone:
+    case What::UnusableTimeZone: return ImportOption::TimeZone;
+    case What::UnusableDelimiter: return ImportOption::Delimiter;
+    case What::NoSuchSheet: return ImportOption::Sheet;
+    default: return ImportOption::None;
+    }
+}
+
 QString textForFinding(std::string_view bytes)
 {
     const QString text = decodedText(bytes.substr(0, kMostBytes)).simplified();

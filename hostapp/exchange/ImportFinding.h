@@ -14,15 +14,35 @@
 namespace plotix {
 
 /// The import option that a finding is about.
-enum class ImportOption { TimeColumn, Where, Only, Unit, Name };
+enum class ImportOption {
+    TimeColumn,
+    Where,
+    Only,
+    Unit,
+    Name,
+    None,
+    TimeZone,
+    DateOrder,
+    Decimal,
+    Delimiter,
+    Sheet,
+    Arrangement,
+    RowsAtOneTime,
+    BadRows
+};
 
 struct ImportFinding {
     enum class What {
         // The file cannot be read.
         CannotBeOpened,     ///< text: the system's words
         ReadingFailed,      ///< text: the system's words
-        WideCharacters,     ///< not text of single bytes, such as UTF-16
+        NotAFile,           ///< a folder or a device
+        NotText,            ///< neither text nor a spreadsheet that can be read
+        OldSpreadsheet,     ///< a spreadsheet in its program's former, binary form
         UnclosedQuotation,  ///< line
+        LineTooLong,        ///< line: no end within what a line may have
+        BrokenArchive,      ///< text: the library's words; a compressed file or a spreadsheet is damaged
+        NoSuchSheet,        ///< text: the sheet named, columns: the sheets there are
 
         // The file is no table of measurements.
         EmptyFile,
@@ -36,12 +56,19 @@ struct ImportFinding {
         NoRowWanted,         ///< none has the texts asked for
         DateOrderUnknown,
         DateOrderContradicts,
+        DecimalMarkUnknown,  ///< text: a number that may be meant either way; line, column
+        ManyRowsAtOneTime,   ///< found: rows in all, expected: of them at the time of another one with other values,
+                             ///< columns: those that tell such rows apart
+        TooManyBadRows,      ///< found: bad rows, expected: rows in all, causes: the first
+        AnotherHeader,       ///< line: a header with other names begins another table
+        NoNameColumn,        ///< no column names the quantity of each row
 
         // What the user said does not fit the file or the site.
         UnknownColumn,      ///< option, text: the column named, columns
         UnknownUnit,        ///< column, text: the unit
         UnknownTimeZone,    ///< text
         UnusableTimeZone,   ///< text
+        UnusableDelimiter,  ///< text
         IncompatibleUnits,  ///< column, text: its unit, archivedUnit
         WouldReplace,       ///< found: stored values that would become others, expected: their properties
 
@@ -58,6 +85,20 @@ struct ImportFinding {
         HeaderLacksEmptyLast,   ///< found, expected; the last column is left out
         DatesHaveDayFirst,
         DatesHaveMonthFirst,
+        DatesHaveYearFirst,  ///< of two digits
+        TimesAreJoined,      ///< columns
+        ZoneFromFile,        ///< text: the zone as the file states it
+        TimesAreNumbers,     ///< column, text: "s", "ms", "us", "ns", "digits", "days"
+        LinesAboveTable,     ///< found: lines in front of the header
+        UnitsBelowHeader,    ///< line
+        RowsNameQuantities,  ///< column: of names, text: of values, found: how many names
+        SheetChosen,         ///< text, columns: the sheets there are
+        StatesAreNumbers,    ///< column, text: a word that became 1 or 0
+        NumbersAreGaps,      ///< column, text: the number, found
+        HeadersRepeated,     ///< found
+        CommentsPassedOver,  ///< found
+        LinesBelowTable,     ///< line: the first, found, text: of it
+        ShortRows,           ///< line: the first, found
     };
 
     What what{};
@@ -73,6 +114,9 @@ struct ImportFinding {
 
     bool operator==(const ImportFinding&) const = default;
 };
+
+/// The option that settles what stopped an import; None where no option does.
+ImportOption optionOf(const ImportFinding& finding);
 
 /// A text from the file as findings show it: in one line, shortened when it is long.
 QString textForFinding(std::string_view bytes);

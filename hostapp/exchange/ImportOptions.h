@@ -9,21 +9,40 @@
 /// How a file is to be read: what the user says where the file leaves it open. Values; any thread.
 namespace plotix {
 
-enum class DateOrder { Detect, DayFirst, MonthFirst };
+enum class DateOrder { Detect, DayFirst, MonthFirst, YearFirst };
+
+/// The mark before the decimals of numbers such as 1.234.
+enum class DecimalSign { Detect, Point, Comma };
+
+/// Whether each quantity has a column of its own, or each row names its quantity beside one value.
+enum class Arrangement { Detect, Columns, Names };
+
+/// What becomes of rows at one time with different values.
+enum class RowsAtOneTime {
+    Refuse,  ///< when there are many of them; of a few the last is kept, and counted
+    KeepLast,
+};
 
 struct ImportOptions {
     using ByColumn = std::vector<std::pair<QString, QString>>;  ///< column → text
 
     QString agentName;                        ///< empty: the file's base name
-    QString timeColumn;                       ///< empty: detected
-    QString timeZone;                         ///< of times without a zone: IANA name or ±hh:mm; empty: the user's
+    QString timeColumn;                       ///< empty: detected; "Date+Time": these together
+    QString timeZone;                         ///< of times without a zone: IANA name or ±hh:mm; empty: the file's or,
+                                              ///< where it says nothing, the user's
     DateOrder dateOrder = DateOrder::Detect;  ///< of dates such as 3/4/2015; Detect refuses what stays ambiguous
-    ByColumn where;                           ///< only rows in which each of these columns has exactly this text
-    QStringList only;                         ///< only these columns; empty: every column with a number
-    ByColumn units;                           ///< overrides the unit in the header
-    ByColumn names;                           ///< overrides the name in the header
-    bool replace = false;                     ///< stored values may be replaced by others; else that is refused
-    bool skipBadRows = false;                 ///< count rows that do not parse instead of stopping
+    DecimalSign decimal = DecimalSign::Detect;  ///< Detect refuses what stays ambiguous
+    QString delimiter;                          ///< of text: one character, " " for runs of blanks; empty: detected
+    QString sheet;                              ///< of a spreadsheet: its name; empty: the first with measurements
+    Arrangement arrangement = Arrangement::Detect;
+    RowsAtOneTime rowsAtOneTime = RowsAtOneTime::Refuse;
+    ByColumn where;               ///< only rows in which each of these columns has exactly this text
+    QStringList only;             ///< only these columns; empty: every column with a number
+    ByColumn units;               ///< overrides the unit in the header
+    ByColumn names;               ///< overrides the name in the header
+    bool replace = false;         ///< stored values may be replaced by others; else that is refused
+    bool keepAllNumbers = false;  ///< -999 and the like are values too; else gaps where all others are far above
+    bool skipBadRows = false;     ///< pass over rows without a time however many they are, and count them
 };
 
 }  // namespace plotix

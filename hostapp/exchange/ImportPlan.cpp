@@ -51,7 +51,7 @@ std::vector<std::size_t> wantedFields(const Columns& columns, std::size_t timeFi
         fields.push_back(requiredColumn(column, ImportOption::Only, columns));
     if (options.only.isEmpty())
         for (std::size_t field = 0; field < columns.size(); ++field)
-            if (columns[field].isMeasurement)
+            if (columns[field].isMeasurement && !columns[field].isTime)
                 fields.push_back(field);
     std::erase(fields, timeField);
     std::set<std::size_t> seen;
@@ -59,15 +59,18 @@ std::vector<std::size_t> wantedFields(const Columns& columns, std::size_t timeFi
     return fields;
 }
 
-/// Two columns must not become one property: the later one gets a number.
+/// Two columns must not become one property: the later one gets a number. The next number of each name is remembered,
+/// so that thousands of equal names take no longer than others.
 void makeNamesUnique(std::vector<ImportPlan::Column>& columns)
 {
     std::set<QString> keys;
+    std::map<QString, int> numbers;
     for (ImportPlan::Column& column : columns) {
         if (camelCaseString(column.name).isEmpty())
             column.name = QStringLiteral("Column %1").arg(column.field + 1);
         const QString name = column.name;
-        for (int number = 2; !keys.insert(camelCaseString(column.name)).second; ++number)
+        for (int& number = numbers.try_emplace(name, 2).first->second;
+             !keys.insert(camelCaseString(column.name)).second; ++number)
             column.name = QStringLiteral("%1 %2").arg(name).arg(number);
     }
 }
@@ -81,7 +84,8 @@ void planColumns(ImportPlan& plan, const Columns& columns, const ImportOptions& 
         const auto unit = units.find(field);
         const auto name = names.find(field);
         plan.columns.push_back({field, column.header, name == names.end() ? column.name : name->second.trimmed(),
-                                unit == units.end() ? column.unit : knownUnit(unit->second, column.header)});
+                                unit == units.end() ? column.unit : knownUnit(unit->second, column.header),
+                                !options.only.isEmpty()});
     }
     makeNamesUnique(plan.columns);
 }
@@ -115,21 +119,44 @@ std::optional<std::size_t> columnNamed(const QString& text, const Columns& colum
     return {};
 }
 
-std::optional<std::size_t> namedTimeColumn(const Columns& columns, const ImportOptions& options)
+std::vector<std::size_t> namedTimeColumns(const Columns& columns, const ImportOptions& options)
 {
     if (options.timeColumn.isEmpty())
         return {};
-    return requiredColumn(options.timeColumn, ImportOption::TimeColumn, columns);
+    if (const std::optional<std::size_t> column = columnNamed(options.timeColumn, columns))
+        return {*column};
+    std::vector<std::size_t> parts;
+    const QStringList names = options.timeColumn.split(QLatin1Char('+'));
+    for (const QString& name : names)
+        if (const std::optional<std::size_t> column = columnNamed(name.trimmed(), columns))
+            parts.push_back(*column);
+    const bool isJoined = names.size() > 1 && parts.size() == static_cast<std::size_t>(names.size());
+    return isJoined ? parts : std::vector{requiredColumn(options.timeColumn, ImportOption::TimeColumn, columns)};
 }
 
-ImportPlan planImport(const Columns& columns, std::size_t timeField, const ImportOptions& options)
+ImportPlan planImport(const Columns& columns, std::size_t timeField, const ImportOptions& options,
+                      const QString& statedZone)
 {
-    ImportPlan plan{timeField, columns[timeField].header, options.timeZone, options.dateOrder, {}, {}};
+    ImportPlan plan;
+    plan.timeField = timeField;
+    plan.timeHeader = columns[timeField].header;
+    plan.timeZone = options.timeZone.trimmed().isEmpty() ? statedZone : options.timeZone;
+    plan.dateOrder = options.dateOrder;
+    plan.decimal = options.decimal;
+    plan.skipsBadRows = options.skipBadRows;
+    plan.keepsAllNumbers = options.keepAllNumbers;
+    plan.rowsAtOneTime = options.rowsAtOneTime;
     for (const auto& [column, value] : options.where)
         plan.conditions.push_back({requiredColumn(column, ImportOption::Where, columns), value.toStdString(),
                                    value.toLatin1().toStdString()});
     planColumns(plan, columns, options);
     return plan;
+}
+
+ImportPlan planImport(RowSource& source, const ImportOptions& options)
+{
+    const std::size_t time = source.chooseTimeColumn(namedTimeColumns(source.columns(), options));
+    return planImport(source.columns(), time, options, source.statedTimeZone());
 }
 
 }  // namespace plotix

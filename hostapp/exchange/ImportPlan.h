@@ -3,6 +3,7 @@
 #include "hostapp/exchange/ImportOptions.h"
 #include "hostapp/exchange/RowSource.h"
 
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -16,9 +17,10 @@ namespace plotix {
 struct ImportPlan {
     struct Column {
         std::size_t field = 0;
-        QString header;  ///< as in the file
-        QString name;    ///< of the property; unique among the columns, also as a key
-        QString unit;    ///< empty: none
+        QString header;           ///< as in the file
+        QString name;             ///< of the property; unique among the columns, also as a key
+        QString unit;             ///< empty: none
+        bool isAskedFor = false;  ///< by name: also a column with hardly any number is taken
     };
 
     /// A row counts only if the field is one of the texts: the same text in both encodings a file can have.
@@ -35,12 +37,21 @@ struct ImportPlan {
     DateOrder dateOrder = DateOrder::Detect;  ///< of ambiguous dates
     std::vector<Column> columns;
     std::vector<Condition> conditions;
+    DecimalSign decimal = DecimalSign::Detect;
+    bool skipsBadRows = false;
+    bool keepsAllNumbers = false;
+    RowsAtOneTime rowsAtOneTime = RowsAtOneTime::Refuse;
 };
 
-/// The column that the options name as the time; nothing where they name none.
-std::optional<std::size_t> namedTimeColumn(const std::vector<SourceColumn>& columns, const ImportOptions& options);
+/// The columns that the options name as the time, "Date+Time" being two; none where they name none.
+std::vector<std::size_t> namedTimeColumns(const std::vector<SourceColumn>& columns, const ImportOptions& options);
 
-ImportPlan planImport(const std::vector<SourceColumn>& columns, std::size_t timeField, const ImportOptions& options);
+/// `statedZone` is what the file says about times without a zone; the options come first.
+ImportPlan planImport(const std::vector<SourceColumn>& columns, std::size_t timeField, const ImportOptions& options,
+                      const QString& statedZone = {});
+
+/// Chooses the source's time column and plans the rest.
+ImportPlan planImport(RowSource& source, const ImportOptions& options);
 
 /// Finds a column as people write it: its header, its name without the unit, either whatever the case, or its key.
 std::optional<std::size_t> columnNamed(const QString& text, const std::vector<SourceColumn>& columns);

@@ -1,6 +1,7 @@
 #include "hostapp/exchange/ImportTable.h"
 
 #include <algorithm>
+#include <array>
 #include <bit>
 #include <numeric>
 
@@ -20,9 +21,15 @@ bool bitAt(const std::vector<std::uint64_t>& bits, std::size_t index)
 
 }  // namespace
 
-ImportTable::ImportTable(const ImportPlan& plan, BadRows badRows)
-    : m_plan(plan), m_badRows(badRows), m_columns(plan.columns.size())
+ImportTable::ImportTable(const ImportPlan& plan) : m_plan(plan), m_columns(plan.columns.size()) {}
+
+void ImportTable::restart()
 {
+    m_times = {};
+    m_columns.assign(m_plan.columns.size(), {});
+    m_counts = {};
+    m_badInRun = m_runBegan = 0;
+    m_firstInRun.reset();
 }
 
 void ImportTable::expectRows(std::size_t count)
@@ -49,62 +56,133 @@ void ImportTable::addValue(ImportColumn& column, double value, bool isNumber)
         return;
     setBit(column.valid, row);
     ++column.numbers;
-    if (column.firstText && m_badRows == BadRows::Stop)
-        throw ImportFailure(*column.firstText);
 }
 
 void ImportTable::addText(std::size_t index, qint64 line, std::string_view text)
 {
     ImportColumn& column = m_columns[index];
     addValue(column, kNoNumber, false);
-    if (!column.firstText)
-        column.firstText = ImportFinding{.what = ImportFinding::What::NoNumber,
-                                         .line = line,
-                                         .column = m_plan.columns[index].header,
-                                         .text = textForFinding(text)};
-    if (m_badRows == BadRows::Skip)
-        column.textRows.push_back(m_times.size());
-    else if (column.numbers > 0)
-        throw ImportFailure(*column.firstText);
+    if (column.bad++ == 0)
+        column.firstBad = ImportFinding{.what = ImportFinding::What::NoNumber,
+                                        .line = line,
+                                        .column = m_plan.columns[index].header,
+                                        .text = textForFinding(text)};
+}
+
+void ImportTable::addState(std::size_t index, double value, qint64 line, std::string_view word)
+{
+    ImportColumn& column = m_columns[index];
+    column.stateRows.push_back(m_times.size());
+    addValue(column, value, true);
+    if (!column.firstState)
+        column.firstState = ImportFinding{.what = ImportFinding::What::StatesAreNumbers,
+                                          .line = line,
+                                          .column = m_plan.columns[index].header,
+                                          .text = textForFinding(word)};
 }
 
 void ImportTable::addBadRow(const ImportFinding& finding)
 {
-    if (m_badRows == BadRows::Stop)
-        throw ImportFailure(finding);
-    ++m_counts.badRows;
-    if (!m_counts.firstBad)
-        m_counts.firstBad = finding;
+    if (m_runBegan != m_times.size() || m_badInRun == 0) {
+        m_counts.badRows += m_badInRun;
+        if (!m_counts.firstBad)
+            m_counts.firstBad = m_firstInRun;
+        m_runBegan = m_times.size();
+        m_badInRun = 0;
+        m_firstInRun = finding;
+    }
+    ++m_badInRun;
 }
 
 void ImportTable::finish()
 {
-    m_counts.rows = m_times.size() + m_counts.otherRows + m_counts.badRows;
-    dropTextRows();
+    settleBadRows();
+    for (ImportColumn& column : m_columns) {
+        settleStates(column);
+        if (!m_plan.keepsAllNumbers)
+            settleGapNumbers(column);
+    }
     sortRows();
 }
 
-void ImportTable::dropTextRows()
+/// The last run of bad rows is what stands below a table, if there is little of it.
+void ImportTable::settleBadRows()
 {
-    std::vector<std::uint64_t> bad((m_times.size() + 63) / 64, 0);
-    bool any = false;
-    for (const ImportColumn& column : m_columns) {
-        if (column.numbers == 0 || column.textRows.empty())
-            continue;
-        any = true;
-        for (const std::size_t row : column.textRows)
-            setBit(bad, row);
-        if (!m_counts.firstBad || column.firstText->line < m_counts.firstBad->line)
-            m_counts.firstBad = column.firstText;
+    constexpr std::size_t kMostBelow = 20;
+    constexpr std::size_t kSharePassedOver = 3;  // one in so many
+    const bool isBelow =
+        m_badInRun > 0 && m_runBegan == m_times.size() && m_badInRun <= kMostBelow && m_badInRun <= m_times.size();
+    if (isBelow) {
+        m_counts.linesBelow = m_badInRun;
+        m_counts.firstBelow = m_firstInRun;
+    } else {
+        m_counts.badRows += m_badInRun;
+        if (!m_counts.firstBad)
+            m_counts.firstBad = m_firstInRun;
     }
-    if (!any)
+    m_counts.rows = m_times.size() + m_counts.otherRows + m_counts.badRows;
+    const std::size_t wanted = m_times.size() + m_counts.badRows;
+    if (m_plan.skipsBadRows || m_times.size() == 0 || m_counts.badRows * kSharePassedOver <= wanted)
         return;
-    std::vector<std::size_t> rows;
-    for (std::size_t row = 0; row < m_times.size(); ++row)
-        if (!bitAt(bad, row))
-            rows.push_back(row);
-    m_counts.badRows += m_times.size() - rows.size();
-    keepRows(rows);
+    throw ImportFailure({.what = ImportFinding::What::TooManyBadRows,
+                         .found = m_counts.badRows,
+                         .expected = wanted,
+                         .causes = {*m_counts.firstBad}});
+}
+
+/// Words for states beside other numbers than 0 and 1 are bad cells: "off" in a column of kilowatts is no 0.
+void ImportTable::settleStates(ImportColumn& column)
+{
+    if (column.stateRows.empty())
+        return;
+    bool areStates = true;
+    for (std::size_t row = 0; row < column.values.size() && areStates; ++row)
+        areStates = !bitAt(column.valid, row) || column.values[row] == 0 || column.values[row] == 1;
+    if (areStates)
+        return;
+    for (const std::size_t row : column.stateRows) {
+        column.valid[row / 64] &= ~(std::uint64_t{1} << (row % 64));
+        column.values.set(row, kNoNumber);
+    }
+    column.numbers -= column.stateRows.size();
+    column.bad += column.stateRows.size();
+    if (!column.firstBad || column.firstState->line < column.firstBad->line) {
+        column.firstBad = column.firstState;
+        column.firstBad->what = ImportFinding::What::NoNumber;
+    }
+    column.firstState.reset();
+}
+
+/// A lowest value of -999 far below all others stands for a gap, as loggers and weather services write one.
+void ImportTable::settleGapNumbers(ImportColumn& column)
+{
+    double lowest = 0;
+    for (std::size_t row = 0; row < column.values.size(); ++row)
+        lowest = column.values[row] < lowest ? column.values[row] : lowest;
+    constexpr std::array<double, 7> kGapNumbers = {-999, -9999, -99999, -999.9, -999.99, -9999.9, -6999};
+    if (std::find(kGapNumbers.begin(), kGapNumbers.end(), lowest) == kGapNumbers.end())
+        return;
+    for (std::size_t row = 0; row < column.values.size(); ++row)
+        if (column.values[row] > lowest && column.values[row] < lowest / 4)
+            return;
+    for (std::size_t row = 0; row < column.values.size(); ++row)
+        if (column.values[row] == lowest) {
+            column.valid[row / 64] &= ~(std::uint64_t{1} << (row % 64));
+            column.values.set(row, kNoNumber);
+            --column.numbers;
+            ++column.gapNumbers;
+        }
+    column.gapNumber = lowest;
+}
+
+bool ImportTable::isTaken(std::size_t index) const
+{
+    constexpr std::size_t kTextsToANumber = 9;
+    const ImportColumn& column = m_columns[index];
+    if (column.numbers == 0 || m_plan.columns[index].isAskedFor)
+        return column.numbers > 0;
+    const bool areStates = column.stateRows.size() == column.numbers;  // on, off and auto are no 1 and 0
+    return areStates ? column.bad * kTextsToANumber <= column.numbers : column.bad <= column.numbers * kTextsToANumber;
 }
 
 void ImportTable::sortRows()
@@ -116,34 +194,69 @@ void ImportTable::sortRows()
     }
     if (m_counts.unorderedTimes == 0 && !isRepeated)
         return;
-    std::vector<std::size_t> rows(m_times.size());
-    std::iota(rows.begin(), rows.end(), std::size_t{0});
-    std::stable_sort(rows.begin(), rows.end(),
+    std::vector<std::size_t> order(m_times.size());
+    std::iota(order.begin(), order.end(), std::size_t{0});
+    std::stable_sort(order.begin(), order.end(),
                      [this](std::size_t one, std::size_t other) { return m_times[one] < m_times[other]; });
-    std::vector<std::size_t> last;
-    for (std::size_t index = 0; index < rows.size(); ++index)
-        if (index + 1 == rows.size() || m_times[rows[index]] != m_times[rows[index + 1]])
-            last.push_back(rows[index]);
-    m_counts.repeatedTimes = rows.size() - last.size();
-    keepRows(last);
+    joinRows(order);
 }
 
-void ImportTable::keepRows(const std::vector<std::size_t>& rows)
+/// How many rows lose a number to another one at the same time.
+std::size_t ImportTable::replacedRows(const std::vector<std::size_t>& order, const std::vector<Group>& groups) const
 {
-    const auto gather = [&rows](GrowingColumn& values) {
-        GrowingColumn kept;
-        kept.makeRoom(rows.size());
-        for (const std::size_t row : rows)
-            kept.push_back(values[row]);
-        values = std::move(kept);
-    };
-    gather(m_times);
+    std::vector<bool> isReplaced(order.size(), false);
+    for (const ImportColumn& column : m_columns)
+        for (const Group& group : groups) {
+            if (group.end - group.begin == 1)
+                continue;
+            std::optional<double> last;
+            for (std::size_t place = group.end; place-- > group.begin;) {
+                const std::size_t row = order[place];
+                if (!bitAt(column.valid, row))
+                    continue;
+                if (last && *last != column.values[row])
+                    isReplaced[place] = true;
+                last = last ? last : std::optional(column.values[row]);
+            }
+        }
+    return static_cast<std::size_t>(std::count(isReplaced.begin(), isReplaced.end(), true));
+}
+
+void ImportTable::joinRows(const std::vector<std::size_t>& order)
+{
+    constexpr std::size_t kShareReplaced = 10;  // one in so many
+    std::vector<Group> groups;
+    for (std::size_t place = 0; place < order.size(); ++place) {
+        if (place == 0 || m_times[order[place]] != m_times[order[place - 1]])
+            groups.push_back({place, place});
+        groups.back().end = place + 1;
+    }
+    m_counts.repeatedTimes = order.size() - groups.size();
+    m_counts.replacedRows = m_counts.repeatedTimes == 0 ? 0 : replacedRows(order, groups);
+    const bool areMany = m_counts.replacedRows > 1 && m_counts.replacedRows * kShareReplaced > order.size();
+    if (areMany && m_plan.rowsAtOneTime == RowsAtOneTime::Refuse)
+        throw ImportFailure({.what = ImportFinding::What::ManyRowsAtOneTime,
+                             .column = m_plan.timeHeader,
+                             .found = order.size(),
+                             .expected = m_counts.repeatedTimes});
+    GrowingColumn times;
+    times.makeRoom(groups.size());
+    for (const Group& group : groups)
+        times.push_back(m_times[order[group.begin]]);
+    m_times = std::move(times);
     for (ImportColumn& column : m_columns) {
-        gather(column.values);
-        std::vector<std::uint64_t> valid((rows.size() + 63) / 64, 0);
-        for (std::size_t index = 0; index < rows.size(); ++index)
-            if (bitAt(column.valid, rows[index]))
+        GrowingColumn values;
+        values.makeRoom(groups.size());
+        std::vector<std::uint64_t> valid((groups.size() + 63) / 64, 0);
+        for (std::size_t index = 0; index < groups.size(); ++index) {
+            std::size_t place = groups[index].end - 1;
+            while (place > groups[index].begin && !bitAt(column.valid, order[place]))
+                --place;
+            values.push_back(column.values[order[place]]);
+            if (bitAt(column.valid, order[place]))
                 setBit(valid, index);
+        }
+        column.values = std::move(values);
         column.valid = std::move(valid);
     }
 }
@@ -158,6 +271,40 @@ ImportTable::Taken ImportTable::takeColumn(std::size_t index)
         taken.validity = ValidityBitmap(SharedArray<std::uint64_t>::fromVector(std::move(column.valid)));
     taken.values = column.values.take();
     return taken;
+}
+
+void finishImport(const RowSource& source, ImportTable& table)
+{
+    try {
+        table.finish();
+    } catch (const ImportFailure& failure) {
+        ImportFinding finding = failure.finding();
+        if (finding.what != ImportFinding::What::ManyRowsAtOneTime)
+            throw;
+        finding.columns = source.categories();
+        throw ImportFailure(std::move(finding));
+    }
+}
+
+std::vector<ImportFinding> notesOf(const RowSource& source, const ImportTable& table)
+{
+    std::vector<ImportFinding> notes = source.notes();
+    for (const ImportColumn& column : table.columns())
+        if (column.firstState)
+            notes.push_back(*column.firstState);
+    for (std::size_t index = 0; index < table.columns().size(); ++index)
+        if (const ImportColumn& column = table.columns()[index]; column.gapNumbers > 0)
+            notes.push_back({.what = ImportFinding::What::NumbersAreGaps,
+                             .column = table.headerOf(index),
+                             .text = QString::number(column.gapNumber),
+                             .found = column.gapNumbers});
+    const RowCounts& counts = table.counts();
+    if (counts.linesBelow > 0)
+        notes.push_back({.what = ImportFinding::What::LinesBelowTable,
+                         .line = counts.firstBelow->line,
+                         .text = counts.firstBelow->text,
+                         .found = counts.linesBelow});
+    return notes;
 }
 
 }  // namespace plotix

@@ -7,6 +7,8 @@
 
 #include <QtCore/QFileInfo>
 
+#include <limits>
+#include <span>
 #include <utility>
 
 namespace plotix {
@@ -17,10 +19,16 @@ using What = ImportFinding::What;
 
 constexpr double kRoomToSpare = 1.02;  // memory never touched costs nothing; moving a full column does
 
-ImportPlan makePlan(RowSource& source, const ImportOptions& options)
+/// The lowest and the highest finite value; values that are not valid are NaN.
+std::pair<double, double> rangeOf(std::span<const double> values)
 {
-    const std::size_t time = source.chooseTimeColumn(namedTimeColumn(source.columns(), options));
-    return planImport(source.columns(), time, options);
+    constexpr double kInfinity = std::numeric_limits<double>::infinity();
+    double lowest = kInfinity, highest = -kInfinity;
+    for (const double value : values) {
+        lowest = value < lowest && value > -kInfinity ? value : lowest;
+        highest = value > highest && value < kInfinity ? value : highest;
+    }
+    return lowest > highest ? std::pair(0.0, 0.0) : std::pair(lowest, highest);
 }
 
 /// One import of one source into one site, step by step.
@@ -55,8 +63,8 @@ FileImport::FileImport(RowSource& source, const QString& file, const QString& si
     : m_source(source),
       m_progress(progress),
       m_mayReplace(options.replace),
-      m_plan(makePlan(source, options)),
-      m_table(m_plan, options.skipBadRows ? ImportTable::BadRows::Skip : ImportTable::BadRows::Stop)
+      m_plan(planImport(source, options)),
+      m_table(m_plan)
 {
     m_summary.file = file;
     m_summary.site = site;
@@ -89,8 +97,8 @@ void FileImport::readRows()
             expectRows();
         report(m_source.bytesRead());
     }
-    m_table.finish();
-    m_summary.notes = m_source.notes();
+    finishImport(m_source, m_table);
+    m_summary.notes = notesOf(m_source, m_table);
 }
 
 /// Estimates the number of rows, with a little to spare, from the beginning of the file.
@@ -112,6 +120,7 @@ void FileImport::count()
     m_summary.badRows = counts.badRows;
     m_summary.unorderedTimes = counts.unorderedTimes;
     m_summary.repeatedTimes = counts.repeatedTimes;
+    m_summary.replacedRows = counts.replacedRows;
     m_summary.firstBadRow = counts.firstBad;
     if (m_table.rows() > 0)
         return;
@@ -163,16 +172,20 @@ void FileImport::prepareReplacing(SiteTransaction& transaction, RowId agent, con
 void FileImport::storeColumn(SiteTransaction& transaction, RowId agent, std::size_t index, RecordBlock& block)
 {
     const ImportPlan::Column& column = m_plan.columns[index];
-    ImportTable::Taken taken = m_table.takeColumn(index);
-    if (taken.valid == 0) {
+    if (!m_table.isTaken(index)) {
         m_summary.leftOut << column.header;
         return;
     }
+    const ImportColumn& read = m_table.columns()[index];
+    const std::size_t bad = read.bad;
+    const std::optional<ImportFinding> firstBad = read.firstBad;
+    ImportTable::Taken taken = m_table.takeColumn(index);
     const SiteTransaction::Property property = transaction.findOrCreateProperty(agent, column.name, column.unit);
     convert(taken.values, column, property);
+    const auto [lowest, highest] = rangeOf(taken.values.span());
     block.columns.push_back({property.id, std::move(taken.values), std::move(taken.validity)});
-    m_summary.columns.push_back(
-        {column.header, column.name, property.propertyName, property.archivedUnit, taken.valid});
+    m_summary.columns.push_back({column.header, column.name, property.propertyName, property.archivedUnit, taken.valid,
+                                 bad, firstBad, lowest, highest});
 }
 
 /// Converts to the property's archived unit. A column without a unit is taken to be in that unit.

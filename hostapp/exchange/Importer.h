@@ -24,6 +24,9 @@ struct ImportSummary {
         QString propertyName;  ///< its key
         QString unit;
         std::size_t valid = 0;
+        std::size_t bad = 0;  ///< cells that are neither number nor gap, and were lost
+        std::optional<ImportFinding> firstBad{};
+        double lowest = 0, highest = 0;  ///< of the valid finite values stored
     };
 
     QString file, site, agent;
@@ -32,15 +35,16 @@ struct ImportSummary {
     bool firstImport = false;   ///< the agent had no records before: it gets its first trend view
     std::size_t rows = 0;       ///< read, not counting header and blank lines
     std::size_t otherRows = 0;  ///< skipped because their texts were not those asked for
-    std::size_t badRows = 0;    ///< skipped because they did not parse
+    std::size_t badRows = 0;    ///< skipped because they have no time, or too many cells
     std::optional<ImportFinding> firstBadRow;
     std::size_t records = 0;            ///< stored
     std::size_t replaced = 0;           ///< values that were stored before and became others
     std::size_t unorderedTimes = 0;     ///< rows earlier than the row before them
-    std::size_t repeatedTimes = 0;      ///< rows that a later row at the same time replaced
+    std::size_t repeatedTimes = 0;      ///< rows joined with a later row at the same time
+    std::size_t replacedRows = 0;       ///< of these: rows of which a number was replaced by another one
     std::optional<double> first, last;  ///< times stored, seconds since 1970-01-01 UTC
     std::vector<Column> columns;        ///< stored
-    QStringList leftOut;                ///< headers of columns without a single number
+    QStringList leftOut;                ///< headers of columns without a number, or hardly one
     std::vector<ImportFinding> notes;   ///< what was decided about the file
 };
 

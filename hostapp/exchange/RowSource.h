@@ -1,10 +1,11 @@
 #pragma once
 
 #include "hostapp/exchange/ImportFinding.h"
+#include "hostapp/exchange/ImportOptions.h"
 
 #include <QtCore/QString>
+#include <QtCore/QStringList>
 
-#include <optional>
 #include <vector>
 
 /// What a file format must give so that its files can be imported: columns, one of them the time, and rows.
@@ -24,6 +25,17 @@ struct SourceColumn {
     QString name;               ///< of the property: the header without the unit
     QString unit;               ///< one that `Units` knows; empty: none
     bool isMeasurement = true;  ///< false: imported only when asked for, such as a column that counts the rows
+    bool isTime = false;        ///< it is the time, or a part of it
+};
+
+/// How a source takes its file: what was said, or else guessed. Each has its field in ImportOptions.
+struct SourceForm {
+    QString delimiter{};                        ///< of text
+    DecimalSign decimal = DecimalSign::Detect;  ///< Detect: no number has a mark, or columns differ
+    DateOrder dateOrder = DateOrder::Detect;    ///< Detect: dates say it themselves, or it is still open
+    Arrangement arrangement = Arrangement::Columns;
+    QStringList sheets{};  ///< of a spreadsheet
+    QString sheet{};
 };
 
 class RowSource {
@@ -32,8 +44,13 @@ public:
 
     virtual const std::vector<SourceColumn>& columns() const = 0;
 
-    /// Decides which column holds the times: the one named, else the likeliest. Answers its index.
-    virtual std::size_t chooseTimeColumn(std::optional<std::size_t> named) = 0;
+    /// Decides which column holds the times: the one named, several that do so together (a date and a time of day), or
+    /// the likeliest where none is named. Answers the first one's index. `columns` may change by it: where each row
+    /// names its quantity, these are added behind those of the file.
+    virtual std::size_t chooseTimeColumn(const std::vector<std::size_t>& named) = 0;
+
+    /// The zone that the file states for times without one of their own; empty: none.
+    virtual QString statedTimeZone() const { return {}; }
 
     /// Once, before the first `read`. Borrows the plan, whose fields are indexes into `columns`.
     virtual void begin(const ImportPlan& plan) = 0;
@@ -45,6 +62,12 @@ public:
     /// How far `read` has come, and how far it will have to go.
     virtual qint64 bytesRead() const = 0;
     virtual qint64 bytesInAll() const = 0;
+
+    /// As far as it is known; all of it after the last row.
+    virtual SourceForm form() const { return {}; }
+
+    /// The columns of texts with few different ones, each of which tells rows at one time apart.
+    virtual QStringList categories() const { return {}; }
 
     /// What has been decided about the file so far.
     virtual const std::vector<ImportFinding>& notes() const = 0;

@@ -1,5 +1,6 @@
 #include "hostapp/exchange/TimeColumnReader.h"
 
+#include "hostapp/exchange/NumberText.h"
 #include "hostapp/exchange/PlainNumber.h"
 
 #include <algorithm>
@@ -65,6 +66,17 @@ int plainClock(const char* at)
     return static_cast<int>(hour * 3600 + minute * 60 + second);
 }
 
+/// How many of the layout's numbers a second has.
+double partsOfSecond(TimeLayout layout)
+{
+    switch (layout) {
+    case TimeLayout::EpochMilliseconds: return 1e3;
+    case TimeLayout::EpochMicroseconds: return 1e6;
+    case TimeLayout::EpochNanoseconds: return 1e9;
+    default: return 1;
+    }
+}
+
 /// Whether a zone, or none, stands right behind the seconds: words such as "pm" would change their meaning.
 bool isPlainZone(std::string_view text)
 {
@@ -78,20 +90,45 @@ TimeColumnReader::TimeColumnReader(TimeLayout layout, LocalTime local) : m_layou
 
 std::optional<double> TimeColumnReader::read(std::string_view text)
 {
-    if (m_layout == TimeLayout::EpochSeconds || m_layout == TimeLayout::EpochMilliseconds)
+    if (isEpoch(m_layout))
         return readEpoch(text);
-    const std::optional<DateAndTime> time = splitDateAndTime(text);
-    if (!time || time->yearFirst != (m_layout == TimeLayout::YearFirst))
-        return {};
-    const auto& [one, two, three] = time->date;
-    const std::optional<std::int64_t> midnight = m_layout == TimeLayout::YearFirst  ? civilSeconds(one, two, three)
-                                                 : m_layout == TimeLayout::DayFirst ? civilSeconds(three, two, one)
-                                                                                    : civilSeconds(three, one, two);
+    if (m_layout == TimeLayout::SpreadsheetDays)
+        return readDays(text);
+    const std::optional<DateAndTime> time =
+        m_layout == TimeLayout::CompactDigits ? splitCompactDigits(text) : splitDateAndTime(text);
+    const std::optional<std::int64_t> midnight = time ? midnightOf(*time, m_layout) : std::nullopt;
     if (!midnight)
         return {};
     const Day day{*midnight, time->offset};
     remember(text, day);
     m_previous = exactSeconds(utcOf(day, time->secondOfDay), time->fraction);
+    return m_previous;
+}
+
+std::optional<double> TimeColumnReader::read(const DateAndTime& time)
+{
+    const std::optional<std::int64_t> midnight = midnightOf(time, m_layout);
+    if (!midnight)
+        return {};
+    m_previous = exactSeconds(utcOf({*midnight, time.offset}, time.secondOfDay), time.fraction);
+    return m_previous;
+}
+
+/// Days since 1899-12-30, by the local clock, to the nearest millisecond: a double has no finer part of a day, and
+/// mostly fewer digits are written.
+std::optional<double> TimeColumnReader::readDays(std::string_view text)
+{
+    constexpr std::int64_t kDaysTo1970 = 25'569;
+    constexpr std::int64_t kMillisecondsOfDay = 86'400'000;
+    double days = 0;
+    DecimalMark mark = text.find(',') == std::string_view::npos ? DecimalMark::Point : DecimalMark::Comma;
+    const bool isNumber = readNumber(text, mark, days) == FieldKind::Number;
+    if (!isNumber || !(days >= 0) || days > 3e6)
+        return {};
+    const std::int64_t all = std::llround(days * kMillisecondsOfDay) - kDaysTo1970 * kMillisecondsOfDay;
+    const std::int64_t parts = ((all % 1000) + 1000) % 1000;
+    const std::int64_t utc = utcOf({(all - parts) / 1000, {}}, 0);
+    m_previous = static_cast<double>(utc * 1000 + parts) / 1000;
     return m_previous;
 }
 
@@ -103,17 +140,18 @@ std::int64_t TimeColumnReader::utcOf(const Day& day, int secondOfDay)
 
 const char* TimeColumnReader::takePlain(const char* cursor, char delimiter, double& seconds)
 {
-    const bool isEpoch = m_layout == TimeLayout::EpochSeconds || m_layout == TimeLayout::EpochMilliseconds;
-    return isEpoch ? takePlainEpoch(cursor, seconds) : takeAsBefore(cursor, delimiter, seconds);
+    return isEpoch(m_layout) ? takePlainEpoch(cursor, seconds) : takeAsBefore(cursor, delimiter, seconds);
 }
 
 const char* TimeColumnReader::takePlainEpoch(const char* cursor, double& seconds) const
 {
+    if (m_layout == TimeLayout::EpochNanoseconds)
+        return nullptr;  // more digits than this way can take
     bool hasPoint = false;
     double number = 0;
     cursor = takePlainNumber(cursor, '.', number, hasPoint);
     if (cursor != nullptr)
-        seconds = m_layout == TimeLayout::EpochSeconds ? number : number / 1000;
+        seconds = number / partsOfSecond(m_layout);
     return cursor;
 }
 
@@ -156,13 +194,20 @@ void TimeColumnReader::remember(std::string_view text, const Day& day)
     m_day = day;
 }
 
+/// The decimal mark is moved by putting an exponent behind the digits, so that nothing is rounded twice.
 std::optional<double> TimeColumnReader::readEpoch(std::string_view text) const
 {
+    constexpr std::size_t kLongest = 40;
+    const double parts = partsOfSecond(m_layout);
+    const bool isPlain = text.size() <= kLongest && text.find_first_of("eE") == std::string_view::npos;
+    std::string shifted(text);
+    if (isPlain && parts > 1)
+        shifted += parts > 1e6 ? "e-9" : parts > 1e3 ? "e-6" : "e-3";
     double number = 0;
-    const auto [stopped, error] = std::from_chars(text.data(), text.data() + text.size(), number);
-    if (error != std::errc() || stopped != text.data() + text.size() || !std::isfinite(number))
+    const auto [stopped, error] = std::from_chars(shifted.data(), shifted.data() + shifted.size(), number);
+    if (error != std::errc() || stopped != shifted.data() + shifted.size() || !std::isfinite(number))
         return {};
-    return m_layout == TimeLayout::EpochSeconds ? number : number / 1000;
+    return isPlain ? number : number / parts;
 }
 
 }  // namespace plotix

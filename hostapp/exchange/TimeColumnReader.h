@@ -19,6 +19,9 @@ public:
     /// Seconds since 1970-01-01 UTC; nothing when the text is no time in this layout.
     std::optional<double> read(std::string_view text);
 
+    /// The same of a date whose time of day stands in another column;
+    std::optional<double> read(const DateAndTime& time);
+
     /// The fast path: takes a number of seconds or milliseconds, or a time whose date and zone are those of the time
     /// read last. Answers what follows it, or null for anything else, which is left to `read`. Its results are those of
     /// `read`. A comma is no decimal mark where it is the delimiter.
@@ -37,6 +40,7 @@ private:
     static constexpr std::size_t kDateEnd = 11;  // of "2015-02-03T", and of other dates whose time of day begins there
 
     std::optional<double> readEpoch(std::string_view text) const;
+    std::optional<double> readDays(std::string_view text);
     const char* takePlainEpoch(const char* cursor, double& seconds) const;
     const char* takeAsBefore(const char* cursor, char delimiter, double& seconds);
     void remember(std::string_view text, const Day& day);

@@ -38,14 +38,14 @@ KTVPropertyList liveProperties(const KTVPropertyList& properties)
 }  // namespace
 
 TrendPlan planTrend(TrendOccasion occasion, const QString& agentName, const KTVPropertyList& properties,
-                    const TrendSpan& records, Date now, const QTimeZone& zone)
+                    const TrendSpan& records, Date now, const QTimeZone& zone, const std::vector<ValueExtent>& extents)
 {
     const auto lastDays = rangeForNewTrend(records ? std::optional(records->second.seconds) : std::nullopt, now, zone);
     switch (occasion) {
     case TrendOccasion::Chosen: break;
     case TrendOccasion::Imported: {
         const auto [from, to] = records.value_or(lastDays);
-        return {those(properties, isDrawn), from, to, agentName};
+        return {worthShowing(those(properties, isDrawn), extents), from, to, agentName};
     }
     case TrendOccasion::Recorded: return {liveProperties(properties), now, {now.seconds + kRecordedSpan}, agentName};
     case TrendOccasion::Watched: {
@@ -56,10 +56,11 @@ TrendPlan planTrend(TrendOccasion occasion, const QString& agentName, const KTVP
     return {properties, lastDays.first, lastDays.second, titleForProperties(properties)};
 }
 
-TrendPlan planFirstTrend(TrendOccasion occasion, const SiteAgent& agent, const TrendSpan& records)
+TrendPlan planFirstTrend(TrendOccasion occasion, const SiteAgent& agent, const TrendSpan& records,
+                         const std::vector<ValueExtent>& extents)
 {
     return planTrend(occasion, agent.name(), agent.properties().objects(), records, currentDate(),
-                     QTimeZone::systemTimeZone());
+                     QTimeZone::systemTimeZone(), extents);
 }
 
 TrendPlan planChosenTrend(const KTVPropertyList& properties, std::optional<double> lastRecord)

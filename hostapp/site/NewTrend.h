@@ -1,6 +1,7 @@
 #pragma once
 
 #include "hostapp/site/TrendRequest.h"
+#include "hostapp/site/WorthShowing.h"
 
 #include <QtCore/QTimeZone>
 
@@ -30,15 +31,18 @@ struct TrendPlan {
 
 /// The rule, for an agent of this name and (some of) its properties:
 ///   Chosen: the properties given, the last seven days that hold records, named after the properties.
-///   Imported: all properties that are drawn, over all records, named after the agent.
+///   Imported: those of all properties that are worth looking at together (`WorthShowing.h`), over all records, named
+///     after the agent; without `extents` all that are drawn.
 ///   Recorded, Watched: what belongs on one axis, shares of the whole and the load beside them; where there is none of
 ///     these, what is drawn at all; named after the agent. Recorded: the hour that begins now. Watched: the last ten
 ///     minutes, followed.
 TrendPlan planTrend(TrendOccasion occasion, const QString& agentName, const KTVPropertyList& properties,
-                    const TrendSpan& records, Date now, const QTimeZone& zone);
+                    const TrendSpan& records, Date now, const QTimeZone& zone,
+                    const std::vector<ValueExtent>& extents = {});
 
 /// The same of all the agent's properties, now, in the user's zone. Main thread only.
-TrendPlan planFirstTrend(TrendOccasion occasion, const SiteAgent& agent, const TrendSpan& records = {});
+TrendPlan planFirstTrend(TrendOccasion occasion, const SiteAgent& agent, const TrendSpan& records = {},
+                         const std::vector<ValueExtent>& extents = {});
 
 /// The same for properties the user chose, of an agent with this last record. Main thread only.
 TrendPlan planChosenTrend(const KTVPropertyList& properties, std::optional<double> lastRecord);

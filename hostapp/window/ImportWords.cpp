@@ -39,9 +39,7 @@ QString fieldName(ImportOption option)
     switch (option) {
     case ImportOption::TimeColumn: return ImportWords::tr("Time column");
     case ImportOption::Where: return ImportWords::tr("Rows");
-    case ImportOption::Only:
-    case ImportOption::Unit:
-    case ImportOption::Name: break;
+    default: break;
     }
     return {};
 }
@@ -51,13 +49,34 @@ QString textOfUnreadableFile(const ImportFinding& finding)
     switch (finding.what) {
     case What::CannotBeOpened: return ImportWords::tr("cannot be read: %1").arg(finding.text);
     case What::ReadingFailed: return ImportWords::tr("reading failed: %1").arg(finding.text);
-    case What::WideCharacters:
-        return ImportWords::tr("this is no text in UTF-8; save it as CSV in UTF-8 and import it again");
+    case What::NotAFile: return ImportWords::tr("this is no file; choose one with rows of measurements");
+    case What::NotText:
+        return ImportWords::tr("this is neither text nor a spreadsheet that can be read; export it as CSV or .xlsx");
+    case What::OldSpreadsheet:
+        return ImportWords::tr("this is a spreadsheet in the old binary form; save it as .xlsx or CSV and import that");
+    case What::LineTooLong:
+        return ImportWords::tr("the line does not end; this is no text with a row of measurements in each line");
+    case What::BrokenArchive:
+        return ImportWords::tr("the file is damaged and cannot be unpacked (%1); copy or export it again")
+            .arg(finding.text);
+    case What::NoSuchSheet:
+        return ImportWords::tr("there is no sheet “%1” with measurements (sheets: %2)")
+            .arg(finding.text, listed(finding.columns));
     case What::UnclosedQuotation: return ImportWords::tr("a quotation mark opened here is never closed");
     case What::EmptyFile: return ImportWords::tr("the file is empty");
     case What::NoRowsBelowHeader: return ImportWords::tr("the file has a header and no rows");
     default: return {};
     }
+}
+
+QString textOfRowsAtOneTime(const ImportFinding& finding)
+{
+    const QString words = ImportWords::tr("%1 of %2 rows have the time of another row, with other values; %3")
+                              .arg(QString::number(finding.expected), QString::number(finding.found));
+    return words.arg(finding.columns.isEmpty()
+                         ? ImportWords::tr("name the column of the time of day too under Time column, as Date+Time")
+                         : ImportWords::tr("they differ in “%1”: take those of one under Rows")
+                               .arg(finding.columns.join(QStringLiteral("”, “"))));
 }
 
 QString textOfNoTable(const ImportFinding& finding)
@@ -91,6 +110,19 @@ QString textOfNoTable(const ImportFinding& finding)
     case What::DateOrderContradicts:
         return ImportWords::tr("some dates have the day first and others the month; choose which is meant under "
                                "Dates");
+    case What::DecimalMarkUnknown:
+        return ImportWords::tr("“%1” may have thousands or decimals, and no number in the file tells which; choose the "
+                               "sign before the decimals")
+            .arg(finding.text);
+    case What::TooManyBadRows:
+        return ImportWords::tr("%1 of %2 rows cannot be read, the first: %3")
+            .arg(QString::number(finding.found), QString::number(finding.expected),
+                 finding.causes.empty() ? QString() : shownText(finding.causes.front()));
+    case What::AnotherHeader:
+        return ImportWords::tr("another table with other columns begins here; import each from a file of its own");
+    case What::NoNameColumn:
+        return ImportWords::tr("no column names the quantity of each row (columns: %1)").arg(listed(finding.columns));
+    case What::ManyRowsAtOneTime: return textOfRowsAtOneTime(finding);
     default: return {};
     }
 }
@@ -108,6 +140,7 @@ QString textOfWrongOption(const ImportFinding& finding)
     case What::UnknownTimeZone:
         return ImportWords::tr("“%1” is no time zone; give a name such as Europe/Berlin, or an offset such as +02:00")
             .arg(finding.text);
+    case What::UnusableDelimiter: return ImportWords::tr("“%1” cannot part columns; give one sign").arg(finding.text);
     case What::UnusableTimeZone: return ImportWords::tr("the time zone “%1” cannot be used").arg(finding.text);
     case What::IncompatibleUnits:
         return ImportWords::tr("column “%1” is in %2, but the agent's property of that name is in %3; import into "
@@ -136,6 +169,62 @@ QString textOfBadRow(const ImportFinding& finding)
     }
 }
 
+/// What the numbers in the time's column count.
+QString textOfNumberTimes(const ImportFinding& finding)
+{
+    const QString form = finding.text == QLatin1String("ms")       ? ImportWords::tr("milliseconds since 1970")
+                         : finding.text == QLatin1String("us")     ? ImportWords::tr("microseconds since 1970")
+                         : finding.text == QLatin1String("ns")     ? ImportWords::tr("nanoseconds since 1970")
+                         : finding.text == QLatin1String("digits") ? ImportWords::tr("dates in digits, yyyymmddhhmm")
+                                                                   : ImportWords::tr("days of a spreadsheet");
+    return ImportWords::tr("The numbers in “%1” are read as %2.").arg(finding.column, form);
+}
+
+/// How the time and the form of the rows were understood.
+QString textOfUnderstanding(const ImportFinding& finding)
+{
+    switch (finding.what) {
+    case What::DatesHaveDayFirst: return ImportWords::tr("Dates are read with the day first.");
+    case What::DatesHaveMonthFirst: return ImportWords::tr("Dates are read with the month first.");
+    case What::DatesHaveYearFirst: return ImportWords::tr("Dates are read with the year first.");
+    case What::TimesAreJoined:
+        return ImportWords::tr("The time is put together from the columns %1.").arg(listed(finding.columns));
+    case What::ZoneFromFile:
+        return ImportWords::tr("Times are read in the zone that the file names: %1.").arg(finding.text);
+    case What::TimesAreNumbers: return textOfNumberTimes(finding);
+    case What::RowsNameQuantities:
+        return ImportWords::tr("Each row names its quantity in “%1” and has its value in “%2”: %3 in all.")
+            .arg(finding.column, finding.text, QString::number(finding.found));
+    case What::SheetChosen:
+        return ImportWords::tr("The sheet “%1” is read (sheets: %2).").arg(finding.text, listed(finding.columns));
+    case What::StatesAreNumbers:
+        return ImportWords::tr("words such as “%1” are stored as 1 (on, open, yes …) and 0").arg(finding.text);
+    case What::NumbersAreGaps:
+        return ImportWords::tr("In “%1” the number %2 is taken for a gap: %3 times.")
+            .arg(finding.column, finding.text, QString::number(finding.found));
+    case What::UnitsBelowHeader: return ImportWords::tr("units are taken from this line");
+    default: return {};
+    }
+}
+
+/// Lines that are no rows.
+QString textOfLines(const ImportFinding& finding)
+{
+    switch (finding.what) {
+    case What::LinesAboveTable: return ImportWords::tr("Lines above the header passed over: %1.").arg(finding.found);
+    case What::HeadersRepeated:
+        return ImportWords::tr("The header comes again further down: %1 times, passed over.").arg(finding.found);
+    case What::CommentsPassedOver: return ImportWords::tr("Lines of comment passed over: %1.").arg(finding.found);
+    case What::LinesBelowTable:
+        return ImportWords::tr("lines below the table passed over from here: %1, beginning with “%2”")
+            .arg(QString::number(finding.found), finding.text);
+    case What::ShortRows:
+        return ImportWords::tr("the first of %1 rows with fewer columns than the header; what they lack stays empty")
+            .arg(finding.found);
+    default: return {};
+    }
+}
+
 QString textOfNote(const ImportFinding& finding)
 {
     const auto shortHeader = [&finding] {
@@ -155,8 +244,6 @@ QString textOfNote(const ImportFinding& finding)
             .arg(shortHeader(), listed(finding.columns), QString::number(finding.found));
     case What::HeaderLacksEmptyLast:
         return ImportWords::tr("%1: the last column is always empty and is left out.").arg(shortHeader());
-    case What::DatesHaveDayFirst: return ImportWords::tr("Dates are read with the day first.");
-    case What::DatesHaveMonthFirst: return ImportWords::tr("Dates are read with the month first.");
     default: return {};
     }
 }
@@ -194,7 +281,13 @@ void writeColumns(QTextStream& text, const ImportSummary& summary)
         text << "  " << column.propertyName << ": " << column.name;
         if (!column.unit.isEmpty())
             text << " (" << column.unit << ')';
-        text << ", " << values(column.valid) << '\n';
+        text << ", " << values(column.valid);
+        if (column.bad > 0 && column.firstBad)
+            text << ", "
+                 << counted(column.bad,
+                            ImportWords::tr("%1 cell(s) left empty, being no number", nullptr, chooser(column.bad)))
+                 << " (" << shownText(*column.firstBad) << ')';
+        text << '\n';
     }
 }
 
@@ -206,15 +299,16 @@ void writeCounts(QTextStream& text, const ImportSummary& summary)
         text << ImportWords::tr("%1 earlier than the row before; sorted by time.").arg(rows(summary.unorderedTimes))
              << '\n';
     if (summary.repeatedTimes > 0)
-        text << ImportWords::tr("%1 at a time that comes again later; the last one was kept.")
+        text << ImportWords::tr("%1 at a time that comes again later; of each column the last number was kept.")
                     .arg(rows(summary.repeatedTimes))
              << '\n';
     if (summary.badRows > 0)
-        text << ImportWords::tr("%1 that did not parse passed over, the first: %2.")
+        text << ImportWords::tr("%1 that cannot be read passed over, the first: %2.")
                     .arg(rows(summary.badRows), summary.firstBadRow ? shownText(*summary.firstBadRow) : QString())
              << '\n';
     if (!summary.leftOut.isEmpty())
-        text << ImportWords::tr("Left out, without a single number: %1.").arg(listed(summary.leftOut)) << '\n';
+        text << ImportWords::tr("Left out, without a number or with hardly one: %1.").arg(listed(summary.leftOut))
+             << '\n';
 }
 
 }  // namespace
@@ -222,7 +316,8 @@ void writeCounts(QTextStream& text, const ImportSummary& summary)
 QString shownText(const ImportFinding& finding)
 {
     QString words;
-    for (const auto textOf : {textOfUnreadableFile, textOfNoTable, textOfWrongOption, textOfBadRow, textOfNote})
+    for (const auto textOf : {textOfUnreadableFile, textOfNoTable, textOfWrongOption, textOfBadRow, textOfNote,
+                              textOfUnderstanding, textOfLines})
         if (words.isEmpty())
             words = textOf(finding);
     if (finding.line == 0)

@@ -25,11 +25,13 @@ class DesktopUserInterface;
 class EmptyStateView;
 class GatheringToolbar;
 class ImportTask;
+class PropertyHistory;
 class PropertyListModel;
 class PropertyListView;
 class RecordExportTask;
 class RecordingIndicator;
 class SiteRecording;
+class TrendHistory;
 class WebAddressBar;
 class WebServing;
 struct EditOutcome;
@@ -147,6 +149,8 @@ private:
     void openInSeparateWindow();
     void bringBack();
     void moveTrend(int rows);
+    std::vector<KTVPlugInPtr> trendsOnScreen() const;
+    bool isOurs(const QWidget* widget) const;
 
     // Editing the site.
     void connectEditing();
@@ -199,6 +203,8 @@ private:
     WindowServices m_services;
     SiteActions m_actions;
     std::unique_ptr<PropertyListModel> m_properties;
+    std::unique_ptr<PropertyHistory> m_propertyHistory;
+    std::unique_ptr<TrendHistory> m_trendHistory;
     std::unique_ptr<ImportTask> m_import;              ///< while one runs
     std::pair<QString, ImportOptions> m_importWanted;  ///< file and options of the last one
     std::unique_ptr<SiteRecording> m_recording;

@@ -159,7 +159,10 @@ void SiteWindow::addFirstTrend(const ImportSummary& summary)
     if (!agent || !summary.first || !summary.last)
         return;
     const std::pair imported(Date{*summary.first}, Date{*summary.last});
-    m_controller->newTrend(agent, planFirstTrend(TrendOccasion::Imported, *agent, imported));
+    std::vector<ValueExtent> extents;
+    for (const ImportSummary::Column& column : summary.columns)
+        extents.push_back({column.propertyName, column.lowest, column.highest});
+    m_controller->newTrend(agent, planFirstTrend(TrendOccasion::Imported, *agent, imported, extents));
 }
 
 void SiteWindow::dragEnterEvent(QDragEnterEvent* event)

@@ -77,10 +77,6 @@
         <translation>das Lesen misslang: %1</translation>
     </message>
     <message>
-        <source>this is no text in UTF-8; save it as CSV in UTF-8 and import it again</source>
-        <translation>das ist kein Text in UTF-8; speichern Sie die Datei als CSV in UTF-8 und importieren Sie sie dann</translation>
-    </message>
-    <message>
         <source>a quotation mark opened here is never closed</source>
         <translation>ein hier geöffnetes Anführungszeichen wird nie geschlossen</translation>
     </message>
@@ -209,18 +205,6 @@
         <translation>%1 früher als die Zeile davor; nach der Zeit geordnet.</translation>
     </message>
     <message>
-        <source>%1 at a time that comes again later; the last one was kept.</source>
-        <translation>%1 zu einer Zeit, die später noch einmal vorkommt; die letzte gilt.</translation>
-    </message>
-    <message>
-        <source>%1 that did not parse passed over, the first: %2.</source>
-        <translation>%1 übergangen, weil nicht lesbar; die erste: %2.</translation>
-    </message>
-    <message>
-        <source>Left out, without a single number: %1.</source>
-        <translation>Weggelassen, weil ohne eine einzige Zahl: %1.</translation>
-    </message>
-    <message>
         <source>line %1: %2</source>
         <translation>Zeile %1: %2</translation>
     </message>
@@ -274,6 +258,157 @@
             <numerusform> von %n Größe</numerusform>
             <numerusform> von %n Größen</numerusform>
         </translation>
+    </message>
+    <message>
+        <source>this is no file; choose one with rows of measurements</source>
+        <translation>das ist keine Datei; wählen Sie eine mit Messzeilen</translation>
+    </message>
+    <message>
+        <source>this is neither text nor a spreadsheet that can be read; export it as CSV or .xlsx</source>
+        <translation>das ist weder Text noch eine lesbare Tabelle; exportieren Sie sie als CSV oder .xlsx</translation>
+    </message>
+    <message>
+        <source>this is a spreadsheet in the old binary form; save it as .xlsx or CSV and import that</source>
+        <translation>das ist eine Tabelle in der alten Binärform; speichern Sie sie als .xlsx oder CSV und importieren Sie diese</translation>
+    </message>
+    <message>
+        <source>the line does not end; this is no text with a row of measurements in each line</source>
+        <translation>die Zeile endet nicht; das ist kein Text mit einer Messzeile je Zeile</translation>
+    </message>
+    <message>
+        <source>the file is damaged and cannot be unpacked (%1); copy or export it again</source>
+        <translation>die Datei ist beschädigt und lässt sich nicht entpacken (%1); kopieren oder exportieren Sie sie noch einmal</translation>
+    </message>
+    <message>
+        <source>there is no sheet “%1” with measurements (sheets: %2)</source>
+        <translation>es gibt kein Blatt „%1“ mit Messwerten (Blätter: %2)</translation>
+    </message>
+    <message>
+        <source>%1 of %2 rows have the time of another row, with other values; %3</source>
+        <translation>%1 von %2 Zeilen haben die Zeit einer anderen Zeile, mit anderen Werten; %3</translation>
+    </message>
+    <message>
+        <source>name the column of the time of day too under Time column, as Date+Time</source>
+        <translation>nennen Sie unter „Zeitspalte“ auch die Spalte der Uhrzeit, als Datum+Uhrzeit</translation>
+    </message>
+    <message>
+        <source>they differ in “%1”: take those of one under Rows</source>
+        <translation>sie unterscheiden sich in „%1“: wählen Sie unter „Zeilen“ eine davon</translation>
+    </message>
+    <message>
+        <source>“%1” may have thousands or decimals, and no number in the file tells which; choose the sign before the decimals</source>
+        <translation>„%1“ kann Tausender oder Nachkommastellen haben, und keine Zahl der Datei verrät es; wählen Sie das Dezimalzeichen</translation>
+    </message>
+    <message>
+        <source>%1 of %2 rows cannot be read, the first: %3</source>
+        <translation>%1 von %2 Zeilen sind nicht lesbar, die erste: %3</translation>
+    </message>
+    <message>
+        <source>another table with other columns begins here; import each from a file of its own</source>
+        <translation>hier beginnt eine andere Tabelle mit anderen Spalten; importieren Sie jede aus einer eigenen Datei</translation>
+    </message>
+    <message>
+        <source>no column names the quantity of each row (columns: %1)</source>
+        <translation>keine Spalte nennt die Messgröße jeder Zeile (Spalten: %1)</translation>
+    </message>
+    <message>
+        <source>“%1” cannot part columns; give one sign</source>
+        <translation>„%1“ kann keine Spalten trennen; geben Sie ein einzelnes Zeichen an</translation>
+    </message>
+    <message>
+        <source>milliseconds since 1970</source>
+        <translation>Millisekunden seit 1970</translation>
+    </message>
+    <message>
+        <source>microseconds since 1970</source>
+        <translation>Mikrosekunden seit 1970</translation>
+    </message>
+    <message>
+        <source>nanoseconds since 1970</source>
+        <translation>Nanosekunden seit 1970</translation>
+    </message>
+    <message>
+        <source>dates in digits, yyyymmddhhmm</source>
+        <translation>Datum in Ziffern, jjjjmmtthhmm</translation>
+    </message>
+    <message>
+        <source>days of a spreadsheet</source>
+        <translation>Tage einer Tabellenkalkulation</translation>
+    </message>
+    <message>
+        <source>The numbers in “%1” are read as %2.</source>
+        <translation>Die Zahlen in „%1“ werden gelesen als: %2.</translation>
+    </message>
+    <message>
+        <source>Dates are read with the year first.</source>
+        <translation>Daten werden mit dem Jahr zuerst gelesen.</translation>
+    </message>
+    <message>
+        <source>The time is put together from the columns %1.</source>
+        <translation>Die Zeit wird aus den Spalten %1 zusammengesetzt.</translation>
+    </message>
+    <message>
+        <source>Times are read in the zone that the file names: %1.</source>
+        <translation>Zeiten werden in der Zeitzone gelesen, die die Datei nennt: %1.</translation>
+    </message>
+    <message>
+        <source>Each row names its quantity in “%1” and has its value in “%2”: %3 in all.</source>
+        <translation>Jede Zeile nennt ihre Messgröße in „%1“ und hat ihren Wert in „%2“: %3 insgesamt.</translation>
+    </message>
+    <message>
+        <source>The sheet “%1” is read (sheets: %2).</source>
+        <translation>Gelesen wird das Blatt „%1“ (Blätter: %2).</translation>
+    </message>
+    <message>
+        <source>words such as “%1” are stored as 1 (on, open, yes …) and 0</source>
+        <translation>Wörter wie „%1“ werden als 1 (ein, offen, ja …) und 0 gespeichert</translation>
+    </message>
+    <message>
+        <source>In “%1” the number %2 is taken for a gap: %3 times.</source>
+        <translation>In „%1“ gilt die Zahl %2 als Lücke: %3-mal.</translation>
+    </message>
+    <message>
+        <source>units are taken from this line</source>
+        <translation>die Einheiten stehen in dieser Zeile</translation>
+    </message>
+    <message>
+        <source>Lines above the header passed over: %1.</source>
+        <translation>Zeilen über der Kopfzeile, übergangen: %1.</translation>
+    </message>
+    <message>
+        <source>The header comes again further down: %1 times, passed over.</source>
+        <translation>Die Kopfzeile kommt weiter unten wieder: %1-mal, übergangen.</translation>
+    </message>
+    <message>
+        <source>Lines of comment passed over: %1.</source>
+        <translation>Kommentarzeilen, übergangen: %1.</translation>
+    </message>
+    <message>
+        <source>lines below the table passed over from here: %1, beginning with “%2”</source>
+        <translation>ab hier übergangene Zeilen unter der Tabelle: %1, beginnend mit „%2“</translation>
+    </message>
+    <message>
+        <source>the first of %1 rows with fewer columns than the header; what they lack stays empty</source>
+        <translation>die erste von %1 Zeilen mit weniger Spalten als die Kopfzeile; was fehlt, bleibt leer</translation>
+    </message>
+    <message numerus="yes">
+        <source>%1 cell(s) left empty, being no number</source>
+        <translation>
+            <numerusform>%1 Zelle leer gelassen, weil sie keine Zahl ist</numerusform>
+            <numerusform>%1 Zellen leer gelassen, weil sie keine Zahlen sind</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>%1 at a time that comes again later; of each column the last number was kept.</source>
+        <translation>%1 mit einer Zeit, die später wiederkommt; von jeder Spalte wurde die letzte Zahl behalten.</translation>
+    </message>
+    <message>
+        <source>%1 that cannot be read passed over, the first: %2.</source>
+        <translation>%1 nicht lesbar und übergangen, die erste: %2.</translation>
+    </message>
+    <message>
+        <source>Left out, without a number or with hardly one: %1.</source>
+        <translation>Weggelassen, ohne Zahl oder mit kaum einer: %1.</translation>
     </message>
 </context>
 <context>
@@ -688,6 +823,26 @@
         <translation>Wert</translation>
     </message>
     <message>
+        <source>now</source>
+        <translation>jetzt</translation>
+    </message>
+    <message>
+        <source>today</source>
+        <translation>heute</translation>
+    </message>
+    <message>
+        <source>yesterday</source>
+        <translation>gestern</translation>
+    </message>
+    <message>
+        <source>tomorrow</source>
+        <translation>morgen</translation>
+    </message>
+    <message>
+        <source>This is not understood as a date. Write it such as %1, or %2.</source>
+        <translation>Das ist nicht als Datum zu verstehen. Schreiben Sie etwa %1 oder %2.</translation>
+    </message>
+    <message>
         <source>Lines</source>
         <translation>Linien</translation>
     </message>
@@ -739,6 +894,17 @@
     <message>
         <source>Show %1</source>
         <translation>%1 zeigen</translation>
+    </message>
+</context>
+<context>
+    <name>PropertyHistoryText</name>
+    <message>
+        <source>Unit of %1</source>
+        <translation>Einheit von %1</translation>
+    </message>
+    <message>
+        <source>Color of %1</source>
+        <translation>Farbe von %1</translation>
     </message>
 </context>
 <context>
@@ -1050,6 +1216,25 @@
     <message>
         <source>Move “%1”</source>
         <translation>„%1“ verschieben</translation>
+    </message>
+</context>
+<context>
+    <name>TrendHistoryText</name>
+    <message>
+        <source>Remove Properties</source>
+        <translation>Größen entfernen</translation>
+    </message>
+    <message>
+        <source>Add Properties</source>
+        <translation>Größen hinzufügen</translation>
+    </message>
+    <message>
+        <source>Hide or Show Lines</source>
+        <translation>Linien aus- oder einblenden</translation>
+    </message>
+    <message>
+        <source>Change Range</source>
+        <translation>Ausschnitt ändern</translation>
     </message>
 </context>
 <context>

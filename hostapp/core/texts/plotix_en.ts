@@ -38,6 +38,13 @@
             <numerusform> of %n properties</numerusform>
         </translation>
     </message>
+    <message numerus="yes">
+        <source>%1 cell(s) left empty, being no number</source>
+        <translation>
+            <numerusform>%1 cell left empty, being no number</numerusform>
+            <numerusform>%1 cells left empty, being no numbers</numerusform>
+        </translation>
+    </message>
 </context>
 <context>
     <name>plotix::ImportDialog</name>

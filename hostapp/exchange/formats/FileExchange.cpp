@@ -8,13 +8,33 @@
 
 namespace plotix {
 
+namespace {
+
+std::unique_ptr<RowSource> sourceOf(const QString& file, const ImportOptions& options)
+{
+    auto input = std::make_unique<InputFile>(file);
+    const QByteArray beginning = input->fromBeginning().read(kFileBeginning);
+    return formatOf(QFileInfo(file).fileName(), beginning).read(std::move(input), options);
+}
+
+}  // namespace
+
+ImportPreview previewOf(const QString& file, const ImportOptions& options)
+{
+    try {
+        return previewRows(*sourceOf(file, options), options);
+    } catch (const ImportFailure& failure) {
+        ImportPreview preview;
+        preview.problem = failure.finding();
+        return preview;
+    }
+}
+
 ImportSummary importFile(const QString& file, const QString& site, const ImportOptions& options,
                          const ImportProgress& progress)
 {
     const QString name = QFileInfo(file).fileName();
-    auto input = std::make_unique<InputFile>(file);
-    const QByteArray beginning = input->fromBeginning().read(kFileBeginning);
-    const std::unique_ptr<RowSource> source = formatOf(name, beginning).read(std::move(input));
+    const std::unique_ptr<RowSource> source = sourceOf(file, options);
     try {
         return importRows(*source, file, site, options, progress);
     } catch (const ReportableError& error) {

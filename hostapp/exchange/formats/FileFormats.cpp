@@ -2,6 +2,7 @@
 
 #include "hostapp/exchange/formats/delimited/DelimitedReader.h"
 #include "hostapp/exchange/formats/delimited/DelimitedWriter.h"
+#include "hostapp/exchange/formats/spreadsheet/SpreadsheetReader.h"
 #include "hostapp/exchange/formats/spreadsheet/SpreadsheetWriter.h"
 
 #include <algorithm>
@@ -12,9 +13,14 @@ namespace plotix {
 namespace {
 
 template <class Source>
-std::unique_ptr<RowSource> make(std::unique_ptr<InputFile> file)
+std::unique_ptr<RowSource> make(std::unique_ptr<InputFile> file, const ImportOptions& options)
 {
-    return std::make_unique<Source>(std::move(file));
+    return std::make_unique<Source>(std::move(file), options);
+}
+
+bool zipFile(const QString&, QByteArrayView beginning)
+{
+    return isZip(beginning);
 }
 
 bool anyFile(const QString&, QByteArrayView)
@@ -32,13 +38,8 @@ bool isWorkbookName(const QString& name)
     return hasEndingOf(FileKind::Workbook, name);
 }
 
-bool noFile(const QString&, QByteArrayView)
-{
-    return false;
-}
-
 constexpr std::array<FileFormat, 2> kFormats = {{
-    {"spreadsheet", noFile, nullptr, isWorkbookName, writeSpreadsheet, FileKind::Workbook},
+    {"spreadsheet", zipFile, make<SpreadsheetReader>, isWorkbookName, writeSpreadsheet, FileKind::Workbook},
     {"delimited text", anyFile, make<DelimitedReader>, isTextName, writeDelimited},
 }};
 

@@ -2,6 +2,7 @@
 
 #include "hostapp/core/OutputFile.h"
 #include "hostapp/exchange/Export.h"
+#include "hostapp/exchange/ImportOptions.h"
 #include "hostapp/exchange/InputFile.h"
 #include "hostapp/exchange/RowSource.h"
 
@@ -22,7 +23,7 @@ struct FileFormat {
     bool (*isOf)(const QString& fileName, QByteArrayView beginning);
 
     /// Opens a file of this format for reading. Throws ImportFailure.
-    std::unique_ptr<RowSource> (*read)(std::unique_ptr<InputFile> file);
+    std::unique_ptr<RowSource> (*read)(std::unique_ptr<InputFile> file, const ImportOptions& options);
 
     /// Whether a file of this name is written in this format; null for a format that can only be read.
     bool (*isWrittenFor)(const QString& fileName);

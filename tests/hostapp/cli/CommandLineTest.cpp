@@ -75,7 +75,7 @@ INSTANTIATE_TEST_SUITE_P(
                   "--from"},
         UsageCase{"BarePdf", {"render", "a.plotix", "--output", "a.pdf", "--bare"}, "--bare"},
         UsageCase{"Pair", {"import", "a.csv", "--site", "a.plotix", "--unit", "temp"}, "COLUMN=TEXT"},
-        UsageCase{"DateOrder", {"import", "a.csv", "--site", "a.plotix", "--date-order", "ymd"}, "--date-order"},
+        UsageCase{"DateOrder", {"import", "a.csv", "--site", "a.plotix", "--date-order", "dym"}, "--date-order"},
         UsageCase{"SizeOfAWindow", {"open", "a.plotix", "--size", "100x100"}, "--screenshot"}),
     [](const auto& row) { return row.param.name; });
 

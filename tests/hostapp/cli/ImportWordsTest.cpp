@@ -28,9 +28,24 @@ INSTANTIATE_TEST_SUITE_P(
                   {.what = What::CannotBeOpened, .text = "No such file or directory"},
                   "cannot be read: No such file or directory"},
         WordsCase{"ReadingFailed", {.what = What::ReadingFailed, .text = "broken"}, "reading failed: broken"},
-        WordsCase{"WideCharacters",
-                  {.what = What::WideCharacters},
-                  "this is no text in UTF-8; save it as CSV in UTF-8 and import it again"},
+        WordsCase{"NotText",
+                  {.what = What::NotText},
+                  "this is neither text nor a spreadsheet that can be read; export it as CSV or .xlsx"},
+        WordsCase{"DecimalMarkUnknown",
+                  {.what = What::DecimalMarkUnknown, .line = 2, .column = "a", .text = "1.234"},
+                  "line 2, column “a”: “1.234” may have thousands or decimals, and no number in the file tells which; "
+                  "say which sign stands before the decimals with --decimal comma or --decimal point"},
+        WordsCase{"ManyRowsAtOneTime",
+                  {.what = What::ManyRowsAtOneTime, .found = 500, .expected = 494},
+                  "494 of 500 rows have the time of another row, with other values; name the column of the time of day "
+                  "too, as --time Date+Time, or keep the last row of each time with --keep-last"},
+        WordsCase{"ManyRowsOfStations",
+                  {.what = What::ManyRowsAtOneTime, .columns = {"station"}, .found = 20, .expected = 10},
+                  "10 of 20 rows have the time of another row, with other values; they differ in “station”: take those "
+                  "of one with --where \"station=…\""},
+        WordsCase{"NumbersOfMicroseconds",
+                  {.what = What::TimesAreNumbers, .column = "ts", .text = "us"},
+                  "The numbers in “ts” are read as microseconds since 1970."},
         WordsCase{"UnclosedQuotation",
                   {.what = What::UnclosedQuotation, .line = 2},
                   "line 2: a quotation mark opened here is never closed"},
@@ -164,10 +179,11 @@ TEST(PrintedSummary, SaysWhatWasStoredAndWhatWasLeftOut)
                                     "  rh: rh, 2,000 values\n"
                                     "1 row with another text in the --where column passed over.\n"
                                     "2 rows earlier than the row before; sorted by time.\n"
-                                    "3 rows at a time that comes again later; the last one was kept.\n"
-                                    "4 rows that did not parse passed over, the first: line 3, column “a”: “x” is no "
+                                    "3 rows at a time that comes again later; of each column the last number "
+                                    "was kept.\n"
+                                    "4 rows that cannot be read passed over, the first: line 3, column “a”: “x” is no "
                                     "number.\n"
-                                    "Left out, without a single number: note, empty.\n");
+                                    "Left out, without a number or with hardly one: note, empty.\n");
 }
 
 }  // namespace

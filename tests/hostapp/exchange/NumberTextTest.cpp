@@ -50,8 +50,29 @@ INSTANTIATE_TEST_SUITE_P(
         NumberCase{"CommaInAPointFile", "12,5", DecimalMark::Point, kText, 0},
         NumberCase{"PointInACommaFile", "12.5", DecimalMark::Comma, kText, 0},
         NumberCase{"WholeInACommaFile", "12", DecimalMark::Comma, kNumber, 12},
-        NumberCase{"ThousandsAreNotGuessed", "1,234.5", kUnknown, kText, 0},
-        NumberCase{"ThousandsWithPoints", "1.234,5", kUnknown, kText, 0},
+        NumberCase{"ThousandsWithCommas", "1,234.5", kUnknown, kNumber, 1234.5},
+        NumberCase{"ThousandsWithPoints", "1.234.577,5", kUnknown, kNumber, 1234577.5},
+        NumberCase{"ThousandsWithBlanks", "1 234,5", kUnknown, kNumber, 1234.5},
+        NumberCase{"ThousandsWithNarrowBlanks",
+                   "1\xE2\x80\xAF"
+                   "234,5",
+                   kUnknown, kNumber, 1234.5},
+        NumberCase{"ThousandsWithBlanksInLatin1",
+                   "1\xA0"
+                   "234,5",
+                   kUnknown, kNumber, 1234.5},
+        NumberCase{"ThousandsWithApostrophes", "1'234.5", kUnknown, kNumber, 1234.5},
+        NumberCase{"WholeThousands", "1.234.567", kUnknown, kNumber, 1234567},
+        NumberCase{"ThousandsWhereTheCommaIsDecimal", "1.234", DecimalMark::Comma, kNumber, 1234},
+        NumberCase{"ThousandsWhereThePointIsDecimal", "1,234", DecimalMark::Point, kNumber, 1234},
+        NumberCase{"GroupsOfTwo", "1.23.456,5", kUnknown, kText, 0},
+        NumberCase{"TrueMinus",
+                   "\xE2\x88\x92"
+                   "5.2",
+                   kUnknown, kNumber, -5.2},
+        NumberCase{"MinusBehind", "5,2-", kUnknown, kNumber, -5.2},
+        NumberCase{"InParentheses", "(5.2)", kUnknown, kNumber, -5.2},
+        NumberCase{"AsSpreadsheetsKeepTexts", "=\"12.5\"", kUnknown, kNumber, 12.5},
         NumberCase{"TwoCommas", "1,2,3", kUnknown, kText, 0}, NumberCase{"WithUnit", "12 °C", kUnknown, kText, 0},
         NumberCase{"TooLarge", "1e999", kUnknown, kText, 0}, NumberCase{"Date", "2015-02-03", kUnknown, kText, 0},
         NumberCase{"Hex", "0x10", kUnknown, kText, 0}, NumberCase{"Word", "EWR", kUnknown, kText, 0},
@@ -59,7 +80,10 @@ INSTANTIATE_TEST_SUITE_P(
         NumberCase{"NA", "NA", kUnknown, kMissing, 0}, NumberCase{"NotAvailable", "n/a", kUnknown, kMissing, 0},
         NumberCase{"NaN", "NaN", kUnknown, kMissing, 0}, NumberCase{"NaNInLowerCase", "nan", kUnknown, kMissing, 0},
         NumberCase{"Null", "NULL", kUnknown, kMissing, 0}, NumberCase{"Dash", "-", kUnknown, kMissing, 0},
-        NumberCase{"TwoDashes", "--", kUnknown, kText, 0}),
+        NumberCase{"TwoDashes", "--", kUnknown, kMissing, 0},
+        NumberCase{"SpreadsheetError", "#DIV/0!", kUnknown, kMissing, 0},
+        NumberCase{"SpreadsheetErrorInGerman", "#NV", kUnknown, kMissing, 0},
+        NumberCase{"Bad", "Bad", kUnknown, kMissing, 0}, NumberCase{"Fault", "st\xF6rung", kUnknown, kMissing, 0}),
     [](const auto& row) { return row.param.name; });
 
 TEST(DecimalMarkOfAFile, IsLearntFromTheFirstNumberThatHasOne)
@@ -72,6 +96,30 @@ TEST(DecimalMarkOfAFile, IsLearntFromTheFirstNumberThatHasOne)
     EXPECT_EQ(mark, DecimalMark::Comma);
     EXPECT_EQ(readNumber("12.5", mark, value), FieldKind::Text);
     EXPECT_EQ(mark, DecimalMark::Comma);
+}
+
+TEST(MarkIn, TellsWhatIsProvenAndWhatMayBeEither)
+{
+    EXPECT_EQ(markIn("1.5"), MarkIn::Point);
+    EXPECT_EQ(markIn("1,5"), MarkIn::Comma);
+    EXPECT_EQ(markIn("1.234"), MarkIn::EitherPoint);
+    EXPECT_EQ(markIn("12,345"), MarkIn::EitherComma);
+    EXPECT_EQ(markIn("0.123"), MarkIn::Point);
+    EXPECT_EQ(markIn("1.234.567"), MarkIn::Comma);
+    EXPECT_EQ(markIn("1.234,5"), MarkIn::Comma);
+    EXPECT_EQ(markIn("1.2345"), MarkIn::Point);
+    EXPECT_EQ(markIn("42"), MarkIn::Nothing);
+    EXPECT_EQ(markIn("1.2.3"), MarkIn::Nothing);
+}
+
+TEST(UnitsInCells, AreSplitOff)
+{
+    EXPECT_EQ(splitUnitOff("21,5 °C").number, "21,5");
+    EXPECT_EQ(splitUnitOff("21,5 °C").unit, "°C");
+    EXPECT_EQ(splitUnitOff("1 234 m3/h").unit, "m3/h");
+    EXPECT_EQ(splitUnitOff("45%").unit, "%");
+    EXPECT_TRUE(splitUnitOff("45").unit.empty());
+    EXPECT_TRUE(splitUnitOff("offen").unit.empty());
 }
 
 TEST(NegativeZero, KeepsItsSign)

@@ -111,8 +111,8 @@ TEST(ShownSummary, SaysWhatWasStoredAndWhatWasLeftOut)
               "2015-01-02 00:00:00 UTC.\n"
               "  temp: Temp (°C), 1 value\n"
               "1,200 rows with another text in the column passed over.\n"
-              "1 row that did not parse passed over, the first: line 3, column “a”: “x” is no number.\n"
-              "Left out, without a single number: note.\n");
+              "1 row that cannot be read passed over, the first: line 3, column “a”: “x” is no number.\n"
+              "Left out, without a number or with hardly one: note.\n");
 }
 
 TEST(ShownSummary, CountsInGermanToo)

@@ -46,7 +46,9 @@ bool TextReader::next(TextRecord& record)
         const qint64 line = m_line;
         if (cutRecord(record) == Cut::NeedsMore) {
             if (m_end - begin > kLongestRecord)
-                throw ImportFailure({.what = ImportFinding::What::UnclosedQuotation, .line = line});
+                throw ImportFailure(
+                    {.what = m_inQuotation ? ImportFinding::What::UnclosedQuotation : ImportFinding::What::LineTooLong,
+                     .line = line});
             fillBuffer();
             continue;
         }
@@ -74,6 +76,16 @@ TextReader::Cut TextReader::cutRecord(TextRecord& record)
     record.fields.clear();
     m_unquoted.clear();
     m_unquoted.reserve(m_end - m_position);  // views into it must stay
+    m_inQuotation = false;
+    if (m_format.fewestBlanks > 0) {
+        const char* const stop = std::find(cursor, end, m_format.lineBreak);
+        if (stop == end && !m_atEnd)
+            return Cut::NeedsMore;
+        putBlankFields(record, {cursor, static_cast<std::size_t>(stop - cursor)});
+        ++m_line;
+        m_position = static_cast<std::size_t>(stop - m_buffer.data()) + (stop == end ? 0 : 1);
+        return Cut::Complete;
+    }
     for (;;) {
         const char* begin = cursor;
         while (begin != end && isBlank(*begin, m_format.delimiter))
@@ -88,6 +100,37 @@ TextReader::Cut TextReader::cutRecord(TextRecord& record)
     m_line += lines;
     m_position = static_cast<std::size_t>(cursor - m_buffer.data()) + (cursor == end ? 0 : 1);
     return Cut::Complete;
+}
+
+/// Fields apart by blanks: a quotation mark at the front of one keeps blanks in it, within the line.
+void TextReader::putBlankFields(TextRecord& record, std::string_view line) const
+{
+    const auto isApart = [](char character) { return character == ' ' || character == '\t'; };
+    while (!line.empty() && (isApart(line.back()) || line.back() == '\r'))
+        line.remove_suffix(1);
+    while (!line.empty() && isApart(line.front()))
+        line.remove_prefix(1);
+    while (!line.empty()) {
+        std::size_t end = 0, blanks = 0;
+        const std::size_t closing = line.front() == '"' ? line.find('"', 1) : std::string_view::npos;
+        if (closing != std::string_view::npos)
+            end = closing + 1;
+        for (; end < line.size(); ++end) {
+            blanks = isApart(line[end]) ? blanks + 1 : 0;
+            if (blanks == static_cast<std::size_t>(m_format.fewestBlanks) || line[end] == '\t')
+                break;
+        }
+        std::string_view field = line.substr(0, end);
+        while (!field.empty() && isApart(field.back()))
+            field.remove_suffix(1);
+        const bool isQuoted = field.size() > 1 && field.front() == '"' && field.back() == '"';
+        record.fields.push_back(isQuoted ? field.substr(1, field.size() - 2) : field);
+        line.remove_prefix(end);
+        while (!line.empty() && isApart(line.front()))
+            line.remove_prefix(1);
+    }
+    if (record.fields.empty())
+        record.fields.emplace_back();
 }
 
 /// Answers where the field ends: at a delimiter, a line break or the end of the buffer.
@@ -117,6 +160,7 @@ const char* TextReader::cutQuotedField(const char* begin, TextRecord& record, qi
             cursor == end ? nullptr
                           : static_cast<const char*>(std::memchr(cursor, '"', static_cast<std::size_t>(end - cursor)));
         if (mark == nullptr) {
+            m_inQuotation = true;
             if (!m_atEnd)
                 return nullptr;
             throw ImportFailure({.what = ImportFinding::What::UnclosedQuotation, .line = record.line + lines - 1});

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "hostapp/exchange/tables/TableSample.h"
+
 #include <QtCore/QIODevice>
 
 #include <functional>
@@ -18,11 +20,7 @@ namespace plotix {
 struct TextFormat {
     char delimiter = ',';
     char lineBreak = '\n';  ///< '\n' also serves "\r\n"; '\r' for files with no other line break
-};
-
-struct TextRecord {
-    qint64 line = 0;                       ///< number of the line the record begins on, from 1
-    std::vector<std::string_view> fields;  ///< valid until the next call
+    int fewestBlanks = 0;   ///< above 0, so many blanks or tabs, or more, part fields, and the delimiter is ' '
 };
 
 class TextReader {
@@ -48,6 +46,7 @@ public:
 private:
     enum class Cut { Complete, NeedsMore };
     Cut cutRecord(TextRecord& record);
+    void putBlankFields(TextRecord& record, std::string_view line) const;
     const char* cutPlainField(const char* begin, TextRecord& record);
     const char* cutQuotedField(const char* begin, TextRecord& record, qint64& lines);
     bool fillBuffer();
@@ -59,6 +58,7 @@ private:
     std::size_t m_position = 0;  // of the next record in the buffer
     std::size_t m_end = 0;       // of the bytes in the buffer
     bool m_atEnd = false;        // the device has no more
+    bool m_inQuotation = false;  // the record that needs more bytes has an open quotation mark
     qint64 m_line = 1;
     qint64 m_consumed = 0;
 };

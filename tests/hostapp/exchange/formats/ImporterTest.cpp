@@ -232,65 +232,211 @@ TEST_P(FailedImport, SaysWhereAndStoresNothing)
 
 INSTANTIATE_TEST_SUITE_P(
     Files, FailedImport,
-    testing::Values(
-        FailureCase{"BadNumber",
-                    "time,a\n2015-01-01,1\n2015-01-02,x\n",
-                    {.what = What::NoNumber, .line = 3, .column = "a", .text = "x"}},
-        FailureCase{"TextBeforeTheNumbers",
-                    "time,a\n2015-01-01,x\n2015-01-02,1\n",
-                    {.what = What::NoNumber, .line = 2, .column = "a", .text = "x"}},
-        FailureCase{"BadTime",
-                    "time,a\n2015-01-01,1\nsoon,2\n2015-01-03,1\n",
-                    {.what = What::NoTime, .line = 3, .column = "time", .text = "soon"}},
-        FailureCase{"MissingTime", "time,a\n2015-01-01,1\n,2\n", {.what = What::NoTime, .line = 3, .column = "time"}},
-        FailureCase{"LongText",
-                    "time,a\n2015-01-01,1\n2015-01-02,a text of more than forty characters in all\n",
-                    {.what = What::NoNumber,
-                     .line = 3,
-                     .column = "a",
-                     .text = QString::fromUtf8("a text of more than forty characters in…")}},
-        FailureCase{"LongRow",
-                    "time,a\n2015-01-01,1\n2015-01-02,2\n2015-01-03,1,2\n",
-                    {.what = What::RowUnlikeHeader, .line = 4, .text = "2015-01-03 1 2", .found = 3, .expected = 2}},
-        FailureCase{"ShortRow",
-                    "time,a\n2015-01-01,1\n2015-01-02\n",
-                    {.what = What::RowUnlikeHeader, .line = 3, .text = "2015-01-02", .found = 1, .expected = 2}},
-        FailureCase{"ShortRowWithoutHeader",
-                    "2015-01-01,1\n2015-01-02,2\n2015-01-03\n",
-                    {.what = What::RowUnlikeOthers, .line = 3, .text = "2015-01-03", .found = 1, .expected = 2}},
-        FailureCase{"LineAfterLineBreakInQuotes",
-                    "time,a,n\n2015-01-01,1,\"x\ny\"\n2015-01-02,z,w\n",
-                    {.what = What::NoNumber, .line = 4, .column = "a", .text = "z"}},
-        FailureCase{"MixedDecimalMarks",
-                    "time;a\n2015-01-01;1,5\n2015-01-02;1.5\n",
-                    {.what = What::NoNumber, .line = 3, .column = "a", .text = "1.5"}},
-        FailureCase{"NoNumbers",
-                    "time,a\n2015-01-01,x\n",
-                    {.what = What::NoNumbers, .column = "time", .columns = {"time", "a"}}},
-        FailureCase{"Empty", "", {.what = What::EmptyFile}},
-        FailureCase{"HeaderOnly", "time,a\n", {.what = What::NoRowsBelowHeader}},
-        FailureCase{"OpenQuote", "time,a\n2015-01-01,\"1\n", {.what = What::UnclosedQuotation, .line = 2}}),
+    testing::Values(FailureCase{"NoNumbers",
+                                "time,a\n2015-01-01,x\n",
+                                {.what = What::NoNumbers, .column = "time", .columns = {"time", "a"}}},
+                    FailureCase{"Empty", "", {.what = What::EmptyFile}},
+                    FailureCase{"HeaderOnly", "time,a\n", {.what = What::NoRowsBelowHeader}},
+                    FailureCase{"OpenQuote", "time,a\n2015-01-01,\"1\n", {.what = What::UnclosedQuotation, .line = 2}}),
     [](const auto& row) { return row.param.name; });
 
 TEST_F(ImporterTest, AFailureLeavesAnExistingSiteAsItWas)
 {
     import("time,a\n2015-01-01,1\n");
-    failure("time,a,b\n2015-01-01,5,6\n2015-01-02,x,7\n");
+    failure("time,a,b\n2015-01-01,5,6\nsoon,x,7\nlater,x,7\n2015-01-02,1,2\n");
     EXPECT_EQ(values(QStringLiteral("a")), (Numbers{1}));
     EXPECT_TRUE(values(QStringLiteral("b")).empty());
 }
 
-TEST_F(ImporterTest, SkipsAndCountsBadRowsWhenAsked)
+TEST_F(ImporterTest, ABadCellLosesTheCellAndIsCountedInItsColumn)
 {
-    m_options.skipBadRows = true;
-    const ImportSummary summary = import(
-        "time,a,note\n2015-01-01,1,x\nsoon,2,x\n2015-01-03,oops,x\n2015-01-04,4\n2015-01-05,5,x\n2015-01-02,6,x\n");
-    EXPECT_EQ(summary.badRows, 3U);
+    const ImportSummary summary = import("time,a,b\n2015-01-01,1,2\n2015-01-02,x,3\n2015-01-03,\"4\n5\",6\n");
+    EXPECT_EQ(values(QStringLiteral("a")), (Numbers{1, {}, {}}));
+    EXPECT_EQ(values(QStringLiteral("b")), (Numbers{2, 3, 6}));
+    EXPECT_EQ(summary.badRows, 0U);
+    EXPECT_EQ(summary.columns[0].bad, 2U);
+    EXPECT_EQ(summary.columns[0].firstBad,
+              (ImportFinding{.what = What::NoNumber, .line = 3, .column = "a", .text = "x"}));
+    EXPECT_EQ(summary.columns[1].bad, 0U);
+}
+
+TEST_F(ImporterTest, ALongTextIsShownShortened)
+{
+    const ImportSummary summary =
+        import("time,a\n2015-01-01,1\n2015-01-02,a text of more than forty characters in all\n");
+    EXPECT_EQ(summary.columns[0].firstBad->text, QString::fromUtf8("a text of more than forty characters in…"));
+}
+
+TEST_F(ImporterTest, AColumnOfTextsWithHardlyANumberIsLeftOutUnlessAskedFor)
+{
+    QByteArray text = "time,a,note\n2015-01-01 00:00,1,7\n";
+    for (int row = 1; row < 20; ++row)
+        text += "2015-01-01 00:" + QByteArray::number(row + 10) + ",1,dry\n";
+    EXPECT_EQ(import(text).leftOut, (QStringList{"note"}));
+    m_options.only = {QStringLiteral("note")};
+    m_options.agentName = QStringLiteral("asked");
+    EXPECT_EQ(import(text).columns.front().valid, 1U);
+}
+
+TEST_F(ImporterTest, WordsForStatesAreOneAndZero)
+{
+    const ImportSummary summary = import("time,pump\n2015-01-01,ON\n2015-01-02,off\n2015-01-03,\n");
+    EXPECT_EQ(values(QStringLiteral("pump")), (Numbers{1, 0, {}}));
+    EXPECT_EQ(summary.notes, (std::vector<ImportFinding>{
+                                 {.what = What::StatesAreNumbers, .line = 2, .column = "pump", .text = "ON"}}));
+}
+
+TEST_F(ImporterTest, WordsForStatesAmongOtherNumbersAreBadCells)
+{
+    const ImportSummary summary = import("time,power\n2015-01-01,12.5\n2015-01-02,off\n2015-01-03,1\n");
+    EXPECT_EQ(values(QStringLiteral("power")), (Numbers{12.5, {}, 1}));
+    EXPECT_EQ(summary.columns[0].bad, 1U);
+}
+
+TEST_F(ImporterTest, ARowWithoutATimeIsPassedOverAndCounted)
+{
+    const ImportSummary summary =
+        import("time,a\n2015-01-01,1\nsoon,2\n2015-01-03,3\n2015-01-04,4,5\n2015-01-05,5\n2015-01-06,5\n");
+    EXPECT_EQ(summary.badRows, 2U);
     EXPECT_EQ(summary.firstBadRow,
               (ImportFinding{
                   .what = What::NoTime, .line = 3, .column = QStringLiteral("time"), .text = QStringLiteral("soon")}));
-    EXPECT_EQ(values(QStringLiteral("a")), (Numbers{1, 6, 5}));
-    EXPECT_EQ(summary.leftOut, (QStringList{"note"}));
+    EXPECT_EQ(values(QStringLiteral("a")), (Numbers{1, 3, 5, 5}));
+}
+
+TEST_F(ImporterTest, MoreThanAThirdOfRowsWithoutATimeIsRefusedUnlessTheyMayBe)
+{
+    const QByteArray text = "time,a\n2015-01-01,1\nsoon,2\nlater,3\n2015-01-04,4\n";
+    const std::optional<ImportFinding> finding = failure(text);
+    ASSERT_TRUE(finding);
+    EXPECT_EQ(finding->what, What::TooManyBadRows);
+    EXPECT_EQ(finding->found, 2U);
+    EXPECT_EQ(finding->causes.front().text, QStringLiteral("soon"));
+    m_options.skipBadRows = true;
+    EXPECT_EQ(import(text).badRows, 2U);
+}
+
+TEST_F(ImporterTest, LinesBelowTheTableAreNoBadRows)
+{
+    const ImportSummary summary = import("time,a\n2015-01-01,1\n2015-01-02,2\nSum,3\nEnd\n");
+    EXPECT_EQ(summary.badRows, 0U);
+    EXPECT_EQ(summary.records, 2U);
+    EXPECT_EQ(summary.notes,
+              (std::vector<ImportFinding>{{.what = What::LinesBelowTable, .line = 4, .text = "Sum", .found = 2}}));
+}
+
+TEST_F(ImporterTest, AShortRowHasGaps)
+{
+    const ImportSummary summary = import("time,a,b\n2015-01-01,1,2\n2015-01-02\n2015-01-03,3\n2015-01-04,4,5\n");
+    EXPECT_EQ(values(QStringLiteral("a")), (Numbers{1, {}, 3, 4}));
+    EXPECT_EQ(values(QStringLiteral("b")), (Numbers{2, {}, {}, 5}));
+    EXPECT_EQ(summary.notes, (std::vector<ImportFinding>{{.what = What::ShortRows, .line = 3, .found = 2}}));
+}
+
+TEST_F(ImporterTest, NumbersWithTheOtherMarkAreBadCells)
+{
+    const ImportSummary summary = import("time;a\n2015-01-01;1,5\n2015-01-02;1.5\n2015-01-03;2,5\n");
+    EXPECT_EQ(values(QStringLiteral("a")), (Numbers{1.5, {}, 2.5}));
+    EXPECT_EQ(summary.columns[0].bad, 1U);
+}
+
+TEST_F(ImporterTest, ThousandsAndDecimalsAreNeverGuessed)
+{
+    const QByteArray text = "Zeit;a\n01.02.2015 12:00;1.234\n01.02.2015 13:00;2.345\n";
+    EXPECT_EQ(failure(text),
+              (ImportFinding{.what = What::DecimalMarkUnknown, .line = 2, .column = "a", .text = "1.234"}));
+    m_options.decimal = DecimalSign::Comma;
+    import(text);
+    EXPECT_EQ(values(QStringLiteral("a")), (Numbers{1234, 2345}));
+    m_options.decimal = DecimalSign::Point;
+    m_options.agentName = QStringLiteral("point");
+    EXPECT_EQ(import(text).columns.front().highest, 2.345);
+}
+
+TEST_F(ImporterTest, TheDecimalMarkMayBeProvenFarBelow)
+{
+    QByteArray text = "Zeit;a\n";
+    for (int row = 0; row < 9000; ++row)
+        text += "01.02.2015 12:00;1.234\n";
+    import(text + "01.02.2015 13:00;2,5\n");
+    EXPECT_EQ(values(QStringLiteral("a")), (Numbers{1234, 2.5}));
+}
+
+TEST_F(ImporterTest, AMarkThatComesLateAndMayBeEitherIsAskedFor)
+{
+    QByteArray text = "Zeit;a\n";
+    for (int row = 0; row < 900; ++row)
+        text += "01.02.2015 12:00;7\n";
+    EXPECT_EQ(failure(text + "01.02.2015 13:00;1.234\n").value().what, What::DecimalMarkUnknown);
+    EXPECT_EQ(import(text + "01.02.2015 13:00;1.234\n01.02.2015 14:00;2,5\n").columns.front().highest, 1234);
+}
+
+TEST_F(ImporterTest, ManyRowsAtOneTimeAreRefusedUnlessTheLastIsKept)
+{
+    QByteArray text = "time,station,a\n";
+    for (int row = 0; row < 20; ++row)
+        text += "2015-01-01 00:" + QByteArray::number(10 + row / 2) + (row % 2 != 0 ? ",N,1,\n" : ",S,2,\n");
+    text.replace(",\n", "\n");
+    text.replace("time,station,a", "time,station,a,b");
+    text.replace("1\n", "1,3\n");
+    text.replace("2\n", "2,4\n");
+    const std::optional<ImportFinding> finding = failure(text);
+    ASSERT_TRUE(finding);
+    EXPECT_EQ(finding->what, What::ManyRowsAtOneTime);
+    EXPECT_EQ(finding->columns, (QStringList{"station"}));
+    m_options.rowsAtOneTime = RowsAtOneTime::KeepLast;
+    EXPECT_EQ(import(text).replacedRows, 10U);
+}
+
+TEST_F(ImporterTest, RowsAtOneTimeThatCompleteEachOtherBecomeOne)
+{
+    const ImportSummary summary = import("time,a,b\n2015-01-01,1,\n2015-01-01,,2\n2015-01-02,3,\n2015-01-02,,4\n");
+    EXPECT_EQ(values(QStringLiteral("a")), (Numbers{1, 3}));
+    EXPECT_EQ(values(QStringLiteral("b")), (Numbers{2, 4}));
+    EXPECT_EQ(summary.replacedRows, 0U);
+}
+
+TEST_F(ImporterTest, AnotherTableBelowTheFirstIsRefused)
+{
+    EXPECT_EQ(failure("time,a\n2015-01-01,1\ntime,b\n2015-01-02,2\n"),
+              (ImportFinding{.what = What::AnotherHeader, .line = 3, .column = "time"}));
+}
+
+TEST_F(ImporterTest, DatesAndTimesOfDayAreJoinedAsTheUserSays)
+{
+    m_options.timeColumn = QStringLiteral("day+clock");
+    import("clock,other,day,a\n12:00,2014-01-01,2015-01-01,1\n13:00,2014-01-01,2015-01-01,2\n");
+    EXPECT_EQ(times(), (std::vector<double>{1420113600, 1420117200}));
+}
+
+TEST_F(ImporterTest, TheUsersZoneComesBeforeTheFiles)
+{
+    const QByteArray text = "Time (UTC),a\n2015-01-01 12:00,1\n";
+    EXPECT_EQ(*import(text).first, 1420113600);
+    m_options.timeZone = QStringLiteral("+02:00");
+    m_options.agentName = QStringLiteral("other");
+    EXPECT_EQ(*import(text).first, 1420106400);
+}
+
+TEST_F(ImporterTest, ThousandsOfColumnsWithOneNameTakeNoLongerThanOthers)
+{
+    QByteArray text = "time";
+    for (int column = 0; column < 2000; ++column)
+        text += ",Temp";
+    text += "\n2015-01-01";
+    for (int column = 0; column < 2000; ++column)
+        text += ',' + QByteArray::number(column);
+    const ImportSummary summary = import(text + '\n');
+    ASSERT_EQ(summary.columns.size(), 2000U);
+    EXPECT_EQ(summary.columns.back().name, QStringLiteral("Temp 2000"));
+}
+
+TEST_F(ImporterTest, DevicesAndFoldersAreNoFiles)
+{
+    for (const char* path : {"/dev/zero", "/dev/null"})
+        EXPECT_EQ(findingOf([&] { importFile(QLatin1String(path), site(), {}); }),
+                  ImportFinding{.what = What::NotAFile});
+    EXPECT_TRUE(findingOf([&] { importFile(m_folder.path(), site(), {}); }));
 }
 
 struct OptionCase {

@@ -45,9 +45,9 @@ protected:
         ASSERT_TRUE(file.open(QIODevice::WriteOnly));
         file.write(text);
         file.close();
-        DelimitedReader reader(std::make_unique<InputFile>(path));
+        DelimitedReader reader(std::make_unique<InputFile>(path), {});
         const ImportPlan plan = planImport(reader.columns(), reader.chooseTimeColumn({}), {});
-        ImportTable table(plan, ImportTable::BadRows::Stop);
+        ImportTable table(plan);
         reader.begin(plan);
         while (reader.read(table)) {
         }

@@ -2,6 +2,7 @@
 
 #include "hostapp/exchange/PlainNumber.h"
 #include "hostapp/exchange/formats/delimited/Detection.h"
+#include "hostapp/exchange/tables/TimeColumns.h"
 
 #include <gtest/gtest.h>
 
@@ -70,8 +71,8 @@ protected:
         m_options.timeZone = QStringLiteral("Europe/Berlin");
         const TextSample sample = takeSample(beginning, true);
         const TableShape shape = shapeOf(sample);
-        const TimeColumn time = timeColumnOf(sample, shape, {});
-        m_plan = planImport(columnsOf(shape), time.field, m_options);
+        const TimeColumns time = timeColumnsOf(sample, shape, {});
+        m_plan = planImport(columnsOf(shape), time.fields.front(), m_options);
         m_times.emplace(time.layout, LocalTime(m_options.timeZone));
         m_rows.emplace(sample.format, shape.fields(), m_plan, *m_times);
     }

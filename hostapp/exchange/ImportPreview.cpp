@@ -1,0 +1,124 @@
+#include "hostapp/exchange/ImportPreview.h"
+
+#include "hostapp/exchange/ImportTable.h"
+
+#include <algorithm>
+
+namespace plotix {
+
+namespace {
+
+using Column = ImportPreview::Column;
+
+constexpr std::size_t kRowsLookedAt = 2000;
+
+void describeColumns(ImportPreview& preview, const std::vector<SourceColumn>& columns, const ImportOptions& options)
+{
+    preview.columns.clear();
+    for (const SourceColumn& column : columns) {
+        Column shown{column.header, column.name, column.unit};
+        shown.use = column.isTime ? Column::Use::Time : Column::Use::LeftOut;
+        if (!column.isTime)
+            shown.reason = column.isMeasurement && !options.only.isEmpty() ? Column::Reason::NotAskedFor
+                                                                           : Column::Reason::CountsRows;
+        preview.columns.push_back(std::move(shown));
+    }
+}
+
+void describeTaken(ImportPreview& preview, const ImportPlan& plan)
+{
+    for (const ImportPlan::Column& planned : plan.columns) {
+        Column& shown = preview.columns[planned.field];
+        shown.name = planned.name;
+        shown.unit = planned.unit;
+        shown.use = Column::Use::Taken;
+        shown.reason = Column::Reason::None;
+    }
+}
+
+/// The first rows, all planned columns of them.
+std::vector<ImportPreview::Row> firstRows(const ImportTable& table)
+{
+    std::vector<ImportPreview::Row> rows(std::min(table.rows(), ImportPreview::kPreviewRows));
+    for (std::size_t row = 0; row < rows.size(); ++row) {
+        rows[row].time = table.time(row);
+        for (const ImportColumn& column : table.columns()) {
+            const bool isValid = ((column.valid[row / 64] >> (row % 64)) & 1U) != 0;
+            rows[row].values.push_back(isValid ? std::optional(column.values[row]) : std::nullopt);
+        }
+    }
+    return rows;
+}
+
+/// Leaves out the columns that the import would leave out.
+void judgeColumns(ImportPreview& preview, const ImportPlan& plan, const ImportTable& table)
+{
+    for (std::size_t index = plan.columns.size(); index-- > 0;) {
+        const ImportColumn& read = table.columns()[index];
+        Column& shown = preview.columns[plan.columns[index].field];
+        shown.numbers = read.numbers;
+        shown.bad = read.bad;
+        shown.firstBad = read.firstBad;
+        if (table.isTaken(index))
+            continue;
+        shown.use = Column::Use::LeftOut;
+        shown.reason = read.numbers == 0 ? Column::Reason::NoNumbers : Column::Reason::HardlyNumbers;
+        for (ImportPreview::Row& row : preview.rows)
+            row.values.erase(row.values.begin() + static_cast<std::ptrdiff_t>(index));
+    }
+}
+
+void readRows(ImportPreview& preview, RowSource& source, const ImportPlan& plan)
+{
+    ImportTable table(plan);
+    source.begin(plan);
+    bool more = true;
+    while (more && table.rows() < kRowsLookedAt)
+        more = source.read(table);
+    preview.isWhole = !more;
+    preview.rowsLookedAt = table.rows();
+    preview.rows = firstRows(table);
+    preview.form = source.form();
+    preview.notes = source.notes();
+    try {
+        finishImport(source, table);
+        preview.notes = notesOf(source, table);
+    } catch (const ImportFailure& failure) {
+        preview.problem = failure.finding();
+    }
+    judgeColumns(preview, plan, table);
+    const bool hasNumbers = std::any_of(preview.columns.begin(), preview.columns.end(),
+                                        [](const Column& column) { return column.use == Column::Use::Taken; });
+    if (!preview.problem && preview.rowsLookedAt == 0) {
+        preview.problem = ImportFinding{.what = ImportFinding::What::NoRowRead};
+        if (table.counts().firstBad)
+            preview.problem->causes.push_back(*table.counts().firstBad);
+    } else if (!preview.problem && !hasNumbers && preview.isWhole) {
+        preview.problem = ImportFinding{
+            .what = ImportFinding::What::NoNumbers, .column = plan.timeHeader, .columns = headersOf(source.columns())};
+    }
+}
+
+}  // namespace
+
+ImportPreview previewRows(RowSource& source, const ImportOptions& options)
+{
+    ImportPreview preview;
+    describeColumns(preview, source.columns(), options);
+    preview.form = source.form();
+    try {
+        const ImportPlan plan = planImport(source, options);
+        describeColumns(preview, source.columns(), options);
+        describeTaken(preview, plan);
+        preview.timeZone = plan.timeZone;
+        preview.zoneIsFromFile = options.timeZone.trimmed().isEmpty() && !plan.timeZone.isEmpty();
+        readRows(preview, source, plan);
+    } catch (const ImportFailure& failure) {
+        preview.form = source.form();
+        preview.notes = source.notes();
+        preview.problem = failure.finding();
+    }
+    return preview;
+}
+
+}  // namespace plotix

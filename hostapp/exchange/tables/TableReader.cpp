@@ -1,0 +1,306 @@
+#include "hostapp/exchange/tables/TableReader.h"
+
+#include "hostapp/core/Units.h"
+#include "hostapp/exchange/DecodedText.h"
+#include "hostapp/exchange/ImportTable.h"
+
+#include <algorithm>
+
+namespace plotix {
+
+namespace {
+
+using What = ImportFinding::What;
+
+constexpr std::size_t kMostQuantities = 5000;  // more different texts are no names of quantities
+
+const char* numberForm(TimeLayout layout)
+{
+    switch (layout) {
+    case TimeLayout::EpochMilliseconds: return "ms";
+    case TimeLayout::EpochMicroseconds: return "us";
+    case TimeLayout::EpochNanoseconds: return "ns";
+    case TimeLayout::CompactDigits: return "digits";
+    case TimeLayout::SpreadsheetDays: return "days";
+    default: return nullptr;
+    }
+}
+
+}  // namespace
+
+void TableReader::understand(TableSample sample)
+{
+    m_sample = std::move(sample);
+    m_shape = shapeOf(m_sample);
+    m_columns = columnsOf(m_shape);
+    m_notes.insert(m_notes.end(), m_shape.notes.begin(), m_shape.notes.end());
+}
+
+std::size_t TableReader::chooseTimeColumn(const std::vector<std::size_t>& named)
+{
+    m_time = timeColumnsOf(m_sample, m_shape, named);
+    for (const std::size_t field : m_time.fields)
+        m_columns[field].isTime = true;
+    for (const std::size_t field : m_time.others)
+        m_columns[field].isMeasurement = false;
+    noteTimes();
+    m_named = namedRowsOf(m_sample, m_shape, m_time, m_options.arrangement);
+    if (m_named)
+        addNamedColumns();
+    return m_time.fields.front();
+}
+
+void TableReader::noteTimes()
+{
+    QStringList headers;
+    for (const std::size_t field : m_time.fields)
+        headers << m_columns[field].header;
+    if (headers.size() > 1)
+        m_notes.push_back({.what = What::TimesAreJoined, .columns = headers});
+    if (const char* const form = numberForm(m_time.layout))
+        m_notes.push_back(
+            {.what = What::TimesAreNumbers, .column = headers.front(), .text = QString::fromLatin1(form)});
+    if (!m_time.statedZone.isEmpty() && m_options.timeZone.trimmed().isEmpty() && !isEpoch(m_time.layout))
+        m_notes.push_back({.what = What::ZoneFromFile, .text = m_time.statedZone});
+}
+
+/// The names stand in the rows, so all rows are read for them.
+void TableReader::addNamedColumns()
+{
+    QuantityTable quantities;
+    std::vector<std::string> units;
+    const std::vector<std::string_view> header(m_shape.headerFields.begin(), m_shape.headerFields.end());
+    TextRecord record;
+    rewind();
+    for (std::size_t row = 0; next(record); ++row) {
+        const bool isRow = row >= m_shape.firstRow && record.fields != header;
+        if (!isRow || fieldAt(record, m_time.fields.front()).empty())
+            continue;
+        const std::string name = nameIn(record);
+        if (name.empty() || record.fields.front().starts_with('#'))
+            continue;
+        const std::size_t column = quantities.columnOf(name);
+        units.resize(quantities.names().size());
+        if (units[column].empty() && m_named->unit)
+            units[column] = fieldAt(record, *m_named->unit);
+        if (quantities.names().size() > kMostQuantities) {
+            m_named.reset();
+            return;
+        }
+    }
+    m_names = quantities.names();
+    for (SourceColumn& column : m_columns)
+        column.isMeasurement = false;
+    m_notes.push_back({.what = What::RowsNameQuantities,
+                       .column = m_columns[m_named->names.back()].header,
+                       .text = m_columns[m_named->value].header,
+                       .found = quantities.names().size()});
+    for (std::size_t index = 0; index < quantities.names().size(); ++index) {
+        const QString text = decodedText(quantities.names()[index]).simplified();
+        const ColumnHeader title = splitHeader(text);
+        const QString stated = Units::shared()->normalise(decodedText(units[index]).trimmed()).value_or(QString());
+        const QString ofColumn = m_shape.titles[m_named->value].unit;
+        const QString unit = !stated.isEmpty() ? stated : !title.unit.isEmpty() ? title.unit : ofColumn;
+        m_columns.push_back({text, title.name, unit});
+    }
+}
+
+void TableReader::begin(const ImportPlan& plan)
+{
+    m_plan = &plan;
+    if (m_time.needsDateOrder && plan.dateOrder != DateOrder::Detect) {
+        m_time.needsDateOrder = false;
+        m_time.layout = plan.dateOrder == DateOrder::DayFirst     ? TimeLayout::DayFirst
+                        : plan.dateOrder == DateOrder::MonthFirst ? TimeLayout::MonthFirst
+                                                                  : TimeLayout::ShortYearFirst;
+    }
+    decideMarks();
+    m_stage = m_time.needsDateOrder || m_marksAreOpen ? Stage::Scan : Stage::Rows;
+    if (m_stage == Stage::Scan)
+        rewind();
+    else
+        startRows();
+}
+
+/// The decimal mark of each column: the one said, the one its own numbers prove in the sample, or all numbers there.
+void TableReader::decideMarks()
+{
+    const std::size_t count = m_named ? 1 : m_plan->columns.size();
+    m_evidence.assign(count, {});
+    for (const TableSample::Row& row : dataRows(m_sample, m_shape))
+        for (std::size_t index = 0; index < count; ++index) {
+            const std::size_t field = m_named ? m_named->value : m_plan->columns[index].field;
+            if (field < row.fields.size())
+                m_evidence[index].add(m_shape.units[field].empty() ? std::string_view(row.fields[field])
+                                                                   : splitUnitOff(row.fields[field]).number);
+        }
+    endScan();
+}
+
+bool TableReader::hasDottedDates() const
+{
+    for (const TableSample::Row& row : dataRows(m_sample, m_shape)) {
+        const std::size_t field = m_time.fields.front();
+        if (const auto date = field < row.fields.size() ? splitDateAndTime(row.fields[field]) : std::nullopt)
+            return date->separator == '.' && !date->yearFirst;
+    }
+    return false;
+}
+
+/// What the form of the file tells about numbers such as 1.234: a comma between fields is no decimal mark, a semicolon
+/// is mostly there because the comma is one, and where dates have dots numbers have commas. A point in a file of the
+/// latter two kinds is not settled by it: it may part thousands.
+bool TableReader::isSettledByForm(const DecimalEvidence& evidence, DecimalMark& mark) const
+{
+    const bool hasDots = hasDottedDates();
+    const char delimiter = m_sample.delimiter;
+    if (delimiter == '\0')
+        return false;  // numbers of a spreadsheet say it themselves; texts leave it open
+    const bool isContinental = delimiter == ';' || hasDots;
+    if (evidence.eitherCommas == 0 && (!isContinental || delimiter == ',')) {
+        mark = DecimalMark::Point;
+        return true;
+    }
+    if (evidence.eitherPoints == 0 && isContinental) {
+        mark = DecimalMark::Comma;
+        return true;
+    }
+    return false;
+}
+
+/// Reads the rows once for what only all of them tell.
+bool TableReader::scan()
+{
+    for (std::size_t count = 0; count < kRowsInBatch; ++count) {
+        if (!next(m_record)) {
+            decideDateOrder();
+            endScan();
+            if (m_marksAreOpen)
+                throw ImportFailure(*m_openNumber);
+            startRows();
+            break;
+        }
+        scanRow(m_record);
+    }
+    return true;
+}
+
+void TableReader::scanRow(const TextRecord& record)
+{
+    const std::string_view time = fieldAt(record, m_time.fields.front());
+    const std::optional<DateAndTime> date = m_time.needsDateOrder ? joinedTimeOf(record) : std::nullopt;
+    if (date)
+        m_dates.add(*date);
+    if (!m_marksAreOpen || (m_time.needsDateOrder ? !date : time.empty()))
+        return;
+    for (std::size_t index = 0; index < m_evidence.size(); ++index) {
+        const std::size_t field = m_named ? m_named->value : m_plan->columns[index].field;
+        const std::string_view text =
+            m_shape.units[field].empty() ? fieldAt(record, field) : splitUnitOff(fieldAt(record, field)).number;
+        const MarkIn mark = markIn(text);
+        m_evidence[index].add(text);
+        const bool isEither = mark == MarkIn::EitherPoint || mark == MarkIn::EitherComma;
+        if (isEither && !m_openNumber)
+            m_openNumber = ImportFinding{.what = What::DecimalMarkUnknown,
+                                         .line = record.line,
+                                         .column = m_columns[field].header,
+                                         .text = textForFinding(text)};
+    }
+}
+
+/// Settles the decimal marks as far as the evidence goes.
+void TableReader::endScan()
+{
+    DecimalEvidence all;
+    for (const DecimalEvidence& evidence : m_evidence)
+        all.add(evidence);
+    m_marks.assign(m_evidence.size(), DecimalMark::Unknown);
+    m_marksAreOpen = false;
+    for (std::size_t index = 0; index < m_marks.size(); ++index) {
+        DecimalMark& mark = m_marks[index];
+        if (m_plan->decimal != DecimalSign::Detect)
+            mark = m_plan->decimal == DecimalSign::Point ? DecimalMark::Point : DecimalMark::Comma;
+        else if (const DecimalMark own = m_evidence[index].proven(); own != DecimalMark::Unknown)
+            mark = own;
+        else if (all.proven() != DecimalMark::Unknown)
+            mark = all.proven();
+        else if (all.isOpen() && !isSettledByForm(all, mark))
+            m_marksAreOpen = true;
+    }
+    setCommonMark();
+}
+
+void TableReader::setCommonMark()
+{
+    const bool isCommon = !m_marks.empty() && std::all_of(m_marks.begin(), m_marks.end(),
+                                                          [this](DecimalMark mark) { return mark == m_marks.front(); });
+    m_commonMark = isCommon ? m_marks.front() : DecimalMark::Unknown;
+}
+
+void TableReader::decideDateOrder()
+{
+    if (!m_time.needsDateOrder)
+        return;
+    m_time.layout = decidedLayout(m_dates);
+    m_time.needsDateOrder = false;
+    m_notes.push_back({.what = m_time.layout == TimeLayout::DayFirst     ? What::DatesHaveDayFirst
+                               : m_time.layout == TimeLayout::MonthFirst ? What::DatesHaveMonthFirst
+                                                                         : What::DatesHaveYearFirst});
+}
+
+void TableReader::startRows()
+{
+    m_stage = Stage::Rows;
+    m_date.clear();
+    m_shortRows = {.what = What::ShortRows};
+    m_comments = m_headersAgain = 0;
+    m_quantities = m_named ? std::make_unique<QuantityTable>() : nullptr;
+    m_times = std::make_unique<TimeColumnReader>(m_time.layout, LocalTime(m_plan->timeZone));
+    rewind();
+    for (std::size_t row = 0; row < m_shape.firstRow; ++row)
+        next(m_record);
+    prepareRows();
+}
+
+bool TableReader::read(ImportTable& table)
+{
+    if (m_stage == Stage::Scan)
+        return scan();
+    const bool more = readRows(table);
+    if (m_mustRestart) {
+        m_mustRestart = false;
+        table.restart();
+        m_stage = Stage::Scan;
+        rewind();
+        return true;
+    }
+    if (!more)
+        endRows(table);
+    return more;
+}
+
+SourceForm TableReader::form() const
+{
+    SourceForm form;
+    if (m_sample.delimiter != '\0')
+        form.delimiter = QString(QLatin1Char(m_sample.delimiter));
+    if (m_commonMark != DecimalMark::Unknown)
+        form.decimal = m_commonMark == DecimalMark::Point ? DecimalSign::Point : DecimalSign::Comma;
+    if (m_plan != nullptr && !m_time.needsDateOrder)
+        form.dateOrder = m_time.layout == TimeLayout::DayFirst         ? DateOrder::DayFirst
+                         : m_time.layout == TimeLayout::MonthFirst     ? DateOrder::MonthFirst
+                         : m_time.layout == TimeLayout::ShortYearFirst ? DateOrder::YearFirst
+                                                                       : DateOrder::Detect;
+    form.arrangement = m_named ? Arrangement::Names : Arrangement::Columns;
+    return form;
+}
+
+QStringList TableReader::categories() const
+{
+    QStringList headers;
+    for (const std::size_t field : categoriesOf(m_sample, m_shape, m_time))
+        headers << m_columns[field].header;
+    return headers;
+}
+
+}  // namespace plotix

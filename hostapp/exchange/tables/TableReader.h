@@ -1,0 +1,117 @@
+#pragma once
+
+#include "hostapp/exchange/ImportOptions.h"
+#include "hostapp/exchange/NumberText.h"
+#include "hostapp/exchange/RowSource.h"
+#include "hostapp/exchange/TimeColumnReader.h"
+#include "hostapp/exchange/tables/NamedRows.h"
+#include "hostapp/exchange/tables/QuantityTable.h"
+
+#include <memory>
+
+namespace plotix {
+
+/// A table of texts as a source of rows, whatever format the texts come from: finds out from the first rows what the
+/// columns are, then reads cell by cell. What only the whole file tells (the order of day and month, the decimal mark,
+/// the names of quantities that rows name) is found by reading it once before the rows.
+///
+/// A format derives from it and gives the rows. *Owned* by the importer; one thread.
+class TableReader : public RowSource {
+public:
+    const std::vector<SourceColumn>& columns() const override { return m_columns; }
+    std::size_t chooseTimeColumn(const std::vector<std::size_t>& named) override;
+    QString statedTimeZone() const override { return m_time.statedZone; }
+    void begin(const ImportPlan& plan) override;
+    bool read(ImportTable& table) override;
+    SourceForm form() const override;
+    QStringList categories() const override;
+    const std::vector<ImportFinding>& notes() const override { return m_notes; }
+
+protected:
+    /// Call `understand` before anything else.
+    explicit TableReader(const ImportOptions& options) : m_options(options) {}
+    /// Throws ImportFailure for a sample that is not the beginning of a table.
+    void understand(TableSample sample);
+    void addNote(const ImportFinding& note) { m_notes.push_back(note); }
+
+    /// The next row of the file; false at its end. `rewind` goes back to the first one.
+    virtual bool next(TextRecord& record) = 0;
+    virtual void rewind() = 0;
+
+    /// Before the first row of measurements, and when the decimal mark is learnt: for formats with a way of their own
+    /// to read rows.
+    virtual void prepareRows() {}
+    /// Adds some thousands of rows; false after the last one.
+    virtual bool readRows(ImportTable& table);
+
+    /// What such a way needs. The common mark is Unknown while columns differ or know none.
+    const TableShape& shape() const { return m_shape; }
+    const ImportPlan& plan() const { return *m_plan; }
+    TimeColumnReader& times() { return *m_times; }
+    bool hasSingleTime() const { return m_time.form == TimeColumns::Form::Single; }
+    bool rowsNameQuantities() const { return m_named.has_value(); }
+    DecimalMark commonMark() const { return m_commonMark; }
+    void addRow(const TextRecord& record, ImportTable& table);
+
+    static constexpr std::size_t kRowsInBatch = 4096;
+
+private:
+    enum class Stage { Scan, Rows };
+
+    // Before the rows
+    void noteTimes();
+    void addNamedColumns();
+    void decideMarks();
+    bool isSettledByForm(const DecimalEvidence& evidence, DecimalMark& mark) const;
+    bool hasDottedDates() const;
+    bool scan();
+    void scanRow(const TextRecord& record);
+    void endScan();
+    void decideDateOrder();
+    void startRows();
+
+    // Rows
+    std::string_view fieldAt(const TextRecord& record, std::size_t field) const;
+    std::optional<DateAndTime> joinedTimeOf(const TextRecord& record);
+    std::optional<double> timeOf(const TextRecord& record);
+    bool conditionsHold(const TextRecord& record) const;
+    void passOverLine(const TextRecord& record, ImportTable& table);
+    bool isTooLong(const TextRecord& record) const;
+    void addCells(const TextRecord& record, ImportTable& table, double time);
+    void addNamedCell(const TextRecord& record, double time);
+    std::string nameIn(const TextRecord& record) const;
+    FieldKind readCell(std::string_view field, std::size_t shapeField, std::size_t mark, double& value);
+    void learnMark(std::string_view field, std::size_t mark);
+    void setCommonMark();
+    void endRows(ImportTable& table);
+    ImportFinding wrongLength(const TextRecord& record) const;
+
+    ImportOptions m_options;
+    TableSample m_sample;
+    TableShape m_shape;
+    std::vector<SourceColumn> m_columns;
+    TimeColumns m_time;
+    std::optional<NamedRows> m_named;
+    std::vector<std::string> m_names;  // of quantities: those of the columns behind the file's own
+    std::vector<ImportFinding> m_notes;
+
+    // From `begin` on:
+    const ImportPlan* m_plan = nullptr;  // borrowed
+    Stage m_stage = Stage::Rows;
+    TextRecord m_record;
+    DateOrderEvidence m_dates;
+    std::string m_date;   // of the row before: some exports write it once a day
+    std::string m_clock;  // of this row, with its half of the day
+    std::unique_ptr<TimeColumnReader> m_times;
+    std::vector<DecimalMark> m_marks;         // by the plan's columns
+    std::vector<DecimalEvidence> m_evidence;  // the same, from the sample or the whole file
+    DecimalMark m_commonMark = DecimalMark::Unknown;
+    bool m_marksAreOpen = false;                  // the whole file must tell
+    std::optional<ImportFinding> m_openNumber;    // one that may be meant either way
+    bool m_mustRestart = false;                   // rows were read before that was known
+    std::unique_ptr<QuantityTable> m_quantities;  // of rows that name their quantity
+    ImportFinding m_shortRows{.what = ImportFinding::What::ShortRows};
+    std::size_t m_comments = 0, m_headersAgain = 0;
+};
+
+}  // namespace plotix

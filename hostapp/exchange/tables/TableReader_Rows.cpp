@@ -1,0 +1,251 @@
+#include "hostapp/exchange/DecodedText.h"
+#include "hostapp/exchange/ImportTable.h"
+#include "hostapp/exchange/tables/TableReader.h"
+
+#include <algorithm>
+#include <array>
+
+/// How a row of texts becomes a row of numbers.
+namespace plotix {
+
+namespace {
+
+using What = ImportFinding::What;
+
+constexpr std::size_t kMostInFinding = 40;  // bytes of a field in a finding about its row
+
+bool areEmpty(const TextRecord& record)
+{
+    return std::all_of(record.fields.begin(), record.fields.end(),
+                       [](std::string_view field) { return field.empty(); });
+}
+
+bool isComment(std::string_view field)
+{
+    return field.starts_with('#') || field.starts_with("//");
+}
+
+}  // namespace
+
+bool TableReader::readRows(ImportTable& table)
+{
+    for (std::size_t count = 0; count < kRowsInBatch; ++count) {
+        if (!next(m_record))
+            return false;
+        addRow(m_record, table);
+    }
+    return true;
+}
+
+std::string_view TableReader::fieldAt(const TextRecord& record, std::size_t field) const
+{
+    return field < record.fields.size() ? record.fields[field] : std::string_view();
+}
+
+std::optional<DateAndTime> TableReader::joinedTimeOf(const TextRecord& record)
+{
+    switch (m_time.form) {
+    case TimeColumns::Form::Single: return splitDateAndTime(fieldAt(record, m_time.fields.front()));
+    case TimeColumns::Form::DateAndClock: {
+        const std::string_view date = fieldAt(record, m_time.fields[0]);
+        const std::string_view clock = fieldAt(record, m_time.fields[1]);
+        if (!date.empty())
+            m_date = date;
+        if (m_time.fields.size() == 2)
+            return joinedTime(m_date, clock, m_time.layout);
+        m_clock = clock;
+        (m_clock += ' ') += fieldAt(record, m_time.fields[2]);
+        return joinedTime(m_date, m_clock, m_time.layout);
+    }
+    case TimeColumns::Form::Parts: break;
+    }
+    std::array<std::string_view, 6> parts;
+    for (std::size_t index = 0; index < m_time.fields.size(); ++index)
+        parts[index] = fieldAt(record, m_time.fields[index]);
+    return joinedTime(std::span(parts).first(m_time.fields.size()));
+}
+
+std::optional<double> TableReader::timeOf(const TextRecord& record)
+{
+    if (m_time.form == TimeColumns::Form::Single)
+        return m_times->read(fieldAt(record, m_time.fields.front()));
+    const std::optional<DateAndTime> time = joinedTimeOf(record);
+    return time ? m_times->read(*time) : std::nullopt;
+}
+
+bool TableReader::conditionsHold(const TextRecord& record) const
+{
+    return std::all_of(m_plan->conditions.begin(), m_plan->conditions.end(),
+                       [&](const auto& condition) { return condition.holds(fieldAt(record, condition.field)); });
+}
+
+bool TableReader::isTooLong(const TextRecord& record) const
+{
+    return record.fields.size() > m_shape.fields() &&
+           std::any_of(record.fields.begin() + static_cast<std::ptrdiff_t>(m_shape.fields()), record.fields.end(),
+                       [](std::string_view field) { return !field.empty(); });
+}
+
+void TableReader::addRow(const TextRecord& record, ImportTable& table)
+{
+    if (!conditionsHold(record)) {
+        table.passOverRow();
+        return;
+    }
+    const std::optional<double> time = timeOf(record);
+    if (!time) {
+        passOverLine(record, table);
+        return;
+    }
+    if (isTooLong(record)) {
+        table.addBadRow(wrongLength(record));
+        return;
+    }
+    if (record.fields.size() < m_shape.fields() && m_shortRows.found++ == 0)
+        m_shortRows.line = record.line;
+    if (m_named)
+        addNamedCell(record, *time);
+    else
+        addCells(record, table, *time);
+}
+
+/// A line without a time: nothing, a comment, the header again, or what counts as a bad row.
+void TableReader::passOverLine(const TextRecord& record, ImportTable& table)
+{
+    if (areEmpty(record))
+        return;
+    const bool isHeader = m_shape.hasHeader && std::equal(record.fields.begin(), record.fields.end(),
+                                                          m_shape.headerFields.begin(), m_shape.headerFields.end());
+    if (isHeader) {
+        ++m_headersAgain;
+        return;
+    }
+    if (isComment(record.fields.front())) {
+        ++m_comments;
+        return;
+    }
+    const std::size_t field = m_time.fields.front();
+    const std::string_view text = fieldAt(record, field);
+    const bool namesTime = m_shape.hasHeader && record.fields.size() > 1 && field < m_shape.headerFields.size() &&
+                           !text.empty() && text == m_shape.headerFields[field];
+    if (namesTime)
+        throw ImportFailure({.what = What::AnotherHeader, .line = record.line, .column = m_plan->timeHeader});
+    table.addBadRow(
+        {.what = What::NoTime, .line = record.line, .column = m_plan->timeHeader, .text = textForFinding(text)});
+}
+
+/// The number in a cell, whose unit behind it does not count where the whole column has it.
+FieldKind TableReader::readCell(std::string_view field, std::size_t shapeField, std::size_t mark, double& value)
+{
+    const std::string& unit = m_shape.units[shapeField];
+    if (!unit.empty() && field.ends_with(unit))
+        field = splitUnitOff(field).number;
+    if (m_marks[mark] == DecimalMark::Unknown)
+        learnMark(field, mark);
+    return readNumber(field, m_marks[mark], value);
+}
+
+/// The first number with a mark in a file whose beginning has none: it says so for all columns that know none, unless
+/// it may be meant either way. Then all rows are asked.
+void TableReader::learnMark(std::string_view field, std::size_t index)
+{
+    DecimalEvidence evidence;
+    evidence.add(field);
+    DecimalMark mark = evidence.proven();
+    if (mark == DecimalMark::Unknown && !evidence.isOpen())
+        return;
+    if (mark == DecimalMark::Unknown && !isSettledByForm(evidence, mark)) {
+        m_marksAreOpen = m_mustRestart = true;
+        m_marks[index] = DecimalMark::Point;  // of no matter: the rows are read again
+        return;
+    }
+    for (DecimalMark& other : m_marks)
+        if (other == DecimalMark::Unknown)
+            other = mark;
+    setCommonMark();
+}
+
+void TableReader::addCells(const TextRecord& record, ImportTable& table, double time)
+{
+    for (std::size_t index = 0; index < m_plan->columns.size(); ++index) {
+        const std::size_t column = m_plan->columns[index].field;
+        const std::string_view field = fieldAt(record, column);
+        double value = 0;
+        switch (readCell(field, column, index, value)) {
+        case FieldKind::Number: table.addNumber(index, value); break;
+        case FieldKind::Missing: table.addMissing(index); break;
+        case FieldKind::Text:
+            if (const std::optional<double> state = stateOf(field))
+                table.addState(index, *state, record.line, field);
+            else
+                table.addText(index, record.line, field);
+            break;
+        }
+    }
+    table.endRow(time);
+}
+
+std::string TableReader::nameIn(const TextRecord& record) const
+{
+    std::string name;
+    for (const std::size_t field : m_named->names) {
+        const std::string_view part = fieldAt(record, field);
+        if (!name.empty() && !part.empty())
+            name += ' ';
+        name += part;
+    }
+    return name;
+}
+
+void TableReader::addNamedCell(const TextRecord& record, double time)
+{
+    const std::string name = nameIn(record);
+    if (name.empty())
+        return;
+    const std::size_t quantity = m_quantities->columnOf(name);
+    const std::string_view field = fieldAt(record, m_named->value);
+    double value = 0;
+    switch (readCell(field, m_named->value, 0, value)) {
+    case FieldKind::Number: m_quantities->addNumber(quantity, time, value); break;
+    case FieldKind::Missing: m_quantities->addMissing(quantity, time); break;
+    case FieldKind::Text:
+        if (const std::optional<double> state = stateOf(field))
+            m_quantities->addState(quantity, time, *state, record.line, field);
+        else
+            m_quantities->addText(quantity, time, record.line, field);
+        break;
+    }
+}
+
+void TableReader::endRows(ImportTable& table)
+{
+    if (m_quantities) {
+        std::vector<std::size_t> columns;
+        for (const ImportPlan::Column& column : m_plan->columns) {
+            const std::string name =
+                column.field < m_shape.fields() ? std::string() : m_names[column.field - m_shape.fields()];
+            columns.push_back(m_quantities->columnOf(name));
+        }
+        m_quantities->moveTo(table, columns);
+    }
+    if (m_headersAgain > 0)
+        m_notes.push_back({.what = What::HeadersRepeated, .found = m_headersAgain});
+    if (m_comments > 0)
+        m_notes.push_back({.what = What::CommentsPassedOver, .found = m_comments});
+    if (m_shortRows.found > 0)
+        m_notes.push_back(m_shortRows);
+}
+
+ImportFinding TableReader::wrongLength(const TextRecord& record) const
+{
+    QStringList fields;
+    for (const std::string_view field : record.fields)
+        fields << decodedText(field.substr(0, kMostInFinding));
+    return {.what = m_shape.hasHeader ? What::RowUnlikeHeader : What::RowUnlikeOthers,
+            .line = record.line,
+            .text = textForFinding(fields.join(QLatin1Char(' ')).toStdString()),
+            .found = record.fields.size(),
+            .expected = m_shape.fields()};
+}
+
+}  // namespace plotix

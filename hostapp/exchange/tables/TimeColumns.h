@@ -1,0 +1,35 @@
+#pragma once
+
+#include "hostapp/exchange/DateOrder.h"
+#include "hostapp/exchange/ImportOptions.h"
+#include "hostapp/exchange/tables/TableShape.h"
+
+/// Which columns of a table are the time, and how it is written. Pure; any thread. Throws ImportFailure that names the
+/// columns there are.
+namespace plotix {
+
+struct TimeColumns {
+    enum class Form {
+        Single,        ///< one column
+        DateAndClock,  ///< a date, then a time of day, then perhaps AM or PM
+        Parts          ///< year, month, day, then perhaps hour, minute, second
+    };
+    Form form = Form::Single;
+    std::vector<std::size_t> fields;
+    TimeLayout layout = TimeLayout::YearFirst;
+    bool needsDateOrder = false;      ///< the order of day and month must come from the whole file
+    std::vector<std::size_t> others;  ///< columns of times that were not chosen
+    QString statedZone;               ///< by the header; empty: none
+};
+
+/// The columns named; without, the first whose sample reads as times, columns called time or date before others. A date
+/// without a time of day is joined with a column of times of day, or of hours. Plain numbers count as times only under
+/// such a name, or in front of a table without a header.
+TimeColumns timeColumnsOf(const TableSample& sample, const TableShape& shape, const std::vector<std::size_t>& named);
+
+/// The date and time of one row; nothing where it has none. `date` and `clock` are the texts of Form::DateAndClock.
+std::optional<DateAndTime> joinedTime(std::string_view date, std::string_view clock, TimeLayout layout);
+/// The same of Form::Parts.
+std::optional<DateAndTime> joinedTime(std::span<const std::string_view> parts);
+
+}  // namespace plotix
