@@ -28,6 +28,7 @@ class ImportTask;
 class PropertyHistory;
 class PropertyListModel;
 class PropertyListView;
+class RecordExportTask;
 class RecordingIndicator;
 class SiteRecording;
 class TrendHistory;
@@ -130,6 +131,8 @@ private:
     void askForNewSite();
     void exportGraph(const char* operation);
     void exportImage();
+    void exportRecordsOfTrend();
+    void startExport(RecordExportTask* task, const QString& fileName);
     void exportReport();
     void printReport();
     /// Brings dates, graph and records of a trend together before it leaves the screen; false, after an alert where

@@ -1198,6 +1198,10 @@
         <source>Report in the View&apos;s Own &amp;Form</source>
         <translation>Bericht in der Form der An&amp;sicht</translation>
     </message>
+    <message>
+        <source>E&amp;xport Records…</source>
+        <translation>Messwerte e&amp;xportieren …</translation>
+    </message>
 </context>
 <context>
     <name>TrendCommandText</name>
@@ -1309,6 +1313,85 @@
     <message>
         <source>%1 × %2 pixels</source>
         <translation>%1 × %2 Pixel</translation>
+    </message>
+</context>
+<context>
+    <name>plotix::ExportRecordsDialog</name>
+    <message>
+        <source>&amp;All records</source>
+        <translation>&amp;Alle Messwerte</translation>
+    </message>
+    <message>
+        <source>Those the trend &amp;shows</source>
+        <translation>Die der Trend &amp;zeigt</translation>
+    </message>
+    <message>
+        <source>&amp;From</source>
+        <translation>&amp;Von</translation>
+    </message>
+    <message>
+        <source>Put an &amp;apostrophe before names that look like formulas</source>
+        <translation>A&amp;postroph vor Namen setzen, die wie Formeln aussehen</translation>
+    </message>
+    <message>
+        <source>Export Records</source>
+        <translation>Messwerte exportieren</translation>
+    </message>
+    <message>
+        <source>Text, comma-separated (.csv)</source>
+        <translation>Text, durch Kommas getrennt (.csv)</translation>
+    </message>
+    <message>
+        <source>Text, semicolon-separated (.csv)</source>
+        <translation>Text, durch Semikolons getrennt (.csv)</translation>
+    </message>
+    <message>
+        <source>Spreadsheet (.xlsx)</source>
+        <translation>Tabelle (.xlsx)</translation>
+    </message>
+    <message>
+        <source>Local time (%1)</source>
+        <translation>Ortszeit (%1)</translation>
+    </message>
+    <message>
+        <source>UTC</source>
+        <translation>UTC</translation>
+    </message>
+    <message>
+        <source>Source:</source>
+        <translation>Quelle:</translation>
+    </message>
+    <message>
+        <source>Records:</source>
+        <translation>Messwerte:</translation>
+    </message>
+    <message>
+        <source>F&amp;ormat:</source>
+        <translation>F&amp;ormat:</translation>
+    </message>
+    <message>
+        <source>&amp;Decimal sign:</source>
+        <translation>&amp;Dezimalzeichen:</translation>
+    </message>
+    <message>
+        <source>&amp;Times:</source>
+        <translation>Zei&amp;ten:</translation>
+    </message>
+    <message>
+        <source>&amp;Export…</source>
+        <translation>&amp;Exportieren …</translation>
+    </message>
+    <message>
+        <source>t&amp;o</source>
+        <translation>b&amp;is</translation>
+    </message>
+    <message>
+        <source>From</source>
+        <translation>Von</translation>
+    </message>
+    <message>
+        <source>To</source>
+        <translation>Bis</translation>
     </message>
 </context>
 <context>
@@ -1979,6 +2062,26 @@ Doppelklick ändert Farbe oder Einheit.</translation>
     <message>
         <source>&amp;Replace</source>
         <translation>&amp;Ersetzen</translation>
+    </message>
+    <message>
+        <source>There is nothing to export yet: import or record something first.</source>
+        <translation>Es gibt noch nichts zu exportieren: Zuerst etwas importieren oder aufzeichnen.</translation>
+    </message>
+    <message>
+        <source>Exporting %1…</source>
+        <translation>%1 wird exportiert …</translation>
+    </message>
+    <message>
+        <source>Exported %1.</source>
+        <translation>%1 exportiert.</translation>
+    </message>
+    <message>
+        <source>Export cancelled; nothing was written.</source>
+        <translation>Export abgebrochen; nichts wurde geschrieben.</translation>
+    </message>
+    <message>
+        <source>The records could not be exported</source>
+        <translation>Die Messwerte konnten nicht exportiert werden</translation>
     </message>
 </context>
 <context>
