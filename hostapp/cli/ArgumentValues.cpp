@@ -120,7 +120,8 @@ std::string checkPng(const std::string& text)
 
 std::string checkTable(const std::string& text)
 {
-    return isNameOf(FileKind::Text, text) ? std::string() : "must end in .csv or .txt";
+    return isNameOf(FileKind::Text, text) || isNameOf(FileKind::Workbook, text) ? std::string()
+                                                                                : "must end in .csv, .txt or .xlsx";
 }
 
 std::string checkTime(const std::string& text)

@@ -5,6 +5,7 @@
 #include "hostapp/document/SiteEditing.h"
 #include "hostapp/exchange/ExactText.h"
 
+#include <cmath>
 #include <ostream>
 
 /// Editing: agents and properties renamed, merged, deleted, values taken out, and what can be undone.
@@ -100,7 +101,7 @@ void list(const QString& site, std::ostream& out)
     openSite(site);
     const std::vector<EditStep> steps = editSteps(site);
     for (auto step = steps.rbegin(); step != steps.rend(); ++step)
-        out << exactTime(step->time) << "  " << described(*step) << '\n';
+        out << exactTime(std::floor(step->time)) << "  " << described(*step) << '\n';
     if (steps.empty())
         out << "Nothing can be undone.\n";
 }

@@ -6,9 +6,8 @@
 #include "hostapp/cli/Options.h"
 #include "hostapp/cli/RecordChoice.h"
 #include "hostapp/cli/SiteLookup.h"
-#include "hostapp/core/OutputFile.h"
-#include "hostapp/document/MemoryBudget.h"
-#include "hostapp/exchange/formats/FileExchange.h"
+#include "hostapp/exchange/formats/RecordExport.h"
+#include "records/store/RecordStore.h"
 
 /// Exporting: the records chosen, into a file that importing reads back to the same bits.
 namespace plotix {
@@ -18,57 +17,67 @@ namespace {
 struct ExportCommand {
     QString site, output;
     RecordChoice choice;
+    ExportForm::Clock clock = ExportForm::Clock::Utc;
+    std::optional<char> delimiter;
+    char decimalSign = '.';
+    std::optional<bool> guardsFormulas;
 };
 
-/// Reading is the first half of the work.
-constexpr double kReadingPart = 0.5;
-
-[[noreturn]] void failAsCancelled(const ExportCommand& command)
+/// What is written where nothing else is asked for: a decimal comma goes with semicolons.
+ExportForm formOf(const ExportCommand& command)
 {
-    throw ReportableError(QStringLiteral("cancelled; %1 was not written").arg(command.output));
-}
-
-void writeFile(const ExportCommand& command, const std::vector<std::shared_ptr<SiteProperty>>& properties,
-               const RecordBlock& block, const CommandProgress& progress)
-{
-    ExportedRecords records{{}, block};
-    for (const auto& property : properties)
-        records.columns.push_back({property->name(), property->description().archivedUnit});
-    try {
-        exportFile(command.output, records,
-                   [&progress](double fraction) { return progress(kReadingPart + (1 - kReadingPart) * fraction); });
-    } catch (const ExportFailure& failure) {
-        throw ReportableError(QStringLiteral("%1 cannot be written: %2").arg(command.output, failure.systemError()));
-    } catch (const ExportCancelled&) {
-        failAsCancelled(command);
-    }
+    ExportForm form;
+    form.clock = command.clock;
+    form.decimalSign = command.decimalSign;
+    form.delimiter = command.delimiter.value_or(command.decimalSign == ',' ? ';' : ',');
+    form.guardsFormulas = command.guardsFormulas;
+    return form;
 }
 
 int runCommand(const ExportCommand& command, CommandContext context)
 {
-    requireWritable(FileKind::Text, command.output);
+    requireExportable(command.output);
     const std::shared_ptr<SiteDocument> document = openSite(command.site);
     const std::shared_ptr<SiteAgent> agent = agentOf(*document, command.choice.agent);
-    const auto properties = propertiesOf(*agent, command.choice.properties);
-    std::vector<RowId> ids;
-    for (const auto& property : properties)
-        ids.push_back(property->description().id);
+    RecordStore& store = *document->records();
+    RecordExport what = exportOf(*agent, propertiesOf(*agent, command.choice.properties));
+    const TimeSpan span = timeSpanOf(command.choice, store.extent(agent->id()));
+    what.from = span.from;
+    what.to = span.to;
+    what.form = formOf(command);
 
     const StopRequest interruption(StopRequest::From::Keyboard);
     const CommandProgress progress =
         makeCommandProgress(context.services, context.streams, QStringLiteral("Exporting %1").arg(agent->name()));
-    RecordStore& store = *document->records();
-    const TimeSpan span = timeSpanOf(command.choice, store.extent(agent->id()));
-    const RecordOverview overview = store.overview(agent->id(), {}, span.from, span.to);
-    if (const auto refusal = refusalOf({overview, ids.size(), span.from, span.to}, memoryBudget()))
-        throw ReportableError(*refusal);
-    const std::optional<RecordBlock> block =
-        store.read(agent->id(), ids, span.from, span.to,
-                   [&progress](double fraction) { return progress(kReadingPart * fraction); });
-    if (!block)
-        failAsCancelled(command);
-    writeFile(command, properties, *block, progress);
+    try {
+        exportRecords(store, what, command.output, progress);
+    } catch (const ExportFailure& failure) {
+        throw ReportableError(QStringLiteral("%1 cannot be written: %2").arg(command.output, failure.systemError()));
+    } catch (const ExportCancelled&) {
+        throw ReportableError(QStringLiteral("cancelled; %1 was not written").arg(command.output));
+    }
     return kCommandDone;
+}
+
+std::optional<QString> contradictionIn(const ExportCommand& command)
+{
+    if (command.delimiter == ',' && command.decimalSign == ',')
+        return QStringLiteral("--decimal comma needs another --delimiter, such as semicolon");
+    return contradictionIn(command.choice);
+}
+
+void addForm(CLI::App* command, ExportCommand& options)
+{
+    addChoice<char>(command, "--delimiter", options.delimiter, {{"comma", ','}, {"semicolon", ';'}, {"tab", '\t'}},
+                    "Between the columns of a .csv or .txt file; comma unless given");
+    addChoice<char>(
+        command, "--decimal", options.decimalSign, {{"point", '.'}, {"comma", ','}},
+        "Before the decimals in such a file; point unless given. With comma columns are semicolon-separated");
+    addChoice<ExportForm::Clock>(command, "--clock", options.clock,
+                                 {{"utc", ExportForm::Clock::Utc}, {"local", ExportForm::Clock::Local}},
+                                 "Times in UTC, or in your zone with their distance from UTC; UTC unless given");
+    addChoice<bool>(command, "--formulas", options.guardsFormulas, {{"guarded", true}, {"plain", false}},
+                    "Whether names that begin with = + - or @ get an apostrophe; guarded in .xlsx, plain in text");
 }
 
 }  // namespace
@@ -76,18 +85,23 @@ int runCommand(const ExportCommand& command, CommandContext context)
 Command addExport(CLI::App& program)
 {
     const auto options = std::make_shared<ExportCommand>();
-    CLI::App* exporting = program.add_subcommand("export", "Write records into a CSV file, every digit kept");
+    CLI::App* exporting =
+        program.add_subcommand("export", "Write records into a text file or a spreadsheet, every digit kept");
     addSite(exporting, options->site);
     addText(exporting, "--output", options->output, "The file to write")
         ->required()
-        ->type_name("FILE.csv")
+        ->type_name("FILE.csv|FILE.xlsx")
         ->check(checkTable);
     addRecordChoice(exporting, options->choice);
+    addRange(exporting, options->choice);
+    addForm(exporting, *options);
     exporting->footer(
-        "Example:\n  plotix export nyc.plotix --agent EWR --properties airTemperature --output newark.csv");
+        "Examples:\n  plotix export nyc.plotix --agent EWR --properties airTemperature --output newark.csv\n"
+        "  plotix export nyc.plotix --agent EWR --clock local --decimal comma --output newark.csv\n"
+        "  plotix export nyc.plotix --agent EWR --range last7Days --output newark.xlsx");
     Command command{exporting};
     command.run = [options](CommandContext context) { return runCommand(*options, context); };
-    command.contradiction = [options] { return contradictionIn(options->choice); };
+    command.contradiction = [options] { return contradictionIn(*options); };
     return command;
 }
 

@@ -86,7 +86,7 @@ const char* sentence(What what)
     case What::IncompatibleUnits:
         return "column “%2” is in %1, but the agent's property of that name is in %6; give it another name with --name";
     case What::WouldReplace:
-        return "this replaces %4 stored values of %5 properties; nothing was changed; import it with --replace if that "
+        return "this replaces %1; nothing was changed; import it with --replace if that "
                "is meant, or into an agent of its own with --agent";
     case What::RowUnlikeHeader: return "the row has %4 columns where the header stands for %5: “%1”";
     case What::RowUnlikeOthers: return "the row has %4 columns where the rows before have %5: “%1”";
@@ -163,6 +163,13 @@ QString counted(std::size_t count, const char* noun)
     return number + QLatin1Char(' ') + QLatin1String(noun) + (count == 1 ? QString() : QStringLiteral("s"));
 }
 
+QString replacedText(const ImportFinding& finding)
+{
+    return counted(finding.found, "stored value") + (finding.expected == 1
+                                                         ? QStringLiteral(" of 1 property")
+                                                         : QStringLiteral(" of %1 properties").arg(finding.expected));
+}
+
 void writeColumns(QTextStream& text, const ImportSummary& summary)
 {
     for (const ImportSummary::Column& column : summary.columns) {
@@ -207,10 +214,11 @@ QString printedText(const ImportFinding& finding)
         return textOfNumberTimes(finding);
     const QString unit = finding.archivedUnit.isEmpty() ? QStringLiteral("no unit") : finding.archivedUnit;
     const QString cause = finding.causes.empty() ? QString() : printedText(finding.causes.front());
-    const QString words = filled(QString::fromUtf8(sentence(finding.what)),
-                                 {finding.text, finding.column, finding.columns.join(QStringLiteral(", ")),
-                                  QString::number(finding.found), QString::number(finding.expected), unit,
-                                  optionName(finding.option), cause});
+    const QString text = finding.what == What::WouldReplace ? replacedText(finding) : finding.text;
+    const QString words =
+        filled(QString::fromUtf8(sentence(finding.what)),
+               {text, finding.column, finding.columns.join(QStringLiteral(", ")), QString::number(finding.found),
+                QString::number(finding.expected), unit, optionName(finding.option), cause});
     const bool isFieldOfRow = finding.line > 0 && !finding.column.isEmpty();
     if (isFieldOfRow)
         return QStringLiteral("line %1, column “%2”: %3").arg(QString::number(finding.line), finding.column, words);

@@ -116,7 +116,30 @@ std::optional<KTVArchiveNode> readable(const QByteArray& state)
     }
 }
 
+/// Agent and key of every property that is listed, in order.
+void collectListed(const KTVArchiveNode& node, QStringList& into)
+{
+    for (const KTVArchivedProperty& property : node.properties)
+        into << node.agent << property.key << property.name;
+    for (const auto& [key, member] : node.members)
+        collectListed(member, into);
+}
+
+QStringList titleAndListed(const KTVArchiveNode& root)
+{
+    const KTVArchiveNode* title = root.find(QStringLiteral("title"));  // stored: never change
+    QStringList found(title ? title->value.toString() : QString());
+    collectListed(root, found);
+    return found;
+}
+
 }  // namespace
+
+bool showTheSame(const QByteArray& one, const QByteArray& other)
+{
+    const std::optional<KTVArchiveNode> left = readable(one), right = readable(other);
+    return left && right ? titleAndListed(*left) == titleAndListed(*right) : one == other;
+}
 
 bool namesAgent(const QByteArray& state, const QString& agentIdentifier)
 {

@@ -17,6 +17,9 @@ struct MovedProperty {
     QString toAgent, toKey, toName;  ///< and afterwards
 };
 
+/// Whether two states have the same title and list the same properties, whatever else differs.
+bool showTheSame(const QByteArray& one, const QByteArray& other);
+
 bool namesAgent(const QByteArray& state, const QString& agentIdentifier);
 
 /// Of two properties that become one, one stays in each list. Where `fromAgent` is not empty, it is replaced by

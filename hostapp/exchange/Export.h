@@ -6,6 +6,7 @@
 #include <QtCore/QString>
 
 #include <functional>
+#include <optional>
 #include <stdexcept>
 #include <vector>
 
@@ -14,6 +15,17 @@
 /// Values; any one thread.
 namespace plotix {
 
+/// How records are written, for whom they are meant. The default is read back to the same bits.
+struct ExportForm {
+    enum class Clock { Utc, Local };  ///< local: the user's, with its distance from UTC
+    Clock clock = Clock::Utc;
+    char delimiter = ',';    ///< of text
+    char decimalSign = '.';  ///< of text; other than the delimiter
+    /// Names that a spreadsheet would take for formulas get an apostrophe before them; absent: as is usual for the
+    /// format, which is in a spreadsheet's file, and not in text.
+    std::optional<bool> guardsFormulas = {};
+};
+
 struct ExportedRecords {
     struct Column {
         QString name;
@@ -21,6 +33,7 @@ struct ExportedRecords {
     };
     std::vector<Column> columns;  ///< one for each of the block's, in its order
     const RecordBlock& block;     ///< borrowed
+    ExportForm form = {};
 };
 
 /// Called with 0…1; answers false to cancel.

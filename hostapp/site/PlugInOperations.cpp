@@ -157,4 +157,19 @@ void setReading(KTVPlugIn* plugIn, const QVariantMap& options)
         QMetaObject::invokeMethod(plugIn, "setReading", Qt::DirectConnection, Q_ARG(QVariantMap, options));
 }
 
+QVariantMap changeableState(const KTVPlugIn* plugIn)
+{
+    QVariantMap state;
+    if (plugIn && plugIn->metaObject()->indexOfMethod("changeable()") >= 0)
+        QMetaObject::invokeMethod(const_cast<KTVPlugIn*>(plugIn), "changeable", Qt::DirectConnection,
+                                  Q_RETURN_ARG(QVariantMap, state));
+    return state;
+}
+
+void changeTo(KTVPlugIn* plugIn, const QVariantMap& state)
+{
+    if (plugIn && plugIn->metaObject()->indexOfMethod("changeTo(QVariantMap)") >= 0)
+        QMetaObject::invokeMethod(plugIn, "changeTo", Qt::DirectConnection, Q_ARG(QVariantMap, state));
+}
+
 }  // namespace plotix

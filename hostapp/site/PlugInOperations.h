@@ -54,6 +54,11 @@ void drawGraphOnPaper(KTVPlugIn* plugIn, QPainter& painter, const QRectF& rect);
 std::optional<QVariantMap> reading(const KTVPlugIn* plugIn);
 void setReading(KTVPlugIn* plugIn, const QVariantMap& options);  ///< one that has none: nothing
 
+/// What the user can change in the plug-in, such as its properties and its range, as a value to compare and to put
+/// back; empty for one that offers none.
+QVariantMap changeableState(const KTVPlugIn* plugIn);
+void changeTo(KTVPlugIn* plugIn, const QVariantMap& state);
+
 /// The graph without a title, for the pages of a report.
 QImage graphForPaper(KTVPlugIn* plugIn, const QSizeF& size, double density);
 

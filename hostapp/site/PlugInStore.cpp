@@ -2,6 +2,7 @@
 
 #include "base/ReportableError.h"
 #include "hostapp/core/Coder.h"
+#include "hostapp/document/ArchivedReferences.h"
 
 #include <algorithm>
 #include <iterator>
@@ -41,7 +42,9 @@ PlugInStore::Changes PlugInStore::changes(KTVSiteWindowController* siteWindowCon
         archived[plugIn.id] = plugIn.state;
         const auto known = std::find_if(m_stored.begin(), m_stored.end(),
                                         [&](const auto& stored) { return stored.second.id == plugIn.id; });
-        if (known != m_stored.end() && known->second.state == plugIn.state)
+        // Two programs that look at different spans would else take each other's in turn, for ever.
+        if (known != m_stored.end() &&
+            (known->second.state == plugIn.state || showTheSame(known->second.state, plugIn.state)))
             continue;
         const KTVPlugInPtr made = make(plugIn, siteWindowController);
         if (!made)

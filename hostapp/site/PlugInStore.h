@@ -25,9 +25,11 @@ public:
 
     /// What others changed in the document since it was loaded or stored.
     struct Changes {
-        QStringList gone;                     ///< identifiers of plug-ins that are not archived any more
-        std::vector<KTVPlugInPtr> came;       ///< made anew
-        std::vector<KTVPlugInPtr> different;  ///< made anew, in place of those with the same identifier
+        QStringList gone;                ///< identifiers of plug-ins that are not archived any more
+        std::vector<KTVPlugInPtr> came;  ///< made anew
+        /// Those with another title or other properties, made anew; where only a span or a range differs, each program
+        /// keeps its own, and the file that of the one that stored last.
+        std::vector<KTVPlugInPtr> different;
     };
     Changes changes(KTVSiteWindowController* siteWindowController);
 

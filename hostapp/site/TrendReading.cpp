@@ -9,11 +9,9 @@ namespace {
 /// Names of a trend's options. Stored with it: never change.
 QVariantMap recommendedReading()
 {
-    return {{QStringLiteral("readableLabels"), true},
-            {QStringLiteral("tellsOutside"), true},
-            {QStringLiteral("brokenLines"), true},
-            {QStringLiteral("propertyColors"), true},
-            {QStringLiteral("lineCommands"), true}};
+    return {{QStringLiteral("readableLabels"), true}, {QStringLiteral("forgetsRefusedRange"), true},
+            {QStringLiteral("tellsOutside"), true},   {QStringLiteral("brokenLines"), true},
+            {QStringLiteral("propertyColors"), true}, {QStringLiteral("lineCommands"), true}};
 }
 
 }  // namespace

@@ -48,6 +48,7 @@ void buildFileMenu(QMainWindow* window, SiteActions& actions)
     actions.recordComputer->setCheckable(true);
     actions.siteDetails = addAction(menu, SiteMenus::tr("Na&me and Location…"));
     menu->addSeparator();
+    actions.exportRecords = addAction(menu, SiteMenus::tr("E&xport Records…"));
     actions.exportImage =
         addAction(menu, SiteMenus::tr("&Export Image…"), QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_E));
     actions.exportPNG = addAction(menu, SiteMenus::tr("Export &Graph as PNG…"));

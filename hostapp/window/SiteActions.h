@@ -18,6 +18,7 @@ struct SiteActions {
     QAction* import = nullptr;
     QAction* siteDetails = nullptr;
     QAction* recordComputer = nullptr;
+    QAction* exportRecords = nullptr;
     QAction* exportImage = nullptr;
     QAction* exportPNG = nullptr;
     QAction* exportPDF = nullptr;

@@ -6,10 +6,12 @@
 #include "hostapp/window/EmptyStateView.h"
 #include "hostapp/window/ImportTask.h"
 #include "hostapp/window/ListRowDelegate.h"
+#include "hostapp/window/PropertyHistory.h"
 #include "hostapp/window/PropertyListModel.h"
 #include "hostapp/window/PropertyListView.h"
 #include "hostapp/window/Regions.h"
 #include "hostapp/window/SiteRecording.h"
+#include "hostapp/window/TrendHistory.h"
 
 #include <QtCore/QDeadlineTimer>
 #include <QtCore/QFileInfo>
@@ -68,7 +70,9 @@ SiteWindow::~SiteWindow()
     disconnect(&m_controller->follower(), nullptr, this, nullptr);
     m_trendList->setModel(nullptr);
     m_propertyView->setModel(nullptr);
+    m_trendHistory.reset();
     m_undoStack.clear();
+    m_propertyHistory.reset();
     m_controller.reset();
 }
 

@@ -25,10 +25,13 @@ class DesktopUserInterface;
 class EmptyStateView;
 class GatheringToolbar;
 class ImportTask;
+class PropertyHistory;
 class PropertyListModel;
 class PropertyListView;
+class RecordExportTask;
 class RecordingIndicator;
 class SiteRecording;
+class TrendHistory;
 class WebAddressBar;
 class WebServing;
 struct EditOutcome;
@@ -128,6 +131,8 @@ private:
     void askForNewSite();
     void exportGraph(const char* operation);
     void exportImage();
+    void exportRecordsOfTrend();
+    void startExport(RecordExportTask* task, const QString& fileName);
     void exportReport();
     void printReport();
     /// Brings dates, graph and records of a trend together before it leaves the screen; false, after an alert where
@@ -144,6 +149,8 @@ private:
     void openInSeparateWindow();
     void bringBack();
     void moveTrend(int rows);
+    std::vector<KTVPlugInPtr> trendsOnScreen() const;
+    bool isOurs(const QWidget* widget) const;
 
     // Editing the site.
     void connectEditing();
@@ -196,6 +203,8 @@ private:
     WindowServices m_services;
     SiteActions m_actions;
     std::unique_ptr<PropertyListModel> m_properties;
+    std::unique_ptr<PropertyHistory> m_propertyHistory;
+    std::unique_ptr<TrendHistory> m_trendHistory;
     std::unique_ptr<ImportTask> m_import;              ///< while one runs
     std::pair<QString, ImportOptions> m_importWanted;  ///< file and options of the last one
     std::unique_ptr<SiteRecording> m_recording;

@@ -43,6 +43,7 @@ void SiteWindow::connectFileActions()
     connect(m_actions.newSite, &QAction::triggered, this, &SiteWindow::askForNewSite);
     connect(m_actions.import, &QAction::triggered, this, [this] { askAndImport(); });
     connect(m_actions.siteDetails, &QAction::triggered, this, &SiteWindow::askForSiteDetails);
+    connect(m_actions.exportRecords, &QAction::triggered, this, &SiteWindow::exportRecordsOfTrend);
     connect(m_actions.exportImage, &QAction::triggered, this, &SiteWindow::exportImage);
     connect(m_actions.exportPNG, &QAction::triggered, this, [this] { exportGraph("exportToPNG"); });
     connect(m_actions.exportPDF, &QAction::triggered, this, [this] { exportGraph("exportToPDF"); });
@@ -98,6 +99,10 @@ void SiteWindow::updateActions()
     const auto needs = [&](const char* action) {
         return respondsToAction(plugIn.get(), action) || !noTrend.isEmpty() ? noTrend : tr("This view cannot do that.");
     };
+    setUnavailableReason(m_actions.exportRecords,
+                         m_controller->siteDocument()->agents().empty()
+                             ? tr("There is nothing to export yet: import or record something first.")
+                             : QString());
     setUnavailableReason(m_actions.exportImage, noTrend);
     setUnavailableReason(m_actions.exportPNG, needs("exportToPNG"));
     setUnavailableReason(m_actions.exportPDF, needs("exportToPDF"));

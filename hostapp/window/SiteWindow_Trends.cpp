@@ -5,7 +5,9 @@
 
 #include "hostapp/window/SiteWindow.h"
 
+#include "hostapp/window/PropertyHistory.h"
 #include "hostapp/window/TrendCommands.h"
+#include "hostapp/window/TrendHistory.h"
 
 #include <QtWidgets/QListView>
 
@@ -13,7 +15,12 @@ namespace plotix {
 
 void SiteWindow::connectTrendActions()
 {
-    m_undoStack.setUndoLimit(50);  // a deleted trend keeps its records in memory
+    m_undoStack.setUndoLimit(100);  // a deleted trend keeps its records in memory
+    m_propertyHistory = std::make_unique<PropertyHistory>(m_controller->siteDocument(), m_undoStack);
+    m_trendHistory = std::make_unique<TrendHistory>(
+        m_undoStack, [this] { return trendsOnScreen(); },
+        [this](const KTVPlugIn* trend) { return m_controller->follower().isFollowing(trend); },
+        [this](const QWidget* widget) { return isOurs(widget); });
     connect(&m_undoStack, &QUndoStack::indexChanged, this, &SiteWindow::updateActions);
     connect(m_actions.renameTrend, &QAction::triggered, this,
             [this] { m_trendList->edit(m_trendList->currentIndex()); });
@@ -37,6 +44,26 @@ void SiteWindow::connectTrendActions()
         updateActions();
         storeNow();
     });
+}
+
+std::vector<KTVPlugInPtr> SiteWindow::trendsOnScreen() const
+{
+    std::vector<KTVPlugInPtr> trends;
+    const SourceListModel& list = m_controller->sourceList();
+    for (int row = 0; row < list.rowCount(); ++row)
+        if (const KTVPlugInPtr plugIn = list.plugInAt(row);
+            plugIn->isViewLoaded() && plugIn->view() && plugIn->view()->isVisible())
+            trends.push_back(plugIn);
+    return trends;
+}
+
+bool SiteWindow::isOurs(const QWidget* widget) const
+{
+    // Menus and dialogs count as well: they belong to the window that opened them.
+    for (; widget; widget = widget->parentWidget())
+        if (widget == this || qobject_cast<const SeparateWindow*>(widget))
+            return true;
+    return false;
 }
 
 void SiteWindow::updateTrendActions(const QString& noTrend)

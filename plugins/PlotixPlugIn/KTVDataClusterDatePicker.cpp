@@ -1,9 +1,14 @@
 #include "plugins/PlotixPlugIn/KTVDataClusterDatePicker.h"
 
+#include "plugins/PlotixPlugIn/host/KTVBundle.h"
+#include "plugins/PlotixPlugIn/logic/TypedDate.h"
+
+#include <QtCore/QRegularExpression>
 #include <QtCore/QSignalBlocker>
 #include <QtGui/QKeyEvent>
 #include <QtWidgets/QCalendarWidget>
 #include <QtWidgets/QLineEdit>
+#include <QtWidgets/QToolTip>
 
 #include <cmath>
 
@@ -11,6 +16,14 @@ namespace {
 
 /// Beyond what any editor shows; keeps the conversion to milliseconds inside 64 bits.
 constexpr double kFarthestSeconds = 1e15;
+
+constexpr QColor kMarkOnLight(0xb7, 0x1c, 0x1c);
+constexpr QColor kMarkOnDark(0xff, 0x8a, 0x80);
+
+QString localizedText(const char* key)
+{
+    return KTVBundle::mainBundle()->localizedString(QLatin1String(key));
+}
 
 QDateTime nearestShown(const plotix::Date& date, const QDateTime& earliest, const QDateTime& latest)
 {
@@ -20,6 +33,11 @@ QDateTime nearestShown(const plotix::Date& date, const QDateTime& earliest, cons
         return latest;
     const QDateTime dateTime = QDateTime::fromMSecsSinceEpoch(std::llround(date.seconds * 1000.0));
     return std::clamp(dateTime, earliest, latest);
+}
+
+plotix::Date dateOf(const QDateTime& moment)
+{
+    return {static_cast<double>(moment.toMSecsSinceEpoch()) / 1000.0};
 }
 
 /// The locale's own order of day, month and year, with four digits of the year and seconds of the time.
@@ -34,6 +52,35 @@ QString displayFormatFor(const QLocale& locale)
     return dateFormat + QLatin1Char(' ') + timeFormat;
 }
 
+plotix::DayWords dayWords()
+{
+    return {localizedText(QT_TRANSLATE_NOOP("Plotix", "now")).toLower(),
+            localizedText(QT_TRANSLATE_NOOP("Plotix", "today")).toLower(),
+            localizedText(QT_TRANSLATE_NOOP("Plotix", "yesterday")).toLower(),
+            localizedText(QT_TRANSLATE_NOOP("Plotix", "tomorrow")).toLower()};
+}
+
+/// One part moved on; what it carries over goes to the others, so that the day after the 31st is the first.
+QDateTime stepped(const QDateTime& moment, QDateTimeEdit::Section section, int steps)
+{
+    switch (section) {
+    case QDateTimeEdit::YearSection: return moment.addYears(steps);
+    case QDateTimeEdit::MonthSection: return moment.addMonths(steps);
+    case QDateTimeEdit::HourSection: return moment.addSecs(3600 * qint64{steps});
+    case QDateTimeEdit::MinuteSection: return moment.addSecs(60 * qint64{steps});
+    case QDateTimeEdit::SecondSection: return moment.addSecs(steps);
+    case QDateTimeEdit::AmPmSection: return moment.addSecs(12 * 3600 * qint64{steps});
+    default: return moment.addDays(steps);
+    }
+}
+
+/// The parts of a shown date: its numbers and words, in order.
+QRegularExpressionMatchIterator partsOf(const QString& text)
+{
+    static const QRegularExpression part(QStringLiteral("\\w+"), QRegularExpression::UseUnicodePropertiesOption);
+    return part.globalMatch(text);
+}
+
 }  // namespace
 
 KTVDataClusterDatePicker::KTVDataClusterDatePicker(QWidget* parent) : QDateTimeEdit(parent)
@@ -41,7 +88,12 @@ KTVDataClusterDatePicker::KTVDataClusterDatePicker(QWidget* parent) : QDateTimeE
     setCalendarPopup(true);
     setDisplayFormat(displayFormatFor(locale()));
     m_shown = dateTime();
+    // The toolkit's own editing takes a date part by part and refuses what does not fit the part at the caret: "1.2."
+    // typed over the whole becomes something else. Its line is let go from it, and what is typed is read as a whole.
+    disconnect(lineEdit(), nullptr, this, nullptr);
+    lineEdit()->setValidator(nullptr);
     lineEdit()->installEventFilter(this);
+    connect(lineEdit(), &QLineEdit::textEdited, this, &KTVDataClusterDatePicker::takeText);
     connect(this, &QDateTimeEdit::dateTimeChanged, this, &KTVDataClusterDatePicker::takeEdit);
 }
 
@@ -50,6 +102,7 @@ void KTVDataClusterDatePicker::setDateValue(const plotix::OptionalDate& date)
     if (!date)
         return;
     m_dateValue = date;
+    dropTyping();
     if (std::isnan(date->seconds))
         return;
     // The editor reports a programmatic change like an edit; this one must not be reported.
@@ -64,26 +117,152 @@ void KTVDataClusterDatePicker::takeEdit(const QDateTime& shown)
     if (shown == m_shown)
         return;
     m_shown = shown;
-    m_dateValue = plotix::Date{static_cast<double>(shown.toMSecsSinceEpoch()) / 1000.0};
+    m_dateValue = dateOf(shown);
     emit dateEdited();
+}
+
+void KTVDataClusterDatePicker::takeText(const QString& text)
+{
+    if (!m_typing)
+        m_shownBeforeTyping = m_shown;
+    m_typing = true;
+    const auto read =
+        plotix::typedDate(text, {locale(), dayWords(), m_shownBeforeTyping, QDateTime::currentDateTime()});
+    markText(read.has_value());
+    if (!read)
+        return;
+    const bool isDayAtItsEnd = !read->hasTime && m_dayMeans == DayMeans::ItsEnd;
+    const QDateTime moment = isDayAtItsEnd ? read->moment.date().addDays(1).startOfDay() : read->moment;
+    {
+        const QSignalBlocker silence(this);
+        setDateTime(moment);
+    }
+    takeEdit(dateTime());
+}
+
+QString KTVDataClusterDatePicker::textFromDateTime(const QDateTime& moment) const
+{
+    // What is being typed is not rewritten under the user's hands.
+    return m_typing && moment == dateTime() ? lineEdit()->text() : QDateTimeEdit::textFromDateTime(moment);
+}
+
+QValidator::State KTVDataClusterDatePicker::validate(QString&, int&) const
+{
+    return m_understood ? QValidator::Acceptable : QValidator::Intermediate;
+}
+
+void KTVDataClusterDatePicker::endTyping()
+{
+    if (m_understood)  // else the text stays, to be mended
+        dropTyping();
+}
+
+void KTVDataClusterDatePicker::dropTyping()
+{
+    if (!m_typing)
+        return;
+    m_typing = false;
+    markText(true);
+    lineEdit()->setText(textFromDateTime(dateTime()));
+}
+
+void KTVDataClusterDatePicker::markText(bool understood)
+{
+    if (understood == m_understood)
+        return;
+    m_understood = understood;
+    QPalette colours;
+    if (!understood)
+        colours.setColor(QPalette::Text,
+                         palette().color(QPalette::Base).lightness() > 128 ? kMarkOnLight : kMarkOnDark);
+    lineEdit()->setPalette(colours);
+    QFont marked = font();
+    marked.setUnderline(!understood);
+    lineEdit()->setFont(marked);
+    const QString why =
+        localizedText(QT_TRANSLATE_NOOP("Plotix", "This is not understood as a date. Write it such as %1, or %2."))
+            .arg(QDateTimeEdit::textFromDateTime(dateTime()), dayWords().yesterday);
+    lineEdit()->setToolTip(understood ? QString() : why);
+    setAccessibleDescription(understood ? QString() : why);
 }
 
 void KTVDataClusterDatePicker::keyPressEvent(QKeyEvent* event)
 {
-    if (event->key() != Qt::Key_Return && event->key() != Qt::Key_Enter) {
+    const bool opensCalendar =
+        event->key() == Qt::Key_F4 || (event->key() == Qt::Key_Down && event->modifiers().testFlag(Qt::AltModifier));
+    if (event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter) {
+        endTyping();
+        event->accept();
+        if (!m_understood)
+            QToolTip::showText(mapToGlobal(rect().bottomLeft()), lineEdit()->toolTip(), this);
+        else if (auto* delegate = notifyReturnKeyDelegate())
+            delegate->returnKeyPressed(this);
+    } else if (event->key() == Qt::Key_Escape && m_typing) {
+        dropTyping();
+        event->accept();
+    } else if (opensCalendar) {
+        dropTyping();
         QDateTimeEdit::keyPressEvent(event);
-        return;
+    } else {
+        QAbstractSpinBox::keyPressEvent(event);  // past the editing by parts
     }
-    interpretText();  // a half-typed section counts as typed
-    event->accept();
-    if (auto* delegate = notifyReturnKeyDelegate())
-        delegate->returnKeyPressed(this);
+}
+
+void KTVDataClusterDatePicker::stepBy(int steps)
+{
+    dropTyping();
+    const int caret = lineEdit()->cursorPosition();
+    setDateTime(stepped(dateTime(), QDateTimeEdit::sectionAt(sectionAt(caret)), steps));
+    selectNumberAt(caret);
+}
+
+int KTVDataClusterDatePicker::sectionAt(int position) const
+{
+    int section = -1;
+    for (auto parts = partsOf(lineEdit()->text()); parts.hasNext();)
+        if (parts.next().capturedStart() <= position)
+            ++section;
+    return std::clamp(section, 0, sectionCount() - 1);
+}
+
+void KTVDataClusterDatePicker::selectNumberAt(int position)
+{
+    for (auto parts = partsOf(lineEdit()->text()); parts.hasNext();) {
+        const QRegularExpressionMatch part = parts.next();
+        if (position <= part.capturedEnd()) {
+            lineEdit()->setSelection(static_cast<int>(part.capturedStart()), static_cast<int>(part.capturedLength()));
+            return;
+        }
+    }
+}
+
+void KTVDataClusterDatePicker::focusInEvent(QFocusEvent* event)
+{
+    QAbstractSpinBox::focusInEvent(event);  // Tab selects the whole, not the first part
+}
+
+void KTVDataClusterDatePicker::focusOutEvent(QFocusEvent* event)
+{
+    endTyping();
+    QDateTimeEdit::focusOutEvent(event);
+}
+
+void KTVDataClusterDatePicker::mousePressEvent(QMouseEvent* event)
+{
+    dropTyping();  // the calendar begins with the date
+    QDateTimeEdit::mousePressEvent(event);
+}
+
+bool KTVDataClusterDatePicker::focusNextPrevChild(bool next)
+{
+    return QAbstractSpinBox::focusNextPrevChild(next);  // not from part to part
 }
 
 bool KTVDataClusterDatePicker::eventFilter(QObject* watched, QEvent* event)
 {
-    // A click alone leaves the caret between two digits, where every further digit is refused as too many.
-    if (watched == lineEdit() && event->type() == QEvent::MouseButtonRelease && !lineEdit()->hasSelectedText())
-        setSelectedSection(currentSection());
+    // A click alone leaves the caret between two digits; typing there would insert where people mean to replace.
+    if (watched == lineEdit() && event->type() == QEvent::MouseButtonRelease && !lineEdit()->hasSelectedText() &&
+        !m_typing)
+        selectNumberAt(lineEdit()->cursorPosition());
     return QDateTimeEdit::eventFilter(watched, event);
 }

@@ -13,12 +13,17 @@ public:
 
 /// A date and time editor that keeps the exact date it was given beside the seconds it shows.
 ///
-/// Setting a date notifies nobody; an edit by the user replaces the exact date with what is then shown and emits
-/// `dateEdited`. A click selects what it falls on, day, month, hour …, so that typing replaces it. Shown in the user's
-/// zone and locale, to the second. Its parent widget *owns* it. Main thread only.
+/// Setting a date notifies nobody; an edit by the user replaces the exact date and emits `dateEdited`. The text is
+/// typed freely and read as people write dates (`logic/TypedDate.h`); what is not understood is marked and changes
+/// nothing. A click selects the number it falls on, so that typing replaces it; the arrow keys and the wheel change the
+/// part at the caret. One stop of the Tab key. Shown in the user's zone and locale, to the second. Its parent widget
+/// *owns* it. Main thread only.
 class KTVDataClusterDatePicker : public QDateTimeEdit {
     Q_OBJECT
 public:
+    /// What a day without a time stands for.
+    enum class DayMeans { ItsStart, ItsEnd };
+
     explicit KTVDataClusterDatePicker(QWidget* parent = nullptr);
 
     /// The exact date, to the bit, that was set or edited last.
@@ -29,24 +34,47 @@ public:
     /// can, or what it showed before.
     void setDateValue(const plotix::OptionalDate& date);
 
+    void setDayMeans(DayMeans meaning) { m_dayMeans = meaning; }  ///< its start unless set
+
+    /// Whether the text is understood as a date. False: it is marked, and the date is still the one before.
+    bool isUnderstood() const { return m_understood; }
+
     DataClusterDatePickerReturnKeyNotification* notifyReturnKeyDelegate() const { return m_returnKeyDelegate.get(); }
     void setNotifyReturnKeyDelegate(DataClusterDatePickerReturnKeyNotification* delegate)
     {
         m_returnKeyDelegate = delegate;
     }
 
+    void stepBy(int steps) override;
+
 signals:
     void dateEdited();
 
 protected:
-    /// Return and Enter go to the delegate and no farther; every other key edits.
+    /// Return and Enter go to the delegate and no farther, unless the text is not understood; every other key edits.
     void keyPressEvent(QKeyEvent* event) override;
+    void focusInEvent(QFocusEvent* event) override;
+    void focusOutEvent(QFocusEvent* event) override;
+    void mousePressEvent(QMouseEvent* event) override;
+    bool focusNextPrevChild(bool next) override;
     bool eventFilter(QObject* watched, QEvent* event) override;
+    QString textFromDateTime(const QDateTime& dateTime) const override;
+    QValidator::State validate(QString& text, int& position) const override;
 
 private:
     void takeEdit(const QDateTime& shown);
+    void takeText(const QString& text);
+    void endTyping();   ///< unless the text is not understood
+    void dropTyping();  ///< shows the date again
+    void markText(bool understood);
+    void selectNumberAt(int position);
+    int sectionAt(int position) const;
 
     plotix::OptionalDate m_dateValue;
     QDateTime m_shown;
+    QDateTime m_shownBeforeTyping;  ///< what a text leaves out is taken from here
+    DayMeans m_dayMeans = DayMeans::ItsStart;
+    bool m_typing = false;  ///< the text is the user's, not ours
+    bool m_understood = true;
     WeakReference<DataClusterDatePickerReturnKeyNotification> m_returnKeyDelegate;
 };

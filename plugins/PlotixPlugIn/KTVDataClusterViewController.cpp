@@ -81,12 +81,19 @@ KTVDataClusterViewController::Pointer KTVDataClusterViewController::initWithCode
     return controller;
 }
 
-void KTVDataClusterViewController::encodeWithCoder(plotix::KeyedEncoder& encoder) const
+void KTVDataClusterViewController::encodeWithCoder(plotix::KeyedEncoder& encoder, RefusedRange refused) const
 {
-    if (const OptionalDate date = fromDateValue())
-        encoder.encodeValue(kFromDateKey, date->seconds);
-    if (const OptionalDate date = toDateValue())
-        encoder.encodeValue(kToDateKey, date->seconds);
+    OptionalDate from = fromDateValue();
+    OptionalDate to = toDateValue();
+    const bool isRefused = from && to && from->seconds > to->seconds;
+    if (isRefused && refused == RefusedRange::Forgotten && m_previousFromDate && m_previousToDate) {
+        from = m_previousFromDate;
+        to = m_previousToDate;
+    }
+    if (from)
+        encoder.encodeValue(kFromDateKey, from->seconds);
+    if (to)
+        encoder.encodeValue(kToDateKey, to->seconds);
 }
 
 void KTVDataClusterViewController::initDefaultDates()
@@ -153,6 +160,7 @@ void KTVDataClusterViewController::connectControls()
     layout->addGroup({m_quickDatePopupButton}, DatePanelLayout::WhenWrapped::BeginsRow);
     layout->addGroup({m_progressIndicator, m_refreshButton});
 
+    m_toDate->setDayMeans(KTVDataClusterDatePicker::DayMeans::ItsEnd);  // "until the 3rd" includes that day
     for (KTVDataClusterDatePicker* picker : {m_fromDate.data(), m_toDate.data()}) {
         picker->setNotifyReturnKeyDelegate(this);
         connect(picker, &KTVDataClusterDatePicker::dateEdited, this, [this, picker] {

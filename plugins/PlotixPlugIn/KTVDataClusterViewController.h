@@ -34,8 +34,11 @@ public:
     static Pointer initWithCoder(const plotix::KeyedDecoder& decoder);
     ~KTVDataClusterViewController() override;
 
+    /// What becomes of a range that ends before it begins. Forgotten: the accepted one is written, if there is one.
+    enum class RefusedRange { Stored, Forgotten };
+
     /// Writes the pickers' dates under "fromDate" and "toDate" and nothing else. Stored: never change.
-    void encodeWithCoder(plotix::KeyedEncoder& encoder) const;
+    void encodeWithCoder(plotix::KeyedEncoder& encoder, RefusedRange refused = RefusedRange::Stored) const;
 
     QWidget* view() const { return m_view; }
     KTVDataClusterDatePicker* fromDate() const { return m_fromDate; }

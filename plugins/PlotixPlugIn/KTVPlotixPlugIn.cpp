@@ -118,8 +118,11 @@ void KTVPlotixPlugIn::encodeWithCoder(KTVEncoder& encoder) const
 {
     KTVPlugIn::encodeWithCoder(encoder);
     encoder.encodeProperties(QStringLiteral("tables"), m_properties.value_or(KTVPropertyList()));
-    encoder.encodeObject(QStringLiteral("dataClusterViewController"),
-                         [this](plotix::KeyedEncoder& object) { m_dataCluster->encodeWithCoder(object); });
+    encoder.encodeObject(QStringLiteral("dataClusterViewController"), [this](plotix::KeyedEncoder& object) {
+        const bool forgets = m_reading.forgetsRefusedRange.value_or(false);
+        m_dataCluster->encodeWithCoder(object, forgets ? KTVDataClusterViewController::RefusedRange::Forgotten
+                                                       : KTVDataClusterViewController::RefusedRange::Stored);
+    });
     encoder.encodeBool(QStringLiteral("propertyDetailsShowing"), m_propertyDetailsShowing);
     if (m_plotRangeForY)
         encodePlotRange(encoder, *m_plotRangeForY);

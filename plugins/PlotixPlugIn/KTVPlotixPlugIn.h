@@ -137,6 +137,10 @@ public:
     Q_INVOKABLE QVariantList
     refreshedRange() const;  ///< the two dates of the last refresh, before its records moved them
 
+    // Changes of the user, as a value: properties, hidden lines, range. The names in it are not stored anywhere.
+    Q_INVOKABLE QVariantMap changeable() const;
+    Q_INVOKABLE void changeTo(const QVariantMap& state);  ///< fetches if properties come back
+
     Q_INVOKABLE QObject* readSpans() const;  ///< a plotix::ReadSpans; owned, never null
     // Reading. Options by name, see reading/ReadingOptions.h; unknown ones are passed over.
     Q_INVOKABLE void setReading(const QVariantMap& options);  ///< chooses these and leaves the others
@@ -289,6 +293,8 @@ private:
     void showRecordsBeneath(const KTVRecordDictionaryPtr& records, const OptionalDate& from, const OptionalDate& to);
     void tellShown(const KTVRecordDictionary& records, const OptionalDate& from, const OptionalDate& to);
     void applyReading();
+    bool changeProperties(const QStringList& keys);  // whether records are fetched
+    void changeHidden(const QStringList& hidden);
     void styleAxesPlainly();
     void updateRangeNotice();
     std::vector<plotix::LineReach> linesShown() const;

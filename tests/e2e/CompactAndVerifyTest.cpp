@@ -76,10 +76,12 @@ TEST_F(CompactAndVerify, DamageIsFoundAndIsStatusOne)
     ASSERT_EQ(run({"compact", "plant.plotix"}), 0) << error().toStdString();
     QFile file(path("plant.plotix"));
     ASSERT_TRUE(file.open(QIODevice::ReadWrite));
-    const QByteArray bytes = file.readAll();
-    const qsizetype middle = bytes.size() / 2;
-    file.seek(middle);
-    file.write(QByteArray(2000, '\x5A'));
+    // Rows fill a page from its end, and the records' tables are among those of the second half.
+    constexpr qint64 kPage = 16'384, kSpoiled = 100;
+    for (qint64 end = (file.size() / kPage / 2 + 1) * kPage; end <= file.size(); end += kPage) {
+        file.seek(end - kSpoiled);
+        file.write(QByteArray(kSpoiled, '\x5A'));
+    }
     file.close();
     EXPECT_EQ(run({"verify", "plant.plotix"}), 1);
     EXPECT_EQ(error().count('\n'), 1) << error().toStdString();

@@ -823,6 +823,26 @@
         <translation>Wert</translation>
     </message>
     <message>
+        <source>now</source>
+        <translation>jetzt</translation>
+    </message>
+    <message>
+        <source>today</source>
+        <translation>heute</translation>
+    </message>
+    <message>
+        <source>yesterday</source>
+        <translation>gestern</translation>
+    </message>
+    <message>
+        <source>tomorrow</source>
+        <translation>morgen</translation>
+    </message>
+    <message>
+        <source>This is not understood as a date. Write it such as %1, or %2.</source>
+        <translation>Das ist nicht als Datum zu verstehen. Schreiben Sie etwa %1 oder %2.</translation>
+    </message>
+    <message>
         <source>Lines</source>
         <translation>Linien</translation>
     </message>
@@ -874,6 +894,17 @@
     <message>
         <source>Show %1</source>
         <translation>%1 zeigen</translation>
+    </message>
+</context>
+<context>
+    <name>PropertyHistoryText</name>
+    <message>
+        <source>Unit of %1</source>
+        <translation>Einheit von %1</translation>
+    </message>
+    <message>
+        <source>Color of %1</source>
+        <translation>Farbe von %1</translation>
     </message>
 </context>
 <context>
@@ -1167,6 +1198,10 @@
         <source>Report in the View&apos;s Own &amp;Form</source>
         <translation>Bericht in der Form der An&amp;sicht</translation>
     </message>
+    <message>
+        <source>E&amp;xport Records…</source>
+        <translation>Messwerte e&amp;xportieren …</translation>
+    </message>
 </context>
 <context>
     <name>TrendCommandText</name>
@@ -1181,6 +1216,25 @@
     <message>
         <source>Move “%1”</source>
         <translation>„%1“ verschieben</translation>
+    </message>
+</context>
+<context>
+    <name>TrendHistoryText</name>
+    <message>
+        <source>Remove Properties</source>
+        <translation>Größen entfernen</translation>
+    </message>
+    <message>
+        <source>Add Properties</source>
+        <translation>Größen hinzufügen</translation>
+    </message>
+    <message>
+        <source>Hide or Show Lines</source>
+        <translation>Linien aus- oder einblenden</translation>
+    </message>
+    <message>
+        <source>Change Range</source>
+        <translation>Ausschnitt ändern</translation>
     </message>
 </context>
 <context>
@@ -1259,6 +1313,85 @@
     <message>
         <source>%1 × %2 pixels</source>
         <translation>%1 × %2 Pixel</translation>
+    </message>
+</context>
+<context>
+    <name>plotix::ExportRecordsDialog</name>
+    <message>
+        <source>&amp;All records</source>
+        <translation>&amp;Alle Messwerte</translation>
+    </message>
+    <message>
+        <source>Those the trend &amp;shows</source>
+        <translation>Die der Trend &amp;zeigt</translation>
+    </message>
+    <message>
+        <source>&amp;From</source>
+        <translation>&amp;Von</translation>
+    </message>
+    <message>
+        <source>Put an &amp;apostrophe before names that look like formulas</source>
+        <translation>A&amp;postroph vor Namen setzen, die wie Formeln aussehen</translation>
+    </message>
+    <message>
+        <source>Export Records</source>
+        <translation>Messwerte exportieren</translation>
+    </message>
+    <message>
+        <source>Text, comma-separated (.csv)</source>
+        <translation>Text, durch Kommas getrennt (.csv)</translation>
+    </message>
+    <message>
+        <source>Text, semicolon-separated (.csv)</source>
+        <translation>Text, durch Semikolons getrennt (.csv)</translation>
+    </message>
+    <message>
+        <source>Spreadsheet (.xlsx)</source>
+        <translation>Tabelle (.xlsx)</translation>
+    </message>
+    <message>
+        <source>Local time (%1)</source>
+        <translation>Ortszeit (%1)</translation>
+    </message>
+    <message>
+        <source>UTC</source>
+        <translation>UTC</translation>
+    </message>
+    <message>
+        <source>Source:</source>
+        <translation>Quelle:</translation>
+    </message>
+    <message>
+        <source>Records:</source>
+        <translation>Messwerte:</translation>
+    </message>
+    <message>
+        <source>F&amp;ormat:</source>
+        <translation>F&amp;ormat:</translation>
+    </message>
+    <message>
+        <source>&amp;Decimal sign:</source>
+        <translation>&amp;Dezimalzeichen:</translation>
+    </message>
+    <message>
+        <source>&amp;Times:</source>
+        <translation>Zei&amp;ten:</translation>
+    </message>
+    <message>
+        <source>&amp;Export…</source>
+        <translation>&amp;Exportieren …</translation>
+    </message>
+    <message>
+        <source>t&amp;o</source>
+        <translation>b&amp;is</translation>
+    </message>
+    <message>
+        <source>From</source>
+        <translation>Von</translation>
+    </message>
+    <message>
+        <source>To</source>
+        <translation>Bis</translation>
     </message>
 </context>
 <context>
@@ -1929,6 +2062,26 @@ Doppelklick ändert Farbe oder Einheit.</translation>
     <message>
         <source>&amp;Replace</source>
         <translation>&amp;Ersetzen</translation>
+    </message>
+    <message>
+        <source>There is nothing to export yet: import or record something first.</source>
+        <translation>Es gibt noch nichts zu exportieren: Zuerst etwas importieren oder aufzeichnen.</translation>
+    </message>
+    <message>
+        <source>Exporting %1…</source>
+        <translation>%1 wird exportiert …</translation>
+    </message>
+    <message>
+        <source>Exported %1.</source>
+        <translation>%1 exportiert.</translation>
+    </message>
+    <message>
+        <source>Export cancelled; nothing was written.</source>
+        <translation>Export abgebrochen; nichts wurde geschrieben.</translation>
+    </message>
+    <message>
+        <source>The records could not be exported</source>
+        <translation>Die Messwerte konnten nicht exportiert werden</translation>
     </message>
 </context>
 <context>

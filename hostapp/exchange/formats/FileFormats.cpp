@@ -3,6 +3,7 @@
 #include "hostapp/exchange/formats/delimited/DelimitedReader.h"
 #include "hostapp/exchange/formats/delimited/DelimitedWriter.h"
 #include "hostapp/exchange/formats/spreadsheet/SpreadsheetReader.h"
+#include "hostapp/exchange/formats/spreadsheet/SpreadsheetWriter.h"
 
 #include <algorithm>
 #include <array>
@@ -32,8 +33,13 @@ bool isTextName(const QString& name)
     return hasEndingOf(FileKind::Text, name);
 }
 
+bool isWorkbookName(const QString& name)
+{
+    return hasEndingOf(FileKind::Workbook, name);
+}
+
 constexpr std::array<FileFormat, 2> kFormats = {{
-    {"spreadsheet", zipFile, make<SpreadsheetReader>, nullptr, nullptr},
+    {"spreadsheet", zipFile, make<SpreadsheetReader>, isWorkbookName, writeSpreadsheet, FileKind::Workbook},
     {"delimited text", anyFile, make<DelimitedReader>, isTextName, writeDelimited},
 }};
 

@@ -10,9 +10,13 @@ struct Flag {
 };
 
 constexpr Flag kFlags[] = {
-    {"readableLabels", &ReadingOptions::readableLabels},   {"tellsOutside", &ReadingOptions::tellsOutside},
-    {"unlimitedValues", &ReadingOptions::unlimitedValues}, {"brokenLines", &ReadingOptions::brokenLines},
-    {"propertyColors", &ReadingOptions::propertyColors},   {"lineCommands", &ReadingOptions::lineCommands},
+    {"forgetsRefusedRange", &ReadingOptions::forgetsRefusedRange},
+    {"readableLabels", &ReadingOptions::readableLabels},
+    {"tellsOutside", &ReadingOptions::tellsOutside},
+    {"unlimitedValues", &ReadingOptions::unlimitedValues},
+    {"brokenLines", &ReadingOptions::brokenLines},
+    {"propertyColors", &ReadingOptions::propertyColors},
+    {"lineCommands", &ReadingOptions::lineCommands},
 };
 
 const QString kLongestJoin = QStringLiteral("longestJoin");  // stored: never change

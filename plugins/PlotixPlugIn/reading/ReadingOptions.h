@@ -15,6 +15,9 @@ struct ReadingOptions {
     /// the plots; the table's numbers likewise.
     std::optional<bool> readableLabels = {};
 
+    /// A range that was refused, one that ends before it begins, is not archived: the range accepted last is.
+    std::optional<bool> forgetsRefusedRange = {};
+
     /// A notice names the lines that the longest or shortest permitted range of values does not show.
     std::optional<bool> tellsOutside = {};
     /// The range of values may be of any length.

@@ -78,6 +78,12 @@ TEST_F(EditCommandTest, AnImportOverOtherValuesIsRefusedAndChangesNothing)
     EXPECT_EQ(records(), 3U);
 }
 
+TEST_F(EditCommandTest, OneReplacedValueIsOne)
+{
+    EXPECT_EQ(importAgain("2015-01-01T00:00:00Z,9,1000\n"), 1);
+    EXPECT_TRUE(m_error.contains("replaces 1 stored value of 1 property;")) << m_error.toStdString();
+}
+
 TEST_F(EditCommandTest, TheSameFileAgainReplacesNothing)
 {
     importWeather();

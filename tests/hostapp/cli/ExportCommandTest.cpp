@@ -28,7 +28,7 @@ TEST_F(ExportCommandTest, NoSiteIsWrittenOver)
 {
     importWeather();
     const QByteArray before = contents(site());
-    expectFailure({"export", site(), "--output", site()}, 2, QStringLiteral("must end in .csv"));
+    expectFailure({"export", site(), "--output", site()}, 2, QStringLiteral("must end in .csv, .txt or .xlsx"));
     QFile::link(site(), path("link.csv"));
     expectFailure({"export", site(), "--output", path("link.csv")}, 1, path("link.csv"));
     expectFailure({"export", site(), "--output", path("link.csv")}, 1, QStringLiteral("a site or another database"));
@@ -41,6 +41,31 @@ TEST_F(ExportCommandTest, AnEarlierExportIsReplaced)
     write("out.csv", "time,a\n");
     ASSERT_EQ(run({"export", site(), "--output", path("out.csv")}), 0) << m_error.toStdString();
     EXPECT_TRUE(contents(path("out.csv")).startsWith("time,Air"));
+}
+
+TEST_F(ExportCommandTest, ADecimalCommaComesWithSemicolons)
+{
+    importWeather();
+    ASSERT_EQ(run({"export", site(), "--decimal", "comma", "--output", path("out.csv")}), 0) << m_error.toStdString();
+    EXPECT_TRUE(contents(path("out.csv")).contains("\n2015-01-01T00:00:00Z;1,5;1000\n"));
+    expectFailure({"export", site(), "--decimal", "comma", "--delimiter", "comma", "--output", path("out.csv")}, 2,
+                  QStringLiteral("--decimal comma needs another --delimiter"));
+}
+
+TEST_F(ExportCommandTest, LocalTimesAndTabsOnRequest)
+{
+    importWeather();
+    ASSERT_EQ(run({"export", site(), "--clock", "local", "--delimiter", "tab", "--output", path("out.txt")}), 0);
+    EXPECT_TRUE(contents(path("out.txt")).contains("\n2015-01-01T00:00:00+00:00\t1.5\t1000\n"));
+}
+
+TEST_F(ExportCommandTest, ASpreadsheetIsAZipArchive)
+{
+    importWeather();
+    ASSERT_EQ(run({"export", site(), "--output", path("out.xlsx")}), 0) << m_error.toStdString();
+    EXPECT_TRUE(contents(path("out.xlsx")).startsWith("PK"));
+    expectFailure({"export", site(), "--output", path("out.xlsx"), "--formulas", "perhaps"}, 2,
+                  QStringLiteral("--formulas"));
 }
 
 struct RoundTripCase {

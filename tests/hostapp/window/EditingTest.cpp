@@ -19,6 +19,9 @@
 #include <QtWidgets/QMessageBox>
 #include <QtWidgets/QPushButton>
 
+#include <cstdio>
+
+using plotix::Date;
 using plotix::SiteWindow;
 
 namespace {
@@ -138,6 +141,30 @@ TEST_F(EditingTest, ARenameByAnotherProgramIsSeen)
     plotix::renameProperty(site.document->path(), first, "Renamed Elsewhere");
     ASSERT_TRUE(changed.wait(5000));
     EXPECT_EQ(names()[0], "Renamed Elsewhere");
+}
+
+TEST_F(EditingTest, AReplacedSiteIsToldAndMayOnlyBeLookedAt)
+{
+    const QString other = site.file("other.plotix");
+    plotix::SiteDocument::create(other);
+    ASSERT_EQ(std::rename(qPrintable(other), qPrintable(site.path())), 0);
+    QSignalSpy replaced(site.document.get(), &plotix::SiteDocument::replaced);
+    ASSERT_TRUE(replaced.wait(5000));
+    EXPECT_TRUE(window->windowTitle().contains("may only be looked at")) << window->windowTitle().toStdString();
+    EXPECT_FALSE(window->actions().import->isEnabled());
+    EXPECT_FALSE(window->actions().undoImport->isEnabled());
+}
+
+TEST_F(EditingTest, ATrendThatAnotherProgramDeletesLeavesTheList)
+{
+    window->controller().newTrend(station, {}, Date{0}, Date{10}, "Mine");
+    window->storeNow();
+    const int before = window->controller().sourceList().rowCount();
+    const auto other = plotix::SiteDocument::open(site.path());
+    other->removePlugIn(other->archivedPlugIns().back().id);
+    QSignalSpy changed(site.document.get(), &plotix::SiteDocument::changedElsewhere);
+    ASSERT_TRUE(changed.wait(5000));
+    EXPECT_EQ(window->controller().sourceList().rowCount(), before - 1);
 }
 
 TEST_F(EditingTest, AnImportOverOtherValuesAsksFirst)

@@ -38,6 +38,21 @@ TEST_F(DateRangeControllerArchive, TheDatesComeBackToTheBit)
     EXPECT_EQ(decoded->fromDate()->dateTime().toSecsSinceEpoch(), 1388534399);
 }
 
+TEST_F(DateRangeControllerArchive, ARefusedRangeIsArchivedUnlessItIsToBeForgotten)
+{
+    controller->setFromDateValue(Date{1000});
+    controller->setToDateValue(Date{2000});
+    controller->acceptDates(nullptr);
+    controller->setFromDateValue(Date{3000});
+    encode();
+    EXPECT_EQ(archive.value("fromDate").toDouble(), 3000);
+    fakehost::FakeArchive other;
+    fakehost::FakeEncoder encoder(other);
+    controller->encodeWithCoder(encoder, KTVDataClusterViewController::RefusedRange::Forgotten);
+    EXPECT_EQ(other.value("fromDate").toDouble(), 1000);
+    EXPECT_EQ(other.value("toDate").toDouble(), 2000);
+}
+
 TEST_F(DateRangeControllerArchive, WhatIsArchivedIsWhatThePickersHoldNow)
 {
     showPanel();

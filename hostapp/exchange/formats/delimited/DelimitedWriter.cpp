@@ -2,6 +2,7 @@
 
 #include "hostapp/exchange/ColumnHeader.h"
 #include "hostapp/exchange/ExactText.h"
+#include "hostapp/exchange/ExportClock.h"
 
 #include <algorithm>
 #include <cmath>
@@ -14,9 +15,9 @@ namespace {
 constexpr std::size_t kBytesBetweenWrites = 1 << 20;
 constexpr std::size_t kRowsBetweenReports = 8192;
 
-std::string quotedWhereNeeded(const QString& text)
+std::string quotedWhereNeeded(const QString& text, char delimiter)
 {
-    const bool isPlain = !text.contains(QLatin1Char(',')) && !text.contains(QLatin1Char('"')) &&
+    const bool isPlain = !text.contains(QLatin1Char(delimiter)) && !text.contains(QLatin1Char('"')) &&
                          !text.contains(QLatin1Char('\n')) && !text.contains(QLatin1Char('\r'));
     return (isPlain
                 ? text
@@ -34,16 +35,18 @@ public:
 private:
     void appendHeader();
     void appendRow(std::size_t row);
+    void appendNumber(double number);
     void flush();
 
     QIODevice& m_device;               // borrowed
     const ExportedRecords& m_records;  // borrowed
+    ExportClock m_clock;
     bool m_hasCalendarTimes;
     std::string m_text;
 };
 
 DelimitedWriter::DelimitedWriter(QIODevice& device, const ExportedRecords& records)
-    : m_device(device), m_records(records)
+    : m_device(device), m_records(records), m_clock(records.form.clock)
 {
     const std::span<const double> times = records.block.times.span();
     m_hasCalendarTimes = std::all_of(times.begin(), times.end(), hasCalendarText);
@@ -66,22 +69,35 @@ void DelimitedWriter::write(const ExportProgress& progress)
 
 void DelimitedWriter::appendHeader()
 {
+    const ExportForm& form = m_records.form;
     m_text = m_hasCalendarTimes ? "time" : "time (s)";
     for (const ExportedRecords::Column& column : m_records.columns)
-        m_text += ',' + quotedWhereNeeded(joinedHeader({column.name, column.unit}));
+        m_text += form.delimiter +
+                  quotedWhereNeeded(cellName(joinedHeader({column.name, column.unit}), form.guardsFormulas == true),
+                                    form.delimiter);
     m_text += '\n';
 }
 
 void DelimitedWriter::appendRow(std::size_t row)
 {
     const double time = m_records.block.times[row];
-    m_text += m_hasCalendarTimes ? exactTime(time) : exactNumber(time);
+    if (m_hasCalendarTimes)
+        m_text += m_clock.text(time);
+    else
+        appendNumber(time);
     for (const RecordBlock::Column& column : m_records.block.columns) {
-        m_text += ',';
+        m_text += m_records.form.delimiter;
         if (column.validity.isValid(row) && !std::isnan(column.values[row]))
-            m_text += exactNumber(column.values[row]);
+            appendNumber(column.values[row]);
     }
     m_text += '\n';
+}
+
+void DelimitedWriter::appendNumber(double number)
+{
+    std::string text = exactNumber(number);
+    std::replace(text.begin(), text.end(), '.', m_records.form.decimalSign);
+    m_text += text;
 }
 
 void DelimitedWriter::flush()

@@ -26,6 +26,12 @@ TEST(FileFormats, AreWrittenUnderNamesOfTheirOwnAlone)
         EXPECT_THROW(formatWrittenFor(QLatin1String(name)), OutputFailure) << name;
 }
 
+TEST(FileFormats, ASpreadsheetIsWrittenUnderItsName)
+{
+    EXPECT_STREQ(formatWrittenFor(QStringLiteral("Data.XLSX")).name, "spreadsheet");
+    EXPECT_EQ(formatWrittenFor(QStringLiteral("data.xlsx")).written, FileKind::Workbook);
+}
+
 TEST(FileFormats, CanAllBeReadAndHaveNamesOfTheirOwn)
 {
     QStringList names;

@@ -1,0 +1,201 @@
+#include "plugins/PlotixPlugIn/logic/TypedDate.h"
+
+#include <QtCore/QRegularExpression>
+#include <QtCore/QStringList>
+#include <QtCore/QTimeZone>
+
+#include <array>
+
+namespace plotix {
+
+namespace {
+
+using OptionalQDate = std::optional<QDate>;
+
+std::optional<TypedDate> isoDate(const QString& text, const TypedDateSurroundings& surroundings)
+{
+    static const QRegularExpression form(
+        QStringLiteral("^(\\d{4})-(\\d\\d)-(\\d\\d)[T ](\\d\\d):?(\\d\\d)(?::?(\\d\\d)(?:[.,](\\d{1,9}))?)?"
+                       "\\s?(Z|[+-]\\d\\d(?::?\\d\\d)?)?$"),
+        QRegularExpression::CaseInsensitiveOption);
+    const QRegularExpressionMatch found = form.match(text);
+    if (!found.hasMatch())
+        return std::nullopt;
+    const auto number = [&found](int part) { return found.captured(part).toInt(); };
+    const int milliseconds = found.captured(7).leftJustified(3, QLatin1Char('0')).left(3).toInt();
+    const QDate day(number(1), number(2), number(3));
+    const QTime time(number(4), number(5), number(6), milliseconds);
+    if (!day.isValid() || !time.isValid())
+        return std::nullopt;
+    const QString zone = found.captured(8).toUpper();
+    if (zone.isEmpty())
+        return TypedDate{QDateTime(day, time), true};
+    const int sign = zone.startsWith(QLatin1Char('-')) ? -1 : 1;
+    const QString digits = QString(zone).remove(QLatin1Char(':'));
+    const int offset =
+        zone == QLatin1String("Z") ? 0 : sign * (digits.mid(1, 2).toInt() * 3600 + digits.mid(3, 2).toInt() * 60);
+    const QDateTime moment(day, time, Qt::OffsetFromUTC, offset);
+    const bool isLocal = surroundings.shown.timeSpec() == Qt::LocalTime;
+    return TypedDate{isLocal ? moment.toLocalTime() : moment.toTimeZone(surroundings.shown.timeZone()), true};
+}
+
+/// The hour of twelve with its half of the day.
+int hourOfDay(int hour, const QString& half)
+{
+    if (half.isEmpty())
+        return hour;
+    if (hour < 1 || hour > 12)
+        return -1;
+    return hour % 12 + (half.startsWith(QLatin1Char('p')) ? 12 : 0);
+}
+
+/// Takes the time out of the text. `time` stays empty when there is none; false: what looks like one is none.
+bool takeTime(QString& text, const QLocale& locale, std::optional<QTime>& time)
+{
+    const QString forenoon = locale.amText().isEmpty() ? QStringLiteral("am") : locale.amText().toLower();
+    const QString afternoon = locale.pmText().isEmpty() ? QStringLiteral("pm") : locale.pmText().toLower();
+    const QString halves = QStringLiteral("(a\\.?m\\.?|p\\.?m\\.?|%1|%2)")
+                               .arg(QRegularExpression::escape(forenoon), QRegularExpression::escape(afternoon));
+    const QRegularExpression withMinutes(
+        QStringLiteral("(?<![\\d:])(\\d{1,2}):(\\d\\d)(?::(\\d\\d))?(?![\\d:])\\s*%1?").arg(halves));
+    const QRegularExpression hourAlone(QStringLiteral("(?<![\\d:.])(\\d{1,2})\\s*%1(?!\\w)").arg(halves));
+    QRegularExpressionMatch found = withMinutes.match(text);
+    const bool isHourAlone = !found.hasMatch();
+    if (isHourAlone)
+        found = hourAlone.match(text);
+    if (!found.hasMatch())
+        return !text.contains(QLatin1Char(':'));
+    const bool isAfternoon = found.captured(isHourAlone ? 2 : 4) == afternoon;
+    const QString half = isAfternoon ? QStringLiteral("pm") : found.captured(isHourAlone ? 2 : 4);
+    const int hour = hourOfDay(found.captured(1).toInt(), half);
+    time = isHourAlone ? QTime(hour, 0) : QTime(hour, found.captured(2).toInt(), found.captured(3).toInt());
+    text.remove(found.capturedStart(), found.capturedLength());
+    return time->isValid() && !text.contains(QLatin1Char(':'));
+}
+
+/// Two digits are a year of our time: 70 to 99 of the last century.
+int wholeYear(int year, qsizetype digits)
+{
+    if (digits > 2)
+        return year;
+    return year < 70 ? 2000 + year : 1900 + year;
+}
+
+OptionalQDate valid(int year, int month, int day)
+{
+    const QDate date(year, month, day);
+    return date.isValid() ? OptionalQDate(date) : std::nullopt;
+}
+
+int monthNamed(const QString& word, const QLocale& locale)
+{
+    for (int month = 1; month <= 12; ++month)
+        for (const QLocale& language : {locale, QLocale::c()}) {
+            const QString name = language.monthName(month, QLocale::LongFormat).toLower();
+            if (word.size() >= 3 && name.startsWith(word))
+                return month;
+            QString brief = language.monthName(month, QLocale::ShortFormat).toLower();
+            if (word == brief.remove(QLatin1Char('.')))
+                return month;
+        }
+    return 0;
+}
+
+/// Where year, month and day stand in the locale's dates, such as "dmy".
+QString orderOf(const QLocale& locale)
+{
+    QString order;
+    for (const QChar letter : locale.dateFormat(QLocale::ShortFormat).toLower())
+        if (QStringLiteral("dmy").contains(letter) && !order.contains(letter))
+            order += letter;
+    return order;
+}
+
+OptionalQDate dateOfNumbers(const QStringList& numbers, bool dotted, const TypedDateSurroundings& surroundings)
+{
+    const int year = surroundings.shown.date().year();
+    const auto value = [&numbers](qsizetype at) { return numbers[at].toInt(); };
+    QString order = dotted ? QStringLiteral("dmy") : orderOf(surroundings.locale);
+    if (numbers.first().size() == 4 && numbers.size() > 1)
+        order = QStringLiteral("ymd");
+    if (numbers.size() == 3) {
+        const qsizetype y = order.indexOf(QLatin1Char('y'));
+        return valid(wholeYear(value(y), numbers[y].size()), value(order.indexOf(QLatin1Char('m'))),
+                     value(order.indexOf(QLatin1Char('d'))));
+    }
+    if (numbers.size() == 2) {
+        if (numbers[0].size() == 4)
+            return valid(value(0), value(1), 1);
+        if (numbers[1].size() == 4)
+            return valid(value(1), value(0), 1);
+        order.remove(QLatin1Char('y'));
+        return valid(year, value(order.indexOf(QLatin1Char('m'))), value(order.indexOf(QLatin1Char('d'))));
+    }
+    if (numbers[0].size() == 8)
+        return valid(numbers[0].left(4).toInt(), numbers[0].mid(4, 2).toInt(), numbers[0].right(2).toInt());
+    if (numbers[0].size() == 4)
+        return valid(value(0), 1, 1);
+    return numbers[0].size() <= 2 ? valid(year, surroundings.shown.date().month(), value(0)) : std::nullopt;
+}
+
+OptionalQDate dateWithMonthName(int month, const QStringList& numbers, const TypedDateSurroundings& surroundings)
+{
+    int year = surroundings.shown.date().year();
+    int day = 1;
+    if (numbers.size() > 2)
+        return std::nullopt;
+    for (const QString& number : numbers)
+        (number.size() == 4 ? year : day) = number.toInt();
+    return valid(year, month, day);
+}
+
+OptionalQDate dateOf(const QString& text, const TypedDateSurroundings& surroundings)
+{
+    const std::array days{std::pair(surroundings.words.yesterday, -1), std::pair(surroundings.words.today, 0),
+                          std::pair(surroundings.words.tomorrow, 1)};
+    for (const auto& [word, distance] : days)
+        if (!word.isEmpty() && text == word)
+            return surroundings.now.date().addDays(distance);
+    static const QRegularExpression separators(QStringLiteral("[\\s./,-]+"));
+    QStringList numbers;
+    int month = 0;
+    for (const QString& word : text.split(separators, Qt::SkipEmptyParts)) {
+        bool isNumber = false;
+        word.toUInt(&isNumber);
+        if (isNumber)
+            numbers << word;
+        else if (month == 0)
+            month = monthNamed(word, surroundings.locale);
+        if (!isNumber && month == 0)
+            return std::nullopt;
+    }
+    if (month > 0)
+        return dateWithMonthName(month, numbers, surroundings);
+    if (numbers.isEmpty() || numbers.size() > 3)
+        return std::nullopt;
+    return dateOfNumbers(numbers, text.contains(QLatin1Char('.')), surroundings);
+}
+
+}  // namespace
+
+std::optional<TypedDate> typedDate(const QString& typed, const TypedDateSurroundings& surroundings)
+{
+    if (const auto iso = isoDate(typed.simplified(), surroundings))
+        return iso;
+    QString text = typed.simplified().toLower();
+    if (!surroundings.words.now.isEmpty() && text == surroundings.words.now)
+        return TypedDate{surroundings.now, true};
+    std::optional<QTime> time;
+    if (text.isEmpty() || !takeTime(text, surroundings.locale, time))
+        return std::nullopt;
+    text = text.simplified();
+    while (text.endsWith(QLatin1Char(',')))
+        text.chop(1);
+    const OptionalQDate date =
+        text.isEmpty() && time ? OptionalQDate(surroundings.shown.date()) : dateOf(text, surroundings);
+    if (!date)
+        return std::nullopt;
+    return TypedDate{time ? QDateTime(*date, *time) : date->startOfDay(), time.has_value()};
+}
+
+}  // namespace plotix

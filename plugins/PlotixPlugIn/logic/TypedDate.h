@@ -1,0 +1,39 @@
+#pragma once
+
+#include <QtCore/QDateTime>
+#include <QtCore/QLocale>
+#include <QtCore/QString>
+
+#include <optional>
+
+/// Reading a date and time as people type them.
+///
+/// Understood are the locale's own form, with or without a year, a time or seconds ("1.2.2024 14:30", "1.2.", "2/1"
+/// where the month comes first, "2:30 pm"), months by name ("3 Feb 2024"), ISO 8601 with and without a zone, a time
+/// alone, and words for now and for the days around today. What is missing comes from the date shown before: the year
+/// of a day, the day of a time. A date without a time is the start of that day. Pure; any thread.
+namespace plotix {
+
+/// The words a language has for days, in lower case.
+struct DayWords {
+    QString now, today, yesterday, tomorrow;
+};
+
+struct TypedDateSurroundings {
+    QLocale locale;
+    DayWords words;
+    QDateTime shown;  ///< what the text replaces; its zone is that of the answer
+    QDateTime now;
+};
+
+struct TypedDate {
+    QDateTime moment;
+    bool hasTime = false;  ///< a time was written, too
+
+    friend bool operator==(const TypedDate&, const TypedDate&) = default;
+};
+
+/// Nothing when the text is not understood as a whole, or names a day or time that is not in the calendar.
+std::optional<TypedDate> typedDate(const QString& text, const TypedDateSurroundings& surroundings);
+
+}  // namespace plotix

@@ -1,0 +1,61 @@
+#include "hostapp/exchange/ExportClock.h"
+
+#include <gtest/gtest.h>
+
+#include <ctime>
+
+namespace plotix {
+
+namespace {
+
+class ExportClockTest : public testing::Test {
+protected:
+    void SetUp() override
+    {
+        m_zone = qgetenv("TZ");
+        useZone("Europe/Berlin");
+    }
+    void TearDown() override { useZone(m_zone); }
+    static void useZone(const QByteArray& zone)
+    {
+        qputenv("TZ", zone);
+        tzset();
+    }
+
+    ExportClock local{ExportForm::Clock::Local};
+
+private:
+    QByteArray m_zone;
+};
+
+TEST_F(ExportClockTest, LocalTimesSayHowFarTheyAreFromUtc)
+{
+    EXPECT_EQ(local.text(1'705'000'800.25), "2024-01-11T20:20:00.25+01:00");
+    EXPECT_EQ(local.text(1'720'000'800), "2024-07-03T12:00:00+02:00");
+    EXPECT_EQ(ExportClock(ExportForm::Clock::Utc).text(1'720'000'800), "2024-07-03T10:00:00Z");
+}
+
+TEST_F(ExportClockTest, TheRepeatedHourIsToldApart)
+{
+    EXPECT_EQ(local.text(1'729'989'000), "2024-10-27T02:30:00+02:00");
+    EXPECT_EQ(local.text(1'729'992'600), "2024-10-27T02:30:00+01:00");
+}
+
+TEST_F(ExportClockTest, WestAndHalfHours)
+{
+    useZone("America/St_Johns");
+    EXPECT_EQ(local.text(0), "1969-12-31T20:30:00-03:30");
+}
+
+TEST_F(ExportClockTest, OnlyNamesLikeFormulasGetAnApostrophe)
+{
+    for (const char* name : {"=A1", "+1", "-1", "@x"})
+        EXPECT_EQ(cellName(QLatin1String(name), true), QLatin1Char('\'') + QLatin1String(name));
+    EXPECT_EQ(cellName("Air", true), "Air");
+    EXPECT_EQ(cellName("=A1", false), "=A1");
+    EXPECT_EQ(cellName("", true), "");
+}
+
+}  // namespace
+
+}  // namespace plotix

@@ -1,0 +1,100 @@
+#include "plugins/PlotixPlugIn/logic/TypedDate.h"
+
+#include <gtest/gtest.h>
+
+namespace {
+
+using plotix::typedDate;
+
+struct Typing {
+    const char* name;
+    QLocale::Language language;
+    QLocale::Territory territory;
+    const char* text;
+    const char* understood;  ///< ISO; empty: not at all
+};
+
+void PrintTo(const Typing& typing, std::ostream* stream)
+{
+    *stream << typing.text;
+}
+
+plotix::TypedDateSurroundings surroundings(const QLocale& locale)
+{
+    const plotix::DayWords words{QStringLiteral("jetzt"), QStringLiteral("heute"), QStringLiteral("gestern"),
+                                 QStringLiteral("morgen")};
+    return {locale, words, QDateTime({2023, 7, 5}, {8, 15, 30}), QDateTime({2024, 3, 1}, {12, 0, 7})};
+}
+
+class TypedDateTest : public testing::TestWithParam<Typing> {};
+
+TEST_P(TypedDateTest, IsUnderstoodAsMeant)
+{
+    const QLocale locale(GetParam().language, GetParam().territory);
+    const auto read = typedDate(QString::fromUtf8(GetParam().text), surroundings(locale));
+    EXPECT_EQ((read ? read->moment.toString(Qt::ISODate) : QString()).toStdString(), GetParam().understood);
+}
+
+constexpr auto de = QLocale::German;
+constexpr auto en = QLocale::English;
+constexpr auto DE = QLocale::Germany;
+constexpr auto US = QLocale::UnitedStates;
+constexpr auto GB = QLocale::UnitedKingdom;
+
+INSTANTIATE_TEST_SUITE_P(
+    Forms, TypedDateTest,
+    testing::Values(Typing{"WholeForm", de, DE, "01.02.2024 14:30:15", "2024-02-01T14:30:15"},
+                    Typing{"WithoutSeconds", de, DE, "1.2.2024 14:30", "2024-02-01T14:30:00"},
+                    Typing{"WithoutTime", de, DE, "1.2.2024", "2024-02-01T00:00:00"},
+                    Typing{"YearOfTwoDigits", de, DE, "1.2.24", "2024-02-01T00:00:00"},
+                    Typing{"YearOfLastCentury", de, DE, "1.2.87", "1987-02-01T00:00:00"},
+                    Typing{"WithoutYear", de, DE, "1.2.", "2023-02-01T00:00:00"},
+                    Typing{"WithoutYearNorDot", de, DE, "1.2", "2023-02-01T00:00:00"},
+                    Typing{"WithoutYearWithTime", de, DE, "1.2. 6:05", "2023-02-01T06:05:00"},
+                    Typing{"TimeAlone", de, DE, "14:30", "2023-07-05T14:30:00"},
+                    Typing{"DayAlone", de, DE, "17.", "2023-07-17T00:00:00"},
+                    Typing{"YearAlone", de, DE, "2021", "2021-01-01T00:00:00"},
+                    Typing{"MonthAndYear", de, DE, "02/2024", "2024-02-01T00:00:00"},
+                    Typing{"MonthByName", de, DE, "3. Februar 2024", "2024-02-03T00:00:00"},
+                    Typing{"MonthByForeignName", de, DE, "3 Oct 2024 7:00", "2024-10-03T07:00:00"},
+                    Typing{"March", de, DE, "1. März", "2023-03-01T00:00:00"},
+                    Typing{"Yesterday", de, DE, "Gestern", "2024-02-29T00:00:00"},
+                    Typing{"YesterdayWithTime", de, DE, "gestern 14:30", "2024-02-29T14:30:00"},
+                    Typing{"Tomorrow", de, DE, "morgen", "2024-03-02T00:00:00"},
+                    Typing{"Now", de, DE, "jetzt", "2024-03-01T12:00:07"},
+                    Typing{"MonthFirst", en, US, "2/1/2024 2:30 PM", "2024-02-01T14:30:00"},
+                    Typing{"MonthFirstShort", en, US, "2/1", "2023-02-01T00:00:00"},
+                    Typing{"DottedIsDayFirstEverywhere", en, US, "1.2.2024", "2024-02-01T00:00:00"},
+                    Typing{"DayFirst", en, GB, "1/2/2024", "2024-02-01T00:00:00"},
+                    Typing{"NameFirst", en, US, "Feb 3, 2024 7:00", "2024-02-03T07:00:00"},
+                    Typing{"HourOfTheAfternoon", en, US, "2pm", "2023-07-05T14:00:00"},
+                    Typing{"Midnight", en, US, "12:00 am", "2023-07-05T00:00:00"},
+                    Typing{"Iso", en, US, "2024-02-01", "2024-02-01T00:00:00"},
+                    Typing{"IsoWithTime", en, US, "2024-02-01T14:30", "2024-02-01T14:30:00"},
+                    Typing{"IsoWithSpaceAndFraction", de, DE, "2024-02-01 14:30:15.250", "2024-02-01T14:30:15"},
+                    Typing{"Digits", de, DE, "20240201", "2024-02-01T00:00:00"}),
+    [](const auto& row) { return row.param.name; });
+
+INSTANTIATE_TEST_SUITE_P(
+    NotUnderstood, TypedDateTest,
+    testing::Values(Typing{"Nothing", de, DE, "  ", ""}, Typing{"Word", de, DE, "vorgestern", ""},
+                    Typing{"NoSuchDay", de, DE, "31.2.2024", ""}, Typing{"NoSuchMonth", en, US, "13/2/2024", ""},
+                    Typing{"NoSuchHour", de, DE, "1.2.2024 25:00", ""}, Typing{"HalfATime", de, DE, "1.2.2024 14:", ""},
+                    Typing{"ThirteenOfTwelve", en, US, "13:00 pm", ""}, Typing{"TooMany", de, DE, "1.2.3.4", ""},
+                    Typing{"Rest", de, DE, "1.2.2024 14:30 x", ""}),
+    [](const auto& row) { return row.param.name; });
+
+TEST(TypedDateZoneTest, ATimeWithAZoneIsShownInTheUsersOwn)
+{
+    const auto read = typedDate(QStringLiteral("2024-02-01T14:30:00+02:00"), surroundings(QLocale::c()));
+    ASSERT_TRUE(read);
+    EXPECT_EQ(read->moment.toSecsSinceEpoch(), 1706790600);
+}
+
+TEST(TypedDateZoneTest, WhetherATimeWasWrittenIsKnown)
+{
+    EXPECT_FALSE(typedDate(QStringLiteral("1.2.2024"), surroundings(QLocale(de, DE)))->hasTime);
+    EXPECT_TRUE(typedDate(QStringLiteral("1.2.2024 0:00"), surroundings(QLocale(de, DE)))->hasTime);
+}
+
+}  // namespace
