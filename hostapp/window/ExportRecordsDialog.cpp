@@ -2,6 +2,7 @@
 
 #include <QtCore/QLocale>
 #include <QtCore/QTimeZone>
+#include <QtWidgets/QButtonGroup>
 #include <QtWidgets/QCheckBox>
 #include <QtWidgets/QComboBox>
 #include <QtWidgets/QDateTimeEdit>
@@ -50,6 +51,9 @@ ExportRecordsDialog::ExportRecordsDialog(const QString& agent, const std::option
         {tr("Text, comma-separated (.csv)"), tr("Text, semicolon-separated (.csv)"), tr("Spreadsheet (.xlsx)")});
     m_decimal->addItems({QStringLiteral("1.5"), QStringLiteral("1,5")});
     m_clock->addItems({tr("Local time (%1)").arg(QString::fromLatin1(QTimeZone::systemTimeZoneId())), tr("UTC")});
+    auto* spans = new QButtonGroup(this);  // the buttons stand in two widgets, and only one of them counts
+    for (QRadioButton* button : {m_all, m_shown, m_chosen})
+        spans->addButton(button);
     m_shown->setEnabled(visible.has_value());
     (visible ? m_shown : m_all)->setChecked(true);
     auto* rows = new QFormLayout(this);
