@@ -59,8 +59,9 @@ TEST_F(MemoryBudgetTest, TheEnvironmentComesBeforeTheSetting)
     EXPECT_EQ(plotix::memoryBudgetProblem(), std::nullopt);
     qputenv("PLOTIX_MEMORY_BUDGET", "plenty");
     EXPECT_EQ(memoryBudget(), 3'000'000'000U);
-    EXPECT_EQ(plotix::memoryBudgetProblem(), QStringLiteral("PLOTIX_MEMORY_BUDGET is “plenty”, which is no size such as 8 GB, "
-                                                    "so it is passed over; 3.0 GB may be used"));
+    EXPECT_EQ(plotix::memoryBudgetProblem(),
+              QStringLiteral("PLOTIX_MEMORY_BUDGET is “plenty”, which is no size such as 8 GB, "
+                             "so it is passed over; 3.0 GB may be used"));
 }
 
 TEST_F(MemoryBudgetTest, WithoutASettingItIsAPartOfTheMachine)
