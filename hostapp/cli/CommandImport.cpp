@@ -25,7 +25,7 @@ struct ImportCommand {
     bool json = false;
 };
 
-void addFirstTrend(const ImportSummary& summary, CommandServices& services)
+void addFirstTrend(const ImportSummary& summary, TrendOccasion occasion, CommandServices& services)
 {
     const std::shared_ptr<SiteDocument> document = openSite(summary.site);
     const std::shared_ptr<SiteAgent> agent = agentOf(*document, summary.agent);
@@ -33,7 +33,7 @@ void addFirstTrend(const ImportSummary& summary, CommandServices& services)
     std::vector<ValueExtent> extents;
     for (const ImportSummary::Column& column : summary.columns)
         extents.push_back({column.propertyName, column.lowest, column.highest});
-    services.storeTrend(requestOf(document, agent, planFirstTrend(TrendOccasion::Imported, *agent, imported, extents)));
+    services.storeTrend(requestOf(document, agent, planFirstTrend(occasion, *agent, imported, extents)));
 }
 
 /// As a date; as seconds where the calendar has none.
@@ -120,7 +120,8 @@ int runCommand(const ImportCommand& command, CommandContext context)
     else
         context.streams.output << printedText(summary).toStdString();
     if (summary.firstImport)
-        addFirstTrend(summary, context.services);
+        addFirstTrend(summary, command.options.only.isEmpty() ? TrendOccasion::Imported : TrendOccasion::Selected,
+                      context.services);
     return kCommandDone;
 }
 
@@ -156,7 +157,8 @@ Command addImport(CLI::App& program)
                            {{"columns", Arrangement::Columns}, {"names", Arrangement::Names}},
                            "Whether each quantity has a column, or each row names its quantity");
     addPairs(import, "--where", options.where, "VALUE", "Take only rows with this text in the column; repeatable");
-    addList(import, "--only", options.only, "Take only these columns")->type_name("COLUMN,…");
+    addList(import, "--only", options.only, "Take only these columns; the first trend shows them all")
+        ->type_name("COLUMN,…");
     addPairs(import, "--unit", options.units, "UNIT", "The column's unit; repeatable");
     addPairs(import, "--name", options.names, "NAME", "The property's name; repeatable");
     import->add_flag("--replace", options.replace,

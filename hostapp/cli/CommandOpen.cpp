@@ -10,6 +10,7 @@
 #include "hostapp/core/QuickRanges.h"
 #include "hostapp/demo/DemonstrationSite.h"
 #include "hostapp/demo/DemonstrationTrends.h"
+#include "hostapp/site/WaitForRecords.h"
 
 #include <QtCore/QFileInfo>
 
@@ -53,6 +54,10 @@ void addSuggestedTrends(const QString& path, CommandServices& services)
     document->setSite(document->siteName(), QStringLiteral("48° N, 10° E (simulated)"));
     for (const SuggestedTrend& suggestion : suggestedTrends())
         services.storeTrend(suggestedTrend(document, suggestion));
+    // Reading goes on in the background; a connection that is still open when the file gets its final name would look
+    // for the log under the former one.
+    for (const auto& agent : document->agents())
+        waitForRecords(*agent);
 }
 
 /// The demonstration's last record before this start; nothing when there is no demonstration yet.

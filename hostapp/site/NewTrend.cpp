@@ -43,9 +43,11 @@ TrendPlan planTrend(TrendOccasion occasion, const QString& agentName, const KTVP
     const auto lastDays = rangeForNewTrend(records ? std::optional(records->second.seconds) : std::nullopt, now, zone);
     switch (occasion) {
     case TrendOccasion::Chosen: break;
-    case TrendOccasion::Imported: {
+    case TrendOccasion::Imported:
+    case TrendOccasion::Selected: {
         const auto [from, to] = records.value_or(lastDays);
-        return {worthShowing(those(properties, isDrawn), extents), from, to, agentName};
+        const KTVPropertyList drawn = those(properties, isDrawn);
+        return {occasion == TrendOccasion::Selected ? drawn : worthShowing(drawn, extents), from, to, agentName};
     }
     case TrendOccasion::Recorded: return {liveProperties(properties), now, {now.seconds + kRecordedSpan}, agentName};
     case TrendOccasion::Watched: {

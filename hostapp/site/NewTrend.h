@@ -16,6 +16,7 @@ namespace plotix {
 enum class TrendOccasion {
     Chosen,    ///< the user chose what it shows
     Imported,  ///< an agent's first records have been imported
+    Selected,  ///< the same, and the user named the columns to import: all of them are shown
     Recorded,  ///< an agent's first records begin now, and no window shows them
     Watched    ///< the same, in a window
 };

@@ -27,7 +27,9 @@ protected:
             text += "\n";
         }
         write(QStringLiteral("week.csv"), text);
-        ASSERT_EQ(run({"import", path("week.csv"), "--site", path("week.plotix"), "--agent", "Meadow"}), 0)
+        ASSERT_EQ(run({"import", path("week.csv"), "--site", path("week.plotix"), "--agent", "Meadow", "--only",
+                       names.join(QLatin1Char(','))}),
+                  0)
             << error().toStdString();
     }
 

@@ -141,14 +141,16 @@ TEST_F(ProgramServicesTest, PictureShowsTheWholeWindowAtTheSizeAskedFor)
 {
     services.storeTrend(request(RenderRequest::Format::Png).trend);
     const QString picture = site.file(QStringLiteral("window.png"));
-    EXPECT_EQ(services.open({site.path(), picture, {900, 600}}), 0);
+    EXPECT_EQ(services.open({.site = site.path(), .screenshot = picture, .screenshotSize = {900, 600}}), 0);
     EXPECT_EQ(QImage(picture).size(), QSize(900, 600));
 }
 
 TEST_F(ProgramServicesTest, PictureThatCannotBeWrittenIsAnError)
 {
-    EXPECT_THROW(services.open({site.path(), QStringLiteral("/nowhere/window.png"), {900, 600}}),
-                 plotix::ReportableError);
+    EXPECT_THROW(
+        services.open(
+            {.site = site.path(), .screenshot = QStringLiteral("/nowhere/window.png"), .screenshotSize = {900, 600}}),
+        plotix::ReportableError);
 }
 
 TEST_F(ProgramServicesTest, MissingModuleIsAnErrorWhenItIsNeeded)

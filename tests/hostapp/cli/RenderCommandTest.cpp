@@ -52,8 +52,8 @@ TEST_F(RenderCommandTest, RenderTakesAChoiceOfGaps)
 {
     importWeather();
     ASSERT_EQ(run({"render", site(), "--gaps", "join", "--output", path("a.png")}), 0);
-    ASSERT_EQ(run({"render", site(), "--gaps", "15m", "--output", path("a.png")}), 0);
-    ASSERT_EQ(run({"render", site(), "--output", path("a.png")}), 0);
+    ASSERT_EQ(run({"render", site(), "--gaps", "15m", "--output", path("b.png")}), 0);
+    ASSERT_EQ(run({"render", site(), "--output", path("c.png")}), 0);
     EXPECT_EQ(m_services.rendered[0].reading, (QVariantMap{{"brokenLines", false}}));
     EXPECT_EQ(m_services.rendered[1].reading, (QVariantMap{{"brokenLines", true}, {"longestJoin", 900.0}}));
     EXPECT_TRUE(m_services.rendered[2].reading.isEmpty());

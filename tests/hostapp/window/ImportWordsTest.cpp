@@ -124,7 +124,7 @@ TEST(ShownSummary, CountsInGermanToo)
     summary.repeatedTimes = 2;
     const QString text = shownText(summary);
     EXPECT_TRUE(text.contains("1 Zeile früher als die Zeile davor")) << text.toStdString();
-    EXPECT_TRUE(text.contains("2 Zeilen zu einer Zeit, die später noch einmal vorkommt")) << text.toStdString();
+    EXPECT_TRUE(text.contains("2 Zeilen mit einer Zeit, die später wiederkommt")) << text.toStdString();
 }
 
 }  // namespace

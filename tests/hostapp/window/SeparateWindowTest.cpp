@@ -85,7 +85,7 @@ TEST_F(SeparateWindowTest, InTheSiteWindowTheSameMenusActOnTheSelectedTrend)
 TEST_F(SeparateWindowTest, ControlWClosesItAlone)
 {
     QTest::keyClick(separate(), Qt::Key_W, Qt::ControlModifier);
-    QTRY_VERIFY(!separate());
+    ASSERT_TRUE(QTest::qWaitFor([&] { return !separate(); }));
     EXPECT_TRUE(window->isVisible());
 }
 

@@ -37,7 +37,7 @@ protected:
     void show()
     {
         window->show();
-        QTRY_VERIFY_WITH_TIMEOUT(window->isVisible(), 5000);
+        ASSERT_TRUE(QTest::qWaitFor([&] { return window->isVisible(); }, 5000));
         QCoreApplication::processEvents();
     }
     void reopen()
@@ -142,7 +142,7 @@ TEST_F(TrendListTest, AltDownOnTheListMoves)
 {
     show();
     list()->setFocus();
-    QTRY_VERIFY(list()->hasFocus());
+    ASSERT_TRUE(QTest::qWaitFor([&] { return list()->hasFocus(); }));
     QTest::keyClick(list(), Qt::Key_Down, Qt::AltModifier);
     EXPECT_EQ(titles(), QStringList({"Week", "Year", "Month"}));
 }
@@ -173,7 +173,7 @@ TEST_F(TrendListTest, SeparateWindowComesBackWithItsPlace)
     separate->setGeometry(111, 122, 700, 500);
     reopen();
     show();
-    QTRY_COMPARE(site.document->windowControllers().size(), std::size_t{1});
+    ASSERT_TRUE(QTest::qWaitFor([&] { return site.document->windowControllers().size() == 1; }));
     EXPECT_EQ(site.document->windowControllers()[0]->contentViewController()->title(), QStringLiteral("Month"));
     EXPECT_EQ(site.document->windowControllers()[0]->window()->geometry(), QRect(111, 122, 700, 500));
 }
@@ -184,7 +184,7 @@ TEST_F(TrendListTest, SeparateWindowBroughtBackStaysBack)
     window->actions().openInWindow->trigger();
     EXPECT_TRUE(window->actions().bringBack->isEnabled());
     window->actions().bringBack->trigger();
-    QTRY_VERIFY(site.document->windowControllers().empty());
+    ASSERT_TRUE(QTest::qWaitFor([&] { return site.document->windowControllers().empty(); }));
     EXPECT_FALSE(window->actions().bringBack->isEnabled());
     reopen();
     show();

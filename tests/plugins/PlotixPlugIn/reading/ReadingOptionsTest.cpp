@@ -8,7 +8,8 @@ using namespace plotix;
 
 TEST(ReadingOptionsTest, NothingIsChosenAtFirst)
 {
-    EXPECT_FALSE(ReadingOptions().hasReadableLabels());
+    static const ReadingOptions kNone;
+    EXPECT_FALSE(kNone.hasReadableLabels());
     EXPECT_TRUE(dictionaryFromReadingOptions({}).isEmpty());
 }
 
