@@ -290,6 +290,7 @@ TEST_F(SiteWindowDropTest, SeveralFilesAreImportedOneAfterTheOther)
         file.write("time,Humidity (%)\n2024-05-01T00:00:00Z,40\n2024-05-02T00:00:00Z,41\n");
         urls << QUrl::fromLocalFile(file.fileName());
     }
+    ASSERT_TRUE(enter(urls.first().toLocalFile()));
     data.setUrls(urls);
     QSignalSpy ended(window.get(), &SiteWindow::importEnded);
     QStringList titles;
@@ -299,7 +300,8 @@ TEST_F(SiteWindowDropTest, SeveralFilesAreImportedOneAfterTheOther)
             titles << dialog->windowTitle();
             dialog->accept();
         } else if (shownBox() && shownBox()->isVisible()) {
-            shownBox()->accept();
+            // Queued: the next file's dialog opens within, and this timer rests while its own slot runs.
+            QMetaObject::invokeMethod(shownBox(), &QDialog::accept, Qt::QueuedConnection);
         }
     });
     acceptsDialogs.start(10);
