@@ -36,7 +36,7 @@ constexpr float kInfinity = std::numeric_limits<float>::infinity();
 /// Requires: points that never turn back.
 PartExtent extentOf(std::span<const QPointF> points)
 {
-    const auto [from, to] = std::minmax(points.front().x(), points.back().x());
+    const auto [from, to] = std::minmax({points.front().x(), points.back().x()});
     return {from, to};
 }
 
