@@ -24,7 +24,7 @@ SeparateWindow::SeparateWindow(KTVPlugInPtr plugIn, const QString& siteName)
     column->addWidget(view);
     view->show();  // being taken out of another window has hidden it
     auto* close = new QAction(this);
-    close->setShortcut(QKeySequence::Close);
+    close->setShortcut(QKeySequence(Qt::CTRL | Qt::Key_W));
     connect(close, &QAction::triggered, this, &QWidget::close);
     addAction(close);
     resize(960, 640);
