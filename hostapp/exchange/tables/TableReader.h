@@ -24,7 +24,7 @@ public:
     void begin(const ImportPlan& plan) override;
     bool read(ImportTable& table) override;
     SourceForm form() const override;
-    QStringList categories() const override;
+    std::vector<std::pair<QString, QString>> categories() override;
     const std::vector<ImportFinding>& notes() const override { return m_notes; }
 
 protected:
