@@ -6,6 +6,7 @@
 #include <QtCore/QString>
 #include <QtCore/QStringList>
 
+#include <functional>
 #include <utility>
 #include <vector>
 
@@ -39,9 +40,21 @@ struct SourceForm {
     QString sheet{};
 };
 
+/// Called with bytes read and bytes in all; answers false to cancel.
+using ImportProgress = std::function<bool(qint64 done, qint64 total)>;
+
 class RowSource {
 public:
     virtual ~RowSource() = default;
+
+    /// Who is told how far the source has come, also while it reads the whole file before the rows, and may cancel.
+    void watch(ImportProgress progress) { m_progress = std::move(progress); }
+    /// Tells it. Throws ImportCancelled.
+    void report() const
+    {
+        if (m_progress && !m_progress(bytesRead(), bytesInAll()))
+            throw ImportCancelled();
+    }
 
     virtual const std::vector<SourceColumn>& columns() const = 0;
 
@@ -57,8 +70,11 @@ public:
     virtual void begin(const ImportPlan& plan) = 0;
 
     /// Adds the next rows to the table; none in calls that first scan the whole file for what only that can tell. False
-    /// after the last row.
+    /// after the last row, or where the plan wants no more.
     virtual bool read(ImportTable& table) = 0;
+
+    /// Whether it ended before the last row, because the plan wants no more.
+    virtual bool isCutShort() const { return false; }
 
     /// How far `read` has come, and how far it will have to go.
     virtual qint64 bytesRead() const = 0;
@@ -73,6 +89,9 @@ public:
 
     /// What has been decided about the file so far.
     virtual const std::vector<ImportFinding>& notes() const = 0;
+
+private:
+    ImportProgress m_progress;
 };
 
 }  // namespace plotix

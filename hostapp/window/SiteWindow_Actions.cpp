@@ -19,6 +19,7 @@
 #include "hostapp/window/Regions.h"
 #include "hostapp/window/ReportChoice.h"
 #include "hostapp/window/SiteDetailsDialog.h"
+#include "hostapp/window/importing/ImportSequence.h"
 #include "plugins/PlotixPlugIn/host/PngImage.h"
 #include "records/store/RecordStore.h"
 
@@ -41,7 +42,6 @@ void SiteWindow::connectFileActions()
 {
     connect(m_actions.openSite, &QAction::triggered, this, &SiteWindow::askForSite);
     connect(m_actions.newSite, &QAction::triggered, this, &SiteWindow::askForNewSite);
-    connect(m_actions.import, &QAction::triggered, this, [this] { askAndImport(); });
     connect(m_actions.siteDetails, &QAction::triggered, this, &SiteWindow::askForSiteDetails);
     connect(m_actions.exportRecords, &QAction::triggered, this, &SiteWindow::exportRecordsOfTrend);
     connect(m_actions.exportImage, &QAction::triggered, this, &SiteWindow::exportImage);
@@ -117,7 +117,7 @@ void SiteWindow::updateActions()
     setUnavailableReason(m_actions.newTrend,
                          m_properties->ticked().empty() ? tr("Tick properties in the list first.") : QString());
     QString noImport = readOnly ? tr("This site may only be looked at.") : QString();
-    if (m_import)
+    if (m_importing && m_importing->isRunning())
         noImport = tr("An import is running.");
     setUnavailableReason(m_actions.import, noImport);
     setUnavailableReason(m_actions.siteDetails, readOnly ? tr("This site may only be looked at.") : QString());

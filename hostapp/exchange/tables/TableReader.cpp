@@ -75,6 +75,8 @@ void TableReader::addNamedColumns()
     TextRecord record;
     rewind();
     for (std::size_t row = 0; next(record); ++row) {
+        if (row % kRowsInBatch == 0)
+            report();
         const bool isRow = row >= m_shape.firstRow && record.fields != header;
         if (!isRow || fieldAt(record, m_time.fields.front()).empty())
             continue;
@@ -276,9 +278,10 @@ bool TableReader::read(ImportTable& table)
         rewind();
         return true;
     }
-    if (!more)
+    m_isCutShort = more && hasEnoughCells();
+    if (!more || m_isCutShort)
         endRows(table);
-    return more;
+    return more && !m_isCutShort;
 }
 
 SourceForm TableReader::form() const
