@@ -292,10 +292,6 @@
         <translation>nennen Sie unter „Zeitspalte“ auch die Spalte der Uhrzeit, als Datum+Uhrzeit</translation>
     </message>
     <message>
-        <source>they differ in “%1”: take those of one under Rows</source>
-        <translation>sie unterscheiden sich in „%1“: wählen Sie unter „Zeilen“ eine davon</translation>
-    </message>
-    <message>
         <source>“%1” may have thousands or decimals, and no number in the file tells which; choose the sign before the decimals</source>
         <translation>„%1“ kann Tausender oder Nachkommastellen haben, und keine Zahl der Datei verrät es; wählen Sie das Dezimalzeichen</translation>
     </message>
@@ -409,6 +405,10 @@
     <message>
         <source>Left out, without a number or with hardly one: %1.</source>
         <translation>Weggelassen, ohne Zahl oder mit kaum einer: %1.</translation>
+    </message>
+    <message>
+        <source>they differ in “%1”: take those of one under Rows, as %2</source>
+        <translation>sie unterscheiden sich in „%1“: unter Zeilen nur die eines Wertes nehmen, etwa %2</translation>
     </message>
 </context>
 <context>
