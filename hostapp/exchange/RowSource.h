@@ -7,6 +7,7 @@
 #include <QtCore/QStringList>
 
 #include <functional>
+#include <utility>
 #include <vector>
 
 /// What a file format must give so that its files can be imported: columns, one of them the time, and rows.
@@ -82,8 +83,9 @@ public:
     /// As far as it is known; all of it after the last row.
     virtual SourceForm form() const { return {}; }
 
-    /// The columns of texts with few different ones, each of which tells rows at one time apart.
-    virtual QStringList categories() const { return {}; }
+    /// The columns of texts with a few different ones in the whole file, which may tell rows at one time apart; each
+    /// with its first text. Reads the file again.
+    virtual std::vector<std::pair<QString, QString>> categories() { return {}; }
 
     /// What has been decided about the file so far.
     virtual const std::vector<ImportFinding>& notes() const = 0;

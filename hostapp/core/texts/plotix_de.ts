@@ -288,10 +288,6 @@
         <translation>%1 von %2 Zeilen haben die Zeit einer anderen Zeile, mit anderen Werten; %3</translation>
     </message>
     <message>
-        <source>they differ in “%1”: take those of one under Rows</source>
-        <translation>sie unterscheiden sich in „%1“: wählen Sie unter „Zeilen“ eine davon</translation>
-    </message>
-    <message>
         <source>another table with other columns begins here; import each from a file of its own</source>
         <translation>hier beginnt eine andere Tabelle mit anderen Spalten; importieren Sie jede aus einer eigenen Datei</translation>
     </message>
@@ -413,6 +409,10 @@
     <message>
         <source>%1 of %2 rows cannot be read, the first: %3; tick Skip rows without a time to import the others</source>
         <translation>%1 von %2 Zeilen sind nicht lesbar, die erste: %3; haken Sie „Zeilen ohne Zeit übergehen“ an, um die anderen zu importieren</translation>
+    </message>
+    <message>
+        <source>they differ in “%1”: take those of one under Rows, as %2</source>
+        <translation>sie unterscheiden sich in „%1“: unter Zeilen nur die eines Wertes nehmen, etwa %2</translation>
     </message>
 </context>
 <context>

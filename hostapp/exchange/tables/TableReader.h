@@ -25,7 +25,7 @@ public:
     bool read(ImportTable& table) override;
     bool isCutShort() const override { return m_isCutShort; }
     SourceForm form() const override;
-    QStringList categories() const override;
+    std::vector<std::pair<QString, QString>> categories() override;
     const std::vector<ImportFinding>& notes() const override { return m_notes; }
 
 protected:

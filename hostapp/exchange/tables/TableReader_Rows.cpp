@@ -1,5 +1,6 @@
 #include "hostapp/exchange/DecodedText.h"
 #include "hostapp/exchange/ImportTable.h"
+#include "hostapp/exchange/tables/JoinedTime.h"
 #include "hostapp/exchange/tables/TableReader.h"
 
 #include <algorithm>

@@ -77,8 +77,9 @@ QString textOfRowsAtOneTime(const ImportFinding& finding)
         finding.columns.isEmpty()
             ? ImportWords::tr("name the column of the time of day too under Time column, as Date+Time, or keep "
                               "the last of them under At one time")
-            : ImportWords::tr("they differ in “%1”: take those of one under Rows")
-                  .arg(finding.columns.join(QStringLiteral("”, “"))));
+            : ImportWords::tr("they differ in “%1”: take those of one under Rows, as %2")
+                  .arg(finding.columns.join(QStringLiteral("”, “")),
+                       finding.columns.front() + QLatin1Char('=') + finding.text));
 }
 
 QString textOfNoTable(const ImportFinding& finding)
