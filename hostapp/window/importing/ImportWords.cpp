@@ -33,7 +33,7 @@ QString quoted(const QString& text)
     return QStringLiteral("“%1”").arg(text);
 }
 
-/// The field of the import dialog. It asks for two of them.
+/// What of the import dialog names columns.
 QString fieldName(ImportOption option)
 {
     switch (option) {
@@ -41,7 +41,7 @@ QString fieldName(ImportOption option)
     case ImportOption::Where: return ImportWords::tr("Rows");
     default: break;
     }
-    return {};
+    return ImportWords::tr("The table of columns");
 }
 
 QString textOfUnreadableFile(const ImportFinding& finding)
@@ -74,11 +74,13 @@ QString textOfRowsAtOneTime(const ImportFinding& finding)
 {
     const QString words = ImportWords::tr("%1 of %2 rows have the time of another row, with other values; %3")
                               .arg(QString::number(finding.expected), QString::number(finding.found));
-    return words.arg(finding.columns.isEmpty()
-                         ? ImportWords::tr("name the column of the time of day too under Time column, as Date+Time")
-                         : ImportWords::tr("they differ in “%1”: take those of one under Rows, as %2")
-                               .arg(finding.columns.join(QStringLiteral("”, “")),
-                                    finding.columns.front() + QLatin1Char('=') + finding.text));
+    return words.arg(
+        finding.columns.isEmpty()
+            ? ImportWords::tr("name the column of the time of day too under Time column, as Date+Time, or keep "
+                              "the last of them under At one time")
+            : ImportWords::tr("they differ in “%1”: take those of one under Rows, as %2")
+                  .arg(finding.columns.join(QStringLiteral("”, “")),
+                       finding.columns.front() + QLatin1Char('=') + finding.text));
 }
 
 QString textOfNoTable(const ImportFinding& finding)
@@ -114,10 +116,11 @@ QString textOfNoTable(const ImportFinding& finding)
                                "Dates");
     case What::DecimalMarkUnknown:
         return ImportWords::tr("“%1” may have thousands or decimals, and no number in the file tells which; choose the "
-                               "sign before the decimals")
+                               "Decimal sign")
             .arg(finding.text);
     case What::TooManyBadRows:
-        return ImportWords::tr("%1 of %2 rows cannot be read, the first: %3")
+        return ImportWords::tr("%1 of %2 rows cannot be read, the first: %3; tick Skip rows without a time "
+                               "to import the others")
             .arg(QString::number(finding.found), QString::number(finding.expected),
                  finding.causes.empty() ? QString() : shownText(finding.causes.front()));
     case What::AnotherHeader:
