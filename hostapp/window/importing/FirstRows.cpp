@@ -1,5 +1,7 @@
 #include "hostapp/window/importing/FirstRows.h"
 
+#include "hostapp/window/importing/ImportWords.h"
+
 #include <QtCore/QDateTime>
 #include <QtCore/QLocale>
 #include <QtGui/QGuiApplication>
@@ -57,16 +59,6 @@ int FirstRows::columnCount(const QModelIndex& parent) const
     return parent.isValid() || m_rows.empty() ? 0 : static_cast<int>(m_titles.size()) + 1;
 }
 
-QString FirstRows::timeAt(std::size_t row) const
-{
-    const QDateTime time = QDateTime::fromMSecsSinceEpoch(std::llround(m_rows[row].time * 1000));
-    const QLocale locale;
-    const QString clock = m_hasFractions ? QStringLiteral("HH:mm:ss.zzz") : QStringLiteral("HH:mm:ss");
-    return QStringLiteral("%1 %2 %3")
-        .arg(locale.toString(time.date(), QLocale::ShortFormat), locale.toString(time.time(), clock),
-             time.timeZoneAbbreviation());
-}
-
 QVariant FirstRows::data(const QModelIndex& index, int role) const
 {
     const auto row = static_cast<std::size_t>(index.row());
@@ -76,7 +68,7 @@ QVariant FirstRows::data(const QModelIndex& index, int role) const
         if (role == Qt::ToolTipRole)
             return QDateTime::fromMSecsSinceEpoch(std::llround(m_rows[row].time * 1000), Qt::UTC)
                 .toString(Qt::ISODateWithMs);
-        return role == Qt::DisplayRole ? timeAt(row) : QVariant();
+        return role == Qt::DisplayRole ? shownTime(m_rows[row].time, m_hasFractions) : QVariant();
     }
     const std::optional<double>& value = m_rows[row].values[static_cast<std::size_t>(index.column()) - 1];
     if (role == Qt::DisplayRole)

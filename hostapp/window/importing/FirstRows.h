@@ -23,8 +23,6 @@ public:
     QVariant headerData(int section, Qt::Orientation orientation, int role) const override;
 
 private:
-    QString timeAt(std::size_t row) const;
-
     std::vector<ImportPreview::Row> m_rows;
     QStringList m_titles;  ///< of the columns that are taken
     bool m_hasFractions = false;

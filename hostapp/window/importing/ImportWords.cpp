@@ -1,14 +1,15 @@
 #include "hostapp/window/importing/ImportWords.h"
 
 #include "hostapp/core/Localization.h"
-#include "hostapp/exchange/ExactText.h"
 
 #include <QtCore/QCoreApplication>
+#include <QtCore/QDateTime>
 #include <QtCore/QFileInfo>
 #include <QtCore/QLocale>
 #include <QtCore/QTextStream>
 
 #include <algorithm>
+#include <cmath>
 #include <limits>
 
 namespace plotix {
@@ -337,23 +338,32 @@ QString shownText(const ImportFinding& finding)
                : ImportWords::tr("line %1, column “%2”: %3").arg(QString::number(finding.line), finding.column, words);
 }
 
+QString shownTime(double seconds, bool withFraction)
+{
+    const QDateTime time = QDateTime::fromMSecsSinceEpoch(std::llround(seconds * 1000));
+    const QLocale locale;
+    const QString clock = withFraction ? QStringLiteral("HH:mm:ss.zzz") : QStringLiteral("HH:mm:ss");
+    return QStringLiteral("%1 %2 %3")
+        .arg(locale.toString(time.date(), QLocale::ShortFormat), locale.toString(time.time(), clock),
+             time.timeZoneAbbreviation());
+}
+
 QString shownText(const ImportSummary& summary)
 {
     QString result;
     QTextStream text(&result);
-    for (const ImportFinding& note : summary.notes)
-        text << shownText(note) << '\n';
     const QString sentence = summary.createdSite ? ImportWords::tr("%1 from %2 stored for %3 in %4 (new)%5.")
                                                  : ImportWords::tr("%1 from %2 stored for %3 in %4%5.");
-    const QString span =
-        summary.first && summary.last
-            ? ImportWords::tr(", %1 to %2").arg(readableTime(*summary.first), readableTime(*summary.last))
-            : QString();
+    const QString span = summary.first && summary.last
+                             ? ImportWords::tr(", %1 to %2").arg(shownTime(*summary.first), shownTime(*summary.last))
+                             : QString();
     text << sentence.arg(records(summary.records), QFileInfo(summary.file).fileName(), summary.agent,
                          QFileInfo(summary.site).fileName(), span)
          << '\n';
     writeColumns(text, summary);
     writeCounts(text, summary);
+    for (const ImportFinding& note : summary.notes)
+        text << shownText(note) << '\n';
     text.flush();
     return result;
 }
