@@ -1717,6 +1717,14 @@
             <numerusform>&amp;Auch in den %n anderen Dateien</numerusform>
         </translation>
     </message>
+    <message>
+        <source>Nothing is imported</source>
+        <translation>Nichts wird importiert</translation>
+    </message>
+    <message>
+        <source>This site may only be looked at.</source>
+        <translation>Diese Anlage darf nur angesehen werden.</translation>
+    </message>
 </context>
 <context>
     <name>plotix::PropertyListModel</name>

@@ -175,6 +175,18 @@ TEST_F(PreviewTest, CanBeCancelledWhileTheWholeFileIsRead)
     }
 }
 
+TEST_F(PreviewTest, CanBeCancelledWhileNamesAreLookedForInTheWholeFile)
+{
+    preview(manyNamedRows());  // which writes it
+    qint64 farthest = 0, size = 0;
+    previewOf(m_folder.filePath(QStringLiteral("data.csv")), {}, [&](qint64 done, qint64 total) {
+        farthest = std::max(farthest, done);
+        size = total;
+        return true;
+    });
+    EXPECT_GT(farthest, size * 9 / 10);  // the rows are not read so far
+}
+
 TEST_F(PreviewTest, OnlyWhatTheWholeFileSaysIsCertain)
 {
     QByteArray text = "time,a\n";
