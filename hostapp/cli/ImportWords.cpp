@@ -70,6 +70,9 @@ const char* sentence(What what)
         return "“%1” may have thousands or decimals, and no number in the file tells which; say which sign stands "
                "before "
                "the decimals with --decimal comma or --decimal point";
+    case What::ManyDevices:
+        return "the rows of %4 devices or places, named in “%2”, alternate; take those of one with --where \"%2=%1\", "
+               "or join all of them in one line with --keep-last";
     case What::ManyRowsAtOneTime: return "";  // see textOfRowsAtOneTime
     case What::TooManyBadRows:
         return "%4 of %5 rows cannot be read, the first: %8; if that is how it is, pass over them with --skip-bad-rows";
@@ -79,6 +82,8 @@ const char* sentence(What what)
     case What::UnknownUnit:
         return "“%1”, given with --unit for the column “%2”, is no unit that is known; write it like °C, hPa, m/s, % "
                "or mph";
+    case What::UnitsDisagree:
+        return "column “%2” is in %6, but its cells are in %1; if the cells are right, say --unit \"%2=%1\"";
     case What::UnknownTimeZone:
         return "“%1” is no time zone; give a name such as Europe/Berlin, or an offset such as +02:00";
     case What::UnusableTimeZone: return "the time zone “%1” cannot be used";
@@ -108,6 +113,8 @@ const char* sentence(What what)
     case What::TimesAreNumbers: return "";  // see textOfNumberTimes
     case What::LinesAboveTable: return "Lines above the rows passed over: %4.";
     case What::UnitsBelowHeader: return "units are taken from this line";
+    case What::UnitsNotKnown:
+        return "units that are not known stand in this line: %3; the numbers are stored without them";
     case What::RowsNameQuantities: return "Each row names its quantity in “%2” and has its value in “%1”: %4 in all.";
     case What::RowsAreDays:
         return "Each row is a day, and %4 columns are times of day, from %1 to %2: each becomes a record of its own; "

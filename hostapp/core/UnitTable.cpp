@@ -26,7 +26,7 @@ constexpr UnitRow kUnits[] = {
     {Speed, "mph", "mile/hour", "mi/h|mi/hr|miles/hour|miles per hour"},
     {Speed, "kn", "knot", "kt|kts|knot|knots"},
     {Speed, "ft/s", "ft/s", "fps|feet per second"},
-    {Fraction, "%", "%", "percent|per cent|pct|% RH|%RH|%rH|% rH|% r.H."},
+    {Fraction, "%", "%", "percent|per cent|pct|% RH|%RH|%rH|% rH|% r.H.|%r.H.|%rF|% rF|% r.F.|%r.F.|% r. F."},
     {Fraction, "‰", "1e-3", "per mille|permille"},
     {Fraction, "ppm", "1e-6", "ppmv|parts per million"},
     {Fraction, "ppb", "1e-9", "ppbv|parts per billion"},

@@ -42,6 +42,32 @@ std::optional<ColumnHeader> splitAtComma(const QString& header)
     return unit ? std::optional(ColumnHeader{match.captured(1), *unit}) : std::nullopt;
 }
 
+/// "Leistung AC / W", as standards write a quantity in its unit. A single letter behind another one may be a choice:
+/// "Phase A / B".
+std::optional<ColumnHeader> splitAtSlash(const QString& header)
+{
+    static const QRegularExpression behindSlash(QStringLiteral("^(.*\\S)\\s+/\\s*(\\S+)$"));
+    static const QRegularExpression letter(QStringLiteral("(?:^|\\s)\\w$"));
+    static const QString letters = QStringLiteral("WVAKJhsmgtL");
+    const QRegularExpressionMatch match = behindSlash.match(header);
+    const QString text = match.captured(2);
+    const bool isChoice = text.size() == 1 && text.front().isLetter() &&
+                          (!letters.contains(text) || letter.match(match.captured(1)).hasMatch());
+    if (!match.hasMatch() || isChoice)
+        return {};
+    const std::optional<QString> unit = Units::shared()->normalise(text);
+    return unit ? std::optional(ColumnHeader{match.captured(1), *unit}) : std::nullopt;
+}
+
+/// "Feuchte % r.F.": a unit with a blank in it.
+std::optional<ColumnHeader> splitAtPercent(const QString& header)
+{
+    static const QRegularExpression percent(QStringLiteral("^(.*\\S)\\s+(%\\s*r\\.?\\s?[fh]\\.?)$"),
+                                            QRegularExpression::CaseInsensitiveOption);
+    const QRegularExpressionMatch match = percent.match(header);
+    return match.hasMatch() ? std::optional(ColumnHeader{match.captured(1), QStringLiteral("%")}) : std::nullopt;
+}
+
 /// "Power kW" and "Wirkleistung in kW".
 std::optional<ColumnHeader> splitAtBlank(const QString& header)
 {
@@ -60,6 +86,10 @@ ColumnHeader splitWithoutBrackets(const QString& header)
 {
     if (const std::optional<ColumnHeader> split = splitAtComma(header))
         return *split;
+    if (const std::optional<ColumnHeader> split = splitAtSlash(header))
+        return *split;
+    if (const std::optional<ColumnHeader> split = splitAtPercent(header))
+        return *split;
     return splitAtBlank(header).value_or(ColumnHeader{header, {}});
 }
 
@@ -75,7 +105,8 @@ ColumnHeader splitHeader(const QString& header)
     if (inside.isEmpty())
         return {match.captured(1), {}};
     const std::optional<QString> unit = Units::shared()->normalise(inside);
-    return unit ? ColumnHeader{match.captured(1), *unit} : splitWithoutBrackets(header.trimmed());
+    static const QRegularExpression slash(QStringLiteral("\\s*/$"));
+    return unit ? ColumnHeader{match.captured(1).remove(slash), *unit} : splitWithoutBrackets(header.trimmed());
 }
 
 QString joinedHeader(const ColumnHeader& header)

@@ -11,8 +11,8 @@ struct ColumnHeader {
 };
 
 /// Reads "Pressure [hPa]", "Pressure (hPa)", "Pressure, hPa" (also with the sensor's number in parentheses behind it)
-/// and "Pressure hPa"; after a mere blank only units that nobody takes for a part of the name. Brackets around anything
-/// but a unit belong to the name; empty ones say that there is no unit.
+/// "Pressure / hPa" and "Pressure hPa"; after a mere blank only units that nobody takes for a part of the name.
+/// Brackets around anything but a unit belong to the name; empty ones say that there is no unit.
 ColumnHeader splitHeader(const QString& header);
 
 /// The header that `splitHeader` reads back. Empty brackets keep the last word of a name without a unit from being

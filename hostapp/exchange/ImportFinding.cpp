@@ -26,9 +26,11 @@ ImportOption optionOf(const ImportFinding& finding)
     switch (finding.what) {
     case What::UnknownColumn: return finding.option;
     case What::UnknownUnit:
+    case What::UnitsDisagree:
     case What::IncompatibleUnits: return ImportOption::Unit;
     case What::NoTimeColumn:
     case What::NoTimesInColumn: return ImportOption::TimeColumn;
+    case What::ManyDevices:
     case What::NoRowWanted: return ImportOption::Where;
     case What::DateOrderUnknown:
     case What::DateOrderContradicts: return ImportOption::DateOrder;

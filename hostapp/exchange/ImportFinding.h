@@ -58,6 +58,7 @@ struct ImportFinding {
         DateOrderUnknown,
         DateOrderContradicts,
         DecimalMarkUnknown,  ///< text: a number that may be meant either way; line, column
+        ManyDevices,         ///< column: of their names, text: the first, found: how many; their rows alternate
         ManyRowsAtOneTime,   ///< found: rows in all, expected: of them at the time of another one with other values,
                              ///< columns: those that may tell such rows apart, text: one in the first of them
         TooManyBadRows,      ///< found: bad rows, expected: rows in all, causes: the first
@@ -67,6 +68,7 @@ struct ImportFinding {
         // What the user said does not fit the file or the site.
         UnknownColumn,      ///< option, text: the column named, columns
         UnknownUnit,        ///< column, text: the unit
+        UnitsDisagree,      ///< column, text: the unit in its cells, archivedUnit: the one of its header, or said
         UnknownTimeZone,    ///< text
         UnusableTimeZone,   ///< text
         UnusableDelimiter,  ///< text
@@ -92,6 +94,7 @@ struct ImportFinding {
         TimesAreNumbers,     ///< column, text: "s", "ms", "us", "ns", "digits", "days"
         LinesAboveTable,     ///< found: lines in front of the header
         UnitsBelowHeader,    ///< line
+        UnitsNotKnown,       ///< line, columns: the texts that stand there for units
         RowsNameQuantities,  ///< column: of names, text: of values, found: how many names
         RowsAreDays,         ///< found: columns called by times of day, text, column: the first and the last
         SheetChosen,         ///< text, columns: the sheets there are

@@ -149,6 +149,15 @@ std::vector<std::size_t> namedTimeColumns(const Columns& columns, const ImportOp
     return isJoined ? parts : std::vector{requiredColumn(options.timeColumn, ImportOption::TimeColumn, columns)};
 }
 
+std::vector<ImportPlan::Condition> conditionsOf(const Columns& columns, const ImportOptions& options)
+{
+    std::vector<ImportPlan::Condition> conditions;
+    for (const auto& [column, value] : options.where)
+        conditions.push_back({requiredColumn(column, ImportOption::Where, columns), value.toStdString(),
+                              value.toLatin1().toStdString()});
+    return conditions;
+}
+
 ImportPlan planImport(const Columns& columns, std::size_t timeField, const ImportOptions& options,
                       const QString& statedZone)
 {
@@ -161,9 +170,7 @@ ImportPlan planImport(const Columns& columns, std::size_t timeField, const Impor
     plan.skipsBadRows = options.skipBadRows;
     plan.keepsAllNumbers = options.keepAllNumbers;
     plan.rowsAtOneTime = options.rowsAtOneTime;
-    for (const auto& [column, value] : options.where)
-        plan.conditions.push_back({requiredColumn(column, ImportOption::Where, columns), value.toStdString(),
-                                   value.toLatin1().toStdString()});
+    plan.conditions = conditionsOf(columns, options);
     planColumns(plan, columns, options);
     return plan;
 }

@@ -47,6 +47,9 @@ struct ImportPlan {
 /// The columns that the options name as the time, "Date+Time" being two; none where they name none.
 std::vector<std::size_t> namedTimeColumns(const std::vector<SourceColumn>& columns, const ImportOptions& options);
 
+/// Which rows the options ask for.
+std::vector<ImportPlan::Condition> conditionsOf(const std::vector<SourceColumn>& columns, const ImportOptions& options);
+
 /// `statedZone` is what the file says about times without a zone; the options come first.
 ImportPlan planImport(const std::vector<SourceColumn>& columns, std::size_t timeField, const ImportOptions& options,
                       const QString& statedZone = {});

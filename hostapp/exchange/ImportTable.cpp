@@ -287,6 +287,8 @@ void finishImport(RowSource& source, ImportTable& table)
         }
         throw ImportFailure(std::move(finding));
     }
+    if (std::optional<ImportFinding> mixture = source.mixture())
+        throw ImportFailure(*std::move(mixture));
 }
 
 std::vector<ImportFinding> notesOf(const RowSource& source, const ImportTable& table)

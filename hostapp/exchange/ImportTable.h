@@ -127,6 +127,7 @@ private:
 };
 
 /// Finishes the table; where rows at one time stop it, the finding names the source's columns that tell them apart.
+/// Rows of several devices stop it too.
 void finishImport(RowSource& source, ImportTable& table);
 
 /// What the source and the table decided about the file. Requires: finish().

@@ -7,6 +7,7 @@
 #include <QtCore/QStringList>
 
 #include <functional>
+#include <optional>
 #include <utility>
 #include <vector>
 
@@ -86,6 +87,10 @@ public:
     /// The columns of texts with a few different ones in the whole file, which may tell rows at one time apart; each
     /// with its first text. Reads the file again.
     virtual std::vector<std::pair<QString, QString>> categories() { return {}; }
+
+    /// After the last row: why the rows must not become one line though their times differ, such as those of several
+    /// devices. May read the file again.
+    virtual std::optional<ImportFinding> mixture() { return {}; }
 
     /// What has been decided about the file so far.
     virtual const std::vector<ImportFinding>& notes() const = 0;

@@ -422,6 +422,18 @@
         <source>Each row is a day, and %1 columns are times of day, from %2 to %3: each becomes a record of its own.</source>
         <translation>Jede Zeile ist ein Tag, und %1 Spalten sind Uhrzeiten, von %2 bis %3: Jede wird eine eigene Messzeile.</translation>
     </message>
+    <message>
+        <source>the rows of %1 devices or places, named in “%2”, alternate; take those of one under Rows, as %3, or join all of them in one line with Keep the last row under At one time</source>
+        <translation>die Zeilen von %1 Geräten oder Orten, genannt in „%2“, wechseln sich ab; nehmen Sie die eines einzigen unter Zeilen, als %3, oder verbinden Sie alle zu einer Linie mit Letzte Zeile behalten unter Zur selben Zeit</translation>
+    </message>
+    <message>
+        <source>column “%1” is in %2, but its cells are in %3; if the cells are right, choose %3 as its unit</source>
+        <translation>die Spalte „%1“ ist in %2, ihre Zellen aber sind in %3; wenn die Zellen recht haben, wählen Sie %3 als ihre Einheit</translation>
+    </message>
+    <message>
+        <source>units that are not known stand in this line: %1; the numbers are stored without them</source>
+        <translation>in dieser Zeile stehen unbekannte Einheiten: %1; die Zahlen werden ohne sie gespeichert</translation>
+    </message>
 </context>
 <context>
     <name>KTVDataClusterViewController</name>

@@ -137,6 +137,37 @@ bool isRowOfUnits(const Row& row, const Row& above)
            filledFields(above) * 2 > filledFields(row);
 }
 
+bool hasEqualNames(const Row& row)
+{
+    QSet<QString> seen;
+    return std::any_of(row.fields.begin(), row.fields.end(), [&seen](const std::string& field) {
+        const QString name = decodedText(field);
+        const bool isSeen = !name.isEmpty() && seen.contains(name);
+        seen.insert(name);
+        return isSeen;
+    });
+}
+
+/// Short texts below names, and nothing below that of the time: units, also such as are not known. Names that stand for
+/// several columns each, or for some only, are groups above names.
+bool isRowBelowNames(const Row& row, const std::vector<CellKind>& kinds, const Row& above,
+                     const std::vector<CellKind>& firstRow)
+{
+    constexpr qsizetype kLongest = 12;
+    std::size_t times = 0, texts = 0;
+    for (std::size_t field = 0; field < row.fields.size(); ++field) {
+        const std::string& text = row.fields[field];
+        const bool isNamed = field < above.fields.size() && !above.fields[field].empty();
+        const bool isTime = isNamed && ((field < firstRow.size() && firstRow[field] == CellKind::Date) ||
+                                        (namesTime(above.fields[field]) && text.empty()));
+        times += isTime ? 1 : 0;
+        texts += text.empty() ? 0 : 1;
+        if (!text.empty() && (isTime || !isNamed || isValue(kinds[field]) || decodedText(text).size() > kLongest))
+            return false;
+    }
+    return times > 0 && texts > 0 && !hasEqualNames(above);
+}
+
 /// A header stands over at least half of the columns and has no date in it.
 bool canBeHeader(const Row& row, const std::vector<CellKind>& kinds, std::size_t usual)
 {
@@ -153,17 +184,6 @@ bool isSummary(const std::vector<CellKind>& row, const std::vector<CellKind>& ab
     const auto isText = [](CellKind kind) { return kind == CellKind::Text; };
     return count(row, isValue) > 0 && count(row, isValue) >= count(row, isText) && count(above, isValue) == 0 &&
            count(above, isText) > count(row, isText);
-}
-
-bool hasEqualNames(const Row& row)
-{
-    QSet<QString> seen;
-    return std::any_of(row.fields.begin(), row.fields.end(), [&seen](const std::string& field) {
-        const QString name = decodedText(field);
-        const bool isSeen = !name.isEmpty() && seen.contains(name);
-        seen.insert(name);
-        return isSeen;
-    });
 }
 
 }  // namespace
@@ -202,7 +222,13 @@ HeaderRows findHeaderRows(const TableSample& sample)
     };
     while (next + 1 < above.size() && standsBelowNames(next))
         ++next;
-    if (next + 1 < above.size() && isRowOfUnits(sample.rows[above[next]], sample.rows[above[next + 1]]))
+    const auto standsForUnits = [&] {
+        const Row& row = sample.rows[above[next]];
+        const Row& names = sample.rows[above[next + 1]];
+        return isRowOfUnits(row, names) || (found.firstRow < kinds.size() &&
+                                            isRowBelowNames(row, kinds[above[next]], names, kinds[found.firstRow]));
+    };
+    if (next + 1 < above.size() && standsForUnits())
         found.units = above[next++];
     if (next >= above.size() || !canBeHeader(sample.rows[above[next]], kinds[above[next]], usual)) {
         found.units.reset();

@@ -1,5 +1,7 @@
 #include "hostapp/exchange/tables/NamedRows.h"
 
+#include "hostapp/exchange/NumberText.h"
+
 #include <algorithm>
 #include <set>
 
@@ -24,13 +26,15 @@ std::vector<Content> contentsOf(const TableSample& sample, const TableShape& sha
     std::vector<Content> contents(shape.fields());
     for (const Row& row : dataRows(sample, shape))
         for (std::size_t field = 0; field < std::min(row.fields.size(), contents.size()); ++field) {
-            const CellKind kind = kindOf(row.fields[field]);
+            const std::string& text = row.fields[field];
+            const CellKind kind =
+                kindOf(shape.units[field].empty() ? std::string_view(text) : splitUnitOff(text).number);
             Content& content = contents[field];
             content.values += kind == CellKind::Number || kind == CellKind::State ? 1 : 0;
             content.texts += kind == CellKind::Text ? 1 : 0;
             content.dates += kind == CellKind::Date || kind == CellKind::Clock ? 1 : 0;
             if (content.different.size() < kMostKept && kind != CellKind::Gap)
-                content.different.insert(row.fields[field]);
+                content.different.insert(text);
         }
     return contents;
 }

@@ -1,20 +1,14 @@
 #include "hostapp/exchange/tables/TableReader.h"
 
-#include "hostapp/core/Units.h"
-#include "hostapp/exchange/DecodedText.h"
 #include "hostapp/exchange/ImportTable.h"
 
 #include <algorithm>
-#include <map>
-#include <set>
 
 namespace plotix {
 
 namespace {
 
 using What = ImportFinding::What;
-
-constexpr std::size_t kMostQuantities = 5000;  // more different texts are no names of quantities
 
 const char* numberForm(TimeLayout layout)
 {
@@ -76,49 +70,6 @@ void TableReader::noteTimes()
         m_notes.push_back({.what = What::ZoneFromFile, .text = m_time.statedZone});
 }
 
-/// The names stand in the rows, so all rows are read for them.
-void TableReader::addNamedColumns()
-{
-    QuantityTable quantities;
-    std::vector<std::string> units;
-    const std::vector<std::string_view> header(m_shape.headerFields.begin(), m_shape.headerFields.end());
-    TextRecord record;
-    rewindRows();
-    for (std::size_t row = 0; nextRow(record); ++row) {
-        if (row % kRowsInBatch == 0)
-            report();
-        const bool isRow = row >= m_shape.firstRow && record.fields != header;
-        if (!isRow || fieldAt(record, m_time.fields.front()).empty())
-            continue;
-        const std::string name = nameIn(record);
-        if (name.empty() || record.fields.front().starts_with('#'))
-            continue;
-        const std::size_t column = quantities.columnOf(name);
-        units.resize(quantities.names().size());
-        if (units[column].empty() && m_named->unit)
-            units[column] = fieldAt(record, *m_named->unit);
-        if (quantities.names().size() > kMostQuantities) {
-            m_named.reset();
-            return;
-        }
-    }
-    m_names = quantities.names();
-    for (SourceColumn& column : m_columns)
-        column.isMeasurement = false;
-    m_notes.push_back({.what = What::RowsNameQuantities,
-                       .column = m_columns[m_named->names.back()].header,
-                       .text = m_columns[m_named->value].header,
-                       .found = quantities.names().size()});
-    for (std::size_t index = 0; index < quantities.names().size(); ++index) {
-        const QString text = decodedText(quantities.names()[index]).simplified();
-        const ColumnHeader title = splitHeader(text);
-        const QString stated = Units::shared()->normalise(decodedText(units[index]).trimmed()).value_or(QString());
-        const QString ofColumn = m_shape.titles[m_named->value].unit;
-        const QString unit = !stated.isEmpty() ? stated : !title.unit.isEmpty() ? title.unit : ofColumn;
-        m_columns.push_back({text, title.name, unit});
-    }
-}
-
 void TableReader::begin(const ImportPlan& plan)
 {
     m_plan = &plan;
@@ -128,12 +79,43 @@ void TableReader::begin(const ImportPlan& plan)
                         : plan.dateOrder == DateOrder::MonthFirst ? TimeLayout::MonthFirst
                                                                   : TimeLayout::ShortYearFirst;
     }
+    prepareUnits();
     decideMarks();
     m_stage = m_time.needsDateOrder || m_marksAreOpen ? Stage::Scan : Stage::Rows;
     if (m_stage == Stage::Scan)
         rewindRows();
     else
         startRows();
+}
+
+/// What the user, the header and the cells say about units must go together.
+void TableReader::prepareUnits()
+{
+    m_cellUnits.clear();
+    for (const ImportPlan::Column& column : m_plan->columns) {
+        const bool isNamed = column.field >= m_shape.fields();
+        const std::string usual = isNamed ? std::string() : m_shape.units[column.field];
+        const bool agree = isNamed ? m_kinds.setUnit(column.field - m_shape.fields(), column.unit)
+                                   : m_cellUnits.emplace_back(column.unit, usual).agree();
+        if (!agree)
+            throw ImportFailure(
+                {.what = What::UnitsDisagree,
+                 .column = column.header,
+                 .text = isNamed ? m_kinds.quantities()[column.field - m_shape.fields()].unit : textForFinding(usual),
+                 .archivedUnit = column.unit});
+    }
+}
+
+/// The number in a cell that may have a unit behind it.
+NumberWithUnit TableReader::numberIn(std::string_view field, std::size_t index)
+{
+    if (!m_named)
+        return m_cellUnits[index].split(field);
+    if (m_shape.units[m_named->value].empty())
+        return {field, {}};
+    const NumberWithUnit split = splitUnitOff(field);
+    const bool isUsual = split.unit == m_shape.units[m_named->value];
+    return isUsual || isUnitOfCell(split.unit) ? split : NumberWithUnit{field, {}};
 }
 
 /// The decimal mark of each column: the one said, the one its own numbers prove in the sample, or all numbers there.
@@ -145,8 +127,7 @@ void TableReader::decideMarks()
         for (std::size_t index = 0; index < count; ++index) {
             const std::size_t field = m_named ? m_named->value : m_plan->columns[index].field;
             if (field < row.fields.size())
-                m_evidence[index].add(m_shape.units[field].empty() ? std::string_view(row.fields[field])
-                                                                   : splitUnitOff(row.fields[field]).number);
+                m_evidence[index].add(numberIn(row.fields[field], index).number);
         }
     endScan();
 }
@@ -209,8 +190,7 @@ void TableReader::scanRow(const TextRecord& record)
         return;
     for (std::size_t index = 0; index < m_evidence.size(); ++index) {
         const std::size_t field = m_named ? m_named->value : m_plan->columns[index].field;
-        const std::string_view text =
-            m_shape.units[field].empty() ? fieldAt(record, field) : splitUnitOff(fieldAt(record, field)).number;
+        const std::string_view text = numberIn(fieldAt(record, field), index).number;
         const MarkIn mark = markIn(text);
         m_evidence[index].add(text);
         const bool isEither = mark == MarkIn::EitherPoint || mark == MarkIn::EitherComma;
@@ -269,6 +249,9 @@ void TableReader::startRows()
     m_shortRows = {.what = What::ShortRows};
     m_comments = m_headersAgain = 0;
     m_quantities = m_named ? std::make_unique<QuantityTable>() : nullptr;
+    if (m_named)
+        for (const QuantityKinds::Quantity& quantity : m_kinds.quantities())
+            m_quantities->columnOf(quantity.key());
     m_times = std::make_unique<TimeColumnReader>(m_time.layout, LocalTime(m_plan->timeZone));
     rewindRows();
     for (std::size_t row = 0; row < m_shape.firstRow; ++row)
@@ -308,32 +291,6 @@ SourceForm TableReader::form() const
                                                                        : DateOrder::Detect;
     form.arrangement = m_named ? Arrangement::Names : m_days ? Arrangement::Detect : Arrangement::Columns;
     return form;
-}
-
-/// Not of the first rows alone: a file sorted by station begins with thousands of one.
-std::vector<std::pair<QString, QString>> TableReader::categories()
-{
-    constexpr std::size_t kMostTexts = 50;
-    std::vector<std::size_t> fields = textFieldsOf(m_sample, m_shape, m_time);
-    std::map<std::size_t, std::set<std::string, std::less<>>> texts;
-    rewind();
-    for (std::size_t row = 0; !fields.empty() && next(m_record); ++row) {
-        if (row % kRowsInBatch == 0)
-            report();
-        if (row >= m_shape.firstRow && conditionsHold(m_record))
-            std::erase_if(fields, [this, &texts](std::size_t field) {
-                std::set<std::string, std::less<>>& different = texts[field];
-                const std::string_view text = fieldAt(m_record, field);
-                if (!text.empty() && !different.contains(text))
-                    different.emplace(text);
-                return different.size() > kMostTexts;
-            });
-    }
-    std::vector<std::pair<QString, QString>> categories;
-    for (const std::size_t field : fields)
-        if (texts[field].size() > 1)
-            categories.emplace_back(m_columns[field].header, textForFinding(*texts[field].begin()));
-    return categories;
 }
 
 }  // namespace plotix

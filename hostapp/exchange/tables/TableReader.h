@@ -1,11 +1,13 @@
 #pragma once
 
-#include "hostapp/exchange/ImportOptions.h"
+#include "hostapp/exchange/ImportPlan.h"
 #include "hostapp/exchange/NumberText.h"
 #include "hostapp/exchange/RowSource.h"
 #include "hostapp/exchange/TimeColumnReader.h"
+#include "hostapp/exchange/tables/CellUnits.h"
 #include "hostapp/exchange/tables/DayRows.h"
 #include "hostapp/exchange/tables/NamedRows.h"
+#include "hostapp/exchange/tables/QuantityKinds.h"
 #include "hostapp/exchange/tables/QuantityTable.h"
 
 #include <memory>
@@ -27,6 +29,7 @@ public:
     bool isCutShort() const override { return m_isCutShort; }
     SourceForm form() const override;
     std::vector<std::pair<QString, QString>> categories() override;
+    std::optional<ImportFinding> mixture() override;
     const std::vector<ImportFinding>& notes() const override { return m_notes; }
 
 protected:
@@ -51,6 +54,8 @@ protected:
     const ImportPlan& plan() const { return *m_plan; }
     TimeColumnReader& times() { return *m_times; }
     bool hasSingleTime() const { return m_time.form == TimeColumns::Form::Single; }
+    /// Whether a number without a unit counts in every column.
+    bool takesBareNumbers() const;
     bool rowsNameQuantities() const { return m_named.has_value(); }
     DecimalMark commonMark() const { return m_commonMark; }
     void addRow(const TextRecord& record, ImportTable& table);
@@ -63,7 +68,10 @@ private:
     // Before the rows
     void noteTimes();
     void addNamedColumns();
+    SourceColumn columnOf(const QuantityKinds::Quantity& quantity) const;
+    void prepareUnits();
     void decideMarks();
+    std::vector<std::size_t> deviceFields() const;
     bool isSettledByForm(const DecimalEvidence& evidence, DecimalMark& mark) const;
     bool hasDottedDates() const;
     bool scan();
@@ -78,14 +86,18 @@ private:
     std::string_view fieldAt(const TextRecord& record, std::size_t field) const;
     std::optional<DateAndTime> joinedTimeOf(const TextRecord& record);
     std::optional<double> timeOf(const TextRecord& record);
-    bool conditionsHold(const TextRecord& record) const;
+    bool allHold(const std::vector<ImportPlan::Condition>& conditions, const TextRecord& record) const;
+    bool conditionsHold(const TextRecord& record) const { return allHold(m_plan->conditions, record); }
     void passOverLine(const TextRecord& record, ImportTable& table);
     bool isTooLong(const TextRecord& record) const;
     void addCells(const TextRecord& record, ImportTable& table, double time);
     void addNamedCell(const TextRecord& record, double time);
     bool hasEnoughCells() const;
+    void moveQuantities(ImportTable& table);
     std::string nameIn(const TextRecord& record) const;
-    FieldKind readCell(std::string_view field, std::size_t shapeField, std::size_t mark, double& value);
+    std::string_view unitIn(const TextRecord& record);
+    NumberWithUnit numberIn(std::string_view field, std::size_t index);
+    FieldKind readCell(std::string_view field, std::size_t mark, double& value);
     void learnMark(std::string_view field, std::size_t mark);
     void setCommonMark();
     void endRows(ImportTable& table);
@@ -98,7 +110,7 @@ private:
     TimeColumns m_time;
     std::optional<DayRows> m_days;  // rows of days, taken apart
     std::optional<NamedRows> m_named;
-    std::vector<std::string> m_names;  // of quantities: those of the columns behind the file's own
+    QuantityKinds m_kinds;  // of the columns behind the file's own, in their order
     std::vector<ImportFinding> m_notes;
 
     // From `begin` on:
@@ -109,6 +121,7 @@ private:
     std::string m_date;   // of the row before: some exports write it once a day
     std::string m_clock;  // of this row, with its half of the day
     std::unique_ptr<TimeColumnReader> m_times;
+    std::vector<CellUnits> m_cellUnits;       // by the plan's columns, unless rows name quantities
     std::vector<DecimalMark> m_marks;         // by the plan's columns
     std::vector<DecimalEvidence> m_evidence;  // the same, from the sample or the whole file
     DecimalMark m_commonMark = DecimalMark::Unknown;

@@ -86,9 +86,9 @@ std::optional<double> TableReader::timeOf(const TextRecord& record)
     return time ? m_times->read(*time) : std::nullopt;
 }
 
-bool TableReader::conditionsHold(const TextRecord& record) const
+bool TableReader::allHold(const std::vector<ImportPlan::Condition>& conditions, const TextRecord& record) const
 {
-    return std::all_of(m_plan->conditions.begin(), m_plan->conditions.end(),
+    return std::all_of(conditions.begin(), conditions.end(),
                        [&](const auto& condition) { return condition.holds(fieldAt(record, condition.field)); });
 }
 
@@ -147,12 +147,15 @@ void TableReader::passOverLine(const TextRecord& record, ImportTable& table)
         {.what = What::NoTime, .line = record.line, .column = m_plan->timeHeader, .text = textForFinding(text)});
 }
 
-/// The number in a cell, whose unit behind it does not count where the whole column has it.
-FieldKind TableReader::readCell(std::string_view field, std::size_t shapeField, std::size_t mark, double& value)
+bool TableReader::takesBareNumbers() const
 {
-    const std::string& unit = m_shape.units[shapeField];
-    if (!unit.empty() && field.ends_with(unit))
-        field = splitUnitOff(field).number;
+    return std::all_of(m_cellUnits.begin(), m_cellUnits.end(),
+                       [](const CellUnits& units) { return units.takesBareNumbers(); });
+}
+
+/// The number in a cell, whatever unit it is in.
+FieldKind TableReader::readCell(std::string_view field, std::size_t mark, double& value)
+{
     if (m_marks[mark] == DecimalMark::Unknown)
         learnMark(field, mark);
     return readNumber(field, m_marks[mark], value);
@@ -183,8 +186,12 @@ void TableReader::addCells(const TextRecord& record, ImportTable& table, double 
     for (std::size_t index = 0; index < m_plan->columns.size(); ++index) {
         const std::size_t column = m_plan->columns[index].field;
         const std::string_view field = fieldAt(record, column);
+        const NumberWithUnit cell = numberIn(field, index);
         double value = 0;
-        switch (readCell(field, column, index, value)) {
+        FieldKind kind = readCell(cell.number, index, value);
+        if (kind == FieldKind::Number && !m_cellUnits[index].convert(cell.unit, value))
+            kind = FieldKind::Text;
+        switch (kind) {
         case FieldKind::Number: table.addNumber(index, value); break;
         case FieldKind::Missing: table.addMissing(index); break;
         case FieldKind::Text:
@@ -198,60 +205,10 @@ void TableReader::addCells(const TextRecord& record, ImportTable& table, double 
     table.endRow(time);
 }
 
-std::string TableReader::nameIn(const TextRecord& record) const
-{
-    std::string name;
-    for (const std::size_t field : m_named->names) {
-        const std::string_view part = fieldAt(record, field);
-        if (!name.empty() && !part.empty())
-            name += ' ';
-        name += part;
-    }
-    return name;
-}
-
-void TableReader::addNamedCell(const TextRecord& record, double time)
-{
-    const std::string name = nameIn(record);
-    if (name.empty())
-        return;
-    const std::size_t quantity = m_quantities->columnOf(name);
-    const std::string_view field = fieldAt(record, m_named->value);
-    double value = 0;
-    switch (readCell(field, m_named->value, 0, value)) {
-    case FieldKind::Number: m_quantities->addNumber(quantity, time, value); break;
-    case FieldKind::Missing: m_quantities->addMissing(quantity, time); break;
-    case FieldKind::Text:
-        if (const std::optional<double> state = stateOf(field))
-            m_quantities->addState(quantity, time, *state, record.line, field);
-        else
-            m_quantities->addText(quantity, time, record.line, field);
-        break;
-    }
-}
-
-/// Rows that name their quantity become a table only at the end, with a cell for each quantity at each time: where the
-/// first rows are wanted, they are not collected from a whole long file.
-bool TableReader::hasEnoughCells() const
-{
-    constexpr std::size_t kMostRows = 200'000;
-    constexpr std::size_t kMostCells = 10'000'000;
-    if (!m_quantities || m_plan->rowsWanted == 0 || m_quantities->cells() < m_plan->rowsWanted)
-        return false;
-    return m_quantities->cells() >= kMostRows || m_quantities->cells() * m_plan->columns.size() >= kMostCells;
-}
-
 void TableReader::endRows(ImportTable& table)
 {
-    if (m_quantities) {
-        std::vector<std::size_t> columns;
-        for (const ImportPlan::Column& column : m_plan->columns) {
-            const std::string name =
-                column.field < m_shape.fields() ? std::string() : m_names[column.field - m_shape.fields()];
-            columns.push_back(m_quantities->columnOf(name));
-        }
-        m_quantities->moveTo(table, columns, [this] { report(); });
-    }
+    if (m_quantities)
+        moveQuantities(table);
     if (m_headersAgain > 0)
         m_notes.push_back({.what = What::HeadersRepeated, .found = m_headersAgain});
     if (m_comments > 0)

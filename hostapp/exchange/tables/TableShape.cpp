@@ -4,6 +4,7 @@
 #include "hostapp/exchange/DecodedText.h"
 #include "hostapp/exchange/NumberText.h"
 #include "hostapp/exchange/TimeWords.h"
+#include "hostapp/exchange/tables/CellUnits.h"
 #include "hostapp/exchange/tables/HeaderRows.h"
 
 #include <QtCore/QHash>
@@ -129,13 +130,22 @@ QString withoutBrackets(const std::string& field)
 
 void splitTitles(TableShape& shape, const Row* units)
 {
+    QStringList unknown;
     for (qsizetype column = 0; column < shape.headers.size(); ++column) {
         ColumnHeader title = splitHeader(shape.headers[column]);
         const auto field = static_cast<std::size_t>(column);
-        if (units != nullptr && title.unit.isEmpty() && field < units->fields.size())
-            title.unit = Units::shared()->normalise(withoutBrackets(units->fields[field])).value_or(QString());
+        if (units != nullptr && title.unit.isEmpty() && field < units->fields.size()) {
+            const QString text = withoutBrackets(units->fields[field]);
+            title.unit = Units::shared()->normalise(text).value_or(QString());
+            const bool isOfTime = hasWord(title.name, "time|date|zeit|datum|heure|jour") ||
+                                  hasWord(text, "^(?:[ydmhst:./\\- ]+|TS|RN|yr|mo|mn|dy|hr|min|sec)$");
+            if (title.unit.isEmpty() && text.size() > 1 && !isOfTime)
+                unknown << text;
+        }
         shape.titles.push_back(title);
     }
+    if (!unknown.isEmpty())
+        shape.notes.push_back({.what = What::UnitsNotKnown, .line = units->line, .columns = unknown});
 }
 
 bool isMoney(const QString& unit)
@@ -143,25 +153,29 @@ bool isMoney(const QString& unit)
     return hasWord(unit, "^(?:€|\\$|£|EUR|USD|GBP|CHF|ct)(?:/\\w+)?$");
 }
 
-/// The unit that stands in every cell of a column; nothing where cells differ.
+/// The unit that stands in most cells of a column, which may have others too; nothing where most have none.
 std::string unitInCells(std::span<const Row> rows, std::size_t field)
 {
-    std::string unit;
+    std::vector<std::pair<std::string, std::size_t>> units;  // in the order of the file
     std::size_t with = 0, without = 0;
     for (const Row& row : rows) {
         if (field >= row.fields.size() || isMissing(row.fields[field]))
             continue;
         const NumberWithUnit split = splitUnitOff(row.fields[field]);
-        if (split.unit.empty() || (with > 0 && split.unit != unit)) {
+        const auto same = [&split](const auto& unit) { return unit.first == split.unit; };
+        const auto found = std::find_if(units.begin(), units.end(), same);
+        if (found != units.end())
+            ++found->second;
+        else if (isUnitOfCell(split.unit) || isMoney(decodedText(split.unit)))
+            units.emplace_back(split.unit, 1);
+        else
             ++without;
-            continue;
-        }
-        if (with++ == 0)
-            unit = split.unit;
     }
-    const bool isUsual = with > 0 && with > without * 3;
-    return isUsual && (Units::shared()->normalise(decodedText(unit)) || isMoney(decodedText(unit))) ? unit
-                                                                                                    : std::string();
+    const auto isRarer = [](const auto& one, const auto& other) { return one.second < other.second; };
+    for (const auto& unit : units)
+        with += unit.second;
+    const auto most = std::max_element(units.begin(), units.end(), isRarer);
+    return most != units.end() && with > without * 3 ? most->first : std::string();
 }
 
 void findUnitsInCells(TableShape& shape, std::span<const Row> rows)

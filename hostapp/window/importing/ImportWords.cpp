@@ -128,6 +128,10 @@ QString textOfNoTable(const ImportFinding& finding)
         return ImportWords::tr("another table with other columns begins here; import each from a file of its own");
     case What::NoNameColumn:
         return ImportWords::tr("no column names the quantity of each row (columns: %1)").arg(listed(finding.columns));
+    case What::ManyDevices:
+        return ImportWords::tr("the rows of %1 devices or places, named in “%2”, alternate; take those of one under "
+                               "Rows, as %3, or join all of them in one line with Keep the last row under At one time")
+            .arg(QString::number(finding.found), finding.column, finding.column + QLatin1Char('=') + finding.text);
     case What::ManyRowsAtOneTime: return textOfRowsAtOneTime(finding);
     default: return {};
     }
@@ -143,6 +147,11 @@ QString textOfWrongOption(const ImportFinding& finding)
         return ImportWords::tr("“%1”, given for the column “%2”, is no unit that is known; write it like °C, hPa, m/s, "
                                "% or mph")
             .arg(finding.text, finding.column);
+    case What::UnitsDisagree:
+        return ImportWords::tr(
+                   "column “%1” is in %2, but its cells are in %3; if the cells are right, choose %3 as its "
+                   "unit")
+            .arg(finding.column, finding.archivedUnit, finding.text);
     case What::UnknownTimeZone:
         return ImportWords::tr("“%1” is no time zone; give a name such as Europe/Berlin, or an offset such as +02:00")
             .arg(finding.text);
@@ -214,6 +223,9 @@ QString textOfUnderstanding(const ImportFinding& finding)
         return ImportWords::tr("In “%1” the number %2 is taken for a gap: %3 times.")
             .arg(finding.column, finding.text, QString::number(finding.found));
     case What::UnitsBelowHeader: return ImportWords::tr("units are taken from this line");
+    case What::UnitsNotKnown:
+        return ImportWords::tr("units that are not known stand in this line: %1; the numbers are stored without them")
+            .arg(listed(finding.columns));
     default: return {};
     }
 }

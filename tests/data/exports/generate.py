@@ -627,6 +627,56 @@ def day_files():
          [prop("Main", "", q, b), prop("Cellar", "", q, last)], 288)
 
 
+def unit_files():
+    """Units that differ: from cell to cell, between header and cells, from row to row."""
+    t = moments((2024, 5, 1, 10, 0), 13, 15)
+    a = wave(13, 950, 20, 1)
+    watts = [f"{v} W" for v in a[:12]] + ["1.2 kW"]
+    stored = a[:12] + [1200]
+    stamps = [f"{x:%Y-%m-%d %H:%M}" for x in t]
+    case("unit_in_cells_mixed.csv", lines([["time", "power"]] + [list(r) for r in zip(stamps, watts)], ","),
+         [prop("power", "W", t, stored)], 13)
+    case("unit_in_cells_few_rows.csv", lines([["time", "energy"], [stamps[0], "950 Wh"], [stamps[1], "1.2 kWh"]], ","),
+         [prop("energy", "Wh", t[:2], [950, 1200])], 2)
+    case("unit_in_cells_of_another_kind.csv",
+         lines([["time", "power"]] + [[x, "20 °C" if i == 4 else w] for i, (x, w) in enumerate(zip(stamps, watts))], ","),
+         [prop("power", "W", t, [None if i == 4 else v for i, v in enumerate(stored)])], 13, bad_cells=1)
+    case("unit_in_header_and_cells.csv", lines([["time", "Power (kW)"]] + [list(r) for r in zip(stamps, watts)], ","),
+         [prop("Power", "kW", t, [v / 1000 for v in stored])], 13)
+    refused("unit_in_header_against_cells.csv",
+            lines([["time", "Power (kW)"]] + [[x, f"{v} °C"] for x, v in zip(stamps, a)], ","), "UnitsDisagree")
+    rows = [[x, "P1", *w.split()] for x, w in zip(stamps, watts)]
+    rows += [[x, "T1", "20" if i % 2 else "68", "°C" if i % 2 else "°F"] for i, x in enumerate(stamps)]
+    case("unit_by_row.csv", lines([["Time", "Sensor", "Value", "Unit"]] + rows, ","),
+         [prop("P1", "W", t, stored), prop("T1", "°F", t, [68] * 13)], 13)
+    rows = [[x, "Outdoor", v, u] for x in stamps for v, u in (("20.5", "°C"), ("45", "%"))]
+    text = lines([["Time", "Sensor", "Value", "Unit"]] + rows, ",")
+    case("unit_tells_quantities_apart.csv", text,
+         [prop("Outdoor (°C)", "°C", t, [20.5] * 13), prop("Outdoor (%)", "%", t, [45] * 13)], 13)
+    case("unit_of_wanted_rows.csv", text, [prop("Outdoor", "%", t, [45] * 13)], 13, options={"where": "Unit=%"})
+    rows = [[f"{x:%d.%m.%Y %H:%M}:{s:02}", d, v, h] for x in t for s, d, v, h in
+            ((1, "Keller", "10,5", "70"), (7, "Dach", "25,5", "40"))]
+    text = lines([["Zeit", "Gerät", "Temp °C", "Feuchte %"]] + rows)
+    seconds_later = [x + dt.timedelta(seconds=1) for x in t]
+    refused("devices_alternate.csv", text, "ManyDevices")
+    case("devices_alternate_one.csv", text,
+         [prop("Temp", "°C", seconds_later, [10.5] * 13), prop("Feuchte", "%", seconds_later, [70] * 13)], 13,
+         options={"where": "Gerät=Keller"})
+    rows = [[f"{x:%d.%m.%Y %H:%M}", "Keller" if i < 6 else "Dach", german(v), "70"] for i, (x, v) in enumerate(zip(t, a))]
+    case("device_moved.csv", lines([["Zeit", "Raum", "Temp °C", "Feuchte %"]] + rows),
+         [prop("Temp", "°C", t, a), prop("Feuchte", "%", t, [70] * 13)], 13)
+    days = [f"{x:%d.%m.%Y %H:%M}" for x in t]
+    case("unit_row_not_known.csv",
+         lines([["Zeit", "Durchfluss", "Blindleistung", "Trübung"], ["", "Nm³/h", "kvar", "NTU"]] +
+               [[x, german(v), "3,5", "7"] for x, v in zip(days, a)]),
+         [prop("Durchfluss", "", t, a), prop("Blindleistung", "", t, [3.5] * 13), prop("Trübung", "", t, [7] * 13)], 13)
+    case("unit_in_header_written_oddly.csv",
+         lines([["Zeit", "Keller %rF", "Dach % r.F.", "Flur (% rF)", "Tagesertrag / (kWh)", "Leistung AC / W"]] +
+               [[x, "50", "51", "52", "1,5", german(v)] for x, v in zip(days, a)]),
+         [prop("Keller", "%", t, [50] * 13), prop("Dach", "%", t, [51] * 13), prop("Flur", "%", t, [52] * 13),
+          prop("Tagesertrag", "kWh", t, [1.5] * 13), prop("Leistung AC", "W", t, a)], 13)
+
+
 def packed(entries):
     buffer = io.BytesIO()
     with zipfile.ZipFile(buffer, "w") as archive:
@@ -645,7 +695,7 @@ def other_archives():
 
 def main():
     for part in (german_files, us_files, french_files, number_times, logger_files, long_files, management_files,
-                 spreadsheets, odd_files, day_files, other_archives):
+                 spreadsheets, odd_files, day_files, unit_files, other_archives):
         part()
     (HERE / "manifest.json").write_text(json.dumps(ENTRIES, indent=1, ensure_ascii=False) + "\n", encoding="utf-8")
 

@@ -45,7 +45,8 @@ void DelimitedReader::rewind()
 
 void DelimitedReader::prepareRows()
 {
-    const bool mayBePlain = hasSingleTime() && !rowsNameQuantities() && m_format.fewestBlanks == 0;
+    const bool mayBePlain =
+        hasSingleTime() && !rowsNameQuantities() && takesBareNumbers() && m_format.fewestBlanks == 0;
     m_plain = mayBePlain ? std::make_unique<PlainRows>(m_format, shape().fields(), plan(), times()) : nullptr;
 }
 

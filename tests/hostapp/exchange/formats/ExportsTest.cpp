@@ -57,6 +57,8 @@ What refusal(const QString& name)
     static const std::map<QString, What> names = {{QStringLiteral("DecimalMarkUnknown"), What::DecimalMarkUnknown},
                                                   {QStringLiteral("DateOrderUnknown"), What::DateOrderUnknown},
                                                   {QStringLiteral("ManyRowsAtOneTime"), What::ManyRowsAtOneTime},
+                                                  {QStringLiteral("ManyDevices"), What::ManyDevices},
+                                                  {QStringLiteral("UnitsDisagree"), What::UnitsDisagree},
                                                   {QStringLiteral("NoTimeColumn"), What::NoTimeColumn},
                                                   {QStringLiteral("AnotherHeader"), What::AnotherHeader},
                                                   {QStringLiteral("PackedFiles"), What::PackedFiles},
