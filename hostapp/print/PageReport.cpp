@@ -131,7 +131,7 @@ int PageReport::print(QPagedPaintDevice& device) const
 {
     const QSizeF sheet = takeWholeSheet(device);
     const PageLayoutPlan plan =
-        planPages(sheet, static_cast<int>(m_contents.rows.size()), !recordsText(m_contents, m_locale).isEmpty());
+        planPages(sheet, static_cast<int>(m_contents.rows.size()), !noteText(m_contents, m_locale).isEmpty());
     const std::vector<int> pages = pagesToPrint(device, static_cast<int>(plan.pages.size()));
     QPainter painter;
     if (!painter.begin(&device))
@@ -186,7 +186,7 @@ void PageReport::drawHeadings(QPainter& painter, const PageLayoutPlan& plan) con
     }
     drawText(painter, span, spanText(m_contents.from, m_contents.to, m_locale), font, kGrey);
     if (!plan.note.isEmpty())
-        drawText(painter, plan.note, recordsText(m_contents, m_locale), fontOf(kFooterSize), kGrey);
+        drawText(painter, plan.note, noteText(m_contents, m_locale), fontOf(kFooterSize), kGrey);
 }
 
 void PageReport::drawTable(QPainter& painter, const PageLayoutPlan& plan, const PageLayoutPlan::Page& page) const
