@@ -1,5 +1,5 @@
 #include "hostapp/window/DesktopUserInterface.h"
-#include "hostapp/window/ExportImageDialog.h"
+#include "hostapp/window/ExportPictureDialog.h"
 #include "hostapp/window/HelpWindow.h"
 #include "hostapp/window/ImportDialog.h"
 #include "hostapp/window/SiteDetailsDialog.h"
@@ -60,8 +60,8 @@ TEST(AccessibleNamesTest, EveryFocusableControlOfTheDialogsHasOne)
 {
     plotix::ImportDialog import(QStringList("Station"));
     expectNames(import, 8);
-    plotix::ExportImageDialog image(QStringLiteral("Week"));
-    expectNames(image, 6);
+    plotix::ExportPictureDialog picture(QStringLiteral("Week"), plotix::ExportPictureDialog::Table::Offered);
+    expectNames(picture, 8);
     plotix::SiteDetailsDialog details(QStringLiteral("Hill"), {});
     expectNames(details, 4);
     plotix::HelpWindow help;
