@@ -55,7 +55,8 @@ ALLOWED = {
     "hostapp/print": CORE,
     "hostapp/web": CORE,
     "hostapp/site": SITE - {"hostapp/site"},
-    "hostapp/window": SITE | EXCHANGE | LIVE,
+    "hostapp/window": SITE | EXCHANGE | LIVE | {"hostapp/window/importing"},
+    "hostapp/window/importing": DOCUMENT | EXCHANGE,
     "hostapp/cli": SITE | EXCHANGE | LIVE | {"hostapp/demo"},
     "hostapp/app": SITE | EXCHANGE | LIVE | {"hostapp/demo", "hostapp/window", "hostapp/cli"},
 }

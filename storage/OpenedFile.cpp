@@ -1,7 +1,6 @@
 #include "storage/OpenedFile.h"
 
 #include <fcntl.h>
-#include <optional>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -15,22 +14,20 @@ int openPath(const QByteArray& path)
     return ::open(path.constData(), O_PATH | O_CLOEXEC);
 }
 
-std::optional<struct stat> statusOf(int descriptor)
-{
-    struct stat status {};
-    if (descriptor < 0 || ::fstat(descriptor, &status) != 0)
-        return std::nullopt;
-    return status;
-}
-
-bool isSame(const struct stat& one, const struct stat& other)
-{
-    return one.st_dev == other.st_dev && one.st_ino == other.st_ino;
-}
-
 }  // namespace
 
-OpenedFile::OpenedFile(const QString& path) : m_path(path.toLocal8Bit()), m_descriptor(openPath(m_path)) {}
+OpenedFile::OpenedFile(const QString& path) : m_path(path.toLocal8Bit())
+{
+    hold();
+}
+
+void OpenedFile::hold() const
+{
+    m_descriptor = openPath(m_path);
+    struct stat status {};
+    if (m_descriptor >= 0 && ::fstat(m_descriptor, &status) == 0)
+        m_identity = {status.st_dev, status.st_ino};
+}
 
 OpenedFile::~OpenedFile()
 {
@@ -41,30 +38,27 @@ OpenedFile::~OpenedFile()
 OpenedFile::Place OpenedFile::place() const
 {
     if (m_descriptor < 0)
-        m_descriptor = openPath(m_path);
-    const std::optional<struct stat> held = statusOf(m_descriptor);
+        hold();
     struct stat there {};
-    if (!held || ::stat(m_path.constData(), &there) != 0)
+    if (!m_identity || ::stat(m_path.constData(), &there) != 0)
         return Place::Gone;
-    return isSame(*held, there) ? Place::Same : Place::Replaced;
+    return *m_identity == Identity(there.st_dev, there.st_ino) ? Place::Same : Place::Replaced;
 }
 
 bool OpenedFile::hasName() const
 {
-    const std::optional<struct stat> held = statusOf(m_descriptor);
-    return held && held->st_nlink > 0;
+    struct stat status {};
+    return m_descriptor >= 0 && ::fstat(m_descriptor, &status) == 0 && status.st_nlink > 0;
 }
 
 quint64 OpenedFile::number() const
 {
-    const std::optional<struct stat> held = statusOf(m_descriptor);
-    return held ? held->st_ino : 0;
+    return m_identity ? m_identity->second : 0;
 }
 
 bool OpenedFile::isSameAs(const OpenedFile& other) const
 {
-    const std::optional<struct stat> mine = statusOf(m_descriptor), others = statusOf(other.m_descriptor);
-    return mine && others && isSame(*mine, *others);
+    return m_identity && m_identity == other.m_identity;
 }
 
 }  // namespace plotix

@@ -2,6 +2,9 @@
 
 #include <QtCore/QString>
 
+#include <optional>
+#include <utility>
+
 /// The file that a path named when it was opened, so that one that takes its name later is told from it.
 ///
 /// It holds the file without reading or locking it; while it does, the system gives its number to no other file. What
@@ -36,8 +39,12 @@ public:
     bool isSameAs(const OpenedFile& other) const;
 
 private:
+    using Identity = std::pair<quint64, quint64>;  ///< device and number, which stay while the descriptor is open
+    void hold() const;
+
     const QByteArray m_path;
     mutable int m_descriptor = -1;
+    mutable std::optional<Identity> m_identity;
 };
 
 }  // namespace plotix

@@ -99,6 +99,20 @@ void panPaused(benchmark::State& state, double gapThreshold)
     }
 }
 
+/// A pan whose margins follow the labels.
+void panRoomForLabels(benchmark::State& state)
+{
+    BenchmarkGraph shown(10, 10 * kMillion);
+    shown.graph.setLabelRoom(CPTLabelRoom::Grows);
+    plotkit::GraphPainter painter;
+    QImage image(kScreen, QImage::Format_RGB32);
+    int step = 0;
+    for (auto unused : state) {
+        shown.show(1, step++ % 200, kScreen.width());
+        paintFrame(painter, image, shown.graph);
+    }
+}
+
 /// In by a twentieth a frame, forty frames, and from the beginning.
 void zoom(benchmark::State& state)
 {
@@ -193,6 +207,7 @@ void registerFrames()
     benchmark::RegisterBenchmark("pan/10x10M/full/1920x1080/joined", panPaused, std::numeric_limits<double>::infinity())
         ->Unit(benchmark::kMillisecond);
     benchmark::RegisterBenchmark("pan/10x10M/full/1920x1080/broken", panPaused, 5.0)->Unit(benchmark::kMillisecond);
+    benchmark::RegisterBenchmark("pan/10x10M/full/1920x1080/labels", panRoomForLabels)->Unit(benchmark::kMillisecond);
     benchmark::RegisterBenchmark("zoom/10x10M/1920x1080", zoom)->Unit(benchmark::kMillisecond);
     benchmark::RegisterBenchmark("recolor/10x10M/1920x1080", recolor)->Unit(benchmark::kMillisecond);
     benchmark::RegisterBenchmark("resize/10x10M/1920x1080", resize)->Unit(benchmark::kMillisecond);

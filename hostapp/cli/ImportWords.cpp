@@ -127,8 +127,8 @@ QString textOfRowsAtOneTime(const ImportFinding& finding)
         finding.columns.isEmpty()
             ? QStringLiteral("name the column of the time of day too, as --time Date+Time, or keep the last row of "
                              "each time with --keep-last")
-            : QStringLiteral("they differ in “%1”: take those of one with --where \"%2=…\"")
-                  .arg(finding.columns.join(QStringLiteral("”, “")), finding.columns.front());
+            : QStringLiteral("they differ in “%1”: take those of one with --where \"%2=%3\"")
+                  .arg(finding.columns.join(QStringLiteral("”, “")), finding.columns.front(), finding.text);
     return QStringLiteral("%1 of %2 rows have the time of another row, with other values; %3")
         .arg(QString::number(finding.expected), QString::number(finding.found), remedy);
 }

@@ -1,3 +1,5 @@
+#include "hostapp/document/SiteAgent.h"
+
 #include "base/ReportableError.h"
 #include "hostapp/core/Units.h"
 #include "hostapp/document/ArchiveManager.h"

@@ -1,8 +1,7 @@
 #pragma once
 
 #include "base/Date.h"
-#include "hostapp/core/SiteProperty.h"
-#include "plugins/PlotixPlugIn/host/KTVAgent.h"
+#include "hostapp/document/SiteAgent.h"
 #include "plugins/PlotixPlugIn/host/KTVSiteDocument.h"
 
 #include <QtCore/QByteArray>
@@ -15,49 +14,8 @@
 
 namespace plotix {
 
-class ArchiveManager;
 enum class RecordFailure;
 class RecordStore;  // records/store
-class SiteDocument;
-
-/// One source of measurements in a site document. The document *owns* it; plug-ins *share* it. Main thread only.
-class SiteAgent : public QObject, public KTVAgent {
-    Q_OBJECT
-public:
-    ~SiteAgent() override;
-
-    qint64 id() const { return m_id; }
-    const QString& name() const { return m_name; }
-    const std::vector<std::shared_ptr<SiteProperty>>& siteProperties() const { return m_properties; }
-
-    /// Stores a new property after the others and makes its key unique in the agent. Colours come from a fixed palette,
-    /// in turn.
-    std::shared_ptr<SiteProperty> addProperty(const QString& name, const QString& unit, std::uint32_t type = 0);
-
-    KTVPropertyCollection properties() const override;
-    QString uniqueIdentifier() const override { return m_uniqueIdentifier; }
-    KTVArchiveManager* archiveManager() const override;
-    ArchiveManager* siteArchiveManager() const { return m_archiveManager.get(); }
-    std::optional<QString> siteName() const override;
-    std::optional<QString> siteLocation() const override;
-    KTVSiteWindowController* siteWindowController() const override { return m_siteWindowController; }
-    void setSiteWindowController(KTVSiteWindowController* controller) { m_siteWindowController = controller; }
-
-signals:
-    void propertiesChanged();
-
-private:
-    friend class SiteDocument;
-    SiteAgent(SiteDocument* document, qint64 id, QString uniqueIdentifier, QString name);
-
-    SiteDocument* m_document;  // borrowed; null once it is closed, which a plug-in's agent may outlive
-    qint64 m_id;
-    QString m_uniqueIdentifier;
-    QString m_name;
-    std::vector<std::shared_ptr<SiteProperty>> m_properties;
-    std::unique_ptr<ArchiveManager> m_archiveManager;
-    KTVSiteWindowController* m_siteWindowController = nullptr;
-};
 
 /// A plug-in as archived in the document.
 struct ArchivedPlugIn {

@@ -58,7 +58,7 @@ struct ImportFinding {
         DateOrderContradicts,
         DecimalMarkUnknown,  ///< text: a number that may be meant either way; line, column
         ManyRowsAtOneTime,   ///< found: rows in all, expected: of them at the time of another one with other values,
-                             ///< columns: those that tell such rows apart
+                             ///< columns: those that may tell such rows apart, text: one in the first of them
         TooManyBadRows,      ///< found: bad rows, expected: rows in all, causes: the first
         AnotherHeader,       ///< line: a header with other names begins another table
         NoNameColumn,        ///< no column names the quantity of each row

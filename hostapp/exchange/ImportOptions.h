@@ -37,7 +37,9 @@ struct ImportOptions {
     Arrangement arrangement = Arrangement::Detect;
     RowsAtOneTime rowsAtOneTime = RowsAtOneTime::Refuse;
     ByColumn where;               ///< only rows in which each of these columns has exactly this text
-    QStringList only;             ///< only these columns; empty: every column with a number
+    QStringList only;             ///< only these columns; empty: every column with a number,
+    QStringList also;             ///< these too, such as one that counts the rows,
+    QStringList leaveOut;         ///< and not these
     ByColumn units;               ///< overrides the unit in the header
     ByColumn names;               ///< overrides the name in the header
     bool replace = false;         ///< stored values may be replaced by others; else that is refused

@@ -44,16 +44,27 @@ QString knownUnit(const QString& text, const QString& column)
     return *unit;
 }
 
+std::set<std::size_t> fieldsOf(const QStringList& names, const Columns& columns)
+{
+    std::set<std::size_t> fields;
+    for (const QString& name : names)
+        fields.insert(requiredColumn(name, ImportOption::Only, columns));
+    return fields;
+}
+
 std::vector<std::size_t> wantedFields(const Columns& columns, std::size_t timeField, const ImportOptions& options)
 {
     std::vector<std::size_t> fields;
     for (const QString& column : options.only)
         fields.push_back(requiredColumn(column, ImportOption::Only, columns));
+    const std::set<std::size_t> also = fieldsOf(options.also, columns);
+    const std::set<std::size_t> leftOut = fieldsOf(options.leaveOut, columns);
     if (options.only.isEmpty())
         for (std::size_t field = 0; field < columns.size(); ++field)
-            if (columns[field].isMeasurement && !columns[field].isTime)
+            if ((columns[field].isMeasurement || also.contains(field)) && !columns[field].isTime)
                 fields.push_back(field);
     std::erase(fields, timeField);
+    std::erase_if(fields, [&](std::size_t field) { return leftOut.contains(field); });
     std::set<std::size_t> seen;
     std::erase_if(fields, [&](std::size_t field) { return !seen.insert(field).second; });
     return fields;
@@ -79,13 +90,14 @@ void planColumns(ImportPlan& plan, const Columns& columns, const ImportOptions& 
 {
     const ByField units = byField(options.units, ImportOption::Unit, columns);
     const ByField names = byField(options.names, ImportOption::Name, columns);
+    const std::set<std::size_t> also = fieldsOf(options.also, columns);
     for (const std::size_t field : wantedFields(columns, plan.timeField, options)) {
         const SourceColumn& column = columns[field];
         const auto unit = units.find(field);
         const auto name = names.find(field);
         plan.columns.push_back({field, column.header, name == names.end() ? column.name : name->second.trimmed(),
                                 unit == units.end() ? column.unit : knownUnit(unit->second, column.header),
-                                !options.only.isEmpty()});
+                                !options.only.isEmpty() || also.contains(field)});
     }
     makeNamesUnique(plan.columns);
 }
@@ -116,6 +128,9 @@ std::optional<std::size_t> columnNamed(const QString& text, const Columns& colum
         for (std::size_t column = 0; column < columns.size(); ++column)
             if (!text.isEmpty() && reading(columns[column]) == reading(asked))
                 return column;
+    for (std::size_t column = 0; column < columns.size(); ++column)
+        if (text == QStringLiteral("Column %1").arg(column + 1))
+            return column;
     return {};
 }
 

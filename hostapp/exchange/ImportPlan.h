@@ -41,6 +41,7 @@ struct ImportPlan {
     bool skipsBadRows = false;
     bool keepsAllNumbers = false;
     RowsAtOneTime rowsAtOneTime = RowsAtOneTime::Refuse;
+    std::size_t rowsWanted = 0;  ///< a source that collects rows before it adds any may end there; 0: all
 };
 
 /// The columns that the options name as the time, "Date+Time" being two; none where they name none.
@@ -53,7 +54,8 @@ ImportPlan planImport(const std::vector<SourceColumn>& columns, std::size_t time
 /// Chooses the source's time column and plans the rest.
 ImportPlan planImport(RowSource& source, const ImportOptions& options);
 
-/// Finds a column as people write it: its header, its name without the unit, either whatever the case, or its key.
+/// Finds a column as people write it: its header, its name without the unit, either whatever the case, its key, or its
+/// place as in "Column 3", which tells columns of one header apart.
 std::optional<std::size_t> columnNamed(const QString& text, const std::vector<SourceColumn>& columns);
 
 QStringList headersOf(const std::vector<SourceColumn>& columns);

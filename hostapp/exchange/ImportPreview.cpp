@@ -12,15 +12,14 @@ using Column = ImportPreview::Column;
 
 constexpr std::size_t kRowsLookedAt = 2000;
 
-void describeColumns(ImportPreview& preview, const std::vector<SourceColumn>& columns, const ImportOptions& options)
+void describeColumns(ImportPreview& preview, const std::vector<SourceColumn>& columns)
 {
     preview.columns.clear();
     for (const SourceColumn& column : columns) {
         Column shown{column.header, column.name, column.unit};
         shown.use = column.isTime ? Column::Use::Time : Column::Use::LeftOut;
         if (!column.isTime)
-            shown.reason = column.isMeasurement && !options.only.isEmpty() ? Column::Reason::NotAskedFor
-                                                                           : Column::Reason::CountsRows;
+            shown.reason = column.isMeasurement ? Column::Reason::NotAskedFor : Column::Reason::CountsRows;
         preview.columns.push_back(std::move(shown));
     }
 }
@@ -51,7 +50,7 @@ std::vector<ImportPreview::Row> firstRows(const ImportTable& table)
 }
 
 /// Leaves out the columns that the import would leave out.
-void judgeColumns(ImportPreview& preview, const ImportPlan& plan, const ImportTable& table)
+void judgeColumns(ImportPreview& preview, const RowSource& source, const ImportPlan& plan, const ImportTable& table)
 {
     for (std::size_t index = plan.columns.size(); index-- > 0;) {
         const ImportColumn& read = table.columns()[index];
@@ -59,7 +58,8 @@ void judgeColumns(ImportPreview& preview, const ImportPlan& plan, const ImportTa
         shown.numbers = read.numbers;
         shown.bad = read.bad;
         shown.firstBad = read.firstBad;
-        if (table.isTaken(index))
+        const bool isYetToCome = source.isCutShort() && read.numbers == 0 && read.bad == 0;
+        if (table.isTaken(index) || isYetToCome)
             continue;
         shown.use = Column::Use::LeftOut;
         shown.reason = read.numbers == 0 ? Column::Reason::NoNumbers : Column::Reason::HardlyNumbers;
@@ -73,9 +73,11 @@ void readRows(ImportPreview& preview, RowSource& source, const ImportPlan& plan)
     ImportTable table(plan);
     source.begin(plan);
     bool more = true;
-    while (more && table.rows() < kRowsLookedAt)
+    while (more && table.rows() < kRowsLookedAt) {
         more = source.read(table);
-    preview.isWhole = !more;
+        source.report();
+    }
+    preview.isWhole = !more && !source.isCutShort();
     preview.rowsLookedAt = table.rows();
     preview.rows = firstRows(table);
     preview.form = source.form();
@@ -86,7 +88,7 @@ void readRows(ImportPreview& preview, RowSource& source, const ImportPlan& plan)
     } catch (const ImportFailure& failure) {
         preview.problem = failure.finding();
     }
-    judgeColumns(preview, plan, table);
+    judgeColumns(preview, source, plan, table);
     const bool hasNumbers = std::any_of(preview.columns.begin(), preview.columns.end(),
                                         [](const Column& column) { return column.use == Column::Use::Taken; });
     if (!preview.problem && preview.rowsLookedAt == 0) {
@@ -101,14 +103,29 @@ void readRows(ImportPreview& preview, RowSource& source, const ImportPlan& plan)
 
 }  // namespace
 
+bool isRefused(const ImportPreview& preview)
+{
+    if (!preview.problem)
+        return false;
+    using What = ImportFinding::What;
+    switch (preview.problem->what) {
+    case What::NoRowRead:
+    case What::NoNumbers:
+    case What::ManyRowsAtOneTime:
+    case What::TooManyBadRows: return preview.isWhole;
+    default: return true;
+    }
+}
+
 ImportPreview previewRows(RowSource& source, const ImportOptions& options)
 {
     ImportPreview preview;
-    describeColumns(preview, source.columns(), options);
+    describeColumns(preview, source.columns());
     preview.form = source.form();
     try {
-        const ImportPlan plan = planImport(source, options);
-        describeColumns(preview, source.columns(), options);
+        ImportPlan plan = planImport(source, options);
+        plan.rowsWanted = kRowsLookedAt;
+        describeColumns(preview, source.columns());
         describeTaken(preview, plan);
         preview.timeZone = plan.timeZone;
         preview.zoneIsFromFile = options.timeZone.trimmed().isEmpty() && !plan.timeZone.isEmpty();

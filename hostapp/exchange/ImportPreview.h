@@ -9,7 +9,8 @@
 /// What an import would take from a file, before anything is stored: for a person who looks whether it was understood.
 ///
 /// Values; any thread. Made from the first rows, except where only the whole file tells something, such as the order of
-/// day and month: that takes as long as reading it, so a window asks on a worker thread.
+/// day and month: that takes as long as reading it, so a window asks on a worker thread. Memory stays that of the first
+/// rows also then.
 namespace plotix {
 
 struct ImportPreview {
@@ -18,7 +19,7 @@ struct ImportPreview {
         enum class Use { Time, Taken, LeftOut };
         enum class Reason {
             None,
-            NotAskedFor,
+            NotAskedFor,   ///< by `only`, or by `leaveOut`
             CountsRows,    ///< or is a time that was not chosen, or names what other columns measure
             NoNumbers,     ///< not a single one in the rows looked at
             HardlyNumbers  ///< texts with a few numbers among them
@@ -49,6 +50,9 @@ struct ImportPreview {
 
     static constexpr std::size_t kPreviewRows = 20;
 };
+
+/// Whether the import would certainly be refused, and not only if the rest of the file were like the first rows.
+bool isRefused(const ImportPreview& preview);
 
 /// Of a source that has just been opened, or an error of opening it. See `previewOf` in formats/FileExchange.h.
 ImportPreview previewRows(RowSource& source, const ImportOptions& options);

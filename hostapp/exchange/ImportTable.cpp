@@ -273,7 +273,7 @@ ImportTable::Taken ImportTable::takeColumn(std::size_t index)
     return taken;
 }
 
-void finishImport(const RowSource& source, ImportTable& table)
+void finishImport(RowSource& source, ImportTable& table)
 {
     try {
         table.finish();
@@ -281,7 +281,10 @@ void finishImport(const RowSource& source, ImportTable& table)
         ImportFinding finding = failure.finding();
         if (finding.what != ImportFinding::What::ManyRowsAtOneTime)
             throw;
-        finding.columns = source.categories();
+        for (const auto& [header, text] : source.categories()) {
+            finding.text = finding.columns.isEmpty() ? text : finding.text;
+            finding.columns << header;
+        }
         throw ImportFailure(std::move(finding));
     }
 }

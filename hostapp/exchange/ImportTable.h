@@ -127,7 +127,7 @@ private:
 };
 
 /// Finishes the table; where rows at one time stop it, the finding names the source's columns that tell them apart.
-void finishImport(const RowSource& source, ImportTable& table);
+void finishImport(RowSource& source, ImportTable& table);
 
 /// What the source and the table decided about the file. Requires: finish().
 std::vector<ImportFinding> notesOf(const RowSource& source, const ImportTable& table);

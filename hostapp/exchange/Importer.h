@@ -6,7 +6,6 @@
 #include <QtCore/QString>
 #include <QtCore/QStringList>
 
-#include <functional>
 #include <optional>
 #include <vector>
 
@@ -47,9 +46,6 @@ struct ImportSummary {
     QStringList leftOut;                ///< headers of columns without a number, or hardly one
     std::vector<ImportFinding> notes;   ///< what was decided about the file
 };
-
-/// Called with bytes read and bytes in all; answers false to cancel.
-using ImportProgress = std::function<bool(qint64 done, qint64 total)>;
 
 /// Makes the site and the agent when they do not exist. `file` is where the rows come from, for the summary and the
 /// agent's name. Throws ImportFailure when the file is bad or does not fit the site, ReportableError when the site

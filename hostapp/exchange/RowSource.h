@@ -6,6 +6,8 @@
 #include <QtCore/QString>
 #include <QtCore/QStringList>
 
+#include <functional>
+#include <utility>
 #include <vector>
 
 /// What a file format must give so that its files can be imported: columns, one of them the time, and rows.
@@ -38,9 +40,21 @@ struct SourceForm {
     QString sheet{};
 };
 
+/// Called with bytes read and bytes in all; answers false to cancel.
+using ImportProgress = std::function<bool(qint64 done, qint64 total)>;
+
 class RowSource {
 public:
     virtual ~RowSource() = default;
+
+    /// Who is told how far the source has come, also while it reads the whole file before the rows, and may cancel.
+    void watch(ImportProgress progress) { m_progress = std::move(progress); }
+    /// Tells it. Throws ImportCancelled.
+    void report() const
+    {
+        if (m_progress && !m_progress(bytesRead(), bytesInAll()))
+            throw ImportCancelled();
+    }
 
     virtual const std::vector<SourceColumn>& columns() const = 0;
 
@@ -56,8 +70,11 @@ public:
     virtual void begin(const ImportPlan& plan) = 0;
 
     /// Adds the next rows to the table; none in calls that first scan the whole file for what only that can tell. False
-    /// after the last row.
+    /// after the last row, or where the plan wants no more.
     virtual bool read(ImportTable& table) = 0;
+
+    /// Whether it ended before the last row, because the plan wants no more.
+    virtual bool isCutShort() const { return false; }
 
     /// How far `read` has come, and how far it will have to go.
     virtual qint64 bytesRead() const = 0;
@@ -66,11 +83,15 @@ public:
     /// As far as it is known; all of it after the last row.
     virtual SourceForm form() const { return {}; }
 
-    /// The columns of texts with few different ones, each of which tells rows at one time apart.
-    virtual QStringList categories() const { return {}; }
+    /// The columns of texts with a few different ones in the whole file, which may tell rows at one time apart; each
+    /// with its first text. Reads the file again.
+    virtual std::vector<std::pair<QString, QString>> categories() { return {}; }
 
     /// What has been decided about the file so far.
     virtual const std::vector<ImportFinding>& notes() const = 0;
+
+private:
+    ImportProgress m_progress;
 };
 
 }  // namespace plotix

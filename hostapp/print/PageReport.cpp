@@ -3,9 +3,9 @@
 #include "base/ReportableError.h"
 #include "hostapp/print/PagesToPrint.h"
 #include "hostapp/print/Paper.h"
+#include "hostapp/print/PdfFile.h"
 #include "hostapp/print/ReportText.h"
 
-#include <QtCore/QBuffer>
 #include <QtCore/QCoreApplication>
 #include <QtCore/QDateTime>
 #include <QtGui/QFontMetricsF>
@@ -146,18 +146,12 @@ int PageReport::print(QPagedPaintDevice& device) const
 
 QByteArray PageReport::pdf(const QSizeF& sheet) const
 {
-    QByteArray bytes;
-    QBuffer buffer(&bytes);
-    buffer.open(QIODevice::WriteOnly);
-    QPdfWriter writer(&buffer);
-    writer.setResolution(kPdfResolution);
-    writer.setCreator(QCoreApplication::applicationName());
-    writer.setTitle(m_contents.title);
-    const QSizeF upright = sheet.width() > sheet.height() ? sheet.transposed() : sheet;
-    writer.setPageSize(QPageSize(upright, QPageSize::Point, QString(), QPageSize::FuzzyMatch));
-    writer.setPageOrientation(QPageLayout::Landscape);
-    print(writer);
-    return bytes;
+    return pdfFile(m_contents.title, [this, &sheet](QPdfWriter& writer) {
+        const QSizeF upright = sheet.width() > sheet.height() ? sheet.transposed() : sheet;
+        writer.setPageSize(QPageSize(upright, QPageSize::Point, QString(), QPageSize::FuzzyMatch));
+        writer.setPageOrientation(QPageLayout::Landscape);
+        print(writer);
+    });
 }
 
 bool PageReport::hasNote() const

@@ -6,7 +6,6 @@
 namespace plotix {
 
 inline constexpr double kPointsPerInch = 72;
-inline constexpr int kPdfResolution = 1200;  // dots per inch of the files we write
 
 enum class Paper { A4, Letter };
 

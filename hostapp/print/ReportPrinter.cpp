@@ -2,11 +2,11 @@
 
 #include "base/ReportableError.h"
 #include "hostapp/print/PagesToPrint.h"
+#include "hostapp/print/PdfFile.h"
 #include "hostapp/print/ReportDocument.h"
 #include "plugins/PlotixPlugIn/host/KTVGraphicsContext.h"
 #include "plugins/PlotixPlugIn/host/KTVWebUIDelegate.h"
 
-#include <QtCore/QBuffer>
 #include <QtCore/QCoreApplication>
 #include <QtGui/QPainter>
 #include <QtGui/QPdfWriter>
@@ -121,15 +121,8 @@ int ReportPrinter::print(QPagedPaintDevice& device) const
 
 QByteArray ReportPrinter::pdf() const
 {
-    QByteArray bytes;
-    QBuffer buffer(&bytes);
-    buffer.open(QIODevice::WriteOnly);
-    QPdfWriter writer(&buffer);
-    writer.setResolution(kPdfResolution);
-    writer.setCreator(QCoreApplication::applicationName());
-    writer.setTitle(m_plugIn->title().isEmpty() ? m_plugIn->name() : m_plugIn->title());
-    print(writer);
-    return bytes;
+    const QString title = m_plugIn->title().isEmpty() ? m_plugIn->name() : m_plugIn->title();
+    return pdfFile(title, [this](QPdfWriter& writer) { print(writer); });
 }
 
 }  // namespace plotix

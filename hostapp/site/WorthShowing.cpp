@@ -11,7 +11,8 @@ namespace plotix {
 namespace {
 
 constexpr std::size_t kMostShown = 5;
-constexpr double kLeastShare = 0.1;  // of the height of all lines that a line must take
+constexpr double kLeastShare = 0.1;       // of the height of all lines that a line must take
+constexpr double kOrderOfMagnitude = 10;  // between the largest values of two lines
 
 struct Candidate {
     KTVPropertyPtr property;
@@ -32,6 +33,16 @@ bool countsTimeOrRows(const KTVProperty& property)
                        "station|station[_ ]?id|.*[_ ]id)\\.?$"),
         QRegularExpression::CaseInsensitiveOption);
     return property.unit().isEmpty() && words.match(property.name()).hasMatch();
+}
+
+/// By its name: an angle jumps between 0 and 360, and its line covers all others.
+bool isDirection(const KTVProperty& property)
+{
+    static const QRegularExpression words(
+        QStringLiteral("(?:^|[ _.-])(?:dir|wdir|wd|direction|heading|bearing|azimuth|richtung|azimut)(?:$|[ _.-])|"
+                       "windrichtung"),
+        QRegularExpression::CaseInsensitiveOption);
+    return words.match(property.name()).hasMatch();
 }
 
 Candidates candidatesOf(const KTVPropertyList& properties, const std::vector<ValueExtent>& extents)
@@ -65,17 +76,22 @@ const Candidate& leaderOf(const Candidates& candidates)
     return candidates.front();
 }
 
-double magnitudeOf(const Candidate& candidate)
+double largestOf(const Candidate& candidate)
 {
-    const double largest = std::max(std::abs(candidate.lowest), std::abs(candidate.highest));
-    return largest > 0 ? std::floor(std::log10(largest)) : 0;
+    return std::max(std::abs(candidate.lowest), std::abs(candidate.highest));
+}
+
+bool areOfOneMagnitude(const Candidate& one, const Candidate& other)
+{
+    const auto [smaller, larger] = std::minmax({largestOf(one), largestOf(other)});
+    return larger < kOrderOfMagnitude * smaller || larger == smaller;
 }
 
 bool goesWith(const Candidate& leader, const Candidate& other)
 {
     if (!leader.property->unit().isEmpty() || !other.property->unit().isEmpty())
         return leader.property->unit() == other.property->unit();
-    return leader.isState() == other.isState() && (leader.isState() || magnitudeOf(leader) == magnitudeOf(other));
+    return leader.isState() == other.isState() && (leader.isState() || areOfOneMagnitude(leader, other));
 }
 
 /// Whether every line keeps its share of the height when the other one joins.
@@ -101,6 +117,7 @@ KTVPropertyList worthShowing(const KTVPropertyList& properties, const std::vecto
     if (candidates.empty())
         return properties;
     candidates = without(candidates, [](const Candidate& candidate) { return countsTimeOrRows(*candidate.property); });
+    candidates = without(candidates, [](const Candidate& candidate) { return isDirection(*candidate.property); });
     candidates = without(candidates, [](const Candidate& candidate) { return candidate.isFlat(); });
     const Candidate leader = leaderOf(candidates);
     Candidates shown{leader};

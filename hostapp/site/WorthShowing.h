@@ -16,7 +16,7 @@ struct ValueExtent {
 
 /// A handful at most, of one unit or, where they have none, of one order of magnitude, so that no line is pressed flat
 /// by another: the first property with a unit leads, else the first with other values than 0 and 1. Left out are parts
-/// of dates, numbers of rows, and values that never change, as long as anything else is there.
+/// of dates, numbers of rows, directions, and values that never change, as long as anything else is there.
 KTVPropertyList worthShowing(const KTVPropertyList& properties, const std::vector<ValueExtent>& extents);
 
 }  // namespace plotix

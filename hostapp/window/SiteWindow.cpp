@@ -4,7 +4,6 @@
 #include "hostapp/document/ArchiveManager.h"
 #include "hostapp/window/DesktopUserInterface.h"
 #include "hostapp/window/EmptyStateView.h"
-#include "hostapp/window/ImportTask.h"
 #include "hostapp/window/ListRowDelegate.h"
 #include "hostapp/window/PropertyHistory.h"
 #include "hostapp/window/PropertyListModel.h"
@@ -13,13 +12,13 @@
 #include "hostapp/window/SiteEditor.h"
 #include "hostapp/window/SiteRecording.h"
 #include "hostapp/window/TrendHistory.h"
+#include "hostapp/window/importing/ImportSequence.h"
 
 #include <QtCore/QDeadlineTimer>
 #include <QtCore/QFileInfo>
 #include <QtWidgets/QApplication>
 #include <QtWidgets/QLabel>
 #include <QtWidgets/QListView>
-#include <QtWidgets/QProgressDialog>
 #include <QtWidgets/QSplitter>
 #include <QtWidgets/QStackedWidget>
 #include <QtWidgets/QStatusBar>
@@ -49,6 +48,7 @@ SiteWindow::SiteWindow(std::shared_ptr<SiteDocument> document, const WindowServi
     connectOtherActions();
     connectTrendActions();
     makeEditor();
+    connectImporting();
     connectWindowActions();
     connectLiveActions();
     connectWebActions();
@@ -62,7 +62,7 @@ SiteWindow::~SiteWindow()
 {
     stopServing();
     m_storeTimer.stop();
-    m_import.reset();
+    m_importing.reset();
     m_recording.reset();
     // The plug-ins take their views out of the stack, so they are released while it still exists.
     disconnect(m_trendList->selectionModel(), nullptr, this, nullptr);
@@ -240,12 +240,12 @@ void SiteWindow::showEmptyState()
         m_emptyState->show(titleOf(*plugIn), tr("This trend is shown in a window of its own."),
                            {tr("Show Window"), tr("Bring It Back")});
     } else if (document.agents().empty()) {
-        m_emptyStateActions = {[this] { askAndImport(); }};
+        m_emptyStateActions = {[this] { askAndImportAll({QString()}); }};
         m_emptyState->show(tr("This site has no measurements yet"),
                            tr("Import a text file with a column of times and columns of numbers, or drop one here."),
                            {tr("Import…")});
     } else if (m_controller->sourceList().rowCount() == 0) {
-        m_emptyStateActions = {[this] { newTrend(); }, [this] { askAndImport(); }};
+        m_emptyStateActions = {[this] { newTrend(); }, [this] { askAndImportAll({QString()}); }};
         m_emptyState->show(tr("This site has no trend yet"),
                            tr("Tick properties in the list at the left and press New Trend, or import more "
                               "measurements. Without ticks the trend shows every property."),

@@ -14,7 +14,6 @@
 #include <memory>
 
 class QListView;
-class QProgressDialog;
 class QSplitter;
 class QStackedWidget;
 class QVBoxLayout;
@@ -24,7 +23,7 @@ namespace plotix {
 class DesktopUserInterface;
 class EmptyStateView;
 class GatheringToolbar;
-class ImportTask;
+class ImportSequence;
 class PropertyHistory;
 class PropertyListModel;
 class PropertyListView;
@@ -83,11 +82,8 @@ public:
     QWidget* windowInFront();  ///< the separate window in front, else this one
     void selectPlugIn(const KTVPlugInPtr& plugIn);
 
-    /// Imports without asking; progress and outcome are shown. While an import runs another one is refused.
+    // See ImportSequence.
     void startImport(const QString& file, const ImportOptions& options);
-    /// Asks for file and agent, beginning with `file`, then imports.
-    void askAndImport(const QString& file = {});
-    /// Asks for each file and imports it, one after the other; those dropped during an import come after it.
     void askAndImportAll(const QStringList& files);
 
     /// Makes a trend for each agent with ticked properties; without ticks one of every property of the first agent.
@@ -182,10 +178,8 @@ private:
     void stopServing();
 
     // Import.
-    void importFinished(const ImportSummary& summary);
-    void askAndReplace(const ImportFinding& finding);
-    void endImport();
-    void importNext();
+    void connectImporting();
+    void showImported(const ImportSummary& summary);
     void addFirstTrend(const ImportSummary& summary);
 
     std::unique_ptr<SiteWindowController> m_controller;
@@ -197,11 +191,8 @@ private:
     std::unique_ptr<PropertyHistory> m_propertyHistory;
     std::unique_ptr<TrendHistory> m_trendHistory;
     std::unique_ptr<SiteEditor> m_editor;
-    std::unique_ptr<ImportTask> m_import;              ///< while one runs
-    std::pair<QString, ImportOptions> m_importWanted;  ///< file and options of the last one
+    std::unique_ptr<ImportSequence> m_importing;
     std::unique_ptr<SiteRecording> m_recording;
-    QPointer<QProgressDialog> m_progress;
-    QStringList m_filesToImport;  ///< not yet asked for
     QTimer m_storeTimer;
     QString m_lastStoringFailure;
     bool m_asksBeforeClosing = true;

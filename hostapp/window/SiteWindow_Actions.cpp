@@ -17,6 +17,7 @@
 #include "hostapp/window/Regions.h"
 #include "hostapp/window/ReportChoice.h"
 #include "hostapp/window/SiteDetailsDialog.h"
+#include "hostapp/window/importing/ImportSequence.h"
 #include "records/store/RecordStore.h"
 
 #include <QtCore/QFile>
@@ -47,7 +48,6 @@ void SiteWindow::connectFileActions()
 {
     connect(m_actions.openSite, &QAction::triggered, this, &SiteWindow::askForSite);
     connect(m_actions.newSite, &QAction::triggered, this, &SiteWindow::askForNewSite);
-    connect(m_actions.import, &QAction::triggered, this, [this] { askAndImport(); });
     connect(m_actions.siteDetails, &QAction::triggered, this, &SiteWindow::askForSiteDetails);
     connect(m_actions.exportRecords, &QAction::triggered, this, &SiteWindow::exportRecordsOfTrend);
     connect(m_actions.exportPicture, &QAction::triggered, this, &SiteWindow::exportPicture);
@@ -124,7 +124,7 @@ void SiteWindow::updateActions()
     setUnavailableReason(m_actions.newTrend,
                          m_properties->ticked().empty() ? tr("Tick properties in the list first.") : QString());
     QString noImport = readOnly ? tr("This site may only be looked at.") : QString();
-    if (m_import)
+    if (m_importing && m_importing->isRunning())
         noImport = tr("An import is running.");
     setUnavailableReason(m_actions.import, noImport);
     setUnavailableReason(m_actions.siteDetails, readOnly ? tr("This site may only be looked at.") : QString());

@@ -292,10 +292,6 @@
         <translation>nennen Sie unter „Zeitspalte“ auch die Spalte der Uhrzeit, als Datum+Uhrzeit</translation>
     </message>
     <message>
-        <source>they differ in “%1”: take those of one under Rows</source>
-        <translation>sie unterscheiden sich in „%1“: wählen Sie unter „Zeilen“ eine davon</translation>
-    </message>
-    <message>
         <source>“%1” may have thousands or decimals, and no number in the file tells which; choose the sign before the decimals</source>
         <translation>„%1“ kann Tausender oder Nachkommastellen haben, und keine Zahl der Datei verrät es; wählen Sie das Dezimalzeichen</translation>
     </message>
@@ -409,6 +405,10 @@
     <message>
         <source>Left out, without a number or with hardly one: %1.</source>
         <translation>Weggelassen, ohne Zahl oder mit kaum einer: %1.</translation>
+    </message>
+    <message>
+        <source>they differ in “%1”: take those of one under Rows, as %2</source>
+        <translation>sie unterscheiden sich in „%1“: unter Zeilen nur die eines Wertes nehmen, etwa %2</translation>
     </message>
 </context>
 <context>
@@ -1571,6 +1571,52 @@
     </message>
 </context>
 <context>
+    <name>plotix::ImportSequence</name>
+    <message>
+        <source>Importing %1…</source>
+        <translation>%1 wird importiert …</translation>
+    </message>
+    <message>
+        <source>Cancel</source>
+        <translation>Abbrechen</translation>
+    </message>
+    <message>
+        <source>The file could not be imported</source>
+        <translation>Die Datei konnte nicht importiert werden</translation>
+    </message>
+    <message>
+        <source>Import cancelled; nothing was stored.</source>
+        <translation>Import abgebrochen; nichts wurde gespeichert.</translation>
+    </message>
+    <message>
+        <source>Import</source>
+        <translation>Import</translation>
+    </message>
+    <message>
+        <source>%1: %2.</source>
+        <translation>%1: %2.</translation>
+    </message>
+    <message>
+        <source>Edit ▸ Undo Import brings the values of now back.</source>
+        <translation>Bearbeiten ▸ Import rückgängig machen bringt die jetzigen Werte zurück.</translation>
+    </message>
+    <message>
+        <source>&amp;Replace</source>
+        <translation>&amp;Ersetzen</translation>
+    </message>
+    <message numerus="yes">
+        <source>Imported %n record(s)</source>
+        <translation>
+            <numerusform>%n Messzeile importiert</numerusform>
+            <numerusform>%n Messzeilen importiert</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>The site could not be read again</source>
+        <translation>Die Anlage konnte nicht neu gelesen werden</translation>
+    </message>
+</context>
+<context>
     <name>plotix::PropertyListModel</name>
     <message>
         <source>%1%2
@@ -1830,31 +1876,8 @@ Doppelklick ändert Farbe oder Einheit.</translation>
         <translation>Das Bild konnte nicht gesichert werden</translation>
     </message>
     <message>
-        <source>Importing %1…</source>
-        <translation>%1 wird importiert …</translation>
-    </message>
-    <message>
         <source>Cancel</source>
         <translation>Abbrechen</translation>
-    </message>
-    <message>
-        <source>The file could not be imported</source>
-        <translation>Die Datei konnte nicht importiert werden</translation>
-    </message>
-    <message>
-        <source>Import cancelled; nothing was stored.</source>
-        <translation>Import abgebrochen; nichts wurde gespeichert.</translation>
-    </message>
-    <message numerus="yes">
-        <source>Imported %n record(s)</source>
-        <translation>
-            <numerusform>%n Messzeile importiert</numerusform>
-            <numerusform>%n Messzeilen importiert</numerusform>
-        </translation>
-    </message>
-    <message>
-        <source>The site could not be read again</source>
-        <translation>Die Anlage konnte nicht neu gelesen werden</translation>
     </message>
     <message>
         <source>This computer is not recorded</source>
@@ -2046,22 +2069,6 @@ Doppelklick ändert Farbe oder Einheit.</translation>
     <message>
         <source>Undo Import</source>
         <translation>Import rückgängig machen</translation>
-    </message>
-    <message>
-        <source>Import</source>
-        <translation>Import</translation>
-    </message>
-    <message>
-        <source>%1: %2.</source>
-        <translation>%1: %2.</translation>
-    </message>
-    <message>
-        <source>Edit ▸ Undo Import brings the values of now back.</source>
-        <translation>Bearbeiten ▸ Import rückgängig machen bringt die jetzigen Werte zurück.</translation>
-    </message>
-    <message>
-        <source>&amp;Replace</source>
-        <translation>&amp;Ersetzen</translation>
     </message>
     <message>
         <source>There is nothing to export yet: import or record something first.</source>

@@ -57,6 +57,16 @@
     </message>
 </context>
 <context>
+    <name>plotix::ImportSequence</name>
+    <message numerus="yes">
+        <source>Imported %n record(s)</source>
+        <translation>
+            <numerusform>Imported %n record</numerusform>
+            <numerusform>Imported %n records</numerusform>
+        </translation>
+    </message>
+</context>
+<context>
     <name>plotix::RecordingIndicator</name>
     <message numerus="yes">
         <source>Recording since %1: %Ln record(s)</source>
@@ -73,13 +83,6 @@
         <translation>
             <numerusform>%n trend of this site cannot be read by this version.</numerusform>
             <numerusform>%n trends of this site cannot be read by this version.</numerusform>
-        </translation>
-    </message>
-    <message numerus="yes">
-        <source>Imported %n record(s)</source>
-        <translation>
-            <numerusform>Imported %n record</numerusform>
-            <numerusform>Imported %n records</numerusform>
         </translation>
     </message>
     <message numerus="yes">

@@ -19,10 +19,12 @@ std::unique_ptr<RowSource> sourceOf(const QString& file, const ImportOptions& op
 
 }  // namespace
 
-ImportPreview previewOf(const QString& file, const ImportOptions& options)
+ImportPreview previewOf(const QString& file, const ImportOptions& options, const ImportProgress& progress)
 {
     try {
-        return previewRows(*sourceOf(file, options), options);
+        const std::unique_ptr<RowSource> source = sourceOf(file, options);
+        source->watch(progress);
+        return previewRows(*source, options);
     } catch (const ImportFailure& failure) {
         ImportPreview preview;
         preview.problem = failure.finding();
@@ -35,6 +37,7 @@ ImportSummary importFile(const QString& file, const QString& site, const ImportO
 {
     const QString name = QFileInfo(file).fileName();
     const std::unique_ptr<RowSource> source = sourceOf(file, options);
+    source->watch(progress);
     try {
         return importRows(*source, file, site, options, progress);
     } catch (const ReportableError& error) {

@@ -11,8 +11,8 @@ namespace plotix {
 ImportSummary importFile(const QString& file, const QString& site, const ImportOptions& options,
                          const ImportProgress& progress = {});
 
-/// What that import would take, with nothing stored; errors stand in it. See ImportPreview.
-ImportPreview previewOf(const QString& file, const ImportOptions& options);
+/// What that import would take, with nothing stored; errors stand in it. See ImportPreview. Throws ImportCancelled.
+ImportPreview previewOf(const QString& file, const ImportOptions& options, const ImportProgress& progress = {});
 
 /// Writes a file, whole or not at all; its name tells the format. Throws OutputFailure when the
 /// name is wrong or taken by a file of another kind or the file cannot be written; ExportFailure, ExportCancelled.

@@ -171,14 +171,9 @@ std::optional<NamedRows> namedRowsOf(const TableSample& sample, const TableShape
     return rows;
 }
 
-std::vector<std::size_t> categoriesOf(const TableSample& sample, const TableShape& shape, const TimeColumns& time)
+std::vector<std::size_t> textFieldsOf(const TableSample& sample, const TableShape& shape, const TimeColumns& time)
 {
-    const std::vector<Content> contents = contentsOf(sample, shape);
-    std::vector<std::size_t> fields = textFields(shape, time, contents);
-    std::erase_if(fields, [&](std::size_t field) {
-        return contents[field].different.size() > 50 || contents[field].different.size() < 2;
-    });
-    return fields;
+    return textFields(shape, time, contentsOf(sample, shape));
 }
 
 }  // namespace plotix

@@ -20,7 +20,7 @@ struct NamedRows {
 std::optional<NamedRows> namedRowsOf(const TableSample& sample, const TableShape& shape, const TimeColumns& time,
                                      Arrangement wanted);
 
-/// The columns of texts with few different ones, without those that only judge the values.
-std::vector<std::size_t> categoriesOf(const TableSample& sample, const TableShape& shape, const TimeColumns& time);
+/// The columns of texts, without those that only judge the values.
+std::vector<std::size_t> textFieldsOf(const TableSample& sample, const TableShape& shape, const TimeColumns& time);
 
 }  // namespace plotix

@@ -33,6 +33,7 @@ void QuantityTable::add(std::size_t column, double time, double value, Kind kind
         m_remarks.push_back(std::move(remark));
     }
     m_cells[column].push_back({time, value, kind, index});
+    ++m_count;
 }
 
 void QuantityTable::addTo(ImportTable& table, std::size_t index, const Cell& cell) const
@@ -81,6 +82,7 @@ void QuantityTable::moveTo(ImportTable& table, const std::vector<std::size_t>& c
         }
     m_cells.assign(m_names.size(), {});
     m_remarks.clear();
+    m_count = 0;
 }
 
 }  // namespace plotix

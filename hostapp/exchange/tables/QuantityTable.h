@@ -23,6 +23,8 @@ public:
     void addState(std::size_t column, double time, double value, qint64 line, std::string_view word);
     void addText(std::size_t column, double time, qint64 line, std::string_view text);
 
+    std::size_t cells() const { return m_count; }  ///< added since it was made, or moved
+
     /// Adds everything to the table, whose columns are `columns` of this one; forgets it here.
     void moveTo(ImportTable& table, const std::vector<std::size_t>& columns);
 
@@ -45,6 +47,7 @@ private:
     std::vector<std::string> m_names;
     std::vector<std::vector<Cell>> m_cells;  // by column
     std::vector<Remark> m_remarks;
+    std::size_t m_count = 0;
 };
 
 }  // namespace plotix

@@ -5,6 +5,8 @@
 #include "hostapp/exchange/ImportTable.h"
 
 #include <algorithm>
+#include <map>
+#include <set>
 
 namespace plotix {
 
@@ -73,6 +75,8 @@ void TableReader::addNamedColumns()
     TextRecord record;
     rewind();
     for (std::size_t row = 0; next(record); ++row) {
+        if (row % kRowsInBatch == 0)
+            report();
         const bool isRow = row >= m_shape.firstRow && record.fields != header;
         if (!isRow || fieldAt(record, m_time.fields.front()).empty())
             continue;
@@ -274,9 +278,10 @@ bool TableReader::read(ImportTable& table)
         rewind();
         return true;
     }
-    if (!more)
+    m_isCutShort = more && hasEnoughCells();
+    if (!more || m_isCutShort)
         endRows(table);
-    return more;
+    return more && !m_isCutShort;
 }
 
 SourceForm TableReader::form() const
@@ -295,12 +300,27 @@ SourceForm TableReader::form() const
     return form;
 }
 
-QStringList TableReader::categories() const
+/// Not of the first rows alone: a file sorted by station begins with thousands of one.
+std::vector<std::pair<QString, QString>> TableReader::categories()
 {
-    QStringList headers;
-    for (const std::size_t field : categoriesOf(m_sample, m_shape, m_time))
-        headers << m_columns[field].header;
-    return headers;
+    constexpr std::size_t kMostTexts = 50;
+    std::vector<std::size_t> fields = textFieldsOf(m_sample, m_shape, m_time);
+    std::map<std::size_t, std::set<std::string, std::less<>>> texts;
+    rewind();
+    for (std::size_t row = 0; !fields.empty() && next(m_record); ++row)
+        if (row >= m_shape.firstRow && conditionsHold(m_record))
+            std::erase_if(fields, [this, &texts](std::size_t field) {
+                std::set<std::string, std::less<>>& different = texts[field];
+                const std::string_view text = fieldAt(m_record, field);
+                if (!text.empty() && !different.contains(text))
+                    different.emplace(text);
+                return different.size() > kMostTexts;
+            });
+    std::vector<std::pair<QString, QString>> categories;
+    for (const std::size_t field : fields)
+        if (texts[field].size() > 1)
+            categories.emplace_back(m_columns[field].header, textForFinding(*texts[field].begin()));
+    return categories;
 }
 
 }  // namespace plotix

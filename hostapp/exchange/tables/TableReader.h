@@ -23,8 +23,9 @@ public:
     QString statedTimeZone() const override { return m_time.statedZone; }
     void begin(const ImportPlan& plan) override;
     bool read(ImportTable& table) override;
+    bool isCutShort() const override { return m_isCutShort; }
     SourceForm form() const override;
-    QStringList categories() const override;
+    std::vector<std::pair<QString, QString>> categories() override;
     const std::vector<ImportFinding>& notes() const override { return m_notes; }
 
 protected:
@@ -79,6 +80,7 @@ private:
     bool isTooLong(const TextRecord& record) const;
     void addCells(const TextRecord& record, ImportTable& table, double time);
     void addNamedCell(const TextRecord& record, double time);
+    bool hasEnoughCells() const;
     std::string nameIn(const TextRecord& record) const;
     FieldKind readCell(std::string_view field, std::size_t shapeField, std::size_t mark, double& value);
     void learnMark(std::string_view field, std::size_t mark);
@@ -106,9 +108,10 @@ private:
     std::vector<DecimalMark> m_marks;         // by the plan's columns
     std::vector<DecimalEvidence> m_evidence;  // the same, from the sample or the whole file
     DecimalMark m_commonMark = DecimalMark::Unknown;
-    bool m_marksAreOpen = false;                  // the whole file must tell
-    std::optional<ImportFinding> m_openNumber;    // one that may be meant either way
-    bool m_mustRestart = false;                   // rows were read before that was known
+    bool m_marksAreOpen = false;                // the whole file must tell
+    std::optional<ImportFinding> m_openNumber;  // one that may be meant either way
+    bool m_mustRestart = false;                 // rows were read before that was known
+    bool m_isCutShort = false;
     std::unique_ptr<QuantityTable> m_quantities;  // of rows that name their quantity
     ImportFinding m_shortRows{.what = ImportFinding::What::ShortRows};
     std::size_t m_comments = 0, m_headersAgain = 0;

@@ -1,5 +1,6 @@
 #include "hostapp/exchange/DecodedText.h"
 #include "hostapp/exchange/ImportTable.h"
+#include "hostapp/exchange/tables/JoinedTime.h"
 #include "hostapp/exchange/tables/TableReader.h"
 
 #include <algorithm>
@@ -215,6 +216,17 @@ void TableReader::addNamedCell(const TextRecord& record, double time)
             m_quantities->addText(quantity, time, record.line, field);
         break;
     }
+}
+
+/// Rows that name their quantity become a table only at the end, with a cell for each quantity at each time: where the
+/// first rows are wanted, they are not collected from a whole long file.
+bool TableReader::hasEnoughCells() const
+{
+    constexpr std::size_t kMostRows = 200'000;
+    constexpr std::size_t kMostCells = 10'000'000;
+    if (!m_quantities || m_plan->rowsWanted == 0 || m_quantities->cells() < m_plan->rowsWanted)
+        return false;
+    return m_quantities->cells() >= kMostRows || m_quantities->cells() * m_plan->columns.size() >= kMostCells;
 }
 
 void TableReader::endRows(ImportTable& table)

@@ -27,9 +27,4 @@ struct TimeColumns {
 /// such a name, or in front of a table without a header.
 TimeColumns timeColumnsOf(const TableSample& sample, const TableShape& shape, const std::vector<std::size_t>& named);
 
-/// The date and time of one row; nothing where it has none. `date` and `clock` are the texts of Form::DateAndClock.
-std::optional<DateAndTime> joinedTime(std::string_view date, std::string_view clock, TimeLayout layout);
-/// The same of Form::Parts.
-std::optional<DateAndTime> joinedTime(std::span<const std::string_view> parts);
-
 }  // namespace plotix

@@ -60,6 +60,21 @@ TEST_F(ImportCommandTest, AFailedImportLeavesNothing)
     EXPECT_TRUE(m_services.stored.empty());
 }
 
+TEST_F(ImportCommandTest, AFileSortedByStationIsToldByItsStations)
+{
+    QByteArray text = "time,station,a\n";
+    for (const char* station : {"North", "South"})
+        for (int minute = 0; minute < 1000; ++minute)
+            text += QStringLiteral("2015-01-01 %1:%2,%3,%4\n")
+                        .arg(minute / 60, 2, 10, QLatin1Char('0'))
+                        .arg(minute % 60, 2, 10, QLatin1Char('0'))
+                        .arg(QLatin1String(station))
+                        .arg(minute + (*station == 'N' ? 0 : 500))
+                        .toUtf8();
+    expectFailure({"import", write("two.csv", text), "--site", site()}, 1,
+                  QStringLiteral("take those of one with --where \"station=North\""));
+}
+
 TEST_F(ImportCommandTest, ANewSiteIsNamedLikeOne)
 {
     write("data.csv", "time,a\n2015-01-01T00:00:00Z,1\n");

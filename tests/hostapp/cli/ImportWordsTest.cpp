@@ -39,10 +39,11 @@ INSTANTIATE_TEST_SUITE_P(
                   {.what = What::ManyRowsAtOneTime, .found = 500, .expected = 494},
                   "494 of 500 rows have the time of another row, with other values; name the column of the time of day "
                   "too, as --time Date+Time, or keep the last row of each time with --keep-last"},
-        WordsCase{"ManyRowsOfStations",
-                  {.what = What::ManyRowsAtOneTime, .columns = {"station"}, .found = 20, .expected = 10},
-                  "10 of 20 rows have the time of another row, with other values; they differ in “station”: take those "
-                  "of one with --where \"station=…\""},
+        WordsCase{
+            "ManyRowsOfStations",
+            {.what = What::ManyRowsAtOneTime, .text = "North", .columns = {"station"}, .found = 20, .expected = 10},
+            "10 of 20 rows have the time of another row, with other values; they differ in “station”: take those "
+            "of one with --where \"station=North\""},
         WordsCase{"NumbersOfMicroseconds",
                   {.what = What::TimesAreNumbers, .column = "ts", .text = "us"},
                   "The numbers in “ts” are read as microseconds since 1970."},

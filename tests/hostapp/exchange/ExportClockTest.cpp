@@ -1,8 +1,8 @@
 #include "hostapp/exchange/ExportClock.h"
 
-#include <gtest/gtest.h>
+#include "tests/support/PinnedZone.h"
 
-#include <ctime>
+#include <gtest/gtest.h>
 
 namespace plotix {
 
@@ -10,22 +10,8 @@ namespace {
 
 class ExportClockTest : public testing::Test {
 protected:
-    void SetUp() override
-    {
-        m_zone = qgetenv("TZ");
-        useZone("Europe/Berlin");
-    }
-    void TearDown() override { useZone(m_zone); }
-    static void useZone(const QByteArray& zone)
-    {
-        qputenv("TZ", zone);
-        tzset();
-    }
-
+    PinnedZone zone{"Europe/Berlin"};
     ExportClock local{ExportForm::Clock::Local};
-
-private:
-    QByteArray m_zone;
 };
 
 TEST_F(ExportClockTest, LocalTimesSayHowFarTheyAreFromUtc)
@@ -43,7 +29,7 @@ TEST_F(ExportClockTest, TheRepeatedHourIsToldApart)
 
 TEST_F(ExportClockTest, WestAndHalfHours)
 {
-    useZone("America/St_Johns");
+    zone.use("America/St_Johns");
     EXPECT_EQ(local.text(0), "1969-12-31T20:30:00-03:30");
 }
 

@@ -1,19 +1,8 @@
-#include "hostapp/live/Recording.h"
-
 #include "base/ReportableError.h"
-#include "hostapp/document/RecordKeeping.h"
-#include "hostapp/document/SiteDocument.h"
 #include "hostapp/document/SiteEditing.h"
-#include "tests/hostapp/live/MadeUpSource.h"
+#include "tests/hostapp/live/RecordingFixture.h"
 
-#include <QtCore/QDir>
 #include <QtCore/QFile>
-#include <QtCore/QFileInfo>
-#include <QtCore/QTemporaryDir>
-
-#include <gtest/gtest.h>
-
-#include <cstdio>
 
 namespace {
 
@@ -21,48 +10,7 @@ using plotix::Recording;
 using plotix::RecordingStatus;
 using State = plotix::RecordingStatus::State;
 
-class RecordingTest : public testing::Test {
-protected:
-    QString site() const { return folder.filePath("computer.plotix"); }
-
-    void begin()
-    {
-        recording.reset();
-        auto made = std::make_unique<MadeUpSource>();
-        source = made.get();
-        recording = std::make_unique<Recording>(site(), std::move(made));
-    }
-    RecordingStatus record(double time) { return recording->record(time); }
-
-    std::vector<double> times() { return column("Count", true); }
-    std::vector<double> values(const char* name) { return column(name, false); }
-
-    QTemporaryDir folder;
-    MadeUpSource* source = nullptr;
-    std::unique_ptr<Recording> recording;
-
-private:
-    /// Times, or the values that are valid.
-    std::vector<double> column(const char* name, bool wantsTimes)
-    {
-        const auto document = plotix::SiteDocument::open(site());
-        const auto agent = document->agentNamed("Made Up");
-        for (const auto& property : agent->siteProperties())
-            if (property->name() == QLatin1String(name)) {
-                const plotix::RowId id = property->description().id;
-                const auto block = plotix::recordsOfSite(site())->read(agent->id(), std::span(&id, 1), {}, {});
-                std::vector<double> found;
-                for (std::size_t i = 0; i < block->times.size(); ++i)
-                    if (wantsTimes)
-                        found.push_back(block->times[i]);
-                    else if (block->columns[0].validity.isValid(i))
-                        found.push_back(block->columns[0].values[i]);
-                return found;
-            }
-        ADD_FAILURE() << "there is no " << name;
-        return {};
-    }
-};
+class RecordingTest : public RecordingFixture {};
 
 TEST_F(RecordingTest, MakesTheSiteTheAgentAndItsProperties)
 {
@@ -151,116 +99,6 @@ TEST_F(RecordingTest, AFileThatIsGoneIsNotWrittenTo)
     EXPECT_EQ(times(), (std::vector<double>{1, 2, 3}));
 }
 
-class ReplacedSiteTest : public RecordingTest {
-protected:
-    /// Moves a site with one record at 7 s over the one that is recorded into.
-    void replace()
-    {
-        const QString other = folder.filePath("other.plotix");
-        {
-            Recording small(other, std::make_unique<MadeUpSource>());
-            small.record(7);
-        }
-        ASSERT_EQ(std::rename(qPrintable(other), qPrintable(site())), 0);
-    }
-    QStringList files() const { return QDir(folder.path()).entryList(QDir::Files); }
-    QString kept() const
-    {
-        const QStringList found = files().filter("replaced");
-        return found.size() == 1 ? folder.filePath(found.front()) : QString();
-    }
-    static std::size_t recordsIn(const QString& file)
-    {
-        const auto document = plotix::SiteDocument::open(file);
-        return document->records()->overview(document->agentNamed("Made Up")->id(), {}).records();
-    }
-};
-
-TEST_F(ReplacedSiteTest, RecordingIsOverWithOneLineThatSaysWhy)
-{
-    begin();
-    record(1);
-    replace();
-    const RecordingStatus status = record(2);
-    EXPECT_EQ(status.state, State::SiteReplaced);
-    EXPECT_TRUE(status.message.contains("was replaced by another file")) << status.message.toStdString();
-    EXPECT_EQ(record(3).state, State::SiteReplaced);
-    EXPECT_EQ(status.stored, 1U);
-}
-
-TEST_F(ReplacedSiteTest, TheFileThatCameStaysAsItIs)
-{
-    begin();
-    for (int second = 10; second < 3000; ++second)
-        record(second);
-    replace();
-    record(3000);
-    recording.reset();
-    EXPECT_EQ(times(), std::vector<double>{7});
-    EXPECT_TRUE(plotix::recordsOfSite(site())->verify().isSound());
-}
-
-TEST_F(ReplacedSiteTest, EverythingAcknowledgedIsKeptBesideIt)
-{
-    begin();
-    for (int second = 10; second < 40; ++second)
-        record(second);
-    replace();
-    const RecordingStatus status = record(40);
-    recording.reset();
-    ASSERT_FALSE(kept().isEmpty()) << files().join(' ').toStdString();
-    EXPECT_TRUE(status.message.contains(QFileInfo(kept()).fileName())) << status.message.toStdString();
-    EXPECT_EQ(recordsIn(kept()), 30U);
-}
-
-TEST_F(ReplacedSiteTest, ItIsNoticedWithoutARecordToStore)
-{
-    begin();
-    record(1);
-    EXPECT_EQ(recording->watch().state, State::Recording);
-    replace();
-    EXPECT_EQ(recording->watch().state, State::SiteReplaced);
-    EXPECT_EQ(recordsIn(kept()), 1U);
-}
-
-TEST_F(ReplacedSiteTest, AFileThatWasMovedAwayFirstHasAllAndNoCopyIsMade)
-{
-    begin();
-    record(1);
-    const QString elsewhere = folder.filePath("moved.plotix");
-    ASSERT_TRUE(QFile::rename(site(), elsewhere));
-    record(2);
-    replace();
-    EXPECT_EQ(record(3).state, State::SiteReplaced);
-    recording.reset();
-    EXPECT_EQ(files().filter("replaced"), QStringList());
-    EXPECT_EQ(recordsIn(elsewhere), 1U);
-    EXPECT_EQ(times(), std::vector<double>{7});
-}
-
-TEST_F(ReplacedSiteTest, AFileThatWasRemovedFirstIsKeptToo)
-{
-    begin();
-    record(1);
-    ASSERT_TRUE(QFile::remove(site()));
-    record(2);
-    replace();
-    EXPECT_EQ(record(3).state, State::SiteReplaced);
-    EXPECT_EQ(recordsIn(kept()), 1U);
-}
-
-// Its log would be read with the wrong file.
-TEST_F(ReplacedSiteTest, TheNewFileIsNotOpenedWhileSomebodyHasTheOldOne)
-{
-    begin();
-    record(1);
-    replace();
-    EXPECT_THROW(plotix::SiteDocument::open(site()), plotix::ReportableError);
-    recording.reset();
-    EXPECT_NO_THROW(plotix::SiteDocument::open(site()));
-}
-
-// A record at the time of a stored one would replace it, so nothing is recorded until the clock is past that time.
 TEST_F(RecordingTest, AClockThatWasSetBackReplacesNothing)
 {
     begin();

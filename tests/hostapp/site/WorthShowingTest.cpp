@@ -51,6 +51,28 @@ TEST_F(WorthShowingTest, WithoutUnitsTheOrderOfMagnitudeDecides)
     EXPECT_EQ(shown(), (QStringList{"a", "c"}));
 }
 
+TEST_F(WorthShowingTest, AMagnitudeIsARatioNotANumberOfDigits)
+{
+    add("temp", "", 11, 100.04);
+    add("dew point", "", -10, 78);
+    add("pressure", "", 984, 1042);
+    EXPECT_EQ(shown(), (QStringList{"temp", "dew point"}));
+}
+
+TEST_F(WorthShowingTest, ADirectionDoesNotCoverTheOthers)
+{
+    add("wind_dir", "", 0, 360);
+    add("temp", "", 11, 100);
+    add("director's room", "", 15, 25);
+    EXPECT_EQ(shown(), (QStringList{"temp", "director's room"}));
+}
+
+TEST_F(WorthShowingTest, ADirectionAloneIsShown)
+{
+    add("Windrichtung", "", 0, 360);
+    EXPECT_EQ(shown(), QStringList{"Windrichtung"});
+}
+
 TEST_F(WorthShowingTest, NoLineIsPressedFlatByAnother)
 {
     add("Supply", "°C", 20, 24);

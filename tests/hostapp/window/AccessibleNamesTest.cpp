@@ -1,9 +1,9 @@
 #include "hostapp/window/DesktopUserInterface.h"
 #include "hostapp/window/ExportPictureDialog.h"
 #include "hostapp/window/HelpWindow.h"
-#include "hostapp/window/ImportDialog.h"
 #include "hostapp/window/SiteDetailsDialog.h"
 #include "hostapp/window/SiteWindow.h"
+#include "hostapp/window/importing/ImportDialog.h"
 #include "tests/support/stubsite/ScratchSite.h"
 #include "tests/support/stubsite/StubTrend.h"
 

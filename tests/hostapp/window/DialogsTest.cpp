@@ -1,7 +1,7 @@
 #include "hostapp/window/ExportPictureDialog.h"
 #include "hostapp/window/HelpWindow.h"
-#include "hostapp/window/ImportDialog.h"
 #include "hostapp/window/SiteDetailsDialog.h"
+#include "hostapp/window/importing/ImportDialog.h"
 
 #include <QtCore/QSettings>
 #include <QtCore/QTemporaryFile>

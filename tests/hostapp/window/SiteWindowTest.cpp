@@ -4,8 +4,8 @@
 #include "hostapp/window/DesktopUserInterface.h"
 #include "hostapp/window/EmptyStateView.h"
 #include "hostapp/window/HelpWindow.h"
-#include "hostapp/window/ImportDialog.h"
 #include "hostapp/window/PropertyListModel.h"
+#include "hostapp/window/importing/ImportDialog.h"
 #include "tests/support/stubsite/ScratchSite.h"
 #include "tests/support/stubsite/StubTrend.h"
 
@@ -317,6 +317,8 @@ TEST_F(SiteWindowDropTest, CancellingOneImportLeavesTheRest)
     openWindow();
     QTimer::singleShot(50, [] { qobject_cast<QDialog*>(QApplication::activeModalWidget())->reject(); });
     window->askAndImportAll({QStringLiteral("/nowhere/a.csv"), QStringLiteral("/nowhere/b.csv")});
+    ASSERT_TRUE(QTest::qWaitFor([] { return QApplication::activeModalWidget() == nullptr; }));
+    QTest::qWait(50);
     EXPECT_EQ(QApplication::activeModalWidget(), nullptr);
 }
 
@@ -333,6 +335,7 @@ TEST_F(SiteWindowDropTest, AFileCanBeSkipped)
     });
     skips.start(10);
     window->askAndImportAll({QStringLiteral("/nowhere/a.csv"), QStringLiteral("/nowhere/b.csv")});
+    ASSERT_TRUE(QTest::qWaitFor([&] { return asked.size() == 2 && !QApplication::activeModalWidget(); }));
     EXPECT_EQ(asked, (QStringList{"/nowhere/a.csv", "/nowhere/b.csv"}));
 }
 

@@ -1,12 +1,12 @@
 #include "plotkit/layout/CalendarTicks.h"
 #include "plotkit/layout/AxisTicks.h"
+#include "tests/support/PinnedZone.h"
 
 #include <QtCore/QDateTime>
 
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <ctime>
 
 namespace {
 
@@ -17,14 +17,6 @@ constexpr double kDay = 86'400;
 /// Ticks in the zone of Berlin, as local times; the clocks go back on 2024-10-27 and forward on 2024-03-31.
 class CalendarTicksTest : public testing::Test {
 protected:
-    CalendarTicksTest() : m_zone(qgetenv("TZ")) { useZone("Europe/Berlin"); }
-    ~CalendarTicksTest() override { useZone(m_zone); }
-
-    static void useZone(const QByteArray& zone)
-    {
-        qputenv("TZ", zone);
-        tzset();
-    }
     static double moment(const char* local)
     {
         const QDateTime time = QDateTime::fromString(QLatin1String(local), Qt::ISODate);
@@ -47,7 +39,7 @@ protected:
     }
 
 private:
-    QByteArray m_zone;
+    plotix::PinnedZone m_zone{"Europe/Berlin"};
 };
 
 TEST_F(CalendarTicksTest, DaysBeginAtMidnightAlsoWhereClocksGoBack)

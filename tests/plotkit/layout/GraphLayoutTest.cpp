@@ -2,13 +2,12 @@
 
 #include "plotkit/layout/AxisTicks.h"
 #include "plotkit/layout/GraphGeometry.h"
+#include "tests/plotkit/layout/RuledText.h"
 
 #include <gtest/gtest.h>
 
 #include <cmath>
 #include <limits>
-
-// Text is measured by a rule, six points a letter and fourteen a line at size 12, so that boxes are known to the point.
 
 namespace {
 
@@ -17,15 +16,6 @@ using namespace plotkit;
 constexpr double kNan = std::numeric_limits<double>::quiet_NaN();
 constexpr double kInfinity = std::numeric_limits<double>::infinity();
 constexpr double kDay = 86400;
-
-QSizeF sizeOfText(const QString& text, const CPTTextStyle& style)
-{
-    qsizetype longest = 0;
-    const QStringList lines = text.split(QLatin1Char('\n'));
-    for (const QString& line : lines)
-        longest = std::max(longest, line.size());
-    return QSizeF(static_cast<double>(longest) * 0.5, static_cast<double>(lines.size()) * 7 / 6) * style.fontSize;
-}
 
 class GraphLayoutTest : public testing::Test {
 protected:

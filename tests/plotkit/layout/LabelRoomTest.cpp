@@ -1,25 +1,15 @@
 #include "plotkit/layout/GraphGeometry.h"
 #include "plotkit/layout/GraphLayout.h"
 #include "plotkit/model/CPTTickFormatters.h"
+#include "tests/plotkit/layout/RuledText.h"
 
 #include <gtest/gtest.h>
 
 #include <set>
 
-// Text is measured by a rule, six points a letter and fourteen a line at size 12, so that boxes are known to the point.
-
 namespace {
 
 using namespace plotkit;
-
-QSizeF sizeOfText(const QString& text, const CPTTextStyle& style)
-{
-    qsizetype longest = 0;
-    const QStringList lines = text.split(QLatin1Char('\n'));
-    for (const QString& line : lines)
-        longest = std::max(longest, line.size());
-    return QSizeF(static_cast<double>(longest) * 0.5, static_cast<double>(lines.size()) * 7 / 6) * style.fontSize;
-}
 
 class LabelRoomTest : public testing::Test {
 protected:

@@ -1,10 +1,5 @@
-#include "plotkit/layout/PlotEnvelope.h"
 #include "plotkit/layout/PlotReduction.h"
-#include "plotkit/raster/PolylineRasteriser.h"
-#include "tests/plotkit/layout/SeriesBuilder.h"
-
-#include <QtGui/QImage>
-#include <gtest/gtest.h>
+#include "tests/plotkit/layout/LinePictureTest.h"
 
 #include <cmath>
 #include <random>
@@ -17,17 +12,11 @@ namespace {
 
 using namespace plotkit;
 
-constexpr int kWidth = 300;
-constexpr int kHeight = 160;
 constexpr double kPen = 3;
 
-class LineGapsTest : public testing::Test {
+class LineGapsTest : public LinePictureTest {
 protected:
-    LineGapsTest()
-    {
-        view.area = QRectF(0, 0, kWidth, kHeight);
-        view.yRange = {-60, 120};
-    }
+    LineGapsTest() { view.yRange = {-60, 120}; }
 
     /// Stretches of a walk, one sample a second, each at a height of its own; `pause` seconds between them.
     void addStretches(int stretches, int samples, double pause, unsigned seed = 1)
@@ -46,23 +35,6 @@ protected:
     {
         view.xRange = x;
         view.gap = std::max(threshold, std::abs(x.length) / kWidth);
-    }
-
-    QPointF placeOf(std::size_t element) const
-    {
-        return {(builder.x()[element] - view.xRange.location) / view.xRange.length * kWidth,
-                kHeight -
-                    (static_cast<double>(builder.y()[element]) - view.yRange.location) / view.yRange.length * kHeight};
-    }
-    static QImage emptyImage()
-    {
-        QImage image(kWidth, kHeight, QImage::Format_ARGB32_Premultiplied);
-        image.fill(Qt::transparent);
-        return image;
-    }
-    static PixelBuffer bufferOf(QImage& image)
-    {
-        return {reinterpret_cast<quint32*>(image.bits()), kWidth, kHeight, image.bytesPerLine() / 4};
     }
 
     /// Every point, each stretch between gaps as a line of its own.
@@ -109,35 +81,11 @@ protected:
 
     static void expectSame(const QImage& drawn, const QImage& expected)
     {
-        int touched = 0, sum = 0, far = 0;
-        for (int y = 0; y < kHeight; ++y)
-            for (int x = 0; x < kWidth; ++x) {
-                const int a = qAlpha(drawn.pixel(x, y)), b = qAlpha(expected.pixel(x, y));
-                touched += a != 0 || b != 0 ? 1 : 0;
-                sum += std::abs(a - b);
-                far += std::abs(a - b) > 128 ? 1 : 0;
-            }
-        EXPECT_GT(touched, 0);
-        EXPECT_LE(sum, 4 * touched) << "mean over " << touched;
-        EXPECT_LE(far * 400, touched) << far;
+        LinePictureTest::expectSame(drawn, expected, 400);
     }
-
-    const CPTPointSeriesPtr& series()
-    {
-        if (!m_series)
-            m_series = builder.series();
-        return m_series;
-    }
-
-    SeriesBuilder builder;
-    PlotView view;
-    PlotEnveloping enveloping;
-    PlotEnvelope envelope;
-    PolylineRasteriser rasteriser;
 
 private:
     double m_time = 0;
-    CPTPointSeriesPtr m_series;
 };
 
 TEST_F(LineGapsTest, StretchesStandApartAtEveryZoom)

@@ -1,10 +1,6 @@
 #include "plotkit/layout/PlotEnvelope.h"
 
-#include "plotkit/raster/PolylineRasteriser.h"
-#include "tests/plotkit/layout/SeriesBuilder.h"
-
-#include <QtGui/QImage>
-#include <gtest/gtest.h>
+#include "tests/plotkit/layout/LinePictureTest.h"
 
 #include <algorithm>
 #include <cmath>
@@ -18,13 +14,8 @@ namespace {
 
 using namespace plotkit;
 
-constexpr int kWidth = 300;
-constexpr int kHeight = 160;
-
-class PlotEnvelopeTest : public testing::Test {
+class PlotEnvelopeTest : public LinePictureTest {
 protected:
-    PlotEnvelopeTest() { view.area = QRectF(0, 0, kWidth, kHeight); }
-
     void show(const CPTPlotRange& x, const CPTPlotRange& y)
     {
         view.xRange = x;
@@ -42,25 +33,6 @@ protected:
 
     bool makeEnvelope() { return enveloping.envelopeInto(envelope, *series(), view, 0); }
 
-    const CPTPointSeriesPtr& series()
-    {
-        if (!m_series)
-            m_series = builder.series();
-        return m_series;
-    }
-
-    static QImage emptyImage()
-    {
-        QImage image(kWidth, kHeight, QImage::Format_ARGB32_Premultiplied);
-        image.fill(Qt::transparent);
-        return image;
-    }
-
-    static PixelBuffer bufferOf(QImage& image)
-    {
-        return {reinterpret_cast<quint32*>(image.bits()), kWidth, kHeight, image.bytesPerLine() / 4};
-    }
-
     QImage envelopeDrawn(double width = 3)
     {
         QImage image = emptyImage();
@@ -74,10 +46,8 @@ protected:
     {
         std::vector<QPointF> points;
         for (std::size_t element = 0; element < builder.x().size(); element += step) {
-            const double y = static_cast<double>(builder.y()[element]);
-            if (builder.isPoint(element) && std::isfinite(y))
-                points.emplace_back((builder.x()[element] - view.xRange.location) / view.xRange.length * kWidth,
-                                    kHeight - (y - view.yRange.location) / view.yRange.length * kHeight);
+            if (builder.isPoint(element) && std::isfinite(builder.y()[element]))
+                points.push_back(placeOf(element));
         }
         QImage image = emptyImage();
         const std::vector<std::size_t> ends{points.size()};
@@ -89,21 +59,7 @@ protected:
     void expectSamePicture(double width = 3, std::size_t step = 1)
     {
         ASSERT_TRUE(makeEnvelope());
-        const QImage narrow = envelopeDrawn(width);
-        const QImage every = pointsDrawn(width, step);
-        int touched = 0, sum = 0, far = 0;
-        for (int y = 0; y < kHeight; ++y) {
-            for (int x = 0; x < kWidth; ++x) {
-                const int a = qAlpha(narrow.pixel(x, y));
-                const int b = qAlpha(every.pixel(x, y));
-                touched += a != 0 || b != 0 ? 1 : 0;
-                sum += std::abs(a - b);
-                far += std::abs(a - b) > 128 ? 1 : 0;
-            }
-        }
-        EXPECT_GT(touched, 0);
-        EXPECT_LE(sum, 4 * touched) << "mean over " << touched;
-        EXPECT_LE(far * 200, touched);
+        expectSame(envelopeDrawn(width), pointsDrawn(width, step), 200);
     }
 
     /// A walk with gaps, times that repeat and jump, dropped elements and values that are not finite.
@@ -148,15 +104,6 @@ protected:
             ASSERT_TRUE(near(0) || near(-0.26) || near(0.26)) << element << " at " << x << ", " << place;
         }
     }
-
-    SeriesBuilder builder;
-    PlotView view;
-    PlotEnveloping enveloping;
-    PlotEnvelope envelope;
-    PolylineRasteriser rasteriser;
-
-private:
-    CPTPointSeriesPtr m_series;
 };
 
 TEST_F(PlotEnvelopeTest, ADenseWalkLooksTheSameAtEveryZoom)

@@ -1,17 +1,12 @@
 #include "plotkit/layout/GraphGeometry.h"
 #include "plotkit/layout/GraphLayout.h"
+#include "tests/plotkit/layout/RuledText.h"
 
 #include <gtest/gtest.h>
 
 namespace {
 
 using namespace plotkit;
-
-/// A rule instead of a font: six points a letter, fourteen a line.
-QSizeF sizeOfText(const QString& text, const CPTTextStyle&)
-{
-    return {static_cast<double>(text.size()) * 6, 14};
-}
 
 /// 400 × 300 points whose plot area stands from (60, 20) to (340, 250); a second y axis at its right edge shows a space
 /// of its own, from 1000 to 2000, while the first one shows 0 to 10.

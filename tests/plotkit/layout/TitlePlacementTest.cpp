@@ -1,20 +1,15 @@
 #include "plotkit/layout/GraphLayout.h"
+#include "tests/plotkit/layout/RuledText.h"
 
 #include <gtest/gtest.h>
 
-// Titles among wide labels and inside a bordered frame. Text is measured by a rule: six points a letter and fourteen a
-// line at size 12.
+// Titles among wide labels and inside a bordered frame.
 
 namespace {
 
 using namespace plotkit;
 
 constexpr double kBorder = 4;
-
-QSizeF sizeOfText(const QString& text, const CPTTextStyle& style)
-{
-    return QSizeF(static_cast<double>(text.size()) * 0.5, 7.0 / 6) * style.fontSize;
-}
 
 /// A graph padded as the trend view pads it, in a frame with a border of four points.
 class TitlePlacementTest : public testing::Test {

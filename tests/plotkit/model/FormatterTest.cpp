@@ -1,32 +1,21 @@
 #include "plotkit/model/CPTFormatter.h"
 
+#include "tests/support/PinnedZone.h"
+
 #include <QtCore/QLocale>
 
 #include <gtest/gtest.h>
 
 #include <cmath>
-#include <ctime>
 
 namespace {
 
 /// Pins locale and zone for one test and restores the environment afterwards.
 class FormatterTest : public testing::Test {
 protected:
-    void SetUp() override
-    {
-        m_zone = qgetenv("TZ");
-        m_all = qgetenv("LC_ALL");
-    }
-    void TearDown() override
-    {
-        qputenv("LC_ALL", m_all);
-        useZone(m_zone);
-    }
-    static void useZone(const QByteArray& zone)
-    {
-        qputenv("TZ", zone);
-        tzset();
-    }
+    void SetUp() override { m_all = qgetenv("LC_ALL"); }
+    void TearDown() override { qputenv("LC_ALL", m_all); }
+    void useZone(const QByteArray& zone) { m_zone.use(zone); }
     static void useLocale(const QByteArray& locale) { qputenv("LC_ALL", locale); }
     static QString date(const char* pattern, double seconds)
     {
@@ -38,7 +27,7 @@ protected:
     }
 
 private:
-    QByteArray m_zone;
+    plotix::PinnedZone m_zone;
     QByteArray m_all;
 };
 

@@ -1,8 +1,8 @@
 #include "plotkit/model/CPTTickFormatters.h"
 
-#include <gtest/gtest.h>
+#include "tests/support/PinnedZone.h"
 
-#include <ctime>
+#include <gtest/gtest.h>
 
 namespace {
 
@@ -11,16 +11,14 @@ class TickFormattersTest : public testing::Test {
 protected:
     void SetUp() override
     {
-        m_zone = qgetenv("TZ");
         m_all = qgetenv("LC_ALL");
         use("en_US", "UTC");
     }
-    void TearDown() override { use(m_all, m_zone); }
-    static void use(const QByteArray& locale, const QByteArray& zone)
+    void TearDown() override { qputenv("LC_ALL", m_all); }
+    void use(const QByteArray& locale, const QByteArray& zone)
     {
         qputenv("LC_ALL", locale);
-        qputenv("TZ", zone);
-        tzset();
+        m_zone.use(zone);
     }
     static QString number(double value, double step) { return CPTTickNumberFormatter().stringForTick(value, step); }
     static QString time(double seconds, double step) { return CPTTickTimeFormatter().stringForTick(seconds, step); }
@@ -28,7 +26,8 @@ protected:
     static constexpr double kMoment = 1'700'000'000;  // 2023-11-14 22:13:20 UTC
 
 private:
-    QByteArray m_zone, m_all;
+    plotix::PinnedZone m_zone;
+    QByteArray m_all;
 };
 
 TEST_F(TickFormattersTest, NeighboursAreWrittenApart)

@@ -1,8 +1,8 @@
 #include "tests/plugins/PlotixPlugIn/DateRangeControllerFixture.h"
+#include "tests/support/PinnedZone.h"
 #include "tests/support/fakehost/FakeCoder.h"
 
-#include <cstdlib>
-#include <ctime>
+#include <cmath>
 
 // What the delegate finds when it is called, the delay of both pickers, and days that are not 24 hours long.
 
@@ -130,16 +130,12 @@ protected:
     DateRangeControllerZone()
     {
         const int today = QDate::currentDate().dayOfYear() - 1;
-        setZone(QStringLiteral("WIN-5SUM,%1/12,%2/12").arg(today).arg((today + 100) % 365).toLatin1());
+        m_zone.use(QStringLiteral("WIN-5SUM,%1/12,%2/12").arg(today).arg((today + 100) % 365).toLatin1());
         makeController();
     }
-    ~DateRangeControllerZone() override { setZone("UTC"); }
 
-    static void setZone(const QByteArray& zone)
-    {
-        setenv("TZ", zone.constData(), 1);
-        tzset();
-    }
+private:
+    plotix::PinnedZone m_zone;
 };
 
 TEST_F(DateRangeControllerZone, TodayEndsAtTheNextMidnightThoughItHas23Hours)

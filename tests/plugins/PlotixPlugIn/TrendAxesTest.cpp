@@ -1,9 +1,7 @@
 #include "TrendViewFixture.h"
 
 #include "plotkit/model/CPTFormatter.h"
-
-#include <cstdlib>
-#include <ctime>
+#include "tests/support/PinnedZone.h"
 
 namespace {
 
@@ -71,12 +69,9 @@ TEST_F(TrendAxes, LabelsCountFromTheEpoch)
 
 TEST_F(TrendAxes, TicksCountFromLocalMidnight)
 {
-    setenv("TZ", "Asia/Tokyo", 1);
-    tzset();
+    const plotix::PinnedZone zone("Asia/Tokyo");
     openTrendWithData();
     EXPECT_EQ(xAxis().labelingOrigin(), -9 * 3'600);
-    setenv("TZ", "UTC", 1);
-    tzset();
 }
 
 TEST_F(TrendAxes, FitShowsTheExtentOfTheDataWithoutPadding)

@@ -2,6 +2,7 @@
 #include "hostapp/document/SiteDocument.h"
 #include "hostapp/exchange/formats/FileExchange.h"
 #include "tests/hostapp/exchange/FindingPrinter.h"
+#include "tests/support/PinnedZone.h"
 
 #include <QtCore/QFile>
 #include <QtCore/QJsonArray>
@@ -14,7 +15,6 @@
 
 #include <algorithm>
 #include <cmath>
-#include <ctime>
 #include <map>
 
 /// Files as programs and people export them, read as a user would: without a word about them, or with the option that
@@ -64,19 +64,7 @@ What refusal(const QString& name)
 
 class Exports : public testing::TestWithParam<int> {
 protected:
-    void SetUp() override
-    {
-        m_entry = manifest()[GetParam()].toObject();
-        m_zone = qgetenv("TZ");
-        useZone("Europe/Berlin");
-    }
-    void TearDown() override { useZone(m_zone); }
-
-    static void useZone(const QByteArray& zone)
-    {
-        qputenv("TZ", zone);
-        tzset();
-    }
+    void SetUp() override { m_entry = manifest()[GetParam()].toObject(); }
 
     ImportSummary import()
     {
@@ -134,7 +122,7 @@ protected:
     QStringList m_names, m_units;
 
 private:
-    QByteArray m_zone;
+    PinnedZone m_zone{"Europe/Berlin"};
 };
 
 TEST_P(Exports, AreReadAsTheyAreMeant)

@@ -1,9 +1,4 @@
-#include "hostapp/exchange/formats/FileExchange.h"
-
-#include <QtCore/QFile>
-#include <QtCore/QTemporaryDir>
-
-#include <gtest/gtest.h>
+#include "tests/hostapp/exchange/formats/ImportFixture.h"
 
 namespace plotix {
 
@@ -13,20 +8,9 @@ using What = ImportFinding::What;
 using Use = ImportPreview::Column::Use;
 using Reason = ImportPreview::Column::Reason;
 
-class PreviewTest : public testing::Test {
+class PreviewTest : public MeasurementFileTest {
 protected:
-    ImportPreview preview(const QByteArray& text)
-    {
-        const QString path = m_folder.filePath(QStringLiteral("data.csv"));
-        QFile file(path);
-        EXPECT_TRUE(file.open(QIODevice::WriteOnly));
-        file.write(text);
-        file.close();
-        return previewOf(path, m_options);
-    }
-
-    ImportOptions m_options;
-    QTemporaryDir m_folder;
+    ImportPreview preview(const QByteArray& text) { return previewOf(write(text), m_options); }
 };
 
 TEST_F(PreviewTest, ShowsTheFirstRowsAsUnderstood)

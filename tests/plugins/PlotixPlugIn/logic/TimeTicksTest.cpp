@@ -1,10 +1,10 @@
 #include "plugins/PlotixPlugIn/logic/TimeTicks.h"
 
+#include "tests/support/PinnedZone.h"
+
 #include <gtest/gtest.h>
 
 #include <cmath>
-#include <cstdlib>
-#include <ctime>
 #include <limits>
 #include <ostream>
 #include <string>
@@ -110,12 +110,10 @@ TEST(MinorIntervalForTimeSpan, FallsAndRisesAgain)
 
 class LabelingOrigin : public testing::Test {
 protected:
-    ~LabelingOrigin() override { useZone("UTC"); }
-    static void useZone(const char* zone)
-    {
-        setenv("TZ", zone, 1);
-        tzset();
-    }
+    void useZone(const char* zone) { m_zone.use(zone); }
+
+private:
+    plotix::PinnedZone m_zone;
 };
 
 TEST_F(LabelingOrigin, IsTheEpochInUtc)

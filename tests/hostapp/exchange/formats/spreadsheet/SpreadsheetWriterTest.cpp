@@ -1,5 +1,7 @@
 #include "hostapp/exchange/formats/spreadsheet/SpreadsheetWriter.h"
 
+#include "tests/support/PinnedZone.h"
+
 #include <QtCore/QBuffer>
 #include <QtCore/QXmlStreamReader>
 
@@ -7,7 +9,6 @@
 
 #include <zip.h>
 
-#include <ctime>
 #include <limits>
 
 namespace plotix {
@@ -19,14 +20,6 @@ constexpr double kNone = std::numeric_limits<double>::quiet_NaN();
 /// A file of one column, written, and its parts as any reader of such archives finds them.
 class SpreadsheetWriterTest : public testing::Test {
 protected:
-    void SetUp() override { m_zone = qgetenv("TZ"); }
-    void TearDown() override { useZone(m_zone); }
-    static void useZone(const QByteArray& zone)
-    {
-        qputenv("TZ", zone);
-        tzset();
-    }
-
     void write(const std::vector<double>& times, const std::vector<double>& values, const ExportProgress& progress = {})
     {
         RecordBlock block{SharedArray<double>::fromVector(times), {}};
@@ -73,9 +66,7 @@ protected:
     QString m_name = QStringLiteral("Air");
     ExportForm m_form;
     QByteArray m_bytes;
-
-private:
-    QByteArray m_zone;
+    PinnedZone m_zone;
 };
 
 TEST_F(SpreadsheetWriterTest, ARowOfNamesAndARowARecord)
@@ -92,7 +83,7 @@ TEST_F(SpreadsheetWriterTest, InvalidValuesLeaveTheirCellsEmpty)
 
 TEST_F(SpreadsheetWriterTest, LocalTimesFollowTheClockChanges)
 {
-    useZone("Europe/Berlin");
+    m_zone.use("Europe/Berlin");
     m_form.clock = ExportForm::Clock::Local;
     write({1'720'000'800, 1'705'000'800}, {1, 2});  // 2024-07-03 10:00 UTC, 2024-01-11 19:20 UTC
     EXPECT_EQ(cells().first(), "A1=time (Europe/Berlin)");

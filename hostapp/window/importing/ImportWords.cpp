@@ -1,4 +1,4 @@
-#include "hostapp/window/ImportWords.h"
+#include "hostapp/window/importing/ImportWords.h"
 
 #include "hostapp/core/Localization.h"
 #include "hostapp/exchange/ExactText.h"
@@ -75,8 +75,9 @@ QString textOfRowsAtOneTime(const ImportFinding& finding)
                               .arg(QString::number(finding.expected), QString::number(finding.found));
     return words.arg(finding.columns.isEmpty()
                          ? ImportWords::tr("name the column of the time of day too under Time column, as Date+Time")
-                         : ImportWords::tr("they differ in “%1”: take those of one under Rows")
-                               .arg(finding.columns.join(QStringLiteral("”, “"))));
+                         : ImportWords::tr("they differ in “%1”: take those of one under Rows, as %2")
+                               .arg(finding.columns.join(QStringLiteral("”, “")),
+                                    finding.columns.front() + QLatin1Char('=') + finding.text));
 }
 
 QString textOfNoTable(const ImportFinding& finding)

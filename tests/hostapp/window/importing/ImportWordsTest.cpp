@@ -1,4 +1,4 @@
-#include "hostapp/window/ImportWords.h"
+#include "hostapp/window/importing/ImportWords.h"
 #include "hostapp/core/Localization.h"
 
 #include <QtCore/QCoreApplication>

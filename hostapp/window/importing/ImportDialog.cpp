@@ -1,4 +1,4 @@
-#include "hostapp/window/ImportDialog.h"
+#include "hostapp/window/importing/ImportDialog.h"
 
 #include <QtCore/QFileInfo>
 #include <QtWidgets/QCheckBox>

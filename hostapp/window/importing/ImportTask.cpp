@@ -1,7 +1,7 @@
-#include "hostapp/window/ImportTask.h"
+#include "hostapp/window/importing/ImportTask.h"
 
 #include "hostapp/exchange/formats/FileExchange.h"
-#include "hostapp/window/ImportWords.h"
+#include "hostapp/window/importing/ImportWords.h"
 
 #include <QtCore/QFileInfo>
 
