@@ -120,6 +120,14 @@ QSizeF takeWholeSheet(QPagedPaintDevice& device)
     return layout.fullRect(QPageLayout::Point).size();
 }
 
+/// From here on one unit of the painter is one point.
+void beginPage(QPainter& painter, QPagedPaintDevice& device)
+{
+    if (!painter.begin(&device))
+        throw ReportableError(QCoreApplication::translate("ReportPrinter", "The printer does not take the report."));
+    painter.scale(device.logicalDpiX() / kPointsPerInch, device.logicalDpiY() / kPointsPerInch);
+}
+
 }  // namespace
 
 PageReport::PageReport(ReportContents contents, QLocale locale)
@@ -133,9 +141,7 @@ int PageReport::print(QPagedPaintDevice& device) const
     const PageLayoutPlan plan = planPages(sheet, static_cast<int>(m_contents.rows.size()), hasNote());
     const std::vector<int> pages = pagesToPrint(device, static_cast<int>(plan.pages.size()));
     QPainter painter;
-    if (!painter.begin(&device))
-        throw ReportableError(QCoreApplication::translate("ReportPrinter", "The printer does not take the report."));
-    painter.scale(device.logicalDpiX() / kPointsPerInch, device.logicalDpiY() / kPointsPerInch);
+    beginPage(painter, device);
     for (std::size_t index = 0; index < pages.size(); ++index) {
         if (index > 0)
             device.newPage();
@@ -181,22 +187,13 @@ QImage PageReport::picture(const QSizeF& size, double density) const
 QByteArray PageReport::picturePdf(const QSizeF& size) const
 {
     const PageLayoutPlan plan = pictured(size);
-    QByteArray bytes;
-    QBuffer buffer(&bytes);
-    buffer.open(QIODevice::WriteOnly);
-    QPdfWriter writer(&buffer);
-    writer.setResolution(kPdfResolution);
-    writer.setCreator(QCoreApplication::applicationName());
-    writer.setTitle(m_contents.title);
-    writer.setPageSize(QPageSize(plan.sheet, QPageSize::Point));
-    takeWholeSheet(writer);
-    QPainter painter;
-    if (!painter.begin(&writer))
-        throw ReportableError(QCoreApplication::translate("ReportPrinter", "The printer does not take the report."));
-    painter.scale(writer.logicalDpiX() / kPointsPerInch, writer.logicalDpiY() / kPointsPerInch);
-    drawPage(painter, plan, 0);
-    painter.end();
-    return bytes;
+    return pdfFile(m_contents.title, [this, &plan](QPdfWriter& writer) {
+        writer.setPageSize(QPageSize(plan.sheet, QPageSize::Point));
+        takeWholeSheet(writer);
+        QPainter painter;
+        beginPage(painter, writer);
+        drawPage(painter, plan, 0);
+    });
 }
 
 void PageReport::drawPage(QPainter& painter, const PageLayoutPlan& plan, int page) const

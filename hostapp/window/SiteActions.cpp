@@ -37,7 +37,7 @@ QAction* addAction(QMenu* menu, const QString& text, const QKeySequence& keys = 
 
 void buildOwnFormsMenu(QMenu* above, SiteActions& actions)
 {
-    actions.ownForms = above->addMenu(SiteMenus::tr("In the View's O&wn Form"));
+    actions.ownForms = above->addMenu(SiteMenus::tr("In the &View's Own Form"));
     actions.ownForms->setToolTipsVisible(true);
     actions.exportPNG = addAction(actions.ownForms, SiteMenus::tr("Graph as &PNG…"));
     actions.exportPDF = addAction(actions.ownForms, SiteMenus::tr("Graph as P&DF…"));
