@@ -9,6 +9,7 @@
 #include <QtGui/QKeyEvent>
 #include <QtWidgets/QCalendarWidget>
 #include <QtWidgets/QLineEdit>
+#include <QtWidgets/QStyleOption>
 #include <QtWidgets/QToolTip>
 
 #include <cmath>
@@ -232,12 +233,22 @@ void KTVDataClusterDatePicker::keyPressEvent(QKeyEvent* event)
         dropTyping();
         event->accept();
     } else if (opensCalendar) {
-        dropTyping();
-        followCalendar();
-        QDateTimeEdit::keyPressEvent(event);
+        event->accept();
+        openCalendar();
     } else {
         QAbstractSpinBox::keyPressEvent(event);  // past the editing by parts
     }
+}
+
+/// As a click on the arrow does: the toolkit has no key for it.
+void KTVDataClusterDatePicker::openCalendar()
+{
+    QStyleOptionComboBox option;
+    option.initFrom(this);
+    option.editable = true;
+    const QPoint arrow = style()->subControlRect(QStyle::CC_ComboBox, &option, QStyle::SC_ComboBoxArrow, this).center();
+    QMouseEvent press(QEvent::MouseButtonPress, arrow, mapToGlobal(arrow), Qt::LeftButton, Qt::LeftButton, {});
+    mousePressEvent(&press);
 }
 
 void KTVDataClusterDatePicker::stepBy(int steps)

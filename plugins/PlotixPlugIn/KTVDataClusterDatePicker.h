@@ -66,6 +66,7 @@ private:
     void takeText(const QString& text);
     void takeDay(const QDate& day);
     void followCalendar();
+    void openCalendar();
     void endTyping();   ///< unless the text is not understood
     void dropTyping();  ///< shows the date again
     void markText(bool understood);

@@ -116,9 +116,22 @@ protected:
             static_cast<QDialog*>(panel)->accept();
         });
     }
+    /// From the property list onto the graph.
+    void dropWind()
+    {
+        auto* target = trend->view()->findChild<QWidget*>("dragDropView");
+        const PropertyListModel& list = window->propertyList();
+        const std::unique_ptr<QMimeData> data(list.mimeData({list.index(2, 0, list.index(0, 0))}));
+        QDragEnterEvent enter(QPoint(40, 40), Qt::CopyAction, data.get(), Qt::LeftButton, {});
+        QApplication::sendEvent(target, &enter);
+        QDropEvent drop(QPointF(40, 40), Qt::CopyAction, data.get(), Qt::LeftButton, {});
+        QApplication::sendEvent(target, &drop);
+        ASSERT_TRUE(QTest::qWaitFor([&] { return table().model()->rowCount() == 3; }));
+    }
     void undoOnceItRested()
     {
-        ASSERT_TRUE(QTest::qWaitFor([&] { return window->undoStack().canUndo(); }));
+        ASSERT_TRUE(QTest::qWaitFor([&] { return window->undoStack().undoText() == "Hide or Show Lines"; }))
+            << window->undoStack().undoText().toStdString();
         window->actions().undo->trigger();
     }
 
@@ -193,13 +206,7 @@ TEST_F(TrendWindowTest, LinesHiddenByTheKeyComeBackByUndo)
 TEST_F(TrendWindowTest, APropertyDroppedOntoATrendGetsAColourOfItsOwn)
 {
     wind->setColor(property(0)->color());
-    auto* target = trend->view()->findChild<QWidget*>("dragDropView");
-    PropertyListModel& list = window->propertyList();
-    const QModelIndex row = list.index(2, 0, list.index(0, 0));
-    const std::unique_ptr<QMimeData> data(list.mimeData({row}));
-    QDropEvent drop(QPointF(40, 40), Qt::CopyAction, data.get(), Qt::LeftButton, {});
-    QApplication::sendEvent(target, &drop);
-    ASSERT_TRUE(QTest::qWaitFor([&] { return table().model()->rowCount() == 3; }));
+    dropWind();
     const std::set<QRgb> colours{property(0)->color().rgb(), property(1)->color().rgb(), wind->color().rgb()};
     EXPECT_EQ(colours.size(), 3U);
     EXPECT_EQ(table().model()->index(2, 1).data(Qt::DecorationRole).value<QColor>().rgb(), wind->color().rgb());
@@ -220,12 +227,7 @@ TEST_F(TrendWindowTest, ColoursThatTheUserMadeEqualStayWhenALineComes)
 {
     property(1)->setColor(property(0)->color());
     const QColor chosen = property(0)->color();
-    auto* target = trend->view()->findChild<QWidget*>("dragDropView");
-    PropertyListModel& list = window->propertyList();
-    const std::unique_ptr<QMimeData> data(list.mimeData({list.index(2, 0, list.index(0, 0))}));
-    QDropEvent drop(QPointF(40, 40), Qt::CopyAction, data.get(), Qt::LeftButton, {});
-    QApplication::sendEvent(target, &drop);
-    ASSERT_TRUE(QTest::qWaitFor([&] { return table().model()->rowCount() == 3; }));
+    dropWind();
     EXPECT_EQ(property(1)->color(), chosen);
 }
 
