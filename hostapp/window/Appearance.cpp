@@ -54,6 +54,8 @@ public:
         // Alt held over a graph keeps its values as they are; letting go of it must not take the focus to the menus.
         if (hint == SH_MenuBar_AltKeyNavigation)
             return 0;
+        if (hint == SH_EtchDisabledText)  // a shadow a pixel below the words makes them look blurred
+            return 0;
         if (hint == SH_Menu_Scrollable)  // rather than columns beside each other, of which the last ones are cut
             return 1;
         return QProxyStyle::styleHint(hint, option, widget, answer);

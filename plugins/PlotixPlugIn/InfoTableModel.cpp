@@ -39,9 +39,14 @@ QString displayText(const InfoTableRow& row, int column)
     }
 }
 
-/// The same in the user's locale, with the digits that the row's range is worth.
+/// The same in the user's locale, with the digits that the row's range is worth. A line without values has no extremes
+/// and no average, rather than zeros that nobody measured.
 QString readableText(const InfoTableRow& row, int column, const plotix::ReadableNumbers& numbers)
 {
+    const bool isFigure =
+        column == InfoTableModel::Minimum || column == InfoTableModel::Maximum || column == InfoTableModel::Average;
+    if (isFigure && row.points == 0)
+        return QStringLiteral("–");
     const plotix::ReadableNumbers::Texts texts = numbers.statistics(row.minimum, row.maximum, row.average);
     switch (column) {
     case InfoTableModel::Minimum: return texts.minimum;

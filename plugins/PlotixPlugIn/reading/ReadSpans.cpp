@@ -88,6 +88,7 @@ void ReadSpans::recordsShown(const TimeSpan& span, const std::optional<TimeSpan>
     const bool isUnfitted = graph && graph->allPlots().empty();
     if (graph && (m_isKept || (m_isMarked && isUnfitted)))
         graph->defaultPlotSpace()->setXRange(rangeOf(span));
+    updateMarks();  // a graph that stands where it stood shows what was read all the same
 }
 
 void ReadSpans::setSpanMarked(bool marked)

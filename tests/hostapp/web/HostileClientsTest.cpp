@@ -12,6 +12,23 @@ using namespace std::chrono_literals;
 class HostileClientsTest : public ServedSites {
 protected:
     void expectStillServing() { EXPECT_EQ(get("/sites/plant/one.png").status, 200); }
+
+    /// Of so many clients of one address, who first all come and then all ask, those who get their answer.
+    int answeredOf(int count, std::chrono::milliseconds between = 0ms)
+    {
+        int good = 0;
+        meanwhile([&] {
+            std::vector<std::unique_ptr<RawClient>> clients;
+            for (int number = 0; number < count; ++number)
+                clients.push_back(std::make_unique<RawClient>(port()));
+            std::this_thread::sleep_for(between);
+            for (const auto& client : clients)
+                client->send("GET / HTTP/1.1\r\nHost: localhost\r\nConnection: close\r\n\r\n");
+            for (const auto& client : clients)
+                good += answerFrom(client->readAll()).status == 200 ? 1 : 0;
+        });
+        return good;
+    }
 };
 
 TEST_F(HostileClientsTest, HugeHeadersAreRefused)
@@ -57,17 +74,13 @@ TEST_F(HostileClientsTest, ThousandsOfParametersAreRefusedAtOnce)
 TEST_F(HostileClientsTest, ManyClientsOfOneAddressDoNotEndEachOther)
 {
     serve();
-    int good = 0;
-    meanwhile([&] {
-        std::vector<std::unique_ptr<RawClient>> clients;
-        for (int number = 0; number < 300; ++number)
-            clients.push_back(std::make_unique<RawClient>(port()));
-        for (const auto& client : clients)
-            client->send("GET / HTTP/1.1\r\nHost: localhost\r\nConnection: close\r\n\r\n");
-        for (const auto& client : clients)
-            good += answerFrom(client->readAll()).status == 200 ? 1 : 0;
-    });
-    EXPECT_EQ(good, 300);
+    EXPECT_EQ(answeredOf(300), 300);
+}
+
+TEST_F(HostileClientsTest, ThoseWhoJustCameAreNotEndedToMakeRoom)
+{
+    serve({.connections = 100, .silentForRoom = 20s, .untilRequest = 60s});
+    EXPECT_EQ(answeredOf(140, 300ms), 140);
 }
 
 TEST_F(HostileClientsTest, NothingIsMadeForClientsThatHaveLeft)

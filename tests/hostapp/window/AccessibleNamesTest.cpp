@@ -1,11 +1,8 @@
-#include "hostapp/window/DesktopUserInterface.h"
 #include "hostapp/window/ExportPictureDialog.h"
-#include "hostapp/window/HelpWindow.h"
 #include "hostapp/window/SiteDetailsDialog.h"
-#include "hostapp/window/SiteWindow.h"
 #include "hostapp/window/importing/ImportDialog.h"
+#include "tests/hostapp/window/StubbedServices.h"
 #include "tests/support/stubsite/ScratchSite.h"
-#include "tests/support/stubsite/StubTrend.h"
 
 #include <QtGui/QAccessible>
 #include <QtWidgets/QAbstractScrollArea>
@@ -34,10 +31,8 @@ TEST(AccessibleNamesTest, EveryFocusableControlOfTheSiteWindowHasOne)
 {
     ScratchSite site;
     site.addStation();
-    StubModule module;
-    plotix::DesktopUserInterface desktop;
-    plotix::HelpManager help;
-    plotix::SiteWindow window(site.document, {&module, &desktop, &help});
+    StubbedServices stubs;
+    plotix::SiteWindow window(site.document, stubs.services());
     window.show();
     const QList<QWidget*> widgets = focusableWidgets(window);
     EXPECT_GE(widgets.size(), 4);  // two lists, and the buttons of the empty state

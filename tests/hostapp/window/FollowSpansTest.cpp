@@ -25,15 +25,6 @@ public:
     QVariantList shown{1000.0, 1600.0};
 };
 
-class RangedModule : public StubModule {
-public:
-    KTVPlugInPtr instantiate(const QString&, const Arguments& arguments) override
-    {
-        return RangedTrend::make(arguments);
-    }
-    KTVPlugInPtr instantiate(const QString&, KTVDecoder&) override { return nullptr; }
-};
-
 class FollowSpansTest : public testing::Test {
 protected:
     void SetUp() override
@@ -57,7 +48,7 @@ protected:
     std::optional<FollowSpan> followed() const { return window->controller().follower().followedSpan(trend.get()); }
 
     ScratchSite site;
-    RangedModule module;
+    ModuleOf<RangedTrend> module;
     plotix::DesktopUserInterface desktop;
     plotix::HelpManager help;
     std::unique_ptr<plotix::SiteWindow> window;

@@ -74,24 +74,6 @@ public:
     BehindReading state;
 };
 
-class BehindModule : public StubModule {
-public:
-    KTVPlugInPtr instantiate(const QString&, const Arguments& arguments) override
-    {
-        return BehindTrend::make(arguments);
-    }
-    KTVPlugInPtr instantiate(const QString&, KTVDecoder&) override { return nullptr; }
-};
-
-class ReportingModule : public StubModule {
-public:
-    KTVPlugInPtr instantiate(const QString&, const Arguments& arguments) override
-    {
-        return ReportingTrend::make(arguments);
-    }
-    KTVPlugInPtr instantiate(const QString&, KTVDecoder&) override { return nullptr; }
-};
-
 /// Answers the save panel at once.
 class AnsweringDesktop : public plotix::DesktopUserInterface {
 public:
@@ -120,8 +102,8 @@ protected:
 
     ScratchSite site;
     StubModule stubs;
-    ReportingModule reports;
-    BehindModule behind;
+    ModuleOf<ReportingTrend> reports;
+    ModuleOf<BehindTrend> behind;
     AnsweringDesktop desktop;
     plotix::HelpManager help;
     std::unique_ptr<SiteWindow> window;

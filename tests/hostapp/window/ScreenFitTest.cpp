@@ -1,10 +1,7 @@
 #include "hostapp/window/ScreenFit.h"
 
-#include "hostapp/window/DesktopUserInterface.h"
-#include "hostapp/window/HelpWindow.h"
-#include "hostapp/window/SiteWindow.h"
+#include "tests/hostapp/window/StubbedServices.h"
 #include "tests/support/stubsite/ScratchSite.h"
-#include "tests/support/stubsite/StubTrend.h"
 
 #include <QtGui/QScreen>
 #include <QtWidgets/QApplication>
@@ -68,10 +65,8 @@ TEST_F(ScreenFitTest, ASiteWindowOfAnotherScreenFitsThisOne)
 {
     ScratchSite site;
     site.addStation();
-    StubModule module;
-    plotix::DesktopUserInterface desktop;
-    plotix::HelpManager help;
-    plotix::SiteWindow window(site.document, {&module, &desktop, &help});
+    StubbedServices stubs;
+    plotix::SiteWindow window(site.document, stubs.services());
     window.resize(screen().size() * 2);
     window.show();
     expectInside(window);

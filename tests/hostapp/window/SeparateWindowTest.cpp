@@ -1,10 +1,7 @@
 #include "hostapp/window/SeparateWindow.h"
 
-#include "hostapp/window/DesktopUserInterface.h"
-#include "hostapp/window/HelpWindow.h"
-#include "hostapp/window/SiteWindow.h"
+#include "tests/hostapp/window/StubbedServices.h"
 #include "tests/support/stubsite/ScratchSite.h"
-#include "tests/support/stubsite/StubTrend.h"
 
 #include <QtTest/QTest>
 #include <QtWidgets/QMenu>
@@ -15,12 +12,12 @@ using plotix::Date;
 namespace {
 
 /// A site window that shows "Week", and "Month" in a window of its own in front of it.
-class SeparateWindowTest : public testing::Test {
+class SeparateWindowTest : public testing::Test, protected StubbedServices {
 protected:
     SeparateWindowTest()
     {
         station = site.addStation();
-        window.emplace(site.document, plotix::WindowServices{&module, &desktop, &help});
+        window.emplace(site.document, services());
         week = add(QStringLiteral("Week"));
         month = add(QStringLiteral("Month"));
         window->show();
@@ -43,9 +40,6 @@ protected:
     QMenu* menu(int number) { return separate()->menuBar()->actions().at(number)->menu(); }
 
     ScratchSite site;
-    StubModule module;
-    plotix::DesktopUserInterface desktop;
-    plotix::HelpManager help;
     std::shared_ptr<plotix::SiteAgent> station;
     std::optional<plotix::SiteWindow> window;
     KTVPlugInPtr week, month;

@@ -2,12 +2,9 @@
 
 #include "base/ReportableError.h"
 #include "hostapp/live/LiveRecorder.h"
-#include "hostapp/window/DesktopUserInterface.h"
-#include "hostapp/window/HelpWindow.h"
 #include "hostapp/window/RecordingIndicator.h"
-#include "hostapp/window/SiteWindow.h"
+#include "tests/hostapp/window/StubbedServices.h"
 #include "tests/support/stubsite/ScratchSite.h"
-#include "tests/support/stubsite/StubTrend.h"
 
 #include <QtTest/QSignalSpy>
 #include <QtTest/QTest>
@@ -87,7 +84,7 @@ TEST_F(SiteRecordingTest, ARecorderThatCannotBeginLeavesItOff)
     EXPECT_EQ(recording->message(), QString());
 }
 
-class LiveWindowTest : public testing::Test {
+class LiveWindowTest : public testing::Test, protected StubbedServices {
 protected:
     void TearDown() override
     {
@@ -95,14 +92,6 @@ protected:
         QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
     }
     void openWindow() { window = std::make_unique<plotix::SiteWindow>(site.document, services()); }
-    plotix::WindowServices services()
-    {
-        plotix::WindowServices all;
-        all.module = &module;
-        all.userInterface = &desktop;
-        all.helpManager = &help;
-        return all;
-    }
     void reopen()
     {
         window->close();
@@ -113,9 +102,6 @@ protected:
     QAction* recordAction() { return window->actions().recordComputer; }
 
     ScratchSite site;
-    StubModule module;
-    plotix::DesktopUserInterface desktop;
-    plotix::HelpManager help;
     std::unique_ptr<plotix::SiteWindow> window;
 };
 

@@ -1,8 +1,5 @@
-#include "hostapp/window/DesktopUserInterface.h"
-#include "hostapp/window/HelpWindow.h"
-#include "hostapp/window/SiteWindow.h"
+#include "tests/hostapp/window/StubbedServices.h"
 #include "tests/support/stubsite/ScratchSite.h"
-#include "tests/support/stubsite/StubTrend.h"
 
 #include <QtTest/QTest>
 #include <QtWidgets/QLineEdit>
@@ -14,7 +11,7 @@ using plotix::SiteWindow;
 namespace {
 
 /// A window with the trends Week, Month and Year, Month being selected.
-class TrendListTest : public testing::Test {
+class TrendListTest : public testing::Test, protected StubbedServices {
 protected:
     TrendListTest()
     {
@@ -30,10 +27,7 @@ protected:
         QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
     }
 
-    void openWindow()
-    {
-        window = std::make_unique<SiteWindow>(site.document, plotix::WindowServices{&module, &desktop, &help});
-    }
+    void openWindow() { window = std::make_unique<SiteWindow>(site.document, services()); }
     void show()
     {
         window->show();
@@ -61,9 +55,6 @@ protected:
     void redo() { window->actions().redo->trigger(); }
 
     ScratchSite site;
-    StubModule module;
-    plotix::DesktopUserInterface desktop;
-    plotix::HelpManager help;
     std::unique_ptr<SiteWindow> window;
 };
 

@@ -1,12 +1,9 @@
 #include "hostapp/site/WebServing.h"
 
 #include "base/ReportableError.h"
-#include "hostapp/window/DesktopUserInterface.h"
-#include "hostapp/window/HelpWindow.h"
-#include "hostapp/window/SiteWindow.h"
 #include "hostapp/window/WebAddressBar.h"
+#include "tests/hostapp/window/StubbedServices.h"
 #include "tests/support/stubsite/ScratchSite.h"
-#include "tests/support/stubsite/StubTrend.h"
 
 #include <QtGui/QClipboard>
 #include <QtTest/QTest>
@@ -36,7 +33,7 @@ public:
     int starts = 0, stops = 0, trendsAtStop = -1;
 };
 
-class WebServingTest : public testing::Test {
+class WebServingTest : public testing::Test, protected StubbedServices {
 protected:
     WebServingTest() { site.addStation(); }
     void TearDown() override
@@ -47,17 +44,13 @@ protected:
 
     void openWindow(plotix::WebServing* web)
     {
-        window =
-            std::make_unique<plotix::SiteWindow>(site.document, plotix::WindowServices{&module, &desktop, &help, web});
+        window = std::make_unique<plotix::SiteWindow>(site.document, services(web));
         window->show();
     }
     QAction* serveOnWeb() const { return window->actions().serveOnWeb; }
     plotix::WebAddressBar* addressBar() const { return window->findChild<plotix::WebAddressBar*>(); }
 
     ScratchSite site;
-    StubModule module;
-    plotix::DesktopUserInterface desktop;
-    plotix::HelpManager help;
     CountingServing serving;
     std::unique_ptr<plotix::SiteWindow> window;
 };

@@ -141,6 +141,20 @@ TEST_F(ReadSpansTest, WhatIsNotReadYetIsShaded)
     EXPECT_FALSE(differs(unmarked, 0, 1));
 }
 
+TEST_F(ReadSpansTest, WhatWasReadAndHeldNothingIsNotShaded)
+{
+    openTrendWithData();
+    reading().setSpanMarked(true);
+    space().setXRange({kFrom - 7200, 7200});
+    refreshFor(kFrom - 7200, kFrom);
+    const QImage onItsWay = picture();
+    answer(recordsAt({}));
+    const QImage answered = picture();
+    EXPECT_NE(answered, onItsWay);
+    reading().setSpanMarked(false);
+    EXPECT_EQ(picture(), answered);
+}
+
 TEST_F(ReadSpansTest, OtherDatesThanTheGraphsAreMarkedUntilTheyAreDrawn)
 {
     openTrendWithData();

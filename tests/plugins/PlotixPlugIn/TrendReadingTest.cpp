@@ -86,6 +86,16 @@ TEST_F(TrendReading, TheTablesNumbersBecomeReadable)
     EXPECT_EQ(shownMaximum(), "1,234,600.2");
 }
 
+TEST_F(TrendReading, ALineWithoutValuesHasNoExtremes)
+{
+    makeTrend({"airTemperature"});
+    open();
+    answer(recordsAt({}));
+    EXPECT_EQ(shownMaximum(), "0");
+    choose("readableLabels", true);
+    EXPECT_EQ(shownMaximum(), "–");
+}
+
 TEST_F(TrendReading, TheChoiceIsArchivedWithTheTrend)
 {
     openTrendWithData();

@@ -75,3 +75,11 @@ public:
     }
     QObject* classObject(const QString&) override { return nullptr; }
 };
+
+/// Makes new trends of a test's own class under any name; brings none back.
+template <class Trend>
+class ModuleOf : public StubModule {
+public:
+    KTVPlugInPtr instantiate(const QString&, const Arguments& arguments) override { return Trend::make(arguments); }
+    KTVPlugInPtr instantiate(const QString&, KTVDecoder&) override { return nullptr; }
+};
