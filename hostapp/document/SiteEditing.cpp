@@ -101,6 +101,7 @@ EditOutcome mergeAgents(const QString& site, RowId id, RowId intoId, const EditP
         edit.tables().addAlias(intoId, property.propertyName, target.id);
         moved.push_back({agent.identifier, property.propertyName, property.name, into.identifier, target.propertyName,
                          target.name});
+        edit.tables().moveAliases(id, property.id, intoId, target.id);
     }
     edit.takeOut(id, all);
     for (const RowId property : all)

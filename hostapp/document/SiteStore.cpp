@@ -215,6 +215,16 @@ void SiteStore::moveAliases(qint64 agent, qint64 from, qint64 target)
         .run();
 }
 
+void SiteStore::moveAliases(qint64 agent, qint64 from, qint64 toAgent, qint64 target)
+{
+    Statement(m_database, "UPDATE OR IGNORE alias SET agent = ?, target = ? WHERE agent = ? AND target = ?")
+        .bind(1, toAgent)
+        .bind(2, target)
+        .bind(3, agent)
+        .bind(4, from)
+        .run();
+}
+
 void SiteStore::removeAliasesOf(qint64 agent, qint64 target)
 {
     Statement(m_database, "DELETE FROM alias WHERE agent = ? AND target = ?").bind(1, agent).bind(2, target).run();

@@ -55,6 +55,8 @@ public:
     /// Who is found under a name that was given up: an agent (`agent` 0) by its name, a property by its key.
     void addAlias(qint64 agent, const QString& name, qint64 target);
     void moveAliases(qint64 agent, qint64 from, qint64 target);
+    /// Those of a property that becomes another agent's. A name that leads elsewhere there still does.
+    void moveAliases(qint64 agent, qint64 from, qint64 toAgent, qint64 target);
     void removeAliasesOf(qint64 agent, qint64 target);
 
     /// Unit, colour and visibility.

@@ -45,6 +45,8 @@ struct ImportOptions {
     bool replace = false;         ///< stored values may be replaced by others; else that is refused
     bool keepAllNumbers = false;  ///< -999 and the like are values too; else gaps where all others are far above
     bool skipBadRows = false;     ///< pass over rows without a time however many they are, and count them
+
+    bool operator==(const ImportOptions&) const = default;
 };
 
 }  // namespace plotix

@@ -16,7 +16,7 @@
 #include <QtWidgets/QLayout>
 #include <QtWidgets/QMenu>
 #include <QtWidgets/QMessageBox>
-#include <QtWidgets/QScrollArea>
+#include <QtWidgets/QPlainTextEdit>
 
 namespace plotix {
 
@@ -32,8 +32,9 @@ QMessageBox::Icon iconForStyle(KTVAlert::Style style)
     return QMessageBox::Warning;
 }
 
-constexpr int kMostLines = 12;      // shown without scrolling
-constexpr int kMostLetters = 1000;  // likewise
+constexpr int kMostLines = 12;       // shown without scrolling
+constexpr int kMostLetters = 1000;   // likewise
+constexpr int kLongTextWidth = 560;  // points
 
 bool isLong(const QString& text)
 {
@@ -47,16 +48,14 @@ void letTextScroll(QMessageBox& box)
     auto* label = box.findChild<QLabel*>(QStringLiteral("qt_msgbox_informativelabel"));
     if (!label)
         return;
-    auto* area = new QScrollArea(&box);
-    area->setObjectName(QStringLiteral("longText"));
-    area->setAccessibleName(box.text());
-    box.layout()->replaceWidget(label, area);
-    label->setAlignment(Qt::AlignLeft | Qt::AlignTop);
-    label->setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
-    area->setFrameShape(QFrame::NoFrame);
-    area->setWidgetResizable(true);
-    area->setWidget(label);
-    area->setMinimumSize(420, 14 * label->fontMetrics().height());
+    auto* text = new QPlainTextEdit(label->text(), &box);
+    text->setObjectName(QStringLiteral("longText"));
+    text->setAccessibleName(box.text());
+    text->setReadOnly(true);
+    text->setFrameShape(QFrame::NoFrame);
+    text->setMinimumSize(kLongTextWidth, 14 * text->fontMetrics().height());
+    box.layout()->replaceWidget(label, text);
+    label->hide();  // the box goes on owning it
 }
 
 /// Where something of that size stands outside a rectangle, touching one of its edges.

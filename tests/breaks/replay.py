@@ -2,7 +2,7 @@
 """Breaks the code on purpose and sees whether a test notices.
 
     tests/breaks/replay.py                      every break must be noticed by the test it names
-    tests/breaks/replay.py --only WORD          those whose name or file contains WORD
+    tests/breaks/replay.py --only WORD          those whose name, list or source contains WORD
     tests/breaks/replay.py --search             run every test with each break, and say which notice
 
 The breaks are written down in *.breaks, several to a file:
@@ -49,8 +49,9 @@ SECONDS = 120  # a test that a break makes hang has noticed it
 
 
 class Break:
-    def __init__(self, name):
-        self.name, self.file, self.tests, self.program = name, "", [], "test_plugins_plotixplugin"
+    def __init__(self, name, listed):
+        self.name, self.listed = name, listed
+        self.file, self.tests, self.program = "", [], "test_plugins_plotixplugin"
         self.lines = {mark: [] for mark in "-+<>="}
 
     def piece(self, marks):
@@ -76,7 +77,7 @@ def read_breaks():
     for path in sorted(pathlib.Path(__file__).parent.glob("*.breaks")):
         for line in path.read_text().splitlines():
             if line.startswith("== "):
-                found.append(Break(line[3:]))
+                found.append(Break(line[3:], path.stem))
             elif line.startswith("in "):
                 found[-1].file = line[3:]
             elif line.startswith("test "):
@@ -152,7 +153,9 @@ def main():
     parser.add_argument("--search", action="store_true")
     parser.add_argument("-j", type=int, default=4)
     options = parser.parse_args()
-    waiting = [one for one in read_breaks() if options.only in one.name or options.only in one.file]
+    waiting = [one for one in read_breaks() if any(options.only in text for text in (one.name, one.listed, one.file))]
+    if not waiting:
+        sys.exit(f"There is no break with {options.only} in its name, its list or its source.")
     complaints = 0
     while waiting:
         texts, now, later = {}, [], []

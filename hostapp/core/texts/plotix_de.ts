@@ -288,18 +288,6 @@
         <translation>%1 von %2 Zeilen haben die Zeit einer anderen Zeile, mit anderen Werten; %3</translation>
     </message>
     <message>
-        <source>name the column of the time of day too under Time column, as Date+Time</source>
-        <translation>nennen Sie unter „Zeitspalte“ auch die Spalte der Uhrzeit, als Datum+Uhrzeit</translation>
-    </message>
-    <message>
-        <source>“%1” may have thousands or decimals, and no number in the file tells which; choose the sign before the decimals</source>
-        <translation>„%1“ kann Tausender oder Nachkommastellen haben, und keine Zahl der Datei verrät es; wählen Sie das Dezimalzeichen</translation>
-    </message>
-    <message>
-        <source>%1 of %2 rows cannot be read, the first: %3</source>
-        <translation>%1 von %2 Zeilen sind nicht lesbar, die erste: %3</translation>
-    </message>
-    <message>
         <source>another table with other columns begins here; import each from a file of its own</source>
         <translation>hier beginnt eine andere Tabelle mit anderen Spalten; importieren Sie jede aus einer eigenen Datei</translation>
     </message>
@@ -405,6 +393,22 @@
     <message>
         <source>Left out, without a number or with hardly one: %1.</source>
         <translation>Weggelassen, ohne Zahl oder mit kaum einer: %1.</translation>
+    </message>
+    <message>
+        <source>The table of columns</source>
+        <translation>Die Tabelle der Spalten</translation>
+    </message>
+    <message>
+        <source>name the column of the time of day too under Time column, as Date+Time, or keep the last of them under At one time</source>
+        <translation>nennen Sie unter „Zeitspalte“ auch die Spalte der Uhrzeit, als Datum+Uhrzeit, oder behalten Sie unter „Zur selben Zeit“ die letzte</translation>
+    </message>
+    <message>
+        <source>“%1” may have thousands or decimals, and no number in the file tells which; choose the Decimal sign</source>
+        <translation>„%1“ kann Tausender oder Dezimalstellen haben, und keine Zahl der Datei verrät es; wählen Sie das „Dezimalzeichen“</translation>
+    </message>
+    <message>
+        <source>%1 of %2 rows cannot be read, the first: %3; tick Skip rows without a time to import the others</source>
+        <translation>%1 von %2 Zeilen sind nicht lesbar, die erste: %3; haken Sie „Zeilen ohne Zeit übergehen“ an, um die anderen zu importieren</translation>
     </message>
     <message>
         <source>they differ in “%1”: take those of one under Rows, as %2</source>
@@ -1265,6 +1269,63 @@
     </message>
 </context>
 <context>
+    <name>plotix::ColumnChoices</name>
+    <message>
+        <source>the time</source>
+        <translation>die Zeit</translation>
+    </message>
+    <message numerus="yes">
+        <source>%n number(s)</source>
+        <translation>
+            <numerusform>%n Zahl</numerusform>
+            <numerusform>%n Zahlen</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>, %n cell(s) without one</source>
+        <translation>
+            <numerusform>, %n Zelle ohne</numerusform>
+            <numerusform>, %n Zellen ohne</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>counts the rows, names them, or is another time</source>
+        <translation>zählt oder benennt die Zeilen oder ist eine andere Zeit</translation>
+    </message>
+    <message>
+        <source>no number so far</source>
+        <translation>bisher keine Zahl</translation>
+    </message>
+    <message>
+        <source>texts with few numbers among them</source>
+        <translation>Texte mit wenigen Zahlen darunter</translation>
+    </message>
+    <message>
+        <source>not ticked</source>
+        <translation>nicht angehakt</translation>
+    </message>
+    <message>
+        <source>Column</source>
+        <translation>Spalte</translation>
+    </message>
+    <message>
+        <source>Name</source>
+        <translation>Name</translation>
+    </message>
+    <message>
+        <source>Unit</source>
+        <translation>Einheit</translation>
+    </message>
+    <message>
+        <source>What it is</source>
+        <translation>Was es ist</translation>
+    </message>
+    <message>
+        <source>part of the quantities below</source>
+        <translation>Teil der Größen darunter</translation>
+    </message>
+</context>
+<context>
     <name>plotix::DesktopUserInterface</name>
     <message>
         <source>Save</source>
@@ -1462,6 +1523,17 @@
     </message>
 </context>
 <context>
+    <name>plotix::FirstRows</name>
+    <message>
+        <source>gap</source>
+        <translation>Lücke</translation>
+    </message>
+    <message>
+        <source>Time</source>
+        <translation>Zeit</translation>
+    </message>
+</context>
+<context>
     <name>plotix::GatheringToolbar</name>
     <message>
         <source>New Trend</source>
@@ -1538,40 +1610,12 @@
 <context>
     <name>plotix::ImportDialog</name>
     <message>
-        <source>&amp;Skip rows that cannot be read</source>
-        <translation>Zeilen, die nicht lesbar sind, ü&amp;bergehen</translation>
-    </message>
-    <message>
         <source>Import Measurements</source>
         <translation>Messwerte importieren</translation>
     </message>
     <message>
         <source>The source of these measurements; a new name makes a new one.</source>
         <translation>Woher diese Messwerte stammen; ein neuer Name legt eine neue Quelle an.</translation>
-    </message>
-    <message>
-        <source>all, or those with a text in a column, such as origin=EWR</source>
-        <translation>alle, oder die mit einem Text in einer Spalte, etwa origin=EWR</translation>
-    </message>
-    <message>
-        <source>found out, or the heading of a column</source>
-        <translation>wird erkannt, oder die Überschrift einer Spalte</translation>
-    </message>
-    <message>
-        <source>yours, or such as Europe/Berlin or +01:00</source>
-        <translation>Ihre, oder etwa Europe/Berlin oder +01:00</translation>
-    </message>
-    <message>
-        <source>Found out from the file</source>
-        <translation>Aus der Datei erkannt</translation>
-    </message>
-    <message>
-        <source>Day before month</source>
-        <translation>Tag vor Monat</translation>
-    </message>
-    <message>
-        <source>Month before day</source>
-        <translation>Monat vor Tag</translation>
     </message>
     <message>
         <source>&amp;Choose…</source>
@@ -1586,22 +1630,6 @@
         <translation>&amp;Quelle:</translation>
     </message>
     <message>
-        <source>&amp;Rows:</source>
-        <translation>Ze&amp;ilen:</translation>
-    </message>
-    <message>
-        <source>Time c&amp;olumn:</source>
-        <translation>Zeits&amp;palte:</translation>
-    </message>
-    <message>
-        <source>&amp;Time zone:</source>
-        <translation>&amp;Zeitzone:</translation>
-    </message>
-    <message>
-        <source>&amp;Dates:</source>
-        <translation>Da&amp;tumsangaben:</translation>
-    </message>
-    <message>
         <source>&amp;Import</source>
         <translation>I&amp;mportieren</translation>
     </message>
@@ -1614,16 +1642,8 @@
         <translation>Datei mit Messwerten wählen</translation>
     </message>
     <message>
-        <source>Text files (*.csv *.tsv *.txt *.dat);;All files (*)</source>
-        <translation>Textdateien (*.csv *.tsv *.txt *.dat);;Alle Dateien (*)</translation>
-    </message>
-    <message>
         <source>Choose a file first.</source>
         <translation>Zuerst eine Datei wählen.</translation>
-    </message>
-    <message>
-        <source>Write the rows you want as COLUMN=TEXT.</source>
-        <translation>Schreiben Sie die gewünschten Zeilen als SPALTE=TEXT.</translation>
     </message>
     <message numerus="yes">
         <source>Import Measurements (%n more to come)</source>
@@ -1635,6 +1655,66 @@
     <message>
         <source>&amp;Skip This File</source>
         <translation>Diese Datei &amp;überspringen</translation>
+    </message>
+    <message>
+        <source>The file is being read: %1 %</source>
+        <translation>Die Datei wird gelesen: %1 %</translation>
+    </message>
+    <message numerus="yes">
+        <source>&amp;Use these choices for the other %n file(s) too</source>
+        <translation>
+            <numerusform>Diese Wahl a&amp;uch für %n andere Datei verwenden</numerusform>
+            <numerusform>Diese Wahl a&amp;uch für die %n anderen Dateien verwenden</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>Measurements (*.csv *.tsv *.txt *.dat *.log *.gz *.xlsx);;All files (*)</source>
+        <translation>Messwerte (*.csv *.tsv *.txt *.dat *.log *.gz *.xlsx);;Alle Dateien (*)</translation>
+    </message>
+    <message>
+        <source>The file is being read…</source>
+        <translation>Die Datei wird gelesen …</translation>
+    </message>
+    <message numerus="yes">
+        <source>The first %n row(s), as understood</source>
+        <translation>
+            <numerusform>%n Zeile vom Anfang, wie verstanden</numerusform>
+            <numerusform>Die ersten %n Zeilen, wie verstanden</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>All %n row(s), as understood</source>
+        <translation>
+            <numerusform>%n Zeile, wie verstanden</numerusform>
+            <numerusform>Alle %n Zeilen, wie verstanden</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>The first %n row(s) of %1, as understood</source>
+        <translation>
+            <numerusform>%n Zeile von %1, wie verstanden</numerusform>
+            <numerusform>Die ersten %n Zeilen von %1, wie verstanden</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>Each goes into an agent of its own name, unless you have named one above.</source>
+        <translation>Jede kommt in eine Quelle ihres eigenen Namens, außer Sie haben oben eine genannt.</translation>
+    </message>
+    <message>
+        <source>How the file is read</source>
+        <translation>Wie die Datei gelesen wird</translation>
+    </message>
+    <message>
+        <source>Columns</source>
+        <translation>Spalten</translation>
+    </message>
+    <message>
+        <source>First rows</source>
+        <translation>Erste Zeilen</translation>
+    </message>
+    <message>
+        <source>Co&amp;lumns: tick those to take; names and units can be changed</source>
+        <translation>&amp;Spalten: gewünschte anhaken; Namen und Einheiten sind änderbar</translation>
     </message>
 </context>
 <context>
@@ -1681,6 +1761,13 @@
     <message>
         <source>The site could not be read again</source>
         <translation>Die Anlage konnte nicht neu gelesen werden</translation>
+    </message>
+    <message numerus="yes">
+        <source>&amp;Also in the other %n file(s)</source>
+        <translation>
+            <numerusform>&amp;Auch in %n anderen Datei</numerusform>
+            <numerusform>&amp;Auch in den %n anderen Dateien</numerusform>
+        </translation>
     </message>
 </context>
 <context>
@@ -1786,6 +1873,149 @@ Doppelklick ändert Farbe oder Einheit.</translation>
     <message>
         <source>&amp;Delete</source>
         <translation>&amp;Löschen</translation>
+    </message>
+</context>
+<context>
+    <name>plotix::ReadingFields</name>
+    <message>
+        <source>Time c&amp;olumn:</source>
+        <translation>Zei&amp;tspalte:</translation>
+    </message>
+    <message>
+        <source>&amp;Time zone:</source>
+        <translation>Zeit&amp;zone:</translation>
+    </message>
+    <message>
+        <source>&amp;Dates:</source>
+        <translation>D&amp;atumsangaben:</translation>
+    </message>
+    <message>
+        <source>Day before month</source>
+        <translation>Tag vor Monat</translation>
+    </message>
+    <message>
+        <source>Month before day</source>
+        <translation>Monat vor Tag</translation>
+    </message>
+    <message>
+        <source>Year, month, day</source>
+        <translation>Jahr, Monat, Tag</translation>
+    </message>
+    <message>
+        <source>Deci&amp;mal sign:</source>
+        <translation>Dezimalzei&amp;chen:</translation>
+    </message>
+    <message>
+        <source>Point: 1.5</source>
+        <translation>Punkt: 1.5</translation>
+    </message>
+    <message>
+        <source>Comma: 1,5</source>
+        <translation>Komma: 1,5</translation>
+    </message>
+    <message>
+        <source>Betwee&amp;n columns:</source>
+        <translation>Zwischen Spalte&amp;n:</translation>
+    </message>
+    <message>
+        <source>Comma</source>
+        <translation>Komma</translation>
+    </message>
+    <message>
+        <source>Semicolon</source>
+        <translation>Semikolon</translation>
+    </message>
+    <message>
+        <source>Tab</source>
+        <translation>Tabulator</translation>
+    </message>
+    <message>
+        <source>Bar |</source>
+        <translation>Strich |</translation>
+    </message>
+    <message>
+        <source>Blanks</source>
+        <translation>Leerzeichen</translation>
+    </message>
+    <message>
+        <source>S&amp;heet:</source>
+        <translation>&amp;Blatt:</translation>
+    </message>
+    <message>
+        <source>&amp;Quantities:</source>
+        <translation>&amp;Größen:</translation>
+    </message>
+    <message>
+        <source>A column for each</source>
+        <translation>Je eine Spalte</translation>
+    </message>
+    <message>
+        <source>Named in each row</source>
+        <translation>In jeder Zeile genannt</translation>
+    </message>
+    <message>
+        <source>all, or such as origin=EWR</source>
+        <translation>alle, oder etwa Ort=Keller</translation>
+    </message>
+    <message>
+        <source>All rows, or those with a text in a column, such as origin=EWR.</source>
+        <translation>Alle Zeilen, oder die mit einem Text in einer Spalte, etwa Ort=Keller.</translation>
+    </message>
+    <message>
+        <source>&amp;Rows:</source>
+        <translation>Z&amp;eilen:</translation>
+    </message>
+    <message>
+        <source>At one tim&amp;e:</source>
+        <translation>Zu&amp;r selben Zeit:</translation>
+    </message>
+    <message>
+        <source>Keep the last row</source>
+        <translation>Letzte Zeile behalten</translation>
+    </message>
+    <message>
+        <source>Refuse many rows</source>
+        <translation>Viele Zeilen ablehnen</translation>
+    </message>
+    <message>
+        <source>Whether many rows with one time and different numbers are refused, or the last of them is kept.</source>
+        <translation>Ob viele Zeilen mit derselben Zeit und verschiedenen Zahlen abgelehnt werden oder die letzte von ihnen behalten wird.</translation>
+    </message>
+    <message>
+        <source>-999 and the li&amp;ke are values</source>
+        <translation>-999 und dergle&amp;ichen sind Werte</translation>
+    </message>
+    <message>
+        <source>Otherwise such numbers are gaps where all others are far above.</source>
+        <translation>Sonst sind solche Zahlen Lücken, wo alle anderen weit darüber liegen.</translation>
+    </message>
+    <message>
+        <source>Skip rows &amp;without a time</source>
+        <translation>Zeilen &amp;ohne Zeit übergehen</translation>
+    </message>
+    <message>
+        <source>Otherwise the import is refused when more than a third of the rows have none.</source>
+        <translation>Sonst wird der Import abgelehnt, wenn mehr als ein Drittel der Zeilen keine hat.</translation>
+    </message>
+    <message>
+        <source>Write the rows you want as COLUMN=TEXT.</source>
+        <translation>Schreiben Sie die gewünschten Zeilen als SPALTE=TEXT.</translation>
+    </message>
+    <message>
+        <source>Automatic</source>
+        <translation>Automatisch</translation>
+    </message>
+    <message>
+        <source>Automatic: %1</source>
+        <translation>Automatisch: %1</translation>
+    </message>
+    <message>
+        <source>Automatic: %1 (the file&apos;s)</source>
+        <translation>Automatisch: %1 (aus der Datei)</translation>
+    </message>
+    <message>
+        <source>Automatic: %1 (yours)</source>
+        <translation>Automatisch: %1 (Ihre)</translation>
     </message>
 </context>
 <context>

@@ -47,12 +47,57 @@
     </message>
 </context>
 <context>
+    <name>plotix::ColumnChoices</name>
+    <message numerus="yes">
+        <source>%n number(s)</source>
+        <translation>
+            <numerusform>%n number</numerusform>
+            <numerusform>%n numbers</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>, %n cell(s) without one</source>
+        <translation>
+            <numerusform>, %n cell without one</numerusform>
+            <numerusform>, %n cells without one</numerusform>
+        </translation>
+    </message>
+</context>
+<context>
     <name>plotix::ImportDialog</name>
     <message numerus="yes">
         <source>Import Measurements (%n more to come)</source>
         <translation>
             <numerusform>Import Measurements (%n more to come)</numerusform>
             <numerusform>Import Measurements (%n more to come)</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>&amp;Use these choices for the other %n file(s) too</source>
+        <translation>
+            <numerusform>&amp;Use these choices for %n other file too</numerusform>
+            <numerusform>&amp;Use these choices for the other %n files too</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>The first %n row(s), as understood</source>
+        <translation>
+            <numerusform>The first %n row, as understood</numerusform>
+            <numerusform>The first %n rows, as understood</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>All %n row(s), as understood</source>
+        <translation>
+            <numerusform>%n row, as understood</numerusform>
+            <numerusform>All %n rows, as understood</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>The first %n row(s) of %1, as understood</source>
+        <translation>
+            <numerusform>%n row of %1, as understood</numerusform>
+            <numerusform>The first %n rows of %1, as understood</numerusform>
         </translation>
     </message>
 </context>
@@ -63,6 +108,13 @@
         <translation>
             <numerusform>Imported %n record</numerusform>
             <numerusform>Imported %n records</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>&amp;Also in the other %n file(s)</source>
+        <translation>
+            <numerusform>&amp;Also in %n other file</numerusform>
+            <numerusform>&amp;Also in the other %n files</numerusform>
         </translation>
     </message>
 </context>

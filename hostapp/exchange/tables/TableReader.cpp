@@ -307,7 +307,9 @@ std::vector<std::pair<QString, QString>> TableReader::categories()
     std::vector<std::size_t> fields = textFieldsOf(m_sample, m_shape, m_time);
     std::map<std::size_t, std::set<std::string, std::less<>>> texts;
     rewind();
-    for (std::size_t row = 0; !fields.empty() && next(m_record); ++row)
+    for (std::size_t row = 0; !fields.empty() && next(m_record); ++row) {
+        if (row % kRowsInBatch == 0)
+            report();
         if (row >= m_shape.firstRow && conditionsHold(m_record))
             std::erase_if(fields, [this, &texts](std::size_t field) {
                 std::set<std::string, std::less<>>& different = texts[field];
@@ -316,6 +318,7 @@ std::vector<std::pair<QString, QString>> TableReader::categories()
                     different.emplace(text);
                 return different.size() > kMostTexts;
             });
+    }
     std::vector<std::pair<QString, QString>> categories;
     for (const std::size_t field : fields)
         if (texts[field].size() > 1)

@@ -41,7 +41,8 @@ public:
     /// empty name stands for a file yet to be chosen.
     void ask(const QStringList& files);
 
-    /// Imports without asking first. While an import runs another one is refused.
+    /// Imports without asking first; a file that is refused is asked for then, so filled in and with the reason. While
+    /// an import runs another one is refused.
     void start(const QString& file, const ImportOptions& options);
 
     bool isRunning() const { return m_task != nullptr; }
@@ -54,12 +55,19 @@ signals:
 
 private:
     void next();
+    void goOn();
+    void tellReport();
+    void giveUpOthers();
+    ImportDialog* openDialog(const QString& file);
+    void askAgain(const ImportFinding& finding);
     void dialogEnded(int answer);
+    void cancelled();
     void showProgress(const QString& file);
     void connectTask();
     void askAndReplace(const ImportFinding& finding);
     void finish(const ImportSummary& summary);
     void endTask();
+    void report(const ImportSummary& summary);
     void alert(const QString& message, const QString& text, bool isFailure);
 
     ImportSurroundings m_around;
@@ -67,8 +75,12 @@ private:
     QPointer<ImportDialog> m_dialog;     ///< while it asks
     std::unique_ptr<ImportTask> m_task;  ///< while one runs
     QPointer<QProgressDialog> m_progress;
-    QString m_file;           ///< of the import started last
-    ImportOptions m_options;  ///< likewise
+    QString m_file;             ///< of the import started last
+    ImportOptions m_options;    ///< likewise
+    ImportOptions m_forAll;     ///< how the files that are not asked for are read
+    qsizetype m_unasked = 0;    ///< so many of m_files
+    std::size_t m_records = 0;  ///< imported since something was said
+    QString m_report;           ///< likewise: what came of each file
 };
 
 }  // namespace plotix

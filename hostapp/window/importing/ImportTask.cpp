@@ -1,9 +1,6 @@
 #include "hostapp/window/importing/ImportTask.h"
 
 #include "hostapp/exchange/formats/FileExchange.h"
-#include "hostapp/window/importing/ImportWords.h"
-
-#include <QtCore/QFileInfo>
 
 #include <optional>
 
@@ -74,7 +71,7 @@ void ImportTask::announce()
     else if (m_outcome->finding && m_outcome->finding->what == ImportFinding::What::WouldReplace)
         emit wouldReplace(*m_outcome->finding);
     else if (m_outcome->finding)
-        emit failed(QStringLiteral("%1: %2").arg(QFileInfo(m_file).fileName(), shownText(*m_outcome->finding)));
+        emit refused(*m_outcome->finding);
     else
         emit failed(m_outcome->error);
 }

@@ -26,7 +26,8 @@ signals:
     // Exactly one of these is sent, at the end.
     void finished(const plotix::ImportSummary& summary);
     void wouldReplace(const plotix::ImportFinding& finding);  ///< stored values, which was not allowed
-    void failed(const QString& message);
+    void refused(const plotix::ImportFinding& finding);       ///< the file, read so
+    void failed(const QString& message);                      ///< for another reason
     void cancelled();
 
 private:

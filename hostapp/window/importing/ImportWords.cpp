@@ -1,14 +1,15 @@
 #include "hostapp/window/importing/ImportWords.h"
 
 #include "hostapp/core/Localization.h"
-#include "hostapp/exchange/ExactText.h"
 
 #include <QtCore/QCoreApplication>
+#include <QtCore/QDateTime>
 #include <QtCore/QFileInfo>
 #include <QtCore/QLocale>
 #include <QtCore/QTextStream>
 
 #include <algorithm>
+#include <cmath>
 #include <limits>
 
 namespace plotix {
@@ -33,7 +34,7 @@ QString quoted(const QString& text)
     return QStringLiteral("“%1”").arg(text);
 }
 
-/// The field of the import dialog. It asks for two of them.
+/// What of the import dialog names columns.
 QString fieldName(ImportOption option)
 {
     switch (option) {
@@ -41,7 +42,7 @@ QString fieldName(ImportOption option)
     case ImportOption::Where: return ImportWords::tr("Rows");
     default: break;
     }
-    return {};
+    return ImportWords::tr("The table of columns");
 }
 
 QString textOfUnreadableFile(const ImportFinding& finding)
@@ -73,11 +74,13 @@ QString textOfRowsAtOneTime(const ImportFinding& finding)
 {
     const QString words = ImportWords::tr("%1 of %2 rows have the time of another row, with other values; %3")
                               .arg(QString::number(finding.expected), QString::number(finding.found));
-    return words.arg(finding.columns.isEmpty()
-                         ? ImportWords::tr("name the column of the time of day too under Time column, as Date+Time")
-                         : ImportWords::tr("they differ in “%1”: take those of one under Rows, as %2")
-                               .arg(finding.columns.join(QStringLiteral("”, “")),
-                                    finding.columns.front() + QLatin1Char('=') + finding.text));
+    return words.arg(
+        finding.columns.isEmpty()
+            ? ImportWords::tr("name the column of the time of day too under Time column, as Date+Time, or keep "
+                              "the last of them under At one time")
+            : ImportWords::tr("they differ in “%1”: take those of one under Rows, as %2")
+                  .arg(finding.columns.join(QStringLiteral("”, “")),
+                       finding.columns.front() + QLatin1Char('=') + finding.text));
 }
 
 QString textOfNoTable(const ImportFinding& finding)
@@ -113,10 +116,11 @@ QString textOfNoTable(const ImportFinding& finding)
                                "Dates");
     case What::DecimalMarkUnknown:
         return ImportWords::tr("“%1” may have thousands or decimals, and no number in the file tells which; choose the "
-                               "sign before the decimals")
+                               "Decimal sign")
             .arg(finding.text);
     case What::TooManyBadRows:
-        return ImportWords::tr("%1 of %2 rows cannot be read, the first: %3")
+        return ImportWords::tr("%1 of %2 rows cannot be read, the first: %3; tick Skip rows without a time "
+                               "to import the others")
             .arg(QString::number(finding.found), QString::number(finding.expected),
                  finding.causes.empty() ? QString() : shownText(finding.causes.front()));
     case What::AnotherHeader:
@@ -328,23 +332,32 @@ QString shownText(const ImportFinding& finding)
                : ImportWords::tr("line %1, column “%2”: %3").arg(QString::number(finding.line), finding.column, words);
 }
 
+QString shownTime(double seconds, bool withFraction)
+{
+    const QDateTime time = QDateTime::fromMSecsSinceEpoch(std::llround(seconds * 1000));
+    const QLocale locale;
+    const QString clock = withFraction ? QStringLiteral("HH:mm:ss.zzz") : QStringLiteral("HH:mm:ss");
+    return QStringLiteral("%1 %2 %3")
+        .arg(locale.toString(time.date(), QLocale::ShortFormat), locale.toString(time.time(), clock),
+             time.timeZoneAbbreviation());
+}
+
 QString shownText(const ImportSummary& summary)
 {
     QString result;
     QTextStream text(&result);
-    for (const ImportFinding& note : summary.notes)
-        text << shownText(note) << '\n';
     const QString sentence = summary.createdSite ? ImportWords::tr("%1 from %2 stored for %3 in %4 (new)%5.")
                                                  : ImportWords::tr("%1 from %2 stored for %3 in %4%5.");
-    const QString span =
-        summary.first && summary.last
-            ? ImportWords::tr(", %1 to %2").arg(readableTime(*summary.first), readableTime(*summary.last))
-            : QString();
+    const QString span = summary.first && summary.last
+                             ? ImportWords::tr(", %1 to %2").arg(shownTime(*summary.first), shownTime(*summary.last))
+                             : QString();
     text << sentence.arg(records(summary.records), QFileInfo(summary.file).fileName(), summary.agent,
                          QFileInfo(summary.site).fileName(), span)
          << '\n';
     writeColumns(text, summary);
     writeCounts(text, summary);
+    for (const ImportFinding& note : summary.notes)
+        text << shownText(note) << '\n';
     text.flush();
     return result;
 }

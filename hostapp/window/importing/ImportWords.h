@@ -9,7 +9,10 @@ namespace plotix {
 /// One line, without the file's name.
 QString shownText(const ImportFinding& finding);
 
-/// A few lines, each ended by a line break.
+/// A time in the user's zone, which it names, and in the user's locale. Milliseconds where `withFraction`.
+QString shownTime(double seconds, bool withFraction = false);
+
+/// A few lines, each ended by a line break: what was stored, then what was decided about the file.
 QString shownText(const ImportSummary& summary);
 
 }  // namespace plotix

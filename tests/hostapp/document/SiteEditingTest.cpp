@@ -222,6 +222,37 @@ TEST_F(SiteEditingTest, AgentsMergePropertyByProperty)
     EXPECT_TRUE(recordsOfSite(site())->verify().isSound());
 }
 
+TEST_F(SiteEditingTest, WhatComesUnderTheNamesOfAMergedPropertyGoesToTheOther)
+{
+    put("Roof", "Temperature", "°C", {9}, {90});
+    renameProperty(site(), id("Temperature"), "Warmth");
+    mergeProperties(site(), id("Warmth"), id("Air"));
+    put("Roof", "Warmth", "°C", {10}, {100});
+    put("Roof", "Temperature", "°C", {11}, {110});
+    EXPECT_EQ(values("Air"), (Values{10, 20, 30, 90, 100, 110}));
+}
+
+TEST_F(SiteEditingTest, WhatComesUnderTheNamesOfAMergedAgentGoesToTheOther)
+{
+    put("Mast", "Rain", "mm", {4}, {1});
+    put("Mast", "Temperature", "°C", {4}, {40});
+    renameProperty(site(), id("Rain", "Mast"), "Rainfall");
+    renameAgent(site(), agent("Mast")->id(), "Pole");
+    mergeAgents(site(), agent("Pole")->id(), agent("Roof")->id());
+    put("Mast", "Rain", "mm", {5}, {2});
+    put("Pole", "Rainfall", "mm", {6}, {3});
+    EXPECT_FALSE(agent("Mast") || agent("Pole"));
+    EXPECT_EQ(values("Rainfall"), (Values{std::nullopt, std::nullopt, std::nullopt, 1, 2, 3}));
+}
+
+TEST_F(SiteEditingTest, WhatComesUnderTheOldNameOfADeletedPropertyIsAnew)
+{
+    renameProperty(site(), id("Air"), "Outdoor Air");
+    deleteProperty(site(), id("Outdoor Air"));
+    put("Roof", "Air", "°C", {4}, {40});
+    EXPECT_EQ(values("Air"), (Values{std::nullopt, std::nullopt, std::nullopt, 40}));
+}
+
 TEST_F(SiteEditingTest, MergingAgentsIsUndone)
 {
     put("Mast", "Air", "°C", {4}, {40});
@@ -354,6 +385,14 @@ TEST_F(SiteEditingTest, ReplacedValuesAreThoseThatWouldDiffer)
     EXPECT_EQ(replacedValues(*store, roof, block({1, 2, 3}, {10, 21, 30})).properties, 1U);
     EXPECT_EQ(replacedValues(*store, roof, block({1, 2, 3}, {10, 20, 30})).values, 0U);
     EXPECT_EQ(replacedValues(*store, roof, block({0, 2.5, 4}, {1, 1, 1})).values, 0U);
+}
+
+TEST_F(SiteEditingTest, WhatFillsAGapReplacesNothing)
+{
+    put("Roof", "Rain", "mm", {2}, {1});
+    const RecordBlock block{SharedArray<double>::fromVector({1, 2, 3}),
+                            {{id("Rain"), SharedArray<double>::fromVector({7, 8, 9}), {}}}};
+    EXPECT_EQ(replacedValues(*recordsOfSite(site()), agent()->id(), block).values, 1U);
 }
 
 }  // namespace

@@ -1,11 +1,8 @@
 #include "hostapp/window/ExportPictureDialog.h"
 #include "hostapp/window/HelpWindow.h"
 #include "hostapp/window/SiteDetailsDialog.h"
-#include "hostapp/window/importing/ImportDialog.h"
 
 #include <QtCore/QSettings>
-#include <QtCore/QTemporaryFile>
-#include <QtWidgets/QComboBox>
 #include <QtWidgets/QLineEdit>
 #include <QtWidgets/QPushButton>
 
@@ -19,43 +16,6 @@ QPushButton* buttonNamed(QWidget& dialog, const QString& text)
         if (button->text().remove(QLatin1Char('&')) == text)
             return button;
     return nullptr;
-}
-
-TEST(ImportDialogTest, CannotImportBeforeAFileIsThere)
-{
-    plotix::ImportDialog dialog({});
-    EXPECT_FALSE(buttonNamed(dialog, QStringLiteral("Import"))->isEnabled());
-    QTemporaryFile file;
-    ASSERT_TRUE(file.open());
-    dialog.setFile(file.fileName());
-    EXPECT_TRUE(buttonNamed(dialog, QStringLiteral("Import"))->isEnabled());
-}
-
-TEST(ImportDialogTest, AgentFollowsTheFileUntilTheUserNamesOne)
-{
-    plotix::ImportDialog dialog({QStringLiteral("Station")});
-    dialog.setFile(QStringLiteral("/tmp/cellar.csv"));
-    EXPECT_EQ(dialog.options().agentName, QStringLiteral("cellar"));
-    dialog.setFile(QStringLiteral("/tmp/attic.csv"));
-    EXPECT_EQ(dialog.options().agentName, QStringLiteral("attic"));
-    dialog.findChild<QComboBox*>()->setCurrentText(QStringLiteral("Station"));
-    dialog.setFile(QStringLiteral("/tmp/roof.csv"));
-    EXPECT_EQ(dialog.options().agentName, QStringLiteral("Station"));
-}
-
-TEST(ImportDialogTest, RowsAreChosenByATextInAColumn)
-{
-    plotix::ImportDialog dialog({});
-    QTemporaryFile file;
-    ASSERT_TRUE(file.open());
-    dialog.setFile(file.fileName());
-    auto* rows = dialog.findChild<QLineEdit*>(QStringLiteral("rows"));
-    rows->setText(QStringLiteral("origin"));
-    EXPECT_FALSE(buttonNamed(dialog, QStringLiteral("Import"))->isEnabled());
-    rows->setText(QStringLiteral("origin = EWR"));
-    EXPECT_TRUE(buttonNamed(dialog, QStringLiteral("Import"))->isEnabled());
-    const plotix::ImportOptions::ByColumn expected = {{QStringLiteral("origin"), QStringLiteral("EWR")}};
-    EXPECT_EQ(dialog.options().where, expected);
 }
 
 TEST(SiteDetailsDialogTest, ASiteKeepsAName)

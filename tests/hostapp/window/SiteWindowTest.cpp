@@ -16,6 +16,7 @@
 #include <QtTest/QSignalSpy>
 #include <QtTest/QTest>
 #include <QtWidgets/QApplication>
+#include <QtWidgets/QLabel>
 #include <QtWidgets/QMessageBox>
 #include <QtWidgets/QPushButton>
 #include <QtWidgets/QStatusBar>
@@ -377,8 +378,12 @@ TEST_F(SiteWindowImportTest, NewAgentGetsItsFirstTrendOverTheDatasRange)
 TEST_F(SiteWindowImportTest, FileThatDoesNotParseIsToldAndStoresNothing)
 {
     EXPECT_FALSE(import("time,Humidity (%)\n2024-05-01T00:00:00Z,40\nno time at all,41\nnor here,42\n"));
-    ASSERT_NE(shownBox(), nullptr);
-    EXPECT_EQ(shownBox()->text(), QStringLiteral("The file could not be imported"));
+    ASSERT_TRUE(QTest::qWaitFor([] { return QApplication::activeModalWidget() != nullptr; }));
+    auto* dialog = qobject_cast<plotix::ImportDialog*>(QApplication::activeModalWidget());
+    ASSERT_NE(dialog, nullptr);
+    EXPECT_TRUE(
+        dialog->findChild<QLabel*>(QStringLiteral("problem"))->text().contains(QStringLiteral("looks like times")));
+    EXPECT_EQ(dialog->options().timeZone, QStringLiteral("UTC"));
     EXPECT_EQ(site.document->agentNamed(QStringLiteral("cellar")), nullptr);
     EXPECT_FALSE(window->selectedPlugIn());
 }

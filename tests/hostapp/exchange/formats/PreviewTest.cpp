@@ -108,6 +108,69 @@ TEST_F(PreviewTest, LooksAtTheBeginningOnly)
     EXPECT_EQ(shown.rows.size(), ImportPreview::kPreviewRows);
 }
 
+TEST_F(PreviewTest, ColumnsAreLeftOutAndAddedOneByOne)
+{
+    m_options.leaveOut = {QStringLiteral("b")};
+    m_options.also = {QStringLiteral("unixtime")};
+    const ImportPreview shown = preview("time,unixtime,a,b\n2024-02-01,1706788800,1,3\n2024-02-02,1706875200,2,4\n");
+    EXPECT_EQ(shown.columns[1].use, Use::Taken);
+    EXPECT_EQ(shown.columns[3].reason, Reason::NotAskedFor);
+    EXPECT_EQ(shown.rows[0].values, (std::vector<std::optional<double>>{1706788800, 1}));
+}
+
+TEST_F(PreviewTest, ColumnsOfOneHeaderAreNamedByTheirPlace)
+{
+    m_options.leaveOut = {QStringLiteral("Column 3")};
+    const ImportPreview shown = preview("time,T,T,T\n2024-02-01,1,2,3\n2024-02-02,4,5,6\n");
+    EXPECT_EQ(shown.rows[0].values, (std::vector<std::optional<double>>{1, 3}));
+}
+
+/// Rows that name their quantity, so many that nobody would wait for a table of them all.
+QByteArray manyNamedRows()
+{
+    QByteArray text = "time;name;value\n";
+    for (int row = 0; row < 300'000; ++row)
+        text += QByteArray::number(1'700'000'000 + row) + (row < 299'990 ? ";T;1\n" : ";Late;2\n");
+    return text;
+}
+
+TEST_F(PreviewTest, OfManyRowsThatNameTheirQuantityTheFirstAreCollected)
+{
+    const ImportPreview shown = preview(manyNamedRows());
+    EXPECT_FALSE(shown.isWhole);
+    EXPECT_LT(shown.rowsLookedAt, 250'000U);
+    EXPECT_EQ(shown.rows.size(), ImportPreview::kPreviewRows);
+    EXPECT_EQ(shown.columns.back().name, QStringLiteral("Late"));  // its numbers come further down
+    EXPECT_EQ(shown.columns.back().use, Use::Taken);
+}
+
+TEST_F(PreviewTest, CanBeCancelledWhileTheWholeFileIsRead)
+{
+    QByteArray text = "Date;a\n";
+    for (int row = 0; row < 20'000; ++row)
+        text += "03/04/2024;1\n";
+    for (const QByteArray& file : {text, manyNamedRows()}) {
+        preview(file);  // which writes it
+        int calls = 0;
+        const auto cancelAtTwo = [&calls](qint64, qint64) { return ++calls < 2; };
+        EXPECT_THROW(previewOf(m_folder.filePath(QStringLiteral("data.csv")), {}, cancelAtTwo), ImportCancelled);
+        EXPECT_EQ(calls, 2);
+    }
+}
+
+TEST_F(PreviewTest, OnlyWhatTheWholeFileSaysIsCertain)
+{
+    QByteArray text = "time,a\n";
+    for (int row = 0; row < 20'000; ++row)
+        text += row % 2 == 0 || row > 6000 ? QByteArray::number(1'700'000'000 + row) + ",1\n" : QByteArray("bad,1\n");
+    const ImportPreview doubtful = preview(text);
+    ASSERT_TRUE(doubtful.problem);
+    EXPECT_EQ(doubtful.problem->what, What::TooManyBadRows);
+    EXPECT_FALSE(isRefused(doubtful));
+    EXPECT_TRUE(isRefused(preview("Date;a\n03/04/2024;1\n04/04/2024;2\n")));
+    EXPECT_FALSE(isRefused(preview("time,a\n2024-02-01,1\n")));
+}
+
 }  // namespace
 
 }  // namespace plotix

@@ -86,7 +86,7 @@ INSTANTIATE_TEST_SUITE_P(
 
 TEST(ShownFindings, AllHaveWords)
 {
-    for (int what = 0; what <= static_cast<int>(What::DatesHaveMonthFirst); ++what)
+    for (int what = 0; what <= static_cast<int>(What::ShortRows); ++what)
         EXPECT_FALSE(shownText({.what = static_cast<What>(what)}).isEmpty()) << what;
 }
 
@@ -106,13 +106,15 @@ TEST(ShownSummary, SaysWhatWasStoredAndWhatWasLeftOut)
     summary.firstBadRow = ImportFinding{.what = What::NoNumber, .line = 3, .column = "a", .text = "x"};
     summary.columns = {{"Temp (°C)", "Temp", "temp", "°C", 1}};
     summary.leftOut = {"note"};
+    summary.notes = {{.what = What::DatesHaveDayFirst}};
     EXPECT_EQ(shownText(summary),
-              "1 record from data.csv stored for EWR in site.plotix, 2015-01-01 00:00:00 UTC to "
-              "2015-01-02 00:00:00 UTC.\n"
+              "1 record from data.csv stored for EWR in site.plotix, 1 Jan 2015 00:00:00 UTC to "
+              "2 Jan 2015 00:00:00 UTC.\n"
               "  temp: Temp (°C), 1 value\n"
               "1,200 rows with another text in the column passed over.\n"
               "1 row that cannot be read passed over, the first: line 3, column “a”: “x” is no number.\n"
-              "Left out, without a number or with hardly one: note.\n");
+              "Left out, without a number or with hardly one: note.\n"
+              "Dates are read with the day first.\n");
 }
 
 TEST(ShownSummary, CountsInGermanToo)
