@@ -1,5 +1,6 @@
 #include "base/MainQueue.h"
 #include "hostapp/app/Composition.h"
+#include "hostapp/app/CutFiles.h"
 #include "hostapp/app/DisplayProbe.h"
 #include "hostapp/app/ProgramServices.h"
 #include "hostapp/cli/CommandLine.h"
@@ -49,6 +50,7 @@ int main(int argc, char** argv)
     QApplication::setApplicationVersion(QStringLiteral(PLOTIX_VERSION));
     QApplication::setOrganizationName(QStringLiteral("Plotix"));
     plotix::MainQueue::main();
+    plotix::explainCutFiles();
     if (plotix::commandShowsTexts(arguments))
         plotix::installLanguage(plotix::preferredLanguage([](const char* name) { return qEnvironmentVariable(name); }));
     Composition composition(desktop ? Composition::Audience::Desktop : Composition::Audience::Nobody);

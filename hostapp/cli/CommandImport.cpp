@@ -153,9 +153,11 @@ Command addImport(CLI::App& program)
         ->type_name("SIGN");
     addText(import, "--sheet", options.sheet, "Of a spreadsheet; the first with measurements unless given")
         ->type_name("NAME");
-    addChoice<Arrangement>(import, "--arrangement", options.arrangement,
-                           {{"columns", Arrangement::Columns}, {"names", Arrangement::Names}},
-                           "Whether each quantity has a column, or each row names its quantity");
+    addChoice<Arrangement>(
+        import, "--arrangement", options.arrangement,
+        {{"columns", Arrangement::Columns}, {"names", Arrangement::Names}},
+        "Whether each quantity has a column, also one called by a time of day, or each row names its "
+        "quantity");
     addPairs(import, "--where", options.where, "VALUE", "Take only rows with this text in the column; repeatable");
     addList(import, "--only", options.only, "Take only these columns; the first trend shows them all")
         ->type_name("COLUMN,…");

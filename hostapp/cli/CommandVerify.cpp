@@ -4,6 +4,7 @@
 #include "hostapp/cli/Commands.h"
 #include "hostapp/cli/Options.h"
 #include "hostapp/cli/SiteLookup.h"
+#include "hostapp/document/MemoryBudget.h"
 #include "hostapp/document/RecordKeeping.h"
 
 #include <QtCore/QFileInfo>
@@ -26,7 +27,7 @@ int runCommand(const VerifyCommand& command, CommandContext context)
     const StopRequest interruption(StopRequest::From::Keyboard);
     const CommandProgress progress = makeCommandProgress(
         context.services, context.streams, QStringLiteral("Verifying %1").arg(QFileInfo(command.site).fileName()));
-    const VerificationResult result = recordsOfSite(command.site)->verify(progress);
+    const VerificationResult result = recordsOfSite(command.site)->verify(progress, memoryBudget());
     std::ostream& out = context.streams.output;
     for (const QString& finding : result.findings)
         out << finding.toStdString() << '\n';

@@ -42,6 +42,7 @@ const char* sentence(What what)
     case What::ReadingFailed: return "reading failed: %1";
     case What::NotAFile: return "this is no file; give one with rows of measurements";
     case What::NotText: return "this is neither text nor a spreadsheet that can be read; export it as CSV or .xlsx";
+    case What::PackedFiles: return "this is an archive of files; unpack it and import the files in it";
     case What::OldSpreadsheet:
         return "this is a spreadsheet in the old binary form; save it as .xlsx or CSV and import that";
     case What::LineTooLong: return "the line does not end; this is no text with a row of measurements in each line";
@@ -108,6 +109,10 @@ const char* sentence(What what)
     case What::LinesAboveTable: return "Lines above the rows passed over: %4.";
     case What::UnitsBelowHeader: return "units are taken from this line";
     case What::RowsNameQuantities: return "Each row names its quantity in “%2” and has its value in “%1”: %4 in all.";
+    case What::RowsAreDays:
+        return "Each row is a day, and %4 columns are times of day, from %1 to %2: each becomes a record of its own; "
+               "if "
+               "they are quantities, say --arrangement columns.";
     case What::SheetChosen: return "The sheet “%1” is read (sheets: %3).";
     case What::StatesAreNumbers: return "words such as “%1” are stored as 1 (on, open, yes …) and 0";
     case What::NumbersAreGaps:

@@ -125,10 +125,19 @@ void collectListed(const KTVArchiveNode& node, QStringList& into)
         collectListed(member, into);
 }
 
+// Stored: never change.
+const QString kTitle = QStringLiteral("title");
+const QString kIdentifier = QStringLiteral("uniqueIdentifier");
+
+QString titleOf(const KTVArchiveNode& root)
+{
+    const KTVArchiveNode* title = root.find(kTitle);
+    return title ? title->value.toString() : QString();
+}
+
 QStringList titleAndListed(const KTVArchiveNode& root)
 {
-    const KTVArchiveNode* title = root.find(QStringLiteral("title"));  // stored: never change
-    QStringList found(title ? title->value.toString() : QString());
+    QStringList found(titleOf(root));
     collectListed(root, found);
     return found;
 }
@@ -139,6 +148,22 @@ bool showTheSame(const QByteArray& one, const QByteArray& other)
 {
     const std::optional<KTVArchiveNode> left = readable(one), right = readable(other);
     return left && right ? titleAndListed(*left) == titleAndListed(*right) : one == other;
+}
+
+QString titleIn(const QByteArray& state)
+{
+    const std::optional<KTVArchiveNode> root = readable(state);
+    return root ? titleOf(*root) : QString();
+}
+
+std::optional<QByteArray> copyOfView(const QByteArray& state, const QString& identifier, const QString& title)
+{
+    std::optional<KTVArchiveNode> root = readable(state);
+    if (!root)
+        return std::nullopt;
+    root->set(kIdentifier, KTVArchiveNode::of(identifier));
+    root->set(kTitle, KTVArchiveNode::of(title));
+    return writeKeyedArchive(*root);
 }
 
 bool namesAgent(const QByteArray& state, const QString& agentIdentifier)

@@ -20,6 +20,11 @@ struct MovedProperty {
 /// Whether two states have the same title and list the same properties, whatever else differs.
 bool showTheSame(const QByteArray& one, const QByteArray& other);
 
+QString titleIn(const QByteArray& state);  ///< empty when there is none
+
+/// The same view as one of its own, with another identifier and title. Nothing: the state cannot be read.
+std::optional<QByteArray> copyOfView(const QByteArray& state, const QString& identifier, const QString& title);
+
 bool namesAgent(const QByteArray& state, const QString& agentIdentifier);
 
 /// Of two properties that become one, one stays in each list. Where `fromAgent` is not empty, it is replaced by

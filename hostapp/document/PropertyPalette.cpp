@@ -39,11 +39,14 @@ QColor paletteColor(std::size_t position)
 
 QColor freeColor(const std::vector<QColor>& taken)
 {
-    const auto timesTaken = [&taken](QRgb color) {
-        return std::count_if(taken.begin(), taken.end(), [color](const QColor& each) { return each.rgb() == color; });
-    };
-    return QColor::fromRgb(*std::min_element(
-        kPalette.begin(), kPalette.end(), [&](QRgb left, QRgb right) { return timesTaken(left) < timesTaken(right); }));
+    std::array<std::size_t, kPaletteSize> timesTaken{};
+    for (const QColor& color : taken) {
+        const auto* const found = std::find(kPalette.begin(), kPalette.end(), color.rgb());
+        if (found != kPalette.end())
+            ++timesTaken[static_cast<std::size_t>(found - kPalette.begin())];
+    }
+    return paletteColor(
+        static_cast<std::size_t>(std::min_element(timesTaken.begin(), timesTaken.end()) - timesTaken.begin()));
 }
 
 }  // namespace plotix

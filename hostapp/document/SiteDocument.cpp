@@ -24,6 +24,19 @@ constexpr int kRetryInterval = 1000;  // milliseconds until an unsaved change is
 constexpr int kTriesBeforeTelling = 5;
 constexpr int kWatchInterval = 500;  // milliseconds between two looks whether the file is still there
 
+/// Inside a transaction; answers the id.
+qint64 writePlugIn(Database& database, const ArchivedPlugIn& plugIn)
+{
+    const bool isNew = plugIn.id == 0;
+    Statement statement(database, isNew ? "INSERT INTO plugin(class_name, state) VALUES(?, ?)"
+                                        : "UPDATE plugin SET class_name = ?, state = ? WHERE id = ?");
+    statement.bind(1, plugIn.className).bind(2, plugIn.state);
+    if (!isNew)
+        statement.bind(3, plugIn.id);
+    statement.run();
+    return isNew ? database.lastInsertedRow() : plugIn.id;
+}
+
 }  // namespace
 
 struct SiteDocument::Store {
@@ -41,6 +54,7 @@ struct SiteDocument::Store {
 
     Database database;
     SiteStore tables;
+    std::map<qint64, SiteProperty::Description> stored;   // by id: as last read or written
     std::map<qint64, SiteProperty::Description> unsaved;  // by id: changes that wait for another writer
     int tries = 0;
     QTimer retry, watch;
@@ -184,6 +198,7 @@ void SiteDocument::takeOver(SiteProperty& property, const SiteProperty::Descript
 {
     if (isReadOnly() || m_store->unsaved.contains(stored.id))
         return;
+    m_store->stored[stored.id] = stored;
     m_store->isTakingOver = true;
     if (property.unit() != stored.unit)
         property.setUnit(stored.unit);
@@ -191,6 +206,12 @@ void SiteDocument::takeOver(SiteProperty& property, const SiteProperty::Descript
         property.setColor(stored.color);
     property.setVisible(stored.visible);
     m_store->isTakingOver = false;
+}
+
+void SiteDocument::catchUp()
+{
+    m_store->version = m_store->versionNow();
+    reload();
 }
 
 /// Reads only where another connection has written since the last look.
@@ -211,6 +232,7 @@ void SiteDocument::lookForChanges()
 std::shared_ptr<SiteProperty> SiteDocument::adopt(SiteAgent& agent, const SiteProperty::Description& description)
 {
     const auto property = std::make_shared<SiteProperty>(description, Units::shared());
+    m_store->stored[description.id] = description;
     connect(property.get(), &SiteProperty::changed, this, [this, changed = property.get()] { storeChange(*changed); });
     agent.m_properties.push_back(property);
     return property;
@@ -244,8 +266,10 @@ void SiteDocument::storeUnsaved()
     try {
         inTransaction(m_store->database, [&] {
             for (const auto& [id, description] : m_store->unsaved)
-                m_store->tables.updateProperty(description);
+                m_store->tables.updateProperty(description, m_store->stored[id]);
         });
+        for (const auto& [id, description] : m_store->unsaved)
+            m_store->stored[id] = description;
         m_store->unsaved.clear();
         m_store->tries = 0;
     } catch (const ReportableError& error) {
@@ -302,18 +326,22 @@ std::vector<ArchivedPlugIn> SiteDocument::archivedPlugIns() const
 
 qint64 SiteDocument::storePlugIn(const ArchivedPlugIn& plugIn)
 {
-    qint64 id = plugIn.id;
+    return storePlugIns(plugIn.id, [&](const auto&) { return std::vector{plugIn}; }).front();
+}
+
+std::vector<qint64> SiteDocument::storePlugIns(qint64 id, const Decide& decide)
+{
+    std::vector<qint64> ids;
     inTransaction(m_store->database, [&] {
-        Statement statement(m_store->database, id == 0 ? "INSERT INTO plugin(class_name, state) VALUES(?, ?)"
-                                                       : "UPDATE plugin SET class_name = ?, state = ? WHERE id = ?");
-        statement.bind(1, plugIn.className).bind(2, plugIn.state);
-        if (id != 0)
-            statement.bind(3, id);
-        statement.run();
-        if (id == 0)
-            id = m_store->database.lastInsertedRow();
+        Statement archived(m_store->database, "SELECT class_name, state FROM plugin WHERE id = ?");
+        archived.bind(1, id);
+        std::optional<ArchivedPlugIn> present;
+        if (archived.step())
+            present = ArchivedPlugIn{id, archived.text(0), archived.bytes(1)};
+        for (const ArchivedPlugIn& plugIn : decide(present))
+            ids.push_back(writePlugIn(m_store->database, plugIn));
     });
-    return id;
+    return ids;
 }
 
 void SiteDocument::removePlugIn(qint64 id)

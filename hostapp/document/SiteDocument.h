@@ -7,6 +7,7 @@
 #include <QtCore/QByteArray>
 #include <QtCore/QObject>
 
+#include <functional>
 #include <memory>
 #include <optional>
 #include <utility>
@@ -53,6 +54,9 @@ public:
     /// itself within a second when another connection has written; `changedElsewhere` follows.
     void reload();
 
+    /// The same for whoever is about to read everything there is: `changedElsewhere` tells of what comes later only.
+    void catchUp();
+
     /// The records of the site's agents.
     const std::shared_ptr<RecordStore>& records() const { return m_records; }
 
@@ -69,6 +73,10 @@ public:
     std::vector<ArchivedPlugIn> archivedPlugIns() const;  ///< in list order
     /// Stores at the end when `plugIn.id` is 0, else in place; answers the id.
     qint64 storePlugIn(const ArchivedPlugIn& plugIn);
+    /// Stores what `decide` answers, in one transaction, while nobody else can write. It is told what is archived under
+    /// `id` now; nothing: nothing is. Answers the ids in the order of the answer.
+    using Decide = std::function<std::vector<ArchivedPlugIn>(const std::optional<ArchivedPlugIn>& present)>;
+    std::vector<qint64> storePlugIns(qint64 id, const Decide& decide);
     void removePlugIn(qint64 id);
 
     /// Small named values of the document, such as a window's geometry.

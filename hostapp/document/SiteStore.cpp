@@ -267,6 +267,20 @@ SiteProperty::Description SiteStore::addProperty(qint64 agent, const QString& na
     return property;
 }
 
+void SiteStore::updateProperty(const SiteProperty::Description& property, const SiteProperty::Description& since)
+{
+    // What is not bound is nothing, and leaves the column as it is.
+    Statement update(m_database, "UPDATE property SET unit = coalesce(?1, unit), color = coalesce(?2, color), "
+                                 "visible = coalesce(?3, visible) WHERE id = ?4");
+    if (property.unit != since.unit)
+        update.bind(1, property.unit);
+    if (property.color != since.color)
+        update.bind(2, qint64(property.color.rgba()));
+    if (property.visible != since.visible)
+        update.bind(3, qint64(property.visible));
+    update.bind(4, property.id).run();
+}
+
 void SiteStore::updateProperty(const SiteProperty::Description& property)
 {
     Statement(m_database, "UPDATE property SET unit = ?, color = ?, visible = ? WHERE id = ?")

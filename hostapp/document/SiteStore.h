@@ -61,6 +61,8 @@ public:
 
     /// Unit, colour and visibility.
     void updateProperty(const SiteProperty::Description& description);
+    /// Of these what differs from `since`: others may have changed the rest.
+    void updateProperty(const SiteProperty::Description& description, const SiteProperty::Description& since);
 
     /// What once had that key (or, of agents, that name: agent 0) and is there under another one.
     std::optional<qint64> aliasTarget(qint64 agent, const QString& name) const;

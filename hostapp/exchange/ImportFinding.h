@@ -38,6 +38,7 @@ struct ImportFinding {
         ReadingFailed,      ///< text: the system's words
         NotAFile,           ///< a folder or a device
         NotText,            ///< neither text nor a spreadsheet that can be read
+        PackedFiles,        ///< an archive of files, of which each may be one of measurements
         OldSpreadsheet,     ///< a spreadsheet in its program's former, binary form
         UnclosedQuotation,  ///< line
         LineTooLong,        ///< line: no end within what a line may have
@@ -92,6 +93,7 @@ struct ImportFinding {
         LinesAboveTable,     ///< found: lines in front of the header
         UnitsBelowHeader,    ///< line
         RowsNameQuantities,  ///< column: of names, text: of values, found: how many names
+        RowsAreDays,         ///< found: columns called by times of day, text, column: the first and the last
         SheetChosen,         ///< text, columns: the sheets there are
         StatesAreNumbers,    ///< column, text: a word that became 1 or 0
         NumbersAreGaps,      ///< column, text: the number, found

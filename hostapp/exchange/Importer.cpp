@@ -140,8 +140,11 @@ void FileImport::store()
     transaction.beginStep(EditStep::Kind::Import, QFileInfo(m_summary.file).fileName());
     const RowId agent = transaction.findOrCreateAgent(m_summary.agent);
     m_summary.agent = transaction.agentName(agent);
-    for (std::size_t index = 0; index < m_plan.columns.size(); ++index)
+    for (std::size_t index = 0; index < m_plan.columns.size(); ++index) {
+        if (index > 0)  // thousands of columns take a while
+            report(m_source.bytesInAll());
         storeColumn(transaction, agent, index, block);
+    }
     if (block.columns.empty())
         throw ImportFailure(
             {.what = What::NoNumbers, .column = m_summary.timeColumn, .columns = headersOf(m_source.columns())});

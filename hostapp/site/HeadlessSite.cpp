@@ -16,6 +16,7 @@ void HeadlessSite::load()
 
 void HeadlessSite::follow()
 {
+    keepUp();
     followAgain();
     waitForRecords();
 }

@@ -13,7 +13,8 @@ public:
 
     /// Makes the archived views and waits for the records they show at first. Call once.
     void load();
-    /// From now on moves the trends that the site's window followed, so that they end now. Call after `load`.
+    /// From now on moves the trends that the site's window follows, so that they end now, and shows what others change
+    /// in the site. Call after `load`.
     void follow();
     int unreadableCount() const { return m_unreadableCount; }  ///< archived views that could not be made
 

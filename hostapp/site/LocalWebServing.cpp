@@ -25,21 +25,26 @@ void LocalWebServing::ensureServer()
 QString LocalWebServing::start(WorkingSite& site)
 {
     ensureServer();
-    if (const auto served = m_identifiers.find(&site); served != m_identifiers.end())
-        m_sites.withdraw(served->second);
+    if (const auto served = m_served.find(&site); served != m_served.end())
+        m_sites.withdraw(served->second.identifier);
     site.loadViews();  // also trends that were never shown, so that browsers see them too
+    auto life = std::make_unique<QObject>();
+    // Posted: whoever adds a trend is not done with it yet.
+    QObject::connect(
+        &site.sourceList(), &QAbstractItemModel::rowsInserted, life.get(), [&site] { site.loadViews(); },
+        Qt::QueuedConnection);
     const QString identifier = openToWeb(m_sites, site);
-    m_identifiers[&site] = identifier;
+    m_served[&site] = {identifier, std::move(life)};
     return pageAddress(m_server->url(), identifier);
 }
 
 void LocalWebServing::stop(WorkingSite& site)
 {
-    const auto served = m_identifiers.find(&site);
-    if (served == m_identifiers.end())
+    const auto served = m_served.find(&site);
+    if (served == m_served.end())
         return;
-    m_sites.withdraw(served->second);
-    m_identifiers.erase(served);
+    m_sites.withdraw(served->second.identifier);
+    m_served.erase(served);
     if (m_sites.isEmpty())
         m_server.reset();
 }

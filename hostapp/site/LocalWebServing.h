@@ -24,7 +24,11 @@ public:
 private:
     void ensureServer();
 
-    std::map<const WorkingSite*, QString> m_identifiers;
+    struct Served {
+        QString identifier;
+        std::unique_ptr<QObject> life;  ///< of the connections to the site
+    };
+    std::map<const WorkingSite*, Served> m_served;
     OpenSites m_sites;
     std::unique_ptr<HttpServer> m_server;
 };

@@ -4,6 +4,9 @@
 #include "hostapp/core/Coder.h"
 #include "hostapp/document/ArchivedReferences.h"
 
+#include <QtCore/QCoreApplication>
+#include <QtCore/QUuid>
+
 #include <algorithm>
 #include <iterator>
 
@@ -34,7 +37,7 @@ std::vector<KTVPlugInPtr> PlugInStore::load(KTVSiteWindowController* siteWindowC
     return plugIns;
 }
 
-PlugInStore::Changes PlugInStore::changes(KTVSiteWindowController* siteWindowController)
+PlugInStore::Changes PlugInStore::changes(KTVSiteWindowController* siteWindowController, const IsSame& isSame)
 {
     Changes changes;
     std::map<qint64, QByteArray> archived;
@@ -43,13 +46,19 @@ PlugInStore::Changes PlugInStore::changes(KTVSiteWindowController* siteWindowCon
         const auto known = std::find_if(m_stored.begin(), m_stored.end(),
                                         [&](const auto& stored) { return stored.second.id == plugIn.id; });
         // Two programs that look at different spans would else take each other's in turn, for ever.
-        if (known != m_stored.end() &&
-            (known->second.state == plugIn.state || showTheSame(known->second.state, plugIn.state)))
+        const auto looksTheSame = [&](const auto& stored) {
+            return stored.second.state == plugIn.state ||
+                   (isSame ? isSame(stored.first, stored.second.state, plugIn.state)
+                           : showTheSame(stored.second.state, plugIn.state));
+        };
+        if (known != m_stored.end() && looksTheSame(*known))
             continue;
         const KTVPlugInPtr made = make(plugIn, siteWindowController);
         if (!made)
             continue;
-        (known == m_stored.end() ? changes.came : changes.different).push_back(made);
+        // One that was deleted and brought back has another row and the same identifier.
+        const bool isListed = m_stored.contains(made->uniqueIdentifier());
+        (isListed ? changes.different : changes.came).push_back(made);
         m_stored[made->uniqueIdentifier()] = {plugIn.id, plugIn.state};
     }
     for (auto stored = m_stored.begin(); stored != m_stored.end();) {
@@ -74,14 +83,44 @@ KTVPlugInPtr PlugInStore::make(const ArchivedPlugIn& archived, KTVSiteWindowCont
     }
 }
 
-void PlugInStore::store(const KTVPlugIn& plugIn)
+/// What was changed is told by title and properties: spans belong to whoever looks at them.
+PlugInStore::Stored PlugInStore::judge(const Known& known, const Row& present, const QByteArray& state)
 {
-    Stored& stored = m_stored[plugIn.uniqueIdentifier()];
-    QByteArray state = encodedPlugIn(plugIn);
-    if (stored.id != 0 && stored.state == state)
-        return;
-    stored.id = m_document->storePlugIn({stored.id, classNameOf(plugIn), state});
-    stored.state = std::move(state);
+    if (known.id == 0 || (present && present->state == known.state))
+        return {};
+    const bool isChangedHere = !showTheSame(known.state, state);
+    if (!present)
+        return {isChangedHere ? Meeting::Restored : Meeting::Waits, {}};
+    if (showTheSame(known.state, present->state) || showTheSame(state, present->state))
+        return {};
+    if (!isChangedHere)
+        return {Meeting::Waits, {}};
+    const QString title = QCoreApplication::translate("PlugInStore", "%1 (changed elsewhere)");
+    return {Meeting::Both, title.arg(titleIn(present->state))};
+}
+
+PlugInStore::Stored PlugInStore::store(const KTVPlugIn& plugIn)
+{
+    Known& known = m_stored[plugIn.uniqueIdentifier()];
+    const QByteArray state = encodedPlugIn(plugIn);
+    if (known.id != 0 && known.state == state)
+        return {};
+    Stored stored;
+    const std::vector<qint64> ids = m_document->storePlugIns(known.id, [&](const Row& present) {
+        stored = judge(known, present, state);
+        if (stored.meeting == Meeting::Waits)
+            return std::vector<ArchivedPlugIn>();
+        std::vector<ArchivedPlugIn> rows{{present ? known.id : 0, classNameOf(plugIn), state}};
+        if (stored.meeting == Meeting::Both) {
+            const QString identifier = QUuid::createUuid().toString(QUuid::WithoutBraces);
+            rows.push_back(
+                {0, present->className, copyOfView(present->state, identifier, stored.kept).value_or(present->state)});
+        }
+        return rows;
+    });
+    if (!ids.empty())
+        known = {ids.front(), state};
+    return stored;
 }
 
 void PlugInStore::remove(const KTVPlugIn& plugIn)

@@ -3,6 +3,7 @@
 #include "hostapp/document/SiteDocument.h"
 #include "plugins/PlotixPlugIn/host/KTVPlugInModule.h"
 
+#include <functional>
 #include <map>
 
 /// Moves plug-ins between a site document and memory.
@@ -31,22 +32,37 @@ public:
         /// keeps its own, and the file that of the one that stored last.
         std::vector<KTVPlugInPtr> different;
     };
-    Changes changes(KTVSiteWindowController* siteWindowController);
+    /// Whether two states of the plug-in of that identifier count as the same; by default `showTheSame`.
+    using IsSame = std::function<bool(const QString& identifier, const QByteArray& one, const QByteArray& other)>;
+    Changes changes(KTVSiteWindowController* siteWindowController, const IsSame& isSame = {});
 
-    /// Stores the plug-in after the others the first time, in place afterwards. Throws ReportableError.
-    void store(const KTVPlugIn& plugIn);
+    enum class Meeting {
+        None,      ///< nobody else changed it, or only what it shows of time: stored
+        Waits,     ///< others changed or deleted it, and nothing but a span differs here: theirs is left as it is
+        Restored,  ///< others deleted it, and it was changed here: stored again, after the others
+        Both  ///< title or properties were changed here and elsewhere: this one is stored, theirs is kept beside it
+    };
+    struct Stored {
+        Meeting meeting = Meeting::None;
+        QString kept;  ///< title of the other version, where there are two now
+    };
+    /// Stores the plug-in after the others the first time, in place afterwards, and never over what others have changed
+    /// since. The other version, where there is one, gets an identifier and a title of its own. Throws ReportableError.
+    Stored store(const KTVPlugIn& plugIn);
     void remove(const KTVPlugIn& plugIn);
 
 private:
-    struct Stored {
+    struct Known {
         qint64 id = 0;
-        QByteArray state;
+        QByteArray state;  ///< as last read or written
     };
+    using Row = std::optional<ArchivedPlugIn>;
+    static Stored judge(const Known& known, const Row& present, const QByteArray& state);
     KTVPlugInPtr make(const ArchivedPlugIn& archived, KTVSiteWindowController* siteWindowController);
 
     std::shared_ptr<SiteDocument> m_document;
     KTVPlugInModule* m_module;
-    std::map<QString, Stored> m_stored;  // by the plug-in's unique identifier
+    std::map<QString, Known> m_stored;  // by the plug-in's unique identifier
     int m_unreadableCount = 0;
 };
 

@@ -31,11 +31,31 @@ private:
     std::vector<KTVPlugInPtr> m_asked;
 };
 
-PlugInWebSite::PlugInWebSite(const WorkingSite& site)
-    : m_name(site.siteDocument()->siteName()),
-      m_sourceList(site.sourceList()),
-      m_toolbarPlugIn(site.toolbarPlugIns().empty() ? nullptr : site.toolbarPlugIns().front())
+PlugInWebSite::PlugInWebSite(const WorkingSite& site) : m_sourceList(site.sourceList())
 {
+    const auto update = [present = m_present, &site] { bringUpToDate(*present, site); };
+    QObject::connect(site.siteDocument().get(), &SiteDocument::siteChanged, &m_life, update);
+    QObject::connect(&site, &WorkingSite::toolbarPlugInsChanged, &m_life, update);
+    update();
+}
+
+void PlugInWebSite::bringUpToDate(Present& present, const WorkingSite& site)
+{
+    const std::lock_guard guard(present.mutex);
+    present.name = site.siteDocument()->siteName();
+    present.toolbarPlugIn = site.toolbarPlugIns().empty() ? nullptr : site.toolbarPlugIns().front();
+}
+
+QString PlugInWebSite::name() const
+{
+    const std::lock_guard guard(m_present->mutex);
+    return m_present->name;
+}
+
+KTVPlugInPtr PlugInWebSite::toolbarPlugIn() const
+{
+    const std::lock_guard guard(m_present->mutex);
+    return m_present->toolbarPlugIn;
 }
 
 std::vector<WebView> PlugInWebSite::views() const
@@ -49,7 +69,7 @@ std::vector<WebView> PlugInWebSite::views() const
 
 QString PlugInWebSite::advertisement(const QUrl& baseUrl)
 {
-    const Listed listed(m_sourceList, m_toolbarPlugIn);
+    const Listed listed(m_sourceList, toolbarPlugIn());
     QString fragments;
     for (const KTVPlugInPtr& plugIn : listed.asked())
         fragments += plugIn->webServiceAdvertisementForBaseURL(baseUrl.toString()).value_or(QString());
@@ -58,7 +78,7 @@ QString PlugInWebSite::advertisement(const QUrl& baseUrl)
 
 std::optional<WebRendering> PlugInWebSite::rendering(const QUrl& url)
 {
-    const Listed listed(m_sourceList, m_toolbarPlugIn);
+    const Listed listed(m_sourceList, toolbarPlugIn());
     for (const KTVPlugInPtr& plugIn : listed.asked())
         if (const auto response = plugIn->webServiceResponseForRequest({url}))
             return WebRendering{response->data(), response->contentType()};

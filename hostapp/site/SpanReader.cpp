@@ -35,7 +35,9 @@ void SpanReader::lookAfter(const KTVPlugInPtr& plugIn)
 void SpanReader::readWhatIsMissing(KTVPlugIn& plugIn, std::optional<MomentSpan>& lastAsked)
 {
     const std::optional<TrendSpans> spans = spansOf(&plugIn);
-    if (!spans || spans->datesEdited)
+    // While what is read already is read again, the answers might come in the wrong order; this is told once more then.
+    const bool isReadAgain = spans && spans->asked && spans->read && isSameSpan(*spans->asked, *spans->read);
+    if (!spans || spans->datesEdited || isReadAgain)
         return;
     const TrendNeed need = needOf(*spans, Wanted::Covered);
     const bool isFetch = need == TrendNeed::Show || need == TrendNeed::Read;

@@ -39,12 +39,14 @@ WorkingSite::WorkingSite(std::shared_ptr<SiteDocument> document, KTVPlugInModule
       m_module(module),
       m_use(use),
       m_store(m_document, module),
-      m_follower([] { return currentDate().seconds; }, restsIn(use))
+      m_follower([] { return currentDate().seconds; }, restsIn(use)),
+      m_watch(*m_document, [this] { return watchedTrends(); }),
+      m_isKeptUp(use == Use::OnScreen)
 {
     m_follower.setFirstRecord([this](const KTVPlugIn& plugIn) { return firstRecordOf(plugIn); });
     joinAgents();
     connect(m_document.get(), &SiteDocument::agentsChanged, this, &WorkingSite::joinAgents);
-    connect(m_document.get(), &SiteDocument::changedElsewhere, this, &WorkingSite::takeInChanges);
+    connect(m_document.get(), &SiteDocument::changedElsewhere, this, &WorkingSite::takeInWhatOthersChanged);
     // A title is stored at once, because people would notice its loss.
     connect(&m_sourceList, &SourceListModel::dataChanged, this, [this](const QModelIndex& index) {
         if (const KTVPlugInPtr plugIn = m_sourceList.plugInAt(index.row()))
@@ -117,6 +119,7 @@ KTVSourceListItemPtr WorkingSite::findSourceListItemWithRepresentedObject(const 
 
 int WorkingSite::loadPlugIns()
 {
+    m_document->catchUp();
     std::vector<KTVPlugInPtr> plugIns = m_store.load(this);
     sortByIdentifier(plugIns, readWindowState(*m_document).order);
     for (const KTVPlugInPtr& plugIn : plugIns) {
@@ -171,44 +174,6 @@ KTVPlugInPtr WorkingSite::listed(const QString& uniqueIdentifier) const
         if (item->representedObject()->uniqueIdentifier() == uniqueIdentifier)
             return item->representedObject();
     return nullptr;
-}
-
-void WorkingSite::showInPlaceOf(const KTVPlugInPtr& old, const KTVPlugInPtr& fresh)
-{
-    const int row = m_sourceList.rowOf(old.get());
-    const std::optional<FollowSpan> followed = m_follower.followedSpan(old.get());
-    letGo(old);
-    m_sourceList.insert(row, fresh);
-    chooseReading(fresh.get());
-    lookAfter(fresh);
-    fresh->didLoad();
-    if (followed)
-        m_follower.follow(fresh, *followed);
-    emit selectionRequested(fresh);
-}
-
-void WorkingSite::takeInChanges()
-{
-    if (!m_isLoaded || m_use != Use::OnScreen)
-        return;
-    const PlugInStore::Changes changes = m_store.changes(this);
-    for (const QString& identifier : changes.gone)
-        if (const KTVPlugInPtr gone = listed(identifier))
-            letGo(gone);
-    for (const KTVPlugInPtr& fresh : changes.different)
-        if (const KTVPlugInPtr old = listed(fresh->uniqueIdentifier()))
-            showInPlaceOf(old, fresh);
-    for (const KTVPlugInPtr& came : changes.came) {
-        if (isToolbarPlugIn(*came)) {
-            m_toolbarPlugIns.push_back(came);
-            emit toolbarPlugInsChanged();
-        } else {
-            m_sourceList.append(came);
-            chooseReading(came.get());
-            lookAfter(came);
-        }
-        came->didLoad();
-    }
 }
 
 void WorkingSite::removeFromDocument()
@@ -271,10 +236,10 @@ void WorkingSite::storeAll()
 
 void WorkingSite::store(const KTVPlugIn& plugIn)
 {
-    if (!isStored())
+    if (!isStored() || &plugIn == m_leaving)
         return;
     try {
-        m_store.store(plugIn);
+        tell(plugIn, m_store.store(plugIn));
     } catch (const ReportableError& error) {
         emit storingFailed(error.message());
     }

@@ -3,6 +3,7 @@
 #include "hostapp/document/SiteDocument.h"
 #include "hostapp/site/NewTrend.h"
 #include "hostapp/site/PlugInStore.h"
+#include "hostapp/site/RecordsWatch.h"
 #include "hostapp/site/SourceListModel.h"
 #include "hostapp/site/SpanReader.h"
 #include "hostapp/site/TrendFollower.h"
@@ -62,8 +63,10 @@ public:
     /// Puts a removed plug-in back into the list, at a row, and selects it.
     void restorePlugIn(const KTVPlugInPtr& plugIn, int row);
 
-    /// Shows what others changed in the document's plug-ins: new ones, ones that are gone, and ones that differ, in the
-    /// place of the old. On the screen alone; called by itself when the document was changed elsewhere.
+    /// Shows what was changed in the document's plug-ins: new ones, ones that are gone, and ones that differ, in the
+    /// place of the old. What was changed here and is not stored yet is stored first, beside the other version where
+    /// both were changed. Where the site is kept up with its file only; called by itself, and told, when others changed
+    /// it.
     void takeInChanges();
 
     /// Loads the views that were never shown, at the usual size; loading fetches what they show at first.
@@ -94,6 +97,8 @@ signals:
     void selectionRequested(const KTVPlugInPtr& plugIn);
     void toolbarPlugInsChanged();
     void storingFailed(const QString& message);
+    /// Others changed what is listed here; `message` says what became of it.
+    void changedByOthers(const QString& message);
 
 protected:
     /// Releases all plug-ins. For derived classes, to be called while they still exist; the destructor does it in any
@@ -101,14 +106,22 @@ protected:
     void letGoOfPlugIns();
     /// Takes a plug-in out of the list; it stays in the document.
     virtual void letGo(const KTVPlugInPtr& plugIn);
+    /// Lists `fresh` where `old` is, and lets go of that; the selection goes over.
+    virtual void showInPlaceOf(const KTVPlugInPtr& old, const KTVPlugInPtr& fresh);
+    /// From now on what others store is shown here: trends, records and which of them are followed. On screen it always
+    /// is.
+    void keepUp();
 
 private:
     void joinAgents();
     void lookAfter(const KTVPlugInPtr& plugIn);
     std::optional<double> firstRecordOf(const KTVPlugIn& plugIn) const;
+    std::vector<KTVPlugInPtr> watchedTrends() const;
     KTVPlugInPtr listed(const QString& uniqueIdentifier) const;  ///< null when it is not
-    void showInPlaceOf(const KTVPlugInPtr& old, const KTVPlugInPtr& fresh);
+    void takeInWhatOthersChanged();
+    QStringList takeIn(const PlugInStore::Changes& changes);  ///< what to tell of it
     void store(const KTVPlugIn& plugIn);
+    void tell(const KTVPlugIn& plugIn, const PlugInStore::Stored& stored);
     void removeFromDocument();
     bool isStored() const;
     void makeMissingToolbarPlugIns();
@@ -123,7 +136,10 @@ private:
     std::vector<KTVPlugInPtr> m_toolbarPlugIns;
     TrendFollower m_follower;
     SpanReader m_reader;
+    RecordsWatch m_watch;
+    const KTVPlugIn* m_leaving = nullptr;  ///< still listed, not stored any more
     bool m_isLoaded = false;
+    bool m_isKeptUp;
 };
 
 }  // namespace plotix

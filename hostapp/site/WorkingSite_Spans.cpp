@@ -61,6 +61,8 @@ void WorkingSite::followAgain()
         const auto chosen = span == state.followSpans.end() ? std::nullopt : followSpanNamed(span->second);
         if (state.followed.contains(identifier))
             m_follower.follow(item->representedObject(), chosen.value_or(FollowSpan::PresentLength));
+        else if (m_use == Use::Elsewhere)  // on screen it is the user who chooses
+            m_follower.stopFollowing(item->representedObject().get());
     }
 }
 

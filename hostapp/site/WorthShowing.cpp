@@ -1,5 +1,6 @@
 #include "hostapp/site/WorthShowing.h"
 
+#include <QtCore/QHash>
 #include <QtCore/QRegularExpression>
 
 #include <algorithm>
@@ -47,14 +48,14 @@ bool isDirection(const KTVProperty& property)
 
 Candidates candidatesOf(const KTVPropertyList& properties, const std::vector<ValueExtent>& extents)
 {
+    QHash<QString, const ValueExtent*> byKey;
+    for (const ValueExtent& extent : extents)
+        if (!byKey.contains(extent.propertyName))
+            byKey.insert(extent.propertyName, &extent);
     Candidates candidates;
-    for (const KTVPropertyPtr& property : properties) {
-        const auto extent = std::find_if(extents.begin(), extents.end(), [&property](const ValueExtent& one) {
-            return one.propertyName == property->propertyName();
-        });
-        if (extent != extents.end())
+    for (const KTVPropertyPtr& property : properties)
+        if (const ValueExtent* extent = byKey.value(property->propertyName()))
             candidates.push_back({property, extent->lowest, extent->highest});
-    }
     return candidates;
 }
 

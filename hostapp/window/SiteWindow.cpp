@@ -166,6 +166,8 @@ void SiteWindow::connectLists()
         showAlert(tr("Changes could not be saved"), message);
     };
     connect(m_controller.get(), &SiteWindowController::storingFailed, this, storingFailed);
+    connect(m_controller.get(), &SiteWindowController::changedByOthers, this,
+            [this](const QString& message) { statusBar()->showMessage(message); });
     SiteDocument* document = m_controller->siteDocument().get();
     connect(document, &SiteDocument::changeNotStored, this, storingFailed);
     connect(document, &SiteDocument::recordsNotRead, this,

@@ -90,4 +90,13 @@ void SiteWindowController::letGo(const KTVPlugInPtr& plugIn)
     WorkingSite::letGo(plugIn);
 }
 
+void SiteWindowController::showInPlaceOf(const KTVPlugInPtr& old, const KTVPlugInPtr& fresh)
+{
+    const SeparateWindow* window = separateWindowOf(old.get());
+    const QByteArray geometry = window ? window->saveGeometry() : QByteArray();
+    WorkingSite::showInPlaceOf(old, fresh);
+    if (window)
+        openInSeparateWindow(fresh, geometry);
+}
+
 }  // namespace plotix

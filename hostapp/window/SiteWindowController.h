@@ -35,6 +35,7 @@ signals:
 
 protected:
     void letGo(const KTVPlugInPtr& plugIn) override;
+    void showInPlaceOf(const KTVPlugInPtr& old, const KTVPlugInPtr& fresh) override;
 
 private:
     void closeSeparateWindow(const KTVPlugIn* plugIn);

@@ -115,6 +115,9 @@ void InfoTableModel::forgetController()
 
 void InfoTableModel::followController()
 {
+    m_isBehind = m_pauses > 0;
+    if (m_isBehind)
+        return;
     m_following = true;
     setRowCount(m_controller ? static_cast<int>(m_controller->arrangedObjects().size()) : 0);
     m_following = false;

@@ -22,6 +22,27 @@ public:
     InfoTableArrayController* arrayController() const { return m_controller; }
     void setArrayController(InfoTableArrayController* controller);  ///< null: no rows
 
+    /// While one lives the model does not follow its controller, and then once, for all: following each of thousands of
+    /// changes takes seconds. Borrows the model; null: nothing.
+    class Pause {
+    public:
+        explicit Pause(InfoTableModel* model) : m_model(model)
+        {
+            if (m_model)
+                ++m_model->m_pauses;
+        }
+        ~Pause()
+        {
+            if (m_model && --m_model->m_pauses == 0 && m_model->m_isBehind)
+                m_model->followController();
+        }
+        Pause(const Pause&) = delete;
+        Pause& operator=(const Pause&) = delete;
+
+    private:
+        InfoTableModel* m_model;
+    };
+
     /// True while rows are added or removed to match the controller's.
     bool isFollowingController() const { return m_following; }
 
@@ -55,5 +76,7 @@ private:
     QMetaObject::Connection m_destroyedConnection;
     int m_rowCount = 0;
     bool m_following = false;
+    int m_pauses = 0;
+    bool m_isBehind = false;                             ///< the controller has changed during a pause
     std::unique_ptr<plotix::ReadableNumbers> m_numbers;  // null: the numbers' plain text
 };

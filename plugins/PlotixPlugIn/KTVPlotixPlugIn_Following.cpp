@@ -5,20 +5,35 @@
 //     its busy state, so that dates can be typed meanwhile. Its dates move in the same task that shows the records.
 //  2. The range shown is the one asked for, also where the records do not reach its ends.
 //  3. Whoever moved the dates while the records were on their way keeps them: such an answer comes too late.
-//     Where only the records are read and the ranges stay, none comes too late: what was read is shown where it
-//     belongs.
+//     Where only the records are read and the ranges stay, an answer comes too late only for dates that were chosen
+//     meanwhile and are not drawn yet; else what was read is shown where it belongs.
 //  4. Modifier keys mean nothing here: a Shift held for something else must not stop a followed trend.
 //  5. An answer that is no good is passed over: the next one comes soon, and Refresh says what is wrong.
 
 #include "plugins/PlotixPlugIn/KTVPlotixPlugIn.h"
 
+#include "plugins/PlotixPlugIn/reading/ReadSpans.h"
+
 #include <QtCore/QScopedValueRollback>
+
+#include <cmath>
 
 namespace {
 
 QVariantList rangeOf(const plotix::OptionalDate& from, const plotix::OptionalDate& to)
 {
     return from && to ? QVariantList{from->seconds, to->seconds} : QVariantList();
+}
+
+/// Whether the dates were chosen or typed and the graph does not show them yet.
+bool areDatesAhead(const QVariantMap& spans, const QVariantList& dates)
+{
+    constexpr double kSameMoment = 0.01;  // seconds
+    const QVariantList drawn = spans.value(QStringLiteral("drawn")).toList();
+    if (!spans.value(QStringLiteral("datesLead")).toBool() || dates.size() != 2 || drawn.size() != 2)
+        return false;
+    return std::abs(dates[0].toDouble() - drawn[0].toDouble()) > kSameMoment ||
+           std::abs(dates[1].toDouble() - drawn[1].toDouble()) > kSameMoment;
 }
 
 }  // namespace
@@ -44,7 +59,7 @@ void KTVPlotixPlugIn::readRange(double fromSeconds, double toSeconds)
     fetchRecords(from, to,
                  [from, to](KTVPlotixPlugIn& plugIn, const KTVRecordDictionaryPtr& records,
                             const std::optional<KTVError>& error) {
-                     if (records && !error)
+                     if (records && !error && !areDatesAhead(plugIn.m_readSpans->spans(), plugIn.shownRange()))
                          plugIn.showRecordsBeneath(records, from, to);
                  });
 }

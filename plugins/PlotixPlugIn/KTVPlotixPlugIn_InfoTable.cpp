@@ -136,12 +136,15 @@ void KTVPlotixPlugIn::updateInfoTable()
 {
     const KTVPropertyList properties = m_properties.value_or(KTVPropertyList());
     const RowNames selected = m_infoTableArrayController ? selectedNames(*m_infoTableArrayController) : RowNames();
-    for (const KTVPropertyPtr& property : properties) {
-        if (!m_showMapping)
-            m_showMapping.emplace();
-        m_showMapping->try_emplace(property->name(), 1);  // kept, but visibility comes from the rows alone
-        if (m_infoTableArrayController)
-            mergeInfoTableRow(*property);
+    {
+        const InfoTableModel::Pause pause(m_infoTable ? m_infoTable->infoTableModel() : nullptr);
+        for (const KTVPropertyPtr& property : properties) {
+            if (!m_showMapping)
+                m_showMapping.emplace();
+            m_showMapping->try_emplace(property->name(), 1);  // kept, but visibility comes from the rows alone
+            if (m_infoTableArrayController)
+                mergeInfoTableRow(*property);
+        }
     }
     if (m_infoTableArrayController)
         selectNames(*m_infoTableArrayController, selected);

@@ -2,6 +2,7 @@
 
 #include "base/ReportableError.h"
 #include "records/columns/ColumnFormat.h"
+#include "records/sqlite/ChunkRoom.h"
 #include "records/sqlite/ChunkStore.h"
 #include "records/sqlite/RecordSchema.h"
 
@@ -21,6 +22,7 @@ constexpr double kInfinity = std::numeric_limits<double>::infinity();
 constexpr std::size_t kChunk = schema::kRecordsPerChunk;
 constexpr std::size_t kChunksPerTransaction = 64;  // other writers wait for these, and the log holds them
 constexpr double kShareOfJoining = 0.9;            // of the progress; the rest is giving the space back
+constexpr std::uint64_t kCopies = 4;  // of a chunk: what is read, what waits, and both while they are joined
 
 qint64 bytesOf(const QString& file)
 {
@@ -35,7 +37,7 @@ public:
           m_progress(progress),
           m_database(file, schema, Database::Access::ReadWrite),
           m_chunks(m_database),
-          m_segments(m_database, "SELECT count(*) FROM segment WHERE id >= ? AND id < ?"),
+          m_room(m_database, kCopies, request.memory),
           m_rawSegments(m_database, "SELECT count(*) FROM segment WHERE id >= ? AND id < ? AND codec = 0")
     {
     }
@@ -95,7 +97,7 @@ private:
             const bool isEnd = !more && chunk.id == chunks.back().id && m_chunks.tailExtent(agent).count == 0;
             if (waiting.isEmpty() && mayStay(chunk, isEnd))
                 continue;
-            requireRoom(chunk);
+            m_room.require(chunk);
             waiting.append(kept(m_chunks.read(chunk)));
             m_chunks.remove(chunk);
             write(agent, waiting, kChunk);
@@ -113,28 +115,6 @@ private:
         return more;
     }
 
-    /// A column of equal values takes 17 bytes in the file, whatever its length.
-    void requireRoom(const Chunk& chunk)
-    {
-        constexpr std::uint64_t kCopies = 4;  // what is read, what waits, and both while they are joined
-        const qint64 first = chunk.id * schema::kPropertiesPerChunk;
-        m_segments.bind(1, first).bind(2, first + schema::kPropertiesPerChunk);
-        const auto columns = static_cast<std::uint64_t>(m_segments.step() ? m_segments.integer(0) : 0);
-        m_segments.reset();
-        const std::uint64_t needed = kCopies * columns * chunk.n * sizeof(double);
-        if (m_request.memory == 0 || needed <= m_request.memory)
-            return;
-        throw ReportableError(
-            QStringLiteral(
-                "“%1” has %2 columns of %3 records in one place, which need %4 MB, more than the memory budget "
-                "of %5 MB: raise PLOTIX_MEMORY_BUDGET.")
-                .arg(QFileInfo(m_database.file()).fileName())
-                .arg(columns)
-                .arg(chunk.n)
-                .arg(needed / 1'000'000 + 1)
-                .arg(m_request.memory / 1'000'000));
-    }
-
     /// Whether the chunk is full or the last one, holds nothing too old, and is written as compactly as possible.
     bool mayStay(const Chunk& chunk, bool isEnd)
     {
@@ -147,7 +127,7 @@ private:
         if (raw == 0)
             return true;
         // Some columns cannot be written more compactly.
-        requireRoom(chunk);
+        m_room.require(chunk);
         const EncodedChunk encoded = encodedChunk(m_chunks.read(chunk).view());
         return std::count_if(encoded.segments.begin(), encoded.segments.end(),
                              [](const auto& segment) { return segment.values.codec == schema::Codec::Raw; }) >= raw;
@@ -206,7 +186,8 @@ private:
     const ArchiveProgress& m_progress;
     Database m_database;
     ChunkStore m_chunks;
-    Statement m_segments, m_rawSegments;
+    ChunkRoom m_room;
+    Statement m_rawSegments;
     CompactionResult m_result;
     Records m_read;          // what the view answered by `kept` borrows
     std::size_t m_seen = 0;  // chunks

@@ -3,6 +3,7 @@
 #include "base/ReportableError.h"
 #include "records/columns/ColumnFormat.h"
 #include "records/columns/ValidityBits.h"
+#include "records/sqlite/ChunkRoom.h"
 #include "records/sqlite/ChunkStore.h"
 #include "records/sqlite/RecordSchema.h"
 
@@ -17,12 +18,17 @@ namespace {
 
 constexpr double kInfinity = std::numeric_limits<double>::infinity();
 constexpr double kShareOfStructure = 0.1;  // of the progress: the database's own check
+constexpr std::uint64_t kCopies = 2;       // of a chunk: what is packed, and what is read
 constexpr double kSumTolerance = 1e-10;    // of the sum of magnitudes: sums are added up in more than one order
 
 class Verification {
 public:
-    Verification(const QString& file, const DatabaseSchema& schema, const ArchiveProgress& progress)
-        : m_progress(progress), m_database(file, schema, Database::Access::BestAvailable), m_chunks(m_database)
+    Verification(const QString& file, const DatabaseSchema& schema, const ArchiveProgress& progress,
+                 std::uint64_t memory)
+        : m_progress(progress),
+          m_database(file, schema, Database::Access::BestAvailable),
+          m_chunks(m_database),
+          m_room(m_database, kCopies, memory)
     {
     }
     ~Verification() { m_database.rollBack(); }
@@ -49,6 +55,8 @@ private:
             return;
         try {
             check();
+        } catch (const TooLittleMemory&) {
+            throw;
         } catch (const ReportableError& error) {
             find(error.message());
         }
@@ -132,6 +140,7 @@ private:
 
     void checkChunk(const Chunk& chunk)
     {
+        m_room.require(chunk);
         const Records records = m_chunks.read(chunk);
         const RecordsView view = records.view();
         tally(view);
@@ -211,6 +220,7 @@ private:
     const ArchiveProgress& m_progress;
     Database m_database;
     ChunkStore m_chunks;
+    ChunkRoom m_room;
     VerificationResult m_result;
     RowId m_agent = 0;
     std::vector<RowId> m_properties;  // of the agent, ascending
@@ -219,9 +229,10 @@ private:
 
 }  // namespace
 
-VerificationResult verifyArchive(const QString& file, const DatabaseSchema& schema, const ArchiveProgress& progress)
+VerificationResult verifyArchive(const QString& file, const DatabaseSchema& schema, const ArchiveProgress& progress,
+                                 std::uint64_t memory)
 {
-    return Verification(file, schema, progress).run();
+    return Verification(file, schema, progress, memory).run();
 }
 
 }  // namespace plotix

@@ -10,7 +10,8 @@
 namespace plotix {
 
 /// Reads everything once, in one snapshot, while others may write; any thread. `progress` rises from 0 to 1 and answers
-/// false to stop. Throws ReportableError when the document cannot be opened at all.
-VerificationResult verifyArchive(const QString& file, const DatabaseSchema& schema, const ArchiveProgress& progress);
+/// false to stop; `memory` as RecordStore has it. Throws ReportableError when the document cannot be opened at all.
+VerificationResult verifyArchive(const QString& file, const DatabaseSchema& schema, const ArchiveProgress& progress,
+                                 std::uint64_t memory);
 
 }  // namespace plotix

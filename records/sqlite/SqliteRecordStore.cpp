@@ -70,10 +70,10 @@ CompactionResult SqliteRecordStore::compact(const CompactionRequest& request, co
     return compactArchive(m_file, m_schema, request, progress);
 }
 
-VerificationResult SqliteRecordStore::verify(const ArchiveProgress& progress)
+VerificationResult SqliteRecordStore::verify(const ArchiveProgress& progress, std::uint64_t memory)
 {
     requireInPlace();
-    return verifyArchive(m_file, m_schema, progress);
+    return verifyArchive(m_file, m_schema, progress, memory);
 }
 
 void SqliteRecordStore::closeIdle()

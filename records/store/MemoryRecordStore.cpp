@@ -277,7 +277,7 @@ CompactionResult MemoryRecordStore::compact(const CompactionRequest& request, co
     return result;
 }
 
-VerificationResult MemoryRecordStore::verify(const ArchiveProgress& progress)
+VerificationResult MemoryRecordStore::verify(const ArchiveProgress& progress, std::uint64_t)
 {
     VerificationResult result;
     result.stopped = progress && !progress(0);

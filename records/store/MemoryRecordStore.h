@@ -35,7 +35,7 @@ public:
     std::unique_ptr<RecordTransaction> begin() override;
     std::unique_ptr<RecordAppender> appender() override;
     CompactionResult compact(const CompactionRequest& request, const ArchiveProgress& progress) override;
-    VerificationResult verify(const ArchiveProgress& progress) override;
+    VerificationResult verify(const ArchiveProgress& progress, std::uint64_t memory) override;
     void requireInPlace() override {}  ///< it has no place
     void closeIdle() override {}       ///< nothing is open
 

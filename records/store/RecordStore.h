@@ -110,8 +110,9 @@ public:
     /// `progress` rises from 0 to 1 and answers false to stop. What cannot be read is left as it is.
     virtual CompactionResult compact(const CompactionRequest& request, const ArchiveProgress& progress = {}) = 0;
 
-    /// Reads everything once, in one snapshot, and compares it with what is stored about it; changes nothing.
-    virtual VerificationResult verify(const ArchiveProgress& progress = {}) = 0;
+    /// Reads everything once, in one snapshot, and compares it with what is stored about it; changes nothing. `memory`
+    /// as CompactionRequest has it.
+    virtual VerificationResult verify(const ArchiveProgress& progress = {}, std::uint64_t memory = 0) = 0;
 
     /// Throws FileReplaced once another file has taken the place of the store's. Quick, and disturbs nobody.
     virtual void requireInPlace() = 0;

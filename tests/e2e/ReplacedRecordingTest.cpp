@@ -48,15 +48,18 @@ protected:
                 times.push_back(line.mid(7).toDouble());
         return times;
     }
+    static std::vector<double> timesIn(const QString& file)
+    {
+        const RowId agent = SiteDocument::open(file)->agentNamed(QStringLiteral("This Computer"))->id();
+        const auto block = recordsOfSite(file)->read(agent, {}, {}, {});
+        return {block->times.span().begin(), block->times.span().end()};
+    }
     std::vector<double> keptTimes() const
     {
         const QStringList kept = QDir(path(QStringLiteral("folder"))).entryList({QStringLiteral("*replaced*")});
         if (kept.size() != 1)
             return {};
-        const QString file = path(QStringLiteral("folder/") + kept.front());
-        const RowId agent = SiteDocument::open(file)->agentNamed(QStringLiteral("This Computer"))->id();
-        const auto block = recordsOfSite(file)->read(agent, {}, {}, {});
-        return {block->times.span().begin(), block->times.span().end()};
+        return timesIn(path(QStringLiteral("folder/") + kept.front()));
     }
 
     QProcess m_recorder;
@@ -72,6 +75,36 @@ TEST_F(ReplacedRecordingTest, TheRecorderEndsWithOneLineAndNothingAcknowledgedIs
     EXPECT_EQ(m_said.count('\n'), 1) << m_said.toStdString();
     EXPECT_TRUE(m_said.contains("was replaced by another file")) << m_said.toStdString();
     const std::vector<double> kept = keptTimes(), told = acknowledged();
+    EXPECT_TRUE(std::includes(kept.begin(), kept.end(), told.begin(), told.end()));
+}
+
+TEST_F(ReplacedRecordingTest, AnIndexThatIsCutShortEndsItWithOneLineAndNothingAcknowledgedIsLost)
+{
+    record(QStringLiteral("0.02"));
+    ASSERT_TRUE(QFile::resize(site() + QStringLiteral("-shm"), 0));
+    waitForItsEnd();
+    EXPECT_EQ(m_recorder.exitStatus(), QProcess::NormalExit);
+    EXPECT_EQ(m_recorder.exitCode(), 1);
+    EXPECT_EQ(m_said.count('\n'), 1) << m_said.toStdString();
+    EXPECT_TRUE(m_said.contains("was cut short by somebody else")) << m_said.toStdString();
+    const std::vector<double> kept = timesIn(site()), told = acknowledged();
+    EXPECT_TRUE(std::includes(kept.begin(), kept.end(), told.begin(), told.end()));
+}
+
+TEST_F(ReplacedRecordingTest, AnExportOverItIsRefusedAndNothingAcknowledgedIsLost)
+{
+    write(QStringLiteral("a.csv"), "time,a\n2024-01-01T00:00:00Z,1\n");
+    const QString other = path(QStringLiteral("other.plotix"));
+    ASSERT_EQ(run({QStringLiteral("import"), path(QStringLiteral("a.csv")), QStringLiteral("--site"), other}), 0);
+    record(QStringLiteral("0.02"));
+    EXPECT_NE(run({QStringLiteral("export"), other, QStringLiteral("--output"), site()}), 0);
+    EXPECT_EQ(error().count('\n'), 1) << error().toStdString();
+    while (m_heard.count("stored ") < 20 && m_recorder.waitForReadyRead(10'000))
+        m_heard += m_recorder.readAllStandardOutput();
+    m_recorder.terminate();
+    waitForItsEnd();
+    const std::vector<double> kept = timesIn(site()), told = acknowledged();
+    EXPECT_GE(told.size(), 20U);
     EXPECT_TRUE(std::includes(kept.begin(), kept.end(), told.begin(), told.end()));
 }
 

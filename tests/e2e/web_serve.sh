@@ -20,7 +20,12 @@ cleanup() {
     rm -rf "$home"
 }
 trap cleanup EXIT
-fail() { echo "FAILED: $*"; exit 1; }
+# What the server said for itself tells more than its status.
+fail() {
+    echo "FAILED: $*"
+    [ -s "$home/errors" ] && { echo "the server's errors:"; cat "$home/errors"; }
+    exit 1
+}
 expect() { [ "$2" = "$3" ] || fail "$1: $2 instead of $3"; }
 
 # start ARGUMENTS…: serves on a free port; sets `server` and `address`.
@@ -29,7 +34,7 @@ start() {
     server=$!
     for _ in $(seq 300); do
         grep -q '/sites/' "$home/lines" && break
-        kill -0 "$server" 2>/dev/null || fail "the server ended: $(cat "$home/errors")"
+        kill -0 "$server" 2>/dev/null || fail "the server ended"
         sleep 0.1
     done
     address=$(head -1 "$home/lines")
@@ -75,16 +80,29 @@ expect "an unknown site" "$(status "$address/sites/other/")" 404
 expect "HEAD" "$(status -I "$link")" 200
 expect "POST" "$(status -X POST "$link")" 405
 
-# The caches of fonts and of the drawing fill first; what grows afterwards would grow for ever.
+# The caches of fonts, of the drawing and of the allocator fill at first. What is lost with every request grows as fast
+# later on; so two spans that follow each other are compared, and the allocator's own ups and downs are left out by
+# taking the least of several looks at each.
 views=("/sites/plant/" "/${link#*//*/}" "/")
-python3 "$here/web_clients.py" 127.0.0.1 "${address##*:}" 64 2 "${views[@]}" >/dev/null
-before=$(memory)
-result=$(python3 "$here/web_clients.py" 127.0.0.1 "${address##*:}" 64 "$seconds" "${views[@]}")
-after=$(memory)
-echo "64 clients, $seconds s: ${result% *} answers, ${result#* } failures; memory $before kB before, $after kB after"
-expect "failures" "${result#* }" 0
-[ "${result% *}" -gt 64 ] || fail "hardly an answer"
-[ $((after - before)) -lt "${PLOTIX_WEB_GROWTH:-8192}" ] || fail "the memory grew"
+clients() { python3 "$here/web_clients.py" 127.0.0.1 "${address##*:}" 64 "$1" "${views[@]}"; }
+least() {
+    local least=
+    for _ in 1 2 3; do
+        result=$(clients "$seconds")
+        answers=$((answers + ${result% *})) failures=$((failures + ${result#* })) now=$(memory)
+        [ -z "$least" ] || [ "$now" -lt "$least" ] && least=$now
+    done
+    kilobytes=$least
+}
+answers=0 failures=0
+clients "$seconds" >/dev/null
+least; before=$kilobytes first=$answers
+least; after=$kilobytes
+echo "64 clients, 6 times $seconds s: $answers answers, $failures failures; memory $before kB, then $after kB"
+expect "failures" "$failures" 0
+[ "$answers" -gt 64 ] || fail "hardly an answer"
+[ $((after - before)) -lt "${PLOTIX_WEB_GROWTH:-4096}" ] ||
+    fail "the memory grew by $((after - before)) kB in $((answers - first)) answers"
 stop INT
 
 "$program" serve "$home/plant.plotix" --bind 0.0.0.0 --port 0 >"$home/lines" 2>"$home/errors"

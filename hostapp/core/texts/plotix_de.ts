@@ -414,6 +414,14 @@
         <source>they differ in “%1”: take those of one under Rows, as %2</source>
         <translation>sie unterscheiden sich in „%1“: unter Zeilen nur die eines Wertes nehmen, etwa %2</translation>
     </message>
+    <message>
+        <source>this is an archive of files; unpack it and import the files in it</source>
+        <translation>dies ist ein Archiv mit Dateien; entpacken Sie es und importieren Sie die Dateien daraus</translation>
+    </message>
+    <message>
+        <source>Each row is a day, and %1 columns are times of day, from %2 to %3: each becomes a record of its own.</source>
+        <translation>Jede Zeile ist ein Tag, und %1 Spalten sind Uhrzeiten, von %2 bis %3: Jede wird eine eigene Messzeile.</translation>
+    </message>
 </context>
 <context>
     <name>KTVDataClusterViewController</name>
@@ -881,6 +889,13 @@
     <message>
         <source>Copy</source>
         <translation>Kopieren</translation>
+    </message>
+</context>
+<context>
+    <name>PlugInStore</name>
+    <message>
+        <source>%1 (changed elsewhere)</source>
+        <translation>%1 (anderswo geändert)</translation>
     </message>
 </context>
 <context>
@@ -1769,6 +1784,14 @@
             <numerusform>&amp;Auch in den %n anderen Dateien</numerusform>
         </translation>
     </message>
+    <message>
+        <source>Nothing is imported</source>
+        <translation>Nichts wird importiert</translation>
+    </message>
+    <message>
+        <source>This site may only be looked at.</source>
+        <translation>Diese Anlage darf nur angesehen werden.</translation>
+    </message>
 </context>
 <context>
     <name>plotix::PropertyChoice</name>
@@ -2464,6 +2487,37 @@ Doppelklick ändert Farbe oder Einheit.</translation>
     <message>
         <source>The “from” date lies after the “to” date; choose other dates first.</source>
         <translation>Der Anfang liegt nach dem Ende; wählen Sie erst andere Daten.</translation>
+    </message>
+    <message numerus="yes">
+        <source>Another program changed %n trend(s).</source>
+        <translation>
+            <numerusform>Ein anderes Programm hat %n Trend geändert.</numerusform>
+            <numerusform>Ein anderes Programm hat %n Trends geändert.</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>Another program deleted the trend “%1”.</source>
+        <translation>Ein anderes Programm hat den Trend „%1“ gelöscht.</translation>
+    </message>
+    <message>
+        <source>Another program renamed the trend “%1” to “%2”.</source>
+        <translation>Ein anderes Programm hat den Trend „%1“ in „%2“ umbenannt.</translation>
+    </message>
+    <message>
+        <source>Another program changed the trend “%1”.</source>
+        <translation>Ein anderes Programm hat den Trend „%1“ geändert.</translation>
+    </message>
+    <message>
+        <source>Another program added the trend “%1”.</source>
+        <translation>Ein anderes Programm hat den Trend „%1“ hinzugefügt.</translation>
+    </message>
+    <message>
+        <source>Another program deleted the trend “%1”, which was changed here: it stays.</source>
+        <translation>Ein anderes Programm hat den Trend „%1“ gelöscht, der hier geändert wurde: Er bleibt.</translation>
+    </message>
+    <message>
+        <source>The trend “%1” was changed in two programs at once: the other version is “%2”.</source>
+        <translation>Der Trend „%1“ wurde in zwei Programmen zugleich geändert: Die andere Fassung heißt „%2“.</translation>
     </message>
 </context>
 </TS>

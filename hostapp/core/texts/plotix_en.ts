@@ -148,4 +148,14 @@
         </translation>
     </message>
 </context>
+<context>
+    <name>plotix::WorkingSite</name>
+    <message numerus="yes">
+        <source>Another program changed %n trend(s).</source>
+        <translation>
+            <numerusform>Another program changed %n trend.</numerusform>
+            <numerusform>Another program changed %n trends.</numerusform>
+        </translation>
+    </message>
+</context>
 </TS>

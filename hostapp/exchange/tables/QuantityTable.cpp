@@ -5,6 +5,10 @@
 
 namespace plotix {
 
+namespace {
+constexpr std::size_t kCellsBetweenReports = 1'000'000;  // some milliseconds
+}  // namespace
+
 std::size_t QuantityTable::columnOf(const std::string& name)
 {
     const auto [found, isNew] = m_columns.try_emplace(name, m_names.size());
@@ -52,11 +56,13 @@ void QuantityTable::addTo(ImportTable& table, std::size_t index, const Cell& cel
 
 /// A row takes the next cell of each column whose time it is. Two cells of one column at one time make two rows, so
 /// that the table decides between them.
-void QuantityTable::moveTo(ImportTable& table, const std::vector<std::size_t>& columns)
+void QuantityTable::moveTo(ImportTable& table, const std::vector<std::size_t>& columns,
+                           const std::function<void()>& report)
 {
     const auto isEarlier = [](const Cell& one, const Cell& other) { return one.time < other.time; };
     std::vector<double> times;
     for (const std::size_t column : columns) {
+        report();
         std::stable_sort(m_cells[column].begin(), m_cells[column].end(), isEarlier);
         for (const Cell& cell : m_cells[column])
             times.push_back(cell.time);
@@ -64,9 +70,14 @@ void QuantityTable::moveTo(ImportTable& table, const std::vector<std::size_t>& c
     std::sort(times.begin(), times.end());
     times.erase(std::unique(times.begin(), times.end()), times.end());
     std::vector<std::size_t> next(columns.size(), 0);
+    std::size_t unreported = 0;  // cells
     for (const double time : times)
         for (bool more = true; more;) {
             more = false;
+            if ((unreported += columns.size()) >= kCellsBetweenReports) {
+                unreported = 0;
+                report();
+            }
             for (std::size_t index = 0; index < columns.size(); ++index) {
                 const std::vector<Cell>& cells = m_cells[columns[index]];
                 std::size_t& at = next[index];

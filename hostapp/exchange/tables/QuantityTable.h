@@ -2,6 +2,7 @@
 
 #include "hostapp/exchange/ImportTable.h"
 
+#include <functional>
 #include <map>
 #include <string>
 #include <unordered_map>
@@ -25,8 +26,9 @@ public:
 
     std::size_t cells() const { return m_count; }  ///< added since it was made, or moved
 
-    /// Adds everything to the table, whose columns are `columns` of this one; forgets it here.
-    void moveTo(ImportTable& table, const std::vector<std::size_t>& columns);
+    /// Adds everything to the table, whose columns are `columns` of this one; forgets it here. `report` is called now
+    /// and then and may throw: it ends the work.
+    void moveTo(ImportTable& table, const std::vector<std::size_t>& columns, const std::function<void()>& report);
 
 private:
     enum class Kind { Number, Missing, State, Text };

@@ -33,6 +33,16 @@ const char* numberForm(TimeLayout layout)
 void TableReader::understand(TableSample sample)
 {
     m_sample = std::move(sample);
+    if (m_options.arrangement != Arrangement::Columns)
+        m_days = DayRows::in(m_sample);
+    if (m_days) {
+        m_sample = m_days->takenApart(m_sample);
+        const QStringList clocks = m_days->clocks();
+        m_notes.push_back({.what = What::RowsAreDays,
+                           .column = clocks.back(),
+                           .text = clocks.front(),
+                           .found = static_cast<std::size_t>(clocks.size())});
+    }
     m_shape = shapeOf(m_sample);
     m_columns = columnsOf(m_shape);
     m_notes.insert(m_notes.end(), m_shape.notes.begin(), m_shape.notes.end());
@@ -73,8 +83,8 @@ void TableReader::addNamedColumns()
     std::vector<std::string> units;
     const std::vector<std::string_view> header(m_shape.headerFields.begin(), m_shape.headerFields.end());
     TextRecord record;
-    rewind();
-    for (std::size_t row = 0; next(record); ++row) {
+    rewindRows();
+    for (std::size_t row = 0; nextRow(record); ++row) {
         if (row % kRowsInBatch == 0)
             report();
         const bool isRow = row >= m_shape.firstRow && record.fields != header;
@@ -121,7 +131,7 @@ void TableReader::begin(const ImportPlan& plan)
     decideMarks();
     m_stage = m_time.needsDateOrder || m_marksAreOpen ? Stage::Scan : Stage::Rows;
     if (m_stage == Stage::Scan)
-        rewind();
+        rewindRows();
     else
         startRows();
 }
@@ -176,7 +186,7 @@ bool TableReader::isSettledByForm(const DecimalEvidence& evidence, DecimalMark& 
 bool TableReader::scan()
 {
     for (std::size_t count = 0; count < kRowsInBatch; ++count) {
-        if (!next(m_record)) {
+        if (!nextRow(m_record)) {
             decideDateOrder();
             endScan();
             if (m_marksAreOpen)
@@ -260,9 +270,9 @@ void TableReader::startRows()
     m_comments = m_headersAgain = 0;
     m_quantities = m_named ? std::make_unique<QuantityTable>() : nullptr;
     m_times = std::make_unique<TimeColumnReader>(m_time.layout, LocalTime(m_plan->timeZone));
-    rewind();
+    rewindRows();
     for (std::size_t row = 0; row < m_shape.firstRow; ++row)
-        next(m_record);
+        nextRow(m_record);
     prepareRows();
 }
 
@@ -275,7 +285,7 @@ bool TableReader::read(ImportTable& table)
         m_mustRestart = false;
         table.restart();
         m_stage = Stage::Scan;
-        rewind();
+        rewindRows();
         return true;
     }
     m_isCutShort = more && hasEnoughCells();
@@ -296,7 +306,7 @@ SourceForm TableReader::form() const
                          : m_time.layout == TimeLayout::MonthFirst     ? DateOrder::MonthFirst
                          : m_time.layout == TimeLayout::ShortYearFirst ? DateOrder::YearFirst
                                                                        : DateOrder::Detect;
-    form.arrangement = m_named ? Arrangement::Names : Arrangement::Columns;
+    form.arrangement = m_named ? Arrangement::Names : m_days ? Arrangement::Detect : Arrangement::Columns;
     return form;
 }
 

@@ -4,6 +4,7 @@
 #include "hostapp/exchange/NumberText.h"
 #include "hostapp/exchange/RowSource.h"
 #include "hostapp/exchange/TimeColumnReader.h"
+#include "hostapp/exchange/tables/DayRows.h"
 #include "hostapp/exchange/tables/NamedRows.h"
 #include "hostapp/exchange/tables/QuantityTable.h"
 
@@ -72,6 +73,8 @@ private:
     void startRows();
 
     // Rows
+    bool nextRow(TextRecord& record);  ///< of the table as it is understood; so are the rows counted
+    void rewindRows();
     std::string_view fieldAt(const TextRecord& record, std::size_t field) const;
     std::optional<DateAndTime> joinedTimeOf(const TextRecord& record);
     std::optional<double> timeOf(const TextRecord& record);
@@ -93,6 +96,7 @@ private:
     TableShape m_shape;
     std::vector<SourceColumn> m_columns;
     TimeColumns m_time;
+    std::optional<DayRows> m_days;  // rows of days, taken apart
     std::optional<NamedRows> m_named;
     std::vector<std::string> m_names;  // of quantities: those of the columns behind the file's own
     std::vector<ImportFinding> m_notes;

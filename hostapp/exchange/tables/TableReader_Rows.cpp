@@ -31,11 +31,23 @@ bool isComment(std::string_view field)
 bool TableReader::readRows(ImportTable& table)
 {
     for (std::size_t count = 0; count < kRowsInBatch; ++count) {
-        if (!next(m_record))
+        if (!nextRow(m_record))
             return false;
         addRow(m_record, table);
     }
     return true;
+}
+
+bool TableReader::nextRow(TextRecord& record)
+{
+    return m_days ? m_days->next(record, [this](TextRecord& row) { return next(row); }) : next(record);
+}
+
+void TableReader::rewindRows()
+{
+    if (m_days)
+        m_days->rewind();
+    rewind();
 }
 
 std::string_view TableReader::fieldAt(const TextRecord& record, std::size_t field) const
@@ -238,7 +250,7 @@ void TableReader::endRows(ImportTable& table)
                 column.field < m_shape.fields() ? std::string() : m_names[column.field - m_shape.fields()];
             columns.push_back(m_quantities->columnOf(name));
         }
-        m_quantities->moveTo(table, columns);
+        m_quantities->moveTo(table, columns, [this] { report(); });
     }
     if (m_headersAgain > 0)
         m_notes.push_back({.what = What::HeadersRepeated, .found = m_headersAgain});

@@ -71,6 +71,8 @@ void ImportDialog::build()
     column->addWidget(m_all);
     buildButtons();
     column->addWidget(m_buttons);
+    setTabOrder(m_rowView, m_all);
+    setTabOrder(m_all, m_import);
     m_all->setToolTip(tr("Each goes into an agent of its own name, unless you have named one above."));
     setMoreToCome(0);
     resize(kUsualSize);

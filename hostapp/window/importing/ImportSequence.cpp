@@ -30,6 +30,10 @@ ImportSequence::~ImportSequence()
 
 void ImportSequence::ask(const QStringList& files)
 {
+    if (m_around.site->isReadOnly()) {
+        alert(tr("Nothing is imported"), tr("This site may only be looked at."), true);
+        return;
+    }
     const bool isAsking = !m_files.isEmpty() || m_dialog;
     m_files << files;
     if (m_dialog)

@@ -53,6 +53,7 @@ QString textOfUnreadableFile(const ImportFinding& finding)
     case What::NotAFile: return ImportWords::tr("this is no file; choose one with rows of measurements");
     case What::NotText:
         return ImportWords::tr("this is neither text nor a spreadsheet that can be read; export it as CSV or .xlsx");
+    case What::PackedFiles: return ImportWords::tr("this is an archive of files; unpack it and import the files in it");
     case What::OldSpreadsheet:
         return ImportWords::tr("this is a spreadsheet in the old binary form; save it as .xlsx or CSV and import that");
     case What::LineTooLong:
@@ -200,6 +201,11 @@ QString textOfUnderstanding(const ImportFinding& finding)
     case What::RowsNameQuantities:
         return ImportWords::tr("Each row names its quantity in “%1” and has its value in “%2”: %3 in all.")
             .arg(finding.column, finding.text, QString::number(finding.found));
+    case What::RowsAreDays:
+        return ImportWords::tr(
+                   "Each row is a day, and %1 columns are times of day, from %2 to %3: each becomes a record "
+                   "of its own.")
+            .arg(QString::number(finding.found), finding.text, finding.column);
     case What::SheetChosen:
         return ImportWords::tr("The sheet “%1” is read (sheets: %2).").arg(finding.text, listed(finding.columns));
     case What::StatesAreNumbers:

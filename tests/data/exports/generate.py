@@ -604,9 +604,48 @@ def odd_files():
          [prop("T", "°C", t, a)], 60)
 
 
+def day_files():
+    """A row for each day, a column for each time of day."""
+    t = moments((2024, 3, 1, 0, 0), 24 * 20, 60)
+    a = wave(len(t), 40, 12, 1)
+    days = [(t[i], a[i:i + 24]) for i in range(0, len(t), 24)]
+    hours = [f"{h:02d}:00" for h in range(24)]
+    case("day_rows_hours.csv",
+         lines([["Datum"] + hours + ["Summe"]] +
+               [[f"{d:%d.%m.%Y}"] + [german(v) for v in row] + [german(sum(row))] for d, row in days]),
+         [prop("Value", "", t, a)], 480)
+    q = moments((2024, 1, 15, 0, 15), 96 * 3, 15)
+    quarters = [f"{(m + 1) // 4:02d}:{(m + 1) % 4 * 15:02d}" for m in range(96)]
+    b, c = wave(len(q), 3, 2, 2), wave(len(q), 9, 1, 2)
+    rows = []
+    for i in range(0, len(q), 96):
+        day = f"{q[i]:%Y-%m-%d}"
+        rows.append(["Main", day] + [str(v) for v in b[i:i + 96]])
+        rows.append(["Cellar", day] + [str(v) for v in c[i:i + 95]] + [""])
+    last = [v if (i + 1) % 96 else None for i, v in enumerate(c)]
+    case("day_rows_quarters_of_meters.csv", lines([["Meter", "Date"] + quarters] + rows, ","),
+         [prop("Main", "", q, b), prop("Cellar", "", q, last)], 288)
+
+
+def packed(entries):
+    buffer = io.BytesIO()
+    with zipfile.ZipFile(buffer, "w") as archive:
+        for name, text in entries:
+            archive.writestr(zipfile.ZipInfo(name, (2024, 1, 1, 0, 0, 0)), text)
+    return buffer.getvalue()
+
+
+def other_archives():
+    """Archives that are no spreadsheet we read."""
+    refused("odd_packed.zip", packed([("a.csv", "time,a\n2024-01-01,1\n"), ("b.csv", "time,b\n2024-01-01,1\n")]),
+            "PackedFiles")
+    refused("odd_open_document.ods", packed([("mimetype", "application/vnd.oasis.opendocument.spreadsheet"),
+                                             ("content.xml", "<office:document-content/>")]), "NotText")
+
+
 def main():
     for part in (german_files, us_files, french_files, number_times, logger_files, long_files, management_files,
-                 spreadsheets, odd_files):
+                 spreadsheets, odd_files, day_files, other_archives):
         part()
     (HERE / "manifest.json").write_text(json.dumps(ENTRIES, indent=1, ensure_ascii=False) + "\n", encoding="utf-8")
 

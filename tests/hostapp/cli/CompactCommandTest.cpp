@@ -49,6 +49,19 @@ TEST_F(CompactCommandTest, AnInterruptLeavesTheRecordsThere)
     EXPECT_TRUE(m_output.startsWith("No damage found. 3 records, 5 values and ")) << m_output.toStdString();
 }
 
+TEST_F(CompactCommandTest, VerifyingAsksTheMemoryBudget)
+{
+    importWeather();
+    ASSERT_EQ(run({"compact", site()}), 0) << m_error.toStdString();
+    qputenv("PLOTIX_MEMORY_BUDGET", "100");
+    expectFailure({"verify", site()}, 1, QStringLiteral("more than the memory budget"));
+    qputenv("PLOTIX_MEMORY_BUDGET", "plenty");
+    EXPECT_EQ(run({"verify", site()}), 0);
+    qunsetenv("PLOTIX_MEMORY_BUDGET");
+    EXPECT_TRUE(m_error.startsWith(QStringLiteral("plotix: PLOTIX_MEMORY_BUDGET is “plenty”")))
+        << m_error.toStdString();
+}
+
 TEST_F(CompactCommandTest, SitesThatAreNotThereAreSaidToBe)
 {
     for (const char* command : {"compact", "verify"})

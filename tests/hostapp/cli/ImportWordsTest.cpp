@@ -31,6 +31,14 @@ INSTANTIATE_TEST_SUITE_P(
         WordsCase{"NotText",
                   {.what = What::NotText},
                   "this is neither text nor a spreadsheet that can be read; export it as CSV or .xlsx"},
+        WordsCase{"PackedFiles",
+                  {.what = What::PackedFiles},
+                  "this is an archive of files; unpack it and import the files in it"},
+        WordsCase{
+            "RowsAreDays",
+            {.what = What::RowsAreDays, .column = "23:00", .text = "00:00", .found = 24},
+            "Each row is a day, and 24 columns are times of day, from 00:00 to 23:00: each becomes a record of its "
+            "own; if they are quantities, say --arrangement columns."},
         WordsCase{"DecimalMarkUnknown",
                   {.what = What::DecimalMarkUnknown, .line = 2, .column = "a", .text = "1.234"},
                   "line 2, column “a”: “1.234” may have thousands or decimals, and no number in the file tells which; "

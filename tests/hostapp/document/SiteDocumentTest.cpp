@@ -13,6 +13,7 @@
 #include <QtCore/QFile>
 #include <QtCore/QTemporaryDir>
 #include <QtTest/QSignalSpy>
+#include <QtTest/QTest>
 
 #include <gtest/gtest.h>
 
@@ -252,6 +253,18 @@ TEST_F(SiteDocumentTest, CreatingOverAFileIsRefusedAndLeavesIt)
     EXPECT_THROW(SiteDocument::create(file()), ReportableError);
     reopen();
     EXPECT_EQ(document->agents().size(), 1U);
+}
+
+TEST_F(SiteDocumentTest, AColourChosenHereLeavesAUnitChosenInAnotherProgram)
+{
+    const auto here = document->addAgent("Station")->addProperty("Air", "°C");
+    const auto other = SiteDocument::open(file());
+    other->agents().front()->siteProperties().front()->setUnit("°F");
+    here->setColor(Qt::red);
+    const auto stored = SiteDocument::open(file())->agents().front()->siteProperties().front();
+    EXPECT_EQ(stored->unit(), "°F");
+    EXPECT_EQ(stored->color(), QColor(Qt::red));
+    EXPECT_TRUE(QTest::qWaitFor([&] { return here->unit() == "°F"; }, 5'000));
 }
 
 TEST_F(SiteDocumentTest, AReplacedFileIsToldOnceAndNeitherFileIsWritten)

@@ -2,7 +2,9 @@
 #include "plugins/PlotixPlugIn/logic/SinglePrecision.h"
 #include "tests/plugins/PlotixPlugIn/PropertyTableFixture.h"
 
+#include <QtTest/QSignalSpy>
 #include <QtWidgets/QCheckBox>
+#include <QtWidgets/QTableView>
 
 namespace {
 
@@ -59,6 +61,17 @@ TEST_F(InfoTableTest, APropertyWithoutRecordsHasARowButNoPlot)
     EXPECT_EQ(row(0).points, 0);
     EXPECT_EQ(row(0).unit, "-");
     EXPECT_EQ(plotKeys(), QStringList("airTemperature"));
+}
+
+TEST_F(InfoTableTest, TheTableTakesAnAnswersRowsAllAtOnce)
+{
+    open({"pressure", "airTemperature"});
+    const auto* table = trend->view()->findChild<QTableView*>();
+    ASSERT_TRUE(table);
+    QSignalSpy inserted(table->model(), &QAbstractItemModel::rowsInserted);
+    deliver(twoRows({"airTemperature", "pressure"}));
+    EXPECT_EQ(inserted.count(), 1);
+    EXPECT_EQ(table->model()->rowCount(), 2);
 }
 
 TEST_F(InfoTableTest, ARecordKeyBesideThePropertiesHasAPlotButNoRow)

@@ -132,9 +132,15 @@ TEST_F(ArchiveVerificationTest, ItCanBeStopped)
     EXPECT_FALSE(result.isSound());
 }
 
+TEST_F(ArchiveVerificationTest, MoreMemoryThanAllowedIsAnErrorAndNoDamage)
+{
+    EXPECT_THROW(opened()->verify({}, 100'000), plotix::ReportableError);
+    EXPECT_TRUE(opened()->verify({}, 100'000'000).isSound());
+}
+
 TEST_F(ArchiveVerificationTest, AFileThatIsNoSiteIsAnError)
 {
-    EXPECT_THROW(plotix::SqliteRecordStore(folder.filePath("missing.plotix"), SqliteFile::schema()).verify({}),
+    EXPECT_THROW(plotix::SqliteRecordStore(folder.filePath("missing.plotix"), SqliteFile::schema()).verify({}, 0),
                  plotix::ReportableError);
 }
 

@@ -216,7 +216,7 @@ TEST_P(RandomAppendingTest, AnswersWhatTheStoreInMemoryAnswers)
             ASSERT_NO_FATAL_FAILURE(expectEqual(owner, {}, {}));
     }
     expectStatistics();
-    const plotix::VerificationResult verified = opened()->verify(), expected = twin->verify({});
+    const plotix::VerificationResult verified = opened()->verify(), expected = twin->verify({}, 0);
     EXPECT_TRUE(verified.isSound()) << verified.findings.join('\n').toStdString();
     EXPECT_EQ(verified.records, expected.records);
     EXPECT_EQ(verified.values, expected.values);

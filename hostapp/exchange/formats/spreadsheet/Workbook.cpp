@@ -53,6 +53,13 @@ QHash<QString, QString> relations(const Archive& archive)
     return targets;
 }
 
+/// A document of another kind, which is an archive too, rather than files that somebody packed.
+bool isDocument(const Archive& archive)
+{
+    return archive.has(QStringLiteral("mimetype")) || archive.has(QStringLiteral("[Content_Types].xml")) ||
+           archive.has(QStringLiteral("Index/Document.iwa"));
+}
+
 }  // namespace
 
 CellFormat cellFormatOf(const QString& code)
@@ -79,7 +86,7 @@ CellFormat cellFormatOf(const QString& code)
 Workbook::Workbook(const Archive& archive)
 {
     if (!archive.has(kWorkbook))
-        throw ImportFailure({.what = What::NotText});
+        throw ImportFailure({.what = isDocument(archive) ? What::NotText : What::PackedFiles});
     readSheets(archive);
     readTexts(archive);
     readFormats(archive);

@@ -58,7 +58,9 @@ What refusal(const QString& name)
                                                   {QStringLiteral("DateOrderUnknown"), What::DateOrderUnknown},
                                                   {QStringLiteral("ManyRowsAtOneTime"), What::ManyRowsAtOneTime},
                                                   {QStringLiteral("NoTimeColumn"), What::NoTimeColumn},
-                                                  {QStringLiteral("AnotherHeader"), What::AnotherHeader}};
+                                                  {QStringLiteral("AnotherHeader"), What::AnotherHeader},
+                                                  {QStringLiteral("PackedFiles"), What::PackedFiles},
+                                                  {QStringLiteral("NotText"), What::NotText}};
     return names.at(name);
 }
 

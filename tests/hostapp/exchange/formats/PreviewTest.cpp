@@ -91,6 +91,23 @@ TEST_F(PreviewTest, RowsThatNameTheirQuantityShowAColumnForEach)
     EXPECT_EQ(preview("time;name;value;unit\n2024-02-01;T;1;°C\n2024-02-02;T;2;°C\n").columns.size(), 4U);
 }
 
+TEST_F(PreviewTest, RowsOfDaysBecomeARecordForEachTimeOfDay)
+{
+    const QByteArray text =
+        "day,00:00,04:00,08:00,12:00,16:00,20:00\n2024-02-01,1,2,3,4,5,6\n2024-02-02,7,,9,10,11,12\n";
+    m_options.timeZone = QStringLiteral("UTC");
+    const ImportPreview shown = preview(text);
+    ASSERT_EQ(shown.rows.size(), 12U);
+    EXPECT_EQ(shown.rows[7].time, 1706832000 + 4 * 3600);
+    EXPECT_EQ(shown.rows[7].values, (std::vector<std::optional<double>>{std::nullopt}));
+    EXPECT_EQ(shown.rows[11].values, (std::vector<std::optional<double>>{12}));
+    EXPECT_TRUE(std::any_of(shown.notes.begin(), shown.notes.end(), [](const ImportFinding& note) {
+        return note.what == What::RowsAreDays && note.found == 6 && note.text == QStringLiteral("00:00");
+    }));
+    m_options.arrangement = Arrangement::Columns;
+    EXPECT_EQ(preview(text).columns.size(), 7U);
+}
+
 TEST_F(PreviewTest, AFileThatCannotBeReadIsAProblemOnly)
 {
     const ImportPreview shown = previewOf(m_folder.filePath(QStringLiteral("none.csv")), {});
@@ -156,6 +173,18 @@ TEST_F(PreviewTest, CanBeCancelledWhileTheWholeFileIsRead)
         EXPECT_THROW(previewOf(m_folder.filePath(QStringLiteral("data.csv")), {}, cancelAtTwo), ImportCancelled);
         EXPECT_EQ(calls, 2);
     }
+}
+
+TEST_F(PreviewTest, CanBeCancelledWhileNamesAreLookedForInTheWholeFile)
+{
+    preview(manyNamedRows());  // which writes it
+    qint64 farthest = 0, size = 0;
+    previewOf(m_folder.filePath(QStringLiteral("data.csv")), {}, [&](qint64 done, qint64 total) {
+        farthest = std::max(farthest, done);
+        size = total;
+        return true;
+    });
+    EXPECT_GT(farthest, size * 9 / 10);  // the rows are not read so far
 }
 
 TEST_F(PreviewTest, OnlyWhatTheWholeFileSaysIsCertain)

@@ -370,9 +370,14 @@ TEST_F(ImportDialogTest, SkippingAndStandingForAllAreThereWhenMoreFilesCome)
 TEST_F(ImportDialogTest, TheTabKeyLeadsThroughTheTablesToTheButtons)
 {
     show(kGerman);
+    dialog->setMoreToCome(1);
     columns().setFocus();
     QTest::keyClick(&columns(), Qt::Key_Tab);
     EXPECT_TRUE(rows().hasFocus());
+    QTest::keyClick(&rows(), Qt::Key_Tab);
+    EXPECT_TRUE(QApplication::focusWidget()->inherits("QCheckBox"));
+    QTest::keyClick(QApplication::focusWidget(), Qt::Key_Tab);
+    EXPECT_TRUE(button(QStringLiteral("Import"))->hasFocus());
 }
 
 /// In both languages.

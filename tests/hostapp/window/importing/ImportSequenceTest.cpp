@@ -16,6 +16,8 @@
 #include <QtWidgets/QPushButton>
 #include <QtWidgets/QTableView>
 
+#include <cstdio>
+
 namespace plotix {
 
 namespace {
@@ -179,6 +181,18 @@ TEST_F(ImportSequenceTest, FilesThatComeLaterAreAskedFor)
     desktop.dismissSheet(0);
     ASSERT_TRUE(waitForDialog(late));
     press(QStringLiteral("Cancel"));
+}
+
+TEST_F(ImportSequenceTest, ASiteThatMayOnlyBeLookedAtTakesNothing)
+{
+    const QString other = site.file(QStringLiteral("other.plotix"));
+    SiteDocument::create(other);
+    ASSERT_EQ(std::rename(qPrintable(other), qPrintable(site.path())), 0);
+    ASSERT_TRUE(QTest::qWaitFor([this] { return site.document->isReadOnly(); }, 20'000));
+    sequence.ask({write(QStringLiteral("cellar.csv"))});
+    EXPECT_EQ(dialog(), nullptr);
+    ASSERT_EQ(desktop.sheets().size(), 1U);
+    EXPECT_EQ(desktop.sheets()[0].alert.messageText, QStringLiteral("Nothing is imported"));
 }
 
 TEST_F(ImportSequenceTest, EndsWhileADialogAsks)
