@@ -57,6 +57,7 @@ void showUntilDone(Work& work, const QString& label, QWidget* parent)
         else if (!work.cancelled)
             dialog.setValue(work.permille);
     });
+    QObject::connect(work.thread.get(), &QThread::finished, &loop, &QEventLoop::quit);
     look.start(kShownInterval);
     dialog.show();
     loop.exec();
