@@ -65,6 +65,26 @@ TEST_F(ImportedCellsTest, AMarkThatComesLateAndMayBeEitherIsAskedFor)
     EXPECT_EQ(import(text + "01.02.2015 13:00;1.234\n01.02.2015 14:00;2,5\n").columns.front().highest, 1234);
 }
 
+TEST_F(ImportedCellsTest, AMarkProvenInOneColumnCountsInAll)
+{
+    import("Zeit;a;b\n01.02.2015 12:00;1.234;7\n01.02.2015 13:00;2.345;0,5\n");
+    EXPECT_EQ(values(QStringLiteral("a")), (Numbers{1234, 2345}));
+    QByteArray text = "Zeit;c;d\n";
+    for (int minute = 10; minute < 60; ++minute)
+        for (int second = 10; second < 60; ++second)
+            text += "01.02.2016 12:" + QByteArray::number(minute) + ':' + QByteArray::number(second) + ";7;8\n";
+    m_options.agentName = QStringLiteral("late");
+    const ImportSummary late = import(text + "01.02.2016 13:00:00;0.5;8\n01.02.2016 13:00:01;7;1,234\n");
+    EXPECT_EQ(late.columns[1].highest, 1234);
+}
+
+TEST_F(ImportedCellsTest, ALowestValueFarBelowAllOthersIsAGapAndOneAmongThemIsNot)
+{
+    import("time,a,b\n2015-01-01,1,-300\n2015-01-02,-999,-999\n2015-01-03,3,-400\n");
+    EXPECT_EQ(values(QStringLiteral("a")), (Numbers{1, {}, 3}));
+    EXPECT_EQ(values(QStringLiteral("b")), (Numbers{-300, -999, -400}));
+}
+
 TEST_F(ImportedCellsTest, WordsForStatesAreOneAndZero)
 {
     const ImportSummary summary = import("time,pump\n2015-01-01,ON\n2015-01-02,off\n2015-01-03,\n");

@@ -35,8 +35,8 @@ TEST_F(ImportedTimesTest, ReadsLocalTimesInTheZoneGiven)
 
 TEST_F(ImportedTimesTest, TheUsersZoneComesBeforeTheFiles)
 {
-    const QByteArray text = "Time (UTC),a\n2015-01-01 12:00,1\n";
-    EXPECT_EQ(*import(text).first, 1420113600);
+    const QByteArray text = "Time (CET),a\n2015-01-01 12:00,1\n";
+    EXPECT_EQ(*import(text).first, 1420110000);
     m_options.timeZone = QStringLiteral("+02:00");
     m_options.agentName = QStringLiteral("other");
     EXPECT_EQ(*import(text).first, 1420106400);
