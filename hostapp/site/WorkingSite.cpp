@@ -5,7 +5,6 @@
 #include "hostapp/site/MakeTrend.h"
 #include "hostapp/site/ModuleNames.h"
 #include "hostapp/site/TrendColors.h"
-#include "hostapp/site/TrendReading.h"
 #include "hostapp/site/WaitForRecords.h"
 #include "hostapp/site/WindowMemory.h"
 #include "plugins/PlotixPlugIn/host/KTVPlugInViews.h"
@@ -100,6 +99,8 @@ void WorkingSite::addPlugIn(const KTVPlugInPtr& plugIn, bool select)
     if (!plugIn || m_sourceList.rowOf(plugIn.get()) >= 0)
         return;
     chooseReading(plugIn.get());
+    if (isStored())
+        tellLinesApart(plugIn.get());
     m_sourceList.append(plugIn);
     lookAfter(plugIn);
     store(*plugIn);
@@ -121,7 +122,7 @@ int WorkingSite::loadPlugIns()
     std::vector<KTVPlugInPtr> plugIns = m_store.load(this);
     sortByIdentifier(plugIns, readWindowState(*m_document).order);
     for (const KTVPlugInPtr& plugIn : plugIns) {
-        chooseReading(plugIn.get());
+        chooseReading(plugIn.get(), reader());
         if (isToolbarPlugIn(*plugIn))
             m_toolbarPlugIns.push_back(plugIn);
         else

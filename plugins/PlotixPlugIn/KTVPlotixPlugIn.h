@@ -179,6 +179,7 @@ public:
     void updateInfoTable();
     void setPlotForPropertyName(const QString& propertyName, bool hidden);
     Q_INVOKABLE void showClicked(QObject* sender);
+    Q_INVOKABLE void copyTable(QObject* sender);  ///< see PropertyDetailsTableView::copyRows; without a view nothing
 
     // Property set.
     void addProperties(const QStringList& propertyNames) override;
@@ -298,6 +299,7 @@ private:
     void styleAxesPlainly();
     void updateRangeNotice();
     std::vector<plotix::LineReach> linesShown() const;
+    plotix::OutsideLines linesOutside() const;  ///< requires a graph
     void buildGraph();
     void addPlot(const QString& key, const QColor& lineColor, const CPTSeriesControllerPtr& binder);
     void releaseGraph();
