@@ -170,7 +170,7 @@ Command addImport(CLI::App& program)
     import->add_flag_callback(
         "--keep-last", [command] { command->options.rowsAtOneTime = RowsAtOneTime::KeepLast;
 },
-        "Of rows at one time keep the last, however many they are");
+        "Of rows at one time keep the last, however many they are; join the rows of several devices");
 import->add_flag("--json", command->json, "Print the summary as JSON");
 import->footer("plotix edit SITE --undo-import takes the last import back.\nExample:\n  plotix import weather.csv "
                "--site nyc.plotix --agent EWR --where origin=EWR \\\n"

@@ -93,6 +93,8 @@ std::optional<ImportFinding> TableReader::mixture()
     if (m_named || m_isCutShort || m_plan->rowsAtOneTime == RowsAtOneTime::KeepLast)
         return {};
     std::vector<std::size_t> fields = deviceFields();
+    if (fields.empty())
+        return {};
     std::map<std::size_t, Spans> spans;
     m_date.clear();
     rewindRows();

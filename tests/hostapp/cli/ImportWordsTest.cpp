@@ -52,6 +52,18 @@ INSTANTIATE_TEST_SUITE_P(
             {.what = What::ManyRowsAtOneTime, .text = "North", .columns = {"station"}, .found = 20, .expected = 10},
             "10 of 20 rows have the time of another row, with other values; they differ in “station”: take those "
             "of one with --where \"station=North\""},
+        WordsCase{"ManyDevices",
+                  {.what = What::ManyDevices, .column = "Raum", .text = "Dach", .found = 2},
+                  "the rows of 2 devices or places, named in “Raum”, alternate; take those of one with --where "
+                  "\"Raum=Dach\", or join all of them in one line with --keep-last"},
+        WordsCase{
+            "UnitsDisagree",
+            {.what = What::UnitsDisagree, .column = "P (kW)", .text = "°C", .archivedUnit = "kW"},
+            "column “P (kW)” is in kW, but its cells are in °C; if the cells are right, say --unit \"P (kW)=°C\""},
+        WordsCase{
+            "UnitsNotKnown",
+            {.what = What::UnitsNotKnown, .line = 2, .columns = {"kvar", "NTU"}},
+            "line 2: units that are not known stand in this line: kvar, NTU; the numbers are stored without them"},
         WordsCase{"NumbersOfMicroseconds",
                   {.what = What::TimesAreNumbers, .column = "ts", .text = "us"},
                   "The numbers in “ts” are read as microseconds since 1970."},
