@@ -38,10 +38,10 @@ expect_failure "a translation that is not finished" "$german" \
 expect_failure "an empty translation" "$german" 's|<translation>Kein Trend ausgewählt<|<translation><|' \
   "plotix_de.ts: unfinished: plotix::SiteWindow: No trend selected"
 expect_failure "a plural form too few" "$german" '/<numerusform>%n Messzeilen importiert</d' \
-  "plotix_de.ts: plural forms are missing: plotix::SiteWindow: Imported %n record(s)"
+  "plotix_de.ts: plural forms are missing: plotix::ImportSequence: Imported %n record(s)"
 expect_failure "a plural without English forms" hostapp/core/texts/plotix_en.ts \
   's|<numerusform>Imported %n records<|<numerusform><|' \
-  "plotix_en.ts: unfinished: plotix::SiteWindow: Imported %n record(s)"
+  "plotix_en.ts: unfinished: plotix::ImportSequence: Imported %n record(s)"
 expect_failure "a placeholder lost" "$german" 's|<translation>Im Web: %1<|<translation>Im Web<|' \
   "plotix_de.ts: other placeholders than the text's own: On the web: %1"
 expect_failure "a mnemonic lost" "$german" 's|<translation>&amp;Datei<|<translation>Datei<|' \

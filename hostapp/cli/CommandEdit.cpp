@@ -1,9 +1,13 @@
 #include "base/ReportableError.h"
+#include "base/StopRequest.h"
+#include "hostapp/cli/CommandProgressBar.h"
 #include "hostapp/cli/Commands.h"
 #include "hostapp/cli/Options.h"
 #include "hostapp/cli/SiteLookup.h"
 #include "hostapp/document/SiteEditing.h"
 #include "hostapp/exchange/ExactText.h"
+
+#include <QtCore/QFileInfo>
 
 #include <cmath>
 #include <ostream>
@@ -56,24 +60,25 @@ std::shared_ptr<SiteProperty> propertyMeant(const SiteAgent& agent, const QStrin
 }
 
 EditOutcome merge(const EditCommand& command, const SiteDocument& document, const SiteAgent& agent,
-                  const SiteProperty* property)
+                  const SiteProperty* property, const EditProgress& progress)
 {
     if (!property)
-        return mergeAgents(command.site, agent.id(), agentOf(document, command.mergeInto)->id());
+        return mergeAgents(command.site, agent.id(), agentOf(document, command.mergeInto)->id(), progress);
     const auto into = propertiesOf(agent, {command.mergeInto}).front();
-    return mergeProperties(command.site, property->description().id, into->description().id);
+    return mergeProperties(command.site, property->description().id, into->description().id, progress);
 }
 
-EditOutcome remove(const EditCommand& command, const SiteAgent& agent, const SiteProperty* property)
+EditOutcome remove(const EditCommand& command, const SiteAgent& agent, const SiteProperty* property,
+                   const EditProgress& progress)
 {
     std::vector<RowId> properties;
     for (const auto& each : agent.siteProperties())
         if (!property || each.get() == property)
             properties.push_back(each->description().id);
-    return removeValues(command.site, agent.id(), properties, command.from, command.to);
+    return removeValues(command.site, agent.id(), properties, command.from, command.to, progress);
 }
 
-EditStep::Kind edit(const EditCommand& command, EditOutcome& outcome)
+EditStep::Kind edit(const EditCommand& command, EditOutcome& outcome, const EditProgress& progress)
 {
     const std::shared_ptr<SiteDocument> document = openSite(command.site);
     const std::shared_ptr<SiteAgent> agent = agentOf(*document, command.agent);
@@ -84,15 +89,15 @@ EditStep::Kind edit(const EditCommand& command, EditOutcome& outcome)
         return EditStep::Kind::Rename;
     }
     if (!command.mergeInto.isEmpty()) {
-        outcome = merge(command, *document, *agent, property.get());
+        outcome = merge(command, *document, *agent, property.get(), progress);
         return EditStep::Kind::Merge;
     }
     if (command.removes) {
-        outcome = remove(command, *agent, property.get());
+        outcome = remove(command, *agent, property.get(), progress);
         return EditStep::Kind::RemoveValues;
     }
-    outcome =
-        property ? deleteProperty(command.site, property->description().id) : deleteAgent(command.site, agent->id());
+    outcome = property ? deleteProperty(command.site, property->description().id, progress)
+                       : deleteAgent(command.site, agent->id(), progress);
     return EditStep::Kind::Delete;
 }
 
@@ -106,21 +111,18 @@ void list(const QString& site, std::ostream& out)
         out << "Nothing can be undone.\n";
 }
 
-int runCommand(const EditCommand& command, CommandContext context)
+void undo(const EditCommand& command, std::ostream& out, const EditProgress& progress)
 {
-    std::ostream& out = context.streams.output;
-    if (command.lists) {
-        list(command.site, out);
-        return kCommandDone;
-    }
-    if (command.undoes || command.undoesImport) {
-        openSite(command.site);
-        const EditStep step = command.undoes ? undoLastEdit(command.site) : undoLastImport(command.site);
-        out << "Undone: " << described(step) << ".\n";
-        return kCommandDone;
-    }
+    openSite(command.site);
+    const EditStep step =
+        command.undoes ? undoLastEdit(command.site, progress) : undoLastImport(command.site, progress);
+    out << "Undone: " << described(step) << ".\n";
+}
+
+void change(const EditCommand& command, std::ostream& out, const EditProgress& progress)
+{
     EditOutcome outcome;
-    const EditStep::Kind kind = edit(command, outcome);
+    const EditStep::Kind kind = edit(command, outcome, progress);
     out << "Done: " << described({0, kind, outcome.subject, 0});
     if (kind == EditStep::Kind::Merge)
         out << ", " << counted(outcome.values) << " moved, " << outcome.conflicts
@@ -128,6 +130,26 @@ int runCommand(const EditCommand& command, CommandContext context)
     else if (kind != EditStep::Kind::Rename)
         out << ", " << counted(outcome.values);
     out << ".\nplotix edit " << command.site.toStdString() << " --undo takes it back.\n";
+}
+
+int runCommand(const EditCommand& command, CommandContext context)
+{
+    std::ostream& out = context.streams.output;
+    if (command.lists) {
+        list(command.site, out);
+        return kCommandDone;
+    }
+    const StopRequest interruption(StopRequest::From::Keyboard);
+    const CommandProgress progress = makeCommandProgress(
+        context.services, context.streams, QStringLiteral("Editing %1").arg(QFileInfo(command.site).fileName()));
+    try {
+        if (command.undoes || command.undoesImport)
+            undo(command, out, progress);
+        else
+            change(command, out, progress);
+    } catch (const EditCancelled&) {
+        throw ReportableError(QStringLiteral("cancelled; %1 is as it was").arg(command.site));
+    }
     return kCommandDone;
 }
 

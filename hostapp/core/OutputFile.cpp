@@ -96,6 +96,19 @@ std::optional<FileKind> kindWrittenAs(const QString& ending)
     return std::nullopt;
 }
 
+QString fileNameFor(const QString& title, const QString& ending)
+{
+    constexpr qsizetype kLongest = 80;
+    QString name;
+    for (const QChar character : title.simplified().left(kLongest))
+        name += character.isPrint() && !QStringView(u"/\\:*?\"<>|").contains(character) ? character : QChar(u'-');
+    while (name.startsWith(u'.') || name.startsWith(u' '))  // these are hidden
+        name.remove(0, 1);
+    while (name.endsWith(u'.') || name.endsWith(u' '))
+        name.chop(1);
+    return (name.isEmpty() ? QStringLiteral("Plotix") : name) + (ending.isEmpty() ? QString() : u'.' + ending);
+}
+
 bool hasEndingOf(FileKind kind, const QString& path)
 {
     const QStringList endings = endingsOf(kind);

@@ -35,6 +35,10 @@ QStringList endingsOf(FileKind kind);
 /// The kind that is written under this ending; nothing: none is.
 std::optional<FileKind> kindWrittenAs(const QString& ending);
 
+/// A name for a file about something of this title: without what names of files cannot have on every system, and of a
+/// length that they all take. Never empty.
+QString fileNameFor(const QString& title, const QString& ending);
+
 /// Whether the name ends in one of the kind's endings, in capitals or not.
 bool hasEndingOf(FileKind kind, const QString& path);
 

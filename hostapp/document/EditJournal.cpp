@@ -98,7 +98,7 @@ void EditStepBuilder::keepPlugIn(const ArchivedPlugIn& plugIn)
 }
 
 void EditStepBuilder::keepRecords(RecordStore& stored, RowId agent, const std::vector<RowId>& properties,
-                                  std::optional<double> from, std::optional<double> to)
+                                  std::optional<double> from, std::optional<double> to, EditMeter& meter)
 {
     QCborArray ids;
     for (const RowId property : properties)
@@ -111,6 +111,7 @@ void EditStepBuilder::keepRecords(RecordStore& stored, RowId agent, const std::v
         const std::optional<RecordBlock> block = stored.read(agent, properties, begin, end);
         for (const QByteArray& piece : keptBytes(*block))
             keep.bind(1, m_id).bind(2, agent).bind(3, piece).run();
+        meter.advance();
     }
 }
 
@@ -147,7 +148,7 @@ std::vector<EditStep> EditJournal::steps() const
 
 // Records go back before properties that were made go, and after those that were deleted are there again: a store
 // accepts records of known properties alone.
-void EditJournal::undo(const EditStep& step, RecordTransaction& records)
+void EditJournal::undo(const EditStep& step, RecordStore& stored, RecordTransaction& records, EditMeter& meter)
 {
     Statement row(m_database, "SELECT data FROM step WHERE id = ?");
     if (!row.bind(1, step.id).step())
@@ -155,23 +156,41 @@ void EditJournal::undo(const EditStep& step, RecordTransaction& records)
     const QCborMap data = QCborValue::fromCbor(row.bytes(0)).toMap();
     row.reset();
     restoreTables(data.value(kTables).toMap());
-    restoreRecords(step.id, data.value(kSpans).toArray(), records);
+    const QCborArray spans = data.value(kSpans).toArray();
+    Statement kept(m_database, "SELECT count(*) FROM kept WHERE step = ?");
+    if (kept.bind(1, step.id).step())
+        meter.expect(static_cast<std::size_t>(kept.integer(0)));
+    kept.reset();
+    removeRecords(spans, stored, records, meter);
+    restoreRecords(step.id, records, meter);
     restorePlugIns(step.kind, data.value(kPlugIns).toArray());
     removeWhatWasMade(data);
     Statement(m_database, "DELETE FROM step WHERE id = ?").bind(1, step.id).run();
     Statement(m_database, "DELETE FROM kept WHERE step = ?").bind(1, step.id).run();
 }
 
-void EditJournal::restoreRecords(qint64 step, const QCborArray& spans, RecordTransaction& records)
+void EditJournal::removeRecords(const QCborArray& spans, RecordStore& stored, RecordTransaction& records,
+                                EditMeter& meter)
 {
     for (const QCborValue& value : spans) {
         const QCborArray span = value.toArray();
-        records.remove(span[0].toInteger(), idsFrom(span[1].toArray()), boundFrom(span[2]), boundFrom(span[3]));
+        meter.expect(partsOf(stored, span[0].toInteger(), boundFrom(span[2]), boundFrom(span[3])));
     }
+    for (const QCborValue& value : spans) {
+        const QCborArray span = value.toArray();
+        removeInParts(stored, records, span[0].toInteger(), idsFrom(span[1].toArray()), boundFrom(span[2]),
+                      boundFrom(span[3]), meter);
+    }
+}
+
+void EditJournal::restoreRecords(qint64 step, RecordTransaction& records, EditMeter& meter)
+{
     Statement kept(m_database, "SELECT agent, data FROM kept WHERE step = ? ORDER BY id");
     kept.bind(1, step);
-    while (kept.step())
+    while (kept.step()) {
         records.store(kept.integer(0), keptRecords(kept.bytes(1)));
+        meter.advance();
+    }
     records.prepare();
 }
 

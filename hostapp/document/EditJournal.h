@@ -1,5 +1,6 @@
 #pragma once
 
+#include "hostapp/document/EditProgress.h"
 #include "hostapp/document/SiteDocument.h"
 #include "records/store/RecordStore.h"
 #include "storage/Database.h"
@@ -23,6 +24,14 @@ struct EditStep {
     double time = 0;  ///< when, seconds since 1970-01-01 UTC
 };
 
+/// What a step did.
+struct EditOutcome {
+    qint64 step = 0;            ///< its number in the journal
+    QString subject;            ///< of the step, as the journal lists it
+    std::size_t values = 0;     ///< that were moved or taken out
+    std::size_t conflicts = 0;  ///< left out of a merge since the other had a different value at the same time
+};
+
 /// A step under way. The tables of names are kept as they are when it begins; records only where they are told.
 class EditStepBuilder {
 public:
@@ -36,7 +45,7 @@ public:
     /// Keeps these properties' elements in a span, before they are changed; `stored`: the records as they are. Bounds
     /// are absent where they are open.
     void keepRecords(RecordStore& stored, RowId agent, const std::vector<RowId>& properties, std::optional<double> from,
-                     std::optional<double> to);
+                     std::optional<double> to, EditMeter& meter);
     /// Writes the step and drops those that are too old.
     void finish();
 
@@ -55,11 +64,12 @@ public:
 
     std::vector<EditStep> steps() const;  ///< oldest first; none in a file of an older version
 
-    /// Undoes the last step and removes it. Requires: it is the last one.
-    void undo(const EditStep& step, RecordTransaction& records);
+    /// Undoes the last step and removes it; `stored`: the records as they are. Requires: it is the last one.
+    void undo(const EditStep& step, RecordStore& stored, RecordTransaction& records, EditMeter& meter);
 
 private:
-    void restoreRecords(qint64 step, const QCborArray& spans, RecordTransaction& records);
+    void removeRecords(const QCborArray& spans, RecordStore& stored, RecordTransaction& records, EditMeter& meter);
+    void restoreRecords(qint64 step, RecordTransaction& records, EditMeter& meter);
     void removeWhatWasMade(const QCborMap& data);
     void restoreTables(const QCborMap& tables);
     void restorePlugIns(EditStep::Kind kind, const QCborArray& plugIns);

@@ -33,7 +33,7 @@ private:
 
 }  // namespace
 
-ElementsMoved moveElements(RecordStore& stored, RecordTransaction& records, const ElementMove& move)
+ElementsMoved moveElements(RecordStore& stored, RecordTransaction& records, const ElementMove& move, EditMeter& meter)
 {
     ElementsMoved moved;
     for (const RecordOverview::Run& run : stored.overview(move.agent, {}).runs) {
@@ -56,6 +56,7 @@ ElementsMoved moveElements(RecordStore& stored, RecordTransaction& records, cons
         if (!times.empty())
             records.store(move.toAgent, {SharedArray<double>::fromVector(std::move(times)),
                                          {{move.toProperty, SharedArray<double>::fromVector(std::move(values)), {}}}});
+        meter.advance();
     }
     return moved;
 }

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "records/store/RecordStore.h"
+#include "hostapp/document/EditProgress.h"
 
 #include <functional>
 
@@ -20,7 +20,7 @@ struct ElementsMoved {
 };
 
 /// Stores the source's valid values where the target has none; the source keeps them. `stored`: the records as they
-/// are.
-ElementsMoved moveElements(RecordStore& stored, RecordTransaction& records, const ElementMove& move);
+/// are. Its parts are those of the source's agent.
+ElementsMoved moveElements(RecordStore& stored, RecordTransaction& records, const ElementMove& move, EditMeter& meter);
 
 }  // namespace plotix

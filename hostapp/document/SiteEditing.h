@@ -16,36 +16,29 @@
 /// ReportableError; the site is then as it was.
 namespace plotix {
 
-struct EditOutcome {
-    qint64 step = 0;            ///< its number in the journal
-    QString subject;            ///< of the step, as the journal lists it
-    std::size_t values = 0;     ///< that were moved or taken out
-    std::size_t conflicts = 0;  ///< left out of a merge since the other had a different value at the same time
-};
-
 /// The name must be neither empty nor another's of the same kind.
 EditOutcome renameAgent(const QString& site, RowId agent, const QString& name);
 EditOutcome renameProperty(const QString& site, RowId property, const QString& name);
 
 /// The other one keeps its values; those of the first go where it has none. Values are converted to its unit; refused
 /// between units that do not convert. Properties must be of one agent.
-EditOutcome mergeProperties(const QString& site, RowId property, RowId into);
+EditOutcome mergeProperties(const QString& site, RowId property, RowId into, const EditProgress& progress = {});
 /// Properties of the same name are merged, the others move.
-EditOutcome mergeAgents(const QString& site, RowId agent, RowId into);
+EditOutcome mergeAgents(const QString& site, RowId agent, RowId into, const EditProgress& progress = {});
 
-EditOutcome deleteProperty(const QString& site, RowId property);
+EditOutcome deleteProperty(const QString& site, RowId property, const EditProgress& progress = {});
 /// With its properties, records and stored views.
-EditOutcome deleteAgent(const QString& site, RowId agent);
+EditOutcome deleteAgent(const QString& site, RowId agent, const EditProgress& progress = {});
 
 /// Takes out the values of these properties with from ≤ time ≤ to; records left without any go too.
 EditOutcome removeValues(const QString& site, RowId agent, const std::vector<RowId>& properties,
-                         std::optional<double> from, std::optional<double> to);
+                         std::optional<double> from, std::optional<double> to, const EditProgress& progress = {});
 
 /// What can be undone, oldest first.
 std::vector<EditStep> editSteps(const QString& site);
 /// Undoes the last step. Throws when there is none.
-EditStep undoLastEdit(const QString& site);
+EditStep undoLastEdit(const QString& site, const EditProgress& progress = {});
 /// Undoes the last import; refused while later steps would have to be undone first.
-EditStep undoLastImport(const QString& site);
+EditStep undoLastImport(const QString& site, const EditProgress& progress = {});
 
 }  // namespace plotix

@@ -150,7 +150,8 @@ void SiteTransaction::beginStep(EditStep::Kind kind, const QString& subject)
 
 void SiteTransaction::keepForUndo(RowId agent, const std::vector<RowId>& properties, double from, double to)
 {
-    m_impl->step->keepRecords(*storedRecords(), agent, properties, from, to);
+    EditMeter unseen;  // the import tells how far it has come itself
+    m_impl->step->keepRecords(*storedRecords(), agent, properties, from, to, unseen);
 }
 
 SiteTransaction::Property SiteTransaction::findOrCreateProperty(RowId agent, const QString& name, const QString& unit,

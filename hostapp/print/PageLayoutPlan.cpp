@@ -7,6 +7,7 @@ namespace plotix {
 namespace {
 
 constexpr double kMargin = 36;
+constexpr double kPictureMargin = 14;
 constexpr double kTitleHeight = 26;
 constexpr double kHeadingsHeight = 18;
 constexpr double kNoteHeight = 15;
@@ -30,6 +31,7 @@ int rowsIn(double height)
 PageLayoutPlan planPages(const QSizeF& sheet, int rows, bool hasNote)
 {
     PageLayoutPlan plan;
+    plan.sheet = sheet;
     plan.content = QRectF(QPointF(), sheet).adjusted(kMargin, kMargin, -kMargin, -kMargin);
     const QRectF& content = plan.content;
     const double left = content.left(), width = content.width();
@@ -54,6 +56,26 @@ PageLayoutPlan planPages(const QSizeF& sheet, int rows, bool hasNote)
         const int count = std::min(perPage, rows - row);
         plan.pages.push_back({QRectF(left, content.top(), width, tableHeight(count)), row, count});
     }
+    return plan;
+}
+
+PageLayoutPlan planPicture(const QSizeF& size, int rows, bool hasNote)
+{
+    PageLayoutPlan plan;
+    const double note = hasNote && rows > 0 ? kNoteHeight : 0;
+    const double table = rows > 0 ? kGap + note + tableHeight(rows) : 0;
+    const double others = 2 * kPictureMargin + kTitleHeight + kHeadingsHeight + kGap + table;
+    const double graph = std::max(size.height() - others, kLeastGraph * size.height());
+    plan.sheet = QSizeF(size.width(), others + graph);
+    plan.content =
+        QRectF(QPointF(), plan.sheet).adjusted(kPictureMargin, kPictureMargin, -kPictureMargin, -kPictureMargin);
+    const double left = plan.content.left(), width = plan.content.width();
+    plan.title = QRectF(left, plan.content.top(), width, kTitleHeight);
+    plan.headings = QRectF(left, plan.title.bottom(), width, kHeadingsHeight);
+    plan.graph = QRectF(left, plan.headings.bottom() + kGap, width, graph);
+    if (note > 0)
+        plan.note = QRectF(left, plan.graph.bottom() + kGap, width, note);
+    plan.pages.push_back({QRectF(left, plan.graph.bottom() + kGap + note, width, tableHeight(rows)), 0, rows});
     return plan;
 }
 

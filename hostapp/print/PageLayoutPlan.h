@@ -14,10 +14,11 @@ struct PageLayoutPlan {
         int firstRow = 0, rows = 0;
     };
 
+    QSizeF sheet;                   ///< of every page
     QRectF content;                 ///< of every page, footer included
     QRectF title, headings, graph;  ///< on the first page
     QRectF note;                    ///< above the table; empty: none
-    QRectF footer;                  ///< on every page
+    QRectF footer;                  ///< on every page; empty: none
     std::vector<Page> pages;        ///< at least one
 };
 
@@ -26,5 +27,9 @@ inline constexpr double kReportRowHeight = 16;
 /// Ten rows stand on one page with the graph; beyond, the graph keeps two fifths of the page and the rows go on.
 /// A sheet too small for that gets as many pages as it takes, each with at least one row.
 PageLayoutPlan planPages(const QSizeF& sheet, int rows, bool hasNote);
+
+/// One page with narrow margins and no footer, for a picture of this size; higher where the rows take more than three
+/// fifths of it.
+PageLayoutPlan planPicture(const QSizeF& size, int rows, bool hasNote);
 
 }  // namespace plotix

@@ -120,6 +120,14 @@ QSizeF takeWholeSheet(QPagedPaintDevice& device)
     return layout.fullRect(QPageLayout::Point).size();
 }
 
+/// From here on one unit of the painter is one point.
+void beginPage(QPainter& painter, QPagedPaintDevice& device)
+{
+    if (!painter.begin(&device))
+        throw ReportableError(QCoreApplication::translate("ReportPrinter", "The printer does not take the report."));
+    painter.scale(device.logicalDpiX() / kPointsPerInch, device.logicalDpiY() / kPointsPerInch);
+}
+
 }  // namespace
 
 PageReport::PageReport(ReportContents contents, QLocale locale)
@@ -130,13 +138,10 @@ PageReport::PageReport(ReportContents contents, QLocale locale)
 int PageReport::print(QPagedPaintDevice& device) const
 {
     const QSizeF sheet = takeWholeSheet(device);
-    const PageLayoutPlan plan =
-        planPages(sheet, static_cast<int>(m_contents.rows.size()), !recordsText(m_contents, m_locale).isEmpty());
+    const PageLayoutPlan plan = planPages(sheet, static_cast<int>(m_contents.rows.size()), hasNote());
     const std::vector<int> pages = pagesToPrint(device, static_cast<int>(plan.pages.size()));
     QPainter painter;
-    if (!painter.begin(&device))
-        throw ReportableError(QCoreApplication::translate("ReportPrinter", "The printer does not take the report."));
-    painter.scale(device.logicalDpiX() / kPointsPerInch, device.logicalDpiY() / kPointsPerInch);
+    beginPage(painter, device);
     for (std::size_t index = 0; index < pages.size(); ++index) {
         if (index > 0)
             device.newPage();
@@ -152,6 +157,42 @@ QByteArray PageReport::pdf(const QSizeF& sheet) const
         writer.setPageSize(QPageSize(upright, QPageSize::Point, QString(), QPageSize::FuzzyMatch));
         writer.setPageOrientation(QPageLayout::Landscape);
         print(writer);
+    });
+}
+
+bool PageReport::hasNote() const
+{
+    return !recordsText(m_contents, m_locale).isEmpty();
+}
+
+PageLayoutPlan PageReport::pictured(const QSizeF& size) const
+{
+    return planPicture(size, static_cast<int>(m_contents.rows.size()), hasNote());
+}
+
+QImage PageReport::picture(const QSizeF& size, double density) const
+{
+    const PageLayoutPlan plan = pictured(size);
+    QImage image((plan.sheet * density).toSize(), QImage::Format_RGB32);
+    if (image.isNull())
+        return image;
+    image.fill(Qt::white);
+    QPainter painter(&image);
+    painter.setRenderHints(QPainter::Antialiasing | QPainter::TextAntialiasing);
+    painter.scale(density, density);
+    drawPage(painter, plan, 0);
+    return image;
+}
+
+QByteArray PageReport::picturePdf(const QSizeF& size) const
+{
+    const PageLayoutPlan plan = pictured(size);
+    return pdfFile(m_contents.title, [this, &plan](QPdfWriter& writer) {
+        writer.setPageSize(QPageSize(plan.sheet, QPageSize::Point));
+        takeWholeSheet(writer);
+        QPainter painter;
+        beginPage(painter, writer);
+        drawPage(painter, plan, 0);
     });
 }
 
@@ -213,6 +254,8 @@ void PageReport::drawTable(QPainter& painter, const PageLayoutPlan& plan, const 
 
 void PageReport::drawFooter(QPainter& painter, const PageLayoutPlan& plan, int page) const
 {
+    if (plan.footer.isEmpty())
+        return;
     const QFont font = fontOf(kFooterSize);
     const QString now = m_locale.toString(QDateTime::currentDateTime(), QLocale::ShortFormat);
     drawText(painter, plan.footer, PageText::tr("Plotix, %1").arg(now), font, kGrey, Qt::AlignLeft | Qt::AlignBottom);

@@ -5,6 +5,7 @@
 
 #include <QtCore/QByteArray>
 #include <QtCore/QLocale>
+#include <QtGui/QImage>
 
 class QPagedPaintDevice;
 
@@ -26,7 +27,14 @@ public:
     /// The report as a PDF file's bytes, on a landscape sheet of this size in either order. Throws ReportableError.
     QByteArray pdf(const QSizeF& sheet) const;
 
+    // One page of its own size, without a footer: to send around, not to print. Higher than `size` where there are many
+    // rows.
+    QImage picture(const QSizeF& size, double density) const;  ///< pixels a point; null when it would be too large
+    QByteArray picturePdf(const QSizeF& size) const;           ///< throws ReportableError
+
 private:
+    bool hasNote() const;
+    PageLayoutPlan pictured(const QSizeF& size) const;
     void drawPage(QPainter& painter, const PageLayoutPlan& plan, int page) const;
     void drawHeadings(QPainter& painter, const PageLayoutPlan& plan) const;
     void drawTable(QPainter& painter, const PageLayoutPlan& plan, const PageLayoutPlan::Page& page) const;

@@ -166,6 +166,19 @@ QVariantMap changeableState(const KTVPlugIn* plugIn)
     return state;
 }
 
+QStringList plottedKeys(const KTVPlugIn* plugIn)
+{
+    return changeableState(plugIn).value(QStringLiteral("properties")).toStringList();
+}
+
+QStringList shownKeys(const KTVPlugIn* plugIn)
+{
+    QStringList keys = plottedKeys(plugIn);
+    for (const QString& hidden : changeableState(plugIn).value(QStringLiteral("hidden")).toStringList())
+        keys.removeAll(hidden);
+    return keys;
+}
+
 void changeTo(KTVPlugIn* plugIn, const QVariantMap& state)
 {
     if (plugIn && plugIn->metaObject()->indexOfMethod("changeTo(QVariantMap)") >= 0)

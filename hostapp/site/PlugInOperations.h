@@ -59,6 +59,10 @@ void setReading(KTVPlugIn* plugIn, const QVariantMap& options);  ///< one that h
 QVariantMap changeableState(const KTVPlugIn* plugIn);
 void changeTo(KTVPlugIn* plugIn, const QVariantMap& state);
 
+/// The keys of its properties, in order, read from that state; `shownKeys`: of those whose lines are not hidden.
+QStringList plottedKeys(const KTVPlugIn* plugIn);
+QStringList shownKeys(const KTVPlugIn* plugIn);
+
 /// The graph without a title, for the pages of a report.
 QImage graphForPaper(KTVPlugIn* plugIn, const QSizeF& size, double density);
 

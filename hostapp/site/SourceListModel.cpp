@@ -1,6 +1,7 @@
 #include "hostapp/site/SourceListModel.h"
 
 #include "base/MainQueue.h"
+#include "plugins/PlotixPlugIn/host/PlainToolTip.h"
 
 #include <algorithm>
 
@@ -125,8 +126,8 @@ QVariant SourceListModel::data(const QModelIndex& index, int role) const
         return {};
     switch (role) {
     case Qt::DisplayRole:
-    case Qt::EditRole:
-    case Qt::ToolTipRole: return titleOf(*plugIn);
+    case Qt::EditRole: return titleOf(*plugIn);
+    case Qt::ToolTipRole: return plainToolTip(titleOf(*plugIn));
     case Qt::DecorationRole: return plugIn->icon();
     case Qt::AccessibleTextRole: return tr("Trend %1").arg(titleOf(*plugIn));
     default: return {};

@@ -29,8 +29,10 @@ std::optional<double> timeFrom(const QVariantMap& contents, const char* name)
 
 }  // namespace
 
-ViewReport::ViewReport(KTVPlugInPtr view, ReportForm wanted)
-    : m_view(std::move(view)), m_form(canPrintOnPage(m_view.get()) ? wanted : ReportForm::Classic)
+ViewReport::ViewReport(KTVPlugInPtr view, ReportForm wanted, QString title)
+    : m_view(std::move(view)),
+      m_form(canPrintOnPage(m_view.get()) ? wanted : ReportForm::Classic),
+      m_title(std::move(title))
 {
 }
 
@@ -46,6 +48,16 @@ QByteArray ViewReport::pdf() const
                                       : ReportPrinter(m_view, graphForPaper).pdf();
 }
 
+QImage ViewReport::picture(const QSizeF& size, double density) const
+{
+    return PageReport(contents()).picture(size, density);
+}
+
+QByteArray ViewReport::picturePdf(const QSizeF& size) const
+{
+    return PageReport(contents()).picturePdf(size);
+}
+
 ReportContents ViewReport::contents() const
 {
     const QVariantMap given = reportContents(m_view.get());
@@ -54,7 +66,7 @@ ReportContents ViewReport::contents() const
             QCoreApplication::translate("ReportPrinter", "“%1” shows no records: choose another span of time.")
                 .arg(titleOf(*m_view)));
     ReportContents contents;
-    contents.title = titleOf(*m_view);
+    contents.title = m_title.isEmpty() ? titleOf(*m_view) : m_title;
     contents.siteName = given.value(QStringLiteral("siteName")).toString();
     contents.siteLocation = given.value(QStringLiteral("siteLocation")).toString();
     contents.from = given.value(QStringLiteral("from")).toDouble();

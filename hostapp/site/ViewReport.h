@@ -18,7 +18,8 @@ enum class ReportForm {
 class ViewReport {
 public:
     /// A view that gives no contents for a page of the host's is printed in its own form.
-    ViewReport(KTVPlugInPtr view, ReportForm wanted);
+    /// Without a title of its own the page has the view's.
+    ViewReport(KTVPlugInPtr view, ReportForm wanted, QString title = {});
 
     ReportForm form() const { return m_form; }
 
@@ -29,11 +30,16 @@ public:
     /// As a PDF file's bytes, on the sheet of the shared print settings. Throws ReportableError.
     QByteArray pdf() const;
 
+    // The host's own page as one picture; see PageReport. Requires: the form is Page. Throw ReportableError.
+    QImage picture(const QSizeF& size, double density) const;
+    QByteArray picturePdf(const QSizeF& size) const;
+
 private:
     ReportContents contents() const;
 
     KTVPlugInPtr m_view;
     ReportForm m_form;
+    QString m_title;
 };
 
 }  // namespace plotix

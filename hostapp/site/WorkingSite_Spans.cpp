@@ -4,6 +4,7 @@
 
 #include "base/ReportableError.h"
 #include "hostapp/site/PlugInOperations.h"
+#include "hostapp/site/TrendColors.h"
 #include "hostapp/site/WindowMemory.h"
 #include "records/store/RecordStore.h"
 
@@ -12,8 +13,11 @@ namespace plotix {
 void WorkingSite::lookAfter(const KTVPlugInPtr& plugIn)
 {
     sendToReadSpans(plugIn.get(), "setSpanMarked", true);
-    if (m_use == Use::OnScreen)
-        m_reader.lookAfter(plugIn);
+    if (m_use != Use::OnScreen)
+        return;
+    m_reader.lookAfter(plugIn);
+    if (isStored())
+        keepLinesApart(plugIn);
 }
 
 bool WorkingSite::settle(KTVPlugIn& plugIn, Wanted wanted, const Wait& wait) const

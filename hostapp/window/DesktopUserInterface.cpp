@@ -117,6 +117,11 @@ void DesktopUserInterface::runModal(const KTVAlert& alert)
 
 std::optional<QString> DesktopUserInterface::runSavePanel(const QStringList& allowedFileTypes)
 {
+    return askWhereToSave(allowedFileTypes, {});
+}
+
+std::optional<QString> DesktopUserInterface::askWhereToSave(const QStringList& allowedFileTypes, const QString& title)
+{
     QFileDialog dialog(QApplication::activeWindow(), tr("Save"));
     dialog.setAcceptMode(QFileDialog::AcceptSave);
     QStringList filters;
@@ -125,6 +130,8 @@ std::optional<QString> DesktopUserInterface::runSavePanel(const QStringList& all
     dialog.setNameFilters(filters);
     if (!allowedFileTypes.isEmpty())
         dialog.setDefaultSuffix(allowedFileTypes.first());
+    if (!title.isEmpty())
+        dialog.selectFile(fileNameFor(title, allowedFileTypes.value(0)));
     while (dialog.exec() == QDialog::Accepted && !dialog.selectedFiles().isEmpty()) {
         const QString path = dialog.selectedFiles().first();
         const auto problem = problemOfSaving(path, allowedFileTypes);

@@ -19,6 +19,8 @@ public:
     void beginSheet(const KTVAlert& alert, QWidget* window, std::function<void()> completionHandler) override;
     void runModal(const KTVAlert& alert) override;
     std::optional<QString> runSavePanel(const QStringList& allowedFileTypes) override;
+    /// The same, with a file name made of such a title in the panel.
+    virtual std::optional<QString> askWhereToSave(const QStringList& allowedFileTypes, const QString& title);
     void showSharingPicker(const QImage& image, const std::weak_ptr<KTVSharingPickerDelegate>& delegate,
                            const QRect& rect, QWidget* view, KTVRectEdge preferredEdge) override;
 

@@ -3,29 +3,36 @@
 #include <QtGui/QUndoCommand>
 
 #include <functional>
-#include <utility>
+
+class QUndoStack;
 
 /// A change of the site's agents, properties or records, for the undo stack. It was made already when it is pushed.
 ///
-/// *Owned* by the stack; what it calls *borrows* the window, which ends after the stack. Main thread only.
+/// *Owned* by the stack, which it *borrows*; what it calls borrows the window, which ends after the stack. Main thread
+/// only.
 namespace plotix {
 
 class EditCommand : public QUndoCommand {
 public:
-    EditCommand(const QString& text, std::function<void()> again, std::function<void()> back)
-        : QUndoCommand(text), m_again(std::move(again)), m_back(std::move(back))
-    {
-    }
-    void redo() override
-    {
-        if (std::exchange(m_isMade, true))
-            m_again();
-    }
-    void undo() override { m_back(); }
+    enum class Result {
+        Done,
+        NotDone,  ///< failed or cancelled: everything is as it was, and it may be tried again
+        Never     ///< it cannot be done any more: the command leaves the stack
+    };
+    using Change = std::function<Result()>;
+
+    EditCommand(const QString& text, QUndoStack& stack, Change again, Change back);
+
+    void redo() override;
+    void undo() override;
 
 private:
-    std::function<void()> m_again, m_back;
-    bool m_isMade = false;
+    void take(Result result);
+    void countBack();
+
+    QUndoStack& m_stack;
+    Change m_again, m_back;
+    bool m_isMade = true;
 };
 
 }  // namespace plotix

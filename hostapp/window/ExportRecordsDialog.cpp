@@ -1,8 +1,11 @@
 #include "hostapp/window/ExportRecordsDialog.h"
 
+#include "base/WholeDay.h"
+
 #include <QtCore/QLocale>
 #include <QtCore/QTimeZone>
 #include <QtWidgets/QButtonGroup>
+#include <QtWidgets/QCalendarWidget>
 #include <QtWidgets/QCheckBox>
 #include <QtWidgets/QComboBox>
 #include <QtWidgets/QDateTimeEdit>
@@ -31,22 +34,35 @@ double secondsOf(const QDateTime& time)
     return static_cast<double>(time.toMSecsSinceEpoch()) / 1000;
 }
 
+/// The end of a day is its last moment, whatever part of a second that is.
+double endOf(const QDateTime& time)
+{
+    const OptionalDate end = time == time.date().endOfDay() ? lastMomentOf(time.date()) : std::nullopt;
+    return end ? end->seconds : secondsOf(time);
+}
+
 }  // namespace
 
-ExportRecordsDialog::ExportRecordsDialog(const QString& agent, const std::optional<Span>& visible, QWidget* parent)
+ExportRecordsDialog::ExportRecordsDialog(std::vector<Source> sources, const std::optional<Span>& visible,
+                                         QWidget* parent)
     : QDialog(parent),
+      m_sources(std::move(sources)),
       m_visible(visible),
       m_all(new QRadioButton(tr("&All records"), this)),
       m_shown(new QRadioButton(tr("Those the trend &shows"), this)),
       m_chosen(new QRadioButton(tr("&From"), this)),
       m_from(new QDateTimeEdit(this)),
       m_to(new QDateTimeEdit(this)),
+      m_source(new QComboBox(this)),
       m_format(new QComboBox(this)),
       m_decimal(new QComboBox(this)),
       m_clock(new QComboBox(this)),
+      m_properties(new PropertyChoice(this)),
       m_guard(new QCheckBox(tr("Put an &apostrophe before names that look like formulas"), this))
 {
     setWindowTitle(tr("Export Records"));
+    for (const Source& source : m_sources)
+        m_source->addItem(source.name);
     m_format->addItems(
         {tr("Text, comma-separated (.csv)"), tr("Text, semicolon-separated (.csv)"), tr("Spreadsheet (.xlsx)")});
     m_decimal->addItems({QStringLiteral("1.5"), QStringLiteral("1,5")});
@@ -56,8 +72,24 @@ ExportRecordsDialog::ExportRecordsDialog(const QString& agent, const std::option
         spans->addButton(button);
     m_shown->setEnabled(visible.has_value());
     (visible ? m_shown : m_all)->setChecked(true);
+    buildRows();
+    connect(m_chosen, &QRadioButton::toggled, this, &ExportRecordsDialog::adjust);
+    connect(m_format, &QComboBox::currentIndexChanged, this, &ExportRecordsDialog::adjust);
+    connect(m_source, &QComboBox::currentIndexChanged, this, &ExportRecordsDialog::offerProperties);
+    connect(m_properties, &PropertyChoice::tickedChanged, this, &ExportRecordsDialog::adjust);
+    offerProperties();
+    // A locale with a decimal comma has spreadsheets that expect semicolons.
+    if (QLocale().decimalPoint() == QLatin1String(","))
+        m_format->setCurrentIndex(Semicolons);
+    adjust();
+    m_decimal->setCurrentIndex(m_format->currentIndex() == Semicolons ? Comma : Point);
+}
+
+void ExportRecordsDialog::buildRows()
+{
     auto* rows = new QFormLayout(this);
-    rows->addRow(tr("Source:"), new QLabel(agent, this));
+    rows->addRow(tr("Sou&rce:"), m_source);
+    rows->addRow(tr("&Properties:"), m_properties);
     rows->addRow(tr("Records:"), m_all);
     rows->addRow(QString(), m_shown);
     rows->addRow(QString(), makeSpanRow());
@@ -66,17 +98,20 @@ ExportRecordsDialog::ExportRecordsDialog(const QString& agent, const std::option
     rows->addRow(tr("&Times:"), m_clock);
     rows->addRow(QString(), m_guard);
     auto* buttons = new QDialogButtonBox(QDialogButtonBox::Cancel, this);
-    buttons->addButton(tr("&Export…"), QDialogButtonBox::AcceptRole);
+    m_export = buttons->addButton(tr("&Export…"), QDialogButtonBox::AcceptRole);
     rows->addRow(buttons);
     connect(buttons, &QDialogButtonBox::accepted, this, &QDialog::accept);
     connect(buttons, &QDialogButtonBox::rejected, this, &QDialog::reject);
-    connect(m_chosen, &QRadioButton::toggled, this, &ExportRecordsDialog::adjust);
-    connect(m_format, &QComboBox::currentIndexChanged, this, &ExportRecordsDialog::adjust);
-    // A locale with a decimal comma has spreadsheets that expect semicolons.
-    if (QLocale().decimalPoint() == QLatin1String(","))
-        m_format->setCurrentIndex(Semicolons);
-    adjust();
-    m_decimal->setCurrentIndex(m_format->currentIndex() == Semicolons ? Comma : Point);
+}
+
+std::size_t ExportRecordsDialog::source() const
+{
+    return static_cast<std::size_t>(m_source->currentIndex());
+}
+
+void ExportRecordsDialog::offerProperties()
+{
+    m_properties->offer(m_sources[source()].properties);
 }
 
 QWidget* ExportRecordsDialog::makeSpanRow()
@@ -89,6 +124,11 @@ QWidget* ExportRecordsDialog::makeSpanRow()
     for (QDateTimeEdit* edit : {m_from, m_to}) {
         edit->setCalendarPopup(true);
         edit->setDisplayFormat(QStringLiteral("yyyy-MM-dd HH:mm:ss"));
+    }
+    // The calendar names a day, and no time of it: from its beginning, to its end.
+    for (const auto chosen : {&QCalendarWidget::clicked, &QCalendarWidget::activated}) {
+        connect(m_from->calendarWidget(), chosen, this, [this](QDate day) { m_from->setDateTime(day.startOfDay()); });
+        connect(m_to->calendarWidget(), chosen, this, [this](QDate day) { m_to->setDateTime(day.endOfDay()); });
     }
     m_from->setAccessibleName(tr("From"));
     m_to->setAccessibleName(tr("To"));
@@ -111,7 +151,12 @@ void ExportRecordsDialog::adjust()
     m_decimal->setEnabled(m_format->currentIndex() == Semicolons);
     if (!m_decimal->isEnabled())
         m_decimal->setCurrentIndex(Point);
-    m_guard->setChecked(m_format->currentIndex() == Workbook);
+    if (const bool isWorkbook = m_format->currentIndex() == Workbook; isWorkbook != m_wasWorkbook) {
+        m_wasWorkbook = isWorkbook;
+        m_guard->setChecked(isWorkbook);
+    }
+    m_export->setEnabled(!properties().empty());
+    m_export->setToolTip(m_export->isEnabled() ? QString() : tr("Tick a property first."));
 }
 
 std::optional<ExportRecordsDialog::Span> ExportRecordsDialog::span() const
@@ -120,7 +165,7 @@ std::optional<ExportRecordsDialog::Span> ExportRecordsDialog::span() const
         return std::nullopt;
     if (m_shown->isChecked())
         return m_visible;
-    return Span(secondsOf(m_from->dateTime()), secondsOf(m_to->dateTime()));
+    return Span(secondsOf(m_from->dateTime()), endOf(m_to->dateTime()));
 }
 
 ExportForm ExportRecordsDialog::form() const
@@ -163,6 +208,10 @@ void ExportRecordsDialog::chooseSemicolons()
 
 void ExportRecordsDialog::accept()
 {
+    if (m_properties->isSearching()) {
+        m_properties->leaveSearch();
+        return;
+    }
     const std::optional<Span> chosen = span();
     if (chosen && chosen->second < chosen->first) {
         m_to->setFocus();

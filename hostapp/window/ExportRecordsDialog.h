@@ -1,6 +1,7 @@
 #pragma once
 
 #include "hostapp/exchange/Export.h"
+#include "hostapp/window/PropertyChoice.h"
 
 #include <QtWidgets/QDialog>
 
@@ -9,9 +10,11 @@
 class QCheckBox;
 class QComboBox;
 class QDateTimeEdit;
+class QPushButton;
 class QRadioButton;
 
-/// Asks which records of an agent go into a file, and in which form. Main thread only.
+/// Asks which records go into a file, of which agent and of which of its properties, and in which form. Main thread
+/// only.
 namespace plotix {
 
 class ExportRecordsDialog : public QDialog {
@@ -19,10 +22,19 @@ class ExportRecordsDialog : public QDialog {
 public:
     using Span = std::pair<double, double>;  ///< seconds since 1970-01-01 UTC, both included
 
-    /// `visible` is the span that the trend in front shows, if there is one. Without it all records are chosen.
-    ExportRecordsDialog(const QString& agent, const std::optional<Span>& visible, QWidget* parent = nullptr);
+    /// An agent, with the properties that are ticked at first.
+    struct Source {
+        QString name;
+        std::vector<PropertyChoice::Property> properties;
+    };
 
-    std::optional<Span> span() const;  ///< nothing: all records
+    /// `visible` is the span that the trend in front shows, if there is one. Without it all records are chosen. The
+    /// first source is chosen. Requires: there is one.
+    ExportRecordsDialog(std::vector<Source> sources, const std::optional<Span>& visible, QWidget* parent = nullptr);
+
+    std::size_t source() const;                                                     ///< its position
+    std::vector<std::size_t> properties() const { return m_properties->ticked(); }  ///< of the source
+    std::optional<Span> span() const;                                               ///< nothing: all records
     ExportForm form() const;
     QString fileType() const;  ///< "csv" or "xlsx"
 
@@ -31,18 +43,24 @@ public:
     void chooseWorkbook();
     void chooseSemicolons();
 
-    void accept() override;  ///< stays open when the span is reversed
+    void accept() override;  ///< stays open when the span is reversed, and while a property is searched for
 
 private:
     void adjust();
+    void offerProperties();
+    void buildRows();
     QWidget* makeSpanRow();
 
+    std::vector<Source> m_sources;
     std::optional<Span> m_visible;
     // All owned by the dialog.
     QRadioButton *m_all, *m_shown, *m_chosen;
     QDateTimeEdit *m_from, *m_to;
-    QComboBox *m_format, *m_decimal, *m_clock;
+    QComboBox *m_source, *m_format, *m_decimal, *m_clock;
+    PropertyChoice* m_properties;
     QCheckBox* m_guard;
+    QPushButton* m_export = nullptr;
+    bool m_wasWorkbook = false;
 };
 
 }  // namespace plotix

@@ -1,6 +1,7 @@
 #include "hostapp/window/PropertyListModel.h"
 
 #include "plugins/PlotixPlugIn/host/KTVDragData.h"
+#include "plugins/PlotixPlugIn/host/PlainToolTip.h"
 
 #include <QtCore/QMimeData>
 #include <QtGui/QFont>
@@ -183,9 +184,9 @@ QVariant PropertyListModel::propertyData(const SiteProperty& property, int colum
 {
     const QString symbol = property.unitSymbol();
     if (role == Qt::ToolTipRole)
-        return tr("%1%2\nDrag it onto a trend, or tick it and choose New Trend.\nDouble-click to change colour or "
-                  "unit.")
-            .arg(property.name(), symbol.isEmpty() ? QString() : tr(" in %1").arg(symbol));
+        return plainToolTip(tr("%1%2\nDrag it onto a trend, or tick it and choose New Trend.\nDouble-click to change "
+                               "colour or unit.")
+                                .arg(property.name(), symbol.isEmpty() ? QString() : tr(" in %1").arg(symbol)));
     if (column == UnitColumn) {
         if (role == Qt::DisplayRole)
             return symbol;

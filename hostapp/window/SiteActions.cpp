@@ -35,6 +35,16 @@ QAction* addAction(QMenu* menu, const QString& text, const QKeySequence& keys = 
     return action;
 }
 
+void buildOwnFormsMenu(QMenu* above, SiteActions& actions)
+{
+    actions.ownForms = above->addMenu(SiteMenus::tr("In the &View's Own Form"));
+    actions.ownForms->setToolTipsVisible(true);
+    actions.exportPNG = addAction(actions.ownForms, SiteMenus::tr("Graph as &PNG…"));
+    actions.exportPDF = addAction(actions.ownForms, SiteMenus::tr("Graph as P&DF…"));
+    actions.classicReport = addAction(actions.ownForms, SiteMenus::tr("&Reports and Printing"));
+    actions.classicReport->setCheckable(true);
+}
+
 void buildFileMenu(QMainWindow* window, SiteActions& actions)
 {
     QMenu* menu = addMenu(window, SiteMenus::tr("&File"));
@@ -49,13 +59,10 @@ void buildFileMenu(QMainWindow* window, SiteActions& actions)
     actions.siteDetails = addAction(menu, SiteMenus::tr("Na&me and Location…"));
     menu->addSeparator();
     actions.exportRecords = addAction(menu, SiteMenus::tr("E&xport Records…"));
-    actions.exportImage =
-        addAction(menu, SiteMenus::tr("&Export Image…"), QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_E));
-    actions.exportPNG = addAction(menu, SiteMenus::tr("Export &Graph as PNG…"));
-    actions.exportPDF = addAction(menu, SiteMenus::tr("Export Graph as P&DF…"));
+    actions.exportPicture =
+        addAction(menu, SiteMenus::tr("&Export Picture…"), QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_E));
     actions.exportReport = addAction(menu, SiteMenus::tr("Expor&t Report as PDF…"));
-    actions.classicReport = addAction(menu, SiteMenus::tr("Report in the View's Own &Form"));
-    actions.classicReport->setCheckable(true);
+    buildOwnFormsMenu(menu, actions);
     menu->addSeparator();
     actions.print = addAction(menu, SiteMenus::tr("&Print…"), QKeySequence::Print);
     menu->addSeparator();
@@ -77,6 +84,9 @@ void buildEditMenu(QMainWindow* window, QUndoStack* undoStack, SiteActions& acti
     actions.redo = undoStack->createRedoAction(window, SiteMenus::tr("&Redo"));
     actions.redo->setShortcut(QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_Z));
     menu->addActions({actions.undo, actions.redo});
+    menu->addSeparator();
+    actions.copy = addAction(menu, SiteMenus::tr("&Copy"), QKeySequence::Copy);
+    actions.copy->setToolTip(SiteMenus::tr("What is selected; of a trend its table, as text and for spreadsheets."));
     menu->addSeparator();
     actions.undoImport = addAction(menu, SiteMenus::tr("Undo &Import…"));
     actions.undoImport->setToolTip(SiteMenus::tr("Takes back what the last import added and replaced."));
@@ -192,8 +202,8 @@ SiteActions buildSiteMenus(QMainWindow* window, QUndoStack* undoStack)
 void buildTrendWindowMenus(QMenuBar* bar, const SiteActions& actions)
 {
     addMenu(bar, SiteMenus::tr("&File"))
-        ->addActions({actions.exportImage, actions.exportPNG, actions.exportPDF, actions.exportReport, actions.print});
-    addMenu(bar, SiteMenus::tr("&Edit"))->addActions({actions.undo, actions.redo});
+        ->addActions({actions.exportPicture, actions.exportReport, actions.ownForms->menuAction(), actions.print});
+    addMenu(bar, SiteMenus::tr("&Edit"))->addActions({actions.undo, actions.redo, actions.copy});
     addMenu(bar, SiteMenus::tr("&View"))
         ->addActions({actions.refresh, actions.fit, actions.follow, actions.zoomTimeOnly, actions.zoomValuesOnly,
                       actions.nextRegion, actions.previousRegion});

@@ -19,11 +19,12 @@ struct SiteActions {
     QAction* siteDetails = nullptr;
     QAction* recordComputer = nullptr;
     QAction* exportRecords = nullptr;
-    QAction* exportImage = nullptr;
+    QAction* exportPicture = nullptr;
+    QAction* exportReport = nullptr;
+    QMenu* ownForms = nullptr;  ///< what the view itself writes:
     QAction* exportPNG = nullptr;
     QAction* exportPDF = nullptr;
-    QAction* exportReport = nullptr;
-    QAction* classicReport = nullptr;  ///< checkable: reports as the view itself writes them
+    QAction* classicReport = nullptr;  ///< checkable: reports, and printing
     QAction* print = nullptr;
     QAction* serveOnWeb = nullptr;
     QAction* copyWebAddress = nullptr;
@@ -32,6 +33,7 @@ struct SiteActions {
     QAction* quit = nullptr;
     QAction* undo = nullptr;
     QAction* redo = nullptr;
+    QAction* copy = nullptr;
     QAction* undoImport = nullptr;
     QAction* refresh = nullptr;
     QAction* fit = nullptr;

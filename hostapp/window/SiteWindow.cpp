@@ -9,6 +9,7 @@
 #include "hostapp/window/PropertyListModel.h"
 #include "hostapp/window/PropertyListView.h"
 #include "hostapp/window/Regions.h"
+#include "hostapp/window/SiteEditor.h"
 #include "hostapp/window/SiteRecording.h"
 #include "hostapp/window/TrendHistory.h"
 #include "hostapp/window/importing/ImportSequence.h"
@@ -46,7 +47,7 @@ SiteWindow::SiteWindow(std::shared_ptr<SiteDocument> document, const WindowServi
     connectFileActions();
     connectOtherActions();
     connectTrendActions();
-    connectEditing();
+    makeEditor();
     connectImporting();
     connectWindowActions();
     connectLiveActions();
@@ -72,6 +73,7 @@ SiteWindow::~SiteWindow()
     m_propertyView->setModel(nullptr);
     m_trendHistory.reset();
     m_undoStack.clear();
+    m_editor.reset();
     m_propertyHistory.reset();
     m_controller.reset();
 }
@@ -222,7 +224,8 @@ void SiteWindow::showPlugInView(const KTVPlugInPtr& plugIn)
 {
     QWidget* view = plugIn->view();
     if (view->actions().isEmpty())  // a plug-in shows them in a menu of its own
-        view->addActions({m_actions.refresh, m_actions.fit, m_actions.follow, m_actions.exportImage, m_actions.print});
+        view->addActions(
+            {m_actions.refresh, m_actions.fit, m_actions.follow, m_actions.exportPicture, m_actions.print});
     if (m_stack->indexOf(view) < 0)
         m_stack->addWidget(view);
     m_stack->setCurrentWidget(view);

@@ -29,11 +29,11 @@ class PropertyListModel;
 class PropertyListView;
 class RecordExportTask;
 class RecordingIndicator;
+class SiteEditor;
 class SiteRecording;
 class TrendHistory;
 class WebAddressBar;
 class WebServing;
-struct EditOutcome;
 
 /// What site windows share with the rest of the program. All *borrowed*.
 struct WindowServices {
@@ -51,7 +51,6 @@ struct WindowServices {
 ///   construction, layout, selection        SiteWindow.cpp
 ///   what the menus do                      SiteWindow_Actions.cpp
 ///   deleting, renaming, moving, undoing    SiteWindow_Trends.cpp
-///   renaming, merging, deleting in the site SiteWindow_Editing.cpp
 ///   storing, and opening as it was left    SiteWindow_Memory.cpp
 ///   recent sites, the other windows        SiteWindow_Windows.cpp
 ///   printing, the report as a PDF          SiteWindow_Print.cpp
@@ -126,7 +125,7 @@ private:
     void askForSiteDetails();
     void askForNewSite();
     void exportGraph(const char* operation);
-    void exportImage();
+    void exportPicture();
     void exportRecordsOfTrend();
     void startExport(RecordExportTask* task, const QString& fileName);
     void exportReport();
@@ -135,6 +134,7 @@ private:
     /// there is something to say, when that failed or the user gave up.
     bool settle(const KTVPlugInPtr& plugIn, Wanted wanted);
     bool waitForRecords();
+    void copy();
     void holdModifiers();
     void showAlert(const QString& message, const QString& text, KTVAlert::Style style = KTVAlert::Style::Critical,
                    std::function<void()> dismissed = {});
@@ -149,17 +149,8 @@ private:
     bool isOurs(const QWidget* widget) const;
 
     // Editing the site.
-    void connectEditing();
+    void makeEditor();
     void updateEditingActions();
-    void edit(const QString& text, std::function<EditOutcome()> work);  ///< and puts it on the undo stack
-    bool applyEdit(const std::function<void()>& work);                  ///< false: failed, the user knows
-    void askAndRename(const std::shared_ptr<SiteAgent>& agent, const std::shared_ptr<SiteProperty>& property);
-    void rename(const std::shared_ptr<SiteAgent>& agent, const std::shared_ptr<SiteProperty>& property,
-                const QString& name);
-    void mergeInto(const std::shared_ptr<SiteAgent>& agent, const std::shared_ptr<SiteProperty>& property, qint64 into);
-    void deleteFromSite(const std::shared_ptr<SiteAgent>& agent, const std::shared_ptr<SiteProperty>& property);
-    void askAndRemoveShown(const std::shared_ptr<SiteAgent>& agent, const std::shared_ptr<SiteProperty>& property);
-    void askAndUndoImport();
 
     // Memory.
     void restoreWindow();
@@ -199,6 +190,7 @@ private:
     std::unique_ptr<PropertyListModel> m_properties;
     std::unique_ptr<PropertyHistory> m_propertyHistory;
     std::unique_ptr<TrendHistory> m_trendHistory;
+    std::unique_ptr<SiteEditor> m_editor;
     std::unique_ptr<ImportSequence> m_importing;
     std::unique_ptr<SiteRecording> m_recording;
     QTimer m_storeTimer;

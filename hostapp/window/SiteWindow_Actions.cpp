@@ -12,20 +12,20 @@
 #include "hostapp/window/AppearanceMenu.h"
 #include "hostapp/window/DesktopUserInterface.h"
 #include "hostapp/window/EmptyStateView.h"
-#include "hostapp/window/ExportImageDialog.h"
-#include "hostapp/window/OutputWords.h"
 #include "hostapp/window/PropertyListModel.h"
 #include "hostapp/window/PropertyListView.h"
 #include "hostapp/window/Regions.h"
 #include "hostapp/window/ReportChoice.h"
 #include "hostapp/window/SiteDetailsDialog.h"
 #include "hostapp/window/importing/ImportSequence.h"
-#include "plugins/PlotixPlugIn/host/PngImage.h"
 #include "records/store/RecordStore.h"
 
 #include <QtCore/QFile>
+#include <QtGui/QKeyEvent>
+#include <QtWidgets/QAbstractSpinBox>
 #include <QtWidgets/QApplication>
 #include <QtWidgets/QFileDialog>
+#include <QtWidgets/QLineEdit>
 #include <QtWidgets/QListView>
 #include <QtWidgets/QMessageBox>
 #include <QtWidgets/QPushButton>
@@ -35,6 +35,12 @@ namespace plotix {
 
 namespace {
 constexpr QSizeF kAnySize{16, 16};  // points; only whether there is a picture counts
+
+bool isTextField(const QWidget* widget)
+{
+    return qobject_cast<const QLineEdit*>(widget) || qobject_cast<const QAbstractSpinBox*>(widget);
+}
+
 constexpr auto kSiteFilter = QT_TRANSLATE_NOOP("plotix::SiteWindow", "Plotix sites (*.plotix)");
 }  // namespace
 
@@ -44,7 +50,7 @@ void SiteWindow::connectFileActions()
     connect(m_actions.newSite, &QAction::triggered, this, &SiteWindow::askForNewSite);
     connect(m_actions.siteDetails, &QAction::triggered, this, &SiteWindow::askForSiteDetails);
     connect(m_actions.exportRecords, &QAction::triggered, this, &SiteWindow::exportRecordsOfTrend);
-    connect(m_actions.exportImage, &QAction::triggered, this, &SiteWindow::exportImage);
+    connect(m_actions.exportPicture, &QAction::triggered, this, &SiteWindow::exportPicture);
     connect(m_actions.exportPNG, &QAction::triggered, this, [this] { exportGraph("exportToPNG"); });
     connect(m_actions.exportPDF, &QAction::triggered, this, [this] { exportGraph("exportToPDF"); });
     connect(m_actions.exportReport, &QAction::triggered, this, &SiteWindow::exportReport);
@@ -57,6 +63,7 @@ void SiteWindow::connectFileActions()
 
 void SiteWindow::connectOtherActions()
 {
+    connect(m_actions.copy, &QAction::triggered, this, &SiteWindow::copy);
     connect(m_actions.refresh, &QAction::triggered, this,
             [this] { sendAction(trendInFront().get(), "refresh", this); });
     connect(m_actions.fit, &QAction::triggered, this, [this] { sendAction(trendInFront().get(), "fitAll", this); });
@@ -103,7 +110,7 @@ void SiteWindow::updateActions()
                          m_controller->siteDocument()->agents().empty()
                              ? tr("There is nothing to export yet: import or record something first.")
                              : QString());
-    setUnavailableReason(m_actions.exportImage, noTrend);
+    setUnavailableReason(m_actions.exportPicture, noTrend);
     setUnavailableReason(m_actions.exportPNG, needs("exportToPNG"));
     setUnavailableReason(m_actions.exportPDF, needs("exportToPDF"));
     const QString noReport = !plugIn || hasReport(plugIn.get()) ? noTrend : tr("This view has no report.");
@@ -176,6 +183,21 @@ void SiteWindow::newTrend()
     m_properties->untickAll();
 }
 
+/// The key belongs to whatever has the focus, such as a text field or a list; elsewhere a trend copies its table.
+void SiteWindow::copy()
+{
+    QWidget* focus = QApplication::focusWidget();
+    const KTVPlugInPtr trend = trendInFront();
+    const bool isInTrend = focus && trend && trend->isViewLoaded() && trend->view()->isAncestorOf(focus);
+    if (focus && (!isInTrend || isTextField(focus))) {
+        QKeyEvent press(QEvent::KeyPress, Qt::Key_C, Qt::ControlModifier);
+        QApplication::sendEvent(focus, &press);
+        if (press.isAccepted())
+            return;
+    }
+    sendAction(trend.get(), "copyTable", this);
+}
+
 void SiteWindow::holdModifiers()
 {
     Qt::KeyboardModifiers held;
@@ -198,30 +220,6 @@ void SiteWindow::exportGraph(const char* operation)
                   tr("The trend shows no graph yet: wait for its records, or refresh it."));
     else
         sendAction(plugIn.get(), operation, this);
-}
-
-void SiteWindow::exportImage()
-{
-    const KTVPlugInPtr plugIn = trendInFront();
-    ExportImageDialog dialog(titleOf(*plugIn), windowInFront());
-    if (dialog.exec() != QDialog::Accepted)
-        return;
-    if (!settle(plugIn, Wanted::Covered))
-        return;
-    const QImage image = graphImage(plugIn.get(), dialog.size(), dialog.density(), dialog.title());
-    if (image.isNull()) {
-        showAlert(tr("There is no picture to export"),
-                  tr("The trend shows no graph yet, or the size asked for is too large. Refresh it, or ask for less."));
-        return;
-    }
-    const auto path = m_services.userInterface->runSavePanel({QStringLiteral("png")});
-    if (!path)
-        return;
-    try {
-        writeOutput(FileKind::Png, *path, pngOfImage(image));
-    } catch (const OutputFailure& failure) {
-        showAlert(tr("The image could not be saved"), outputText(failure.problem()));
-    }
 }
 
 void SiteWindow::showAlert(const QString& message, const QString& text, KTVAlert::Style style,

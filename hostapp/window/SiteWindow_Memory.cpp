@@ -8,6 +8,7 @@
 
 #include "base/ReportableError.h"
 #include "hostapp/core/Defaults.h"
+#include "hostapp/window/SiteEditor.h"
 
 #include <QtCore/QSettings>
 #include <QtGui/QCloseEvent>
@@ -101,6 +102,8 @@ WindowState SiteWindow::currentState() const
 
 void SiteWindow::storeNow()
 {
+    if (m_editor && m_editor->isEditing())  // it has stored what is on screen, and writes the file now
+        return;
     m_controller->storeAll();
     try {
         m_memory.store(currentState());
@@ -117,6 +120,12 @@ void SiteWindow::closeAsOrdered()
 
 void SiteWindow::closeEvent(QCloseEvent* event)
 {
+    if (m_editor->isEditing()) {  // as the system orders it; the user cannot reach this window
+        event->ignore();
+        connect(m_editor.get(), &SiteEditor::ended, this, &QWidget::close,
+                static_cast<Qt::ConnectionType>(Qt::QueuedConnection | Qt::SingleShotConnection));
+        return;
+    }
     if (!mayEndRecording()) {
         event->ignore();
         return;

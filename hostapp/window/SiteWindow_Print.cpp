@@ -132,7 +132,7 @@ void SiteWindow::exportReport()
     const KTVPlugInPtr plugIn = trendInFront();
     if (!settle(plugIn, Wanted::Exact))
         return;
-    const auto path = m_services.userInterface->runSavePanel({QStringLiteral("pdf")});
+    const auto path = m_services.userInterface->askWhereToSave({QStringLiteral("pdf")}, titleOf(*plugIn));
     if (!path)
         return;
     try {

@@ -1,17 +1,25 @@
-// What the user does to the list of trends, and how it is undone.
+// What the user does to the list of trends and to the site's properties, and how it is undone.
 //
 // The list's own editing (typing a title, dragging a row) has happened when its signal arrives; the command pushed then
 // finds it done. Deleting goes through its command alone, and asks nothing, since it can be undone.
 
 #include "hostapp/window/SiteWindow.h"
 
+#include "hostapp/window/DesktopUserInterface.h"
 #include "hostapp/window/PropertyHistory.h"
+#include "hostapp/window/PropertyListView.h"
+#include "hostapp/window/SiteEditor.h"
 #include "hostapp/window/TrendCommands.h"
 #include "hostapp/window/TrendHistory.h"
 
 #include <QtWidgets/QListView>
+#include <QtWidgets/QStatusBar>
 
 namespace plotix {
+
+namespace {
+constexpr int kToldTime = 10'000;  // milliseconds
+}
 
 void SiteWindow::connectTrendActions()
 {
@@ -44,6 +52,29 @@ void SiteWindow::connectTrendActions()
         updateActions();
         storeNow();
     });
+}
+
+void SiteWindow::makeEditor()
+{
+    m_editor = std::make_unique<SiteEditor>(
+        SiteEditor::Surroundings{*m_controller, m_undoStack, *m_services.userInterface,
+                                 [this] { return windowInFront(); }, [this] { return selectedPlugIn(); }});
+    connect(m_editor.get(), &SiteEditor::beginning, this, &SiteWindow::storeNow);
+    connect(m_editor.get(), &SiteEditor::ended, this, &SiteWindow::showSelection);
+    connect(m_editor.get(), &SiteEditor::told, this,
+            [this](const QString& message) { statusBar()->showMessage(message, kToldTime); });
+    connect(m_actions.undoImport, &QAction::triggered, m_editor.get(), &SiteEditor::askAndUndoImport);
+    connect(m_propertyView, &PropertyListView::renameWanted, m_editor.get(), &SiteEditor::askAndRename);
+    connect(m_propertyView, &PropertyListView::mergeWanted, m_editor.get(), &SiteEditor::mergeInto);
+    connect(m_propertyView, &PropertyListView::deleteWanted, m_editor.get(), &SiteEditor::remove);
+    connect(m_propertyView, &PropertyListView::removeShownWanted, m_editor.get(), &SiteEditor::askAndRemoveShown);
+}
+
+void SiteWindow::updateEditingActions()
+{
+    const bool readOnly = m_controller->siteDocument()->isReadOnly();
+    setUnavailableReason(m_actions.undoImport, readOnly ? tr("This site may only be looked at.") : QString());
+    m_propertyView->setEditable(!readOnly);
 }
 
 std::vector<KTVPlugInPtr> SiteWindow::trendsOnScreen() const

@@ -5,6 +5,7 @@
 #include "hostapp/window/SiteWindow.h"
 
 #include "hostapp/window/RecentSites.h"
+#include "plugins/PlotixPlugIn/host/PlainToolTip.h"
 
 #include <QtCore/QFileInfo>
 #include <QtGui/QWindow>
@@ -91,7 +92,7 @@ void SiteWindow::fillRecentMenu()
     menu->clear();
     for (const QString& path : recentSites()) {
         QAction* action = menu->addAction(menuText(QFileInfo(path).completeBaseName()));
-        action->setToolTip(path);
+        action->setToolTip(plainToolTip(path));
         connect(action, &QAction::triggered, this, [this, path] { emit openSiteRequested(path); });
     }
     if (menu->isEmpty()) {

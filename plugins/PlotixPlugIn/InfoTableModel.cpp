@@ -1,6 +1,7 @@
 #include "plugins/PlotixPlugIn/InfoTableModel.h"
 
 #include "plugins/PlotixPlugIn/host/KTVBundle.h"
+#include "plugins/PlotixPlugIn/host/PlainToolTip.h"
 #include "plugins/PlotixPlugIn/logic/ColorText.h"
 #include "plugins/PlotixPlugIn/logic/NumberText.h"
 
@@ -200,7 +201,7 @@ QVariant InfoTableModel::data(const QModelIndex& index, int role) const
     case Qt::AccessibleTextRole: return accessibleText(*row, index.column(), textAt(*row, index.column()));
     case Qt::TextAlignmentRole: return QVariant(kColumns[index.column()].alignment | Qt::AlignVCenter);
     case Qt::DecorationRole: return index.column() == Color ? QVariant(row->color) : QVariant();
-    case Qt::ToolTipRole: return index.column() == Property ? QVariant(row->tableName) : QVariant();
+    case Qt::ToolTipRole: return index.column() == Property ? QVariant(plainToolTip(row->tableName)) : QVariant();
     default: return {};
     }
 }

@@ -1,5 +1,6 @@
 #include "plugins/PlotixPlugIn/KTVDataClusterDatePicker.h"
 
+#include "base/WholeDay.h"
 #include "plugins/PlotixPlugIn/host/KTVBundle.h"
 #include "plugins/PlotixPlugIn/logic/TypedDate.h"
 
@@ -8,6 +9,7 @@
 #include <QtGui/QKeyEvent>
 #include <QtWidgets/QCalendarWidget>
 #include <QtWidgets/QLineEdit>
+#include <QtWidgets/QStyleOption>
 #include <QtWidgets/QToolTip>
 
 #include <cmath>
@@ -131,13 +133,43 @@ void KTVDataClusterDatePicker::takeText(const QString& text)
     markText(read.has_value());
     if (!read)
         return;
-    const bool isDayAtItsEnd = !read->hasTime && m_dayMeans == DayMeans::ItsEnd;
-    const QDateTime moment = isDayAtItsEnd ? read->moment.date().addDays(1).startOfDay() : read->moment;
+    if (!read->hasTime) {
+        takeDay(read->moment.date());
+        return;
+    }
     {
         const QSignalBlocker silence(this);
-        setDateTime(moment);
+        setDateTime(read->moment);
     }
     takeEdit(dateTime());
+}
+
+/// A day without a time, typed or chosen in the calendar. The exact date keeps its last moment, beyond the seconds
+/// shown.
+void KTVDataClusterDatePicker::takeDay(const QDate& day)
+{
+    const plotix::OptionalDate moment =
+        m_dayMeans == DayMeans::ItsEnd ? plotix::lastMomentOf(day) : dateOf(day.startOfDay());
+    if (!moment)
+        return;
+    {
+        const QSignalBlocker silence(this);
+        setDateTime(QDateTime::fromSecsSinceEpoch(static_cast<qint64>(std::floor(moment->seconds))));
+    }
+    m_shown = dateTime();
+    if (m_dateValue && m_dateValue->seconds == moment->seconds)
+        return;
+    m_dateValue = moment;
+    emit dateEdited();
+}
+
+/// Made when it is first needed. The toolkit keeps the time of day when a day is chosen, of which nobody said anything.
+void KTVDataClusterDatePicker::followCalendar()
+{
+    if (std::exchange(m_followsCalendar, true))
+        return;
+    for (const auto chosen : {&QCalendarWidget::clicked, &QCalendarWidget::activated})
+        connect(calendarWidget(), chosen, this, &KTVDataClusterDatePicker::takeDay);
 }
 
 QString KTVDataClusterDatePicker::textFromDateTime(const QDateTime& moment) const
@@ -201,11 +233,22 @@ void KTVDataClusterDatePicker::keyPressEvent(QKeyEvent* event)
         dropTyping();
         event->accept();
     } else if (opensCalendar) {
-        dropTyping();
-        QDateTimeEdit::keyPressEvent(event);
+        event->accept();
+        openCalendar();
     } else {
         QAbstractSpinBox::keyPressEvent(event);  // past the editing by parts
     }
+}
+
+/// As a click on the arrow does: the toolkit has no key for it.
+void KTVDataClusterDatePicker::openCalendar()
+{
+    QStyleOptionComboBox option;
+    option.initFrom(this);
+    option.editable = true;
+    const QPoint arrow = style()->subControlRect(QStyle::CC_ComboBox, &option, QStyle::SC_ComboBoxArrow, this).center();
+    QMouseEvent press(QEvent::MouseButtonPress, arrow, mapToGlobal(arrow), Qt::LeftButton, Qt::LeftButton, {});
+    mousePressEvent(&press);
 }
 
 void KTVDataClusterDatePicker::stepBy(int steps)
@@ -250,6 +293,7 @@ void KTVDataClusterDatePicker::focusOutEvent(QFocusEvent* event)
 void KTVDataClusterDatePicker::mousePressEvent(QMouseEvent* event)
 {
     dropTyping();  // the calendar begins with the date
+    followCalendar();
     QDateTimeEdit::mousePressEvent(event);
 }
 

@@ -64,6 +64,9 @@ protected:
 private:
     void takeEdit(const QDateTime& shown);
     void takeText(const QString& text);
+    void takeDay(const QDate& day);
+    void followCalendar();
+    void openCalendar();
     void endTyping();   ///< unless the text is not understood
     void dropTyping();  ///< shows the date again
     void markText(bool understood);
@@ -76,5 +79,6 @@ private:
     DayMeans m_dayMeans = DayMeans::ItsStart;
     bool m_typing = false;  ///< the text is the user's, not ours
     bool m_understood = true;
+    bool m_followsCalendar = false;
     WeakReference<DataClusterDatePickerReturnKeyNotification> m_returnKeyDelegate;
 };

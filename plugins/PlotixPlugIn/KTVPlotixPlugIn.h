@@ -179,6 +179,7 @@ public:
     void updateInfoTable();
     void setPlotForPropertyName(const QString& propertyName, bool hidden);
     Q_INVOKABLE void showClicked(QObject* sender);
+    Q_INVOKABLE void copyTable(QObject* sender);  ///< see PropertyDetailsTableView::copyRows; without a view nothing
 
     // Property set.
     void addProperties(const QStringList& propertyNames) override;

@@ -195,3 +195,9 @@ void KTVPlotixPlugIn::showClicked(QObject* sender)
         return;
     setPlotForPropertyName(rows[static_cast<std::size_t>(row)]->propertyName, !checkBox->isChecked());
 }
+
+void KTVPlotixPlugIn::copyTable(QObject* /*sender*/)
+{
+    if (m_infoTable)
+        m_infoTable->copyRows();
+}

@@ -12,6 +12,7 @@
 
 #include "plugins/PlotixPlugIn/host/KTVConverter.h"
 #include "plugins/PlotixPlugIn/host/KTVRecordColumn.h"
+#include "plugins/PlotixPlugIn/host/PlainToolTip.h"
 #include "plugins/PlotixPlugIn/logic/ColorText.h"
 
 namespace {
@@ -124,5 +125,5 @@ void KTVPlotixPlugIn::updateToolTip()
         for (const InfoTableRowPtr& row : m_infoTableArrayController->arrangedObjects())
             text += QStringLiteral("\r%1 is %2").arg(row->tableName, plotix::colorText(row->color));
     if (m_hostView)
-        m_hostView->setToolTip(text);
+        m_hostView->setToolTip(plainToolTip(text));
 }

@@ -14,6 +14,9 @@
 
 class InfoTableModel;
 class QCheckBox;
+namespace plotix {
+struct TableText;
+}
 
 /// What the details table asks of its delegate. Held *weakly*. Main thread only.
 class PropertyDetailsTableViewDelegate : public WeaklyReferenced {
@@ -67,7 +70,11 @@ public:
     void showOnlySelectedLines();  ///< none selected: nothing happens
     void showAllLines();
 
-    /// A new menu with the one item "Remove", for any event; the caller owns it. Choosing lines, two more. A press of
+    /// Puts the selected rows, or all while none is selected, on the clipboard as they are shown, with the titles of
+    /// the columns: as text separated by tabs, and as HTML. Without rows the clipboard stays as it is.
+    void copyRows() const;
+
+    /// A new menu with the one item "Remove", for any event; the caller owns it. Choosing lines, more. A press of
     /// the right mouse button on a row that is not selected selects exactly that row first; outside every row it leaves
     /// the selection alone.
     std::unique_ptr<QMenu> menuForEvent(const QEvent* event);
@@ -93,6 +100,7 @@ private:
     void columnWasResized(int column, int width);
     void selectRowUnder(const QPoint& position);
     void addLineItems(QMenu& menu);
+    plotix::TableText textOfRows(const std::vector<std::size_t>& rows) const;
     bool handleLineKey(QKeyEvent* event);
     void toggleSelectedLines();
     void adjustCheckBoxes();

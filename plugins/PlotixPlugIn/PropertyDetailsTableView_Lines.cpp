@@ -1,4 +1,4 @@
-// Choosing lines in the statistics table, by its menu and by keys.
+// Choosing lines in the statistics table, by its menu and by keys; and copying from the menu.
 //
 // Rules of this room:
 //  1. Nothing of it is there unless the table chooses lines.
@@ -43,6 +43,12 @@ void PropertyDetailsTableView::addLineItems(QMenu& menu)
     connect(only, &QAction::triggered, this, &PropertyDetailsTableView::showOnlySelectedLines);
     QAction* all = addItem(menu, QStringLiteral(QT_TRANSLATE_NOOP("Plotix", "Show All")), "A");
     connect(all, &QAction::triggered, this, &PropertyDetailsTableView::showAllLines);
+    menu.addSeparator();
+    QAction* copy =
+        menu.addAction(KTVBundle::mainBundle()->localizedString(QStringLiteral(QT_TRANSLATE_NOOP("Plotix", "Copy"))) +
+                       u'\t' + QKeySequence(QKeySequence::Copy).toString(QKeySequence::NativeText));
+    copy->setEnabled(m_model->rowCount() > 0);
+    connect(copy, &QAction::triggered, this, &PropertyDetailsTableView::copyRows);
 }
 
 bool PropertyDetailsTableView::handleLineKey(QKeyEvent* event)

@@ -1,6 +1,7 @@
 #include "plugins/PlotixPlugIn/PropertySelectionModel.h"
 
 #include "plugins/PlotixPlugIn/host/KTVBundle.h"
+#include "plugins/PlotixPlugIn/host/PlainToolTip.h"
 
 namespace {
 
@@ -58,8 +59,10 @@ QVariant PropertySelectionModel::data(const QModelIndex& index, int role) const
     const KTVProperty& property = *row->property();
     switch (index.column()) {
     case Name:
-        if (role == Qt::DisplayRole || role == Qt::ToolTipRole)
+        if (role == Qt::DisplayRole)
             return property.name();
+        if (role == Qt::ToolTipRole)
+            return plainToolTip(property.name());
         if (role == Qt::CheckStateRole)
             return static_cast<int>(row->selected() ? Qt::Checked : Qt::Unchecked);
         return role == Qt::AccessibleTextRole ? spokenRow(*row) : QVariant();

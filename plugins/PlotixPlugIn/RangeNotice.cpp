@@ -1,6 +1,7 @@
 #include "plugins/PlotixPlugIn/RangeNotice.h"
 
 #include "plugins/PlotixPlugIn/host/KTVBundle.h"
+#include "plugins/PlotixPlugIn/host/PlainToolTip.h"
 
 #include <QtCore/QEvent>
 #include <QtWidgets/QHBoxLayout>
@@ -58,7 +59,7 @@ void RangeNotice::tell(const plotix::OutsideLines& lines)
         return;
     const char* words = lines.kind == plotix::OutsideLines::Kind::Outside ? kOutside : kFlat;
     m_label->setText(localized(words).arg(plotix::shortList(lines.names)));
-    m_label->setToolTip(lines.names.join(QLatin1Char('\n')));
+    m_label->setToolTip(plainToolTip(lines.names.join(QLatin1Char('\n'))));
     place();
 }
 

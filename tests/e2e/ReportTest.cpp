@@ -183,6 +183,22 @@ TEST_F(ReportTest, ThePageIsDarkOnWhite)
     EXPECT_GT(white, page.width() * page.height() * 8 / 10);
 }
 
+TEST_F(ReportTest, AGermanReportHasGermanClocksDatesAndNumbers)
+{
+    importWeek({"level"});
+    const QByteArray before = qgetenv("LC_ALL");
+    qputenv("LC_ALL", "de_DE.UTF-8");
+    qputenv("PLOTIX_LANGUAGE", "de");
+    report();
+    qputenv("LC_ALL", before);
+    qunsetenv("PLOTIX_LANGUAGE");
+    static const QRegularExpression halfOfTheDay("\\d\\s?[AP]M\\b");
+    EXPECT_FALSE(text().contains(halfOfTheDay)) << text().toStdString();
+    EXPECT_TRUE(text().contains("3. März")) << text().toStdString();
+    EXPECT_TRUE(text().contains("Mittelwert"));
+    EXPECT_TRUE(text().contains("20,1"));
+}
+
 TEST_F(ReportTest, UnknownViewNamesThoseThereAre)
 {
     importWeek({"Wind"});

@@ -886,6 +886,10 @@
         <source>Fit all values, however large or small</source>
         <translation>Alle Werte einpassen, wie groß oder klein sie auch sind</translation>
     </message>
+    <message>
+        <source>Copy</source>
+        <translation>Kopieren</translation>
+    </message>
 </context>
 <context>
     <name>PlugInStore</name>
@@ -1016,18 +1020,6 @@
     <message>
         <source>Na&amp;me and Location…</source>
         <translation>Name und &amp;Ort …</translation>
-    </message>
-    <message>
-        <source>&amp;Export Image…</source>
-        <translation>&amp;Bild exportieren …</translation>
-    </message>
-    <message>
-        <source>Export &amp;Graph as PNG…</source>
-        <translation>Diagramm als PN&amp;G exportieren …</translation>
-    </message>
-    <message>
-        <source>Export Graph as P&amp;DF…</source>
-        <translation>Diagramm als &amp;PDF exportieren …</translation>
     </message>
     <message>
         <source>Expor&amp;t Report as PDF…</source>
@@ -1214,12 +1206,36 @@
         <translation>Nimmt zurück, was der letzte Import hinzugefügt und ersetzt hat.</translation>
     </message>
     <message>
-        <source>Report in the View&apos;s Own &amp;Form</source>
-        <translation>Bericht in der Form der An&amp;sicht</translation>
-    </message>
-    <message>
         <source>E&amp;xport Records…</source>
         <translation>Messwerte e&amp;xportieren …</translation>
+    </message>
+    <message>
+        <source>Graph as &amp;PNG…</source>
+        <translation>Diagramm als &amp;PNG …</translation>
+    </message>
+    <message>
+        <source>Graph as P&amp;DF…</source>
+        <translation>Diagramm als P&amp;DF …</translation>
+    </message>
+    <message>
+        <source>&amp;Reports and Printing</source>
+        <translation>&amp;Berichte und Drucken</translation>
+    </message>
+    <message>
+        <source>&amp;Export Picture…</source>
+        <translation>&amp;Bild exportieren …</translation>
+    </message>
+    <message>
+        <source>&amp;Copy</source>
+        <translation>&amp;Kopieren</translation>
+    </message>
+    <message>
+        <source>What is selected; of a trend its table, as text and for spreadsheets.</source>
+        <translation>Das Ausgewählte; von einem Trend seine Tabelle, als Text und für Tabellenkalkulationen.</translation>
+    </message>
+    <message>
+        <source>In the &amp;View&apos;s Own Form</source>
+        <translation>In der eigenen For&amp;m der Ansicht</translation>
     </message>
 </context>
 <context>
@@ -1254,6 +1270,17 @@
     <message>
         <source>Change Range</source>
         <translation>Ausschnitt ändern</translation>
+    </message>
+</context>
+<context>
+    <name>WorkProgressText</name>
+    <message>
+        <source>Cancel</source>
+        <translation>Abbrechen</translation>
+    </message>
+    <message>
+        <source>Cancelling…</source>
+        <translation>Wird abgebrochen …</translation>
     </message>
 </context>
 <context>
@@ -1353,10 +1380,26 @@
     </message>
 </context>
 <context>
-    <name>plotix::ExportImageDialog</name>
+    <name>plotix::ExportPictureDialog</name>
     <message>
-        <source>Export Image</source>
+        <source>Export Picture</source>
         <translation>Bild exportieren</translation>
+    </message>
+    <message>
+        <source>Graph, as on the screen</source>
+        <translation>Diagramm, wie auf dem Bildschirm</translation>
+    </message>
+    <message>
+        <source>Graph and table, dark on white</source>
+        <translation>Diagramm und Tabelle, dunkel auf weiß</translation>
+    </message>
+    <message>
+        <source>PNG, for screens and mail</source>
+        <translation>PNG, für Bildschirme und E-Mail</translation>
+    </message>
+    <message>
+        <source>PDF, sharp at every size</source>
+        <translation>PDF, scharf in jeder Größe</translation>
     </message>
     <message>
         <source> points</source>
@@ -1365,6 +1408,14 @@
     <message>
         <source> pixels a point</source>
         <translation> Pixel je Punkt</translation>
+    </message>
+    <message>
+        <source>&amp;Picture of:</source>
+        <translation>Bi&amp;ld von:</translation>
+    </message>
+    <message>
+        <source>&amp;Format:</source>
+        <translation>&amp;Format:</translation>
     </message>
     <message>
         <source>&amp;Width:</source>
@@ -1385,6 +1436,14 @@
     <message>
         <source>&amp;Export…</source>
         <translation>&amp;Exportieren …</translation>
+    </message>
+    <message>
+        <source>Lines and letters, no pixels</source>
+        <translation>Linien und Buchstaben, keine Pixel</translation>
+    </message>
+    <message>
+        <source>%1 × %2 pixels are too many: choose less, or PDF</source>
+        <translation>%1 × %2 Pixel sind zu viele: Wählen Sie weniger oder PDF</translation>
     </message>
     <message>
         <source>%1 × %2 pixels</source>
@@ -1434,10 +1493,6 @@
         <translation>UTC</translation>
     </message>
     <message>
-        <source>Source:</source>
-        <translation>Quelle:</translation>
-    </message>
-    <message>
         <source>Records:</source>
         <translation>Messwerte:</translation>
     </message>
@@ -1468,6 +1523,18 @@
     <message>
         <source>To</source>
         <translation>Bis</translation>
+    </message>
+    <message>
+        <source>Sou&amp;rce:</source>
+        <translation>&amp;Quelle:</translation>
+    </message>
+    <message>
+        <source>&amp;Properties:</source>
+        <translation>&amp;Größen:</translation>
+    </message>
+    <message>
+        <source>Tick a property first.</source>
+        <translation>Kreuzen Sie zuerst eine Größe an.</translation>
     </message>
 </context>
 <context>
@@ -1724,6 +1791,33 @@
     <message>
         <source>This site may only be looked at.</source>
         <translation>Diese Anlage darf nur angesehen werden.</translation>
+    </message>
+</context>
+<context>
+    <name>plotix::PropertyChoice</name>
+    <message>
+        <source>Search</source>
+        <translation>Suchen</translation>
+    </message>
+    <message>
+        <source>Search properties</source>
+        <translation>Größen suchen</translation>
+    </message>
+    <message>
+        <source>Properties</source>
+        <translation>Größen</translation>
+    </message>
+    <message>
+        <source>Tick A&amp;ll</source>
+        <translation>A&amp;lle ankreuzen</translation>
+    </message>
+    <message>
+        <source>&amp;Untick All</source>
+        <translation>Alle &amp;Kreuze entfernen</translation>
+    </message>
+    <message>
+        <source>%1 of %2</source>
+        <translation>%1 von %2</translation>
     </message>
 </context>
 <context>
@@ -1988,6 +2082,88 @@ Doppelklick ändert Farbe oder Einheit.</translation>
     </message>
 </context>
 <context>
+    <name>plotix::SiteEditor</name>
+    <message>
+        <source>Cancelled; nothing was changed.</source>
+        <translation>Abgebrochen; nichts wurde geändert.</translation>
+    </message>
+    <message>
+        <source>Nothing was changed</source>
+        <translation>Nichts wurde geändert</translation>
+    </message>
+    <message>
+        <source>The site could not be read again</source>
+        <translation>Die Anlage konnte nicht neu gelesen werden</translation>
+    </message>
+    <message>
+        <source>The site was changed since, by an import or another program.</source>
+        <translation>Die Anlage wurde inzwischen geändert, durch einen Import oder ein anderes Programm.</translation>
+    </message>
+    <message>
+        <source>Rename “%1”</source>
+        <translation>„%1“ umbenennen</translation>
+    </message>
+    <message>
+        <source>Name:</source>
+        <translation>Name:</translation>
+    </message>
+    <message>
+        <source>Rename to “%1”</source>
+        <translation>Umbenennen in „%1“</translation>
+    </message>
+    <message>
+        <source>Merge “%1”</source>
+        <translation>„%1“ zusammenführen</translation>
+    </message>
+    <message numerus="yes">
+        <source>%n value(s) were left out</source>
+        <translation>
+            <numerusform>%n Wert wurde weggelassen</numerusform>
+            <numerusform>%n Werte wurden weggelassen</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>Both had different values at the same time; those of the one that stays were kept. Undo brings all back.</source>
+        <translation>Beide hatten zur selben Zeit verschiedene Werte; behalten wurden die der bleibenden Größe. Rückgängig bringt alles zurück.</translation>
+    </message>
+    <message>
+        <source>Delete “%1”</source>
+        <translation>„%1“ löschen</translation>
+    </message>
+    <message>
+        <source>Select a trend and zoom to the values that are wrong first.</source>
+        <translation>Wählen Sie zuerst einen Trend und zoomen Sie auf die falschen Werte.</translation>
+    </message>
+    <message>
+        <source>The values of “%1” from %2 to %3, the span that the trend shows, are taken out. Undo brings them back.</source>
+        <translation>Die Werte von „%1“ von %2 bis %3, dem Zeitraum, den der Trend zeigt, werden entfernt. Rückgängig bringt sie zurück.</translation>
+    </message>
+    <message>
+        <source>Remove Values</source>
+        <translation>Werte entfernen</translation>
+    </message>
+    <message>
+        <source>Remove values of “%1”</source>
+        <translation>Werte von „%1“ entfernen</translation>
+    </message>
+    <message>
+        <source>There is no import that can be undone.</source>
+        <translation>Es gibt keinen Import, der sich rückgängig machen lässt.</translation>
+    </message>
+    <message>
+        <source>The import of “%1” is undone: what it added goes, and what it replaced comes back.</source>
+        <translation>Der Import von „%1“ wird rückgängig gemacht: Was er hinzugefügt hat, geht, und was er ersetzt hat, kommt zurück.</translation>
+    </message>
+    <message>
+        <source>Undo Import</source>
+        <translation>Import rückgängig machen</translation>
+    </message>
+    <message>
+        <source>Undo the import of “%1”</source>
+        <translation>Import von „%1“ rückgängig machen</translation>
+    </message>
+</context>
+<context>
     <name>plotix::SiteWindow</name>
     <message numerus="yes">
         <source>%n trend(s) of this site cannot be read by this version.</source>
@@ -2125,10 +2301,6 @@ Doppelklick ändert Farbe oder Einheit.</translation>
         <translation>Der Trend zeigt noch kein Diagramm, oder die gewünschte Größe ist zu groß. Aktualisieren Sie ihn, oder wählen Sie weniger.</translation>
     </message>
     <message>
-        <source>The image could not be saved</source>
-        <translation>Das Bild konnte nicht gesichert werden</translation>
-    </message>
-    <message>
         <source>Cancel</source>
         <translation>Abbrechen</translation>
     </message>
@@ -2257,73 +2429,6 @@ Doppelklick ändert Farbe oder Einheit.</translation>
         <translation>Die Datei der Anlage wurde ersetzt</translation>
     </message>
     <message>
-        <source>Nothing was changed</source>
-        <translation>Nichts wurde geändert</translation>
-    </message>
-    <message>
-        <source>The site was changed since, by an import or another program.</source>
-        <translation>Die Anlage wurde inzwischen geändert, durch einen Import oder ein anderes Programm.</translation>
-    </message>
-    <message>
-        <source>Rename “%1”</source>
-        <translation>„%1“ umbenennen</translation>
-    </message>
-    <message>
-        <source>Name:</source>
-        <translation>Name:</translation>
-    </message>
-    <message>
-        <source>Rename to “%1”</source>
-        <translation>Umbenennen in „%1“</translation>
-    </message>
-    <message>
-        <source>Merge “%1”</source>
-        <translation>„%1“ zusammenführen</translation>
-    </message>
-    <message numerus="yes">
-        <source>%n value(s) were left out</source>
-        <translation>
-            <numerusform>%n Wert wurde weggelassen</numerusform>
-            <numerusform>%n Werte wurden weggelassen</numerusform>
-        </translation>
-    </message>
-    <message>
-        <source>Both had different values at the same time; those of the one that stays were kept. Undo brings all back.</source>
-        <translation>Beide hatten zur selben Zeit verschiedene Werte; behalten wurden die der bleibenden Größe. Rückgängig bringt alles zurück.</translation>
-    </message>
-    <message>
-        <source>Delete “%1”</source>
-        <translation>„%1“ löschen</translation>
-    </message>
-    <message>
-        <source>Select a trend and zoom to the values that are wrong first.</source>
-        <translation>Wählen Sie zuerst einen Trend und zoomen Sie auf die falschen Werte.</translation>
-    </message>
-    <message>
-        <source>The values of “%1” from %2 to %3, the span that the trend shows, are taken out. Undo brings them back.</source>
-        <translation>Die Werte von „%1“ von %2 bis %3, dem Zeitraum, den der Trend zeigt, werden entfernt. Rückgängig bringt sie zurück.</translation>
-    </message>
-    <message>
-        <source>Remove Values</source>
-        <translation>Werte entfernen</translation>
-    </message>
-    <message>
-        <source>Remove values of “%1”</source>
-        <translation>Werte von „%1“ entfernen</translation>
-    </message>
-    <message>
-        <source>There is no import that can be undone.</source>
-        <translation>Es gibt keinen Import, der sich rückgängig machen lässt.</translation>
-    </message>
-    <message>
-        <source>The import of “%1” is undone: what it added goes, and what it replaced comes back.</source>
-        <translation>Der Import von „%1“ wird rückgängig gemacht: Was er hinzugefügt hat, geht, und was er ersetzt hat, kommt zurück.</translation>
-    </message>
-    <message>
-        <source>Undo Import</source>
-        <translation>Import rückgängig machen</translation>
-    </message>
-    <message>
         <source>There is nothing to export yet: import or record something first.</source>
         <translation>Es gibt noch nichts zu exportieren: Zuerst etwas importieren oder aufzeichnen.</translation>
     </message>
@@ -2342,6 +2447,10 @@ Doppelklick ändert Farbe oder Einheit.</translation>
     <message>
         <source>The records could not be exported</source>
         <translation>Die Messwerte konnten nicht exportiert werden</translation>
+    </message>
+    <message>
+        <source>The picture could not be saved</source>
+        <translation>Das Bild konnte nicht gespeichert werden</translation>
     </message>
 </context>
 <context>

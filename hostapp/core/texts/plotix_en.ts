@@ -129,19 +129,22 @@
     </message>
 </context>
 <context>
+    <name>plotix::SiteEditor</name>
+    <message numerus="yes">
+        <source>%n value(s) were left out</source>
+        <translation>
+            <numerusform>%n value was left out</numerusform>
+            <numerusform>%n values were left out</numerusform>
+        </translation>
+    </message>
+</context>
+<context>
     <name>plotix::SiteWindow</name>
     <message numerus="yes">
         <source>%n trend(s) of this site cannot be read by this version.</source>
         <translation>
             <numerusform>%n trend of this site cannot be read by this version.</numerusform>
             <numerusform>%n trends of this site cannot be read by this version.</numerusform>
-        </translation>
-    </message>
-    <message numerus="yes">
-        <source>%n value(s) were left out</source>
-        <translation>
-            <numerusform>%n value was left out</numerusform>
-            <numerusform>%n values were left out</numerusform>
         </translation>
     </message>
 </context>

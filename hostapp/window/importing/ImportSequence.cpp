@@ -10,6 +10,7 @@
 #include <QtCore/QFileInfo>
 #include <QtCore/QTimer>
 #include <QtWidgets/QCheckBox>
+#include <QtWidgets/QLabel>
 #include <QtWidgets/QMessageBox>
 #include <QtWidgets/QProgressDialog>
 #include <QtWidgets/QPushButton>
@@ -142,6 +143,7 @@ void ImportSequence::showProgress(const QString& file)
     m_progress->setAutoClose(false);
     m_progress->setAutoReset(false);
     m_progress->setMinimumDuration(400);
+    m_progress->findChild<QLabel*>()->setTextFormat(Qt::PlainText);
     connect(m_task.get(), &ImportTask::progressed, m_progress, &QProgressDialog::setValue);
     connect(m_progress, &QProgressDialog::canceled, m_task.get(), &ImportTask::cancel);
 }
@@ -176,6 +178,7 @@ void ImportSequence::askAndReplace(const ImportFinding& finding)
     QMessageBox box(QMessageBox::Question, tr("Import"),
                     tr("%1: %2.").arg(QFileInfo(m_file).fileName(), shownText(finding)), QMessageBox::Cancel,
                     m_around.windowInFront());
+    box.setTextFormat(Qt::PlainText);  // names stand in it
     box.setInformativeText(tr("Edit ▸ Undo Import brings the values of now back."));
     const QPushButton* replace = box.addButton(tr("&Replace"), QMessageBox::AcceptRole);
     auto* inAll = new QCheckBox(tr("&Also in the other %n file(s)", nullptr, static_cast<int>(m_unasked)), &box);

@@ -51,7 +51,7 @@ TEST(LocalizationTest, NumberChoosesTheText)
 {
     const auto english = textsOf(QStringLiteral("en")), german = textsOf(QStringLiteral("de"));
     const auto imported = [](const QTranslator& texts, int records) {
-        return texts.translate("plotix::SiteWindow", "Imported %n record(s)", nullptr, records);
+        return texts.translate("plotix::ImportSequence", "Imported %n record(s)", nullptr, records);
     };
     EXPECT_EQ(imported(*english, 1), QStringLiteral("Imported %n record"));
     EXPECT_EQ(imported(*english, 0), QStringLiteral("Imported %n records"));

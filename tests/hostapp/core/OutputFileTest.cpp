@@ -180,6 +180,25 @@ TEST_F(OutputFileTest, AMissingFolderIsToldInTheSystemsWords)
     }
 }
 
+TEST(FileNameTest, ATitleIsAName)
+{
+    EXPECT_EQ(fileNameFor("Air Temperature, Größe 2", "png"), "Air Temperature, Größe 2.png");
+}
+
+TEST(FileNameTest, WhatNamesOfFilesCannotHaveIsReplaced)
+{
+    EXPECT_EQ(fileNameFor("1/2: <b>a\\b</b>? *\"|", "pdf"), "1-2- -b-a-b--b-- ---.pdf");
+    EXPECT_EQ(fileNameFor("one\ttwo\nthree", "csv"), "one two three.csv");
+}
+
+TEST(FileNameTest, ItIsNeitherHiddenNorEmptyNorEndless)
+{
+    EXPECT_EQ(fileNameFor(" ..secret. ", "png"), "secret.png");
+    EXPECT_EQ(fileNameFor("", "png"), "Plotix.png");
+    EXPECT_EQ(fileNameFor("...", ""), "Plotix");
+    EXPECT_LE(fileNameFor(QString(500, 'a'), "png").size(), 84);
+}
+
 }  // namespace
 
 }  // namespace plotix

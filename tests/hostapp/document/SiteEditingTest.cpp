@@ -39,6 +39,16 @@ protected:
                                             {{property.id, SharedArray<double>::fromVector(std::vector(values)), {}}}});
         transaction.commit();
     }
+    /// So many that they are worked on in several parts.
+    void putMany(const char* name)
+    {
+        std::vector<double> times, numbers;
+        for (int i = 0; i < 40'000; ++i) {
+            times.push_back(100 + i);
+            numbers.push_back(std::sin(i) * 1e-3);
+        }
+        put("Roof", name, "°C", times, numbers);
+    }
     std::shared_ptr<SiteAgent> agent(const char* name = "Roof") const
     {
         m_open = SiteDocument::open(site());
@@ -315,17 +325,52 @@ TEST_F(SiteEditingTest, OnlyTheLatestStepsAreKept)
 
 TEST_F(SiteEditingTest, ManyRecordsComeBackBitForBit)
 {
-    std::vector<double> times, numbers;
-    for (int i = 0; i < 40'000; ++i) {
-        times.push_back(100 + i);
-        numbers.push_back(std::sin(i) * 1e-3);
-    }
-    put("Roof", "Air", "°C", times, numbers);
+    putMany("Air");
     const Values before = values("Air");
     removeValues(site(), agent()->id(), {id("Air")}, 5'000, 35'000);
     EXPECT_NE(values("Air"), before);
     undoLastEdit(site());
     EXPECT_EQ(values("Air"), before);
+}
+
+TEST_F(SiteEditingTest, ProgressRisesToTheEnd)
+{
+    putMany("Outside");
+    std::vector<double> fractions;
+    mergeProperties(site(), id("Outside"), id("Air"), [&](double fraction) {
+        fractions.push_back(fraction);
+        return true;
+    });
+    EXPECT_GT(fractions.size(), 8U);
+    EXPECT_TRUE(std::is_sorted(fractions.begin(), fractions.end()));
+    EXPECT_EQ(fractions.back(), 1);
+}
+
+TEST_F(SiteEditingTest, WhateverIsCancelledLeavesTheSiteAsItWas)
+{
+    putMany("Outside");
+    const Values air = values("Air"), outside = values("Outside");
+    const RowId roof = agent()->id(), from = id("Outside"), into = id("Air");
+    const auto late = [](double fraction) { return fraction < 0.7; };
+    EXPECT_THROW(mergeProperties(site(), from, into, late), EditCancelled);
+    EXPECT_THROW(deleteProperty(site(), from, late), EditCancelled);
+    EXPECT_THROW(deleteAgent(site(), roof, late), EditCancelled);
+    EXPECT_THROW(removeValues(site(), roof, {from}, {}, {}, late), EditCancelled);
+    EXPECT_EQ(values("Air"), air);
+    EXPECT_EQ(values("Outside"), outside);
+    EXPECT_TRUE(editSteps(site()).empty());
+}
+
+TEST_F(SiteEditingTest, AnUndoThatIsCancelledMayBeTriedAgain)
+{
+    putMany("Outside");
+    const Values outside = values("Outside");
+    deleteProperty(site(), id("Outside"));
+    EXPECT_THROW(undoLastEdit(site(), [](double fraction) { return fraction < 0.7; }), EditCancelled);
+    EXPECT_EQ(id("Outside"), 0);
+    ASSERT_EQ(editSteps(site()).size(), 1U);
+    undoLastEdit(site());
+    EXPECT_EQ(values("Outside"), outside);
 }
 
 TEST_F(SiteEditingTest, ReplacedValuesAreThoseThatWouldDiffer)

@@ -53,5 +53,24 @@ TEST(PageLayoutPlan, ATinySheetStillTakesEveryRow)
     EXPECT_EQ(plan.pages.back().firstRow + plan.pages.back().rows, 3);
 }
 
+TEST(PageLayoutPlan, APictureHasTheSizeAskedForWhereItsRowsFit)
+{
+    const PageLayoutPlan plan = planPicture({1200, 600}, 5, true);
+    EXPECT_EQ(plan.sheet, QSizeF(1200, 600));
+    EXPECT_TRUE(plan.footer.isEmpty());
+    EXPECT_LE(plan.pages.front().table.bottom(), plan.content.bottom());
+}
+
+TEST(PageLayoutPlan, APictureGrowsWithItsRowsAndTheGraphKeepsItsRoom)
+{
+    const PageLayoutPlan plan = planPicture({1200, 600}, 60, true);
+    ASSERT_EQ(plan.pages.size(), 1U);
+    EXPECT_EQ(plan.pages.front().rows, 60);
+    EXPECT_GT(plan.sheet.height(), 600);
+    EXPECT_GE(plan.graph.height(), 240);
+    EXPECT_LE(plan.pages.front().table.bottom(), plan.content.bottom());
+    EXPECT_LE(plan.note.bottom(), plan.pages.front().table.top());
+}
+
 }  // namespace
 }  // namespace plotix

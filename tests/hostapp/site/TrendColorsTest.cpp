@@ -41,6 +41,32 @@ TEST_F(TrendColorsTest, EqualColoursAreToldApartAndTheFirstKeepsIts)
     EXPECT_EQ(properties.front()->color(), QColor(Qt::red));
 }
 
+TEST_F(TrendColorsTest, LinesThatWereThereBeforeKeepTheirs)
+{
+    for (const KTVPropertyPtr& property : properties)
+        paint(property, Qt::red);
+    plotix::tellLinesApart(properties, properties.size() - 1);
+    EXPECT_EQ(colors().size(), 2U);
+    EXPECT_NE(properties.back()->color(), QColor(Qt::red));
+}
+
+TEST_F(TrendColorsTest, ColoursOfOthersAreTakenOnlyWhereNoneIsFree)
+{
+    const KTVPropertyList two{properties[0], properties[1]};
+    paint(two[1], two[0]->color());
+    plotix::tellLinesApart(two, 1, properties);
+    for (std::size_t other = 2; other < properties.size(); ++other)
+        EXPECT_NE(two[1]->color(), properties[other]->color());
+    paint(two[1], two[0]->color());
+    KTVPropertyList all;
+    for (std::size_t position = 0; position < plotix::kPaletteSize; ++position) {
+        all.push_back(station->addProperty(QStringLiteral("Other %1").arg(position), {}));
+        paint(all.back(), plotix::paletteColor(position));
+    }
+    plotix::tellLinesApart(two, 1, all);
+    EXPECT_NE(two[1]->color(), two[0]->color());
+}
+
 TEST_F(TrendColorsTest, DifferentColoursStay)
 {
     const std::set<QRgb> before = colors();

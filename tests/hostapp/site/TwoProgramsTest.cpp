@@ -153,10 +153,13 @@ TEST_F(TwoProgramsTest, RecordsThatATrendDoesNotShowAreNotRead)
 {
     const auto cellar = there.site.siteDocument()->addAgent(QStringLiteral("Cellar"));
     cellar->addProperty(QStringLiteral("Humidity"), QStringLiteral("%"));
-    show(here);
-    site.store(*there.site.siteDocument()->agents().front(), {kStart + kDay - 1});
-    ASSERT_TRUE(wait([&] { return lastShown(*here.trend()) == kStart + kDay - 1; }));
-    QTest::qWait(int(RecordsWatch::restAfter({kStart, kStart + 1}).count()));
+    const KTVPlugInPtr minutes = here.site.newTrend(station, station->properties().objects(), Date{kStart},
+                                                    Date{kStart + 595}, QStringLiteral("Minutes"));
+    loadViewAtSize(*minutes, {900, 600});
+    here.site.waitForRecords();
+    site.store(*there.site.siteDocument()->agents().front(), {kStart + 590});
+    ASSERT_TRUE(wait([&] { return lastShown(*minutes) == kStart + 590; }));
+    QTest::qWait(int(RecordsWatch::restAfter({kStart, kStart + 600}).count()));
     QSignalSpy fetches(station->siteArchiveManager(), &ArchiveManager::fetchAnswered);
     QSignalSpy changed(site.document.get(), &SiteDocument::changedElsewhere);
     site.store(*cellar, {kStart + 5});

@@ -1,4 +1,4 @@
-#include "hostapp/window/ExportImageDialog.h"
+#include "hostapp/window/ExportPictureDialog.h"
 #include "hostapp/window/SiteDetailsDialog.h"
 #include "hostapp/window/importing/ImportDialog.h"
 #include "tests/hostapp/window/StubbedServices.h"
@@ -55,8 +55,8 @@ TEST(AccessibleNamesTest, EveryFocusableControlOfTheDialogsHasOne)
 {
     plotix::ImportDialog import(QStringList("Station"));
     expectNames(import, 8);
-    plotix::ExportImageDialog image(QStringLiteral("Week"));
-    expectNames(image, 6);
+    plotix::ExportPictureDialog picture(QStringLiteral("Week"), plotix::ExportPictureDialog::Table::Offered);
+    expectNames(picture, 8);
     plotix::SiteDetailsDialog details(QStringLiteral("Hill"), {});
     expectNames(details, 4);
     plotix::HelpWindow help;

@@ -1,7 +1,8 @@
-#include "hostapp/window/ExportImageDialog.h"
+#include "hostapp/window/ExportPictureDialog.h"
 #include "hostapp/window/HelpWindow.h"
 #include "hostapp/window/SiteDetailsDialog.h"
 
+#include <QtCore/QSettings>
 #include <QtWidgets/QLineEdit>
 #include <QtWidgets/QPushButton>
 
@@ -29,14 +30,61 @@ TEST(SiteDetailsDialogTest, ASiteKeepsAName)
     EXPECT_TRUE(dialog.location().isEmpty());
 }
 
-TEST(ExportImageDialogTest, KeepsSizeDensityAndTitleInReason)
+/// Over settings that nothing was stored in.
+class ExportPictureDialogTest : public testing::Test {
+protected:
+    ExportPictureDialogTest() { QSettings().remove(QStringLiteral("ExportPicture")); }
+    ~ExportPictureDialogTest() override { QSettings().remove(QStringLiteral("ExportPicture")); }
+
+    using Dialog = plotix::ExportPictureDialog;
+    using What = plotix::TrendPicture::What;
+    static bool canExport(Dialog& dialog) { return buttonNamed(dialog, QStringLiteral("Export…"))->isEnabled(); }
+};
+
+TEST_F(ExportPictureDialogTest, KeepsSizeDensityAndTitleInReason)
 {
-    plotix::ExportImageDialog dialog(QStringLiteral("Week"));
-    dialog.setSize({640, 1'000'000});
-    dialog.setDensity(0);
-    EXPECT_EQ(dialog.size(), QSize(640, 16'384));
-    EXPECT_EQ(dialog.density(), 0.5);
-    EXPECT_EQ(dialog.title(), QStringLiteral("Week"));
+    Dialog dialog(QStringLiteral("Week"), Dialog::Table::Offered);
+    dialog.setPicture({.size = {640, 1'000'000}, .density = 0, .title = {}});
+    EXPECT_EQ(dialog.picture().size, QSize(640, 16'384));
+    EXPECT_EQ(dialog.picture().density, 0.5);
+    EXPECT_EQ(dialog.picture().title, QStringLiteral("Week"));
+}
+
+TEST_F(ExportPictureDialogTest, BeginsWithWhatWasAcceptedLast)
+{
+    Dialog first(QStringLiteral("Week"), Dialog::Table::Offered);
+    first.setPicture({What::GraphAndTable, plotix::FileKind::Pdf, {800, 500}, 3, {}});
+    first.accept();
+    const Dialog second(QStringLiteral("Month"), Dialog::Table::Offered);
+    EXPECT_EQ(second.picture().what, What::GraphAndTable);
+    EXPECT_EQ(second.picture().format, plotix::FileKind::Pdf);
+    EXPECT_EQ(second.picture().size, QSize(800, 500));
+    EXPECT_EQ(second.picture().density, 3);
+    EXPECT_EQ(second.picture().title, QStringLiteral("Month"));
+}
+
+TEST_F(ExportPictureDialogTest, WhatWasCancelledIsForgotten)
+{
+    Dialog first(QStringLiteral("Week"), Dialog::Table::Offered);
+    first.setPicture({.size = {800, 500}, .title = {}});
+    first.reject();
+    EXPECT_EQ(Dialog(QStringLiteral("Week"), Dialog::Table::Offered).picture().size, plotix::kUsualGraphSize);
+}
+
+TEST_F(ExportPictureDialogTest, AViewWithoutFiguresHasNoTable)
+{
+    Dialog dialog(QStringLiteral("Week"), Dialog::Table::NotOffered);
+    dialog.setPicture({.what = What::GraphAndTable, .title = {}});
+    EXPECT_EQ(dialog.picture().what, What::Graph);
+}
+
+TEST_F(ExportPictureDialogTest, MorePixelsThanCanBeDrawnAreRefusedBeforeAnythingIs)
+{
+    Dialog dialog(QStringLiteral("Week"), Dialog::Table::Offered);
+    dialog.setPicture({.size = {16'000, 10'000}, .density = 8, .title = {}});
+    EXPECT_FALSE(canExport(dialog));
+    dialog.setPicture({.format = plotix::FileKind::Pdf, .size = {16'000, 10'000}, .density = 8, .title = {}});
+    EXPECT_TRUE(canExport(dialog));
 }
 
 TEST(HelpTest, AnchorOpensTheHelpWindow)

@@ -17,7 +17,9 @@
 #include <QtWidgets/QInputDialog>
 #include <QtWidgets/QMenu>
 #include <QtWidgets/QMessageBox>
+#include <QtWidgets/QProgressDialog>
 #include <QtWidgets/QPushButton>
+#include <QtWidgets/QStatusBar>
 
 #include <cstdio>
 
@@ -36,6 +38,7 @@ protected:
     }
     void TearDown() override
     {
+        writer.reset();
         window.reset();
         QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
     }
@@ -77,8 +80,27 @@ protected:
         });
     }
 
+    /// Makes the next change wait for another writer until its progress is on the screen, and looks at that.
+    void duringTheNextChange(std::function<void(QProgressDialog&)> look)
+    {
+        site.store(*station, {1, 2, 3});
+        writer = site.document->records()->begin();
+        auto* poll = new QTimer(window.get());
+        QObject::connect(poll, &QTimer::timeout, window.get(), [this, poll, look = std::move(look)] {
+            auto* progress = qobject_cast<QProgressDialog*>(QApplication::activeModalWidget());
+            if (!progress)
+                return;
+            poll->stop();
+            poll->deleteLater();
+            look(*progress);
+            writer.reset();
+        });
+        poll->start(10);
+    }
+
     ScratchSite site;
     std::shared_ptr<plotix::SiteAgent> station;
+    std::unique_ptr<plotix::RecordTransaction> writer;
     StubModule module;
     plotix::DesktopUserInterface desktop;
     plotix::HelpManager help;
@@ -109,6 +131,73 @@ TEST_F(EditingTest, ADeletedPropertyLeavesTheListAndComesBack)
     EXPECT_FALSE(names().contains(before[0]));
     window->actions().undo->trigger();
     EXPECT_EQ(names(), before);
+}
+
+TEST_F(EditingTest, ALongMergeShowsItsProgressAndMayBeCancelled)
+{
+    station->addProperty("Another", station->siteProperties()[0]->unit());
+    const QStringList before = names();
+    bool cancelled = false;
+    duringTheNextChange([&](QProgressDialog& progress) {
+        EXPECT_EQ(progress.labelText(), "Merge “Air Temperature”");
+        QTest::keyClick(&progress, Qt::Key_Escape);
+        cancelled = true;
+    });
+    choose(0, "Merge Into/Another");
+    EXPECT_TRUE(cancelled);
+    EXPECT_EQ(names(), before);
+    EXPECT_FALSE(window->undoStack().canUndo());
+    EXPECT_EQ(window->statusBar()->currentMessage(), "Cancelled; nothing was changed.");
+}
+
+TEST_F(EditingTest, ACancelledUndoMayBeTriedAgain)
+{
+    const QStringList before = names();
+    choose(0, "Delete");
+    duringTheNextChange([](QProgressDialog& progress) { QTest::keyClick(&progress, Qt::Key_Escape); });
+    window->actions().undo->trigger();
+    EXPECT_EQ(names().size(), before.size() - 1);
+    ASSERT_TRUE(QTest::qWaitFor([&] { return window->undoStack().canUndo(); }));
+    EXPECT_FALSE(window->undoStack().canRedo());
+    window->actions().undo->trigger();
+    EXPECT_EQ(names(), before);
+}
+
+TEST_F(EditingTest, AnUndoThatFailsMayBeTriedAgain)
+{
+    const QStringList before = names();
+    choose(0, "Delete");
+    writer = site.document->records()->begin();
+    window->actions().undo->trigger();  // in vain: another one writes
+    writer.reset();
+    ASSERT_TRUE(QTest::qWaitFor([&] { return window->undoStack().canUndo(); }));
+    EXPECT_EQ(names().size(), before.size() - 1);
+    if (auto* told = window->findChild<QMessageBox*>())
+        told->accept();
+    window->actions().undo->trigger();
+    EXPECT_EQ(names(), before);
+}
+
+TEST_F(EditingTest, AStepThatCannotBeUndoneLeavesTheStack)
+{
+    choose(0, "Delete");
+    plotix::renameAgent(site.document->path(), station->id(), "Elsewhere");
+    window->actions().undo->trigger();
+    EXPECT_FALSE(window->undoStack().canUndo());
+    EXPECT_FALSE(window->undoStack().canRedo());
+}
+
+TEST_F(EditingTest, AWindowToldToCloseDuringAChangeClosesAfterIt)
+{
+    bool stayed = false;
+    duringTheNextChange([&](QProgressDialog&) {
+        window->closeAsOrdered();
+        stayed = window->isVisible();
+    });
+    choose(0, "Delete");
+    EXPECT_TRUE(stayed);
+    EXPECT_EQ(names(), QStringList("Pressure"));
+    ASSERT_TRUE(QTest::qWaitFor([&] { return !window->isVisible(); }));
 }
 
 TEST_F(EditingTest, OnlyPropertiesThatConvertAreOfferedForMerging)

@@ -77,8 +77,13 @@ public:
 /// Answers the save panel at once.
 class AnsweringDesktop : public plotix::DesktopUserInterface {
 public:
-    std::optional<QString> runSavePanel(const QStringList&) override { return path; }
+    std::optional<QString> askWhereToSave(const QStringList&, const QString& title) override
+    {
+        proposed = title;
+        return path;
+    }
     std::optional<QString> path;
+    QString proposed;
 };
 
 class PrintActionsTest : public testing::Test {

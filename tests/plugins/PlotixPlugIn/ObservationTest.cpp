@@ -1,3 +1,4 @@
+#include "plugins/PlotixPlugIn/host/PlainToolTip.h"
 #include "tests/plugins/PlotixPlugIn/PropertyTableFixture.h"
 
 namespace {
@@ -264,6 +265,15 @@ TEST_F(ObservationTest, TheToolTipListsTheDisplayedRowsWithTheirColours)
     trend->updateToolTip();
     EXPECT_EQ(trend->hostView()->toolTip(),
               "Color index:\rAir Temperature is rgb(255, 0, 0)\rPressure is rgb(0, 0, 255)");
+}
+
+TEST_F(ObservationTest, TheToolTipShowsNamesAsTheyAre)
+{
+    openAndDeliver({"airTemperature"});
+    controller().arrangedObjects()[0]->tableName = "<b>x</b> & y";
+    trend->updateToolTip();
+    EXPECT_EQ(trend->hostView()->toolTip(), plainToolTip("Color index:\r<b>x</b> & y is rgb(255, 0, 0)"));
+    EXPECT_FALSE(trend->hostView()->toolTip().contains("<b>"));
 }
 
 TEST_F(ObservationTest, NothingSetsTheToolTipByItself)

@@ -1,5 +1,7 @@
 #include "ToolbarFixture.h"
 
+#include "plugins/PlotixPlugIn/host/PlainToolTip.h"
+
 namespace {
 
 /// The sheet as a window and what it lists.
@@ -19,6 +21,15 @@ TEST_F(ToolbarSheet, ShowsNameColorAndUnit)
     EXPECT_EQ(model.index(1, 0).data(), "Pressure");
     EXPECT_EQ(model.index(1, 1).data(Qt::DecorationRole), QColor(Qt::blue));
     EXPECT_EQ(model.index(1, 2).data(), property("pressure")->unitSymbol());
+}
+
+TEST_F(ToolbarSheet, ToolTipsShowNamesAsTheyAre)
+{
+    host.addProperty("<b>x</b> & y", "m", Qt::red);
+    showSheet();
+    const QString toolTip = toolbar->propertyTable()->model()->index(3, 0).data(Qt::ToolTipRole).toString();
+    EXPECT_EQ(toolTip, plainToolTip("<b>x</b> & y"));
+    EXPECT_FALSE(toolTip.contains("<b>"));
 }
 
 TEST_F(ToolbarSheet, TheDatesHaveTheirLabelsAndTheQuickRangesTheirText)

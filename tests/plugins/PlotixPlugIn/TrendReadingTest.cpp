@@ -3,7 +3,9 @@
 #include "plotkit/model/CPTTickFormatters.h"
 #include "plugins/PlotixPlugIn/InfoTableModel.h"
 #include "plugins/PlotixPlugIn/RangeNotice.h"
+#include "plugins/PlotixPlugIn/host/PlainToolTip.h"
 
+#include <QtWidgets/QLabel>
 #include <QtWidgets/QToolButton>
 
 namespace {
@@ -115,6 +117,15 @@ TEST_F(TrendReading, LinesOutsideThePermittedValuesAreNamed)
     EXPECT_EQ(notice(), "Outside the values shown: Air Temperature");
     trend().setPlotForPropertyName("airTemperature", true);
     EXPECT_EQ(notice(), "");
+}
+
+TEST_F(TrendReading, LinesOutsideAreNamedAsTheyAreInTheToolTipToo)
+{
+    openWith({0, 1}, {0, 1});
+    RangeNotice told(trend().hostView());
+    told.tell({plotix::OutsideLines::Kind::Outside, {"<b>x</b> & y"}});
+    EXPECT_EQ(told.findChild<QLabel*>()->toolTip(), plainToolTip("<b>x</b> & y"));
+    EXPECT_TRUE(told.text().contains("<b>x</b> & y"));
 }
 
 TEST_F(TrendReading, LinesTooSmallToBeSeenAreNamed)

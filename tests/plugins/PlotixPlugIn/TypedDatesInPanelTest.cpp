@@ -1,7 +1,9 @@
+#include "base/WholeDay.h"
 #include "tests/plugins/PlotixPlugIn/DateRangeControllerFixture.h"
 
 #include <QtGui/QClipboard>
 #include <QtWidgets/QApplication>
+#include <QtWidgets/QCalendarWidget>
 #include <QtWidgets/QLineEdit>
 
 // What is typed into a date picker by hand.
@@ -96,9 +98,24 @@ TEST_F(TypedDatesInPanel, EscapeShowsTheDateAgain)
 TEST_F(TypedDatesInPanel, ADayAsTheEndIncludesThatDay)
 {
     type(*controller->toDate(), QStringLiteral("1.2.2003"));
-    EXPECT_EQ(controller->toDate()->dateTime().toString(Qt::ISODate), "2003-02-02T00:00:00");
+    EXPECT_EQ(controller->toDate()->dateTime().toString(Qt::ISODate), "2003-02-01T23:59:59");
+    EXPECT_EQ(controller->toDate()->dateValue()->seconds, plotix::lastMomentOf(QDate(2003, 2, 1))->seconds);
     type(*controller->toDate(), QStringLiteral("1.2.2003 00:00"));
     EXPECT_EQ(controller->toDate()->dateTime().toString(Qt::ISODate), "2003-02-01T00:00:00");
+}
+
+TEST_F(TypedDatesInPanel, ADayChosenInTheCalendarIsTheWholeDay)
+{
+    for (KTVDataClusterDatePicker* picker : {&from(), controller->toDate()}) {
+        picker->setFocus();
+        QTest::keyClick(picker, Qt::Key_F4);
+        ASSERT_TRUE(picker->calendarWidget()->isVisible());
+        picker->calendarWidget()->setSelectedDate(QDate(2003, 2, 1));
+        emit picker->calendarWidget()->clicked(QDate(2003, 2, 1));
+    }
+    EXPECT_EQ(shown(), "2003-02-01T00:00:00");
+    EXPECT_EQ(controller->toDate()->dateTime().toString(Qt::ISODate), "2003-02-01T23:59:59");
+    EXPECT_EQ(controller->toDateValue()->seconds, plotix::lastMomentOf(QDate(2003, 2, 1))->seconds);
 }
 
 TEST_F(TypedDatesInPanel, ADateIsOneStopOfTheTabKey)

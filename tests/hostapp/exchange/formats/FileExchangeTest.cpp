@@ -1,6 +1,8 @@
 #include "hostapp/exchange/formats/FileExchange.h"
 
+#include "hostapp/document/SiteDocument.h"
 #include "hostapp/exchange/formats/FileFormats.h"
+#include "records/store/RecordStore.h"
 
 #include <QtCore/QDir>
 #include <QtCore/QFile>
@@ -85,6 +87,26 @@ TEST_F(ExportFileTest, AFolderThatIsNotThereIsAFailureInTheSystemsWords)
         EXPECT_EQ(failure.problem().reason, OutputProblem::Reason::NotWritten);
         EXPECT_FALSE(failure.problem().systemError.isEmpty());
     }
+}
+
+TEST_F(ExportFileTest, ASpreadsheetOfOursIsReadByUsToTheSameValues)
+{
+    path = folder.filePath(QStringLiteral("out.xlsx"));
+    const std::vector<double> times{1'700'000'000, 1'700'000'060, 1'700'000'120.25};
+    const std::vector<double> values{0.1, -1234567.891, 1e-12};
+    RecordBlock block{SharedArray<double>::fromVector(std::vector(times)), {}};
+    block.columns.push_back({1, SharedArray<double>::fromVector(std::vector(values)), {}});
+    exportFile(path, {{{QStringLiteral("Flow, warm"), QStringLiteral("m³/h")}}, block});
+    const QString site = folder.filePath(QStringLiteral("back.plotix"));
+    importFile(path, site, {});
+    const auto document = SiteDocument::open(site);
+    const auto& property = document->agents().front()->siteProperties().front();
+    EXPECT_EQ(property->name(), "Flow, warm");
+    EXPECT_EQ(property->unit(), "m³/h");
+    const RowId id = property->description().id;
+    const auto back = document->records()->read(document->agents().front()->id(), std::span(&id, 1), {}, {});
+    EXPECT_EQ(std::vector(back->times.span().begin(), back->times.span().end()), times);
+    EXPECT_EQ(std::vector(back->columns[0].values.span().begin(), back->columns[0].values.span().end()), values);
 }
 
 }  // namespace

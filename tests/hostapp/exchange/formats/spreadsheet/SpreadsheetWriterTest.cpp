@@ -10,6 +10,7 @@
 #include <zip.h>
 
 #include <limits>
+#include <numeric>
 
 namespace plotix {
 
@@ -133,6 +134,23 @@ TEST_F(SpreadsheetWriterTest, MoreRecordsThanASheetHasRowsGoOnOnAnother)
     write(times, std::vector<double>(times.size(), 1));
     EXPECT_EQ(cells("xl/worksheets/sheet2.xml"),
               (QStringList{"A1=time (UTC)", "B1=Air (°C)", "A2=25581.136284722223", "B2=1"}));
+}
+
+TEST_F(SpreadsheetWriterTest, TheArchiveHoldsUnderTheStrictestCheck)
+{
+    for (const std::size_t rows : {std::size_t{0}, std::size_t{1}, kMostSheetRows}) {
+        std::vector<double> times(rows);
+        std::iota(times.begin(), times.end(), 0.0);
+        write(times, std::vector<double>(rows, 1));
+        zip_error_t error;
+        zip_error_init(&error);
+        zip_source_t* source = zip_source_buffer_create(m_bytes.constData(), zip_uint64_t(m_bytes.size()), 0, &error);
+        zip_t* archive = zip_open_from_source(source, ZIP_RDONLY | ZIP_CHECKCONS, &error);
+        EXPECT_NE(archive, nullptr) << rows << ": " << zip_error_strerror(&error);
+        if (archive)
+            zip_discard(archive);
+        zip_error_fini(&error);
+    }
 }
 
 TEST_F(SpreadsheetWriterTest, CancellingWritesNothing)

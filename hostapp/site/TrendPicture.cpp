@@ -1,0 +1,28 @@
+#include "hostapp/site/TrendPicture.h"
+
+#include "hostapp/site/PlugInOperations.h"
+#include "hostapp/site/ViewReport.h"
+#include "plugins/PlotixPlugIn/host/PngImage.h"
+
+namespace plotix {
+
+namespace {
+
+QByteArray pngOf(const QImage& image)
+{
+    return image.isNull() ? QByteArray() : pngOfImage(image);
+}
+
+}  // namespace
+
+QByteArray pictureOf(const KTVPlugInPtr& trend, const TrendPicture& picture)
+{
+    const bool isPdf = picture.format == FileKind::Pdf;
+    if (picture.what == TrendPicture::What::Graph)
+        return isPdf ? graphPDF(trend.get(), picture.size, picture.title)
+                     : pngOf(graphImage(trend.get(), picture.size, picture.density, picture.title));
+    const ViewReport report(trend, ReportForm::Page, picture.title);
+    return isPdf ? report.picturePdf(picture.size) : pngOf(report.picture(picture.size, picture.density));
+}
+
+}  // namespace plotix

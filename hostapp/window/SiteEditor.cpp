@@ -1,0 +1,202 @@
+#include "hostapp/window/SiteEditor.h"
+
+#include "base/ReportableError.h"
+#include "hostapp/document/SiteEditing.h"
+#include "hostapp/site/PlugInOperations.h"
+#include "hostapp/window/WorkProgress.h"
+
+#include <QtCore/QDateTime>
+#include <QtCore/QLocale>
+#include <QtWidgets/QInputDialog>
+#include <QtWidgets/QMessageBox>
+
+#include <algorithm>
+
+namespace plotix {
+
+namespace {
+
+QString nameOf(const SiteAgent& agent, const SiteProperty* property)
+{
+    return property ? property->name() : agent.name();
+}
+
+QString worded(double seconds)
+{
+    return QLocale().toString(QDateTime::fromMSecsSinceEpoch(static_cast<qint64>(seconds * 1000)),
+                              QLocale::ShortFormat);
+}
+
+}  // namespace
+
+SiteEditor::SiteEditor(Surroundings around, QObject* parent) : QObject(parent), m_around(std::move(around)) {}
+
+QString SiteEditor::site() const
+{
+    return m_around.site.siteDocument()->path();
+}
+
+EditCommand::Result SiteEditor::apply(const QString& text, const std::function<void(const EditProgress&)>& work)
+{
+    if (m_isEditing)
+        return EditCommand::Result::NotDone;
+    emit beginning();
+    m_isEditing = true;
+    auto result = EditCommand::Result::NotDone;
+    QString failure;
+    try {
+        workWithProgress(text, m_around.windowInFront(), work);
+        result = EditCommand::Result::Done;
+        takeIn();
+    } catch (const EditCancelled&) {
+        emit told(tr("Cancelled; nothing was changed."));
+    } catch (const std::exception& error) {
+        failure = QString::fromUtf8(error.what());
+    }
+    m_isEditing = false;
+    if (!failure.isEmpty())
+        alert(tr("Nothing was changed"), failure);
+    emit ended();
+    return result;
+}
+
+void SiteEditor::takeIn()
+{
+    try {
+        m_around.site.siteDocument()->reload();
+        m_around.site.takeInChanges();
+    } catch (const ReportableError& error) {
+        alert(tr("The site could not be read again"), error.message());
+    }
+}
+
+EditCommand::Result SiteEditor::undo(const QString& text, qint64 step)
+{
+    auto otherwise = EditCommand::Result::NotDone;
+    const QString reason = tr("The site was changed since, by an import or another program.");
+    const EditCommand::Result result = apply(text, [&, site = site()](const EditProgress& progress) {
+        const std::vector<EditStep> steps = editSteps(site);
+        if (steps.empty() || steps.back().id != step) {
+            otherwise = EditCommand::Result::Never;
+            throw ReportableError(reason);
+        }
+        undoLastEdit(site, progress);
+    });
+    return result == EditCommand::Result::Done ? result : otherwise;
+}
+
+void SiteEditor::edit(const QString& text, Work work)
+{
+    const auto step = std::make_shared<qint64>(0);
+    const auto again = [this, text, step, work = std::move(work)] {
+        return apply(text, [&](const EditProgress& progress) { *step = work(progress).step; });
+    };
+    if (again() == EditCommand::Result::Done)
+        m_around.undoStack.push(
+            new EditCommand(text, m_around.undoStack, again, [this, text, step] { return undo(text, *step); }));
+}
+
+void SiteEditor::askAndRename(const std::shared_ptr<SiteAgent>& agent, const std::shared_ptr<SiteProperty>& property)
+{
+    const QString before = nameOf(*agent, property.get());
+    bool wanted = false;
+    const QString name = QInputDialog::getText(m_around.windowInFront(), tr("Rename “%1”").arg(before), tr("Name:"),
+                                               QLineEdit::Normal, before, &wanted);
+    if (wanted && name.trimmed() != before)
+        rename(agent, property, name);
+}
+
+void SiteEditor::rename(const std::shared_ptr<SiteAgent>& agent, const std::shared_ptr<SiteProperty>& property,
+                        const QString& name)
+{
+    const std::optional<qint64> one = property ? std::optional(property->description().id) : std::nullopt;
+    edit(tr("Rename to “%1”").arg(name.trimmed()), [site = site(), id = agent->id(), one, name](const EditProgress&) {
+        return one ? renameProperty(site, *one, name) : renameAgent(site, id, name);
+    });
+}
+
+void SiteEditor::mergeInto(const std::shared_ptr<SiteAgent>& agent, const std::shared_ptr<SiteProperty>& property,
+                           qint64 into)
+{
+    const std::optional<qint64> one = property ? std::optional(property->description().id) : std::nullopt;
+    const auto left = std::make_shared<std::size_t>(0);
+    edit(tr("Merge “%1”").arg(nameOf(*agent, property.get())),
+         [site = site(), id = agent->id(), one, into, left](const EditProgress& progress) {
+             const EditOutcome outcome =
+                 one ? mergeProperties(site, *one, into, progress) : mergeAgents(site, id, into, progress);
+             *left = outcome.conflicts;
+             return outcome;
+         });
+    if (*left > 0)
+        alert(tr("%n value(s) were left out", nullptr, static_cast<int>(*left)),
+              tr("Both had different values at the same time; those of the one that stays were kept. Undo brings all "
+                 "back."),
+              KTVAlert::Style::Informational);
+}
+
+void SiteEditor::remove(const std::shared_ptr<SiteAgent>& agent, const std::shared_ptr<SiteProperty>& property)
+{
+    const std::optional<qint64> one = property ? std::optional(property->description().id) : std::nullopt;
+    edit(tr("Delete “%1”").arg(nameOf(*agent, property.get())),
+         [site = site(), id = agent->id(), one](const EditProgress& progress) {
+             return one ? deleteProperty(site, *one, progress) : deleteAgent(site, id, progress);
+         });
+}
+
+void SiteEditor::askAndRemoveShown(const std::shared_ptr<SiteAgent>& agent,
+                                   const std::shared_ptr<SiteProperty>& property)
+{
+    const auto span = shownRange(m_around.selectedTrend().get());
+    if (!span) {
+        alert(tr("Nothing was changed"), tr("Select a trend and zoom to the values that are wrong first."));
+        return;
+    }
+    const QString question = tr("The values of “%1” from %2 to %3, the span that the trend shows, are taken out. "
+                                "Undo brings them back.")
+                                 .arg(property->name(), worded(span->first), worded(span->second));
+    if (!agreed(tr("Remove Values"), question))
+        return;
+    edit(tr("Remove values of “%1”").arg(property->name()),
+         [site = site(), id = agent->id(), one = property->description().id,
+          span = *span](const EditProgress& progress) {
+             return removeValues(site, id, {one}, span.first, span.second, progress);
+         });
+    sendAction(m_around.selectedTrend().get(), "refresh", this);
+}
+
+void SiteEditor::askAndUndoImport()
+{
+    std::vector<EditStep> steps;
+    try {
+        steps = editSteps(site());
+    } catch (const ReportableError& error) {
+        alert(tr("Nothing was changed"), error.message());
+        return;
+    }
+    const auto import = std::find_if(steps.rbegin(), steps.rend(),
+                                     [](const EditStep& step) { return step.kind == EditStep::Kind::Import; });
+    if (import == steps.rend()) {
+        alert(tr("Nothing was changed"), tr("There is no import that can be undone."));
+        return;
+    }
+    const QString question =
+        tr("The import of “%1” is undone: what it added goes, and what it replaced comes back.").arg(import->subject);
+    if (agreed(tr("Undo Import"), question))
+        apply(tr("Undo the import of “%1”").arg(import->subject),
+              [site = site()](const EditProgress& progress) { undoLastImport(site, progress); });
+}
+
+bool SiteEditor::agreed(const QString& title, const QString& question)
+{
+    QMessageBox box(QMessageBox::Question, title, question, QMessageBox::Ok | QMessageBox::Cancel,
+                    m_around.windowInFront());
+    box.setTextFormat(Qt::PlainText);  // names stand in it
+    return box.exec() == QMessageBox::Ok;
+}
+
+void SiteEditor::alert(const QString& message, const QString& text, KTVAlert::Style style)
+{
+    m_around.userInterface.beginSheet({message, text, style}, m_around.windowInFront(), {});
+}
+
+}  // namespace plotix
