@@ -987,6 +987,10 @@
         <source>The figures are those of all records read: %1</source>
         <translation>Die Zahlen sind die aller gelesenen Messzeilen: %1</translation>
     </message>
+    <message>
+        <source>Outside the values shown: %1</source>
+        <translation>Außerhalb der gezeigten Werte: %1</translation>
+    </message>
 </context>
 <context>
     <name>SharedPictureText</name>
