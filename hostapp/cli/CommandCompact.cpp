@@ -9,6 +9,7 @@
 
 #include <QtCore/QFileInfo>
 
+#include <cctype>
 #include <ostream>
 
 /// Compacting: the same records in less space, or without those that are older than wanted.
@@ -37,13 +38,28 @@ std::string sizeText(qint64 bytes)
     return QString::number(size, 'f', bytes < 1000 ? 0 : 1).toStdString() + unit;
 }
 
-/// Records before this time are dropped; nothing: none are. A site without records has no time to count back from.
+/// Records before this time are dropped; nothing: none are. A site without records has no time to count back from. What
+/// would leave not a single record is taken for a slip: it cannot be undone.
 std::optional<double> dropBefore(const CompactCommand& command)
 {
-    if (!command.keep)
-        return command.before;
+    if (!command.keep && !command.before)
+        return {};
     const auto extent = openSite(command.site)->recordExtent();
-    return extent ? std::optional(extent->second.seconds - *command.keep) : std::nullopt;
+    if (!extent)
+        return {};
+    const double last = extent->second.seconds;
+    if (command.before && *command.before > last)
+        throw ReportableError(QStringLiteral("that would drop every record of %1, of which the last is of %2; nothing "
+                                             "was changed. plotix edit deletes an agent as a whole")
+                                  .arg(command.site, QString::fromStdString(exactTime(last))));
+    return command.before ? command.before : std::optional(last - *command.keep);
+}
+
+/// What is kept is for good: 90 might be meant as days, and would be seconds.
+std::string checkUnitOfTime(const std::string& text)
+{
+    const bool hasUnit = !text.empty() && std::isalpha(static_cast<unsigned char>(text.back())) != 0;
+    return hasUnit ? std::string() : "needs a unit, such as " + text + "d for days or " + text + "h for hours";
 }
 
 void describe(std::ostream& out, const CompactionResult& result, const std::optional<double>& before)
@@ -84,7 +100,8 @@ Command addCompact(CLI::App& program)
         ->type_name("DATE");
     addDuration(compact, "--keep", command->keep,
                 "Drop all but the last so much, such as 30d or 12h, counted back from the site's last record")
-        ->excludes("--before");
+        ->excludes("--before")
+        ->check(checkUnitOfTime);
     compact->footer("Without --before or --keep no record is lost. Ctrl-C ends it and loses nothing.\n"
                     "Examples:\n  plotix compact nyc.plotix\n  plotix compact computer.plotix --keep 90d");
     return {compact, Command::Makes::Text, [command](CommandContext context) { return runCommand(*command, context); }};

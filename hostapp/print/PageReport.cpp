@@ -162,7 +162,7 @@ QByteArray PageReport::pdf(const QSizeF& sheet) const
 
 bool PageReport::hasNote() const
 {
-    return !recordsText(m_contents, m_locale).isEmpty();
+    return !noteText(m_contents, m_locale).isEmpty();
 }
 
 PageLayoutPlan PageReport::pictured(const QSizeF& size) const
@@ -227,7 +227,7 @@ void PageReport::drawHeadings(QPainter& painter, const PageLayoutPlan& plan) con
     }
     drawText(painter, span, spanText(m_contents.from, m_contents.to, m_locale), font, kGrey);
     if (!plan.note.isEmpty())
-        drawText(painter, plan.note, recordsText(m_contents, m_locale), fontOf(kFooterSize), kGrey);
+        drawText(painter, plan.note, noteText(m_contents, m_locale), fontOf(kFooterSize), kGrey);
 }
 
 void PageReport::drawTable(QPainter& painter, const PageLayoutPlan& plan, const PageLayoutPlan::Page& page) const

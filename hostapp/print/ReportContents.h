@@ -26,6 +26,7 @@ struct ReportContents {
     double from = 0, to = 0;                        ///< the span that the graph draws
     std::optional<double> firstRecord, lastRecord;  ///< of the records that the rows are about; absent: not known
     std::vector<Row> rows;                          ///< of the lines that the graph shows
+    QStringList outside;                            ///< names of those whose values the graph cuts off
 
     /// Draws the graph into a rectangle in points, dark on white.
     std::function<void(QPainter& painter, const QRectF& rect)> drawGraph;

@@ -92,6 +92,15 @@ QString recordsText(const ReportContents& contents, const QLocale& locale)
         .arg(spanText(*contents.firstRecord, *contents.lastRecord, locale));
 }
 
+QString noteText(const ReportContents& contents, const QLocale& locale)
+{
+    QStringList parts{recordsText(contents, locale)};
+    if (!contents.outside.isEmpty())
+        parts.prepend(ReportText::tr("Outside the values shown: %1").arg(contents.outside.join(QStringLiteral(", "))));
+    parts.removeAll(QString());
+    return parts.join(QStringLiteral(" · "));
+}
+
 QString sharedUnit(const ReportContents& contents)
 {
     const auto differs = [&](const ReportContents::Row& row) { return row.unit != contents.rows.front().unit; };

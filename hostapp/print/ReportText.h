@@ -19,6 +19,10 @@ QString placeText(const ReportContents& contents);
 /// hundredth of the span are the same to a reader.
 QString recordsText(const ReportContents& contents, const QLocale& locale);
 
+/// What a reader must know beside graph and figures: the lines that the graph cuts off, and what recordsText says;
+/// empty when there is nothing.
+QString noteText(const ReportContents& contents, const QLocale& locale);
+
 /// The unit of all rows; empty when they have several.
 QString sharedUnit(const ReportContents& contents);
 

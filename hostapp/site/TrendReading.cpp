@@ -7,21 +7,24 @@ namespace plotix {
 namespace {
 
 /// Names of a trend's options. Stored with it: never change.
-QVariantMap recommendedReading()
+QVariantMap recommendedReading(Reader reader)
 {
-    return {{QStringLiteral("readableLabels"), true}, {QStringLiteral("forgetsRefusedRange"), true},
-            {QStringLiteral("tellsOutside"), true},   {QStringLiteral("brokenLines"), true},
-            {QStringLiteral("propertyColors"), true}, {QStringLiteral("lineCommands"), true}};
+    QVariantMap options{{QStringLiteral("readableLabels"), true}, {QStringLiteral("forgetsRefusedRange"), true},
+                        {QStringLiteral("tellsOutside"), true},   {QStringLiteral("brokenLines"), true},
+                        {QStringLiteral("propertyColors"), true}, {QStringLiteral("lineCommands"), true}};
+    if (reader == Reader::OfAPicture)
+        options.insert(QStringLiteral("unlimitedValues"), true);
+    return options;
 }
 
 }  // namespace
 
-void chooseReading(KTVPlugIn* plugIn)
+void chooseReading(KTVPlugIn* plugIn, Reader reader)
 {
     const std::optional<QVariantMap> chosen = reading(plugIn);
     if (!chosen)
         return;
-    QVariantMap options = recommendedReading();
+    QVariantMap options = recommendedReading(reader);
     options.insert(*chosen);
     if (options != *chosen)
         setReading(plugIn, options);

@@ -5,8 +5,13 @@
 /// What our host turns on to make trends easier to read. Free functions; main thread only.
 namespace plotix {
 
+enum class Reader {
+    AtAWindow,  ///< is told which lines leave the permitted values, and chooses
+    OfAPicture  ///< can choose nothing: all values are drawn
+};
+
 /// Turns on every option of reading that we recommend, but for those that were chosen for this trend already. A plug-in
 /// without such options, or null: nothing. Calling it again changes nothing.
-void chooseReading(KTVPlugIn* plugIn);
+void chooseReading(KTVPlugIn* plugIn, Reader reader = Reader::AtAWindow);
 
 }  // namespace plotix

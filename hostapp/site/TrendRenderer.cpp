@@ -4,6 +4,7 @@
 #include "hostapp/site/MakeTrend.h"
 #include "hostapp/site/ModuleNames.h"
 #include "hostapp/site/PlugInOperations.h"
+#include "hostapp/site/TrendReading.h"
 #include "hostapp/site/WaitForRecords.h"
 #include "plugins/PlotixPlugIn/host/PngImage.h"
 #include "records/store/RecordStore.h"
@@ -70,6 +71,7 @@ QByteArray TrendRenderer::render(const RenderRequest& request) const
 QByteArray TrendRenderer::renderView(const RenderRequest& request) const
 {
     const KTVPlugInPtr plugIn = requireTrend(*m_module, request.trend);
+    chooseReading(plugIn.get(), Reader::OfAPicture);
     setReading(plugIn.get(), request.reading);
     loadViewAtSize(*plugIn, request.size);
     requireRecords(*request.trend.agent);

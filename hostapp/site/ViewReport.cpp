@@ -73,6 +73,7 @@ ReportContents ViewReport::contents() const
     contents.to = given.value(QStringLiteral("to")).toDouble();
     contents.firstRecord = timeFrom(given, "firstRecord");
     contents.lastRecord = timeFrom(given, "lastRecord");
+    contents.outside = given.value(QStringLiteral("outside")).toStringList();
     for (const QVariant& row : given.value(QStringLiteral("rows")).toList())
         contents.rows.push_back(rowFrom(row.toMap()));
     contents.drawGraph = [view = m_view](QPainter& painter, const QRectF& rect) {

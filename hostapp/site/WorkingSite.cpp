@@ -5,7 +5,6 @@
 #include "hostapp/site/MakeTrend.h"
 #include "hostapp/site/ModuleNames.h"
 #include "hostapp/site/TrendColors.h"
-#include "hostapp/site/TrendReading.h"
 #include "hostapp/site/WaitForRecords.h"
 #include "hostapp/site/WindowMemory.h"
 #include "plugins/PlotixPlugIn/host/KTVPlugInViews.h"
@@ -123,7 +122,7 @@ int WorkingSite::loadPlugIns()
     std::vector<KTVPlugInPtr> plugIns = m_store.load(this);
     sortByIdentifier(plugIns, readWindowState(*m_document).order);
     for (const KTVPlugInPtr& plugIn : plugIns) {
-        chooseReading(plugIn.get());
+        chooseReading(plugIn.get(), reader());
         if (isToolbarPlugIn(*plugIn))
             m_toolbarPlugIns.push_back(plugIn);
         else

@@ -7,6 +7,7 @@
 #include "hostapp/site/SourceListModel.h"
 #include "hostapp/site/SpanReader.h"
 #include "hostapp/site/TrendFollower.h"
+#include "hostapp/site/TrendReading.h"
 #include "plugins/PlotixPlugIn/host/KTVSiteWindowController.h"
 
 #include <QtCore/QObject>
@@ -124,6 +125,7 @@ private:
     void tell(const KTVPlugIn& plugIn, const PlugInStore::Stored& stored);
     void removeFromDocument();
     bool isStored() const;
+    Reader reader() const { return m_use == Use::OnScreen ? Reader::AtAWindow : Reader::OfAPicture; }
     void makeMissingToolbarPlugIns();
     bool hasToolbarPlugInOf(const KTVAgentPtr& agent) const;
 

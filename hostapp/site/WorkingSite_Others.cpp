@@ -12,7 +12,6 @@
 #include "hostapp/core/Defaults.h"
 #include "hostapp/document/ArchivedReferences.h"
 #include "hostapp/site/ModuleNames.h"
-#include "hostapp/site/TrendReading.h"
 #include "plugins/PlotixPlugIn/host/KTVPlugInViews.h"
 
 namespace plotix {
@@ -68,7 +67,7 @@ QStringList WorkingSite::takeIn(const PlugInStore::Changes& changes)
             showInPlaceOf(old, fresh);
         }
     for (const KTVPlugInPtr& came : changes.came) {
-        chooseReading(came.get());
+        chooseReading(came.get(), reader());
         if (isToolbarPlugIn(*came)) {
             m_toolbarPlugIns.push_back(came);
             emit toolbarPlugInsChanged();
@@ -89,7 +88,7 @@ void WorkingSite::showInPlaceOf(const KTVPlugInPtr& old, const KTVPlugInPtr& fre
 {
     const std::optional<FollowSpan> followed = m_follower.followedSpan(old.get());
     m_leaving = old.get();
-    chooseReading(fresh.get());
+    chooseReading(fresh.get(), reader());
     m_sourceList.insert(m_sourceList.rowOf(old.get()) + 1, fresh);
     lookAfter(fresh);
     letGo(old);

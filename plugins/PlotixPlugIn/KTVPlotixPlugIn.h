@@ -299,6 +299,7 @@ private:
     void styleAxesPlainly();
     void updateRangeNotice();
     std::vector<plotix::LineReach> linesShown() const;
+    plotix::OutsideLines linesOutside() const;  ///< requires a graph
     void buildGraph();
     void addPlot(const QString& key, const QColor& lineColor, const CPTSeriesControllerPtr& binder);
     void releaseGraph();

@@ -36,6 +36,8 @@ QVariantMap KTVPlotixPlugIn::reportContents() const
     const CPTPlotRange& drawn = m_graph->plotSpace().xRange();
     QVariantMap contents{
         {QStringLiteral("rows"), rows}, {QStringLiteral("from"), drawn.location}, {QStringLiteral("to"), drawn.end()}};
+    if (const plotix::OutsideLines told = linesOutside(); told.kind == plotix::OutsideLines::Kind::Outside)
+        contents.insert(QStringLiteral("outside"), told.names);
     const std::optional<plotix::SharedArray<double>> time = m_plotData ? m_plotData->time() : std::nullopt;
     if (time && time->size() > 0) {
         contents.insert(QStringLiteral("firstRecord"), (*time)[0]);

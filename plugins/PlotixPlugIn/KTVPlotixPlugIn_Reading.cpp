@@ -101,13 +101,17 @@ std::vector<plotix::LineReach> KTVPlotixPlugIn::linesShown() const
     return lines;
 }
 
+plotix::OutsideLines KTVPlotixPlugIn::linesOutside() const
+{
+    return m_reading.hasUnlimitedValues() ? plotix::OutsideLines()
+                                          : plotix::outsideLines(linesShown(), m_graph->defaultPlotSpace()->yRange());
+}
+
 void KTVPlotixPlugIn::updateRangeNotice()
 {
     if (!m_graph || !m_hostView)
         return;
-    plotix::OutsideLines told;
-    if (m_reading.doesTellOutside() && !m_reading.hasUnlimitedValues())
-        told = plotix::outsideLines(linesShown(), m_graph->defaultPlotSpace()->yRange());
+    const plotix::OutsideLines told = m_reading.doesTellOutside() ? linesOutside() : plotix::OutsideLines();
     if (!m_rangeNotice && told.kind == plotix::OutsideLines::Kind::None)
         return;
     if (!m_rangeNotice) {

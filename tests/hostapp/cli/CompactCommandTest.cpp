@@ -36,6 +36,20 @@ TEST_F(CompactCommandTest, KeepsASpanThatEndsWithTheLastRecord)
         << m_output.toStdString();
 }
 
+TEST_F(CompactCommandTest, ASpanToKeepNeedsAUnit)
+{
+    importWeather();
+    expectFailure({"compact", site(), "--keep", "90"}, 2, QStringLiteral("needs a unit, such as 90d for days"));
+}
+
+TEST_F(CompactCommandTest, NotEveryRecordIsDropped)
+{
+    importWeather();
+    expectFailure({"compact", site(), "--before", "2030-01-01"}, 1, QStringLiteral("would drop every record"));
+    ASSERT_EQ(run({"verify", site()}), 0) << m_error.toStdString();
+    EXPECT_TRUE(m_output.startsWith("No damage found. 3 records")) << m_output.toStdString();
+}
+
 TEST_F(CompactCommandTest, AnInterruptLeavesTheRecordsThere)
 {
     importWeather();

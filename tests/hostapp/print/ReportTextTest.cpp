@@ -54,6 +54,18 @@ TEST(ReportText, RecordsAreToldOnlyWhereTheyReachBeyondTheGraph)
     EXPECT_TRUE(recordsText(contents, kBritish).contains(QStringLiteral("Sunday, 3 March 2024")));
 }
 
+TEST(ReportText, LinesThatTheGraphCutsOffAreTold)
+{
+    ReportContents contents;
+    contents.to = kDay;
+    EXPECT_EQ(noteText(contents, kBritish), "");
+    contents.outside = QStringList{"Power", "Volume"};
+    EXPECT_EQ(noteText(contents, kBritish), "Outside the values shown: Power, Volume");
+    contents.firstRecord = -kDay;
+    contents.lastRecord = kDay;
+    EXPECT_TRUE(noteText(contents, kBritish).contains(QStringLiteral("Volume · The figures")));
+}
+
 TEST(ReportText, FiguresHaveThreeDigitsOfTheirRangeAndEquallyManyDecimals)
 {
     const FiguresText figures = figuresText(row(17.04, 24, 20.512), kBritish);

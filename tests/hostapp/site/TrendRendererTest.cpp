@@ -48,6 +48,16 @@ TEST_F(TrendRendererTest, AChoiceOfReadingIsDrawn)
     EXPECT_NE(render(kStart, kStart + 201'000), render(kStart, kStart + 201'000, joined));
 }
 
+TEST_F(TrendRendererTest, ValuesBeyondTheUsualLimitAreDrawnInAPicture)
+{
+    site.store(*station, {kStart, kStart + 60, kStart + 120}, {0, 9000, 0});
+    RenderRequest cut, all;
+    cut.reading = {{QStringLiteral("unlimitedValues"), false}};
+    all.reading = {{QStringLiteral("unlimitedValues"), true}};
+    EXPECT_EQ(render(kStart, kStart + 120), render(kStart, kStart + 120, all));
+    EXPECT_NE(render(kStart, kStart + 120), render(kStart, kStart + 120, cut));
+}
+
 }  // namespace
 
 }  // namespace plotix

@@ -27,7 +27,12 @@ public:
     /// One value of the agent's first property at each time.
     void store(const plotix::SiteAgent& agent, std::vector<double> times)
     {
-        std::vector<double> values(times.size(), 20.5);
+        const std::size_t count = times.size();
+        store(agent, std::move(times), std::vector<double>(count, 20.5));
+    }
+
+    void store(const plotix::SiteAgent& agent, std::vector<double> times, std::vector<double> values)
+    {
         plotix::RecordBlock block;
         block.times = plotix::SharedArray<double>::fromVector(std::move(times));
         block.columns.push_back({agent.siteProperties().front()->description().id,
