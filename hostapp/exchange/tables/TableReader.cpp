@@ -1,6 +1,7 @@
 #include "hostapp/exchange/tables/TableReader.h"
 
 #include "hostapp/exchange/ImportTable.h"
+#include "hostapp/exchange/tables/NumberTimes.h"
 
 #include <algorithm>
 
@@ -9,18 +10,6 @@ namespace plotix {
 namespace {
 
 using What = ImportFinding::What;
-
-const char* numberForm(TimeLayout layout)
-{
-    switch (layout) {
-    case TimeLayout::EpochMilliseconds: return "ms";
-    case TimeLayout::EpochMicroseconds: return "us";
-    case TimeLayout::EpochNanoseconds: return "ns";
-    case TimeLayout::CompactDigits: return "digits";
-    case TimeLayout::SpreadsheetDays: return "days";
-    default: return nullptr;
-    }
-}
 
 }  // namespace
 
@@ -253,6 +242,8 @@ void TableReader::startRows()
         for (const QuantityKinds::Quantity& quantity : m_kinds.quantities())
             m_quantities->columnOf(quantity.key());
     m_times = std::make_unique<TimeColumnReader>(m_time.layout, LocalTime(m_plan->timeZone));
+    if (m_time.areBounded)
+        m_times->limitNumbers(kEarliestNumber, latestNumber());
     rewindRows();
     for (std::size_t row = 0; row < m_shape.firstRow; ++row)
         nextRow(m_record);

@@ -89,6 +89,7 @@ private:
     bool allHold(const std::vector<ImportPlan::Condition>& conditions, const TextRecord& record) const;
     bool conditionsHold(const TextRecord& record) const { return allHold(m_plan->conditions, record); }
     void passOverLine(const TextRecord& record, ImportTable& table);
+    void passOverSkippedTime(const TextRecord& record, ImportTable& table);
     bool isTooLong(const TextRecord& record) const;
     void addCells(const TextRecord& record, ImportTable& table, double time);
     void addNamedCell(const TextRecord& record, double time);
