@@ -10,6 +10,7 @@
 #include "hostapp/exchange/formats/FileExchange.h"
 #include "hostapp/site/NewTrend.h"
 
+#include <QtCore/QDir>
 #include <QtCore/QFileInfo>
 
 #include <ostream>
@@ -95,7 +96,7 @@ void writeJson(std::ostream& out, const ImportSummary& summary)
 
 ImportSummary importWithProgress(const ImportCommand& command, CommandContext context)
 {
-    const QString name = QFileInfo(command.file).fileName();
+    const QString name = QFileInfo(QDir::cleanPath(command.file)).fileName();  // of a folder too, behind its last /
     const CommandProgress progress =
         makeCommandProgress(context.services, context.streams, QStringLiteral("Importing %1").arg(name));
     try {
@@ -141,7 +142,9 @@ Command addImport(CLI::App& program)
     addText(import, "--time", options.timeColumn, "The column that holds the time, or Date+Time for two of them")
         ->type_name("COLUMN");
     addText(import, "--time-zone", options.timeZone,
-            "Of times without a zone, such as Europe/Berlin; what the file states, else yours, unless given")
+            "Of times without a zone, such as Europe/Berlin, or a clock never changed, such as +01:00 or CET; what the "
+            "file states, else "
+            "yours, unless given")
         ->type_name("ZONE");
     addChoice<DateOrder>(import, "--date-order", options.dateOrder,
                          {{"dmy", DateOrder::DayFirst}, {"mdy", DateOrder::MonthFirst}, {"ymd", DateOrder::YearFirst}},

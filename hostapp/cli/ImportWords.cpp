@@ -41,6 +41,9 @@ const char* sentence(What what)
     case What::CannotBeOpened: return "cannot be read: %1";
     case What::ReadingFailed: return "reading failed: %1";
     case What::NotAFile: return "this is no file; give one with rows of measurements";
+    case What::Folder: return "this is a folder; give a file in it";
+    case What::NotATable:
+        return "this is %1, no table with a row in each line; export the measurements as CSV or .xlsx";
     case What::NotText: return "this is neither text nor a spreadsheet that can be read; export it as CSV or .xlsx";
     case What::PackedFiles: return "this is an archive of files; unpack it and import the files in it";
     case What::OldSpreadsheet:
@@ -57,6 +60,7 @@ const char* sentence(What what)
     case What::HeaderDoesNotMatch: return "the row has %4 columns where the header names %5";
     case What::NoTimeColumn: return "no column looks like times; name one with --time (columns: %3)";
     case What::NoTimesInColumn: return "column “%2” holds no times; name another with --time (columns: %3)";
+    case What::NumbersAreNoTimes: return "";  // see textOfWrongNumbers
     case What::NoNumbers: return "no column holds numbers besides the time in “%2” (columns: %3)";
     case What::NoRowRead: return "no row could be read: %8";
     case What::NoRowWanted: return "no row has the texts asked for with --where";
@@ -71,6 +75,9 @@ const char* sentence(What what)
                "before "
                "the decimals with --decimal comma or --decimal point";
     case What::ManyRowsAtOneTime: return "";  // see textOfRowsAtOneTime
+    case What::TimesNotInZone:
+        return "%8; the recorder probably keeps standard time: say --time-zone %1, or pass over such rows with "
+               "--skip-bad-rows";
     case What::TooManyBadRows:
         return "%4 of %5 rows cannot be read, the first: %8; if that is how it is, pass over them with --skip-bad-rows";
     case What::AnotherHeader: return "another table with other columns begins here; import each from a file of its own";
@@ -93,6 +100,7 @@ const char* sentence(What what)
     case What::RowUnlikeOthers: return "the row has %4 columns where the rows before have %5: “%1”";
     case What::NoTime: return "“%1” is no time";
     case What::NoNumber: return "“%1” is no number";
+    case What::NotInZone: return "“%1” does not exist in %3, where clocks were put forward";
     case What::ColumnsHaveNoNames: return "The file has no header; its columns are called Column 1 to Column %4.";
     case What::RowNumbersHaveNoName: return "The first column has no name; it counts the rows and is left out.";
     case What::HeaderLacksRowNumbers:
@@ -139,14 +147,27 @@ QString textOfRowsAtOneTime(const ImportFinding& finding)
 }
 
 /// What the numbers in the time's column count.
+QString textOfForm(const ImportFinding& finding)
+{
+    return finding.text == QLatin1String("s")        ? QStringLiteral("seconds since 1970")
+           : finding.text == QLatin1String("ms")     ? QStringLiteral("milliseconds since 1970")
+           : finding.text == QLatin1String("us")     ? QStringLiteral("microseconds since 1970")
+           : finding.text == QLatin1String("ns")     ? QStringLiteral("nanoseconds since 1970")
+           : finding.text == QLatin1String("digits") ? QStringLiteral("dates in digits, yyyymmddhhmm")
+                                                     : QStringLiteral("days of a spreadsheet");
+}
+
 QString textOfNumberTimes(const ImportFinding& finding)
 {
-    const QString form = finding.text == QLatin1String("ms")       ? QStringLiteral("milliseconds since 1970")
-                         : finding.text == QLatin1String("us")     ? QStringLiteral("microseconds since 1970")
-                         : finding.text == QLatin1String("ns")     ? QStringLiteral("nanoseconds since 1970")
-                         : finding.text == QLatin1String("digits") ? QStringLiteral("dates in digits, yyyymmddhhmm")
-                                                                   : QStringLiteral("days of a spreadsheet");
-    return QStringLiteral("The numbers in “%1” are read as %2.").arg(finding.column, form);
+    return QStringLiteral("The numbers in “%1” are read as %2.").arg(finding.column, textOfForm(finding));
+}
+
+QString textOfWrongNumbers(const ImportFinding& finding)
+{
+    return QStringLiteral("the numbers in “%1” are no %2: they would lie before 1990 or more than ten years ahead; if "
+                          "they count from the start of a run, there is no start in the file: add a column with dates "
+                          "and times, and name it with --time")
+        .arg(finding.column, textOfForm(finding));
 }
 
 /// The sentence with `arguments` at %1 … %9, whichever of them it has.
@@ -218,6 +239,8 @@ QString printedText(const ImportFinding& finding)
         return textOfRowsAtOneTime(finding);
     if (finding.what == What::TimesAreNumbers)
         return textOfNumberTimes(finding);
+    if (finding.what == What::NumbersAreNoTimes)
+        return textOfWrongNumbers(finding);
     const QString unit = finding.archivedUnit.isEmpty() ? QStringLiteral("no unit") : finding.archivedUnit;
     const QString cause = finding.causes.empty() ? QString() : printedText(finding.causes.front());
     const QString text = finding.what == What::WouldReplace ? replacedText(finding) : finding.text;

@@ -162,17 +162,19 @@ std::optional<DateAndTime> splitClock(std::string_view text)
     return readTimeOfDay(cursor, result) && readZone(cursor, result) ? std::optional(result) : std::nullopt;
 }
 
-std::optional<DateAndTime> splitClockDigits(std::string_view text)
+std::optional<DateAndTime> splitClockDigits(std::string_view text, ClockDigits digits)
 {
-    DateAndTime result;
-    const bool isDigits = !text.empty() && text.size() <= 6 &&
+    const std::size_t longest = digits == ClockDigits::Hours ? 2 : digits == ClockDigits::HoursMinutes ? 4 : 6;
+    const bool isDigits = !text.empty() && text.size() <= longest &&
                           std::all_of(text.begin(), text.end(), [](char c) { return c >= '0' && c <= '9'; });
     if (!isDigits)
         return {};
     const int value = numberOf(text);
-    const bool isSet = text.size() <= 2   ? setTimeOfDay(result, value, 0, 0)
-                       : text.size() <= 4 ? setTimeOfDay(result, value / 100, value % 100, 0)
-                                          : setTimeOfDay(result, value / 10'000, value / 100 % 100, value % 100);
+    DateAndTime result;
+    const bool isSet = digits == ClockDigits::Hours ? setTimeOfDay(result, value, 0, 0)
+                       : digits == ClockDigits::HoursMinutes
+                           ? setTimeOfDay(result, value / 100, value % 100, 0)
+                           : setTimeOfDay(result, value / 10'000, value / 100 % 100, value % 100);
     return isSet ? std::optional(result) : std::nullopt;
 }
 

@@ -28,7 +28,8 @@ ImportOption optionOf(const ImportFinding& finding)
     case What::UnknownUnit:
     case What::IncompatibleUnits: return ImportOption::Unit;
     case What::NoTimeColumn:
-    case What::NoTimesInColumn: return ImportOption::TimeColumn;
+    case What::NoTimesInColumn:
+    case What::NumbersAreNoTimes: return ImportOption::TimeColumn;
     case What::NoRowWanted: return ImportOption::Where;
     case What::DateOrderUnknown:
     case What::DateOrderContradicts: return ImportOption::DateOrder;
@@ -37,6 +38,7 @@ ImportOption optionOf(const ImportFinding& finding)
     case What::TooManyBadRows:
     case What::NoRowRead: return ImportOption::BadRows;
     case What::NoNameColumn: return ImportOption::Arrangement;
+    case What::TimesNotInZone:
     case What::UnknownTimeZone:
     case What::UnusableTimeZone: return ImportOption::TimeZone;
     case What::UnusableDelimiter: return ImportOption::Delimiter;

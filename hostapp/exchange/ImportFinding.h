@@ -34,9 +34,11 @@ enum class ImportOption {
 struct ImportFinding {
     enum class What {
         // The file cannot be read.
-        CannotBeOpened,     ///< text: the system's words
-        ReadingFailed,      ///< text: the system's words
-        NotAFile,           ///< a folder or a device
+        CannotBeOpened,  ///< text: the system's words
+        ReadingFailed,   ///< text: the system's words
+        NotAFile,        ///< a device
+        Folder,
+        NotATable,          ///< text: what it is, such as "JSON"
         NotText,            ///< neither text nor a spreadsheet that can be read
         PackedFiles,        ///< an archive of files, of which each may be one of measurements
         OldSpreadsheet,     ///< a spreadsheet in its program's former, binary form
@@ -52,6 +54,7 @@ struct ImportFinding {
         HeaderDoesNotMatch,  ///< line, found, expected
         NoTimeColumn,        ///< columns
         NoTimesInColumn,     ///< column, columns
+        NumbersAreNoTimes,   ///< column, text: "s", "ms", "us" or "ns", which they do not count from 1970
         NoNumbers,           ///< column: the time, columns
         NoRowRead,           ///< causes: the first bad row
         NoRowWanted,         ///< none has the texts asked for
@@ -60,6 +63,7 @@ struct ImportFinding {
         DecimalMarkUnknown,  ///< text: a number that may be meant either way; line, column
         ManyRowsAtOneTime,   ///< found: rows in all, expected: of them at the time of another one with other values,
                              ///< columns: those that may tell such rows apart, text: one in the first of them
+        TimesNotInZone,      ///< text: the offset of the clocks that may be meant, causes: the first NotInZone
         TooManyBadRows,      ///< found: bad rows, expected: rows in all, causes: the first
         AnotherHeader,       ///< line: a header with other names begins another table
         NoNameColumn,        ///< no column names the quantity of each row
@@ -78,6 +82,7 @@ struct ImportFinding {
         RowUnlikeOthers,  ///< the same, where the file has no header
         NoTime,           ///< line, column, text
         NoNumber,         ///< line, column, text
+        NotInZone,        ///< line, column, text: a time that no clock showed, columns: in this zone
 
         // Nothing is wrong; this was decided.
         ColumnsHaveNoNames,     ///< found: columns

@@ -3,6 +3,8 @@
 #include "hostapp/exchange/ImportFinding.h"
 #include "hostapp/exchange/UnpackedBytes.h"
 
+#include <QtCore/QFileInfo>
+
 #include <algorithm>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -38,6 +40,8 @@ bool hasZeros(const QByteArray& beginning, qsizetype first)
 
 InputFile::InputFile(const QString& path) : m_path(path), m_file(path)
 {
+    if (QFileInfo(path).isDir())
+        throw ImportFailure({.what = What::Folder});
     if (!m_file.open(QIODevice::ReadOnly))
         throw ImportFailure({.what = What::CannotBeOpened, .text = m_file.errorString()});
     if (!isFile(m_file.handle()))

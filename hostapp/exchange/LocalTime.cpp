@@ -1,6 +1,7 @@
 #include "hostapp/exchange/LocalTime.h"
 
 #include "hostapp/exchange/ImportFinding.h"
+#include "hostapp/exchange/TimeWords.h"
 
 #include <QtCore/QRegularExpression>
 #include <QtCore/QTimeZone>
@@ -8,6 +9,8 @@
 #include <unicode/basictz.h>
 #include <unicode/tzrule.h>
 #include <unicode/tztrans.h>
+
+#include <cstdlib>
 
 namespace plotix {
 
@@ -20,11 +23,23 @@ icu::UnicodeString toUnicode(const QString& text)
     return {reinterpret_cast<const UChar*>(text.utf16()), static_cast<int32_t>(text.size())};
 }
 
-/// "+02:00", "-5" and "UTC+2" as the library writes fixed offsets.
+/// Seconds east of UTC as "+01:00".
+QString offsetText(std::int64_t seconds)
+{
+    const std::int64_t minutes = std::abs(seconds) / 60;
+    return QStringLiteral("%1%2:%3")
+        .arg(seconds < 0 ? QLatin1Char('-') : QLatin1Char('+'))
+        .arg(minutes / 60, 2, 10, QLatin1Char('0'))
+        .arg(minutes % 60, 2, 10, QLatin1Char('0'));
+}
+
+/// "+02:00", "-5", "UTC+2" and "CET" as the library writes fixed offsets.
 QString zoneIdentifier(const QString& zone)
 {
-    if (zone.isEmpty())
-        return QString::fromUtf8(QTimeZone::systemTimeZoneId());
+    const std::string word = zone.toStdString();
+    const std::optional<LeadingWord> shortName = zoneAt(word);
+    if (shortName && shortName->length == word.size())
+        return QStringLiteral("GMT") + offsetText(shortName->value);
     static const QRegularExpression offset(QStringLiteral("^(?:UTC|GMT)?([+-]\\d{1,2}(?::?\\d{2})?)$"),
                                            QRegularExpression::CaseInsensitiveOption);
     const QRegularExpressionMatch match = offset.match(zone);
@@ -52,7 +67,9 @@ struct LocalTime::Zone {
 
 LocalTime::LocalTime(const QString& zone) : m_zone(std::make_unique<Zone>())
 {
-    const QString identifier = zoneIdentifier(zone.trimmed());
+    m_name = zone.trimmed().isEmpty() ? QString::fromUtf8(QTimeZone::systemTimeZoneId()) : zone.trimmed();
+    // The user's own zone is the system's, whatever it is called.
+    const QString identifier = zone.trimmed().isEmpty() ? m_name : zoneIdentifier(m_name);
     std::unique_ptr<icu::TimeZone> made(icu::TimeZone::createTimeZone(toUnicode(identifier)));
     icu::UnicodeString name;
     if (made->getID(name) == icu::UnicodeString("Etc/Unknown"))
@@ -64,12 +81,18 @@ LocalTime::LocalTime(const QString& zone) : m_zone(std::make_unique<Zone>())
     m_zone->zone.reset(basic);
 }
 
+QString LocalTime::offsetBeforeSkip() const
+{
+    return offsetText(m_beforeSkip);
+}
+
 LocalTime::~LocalTime() = default;
 LocalTime::LocalTime(LocalTime&&) noexcept = default;
 LocalTime& LocalTime::operator=(LocalTime&&) noexcept = default;
 
 std::int64_t LocalTime::utcFromLocal(std::int64_t local, std::optional<double> previous)
 {
+    m_wasSkipped = false;
     if (local >= m_begin && local < m_end)
         return local - m_offset;
     const std::int64_t former = m_zone->offsetFor(local, UCAL_TZ_LOCAL_FORMER);
@@ -81,8 +104,11 @@ std::int64_t LocalTime::utcFromLocal(std::int64_t local, std::optional<double> p
             previous && static_cast<double>(firstPass) <= *previous && static_cast<double>(secondPass) > *previous;
         return isSecond ? secondPass : firstPass;
     }
-    if (former < latter)  // skipped
+    if (former < latter) {
+        m_wasSkipped = true;
+        m_beforeSkip = former;
         return local - former;
+    }
 
     m_offset = former;
     const double utc = static_cast<double>(local - former) * 1000;

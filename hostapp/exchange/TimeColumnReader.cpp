@@ -88,6 +88,12 @@ bool isPlainZone(std::string_view text)
 
 TimeColumnReader::TimeColumnReader(TimeLayout layout, LocalTime local) : m_layout(layout), m_local(std::move(local)) {}
 
+void TimeColumnReader::limitNumbers(double earliest, double latest)
+{
+    m_earliest = earliest;
+    m_latest = latest;
+}
+
 std::optional<double> TimeColumnReader::read(std::string_view text)
 {
     if (isEpoch(m_layout))
@@ -135,7 +141,12 @@ std::optional<double> TimeColumnReader::readDays(std::string_view text)
 std::int64_t TimeColumnReader::utcOf(const Day& day, int secondOfDay)
 {
     const std::int64_t wall = day.midnight + secondOfDay;
-    return day.offset ? wall - *day.offset : m_local.utcFromLocal(wall, m_previous);
+    m_isSkipped = false;
+    if (day.offset)
+        return wall - *day.offset;
+    const std::int64_t utc = m_local.utcFromLocal(wall, m_previous);
+    m_isSkipped = m_local.wasSkipped();
+    return utc;
 }
 
 const char* TimeColumnReader::takePlain(const char* cursor, char delimiter, double& seconds)
@@ -150,9 +161,10 @@ const char* TimeColumnReader::takePlainEpoch(const char* cursor, double& seconds
     bool hasPoint = false;
     double number = 0;
     cursor = takePlainNumber(cursor, '.', number, hasPoint);
-    if (cursor != nullptr)
-        seconds = number / partsOfSecond(m_layout);
-    return cursor;
+    if (cursor == nullptr)
+        return nullptr;
+    seconds = number / partsOfSecond(m_layout);
+    return isWithinLimits(seconds) ? cursor : nullptr;
 }
 
 const char* TimeColumnReader::takeAsBefore(const char* cursor, char delimiter, double& seconds)
@@ -173,6 +185,8 @@ const char* TimeColumnReader::takeAsBefore(const char* cursor, char delimiter, d
     if (std::memcmp(cursor, m_zone.data(), m_zone.size()) != 0)
         return nullptr;
     const std::int64_t whole = utcOf(m_day, clock);
+    if (m_isSkipped)
+        return nullptr;
     const bool isExact = addFraction(whole, static_cast<std::int64_t>(fraction), decimals, seconds);
     return isExact ? cursor + m_zone.size() : nullptr;
 }
@@ -201,13 +215,16 @@ std::optional<double> TimeColumnReader::readEpoch(std::string_view text) const
     const double parts = partsOfSecond(m_layout);
     const bool isPlain = text.size() <= kLongest && text.find_first_of("eE") == std::string_view::npos;
     std::string shifted(text);
+    if (std::count(text.begin(), text.end(), ',') == 1 && text.find('.') == std::string_view::npos)
+        shifted[text.find(',')] = '.';
     if (isPlain && parts > 1)
         shifted += parts > 1e6 ? "e-9" : parts > 1e3 ? "e-6" : "e-3";
     double number = 0;
     const auto [stopped, error] = std::from_chars(shifted.data(), shifted.data() + shifted.size(), number);
     if (error != std::errc() || stopped != shifted.data() + shifted.size() || !std::isfinite(number))
         return {};
-    return isPlain ? number : number / parts;
+    const double seconds = isPlain ? number : number / parts;
+    return isWithinLimits(seconds) ? std::optional(seconds) : std::nullopt;
 }
 
 }  // namespace plotix

@@ -5,6 +5,7 @@
 
 #include <array>
 #include <cstdint>
+#include <limits>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -21,6 +22,12 @@ public:
 
     /// The same of a date whose time of day stands in another column;
     std::optional<double> read(const DateAndTime& time);
+
+    /// The zone where none of its clocks showed the time read last; else null.
+    const LocalTime* skippedBy() const { return m_isSkipped ? &m_local : nullptr; }
+
+    /// From now on numbers since 1970 are times between these two alone, in seconds.
+    void limitNumbers(double earliest, double latest);
 
     /// The fast path: takes a number of seconds or milliseconds, or a time whose date and zone are those of the time
     /// read last. Answers what follows it, or null for anything else, which is left to `read`. Its results are those of
@@ -39,6 +46,7 @@ private:
 
     static constexpr std::size_t kDateEnd = 11;  // of "2015-02-03T", and of other dates whose time of day begins there
 
+    bool isWithinLimits(double seconds) const { return seconds >= m_earliest && seconds <= m_latest; }
     std::optional<double> readEpoch(std::string_view text) const;
     std::optional<double> readDays(std::string_view text);
     const char* takePlainEpoch(const char* cursor, double& seconds) const;
@@ -49,6 +57,9 @@ private:
     TimeLayout m_layout;
     LocalTime m_local;
     std::optional<double> m_previous;
+    bool m_isSkipped = false;
+    double m_earliest = -std::numeric_limits<double>::infinity();
+    double m_latest = std::numeric_limits<double>::infinity();
     // Successive rows mostly differ in the time of day alone. The text around it in the row before, and its meaning:
     bool m_hasDate = false;  // else the row before had another form
     std::array<char, kDateEnd> m_date{};

@@ -52,8 +52,12 @@ std::optional<DateAndTime> splitDateAndTime(std::string_view text);
 /// The time of day alone, with its zone if it has one: "14:19:00.25", "2:19 pm", "14h19", "14:00 - 14:15".
 std::optional<DateAndTime> splitClock(std::string_view text);
 
-/// The same of a number: an hour (0 … 24), hhmm or hhmmss.
-std::optional<DateAndTime> splitClockDigits(std::string_view text);
+/// What a column of numbers beside a date says, all of it the same: without leading zeros 15 is an hour, 00:15 or
+/// 00:00:15.
+enum class ClockDigits { Hours, HoursMinutes, HoursMinutesSeconds };
+
+/// The same of such a number; hours are 0 … 24.
+std::optional<DateAndTime> splitClockDigits(std::string_view text, ClockDigits digits);
 
 /// The layout CompactDigits. Nothing for a date outside 1900 … 2100, or one that does not exist.
 std::optional<DateAndTime> splitCompactDigits(std::string_view text);

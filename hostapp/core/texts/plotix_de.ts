@@ -422,6 +422,30 @@
         <source>Each row is a day, and %1 columns are times of day, from %2 to %3: each becomes a record of its own.</source>
         <translation>Jede Zeile ist ein Tag, und %1 Spalten sind Uhrzeiten, von %2 bis %3: Jede wird eine eigene Messzeile.</translation>
     </message>
+    <message>
+        <source>this is a folder; choose a file in it</source>
+        <translation>das ist ein Ordner; wählen Sie eine Datei darin</translation>
+    </message>
+    <message>
+        <source>this is %1, no table with a row in each line; export the measurements as CSV or .xlsx</source>
+        <translation>das ist %1 und keine Tabelle mit Messwerten in jeder Zeile; exportieren Sie die Messwerte als CSV oder .xlsx</translation>
+    </message>
+    <message>
+        <source>seconds since 1970</source>
+        <translation>Sekunden seit 1970</translation>
+    </message>
+    <message>
+        <source>the numbers in “%1” are no %2: they would lie before 1990 or more than ten years ahead; if they count from the start of a run, there is no start in the file: add a column with dates and times, and name it under Time column</source>
+        <translation>die Zahlen in „%1“ sind keine %2: Sie lägen vor 1990 oder mehr als zehn Jahre in der Zukunft; falls sie ab dem Beginn eines Laufs zählen, steht kein Beginn in der Datei: ergänzen Sie eine Spalte mit Datum und Uhrzeit, und nennen Sie diese unter „Zeitspalte“</translation>
+    </message>
+    <message>
+        <source>%1; the recorder probably keeps standard time: enter %2 under Time zone, or tick Skip rows without a time to pass over such rows</source>
+        <translation>%1; das Messgerät bleibt wohl auf Normalzeit: geben Sie unter „Zeitzone“ %2 ein, oder haken Sie „Zeilen ohne Zeit übergehen“ an, um auf solche Zeilen zu verzichten</translation>
+    </message>
+    <message>
+        <source>%1 does not exist in %2, where clocks were put forward</source>
+        <translation>%1 gibt es in %2 nicht, dort wurden die Uhren vorgestellt</translation>
+    </message>
 </context>
 <context>
     <name>KTVDataClusterViewController</name>

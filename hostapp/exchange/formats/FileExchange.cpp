@@ -14,6 +14,8 @@ std::unique_ptr<RowSource> sourceOf(const QString& file, const ImportOptions& op
 {
     auto input = std::make_unique<InputFile>(file);
     const QByteArray beginning = input->fromBeginning().read(kFileBeginning);
+    if (const QString kind = kindThatIsNoTable(beginning); !kind.isEmpty())
+        throw ImportFailure({.what = ImportFinding::What::NotATable, .text = kind});
     return formatOf(QFileInfo(file).fileName(), beginning).read(std::move(input), options);
 }
 

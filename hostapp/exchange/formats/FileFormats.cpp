@@ -7,6 +7,7 @@
 
 #include <algorithm>
 #include <array>
+#include <cstring>
 
 namespace plotix {
 
@@ -48,6 +49,25 @@ constexpr std::array<FileFormat, 2> kFormats = {{
 std::span<const FileFormat> fileFormats()
 {
     return kFormats;
+}
+
+/// A line of a log may begin with a bracket too, and a date behind it: so what follows it counts.
+QString kindThatIsNoTable(QByteArrayView beginning)
+{
+    QByteArray text = beginning.toByteArray();
+    if (text.startsWith("\xEF\xBB\xBF"))
+        text.remove(0, 3);
+    text = text.trimmed().toLower();
+    const QByteArray behind = text.mid(1).trimmed();
+    const auto goesOnWith = [&behind](const char* signs) {
+        return !behind.isEmpty() && std::strchr(signs, behind.front()) != nullptr;
+    };
+    if ((text.startsWith('{') && goesOnWith("\"}")) || (text.startsWith('[') && goesOnWith("{[\"")))
+        return QStringLiteral("JSON");
+    for (const char* const mark : {"<!doctype html", "<html", "<table", "<head", "<body"})
+        if (text.startsWith(mark))
+            return QStringLiteral("HTML");
+    return text.startsWith("<?xml") ? QStringLiteral("XML") : QString();
 }
 
 const FileFormat& formatOf(const QString& fileName, QByteArrayView beginning)

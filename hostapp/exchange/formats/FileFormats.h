@@ -34,6 +34,9 @@ struct FileFormat {
 
 inline constexpr qsizetype kFileBeginning = 4096;  // bytes
 
+/// "JSON", "HTML" or "XML" for a text that begins as one, which is no table of rows in lines; else empty.
+QString kindThatIsNoTable(QByteArrayView beginning);
+
 /// In the order in which they are asked; the last one accepts every file.
 std::span<const FileFormat> fileFormats();
 

@@ -20,7 +20,8 @@ int partOf(std::string_view text)
 
 }  // namespace
 
-std::optional<DateAndTime> joinedTime(std::string_view date, std::string_view clock, TimeLayout layout)
+std::optional<DateAndTime> joinedTime(std::string_view date, std::string_view clock, TimeLayout layout,
+                                      ClockDigits digits)
 {
     std::optional<DateAndTime> time =
         layout == TimeLayout::CompactDigits ? splitCompactDigits(date) : splitDateAndTime(date);
@@ -28,7 +29,7 @@ std::optional<DateAndTime> joinedTime(std::string_view date, std::string_view cl
         return {};
     std::optional<DateAndTime> ofDay = splitClock(clock);
     if (!ofDay)
-        ofDay = splitClockDigits(clock);
+        ofDay = splitClockDigits(clock, digits);
     if (!ofDay)  // spreadsheets write a time of day as a moment of their first day
         ofDay = splitDateAndTime(clock);
     if (!ofDay)

@@ -3,6 +3,7 @@
 #include "hostapp/core/Units.h"
 #include "hostapp/exchange/DecodedText.h"
 #include "hostapp/exchange/ImportTable.h"
+#include "hostapp/exchange/tables/NumberTimes.h"
 
 #include <algorithm>
 #include <map>
@@ -15,18 +16,6 @@ namespace {
 using What = ImportFinding::What;
 
 constexpr std::size_t kMostQuantities = 5000;  // more different texts are no names of quantities
-
-const char* numberForm(TimeLayout layout)
-{
-    switch (layout) {
-    case TimeLayout::EpochMilliseconds: return "ms";
-    case TimeLayout::EpochMicroseconds: return "us";
-    case TimeLayout::EpochNanoseconds: return "ns";
-    case TimeLayout::CompactDigits: return "digits";
-    case TimeLayout::SpreadsheetDays: return "days";
-    default: return nullptr;
-    }
-}
 
 }  // namespace
 
@@ -270,6 +259,8 @@ void TableReader::startRows()
     m_comments = m_headersAgain = 0;
     m_quantities = m_named ? std::make_unique<QuantityTable>() : nullptr;
     m_times = std::make_unique<TimeColumnReader>(m_time.layout, LocalTime(m_plan->timeZone));
+    if (m_time.areBounded)
+        m_times->limitNumbers(kEarliestNumber, latestNumber());
     rewindRows();
     for (std::size_t row = 0; row < m_shape.firstRow; ++row)
         nextRow(m_record);

@@ -80,6 +80,7 @@ private:
     std::optional<double> timeOf(const TextRecord& record);
     bool conditionsHold(const TextRecord& record) const;
     void passOverLine(const TextRecord& record, ImportTable& table);
+    void passOverSkippedTime(const TextRecord& record, ImportTable& table);
     bool isTooLong(const TextRecord& record) const;
     void addCells(const TextRecord& record, ImportTable& table, double time);
     void addNamedCell(const TextRecord& record, double time);

@@ -65,10 +65,10 @@ std::optional<DateAndTime> TableReader::joinedTimeOf(const TextRecord& record)
         if (!date.empty())
             m_date = date;
         if (m_time.fields.size() == 2)
-            return joinedTime(m_date, clock, m_time.layout);
+            return joinedTime(m_date, clock, m_time.layout, m_time.clockDigits);
         m_clock = clock;
         (m_clock += ' ') += fieldAt(record, m_time.fields[2]);
-        return joinedTime(m_date, m_clock, m_time.layout);
+        return joinedTime(m_date, m_clock, m_time.layout, m_time.clockDigits);
     }
     case TimeColumns::Form::Parts: break;
     }
@@ -110,6 +110,10 @@ void TableReader::addRow(const TextRecord& record, ImportTable& table)
         passOverLine(record, table);
         return;
     }
+    if (m_times->skippedBy() != nullptr) {
+        passOverSkippedTime(record, table);
+        return;
+    }
     if (isTooLong(record)) {
         table.addBadRow(wrongLength(record));
         return;
@@ -120,6 +124,30 @@ void TableReader::addRow(const TextRecord& record, ImportTable& table)
         addNamedCell(record, *time);
     else
         addCells(record, table, *time);
+}
+
+/// A row at a time that no clock of the zone showed: the zone is not that of the recorder. One without a value loses
+/// nothing, since forms with a place for every hour leave that one empty.
+void TableReader::passOverSkippedTime(const TextRecord& record, ImportTable& table)
+{
+    const auto isEmptyAt = [&](std::size_t field) { return isMissing(fieldAt(record, field)); };
+    const bool isEmpty = m_named ? isEmptyAt(m_named->value)
+                                 : std::all_of(m_plan->columns.begin(), m_plan->columns.end(),
+                                               [&](const auto& column) { return isEmptyAt(column.field); });
+    if (isEmpty)
+        return;
+    QStringList time;
+    for (const std::size_t field : m_time.fields)
+        time << decodedText(fieldAt(record, field).substr(0, kMostInFinding));
+    const LocalTime& zone = *m_times->skippedBy();
+    const ImportFinding bad{.what = What::NotInZone,
+                            .line = record.line,
+                            .column = m_plan->timeHeader,
+                            .text = textForFinding(time.join(QLatin1Char(' ')).toStdString()),
+                            .columns = {zone.name()}};
+    if (!m_plan->skipsBadRows)
+        throw ImportFailure({.what = What::TimesNotInZone, .text = zone.offsetBeforeSkip(), .causes = {bad}});
+    table.addBadRow(bad);
 }
 
 /// A line without a time: nothing, a comment, the header again, or what counts as a bad row.

@@ -1,6 +1,7 @@
 #include "hostapp/exchange/tables/TimeColumns.h"
 
 #include "hostapp/exchange/NumberText.h"
+#include "hostapp/exchange/tables/NumberTimes.h"
 
 #include <algorithm>
 #include <array>
@@ -17,15 +18,17 @@ constexpr double kEarliestEpoch = 1e8;       // seconds: 1973; smaller numbers a
 constexpr double kFirstMilliseconds = 1e11;  // as seconds the year 5138, as milliseconds 1973
 constexpr double kFirstMicroseconds = 1e14;
 constexpr double kFirstNanoseconds = 1e17;
+const QLatin1String kWrittenByUs("time (s)");
 constexpr double kEarliestDay = 20'000;  // since 1900: 1954
 constexpr double kLatestDay = 80'000;    // 2119
 
 /// What one column of the sample looks like as times.
 struct Reading {
     std::size_t dates = 0, clocks = 0, numbers = 0, others = 0;
-    std::size_t compact = 0;    // of the numbers: dates in digits
-    std::size_t hours = 0;      // of the numbers: hours, or hhmm
-    std::size_t withClock = 0;  // of the dates: a time of day that is not midnight
+    std::size_t compact = 0;                      // of the numbers: dates in digits
+    std::array<std::size_t, 3> clockDigits{};     // of the numbers: times of day in each form
+    std::size_t threeDigits = 0, fiveDigits = 0;  // of the numbers: so many or more, up to six
+    std::size_t withClock = 0;                    // of the dates: a time of day that is not midnight
     bool yearFirst = false, yearLast = false;
     double smallest = 0, largest = 0;  // of the numbers' magnitudes
 
@@ -34,7 +37,15 @@ struct Reading {
     bool isClocks() const { return clocks > 0 && clocks >= dates + numbers + others; }
     bool isNumbers() const { return numbers > 0 && numbers >= dates + clocks + others; }
     bool isCompact() const { return isNumbers() && compact == numbers; }
-    bool isHours() const { return isNumbers() && hours == numbers; }
+    // Those of few digits follow those of many; a stray one among hours is no time.
+    ClockDigits digits() const
+    {
+        const auto hasEnough = [this](std::size_t count) { return count > 0 && count * 10 >= numbers; };
+        return hasEnough(fiveDigits)    ? ClockDigits::HoursMinutesSeconds
+               : hasEnough(threeDigits) ? ClockDigits::HoursMinutes
+                                        : ClockDigits::Hours;
+    }
+    bool isClockDigits() const { return isNumbers() && clockDigits[static_cast<std::size_t>(digits())] == numbers; }
 };
 
 void addNumber(Reading& reading, std::string_view field, double value)
@@ -47,7 +58,12 @@ void addNumber(Reading& reading, std::string_view field, double value)
         ++reading.compact;
         reading.withClock += date->secondOfDay > 0 ? 1 : 0;
     }
-    reading.hours += splitClockDigits(field) ? 1 : 0;
+    for (std::size_t form = 0; form < reading.clockDigits.size(); ++form)
+        reading.clockDigits[form] += splitClockDigits(field, static_cast<ClockDigits>(form)) ? 1 : 0;
+    const bool isSixDigits = splitClockDigits(field, ClockDigits::HoursMinutesSeconds).has_value();
+    reading.threeDigits +=
+        field.size() > 2 && (isSixDigits || splitClockDigits(field, ClockDigits::HoursMinutes)) ? 1 : 0;
+    reading.fiveDigits += field.size() > 4 && isSixDigits ? 1 : 0;
 }
 
 void addField(Reading& reading, std::string_view field)
@@ -140,8 +156,7 @@ bool isPlausibleNumber(const Reading& reading, const TableShape& shape, std::siz
         (!shape.titles[field].unit.isEmpty() && epochUnit(header).isEmpty());
     if (!reading.isNumbers() || isDuration || (!soundsLikeTime(header) && !isFirstUnnamed))
         return false;
-    const bool saysEpoch = header == QStringLiteral("time (s)");  // as we write it ourselves
-    return reading.smallest >= kEarliestEpoch || saysEpoch || reading.isCompact() || isDays(reading);
+    return reading.smallest >= kEarliestEpoch || header == kWrittenByUs || reading.isCompact() || isDays(reading);
 }
 
 int rankOf(const Reading& reading, const TableShape& shape, std::size_t field)
@@ -167,7 +182,7 @@ std::optional<std::size_t> clockFor(std::size_t date, const std::vector<Reading>
     if (const auto clock = search([&](std::size_t field) { return readings[field].isClocks(); }))
         return clock;
     return search([&](std::size_t field) {
-        return readings[field].isHours() && field != shape.rowNumbers &&
+        return readings[field].isClockDigits() && field != shape.rowNumbers &&
                hasWord(headerAt(shape, field),
                        "^(?:time|hour|hours|hr|hh|hhmm|he|hour ending|zeit|uhrzeit|stunde|std|heure|hora)\\b");
     });
@@ -302,7 +317,13 @@ TimeColumns timeColumnsOf(const TableSample& sample, const TableShape& shape, co
     if (time.form == TimeColumns::Form::DateAndClock && time.fields.size() == 2)
         if (const std::optional<std::size_t> half = halfOfDayColumn(sample, shape))
             time.fields.push_back(*half);
-    takeStatedOrder(time, headerAt(shape, time.fields.front()));
+    if (time.form == TimeColumns::Form::DateAndClock)
+        time.clockDigits = readings[time.fields[1]].digits();
+    const QString firstHeader = headerAt(shape, time.fields.front());
+    time.areBounded = time.form == TimeColumns::Form::Single && isEpoch(time.layout) && firstHeader != kWrittenByUs;
+    if (time.areBounded)
+        requireTimes(time.layout, sample, shape, time.fields.front());
+    takeStatedOrder(time, firstHeader);
     for (std::size_t field = 0; field < shape.fields(); ++field)
         if (std::find(time.fields.begin(), time.fields.end(), field) == time.fields.end() &&
             isPlausibleNumber(readings[field], shape, field))

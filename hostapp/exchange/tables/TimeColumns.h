@@ -17,6 +17,8 @@ struct TimeColumns {
     Form form = Form::Single;
     std::vector<std::size_t> fields;
     TimeLayout layout = TimeLayout::YearFirst;
+    ClockDigits clockDigits = ClockDigits::Hours;  ///< of times of day that are numbers beside the date
+    bool areBounded = false;          ///< numbers since 1970 are times from 1990 to ten years from now alone
     bool needsDateOrder = false;      ///< the order of day and month must come from the whole file
     std::vector<std::size_t> others;  ///< columns of times that were not chosen
     QString statedZone;               ///< by the header; empty: none

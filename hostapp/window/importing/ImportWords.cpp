@@ -51,6 +51,10 @@ QString textOfUnreadableFile(const ImportFinding& finding)
     case What::CannotBeOpened: return ImportWords::tr("cannot be read: %1").arg(finding.text);
     case What::ReadingFailed: return ImportWords::tr("reading failed: %1").arg(finding.text);
     case What::NotAFile: return ImportWords::tr("this is no file; choose one with rows of measurements");
+    case What::Folder: return ImportWords::tr("this is a folder; choose a file in it");
+    case What::NotATable:
+        return ImportWords::tr("this is %1, no table with a row in each line; export the measurements as CSV or .xlsx")
+            .arg(finding.text);
     case What::NotText:
         return ImportWords::tr("this is neither text nor a spreadsheet that can be read; export it as CSV or .xlsx");
     case What::PackedFiles: return ImportWords::tr("this is an archive of files; unpack it and import the files in it");
@@ -84,6 +88,25 @@ QString textOfRowsAtOneTime(const ImportFinding& finding)
                        finding.columns.front() + QLatin1Char('=') + finding.text));
 }
 
+/// What the numbers in the time's column count.
+QString textOfForm(const ImportFinding& finding)
+{
+    return finding.text == QLatin1String("s")        ? ImportWords::tr("seconds since 1970")
+           : finding.text == QLatin1String("ms")     ? ImportWords::tr("milliseconds since 1970")
+           : finding.text == QLatin1String("us")     ? ImportWords::tr("microseconds since 1970")
+           : finding.text == QLatin1String("ns")     ? ImportWords::tr("nanoseconds since 1970")
+           : finding.text == QLatin1String("digits") ? ImportWords::tr("dates in digits, yyyymmddhhmm")
+                                                     : ImportWords::tr("days of a spreadsheet");
+}
+
+QString textOfWrongNumbers(const ImportFinding& finding)
+{
+    return ImportWords::tr("the numbers in “%1” are no %2: they would lie before 1990 or more than ten years ahead; if "
+                           "they count from the start of a run, there is no start in the file: add a column with dates "
+                           "and times, and name it under Time column")
+        .arg(finding.column, textOfForm(finding));
+}
+
 QString textOfNoTable(const ImportFinding& finding)
 {
     switch (finding.what) {
@@ -102,6 +125,7 @@ QString textOfNoTable(const ImportFinding& finding)
     case What::NoTimesInColumn:
         return ImportWords::tr("column “%1” holds no times; name another under Time column (columns: %2)")
             .arg(finding.column, listed(finding.columns));
+    case What::NumbersAreNoTimes: return textOfWrongNumbers(finding);
     case What::NoNumbers:
         return ImportWords::tr("no column holds numbers besides the time in “%1” (columns: %2)")
             .arg(finding.column, listed(finding.columns));
@@ -119,6 +143,10 @@ QString textOfNoTable(const ImportFinding& finding)
         return ImportWords::tr("“%1” may have thousands or decimals, and no number in the file tells which; choose the "
                                "Decimal sign")
             .arg(finding.text);
+    case What::TimesNotInZone:
+        return ImportWords::tr("%1; the recorder probably keeps standard time: enter %2 under Time zone, or tick Skip "
+                               "rows without a time to pass over such rows")
+            .arg(finding.causes.empty() ? QString() : shownText(finding.causes.front()), finding.text);
     case What::TooManyBadRows:
         return ImportWords::tr("%1 of %2 rows cannot be read, the first: %3; tick Skip rows without a time "
                                "to import the others")
@@ -171,19 +199,16 @@ QString textOfBadRow(const ImportFinding& finding)
     case What::RowUnlikeOthers: return ofLength(ImportWords::tr("the rows before have %1"));
     case What::NoTime: return ImportWords::tr("%1 is no time").arg(quoted(finding.text));
     case What::NoNumber: return ImportWords::tr("%1 is no number").arg(quoted(finding.text));
+    case What::NotInZone:
+        return ImportWords::tr("%1 does not exist in %2, where clocks were put forward")
+            .arg(quoted(finding.text), listed(finding.columns));
     default: return {};
     }
 }
 
-/// What the numbers in the time's column count.
 QString textOfNumberTimes(const ImportFinding& finding)
 {
-    const QString form = finding.text == QLatin1String("ms")       ? ImportWords::tr("milliseconds since 1970")
-                         : finding.text == QLatin1String("us")     ? ImportWords::tr("microseconds since 1970")
-                         : finding.text == QLatin1String("ns")     ? ImportWords::tr("nanoseconds since 1970")
-                         : finding.text == QLatin1String("digits") ? ImportWords::tr("dates in digits, yyyymmddhhmm")
-                                                                   : ImportWords::tr("days of a spreadsheet");
-    return ImportWords::tr("The numbers in “%1” are read as %2.").arg(finding.column, form);
+    return ImportWords::tr("The numbers in “%1” are read as %2.").arg(finding.column, textOfForm(finding));
 }
 
 /// How the time and the form of the rows were understood.

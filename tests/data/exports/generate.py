@@ -627,6 +627,44 @@ def day_files():
          [prop("Main", "", q, b), prop("Cellar", "", q, last)], 288)
 
 
+def recorder_clocks():
+    """Recorders whose clock is not that of the zone, and numbers that count from elsewhere than 1970."""
+    q = [dt.datetime(2024, 3, 31) + dt.timedelta(minutes=15 * i) for i in range(96)]
+    a = wave(96, 8, 3, 1)
+    table = lines([["Zeit", "T [°C]"]] + [[f"{x:%d.%m.%Y %H:%M}", german(v)] for x, v in zip(q, a)])
+    standard = [x.replace(tzinfo=dt.timezone(dt.timedelta(hours=1))) for x in q]
+    refused("clock_standard_in_spring.csv", table, "TimesNotInZone", {"zone": "Europe/Berlin"})
+    case("clock_standard_in_spring_said.csv", table, [prop("T", "°C", standard, a)], 96, options={"zone": "+01:00"})
+    case("clock_standard_by_name.csv", table, [prop("T", "°C", standard, a)], 96, options={"zone": "CET"})
+    empty = [None if x.hour == 2 else v for x, v in zip(q, a)]
+    there = [x.replace(tzinfo=BERLIN) for x in q if x.hour != 2]
+    case("clock_empty_hour_in_spring.csv",
+         lines([["Zeit", "T [°C]"]] + [[f"{x:%d.%m.%Y %H:%M}", "" if v is None else german(v)] for x, v in zip(q, empty)]),
+         [prop("T", "°C", there, [v for v in empty if v is not None])], 92, options={"zone": "Europe/Berlin"})
+    m = moments((2024, 5, 14, 22), 120, 15)
+    b = wave(120, 20, 4, 1)
+    unpadded = lines([["date", "time", "temp"]] + [[f"{x:%Y%m%d}", str(x.hour * 100 + x.minute), str(v)]
+                                                  for x, v in zip(m, b)], ",")
+    case("compact_clock_unpadded.csv", unpadded, [prop("temp", "", m, b)], 120, options={"time": "date+time"})
+    case("compact_clock_unpadded_unsaid.csv", unpadded, [prop("temp", "", m, b)], 120)
+    refused("elapsed_seconds.csv", lines([["Elapsed [s]", "v"]] + [[str(i), str(v)] for i, v in enumerate(b)], ","),
+            "NumbersAreNoTimes", {"time": "Elapsed [s]"})
+    refused("elapsed_exponents.csv",
+            lines([["Time (s)", "v"]] + [[f"{i / 10:.9E}".replace(".", ","), german(v)] for i, v in enumerate(b)]),
+            "NumbersAreNoTimes", {"time": "Time (s)"})
+    refused("seconds_since_1904.csv", lines([["timestamp", "v"]] + [[str(3787654321 + i), str(v)] for i, v in enumerate(b)], ","),
+            "NumbersAreNoTimes")
+    good = [(x, v) for i, (x, v) in enumerate(zip(m, b)) if i != 50]
+    case("epoch_stray_zero.csv",
+         lines([["timestamp", "v"]] + [["0" if i == 50 else str(int(seconds(x))), str(v)]
+                                      for i, (x, v) in enumerate(zip(m, b))], ","),
+         [prop("v", "", [x for x, _ in good], [v for _, v in good])], 119, bad_rows=1, options={"time": "timestamp"})
+    refused("other_kind.json", json.dumps([{"time": f"{x:%Y-%m-%dT%H:%M}", "v": v} for x, v in zip(q, a)]), "NotATable")
+    refused("other_kind.html", "<!DOCTYPE html>\n<html><body><table>\n" +
+            "".join(f"<tr><td>{x:%Y-%m-%d %H:%M}</td><td>{v}</td></tr>\n" for x, v in zip(q, a)) +
+            "</table></body></html>\n", "NotATable")
+
+
 def packed(entries):
     buffer = io.BytesIO()
     with zipfile.ZipFile(buffer, "w") as archive:
@@ -645,7 +683,7 @@ def other_archives():
 
 def main():
     for part in (german_files, us_files, french_files, number_times, logger_files, long_files, management_files,
-                 spreadsheets, odd_files, day_files, other_archives):
+                 spreadsheets, odd_files, day_files, other_archives, recorder_clocks):
         part()
     (HERE / "manifest.json").write_text(json.dumps(ENTRIES, indent=1, ensure_ascii=False) + "\n", encoding="utf-8")
 

@@ -55,6 +55,30 @@ INSTANTIATE_TEST_SUITE_P(
         WordsCase{"NumbersOfMicroseconds",
                   {.what = What::TimesAreNumbers, .column = "ts", .text = "us"},
                   "The numbers in “ts” are read as microseconds since 1970."},
+        WordsCase{"NumbersOfSeconds",
+                  {.what = What::TimesAreNumbers, .column = "time", .text = "s"},
+                  "The numbers in “time” are read as seconds since 1970."},
+        WordsCase{
+            "NumbersAreNoTimes",
+            {.what = What::NumbersAreNoTimes, .column = "Elapsed [s]", .text = "s"},
+            "the numbers in “Elapsed [s]” are no seconds since 1970: they would lie before 1990 or more than ten "
+            "years ahead; if they count from the start of a run, there is no start in the file: add a column with "
+            "dates and times, and name it with --time"},
+        WordsCase{"TimesNotInZone",
+                  {.what = What::TimesNotInZone,
+                   .text = "+01:00",
+                   .causes = {{.what = What::NotInZone,
+                               .line = 3,
+                               .column = "Zeit",
+                               .text = "31.03.2024 02:00",
+                               .columns = {"Europe/Berlin"}}}},
+                  "line 3, column “Zeit”: “31.03.2024 02:00” does not exist in Europe/Berlin, where clocks were put "
+                  "forward; the recorder probably keeps standard time: say --time-zone +01:00, or pass over such rows "
+                  "with --skip-bad-rows"},
+        WordsCase{"Folder", {.what = What::Folder}, "this is a folder; give a file in it"},
+        WordsCase{"NotATable",
+                  {.what = What::NotATable, .text = "JSON"},
+                  "this is JSON, no table with a row in each line; export the measurements as CSV or .xlsx"},
         WordsCase{"UnclosedQuotation",
                   {.what = What::UnclosedQuotation, .line = 2},
                   "line 2: a quotation mark opened here is never closed"},

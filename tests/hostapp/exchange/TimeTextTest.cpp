@@ -162,6 +162,24 @@ TEST(LocalTimes, KnowOffsetsAndNames)
     EXPECT_EQ(LocalTime(QStringLiteral("Asia/Kathmandu")).utcFromLocal(1422973140), 1422973140 - 20700);
 }
 
+TEST(LocalTimes, ShortNamesAreOneClockAllTheYear)
+{
+    constexpr std::int64_t kJuly = 1'435'708'800;
+    for (const auto& [name, hours] : {std::pair("CET", 1), {"MEZ", 1}, {"EST", -5}, {"PST", -8}, {"GMT", 0}})
+        EXPECT_EQ(LocalTime(QLatin1String(name)).utcFromLocal(kJuly), kJuly - hours * 3600) << name;
+    EXPECT_EQ(LocalTime(QStringLiteral("PST8PDT")).utcFromLocal(kJuly), kJuly + 7 * 3600);
+}
+
+TEST(LocalTimes, TellWhichTheirZoneSkips)
+{
+    LocalTime berlin(QStringLiteral("Europe/Berlin"));
+    berlin.utcFromLocal(1'711'850'400);  // 2024-03-31 02:00
+    EXPECT_TRUE(berlin.wasSkipped());
+    EXPECT_EQ(berlin.offsetBeforeSkip(), QStringLiteral("+01:00"));
+    berlin.utcFromLocal(1'711'854'000);
+    EXPECT_FALSE(berlin.wasSkipped());
+}
+
 TEST(LocalTimes, RefuseZonesThatAreNone)
 {
     for (const char* zone : {"Middle/Earth", "+2x"})

@@ -60,6 +60,9 @@ What refusal(const QString& name)
                                                   {QStringLiteral("NoTimeColumn"), What::NoTimeColumn},
                                                   {QStringLiteral("AnotherHeader"), What::AnotherHeader},
                                                   {QStringLiteral("PackedFiles"), What::PackedFiles},
+                                                  {QStringLiteral("TimesNotInZone"), What::TimesNotInZone},
+                                                  {QStringLiteral("NumbersAreNoTimes"), What::NumbersAreNoTimes},
+                                                  {QStringLiteral("NotATable"), What::NotATable},
                                                   {QStringLiteral("NotText"), What::NotText}};
     return names.at(name);
 }

@@ -32,6 +32,8 @@ INSTANTIATE_TEST_SUITE_P(
                                 {.what = What::NoNumbers, .column = "time", .columns = {"time", "a"}}},
                     FailureCase{"Empty", "", {.what = What::EmptyFile}},
                     FailureCase{"HeaderOnly", "time,a\n", {.what = What::NoRowsBelowHeader}},
+                    FailureCase{"Json", "\n[ {\"time\": 1}]\n", {.what = What::NotATable, .text = "JSON"}},
+                    FailureCase{"Html", "<HTML><body>", {.what = What::NotATable, .text = "HTML"}},
                     FailureCase{"OpenQuote", "time,a\n2015-01-01,\"1\n", {.what = What::UnclosedQuotation, .line = 2}}),
     [](const auto& row) { return row.param.name; });
 
@@ -71,7 +73,13 @@ TEST_F(FailedImportTest, DevicesAndFoldersAreNoFiles)
     for (const char* path : {"/dev/zero", "/dev/null"})
         EXPECT_EQ(findingOf([&] { importFile(QLatin1String(path), site(), {}); }),
                   ImportFinding{.what = What::NotAFile});
-    EXPECT_TRUE(findingOf([&] { importFile(m_folder.path(), site(), {}); }));
+    for (const QString& path : {m_folder.path(), m_folder.path() + QLatin1Char('/')})
+        EXPECT_EQ(findingOf([&] { importFile(path, site(), {}); }), ImportFinding{.what = What::Folder});
+}
+
+TEST_F(FailedImportTest, ALogThatBeginsWithABracketIsATable)
+{
+    EXPECT_NE(failure("[2015-01-01 10:00] started\n").value_or(ImportFinding{}).what, What::NotATable);
 }
 
 struct OptionCase {

@@ -41,6 +41,23 @@ INSTANTIATE_TEST_SUITE_P(
         ShownCase{"DateOrderContradicts",
                   {.what = What::DateOrderContradicts},
                   "some dates have the day first and others the month; choose which is meant under Dates"},
+        ShownCase{"TimesNotInZone",
+                  {.what = What::TimesNotInZone,
+                   .text = "+01:00",
+                   .causes = {{.what = What::NotInZone,
+                               .line = 3,
+                               .column = "Zeit",
+                               .text = "31.03.2024 02:00",
+                               .columns = {"Europe/Berlin"}}}},
+                  "line 3, column “Zeit”: “31.03.2024 02:00” does not exist in Europe/Berlin, where clocks were put "
+                  "forward; the recorder probably keeps standard time: enter +01:00 under Time zone, or tick Skip rows "
+                  "without a time to pass over such rows"},
+        ShownCase{
+            "NumbersAreNoTimes",
+            {.what = What::NumbersAreNoTimes, .column = "Elapsed [s]", .text = "s"},
+            "the numbers in “Elapsed [s]” are no seconds since 1970: they would lie before 1990 or more than ten "
+            "years ahead; if they count from the start of a run, there is no start in the file: add a column with "
+            "dates and times, and name it under Time column"},
         ShownCase{"UnknownTime",
                   {.what = What::UnknownColumn, .text = "b", .columns = {"a"}, .option = ImportOption::TimeColumn},
                   "Time column names the column “b”, which is not there (columns: a)"},
