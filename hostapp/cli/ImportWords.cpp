@@ -211,7 +211,8 @@ void writeColumns(QTextStream& text, const ImportSummary& summary)
             text << " (" << column.unit << ')';
         text << ", " << counted(column.valid, "value");
         if (column.bad > 0 && column.firstBad)
-            text << ", " << counted(column.bad, "cell") << " that is no number left empty (line "
+            text << ", " << counted(column.bad, "cell")
+                 << (column.bad == 1 ? " that is no number" : " that are no numbers") << " left empty (line "
                  << column.firstBad->line << ": “" << column.firstBad->text << "”)";
         text << '\n';
     }

@@ -15,6 +15,12 @@ namespace {
 
 using Description = SiteProperty::Description;
 
+QString inUnit(const Description& property)
+{
+    return property.archivedUnit.isEmpty() ? QStringLiteral("without a unit")
+                                           : QStringLiteral("in %1").arg(property.archivedUnit);
+}
+
 /// What a merge says to the values; throws where units do not convert.
 std::function<double(double)> conversion(const Description& from, const Description& into)
 {
@@ -22,9 +28,8 @@ std::function<double(double)> conversion(const Description& from, const Descript
         return {};
     const std::shared_ptr<const Units> units = Units::shared();
     if (!units->areCompatible(from.archivedUnit, into.archivedUnit))
-        throw ReportableError(
-            QStringLiteral("“%1” is in %2 and “%3” in %4, which do not convert: they cannot be merged.")
-                .arg(from.name, from.archivedUnit, into.name, into.archivedUnit));
+        throw ReportableError(QStringLiteral("“%1” is %2 and “%3” %4, which do not convert: they cannot be merged.")
+                                  .arg(from.name, inUnit(from), into.name, inUnit(into)));
     return [units, source = from.archivedUnit, target = into.archivedUnit](double value) {
         double converted = value;
         units->convertValues(source, target, &value, &converted, 1);
