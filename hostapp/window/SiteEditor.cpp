@@ -102,8 +102,13 @@ void SiteEditor::askAndRename(const std::shared_ptr<SiteAgent>& agent, const std
     bool wanted = false;
     const QString name = QInputDialog::getText(m_around.windowInFront(), tr("Rename “%1”").arg(before), tr("Name:"),
                                                QLineEdit::Normal, before, &wanted);
-    if (wanted && name.trimmed() != before)
-        rename(agent, property, name);
+    if (!wanted || name.trimmed() == before)
+        return;
+    takeIn();  // what others changed while the question stood
+    const QString theirs = nameOf(*agent, property.get());
+    rename(agent, property, name);
+    if (theirs != before && theirs != name.trimmed())
+        emit told(tr("Another program had renamed “%1” to “%2” meanwhile; Undo brings that back.").arg(before, theirs));
 }
 
 void SiteEditor::rename(const std::shared_ptr<SiteAgent>& agent, const std::shared_ptr<SiteProperty>& property,

@@ -30,6 +30,7 @@
 #include <QtWidgets/QMessageBox>
 #include <QtWidgets/QPushButton>
 #include <QtWidgets/QStackedWidget>
+#include <QtWidgets/QStatusBar>
 
 namespace plotix {
 
@@ -154,11 +155,20 @@ void SiteWindow::askForNewSite()
 void SiteWindow::askForSiteDetails()
 {
     SiteDocument& document = *m_controller->siteDocument();
-    SiteDetailsDialog dialog(document.siteName(), document.siteLocation(), this);
+    const QString name = document.siteName(), location = document.siteLocation();
+    SiteDetailsDialog dialog(name, location, this);
     if (dialog.exec() != QDialog::Accepted)
         return;
     try {
-        document.setSite(dialog.name(), dialog.location());
+        document.catchUp();  // what others changed while the dialog was open
+        const auto chosen = [this](const QString& typed, const QString& before, const QString& theirs) {
+            if (typed != before && theirs != before && theirs != typed)
+                statusBar()->showMessage(
+                    tr("Another program had changed “%1” to “%2” meanwhile; “%3” stands.").arg(before, theirs, typed));
+            return typed == before ? theirs : typed;
+        };
+        document.setSite(chosen(dialog.name(), name, document.siteName()),
+                         chosen(dialog.location(), location, document.siteLocation()));
     } catch (const ReportableError& error) {
         showAlert(tr("Name and location are not stored"), error.message());
     }

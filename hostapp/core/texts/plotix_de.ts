@@ -2202,6 +2202,10 @@ Doppelklick ändert Farbe oder Einheit.</translation>
         <source>Undo the import of “%1”</source>
         <translation>Import von „%1“ rückgängig machen</translation>
     </message>
+    <message>
+        <source>Another program had renamed “%1” to “%2” meanwhile; Undo brings that back.</source>
+        <translation>Ein anderes Programm hatte „%1“ inzwischen in „%2“ umbenannt; Rückgängig bringt das zurück.</translation>
+    </message>
 </context>
 <context>
     <name>plotix::SiteWindow</name>
@@ -2491,6 +2495,10 @@ Doppelklick ändert Farbe oder Einheit.</translation>
     <message>
         <source>The picture could not be saved</source>
         <translation>Das Bild konnte nicht gespeichert werden</translation>
+    </message>
+    <message>
+        <source>Another program had changed “%1” to “%2” meanwhile; “%3” stands.</source>
+        <translation>Ein anderes Programm hatte „%1“ inzwischen in „%2“ geändert; es gilt „%3“.</translation>
     </message>
 </context>
 <context>

@@ -5,6 +5,7 @@
 #include "hostapp/window/HelpWindow.h"
 #include "hostapp/window/PropertyListModel.h"
 #include "hostapp/window/PropertyListView.h"
+#include "hostapp/window/SiteDetailsDialog.h"
 #include "hostapp/window/SiteWindow.h"
 #include "tests/support/stubsite/ScratchSite.h"
 #include "tests/support/stubsite/StubTrend.h"
@@ -15,6 +16,7 @@
 #include <QtTest/QTest>
 #include <QtWidgets/QApplication>
 #include <QtWidgets/QInputDialog>
+#include <QtWidgets/QLineEdit>
 #include <QtWidgets/QMenu>
 #include <QtWidgets/QMessageBox>
 #include <QtWidgets/QProgressDialog>
@@ -121,6 +123,39 @@ TEST_F(EditingTest, APropertyIsRenamedAndTheNameComesBack)
     EXPECT_EQ(names(), before);
     window->actions().redo->trigger();
     EXPECT_EQ(names()[0], "Quite Another");
+}
+
+TEST_F(EditingTest, ANameGivenElsewhereMeanwhileIsToldAndComesBackByUndo)
+{
+    const qint64 id = station->siteProperties()[0]->description().id;
+    const QString before = names()[0];
+    answerNext<QInputDialog>([this, id](QInputDialog* dialog) {
+        plotix::renameProperty(site.document->path(), id, "Theirs");
+        dialog->setTextValue("Mine");
+        dialog->accept();
+    });
+    choose(0, "Rename…");
+    EXPECT_EQ(names()[0], "Mine");
+    EXPECT_EQ(
+        window->statusBar()->currentMessage(),
+        QStringLiteral("Another program had renamed “%1” to “Theirs” meanwhile; Undo brings that back.").arg(before));
+    window->actions().undo->trigger();
+    EXPECT_EQ(names()[0], "Theirs");
+}
+
+TEST_F(EditingTest, OfASiteChangedElsewhereMeanwhileOnlyWhatWasTypedChanges)
+{
+    site.document->setSite("Mill", "Hamburg");
+    answerNext<plotix::SiteDetailsDialog>([this](plotix::SiteDetailsDialog* dialog) {
+        plotix::SiteDocument::open(site.path())->setSite("Theirs", "Bremen");
+        dialog->findChildren<QLineEdit*>()[0]->setText("Mine");
+        dialog->accept();
+    });
+    window->actions().siteDetails->trigger();
+    EXPECT_EQ(site.document->siteName(), "Mine");
+    EXPECT_EQ(site.document->siteLocation(), "Bremen");
+    EXPECT_EQ(window->statusBar()->currentMessage(),
+              "Another program had changed “Mill” to “Theirs” meanwhile; “Mine” stands.");
 }
 
 TEST_F(EditingTest, ADeletedPropertyLeavesTheListAndComesBack)
