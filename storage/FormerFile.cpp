@@ -1,6 +1,7 @@
 #include "storage/FormerFile.h"
 
 #include <QtCore/QFile>
+#include <QtCore/QThread>
 
 #include <set>
 #include <sys/stat.h>
@@ -32,10 +33,8 @@ std::set<qint64> lockHolders(const QList<QByteArray>& lines, quint64 number)
     return holders;
 }
 
-}  // namespace
-
-// Whoever has a database with a log open locks the file first and then the log's index, for as long as it is open.
-std::optional<qint64> holderOfFormerFile(const QString& file)
+/// As the system's list is now, which may lack a lock when others come and go while it is read.
+std::optional<qint64> holderSeen(const QString& file)
 {
     const std::optional<quint64> index = numberOf(file + QStringLiteral("-shm")), database = numberOf(file);
     QFile list(QStringLiteral("/proc/locks"));
@@ -47,6 +46,23 @@ std::optional<qint64> holderOfFormerFile(const QString& file)
         if (process > 0 && !ofDatabase.contains(process))
             return process;
     return std::nullopt;
+}
+
+}  // namespace
+
+// Whoever has a database with a log open locks the file first and then the log's index, for as long as it is open. One
+// that holds a former file does so at every look; one that has just opened or closed this file may seem to at one.
+std::optional<qint64> holderOfFormerFile(const QString& file)
+{
+    constexpr int kLooks = 5;
+    constexpr unsigned long kBetweenLooks = 20;  // milliseconds
+    const std::optional<qint64> holder = holderSeen(file);
+    for (int look = 1; holder && look < kLooks; ++look) {
+        QThread::msleep(kBetweenLooks);
+        if (holderSeen(file) != holder)
+            return std::nullopt;
+    }
+    return holder;
 }
 
 }  // namespace plotix
