@@ -16,7 +16,7 @@ LOGIC = PLUGIN + "/logic"
 READING = PLUGIN + "/reading"
 KIT = {"plotkit/model", "plotkit/layout", "plotkit/raster", "plotkit/render", "plotkit/widget"}
 CORE = {"base", HOST, "hostapp/core"}
-DOCUMENT = CORE | {"records/store", "hostapp/document"}
+DOCUMENT = CORE | {"records/store", "hostapp/formulas", "hostapp/document"}
 SITE = DOCUMENT | {"hostapp/print", "hostapp/web", "hostapp/site"}
 EXCHANGE = {"hostapp/exchange", "hostapp/exchange/formats"}
 LIVE = {"hostapp/live", "hostapp/live/sources"}
@@ -45,7 +45,8 @@ ALLOWED = {
     READING: {"base", HOST, LOGIC} | KIT - {"plotkit/widget"},
     PLUGIN: {"base", HOST, LOGIC, READING} | KIT,
     "hostapp/core": {"base", HOST},
-    "hostapp/document": CORE | {"storage", "records/store"},
+    "hostapp/formulas": CORE,
+    "hostapp/document": CORE | {"storage", "records/store", "hostapp/formulas"},
     "hostapp/exchange": DOCUMENT,
     "hostapp/exchange/tables": CORE | {"hostapp/exchange"},
     "hostapp/exchange/formats": DOCUMENT | {"hostapp/exchange"},
