@@ -75,7 +75,7 @@
     </message>
     <message>
         <source>There is no agent “%1”.</source>
-        <translation>Es gibt keinen Agenten „%1“.</translation>
+        <translation>Es gibt keine Quelle „%1“.</translation>
     </message>
     <message>
         <source>“%2” has no property “%1”.</source>
