@@ -43,6 +43,7 @@ ALLOWED = {
     HOST: {"base", "base/png"},
     LOGIC: {"base", "base/vectors", "plotkit/model"},
     READING: {"base", HOST, LOGIC} | KIT - {"plotkit/widget"},
+    READING + "/statistics": {"base", "base/vectors", HOST},
     PLUGIN: {"base", HOST, LOGIC, READING} | KIT,
     "hostapp/core": {"base", HOST},
     "hostapp/document": CORE | {"storage", "records/store"},
