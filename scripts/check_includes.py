@@ -14,6 +14,7 @@ PLUGIN = "plugins/PlotixPlugIn"
 HOST = PLUGIN + "/host"
 LOGIC = PLUGIN + "/logic"
 READING = PLUGIN + "/reading"
+VALUES = READING + "/values"
 KIT = {"plotkit/model", "plotkit/layout", "plotkit/raster", "plotkit/render", "plotkit/widget"}
 CORE = {"base", HOST, "hostapp/core"}
 DOCUMENT = CORE | {"records/store", "hostapp/document"}
@@ -42,6 +43,7 @@ ALLOWED = {
     "plotkit/widget": {"base", "plotkit/model", "plotkit/layout", "plotkit/render"},
     HOST: {"base", "base/png"},
     LOGIC: {"base", "base/vectors", "plotkit/model"},
+    VALUES: {"base", HOST, "plotkit/model"},
     READING: {"base", HOST, LOGIC} | KIT - {"plotkit/widget"},
     READING + "/statistics": {"base", "base/vectors", HOST},
     PLUGIN: {"base", HOST, LOGIC, READING} | KIT,

@@ -32,12 +32,12 @@ std::shared_ptr<const LimitSummary> LimitSummary::make(std::shared_ptr<const Lin
     summary->m_line = std::move(line);
     summary->m_limit = limit;
     const std::size_t size = summary->m_line->records().size();
-    const auto buffer = std::make_unique<LineRecords::Buffer>();
-    for (std::size_t first = 0; first < size; first += LineRecords::kBlock) {
+    const auto buffer = std::make_unique<FigureRecords::Buffer>();
+    for (std::size_t first = 0; first < size; first += FigureRecords::kBlock) {
         if (work.isStopped())
             return nullptr;
-        const std::size_t last = std::min(size, first + LineRecords::kBlock);
-        const PointSums& sums = summary->m_line->block(first / LineRecords::kBlock);
+        const std::size_t last = std::min(size, first + FigureRecords::kBlock);
+        const PointSums& sums = summary->m_line->block(first / FigureRecords::kBlock);
         LimitFigures figures;
         if (sums.count > 0 && sums.minimum > limit)
             figures = {sums.covered, 0, sums.covered, 0, 0};
@@ -51,7 +51,7 @@ std::shared_ptr<const LimitSummary> LimitSummary::make(std::shared_ptr<const Lin
     return summary;
 }
 
-LimitFigures LimitSummary::sidesOf(const LineRecords::Points& points) const
+LimitFigures LimitSummary::sidesOf(const FigureRecords::Points& points) const
 {
     return figuresFrom(FigureKernels::best().sides(points.times.data(), points.values.data(), points.values.size(),
                                                    m_line->longestJoin(), m_limit));
@@ -86,7 +86,7 @@ LimitFigures LimitSummary::figures(double from, double to) const
     if (!(from < to))
         return figures;
     const LineSummary::Elements elements = m_line->elements(from, to);
-    const auto buffer = std::make_unique<LineRecords::Buffer>();
+    const auto buffer = std::make_unique<FigureRecords::Buffer>();
     std::optional<LineSummary::Point> previous = m_line->pointBefore(elements.first);
     const auto goTo = [&](const LineSummary::Point& next) {
         if (previous)
@@ -100,7 +100,7 @@ LimitFigures LimitSummary::figures(double from, double to) const
             previous = {sums.lastTime, sums.lastValue};
             continue;
         }
-        const LineRecords::Points points = m_line->records().points(piece.first, piece.last, *buffer);
+        const FigureRecords::Points points = m_line->records().points(piece.first, piece.last, *buffer);
         if (points.times.empty())
             continue;
         goTo({points.times.front(), points.values.front()});

@@ -29,7 +29,7 @@ public:
 
 private:
     LimitSummary() = default;
-    LimitFigures sidesOf(const LineRecords::Points& points) const;
+    LimitFigures sidesOf(const FigureRecords::Points& points) const;
     void addWay(LimitFigures& figures, const LineSummary::Point& one, const LineSummary::Point& other, double from,
                 double to) const;
 

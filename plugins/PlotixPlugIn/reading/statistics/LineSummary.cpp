@@ -11,7 +11,7 @@ namespace {
 
 constexpr std::size_t kBlocksBetweenTellings = 64;
 
-PointSums sumsOf(const LineRecords::Points& points, double longestJoin)
+PointSums sumsOf(const FigureRecords::Points& points, double longestJoin)
 {
     PointSums sums;
     const std::size_t count = points.values.size();
@@ -38,16 +38,16 @@ PointSums sumsOf(const LineRecords::Points& points, double longestJoin)
 
 }  // namespace
 
-std::shared_ptr<const LineSummary> LineSummary::make(LineRecords records, double longestJoin, const Work& work)
+std::shared_ptr<const LineSummary> LineSummary::make(FigureRecords records, double longestJoin, const Work& work)
 {
     const std::shared_ptr<LineSummary> summary(new LineSummary);
     summary->m_longestJoin = longestJoin;
     const std::size_t size = records.size();
-    summary->m_blocks.reserve((size + LineRecords::kBlock - 1) / LineRecords::kBlock);
-    const auto buffer = std::make_unique<LineRecords::Buffer>();
+    summary->m_blocks.reserve((size + FigureRecords::kBlock - 1) / FigureRecords::kBlock);
+    const auto buffer = std::make_unique<FigureRecords::Buffer>();
     std::size_t told = 0;
-    for (std::size_t first = 0; first < size; first += LineRecords::kBlock) {
-        const std::size_t last = std::min(size, first + LineRecords::kBlock);
+    for (std::size_t first = 0; first < size; first += FigureRecords::kBlock) {
+        const std::size_t last = std::min(size, first + FigureRecords::kBlock);
         summary->m_blocks.push_back(sumsOf(records.points(first, last, *buffer), longestJoin));
         if (summary->m_blocks.size() % kBlocksBetweenTellings != 0 && last < size)
             continue;
@@ -72,9 +72,9 @@ std::vector<LineSummary::Piece> LineSummary::pieces(const Elements& elements) co
 {
     std::vector<Piece> pieces;
     for (std::size_t first = elements.first; first < elements.last;) {
-        const std::size_t block = first / LineRecords::kBlock;
-        const std::size_t begin = block * LineRecords::kBlock;
-        const std::size_t end = std::min(m_records.size(), begin + LineRecords::kBlock);
+        const std::size_t block = first / FigureRecords::kBlock;
+        const std::size_t begin = block * FigureRecords::kBlock;
+        const std::size_t end = std::min(m_records.size(), begin + FigureRecords::kBlock);
         const std::size_t last = std::min(elements.last, end);
         if (m_blocks[block].count > 0)
             pieces.push_back({block, first, last, first == begin && last == end});
@@ -86,7 +86,7 @@ std::vector<LineSummary::Piece> LineSummary::pieces(const Elements& elements) co
 PointSums LineSummary::sums(const std::vector<Piece>& pieces) const
 {
     PointSums sums;
-    const auto buffer = std::make_unique<LineRecords::Buffer>();
+    const auto buffer = std::make_unique<FigureRecords::Buffer>();
     for (const Piece& piece : pieces)
         append(sums,
                piece.isWhole ? m_blocks[piece.block]
@@ -97,10 +97,10 @@ PointSums LineSummary::sums(const std::vector<Piece>& pieces) const
 
 std::optional<LineSummary::Point> LineSummary::pointBefore(std::size_t element) const
 {
-    const auto buffer = std::make_unique<LineRecords::Buffer>();
+    const auto buffer = std::make_unique<FigureRecords::Buffer>();
     for (std::size_t last = std::min(element, m_records.size()); last > 0;) {
-        const std::size_t block = (last - 1) / LineRecords::kBlock;
-        const std::size_t first = block * LineRecords::kBlock;
+        const std::size_t block = (last - 1) / FigureRecords::kBlock;
+        const std::size_t first = block * FigureRecords::kBlock;
         if (m_blocks[block].count > 0)
             if (const auto points = m_records.points(first, last, *buffer); !points.times.empty())
                 return Point{points.times.back(), points.values.back()};
@@ -111,10 +111,10 @@ std::optional<LineSummary::Point> LineSummary::pointBefore(std::size_t element) 
 
 std::optional<LineSummary::Point> LineSummary::pointFrom(std::size_t element) const
 {
-    const auto buffer = std::make_unique<LineRecords::Buffer>();
+    const auto buffer = std::make_unique<FigureRecords::Buffer>();
     for (std::size_t first = element; first < m_records.size();) {
-        const std::size_t block = first / LineRecords::kBlock;
-        const std::size_t last = std::min(m_records.size(), (block + 1) * LineRecords::kBlock);
+        const std::size_t block = first / FigureRecords::kBlock;
+        const std::size_t last = std::min(m_records.size(), (block + 1) * FigureRecords::kBlock);
         if (m_blocks[block].count > 0)
             if (const auto points = m_records.points(first, last, *buffer); !points.times.empty())
                 return Point{points.times.front(), points.values.front()};
@@ -125,11 +125,11 @@ std::optional<LineSummary::Point> LineSummary::pointFrom(std::size_t element) co
 
 double LineSummary::timeOf(double value, const std::vector<Piece>& pieces, double PointSums::*extreme) const
 {
-    const auto buffer = std::make_unique<LineRecords::Buffer>();
+    const auto buffer = std::make_unique<FigureRecords::Buffer>();
     for (const Piece& piece : pieces) {
         if (piece.isWhole && m_blocks[piece.block].*extreme != value)
             continue;
-        const LineRecords::Points points = m_records.points(piece.first, piece.last, *buffer);
+        const FigureRecords::Points points = m_records.points(piece.first, piece.last, *buffer);
         const auto found = std::find(points.values.begin(), points.values.end(), value);
         if (found != points.values.end())
             return points.times[static_cast<std::size_t>(found - points.values.begin())];

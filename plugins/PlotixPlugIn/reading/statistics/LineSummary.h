@@ -1,7 +1,7 @@
 #pragma once
 
+#include "plugins/PlotixPlugIn/reading/statistics/FigureRecords.h"
 #include "plugins/PlotixPlugIn/reading/statistics/LineFigures.h"
-#include "plugins/PlotixPlugIn/reading/statistics/LineRecords.h"
 
 #include <functional>
 #include <memory>
@@ -34,13 +34,13 @@ public:
     /// Reads every record once. `longestJoin`: the longest distance between points, in seconds, over which the line is
     /// drawn; beyond it nothing was recorded. Null when it was stopped.
     /// Requires: times that never decrease.
-    static std::shared_ptr<const LineSummary> make(LineRecords records, double longestJoin, const Work& work = {});
+    static std::shared_ptr<const LineSummary> make(FigureRecords records, double longestJoin, const Work& work = {});
 
     /// Over the records with from ≤ time ≤ to. The line's way from the record before the span into it, and out of it to
     /// the record after, counts as far as it lies in the span.
     LineFigures figures(double from, double to) const;
 
-    const LineRecords& records() const { return m_records; }
+    const FigureRecords& records() const { return m_records; }
     double longestJoin() const { return m_longestJoin; }
 
     /// Elements of the span: from ≤ time ≤ to.
@@ -72,7 +72,7 @@ private:
     double timeOf(double value, const std::vector<Piece>& pieces, double PointSums::*extreme) const;
     void addEnds(PointSums& sums, const Elements& elements, double from, double to) const;
 
-    LineRecords m_records;
+    FigureRecords m_records;
     double m_longestJoin = 0;
     std::vector<PointSums> m_blocks;
 };

@@ -53,7 +53,7 @@ using Found = std::map<std::int64_t, double>;
 class Selection {
 public:
     Selection(const LineSummary& line, std::vector<LineSummary::Piece> pieces, const Work& work)
-        : m_line(line), m_pieces(std::move(pieces)), m_work(work), m_buffer(std::make_unique<LineRecords::Buffer>())
+        : m_line(line), m_pieces(std::move(pieces)), m_work(work), m_buffer(std::make_unique<FigureRecords::Buffer>())
     {
     }
 
@@ -136,7 +136,7 @@ private:
     const LineSummary& m_line;
     std::vector<LineSummary::Piece> m_pieces;
     const Work& m_work;
-    std::unique_ptr<LineRecords::Buffer> m_buffer;
+    std::unique_ptr<FigureRecords::Buffer> m_buffer;
 };
 
 }  // namespace

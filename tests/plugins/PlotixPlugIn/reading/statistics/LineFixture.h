@@ -44,8 +44,8 @@ protected:
             }
         using plotix::SharedArray;
         line = plotix::LineSummary::make(
-            plotix::LineRecords(SharedArray<double>::fromVector(times), SharedArray<double>::fromVector(stored),
-                                plotix::ValidityBitmap(SharedArray<std::uint64_t>::fromVector(words))),
+            plotix::FigureRecords(SharedArray<double>::fromVector(times), SharedArray<double>::fromVector(stored),
+                                  plotix::ValidityBitmap(SharedArray<std::uint64_t>::fromVector(words))),
             longestJoin);
     }
 

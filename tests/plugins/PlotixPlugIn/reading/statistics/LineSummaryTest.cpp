@@ -207,7 +207,8 @@ TEST_F(LineSummaryTest, StopsWhenItIsTold)
     std::stop_source stop;
     stop.request_stop();
     using plotix::SharedArray;
-    const plotix::LineRecords records(SharedArray<double>::fromVector(times), SharedArray<double>::fromVector(values));
+    const plotix::FigureRecords records(SharedArray<double>::fromVector(times),
+                                        SharedArray<double>::fromVector(values));
     EXPECT_EQ(plotix::LineSummary::make(records, 60, {stop.get_token(), {}}), nullptr);
 }
 
@@ -215,7 +216,8 @@ TEST_F(LineSummaryTest, TellsEveryRecordOnce)
 {
     recordMany(300'000);
     using plotix::SharedArray;
-    const plotix::LineRecords records(SharedArray<double>::fromVector(times), SharedArray<double>::fromVector(values));
+    const plotix::FigureRecords records(SharedArray<double>::fromVector(times),
+                                        SharedArray<double>::fromVector(values));
     std::vector<std::size_t> told;
     plotix::LineSummary::make(records, 60, {{}, [&](std::size_t count) { told.push_back(count); }});
     EXPECT_EQ(std::accumulate(told.begin(), told.end(), std::size_t{0}), 300'000U);

@@ -16,17 +16,17 @@ class KTVRecordColumn;
 /// when this was made. A value; *shares* the records; any thread once made.
 namespace plotix {
 
-class LineRecords {
+class FigureRecords {
 public:
     /// Writes elements [first, first + out.size()) in the unit shown, valid or not. Any thread.
     using Conversion = std::function<void(std::size_t first, std::span<double> out)>;
 
-    LineRecords() = default;
+    FigureRecords() = default;
     /// No conversion: the values are in the unit shown. Records beyond the shorter of times and values are left out.
-    LineRecords(SharedArray<double> times, SharedArray<double> values, ValidityBitmap validity = {},
-                Conversion conversion = {});
+    FigureRecords(SharedArray<double> times, SharedArray<double> values, ValidityBitmap validity = {},
+                  Conversion conversion = {});
     /// Elements of the column that differ from it count as what they are. Main thread.
-    LineRecords(SharedArray<double> times, const KTVRecordColumn& column);
+    FigureRecords(SharedArray<double> times, const KTVRecordColumn& column);
 
     std::size_t size() const { return m_size; }
     const SharedArray<double>& times() const { return m_times; }
@@ -44,7 +44,7 @@ public:
     Points points(std::size_t first, std::size_t last, Buffer& buffer) const;
 
     /// The same records in another order, copied; elements that `order` leaves out are gone.
-    LineRecords arranged(const std::vector<std::size_t>& order, const SharedArray<double>& times) const;
+    FigureRecords arranged(const std::vector<std::size_t>& order, const SharedArray<double>& times) const;
 
 private:
     bool isAllValid(std::size_t first, std::size_t last) const;

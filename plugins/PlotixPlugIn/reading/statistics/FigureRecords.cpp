@@ -1,4 +1,4 @@
-#include "plugins/PlotixPlugIn/reading/statistics/LineRecords.h"
+#include "plugins/PlotixPlugIn/reading/statistics/FigureRecords.h"
 
 #include "plugins/PlotixPlugIn/host/KTVRecordColumn.h"
 #include "plugins/PlotixPlugIn/reading/statistics/FigureKernels.h"
@@ -14,7 +14,7 @@ namespace plotix {
 namespace {
 
 /// The column as it is now; a unit chosen later does not change what a worker is reading.
-LineRecords::Conversion conversionOf(const KTVRecordColumn& column)
+FigureRecords::Conversion conversionOf(const KTVRecordColumn& column)
 {
     if (column.unit() == column.descriptor().archivedUnit)
         return {};
@@ -38,8 +38,8 @@ SharedArray<double> valuesWithExceptions(const KTVRecordColumn& column)
 
 }  // namespace
 
-LineRecords::LineRecords(SharedArray<double> times, SharedArray<double> values, ValidityBitmap validity,
-                         Conversion conversion)
+FigureRecords::FigureRecords(SharedArray<double> times, SharedArray<double> values, ValidityBitmap validity,
+                             Conversion conversion)
     : m_times(std::move(times)),
       m_values(std::move(values)),
       m_validity(std::move(validity)),
@@ -48,15 +48,15 @@ LineRecords::LineRecords(SharedArray<double> times, SharedArray<double> values, 
 {
 }
 
-LineRecords::LineRecords(SharedArray<double> times, const KTVRecordColumn& column)
-    : LineRecords(std::move(times),
-                  column.exceptions().empty() ? column.archivedValues() : valuesWithExceptions(column),
-                  column.exceptions().empty() ? column.validity() : ValidityBitmap(),
-                  column.exceptions().empty() ? conversionOf(column) : Conversion())
+FigureRecords::FigureRecords(SharedArray<double> times, const KTVRecordColumn& column)
+    : FigureRecords(std::move(times),
+                    column.exceptions().empty() ? column.archivedValues() : valuesWithExceptions(column),
+                    column.exceptions().empty() ? column.validity() : ValidityBitmap(),
+                    column.exceptions().empty() ? conversionOf(column) : Conversion())
 {
 }
 
-std::span<const double> LineRecords::values(std::size_t first, std::size_t last, Buffer& buffer) const
+std::span<const double> FigureRecords::values(std::size_t first, std::size_t last, Buffer& buffer) const
 {
     if (!m_conversion)
         return m_values.span().subspan(first, last - first);
@@ -65,7 +65,7 @@ std::span<const double> LineRecords::values(std::size_t first, std::size_t last,
     return converted;
 }
 
-bool LineRecords::isAllValid(std::size_t first, std::size_t last) const
+bool FigureRecords::isAllValid(std::size_t first, std::size_t last) const
 {
     constexpr std::size_t kBits = 64;
     if (m_validity.isAllValid())
@@ -82,7 +82,7 @@ bool LineRecords::isAllValid(std::size_t first, std::size_t last) const
     return true;
 }
 
-LineRecords::Points LineRecords::points(std::size_t first, std::size_t last, Buffer& buffer) const
+FigureRecords::Points FigureRecords::points(std::size_t first, std::size_t last, Buffer& buffer) const
 {
     assert(first <= last && last <= m_size && last - first <= kBlock);
     const std::span<const double> values = this->values(first, last, buffer);
@@ -100,7 +100,7 @@ LineRecords::Points LineRecords::points(std::size_t first, std::size_t last, Buf
     return {std::span(buffer.times).first(count), std::span(buffer.values).first(count)};
 }
 
-LineRecords LineRecords::arranged(const std::vector<std::size_t>& order, const SharedArray<double>& times) const
+FigureRecords FigureRecords::arranged(const std::vector<std::size_t>& order, const SharedArray<double>& times) const
 {
     std::vector<double> all(m_size);
     for (std::size_t first = 0; first < m_size; first += kBlock) {
