@@ -14,6 +14,7 @@ PLUGIN = "plugins/PlotixPlugIn"
 HOST = PLUGIN + "/host"
 LOGIC = PLUGIN + "/logic"
 READING = PLUGIN + "/reading"
+VALUES = READING + "/values"
 KIT = {"plotkit/model", "plotkit/layout", "plotkit/raster", "plotkit/render", "plotkit/widget"}
 CORE = {"base", HOST, "hostapp/core"}
 DOCUMENT = CORE | {"records/store", "hostapp/document"}
@@ -21,10 +22,13 @@ SITE = DOCUMENT | {"hostapp/print", "hostapp/web", "hostapp/site"}
 EXCHANGE = {"hostapp/exchange", "hostapp/exchange/formats"}
 LIVE = {"hostapp/live", "hostapp/live/sources"}
 
+READ = {"base", HOST, LOGIC, READING + "/trend", VALUES} | KIT
+
 # Folders whose subfolders are rooms of one kind, each known by the folder above it alone: what such a room may include.
 KINDS = {
     "hostapp/exchange/formats": CORE | {"hostapp/exchange", "hostapp/exchange/tables"},
     "hostapp/live/sources": CORE | {"hostapp/live"},
+    READING: READ,
     "records": {"base", "storage", "records/columns", "records/store"},
 }
 
@@ -43,8 +47,9 @@ ALLOWED = {
     HOST: {"base", "base/png"},
     LOGIC: {"base", "base/vectors", "plotkit/model"},
     READING + "/trend": {"base", HOST, LOGIC} | KIT,
-    READING: {"base", HOST, LOGIC, READING + "/trend"} | KIT,
-    PLUGIN: {"base", HOST, LOGIC, READING, READING + "/trend"} | KIT,
+    VALUES: {"base", HOST, "plotkit/model"},
+    READING: READ,
+    PLUGIN: READ | {READING},
     "hostapp/core": {"base", HOST},
     "hostapp/document": CORE | {"storage", "records/store"},
     "hostapp/exchange": DOCUMENT,
