@@ -15,6 +15,7 @@ HOST = PLUGIN + "/host"
 LOGIC = PLUGIN + "/logic"
 READING = PLUGIN + "/reading"
 VALUES = READING + "/values"
+FIGURES = READING + "/figures"
 KIT = {"plotkit/model", "plotkit/layout", "plotkit/raster", "plotkit/render", "plotkit/widget"}
 CORE = {"base", HOST, "hostapp/core"}
 DOCUMENT = CORE | {"records/store", "hostapp/document"}
@@ -22,10 +23,13 @@ SITE = DOCUMENT | {"hostapp/print", "hostapp/web", "hostapp/site"}
 EXCHANGE = {"hostapp/exchange", "hostapp/exchange/formats"}
 LIVE = {"hostapp/live", "hostapp/live/sources"}
 
+READ = {"base", HOST, LOGIC, READING + "/trend", VALUES, FIGURES} | KIT
+
 # Folders whose subfolders are rooms of one kind, each known by the folder above it alone: what such a room may include.
 KINDS = {
     "hostapp/exchange/formats": CORE | {"hostapp/exchange", "hostapp/exchange/tables"},
     "hostapp/live/sources": CORE | {"hostapp/live"},
+    READING: READ,
     "records": {"base", "storage", "records/columns", "records/store"},
 }
 
@@ -43,10 +47,11 @@ ALLOWED = {
     "plotkit/widget": {"base", "plotkit/model", "plotkit/layout", "plotkit/render"},
     HOST: {"base", "base/png"},
     LOGIC: {"base", "base/vectors", "plotkit/model"},
+    READING + "/trend": {"base", HOST, LOGIC} | KIT,
     VALUES: {"base", HOST, "plotkit/model"},
-    READING: {"base", HOST, LOGIC} | KIT - {"plotkit/widget"},
-    READING + "/statistics": {"base", "base/vectors", HOST},
-    PLUGIN: {"base", HOST, LOGIC, READING} | KIT,
+    FIGURES: {"base", "base/vectors", HOST},
+    READING: READ,
+    PLUGIN: READ | {READING},
     "hostapp/core": {"base", HOST},
     "hostapp/document": CORE | {"storage", "records/store"},
     "hostapp/exchange": DOCUMENT,

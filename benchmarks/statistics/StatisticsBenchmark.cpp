@@ -2,8 +2,8 @@
 // going through the records of the span, as whoever keeps none has to. Making the sums, and medians, by themselves.
 
 #include "benchmarks/data/Signal.h"
-#include "plugins/PlotixPlugIn/reading/statistics/LineSummary.h"
-#include "plugins/PlotixPlugIn/reading/statistics/Percentiles.h"
+#include "plugins/PlotixPlugIn/reading/figures/LineSummary.h"
+#include "plugins/PlotixPlugIn/reading/figures/Percentiles.h"
 
 #include <benchmark/benchmark.h>
 

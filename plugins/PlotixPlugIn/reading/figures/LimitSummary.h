@@ -1,6 +1,6 @@
 #pragma once
 
-#include "plugins/PlotixPlugIn/reading/statistics/LineSummary.h"
+#include "plugins/PlotixPlugIn/reading/figures/LineSummary.h"
 
 #include <memory>
 #include <vector>

@@ -1,10 +1,10 @@
-#include "plugins/PlotixPlugIn/reading/statistics/FigureKernels.h"
+#include "plugins/PlotixPlugIn/reading/figures/FigureKernels.h"
 
 #include <algorithm>
 #include <cmath>
 
 #undef HWY_TARGET_INCLUDE
-#define HWY_TARGET_INCLUDE "plugins/PlotixPlugIn/reading/statistics/FigureKernels.cpp"
+#define HWY_TARGET_INCLUDE "plugins/PlotixPlugIn/reading/figures/FigureKernels.cpp"
 #include "base/vectors/Kernels.h"
 
 HWY_BEFORE_NAMESPACE();

@@ -1,4 +1,4 @@
-#include "plugins/PlotixPlugIn/reading/statistics/Percentiles.h"
+#include "plugins/PlotixPlugIn/reading/figures/Percentiles.h"
 
 #include <algorithm>
 #include <bit>

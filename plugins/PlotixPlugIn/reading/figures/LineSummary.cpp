@@ -1,6 +1,6 @@
-#include "plugins/PlotixPlugIn/reading/statistics/LineSummary.h"
+#include "plugins/PlotixPlugIn/reading/figures/LineSummary.h"
 
-#include "plugins/PlotixPlugIn/reading/statistics/FigureKernels.h"
+#include "plugins/PlotixPlugIn/reading/figures/FigureKernels.h"
 
 #include <algorithm>
 #include <cmath>

@@ -1,4 +1,4 @@
-#include "plugins/PlotixPlugIn/reading/statistics/LineFigures.h"
+#include "plugins/PlotixPlugIn/reading/figures/LineFigures.h"
 
 #include <algorithm>
 

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "plugins/PlotixPlugIn/reading/statistics/LimitSummary.h"
-#include "plugins/PlotixPlugIn/reading/statistics/LineSummary.h"
+#include "plugins/PlotixPlugIn/reading/figures/LimitSummary.h"
+#include "plugins/PlotixPlugIn/reading/figures/LineSummary.h"
 
 #include <gtest/gtest.h>
 

@@ -1,6 +1,6 @@
-#include "plugins/PlotixPlugIn/reading/statistics/LimitSummary.h"
+#include "plugins/PlotixPlugIn/reading/figures/LimitSummary.h"
 
-#include "tests/plugins/PlotixPlugIn/reading/statistics/LineFixture.h"
+#include "tests/plugins/PlotixPlugIn/reading/figures/LineFixture.h"
 
 #include <algorithm>
 

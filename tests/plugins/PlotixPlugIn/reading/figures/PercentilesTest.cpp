@@ -1,6 +1,6 @@
-#include "plugins/PlotixPlugIn/reading/statistics/Percentiles.h"
+#include "plugins/PlotixPlugIn/reading/figures/Percentiles.h"
 
-#include "tests/plugins/PlotixPlugIn/reading/statistics/LineFixture.h"
+#include "tests/plugins/PlotixPlugIn/reading/figures/LineFixture.h"
 
 #include <algorithm>
 #include <bit>

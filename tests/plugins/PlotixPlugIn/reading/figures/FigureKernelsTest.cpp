@@ -1,4 +1,4 @@
-#include "plugins/PlotixPlugIn/reading/statistics/FigureKernels.h"
+#include "plugins/PlotixPlugIn/reading/figures/FigureKernels.h"
 
 #include "tests/support/EveryTarget.h"
 

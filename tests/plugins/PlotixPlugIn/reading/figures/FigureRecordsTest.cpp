@@ -1,4 +1,4 @@
-#include "plugins/PlotixPlugIn/reading/statistics/FigureRecords.h"
+#include "plugins/PlotixPlugIn/reading/figures/FigureRecords.h"
 
 #include "plugins/PlotixPlugIn/host/KTVRecordDictionary.h"
 #include "tests/support/fakehost/FakeHost.h"

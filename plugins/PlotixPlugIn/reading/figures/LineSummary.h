@@ -1,7 +1,7 @@
 #pragma once
 
-#include "plugins/PlotixPlugIn/reading/statistics/FigureRecords.h"
-#include "plugins/PlotixPlugIn/reading/statistics/LineFigures.h"
+#include "plugins/PlotixPlugIn/reading/figures/FigureRecords.h"
+#include "plugins/PlotixPlugIn/reading/figures/LineFigures.h"
 
 #include <functional>
 #include <memory>

@@ -1,6 +1,6 @@
-#include "plugins/PlotixPlugIn/reading/statistics/LineSummary.h"
+#include "plugins/PlotixPlugIn/reading/figures/LineSummary.h"
 
-#include "tests/plugins/PlotixPlugIn/reading/statistics/LineFixture.h"
+#include "tests/plugins/PlotixPlugIn/reading/figures/LineFixture.h"
 
 #include <algorithm>
 #include <numeric>

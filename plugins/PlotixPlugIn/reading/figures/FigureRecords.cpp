@@ -1,7 +1,7 @@
-#include "plugins/PlotixPlugIn/reading/statistics/FigureRecords.h"
+#include "plugins/PlotixPlugIn/reading/figures/FigureRecords.h"
 
 #include "plugins/PlotixPlugIn/host/KTVRecordColumn.h"
-#include "plugins/PlotixPlugIn/reading/statistics/FigureKernels.h"
+#include "plugins/PlotixPlugIn/reading/figures/FigureKernels.h"
 
 #include <algorithm>
 #include <cassert>
