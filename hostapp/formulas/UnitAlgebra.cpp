@@ -183,17 +183,8 @@ std::optional<ScaledUnit> rootOf(const QString& unit)
 
 ScaledUnit integralOf(const QString& unit)
 {
-    if (const std::optional<double> number = plainNumberOf(unit))
-        return {QStringLiteral("h"), *number / kTimeUnits.front().seconds};
-    if (isKnown(unit))
-        for (const TimeUnit& time : kTimeUnits) {
-            const QString expression =
-                bracketed(expressionOf(unit), 1) + QLatin1Char('.') + QString::fromUtf8(time.expression);
-            if (const std::optional<QString> name = nameOf(expression))
-                return {*name, 1 / time.seconds};
-        }
-    const ScaledUnit hours = productOf(unit, QStringLiteral("h"));
-    return {hours.unit, hours.factor / kTimeUnits.front().seconds};
+    const KTVUnitModel::Integral integral = units().integralOf(unit);
+    return {integral.symbol, integral.scale};
 }
 
 ScaledUnit derivativeOf(const QString& unit)
