@@ -39,6 +39,7 @@ const char* wordFor(EditStep::Kind kind)
     case EditStep::Kind::Merge: return "merge";
     case EditStep::Kind::Delete: return "delete";
     case EditStep::Kind::RemoveValues: return "remove values of";
+    case EditStep::Kind::Compute: return "compute";
     }
     return "";
 }

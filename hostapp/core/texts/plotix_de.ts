@@ -2731,6 +2731,10 @@ Doppelklick ändert Farbe oder Einheit.</translation>
         <source>Another program had changed “%1” to “%2” meanwhile; “%3” stands.</source>
         <translation>Ein anderes Programm hatte „%1“ inzwischen in „%2“ geändert; es gilt „%3“.</translation>
     </message>
+    <message>
+        <source>A property could not be computed</source>
+        <translation>Eine Eigenschaft ließ sich nicht berechnen</translation>
+    </message>
 </context>
 <context>
     <name>plotix::SiteWindows</name>
