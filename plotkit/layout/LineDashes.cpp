@@ -185,7 +185,7 @@ public:
     }
 
 private:
-    static constexpr std::size_t kCell = PlotEnvelope::kColumnsPerPixel;
+    static constexpr int kCell = PlotEnvelope::kColumnsPerPixel;
 
     bool isEmpty(std::size_t column) const { return !(m_envelope.low[column] <= m_envelope.high[column]); }
 
@@ -198,33 +198,42 @@ private:
         std::size_t cell = first;
         while (cell < end) {
             const std::size_t cellEnd = std::min(cell + kCell - (cell + m_shift) % kCell, end);
-            if (movesFar(cell, cellEnd))
-                m_walk.begin(0);
-            else
-                dashCell(cell, cellEnd);
+            dashCell(cell, cellEnd, cell == first);
             cell = cellEnd;
         }
         if (first < end && end < m_envelope.low.size())
             m_envelope.partEnds.push_back(end);
     }
 
-    bool movesFar(std::size_t first, std::size_t end) const
+    /// From where to where the line reaches in some columns.
+    struct Reach {
+        double low, high;
+        double middle() const { return (low + high) / 2; }
+    };
+    Reach reachIn(std::size_t first, std::size_t end) const
     {
         const auto at = [](std::size_t column) { return static_cast<std::ptrdiff_t>(column); };
-        const float low = *std::min_element(m_envelope.low.begin() + at(first), m_envelope.low.begin() + at(end));
-        const float high = *std::max_element(m_envelope.high.begin() + at(first), m_envelope.high.begin() + at(end));
-        return static_cast<double>(high - low) > m_pattern.shortestGap;
+        const PlotEnvelope& line = m_envelope;
+        return {static_cast<double>(*std::min_element(line.low.begin() + at(first), line.low.begin() + at(end))),
+                static_cast<double>(*std::max_element(line.high.begin() + at(first), line.high.begin() + at(end)))};
     }
 
-    void dashCell(std::size_t first, std::size_t end)
+    /// Dashes a pixel's worth of columns. Swings within a pixel are no way along the line: its middle is followed.
+    void dashCell(std::size_t first, std::size_t end, bool isPartsFirst)
     {
-        for (std::size_t column = first; column < end; ++column) {
-            if (isEmpty(column))
-                continue;
-            const auto height = static_cast<double>(m_envelope.high[column] - m_envelope.low[column]);
-            if (!m_walk.advance(std::hypot(1.0 / PlotEnvelope::kColumnsPerPixel, height)))
-                leaveOut(column);
+        const Reach reach = reachIn(first, end);
+        const double before = std::exchange(m_lastMiddle, reach.middle());
+        const auto share = static_cast<double>(end - first) / kCell;
+        const double rise = isPartsFirst ? static_cast<double>(m_envelope.atRight[end - 1] - m_envelope.atLeft[first])
+                                         : (reach.middle() - before) * share;
+        if (reach.high - reach.low > m_pattern.shortestGap) {
+            m_walk.begin(0);
+            return;
         }
+        const double length = std::hypot(share, rise) / static_cast<double>(end - first);
+        for (std::size_t column = first; column < end; ++column)
+            if (!m_walk.advance(length) && !isEmpty(column))
+                leaveOut(column);
     }
 
     /// A run of columns left out ends a part.
@@ -241,6 +250,7 @@ private:
     const DashPattern& m_pattern;
     const DashOrigin& m_origin;
     DashWalk m_walk;
+    double m_lastMiddle = 0;  // of the pixel's worth of columns before
     std::size_t m_shift = 0;
 };
 

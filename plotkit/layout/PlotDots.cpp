@@ -78,11 +78,12 @@ private:
     /// Whether looking at points between two values would mark nothing new.
     bool isKnown(float least, float greatest)
     {
-        const auto [upper, lower] = std::minmax(rowOf(least), rowOf(greatest));
-        set(upper);
-        set(lower);
-        const std::int64_t first = std::max<std::int64_t>(upper, 0);
-        const std::int64_t last = std::min(lower, m_rows - 1);
+        const std::int64_t one = rowOf(least);
+        const std::int64_t other = rowOf(greatest);
+        set(one);
+        set(other);
+        const std::int64_t first = std::max<std::int64_t>(std::min(one, other), 0);
+        const std::int64_t last = std::min(std::max(one, other), m_rows - 1);
         return first > last || areAllSet(first, last);
     }
     bool areAllSet(std::int64_t first, std::int64_t last) const
