@@ -14,17 +14,22 @@ PLUGIN = "plugins/PlotixPlugIn"
 HOST = PLUGIN + "/host"
 LOGIC = PLUGIN + "/logic"
 READING = PLUGIN + "/reading"
+VALUES = READING + "/values"
+FIGURES = READING + "/figures"
 KIT = {"plotkit/model", "plotkit/layout", "plotkit/raster", "plotkit/render", "plotkit/widget"}
 CORE = {"base", HOST, "hostapp/core"}
-DOCUMENT = CORE | {"records/store", "hostapp/document"}
+DOCUMENT = CORE | {"records/store", "hostapp/formulas", "hostapp/document"}
 SITE = DOCUMENT | {"hostapp/print", "hostapp/web", "hostapp/site"}
 EXCHANGE = {"hostapp/exchange", "hostapp/exchange/formats"}
 LIVE = {"hostapp/live", "hostapp/live/sources"}
+
+READ = {"base", HOST, LOGIC, READING + "/trend", VALUES, FIGURES} | KIT
 
 # Folders whose subfolders are rooms of one kind, each known by the folder above it alone: what such a room may include.
 KINDS = {
     "hostapp/exchange/formats": CORE | {"hostapp/exchange", "hostapp/exchange/tables"},
     "hostapp/live/sources": CORE | {"hostapp/live"},
+    READING: READ,
     "records": {"base", "storage", "records/columns", "records/store"},
 }
 
@@ -42,10 +47,14 @@ ALLOWED = {
     "plotkit/widget": {"base", "plotkit/model", "plotkit/layout", "plotkit/render"},
     HOST: {"base", "base/png"},
     LOGIC: {"base", "base/vectors", "plotkit/model"},
-    READING: {"base", HOST, LOGIC} | KIT - {"plotkit/widget"},
-    PLUGIN: {"base", HOST, LOGIC, READING} | KIT,
+    READING + "/trend": {"base", HOST, LOGIC} | KIT,
+    VALUES: {"base", HOST, "plotkit/model"},
+    FIGURES: {"base", "base/vectors", HOST},
+    READING: READ,
+    PLUGIN: READ | {READING},
     "hostapp/core": {"base", HOST},
-    "hostapp/document": CORE | {"storage", "records/store"},
+    "hostapp/formulas": CORE,
+    "hostapp/document": CORE | {"storage", "records/store", "hostapp/formulas"},
     "hostapp/exchange": DOCUMENT,
     "hostapp/exchange/tables": CORE | {"hostapp/exchange"},
     "hostapp/exchange/formats": DOCUMENT | {"hostapp/exchange"},

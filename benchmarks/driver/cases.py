@@ -71,6 +71,13 @@ def picture(plots):
     return group_of(name, "bench_frames", {"qimage": GoogleBenchmark("bench_frames", f"qimage/{name}")})
 
 
+def figures(what, extra=False):
+    """Of ten lines; beside it the same by going through the records."""
+    name = f"statistics/10x10M/{what}"
+    return group_of(name, "bench_statistics", {"records": GoogleBenchmark("bench_statistics", f"records/{name}")},
+                    extra=extra)
+
+
 def text_import():
     text = TextFile("station.tsv", 10 * MILLION)
     site = ["import.plotix", "import.plotix-wal", "import.plotix-shm"]
@@ -102,6 +109,9 @@ def all_groups():
         Group([Case("fetch-to-frame/10Mx5")],
               {"plotix": GoogleBenchmark("bench_fetch", "fetch-to-frame/10Mx5"), "qcustomplot": fetched_rows(),
                "qcustomplot-fast": fetched_rows("fast")}, rounds=3),
+        figures("full"),
+        figures("30%"),
+        figures("median"),
         picture(1),
         picture(10),
         text_import(),

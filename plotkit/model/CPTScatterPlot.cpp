@@ -45,6 +45,14 @@ void CPTScatterPlot::setAreaFill(const CPTAreaFill& fill)
     changed();
 }
 
+void CPTScatterPlot::setTitle(const QString& title)
+{
+    if (m_title == title)
+        return;
+    m_title = title;
+    changed();
+}
+
 void CPTScatterPlot::setHidden(bool hidden)
 {
     if (m_hidden == hidden)

@@ -66,6 +66,40 @@ void drawTexts(GraphCanvas& canvas, const AxisLayout& layout, const CPTXYAxis& a
         canvas.drawText(*layout.title, axis.titleTextStyle(), backgroundOf(*layout.title, plotArea));
 }
 
+void drawStrips(GraphCanvas& canvas, const GraphLayout& layout)
+{
+    for (const StripLayout& strip : layout.strips)
+        canvas.drawRoundedFrame(strip.area, strip.space->strip().fill, strip.space->strip().borderLineStyle, 0);
+}
+
+/// A short piece of a plot's line: for points alone a dot at either end and in the middle.
+void drawSample(GraphCanvas& canvas, const QLineF& sample, const CPTScatterPlot& plot)
+{
+    if (plot.interpolation() != CPTScatterPlotInterpolation::PointsOnly) {
+        canvas.drawLine(sample, plot.dataLineStyle());
+        return;
+    }
+    const double size = std::min(plot.drawnPointSize(), sample.length() / 4);
+    const CPTLineStyle dot{.width = size, .color = plot.dataLineStyle().color, .cap = CPTLineCap::Round};
+    for (const double at : {0.0, 0.5, 1.0})
+        canvas.drawLine(QLineF(sample.pointAt(at), sample.pointAt(at) + QPointF(0.01, 0)), dot);
+}
+
+void drawHeads(GraphCanvas& canvas, const GraphLayout& layout)
+{
+    for (const StripLayout& strip : layout.strips) {
+        const CPTStrip& style = strip.space->strip();
+        if (strip.title)
+            canvas.drawText(*strip.title, style.titleTextStyle, TextBackground::Plain);
+        for (const PlacedKey& key : strip.keys) {
+            drawSample(canvas, key.sample, *key.plot);
+            canvas.drawText(key.name, style.keyTextStyle, TextBackground::Plain);
+        }
+        if (strip.more)
+            canvas.drawText(*strip.more, style.keyTextStyle, TextBackground::Plain);
+    }
+}
+
 }  // namespace
 
 void GraphPainter::paint(QPainter& painter, const CPTXYGraph& graph, const QRectF& rect)
@@ -87,6 +121,7 @@ void GraphPainter::paintBelowLayers(QPainter& painter, const CPTXYGraph& graph, 
 
     GraphCanvas canvas(painter, &m_texts);
     m_background.draw(canvas, graph, rect, layout.frame);
+    drawStrips(canvas, layout);
     eachAxis([&](const AxisLayout& axisLayout, const CPTXYAxis& axis) { drawGrid(canvas, axisLayout, axis); });
     // Before the plots: a value that stays on the axis must be seen.
     eachAxis([&](const AxisLayout& axisLayout, const CPTXYAxis& axis) {
@@ -98,6 +133,7 @@ void GraphPainter::paintBelowLayers(QPainter& painter, const CPTXYGraph& graph, 
     eachAxis([&](const AxisLayout& axisLayout, const CPTXYAxis& axis) {
         drawTexts(canvas, axisLayout, axis, layout.plotArea);
     });
+    drawHeads(canvas, layout);
     if (layout.title)
         canvas.drawText(*layout.title, graph.titleTextStyle(), backgroundOf(*layout.title, layout.plotArea));
 }

@@ -11,21 +11,21 @@ bool PlotFills::isLine(const CPTScatterPlot& plot)
     return !plot.isHidden() && plot.interpolation() != CPTScatterPlotInterpolation::PointsOnly && plot.series();
 }
 
-const FilledArea* PlotFills::areaOf(const CPTXYGraph& graph, std::size_t slot, PlotEnveloping& enveloping,
+const FilledArea* PlotFills::areaOf(const CPTXYGraph& graph, const PlotAt& which, PlotEnveloping& enveloping,
                                     const ViewOf& viewOf)
 {
-    const std::vector<CPTScatterPlotPtr>& plots = graph.allPlots();
-    const CPTScatterPlot& plot = *plots[slot];
+    const std::vector<CPTScatterPlotPtr>& plots = which.plots;
+    const CPTScatterPlot& plot = *plots[which.index];
     const CPTAreaFill& fill = plot.areaFill();
     if (!fill.isVisible() || !isLine(plot))
         return nullptr;
     const PlotView view = viewOf(plot);
     const auto envelopeOf = [&](PlotEnvelope& envelope, std::size_t number) {
-        return enveloping.envelopeInto(envelope, *plots[number]->series(), viewOf(*plots[number]), number,
-                                       PlotEnveloping::kAnyPoints);
+        return enveloping.envelopeInto(envelope, *plots[number]->series(), viewOf(*plots[number]),
+                                       which.firstSlot + number, PlotEnveloping::kAnyPoints);
     };
     if (!fill.isToPlot) {
-        if (!envelopeOf(m_line, slot))
+        if (!envelopeOf(m_line, which.index))
             return nullptr;
         fillToLevel(m_area, m_line, coordinateForValue(yMapping(view.yRange, view.area), 0), view.area);
         return &m_area;
@@ -34,7 +34,7 @@ const FilledArea* PlotFills::areaOf(const CPTXYGraph& graph, std::size_t slot, P
     if (other == plots.end() || other->get() == &plot || !isLine(**other) ||
         &graph.plotSpaceOf(**other) != &graph.plotSpaceOf(plot))
         return nullptr;
-    if (!envelopeOf(m_line, slot) || !envelopeOf(m_other, static_cast<std::size_t>(other - plots.begin())))
+    if (!envelopeOf(m_line, which.index) || !envelopeOf(m_other, static_cast<std::size_t>(other - plots.begin())))
         return nullptr;
     fillBetween(m_area, m_line, m_other, view.area);
     return &m_area;

@@ -6,6 +6,7 @@
 #include "plotkit/model/CPTXYGraph.h"
 
 #include <functional>
+#include <vector>
 
 /// Which area a plot of a graph fills, if any, laid out in columns.
 ///
@@ -16,9 +17,15 @@ class PlotFills {
 public:
     using ViewOf = std::function<PlotView(const CPTScatterPlot& plot)>;
 
-    /// The area of the `slot`-th of the graph's plots, up to the next call; null where it fills nothing. `enveloping`
-    /// keeps the lines of these plots at these slots.
-    const FilledArea* areaOf(const CPTXYGraph& graph, std::size_t slot, PlotEnveloping& enveloping,
+    /// One of the plots that share a strip. Borrows them.
+    struct PlotAt {
+        const std::vector<CPTScatterPlotPtr>& plots;
+        std::size_t index;
+        std::size_t firstSlot;  ///< where an enveloping keeps the first of them, the others follow
+    };
+
+    /// The area of a plot, up to the next call; null where it fills nothing.
+    const FilledArea* areaOf(const CPTXYGraph& graph, const PlotAt& which, PlotEnveloping& enveloping,
                              const ViewOf& viewOf);
 
 private:

@@ -3,6 +3,7 @@
 #include "plotkit/layout/AxisMapping.h"
 #include "plotkit/layout/LineDashes.h"
 #include "plotkit/layout/PlotReduction.h"
+#include "plotkit/layout/StripArea.h"
 #include "plotkit/render/PlotPaths.h"
 
 #include <algorithm>
@@ -62,6 +63,26 @@ DashOrigin dashOriginOf(const PlotView& view)
     return {view.area.left() - view.margin, coordinateForValue(xMapping(view.xRange, view.area), 0)};
 }
 
+using Plots = std::vector<CPTScatterPlotPtr>;
+
+/// The plots of each strip, first to last: they are clipped to it.
+std::vector<std::pair<CPTStrip, Plots>> plotsByStrip(const CPTXYGraph& graph)
+{
+    std::vector<std::pair<CPTStrip, Plots>> groups;
+    const auto stands = [](const CPTStrip& one, const CPTStrip& other) {
+        return one.top == other.top && one.bottom == other.bottom && one.headRoom == other.headRoom;
+    };
+    for (const CPTScatterPlotPtr& plot : graph.allPlots()) {
+        const CPTStrip& strip = graph.plotSpaceOf(*plot).strip();
+        auto found =
+            std::find_if(groups.begin(), groups.end(), [&](const auto& group) { return stands(group.first, strip); });
+        if (found == groups.end())
+            found = groups.insert(groups.end(), {strip, {}});
+        found->second.push_back(plot);
+    }
+    return groups;
+}
+
 /// The parts of a broken line are several strokes, which may overlap where their colour is opaque.
 bool canStroke(const PlotEnvelope& envelope, const QColor& color)
 {
@@ -105,34 +126,41 @@ void PlotPainting::prepareLayer(const QSize& size)
 /// Straight into the picture where that is an image; else into an image of their own, which is then drawn over it.
 void PlotPainting::drawPixels(GraphCanvas& canvas, const CPTXYGraph& graph, const QRectF& plotArea)
 {
-    const QRectF wholeClip = canvas.alignedRect(clipFor(plotArea, widestLine(graph)));
-    const QRect clip = wholeClip.intersected(canvas.visiblePixels()).toAlignedRect();
-    if (clip.isEmpty())
-        return;
-    const QRectF area = canvas.toPainter(plotArea);
-    if (QImage* image = canvas.directImage()) {
-        strokePlots(bufferOf(*image), clip, graph, area, canvas.density());
-        return;
+    m_slot = 0;
+    const double lineWidth = widestLine(graph);
+    for (const auto& [strip, plots] : plotsByStrip(graph)) {
+        const QRectF points = stripArea(plotArea, strip);
+        const QRectF wholeClip = canvas.alignedRect(clipFor(points, lineWidth));
+        const QRect clip = wholeClip.intersected(canvas.visiblePixels()).toAlignedRect();
+        if (clip.isEmpty() || points.isEmpty()) {
+            m_slot += plots.size();
+            continue;
+        }
+        const QRectF area = canvas.toPainter(points);
+        if (QImage* image = canvas.directImage()) {
+            strokePlots(bufferOf(*image), clip, graph, plots, area, canvas.density());
+            continue;
+        }
+        prepareLayer(clip.size());
+        if (m_layer.isNull())
+            return;
+        strokePlots(bufferOf(m_layer), m_layer.rect(), graph, plots, area.translated(-clip.topLeft()),
+                    canvas.density());
+        canvas.painter().drawImage(clip.topLeft(), m_layer);
     }
-    prepareLayer(clip.size());
-    if (m_layer.isNull())
-        return;
-    strokePlots(bufferOf(m_layer), m_layer.rect(), graph, area.translated(-clip.topLeft()), canvas.density());
-    canvas.painter().drawImage(clip.topLeft(), m_layer);
 }
 
 void PlotPainting::strokePlots(const PixelBuffer& buffer, const QRect& clip, const CPTXYGraph& graph,
-                               const QRectF& area, double density)
+                               const std::vector<CPTScatterPlotPtr>& plots, const QRectF& area, double density)
 {
     const double lineWidth = widestLine(graph) * density;
     const auto viewOf = [&](const CPTScatterPlot& plot) { return viewFor(graph, plot, area, lineWidth, 1); };
-    const std::vector<CPTScatterPlotPtr>& plots = graph.allPlots();
     m_rasteriser.begin(buffer, clip);
-    for (std::size_t slot = 0; slot < plots.size(); ++slot)
-        if (const FilledArea* filled = m_fills.areaOf(graph, slot, m_enveloping, viewOf))
-            m_rasteriser.add(AreaColumns{filled->left, filled->top, filled->bottom}, plots[slot]->areaFill().color);
-    for (std::size_t slot = 0; slot < plots.size(); ++slot)
-        strokePlot(*plots[slot], viewOf(*plots[slot]), density, slot);
+    for (std::size_t index = 0; index < plots.size(); ++index)
+        if (const FilledArea* filled = m_fills.areaOf(graph, {plots, index, m_slot}, m_enveloping, viewOf))
+            m_rasteriser.add(AreaColumns{filled->left, filled->top, filled->bottom}, plots[index]->areaFill().color);
+    for (const CPTScatterPlotPtr& plot : plots)
+        strokePlot(*plot, viewOf(*plot), density, m_slot++);
     m_rasteriser.finish();
 }
 
@@ -189,6 +217,18 @@ const ReducedPlot& PlotPainting::dashed(const std::optional<DashPattern>& dashes
 
 void PlotPainting::drawPaths(GraphCanvas& canvas, const CPTXYGraph& graph, const QRectF& plotArea)
 {
+    m_slot = 0;
+    for (const auto& [strip, plots] : plotsByStrip(graph))
+        drawPaths(canvas, graph, plots, stripArea(plotArea, strip));
+}
+
+void PlotPainting::drawPaths(GraphCanvas& canvas, const CPTXYGraph& graph, const std::vector<CPTScatterPlotPtr>& plots,
+                             const QRectF& plotArea)
+{
+    if (plotArea.isEmpty()) {
+        m_slot += plots.size();
+        return;
+    }
     QPainter& painter = canvas.painter();
     const double lineWidth = widestLine(graph);
     const auto viewOf = [&](const CPTScatterPlot& plot, double steps) {
@@ -200,16 +240,16 @@ void PlotPainting::drawPaths(GraphCanvas& canvas, const CPTXYGraph& graph, const
     painter.save();
     painter.setClipRect(clipFor(plotArea, lineWidth), Qt::IntersectClip);
     painter.scale(1 / kPageStepsPerPoint, 1 / kPageStepsPerPoint);
-    const std::vector<CPTScatterPlotPtr>& plots = graph.allPlots();
-    for (std::size_t slot = 0; slot < plots.size(); ++slot) {
-        const auto areaView = [&](const CPTScatterPlot& plot) { return viewOf(plot, kPageAreaUnits); };
-        if (const FilledArea* filled = m_fills.areaOf(graph, slot, m_enveloping, areaView))
-            painter.fillPath(pathOf(*filled, kPageStepsPerPoint / kPageAreaUnits), plots[slot]->areaFill().color);
-    }
+    const auto areaView = [&](const CPTScatterPlot& plot) { return viewOf(plot, kPageAreaUnits); };
+    for (std::size_t index = 0; index < plots.size(); ++index)
+        if (const FilledArea* filled = m_fills.areaOf(graph, {plots, index, m_slot}, m_enveloping, areaView))
+            painter.fillPath(pathOf(*filled, kPageStepsPerPoint / kPageAreaUnits), plots[index]->areaFill().color);
     painter.setBrush(Qt::NoBrush);
-    for (std::size_t slot = 0; slot < plots.size(); ++slot)
-        if (plots[slot]->dataLineStyle().color.isValid())
-            drawPath(painter, *plots[slot], slot, [&](double steps) { return viewOf(*plots[slot], steps); });
+    for (const CPTScatterPlotPtr& plot : plots) {
+        const std::size_t slot = m_slot++;
+        if (plot->dataLineStyle().color.isValid())
+            drawPath(painter, *plot, slot, [&](double steps) { return viewOf(*plot, steps); });
+    }
     painter.restore();
 }
 

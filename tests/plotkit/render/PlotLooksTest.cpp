@@ -224,6 +224,18 @@ TEST_F(PlotLooksTest, WhatCannotBeFilledIsLeftOut)
     EXPECT_LT(redAt(image(), 50, 50), 0.1);
 }
 
+TEST_F(PlotLooksTest, GridLinesMayBeDashedToo)
+{
+    rendered.useTicks(50, 200);
+    rendered.graph.axisSet()->xAxis()->setMajorGridLineStyle(
+        CPTLineStyle{.width = 2, .color = Qt::red, .dashPattern = {6, 4}});
+    const QImage picture = image();
+    int red = 0;
+    for (int row = 10; row < 410; ++row)
+        red += qAlpha(picture.pixel(210, row)) > 128 ? 1 : 0;
+    EXPECT_EQ(red, 240);
+}
+
 TEST_F(PlotLooksTest, LooksOfAPlotAreChangesOfTheGraph)
 {
     const CPTScatterPlotPtr plot = add({0, 100}, {20, 20});
