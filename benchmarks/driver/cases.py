@@ -78,6 +78,13 @@ def figures(what, extra=False):
                     extra=extra)
 
 
+def formula(text, beside=None, extra=False):
+    """`beside`: the same as muParser writes it."""
+    name = f"formula/{text}/10M"
+    peers = {"muparser": Peer("peer_muparser", "formula", beside, str(10 * MILLION), gigabytes=1)} if beside else {}
+    return group_of(name, "bench_formulas", peers, extra)
+
+
 def text_import():
     text = TextFile("station.tsv", 10 * MILLION)
     site = ["import.plotix", "import.plotix-wal", "import.plotix-shm"]
@@ -114,6 +121,10 @@ def all_groups():
         figures("median"),
         picture(1),
         picture(10),
+        formula("a-b", "a-b"),
+        formula("(a-b)*0.001+b", "(a-b)*0.001+b"),
+        formula("mean(a,1h)"),
+        *[formula(text, extra=True) for text in ("maximum(a,1h)", "integral(a)", "daily_mean(a)")],
         text_import(),
         Group([Case("start")], {"plotix": ProgramStart()}),
         pan(10, 10, "full", "1920x1080", both, "noisy"),

@@ -1,6 +1,7 @@
 #include "base/ReportableError.h"
 #include "hostapp/document/ArchiveManager.h"
 #include "hostapp/document/ComputedRecords.h"
+#include "hostapp/document/FormulaPreview.h"
 #include "hostapp/document/RecordKeeping.h"
 #include "hostapp/document/SiteEditing.h"
 #include "hostapp/document/SiteSchema.h"
@@ -378,6 +379,21 @@ TEST_F(ComputedPropertyTest, AFileOfTheVersionBeforeIsReadAndUpgraded)
     EXPECT_EQ(values("Supply", 0, 0), (Values{60}));
     compute("Spread", "Supply - Return");
     EXPECT_EQ(values("Spread", 0, 0), (Values{20}));
+}
+
+TEST_F(ComputedPropertyTest, APreviewTellsWhatAFormulaComesToBeforeItIsStored)
+{
+    compute("Spread", "Supply - Return");
+    const RowId boiler = agent()->id();
+    const auto preview = [&](const char* formula, RowId property) {
+        return previewOf(document->records(), document->formulaDirectory(), boiler, {formula}, property, 2);
+    };
+    EXPECT_EQ(preview("integral(Power)", 0).unit.toStdString(), "kWh");
+    EXPECT_EQ(preview("integral(Power)", 0).last, (std::vector<std::pair<double, double>>{{1200, 2}, {1800, 4}}));
+    EXPECT_EQ(preview("Spread * 2", 0).last.back(), (std::pair<double, double>{1800, 44}));
+    EXPECT_EQ(preview("Supply - Roof.Air", id("Spread")).last.back(), (std::pair<double, double>{1800, 56}));
+    EXPECT_FALSE(preview("Spread * 2", id("Spread")).failure.isEmpty());
+    EXPECT_EQ(formula("Spread"), "Supply - Return");
 }
 
 }  // namespace
