@@ -1651,7 +1651,7 @@
     </message>
     <message>
         <source>Color</source>
-        <translation type="unfinished">Farbe</translation>
+        <translation>Farbe</translation>
     </message>
     <message>
         <source>Its last value</source>
@@ -1675,7 +1675,7 @@
     </message>
     <message>
         <source>&amp;Name:</source>
-        <translation type="unfinished">&amp;Name:</translation>
+        <translation>&amp;Name:</translation>
     </message>
     <message>
         <source>&amp;Formula:</source>
@@ -2922,7 +2922,7 @@ Auf einen Trend ziehen, oder ankreuzen und „Neuer Trend“ wählen.</translati
     </message>
     <message>
         <source>There is nothing to compute from yet: import or record something first.</source>
-        <translation>Es gibt noch nichts, woraus berechnet werden könnte: Importieren Sie zuerst etwas, oder zeichnen Sie etwas auf.</translation>
+        <translation>Es gibt noch nichts, woraus sich rechnen ließe: Zuerst etwas importieren oder aufzeichnen.</translation>
     </message>
 </context>
 <context>
