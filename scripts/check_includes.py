@@ -22,10 +22,13 @@ SITE = DOCUMENT | {"hostapp/print", "hostapp/web", "hostapp/site"}
 EXCHANGE = {"hostapp/exchange", "hostapp/exchange/formats"}
 LIVE = {"hostapp/live", "hostapp/live/sources"}
 
+READ = {"base", HOST, LOGIC, READING + "/trend", VALUES} | KIT
+
 # Folders whose subfolders are rooms of one kind, each known by the folder above it alone: what such a room may include.
 KINDS = {
     "hostapp/exchange/formats": CORE | {"hostapp/exchange", "hostapp/exchange/tables"},
     "hostapp/live/sources": CORE | {"hostapp/live"},
+    READING: READ,
     "records": {"base", "storage", "records/columns", "records/store"},
 }
 
@@ -43,9 +46,10 @@ ALLOWED = {
     "plotkit/widget": {"base", "plotkit/model", "plotkit/layout", "plotkit/render"},
     HOST: {"base", "base/png"},
     LOGIC: {"base", "base/vectors", "plotkit/model"},
+    READING + "/trend": {"base", HOST, LOGIC} | KIT,
     VALUES: {"base", HOST, "plotkit/model"},
-    READING: {"base", HOST, LOGIC} | KIT - {"plotkit/widget"},
-    PLUGIN: {"base", HOST, LOGIC, READING} | KIT,
+    READING: READ,
+    PLUGIN: READ | {READING},
     "hostapp/core": {"base", HOST},
     "hostapp/document": CORE | {"storage", "records/store"},
     "hostapp/exchange": DOCUMENT,

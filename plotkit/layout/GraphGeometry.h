@@ -2,6 +2,7 @@
 
 #include "plotkit/layout/AxisLayout.h"
 #include "plotkit/layout/AxisMapping.h"
+#include "plotkit/layout/StripArea.h"
 #include "plotkit/model/CPTXYGraph.h"
 
 #include <QtCore/QPointF>
@@ -18,11 +19,14 @@ struct GraphGeometry {
     const CPTXYGraph& graph;
     QRectF rectangle;  ///< the whole picture
     QRectF frame;      ///< the plot area frame: the rectangle less the graph's padding
-    QRectF plotArea;  ///< the frame less its own padding, or the room its labels need; what the ranges are spread over.
-                      ///< Never of negative size
+    QRectF plotArea;   ///< the frame less its own padding, or the room its labels need; holds the strips that the
+                       ///< ranges are spread over. Never of negative size
+
+    /// The part of the plot area that a space is spread over.
+    QRectF areaOf(const CPTXYPlotSpace& space) const { return stripArea(plotArea, space.strip()); }
 
     AxisMapping xMappingOf(const CPTXYPlotSpace& space) const { return xMapping(space.xRange(), plotArea); }
-    AxisMapping yMappingOf(const CPTXYPlotSpace& space) const { return yMapping(space.yRange(), plotArea); }
+    AxisMapping yMappingOf(const CPTXYPlotSpace& space) const { return yMapping(space.yRange(), areaOf(space)); }
 
     /// The point at which a space shows (x value, y value), and back; see AxisMapping for ranges without length.
     QPointF pointForValue(const CPTXYPlotSpace& space, const QPointF& value) const

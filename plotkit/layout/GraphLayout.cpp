@@ -5,6 +5,7 @@
 #include "plotkit/layout/GraphGeometry.h"
 #include "plotkit/layout/LabelRoom.h"
 #include "plotkit/layout/PaddedRect.h"
+#include "plotkit/layout/StripHeads.h"
 
 #include <algorithm>
 
@@ -44,16 +45,48 @@ void leaveOutLabelsThatOverlap(std::vector<AxisLayout>& axes)
             std::erase_if(axes[axis].labels, [&](const AxisLabel& label) { return overlaps(axes[before], label); });
 }
 
+/// A line across the plot area becomes one across each strip: heads are kept free.
+std::vector<QLineF> brokenByStrips(const std::vector<QLineF>& lines, const std::vector<QRectF>& strips)
+{
+    std::vector<QLineF> broken;
+    broken.reserve(lines.size() * strips.size());
+    for (const QLineF& line : lines)
+        for (const QRectF& strip : strips)
+            broken.emplace_back(line.x1(), strip.top(), line.x2(), strip.bottom());
+    return broken;
+}
+
+void spreadOverStrips(AxisLayout& axis, const GraphGeometry& geometry)
+{
+    std::vector<QRectF> strips;
+    for (const CPTXYPlotSpacePtr& space : geometry.graph.allPlotSpaces())
+        if (!space->strip().isWhole())
+            strips.push_back(geometry.areaOf(*space));
+    if (strips.empty())
+        return;
+    axis.majorGridLines = brokenByStrips(axis.majorGridLines, strips);
+    axis.minorGridLines = brokenByStrips(axis.minorGridLines, strips);
+}
+
 AxisLayout placedAxis(const CPTXYAxis& axis, const GraphGeometry& geometry, const QRectF& frameInside,
                       const TextMeasure& measureText)
 {
+    if (axis.isHidden())
+        return {};
     const CPTXYPlotSpace& space = geometry.graph.plotSpaceOf(axis);
     const AxisMapping x = geometry.xMappingOf(space);
     const AxisMapping y = geometry.yMappingOf(space);
     const bool isX = axis.coordinate() == CPTCoordinate::X;
     const bool grows = geometry.graph.labelRoom() == CPTLabelRoom::Grows;
-    return placeAxis(axis, {grows ? frameInside : geometry.rectangle, frameInside, geometry.plotArea, isX ? x : y,
-                            isX ? y : x, measureText, grows ? TextOverPlots::Never : TextOverPlots::Allowed});
+    const QRectF area = isX ? geometry.plotArea : geometry.areaOf(space);
+    if (area.isEmpty())
+        return {};
+    AxisLayout layout =
+        placeAxis(axis, {grows ? frameInside : geometry.rectangle, frameInside, area, isX ? x : y, isX ? y : x,
+                         measureText, grows ? TextOverPlots::Never : TextOverPlots::Allowed});
+    if (isX)
+        spreadOverStrips(layout, geometry);
+    return layout;
 }
 
 }  // namespace
@@ -75,6 +108,7 @@ GraphLayout layOutGraph(const CPTXYGraph& graph, const QRectF& rectangle, const 
     std::transform(graph.axes().axes().begin(), graph.axes().axes().end(), layout.axes.begin(),
                    [&](const CPTXYAxisPtr& axis) { return placedAxis(*axis, geometry, frameInside, measureText); });
     leaveOutLabelsThatOverlap(layout.axes);
+    layout.strips = placedStrips(geometry, measureText);
     for (AxisLayout& axis : layout.axes)
         if (layout.title && axis.title && layout.title->box.intersects(axis.title->box))
             axis.title.reset();

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "plotkit/layout/AxisLayout.h"
+#include "plotkit/layout/StripLayout.h"
 #include "plotkit/model/CPTXYGraph.h"
 
 #include <QtCore/QRectF>
@@ -18,6 +19,7 @@ struct GraphLayout {
     QRectF frame;     ///< the plot area frame: the rectangle less the graph's padding
     QRectF plotArea;  ///< the frame less its own padding, or the room its labels need; what the ranges are spread over
     std::vector<AxisLayout> axes;     ///< as many as the graph's axis set has, in its order
+    std::vector<StripLayout> strips;  ///< of the spaces that have one, in the graph's order
     std::optional<PlacedText> title;  ///< never wider than the rectangle: elide what does not fit
 
     bool isEmpty() const { return plotArea.isEmpty(); }

@@ -4,6 +4,7 @@
 #include "plotkit/layout/AxisPlacement.h"
 #include "plotkit/layout/AxisTicks.h"
 #include "plotkit/layout/PaddedRect.h"
+#include "plotkit/layout/StripArea.h"
 
 #include <algorithm>
 #include <cmath>
@@ -28,7 +29,7 @@ public:
     {
         for (const CPTCoordinate coordinate : {CPTCoordinate::X, CPTCoordinate::Y})
             for (const CPTXYAxisPtr& axis : m_graph.axes().axes())
-                if (axis->coordinate() == coordinate && axis->axisConstraints())
+                if (axis->coordinate() == coordinate && axis->axisConstraints() && !axis->isHidden())
                     makeRoomFor(*axis);
         return m_padding;
     }
@@ -64,8 +65,9 @@ private:
     {
         const QRectF area = insideOf(m_frame, m_padding);
         const CPTXYPlotSpace& space = m_graph.plotSpaceOf(axis);
-        const AxisMapping mapping =
-            axis.coordinate() == CPTCoordinate::X ? xMapping(space.xRange(), area) : yMapping(space.yRange(), area);
+        const AxisMapping mapping = axis.coordinate() == CPTCoordinate::X
+                                        ? xMapping(space.xRange(), area)
+                                        : yMapping(space.yRange(), stripArea(area, space.strip()));
         const TickPlan plan = planTicks(axis, mapping);
         const std::vector<MajorTick> ticks = majorTicks(plan, mapping);
         QSizeF largest;

@@ -36,6 +36,10 @@ public:
         set(m_plotSpace, std::weak_ptr<const CPTXYPlotSpace>(space));
     }
 
+    /// A hidden axis is not drawn, has no grid and takes no room.
+    bool isHidden() const { return m_hidden; }
+    void setHidden(bool hidden) { set(m_hidden, hidden); }
+
     CPTAxisLabelingPolicy labelingPolicy() const { return m_labelingPolicy; }
     void setLabelingPolicy(CPTAxisLabelingPolicy policy) { set(m_labelingPolicy, policy); }
     double majorIntervalLength() const { return m_majorIntervalLength; }
@@ -94,6 +98,7 @@ private:
 
     CPTCoordinate m_coordinate;
     std::weak_ptr<const CPTXYPlotSpace> m_plotSpace;
+    bool m_hidden = false;
     CPTAxisLabelingPolicy m_labelingPolicy = CPTAxisLabelingPolicy::Automatic;
     double m_majorIntervalLength = 1;
     int m_minorTicksPerInterval = 1;

@@ -57,6 +57,15 @@ void CPTXYPlotSpace::setRange(CPTPlotRange& stored, const CPTPlotRange& proposed
         m_changeHandler();
 }
 
+void CPTXYPlotSpace::setStrip(const CPTStrip& strip)
+{
+    if (m_strip == strip)
+        return;
+    m_strip = strip;
+    if (m_changeHandler)
+        m_changeHandler();
+}
+
 void CPTXYPlotSpace::scaleToFitPlots(const std::vector<std::shared_ptr<CPTScatterPlot>>& plots)
 {
     std::optional<CPTPointSeries::Extent> all;
@@ -77,6 +86,11 @@ void CPTXYPlotSpace::scaleToFitPlots(const std::vector<std::shared_ptr<CPTScatte
     if (!all)
         return;
     setXRange({all->minX, all->maxX - all->minX});
+    if (m_fitter) {
+        if (const std::optional<CPTPlotRange> needed = m_fitter(plots))
+            setYRange(*needed);
+        return;
+    }
     const double minY = static_cast<double>(all->minY);
     setYRange({minY, static_cast<double>(all->maxY) - minY});
 }
@@ -89,8 +103,8 @@ void CPTXYPlotSpace::scaleBy(double factor, QPointF aboutPoint)
         return;
     const CPTPlotRange x = rangeScaledAbout(xRange(), factor, aboutPoint.x());
     const CPTPlotRange y = rangeScaledAbout(m_yRange, factor, aboutPoint.y());
-    if (isFinite(x))
+    if (isFinite(x) && m_movableRanges != CPTMovableRanges::OnlyY)
         setXRange(x);
-    if (isFinite(y))
+    if (isFinite(y) && m_movableRanges != CPTMovableRanges::OnlyX)
         setYRange(y);
 }

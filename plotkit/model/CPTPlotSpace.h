@@ -1,11 +1,13 @@
 #pragma once
 
 #include "plotkit/model/CPTPlotRange.h"
+#include "plotkit/model/CPTStrip.h"
 
 #include <QtCore/QPointF>
 
 #include <functional>
 #include <memory>
+#include <optional>
 #include <vector>
 
 class CPTXYPlotSpace;
@@ -26,6 +28,9 @@ public:
     virtual bool plotSpaceShouldHandlePointingDeviceCancelledEvent(CPTXYPlotSpace* space) = 0;
 };
 
+/// Which ranges of a plot space follow the user's hands: pointer, wheel, keys.
+enum class CPTMovableRanges { Both, OnlyX, OnlyY };
+
 /// The x and the y range that plots and axes of a graph are drawn by, both 0…1 at first.
 ///
 /// Setting a range asks the delegate first, stores its answer, then tells it. The graph *shares* it with whoever added
@@ -38,6 +43,14 @@ public:
     bool allowsUserInteraction() const { return m_allowsUserInteraction; }
     void setAllowsUserInteraction(bool allowed) { m_allowsUserInteraction = allowed; }
 
+    /// Which of its ranges zooms and pans change; both at first. A fit changes both, whatever this says.
+    CPTMovableRanges movableRanges() const { return m_movableRanges; }
+    void setMovableRanges(CPTMovableRanges ranges) { m_movableRanges = ranges; }
+
+    /// The part of the plot area that its plots are drawn in; all of it at first.
+    const CPTStrip& strip() const { return m_strip; }
+    void setStrip(const CPTStrip& strip);
+
     const CPTPlotRange& xRange() const;
     const CPTPlotRange& yRange() const { return m_yRange; }
     void setXRange(const CPTPlotRange& range);
@@ -47,13 +60,17 @@ public:
     /// ranges proposed to itself: for a second value axis over the same time. The leader is held *weakly*. Once it is
     /// null or gone, this space shows its own last x range again.
     void followXOf(const std::shared_ptr<const CPTXYPlotSpace>& leader);
+    std::shared_ptr<const CPTXYPlotSpace> xLeader() const { return m_xLeader.lock(); }
 
     /// Proposes the union of the plots' x extents, then that of their y extents, each without padding (length zero
     /// too). Hidden plots count. No points at all: nothing is proposed.
     void scaleToFitPlots(const std::vector<std::shared_ptr<CPTScatterPlot>>& plots);
+    /// Who answers, for a fit, which y range these plots need; nothing: y stays. None at first: their extents count.
+    using Fitter = std::function<std::optional<CPTPlotRange>(const std::vector<std::shared_ptr<CPTScatterPlot>>&)>;
+    void setFitter(Fitter fitter) { m_fitter = std::move(fitter); }
 
-    /// Zooms both axes by `factor` (> 1 shows less) so that `aboutPoint` (plot-space coordinates) stays where it is,
-    /// unless the delegate declines. Factors that are not positive and finite are ignored.
+    /// Zooms the movable ranges by `factor` (> 1 shows less) so that `aboutPoint` (plot-space coordinates) stays where
+    /// it is, unless the delegate declines. Factors that are not positive and finite are ignored.
     void scaleBy(double factor, QPointF aboutPoint);
 
     /// Called after every change of this space's own ranges, not of the leader's.
@@ -64,6 +81,9 @@ private:
 
     CPTPlotSpaceDelegate* m_delegate = nullptr;
     bool m_allowsUserInteraction = false;
+    CPTMovableRanges m_movableRanges = CPTMovableRanges::Both;
+    CPTStrip m_strip;
+    Fitter m_fitter;
     std::weak_ptr<const CPTXYPlotSpace> m_xLeader;
     CPTPlotRange m_xRange{0, 1};
     CPTPlotRange m_yRange{0, 1};

@@ -19,6 +19,14 @@ void CPTScatterPlot::setDataLineStyle(const CPTLineStyle& style)
     changed();
 }
 
+void CPTScatterPlot::setTitle(const QString& title)
+{
+    if (m_title == title)
+        return;
+    m_title = title;
+    changed();
+}
+
 void CPTScatterPlot::setHidden(bool hidden)
 {
     if (m_hidden == hidden)

@@ -33,6 +33,9 @@ public:
 
     const QString& identifier() const { return m_identifier; }
     void setIdentifier(const QString& identifier) { m_identifier = identifier; }
+    /// Its name for people, where the graph shows keys; empty: it has none.
+    const QString& title() const { return m_title; }
+    void setTitle(const QString& title);
     CPTPlotDelegate* delegate() const { return m_delegate; }
     void setDelegate(CPTPlotDelegate* delegate) { m_delegate = delegate; }
 
@@ -68,6 +71,7 @@ private:
     void changed() const;
 
     QString m_identifier;
+    QString m_title;
     CPTPlotDelegate* m_delegate = nullptr;
     std::weak_ptr<const CPTXYPlotSpace> m_plotSpace;
     CPTLineStyle m_dataLineStyle;

@@ -93,6 +93,15 @@ std::vector<CPTScatterPlotPtr> CPTXYGraph::plotsIn(const CPTXYPlotSpace& space) 
     return plots;
 }
 
+std::vector<CPTScatterPlotPtr> CPTXYGraph::plotsToFit(const CPTXYPlotSpace& space) const
+{
+    std::vector<CPTScatterPlotPtr> plots = plotsIn(space);
+    if (plots.empty())
+        std::copy_if(m_plots.begin(), m_plots.end(), std::back_inserter(plots),
+                     [&](const CPTScatterPlotPtr& plot) { return plotSpaceOf(*plot).xLeader().get() == &space; });
+    return plots;
+}
+
 void CPTXYGraph::addPlot(const CPTScatterPlotPtr& plot)
 {
     if (!add(m_plots, plot))

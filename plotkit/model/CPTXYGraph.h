@@ -66,6 +66,9 @@ public:
     /// The plots that use a space of this graph, first to last: the space is fitted to these.
     std::vector<CPTScatterPlotPtr> plotsIn(const CPTXYPlotSpace& space) const;
 
+    /// What a fit of this space is about: those, or where it has none those of the spaces that follow its x.
+    std::vector<CPTScatterPlotPtr> plotsToFit(const CPTXYPlotSpace& space) const;
+
     CPTXYAxisSet* axisSet() { return &m_axisSet; }
     const CPTXYAxisSet& axes() const { return m_axisSet; }
 

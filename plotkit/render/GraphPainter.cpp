@@ -66,6 +66,27 @@ void drawTexts(GraphCanvas& canvas, const AxisLayout& layout, const CPTXYAxis& a
         canvas.drawText(*layout.title, axis.titleTextStyle(), backgroundOf(*layout.title, plotArea));
 }
 
+void drawStrips(GraphCanvas& canvas, const GraphLayout& layout)
+{
+    for (const StripLayout& strip : layout.strips)
+        canvas.drawRoundedFrame(strip.area, strip.space->strip().fill, strip.space->strip().borderLineStyle, 0);
+}
+
+void drawHeads(GraphCanvas& canvas, const GraphLayout& layout)
+{
+    for (const StripLayout& strip : layout.strips) {
+        const CPTStrip& style = strip.space->strip();
+        if (strip.title)
+            canvas.drawText(*strip.title, style.titleTextStyle, TextBackground::Plain);
+        for (const PlacedKey& key : strip.keys) {
+            canvas.drawLine(key.sample, key.plot->dataLineStyle());
+            canvas.drawText(key.name, style.keyTextStyle, TextBackground::Plain);
+        }
+        if (strip.more)
+            canvas.drawText(*strip.more, style.keyTextStyle, TextBackground::Plain);
+    }
+}
+
 }  // namespace
 
 void GraphPainter::paint(QPainter& painter, const CPTXYGraph& graph, const QRectF& rect)
@@ -87,6 +108,7 @@ void GraphPainter::paintBelowLayers(QPainter& painter, const CPTXYGraph& graph, 
 
     GraphCanvas canvas(painter, &m_texts);
     m_background.draw(canvas, graph, rect, layout.frame);
+    drawStrips(canvas, layout);
     eachAxis([&](const AxisLayout& axisLayout, const CPTXYAxis& axis) { drawGrid(canvas, axisLayout, axis); });
     // Before the plots: a value that stays on the axis must be seen.
     eachAxis([&](const AxisLayout& axisLayout, const CPTXYAxis& axis) {
@@ -98,6 +120,7 @@ void GraphPainter::paintBelowLayers(QPainter& painter, const CPTXYGraph& graph, 
     eachAxis([&](const AxisLayout& axisLayout, const CPTXYAxis& axis) {
         drawTexts(canvas, axisLayout, axis, layout.plotArea);
     });
+    drawHeads(canvas, layout);
     if (layout.title)
         canvas.drawText(*layout.title, graph.titleTextStyle(), backgroundOf(*layout.title, layout.plotArea));
 }

@@ -1,6 +1,7 @@
 #include "plotkit/render/PlotPainting.h"
 
 #include "plotkit/layout/PlotReduction.h"
+#include "plotkit/layout/StripArea.h"
 
 #include <QtGui/QPainterPath>
 
@@ -46,6 +47,26 @@ PlotView viewFor(const CPTXYGraph& graph, const CPTScatterPlot& plot, const QRec
     view.area = area;
     view.margin = std::max(kLeastMargin, 2 * lineWidth);
     return view;
+}
+
+using Plots = std::vector<CPTScatterPlotPtr>;
+
+/// The plots of each strip, first to last: they are clipped to it.
+std::vector<std::pair<CPTStrip, Plots>> plotsByStrip(const CPTXYGraph& graph)
+{
+    std::vector<std::pair<CPTStrip, Plots>> groups;
+    const auto stands = [](const CPTStrip& one, const CPTStrip& other) {
+        return one.top == other.top && one.bottom == other.bottom && one.headRoom == other.headRoom;
+    };
+    for (const CPTScatterPlotPtr& plot : graph.allPlots()) {
+        const CPTStrip& strip = graph.plotSpaceOf(*plot).strip();
+        auto found =
+            std::find_if(groups.begin(), groups.end(), [&](const auto& group) { return stands(group.first, strip); });
+        if (found == groups.end())
+            found = groups.insert(groups.end(), {strip, {}});
+        found->second.push_back(plot);
+    }
+    return groups;
 }
 
 /// The parts of a broken line are several strokes, which may overlap where their colour is opaque.
@@ -114,30 +135,37 @@ void PlotPainting::prepareLayer(const QSize& size)
 /// Straight into the picture where that is an image; else into an image of their own, which is then drawn over it.
 void PlotPainting::drawPixels(GraphCanvas& canvas, const CPTXYGraph& graph, const QRectF& plotArea)
 {
-    const QRectF wholeClip = canvas.alignedRect(clipFor(plotArea, widestLine(graph)));
-    const QRect clip = wholeClip.intersected(canvas.visiblePixels()).toAlignedRect();
-    if (clip.isEmpty())
-        return;
-    const QRectF area = canvas.toPainter(plotArea);
-    if (QImage* image = canvas.directImage()) {
-        strokePlots(bufferOf(*image), clip, graph, area, canvas.density());
-        return;
+    m_slot = 0;
+    const double lineWidth = widestLine(graph);
+    for (const auto& [strip, plots] : plotsByStrip(graph)) {
+        const QRectF points = stripArea(plotArea, strip);
+        const QRectF wholeClip = canvas.alignedRect(clipFor(points, lineWidth));
+        const QRect clip = wholeClip.intersected(canvas.visiblePixels()).toAlignedRect();
+        if (clip.isEmpty() || points.isEmpty()) {
+            m_slot += plots.size();
+            continue;
+        }
+        const QRectF area = canvas.toPainter(points);
+        if (QImage* image = canvas.directImage()) {
+            strokePlots(bufferOf(*image), clip, graph, plots, area, canvas.density());
+            continue;
+        }
+        prepareLayer(clip.size());
+        if (m_layer.isNull())
+            return;
+        strokePlots(bufferOf(m_layer), m_layer.rect(), graph, plots, area.translated(-clip.topLeft()),
+                    canvas.density());
+        canvas.painter().drawImage(clip.topLeft(), m_layer);
     }
-    prepareLayer(clip.size());
-    if (m_layer.isNull())
-        return;
-    strokePlots(bufferOf(m_layer), m_layer.rect(), graph, area.translated(-clip.topLeft()), canvas.density());
-    canvas.painter().drawImage(clip.topLeft(), m_layer);
 }
 
 void PlotPainting::strokePlots(const PixelBuffer& buffer, const QRect& clip, const CPTXYGraph& graph,
-                               const QRectF& area, double density)
+                               const std::vector<CPTScatterPlotPtr>& plots, const QRectF& area, double density)
 {
     const double lineWidth = widestLine(graph) * density;
-    std::size_t slot = 0;
     m_rasteriser.begin(buffer, clip);
-    for (const CPTScatterPlotPtr& plot : graph.allPlots())
-        strokePlot(*plot, viewFor(graph, *plot, area, lineWidth, 1), density, slot++);
+    for (const CPTScatterPlotPtr& plot : plots)
+        strokePlot(*plot, viewFor(graph, *plot, area, lineWidth, 1), density, m_slot++);
     m_rasteriser.finish();
 }
 
@@ -159,6 +187,15 @@ void PlotPainting::strokePlot(const CPTScatterPlot& plot, const PlotView& view, 
 
 void PlotPainting::drawPaths(GraphCanvas& canvas, const CPTXYGraph& graph, const QRectF& plotArea)
 {
+    for (const auto& [strip, plots] : plotsByStrip(graph))
+        drawPaths(canvas, graph, plots, stripArea(plotArea, strip));
+}
+
+void PlotPainting::drawPaths(GraphCanvas& canvas, const CPTXYGraph& graph, const std::vector<CPTScatterPlotPtr>& plots,
+                             const QRectF& plotArea)
+{
+    if (plotArea.isEmpty())
+        return;
     QPainter& painter = canvas.painter();
     const double lineWidth = widestLine(graph);
     const QRectF area(plotArea.topLeft() * kPageStepsPerPoint, plotArea.size() * kPageStepsPerPoint);
@@ -166,7 +203,7 @@ void PlotPainting::drawPaths(GraphCanvas& canvas, const CPTXYGraph& graph, const
     painter.setClipRect(clipFor(plotArea, lineWidth), Qt::IntersectClip);
     painter.scale(1 / kPageStepsPerPoint, 1 / kPageStepsPerPoint);
     painter.setBrush(Qt::NoBrush);
-    for (const CPTScatterPlotPtr& plot : graph.allPlots()) {
+    for (const CPTScatterPlotPtr& plot : plots) {
         const CPTLineStyle& style = plot->dataLineStyle();
         PlotView view = viewFor(graph, *plot, area, lineWidth * kPageStepsPerPoint, kPageStepsPerPoint);
         view.columnsPerPixel = 1;

@@ -16,7 +16,8 @@ namespace plotkit {
 
 class PlotPainting {
 public:
-    /// Draws the visible plots, first to last, clipped to the plot area (points). An empty area draws nothing.
+    /// Draws the visible plots, first to last in each strip, clipped to it. `plotArea` is in points; an empty one draws
+    /// nothing.
     void drawPlots(GraphCanvas& canvas, const CPTXYGraph& graph, const QRectF& plotArea);
 
 private:
@@ -24,14 +25,17 @@ private:
     void drawPaths(GraphCanvas& canvas, const CPTXYGraph& graph, const QRectF& plotArea);
     void strokePlot(const CPTScatterPlot& plot, const PlotView& view, double density, std::size_t slot);
     bool reduce(const CPTScatterPlot& plot, const PlotView& view);
-    void strokePlots(const PixelBuffer& buffer, const QRect& clip, const CPTXYGraph& graph, const QRectF& area,
-                     double density);
+    void drawPaths(GraphCanvas& canvas, const CPTXYGraph& graph, const std::vector<CPTScatterPlotPtr>& plots,
+                   const QRectF& area);
+    void strokePlots(const PixelBuffer& buffer, const QRect& clip, const CPTXYGraph& graph,
+                     const std::vector<CPTScatterPlotPtr>& plots, const QRectF& area, double density);
     void prepareLayer(const QSize& size);
 
     ReducedPlot m_reduced;
     PlotEnveloping m_enveloping;
     PlotEnvelope m_envelope;
     PolylineRasteriser m_rasteriser;
+    std::size_t m_slot = 0;  // of the plot drawn next
     QImage m_layer;
 };
 

@@ -154,21 +154,32 @@ std::vector<CPTXYPlotSpacePtr> CPTGraphHostingView::interactiveSpaces() const
 void CPTGraphHostingView::zoomBy(double factor, QPointF aboutPoint)
 {
     const CPTXYGraphPtr graph = m_hostedGraph;
-    for (const CPTXYPlotSpacePtr& space : interactiveSpaces())
-        plotkit::zoomAboutPoint(*space, geometryShown(*graph).plotArea, factor, aboutPoint);
+    for (const CPTXYPlotSpacePtr& space : interactiveSpaces()) {
+        const plotkit::GraphGeometry geometry = geometryShown(*graph);
+        if (isMeant(*space, geometry, aboutPoint))
+            plotkit::zoomAboutPoint(*space, geometry.areaOf(*space), factor, aboutPoint);
+    }
+}
+
+/// In lanes the one at the point moves, with the time of all of them.
+bool CPTGraphHostingView::isMeant(const CPTXYPlotSpace& space, const plotkit::GraphGeometry& geometry, QPointF point)
+{
+    return space.strip().isWhole() || plotkit::wholeStrip(geometry.plotArea, space.strip()).contains(point);
 }
 
 void CPTGraphHostingView::mousePressEvent(QMouseEvent* event)
 {
     const std::vector<CPTXYPlotSpacePtr> spaces = interactiveSpaces();
-    const QRectF area = spaces.empty() ? QRectF() : geometryShown(*m_hostedGraph).plotArea;
-    if (spaces.empty() || event->button() != Qt::LeftButton || !area.contains(event->position())) {
+    if (spaces.empty() || event->button() != Qt::LeftButton ||
+        !geometryShown(*m_hostedGraph).plotArea.contains(event->position())) {
         event->ignore();
         return;
     }
+    const plotkit::GraphGeometry geometry = geometryShown(*m_hostedGraph);
     m_drag = std::make_shared<Drag>();
     for (const CPTXYPlotSpacePtr& space : spaces)
-        m_drag->emplace_back(space, area, event->position());
+        if (isMeant(*space, geometry, event->position()))
+            m_drag->emplace_back(space, geometry.areaOf(*space), event->position());
     setCursor(Qt::ClosedHandCursor);
 }
 
@@ -256,7 +267,7 @@ void CPTGraphHostingView::keyPressEvent(QKeyEvent* event)
     case Qt::Key_Minus: zoomBy(1 / plotkit::kZoomStep, centre); break;
     case Qt::Key_Home:
         for (const CPTXYPlotSpacePtr& space : spaces)
-            space->scaleToFitPlots(graph->plotsIn(*space));
+            space->scaleToFitPlots(graph->plotsToFit(*space));
         break;
     default: event->ignore();
     }

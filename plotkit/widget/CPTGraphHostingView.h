@@ -66,6 +66,7 @@ private:
     void changed(plotkit::GraphChange change);
     std::vector<CPTXYPlotSpacePtr> interactiveSpaces() const;
     void zoomBy(double factor, QPointF aboutPoint);
+    static bool isMeant(const CPTXYPlotSpace& space, const plotkit::GraphGeometry& geometry, QPointF point);
     bool handlePinch(QGestureEvent* event);
     bool handleNativeGesture(QNativeGestureEvent* event);
     void cancelDrag();

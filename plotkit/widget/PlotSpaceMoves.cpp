@@ -33,14 +33,26 @@ void zoomAboutPoint(CPTXYPlotSpace& space, const QRectF& plotArea, double factor
     space.scaleBy(factor, valueForPoint(x, y, nearestInside(plotArea, point)));
 }
 
+bool movesX(const CPTXYPlotSpace& space)
+{
+    return space.movableRanges() != CPTMovableRanges::OnlyY;
+}
+
+bool movesY(const CPTXYPlotSpace& space)
+{
+    return space.movableRanges() != CPTMovableRanges::OnlyX;
+}
+
 void panXBy(CPTXYPlotSpace& space, const QRectF& plotArea, double points)
 {
-    if (!plotArea.isEmpty())
+    if (!plotArea.isEmpty() && movesX(space))
         space.setXRange(rangePannedBy(xMapping(space.xRange(), plotArea), points));
 }
 
 void panByFraction(CPTXYPlotSpace& space, CPTCoordinate coordinate, double fraction)
 {
+    if (!(coordinate == CPTCoordinate::X ? movesX(space) : movesY(space)))
+        return;
     CPTPlotRange range = coordinate == CPTCoordinate::X ? space.xRange() : space.yRange();
     range.location += fraction * range.length;
     if (coordinate == CPTCoordinate::X)
@@ -70,8 +82,10 @@ void PlotSpaceDrag::moveTo(QPointF point)
         beginAt(m_lastPoint);
     const QPointF delta = point - m_startPoint;
     m_lastPoint = point;
-    m_space->setXRange(rangePannedBy(xMapping(m_startX, m_plotArea), delta.x()));
-    m_space->setYRange(rangePannedBy(yMapping(m_startY, m_plotArea), delta.y()));
+    if (movesX(*m_space))
+        m_space->setXRange(rangePannedBy(xMapping(m_startX, m_plotArea), delta.x()));
+    if (movesY(*m_space))
+        m_space->setYRange(rangePannedBy(yMapping(m_startY, m_plotArea), delta.y()));
     m_lastX = m_space->xRange();
     m_lastY = m_space->yRange();
 }

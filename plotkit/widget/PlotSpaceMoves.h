@@ -18,6 +18,10 @@ inline constexpr double kPanStep = 0.1;
 /// The magnification of a wheel turned by `eighthsOfDegree`; 120 are one notch, positive turns magnify.
 double zoomFactorForWheel(double eighthsOfDegree);
 
+/// Which of a space's ranges moves may change.
+bool movesX(const CPTXYPlotSpace& space);
+bool movesY(const CPTXYPlotSpace& space);
+
 /// Zooms about what is shown at a point; a point beside the plot area counts as the nearest one inside.
 /// An empty plot area: nothing happens.
 void zoomAboutPoint(CPTXYPlotSpace& space, const QRectF& plotArea, double factor, QPointF point);

@@ -9,11 +9,13 @@
 #include "plugins/PlotixPlugIn/KTVPlotixPlugIn.h"
 
 #include "plugins/PlotixPlugIn/PlugInBundle.h"
+#include "plugins/PlotixPlugIn/TrendAccess.h"
 #include "plugins/PlotixPlugIn/TrendRootView.h"
 #include "plugins/PlotixPlugIn/host/KTVHelpManager.h"
 #include "plugins/PlotixPlugIn/host/KTVHostServices.h"
 #include "plugins/PlotixPlugIn/host/KTVUserInterface.h"
 #include "plugins/PlotixPlugIn/reading/ReadSpans.h"
+#include "plugins/PlotixPlugIn/reading/TrendReader.h"
 #include "ui_KTVPlotixPlugIn.h"
 
 namespace {
@@ -61,6 +63,8 @@ KTVPlotixPlugIn::KTVPlotixPlugIn()
                                  : std::optional(plotix::TimeSpan{dates[0].toDouble(), dates[1].toDouble()});
       }))
 {
+    m_access = std::make_unique<TrendAccess>(*this);
+    m_reader = std::make_unique<plotix::TrendReader>(*m_access);
     plugInBundle::registerResources();
 }
 
@@ -146,7 +150,9 @@ void KTVPlotixPlugIn::decodeFields(KTVDecoder& decoder)
     m_plotRangeForY = decodePlotRange(decoder);
     m_infoTableArray = infoTableArrayFromVariantList(decoder.decodeValue(QStringLiteral("infoTableArray")).toList());
     m_dataCluster->setDelegate(this);
-    m_reading = plotix::mergedReadingOptions({}, decoder.decodeValue(QStringLiteral("reading")).toMap());
+    const QVariantMap chosen = decoder.decodeValue(QStringLiteral("reading")).toMap();
+    m_reading = plotix::mergedReadingOptions({}, chosen);
+    m_reader->choose(chosen);
     if (decoder.containsKey(QStringLiteral("tableColumns")))
         m_tableColumns = decoder.decodeValue(QStringLiteral("tableColumns")).toMap();
 }
@@ -202,6 +208,7 @@ void KTVPlotixPlugIn::viewDidLoad()
         m_dataCluster->setToDateValue(m_toDate);
     m_dataCluster->returnKeyPressed(nullptr);
     m_infoTable->adjustLayoutForAutosavedDictionary(m_tableColumns.value_or(QVariantMap()));
+    m_reader->viewLoaded();
     // On the press and not on the release, so that the picker opens while the button is held.
     connect(m_sharingButton, &QAbstractButton::pressed, this, [this] { sharingButtonClicked(m_sharingButton); });
 }
@@ -223,6 +230,7 @@ KTVPlotixPlugIn::~KTVPlotixPlugIn()
     m_fromDate.reset();
     removeObservers(agent());
     releaseGraph();
+    m_reader.reset();
     m_plotRangeForY.reset();
     m_binders.reset();
     m_colorNameDictionary.reset();

@@ -23,7 +23,9 @@ class LineMenu;
 class TrendViewArrangement;
 namespace plotix {
 class ReadSpans;
-}
+class TrendReader;
+}  // namespace plotix
+class TrendAccess;
 
 /// The tag of observations of a property's "color".
 inline constexpr ObservationTag kPropertyColor{"color"};
@@ -48,8 +50,8 @@ inline constexpr ObservationTag kPropertyColor{"color"};
 ///   the collapsible details panel                               KTVPlotixPlugIn_DetailsPanel.cpp
 ///   options that make it easier to read                         KTVPlotixPlugIn_Reading.cpp
 ///
-/// What goes beyond the contract is no topic of this class: it is a collaborator under `reading/`, which a host reaches
-/// by name and which this class only tells what happens.
+/// What goes beyond the contract is no topic of this class: it is a part under `reading/`. `TrendReader` is the one
+/// attachment by which this class tells them what happens; `TrendAccess` is how they see this class.
 ///
 /// A field is written by one file, named beside it, apart from construction and decoding. Two exceptions: the Graph
 /// file makes `binders` together with the graph and the Series file fills it; PropertySet removes rows from
@@ -145,6 +147,9 @@ public:
     // Reading. Options by name, see reading/ReadingOptions.h; unknown ones are passed over.
     Q_INVOKABLE void setReading(const QVariantMap& options);  ///< chooses these and leaves the others
     Q_INVOKABLE QVariantMap reading() const;                  ///< those that were chosen
+    /// What people can do with the parts of the reading, for a host's menus; owned by the trend. See ReadingPart.h.
+    Q_INVOKABLE QList<QAction*> readingActions() const;
+    Q_INVOKABLE QObject* trendReader() const;  ///< a plotix::TrendReader; owned, never null
     /// Lifts the limits of the value range for this trend and fits it to all values; without a graph it only lifts
     /// them.
     Q_INVOKABLE void showValuesScaled(QObject* sender);
@@ -260,6 +265,7 @@ protected:
     void viewDidLoad() override;
 
 private:
+    friend class TrendAccess;
     enum class Rebuild { First, Later };
     using SeriesDictionary = std::map<QString, CPTPointSeriesPtr>;
 
@@ -333,6 +339,8 @@ private:
     OptionalDate m_refreshedFrom, m_refreshedTo;                        // Acquisition
     std::unique_ptr<plotix::ReadSpans> m_readSpans;                     // owns; told, never asked
     plotix::ReadingOptions m_reading;                                   // Reading
+    std::unique_ptr<TrendAccess> m_access;                              // owns; what the parts of the reading see
+    std::unique_ptr<plotix::TrendReader> m_reader;                      // owns; goes before the view and the graph
     QPointer<LineMenu> m_lineMenu;                                      // weak; Reading. Absent unless chosen
     bool m_firstFitUnderWay = false;                                    // Axes; the y axis is not re-ticked meanwhile
     bool m_rangeBeingShown = false;                                     // Following; no modifier key counts meanwhile

@@ -13,6 +13,7 @@
 #include "plugins/PlotixPlugIn/logic/TimeTicks.h"
 #include "plugins/PlotixPlugIn/logic/ValueTicks.h"
 #include "plugins/PlotixPlugIn/reading/ReadableAxes.h"
+#include "plugins/PlotixPlugIn/reading/TrendReader.h"
 
 #include <QtCore/QScopedValueRollback>
 
@@ -75,8 +76,9 @@ void KTVPlotixPlugIn::fitPlots(Rebuild rebuild)
 {
     {
         const QScopedValueRollback<bool> firstFit(m_firstFitUnderWay, rebuild == Rebuild::First);
-        m_graph->defaultPlotSpace()->scaleToFitPlots(m_graph->plotsIn(m_graph->plotSpace()));
+        m_graph->defaultPlotSpace()->scaleToFitPlots(m_graph->plotsToFit(m_graph->plotSpace()));
     }
+    m_reader->tell(&plotix::ReadingPart::fitted);
     m_plotRangeForY = m_graph->defaultPlotSpace()->yRange();
     if (rebuild == Rebuild::First || (m_reading.hasReadableLabels() && hostedAxisSet()))
         return;

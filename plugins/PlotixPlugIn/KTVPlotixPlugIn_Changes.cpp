@@ -9,6 +9,7 @@
 #include "plugins/PlotixPlugIn/KTVPlotixPlugIn.h"
 
 #include "plugins/PlotixPlugIn/InfoTableModel.h"
+#include "plugins/PlotixPlugIn/reading/TrendReader.h"
 
 #include <algorithm>
 
@@ -16,6 +17,7 @@ namespace {
 
 const QString kProperties = QStringLiteral("properties");  // keys, in order
 const QString kHidden = QStringLiteral("hidden");          // keys
+const QString kReading = QStringLiteral("reading");        // choices of the parts of the reading, by their keys
 const QString kTimes = QStringLiteral("times");            // location and length, seconds
 const QString kDates = QStringLiteral("dates");            // of the date panel, seconds
 const QString kValues = QStringLiteral("values");          // location and length
@@ -45,6 +47,8 @@ QVariantMap KTVPlotixPlugIn::changeable() const
             hidden << row->propertyName;
     hidden.sort();
     QVariantMap state{{kProperties, keys}, {kHidden, hidden}, {kDates, shownRange()}};
+    if (const QVariantMap chosen = m_reader->chosen(); !chosen.isEmpty())
+        state.insert(kReading, chosen);
     if (m_graph) {
         state.insert(kTimes, listFrom(m_graph->defaultPlotSpace()->xRange()));
         state.insert(kValues, listFrom(m_graph->defaultPlotSpace()->yRange()));
@@ -56,6 +60,7 @@ void KTVPlotixPlugIn::changeTo(const QVariantMap& state)
 {
     const bool fetches = changeProperties(state.value(kProperties).toStringList());
     changeHidden(state.value(kHidden).toStringList());
+    m_reader->chooseOnly(state.value(kReading).toMap());
     if (fetches)
         return;
     const auto times = rangeFrom(state.value(kTimes));

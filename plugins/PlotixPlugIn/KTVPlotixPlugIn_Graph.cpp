@@ -8,6 +8,7 @@
 #include "plugins/PlotixPlugIn/KTVPlotixPlugIn.h"
 
 #include "plugins/PlotixPlugIn/reading/ReadSpans.h"
+#include "plugins/PlotixPlugIn/reading/TrendReader.h"
 
 namespace {
 
@@ -76,6 +77,7 @@ void KTVPlotixPlugIn::buildGraph()
     setupYAxis();
     adjustYAxis();
     m_readSpans->graphBuilt(m_graph);
+    m_reader->tell(&plotix::ReadingPart::graphBuilt);
     applyReading();
 }
 
@@ -127,6 +129,7 @@ void KTVPlotixPlugIn::releaseGraph()
 {
     if (!m_graph)
         return;
+    m_reader->tell(&plotix::ReadingPart::graphReleased);
     m_graph->setFill(CPTFill::none());
     m_graph->defaultPlotSpace()->setDelegate(nullptr);
     for (const CPTScatterPlotPtr& plot : m_graph->allPlots())

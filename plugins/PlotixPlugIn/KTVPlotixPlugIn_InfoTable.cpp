@@ -16,6 +16,7 @@
 #include "plugins/PlotixPlugIn/host/KTVRecordColumn.h"
 #include "plugins/PlotixPlugIn/logic/SinglePrecision.h"
 #include "plugins/PlotixPlugIn/logic/Statistics.h"
+#include "plugins/PlotixPlugIn/reading/TrendReader.h"
 
 #include <array>
 #include <set>
@@ -181,6 +182,7 @@ void KTVPlotixPlugIn::setPlotForPropertyName(const QString& propertyName, bool h
         return;
     if (const CPTScatterPlotPtr plot = hostedGraph->plotWithIdentifier(propertyName))
         plot->setHidden(hidden);
+    m_reader->tell(&plotix::ReadingPart::linesChanged);
     updateRangeNotice();
 }
 

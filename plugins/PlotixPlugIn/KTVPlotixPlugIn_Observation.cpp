@@ -14,6 +14,7 @@
 #include "plugins/PlotixPlugIn/host/KTVRecordColumn.h"
 #include "plugins/PlotixPlugIn/host/PlainToolTip.h"
 #include "plugins/PlotixPlugIn/logic/ColorText.h"
+#include "plugins/PlotixPlugIn/reading/TrendReader.h"
 
 namespace {
 
@@ -94,6 +95,7 @@ void KTVPlotixPlugIn::recolorPlot(const KTVProperty& property)
     CPTLineStyle lineStyle = plot->dataLineStyle();
     lineStyle.color = property.color();
     plot->setDataLineStyle(lineStyle);
+    m_reader->tell(&plotix::ReadingPart::linesChanged);
 }
 
 void KTVPlotixPlugIn::recolorRows(const QString& propertyName, const QColor& color)

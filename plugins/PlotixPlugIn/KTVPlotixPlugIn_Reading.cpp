@@ -13,11 +13,13 @@
 #include "plugins/PlotixPlugIn/host/KTVBundle.h"
 #include "plugins/PlotixPlugIn/reading/LineGaps.h"
 #include "plugins/PlotixPlugIn/reading/ReadableAxes.h"
+#include "plugins/PlotixPlugIn/reading/TrendReader.h"
 
 #include <algorithm>
 
 void KTVPlotixPlugIn::setReading(const QVariantMap& options)
 {
+    m_reader->choose(options);
     const plotix::ReadingOptions chosen = plotix::mergedReadingOptions(m_reading, options);
     if (chosen == m_reading)
         return;
@@ -66,7 +68,20 @@ void KTVPlotixPlugIn::styleAxesPlainly()
 
 QVariantMap KTVPlotixPlugIn::reading() const
 {
-    return plotix::dictionaryFromReadingOptions(m_reading);
+    QVariantMap chosen = plotix::dictionaryFromReadingOptions(m_reading);
+    chosen.insert(m_reader->chosen());
+    return chosen;
+}
+
+QList<QAction*> KTVPlotixPlugIn::readingActions() const
+{
+    const std::vector<QAction*> actions = m_reader->actions();
+    return {actions.begin(), actions.end()};
+}
+
+QObject* KTVPlotixPlugIn::trendReader() const
+{
+    return m_reader.get();
 }
 
 void KTVPlotixPlugIn::applyReading()

@@ -12,6 +12,7 @@
 #include "plugins/PlotixPlugIn/host/KTVRecordColumn.h"
 #include "plugins/PlotixPlugIn/logic/SeriesBuilder.h"
 #include "plugins/PlotixPlugIn/reading/LineGaps.h"
+#include "plugins/PlotixPlugIn/reading/TrendReader.h"
 
 namespace {
 
@@ -83,6 +84,7 @@ void KTVPlotixPlugIn::updatePlotData(const KTVRecordDictionaryPtr& newRecords)
         m_graph->removePlot(plot);
     if (addPlots(*records, series) > 0) {
         plotix::breakLinesAtGaps(*m_graph, m_reading);
+        m_reader->tell(&plotix::ReadingPart::plotsReplaced);
         fitPlots(rebuild);
     }
     updateRangeNotice();

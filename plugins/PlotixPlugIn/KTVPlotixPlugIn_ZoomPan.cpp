@@ -12,6 +12,7 @@
 #include "plugins/PlotixPlugIn/host/KTVUserInterface.h"
 #include "plugins/PlotixPlugIn/logic/RangePolicy.h"
 #include "plugins/PlotixPlugIn/reading/ReadSpans.h"
+#include "plugins/PlotixPlugIn/reading/TrendReader.h"
 
 bool KTVPlotixPlugIn::plotSpaceShouldScaleBy(CPTXYPlotSpace* /*space*/, double /*factor*/, QPointF /*aboutPoint*/)
 {
@@ -44,6 +45,7 @@ void KTVPlotixPlugIn::plotSpaceDidChangePlotRangeForCoordinate(CPTXYPlotSpace* /
         m_readSpans->drawnSpanSet();
     else
         updateRangeNotice();
+    m_reader->tell(&plotix::ReadingPart::rangeSet, coordinate);
 }
 
 bool KTVPlotixPlugIn::plotSpaceShouldHandlePointingDeviceUpEvent(CPTXYPlotSpace* /*space*/, QPointF /*atPoint*/)
@@ -62,4 +64,5 @@ void KTVPlotixPlugIn::fitAll(QObject* /*sender*/)
 {
     if (m_graph)
         m_graph->defaultPlotSpace()->scaleToFitPlots(m_graph->allPlots());
+    m_reader->tell(&plotix::ReadingPart::fitted);
 }

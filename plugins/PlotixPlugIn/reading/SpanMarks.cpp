@@ -48,11 +48,6 @@ void write(QPainter& painter, const QRectF& plotArea, const QString& word)
 
 }  // namespace
 
-bool isSameSpan(const TimeSpan& one, const TimeSpan& other)
-{
-    return std::abs(one.from - other.from) < kSameMoment && std::abs(one.to - other.to) < kSameMoment;
-}
-
 void SpanMarks::show(const std::optional<TimeSpan>& read, const std::optional<TimeSpan>& chosen)
 {
     if (read == m_read && chosen == m_chosen)

@@ -146,4 +146,48 @@ TEST_F(HostingViewSpacesTest, AViewWithLayersShowsThePictureItHandsOut)
     }
 }
 
+/// The second space in the lower half; only time moves with the first one.
+class HostingViewLanesTest : public HostingViewSpacesTest {
+protected:
+    void SetUp() override
+    {
+        HostingViewSpacesTest::SetUp();
+        space().setMovableRanges(CPTMovableRanges::OnlyX);
+        second->setMovableRanges(CPTMovableRanges::OnlyY);
+        second->setStrip({.top = 0.5, .bottom = 1});
+    }
+    int middleOf(double share) { return int(view->geometryShown(*graph).plotArea.top() + share * plotHeight()); }
+    int plotHeight() { return int(view->geometryShown(*graph).plotArea.height()); }
+};
+
+TEST_F(HostingViewLanesTest, ADragInALaneMovesItsValuesAndTheTimeOfAll)
+{
+    drag({{100, middleOf(0.75)}, {90, middleOf(0.75) + plotHeight() / 4}});
+    expectRanges({10, 200}, {0, 200});
+    expectSecond({2000, 2000});
+}
+
+TEST_F(HostingViewLanesTest, ADragElsewhereLeavesTheLaneAsItIs)
+{
+    drag({{100, middleOf(0.25)}, {90, middleOf(0.25) + 20}});
+    expectRanges({10, 200}, {0, 200});
+    expectSecond({1000, 2000});
+}
+
+TEST_F(HostingViewLanesTest, TheWheelZoomsTheLaneUnderThePointer)
+{
+    turnWheel(QPointF(120, middleOf(0.25)), {0, 120});
+    expectSecond({1000, 2000});
+    turnWheel(QPointF(120, middleOf(0.75)), {0, 120});
+    EXPECT_NEAR(second->yRange().length, 1600, 1e-9);
+}
+
+TEST_F(HostingViewLanesTest, HomeFitsTheTimeToThePlotsOfTheLanes)
+{
+    addPlot({50, 150}, {7000, 9000})->setPlotSpace(second);
+    QTest::keyClick(view, Qt::Key_Home);
+    EXPECT_EQ(space().xRange(), (CPTPlotRange{50, 100}));
+    expectSecond({7000, 2000});
+}
+
 }  // namespace

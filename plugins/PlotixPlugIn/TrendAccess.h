@@ -1,0 +1,32 @@
+#pragma once
+
+#include "plugins/PlotixPlugIn/reading/trend/ReadTrend.h"
+
+class KTVPlotixPlugIn;
+namespace plotix {
+class TrendReader;
+}
+
+/// A trend view as the parts of its reading see it. The trend view *owns* it; it *borrows* the trend view. Main thread
+/// only.
+class TrendAccess : public plotix::ReadTrend {
+public:
+    explicit TrendAccess(KTVPlotixPlugIn& plugIn) : m_plugIn(plugIn) {}
+
+    CPTXYGraphPtr graph() const override;
+    KTVRecordDictionaryPtr records() const override;
+    std::vector<plotix::ReadLine> lines() const override;
+    CPTGraphHostingView* graphView() const override;
+    QWidget* rootView() const override;
+    std::optional<plotix::TimeSpan> dates() const override;
+    void showTimes(const plotix::TimeSpan& times) override;
+    void readDates(const plotix::TimeSpan& dates) override;
+    void fit() override;
+    plotix::ReadingPart* part(const QString& key) const override;
+    std::optional<plotix::TimeSpan> markedSpan() const override { return m_markedSpan; }
+    void setMarkedSpan(const std::optional<plotix::TimeSpan>& span) override;
+
+private:
+    KTVPlotixPlugIn& m_plugIn;
+    std::optional<plotix::TimeSpan> m_markedSpan;
+};

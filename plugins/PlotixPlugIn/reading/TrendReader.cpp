@@ -1,0 +1,77 @@
+#include "plugins/PlotixPlugIn/reading/TrendReader.h"
+
+#include "plotkit/widget/CPTGraphHostingView.h"
+
+#include <QtGui/QKeyEvent>
+
+#include <algorithm>
+
+namespace plotix {
+
+// The order is that of their menus. A part that needs another one's work stands after it.
+TrendReader::TrendReader(ReadTrend& trend) : m_trend(trend) {}
+
+TrendReader::~TrendReader() = default;
+
+void TrendReader::add(std::unique_ptr<ReadingPart> part)
+{
+    connect(part.get(), &ReadingPart::chosenChanged, this, &TrendReader::chosenChanged);
+    m_parts.push_back(std::move(part));
+}
+
+QVariantMap TrendReader::chosen() const
+{
+    QVariantMap choices;
+    for (const auto& part : m_parts)
+        if (const QVariantMap own = part->chosen(); !own.isEmpty())
+            choices.insert(part->key(), own);
+    return choices;
+}
+
+void TrendReader::choose(const QVariantMap& choices)
+{
+    for (const auto& part : m_parts)
+        if (choices.contains(part->key()) && part->chosen() != choices.value(part->key()).toMap())
+            part->choose(choices.value(part->key()).toMap());
+}
+
+void TrendReader::chooseOnly(const QVariantMap& choices)
+{
+    for (const auto& part : m_parts)
+        if (part->chosen() != choices.value(part->key()).toMap())
+            part->choose(choices.value(part->key()).toMap());
+}
+
+ReadingPart* TrendReader::part(const QString& key) const
+{
+    const auto found =
+        std::find_if(m_parts.begin(), m_parts.end(), [&key](const auto& part) { return part->key() == key; });
+    return found == m_parts.end() ? nullptr : found->get();
+}
+
+std::vector<QAction*> TrendReader::actions() const
+{
+    std::vector<QAction*> all;
+    for (const auto& part : m_parts) {
+        const std::vector<QAction*> own = part->actions();
+        all.insert(all.end(), own.begin(), own.end());
+    }
+    return all;
+}
+
+void TrendReader::viewLoaded()
+{
+    if (CPTGraphHostingView* view = m_trend.graphView())
+        view->installEventFilter(this);
+    tell(&ReadingPart::viewLoaded);
+}
+
+bool TrendReader::eventFilter(QObject* watched, QEvent* event)
+{
+    if (event->type() != QEvent::KeyPress)
+        return QObject::eventFilter(watched, event);
+    const auto& key = static_cast<const QKeyEvent&>(*event);
+    return std::any_of(m_parts.begin(), m_parts.end(), [&key](const auto& part) { return part->keyPressed(key); });
+}
+
+}  // namespace plotix

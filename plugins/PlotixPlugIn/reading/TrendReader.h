@@ -1,0 +1,52 @@
+#pragma once
+
+#include "plugins/PlotixPlugIn/reading/trend/ReadingPart.h"
+
+#include <memory>
+#include <vector>
+
+/// The parts of a trend's reading, together: the one thing by which the trend view knows of them. It passes on what the
+/// trend view tells, and keeps their choices.
+///
+/// The trend view *owns* it, and it owns the parts. Main thread only.
+namespace plotix {
+
+class TrendReader : public QObject {
+    Q_OBJECT
+public:
+    /// `trend` is *borrowed* and outlives it.
+    explicit TrendReader(ReadTrend& trend);
+    ~TrendReader() override;
+
+    /// The choices of all parts that have some, by the keys of the parts.
+    QVariantMap chosen() const;
+    /// Hands each part the choices under its key; parts that are not named keep theirs.
+    void choose(const QVariantMap& choices);
+    /// The same, but parts that are not named have none afterwards.
+    void chooseOnly(const QVariantMap& choices);
+
+    ReadingPart* part(const QString& key) const;  ///< null when there is none
+    std::vector<QAction*> actions() const;        ///< of all parts, in their order
+
+    template <class Tell, class... Arguments>
+    void tell(Tell what, Arguments&&... arguments)
+    {
+        for (const auto& part : m_parts)
+            (part.get()->*what)(arguments...);
+    }
+
+    /// Tells the parts, and from now on sees the keys pressed in the graph before its view does.
+    void viewLoaded();
+    bool eventFilter(QObject* watched, QEvent* event) override;
+
+signals:
+    void chosenChanged();
+
+private:
+    void add(std::unique_ptr<ReadingPart> part);
+
+    ReadTrend& m_trend;
+    std::vector<std::unique_ptr<ReadingPart>> m_parts;
+};
+
+}  // namespace plotix

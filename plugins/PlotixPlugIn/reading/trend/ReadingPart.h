@@ -1,0 +1,70 @@
+#pragma once
+
+#include "plotkit/model/CPTPlotRange.h"
+#include "plugins/PlotixPlugIn/reading/trend/ReadTrend.h"
+
+#include <QtCore/QObject>
+#include <QtCore/QVariant>
+#include <QtGui/QAction>
+
+#include <vector>
+
+class QKeyEvent;
+
+/// One thing that a trend can do for its readers beyond the contract, such as lanes or a value line.
+///
+/// It does nothing until something is chosen: a trend without choices looks, and is archived, as it always did. The
+/// trend's reader *owns* the parts and tells each what happens; a part *borrows* the trend, which outlives it. What
+/// was chosen is a map of plain values, so that archive, undo, command line and web all say it the same way. Main
+/// thread only.
+namespace plotix {
+
+class ReadingPart : public QObject {
+    Q_OBJECT
+public:
+    explicit ReadingPart(ReadTrend& trend) : m_trend(trend) {}
+    ~ReadingPart() override;
+
+    /// The name under which choices are archived and reached. Stored: never changes.
+    virtual QString key() const = 0;
+    /// What was chosen; empty when nothing was, and then nothing is archived.
+    virtual QVariantMap chosen() const = 0;
+    /// Takes these choices instead of the present ones; an empty map is none. Unknown names, and values of another
+    /// kind, are passed over.
+    virtual void choose(const QVariantMap& choices) = 0;
+
+    // What the trend view tells. A part that does not care does nothing.
+    virtual void viewLoaded() {}
+    virtual void graphBuilt() {}                            ///< a new graph, still without plots
+    virtual void graphReleased() {}                         ///< the graph is there for the last time
+    virtual void plotsReplaced() {}                         ///< by those of new records; the fit comes next
+    virtual void fitted() {}                                ///< by the trend, to everything
+    virtual void linesChanged() {}                          ///< some are hidden or shown, or have another colour
+    virtual void rangeSet(CPTCoordinate /*coordinate*/) {}  ///< of the graph's default plot space
+    virtual void markedSpanSet() {}
+    /// A key pressed in the graph that the contract leaves free; answers whether it was meant for this part.
+    virtual bool keyPressed(const QKeyEvent& /*event*/) { return false; }
+
+    /// What people can do with it: owned by the part, the same on every call. A host shows them in its menus, grouped
+    /// by `menuOf`, and the graph in its own.
+    virtual std::vector<QAction*> actions() const { return {}; }
+
+signals:
+    /// Something was chosen, by hand or by program.
+    void chosenChanged();
+
+protected:
+    ReadTrend& trend() const { return m_trend; }
+
+private:
+    ReadTrend& m_trend;
+};
+
+/// The title of the menu an action belongs to, translated; empty: it stands by itself.
+QString menuOf(const QAction& action);
+void setMenuOf(QAction& action, const QString& title);
+
+/// The bundle's text for a key; mark the key with QT_TRANSLATE_NOOP("Plotix", …).
+QString localizedText(const char* key);
+
+}  // namespace plotix
