@@ -47,7 +47,7 @@ ALLOWED = {
     HOST: {"base", "base/png"},
     LOGIC: {"base", "base/vectors", "plotkit/model"},
     READING + "/trend": {"base", HOST, LOGIC} | KIT,
-    VALUES: {"base", HOST, "plotkit/model"},
+    VALUES: {"base", HOST, LOGIC, READING + "/trend", "plotkit/model"},
     READING: READ,
     PLUGIN: READ | {READING},
     "hostapp/core": {"base", HOST},

@@ -10,7 +10,7 @@ namespace {
 
 constexpr double kDot = 4;           // points
 constexpr double kUnderPointer = 18;  // points
-constexpr double kInset = 6;
+constexpr double kFromEdge = 6;
 
 bool isOnScreen(const QPainter& painter)
 {
@@ -51,13 +51,13 @@ void ValueLine::drawInGraph(QPainter& painter, const plotkit::GraphGeometry& geo
     painter.fillRect(QRectF(x - 0.5, area.top(), 1, area.height()), look.line);
     drawDots(painter, read.dots, look.line);
 
-    const QRectF bounds = geometry.rectangle.adjusted(kInset, kInset, -kInset, -kInset);
+    const QRectF bounds = geometry.rectangle.adjusted(kFromEdge, kFromEdge, -kFromEdge, -kFromEdge);
     if (m_place->isHeld)
         read.readout.state = localizedText(QT_TRANSLATE_NOOP("Plotix", "held"));
     const Readout readout = shortened(std::move(read.readout), rowsWithin(bounds.height()),
                                       localizedText(QT_TRANSLATE_NOOP("Plotix", "… and %1 more")));
     const std::optional<QPointF> pointer = onScreen ? m_place->pointer : std::nullopt;
-    const double y = pointer && !m_place->isHeld ? pointer->y() + kUnderPointer : area.top() + kInset;
+    const double y = pointer && !m_place->isHeld ? pointer->y() + kUnderPointer : area.top() + kFromEdge;
     paintReadout(painter, readout, placeBeside(sizeOfReadout(readout), x, y, bounds, pointer), look);
 }
 
