@@ -15,14 +15,15 @@ HOST = PLUGIN + "/host"
 LOGIC = PLUGIN + "/logic"
 READING = PLUGIN + "/reading"
 VALUES = READING + "/values"
+FIGURES = READING + "/figures"
 KIT = {"plotkit/model", "plotkit/layout", "plotkit/raster", "plotkit/render", "plotkit/widget"}
 CORE = {"base", HOST, "hostapp/core"}
-DOCUMENT = CORE | {"records/store", "hostapp/document"}
+DOCUMENT = CORE | {"records/store", "hostapp/formulas", "hostapp/document"}
 SITE = DOCUMENT | {"hostapp/print", "hostapp/web", "hostapp/site"}
 EXCHANGE = {"hostapp/exchange", "hostapp/exchange/formats"}
 LIVE = {"hostapp/live", "hostapp/live/sources"}
 
-READ = {"base", HOST, LOGIC, READING + "/trend", VALUES} | KIT
+READ = {"base", HOST, LOGIC, READING + "/trend", VALUES, FIGURES} | KIT
 
 # Folders whose subfolders are rooms of one kind, each known by the folder above it alone: what such a room may include.
 KINDS = {
@@ -48,10 +49,12 @@ ALLOWED = {
     LOGIC: {"base", "base/vectors", "plotkit/model"},
     READING + "/trend": {"base", HOST, LOGIC} | KIT,
     VALUES: {"base", HOST, LOGIC, READING + "/trend", "plotkit/model"},
+    FIGURES: {"base", "base/vectors", HOST},
     READING: READ,
     PLUGIN: READ | {READING},
     "hostapp/core": {"base", HOST},
-    "hostapp/document": CORE | {"storage", "records/store"},
+    "hostapp/formulas": CORE,
+    "hostapp/document": CORE | {"storage", "records/store", "hostapp/formulas"},
     "hostapp/exchange": DOCUMENT,
     "hostapp/exchange/tables": CORE | {"hostapp/exchange"},
     "hostapp/exchange/formats": DOCUMENT | {"hostapp/exchange"},

@@ -3,10 +3,11 @@ import json
 import os
 
 PEER_ORDER = ["qcustomplot", "qcustomplot-fast", "qwt", "sqlite-rows", "sqlite-rows-16k", "memcpy",
-              "qimage", "kst"]
+              "qimage", "kst", "records"]
 PEER_TITLES = {
     "qcustomplot": "QCustomPlot", "qcustomplot-fast": "its fast lines", "qwt": "Qwt",
     "sqlite-rows": "SQLite rows", "sqlite-rows-16k": "SQLite rows on 16 KiB pages", "memcpy": "memcpy", "qimage": "QImage", "kst": "Kst",
+    "records": "record by record",
 }
 
 

@@ -17,6 +17,12 @@ void SiteProperty::rename(const QString& name, const QString& propertyName)
     m_description.propertyName = propertyName;
 }
 
+void SiteProperty::setFormula(const PropertyFormula& formula, const QString& archivedUnit)
+{
+    m_description.formula = formula;
+    m_description.archivedUnit = archivedUnit;
+}
+
 void SiteProperty::setUnit(const QString& unit)
 {
     const QString before = m_description.unit;

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "hostapp/core/PropertyFormula.h"
 #include "plugins/PlotixPlugIn/host/KTVObservationRegistry.h"
 #include "plugins/PlotixPlugIn/host/KTVProperty.h"
 #include "plugins/PlotixPlugIn/host/KTVPropertyDescription.h"
@@ -8,6 +9,7 @@
 #include <QtCore/QObject>
 
 #include <memory>
+#include <optional>
 
 /// One measured quantity of an agent of a site document. The agent *shares* it with plug-ins. Main thread only.
 namespace plotix {
@@ -16,13 +18,17 @@ class SiteProperty : public QObject, public KTVProperty {
     Q_OBJECT
 public:
     struct Description : KTVPropertyDescription {
-        qint64 id = 0;  ///< row in the document; 0 for one that is not stored
+        qint64 id = 0;                           ///< row in the document; 0 for one that is not stored
+        std::optional<PropertyFormula> formula;  ///< of a computed property, which has no records of its own
     };
 
     SiteProperty(Description description, std::shared_ptr<const KTVUnitModel> unitModel);
     ~SiteProperty() override;
 
     const Description& description() const { return m_description; }
+    bool isComputed() const { return m_description.formula.has_value(); }
+    /// What it is worked out from from now on, and the unit of that; the document has stored both.
+    void setFormula(const PropertyFormula& formula, const QString& archivedUnit);
 
     /// What the property is called from now on; the document has stored it.
     void rename(const QString& name, const QString& propertyName);

@@ -50,6 +50,13 @@ double exactOffset(double offset, double scale)
     return zero ? -(*zero * scale) : offset;
 }
 
+/// The times over which a unit's integral is looked for, in this order: kW becomes kWh, L/min becomes L.
+struct TimeStep {
+    const char* expression;
+    double seconds;
+};
+constexpr TimeStep kTimeSteps[] = {{"hour", 3600}, {"minute", 60}, {"second", 1}, {"day", 86400}};
+
 using UnitPointer = std::unique_ptr<ut_unit, decltype(&ut_free)>;
 using ConverterPointer = std::unique_ptr<cv_converter, decltype(&cv_free)>;
 
@@ -145,6 +152,19 @@ struct Units::Impl {
 
     Map makeMap(const QString& from, const QString& to);
 
+    /// Whether the row's unit is this very one. What has no dimension but time, such as % over an hour, is none of
+    /// them.
+    bool isSame(ut_unit* unit, const UnitRow& row)
+    {
+        ut_unit* other = unitOfRow(row);
+        if (!other || row.quantity == Quantity::Time || ut_are_convertible(unit, other) == 0)
+            return false;
+        const ConverterPointer conversion(ut_get_converter(unit, other), &cv_free);
+        return conversion && std::abs(cv_convert_double(conversion.get(), 1) - 1) < 1e-12 &&
+               std::abs(cv_convert_double(conversion.get(), 0)) < 1e-12;
+    }
+    std::optional<Integral> integralOf(const QString& text);
+
     std::mutex mutex;
     ut_system* system = nullptr;
     bool libraryAsked = false;
@@ -219,6 +239,26 @@ void Units::convertValues(const QString& fromUnit, const QString& toUnit, const 
 QString Units::symbolForUnit(const QString& unit) const
 {
     return normalise(unit).value_or(unit);
+}
+
+std::optional<KTVUnitModel::Integral> Units::Impl::integralOf(const QString& text)
+{
+    ut_unit* unit = unitOf(text);
+    for (const TimeStep& step : kTimeSteps) {
+        ut_unit* time = parsed(QString::fromLatin1(step.expression));
+        const UnitPointer integral(unit && time ? ut_multiply(unit, time) : nullptr, &ut_free);
+        for (const UnitRow& row : unitTable())
+            if (integral && isSame(integral.get(), row))
+                return Integral{QString::fromUtf8(row.text), 1 / step.seconds};
+    }
+    return std::nullopt;
+}
+
+KTVUnitModel::Integral Units::integralOf(const QString& unit) const
+{
+    const QString symbol = symbolForUnit(unit);
+    const std::lock_guard lock(m_impl->mutex);
+    return m_impl->integralOf(unit).value_or(integralInHours(symbol));
 }
 
 std::optional<QString> Units::normalise(const QString& text) const

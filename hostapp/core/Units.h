@@ -29,6 +29,8 @@ public:
                        std::size_t count) const override;
     QString symbolForUnit(const QString& unit) const override;  ///< an unknown unit answers its own text
 
+    Integral integralOf(const QString& unit) const override;
+
     /// The canonical text of a unit, or nothing when the text is no unit. Empty text and bare numbers are none.
     std::optional<QString> normalise(const QString& text) const;
 

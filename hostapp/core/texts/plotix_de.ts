@@ -28,6 +28,237 @@
     </message>
 </context>
 <context>
+    <name>FormulaText</name>
+    <message>
+        <source>a number without a unit</source>
+        <translation>eine Zahl ohne Einheit</translation>
+    </message>
+    <message>
+        <source>%1 and %2 do not fit together: they are different quantities.</source>
+        <translation>%1 und %2 passen nicht zusammen: Es sind verschiedene Größen.</translation>
+    </message>
+    <message>
+        <source>%1 takes a number without a unit, not %2: divide by a quantity of that kind first.</source>
+        <translation>%1 nimmt eine Zahl ohne Einheit, nicht %2: Teilen Sie zuerst durch eine Größe dieser Art.</translation>
+    </message>
+    <message>
+        <source>A value with a unit can only be raised to a whole number.</source>
+        <translation>Ein Wert mit Einheit kann nur mit einer ganzen Zahl potenziert werden.</translation>
+    </message>
+    <message>
+        <source>%1 is not the square of any unit.</source>
+        <translation>%1 ist nicht das Quadrat einer Einheit.</translation>
+    </message>
+    <message>
+        <source>A temperature in %1 cannot be multiplied or summed up, since its zero is arbitrary: use a difference of two, or value(…, K).</source>
+        <translation>Eine Temperatur in %1 kann nicht multipliziert oder aufsummiert werden, da ihr Nullpunkt willkürlich ist: Nehmen Sie eine Differenz oder value(…, K).</translation>
+    </message>
+    <message>
+        <source>The result is a sum of temperatures in %1, which means nothing: take their difference, or divide by how many they are.</source>
+        <translation>Das Ergebnis ist eine Summe von Temperaturen in %1, die nichts bedeutet: Nehmen Sie die Differenz, oder teilen Sie durch ihre Anzahl.</translation>
+    </message>
+    <message>
+        <source>The result is %1, which cannot be shown in %2.</source>
+        <translation>Das Ergebnis ist %1 und lässt sich nicht in %2 angeben.</translation>
+    </message>
+    <message>
+        <source>The result is a difference of temperatures: choose K, not %1.</source>
+        <translation>Das Ergebnis ist eine Temperaturdifferenz: Wählen Sie K, nicht %1.</translation>
+    </message>
+    <message>
+        <source>There is no function “%1”.</source>
+        <translation>Es gibt keine Funktion „%1“.</translation>
+    </message>
+    <message>
+        <source>“%1” is no unit.</source>
+        <translation>„%1“ ist keine Einheit.</translation>
+    </message>
+    <message>
+        <source>There is no agent “%1”.</source>
+        <translation>Es gibt keine Quelle „%1“.</translation>
+    </message>
+    <message>
+        <source>“%2” has no property “%1”.</source>
+        <translation>„%2“ hat keine Eigenschaft „%1“.</translation>
+    </message>
+    <message>
+        <source>The formula names no property.</source>
+        <translation>Die Formel nennt keine Eigenschaft.</translation>
+    </message>
+    <message>
+        <source>“%1” leads back to the property that is being computed.</source>
+        <translation>„%1“ führt zu der Eigenschaft zurück, die berechnet wird.</translation>
+    </message>
+    <message>
+        <source>“%1” cannot be computed: %2</source>
+        <translation>„%1“ lässt sich nicht berechnen: %2</translation>
+    </message>
+    <message>
+        <source>The formula is empty.</source>
+        <translation>Die Formel ist leer.</translation>
+    </message>
+    <message>
+        <source>Something is missing at the end.</source>
+        <translation>Am Ende fehlt etwas.</translation>
+    </message>
+    <message>
+        <source>“%1” does not belong here.</source>
+        <translation>„%1“ gehört nicht hierher.</translation>
+    </message>
+    <message>
+        <source>This name has no closing quotation mark.</source>
+        <translation>Diesem Namen fehlt das schließende Anführungszeichen.</translation>
+    </message>
+    <message>
+        <source>This bracket is not closed.</source>
+        <translation>Diese Klammer ist nicht geschlossen.</translation>
+    </message>
+    <message>
+        <source>The function is written %1.</source>
+        <translation>Die Funktion schreibt man %1.</translation>
+    </message>
+    <message>
+        <source>Here stands a span of time, such as 10 min, 1 h or 7 d: %1.</source>
+        <translation>Hier steht eine Zeitspanne, etwa 10 min, 1 h oder 7 d: %1.</translation>
+    </message>
+    <message>
+        <source>The formula is nested too deeply.</source>
+        <translation>Die Formel ist zu tief verschachtelt.</translation>
+    </message>
+    <message>
+        <source>moving mean of the span that ends here</source>
+        <translation>gleitendes Mittel der Spanne, die hier endet</translation>
+    </message>
+    <message>
+        <source>least value of the span that ends here</source>
+        <translation>kleinster Wert der Spanne, die hier endet</translation>
+    </message>
+    <message>
+        <source>greatest value of the span that ends here</source>
+        <translation>größter Wert der Spanne, die hier endet</translation>
+    </message>
+    <message>
+        <source>sum of the values of the span that ends here</source>
+        <translation>Summe der Werte der Spanne, die hier endet</translation>
+    </message>
+    <message>
+        <source>mean of the local day</source>
+        <translation>Mittel des Kalendertags</translation>
+    </message>
+    <message>
+        <source>least value of the local day</source>
+        <translation>kleinster Wert des Kalendertags</translation>
+    </message>
+    <message>
+        <source>greatest value of the local day</source>
+        <translation>größter Wert des Kalendertags</translation>
+    </message>
+    <message>
+        <source>sum of the values of the local day</source>
+        <translation>Summe der Werte des Kalendertags</translation>
+    </message>
+    <message>
+        <source>integral over the local day, such as kWh of kW</source>
+        <translation>Integral über den Kalendertag, etwa kWh aus kW</translation>
+    </message>
+    <message>
+        <source>mean of each such part of the local day</source>
+        <translation>Mittel jedes solchen Teils des Kalendertags</translation>
+    </message>
+    <message>
+        <source>least value of each such part of the local day</source>
+        <translation>kleinster Wert jedes solchen Teils des Kalendertags</translation>
+    </message>
+    <message>
+        <source>greatest value of each such part of the local day</source>
+        <translation>größter Wert jedes solchen Teils des Kalendertags</translation>
+    </message>
+    <message>
+        <source>sum of each such part of the local day</source>
+        <translation>Summe jedes solchen Teils des Kalendertags</translation>
+    </message>
+    <message>
+        <source>change in time since the value before</source>
+        <translation>zeitliche Änderung seit dem Wert davor</translation>
+    </message>
+    <message>
+        <source>integral since the first record, or of the span that ends here</source>
+        <translation>Integral seit dem ersten Datensatz oder über die Spanne, die hier endet</translation>
+    </message>
+    <message>
+        <source>the last value where there is none</source>
+        <translation>der letzte Wert, wo keiner ist</translation>
+    </message>
+    <message>
+        <source>what it was then; days go by the local clock</source>
+        <translation>was es damals war; Tage nach der Uhr an der Wand</translation>
+    </message>
+    <message>
+        <source>dew point, by Magnus&apos; formula over water</source>
+        <translation>Taupunkt nach der Magnus-Formel über Wasser</translation>
+    </message>
+    <message>
+        <source>the least of several</source>
+        <translation>der kleinste von mehreren</translation>
+    </message>
+    <message>
+        <source>the greatest of several</source>
+        <translation>der größte von mehreren</translation>
+    </message>
+    <message>
+        <source>x where the condition holds, else y</source>
+        <translation>x, wo die Bedingung gilt, sonst y</translation>
+    </message>
+    <message>
+        <source>the number of x in that unit, without it</source>
+        <translation>die Zahl von x in dieser Einheit, ohne sie</translation>
+    </message>
+    <message>
+        <source>without its sign</source>
+        <translation>ohne Vorzeichen</translation>
+    </message>
+    <message>
+        <source>to the nearest whole number</source>
+        <translation>zur nächsten ganzen Zahl</translation>
+    </message>
+    <message>
+        <source>down to a whole number</source>
+        <translation>abgerundet auf eine ganze Zahl</translation>
+    </message>
+    <message>
+        <source>up to a whole number</source>
+        <translation>aufgerundet auf eine ganze Zahl</translation>
+    </message>
+    <message>
+        <source>square root</source>
+        <translation>Quadratwurzel</translation>
+    </message>
+    <message>
+        <source>power of e</source>
+        <translation>Potenz von e</translation>
+    </message>
+    <message>
+        <source>natural logarithm</source>
+        <translation>natürlicher Logarithmus</translation>
+    </message>
+    <message>
+        <source>logarithm to the base of ten</source>
+        <translation>Logarithmus zur Basis zehn</translation>
+    </message>
+    <message>
+        <source>sine; plain numbers are radians</source>
+        <translation>Sinus; reine Zahlen sind Radiant</translation>
+    </message>
+    <message>
+        <source>cosine; plain numbers are radians</source>
+        <translation>Kosinus; reine Zahlen sind Radiant</translation>
+    </message>
+    <message>
+        <source>tangent; plain numbers are radians</source>
+        <translation>Tangens; reine Zahlen sind Radiant</translation>
+    </message>
+</context>
+<context>
     <name>ImportOfferText</name>
     <message>
         <source>Plotix sites (*.plotix)</source>
@@ -925,6 +1156,102 @@
     <message>
         <source>Copy</source>
         <translation>Kopieren</translation>
+    </message>
+    <message>
+        <source>&amp;Values</source>
+        <translation>&amp;Werte</translation>
+    </message>
+    <message>
+        <source>Value &amp;Line at the Pointer</source>
+        <translation>Werte&amp;linie am Zeiger</translation>
+    </message>
+    <message>
+        <source>&amp;Hold the Value Line</source>
+        <translation>Wertelinie fest&amp;halten</translation>
+    </message>
+    <message>
+        <source>Go to &amp;Time…</source>
+        <translation>Zu einer &amp;Zeit gehen …</translation>
+    </message>
+    <message>
+        <source>Keys Follow Next L&amp;ine</source>
+        <translation>Tasten folgen der nächsten L&amp;inie</translation>
+    </message>
+    <message>
+        <source>&amp;Copy Values at the Line</source>
+        <translation>Werte an der Linie &amp;kopieren</translation>
+    </message>
+    <message>
+        <source>Next &amp;Record</source>
+        <translation>Nächster &amp;Datensatz</translation>
+    </message>
+    <message>
+        <source>Previous R&amp;ecord</source>
+        <translation>Voriger D&amp;atensatz</translation>
+    </message>
+    <message>
+        <source>Next &amp;Maximum</source>
+        <translation>Nächstes &amp;Maximum</translation>
+    </message>
+    <message>
+        <source>Previous M&amp;aximum</source>
+        <translation>Voriges Ma&amp;ximum</translation>
+    </message>
+    <message>
+        <source>Next Mi&amp;nimum</source>
+        <translation>Nächstes Mi&amp;nimum</translation>
+    </message>
+    <message>
+        <source>Pre&amp;vious Minimum</source>
+        <translation>&amp;Voriges Minimum</translation>
+    </message>
+    <message>
+        <source>Next &amp;Gap</source>
+        <translation>Nächste &amp;Lücke</translation>
+    </message>
+    <message>
+        <source>&amp;Previous Gap</source>
+        <translation>Vori&amp;ge Lücke</translation>
+    </message>
+    <message>
+        <source>Next Time at This Val&amp;ue</source>
+        <translation>Nächstes Mal bei diesem We&amp;rt</translation>
+    </message>
+    <message>
+        <source>Previous Time at This Value</source>
+        <translation>Voriges Mal bei diesem Wert</translation>
+    </message>
+    <message>
+        <source>%1 before</source>
+        <translation>%1 davor</translation>
+    </message>
+    <message>
+        <source>%1 later</source>
+        <translation>%1 später</translation>
+    </message>
+    <message>
+        <source>not recorded</source>
+        <translation>nicht aufgezeichnet</translation>
+    </message>
+    <message>
+        <source>Go to Time</source>
+        <translation>Zu einer Zeit gehen</translation>
+    </message>
+    <message>
+        <source>&amp;Time:</source>
+        <translation>&amp;Zeit:</translation>
+    </message>
+    <message>
+        <source>For example 14:35, yesterday 14:35, 3 Feb, 3 Feb 2013 8:00, now</source>
+        <translation>Zum Beispiel 14:35, gestern 14:35, 3. Feb, 3.2.2013 8:00, jetzt</translation>
+    </message>
+    <message>
+        <source>held</source>
+        <translation>gehalten</translation>
+    </message>
+    <message>
+        <source>… and %1 more</source>
+        <translation>… und %1 weitere</translation>
     </message>
 </context>
 <context>

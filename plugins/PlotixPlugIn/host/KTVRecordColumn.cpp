@@ -69,6 +69,11 @@ QString KTVRecordColumn::unitSymbol() const
     return m_unitModel ? m_unitModel->symbolForUnit(m_descriptor.unit) : m_descriptor.unit;
 }
 
+KTVUnitModel::Integral KTVRecordColumn::integral() const
+{
+    return m_unitModel ? m_unitModel->integralOf(m_descriptor.unit) : KTVUnitModel::integralInHours(m_descriptor.unit);
+}
+
 void KTVRecordColumn::setUnit(const QString& unit)
 {
     m_descriptor.unit = unit;

@@ -31,6 +31,8 @@ public:
 
     QString unit() const { return m_descriptor.unit; }
     QString unitSymbol() const;
+    KTVUnitModel::Integral integral() const;  ///< of the current unit; without a unit model in hours
+    const std::shared_ptr<const KTVUnitModel>& unitModel() const { return m_unitModel; }  ///< may be null
 
     /// Changes the current unit of every element, exceptions included.
     void setUnit(const QString& unit);

@@ -29,4 +29,13 @@ public:
                                std::size_t count) const = 0;
 
     virtual QString symbolForUnit(const QString& unit) const = 0;
+
+    /// What values of a unit come to over time, such as kW to kWh.
+    struct Integral {
+        QString symbol;    ///< how its unit is written for people
+        double scale = 1;  ///< value × seconds × scale is in that unit
+    };
+    /// A model that knows no unit for it writes hours behind the unit: "kW·h".
+    virtual Integral integralOf(const QString& unit) const;
+    static Integral integralInHours(const QString& symbol);
 };

@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <array>
 #include <cmath>
 #include <thread>
 
@@ -102,6 +103,24 @@ TEST_F(UnitsTest, SymbolsAreTheUsualOnes)
     EXPECT_EQ(symbol("degC"), "°C");
     EXPECT_EQ(symbol("ppm"), "ppm");
     EXPECT_EQ(symbol("W m-2"), "W/m²");
+}
+
+TEST_F(UnitsTest, IntegralsHaveTheUnitThatPeopleExpect)
+{
+    const std::vector<std::array<const char*, 2>> expected{
+        {"W", "Wh"},    {"kW", "kWh"},  {"MW", "MWh"},    {"m3/h", "m³"}, {"L/min", "L"},
+        {"L/h", "L"},   {"mm/h", "mm"}, {"m/s", "m"},     {"km/h", "km"}, {"MB/s", "MB"},
+        {"°C", "°C·h"}, {"%", "%·h"},   {"ppm", "ppm·h"}, {"°", "°·h"},   {"furlong?", "furlong?·h"},
+        {"", "h"}};
+    for (const auto& [unit, symbol] : expected)
+        EXPECT_EQ(units->integralOf(QString::fromUtf8(unit)).symbol, QString::fromUtf8(symbol)) << unit;
+}
+
+TEST_F(UnitsTest, IntegralsAreScaledToTheirUnit)
+{
+    EXPECT_DOUBLE_EQ(units->integralOf(QStringLiteral("kW")).scale * 7200, 2);
+    EXPECT_DOUBLE_EQ(units->integralOf(QStringLiteral("L/min")).scale * 120, 2);
+    EXPECT_DOUBLE_EQ(units->integralOf(QStringLiteral("m/s")).scale * 2, 2);
 }
 
 TEST_F(UnitsTest, UnknownTextIsKeptAndConvertsIntoNothing)

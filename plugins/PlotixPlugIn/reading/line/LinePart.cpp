@@ -212,8 +212,8 @@ void LinePart::bringIntoView(double time)
 void LinePart::followNextLine(Towards towards)
 {
     const std::vector<TrendLine>& lines = m_lines.shown();
-    const auto here = std::find_if(lines.begin(), lines.end(),
-                                   [this](const TrendLine& each) { return each.line.key == m_followed; });
+    const auto here =
+        std::find_if(lines.begin(), lines.end(), [this](const TrendLine& each) { return each.line.key == m_followed; });
     // All lines stand after the last one and before the first.
     const std::size_t count = lines.size() + 1;
     const std::size_t now = static_cast<std::size_t>(here - lines.begin());

@@ -8,10 +8,10 @@
 
 /// Reading values: a line that follows the pointer over all lanes and says what every line reads there.
 ///
-/// Choices: "shown" (whether the line follows the pointer) and "held" (seconds since 1970-01-01 UTC: it stands there, also in
-/// pictures, on pages and in print). A click in the plots holds it where it is, a second one or Escape lets it go. The
-/// keys of the focused graph move it, and every key is also an action; what is read becomes the accessible description
-/// of the graph. Part of a trend's reading, which *owns* it. Main thread only.
+/// Choices: "shown" (whether the line follows the pointer) and "held" (seconds since 1970-01-01 UTC: it stands there,
+/// also in pictures, on pages and in print). A click in the plots holds it where it is, a second one or Escape lets it
+/// go. The keys of the focused graph move it, and every key is also an action; what is read becomes the accessible
+/// description of the graph. Part of a trend's reading, which *owns* it. Main thread only.
 namespace plotix {
 
 class LinePart : public ReadingPart {
@@ -68,12 +68,12 @@ private:
     std::optional<bool> m_shown;  // absent: nobody has chosen
     std::optional<double> m_held;
     std::optional<QPointF> m_pointer;
-    std::optional<double> m_pointed;         // the time at the pointer
-    std::optional<QPointF> m_pressed;        // where a click may have begun
+    std::optional<double> m_pointed;          // the time at the pointer
+    std::optional<QPointF> m_pressed;         // where a click may have begun
     std::optional<double> m_heldBeforeClick;  // a double click is no click
-    QString m_followed;                      // key of the line that the keys follow; empty: all
-    std::optional<double> m_sameValue;       // what SameValue comes back to, while it is repeated
-    QString m_spokenBefore;                  // the graph's description without a line
+    QString m_followed;                       // key of the line that the keys follow; empty: all
+    std::optional<double> m_sameValue;        // what SameValue comes back to, while it is repeated
+    QString m_spokenBefore;                   // the graph's description without a line
 
     TrendLines m_lines;
     ValueTexts m_texts;

@@ -76,12 +76,12 @@ void LinePart::makeActions()
     });
     m_holdAction->setCheckable(true);
     m_reading.push_back(m_holdAction);
-    m_reading.push_back(
-        addAction(QT_TRANSLATE_NOOP("Plotix", "Go to &Time…"), Qt::Key_T, [this] { askForTime(); }));
+    m_reading.push_back(addAction(QT_TRANSLATE_NOOP("Plotix", "Go to &Time…"), Qt::Key_T, [this] { askForTime(); }));
     addSteps();
     m_reading.push_back(addAction(QT_TRANSLATE_NOOP("Plotix", "Keys Follow Next L&ine"), Qt::Key_L,
                                   [this] { followNextLine(Towards::Later); }));
-    m_reading.push_back(addAction(QT_TRANSLATE_NOOP("Plotix", "&Copy Values at the Line"), {}, [this] { copyValues(); }));
+    m_reading.push_back(
+        addAction(QT_TRANSLATE_NOOP("Plotix", "&Copy Values at the Line"), {}, [this] { copyValues(); }));
 }
 
 void LinePart::addSteps()

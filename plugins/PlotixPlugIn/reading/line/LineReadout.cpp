@@ -8,7 +8,7 @@ namespace plotix {
 
 namespace {
 
-constexpr double kReach = 2;         // points: a record so near counts as being there
+constexpr double kReach = 2;          // points: a record so near counts as being there
 constexpr double kFarInPicture = 24;  // points
 
 QString distanceText(double distance)

@@ -18,7 +18,7 @@ struct ReadDot {
 };
 
 struct ReadAt {
-    Readout readout;  ///< without a state
+    Readout readout;            ///< without a state
     std::vector<ReadDot> dots;  ///< only those within the areas of their lines
 };
 

@@ -12,7 +12,7 @@ namespace {
 
 using OptionalTime = std::optional<double>;
 
-constexpr double kStandsOut = 4;   // points of height
+constexpr double kStandsOut = 4;    // points of height
 constexpr double kStandsAlone = 3;  // points of width
 
 OptionalTime timeOf(const OptionalLineRecord& record)
@@ -42,8 +42,8 @@ OptionalTime timeOfExtreme(const TrendLine& line, double time, Extreme kind, Tow
     const CPTPointSeries& series = *line.records.series;
     const auto values = geometry.yMappingOf(geometry.graph.plotSpaceOf(*line.plot));
     const ExtremeSize size{kStandsOut * plotkit::valuePerUnit(values), kStandsAlone * secondsPerPoint(geometry)};
-    const auto element = towards == Towards::Later ? extremeAfter(series, time, kind, size)
-                                                   : extremeBefore(series, time, kind, size);
+    const auto element =
+        towards == Towards::Later ? extremeAfter(series, time, kind, size) : extremeBefore(series, time, kind, size);
     return element ? OptionalTime(series.x()[*element]) : std::nullopt;
 }
 

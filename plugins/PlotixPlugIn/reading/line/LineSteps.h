@@ -16,7 +16,7 @@ enum class Towards { Earlier, Later };
 
 struct StepFrom {
     double time = 0;
-    QString chosen;  ///< the line to follow; empty, or not shown: all, and the nearest place counts
+    QString chosen;               ///< the line to follow; empty, or not shown: all, and the nearest place counts
     std::optional<double> value;  ///< for SameValue: what to come back to
 };
 

@@ -4,10 +4,12 @@
 
 #include <QtGui/QFontMetricsF>
 #include <QtGui/QPainter>
+#include <QtGui/QStaticText>
 
 #include <algorithm>
 #include <array>
 #include <cmath>
+#include <map>
 
 namespace plotix {
 
@@ -17,30 +19,72 @@ constexpr double kTextSize = 12;
 constexpr double kRowHeight = 18;
 constexpr double kInset = 9;
 constexpr double kSwatch = 10;
-constexpr double kBetween = 7;     // columns
-constexpr double kFromLine = 14;   // the box from its vertical
+constexpr double kBetween = 7;    // columns
+constexpr double kFromLine = 14;  // the box from its vertical
 constexpr double kFromPointer = 6;
 constexpr double kCorner = 6;
 constexpr double kLongestName = 230;
 
-/// The fonts of the box, made once: to make one takes longer than to draw with it.
-struct Fonts {
-    QFont plain = plotkit::fontForStyle({.fontName = QStringLiteral("Helvetica"), .fontSize = kTextSize});
-    QFont bold = plotkit::fontForStyle({.fontName = QStringLiteral("Helvetica-Bold"), .fontSize = kTextSize});
-    QFont italic = plain;
-    QFontMetricsF plainSize{plain}, boldSize{bold}, italicSize{plain};
+enum class Face { Plain, Bold, Italic };
 
-    Fonts()
+/// Texts ready to be drawn: most of them stay while the value line moves, and to shape one takes longer than to draw
+/// it.
+class ShapedTexts {
+public:
+    const QStaticText& of(Face face, const QString& text)
     {
-        italic.setItalic(true);
-        italicSize = QFontMetricsF(italic);
+        const auto [entry, isNew] = m_texts.try_emplace({face, text});
+        if (isNew) {
+            entry->second.setTextFormat(Qt::PlainText);
+            entry->second.setText(text);
+            entry->second.prepare({}, font(face));
+        }
+        return entry->second;
     }
+    const QFont& font(Face face) const { return m_fonts[static_cast<std::size_t>(face)]; }
+
+    /// Forgets all where there are many; to be called where none is in use.
+    void trim()
+    {
+        constexpr std::size_t kMost = 400;
+        if (m_texts.size() > kMost)
+            m_texts.clear();
+    }
+
+private:
+    static QFont made(const char* name, bool italic)
+    {
+        QFont font = plotkit::fontForStyle({.fontName = QString::fromLatin1(name), .fontSize = kTextSize});
+        font.setItalic(italic);
+        return font;
+    }
+
+    std::array<QFont, 3> m_fonts{made("Helvetica", false), made("Helvetica-Bold", false), made("Helvetica", true)};
+    std::map<std::pair<Face, QString>, QStaticText> m_texts;
 };
 
-const Fonts& fonts()
+ShapedTexts& shaped()
 {
-    static const Fonts made;
-    return made;
+    static ShapedTexts texts;
+    return texts;
+}
+
+double widthOf(Face face, const QString& text)
+{
+    return text.isEmpty() ? 0 : shaped().of(face, text).size().width();
+}
+
+Face nameFace(const ReadoutRow& row)
+{
+    return row.isChosen ? Face::Bold : Face::Plain;
+}
+
+/// A name no longer than there is room for.
+QString shortName(const ReadoutRow& row)
+{
+    if (widthOf(nameFace(row), row.name) <= kLongestName)
+        return row.name;
+    return QFontMetricsF(shaped().font(nameFace(row))).elidedText(row.name, Qt::ElideMiddle, kLongestName);
 }
 
 /// What each column takes, by its widest text.
@@ -50,34 +94,34 @@ struct Columns {
     explicit Columns(const Readout& readout)
     {
         for (const ReadoutRow& row : readout.rows) {
-            name = std::max(name, std::min(kLongestName, fonts().plainSize.horizontalAdvance(row.name)));
-            value = std::max(value, fonts().boldSize.horizontalAdvance(row.value));
-            if (!row.note.isEmpty())
-                note = std::max(note, fonts().italicSize.horizontalAdvance(row.note));
+            name = std::max(name, std::min(kLongestName, widthOf(nameFace(row), row.name)));
+            value = std::max(value, widthOf(Face::Bold, row.value));
+            note = std::max(note, widthOf(Face::Italic, row.note));
         }
     }
 
-    double width() const
-    {
-        return kSwatch + kBetween + name + 2 * kBetween + value + (note > 0 ? kBetween + note : 0);
-    }
+    double width() const { return kSwatch + kBetween + name + 2 * kBetween + value + (note > 0 ? kBetween + note : 0); }
 };
 
 double widthOfTitle(const Readout& readout)
 {
-    const double title = fonts().boldSize.horizontalAdvance(readout.title);
-    return readout.state.isEmpty() ? title : title + kBetween + fonts().plainSize.horizontalAdvance(readout.state);
+    const double title = widthOf(Face::Bold, readout.title);
+    return readout.state.isEmpty() ? title : title + kBetween + widthOf(Face::Plain, readout.state);
 }
 
-void write(QPainter& painter, const QFont& font, const QColor& color, const QRectF& where, const QString& text,
-           Qt::Alignment side = Qt::AlignLeft)
+/// From `left` on, in the middle of a row.
+void write(QPainter& painter, Face face, const QColor& color, double left, const QRectF& row, const QString& text)
 {
-    painter.setFont(font);
+    if (text.isEmpty())
+        return;
+    const QStaticText& ready = shaped().of(face, text);
+    painter.setFont(shaped().font(face));
     painter.setPen(color);
-    painter.drawText(where, int(side | Qt::AlignVCenter | Qt::TextSingleLine), text);
+    painter.drawStaticText(QPointF(std::round(left), std::round(row.center().y() - ready.size().height() / 2)), ready);
 }
 
-void paintRow(QPainter& painter, const ReadoutRow& row, const Columns& columns, QRectF place, const ReadoutLook& look)
+void paintRow(QPainter& painter, const ReadoutRow& row, const Columns& columns, const QRectF& place,
+              const ReadoutLook& look)
 {
     if (row.color.isValid()) {
         const QRectF swatch(place.left(), place.center().y() - kSwatch / 2, kSwatch, kSwatch);
@@ -85,16 +129,12 @@ void paintRow(QPainter& painter, const ReadoutRow& row, const Columns& columns, 
         painter.setBrush(row.color);
         painter.drawRoundedRect(swatch, 2, 2);
     }
-    place.setLeft(place.left() + kSwatch + kBetween);
-    const QString name = fonts().plainSize.elidedText(row.name, Qt::ElideMiddle, columns.name + 1);
-    write(painter, row.isChosen ? fonts().bold : fonts().plain, look.text, place, name);
-    place.setLeft(place.left() + columns.name + 2 * kBetween);
-    place.setWidth(columns.value);
-    write(painter, fonts().bold, row.isFaint ? look.faint : look.text, place, row.value, Qt::AlignRight);
-    place.moveLeft(place.right() + kBetween);
-    place.setWidth(columns.note + 1);
-    if (!row.note.isEmpty())
-        write(painter, fonts().italic, look.faint, place, row.note);
+    double left = place.left() + kSwatch + kBetween;
+    write(painter, nameFace(row), look.text, left, place, shortName(row));
+    left += columns.name + 2 * kBetween + columns.value;
+    const QColor& color = row.isFaint ? look.faint : look.text;
+    write(painter, Face::Bold, color, left - widthOf(Face::Bold, row.value), place, row.value);
+    write(painter, Face::Italic, look.faint, left + kBetween, place, row.note);
 }
 
 bool isUnder(const QRectF& box, const std::optional<QPointF>& pointer)
@@ -157,6 +197,7 @@ QRectF placeBeside(const QSizeF& size, double x, double y, const QRectF& bounds,
 
 QSizeF sizeOfReadout(const Readout& readout)
 {
+    shaped().trim();
     const Columns columns(readout);
     const double rows = static_cast<double>(readout.rows.size()) + 1;
     return {std::ceil(std::max(columns.width(), widthOfTitle(readout)) + 2 * kInset), rows * kRowHeight + 2 * kInset};
@@ -170,10 +211,9 @@ void paintReadout(QPainter& painter, const Readout& readout, const QRectF& box, 
     painter.drawRoundedRect(box, kCorner, kCorner);
     QRectF row = box.adjusted(kInset, kInset, -kInset, 0);
     row.setHeight(kRowHeight);
-    write(painter, fonts().bold, look.text, row, readout.title);
-    if (!readout.state.isEmpty())
-        write(painter, fonts().plain, look.faint,
-              row.adjusted(fonts().boldSize.horizontalAdvance(readout.title) + kBetween, 0, 0, 0), readout.state);
+    write(painter, Face::Bold, look.text, row.left(), row, readout.title);
+    const double beside = row.left() + widthOf(Face::Bold, readout.title) + kBetween;
+    write(painter, Face::Plain, look.faint, beside, row, readout.state);
     const Columns columns(readout);
     for (const ReadoutRow& each : readout.rows) {
         row.translate(0, kRowHeight);

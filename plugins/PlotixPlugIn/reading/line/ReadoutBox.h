@@ -17,11 +17,11 @@ class QPainter;
 namespace plotix {
 
 struct ReadoutRow {
-    QColor color;   ///< of the line
+    QColor color;  ///< of the line
     QString name;
-    QString value;  ///< with its unit, or that there is none
-    QString note;   ///< such as how far away the record is; mostly empty
-    bool isFaint = false;    ///< there is no value
+    QString value;          ///< with its unit, or that there is none
+    QString note;           ///< such as how far away the record is; mostly empty
+    bool isFaint = false;   ///< there is no value
     bool isChosen = false;  ///< the one line that the keys follow
 };
 

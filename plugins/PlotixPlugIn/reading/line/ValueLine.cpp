@@ -8,7 +8,7 @@ namespace plotix {
 
 namespace {
 
-constexpr double kDot = 4;           // points
+constexpr double kDot = 4;            // points
 constexpr double kUnderPointer = 18;  // points
 constexpr double kFromEdge = 6;
 

@@ -26,8 +26,8 @@ void TrendLines::find()
         const CPTScatterPlotPtr plot = graph->plotWithIdentifier(line.key);
         if (!line.isShown || !plot || !plot->series())
             continue;
-        LineRecords found = lineRecords(plot->series(), records ? records->columnForKey(line.key) : nullptr,
-                                        plot->gapThreshold());
+        LineRecords found =
+            lineRecords(plot->series(), records ? records->columnForKey(line.key) : nullptr, plot->gapThreshold());
         m_lines.push_back({std::move(line), plot, std::move(found)});
     }
 }

@@ -108,8 +108,8 @@ QString ValueTexts::slope(double earlier, double later, double seconds, const QS
     const double slope = (later - earlier) / seconds * part->seconds;
     const int decimals = std::max(0, decimalsOf(slope) - (kDigits - kSlopeDigits));
     const QString symbol = differenceSymbol(unitSymbol);
-    return signedNumber(slope, decimals) + QChar(QChar::Nbsp) +
-           (symbol.isEmpty() ? QStringLiteral("1") : symbol) + QLatin1Char('/') + QLatin1String(part->symbol);
+    return signedNumber(slope, decimals) + QChar(QChar::Nbsp) + (symbol.isEmpty() ? QStringLiteral("1") : symbol) +
+           QLatin1Char('/') + QLatin1String(part->symbol);
 }
 
 QString durationText(double seconds)

@@ -43,10 +43,7 @@ protected:
 
     KTVGraphHostingView& graphView() { return *trend().hostView(); }
     plotkit::GraphGeometry geometry() { return graphView().geometryShown(*trend().graph()); }
-    QObject& part(const QString& key)
-    {
-        return *qobject_cast<plotix::TrendReader*>(trend().trendReader())->part(key);
-    }
+    QObject& part(const QString& key) { return *qobject_cast<plotix::TrendReader*>(trend().trendReader())->part(key); }
     QVariantMap chosen(const QString& key) { return trend().reading().value(key).toMap(); }
 
     static double minute(double count) { return kFrom + count * kMinute; }
@@ -62,10 +59,7 @@ protected:
         QMouseEvent move(QEvent::MouseMove, place, graphView().mapToGlobal(place), Qt::NoButton, buttons, {});
         QApplication::sendEvent(&graphView(), &move);
     }
-    void click(const QPointF& place)
-    {
-        QTest::mouseClick(&graphView(), Qt::LeftButton, {}, place.toPoint());
-    }
+    void click(const QPointF& place) { QTest::mouseClick(&graphView(), Qt::LeftButton, {}, place.toPoint()); }
     void press(Qt::Key key, Qt::KeyboardModifiers modifiers = {})
     {
         graphView().setFocus();
