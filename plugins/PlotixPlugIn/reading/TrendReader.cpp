@@ -2,6 +2,7 @@
 
 #include "plotkit/widget/CPTGraphHostingView.h"
 #include "plugins/PlotixPlugIn/reading/line/LinePart.h"
+#include "plugins/PlotixPlugIn/reading/marks/MarksPart.h"
 
 #include <QtGui/QKeyEvent>
 
@@ -13,6 +14,7 @@ namespace plotix {
 TrendReader::TrendReader(ReadTrend& trend) : m_trend(trend)
 {
     add(std::make_unique<LinePart>(trend));
+    add(std::make_unique<MarksPart>(trend));
 }
 
 TrendReader::~TrendReader() = default;

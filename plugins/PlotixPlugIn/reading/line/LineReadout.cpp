@@ -60,16 +60,7 @@ ReadAt readAt(const std::vector<TrendLine>& lines, double time, const plotkit::G
 double timeNear(const std::vector<TrendLine>& lines, double x, const plotkit::GraphGeometry& geometry)
 {
     const double time = plotkit::valueForCoordinate(geometry.xMappingOf(geometry.graph.plotSpace()), x);
-    double nearest = time;
-    double distance = kReach * secondsPerPoint(geometry);
-    for (const TrendLine& each : lines) {
-        const OptionalLineRecord record = nearestRecord(each.records, time);
-        if (!record || std::abs(record->time - time) > distance)
-            continue;
-        nearest = record->time;
-        distance = std::abs(record->time - time);
-    }
-    return nearest;
+    return timeOfRecordNear(lines, time, kReach * secondsPerPoint(geometry));
 }
 
 }  // namespace plotix

@@ -1,6 +1,7 @@
 #include "plugins/PlotixPlugIn/reading/line/ReadoutBox.h"
 
 #include "plotkit/render/GraphText.h"
+#include "plugins/PlotixPlugIn/reading/values/GraphLook.h"
 
 #include <QtGui/QFontMetricsF>
 #include <QtGui/QPainter>
@@ -146,9 +147,7 @@ bool isUnder(const QRectF& box, const std::optional<QPointF>& pointer)
 
 ReadoutLook readoutLookFor(const CPTXYGraph& graph)
 {
-    const QColor labels = graph.axes().axes().front()->labelTextStyle().color;
-    const bool isDark = !labels.isValid() || labels.lightnessF() > 0.5F;
-    if (isDark)
+    if (isDark(graph))
         return {QColor(22, 23, 27, 235), QColor(90, 92, 98), QColor(238, 238, 240), QColor(165, 168, 175),
                 QColor(255, 255, 255, 230)};
     return {QColor(255, 255, 255, 240), QColor(150, 154, 162), QColor(26, 28, 32), QColor(104, 108, 116),

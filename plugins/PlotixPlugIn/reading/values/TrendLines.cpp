@@ -1,5 +1,7 @@
 #include "plugins/PlotixPlugIn/reading/values/TrendLines.h"
 
+#include <cmath>
+
 namespace plotix {
 
 const std::vector<TrendLine>& TrendLines::shown()
@@ -30,6 +32,20 @@ void TrendLines::find()
             lineRecords(plot->series(), records ? records->columnForKey(line.key) : nullptr, plot->gapThreshold());
         m_lines.push_back({std::move(line), plot, std::move(found)});
     }
+}
+
+double timeOfRecordNear(const std::vector<TrendLine>& lines, double time, double reach)
+{
+    double nearest = time;
+    double distance = reach;
+    for (const TrendLine& each : lines) {
+        const OptionalLineRecord record = nearestRecord(each.records, time);
+        if (!record || std::abs(record->time - time) > distance)
+            continue;
+        nearest = record->time;
+        distance = std::abs(record->time - time);
+    }
+    return nearest;
 }
 
 }  // namespace plotix

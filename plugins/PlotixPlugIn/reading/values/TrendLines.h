@@ -35,4 +35,7 @@ private:
     std::vector<TrendLine> m_lines;
 };
 
+/// The time of the record of any line that is nearest to `time`; `time` itself where none lies within `reach`.
+double timeOfRecordNear(const std::vector<TrendLine>& lines, double time, double reach);
+
 }  // namespace plotix

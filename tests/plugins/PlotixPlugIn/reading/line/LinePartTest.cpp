@@ -1,4 +1,4 @@
-#include "ReadTrendFixture.h"
+#include "tests/plugins/PlotixPlugIn/reading/line/ReadTrendFixture.h"
 
 #include <QtGui/QClipboard>
 #include <QtGui/QGuiApplication>
