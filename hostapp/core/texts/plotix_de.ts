@@ -1253,6 +1253,86 @@
         <source>… and %1 more</source>
         <translation>… und %1 weitere</translation>
     </message>
+    <message>
+        <source>Mar&amp;ks</source>
+        <translation>&amp;Marken</translation>
+    </message>
+    <message>
+        <source>Set Mark &amp;A Here</source>
+        <translation>Marke &amp;A hier setzen</translation>
+    </message>
+    <message>
+        <source>Set Mark &amp;B Here</source>
+        <translation>Marke &amp;B hier setzen</translation>
+    </message>
+    <message>
+        <source>&amp;Marks and Differences…</source>
+        <translation>&amp;Marken und Unterschiede …</translation>
+    </message>
+    <message>
+        <source>Move Mark to &amp;Next Record</source>
+        <translation>Marke zum &amp;nächsten Datensatz</translation>
+    </message>
+    <message>
+        <source>Move Mark to &amp;Previous Record</source>
+        <translation>Marke zum &amp;vorigen Datensatz</translation>
+    </message>
+    <message>
+        <source>&amp;Remove Marks</source>
+        <translation>Marken &amp;entfernen</translation>
+    </message>
+    <message>
+        <source>&amp;Fit to Marks</source>
+        <translation>An Marken an&amp;passen</translation>
+    </message>
+    <message>
+        <source>&amp;Dates from Marks</source>
+        <translation>&amp;Daten aus den Marken</translation>
+    </message>
+    <message>
+        <source>&amp;Copy Range</source>
+        <translation>Zeitraum &amp;kopieren</translation>
+    </message>
+    <message>
+        <source>Line</source>
+        <translation>Linie</translation>
+    </message>
+    <message>
+        <source>Difference</source>
+        <translation>Unterschied</translation>
+    </message>
+    <message>
+        <source>Slope</source>
+        <translation>Steigung</translation>
+    </message>
+    <message>
+        <source>Time-weighted</source>
+        <translation>Zeitgewichtet</translation>
+    </message>
+    <message>
+        <source>Coverage</source>
+        <translation>Abdeckung</translation>
+    </message>
+    <message>
+        <source>Points</source>
+        <translation>Punkte</translation>
+    </message>
+    <message>
+        <source>Marks and Differences</source>
+        <translation>Marken und Unterschiede</translation>
+    </message>
+    <message>
+        <source>Copy &amp;Table</source>
+        <translation>&amp;Tabelle kopieren</translation>
+    </message>
+    <message>
+        <source>Close</source>
+        <translation>Schließen</translation>
+    </message>
+    <message>
+        <source>Type two times, or set the marks in the graph.</source>
+        <translation>Geben Sie zwei Zeiten ein oder setzen Sie die Marken im Diagramm.</translation>
+    </message>
 </context>
 <context>
     <name>PlugInStore</name>

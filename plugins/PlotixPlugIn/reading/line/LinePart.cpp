@@ -61,6 +61,7 @@ void LinePart::setShown(const std::optional<bool>& shown)
         view->setMouseTracking(isShown());
     if (!isShown())
         pointerLeft();
+    place();
     updateActions();
     emit chosenChanged();
 }
@@ -73,13 +74,14 @@ void LinePart::viewLoaded()
     view->installEventFilter(this);
     view->setMouseTracking(isShown());
     m_spokenBefore = view->accessibleDescription();
-    attach();
+    place();
     updateActions();
 }
 
 void LinePart::graphBuilt()
 {
-    attach();
+    place();
+    updateActions();
 }
 
 void LinePart::graphReleased()
@@ -87,10 +89,11 @@ void LinePart::graphReleased()
     detach();
 }
 
+// The layer is there only while it is wanted: a graph without layers is painted straight to the screen.
 void LinePart::attach()
 {
     const CPTXYGraphPtr graph = trend().graph();
-    if (!graph || m_graph.lock() == graph)
+    if (!graph || (m_layer && m_graph.lock() == graph) || (!isShown() && !m_held))
         return;
     detach();
     m_graph = graph;
@@ -98,8 +101,6 @@ void LinePart::attach()
         return readAt(m_lines.shown(), time, geometry, m_texts, m_followed);
     });
     graph->addLayer(m_layer);
-    place();
-    updateActions();
 }
 
 void LinePart::detach()
@@ -144,6 +145,9 @@ QVariant LinePart::timeRead() const
 
 void LinePart::place()
 {
+    attach();
+    if (!isShown() && !m_held)
+        detach();
     if (!m_layer)
         return;
     const std::optional<double> time = standing();

@@ -20,7 +20,7 @@ namespace plotix {
 namespace {
 
 constexpr int kLineColumn = 0;
-constexpr QSize kSize(820, 320);  // points
+constexpr QSize kSize(960, 320);  // points
 
 QStringList titles()
 {
@@ -140,7 +140,7 @@ void MarksWindow::fillRow(int row, const QStringList& cells, const QColor& color
 {
     for (int column = 0; column < int(cells.size()); ++column) {
         auto* item = new QTableWidgetItem(cells[column]);
-        item->setTextAlignment(int(Qt::AlignVCenter | (column == kLineColumn ? Qt::AlignLeft : Qt::AlignRight)));
+        item->setTextAlignment(Qt::AlignVCenter | (column == kLineColumn ? Qt::AlignLeft : Qt::AlignRight));
         if (column == kLineColumn)
             item->setIcon(swatch(color));
         m_table->setItem(row, column, item);

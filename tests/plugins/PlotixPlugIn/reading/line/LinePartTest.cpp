@@ -242,6 +242,7 @@ TEST_F(LinePartTest, ATrendWithoutItArchivesNothingOfIt)
 {
     trend().setReading({{"valueLine", QVariantMap()}});
     EXPECT_FALSE(trend().reading().contains("valueLine"));
+    EXPECT_TRUE(trend().graph()->layers().empty());
 }
 
 }  // namespace

@@ -193,6 +193,13 @@ TEST_F(MarksPartTest, PicturesShowThem)
     EXPECT_EQ(picture(), before);
 }
 
+TEST_F(MarksPartTest, LieBeneathTheReadout)
+{
+    const CPTGraphLayerPtr line = trend().graph()->layers().back();
+    setMarks(10, 50);
+    EXPECT_EQ(trend().graph()->layers().back(), line);
+}
+
 TEST_F(MarksPartTest, AreArchivedAndCanBeUndone)
 {
     const QVariantMap before = trend().changeable();
@@ -207,7 +214,7 @@ TEST_F(MarksPartTest, WithoutMarksAndValueLineNoKeyIsTaken)
     trend().setReading({{"valueLine", QVariantMap()}});
     press(Qt::Key_A);
     EXPECT_TRUE(chosen("marks").isEmpty());
-    EXPECT_TRUE(trend().graph()->layers().size() <= 1) << "and no layer stands over the graph";
+    EXPECT_TRUE(trend().graph()->layers().empty());
 }
 
 TEST(MarkHeadingTest, LeavesOutWhatDoesNotFit)
