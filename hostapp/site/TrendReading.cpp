@@ -14,6 +14,8 @@ QVariantMap recommendedReading(Reader reader)
                         {QStringLiteral("propertyColors"), true}, {QStringLiteral("lineCommands"), true}};
     if (reader == Reader::OfAPicture)
         options.insert(QStringLiteral("unlimitedValues"), true);
+    else
+        options.insert(QStringLiteral("valueLine"), QVariantMap{{QStringLiteral("shown"), true}});
     return options;
 }
 
