@@ -90,7 +90,6 @@ def point(what, extra=False):
     return group_of(f"point/10x10M/{what}", "bench_frames", {}, extra=extra)
 
 
-
 def text_import():
     text = TextFile("station.tsv", 10 * MILLION)
     site = ["import.plotix", "import.plotix-wal", "import.plotix-shm"]
@@ -99,7 +98,6 @@ def text_import():
     kst = Command("kst2", "DATA/station.tsv", "-f", "1", "-x", "1", "-y", "2", "--png", "DATA/kst.png", text=text,
                   scrap=["kst.png"], succeeds=lambda where: os.path.exists(where.file("kst.png")))
     return Group([Case("import/10Mx2")], {"plotix": ours, "kst": kst}, rounds=3)
-
 
 def all_groups():
     both = ["qcustomplot", "qcustomplot-fast"]
@@ -141,7 +139,6 @@ def all_groups():
           for name in ("zoom/10x10M/1920x1080", "recolor/10x10M/1920x1080", "resize/10x10M/1920x1080",
                        "png/1200x600/1/drawn", "png/1200x600/10/drawn")],
     ]
-
 
 def chosen(groups, names, extras):
     """The groups with a case of that name, or all that are no extras; raises KeyError for a name nobody has."""

@@ -99,7 +99,7 @@ void PropertyListView::addEditing(QMenu* menu, const std::shared_ptr<SiteAgent>&
     if (!m_isEditable || !agent)
         return;
     menu->addSeparator();
-    menu->addAction(tr("New &Computed Property…"), this, [=, this] { emit computeWanted(agent, nullptr); });
+    menu->addAction(tr("New Computed &Property…"), this, [=, this] { emit computeWanted(agent, nullptr); });
     if (property && property->isComputed())
         menu->addAction(tr("&Edit Computed Property…"), this, [=, this] { emit computeWanted(agent, property); });
     menu->addAction(tr("&Rename…"), this, [=, this] { emit renameWanted(agent, property); });

@@ -2499,12 +2499,12 @@ Auf einen Trend ziehen, oder ankreuzen und „Neuer Trend“ wählen.</translati
         <translation>&amp;Löschen</translation>
     </message>
     <message>
-        <source>New &amp;Computed Property…</source>
-        <translation>Neue &amp;berechnete Größe …</translation>
+        <source>&amp;Edit Computed Property…</source>
+        <translation>Berechnete Größe bea&amp;rbeiten …</translation>
     </message>
     <message>
-        <source>&amp;Edit Computed Property…</source>
-        <translation>Berechnete Größe b&amp;earbeiten …</translation>
+        <source>New Computed &amp;Property…</source>
+        <translation>Neue &amp;berechnete Größe …</translation>
     </message>
 </context>
 <context>

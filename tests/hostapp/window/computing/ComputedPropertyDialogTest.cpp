@@ -8,6 +8,7 @@
 #include <QtWidgets/QAbstractItemView>
 #include <QtWidgets/QApplication>
 #include <QtWidgets/QComboBox>
+#include <QtWidgets/QCompleter>
 #include <QtWidgets/QDialogButtonBox>
 #include <QtWidgets/QLabel>
 #include <QtWidgets/QLineEdit>
@@ -48,7 +49,7 @@ protected:
     QLineEdit& name() { return *dialog->findChildren<QLineEdit*>().front(); }
     QComboBox& unit() { return *dialog->findChildren<QComboBox*>().front(); }
     QPushButton& okay() { return *dialog->findChild<QDialogButtonBox*>()->button(QDialogButtonBox::Ok); }
-    QAbstractItemView& list() { return *formula().findChild<QAbstractItemView*>("formulaCompletions"); }
+    QAbstractItemView& list() { return *formula().findChild<QCompleter*>()->popup(); }
     std::string message() { return dialog->findChild<QLabel*>("formulaMessage")->text().toStdString(); }
     QString preview() { return dialog->findChild<QLabel*>("formulaPreview")->text(); }
     void type(const char* text)
