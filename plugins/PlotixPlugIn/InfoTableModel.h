@@ -1,7 +1,7 @@
 #pragma once
 
 #include "plugins/PlotixPlugIn/InfoTableRow.h"
-#include "plugins/PlotixPlugIn/reading/ReadableNumbers.h"
+#include "plugins/PlotixPlugIn/reading/trend/ReadableNumbers.h"
 
 #include <QtCore/QAbstractTableModel>
 #include <QtCore/QPointer>

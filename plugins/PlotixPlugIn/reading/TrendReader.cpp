@@ -59,6 +59,14 @@ std::vector<QAction*> TrendReader::actions() const
     return all;
 }
 
+TableFigures* TrendReader::tableFigures() const
+{
+    for (const auto& part : m_parts)
+        if (TableFigures* figures = part->tableFigures())
+            return figures;
+    return nullptr;
+}
+
 void TrendReader::viewLoaded()
 {
     if (CPTGraphHostingView* view = m_trend.graphView())
