@@ -15,6 +15,7 @@
 
 #include <algorithm>
 #include <limits>
+#include <string>
 
 namespace plotix_bench {
 
@@ -92,6 +93,43 @@ void panPaused(benchmark::State& state, double gapThreshold)
         plot->setGapThreshold(gapThreshold);
     plotkit::GraphPainter painter;
     QImage image(kScreen, QImage::Format_RGB32);
+    int step = 0;
+    for (auto unused : state) {
+        shown.show(1, step++ % 200, kScreen.width());
+        paintFrame(painter, image, shown.graph);
+    }
+}
+
+/// How each plot of a graph looks.
+enum class PlotLook { Straight, Held, Points, Filled, Dashed };
+
+void setLook(CPTScatterPlot& plot, PlotLook look)
+{
+    CPTLineStyle style = plot.dataLineStyle();
+    switch (look) {
+    case PlotLook::Straight: break;
+    case PlotLook::Held: plot.setInterpolation(CPTScatterPlotInterpolation::HoldLast); break;
+    case PlotLook::Points: plot.setInterpolation(CPTScatterPlotInterpolation::PointsOnly); break;
+    case PlotLook::Filled:
+        style.color.setAlpha(60);
+        plot.setAreaFill(CPTAreaFill::toZero(style.color));
+        break;
+    case PlotLook::Dashed:
+        style.dashPattern = {18, 9};
+        plot.setDataLineStyle(style);
+        break;
+    }
+}
+
+/// A pan over lines that look otherwise than straight and solid.
+void panLooks(benchmark::State& state, PlotLook look, SignalKind kind)
+{
+    BenchmarkGraph shown(10, 10 * kMillion, kind);
+    for (const CPTScatterPlotPtr& plot : shown.graph.allPlots())
+        setLook(*plot, look);
+    plotkit::GraphPainter painter;
+    QImage image(kScreen, QImage::Format_RGB32);
+    paintFrame(painter, image, shown.graph);
     int step = 0;
     for (auto unused : state) {
         shown.show(1, step++ % 200, kScreen.width());
@@ -208,6 +246,18 @@ void registerFrames()
         ->Unit(benchmark::kMillisecond);
     benchmark::RegisterBenchmark("pan/10x10M/full/1920x1080/broken", panPaused, 5.0)->Unit(benchmark::kMillisecond);
     benchmark::RegisterBenchmark("pan/10x10M/full/1920x1080/labels", panRoomForLabels)->Unit(benchmark::kMillisecond);
+    const auto registerLook = [](const std::string& name, PlotLook look) {
+        const std::string pan = "pan/10x10M/full/1920x1080/";
+        benchmark::RegisterBenchmark((pan + name).c_str(), panLooks, look, SignalKind::Walk)
+            ->Unit(benchmark::kMillisecond);
+        benchmark::RegisterBenchmark((pan + "noisy/" + name).c_str(), panLooks, look, SignalKind::Noisy)
+            ->Unit(benchmark::kMillisecond);
+    };
+    registerLook("straight", PlotLook::Straight);
+    registerLook("held", PlotLook::Held);
+    registerLook("points", PlotLook::Points);
+    registerLook("filled", PlotLook::Filled);
+    registerLook("dashed", PlotLook::Dashed);
     benchmark::RegisterBenchmark("zoom/10x10M/1920x1080", zoom)->Unit(benchmark::kMillisecond);
     benchmark::RegisterBenchmark("recolor/10x10M/1920x1080", recolor)->Unit(benchmark::kMillisecond);
     benchmark::RegisterBenchmark("resize/10x10M/1920x1080", resize)->Unit(benchmark::kMillisecond);

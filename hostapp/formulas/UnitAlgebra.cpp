@@ -170,15 +170,17 @@ std::optional<ScaledUnit> rootOf(const QString& unit)
 {
     if (const std::optional<double> number = plainNumberOf(unit))
         return ScaledUnit{QString(), std::sqrt(*number)};
+    std::optional<ScaledUnit> root;
     for (const UnitRow& row : unitTable()) {
         const QString text = QString::fromUtf8(row.text);
-        if (hasArbitraryZero(text) || plainNumberOf(text))
-            continue;
         const QString square = bracketed(QString::fromUtf8(row.expression), 2);
-        if (units().areCompatible(unit, square))
-            return ScaledUnit{text, std::sqrt(units().mapBetween(unit, square).scale)};
+        if (hasArbitraryZero(text) || plainNumberOf(text) || !units().areCompatible(unit, square))
+            continue;
+        const double factor = std::sqrt(units().mapBetween(unit, square).scale);
+        if (!root || isOne(factor))
+            root = ScaledUnit{text, factor};
     }
-    return std::nullopt;
+    return root;
 }
 
 ScaledUnit integralOf(const QString& unit)

@@ -71,12 +71,16 @@ private:
     double m_gap;
 };
 
+/// Where a line comes from between two points: straight, or level from that of the two, as they stand in the picture,
+/// which is the earlier one.
+enum class LineCourse { Straight, HoldsLeft, HoldsRight };
+
 /// Turns summaries into an envelope: all columns as if none were empty, then those where the line crosses empty ones.
 class EnvelopeBuilder {
 public:
     EnvelopeBuilder(PlotEnvelope& envelope, const BinRows& bins, std::size_t columns, const ValueScale& scale,
-                    const ColumnEnds& ends)
-        : m_envelope(envelope), m_bins(bins), m_columns(columns), m_scale(scale), m_ends(ends)
+                    const ColumnEnds& ends, LineCourse course)
+        : m_envelope(envelope), m_bins(bins), m_columns(columns), m_scale(scale), m_ends(ends), m_course(course)
     {
         envelope.partEnds.clear();
         const std::size_t room = columns + 1 + SlidingRow<float>::kPadding;
@@ -91,6 +95,8 @@ public:
         float* low = m_envelope.m_low.data();
         float* high = m_envelope.m_high.data();
         const bool hasGaps = BinKernels::best().map(m_bins, m_columns, m_scale, joins(), low, high);
+        if (m_course != LineCourse::Straight)
+            holdValues();
         if (hasGaps)
             bridgeGaps();
         const std::size_t first = firstFilled();
@@ -142,8 +148,21 @@ private:
     /// Edges [first, last] are crossed by the line between two points.
     void cross(const LinePoint& from, const LinePoint& to, std::size_t first, std::size_t last)
     {
+        if (m_course != LineCourse::Straight) {
+            const float held = m_scale.cut(m_course == LineCourse::HoldsLeft ? from.y : to.y);
+            std::fill(joins() + first, joins() + last + 1, held);
+            return;
+        }
         for (std::size_t edge = first; edge <= last; ++edge)
             joins()[edge] = m_scale.cut(yAtEdge(from, to, static_cast<double>(edge)));
+    }
+
+    /// Each edge between columns is crossed at the value that was there before; those beside empty ones follow later.
+    void holdValues()
+    {
+        const float* held = m_course == LineCourse::HoldsLeft ? m_bins.last : m_bins.first + 1;
+        for (std::size_t edge = 1; edge < m_columns; ++edge)
+            joins()[edge] = m_scale.cut(m_scale(held[edge - 1]));
     }
 
     void bridgeGaps()
@@ -217,6 +236,7 @@ private:
     std::size_t m_columns;
     ValueScale m_scale;
     const ColumnEnds& m_ends;
+    LineCourse m_course;
     std::vector<std::pair<std::size_t, std::size_t>> m_gaps;  // columns [first, second)
 };
 
@@ -259,7 +279,7 @@ BinEdges& PlotEnveloping::edgesOf(const CPTPointSeries& series)
 }
 
 bool PlotEnveloping::envelopeInto(PlotEnvelope& envelope, const CPTPointSeries& series, const PlotView& view,
-                                  std::size_t slot)
+                                  std::size_t slot, double few)
 {
     if (!isDrawable(view.area) || !series.isXSorted() || series.elementCount() == 0)
         return false;
@@ -278,7 +298,7 @@ bool PlotEnveloping::envelopeInto(PlotEnvelope& envelope, const CPTPointSeries& 
     const std::span<const double> times = series.x().span().first(series.elementCount());
     const std::ptrdiff_t within =
         std::upper_bound(times.begin(), times.end(), high) - std::lower_bound(times.begin(), times.end(), low);
-    if (static_cast<double>(within) <= 2 * columns)
+    if (static_cast<double>(within) <= few * columns)
         return false;
     const BinGrid grid = BinGrid::covering(low, high, width);
     if (static_cast<double>(grid.count) > columns + 16)
@@ -306,7 +326,10 @@ bool PlotEnveloping::envelopeInto(PlotEnvelope& envelope, const CPTPointSeries& 
     const std::optional<LinePoint> after = pointOf(afterElement);
     const std::int64_t leftmost = mirrored ? grid.first + static_cast<std::int64_t>(grid.count) : grid.first;
     envelope.left = coordinateForValue(x, grid.edge(leftmost));
-    EnvelopeBuilder(envelope, bins, grid.count, scale, ends)
+    const LineCourse course = !view.holdsValues ? LineCourse::Straight
+                              : mirrored        ? LineCourse::HoldsRight
+                                                : LineCourse::HoldsLeft;
+    EnvelopeBuilder(envelope, bins, grid.count, scale, ends, course)
         .build(mirrored ? after : before, mirrored ? before : after);
     return true;
 }

@@ -35,6 +35,7 @@ struct PlotEnvelope {
 
 private:
     friend class EnvelopeBuilder;
+    friend class ColumnDashing;
     std::vector<float> m_joins, m_low, m_high;
 };
 
@@ -51,9 +52,13 @@ private:
 /// Works out envelopes frame after frame. Whoever paints *owns* one.
 class PlotEnveloping {
 public:
-    /// Fills the envelope of the `slot`-th plot of a picture and answers true. False where the points themselves are
-    /// few enough, x is not sorted, or the view is degenerate: use reducePlotInto then.
-    bool envelopeInto(PlotEnvelope& envelope, const CPTPointSeries& series, const PlotView& view, std::size_t slot);
+    /// Fills the envelope of the `slot`-th plot of a picture and answers true. False where no more than `few` points a
+    /// column are in view, x is not sorted, or the view is degenerate: use reducePlotInto then.
+    bool envelopeInto(PlotEnvelope& envelope, const CPTPointSeries& series, const PlotView& view, std::size_t slot,
+                      double few = kFewPoints);
+
+    static constexpr double kFewPoints = 2;  ///< points a column; drawing so few by themselves costs no more
+    static constexpr double kAnyPoints = -1;
 
 private:
     BinEdges& edgesOf(const CPTPointSeries& series);

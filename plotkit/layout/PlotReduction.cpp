@@ -33,6 +33,7 @@ public:
           m_x(series.x().span().first(series.elementCount())),
           m_view(view),
           m_gap(series.isXSorted() ? view.gap : std::numeric_limits<double>::infinity()),
+          m_holds(series.isXSorted() && view.holdsValues),
           m_xMapping(xMapping(view.xRange, view.area)),
           m_yMapping(yMapping(view.yRange, view.area)),
           m_cutter(plot, grownArea(view), series.isXSorted() ? OutsidePieces::Bridge : OutsidePieces::Break)
@@ -64,12 +65,17 @@ private:
     double xOf(std::size_t element) const { return coordinateForValue(m_xMapping, m_x[element]); }
     double yOf(float y) const { return coordinateForValue(m_yMapping, y); }
     void add(double x, double y) { m_cutter.add({x, y}); }
-    void addElement(std::size_t element)
+    /// `isNext`: whether the element follows the one added last, so that its value is held up to here.
+    void addElement(std::size_t element, bool isNext = true)
     {
+        const double y = yOf(m_series.y()[element]);
         if (m_x[element] - m_lastX > m_gap)
             m_cutter.breakLine();
+        else if (m_holds && isNext && !std::isnan(m_lastX))
+            add(xOf(element), m_lastY);
         m_lastX = m_x[element];
-        add(xOf(element), yOf(m_series.y()[element]));
+        m_lastY = y;
+        add(xOf(element), y);
     }
     void addElements(std::size_t first, std::size_t last)
     {
@@ -165,7 +171,7 @@ private:
         addElement(first);
         addExtremes((xOf(first) + xOf(last)) / 2, extremes, m_series.y()[first], m_series.y()[last]);
         if (last != first)
-            addElement(last);
+            addElement(last, false);
     }
 
     /// Those extremes that lie beyond both ends, in the order that makes the line shorter.
@@ -186,7 +192,9 @@ private:
     std::span<const double> m_x;
     const PlotView& m_view;
     double m_gap;
+    bool m_holds;
     double m_lastX = std::nan("");  // of the element added last
+    double m_lastY = 0;             // the same, its coordinate
     AxisMapping m_xMapping;
     AxisMapping m_yMapping;
     LineCutter m_cutter;

@@ -18,6 +18,8 @@ struct PlotView {
     /// Points farther apart in x than this are not joined; at least what a pixel shows. Only for x that never
     /// decreases.
     double gap = std::numeric_limits<double>::infinity();
+    /// Whether a value is held until the next point; else the line is straight. Only for x that never decreases.
+    bool holdsValues = false;
     int columnsPerPixel = 6;  ///< how finely extremes are placed along x: 6 for pixels, 1 for a vector page
 };
 

@@ -1,5 +1,7 @@
 #include "plotkit/model/CPTScatterPlot.h"
 
+#include <cmath>
+
 CPTPlotDelegate::~CPTPlotDelegate() = default;
 
 CPTScatterPlot::~CPTScatterPlot()
@@ -16,6 +18,30 @@ void CPTScatterPlot::setPlotSpace(const std::shared_ptr<const CPTXYPlotSpace>& s
 void CPTScatterPlot::setDataLineStyle(const CPTLineStyle& style)
 {
     m_dataLineStyle = style;
+    changed();
+}
+
+void CPTScatterPlot::setInterpolation(CPTScatterPlotInterpolation interpolation)
+{
+    m_interpolation = interpolation;
+    changed();
+}
+
+void CPTScatterPlot::setPointSize(double size)
+{
+    m_pointSize = size > 0 && std::isfinite(size) ? size : 0;
+    changed();
+}
+
+double CPTScatterPlot::drawnPointSize() const
+{
+    const bool isOnlyPoints = m_interpolation == CPTScatterPlotInterpolation::PointsOnly;
+    return m_pointSize > 0 || !isOnlyPoints ? m_pointSize : m_dataLineStyle.width;
+}
+
+void CPTScatterPlot::setAreaFill(const CPTAreaFill& fill)
+{
+    m_areaFill = fill;
     changed();
 }
 

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "plotkit/model/CPTPlotLooks.h"
 #include "plotkit/model/CPTPointSeries.h"
 #include "plotkit/model/CPTStyles.h"
 
@@ -46,6 +47,22 @@ public:
     const CPTLineStyle& dataLineStyle() const { return m_dataLineStyle; }
     void setDataLineStyle(const CPTLineStyle& style);
 
+    /// Straight lines at first. A held value ends at the last point before a gap. Points are joined in the order of
+    /// their elements, so a value is only held where x never decreases; elsewhere lines are straight.
+    CPTScatterPlotInterpolation interpolation() const { return m_interpolation; }
+    void setInterpolation(CPTScatterPlotInterpolation interpolation);
+
+    /// The diameter of a dot at every point, in the line's colour; none at 0, which it is at first, and for anything
+    /// but a positive number. Without a line the dots are then as wide as the line would be.
+    double pointSize() const { return m_pointSize; }
+    void setPointSize(double size);
+    double drawnPointSize() const;  ///< as it is drawn; 0: no dots
+
+    /// Nothing at first. Fills are drawn beneath all lines, over the span that both of their edges have. Without a line
+    /// between the points nothing is filled.
+    const CPTAreaFill& areaFill() const { return m_areaFill; }
+    void setAreaFill(const CPTAreaFill& fill);
+
     /// A hidden plot is not drawn and reports nothing; it still counts in a fit.
     bool isHidden() const { return m_hidden; }
     void setHidden(bool hidden);
@@ -75,6 +92,9 @@ private:
     CPTPlotDelegate* m_delegate = nullptr;
     std::weak_ptr<const CPTXYPlotSpace> m_plotSpace;
     CPTLineStyle m_dataLineStyle;
+    CPTScatterPlotInterpolation m_interpolation = CPTScatterPlotInterpolation::Linear;
+    double m_pointSize = 0;
+    CPTAreaFill m_areaFill;
     bool m_hidden = false;
     double m_gapThreshold = std::numeric_limits<double>::infinity();
     QString m_xKeyPath;

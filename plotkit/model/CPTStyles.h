@@ -18,6 +18,9 @@ struct CPTLineStyle {
     CPTColor color = CPTColor(Qt::black);
     CPTLineCap cap = CPTLineCap::Butt;
     CPTLineJoin join = CPTLineJoin::Miter;
+    /// Lengths along the line that are drawn and left out in turn, as they are seen: caps lie within what is drawn.
+    /// A solid line where there are none, an odd number, or one that is negative or no number, or where all are zero.
+    std::vector<double> dashPattern = {};
 
     friend bool operator==(const CPTLineStyle&, const CPTLineStyle&) = default;
 };

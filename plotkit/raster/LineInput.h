@@ -4,6 +4,7 @@
 #include <QtCore/QtGlobal>
 
 #include <cstddef>
+#include <cstdint>
 #include <span>
 
 /// What the rasteriser works on: the lines that come in and the pixels they go to. Values that borrow; any thread.
@@ -34,6 +35,25 @@ struct LineColumns {
     double left = 0;  ///< the left edge of column 0
     std::span<const float> atLeft, atRight, low, high;
     std::span<const std::size_t> partEnds = {};
+};
+
+/// An area as what it covers of columns as wide as those of lines: from `top` down to `bottom`, nothing where top ≥
+/// bottom. Borrows the memory; everything is finite.
+struct AreaColumns {
+    double left = 0;
+    std::span<const float> top, bottom;
+};
+
+/// Places to mark with dots, as the cells of a grid that hold any: columns of a quarter of a pixel, eight rows a pixel,
+/// which are the bits of a byte, the lowest on top. Borrows the memory.
+struct DotColumns {
+    static constexpr int kPerPixel = 4;
+    static constexpr int kRowsPerPixel = 8;
+    double left = 0;                      ///< the left edge of column 0
+    int top = 0;                          ///< the row of pixels that the first byte of a column is in
+    std::size_t columns = 0, bytes = 0;   ///< bytes a column
+    const std::uint8_t* first = nullptr;  ///< column 0
+    std::ptrdiff_t stride = 0;            ///< bytes from one column to the next, maybe negative
 };
 
 }  // namespace plotkit

@@ -1,5 +1,7 @@
 #include "plotkit/raster/PolylineRasteriser.h"
 
+#include "plotkit/raster/AreaOutline.h"
+#include "plotkit/raster/DotStroke.h"
 #include "plotkit/raster/EnvelopeStroke.h"
 #include "plotkit/raster/MaskStroke.h"
 #include "plotkit/raster/PartGroups.h"
@@ -8,6 +10,7 @@
 #include <algorithm>
 #include <cmath>
 #include <limits>
+#include <numeric>
 #include <utility>
 #include <vector>
 
@@ -56,11 +59,14 @@ std::size_t groupCount(const std::vector<std::size_t>& groups)
 }  // namespace
 
 struct PolylineRasteriser::Workspace {
-    explicit Workspace(const RasterKernels& kernels) : envelope(kernels), painter(kernels), mask(kernels) {}
+    explicit Workspace(const RasterKernels& kernels) : envelope(kernels), painter(kernels), mask(kernels), dots(kernels)
+    {
+    }
 
     EnvelopeStroke envelope;
     OutlinePainter painter;
     MaskStroke mask;
+    DotStroke dots;
     PixelBuffer buffer;
     StrokeArea area;
     std::vector<StrokeOutline> outlines;  // kept for their memory; the first `waiting` are to be painted
@@ -92,14 +98,18 @@ struct PolylineRasteriser::Workspace {
                buffer.pixels != nullptr;
     }
 
-    template <class Line>
-    void addOutline(const Line& line, double width, quint32 ink)
+    StrokeOutline& nextOutline(quint32 ink)
     {
         if (waiting == outlines.size())
             outlines.emplace_back();
         StrokeOutline& outline = outlines[waiting++];
         outline.color = ink;
-        envelope.outline(outline, line, width / 2, area);
+        return outline;
+    }
+    template <class Line>
+    void addOutline(const Line& line, double width, quint32 ink)
+    {
+        envelope.outline(nextOutline(ink), line, width / 2, area);
     }
 
     /// False where the parts cannot be told apart along x.
@@ -211,6 +221,35 @@ void PolylineRasteriser::add(const LineColumns& columns, double width, const QCo
     if (canStrokeColumns(width) && m_workspace->canDraw(width, color) && !columns.low.empty())
         columns.partEnds.size() > 1 ? m_workspace->addParts(columns, width, qPremultiply(color.rgba()))
                                     : m_workspace->addOutline(columns, width, qPremultiply(color.rgba()));
+}
+
+void PolylineRasteriser::add(const AreaColumns& area, const QColor& color)
+{
+    if (m_workspace->canDraw(1, color) && !area.top.empty())
+        outlineArea(m_workspace->nextOutline(qPremultiply(color.rgba())), area, m_workspace->area);
+}
+
+void PolylineRasteriser::addDots(std::span<const QPointF> places, double diameter, const QColor& color)
+{
+    Workspace& work = *m_workspace;
+    if (!work.canDraw(diameter, color) || places.empty())
+        return;
+    work.points.assign(places.begin(), places.end());
+    std::erase_if(work.points, [](const QPointF& place) { return !isFinite(place); });
+    work.partEnds.resize(work.points.size());
+    std::iota(work.partEnds.begin(), work.partEnds.end(), std::size_t{1});
+    work.paintWaiting();
+    work.mask.stroke(work.buffer, {work.points, work.partEnds}, diameter / 2, qPremultiply(color.rgba()),
+                     work.area.clip);
+}
+
+void PolylineRasteriser::addDots(const DotColumns& cells, double diameter, const QColor& color)
+{
+    Workspace& work = *m_workspace;
+    if (!work.canDraw(diameter, color) || cells.columns == 0)
+        return;
+    work.paintWaiting();
+    work.dots.stroke(work.buffer, cells, diameter / 2, qPremultiply(color.rgba()), work.area.clip);
 }
 
 void PolylineRasteriser::finish()

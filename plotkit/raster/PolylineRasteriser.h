@@ -43,6 +43,10 @@ public:
     void begin(const PixelBuffer& buffer, const QRect& clip);
     void add(const PolylineSet& lines, double width, const QColor& color);
     void add(const LineColumns& columns, double width, const QColor& color);
+    void add(const AreaColumns& area, const QColor& color);
+    /// Dots of one diameter, which may overlap: the few that are given one by one, or cells.
+    void addDots(std::span<const QPointF> places, double diameter, const QColor& color);
+    void addDots(const DotColumns& cells, double diameter, const QColor& color);
     void finish();
 
     /// False for pens narrower than a pixel or wider than 60 pixels: stroke their lines by points.

@@ -1,5 +1,6 @@
 #include "plotkit/render/GraphCanvas.h"
 
+#include "plotkit/layout/LineDashes.h"
 #include "plotkit/render/GraphText.h"
 #include "plotkit/render/RectBlending.h"
 #include "plotkit/render/TextImages.h"
@@ -146,10 +147,30 @@ void GraphCanvas::drawRoundedFrame(const QRectF& rect, const CPTFill& fill, cons
     m_painter.drawRoundedRect(middle, radius, radius);
 }
 
+/// Butt ends, whatever the style's: they lie within what is drawn.
+void GraphCanvas::drawDashes(const QLineF& line, const CPTLineStyle& style)
+{
+    CPTLineStyle solid = style;
+    solid.dashPattern.clear();
+    solid.cap = CPTLineCap::Butt;
+    const double length = line.length();
+    double from = 0;
+    for (std::size_t index = 0; from < length; index = (index + 2) % style.dashPattern.size()) {
+        const double to = std::min(from + style.dashPattern[index], length);
+        drawLine(QLineF(line.pointAt(from / length), line.pointAt(to / length)), solid);
+        from += style.dashPattern[index] + style.dashPattern[index + 1];
+    }
+}
+
 void GraphCanvas::drawLine(const QLineF& line, const std::optional<CPTLineStyle>& style)
 {
     if (!style || !isDrawable(*style))
         return;
+    constexpr double kMostDashes = 1 << 16;
+    if (const std::optional<DashPattern> dashes = DashPattern::of(*style, 1)) {
+        if (line.length() < kMostDashes * dashes->period)
+            return drawDashes(line, *style);
+    }
     const bool straight = qFuzzyIsNull(line.dx()) || qFuzzyIsNull(line.dy());
     if (!m_aligned || !straight) {
         drawFreeLine(line, *style);

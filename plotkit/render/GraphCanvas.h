@@ -57,6 +57,7 @@ private:
     struct AlignedStroke;
     AlignedStroke alignedStroke(const QLineF& line, const CPTLineStyle& style) const;
     QPointF toPainter(const QPointF& point) const { return point * m_density + m_offset; }
+    void drawDashes(const QLineF& line, const CPTLineStyle& style);
     void drawFreeLine(const QLineF& line, const CPTLineStyle& style);
 
     QPainter& m_painter;

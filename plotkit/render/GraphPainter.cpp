@@ -72,6 +72,19 @@ void drawStrips(GraphCanvas& canvas, const GraphLayout& layout)
         canvas.drawRoundedFrame(strip.area, strip.space->strip().fill, strip.space->strip().borderLineStyle, 0);
 }
 
+/// A short piece of a plot's line: for points alone a dot at either end and in the middle.
+void drawSample(GraphCanvas& canvas, const QLineF& sample, const CPTScatterPlot& plot)
+{
+    if (plot.interpolation() != CPTScatterPlotInterpolation::PointsOnly) {
+        canvas.drawLine(sample, plot.dataLineStyle());
+        return;
+    }
+    const double size = std::min(plot.drawnPointSize(), sample.length() / 4);
+    const CPTLineStyle dot{.width = size, .color = plot.dataLineStyle().color, .cap = CPTLineCap::Round};
+    for (const double at : {0.0, 0.5, 1.0})
+        canvas.drawLine(QLineF(sample.pointAt(at), sample.pointAt(at) + QPointF(0.01, 0)), dot);
+}
+
 void drawHeads(GraphCanvas& canvas, const GraphLayout& layout)
 {
     for (const StripLayout& strip : layout.strips) {
@@ -79,7 +92,7 @@ void drawHeads(GraphCanvas& canvas, const GraphLayout& layout)
         if (strip.title)
             canvas.drawText(*strip.title, style.titleTextStyle, TextBackground::Plain);
         for (const PlacedKey& key : strip.keys) {
-            canvas.drawLine(key.sample, key.plot->dataLineStyle());
+            drawSample(canvas, key.sample, *key.plot);
             canvas.drawText(key.name, style.keyTextStyle, TextBackground::Plain);
         }
         if (strip.more)

@@ -1,9 +1,10 @@
 #include "plotkit/render/PlotPainting.h"
 
+#include "plotkit/layout/AxisMapping.h"
+#include "plotkit/layout/LineDashes.h"
 #include "plotkit/layout/PlotReduction.h"
 #include "plotkit/layout/StripArea.h"
-
-#include <QtGui/QPainterPath>
+#include "plotkit/render/PlotPaths.h"
 
 #include <algorithm>
 #include <cmath>
@@ -16,6 +17,9 @@ namespace {
 /// of minutes in a few hundred kilobytes.
 constexpr double kPageStepsPerPoint = 4.0;
 
+/// Units a point in which areas are laid out on a page: columns of them are as wide as a step.
+constexpr double kPageAreaUnits = kPageStepsPerPoint / PlotEnvelope::kColumnsPerPixel;
+
 /// Wider pens than this are no lines any more; bounds how far the reduction stays exact beyond the plot area.
 constexpr double kLeastMargin = 32.0;
 
@@ -24,7 +28,7 @@ double widestLine(const CPTXYGraph& graph)
     double width = 0;
     for (const CPTScatterPlotPtr& plot : graph.allPlots())
         if (!plot->isHidden() && std::isfinite(plot->dataLineStyle().width))
-            width = std::max(width, plot->dataLineStyle().width);
+            width = std::max({width, plot->dataLineStyle().width, plot->drawnPointSize()});
     return width;
 }
 
@@ -41,12 +45,22 @@ PlotView viewFor(const CPTXYGraph& graph, const CPTScatterPlot& plot, const QRec
 {
     const CPTXYPlotSpace& space = graph.plotSpaceOf(plot);
     PlotView view;
+    view.holdsValues = plot.interpolation() == CPTScatterPlotInterpolation::HoldLast;
     view.gap = std::max(plot.gapThreshold(), std::abs(space.xRange().length) / area.width() * pixel);
     view.xRange = space.xRange();
     view.yRange = space.yRange();
     view.area = area;
     view.margin = std::max(kLeastMargin, 2 * lineWidth);
     return view;
+}
+
+/// A dashed line with more points than these a column is dashed by columns: along the line that is seen, not up and
+/// down every swing within a pixel.
+constexpr double kFewDashedPoints = 1.0 / PlotEnvelope::kColumnsPerPixel;
+
+DashOrigin dashOriginOf(const PlotView& view)
+{
+    return {view.area.left() - view.margin, coordinateForValue(xMapping(view.xRange, view.area), 0)};
 }
 
 using Plots = std::vector<CPTScatterPlotPtr>;
@@ -79,29 +93,6 @@ PixelBuffer bufferOf(QImage& image)
 {
     return {reinterpret_cast<quint32*>(image.bits()), image.width(), image.height(),
             image.bytesPerLine() / qsizetype(sizeof(quint32))};
-}
-
-QPainterPath pathOf(const ReducedPlot& reduced)
-{
-    // Whole steps make short numbers on the page.
-    const auto step = [](const QPointF& point) { return QPointF(std::round(point.x()), std::round(point.y())); };
-    QPainterPath path;
-    path.reserve(int(reduced.points.size() + reduced.partEnds.size()));
-    std::size_t first = 0;
-    for (const std::size_t end : reduced.partEnds) {
-        QPointF last = step(reduced.points[first]);
-        path.moveTo(last);
-        for (std::size_t index = first + 1; index < end; ++index) {
-            const QPointF point = step(reduced.points[index]);
-            if (point != last)
-                path.lineTo(point);
-            last = point;
-        }
-        if (path.currentPosition() == last && end == first + 1)
-            path.lineTo(last + QPointF(0.01, 0));  // a stroke without length leaves no dot
-        first = end;
-    }
-    return path;
 }
 
 }  // namespace
@@ -163,30 +154,70 @@ void PlotPainting::strokePlots(const PixelBuffer& buffer, const QRect& clip, con
                                const std::vector<CPTScatterPlotPtr>& plots, const QRectF& area, double density)
 {
     const double lineWidth = widestLine(graph) * density;
+    const auto viewOf = [&](const CPTScatterPlot& plot) { return viewFor(graph, plot, area, lineWidth, 1); };
     m_rasteriser.begin(buffer, clip);
+    for (std::size_t index = 0; index < plots.size(); ++index)
+        if (const FilledArea* filled = m_fills.areaOf(graph, {plots, index, m_slot}, m_enveloping, viewOf))
+            m_rasteriser.add(AreaColumns{filled->left, filled->top, filled->bottom}, plots[index]->areaFill().color);
     for (const CPTScatterPlotPtr& plot : plots)
-        strokePlot(*plot, viewFor(graph, *plot, area, lineWidth, 1), density, m_slot++);
+        strokePlot(*plot, viewOf(*plot), density, m_slot++);
     m_rasteriser.finish();
 }
 
-/// Crowded lines as columns, all others as points.
 void PlotPainting::strokePlot(const CPTScatterPlot& plot, const PlotView& view, double density, std::size_t slot)
+{
+    const CPTPointSeriesPtr series = plot.isHidden() ? nullptr : plot.series();
+    if (!series)
+        return;
+    if (plot.interpolation() != CPTScatterPlotInterpolation::PointsOnly)
+        strokeLine(plot, view, density, slot);
+    const double diameter = plot.drawnPointSize() * density;
+    if (!(diameter > 0))
+        return;
+    if (PlotDots::placesInto(m_places, *series, view)) {
+        m_rasteriser.addDots(m_places, diameter, plot.dataLineStyle().color);
+        return;
+    }
+    static_assert(DotCells::kColumnsPerUnit == DotColumns::kPerPixel);
+    static_assert(DotCells::kRowsPerByte == DotColumns::kRowsPerPixel);
+    const DotCells cells = m_dots.cells(*series, view, slot);
+    m_rasteriser.addDots(DotColumns{cells.left, cells.top, cells.columns, cells.bytes, cells.first, cells.stride},
+                         diameter, plot.dataLineStyle().color);
+}
+
+/// Crowded lines as columns, all others as points.
+void PlotPainting::strokeLine(const CPTScatterPlot& plot, const PlotView& view, double density, std::size_t slot)
 {
     static_assert(PlotEnvelope::kColumnsPerPixel == LineColumns::kPerPixel);
     const CPTLineStyle& style = plot.dataLineStyle();
-    const CPTPointSeriesPtr series = plot.isHidden() ? nullptr : plot.series();
-    if (series && PolylineRasteriser::canStrokeColumns(style.width * density) &&
-        m_enveloping.envelopeInto(m_envelope, *series, view, slot) && canStroke(m_envelope, style.color)) {
+    const std::optional<DashPattern> dashes = DashPattern::of(style, density);
+    const double few = dashes ? kFewDashedPoints : PlotEnveloping::kFewPoints;
+    if (PolylineRasteriser::canStrokeColumns(style.width * density) &&
+        m_enveloping.envelopeInto(m_envelope, *plot.series(), view, slot, few) &&
+        (dashes || canStroke(m_envelope, style.color))) {
+        if (dashes)
+            dashColumns(m_envelope, *dashes, dashOriginOf(view));
         const LineColumns columns{m_envelope.left, m_envelope.atLeft, m_envelope.atRight,
                                   m_envelope.low,  m_envelope.high,   m_envelope.partEnds};
         m_rasteriser.add(columns, style.width * density, style.color);
     } else if (reduce(plot, view)) {
-        m_rasteriser.add({m_reduced.points, m_reduced.partEnds}, style.width * density, style.color);
+        const ReducedPlot& line = dashed(dashes, view);
+        m_rasteriser.add({line.points, line.partEnds}, style.width * density, style.color);
     }
+}
+
+/// What reduce() left, cut into its dashes.
+const ReducedPlot& PlotPainting::dashed(const std::optional<DashPattern>& dashes, const PlotView& view)
+{
+    if (!dashes)
+        return m_reduced;
+    dashPoints(m_dashed, m_reduced, *dashes, dashOriginOf(view));
+    return m_dashed;
 }
 
 void PlotPainting::drawPaths(GraphCanvas& canvas, const CPTXYGraph& graph, const QRectF& plotArea)
 {
+    m_slot = 0;
     for (const auto& [strip, plots] : plotsByStrip(graph))
         drawPaths(canvas, graph, plots, stripArea(plotArea, strip));
 }
@@ -194,25 +225,76 @@ void PlotPainting::drawPaths(GraphCanvas& canvas, const CPTXYGraph& graph, const
 void PlotPainting::drawPaths(GraphCanvas& canvas, const CPTXYGraph& graph, const std::vector<CPTScatterPlotPtr>& plots,
                              const QRectF& plotArea)
 {
-    if (plotArea.isEmpty())
+    if (plotArea.isEmpty()) {
+        m_slot += plots.size();
         return;
+    }
     QPainter& painter = canvas.painter();
     const double lineWidth = widestLine(graph);
-    const QRectF area(plotArea.topLeft() * kPageStepsPerPoint, plotArea.size() * kPageStepsPerPoint);
+    const auto viewOf = [&](const CPTScatterPlot& plot, double steps) {
+        const QRectF area(plotArea.topLeft() * steps, plotArea.size() * steps);
+        PlotView view = viewFor(graph, plot, area, lineWidth * steps, steps);
+        view.columnsPerPixel = 1;
+        return view;
+    };
     painter.save();
     painter.setClipRect(clipFor(plotArea, lineWidth), Qt::IntersectClip);
     painter.scale(1 / kPageStepsPerPoint, 1 / kPageStepsPerPoint);
+    const auto areaView = [&](const CPTScatterPlot& plot) { return viewOf(plot, kPageAreaUnits); };
+    for (std::size_t index = 0; index < plots.size(); ++index)
+        if (const FilledArea* filled = m_fills.areaOf(graph, {plots, index, m_slot}, m_enveloping, areaView))
+            painter.fillPath(pathOf(*filled, kPageStepsPerPoint / kPageAreaUnits), plots[index]->areaFill().color);
     painter.setBrush(Qt::NoBrush);
     for (const CPTScatterPlotPtr& plot : plots) {
-        const CPTLineStyle& style = plot->dataLineStyle();
-        PlotView view = viewFor(graph, *plot, area, lineWidth * kPageStepsPerPoint, kPageStepsPerPoint);
-        view.columnsPerPixel = 1;
-        if (!style.color.isValid() || !(style.width > 0) || !reduce(*plot, view))
-            continue;
-        painter.setPen(QPen(style.color, style.width * kPageStepsPerPoint, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin));
-        painter.drawPath(pathOf(m_reduced));
+        const std::size_t slot = m_slot++;
+        if (plot->dataLineStyle().color.isValid())
+            drawPath(painter, *plot, slot, [&](double steps) { return viewOf(*plot, steps); });
     }
     painter.restore();
+}
+
+/// `viewAt` answers the view in so many units a point.
+void PlotPainting::drawPath(QPainter& painter, const CPTScatterPlot& plot, std::size_t slot,
+                            const std::function<PlotView(double)>& viewAt)
+{
+    const CPTPointSeriesPtr series = plot.isHidden() ? nullptr : plot.series();
+    const CPTLineStyle& style = plot.dataLineStyle();
+    const auto usePen = [&](double width) {
+        painter.setPen(QPen(style.color, width * kPageStepsPerPoint, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin));
+    };
+    if (!series)
+        return;
+    const bool hasLine = style.width > 0 && plot.interpolation() != CPTScatterPlotInterpolation::PointsOnly;
+    if (hasLine && reduceForPage(plot, slot, viewAt)) {
+        usePen(style.width);
+        painter.drawPath(pathOf(m_reduced));
+    }
+    if (!(plot.drawnPointSize() > 0))
+        return;
+    usePen(plot.drawnPointSize());
+    if (PlotDots::placesInto(m_places, *series, viewAt(kPageStepsPerPoint)))
+        painter.drawPath(pathOfDots(m_places));
+    else
+        painter.drawPath(pathOfDots(m_dots.cells(*series, viewAt(1), slot), kPageStepsPerPoint));
+}
+
+bool PlotPainting::reduceForPage(const CPTScatterPlot& plot, std::size_t slot,
+                                 const std::function<PlotView(double)>& viewAt)
+{
+    const PlotView view = viewAt(kPageStepsPerPoint);
+    if (!DashPattern::of(plot.dataLineStyle(), 1))
+        return reduce(plot, view);
+    const PlotView coarse = viewAt(1);
+    if (m_enveloping.envelopeInto(m_envelope, *plot.series(), coarse, slot, kFewDashedPoints)) {
+        dashColumns(m_envelope, *DashPattern::of(plot.dataLineStyle(), 1), dashOriginOf(coarse));
+        pointsOfColumns(m_reduced, m_envelope, kPageStepsPerPoint);
+        return !m_reduced.isEmpty();
+    }
+    if (!reduce(plot, view))
+        return false;
+    dashed(DashPattern::of(plot.dataLineStyle(), kPageStepsPerPoint), view);
+    std::swap(m_reduced, m_dashed);
+    return true;
 }
 
 }  // namespace plotkit

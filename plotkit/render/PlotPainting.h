@@ -1,12 +1,19 @@
 #pragma once
 
+#include "plotkit/layout/LineDashes.h"
+#include "plotkit/layout/PlotDots.h"
 #include "plotkit/layout/PlotEnvelope.h"
 #include "plotkit/layout/ReducedPlot.h"
 #include "plotkit/model/CPTXYGraph.h"
 #include "plotkit/raster/PolylineRasteriser.h"
 #include "plotkit/render/GraphCanvas.h"
+#include "plotkit/render/PlotFills.h"
 
 #include <QtGui/QImage>
+
+#include <functional>
+#include <optional>
+#include <vector>
 
 /// Draws the plots of a graph: their reduced polylines become pixels on a raster device and paths on any other.
 ///
@@ -24,6 +31,11 @@ private:
     void drawPixels(GraphCanvas& canvas, const CPTXYGraph& graph, const QRectF& plotArea);
     void drawPaths(GraphCanvas& canvas, const CPTXYGraph& graph, const QRectF& plotArea);
     void strokePlot(const CPTScatterPlot& plot, const PlotView& view, double density, std::size_t slot);
+    void strokeLine(const CPTScatterPlot& plot, const PlotView& view, double density, std::size_t slot);
+    void drawPath(QPainter& painter, const CPTScatterPlot& plot, std::size_t slot,
+                  const std::function<PlotView(double)>& viewAt);
+    bool reduceForPage(const CPTScatterPlot& plot, std::size_t slot, const std::function<PlotView(double)>& viewAt);
+    const ReducedPlot& dashed(const std::optional<DashPattern>& dashes, const PlotView& view);
     bool reduce(const CPTScatterPlot& plot, const PlotView& view);
     void drawPaths(GraphCanvas& canvas, const CPTXYGraph& graph, const std::vector<CPTScatterPlotPtr>& plots,
                    const QRectF& area);
@@ -31,9 +43,12 @@ private:
                      const std::vector<CPTScatterPlotPtr>& plots, const QRectF& area, double density);
     void prepareLayer(const QSize& size);
 
-    ReducedPlot m_reduced;
+    ReducedPlot m_reduced, m_dashed;
     PlotEnveloping m_enveloping;
     PlotEnvelope m_envelope;
+    PlotFills m_fills;
+    PlotDots m_dots;
+    std::vector<QPointF> m_places;
     PolylineRasteriser m_rasteriser;
     std::size_t m_slot = 0;  // of the plot drawn next
     QImage m_layer;

@@ -97,7 +97,7 @@ TEST(FormulaParserTest, UnknownFunctionsAndWrongArgumentsAreRefused)
 {
     EXPECT_EQ(problemOf("meen(a, 1 h)").kind, Kind::UnknownFunction);
     EXPECT_EQ(problemOf("mean(a)").kind, Kind::WrongArguments);
-    EXPECT_EQ(problemOf("mean()").kind, Kind::Unexpected);
+    EXPECT_EQ(problemOf("mean()").kind, Kind::WrongArguments);
     EXPECT_EQ(problemOf("abs(a, b)").kind, Kind::WrongArguments);
 }
 

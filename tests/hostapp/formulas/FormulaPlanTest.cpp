@@ -73,7 +73,7 @@ TEST_F(FormulaPlanTest, ProductsHaveTheNamesPeopleKnow)
     EXPECT_EQ(unitOf("derivative(Supply)"), "K/h");
     EXPECT_EQ(unitOf("Power * Valve"), "kW");
     EXPECT_EQ(unitOf("Power / Flow"), "kW/(m³/h)");
-    EXPECT_EQ(unitOf("1 / 5 s"), "Hz");
+    EXPECT_EQ(unitOf("Level / 5 s"), "Hz");
     EXPECT_EQ(unitOf("sqrt((3 m) ^ 2 * Level)"), "m");
 }
 

@@ -1,0 +1,43 @@
+#include "plotkit/render/PlotFills.h"
+
+#include "plotkit/layout/AxisMapping.h"
+
+#include <algorithm>
+
+namespace plotkit {
+
+bool PlotFills::isLine(const CPTScatterPlot& plot)
+{
+    return !plot.isHidden() && plot.interpolation() != CPTScatterPlotInterpolation::PointsOnly && plot.series();
+}
+
+const FilledArea* PlotFills::areaOf(const CPTXYGraph& graph, const PlotAt& which, PlotEnveloping& enveloping,
+                                    const ViewOf& viewOf)
+{
+    const std::vector<CPTScatterPlotPtr>& plots = which.plots;
+    const CPTScatterPlot& plot = *plots[which.index];
+    const CPTAreaFill& fill = plot.areaFill();
+    if (!fill.isVisible() || !isLine(plot))
+        return nullptr;
+    const PlotView view = viewOf(plot);
+    const auto envelopeOf = [&](PlotEnvelope& envelope, std::size_t number) {
+        return enveloping.envelopeInto(envelope, *plots[number]->series(), viewOf(*plots[number]),
+                                       which.firstSlot + number, PlotEnveloping::kAnyPoints);
+    };
+    if (!fill.isToPlot) {
+        if (!envelopeOf(m_line, which.index))
+            return nullptr;
+        fillToLevel(m_area, m_line, coordinateForValue(yMapping(view.yRange, view.area), 0), view.area);
+        return &m_area;
+    }
+    const auto other = std::find(plots.begin(), plots.end(), fill.plot.lock());
+    if (other == plots.end() || other->get() == &plot || !isLine(**other) ||
+        &graph.plotSpaceOf(**other) != &graph.plotSpaceOf(plot))
+        return nullptr;
+    if (!envelopeOf(m_line, which.index) || !envelopeOf(m_other, static_cast<std::size_t>(other - plots.begin())))
+        return nullptr;
+    fillBetween(m_area, m_line, m_other, view.area);
+    return &m_area;
+}
+
+}  // namespace plotkit
