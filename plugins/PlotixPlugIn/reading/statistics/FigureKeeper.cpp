@@ -95,10 +95,10 @@ void FigureKeeper::forgetAnswers()
         each.figures.reset();
         each.percentiles.reset();
         const auto found = m_question.limits.find(each.line.key);
-        const LineLimits limits = found == m_question.limits.end() ? LineLimits() : found->second;
-        if (each.high && each.high->limit() != limits.high)
+        const bool hasLimits = found != m_question.limits.end();
+        if (each.high && !(hasLimits && found->second.high == each.high->limit()))
             each.high.reset();
-        if (each.low && each.low->limit() != limits.low)
+        if (each.low && !(hasLimits && found->second.low == each.low->limit()))
             each.low.reset();
     }
 }
@@ -176,8 +176,8 @@ void FigureKeeper::addLimitTasks(TaskList& tasks, const Kept& kept)
         return;
     const auto add = [&](std::optional<double> limit, std::shared_ptr<const LimitSummary> Kept::*place) {
         if (limit && !(kept.*place))
-            tasks.push_back({kept.records.size(), [this, place, key = kept.line.key, line = kept.sums,
-                                                   value = *limit](const Work& work) {
+            tasks.push_back({kept.records.size(),
+                             [this, place, key = kept.line.key, line = kept.sums, value = *limit](const Work& work) {
                                  auto sums = LimitSummary::make(line, value, work);
                                  return sums ? FigureTask::Deliver([this, place, key, sums] {
                                      if (Kept* now = at(key))
@@ -196,16 +196,16 @@ void FigureKeeper::addPercentileTask(TaskList& tasks, const Kept& kept)
         return;
     const LineSummary::Elements elements = kept.sums->elements(m_question.span->from, m_question.span->to);
     const std::size_t records = (elements.last - elements.first) * kPercentilePasses;
-    tasks.push_back({std::max<std::size_t>(1, records), [this, key = kept.line.key, line = kept.sums,
-                                                         span = *m_question.span,
-                                                         shares = m_question.shares](const Work& work) {
-                         auto found = percentiles(*line, span.from, span.to, shares, work);
-                         return found ? FigureTask::Deliver([this, key, found] {
-                             if (Kept* now = at(key))
-                                 now->percentiles = found;
-                         })
-                                      : FigureTask::Deliver();
-                     }});
+    tasks.push_back(
+        {std::max<std::size_t>(1, records), [this, key = kept.line.key, line = kept.sums, span = *m_question.span,
+                                             shares = m_question.shares](const Work& work) {
+             auto found = percentiles(*line, span.from, span.to, shares, work);
+             return found ? FigureTask::Deliver([this, key, found] {
+                 if (Kept* now = at(key))
+                     now->percentiles = found;
+             })
+                          : FigureTask::Deliver();
+         }});
 }
 
 const FigureKeeper::Kept* FigureKeeper::at(const QString& key) const

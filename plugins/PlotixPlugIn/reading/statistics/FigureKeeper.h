@@ -34,8 +34,8 @@ struct LineLimits {
 
 /// What is asked of all lines.
 struct FigureQuestion {
-    std::optional<TimeSpan> span;        ///< nothing: no line has figures
-    std::vector<double> shares;          ///< of the percentiles wanted, 0 to 1
+    std::optional<TimeSpan> span;          ///< nothing: no line has figures
+    std::vector<double> shares;            ///< of the percentiles wanted, 0 to 1
     std::map<QString, LineLimits> limits;  ///< by key
     friend bool operator==(const FigureQuestion&, const FigureQuestion&) = default;
 };

@@ -15,8 +15,8 @@ public:
     QString value(double value, const LineFigures& line, int moreDecimals = 0) const;
     QString amount(double amount, const QString& unit) const;  ///< to five digits; a NaN is a dash
     QString count(qint64 number) const;
-    QString share(double share) const;  ///< "77 %"; only all of it is 100 %, only nothing 0 %
-    QString time(double seconds) const;      ///< the date and the time, to what tells it apart; a NaN is a dash
+    QString share(double share) const;   ///< "77 %"; only all of it is 100 %, only nothing 0 %
+    QString time(double seconds) const;  ///< the date and the time, to what tells it apart; a NaN is a dash
 
     static QString none() { return QStringLiteral("–"); }
     static QString pending() { return QStringLiteral("…"); }

@@ -26,8 +26,8 @@ struct ChosenLimit {
 
 struct StatisticsChoices {
     StatisticsOver over = StatisticsOver::Fetched;
-    QStringList columns;                              ///< identifiers, in the order of figureColumns()
-    bool isOffered = false;                           ///< whether the table has its heading and its header's menu
+    QStringList columns;                                   ///< identifiers, in the order of figureColumns()
+    bool isOffered = false;                                ///< whether the table has its heading and its header's menu
     std::map<QString, ChosenLimit> highLimits, lowLimits;  ///< by key of the property
 
     friend bool operator==(const StatisticsChoices&, const StatisticsChoices&) = default;

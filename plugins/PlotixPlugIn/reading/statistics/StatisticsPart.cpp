@@ -127,7 +127,14 @@ void StatisticsPart::goToExtreme(Figure figure)
 
 void StatisticsPart::goToTime(const QString& key, Figure figure)
 {
+    if (!needsFigures(m_choices)) {  // the table's own numbers come without times
+        StatisticsChoices choices = m_choices;
+        choices.columns = {QStringLiteral("minimumTime"), QStringLiteral("maximumTime")};
+        m_table.ask(choices);
+        m_keeper.finish();
+    }
     const auto time = m_table.timeOf(key, figure);
+    m_table.ask(m_choices);
     const CPTXYGraphPtr graph = trend().graph();
     if (!time || !graph)
         return;
@@ -189,8 +196,8 @@ void StatisticsPart::askForLimit(const QString& key, Figure figure)
     dialog->setDoubleRange(-kMost, kMost);
     dialog->setDoubleDecimals(kDecimals);
     dialog->setDoubleValue(limits.contains(key) ? limits.at(key).value : 0);
-    dialog->setWindowTitle(
-        localizedText(isLow ? QT_TRANSLATE_NOOP("Plotix", "Time Below Limit") : QT_TRANSLATE_NOOP("Plotix", "Time Above Limit")));
+    dialog->setWindowTitle(localizedText(isLow ? QT_TRANSLATE_NOOP("Plotix", "Time Below Limit")
+                                               : QT_TRANSLATE_NOOP("Plotix", "Time Above Limit")));
     const QString unit = line->unitSymbol.isEmpty() ? QString() : QStringLiteral(" (%1)").arg(line->unitSymbol);
     dialog->setLabelText(localizedText(isLow ? QT_TRANSLATE_NOOP("Plotix", "Count the time that %1 is below:")
                                              : QT_TRANSLATE_NOOP("Plotix", "Count the time that %1 is above:"))

@@ -1,7 +1,8 @@
 // What people can choose about the table: actions for menus, and the heading.
 //
 // Rules of this file:
-//  1. The menu "Table", the table's own menu on its header, and the heading choose the same; whoever chooses, the others
+//  1. The menu "Table", the table's own menu on its header, and the heading choose the same; whoever chooses, the
+//  others
 //     follow.
 //  2. What is done with one line is done with the line selected in the table, else with the first that is shown.
 
@@ -36,9 +37,8 @@ void StatisticsPart::makeActions()
     for (const FigureColumn& column : figureColumns()) {
         QAction* action = make(column.title, m_columnActions);
         action->setCheckable(true);
-        connect(action, &QAction::triggered, this, [this, id = QString::fromLatin1(column.identifier)](bool isOn) {
-            setColumn(id, isOn);
-        });
+        connect(action, &QAction::triggered, this,
+                [this, id = QString::fromLatin1(column.identifier)](bool isOn) { setColumn(id, isOn); });
     }
     const auto goes = [&](const char* text, Figure figure) {
         connect(make(text, m_lineActions), &QAction::triggered, this, [this, figure] { goToExtreme(figure); });

@@ -109,9 +109,11 @@ std::optional<ReadLine> StatisticsTable::line(const QString& key) const
     return lineWithKey(m_trend, key);
 }
 
-bool StatisticsTable::isHeld(const QString& /*key*/) const
+bool StatisticsTable::isHeld(const QString& key) const
 {
-    return false;
+    const CPTXYGraphPtr graph = m_trend.graph();
+    const CPTScatterPlotPtr plot = graph ? graph->plotWithIdentifier(key) : nullptr;
+    return plot && plot->interpolation() == CPTScatterPlotInterpolation::HoldLast;
 }
 
 std::optional<double> StatisticsTable::timeOf(const QString& key, Figure figure) const
@@ -190,8 +192,8 @@ Cell StatisticsTable::limitCell(const QString& key, Figure figure) const
     const bool hasLow = m_choices.lowLimits.contains(key);
     if ((isHigh && !hasHigh) || (isLow && !hasLow) || (!hasHigh && !hasLow))
         return {FigureTexts::none(), localizedText(QT_TRANSLATE_NOOP("Plotix", "Click to set a limit"))};
-    const auto found = isLow || (figure == Figure::Crossings && !hasHigh) ? m_keeper.belowLow(key)
-                                                                          : m_keeper.aboveHigh(key);
+    const auto found =
+        isLow || (figure == Figure::Crossings && !hasHigh) ? m_keeper.belowLow(key) : m_keeper.aboveHigh(key);
     if (!found)
         return {m_keeper.isCancelled() ? FigureTexts::none() : FigureTexts::pending()};
     if (figure == Figure::Crossings)
@@ -199,7 +201,8 @@ Cell StatisticsTable::limitCell(const QString& key, Figure figure) const
     const ChosenLimit& limit = isLow ? m_choices.lowLimits.at(key) : m_choices.highLimits.at(key);
     const double seconds = isHeld(key) ? (isLow ? found->heldBelow : found->heldAbove)
                                        : (isLow ? found->straightBelow : found->straightAbove);
-    const QString hint = localizedText(isLow ? QT_TRANSLATE_NOOP("Plotix", "below %1") : QT_TRANSLATE_NOOP("Plotix", "above %1"));
+    const QString hint =
+        localizedText(isLow ? QT_TRANSLATE_NOOP("Plotix", "below %1") : QT_TRANSLATE_NOOP("Plotix", "above %1"));
     return {durationText(seconds), hint.arg(m_texts.amount(limit.value, limit.unit)), seconds, {}};
 }
 

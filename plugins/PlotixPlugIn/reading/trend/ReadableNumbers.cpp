@@ -52,7 +52,8 @@ QString ReadableNumbers::toFiveDigits(double number) const
 {
     constexpr int kDigits = 5;
     const double magnitude = std::abs(number);
-    const int whole = magnitude > 0 && std::isfinite(magnitude) ? static_cast<int>(std::floor(std::log10(magnitude))) : 0;
+    const int whole =
+        magnitude > 0 && std::isfinite(magnitude) ? static_cast<int>(std::floor(std::log10(magnitude))) : 0;
     const int decimals = number == 0 ? 0 : std::clamp(kDigits - 1 - whole, 0, kMostDecimals);
     return withDecimals(number, decimals);
 }

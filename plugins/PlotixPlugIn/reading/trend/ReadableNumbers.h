@@ -26,7 +26,6 @@ public:
     QString toFiveDigits(double number) const;  ///< as many decimals as that takes: "1,234.5", "0.012346", "1,234,567"
 
 private:
-
     CPTTickNumberFormatter m_formatter;
 };
 

@@ -32,9 +32,9 @@ public:
     };
     struct Cell {
         QString text;
-        QString hint = {};                                         ///< the whole of it, for a tool tip
+        QString hint = {};                                        ///< the whole of it, for a tool tip
         double order = std::numeric_limits<double>::quiet_NaN();  ///< what rows are sorted by; NaN: before all others
-        std::optional<double> share = {};                          ///< 0 to 1
+        std::optional<double> share = {};                         ///< 0 to 1
     };
     /// What stands in the table's own columns.
     struct Own {

@@ -11,8 +11,8 @@ inline constexpr double kUsualDistancesJoined = 5;
 
 double usualJoin(const CPTPointSeries& series);
 
-/// The distance beyond which the plot's line breaks; of one that joins everything, the usual join: beyond it nothing was
-/// recorded all the same. 0 without points.
+/// The distance beyond which the plot's line breaks; of one that joins everything, the usual join: beyond it nothing
+/// was recorded all the same. 0 without points.
 double longestJoinOf(const CPTScatterPlot& plot);
 
 }  // namespace plotix
