@@ -18,6 +18,8 @@ QVariantMap recommendedReading(Reader reader)
                         {QStringLiteral("statistics"), QVariantMap{{QStringLiteral("offered"), true}}}};
     if (reader == Reader::OfAPicture)
         options.insert(QStringLiteral("unlimitedValues"), true);
+    else
+        options.insert(QStringLiteral("valueLine"), QVariantMap{{QStringLiteral("shown"), true}});
     return options;
 }
 

@@ -1,19 +1,11 @@
 #include "plugins/PlotixPlugIn/reading/statistics/FigureTexts.h"
 
+#include "plugins/PlotixPlugIn/reading/values/ValueTexts.h"
+
 #include <algorithm>
 #include <cmath>
 
 namespace plotix {
-
-namespace {
-
-struct DurationUnit {
-    qint64 seconds;
-    const char* symbol;
-};
-constexpr DurationUnit kUnits[] = {{86'400, "d"}, {3'600, "h"}, {60, "min"}, {1, "s"}};
-
-}  // namespace
 
 QString FigureTexts::value(double value, const LineFigures& line, int moreDecimals) const
 {
@@ -50,38 +42,17 @@ QString FigureTexts::share(double share) const
     return m_numbers.count(static_cast<qint64>(percent)) + QChar(QChar::Nbsp) + u'%';
 }
 
-QString FigureTexts::time(double seconds) const
+QString FigureTexts::moment(double seconds) const
 {
     if (!std::isfinite(seconds))
         return none();
     const double step = std::fmod(seconds, 60) == 0 ? 60 : std::floor(seconds) == seconds ? 1 : 0.001;
-    QStringList lines = m_times.stringForTick(seconds, step).split(u'\n');
-    std::reverse(lines.begin(), lines.end());  // an axis has the time above its date
-    return lines.join(u' ');
+    return m_moments.stringForTick(seconds, step);
 }
 
-QString durationText(double seconds)
+QString FigureTexts::duration(double seconds) const
 {
-    if (std::isnan(seconds))
-        return FigureTexts::none();
-    constexpr double kLongest = 1e15;
-    if (seconds < 60) {
-        const double tenths = std::round(seconds * 10) / 10;
-        return QString::number(tenths, 'f', tenths == std::floor(tenths) ? 0 : 1) + QStringLiteral(" s");
-    }
-    auto left = static_cast<qint64>(std::llround(std::min(seconds, kLongest)));
-    QStringList parts;
-    for (const DurationUnit& unit : kUnits) {
-        const qint64 count = left / unit.seconds;
-        left -= count * unit.seconds;
-        if (count > 0)
-            parts << QStringLiteral("%1 %2").arg(count).arg(QLatin1String(unit.symbol));
-        else if (!parts.isEmpty())
-            break;
-        if (parts.size() == 2)
-            break;
-    }
-    return parts.join(u' ');
+    return std::isfinite(seconds) ? durationText(seconds) : none();
 }
 
 }  // namespace plotix

@@ -15,18 +15,17 @@ public:
     QString value(double value, const LineFigures& line, int moreDecimals = 0) const;
     QString amount(double amount, const QString& unit) const;  ///< to five digits; a NaN is a dash
     QString count(qint64 number) const;
-    QString share(double share) const;   ///< "77 %"; only all of it is 100 %, only nothing 0 %
-    QString time(double seconds) const;  ///< the date and the time, to what tells it apart; a NaN is a dash
+    QString share(double share) const;     ///< "77 %"; only all of it is 100 %, only nothing 0 %
+    QString moment(double seconds) const;  ///< the date and the time, to what tells it apart; a NaN is a dash
+
+    QString duration(double seconds) const;  ///< its two largest parts; a NaN is a dash
 
     static QString none() { return QStringLiteral("–"); }
     static QString pending() { return QStringLiteral("…"); }
 
 private:
     ReadableNumbers m_numbers;
-    CPTTickTimeFormatter m_times;
+    CPTMomentFormatter m_moments;
 };
-
-/// "3 d 4 h", "12 min 5 s", "5.3 s", "0 s": the two largest units there are. A NaN is a dash.
-QString durationText(double seconds);
 
 }  // namespace plotix

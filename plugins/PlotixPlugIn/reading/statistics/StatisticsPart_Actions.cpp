@@ -8,6 +8,8 @@
 
 #include "plugins/PlotixPlugIn/reading/statistics/StatisticsPart.h"
 
+#include "plugins/PlotixPlugIn/reading/values/ValueTexts.h"
+
 #include <QtGui/QActionGroup>
 
 #include <algorithm>

@@ -143,8 +143,8 @@ Cell StatisticsTable::cell(const QString& key, const FigureColumn& column) const
         return Cell{m_texts.value(number, figures, moreDecimals), {}, number, {}};
     };
     switch (column.figure) {
-    case Figure::MinimumTime: return {m_texts.time(figures.minimumTime), {}, figures.minimumTime, {}};
-    case Figure::MaximumTime: return {m_texts.time(figures.maximumTime), {}, figures.maximumTime, {}};
+    case Figure::MinimumTime: return {m_texts.moment(figures.minimumTime), {}, figures.minimumTime, {}};
+    case Figure::MaximumTime: return {m_texts.moment(figures.maximumTime), {}, figures.maximumTime, {}};
     case Figure::First: return value(figures.first);
     case Figure::Last: return value(figures.last);
     case Figure::Range: return value(figures.range());
@@ -154,7 +154,7 @@ Cell StatisticsTable::cell(const QString& key, const FigureColumn& column) const
     case Figure::TimeWeightedMean: return value(isHeld(key) ? figures.heldMean : figures.straightMean);
     case Figure::Integral: return integralCell(key, figures);
     case Figure::Coverage:
-        return {m_texts.share(figures.coverage), durationText(figures.covered), figures.coverage, figures.coverage};
+        return {m_texts.share(figures.coverage), m_texts.duration(figures.covered), figures.coverage, figures.coverage};
     case Figure::Gaps: return {m_texts.count(figures.gaps), {}, static_cast<double>(figures.gaps), {}};
     case Figure::AboveHigh:
     case Figure::BelowLow:
@@ -203,7 +203,7 @@ Cell StatisticsTable::limitCell(const QString& key, Figure figure) const
                                        : (isLow ? found->straightBelow : found->straightAbove);
     const QString hint =
         localizedText(isLow ? QT_TRANSLATE_NOOP("Plotix", "below %1") : QT_TRANSLATE_NOOP("Plotix", "above %1"));
-    return {durationText(seconds), hint.arg(m_texts.amount(limit.value, limit.unit)), seconds, {}};
+    return {m_texts.duration(seconds), hint.arg(m_texts.amount(limit.value, limit.unit)), seconds, {}};
 }
 
 Cell StatisticsTable::latestCell(const QString& key, const LineFigures& figures, Figure figure) const
@@ -212,9 +212,9 @@ Cell StatisticsTable::latestCell(const QString& key, const LineFigures& figures,
     if (!latest)
         return {FigureTexts::none()};
     if (figure == Figure::Now)
-        return {m_texts.value(latest->value, figures), m_texts.time(latest->time), latest->value, {}};
+        return {m_texts.value(latest->value, figures), m_texts.moment(latest->time), latest->value, {}};
     const double age = std::max(0.0, now() - latest->time);
-    return {durationText(std::floor(age)), m_texts.time(latest->time), age, {}};
+    return {m_texts.duration(std::floor(age)), m_texts.moment(latest->time), age, {}};
 }
 
 }  // namespace plotix

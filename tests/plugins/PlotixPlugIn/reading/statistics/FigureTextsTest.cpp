@@ -6,7 +6,6 @@
 
 namespace {
 
-using plotix::durationText;
 using plotix::FigureTexts;
 
 class FigureTextsTest : public testing::Test {
@@ -22,15 +21,12 @@ private:
     QByteArray m_all;
 };
 
-TEST_F(FigureTextsTest, DurationsHaveTheirTwoLargestUnits)
+TEST_F(FigureTextsTest, WhatDoesNotExistIsADash)
 {
-    EXPECT_EQ(durationText(0), "0 s");
-    EXPECT_EQ(durationText(5.26), "5.3 s");
-    EXPECT_EQ(durationText(65), "1 min 5 s");
-    EXPECT_EQ(durationText(3600), "1 h");
-    EXPECT_EQ(durationText(3605), "1 h");
-    EXPECT_EQ(durationText(7 * 86400.0 + 4 * 3600 + 59 * 60), "7 d 4 h");
-    EXPECT_EQ(durationText(std::nan("")), "–");
+    const FigureTexts texts;
+    EXPECT_EQ(texts.duration(std::nan("")), "–");
+    EXPECT_EQ(texts.amount(std::nan(""), QStringLiteral("kWh")), "–");
+    EXPECT_EQ(texts.value(std::nan(""), {}), "–");
 }
 
 TEST_F(FigureTextsTest, OnlyAllIsAHundredPerCentAndOnlyNothingIsNone)
@@ -64,9 +60,9 @@ TEST_F(FigureTextsTest, ValuesHaveTheDigitsOfTheirLine)
 TEST_F(FigureTextsTest, TimesHaveSecondsOnlyWhereTheyTell)
 {
     const FigureTexts texts;
-    EXPECT_FALSE(texts.time(1'357'041'600).contains(QStringLiteral(":00:00")));
-    EXPECT_TRUE(texts.time(1'357'041'605).contains(QStringLiteral(":05")));
-    EXPECT_EQ(texts.time(std::nan("")), "–");
+    EXPECT_FALSE(texts.moment(1'357'041'600).contains(QStringLiteral(":00:00")));
+    EXPECT_TRUE(texts.moment(1'357'041'605).contains(QStringLiteral(":05")));
+    EXPECT_EQ(texts.moment(std::nan("")), "–");
 }
 
 }  // namespace
