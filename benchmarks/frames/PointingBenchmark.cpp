@@ -5,6 +5,7 @@
 #include "benchmarks/frames/FrameCases.h"
 #include "plotkit/render/GraphFrames.h"
 #include "plotkit/render/GraphText.h"
+#include "plugins/PlotixPlugIn/reading/line/LineSteps.h"
 #include "plugins/PlotixPlugIn/reading/line/ValueLine.h"
 
 #include <QtGui/QPainter>
@@ -67,6 +68,18 @@ void point(benchmark::State& state, What what)
     }
 }
 
+/// What a key does: the next maximum, or the next gap, of all lines from a time in the middle on.
+void step(benchmark::State& state, plotix::Step which, double share)
+{
+    BenchmarkGraph shown(kLines, kRecords);
+    shown.show(share, 0, kScreen.width());
+    const std::vector<plotix::TrendLine> lines = linesOf(shown.graph);
+    const auto geometry = plotkit::geometryOfGraph(shown.graph, QRectF(QPointF(), kScreen), plotkit::sizeOfText);
+    const double middle = shown.graph.plotSpace().xRange().location;
+    for (auto unused : state)
+        benchmark::DoNotOptimize(plotix::timeOfStep(lines, {middle, {}, {}}, which, plotix::Towards::Later, geometry));
+}
+
 }  // namespace
 
 void registerPointing()
@@ -74,6 +87,10 @@ void registerPointing()
     using benchmark::RegisterBenchmark;
     RegisterBenchmark("point/10x10M/line", point, What::Line)->Unit(benchmark::kMillisecond);
     RegisterBenchmark("point/10x10M/1920x1080", point, What::Frame)->Unit(benchmark::kMillisecond);
+    using plotix::Step;
+    RegisterBenchmark("point/10x10M/maximum/full", step, Step::Maximum, 1.0)->Unit(benchmark::kMillisecond);
+    RegisterBenchmark("point/10x10M/maximum/1%", step, Step::Maximum, 0.01)->Unit(benchmark::kMillisecond);
+    RegisterBenchmark("point/10x10M/gap", step, Step::Gap, 1.0)->Unit(benchmark::kMillisecond);
 }
 
 }  // namespace plotix_bench

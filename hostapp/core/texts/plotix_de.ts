@@ -79,15 +79,15 @@
     </message>
     <message>
         <source>“%2” has no property “%1”.</source>
-        <translation>„%2“ hat keine Eigenschaft „%1“.</translation>
+        <translation>„%2“ hat keine Größe „%1“.</translation>
     </message>
     <message>
         <source>The formula names no property.</source>
-        <translation>Die Formel nennt keine Eigenschaft.</translation>
+        <translation>Die Formel nennt keine Größe.</translation>
     </message>
     <message>
         <source>“%1” leads back to the property that is being computed.</source>
-        <translation>„%1“ führt zu der Eigenschaft zurück, die berechnet wird.</translation>
+        <translation>„%1“ führt zu der Größe zurück, die berechnet wird.</translation>
     </message>
     <message>
         <source>“%1” cannot be computed: %2</source>
@@ -1876,6 +1876,14 @@
         <source>In the &amp;View&apos;s Own Form</source>
         <translation>In der eigenen For&amp;m der Ansicht</translation>
     </message>
+    <message>
+        <source>&amp;New Computed Property…</source>
+        <translation>&amp;Neue berechnete Größe …</translation>
+    </message>
+    <message>
+        <source>A property that is worked out from others, such as their difference.</source>
+        <translation>Eine Größe, die aus anderen berechnet wird, etwa ihre Differenz.</translation>
+    </message>
 </context>
 <context>
     <name>TrendCommandText</name>
@@ -1977,6 +1985,117 @@
     <message>
         <source>part of the quantities below</source>
         <translation>Teil der Größen darunter</translation>
+    </message>
+</context>
+<context>
+    <name>plotix::ComputedPropertyDialog</name>
+    <message>
+        <source>seconds</source>
+        <translation>Sekunden</translation>
+    </message>
+    <message>
+        <source>minutes</source>
+        <translation>Minuten</translation>
+    </message>
+    <message>
+        <source>hours</source>
+        <translation>Stunden</translation>
+    </message>
+    <message>
+        <source>days</source>
+        <translation>Tage</translation>
+    </message>
+    <message>
+        <source>Edit Computed Property</source>
+        <translation>Berechnete Größe bearbeiten</translation>
+    </message>
+    <message>
+        <source>New Computed Property</source>
+        <translation>Neue berechnete Größe</translation>
+    </message>
+    <message>
+        <source>Color…</source>
+        <translation>Farbe …</translation>
+    </message>
+    <message>
+        <source>Color</source>
+        <translation>Farbe</translation>
+    </message>
+    <message>
+        <source>Its last value</source>
+        <translation>Ihr letzter Wert</translation>
+    </message>
+    <message>
+        <source>A straight line between two</source>
+        <translation>Eine gerade Linie zwischen zweien</translation>
+    </message>
+    <message>
+        <source>What stands for a property at a time that only another source has a record of.</source>
+        <translation>Was für eine Größe zu einer Zeit steht, zu der nur eine andere Quelle einen Datensatz hat.</translation>
+    </message>
+    <message>
+        <source>Longest gap that is bridged</source>
+        <translation>Längste Lücke, die überbrückt wird</translation>
+    </message>
+    <message>
+        <source>Unit of the longest gap</source>
+        <translation>Einheit der längsten Lücke</translation>
+    </message>
+    <message>
+        <source>&amp;Name:</source>
+        <translation>&amp;Name:</translation>
+    </message>
+    <message>
+        <source>&amp;Formula:</source>
+        <translation>&amp;Formel:</translation>
+    </message>
+    <message>
+        <source>&amp;Unit:</source>
+        <translation>&amp;Einheit:</translation>
+    </message>
+    <message>
+        <source>&amp;Between records:</source>
+        <translation>&amp;Zwischen Datensätzen:</translation>
+    </message>
+    <message>
+        <source>&amp;Longest gap:</source>
+        <translation>&amp;Längste Lücke:</translation>
+    </message>
+    <message>
+        <source>Last values:</source>
+        <translation>Letzte Werte:</translation>
+    </message>
+    <message>
+        <source>Give it a name.</source>
+        <translation>Geben Sie ihr einen Namen.</translation>
+    </message>
+    <message>
+        <source>“%1” is taken: choose another name.</source>
+        <translation>„%1“ ist vergeben: Wählen Sie einen anderen Namen.</translation>
+    </message>
+    <message>
+        <source>The result is a number without a unit.</source>
+        <translation>Das Ergebnis ist eine Zahl ohne Einheit.</translation>
+    </message>
+    <message>
+        <source>The result is in %1.</source>
+        <translation>Das Ergebnis ist in %1.</translation>
+    </message>
+    <message>
+        <source>as it follows</source>
+        <translation>wie es sich ergibt</translation>
+    </message>
+    <message>
+        <source>as it follows: %1</source>
+        <translation>wie es sich ergibt: %1</translation>
+    </message>
+    <message>
+        <source>%1:  %2 %3</source>
+        <translation>%1:  %2 %3</translation>
+    </message>
+    <message>
+        <source>There is no value yet.</source>
+        <translation>Es gibt noch keinen Wert.</translation>
     </message>
 </context>
 <context>
@@ -2185,6 +2304,21 @@
     <message>
         <source>Time</source>
         <translation>Zeit</translation>
+    </message>
+</context>
+<context>
+    <name>plotix::FormulaEdit</name>
+    <message>
+        <source>Formula</source>
+        <translation>Formel</translation>
+    </message>
+    <message>
+        <source>such as Supply - Return, or mean(&quot;Air temperature&quot;, 1 h)</source>
+        <translation>etwa Vorlauf - Rücklauf oder mean(&quot;Luft außen&quot;, 1 h)</translation>
+    </message>
+    <message>
+        <source>%1  –  %2</source>
+        <translation>%1  –  %2</translation>
     </message>
 </context>
 <context>
@@ -2481,6 +2615,26 @@ Doppelklick ändert Farbe oder Einheit.</translation>
         <source>Unit</source>
         <translation>Einheit</translation>
     </message>
+    <message>
+        <source>%1, computed</source>
+        <translation>%1, berechnet</translation>
+    </message>
+    <message>
+        <source>%1 = %2</source>
+        <translation>%1 = %2</translation>
+    </message>
+    <message>
+        <source>%1
+It cannot be computed: %2</source>
+        <translation>%1
+Sie lässt sich nicht berechnen: %2</translation>
+    </message>
+    <message>
+        <source>%1
+Drag it onto a trend, or tick it and choose New Trend.</source>
+        <translation>%1
+Auf einen Trend ziehen, oder ankreuzen und „Neuer Trend“ wählen.</translation>
+    </message>
 </context>
 <context>
     <name>plotix::PropertyListView</name>
@@ -2535,6 +2689,14 @@ Doppelklick ändert Farbe oder Einheit.</translation>
     <message>
         <source>&amp;Delete</source>
         <translation>&amp;Löschen</translation>
+    </message>
+    <message>
+        <source>&amp;Edit Computed Property…</source>
+        <translation>Berechnete Größe bea&amp;rbeiten …</translation>
+    </message>
+    <message>
+        <source>New Computed &amp;Property…</source>
+        <translation>Neue &amp;berechnete Größe …</translation>
     </message>
 </context>
 <context>
@@ -2804,6 +2966,29 @@ Doppelklick ändert Farbe oder Einheit.</translation>
     <message>
         <source>Another program had renamed “%1” to “%2” meanwhile; Undo brings that back.</source>
         <translation>Ein anderes Programm hatte „%1“ inzwischen in „%2“ umbenannt; Rückgängig bringt das zurück.</translation>
+    </message>
+    <message>
+        <source>“%1”: %2</source>
+        <translation>„%1“: %2</translation>
+    </message>
+    <message numerus="yes">
+        <source>%n computed propert(ies) can be computed no longer</source>
+        <translation>
+            <numerusform>%n berechnete Größe lässt sich nicht mehr berechnen</numerusform>
+            <numerusform>%n berechnete Größen lassen sich nicht mehr berechnen</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>Undo brings back what they name; Edit Computed Property… changes the formula.</source>
+        <translation>Rückgängig bringt zurück, was sie nennen; Berechnete Größe bearbeiten … ändert die Formel.</translation>
+    </message>
+    <message>
+        <source>Change the formula of “%1”</source>
+        <translation>Formel von „%1“ ändern</translation>
+    </message>
+    <message>
+        <source>Compute “%1”</source>
+        <translation>„%1“ berechnen</translation>
     </message>
 </context>
 <context>
@@ -3098,6 +3283,14 @@ Doppelklick ändert Farbe oder Einheit.</translation>
     <message>
         <source>Another program had changed “%1” to “%2” meanwhile; “%3” stands.</source>
         <translation>Ein anderes Programm hatte „%1“ inzwischen in „%2“ geändert; es gilt „%3“.</translation>
+    </message>
+    <message>
+        <source>A property could not be computed</source>
+        <translation>Eine Größe ließ sich nicht berechnen</translation>
+    </message>
+    <message>
+        <source>There is nothing to compute from yet: import or record something first.</source>
+        <translation>Es gibt noch nichts, woraus sich rechnen ließe: Zuerst etwas importieren oder aufzeichnen.</translation>
     </message>
 </context>
 <context>

@@ -161,6 +161,7 @@ void MarksPart::setMark(Mark mark, const std::optional<double>& time)
     stored = time;
     m_current = mark;
     takeMarks();
+    speak();
 }
 
 void MarksPart::setMarkHere(Mark mark)
@@ -174,6 +175,16 @@ void MarksPart::setMarkHere(Mark mark)
     constexpr double kFromEdge = 0.25;
     const double part = mark == Mark::A ? kFromEdge : 1 - kFromEdge;
     setMark(mark, standing.isValid() ? standing.toDouble() : range.location + part * range.length);
+}
+
+// What stands above the graph is also its accessible description, until something else is read.
+void MarksPart::speak()
+{
+    CPTGraphHostingView* view = trend().graphView();
+    if (!view || !m_marks.areBoth())
+        return;
+    const QStringList heading = markHeading(markedLines(m_lines.shown(), m_marks), m_marks, m_texts);
+    view->setAccessibleDescription(heading.join(QStringLiteral(". ")).replace(QChar(QChar::Nbsp), QLatin1Char(' ')));
 }
 
 void MarksPart::removeMarks()

@@ -63,6 +63,7 @@ private:
     void detach();
     void takeMarks();
     void show();
+    void speak();
     std::optional<plotkit::GraphGeometry> geometry() const;
     bool pressed(const QPointF& point);
     void dragTo(const QPointF& point);

@@ -49,6 +49,15 @@ QString plain(QString text)
     return text.replace(QChar(QChar::Nbsp), QLatin1Char(' '));
 }
 
+/// A mean to four digits of the range it is of; exactly where all values are the same.
+double roundedMean(double mean, const LineFigures& figures)
+{
+    constexpr int kFewer = 3;
+    if (!(figures.range() > 0))
+        return mean;
+    return QByteArray::number(mean, 'f', std::max(0, decimalsOf(figures.range()) - kFewer)).toDouble();
+}
+
 }  // namespace
 
 MarksWindow::MarksWindow(MarksPart& part, QWidget* parent) : QDialog(parent), m_part(&part)
@@ -126,7 +135,8 @@ QStringList MarksWindow::cellsOf(const TrendLine& line)
     }
     const KTVRecordDictionaryPtr records = m_part->readTrend().records();
     const LineFigures figures = records ? m_figures.of(line, *records, marks.span()) : LineFigures();
-    for (const double figure : {figures.minimum, figures.maximum, figures.mean, figures.straightMean})
+    for (const double figure : {figures.minimum, figures.maximum, roundedMean(figures.mean, figures),
+                                roundedMean(figures.straightMean, figures)})
         cells << (std::isnan(figure) ? QString() : texts.value(figure, marked.unitSymbol));
     constexpr double kPercent = 100;
     cells << (std::isnan(figures.coverage)

@@ -183,6 +183,14 @@ TEST_F(MarksPartTest, WhatIsNoTimeChangesNothing)
     EXPECT_FALSE(field->styleSheet().isEmpty());
 }
 
+TEST_F(MarksPartTest, WhatLiesBetweenThemIsSpoken)
+{
+    setMarks(10, 50);
+    press(Qt::Key_Period, Qt::ControlModifier);
+    EXPECT_TRUE(graphView().accessibleDescription().startsWith("A – B. 39 min. Δ Air Temperature +39 K."))
+        << graphView().accessibleDescription().toStdString();
+}
+
 TEST_F(MarksPartTest, PicturesShowThem)
 {
     const auto picture = [this] { return trend().graphImageWithSize({600, 300}, 1, {}); };
