@@ -7,6 +7,17 @@
 
 namespace plotix {
 
+namespace {
+
+/// Which one is on must be seen at a glance, and where the focus is; styles differ too much in both.
+constexpr auto kSwitchStyle =
+    "QToolButton { padding: 2px 9px; border: 1px solid palette(mid); background: palette(button); }"
+    "QToolButton:checked { background: palette(highlight); color: palette(highlighted-text); }"
+    "QToolButton:disabled { color: palette(mid); }"
+    "QToolButton:focus { border-color: palette(bright-text); }";
+
+}  // namespace
+
 StatisticsHeading::StatisticsHeading(QWidget* parent)
     : QWidget(parent), m_span(new QLabel(this)), m_stop(new QToolButton(this))
 {
@@ -42,6 +53,7 @@ void StatisticsHeading::addButton(StatisticsOver over, const QString& text, cons
     button->setText(text);
     button->setToolTip(hint);
     button->setAccessibleName(localizedText(QT_TRANSLATE_NOOP("Plotix", "Statistics of")) + u' ' + text);
+    button->setStyleSheet(QLatin1String(kSwitchStyle));
     button->setCheckable(true);
     button->setFocusPolicy(Qt::StrongFocus);
     group->addButton(button);
