@@ -1337,6 +1337,194 @@
         <source>Type two times, or set the marks in the graph.</source>
         <translation>Geben Sie zwei Zeiten ein oder setzen Sie die Marken im Diagramm.</translation>
     </message>
+    <message>
+        <source>Go to Maximum</source>
+        <translation>Zum Maximum</translation>
+    </message>
+    <message>
+        <source>Go to Minimum</source>
+        <translation>Zum Minimum</translation>
+    </message>
+    <message>
+        <source>Columns</source>
+        <translation>Spalten</translation>
+    </message>
+    <message>
+        <source>Time of Minimum</source>
+        <translation>Zeit des Minimums</translation>
+    </message>
+    <message>
+        <source>Time of Maximum</source>
+        <translation>Zeit des Maximums</translation>
+    </message>
+    <message>
+        <source>Time-Weighted</source>
+        <translation>Zeitgewichtet</translation>
+    </message>
+    <message>
+        <source>Median</source>
+        <translation>Median</translation>
+    </message>
+    <message>
+        <source>Std. Deviation</source>
+        <translation>Standardabw.</translation>
+    </message>
+    <message>
+        <source>Range</source>
+        <translation>Spannweite</translation>
+    </message>
+    <message>
+        <source>First</source>
+        <translation>Erster</translation>
+    </message>
+    <message>
+        <source>Last</source>
+        <translation>Letzter</translation>
+    </message>
+    <message>
+        <source>Sum</source>
+        <translation>Summe</translation>
+    </message>
+    <message>
+        <source>Integral</source>
+        <translation>Integral</translation>
+    </message>
+    <message>
+        <source>5th Percentile</source>
+        <translation>5. Perzentil</translation>
+    </message>
+    <message>
+        <source>25th Percentile</source>
+        <translation>25. Perzentil</translation>
+    </message>
+    <message>
+        <source>75th Percentile</source>
+        <translation>75. Perzentil</translation>
+    </message>
+    <message>
+        <source>95th Percentile</source>
+        <translation>95. Perzentil</translation>
+    </message>
+    <message>
+        <source>Gaps</source>
+        <translation>Lücken</translation>
+    </message>
+    <message>
+        <source>Time Above Limit</source>
+        <translation>Zeit über Grenze</translation>
+    </message>
+    <message>
+        <source>Time Below Limit</source>
+        <translation>Zeit unter Grenze</translation>
+    </message>
+    <message>
+        <source>Crossings</source>
+        <translation>Durchgänge</translation>
+    </message>
+    <message>
+        <source>Latest Value</source>
+        <translation>Neuester Wert</translation>
+    </message>
+    <message>
+        <source>Age</source>
+        <translation>Alter</translation>
+    </message>
+    <message>
+        <source>Statistics of</source>
+        <translation>Statistik:</translation>
+    </message>
+    <message>
+        <source>fetched</source>
+        <translation>gelesen</translation>
+    </message>
+    <message>
+        <source>Everything that was read</source>
+        <translation>Alles, was gelesen wurde</translation>
+    </message>
+    <message>
+        <source>visible</source>
+        <translation>sichtbar</translation>
+    </message>
+    <message>
+        <source>The times that the graph shows</source>
+        <translation>Die Zeiten, die der Graph zeigt</translation>
+    </message>
+    <message>
+        <source>A to B</source>
+        <translation>A bis B</translation>
+    </message>
+    <message>
+        <source>The time between the marks A and B</source>
+        <translation>Die Zeit zwischen den Marken A und B</translation>
+    </message>
+    <message>
+        <source>Stop</source>
+        <translation>Anhalten</translation>
+    </message>
+    <message>
+        <source>Leave out what is still being worked out</source>
+        <translation>Weglassen, was noch berechnet wird</translation>
+    </message>
+    <message>
+        <source>Count the time that %1 is below:</source>
+        <translation>Die Zeit zählen, in der %1 darunter liegt:</translation>
+    </message>
+    <message>
+        <source>Count the time that %1 is above:</source>
+        <translation>Die Zeit zählen, in der %1 darüber liegt:</translation>
+    </message>
+    <message>
+        <source>what is visible</source>
+        <translation>das, was zu sehen ist</translation>
+    </message>
+    <message>
+        <source>the time from A to B</source>
+        <translation>die Zeit von A bis B</translation>
+    </message>
+    <message>
+        <source>Table</source>
+        <translation>Tabelle</translation>
+    </message>
+    <message>
+        <source>Statistics of Everything Fetched</source>
+        <translation>Statistik von allem Gelesenen</translation>
+    </message>
+    <message>
+        <source>Statistics of What Is Visible</source>
+        <translation>Statistik des Sichtbaren</translation>
+    </message>
+    <message>
+        <source>Statistics from A to B</source>
+        <translation>Statistik von A bis B</translation>
+    </message>
+    <message>
+        <source>Time Above a Limit…</source>
+        <translation>Zeit über einer Grenze …</translation>
+    </message>
+    <message>
+        <source>Time Below a Limit…</source>
+        <translation>Zeit unter einer Grenze …</translation>
+    </message>
+    <message>
+        <source>Remove All Limits</source>
+        <translation>Alle Grenzen entfernen</translation>
+    </message>
+    <message>
+        <source>working… %1 %</source>
+        <translation>wird berechnet … %1 %</translation>
+    </message>
+    <message>
+        <source>Click to set a limit</source>
+        <translation>Klicken, um eine Grenze festzulegen</translation>
+    </message>
+    <message>
+        <source>below %1</source>
+        <translation>unter %1</translation>
+    </message>
+    <message>
+        <source>above %1</source>
+        <translation>über %1</translation>
+    </message>
 </context>
 <context>
     <name>PlugInStore</name>
@@ -1413,6 +1601,10 @@
     <message>
         <source>Outside the values shown: %1</source>
         <translation>Außerhalb der gezeigten Werte: %1</translation>
+    </message>
+    <message>
+        <source>The figures cover %1</source>
+        <translation>Die Zahlen gelten für %1</translation>
     </message>
 </context>
 <context>

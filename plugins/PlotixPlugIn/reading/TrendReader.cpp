@@ -3,6 +3,7 @@
 #include "plotkit/widget/CPTGraphHostingView.h"
 #include "plugins/PlotixPlugIn/reading/line/LinePart.h"
 #include "plugins/PlotixPlugIn/reading/marks/MarksPart.h"
+#include "plugins/PlotixPlugIn/reading/statistics/StatisticsPart.h"
 
 #include <QtGui/QKeyEvent>
 
@@ -15,6 +16,7 @@ TrendReader::TrendReader(ReadTrend& trend) : m_trend(trend)
 {
     add(std::make_unique<LinePart>(trend));
     add(std::make_unique<MarksPart>(trend));
+    add(std::make_unique<StatisticsPart>(trend));
 }
 
 TrendReader::~TrendReader() = default;
@@ -63,6 +65,14 @@ std::vector<QAction*> TrendReader::actions() const
         all.insert(all.end(), own.begin(), own.end());
     }
     return all;
+}
+
+TableFigures* TrendReader::tableFigures() const
+{
+    for (const auto& part : m_parts)
+        if (TableFigures* figures = part->tableFigures())
+            return figures;
+    return nullptr;
 }
 
 void TrendReader::viewLoaded()

@@ -19,6 +19,8 @@ class QKeyEvent;
 /// thread only.
 namespace plotix {
 
+class TableFigures;
+
 class ReadingPart : public QObject {
     Q_OBJECT
 public:
@@ -48,6 +50,9 @@ public:
     /// What people can do with it: owned by the part, the same on every call. A host shows them in its menus, grouped
     /// by `menuOf`, and the graph in its own.
     virtual std::vector<QAction*> actions() const { return {}; }
+
+    /// What this part adds to the statistics table; null for those that add nothing. Owned by the part.
+    virtual TableFigures* tableFigures() { return nullptr; }
 
 signals:
     /// Something was chosen, by hand or by program.
