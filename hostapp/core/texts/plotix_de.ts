@@ -1211,7 +1211,7 @@
     </message>
     <message>
         <source>Next &amp;Gap</source>
-        <translation>Nächste &amp;Lücke</translation>
+        <translation>Nächste Lück&amp;e</translation>
     </message>
     <message>
         <source>&amp;Previous Gap</source>
@@ -1220,10 +1220,6 @@
     <message>
         <source>Next Time at This Val&amp;ue</source>
         <translation>Nächstes Mal bei diesem We&amp;rt</translation>
-    </message>
-    <message>
-        <source>Previous Time at This Value</source>
-        <translation>Voriges Mal bei diesem Wert</translation>
     </message>
     <message>
         <source>%1 before</source>
@@ -1524,6 +1520,10 @@
     <message>
         <source>above %1</source>
         <translation>über %1</translation>
+    </message>
+    <message>
+        <source>Previou&amp;s Time at This Value</source>
+        <translation>Vorige&amp;s Mal bei diesem Wert</translation>
     </message>
 </context>
 <context>
@@ -1921,6 +1921,14 @@
     <message>
         <source>Change Range</source>
         <translation>Ausschnitt ändern</translation>
+    </message>
+    <message>
+        <source>Move Value Line</source>
+        <translation>Wertelinie bewegen</translation>
+    </message>
+    <message>
+        <source>Move Marks</source>
+        <translation>Marken bewegen</translation>
     </message>
 </context>
 <context>

@@ -62,6 +62,7 @@ double roundedMean(double mean, const LineFigures& figures)
 
 MarksWindow::MarksWindow(MarksPart& part, QWidget* parent) : QDialog(parent), m_part(&part)
 {
+    setAttribute(Qt::WA_DeleteOnClose);  // closed, it works out no figures any more
     setWindowTitle(localizedText(QT_TRANSLATE_NOOP("Plotix", "Marks and Differences")));
     auto* rows = new QVBoxLayout(this);
     auto* fields = new QFormLayout;
