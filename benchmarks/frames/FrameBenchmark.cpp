@@ -50,18 +50,45 @@ void paintFrame(plotkit::GraphPainter& painter, QImage& image, const CPTXYGraph&
     painter.paint(to, graph, QRectF(QPointF(), image.size()));
 }
 
-void pan(benchmark::State& state, const PanCase& which)
+void panOver(benchmark::State& state, BenchmarkGraph& shown, double share, const QSize& size)
 {
-    BenchmarkGraph shown(which.plots, which.points, which.kind);
     plotkit::GraphPainter painter;
-    QImage image(which.size, QImage::Format_RGB32);
+    QImage image(size, QImage::Format_RGB32);
     paintFrame(painter, image, shown.graph);
     int step = 0;
     for (auto unused : state) {
-        shown.show(which.share, step++ % 200, which.size.width());
+        shown.show(share, step++ % 200, size.width());
         paintFrame(painter, image, shown.graph);
     }
+}
+
+void pan(benchmark::State& state, const PanCase& which)
+{
+    BenchmarkGraph shown(which.plots, which.points, which.kind);
+    panOver(state, shown, which.share, which.size);
     state.counters["bytes_per_sample"] = seriesBytesPerSample();
+}
+
+/// The same lines in lanes one below the other, each with a scale of its own.
+void panLanes(benchmark::State& state, int lanes)
+{
+    BenchmarkGraph shown(10, 10 * kMillion);
+    std::vector<CPTXYPlotSpacePtr> spaces;
+    for (int lane = 0; lane < lanes; ++lane) {
+        spaces.push_back(std::make_shared<CPTXYPlotSpace>());
+        spaces.back()->followXOf(shown.graph.allPlotSpaces().front());
+        spaces.back()->setYRange(shown.graph.plotSpace().yRange());
+        spaces.back()->setStrip({.top = double(lane) / lanes, .bottom = double(lane + 1) / lanes, .headRoom = 22});
+        shown.graph.addPlotSpace(spaces.back());
+        const auto axis = std::make_shared<CPTXYAxis>(*shown.graph.axisSet()->yAxis());
+        axis->setPlotSpace(spaces.back());
+        shown.graph.axisSet()->addAxis(axis);
+    }
+    shown.graph.axisSet()->yAxis()->setHidden(true);
+    std::size_t next = 0;
+    for (const CPTScatterPlotPtr& plot : shown.graph.allPlots())
+        plot->setPlotSpace(spaces[next++ % spaces.size()]);
+    panOver(state, shown, 1, kScreen);
 }
 
 /// Walks of which forty pauses interrupt the recording; the times are shared.
@@ -91,13 +118,7 @@ void panPaused(benchmark::State& state, double gapThreshold)
     BenchmarkGraph shown(pausedSeries(10, 10 * kMillion));
     for (const CPTScatterPlotPtr& plot : shown.graph.allPlots())
         plot->setGapThreshold(gapThreshold);
-    plotkit::GraphPainter painter;
-    QImage image(kScreen, QImage::Format_RGB32);
-    int step = 0;
-    for (auto unused : state) {
-        shown.show(1, step++ % 200, kScreen.width());
-        paintFrame(painter, image, shown.graph);
-    }
+    panOver(state, shown, 1, kScreen);
 }
 
 /// How each plot of a graph looks.
@@ -127,14 +148,7 @@ void panLooks(benchmark::State& state, PlotLook look, SignalKind kind)
     BenchmarkGraph shown(10, 10 * kMillion, kind);
     for (const CPTScatterPlotPtr& plot : shown.graph.allPlots())
         setLook(*plot, look);
-    plotkit::GraphPainter painter;
-    QImage image(kScreen, QImage::Format_RGB32);
-    paintFrame(painter, image, shown.graph);
-    int step = 0;
-    for (auto unused : state) {
-        shown.show(1, step++ % 200, kScreen.width());
-        paintFrame(painter, image, shown.graph);
-    }
+    panOver(state, shown, 1, kScreen);
 }
 
 /// A pan whose margins follow the labels.
@@ -142,13 +156,7 @@ void panRoomForLabels(benchmark::State& state)
 {
     BenchmarkGraph shown(10, 10 * kMillion);
     shown.graph.setLabelRoom(CPTLabelRoom::Grows);
-    plotkit::GraphPainter painter;
-    QImage image(kScreen, QImage::Format_RGB32);
-    int step = 0;
-    for (auto unused : state) {
-        shown.show(1, step++ % 200, kScreen.width());
-        paintFrame(painter, image, shown.graph);
-    }
+    panOver(state, shown, 1, kScreen);
 }
 
 /// In by a twentieth a frame, forty frames, and from the beginning.
@@ -246,6 +254,7 @@ void registerFrames()
         ->Unit(benchmark::kMillisecond);
     benchmark::RegisterBenchmark("pan/10x10M/full/1920x1080/broken", panPaused, 5.0)->Unit(benchmark::kMillisecond);
     benchmark::RegisterBenchmark("pan/10x10M/full/1920x1080/labels", panRoomForLabels)->Unit(benchmark::kMillisecond);
+    benchmark::RegisterBenchmark("pan/10x10M/full/1920x1080/lanes", panLanes, 4)->Unit(benchmark::kMillisecond);
     const auto registerLook = [](const std::string& name, PlotLook look) {
         const std::string pan = "pan/10x10M/full/1920x1080/";
         benchmark::RegisterBenchmark((pan + name).c_str(), panLooks, look, SignalKind::Walk)

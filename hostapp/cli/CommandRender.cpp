@@ -121,7 +121,7 @@ Command addRender(CLI::App& program)
         if (options->bare && !options->gaps.isEmpty())
             return QStringLiteral("--bare always joins gaps; leave out --gaps");
         if (options->bare && !options->reading.isEmpty())
-            return QStringLiteral("--bare draws lines alone; leave out --at and --marks");
+            return QStringLiteral("--bare draws lines alone; leave out --arrangement, --at and --marks");
         return contradictionIn(options->choice);
     };
     return command;

@@ -27,6 +27,10 @@ std::optional<Marks> marksFromArgument(const QString& text)
 
 void addReadingChoice(CLI::App* command, ReadingChoice& choice)
 {
+    addText(command, "--arrangement", choice.arrangement,
+            "How the lines share the graph: all on one scale, in lanes, or as suits them, which is the default")
+        ->type_name("one-scale|lane-per-unit|lane-per-property|automatic")
+        ->check(CLI::IsMember({"one-scale", "lane-per-unit", "lane-per-property", "automatic"}));
     addText(command, "--at", choice.at, "Say what every line reads at this time, with a line through all of them")
         ->type_name("TIME")
         ->check(checkTime);
@@ -38,6 +42,8 @@ void addReadingChoice(CLI::App* command, ReadingChoice& choice)
 QVariantMap readingFrom(const ReadingChoice& choice)
 {
     QVariantMap reading;
+    if (!choice.arrangement.isEmpty())
+        reading.insert(QStringLiteral("arrangement"), QVariantMap{{QStringLiteral("kind"), choice.arrangement}});
     if (const auto at = choice.at.isEmpty() ? std::nullopt : timeFromArgument(choice.at))
         reading.insert(QStringLiteral("valueLine"), QVariantMap{{QStringLiteral("held"), *at}});
     if (const auto marks = marksFromArgument(choice.marks))

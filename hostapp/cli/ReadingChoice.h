@@ -6,17 +6,19 @@
 
 #include <string>
 
-/// Options of a command that draws: where the value line stands in the picture, and its marks. Main thread only.
+/// Options of a command that draws: how lines are arranged, where the value line stands, and the marks. Main thread
+/// only.
 namespace plotix {
 
 struct ReadingChoice {
-    QString at;     ///< a time; empty: no value line
-    QString marks;  ///< two times with a slash between them; empty: no marks
+    QString arrangement;  ///< empty: as suits the lines
+    QString at;           ///< a time; empty: no value line
+    QString marks;        ///< two times with a slash between them; empty: no marks
 
-    bool isEmpty() const { return at.isEmpty() && marks.isEmpty(); }
+    bool isEmpty() const { return arrangement.isEmpty() && at.isEmpty() && marks.isEmpty(); }
 };
 
-/// Adds --at and --marks to a command. The choice is *borrowed* until the arguments are parsed.
+/// Adds --arrangement, --at and --marks to a command. The choice is *borrowed* until the arguments are parsed.
 void addReadingChoice(CLI::App* command, ReadingChoice& choice);
 
 /// The choice by the names of a trend's options of reading. Requires: texts that passed the options' checks.

@@ -15,7 +15,7 @@ KTVPlugInPtr makeTrend(KTVPlugInModule& module, const TrendRequest& trend,
     KTVPlugInPtr plugIn = module.instantiate(QString::fromLatin1(kTrendClass), arguments);
     if (plugIn)
         plugIn->setTitle(trend.title);
-    chooseReading(plugIn.get());
+    chooseReadingOfNew(plugIn.get());
     return plugIn;
 }
 

@@ -157,6 +157,15 @@ void setReading(KTVPlugIn* plugIn, const QVariantMap& options)
         QMetaObject::invokeMethod(plugIn, "setReading", Qt::DirectConnection, Q_ARG(QVariantMap, options));
 }
 
+QList<QAction*> readingActions(const KTVPlugIn* plugIn)
+{
+    QList<QAction*> actions;
+    if (plugIn && plugIn->metaObject()->indexOfMethod("readingActions()") >= 0)
+        QMetaObject::invokeMethod(const_cast<KTVPlugIn*>(plugIn), "readingActions", Qt::DirectConnection,
+                                  Q_RETURN_ARG(QList<QAction*>, actions));
+    return actions;
+}
+
 QVariantMap changeableState(const KTVPlugIn* plugIn)
 {
     QVariantMap state;

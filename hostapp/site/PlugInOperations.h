@@ -53,6 +53,9 @@ void drawGraphOnPaper(KTVPlugIn* plugIn, QPainter& painter, const QRectF& rect);
 /// The plug-in's options of reading that were chosen, by name; nothing when it has no such options.
 std::optional<QVariantMap> reading(const KTVPlugIn* plugIn);
 void setReading(KTVPlugIn* plugIn, const QVariantMap& options);  ///< one that has none: nothing
+/// What people can do with what the plug-in offers for reading it, as actions for menus; owned by the plug-in. None for
+/// one that offers nothing.
+QList<QAction*> readingActions(const KTVPlugIn* plugIn);
 
 /// What the user can change in the plug-in, such as its properties and its range, as a value to compare and to put
 /// back; empty for one that offers none.

@@ -18,8 +18,10 @@ QVariantMap recommendedReading(Reader reader)
                         {QStringLiteral("statistics"), QVariantMap{{QStringLiteral("offered"), true}}}};
     if (reader == Reader::OfAPicture)
         options.insert(QStringLiteral("unlimitedValues"), true);
-    else
+    if (reader == Reader::AtAWindow) {
         options.insert(QStringLiteral("valueLine"), QVariantMap{{QStringLiteral("shown"), true}});
+        options.insert(QStringLiteral("moves"), QVariantMap{{QStringLiteral("gestures"), true}});
+    }
     return options;
 }
 
@@ -34,6 +36,17 @@ void chooseReading(KTVPlugIn* plugIn, Reader reader)
     options.insert(*chosen);
     if (options != *chosen)
         setReading(plugIn, options);
+}
+
+void chooseReadingOfNew(KTVPlugIn* plugIn)
+{
+    const std::optional<QVariantMap> chosen = reading(plugIn);
+    if (!chosen)
+        return;
+    const QString arrangement = QStringLiteral("arrangement");
+    if (!chosen->contains(arrangement))
+        setReading(plugIn, {{arrangement, QVariantMap{{QStringLiteral("kind"), QStringLiteral("automatic")}}}});
+    chooseReading(plugIn);
 }
 
 }  // namespace plotix

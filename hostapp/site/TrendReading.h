@@ -14,4 +14,8 @@ enum class Reader {
 /// without such options, or null: nothing. Calling it again changes nothing.
 void chooseReading(KTVPlugIn* plugIn, Reader reader = Reader::AtAWindow);
 
+/// The same for a trend that has just been made, which also gets what we recommend for new ones; trends of a site keep
+/// the looks they were stored with.
+void chooseReadingOfNew(KTVPlugIn* plugIn);
+
 }  // namespace plotix

@@ -98,7 +98,7 @@ void WorkingSite::addPlugIn(const KTVPlugInPtr& plugIn, bool select)
 {
     if (!plugIn || m_sourceList.rowOf(plugIn.get()) >= 0)
         return;
-    chooseReading(plugIn.get());
+    chooseReadingOfNew(plugIn.get());
     if (isStored())
         tellLinesApart(plugIn.get());
     m_sourceList.append(plugIn);

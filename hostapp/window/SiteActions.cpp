@@ -123,7 +123,7 @@ void buildFollowMenu(QMainWindow* window, QMenu* above, SiteActions& actions)
 
 void buildViewMenu(QMainWindow* window, SiteActions& actions)
 {
-    QMenu* menu = addMenu(window, SiteMenus::tr("&View"));
+    QMenu* menu = actions.view = addMenu(window, SiteMenus::tr("&View"));
     actions.refresh = addAction(menu, SiteMenus::tr("&Refresh"), QKeySequence(Qt::Key_F5));
     actions.fit = addAction(menu, SiteMenus::tr("&Fit"), QKeySequence(Qt::CTRL | Qt::Key_0));
     actions.follow = addAction(menu, SiteMenus::tr("F&ollow"), QKeySequence(Qt::CTRL | Qt::Key_L));
@@ -133,6 +133,7 @@ void buildViewMenu(QMainWindow* window, SiteActions& actions)
     actions.breakLines->setCheckable(true);
     actions.breakLines->setToolTip(SiteMenus::tr("No line where nothing was recorded; a choice of this trend."));
     menu->addSeparator();
+    actions.readingEnd = menu->addSeparator();
     // Each stands for a held key, and only one key counts at a time: at most one action is on.
     auto* group = new QActionGroup(window);
     group->setExclusionPolicy(QActionGroup::ExclusionPolicy::ExclusiveOptional);
@@ -202,14 +203,27 @@ SiteActions buildSiteMenus(QMainWindow* window, QUndoStack* undoStack)
     return actions;
 }
 
-void buildTrendWindowMenus(QMenuBar* bar, const SiteActions& actions)
+void showReadingActions(QMenu* menu, QAction* before, const QList<QAction*>& actions)
+{
+    const QVariant shown = menu->property("reading");
+    for (QAction* action : menu->actions())  // those of a trend that has gone have gone with it
+        if (shown.value<QList<QAction*>>().contains(action) && !actions.contains(action))
+            menu->removeAction(action);
+    menu->insertActions(before, actions);
+    menu->setProperty("reading", QVariant::fromValue(actions));
+}
+
+void buildTrendWindowMenus(QMenuBar* bar, const SiteActions& actions, const QList<QAction*>& reading)
 {
     addMenu(bar, SiteMenus::tr("&File"))
         ->addActions({actions.exportPicture, actions.exportReport, actions.ownForms->menuAction(), actions.print});
     addMenu(bar, SiteMenus::tr("&Edit"))->addActions({actions.undo, actions.redo, actions.copy});
-    addMenu(bar, SiteMenus::tr("&View"))
-        ->addActions({actions.refresh, actions.fit, actions.follow, actions.zoomTimeOnly, actions.zoomValuesOnly,
-                      actions.nextRegion, actions.previousRegion});
+    QMenu* view = addMenu(bar, SiteMenus::tr("&View"));
+    view->addActions({actions.refresh, actions.fit, actions.follow});
+    view->addSeparator();
+    view->addActions(reading);
+    view->addSeparator();
+    view->addActions({actions.zoomTimeOnly, actions.zoomValuesOnly, actions.nextRegion, actions.previousRegion});
     bar->addMenu(actions.windows);
     addMenu(bar, SiteMenus::tr("&Help"))->addActions({actions.help, actions.gettingStarted});
 }

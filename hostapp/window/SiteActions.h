@@ -35,12 +35,14 @@ struct SiteActions {
     QAction* redo = nullptr;
     QAction* copy = nullptr;
     QAction* undoImport = nullptr;
+    QMenu* view = nullptr;
     QAction* newComputed = nullptr;
     QAction* refresh = nullptr;
     QAction* fit = nullptr;
     QAction* follow = nullptr;
     QActionGroup* followSpans = nullptr;  ///< one an entry of kFollowSpans, whose name is its data
     QAction* breakLines = nullptr;
+    QAction* readingEnd = nullptr;  ///< before this one stand the actions of the trend in front
     QAction* zoomTimeOnly = nullptr;
     QAction* zoomValuesOnly = nullptr;
     QAction* nextRegion = nullptr;
@@ -66,7 +68,11 @@ SiteActions buildSiteMenus(QMainWindow* window, QUndoStack* undoStack);
 
 /// Fills the menu bar of a window that shows one trend with the actions that make sense there. They stay the site
 /// window's: they act on the trend of the window in front.
-void buildTrendWindowMenus(QMenuBar* bar, const SiteActions& actions);
+/// `reading`: what that trend itself offers.
+void buildTrendWindowMenus(QMenuBar* bar, const SiteActions& actions, const QList<QAction*>& reading);
+
+/// Shows what the trend in front offers, in place of what another one offered.
+void showReadingActions(QMenu* menu, QAction* before, const QList<QAction*>& actions);
 
 /// Enables the action, or greys it with the reason as its tool tip. An empty reason enables.
 void setUnavailableReason(QAction* action, const QString& reason);

@@ -119,6 +119,7 @@ void SiteWindow::updateActions()
     setUnavailableReason(m_actions.print, noReport);
     setUnavailableReason(m_actions.refresh, needs("refresh"));
     setUnavailableReason(m_actions.fit, needs("fitAll"));
+    showReadingActions(m_actions.view, m_actions.readingEnd, readingActions(selectedPlugIn().get()));
     updateTrendActions(selectedPlugIn() ? QString() : tr("Select a trend first."));
     updateEditingActions();
     updateLiveActions(noTrend);

@@ -2,6 +2,7 @@
 //
 // Both menus are filled when they open: what they list changes without the window's knowledge.
 
+#include "hostapp/site/PlugInOperations.h"
 #include "hostapp/window/SiteWindow.h"
 
 #include "hostapp/window/RecentSites.h"
@@ -66,7 +67,7 @@ void SiteWindow::equipSeparateWindow(const KTVPlugInPtr& plugIn)
 {
     SeparateWindow* window = m_controller->separateWindowOf(plugIn.get());
     if (window && window->menuBar()->actions().isEmpty())
-        buildTrendWindowMenus(window->menuBar(), m_actions);
+        buildTrendWindowMenus(window->menuBar(), m_actions, readingActions(plugIn.get()));
     holdModifiers();
 }
 

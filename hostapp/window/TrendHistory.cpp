@@ -37,6 +37,7 @@ QVariantMap withoutRange(QVariantMap state)
     state.remove(QStringLiteral("dates"));
     state.remove(QStringLiteral("times"));
     state.remove(QStringLiteral("values"));
+    state.remove(QStringLiteral("ranges"));
     return state;
 }
 
@@ -84,6 +85,8 @@ QString textOf(const QVariantMap& before, const QVariantMap& after)
                                             : TrendHistoryText::tr("Add Properties");
     if (before.value(QStringLiteral("hidden")) != after.value(QStringLiteral("hidden")))
         return TrendHistoryText::tr("Hide or Show Lines");
+    if (before.value(QStringLiteral("reading")) != after.value(QStringLiteral("reading")))
+        return TrendHistoryText::tr("Change View");
     return TrendHistoryText::tr("Change Range");
 }
 

@@ -145,7 +145,7 @@ private:
         double widest = 0;
         for (const AxisLabel& label : labels)
             widest = std::max(widest, extentAlong(label));
-        return readableMultiple(m_plan, widest * valuePerUnit(m_in.along) / m_plan.step);
+        return readableMultiple(m_plan, widest * valuePerUnit(m_in.along) / m_plan.spacing());
     }
 
     /// Every `multiple`-th label, counted from the origin, so that panning keeps the choice.

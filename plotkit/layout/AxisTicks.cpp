@@ -82,6 +82,54 @@ std::optional<TickPlan> plannedByCalendar(const CPTXYAxis& axis, const AxisMappi
     return plan;
 }
 
+/// Powers themselves where two of them are seen, else round values between them.
+TickPlan logarithmicPlan(const AxisMapping& mapping)
+{
+    constexpr double kFewestDecades = 1.5;
+    const double length = std::abs(mapping.range.length);
+    if (length >= kFewestDecades) {
+        TickPlan plan = automaticPlan(length);
+        plan.step = std::max(1.0, std::round(plan.step));
+        plan.logarithm = TickPlan::Logarithm::Decades;
+        plan.minors = plan.step == 1 ? 8 : 0;
+        return plan;
+    }
+    const double low = std::pow(10.0, mapping.range.minLimit());
+    const double high = std::pow(10.0, mapping.range.maxLimit());
+    TickPlan plan = automaticPlan(high - low);
+    if (plan.isEmpty() || !(low > 0))
+        return {};
+    plan.logarithm = TickPlan::Logarithm::Values;
+    plan.minors = 0;
+    plan.nearest = std::log10(high) - std::log10(std::max(high - plan.step, low));
+    return plan;
+}
+
+std::vector<MajorTick> roundValues(const TickPlan& plan, const AxisMapping& mapping)
+{
+    const double low = std::pow(10.0, mapping.range.minLimit());
+    const double high = std::pow(10.0, mapping.range.maxLimit());
+    std::vector<MajorTick> ticks;
+    for (double number = std::ceil(low / plan.step - kTolerance); number * plan.step <= high * (1 + kTolerance);
+         ++number)
+        if (number > 0)
+            ticks.push_back({number, std::log10(number * plan.step)});
+    return ticks;
+}
+
+/// The twos to nines between the powers.
+std::vector<double> digitsBetween(const AxisMapping& mapping)
+{
+    std::vector<double> ticks;
+    const double low = mapping.range.minLimit();
+    const double high = mapping.range.maxLimit();
+    for (double power = std::floor(low); power <= high; ++power)
+        for (int digit = 2; digit <= 9; ++digit)
+            if (const double value = power + std::log10(digit); value >= low && value <= high)
+                ticks.push_back(value);
+    return ticks;
+}
+
 }  // namespace
 
 double readableMultiple(const TickPlan& plan, double wanted)
@@ -123,6 +171,11 @@ TickPlan coarserPlan(const TickPlan& plan)
     TickPlan coarser = plan;
     coarser.calendarRow.reset();
     coarser.step = roundNumberFrom(plan.step * 1.5);
+    coarser.nearest = plan.nearest * coarser.step / plan.step;
+    if (plan.logarithm != TickPlan::Logarithm::None) {
+        coarser.minors = 0;
+        return coarser;
+    }
     const double decade = std::pow(10.0, std::floor(std::log10(coarser.step) + kTolerance));
     coarser.minors = minorsForMantissa(static_cast<int>(std::lround(coarser.step / decade)));
     return coarser;
@@ -134,6 +187,12 @@ TickPlan planTicks(const CPTXYAxis& axis, const AxisMapping& mapping)
         return {};
     if (const std::optional<TickPlan> plan = plannedByCalendar(axis, mapping))
         return *plan;
+    if (axis.labelingPolicy() == CPTAxisLabelingPolicy::Logarithmic) {
+        TickPlan plan = logarithmicPlan(mapping);
+        if (plan.minors > 0 && kLeastMinorSpacing * valuePerUnit(mapping) > 1 - std::log10(9.0))
+            plan.minors = 0;
+        return plan;
+    }
     const double interval = axis.majorIntervalLength();
     const bool fixed =
         axis.labelingPolicy() == CPTAxisLabelingPolicy::FixedInterval && std::isfinite(interval) && interval != 0;
@@ -157,6 +216,8 @@ std::vector<MajorTick> majorTicks(const TickPlan& plan, const AxisMapping& mappi
         return ticks;
     if (plan.calendarRow)
         return calendarMajors(*plan.calendarRow, mapping);
+    if (plan.logarithm == TickPlan::Logarithm::Values)
+        return roundValues(plan, mapping);
     const Numbers numbers = numbersInRange(plan, mapping);
     for (double number = numbers.first; number <= numbers.last; ++number)
         ticks.push_back({number, plan.origin + number * plan.step});
@@ -170,6 +231,8 @@ std::vector<double> minorTicks(const TickPlan& plan, const AxisMapping& mapping)
         return ticks;
     if (plan.calendarRow)
         return calendarMinors(*plan.calendarRow, mapping);
+    if (plan.logarithm == TickPlan::Logarithm::Decades)
+        return digitsBetween(mapping);
     const Numbers numbers = numbersInRange(plan, mapping);
     const double low = mapping.range.minLimit();
     const double high = mapping.range.maxLimit();

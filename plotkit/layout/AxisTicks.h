@@ -20,7 +20,13 @@ struct TickPlan {
     bool isTime = false;  ///< thinned to round times of day and whole days
     /// Majors stand at local times instead, by a row of CalendarTicks.h; `step` is about their distance.
     std::optional<std::size_t> calendarRow = {};
+    /// Of an axis whose numbers are powers of ten. Decades: steps are whole powers. Values: majors stand at multiples
+    /// of `step` among the values that the powers stand for.
+    enum class Logarithm { None, Decades, Values };
+    Logarithm logarithm = Logarithm::None;
+    double nearest = 0;  ///< the least distance of majors along the axis where `step` is none; 0: `step` is one
 
+    double spacing() const { return nearest > 0 ? nearest : step; }
     bool isEmpty() const { return !(step > 0); }
 };
 

@@ -33,9 +33,12 @@ public:
     void placeKeys(StripLayout& layout, const std::vector<CPTScatterPlotPtr>& plots)
     {
         for (std::size_t index = 0; index < plots.size(); ++index) {
-            const QSizeF size = m_measureText(plots[index]->title(), m_strip.keyTextStyle);
+            const bool isNameless = plots[index]->title().isEmpty();
+            QSizeF size = m_measureText(isNameless ? QStringLiteral("x") : plots[index]->title(), m_strip.keyTextStyle);
             if (size.height() > m_room.height())
                 return;
+            if (isNameless)
+                size.setWidth(0);
             const double needed = kSampleLength + kNameGap + size.width();
             const bool isLast = index + 1 == plots.size();
             const double kept = isLast ? 0 : kKeyGap + moreSize(plots.size() - index - 1).width();
@@ -102,8 +105,9 @@ std::vector<StripLayout> placedStrips(const GraphGeometry& geometry, const TextM
         Head head(space->strip(), QRectF(whole.topLeft(), QPointF(whole.right(), layout.area.top())), measureText);
         head.placeTitle(layout);
         std::vector<CPTScatterPlotPtr> plots = geometry.graph.plotsIn(*space);
-        std::erase_if(plots, [](const CPTScatterPlotPtr& plot) { return plot->isHidden() || plot->title().isEmpty(); });
-        head.placeKeys(layout, plots);
+        std::erase_if(plots, [](const CPTScatterPlotPtr& plot) { return plot->isHidden(); });
+        if (space->strip().hasKeys)
+            head.placeKeys(layout, plots);
         strips.push_back(std::move(layout));
     }
     return strips;

@@ -14,7 +14,7 @@ class CPTXYPlotSpace;
 /// What laying out a strip answers. Values that borrow from the graph; main thread only. Points, y downward.
 namespace plotkit {
 
-/// A sample of a plot's line beside its name.
+/// A sample of a plot's line beside its name, which may be empty.
 struct PlacedKey {
     const CPTScatterPlot* plot = nullptr;
     QLineF sample;

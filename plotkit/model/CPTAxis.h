@@ -10,7 +10,7 @@
 
 class CPTXYPlotSpace;
 
-enum class CPTAxisLabelingPolicy { Automatic, FixedInterval, Calendar };
+enum class CPTAxisLabelingPolicy { Automatic, FixedInterval, Calendar, Logarithmic };
 /// Which ticks of a fixed interval are kept where there is no room for all: those at round multiples, or, for an
 /// interval in seconds, those at round times of day and whole days.
 enum class CPTTickThinning { RoundNumbers, ClockTimes };
@@ -20,9 +20,10 @@ enum class CPTSign { None, Positive, Negative };  ///< None: ticks cross the axi
 ///
 /// Fixed interval: majors at whole multiples of `majorIntervalLength` from `labelingOrigin`. Automatic: about five
 /// majors at 1, 2 or 5 × 10ⁿ; the stored interval is kept but not used. Calendar, for an axis in seconds since
-/// 1970-01-01 UTC: majors at round local times, days, months or years, as many as have room for a label. Where ticks
-/// stand depends on the axis alone, but for the room that its labels take. The axis set *shares* it with whoever added
-/// it. Main thread only.
+/// 1970-01-01 UTC: majors at round local times, days, months or years, as many as have room for a label. Logarithmic,
+/// for an axis whose numbers are powers of ten: majors at whole powers, or also at their twos and fives, minors at the
+/// other digits. Where ticks stand depends on the axis alone, but for the room that its labels take. The axis set
+/// *shares* it with whoever added it. Main thread only.
 class CPTXYAxis {
 public:
     explicit CPTXYAxis(CPTCoordinate coordinate);
@@ -68,6 +69,9 @@ public:
     void setAxisConstraints(const std::optional<CPTConstraints>& constraints) { set(m_axisConstraints, constraints); }
     CPTSign tickDirection() const { return m_tickDirection; }
     void setTickDirection(CPTSign direction) { set(m_tickDirection, direction); }
+
+    /// Lines, ticks, texts and directions as the other's; place, plot space, labelling and title stay.
+    void takeStyleOf(const CPTXYAxis& other);
 
     const std::optional<CPTLineStyle>& axisLineStyle() const { return m_axisLineStyle; }
     void setAxisLineStyle(const std::optional<CPTLineStyle>& style) { set(m_axisLineStyle, style); }

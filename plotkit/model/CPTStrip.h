@@ -14,8 +14,9 @@ struct CPTStrip {
     CPTFill fill{};              ///< beneath grid and plots, without the head room
     std::optional<CPTLineStyle> borderLineStyle{};
 
-    /// In the head room: a title, then a sample and the name of each plot that is shown and has a title.
+    /// In the head room: a title, then, if asked for, a sample and the title of each plot that is shown.
     QString title{};
+    bool hasKeys = false;
     CPTTextStyle titleTextStyle{};
     CPTTextStyle keyTextStyle{};
 

@@ -55,14 +55,25 @@ std::vector<PlacedLine> placeLines(const PlacedText& text, const QRectF& box, co
     return lines;
 }
 
-void drawHalo(QPainter& painter, const std::vector<PlacedLine>& lines, const QColor& textColor, double density)
+/// Sets a text off from what lies beneath it. On a page by a plate: how the toolkit strokes outlines there depends on
+/// what was drawn before, and the same graph is to give the same bytes.
+void drawHalo(QPainter& painter, const std::vector<PlacedLine>& lines, const QColor& textColor,
+              const TextPlacing& placing)
 {
+    QColor color = textColor.lightnessF() > 0.5F ? QColor(Qt::black) : QColor(Qt::white);
+    color.setAlphaF(kHaloOpacity);
+    if (!placing.snaps) {
+        const QFontMetricsF metrics(painter.font(), painter.device());
+        for (const PlacedLine& line : lines)
+            painter.fillRect(QRectF(line.baseline - QPointF(kHaloWidth / 2, metrics.ascent()),
+                                    QSizeF(metrics.horizontalAdvance(line.text) + kHaloWidth, lineHeight(metrics))),
+                             color);
+        return;
+    }
     QPainterPath outline;
     for (const PlacedLine& line : lines)
         outline.addText(line.baseline, painter.font(), line.text);
-    QColor color = textColor.lightnessF() > 0.5F ? QColor(Qt::black) : QColor(Qt::white);
-    color.setAlphaF(kHaloOpacity);
-    painter.strokePath(outline, QPen(color, kHaloWidth * density, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin));
+    painter.strokePath(outline, QPen(color, kHaloWidth * placing.density, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin));
 }
 
 void drawLines(QPainter& painter, const PlacedText& text, const QRectF& box, const CPTTextStyle& style,
@@ -71,7 +82,7 @@ void drawLines(QPainter& painter, const PlacedText& text, const QRectF& box, con
     const std::vector<PlacedLine> lines =
         placeLines(text, box, QFontMetricsF(painter.font(), painter.device()), placing);
     if (placing.hasHalo)
-        drawHalo(painter, lines, style.color, placing.density);
+        drawHalo(painter, lines, style.color, placing);
     painter.setPen(style.color);
     for (const PlacedLine& line : lines)
         painter.drawText(line.baseline, line.text);

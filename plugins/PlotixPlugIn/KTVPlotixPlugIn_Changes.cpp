@@ -18,6 +18,7 @@ namespace {
 const QString kProperties = QStringLiteral("properties");  // keys, in order
 const QString kHidden = QStringLiteral("hidden");          // keys
 const QString kReading = QStringLiteral("reading");        // choices of the parts of the reading, by their keys
+const QString kRanges = QStringLiteral("ranges");          // of the parts of the reading, by their keys
 const QString kTimes = QStringLiteral("times");            // location and length, seconds
 const QString kDates = QStringLiteral("dates");            // of the date panel, seconds
 const QString kValues = QStringLiteral("values");          // location and length
@@ -52,6 +53,8 @@ QVariantMap KTVPlotixPlugIn::changeable() const
     if (m_graph) {
         state.insert(kTimes, listFrom(m_graph->defaultPlotSpace()->xRange()));
         state.insert(kValues, listFrom(m_graph->defaultPlotSpace()->yRange()));
+        if (const QVariantMap ranges = m_reader->ranges(); !ranges.isEmpty())
+            state.insert(kRanges, ranges);
     }
     return state;
 }
@@ -69,6 +72,7 @@ void KTVPlotixPlugIn::changeTo(const QVariantMap& state)
         m_graph->defaultPlotSpace()->setXRange(*times);
     if (m_graph && values)
         m_graph->defaultPlotSpace()->setYRange(*values);
+    m_reader->setRanges(state.value(kRanges).toMap());
     const QVariantList dates = state.value(kDates).toList();
     if (dates.size() == 2 && dates != shownRange())
         m_dataCluster->updateDates(plotix::Date{dates[0].toDouble()}, plotix::Date{dates[1].toDouble()});

@@ -13,6 +13,7 @@
 #include "plugins/PlotixPlugIn/KTVPlotixPlugIn.h"
 
 #include "plugins/PlotixPlugIn/reading/ReadSpans.h"
+#include "plugins/PlotixPlugIn/reading/TrendReader.h"
 
 #include <QtCore/QScopedValueRollback>
 
@@ -72,10 +73,12 @@ void KTVPlotixPlugIn::showRecordsBeneath(const KTVRecordDictionaryPtr& records, 
     const bool hadGraph = m_graph != nullptr;
     const CPTPlotRange x = hadGraph ? m_graph->plotSpace().xRange() : CPTPlotRange();
     const CPTPlotRange y = hadGraph ? m_graph->plotSpace().yRange() : CPTPlotRange();
+    const QVariantMap ranges = m_reader->ranges();
     doValidDataSource(records, {});
     tellShown(*records, from, to);
     if (!hadGraph)
         return;
+    m_reader->setRanges(ranges);
     m_graph->defaultPlotSpace()->setXRange(x);
     m_graph->defaultPlotSpace()->setYRange(y);
 }

@@ -48,7 +48,8 @@ void KTVPlotixPlugIn::applyLineCommands()
         return;
     m_infoTable->setChoosesLines(wanted);
     if (wanted)
-        m_lineMenu = new LineMenu(m_hostView, m_dragDropView ? m_dragDropView->parentWidget() : nullptr, m_infoTable);
+        m_lineMenu = new LineMenu(m_hostView, m_dragDropView ? m_dragDropView->parentWidget() : nullptr, m_infoTable,
+                                  m_reader->menuActions());
     else
         delete m_lineMenu;
 }
@@ -75,8 +76,7 @@ QVariantMap KTVPlotixPlugIn::reading() const
 
 QList<QAction*> KTVPlotixPlugIn::readingActions() const
 {
-    const std::vector<QAction*> actions = m_reader->actions();
-    return {actions.begin(), actions.end()};
+    return m_reader->menuActions();
 }
 
 QObject* KTVPlotixPlugIn::trendReader() const
@@ -97,6 +97,7 @@ void KTVPlotixPlugIn::applyReading()
     KTVBundle* texts = KTVBundle::mainBundle();
     plotix::makeAxesReadable(*m_graph, {texts->localizedString(QStringLiteral(QT_TRANSLATE_NOOP("Plotix", "Time"))),
                                         texts->localizedString(QStringLiteral(QT_TRANSLATE_NOOP("Plotix", "Value")))});
+    m_reader->tell(&plotix::ReadingPart::restyled);
 }
 
 std::vector<plotix::LineReach> KTVPlotixPlugIn::linesShown() const
@@ -105,7 +106,7 @@ std::vector<plotix::LineReach> KTVPlotixPlugIn::linesShown() const
     std::vector<plotix::LineReach> lines;
     for (const CPTScatterPlotPtr& plot : m_graph->allPlots()) {
         const auto extent = plot->series() ? plot->series()->extent() : std::nullopt;
-        if (plot->isHidden() || !extent)
+        if (plot->isHidden() || !extent || &m_graph->plotSpaceOf(*plot) != &m_graph->plotSpace())
             continue;
         const auto property = std::find_if(properties.begin(), properties.end(), [&](const KTVPropertyPtr& each) {
             return each->propertyName() == plot->identifier();

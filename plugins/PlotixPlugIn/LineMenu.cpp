@@ -55,8 +55,8 @@ int rowOfProperty(const PropertyDetailsTableView& table, const QString& property
 
 }  // namespace
 
-LineMenu::LineMenu(QWidget* graph, QWidget* rootView, PropertyDetailsTableView* table)
-    : QObject(graph), m_rootView(rootView), m_table(table)
+LineMenu::LineMenu(QWidget* graph, QWidget* rootView, PropertyDetailsTableView* table, QList<QAction*> reading)
+    : QObject(graph), m_rootView(rootView), m_table(table), m_reading(std::move(reading))
 {
     graph->installEventFilter(this);
 }
@@ -79,6 +79,8 @@ std::unique_ptr<QMenu> LineMenu::makeMenu()
     auto menu = std::make_unique<QMenu>();
     if (m_rootView)
         menu->addActions(m_rootView->actions());
+    menu->addSeparator();
+    menu->addActions(m_reading);
     if (m_table && m_table->infoTableModel()->rowCount() > 0)
         addLines(*menu);
     return menu->isEmpty() ? nullptr : std::move(menu);

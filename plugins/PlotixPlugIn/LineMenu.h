@@ -16,7 +16,7 @@
 class LineMenu : public QObject {
     Q_OBJECT
 public:
-    LineMenu(QWidget* graph, QWidget* rootView, PropertyDetailsTableView* table);
+    LineMenu(QWidget* graph, QWidget* rootView, PropertyDetailsTableView* table, QList<QAction*> reading);
 
     /// A new menu; null where there is nothing to offer. The caller owns it.
     std::unique_ptr<QMenu> makeMenu();
@@ -29,4 +29,5 @@ private:
 
     QPointer<QWidget> m_rootView;
     QPointer<PropertyDetailsTableView> m_table;
+    QList<QAction*> m_reading;  // borrowed from the trend, which outlives the graph
 };

@@ -71,6 +71,17 @@ void TrendAccess::showTimes(const plotix::TimeSpan& times)
         m_plugIn.m_graph->defaultPlotSpace()->setXRange({times.from, times.to - times.from});
 }
 
+void TrendAccess::showValues(CPTXYPlotSpace& space, const CPTPlotRange& values)
+{
+    const QScopedValueRollback showing(m_plugIn.m_rangeBeingShown, true);
+    space.setYRange(values);
+}
+
+bool TrendAccess::movesByItself() const
+{
+    return m_plugIn.m_rangeBeingShown;
+}
+
 void TrendAccess::readDates(const plotix::TimeSpan& dates)
 {
     m_plugIn.m_dataCluster->updateDates(plotix::Date{dates.from}, plotix::Date{dates.to});
@@ -94,4 +105,9 @@ void TrendAccess::setMarkedSpan(const std::optional<plotix::TimeSpan>& span)
         return;
     m_markedSpan = span;
     m_plugIn.m_reader->tell(&plotix::ReadingPart::markedSpanSet);
+}
+
+void TrendAccess::tellRestyled()
+{
+    m_plugIn.m_reader->tell(&plotix::ReadingPart::restyled);
 }

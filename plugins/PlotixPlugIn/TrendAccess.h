@@ -21,11 +21,14 @@ public:
     std::optional<plotix::TimeSpan> dates() const override;
     std::optional<plotix::TimeSpan> readSpan() const override;
     void showTimes(const plotix::TimeSpan& times) override;
+    void showValues(CPTXYPlotSpace& space, const CPTPlotRange& values) override;
+    bool movesByItself() const override;
     void readDates(const plotix::TimeSpan& dates) override;
     void fit() override;
     plotix::ReadingPart* part(const QString& key) const override;
     std::optional<plotix::TimeSpan> markedSpan() const override { return m_markedSpan; }
     void setMarkedSpan(const std::optional<plotix::TimeSpan>& span) override;
+    void tellRestyled() override;
 
 private:
     KTVPlotixPlugIn& m_plugIn;

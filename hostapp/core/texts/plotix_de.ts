@@ -1162,6 +1162,114 @@
         <translation>Kopieren</translation>
     </message>
     <message>
+        <source>&amp;Automatic</source>
+        <translation>&amp;Automatisch</translation>
+    </message>
+    <message>
+        <source>&amp;One Scale</source>
+        <translation>&amp;Eine Skala</translation>
+    </message>
+    <message>
+        <source>Lane per &amp;Unit</source>
+        <translation>Spur je Ein&amp;heit</translation>
+    </message>
+    <message>
+        <source>Lane per &amp;Property</source>
+        <translation>Spur je &amp;Eigenschaft</translation>
+    </message>
+    <message>
+        <source>&amp;Arrangement</source>
+        <translation>&amp;Anordnung</translation>
+    </message>
+    <message>
+        <source>&amp;Lanes…</source>
+        <translation>&amp;Spuren …</translation>
+    </message>
+    <message>
+        <source>&amp;Equal Heights</source>
+        <translation>&amp;Gleiche Höhen</translation>
+    </message>
+    <message>
+        <source>Leave Out O&amp;utliers</source>
+        <translation>A&amp;usreißer auslassen</translation>
+    </message>
+    <message>
+        <source>Values far off the others become marks with their number at the edge of a lane.</source>
+        <translation>Werte weit abseits der anderen werden zu Marken mit ihrer Zahl am Rand einer Spur.</translation>
+    </message>
+    <message>
+        <source>Lane</source>
+        <translation>Spur</translation>
+    </message>
+    <message>
+        <source>Scale</source>
+        <translation>Skala</translation>
+    </message>
+    <message>
+        <source>Range</source>
+        <translation>Bereich</translation>
+    </message>
+    <message>
+        <source>Lowest</source>
+        <translation>Kleinster</translation>
+    </message>
+    <message>
+        <source>Highest</source>
+        <translation>Größter</translation>
+    </message>
+    <message>
+        <source>Height</source>
+        <translation>Höhe</translation>
+    </message>
+    <message>
+        <source>All values</source>
+        <translation>Alle Werte</translation>
+    </message>
+    <message>
+        <source>Without outliers</source>
+        <translation>Ohne Ausreißer</translation>
+    </message>
+    <message>
+        <source>Only growing</source>
+        <translation>Nur wachsend</translation>
+    </message>
+    <message>
+        <source>Fixed</source>
+        <translation>Fest</translation>
+    </message>
+    <message>
+        <source>Lanes</source>
+        <translation>Spuren</translation>
+    </message>
+    <message>
+        <source>OK</source>
+        <translation>OK</translation>
+    </message>
+    <message>
+        <source>Linear</source>
+        <translation>Linear</translation>
+    </message>
+    <message>
+        <source>Logarithmic</source>
+        <translation>Logarithmisch</translation>
+    </message>
+    <message>
+        <source>The lowest value must be a number below the highest.</source>
+        <translation>Der kleinste Wert muss eine Zahl unter dem größten sein.</translation>
+    </message>
+    <message>
+        <source>A logarithmic scale begins above zero: type a lowest value above 0.</source>
+        <translation>Eine logarithmische Skala beginnt über null: einen kleinsten Wert über 0 eingeben.</translation>
+    </message>
+    <message>
+        <source>A height is a number above 0, in proportion to the others.</source>
+        <translation>Eine Höhe ist eine Zahl über 0, im Verhältnis zu den anderen.</translation>
+    </message>
+    <message>
+        <source>1 value off the scale: %1</source>
+        <translation>1 Wert außerhalb der Skala: %1</translation>
+    </message>
+    <message>
         <source>&amp;Values</source>
         <translation>&amp;Werte</translation>
     </message>
@@ -1334,6 +1442,38 @@
         <translation>Geben Sie zwei Zeiten ein oder setzen Sie die Marken im Diagramm.</translation>
     </message>
     <message>
+        <source>%1 values off the scale, up to %2</source>
+        <translation>%1 Werte außerhalb der Skala, bis %2</translation>
+    </message>
+    <message>
+        <source>&amp;Back</source>
+        <translation>&amp;Zurück</translation>
+    </message>
+    <message>
+        <source>For&amp;ward</source>
+        <translation>&amp;Vor</translation>
+    </message>
+    <message>
+        <source>Fit &amp;Values to Shown Times</source>
+        <translation>&amp;Werte an gezeigte Zeiten anpassen</translation>
+    </message>
+    <message>
+        <source>Fit &amp;Everything</source>
+        <translation>&amp;Alles einpassen</translation>
+    </message>
+    <message>
+        <source>&amp;Zoom to a Box</source>
+        <translation>&amp;Rahmen vergrößern</translation>
+    </message>
+    <message>
+        <source>Draw a box with the next drag, or at any time with Ctrl held; a low one zooms the times alone.</source>
+        <translation>Beim nächsten Ziehen einen Rahmen aufziehen, jederzeit mit gehaltener Strg-Taste; ein flacher vergrößert nur die Zeiten.</translation>
+    </message>
+    <message>
+        <source>&amp;Move</source>
+        <translation>&amp;Bewegen</translation>
+    </message>
+    <message>
         <source>Go to Maximum</source>
         <translation>Zum Maximum</translation>
     </message>
@@ -1364,10 +1504,6 @@
     <message>
         <source>Std. Deviation</source>
         <translation>Standardabw.</translation>
-    </message>
-    <message>
-        <source>Range</source>
-        <translation>Spannweite</translation>
     </message>
     <message>
         <source>First</source>
@@ -1921,6 +2057,10 @@
     <message>
         <source>Change Range</source>
         <translation>Ausschnitt ändern</translation>
+    </message>
+    <message>
+        <source>Change View</source>
+        <translation>Ansicht ändern</translation>
     </message>
     <message>
         <source>Move Value Line</source>

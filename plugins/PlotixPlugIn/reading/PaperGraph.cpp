@@ -55,6 +55,17 @@ void styleAxis(CPTXYAxis& axis)
     axis.setLabelTextStyle(text);
 }
 
+CPTStrip stripOnPaper(CPTStrip strip)
+{
+    strip.fill = CPTFill::none();
+    if (strip.borderLineStyle)
+        strip.borderLineStyle = line(0.5, CPTColor(0xd0, 0xd4, 0xda));
+    strip.titleTextStyle.color = ink();
+    strip.keyTextStyle.color = ink();
+    strip.titleTextStyle.fontSize = strip.keyTextStyle.fontSize = kTextSize;
+    return strip;
+}
+
 /// Gives a graph the look for paper, and its own back when it goes.
 class PaperLook {
 public:
@@ -70,6 +81,8 @@ public:
             m_axes.push_back({axis, *axis});
         for (const CPTScatterPlotPtr& plot : graph.allPlots())
             m_lines.push_back(plot->dataLineStyle());
+        for (const CPTXYPlotSpacePtr& space : graph.allPlotSpaces())
+            m_strips.emplace_back(space, space->strip());
         apply();
     }
     ~PaperLook()
@@ -83,6 +96,8 @@ public:
             *axis = before;
         for (std::size_t index = 0; index < m_lines.size(); ++index)
             m_graph.allPlots()[index]->setDataLineStyle(m_lines[index]);
+        for (const auto& [space, before] : m_strips)
+            space->setStrip(before);
         m_graph.setNeedsDisplay();
     }
     PaperLook(const PaperLook&) = delete;
@@ -100,6 +115,8 @@ private:
         m_graph.setTitle(QString());
         for (const auto& [axis, before] : m_axes)
             styleAxis(*axis);
+        for (const auto& [space, before] : m_strips)
+            space->setStrip(stripOnPaper(before));
         for (const CPTScatterPlotPtr& plot : m_graph.allPlots()) {
             CPTLineStyle style = plot->dataLineStyle();
             style.width = std::min(style.width, kLineWidth);
@@ -116,6 +133,7 @@ private:
     QString m_title;
     std::vector<std::pair<CPTXYAxisPtr, CPTXYAxis>> m_axes;  // each with what it was
     std::vector<CPTLineStyle> m_lines;                       // of the plots, in their order
+    std::vector<std::pair<CPTXYPlotSpacePtr, CPTStrip>> m_strips;
 };
 
 }  // namespace

@@ -1,8 +1,10 @@
 #include "plugins/PlotixPlugIn/reading/TrendReader.h"
 
 #include "plotkit/widget/CPTGraphHostingView.h"
+#include "plugins/PlotixPlugIn/reading/lanes/Arrangement.h"
 #include "plugins/PlotixPlugIn/reading/line/LinePart.h"
 #include "plugins/PlotixPlugIn/reading/marks/MarksPart.h"
+#include "plugins/PlotixPlugIn/reading/moves/ViewMoves.h"
 #include "plugins/PlotixPlugIn/reading/statistics/StatisticsPart.h"
 
 #include <QtGui/QKeyEvent>
@@ -14,6 +16,8 @@ namespace plotix {
 // The order is that of their menus. A part that needs another one's work stands after it.
 TrendReader::TrendReader(ReadTrend& trend) : m_trend(trend)
 {
+    add(std::make_unique<Arrangement>(trend));
+    add(std::make_unique<ViewMoves>(trend));
     add(std::make_unique<LinePart>(trend));
     add(std::make_unique<MarksPart>(trend));
     add(std::make_unique<StatisticsPart>(trend));
@@ -50,6 +54,21 @@ void TrendReader::chooseOnly(const QVariantMap& choices)
             part->choose(choices.value(part->key()).toMap());
 }
 
+QVariantMap TrendReader::ranges() const
+{
+    QVariantMap ranges;
+    for (const auto& part : m_parts)
+        if (const QVariantMap own = part->ranges(); !own.isEmpty())
+            ranges.insert(part->key(), own);
+    return ranges;
+}
+
+void TrendReader::setRanges(const QVariantMap& ranges)
+{
+    for (const auto& part : m_parts)
+        part->setRanges(ranges.value(part->key()).toMap());
+}
+
 ReadingPart* TrendReader::part(const QString& key) const
 {
     const auto found =
@@ -65,6 +84,28 @@ std::vector<QAction*> TrendReader::actions() const
         all.insert(all.end(), own.begin(), own.end());
     }
     return all;
+}
+
+const QList<QAction*>& TrendReader::menuActions()
+{
+    if (!m_menuActions.isEmpty())
+        return m_menuActions;
+    for (QAction* action : actions()) {
+        const QString title = menuOf(*action);
+        if (title.isEmpty()) {
+            m_menuActions << action;
+            continue;
+        }
+        auto menu =
+            std::find_if(m_menus.begin(), m_menus.end(), [&](const auto& each) { return each->title() == title; });
+        if (menu == m_menus.end()) {
+            menu = m_menus.insert(m_menus.end(), std::make_unique<QMenu>(title));
+            (*menu)->setToolTipsVisible(true);
+            m_menuActions << (*menu)->menuAction();
+        }
+        (*menu)->addAction(action);
+    }
+    return m_menuActions;
 }
 
 TableFigures* TrendReader::tableFigures() const

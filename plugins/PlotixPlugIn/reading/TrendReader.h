@@ -2,6 +2,9 @@
 
 #include "plugins/PlotixPlugIn/reading/trend/ReadingPart.h"
 
+#include <QtCore/QList>
+#include <QtWidgets/QMenu>
+
 #include <memory>
 #include <vector>
 
@@ -25,9 +28,16 @@ public:
     /// The same, but parts that are not named have none afterwards.
     void chooseOnly(const QVariantMap& choices);
 
+    /// The ranges of all parts, by their keys, as those of the trend itself to be put back by undo.
+    QVariantMap ranges() const;
+    void setRanges(const QVariantMap& ranges);
+
     ReadingPart* part(const QString& key) const;  ///< null when there is none
     std::vector<QAction*> actions() const;        ///< of all parts, in their order
-    TableFigures* tableFigures() const;           ///< of the part that has some; null when none has
+    /// The same as people meet them: one for each menu, which shows it, and those that stand by themselves. Owned, the
+    /// same on every call.
+    const QList<QAction*>& menuActions();
+    TableFigures* tableFigures() const;  ///< of the part that has some; null when none has
 
     template <class Tell, class... Arguments>
     void tell(Tell what, Arguments&&... arguments)
@@ -48,6 +58,8 @@ private:
 
     ReadTrend& m_trend;
     std::vector<std::unique_ptr<ReadingPart>> m_parts;
+    std::vector<std::unique_ptr<QMenu>> m_menus;
+    QList<QAction*> m_menuActions;
 };
 
 }  // namespace plotix

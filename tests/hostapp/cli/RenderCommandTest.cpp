@@ -62,6 +62,15 @@ TEST_F(RenderCommandTest, RenderTakesAChoiceOfGaps)
                   QStringLiteral("leave out --gaps"));
 }
 
+TEST_F(RenderCommandTest, RenderTakesAnArrangement)
+{
+    importWeather();
+    ASSERT_EQ(run({"render", site(), "--arrangement", "lane-per-unit", "--output", path("a.png")}), 0);
+    EXPECT_EQ(m_services.rendered[0].reading, (QVariantMap{{"arrangement", QVariantMap{{"kind", "lane-per-unit"}}}}));
+    expectFailure({"render", site(), "--arrangement", "lanes", "--output", path("a.png")}, 2,
+                  QStringLiteral("--arrangement"));
+}
+
 TEST_F(RenderCommandTest, RenderTakesAValueLineAndMarks)
 {
     importWeather();
@@ -75,7 +84,7 @@ TEST_F(RenderCommandTest, RenderTakesAValueLineAndMarks)
     expectFailure({"render", site(), "--marks", "2015-01-01", "--output", path("a.png")}, 2,
                   QStringLiteral("must be two times"));
     expectFailure({"render", site(), "--at", "2015-01-01", "--bare", "--output", path("a.png")}, 2,
-                  QStringLiteral("leave out --at"));
+                  QStringLiteral("leave out --arrangement, --at"));
 }
 
 TEST_F(RenderCommandTest, LookupsListWhatThereIs)

@@ -51,11 +51,21 @@ TEST_F(TrendRendererTest, AChoiceOfReadingIsDrawn)
 TEST_F(TrendRendererTest, ValuesBeyondTheUsualLimitAreDrawnInAPicture)
 {
     site.store(*station, {kStart, kStart + 60, kStart + 120}, {0, 9000, 0});
-    RenderRequest cut, all;
+    const QVariantMap oneScale{{QStringLiteral("kind"), QStringLiteral("one-scale")}};
+    RenderRequest plain, cut, all;
+    plain.reading = {{QStringLiteral("arrangement"), oneScale}};
+    cut.reading = {{QStringLiteral("arrangement"), oneScale}, {QStringLiteral("unlimitedValues"), false}};
+    all.reading = {{QStringLiteral("arrangement"), oneScale}, {QStringLiteral("unlimitedValues"), true}};
+    EXPECT_EQ(render(kStart, kStart + 120, plain), render(kStart, kStart + 120, all));
+    EXPECT_NE(render(kStart, kStart + 120, plain), render(kStart, kStart + 120, cut));
+}
+
+TEST_F(TrendRendererTest, LanesKnowNoLimit)
+{
+    site.store(*station, {kStart, kStart + 60, kStart + 120}, {0, 9000, 0});
+    RenderRequest cut;
     cut.reading = {{QStringLiteral("unlimitedValues"), false}};
-    all.reading = {{QStringLiteral("unlimitedValues"), true}};
-    EXPECT_EQ(render(kStart, kStart + 120), render(kStart, kStart + 120, all));
-    EXPECT_NE(render(kStart, kStart + 120), render(kStart, kStart + 120, cut));
+    EXPECT_EQ(render(kStart, kStart + 120), render(kStart, kStart + 120, cut));
 }
 
 }  // namespace

@@ -39,6 +39,7 @@ protected:
     {
         CPTStrip strip = upper->strip();
         strip.title = title;
+        strip.hasKeys = true;
         upper->setStrip(strip);
     }
     CPTScatterPlotPtr addPlot(const QString& title)
@@ -110,8 +111,19 @@ TEST_F(StripTest, TheHeadHoldsTitleAndKeysAboveTheStripsPlots)
     EXPECT_GT(strip.keys[0].name.box.left(), strip.keys[0].sample.x2());
 }
 
+TEST_F(StripTest, ASampleWithoutANameStandsAtTheHeightOfTheOthers)
+{
+    entitle(QStringLiteral("Heat"));
+    addPlot(QStringLiteral("Air"));
+    addPlot(QString());
+    const StripLayout strip = layOut().strips[0];
+    ASSERT_EQ(strip.keys.size(), 2U);
+    EXPECT_EQ(strip.keys[1].sample.y1(), strip.keys[0].sample.y1());
+}
+
 TEST_F(StripTest, KeysWithoutRoomAreCounted)
 {
+    entitle(QString());
     for (int index = 0; index < 30; ++index)
         addPlot(QStringLiteral("Some longer name"));
     const StripLayout strip = layOut().strips[0];

@@ -69,7 +69,7 @@ protected:
     plotix::StatisticsHeading& heading() { return *trend->view()->findChild<plotix::StatisticsHeading*>(); }
     QAction* action(const QString& text)
     {
-        for (QAction* each : trend->readingActions())
+        for (QAction* each : static_cast<plotix::TrendReader*>(trend->trendReader())->actions())
             if (each->text() == text)
                 return each;
         return nullptr;

@@ -50,6 +50,10 @@ public:
     virtual std::optional<TimeSpan> readSpan() const = 0;
     /// Moves the graph to these times; the records stay as they are. Modifier keys mean nothing to it.
     virtual void showTimes(const TimeSpan& times) = 0;
+    /// The same for the values of one of the graph's plot spaces.
+    virtual void showValues(CPTXYPlotSpace& space, const CPTPlotRange& values) = 0;
+    /// Whether ranges are set right now by the trend itself or its host, as while records are followed.
+    virtual bool movesByItself() const = 0;
     /// Puts dates into the date panel and fetches their records, as Refresh does.
     virtual void readDates(const TimeSpan& dates) = 0;
     /// Fits times and values to the records shown, as the trend's own "fit" does.
@@ -60,6 +64,8 @@ public:
     /// The stretch between the marks A and B, if both are set. Kept for the parts: whoever sets it tells all.
     virtual std::optional<TimeSpan> markedSpan() const = 0;
     virtual void setMarkedSpan(const std::optional<TimeSpan>& span) = 0;
+    /// To be called by whoever gave axes or frame another look.
+    virtual void tellRestyled() = 0;
 };
 
 /// The line of this key; nothing when it has no plot.

@@ -35,6 +35,10 @@ public:
     /// kind, are passed over.
     virtual void choose(const QVariantMap& choices) = 0;
 
+    /// Ranges that the user's hands move and that are no choices: undone with the trend's, never archived.
+    virtual QVariantMap ranges() const { return {}; }
+    virtual void setRanges(const QVariantMap& /*ranges*/) {}
+
     // What the trend view tells. A part that does not care does nothing.
     virtual void viewLoaded() {}
     virtual void graphBuilt() {}                            ///< a new graph, still without plots
@@ -43,6 +47,7 @@ public:
     virtual void fitted() {}                                ///< by the trend, to everything
     virtual void linesChanged() {}                          ///< some are hidden or shown, or have another colour
     virtual void rangeSet(CPTCoordinate /*coordinate*/) {}  ///< of the graph's default plot space
+    virtual void restyled() {}                              ///< axes and frame of the graph have another look
     virtual void markedSpanSet() {}
     /// A key pressed in the graph that the contract leaves free; answers whether it was meant for this part.
     virtual bool keyPressed(const QKeyEvent& /*event*/) { return false; }

@@ -203,7 +203,7 @@ TEST_F(LinePartTest, ATypedTimeIsGoneTo)
 TEST_F(LinePartTest, EveryActionStandsInAMenuAndDoesWhatItsKeyDoes)
 {
     holdAt(10);
-    for (const QAction* each : trend().readingActions())
+    for (const QAction* each : static_cast<plotix::TrendReader*>(trend().trendReader())->actions())
         EXPECT_FALSE(plotix::menuOf(*each).isEmpty());
     action("Next Record")->trigger();
     EXPECT_DOUBLE_EQ(standing(), 11);

@@ -67,7 +67,7 @@ protected:
     }
     QAction* action(const QString& text)
     {
-        for (QAction* each : trend().readingActions())
+        for (QAction* each : static_cast<plotix::TrendReader*>(trend().trendReader())->actions())
             if (each->text().remove(QLatin1Char('&')) == text)
                 return each;
         ADD_FAILURE() << "no action " << text.toStdString();

@@ -1,0 +1,73 @@
+#pragma once
+
+#include "plotkit/model/CPTXYGraph.h"
+#include "plugins/PlotixPlugIn/reading/lanes/LaneScale.h"
+#include "plugins/PlotixPlugIn/reading/lanes/UnitPrefix.h"
+
+#include <QtCore/QString>
+
+#include <functional>
+#include <vector>
+
+/// One lane of a graph: a strip with a plot space of its own that follows the time of the others, and a value axis.
+///
+/// The arrangement *owns* it; the graph *shares* space and axis until the lane goes. Main thread only.
+namespace plotix {
+
+/// Whose modifier keys hold a lane's values; asked at every move.
+class LaneDelegate : public CPTPlotSpaceDelegate {
+public:
+    bool plotSpaceShouldScaleBy(CPTXYPlotSpace*, double, QPointF) override { return true; }
+    CPTPlotRange plotSpaceWillChangePlotRangeTo(CPTXYPlotSpace* space, const CPTPlotRange& range,
+                                                CPTCoordinate coordinate) override;
+    void plotSpaceDidChangePlotRangeForCoordinate(CPTXYPlotSpace*, CPTCoordinate) override {}
+    bool plotSpaceShouldHandlePointingDeviceUpEvent(CPTXYPlotSpace*, QPointF) override { return true; }
+    bool plotSpaceShouldHandlePointingDeviceCancelledEvent(CPTXYPlotSpace*) override { return true; }
+};
+
+class Lane {
+public:
+    Lane(CPTXYGraph& graph, QString key);
+    ~Lane();
+    Lane(const Lane&) = delete;
+    Lane& operator=(const Lane&) = delete;
+
+    const QString& key() const { return m_key; }
+    const CPTXYPlotSpacePtr& space() const { return m_space; }
+    const LaneSettings& settings() const { return m_settings; }
+    void setSettings(const LaneSettings& settings) { m_settings = settings; }
+
+    /// Takes plots into the lane, whose unit and common name are given, and shows them on its own scale.
+    void setPlots(const std::vector<CPTScatterPlotPtr>& plots, const QString& name, const QString& unitSymbol);
+    void setStrip(double top, double bottom);
+
+    /// Fits the values by the settings.
+    void fit();
+
+    /// Takes over the looks of the graph's value axis.
+    void restyle();
+
+    QString title() const;  ///< "Temperature (°C)"
+    /// A value of the lane's range, written by `write`, with the unit of its axis.
+    QString valueText(double value, const std::function<QString(double)>& write) const;
+    const std::vector<CPTScatterPlotPtr>& plots() const { return m_plots; }
+
+private:
+    void putOnScale();
+    void updatePrefix();
+
+    CPTXYGraph& m_graph;  // borrowed: outlives the lane
+    QString m_key;
+    QString m_name;
+    QString m_unitSymbol;
+    PrefixedUnit m_prefixed;
+    LaneSettings m_settings;
+    LaneDelegate m_delegate;
+    CPTXYPlotSpacePtr m_space = std::make_shared<CPTXYPlotSpace>();
+    CPTXYAxisPtr m_axis = std::make_shared<CPTXYAxis>(CPTCoordinate::Y);
+    std::vector<CPTScatterPlotPtr> m_plots;
+    std::vector<CPTSeriesControllerPtr> m_plain, m_scaled;  // of the plots; scaled ones only where logarithmic
+    double m_top = 0, m_bottom = 1;
+};
+
+}  // namespace plotix

@@ -1,0 +1,83 @@
+#include "plugins/PlotixPlugIn/reading/lanes/LaneDividers.h"
+
+#include "plotkit/widget/CPTGraphHostingView.h"
+#include "plugins/PlotixPlugIn/reading/lanes/Arrangement.h"
+
+#include <QtGui/QMouseEvent>
+
+#include <cmath>
+
+namespace plotix {
+
+namespace {
+
+constexpr double kReach = 5;  // points to either side of an edge
+
+}  // namespace
+
+void LaneDividers::watch(CPTGraphHostingView* view)
+{
+    m_view = view;
+    view->setMouseTracking(true);
+    view->installEventFilter(this);
+}
+
+std::optional<std::size_t> LaneDividers::edgeAt(const QPointF& point) const
+{
+    if (m_arrangement.lanes().size() < 2 || !m_view || !m_view->hostedGraph())
+        return std::nullopt;
+    const QRectF area = m_view->geometryShown(*m_view->hostedGraph()).plotArea;
+    if (point.x() < area.left() || point.x() > area.right())
+        return std::nullopt;
+    for (std::size_t lane = 1; lane < m_arrangement.lanes().size(); ++lane) {
+        const double edge = area.top() + m_arrangement.lanes()[lane]->space()->strip().top * area.height();
+        if (std::abs(point.y() - edge) <= kReach)
+            return lane;
+    }
+    return std::nullopt;
+}
+
+void LaneDividers::dragTo(const QPointF& point)
+{
+    const QRectF area = m_view->geometryShown(*m_view->hostedGraph()).plotArea;
+    if (area.height() > 0)
+        m_arrangement.moveUpperEdgeOf(*m_dragged, (point.y() - area.top()) / area.height());
+}
+
+void LaneDividers::showCursorFor(const QPointF& point)
+{
+    const bool isWanted = m_dragged || edgeAt(point);
+    if (isWanted)
+        m_view->setCursor(Qt::SplitVCursor);
+    else if (m_hasCursor)
+        m_view->unsetCursor();
+    m_hasCursor = isWanted;
+}
+
+bool LaneDividers::eventFilter(QObject* watched, QEvent* event)
+{
+    if (watched != m_view || !m_view->hostedGraph())
+        return false;
+    const auto* mouse = dynamic_cast<QMouseEvent*>(event);
+    if (!mouse)
+        return false;
+    switch (event->type()) {
+    case QEvent::MouseButtonPress:
+        m_dragged = mouse->button() == Qt::LeftButton ? edgeAt(mouse->position()) : std::nullopt;
+        return m_dragged.has_value();
+    case QEvent::MouseMove:
+        if (m_dragged)
+            dragTo(mouse->position());
+        else if (mouse->buttons() == Qt::NoButton)
+            showCursorFor(mouse->position());
+        return m_dragged.has_value();
+    case QEvent::MouseButtonRelease: {
+        const bool wasDragged = m_dragged.has_value();
+        m_dragged.reset();
+        return wasDragged;
+    }
+    default: return false;
+    }
+}
+
+}  // namespace plotix

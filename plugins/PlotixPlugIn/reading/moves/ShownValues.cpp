@@ -1,0 +1,73 @@
+#include "plugins/PlotixPlugIn/reading/moves/ShownValues.h"
+
+#include "plotkit/model/CPTSeriesIndex.h"
+
+#include <algorithm>
+#include <cmath>
+
+namespace plotix {
+
+namespace {
+
+constexpr double kMargin = 0.05;
+
+void join(std::optional<ShownReach>& all, double lowest, double highest)
+{
+    all =
+        all ? ShownReach{std::min(all->lowest, lowest), std::max(all->highest, highest)} : ShownReach{lowest, highest};
+}
+
+std::optional<ShownReach> reachOf(const CPTPointSeries& series, const CPTPlotRange& times)
+{
+    std::optional<ShownReach> reach;
+    if (!series.isXSorted()) {
+        for (std::size_t element = 0; element < series.elementCount(); ++element)
+            if (series.isPoint(element) && std::isfinite(series.y()[element]) &&
+                series.x()[element] >= times.minLimit() && series.x()[element] <= times.maxLimit())
+                join(reach, static_cast<double>(series.y()[element]), static_cast<double>(series.y()[element]));
+        return reach;
+    }
+    const double* const begin = series.x().data();
+    const double* const end = begin + series.elementCount();
+    const auto first = static_cast<std::size_t>(std::lower_bound(begin, end, times.minLimit()) - begin);
+    const auto last = static_cast<std::size_t>(std::upper_bound(begin, end, times.maxLimit()) - begin);
+    const CPTSeriesIndex::MinMax found = series.index().minMax(first, std::max(first, last));
+    if (!found.isEmpty())
+        join(reach, static_cast<double>(found.min), static_cast<double>(found.max));
+    return reach;
+}
+
+}  // namespace
+
+std::optional<ShownReach> shownReach(const CPTXYGraph& graph, const CPTXYPlotSpace& space)
+{
+    std::optional<ShownReach> all;
+    for (const CPTScatterPlotPtr& plot : graph.plotsIn(space)) {
+        const CPTPointSeriesPtr series = plot->isHidden() ? nullptr : plot->series();
+        if (const auto reach = series ? reachOf(*series, space.xRange()) : std::nullopt)
+            join(all, reach->lowest, reach->highest);
+    }
+    return all;
+}
+
+void fitValuesToShownTimes(CPTXYGraph& graph, CPTXYPlotSpace& space)
+{
+    const std::optional<ShownReach> reach = shownReach(graph, space);
+    if (!reach)
+        return;
+    double length = reach->highest - reach->lowest;
+    if (!(length > 0))
+        length = std::max(std::abs(reach->highest) * 0.1, 1e-3);
+    const double middle = (reach->lowest + reach->highest) / 2;
+    const double wanted = length * (1 + 2 * kMargin);
+    space.setYRange({middle - wanted / 2, wanted});
+}
+
+void fitValuesToShownTimes(CPTXYGraph& graph)
+{
+    const std::vector<CPTXYPlotSpacePtr> spaces = graph.allPlotSpaces();
+    for (const CPTXYPlotSpacePtr& space : spaces)
+        fitValuesToShownTimes(graph, *space);
+}
+
+}  // namespace plotix
