@@ -186,6 +186,17 @@ void InfoTableModel::setReadableNumbers(bool readable)
         emit dataChanged(index(0, 0), index(m_rowCount - 1, kColumnCount - 1));
 }
 
+std::shared_ptr<const CPTScatterPlot> InfoTableModel::plotOf(const InfoTableRow& row) const
+{
+    return m_plotOf ? m_plotOf(row.propertyName) : nullptr;
+}
+
+void InfoTableModel::plotsChanged()
+{
+    if (m_rowCount > 0)
+        emit dataChanged(index(0, Color), index(m_rowCount - 1, Color));
+}
+
 QString InfoTableModel::textAt(const InfoTableRow& row, int column) const
 {
     return m_numbers ? readableText(row, column, *m_numbers) : displayText(row, column);
@@ -201,6 +212,7 @@ QVariant InfoTableModel::data(const QModelIndex& index, int role) const
     case Qt::AccessibleTextRole: return accessibleText(*row, index.column(), textAt(*row, index.column()));
     case Qt::TextAlignmentRole: return QVariant(kColumns[index.column()].alignment | Qt::AlignVCenter);
     case Qt::DecorationRole: return index.column() == Color ? QVariant(row->color) : QVariant();
+    case kPlotRole: return index.column() == Color ? QVariant::fromValue(plotOf(*row)) : QVariant();
     case Qt::ToolTipRole: return index.column() == Property ? QVariant(plainToolTip(row->tableName)) : QVariant();
     default: return {};
     }

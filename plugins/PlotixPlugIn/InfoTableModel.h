@@ -1,10 +1,14 @@
 #pragma once
 
+#include "plotkit/model/CPTScatterPlot.h"
 #include "plugins/PlotixPlugIn/InfoTableRow.h"
 #include "plugins/PlotixPlugIn/reading/ReadableNumbers.h"
 
 #include <QtCore/QAbstractTableModel>
 #include <QtCore/QPointer>
+
+#include <functional>
+#include <memory>
 
 /// The rows of the statistics table as the table view reads them: the arranged objects of the array controller.
 ///
@@ -16,6 +20,8 @@ class InfoTableModel : public QAbstractTableModel {
 public:
     enum Column { Show, Color, Property, Unit, Minimum, Maximum, Average, Points };
     static constexpr int kColumnCount = 8;
+    /// Of the colour's column: the plot whose line is shown there, a shared pointer; null: the colour itself.
+    static constexpr int kPlotRole = Qt::UserRole;
 
     explicit InfoTableModel(QObject* parent = nullptr);
 
@@ -53,6 +59,12 @@ public:
     /// Numbers as people read them, in the user's locale; not so at first.
     void setReadableNumbers(bool readable);
 
+    /// Answers the plot whose line stands for the row of a property, or null. None at first.
+    using PlotOf = std::function<std::shared_ptr<const CPTScatterPlot>(const QString& propertyName)>;
+    void setPlotOf(PlotOf plotOf) { m_plotOf = std::move(plotOf); }
+    std::shared_ptr<const CPTScatterPlot> plotOf(const InfoTableRow& row) const;
+    void plotsChanged();  ///< their looks
+
     /// Null outside the rows.
     InfoTableRowPtr rowAt(int row) const;
     void setShow(int row, bool show);
@@ -77,6 +89,7 @@ private:
     int m_rowCount = 0;
     bool m_following = false;
     int m_pauses = 0;
-    bool m_isBehind = false;                             ///< the controller has changed during a pause
+    bool m_isBehind = false;  ///< the controller has changed during a pause
+    PlotOf m_plotOf;
     std::unique_ptr<plotix::ReadableNumbers> m_numbers;  // null: the numbers' plain text
 };

@@ -12,9 +12,9 @@
 
 namespace {
 
-QVariantMap contentsOf(const InfoTableRow& row)
+QVariantMap contentsOf(const InfoTableRow& row, const QColor& color)
 {
-    return {{QStringLiteral("color"), plotix::colorOnPaper(row.color)},
+    return {{QStringLiteral("color"), plotix::colorOnPaper(color)},
             {QStringLiteral("name"), row.tableName},
             {QStringLiteral("unit"), row.unit},
             {QStringLiteral("minimum"), row.minimum},
@@ -32,7 +32,7 @@ QVariantMap KTVPlotixPlugIn::reportContents() const
     QVariantList rows;
     for (const InfoTableRowPtr& row : *m_infoTableArray)
         if (row->show)
-            rows << contentsOf(*row);
+            rows << contentsOf(*row, shownColor(*row));
     const CPTPlotRange& drawn = m_graph->plotSpace().xRange();
     QVariantMap contents{
         {QStringLiteral("rows"), rows}, {QStringLiteral("from"), drawn.location}, {QStringLiteral("to"), drawn.end()}};

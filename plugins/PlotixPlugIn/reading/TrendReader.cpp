@@ -1,6 +1,7 @@
 #include "plugins/PlotixPlugIn/reading/TrendReader.h"
 
 #include "plotkit/widget/CPTGraphHostingView.h"
+#include "plugins/PlotixPlugIn/reading/looks/TrendLooks.h"
 
 #include <QtGui/QKeyEvent>
 
@@ -9,7 +10,10 @@
 namespace plotix {
 
 // The order is that of their menus. A part that needs another one's work stands after it.
-TrendReader::TrendReader(ReadTrend& trend) : m_trend(trend) {}
+TrendReader::TrendReader(ReadTrend& trend) : m_trend(trend)
+{
+    add(std::make_unique<TrendLooks>(trend));  // last: it dresses what others put into the graph
+}
 
 TrendReader::~TrendReader() = default;
 
