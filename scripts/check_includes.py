@@ -48,7 +48,7 @@ ALLOWED = {
     HOST: {"base", "base/png"},
     LOGIC: {"base", "base/vectors", "plotkit/model"},
     READING + "/trend": {"base", HOST, LOGIC} | KIT,
-    VALUES: {"base", HOST, "plotkit/model"},
+    VALUES: {"base", HOST, LOGIC, READING + "/trend", "plotkit/model"},
     FIGURES: {"base", "base/vectors", HOST},
     READING: READ,
     PLUGIN: READ | {READING},

@@ -78,6 +78,11 @@ def figures(what, extra=False):
                     extra=extra)
 
 
+def point(what, extra=False):
+    """A move of the pointer over ten lines, with the value line."""
+    return group_of(f"point/10x10M/{what}", "bench_frames", {}, extra=extra)
+
+
 def text_import():
     text = TextFile("station.tsv", 10 * MILLION)
     site = ["import.plotix", "import.plotix-wal", "import.plotix-shm"]
@@ -109,6 +114,8 @@ def all_groups():
         Group([Case("fetch-to-frame/10Mx5")],
               {"plotix": GoogleBenchmark("bench_fetch", "fetch-to-frame/10Mx5"), "qcustomplot": fetched_rows(),
                "qcustomplot-fast": fetched_rows("fast")}, rounds=3),
+        point("line"),
+        point("1920x1080"),
         figures("full"),
         figures("30%"),
         figures("median"),

@@ -5,5 +5,6 @@ namespace plotix_bench {
 
 void registerFrames();
 void registerPictures();
+void registerPointing();
 
 }  // namespace plotix_bench

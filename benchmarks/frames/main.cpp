@@ -8,6 +8,7 @@ int main(int argc, char** argv)
     const QGuiApplication application(argc, argv);
     plotix_bench::registerFrames();
     plotix_bench::registerPictures();
+    plotix_bench::registerPointing();
     benchmark::Initialize(&argc, argv);
     if (benchmark::ReportUnrecognizedArguments(argc, argv))
         return 1;

@@ -12,8 +12,11 @@ QVariantMap recommendedReading(Reader reader)
     QVariantMap options{{QStringLiteral("readableLabels"), true}, {QStringLiteral("forgetsRefusedRange"), true},
                         {QStringLiteral("tellsOutside"), true},   {QStringLiteral("brokenLines"), true},
                         {QStringLiteral("propertyColors"), true}, {QStringLiteral("lineCommands"), true}};
+    options.insert(QStringLiteral("looks"), QVariantMap{{QStringLiteral("marks"), QStringLiteral("apart")}});
     if (reader == Reader::OfAPicture)
         options.insert(QStringLiteral("unlimitedValues"), true);
+    else
+        options.insert(QStringLiteral("valueLine"), QVariantMap{{QStringLiteral("shown"), true}});
     return options;
 }
 

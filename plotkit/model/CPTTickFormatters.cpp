@@ -71,6 +71,34 @@ std::array<QString, kTimeLooks.size()> patternsOf(const icu::Locale& locale)
     return patterns;
 }
 
+/// The steps from which on a moment is written by a skeleton, from the finest to the coarsest.
+struct MomentLook {
+    double stepBelow;  // seconds
+    const char* skeleton;
+};
+
+constexpr std::array<MomentLook, 3> kMomentLooks{{
+    {0.99, "yMMMEdjmsSSS"},
+    {60, "yMMMEdjms"},
+    {HUGE_VAL, "yMMMEdjm"},
+}};
+
+/// Kept for each locale, as below.
+const std::array<QString, kMomentLooks.size()>& knownMomentPatterns()
+{
+    static std::map<std::string, std::array<QString, kMomentLooks.size()>> known;
+    const icu::Locale locale = plotkit::userLocale("LC_TIME");
+    const auto [entry, isNew] = known.try_emplace(locale.getName());
+    if (!isNew)
+        return entry->second;
+    UErrorCode status = U_ZERO_ERROR;
+    const std::unique_ptr<icu::DateTimePatternGenerator> generator(
+        icu::DateTimePatternGenerator::createInstance(locale, status));
+    for (std::size_t index = 0; U_SUCCESS(status) && index < kMomentLooks.size(); ++index)
+        entry->second[index] = patternOf(*generator, kMomentLooks[index].skeleton);
+    return entry->second;
+}
+
 /// Kept for each locale: to find them takes milliseconds.
 const std::array<QString, kTimeLooks.size()>& knownPatterns()
 {
@@ -174,4 +202,30 @@ QString CPTTickTimeFormatter::pattern() const
 {
     constexpr double kMinute = 60;
     return formatterFor(kMinute).pattern();
+}
+
+CPTMomentFormatter::CPTMomentFormatter()
+{
+    for (const QString& pattern : knownMomentPatterns())
+        m_formatters.push_back(std::make_unique<const CPTTimeFormatter>(pattern));
+}
+
+CPTMomentFormatter::~CPTMomentFormatter() = default;
+
+QString CPTMomentFormatter::stringForNumber(double number) const
+{
+    return stringForTick(number, 1);
+}
+
+QString CPTMomentFormatter::stringForTick(double number, double step) const
+{
+    std::size_t index = 0;
+    while (index + 1 < kMomentLooks.size() && !(step < kMomentLooks[index].stepBelow))
+        ++index;
+    return m_formatters[index]->stringForNumber(number);
+}
+
+QString CPTMomentFormatter::pattern() const
+{
+    return m_formatters.back()->pattern();
 }

@@ -39,6 +39,20 @@ private:
     std::unique_ptr<Icu> m_icu;
 };
 
+/// Moments in one line, with their weekday, in the user's locale and local zone: "Fri, 8 Feb 2013, 18:00". A number is
+/// seconds since 1970-01-01 UTC. Steps below a minute add the seconds, below a second their fraction.
+class CPTMomentFormatter : public CPTFormatter {
+public:
+    CPTMomentFormatter();
+    ~CPTMomentFormatter() override;
+    QString stringForNumber(double number) const override;  ///< to the second
+    QString stringForTick(double number, double step) const override;
+    QString pattern() const override;  ///< of minutes
+
+private:
+    std::vector<std::unique_ptr<const CPTTimeFormatter>> m_formatters;  // from the finest step to the coarsest
+};
+
 /// The decimals it takes to write multiples of a step apart and, where three more do it, exactly: 0.5 takes 1, 0.25
 /// takes 2, 20 none. Never more than 15; a step that is not positive and finite takes none.
 int fractionDigitsForStep(double step);

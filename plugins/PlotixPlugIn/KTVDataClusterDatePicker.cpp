@@ -3,6 +3,7 @@
 #include "base/WholeDay.h"
 #include "plugins/PlotixPlugIn/host/KTVBundle.h"
 #include "plugins/PlotixPlugIn/logic/TypedDate.h"
+#include "plugins/PlotixPlugIn/reading/values/TypedTime.h"
 
 #include <QtCore/QRegularExpression>
 #include <QtCore/QSignalBlocker>
@@ -52,14 +53,6 @@ QString displayFormatFor(const QLocale& locale)
     if (!timeFormat.contains(QLatin1String("ss")))
         timeFormat.replace(QLatin1String("mm"), QLatin1String("mm:ss"));
     return dateFormat + QLatin1Char(' ') + timeFormat;
-}
-
-plotix::DayWords dayWords()
-{
-    return {localizedText(QT_TRANSLATE_NOOP("Plotix", "now")).toLower(),
-            localizedText(QT_TRANSLATE_NOOP("Plotix", "today")).toLower(),
-            localizedText(QT_TRANSLATE_NOOP("Plotix", "yesterday")).toLower(),
-            localizedText(QT_TRANSLATE_NOOP("Plotix", "tomorrow")).toLower()};
 }
 
 /// One part moved on; what it carries over goes to the others, so that the day after the 31st is the first.
@@ -128,8 +121,10 @@ void KTVDataClusterDatePicker::takeText(const QString& text)
     if (!m_typing)
         m_shownBeforeTyping = m_shown;
     m_typing = true;
+    const auto end = m_dayMeans == DayMeans::ItsEnd ? plotix::SpanEnd::To : plotix::SpanEnd::From;
     const auto read =
-        plotix::typedDate(text, {locale(), dayWords(), m_shownBeforeTyping, QDateTime::currentDateTime()});
+        plotix::typedDate(plotix::endOfTypedSpan(text, end),
+                          {locale(), plotix::dayWords(), m_shownBeforeTyping, QDateTime::currentDateTime()});
     markText(read.has_value());
     if (!read)
         return;
@@ -213,7 +208,7 @@ void KTVDataClusterDatePicker::markText(bool understood)
     lineEdit()->setFont(marked);
     const QString why =
         localizedText(QT_TRANSLATE_NOOP("Plotix", "This is not understood as a date. Write it such as %1, or %2."))
-            .arg(QDateTimeEdit::textFromDateTime(dateTime()), dayWords().yesterday);
+            .arg(QDateTimeEdit::textFromDateTime(dateTime()), plotix::dayWords().yesterday);
     lineEdit()->setToolTip(understood ? QString() : why);
     setAccessibleDescription(understood ? QString() : why);
 }

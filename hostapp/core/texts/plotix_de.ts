@@ -1157,6 +1157,358 @@
         <source>Copy</source>
         <translation>Kopieren</translation>
     </message>
+    <message>
+        <source>&amp;Values</source>
+        <translation>&amp;Werte</translation>
+    </message>
+    <message>
+        <source>Value &amp;Line at the Pointer</source>
+        <translation>Werte&amp;linie am Zeiger</translation>
+    </message>
+    <message>
+        <source>&amp;Hold the Value Line</source>
+        <translation>Wertelinie fest&amp;halten</translation>
+    </message>
+    <message>
+        <source>Go to &amp;Time…</source>
+        <translation>Zu einer &amp;Zeit gehen …</translation>
+    </message>
+    <message>
+        <source>Keys Follow Next L&amp;ine</source>
+        <translation>Tasten folgen der nächsten L&amp;inie</translation>
+    </message>
+    <message>
+        <source>&amp;Copy Values at the Line</source>
+        <translation>Werte an der Linie &amp;kopieren</translation>
+    </message>
+    <message>
+        <source>Next &amp;Record</source>
+        <translation>Nächster &amp;Datensatz</translation>
+    </message>
+    <message>
+        <source>Previous R&amp;ecord</source>
+        <translation>Voriger D&amp;atensatz</translation>
+    </message>
+    <message>
+        <source>Next &amp;Maximum</source>
+        <translation>Nächstes &amp;Maximum</translation>
+    </message>
+    <message>
+        <source>Previous M&amp;aximum</source>
+        <translation>Voriges Ma&amp;ximum</translation>
+    </message>
+    <message>
+        <source>Next Mi&amp;nimum</source>
+        <translation>Nächstes Mi&amp;nimum</translation>
+    </message>
+    <message>
+        <source>Pre&amp;vious Minimum</source>
+        <translation>&amp;Voriges Minimum</translation>
+    </message>
+    <message>
+        <source>Next &amp;Gap</source>
+        <translation>Nächste &amp;Lücke</translation>
+    </message>
+    <message>
+        <source>&amp;Previous Gap</source>
+        <translation>Vori&amp;ge Lücke</translation>
+    </message>
+    <message>
+        <source>Next Time at This Val&amp;ue</source>
+        <translation>Nächstes Mal bei diesem We&amp;rt</translation>
+    </message>
+    <message>
+        <source>Previous Time at This Value</source>
+        <translation>Voriges Mal bei diesem Wert</translation>
+    </message>
+    <message>
+        <source>%1 before</source>
+        <translation>%1 davor</translation>
+    </message>
+    <message>
+        <source>%1 later</source>
+        <translation>%1 später</translation>
+    </message>
+    <message>
+        <source>not recorded</source>
+        <translation>nicht aufgezeichnet</translation>
+    </message>
+    <message>
+        <source>Go to Time</source>
+        <translation>Zu einer Zeit gehen</translation>
+    </message>
+    <message>
+        <source>&amp;Time:</source>
+        <translation>&amp;Zeit:</translation>
+    </message>
+    <message>
+        <source>For example 14:35, yesterday 14:35, 3 Feb, 3 Feb 2013 8:00, now</source>
+        <translation>Zum Beispiel 14:35, gestern 14:35, 3. Feb, 3.2.2013 8:00, jetzt</translation>
+    </message>
+    <message>
+        <source>held</source>
+        <translation>gehalten</translation>
+    </message>
+    <message>
+        <source>… and %1 more</source>
+        <translation>… und %1 weitere</translation>
+    </message>
+    <message>
+        <source>Mar&amp;ks</source>
+        <translation>&amp;Marken</translation>
+    </message>
+    <message>
+        <source>Set Mark &amp;A Here</source>
+        <translation>Marke &amp;A hier setzen</translation>
+    </message>
+    <message>
+        <source>Set Mark &amp;B Here</source>
+        <translation>Marke &amp;B hier setzen</translation>
+    </message>
+    <message>
+        <source>&amp;Marks and Differences…</source>
+        <translation>&amp;Marken und Unterschiede …</translation>
+    </message>
+    <message>
+        <source>Move Mark to &amp;Next Record</source>
+        <translation>Marke zum &amp;nächsten Datensatz</translation>
+    </message>
+    <message>
+        <source>Move Mark to &amp;Previous Record</source>
+        <translation>Marke zum &amp;vorigen Datensatz</translation>
+    </message>
+    <message>
+        <source>&amp;Remove Marks</source>
+        <translation>Marken &amp;entfernen</translation>
+    </message>
+    <message>
+        <source>&amp;Fit to Marks</source>
+        <translation>An Marken an&amp;passen</translation>
+    </message>
+    <message>
+        <source>&amp;Dates from Marks</source>
+        <translation>&amp;Daten aus den Marken</translation>
+    </message>
+    <message>
+        <source>&amp;Copy Range</source>
+        <translation>Zeitraum &amp;kopieren</translation>
+    </message>
+    <message>
+        <source>Line</source>
+        <translation>Linie</translation>
+    </message>
+    <message>
+        <source>Difference</source>
+        <translation>Unterschied</translation>
+    </message>
+    <message>
+        <source>Slope</source>
+        <translation>Steigung</translation>
+    </message>
+    <message>
+        <source>Time-weighted</source>
+        <translation>Zeitgewichtet</translation>
+    </message>
+    <message>
+        <source>Coverage</source>
+        <translation>Abdeckung</translation>
+    </message>
+    <message>
+        <source>Points</source>
+        <translation>Punkte</translation>
+    </message>
+    <message>
+        <source>Marks and Differences</source>
+        <translation>Marken und Unterschiede</translation>
+    </message>
+    <message>
+        <source>Copy &amp;Table</source>
+        <translation>&amp;Tabelle kopieren</translation>
+    </message>
+    <message>
+        <source>Close</source>
+        <translation>Schließen</translation>
+    </message>
+    <message>
+        <source>Type two times, or set the marks in the graph.</source>
+        <translation>Geben Sie zwei Zeiten ein oder setzen Sie die Marken im Diagramm.</translation>
+    </message>
+    <message>
+        <source>Look</source>
+        <translation>Aussehen</translation>
+    </message>
+    <message>
+        <source>Solid</source>
+        <translation>Durchgezogen</translation>
+    </message>
+    <message>
+        <source>Dashes</source>
+        <translation>Striche</translation>
+    </message>
+    <message>
+        <source>Dots</source>
+        <translation>Punkte</translation>
+    </message>
+    <message>
+        <source>Dash, Dot</source>
+        <translation>Strich, Punkt</translation>
+    </message>
+    <message>
+        <source>Long Dashes</source>
+        <translation>Lange Striche</translation>
+    </message>
+    <message>
+        <source>Dash, Two Dots</source>
+        <translation>Strich, zwei Punkte</translation>
+    </message>
+    <message>
+        <source>Short Dashes</source>
+        <translation>Kurze Striche</translation>
+    </message>
+    <message>
+        <source>Long and Short Dashes</source>
+        <translation>Lange und kurze Striche</translation>
+    </message>
+    <message>
+        <source>Wide Dots</source>
+        <translation>Weite Punkte</translation>
+    </message>
+    <message>
+        <source>Two Dashes, Dot</source>
+        <translation>Zwei Striche, Punkt</translation>
+    </message>
+    <message>
+        <source>&amp;Look</source>
+        <translation>&amp;Aussehen</translation>
+    </message>
+    <message>
+        <source>Dark</source>
+        <translation>Dunkel</translation>
+    </message>
+    <message>
+        <source>Light</source>
+        <translation>Hell</translation>
+    </message>
+    <message>
+        <source>Paper</source>
+        <translation>Papier</translation>
+    </message>
+    <message>
+        <source>Colors of the Properties</source>
+        <translation>Farben der Eigenschaften</translation>
+    </message>
+    <message>
+        <source>Dashes Where Colors Are Alike</source>
+        <translation>Striche, wo Farben sich gleichen</translation>
+    </message>
+    <message>
+        <source>Distinct Colors and Dashes</source>
+        <translation>Deutlich verschiedene Farben und Striche</translation>
+    </message>
+    <message>
+        <source>Larger Text</source>
+        <translation>Größere Schrift</translation>
+    </message>
+    <message>
+        <source>Smaller Text</source>
+        <translation>Kleinere Schrift</translation>
+    </message>
+    <message>
+        <source>Usual Text Size</source>
+        <translation>Übliche Schriftgröße</translation>
+    </message>
+    <message>
+        <source>Look of Lines</source>
+        <translation>Aussehen der Linien</translation>
+    </message>
+    <message>
+        <source>Usual Look</source>
+        <translation>Übliches Aussehen</translation>
+    </message>
+    <message>
+        <source>Straight Lines</source>
+        <translation>Gerade Linien</translation>
+    </message>
+    <message>
+        <source>Steps: Hold the Last Value</source>
+        <translation>Stufen: letzten Wert halten</translation>
+    </message>
+    <message>
+        <source>Points Only</source>
+        <translation>Nur Punkte</translation>
+    </message>
+    <message>
+        <source>As Usual</source>
+        <translation>Wie üblich</translation>
+    </message>
+    <message>
+        <source>Width</source>
+        <translation>Breite</translation>
+    </message>
+    <message>
+        <source>Sky Blue</source>
+        <translation>Himmelblau</translation>
+    </message>
+    <message>
+        <source>Orange</source>
+        <translation>Orange</translation>
+    </message>
+    <message>
+        <source>Yellow</source>
+        <translation>Gelb</translation>
+    </message>
+    <message>
+        <source>Pink</source>
+        <translation>Rosa</translation>
+    </message>
+    <message>
+        <source>Light Gray</source>
+        <translation>Hellgrau</translation>
+    </message>
+    <message>
+        <source>Blue</source>
+        <translation>Blau</translation>
+    </message>
+    <message>
+        <source>Vermilion</source>
+        <translation>Zinnoberrot</translation>
+    </message>
+    <message>
+        <source>Green</source>
+        <translation>Grün</translation>
+    </message>
+    <message>
+        <source>Purple</source>
+        <translation>Violett</translation>
+    </message>
+    <message>
+        <source>Gray</source>
+        <translation>Grau</translation>
+    </message>
+    <message>
+        <source>Color in This Trend</source>
+        <translation>Farbe in diesem Trend</translation>
+    </message>
+    <message>
+        <source>Other…</source>
+        <translation>Andere …</translation>
+    </message>
+    <message>
+        <source>Fill</source>
+        <translation>Füllung</translation>
+    </message>
+    <message>
+        <source>None</source>
+        <translation>Keine</translation>
+    </message>
+    <message>
+        <source>To Zero</source>
+        <translation>Bis null</translation>
+    </message>
+    <message>
+        <source>To %1</source>
+        <translation>Bis %1</translation>
+    </message>
 </context>
 <context>
     <name>PlugInStore</name>

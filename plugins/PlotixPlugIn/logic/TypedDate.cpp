@@ -198,4 +198,11 @@ std::optional<TypedDate> typedDate(const QString& typed, const TypedDateSurround
     return TypedDate{time ? QDateTime(*date, *time) : date->startOfDay(), time.has_value()};
 }
 
+QString endOfTypedSpan(const QString& text, SpanEnd end)
+{
+    static const QRegularExpression span(QStringLiteral("^\\s*(\\d{4}-\\d\\d[^/]*)/\\s*(\\d{4}-\\d\\d[^/]*)$"));
+    const QRegularExpressionMatch found = span.match(text);
+    return found.hasMatch() ? found.captured(end == SpanEnd::From ? 1 : 2) : text;
+}
+
 }  // namespace plotix

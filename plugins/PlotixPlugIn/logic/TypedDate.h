@@ -36,4 +36,11 @@ struct TypedDate {
 /// Nothing when the text is not understood as a whole, or names a day or time that is not in the calendar.
 std::optional<TypedDate> typedDate(const QString& text, const TypedDateSurroundings& surroundings);
 
+/// Which end of a span a text stands for.
+enum class SpanEnd { From, To };
+
+/// The end's own part of a span copied from elsewhere, two ISO dates with a slash between them
+/// ("2013-02-06T00:00Z/2013-02-13"); any other text as it is.
+QString endOfTypedSpan(const QString& text, SpanEnd end);
+
 }  // namespace plotix

@@ -1,7 +1,9 @@
 #include "plugins/PlotixPlugIn/reading/TrendReader.h"
 
 #include "plotkit/widget/CPTGraphHostingView.h"
+#include "plugins/PlotixPlugIn/reading/line/LinePart.h"
 #include "plugins/PlotixPlugIn/reading/looks/TrendLooks.h"
+#include "plugins/PlotixPlugIn/reading/marks/MarksPart.h"
 
 #include <QtGui/QKeyEvent>
 
@@ -12,6 +14,8 @@ namespace plotix {
 // The order is that of their menus. A part that needs another one's work stands after it.
 TrendReader::TrendReader(ReadTrend& trend) : m_trend(trend)
 {
+    add(std::make_unique<LinePart>(trend));
+    add(std::make_unique<MarksPart>(trend));
     add(std::make_unique<TrendLooks>(trend));  // last: it dresses what others put into the graph
 }
 

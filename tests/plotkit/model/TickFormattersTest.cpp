@@ -78,4 +78,12 @@ TEST_F(TickFormattersTest, TimesAreTheLocalesAndTheZones)
     EXPECT_EQ(time(kMoment, 86'400), "14. Nov.\n2023");
 }
 
+TEST_F(TickFormattersTest, AMomentStandsInOneLineWithItsWeekday)
+{
+    EXPECT_EQ(CPTMomentFormatter().stringForTick(kMoment, 3'600), "Tue, Nov 14, 2023, 10:13 PM");
+    EXPECT_EQ(CPTMomentFormatter().stringForNumber(kMoment), "Tue, Nov 14, 2023, 10:13:20 PM");
+    use("de_DE", "Europe/Berlin");
+    EXPECT_EQ(CPTMomentFormatter().stringForTick(kMoment + 0.25, 0.001), "Di., 14. Nov. 2023, 23:13:20,250");
+}
+
 }  // namespace

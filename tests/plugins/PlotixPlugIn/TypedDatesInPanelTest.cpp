@@ -135,4 +135,13 @@ TEST_F(TypedDatesInPanel, ArrowKeysChangeThePartAtTheCaret)
     EXPECT_EQ(shown(), "2001-11-09T01:46:40");
 }
 
+TEST_F(TypedDatesInPanel, ACopiedRangeGivesEachFieldItsEnd)
+{
+    const QString range = QStringLiteral("2013-01-01T12:10:00Z/2013-01-01T12:50:00Z");
+    type(from(), range);
+    type(*controller->toDate(), range);
+    EXPECT_EQ(from().dateValue(), plotix::Date{1'357'042'200});
+    EXPECT_EQ(controller->toDate()->dateValue(), plotix::Date{1'357'044'600});
+}
+
 }  // namespace

@@ -61,7 +61,7 @@ LookMenus::~LookMenus() = default;
 QAction* LookMenus::addAction(const char* text, QActionGroup* group)
 {
     auto* action = new QAction(localizedText(text), this);
-    setMenuOf(*action, localizedText(QT_TRANSLATE_NOOP("Plotix", "Look")));
+    setMenuOf(*action, localizedText(QT_TRANSLATE_NOOP("Plotix", "&Look")));
     if (group) {
         action->setCheckable(true);
         group->addAction(action);

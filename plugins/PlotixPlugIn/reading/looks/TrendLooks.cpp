@@ -18,14 +18,21 @@ const QString kLook = QStringLiteral("look");
 const QString kFontSize = QStringLiteral("fontSize");
 const QString kMarks = QStringLiteral("marks");
 const QString kLines = QStringLiteral("lines");
-const QString kApart = QStringLiteral("apart");
-const QString kDistinct = QStringLiteral("distinct");
 
 constexpr int kFillAlpha = 60;  // of 255: lines and grid beneath stay visible
 
-LineMarks marksNamed(const QString& name)
+QString nameOf(LineMarks marks)
 {
-    return name == kApart ? LineMarks::Apart : name == kDistinct ? LineMarks::Distinct : LineMarks::Own;
+    constexpr const char* kMarkNames[] = {"own", "apart", "distinct"};
+    return QString::fromLatin1(kMarkNames[static_cast<int>(marks)]);
+}
+
+std::optional<LineMarks> marksNamed(const QString& name)
+{
+    for (const LineMarks marks : {LineMarks::Own, LineMarks::Apart, LineMarks::Distinct})
+        if (name == nameOf(marks))
+            return marks;
+    return std::nullopt;
 }
 
 std::optional<double> fontSizeFrom(const QVariant& value)
@@ -43,7 +50,7 @@ TrendLooks::~TrendLooks() = default;
 
 bool TrendLooks::isChosen() const
 {
-    return m_look != GraphLook::Dark || m_fontSize || m_marks != LineMarks::Own || !m_lines.empty();
+    return m_look != GraphLook::Dark || m_fontSize || m_marks || !m_lines.empty();
 }
 
 QVariantMap TrendLooks::chosen() const
@@ -53,8 +60,8 @@ QVariantMap TrendLooks::chosen() const
         choices.insert(kLook, nameOfLook(m_look));
     if (m_fontSize)
         choices.insert(kFontSize, *m_fontSize);
-    if (m_marks != LineMarks::Own)
-        choices.insert(kMarks, m_marks == LineMarks::Apart ? kApart : kDistinct);
+    if (m_marks)
+        choices.insert(kMarks, nameOf(*m_marks));
     QVariantMap lines;
     for (const auto& [key, look] : m_lines)
         lines.insert(key, dictionaryFromLineLook(look));

@@ -10,10 +10,10 @@
 
 /// How a trend and each of its lines look: the part of a trend's reading with the key "looks".
 ///
-/// Choices: "look" (see GraphLook.h), "fontSize" (points), "marks" ("apart": dashes where lines would look alike;
-/// "distinct": ten colours and dashes, see DistinctLines.h), and "lines": by property key what was chosen for each, see
-/// LineLook.h. A property that is not in the trend keeps its choice for the day it comes back. The reader *owns* it.
-/// Main thread only.
+/// Choices: "look" (see GraphLook.h), "fontSize" (points), "marks" ("own", as without a choice; "apart": dashes where
+/// lines would look alike; "distinct": ten colours and dashes, see DistinctLines.h), and "lines": by property key what
+/// was chosen for each, see LineLook.h. A property that is not in the trend keeps its choice for the day it comes back.
+/// The reader *owns* it. Main thread only.
 namespace plotix {
 
 class LookMenus;
@@ -43,7 +43,7 @@ public:
     void setLook(GraphLook look);
     const std::optional<double>& fontSize() const { return m_fontSize; }
     void setFontSize(const std::optional<double>& size);
-    LineMarks marks() const { return m_marks; }
+    LineMarks marks() const { return m_marks.value_or(LineMarks::Own); }
     void setMarks(LineMarks marks);
     LineLook lineLook(const QString& key) const;
     void setLineLook(const QString& key, const LineLook& look);
@@ -81,7 +81,7 @@ private:
 
     GraphLook m_look = GraphLook::Dark;
     std::optional<double> m_fontSize;
-    LineMarks m_marks = LineMarks::Own;
+    std::optional<LineMarks> m_marks;     // a host may choose for a trend without a choice, not for one with "own"
     std::map<QString, LineLook> m_lines;  // only those with a choice
     GraphDress m_dress;
     std::map<QString, WornPlot> m_worn;  // by property key

@@ -4,6 +4,8 @@
 
 namespace {
 
+using plotix::endOfTypedSpan;
+using plotix::SpanEnd;
 using plotix::typedDate;
 
 struct Typing {
@@ -95,6 +97,19 @@ TEST(TypedDateZoneTest, WhetherATimeWasWrittenIsKnown)
 {
     EXPECT_FALSE(typedDate(QStringLiteral("1.2.2024"), surroundings(QLocale(de, DE)))->hasTime);
     EXPECT_TRUE(typedDate(QStringLiteral("1.2.2024 0:00"), surroundings(QLocale(de, DE)))->hasTime);
+}
+
+TEST(TypedSpanTest, EachEndTakesItsOwnPart)
+{
+    const QString span = QStringLiteral("2013-02-06T00:00:00+01:00/2013-02-13");
+    EXPECT_EQ(endOfTypedSpan(span, SpanEnd::From), "2013-02-06T00:00:00+01:00");
+    EXPECT_EQ(endOfTypedSpan(span, SpanEnd::To), "2013-02-13");
+}
+
+TEST(TypedSpanTest, WhatIsNoSpanStaysAsItIs)
+{
+    for (const QString text : {"2/1/2024", "2024-02-01", "1.2. 14:30", "2024-02-01/", ""})
+        EXPECT_EQ(endOfTypedSpan(text, SpanEnd::To), text);
 }
 
 }  // namespace

@@ -1,0 +1,270 @@
+#include "plugins/PlotixPlugIn/reading/line/LinePart.h"
+
+#include "plotkit/widget/CPTGraphHostingView.h"
+#include "plugins/PlotixPlugIn/reading/line/TimeDialog.h"
+
+#include <QtGui/QClipboard>
+#include <QtGui/QGuiApplication>
+
+#include <algorithm>
+#include <cmath>
+
+namespace plotix {
+
+namespace {
+
+const QString kShown = QStringLiteral("shown");  // stored: never change
+const QString kHeld = QStringLiteral("held");    // stored: never change
+
+}  // namespace
+
+LinePart::LinePart(ReadTrend& trend) : ReadingPart(trend), m_lines(trend)
+{
+    makeActions();
+    updateActions();
+}
+
+LinePart::~LinePart()
+{
+    detach();
+}
+
+QVariantMap LinePart::chosen() const
+{
+    QVariantMap choices;
+    if (m_shown)
+        choices.insert(kShown, *m_shown);
+    if (m_held)
+        choices.insert(kHeld, *m_held);
+    return choices;
+}
+
+void LinePart::choose(const QVariantMap& choices)
+{
+    const QVariant held = choices.value(kHeld);
+    const bool isTime = held.metaType() == QMetaType::fromType<double>() && std::isfinite(held.toDouble());
+    m_held = isTime ? std::optional(held.toDouble()) : std::nullopt;
+    m_sameValue.reset();
+    const QVariant shown = choices.value(kShown);
+    setShown(shown.metaType() == QMetaType::fromType<bool>() ? std::optional(shown.toBool()) : std::nullopt);
+    place();
+    updateActions();
+    emit chosenChanged();
+}
+
+void LinePart::setShown(const std::optional<bool>& shown)
+{
+    if (m_shown == shown)
+        return;
+    m_shown = shown;
+    if (CPTGraphHostingView* view = trend().graphView())
+        view->setMouseTracking(isShown());
+    if (!isShown())
+        pointerLeft();
+    place();
+    updateActions();
+    emit chosenChanged();
+}
+
+void LinePart::viewLoaded()
+{
+    CPTGraphHostingView* view = trend().graphView();
+    if (!view)
+        return;
+    view->installEventFilter(this);
+    view->setMouseTracking(isShown());
+    m_spokenBefore = view->accessibleDescription();
+    place();
+    updateActions();
+}
+
+void LinePart::graphBuilt()
+{
+    place();
+    updateActions();
+}
+
+void LinePart::graphReleased()
+{
+    detach();
+}
+
+// The layer is there only while it is wanted: a graph without layers is painted straight to the screen.
+void LinePart::attach()
+{
+    const CPTXYGraphPtr graph = trend().graph();
+    if (!graph || (m_layer && m_graph.lock() == graph) || (!isShown() && !m_held))
+        return;
+    detach();
+    m_graph = graph;
+    m_layer = std::make_shared<ValueLine>([this](double time, const plotkit::GraphGeometry& geometry) {
+        return readAt(m_lines.shown(), time, geometry, m_texts, m_followed);
+    });
+    graph->addLayer(m_layer);
+}
+
+void LinePart::detach()
+{
+    if (!m_layer)
+        return;
+    m_layer->stop();
+    if (const CPTXYGraphPtr graph = m_graph.lock())
+        graph->removeLayer(m_layer);
+    m_layer.reset();
+    m_graph.reset();
+}
+
+void LinePart::plotsReplaced()
+{
+    m_lines.forget();
+    place();
+}
+
+void LinePart::linesChanged()
+{
+    m_lines.forget();
+    place();
+}
+
+void LinePart::rangeSet(CPTCoordinate coordinate)
+{
+    if (coordinate == CPTCoordinate::X && m_pointer)
+        pointerMoved(*m_pointer);
+}
+
+std::optional<double> LinePart::standing() const
+{
+    return m_held ? m_held : m_pointed;
+}
+
+QVariant LinePart::timeRead() const
+{
+    const std::optional<double> time = standing();
+    return time ? QVariant(*time) : QVariant();
+}
+
+void LinePart::place()
+{
+    attach();
+    if (!isShown() && !m_held)
+        detach();
+    if (!m_layer)
+        return;
+    const std::optional<double> time = standing();
+    m_layer->show(time ? std::optional(ValueLine::Place{*time, m_held.has_value(), m_pointer}) : std::nullopt);
+}
+
+std::optional<plotkit::GraphGeometry> LinePart::geometry() const
+{
+    const CPTXYGraphPtr graph = trend().graph();
+    const CPTGraphHostingView* view = trend().graphView();
+    if (!graph || !view)
+        return std::nullopt;
+    return view->geometryShown(*graph);
+}
+
+void LinePart::hold(const std::optional<double>& time)
+{
+    if (m_held == time)
+        return;
+    m_held = time;
+    m_sameValue.reset();
+    place();
+    updateActions();
+    speak();
+    emit chosenChanged();
+}
+
+void LinePart::step(Step step, Towards towards)
+{
+    const auto where = geometry();
+    if (!where)
+        return;
+    const CPTPlotRange& range = where->graph.plotSpace().xRange();
+    const double from = standing().value_or(range.location + range.length / 2);
+    const std::vector<TrendLine>& lines = m_lines.shown();
+    StepFrom start{from, m_followed, m_sameValue};
+    if (step == Step::SameValue) {
+        if (start.chosen.isEmpty() && !lines.empty())
+            start.chosen = lines.front().line.key;
+        const auto line = std::find_if(lines.begin(), lines.end(),
+                                       [&](const TrendLine& each) { return each.line.key == start.chosen; });
+        const auto record = line == lines.end() ? std::nullopt : recordAtOrBefore(line->records, from);
+        if (!start.value && record)
+            start.value = record->value;
+    }
+    const std::optional<double> time = timeOfStep(lines, start, step, towards, *where);
+    if (!time)
+        return;
+    hold(time);
+    m_sameValue = step == Step::SameValue ? start.value : std::nullopt;
+    bringIntoView(*time);
+}
+
+void LinePart::bringIntoView(double time)
+{
+    const CPTXYGraphPtr graph = trend().graph();
+    if (!graph)
+        return;
+    const CPTPlotRange range = graph->plotSpace().xRange();
+    if (time >= range.minLimit() && time <= range.maxLimit())
+        return;
+    const double half = std::abs(range.length) / 2;
+    trend().showTimes({time - half, time + half});
+}
+
+void LinePart::followNextLine(Towards towards)
+{
+    const std::vector<TrendLine>& lines = m_lines.shown();
+    const auto here =
+        std::find_if(lines.begin(), lines.end(), [this](const TrendLine& each) { return each.line.key == m_followed; });
+    // All lines stand after the last one and before the first.
+    const std::size_t count = lines.size() + 1;
+    const std::size_t now = static_cast<std::size_t>(here - lines.begin());
+    const std::size_t next = (now + (towards == Towards::Later ? 1 : count - 1)) % count;
+    m_followed = next < lines.size() ? lines[next].line.key : QString();
+    m_sameValue.reset();
+    place();
+    speak();
+}
+
+void LinePart::askForTime()
+{
+    const auto where = geometry();
+    if (!where)
+        return;
+    const CPTPlotRange& range = where->graph.plotSpace().xRange();
+    auto* dialog = new TimeDialog(standing().value_or(range.location + range.length / 2), trend().rootView());
+    connect(dialog, &TimeDialog::timeGiven, this, [this](double time) {
+        hold(time);
+        bringIntoView(time);
+    });
+    dialog->open();
+}
+
+std::optional<ReadAt> LinePart::readStanding()
+{
+    const std::optional<double> time = standing();
+    const auto where = geometry();
+    if (!time || !where)
+        return std::nullopt;
+    return readAt(m_lines.shown(), *time, *where, m_texts, m_followed);
+}
+
+void LinePart::copyValues()
+{
+    if (const auto read = readStanding())
+        QGuiApplication::clipboard()->setText(readoutAsTable(read->readout));
+}
+
+// What the pointer passes over is not spoken: whoever listens moves the line by keys.
+void LinePart::speak()
+{
+    CPTGraphHostingView* view = trend().graphView();
+    if (!view)
+        return;
+    const auto read = m_held ? readStanding() : std::nullopt;
+    view->setAccessibleDescription(read ? readoutAsSentences(read->readout) : m_spokenBefore);
+}
+
+}  // namespace plotix

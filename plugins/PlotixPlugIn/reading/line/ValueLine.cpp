@@ -1,0 +1,64 @@
+#include "plugins/PlotixPlugIn/reading/line/ValueLine.h"
+
+#include "plugins/PlotixPlugIn/reading/trend/ReadingPart.h"
+
+#include <QtGui/QPainter>
+
+namespace plotix {
+
+namespace {
+
+constexpr double kDot = 4;            // points
+constexpr double kUnderPointer = 18;  // points
+constexpr double kFromEdge = 6;
+
+bool isOnScreen(const QPainter& painter)
+{
+    return painter.device() && painter.device()->devType() == QInternal::Widget;
+}
+
+void drawDots(QPainter& painter, const std::vector<ReadDot>& dots, const QColor& ring)
+{
+    painter.setRenderHint(QPainter::Antialiasing);
+    for (const ReadDot& dot : dots) {
+        painter.setPen(QPen(ring, 1.5));
+        painter.setBrush(dot.color);
+        painter.drawEllipse(dot.place, kDot, kDot);
+    }
+}
+
+}  // namespace
+
+void ValueLine::show(const std::optional<Place>& place)
+{
+    if (!place && !m_place)
+        return;
+    m_place = place;
+    setNeedsDisplay();
+}
+
+void ValueLine::drawInGraph(QPainter& painter, const plotkit::GraphGeometry& geometry)
+{
+    const bool onScreen = isOnScreen(painter);
+    if (!m_place || !m_read || (!onScreen && !m_place->isHeld) || geometry.plotArea.isEmpty())
+        return;
+    const QRectF& area = geometry.plotArea;
+    const double x = geometry.pointForValue(geometry.graph.plotSpace(), {m_place->time, 0}).x();
+    if (!(x >= area.left() && x <= area.right()))
+        return;
+    const ReadoutLook look = readoutLookFor(geometry.graph);
+    ReadAt read = m_read(m_place->time, geometry);
+    painter.fillRect(QRectF(x - 0.5, area.top(), 1, area.height()), look.line);
+    drawDots(painter, read.dots, look.line);
+
+    const QRectF bounds = geometry.rectangle.adjusted(kFromEdge, kFromEdge, -kFromEdge, -kFromEdge);
+    if (m_place->isHeld)
+        read.readout.state = localizedText(QT_TRANSLATE_NOOP("Plotix", "held"));
+    const Readout readout = shortened(std::move(read.readout), rowsWithin(bounds.height()),
+                                      localizedText(QT_TRANSLATE_NOOP("Plotix", "… and %1 more")));
+    const std::optional<QPointF> pointer = onScreen ? m_place->pointer : std::nullopt;
+    const double y = pointer && !m_place->isHeld ? pointer->y() + kUnderPointer : area.top() + kFromEdge;
+    paintReadout(painter, readout, placeBeside(sizeOfReadout(readout), x, y, bounds, pointer), look);
+}
+
+}  // namespace plotix

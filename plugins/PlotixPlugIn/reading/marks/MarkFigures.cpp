@@ -1,0 +1,65 @@
+#include "plugins/PlotixPlugIn/reading/marks/MarkFigures.h"
+
+#include <QtCore/QDateTime>
+
+#include <cmath>
+
+namespace plotix {
+
+namespace {
+
+std::optional<double> valueAt(const LineRecords& records, double time)
+{
+    const LineReading reading = readingAt(records, time);
+    return reading.record ? std::optional(reading.record->value) : std::nullopt;
+}
+
+QString isoText(double seconds)
+{
+    constexpr double kMillis = 1000;
+    const QDateTime local = QDateTime::fromMSecsSinceEpoch(std::llround(seconds * kMillis));
+    const bool isWhole = local.time().msec() == 0;
+    return local.toOffsetFromUtc(local.offsetFromUtc()).toString(isWhole ? Qt::ISODate : Qt::ISODateWithMs);
+}
+
+}  // namespace
+
+std::vector<MarkedLine> markedLines(const std::vector<TrendLine>& lines, const MarkTimes& marks)
+{
+    std::vector<MarkedLine> marked;
+    for (const TrendLine& each : lines)
+        marked.push_back({each.line.name, each.line.color, each.line.unitSymbol, valueAt(each.records, *marks.a),
+                          valueAt(each.records, *marks.b)});
+    return marked;
+}
+
+QStringList markHeading(const std::vector<MarkedLine>& lines, const MarkTimes& marks, const ValueTexts& texts)
+{
+    QStringList heading{QStringLiteral("A – B"), durationText(marks.distance())};
+    for (const MarkedLine& line : lines)
+        if (line.hasDifference())
+            heading << QStringLiteral("Δ %1 %2").arg(line.name,
+                                                     texts.difference(*line.atA, *line.atB, line.unitSymbol));
+    return heading;
+}
+
+LineFigures StretchFigures::of(const TrendLine& line, const KTVRecordDictionary& records, const TimeSpan& span)
+{
+    const auto& column = line.records.column;
+    if (!column || !records.time() || !line.records.series->isXSorted())
+        return {};
+    Kept& kept = m_kept[line.line.key];
+    const bool isKnown = kept.summary && kept.column.lock() == column && kept.unit == column->unit() &&
+                         kept.summary->longestJoin() == line.records.longestJoin;
+    if (!isKnown)
+        kept = {column, column->unit(),
+                LineSummary::make(FigureRecords(*records.time(), *column), line.records.longestJoin)};
+    return kept.summary->figures(span.from, span.to);
+}
+
+QString rangeText(const TimeSpan& span)
+{
+    return isoText(span.from) + QLatin1Char('/') + isoText(span.to);
+}
+
+}  // namespace plotix

@@ -1,0 +1,51 @@
+#include "plugins/PlotixPlugIn/reading/values/TrendLines.h"
+
+#include <cmath>
+
+namespace plotix {
+
+const std::vector<TrendLine>& TrendLines::shown()
+{
+    const CPTXYGraphPtr graph = m_trend.graph();
+    if (!m_isKnown || !graph || graph->allPlots() != m_plots)
+        find();
+    for (TrendLine& each : m_lines)  // the option that breaks lines changes it at any time
+        each.records.longestJoin = each.plot->gapThreshold();
+    return m_lines;
+}
+
+void TrendLines::find()
+{
+    m_lines.clear();
+    m_plots.clear();
+    const CPTXYGraphPtr graph = m_trend.graph();
+    const KTVRecordDictionaryPtr records = m_trend.records();
+    if (!graph)
+        return;
+    m_isKnown = true;
+    m_plots = graph->allPlots();
+    for (ReadLine& line : m_trend.lines()) {
+        const CPTScatterPlotPtr plot = graph->plotWithIdentifier(line.key);
+        if (!line.isShown || !plot || !plot->series())
+            continue;
+        LineRecords found =
+            lineRecords(plot->series(), records ? records->columnForKey(line.key) : nullptr, plot->gapThreshold());
+        m_lines.push_back({std::move(line), plot, std::move(found)});
+    }
+}
+
+double timeOfRecordNear(const std::vector<TrendLine>& lines, double time, double reach)
+{
+    double nearest = time;
+    double distance = reach;
+    for (const TrendLine& each : lines) {
+        const OptionalLineRecord record = nearestRecord(each.records, time);
+        if (!record || std::abs(record->time - time) > distance)
+            continue;
+        nearest = record->time;
+        distance = std::abs(record->time - time);
+    }
+    return nearest;
+}
+
+}  // namespace plotix

@@ -1,0 +1,41 @@
+#pragma once
+
+#include "plugins/PlotixPlugIn/reading/trend/ReadTrend.h"
+#include "plugins/PlotixPlugIn/reading/values/LineRecords.h"
+
+#include <vector>
+
+/// The lines of a trend that are shown, with their records, kept until something about them changes.
+///
+/// Whoever reads a trend *owns* one and *borrows* the trend. Main thread only.
+namespace plotix {
+
+struct TrendLine {
+    ReadLine line;
+    CPTScatterPlotPtr plot;
+    LineRecords records;
+};
+
+class TrendLines {
+public:
+    explicit TrendLines(const ReadTrend& trend) : m_trend(trend) {}
+
+    /// To be called when lines were hidden or shown, or look different. Other plots are noticed without it.
+    void forget() { m_isKnown = false; }
+
+    /// In the order of the plots; valid until the next call.
+    const std::vector<TrendLine>& shown();
+
+private:
+    void find();
+
+    const ReadTrend& m_trend;
+    bool m_isKnown = false;
+    std::vector<CPTScatterPlotPtr> m_plots;  // of the graph when the lines were found
+    std::vector<TrendLine> m_lines;
+};
+
+/// The time of the record of any line that is nearest to `time`; `time` itself where none lies within `reach`.
+double timeOfRecordNear(const std::vector<TrendLine>& lines, double time, double reach);
+
+}  // namespace plotix
