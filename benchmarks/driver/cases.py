@@ -78,6 +78,13 @@ def figures(what, extra=False):
                     extra=extra)
 
 
+def formula(text, beside=None, extra=False):
+    """`beside`: the same as muParser writes it."""
+    name = f"formula/{text}/10M"
+    peers = {"muparser": Peer("peer_muparser", "formula", beside, str(10 * MILLION), gigabytes=1)} if beside else {}
+    return group_of(name, "bench_formulas", peers, extra)
+
+
 def point(what, extra=False):
     """A move of the pointer over ten lines, with the value line."""
     return group_of(f"point/10x10M/{what}", "bench_frames", {}, extra=extra)
@@ -91,7 +98,6 @@ def text_import():
     kst = Command("kst2", "DATA/station.tsv", "-f", "1", "-x", "1", "-y", "2", "--png", "DATA/kst.png", text=text,
                   scrap=["kst.png"], succeeds=lambda where: os.path.exists(where.file("kst.png")))
     return Group([Case("import/10Mx2")], {"plotix": ours, "kst": kst}, rounds=3)
-
 
 def all_groups():
     both = ["qcustomplot", "qcustomplot-fast"]
@@ -121,6 +127,10 @@ def all_groups():
         figures("median"),
         picture(1),
         picture(10),
+        formula("a-b", "a-b"),
+        formula("(a-b)*0.001+b", "(a-b)*0.001+b"),
+        formula("mean(a,1h)"),
+        *[formula(text, extra=True) for text in ("maximum(a,1h)", "integral(a)", "daily_mean(a)")],
         text_import(),
         Group([Case("start")], {"plotix": ProgramStart()}),
         pan(10, 10, "full", "1920x1080", both, "noisy"),
@@ -129,7 +139,6 @@ def all_groups():
           for name in ("zoom/10x10M/1920x1080", "recolor/10x10M/1920x1080", "resize/10x10M/1920x1080",
                        "png/1200x600/1/drawn", "png/1200x600/10/drawn")],
     ]
-
 
 def chosen(groups, names, extras):
     """The groups with a case of that name, or all that are no extras; raises KeyError for a name nobody has."""

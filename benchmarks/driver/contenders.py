@@ -5,6 +5,7 @@ stopped. A round answers figures by name; "ms" is the one of the case, others ar
 """
 import json
 import os
+import re
 import resource
 import shutil
 import statistics
@@ -69,8 +70,8 @@ class GoogleBenchmark(Contender):
         return None if os.access(where.program(self.program), os.X_OK) else f"{self.program} is not built"
 
     def round(self):
-        # Names may carry endings such as /manual_time; a dot is all they hold that a pattern would mistake.
-        wanted = "^" + self.benchmark.replace(".", "[.]") + "(/manual_time|/iterations:[0-9]+)*$"
+        # Names may carry endings such as /manual_time, and signs that a pattern would mistake.
+        wanted = "^" + re.sub(r"([.()*+])", r"[\1]", self.benchmark) + "(/manual_time|/real_time|/iterations:[0-9]+)*$"
         command = [self.where.program(self.program), f"--benchmark_filter={wanted}", "--benchmark_format=json",
                    f"--benchmark_min_time={ROUND_SECONDS}"]
         ran = subprocess.run(command, stdout=subprocess.PIPE, stderr=subprocess.PIPE, text=True,

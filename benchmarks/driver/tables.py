@@ -3,10 +3,10 @@ import json
 import os
 
 PEER_ORDER = ["qcustomplot", "qcustomplot-fast", "qwt", "sqlite-rows", "sqlite-rows-16k", "memcpy",
-              "qimage", "kst", "records"]
+              "qimage", "kst", "muparser", "records"]
 PEER_TITLES = {
     "qcustomplot": "QCustomPlot", "qcustomplot-fast": "its fast lines", "qwt": "Qwt",
-    "sqlite-rows": "SQLite rows", "sqlite-rows-16k": "SQLite rows on 16 KiB pages", "memcpy": "memcpy", "qimage": "QImage", "kst": "Kst",
+    "sqlite-rows": "SQLite rows", "sqlite-rows-16k": "SQLite rows on 16 KiB pages", "memcpy": "memcpy", "qimage": "QImage", "kst": "Kst", "muparser": "muParser",
     "records": "record by record",
 }
 

@@ -2,6 +2,7 @@
 #include "base/StopRequest.h"
 #include "hostapp/cli/CommandProgressBar.h"
 #include "hostapp/cli/Commands.h"
+#include "hostapp/cli/EditFormulas.h"
 #include "hostapp/cli/Options.h"
 #include "hostapp/cli/SiteLookup.h"
 #include "hostapp/document/SiteEditing.h"
@@ -22,12 +23,13 @@ struct EditCommand {
     QString newName, mergeInto;
     bool deletes = false, removes = false, undoes = false, undoesImport = false, lists = false;
     std::optional<double> from, to;  ///< seconds since 1970-01-01 UTC; of --remove
+    FormulaWish formula;
 
     bool namesWhat() const { return !agent.isEmpty() || !property.isEmpty(); }
     int wishes() const
     {
         return int{!newName.isEmpty()} + int{!mergeInto.isEmpty()} + int{deletes} + int{removes} + int{undoes} +
-               int{undoesImport} + int{lists};
+               int{undoesImport} + int{lists} + int{!formula.text.isEmpty()} + int{formula.lists};
     }
 };
 
@@ -39,6 +41,7 @@ const char* wordFor(EditStep::Kind kind)
     case EditStep::Kind::Merge: return "merge";
     case EditStep::Kind::Delete: return "delete";
     case EditStep::Kind::RemoveValues: return "remove values of";
+    case EditStep::Kind::Compute: return "compute";
     }
     return "";
 }
@@ -78,10 +81,15 @@ EditOutcome remove(const EditCommand& command, const SiteAgent& agent, const Sit
     return removeValues(command.site, agent.id(), properties, command.from, command.to, progress);
 }
 
-EditStep::Kind edit(const EditCommand& command, EditOutcome& outcome, const EditProgress& progress)
+EditStep::Kind edit(const EditCommand& command, EditOutcome& outcome, const EditProgress& progress,
+                    std::ostream& errors)
 {
     const std::shared_ptr<SiteDocument> document = openSite(command.site);
     const std::shared_ptr<SiteAgent> agent = agentOf(*document, command.agent);
+    if (!command.formula.text.isEmpty()) {
+        outcome = compute(command.formula, command.site, *document, *agent, errors);
+        return EditStep::Kind::Compute;
+    }
     const std::shared_ptr<SiteProperty> property = propertyMeant(*agent, command.property);
     if (!command.newName.isEmpty()) {
         outcome = property ? renameProperty(command.site, property->description().id, command.newName)
@@ -119,24 +127,31 @@ void undo(const EditCommand& command, std::ostream& out, const EditProgress& pro
     out << "Undone: " << described(step) << ".\n";
 }
 
-void change(const EditCommand& command, std::ostream& out, const EditProgress& progress)
+void change(const EditCommand& command, const CommandStreams& streams, const EditProgress& progress)
 {
+    std::ostream& out = streams.output;
     EditOutcome outcome;
-    const EditStep::Kind kind = edit(command, outcome, progress);
+    const EditStep::Kind kind = edit(command, outcome, progress, streams.error);
     out << "Done: " << described({0, kind, outcome.subject, 0});
     if (kind == EditStep::Kind::Merge)
         out << ", " << counted(outcome.values) << " moved, " << outcome.conflicts
             << " left out where there was another one";
-    else if (kind != EditStep::Kind::Rename)
+    else if (kind != EditStep::Kind::Rename && kind != EditStep::Kind::Compute)
         out << ", " << counted(outcome.values);
-    out << ".\nplotix edit " << command.site.toStdString() << " --undo takes it back.\n";
+    out << ".\n";
+    for (const auto& [name, sentence] : outcome.broken)
+        out << "“" << name.toStdString() << "” can be computed no longer: " << sentence.toStdString() << '\n';
+    out << "plotix edit " << command.site.toStdString() << " --undo takes it back.\n";
 }
 
 int runCommand(const EditCommand& command, CommandContext context)
 {
     std::ostream& out = context.streams.output;
-    if (command.lists) {
-        list(command.site, out);
+    if (command.lists || command.formula.lists) {
+        if (command.lists)
+            list(command.site, out);
+        else
+            listFormulas(*openSite(command.site), out);
         return kCommandDone;
     }
     const StopRequest interruption(StopRequest::From::Keyboard);
@@ -146,7 +161,7 @@ int runCommand(const EditCommand& command, CommandContext context)
         if (command.undoes || command.undoesImport)
             undo(command, out, progress);
         else
-            change(command, out, progress);
+            change(command, context.streams, progress);
     } catch (const EditCancelled&) {
         throw ReportableError(QStringLiteral("cancelled; %1 is as it was").arg(command.site));
     }
@@ -157,12 +172,15 @@ std::optional<QString> contradictionIn(const EditCommand& command)
 {
     if (command.wishes() != 1)
         return QStringLiteral(
-            "say one of --rename, --merge-into, --delete, --remove, --undo, --undo-import and --list");
+            "say one of --rename, --merge-into, --delete, --remove, --compute, --computed, --undo, --undo-import and "
+            "--list");
     if (command.removes ? !command.from && !command.to : command.from || command.to)
         return QStringLiteral("--from and --to belong to --remove, which needs one of them or both");
     if (command.deletes && !command.namesWhat())
         return QStringLiteral("--delete needs --agent or --property, so that nothing is deleted by mistake");
-    return {};
+    if (!command.formula.text.isEmpty() && !command.property.isEmpty())
+        return QStringLiteral("--compute says the name itself, without --property");
+    return contradictionIn(command.formula);
 }
 
 }  // namespace
@@ -171,7 +189,8 @@ Command addEdit(CLI::App& program)
 {
     const auto command = std::make_shared<EditCommand>();
     CLI::App* edit = program.add_subcommand(
-        "edit", "Rename, merge or delete agents and properties, take out wrong values, undo that or an import");
+        "edit",
+        "Rename, merge, delete or compute properties and agents, take out wrong values, undo that or an import");
     addSite(edit, command->site);
     addText(edit, "--agent", command->agent, "The agent; needless when the site has one alone")->type_name("NAME");
     addText(edit, "--property", command->property, "The property; without it the whole agent is meant")
@@ -184,13 +203,17 @@ Command addEdit(CLI::App& program)
     edit->add_flag("--remove", command->removes, "Take out its values between --from and --to");
     addTime(edit, "--from", command->from, "The first time of --remove")->type_name("TIME");
     addTime(edit, "--to", command->to, "The last time of --remove")->type_name("TIME");
+    addFormulaOptions(edit, command->formula);
     edit->add_flag("--undo", command->undoes, "Undo the last of these changes, or an import if that was later");
     edit->add_flag("--undo-import", command->undoesImport, "Undo the last import");
     edit->add_flag("--list", command->lists, "List what can be undone, the latest first");
-    edit->footer("A site keeps what is needed to undo its last " + std::to_string(EditJournal::kMostSteps) +
-                 " changes.\nExamples:\n  plotix edit plant.plotix --property temp --rename \"Outdoor Air\"\n"
-                 "  plotix edit plant.plotix --agent Roof --property Wind --remove --from 2024-03-01T10:00 "
-                 "--to 2024-03-01T10:12\n  plotix edit plant.plotix --undo");
+    edit->footer(
+        "A site keeps what is needed to undo its last " + std::to_string(EditJournal::kMostSteps) +
+        " changes.\nExamples:\n  plotix edit plant.plotix --property temp --rename \"Outdoor Air\"\n"
+        "  plotix edit plant.plotix --agent Roof --property Wind --remove --from 2024-03-01T10:00 "
+        "--to 2024-03-01T10:12\n  plotix edit plant.plotix --compute 'Spread = \"Supply temperature\" - Return'\n"
+        "  plotix edit plant.plotix --compute 'Heat = integral(Power)' --unit MWh --longest-gap 30m\n"
+        "  plotix edit plant.plotix --undo");
     return {edit, Command::Makes::Text, [command](CommandContext context) { return runCommand(*command, context); },
             [command] { return contradictionIn(*command); }};
 }

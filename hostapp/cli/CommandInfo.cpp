@@ -2,7 +2,10 @@
 #include "hostapp/cli/JsonWriter.h"
 #include "hostapp/cli/Options.h"
 #include "hostapp/cli/SiteLookup.h"
+#include "hostapp/document/ComputedRecords.h"
+#include "hostapp/document/MemoryBudget.h"
 #include "hostapp/exchange/ExactText.h"
+#include "hostapp/formulas/FormulaPlan.h"
 
 #include <algorithm>
 #include <limits>
@@ -30,6 +33,7 @@ struct AgentInfo {
     struct Property {
         std::shared_ptr<SiteProperty> property;
         ColumnStatistics statistics;
+        QString problem;  ///< why it cannot be computed
     };
     QString name;
     std::size_t records = 0;
@@ -55,6 +59,17 @@ ColumnStatistics statisticsOf(const RecordOverview::Column& column)
     return statistics;
 }
 
+void compute(const SiteDocument& document, RowId agent, AgentInfo::Property& info)
+{
+    const RowId id = info.property->description().id;
+    if (const FormulaPlan plan = planProperty(*document.formulaDirectory(), id); plan.problem)
+        info.problem = sentenceOf(*plan.problem);
+    else if (const auto refusal = refusalToRead(*document.records(), {agent, {id}, {}, {}}, memoryBudget()))
+        info.problem = *refusal;
+    else
+        info.statistics = document.records()->statistics(agent, id);
+}
+
 std::vector<AgentInfo> readAgents(const SiteDocument& document)
 {
     RecordStore& store = *document.records();
@@ -73,7 +88,10 @@ std::vector<AgentInfo> readAgents(const SiteDocument& document)
             info.last = extent->last;
         }
         for (std::size_t index = 0; index < ids.size(); ++index)
-            info.properties.push_back({agent->siteProperties()[index], statisticsOf(overview.columns[index])});
+            info.properties.push_back({agent->siteProperties()[index], statisticsOf(overview.columns[index]), {}});
+        for (AgentInfo::Property& each : info.properties)
+            if (each.property->isComputed())
+                compute(document, agent->id(), each);
     }
     return agents;
 }
@@ -86,12 +104,18 @@ void writeTimeText(JsonWriter& json, const char* key, const std::optional<double
         json.absent(key);
 }
 
-void writeProperty(JsonWriter& json, const SiteProperty& property, const ColumnStatistics& statistics)
+void writeProperty(JsonWriter& json, const AgentInfo::Property& info)
 {
+    const SiteProperty& property = *info.property;
+    const ColumnStatistics& statistics = info.statistics;
     json.beginObject();
     json.text("name", property.name());
     json.text("propertyName", property.propertyName());
     json.text("unit", property.description().archivedUnit);
+    if (property.isComputed())
+        json.text("formula", property.description().formula->text);
+    if (!info.problem.isEmpty())
+        json.text("problem", info.problem);
     json.count("valid", statistics.valid);
     // A property without a single value has no extremes.
     const double none = std::numeric_limits<double>::quiet_NaN();
@@ -114,8 +138,8 @@ void writeJson(std::ostream& out, const SiteDocument& document, const std::vecto
         writeTimeText(json, "first", agent.first);
         writeTimeText(json, "last", agent.last);
         json.beginArray("properties");
-        for (const auto& [property, statistics] : agent.properties)
-            writeProperty(json, *property, statistics);
+        for (const AgentInfo::Property& property : agent.properties)
+            writeProperty(json, property);
         json.endArray();
         json.endObject();
     }
@@ -134,7 +158,7 @@ void writeText(std::ostream& out, const SiteDocument& document, const std::vecto
         if (agent.records > 0)
             out << " from " << moment(agent.first) << " to " << moment(agent.last);
         out << '\n';
-        for (const auto& [property, statistics] : agent.properties) {
+        for (const auto& [property, statistics, problem] : agent.properties) {
             const std::string unit = property->description().archivedUnit.toStdString();
             out << "  " << property->name().toStdString() << (unit.empty() ? "" : " (" + unit + ")") << ", "
                 << property->propertyName().toStdString() << ": " << statistics.valid << " valid";
@@ -142,6 +166,10 @@ void writeText(std::ostream& out, const SiteDocument& document, const std::vecto
                 out << ", " << exactNumber(statistics.minimum) << " to " << exactNumber(statistics.maximum)
                     << ", average " << exactNumber(statistics.average);
             out << '\n';
+            if (property->isComputed())
+                out << "    = " << property->description().formula->text.toStdString() << '\n';
+            if (!problem.isEmpty())
+                out << "    cannot be computed: " << problem.toStdString() << '\n';
         }
     }
 }

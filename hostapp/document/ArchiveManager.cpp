@@ -3,6 +3,7 @@
 #include "base/MainQueue.h"
 #include "base/ReportableError.h"
 #include "hostapp/core/SiteProperty.h"
+#include "hostapp/document/ComputedRecords.h"
 #include "records/store/RecordStore.h"
 
 #include <QtCore/QCoreApplication>
@@ -33,6 +34,7 @@ struct ArchiveManager::Fetch {
     ProgressHandler progress;
     CompletionHandler completion;
     std::size_t records = 0;
+    QString notComputed;  // why a formula could not be worked out
 };
 
 /// What outlives the manager until the last fetch is done.
@@ -109,13 +111,12 @@ KTVRecordDictionaryPtr ArchiveManager::read(Fetch& fetch, const State& state, st
     };
     const auto seconds = [](const OptionalDate& date) { return date ? std::optional(date->seconds) : std::nullopt; };
     const std::optional<double> from = seconds(fetch.from), to = seconds(fetch.to);
-    const RecordOverview overview = fetch.store->overview(fetch.agent, {}, from, to);
-    if (const auto refusal = refusalOf({overview, fetch.rows.size(), from, to}, fetch.budget)) {
+    if (const auto refusal = refusalToRead(*fetch.store, {fetch.agent, fetch.rows, from, to}, fetch.budget)) {
         error = KTVError{*refusal};
         return dictionary;
     }
-    const std::optional<RecordBlock> block = fetch.store->read(fetch.agent, fetch.rows, from, to, goesOn);
-    if (!block)
+    const std::optional<RecordBlock> block = readWhatCanBe(fetch, goesOn);
+    if (!block || fetch.rows.empty())
         return dictionary;
     fetch.records = block->times.size();
     dictionary->setTime(block->times);
@@ -126,6 +127,25 @@ KTVRecordDictionaryPtr ArchiveManager::read(Fetch& fetch, const State& state, st
             std::make_shared<KTVRecordColumn>(fetch.descriptors[i], column.values, column.validity, fetch.unitModel));
     }
     return dictionary;
+}
+
+/// A formula that cannot be worked out must not hide the other lines.
+std::optional<RecordBlock> ArchiveManager::readWhatCanBe(Fetch& fetch, const std::function<bool(double)>& goesOn)
+{
+    const auto seconds = [](const OptionalDate& date) { return date ? std::optional(date->seconds) : std::nullopt; };
+    while (!fetch.rows.empty()) {
+        try {
+            return fetch.store->read(fetch.agent, fetch.rows, seconds(fetch.from), seconds(fetch.to), goesOn);
+        } catch (const FormulaNotWorkedOut& broken) {
+            fetch.notComputed = broken.message();
+            const auto row = std::find(fetch.rows.begin(), fetch.rows.end(), broken.property());
+            if (row == fetch.rows.end())
+                throw;
+            fetch.descriptors.erase(fetch.descriptors.begin() + (row - fetch.rows.begin()));
+            fetch.rows.erase(row);
+        }
+    }
+    return std::nullopt;
 }
 
 // The records were read with the units and colours of the moment they were asked for. The answer follows its properties
@@ -162,8 +182,10 @@ void ArchiveManager::answer(const std::shared_ptr<Fetch>& fetch, const std::shar
         error = KTVError{
             QCoreApplication::translate("MemoryText", "The records do not fit into memory: choose a shorter range.")};
     }
-    const QString message = error ? error->message : QString();
-    const RecordFailure failure = records ? RecordFailure::TooMany : RecordFailure::Unreadable;
+    const QString message = error ? error->message : fetch->notComputed;
+    const RecordFailure failure = !error    ? RecordFailure::NotComputed
+                                  : records ? RecordFailure::TooMany
+                                            : RecordFailure::Unreadable;
     // Before what the completion handler posts, because the queue is serial.
     if (records)
         MainQueue::main().async([fetch, records] { bringUpToDate(*fetch, records); });

@@ -24,17 +24,20 @@
 ///   stopped by the progress handler, or by the manager's end: a dictionary without "time"
 ///   more records than the memory budget allows: a dictionary without "time", and an error that says what would fit
 ///   the records cannot be read: no dictionary, and an error
+///   a computed property cannot be worked out: a dictionary without its key, and no error; `fetchFailed` tells why
 /// The completion is called exactly once for each fetch, always on a worker thread; its number is how many records were
 /// read. Handlers are destroyed on the main thread. Reads may run while another connection writes, and see what was
 /// stored when they began.
 namespace plotix {
 
 class RecordStore;
+struct RecordBlock;
 
 /// What the asker got with a failed fetch.
 enum class RecordFailure {
     Unreadable,  ///< nothing; a plug-in says so by itself, without the reason
-    TooMany      ///< a dictionary without "time"; a plug-in shows that there is nothing to plot
+    TooMany,     ///< a dictionary without "time"; a plug-in shows that there is nothing to plot
+    NotComputed  ///< all that could be had; a property whose formula cannot be worked out got no key
 };
 
 class ArchiveManager : public QObject, public KTVArchiveManager {
@@ -65,6 +68,7 @@ private:
     struct Fetch;
     struct State;
     static KTVRecordDictionaryPtr read(Fetch& fetch, const State& state, std::optional<KTVError>& error);
+    static std::optional<RecordBlock> readWhatCanBe(Fetch& fetch, const std::function<bool(double)>& goesOn);
     static void bringUpToDate(Fetch& fetch, const KTVRecordDictionaryPtr& records);
     static void answer(const std::shared_ptr<Fetch>& fetch, const std::shared_ptr<State>& state);
 

@@ -16,7 +16,8 @@ namespace {
 
 // Stored: never change.
 constexpr QLatin1String kAgents("agents"), kProperties("properties"), kAliases("aliases"), kPlugIns("plugIns"),
-    kMadeAgents("madeAgents"), kMadeProperties("madeProperties"), kSpans("spans"), kTables("tables");
+    kFormulas("formulas"), kMadeAgents("madeAgents"), kMadeProperties("madeProperties"), kSpans("spans"),
+    kTables("tables");
 
 constexpr const char* kSelectAgents = "SELECT id, identifier, name FROM agent";
 constexpr const char* kSelectProperties =
@@ -40,12 +41,23 @@ QCborArray rowsOf(const Database& database, const char* select, const std::vecto
     return rows;
 }
 
+QCborArray formulaRows(const Database& database)
+{
+    QCborArray rows;
+    Statement statement(database, "SELECT property, text, unit, joins, longest_gap FROM formula");
+    while (statement.step())
+        rows.append(QCborArray{statement.integer(0), statement.text(1), statement.text(2), statement.integer(3),
+                               statement.real(4)});
+    return rows;
+}
+
 QCborMap tablesOf(const Database& database)
 {
     QCborMap tables;
     tables.insert(kAgents, rowsOf(database, kSelectAgents, {1, 2}, 3));
     tables.insert(kProperties, rowsOf(database, kSelectProperties, {2, 3, 4, 5}, 9));
     tables.insert(kAliases, rowsOf(database, kSelectAliases, {1}, 3));
+    tables.insert(kFormulas, formulaRows(database));
     return tables;
 }
 
@@ -55,6 +67,8 @@ void run(Database& database, const char* sql, const QCborArray& row)
     for (qsizetype i = 0; i < row.size(); ++i)
         if (row[i].isString())
             statement.bind(static_cast<int>(i) + 1, row[i].toString());
+        else if (row[i].isDouble())
+            statement.bind(static_cast<int>(i) + 1, row[i].toDouble());
         else
             statement.bind(static_cast<int>(i) + 1, row[i].toInteger());
     statement.run();
@@ -213,6 +227,24 @@ void EditJournal::restoreTables(const QCborMap& tables)
     m_database.execute("DELETE FROM alias");
     for (const QCborValue& row : tables.value(kAliases).toArray())
         run(m_database, "INSERT INTO alias(agent, name, target) VALUES(?, ?, ?)", row.toArray());
+    if (tables.contains(kFormulas))  // a step of an older program knows of none
+        restoreFormulas(tables);
+}
+
+/// A computed property's unit is its formula's doing; that of a recorded one stays.
+void EditJournal::restoreFormulas(const QCborMap& tables)
+{
+    m_database.execute("DELETE FROM formula");
+    for (const QCborValue& row : tables.value(kFormulas).toArray())
+        run(m_database, "INSERT INTO formula(property, text, unit, joins, longest_gap) VALUES(?, ?, ?, ?, ?)",
+            row.toArray());
+    for (const QCborValue& value : tables.value(kProperties).toArray()) {
+        const QCborArray row = value.toArray();
+        run(m_database,
+            "UPDATE property SET unit = ?2, archived_unit = ?3 WHERE id = ?1 AND archived_unit <> ?3 "
+            "AND EXISTS(SELECT 1 FROM formula WHERE property = ?1)",
+            {row[0], row[4], row[5]});
+    }
 }
 
 /// A view that the user deleted after the step stays deleted.
@@ -233,8 +265,10 @@ void EditJournal::restorePlugIns(EditStep::Kind kind, const QCborArray& plugIns)
 /// An agent that got other properties meanwhile stays; one that goes takes the views of it along.
 void EditJournal::removeWhatWasMade(const QCborMap& data)
 {
-    for (const RowId property : idsFrom(data.value(kMadeProperties).toArray()))
+    for (const RowId property : idsFrom(data.value(kMadeProperties).toArray())) {
         Statement(m_database, "DELETE FROM property WHERE id = ?").bind(1, property).run();
+        Statement(m_database, "DELETE FROM formula WHERE property = ?").bind(1, property).run();
+    }
     for (const RowId agent : idsFrom(data.value(kMadeAgents).toArray())) {
         Statement left(m_database, "SELECT identifier FROM agent WHERE id = ?1 AND NOT EXISTS "
                                    "(SELECT 1 FROM property WHERE agent = ?1)");

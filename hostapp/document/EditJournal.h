@@ -16,7 +16,7 @@
 namespace plotix {
 
 struct EditStep {
-    enum class Kind { Import, Rename, Merge, Delete, RemoveValues };  ///< stored: never change the order
+    enum class Kind { Import, Rename, Merge, Delete, RemoveValues, Compute };  ///< stored: never change the order
 
     qint64 id = 0;
     Kind kind{};
@@ -30,6 +30,8 @@ struct EditOutcome {
     QString subject;            ///< of the step, as the journal lists it
     std::size_t values = 0;     ///< that were moved or taken out
     std::size_t conflicts = 0;  ///< left out of a merge since the other had a different value at the same time
+    /// Computed properties that can be worked out no longer, each with a sentence that says why.
+    std::vector<std::pair<QString, QString>> broken = {};
 };
 
 /// A step under way. The tables of names are kept as they are when it begins; records only where they are told.
@@ -72,6 +74,7 @@ private:
     void restoreRecords(qint64 step, RecordTransaction& records, EditMeter& meter);
     void removeWhatWasMade(const QCborMap& data);
     void restoreTables(const QCborMap& tables);
+    void restoreFormulas(const QCborMap& tables);
     void restorePlugIns(EditStep::Kind kind, const QCborArray& plugIns);
 
     Database& m_database;

@@ -3,6 +3,7 @@
 #include "base/ReportableError.h"
 #include "hostapp/core/Units.h"
 #include "hostapp/document/ArchiveManager.h"
+#include "hostapp/document/ComputedRecords.h"
 #include "hostapp/document/RecordKeeping.h"
 #include "hostapp/document/SiteSchema.h"
 #include "hostapp/document/SiteStore.h"
@@ -79,8 +80,9 @@ std::shared_ptr<SiteDocument> SiteDocument::open(const QString& path)
 SiteDocument::SiteDocument(const QString& path)
     : m_store(std::make_unique<Store>(path)),
       m_path(QFileInfo(path).absoluteFilePath()),
-      m_records(recordsOfSite(m_path))
+      m_computed(std::make_shared<ComputedRecords>(recordsOfSite(m_path)))
 {
+    m_records = m_computed;
     m_store->retry.setSingleShot(true);
     m_store->retry.setInterval(kRetryInterval);
     connect(&m_store->retry, &QTimer::timeout, this, &SiteDocument::storeUnsaved);
@@ -127,6 +129,7 @@ std::shared_ptr<SiteAgent> SiteDocument::addAgent(const QString& name)
     inTransaction(m_store->database, [&] { row = m_store->tables.addAgent(name); });
     m_agents.push_back(std::shared_ptr<SiteAgent>(new SiteAgent(this, row.id, row.identifier, row.name)));
     const std::shared_ptr<SiteAgent> agent = m_agents.back();
+    tellFormulas();
     emit agentsChanged();
     return agent;
 }
@@ -139,12 +142,31 @@ void SiteDocument::reload()
     m_siteLocation = site.location;
     std::vector<std::shared_ptr<SiteAgent>> changed;
     const bool differs = reloadAgents(changed);
+    tellFormulas();
     if (renamed)
         emit siteChanged();
     if (differs)
         emit agentsChanged();
     for (const std::shared_ptr<SiteAgent>& agent : changed)
         emit agent->propertiesChanged();
+}
+
+std::shared_ptr<const FormulaDirectory> SiteDocument::formulaDirectory() const
+{
+    return m_computed->directory();
+}
+
+void SiteDocument::tellFormulas()
+{
+    const auto directory = std::make_shared<FormulaDirectory>();
+    for (const std::shared_ptr<SiteAgent>& agent : m_agents) {
+        FormulaDirectory::Agent& known = directory->agents.emplace_back();
+        known.id = agent->id();
+        known.name = agent->name();
+        for (const std::shared_ptr<SiteProperty>& property : agent->siteProperties())
+            known.properties.push_back(property->description());
+    }
+    m_computed->setDirectory(directory);
 }
 
 /// True when agents came, went or have another name; `changed`: those that stay with other properties.
@@ -185,7 +207,10 @@ bool SiteDocument::reloadProperties(SiteAgent& agent)
             continue;
         }
         SiteProperty& property = **known;
-        differs = differs || property.name() != row.name;
+        differs = differs || property.name() != row.name || property.description().formula != row.formula ||
+                  property.description().archivedUnit != row.archivedUnit;
+        if (row.formula)
+            property.setFormula(*row.formula, row.archivedUnit);
         property.rename(row.name, row.propertyName);
         agent.m_properties.push_back(*known);
         takeOver(property, row);
@@ -244,6 +269,7 @@ std::shared_ptr<SiteProperty> SiteDocument::addPropertyTo(SiteAgent& agent, cons
     SiteProperty::Description description;
     inTransaction(m_store->database, [&] { description = m_store->tables.addProperty(agent.id(), name, unit, type); });
     const std::shared_ptr<SiteProperty> property = adopt(agent, description);
+    tellFormulas();
     emit agent.propertiesChanged();
     return property;
 }

@@ -16,7 +16,9 @@
 namespace plotix {
 
 enum class RecordFailure;
+class ComputedRecords;
 class RecordStore;  // records/store
+struct FormulaDirectory;
 
 /// A plug-in as archived in the document.
 struct ArchivedPlugIn {
@@ -57,8 +59,11 @@ public:
     /// The same for whoever is about to read everything there is: `changedElsewhere` tells of what comes later only.
     void catchUp();
 
-    /// The records of the site's agents.
+    /// The records of the site's agents, computed properties among them.
     const std::shared_ptr<RecordStore>& records() const { return m_records; }
+
+    /// What names in formulas mean at this moment.
+    std::shared_ptr<const FormulaDirectory> formulaDirectory() const;
 
     /// First and last time of all records of all agents, as the store answers it; nothing without records.
     std::optional<std::pair<Date, Date>> recordExtent() const;
@@ -108,6 +113,7 @@ private:
     bool reloadProperties(SiteAgent& agent);  // true when they differ
     bool reloadAgents(std::vector<std::shared_ptr<SiteAgent>>& changed);
     void takeOver(SiteProperty& property, const SiteProperty::Description& stored);
+    void tellFormulas();  // of the agents and properties there are now
     void lookForChanges();
     void storeChange(const SiteProperty& property);
     void storeUnsaved();
@@ -115,7 +121,8 @@ private:
 
     std::unique_ptr<Store> m_store;
     QString m_path, m_siteName, m_siteLocation;
-    std::shared_ptr<RecordStore> m_records;
+    std::shared_ptr<RecordStore> m_records;  // m_computed, for those who need not know
+    std::shared_ptr<ComputedRecords> m_computed;
     std::vector<std::shared_ptr<SiteAgent>> m_agents;
     std::vector<std::shared_ptr<KTVWindowController>> m_windowControllers;
 };

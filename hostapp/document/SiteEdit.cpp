@@ -6,6 +6,8 @@
 #include "hostapp/document/ElementMoving.h"
 #include "hostapp/document/RecordKeeping.h"
 #include "hostapp/document/SiteSchema.h"
+#include "hostapp/formulas/FormulaPlan.h"
+#include "hostapp/formulas/FormulaRenaming.h"
 
 #include <QtCore/QFileInfo>
 
@@ -88,6 +90,14 @@ std::vector<RowId> SiteEdit::propertyIds(RowId agent) const
     return ids;
 }
 
+FormulaDirectory SiteEdit::directory() const
+{
+    FormulaDirectory directory;
+    for (const SiteStore::Agent& agent : m_tables.agents())
+        directory.agents.push_back({agent.id, agent.name, m_tables.properties(agent.id)});
+    return directory;
+}
+
 void SiteEdit::requireNotRecorded(const SiteStore::Agent& agent) const
 {
     const AgentLock lock(m_database.file(), agent.id, agent.name);
@@ -96,12 +106,16 @@ void SiteEdit::requireNotRecorded(const SiteStore::Agent& agent) const
 void SiteEdit::begin(EditStep::Kind kind, const QString& subject)
 {
     m_outcome.subject = subject;
+    m_before = directory();
     m_step = std::make_unique<EditStepBuilder>(m_database, kind, subject);
     m_outcome.step = m_step->id();
 }
 
 void SiteEdit::absorb(RowId agent, const Description& from, RowId intoAgent, const Description& into)
 {
+    m_moved[from.id] = into.id;
+    if (from.formula)
+        return;
     const auto converted = conversion(from, into);
     if (const std::optional<RecordExtent> extent = m_stored->extent(agent))
         m_step->keepRecords(*m_stored, intoAgent, {into.id}, extent->first, extent->last, m_meter);
@@ -158,6 +172,7 @@ void SiteEdit::removeViewsOf(const QString& agentIdentifier)
 void SiteEdit::removeProperty(RowId id)
 {
     Statement(m_database, "DELETE FROM property WHERE id = ?").bind(1, id).run();
+    Statement(m_database, "DELETE FROM formula WHERE property = ?").bind(1, id).run();
 }
 
 void SiteEdit::removeAgent(RowId id)
@@ -165,8 +180,40 @@ void SiteEdit::removeAgent(RowId id)
     Statement(m_database, "DELETE FROM agent WHERE id = ?").bind(1, id).run();
 }
 
+void SiteEdit::followNames()
+{
+    const FormulaDirectory renamed = directory();
+    const NamesChanged changed{m_before, renamed, m_moved};
+    std::map<qint64, qint64> origins;  // of computed properties that were moved
+    for (const auto& [from, into] : m_moved)
+        if (const Description* origin = m_before.propertyWithId(from); origin && origin->formula)
+            origins[into] = from;
+    for (const FormulaDirectory::Agent& agent : renamed.agents)
+        for (const Description& property : agent.properties) {
+            const qint64 origin = origins.contains(property.id) ? origins[property.id] : property.id;
+            const FormulaDirectory::Agent* home = m_before.agentOf(origin);
+            if (!property.formula || !home)
+                continue;
+            PropertyFormula formula = *property.formula;
+            formula.text = followed(formula.text, home->id, agent.id, changed);
+            if (formula != *property.formula)
+                m_tables.setFormula(property.id, formula, property.archivedUnit);
+        }
+    const FormulaDirectory after = directory();
+    for (const FormulaDirectory::Agent& agent : after.agents)
+        for (const Description& property : agent.properties) {
+            if (!property.formula)
+                continue;
+            const qint64 origin = origins.contains(property.id) ? origins[property.id] : property.id;
+            const FormulaPlan plan = planProperty(after, property.id);
+            if (plan.problem && !planProperty(m_before, origin).problem)
+                m_outcome.broken.emplace_back(property.name, sentenceOf(*plan.problem));
+        }
+}
+
 EditOutcome SiteEdit::finish()
 {
+    followNames();
     m_step->finish();
     commit();
     return m_outcome;

@@ -3,7 +3,9 @@
 #include "hostapp/document/ArchivedReferences.h"
 #include "hostapp/document/EditJournal.h"
 #include "hostapp/document/SiteStore.h"
+#include "hostapp/formulas/FormulaDirectory.h"
 
+#include <map>
 #include <memory>
 
 /// One change of a site, in one transaction: what `SiteEditing` is made of. Destruction without `finish` or `commit`
@@ -30,12 +32,16 @@ public:
     SiteProperty::Description property(RowId id) const;
     std::vector<RowId> propertyIds(RowId agent) const;
 
+    /// What names in formulas mean now.
+    FormulaDirectory directory() const;
+
     /// A recorder goes on with the numbers of the properties it found when it began.
     void requireNotRecorded(const SiteStore::Agent& agent) const;
 
     void begin(EditStep::Kind kind, const QString& subject);
 
     /// The first one's values go into the other; both are kept as they were. Throws where their units do not convert.
+    /// A computed one has no values: formulas that name it name the other.
     void absorb(RowId agent, const SiteProperty::Description& from, RowId intoAgent,
                 const SiteProperty::Description& into);
     void expectToAbsorb(RowId agent, RowId intoAgent, std::size_t properties);  ///< in so many parts
@@ -60,12 +66,15 @@ public:
 
 private:
     std::vector<ArchivedPlugIn> plugIns() const;
+    void followNames();  // formulas go on meaning what they meant; what cannot be is told
 
     Database m_database;
     SiteStore m_tables;
     std::shared_ptr<RecordStore> m_stored;  // as they were before this transaction
     std::unique_ptr<RecordTransaction> m_records;
     std::unique_ptr<EditStepBuilder> m_step;
+    FormulaDirectory m_before;         // when the step began
+    std::map<qint64, qint64> m_moved;  // properties that were absorbed, and by which
     EditOutcome m_outcome;
     EditMeter m_meter;
 };

@@ -4,6 +4,7 @@
 #include "hostapp/core/Units.h"
 #include "hostapp/document/SiteEdit.h"
 #include "hostapp/document/SiteSchema.h"
+#include "hostapp/formulas/FormulaPlan.h"
 
 #include <QtCore/QFileInfo>
 
@@ -24,6 +25,29 @@ QString subjectOf(const SiteStore::Agent& agent, const Description& property)
 QString subjectOf(const QString& before, const QString& after)
 {
     return before + QStringLiteral(" → ") + after;
+}
+
+void requireRecorded(const Description& property)
+{
+    if (property.formula)
+        throw ReportableError(
+            QStringLiteral("“%1” is computed and has no values of its own: change its formula, or delete it.")
+                .arg(property.name));
+}
+
+/// The numbers of those that are recorded; throws when that is none of them.
+std::vector<RowId> recordedOnes(const SiteEdit& edit, const std::vector<RowId>& properties)
+{
+    const FormulaDirectory directory = edit.directory();
+    std::vector<RowId> recorded;
+    for (const RowId id : properties) {
+        const Description* property = directory.propertyWithId(id);
+        if (property && property->formula && properties.size() == 1)
+            requireRecorded(*property);
+        if (!property || !property->formula)
+            recorded.push_back(id);
+    }
+    return recorded;
 }
 
 EditStep undo(SiteEdit& edit, const EditStep& step)
@@ -63,6 +87,8 @@ EditOutcome mergeProperties(const QString& site, RowId id, RowId intoId, const E
     const Description from = edit.property(id), into = edit.property(intoId);
     if (id == intoId || edit.agentOf(intoId).id != agent.id)
         throw ReportableError(QStringLiteral("Choose two properties of one agent to merge."));
+    requireRecorded(from);
+    requireRecorded(into);
     edit.requireNotRecorded(agent);
     edit.begin(Kind::Merge, subjectOf(subjectOf(agent, from), into.name));
     edit.expectToAbsorb(agent.id, agent.id, 1);
@@ -90,7 +116,9 @@ EditOutcome mergeAgents(const QString& site, RowId id, RowId intoId, const EditP
     edit.expectToTakeOut(id);
     std::vector<MovedProperty> moved;
     for (const Description& property : edit.tables().properties(id)) {
-        const std::optional<Description> other = edit.tables().propertyNamed(intoId, property.name);
+        std::optional<Description> other = edit.tables().propertyNamed(intoId, property.name);
+        if (property.formula || (other && other->formula))
+            other.reset();  // a computed one has no values that could become another's
         const bool isOne = other && Units::shared()->areCompatible(property.archivedUnit, other->archivedUnit);
         const Description target = isOne || (other && property.archivedUnit == other->archivedUnit)
                                        ? *other
@@ -113,15 +141,53 @@ EditOutcome mergeAgents(const QString& site, RowId id, RowId intoId, const EditP
     return edit.finish();
 }
 
+EditOutcome computeProperty(const QString& site, RowId agentId, const ComputedProperty& wanted, std::optional<RowId> id)
+{
+    SiteEdit edit(site);
+    const SiteStore::Agent agent = edit.agent(agentId);
+    const QString name = wanted.name.trimmed();
+    const FormulaPlan plan = planFormula(edit.directory(), agentId, wanted.formula, id.value_or(0));
+    if (plan.problem)
+        throw ReportableError(sentenceOf(*plan.problem));
+    const QString unit = plan.program->unit;
+    std::optional<Description> property = id ? std::optional(edit.property(*id)) : std::nullopt;
+    if (name.isEmpty())
+        throw ReportableError(QStringLiteral("A property needs a name: give it one."));
+    if (!property && edit.tables().propertyNamed(agentId, name))
+        throw ReportableError(QStringLiteral("“%1” is taken: choose another name.").arg(name));
+    edit.begin(Kind::Compute, QStringLiteral("%1: %2").arg(agent.name, name));
+    if (!property) {
+        property = edit.tables().addProperty(agentId, name, unit, 0);
+        edit.step().madeProperty(property->id);
+    } else if (name != property->name) {
+        const Description before = *property;
+        property = edit.tables().renameProperty(agentId, before, name);
+        edit.moveReferences({{agent.identifier, before.propertyName, before.name, agent.identifier,
+                              property->propertyName, property->name}});
+    }
+    edit.tables().setFormula(property->id, wanted.formula, unit);
+    if (!Units::shared()->areCompatible(property->unit, unit))
+        property->unit = unit;
+    if (!wanted.formula.unit.isEmpty())
+        property->unit = unit;
+    property->color = wanted.color.value_or(property->color);
+    edit.tables().updateProperty(*property);
+    return edit.finish();
+}
+
 EditOutcome deleteProperty(const QString& site, RowId id, const EditProgress& progress)
 {
     SiteEdit edit(site, progress);
     const SiteStore::Agent agent = edit.agentOf(id);
-    edit.requireNotRecorded(agent);
+    const bool isRecorded = !edit.property(id).formula;
+    if (isRecorded)
+        edit.requireNotRecorded(agent);
     edit.begin(Kind::Delete, subjectOf(agent, edit.property(id)));
-    edit.countValues(agent.id, {id});
-    edit.expectToTakeOut(agent.id);
-    edit.takeOut(agent.id, {id});
+    if (isRecorded) {
+        edit.countValues(agent.id, {id});
+        edit.expectToTakeOut(agent.id);
+        edit.takeOut(agent.id, {id});
+    }
     edit.removeProperty(id);
     edit.tables().removeAliasesOf(agent.id, id);
     return edit.finish();
@@ -147,11 +213,12 @@ EditOutcome deleteAgent(const QString& site, RowId id, const EditProgress& progr
     return edit.finish();
 }
 
-EditOutcome removeValues(const QString& site, RowId id, const std::vector<RowId>& properties,
-                         std::optional<double> from, std::optional<double> to, const EditProgress& progress)
+EditOutcome removeValues(const QString& site, RowId id, const std::vector<RowId>& chosen, std::optional<double> from,
+                         std::optional<double> to, const EditProgress& progress)
 {
     SiteEdit edit(site, progress);
     const SiteStore::Agent agent = edit.agent(id);
+    const std::vector<RowId> properties = recordedOnes(edit, chosen);
     edit.begin(Kind::RemoveValues,
                properties.size() == 1 ? subjectOf(agent, edit.property(properties.front())) : agent.name);
     edit.countValues(id, properties, from, to);

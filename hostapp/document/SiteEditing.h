@@ -1,8 +1,10 @@
 #pragma once
 
+#include "hostapp/core/PropertyFormula.h"
 #include "hostapp/document/EditJournal.h"
 
 #include <QtCore/QString>
+#include <QtGui/QColor>
 
 #include <optional>
 #include <vector>
@@ -25,6 +27,18 @@ EditOutcome renameProperty(const QString& site, RowId property, const QString& n
 EditOutcome mergeProperties(const QString& site, RowId property, RowId into, const EditProgress& progress = {});
 /// Properties of the same name are merged, the others move.
 EditOutcome mergeAgents(const QString& site, RowId agent, RowId into, const EditProgress& progress = {});
+
+/// A computed property as somebody asks for it.
+struct ComputedProperty {
+    QString name;
+    PropertyFormula formula;
+    std::optional<QColor> color = {};  ///< absent: the next of the palette, or as it is
+};
+
+/// Makes a computed property of the agent, or changes the one given. Throws with a sentence where the formula cannot be
+/// worked out, and where the name is taken.
+EditOutcome computeProperty(const QString& site, RowId agent, const ComputedProperty& wanted,
+                            std::optional<RowId> property = {});
 
 EditOutcome deleteProperty(const QString& site, RowId property, const EditProgress& progress = {});
 /// With its properties, records and stored views.

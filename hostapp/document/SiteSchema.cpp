@@ -10,11 +10,11 @@ namespace plotix {
 namespace {
 
 constexpr int kApplicationId = 0x506C7478;  // "Pltx"
-constexpr int kVersion = 3;
+constexpr int kVersion = 4;
 constexpr int kPageSize = 16384;
 
-constexpr SchemaPart::Table kTables[] = {{"site", 1},    {"agent", 1}, {"property", 1}, {"plugin", 1},
-                                         {"setting", 1}, {"alias", 3}, {"step", 3},     {"kept", 3}};
+constexpr SchemaPart::Table kTables[] = {{"site", 1},  {"agent", 1}, {"property", 1}, {"plugin", 1}, {"setting", 1},
+                                         {"alias", 3}, {"step", 3},  {"kept", 3},     {"formula", 4}};
 
 #define PLOTIX_TABLES_OF_VERSION_3                                                                                     \
     "CREATE TABLE alias(agent INTEGER NOT NULL, name TEXT NOT NULL, target INTEGER NOT NULL, "                         \
@@ -25,6 +25,10 @@ constexpr SchemaPart::Table kTables[] = {{"site", 1},    {"agent", 1}, {"propert
     "data BLOB NOT NULL);"                                                                                             \
     "CREATE INDEX kept_by_step ON kept(step);"
 
+#define PLOTIX_TABLES_OF_VERSION_4                                                                                     \
+    "CREATE TABLE formula(property INTEGER PRIMARY KEY, text TEXT NOT NULL, unit TEXT NOT NULL, "                      \
+    "joins INTEGER NOT NULL, longest_gap REAL NOT NULL);"
+
 constexpr const char* kCreate = R"sql(
 CREATE TABLE site(id INTEGER PRIMARY KEY CHECK(id = 1), name TEXT NOT NULL, location TEXT NOT NULL);
 CREATE TABLE agent(id INTEGER PRIMARY KEY AUTOINCREMENT, identifier TEXT NOT NULL UNIQUE, name TEXT NOT NULL UNIQUE);
@@ -33,9 +37,9 @@ CREATE TABLE property(id INTEGER PRIMARY KEY AUTOINCREMENT, agent INTEGER NOT NU
     type INTEGER NOT NULL, visible INTEGER NOT NULL, UNIQUE(agent, key));
 CREATE TABLE plugin(id INTEGER PRIMARY KEY AUTOINCREMENT, class_name TEXT NOT NULL, state BLOB NOT NULL);
 CREATE TABLE setting(key TEXT PRIMARY KEY, value BLOB NOT NULL);
-)sql" PLOTIX_TABLES_OF_VERSION_3;
+)sql" PLOTIX_TABLES_OF_VERSION_3 PLOTIX_TABLES_OF_VERSION_4;
 
-constexpr SchemaPart::Step kSteps[] = {{3, PLOTIX_TABLES_OF_VERSION_3}};
+constexpr SchemaPart::Step kSteps[] = {{3, PLOTIX_TABLES_OF_VERSION_3}, {4, PLOTIX_TABLES_OF_VERSION_4}};
 
 }  // namespace
 

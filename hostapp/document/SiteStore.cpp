@@ -131,7 +131,40 @@ std::vector<SiteProperty::Description> SiteStore::properties(qint64 agent) const
         property.visible = statement.integer(7) != 0;
         properties.push_back(property);
     }
+    statement.reset();
+    readFormulas(properties);
     return properties;
+}
+
+bool SiteStore::hasTable(const char* name) const
+{
+    Statement table(m_database, "SELECT 1 FROM sqlite_schema WHERE type = 'table' AND name = ?");
+    return table.bind(1, QString::fromLatin1(name)).step();
+}
+
+void SiteStore::readFormulas(std::vector<SiteProperty::Description>& properties) const
+{
+    if (!hasTable("formula"))
+        return;
+    Statement rows(m_database, "SELECT property, text, unit, joins, longest_gap FROM formula");
+    while (rows.step())
+        for (SiteProperty::Description& property : properties)
+            if (property.id == rows.integer(0))
+                property.formula = PropertyFormula{rows.text(1), rows.text(2),
+                                                   static_cast<PropertyFormula::Join>(rows.integer(3)), rows.real(4)};
+}
+
+void SiteStore::setFormula(qint64 property, const PropertyFormula& formula, const QString& unit)
+{
+    Statement(m_database, "INSERT OR REPLACE INTO formula(property, text, unit, joins, longest_gap) "
+                          "VALUES(?, ?, ?, ?, ?)")
+        .bind(1, property)
+        .bind(2, formula.text)
+        .bind(3, formula.unit)
+        .bind(4, static_cast<qint64>(formula.join))
+        .bind(5, formula.longestGap)
+        .run();
+    Statement(m_database, "UPDATE property SET archived_unit = ? WHERE id = ?").bind(1, unit).bind(2, property).run();
 }
 
 std::optional<SiteProperty::Description> SiteStore::propertyNamed(qint64 agent, const QString& name) const
@@ -170,6 +203,9 @@ SiteProperty::Description SiteStore::addPropertyLike(qint64 agent, const SitePro
         .bind(1, property.archivedUnit)
         .bind(2, property.id)
         .run();
+    if (other.formula)
+        setFormula(property.id, *other.formula, property.archivedUnit);
+    property.formula = other.formula;
     return property;
 }
 
@@ -232,9 +268,8 @@ void SiteStore::removeAliasesOf(qint64 agent, qint64 target)
 
 std::optional<qint64> SiteStore::aliasTarget(qint64 agent, const QString& name) const
 {
-    Statement table(m_database, "SELECT 1 FROM sqlite_schema WHERE type = 'table' AND name = 'alias'");
-    if (!table.step())
-        return std::nullopt;  // a document of an older version
+    if (!hasTable("alias"))
+        return std::nullopt;
     Statement alias(m_database, "SELECT target FROM alias WHERE agent = ? AND name = ?");
     alias.bind(1, agent).bind(2, name);
     return alias.step() ? std::optional(alias.integer(0)) : std::nullopt;

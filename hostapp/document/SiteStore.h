@@ -34,6 +34,9 @@ public:
 
     std::vector<SiteProperty::Description> properties(qint64 agent) const;  ///< in the order they were added
 
+    /// What a computed property is worked out from from now on; its unit is that of the result.
+    void setFormula(qint64 property, const PropertyFormula& formula, const QString& unit);
+
     /// Finds a property by its name, else by the key of that name.
     std::optional<SiteProperty::Description> propertyNamed(qint64 agent, const QString& name) const;
 
@@ -46,7 +49,7 @@ public:
     SiteProperty::Description addProperty(qint64 agent, const QString& name, const QString& unit, std::uint32_t type,
                                           const std::vector<SiteProperty::Description>& before);
 
-    /// One of that name, units, colour and type, as unique in this agent.
+    /// One of that name, units, colour, type and formula, as unique in this agent.
     SiteProperty::Description addPropertyLike(qint64 agent, const SiteProperty::Description& other);
     /// Its key follows the name. Throws when the name is empty or taken.
     SiteProperty::Description renameProperty(qint64 agent, const SiteProperty::Description& property,
@@ -68,6 +71,8 @@ public:
     std::optional<qint64> aliasTarget(qint64 agent, const QString& name) const;
 
 private:
+    bool hasTable(const char* name) const;  // documents of older versions lack some
+    void readFormulas(std::vector<SiteProperty::Description>& properties) const;
     void requireFreeAgentName(const QString& name) const;
 
     Database& m_database;

@@ -9,6 +9,7 @@
 #include <QtCore/QFile>
 #include <QtCore/QFileInfo>
 #include <QtCore/QHash>
+#include <QtCore/QSet>
 
 #include <map>
 #include <vector>
@@ -20,9 +21,16 @@ struct SiteTransaction::Impl {
     struct KnownProperties {
         std::vector<SiteProperty::Description> all;  // in the order they were added
         QHash<QString, std::size_t> byName, byKey;   // the first of a name
+        QSet<QString> computed;                      // keys of computed ones
 
+        /// Nothing is ever stored into a computed one, whatever it is called.
         void add(const SiteProperty::Description& property)
         {
+            if (property.formula) {
+                computed.insert(property.propertyName);
+                all.push_back(property);
+                return;
+            }
             if (!byName.contains(property.name))
                 byName[property.name] = all.size();
             if (!byKey.contains(property.propertyName))
@@ -42,7 +50,7 @@ struct SiteTransaction::Impl {
         const SiteProperty::Description* withId(std::optional<qint64> id) const
         {
             for (const SiteProperty::Description& property : all)
-                if (id && property.id == *id)
+                if (id && property.id == *id && !property.formula)
                     return &property;
             return nullptr;
         }
@@ -165,6 +173,8 @@ SiteTransaction::Property SiteTransaction::findOrCreateProperty(RowId agent, con
     if (property == nullptr) {
         known.add(store.addProperty(agent, name, unit, type, known.all));
         property = &known.all.back();
+        if (known.computed.contains(camelCaseString(name)))  // the next import finds it by this
+            store.addAlias(agent, camelCaseString(name), property->id);
         if (m_impl->step)
             m_impl->step->madeProperty(property->id);
     }

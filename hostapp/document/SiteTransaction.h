@@ -42,7 +42,9 @@ public:
     RowId findOrCreateAgent(const QString& name);
     QString agentName(RowId agent) const;
 
-    /// Finds a property by its name, else by the name's camel case, else by a name it gave up; else creates it.
+    /// Finds a recorded property by its name, else by the name's camel case, else by a name it gave up; else creates
+    /// it. Where a computed one has the name, the new one gets a number behind it, and is found by that name from then
+    /// on.
     Property findOrCreateProperty(RowId agent, const QString& name, const QString& unit, std::uint32_t type = 0);
 
     /// Stores records in this transaction; call `commit` here, not there. Borrowed.

@@ -217,6 +217,21 @@ FormulaPlan planOf(Planning& planning, qint64 agent, const PropertyFormula& form
     return {program, std::nullopt};
 }
 
+/// The properties that its formula names and that are there.
+std::vector<qint64> namedBy(const FormulaDirectory& directory, const Description& property)
+{
+    std::vector<qint64> named;
+    if (!property.formula)
+        return named;
+    const FormulaDirectory::Agent* home = directory.agentOf(property.id);
+    for (const FormulaName& name : namesIn(property.formula->text)) {
+        const FormulaDirectory::Agent* agent = name.agent ? directory.agentNamed(*name.agent) : home;
+        if (const Description* found = agent ? FormulaDirectory::propertyNamed(*agent, name.property) : nullptr)
+            named.push_back(found->id);
+    }
+    return named;
+}
+
 }  // namespace
 
 FormulaPlan planFormula(const FormulaDirectory& directory, qint64 agent, const PropertyFormula& formula,
@@ -238,27 +253,36 @@ FormulaPlan planProperty(const FormulaDirectory& directory, qint64 property)
     return planOfKept(planning, *kept);
 }
 
+std::vector<PropertyFormula> formulasBeneath(const FormulaDirectory& directory, qint64 property)
+{
+    std::vector<qint64> found{property};
+    std::vector<PropertyFormula> formulas;
+    for (std::size_t i = 0; i < found.size(); ++i) {
+        const Description* each = directory.propertyWithId(found[i]);
+        if (!each || !each->formula)
+            continue;
+        formulas.push_back(*each->formula);
+        for (const qint64 named : namedBy(directory, *each))
+            if (std::find(found.begin(), found.end(), named) == found.end())
+                found.push_back(named);
+    }
+    return formulas;
+}
+
 std::vector<qint64> dependentsOf(const FormulaDirectory& directory, qint64 property)
 {
     std::vector<qint64> found{property};
     const auto isFound = [&found](qint64 id) { return std::find(found.begin(), found.end(), id) != found.end(); };
-    const auto names = [&](const FormulaDirectory::Agent& home, const Description& each) {
-        for (const FormulaName& name : namesIn(each.formula->text)) {
-            const FormulaDirectory::Agent* agent = name.agent ? directory.agentNamed(*name.agent) : &home;
-            const Description* named = agent ? FormulaDirectory::propertyNamed(*agent, name.property) : nullptr;
-            if (named && isFound(named->id))
-                return true;
-        }
-        return false;
-    };
     for (bool isMore = true; isMore;) {
         isMore = false;
         for (const FormulaDirectory::Agent& agent : directory.agents)
-            for (const Description& each : agent.properties)
-                if (each.formula && !isFound(each.id) && names(agent, each)) {
-                    found.push_back(each.id);
-                    isMore = true;
-                }
+            for (const Description& each : agent.properties) {
+                const std::vector<qint64> named = namedBy(directory, each);
+                if (isFound(each.id) || std::none_of(named.begin(), named.end(), isFound))
+                    continue;
+                found.push_back(each.id);
+                isMore = true;
+            }
     }
     found.erase(found.begin());
     return found;

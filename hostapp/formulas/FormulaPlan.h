@@ -24,6 +24,10 @@ FormulaPlan planFormula(const FormulaDirectory& directory, qint64 agent, const P
 /// Of a computed property as it is kept: the result is in its archived unit. Requires: it has a formula.
 FormulaPlan planProperty(const FormulaDirectory& directory, qint64 property);
 
+/// The property's formula and those of the computed ones that it names, directly or through others; none of a recorded
+/// one. Whether it can be worked out does not matter.
+std::vector<PropertyFormula> formulasBeneath(const FormulaDirectory& directory, qint64 property);
+
 /// The computed properties whose formulas name this one, directly or through others.
 std::vector<qint64> dependentsOf(const FormulaDirectory& directory, qint64 property);
 

@@ -13,7 +13,9 @@
 #include <QtGui/QPainter>
 #include <QtGui/QPdfWriter>
 
-#include <array>
+#include <algorithm>
+#include <numeric>
+#include <vector>
 
 namespace plotix {
 
@@ -24,7 +26,7 @@ class PageText {
 };
 
 constexpr int kTitleSize = 18, kSmallestTitle = 12;
-constexpr int kCellSize = 10, kHeadingSize = 11, kFooterSize = 9;
+constexpr int kCellSize = 10, kSmallestCell = 6, kHeadingSize = 11, kFooterSize = 9;
 constexpr double kKeyWidth = 26;  // of the column with the colours
 constexpr double kColumnGap = 14;
 constexpr double kKeyThickness = 3;
@@ -60,40 +62,66 @@ QFont fittingTitleFont(const QString& text, double width)
     return fontOf(size, QFont::Bold);
 }
 
-using Cells = std::array<QString, 6>;  // property, unit, minimum, maximum, average, values
+using Cells = QStringList;  // property, unit, minimum, maximum, average, values, and what was chosen beyond
 
-Cells headingsOfColumns()
+Cells headingsOfColumns(const ReportContents& contents)
 {
-    return {PageText::tr("Property"), PageText::tr("Unit"),    PageText::tr("Minimum"),
-            PageText::tr("Maximum"),  PageText::tr("Average"), PageText::tr("Values")};
+    return QStringList{PageText::tr("Property"), PageText::tr("Unit"),    PageText::tr("Minimum"),
+                       PageText::tr("Maximum"),  PageText::tr("Average"), PageText::tr("Values")} +
+           contents.figureTitles;
 }
 
-Cells cellsOf(const ReportContents::Row& row, const QLocale& locale)
+Cells cellsOf(const ReportContents& contents, const ReportContents::Row& row, const QLocale& locale)
 {
     const FiguresText figures = figuresText(row, locale);
-    return {row.name, row.unit, figures.minimum, figures.maximum, figures.average, figures.points};
+    Cells cells{row.name, row.unit, figures.minimum, figures.maximum, figures.average, figures.points};
+    for (qsizetype column = 0; column < contents.figureTitles.size(); ++column)
+        cells << row.figures.value(column);
+    return cells;
 }
 
 /// Each column as wide as its widest text; the names take the rest.
-std::array<QRectF, 6> columnsOf(const ReportContents& contents, const QLocale& locale, const QRectF& table)
+std::vector<double> widthsOf(const ReportContents& contents, const QLocale& locale, int size)
 {
-    const QFontMetricsF heading(fontOf(kCellSize, QFont::Bold)), text(fontOf(kCellSize));
-    std::array<double, 6> widths{};
-    const Cells headings = headingsOfColumns();
+    const QFontMetricsF heading(fontOf(size, QFont::Bold)), text(fontOf(size));
+    const Cells headings = headingsOfColumns(contents);
+    std::vector<double> widths(static_cast<std::size_t>(headings.size()));
     for (std::size_t column = 1; column < widths.size(); ++column)
-        widths[column] = heading.horizontalAdvance(headings[column]);
+        widths[column] = heading.horizontalAdvance(headings[static_cast<qsizetype>(column)]);
     for (const ReportContents::Row& row : contents.rows) {
-        const Cells cells = cellsOf(row, locale);
+        const Cells cells = cellsOf(contents, row, locale);
         for (std::size_t column = 1; column < widths.size(); ++column)
-            widths[column] = std::max(widths[column], text.horizontalAdvance(cells[column]));
+            widths[column] = std::max(widths[column], text.horizontalAdvance(cells[static_cast<qsizetype>(column)]));
     }
-    std::array<QRectF, 6> columns;
+    return widths;
+}
+
+struct TableColumns {
+    std::vector<QRectF> cells;  ///< of the first row
+    int fontSize = kCellSize;
+};
+
+/// Many columns are written smaller, down to what can still be read; the names keep a sixth of the width.
+TableColumns columnsOf(const ReportContents& contents, const QLocale& locale, const QRectF& table)
+{
+    constexpr double kShareOfNames = 1.0 / 6;
+    TableColumns columns;
+    std::vector<double> widths;
+    for (columns.fontSize = kCellSize;; --columns.fontSize) {
+        widths = widthsOf(contents, locale, columns.fontSize);
+        const double taken = std::accumulate(widths.begin(), widths.end(),
+                                             kKeyWidth + kColumnGap * static_cast<double>(widths.size() - 1));
+        if (taken <= table.width() * (1 - kShareOfNames) || columns.fontSize == kSmallestCell)
+            break;
+    }
+    columns.cells.resize(widths.size());
     double right = table.right();
     for (std::size_t column = widths.size() - 1; column > 0; --column) {
-        columns[column] = QRectF(right - widths[column], table.top(), widths[column], kReportRowHeight);
+        columns.cells[column] = QRectF(right - widths[column], table.top(), widths[column], kReportRowHeight);
         right -= widths[column] + kColumnGap;
     }
-    columns[0] = QRectF(table.left() + kKeyWidth, table.top(), right - table.left() - kKeyWidth, kReportRowHeight);
+    columns.cells[0] = QRectF(table.left() + kKeyWidth, table.top(), std::max(0.0, right - table.left() - kKeyWidth),
+                              kReportRowHeight);
     return columns;
 }
 
@@ -103,11 +131,11 @@ Qt::Alignment alignmentOf(std::size_t column)
     return (column < kTextColumns ? Qt::AlignLeft : Qt::AlignRight) | Qt::AlignVCenter;
 }
 
-void drawRow(QPainter& painter, const std::array<QRectF, 6>& columns, double down, const Cells& cells,
-             const QFont& font)
+void drawRow(QPainter& painter, const TableColumns& columns, double down, const Cells& cells, QFont::Weight weight)
 {
-    for (std::size_t column = 0; column < columns.size(); ++column)
-        drawText(painter, columns[column].translated(0, down), cells[column], font, kInk, alignmentOf(column));
+    for (std::size_t column = 0; column < columns.cells.size(); ++column)
+        drawText(painter, columns.cells[column].translated(0, down), cells[static_cast<qsizetype>(column)],
+                 fontOf(columns.fontSize, weight), kInk, alignmentOf(column));
 }
 
 /// The whole sheet is ours, margins included; they are the plan's.
@@ -234,8 +262,8 @@ void PageReport::drawTable(QPainter& painter, const PageLayoutPlan& plan, const 
 {
     if (page.rows == 0)
         return;
-    const std::array<QRectF, 6> columns = columnsOf(m_contents, m_locale, page.table);
-    drawRow(painter, columns, 0, headingsOfColumns(), fontOf(kCellSize, QFont::Bold));
+    const TableColumns columns = columnsOf(m_contents, m_locale, page.table);
+    drawRow(painter, columns, 0, headingsOfColumns(m_contents), QFont::Bold);
     for (int index = 0; index <= page.rows; ++index) {
         const double below = page.table.top() + (index + 1) * kReportRowHeight;
         painter.setPen(QPen(index == 0 ? kInk : kRule, 0.6));
@@ -248,7 +276,7 @@ void PageReport::drawTable(QPainter& painter, const PageLayoutPlan& plan, const 
         painter.fillRect(
             QRectF(page.table.left(), middle - kKeyThickness / 2, kKeyWidth - kColumnGap / 2, kKeyThickness),
             row.color);
-        drawRow(painter, columns, down, cellsOf(row, m_locale), fontOf(kCellSize));
+        drawRow(painter, columns, down, cellsOf(m_contents, row, m_locale), QFont::Normal);
     }
 }
 

@@ -2,6 +2,7 @@
 
 #include <QtCore/QRectF>
 #include <QtCore/QString>
+#include <QtCore/QStringList>
 #include <QtGui/QColor>
 
 #include <functional>
@@ -19,6 +20,7 @@ struct ReportContents {
         QString name, unit;
         double minimum = 0, maximum = 0, average = 0;  ///< without meaning when there are no points
         qint64 points = 0;
+        QStringList figures = {};  ///< further cells as they are written, one for each of `figureTitles`
     };
 
     QString title;
@@ -26,6 +28,8 @@ struct ReportContents {
     double from = 0, to = 0;                        ///< the span that the graph draws
     std::optional<double> firstRecord, lastRecord;  ///< of the records that the rows are about; absent: not known
     std::vector<Row> rows;                          ///< of the lines that the graph shows
+    QStringList figureTitles;                       ///< of the rows' further cells
+    QString about;                                  ///< what the rows are about, in words; empty: all records read
     QStringList outside;                            ///< names of those whose values the graph cuts off
 
     /// Draws the graph into a rectangle in points, dark on white.

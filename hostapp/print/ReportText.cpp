@@ -80,6 +80,8 @@ QString placeText(const ReportContents& contents)
 
 QString recordsText(const ReportContents& contents, const QLocale& locale)
 {
+    if (!contents.about.isEmpty())
+        return ReportText::tr("The figures cover %1").arg(contents.about);
     if (!contents.firstRecord || !contents.lastRecord)
         return {};
     const double tolerance = kSameToAReader * std::abs(contents.to - contents.from);

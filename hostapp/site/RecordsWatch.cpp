@@ -2,6 +2,7 @@
 
 #include "base/MainQueue.h"
 #include "base/ReportableError.h"
+#include "hostapp/formulas/FormulaPlan.h"
 #include "hostapp/site/PlugInOperations.h"
 #include "records/store/RecordStore.h"
 
@@ -72,10 +73,14 @@ std::optional<RecordsWatch::Shown> RecordsWatch::shownBy(const KTVPlugIn& trend)
     if (!spans || !spans->read || !agent)
         return std::nullopt;
     Shown shown{agent->id(), {}, *spans->read};
+    const auto directory = m_document.formulaDirectory();
     const QStringList keys = changeableState(&trend).value(QStringLiteral("properties")).toStringList();
     for (const auto& property : agent->siteProperties())
-        if (keys.contains(property->propertyName()))
+        if (keys.contains(property->propertyName())) {
             shown.properties.push_back(property->description().id);
+            for (const PropertyFormula& formula : formulasBeneath(*directory, property->description().id))
+                shown.formulas.push_back(formula);
+        }
     return shown;
 }
 
@@ -106,7 +111,10 @@ void RecordsWatch::compare(const KTVPlugIn* key, Watched& watched, const Shown& 
     QThreadPool::globalInstance()->start([key, shown, store = m_document.records(), self = QPointer(this)] {
         std::size_t summary = 0;
         try {
-            summary = summaryOf(store->overview(shown.agent, shown.properties, shown.span.first, shown.span.second));
+            for (const RecordPart& part :
+                 store->partsRead(shown.agent, shown.properties, shown.span.first, shown.span.second))
+                summary =
+                    qHashMulti(summary, summaryOf(store->overview(part.agent, part.properties, part.from, part.to)));
         } catch (const std::exception&) {  // reading says what is wrong with the records
         }
         MainQueue::main().async([key, shown, summary, self] {

@@ -37,6 +37,7 @@ private:
         qint64 agent = 0;
         std::vector<qint64> properties;
         MomentSpan span;
+        std::vector<PropertyFormula> formulas = {};  ///< of those that are computed
 
         friend bool operator==(const Shown&, const Shown&) = default;
     };

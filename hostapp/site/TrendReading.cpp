@@ -9,9 +9,13 @@ namespace {
 /// Names of a trend's options. Stored with it: never change.
 QVariantMap recommendedReading(Reader reader)
 {
-    QVariantMap options{{QStringLiteral("readableLabels"), true}, {QStringLiteral("forgetsRefusedRange"), true},
-                        {QStringLiteral("tellsOutside"), true},   {QStringLiteral("brokenLines"), true},
-                        {QStringLiteral("propertyColors"), true}, {QStringLiteral("lineCommands"), true}};
+    QVariantMap options{{QStringLiteral("readableLabels"), true},
+                        {QStringLiteral("forgetsRefusedRange"), true},
+                        {QStringLiteral("tellsOutside"), true},
+                        {QStringLiteral("brokenLines"), true},
+                        {QStringLiteral("propertyColors"), true},
+                        {QStringLiteral("lineCommands"), true},
+                        {QStringLiteral("statistics"), QVariantMap{{QStringLiteral("offered"), true}}}};
     options.insert(QStringLiteral("looks"), QVariantMap{{QStringLiteral("marks"), QStringLiteral("apart")}});
     if (reader == Reader::OfAPicture)
         options.insert(QStringLiteral("unlimitedValues"), true);

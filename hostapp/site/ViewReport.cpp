@@ -18,7 +18,7 @@ ReportContents::Row rowFrom(const QVariantMap& row)
     return {row.value(QStringLiteral("color")).value<QColor>(), row.value(QStringLiteral("name")).toString(),
             row.value(QStringLiteral("unit")).toString(),       row.value(QStringLiteral("minimum")).toDouble(),
             row.value(QStringLiteral("maximum")).toDouble(),    row.value(QStringLiteral("average")).toDouble(),
-            row.value(QStringLiteral("points")).toLongLong()};
+            row.value(QStringLiteral("points")).toLongLong(),   row.value(QStringLiteral("figures")).toStringList()};
 }
 
 std::optional<double> timeFrom(const QVariantMap& contents, const char* name)
@@ -74,6 +74,8 @@ ReportContents ViewReport::contents() const
     contents.firstRecord = timeFrom(given, "firstRecord");
     contents.lastRecord = timeFrom(given, "lastRecord");
     contents.outside = given.value(QStringLiteral("outside")).toStringList();
+    contents.figureTitles = given.value(QStringLiteral("figureTitles")).toStringList();
+    contents.about = given.value(QStringLiteral("about")).toString();
     for (const QVariant& row : given.value(QStringLiteral("rows")).toList())
         contents.rows.push_back(rowFrom(row.toMap()));
     contents.drawGraph = [view = m_view](QPainter& painter, const QRectF& rect) {

@@ -1,5 +1,6 @@
 #include "hostapp/window/PropertyListModel.h"
 
+#include "hostapp/formulas/FormulaPlan.h"
 #include "plugins/PlotixPlugIn/host/KTVDragData.h"
 #include "plugins/PlotixPlugIn/host/PlainToolTip.h"
 
@@ -183,6 +184,17 @@ QVariant PropertyListModel::data(const QModelIndex& index, int role) const
 QVariant PropertyListModel::propertyData(const SiteProperty& property, int column, int role) const
 {
     const QString symbol = property.unitSymbol();
+    if (role == Qt::ToolTipRole && property.isComputed())
+        return plainToolTip(computedToolTip(property));
+    if (role == Qt::FontRole && property.isComputed() && column == NameColumn) {
+        QFont font = QGuiApplication::font();
+        font.setItalic(true);
+        return font;
+    }
+    if (role == Qt::ForegroundRole && column == NameColumn && property.isComputed() && problemOf(property))
+        return QColor(Qt::red);
+    if (role == Qt::AccessibleTextRole && property.isComputed() && column == NameColumn)
+        return tr("%1, computed").arg(property.name());
     if (role == Qt::ToolTipRole)
         return plainToolTip(tr("%1%2\nDrag it onto a trend, or tick it and choose New Trend.\nDouble-click to change "
                                "colour or unit.")
@@ -206,6 +218,20 @@ QVariant PropertyListModel::propertyData(const SiteProperty& property, int colum
     }
     default: return {};
     }
+}
+
+std::optional<FormulaProblem> PropertyListModel::problemOf(const SiteProperty& property) const
+{
+    return planProperty(*m_document->formulaDirectory(), property.description().id).problem;
+}
+
+QString PropertyListModel::computedToolTip(const SiteProperty& property) const
+{
+    const std::optional<FormulaProblem> problem = problemOf(property);
+    const QString formula =
+        tr("%1 = %2").arg(property.name(), property.description().formula.value_or(PropertyFormula{}).text);
+    return problem ? tr("%1\nIt cannot be computed: %2").arg(formula, sentenceOf(*problem))
+                   : tr("%1\nDrag it onto a trend, or tick it and choose New Trend.").arg(formula);
 }
 
 bool PropertyListModel::setData(const QModelIndex& index, const QVariant& value, int role)

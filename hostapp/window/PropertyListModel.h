@@ -1,9 +1,11 @@
 #pragma once
 
 #include "hostapp/document/SiteDocument.h"
+#include "hostapp/formulas/FormulaProblem.h"
 
 #include <QtCore/QAbstractItemModel>
 
+#include <optional>
 #include <set>
 
 /// The agents of a site and, under each, the properties it offers: tick box, colour, name; unit in the second column.
@@ -57,6 +59,8 @@ private:
     void rebuild();
     void fillGroups();
     void propertyDidChange(const SiteProperty& property);
+    std::optional<FormulaProblem> problemOf(const SiteProperty& property) const;  // of a computed one
+    QString computedToolTip(const SiteProperty& property) const;
     QVariant propertyData(const SiteProperty& property, int column, int role) const;
 
     std::shared_ptr<SiteDocument> m_document;

@@ -46,6 +46,15 @@ void PropertyListView::setPropertyListModel(PropertyListModel* model)
     layOut();
 }
 
+std::shared_ptr<SiteAgent> PropertyListView::currentAgent() const
+{
+    if (!m_model)
+        return nullptr;
+    const std::shared_ptr<SiteAgent> current = m_model->agentAt(currentIndex());
+    const auto agents = m_model->agents();
+    return current || agents.empty() ? current : agents.front();
+}
+
 void PropertyListView::layOut()
 {
     setRootIsDecorated(model()->rowCount() > 1);  // a single agent needs no folding
@@ -90,7 +99,14 @@ void PropertyListView::addEditing(QMenu* menu, const std::shared_ptr<SiteAgent>&
     if (!m_isEditable || !agent)
         return;
     menu->addSeparator();
+    menu->addAction(tr("New Computed &Property…"), this, [=, this] { emit computeWanted(agent, nullptr); });
+    if (property && property->isComputed())
+        menu->addAction(tr("&Edit Computed Property…"), this, [=, this] { emit computeWanted(agent, property); });
     menu->addAction(tr("&Rename…"), this, [=, this] { emit renameWanted(agent, property); });
+    if (property && property->isComputed()) {  // it has no values to merge or to take out
+        menu->addAction(tr("&Delete"), this, [=, this] { emit deleteWanted(agent, property); });
+        return;
+    }
     QMenu* into = menu->addMenu(tr("&Merge Into"));
     const auto offer = [&](const QString& name, qint64 id) {
         into->addAction(QString(name).replace(QLatin1Char('&'), QLatin1String("&&")), this,
@@ -98,7 +114,7 @@ void PropertyListView::addEditing(QMenu* menu, const std::shared_ptr<SiteAgent>&
     };
     if (property) {
         for (const auto& other : agent->siteProperties())
-            if (other != property &&
+            if (other != property && !other->isComputed() &&
                 (other->unit() == property->unit() || Units::shared()->areCompatible(other->unit(), property->unit())))
                 offer(other->name(), other->description().id);
     } else {

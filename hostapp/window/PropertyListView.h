@@ -24,6 +24,9 @@ public:
     /// The caller owns the menu.
     QMenu* makeMenuFor(const std::shared_ptr<SiteProperty>& property);
 
+    /// The agent of the current row; else the first one. Null when there is none.
+    std::shared_ptr<SiteAgent> currentAgent() const;
+
     /// What can be done with an agent's properties as a whole. The caller owns the menu.
     QMenu* makeMenuForAgent(const QModelIndex& agent);
 
@@ -35,6 +38,8 @@ signals:
     void renameWanted(const std::shared_ptr<SiteAgent>& agent, const std::shared_ptr<SiteProperty>& property);
     void mergeWanted(const std::shared_ptr<SiteAgent>& agent, const std::shared_ptr<SiteProperty>& property,
                      qint64 into);
+    /// A null property: a new computed one of the agent.
+    void computeWanted(const std::shared_ptr<SiteAgent>& agent, const std::shared_ptr<SiteProperty>& property);
     void deleteWanted(const std::shared_ptr<SiteAgent>& agent, const std::shared_ptr<SiteProperty>& property);
     void removeShownWanted(const std::shared_ptr<SiteAgent>& agent, const std::shared_ptr<SiteProperty>& property);
     void trendWanted();  ///< of the properties ticked now

@@ -90,6 +90,9 @@ void buildEditMenu(QMainWindow* window, QUndoStack* undoStack, SiteActions& acti
     menu->addSeparator();
     actions.undoImport = addAction(menu, SiteMenus::tr("Undo &Import…"));
     actions.undoImport->setToolTip(SiteMenus::tr("Takes back what the last import added and replaced."));
+    actions.newComputed = addAction(menu, SiteMenus::tr("&New Computed Property…"));
+    actions.newComputed->setToolTip(
+        SiteMenus::tr("A property that is worked out from others, such as their difference."));
 }
 
 QString titleOf(FollowSpan span)

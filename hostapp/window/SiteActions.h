@@ -35,6 +35,7 @@ struct SiteActions {
     QAction* redo = nullptr;
     QAction* copy = nullptr;
     QAction* undoImport = nullptr;
+    QAction* newComputed = nullptr;
     QAction* refresh = nullptr;
     QAction* fit = nullptr;
     QAction* follow = nullptr;

@@ -4,6 +4,7 @@
 #include "hostapp/document/SiteEditing.h"
 #include "hostapp/site/PlugInOperations.h"
 #include "hostapp/window/WorkProgress.h"
+#include "hostapp/window/computing/ComputedPropertyDialog.h"
 
 #include <QtCore/QDateTime>
 #include <QtCore/QLocale>
@@ -87,13 +88,44 @@ EditCommand::Result SiteEditor::undo(const QString& text, qint64 step)
 
 void SiteEditor::edit(const QString& text, Work work)
 {
-    const auto step = std::make_shared<qint64>(0);
-    const auto again = [this, text, step, work = std::move(work)] {
-        return apply(text, [&](const EditProgress& progress) { *step = work(progress).step; });
+    const auto outcome = std::make_shared<EditOutcome>();
+    const auto again = [this, text, outcome, work = std::move(work)] {
+        return apply(text, [&](const EditProgress& progress) { *outcome = work(progress); });
     };
-    if (again() == EditCommand::Result::Done)
-        m_around.undoStack.push(
-            new EditCommand(text, m_around.undoStack, again, [this, text, step] { return undo(text, *step); }));
+    if (again() != EditCommand::Result::Done)
+        return;
+    m_around.undoStack.push(
+        new EditCommand(text, m_around.undoStack, again, [this, text, outcome] { return undo(text, outcome->step); }));
+    tellBroken(*outcome);
+}
+
+void SiteEditor::tellBroken(const EditOutcome& outcome)
+{
+    QStringList lines;
+    for (const auto& [name, sentence] : outcome.broken)
+        lines << tr("“%1”: %2").arg(name, sentence);
+    if (!lines.isEmpty())
+        alert(tr("%n computed propert(ies) can be computed no longer", nullptr, static_cast<int>(lines.size())),
+              lines.join(QLatin1Char('\n')) + QLatin1Char('\n') +
+                  tr("Undo brings back what they name; Edit Computed Property… changes the formula."),
+              KTVAlert::Style::Informational);
+}
+
+void SiteEditor::askAndCompute(const std::shared_ptr<SiteAgent>& agent, const std::shared_ptr<SiteProperty>& property)
+{
+    const std::shared_ptr<SiteDocument> document = m_around.site.siteDocument();
+    ComputedPropertyDialog::About about{document->records(), document->formulaDirectory(), agent->id()};
+    if (property)
+        about.property = property->description();
+    ComputedPropertyDialog dialog(about, m_around.windowInFront());
+    if (dialog.exec() != QDialog::Accepted)
+        return;
+    const std::optional<RowId> id = property ? std::optional(property->description().id) : std::nullopt;
+    const ComputedProperty wanted = dialog.property();
+    edit(property ? tr("Change the formula of “%1”").arg(wanted.name) : tr("Compute “%1”").arg(wanted.name),
+         [site = site(), owner = agent->id(), wanted, id](const EditProgress&) {
+             return computeProperty(site, owner, wanted, id);
+         });
 }
 
 void SiteEditor::askAndRename(const std::shared_ptr<SiteAgent>& agent, const std::shared_ptr<SiteProperty>& property)

@@ -46,6 +46,9 @@ public:
     void mergeInto(const std::shared_ptr<SiteAgent>& agent, const std::shared_ptr<SiteProperty>& property, qint64 into);
     void remove(const std::shared_ptr<SiteAgent>& agent, const std::shared_ptr<SiteProperty>& property);
 
+    /// Makes a computed property of the agent, or, given one, changes it.
+    void askAndCompute(const std::shared_ptr<SiteAgent>& agent, const std::shared_ptr<SiteProperty>& property);
+
     /// Takes out the property's values in the span that the selected trend shows.
     void askAndRemoveShown(const std::shared_ptr<SiteAgent>& agent, const std::shared_ptr<SiteProperty>& property);
 
@@ -63,6 +66,7 @@ private:
     void edit(const QString& text, Work work);  ///< and puts it on the undo stack
     EditCommand::Result apply(const QString& text, const std::function<void(const EditProgress&)>& work);
     EditCommand::Result undo(const QString& text, qint64 step);
+    void tellBroken(const EditOutcome& outcome);  // formulas that name what is gone
     void takeIn();
     void alert(const QString& message, const QString& text, KTVAlert::Style style = KTVAlert::Style::Critical);
     bool agreed(const QString& title, const QString& question);

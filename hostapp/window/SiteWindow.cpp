@@ -181,7 +181,9 @@ void SiteWindow::connectLists()
                     return;
                 last = message;
                 quiet.setRemainingTime(std::chrono::minutes(1));
-                showAlert(tr("The records could not be shown"), message);
+                showAlert(failure == RecordFailure::NotComputed ? tr("A property could not be computed")
+                                                                : tr("The records could not be shown"),
+                          message);
             });
     const auto showName = [this, document] {
         setWindowTitle((document->isReadOnly() ? tr("%1 (may only be looked at) – Plotix") : tr("%1 – Plotix"))

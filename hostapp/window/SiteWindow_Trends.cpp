@@ -67,6 +67,11 @@ void SiteWindow::makeEditor()
     connect(m_propertyView, &PropertyListView::renameWanted, m_editor.get(), &SiteEditor::askAndRename);
     connect(m_propertyView, &PropertyListView::mergeWanted, m_editor.get(), &SiteEditor::mergeInto);
     connect(m_propertyView, &PropertyListView::deleteWanted, m_editor.get(), &SiteEditor::remove);
+    connect(m_propertyView, &PropertyListView::computeWanted, m_editor.get(), &SiteEditor::askAndCompute);
+    connect(m_actions.newComputed, &QAction::triggered, m_editor.get(), [this] {
+        if (const auto agent = m_propertyView->currentAgent())
+            m_editor->askAndCompute(agent, nullptr);
+    });
     connect(m_propertyView, &PropertyListView::removeShownWanted, m_editor.get(), &SiteEditor::askAndRemoveShown);
 }
 
@@ -74,6 +79,10 @@ void SiteWindow::updateEditingActions()
 {
     const bool readOnly = m_controller->siteDocument()->isReadOnly();
     setUnavailableReason(m_actions.undoImport, readOnly ? tr("This site may only be looked at.") : QString());
+    const QString nothingYet = m_controller->siteDocument()->agents().empty()
+                                   ? tr("There is nothing to compute from yet: import or record something first.")
+                                   : QString();
+    setUnavailableReason(m_actions.newComputed, readOnly ? tr("This site may only be looked at.") : nothingYet);
     m_propertyView->setEditable(!readOnly);
 }
 

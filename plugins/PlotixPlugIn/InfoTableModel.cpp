@@ -1,5 +1,6 @@
 #include "plugins/PlotixPlugIn/InfoTableModel.h"
 
+#include "plugins/PlotixPlugIn/FiguredRow.h"
 #include "plugins/PlotixPlugIn/host/KTVBundle.h"
 #include "plugins/PlotixPlugIn/host/PlainToolTip.h"
 #include "plugins/PlotixPlugIn/logic/ColorText.h"
@@ -69,8 +70,16 @@ QString accessibleText(const InfoTableRow& row, int column, const QString& displ
     }
 }
 
+QVariant figureHeader(const plotix::TableFigures::Column& column, int role)
+{
+    if (role == Qt::DisplayRole)
+        return column.title;
+    return role == Qt::TextAlignmentRole ? QVariant(Qt::AlignRight | Qt::AlignVCenter) : QVariant();
+}
+
 /// A NaN stands before every number, so that sorting is always a strict order.
-bool isLess(float left, float right)
+template <class Number>
+bool isLess(Number left, Number right)
 {
     return std::isnan(left) ? !std::isnan(right) : left < right;
 }
@@ -121,8 +130,7 @@ void InfoTableModel::followController()
     m_following = true;
     setRowCount(m_controller ? static_cast<int>(m_controller->arrangedObjects().size()) : 0);
     m_following = false;
-    if (m_rowCount > 0)
-        emit dataChanged(index(0, 0), index(m_rowCount - 1, kColumnCount - 1));
+    tellAllChanged();
 }
 
 void InfoTableModel::setRowCount(int count)
@@ -174,7 +182,13 @@ int InfoTableModel::rowCount(const QModelIndex& parent) const
 
 int InfoTableModel::columnCount(const QModelIndex& parent) const
 {
-    return parent.isValid() ? 0 : kColumnCount;
+    return parent.isValid() ? 0 : kColumnCount + static_cast<int>(m_figureColumns.size());
+}
+
+void InfoTableModel::tellAllChanged()
+{
+    if (m_rowCount > 0)
+        emit dataChanged(index(0, 0), index(m_rowCount - 1, columnCount() - 1));
 }
 
 void InfoTableModel::setReadableNumbers(bool readable)
@@ -182,8 +196,7 @@ void InfoTableModel::setReadableNumbers(bool readable)
     if (readable == (m_numbers != nullptr))
         return;
     m_numbers = readable ? std::make_unique<plotix::ReadableNumbers>() : nullptr;
-    if (m_rowCount > 0)
-        emit dataChanged(index(0, 0), index(m_rowCount - 1, kColumnCount - 1));
+    tellAllChanged();
 }
 
 std::shared_ptr<const CPTScatterPlot> InfoTableModel::plotOf(const InfoTableRow& row) const
@@ -199,7 +212,8 @@ void InfoTableModel::plotsChanged()
 
 QString InfoTableModel::textAt(const InfoTableRow& row, int column) const
 {
-    return m_numbers ? readableText(row, column, *m_numbers) : displayText(row, column);
+    const InfoTableRow shown = figuredRow(row, m_figures);
+    return m_numbers ? readableText(shown, column, *m_numbers) : displayText(shown, column);
 }
 
 QVariant InfoTableModel::data(const QModelIndex& index, int role) const
@@ -207,6 +221,8 @@ QVariant InfoTableModel::data(const QModelIndex& index, int role) const
     const InfoTableRowPtr row = rowAt(index.row());
     if (!row)
         return {};
+    if (isFigure(index.column()))
+        return figureData(*row, index.column(), role);
     switch (role) {
     case Qt::DisplayRole: return textAt(*row, index.column());
     case Qt::AccessibleTextRole: return accessibleText(*row, index.column(), textAt(*row, index.column()));
@@ -220,8 +236,10 @@ QVariant InfoTableModel::data(const QModelIndex& index, int role) const
 
 QVariant InfoTableModel::headerData(int section, Qt::Orientation orientation, int role) const
 {
-    if (orientation != Qt::Horizontal || section < 0 || section >= kColumnCount)
+    if (orientation != Qt::Horizontal || section < 0 || section >= columnCount())
         return {};
+    if (isFigure(section))
+        return figureHeader(m_figureColumns[static_cast<std::size_t>(section - kColumnCount)], role);
     if (role == Qt::DisplayRole)
         return KTVBundle::mainBundle()->localizedString(QLatin1String(kColumns[section].title));
     if (role == Qt::TextAlignmentRole)
@@ -233,11 +251,18 @@ void InfoTableModel::sort(int column, Qt::SortOrder order)
 {
     if (!m_controller)
         return;
-    if (column < 0 || column >= kColumnCount) {
+    if (column < 0 || column >= columnCount()) {
         m_controller->setSortOrder({});
         return;
     }
-    m_controller->setSortOrder([column, order](const InfoTableRowPtr& left, const InfoTableRowPtr& right) {
-        return order == Qt::AscendingOrder ? isLess(*left, *right, column) : isLess(*right, *left, column);
-    });
+    if (isFigure(column)) {
+        m_controller->setSortOrder(figureOrder(column, order));
+        return;
+    }
+    m_controller->setSortOrder(
+        [column, order, figures = m_figures](const InfoTableRowPtr& left, const InfoTableRowPtr& right) {
+            const InfoTableRow one = figuredRow(*left, figures);
+            const InfoTableRow other = figuredRow(*right, figures);
+            return order == Qt::AscendingOrder ? isLess(one, other, column) : isLess(other, one, column);
+        });
 }

@@ -2,13 +2,15 @@
 
 #include "plotkit/model/CPTScatterPlot.h"
 #include "plugins/PlotixPlugIn/InfoTableRow.h"
-#include "plugins/PlotixPlugIn/reading/ReadableNumbers.h"
+#include "plugins/PlotixPlugIn/reading/trend/ReadableNumbers.h"
+#include "plugins/PlotixPlugIn/reading/trend/TableFigures.h"
 
 #include <QtCore/QAbstractTableModel>
 #include <QtCore/QPointer>
 
 #include <functional>
 #include <memory>
+#include <vector>
 
 /// The rows of the statistics table as the table view reads them: the arranged objects of the array controller.
 ///
@@ -19,9 +21,13 @@ class InfoTableModel : public QAbstractTableModel {
     Q_OBJECT
 public:
     enum Column { Show, Color, Property, Unit, Minimum, Maximum, Average, Points };
-    static constexpr int kColumnCount = 8;
+    static constexpr int kColumnCount = 8;  ///< of its own; behind them stand those of the figures
+
+    // Roles of cells of the figures.
+    static constexpr int kShare = Qt::UserRole;           ///< double, 0 to 1; invalid: no share
+    static constexpr int kGoesToTime = Qt::UserRole + 1;  ///< bool: a click goes there
     /// Of the colour's column: the plot whose line is shown there, a shared pointer; null: the colour itself.
-    static constexpr int kPlotRole = Qt::UserRole;
+    static constexpr int kPlotRole = Qt::UserRole + 2;
 
     explicit InfoTableModel(QObject* parent = nullptr);
 
@@ -55,6 +61,14 @@ public:
     /// What a column is called in a saved layout. Stored: never change.
     static QString identifierOfColumn(int column);
     static int columnWithIdentifier(const QString& identifier);  ///< -1 when there is none
+    // The same, with the columns of the figures.
+    QString identifierAt(int column) const;
+    int columnNamed(const QString& identifier) const;
+
+    /// What is shown beyond the rows, and of them over another span; null: nothing. *Weak*.
+    void setFigures(plotix::TableFigures* figures);
+    plotix::TableFigures* figures() const { return m_figures; }
+    int firstWidthOf(int column) const;  ///< of a column of the figures, points
 
     /// Numbers as people read them, in the user's locale; not so at first.
     void setReadableNumbers(bool readable);
@@ -79,6 +93,11 @@ public:
 
 private:
     QString textAt(const InfoTableRow& row, int column) const;
+    QVariant figureData(const InfoTableRow& row, int column, int role) const;
+    bool isFigure(int column) const;
+    void followColumns();
+    void tellAllChanged();
+    InfoTableArrayController::Order figureOrder(int column, Qt::SortOrder order) const;
     void followController();
     void forgetController();
     void setRowCount(int count);
@@ -92,4 +111,6 @@ private:
     bool m_isBehind = false;  ///< the controller has changed during a pause
     PlotOf m_plotOf;
     std::unique_ptr<plotix::ReadableNumbers> m_numbers;  // null: the numbers' plain text
+    QPointer<plotix::TableFigures> m_figures;
+    std::vector<plotix::TableFigures::Column> m_figureColumns;
 };

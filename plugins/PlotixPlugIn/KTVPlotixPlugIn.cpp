@@ -8,6 +8,7 @@
 
 #include "plugins/PlotixPlugIn/KTVPlotixPlugIn.h"
 
+#include "plugins/PlotixPlugIn/HeadingPlace.h"
 #include "plugins/PlotixPlugIn/PlugInBundle.h"
 #include "plugins/PlotixPlugIn/TrendAccess.h"
 #include "plugins/PlotixPlugIn/TrendRootView.h"
@@ -16,6 +17,7 @@
 #include "plugins/PlotixPlugIn/host/KTVUserInterface.h"
 #include "plugins/PlotixPlugIn/reading/ReadSpans.h"
 #include "plugins/PlotixPlugIn/reading/TrendReader.h"
+#include "plugins/PlotixPlugIn/reading/trend/TableFigures.h"
 #include "ui_KTVPlotixPlugIn.h"
 
 namespace {
@@ -180,6 +182,20 @@ QWidget* KTVPlotixPlugIn::loadView()
     return rootView;
 }
 
+void KTVPlotixPlugIn::addTableHeading()
+{
+    plotix::TableFigures* figures = m_reader->tableFigures();
+    if (!figures)
+        return;
+    QWidget* heading = figures->makeHeading(m_propertyDetailsTextField->parentWidget());
+    new HeadingPlace(heading, m_propertyDetailsTextField);  // a child of the label
+    QWidget* before = m_propertyDetailsDisclosureButton;
+    for (QAbstractButton* button : heading->findChildren<QAbstractButton*>()) {
+        QWidget::setTabOrder(before, button);
+        before = button;
+    }
+}
+
 void KTVPlotixPlugIn::connectActions()
 {
     QAbstractButton* disclosure = m_propertyDetailsDisclosureButton;
@@ -210,6 +226,7 @@ void KTVPlotixPlugIn::viewDidLoad()
     m_infoTable->adjustLayoutForAutosavedDictionary(m_tableColumns.value_or(QVariantMap()));
     m_reader->viewLoaded();
     connectLooks();
+    addTableHeading();
     // On the press and not on the release, so that the picker opens while the button is held.
     connect(m_sharingButton, &QAbstractButton::pressed, this, [this] { sharingButtonClicked(m_sharingButton); });
 }

@@ -175,7 +175,8 @@ public:
     Q_INVOKABLE QByteArray graphPDFWithSize(const QSizeF& size, const QString& title);
 
     /// For a report of the host's own: "rows" of the lines shown ("name", "unit", "color", "minimum", "maximum",
-    /// "average", "points"), "from" and "to" of the graph as it is drawn and "firstRecord" and "lastRecord" of what the
+    /// "average", "points", and "figures": texts under "figureTitles"), "about" (what they are about, empty: all
+    /// records), "from" and "to" of the graph as it is drawn and "firstRecord" and "lastRecord" of what the
     /// rows are about (seconds since 1970-01-01 UTC), "siteName", "siteLocation". Empty while there is no graph.
     Q_INVOKABLE QVariantMap reportContents() const;
     Q_INVOKABLE void drawGraphOnPaper(QPainter* painter, const QRectF& rect);  ///< points; dark on white, no titles
@@ -273,6 +274,7 @@ private:
     void initCommon();
     void decodeFields(KTVDecoder& decoder);
     void connectActions();
+    void addTableHeading();
 
     /// Binds the info table's columns to the rows and its check boxes to `showClicked`; once, when the view is loaded.
     void connectInfoTable();

@@ -127,6 +127,7 @@ void KTVPlotixPlugIn::connectInfoTable()
 {
     m_infoTable->setArrayController(m_infoTableArrayController.get());
     m_infoTable->setTableDelegate(this);
+    m_infoTable->setFigures(m_reader->tableFigures());
     connect(m_infoTable, &PropertyDetailsTableView::showClicked, this, &KTVPlotixPlugIn::showClicked);
     connect(m_infoTable, &PropertyDetailsTableView::lineChosen, this, [this](int row, bool shown) {
         setPlotForPropertyName(m_infoTable->infoTableModel()->rowAt(row)->propertyName, !shown);

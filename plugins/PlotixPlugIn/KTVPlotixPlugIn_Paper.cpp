@@ -7,20 +7,43 @@
 
 #include "plugins/PlotixPlugIn/KTVPlotixPlugIn.h"
 
+#include "plugins/PlotixPlugIn/FiguredRow.h"
 #include "plugins/PlotixPlugIn/host/KTVRecordColumn.h"
 #include "plugins/PlotixPlugIn/reading/PaperGraph.h"
+#include "plugins/PlotixPlugIn/reading/TrendReader.h"
 
 namespace {
 
-QVariantMap contentsOf(const InfoTableRow& row, const QColor& color)
+/// Texts of the columns that the figures add, in their order.
+QStringList figureTexts(const InfoTableRow& row, const plotix::TableFigures* figures)
 {
+    QStringList texts;
+    if (figures)
+        for (const plotix::TableFigures::Column& column : figures->columns())
+            texts << figures->cell(row.propertyName, column.identifier).text;
+    return texts;
+}
+
+QVariantMap contentsOf(const InfoTableRow& kept, const QColor& color, const plotix::TableFigures* figures)
+{
+    const InfoTableRow row = figuredRow(kept, figures);
     return {{QStringLiteral("color"), plotix::colorOnPaper(color)},
             {QStringLiteral("name"), row.tableName},
             {QStringLiteral("unit"), row.unit},
             {QStringLiteral("minimum"), row.minimum},
             {QStringLiteral("maximum"), row.maximum},
             {QStringLiteral("average"), row.average},
-            {QStringLiteral("points"), row.points}};
+            {QStringLiteral("points"), row.points},
+            {QStringLiteral("figures"), figureTexts(row, figures)}};
+}
+
+QStringList figureTitles(const plotix::TableFigures* figures)
+{
+    QStringList titles;
+    if (figures)
+        for (const plotix::TableFigures::Column& column : figures->columns())
+            titles << column.title;
+    return titles;
 }
 
 }  // namespace
@@ -29,13 +52,18 @@ QVariantMap KTVPlotixPlugIn::reportContents() const
 {
     if (!m_graph || m_graph->allPlots().empty())
         return {};
+    plotix::TableFigures* figures = m_reader->tableFigures();
+    if (figures)
+        figures->finish();
     QVariantList rows;
     for (const InfoTableRowPtr& row : *m_infoTableArray)
         if (row->show)
-            rows << contentsOf(*row, shownColor(*row));
+            rows << contentsOf(*row, shownColor(*row), figures);
     const CPTPlotRange& drawn = m_graph->plotSpace().xRange();
     QVariantMap contents{
         {QStringLiteral("rows"), rows}, {QStringLiteral("from"), drawn.location}, {QStringLiteral("to"), drawn.end()}};
+    contents.insert(QStringLiteral("figureTitles"), figureTitles(figures));
+    contents.insert(QStringLiteral("about"), figures ? figures->about() : QString());
     if (const plotix::OutsideLines told = linesOutside(); told.kind == plotix::OutsideLines::Kind::Outside)
         contents.insert(QStringLiteral("outside"), told.names);
     const std::optional<plotix::SharedArray<double>> time = m_plotData ? m_plotData->time() : std::nullopt;

@@ -1,6 +1,7 @@
 #include "plugins/PlotixPlugIn/PropertyDetailsTableView.h"
 
 #include "plugins/PlotixPlugIn/ColorSwatchDelegate.h"
+#include "plugins/PlotixPlugIn/FigureDelegate.h"
 #include "plugins/PlotixPlugIn/InfoTableModel.h"
 #include "plugins/PlotixPlugIn/host/KTVBundle.h"
 
@@ -12,7 +13,6 @@
 #include <QtWidgets/QHBoxLayout>
 #include <QtWidgets/QHeaderView>
 
-#include <QtWidgets/QStyledItemDelegate>
 #include <numeric>
 
 namespace {
@@ -33,19 +33,6 @@ const QString kWidth = QStringLiteral("width");
 const QString kSortColumn = QStringLiteral("sortColumn");
 const QString kSortAscending = QStringLiteral("sortAscending");
 constexpr int kWidestColumn = 4000;
-
-/// Rows without a mark on their current cell: only whole rows count here, and no key moves from cell to cell.
-class RowDelegate : public QStyledItemDelegate {
-public:
-    using QStyledItemDelegate::QStyledItemDelegate;
-
-protected:
-    void initStyleOption(QStyleOptionViewItem* option, const QModelIndex& index) const override
-    {
-        QStyledItemDelegate::initStyleOption(option, index);
-        option->state.setFlag(QStyle::State_HasFocus, false);
-    }
-};
 
 /// The character a key event stands for. The delete keys are told by the key, since their text differs between
 /// keyboards and synthetic events; a key without text is no character. With Control held some desktops turn a plain key
@@ -93,7 +80,7 @@ PropertyDetailsTableView::PropertyDetailsTableView(QWidget* parent)
     setModel(m_model);
     setUpLook();
     setUpHeader();
-    setItemDelegate(new RowDelegate(this));
+    setItemDelegate(new FigureDelegate(this));
     setItemDelegateForColumn(InfoTableModel::Color, new ColorSwatchDelegate(this));
     connect(m_model, &QAbstractItemModel::rowsInserted, this, &PropertyDetailsTableView::adjustCheckBoxes);
     connect(m_model, &QAbstractItemModel::rowsRemoved, this, &PropertyDetailsTableView::adjustCheckBoxes);
@@ -134,11 +121,12 @@ void PropertyDetailsTableView::setUpHeader()
     m_ownWidths.assign(std::begin(kInitialWidths), std::end(kInitialWidths));
     connect(header, &QHeaderView::sectionResized, this,
             [this](int column, int, int width) { columnWasResized(column, width); });
+    setUpFigures();
 }
 
 void PropertyDetailsTableView::columnWasResized(int column, int width)
 {
-    if (m_filling)
+    if (m_filling || static_cast<std::size_t>(column) >= m_ownWidths.size())
         return;
     m_ownWidths[static_cast<std::size_t>(column)] = width;
     if (isVisible())
@@ -262,6 +250,7 @@ void PropertyDetailsTableView::giveSelectionToController()
     m_synchronising = true;
     controller->setSelectionIndexes(selectedRowIndexes());
     m_synchronising = false;
+    tellSelectedRow();
 }
 
 QVariantMap PropertyDetailsTableView::dictionaryForAutosavingLayout() const
@@ -270,11 +259,11 @@ QVariantMap PropertyDetailsTableView::dictionaryForAutosavingLayout() const
     QVariantList columns;
     for (int position = 0; position < header->count(); ++position) {
         const int column = header->logicalIndex(position);
-        columns.append(QVariantMap{{kIdentifier, InfoTableModel::identifierOfColumn(column)},
+        columns.append(QVariantMap{{kIdentifier, m_model->identifierAt(column)},
                                    {kWidth, m_ownWidths[static_cast<std::size_t>(column)]}});
     }
     return {{kColumnsKey, columns},
-            {kSortColumn, InfoTableModel::identifierOfColumn(header->sortIndicatorSection())},
+            {kSortColumn, m_model->identifierAt(header->sortIndicatorSection())},
             {kSortAscending, header->sortIndicatorOrder() == Qt::AscendingOrder}};
 }
 
@@ -284,7 +273,7 @@ void PropertyDetailsTableView::adjustLayoutForAutosavedDictionary(const QVariant
     int position = 0;
     for (const QVariant& element : dictionary.value(kColumnsKey).toList()) {
         const QVariantMap saved = element.toMap();
-        const int column = InfoTableModel::columnWithIdentifier(saved.value(kIdentifier).toString());
+        const int column = m_model->columnNamed(saved.value(kIdentifier).toString());
         if (column < 0 || header->visualIndex(column) < position)  // unknown, or named before
             continue;
         header->moveSection(header->visualIndex(column), position++);
@@ -294,7 +283,7 @@ void PropertyDetailsTableView::adjustLayoutForAutosavedDictionary(const QVariant
     }
     if (!dictionary.contains(kSortColumn))
         return;
-    const int sortColumn = InfoTableModel::columnWithIdentifier(dictionary.value(kSortColumn).toString());
+    const int sortColumn = m_model->columnNamed(dictionary.value(kSortColumn).toString());
     const bool ascending = dictionary.value(kSortAscending, true).toBool();
     header->setSortIndicator(sortColumn, ascending ? Qt::AscendingOrder : Qt::DescendingOrder);
 }
@@ -317,6 +306,7 @@ std::unique_ptr<QMenu> PropertyDetailsTableView::menuForEvent(const QEvent* even
             &QAction::triggered, this, &PropertyDetailsTableView::remove);
     if (m_choosesLines)
         addLineItems(*menu);
+    addFigureItems(*menu);
     return menu;
 }
 

@@ -15,8 +15,9 @@
 class InfoTableModel;
 class QCheckBox;
 namespace plotix {
+class TableFigures;
 struct TableText;
-}
+}  // namespace plotix
 
 /// What the details table asks of its delegate. Held *weakly*. Main thread only.
 class PropertyDetailsTableViewDelegate : public WeaklyReferenced {
@@ -56,6 +57,10 @@ public:
     QVariantMap dictionaryForAutosavingLayout() const;
     /// Applies such data; empty, unknown or damaged parts leave the layout as it is.
     void adjustLayoutForAutosavedDictionary(const QVariantMap& dictionary);
+
+    /// What is shown beyond the rows; see InfoTableModel::setFigures. A click on a cell of theirs, or Return on the
+    /// selected row (with Shift: its minimum), is theirs; the header gets a menu where they offer one.
+    void setFigures(plotix::TableFigures* figures);
 
     /// Removes the selected rows through the delegate.
     void remove();
@@ -108,6 +113,11 @@ private:
     plotix::TableText textOfRows(const std::vector<std::size_t>& rows) const;
     bool handleLineKey(QKeyEvent* event);
     void toggleSelectedLines();
+    void setUpFigures();
+    void addFigureItems(QMenu& menu);
+    void popUpHeaderMenu(const QPoint& position);
+    void tellSelectedRow();
+    void activateRow(const QString& identifier);
     void adjustCheckBoxes();
     void addCheckBox(int row);
     void takeSelectionFromController();

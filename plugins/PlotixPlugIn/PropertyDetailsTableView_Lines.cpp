@@ -87,6 +87,11 @@ bool PropertyDetailsTableView::handleLineKey(QKeyEvent* event)
         event->accept();
         return true;
     }
+    if (event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter) {
+        activateRow(event->modifiers().testFlag(Qt::ShiftModifier) ? QStringLiteral("minimumTime")
+                                                                   : QStringLiteral("maximumTime"));
+        return true;
+    }
     if (event->modifiers() != Qt::NoModifier)
         return false;
     switch (event->key()) {

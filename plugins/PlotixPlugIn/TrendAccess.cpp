@@ -2,6 +2,7 @@
 
 #include "plugins/PlotixPlugIn/KTVPlotixPlugIn.h"
 #include "plugins/PlotixPlugIn/host/KTVRecordColumn.h"
+#include "plugins/PlotixPlugIn/reading/ReadSpans.h"
 #include "plugins/PlotixPlugIn/reading/TrendReader.h"
 
 #include <QtCore/QScopedValueRollback>
@@ -56,6 +57,11 @@ std::optional<plotix::TimeSpan> TrendAccess::dates() const
     const auto from = m_plugIn.m_dataCluster->fromDateValue();
     const auto to = m_plugIn.m_dataCluster->toDateValue();
     return from && to ? std::optional(plotix::TimeSpan{from->seconds, to->seconds}) : std::nullopt;
+}
+
+std::optional<plotix::TimeSpan> TrendAccess::readSpan() const
+{
+    return m_plugIn.m_readSpans->readSpan();
 }
 
 void TrendAccess::showTimes(const plotix::TimeSpan& times)

@@ -19,6 +19,7 @@ public:
     CPTGraphHostingView* graphView() const override;
     QWidget* rootView() const override;
     std::optional<plotix::TimeSpan> dates() const override;
+    std::optional<plotix::TimeSpan> readSpan() const override;
     void showTimes(const plotix::TimeSpan& times) override;
     void readDates(const plotix::TimeSpan& dates) override;
     void fit() override;

@@ -42,6 +42,13 @@ struct RecordExtent {
 /// The span that covers both; nothing when neither covers anything.
 std::optional<RecordExtent> united(const std::optional<RecordExtent>& one, const std::optional<RecordExtent>& other);
 
+/// What is read of one agent's records: of these properties, in this span; absent bounds are open.
+struct RecordPart {
+    RowId agent = 0;
+    std::vector<RowId> properties;
+    std::optional<double> from, to;
+};
+
 struct ColumnStatistics {
     std::size_t valid = 0;
     double minimum = 0, maximum = 0, average = 0;  ///< in the archived unit; 0 when valid is 0

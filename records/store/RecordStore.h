@@ -96,6 +96,14 @@ public:
     virtual std::optional<RecordBlock> read(RowId agent, std::span<const RowId> properties, std::optional<double> from,
                                             std::optional<double> to, const ArchiveProgress& progress = {}) = 0;
 
+    /// The records that such a read goes through. A store that works some properties out of others, perhaps of other
+    /// agents, answers those.
+    virtual std::vector<RecordPart> partsRead(RowId agent, std::span<const RowId> properties,
+                                              std::optional<double> from, std::optional<double> to)
+    {
+        return {{agent, {properties.begin(), properties.end()}, from, to}};
+    }
+
     /// Over the valid elements that are not NaN, with from ≤ time ≤ to. Infinities of both signs have no average: NaN.
     virtual ColumnStatistics statistics(RowId agent, RowId property, std::optional<double> from = {},
                                         std::optional<double> to = {},

@@ -79,15 +79,15 @@
     </message>
     <message>
         <source>“%2” has no property “%1”.</source>
-        <translation>„%2“ hat keine Eigenschaft „%1“.</translation>
+        <translation>„%2“ hat keine Größe „%1“.</translation>
     </message>
     <message>
         <source>The formula names no property.</source>
-        <translation>Die Formel nennt keine Eigenschaft.</translation>
+        <translation>Die Formel nennt keine Größe.</translation>
     </message>
     <message>
         <source>“%1” leads back to the property that is being computed.</source>
-        <translation>„%1“ führt zu der Eigenschaft zurück, die berechnet wird.</translation>
+        <translation>„%1“ führt zu der Größe zurück, die berechnet wird.</translation>
     </message>
     <message>
         <source>“%1” cannot be computed: %2</source>
@@ -256,6 +256,10 @@
     <message>
         <source>tangent; plain numbers are radians</source>
         <translation>Tangens; reine Zahlen sind Radiant</translation>
+    </message>
+    <message>
+        <source>A comma separates a function&apos;s arguments; decimals stand behind a point, as in 0.5.</source>
+        <translation>Ein Komma trennt die Argumente einer Funktion; Dezimalen stehen hinter einem Punkt wie in 0.5.</translation>
     </message>
 </context>
 <context>
@@ -1506,6 +1510,194 @@
         <translation>Bis null</translation>
     </message>
     <message>
+        <source>Go to Maximum</source>
+        <translation>Zum Maximum</translation>
+    </message>
+    <message>
+        <source>Go to Minimum</source>
+        <translation>Zum Minimum</translation>
+    </message>
+    <message>
+        <source>Columns</source>
+        <translation>Spalten</translation>
+    </message>
+    <message>
+        <source>Time of Minimum</source>
+        <translation>Zeit des Minimums</translation>
+    </message>
+    <message>
+        <source>Time of Maximum</source>
+        <translation>Zeit des Maximums</translation>
+    </message>
+    <message>
+        <source>Time-Weighted</source>
+        <translation>Zeitgewichtet</translation>
+    </message>
+    <message>
+        <source>Median</source>
+        <translation>Median</translation>
+    </message>
+    <message>
+        <source>Std. Deviation</source>
+        <translation>Standardabw.</translation>
+    </message>
+    <message>
+        <source>Range</source>
+        <translation>Spannweite</translation>
+    </message>
+    <message>
+        <source>First</source>
+        <translation>Erster</translation>
+    </message>
+    <message>
+        <source>Last</source>
+        <translation>Letzter</translation>
+    </message>
+    <message>
+        <source>Sum</source>
+        <translation>Summe</translation>
+    </message>
+    <message>
+        <source>Integral</source>
+        <translation>Integral</translation>
+    </message>
+    <message>
+        <source>5th Percentile</source>
+        <translation>5. Perzentil</translation>
+    </message>
+    <message>
+        <source>25th Percentile</source>
+        <translation>25. Perzentil</translation>
+    </message>
+    <message>
+        <source>75th Percentile</source>
+        <translation>75. Perzentil</translation>
+    </message>
+    <message>
+        <source>95th Percentile</source>
+        <translation>95. Perzentil</translation>
+    </message>
+    <message>
+        <source>Gaps</source>
+        <translation>Lücken</translation>
+    </message>
+    <message>
+        <source>Time Above Limit</source>
+        <translation>Zeit über Grenze</translation>
+    </message>
+    <message>
+        <source>Time Below Limit</source>
+        <translation>Zeit unter Grenze</translation>
+    </message>
+    <message>
+        <source>Crossings</source>
+        <translation>Durchgänge</translation>
+    </message>
+    <message>
+        <source>Latest Value</source>
+        <translation>Neuester Wert</translation>
+    </message>
+    <message>
+        <source>Age</source>
+        <translation>Alter</translation>
+    </message>
+    <message>
+        <source>Statistics of</source>
+        <translation>Statistik:</translation>
+    </message>
+    <message>
+        <source>fetched</source>
+        <translation>gelesen</translation>
+    </message>
+    <message>
+        <source>Everything that was read</source>
+        <translation>Alles, was gelesen wurde</translation>
+    </message>
+    <message>
+        <source>visible</source>
+        <translation>sichtbar</translation>
+    </message>
+    <message>
+        <source>The times that the graph shows</source>
+        <translation>Die Zeiten, die der Graph zeigt</translation>
+    </message>
+    <message>
+        <source>A to B</source>
+        <translation>A bis B</translation>
+    </message>
+    <message>
+        <source>The time between the marks A and B</source>
+        <translation>Die Zeit zwischen den Marken A und B</translation>
+    </message>
+    <message>
+        <source>Stop</source>
+        <translation>Anhalten</translation>
+    </message>
+    <message>
+        <source>Leave out what is still being worked out</source>
+        <translation>Weglassen, was noch berechnet wird</translation>
+    </message>
+    <message>
+        <source>Count the time that %1 is below:</source>
+        <translation>Die Zeit zählen, in der %1 darunter liegt:</translation>
+    </message>
+    <message>
+        <source>Count the time that %1 is above:</source>
+        <translation>Die Zeit zählen, in der %1 darüber liegt:</translation>
+    </message>
+    <message>
+        <source>what is visible</source>
+        <translation>das, was zu sehen ist</translation>
+    </message>
+    <message>
+        <source>the time from A to B</source>
+        <translation>die Zeit von A bis B</translation>
+    </message>
+    <message>
+        <source>Table</source>
+        <translation>Tabelle</translation>
+    </message>
+    <message>
+        <source>Statistics of Everything Fetched</source>
+        <translation>Statistik von allem Gelesenen</translation>
+    </message>
+    <message>
+        <source>Statistics of What Is Visible</source>
+        <translation>Statistik des Sichtbaren</translation>
+    </message>
+    <message>
+        <source>Statistics from A to B</source>
+        <translation>Statistik von A bis B</translation>
+    </message>
+    <message>
+        <source>Time Above a Limit…</source>
+        <translation>Zeit über einer Grenze …</translation>
+    </message>
+    <message>
+        <source>Time Below a Limit…</source>
+        <translation>Zeit unter einer Grenze …</translation>
+    </message>
+    <message>
+        <source>Remove All Limits</source>
+        <translation>Alle Grenzen entfernen</translation>
+    </message>
+    <message>
+        <source>working… %1 %</source>
+        <translation>wird berechnet … %1 %</translation>
+    </message>
+    <message>
+        <source>Click to set a limit</source>
+        <translation>Klicken, um eine Grenze festzulegen</translation>
+    </message>
+    <message>
+        <source>below %1</source>
+        <translation>unter %1</translation>
+    </message>
+    <message>
+        <source>above %1</source>
+        <translation>über %1</translation>
+    </message>
+    <message>
         <source>To %1</source>
         <translation>Bis %1</translation>
     </message>
@@ -1585,6 +1777,10 @@
     <message>
         <source>Outside the values shown: %1</source>
         <translation>Außerhalb der gezeigten Werte: %1</translation>
+    </message>
+    <message>
+        <source>The figures cover %1</source>
+        <translation>Die Zahlen gelten für %1</translation>
     </message>
 </context>
 <context>
@@ -1860,6 +2056,14 @@
         <source>In the &amp;View&apos;s Own Form</source>
         <translation>In der eigenen For&amp;m der Ansicht</translation>
     </message>
+    <message>
+        <source>&amp;New Computed Property…</source>
+        <translation>&amp;Neue berechnete Größe …</translation>
+    </message>
+    <message>
+        <source>A property that is worked out from others, such as their difference.</source>
+        <translation>Eine Größe, die aus anderen berechnet wird, etwa ihre Differenz.</translation>
+    </message>
 </context>
 <context>
     <name>TrendCommandText</name>
@@ -1961,6 +2165,117 @@
     <message>
         <source>part of the quantities below</source>
         <translation>Teil der Größen darunter</translation>
+    </message>
+</context>
+<context>
+    <name>plotix::ComputedPropertyDialog</name>
+    <message>
+        <source>seconds</source>
+        <translation>Sekunden</translation>
+    </message>
+    <message>
+        <source>minutes</source>
+        <translation>Minuten</translation>
+    </message>
+    <message>
+        <source>hours</source>
+        <translation>Stunden</translation>
+    </message>
+    <message>
+        <source>days</source>
+        <translation>Tage</translation>
+    </message>
+    <message>
+        <source>Edit Computed Property</source>
+        <translation>Berechnete Größe bearbeiten</translation>
+    </message>
+    <message>
+        <source>New Computed Property</source>
+        <translation>Neue berechnete Größe</translation>
+    </message>
+    <message>
+        <source>Color…</source>
+        <translation>Farbe …</translation>
+    </message>
+    <message>
+        <source>Color</source>
+        <translation>Farbe</translation>
+    </message>
+    <message>
+        <source>Its last value</source>
+        <translation>Ihr letzter Wert</translation>
+    </message>
+    <message>
+        <source>A straight line between two</source>
+        <translation>Eine gerade Linie zwischen zweien</translation>
+    </message>
+    <message>
+        <source>What stands for a property at a time that only another source has a record of.</source>
+        <translation>Was für eine Größe zu einer Zeit steht, zu der nur eine andere Quelle einen Datensatz hat.</translation>
+    </message>
+    <message>
+        <source>Longest gap that is bridged</source>
+        <translation>Längste Lücke, die überbrückt wird</translation>
+    </message>
+    <message>
+        <source>Unit of the longest gap</source>
+        <translation>Einheit der längsten Lücke</translation>
+    </message>
+    <message>
+        <source>&amp;Name:</source>
+        <translation>&amp;Name:</translation>
+    </message>
+    <message>
+        <source>&amp;Formula:</source>
+        <translation>&amp;Formel:</translation>
+    </message>
+    <message>
+        <source>&amp;Unit:</source>
+        <translation>&amp;Einheit:</translation>
+    </message>
+    <message>
+        <source>&amp;Between records:</source>
+        <translation>&amp;Zwischen Datensätzen:</translation>
+    </message>
+    <message>
+        <source>&amp;Longest gap:</source>
+        <translation>&amp;Längste Lücke:</translation>
+    </message>
+    <message>
+        <source>Last values:</source>
+        <translation>Letzte Werte:</translation>
+    </message>
+    <message>
+        <source>Give it a name.</source>
+        <translation>Geben Sie ihr einen Namen.</translation>
+    </message>
+    <message>
+        <source>“%1” is taken: choose another name.</source>
+        <translation>„%1“ ist vergeben: Wählen Sie einen anderen Namen.</translation>
+    </message>
+    <message>
+        <source>The result is a number without a unit.</source>
+        <translation>Das Ergebnis ist eine Zahl ohne Einheit.</translation>
+    </message>
+    <message>
+        <source>The result is in %1.</source>
+        <translation>Das Ergebnis ist in %1.</translation>
+    </message>
+    <message>
+        <source>as it follows</source>
+        <translation>wie es sich ergibt</translation>
+    </message>
+    <message>
+        <source>as it follows: %1</source>
+        <translation>wie es sich ergibt: %1</translation>
+    </message>
+    <message>
+        <source>%1:  %2 %3</source>
+        <translation>%1:  %2 %3</translation>
+    </message>
+    <message>
+        <source>There is no value yet.</source>
+        <translation>Es gibt noch keinen Wert.</translation>
     </message>
 </context>
 <context>
@@ -2169,6 +2484,21 @@
     <message>
         <source>Time</source>
         <translation>Zeit</translation>
+    </message>
+</context>
+<context>
+    <name>plotix::FormulaEdit</name>
+    <message>
+        <source>Formula</source>
+        <translation>Formel</translation>
+    </message>
+    <message>
+        <source>such as Supply - Return, or mean(&quot;Air temperature&quot;, 1 h)</source>
+        <translation>etwa Vorlauf - Rücklauf oder mean(&quot;Luft außen&quot;, 1 h)</translation>
+    </message>
+    <message>
+        <source>%1  –  %2</source>
+        <translation>%1  –  %2</translation>
     </message>
 </context>
 <context>
@@ -2465,6 +2795,26 @@ Doppelklick ändert Farbe oder Einheit.</translation>
         <source>Unit</source>
         <translation>Einheit</translation>
     </message>
+    <message>
+        <source>%1, computed</source>
+        <translation>%1, berechnet</translation>
+    </message>
+    <message>
+        <source>%1 = %2</source>
+        <translation>%1 = %2</translation>
+    </message>
+    <message>
+        <source>%1
+It cannot be computed: %2</source>
+        <translation>%1
+Sie lässt sich nicht berechnen: %2</translation>
+    </message>
+    <message>
+        <source>%1
+Drag it onto a trend, or tick it and choose New Trend.</source>
+        <translation>%1
+Auf einen Trend ziehen, oder ankreuzen und „Neuer Trend“ wählen.</translation>
+    </message>
 </context>
 <context>
     <name>plotix::PropertyListView</name>
@@ -2519,6 +2869,14 @@ Doppelklick ändert Farbe oder Einheit.</translation>
     <message>
         <source>&amp;Delete</source>
         <translation>&amp;Löschen</translation>
+    </message>
+    <message>
+        <source>&amp;Edit Computed Property…</source>
+        <translation>Berechnete Größe bea&amp;rbeiten …</translation>
+    </message>
+    <message>
+        <source>New Computed &amp;Property…</source>
+        <translation>Neue &amp;berechnete Größe …</translation>
     </message>
 </context>
 <context>
@@ -2788,6 +3146,29 @@ Doppelklick ändert Farbe oder Einheit.</translation>
     <message>
         <source>Another program had renamed “%1” to “%2” meanwhile; Undo brings that back.</source>
         <translation>Ein anderes Programm hatte „%1“ inzwischen in „%2“ umbenannt; Rückgängig bringt das zurück.</translation>
+    </message>
+    <message>
+        <source>“%1”: %2</source>
+        <translation>„%1“: %2</translation>
+    </message>
+    <message numerus="yes">
+        <source>%n computed propert(ies) can be computed no longer</source>
+        <translation>
+            <numerusform>%n berechnete Größe lässt sich nicht mehr berechnen</numerusform>
+            <numerusform>%n berechnete Größen lassen sich nicht mehr berechnen</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>Undo brings back what they name; Edit Computed Property… changes the formula.</source>
+        <translation>Rückgängig bringt zurück, was sie nennen; Berechnete Größe bearbeiten … ändert die Formel.</translation>
+    </message>
+    <message>
+        <source>Change the formula of “%1”</source>
+        <translation>Formel von „%1“ ändern</translation>
+    </message>
+    <message>
+        <source>Compute “%1”</source>
+        <translation>„%1“ berechnen</translation>
     </message>
 </context>
 <context>
@@ -3082,6 +3463,14 @@ Doppelklick ändert Farbe oder Einheit.</translation>
     <message>
         <source>Another program had changed “%1” to “%2” meanwhile; “%3” stands.</source>
         <translation>Ein anderes Programm hatte „%1“ inzwischen in „%2“ geändert; es gilt „%3“.</translation>
+    </message>
+    <message>
+        <source>A property could not be computed</source>
+        <translation>Eine Größe ließ sich nicht berechnen</translation>
+    </message>
+    <message>
+        <source>There is nothing to compute from yet: import or record something first.</source>
+        <translation>Es gibt noch nichts, woraus sich rechnen ließe: Zuerst etwas importieren oder aufzeichnen.</translation>
     </message>
 </context>
 <context>

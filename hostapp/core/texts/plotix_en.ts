@@ -137,6 +137,13 @@
             <numerusform>%n values were left out</numerusform>
         </translation>
     </message>
+    <message numerus="yes">
+        <source>%n computed propert(ies) can be computed no longer</source>
+        <translation>
+            <numerusform>%n computed property can be computed no longer</numerusform>
+            <numerusform>%n computed properties can be computed no longer</numerusform>
+        </translation>
+    </message>
 </context>
 <context>
     <name>plotix::SiteWindow</name>

@@ -2,6 +2,7 @@
 
 #include "base/ReportableError.h"
 #include "hostapp/core/OutputFile.h"
+#include "hostapp/document/ComputedRecords.h"
 #include "hostapp/document/MemoryBudget.h"
 #include "hostapp/exchange/formats/FileExchange.h"
 #include "hostapp/exchange/formats/FileFormats.h"
@@ -32,8 +33,7 @@ RecordExport exportOf(const SiteAgent& agent, const std::vector<std::shared_ptr<
 void exportRecords(RecordStore& store, const RecordExport& what, const QString& file, const ExportProgress& progress)
 {
     const auto reported = [&progress](double fraction) { return !progress || progress(fraction); };
-    const RecordOverview overview = store.overview(what.agent, {}, what.from, what.to);
-    if (const auto refusal = refusalOf({overview, what.properties.size(), what.from, what.to}, memoryBudget()))
+    if (const auto refusal = refusalToRead(store, {what.agent, what.properties, what.from, what.to}, memoryBudget()))
         throw ReportableError(*refusal);
     const std::optional<RecordBlock> block =
         store.read(what.agent, what.properties, what.from, what.to,

@@ -1,6 +1,6 @@
 #include "plugins/PlotixPlugIn/reading/LineGaps.h"
 
-#include "plotkit/model/UsualDistance.h"
+#include "plugins/PlotixPlugIn/reading/trend/UsualJoin.h"
 
 #include <limits>
 
@@ -8,14 +8,14 @@ namespace plotix {
 
 namespace {
 
-double longestJoinOf(const CPTScatterPlot& plot, const ReadingOptions& options)
+double longestJoinFor(const CPTScatterPlot& plot, const ReadingOptions& options)
 {
     if (!options.hasBrokenLines())
         return std::numeric_limits<double>::infinity();
     if (options.longestJoin.value_or(0) > 0)
         return *options.longestJoin;
     const CPTPointSeriesPtr series = plot.series();
-    return series ? kUsualDistancesJoined * plotkit::usualDistance(*series) : 0;
+    return series ? usualJoin(*series) : 0;
 }
 
 }  // namespace
@@ -23,7 +23,7 @@ double longestJoinOf(const CPTScatterPlot& plot, const ReadingOptions& options)
 void breakLinesAtGaps(CPTXYGraph& graph, const ReadingOptions& options)
 {
     for (const CPTScatterPlotPtr& plot : graph.allPlots())
-        plot->setGapThreshold(longestJoinOf(*plot, options));
+        plot->setGapThreshold(longestJoinFor(*plot, options));
 }
 
 }  // namespace plotix

@@ -36,6 +36,8 @@ public:
     /// none.
     void recordsShown(const TimeSpan& span, const std::optional<TimeSpan>& held);
 
+    const std::optional<TimeSpan>& readSpan() const { return m_read; }
+
     // What a host asks for. Everything is off at first.
 
     /// Whether the graph shows where it is behind, and an answer without records moves it all the same.

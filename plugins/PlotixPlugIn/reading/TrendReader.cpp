@@ -4,6 +4,7 @@
 #include "plugins/PlotixPlugIn/reading/line/LinePart.h"
 #include "plugins/PlotixPlugIn/reading/looks/TrendLooks.h"
 #include "plugins/PlotixPlugIn/reading/marks/MarksPart.h"
+#include "plugins/PlotixPlugIn/reading/statistics/StatisticsPart.h"
 
 #include <QtGui/QKeyEvent>
 
@@ -16,6 +17,7 @@ TrendReader::TrendReader(ReadTrend& trend) : m_trend(trend)
 {
     add(std::make_unique<LinePart>(trend));
     add(std::make_unique<MarksPart>(trend));
+    add(std::make_unique<StatisticsPart>(trend));
     add(std::make_unique<TrendLooks>(trend));  // last: it dresses what others put into the graph
 }
 
@@ -65,6 +67,14 @@ std::vector<QAction*> TrendReader::actions() const
         all.insert(all.end(), own.begin(), own.end());
     }
     return all;
+}
+
+TableFigures* TrendReader::tableFigures() const
+{
+    for (const auto& part : m_parts)
+        if (TableFigures* figures = part->tableFigures())
+            return figures;
+    return nullptr;
 }
 
 void TrendReader::viewLoaded()

@@ -27,6 +27,7 @@ public:
 
     ReadingPart* part(const QString& key) const;  ///< null when there is none
     std::vector<QAction*> actions() const;        ///< of all parts, in their order
+    TableFigures* tableFigures() const;           ///< of the part that has some; null when none has
 
     template <class Tell, class... Arguments>
     void tell(Tell what, Arguments&&... arguments)

@@ -7,6 +7,8 @@
 #include "hostapp/window/PropertyListView.h"
 #include "hostapp/window/SiteDetailsDialog.h"
 #include "hostapp/window/SiteWindow.h"
+#include "hostapp/window/computing/ComputedPropertyDialog.h"
+#include "hostapp/window/computing/FormulaEdit.h"
 #include "tests/support/stubsite/ScratchSite.h"
 #include "tests/support/stubsite/StubTrend.h"
 
@@ -156,6 +158,58 @@ TEST_F(EditingTest, OfASiteChangedElsewhereMeanwhileOnlyWhatWasTypedChanges)
     EXPECT_EQ(site.document->siteLocation(), "Bremen");
     EXPECT_EQ(window->statusBar()->currentMessage(),
               "Another program had changed “Mill” to “Theirs” meanwhile; “Mine” stands.");
+}
+
+TEST_F(EditingTest, AComputedPropertyIsMadeFromTheMenuAndUndone)
+{
+    site.store(*station, {1, 2, 3});
+    answerNext<plotix::ComputedPropertyDialog>([](plotix::ComputedPropertyDialog* dialog) {
+        dialog->findChildren<QLineEdit*>()[0]->setText("Smooth");
+        QTest::keyClicks(dialog->findChild<plotix::FormulaEdit*>(), "mean(\"Air Temperature\", 1 h)");
+        dialog->accept();
+    });
+    window->actions().newComputed->trigger();
+    EXPECT_EQ(names(), (QStringList{"Air Temperature", "Pressure", "Smooth"}));
+    EXPECT_EQ(station->siteProperties()[2]->unit(), "°C");
+    EXPECT_EQ(window->undoStack().undoText(), "Compute “Smooth”");
+    window->actions().undo->trigger();
+    EXPECT_EQ(names().size(), 2);
+    window->actions().redo->trigger();
+    EXPECT_EQ(names().size(), 3);
+}
+
+TEST_F(EditingTest, AFormulaIsChangedFromThePropertysMenu)
+{
+    plotix::computeProperty(site.path(), station->id(), {"Double", {"Pressure * 2"}});
+    site.document->reload();
+    answerNext<plotix::ComputedPropertyDialog>([](plotix::ComputedPropertyDialog* dialog) {
+        EXPECT_EQ(dialog->property().formula.text, "Pressure * 2");
+        dialog->findChild<plotix::FormulaEdit*>()->setPlainText("Pressure / 2");
+        dialog->accept();
+    });
+    choose(2, "Edit Computed Property…");
+    EXPECT_EQ(station->siteProperties()[2]->description().formula->text, "Pressure / 2");
+    window->actions().undo->trigger();
+    EXPECT_EQ(station->siteProperties()[2]->description().formula->text, "Pressure * 2");
+}
+
+TEST_F(EditingTest, WhatADeletedPropertyBreaksIsToldAndSeenInTheList)
+{
+    plotix::computeProperty(site.path(), station->id(), {"Double", {"Pressure * 2"}});
+    site.document->reload();
+    QString told;
+    answerNext<QMessageBox>([&told](QMessageBox* box) {
+        told = box->informativeText();
+        box->accept();
+    });
+    choose(1, "Delete");
+    QCoreApplication::processEvents();
+    EXPECT_TRUE(told.contains("“Double”: “Station” has no property “Pressure”.")) << told.toStdString();
+    const QModelIndex row = list().model()->index(1, 0, list().model()->index(0, 0));
+    EXPECT_EQ(row.data(Qt::ForegroundRole).value<QColor>(), QColor(Qt::red));
+    EXPECT_TRUE(row.data(Qt::ToolTipRole).toString().contains("cannot be computed"));
+    window->actions().undo->trigger();
+    EXPECT_FALSE(list().model()->index(2, 0, list().model()->index(0, 0)).data(Qt::ForegroundRole).isValid());
 }
 
 TEST_F(EditingTest, ADeletedPropertyLeavesTheListAndComesBack)

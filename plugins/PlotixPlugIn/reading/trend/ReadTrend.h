@@ -46,6 +46,8 @@ public:
 
     /// The dates of the date panel; nothing when one is absent.
     virtual std::optional<TimeSpan> dates() const = 0;
+    /// What the records shown were asked for; nothing before the first, and where nobody asked.
+    virtual std::optional<TimeSpan> readSpan() const = 0;
     /// Moves the graph to these times; the records stay as they are. Modifier keys mean nothing to it.
     virtual void showTimes(const TimeSpan& times) = 0;
     /// Puts dates into the date panel and fetches their records, as Refresh does.

@@ -20,6 +20,8 @@ class QMenu;
 /// thread only.
 namespace plotix {
 
+class TableFigures;
+
 class ReadingPart : public QObject {
     Q_OBJECT
 public:
@@ -51,6 +53,9 @@ public:
     virtual std::vector<QAction*> actions() const { return {}; }
     /// Adds what people can do with these lines, known by their properties' keys, to a menu of theirs.
     virtual void addLineItems(QMenu& /*menu*/, const QStringList& /*keys*/) {}
+
+    /// What this part adds to the statistics table; null for those that add nothing. Owned by the part.
+    virtual TableFigures* tableFigures() { return nullptr; }
 
 signals:
     /// Something was chosen, by hand or by program.

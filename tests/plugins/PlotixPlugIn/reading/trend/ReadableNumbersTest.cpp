@@ -1,4 +1,4 @@
-#include "plugins/PlotixPlugIn/reading/ReadableNumbers.h"
+#include "plugins/PlotixPlugIn/reading/trend/ReadableNumbers.h"
 
 #include <gtest/gtest.h>
 

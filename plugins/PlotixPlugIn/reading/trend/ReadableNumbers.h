@@ -21,9 +21,11 @@ public:
 
     QString count(qint64 number) const;  ///< "12,345"
 
-private:
-    QString withDecimals(float number, int decimals) const;
+    /// With so many decimals; what is no plain number as `numberText` writes it.
+    QString withDecimals(double number, int decimals) const;
+    QString toFiveDigits(double number) const;  ///< as many decimals as that takes: "1,234.5", "0.012346", "1,234,567"
 
+private:
     CPTTickNumberFormatter m_formatter;
 };
 

@@ -1,4 +1,4 @@
-#include "plugins/PlotixPlugIn/reading/ReadableNumbers.h"
+#include "plugins/PlotixPlugIn/reading/trend/ReadableNumbers.h"
 
 #include "plugins/PlotixPlugIn/logic/NumberText.h"
 
@@ -22,12 +22,12 @@ int ownDecimals(float number)
     return point < 0 ? 0 : static_cast<int>(std::min<qsizetype>(text.size() - point - 1, kMostDecimals));
 }
 
-bool isPlain(float number)
+bool isPlain(double number)
 {
-    constexpr float kLeast = 1e-9F;
-    constexpr float kMost = 1e15F;
-    const float magnitude = std::abs(number);
-    return std::isfinite(number) && magnitude < kMost && (magnitude == 0.0F || magnitude >= kLeast);
+    constexpr double kLeast = 1e-9F;
+    constexpr double kMost = 1e15;
+    const double magnitude = std::abs(number);
+    return std::isfinite(number) && magnitude < kMost && (magnitude == 0.0 || magnitude >= kLeast);
 }
 
 }  // namespace
@@ -42,16 +42,27 @@ int decimalsForStatistics(float minimum, float maximum)
     return std::clamp(worth, 0, own + 1);
 }
 
-QString ReadableNumbers::withDecimals(float number, int decimals) const
+QString ReadableNumbers::withDecimals(double number, int decimals) const
 {
-    return isPlain(number) ? m_formatter.stringForTick(static_cast<double>(number), std::pow(10.0, -decimals))
-                           : numberText(number);
+    return isPlain(number) ? m_formatter.stringForTick(number, std::pow(10.0, -decimals))
+                           : numberText(static_cast<float>(number));
+}
+
+QString ReadableNumbers::toFiveDigits(double number) const
+{
+    constexpr int kDigits = 5;
+    const double magnitude = std::abs(number);
+    const int whole =
+        magnitude > 0 && std::isfinite(magnitude) ? static_cast<int>(std::floor(std::log10(magnitude))) : 0;
+    const int decimals = number == 0 ? 0 : std::clamp(kDigits - 1 - whole, 0, kMostDecimals);
+    return withDecimals(number, decimals);
 }
 
 ReadableNumbers::Texts ReadableNumbers::statistics(float minimum, float maximum, float average) const
 {
     const int decimals = std::isfinite(minimum) && std::isfinite(maximum) ? decimalsForStatistics(minimum, maximum) : 0;
-    return {withDecimals(minimum, decimals), withDecimals(maximum, decimals), withDecimals(average, decimals)};
+    const auto text = [&](float number) { return withDecimals(static_cast<double>(number), decimals); };
+    return {text(minimum), text(maximum), text(average)};
 }
 
 QString ReadableNumbers::count(qint64 number) const

@@ -1,0 +1,165 @@
+#include "hostapp/document/ComputedReading.h"
+
+#include "hostapp/document/ComputedRecords.h"
+#include "hostapp/formulas/FormulaEvaluation.h"
+
+#include <QtCore/QCoreApplication>
+
+#include <algorithm>
+#include <cmath>
+#include <limits>
+
+namespace plotix {
+
+namespace {
+
+constexpr double kOpen = std::numeric_limits<double>::infinity();
+/// Of the whole work; formulas take the rest.
+constexpr double kReadingPart = 0.8;
+
+std::optional<double> bound(double time)
+{
+    return std::isinf(time) ? std::nullopt : std::optional(time);
+}
+
+QString notWorkedOut(const QString& name, const FormulaProblem& problem)
+{
+    return QCoreApplication::translate("FormulaText", "“%1” cannot be computed: %2").arg(name, sentenceOf(problem));
+}
+
+}  // namespace
+
+ComputedReading::ComputedReading(RecordStore& stored, const FormulaDirectory& directory, const RecordPart& wanted)
+    : m_stored(stored),
+      m_directory(directory),
+      m_wanted(wanted),
+      m_span{wanted.from.value_or(-kOpen), wanted.to.value_or(kOpen)}
+{
+    for (const RowId property : wanted.properties)
+        collect(wanted.agent, property, m_span);
+}
+
+const FormulaProgram& ComputedReading::programOf(RowId property)
+{
+    std::shared_ptr<const FormulaProgram>& program = m_programs[property];
+    if (!program) {
+        const FormulaPlan plan = planProperty(m_directory, property);
+        if (plan.problem)
+            throw FormulaNotWorkedOut(property,
+                                      notWorkedOut(m_directory.propertyWithId(property)->name, *plan.problem));
+        program = plan.program;
+    }
+    return *program;
+}
+
+void ComputedReading::collect(RowId agent, RowId property, const Span& span)
+{
+    const SiteProperty::Description* known = m_directory.propertyWithId(property);
+    if (!known || !known->formula) {
+        m_parts[{agent, span}].properties.insert(property);
+        return;
+    }
+    if (!m_collected.insert({property, span}).second)
+        return;
+    const FormulaProgram& program = programOf(property);
+    const FormulaReach& reach = program.reach;
+    const Span around{reach.fromBeginning ? -kOpen : span.from - reach.before, span.to + reach.after};
+    for (const FormulaInput& input : program.inputs)
+        collect(input.agent, input.property, around);
+}
+
+std::vector<RecordPart> ComputedReading::parts() const
+{
+    std::vector<RecordPart> parts;
+    for (const auto& [key, part] : m_parts)
+        parts.push_back({key.first,
+                         {part.properties.begin(), part.properties.end()},
+                         bound(key.second.from),
+                         bound(key.second.to)});
+    return parts;
+}
+
+bool ComputedReading::readParts(const ArchiveProgress& progress)
+{
+    double done = 0;
+    const double share = kReadingPart / static_cast<double>(m_parts.size());
+    for (auto& [key, part] : m_parts) {
+        const std::vector<RowId> properties(part.properties.begin(), part.properties.end());
+        std::optional<RecordBlock> block =
+            m_stored.read(key.first, properties, bound(key.second.from), bound(key.second.to),
+                          [&](double fraction) { return !progress || progress(done + share * fraction); });
+        if (!block)
+            return false;
+        part.block = std::move(*block);
+        done += share;
+    }
+    return true;
+}
+
+std::optional<FormulaSeries> ComputedReading::computed(RowId property, const Span& span)
+{
+    const FormulaProgram& program = *m_programs.at(property);
+    const FormulaReach& reach = program.reach;
+    const Span around{reach.fromBeginning ? -kOpen : span.from - reach.before, span.to + reach.after};
+    std::vector<FormulaSeries> inputs;
+    for (const FormulaInput& input : program.inputs) {
+        std::optional<FormulaSeries> values = series(input.agent, input.property, around);
+        if (!values)
+            return std::nullopt;
+        inputs.push_back(std::move(*values));
+    }
+    const std::optional<FormulaSeries> result = evaluate(program, inputs, {QTimeZone::systemTimeZone(), m_goesOn});
+    if (!result)
+        return std::nullopt;
+    return cutTo(*result, bound(span.from), bound(span.to));
+}
+
+std::optional<FormulaSeries> ComputedReading::series(RowId agent, RowId property, const Span& span)
+{
+    if (const auto part = m_parts.find({agent, span});
+        part != m_parts.end() && part->second.properties.contains(property))
+        for (const RecordBlock::Column& column : part->second.block.columns)
+            if (column.property == property)
+                return FormulaSeries{part->second.block.times, column.values, column.validity};
+    const auto key = std::pair(property, span);
+    if (const auto done = m_done.find(key); done != m_done.end())
+        return done->second;
+    std::optional<FormulaSeries> result = computed(property, span);
+    if (result)
+        m_done[key] = *result;
+    return result;
+}
+
+std::optional<RecordBlock> ComputedReading::read(const ArchiveProgress& progress)
+{
+    m_goesOn = [&progress] { return !progress || progress(kReadingPart); };
+    if (!readParts(progress))
+        return std::nullopt;
+    std::vector<FormulaSeries> columns;
+    for (const RowId property : m_wanted.properties) {
+        std::optional<FormulaSeries> values = series(m_wanted.agent, property, m_span);
+        if (!values)
+            return std::nullopt;
+        columns.push_back(std::move(*values));
+    }
+    RecordBlock block = together(columns);
+    if (progress && !progress(1))
+        return std::nullopt;
+    return block;
+}
+
+RecordBlock ComputedReading::together(const std::vector<FormulaSeries>& columns) const
+{
+    std::vector<SharedArray<double>> times;
+    for (const FormulaSeries& column : columns)
+        times.push_back(column.times);
+    RecordBlock block;
+    block.times = unionOfTimes(times);
+    for (std::size_t i = 0; i < columns.size(); ++i) {
+        const FormulaSeries column = placed(columns[i], block.times);
+        block.columns.push_back({m_wanted.properties[i], column.values, column.validity});
+    }
+    return block;
+}
+
+}  // namespace plotix

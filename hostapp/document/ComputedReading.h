@@ -1,0 +1,53 @@
+#pragma once
+
+#include "hostapp/formulas/FormulaDirectory.h"
+#include "hostapp/formulas/FormulaPlan.h"
+#include "hostapp/formulas/FormulaSeries.h"
+#include "records/store/RecordStore.h"
+
+#include <map>
+#include <set>
+
+/// One read with computed properties in it: collects what has to be read, reads each part once, works formulas out.
+///
+/// *Borrows* store and directory. One thread, one read. Throws FormulaNotWorkedOut when it is made.
+namespace plotix {
+
+class ComputedReading {
+public:
+    ComputedReading(RecordStore& stored, const FormulaDirectory& directory, const RecordPart& wanted);
+
+    /// Recorded properties alone, of all agents.
+    std::vector<RecordPart> parts() const;
+    /// Nothing when it was stopped.
+    std::optional<RecordBlock> read(const ArchiveProgress& progress);
+
+private:
+    /// Times as bounds: infinite where they are open.
+    struct Span {
+        double from = 0, to = 0;
+        friend auto operator<=>(const Span&, const Span&) = default;
+    };
+    struct Read {
+        std::set<RowId> properties;
+        RecordBlock block;
+    };
+    const FormulaProgram& programOf(RowId property);
+    void collect(RowId agent, RowId property, const Span& span);
+    bool readParts(const ArchiveProgress& progress);
+    std::optional<FormulaSeries> series(RowId agent, RowId property, const Span& span);
+    std::optional<FormulaSeries> computed(RowId property, const Span& span);
+    RecordBlock together(const std::vector<FormulaSeries>& columns) const;
+
+    RecordStore& m_stored;
+    const FormulaDirectory& m_directory;
+    RecordPart m_wanted;
+    Span m_span;
+    std::map<RowId, std::shared_ptr<const FormulaProgram>> m_programs;
+    std::map<std::pair<RowId, Span>, Read> m_parts;  // by agent
+    std::set<std::pair<RowId, Span>> m_collected;    // computed properties
+    std::map<std::pair<RowId, Span>, FormulaSeries> m_done;
+    std::function<bool()> m_goesOn;
+};
+
+}  // namespace plotix

@@ -1,0 +1,192 @@
+#include "hostapp/document/ComputedRecords.h"
+
+#include "hostapp/document/ComputedReading.h"
+#include "hostapp/document/MemoryBudget.h"
+#include "hostapp/formulas/ExactSum.h"
+
+#include <algorithm>
+#include <cmath>
+#include <limits>
+
+namespace plotix {
+
+namespace {
+
+/// Statistics are worked out of so many records at a time, so that no archive is too long for them.
+constexpr std::size_t kRecordsAtATime = std::size_t{1} << 22;
+
+bool isComputed(const FormulaDirectory& directory, RowId property)
+{
+    const SiteProperty::Description* known = directory.propertyWithId(property);
+    return known && known->formula;
+}
+
+bool isAnyComputed(const FormulaDirectory& directory, std::span<const RowId> properties)
+{
+    return std::any_of(properties.begin(), properties.end(),
+                       [&](RowId property) { return isComputed(directory, property); });
+}
+
+/// Adds up what is valid, block by block.
+class Counting {
+public:
+    void take(const RecordBlock& block)
+    {
+        const RecordBlock::Column& column = block.columns.front();
+        for (std::size_t i = 0; i < column.values.size(); ++i) {
+            const double value = column.values[i];
+            if (!column.validity.isValid(i) || std::isnan(value))
+                continue;
+            m_found.minimum = m_found.valid == 0 ? value : std::min(m_found.minimum, value);
+            m_found.maximum = m_found.valid == 0 ? value : std::max(m_found.maximum, value);
+            m_sum.add(value);
+            ++m_found.valid;
+        }
+    }
+    ColumnStatistics found() const
+    {
+        ColumnStatistics found = m_found;
+        if (found.valid > 0)
+            found.average = m_sum.value() / static_cast<double>(found.valid);
+        return found;
+    }
+
+private:
+    ColumnStatistics m_found;
+    ExactSum m_sum;
+};
+
+}  // namespace
+
+ComputedRecords::ComputedRecords(std::shared_ptr<RecordStore> stored)
+    : m_stored(std::move(stored)), m_directory(std::make_shared<FormulaDirectory>())
+{
+}
+
+void ComputedRecords::setDirectory(std::shared_ptr<const FormulaDirectory> directory)
+{
+    const std::lock_guard lock(m_mutex);
+    m_directory = std::move(directory);
+}
+
+std::shared_ptr<const FormulaDirectory> ComputedRecords::directory() const
+{
+    const std::lock_guard lock(m_mutex);
+    return m_directory;
+}
+
+std::optional<RecordExtent> ComputedRecords::extent(RowId agent)
+{
+    if (const std::optional<RecordExtent> own = m_stored->extent(agent))
+        return own;
+    const auto site = directory();
+    const FormulaDirectory::Agent* known = site->agentWithId(agent);
+    std::optional<RecordExtent> found;
+    if (known)
+        for (const SiteProperty::Description& property : known->properties)
+            if (property.formula)
+                if (const FormulaPlan plan = planProperty(*site, property.id); plan.program)
+                    for (const qint64 other : plan.program->agents)
+                        found = united(found, m_stored->extent(other));
+    return found;
+}
+
+RecordOverview ComputedRecords::overview(RowId agent, std::span<const RowId> properties, std::optional<double> from,
+                                         std::optional<double> to)
+{
+    const auto site = directory();
+    if (!isAnyComputed(*site, properties))
+        return m_stored->overview(agent, properties, from, to);
+    std::vector<RowId> recorded(properties.begin(), properties.end());
+    std::erase_if(recorded, [&](RowId property) { return isComputed(*site, property); });
+    RecordOverview overview = m_stored->overview(agent, recorded, from, to);
+    std::vector<RecordOverview::Column> columns;
+    auto next = overview.columns.begin();
+    for (const RowId property : properties)
+        if (isComputed(*site, property))
+            columns.push_back({property, std::vector<RecordOverview::Summary>(overview.runs.size())});
+        else
+            columns.push_back(std::move(*next++));
+    overview.columns = std::move(columns);
+    return overview;
+}
+
+std::optional<RecordBlock> ComputedRecords::read(RowId agent, std::span<const RowId> properties,
+                                                 std::optional<double> from, std::optional<double> to,
+                                                 const ArchiveProgress& progress)
+{
+    const auto site = directory();
+    if (!isAnyComputed(*site, properties))
+        return m_stored->read(agent, properties, from, to, progress);
+    return ComputedReading(*m_stored, *site, {agent, {properties.begin(), properties.end()}, from, to}).read(progress);
+}
+
+std::vector<RecordPart> ComputedRecords::partsRead(RowId agent, std::span<const RowId> properties,
+                                                   std::optional<double> from, std::optional<double> to)
+{
+    const auto site = directory();
+    if (!isAnyComputed(*site, properties))
+        return m_stored->partsRead(agent, properties, from, to);
+    std::vector<RowId> asked(properties.begin(), properties.end());
+    // What cannot be worked out reads nothing.
+    std::erase_if(asked,
+                  [&](RowId property) { return isComputed(*site, property) && planProperty(*site, property).problem; });
+    return ComputedReading(*m_stored, *site, {agent, asked, from, to}).parts();
+}
+
+ColumnStatistics ComputedRecords::statistics(RowId agent, RowId property, std::optional<double> from,
+                                             std::optional<double> to, StatisticsFrom source)
+{
+    const auto site = directory();
+    if (!isComputed(*site, property))
+        return m_stored->statistics(agent, property, from, to, source);
+    const FormulaPlan plan = planProperty(*site, property);
+    if (plan.problem)
+        return {};
+    constexpr double kOpen = std::numeric_limits<double>::infinity();
+    Counting counting;
+    const auto take = [&](double first, double last) {
+        const RowId asked[] = {property};
+        if (const auto block = read(agent, asked, std::isinf(first) ? std::nullopt : std::optional(first),
+                                    std::isinf(last) ? std::nullopt : std::optional(last)))
+            counting.take(*block);
+    };
+    double begin = from.value_or(-kOpen);
+    std::size_t records = 0;
+    if (!plan.program->reach.fromBeginning)  // a part of it would read everything before
+        for (const RecordOverview::Run& run : m_stored->overview(plan.program->agents.front(), {}, from, to).runs) {
+            records += run.records;
+            if (records >= kRecordsAtATime && run.t1 > begin) {
+                take(begin, run.t1);
+                begin = std::nextafter(run.t1, kOpen);
+                records = 0;
+            }
+        }
+    if (begin <= to.value_or(kOpen))
+        take(begin, to.value_or(kOpen));
+    return counting.found();
+}
+
+CompactionResult ComputedRecords::compact(const CompactionRequest& request, const ArchiveProgress& progress)
+{
+    return m_stored->compact(request, progress);
+}
+
+VerificationResult ComputedRecords::verify(const ArchiveProgress& progress, std::uint64_t memory)
+{
+    return m_stored->verify(progress, memory);
+}
+
+std::optional<QString> refusalToRead(RecordStore& store, const RecordPart& wanted, std::uint64_t budget)
+{
+    // Of every formula a column is worked out beside those that it reads.
+    for (const RecordPart& part : store.partsRead(wanted.agent, wanted.properties, wanted.from, wanted.to)) {
+        const RecordOverview overview = store.overview(part.agent, {}, part.from, part.to);
+        const std::size_t columns = std::max(wanted.properties.size(), part.properties.size());
+        if (const auto refusal = refusalOf({overview, columns, part.from, part.to}, budget))
+            return refusal;
+    }
+    return std::nullopt;
+}
+
+}  // namespace plotix

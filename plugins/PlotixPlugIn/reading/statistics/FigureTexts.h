@@ -1,0 +1,31 @@
+#pragma once
+
+#include "plotkit/model/CPTTickFormatters.h"
+#include "plugins/PlotixPlugIn/reading/figures/LineFigures.h"
+#include "plugins/PlotixPlugIn/reading/trend/ReadableNumbers.h"
+
+#include <QtCore/QString>
+
+/// Figures as people read them, in the user's locale and zone. A value; main thread only.
+namespace plotix {
+
+class FigureTexts {
+public:
+    /// With the digits that the line's range is worth; a NaN is a dash.
+    QString value(double value, const LineFigures& line, int moreDecimals = 0) const;
+    QString amount(double amount, const QString& unit) const;  ///< to five digits; a NaN is a dash
+    QString count(qint64 number) const;
+    QString share(double share) const;     ///< "77 %"; only all of it is 100 %, only nothing 0 %
+    QString moment(double seconds) const;  ///< the date and the time, to what tells it apart; a NaN is a dash
+
+    QString duration(double seconds) const;  ///< its two largest parts; a NaN is a dash
+
+    static QString none() { return QStringLiteral("–"); }
+    static QString pending() { return QStringLiteral("…"); }
+
+private:
+    ReadableNumbers m_numbers;
+    CPTMomentFormatter m_moments;
+};
+
+}  // namespace plotix

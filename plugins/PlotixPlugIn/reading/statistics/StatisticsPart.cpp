@@ -1,0 +1,230 @@
+#include "plugins/PlotixPlugIn/reading/statistics/StatisticsPart.h"
+
+#include <QtWidgets/QInputDialog>
+
+#include <algorithm>
+
+namespace plotix {
+
+namespace {
+
+constexpr int kMillisecondsOfAge = 1000;
+
+}  // namespace
+
+/// What the table asks; all of it is the part's to answer.
+class StatisticsPart::Figures : public TableFigures {
+public:
+    explicit Figures(StatisticsPart& part) : m_part(part) {}
+
+    std::vector<Column> columns() const override
+    {
+        std::vector<Column> columns;
+        for (const QString& identifier : m_part.m_choices.columns) {
+            const FigureColumn* column = figureColumn(identifier);
+            columns.push_back({identifier, localizedText(column->title), column->kind, column->width});
+        }
+        return columns;
+    }
+    Cell cell(const QString& key, const QString& identifier) const override
+    {
+        const FigureColumn* column = figureColumn(identifier);
+        return column ? m_part.m_table.cell(key, *column) : Cell();
+    }
+    std::optional<Own> own(const QString& key) const override { return m_part.m_table.own(key); }
+    QString about() const override { return m_part.aboutText(); }
+    void select(const QString& key) override { m_part.m_currentKey = key; }
+    void activate(const QString& key, const QString& identifier) override
+    {
+        const FigureColumn* column = figureColumn(identifier);
+        const Figure figure = column ? column->figure : Figure::MaximumTime;
+        if (figure == Figure::MinimumTime || figure == Figure::MaximumTime)
+            m_part.goToTime(key, figure);
+        else if (figure == Figure::AboveHigh || figure == Figure::BelowLow)
+            m_part.askForLimit(key, figure);
+    }
+    std::vector<QAction*> headerActions() const override
+    {
+        return m_part.m_choices.isOffered ? m_part.m_columnActions : std::vector<QAction*>();
+    }
+    QWidget* makeHeading(QWidget* parent) override { return m_part.makeHeading(parent); }
+    void finish() override
+    {
+        m_part.refresh();
+        m_part.m_keeper.finish();
+    }
+
+private:
+    StatisticsPart& m_part;
+};
+
+StatisticsPart::StatisticsPart(ReadTrend& trend)
+    : ReadingPart(trend), m_table(trend, m_keeper), m_figures(std::make_unique<Figures>(*this))
+{
+    makeActions();
+    m_ageing.setInterval(kMillisecondsOfAge);
+    connect(&m_ageing, &QTimer::timeout, m_figures.get(), &TableFigures::figuresChanged);
+    for (const auto changed : {&FigureKeeper::changed, &FigureKeeper::progressed})
+        connect(&m_keeper, changed, this, [this] {
+            tellHeading();
+            emit m_figures->figuresChanged();
+        });
+}
+
+StatisticsPart::~StatisticsPart() = default;
+
+TableFigures* StatisticsPart::tableFigures()
+{
+    return m_figures.get();
+}
+
+void StatisticsPart::rangeSet(CPTCoordinate coordinate)
+{
+    if (coordinate == CPTCoordinate::X)
+        refreshSoon();
+}
+
+void StatisticsPart::change(const StatisticsChoices& choices)
+{
+    if (choices == m_choices)
+        return;
+    const bool hadOtherColumns = m_choices.columns != choices.columns;
+    m_choices = choices;
+    checkActions();
+    refresh();
+    if (hadOtherColumns)
+        emit m_figures->columnsChanged();
+    emit chosenChanged();
+}
+
+// Many things happen in one turn of the event loop; the figures follow once, after all of them.
+void StatisticsPart::refreshSoon()
+{
+    if (m_isRefreshing || (!needsFigures(m_choices) && !m_heading))
+        return;
+    m_isRefreshing = true;
+    QMetaObject::invokeMethod(
+        this, [this] { refresh(); }, Qt::QueuedConnection);
+}
+
+void StatisticsPart::refresh()
+{
+    m_isRefreshing = false;
+    m_table.ask(m_choices);
+    const bool showsAge = m_choices.columns.contains(QLatin1String("age"));
+    if (showsAge && trend().graphView())
+        m_ageing.start();
+    else
+        m_ageing.stop();
+    tellHeading();
+    emit m_figures->figuresChanged();
+}
+
+void StatisticsPart::goToExtreme(Figure figure)
+{
+    goToTime(currentKey(), figure);
+}
+
+void StatisticsPart::goToTime(const QString& key, Figure figure)
+{
+    if (!needsFigures(m_choices)) {  // the table's own numbers come without times
+        StatisticsChoices choices = m_choices;
+        choices.columns = {QStringLiteral("minimumTime"), QStringLiteral("maximumTime")};
+        m_table.ask(choices);
+        m_keeper.finish();
+    }
+    const auto time = m_table.timeOf(key, figure);
+    m_table.ask(m_choices);
+    const CPTXYGraphPtr graph = trend().graph();
+    if (!time || !graph)
+        return;
+    const double length = graph->defaultPlotSpace()->xRange().length;
+    trend().showTimes({*time - length / 2, *time + length / 2});
+}
+
+void StatisticsPart::setColumn(const QString& identifier, bool isChosen)
+{
+    StatisticsChoices choices = m_choices;
+    if (isChosen == choices.columns.contains(identifier))
+        return;
+    if (isChosen)
+        choices.columns << identifier;
+    else
+        choices.columns.removeAll(identifier);
+    change(choicesFromMap(mapFromChoices(choices)));  // in the table's order
+}
+
+void StatisticsPart::setOver(StatisticsOver over)
+{
+    StatisticsChoices choices = m_choices;
+    choices.over = over;
+    change(choices);
+}
+
+void StatisticsPart::setLimit(const QString& key, Figure figure, double value)
+{
+    const auto line = m_table.line(key);
+    StatisticsChoices choices = m_choices;
+    (figure == Figure::BelowLow ? choices.lowLimits : choices.highLimits)[key] = {value, line ? line->unit : QString()};
+    const FigureColumn& shown = *std::ranges::find(figureColumns(), figure, &FigureColumn::figure);
+    if (!choices.columns.contains(QLatin1String(shown.identifier)))
+        choices.columns << QString::fromLatin1(shown.identifier);
+    change(choicesFromMap(mapFromChoices(choices)));
+}
+
+void StatisticsPart::removeLimits()
+{
+    StatisticsChoices choices = m_choices;
+    choices.highLimits.clear();
+    choices.lowLimits.clear();
+    change(choices);
+}
+
+void StatisticsPart::askForLimit(const QString& key, Figure figure)
+{
+    const auto line = m_table.line(key);
+    QWidget* root = trend().rootView();
+    if (!line || !root)
+        return;
+    const bool isLow = figure == Figure::BelowLow;
+    const auto& limits = isLow ? m_choices.lowLimits : m_choices.highLimits;
+    constexpr double kMost = 1e15;
+    constexpr int kDecimals = 6;
+    auto* dialog = new QInputDialog(root);
+    dialog->setAttribute(Qt::WA_DeleteOnClose);
+    dialog->setInputMode(QInputDialog::DoubleInput);
+    dialog->setDoubleRange(-kMost, kMost);
+    dialog->setDoubleDecimals(kDecimals);
+    dialog->setDoubleValue(limits.contains(key) ? limits.at(key).value : 0);
+    dialog->setWindowTitle(localizedText(isLow ? QT_TRANSLATE_NOOP("Plotix", "Time Below Limit")
+                                               : QT_TRANSLATE_NOOP("Plotix", "Time Above Limit")));
+    const QString unit = line->unitSymbol.isEmpty() ? QString() : QStringLiteral(" (%1)").arg(line->unitSymbol);
+    dialog->setLabelText(localizedText(isLow ? QT_TRANSLATE_NOOP("Plotix", "Count the time that %1 is below:")
+                                             : QT_TRANSLATE_NOOP("Plotix", "Count the time that %1 is above:"))
+                             .arg(line->name + unit));
+    connect(dialog, &QInputDialog::doubleValueSelected, this,
+            [this, key, figure](double value) { setLimit(key, figure, value); });
+    dialog->open();
+}
+
+QString StatisticsPart::currentKey() const
+{
+    const std::vector<ReadLine> lines = trend().lines();
+    const auto isCurrent = [this](const ReadLine& line) { return line.key == m_currentKey; };
+    if (std::ranges::any_of(lines, isCurrent))
+        return m_currentKey;
+    const auto shown = std::ranges::find_if(lines, &ReadLine::isShown);
+    return shown == lines.end() ? QString() : shown->key;
+}
+
+QString StatisticsPart::aboutText() const
+{
+    switch (m_choices.over) {
+    case StatisticsOver::Fetched: return {};
+    case StatisticsOver::Visible: return localizedText(QT_TRANSLATE_NOOP("Plotix", "what is visible"));
+    case StatisticsOver::Marked: return localizedText(QT_TRANSLATE_NOOP("Plotix", "the time from A to B"));
+    }
+    return {};
+}
+
+}  // namespace plotix

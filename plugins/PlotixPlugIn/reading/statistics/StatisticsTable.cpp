@@ -1,0 +1,220 @@
+#include "plugins/PlotixPlugIn/reading/statistics/StatisticsTable.h"
+
+#include "plugins/PlotixPlugIn/reading/trend/ReadingPart.h"
+#include "plugins/PlotixPlugIn/reading/trend/UsualJoin.h"
+
+#include <QtCore/QDateTime>
+
+#include <cmath>
+
+namespace plotix {
+
+namespace {
+
+using Cell = TableFigures::Cell;
+
+double convertedLimit(const ChosenLimit& limit, const KTVRecordColumn& column)
+{
+    double value = limit.value;
+    if (column.unitModel() && limit.unit != column.unit())
+        column.unitModel()->convertValues(limit.unit, column.unit(), &limit.value, &value, 1);
+    return value;
+}
+
+double now()
+{
+    constexpr double millisecondsASecond = 1000;
+    return static_cast<double>(QDateTime::currentMSecsSinceEpoch()) / millisecondsASecond;
+}
+
+}  // namespace
+
+bool needsFigures(const StatisticsChoices& choices)
+{
+    return choices.over != StatisticsOver::Fetched || !choices.columns.isEmpty();
+}
+
+std::optional<TimeSpan> StatisticsTable::span(StatisticsOver over) const
+{
+    if (over == StatisticsOver::Marked)
+        return m_trend.markedSpan();
+    const CPTXYGraphPtr graph = m_trend.graph();
+    if (over == StatisticsOver::Visible && graph) {
+        const CPTPlotRange& shown = graph->defaultPlotSpace()->xRange();
+        return TimeSpan{std::min(shown.location, shown.end()), std::max(shown.location, shown.end())};
+    }
+    const KTVRecordDictionaryPtr records = m_trend.records();
+    if (over == StatisticsOver::Visible || !records || !records->time() || records->time()->isEmpty())
+        return std::nullopt;
+    if (const auto asked = m_trend.readSpan())
+        return asked;
+    const auto times = records->time()->span();
+    const auto [first, last] = std::minmax(times.front(), times.back());
+    return TimeSpan{first, last};
+}
+
+std::vector<FigureLine> StatisticsTable::keptLines() const
+{
+    std::vector<FigureLine> lines;
+    const CPTXYGraphPtr graph = m_trend.graph();
+    const KTVRecordDictionaryPtr records = m_trend.records();
+    if (!graph || !records || !records->time())
+        return lines;
+    for (const ReadLine& line : m_trend.lines()) {
+        const auto column = records->columnForKey(line.key);
+        const CPTScatterPlotPtr plot = graph->plotWithIdentifier(line.key);
+        if (column && plot)
+            lines.push_back({line.key, *records->time(), column, longestJoinOf(*plot)});
+    }
+    return lines;
+}
+
+LineLimits StatisticsTable::limitsOf(const QString& key, const KTVRecordColumn& column) const
+{
+    LineLimits limits;
+    if (const auto high = m_choices.highLimits.find(key); high != m_choices.highLimits.end())
+        limits.high = convertedLimit(high->second, column);
+    if (const auto low = m_choices.lowLimits.find(key); low != m_choices.lowLimits.end())
+        limits.low = convertedLimit(low->second, column);
+    return limits;
+}
+
+void StatisticsTable::ask(const StatisticsChoices& choices)
+{
+    m_choices = choices;
+    if (!needsFigures(choices)) {
+        m_keeper.setLines({});
+        return;
+    }
+    const std::vector<FigureLine> lines = keptLines();
+    FigureQuestion question{.span = span(choices.over), .shares = {}, .limits = {}};
+    bool wantsLimits = false;
+    for (const QString& identifier : choices.columns) {
+        const FigureColumn* column = figureColumn(identifier);
+        if (column->figure == Figure::Percentile)
+            question.shares.push_back(column->share);
+        wantsLimits |= column->figure == Figure::AboveHigh || column->figure == Figure::BelowLow ||
+                       column->figure == Figure::Crossings;
+    }
+    for (const FigureLine& line : lines)
+        if (const LineLimits limits = limitsOf(line.key, *line.column);
+            wantsLimits && (limits.high.has_value() || limits.low.has_value()))
+            question.limits[line.key] = limits;
+    m_keeper.setLines(lines);
+    m_keeper.ask(question);
+}
+
+std::optional<ReadLine> StatisticsTable::line(const QString& key) const
+{
+    return lineWithKey(m_trend, key);
+}
+
+bool StatisticsTable::isHeld(const QString& key) const
+{
+    const CPTXYGraphPtr graph = m_trend.graph();
+    const CPTScatterPlotPtr plot = graph ? graph->plotWithIdentifier(key) : nullptr;
+    return plot && plot->interpolation() == CPTScatterPlotInterpolation::HoldLast;
+}
+
+std::optional<double> StatisticsTable::timeOf(const QString& key, Figure figure) const
+{
+    const auto figures = m_keeper.figures(key);
+    const double time = !figures                        ? LineFigures::kNone
+                        : figure == Figure::MinimumTime ? figures->minimumTime
+                                                        : figures->maximumTime;
+    return std::isnan(time) ? std::nullopt : std::optional(time);
+}
+
+std::optional<TableFigures::Own> StatisticsTable::own(const QString& key) const
+{
+    if (m_choices.over == StatisticsOver::Fetched)
+        return std::nullopt;
+    const LineFigures figures = m_keeper.figures(key).value_or(LineFigures());
+    return TableFigures::Own{figures.minimum, figures.maximum, figures.mean, figures.points};
+}
+
+Cell StatisticsTable::cell(const QString& key, const FigureColumn& column) const
+{
+    const auto known = m_keeper.figures(key);
+    if (!known)
+        return {m_keeper.isWorking() ? FigureTexts::pending() : FigureTexts::none()};
+    const LineFigures& figures = *known;
+    const auto value = [&](double number, int moreDecimals = 0) {
+        return Cell{m_texts.value(number, figures, moreDecimals), {}, number, {}};
+    };
+    switch (column.figure) {
+    case Figure::MinimumTime: return {m_texts.moment(figures.minimumTime), {}, figures.minimumTime, {}};
+    case Figure::MaximumTime: return {m_texts.moment(figures.maximumTime), {}, figures.maximumTime, {}};
+    case Figure::First: return value(figures.first);
+    case Figure::Last: return value(figures.last);
+    case Figure::Range: return value(figures.range());
+    case Figure::Sum: return {m_texts.amount(figures.sum, {}), {}, figures.sum, {}};
+    case Figure::Deviation: return value(figures.deviation, 1);
+    case Figure::Percentile: return percentileCell(key, figures, column.share);
+    case Figure::TimeWeightedMean: return value(isHeld(key) ? figures.heldMean : figures.straightMean);
+    case Figure::Integral: return integralCell(key, figures);
+    case Figure::Coverage:
+        return {m_texts.share(figures.coverage), m_texts.duration(figures.covered), figures.coverage, figures.coverage};
+    case Figure::Gaps: return {m_texts.count(figures.gaps), {}, static_cast<double>(figures.gaps), {}};
+    case Figure::AboveHigh:
+    case Figure::BelowLow:
+    case Figure::Crossings: return limitCell(key, column.figure);
+    case Figure::Now:
+    case Figure::Age: return latestCell(key, figures, column.figure);
+    }
+    return {};
+}
+
+Cell StatisticsTable::percentileCell(const QString& key, const LineFigures& figures, double share) const
+{
+    const auto found = m_keeper.percentile(key, share);
+    if (found)
+        return {m_texts.value(*found, figures), {}, *found, {}};
+    return {m_keeper.isCancelled() ? FigureTexts::none() : FigureTexts::pending()};
+}
+
+Cell StatisticsTable::integralCell(const QString& key, const LineFigures& figures) const
+{
+    const KTVRecordDictionaryPtr records = m_trend.records();
+    const auto column = records ? records->columnForKey(key) : nullptr;
+    if (!column)
+        return {FigureTexts::none()};
+    const KTVUnitModel::Integral integral = column->integral();
+    const double amount = (isHeld(key) ? figures.heldIntegral : figures.straightIntegral) * integral.scale;
+    return {m_texts.amount(amount, integral.symbol), {}, amount, {}};
+}
+
+Cell StatisticsTable::limitCell(const QString& key, Figure figure) const
+{
+    const bool isLow = figure == Figure::BelowLow;
+    const bool isHigh = figure == Figure::AboveHigh;
+    const bool hasHigh = m_choices.highLimits.contains(key);
+    const bool hasLow = m_choices.lowLimits.contains(key);
+    if ((isHigh && !hasHigh) || (isLow && !hasLow) || (!hasHigh && !hasLow))
+        return {FigureTexts::none(), localizedText(QT_TRANSLATE_NOOP("Plotix", "Click to set a limit"))};
+    const auto found =
+        isLow || (figure == Figure::Crossings && !hasHigh) ? m_keeper.belowLow(key) : m_keeper.aboveHigh(key);
+    if (!found)
+        return {m_keeper.isCancelled() ? FigureTexts::none() : FigureTexts::pending()};
+    if (figure == Figure::Crossings)
+        return {m_texts.count(found->crossings), {}, static_cast<double>(found->crossings), {}};
+    const ChosenLimit& limit = isLow ? m_choices.lowLimits.at(key) : m_choices.highLimits.at(key);
+    const double seconds = isHeld(key) ? (isLow ? found->heldBelow : found->heldAbove)
+                                       : (isLow ? found->straightBelow : found->straightAbove);
+    const QString hint =
+        localizedText(isLow ? QT_TRANSLATE_NOOP("Plotix", "below %1") : QT_TRANSLATE_NOOP("Plotix", "above %1"));
+    return {m_texts.duration(seconds), hint.arg(m_texts.amount(limit.value, limit.unit)), seconds, {}};
+}
+
+Cell StatisticsTable::latestCell(const QString& key, const LineFigures& figures, Figure figure) const
+{
+    const auto latest = m_keeper.latest(key);
+    if (!latest)
+        return {FigureTexts::none()};
+    if (figure == Figure::Now)
+        return {m_texts.value(latest->value, figures), m_texts.moment(latest->time), latest->value, {}};
+    const double age = std::max(0.0, now() - latest->time);
+    return {m_texts.duration(std::floor(age)), m_texts.moment(latest->time), age, {}};
+}
+
+}  // namespace plotix

@@ -1,0 +1,49 @@
+#pragma once
+
+#include "plugins/PlotixPlugIn/reading/statistics/FigureColumns.h"
+#include "plugins/PlotixPlugIn/reading/statistics/FigureKeeper.h"
+#include "plugins/PlotixPlugIn/reading/statistics/FigureTexts.h"
+#include "plugins/PlotixPlugIn/reading/statistics/StatisticsChoices.h"
+#include "plugins/PlotixPlugIn/reading/trend/ReadTrend.h"
+
+#include <set>
+
+/// The cells of the table of statistics: words for the figures that are kept of each line.
+///
+/// The statistics part *owns* it and says what was chosen. *Borrows* the trend. Main thread only.
+namespace plotix {
+
+class StatisticsTable {
+public:
+    StatisticsTable(ReadTrend& trend, FigureKeeper& keeper) : m_trend(trend), m_keeper(keeper) {}
+
+    /// Asks the keeper anew for what was chosen, about the records and the span there are now.
+    void ask(const StatisticsChoices& choices);
+
+    /// The span that the figures are about; nothing while there is none.
+    std::optional<TimeSpan> span(StatisticsOver over) const;
+    TableFigures::Cell cell(const QString& key, const FigureColumn& column) const;
+    std::optional<TableFigures::Own> own(const QString& key) const;
+    /// When the line was lowest, or highest; nothing without records.
+    std::optional<double> timeOf(const QString& key, Figure figure) const;
+    std::optional<ReadLine> line(const QString& key) const;
+
+private:
+    std::vector<FigureLine> keptLines() const;
+    LineLimits limitsOf(const QString& key, const KTVRecordColumn& column) const;
+    bool isHeld(const QString& key) const;
+    TableFigures::Cell percentileCell(const QString& key, const LineFigures& figures, double share) const;
+    TableFigures::Cell limitCell(const QString& key, Figure figure) const;
+    TableFigures::Cell latestCell(const QString& key, const LineFigures& figures, Figure figure) const;
+    TableFigures::Cell integralCell(const QString& key, const LineFigures& figures) const;
+
+    ReadTrend& m_trend;
+    FigureKeeper& m_keeper;
+    StatisticsChoices m_choices;
+    FigureTexts m_texts;
+};
+
+/// Whether anything of it differs from the table's own columns over everything fetched.
+bool needsFigures(const StatisticsChoices& choices);
+
+}  // namespace plotix

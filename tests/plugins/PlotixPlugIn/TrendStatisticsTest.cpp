@@ -1,0 +1,345 @@
+#include "plugins/PlotixPlugIn/InfoTableModel.h"
+#include "plugins/PlotixPlugIn/reading/TrendReader.h"
+#include "plugins/PlotixPlugIn/reading/statistics/StatisticsHeading.h"
+#include "tests/plugins/PlotixPlugIn/PropertyTableFixture.h"
+
+#include <QtGui/QClipboard>
+#include <QtGui/QGuiApplication>
+#include <QtTest/QSignalSpy>
+#include <QtWidgets/QHeaderView>
+#include <QtWidgets/QInputDialog>
+
+#include <cmath>
+
+// The table that tells more: columns beyond its own, over everything fetched, what is visible, or from A to B.
+
+namespace {
+
+using plotix::StatisticsOver;
+
+class TrendStatistics : public PropertyTableFixture {
+protected:
+    static constexpr int kFirstFigure = InfoTableModel::kColumnCount;
+
+    /// An hour of one value a minute: 0, 1 … 60.
+    void openAnHour(const QVariantMap& choices = {})
+    {
+        trend = KTVPlotixPlugIn::initWithAgent(host.agent(), &host.siteWindowController(),
+                                               KTVPropertyList{airTemperature}, plotix::Date{0}, plotix::Date{3600});
+        trend->setReading({{"readableLabels", true}, {"lineCommands", true}});
+        choose(choices);
+        trend->view()->resize(1100, 640);
+        deliver(anHour());
+        settle();
+    }
+    KTVRecordDictionaryPtr anHour() const
+    {
+        std::vector<double> times, values;
+        for (int minute = 0; minute <= 60; ++minute) {
+            times.push_back(minute * 60);
+            values.push_back(minute);
+        }
+        return host.records().times(times).column("airTemperature", values).build();
+    }
+    void choose(const QVariantMap& choices)
+    {
+        trend->setReading({{"statistics", choices}});
+        settle();
+    }
+    void chooseColumns(const QStringList& columns) { choose({{"columns", columns}}); }
+    static void settle() { QCoreApplication::processEvents(); }
+    void see(double from, double to)
+    {
+        trend->graph()->defaultPlotSpace()->setXRange({from, to - from});
+        settle();
+    }
+    double middleOfTheView()
+    {
+        return trend->graph()->defaultPlotSpace()->xRange().location +
+               trend->graph()->defaultPlotSpace()->xRange().length / 2;
+    }
+
+    PropertyDetailsTableView& table() { return *trend->infoTable(); }
+    InfoTableModel& model() { return *table().infoTableModel(); }
+    QString cell(int column, int row = 0) { return model().index(row, column).data().toString(); }
+    QString cellOf(const char* identifier, int row = 0)
+    {
+        return cell(model().columnNamed(QLatin1String(identifier)), row);
+    }
+    plotix::StatisticsHeading& heading() { return *trend->view()->findChild<plotix::StatisticsHeading*>(); }
+    QAction* action(const QString& text)
+    {
+        for (QAction* each : trend->readingActions())
+            if (each->text() == text)
+                return each;
+        return nullptr;
+    }
+    void clickCell(const char* identifier, int row = 0)
+    {
+        const QModelIndex index = model().index(row, model().columnNamed(QLatin1String(identifier)));
+        table().scrollTo(index);
+        QTest::mouseClick(table().viewport(), Qt::LeftButton, {}, table().visualRect(index).center());
+        settle();
+    }
+};
+
+TEST_F(TrendStatistics, WithoutAChoiceTheTableIsAsItAlwaysWas)
+{
+    open({"airTemperature"});
+    deliver(twoRows({"airTemperature"}));
+    settle();
+    EXPECT_EQ(model().columnCount(), InfoTableModel::kColumnCount);
+    EXPECT_TRUE(heading().isHidden());
+    EXPECT_TRUE(trend->reading().isEmpty());
+    EXPECT_EQ(table().dictionaryForAutosavingLayout().value("columns").toList().size(), InfoTableModel::kColumnCount);
+}
+
+TEST_F(TrendStatistics, ChosenColumnsStandBehindTheTablesOwn)
+{
+    openAnHour();
+    chooseColumns({"median", "maximumTime"});
+    ASSERT_EQ(model().columnCount(), kFirstFigure + 2);
+    EXPECT_EQ(model().headerData(kFirstFigure, Qt::Horizontal).toString(), "Time of Maximum");
+    EXPECT_EQ(model().headerData(kFirstFigure + 1, Qt::Horizontal).toString(), "Median");
+    EXPECT_EQ(cellOf("median"), "30.0");
+    EXPECT_TRUE(cellOf("maximumTime").contains("1:00")) << cellOf("maximumTime").toStdString();
+}
+
+TEST_F(TrendStatistics, EveryColumnHasItsFigure)
+{
+    openAnHour();
+    chooseColumns({"first", "last", "range", "sum", "deviation", "timeWeightedMean", "integral", "coverage", "gaps"});
+    EXPECT_EQ(cellOf("first"), "0.0");
+    EXPECT_EQ(cellOf("last"), "60.0");
+    EXPECT_EQ(cellOf("range"), "60.0");
+    EXPECT_EQ(cellOf("sum"), "1,830.0");
+    EXPECT_EQ(cellOf("deviation"), "17.75");
+    EXPECT_EQ(cellOf("timeWeightedMean"), "30.0");
+    EXPECT_EQ(cellOf("integral"), "30.000\u00A0°C·h");
+    EXPECT_EQ(cellOf("coverage"), "100\u00A0%");
+    EXPECT_EQ(cellOf("gaps"), "0");
+}
+
+TEST_F(TrendStatistics, ALineThatHoldsItsValueIsWeightedAsItIsDrawn)
+{
+    openAnHour();
+    chooseColumns({"timeWeightedMean"});
+    plot("airTemperature")->setInterpolation(CPTScatterPlotInterpolation::HoldLast);
+    EXPECT_EQ(cellOf("timeWeightedMean"), "29.5");
+}
+
+TEST_F(TrendStatistics, OverWhatIsVisibleAllColumnsFollowTheGraph)
+{
+    openAnHour({{"over", "visible"}, {"columns", QStringList{"median"}}});
+    see(600, 1200);
+    EXPECT_EQ(cell(InfoTableModel::Minimum), "10.0");
+    EXPECT_EQ(cell(InfoTableModel::Maximum), "20.0");
+    EXPECT_EQ(cell(InfoTableModel::Points), "11");
+    EXPECT_EQ(cellOf("median"), "15.0");
+    see(0, 3600);
+    EXPECT_EQ(cell(InfoTableModel::Points), "61");
+}
+
+TEST_F(TrendStatistics, TheRowsThemselvesStayThoseOfEverythingFetched)
+{
+    openAnHour({{"over", "visible"}});
+    see(600, 1200);
+    EXPECT_EQ(row(0).points, 61);
+    EXPECT_EQ(row(0).maximum, 60);
+}
+
+TEST_F(TrendStatistics, WithoutMarksThereIsNothingFromAToB)
+{
+    openAnHour({{"over", "marked"}, {"columns", QStringList{"median"}}});
+    EXPECT_EQ(cell(InfoTableModel::Points), "0");
+    EXPECT_EQ(cell(InfoTableModel::Maximum), "–");
+    EXPECT_EQ(cellOf("median"), "–");
+}
+
+TEST_F(TrendStatistics, AClickOnATimeGoesThereAndKeepsTheZoom)
+{
+    openAnHour();
+    chooseColumns({"maximumTime"});
+    see(0, 600);
+    clickCell("maximumTime");
+    EXPECT_NEAR(middleOfTheView(), 3600, 1e-6);
+    EXPECT_NEAR(trend->graph()->defaultPlotSpace()->xRange().length, 600, 1e-6);
+}
+
+TEST_F(TrendStatistics, ReturnGoesToTheMaximumOfTheSelectedRowAndWithShiftToItsMinimum)
+{
+    openAnHour();
+    see(1000, 1600);
+    table().selectRow(0);
+    QTest::keyClick(&table(), Qt::Key_Return);
+    EXPECT_NEAR(middleOfTheView(), 3600, 1e-6);
+    QTest::keyClick(&table(), Qt::Key_Return, Qt::ShiftModifier);
+    EXPECT_NEAR(middleOfTheView(), 0, 1e-6);
+}
+
+TEST_F(TrendStatistics, TheHeadingSwitchesByMouse)
+{
+    openAnHour({{"offered", true}});
+    EXPECT_FALSE(heading().isHidden());
+    see(600, 1200);
+    QTest::mouseClick(heading().button(StatisticsOver::Visible), Qt::LeftButton);
+    settle();
+    EXPECT_EQ(cell(InfoTableModel::Points), "11");
+    EXPECT_EQ(trend->reading().value("statistics").toMap().value("over"), "visible");
+}
+
+TEST_F(TrendStatistics, TheHeadingSwitchesByArrowKeys)
+{
+    openAnHour({{"offered", true}});
+    show();
+    heading().button(StatisticsOver::Fetched)->setFocus();
+    QTest::keyClick(heading().button(StatisticsOver::Fetched), Qt::Key_Right);
+    settle();
+    EXPECT_EQ(trend->reading().value("statistics").toMap().value("over"), "visible");
+    EXPECT_TRUE(action("Statistics of What Is Visible")->isChecked());
+}
+
+TEST_F(TrendStatistics, TheHeadingStandsBesideTheTitleWhereverThatIsMoved)
+{
+    openAnHour({{"offered", true}});
+    show();
+    trend->view()->resize(1200, 800);
+    settle();
+    EXPECT_EQ(heading().geometry().top(), trend->propertyDetailsTextField()->geometry().top());
+    EXPECT_LE(heading().geometry().right(), 1200);
+    EXPECT_GT(heading().geometry().left(), trend->propertyDetailsTextField()->geometry().left());
+}
+
+TEST_F(TrendStatistics, ActionsChooseColumnsAndShowWhatIsChosen)
+{
+    openAnHour();
+    action("Coverage")->trigger();
+    settle();
+    EXPECT_EQ(cellOf("coverage"), "100\u00A0%");
+    action("Coverage")->trigger();
+    EXPECT_EQ(model().columnCount(), InfoTableModel::kColumnCount);
+    chooseColumns({"gaps"});
+    EXPECT_TRUE(action("Gaps")->isChecked());
+    EXPECT_EQ(plotix::menuOf(*action("Gaps")), "Table");
+}
+
+TEST_F(TrendStatistics, AColumnThatComesOrGoesLeavesTheOthersAsTheyAre)
+{
+    openAnHour();
+    chooseColumns({"maximumTime", "gaps"});
+    table().setColumnWidth(model().columnNamed("gaps"), 77);
+    table().horizontalHeader()->moveSection(InfoTableModel::Points, 0);
+    chooseColumns({"minimumTime", "gaps"});
+    EXPECT_EQ(table().columnWidth(model().columnNamed("gaps")), 77);
+    EXPECT_EQ(table().horizontalHeader()->visualIndex(InfoTableModel::Points), 0);
+    EXPECT_EQ(cellOf("gaps"), "0");
+}
+
+TEST_F(TrendStatistics, ColumnsAndTheirWidthsAreArchived)
+{
+    openAnHour();
+    chooseColumns({"coverage", "gaps"});
+    table().setColumnWidth(model().columnNamed("coverage"), 133);
+    fakehost::FakeArchive archive;
+    fakehost::FakeEncoder encoder(archive);
+    trend->encodeWithCoder(encoder);
+    fakehost::FakeDecoder decoder = host.decoder(archive);
+    trend = KTVPlotixPlugIn::initWithCoder(decoder);
+    trend->view();
+    ASSERT_EQ(model().columnCount(), kFirstFigure + 2);
+    EXPECT_EQ(table().columnWidth(model().columnNamed("coverage")), 133);
+}
+
+TEST_F(TrendStatistics, RowsAreSortedByAFigure)
+{
+    open({"airTemperature", "pressure"});
+    deliver(host.records().times({0, 60}).column("airTemperature", {0, 9}).column("pressure", {1, 2}).build());
+    chooseColumns({"range"});
+    table().sortByColumn(kFirstFigure, Qt::AscendingOrder);
+    EXPECT_EQ(rowNames(), (QStringList{"Pressure", "Air Temperature"}));
+    chooseColumns({});
+    EXPECT_EQ(rowNames(), (QStringList{"Air Temperature", "Pressure"}));
+}
+
+TEST_F(TrendStatistics, TheTableIsCopiedAsItIsShown)
+{
+    openAnHour({{"over", "visible"}, {"columns", QStringList{"gaps"}}});
+    see(600, 1200);
+    trend->copyTable(nullptr);
+    const QStringList lines = QGuiApplication::clipboard()->text().split(u'\n');
+    EXPECT_TRUE(lines.at(0).endsWith("No. of Points\tGaps")) << lines.at(0).toStdString();
+    EXPECT_TRUE(lines.at(1).endsWith("\t11\t0")) << lines.at(1).toStdString();
+}
+
+TEST_F(TrendStatistics, AReportTellsTheSame)
+{
+    openAnHour({{"over", "visible"}, {"columns", QStringList{"median"}}});
+    see(600, 1200);
+    const QVariantMap contents = trend->reportContents();
+    EXPECT_EQ(contents.value("figureTitles").toStringList(), QStringList{"Median"});
+    EXPECT_EQ(contents.value("about"), "what is visible");
+    const QVariantMap first = contents.value("rows").toList().at(0).toMap();
+    EXPECT_EQ(first.value("points").toInt(), 11);
+    EXPECT_EQ(first.value("figures").toStringList(), QStringList{"15.0"});
+}
+
+TEST_F(TrendStatistics, ChoosingCanBeUndone)
+{
+    openAnHour();
+    const QVariantMap before = trend->changeable();
+    chooseColumns({"coverage"});
+    trend->changeTo(before);
+    settle();
+    EXPECT_EQ(model().columnCount(), InfoTableModel::kColumnCount);
+}
+
+TEST_F(TrendStatistics, TimesAboveALimitAreCountedInTheUnitItWasChosenIn)
+{
+    openAnHour();
+    choose({{"columns", QStringList{"aboveLimit", "crossings"}},
+            {"limits", QVariantMap{{"airTemperature", QVariantMap{{"high", 303.15}, {"highUnit", "K"}}}}}});
+    EXPECT_EQ(cellOf("aboveLimit"), "30 min");
+    EXPECT_EQ(cellOf("crossings"), "1");
+}
+
+TEST_F(TrendStatistics, ALimitIsAskedForInTheLinesUnit)
+{
+    openAnHour();
+    show();
+    action("Time Above a Limit…")->trigger();
+    auto* dialog = trend->view()->findChild<QInputDialog*>();
+    ASSERT_TRUE(dialog);
+    EXPECT_TRUE(dialog->labelText().contains("Air Temperature (°C)"));
+    dialog->setDoubleValue(45);
+    dialog->accept();
+    settle();
+    EXPECT_EQ(cellOf("aboveLimit"), "15 min");
+}
+
+TEST_F(TrendStatistics, AnotherUnitIsFollowed)
+{
+    openAnHour({{"over", "visible"}, {"columns", QStringList{"last"}}});
+    airTemperature->setUnit("K");
+    settle();
+    EXPECT_EQ(cellOf("last"), "333.15");
+    EXPECT_EQ(cell(InfoTableModel::Maximum), "333.15");
+}
+
+TEST_F(TrendStatistics, NewRecordsAreFollowed)
+{
+    openAnHour({{"columns", QStringList{"now", "coverage"}}});
+    deliverAgain(host.records().times({0, 60, 120, 180, 3600}).column("airTemperature", {1, 2, 3, 3, 3}).build());
+    settle();
+    EXPECT_EQ(cellOf("now"), "3.0");
+    EXPECT_NE(cellOf("coverage"), "100\u00A0%");
+}
+
+TEST_F(TrendStatistics, TheHeadersMenuOffersTheColumnsOnlyWhereItIsWanted)
+{
+    openAnHour();
+    EXPECT_TRUE(trend->infoTable()->infoTableModel()->figures()->headerActions().empty());
+    choose({{"offered", true}});
+    EXPECT_FALSE(trend->infoTable()->infoTableModel()->figures()->headerActions().empty());
+}
+
+}  // namespace
