@@ -1704,7 +1704,7 @@
     </message>
     <message>
         <source>To %1</source>
-        <translation type="unfinished"></translation>
+        <translation>Bis %1</translation>
     </message>
 </context>
 <context>
