@@ -1242,10 +1242,6 @@
         <translation>&amp;Zeit:</translation>
     </message>
     <message>
-        <source>For example 14:35, yesterday 14:35, 3 Feb, 3 Feb 2013 8:00, now</source>
-        <translation>Zum Beispiel 14:35, gestern 14:35, 3. Feb, 3.2.2013 8:00, jetzt</translation>
-    </message>
-    <message>
         <source>held</source>
         <translation>gehalten</translation>
     </message>
@@ -1524,6 +1520,15 @@
     <message>
         <source>Previou&amp;s Time at This Value</source>
         <translation>Vorige&amp;s Mal bei diesem Wert</translation>
+    </message>
+    <message>
+        <source>For example 14:35, last Tuesday 14:35, 3 Feb, 3 Feb 2013 8:00, now</source>
+        <translation>Zum Beispiel 14:35, letzten Dienstag 14:35, 3. Feb, 3.2.2013 8:00, jetzt</translation>
+    </message>
+    <message>
+        <source>last</source>
+        <extracomment>Before a day of the week: &quot;last Tuesday&quot;. Words that begin so are understood too.</extracomment>
+        <translation>letzt</translation>
     </message>
 </context>
 <context>
