@@ -242,7 +242,9 @@ TEST_F(ComputedPropertyTest, FormulasFollowARenamedPropertyOrAgent)
 {
     compute("Spread", "Supply - Return");
     compute("Lift", "Supply - Roof.Air");
-    renameProperty(site(), id("Supply"), "Supply temperature");
+    const EditOutcome outcome = renameProperty(site(), id("Supply"), "Supply temperature");
+    EXPECT_EQ(outcome.followed, (std::vector<QString>{"Spread", "Lift"}));
+    EXPECT_TRUE(outcome.broken.empty());
     renameAgent(site(), agent("Roof")->id(), "Mast 2");
     EXPECT_EQ(formula("Spread"), "\"Supply temperature\" - Return");
     EXPECT_EQ(formula("Lift"), "\"Supply temperature\" - \"Mast 2\".Air");
@@ -356,6 +358,18 @@ TEST_F(ComputedPropertyTest, PartsAreTheRecordsThatItNeeds)
     ASSERT_EQ(parts.size(), 2U);
     EXPECT_EQ(parts[0].properties, std::vector{id("Supply")});
     EXPECT_LE(*parts[0].from, 0);
+}
+
+TEST_F(ComputedPropertyTest, WhatLiesWithinAPartIsNotReadTwice)
+{
+    compute("Moving", "mean(Power, 5 min)");
+    const RowId asked[] = {id("Power"), id("Moving"), id("Supply")}, owner = agent()->id();
+    EXPECT_EQ(document->records()->partsRead(owner, asked, 600, 1800).size(), 1U);
+    const RecordBlock block = *document->records()->read(owner, asked, 600, 1800);
+    ASSERT_EQ(block.times.size(), 3U);
+    EXPECT_EQ(column(block, 0), (Values{6, 12, 12}));
+    EXPECT_EQ(column(block, 2), (Values{61, 62, 63}));
+    EXPECT_EQ(document->records()->partsRead(owner, asked, 600, 610).size(), 2U);
 }
 
 TEST_F(ComputedPropertyTest, AnOpenDocumentTakesUpWhatAnotherOneChanged)

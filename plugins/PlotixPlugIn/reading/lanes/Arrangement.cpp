@@ -161,6 +161,7 @@ void Arrangement::moveUpperEdgeOf(std::size_t lane, double share)
     m_lanes[lane - 1]->setSettings(upper);
     m_lanes[lane]->setSettings(lower);
     placeStrips();
+    trend().tellRestyled();
     emit chosenChanged();
 }
 
@@ -201,7 +202,6 @@ void Arrangement::restyled()
 {
     for (const auto& lane : m_lanes)
         lane->restyle();
-    m_titleBefore.reset();
     if (m_lanes.empty() && trend().graph())
         nameScale(arrangedLines());
 }
@@ -238,7 +238,8 @@ void Arrangement::arrange()
     const std::vector<LaneGroup> groups = laneGroups(lines, m_kind);
     if (groups.empty()) {
         leaveLanes();
-        return nameScale(lines);
+        nameScale(lines);
+        return trend().tellRestyled();
     }
     if (m_lanes.empty()) {
         CPTXYAxis& axis = *graph->axisSet()->yAxis();
@@ -272,12 +273,15 @@ void Arrangement::arrange()
     m_lanes = std::move(lanes);
     placeStrips();
     m_marks->show(m_lanes);
+    trend().tellRestyled();
 }
 
 /// One scale that arranged itself serves one unit, and is called by it instead of "Value".
 void Arrangement::nameScale(const std::vector<ArrangedLine>& lines)
 {
     CPTXYAxis& axis = *trend().graph()->axisSet()->yAxis();
+    if (axis.title() != m_titleGiven)
+        m_titleBefore.reset();  // somebody has named it anew
     QStringList names;
     for (const ArrangedLine& line : lines)
         names << line.name;
@@ -291,6 +295,7 @@ void Arrangement::nameScale(const std::vector<ArrangedLine>& lines)
     }
     if (!m_titleBefore)
         m_titleBefore = axis.title();
+    m_titleGiven = title;
     axis.setTitle(title);
 }
 

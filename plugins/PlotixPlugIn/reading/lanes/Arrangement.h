@@ -72,7 +72,8 @@ private:
     std::shared_ptr<OffScaleMarks> m_marks;  // in the graph while there are lanes
     std::unique_ptr<LaneDividers> m_dividers;
     bool m_wasAxisHidden = false;
-    std::optional<QString> m_titleBefore;  // of the one scale, while it has a name of its lines
+    std::optional<QString> m_titleBefore;  // of the one scale, while it has a name of its lines:
+    QString m_titleGiven;
     CPTLabelRoom m_roomBefore = CPTLabelRoom::Fixed;
     QActionGroup* m_kinds = nullptr;  // a child
     QAction* m_outliers = nullptr;    // a child
