@@ -95,6 +95,7 @@ bool GraphGestures::press(const QMouseEvent& event)
     const QPointF point = event.position();
     if ((m_isNextDragABox || event.modifiers() == Qt::ControlModifier) && geometry().plotArea.contains(point)) {
         m_boxStart = point;
+        m_view->hostedGraph()->addLayer(m_box);
         return true;
     }
     const std::optional<Axis> axis = m_isOn ? axisAt(point) : std::nullopt;
@@ -143,6 +144,7 @@ bool GraphGestures::release(const QMouseEvent& event)
     const QRectF box = boxTo(event.position());
     m_boxStart.reset();
     m_box->show(std::nullopt);
+    m_view->hostedGraph()->removeLayer(m_box);
     m_isNextDragABox = false;
     m_view->unsetCursor();
     zoomTo(box);

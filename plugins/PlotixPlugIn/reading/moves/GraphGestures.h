@@ -33,7 +33,6 @@ public:
     void setOn(bool on);
     bool isOn() const { return m_isOn; }
     void zoomByNextDrag();
-    const std::shared_ptr<ZoomBox>& box() const { return m_box; }
 
     bool eventFilter(QObject* watched, QEvent* event) override;
 
@@ -68,7 +67,7 @@ private:
 
     ReadTrend& m_trend;
     QPointer<CPTGraphHostingView> m_view;
-    std::shared_ptr<ZoomBox> m_box = std::make_shared<ZoomBox>();
+    std::shared_ptr<ZoomBox> m_box = std::make_shared<ZoomBox>();  // in the graph while one is drawn
     bool m_isOn = false;
     bool m_isNextDragABox = false;
     std::optional<QPointF> m_boxStart;

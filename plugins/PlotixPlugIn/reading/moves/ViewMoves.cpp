@@ -74,18 +74,6 @@ void ViewMoves::viewLoaded()
         m_gestures.watch(view);
 }
 
-void ViewMoves::graphBuilt()
-{
-    if (trend().graphView())
-        trend().graph()->addLayer(m_gestures.box());
-}
-
-void ViewMoves::graphReleased()
-{
-    m_rest.stop();
-    trend().graph()->removeLayer(m_gestures.box());
-}
-
 void ViewMoves::fitted()
 {
     rangeSet(CPTCoordinate::X);

@@ -26,8 +26,7 @@ public:
     void choose(const QVariantMap& choices) override;
 
     void viewLoaded() override;
-    void graphBuilt() override;
-    void graphReleased() override;
+    void graphReleased() override { m_rest.stop(); }
     void fitted() override;
     void rangeSet(CPTCoordinate coordinate) override;
     std::vector<QAction*> actions() const override { return m_actions; }
