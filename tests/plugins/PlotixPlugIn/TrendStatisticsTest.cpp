@@ -235,6 +235,16 @@ TEST_F(TrendStatistics, AColumnThatComesOrGoesLeavesTheOthersAsTheyAre)
     EXPECT_EQ(cellOf("gaps"), "0");
 }
 
+TEST_F(TrendStatistics, AColumnThatWasJustChosenIsSeen)
+{
+    openAnHour();
+    show();
+    trend->view()->resize(500, 500);
+    chooseColumns({"coverage"});
+    const QRect cell = table().visualRect(model().index(0, kFirstFigure));
+    EXPECT_TRUE(table().viewport()->rect().intersects(cell));
+}
+
 TEST_F(TrendStatistics, ColumnsAndTheirWidthsAreArchived)
 {
     openAnHour();
