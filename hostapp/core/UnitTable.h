@@ -12,6 +12,7 @@ enum class Quantity {
     Fraction,
     Illuminance,
     Irradiance,
+    Irradiation,
     Length,
     Rainfall,
     Power,

@@ -10,6 +10,8 @@ CumulativeIntegral::CumulativeIntegral(std::span<const double> times, std::span<
                                        PropertyFormula::Join join, double longestGap)
     : m_join(join), m_longestGap(longestGap)
 {
+    for (std::vector<double>* column : {&m_times, &m_values, &m_areas})
+        column->reserve(times.size());
     for (std::size_t i = 0; i < times.size(); ++i)
         if (std::isfinite(values[i])) {
             m_times.push_back(times[i]);

@@ -68,7 +68,11 @@ QString sentenceOf(const FormulaProblem& problem)
     switch (problem.kind) {
     case Empty: return FormulaText::tr("The formula is empty.");
     case Unfinished: return FormulaText::tr("Something is missing at the end.");
-    case Unexpected: return FormulaText::tr("“%1” does not belong here.").arg(problem.one);
+    case Unexpected:
+        if (problem.one == QLatin1String(","))
+            return FormulaText::tr(
+                "A comma separates a function's arguments; decimals stand behind a point, as in 0.5.");
+        return FormulaText::tr("“%1” does not belong here.").arg(problem.one);
     case UnclosedQuote: return FormulaText::tr("This name has no closing quotation mark.");
     case UnclosedBracket: return FormulaText::tr("This bracket is not closed.");
     case WrongArguments: return FormulaText::tr("The function is written %1.").arg(problem.one);

@@ -86,12 +86,31 @@ void trailingExtremes(const FormulaStep& step, const WindowInput& input, std::sp
     }
 }
 
+/// From the first value on; what CumulativeIntegral answers, without keeping it.
+void runningIntegral(const WindowInput& input, std::span<double> to)
+{
+    ExactSum area;
+    double before = kNone, at = 0;
+    for (std::size_t i = 0; i < to.size(); ++i) {
+        const double value = input.values[i], length = input.times[i] - at;
+        to[i] = kNone;
+        if (!isValue(value))
+            continue;
+        if (isValue(before) && length <= input.longestGap)
+            area.add(length * (input.join == PropertyFormula::Join::Straight ? (before + value) / 2 : before));
+        to[i] = area.value();
+        before = value;
+        at = input.times[i];
+    }
+}
+
+/// Of the span that ends at each record.
 void integrals(const FormulaStep& step, const WindowInput& input, std::span<double> to)
 {
     CumulativeIntegral whole(input.times, input.values, input.join, input.longestGap);
     CumulativeIntegral::Cursor now, before;
     for (std::size_t i = 0; i < to.size(); ++i) {
-        const double since = step.span == WindowSpan::Everything ? 0 : whole.at(input.times[i] - step.number, before);
+        const double since = whole.at(input.times[i] - step.number, before);
         to[i] = isValue(input.values[i]) ? whole.at(input.times[i], now) - since : kNone;
     }
 }
@@ -222,6 +241,8 @@ void runOverTime(const FormulaStep& step, const WindowInput& input, std::span<do
     }
     if (step.span == WindowSpan::Day || step.span == WindowSpan::Slot)
         byStretches(step, input, to);
+    else if (step.span == WindowSpan::Everything)
+        runningIntegral(input, to);
     else if (step.aggregate == WindowAggregate::Integral)
         integrals(step, input, to);
     else if (step.aggregate == WindowAggregate::Mean || step.aggregate == WindowAggregate::Sum)

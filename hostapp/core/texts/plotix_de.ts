@@ -257,6 +257,10 @@
         <source>tangent; plain numbers are radians</source>
         <translation>Tangens; reine Zahlen sind Radiant</translation>
     </message>
+    <message>
+        <source>A comma separates a function&apos;s arguments; decimals stand behind a point, as in 0.5.</source>
+        <translation>Ein Komma trennt die Argumente einer Funktion; Dezimalen stehen hinter einem Punkt wie in 0.5.</translation>
+    </message>
 </context>
 <context>
     <name>ImportOfferText</name>

@@ -39,6 +39,19 @@ constexpr std::array<GapUnit, 4> kGapUnits{{{QT_TRANSLATE_NOOP("plotix::Computed
                                             {QT_TRANSLATE_NOOP("plotix::ComputedPropertyDialog", "hours"), 3600},
                                             {QT_TRANSLATE_NOOP("plotix::ComputedPropertyDialog", "days"), 86400}}};
 
+/// Without zeros that say nothing.
+class GapBox : public QDoubleSpinBox {
+public:
+    using QDoubleSpinBox::QDoubleSpinBox;
+
+protected:
+    QString textFromValue(double value) const override
+    {
+        constexpr int kDigits = 9;
+        return locale().toString(value, 'g', kDigits);
+    }
+};
+
 QIcon swatch(const QColor& color)
 {
     constexpr int kSide = 16;
@@ -96,7 +109,7 @@ void ComputedPropertyDialog::makeFields()
     m_join->addItem(tr("Its last value"));
     m_join->addItem(tr("A straight line between two"));
     m_join->setToolTip(tr("What stands for a property at a time that only another source has a record of."));
-    m_gap = new QDoubleSpinBox(this);
+    m_gap = new GapBox(this);
     constexpr double kMost = 100'000;
     m_gap->setRange(0.001, kMost);
     m_gap->setDecimals(3);
@@ -214,10 +227,12 @@ void ComputedPropertyDialog::check()
     accept->setEnabled(plan.program && name.isEmpty());
     accept->setToolTip(accept->isEnabled() ? QString() : message);
     ++m_asked;  // an answer on its way is of another formula
-    if (!plan.program)
-        m_preview->clear();
-    else
+    if (plan.program) {
         m_previewDelay.start();
+        return;
+    }
+    m_previewDelay.stop();
+    m_preview->clear();
 }
 
 /// The unit that follows comes first, then those it converts to; what was chosen stays.

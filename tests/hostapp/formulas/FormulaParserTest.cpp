@@ -85,6 +85,13 @@ TEST(FormulaParserTest, WhatDoesNotBelongIsMarked)
     EXPECT_EQ(problemOf("a )").kind, Kind::Unexpected);
 }
 
+TEST(FormulaParserTest, ADecimalCommaIsExplained)
+{
+    EXPECT_EQ(marked("a * 0,5"), "a * 0,5\n     ^");
+    EXPECT_EQ(sentenceOf(problemOf("a * 0,5")).toStdString(),
+              "A comma separates a function's arguments; decimals stand behind a point, as in 0.5.");
+}
+
 TEST(FormulaParserTest, OpenBracketsAndMarksAreMarkedWhereTheyBegin)
 {
     EXPECT_EQ(problemOf("a * (b + c").kind, Kind::UnclosedBracket);

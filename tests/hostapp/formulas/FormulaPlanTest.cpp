@@ -69,6 +69,7 @@ TEST_F(FormulaPlanTest, ProductsHaveTheNamesPeopleKnow)
     EXPECT_EQ(unitOf("integral(Power)"), "kWh");
     EXPECT_EQ(unitOf("integral(Flow)"), "m³");
     EXPECT_EQ(unitOf("integral(Level)"), "h");
+    EXPECT_EQ(unitOf("integral(Level * 1 [W/m2])"), "Wh/m²");
     EXPECT_EQ(unitOf("derivative(integral(Power))"), "kW");
     EXPECT_EQ(unitOf("derivative(Supply)"), "K/h");
     EXPECT_EQ(unitOf("Power * Valve"), "kW");

@@ -1,5 +1,6 @@
 #include "hostapp/document/ArchiveManager.h"
 #include "hostapp/document/ArchivedReferences.h"
+#include "hostapp/document/SiteEditing.h"
 #include "hostapp/site/HeadlessSite.h"
 #include "hostapp/site/LocalWebServing.h"
 #include "hostapp/site/PlugInOperations.h"
@@ -166,6 +167,25 @@ TEST_F(TwoProgramsTest, RecordsThatATrendDoesNotShowAreNotRead)
     ASSERT_TRUE(changed.wait(5'000));
     QTest::qWait(1'500);
     EXPECT_EQ(fetches.count(), 0);
+}
+
+TEST_F(TwoProgramsTest, AComputedPropertyFollowsRecordsAndFormula)
+{
+    const auto cellar = there.site.siteDocument()->addAgent(QStringLiteral("Cellar"));
+    cellar->addProperty(QStringLiteral("Humidity"), QStringLiteral("%"));
+    site.store(*cellar, {kStart + 5});
+    computeProperty(site.path(), station->id(), {"Damp", {"Cellar.Humidity * 2"}});
+    site.document->reload();
+    const auto damp = station->siteProperties().back();
+    const KTVPlugInPtr trend =
+        here.site.newTrend(station, {damp}, Date{kStart}, Date{kStart + 595}, QStringLiteral("Minutes"));
+    loadViewAtSize(*trend, {900, 600});
+    here.site.waitForRecords();
+    site.store(*cellar, {kStart + 500});
+    EXPECT_TRUE(wait([&] { return lastShown(*trend) == kStart + 500; }));
+    QSignalSpy fetches(station->siteArchiveManager(), &ArchiveManager::fetchAnswered);
+    computeProperty(site.path(), station->id(), {"Damp", {"Cellar.Humidity / 2"}}, damp->description().id);
+    EXPECT_TRUE(wait([&] { return fetches.count() > 0; }));
 }
 
 TEST(RecordsWatchTest, TheLongerTheSpanTheLaterItIsReadAgain)

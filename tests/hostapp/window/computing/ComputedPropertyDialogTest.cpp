@@ -158,7 +158,10 @@ TEST_F(ComputedPropertyDialogTest, TheLastValuesAreShown)
     name().setText("Heat");
     formula().setPlainText("integral(Power)");
     EXPECT_TRUE(QTest::qWaitFor([&] { return preview().contains("3 kWh"); })) << preview().toStdString();
+    formula().setPlainText("integral(Power) + 1 h");
     formula().setPlainText("integral(");
+    EXPECT_EQ(preview(), "");
+    QTest::qWait(400);
     EXPECT_EQ(preview(), "");
 }
 
