@@ -26,6 +26,13 @@ public:
         }
         return columns;
     }
+    QStringList offered() const override
+    {
+        QStringList identifiers;
+        for (const FigureColumn& column : figureColumns())
+            identifiers << QString::fromLatin1(column.identifier);
+        return identifiers;
+    }
     Cell cell(const QString& key, const QString& identifier) const override
     {
         const FigureColumn* column = figureColumn(identifier);
