@@ -2,6 +2,7 @@
 #include "hostapp/cli/ArgumentValues.h"
 #include "hostapp/cli/Commands.h"
 #include "hostapp/cli/Options.h"
+#include "hostapp/cli/ReadingChoice.h"
 #include "hostapp/cli/RecordChoice.h"
 #include "hostapp/cli/SiteLookup.h"
 #include "hostapp/core/OutputFile.h"
@@ -15,6 +16,7 @@ namespace {
 struct RenderCommand {
     QString site, output;
     RecordChoice choice;
+    ReadingChoice reading;
     std::optional<QSize> size;
     QString title, gaps;
     bool bare = false;
@@ -80,6 +82,7 @@ int runCommand(const RenderCommand& command, CommandContext context)
     request.size = command.size.value_or(kUsualGraphSize);
     request.bare = command.bare;
     request.reading = readingOf(command.gaps);
+    request.reading.insert(readingFrom(command.reading));
     request.format = isPdf(command) ? RenderRequest::Format::Pdf : RenderRequest::Format::Png;
     writeOutput(kind, command.output, context.services.render(request));
     return kCommandDone;
@@ -105,6 +108,7 @@ Command addRender(CLI::App& program)
             "Where nothing was recorded: break the line, which is the default; join it; or join gaps up to a time")
         ->type_name("break|join|TIME")
         ->check(checkGaps);
+    addReadingChoice(render, options->reading);
     render->add_flag("--bare", options->bare, "The plain graph that programs ask for: no date labels, no styling; PNG");
     render->footer("Examples:\n  plotix render nyc.plotix --agent EWR --properties airTemperature,pressure \\\n"
                    "    --size 1200x600 --title \"Newark 2013\" --output newark.png\n"
@@ -116,6 +120,8 @@ Command addRender(CLI::App& program)
             return QStringLiteral("--bare draws PNG only; give an --output that ends in .png");
         if (options->bare && !options->gaps.isEmpty())
             return QStringLiteral("--bare always joins gaps; leave out --gaps");
+        if (options->bare && !options->reading.isEmpty())
+            return QStringLiteral("--bare draws lines alone; leave out --at and --marks");
         return contradictionIn(options->choice);
     };
     return command;

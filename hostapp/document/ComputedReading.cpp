@@ -16,6 +16,8 @@ namespace {
 constexpr double kOpen = std::numeric_limits<double>::infinity();
 /// Of the whole work; formulas take the rest.
 constexpr double kReadingPart = 0.8;
+/// A span that is up to so many times as long is read in place of another one.
+constexpr double kHardlyLonger = 2;
 
 std::optional<double> bound(double time)
 {
@@ -37,6 +39,7 @@ ComputedReading::ComputedReading(RecordStore& stored, const FormulaDirectory& di
 {
     for (const RowId property : wanted.properties)
         collect(wanted.agent, property, m_span);
+    shareReads();
 }
 
 const FormulaProgram& ComputedReading::programOf(RowId property)
@@ -68,22 +71,40 @@ void ComputedReading::collect(RowId agent, RowId property, const Span& span)
         collect(input.agent, input.property, around);
 }
 
+void ComputedReading::shareReads()
+{
+    for (auto& [key, part] : m_parts)
+        for (auto& [wider, longer] : m_parts) {
+            const Span &inner = key.second, &outer = wider.second;
+            const bool isWithin = wider.first == key.first && outer != inner && outer.from <= inner.from &&
+                                  outer.to >= inner.to && !longer.within;
+            if (!isWithin || outer.to - outer.from > kHardlyLonger * (inner.to - inner.from))
+                continue;
+            part.within = outer;
+            longer.properties.insert(part.properties.begin(), part.properties.end());
+            break;
+        }
+}
+
 std::vector<RecordPart> ComputedReading::parts() const
 {
     std::vector<RecordPart> parts;
     for (const auto& [key, part] : m_parts)
-        parts.push_back({key.first,
-                         {part.properties.begin(), part.properties.end()},
-                         bound(key.second.from),
-                         bound(key.second.to)});
+        if (!part.within)
+            parts.push_back({key.first,
+                             {part.properties.begin(), part.properties.end()},
+                             bound(key.second.from),
+                             bound(key.second.to)});
     return parts;
 }
 
 bool ComputedReading::readParts(const ArchiveProgress& progress)
 {
     double done = 0;
-    const double share = kReadingPart / static_cast<double>(m_parts.size());
+    const double share = kReadingPart / static_cast<double>(parts().size());
     for (auto& [key, part] : m_parts) {
+        if (part.within)
+            continue;
         const std::vector<RowId> properties(part.properties.begin(), part.properties.end());
         std::optional<RecordBlock> block =
             m_stored.read(key.first, properties, bound(key.second.from), bound(key.second.to),
@@ -114,13 +135,21 @@ std::optional<FormulaSeries> ComputedReading::computed(RowId property, const Spa
     return cutTo(*result, bound(span.from), bound(span.to));
 }
 
+FormulaSeries ComputedReading::recorded(RowId agent, RowId property, const Span& span) const
+{
+    const Read& part = m_parts.at({agent, span});
+    if (part.within)
+        return cutTo(recorded(agent, property, *part.within), bound(span.from), bound(span.to));
+    for (const RecordBlock::Column& column : part.block.columns)
+        if (column.property == property)
+            return {part.block.times, column.values, column.validity};
+    return {part.block.times, {}, {}};
+}
+
 std::optional<FormulaSeries> ComputedReading::series(RowId agent, RowId property, const Span& span)
 {
-    if (const auto part = m_parts.find({agent, span});
-        part != m_parts.end() && part->second.properties.contains(property))
-        for (const RecordBlock::Column& column : part->second.block.columns)
-            if (column.property == property)
-                return FormulaSeries{part->second.block.times, column.values, column.validity};
+    if (!m_programs.contains(property))
+        return recorded(agent, property, span);
     const auto key = std::pair(property, span);
     if (const auto done = m_done.find(key); done != m_done.end())
         return done->second;

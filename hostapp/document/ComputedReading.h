@@ -30,12 +30,15 @@ private:
     };
     struct Read {
         std::set<RowId> properties;
+        std::optional<Span> within;  // a longer one that is read instead
         RecordBlock block;
     };
     const FormulaProgram& programOf(RowId property);
     void collect(RowId agent, RowId property, const Span& span);
+    void shareReads();  // what lies within a part that is hardly longer is not read twice
     bool readParts(const ArchiveProgress& progress);
     std::optional<FormulaSeries> series(RowId agent, RowId property, const Span& span);
+    FormulaSeries recorded(RowId agent, RowId property, const Span& span) const;
     std::optional<FormulaSeries> computed(RowId property, const Span& span);
     RecordBlock together(const std::vector<FormulaSeries>& columns) const;
 

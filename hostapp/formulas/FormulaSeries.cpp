@@ -14,6 +14,13 @@ namespace {
 constexpr double kNone = std::numeric_limits<double>::quiet_NaN();
 constexpr std::size_t kWord = 64;
 
+/// Also where they were read twice: comparing costs less than joining.
+bool areSame(const SharedArray<double>& one, const SharedArray<double>& other)
+{
+    return one.size() == other.size() &&
+           (one.data() == other.data() || std::equal(one.span().begin(), one.span().end(), other.span().begin()));
+}
+
 FormulaSeries seriesOf(const SharedArray<double>& times, const std::shared_ptr<double>& values)
 {
     FormulaSeries series{times, SharedArray<double>(values, times.size()), {}};
@@ -53,7 +60,7 @@ SharedArray<double> unionOfTimes(const std::vector<SharedArray<double>>& times)
 {
     SharedArray<double> all = times.empty() ? SharedArray<double>() : times.front();
     for (const SharedArray<double>& each : times)
-        if (each.data() != all.data() || each.size() != all.size())
+        if (!areSame(each, all))
             all = merged(all, each);
     return all;
 }
@@ -61,8 +68,8 @@ SharedArray<double> unionOfTimes(const std::vector<SharedArray<double>>& times)
 FormulaSeries joined(const FormulaSeries& series, const SharedArray<double>& times, PropertyFormula::Join join,
                      double longestGap)
 {
-    if (series.times.data() == times.data() && series.times.size() == times.size())
-        return series;
+    if (areSame(series.times, times))
+        return {times, series.values, series.validity};
     const SharedArray<double> own = plainValues(series.values, series.validity);
     const auto values = unsetArray<double>(times.size());
     constexpr std::size_t kNowhere = std::numeric_limits<std::size_t>::max();
@@ -92,8 +99,8 @@ FormulaSeries joined(const FormulaSeries& series, const SharedArray<double>& tim
 
 FormulaSeries placed(const FormulaSeries& series, const SharedArray<double>& times)
 {
-    if (series.times.data() == times.data() && series.times.size() == times.size())
-        return series;
+    if (areSame(series.times, times))
+        return {times, series.values, series.validity};
     const auto values = unsetArray<double>(times.size());
     std::size_t next = 0;
     for (std::size_t i = 0; i < times.size(); ++i) {

@@ -40,8 +40,43 @@ QVariantMap withoutRange(QVariantMap state)
     return state;
 }
 
+/// Parts of a trend's reading that are moved about, by the names their choices have, and what moving one is called.
+struct MovedPart {
+    const char* key;
+    const char* text;
+    bool isOneWalk;  // however long it takes: whoever undoes it wants to be back where it began
+};
+
+constexpr MovedPart kMovedParts[] = {
+    {"valueLine", QT_TRANSLATE_NOOP("TrendHistoryText", "Move Value Line"), true},
+    {"marks", QT_TRANSLATE_NOOP("TrendHistoryText", "Move Marks"), false},
+};
+
+QVariantMap withoutPart(QVariantMap state, const char* key)
+{
+    const QString reading = QStringLiteral("reading");
+    QVariantMap parts = state.take(reading).toMap();
+    parts.remove(QLatin1String(key));
+    if (!parts.isEmpty())
+        state.insert(reading, parts);
+    return withoutRange(state);
+}
+
+/// The one of them that changed, if nothing else did but what is seen of the trend; else null.
+const MovedPart* movedPart(const QVariantMap& before, const QVariantMap& after)
+{
+    if (withoutRange(before) == withoutRange(after))
+        return nullptr;
+    for (const MovedPart& part : kMovedParts)
+        if (withoutPart(before, part.key) == withoutPart(after, part.key))
+            return &part;
+    return nullptr;
+}
+
 QString textOf(const QVariantMap& before, const QVariantMap& after)
 {
+    if (const MovedPart* moved = movedPart(before, after))
+        return TrendHistoryText::tr(moved->text);
     const QString properties = QStringLiteral("properties");
     const auto count = [&](const QVariantMap& state) { return state.value(properties).toStringList().size(); };
     if (before.value(properties) != after.value(properties))
@@ -138,10 +173,15 @@ bool TrendChangeCommand::isRangeOnly() const
 bool TrendChangeCommand::mergeWith(const QUndoCommand* other)
 {
     const auto& later = static_cast<const TrendChangeCommand&>(*other);
-    if (later.m_trend != m_trend || !isRangeOnly() || !later.isRangeOnly() || m_age.elapsed() > kOneGesture)
+    const MovedPart* moved = movedPart(m_before, m_after);
+    const bool isSameMove = moved && moved == movedPart(later.m_before, later.m_after);
+    const bool isSameKind = isSameMove || (isRangeOnly() && later.isRangeOnly());
+    const bool isInTime = m_age.elapsed() <= kOneGesture || (isSameMove && moved->isOneWalk);
+    if (later.m_trend != m_trend || !isSameKind || !isInTime)
         return false;
     m_after = later.m_after;
     m_age.restart();
+    setObsolete(m_before == m_after);
     return true;
 }
 

@@ -20,7 +20,8 @@ namespace plotix {
 /// A trend that offers its state as a value (`changeableState`) is looked at when the user begins to do something, and
 /// again once that has come to rest: what differs becomes a command. Changes that come by themselves, such as a
 /// followed trend's range or the fit after a refresh, are none of the user's, and make no command. Steps of one zoom
-/// are one. *Borrows* the stack; the commands *share* the trends. Main thread only.
+/// are one, and so are all steps of the value line in a row. *Borrows* the stack; the commands *share* the trends. Main
+/// thread only.
 class TrendHistory : public QObject {
     Q_OBJECT
 public:

@@ -165,6 +165,20 @@ TEST_F(Drawings, MayBeBare)
     EXPECT_FALSE(QImage::fromData(contents("bare.png")).isNull());
 }
 
+TEST_F(Drawings, OfAComputedPropertyAreThoseOfARecordedOne)
+{
+    importDay();
+    ASSERT_EQ(run({"edit", "day.plotix", "--compute", "Same = (\"Air Temperature\" * 3 + \"Air Temperature\") / 4",
+                   "--color", "#56b4e9"}),
+              0)
+        << error().toStdString();
+    for (const char* property : {"airTemperature", "same"})
+        ASSERT_EQ(run({"render", "day.plotix", "--properties", property, "--output", property + QString(".png")}), 0)
+            << error().toStdString();
+    EXPECT_EQ(contents("same.png"), contents("airTemperature.png"));
+    << error().toStdString();
+}
+
 TEST_F(Commands, FailuresAreOneLineAndLeaveNothing)
 {
     write("bad.csv", "time,a\n3/4/2015,1\n4/4/2015,2\n");

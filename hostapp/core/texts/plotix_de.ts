@@ -1211,7 +1211,7 @@
     </message>
     <message>
         <source>Next &amp;Gap</source>
-        <translation>Nächste &amp;Lücke</translation>
+        <translation>Nächste Lück&amp;e</translation>
     </message>
     <message>
         <source>&amp;Previous Gap</source>
@@ -1220,10 +1220,6 @@
     <message>
         <source>Next Time at This Val&amp;ue</source>
         <translation>Nächstes Mal bei diesem We&amp;rt</translation>
-    </message>
-    <message>
-        <source>Previous Time at This Value</source>
-        <translation>Voriges Mal bei diesem Wert</translation>
     </message>
     <message>
         <source>%1 before</source>
@@ -1244,10 +1240,6 @@
     <message>
         <source>&amp;Time:</source>
         <translation>&amp;Zeit:</translation>
-    </message>
-    <message>
-        <source>For example 14:35, yesterday 14:35, 3 Feb, 3 Feb 2013 8:00, now</source>
-        <translation>Zum Beispiel 14:35, gestern 14:35, 3. Feb, 3.2.2013 8:00, jetzt</translation>
     </message>
     <message>
         <source>held</source>
@@ -1524,6 +1516,19 @@
     <message>
         <source>above %1</source>
         <translation>über %1</translation>
+    </message>
+    <message>
+        <source>Previou&amp;s Time at This Value</source>
+        <translation>Vorige&amp;s Mal bei diesem Wert</translation>
+    </message>
+    <message>
+        <source>For example 14:35, last Tuesday 14:35, 3 Feb, 3 Feb 2013 8:00, now</source>
+        <translation>Zum Beispiel 14:35, letzten Dienstag 14:35, 3. Feb, 3.2.2013 8:00, jetzt</translation>
+    </message>
+    <message>
+        <source>last</source>
+        <extracomment>Before a day of the week: &quot;last Tuesday&quot;. Words that begin so are understood too.</extracomment>
+        <translation>letzt</translation>
     </message>
 </context>
 <context>
@@ -1921,6 +1926,14 @@
     <message>
         <source>Change Range</source>
         <translation>Ausschnitt ändern</translation>
+    </message>
+    <message>
+        <source>Move Value Line</source>
+        <translation>Wertelinie bewegen</translation>
+    </message>
+    <message>
+        <source>Move Marks</source>
+        <translation>Marken bewegen</translation>
     </message>
 </context>
 <context>

@@ -101,6 +101,34 @@ int monthNamed(const QString& word, const QLocale& locale)
     return 0;
 }
 
+/// 1 for Monday to 7 for Sunday; 0 for another word.
+int weekdayNamed(const QString& word, const QLocale& locale)
+{
+    for (int day = 1; day <= 7; ++day)
+        for (const QLocale& language : {locale, QLocale::c()}) {
+            const QString name = language.dayName(day, QLocale::LongFormat).toLower();
+            QString brief = language.dayName(day, QLocale::ShortFormat).toLower();
+            if ((word.size() >= 3 && name.startsWith(word)) || word == brief.remove(QLatin1Char('.')))
+                return day;
+        }
+    return 0;
+}
+
+/// The latest day of that name, today included unless the text says "last".
+OptionalQDate dateOfWeekday(QStringList words, const TypedDateSurroundings& surroundings)
+{
+    const QString& last = surroundings.words.last;
+    const bool isBeforeToday = words.size() == 2 && !last.isEmpty() && words.first().startsWith(last);
+    if (isBeforeToday)
+        words.removeFirst();
+    const int day = words.size() == 1 ? weekdayNamed(words.first(), surroundings.locale) : 0;
+    if (day == 0)
+        return std::nullopt;
+    const QDate today = surroundings.now.date();
+    const int back = (today.dayOfWeek() - day + 7) % 7;
+    return today.addDays(back == 0 && isBeforeToday ? -7 : -back);
+}
+
 /// Where year, month and day stand in the locale's dates, such as "dmy".
 QString orderOf(const QLocale& locale)
 {
@@ -157,9 +185,12 @@ OptionalQDate dateOf(const QString& text, const TypedDateSurroundings& surroundi
         if (!word.isEmpty() && text == word)
             return surroundings.now.date().addDays(distance);
     static const QRegularExpression separators(QStringLiteral("[\\s./,-]+"));
+    const QStringList parts = text.split(separators, Qt::SkipEmptyParts);
+    if (const OptionalQDate day = dateOfWeekday(parts, surroundings))
+        return day;
     QStringList numbers;
     int month = 0;
-    for (const QString& word : text.split(separators, Qt::SkipEmptyParts)) {
+    for (const QString& word : parts) {
         bool isNumber = false;
         word.toUInt(&isNumber);
         if (isNumber)

@@ -10,13 +10,15 @@
 ///
 /// Understood are the locale's own form, with or without a year, a time or seconds ("1.2.2024 14:30", "1.2.", "2/1"
 /// where the month comes first, "2:30 pm"), months by name ("3 Feb 2024"), ISO 8601 with and without a zone, a time
-/// alone, and words for now and for the days around today. What is missing comes from the date shown before: the year
+/// alone, words for now and for the days around today, and days of the week, which are the latest ones before tomorrow
+/// ("Tue 14:35"; "last Tuesday" is before today). What is missing comes from the date shown before: the year
 /// of a day, the day of a time. A date without a time is the start of that day. Pure; any thread.
 namespace plotix {
 
 /// The words a language has for days, in lower case.
 struct DayWords {
     QString now, today, yesterday, tomorrow;
+    QString last = {};  ///< before a day of the week; a word that begins so counts
 };
 
 struct TypedDateSurroundings {

@@ -62,6 +62,22 @@ TEST_F(RenderCommandTest, RenderTakesAChoiceOfGaps)
                   QStringLiteral("leave out --gaps"));
 }
 
+TEST_F(RenderCommandTest, RenderTakesAValueLineAndMarks)
+{
+    importWeather();
+    ASSERT_EQ(run({"render", site(), "--at", "2015-01-01T12:00:00Z", "--output", path("a.png")}), 0);
+    ASSERT_EQ(run({"render", site(), "--marks", "2015-01-01T00:00:00Z/2015-01-01T01:00:00+01:00", "--gaps", "join",
+                   "--output", path("b.png")}),
+              0);
+    EXPECT_EQ(m_services.rendered[0].reading, (QVariantMap{{"valueLine", QVariantMap{{"held", 1420113600.0}}}}));
+    EXPECT_EQ(m_services.rendered[1].reading,
+              (QVariantMap{{"brokenLines", false}, {"marks", QVariantMap{{"a", 1420070400.0}, {"b", 1420070400.0}}}}));
+    expectFailure({"render", site(), "--marks", "2015-01-01", "--output", path("a.png")}, 2,
+                  QStringLiteral("must be two times"));
+    expectFailure({"render", site(), "--at", "2015-01-01", "--bare", "--output", path("a.png")}, 2,
+                  QStringLiteral("leave out --at"));
+}
+
 TEST_F(RenderCommandTest, LookupsListWhatThereIs)
 {
     importWeather();

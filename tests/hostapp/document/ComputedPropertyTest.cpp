@@ -358,6 +358,18 @@ TEST_F(ComputedPropertyTest, PartsAreTheRecordsThatItNeeds)
     EXPECT_LE(*parts[0].from, 0);
 }
 
+TEST_F(ComputedPropertyTest, WhatLiesWithinAPartIsNotReadTwice)
+{
+    compute("Moving", "mean(Power, 5 min)");
+    const RowId asked[] = {id("Power"), id("Moving"), id("Supply")}, owner = agent()->id();
+    EXPECT_EQ(document->records()->partsRead(owner, asked, 600, 1800).size(), 1U);
+    const RecordBlock block = *document->records()->read(owner, asked, 600, 1800);
+    ASSERT_EQ(block.times.size(), 3U);
+    EXPECT_EQ(column(block, 0), (Values{6, 12, 12}));
+    EXPECT_EQ(column(block, 2), (Values{61, 62, 63}));
+    EXPECT_EQ(document->records()->partsRead(owner, asked, 600, 610).size(), 2U);
+}
+
 TEST_F(ComputedPropertyTest, AnOpenDocumentTakesUpWhatAnotherOneChanged)
 {
     compute("Spread", "Supply - Return");

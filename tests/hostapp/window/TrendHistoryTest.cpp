@@ -20,6 +20,13 @@ public:
     QStringList keys() const { return m_state.value(QStringLiteral("properties")).toStringList(); }
     double start() const { return m_state.value(QStringLiteral("times")).toList().value(0).toDouble(); }
     void add() { m_state[QStringLiteral("properties")] = keys() << QStringLiteral("more"); }
+    void put(const QString& part, double time)
+    {
+        QVariantMap reading = m_state[QStringLiteral("reading")].toMap();
+        reading.insert(part, QVariantMap{{QStringLiteral("held"), time}});
+        m_state[QStringLiteral("reading")] = reading;
+    }
+    bool isHeld() const { return !m_state.value(QStringLiteral("reading")).toMap().isEmpty(); }
     void zoom() { m_state[QStringLiteral("times")] = QVariantList{start() + 1, 100.0}; }
 
 private:
@@ -43,6 +50,15 @@ protected:
     {
         stack.undo();
         QCoreApplication::processEvents();
+    }
+
+    /// As a key in the trend does it.
+    void move(const QString& part, double time)
+    {
+        QTest::keyPress(&window, Qt::Key_Period);
+        trend->put(part, time);
+        QTest::keyRelease(&window, Qt::Key_Period);
+        rest();
     }
 
     const std::shared_ptr<ChangeableTrend> trend = std::make_shared<ChangeableTrend>();
@@ -76,6 +92,25 @@ TEST_F(TrendHistoryTest, StepsOfOneZoomAreOneCommand)
     EXPECT_EQ(trend->start(), 5);
     undo();
     EXPECT_EQ(trend->start(), 0);
+}
+
+TEST_F(TrendHistoryTest, AWalkOfTheValueLineIsOneCommandHoweverLongItTakes)
+{
+    move(QStringLiteral("valueLine"), 1);
+    QTest::qWait(1'300);
+    move(QStringLiteral("valueLine"), 2);
+    ASSERT_EQ(stack.count(), 1);
+    EXPECT_EQ(stack.text(0), "Move Value Line");
+    undo();
+    EXPECT_FALSE(trend->isHeld());
+}
+
+TEST_F(TrendHistoryTest, ValueLineAndMarksAreMovedApart)
+{
+    move(QStringLiteral("valueLine"), 1);
+    move(QStringLiteral("marks"), 1);
+    ASSERT_EQ(stack.count(), 2);
+    EXPECT_EQ(stack.text(1), "Move Marks");
 }
 
 TEST_F(TrendHistoryTest, AZoomAndAnotherChangeAreTwo)

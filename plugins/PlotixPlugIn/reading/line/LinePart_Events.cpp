@@ -102,7 +102,7 @@ void LinePart::addSteps()
         {QT_TRANSLATE_NOOP("Plotix", "Next &Gap"), Qt::Key_G, Step::Gap, Towards::Later},
         {QT_TRANSLATE_NOOP("Plotix", "&Previous Gap"), Qt::Key_G | Qt::SHIFT, Step::Gap, Towards::Earlier},
         {QT_TRANSLATE_NOOP("Plotix", "Next Time at This Val&ue"), Qt::Key_V, Step::SameValue, Towards::Later},
-        {QT_TRANSLATE_NOOP("Plotix", "Previous Time at This Value"), Qt::Key_V | Qt::SHIFT, Step::SameValue,
+        {QT_TRANSLATE_NOOP("Plotix", "Previou&s Time at This Value"), Qt::Key_V | Qt::SHIFT, Step::SameValue,
          Towards::Earlier},
     }};
     for (const Row& row : rows)

@@ -21,9 +21,9 @@ TimeDialog::TimeDialog(double time, QWidget* parent)
     setWindowTitle(localizedText(QT_TRANSLATE_NOOP("Plotix", "Go to Time")));
     auto* rows = new QFormLayout(this);
     rows->addRow(localizedText(QT_TRANSLATE_NOOP("Plotix", "&Time:")), m_field);
-    auto* hint = new QLabel(
-        localizedText(QT_TRANSLATE_NOOP("Plotix", "For example 14:35, yesterday 14:35, 3 Feb, 3 Feb 2013 8:00, now")),
-        this);
+    auto* hint = new QLabel(localizedText(QT_TRANSLATE_NOOP(
+                                "Plotix", "For example 14:35, last Tuesday 14:35, 3 Feb, 3 Feb 2013 8:00, now")),
+                            this);
     hint->setEnabled(false);
     rows->addRow(hint);
     rows->addRow(m_buttons);

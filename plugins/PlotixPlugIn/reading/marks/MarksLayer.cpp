@@ -150,11 +150,12 @@ void MarksLayer::drawInGraph(QPainter& painter, const plotkit::GraphGeometry& ge
         const double right = std::clamp(xOf(geometry, m_marks.span().to), area.left(), area.right());
         painter.fillRect(QRectF(left, area.top(), right - left, area.height()), look.shade);
     }
-    const bool isACurrent = m_current == Mark::A;
+    // Which mark the keys move is of no interest in a picture.
+    const bool onScreen = painter.device() && painter.device()->devType() == QInternal::Widget;
     if (m_marks.a)
-        drawMark(painter, geometry, *m_marks.a, QStringLiteral("A"), isACurrent);
+        drawMark(painter, geometry, *m_marks.a, QStringLiteral("A"), onScreen && m_current == Mark::A);
     if (m_marks.b)
-        drawMark(painter, geometry, *m_marks.b, QStringLiteral("B"), !isACurrent);
+        drawMark(painter, geometry, *m_marks.b, QStringLiteral("B"), onScreen && m_current == Mark::B);
     if (!m_marks.areBoth() || !m_heading)
         return;
     const QFontMetricsF metrics(font());

@@ -62,6 +62,7 @@ double roundedMean(double mean, const LineFigures& figures)
 
 MarksWindow::MarksWindow(MarksPart& part, QWidget* parent) : QDialog(parent), m_part(&part)
 {
+    setAttribute(Qt::WA_DeleteOnClose);  // closed, it works out no figures any more
     setWindowTitle(localizedText(QT_TRANSLATE_NOOP("Plotix", "Marks and Differences")));
     auto* rows = new QVBoxLayout(this);
     auto* fields = new QFormLayout;
@@ -88,8 +89,8 @@ MarksWindow::MarksWindow(MarksPart& part, QWidget* parent) : QDialog(parent), m_
 QLineEdit* MarksWindow::addField(QWidget* above, Mark mark)
 {
     auto* field = new QLineEdit(above);
-    field->setPlaceholderText(
-        localizedText(QT_TRANSLATE_NOOP("Plotix", "For example 14:35, yesterday 14:35, 3 Feb, 3 Feb 2013 8:00, now")));
+    field->setPlaceholderText(localizedText(
+        QT_TRANSLATE_NOOP("Plotix", "For example 14:35, last Tuesday 14:35, 3 Feb, 3 Feb 2013 8:00, now")));
     field->setMinimumWidth(field->fontMetrics().averageCharWidth() * 34);
     connect(field, &QLineEdit::textEdited, this, [this, field, mark] { judge(field, mark); });
     connect(field, &QLineEdit::editingFinished, this, [this, field, mark] { take(field, mark); });

@@ -12,8 +12,8 @@ class QTableWidget;
 /// The window of the marks: two fields for their times, and a row for each shown line with what it reads at A and at B,
 /// the difference, the slope, and figures of the stretch between them.
 ///
-/// Stays open while the trend is worked with and follows it. Its parent *owns* it, the part may delete it; it *borrows*
-/// the part. Main thread only.
+/// Stays open while the trend is worked with and follows it; closed, it is gone. Its parent *owns* it, the part may
+/// delete it; it holds the part *weakly*. Main thread only.
 namespace plotix {
 
 class MarksPart;

@@ -26,7 +26,9 @@ QDateTime momentOf(double seconds)
 DayWords dayWords()
 {
     return {word(QT_TRANSLATE_NOOP("Plotix", "now")), word(QT_TRANSLATE_NOOP("Plotix", "today")),
-            word(QT_TRANSLATE_NOOP("Plotix", "yesterday")), word(QT_TRANSLATE_NOOP("Plotix", "tomorrow"))};
+            word(QT_TRANSLATE_NOOP("Plotix", "yesterday")), word(QT_TRANSLATE_NOOP("Plotix", "tomorrow")),
+            //: Before a day of the week: "last Tuesday". Words that begin so are understood too.
+            word(QT_TRANSLATE_NOOP("Plotix", "last"))};
 }
 
 std::optional<double> typedTime(const QString& text, double shown)

@@ -24,7 +24,7 @@ void PrintTo(const Typing& typing, std::ostream* stream)
 plotix::TypedDateSurroundings surroundings(const QLocale& locale)
 {
     const plotix::DayWords words{QStringLiteral("jetzt"), QStringLiteral("heute"), QStringLiteral("gestern"),
-                                 QStringLiteral("morgen")};
+                                 QStringLiteral("morgen"), QStringLiteral("letzt")};
     return {locale, words, QDateTime({2023, 7, 5}, {8, 15, 30}), QDateTime({2024, 3, 1}, {12, 0, 7})};
 }
 
@@ -84,6 +84,17 @@ INSTANTIATE_TEST_SUITE_P(
                     Typing{"NoSuchHour", de, DE, "1.2.2024 25:00", ""}, Typing{"HalfATime", de, DE, "1.2.2024 14:", ""},
                     Typing{"ThirteenOfTwelve", en, US, "13:00 pm", ""}, Typing{"TooMany", de, DE, "1.2.3.4", ""},
                     Typing{"Rest", de, DE, "1.2.2024 14:30 x", ""}),
+    [](const auto& row) { return row.param.name; });
+
+// The first of March 2024 is a Friday.
+INSTANTIATE_TEST_SUITE_P(
+    Weekdays, TypedDateTest,
+    testing::Values(Typing{"Brief", de, DE, "Di 14:35", "2024-02-27T14:35:00"},
+                    Typing{"Whole", en, US, "tuesday", "2024-02-27T00:00:00"},
+                    Typing{"Today", de, DE, "Freitag", "2024-03-01T00:00:00"},
+                    Typing{"BeforeToday", de, DE, "letzten Freitag 8:00", "2024-02-23T08:00:00"},
+                    Typing{"LastOfOtherDays", de, DE, "letzter Dienstag 14:35", "2024-02-27T14:35:00"},
+                    Typing{"LastAlone", de, DE, "letzten", ""}, Typing{"AndMore", de, DE, "Di Mi", ""}),
     [](const auto& row) { return row.param.name; });
 
 TEST(TypedDateZoneTest, ATimeWithAZoneIsShownInTheUsersOwn)

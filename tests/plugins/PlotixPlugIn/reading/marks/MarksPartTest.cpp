@@ -4,6 +4,7 @@
 
 #include <QtGui/QClipboard>
 #include <QtGui/QGuiApplication>
+#include <QtGui/QPainter>
 #include <QtWidgets/QDialog>
 #include <QtWidgets/QLineEdit>
 #include <QtWidgets/QTableWidget>
@@ -206,6 +207,31 @@ TEST_F(MarksPartTest, LieBeneathTheReadout)
     const CPTGraphLayerPtr line = trend().graph()->layers().back();
     setMarks(10, 50);
     EXPECT_EQ(trend().graph()->layers().back(), line);
+}
+
+TEST_F(MarksPartTest, PagesAndPaperShowThem)
+{
+    const auto page = [this] { return trend().graphPDFWithSize({600, 300}, {}); };
+    const auto paper = [this] {
+        QImage sheet(600, 300, QImage::Format_RGB32);
+        sheet.fill(Qt::white);
+        QPainter painter(&sheet);
+        trend().drawGraphOnPaper(&painter, QRectF(0, 0, 600, 300));
+        return sheet;
+    };
+    const qsizetype pageBefore = page().size();
+    const QImage paperBefore = paper();
+    setMarks(10, 50);
+    EXPECT_GT(page().size(), pageBefore);
+    EXPECT_NE(paper(), paperBefore);
+}
+
+TEST_F(MarksPartTest, TheirWindowIsGoneWhenItIsClosed)
+{
+    setMarks(10, 50);
+    window().close();
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+    EXPECT_EQ(trend().view()->findChild<QDialog*>(), nullptr);
 }
 
 TEST_F(MarksPartTest, AreArchivedAndCanBeUndone)
