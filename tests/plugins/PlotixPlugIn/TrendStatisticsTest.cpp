@@ -156,6 +156,18 @@ TEST_F(TrendStatistics, WithoutMarksThereIsNothingFromAToB)
     EXPECT_EQ(cellOf("median"), "–");
 }
 
+TEST_F(TrendStatistics, FromAToBTheFiguresAreThoseBetweenTheMarks)
+{
+    openAnHour({{"over", "marked"}, {"columns", QStringList{"median"}}});
+    trend->setReading({{"marks", QVariantMap{{"a", 1200.0}, {"b", 600.0}}}});
+    settle();
+    EXPECT_EQ(cell(InfoTableModel::Points), "11");
+    EXPECT_EQ(cellOf("median"), "15.0");
+    trend->setReading({{"marks", QVariantMap{}}});
+    settle();
+    EXPECT_EQ(cellOf("median"), "–");
+}
+
 TEST_F(TrendStatistics, AClickOnATimeGoesThereAndKeepsTheZoom)
 {
     openAnHour();
