@@ -16,6 +16,7 @@ QVariantMap recommendedReading(Reader reader)
                         {QStringLiteral("propertyColors"), true},
                         {QStringLiteral("lineCommands"), true},
                         {QStringLiteral("statistics"), QVariantMap{{QStringLiteral("offered"), true}}}};
+    options.insert(QStringLiteral("looks"), QVariantMap{{QStringLiteral("marks"), QStringLiteral("apart")}});
     if (reader == Reader::OfAPicture)
         options.insert(QStringLiteral("unlimitedValues"), true);
     else

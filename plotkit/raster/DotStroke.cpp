@@ -14,7 +14,8 @@ namespace {
 constexpr int kPhases = DotColumns::kPerPixel;
 constexpr int kSteps = 16;
 constexpr int kPixelMiddle = kSteps / 2;
-constexpr int kFar = 180;  // beyond any dot; the sum of two squares of it still fits
+constexpr int kTileWidth = 128;  // pixels: a tile's planes stay in a near cache
+constexpr int kFar = 180;        // beyond any dot; the sum of two squares of it still fits
 
 /// What a pixel's cells are from its middle, and from the middles of the pixels above and below.
 struct CellDistances {
@@ -50,6 +51,35 @@ struct DistanceTable {
 };
 constexpr DistanceTable kDistances;
 
+/// How many bytes are zero at the beginning.
+std::size_t emptyBytes(const std::uint8_t* bytes, std::size_t count)
+{
+    std::size_t at = 0;
+    std::uint64_t eight = 0;
+    for (; at + sizeof eight <= count; at += sizeof eight) {
+        std::memcpy(&eight, bytes + at, sizeof eight);
+        if (eight != 0)
+            break;
+    }
+    while (at < count && bytes[at] == 0)
+        ++at;
+    return at;
+}
+
+/// One past the last byte that is not zero; `least` when there is none from there on.
+std::size_t heldBytes(const std::uint8_t* bytes, std::size_t count, std::size_t least)
+{
+    std::uint64_t eight = 0;
+    for (; count >= least + sizeof eight; count -= sizeof eight) {
+        std::memcpy(&eight, bytes + count - sizeof eight, sizeof eight);
+        if (eight != 0)
+            break;
+    }
+    while (count > least && bytes[count - 1] == 0)
+        --count;
+    return count;
+}
+
 /// `carried` becomes the distance to the nearest cell on one side, a row further on.
 void carry(std::uint8_t* carried, int width)
 {
@@ -76,15 +106,44 @@ std::uint8_t* DotStroke::plane(std::vector<std::uint8_t>& planes, int phase, int
 void DotStroke::stroke(const PixelBuffer& buffer, const DotColumns& cells, double radius, quint32 color,
                        const QRect& clip)
 {
-    m_clip = clip;
     m_radius = std::min(radius, kWidest / 2);
     m_reach = static_cast<int>(std::ceil(m_radius + 0.5)) + 1;
-    m_width = clip.width() + 2 * m_reach;
-    m_rows = clip.height() + 2 * m_reach;
+    for (int left = clip.left(); left < clip.left() + clip.width(); left += kTileWidth) {
+        const int width = std::min(kTileWidth, clip.left() + clip.width() - left);
+        m_clip = QRect(left, clip.top(), width, clip.height());
+        m_clip = m_clip.intersected(reachedRows(cells));
+        if (!m_clip.isEmpty())
+            strokeTile(buffer, cells, color);
+    }
+}
+
+/// The part of the picture that dots of the tile's columns reach, as wide as the tile.
+QRect DotStroke::reachedRows(const DotColumns& cells) const
+{
+    const double left = (m_clip.left() - m_reach - cells.left) * kPhases;
+    const double right = (m_clip.left() + m_clip.width() + m_reach - cells.left) * kPhases;
+    const auto count = static_cast<double>(cells.columns);
+    std::size_t first = cells.bytes;
+    std::size_t end = 0;
+    for (auto column = static_cast<std::ptrdiff_t>(std::clamp(std::floor(left), 0.0, count));
+         column < static_cast<std::ptrdiff_t>(std::clamp(std::ceil(right), 0.0, count)); ++column) {
+        const std::uint8_t* held = cells.first + column * cells.stride;
+        first = std::min(first, emptyBytes(held, first));
+        end = std::max(end, heldBytes(held, cells.bytes, end));
+    }
+    const int top = cells.top + static_cast<int>(first) - m_reach;
+    const int bottom = cells.top + static_cast<int>(end) + m_reach;
+    return first < end ? QRect(m_clip.left(), top, m_clip.width(), bottom - top) : QRect();
+}
+
+void DotStroke::strokeTile(const PixelBuffer& buffer, const DotColumns& cells, quint32 color)
+{
+    m_width = m_clip.width() + 2 * m_reach;
+    m_rows = m_clip.height() + 2 * m_reach;
     prepareTaps(cells);
     gather(cells);
     measureColumns();
-    for (int row = 0; row < clip.height(); ++row)
+    for (int row = 0; row < m_clip.height(); ++row)
         strokeRow(buffer, row, color);
 }
 

@@ -27,6 +27,8 @@ public:
     static constexpr double kWidest = 20;  ///< pixels
 
 private:
+    QRect reachedRows(const DotColumns& cells) const;
+    void strokeTile(const PixelBuffer& buffer, const DotColumns& cells, quint32 color);
     void gather(const DotColumns& cells);
     void measureColumns();
     void strokeRow(const PixelBuffer& buffer, int row, quint32 color);
@@ -34,7 +36,7 @@ private:
     std::uint8_t* plane(std::vector<std::uint8_t>& planes, int phase, int row);
 
     const RasterKernels& m_kernels;
-    QRect m_clip;
+    QRect m_clip;  // the tile
     double m_radius = 0;
     int m_reach = 0;              // pixels a dot reaches from its middle
     int m_width = 0;              // pixels of a row of cells, the reach on both sides included

@@ -1,10 +1,14 @@
 #include "plugins/PlotixPlugIn/ColorSwatchDelegate.h"
 
+#include "plotkit/render/LineSample.h"
+#include "plugins/PlotixPlugIn/InfoTableModel.h"
+
 #include <QtGui/QPainter>
 #include <QtWidgets/QApplication>
 
 namespace {
 constexpr QSizeF kLargestSwatch{28, 12};
+constexpr QSizeF kLargestSample{44, 16};
 constexpr double kCornerRadius = 3;
 }  // namespace
 
@@ -17,6 +21,13 @@ void ColorSwatchDelegate::paint(QPainter* painter, const QStyleOptionViewItem& o
     const QStyle* style = cell.widget ? cell.widget->style() : QApplication::style();
     style->drawControl(QStyle::CE_ItemViewItem, &cell, painter, cell.widget);
 
+    using PlotPointer = std::shared_ptr<const CPTScatterPlot>;
+    if (const auto plot = index.data(InfoTableModel::kPlotRole).value<PlotPointer>()) {
+        QRectF sample({}, kLargestSample.boundedTo(option.rect.adjusted(4, 2, -4, -2).size()));
+        sample.moveCenter(option.rect.toRectF().center());
+        plotkit::paintLineSample(*painter, sample, *plot);
+        return;
+    }
     const auto color = index.data(Qt::DecorationRole).value<QColor>();
     if (!color.isValid())
         return;

@@ -199,6 +199,17 @@ void InfoTableModel::setReadableNumbers(bool readable)
     tellAllChanged();
 }
 
+std::shared_ptr<const CPTScatterPlot> InfoTableModel::plotOf(const InfoTableRow& row) const
+{
+    return m_plotOf ? m_plotOf(row.propertyName) : nullptr;
+}
+
+void InfoTableModel::plotsChanged()
+{
+    if (m_rowCount > 0)
+        emit dataChanged(index(0, Color), index(m_rowCount - 1, Color));
+}
+
 QString InfoTableModel::textAt(const InfoTableRow& row, int column) const
 {
     const InfoTableRow shown = figuredRow(row, m_figures);
@@ -217,6 +228,7 @@ QVariant InfoTableModel::data(const QModelIndex& index, int role) const
     case Qt::AccessibleTextRole: return accessibleText(*row, index.column(), textAt(*row, index.column()));
     case Qt::TextAlignmentRole: return QVariant(kColumns[index.column()].alignment | Qt::AlignVCenter);
     case Qt::DecorationRole: return index.column() == Color ? QVariant(row->color) : QVariant();
+    case kPlotRole: return index.column() == Color ? QVariant::fromValue(plotOf(*row)) : QVariant();
     case Qt::ToolTipRole: return index.column() == Property ? QVariant(plainToolTip(row->tableName)) : QVariant();
     default: return {};
     }

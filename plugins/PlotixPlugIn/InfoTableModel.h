@@ -1,5 +1,6 @@
 #pragma once
 
+#include "plotkit/model/CPTScatterPlot.h"
 #include "plugins/PlotixPlugIn/InfoTableRow.h"
 #include "plugins/PlotixPlugIn/reading/trend/ReadableNumbers.h"
 #include "plugins/PlotixPlugIn/reading/trend/TableFigures.h"
@@ -7,6 +8,8 @@
 #include <QtCore/QAbstractTableModel>
 #include <QtCore/QPointer>
 
+#include <functional>
+#include <memory>
 #include <vector>
 
 /// The rows of the statistics table as the table view reads them: the arranged objects of the array controller.
@@ -23,6 +26,8 @@ public:
     // Roles of cells of the figures.
     static constexpr int kShare = Qt::UserRole;           ///< double, 0 to 1; invalid: no share
     static constexpr int kGoesToTime = Qt::UserRole + 1;  ///< bool: a click goes there
+    /// Of the colour's column: the plot whose line is shown there, a shared pointer; null: the colour itself.
+    static constexpr int kPlotRole = Qt::UserRole + 2;
 
     explicit InfoTableModel(QObject* parent = nullptr);
 
@@ -68,6 +73,12 @@ public:
     /// Numbers as people read them, in the user's locale; not so at first.
     void setReadableNumbers(bool readable);
 
+    /// Answers the plot whose line stands for the row of a property, or null. None at first.
+    using PlotOf = std::function<std::shared_ptr<const CPTScatterPlot>(const QString& propertyName)>;
+    void setPlotOf(PlotOf plotOf) { m_plotOf = std::move(plotOf); }
+    std::shared_ptr<const CPTScatterPlot> plotOf(const InfoTableRow& row) const;
+    void plotsChanged();  ///< their looks
+
     /// Null outside the rows.
     InfoTableRowPtr rowAt(int row) const;
     void setShow(int row, bool show);
@@ -97,7 +108,8 @@ private:
     int m_rowCount = 0;
     bool m_following = false;
     int m_pauses = 0;
-    bool m_isBehind = false;                             ///< the controller has changed during a pause
+    bool m_isBehind = false;  ///< the controller has changed during a pause
+    PlotOf m_plotOf;
     std::unique_ptr<plotix::ReadableNumbers> m_numbers;  // null: the numbers' plain text
     QPointer<plotix::TableFigures> m_figures;
     std::vector<plotix::TableFigures::Column> m_figureColumns;

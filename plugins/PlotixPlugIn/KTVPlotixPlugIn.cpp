@@ -225,6 +225,7 @@ void KTVPlotixPlugIn::viewDidLoad()
     m_dataCluster->returnKeyPressed(nullptr);
     m_infoTable->adjustLayoutForAutosavedDictionary(m_tableColumns.value_or(QVariantMap()));
     m_reader->viewLoaded();
+    connectLooks();
     addTableHeading();
     // On the press and not on the release, so that the picker opens while the button is held.
     connect(m_sharingButton, &QAbstractButton::pressed, this, [this] { sharingButtonClicked(m_sharingButton); });

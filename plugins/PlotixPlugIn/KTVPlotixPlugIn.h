@@ -304,7 +304,10 @@ private:
     void showRecordsBeneath(const KTVRecordDictionaryPtr& records, const OptionalDate& from, const OptionalDate& to);
     void tellShown(const KTVRecordDictionary& records, const OptionalDate& from, const OptionalDate& to);
     void applyReading();
-    bool changeProperties(const QStringList& keys);  // whether records are fetched
+    void connectLooks();
+    QColor shownColor(const InfoTableRow& row) const;
+    CPTScatterPlotPtr lookedPlot(const QString& propertyName) const;  // null: it looks as it always did
+    bool changeProperties(const QStringList& keys);                   // whether records are fetched
     void changeHidden(const QStringList& hidden);
     void styleAxesPlainly();
     void updateRangeNotice();

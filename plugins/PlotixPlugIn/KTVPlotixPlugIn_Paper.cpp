@@ -24,10 +24,10 @@ QStringList figureTexts(const InfoTableRow& row, const plotix::TableFigures* fig
     return texts;
 }
 
-QVariantMap contentsOf(const InfoTableRow& kept, const plotix::TableFigures* figures)
+QVariantMap contentsOf(const InfoTableRow& kept, const QColor& color, const plotix::TableFigures* figures)
 {
     const InfoTableRow row = figuredRow(kept, figures);
-    return {{QStringLiteral("color"), plotix::colorOnPaper(row.color)},
+    return {{QStringLiteral("color"), plotix::colorOnPaper(color)},
             {QStringLiteral("name"), row.tableName},
             {QStringLiteral("unit"), row.unit},
             {QStringLiteral("minimum"), row.minimum},
@@ -58,7 +58,7 @@ QVariantMap KTVPlotixPlugIn::reportContents() const
     QVariantList rows;
     for (const InfoTableRowPtr& row : *m_infoTableArray)
         if (row->show)
-            rows << contentsOf(*row, figures);
+            rows << contentsOf(*row, shownColor(*row), figures);
     const CPTPlotRange& drawn = m_graph->plotSpace().xRange();
     QVariantMap contents{
         {QStringLiteral("rows"), rows}, {QStringLiteral("from"), drawn.location}, {QStringLiteral("to"), drawn.end()}};

@@ -67,6 +67,31 @@ void KTVPlotixPlugIn::styleAxesPlainly()
     adjustYAxis();
 }
 
+// Rows keep the colours of their properties; what is drawn may have been chosen for this trend.
+QColor KTVPlotixPlugIn::shownColor(const InfoTableRow& row) const
+{
+    const CPTScatterPlotPtr plot = lookedPlot(row.propertyName);
+    return plot ? plot->dataLineStyle().color : row.color;
+}
+
+CPTScatterPlotPtr KTVPlotixPlugIn::lookedPlot(const QString& propertyName) const
+{
+    const bool isChosen = m_reader && !m_reader->part(QStringLiteral("looks"))->chosen().isEmpty();
+    return m_graph && isChosen ? m_graph->plotWithIdentifier(propertyName) : nullptr;
+}
+
+void KTVPlotixPlugIn::connectLooks()
+{
+    if (!m_infoTable)
+        return;
+    m_infoTable->infoTableModel()->setPlotOf([this](const QString& name) { return lookedPlot(name); });
+    connect(m_infoTable, &PropertyDetailsTableView::lineMenuMade, this, [this](QMenu& menu, const QStringList& names) {
+        m_reader->tell(&plotix::ReadingPart::addLineItems, menu, names);
+    });
+    connect(m_reader.get(), &plotix::TrendReader::chosenChanged, m_infoTable->infoTableModel(),
+            &InfoTableModel::plotsChanged);
+}
+
 QVariantMap KTVPlotixPlugIn::reading() const
 {
     QVariantMap chosen = plotix::dictionaryFromReadingOptions(m_reading);

@@ -1,5 +1,6 @@
 #include "plugins/PlotixPlugIn/LineMenu.h"
 
+#include "plotkit/model/CPTScatterPlot.h"
 #include "plugins/PlotixPlugIn/InfoTableModel.h"
 #include "plugins/PlotixPlugIn/host/KTVBundle.h"
 
@@ -94,7 +95,9 @@ void LineMenu::addLines(QMenu& menu)
     QMenu* only = menu.addMenu(localized(QStringLiteral(QT_TRANSLATE_NOOP("Plotix", "Show Only"))));
     for (int row = 0; row < rows.rowCount(); ++row) {
         const InfoTableRowPtr object = rows.rowAt(row);
-        const QIcon icon = lineIcon(object->color);
+        const std::shared_ptr<const CPTScatterPlot> plot = rows.plotOf(*object);
+        const QColor color = plot ? plot->dataLineStyle().color : object->color;
+        const QIcon icon = lineIcon(color);
         auto* line = new QAction(icon, itemText(object->tableName), lines);
         lines->insertAction(lines == &menu ? only->menuAction() : nullptr, line);
         line->setCheckable(true);
@@ -104,8 +107,8 @@ void LineMenu::addLines(QMenu& menu)
             if (here() >= 0)
                 table->showLine(here(), shown);
         });
-        connect(only->addAction(QIcon(lineImage(object->color, 1.0F)), itemText(object->tableName)),
-                &QAction::triggered, m_table, [table = m_table, here] {
+        connect(only->addAction(QIcon(lineImage(color, 1.0F)), itemText(object->tableName)), &QAction::triggered,
+                m_table, [table = m_table, here] {
                     if (here() >= 0)
                         table->showOnlyLine(here());
                 });

@@ -66,7 +66,8 @@ public:
     void remove();
 
     /// Off at first. On: the menu can show only the selected rows' lines, or all; arrow keys, Home, End and Ctrl+A
-    /// select rows, Space shows and hides their lines, "o" shows only theirs, "a" all.
+    /// select rows, Space shows and hides their lines, "o" shows only theirs, "a" all, "l" opens what else can be done
+    /// with them.
     void setChoosesLines(bool chooses) { m_choosesLines = chooses; }
     bool choosesLines() const { return m_choosesLines; }
     // Rows are displayed positions.
@@ -85,7 +86,9 @@ public:
     std::unique_ptr<QMenu> menuForEvent(const QEvent* event);
 
 signals:
-    void showClicked(QWidget* sender);     ///< after the row's "show" was written; the sender is the check box
+    void showClicked(QWidget* sender);  ///< after the row's "show" was written; the sender is the check box
+    /// A menu for these properties is being made: whoever can do something with their lines adds items.
+    void lineMenuMade(QMenu& menu, const QStringList& propertyNames);
     void lineChosen(int row, bool shown);  ///< after the row's "show" was written by a menu or a key of the table
 
 protected:
@@ -105,6 +108,8 @@ private:
     void columnWasResized(int column, int width);
     void selectRowUnder(const QPoint& position);
     void addLineItems(QMenu& menu);
+    std::unique_ptr<QMenu> selectedLinesMenu();
+    void openLinesMenu();
     plotix::TableText textOfRows(const std::vector<std::size_t>& rows) const;
     bool handleLineKey(QKeyEvent* event);
     void toggleSelectedLines();

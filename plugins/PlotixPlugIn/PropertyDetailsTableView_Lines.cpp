@@ -43,12 +43,41 @@ void PropertyDetailsTableView::addLineItems(QMenu& menu)
     connect(only, &QAction::triggered, this, &PropertyDetailsTableView::showOnlySelectedLines);
     QAction* all = addItem(menu, QStringLiteral(QT_TRANSLATE_NOOP("Plotix", "Show All")), "A");
     connect(all, &QAction::triggered, this, &PropertyDetailsTableView::showAllLines);
+    if (std::unique_ptr<QMenu> lines = selectedLinesMenu()) {
+        QAction* item = addItem(menu, QStringLiteral(QT_TRANSLATE_NOOP("Plotix", "Look")), "L");
+        lines->setParent(&menu, lines->windowFlags());
+        item->setMenu(lines.release());
+    }
     menu.addSeparator();
     QAction* copy =
         menu.addAction(KTVBundle::mainBundle()->localizedString(QStringLiteral(QT_TRANSLATE_NOOP("Plotix", "Copy"))) +
                        u'\t' + QKeySequence(QKeySequence::Copy).toString(QKeySequence::NativeText));
     copy->setEnabled(m_model->rowCount() > 0);
     connect(copy, &QAction::triggered, this, &PropertyDetailsTableView::copyRows);
+}
+
+/// Null where nobody has anything to offer, or no row is selected.
+std::unique_ptr<QMenu> PropertyDetailsTableView::selectedLinesMenu()
+{
+    QStringList names;
+    for (const std::size_t row : selectedRowIndexes())
+        if (const InfoTableRowPtr object = m_model->rowAt(static_cast<int>(row)))
+            names << object->propertyName;
+    auto menu = std::make_unique<QMenu>();
+    if (!names.isEmpty())
+        emit lineMenuMade(*menu, names);
+    return menu->isEmpty() ? nullptr : std::move(menu);
+}
+
+void PropertyDetailsTableView::openLinesMenu()
+{
+    std::unique_ptr<QMenu> menu = selectedLinesMenu();
+    if (!menu)
+        return;
+    menu->setAttribute(Qt::WA_DeleteOnClose);
+    menu->setActiveAction(menu->actions().front());
+    const QRect row = visualRect(m_model->index(static_cast<int>(selectedRowIndexes().front()), InfoTableModel::Color));
+    menu.release()->popup(viewport()->mapToGlobal(row.bottomLeft()));
 }
 
 bool PropertyDetailsTableView::handleLineKey(QKeyEvent* event)
@@ -69,6 +98,7 @@ bool PropertyDetailsTableView::handleLineKey(QKeyEvent* event)
     case Qt::Key_Space: toggleSelectedLines(); return true;
     case Qt::Key_O: showOnlySelectedLines(); return true;
     case Qt::Key_A: showAllLines(); return true;
+    case Qt::Key_L: openLinesMenu(); return true;
     default: return false;
     }
 }

@@ -176,7 +176,6 @@ TEST_F(Drawings, OfAComputedPropertyAreThoseOfARecordedOne)
         ASSERT_EQ(run({"render", "day.plotix", "--properties", property, "--output", property + QString(".png")}), 0)
             << error().toStdString();
     EXPECT_EQ(contents("same.png"), contents("airTemperature.png"));
-    << error().toStdString();
 }
 
 TEST_F(Commands, FailuresAreOneLineAndLeaveNothing)

@@ -1330,6 +1330,178 @@
         <translation>Geben Sie zwei Zeiten ein oder setzen Sie die Marken im Diagramm.</translation>
     </message>
     <message>
+        <source>Look</source>
+        <translation>Aussehen</translation>
+    </message>
+    <message>
+        <source>Solid</source>
+        <translation>Durchgezogen</translation>
+    </message>
+    <message>
+        <source>Dashes</source>
+        <translation>Striche</translation>
+    </message>
+    <message>
+        <source>Dots</source>
+        <translation>Punkte</translation>
+    </message>
+    <message>
+        <source>Dash, Dot</source>
+        <translation>Strich, Punkt</translation>
+    </message>
+    <message>
+        <source>Long Dashes</source>
+        <translation>Lange Striche</translation>
+    </message>
+    <message>
+        <source>Dash, Two Dots</source>
+        <translation>Strich, zwei Punkte</translation>
+    </message>
+    <message>
+        <source>Short Dashes</source>
+        <translation>Kurze Striche</translation>
+    </message>
+    <message>
+        <source>Long and Short Dashes</source>
+        <translation>Lange und kurze Striche</translation>
+    </message>
+    <message>
+        <source>Wide Dots</source>
+        <translation>Weite Punkte</translation>
+    </message>
+    <message>
+        <source>Two Dashes, Dot</source>
+        <translation>Zwei Striche, Punkt</translation>
+    </message>
+    <message>
+        <source>&amp;Look</source>
+        <translation>&amp;Aussehen</translation>
+    </message>
+    <message>
+        <source>Dark</source>
+        <translation>Dunkel</translation>
+    </message>
+    <message>
+        <source>Light</source>
+        <translation>Hell</translation>
+    </message>
+    <message>
+        <source>Paper</source>
+        <translation>Papier</translation>
+    </message>
+    <message>
+        <source>Colors of the Properties</source>
+        <translation>Farben der Eigenschaften</translation>
+    </message>
+    <message>
+        <source>Dashes Where Colors Are Alike</source>
+        <translation>Striche, wo Farben sich gleichen</translation>
+    </message>
+    <message>
+        <source>Distinct Colors and Dashes</source>
+        <translation>Deutlich verschiedene Farben und Striche</translation>
+    </message>
+    <message>
+        <source>Larger Text</source>
+        <translation>Größere Schrift</translation>
+    </message>
+    <message>
+        <source>Smaller Text</source>
+        <translation>Kleinere Schrift</translation>
+    </message>
+    <message>
+        <source>Usual Text Size</source>
+        <translation>Übliche Schriftgröße</translation>
+    </message>
+    <message>
+        <source>Look of Lines</source>
+        <translation>Aussehen der Linien</translation>
+    </message>
+    <message>
+        <source>Usual Look</source>
+        <translation>Übliches Aussehen</translation>
+    </message>
+    <message>
+        <source>Straight Lines</source>
+        <translation>Gerade Linien</translation>
+    </message>
+    <message>
+        <source>Steps: Hold the Last Value</source>
+        <translation>Stufen: letzten Wert halten</translation>
+    </message>
+    <message>
+        <source>Points Only</source>
+        <translation>Nur Punkte</translation>
+    </message>
+    <message>
+        <source>As Usual</source>
+        <translation>Wie üblich</translation>
+    </message>
+    <message>
+        <source>Width</source>
+        <translation>Breite</translation>
+    </message>
+    <message>
+        <source>Sky Blue</source>
+        <translation>Himmelblau</translation>
+    </message>
+    <message>
+        <source>Orange</source>
+        <translation>Orange</translation>
+    </message>
+    <message>
+        <source>Yellow</source>
+        <translation>Gelb</translation>
+    </message>
+    <message>
+        <source>Pink</source>
+        <translation>Rosa</translation>
+    </message>
+    <message>
+        <source>Light Gray</source>
+        <translation>Hellgrau</translation>
+    </message>
+    <message>
+        <source>Blue</source>
+        <translation>Blau</translation>
+    </message>
+    <message>
+        <source>Vermilion</source>
+        <translation>Zinnoberrot</translation>
+    </message>
+    <message>
+        <source>Green</source>
+        <translation>Grün</translation>
+    </message>
+    <message>
+        <source>Purple</source>
+        <translation>Violett</translation>
+    </message>
+    <message>
+        <source>Gray</source>
+        <translation>Grau</translation>
+    </message>
+    <message>
+        <source>Color in This Trend</source>
+        <translation>Farbe in diesem Trend</translation>
+    </message>
+    <message>
+        <source>Other…</source>
+        <translation>Andere …</translation>
+    </message>
+    <message>
+        <source>Fill</source>
+        <translation>Füllung</translation>
+    </message>
+    <message>
+        <source>None</source>
+        <translation>Keine</translation>
+    </message>
+    <message>
+        <source>To Zero</source>
+        <translation>Bis null</translation>
+    </message>
+    <message>
         <source>Go to Maximum</source>
         <translation>Zum Maximum</translation>
     </message>
@@ -1529,6 +1701,10 @@
         <source>last</source>
         <extracomment>Before a day of the week: &quot;last Tuesday&quot;. Words that begin so are understood too.</extracomment>
         <translation>letzt</translation>
+    </message>
+    <message>
+        <source>To %1</source>
+        <translation>Bis %1</translation>
     </message>
 </context>
 <context>

@@ -114,14 +114,16 @@ int weekdayNamed(const QString& word, const QLocale& locale)
     return 0;
 }
 
-/// The latest day of that name, today included unless the text says "last".
-OptionalQDate dateOfWeekday(QStringList words, const TypedDateSurroundings& surroundings)
+/// The latest day of that name, today included unless the text says "last". Two letters may be the beginning of any
+/// word: they count only beside a time.
+OptionalQDate dateOfWeekday(QStringList words, bool hasTime, const TypedDateSurroundings& surroundings)
 {
     const QString& last = surroundings.words.last;
     const bool isBeforeToday = words.size() == 2 && !last.isEmpty() && words.first().startsWith(last);
     if (isBeforeToday)
         words.removeFirst();
-    const int day = words.size() == 1 ? weekdayNamed(words.first(), surroundings.locale) : 0;
+    const bool isLongEnough = words.size() == 1 && (hasTime || words.first().size() > 2);
+    const int day = isLongEnough ? weekdayNamed(words.first(), surroundings.locale) : 0;
     if (day == 0)
         return std::nullopt;
     const QDate today = surroundings.now.date();
@@ -177,7 +179,7 @@ OptionalQDate dateWithMonthName(int month, const QStringList& numbers, const Typ
     return valid(year, month, day);
 }
 
-OptionalQDate dateOf(const QString& text, const TypedDateSurroundings& surroundings)
+OptionalQDate dateOf(const QString& text, bool hasTime, const TypedDateSurroundings& surroundings)
 {
     const std::array days{std::pair(surroundings.words.yesterday, -1), std::pair(surroundings.words.today, 0),
                           std::pair(surroundings.words.tomorrow, 1)};
@@ -186,7 +188,7 @@ OptionalQDate dateOf(const QString& text, const TypedDateSurroundings& surroundi
             return surroundings.now.date().addDays(distance);
     static const QRegularExpression separators(QStringLiteral("[\\s./,-]+"));
     const QStringList parts = text.split(separators, Qt::SkipEmptyParts);
-    if (const OptionalQDate day = dateOfWeekday(parts, surroundings))
+    if (const OptionalQDate day = dateOfWeekday(parts, hasTime, surroundings))
         return day;
     QStringList numbers;
     int month = 0;
@@ -222,8 +224,8 @@ std::optional<TypedDate> typedDate(const QString& typed, const TypedDateSurround
     text = text.simplified();
     while (text.endsWith(QLatin1Char(',')))
         text.chop(1);
-    const OptionalQDate date =
-        text.isEmpty() && time ? OptionalQDate(surroundings.shown.date()) : dateOf(text, surroundings);
+    const OptionalQDate date = text.isEmpty() && time ? OptionalQDate(surroundings.shown.date())
+                                                      : dateOf(text, time.has_value(), surroundings);
     if (!date)
         return std::nullopt;
     return TypedDate{time ? QDateTime(*date, *time) : date->startOfDay(), time.has_value()};

@@ -5,34 +5,14 @@
 #include <QtGui/QPainter>
 
 #include <algorithm>
-#include <cmath>
 
 namespace plotix {
 
 namespace {
 
-constexpr double kLeastContrast = 2.6;  // of a line with white paper, as the ratio of their luminances
-constexpr double kLineWidth = 1.6;      // points
-constexpr double kTextSize = 10;        // points: read at arm's length
+constexpr double kLineWidth = 1.6;  // points
+constexpr double kTextSize = 10;    // points: read at arm's length
 constexpr CPTPadding kAroundFrame{.top = 2, .left = 2, .bottom = 2, .right = 2};
-
-double linear(float channel)
-{
-    const double value = channel;
-    return value <= 0.04045 ? value / 12.92 : std::pow((value + 0.055) / 1.055, 2.4);
-}
-
-double contrastWithWhite(const QColor& color)
-{
-    const double luminance =
-        0.2126 * linear(color.redF()) + 0.7152 * linear(color.greenF()) + 0.0722 * linear(color.blueF());
-    return 1.05 / (luminance + 0.05);
-}
-
-CPTColor ink()
-{
-    return CPTColor(0x22, 0x28, 0x30);
-}
 
 CPTLineStyle line(double width, const CPTColor& color)
 {
@@ -41,17 +21,17 @@ CPTLineStyle line(double width, const CPTColor& color)
 
 void styleAxis(CPTXYAxis& axis)
 {
-    axis.setAxisLineStyle(line(1, ink()));
-    axis.setMajorGridLineStyle(line(0.5, CPTColor(0xd0, 0xd4, 0xda)));
+    axis.setAxisLineStyle(line(1, inkColor()));
+    axis.setMajorGridLineStyle(line(0.5, gridColorOnPaper()));
     axis.setMinorGridLineStyle(std::nullopt);
-    axis.setMajorTickLineStyle(line(1, ink()));
+    axis.setMajorTickLineStyle(line(1, inkColor()));
     axis.setMajorTickLength(8);
-    axis.setMinorTickLineStyle(line(0.7, ink()));
+    axis.setMinorTickLineStyle(line(0.7, inkColor()));
     axis.setMinorTickLength(4);
     axis.setTitle(QString());
     CPTTextStyle text = axis.labelTextStyle();
     text.fontSize = kTextSize;
-    text.color = ink();
+    text.color = inkColor();
     axis.setLabelTextStyle(text);
 }
 
@@ -119,20 +99,6 @@ private:
 };
 
 }  // namespace
-
-QColor colorOnPaper(const QColor& color)
-{
-    if (!color.isValid())
-        return color;
-    float hue = 0, saturation = 0, lightness = 0;
-    color.getHslF(&hue, &saturation, &lightness);
-    QColor darker = color;
-    while (lightness > 0 && contrastWithWhite(darker) < kLeastContrast) {
-        lightness = std::max(0.0F, lightness - 0.02F);
-        darker.setHslF(std::max(0.0F, hue), saturation, lightness);
-    }
-    return darker;
-}
 
 void paintOnPaper(QPainter& painter, CPTXYGraph& graph, const QRectF& rect)
 {

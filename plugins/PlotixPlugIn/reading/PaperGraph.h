@@ -1,14 +1,12 @@
 #pragma once
 
 #include "plotkit/model/CPTXYGraph.h"
+#include "plugins/PlotixPlugIn/reading/looks/PaperColors.h"
 
 /// A graph as it looks on paper: dark on white, thin lines, texts of ten points.
 ///
 /// Free functions; main thread only. The graph is as it was when they return, and is drawn anew on screen.
 namespace plotix {
-
-/// A line's colour, darkened as far as white paper needs; a colour that is dark enough stays.
-QColor colorOnPaper(const QColor& color);
 
 /// Paints the graph into `rect` (points) without its titles. Hidden plots are left out. On a page of vectors lines stay
 /// vectors.

@@ -2,6 +2,7 @@
 
 #include "plotkit/widget/CPTGraphHostingView.h"
 #include "plugins/PlotixPlugIn/reading/line/LinePart.h"
+#include "plugins/PlotixPlugIn/reading/looks/TrendLooks.h"
 #include "plugins/PlotixPlugIn/reading/marks/MarksPart.h"
 #include "plugins/PlotixPlugIn/reading/statistics/StatisticsPart.h"
 
@@ -17,6 +18,7 @@ TrendReader::TrendReader(ReadTrend& trend) : m_trend(trend)
     add(std::make_unique<LinePart>(trend));
     add(std::make_unique<MarksPart>(trend));
     add(std::make_unique<StatisticsPart>(trend));
+    add(std::make_unique<TrendLooks>(trend));  // last: it dresses what others put into the graph
 }
 
 TrendReader::~TrendReader() = default;

@@ -10,6 +10,7 @@
 #include <vector>
 
 class QKeyEvent;
+class QMenu;
 
 /// One thing that a trend can do for its readers beyond the contract, such as lanes or a value line.
 ///
@@ -50,6 +51,8 @@ public:
     /// What people can do with it: owned by the part, the same on every call. A host shows them in its menus, grouped
     /// by `menuOf`, and the graph in its own.
     virtual std::vector<QAction*> actions() const { return {}; }
+    /// Adds what people can do with these lines, known by their properties' keys, to a menu of theirs.
+    virtual void addLineItems(QMenu& /*menu*/, const QStringList& /*keys*/) {}
 
     /// What this part adds to the statistics table; null for those that add nothing. Owned by the part.
     virtual TableFigures* tableFigures() { return nullptr; }

@@ -94,7 +94,8 @@ INSTANTIATE_TEST_SUITE_P(
                     Typing{"Today", de, DE, "Freitag", "2024-03-01T00:00:00"},
                     Typing{"BeforeToday", de, DE, "letzten Freitag 8:00", "2024-02-23T08:00:00"},
                     Typing{"LastOfOtherDays", de, DE, "letzter Dienstag 14:35", "2024-02-27T14:35:00"},
-                    Typing{"LastAlone", de, DE, "letzten", ""}, Typing{"AndMore", de, DE, "Di Mi", ""}),
+                    Typing{"LastAlone", de, DE, "letzten", ""}, Typing{"BeginningOfAnyWord", de, DE, "so", ""},
+                    Typing{"AndMore", de, DE, "Di Mi", ""}),
     [](const auto& row) { return row.param.name; });
 
 TEST(TypedDateZoneTest, ATimeWithAZoneIsShownInTheUsersOwn)

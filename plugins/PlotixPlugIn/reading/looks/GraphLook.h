@@ -1,0 +1,83 @@
+#pragma once
+
+#include "plotkit/model/CPTXYGraph.h"
+
+#include <memory>
+#include <optional>
+#include <vector>
+
+/// How a whole graph looks: dark as the contract has it, light, or as on paper; and how large its texts are.
+namespace plotix {
+
+enum class GraphLook { Dark, Light, Paper };
+
+/// The name a look is archived by. Stored: never changes.
+QString nameOfLook(GraphLook look);
+std::optional<GraphLook> lookNamed(const QString& name);
+
+constexpr double kSmallestText = 5, kLargestText = 36;  ///< points
+
+/// Puts looks on graphs and takes them off again. What others restyle meanwhile becomes what is put back.
+///
+/// Whoever chooses the look *owns* it; graphs are *weak*. Main thread only.
+class GraphDress {
+public:
+    /// Axes, frame, texts and strips; no lines. Without a font size texts stay as large as they are. Dark without a
+    /// font size takes everything off. To be called again whenever there may be other axes or strips.
+    void wear(const CPTXYGraphPtr& graph, GraphLook look, const std::optional<double>& fontSize);
+
+    /// The widest that a line is drawn in a look, points, unless its width was chosen.
+    static double widestLine(GraphLook look);
+
+private:
+    /// What looks change of an axis.
+    struct AxisStyle {
+        std::optional<CPTLineStyle> line, majorGrid, minorGrid, majorTick, minorTick;
+        double majorTickLength, minorTickLength;
+        CPTTextStyle labels, title;
+        friend bool operator==(const AxisStyle&, const AxisStyle&) = default;
+    };
+    /// The same of a strip.
+    struct StripStyle {
+        CPTFill fill;
+        std::optional<CPTLineStyle> border;
+        CPTTextStyle title, keys;
+        friend bool operator==(const StripStyle&, const StripStyle&) = default;
+    };
+    /// The same of the graph itself.
+    struct GroundStyle {
+        CPTFill fill, frameFill;
+        std::optional<CPTLineStyle> border;
+        double cornerRadius;
+        CPTTextStyle title;
+        friend bool operator==(const GroundStyle&, const GroundStyle&) = default;
+    };
+    template <class Owner, class Style>
+    struct Worn {
+        std::weak_ptr<const Owner> owner;
+        Style before, now;
+    };
+    struct Wish {
+        GraphLook look;
+        std::optional<double> fontSize;
+    };
+
+    static AxisStyle styleOf(const CPTXYAxis& axis);
+    static void setStyle(CPTXYAxis& axis, const AxisStyle& style);
+    static AxisStyle styled(AxisStyle style, const Wish& wish);
+    static StripStyle styleOf(const CPTXYPlotSpace& space);
+    static void setStyle(CPTXYPlotSpace& space, const StripStyle& style);
+    static StripStyle styled(StripStyle style, const Wish& wish);
+    static GroundStyle styleOf(const CPTXYGraph& graph);
+    static void setStyle(CPTXYGraph& graph, const GroundStyle& style);
+    static GroundStyle styled(GroundStyle style, const Wish& wish);
+
+    template <class Owner, class Style>
+    static void dress(std::vector<Worn<Owner, Style>>& all, const std::shared_ptr<Owner>& owner, const Wish& wish);
+
+    std::vector<Worn<CPTXYAxis, AxisStyle>> m_axes;
+    std::vector<Worn<CPTXYPlotSpace, StripStyle>> m_strips;
+    std::vector<Worn<CPTXYGraph, GroundStyle>> m_grounds;
+};
+
+}  // namespace plotix
