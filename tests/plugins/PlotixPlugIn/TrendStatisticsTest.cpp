@@ -124,8 +124,12 @@ TEST_F(TrendStatistics, ALineThatHoldsItsValueIsWeightedAsItIsDrawn)
 {
     openAnHour();
     chooseColumns({"timeWeightedMean"});
-    plot("airTemperature")->setInterpolation(CPTScatterPlotInterpolation::HoldLast);
+    QSignalSpy told(&model(), &QAbstractItemModel::dataChanged);
+    trend->setReading(
+        {{"looks", QVariantMap{{"lines", QVariantMap{{"airTemperature", QVariantMap{{"interpolation", "steps"}}}}}}}});
+    settle();
     EXPECT_EQ(cellOf("timeWeightedMean"), "29.5");
+    EXPECT_FALSE(told.isEmpty());
 }
 
 TEST_F(TrendStatistics, OverWhatIsVisibleAllColumnsFollowTheGraph)

@@ -85,6 +85,13 @@ TableFigures* StatisticsPart::tableFigures()
     return m_figures.get();
 }
 
+// A line that holds its values is weighted as it is drawn.
+void StatisticsPart::viewLoaded()
+{
+    if (const ReadingPart* looks = trend().part(QStringLiteral("looks")))
+        connect(looks, &ReadingPart::chosenChanged, this, &StatisticsPart::refreshSoon);
+}
+
 void StatisticsPart::rangeSet(CPTCoordinate coordinate)
 {
     if (coordinate == CPTCoordinate::X)
