@@ -139,6 +139,8 @@ void change(const EditCommand& command, const CommandStreams& streams, const Edi
     else if (kind != EditStep::Kind::Rename && kind != EditStep::Kind::Compute)
         out << ", " << counted(outcome.values);
     out << ".\n";
+    for (const QString& name : outcome.followed)
+        out << "The formula of “" << name.toStdString() << "” has the new name in it.\n";
     for (const auto& [name, sentence] : outcome.broken)
         out << "“" << name.toStdString() << "” can be computed no longer: " << sentence.toStdString() << '\n';
     out << "plotix edit " << command.site.toStdString() << " --undo takes it back.\n";

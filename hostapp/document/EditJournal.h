@@ -30,6 +30,8 @@ struct EditOutcome {
     QString subject;            ///< of the step, as the journal lists it
     std::size_t values = 0;     ///< that were moved or taken out
     std::size_t conflicts = 0;  ///< left out of a merge since the other had a different value at the same time
+    std::vector<QString> followed =
+        {};  ///< computed properties whose formulas were written anew, with other names in them
     /// Computed properties that can be worked out no longer, each with a sentence that says why.
     std::vector<std::pair<QString, QString>> broken = {};
 };

@@ -196,8 +196,10 @@ void SiteEdit::followNames()
                 continue;
             PropertyFormula formula = *property.formula;
             formula.text = followed(formula.text, home->id, agent.id, changed);
-            if (formula != *property.formula)
-                m_tables.setFormula(property.id, formula, property.archivedUnit);
+            if (formula == *property.formula)
+                continue;
+            m_tables.setFormula(property.id, formula, property.archivedUnit);
+            m_outcome.followed.push_back(property.name);
         }
     const FormulaDirectory after = directory();
     for (const FormulaDirectory::Agent& agent : after.agents)

@@ -96,11 +96,14 @@ void SiteEditor::edit(const QString& text, Work work)
         return;
     m_around.undoStack.push(
         new EditCommand(text, m_around.undoStack, again, [this, text, outcome] { return undo(text, outcome->step); }));
-    tellBroken(*outcome);
+    tellFormulas(*outcome);
 }
 
-void SiteEditor::tellBroken(const EditOutcome& outcome)
+void SiteEditor::tellFormulas(const EditOutcome& outcome)
 {
+    const QStringList followed(outcome.followed.begin(), outcome.followed.end());
+    if (!followed.isEmpty())
+        emit told(tr("Formulas have the new name in them: %1").arg(followed.join(QStringLiteral(", "))));
     QStringList lines;
     for (const auto& [name, sentence] : outcome.broken)
         lines << tr("“%1”: %2").arg(name, sentence);

@@ -66,7 +66,7 @@ private:
     void edit(const QString& text, Work work);  ///< and puts it on the undo stack
     EditCommand::Result apply(const QString& text, const std::function<void(const EditProgress&)>& work);
     EditCommand::Result undo(const QString& text, qint64 step);
-    void tellBroken(const EditOutcome& outcome);  // formulas that name what is gone
+    void tellFormulas(const EditOutcome& outcome);  // that name what is gone, or have another name in them now
     void takeIn();
     void alert(const QString& message, const QString& text, KTVAlert::Style style = KTVAlert::Style::Critical);
     bool agreed(const QString& title, const QString& question);

@@ -89,10 +89,26 @@ void carry(std::uint8_t* carried, int width)
     }
 }
 
-/// `distances` of the cells of a row, where they are less.
+/// `distances` of the cells of a row, where they are less. Most bytes of cells are empty or full, and so are their
+/// neighbours.
 void take(std::uint8_t* nearest, const std::uint8_t* cells, const std::uint8_t* distances, int width)
 {
-    for (int x = 0; x < width; ++x)
+    constexpr int kAtOnce = sizeof(std::uint64_t);
+    int x = 0;
+    for (; x + kAtOnce <= width; x += kAtOnce) {
+        std::uint64_t eight = 0;
+        std::memcpy(&eight, cells + x, sizeof eight);
+        if (eight == 0)
+            continue;
+        if (eight == ~std::uint64_t{0}) {
+            for (int at = x; at < x + kAtOnce; ++at)
+                nearest[at] = std::min(nearest[at], distances[0xFF]);
+            continue;
+        }
+        for (int at = x; at < x + kAtOnce; ++at)
+            nearest[at] = std::min(nearest[at], distances[cells[at]]);
+    }
+    for (; x < width; ++x)
         nearest[x] = std::min(nearest[x], distances[cells[x]]);
 }
 
@@ -107,7 +123,8 @@ void DotStroke::stroke(const PixelBuffer& buffer, const DotColumns& cells, doubl
                        const QRect& clip)
 {
     m_radius = std::min(radius, kWidest / 2);
-    m_reach = static_cast<int>(std::ceil(m_radius + 0.5)) + 1;
+    // The columns of a pixel's cells may begin up to one of them before it.
+    m_reach = static_cast<int>(std::max(std::ceil(m_radius), std::floor(m_radius + 1 + 1.0 / kPhases)));
     for (int left = clip.left(); left < clip.left() + clip.width(); left += kTileWidth) {
         const int width = std::min(kTileWidth, clip.left() + clip.width() - left);
         m_clip = QRect(left, clip.top(), width, clip.height());
@@ -190,9 +207,11 @@ void DotStroke::gather(const DotColumns& cells)
                 continue;
             const std::uint8_t* held = cells.first + number * cells.stride + skipped;
             std::uint8_t* turned = plane(m_cells, column % kPhases, 0) + column / kPhases;
-            for (int row = tile; row < std::min(tile + kTile, end); ++row) {
-                if (held[row] == 0)
-                    continue;
+            const int tileEnd = std::min(tile + kTile, end);
+            for (int row = tile; row < tileEnd; ++row) {
+                row += static_cast<int>(emptyBytes(held + row, static_cast<std::size_t>(tileEnd - row)));
+                if (row == tileEnd)
+                    break;
                 turned[static_cast<std::ptrdiff_t>(row) * m_width] = held[row];
                 m_isHeld[static_cast<std::size_t>(row)] = 1;
             }

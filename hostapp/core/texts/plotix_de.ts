@@ -3183,6 +3183,10 @@ Auf einen Trend ziehen, oder ankreuzen und „Neuer Trend“ wählen.</translati
         <source>Compute “%1”</source>
         <translation>„%1“ berechnen</translation>
     </message>
+    <message>
+        <source>Formulas have the new name in them: %1</source>
+        <translation>In Formeln steht nun der neue Name: %1</translation>
+    </message>
 </context>
 <context>
     <name>plotix::SiteWindow</name>

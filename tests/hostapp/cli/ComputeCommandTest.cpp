@@ -86,6 +86,15 @@ TEST_F(ComputeCommandTest, ItIsRemovedAndBroughtBackAsAnyProperty)
     EXPECT_TRUE(exported("Spread").contains(",20\n"));
 }
 
+TEST_F(ComputeCommandTest, FormulasThatFollowARenamedPropertyAreTold)
+{
+    compute("Spread = Supply - Return");
+    ASSERT_EQ(run({"edit", site(), "--property", "Return", "--rename", "Return flow"}), 0);
+    EXPECT_TRUE(m_output.contains("The formula of “Spread” has the new name in it.")) << m_output.toStdString();
+    run({"edit", site(), "--computed"});
+    EXPECT_EQ(m_output.toStdString(), "Boiler: Spread (K) = Supply - \"Return flow\"\n");
+}
+
 TEST_F(ComputeCommandTest, WhatADeletedPropertyBreaksIsTold)
 {
     compute("Spread = Supply - Return");

@@ -242,7 +242,9 @@ TEST_F(ComputedPropertyTest, FormulasFollowARenamedPropertyOrAgent)
 {
     compute("Spread", "Supply - Return");
     compute("Lift", "Supply - Roof.Air");
-    renameProperty(site(), id("Supply"), "Supply temperature");
+    const EditOutcome outcome = renameProperty(site(), id("Supply"), "Supply temperature");
+    EXPECT_EQ(outcome.followed, (std::vector<QString>{"Spread", "Lift"}));
+    EXPECT_TRUE(outcome.broken.empty());
     renameAgent(site(), agent("Roof")->id(), "Mast 2");
     EXPECT_EQ(formula("Spread"), "\"Supply temperature\" - Return");
     EXPECT_EQ(formula("Lift"), "\"Supply temperature\" - \"Mast 2\".Air");
