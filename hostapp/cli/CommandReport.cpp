@@ -14,12 +14,26 @@ struct ReportCommand {
     QString view;                ///< its title; empty: the only one
     std::optional<Paper> paper;  ///< absent: what is usual in the user's country
     ReportForm form = ReportForm::Page;
+    QString columns;
+    QString over;  ///< empty: as the view has it
 };
+
+/// What was said about the table, by the names that a trend has for it.
+QVariantMap statisticsOf(const ReportCommand& command)
+{
+    QVariantMap statistics;
+    if (!command.columns.isEmpty())
+        statistics.insert(QStringLiteral("columns"), listFromArgument(command.columns));
+    if (!command.over.isEmpty())
+        statistics.insert(QStringLiteral("over"), command.over);
+    return statistics;
+}
 
 int runCommand(const ReportCommand& command, CommandContext context)
 {
     requireWritable(FileKind::Pdf, command.output);
-    const ReportRequest request{openSite(command.site), command.view, command.paper, command.form};
+    const ReportRequest request{openSite(command.site), command.view, command.paper, command.form,
+                                statisticsOf(command)};
     writeOutput(FileKind::Pdf, command.output, context.services.report(request));
     return kCommandDone;
 }
@@ -43,9 +57,23 @@ Command addReport(CLI::App& program)
                           {{"page", ReportForm::Page}, {"classic", ReportForm::Classic}},
                           "page: graph and figures together, made for paper, unless given; classic: as the view itself "
                           "writes it");
+    addText(report, "--columns", command->columns,
+            "Columns of the table beyond its own, such as median,timeWeightedMean,coverage; as the view has it unless "
+            "given")
+        ->type_name("NAME,…");
+    addText(report, "--over", command->over,
+            "What the table is about: everything fetched, what the graph shows, or what lies between its marks")
+        ->type_name("fetched|visible|marked")
+        ->check(CLI::IsMember({"fetched", "visible", "marked"}));
     report->footer("Example:\n  plotix report nyc.plotix --view \"Newark 2013\" --paper Letter --output newark.pdf");
-    return {report, Command::Makes::Picture,
-            [command](CommandContext context) { return runCommand(*command, context); }};
+    Command made{report, Command::Makes::Picture,
+                 [command](CommandContext context) { return runCommand(*command, context); }};
+    made.contradiction = [command]() -> std::optional<QString> {
+        if (command->form == ReportForm::Classic && !statisticsOf(*command).isEmpty())
+            return QStringLiteral("--form classic has the view's own table; leave out --columns and --over");
+        return std::nullopt;
+    };
+    return made;
 }
 
 }  // namespace plotix

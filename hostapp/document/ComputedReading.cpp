@@ -42,17 +42,12 @@ ComputedReading::ComputedReading(RecordStore& stored, const FormulaDirectory& di
     shareReads();
 }
 
-const FormulaProgram& ComputedReading::programOf(RowId property)
+std::shared_ptr<const FormulaProgram> programOf(const FormulaDirectory& directory, RowId property)
 {
-    std::shared_ptr<const FormulaProgram>& program = m_programs[property];
-    if (!program) {
-        const FormulaPlan plan = planProperty(m_directory, property);
-        if (plan.problem)
-            throw FormulaNotWorkedOut(property,
-                                      notWorkedOut(m_directory.propertyWithId(property)->name, *plan.problem));
-        program = plan.program;
-    }
-    return *program;
+    const FormulaPlan plan = planProperty(directory, property);
+    if (plan.problem)
+        throw FormulaNotWorkedOut(property, notWorkedOut(directory.propertyWithId(property)->name, *plan.problem));
+    return plan.program;
 }
 
 void ComputedReading::collect(RowId agent, RowId property, const Span& span)
@@ -64,7 +59,10 @@ void ComputedReading::collect(RowId agent, RowId property, const Span& span)
     }
     if (!m_collected.insert({property, span}).second)
         return;
-    const FormulaProgram& program = programOf(property);
+    std::shared_ptr<const FormulaProgram>& kept = m_programs[property];
+    if (!kept)
+        kept = programOf(m_directory, property);
+    const FormulaProgram& program = *kept;
     const FormulaReach& reach = program.reach;
     const Span around{reach.fromBeginning ? -kOpen : span.from - reach.before, span.to + reach.after};
     for (const FormulaInput& input : program.inputs)

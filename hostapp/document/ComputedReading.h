@@ -13,6 +13,9 @@
 /// *Borrows* store and directory. One thread, one read. Throws FormulaNotWorkedOut when it is made.
 namespace plotix {
 
+/// Of a computed property. Throws FormulaNotWorkedOut.
+std::shared_ptr<const FormulaProgram> programOf(const FormulaDirectory& directory, RowId property);
+
 class ComputedReading {
 public:
     ComputedReading(RecordStore& stored, const FormulaDirectory& directory, const RecordPart& wanted);
@@ -33,7 +36,6 @@ private:
         std::optional<Span> within;  // a longer one that is read instead
         RecordBlock block;
     };
-    const FormulaProgram& programOf(RowId property);
     void collect(RowId agent, RowId property, const Span& span);
     void shareReads();  // what lies within a part that is hardly longer is not read twice
     bool readParts(const ArchiveProgress& progress);

@@ -15,16 +15,10 @@ namespace {
 /// Statistics are worked out of so many records at a time, so that no archive is too long for them.
 constexpr std::size_t kRecordsAtATime = std::size_t{1} << 22;
 
-bool isComputed(const FormulaDirectory& directory, RowId property)
+bool isAnyOf(const std::set<RowId>& computed, std::span<const RowId> properties)
 {
-    const SiteProperty::Description* known = directory.propertyWithId(property);
-    return known && known->formula;
-}
-
-bool isAnyComputed(const FormulaDirectory& directory, std::span<const RowId> properties)
-{
-    return std::any_of(properties.begin(), properties.end(),
-                       [&](RowId property) { return isComputed(directory, property); });
+    return !computed.empty() &&
+           std::any_of(properties.begin(), properties.end(), [&](RowId each) { return computed.contains(each); });
 }
 
 /// Adds up what is valid, block by block.
@@ -58,34 +52,45 @@ private:
 
 }  // namespace
 
-ComputedRecords::ComputedRecords(std::shared_ptr<RecordStore> stored)
-    : m_stored(std::move(stored)), m_directory(std::make_shared<FormulaDirectory>())
+ComputedRecords::ComputedRecords(std::shared_ptr<RecordStore> stored) : m_stored(std::move(stored))
 {
+    setDirectory(std::make_shared<FormulaDirectory>());
 }
 
 void ComputedRecords::setDirectory(std::shared_ptr<const FormulaDirectory> directory)
 {
+    const auto known = std::make_shared<Site>();
+    for (const FormulaDirectory::Agent& agent : directory->agents)
+        for (const SiteProperty::Description& property : agent.properties)
+            if (property.formula)
+                known->computed.insert(property.id);
+    known->directory = std::move(directory);
     const std::lock_guard lock(m_mutex);
-    m_directory = std::move(directory);
+    m_site = known;
+}
+
+std::shared_ptr<const ComputedRecords::Site> ComputedRecords::site() const
+{
+    const std::lock_guard lock(m_mutex);
+    return m_site;
 }
 
 std::shared_ptr<const FormulaDirectory> ComputedRecords::directory() const
 {
-    const std::lock_guard lock(m_mutex);
-    return m_directory;
+    return site()->directory;
 }
 
 std::optional<RecordExtent> ComputedRecords::extent(RowId agent)
 {
     if (const std::optional<RecordExtent> own = m_stored->extent(agent))
         return own;
-    const auto site = directory();
-    const FormulaDirectory::Agent* known = site->agentWithId(agent);
+    const auto names = directory();
+    const FormulaDirectory::Agent* known = names->agentWithId(agent);
     std::optional<RecordExtent> found;
     if (known)
         for (const SiteProperty::Description& property : known->properties)
             if (property.formula)
-                if (const FormulaPlan plan = planProperty(*site, property.id); plan.program)
+                if (const FormulaPlan plan = planProperty(*names, property.id); plan.program)
                     for (const qint64 other : plan.program->agents)
                         found = united(found, m_stored->extent(other));
     return found;
@@ -94,16 +99,16 @@ std::optional<RecordExtent> ComputedRecords::extent(RowId agent)
 RecordOverview ComputedRecords::overview(RowId agent, std::span<const RowId> properties, std::optional<double> from,
                                          std::optional<double> to)
 {
-    const auto site = directory();
-    if (!isAnyComputed(*site, properties))
+    const auto known = site();
+    if (!isAnyOf(known->computed, properties))
         return m_stored->overview(agent, properties, from, to);
     std::vector<RowId> recorded(properties.begin(), properties.end());
-    std::erase_if(recorded, [&](RowId property) { return isComputed(*site, property); });
+    std::erase_if(recorded, [&](RowId property) { return known->computed.contains(property); });
     RecordOverview overview = m_stored->overview(agent, recorded, from, to);
     std::vector<RecordOverview::Column> columns;
     auto next = overview.columns.begin();
     for (const RowId property : properties)
-        if (isComputed(*site, property))
+        if (known->computed.contains(property))
             columns.push_back({property, std::vector<RecordOverview::Summary>(overview.runs.size())});
         else
             columns.push_back(std::move(*next++));
@@ -115,34 +120,34 @@ std::optional<RecordBlock> ComputedRecords::read(RowId agent, std::span<const Ro
                                                  std::optional<double> from, std::optional<double> to,
                                                  const ArchiveProgress& progress)
 {
-    const auto site = directory();
-    if (!isAnyComputed(*site, properties))
+    const auto known = site();
+    if (!isAnyOf(known->computed, properties))
         return m_stored->read(agent, properties, from, to, progress);
-    return ComputedReading(*m_stored, *site, {agent, {properties.begin(), properties.end()}, from, to}).read(progress);
+    return ComputedReading(*m_stored, *known->directory, {agent, {properties.begin(), properties.end()}, from, to})
+        .read(progress);
 }
 
 std::vector<RecordPart> ComputedRecords::partsRead(RowId agent, std::span<const RowId> properties,
                                                    std::optional<double> from, std::optional<double> to)
 {
-    const auto site = directory();
-    if (!isAnyComputed(*site, properties))
+    const auto known = site();
+    if (!isAnyOf(known->computed, properties))
         return m_stored->partsRead(agent, properties, from, to);
     std::vector<RowId> asked(properties.begin(), properties.end());
     // What cannot be worked out reads nothing.
-    std::erase_if(asked,
-                  [&](RowId property) { return isComputed(*site, property) && planProperty(*site, property).problem; });
-    return ComputedReading(*m_stored, *site, {agent, asked, from, to}).parts();
+    std::erase_if(asked, [&](RowId property) {
+        return known->computed.contains(property) && planProperty(*known->directory, property).problem;
+    });
+    return ComputedReading(*m_stored, *known->directory, {agent, asked, from, to}).parts();
 }
 
 ColumnStatistics ComputedRecords::statistics(RowId agent, RowId property, std::optional<double> from,
                                              std::optional<double> to, StatisticsFrom source)
 {
-    const auto site = directory();
-    if (!isComputed(*site, property))
+    const auto known = site();
+    if (!known->computed.contains(property))
         return m_stored->statistics(agent, property, from, to, source);
-    const FormulaPlan plan = planProperty(*site, property);
-    if (plan.problem)
-        return {};
+    const auto program = programOf(*known->directory, property);
     constexpr double kOpen = std::numeric_limits<double>::infinity();
     Counting counting;
     const auto take = [&](double first, double last) {
@@ -153,8 +158,8 @@ ColumnStatistics ComputedRecords::statistics(RowId agent, RowId property, std::o
     };
     double begin = from.value_or(-kOpen);
     std::size_t records = 0;
-    if (!plan.program->reach.fromBeginning)  // a part of it would read everything before
-        for (const RecordOverview::Run& run : m_stored->overview(plan.program->agents.front(), {}, from, to).runs) {
+    if (!program->reach.fromBeginning)  // a part of it would read everything before
+        for (const RecordOverview::Run& run : m_stored->overview(program->agents.front(), {}, from, to).runs) {
             records += run.records;
             if (records >= kRecordsAtATime && run.t1 > begin) {
                 take(begin, run.t1);

@@ -7,6 +7,7 @@
 #include <cstdint>
 #include <memory>
 #include <mutex>
+#include <set>
 
 /// A site's records with its computed properties: whoever reads one gets values as of any other property, worked out
 /// from the records that its formula names, wherever they are needed beyond the span asked for. Nothing is stored into
@@ -43,6 +44,7 @@ public:
                                     std::optional<double> to, const ArchiveProgress& progress = {}) override;
     std::vector<RecordPart> partsRead(RowId agent, std::span<const RowId> properties, std::optional<double> from,
                                       std::optional<double> to) override;
+    /// Throws FormulaNotWorkedOut.
     ColumnStatistics statistics(RowId agent, RowId property, std::optional<double> from = {},
                                 std::optional<double> to = {},
                                 StatisticsFrom source = StatisticsFrom::Summaries) override;
@@ -54,9 +56,16 @@ public:
     void closeIdle() override { m_stored->closeIdle(); }
 
 private:
+    /// What the site had when a call began.
+    struct Site {
+        std::shared_ptr<const FormulaDirectory> directory;  // never null
+        std::set<RowId> computed;                           // a site may have thousands of properties
+    };
+    std::shared_ptr<const Site> site() const;
+
     std::shared_ptr<RecordStore> m_stored;
     mutable std::mutex m_mutex;
-    std::shared_ptr<const FormulaDirectory> m_directory;  // never null
+    std::shared_ptr<const Site> m_site;  // never null
 };
 
 /// Why such a read would not fit into memory; nothing: it fits.

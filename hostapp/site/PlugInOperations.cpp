@@ -151,6 +151,15 @@ std::optional<QVariantMap> reading(const KTVPlugIn* plugIn)
     return options;
 }
 
+QStringList figureColumns(const KTVPlugIn* plugIn)
+{
+    QStringList columns;
+    if (plugIn && plugIn->metaObject()->indexOfMethod("figureColumns()") >= 0)
+        QMetaObject::invokeMethod(const_cast<KTVPlugIn*>(plugIn), "figureColumns", Qt::DirectConnection,
+                                  Q_RETURN_ARG(QStringList, columns));
+    return columns;
+}
+
 void setReading(KTVPlugIn* plugIn, const QVariantMap& options)
 {
     if (reading(plugIn))

@@ -54,6 +54,9 @@ void drawGraphOnPaper(KTVPlugIn* plugIn, QPainter& painter, const QRectF& rect);
 std::optional<QVariantMap> reading(const KTVPlugIn* plugIn);
 void setReading(KTVPlugIn* plugIn, const QVariantMap& options);  ///< one that has none: nothing
 
+/// The columns that its table of statistics can have beyond its own, by name; empty for one that has none.
+QStringList figureColumns(const KTVPlugIn* plugIn);
+
 /// What the user can change in the plug-in, such as its properties and its range, as a value to compare and to put
 /// back; empty for one that offers none.
 QVariantMap changeableState(const KTVPlugIn* plugIn);

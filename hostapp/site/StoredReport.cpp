@@ -2,6 +2,7 @@
 
 #include "base/ReportableError.h"
 #include "hostapp/print/ReportPrinter.h"
+#include "hostapp/site/PlugInOperations.h"
 #include "hostapp/site/WorkingSite.h"
 
 namespace plotix {
@@ -40,6 +41,22 @@ KTVPlugInPtr viewTitled(const std::vector<KTVPlugInPtr>& views, const QString& t
     throw ReportableError(QStringLiteral("there is no view “%1”; there is: %2").arg(title, listedTitles(views)));
 }
 
+/// Columns that the view does not know are refused, before its records are read.
+void chooseStatistics(KTVPlugIn* view, const QVariantMap& wanted)
+{
+    if (wanted.isEmpty())
+        return;
+    const QStringList known = figureColumns(view);
+    for (const QString& column : wanted.value(QStringLiteral("columns")).toStringList())
+        if (!known.contains(column))
+            throw ReportableError(QStringLiteral("the table has no column “%1”; there is: %2")
+                                      .arg(column, known.join(QStringLiteral(", "))));
+    const QString name = QStringLiteral("statistics");
+    QVariantMap choices = reading(view).value_or(QVariantMap()).value(name).toMap();
+    choices.insert(wanted);
+    setReading(view, {{name, choices}});
+}
+
 }  // namespace
 
 QByteArray pdfOfStoredReport(const ReportRequest& request, KTVPlugInModule* module)
@@ -49,6 +66,7 @@ QByteArray pdfOfStoredReport(const ReportRequest& request, KTVPlugInModule* modu
     WorkingSite site(request.document, module, WorkingSite::Use::Elsewhere);
     site.loadPlugIns();
     const KTVPlugInPtr view = viewTitled(printableViews(site), request.view);
+    chooseStatistics(view.get(), request.statistics);
     view->view();  // loading the view starts the fetch
     site.requireRecords();
     site.settle(*view, Wanted::Exact);

@@ -5,6 +5,7 @@
 #include "hostapp/site/ViewReport.h"
 
 #include <QtCore/QByteArray>
+#include <QtCore/QVariantMap>
 
 #include <memory>
 #include <optional>
@@ -19,6 +20,7 @@ struct ReportRequest {
     QString view;                ///< its title; empty: the only one
     std::optional<Paper> paper;  ///< absent: what is usual in the user's country
     ReportForm form = ReportForm::Page;
+    QVariantMap statistics = {};  ///< of the table, by name, instead of what the view has; see the option "statistics"
 };
 
 /// Makes the view as it was left, waits for its records and answers the report as a PDF file's bytes. Stores nothing.

@@ -19,6 +19,14 @@ namespace {
 // An agent's row has the internal id 0, a property's row the number of its agent, counted from 1.
 constexpr quintptr kAgentRow = 0;
 
+/// Red that can be read on the list's ground.
+QColor brokenColor()
+{
+    constexpr int kMiddle = 128;
+    const bool isDark = QGuiApplication::palette().color(QPalette::Base).lightness() < kMiddle;
+    return isDark ? QColor(0xFF, 0x70, 0x70) : QColor(0xB0, 0x10, 0x10);
+}
+
 QIcon swatch(const QColor& colour)
 {
     constexpr int kSide = 12;  // points
@@ -192,9 +200,12 @@ QVariant PropertyListModel::propertyData(const SiteProperty& property, int colum
         return font;
     }
     if (role == Qt::ForegroundRole && column == NameColumn && property.isComputed() && problemOf(property))
-        return QColor(Qt::red);
-    if (role == Qt::AccessibleTextRole && property.isComputed() && column == NameColumn)
-        return tr("%1, computed").arg(property.name());
+        return brokenColor();
+    if (role == Qt::AccessibleTextRole && property.isComputed() && column == NameColumn) {
+        const std::optional<FormulaProblem> problem = problemOf(property);
+        return problem ? tr("%1, cannot be computed: %2").arg(property.name(), sentenceOf(*problem))
+                       : tr("%1, computed").arg(property.name());
+    }
     if (role == Qt::ToolTipRole)
         return plainToolTip(tr("%1%2\nDrag it onto a trend, or tick it and choose New Trend.\nDouble-click to change "
                                "colour or unit.")

@@ -147,6 +147,8 @@ public:
     // Reading. Options by name, see reading/ReadingOptions.h; unknown ones are passed over.
     Q_INVOKABLE void setReading(const QVariantMap& options);  ///< chooses these and leaves the others
     Q_INVOKABLE QVariantMap reading() const;                  ///< those that were chosen
+    Q_INVOKABLE QStringList
+    figureColumns() const;  ///< what the table can have beyond its own columns; for "statistics"
     /// What people can do with the parts of the reading, for a host's menus; owned by the trend. See ReadingPart.h.
     Q_INVOKABLE QList<QAction*> readingActions() const;
     Q_INVOKABLE QObject* trendReader() const;  ///< a plotix::TrendReader; owned, never null

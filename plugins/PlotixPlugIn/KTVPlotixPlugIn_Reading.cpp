@@ -14,6 +14,7 @@
 #include "plugins/PlotixPlugIn/reading/LineGaps.h"
 #include "plugins/PlotixPlugIn/reading/ReadableAxes.h"
 #include "plugins/PlotixPlugIn/reading/TrendReader.h"
+#include "plugins/PlotixPlugIn/reading/trend/TableFigures.h"
 
 #include <algorithm>
 
@@ -107,6 +108,12 @@ QList<QAction*> KTVPlotixPlugIn::readingActions() const
 QObject* KTVPlotixPlugIn::trendReader() const
 {
     return m_reader.get();
+}
+
+QStringList KTVPlotixPlugIn::figureColumns() const
+{
+    const plotix::TableFigures* figures = m_reader->tableFigures();
+    return figures ? figures->offered() : QStringList();
 }
 
 void KTVPlotixPlugIn::applyReading()

@@ -36,6 +36,8 @@ void PropertyDetailsTableView::setUpFigures()
             setColumnWidth(column, width);
         }
         fillWidth();
+        if (m_model->rowCount() > 0)
+            scrollTo(m_model->index(std::max(0, rowAt(0)), last));  // what was just chosen is seen
     });
     connect(m_model, &QAbstractItemModel::columnsAboutToBeRemoved, this,
             [header](const QModelIndex&, int first, int last) {

@@ -208,6 +208,22 @@ TEST_F(ReportTest, UnknownViewNamesThoseThereAre)
     EXPECT_FALSE(QFile::exists(path("report.pdf")));
 }
 
+TEST_F(ReportTest, FurtherColumnsArePrintedWithTheirFigures)
+{
+    importWeek({"Wind"});
+    report({"--columns", "median,coverage"});
+    EXPECT_TRUE(text().contains(QRegularExpression("Values\\s+Median\\s+Coverage"))) << text().toStdString();
+    EXPECT_TRUE(text().contains(QRegularExpression("168\\s+30\\.\\d+\\s+100\\s%"))) << text().toStdString();
+}
+
+TEST_F(ReportTest, AColumnThatNobodyKnowsIsRefusedWithThoseThereAre)
+{
+    importWeek({"Wind"});
+    EXPECT_EQ(run({"report", path("week.plotix"), "--columns", "mode", "--output", path("report.pdf")}), 1);
+    EXPECT_TRUE(error().contains("no column “mode”")) << error().toStdString();
+    EXPECT_TRUE(error().contains("median")) << error().toStdString();
+}
+
 // Building a report moves the view's dates and resizes its graph; none of that is stored in the site.
 TEST_F(ReportTest, TheSiteStaysAsItIsStored)
 {

@@ -2832,6 +2832,10 @@ Drag it onto a trend, or tick it and choose New Trend.</source>
         <translation>%1
 Auf einen Trend ziehen, oder ankreuzen und „Neuer Trend“ wählen.</translation>
     </message>
+    <message>
+        <source>%1, cannot be computed: %2</source>
+        <translation>%1, lässt sich nicht berechnen: %2</translation>
+    </message>
 </context>
 <context>
     <name>plotix::PropertyListView</name>

@@ -38,6 +38,25 @@ TEST_F(ReportCommandTest, TheViewsOwnFormCanBeChosen)
     importWeather();
     ASSERT_EQ(run({"report", site(), "--form", "classic", "--output", path("report.pdf")}), 0) << m_error.toStdString();
     EXPECT_EQ(m_services.reported.at(0).form, ReportForm::Classic);
+    EXPECT_TRUE(m_services.reported.at(0).statistics.isEmpty());
+}
+
+TEST_F(ReportCommandTest, ColumnsAndWhatTheyAreAboutAreHandedOn)
+{
+    importWeather();
+    ASSERT_EQ(
+        run({"report", site(), "--columns", "median, coverage", "--over", "visible", "--output", path("report.pdf")}),
+        0)
+        << m_error.toStdString();
+    EXPECT_EQ(m_services.reported.at(0).statistics,
+              (QVariantMap{{"columns", QStringList{"median", "coverage"}}, {"over", "visible"}}));
+}
+
+TEST_F(ReportCommandTest, TheViewsOwnFormHasNoOtherColumns)
+{
+    expectFailure({"report", site(), "--form", "classic", "--columns", "median", "--output", path("report.pdf")}, 2,
+                  "leave out --columns");
+    expectFailure({"report", site(), "--over", "everything", "--output", path("report.pdf")}, 2, "everything");
 }
 
 TEST_F(ReportCommandTest, ASiteIsNotReplacedByItsReport)

@@ -269,6 +269,9 @@ TEST_F(ComputedPropertyTest, WhatIsDeletedIsToldAndGivesAnErrorInsteadOfANumber)
     ASSERT_EQ(outcome.broken.size(), 2U);
     EXPECT_EQ(outcome.broken[0].first.toStdString(), "Spread");
     EXPECT_EQ(refusal([&] { values("Spread"); }), "“Spread” cannot be computed: “Boiler” has no property “Return”.");
+    const RowId spread = id("Spread"), boiler = agent()->id();
+    EXPECT_EQ(refusal([&] { document->records()->statistics(boiler, spread); }),
+              "“Spread” cannot be computed: “Boiler” has no property “Return”.");
     undoLastEdit(site());
     EXPECT_EQ(values("Spread", 0, 0), (Values{20}));
 }

@@ -124,8 +124,12 @@ TEST_F(TrendStatistics, ALineThatHoldsItsValueIsWeightedAsItIsDrawn)
 {
     openAnHour();
     chooseColumns({"timeWeightedMean"});
-    plot("airTemperature")->setInterpolation(CPTScatterPlotInterpolation::HoldLast);
+    QSignalSpy told(&model(), &QAbstractItemModel::dataChanged);
+    trend->setReading(
+        {{"looks", QVariantMap{{"lines", QVariantMap{{"airTemperature", QVariantMap{{"interpolation", "steps"}}}}}}}});
+    settle();
     EXPECT_EQ(cellOf("timeWeightedMean"), "29.5");
+    EXPECT_FALSE(told.isEmpty());
 }
 
 TEST_F(TrendStatistics, OverWhatIsVisibleAllColumnsFollowTheGraph)
@@ -153,6 +157,18 @@ TEST_F(TrendStatistics, WithoutMarksThereIsNothingFromAToB)
     openAnHour({{"over", "marked"}, {"columns", QStringList{"median"}}});
     EXPECT_EQ(cell(InfoTableModel::Points), "0");
     EXPECT_EQ(cell(InfoTableModel::Maximum), "–");
+    EXPECT_EQ(cellOf("median"), "–");
+}
+
+TEST_F(TrendStatistics, FromAToBTheFiguresAreThoseBetweenTheMarks)
+{
+    openAnHour({{"over", "marked"}, {"columns", QStringList{"median"}}});
+    trend->setReading({{"marks", QVariantMap{{"a", 1200.0}, {"b", 600.0}}}});
+    settle();
+    EXPECT_EQ(cell(InfoTableModel::Points), "11");
+    EXPECT_EQ(cellOf("median"), "15.0");
+    trend->setReading({{"marks", QVariantMap{}}});
+    settle();
     EXPECT_EQ(cellOf("median"), "–");
 }
 
@@ -233,6 +249,16 @@ TEST_F(TrendStatistics, AColumnThatComesOrGoesLeavesTheOthersAsTheyAre)
     EXPECT_EQ(table().columnWidth(model().columnNamed("gaps")), 77);
     EXPECT_EQ(table().horizontalHeader()->visualIndex(InfoTableModel::Points), 0);
     EXPECT_EQ(cellOf("gaps"), "0");
+}
+
+TEST_F(TrendStatistics, AColumnThatWasJustChosenIsSeen)
+{
+    openAnHour();
+    show();
+    trend->view()->resize(500, 500);
+    chooseColumns({"coverage"});
+    const QRect cell = table().visualRect(model().index(0, kFirstFigure));
+    EXPECT_TRUE(table().viewport()->rect().intersects(cell));
 }
 
 TEST_F(TrendStatistics, ColumnsAndTheirWidthsAreArchived)

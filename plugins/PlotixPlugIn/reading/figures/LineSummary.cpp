@@ -139,7 +139,7 @@ double LineSummary::timeOf(double value, const std::vector<Piece>& pieces, doubl
 
 // The line enters the span between the record before it and its first one, and leaves it likewise; a span between two
 // records has one way alone.
-void LineSummary::addEnds(PointSums& sums, const Elements& elements, double from, double to) const
+double LineSummary::addEnds(PointSums& sums, const Elements& elements, double from, double to) const
 {
     const std::optional<Point> before = pointBefore(elements.first);
     const std::optional<Point> after = pointFrom(elements.last);
@@ -148,20 +148,30 @@ void LineSummary::addEnds(PointSums& sums, const Elements& elements, double from
     const Point last{isEmpty ? from : sums.lastTime, sums.lastValue};
     if (isEmpty && before && after) {
         addStretch(sums, {before->time, before->value, after->time, after->value, from, to}, m_longestJoin);
-        return;
+        return 0;
     }
     if (isEmpty) {
         sums.gaps += to > from ? 1 : 0;
-        return;
+        return 0;
     }
+    // Where the records themselves begin or end, less than what is joined is missing from nothing: a span asked for in
+    // full hours need not end on a record.
+    double missing = 0;
+    const auto endsWithin = [&](double length) {
+        if (length > m_longestJoin)
+            ++sums.gaps;
+        else
+            missing += length;
+    };
     if (before)
         addStretch(sums, {before->time, before->value, first.time, first.value, from, first.time}, m_longestJoin);
     else
-        sums.gaps += first.time - from > m_longestJoin ? 1 : 0;
+        endsWithin(first.time - from);
     if (after)
         addStretch(sums, {last.time, last.value, after->time, after->value, last.time, to}, m_longestJoin);
     else
-        sums.gaps += to - last.time > m_longestJoin ? 1 : 0;
+        endsWithin(to - last.time);
+    return missing;
 }
 
 LineFigures LineSummary::figures(double from, double to) const
@@ -172,11 +182,11 @@ LineFigures LineSummary::figures(double from, double to) const
     const Elements elements = this->elements(from, to);
     const std::vector<Piece> pieces = this->pieces(elements);
     PointSums sums = this->sums(pieces);
-    addEnds(sums, elements, from, to);
+    figures.covered = addEnds(sums, elements, from, to);
+    figures.covered += sums.covered;
     figures.points = sums.count;
-    figures.covered = sums.covered;
     figures.gaps = sums.gaps;
-    figures.coverage = to > from ? std::min(1.0, sums.covered / (to - from)) : LineFigures::kNone;
+    figures.coverage = to > from ? std::min(1.0, figures.covered / (to - from)) : LineFigures::kNone;
     if (sums.covered > 0) {
         figures.heldIntegral = sums.held;
         figures.straightIntegral = sums.straight;

@@ -70,7 +70,8 @@ private:
     LineSummary() = default;
     PointSums sums(const std::vector<Piece>& pieces) const;
     double timeOf(double value, const std::vector<Piece>& pieces, double PointSums::*extreme) const;
-    void addEnds(PointSums& sums, const Elements& elements, double from, double to) const;
+    /// Answers how much of the span lies before the first or after the last record of all, and is no gap.
+    double addEnds(PointSums& sums, const Elements& elements, double from, double to) const;
 
     FigureRecords m_records;
     double m_longestJoin = 0;

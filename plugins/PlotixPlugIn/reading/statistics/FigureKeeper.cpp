@@ -30,6 +30,13 @@ FigureRecords inOrder(const FigureRecords& records)
     return records.arranged(*order, SharedArray<double>::fromVector(std::move(sorted)));
 }
 
+/// Whether records begin among others and end no earlier.
+bool doCarryOn(const SharedArray<double>& times, const SharedArray<double>& before)
+{
+    return !times.isEmpty() && !before.isEmpty() && times.span().front() >= before.span().front() &&
+           times.span().front() <= before.span().back() && times.span().back() >= before.span().back();
+}
+
 }  // namespace
 
 FigureKeeper::FigureKeeper()
@@ -50,14 +57,22 @@ FigureKeeper::Kept FigureKeeper::kept(const FigureLine& line) const
         if (each.line.key == line.key && each.line.column == line.column && each.unit == line.column->unit() &&
             each.line.times.data() == line.times.data() && each.line.longestJoin == line.longestJoin)
             return each;
-    return {.line = line,
-            .unit = line.column->unit(),
-            .records = FigureRecords(line.times, *line.column),
-            .sums = nullptr,
-            .high = nullptr,
-            .low = nullptr,
-            .figures = {},
-            .percentiles = {}};
+    Kept made{.line = line,
+              .unit = line.column->unit(),
+              .records = FigureRecords(line.times, *line.column),
+              .sums = nullptr,
+              .isBehind = false,
+              .high = nullptr,
+              .low = nullptr,
+              .figures = {},
+              .percentiles = {}};
+    // A trend that is followed gets its records anew every few seconds: until they are summed up, those it had serve.
+    for (const Kept& each : m_lines)
+        if (each.line.key == line.key && each.unit == made.unit && doCarryOn(line.times, each.line.times)) {
+            made.sums = each.sums;
+            made.isBehind = made.sums != nullptr;
+        }
+    return made;
 }
 
 void FigureKeeper::setLines(const std::vector<FigureLine>& lines)
@@ -156,17 +171,27 @@ FigureKeeper::TaskList FigureKeeper::sumTasks()
 {
     TaskList tasks;
     for (const Kept& each : m_lines)
-        if (!each.sums)
+        if (!each.sums || each.isBehind)
             tasks.push_back({each.records.size(), [this, key = each.line.key, records = each.records,
                                                    join = each.line.longestJoin](const Work& work) {
                                  auto sums = LineSummary::make(inOrder(records), join, work);
-                                 return sums ? FigureTask::Deliver([this, key, sums] {
-                                     if (Kept* kept = at(key))
-                                         kept->sums = sums;
-                                 })
+                                 return sums ? FigureTask::Deliver([this, key, sums] { takeSums(key, sums); })
                                              : FigureTask::Deliver();
                              }});
     return tasks;
+}
+
+void FigureKeeper::takeSums(const QString& key, const std::shared_ptr<const LineSummary>& sums)
+{
+    Kept* kept = at(key);
+    if (!kept)
+        return;
+    kept->sums = sums;
+    kept->isBehind = false;
+    kept->high.reset();
+    kept->low.reset();
+    kept->figures.reset();
+    kept->percentiles.reset();
 }
 
 void FigureKeeper::addLimitTasks(TaskList& tasks, const Kept& kept)

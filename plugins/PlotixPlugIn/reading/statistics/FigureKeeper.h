@@ -75,6 +75,7 @@ private:
         QString unit;
         FigureRecords records;
         std::shared_ptr<const LineSummary> sums;
+        bool isBehind = false;  ///< the sums are those of the records before, which these carry on
         std::shared_ptr<const LimitSummary> high, low;
         mutable std::optional<LineFigures> figures;
         std::optional<std::vector<double>> percentiles;
@@ -87,6 +88,7 @@ private:
     void update();
     TaskList nextTasks();
     TaskList sumTasks();
+    void takeSums(const QString& key, const std::shared_ptr<const LineSummary>& sums);
     void addLimitTasks(TaskList& tasks, const Kept& kept);
     void addPercentileTask(TaskList& tasks, const Kept& kept);
     void runHere(const TaskList& tasks);

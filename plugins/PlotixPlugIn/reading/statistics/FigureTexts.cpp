@@ -7,6 +7,19 @@
 
 namespace plotix {
 
+namespace {
+
+/// How far apart times stand of which this one is told: minutes, unless it has seconds or parts of them.
+double finestStep(double seconds)
+{
+    constexpr double kMinute = 60, kSecond = 1, kMillisecond = 0.001;
+    if (std::floor(seconds) != seconds)
+        return kMillisecond;
+    return std::fmod(seconds, kMinute) == 0 ? kMinute : kSecond;
+}
+
+}  // namespace
+
 QString FigureTexts::value(double value, const LineFigures& line, int moreDecimals) const
 {
     if (std::isnan(value))
@@ -42,12 +55,19 @@ QString FigureTexts::share(double share) const
     return m_numbers.count(static_cast<qint64>(percent)) + QChar(QChar::Nbsp) + u'%';
 }
 
+QString FigureTexts::shortMoment(double seconds, double span) const
+{
+    constexpr double kManyMonths = 300 * 86'400.0;  // from here on a day without its year may be another one
+    if (!std::isfinite(seconds) || span > kManyMonths)
+        return moment(seconds);
+    QStringList lines = m_times.stringForTick(seconds, finestStep(seconds)).split(u'\n');
+    std::reverse(lines.begin(), lines.end());  // an axis has the time above its date
+    return lines.join(u' ');
+}
+
 QString FigureTexts::moment(double seconds) const
 {
-    if (!std::isfinite(seconds))
-        return none();
-    const double step = std::fmod(seconds, 60) == 0 ? 60 : std::floor(seconds) == seconds ? 1 : 0.001;
-    return m_moments.stringForTick(seconds, step);
+    return std::isfinite(seconds) ? m_moments.stringForTick(seconds, finestStep(seconds)) : none();
 }
 
 QString FigureTexts::duration(double seconds) const

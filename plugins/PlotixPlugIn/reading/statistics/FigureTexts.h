@@ -15,7 +15,9 @@ public:
     QString value(double value, const LineFigures& line, int moreDecimals = 0) const;
     QString amount(double amount, const QString& unit) const;  ///< to five digits; a NaN is a dash
     QString count(qint64 number) const;
-    QString share(double share) const;     ///< "77 %"; only all of it is 100 %, only nothing 0 %
+    QString share(double share) const;  ///< "77 %"; only all of it is 100 %, only nothing 0 %
+    /// The day and the time, with the year only in a span of many months; a NaN is a dash.
+    QString shortMoment(double seconds, double span) const;
     QString moment(double seconds) const;  ///< the date and the time, to what tells it apart; a NaN is a dash
 
     QString duration(double seconds) const;  ///< its two largest parts; a NaN is a dash
@@ -26,6 +28,7 @@ public:
 private:
     ReadableNumbers m_numbers;
     CPTMomentFormatter m_moments;
+    CPTTickTimeFormatter m_times;
 };
 
 }  // namespace plotix

@@ -13,7 +13,6 @@ namespace {
 constexpr auto kSwitchStyle =
     "QToolButton { padding: 2px 9px; border: 1px solid palette(mid); background: palette(button); }"
     "QToolButton:checked { background: palette(highlight); color: palette(highlighted-text); }"
-    "QToolButton:disabled { color: palette(mid); }"
     "QToolButton:focus { border-color: palette(bright-text); }";
 
 }  // namespace

@@ -26,6 +26,13 @@ public:
         }
         return columns;
     }
+    QStringList offered() const override
+    {
+        QStringList identifiers;
+        for (const FigureColumn& column : figureColumns())
+            identifiers << QString::fromLatin1(column.identifier);
+        return identifiers;
+    }
     Cell cell(const QString& key, const QString& identifier) const override
     {
         const FigureColumn* column = figureColumn(identifier);
@@ -76,6 +83,13 @@ StatisticsPart::~StatisticsPart() = default;
 TableFigures* StatisticsPart::tableFigures()
 {
     return m_figures.get();
+}
+
+// A line that holds its values is weighted as it is drawn.
+void StatisticsPart::viewLoaded()
+{
+    if (const ReadingPart* looks = trend().part(QStringLiteral("looks")))
+        connect(looks, &ReadingPart::chosenChanged, this, &StatisticsPart::refreshSoon);
 }
 
 void StatisticsPart::rangeSet(CPTCoordinate coordinate)

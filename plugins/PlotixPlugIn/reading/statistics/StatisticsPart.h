@@ -25,6 +25,7 @@ public:
     QVariantMap chosen() const override { return mapFromChoices(m_choices); }
     void choose(const QVariantMap& choices) override { change(choicesFromMap(choices)); }
 
+    void viewLoaded() override;
     void plotsReplaced() override { refreshSoon(); }
     void linesChanged() override { refreshSoon(); }
     void graphReleased() override { refreshSoon(); }

@@ -143,8 +143,8 @@ Cell StatisticsTable::cell(const QString& key, const FigureColumn& column) const
         return Cell{m_texts.value(number, figures, moreDecimals), {}, number, {}};
     };
     switch (column.figure) {
-    case Figure::MinimumTime: return {m_texts.moment(figures.minimumTime), {}, figures.minimumTime, {}};
-    case Figure::MaximumTime: return {m_texts.moment(figures.maximumTime), {}, figures.maximumTime, {}};
+    case Figure::MinimumTime: return momentCell(figures.minimumTime);
+    case Figure::MaximumTime: return momentCell(figures.maximumTime);
     case Figure::First: return value(figures.first);
     case Figure::Last: return value(figures.last);
     case Figure::Range: return value(figures.range());
@@ -163,6 +163,12 @@ Cell StatisticsTable::cell(const QString& key, const FigureColumn& column) const
     case Figure::Age: return latestCell(key, figures, column.figure);
     }
     return {};
+}
+
+Cell StatisticsTable::momentCell(double time) const
+{
+    const auto span = this->span(m_choices.over);
+    return {m_texts.shortMoment(time, span ? span->to - span->from : 0), m_texts.moment(time), time, {}};
 }
 
 Cell StatisticsTable::percentileCell(const QString& key, const LineFigures& figures, double share) const

@@ -44,6 +44,7 @@ public:
 
     /// Those chosen, in a fixed order.
     virtual std::vector<Column> columns() const = 0;
+    virtual QStringList offered() const = 0;  ///< identifiers of all there are
     virtual Cell cell(const QString& key, const QString& identifier) const = 0;
     /// Nothing: the table's own numbers, which are about everything fetched.
     virtual std::optional<Own> own(const QString& key) const = 0;

@@ -24,12 +24,23 @@ protected:
             held += value * length;
             straight += (first + last) / 2 * length;
         });
-        EXPECT_NEAR(figures.covered, covered, 1e-6 * (1 + covered));
+        const double ends = endsOf(from, to);
+        EXPECT_NEAR(figures.covered, covered + ends, 1e-6 * (1 + covered));
         if (covered > 0) {
             EXPECT_NEAR(figures.heldIntegral, held, 1e-8 * (1 + 100 * covered));
             EXPECT_NEAR(figures.straightIntegral, straight, 1e-8 * (1 + 100 * covered));
-            EXPECT_NEAR(figures.coverage, covered / (to - from), 1e-6);
+            EXPECT_NEAR(figures.coverage, (covered + ends) / (to - from), 1e-6);
         }
+    }
+    /// What lies before the first record of all and after the last one, as far as it would be joined.
+    double endsOf(double from, double to) const
+    {
+        const auto all = points(-HUGE_VAL, HUGE_VAL);
+        if (points(from, to).empty())
+            return 0;
+        const double before = std::max(0.0, all.front().time - from);
+        const double after = std::max(0.0, to - all.back().time);
+        return (before <= join ? before : 0) + (after <= join ? after : 0);
     }
     static void expectValues(const LineFigures& figures, const std::vector<plotix::LineSummary::Point>& inside)
     {
@@ -191,6 +202,15 @@ TEST_F(LineSummaryTest, ASpanThatBeginsBeforeTheRecordsHasAGapThere)
     EXPECT_EQ(line->figures(0, 1010).gaps, 1);
     EXPECT_EQ(line->figures(950, 1060).gaps, 0);
     EXPECT_EQ(line->figures(1000, 5000).gaps, 1);
+}
+
+TEST_F(LineSummaryTest, ASpanThatEndsSoonAfterTheLastRecordIsCovered)
+{
+    for (int time = 10; time <= 90; time += 10)
+        record(time, 1);
+    summarise(50);
+    EXPECT_EQ(line->figures(0, 100).coverage, 1);
+    EXPECT_DOUBLE_EQ(line->figures(0, 180).coverage, 90.0 / 180);
 }
 
 TEST_F(LineSummaryTest, LargeValuesKeepTheirSmallDeviation)

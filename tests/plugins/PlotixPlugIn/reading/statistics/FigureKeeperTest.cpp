@@ -132,6 +132,18 @@ TEST_F(FigureKeeperTest, TheLatestRecordIsTheLinesOwnWhateverTheSpan)
     EXPECT_EQ(keeper.latest(key)->time, 99);
 }
 
+TEST_F(FigureKeeperTest, RecordsThatCarryOnAreShownAsTheyWereUntilTheyAreSummedUp)
+{
+    keeper.setLines({lineOf(key, kMany)});
+    keeper.ask({.span = TimeSpan{0, 1e9}, .shares = {}, .limits = {}});
+    waitUntilDone();
+    keeper.setLines({lineOf(key, kMany + 10)});
+    EXPECT_TRUE(keeper.isWorking());
+    EXPECT_EQ(keeper.figures(key)->points, static_cast<std::int64_t>(kMany));
+    waitUntilDone();
+    EXPECT_EQ(keeper.figures(key)->points, static_cast<std::int64_t>(kMany) + 10);
+}
+
 TEST_F(FigureKeeperTest, WithoutASpanThereAreNoFigures)
 {
     keeper.setLines({lineOf(key, 100)});

@@ -57,6 +57,13 @@ TEST_F(FigureTextsTest, ValuesHaveTheDigitsOfTheirLine)
     EXPECT_EQ(FigureTexts().value(0.123456, line, 1), "0.123");
 }
 
+TEST_F(FigureTextsTest, AShortTimeHasItsYearOnlyInALongSpan)
+{
+    const FigureTexts texts;
+    EXPECT_FALSE(texts.shortMoment(1'357'041'600, 86'400).contains("2013"));
+    EXPECT_TRUE(texts.shortMoment(1'357'041'600, 400 * 86'400.0).contains("2013"));
+}
+
 TEST_F(FigureTextsTest, TimesHaveSecondsOnlyWhereTheyTell)
 {
     const FigureTexts texts;
