@@ -1,6 +1,7 @@
 #include "plotkit/render/GraphRendering.h"
 #include "plugins/PlotixPlugIn/InfoTableModel.h"
 #include "plugins/PlotixPlugIn/LineMenu.h"
+#include "plugins/PlotixPlugIn/reading/TrendReader.h"
 #include "tests/plugins/PlotixPlugIn/PropertyTableFixture.h"
 
 #include <QtGui/QPainter>
@@ -54,7 +55,7 @@ protected:
     }
     QAction* action(const QString& text)
     {
-        for (QAction* each : trend->readingActions())
+        for (QAction* each : qobject_cast<plotix::TrendReader*>(trend->trendReader())->actions())
             if (each->text() == text)
                 return each;
         return nullptr;
