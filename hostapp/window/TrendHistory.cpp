@@ -6,6 +6,8 @@
 #include <QtCore/QCoreApplication>
 #include <QtCore/QEvent>
 #include <QtGui/QUndoStack>
+#include <QtWidgets/QApplication>
+#include <QtWidgets/QMenu>
 #include <QtWidgets/QWidget>
 
 namespace plotix {
@@ -26,6 +28,15 @@ bool isInput(QEvent::Type type)
            type == QEvent::NativeGesture;
 }
 
+/// A menu that nobody owns was opened in the window in front, and acts there.
+const QWidget* placeOf(const QWidget* widget)
+{
+    const QWidget* top = widget;
+    while (top->parentWidget())
+        top = top->parentWidget();
+    return qobject_cast<const QMenu*>(top) ? QApplication::activeWindow() : widget;
+}
+
 bool isEnd(QEvent::Type type)
 {
     return type == QEvent::MouseButtonRelease;
@@ -41,7 +52,7 @@ QVariantMap withoutRange(QVariantMap state)
     return state;
 }
 
-/// Parts of a trend's reading that are moved about, by the names their choices have, and what moving one is called.
+/// Parts of a trend's reading that are changed often, by the names their choices have, and what changing one is called.
 struct MovedPart {
     const char* key;
     const char* text;
@@ -51,6 +62,7 @@ struct MovedPart {
 constexpr MovedPart kMovedParts[] = {
     {"valueLine", QT_TRANSLATE_NOOP("TrendHistoryText", "Move Value Line"), true},
     {"marks", QT_TRANSLATE_NOOP("TrendHistoryText", "Move Marks"), false},
+    {"looks", QT_TRANSLATE_NOOP("TrendHistoryText", "Change Look"), false},
 };
 
 QVariantMap withoutPart(QVariantMap state, const char* key)
@@ -104,7 +116,9 @@ TrendHistory::TrendHistory(QUndoStack& stack, Trends trends, IsFollowed isFollow
 bool TrendHistory::eventFilter(QObject* watched, QEvent* event)
 {
     const bool begins = isInput(event->type());
-    if ((begins || isEnd(event->type())) && watched->isWidgetType() && m_isOurs(static_cast<QWidget*>(watched))) {
+    const bool counts = (begins || isEnd(event->type())) && watched->isWidgetType();
+    const QWidget* place = counts ? placeOf(static_cast<QWidget*>(watched)) : nullptr;
+    if (place && m_isOurs(place)) {
         if (begins && m_rest.isActive())
             settle();
         else if (begins)

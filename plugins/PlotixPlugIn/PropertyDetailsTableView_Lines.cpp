@@ -74,6 +74,7 @@ void PropertyDetailsTableView::openLinesMenu()
     std::unique_ptr<QMenu> menu = selectedLinesMenu();
     if (!menu)
         return;
+    menu->setParent(this, menu->windowFlags());
     menu->setAttribute(Qt::WA_DeleteOnClose);
     menu->setActiveAction(menu->actions().front());
     const QRect row = visualRect(m_model->index(static_cast<int>(selectedRowIndexes().front()), InfoTableModel::Color));

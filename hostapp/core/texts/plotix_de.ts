@@ -2251,6 +2251,10 @@
         <source>Move Marks</source>
         <translation>Marken bewegen</translation>
     </message>
+    <message>
+        <source>Change Look</source>
+        <translation>Aussehen ändern</translation>
+    </message>
 </context>
 <context>
     <name>WorkProgressText</name>

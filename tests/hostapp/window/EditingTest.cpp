@@ -365,10 +365,11 @@ TEST_F(EditingTest, AnImportOverOtherValuesAsksFirst)
     QTimer poll;
     QObject::connect(&poll, &QTimer::timeout, window.get(), [&] {
         auto* box = qobject_cast<QMessageBox*>(QApplication::activeModalWidget());
-        if (!box || !box->isVisible() || !asked.isEmpty())
+        QAbstractButton* cancel = box ? box->button(QMessageBox::Cancel) : nullptr;
+        if (!cancel || !box->isVisible() || !asked.isEmpty())
             return;
         asked = box->text();
-        box->button(QMessageBox::Cancel)->click();
+        cancel->click();
     });
     poll.start(20);
     window->startImport(file, options);

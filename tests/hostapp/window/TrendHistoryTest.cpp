@@ -6,6 +6,7 @@
 
 #include <QtGui/QUndoStack>
 #include <QtTest/QTest>
+#include <QtWidgets/QMenu>
 #include <QtWidgets/QPushButton>
 
 namespace {
@@ -111,6 +112,21 @@ TEST_F(TrendHistoryTest, ValueLineAndMarksAreMovedApart)
     move(QStringLiteral("marks"), 1);
     ASSERT_EQ(stack.count(), 2);
     EXPECT_EQ(stack.text(1), "Move Marks");
+}
+
+TEST_F(TrendHistoryTest, AMenuThatNobodyOwnsChangesTheWindowInFront)
+{
+    window.activateWindow();
+    ASSERT_TRUE(QTest::qWaitForWindowActive(&window));
+    QMenu menu;
+    QObject::connect(menu.addAction(QStringLiteral("Dashes")), &QAction::triggered,
+                     [this] { trend->put(QStringLiteral("looks"), 1); });
+    menu.popup(QPoint());
+    QTest::keyClick(&menu, Qt::Key_Down);
+    QTest::keyClick(&menu, Qt::Key_Return);
+    rest();
+    ASSERT_EQ(stack.count(), 1);
+    EXPECT_EQ(stack.text(0), "Change Look");
 }
 
 TEST_F(TrendHistoryTest, AZoomAndAnotherChangeAreTwo)

@@ -55,7 +55,7 @@ protected:
     }
     QAction* action(const QString& text)
     {
-        for (QAction* each : static_cast<plotix::TrendReader*>(trend->trendReader())->actions())
+        for (QAction* each : qobject_cast<plotix::TrendReader*>(trend->trendReader())->actions())
             if (each->text() == text)
                 return each;
         return nullptr;
