@@ -30,6 +30,29 @@ std::optional<QSize> sizeFromArgument(const QString& text)
     return match.hasMatch() && fits(size.width()) && fits(size.height()) ? std::optional(size) : std::nullopt;
 }
 
+std::optional<QSizeF> figureSizeFromArgument(const QString& text)
+{
+    constexpr double kPointsPerMillimetre = 72 / 25.4;
+    static const QRegularExpression form(
+        QStringLiteral("^(\\d{1,5}(?:\\.\\d{1,4})?)[xX×](\\d{1,5}(?:\\.\\d{1,4})?)(mm|pt)$"));
+    const QRegularExpressionMatch match = form.match(text);
+    if (!match.hasMatch())
+        return sizeFromArgument(text);
+    const double unit = match.captured(3) == QLatin1String("mm") ? kPointsPerMillimetre : 1;
+    const QSizeF size(match.captured(1).toDouble() * unit, match.captured(2).toDouble() * unit);
+    const auto fits = [](double side) { return side >= kSmallestSide && side <= kLargestSide; };
+    return fits(size.width()) && fits(size.height()) ? std::optional(size) : std::nullopt;
+}
+
+std::optional<double> fontSizeFromArgument(const QString& text)
+{
+    constexpr double kSmallest = 5, kLargest = 36;
+    static const QRegularExpression form(QStringLiteral("^(\\d{1,2}(?:\\.\\d{1,2})?)(?:pt)?$"));
+    const QRegularExpressionMatch match = form.match(text);
+    const double size = match.captured(1).toDouble();
+    return match.hasMatch() && size >= kSmallest && size <= kLargest ? std::optional(size) : std::nullopt;
+}
+
 std::string argumentFromSize(const QSize& size)
 {
     return std::to_string(size.width()) + 'x' + std::to_string(size.height());
@@ -91,6 +114,20 @@ std::string checkSize(const std::string& text)
 {
     return sizeFromArgument(QString::fromStdString(text)) ? std::string()
                                                           : "must be written like 1200x600, not " + text;
+}
+
+std::string checkFigureSize(const std::string& text)
+{
+    return figureSizeFromArgument(QString::fromStdString(text))
+               ? std::string()
+               : "must be written like 1200x600 (points) or 85x60mm, not " + text;
+}
+
+std::string checkFontSize(const std::string& text)
+{
+    return fontSizeFromArgument(QString::fromStdString(text))
+               ? std::string()
+               : "must be a size from 5pt to 36pt, written like 7pt, not " + text;
 }
 
 std::string checkRange(const std::string& text)

@@ -15,6 +15,10 @@ namespace plotix {
 
 /// "1200x600"; nothing for anything else, or for sides outside 16 … 16,384.
 std::optional<QSize> sizeFromArgument(const QString& text);
+/// The same in points, or as lengths like 85x60mm and 240.5x170pt; each side as long as there.
+std::optional<QSizeF> figureSizeFromArgument(const QString& text);
+/// A size of type like 7pt, or 7; from 5 to 36 points.
+std::optional<double> fontSizeFromArgument(const QString& text);
 
 std::string argumentFromSize(const QSize& size);
 
@@ -36,6 +40,8 @@ ImportOptions::ByColumn pairsFromArguments(const std::vector<std::string>& texts
 
 /// Each answers what is wrong with the argument, worded to follow the option's name; empty: nothing.
 std::string checkPair(const std::string& text);
+std::string checkFigureSize(const std::string& text);
+std::string checkFontSize(const std::string& text);
 std::string checkSize(const std::string& text);
 std::string checkRange(const std::string& text);
 std::string checkPicture(const std::string& text);

@@ -13,11 +13,15 @@ namespace plotix {
 
 namespace {
 
+constexpr double kPointsPerInch = 72;
+constexpr int kLeastDots = 36, kMostDots = 2400;
+
 struct RenderCommand {
     QString site, output;
     RecordChoice choice;
     ReadingChoice reading;
-    std::optional<QSize> size;
+    QString size;
+    int dotsPerInch = 0;
     QString title, gaps;
     bool bare = false;
 };
@@ -79,7 +83,9 @@ int runCommand(const RenderCommand& command, CommandContext context)
     trend.from = Date{*span.from};
     trend.to = Date{*span.to};
     trend.title = command.title;
-    request.size = command.size.value_or(kUsualGraphSize);
+    request.size = figureSizeFromArgument(command.size).value_or(kUsualGraphSize);
+    if (command.dotsPerInch > 0)
+        request.density = command.dotsPerInch / kPointsPerInch;
     request.bare = command.bare;
     request.reading = readingOf(command.gaps);
     request.reading.insert(readingFrom(command.reading));
@@ -101,8 +107,13 @@ Command addRender(CLI::App& program)
         ->check(checkPicture);
     addRecordChoice(render, options->choice);
     addRange(render, options->choice);
-    addSize(render, "--size", options->size,
-            "Size of the graph in points; " + argumentFromSize(kUsualGraphSize) + " unless given");
+    addText(render, "--size", options->size,
+            "Size of the graph in points, or in millimetres; " + argumentFromSize(kUsualGraphSize) + " unless given")
+        ->type_name("WxH|WxHmm")
+        ->check(checkFigureSize);
+    render->add_option("--dpi", options->dotsPerInch, "Pixels an inch of a PNG, written into it; 72 unless given")
+        ->type_name("N")
+        ->check(CLI::Range(kLeastDots, kMostDots));
     addText(render, "--title", options->title, "A title above the graph")->type_name("TEXT");
     addText(render, "--gaps", options->gaps,
             "Where nothing was recorded: break the line, which is the default; join it; or join gaps up to a time")
@@ -112,7 +123,9 @@ Command addRender(CLI::App& program)
     render->add_flag("--bare", options->bare, "The plain graph that programs ask for: no date labels, no styling; PNG");
     render->footer("Examples:\n  plotix render nyc.plotix --agent EWR --properties airTemperature,pressure \\\n"
                    "    --size 1200x600 --title \"Newark 2013\" --output newark.png\n"
-                   "  plotix render nyc.plotix --agent EWR --from 2013-07-01 --to 2013-07-08 --output july.pdf");
+                   "  plotix render nyc.plotix --agent EWR --from 2013-07-01 --to 2013-07-08 --output july.pdf\n"
+                   "  plotix render nyc.plotix --agent EWR --properties temp,pressure --look paper --size 85x60mm \\\n"
+                   "    --dpi 300 --font-size 7pt --output figure.png");
     Command command{render, Command::Makes::Picture};
     command.run = [options](CommandContext context) { return runCommand(*options, context); };
     command.contradiction = [options]() -> std::optional<QString> {
@@ -120,8 +133,13 @@ Command addRender(CLI::App& program)
             return QStringLiteral("--bare draws PNG only; give an --output that ends in .png");
         if (options->bare && !options->gaps.isEmpty())
             return QStringLiteral("--bare always joins gaps; leave out --gaps");
+        if (options->bare && options->dotsPerInch > 0)
+            return QStringLiteral("--bare draws a pixel a point; leave out --dpi");
+        if (isPdf(*options) && options->dotsPerInch > 0)
+            return QStringLiteral("--dpi is for PNG; a PDF file has no pixels");
         if (options->bare && !options->reading.isEmpty())
-            return QStringLiteral("--bare draws lines alone; leave out --arrangement, --at and --marks");
+            return QStringLiteral(
+                "--bare draws lines alone; leave out --arrangement, --look, --font-size, --at and --marks");
         return contradictionIn(options->choice);
     };
     return command;

@@ -23,6 +23,19 @@ std::optional<Marks> marksFromArgument(const QString& text)
     return a && b ? std::optional(Marks{*a, *b}) : std::nullopt;
 }
 
+/// With the dashes that a picture gets unless told otherwise: the choice takes the place of that one.
+QVariantMap looksFrom(const ReadingChoice& choice)
+{
+    QVariantMap looks;
+    if (!choice.look.isEmpty() && choice.look != QLatin1String("dark"))
+        looks.insert(QStringLiteral("look"), choice.look);
+    if (const auto size = fontSizeFromArgument(choice.fontSize))
+        looks.insert(QStringLiteral("fontSize"), *size);
+    if (!looks.isEmpty())
+        looks.insert(QStringLiteral("marks"), QStringLiteral("apart"));
+    return looks;
+}
+
 }  // namespace
 
 void addReadingChoice(CLI::App* command, ReadingChoice& choice)
@@ -31,6 +44,12 @@ void addReadingChoice(CLI::App* command, ReadingChoice& choice)
             "How the lines share the graph: all on one scale, in lanes, or as suits them, which is the default")
         ->type_name("one-scale|lane-per-unit|lane-per-property|automatic")
         ->check(CLI::IsMember({"one-scale", "lane-per-unit", "lane-per-property", "automatic"}));
+    addText(command, "--look", choice.look, "Light lines on dark, dark ones on light, or as on white paper")
+        ->type_name("dark|light|paper")
+        ->check(CLI::IsMember({"dark", "light", "paper"}));
+    addText(command, "--font-size", choice.fontSize, "Size of all texts in the graph, in points")
+        ->type_name("Npt")
+        ->check(checkFontSize);
     addText(command, "--at", choice.at, "Say what every line reads at this time, with a line through all of them")
         ->type_name("TIME")
         ->check(checkTime);
@@ -44,6 +63,8 @@ QVariantMap readingFrom(const ReadingChoice& choice)
     QVariantMap reading;
     if (!choice.arrangement.isEmpty())
         reading.insert(QStringLiteral("arrangement"), QVariantMap{{QStringLiteral("kind"), choice.arrangement}});
+    if (const QVariantMap looks = looksFrom(choice); !looks.isEmpty())
+        reading.insert(QStringLiteral("looks"), looks);
     if (const auto at = choice.at.isEmpty() ? std::nullopt : timeFromArgument(choice.at))
         reading.insert(QStringLiteral("valueLine"), QVariantMap{{QStringLiteral("held"), *at}});
     if (const auto marks = marksFromArgument(choice.marks))

@@ -30,6 +30,7 @@ struct ReportContents {
     std::vector<Row> rows;                          ///< of the lines that the graph shows
     QStringList figureTitles;                       ///< of the rows' further cells
     QString about;                                  ///< what the rows are about, in words; empty: all records read
+    bool areUnitsInGraph = false;                   ///< as in lanes, whose heads name them
     QStringList outside;                            ///< names of those whose values the graph cuts off
 
     /// Draws the graph into a rectangle in points, dark on white.

@@ -106,7 +106,8 @@ QString noteText(const ReportContents& contents, const QLocale& locale)
 QString sharedUnit(const ReportContents& contents)
 {
     const auto differs = [&](const ReportContents::Row& row) { return row.unit != contents.rows.front().unit; };
-    return contents.rows.empty() || std::any_of(contents.rows.begin(), contents.rows.end(), differs)
+    return contents.areUnitsInGraph || contents.rows.empty() ||
+                   std::any_of(contents.rows.begin(), contents.rows.end(), differs)
                ? QString()
                : contents.rows.front().unit;
 }

@@ -23,7 +23,7 @@ QString recordsText(const ReportContents& contents, const QLocale& locale);
 /// empty when there is nothing.
 QString noteText(const ReportContents& contents, const QLocale& locale);
 
-/// The unit of all rows; empty when they have several.
+/// The unit of all rows, to stand above the values; empty when they have several, or the graph names them itself.
 QString sharedUnit(const ReportContents& contents);
 
 /// Minimum, maximum and average with equally many decimals: three digits of the distance between the extremes.

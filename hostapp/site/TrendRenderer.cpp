@@ -73,17 +73,17 @@ QByteArray TrendRenderer::renderView(const RenderRequest& request) const
     const KTVPlugInPtr plugIn = requireTrend(*m_module, request.trend);
     chooseReading(plugIn.get(), Reader::OfAPicture);
     setReading(plugIn.get(), request.reading);
-    loadViewAtSize(*plugIn, request.size);
+    loadViewAtSize(*plugIn, request.size.toSize());
     requireRecords(*request.trend.agent);
     QByteArray data;
     if (request.format == RenderRequest::Format::Pdf) {
         data = graphPDF(plugIn.get(), request.size, request.trend.title);
     } else {
-        const QImage image = graphImage(plugIn.get(), request.size, 1.0, request.trend.title);
+        const QImage image = graphImage(plugIn.get(), request.size, request.density, request.trend.title);
         data = image.isNull() ? QByteArray() : pngOfImage(image);
     }
     if (data.isEmpty())
-        failToDraw(request.size);
+        failToDraw(request.size.toSize());
     return data;
 }
 
@@ -100,13 +100,13 @@ QByteArray TrendRenderer::renderBare(const RenderRequest& request) const
     const bool sent = QMetaObject::invokeMethod(
         trendClass, "graph", Qt::DirectConnection, Q_ARG(KTVAgentPtr, agent),
         Q_ARG(plotix::OptionalDate, request.trend.from), Q_ARG(plotix::OptionalDate, request.trend.to),
-        Q_ARG(QVariant, QVariant(keys)), Q_ARG(QString, request.trend.title), Q_ARG(QSizeF, QSizeF(request.size)),
+        Q_ARG(QVariant, QVariant(keys)), Q_ARG(QString, request.trend.title), Q_ARG(QSizeF, request.size),
         Q_ARG(QObject*, &receiver), Q_ARG(QByteArray, QByteArrayLiteral("receiveImage")));
     if (!sent)
         throw ReportableError(QStringLiteral("The plug-in module cannot draw off screen; install Plotix again."));
     requireRecords(*request.trend.agent);
     if (receiver.png().isEmpty())
-        failToDraw(request.size);
+        failToDraw(request.size.toSize());
     return receiver.png();
 }
 

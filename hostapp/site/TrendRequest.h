@@ -26,7 +26,8 @@ struct RenderRequest {
     enum class Format { Png, Pdf };
 
     TrendRequest trend;
-    QSize size = kUsualGraphSize;  ///< points
+    QSizeF size = kUsualGraphSize;  ///< points
+    double density = 1;             ///< of a PNG: pixels a point
     Format format = Format::Png;
     QVariantMap reading;  ///< options chosen for this picture, by name
     bool bare = false;    ///< through the off-screen class operation: theme axes only; always Png

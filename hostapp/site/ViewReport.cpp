@@ -73,6 +73,7 @@ ReportContents ViewReport::contents() const
     contents.to = given.value(QStringLiteral("to")).toDouble();
     contents.firstRecord = timeFrom(given, "firstRecord");
     contents.lastRecord = timeFrom(given, "lastRecord");
+    contents.areUnitsInGraph = given.value(QStringLiteral("unitsInGraph")).toBool();
     contents.outside = given.value(QStringLiteral("outside")).toStringList();
     contents.figureTitles = given.value(QStringLiteral("figureTitles")).toStringList();
     contents.about = given.value(QStringLiteral("about")).toString();

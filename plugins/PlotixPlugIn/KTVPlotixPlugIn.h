@@ -179,7 +179,8 @@ public:
     /// For a report of the host's own: "rows" of the lines shown ("name", "unit", "color", "minimum", "maximum",
     /// "average", "points", and "figures": texts under "figureTitles"), "about" (what they are about, empty: all
     /// records), "from" and "to" of the graph as it is drawn and "firstRecord" and "lastRecord" of what the
-    /// rows are about (seconds since 1970-01-01 UTC), "siteName", "siteLocation". Empty while there is no graph.
+    /// rows are about (seconds since 1970-01-01 UTC), "unitsInGraph" (whether its heads name them), "siteName",
+    /// "siteLocation". Empty while there is no graph.
     Q_INVOKABLE QVariantMap reportContents() const;
     Q_INVOKABLE void drawGraphOnPaper(QPainter* painter, const QRectF& rect);  ///< points; dark on white, no titles
 

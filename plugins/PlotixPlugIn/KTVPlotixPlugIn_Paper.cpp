@@ -62,6 +62,7 @@ QVariantMap KTVPlotixPlugIn::reportContents() const
     const CPTPlotRange& drawn = m_graph->plotSpace().xRange();
     QVariantMap contents{
         {QStringLiteral("rows"), rows}, {QStringLiteral("from"), drawn.location}, {QStringLiteral("to"), drawn.end()}};
+    contents.insert(QStringLiteral("unitsInGraph"), m_graph->axes().yAxis().isHidden());
     contents.insert(QStringLiteral("figureTitles"), figureTitles(figures));
     contents.insert(QStringLiteral("about"), figures ? figures->about() : QString());
     if (const plotix::OutsideLines told = linesOutside(); told.kind == plotix::OutsideLines::Kind::Outside)

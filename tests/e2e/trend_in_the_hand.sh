@@ -190,11 +190,12 @@ stored panel shown || fail "the panel did not come back"
 picture 16-panel-shown
 differ $graph_strip 14-fahrenheit 16-panel-shown && fail "the graph did not come back to its place"
 
-# From the graph on by keyboard alone: button, table, first check box; Space hides its plot.
+# From the graph on by keyboard alone: button, what the statistics are about, table, first check box; Space hides its
+# plot.
 point_at $graph click 1; point_at $nowhere
 xdotool key Tab
 picture 17-focus-on-button
-xdotool key Tab Tab
+xdotool key Tab Tab Tab
 picture 18-focus-on-check-box
 xdotool key space
 stored shown "False|True|True" || fail "Tab and Space did not reach the check box"

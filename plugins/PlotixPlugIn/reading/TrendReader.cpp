@@ -105,6 +105,9 @@ const QList<QAction*>& TrendReader::menuActions()
             (*menu)->setToolTipsVisible(true);
             m_menuActions << (*menu)->menuAction();
         }
+        const QList<QAction*> before = (*menu)->actions();
+        if (!before.isEmpty() && before.back()->actionGroup() != action->actionGroup())
+            (*menu)->addSeparator();  // choices of which one is on stand by themselves
         (*menu)->addAction(action);
     }
     return m_menuActions;

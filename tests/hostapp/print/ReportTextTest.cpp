@@ -104,5 +104,13 @@ TEST(ReportText, TheUnitOfAllRowsIsShared)
     EXPECT_EQ(sharedUnit(contents), "");
 }
 
+TEST(ReportText, AUnitThatTheGraphNamesIsNotWrittenAboveIt)
+{
+    ReportContents contents;
+    contents.rows = {row(0, 1, 0), row(0, 1, 0)};
+    contents.areUnitsInGraph = true;
+    EXPECT_EQ(sharedUnit(contents), "");
+}
+
 }  // namespace
 }  // namespace plotix

@@ -197,6 +197,14 @@ TEST_F(TrendLanesTest, ATypedRangeThatIsNoneIsRefusedWithASentence)
     EXPECT_NE(lane(0).space()->yRange().minLimit(), 2000);
 }
 
+TEST_F(TrendLanesTest, AReportIsToldThatTheHeadsNameTheUnits)
+{
+    openTrendWithData();
+    EXPECT_FALSE(trend().reportContents().value("unitsInGraph").toBool());
+    arrange("lane-per-unit");
+    EXPECT_TRUE(trend().reportContents().value("unitsInGraph").toBool());
+}
+
 TEST_F(TrendLanesTest, MenusOfferTheArrangements)
 {
     openTrendWithData();
