@@ -56,10 +56,9 @@ void LaneDividers::showCursorFor(const QPointF& point)
 
 bool LaneDividers::eventFilter(QObject* watched, QEvent* event)
 {
-    if (watched != m_view || !m_view->hostedGraph())
-        return false;
+    // First of all: a view that is being deleted sends other events, and is no view of a graph by then.
     const auto* mouse = dynamic_cast<QMouseEvent*>(event);
-    if (!mouse)
+    if (!mouse || watched != m_view || !m_view->hostedGraph())
         return false;
     switch (event->type()) {
     case QEvent::MouseButtonPress:

@@ -19,6 +19,12 @@ constexpr double kLeastBox = 6;          // points: a shorter side zooms nothing
 constexpr double kFlatBox = 14;          // points: a lower box means its times alone
 constexpr double kPointsToDouble = 120;  // of a drag along an axis
 
+bool isPointerEvent(QEvent::Type type)
+{
+    return type == QEvent::MouseButtonPress || type == QEvent::MouseMove || type == QEvent::MouseButtonRelease ||
+           type == QEvent::MouseButtonDblClick || type == QEvent::Wheel;
+}
+
 }  // namespace
 
 GraphGestures::GraphGestures(ReadTrend& trend) : m_trend(trend) {}
@@ -44,7 +50,8 @@ void GraphGestures::zoomByNextDrag()
 
 bool GraphGestures::eventFilter(QObject* watched, QEvent* event)
 {
-    if (watched != m_view || !m_view->hostedGraph() || !(m_isOn || m_isNextDragABox))
+    // A view that is being deleted sends other events, and is no view of a graph by then.
+    if (!isPointerEvent(event->type()) || watched != m_view || !m_view->hostedGraph() || !(m_isOn || m_isNextDragABox))
         return false;
     switch (event->type()) {
     case QEvent::MouseButtonPress: return press(static_cast<const QMouseEvent&>(*event));
