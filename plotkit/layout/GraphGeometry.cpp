@@ -8,7 +8,10 @@ namespace plotkit {
 GraphGeometry geometryOfGraph(const CPTXYGraph& graph, const QRectF& rectangle, const TextMeasure& measureText)
 {
     const QRectF frame = insideOf(rectangle, graph.padding());
-    return {graph, rectangle, frame, insideOf(frame, paddingForLabels(graph, frame, measureText))};
+    LegendLayout legend = layOutLegend(graph, frame, measureText);
+    const QRectF ground = besideLegend(graph, frame, legend);
+    return {graph,  rectangle,        frame, insideOf(ground, paddingForLabels(graph, ground, measureText)),
+            ground, std::move(legend)};
 }
 
 }  // namespace plotkit

@@ -25,6 +25,13 @@ public:
     bool plotSpaceShouldHandlePointingDeviceCancelledEvent(CPTXYPlotSpace*) override { return true; }
 };
 
+/// Where a lane is named.
+struct LaneNaming {
+    enum class Title { InHead, AlongAxis, None } title = Title::InHead;
+    bool hasKeys = true;  ///< samples of its lines in its head
+    friend bool operator==(const LaneNaming&, const LaneNaming&) = default;
+};
+
 class Lane {
 public:
     Lane(CPTXYGraph& graph, QString key);
@@ -40,6 +47,8 @@ public:
     /// Takes plots into the lane, whose unit and common name are given, and shows them on its own scale.
     void setPlots(const std::vector<CPTScatterPlotPtr>& plots, const QString& name, const QString& unitSymbol);
     void setStrip(double top, double bottom);
+
+    void setNaming(const LaneNaming& naming) { m_naming = naming; }  ///< seen with the next restyle()
 
     /// Fits the values by the settings.
     void fit();
@@ -67,6 +76,7 @@ private:
     CPTXYAxisPtr m_axis = std::make_shared<CPTXYAxis>(CPTCoordinate::Y);
     std::vector<CPTScatterPlotPtr> m_plots;
     std::vector<CPTSeriesControllerPtr> m_plain, m_scaled;  // of the plots; scaled ones only where logarithmic
+    LaneNaming m_naming;
     double m_top = 0, m_bottom = 1;
 };
 
