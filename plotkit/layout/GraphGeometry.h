@@ -20,10 +20,13 @@ struct GraphGeometry {
     const CPTXYGraph& graph;
     QRectF rectangle;  ///< the whole picture
     QRectF frame;      ///< the plot area frame: the rectangle less the graph's padding
-    QRectF plotArea;   ///< the ground less the frame's padding, or the room labels need; holds the strips that the
+    QRectF inside;     ///< the frame less legend and rooms of the layers; all of it where they need none
+    QRectF plotArea;   ///< the inside less the frame's padding, or the room its labels need; holds the strips that the
                        ///< ranges are spread over. Never of negative size
-    QRectF ground;     ///< the frame less the legend
-    LegendLayout legend{};
+    LegendLayout legend{};  ///< along an edge of the frame, outside the layers' rooms
+
+    /// The room of a layer of this graph beside the plots; empty for one that needs none, or is not in the graph.
+    QRectF roomOf(const CPTGraphLayer& layer) const;
 
     /// The part of the plot area that a space is spread over.
     QRectF areaOf(const CPTXYPlotSpace& space) const { return stripArea(plotArea, space.strip()); }

@@ -100,7 +100,7 @@ GraphLayout layOutGraph(const CPTXYGraph& graph, const QRectF& rectangle, const 
     layout.legend = geometry.legend;
     layout.axes.resize(graph.axes().axes().size());
     const double border = borderWidth(graph.plotAreaFrame());
-    const QRectF frameInside = insideOf(geometry.ground, {border, border, border, border});
+    const QRectF frameInside = insideOf(geometry.inside, {border, border, border, border});
     if (!layout.frame.isEmpty())
         layout.title = placedTitle(graph, rectangle, frameInside, measureText);
     if (layout.plotArea.isEmpty())

@@ -8,6 +8,16 @@ namespace {
 
 using namespace plotkit;
 
+/// Takes thirty points below the plots.
+class BottomLayer : public CPTGraphLayer {
+public:
+    void drawInGraph(QPainter& /*painter*/, const GraphGeometry& /*geometry*/) override {}
+    std::optional<CPTLayerRoom> room(const QSizeF& /*size*/) const override
+    {
+        return CPTLayerRoom{CPTLayerRoom::Edge::Bottom, 30};
+    }
+};
+
 /// 400 × 300 points with a legend whose text is ten points high: five points a letter.
 class LegendTest : public testing::Test {
 protected:
@@ -141,6 +151,17 @@ TEST_F(LegendTest, LabelsAndTitlesOfAxesKeepOffIt)
     ASSERT_TRUE(layout.xAxis().title);
     EXPECT_LE(layout.xAxis().title->box.bottom(), layout.legend.area.top());
     EXPECT_LT(layout.plotArea.bottom(), layout.xAxis().title->box.top());
+}
+
+TEST_F(LegendTest, RoomsOfLayersStandBetweenItAndThePlots)
+{
+    name("Air");
+    const auto layer = std::make_shared<BottomLayer>();
+    graph.addLayer(layer);
+    const GraphLayout layout = layOut(CPTLegendPlace::Below);
+    const GraphGeometry geometry = geometryOfGraph(graph, {0, 0, 400, 300}, sizeOfText);
+    EXPECT_EQ(geometry.roomOf(*layer).bottom(), layout.legend.area.top());
+    EXPECT_EQ(geometry.roomOf(*layer).top(), layout.plotArea.bottom());
 }
 
 }  // namespace

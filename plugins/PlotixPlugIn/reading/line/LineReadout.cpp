@@ -50,7 +50,8 @@ ReadAt readAt(const std::vector<TrendLine>& lines, double time, const plotkit::G
         if (!reading.record)
             continue;
         const CPTXYPlotSpace& space = geometry.graph.plotSpaceOf(*each.plot);
-        const QPointF place = geometry.pointForValue(space, {reading.record->time, reading.record->value});
+        const QPointF place =
+            geometry.pointForValue(space, {reading.record->time, space.yOfValue(reading.record->value)});
         if (geometry.areaOf(space).adjusted(-1, -1, 1, 1).contains(place))
             read.dots.push_back({each.line.color, place});
     }

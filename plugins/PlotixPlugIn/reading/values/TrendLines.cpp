@@ -29,7 +29,7 @@ void TrendLines::find()
         if (!line.isShown || !plot || !plot->series())
             continue;
         LineRecords found =
-            lineRecords(plot->series(), records ? records->columnForKey(line.key) : nullptr, plot->gapThreshold());
+            lineRecords(plot->valueSeries(), records ? records->columnForKey(line.key) : nullptr, plot->gapThreshold());
         m_lines.push_back({std::move(line), plot, std::move(found)});
     }
 }
