@@ -911,6 +911,10 @@
         <source>“%1” cannot be written: %2</source>
         <translation>„%1“ kann nicht geschrieben werden: %2</translation>
     </message>
+    <message>
+        <source>“%1” is an SVG drawing. Choose another name.</source>
+        <translation>„%1“ ist eine SVG-Zeichnung. Wählen Sie einen anderen Namen.</translation>
+    </message>
 </context>
 <context>
     <name>PageReport</name>
@@ -2549,10 +2553,6 @@
         <translation> Punkt</translation>
     </message>
     <message>
-        <source> pixels a point</source>
-        <translation> Pixel je Punkt</translation>
-    </message>
-    <message>
         <source>&amp;Picture of:</source>
         <translation>Bi&amp;ld von:</translation>
     </message>
@@ -2561,24 +2561,8 @@
         <translation>&amp;Format:</translation>
     </message>
     <message>
-        <source>&amp;Width:</source>
-        <translation>&amp;Breite:</translation>
-    </message>
-    <message>
-        <source>&amp;Height:</source>
-        <translation>&amp;Höhe:</translation>
-    </message>
-    <message>
-        <source>&amp;Density:</source>
-        <translation>&amp;Dichte:</translation>
-    </message>
-    <message>
         <source>&amp;Title:</source>
         <translation>&amp;Titel:</translation>
-    </message>
-    <message>
-        <source>&amp;Export…</source>
-        <translation>&amp;Exportieren …</translation>
     </message>
     <message>
         <source>Lines and letters, no pixels</source>
@@ -2591,6 +2575,174 @@
     <message>
         <source>%1 × %2 pixels</source>
         <translation>%1 × %2 Pixel</translation>
+    </message>
+    <message>
+        <source>T&amp;ransparent ground</source>
+        <translation>Du&amp;rchsichtiger Grund</translation>
+    </message>
+    <message>
+        <source>&amp;Save…</source>
+        <translation>&amp;Sichern…</translation>
+    </message>
+    <message>
+        <source>&amp;Delete</source>
+        <translation>Lös&amp;chen</translation>
+    </message>
+    <message>
+        <source>SVG, to go on drawing and for the web</source>
+        <translation>SVG, zum Weiterzeichnen und fürs Web</translation>
+    </message>
+    <message>
+        <source>millimeters</source>
+        <translation>Millimeter</translation>
+    </message>
+    <message>
+        <source>points</source>
+        <translation>Punkte</translation>
+    </message>
+    <message>
+        <source>pixels</source>
+        <translation>Pixel</translation>
+    </message>
+    <message>
+        <source>Unit of width and height</source>
+        <translation>Einheit von Breite und Höhe</translation>
+    </message>
+    <message>
+        <source>Width</source>
+        <translation>Breite</translation>
+    </message>
+    <message>
+        <source>Height</source>
+        <translation>Höhe</translation>
+    </message>
+    <message>
+        <source> dots an inch</source>
+        <translation> Punkte je Zoll</translation>
+    </message>
+    <message>
+        <source>Save these choices by a name</source>
+        <translation>Diese Auswahl unter einem Namen sichern</translation>
+    </message>
+    <message>
+        <source>Delete the saved choices of this name</source>
+        <translation>Die gesicherte Auswahl dieses Namens löschen</translation>
+    </message>
+    <message>
+        <source>As the trend</source>
+        <translation>Wie der Trend</translation>
+    </message>
+    <message>
+        <source>Dark</source>
+        <translation>Dunkel</translation>
+    </message>
+    <message>
+        <source>Light</source>
+        <translation>Hell</translation>
+    </message>
+    <message>
+        <source>Paper</source>
+        <translation>Papier</translation>
+    </message>
+    <message>
+        <source>None</source>
+        <translation>Keine</translation>
+    </message>
+    <message>
+        <source>Below the graph</source>
+        <translation>Unter dem Diagramm</translation>
+    </message>
+    <message>
+        <source>At the right</source>
+        <translation>Rechts</translation>
+    </message>
+    <message>
+        <source>Usual</source>
+        <translation>Übliche</translation>
+    </message>
+    <message>
+        <source>Along value axes</source>
+        <translation>An den Wertachsen</translation>
+    </message>
+    <message>
+        <source>Along all axes</source>
+        <translation>An allen Achsen</translation>
+    </message>
+    <message>
+        <source> times as wide</source>
+        <translation>-mal so breit</translation>
+    </message>
+    <message>
+        <source>For &amp;use as:</source>
+        <translation>&amp;Verwendung:</translation>
+    </message>
+    <message>
+        <source>&amp;Width, height:</source>
+        <translation>&amp;Breite, Höhe:</translation>
+    </message>
+    <message>
+        <source>D&amp;ensity:</source>
+        <translation>Dicht&amp;e:</translation>
+    </message>
+    <message>
+        <source>&amp;Look:</source>
+        <translation>A&amp;ussehen:</translation>
+    </message>
+    <message>
+        <source>Te&amp;xt:</source>
+        <translation>Sc&amp;hrift:</translation>
+    </message>
+    <message>
+        <source>Le&amp;gend:</source>
+        <translation>Le&amp;gende:</translation>
+    </message>
+    <message>
+        <source>&amp;Axis titles:</source>
+        <translation>&amp;Achsentitel:</translation>
+    </message>
+    <message>
+        <source>Li&amp;nes:</source>
+        <translation>Li&amp;nien:</translation>
+    </message>
+    <message>
+        <source>The picture as it will be</source>
+        <translation>Das Bild, wie es wird</translation>
+    </message>
+    <message>
+        <source>Export…</source>
+        <translation>Exportieren…</translation>
+    </message>
+    <message>
+        <source>Something else</source>
+        <translation>Etwas anderes</translation>
+    </message>
+    <message>
+        <source>Column of a paper, 85 mm</source>
+        <translation>Spalte eines Artikels, 85 mm</translation>
+    </message>
+    <message>
+        <source>Slide</source>
+        <translation>Folie</translation>
+    </message>
+    <message>
+        <source>Report, 160 mm</source>
+        <translation>Bericht, 160 mm</translation>
+    </message>
+    <message>
+        <source>Web page</source>
+        <translation>Webseite</translation>
+    </message>
+    <message>
+        <source>Name of these choices:</source>
+        <translation>Name dieser Auswahl:</translation>
+    </message>
+    <message>
+        <source>Save Choices</source>
+        <translation>Auswahl sichern</translation>
+    </message>
+    <message>
+        <source>This name cannot be used. Another name:</source>
+        <translation>Dieser Name ist nicht möglich. Ein anderer Name:</translation>
     </message>
 </context>
 <context>
