@@ -17,6 +17,12 @@ KTVRecordDictionaryPtr TrendAccess::records() const
     return m_plugIn.m_plotData;
 }
 
+KTVAnnotations* TrendAccess::annotations() const
+{
+    const auto* annotated = dynamic_cast<const KTVAnnotatedAgent*>(m_plugIn.agent().get());
+    return annotated ? annotated->annotations() : nullptr;
+}
+
 std::vector<plotix::ReadLine> TrendAccess::lines() const
 {
     std::vector<plotix::ReadLine> lines;

@@ -1842,6 +1842,34 @@
         <source>To %1</source>
         <translation>Bis %1</translation>
     </message>
+    <message>
+        <source>L&amp;imits and Notes</source>
+        <translation>&amp;Grenzwerte und Notizen</translation>
+    </message>
+    <message>
+        <source>Show &amp;Limits</source>
+        <translation>&amp;Grenzwerte zeigen</translation>
+    </message>
+    <message>
+        <source>&amp;Widen Values to the Limits</source>
+        <translation>&amp;Werte bis zu den Grenzwerten zeigen</translation>
+    </message>
+    <message>
+        <source>Set Limits &amp;of</source>
+        <translation>Grenzwerte &amp;setzen von</translation>
+    </message>
+    <message>
+        <source>Limits…</source>
+        <translation>Grenzwerte …</translation>
+    </message>
+    <message>
+        <source>Next Limit &amp;Crossing</source>
+        <translation>Nächstes Ü&amp;berschreiten eines Grenzwerts</translation>
+    </message>
+    <message>
+        <source>Previous Limit Cr&amp;ossing</source>
+        <translation>V&amp;origes Überschreiten eines Grenzwerts</translation>
+    </message>
 </context>
 <context>
     <name>PlugInStore</name>

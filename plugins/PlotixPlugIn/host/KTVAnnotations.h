@@ -62,5 +62,5 @@ signals:
 class KTVHOST_EXPORT KTVAnnotatedAgent {
 public:
     virtual ~KTVAnnotatedAgent();
-    virtual KTVAnnotations* annotations() const = 0;  ///< *borrowed*; never null, lives as long as the agent
+    virtual KTVAnnotations* annotations() const = 0;  ///< *borrowed*, lives as long as the agent; null: none
 };

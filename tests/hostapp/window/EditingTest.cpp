@@ -383,7 +383,7 @@ TEST_F(EditingTest, AnImportOverOtherValuesAsksFirst)
 TEST_F(EditingTest, LimitsAreSetAndUndone)
 {
     answerNext<plotix::LimitsDialog>([](plotix::LimitsDialog* dialog) {
-        QTest::keyClicks(QApplication::focusWidget(), "60");
+        QTest::keyClicks(dialog->focusWidget(), "60");
         QTest::keyClick(dialog, Qt::Key_Return);
     });
     choose(0, QStringLiteral("Limits…"));

@@ -1,6 +1,8 @@
 #include "plugins/PlotixPlugIn/reading/line/LineReadout.h"
 
 #include "plugins/PlotixPlugIn/reading/trend/ReadingPart.h"
+#include "plugins/PlotixPlugIn/reading/values/GraphLook.h"
+#include "plugins/PlotixPlugIn/reading/values/LimitLook.h"
 
 #include <cmath>
 
@@ -22,6 +24,19 @@ bool isFar(const LineRecords& records, double distance, double perPoint)
 {
     const double length = std::abs(distance);
     return length > kReach * perPoint && (length > records.usualDistance || length > kFarInPicture * perPoint);
+}
+
+/// Which limit the value is beyond, before how far away it is.
+void noteLimit(ReadoutRow& row, const TrendLine& line, double value, const ValueTexts& texts, bool onDark)
+{
+    const auto limit = limitPassed(line.limits, value);
+    if (!limit)
+        return;
+    const QString text = (limit->side == KTVLimit::Side::Above ? localizedText(QT_TRANSLATE_NOOP("Plotix", "above %1"))
+                                                               : localizedText(QT_TRANSLATE_NOOP("Plotix", "below %1")))
+                             .arg(limitText(*limit, texts, line.line.unitSymbol));
+    row.note = row.note.isEmpty() ? text : text + QStringLiteral(", ") + row.note;
+    row.noteColor = limitColor(limit->severity, onDark);
 }
 
 }  // namespace
@@ -46,11 +61,14 @@ ReadAt readAt(const std::vector<TrendLine>& lines, double time, const plotkit::G
                                    : localizedText(QT_TRANSLATE_NOOP("Plotix", "not recorded"));
         if (reading.record && isFar(each.records, reading.distance, perPoint))
             row.note = distanceText(reading.distance);
+        if (reading.record)
+            noteLimit(row, each, reading.record->value, texts, isDark(geometry.graph));
         read.readout.rows.push_back(std::move(row));
         if (!reading.record)
             continue;
         const CPTXYPlotSpace& space = geometry.graph.plotSpaceOf(*each.plot);
-        const QPointF place = geometry.pointForValue(space, {reading.record->time, reading.record->value});
+        const QPointF place =
+            geometry.pointForValue(space, {reading.record->time, each.records.drawnValue(reading.record->value)});
         if (geometry.areaOf(space).adjusted(-1, -1, 1, 1).contains(place))
             read.dots.push_back({each.line.color, place});
     }

@@ -1,16 +1,36 @@
 #include "plugins/PlotixPlugIn/reading/values/TrendLines.h"
 
+#include <algorithm>
 #include <cmath>
 
 namespace plotix {
+
+namespace {
+
+/// Whether the axis of the plot's own space counts by powers of ten.
+bool isLogarithmic(const CPTXYGraph& graph, const CPTScatterPlot& plot)
+{
+    const auto space = plot.plotSpace();
+    const auto& axes = graph.axes().axes();
+    return space && std::any_of(axes.begin(), axes.end(), [&](const auto& axis) {
+               return axis->coordinate() == CPTCoordinate::Y && axis->plotSpace() == space &&
+                      axis->labelingPolicy() == CPTAxisLabelingPolicy::Logarithmic;
+           });
+}
+
+}  // namespace
 
 const std::vector<TrendLine>& TrendLines::shown()
 {
     const CPTXYGraphPtr graph = m_trend.graph();
     if (!m_isKnown || !graph || graph->allPlots() != m_plots)
         find();
-    for (TrendLine& each : m_lines)  // the option that breaks lines changes it at any time
+    const KTVAnnotations* annotations = m_trend.annotations();
+    for (TrendLine& each : m_lines) {  // what options, and the host, change at any time
         each.records.longestJoin = each.plot->gapThreshold();
+        each.records.isLogarithmic = isLogarithmic(*graph, *each.plot);
+        each.limits = annotations ? annotations->limitsOf(each.line.key) : std::vector<KTVLimit>();
+    }
     return m_lines;
 }
 

@@ -55,7 +55,7 @@ TEST_F(LimitsDialogTest, BeginsWithARowForOneLimitWhoseValueIsTyped)
 {
     open();
     EXPECT_FALSE(canAccept());
-    QTest::keyClicks(QApplication::focusWidget(), "60.5");
+    QTest::keyClicks(dialog->focusWidget(), "60.5");
     EXPECT_TRUE(canAccept());
     ASSERT_EQ(dialog->limits().size(), 1U);
     EXPECT_EQ(dialog->limits()[0].name, "high");
