@@ -3,12 +3,63 @@
 #include "plotkit/layout/LabelRoom.h"
 #include "plotkit/layout/PaddedRect.h"
 
+#include <algorithm>
+
 namespace plotkit {
+
+namespace {
+
+/// Takes the layer's room off `inside` and answers it.
+QRectF takeRoom(QRectF& inside, const CPTGraphLayer& layer)
+{
+    using Edge = CPTLayerRoom::Edge;
+    const std::optional<CPTLayerRoom> room = layer.room(inside.size());
+    if (!room || !(room->depth > 0))
+        return {};
+    QRectF taken = inside;
+    const double high = std::min(room->depth, inside.height());
+    const double wide = std::min(room->depth, inside.width());
+    switch (room->edge) {
+    case Edge::Top:
+        taken.setHeight(high);
+        inside.setTop(taken.bottom());
+        break;
+    case Edge::Bottom:
+        taken.setTop(inside.bottom() - high);
+        inside.setBottom(taken.top());
+        break;
+    case Edge::Left:
+        taken.setWidth(wide);
+        inside.setLeft(taken.right());
+        break;
+    case Edge::Right:
+        taken.setLeft(inside.right() - wide);
+        inside.setRight(taken.left());
+        break;
+    }
+    return taken;
+}
+
+}  // namespace
+
+QRectF GraphGeometry::roomOf(const CPTGraphLayer& layer) const
+{
+    QRectF left = frame;
+    for (const CPTGraphLayerPtr& each : graph.layers()) {
+        const QRectF room = takeRoom(left, *each);
+        if (each.get() == &layer)
+            return room;
+    }
+    return {};
+}
 
 GraphGeometry geometryOfGraph(const CPTXYGraph& graph, const QRectF& rectangle, const TextMeasure& measureText)
 {
     const QRectF frame = insideOf(rectangle, graph.padding());
-    return {graph, rectangle, frame, insideOf(frame, paddingForLabels(graph, frame, measureText))};
+    QRectF inside = frame;
+    for (const CPTGraphLayerPtr& layer : graph.layers())
+        takeRoom(inside, *layer);
+    return {graph, rectangle, frame, inside, insideOf(inside, paddingForLabels(graph, inside, measureText))};
 }
 
 }  // namespace plotkit

@@ -19,8 +19,12 @@ struct GraphGeometry {
     const CPTXYGraph& graph;
     QRectF rectangle;  ///< the whole picture
     QRectF frame;      ///< the plot area frame: the rectangle less the graph's padding
-    QRectF plotArea;   ///< the frame less its own padding, or the room its labels need; holds the strips that the
+    QRectF inside;     ///< the frame less the rooms of the graph's layers; all of it where they need none
+    QRectF plotArea;   ///< the inside less the frame's padding, or the room its labels need; holds the strips that the
                        ///< ranges are spread over. Never of negative size
+
+    /// The room of a layer of this graph beside the plots; empty for one that needs none, or is not in the graph.
+    QRectF roomOf(const CPTGraphLayer& layer) const;
 
     /// The part of the plot area that a space is spread over.
     QRectF areaOf(const CPTXYPlotSpace& space) const { return stripArea(plotArea, space.strip()); }

@@ -99,7 +99,7 @@ GraphLayout layOutGraph(const CPTXYGraph& graph, const QRectF& rectangle, const 
     layout.plotArea = geometry.plotArea;
     layout.axes.resize(graph.axes().axes().size());
     const double border = borderWidth(graph.plotAreaFrame());
-    const QRectF frameInside = insideOf(layout.frame, {border, border, border, border});
+    const QRectF frameInside = insideOf(geometry.inside, {border, border, border, border});
     if (!layout.frame.isEmpty())
         layout.title = placedTitle(graph, rectangle, frameInside, measureText);
     if (layout.plotArea.isEmpty())

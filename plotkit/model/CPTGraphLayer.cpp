@@ -2,6 +2,11 @@
 
 CPTGraphLayer::~CPTGraphLayer() = default;
 
+std::optional<CPTLayerRoom> CPTGraphLayer::room(const QSizeF& /*frame*/) const
+{
+    return std::nullopt;
+}
+
 void CPTGraphLayer::setNeedsDisplay() const
 {
     if (m_changeHandler)

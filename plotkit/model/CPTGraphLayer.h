@@ -1,13 +1,24 @@
 #pragma once
 
+#include <QtCore/QSizeF>
+
 #include <functional>
 #include <memory>
+#include <optional>
 #include <utility>
 
 class QPainter;
 namespace plotkit {
 struct GraphGeometry;
 }
+
+/// Room along one edge of the plot area frame, inside it and outside the labels: for a legend, an overview, flags.
+struct CPTLayerRoom {
+    enum class Edge { Top, Right, Bottom, Left };
+
+    Edge edge = Edge::Bottom;
+    double depth = 0;  ///< points
+};
 
 /// What somebody draws above everything of a graph: a crosshair, a mark, a selection.
 ///
@@ -24,6 +35,11 @@ public:
     /// Draws in points, y downward. The painter's state is restored afterwards. Must not change the graph. `geometry`:
     /// see plotkit/layout/GraphGeometry.h.
     virtual void drawInGraph(QPainter& painter, const plotkit::GraphGeometry& geometry) = 0;
+
+    /// The room it needs beside the plots; none at first. `frame` is what layers below it have left of the frame: the
+    /// room goes from end to end of that. `GraphGeometry::roomOf` tells where it is. When the answer changes, the whole
+    /// graph must be drawn again: call its setNeedsDisplay().
+    virtual std::optional<CPTLayerRoom> room(const QSizeF& frame) const;
 
     /// Asks for the layers alone to be drawn again; in no graph: nothing happens.
     void setNeedsDisplay() const;

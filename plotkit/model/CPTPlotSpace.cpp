@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <limits>
 
 namespace {
 
@@ -55,6 +56,13 @@ void CPTXYPlotSpace::setRange(CPTPlotRange& stored, const CPTPlotRange& proposed
         m_delegate->plotSpaceDidChangePlotRangeForCoordinate(this, coordinate);
     if (changed && m_changeHandler)
         m_changeHandler();
+}
+
+double CPTXYPlotSpace::yOfValue(double value) const
+{
+    if (m_yScaleType == CPTScaleType::Linear)
+        return value;
+    return value > 0 ? std::log10(value) : std::numeric_limits<double>::quiet_NaN();
 }
 
 void CPTXYPlotSpace::setStrip(const CPTStrip& strip)

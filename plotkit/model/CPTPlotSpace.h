@@ -31,6 +31,9 @@ public:
 /// Which ranges of a plot space follow the user's hands: pointer, wheel, keys.
 enum class CPTMovableRanges { Both, OnlyX, OnlyY };
 
+/// What the numbers of a y range are: values, or the powers of ten that give them.
+enum class CPTScaleType { Linear, Logarithmic };
+
 /// The x and the y range that plots and axes of a graph are drawn by, both 0…1 at first.
 ///
 /// Setting a range asks the delegate first, stores its answer, then tells it. The graph *shares* it with whoever added
@@ -55,6 +58,13 @@ public:
     const CPTPlotRange& yRange() const { return m_yRange; }
     void setXRange(const CPTPlotRange& range);
     void setYRange(const CPTPlotRange& range);
+
+    /// Says what the numbers of its y range, and of its plots' series, are; linear at first. Changes no number by
+    /// itself.
+    CPTScaleType yScaleType() const { return m_yScaleType; }
+    void setYScaleType(CPTScaleType type) { m_yScaleType = type; }
+    /// The number of the y range at which a value stands; none, which is a NaN, for what has no power of ten.
+    double yOfValue(double value) const;
 
     /// From now on this space shows the x range stored in `leader`, another space of the same graph, and ignores x
     /// ranges proposed to itself: for a second value axis over the same time. The leader is held *weakly*. Once it is
@@ -83,6 +93,7 @@ private:
     bool m_allowsUserInteraction = false;
     CPTMovableRanges m_movableRanges = CPTMovableRanges::Both;
     CPTStrip m_strip;
+    CPTScaleType m_yScaleType = CPTScaleType::Linear;
     Fitter m_fitter;
     std::weak_ptr<const CPTXYPlotSpace> m_xLeader;
     CPTPlotRange m_xRange{0, 1};

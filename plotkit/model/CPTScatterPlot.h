@@ -82,6 +82,11 @@ public:
     /// The bound points; null until both bindings are made.
     CPTPointSeriesPtr series() const;
 
+    /// The points before they were put on another scale, element by element; unless that was done the bound ones. For
+    /// whoever reads values, as `series` is what is drawn.
+    CPTPointSeriesPtr valueSeries() const { return m_valueSeries ? m_valueSeries : series(); }
+    void setValueSeries(CPTPointSeriesPtr series) { m_valueSeries = std::move(series); }
+
     void setChangeHandler(std::function<void()> handler) { m_changeHandler = std::move(handler); }
 
 private:
@@ -100,6 +105,7 @@ private:
     QString m_xKeyPath;
     QString m_yKeyPath;
     std::weak_ptr<CPTSeriesController> m_controller;
+    CPTPointSeriesPtr m_valueSeries;
     QMetaObject::Connection m_connection;
     std::function<void()> m_changeHandler;
 };

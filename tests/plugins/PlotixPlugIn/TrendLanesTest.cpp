@@ -160,6 +160,31 @@ TEST_F(TrendLanesTest, ALogarithmicLaneDrawsPowersAndGoesBack)
     EXPECT_GT(graph().plotWithIdentifier("pressure")->series()->extent()->maxY, 31.0F);
 }
 
+TEST_F(TrendLanesTest, AValueIsReadFromTheRecordsOfALogarithmicLane)
+{
+    openTrend({"pressure"});
+    answer(records().times({kFrom, kFrom + 60, kTo}).column("pressure", {1, 0, 100}));
+    arrange("lane-per-unit", {{"unit:hPa", QVariantMap{{"scale", "logarithmic"}}}});
+    const CPTScatterPlotPtr plot = graph().plotWithIdentifier("pressure");
+    EXPECT_EQ(plot->series()->count(), 2U);  // what has no power is not drawn
+    EXPECT_EQ(plot->valueSeries()->count(), 3U);
+    EXPECT_EQ(lane(0).space()->yOfValue(100), 2);
+    EXPECT_TRUE(std::isnan(lane(0).space()->yOfValue(0)));
+    arrange("one-scale");
+    EXPECT_EQ(plot->valueSeries(), plot->series());
+}
+
+TEST_F(TrendLanesTest, ALineThatGoesFromOneLogarithmicLaneToAnotherIsScaledOnce)
+{
+    const QVariantMap logarithmic{{"scale", "logarithmic"}};
+    openTrendWithData();
+    arrange("lane-per-unit", {{"unit:hPa", logarithmic}, {"line:pressure", logarithmic}});
+    arrange("lane-per-property", {{"unit:hPa", logarithmic}, {"line:pressure", logarithmic}});
+    const CPTScatterPlotPtr plot = graph().plotWithIdentifier("pressure");
+    EXPECT_NEAR(static_cast<double>(plot->series()->extent()->maxY), std::log10(32.0), 1e-6);
+    EXPECT_EQ(plot->plotSpace(), lane(1).space());
+}
+
 TEST_F(TrendLanesTest, TheEdgeBetweenLanesIsDragged)
 {
     openTrendWithData();

@@ -10,7 +10,6 @@
 
 #include <algorithm>
 #include <array>
-#include <cmath>
 
 namespace plotix {
 
@@ -211,17 +210,10 @@ std::vector<ArrangedLine> Arrangement::arrangedLines() const
     std::vector<ArrangedLine> arranged;
     const CPTXYGraphPtr graph = trend().graph();
     for (const ReadLine& line : trend().lines()) {
-        const CPTScatterPlotPtr plot = graph->plotWithIdentifier(line.key);
-        const auto lane = std::find_if(m_lanes.begin(), m_lanes.end(), [&](const auto& each) {
-            return plot->plotSpace() == each->space() && each->settings().isLogarithmic;
-        });
-        const auto extent = plot->series() ? plot->series()->extent() : std::nullopt;
-        double lowest = extent ? static_cast<double>(extent->minY) : 1;
-        double highest = extent ? static_cast<double>(extent->maxY) : 0;
-        if (extent && lane != m_lanes.end()) {  // drawn as powers of ten
-            lowest = std::pow(10.0, lowest);
-            highest = std::pow(10.0, highest);
-        }
+        const CPTPointSeriesPtr series = graph->plotWithIdentifier(line.key)->valueSeries();
+        const auto extent = series ? series->extent() : std::nullopt;
+        const double lowest = extent ? static_cast<double>(extent->minY) : 1;
+        const double highest = extent ? static_cast<double>(extent->maxY) : 0;
         arranged.push_back({line.key, line.name, line.unitSymbol, lowest, highest});
     }
     return arranged;
@@ -250,6 +242,8 @@ void Arrangement::arrange()
         graph->defaultPlotSpace()->setMovableRanges(CPTMovableRanges::OnlyX);
         graph->addLayer(m_marks);
     }
+    for (const auto& lane : m_lanes)
+        lane->leaveScale();
     std::vector<std::unique_ptr<Lane>> lanes;
     for (const LaneGroup& group : groups) {
         const auto found = std::find_if(m_lanes.begin(), m_lanes.end(),

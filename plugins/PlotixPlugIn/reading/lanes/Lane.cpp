@@ -82,9 +82,8 @@ Lane::~Lane()
     for (std::size_t index = 0; index < m_plots.size(); ++index) {
         if (m_plots[index]->plotSpace() == m_space)
             m_plots[index]->setPlotSpace(nullptr);
-        if (!m_scaled.empty() && m_plain[index])
-            bindPoints(*m_plots[index], m_plain[index]);
     }
+    leaveScale();
     m_space->setDelegate(nullptr);
     m_space->setFitter({});
     m_graph.axisSet()->removeAxis(m_axis);
@@ -93,9 +92,7 @@ Lane::~Lane()
 
 void Lane::setPlots(const std::vector<CPTScatterPlotPtr>& plots, const QString& name, const QString& unitSymbol)
 {
-    for (std::size_t index = 0; index < m_plots.size() && !m_scaled.empty(); ++index)
-        if (m_plain[index])
-            bindPoints(*m_plots[index], m_plain[index]);
+    leaveScale();
     m_plots = plots;
     m_name = name;
     m_unitSymbol = unitSymbol;
@@ -108,10 +105,20 @@ void Lane::setPlots(const std::vector<CPTScatterPlotPtr>& plots, const QString& 
     restyle();
 }
 
+void Lane::leaveScale()
+{
+    for (std::size_t index = 0; index < m_plots.size() && !m_scaled.empty(); ++index) {
+        m_plots[index]->setValueSeries(nullptr);
+        if (m_plain[index])
+            bindPoints(*m_plots[index], m_plain[index]);
+    }
+    m_scaled.clear();
+}
+
 /// A logarithmic lane draws the powers of ten, so that reduction and rasteriser know nothing of scales.
 void Lane::putOnScale()
 {
-    m_scaled.clear();
+    m_space->setYScaleType(m_settings.isLogarithmic ? CPTScaleType::Logarithmic : CPTScaleType::Linear);
     if (!m_settings.isLogarithmic)
         return;
     for (std::size_t index = 0; index < m_plots.size(); ++index) {
@@ -119,6 +126,7 @@ void Lane::putOnScale()
             continue;
         m_scaled.push_back(std::make_shared<CPTSeriesController>(logarithmicSeries(*m_plain[index]->content())));
         bindPoints(*m_plots[index], m_scaled.back());
+        m_plots[index]->setValueSeries(m_plain[index]->content());
     }
 }
 

@@ -40,6 +40,8 @@ public:
     /// Takes plots into the lane, whose unit and common name are given, and shows them on its own scale.
     void setPlots(const std::vector<CPTScatterPlotPtr>& plots, const QString& name, const QString& unitSymbol);
     void setStrip(double top, double bottom);
+    /// Gives its plots their own points back, until the next `setPlots`: another lane may take them.
+    void leaveScale();
 
     /// Fits the values by the settings.
     void fit();

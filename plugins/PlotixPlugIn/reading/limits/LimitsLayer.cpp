@@ -112,7 +112,7 @@ std::vector<PlacedLimit> placedLimits(const std::vector<TrendLine>& lines, const
             return &geometry.graph.plotSpaceOf(*other.plot) == &space;
         });
         for (const KTVLimit& limit : each.limits) {
-            const double drawn = each.records.drawnValue(limit.value);
+            const double drawn = space.yOfValue(limit.value);
             if (!std::isfinite(drawn))
                 continue;
             PlacedLimit one{limit,

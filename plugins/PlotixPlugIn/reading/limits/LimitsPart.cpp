@@ -131,7 +131,7 @@ void LimitsPart::widenToLimits()
             const auto known = wanted.try_emplace(space, space->yRange().minLimit(), space->yRange().maxLimit()).first;
             auto& [lowest, highest] = known->second;
             for (const KTVLimit& limit : line.limits)
-                if (const double drawn = line.records.drawnValue(limit.value); std::isfinite(drawn)) {
+                if (const double drawn = space->yOfValue(limit.value); std::isfinite(drawn)) {
                     lowest = std::min(lowest, drawn);
                     highest = std::max(highest, drawn);
                 }

@@ -68,7 +68,7 @@ ReadAt readAt(const std::vector<TrendLine>& lines, double time, const plotkit::G
             continue;
         const CPTXYPlotSpace& space = geometry.graph.plotSpaceOf(*each.plot);
         const QPointF place =
-            geometry.pointForValue(space, {reading.record->time, each.records.drawnValue(reading.record->value)});
+            geometry.pointForValue(space, {reading.record->time, space.yOfValue(reading.record->value)});
         if (geometry.areaOf(space).adjusted(-1, -1, 1, 1).contains(place))
             read.dots.push_back({each.line.color, place});
     }

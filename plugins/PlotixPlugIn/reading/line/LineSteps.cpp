@@ -51,7 +51,7 @@ OptionalTime timeOfLimit(const TrendLine& line, double time, Towards towards)
 OptionalTime timeOfExtreme(const TrendLine& line, double time, Extreme kind, Towards towards,
                            const plotkit::GraphGeometry& geometry)
 {
-    const CPTPointSeries& series = *line.records.series;
+    const CPTPointSeries& series = *line.plot->series();  // as it is drawn: what stands out is a matter of the picture
     const auto values = geometry.yMappingOf(geometry.graph.plotSpaceOf(*line.plot));
     const ExtremeSize size{kStandsOut * plotkit::valuePerUnit(values), kStandsAlone * secondsPerPoint(geometry)};
     const auto element =

@@ -9,8 +9,7 @@ namespace plotix {
 
 namespace {
 
-constexpr float kLogarithmDust = 1e-5F;  // more than taking a logarithm and narrowing it rounds
-constexpr std::size_t kChunk = 4096;     // elements; a multiple of 64
+constexpr std::size_t kChunk = 4096;  // elements; a multiple of 64
 
 /// Whether all of the elements [first, first + kChunk] are points, none too far from the next. Written so that the
 /// compiler makes vectors of it.
@@ -46,12 +45,8 @@ struct Sides {
     bool isAbove(std::size_t element) const { return line.valueAt(element) > limit; }
     bool isOnSide(bool above, float least, float greatest) const
     {
-        const double drawn = line.drawnValue(limit);
-        if (std::isnan(drawn))  // no point of a logarithmic scale lies below it
-            return above;
-        const auto narrow = static_cast<float>(drawn);
-        const float nearby = line.isLogarithmic ? kLogarithmDust : 0;
-        return above ? least > narrow + nearby : greatest < narrow - nearby;
+        const auto narrow = static_cast<float>(limit);
+        return above ? least > narrow : greatest < narrow;
     }
 };
 

@@ -50,13 +50,6 @@ double LineRecords::valueAt(std::size_t element) const
     return column->unitValue(element);
 }
 
-double LineRecords::drawnValue(double value) const
-{
-    if (!isLogarithmic)
-        return value;
-    return value > 0 ? std::log10(value) : std::numeric_limits<double>::quiet_NaN();
-}
-
 LineRecords lineRecords(CPTPointSeriesPtr series, std::shared_ptr<const KTVRecordColumn> column, double longestJoin)
 {
     LineRecords line{std::move(series), std::move(column)};

@@ -23,11 +23,7 @@ struct LineRecords {
     double longestJoin = std::numeric_limits<double>::infinity();
     double usualDistance = 0;  ///< between one record and the next, seconds; see plotkit/model/UsualDistance.h
 
-    bool isLogarithmic = false;  ///< the series holds powers of ten, as of a logarithmic scale
-
     double valueAt(std::size_t element) const;  ///< Requires: element is a record
-    /// Where the scale of the line shows a value; NaN where it has no place.
-    double drawnValue(double value) const;
 };
 
 /// Works out the usual distance. A join that is not positive counts as infinite.

@@ -1,24 +1,8 @@
 #include "plugins/PlotixPlugIn/reading/values/TrendLines.h"
 
-#include <algorithm>
 #include <cmath>
 
 namespace plotix {
-
-namespace {
-
-/// Whether the axis of the plot's own space counts by powers of ten.
-bool isLogarithmic(const CPTXYGraph& graph, const CPTScatterPlot& plot)
-{
-    const auto space = plot.plotSpace();
-    const auto& axes = graph.axes().axes();
-    return space && std::any_of(axes.begin(), axes.end(), [&](const auto& axis) {
-               return axis->coordinate() == CPTCoordinate::Y && axis->plotSpace() == space &&
-                      axis->labelingPolicy() == CPTAxisLabelingPolicy::Logarithmic;
-           });
-}
-
-}  // namespace
 
 const std::vector<TrendLine>& TrendLines::shown()
 {
@@ -28,7 +12,6 @@ const std::vector<TrendLine>& TrendLines::shown()
     const KTVAnnotations* annotations = m_trend.annotations();
     for (TrendLine& each : m_lines) {  // what options, and the host, change at any time
         each.records.longestJoin = each.plot->gapThreshold();
-        each.records.isLogarithmic = isLogarithmic(*graph, *each.plot);
         each.limits = annotations ? annotations->limitsOf(each.line.key) : std::vector<KTVLimit>();
     }
     return m_lines;
@@ -49,7 +32,7 @@ void TrendLines::find()
         if (!line.isShown || !plot || !plot->series())
             continue;
         LineRecords found =
-            lineRecords(plot->series(), records ? records->columnForKey(line.key) : nullptr, plot->gapThreshold());
+            lineRecords(plot->valueSeries(), records ? records->columnForKey(line.key) : nullptr, plot->gapThreshold());
         m_lines.push_back({std::move(line), plot, std::move(found)});
     }
 }

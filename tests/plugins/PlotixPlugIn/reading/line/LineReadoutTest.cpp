@@ -96,6 +96,14 @@ TEST_F(LineReadoutTest, InAGapThereIsNeitherValueNorDot)
     EXPECT_TRUE(read.readout.rows[1].isFaint);
 }
 
+TEST_F(LineReadoutTest, ADotOfALogarithmicLaneStandsAtThePowerOfItsValue)
+{
+    const CPTXYPlotSpacePtr space = graph.allPlotSpaces()[1];
+    space->setYScaleType(CPTScaleType::Logarithmic);
+    space->setYRange({0, 2});
+    EXPECT_EQ(at(10).dots[0].place, geometry().pointForValue(*space, {10 * kHour, 1}));
+}
+
 TEST_F(LineReadoutTest, ADotOutsideItsLaneIsNotDrawn)
 {
     graph.allPlotSpaces()[1]->setYRange({100, 10});
