@@ -31,9 +31,23 @@ QVariantMap looksFrom(const ReadingChoice& choice)
         looks.insert(QStringLiteral("look"), choice.look);
     if (const auto size = fontSizeFromArgument(choice.fontSize))
         looks.insert(QStringLiteral("fontSize"), *size);
+    if (choice.lineWidth > 0 && choice.lineWidth != 1)
+        looks.insert(QStringLiteral("lineWidth"), choice.lineWidth);
+    if (choice.isTransparent)
+        looks.insert(QStringLiteral("ground"), QStringLiteral("transparent"));
     if (!looks.isEmpty())
         looks.insert(QStringLiteral("marks"), QStringLiteral("apart"));
     return looks;
+}
+
+QVariantMap legendFrom(const ReadingChoice& choice)
+{
+    QVariantMap legend;
+    if (!choice.legend.isEmpty() && choice.legend != QLatin1String("none"))
+        legend.insert(QStringLiteral("place"), choice.legend);
+    if (!choice.axisTitles.isEmpty())
+        legend.insert(QStringLiteral("axisTitles"), choice.axisTitles);
+    return legend;
 }
 
 }  // namespace
@@ -50,6 +64,18 @@ void addReadingChoice(CLI::App* command, ReadingChoice& choice)
     addText(command, "--font-size", choice.fontSize, "Size of all texts in the graph, in points")
         ->type_name("Npt")
         ->check(checkFontSize);
+    addText(command, "--legend", choice.legend, "Name the lines with their units below the graph or at its right")
+        ->type_name("none|below|right")
+        ->check(CLI::IsMember({"none", "below", "right"}));
+    addText(command, "--axis-titles", choice.axisTitles,
+            "Titles along the axes: none, name and unit along each value axis, or the time axis's too")
+        ->type_name("none|values|all")
+        ->check(CLI::IsMember({"none", "values", "all"}));
+    command->add_option("--line-width", choice.lineWidth, "Lines this many times as wide as usual")
+        ->type_name("TIMES")
+        ->check(CLI::Range(0.2, 5.0));
+    command->add_flag("--transparent", choice.isTransparent,
+                      "Nothing beneath grid and lines, to lay on another ground");
     addText(command, "--at", choice.at, "Say what every line reads at this time, with a line through all of them")
         ->type_name("TIME")
         ->check(checkTime);
@@ -65,6 +91,8 @@ QVariantMap readingFrom(const ReadingChoice& choice)
         reading.insert(QStringLiteral("arrangement"), QVariantMap{{QStringLiteral("kind"), choice.arrangement}});
     if (const QVariantMap looks = looksFrom(choice); !looks.isEmpty())
         reading.insert(QStringLiteral("looks"), looks);
+    if (const QVariantMap legend = legendFrom(choice); !legend.isEmpty())
+        reading.insert(QStringLiteral("legend"), legend);
     if (const auto at = choice.at.isEmpty() ? std::nullopt : timeFromArgument(choice.at))
         reading.insert(QStringLiteral("valueLine"), QVariantMap{{QStringLiteral("held"), *at}});
     if (const auto marks = marksFromArgument(choice.marks))

@@ -42,6 +42,7 @@ inline constexpr ObservationTag kPropertyColor{"color"};
 ///   zoom, pan, window resizing                                  KTVPlotixPlugIn_ZoomPan.cpp
 ///   showing a range while records arrive                        KTVPlotixPlugIn_Following.cpp
 ///   images, PDF, off-screen rendering, sharing                  KTVPlotixPlugIn_Export.cpp
+///   pictures for a host, also with choices of their own         KTVPlotixPlugIn_Figures.cpp
 ///   the statistics table                                        KTVPlotixPlugIn_InfoTable.cpp
 ///   adding and removing properties                              KTVPlotixPlugIn_PropertySet.cpp
 ///   following unit and colour changes, the tool tip             KTVPlotixPlugIn_Observation.cpp

@@ -1870,6 +1870,54 @@
         <source>Previous Limit Cr&amp;ossing</source>
         <translation>V&amp;origes Überschreiten eines Grenzwerts</translation>
     </message>
+    <message>
+        <source>No Legend</source>
+        <translation>Keine Legende</translation>
+    </message>
+    <message>
+        <source>Legend &amp;Below the Graph</source>
+        <translation>Legende &amp;unter dem Diagramm</translation>
+    </message>
+    <message>
+        <source>Legend at the &amp;Right</source>
+        <translation>Legende &amp;rechts</translation>
+    </message>
+    <message>
+        <source>&amp;Usual Axis Titles</source>
+        <translation>Ü&amp;bliche Achsentitel</translation>
+    </message>
+    <message>
+        <source>&amp;No Axis Titles</source>
+        <translation>Ke&amp;ine Achsentitel</translation>
+    </message>
+    <message>
+        <source>Titles of &amp;Value Axes</source>
+        <translation>Titel der &amp;Wertachsen</translation>
+    </message>
+    <message>
+        <source>Titles of &amp;All Axes</source>
+        <translation>Titel &amp;aller Achsen</translation>
+    </message>
+    <message>
+        <source>L&amp;egend and Titles</source>
+        <translation>L&amp;egende und Titel</translation>
+    </message>
+    <message>
+        <source>Thicker Lines</source>
+        <translation>Dickere Linien</translation>
+    </message>
+    <message>
+        <source>Thinner Lines</source>
+        <translation>Dünnere Linien</translation>
+    </message>
+    <message>
+        <source>Usual Thickness of Lines</source>
+        <translation>Übliche Dicke der Linien</translation>
+    </message>
+    <message>
+        <source>Transparent Ground</source>
+        <translation>Durchsichtiger Grund</translation>
+    </message>
 </context>
 <context>
     <name>PlugInStore</name>

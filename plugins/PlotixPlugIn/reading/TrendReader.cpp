@@ -2,6 +2,7 @@
 
 #include "plotkit/widget/CPTGraphHostingView.h"
 #include "plugins/PlotixPlugIn/reading/lanes/Arrangement.h"
+#include "plugins/PlotixPlugIn/reading/legend/LegendPart.h"
 #include "plugins/PlotixPlugIn/reading/limits/LimitsPart.h"
 #include "plugins/PlotixPlugIn/reading/line/LinePart.h"
 #include "plugins/PlotixPlugIn/reading/looks/TrendLooks.h"
@@ -24,6 +25,7 @@ TrendReader::TrendReader(ReadTrend& trend) : m_trend(trend)
     add(std::make_unique<MarksPart>(trend));
     add(std::make_unique<LimitsPart>(trend));
     add(std::make_unique<StatisticsPart>(trend));
+    add(std::make_unique<LegendPart>(trend));
     add(std::make_unique<TrendLooks>(trend));  // last: it dresses what others put into the graph
 }
 
