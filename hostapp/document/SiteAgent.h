@@ -2,7 +2,6 @@
 
 #include "hostapp/core/SiteProperty.h"
 #include "plugins/PlotixPlugIn/host/KTVAgent.h"
-#include "plugins/PlotixPlugIn/host/KTVAnnotations.h"
 
 #include <QtCore/QObject>
 
@@ -16,12 +15,11 @@ class ArchiveManager;
 class SiteDocument;
 
 /// One source of measurements in a site document. The document *owns* it; plug-ins *share* it. Main thread only.
-class SiteAgent : public QObject, public KTVAgent, public KTVAnnotatedAgent {
+class SiteAgent : public QObject, public KTVAgent {
     Q_OBJECT
 public:
     ~SiteAgent() override;
 
-    SiteDocument* document() const { return m_document; }  ///< null once it is closed
     qint64 id() const { return m_id; }
     const QString& name() const { return m_name; }
     const std::vector<std::shared_ptr<SiteProperty>>& siteProperties() const { return m_properties; }
@@ -34,7 +32,6 @@ public:
     QString uniqueIdentifier() const override { return m_uniqueIdentifier; }
     KTVArchiveManager* archiveManager() const override;
     ArchiveManager* siteArchiveManager() const { return m_archiveManager.get(); }
-    KTVAnnotations* annotations() const override { return m_annotations.get(); }
     std::optional<QString> siteName() const override;
     std::optional<QString> siteLocation() const override;
     KTVSiteWindowController* siteWindowController() const override { return m_siteWindowController; }
@@ -53,7 +50,6 @@ private:
     QString m_name;
     std::vector<std::shared_ptr<SiteProperty>> m_properties;
     std::unique_ptr<ArchiveManager> m_archiveManager;
-    std::unique_ptr<KTVAnnotations> m_annotations;
     KTVSiteWindowController* m_siteWindowController = nullptr;
 };
 

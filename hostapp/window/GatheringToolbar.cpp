@@ -2,7 +2,6 @@
 
 #include <QtWidgets/QLayout>
 #include <QtWidgets/QMenu>
-#include <QtWidgets/QStyle>
 #include <QtWidgets/QToolButton>
 
 namespace plotix {

@@ -20,7 +20,6 @@ class QVBoxLayout;
 
 namespace plotix {
 
-class AnnotationAsking;
 class DesktopUserInterface;
 class EmptyStateView;
 class GatheringToolbar;
@@ -192,7 +191,6 @@ private:
     std::unique_ptr<PropertyHistory> m_propertyHistory;
     std::unique_ptr<TrendHistory> m_trendHistory;
     std::unique_ptr<SiteEditor> m_editor;
-    std::unique_ptr<AnnotationAsking> m_annotationAsking;
     std::unique_ptr<ImportSequence> m_importing;
     std::unique_ptr<SiteRecording> m_recording;
     QTimer m_storeTimer;

@@ -2,10 +2,10 @@
 
 #include "plugins/PlotixPlugIn/reading/trend/ReadingPart.h"
 #include "plugins/PlotixPlugIn/reading/trend/UsualJoin.h"
-#include "plugins/PlotixPlugIn/reading/values/LimitLook.h"
 
 #include <QtCore/QDateTime>
 
+#include <algorithm>
 #include <cmath>
 
 namespace plotix {
@@ -58,11 +58,11 @@ std::vector<FigureLine> StatisticsTable::keptLines() const
 {
     std::vector<FigureLine> lines;
     const CPTXYGraphPtr graph = m_trend.graph();
-    const KTVRecordDictionaryPtr records = m_trend.records();
-    if (!graph || !records || !records->time())
+    if (!graph)
         return lines;
     for (const ReadLine& line : m_trend.lines()) {
-        const auto column = records->columnForKey(line.key);
+        const KTVRecordDictionaryPtr records = m_trend.recordsOf(line.key);
+        const auto column = records && records->time() ? records->columnForKey(line.key) : nullptr;
         const CPTScatterPlotPtr plot = graph->plotWithIdentifier(line.key);
         if (column && plot)
             lines.push_back({line.key, *records->time(), column, longestJoinOf(*plot)});
@@ -70,37 +70,40 @@ std::vector<FigureLine> StatisticsTable::keptLines() const
     return lines;
 }
 
-std::optional<StatisticsTable::CountedLimit> StatisticsTable::limitOf(const QString& key, const KTVRecordColumn& column,
-                                                                      Figure figure) const
-{
-    const bool isLow = figure == Figure::BelowLow;
-    const auto& chosen = isLow ? m_choices.lowLimits : m_choices.highLimits;
-    if (const auto limit = chosen.find(key); limit != chosen.end())
-        return CountedLimit{convertedLimit(limit->second, column),
-                            m_texts.amount(limit->second.value, limit->second.unit)};
-    const KTVAnnotations* annotations = m_trend.annotations();
-    const auto limit =
-        annotations ? innermostLimit(annotations->limitsOf(key), isLow ? KTVLimit::Side::Below : KTVLimit::Side::Above)
-                    : std::nullopt;
-    if (!limit)
-        return std::nullopt;
-    return CountedLimit{limit->value, limit->name + u' ' + m_texts.amount(limit->value, column.unitSymbol())};
-}
-
 LineLimits StatisticsTable::limitsOf(const QString& key, const KTVRecordColumn& column) const
 {
     LineLimits limits;
-    if (const auto high = limitOf(key, column, Figure::AboveHigh))
-        limits.high = high->value;
-    if (const auto low = limitOf(key, column, Figure::BelowLow))
-        limits.low = low->value;
+    if (const auto high = m_choices.highLimits.find(limitKey(key)); high != m_choices.highLimits.end())
+        limits.high = convertedLimit(high->second, column);
+    if (const auto low = m_choices.lowLimits.find(limitKey(key)); low != m_choices.lowLimits.end())
+        limits.low = convertedLimit(low->second, column);
     return limits;
+}
+
+/// A line that is compared asks for its own average beside the earlier one.
+bool StatisticsTable::isAsked() const
+{
+    const std::vector<ReadLine> lines = m_trend.lines();
+    return needsFigures(m_choices) ||
+           std::any_of(lines.begin(), lines.end(), [](const ReadLine& line) { return line.isCompared(); });
+}
+
+/// The limits of a line are those of what it is compared with too.
+QString StatisticsTable::limitKey(const QString& key) const
+{
+    const auto known = line(key);
+    return known && known->isCompared() ? known->comparedKey : key;
+}
+
+QString StatisticsTable::missing() const
+{
+    return m_keeper.isWorking() ? FigureTexts::pending() : FigureTexts::none();
 }
 
 void StatisticsTable::ask(const StatisticsChoices& choices)
 {
     m_choices = choices;
-    if (!needsFigures(choices)) {
+    if (!isAsked()) {
         m_keeper.setLines({});
         return;
     }
@@ -155,7 +158,7 @@ Cell StatisticsTable::cell(const QString& key, const FigureColumn& column) const
 {
     const auto known = m_keeper.figures(key);
     if (!known)
-        return {m_keeper.isWorking() ? FigureTexts::pending() : FigureTexts::none()};
+        return {missing()};
     const LineFigures& figures = *known;
     const auto value = [&](double number, int moreDecimals = 0) {
         return Cell{m_texts.value(number, figures, moreDecimals), {}, number, {}};
@@ -199,7 +202,7 @@ Cell StatisticsTable::percentileCell(const QString& key, const LineFigures& figu
 
 Cell StatisticsTable::integralCell(const QString& key, const LineFigures& figures) const
 {
-    const KTVRecordDictionaryPtr records = m_trend.records();
+    const KTVRecordDictionaryPtr records = m_trend.recordsOf(key);
     const auto column = records ? records->columnForKey(key) : nullptr;
     if (!column)
         return {FigureTexts::none()};
@@ -212,12 +215,9 @@ Cell StatisticsTable::limitCell(const QString& key, Figure figure) const
 {
     const bool isLow = figure == Figure::BelowLow;
     const bool isHigh = figure == Figure::AboveHigh;
-    const KTVRecordDictionaryPtr records = m_trend.records();
-    const auto column = records ? records->columnForKey(key) : nullptr;
-    const auto high = column ? limitOf(key, *column, Figure::AboveHigh) : std::nullopt;
-    const auto low = column ? limitOf(key, *column, Figure::BelowLow) : std::nullopt;
-    const bool hasHigh = high.has_value();
-    const bool hasLow = low.has_value();
+    const QString owner = limitKey(key);
+    const bool hasHigh = m_choices.highLimits.contains(owner);
+    const bool hasLow = m_choices.lowLimits.contains(owner);
     if ((isHigh && !hasHigh) || (isLow && !hasLow) || (!hasHigh && !hasLow))
         return {FigureTexts::none(), localizedText(QT_TRANSLATE_NOOP("Plotix", "Click to set a limit"))};
     const auto found =
@@ -226,11 +226,12 @@ Cell StatisticsTable::limitCell(const QString& key, Figure figure) const
         return {m_keeper.isCancelled() ? FigureTexts::none() : FigureTexts::pending()};
     if (figure == Figure::Crossings)
         return {m_texts.count(found->crossings), {}, static_cast<double>(found->crossings), {}};
+    const ChosenLimit& limit = isLow ? m_choices.lowLimits.at(owner) : m_choices.highLimits.at(owner);
     const double seconds = isHeld(key) ? (isLow ? found->heldBelow : found->heldAbove)
                                        : (isLow ? found->straightBelow : found->straightAbove);
     const QString hint =
         localizedText(isLow ? QT_TRANSLATE_NOOP("Plotix", "below %1") : QT_TRANSLATE_NOOP("Plotix", "above %1"));
-    return {m_texts.duration(seconds), hint.arg(isLow ? low->text : high->text), seconds, {}};
+    return {m_texts.duration(seconds), hint.arg(m_texts.amount(limit.value, limit.unit)), seconds, {}};
 }
 
 Cell StatisticsTable::latestCell(const QString& key, const LineFigures& figures, Figure figure) const

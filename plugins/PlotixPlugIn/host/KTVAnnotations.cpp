@@ -1,5 +1,0 @@
-#include "plugins/PlotixPlugIn/host/KTVAnnotations.h"
-
-KTVAnnotations::~KTVAnnotations() = default;
-
-KTVAnnotatedAgent::~KTVAnnotatedAgent() = default;

@@ -1,0 +1,54 @@
+#include "plugins/PlotixPlugIn/reading/trend/TypedTime.h"
+
+#include "plugins/PlotixPlugIn/host/KTVBundle.h"
+
+#include <QtCore/QCoreApplication>
+
+#include <cmath>
+
+namespace plotix {
+
+namespace {
+
+QString word(const char* key)
+{
+    return KTVBundle::mainBundle()->localizedString(QLatin1String(key)).toLower();
+}
+
+QDateTime momentOf(double seconds)
+{
+    constexpr double kMillis = 1000;
+    return QDateTime::fromMSecsSinceEpoch(std::llround(seconds * kMillis));
+}
+
+}  // namespace
+
+DayWords dayWords()
+{
+    return {word(QT_TRANSLATE_NOOP("Plotix", "now")), word(QT_TRANSLATE_NOOP("Plotix", "today")),
+            word(QT_TRANSLATE_NOOP("Plotix", "yesterday")), word(QT_TRANSLATE_NOOP("Plotix", "tomorrow")),
+            //: Before a day of the week: "last Tuesday". Words that begin so are understood too.
+            word(QT_TRANSLATE_NOOP("Plotix", "last"))};
+}
+
+std::optional<double> typedTime(const QString& text, double shown)
+{
+    const auto read = typedDate(text, {QLocale(), dayWords(), momentOf(shown), QDateTime::currentDateTime()});
+    if (!read)
+        return std::nullopt;
+    constexpr double kMillis = 1000;
+    return static_cast<double>(read->moment.toMSecsSinceEpoch()) / kMillis;
+}
+
+QString timeForTyping(double time)
+{
+    QString date = QLocale().dateFormat(QLocale::ShortFormat);
+    if (!date.contains(QLatin1String("yyyy")))
+        date.replace(QLatin1String("yy"), QLatin1String("yyyy"));
+    QString clock = QLocale().timeFormat(QLocale::ShortFormat);
+    if (!clock.contains(QLatin1String("ss")))
+        clock.replace(QLatin1String("mm"), QLatin1String("mm:ss"));
+    return QLocale().toString(momentOf(time), date + QLatin1Char(' ') + clock);
+}
+
+}  // namespace plotix
