@@ -1,6 +1,8 @@
 #include "plugins/PlotixPlugIn/reading/line/LineReadout.h"
 
 #include "plugins/PlotixPlugIn/reading/trend/ReadingPart.h"
+#include "plugins/PlotixPlugIn/reading/values/GraphLook.h"
+#include "plugins/PlotixPlugIn/reading/values/LimitLook.h"
 
 #include <algorithm>
 #include <cmath>
@@ -42,6 +44,19 @@ bool isFar(const LineRecords& records, double distance, double perPoint)
     return length > kReach * perPoint && (length > records.usualDistance || length > kFarInPicture * perPoint);
 }
 
+/// Which limit the value is beyond, before how far away it is.
+void noteLimit(ReadoutRow& row, const TrendLine& line, double value, const ValueTexts& texts, bool onDark)
+{
+    const auto limit = limitPassed(line.limits, value);
+    if (!limit)
+        return;
+    const QString text = (limit->side == KTVLimit::Side::Above ? localizedText(QT_TRANSLATE_NOOP("Plotix", "above %1"))
+                                                               : localizedText(QT_TRANSLATE_NOOP("Plotix", "below %1")))
+                             .arg(limitText(*limit, texts, line.line.unitSymbol));
+    row.note = row.note.isEmpty() ? text : text + QStringLiteral(", ") + row.note;
+    row.noteColor = limitColor(limit->severity, onDark);
+}
+
 }  // namespace
 
 double secondsPerPoint(const plotkit::GraphGeometry& geometry)
@@ -67,6 +82,8 @@ ReadAt readAt(const std::vector<TrendLine>& lines, double time, const plotkit::G
             row.note = difference;
         if (reading.record && isFar(each.records, reading.distance, perPoint))
             row.note += (row.note.isEmpty() ? QString() : QStringLiteral(", ")) + distanceText(reading.distance);
+        if (reading.record)
+            noteLimit(row, each, reading.record->value, texts, isDark(geometry.graph));
         read.readout.rows.push_back(std::move(row));
         if (!reading.record)
             continue;
