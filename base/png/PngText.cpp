@@ -8,7 +8,8 @@ namespace plotix {
 
 namespace {
 
-// The file begins with eight bytes; then come chunks: length, name, data, check sum. The last one, without data, is IEND.
+// The file begins with eight bytes; then come chunks: length, name, data, check sum. The last one, without data, is
+// IEND.
 constexpr qsizetype kSignature = 8, kBeforeData = 8, kAfterData = 4, kLastChunk = 12;
 const QByteArray kUncompressed(4, '\0');  // not compressed, by no method, in no language, the keyword not translated
 

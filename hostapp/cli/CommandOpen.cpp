@@ -172,8 +172,9 @@ int openView(const ShownView& view, const OpenCommand& command, CommandContext c
     if (request.site.isEmpty())
         request.site = siteOfView(view, {here, QStringLiteral(".")}).value_or(QString());
     if (request.site.isEmpty() && !needsDisplay)
-        throw ReportableError(QStringLiteral("it shows %1 of the site %2, which is not here; say where it is with --site")
-                                  .arg(view.trend, view.siteFile));
+        throw ReportableError(
+            QStringLiteral("it shows %1 of the site %2, which is not here; say where it is with --site")
+                .arg(view.trend, view.siteFile));
     if (!request.site.isEmpty() && !QFileInfo::exists(request.site))
         throw ReportableError(QStringLiteral("there is no site %1").arg(request.site));
     if (!command.screenshot.isEmpty())
@@ -205,7 +206,8 @@ Command addOpen(CLI::App& program)
     const auto options = std::make_shared<OpenCommand>();
     CLI::App* open =
         program.add_subcommand("open", "Open a site in the site window; without SITE the demonstration site");
-    addTexts(open, "SITE", options->files, "A site document, NAME.plotix; a figure or a link made by Plotix, to show what it shows; or files of "
+    addTexts(open, "SITE", options->files,
+             "A site document, NAME.plotix; a figure or a link made by Plotix, to show what it shows; or files of "
              "measurements to import");
     addText(open, "--site", options->siteOfView, "The site of a figure or a link, where it is not beside it")
         ->type_name("NAME.plotix");

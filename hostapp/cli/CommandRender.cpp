@@ -169,9 +169,10 @@ Command addRender(CLI::App& program)
         ->type_name("break|join|TIME")
         ->check(checkGaps);
     addReadingChoice(render, options->reading);
-    render->add_flag("--no-recipe", options->noRecipe,
-                     "Leave out of the file what it shows: site, trend, span and choices, by which plotix open shows it "
-                     "again");
+    render->add_flag(
+        "--no-recipe", options->noRecipe,
+        "Leave out of the file what it shows: site, trend, span and choices, by which plotix open shows it "
+        "again");
     render->add_flag("--bare", options->bare, "The plain graph that programs ask for: no date labels, no styling; PNG");
     render->footer("Examples:\n  plotix render nyc.plotix --agent EWR --properties airTemperature,pressure \\\n"
                    "    --size 1200x600 --title \"Newark 2013\" --output newark.png\n"

@@ -22,20 +22,6 @@ const QByteArray kKeyword("plotix");
 const QByteArray kElement("<plotix:recipe xmlns:plotix=\"urn:plotix:figure\">");
 const QByteArray kElementEnd("</plotix:recipe>");
 
-QString momentText(const OptionalDate& date)
-{
-    if (!date)
-        return {};
-    return QDateTime::fromMSecsSinceEpoch(qint64(std::llround(date->seconds * 1000)), Qt::UTC)
-        .toString(Qt::ISODateWithMs);
-}
-
-OptionalDate momentFrom(const QString& text)
-{
-    const QDateTime moment = QDateTime::fromString(text, Qt::ISODateWithMs);
-    return moment.isValid() ? OptionalDate(Date{double(moment.toMSecsSinceEpoch()) / 1000}) : std::nullopt;
-}
-
 QByteArray escaped(const QByteArray& recipe)
 {
     return QString::fromUtf8(recipe).toHtmlEscaped().toUtf8();
@@ -74,14 +60,17 @@ struct PdfEnd {
 
 std::optional<PdfEnd> endOf(const QByteArray& pdf)
 {
-    static const QRegularExpression trailer(
-        QStringLiteral("trailer\\s*<<\\s*/Size (\\d+)\\s*/Info (\\d+) 0 R\\s*/Root (\\d+) 0 R\\s*>>\\s*startxref\\s*(\\d+)"
-                       "\\s*%%EOF\\s*$"));
+    static const QRegularExpression trailer(QStringLiteral(
+        "trailer\\s*<<\\s*/Size (\\d+)\\s*/Info (\\d+) 0 R\\s*/Root (\\d+) 0 R\\s*>>\\s*startxref\\s*(\\d+)"
+        "\\s*%%EOF\\s*$"));
     const auto found = trailer.match(QString::fromLatin1(pdf.right(1024)));
     if (!found.hasMatch())
         return std::nullopt;
-    PdfEnd end{found.captured(1).toInt(), found.captured(2).toInt(), found.captured(3).toInt(),
-               found.captured(4).toLongLong(), {}};
+    PdfEnd end{found.captured(1).toInt(),
+               found.captured(2).toInt(),
+               found.captured(3).toInt(),
+               found.captured(4).toLongLong(),
+               {}};
     const qsizetype object = pdf.indexOf('\n' + QByteArray::number(end.root) + " 0 obj");
     const qsizetype from = pdf.indexOf("<<", object) + 2;
     const qsizetype to = pdf.indexOf(">>", from);
@@ -123,18 +112,31 @@ QByteArray pdfWith(const QByteArray& pdf, const QByteArray& recipe)
 
 }  // namespace
 
+QString textOfMoment(const Date& moment)
+{
+    return QDateTime::fromMSecsSinceEpoch(qint64(std::llround(moment.seconds * 1000)), Qt::UTC)
+        .toString(Qt::ISODateWithMs);
+}
+
+OptionalDate momentOfText(const QString& text)
+{
+    const QDateTime moment = QDateTime::fromString(text, Qt::ISODateWithMs);
+    return moment.isValid() ? OptionalDate(Date{double(moment.toMSecsSinceEpoch()) / 1000}) : std::nullopt;
+}
+
 QByteArray recipeOf(const ShownView& view)
 {
-    const QJsonObject object{{kFormKey, kForm},
-                             {QStringLiteral("program"), QStringLiteral("Plotix ") + QCoreApplication::applicationVersion()},
-                             {QStringLiteral("site"), view.siteName},
-                             {QStringLiteral("siteFile"), view.siteFile},
-                             {QStringLiteral("trend"), view.trend},
-                             {QStringLiteral("agent"), view.agent},
-                             {QStringLiteral("properties"), QJsonArray::fromStringList(view.properties)},
-                             {QStringLiteral("from"), momentText(view.from)},
-                             {QStringLiteral("to"), momentText(view.to)},
-                             {QStringLiteral("reading"), QJsonObject::fromVariantMap(view.reading)}};
+    const QJsonObject object{
+        {kFormKey, kForm},
+        {QStringLiteral("program"), QStringLiteral("Plotix ") + QCoreApplication::applicationVersion()},
+        {QStringLiteral("site"), view.siteName},
+        {QStringLiteral("siteFile"), view.siteFile},
+        {QStringLiteral("trend"), view.trend},
+        {QStringLiteral("agent"), view.agent},
+        {QStringLiteral("properties"), QJsonArray::fromStringList(view.properties)},
+        {QStringLiteral("from"), view.from ? textOfMoment(*view.from) : QString()},
+        {QStringLiteral("to"), view.to ? textOfMoment(*view.to) : QString()},
+        {QStringLiteral("reading"), QJsonObject::fromVariantMap(view.reading)}};
     return QJsonDocument(object).toJson(QJsonDocument::Compact);
 }
 
@@ -151,8 +153,8 @@ std::optional<ShownView> viewInRecipe(const QByteArray& recipe)
     view.agent = object.value(QStringLiteral("agent")).toString();
     for (const QJsonValue& key : object.value(QStringLiteral("properties")).toArray())
         view.properties << key.toString();
-    view.from = momentFrom(object.value(QStringLiteral("from")).toString());
-    view.to = momentFrom(object.value(QStringLiteral("to")).toString());
+    view.from = momentOfText(object.value(QStringLiteral("from")).toString());
+    view.to = momentOfText(object.value(QStringLiteral("to")).toString());
     view.reading = object.value(QStringLiteral("reading")).toObject().toVariantMap();
     return view;
 }

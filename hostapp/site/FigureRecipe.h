@@ -27,6 +27,10 @@ struct ShownView {
     friend bool operator==(const ShownView&, const ShownView&) = default;
 };
 
+/// Moments as recipes and links have them, to the millisecond; nothing for another text.
+QString textOfMoment(const Date& moment);
+OptionalDate momentOfText(const QString& text);
+
 /// The recipe as JSON; and read, nothing where it is none or of a later form.
 QByteArray recipeOf(const ShownView& view);
 std::optional<ShownView> viewInRecipe(const QByteArray& recipe);

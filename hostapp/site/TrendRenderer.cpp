@@ -94,7 +94,10 @@ QByteArray TrendRenderer::renderView(const RenderRequest& request) const
         failToDraw(request.size.toSize());
     if (!request.hasRecipe || !request.trend.document)
         return data;
-    return withRecipe(kindOf(request.format), data, recipeOf(viewOf(plugIn, *request.trend.document)));
+    ShownView view = viewOf(plugIn, *request.trend.document);
+    if (request.trend.title.isEmpty())
+        view.trend = request.trend.agent->name();
+    return withRecipe(kindOf(request.format), data, recipeOf(view));
 }
 
 QByteArray TrendRenderer::renderBare(const RenderRequest& request) const

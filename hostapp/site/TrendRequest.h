@@ -29,9 +29,9 @@ struct RenderRequest {
     QSizeF size = kUsualGraphSize;  ///< points
     double density = 1;             ///< of a PNG: pixels a point
     Format format = Format::Png;
-    QVariantMap reading;  ///< options chosen for this picture, by name
+    QVariantMap reading;    ///< options chosen for this picture, by name
     bool hasRecipe = true;  ///< the file tells what it shows, see FigureRecipe.h
-    bool bare = false;    ///< through the off-screen class operation: theme axes only; always Png
+    bool bare = false;      ///< through the off-screen class operation: theme axes only; always Png
 };
 
 }  // namespace plotix

@@ -1,12 +1,9 @@
 #include "hostapp/site/ViewLink.h"
 
-#include <QtCore/QDateTime>
 #include <QtCore/QDir>
 #include <QtCore/QFileInfo>
 #include <QtCore/QUrl>
 #include <QtCore/QUrlQuery>
-
-#include <cmath>
 
 namespace plotix {
 
@@ -17,18 +14,6 @@ const QString kScheme = QStringLiteral("plotix:");  // sent about, as the names 
 QString encoded(const QString& text)
 {
     return QString::fromLatin1(QUrl::toPercentEncoding(text, " "));
-}
-
-QString momentText(const Date& date)
-{
-    return QDateTime::fromMSecsSinceEpoch(qint64(std::llround(date.seconds * 1000)), Qt::UTC)
-        .toString(Qt::ISODateWithMs);
-}
-
-OptionalDate momentFrom(const QString& text)
-{
-    const QDateTime moment = QDateTime::fromString(text, Qt::ISODateWithMs);
-    return moment.isValid() ? OptionalDate(Date{double(moment.toMSecsSinceEpoch()) / 1000}) : std::nullopt;
 }
 
 /// A name of a file, whatever folders somebody put before it.
@@ -48,7 +33,7 @@ QString linkOf(const ShownView& view)
     link += QStringLiteral("?trend=") + encoded(view.trend).replace(u' ', u'+') + QStringLiteral("&agent=") +
             encoded(view.agent).replace(u' ', u'+') + QStringLiteral("&properties=") + keys.join(u',');
     if (view.from && view.to)
-        link += QStringLiteral("&from=") + momentText(*view.from) + QStringLiteral("&to=") + momentText(*view.to);
+        link += QStringLiteral("&from=") + textOfMoment(*view.from) + QStringLiteral("&to=") + textOfMoment(*view.to);
     return link;
 }
 
@@ -67,8 +52,8 @@ std::optional<ShownView> viewInLink(const QString& link)
     view.trend = value("trend");
     view.agent = value("agent");
     view.properties = value("properties").split(u',', Qt::SkipEmptyParts);
-    view.from = momentFrom(value("from"));
-    view.to = momentFrom(value("to"));
+    view.from = momentOfText(value("from"));
+    view.to = momentOfText(value("to"));
     if (view.siteFile.isEmpty() || view.agent.isEmpty() || view.properties.isEmpty())
         return std::nullopt;
     return view;

@@ -42,7 +42,8 @@ ShownView viewOf(const KTVPlugInPtr& trend, const SiteDocument& site)
     view.siteName = site.siteName();
     view.siteFile = QFileInfo(site.path()).fileName();
     view.trend = titleOf(*trend);
-    view.agent = trend->agent() ? trend->agent()->name() : QString();
+    if (const auto agent = trend->agent() ? site.agentWithIdentifier(trend->agent()->uniqueIdentifier()) : nullptr)
+        view.agent = agent->name();
     view.properties = plottedKeys(trend.get());
     view.reading = reading(trend.get()).value_or(QVariantMap());
     const std::optional<TrendSpans> spans = spansOf(trend.get());

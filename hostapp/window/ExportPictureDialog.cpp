@@ -172,8 +172,9 @@ void ExportPictureDialog::buildLooks()
         connect(box, &QDoubleSpinBox::valueChanged, this, &ExportPictureDialog::changed);
     }
     m_recipe->setChecked(true);
-    m_recipe->setToolTip(tr("The file then tells what it shows: the names of site, file, trend, source and properties, the "
-                            "span, and what was chosen. Nothing else, and no folder of this computer."));
+    m_recipe->setToolTip(
+        tr("The file then tells what it shows: the names of site, file, trend, source and properties, the "
+           "span, and what was chosen. Nothing else, and no folder of this computer."));
     connect(m_transparent, &QCheckBox::toggled, this, &ExportPictureDialog::changed);
 }
 
@@ -311,7 +312,8 @@ void ExportPictureDialog::adjust()
         m_format->setCurrentIndex(PdfRow);
     for (QWidget* field :
          {static_cast<QWidget*>(m_look), static_cast<QWidget*>(m_legend), static_cast<QWidget*>(m_axisTitles),
-          static_cast<QWidget*>(m_fontSize), static_cast<QWidget*>(m_lineWidth), static_cast<QWidget*>(m_transparent), static_cast<QWidget*>(m_recipe)})
+          static_cast<QWidget*>(m_fontSize), static_cast<QWidget*>(m_lineWidth), static_cast<QWidget*>(m_transparent),
+          static_cast<QWidget*>(m_recipe)})
         field->setEnabled(!withTable);
     const FigureSettings chosen = settings();
     const bool isPixels = m_format->currentIndex() == PngRow;

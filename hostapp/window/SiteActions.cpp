@@ -87,7 +87,8 @@ void buildEditMenu(QMainWindow* window, QUndoStack* undoStack, SiteActions& acti
     menu->addSeparator();
     actions.copy = addAction(menu, SiteMenus::tr("&Copy"), QKeySequence::Copy);
     actions.copy->setToolTip(SiteMenus::tr("What is selected; of a trend its table, as text and for spreadsheets."));
-    actions.copyPicture = addAction(menu, SiteMenus::tr("Copy &Picture"), QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_C));
+    actions.copyPicture =
+        addAction(menu, SiteMenus::tr("Copy &Picture"), QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_C));
     actions.copyLink = addAction(menu, SiteMenus::tr("Copy &Link"));
     actions.copyLink->setToolTip(
         SiteMenus::tr("A line of text that names site, trend and span; “plotix open LINK” shows them."));
@@ -221,7 +222,8 @@ void buildTrendWindowMenus(QMenuBar* bar, const SiteActions& actions, const QLis
 {
     addMenu(bar, SiteMenus::tr("&File"))
         ->addActions({actions.exportPicture, actions.exportReport, actions.ownForms->menuAction(), actions.print});
-    addMenu(bar, SiteMenus::tr("&Edit"))->addActions({actions.undo, actions.redo, actions.copy, actions.copyPicture, actions.copyLink});
+    addMenu(bar, SiteMenus::tr("&Edit"))
+        ->addActions({actions.undo, actions.redo, actions.copy, actions.copyPicture, actions.copyLink});
     QMenu* view = addMenu(bar, SiteMenus::tr("&View"));
     view->addActions({actions.refresh, actions.fit, actions.follow});
     view->addSeparator();

@@ -19,7 +19,7 @@ namespace plotix {
 
 namespace {
 
-constexpr int kMessageTime = 10'000;  // milliseconds
+constexpr int kTellTime = 10'000;     // milliseconds
 constexpr double kCopiedDensity = 2;  // pixels a point
 
 }  // namespace
@@ -52,16 +52,16 @@ void SiteWindow::copyPicture()
     if (picture.isNull())
         return showAlert(tr("There is no picture to copy"), tr("The trend shows no graph yet. Refresh it."));
     QApplication::clipboard()->setImage(picture);
-    statusBar()->showMessage(tr("The picture is in the clipboard."), kMessageTime);
+    statusBar()->showMessage(tr("The picture is in the clipboard."), kTellTime);
 }
 
 void SiteWindow::copyLink()
 {
     const ShownView view = viewOf(trendInFront(), *m_controller->siteDocument());
     QApplication::clipboard()->setText(linkOf(view));
-    statusBar()->showMessage(tr("The link is in the clipboard; “plotix open LINK” shows this view to whoever has %1.")
-                                 .arg(view.siteFile),
-                             kMessageTime);
+    statusBar()->showMessage(
+        tr("The link is in the clipboard; “plotix open LINK” shows this view to whoever has %1.").arg(view.siteFile),
+        kTellTime);
 }
 
 }  // namespace plotix

@@ -1847,6 +1847,140 @@
         <translation>Bis %1</translation>
     </message>
     <message>
+        <source>%1, %2</source>
+        <extracomment>A line and with what it is compared: &quot;Power, a week earlier&quot;.</extracomment>
+        <translation>%1, %2</translation>
+    </message>
+    <message>
+        <source>A &amp;Day Earlier</source>
+        <translation>Einen &amp;Tag früher</translation>
+    </message>
+    <message>
+        <source>A &amp;Week Earlier</source>
+        <translation>Eine &amp;Woche früher</translation>
+    </message>
+    <message>
+        <source>A &amp;Month Earlier</source>
+        <translation>Einen &amp;Monat früher</translation>
+    </message>
+    <message>
+        <source>A &amp;Year Earlier</source>
+        <translation>Ein &amp;Jahr früher</translation>
+    </message>
+    <message>
+        <source>&amp;Compare</source>
+        <translation>&amp;Vergleichen</translation>
+    </message>
+    <message>
+        <source>&amp;Other Distances…</source>
+        <translation>&amp;Andere Abstände …</translation>
+    </message>
+    <message>
+        <source>Compare with &amp;Nothing</source>
+        <translation>Mit &amp;nichts vergleichen</translation>
+    </message>
+    <message>
+        <source>Compare</source>
+        <translation>Vergleichen</translation>
+    </message>
+    <message>
+        <source>a year earlier</source>
+        <translation>ein Jahr früher</translation>
+    </message>
+    <message>
+        <source>%1 years earlier</source>
+        <translation>%1 Jahre früher</translation>
+    </message>
+    <message>
+        <source>a month earlier</source>
+        <translation>einen Monat früher</translation>
+    </message>
+    <message>
+        <source>%1 months earlier</source>
+        <translation>%1 Monate früher</translation>
+    </message>
+    <message>
+        <source>a week earlier</source>
+        <translation>eine Woche früher</translation>
+    </message>
+    <message>
+        <source>%1 weeks earlier</source>
+        <translation>%1 Wochen früher</translation>
+    </message>
+    <message>
+        <source>a day earlier</source>
+        <translation>einen Tag früher</translation>
+    </message>
+    <message>
+        <source>%1 days earlier</source>
+        <translation>%1 Tage früher</translation>
+    </message>
+    <message>
+        <source>%1 earlier</source>
+        <translation>%1 früher</translation>
+    </message>
+    <message>
+        <source>from %1</source>
+        <translation>ab %1</translation>
+    </message>
+    <message>
+        <source>Compare with Earlier Times</source>
+        <translation>Mit früheren Zeiten vergleichen</translation>
+    </message>
+    <message>
+        <source>&amp;So long before:</source>
+        <translation>&amp;So lange davor:</translation>
+    </message>
+    <message>
+        <source>For example 7d, 2w, 3mo, 1y. Days, weeks, months and years go by the clock on the wall; 36h are hours that pass.</source>
+        <translation>Zum Beispiel 7d, 2w, 3mo, 1y für Tage, Wochen, Monate, Jahre nach der Uhr an der Wand; 36h sind Stunden, die vergehen.</translation>
+    </message>
+    <message>
+        <source>“%1” is no distance: give a number with s, min, h, d, w, mo or y.</source>
+        <translation>„%1“ ist kein Abstand: Geben Sie eine Zahl mit s, min, h, d, w, mo oder y an.</translation>
+    </message>
+    <message>
+        <source>now %1</source>
+        <extracomment>Behind an earlier value: by how much the present one is more.</extracomment>
+        <translation>jetzt %1</translation>
+    </message>
+    <message>
+        <source>Lay A–B Over the &amp;Value Line</source>
+        <translation>A–B über die &amp;Wertelinie legen</translation>
+    </message>
+    <message>
+        <source>Lay A–B Over a &amp;Time…</source>
+        <translation>A–B über eine &amp;Zeit legen …</translation>
+    </message>
+    <message>
+        <source>L&amp;imits and Notes</source>
+        <translation>&amp;Grenzwerte und Notizen</translation>
+    </message>
+    <message>
+        <source>Show &amp;Limits</source>
+        <translation>&amp;Grenzwerte zeigen</translation>
+    </message>
+    <message>
+        <source>&amp;Widen Values to the Limits</source>
+        <translation>&amp;Werte bis zu den Grenzwerten zeigen</translation>
+    </message>
+    <message>
+        <source>Set Limits &amp;of</source>
+        <translation>Grenzwerte &amp;setzen von</translation>
+    </message>
+    <message>
+        <source>Limits…</source>
+        <translation>Grenzwerte …</translation>
+    </message>
+    <message>
+        <source>Next Limit &amp;Crossing</source>
+        <translation>Nächstes Ü&amp;berschreiten eines Grenzwerts</translation>
+    </message>
+    <message>
+        <source>Previous Limit Cr&amp;ossing</source>
+        <translation>V&amp;origes Überschreiten eines Grenzwerts</translation>
+    </message>
+    <message>
         <source>No Legend</source>
         <translation>Keine Legende</translation>
     </message>
@@ -1893,6 +2027,10 @@
     <message>
         <source>Transparent Ground</source>
         <translation>Durchsichtiger Grund</translation>
+    </message>
+    <message>
+        <source>Lay A–B Over the Time From</source>
+        <translation>A–B über die Zeit legen ab</translation>
     </message>
 </context>
 <context>
@@ -2257,6 +2395,18 @@
         <source>A property that is worked out from others, such as their difference.</source>
         <translation>Eine Größe, die aus anderen berechnet wird, etwa ihre Differenz.</translation>
     </message>
+    <message>
+        <source>Copy &amp;Picture</source>
+        <translation>&amp;Bild kopieren</translation>
+    </message>
+    <message>
+        <source>Copy &amp;Link</source>
+        <translation>&amp;Link kopieren</translation>
+    </message>
+    <message>
+        <source>A line of text that names site, trend and span; “plotix open LINK” shows them.</source>
+        <translation>Eine Zeile Text, die Anlage, Trend und Zeitraum nennt; „plotix open LINK“ zeigt sie.</translation>
+    </message>
 </context>
 <context>
     <name>TrendCommandText</name>
@@ -2307,6 +2457,32 @@
         <source>Change Look</source>
         <translation>Aussehen ändern</translation>
     </message>
+    <message>
+        <source>Compare</source>
+        <translation>Vergleichen</translation>
+    </message>
+</context>
+<context>
+    <name>ViewSiteText</name>
+    <message>
+        <source>Where Is “%1”, Which “%2” Is Part Of?</source>
+        <translation>Wo ist „%1“, zu der „%2“ gehört?</translation>
+    </message>
+    <message>
+        <source>Sites (*.plotix)</source>
+        <translation>Anlagen (*.plotix)</translation>
+    </message>
+</context>
+<context>
+    <name>ViewText</name>
+    <message>
+        <source>%1 has no measurements of %2.</source>
+        <translation>%1 hat keine Messwerte von %2.</translation>
+    </message>
+    <message>
+        <source>%1 has none of these properties: %2.</source>
+        <translation>%1 hat keine dieser Größen: %2.</translation>
+    </message>
 </context>
 <context>
     <name>WorkProgressText</name>
@@ -2317,6 +2493,13 @@
     <message>
         <source>Cancelling…</source>
         <translation>Wird abgebrochen …</translation>
+    </message>
+</context>
+<context>
+    <name>plotix::AnnotationAsking</name>
+    <message>
+        <source>Limits of %1</source>
+        <translation>Grenzwerte von %1</translation>
     </message>
 </context>
 <context>
@@ -2744,6 +2927,14 @@
         <source>This name cannot be used. Another name:</source>
         <translation>Dieser Name ist nicht möglich. Ein anderer Name:</translation>
     </message>
+    <message>
+        <source>&amp;Opens again in Plotix</source>
+        <translation>Öffnet sich &amp;wieder in Plotix</translation>
+    </message>
+    <message>
+        <source>The file then tells what it shows: the names of site, file, trend, source and properties, the span, and what was chosen. Nothing else, and no folder of this computer.</source>
+        <translation>Die Datei sagt dann, was sie zeigt: die Namen von Anlage, Datei, Trend, Quelle und Größen, den Zeitraum und was gewählt war. Sonst nichts, und keinen Ordner dieses Rechners.</translation>
+    </message>
 </context>
 <context>
     <name>plotix::ExportRecordsDialog</name>
@@ -3104,6 +3295,113 @@
     </message>
 </context>
 <context>
+    <name>plotix::LimitsDialog</name>
+    <message>
+        <source>No limits.</source>
+        <translation>Keine Grenzwerte.</translation>
+    </message>
+    <message>
+        <source>Limits of %1</source>
+        <translation>Grenzwerte von %1</translation>
+    </message>
+    <message>
+        <source>Name</source>
+        <translation>Name</translation>
+    </message>
+    <message>
+        <source>Beyond it</source>
+        <translation>Jenseits</translation>
+    </message>
+    <message>
+        <source>Value</source>
+        <translation>Wert</translation>
+    </message>
+    <message>
+        <source>Severity</source>
+        <translation>Stufe</translation>
+    </message>
+    <message>
+        <source>&amp;Add Limit</source>
+        <translation>Grenzwert &amp;hinzufügen</translation>
+    </message>
+    <message>
+        <source>above</source>
+        <translation>darüber</translation>
+    </message>
+    <message>
+        <source>below</source>
+        <translation>darunter</translation>
+    </message>
+    <message>
+        <source>Notice</source>
+        <translation>Hinweis</translation>
+    </message>
+    <message>
+        <source>Warning</source>
+        <translation>Warnung</translation>
+    </message>
+    <message>
+        <source>Alarm</source>
+        <translation>Alarm</translation>
+    </message>
+    <message>
+        <source>Remove this limit</source>
+        <translation>Diesen Grenzwert entfernen</translation>
+    </message>
+    <message>
+        <source>Name of limit %1</source>
+        <translation>Name von Grenzwert %1</translation>
+    </message>
+    <message>
+        <source>Side of limit %1</source>
+        <translation>Seite von Grenzwert %1</translation>
+    </message>
+    <message>
+        <source>Value of limit %1</source>
+        <translation>Wert von Grenzwert %1</translation>
+    </message>
+    <message>
+        <source>Severity of limit %1</source>
+        <translation>Stufe von Grenzwert %1</translation>
+    </message>
+    <message>
+        <source>Remove limit %1</source>
+        <translation>Grenzwert %1 entfernen</translation>
+    </message>
+    <message>
+        <source>high</source>
+        <translation>hoch</translation>
+    </message>
+    <message>
+        <source>low</source>
+        <translation>niedrig</translation>
+    </message>
+    <message>
+        <source>very high</source>
+        <translation>sehr hoch</translation>
+    </message>
+    <message>
+        <source>very low</source>
+        <translation>sehr niedrig</translation>
+    </message>
+    <message>
+        <source>Every limit needs a name.</source>
+        <translation>Jeder Grenzwert braucht einen Namen.</translation>
+    </message>
+    <message>
+        <source>Two limits are called “%1”: choose another name for one of them.</source>
+        <translation>Zwei Grenzwerte heißen „%1“: Geben Sie einem davon einen anderen Namen.</translation>
+    </message>
+    <message>
+        <source>Type a value for “%1”, or remove it with ×.</source>
+        <translation>Geben Sie einen Wert für „%1“ ein, oder entfernen Sie ihn mit ×.</translation>
+    </message>
+    <message>
+        <source>The value of “%1” is no number.</source>
+        <translation>Der Wert von „%1“ ist keine Zahl.</translation>
+    </message>
+</context>
+<context>
     <name>plotix::PropertyChoice</name>
     <message>
         <source>Search</source>
@@ -3238,6 +3536,10 @@ Auf einen Trend ziehen, oder ankreuzen und „Neuer Trend“ wählen.</translati
     <message>
         <source>New Computed &amp;Property…</source>
         <translation>Neue &amp;berechnete Größe …</translation>
+    </message>
+    <message>
+        <source>&amp;Limits…</source>
+        <translation>&amp;Grenzwerte …</translation>
     </message>
 </context>
 <context>
@@ -3836,6 +4138,26 @@ Auf einen Trend ziehen, oder ankreuzen und „Neuer Trend“ wählen.</translati
     <message>
         <source>There is nothing to compute from yet: import or record something first.</source>
         <translation>Es gibt noch nichts, woraus sich rechnen ließe: Zuerst etwas importieren oder aufzeichnen.</translation>
+    </message>
+    <message>
+        <source>The view cannot be shown</source>
+        <translation>Die Ansicht lässt sich nicht zeigen</translation>
+    </message>
+    <message>
+        <source>There is no picture to copy</source>
+        <translation>Es gibt kein Bild zu kopieren</translation>
+    </message>
+    <message>
+        <source>The trend shows no graph yet. Refresh it.</source>
+        <translation>Der Trend zeigt noch kein Diagramm. Aktualisieren Sie ihn.</translation>
+    </message>
+    <message>
+        <source>The picture is in the clipboard.</source>
+        <translation>Das Bild ist in der Zwischenablage.</translation>
+    </message>
+    <message>
+        <source>The link is in the clipboard; “plotix open LINK” shows this view to whoever has %1.</source>
+        <translation>Der Link ist in der Zwischenablage; „plotix open LINK“ zeigt diese Ansicht jedem, der %1 hat.</translation>
     </message>
 </context>
 <context>

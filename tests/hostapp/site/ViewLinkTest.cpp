@@ -40,7 +40,8 @@ TEST_F(ViewLinkTest, ItIsOneWordThatPeopleCanRead)
 
 TEST_F(ViewLinkTest, WhatIsNoLinkIsNotRead)
 {
-    for (const char* text : {"", "https://example.org/?trend=x", "plotix:", "plotix:a.plotix", "plotix:?agent=a&properties=b"})
+    for (const char* text :
+         {"", "https://example.org/?trend=x", "plotix:", "plotix:a.plotix", "plotix:?agent=a&properties=b"})
         EXPECT_FALSE(viewInLink(QString::fromLatin1(text))) << text;
 }
 

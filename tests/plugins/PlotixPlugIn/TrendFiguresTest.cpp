@@ -70,8 +70,8 @@ TEST_F(TrendFiguresTest, NobodyIsToldOfAChoiceThatIsAFilesAlone)
 
 TEST_F(TrendFiguresTest, TheSameFigureIsTheSameBytes)
 {
-    for (const QString& format : {"png", "pdf", "svg"})
-        EXPECT_EQ(file(format, onPaper()), file(format, onPaper())) << qPrintable(format);
+    for (const char* format : {"png", "pdf", "svg"})
+        EXPECT_EQ(file(format, onPaper()), file(format, onPaper())) << format;
 }
 
 TEST_F(TrendFiguresTest, BeforeTheFirstRecordsThereIsNone)

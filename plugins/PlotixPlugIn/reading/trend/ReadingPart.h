@@ -7,6 +7,7 @@
 #include <QtCore/QVariant>
 #include <QtGui/QAction>
 
+#include <functional>
 #include <vector>
 
 class QKeyEvent;
@@ -50,6 +51,10 @@ public:
     virtual void rangeSet(CPTCoordinate /*coordinate*/) {}  ///< of the graph's default plot space
     virtual void restyled() {}                              ///< axes and frame of the graph have another look
     virtual void markedSpanSet() {}
+    /// Records of this span were read and are shown next: `show` is to be called when this part has read what it shows
+    /// beside them.
+    virtual void readBeside(const TimeSpan& /*span*/, const std::function<void()>& show) { show(); }
+    virtual void readingCancelled() {}  ///< by the user
     /// A key pressed in the graph that the contract leaves free; answers whether it was meant for this part.
     virtual bool keyPressed(const QKeyEvent& /*event*/) { return false; }
 
@@ -58,6 +63,8 @@ public:
     virtual std::vector<QAction*> actions() const { return {}; }
     /// Adds what people can do with these lines, known by their properties' keys, to a menu of theirs.
     virtual void addLineItems(QMenu& /*menu*/, const QStringList& /*keys*/) {}
+    /// The same for the menu of the table's rows, where those of lines are a menu within.
+    virtual void addRowItems(QMenu& /*menu*/, const QStringList& /*keys*/) {}
 
     /// What this part adds to the statistics table; null for those that add nothing. Owned by the part.
     virtual TableFigures* tableFigures() { return nullptr; }

@@ -9,8 +9,11 @@ const std::vector<TrendLine>& TrendLines::shown()
     const CPTXYGraphPtr graph = m_trend.graph();
     if (!m_isKnown || !graph || graph->allPlots() != m_plots)
         find();
-    for (TrendLine& each : m_lines)  // the option that breaks lines changes it at any time
+    const KTVAnnotations* annotations = m_trend.annotations();
+    for (TrendLine& each : m_lines) {  // what options, and the host, change at any time
         each.records.longestJoin = each.plot->gapThreshold();
+        each.limits = annotations ? annotations->limitsOf(each.line.key) : std::vector<KTVLimit>();
+    }
     return m_lines;
 }
 
@@ -19,7 +22,6 @@ void TrendLines::find()
     m_lines.clear();
     m_plots.clear();
     const CPTXYGraphPtr graph = m_trend.graph();
-    const KTVRecordDictionaryPtr records = m_trend.records();
     if (!graph)
         return;
     m_isKnown = true;
@@ -28,6 +30,7 @@ void TrendLines::find()
         const CPTScatterPlotPtr plot = graph->plotWithIdentifier(line.key);
         if (!line.isShown || !plot || !plot->series())
             continue;
+        const KTVRecordDictionaryPtr records = m_trend.recordsOf(line.key);
         LineRecords found =
             lineRecords(plot->valueSeries(), records ? records->columnForKey(line.key) : nullptr, plot->gapThreshold());
         m_lines.push_back({std::move(line), plot, std::move(found)});
