@@ -35,12 +35,26 @@ TEST_F(WorthShowingTest, PartsOfTheDateAndNumbersOfRowsAreNotPlotted)
     EXPECT_EQ(shown(), QStringList{"temp"});
 }
 
-TEST_F(WorthShowingTest, PropertiesOfOneUnitStandTogether)
+TEST_F(WorthShowingTest, OtherUnitsGetLanesOfTheirOwn)
 {
     add("T1", "°C", 10, 20);
     add("Humidity", "%", 40, 60);
     add("T2", "°C", 12, 24);
-    EXPECT_EQ(shown(), (QStringList{"T1", "T2"}));
+    EXPECT_EQ(shown(), (QStringList{"T1", "Humidity", "T2"}));
+}
+
+TEST_F(WorthShowingTest, ThereAreThreeLanesAtMost)
+{
+    for (const char* unit : {"°C", "%", "hPa", "m/s"})
+        add(unit, unit, 10, 20);
+    EXPECT_EQ(shown(), (QStringList{"°C", "%", "hPa"}));
+}
+
+TEST_F(WorthShowingTest, WhatHasNoUnitDoesNotJoinWhatHasOne)
+{
+    add("T1", "°C", 10, 20);
+    add("Code", "", 12, 24);
+    EXPECT_EQ(shown(), QStringList{"T1"});
 }
 
 TEST_F(WorthShowingTest, WithoutUnitsTheOrderOfMagnitudeDecides)

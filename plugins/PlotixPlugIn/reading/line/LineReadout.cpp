@@ -1,6 +1,7 @@
 #include "plugins/PlotixPlugIn/reading/line/LineReadout.h"
 
 #include "plugins/PlotixPlugIn/reading/trend/ReadingPart.h"
+#include "plugins/PlotixPlugIn/reading/values/MissingRecords.h"
 
 #include <cmath>
 
@@ -44,7 +45,9 @@ ReadAt readAt(const std::vector<TrendLine>& lines, double time, const plotkit::G
         row.isFaint = !reading.record;
         row.value = reading.record ? texts.value(reading.record->value, each.line.unitSymbol)
                                    : localizedText(QT_TRANSLATE_NOOP("Plotix", "not recorded"));
-        if (reading.record && isFar(each.records, reading.distance, perPoint))
+        if (isNotValidAt(each.records, time))
+            row.note = localizedText(QT_TRANSLATE_NOOP("Plotix", "recorded, not valid"));
+        else if (reading.record && isFar(each.records, reading.distance, perPoint))
             row.note = distanceText(reading.distance);
         read.readout.rows.push_back(std::move(row));
         if (!reading.record)
