@@ -138,8 +138,7 @@ Command addRender(CLI::App& program)
         if (isPdf(*options) && options->dotsPerInch > 0)
             return QStringLiteral("--dpi is for PNG; a PDF file has no pixels");
         if (options->bare && !options->reading.isEmpty())
-            return QStringLiteral(
-                "--bare draws lines alone; leave out --arrangement, --look, --font-size, --at and --marks");
+            return QStringLiteral("--bare draws lines alone; leave out --arrangement, --look, --legend and the like");
         return contradictionIn(options->choice);
     };
     return command;

@@ -1,5 +1,6 @@
 #include "hostapp/cli/ReadingChoice.h"
 
+#include "base/TimeDistance.h"
 #include "hostapp/cli/ArgumentValues.h"
 #include "hostapp/cli/Options.h"
 
@@ -31,9 +32,23 @@ QVariantMap looksFrom(const ReadingChoice& choice)
         looks.insert(QStringLiteral("look"), choice.look);
     if (const auto size = fontSizeFromArgument(choice.fontSize))
         looks.insert(QStringLiteral("fontSize"), *size);
+    if (choice.lineWidth > 0 && choice.lineWidth != 1)
+        looks.insert(QStringLiteral("lineWidth"), choice.lineWidth);
+    if (choice.isTransparent)
+        looks.insert(QStringLiteral("ground"), QStringLiteral("transparent"));
     if (!looks.isEmpty())
         looks.insert(QStringLiteral("marks"), QStringLiteral("apart"));
     return looks;
+}
+
+QVariantMap legendFrom(const ReadingChoice& choice)
+{
+    QVariantMap legend;
+    if (!choice.legend.isEmpty() && choice.legend != QLatin1String("none"))
+        legend.insert(QStringLiteral("place"), choice.legend);
+    if (!choice.axisTitles.isEmpty())
+        legend.insert(QStringLiteral("axisTitles"), choice.axisTitles);
+    return legend;
 }
 
 }  // namespace
@@ -50,12 +65,32 @@ void addReadingChoice(CLI::App* command, ReadingChoice& choice)
     addText(command, "--font-size", choice.fontSize, "Size of all texts in the graph, in points")
         ->type_name("Npt")
         ->check(checkFontSize);
+    addText(command, "--legend", choice.legend, "Name the lines with their units below the graph or at its right")
+        ->type_name("none|below|right")
+        ->check(CLI::IsMember({"none", "below", "right"}));
+    addText(command, "--axis-titles", choice.axisTitles,
+            "Titles along the axes: none, name and unit along each value axis, or the time axis's too")
+        ->type_name("none|values|all")
+        ->check(CLI::IsMember({"none", "values", "all"}));
+    command->add_option("--line-width", choice.lineWidth, "Lines this many times as wide as usual")
+        ->type_name("TIMES")
+        ->check(CLI::Range(0.2, 5.0));
+    command->add_flag("--transparent", choice.isTransparent,
+                      "Nothing beneath grid and lines, to lay on another ground");
     addText(command, "--at", choice.at, "Say what every line reads at this time, with a line through all of them")
         ->type_name("TIME")
         ->check(checkTime);
     addText(command, "--marks", choice.marks, "Set the marks A and B, and say what differs between them")
         ->type_name("TIME/TIME")
         ->check(checkMarks);
+    command
+        ->add_option("--compare", choice.compare,
+                     "Draw beside every line what it was so long before, by the wall clock: 1d, 7d, 2w, 1mo, 1y; 36h "
+                     "are hours that pass. May be given several times, or with commas")
+        ->type_name("DISTANCE")
+        ->allow_extra_args(false)
+        ->delimiter(',')
+        ->check(checkDistance);
 }
 
 QVariantMap readingFrom(const ReadingChoice& choice)
@@ -65,12 +100,27 @@ QVariantMap readingFrom(const ReadingChoice& choice)
         reading.insert(QStringLiteral("arrangement"), QVariantMap{{QStringLiteral("kind"), choice.arrangement}});
     if (const QVariantMap looks = looksFrom(choice); !looks.isEmpty())
         reading.insert(QStringLiteral("looks"), looks);
+    if (const QVariantMap legend = legendFrom(choice); !legend.isEmpty())
+        reading.insert(QStringLiteral("legend"), legend);
     if (const auto at = choice.at.isEmpty() ? std::nullopt : timeFromArgument(choice.at))
         reading.insert(QStringLiteral("valueLine"), QVariantMap{{QStringLiteral("held"), *at}});
     if (const auto marks = marksFromArgument(choice.marks))
         reading.insert(QStringLiteral("marks"),
                        QVariantMap{{QStringLiteral("a"), marks->a}, {QStringLiteral("b"), marks->b}});
+    QStringList comparisons;
+    for (const std::string& text : choice.compare)
+        if (const auto distance = timeDistanceFrom(QString::fromStdString(text)))
+            comparisons << textOf(*distance);
+    if (!comparisons.isEmpty())
+        reading.insert(QStringLiteral("comparing"), QVariantMap{{QStringLiteral("with"), comparisons}});
     return reading;
+}
+
+std::string checkDistance(const std::string& text)
+{
+    return timeDistanceFrom(QString::fromStdString(text))
+               ? std::string()
+               : "must be a distance like 7d, 2w, 1mo, 1y or 36h, not " + text;
 }
 
 std::string checkMarks(const std::string& text)

@@ -44,7 +44,7 @@ QRectF takeRoom(QRectF& inside, const CPTGraphLayer& layer)
 
 QRectF GraphGeometry::roomOf(const CPTGraphLayer& layer) const
 {
-    QRectF left = frame;
+    QRectF left = besideLegend(graph, frame, legend);
     for (const CPTGraphLayerPtr& each : graph.layers()) {
         const QRectF room = takeRoom(left, *each);
         if (each.get() == &layer)
@@ -56,10 +56,16 @@ QRectF GraphGeometry::roomOf(const CPTGraphLayer& layer) const
 GraphGeometry geometryOfGraph(const CPTXYGraph& graph, const QRectF& rectangle, const TextMeasure& measureText)
 {
     const QRectF frame = insideOf(rectangle, graph.padding());
-    QRectF inside = frame;
+    LegendLayout legend = layOutLegend(graph, frame, measureText);
+    QRectF inside = besideLegend(graph, frame, legend);
     for (const CPTGraphLayerPtr& layer : graph.layers())
         takeRoom(inside, *layer);
-    return {graph, rectangle, frame, inside, insideOf(inside, paddingForLabels(graph, inside, measureText))};
+    return {graph,
+            rectangle,
+            frame,
+            inside,
+            insideOf(inside, paddingForLabels(graph, inside, measureText)),
+            std::move(legend)};
 }
 
 }  // namespace plotkit

@@ -2,6 +2,7 @@
 
 #include "plotkit/layout/AxisLayout.h"
 #include "plotkit/layout/AxisMapping.h"
+#include "plotkit/layout/LegendLayout.h"
 #include "plotkit/layout/StripArea.h"
 #include "plotkit/model/CPTXYGraph.h"
 
@@ -11,17 +12,18 @@
 /// Where the parts of a graph stand in a picture, and which point shows which value: what anything drawn above the
 /// plots needs, and what pointer events are read by.
 ///
-/// Coordinates are points, y downward, in the picture's own coordinates. Cheap to make: text is measured only
-/// where the graph makes room for its labels, and then that of a few labels. *Borrows* the graph. Main thread only.
+/// Coordinates are points, y downward, in the picture's own coordinates. Cheap to make: texts are measured only of a
+/// legend, and of a few labels where the graph makes room for them. *Borrows* the graph. Main thread only.
 namespace plotkit {
 
 struct GraphGeometry {
     const CPTXYGraph& graph;
     QRectF rectangle;  ///< the whole picture
     QRectF frame;      ///< the plot area frame: the rectangle less the graph's padding
-    QRectF inside;     ///< the frame less the rooms of the graph's layers; all of it where they need none
+    QRectF inside;     ///< the frame less legend and rooms of the layers; all of it where they need none
     QRectF plotArea;   ///< the inside less the frame's padding, or the room its labels need; holds the strips that the
                        ///< ranges are spread over. Never of negative size
+    LegendLayout legend{};  ///< along an edge of the frame, outside the layers' rooms
 
     /// The room of a layer of this graph beside the plots; empty for one that needs none, or is not in the graph.
     QRectF roomOf(const CPTGraphLayer& layer) const;

@@ -82,8 +82,8 @@ AxisLayout placedAxis(const CPTXYAxis& axis, const GraphGeometry& geometry, cons
     if (area.isEmpty())
         return {};
     AxisLayout layout =
-        placeAxis(axis, {grows ? frameInside : geometry.rectangle, frameInside, area, isX ? x : y, isX ? y : x,
-                         measureText, grows ? TextOverPlots::Never : TextOverPlots::Allowed});
+        placeAxis(axis, {grows || !geometry.legend.area.isEmpty() ? frameInside : geometry.rectangle, frameInside, area,
+                         isX ? x : y, isX ? y : x, measureText, grows ? TextOverPlots::Never : TextOverPlots::Allowed});
     if (isX)
         spreadOverStrips(layout, geometry);
     return layout;
@@ -97,6 +97,7 @@ GraphLayout layOutGraph(const CPTXYGraph& graph, const QRectF& rectangle, const 
     GraphLayout layout;
     layout.frame = geometry.frame;
     layout.plotArea = geometry.plotArea;
+    layout.legend = geometry.legend;
     layout.axes.resize(graph.axes().axes().size());
     const double border = borderWidth(graph.plotAreaFrame());
     const QRectF frameInside = insideOf(geometry.inside, {border, border, border, border});

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "plotkit/layout/AxisLayout.h"
+#include "plotkit/layout/LegendLayout.h"
 #include "plotkit/layout/StripLayout.h"
 #include "plotkit/model/CPTXYGraph.h"
 
@@ -17,9 +18,11 @@ namespace plotkit {
 
 struct GraphLayout {
     QRectF frame;     ///< the plot area frame: the rectangle less the graph's padding
-    QRectF plotArea;  ///< the frame less its own padding, or the room its labels need; what the ranges are spread over
+    QRectF plotArea;  ///< the frame less legend and its own padding, or the room its labels need; what the ranges are
+                      ///< spread over
     std::vector<AxisLayout> axes;     ///< as many as the graph's axis set has, in its order
     std::vector<StripLayout> strips;  ///< of the spaces that have one, in the graph's order
+    LegendLayout legend;              ///< inside the frame
     std::optional<PlacedText> title;  ///< never wider than the rectangle: elide what does not fit
 
     bool isEmpty() const { return plotArea.isEmpty(); }

@@ -208,6 +208,12 @@ void CPTXYGraph::setTitlePlotAreaFrameAnchor(CPTRectAnchor anchor)
     setNeedsDisplay();
 }
 
+void CPTXYGraph::setLegend(const CPTLegend& legend)
+{
+    m_legend = legend;
+    setNeedsDisplay();
+}
+
 void CPTXYGraph::setNeedsDisplay() const
 {
     if (m_needsDisplayHandler)

@@ -2,6 +2,7 @@
 
 #include "plotkit/model/CPTAxisSet.h"
 #include "plotkit/model/CPTGraphLayer.h"
+#include "plotkit/model/CPTLegend.h"
 #include "plotkit/model/CPTPlotSpace.h"
 #include "plotkit/model/CPTScatterPlot.h"
 
@@ -104,6 +105,9 @@ public:
     CPTRectAnchor titlePlotAreaFrameAnchor() const { return m_titleAnchor; }
     void setTitlePlotAreaFrameAnchor(CPTRectAnchor anchor);
 
+    const CPTLegend& legend() const { return m_legend; }  ///< none at first
+    void setLegend(const CPTLegend& legend);
+
     /// Called after every change of anything the graph shows; the hosting view sets it to repaint.
     void setNeedsDisplayHandler(std::function<void()> handler) { m_needsDisplayHandler = std::move(handler); }
     void setNeedsDisplay() const;
@@ -127,6 +131,7 @@ private:
     CPTTextStyle m_titleTextStyle;
     QPointF m_titleDisplacement;
     CPTRectAnchor m_titleAnchor = CPTRectAnchor::Top;
+    CPTLegend m_legend;
     std::function<void()> m_needsDisplayHandler;
     std::function<void()> m_layersNeedDisplayHandler;
 };

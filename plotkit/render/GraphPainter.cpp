@@ -2,6 +2,7 @@
 
 #include "plotkit/layout/GraphGeometry.h"
 #include "plotkit/layout/GraphLayout.h"
+#include "plotkit/render/LineSample.h"
 
 #include <algorithm>
 
@@ -66,10 +67,17 @@ void drawTexts(GraphCanvas& canvas, const AxisLayout& layout, const CPTXYAxis& a
         canvas.drawText(*layout.title, axis.titleTextStyle(), backgroundOf(*layout.title, plotArea));
 }
 
-void drawStrips(GraphCanvas& canvas, const GraphLayout& layout)
+void drawStripFills(GraphCanvas& canvas, const GraphLayout& layout)
 {
     for (const StripLayout& strip : layout.strips)
-        canvas.drawRoundedFrame(strip.area, strip.space->strip().fill, strip.space->strip().borderLineStyle, 0);
+        canvas.drawRoundedFrame(strip.area, strip.space->strip().fill, std::nullopt, 0);
+}
+
+/// Above the grid, whose lines would notch them.
+void drawStripBorders(GraphCanvas& canvas, const GraphLayout& layout)
+{
+    for (const StripLayout& strip : layout.strips)
+        canvas.drawRoundedFrame(strip.area, CPTFill::none(), strip.space->strip().borderLineStyle, 0);
 }
 
 /// A short piece of a plot's line: for points alone a dot at either end and in the middle.
@@ -83,6 +91,15 @@ void drawSample(GraphCanvas& canvas, const QLineF& sample, const CPTScatterPlot&
     const CPTLineStyle dot{.width = size, .color = plot.dataLineStyle().color, .cap = CPTLineCap::Round};
     for (const double at : {0.0, 0.5, 1.0})
         canvas.drawLine(QLineF(sample.pointAt(at), sample.pointAt(at) + QPointF(0.01, 0)), dot);
+}
+
+/// Texts on whole pixels where there are any; samples in points, as everywhere else that shows them.
+void drawLegendTexts(GraphCanvas& canvas, const LegendLayout& legend, const CPTTextStyle& style)
+{
+    for (const PlacedLegendEntry& entry : legend.entries)
+        canvas.drawText(entry.text, style, TextBackground::Plain);
+    if (legend.more)
+        canvas.drawText(*legend.more, style, TextBackground::Plain);
 }
 
 void drawHeads(GraphCanvas& canvas, const GraphLayout& layout)
@@ -114,6 +131,14 @@ void GraphPainter::paintBelowLayers(QPainter& painter, const CPTXYGraph& graph, 
         return;
     const GraphLayout layout = layOutGraph(
         graph, rect, [this](const QString& text, const CPTTextStyle& style) { return m_texts.sizeOf(text, style); });
+    paintLaidOut(painter, graph, rect, layout);
+    for (const PlacedLegendEntry& entry : layout.legend.entries)
+        paintLineSample(painter, entry.sample, *entry.plot);
+}
+
+void GraphPainter::paintLaidOut(QPainter& painter, const CPTXYGraph& graph, const QRectF& rect,
+                                const GraphLayout& layout)
+{
     const auto eachAxis = [&](const auto& draw) {
         for (std::size_t index = 0; index < layout.axes.size(); ++index)
             draw(layout.axes[index], *graph.axes().axes()[index]);
@@ -121,8 +146,9 @@ void GraphPainter::paintBelowLayers(QPainter& painter, const CPTXYGraph& graph, 
 
     GraphCanvas canvas(painter, &m_texts);
     m_background.draw(canvas, graph, rect, layout.frame);
-    drawStrips(canvas, layout);
+    drawStripFills(canvas, layout);
     eachAxis([&](const AxisLayout& axisLayout, const CPTXYAxis& axis) { drawGrid(canvas, axisLayout, axis); });
+    drawStripBorders(canvas, layout);
     // Before the plots: a value that stays on the axis must be seen.
     eachAxis([&](const AxisLayout& axisLayout, const CPTXYAxis& axis) {
         if (axisLayout.line)
@@ -134,6 +160,7 @@ void GraphPainter::paintBelowLayers(QPainter& painter, const CPTXYGraph& graph, 
         drawTexts(canvas, axisLayout, axis, layout.plotArea);
     });
     drawHeads(canvas, layout);
+    drawLegendTexts(canvas, layout.legend, graph.legend().textStyle);
     if (layout.title)
         canvas.drawText(*layout.title, graph.titleTextStyle(), backgroundOf(*layout.title, layout.plotArea));
 }

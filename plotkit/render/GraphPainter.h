@@ -17,6 +17,8 @@ public:
     void paintBelowLayers(QPainter& painter, const CPTXYGraph& graph, const QRectF& rect);
 
 private:
+    void paintLaidOut(QPainter& painter, const CPTXYGraph& graph, const QRectF& rect, const GraphLayout& layout);
+
     GraphBackground m_background;
     PlotPainting m_plots;
     TextImages m_texts;

@@ -42,6 +42,7 @@ inline constexpr ObservationTag kPropertyColor{"color"};
 ///   zoom, pan, window resizing                                  KTVPlotixPlugIn_ZoomPan.cpp
 ///   showing a range while records arrive                        KTVPlotixPlugIn_Following.cpp
 ///   images, PDF, off-screen rendering, sharing                  KTVPlotixPlugIn_Export.cpp
+///   pictures for a host, also with choices of their own         KTVPlotixPlugIn_Figures.cpp
 ///   the statistics table                                        KTVPlotixPlugIn_InfoTable.cpp
 ///   adding and removing properties                              KTVPlotixPlugIn_PropertySet.cpp
 ///   following unit and colour changes, the tool tip             KTVPlotixPlugIn_Observation.cpp
@@ -299,8 +300,11 @@ private:
     void requestRecords(const OptionalDate& fromDate, const OptionalDate& toDate);
     using RecordsHandler =
         std::function<void(KTVPlotixPlugIn&, const KTVRecordDictionaryPtr&, const std::optional<KTVError>&)>;
-    /// Every fetch goes through here: the handler is called on the main thread, unless this object is gone by then.
+    /// Reads records to be shown: the handler is called on the main thread, unless this object is gone by then.
     void fetchRecords(const OptionalDate& fromDate, const OptionalDate& toDate, RecordsHandler handler);
+    /// The same for any properties, shown or not; answers false, and asks nothing, without an archive.
+    bool askArchive(const Tables& properties, const OptionalDate& fromDate, const OptionalDate& toDate,
+                    KTVArchiveManager::ProgressHandler progress, RecordsHandler handler);
     void showRecordsInRange(const KTVRecordDictionaryPtr& records, const CPTPlotRange& range);
     void showRecordsBeneath(const KTVRecordDictionaryPtr& records, const OptionalDate& from, const OptionalDate& to);
     void tellShown(const KTVRecordDictionary& records, const OptionalDate& from, const OptionalDate& to);

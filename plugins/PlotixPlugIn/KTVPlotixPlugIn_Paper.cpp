@@ -37,6 +37,13 @@ QVariantMap contentsOf(const InfoTableRow& kept, const QColor& color, const plot
             {QStringLiteral("figures"), figureTexts(row, figures)}};
 }
 
+/// Titles that somebody asked for stay; those that are always there say nothing that the page does not.
+plotix::PaperTitles titlesOnPaper(const plotix::TrendReader& reader)
+{
+    const bool areChosen = reader.part(QStringLiteral("legend"))->chosen().contains(QStringLiteral("axisTitles"));
+    return areChosen ? plotix::PaperTitles::Kept : plotix::PaperTitles::LeftOut;
+}
+
 QStringList figureTitles(const plotix::TableFigures* figures)
 {
     QStringList titles;
@@ -82,5 +89,5 @@ QVariantMap KTVPlotixPlugIn::reportContents() const
 void KTVPlotixPlugIn::drawGraphOnPaper(QPainter* painter, const QRectF& rect)
 {
     if (m_graph && painter)
-        plotix::paintOnPaper(*painter, *m_graph, rect);
+        plotix::paintOnPaper(*painter, *m_graph, rect, titlesOnPaper(*m_reader));
 }

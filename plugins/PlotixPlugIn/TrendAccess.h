@@ -16,6 +16,13 @@ public:
     CPTXYGraphPtr graph() const override;
     KTVRecordDictionaryPtr records() const override;
     std::vector<plotix::ReadLine> lines() const override;
+    KTVRecordDictionaryPtr recordsOf(const QString& key) const override;
+    void setAddedLines(std::vector<plotix::AddedLine> lines) override;
+    void readBeside(const QStringList& keys, const plotix::TimeSpan& span,
+                    const std::shared_ptr<plotix::RecordsRead>& read,
+                    std::function<void(const KTVRecordDictionaryPtr& records)> done) override;
+    void setBusy(bool isBusy) override;
+    QTimeZone zone() const override;
     CPTGraphHostingView* graphView() const override;
     QWidget* rootView() const override;
     std::optional<plotix::TimeSpan> dates() const override;
@@ -32,7 +39,10 @@ public:
     void tellRestyled() override;
 
 private:
+    plotix::ReadLine ownLine(const CPTScatterPlot& plot) const;
+
     KTVPlotixPlugIn& m_plugIn;
     bool m_isAsked = false;  // a part asks for a range right now
+    std::vector<plotix::AddedLine> m_added;
     std::optional<plotix::TimeSpan> m_markedSpan;
 };

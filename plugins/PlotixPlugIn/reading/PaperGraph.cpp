@@ -19,7 +19,7 @@ CPTLineStyle line(double width, const CPTColor& color)
     return {.width = width, .color = color};
 }
 
-void styleAxis(CPTXYAxis& axis)
+void styleAxis(CPTXYAxis& axis, PaperTitles titles)
 {
     axis.setAxisLineStyle(line(1, inkColor()));
     axis.setMajorGridLineStyle(line(0.5, gridColorOnPaper()));
@@ -28,11 +28,16 @@ void styleAxis(CPTXYAxis& axis)
     axis.setMajorTickLength(8);
     axis.setMinorTickLineStyle(line(0.7, inkColor()));
     axis.setMinorTickLength(4);
-    axis.setTitle(QString());
+    if (titles == PaperTitles::LeftOut)
+        axis.setTitle(QString());
     CPTTextStyle text = axis.labelTextStyle();
     text.fontSize = kTextSize;
     text.color = inkColor();
     axis.setLabelTextStyle(text);
+    CPTTextStyle title = axis.titleTextStyle();
+    title.fontSize = kTextSize;
+    title.color = inkColor();
+    axis.setTitleTextStyle(title);
 }
 
 CPTStrip stripOnPaper(CPTStrip strip)
@@ -49,13 +54,14 @@ CPTStrip stripOnPaper(CPTStrip strip)
 /// Gives a graph the look for paper, and its own back when it goes.
 class PaperLook {
 public:
-    explicit PaperLook(CPTXYGraph& graph)
+    PaperLook(CPTXYGraph& graph, PaperTitles titles)
         : m_graph(graph),
           m_bounds(graph.bounds()),
           m_padding(graph.padding()),
           m_fill(graph.fill()),
           m_frame(graph.plotAreaFrame()),
-          m_title(graph.title())
+          m_title(graph.title()),
+          m_legend(graph.legend())
     {
         for (const CPTXYAxisPtr& axis : graph.axisSet()->axes())
             m_axes.push_back({axis, *axis});
@@ -63,7 +69,7 @@ public:
             m_lines.push_back(plot->dataLineStyle());
         for (const CPTXYPlotSpacePtr& space : graph.allPlotSpaces())
             m_strips.emplace_back(space, space->strip());
-        apply();
+        apply(titles);
     }
     ~PaperLook()
     {
@@ -72,6 +78,7 @@ public:
         m_graph.setFill(m_fill);
         m_graph.setPlotAreaFrame(m_frame);
         m_graph.setTitle(m_title);
+        m_graph.setLegend(m_legend);
         for (const auto& [axis, before] : m_axes)
             *axis = before;
         for (std::size_t index = 0; index < m_lines.size(); ++index)
@@ -84,7 +91,7 @@ public:
     PaperLook& operator=(const PaperLook&) = delete;
 
 private:
-    void apply()
+    void apply(PaperTitles titles)
     {
         CPTPlotAreaFrame frame = m_frame;
         frame.fill = CPTFill::none();
@@ -94,9 +101,13 @@ private:
         m_graph.setFill(CPTFill::none());
         m_graph.setTitle(QString());
         for (const auto& [axis, before] : m_axes)
-            styleAxis(*axis);
+            styleAxis(*axis, titles);
         for (const auto& [space, before] : m_strips)
             space->setStrip(stripOnPaper(before));
+        CPTLegend legend = m_legend;
+        legend.textStyle.color = inkColor();
+        legend.textStyle.fontSize = kTextSize;
+        m_graph.setLegend(legend);
         for (const CPTScatterPlotPtr& plot : m_graph.allPlots()) {
             CPTLineStyle style = plot->dataLineStyle();
             style.width = std::min(style.width, kLineWidth);
@@ -111,6 +122,7 @@ private:
     CPTFill m_fill;
     CPTPlotAreaFrame m_frame;
     QString m_title;
+    CPTLegend m_legend;
     std::vector<std::pair<CPTXYAxisPtr, CPTXYAxis>> m_axes;  // each with what it was
     std::vector<CPTLineStyle> m_lines;                       // of the plots, in their order
     std::vector<std::pair<CPTXYPlotSpacePtr, CPTStrip>> m_strips;
@@ -118,9 +130,9 @@ private:
 
 }  // namespace
 
-void paintOnPaper(QPainter& painter, CPTXYGraph& graph, const QRectF& rect)
+void paintOnPaper(QPainter& painter, CPTXYGraph& graph, const QRectF& rect, PaperTitles titles)
 {
-    const PaperLook look(graph);
+    const PaperLook look(graph, titles);
     graph.setBounds(QRectF(QPointF(), rect.size()));
     plotkit::paintGraph(painter, graph, rect, plotkit::DrawingReport::Silent);
 }

@@ -8,8 +8,10 @@
 /// Free functions; main thread only. The graph is as it was when they return, and is drawn anew on screen.
 namespace plotix {
 
-/// Paints the graph into `rect` (points) without its titles. Hidden plots are left out. On a page of vectors lines stay
+enum class PaperTitles { LeftOut, Kept };  ///< those of the axes; the graph's own is always left out
+
+/// Paints the graph into `rect` (points). Hidden plots are left out. On a page of vectors lines stay
 /// vectors.
-void paintOnPaper(QPainter& painter, CPTXYGraph& graph, const QRectF& rect);
+void paintOnPaper(QPainter& painter, CPTXYGraph& graph, const QRectF& rect, PaperTitles titles = PaperTitles::LeftOut);
 
 }  // namespace plotix

@@ -83,6 +83,23 @@ TEST_F(RenderCommandTest, AFigureThatCannotBeIsRefused)
     expectFailure({"render", site(), "--dpi", "300", "--output", path("a.pdf")}, 2, QStringLiteral("--dpi is for PNG"));
 }
 
+TEST_F(RenderCommandTest, RenderTakesWhatIsWrittenAroundTheGraphAndItsGround)
+{
+    importWeather();
+    ASSERT_EQ(run({"render", site(), "--legend", "below", "--axis-titles", "values", "--line-width", "0.5",
+                   "--transparent", "--output", path("a.png")}),
+              0);
+    const QVariantMap reading = m_services.rendered[0].reading;
+    EXPECT_EQ(reading.value("legend").toMap(), (QVariantMap{{"place", "below"}, {"axisTitles", "values"}}));
+    EXPECT_EQ(reading.value("looks").toMap(),
+              (QVariantMap{{"lineWidth", 0.5}, {"ground", "transparent"}, {"marks", "apart"}}));
+    expectFailure({"render", site(), "--legend", "left", "--output", path("a.png")}, 2, QStringLiteral("--legend"));
+    expectFailure({"render", site(), "--line-width", "0", "--output", path("a.png")}, 2,
+                  QStringLiteral("--line-width"));
+    expectFailure({"render", site(), "--transparent", "--bare", "--output", path("a.png")}, 2,
+                  QStringLiteral("--bare draws lines alone"));
+}
+
 TEST_F(RenderCommandTest, RenderTakesAnArrangement)
 {
     importWeather();
@@ -106,6 +123,16 @@ TEST_F(RenderCommandTest, RenderTakesAValueLineAndMarks)
                   QStringLiteral("must be two times"));
     expectFailure({"render", site(), "--at", "2015-01-01", "--bare", "--output", path("a.png")}, 2,
                   QStringLiteral("leave out --arrangement"));
+}
+
+TEST_F(RenderCommandTest, RenderComparesWithEarlierTimes)
+{
+    importWeather();
+    ASSERT_EQ(run({"render", "--compare", "2w,1y", "--compare", "36h", site(), "--output", path("a.png")}), 0);
+    EXPECT_EQ(m_services.rendered[0].reading,
+              (QVariantMap{{"comparing", QVariantMap{{"with", QStringList{"14d", "1y", "36h"}}}}}));
+    expectFailure({"render", site(), "--compare", "soon", "--output", path("a.png")}, 2,
+                  QStringLiteral("must be a distance like 7d, 2w, 1mo, 1y or 36h, not soon"));
 }
 
 TEST_F(RenderCommandTest, LookupsListWhatThereIs)

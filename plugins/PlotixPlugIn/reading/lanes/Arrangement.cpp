@@ -199,9 +199,14 @@ void Arrangement::linesChanged()
 
 void Arrangement::restyled()
 {
-    for (const auto& lane : m_lanes)
+    for (const auto& lane : m_lanes) {
+        lane->setNaming(naming());
         lane->restyle();
-    if (m_lanes.empty() && trend().graph())
+    }
+    if (!trend().graph())
+        return;
+    nameTime();
+    if (m_lanes.empty())
         nameScale(arrangedLines());
 }
 
@@ -214,7 +219,7 @@ std::vector<ArrangedLine> Arrangement::arrangedLines() const
         const auto extent = series ? series->extent() : std::nullopt;
         const double lowest = extent ? static_cast<double>(extent->minY) : 1;
         const double highest = extent ? static_cast<double>(extent->maxY) : 0;
-        arranged.push_back({line.key, line.name, line.unitSymbol, lowest, highest});
+        arranged.push_back({line.key, line.name, line.unitSymbol, lowest, highest, line.comparedKey});
     }
     return arranged;
 }
@@ -256,7 +261,8 @@ void Arrangement::arrange()
         QStringList names;
         std::vector<CPTScatterPlotPtr> plots;
         for (const std::size_t index : group.lines) {
-            names << lines[index].name;
+            if (lines[index].besideKey.isEmpty())
+                names << lines[index].name;
             plots.push_back(graph->plotWithIdentifier(lines[index].key));
             plots.back()->setTitle(group.lines.size() > 1 ? lines[index].name : QString());
         }
@@ -268,29 +274,6 @@ void Arrangement::arrange()
     placeStrips();
     m_marks->show(m_lanes);
     trend().tellRestyled();
-}
-
-/// One scale that arranged itself serves one unit, and is called by it instead of "Value".
-void Arrangement::nameScale(const std::vector<ArrangedLine>& lines)
-{
-    CPTXYAxis& axis = *trend().graph()->axisSet()->yAxis();
-    if (axis.title() != m_titleGiven)
-        m_titleBefore.reset();  // somebody has named it anew
-    QStringList names;
-    for (const ArrangedLine& line : lines)
-        names << line.name;
-    const QString name = commonName(names);
-    const QString unit = lines.empty() ? QString() : lines.front().unitSymbol;
-    QString title = name.isEmpty() || unit.isEmpty() ? name + unit : QStringLiteral("%1 (%2)").arg(name, unit);
-    if (m_kind != ArrangementKind::Automatic || title.isEmpty()) {
-        if (m_titleBefore)
-            axis.setTitle(*std::exchange(m_titleBefore, std::nullopt));
-        return;
-    }
-    if (!m_titleBefore)
-        m_titleBefore = axis.title();
-    m_titleGiven = title;
-    axis.setTitle(title);
 }
 
 void Arrangement::leaveLanes()

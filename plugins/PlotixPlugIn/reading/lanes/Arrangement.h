@@ -59,6 +59,9 @@ private:
     void leaveLanes();
     void placeStrips();
     void nameScale(const std::vector<ArrangedLine>& lines);
+    void nameTime();
+    QString axisTitles() const;
+    LaneNaming naming() const;
     std::vector<ArrangedLine> arrangedLines() const;
     void fitLanes();
     void makeActions();
@@ -72,8 +75,13 @@ private:
     std::shared_ptr<OffScaleMarks> m_marks;  // in the graph while there are lanes
     std::unique_ptr<LaneDividers> m_dividers;
     bool m_wasAxisHidden = false;
-    std::optional<QString> m_titleBefore;  // of the one scale, while it has a name of its lines:
-    QString m_titleGiven;
+    /// An axis's title while another one is given to it.
+    struct GivenTitle {
+        std::optional<QString> before;
+        QString given;
+        void give(CPTXYAxis& axis, const std::optional<QString>& title);  // nothing: back to the one before
+    };
+    GivenTitle m_scaleTitle, m_timeTitle;
     CPTLabelRoom m_roomBefore = CPTLabelRoom::Fixed;
     QActionGroup* m_kinds = nullptr;  // a child
     QAction* m_outliers = nullptr;    // a child

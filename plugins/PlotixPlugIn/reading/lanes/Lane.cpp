@@ -13,6 +13,8 @@ namespace plotix {
 namespace {
 
 constexpr double kHeadRoom = 22;  // points above the plots of a lane, for title and keys
+constexpr double kLaneGap = 8;    // the same of one that has neither
+constexpr double kNoGap = 1;      // the same of the uppermost; with none at all it would be no strip
 constexpr float kBorderOpacity = 0.22F;
 constexpr float kFillOpacity = 0.10F;
 constexpr double kTickLength = 6;
@@ -174,7 +176,8 @@ void Lane::restyle()
     makeFiner(*m_axis);
     m_axis->setPlotSpace(m_space);
     m_axis->setAxisConstraints(CPTConstraints{});
-    m_axis->setTitle(QString());
+    m_axis->setTitle(m_naming.title == LaneNaming::Title::AlongAxis ? title() : QString());
+    m_axis->setTitleOffset(0);
     m_axis->setHidden(false);
     m_axis->setLabelingPolicy(m_settings.isLogarithmic ? CPTAxisLabelingPolicy::Logarithmic
                                                        : CPTAxisLabelingPolicy::Automatic);
@@ -183,12 +186,13 @@ void Lane::restyle()
     CPTStrip strip;
     strip.top = m_top;
     strip.bottom = m_bottom;
-    strip.headRoom = kHeadRoom;
+    const bool hasTitle = m_naming.title == LaneNaming::Title::InHead;
+    strip.headRoom = hasTitle || m_naming.hasKeys ? kHeadRoom : m_top > 0 ? kLaneGap : kNoGap;
     strip.borderLineStyle = CPTLineStyle{.width = 1, .color = withOpacity(ink, kBorderOpacity)};
     strip.fill = CPTFill::withColor(
         withOpacity(ink.lightnessF() > 0.5F ? CPTColor(Qt::black) : CPTColor(Qt::white), kFillOpacity));
-    strip.title = title();
-    strip.hasKeys = true;
+    strip.title = hasTitle ? title() : QString();
+    strip.hasKeys = m_naming.hasKeys;
     strip.titleTextStyle = {.fontName = QStringLiteral("Helvetica-Bold"), .fontSize = kTitleSize, .color = ink};
     strip.keyTextStyle = {.fontSize = kKeySize, .color = ink};
     m_space->setStrip(strip);

@@ -25,6 +25,13 @@ public:
     bool plotSpaceShouldHandlePointingDeviceCancelledEvent(CPTXYPlotSpace*) override { return true; }
 };
 
+/// Where a lane is named.
+struct LaneNaming {
+    enum class Title { InHead, AlongAxis, None } title = Title::InHead;
+    bool hasKeys = true;  ///< samples of its lines in its head
+    friend bool operator==(const LaneNaming&, const LaneNaming&) = default;
+};
+
 class Lane {
 public:
     Lane(CPTXYGraph& graph, QString key);
@@ -42,6 +49,8 @@ public:
     void setStrip(double top, double bottom);
     /// Gives its plots their own points back, until the next `setPlots`: another lane may take them.
     void leaveScale();
+
+    void setNaming(const LaneNaming& naming) { m_naming = naming; }  ///< seen with the next restyle()
 
     /// Fits the values by the settings.
     void fit();
@@ -69,6 +78,7 @@ private:
     CPTXYAxisPtr m_axis = std::make_shared<CPTXYAxis>(CPTCoordinate::Y);
     std::vector<CPTScatterPlotPtr> m_plots;
     std::vector<CPTSeriesControllerPtr> m_plain, m_scaled;  // of the plots; scaled ones only where logarithmic
+    LaneNaming m_naming;
     double m_top = 0, m_bottom = 1;
 };
 

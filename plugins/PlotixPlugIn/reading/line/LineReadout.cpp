@@ -3,6 +3,7 @@
 #include "plugins/PlotixPlugIn/reading/trend/ReadingPart.h"
 #include "plugins/PlotixPlugIn/reading/values/MissingRecords.h"
 
+#include <algorithm>
 #include <cmath>
 
 namespace plotix {
@@ -19,10 +20,40 @@ QString distanceText(double distance)
     return text.arg(durationText(distance));
 }
 
+/// By how much the line now reads more than the one that stands beside it; empty where either has nothing to say.
+QString differenceText(const std::vector<TrendLine>& lines, const TrendLine& compared, double time, double reach,
+                       const ValueTexts& texts)
+{
+    const auto present = std::find_if(
+        lines.begin(), lines.end(), [&](const TrendLine& each) { return each.line.key == compared.line.comparedKey; });
+    if (present == lines.end())
+        return {};
+    const OptionalLineRecord now = readingAt(present->records, time, reach).record;
+    const OptionalLineRecord then = readingAt(compared.records, time, reach).record;
+    if (!now || !then)
+        return {};
+    //: Behind an earlier value: by how much the present one is more.
+    return localizedText(QT_TRANSLATE_NOOP("Plotix", "now %1"))
+        .arg(texts.difference(then->value, now->value, present->line.unitSymbol));
+}
+
 bool isFar(const LineRecords& records, double distance, double perPoint)
 {
     const double length = std::abs(distance);
     return length > kReach * perPoint && (length > records.usualDistance || length > kFarInPicture * perPoint);
+}
+
+/// What is said behind a value: that it is no valid one, what it differs by, and how far away it is.
+QString noteOf(const std::vector<TrendLine>& lines, const TrendLine& each, const LineReading& reading, double time,
+               double perPoint, const ValueTexts& texts)
+{
+    if (isNotValidAt(each.records, time))
+        return localizedText(QT_TRANSLATE_NOOP("Plotix", "recorded, not valid"));
+    QStringList notes{differenceText(lines, each, time, kReach * perPoint, texts)};
+    if (reading.record && isFar(each.records, reading.distance, perPoint))
+        notes << distanceText(reading.distance);
+    notes.removeAll(QString());
+    return notes.join(QStringLiteral(", "));
 }
 
 }  // namespace
@@ -45,10 +76,7 @@ ReadAt readAt(const std::vector<TrendLine>& lines, double time, const plotkit::G
         row.isFaint = !reading.record;
         row.value = reading.record ? texts.value(reading.record->value, each.line.unitSymbol)
                                    : localizedText(QT_TRANSLATE_NOOP("Plotix", "not recorded"));
-        if (isNotValidAt(each.records, time))
-            row.note = localizedText(QT_TRANSLATE_NOOP("Plotix", "recorded, not valid"));
-        else if (reading.record && isFar(each.records, reading.distance, perPoint))
-            row.note = distanceText(reading.distance);
+        row.note = noteOf(lines, each, reading, time, perPoint, texts);
         read.readout.rows.push_back(std::move(row));
         if (!reading.record)
             continue;

@@ -22,12 +22,21 @@ constexpr double kSmallestText = 5, kLargestText = 36;  ///< points
 /// Whoever chooses the look *owns* it; graphs are *weak*. Main thread only.
 class GraphDress {
 public:
-    /// Axes, frame, texts and strips; no lines. Without a font size texts stay as large as they are. Dark without a
-    /// font size takes everything off. To be called again whenever there may be other axes or strips.
-    void wear(const CPTXYGraphPtr& graph, GraphLook look, const std::optional<double>& fontSize);
+    /// How a graph is to look.
+    struct Wish {
+        GraphLook look = GraphLook::Dark;
+        std::optional<double> fontSize{};  ///< points; nothing: texts stay as large as they are
+        bool isTransparent = false;        ///< nothing is drawn beneath grid and plots
 
-    /// The widest that a line is drawn in a look, points, unless its width was chosen.
-    static double widestLine(GraphLook look);
+        bool isPlain() const { return look == GraphLook::Dark && !fontSize && !isTransparent; }
+    };
+
+    /// Axes, frame, texts, legend and strips; no lines. A plain wish takes everything off. To be called again whenever
+    /// there may be other axes or strips.
+    void wear(const CPTXYGraphPtr& graph, const Wish& wish);
+
+    /// The widest that a line is drawn, points, unless its width was chosen.
+    static double widestLine(const Wish& wish);
 
 private:
     /// What looks change of an axis.
@@ -42,6 +51,7 @@ private:
         CPTFill fill;
         std::optional<CPTLineStyle> border;
         CPTTextStyle title, keys;
+        double headRoom;
         friend bool operator==(const StripStyle&, const StripStyle&) = default;
     };
     /// The same of the graph itself.
@@ -49,7 +59,8 @@ private:
         CPTFill fill, frameFill;
         std::optional<CPTLineStyle> border;
         double cornerRadius;
-        CPTTextStyle title;
+        CPTTextStyle title, legend;
+        CPTPadding padding, framePadding;
         friend bool operator==(const GroundStyle&, const GroundStyle&) = default;
     };
     template <class Owner, class Style>
@@ -57,11 +68,6 @@ private:
         std::weak_ptr<const Owner> owner;
         Style before, now;
     };
-    struct Wish {
-        GraphLook look;
-        std::optional<double> fontSize;
-    };
-
     static AxisStyle styleOf(const CPTXYAxis& axis);
     static void setStyle(CPTXYAxis& axis, const AxisStyle& style);
     static AxisStyle styled(AxisStyle style, const Wish& wish);
@@ -70,7 +76,7 @@ private:
     static StripStyle styled(StripStyle style, const Wish& wish);
     static GroundStyle styleOf(const CPTXYGraph& graph);
     static void setStyle(CPTXYGraph& graph, const GroundStyle& style);
-    static GroundStyle styled(GroundStyle style, const Wish& wish);
+    static GroundStyle styled(GroundStyle style, const Wish& wish, CPTLabelRoom room);
 
     template <class Owner, class Style>
     static void dress(std::vector<Worn<Owner, Style>>& all, const std::shared_ptr<Owner>& owner, const Wish& wish);

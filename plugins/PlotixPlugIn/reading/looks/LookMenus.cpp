@@ -16,6 +16,7 @@ namespace {
 
 constexpr QSize kSampleSize(40, 16);  // points
 constexpr double kTextStep = 1;       // points
+constexpr double kWidthStep = 1.25;   // times
 constexpr double kUsualText = 12;     // points, the contract's
 constexpr double kWidths[] = {0.5, 1, 1.5, 2, 3, 4, 6};
 constexpr double kPointSizes[] = {4, 6, 8, 12};
@@ -92,6 +93,16 @@ void LookMenus::addTrendActions()
             [resize] { resize(kTextStep); });
     connect(addAction(QT_TRANSLATE_NOOP("Plotix", "Smaller Text")), &QAction::triggered, this,
             [resize] { resize(-kTextStep); });
+    const auto scale = [this](double times) { m_looks.setLineWidth(m_looks.lineWidth() * times); };
+    connect(addAction(QT_TRANSLATE_NOOP("Plotix", "Thicker Lines")), &QAction::triggered, this,
+            [scale] { scale(kWidthStep); });
+    connect(addAction(QT_TRANSLATE_NOOP("Plotix", "Thinner Lines")), &QAction::triggered, this,
+            [scale] { scale(1 / kWidthStep); });
+    m_usualLines = addAction(QT_TRANSLATE_NOOP("Plotix", "Usual Thickness of Lines"));
+    connect(m_usualLines, &QAction::triggered, this, [this] { m_looks.setLineWidth(1); });
+    m_transparent = addAction(QT_TRANSLATE_NOOP("Plotix", "Transparent Ground"));
+    m_transparent->setCheckable(true);
+    connect(m_transparent, &QAction::triggered, this, [this](bool isChosen) { m_looks.setTransparent(isChosen); });
     m_usualText = addAction(QT_TRANSLATE_NOOP("Plotix", "Usual Text Size"));
     connect(m_usualText, &QAction::triggered, this, [this] { m_looks.setFontSize(std::nullopt); });
 }
@@ -117,6 +128,8 @@ void LookMenus::update()
     m_lookActions[static_cast<std::size_t>(m_looks.look())]->setChecked(true);
     m_marks[static_cast<std::size_t>(m_looks.marks())]->setChecked(true);
     m_usualText->setEnabled(m_looks.fontSize().has_value());
+    m_usualLines->setEnabled(m_looks.lineWidth() != 1);
+    m_transparent->setChecked(m_looks.isTransparent());
 }
 
 void LookMenus::changeAll(const QStringList& keys, const Change& change)

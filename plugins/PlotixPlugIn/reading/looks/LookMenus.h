@@ -54,7 +54,7 @@ private:
     TrendLooks& m_looks;
     std::vector<QAction*> m_actions;               // children
     std::vector<QAction*> m_lookActions, m_marks;  // in the order of their enumerations
-    QAction* m_usualText = nullptr;
+    QAction *m_usualText = nullptr, *m_usualLines = nullptr, *m_transparent = nullptr;
     std::unique_ptr<QMenu> m_linesMenu;
 };
 

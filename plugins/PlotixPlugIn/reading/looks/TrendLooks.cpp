@@ -17,9 +17,13 @@ namespace {
 const QString kLook = QStringLiteral("look");
 const QString kFontSize = QStringLiteral("fontSize");
 const QString kMarks = QStringLiteral("marks");
+const QString kLineWidth = QStringLiteral("lineWidth");
+const QString kGround = QStringLiteral("ground");
+const QString kTransparent = QStringLiteral("transparent");
 const QString kLines = QStringLiteral("lines");
 
-constexpr int kFillAlpha = 60;  // of 255: lines and grid beneath stay visible
+constexpr double kThinnest = 0.2, kWidest = 5;  // times
+constexpr int kFillAlpha = 60;                  // of 255: lines and grid beneath stay visible
 
 QString nameOf(LineMarks marks)
 {
@@ -42,6 +46,12 @@ std::optional<double> fontSizeFrom(const QVariant& value)
     return isNumber && size >= kSmallestText && size <= kLargestText ? std::optional(size) : std::nullopt;
 }
 
+double lineWidthFrom(const QVariant& value)
+{
+    const double times = value.toDouble();
+    return times > 0 ? std::clamp(times, kThinnest, kWidest) : 1;
+}
+
 }  // namespace
 
 TrendLooks::TrendLooks(ReadTrend& trend) : ReadingPart(trend), m_menus(std::make_unique<LookMenus>(*this)) {}
@@ -50,7 +60,7 @@ TrendLooks::~TrendLooks() = default;
 
 bool TrendLooks::isChosen() const
 {
-    return m_look != GraphLook::Dark || m_fontSize || m_marks || !m_lines.empty();
+    return !wish().isPlain() || m_lineWidth != 1 || m_marks || !m_lines.empty();
 }
 
 QVariantMap TrendLooks::chosen() const
@@ -60,6 +70,10 @@ QVariantMap TrendLooks::chosen() const
         choices.insert(kLook, nameOfLook(m_look));
     if (m_fontSize)
         choices.insert(kFontSize, *m_fontSize);
+    if (m_lineWidth != 1)
+        choices.insert(kLineWidth, m_lineWidth);
+    if (m_isTransparent)
+        choices.insert(kGround, kTransparent);
     if (m_marks)
         choices.insert(kMarks, nameOf(*m_marks));
     QVariantMap lines;
@@ -74,6 +88,8 @@ void TrendLooks::choose(const QVariantMap& choices)
 {
     m_look = lookNamed(choices.value(kLook).toString()).value_or(GraphLook::Dark);
     m_fontSize = fontSizeFrom(choices.value(kFontSize));
+    m_lineWidth = lineWidthFrom(choices.value(kLineWidth));
+    m_isTransparent = choices.value(kGround).toString() == kTransparent;
     m_marks = marksNamed(choices.value(kMarks).toString());
     m_lines.clear();
     const QVariantMap lines = choices.value(kLines).toMap();
@@ -92,6 +108,18 @@ void TrendLooks::setLook(GraphLook look)
 void TrendLooks::setFontSize(const std::optional<double>& size)
 {
     m_fontSize = size ? std::optional(std::clamp(*size, kSmallestText, kLargestText)) : std::nullopt;
+    changed();
+}
+
+void TrendLooks::setLineWidth(double times)
+{
+    m_lineWidth = lineWidthFrom(times);
+    changed();
+}
+
+void TrendLooks::setTransparent(bool isTransparent)
+{
+    m_isTransparent = isTransparent;
     changed();
 }
 
@@ -121,6 +149,13 @@ void TrendLooks::setLineLooks(const std::map<QString, LineLook>& looks)
             m_lines[key] = look;
     }
     changed();
+}
+
+std::vector<ReadLine> TrendLooks::lines() const
+{
+    std::vector<ReadLine> lines = trend().lines();
+    std::erase_if(lines, [](const ReadLine& line) { return line.isCompared(); });
+    return lines;
 }
 
 CPTScatterPlotPtr TrendLooks::plotOf(const QString& key) const
@@ -156,7 +191,7 @@ void TrendLooks::apply()
     if (m_applying || !trend().graph())
         return;
     const QScopedValueRollback applying(m_applying, true);
-    m_dress.wear(trend().graph(), m_look, m_fontSize);
+    m_dress.wear(trend().graph(), wish());
     if (isChosen())
         dressLines();
     else
@@ -205,7 +240,7 @@ TrendLooks::WornPlot& TrendLooks::wornBy(const CPTScatterPlotPtr& plot, const QS
 
 void TrendLooks::dressLines()
 {
-    const std::vector<ReadLine> all = trend().lines();
+    const std::vector<ReadLine> all = lines();
     std::vector<WornPlot*> worn;
     std::vector<QColor> colors;
     for (std::size_t number = 0; number < all.size(); ++number) {
@@ -236,22 +271,22 @@ void TrendLooks::undressLines()
 
 TrendLooks::PlotLook TrendLooks::lookFor(const QString& key, const PlotLook& before, std::size_t number)
 {
-    const LineLook wish = lineLook(key);
+    const LineLook chosen = lineLook(key);
     PlotLook look = before;
     const LineMark mark = distinctLine(number);
     const bool isDistinct = m_marks == LineMarks::Distinct;
-    const QColor color = wish.color.value_or(isDistinct ? mark.color : before.line.color);
+    const QColor color = chosen.color.value_or(isDistinct ? mark.color : before.line.color);
     look.line.color = m_look == GraphLook::Dark ? color : colorOnPaper(color);
-    look.line.width = wish.width.value_or(std::min(before.line.width, GraphDress::widestLine(m_look)));
-    if (wish.dash || isDistinct)
-        look.line.dashPattern = dashLengths(wish.dash.value_or(mark.dash), look.line.width);
-    look.interpolation = wish.interpolation.value_or(before.interpolation);
-    look.pointSize = wish.pointSize.value_or(before.pointSize);
-    const LineFill fill = wish.fill.value_or(LineFill());
+    look.line.width = m_lineWidth * chosen.width.value_or(std::min(before.line.width, GraphDress::widestLine(wish())));
+    if (chosen.dash || isDistinct)
+        look.line.dashPattern = dashLengths(chosen.dash.value_or(mark.dash), look.line.width);
+    look.interpolation = chosen.interpolation.value_or(before.interpolation);
+    look.pointSize = chosen.pointSize.value_or(before.pointSize);
+    const LineFill fill = chosen.fill.value_or(LineFill());
     if (fill.kind == LineFill::Kind::None)
         return look;
-    look.fill = wish.fillColor.value_or(look.line.color);
-    if (!wish.fillColor)
+    look.fill = chosen.fillColor.value_or(look.line.color);
+    if (!chosen.fillColor)
         look.fill.setAlpha(kFillAlpha);
     look.fillsToLine = fill.kind == LineFill::Kind::ToLine;
     if (look.fillsToLine)

@@ -10,7 +10,8 @@
 
 /// How a trend and each of its lines look: the part of a trend's reading with the key "looks".
 ///
-/// Choices: "look" (see GraphLook.h), "fontSize" (points), "marks" ("own", as without a choice; "apart": dashes where
+/// Choices: "look" (see GraphLook.h), "fontSize" (points), "lineWidth" (times the usual width, 0.2 to 5), "ground"
+/// ("transparent": nothing beneath grid and plots), "marks" ("own", as without a choice; "apart": dashes where
 /// lines would look alike; "distinct": ten colours and dashes, see DistinctLines.h), and "lines": by property key what
 /// was chosen for each, see LineLook.h. A property that is not in the trend keeps its choice for the day it comes back.
 /// The reader *owns* it. Main thread only.
@@ -44,14 +45,18 @@ public:
     void setLook(GraphLook look);
     const std::optional<double>& fontSize() const { return m_fontSize; }
     void setFontSize(const std::optional<double>& size);
+    double lineWidth() const { return m_lineWidth; }
+    void setLineWidth(double times);  ///< brought into its limits
+    bool isTransparent() const { return m_isTransparent; }
+    void setTransparent(bool isTransparent);
     LineMarks marks() const { return m_marks.value_or(LineMarks::Own); }
     void setMarks(LineMarks marks);
     LineLook lineLook(const QString& key) const;
     void setLineLook(const QString& key, const LineLook& look);
     void setLineLooks(const std::map<QString, LineLook>& looks);  ///< those named; one step to take back
 
-    /// The lines of the trend, for menus.
-    std::vector<ReadLine> lines() const { return trend().lines(); }
+    /// The lines that can be given a look: those that are compared with them follow theirs.
+    std::vector<ReadLine> lines() const;
     CPTScatterPlotPtr plotOf(const QString& key) const;  ///< null when it has none
     QWidget* window() const;                             ///< of the trend, for dialogs; null off screen
 
@@ -71,6 +76,7 @@ private:
     };
 
     bool isChosen() const;
+    GraphDress::Wish wish() const { return {m_look, m_fontSize, m_isTransparent}; }
     void changed();
     void apply();
     WornPlot& wornBy(const CPTScatterPlotPtr& plot, const QString& key);
@@ -82,6 +88,8 @@ private:
 
     GraphLook m_look = GraphLook::Dark;
     std::optional<double> m_fontSize;
+    double m_lineWidth = 1;  // times
+    bool m_isTransparent = false;
     std::optional<LineMarks> m_marks;     // a host may choose for a trend without a choice, not for one with "own"
     std::map<QString, LineLook> m_lines;  // only those with a choice
     GraphDress m_dress;

@@ -78,7 +78,7 @@ std::vector<MissingLayer::LaneLines> MissingLayer::lanesOf(const CPTXYGraph& gra
     for (const CPTXYPlotSpacePtr& space : graph.allPlotSpaces()) {
         LaneLines lane{space.get(), {}};
         for (std::size_t line = 0; line < lines.size(); ++line)
-            if (&graph.plotSpaceOf(*lines[line].plot) == space.get())
+            if (!lines[line].line.isCompared() && &graph.plotSpaceOf(*lines[line].plot) == space.get())
                 lane.lines.push_back(line);
         if (!lane.lines.empty())
             lanes.push_back(std::move(lane));

@@ -33,7 +33,7 @@ private:
     };
     struct LaneLines {
         const CPTXYPlotSpace* space;
-        std::vector<std::size_t> lines;  ///< positions among those shown
+        std::vector<std::size_t> lines;  ///< positions of the trend's own among those shown
     };
 
     void find(const plotkit::GraphGeometry& geometry, const std::vector<TrendLine>& lines);

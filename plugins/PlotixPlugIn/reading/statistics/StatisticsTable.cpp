@@ -5,6 +5,7 @@
 
 #include <QtCore/QDateTime>
 
+#include <algorithm>
 #include <cmath>
 
 namespace plotix {
@@ -57,11 +58,11 @@ std::vector<FigureLine> StatisticsTable::keptLines() const
 {
     std::vector<FigureLine> lines;
     const CPTXYGraphPtr graph = m_trend.graph();
-    const KTVRecordDictionaryPtr records = m_trend.records();
-    if (!graph || !records || !records->time())
+    if (!graph)
         return lines;
     for (const ReadLine& line : m_trend.lines()) {
-        const auto column = records->columnForKey(line.key);
+        const KTVRecordDictionaryPtr records = m_trend.recordsOf(line.key);
+        const auto column = records && records->time() ? records->columnForKey(line.key) : nullptr;
         const CPTScatterPlotPtr plot = graph->plotWithIdentifier(line.key);
         if (column && plot)
             lines.push_back({line.key, *records->time(), column, longestJoinOf(*plot)});
@@ -72,17 +73,37 @@ std::vector<FigureLine> StatisticsTable::keptLines() const
 LineLimits StatisticsTable::limitsOf(const QString& key, const KTVRecordColumn& column) const
 {
     LineLimits limits;
-    if (const auto high = m_choices.highLimits.find(key); high != m_choices.highLimits.end())
+    if (const auto high = m_choices.highLimits.find(limitKey(key)); high != m_choices.highLimits.end())
         limits.high = convertedLimit(high->second, column);
-    if (const auto low = m_choices.lowLimits.find(key); low != m_choices.lowLimits.end())
+    if (const auto low = m_choices.lowLimits.find(limitKey(key)); low != m_choices.lowLimits.end())
         limits.low = convertedLimit(low->second, column);
     return limits;
+}
+
+/// A line that is compared asks for its own average beside the earlier one.
+bool StatisticsTable::isAsked() const
+{
+    const std::vector<ReadLine> lines = m_trend.lines();
+    return needsFigures(m_choices) ||
+           std::any_of(lines.begin(), lines.end(), [](const ReadLine& line) { return line.isCompared(); });
+}
+
+/// The limits of a line are those of what it is compared with too.
+QString StatisticsTable::limitKey(const QString& key) const
+{
+    const auto known = line(key);
+    return known && known->isCompared() ? known->comparedKey : key;
+}
+
+QString StatisticsTable::missing() const
+{
+    return m_keeper.isWorking() ? FigureTexts::pending() : FigureTexts::none();
 }
 
 void StatisticsTable::ask(const StatisticsChoices& choices)
 {
     m_choices = choices;
-    if (!needsFigures(choices)) {
+    if (!isAsked()) {
         m_keeper.setLines({});
         return;
     }
@@ -137,7 +158,7 @@ Cell StatisticsTable::cell(const QString& key, const FigureColumn& column) const
 {
     const auto known = m_keeper.figures(key);
     if (!known)
-        return {m_keeper.isWorking() ? FigureTexts::pending() : FigureTexts::none()};
+        return {missing()};
     const LineFigures& figures = *known;
     const auto value = [&](double number, int moreDecimals = 0) {
         return Cell{m_texts.value(number, figures, moreDecimals), {}, number, {}};
@@ -181,7 +202,7 @@ Cell StatisticsTable::percentileCell(const QString& key, const LineFigures& figu
 
 Cell StatisticsTable::integralCell(const QString& key, const LineFigures& figures) const
 {
-    const KTVRecordDictionaryPtr records = m_trend.records();
+    const KTVRecordDictionaryPtr records = m_trend.recordsOf(key);
     const auto column = records ? records->columnForKey(key) : nullptr;
     if (!column)
         return {FigureTexts::none()};
@@ -194,8 +215,9 @@ Cell StatisticsTable::limitCell(const QString& key, Figure figure) const
 {
     const bool isLow = figure == Figure::BelowLow;
     const bool isHigh = figure == Figure::AboveHigh;
-    const bool hasHigh = m_choices.highLimits.contains(key);
-    const bool hasLow = m_choices.lowLimits.contains(key);
+    const QString owner = limitKey(key);
+    const bool hasHigh = m_choices.highLimits.contains(owner);
+    const bool hasLow = m_choices.lowLimits.contains(owner);
     if ((isHigh && !hasHigh) || (isLow && !hasLow) || (!hasHigh && !hasLow))
         return {FigureTexts::none(), localizedText(QT_TRANSLATE_NOOP("Plotix", "Click to set a limit"))};
     const auto found =
@@ -204,7 +226,7 @@ Cell StatisticsTable::limitCell(const QString& key, Figure figure) const
         return {m_keeper.isCancelled() ? FigureTexts::none() : FigureTexts::pending()};
     if (figure == Figure::Crossings)
         return {m_texts.count(found->crossings), {}, static_cast<double>(found->crossings), {}};
-    const ChosenLimit& limit = isLow ? m_choices.lowLimits.at(key) : m_choices.highLimits.at(key);
+    const ChosenLimit& limit = isLow ? m_choices.lowLimits.at(owner) : m_choices.highLimits.at(owner);
     const double seconds = isHeld(key) ? (isLow ? found->heldBelow : found->heldAbove)
                                        : (isLow ? found->straightBelow : found->straightAbove);
     const QString hint =

@@ -19,7 +19,6 @@ void TrendLines::find()
     m_lines.clear();
     m_plots.clear();
     const CPTXYGraphPtr graph = m_trend.graph();
-    const KTVRecordDictionaryPtr records = m_trend.records();
     if (!graph)
         return;
     m_isKnown = true;
@@ -28,6 +27,7 @@ void TrendLines::find()
         const CPTScatterPlotPtr plot = graph->plotWithIdentifier(line.key);
         if (!line.isShown || !plot || !plot->series())
             continue;
+        const KTVRecordDictionaryPtr records = m_trend.recordsOf(line.key);
         LineRecords found =
             lineRecords(plot->valueSeries(), records ? records->columnForKey(line.key) : nullptr, plot->gapThreshold());
         m_lines.push_back({std::move(line), plot, std::move(found)});

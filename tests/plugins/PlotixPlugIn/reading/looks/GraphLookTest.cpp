@@ -36,7 +36,7 @@ protected:
 
 TEST_F(GraphLookTest, PaperIsDarkOnWhite)
 {
-    dress.wear(graph, GraphLook::Paper, {});
+    dress.wear(graph, {GraphLook::Paper});
     EXPECT_EQ(picture().pixelColor(150, 20), QColor(Qt::white));
     EXPECT_LT(yAxis().labelTextStyle().color.lightness(), 80);
 }
@@ -44,9 +44,9 @@ TEST_F(GraphLookTest, PaperIsDarkOnWhite)
 TEST_F(GraphLookTest, DarkTakesEverythingOffAgain)
 {
     for (const GraphLook look : {GraphLook::Paper, GraphLook::Light}) {
-        dress.wear(graph, look, 9);
+        dress.wear(graph, {look, 9});
         EXPECT_NE(picture(), before);
-        dress.wear(graph, GraphLook::Dark, {});
+        dress.wear(graph, {GraphLook::Dark});
         EXPECT_EQ(picture(), before);
     }
 }
@@ -55,13 +55,13 @@ TEST_F(GraphLookTest, DarkChangesNothingAtFirst)
 {
     int changes = 0;
     graph->setNeedsDisplayHandler([&changes] { ++changes; });
-    dress.wear(graph, GraphLook::Dark, {});
+    dress.wear(graph, {GraphLook::Dark});
     EXPECT_EQ(changes, 0);
 }
 
 TEST_F(GraphLookTest, AFontSizeIsThatOfAllTexts)
 {
-    dress.wear(graph, GraphLook::Dark, 7);
+    dress.wear(graph, {GraphLook::Dark, 7});
     EXPECT_EQ(yAxis().labelTextStyle().fontSize, 7);
     EXPECT_EQ(yAxis().titleTextStyle().fontSize, 7);
     EXPECT_EQ(graph->titleTextStyle().fontSize, 7);
@@ -70,24 +70,24 @@ TEST_F(GraphLookTest, AFontSizeIsThatOfAllTexts)
 
 TEST_F(GraphLookTest, WhatOthersRestyleIsPutBackAsTheyLeftIt)
 {
-    dress.wear(graph, GraphLook::Paper, {});
+    dress.wear(graph, {GraphLook::Paper});
     CPTTextStyle mine = yAxis().labelTextStyle();
     mine.color = Qt::yellow;
     yAxis().setLabelTextStyle(mine);
-    dress.wear(graph, GraphLook::Paper, {});
+    dress.wear(graph, {GraphLook::Paper});
     EXPECT_LT(yAxis().labelTextStyle().color.lightness(), 120);  // yellow, darkened
-    dress.wear(graph, GraphLook::Dark, {});
+    dress.wear(graph, {GraphLook::Dark});
     EXPECT_EQ(yAxis().labelTextStyle().color, QColor(Qt::yellow));
 }
 
 TEST_F(GraphLookTest, AnAxisCopiedFromADressedOneIsPutBackLikeIt)
 {
     const CPTTextStyle plain = yAxis().labelTextStyle();
-    dress.wear(graph, GraphLook::Paper, {});
+    dress.wear(graph, {GraphLook::Paper});
     const auto second = std::make_shared<CPTXYAxis>(yAxis());
     graph->axisSet()->addAxis(second);
-    dress.wear(graph, GraphLook::Paper, {});
-    dress.wear(graph, GraphLook::Dark, {});
+    dress.wear(graph, {GraphLook::Paper});
+    dress.wear(graph, {GraphLook::Dark});
     EXPECT_EQ(second->labelTextStyle(), plain);
 }
 
@@ -95,17 +95,17 @@ TEST_F(GraphLookTest, StripsAreDressedToo)
 {
     const CPTXYPlotSpacePtr space = addStrip();
     const CPTStrip plain = space->strip();
-    dress.wear(graph, GraphLook::Light, 8);
+    dress.wear(graph, {GraphLook::Light, 8});
     EXPECT_EQ(space->strip().fill, CPTFill::withColor(CPTColor(Qt::white)));
     EXPECT_LT(space->strip().titleTextStyle.color.lightness(), 80);
     EXPECT_EQ(space->strip().keyTextStyle.fontSize, 8);
-    dress.wear(graph, GraphLook::Dark, {});
+    dress.wear(graph, {GraphLook::Dark});
     EXPECT_EQ(space->strip(), plain);
 }
 
 TEST_F(GraphLookTest, NoGraphIsNothing)
 {
-    dress.wear(nullptr, GraphLook::Paper, 7);
+    dress.wear(nullptr, {GraphLook::Paper, 7});
 }
 
 TEST_F(GraphLookTest, NamesAreReadBack)
