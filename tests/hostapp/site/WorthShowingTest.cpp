@@ -45,9 +45,11 @@ TEST_F(WorthShowingTest, OtherUnitsGetLanesOfTheirOwn)
 
 TEST_F(WorthShowingTest, ThereAreThreeLanesAtMost)
 {
-    for (const char* unit : {"°C", "%", "hPa", "m/s"})
-        add(unit, unit, 10, 20);
-    EXPECT_EQ(shown(), (QStringList{"°C", "%", "hPa"}));
+    add("Air", "°C", 10, 20);
+    add("Humidity", "%", 10, 20);
+    add("Pressure", "hPa", 10, 20);
+    add("Wind", "m/s", 10, 20);
+    EXPECT_EQ(shown(), (QStringList{"Air", "Humidity", "Pressure"}));
 }
 
 TEST_F(WorthShowingTest, WhatHasNoUnitDoesNotJoinWhatHasOne)
