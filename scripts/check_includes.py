@@ -64,9 +64,11 @@ ALLOWED = {
     "hostapp/print": CORE,
     "hostapp/web": CORE,
     "hostapp/site": SITE - {"hostapp/site"},
-    "hostapp/window": SITE | EXCHANGE | LIVE | {"hostapp/window/importing", "hostapp/window/computing"},
+    "hostapp/window": SITE | EXCHANGE | LIVE | {"hostapp/window/importing", "hostapp/window/computing",
+                                                     "hostapp/window/annotating"},
     "hostapp/window/importing": DOCUMENT | EXCHANGE,
     "hostapp/window/computing": DOCUMENT,
+    "hostapp/window/annotating": DOCUMENT,
     "hostapp/cli": SITE | EXCHANGE | LIVE | {"hostapp/demo"},
     "hostapp/app": SITE | EXCHANGE | LIVE | {"hostapp/demo", "hostapp/window", "hostapp/cli"},
 }

@@ -3,6 +3,7 @@
 #include "hostapp/cli/CommandProgressBar.h"
 #include "hostapp/cli/Commands.h"
 #include "hostapp/cli/EditFormulas.h"
+#include "hostapp/cli/EditLimits.h"
 #include "hostapp/cli/Options.h"
 #include "hostapp/cli/SiteLookup.h"
 #include "hostapp/document/SiteEditing.h"
@@ -24,12 +25,14 @@ struct EditCommand {
     bool deletes = false, removes = false, undoes = false, undoesImport = false, lists = false;
     std::optional<double> from, to;  ///< seconds since 1970-01-01 UTC; of --remove
     FormulaWish formula;
+    LimitWish limit;
 
     bool namesWhat() const { return !agent.isEmpty() || !property.isEmpty(); }
     int wishes() const
     {
         return int{!newName.isEmpty()} + int{!mergeInto.isEmpty()} + int{deletes} + int{removes} + int{undoes} +
-               int{undoesImport} + int{lists} + int{!formula.text.isEmpty()} + int{formula.lists};
+               int{undoesImport} + int{lists} + int{!formula.text.isEmpty()} + int{formula.lists} +
+               int{!limit.text.isEmpty()} + int{!limit.removed.isEmpty()};
     }
 };
 
@@ -42,6 +45,8 @@ const char* wordFor(EditStep::Kind kind)
     case EditStep::Kind::Delete: return "delete";
     case EditStep::Kind::RemoveValues: return "remove values of";
     case EditStep::Kind::Compute: return "compute";
+    case EditStep::Kind::Limits: return "limits of";
+    case EditStep::Kind::Notes: return "note";
     }
     return "";
 }
@@ -90,6 +95,10 @@ EditStep::Kind edit(const EditCommand& command, EditOutcome& outcome, const Edit
         outcome = compute(command.formula, command.site, *document, *agent, errors);
         return EditStep::Kind::Compute;
     }
+    if (command.limit.isWished()) {
+        outcome = editLimits(command.limit, command.site, *agent, command.property);
+        return EditStep::Kind::Limits;
+    }
     const std::shared_ptr<SiteProperty> property = propertyMeant(*agent, command.property);
     if (!command.newName.isEmpty()) {
         outcome = property ? renameProperty(command.site, property->description().id, command.newName)
@@ -136,7 +145,7 @@ void change(const EditCommand& command, const CommandStreams& streams, const Edi
     if (kind == EditStep::Kind::Merge)
         out << ", " << counted(outcome.values) << " moved, " << outcome.conflicts
             << " left out where there was another one";
-    else if (kind != EditStep::Kind::Rename && kind != EditStep::Kind::Compute)
+    else if (kind == EditStep::Kind::Delete || kind == EditStep::Kind::RemoveValues)
         out << ", " << counted(outcome.values);
     out << ".\n";
     for (const QString& name : outcome.followed)
@@ -174,14 +183,16 @@ std::optional<QString> contradictionIn(const EditCommand& command)
 {
     if (command.wishes() != 1)
         return QStringLiteral(
-            "say one of --rename, --merge-into, --delete, --remove, --compute, --computed, --undo, --undo-import and "
-            "--list");
+            "say one of --rename, --merge-into, --delete, --remove, --compute, --computed, --limit, --remove-limit, "
+            "--undo, --undo-import and --list");
     if (command.removes ? !command.from && !command.to : command.from || command.to)
         return QStringLiteral("--from and --to belong to --remove, which needs one of them or both");
     if (command.deletes && !command.namesWhat())
         return QStringLiteral("--delete needs --agent or --property, so that nothing is deleted by mistake");
     if (!command.formula.text.isEmpty() && !command.property.isEmpty())
         return QStringLiteral("--compute says the name itself, without --property");
+    if (const auto wrong = contradictionIn(command.limit, command.property))
+        return wrong;
     return contradictionIn(command.formula);
 }
 
@@ -192,7 +203,8 @@ Command addEdit(CLI::App& program)
     const auto command = std::make_shared<EditCommand>();
     CLI::App* edit = program.add_subcommand(
         "edit",
-        "Rename, merge, delete or compute properties and agents, take out wrong values, undo that or an import");
+        "Rename, merge, delete or compute properties and agents, set their limits, take out wrong values, undo that or "
+        "an import");
     addSite(edit, command->site);
     addText(edit, "--agent", command->agent, "The agent; needless when the site has one alone")->type_name("NAME");
     addText(edit, "--property", command->property, "The property; without it the whole agent is meant")
@@ -206,6 +218,7 @@ Command addEdit(CLI::App& program)
     addTime(edit, "--from", command->from, "The first time of --remove")->type_name("TIME");
     addTime(edit, "--to", command->to, "The last time of --remove")->type_name("TIME");
     addFormulaOptions(edit, command->formula);
+    addLimitOptions(edit, command->limit);
     edit->add_flag("--undo", command->undoes, "Undo the last of these changes, or an import if that was later");
     edit->add_flag("--undo-import", command->undoesImport, "Undo the last import");
     edit->add_flag("--list", command->lists, "List what can be undone, the latest first");
@@ -215,6 +228,7 @@ Command addEdit(CLI::App& program)
         "  plotix edit plant.plotix --agent Roof --property Wind --remove --from 2024-03-01T10:00 "
         "--to 2024-03-01T10:12\n  plotix edit plant.plotix --compute 'Spread = \"Supply temperature\" - Return'\n"
         "  plotix edit plant.plotix --compute 'Heat = integral(Power)' --unit MWh --longest-gap 30m\n"
+        "  plotix edit plant.plotix --limit 'Supply temperature > 60 °C' --limit-name 'too hot' --severity alarm\n"
         "  plotix edit plant.plotix --undo");
     return {edit, Command::Makes::Text, [command](CommandContext context) { return runCommand(*command, context); },
             [command] { return contradictionIn(*command); }};

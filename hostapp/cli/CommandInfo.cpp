@@ -1,4 +1,5 @@
 #include "hostapp/cli/Commands.h"
+#include "hostapp/cli/EditLimits.h"
 #include "hostapp/cli/JsonWriter.h"
 #include "hostapp/cli/Options.h"
 #include "hostapp/cli/SiteLookup.h"
@@ -104,7 +105,24 @@ void writeTimeText(JsonWriter& json, const char* key, const std::optional<double
         json.absent(key);
 }
 
-void writeProperty(JsonWriter& json, const AgentInfo::Property& info)
+void writeLimits(JsonWriter& json, const SiteDocument& document, qint64 property)
+{
+    json.beginArray("limits");
+    for (const SiteLimit& limit : document.limits()) {
+        if (limit.property != property)
+            continue;
+        json.beginObject();
+        json.text("name", limit.name);
+        json.text("side", limit.side == KTVLimit::Side::Above ? QStringLiteral("above") : QStringLiteral("below"));
+        json.number("value", limit.value);
+        json.text("unit", limit.unit);
+        json.text("severity", QString::fromLatin1(severityWord(limit.severity)));
+        json.endObject();
+    }
+    json.endArray();
+}
+
+void writeProperty(JsonWriter& json, const SiteDocument& document, const AgentInfo::Property& info)
 {
     const SiteProperty& property = *info.property;
     const ColumnStatistics& statistics = info.statistics;
@@ -122,6 +140,7 @@ void writeProperty(JsonWriter& json, const AgentInfo::Property& info)
     json.number("minimum", statistics.valid > 0 ? statistics.minimum : none);
     json.number("maximum", statistics.valid > 0 ? statistics.maximum : none);
     json.number("average", statistics.valid > 0 ? statistics.average : none);
+    writeLimits(json, document, property.description().id);
     json.endObject();
 }
 
@@ -139,7 +158,7 @@ void writeJson(std::ostream& out, const SiteDocument& document, const std::vecto
         writeTimeText(json, "last", agent.last);
         json.beginArray("properties");
         for (const AgentInfo::Property& property : agent.properties)
-            writeProperty(json, property);
+            writeProperty(json, document, property);
         json.endArray();
         json.endObject();
     }
@@ -170,6 +189,10 @@ void writeText(std::ostream& out, const SiteDocument& document, const std::vecto
                 out << "    = " << property->description().formula->text.toStdString() << '\n';
             if (!problem.isEmpty())
                 out << "    cannot be computed: " << problem.toStdString() << '\n';
+            for (const SiteLimit& limit : document.limits())
+                if (limit.property == property->description().id)
+                    out << "    limit “" << limit.name.toStdString() << "”: " << severityWord(limit.severity) << ' '
+                        << limitText(limit).toStdString() << '\n';
         }
     }
 }

@@ -4,6 +4,7 @@
 #include "base/ReportableError.h"
 #include "hostapp/document/ArchivedReferences.h"
 #include "hostapp/document/KeptRecords.h"
+#include "hostapp/document/SiteAnnotations.h"
 
 #include <QtCore/QCborArray>
 #include <QtCore/QCborValue>
@@ -17,7 +18,7 @@ namespace {
 // Stored: never change.
 constexpr QLatin1String kAgents("agents"), kProperties("properties"), kAliases("aliases"), kPlugIns("plugIns"),
     kFormulas("formulas"), kMadeAgents("madeAgents"), kMadeProperties("madeProperties"), kSpans("spans"),
-    kTables("tables");
+    kTables("tables"), kLimits("limits"), kNotes("notes"), kNoteProperties("noteProperties");
 
 constexpr const char* kSelectAgents = "SELECT id, identifier, name FROM agent";
 constexpr const char* kSelectProperties =
@@ -51,6 +52,23 @@ QCborArray formulaRows(const Database& database)
     return rows;
 }
 
+QCborArray limitRows(const Database& database)
+{
+    QCborArray rows;
+    for (const SiteLimit& limit : storedLimits(database))
+        rows.append(QCborArray{limit.id, limit.property, limit.name, limit.value, limit.unit,
+                               static_cast<qint64>(limit.side), static_cast<qint64>(limit.severity)});
+    return rows;
+}
+
+QCborArray noteRows(const Database& database)
+{
+    QCborArray rows;
+    for (const SiteNote& note : storedNotes(database))
+        rows.append(QCborArray{note.id, note.from, note.to, note.author, note.text, note.created, note.modified});
+    return rows;
+}
+
 QCborMap tablesOf(const Database& database)
 {
     QCborMap tables;
@@ -58,6 +76,9 @@ QCborMap tablesOf(const Database& database)
     tables.insert(kProperties, rowsOf(database, kSelectProperties, {2, 3, 4, 5}, 9));
     tables.insert(kAliases, rowsOf(database, kSelectAliases, {1}, 3));
     tables.insert(kFormulas, formulaRows(database));
+    tables.insert(kLimits, limitRows(database));
+    tables.insert(kNotes, noteRows(database));
+    tables.insert(kNoteProperties, rowsOf(database, "SELECT note, property FROM note_property", {}, 2));
     return tables;
 }
 
@@ -229,6 +250,22 @@ void EditJournal::restoreTables(const QCborMap& tables)
         run(m_database, "INSERT INTO alias(agent, name, target) VALUES(?, ?, ?)", row.toArray());
     if (tables.contains(kFormulas))  // a step of an older program knows of none
         restoreFormulas(tables);
+    if (tables.contains(kNotes))  // likewise
+        restoreAnnotations(tables);
+}
+
+void EditJournal::restoreAnnotations(const QCborMap& tables)
+{
+    m_database.execute("DELETE FROM value_limit; DELETE FROM note; DELETE FROM note_property");
+    for (const QCborValue& row : tables.value(kLimits).toArray())
+        run(m_database,
+            "INSERT INTO value_limit(id, property, name, value, unit, side, severity) VALUES(?, ?, ?, ?, ?, ?, ?)",
+            row.toArray());
+    for (const QCborValue& row : tables.value(kNotes).toArray())
+        run(m_database, "INSERT INTO note(id, begin, end, author, text, created, modified) VALUES(?, ?, ?, ?, ?, ?, ?)",
+            row.toArray());
+    for (const QCborValue& row : tables.value(kNoteProperties).toArray())
+        run(m_database, "INSERT INTO note_property(note, property) VALUES(?, ?)", row.toArray());
 }
 
 /// A computed property's unit is its formula's doing; that of a recorded one stays.
@@ -268,6 +305,7 @@ void EditJournal::removeWhatWasMade(const QCborMap& data)
     for (const RowId property : idsFrom(data.value(kMadeProperties).toArray())) {
         Statement(m_database, "DELETE FROM property WHERE id = ?").bind(1, property).run();
         Statement(m_database, "DELETE FROM formula WHERE property = ?").bind(1, property).run();
+        Statement(m_database, "DELETE FROM value_limit WHERE property = ?").bind(1, property).run();
     }
     for (const RowId agent : idsFrom(data.value(kMadeAgents).toArray())) {
         Statement left(m_database, "SELECT identifier FROM agent WHERE id = ?1 AND NOT EXISTS "

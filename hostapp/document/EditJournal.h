@@ -16,7 +16,16 @@
 namespace plotix {
 
 struct EditStep {
-    enum class Kind { Import, Rename, Merge, Delete, RemoveValues, Compute };  ///< stored: never change the order
+    enum class Kind {
+        Import,
+        Rename,
+        Merge,
+        Delete,
+        RemoveValues,
+        Compute,
+        Limits,
+        Notes
+    };  ///< stored: never change the order
 
     qint64 id = 0;
     Kind kind{};
@@ -77,6 +86,7 @@ private:
     void removeWhatWasMade(const QCborMap& data);
     void restoreTables(const QCborMap& tables);
     void restoreFormulas(const QCborMap& tables);
+    void restoreAnnotations(const QCborMap& tables);
     void restorePlugIns(EditStep::Kind kind, const QCborArray& plugIns);
 
     Database& m_database;

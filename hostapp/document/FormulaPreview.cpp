@@ -13,7 +13,7 @@ namespace {
 /// The number of a property that is not stored yet; no stored one has it.
 constexpr RowId kUnstored = kPropertyLimit;
 
-constexpr double kHour = 3600, kDay = 24 * kHour, kYear = 366 * kDay;
+constexpr double kFirstSpan = 3600, kNextSpan = 24 * kFirstSpan, kLastSpan = 366 * kNextSpan;  // seconds
 
 /// The directory as it will be once the formula is kept.
 std::shared_ptr<const FormulaDirectory> withFormula(const FormulaDirectory& directory, RowId agent,
@@ -64,7 +64,7 @@ FormulaPreview previewOf(const std::shared_ptr<RecordStore>& records,
         extent = united(extent, records->extent(each));
     if (!extent)
         return preview;
-    for (const double length : {kHour, kDay, 30 * kDay, kYear, extent->last - extent->first}) {
+    for (const double length : {kFirstSpan, kNextSpan, 30 * kNextSpan, kLastSpan, extent->last - extent->first}) {
         const double from = extent->last - length;
         if (const auto refusal = refusalToRead(computed, {agent, {asked[0]}, from, extent->last}, memoryBudget())) {
             preview.failure = *refusal;

@@ -2,6 +2,7 @@
 
 #include "base/ReportableError.h"
 #include "hostapp/core/Units.h"
+#include "hostapp/document/AgentAnnotations.h"
 #include "hostapp/document/ArchiveManager.h"
 #include "hostapp/document/SiteDocument.h"
 
@@ -12,6 +13,8 @@ SiteAgent::SiteAgent(SiteDocument* document, qint64 id, QString uniqueIdentifier
 {
     m_archiveManager = std::make_unique<ArchiveManager>(
         document->records(), id, [this] { return properties().objects(); }, Units::shared());
+    m_annotations = std::make_unique<AgentAnnotations>(*this);
+    connect(document, &SiteDocument::annotationsChanged, m_annotations.get(), &KTVAnnotations::changed);
     connect(m_archiveManager.get(), &ArchiveManager::fetchFailed, this,
             [this](const QString& message, RecordFailure failure) {
                 if (m_document)

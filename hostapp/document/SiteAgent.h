@@ -2,6 +2,7 @@
 
 #include "hostapp/core/SiteProperty.h"
 #include "plugins/PlotixPlugIn/host/KTVAgent.h"
+#include "plugins/PlotixPlugIn/host/KTVAnnotations.h"
 
 #include <QtCore/QObject>
 
@@ -15,11 +16,12 @@ class ArchiveManager;
 class SiteDocument;
 
 /// One source of measurements in a site document. The document *owns* it; plug-ins *share* it. Main thread only.
-class SiteAgent : public QObject, public KTVAgent {
+class SiteAgent : public QObject, public KTVAgent, public KTVAnnotatedAgent {
     Q_OBJECT
 public:
     ~SiteAgent() override;
 
+    SiteDocument* document() const { return m_document; }  ///< null once it is closed
     qint64 id() const { return m_id; }
     const QString& name() const { return m_name; }
     const std::vector<std::shared_ptr<SiteProperty>>& siteProperties() const { return m_properties; }
@@ -32,6 +34,7 @@ public:
     QString uniqueIdentifier() const override { return m_uniqueIdentifier; }
     KTVArchiveManager* archiveManager() const override;
     ArchiveManager* siteArchiveManager() const { return m_archiveManager.get(); }
+    KTVAnnotations* annotations() const override { return m_annotations.get(); }
     std::optional<QString> siteName() const override;
     std::optional<QString> siteLocation() const override;
     KTVSiteWindowController* siteWindowController() const override { return m_siteWindowController; }
@@ -50,6 +53,7 @@ private:
     QString m_name;
     std::vector<std::shared_ptr<SiteProperty>> m_properties;
     std::unique_ptr<ArchiveManager> m_archiveManager;
+    std::unique_ptr<KTVAnnotations> m_annotations;
     KTVSiteWindowController* m_siteWindowController = nullptr;
 };
 

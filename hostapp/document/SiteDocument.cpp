@@ -142,6 +142,7 @@ void SiteDocument::reload()
     m_siteLocation = site.location;
     std::vector<std::shared_ptr<SiteAgent>> changed;
     const bool differs = reloadAgents(changed);
+    const bool saysOtherwise = reloadAnnotations();
     tellFormulas();
     if (renamed)
         emit siteChanged();
@@ -149,6 +150,19 @@ void SiteDocument::reload()
         emit agentsChanged();
     for (const std::shared_ptr<SiteAgent>& agent : changed)
         emit agent->propertiesChanged();
+    if (saysOtherwise)
+        emit annotationsChanged();
+}
+
+bool SiteDocument::reloadAnnotations()
+{
+    std::vector<SiteLimit> limits = storedLimits(m_store->database);
+    std::vector<SiteNote> notes = storedNotes(m_store->database);
+    if (limits == m_limits && notes == m_notes)
+        return false;
+    m_limits = std::move(limits);
+    m_notes = std::move(notes);
+    return true;
 }
 
 std::shared_ptr<const FormulaDirectory> SiteDocument::formulaDirectory() const

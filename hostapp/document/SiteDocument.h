@@ -2,6 +2,7 @@
 
 #include "base/Date.h"
 #include "hostapp/document/SiteAgent.h"
+#include "hostapp/document/SiteAnnotations.h"
 #include "plugins/PlotixPlugIn/host/KTVSiteDocument.h"
 
 #include <QtCore/QByteArray>
@@ -16,6 +17,7 @@
 namespace plotix {
 
 enum class RecordFailure;
+class AnnotationEditor;
 class ComputedRecords;
 class RecordStore;  // records/store
 struct FormulaDirectory;
@@ -59,6 +61,13 @@ public:
     /// The same for whoever is about to read everything there is: `changedElsewhere` tells of what comes later only.
     void catchUp();
 
+    /// As last read: setting them is `AnnotationEditing`'s.
+    const std::vector<SiteLimit>& limits() const { return m_limits; }
+    const std::vector<SiteNote>& notes() const { return m_notes; }  ///< in the order of time
+    /// Who asks for them; *borrowed*, null without a window.
+    AnnotationEditor* annotationEditor() const { return m_annotationEditor; }
+    void setAnnotationEditor(AnnotationEditor* editor) { m_annotationEditor = editor; }
+
     /// The records of the site's agents, computed properties among them.
     const std::shared_ptr<RecordStore>& records() const { return m_records; }
 
@@ -94,6 +103,7 @@ public:
 signals:
     void agentsChanged();
     void siteChanged();  ///< name or location
+    void annotationsChanged();
     /// A change of a property's unit, colour or visibility could not be stored; it is tried again with the next one.
     void changeNotStored(const QString& message);
     /// Another file has taken the site's name; once.
@@ -114,6 +124,7 @@ private:
     bool reloadAgents(std::vector<std::shared_ptr<SiteAgent>>& changed);
     void takeOver(SiteProperty& property, const SiteProperty::Description& stored);
     void tellFormulas();  // of the agents and properties there are now
+    bool reloadAnnotations();
     void lookForChanges();
     void storeChange(const SiteProperty& property);
     void storeUnsaved();
@@ -124,6 +135,9 @@ private:
     std::shared_ptr<RecordStore> m_records;  // m_computed, for those who need not know
     std::shared_ptr<ComputedRecords> m_computed;
     std::vector<std::shared_ptr<SiteAgent>> m_agents;
+    std::vector<SiteLimit> m_limits;
+    std::vector<SiteNote> m_notes;
+    AnnotationEditor* m_annotationEditor = nullptr;
     std::vector<std::shared_ptr<KTVWindowController>> m_windowControllers;
 };
 

@@ -5,6 +5,7 @@
 #include "hostapp/document/AgentLock.h"
 #include "hostapp/document/ElementMoving.h"
 #include "hostapp/document/RecordKeeping.h"
+#include "hostapp/document/SiteAnnotations.h"
 #include "hostapp/document/SiteSchema.h"
 #include "hostapp/formulas/FormulaPlan.h"
 #include "hostapp/formulas/FormulaRenaming.h"
@@ -114,6 +115,7 @@ void SiteEdit::begin(EditStep::Kind kind, const QString& subject)
 void SiteEdit::absorb(RowId agent, const Description& from, RowId intoAgent, const Description& into)
 {
     m_moved[from.id] = into.id;
+    moveAnnotations(m_database, from.id, into.id);
     if (from.formula)
         return;
     const auto converted = conversion(from, into);
@@ -173,6 +175,7 @@ void SiteEdit::removeProperty(RowId id)
 {
     Statement(m_database, "DELETE FROM property WHERE id = ?").bind(1, id).run();
     Statement(m_database, "DELETE FROM formula WHERE property = ?").bind(1, id).run();
+    Statement(m_database, "DELETE FROM value_limit WHERE property = ?").bind(1, id).run();
 }
 
 void SiteEdit::removeAgent(RowId id)

@@ -10,11 +10,12 @@ namespace plotix {
 namespace {
 
 constexpr int kApplicationId = 0x506C7478;  // "Pltx"
-constexpr int kVersion = 4;
+constexpr int kVersion = 5;
 constexpr int kPageSize = 16384;
 
-constexpr SchemaPart::Table kTables[] = {{"site", 1},  {"agent", 1}, {"property", 1}, {"plugin", 1}, {"setting", 1},
-                                         {"alias", 3}, {"step", 3},  {"kept", 3},     {"formula", 4}};
+constexpr SchemaPart::Table kTables[] = {{"site", 1},    {"agent", 1},       {"property", 1}, {"plugin", 1},
+                                         {"setting", 1}, {"alias", 3},       {"step", 3},     {"kept", 3},
+                                         {"formula", 4}, {"value_limit", 5}, {"note", 5},     {"note_property", 5}};
 
 #define PLOTIX_TABLES_OF_VERSION_3                                                                                     \
     "CREATE TABLE alias(agent INTEGER NOT NULL, name TEXT NOT NULL, target INTEGER NOT NULL, "                         \
@@ -29,6 +30,13 @@ constexpr SchemaPart::Table kTables[] = {{"site", 1},  {"agent", 1}, {"property"
     "CREATE TABLE formula(property INTEGER PRIMARY KEY, text TEXT NOT NULL, unit TEXT NOT NULL, "                      \
     "joins INTEGER NOT NULL, longest_gap REAL NOT NULL);"
 
+#define PLOTIX_TABLES_OF_VERSION_5                                                                                     \
+    "CREATE TABLE value_limit(id INTEGER PRIMARY KEY AUTOINCREMENT, property INTEGER NOT NULL, name TEXT NOT NULL, "   \
+    "value REAL NOT NULL, unit TEXT NOT NULL, side INTEGER NOT NULL, severity INTEGER NOT NULL);"                      \
+    "CREATE TABLE note(id INTEGER PRIMARY KEY AUTOINCREMENT, begin REAL NOT NULL, end REAL NOT NULL, "                 \
+    "author TEXT NOT NULL, text TEXT NOT NULL, created REAL NOT NULL, modified REAL NOT NULL);"                        \
+    "CREATE TABLE note_property(note INTEGER NOT NULL, property INTEGER NOT NULL, PRIMARY KEY(note, property));"
+
 constexpr const char* kCreate = R"sql(
 CREATE TABLE site(id INTEGER PRIMARY KEY CHECK(id = 1), name TEXT NOT NULL, location TEXT NOT NULL);
 CREATE TABLE agent(id INTEGER PRIMARY KEY AUTOINCREMENT, identifier TEXT NOT NULL UNIQUE, name TEXT NOT NULL UNIQUE);
@@ -37,9 +45,10 @@ CREATE TABLE property(id INTEGER PRIMARY KEY AUTOINCREMENT, agent INTEGER NOT NU
     type INTEGER NOT NULL, visible INTEGER NOT NULL, UNIQUE(agent, key));
 CREATE TABLE plugin(id INTEGER PRIMARY KEY AUTOINCREMENT, class_name TEXT NOT NULL, state BLOB NOT NULL);
 CREATE TABLE setting(key TEXT PRIMARY KEY, value BLOB NOT NULL);
-)sql" PLOTIX_TABLES_OF_VERSION_3 PLOTIX_TABLES_OF_VERSION_4;
+)sql" PLOTIX_TABLES_OF_VERSION_3 PLOTIX_TABLES_OF_VERSION_4 PLOTIX_TABLES_OF_VERSION_5;
 
-constexpr SchemaPart::Step kSteps[] = {{3, PLOTIX_TABLES_OF_VERSION_3}, {4, PLOTIX_TABLES_OF_VERSION_4}};
+constexpr SchemaPart::Step kSteps[] = {
+    {3, PLOTIX_TABLES_OF_VERSION_3}, {4, PLOTIX_TABLES_OF_VERSION_4}, {5, PLOTIX_TABLES_OF_VERSION_5}};
 
 }  // namespace
 

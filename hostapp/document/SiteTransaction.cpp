@@ -181,6 +181,18 @@ SiteTransaction::Property SiteTransaction::findOrCreateProperty(RowId agent, con
     return {property->id, property->archivedUnit, property->propertyName};
 }
 
+void SiteTransaction::addLimit(SiteLimit limit)
+{
+    limit.id = 0;
+    storeLimit(*m_impl->database, limit);
+}
+
+void SiteTransaction::addNote(SiteNote note)
+{
+    note.id = 0;
+    storeNote(*m_impl->database, note);
+}
+
 RecordTransaction& SiteTransaction::records()
 {
     if (!m_impl->records)

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "hostapp/document/EditJournal.h"
+#include "hostapp/document/SiteAnnotations.h"
 #include "records/store/RecordStore.h"
 
 #include <QtCore/QString>
@@ -46,6 +47,10 @@ public:
     /// it. Where a computed one has the name, the new one gets a number behind it, and is found by that name from then
     /// on.
     Property findOrCreateProperty(RowId agent, const QString& name, const QString& unit, std::uint32_t type = 0);
+
+    /// Limits and notes of this site's properties, such as those copied from another site; ids of their own are given.
+    void addLimit(SiteLimit limit);
+    void addNote(SiteNote note);
 
     /// Stores records in this transaction; call `commit` here, not there. Borrowed.
     RecordTransaction& records();

@@ -2,6 +2,7 @@
 
 #include <QtWidgets/QLayout>
 #include <QtWidgets/QMenu>
+#include <QtWidgets/QStyle>
 #include <QtWidgets/QToolButton>
 
 namespace plotix {

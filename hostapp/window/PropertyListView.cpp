@@ -98,6 +98,8 @@ void PropertyListView::addEditing(QMenu* menu, const std::shared_ptr<SiteAgent>&
 {
     if (!m_isEditable || !agent)
         return;
+    if (property)
+        menu->addAction(tr("&Limits…"), this, [=, this] { emit limitsWanted(agent, property); });
     menu->addSeparator();
     menu->addAction(tr("New Computed &Property…"), this, [=, this] { emit computeWanted(agent, nullptr); });
     if (property && property->isComputed())

@@ -40,6 +40,7 @@ signals:
                      qint64 into);
     /// A null property: a new computed one of the agent.
     void computeWanted(const std::shared_ptr<SiteAgent>& agent, const std::shared_ptr<SiteProperty>& property);
+    void limitsWanted(const std::shared_ptr<SiteAgent>& agent, const std::shared_ptr<SiteProperty>& property);
     void deleteWanted(const std::shared_ptr<SiteAgent>& agent, const std::shared_ptr<SiteProperty>& property);
     void removeShownWanted(const std::shared_ptr<SiteAgent>& agent, const std::shared_ptr<SiteProperty>& property);
     void trendWanted();  ///< of the properties ticked now

@@ -54,16 +54,18 @@ public:
 
     void askAndUndoImport();
 
+    using Work = std::function<EditOutcome(const EditProgress&)>;
+    /// Does it, and puts it on the undo stack.
+    void edit(const QString& text, Work work);
+
 signals:
     void beginning();
     void ended();
     void told(const QString& message);  ///< briefly, for a status bar
 
 private:
-    using Work = std::function<EditOutcome(const EditProgress&)>;
     void rename(const std::shared_ptr<SiteAgent>& agent, const std::shared_ptr<SiteProperty>& property,
                 const QString& name);
-    void edit(const QString& text, Work work);  ///< and puts it on the undo stack
     EditCommand::Result apply(const QString& text, const std::function<void(const EditProgress&)>& work);
     EditCommand::Result undo(const QString& text, qint64 step);
     void tellFormulas(const EditOutcome& outcome);  // that name what is gone, or have another name in them now

@@ -2,6 +2,7 @@
 
 #include "base/ReportableError.h"
 #include "hostapp/document/ArchiveManager.h"
+#include "hostapp/window/AnnotationAsking.h"
 #include "hostapp/window/DesktopUserInterface.h"
 #include "hostapp/window/EmptyStateView.h"
 #include "hostapp/window/ListRowDelegate.h"
@@ -73,6 +74,7 @@ SiteWindow::~SiteWindow()
     m_propertyView->setModel(nullptr);
     m_trendHistory.reset();
     m_undoStack.clear();
+    m_annotationAsking.reset();
     m_editor.reset();
     m_propertyHistory.reset();
     m_controller.reset();

@@ -20,6 +20,7 @@ class QVBoxLayout;
 
 namespace plotix {
 
+class AnnotationAsking;
 class DesktopUserInterface;
 class EmptyStateView;
 class GatheringToolbar;
@@ -191,6 +192,7 @@ private:
     std::unique_ptr<PropertyHistory> m_propertyHistory;
     std::unique_ptr<TrendHistory> m_trendHistory;
     std::unique_ptr<SiteEditor> m_editor;
+    std::unique_ptr<AnnotationAsking> m_annotationAsking;
     std::unique_ptr<ImportSequence> m_importing;
     std::unique_ptr<SiteRecording> m_recording;
     QTimer m_storeTimer;

@@ -5,6 +5,7 @@
 
 #include "hostapp/window/SiteWindow.h"
 
+#include "hostapp/window/AnnotationAsking.h"
 #include "hostapp/window/DesktopUserInterface.h"
 #include "hostapp/window/PropertyHistory.h"
 #include "hostapp/window/PropertyListView.h"
@@ -72,6 +73,12 @@ void SiteWindow::makeEditor()
         if (const auto agent = m_propertyView->currentAgent())
             m_editor->askAndCompute(agent, nullptr);
     });
+    m_annotationAsking = std::make_unique<AnnotationAsking>(
+        AnnotationAsking::Surroundings{*m_controller, *m_editor, [this] { return windowInFront(); }});
+    connect(m_propertyView, &PropertyListView::limitsWanted, m_annotationAsking.get(),
+            [this](const std::shared_ptr<SiteAgent>& agent, const std::shared_ptr<SiteProperty>& property) {
+                m_annotationAsking->editLimits(*agent, property->propertyName());
+            });
     connect(m_propertyView, &PropertyListView::removeShownWanted, m_editor.get(), &SiteEditor::askAndRemoveShown);
 }
 

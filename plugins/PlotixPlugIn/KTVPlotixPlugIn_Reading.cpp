@@ -90,6 +90,9 @@ void KTVPlotixPlugIn::connectLooks()
     connect(m_infoTable, &PropertyDetailsTableView::lineMenuMade, this, [this](QMenu& menu, const QStringList& names) {
         m_reader->tell(&plotix::ReadingPart::addLineItems, menu, names);
     });
+    connect(m_infoTable, &PropertyDetailsTableView::rowMenuMade, this, [this](QMenu& menu, const QStringList& names) {
+        m_reader->tell(&plotix::ReadingPart::addRowItems, menu, names);
+    });
     connect(m_reader.get(), &plotix::TrendReader::chosenChanged, m_infoTable->infoTableModel(),
             &InfoTableModel::plotsChanged);
 }

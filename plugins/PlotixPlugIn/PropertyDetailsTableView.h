@@ -89,6 +89,8 @@ signals:
     void showClicked(QWidget* sender);  ///< after the row's "show" was written; the sender is the check box
     /// A menu for these properties is being made: whoever can do something with their lines adds items.
     void lineMenuMade(QMenu& menu, const QStringList& propertyNames);
+    /// The same for the menu of the rows themselves.
+    void rowMenuMade(QMenu& menu, const QStringList& propertyNames);
     void lineChosen(int row, bool shown);  ///< after the row's "show" was written by a menu or a key of the table
 
 protected:
@@ -108,6 +110,7 @@ private:
     void columnWasResized(int column, int width);
     void selectRowUnder(const QPoint& position);
     void addLineItems(QMenu& menu);
+    QStringList selectedNames() const;
     std::unique_ptr<QMenu> selectedLinesMenu();
     void openLinesMenu();
     plotix::TableText textOfRows(const std::vector<std::size_t>& rows) const;

@@ -48,6 +48,8 @@ void PropertyDetailsTableView::addLineItems(QMenu& menu)
         lines->setParent(&menu, lines->windowFlags());
         item->setMenu(lines.release());
     }
+    if (const QStringList names = selectedNames(); !names.isEmpty())
+        emit rowMenuMade(menu, names);
     menu.addSeparator();
     QAction* copy =
         menu.addAction(KTVBundle::mainBundle()->localizedString(QStringLiteral(QT_TRANSLATE_NOOP("Plotix", "Copy"))) +
@@ -56,13 +58,19 @@ void PropertyDetailsTableView::addLineItems(QMenu& menu)
     connect(copy, &QAction::triggered, this, &PropertyDetailsTableView::copyRows);
 }
 
-/// Null where nobody has anything to offer, or no row is selected.
-std::unique_ptr<QMenu> PropertyDetailsTableView::selectedLinesMenu()
+QStringList PropertyDetailsTableView::selectedNames() const
 {
     QStringList names;
     for (const std::size_t row : selectedRowIndexes())
         if (const InfoTableRowPtr object = m_model->rowAt(static_cast<int>(row)))
             names << object->propertyName;
+    return names;
+}
+
+/// Null where nobody has anything to offer, or no row is selected.
+std::unique_ptr<QMenu> PropertyDetailsTableView::selectedLinesMenu()
+{
+    const QStringList names = selectedNames();
     auto menu = std::make_unique<QMenu>();
     if (!names.isEmpty())
         emit lineMenuMade(*menu, names);

@@ -18,6 +18,12 @@ KTVRecordDictionaryPtr TrendAccess::records() const
     return m_plugIn.m_plotData;
 }
 
+KTVAnnotations* TrendAccess::annotations() const
+{
+    const auto* annotated = dynamic_cast<const KTVAnnotatedAgent*>(m_plugIn.agent().get());
+    return annotated ? annotated->annotations() : nullptr;
+}
+
 plotix::ReadLine TrendAccess::ownLine(const CPTScatterPlot& plot) const
 {
     plotix::ReadLine line;

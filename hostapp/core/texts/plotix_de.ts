@@ -1981,8 +1981,32 @@
         <translation>A–B über eine &amp;Zeit legen …</translation>
     </message>
     <message>
-        <source>Lay A–B Over the Time From</source>
-        <translation>A–B über die Zeit legen ab</translation>
+        <source>L&amp;imits and Notes</source>
+        <translation>&amp;Grenzwerte und Notizen</translation>
+    </message>
+    <message>
+        <source>Show &amp;Limits</source>
+        <translation>&amp;Grenzwerte zeigen</translation>
+    </message>
+    <message>
+        <source>&amp;Widen Values to the Limits</source>
+        <translation>&amp;Werte bis zu den Grenzwerten zeigen</translation>
+    </message>
+    <message>
+        <source>Set Limits &amp;of</source>
+        <translation>Grenzwerte &amp;setzen von</translation>
+    </message>
+    <message>
+        <source>Limits…</source>
+        <translation>Grenzwerte …</translation>
+    </message>
+    <message>
+        <source>Next Limit &amp;Crossing</source>
+        <translation>Nächstes Ü&amp;berschreiten eines Grenzwerts</translation>
+    </message>
+    <message>
+        <source>Previous Limit Cr&amp;ossing</source>
+        <translation>V&amp;origes Überschreiten eines Grenzwerts</translation>
     </message>
     <message>
         <source>No Legend</source>
@@ -2031,6 +2055,10 @@
     <message>
         <source>Transparent Ground</source>
         <translation>Durchsichtiger Grund</translation>
+    </message>
+    <message>
+        <source>Lay A–B Over the Time From</source>
+        <translation>A–B über die Zeit legen ab</translation>
     </message>
 </context>
 <context>
@@ -2459,6 +2487,13 @@
     <message>
         <source>Cancelling…</source>
         <translation>Wird abgebrochen …</translation>
+    </message>
+</context>
+<context>
+    <name>plotix::AnnotationAsking</name>
+    <message>
+        <source>Limits of %1</source>
+        <translation>Grenzwerte von %1</translation>
     </message>
 </context>
 <context>
@@ -3098,6 +3133,113 @@
     </message>
 </context>
 <context>
+    <name>plotix::LimitsDialog</name>
+    <message>
+        <source>No limits.</source>
+        <translation>Keine Grenzwerte.</translation>
+    </message>
+    <message>
+        <source>Limits of %1</source>
+        <translation>Grenzwerte von %1</translation>
+    </message>
+    <message>
+        <source>Name</source>
+        <translation>Name</translation>
+    </message>
+    <message>
+        <source>Beyond it</source>
+        <translation>Jenseits</translation>
+    </message>
+    <message>
+        <source>Value</source>
+        <translation>Wert</translation>
+    </message>
+    <message>
+        <source>Severity</source>
+        <translation>Stufe</translation>
+    </message>
+    <message>
+        <source>&amp;Add Limit</source>
+        <translation>Grenzwert &amp;hinzufügen</translation>
+    </message>
+    <message>
+        <source>above</source>
+        <translation>darüber</translation>
+    </message>
+    <message>
+        <source>below</source>
+        <translation>darunter</translation>
+    </message>
+    <message>
+        <source>Notice</source>
+        <translation>Hinweis</translation>
+    </message>
+    <message>
+        <source>Warning</source>
+        <translation>Warnung</translation>
+    </message>
+    <message>
+        <source>Alarm</source>
+        <translation>Alarm</translation>
+    </message>
+    <message>
+        <source>Remove this limit</source>
+        <translation>Diesen Grenzwert entfernen</translation>
+    </message>
+    <message>
+        <source>Name of limit %1</source>
+        <translation>Name von Grenzwert %1</translation>
+    </message>
+    <message>
+        <source>Side of limit %1</source>
+        <translation>Seite von Grenzwert %1</translation>
+    </message>
+    <message>
+        <source>Value of limit %1</source>
+        <translation>Wert von Grenzwert %1</translation>
+    </message>
+    <message>
+        <source>Severity of limit %1</source>
+        <translation>Stufe von Grenzwert %1</translation>
+    </message>
+    <message>
+        <source>Remove limit %1</source>
+        <translation>Grenzwert %1 entfernen</translation>
+    </message>
+    <message>
+        <source>high</source>
+        <translation>hoch</translation>
+    </message>
+    <message>
+        <source>low</source>
+        <translation>niedrig</translation>
+    </message>
+    <message>
+        <source>very high</source>
+        <translation>sehr hoch</translation>
+    </message>
+    <message>
+        <source>very low</source>
+        <translation>sehr niedrig</translation>
+    </message>
+    <message>
+        <source>Every limit needs a name.</source>
+        <translation>Jeder Grenzwert braucht einen Namen.</translation>
+    </message>
+    <message>
+        <source>Two limits are called “%1”: choose another name for one of them.</source>
+        <translation>Zwei Grenzwerte heißen „%1“: Geben Sie einem davon einen anderen Namen.</translation>
+    </message>
+    <message>
+        <source>Type a value for “%1”, or remove it with ×.</source>
+        <translation>Geben Sie einen Wert für „%1“ ein, oder entfernen Sie ihn mit ×.</translation>
+    </message>
+    <message>
+        <source>The value of “%1” is no number.</source>
+        <translation>Der Wert von „%1“ ist keine Zahl.</translation>
+    </message>
+</context>
+<context>
     <name>plotix::PropertyChoice</name>
     <message>
         <source>Search</source>
@@ -3232,6 +3374,10 @@ Auf einen Trend ziehen, oder ankreuzen und „Neuer Trend“ wählen.</translati
     <message>
         <source>New Computed &amp;Property…</source>
         <translation>Neue &amp;berechnete Größe …</translation>
+    </message>
+    <message>
+        <source>&amp;Limits…</source>
+        <translation>&amp;Grenzwerte …</translation>
     </message>
 </context>
 <context>

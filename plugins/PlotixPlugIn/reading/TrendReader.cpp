@@ -4,6 +4,7 @@
 #include "plugins/PlotixPlugIn/reading/comparing/ComparingPart.h"
 #include "plugins/PlotixPlugIn/reading/lanes/Arrangement.h"
 #include "plugins/PlotixPlugIn/reading/legend/LegendPart.h"
+#include "plugins/PlotixPlugIn/reading/limits/LimitsPart.h"
 #include "plugins/PlotixPlugIn/reading/line/LinePart.h"
 #include "plugins/PlotixPlugIn/reading/looks/TrendLooks.h"
 #include "plugins/PlotixPlugIn/reading/marks/MarksPart.h"
@@ -28,6 +29,7 @@ TrendReader::TrendReader(ReadTrend& trend) : m_trend(trend)
     add(std::make_unique<LinePart>(trend));
     add(std::make_unique<MissingPart>(trend));
     add(std::make_unique<MarksPart>(trend));
+    add(std::make_unique<LimitsPart>(trend));
     add(std::make_unique<StatisticsPart>(trend));
     add(std::make_unique<LegendPart>(trend));
     add(std::make_unique<TrendLooks>(trend));     // it dresses what others put into the graph

@@ -116,6 +116,46 @@ TEST_F(EditCommandTest, WhatWasChangedAfterAnImportIsUndoneFirst)
     expectFailure({"edit", site(), "--undo-import"}, 1, QStringLiteral("undo that first"));
 }
 
+TEST_F(EditCommandTest, SetsALimitAndInfoTellsIt)
+{
+    ASSERT_EQ(run({"edit", site(), "--limit", "Air Temperature > 330 K"}), 0) << m_error.toStdString();
+    EXPECT_TRUE(m_output.contains("limits of “EWR: Air Temperature”")) << m_output.toStdString();
+    run({"info", site()});
+    EXPECT_TRUE(m_output.contains("limit “warning high”: warning above 330 K")) << m_output.toStdString();
+    run({"edit", site(), "--undo"});
+    run({"info", site()});
+    EXPECT_FALSE(m_output.contains("limit")) << m_output.toStdString();
+}
+
+TEST_F(EditCommandTest, ALimitOfTheSameNameIsChanged)
+{
+    run({"edit", site(), "--limit", "Pressure < 990", "--limit-name", "storm"});
+    ASSERT_EQ(run({"edit", site(), "--limit", "\"Pressure\"<-9.5e2", "--limit-name", "Storm", "--severity", "alarm"}),
+              0);
+    run({"info", site()});
+    EXPECT_EQ(m_output.count("limit “"), 1);
+    EXPECT_TRUE(m_output.contains("limit “Storm”: alarm below -950 hPa")) << m_output.toStdString();
+}
+
+TEST_F(EditCommandTest, RemovesALimitAndSaysWhichThereAre)
+{
+    run({"edit", site(), "--limit", "Pressure < 990", "--limit-name", "storm"});
+    expectFailure({"edit", site(), "--property", "Pressure", "--remove-limit", "gale"}, 1,
+                  QStringLiteral("it has “storm”"));
+    ASSERT_EQ(run({"edit", site(), "--property", "Pressure", "--remove-limit", "STORM"}), 0) << m_error.toStdString();
+    EXPECT_TRUE(SiteDocument::open(site())->limits().empty());
+}
+
+TEST_F(EditCommandTest, ALimitThatCannotBeIsRefused)
+{
+    expectFailure({"edit", site(), "--limit", "Pressure 990"}, 2, QStringLiteral("> or <"));
+    expectFailure({"edit", site(), "--limit", "Pressure > 60 °C"}, 1, QStringLiteral("does not convert"));
+    expectFailure({"edit", site(), "--limit", "Presure > 60"}, 1, QStringLiteral("Presure"));
+    expectFailure({"edit", site(), "--remove-limit", "storm"}, 2, QStringLiteral("--property"));
+    expectFailure({"edit", site(), "--undo", "--severity", "alarm"}, 2, QStringLiteral("--limit"));
+    EXPECT_TRUE(SiteDocument::open(site())->limits().empty());
+}
+
 }  // namespace
 
 }  // namespace plotix

@@ -7,6 +7,7 @@
 #include "hostapp/window/PropertyListView.h"
 #include "hostapp/window/SiteDetailsDialog.h"
 #include "hostapp/window/SiteWindow.h"
+#include "hostapp/window/annotating/LimitsDialog.h"
 #include "hostapp/window/computing/ComputedPropertyDialog.h"
 #include "hostapp/window/computing/FormulaEdit.h"
 #include "tests/support/stubsite/ScratchSite.h"
@@ -377,6 +378,32 @@ TEST_F(EditingTest, AnImportOverOtherValuesAsksFirst)
     EXPECT_TRUE(asked.contains("replaces 1 stored value")) << asked.toStdString();
     EXPECT_FALSE(ended.last().first().toBool());
     EXPECT_EQ(plotix::editSteps(site.document->path()).size(), 1U);
+}
+
+TEST_F(EditingTest, LimitsAreSetAndUndone)
+{
+    answerNext<plotix::LimitsDialog>([](plotix::LimitsDialog* dialog) {
+        QTest::keyClicks(dialog->focusWidget(), "60");
+        QTest::keyClick(dialog, Qt::Key_Return);
+    });
+    choose(0, QStringLiteral("Limits…"));
+    ASSERT_EQ(site.document->limits().size(), 1U);
+    EXPECT_EQ(site.document->limits()[0].value, 60);
+    EXPECT_EQ(station->annotations()->limitsOf(station->siteProperties()[0]->propertyName()).size(), 1U);
+    window->undoStack().undo();
+    EXPECT_TRUE(site.document->limits().empty());
+    window->undoStack().redo();
+    EXPECT_EQ(site.document->limits().size(), 1U);
+}
+
+TEST_F(EditingTest, APlugInAsksTheWindowForLimits)
+{
+    EXPECT_TRUE(station->annotations()->canEdit());
+    answerNext<plotix::LimitsDialog>([](plotix::LimitsDialog* dialog) { dialog->reject(); });
+    station->annotations()->editLimits(station->siteProperties()[0]->propertyName());
+    EXPECT_FALSE(window->undoStack().canUndo());
+    window.reset();
+    EXPECT_FALSE(station->annotations()->canEdit());
 }
 
 }  // namespace

@@ -10,6 +10,13 @@ FakeAgent::FakeAgent(QString uniqueIdentifier, std::shared_ptr<const FakeUnitMod
 {
 }
 
+FakeAnnotations& FakeAgent::annotate()
+{
+    if (!m_annotations)
+        m_annotations = std::make_unique<FakeAnnotations>();
+    return *m_annotations;
+}
+
 FakePropertyPtr FakeAgent::addProperty(FakeProperty::Description description)
 {
     auto property = std::make_shared<FakeProperty>(std::move(description), m_units, m_log);

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "plugins/PlotixPlugIn/host/KTVAgent.h"
+#include "tests/support/fakehost/FakeAnnotations.h"
 #include "tests/support/fakehost/FakeArchiveManager.h"
 #include "tests/support/fakehost/FakeProperty.h"
 
@@ -8,7 +9,7 @@
 /// *share* it, as they do a real one. Main thread only.
 namespace fakehost {
 
-class FakeAgent : public KTVAgent {
+class FakeAgent : public KTVAgent, public KTVAnnotatedAgent {
 public:
     FakeAgent(QString uniqueIdentifier, std::shared_ptr<const FakeUnitModel> units, CallLog* log);
 
@@ -18,6 +19,9 @@ public:
     std::optional<QString> siteName() const override { return asked(m_siteName); }
     std::optional<QString> siteLocation() const override { return asked(m_siteLocation); }
     KTVSiteWindowController* siteWindowController() const override { return asked(m_siteWindowController); }
+
+    KTVAnnotations* annotations() const override { return m_annotations.get(); }
+    FakeAnnotations& annotate();  ///< has limits and notes from now on; none before
 
     FakePropertyPtr addProperty(FakeProperty::Description description);
     void removeProperty(const QString& propertyName);             ///< none of that key: nothing happens
@@ -40,6 +44,7 @@ private:
     std::shared_ptr<const FakeUnitModel> m_units;
     CallLog* m_log;  // borrowed
     std::unique_ptr<FakeArchiveManager> m_archiveManager;
+    std::unique_ptr<FakeAnnotations> m_annotations;
     KTVPropertyList m_properties;  // each a FakeProperty
     std::optional<QString> m_siteName = QStringLiteral("Meadow Station");
     std::optional<QString> m_siteLocation = QStringLiteral("Hillside");

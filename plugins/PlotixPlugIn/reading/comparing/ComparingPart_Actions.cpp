@@ -52,13 +52,13 @@ void ComparingPart::makeActions()
         m_usual.push_back(action);
     }
     QAction* other = add(QT_TRANSLATE_NOOP("Plotix", "&Other Distances…"), [this] { askForDistances(); });
-    other->setShortcut(Qt::Key_C);
+    other->setShortcut(Qt::Key_E);
     other->setShortcutContext(Qt::WidgetShortcut);  // the key counts in the focused graph, where keyPressed() gets it
     QAction* here = add(QT_TRANSLATE_NOOP("Plotix", "Lay A–B Over the &Value Line"), [this] {
         if (const auto at = standing())
             layMarkedSpan(*at);
     });
-    here->setShortcut(Qt::Key_C | Qt::SHIFT);
+    here->setShortcut(Qt::Key_E | Qt::SHIFT);
     here->setShortcutContext(Qt::WidgetShortcut);
     m_onMarks = {here, add(QT_TRANSLATE_NOOP("Plotix", "Lay A–B Over a &Time…"), [this] { askWhereToLay(); })};
     m_nothing = add(QT_TRANSLATE_NOOP("Plotix", "Compare with &Nothing"), [this] { change({}); });
@@ -75,7 +75,7 @@ void ComparingPart::updateActions()
 
 bool ComparingPart::keyPressed(const QKeyEvent& event)
 {
-    if (event.key() != Qt::Key_C || !trend().graph())
+    if (event.key() != Qt::Key_E || !trend().graph())
         return false;
     if (event.modifiers() == Qt::NoModifier)
         askForDistances();

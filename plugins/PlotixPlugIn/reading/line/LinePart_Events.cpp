@@ -28,7 +28,7 @@ struct StepKey {
 
 /// Keys that also a German keyboard has without AltGr, and brackets for those that have them. Shift turns a comma into
 /// a semicolon or a less-than sign, by the keyboard.
-constexpr std::array<StepKey, 18> kStepKeys{{
+constexpr std::array<StepKey, 20> kStepKeys{{
     {Qt::Key_Period, false, Step::Record, Towards::Later},
     {Qt::Key_Comma, false, Step::Record, Towards::Earlier},
     {Qt::Key_Period, true, Step::Pixel, Towards::Later},
@@ -45,6 +45,8 @@ constexpr std::array<StepKey, 18> kStepKeys{{
     {Qt::Key_N, true, Step::Minimum, Towards::Earlier},
     {Qt::Key_G, false, Step::Gap, Towards::Later},
     {Qt::Key_G, true, Step::Gap, Towards::Earlier},
+    {Qt::Key_C, false, Step::Limit, Towards::Later},
+    {Qt::Key_C, true, Step::Limit, Towards::Earlier},
     {Qt::Key_V, false, Step::SameValue, Towards::Later},
     {Qt::Key_V, true, Step::SameValue, Towards::Earlier},
 }};
@@ -92,7 +94,7 @@ void LinePart::addSteps()
         Step step;
         Towards towards;
     };
-    const std::array<Row, 10> rows{{
+    const std::array<Row, 12> rows{{
         {QT_TRANSLATE_NOOP("Plotix", "Next &Record"), Qt::Key_Period, Step::Record, Towards::Later},
         {QT_TRANSLATE_NOOP("Plotix", "Previous R&ecord"), Qt::Key_Comma, Step::Record, Towards::Earlier},
         {QT_TRANSLATE_NOOP("Plotix", "Next &Maximum"), Qt::Key_M, Step::Maximum, Towards::Later},
@@ -101,6 +103,8 @@ void LinePart::addSteps()
         {QT_TRANSLATE_NOOP("Plotix", "Pre&vious Minimum"), Qt::Key_N | Qt::SHIFT, Step::Minimum, Towards::Earlier},
         {QT_TRANSLATE_NOOP("Plotix", "Next &Gap"), Qt::Key_G, Step::Gap, Towards::Later},
         {QT_TRANSLATE_NOOP("Plotix", "&Previous Gap"), Qt::Key_G | Qt::SHIFT, Step::Gap, Towards::Earlier},
+        {QT_TRANSLATE_NOOP("Plotix", "Next Limit &Crossing"), Qt::Key_C, Step::Limit, Towards::Later},
+        {QT_TRANSLATE_NOOP("Plotix", "Previous Limit Cr&ossing"), Qt::Key_C | Qt::SHIFT, Step::Limit, Towards::Earlier},
         {QT_TRANSLATE_NOOP("Plotix", "Next Time at This Val&ue"), Qt::Key_V, Step::SameValue, Towards::Later},
         {QT_TRANSLATE_NOOP("Plotix", "Previou&s Time at This Value"), Qt::Key_V | Qt::SHIFT, Step::SameValue,
          Towards::Earlier},

@@ -1,6 +1,8 @@
 #include "plugins/PlotixPlugIn/reading/line/LineReadout.h"
 
 #include "plugins/PlotixPlugIn/reading/trend/ReadingPart.h"
+#include "plugins/PlotixPlugIn/reading/values/GraphLook.h"
+#include "plugins/PlotixPlugIn/reading/values/LimitLook.h"
 #include "plugins/PlotixPlugIn/reading/values/MissingRecords.h"
 
 #include <algorithm>
@@ -56,6 +58,19 @@ QString noteOf(const std::vector<TrendLine>& lines, const TrendLine& each, const
     return notes.join(QStringLiteral(", "));
 }
 
+/// Which limit the value is beyond, before how far away it is.
+void noteLimit(ReadoutRow& row, const TrendLine& line, double value, const ValueTexts& texts, bool onDark)
+{
+    const auto limit = limitPassed(line.limits, value);
+    if (!limit)
+        return;
+    const QString text = (limit->side == KTVLimit::Side::Above ? localizedText(QT_TRANSLATE_NOOP("Plotix", "above %1"))
+                                                               : localizedText(QT_TRANSLATE_NOOP("Plotix", "below %1")))
+                             .arg(limitText(*limit, texts, line.line.unitSymbol));
+    row.note = row.note.isEmpty() ? text : text + QStringLiteral(", ") + row.note;
+    row.noteColor = limitColor(limit->severity, onDark);
+}
+
 }  // namespace
 
 double secondsPerPoint(const plotkit::GraphGeometry& geometry)
@@ -77,6 +92,8 @@ ReadAt readAt(const std::vector<TrendLine>& lines, double time, const plotkit::G
         row.value = reading.record ? texts.value(reading.record->value, each.line.unitSymbol)
                                    : localizedText(QT_TRANSLATE_NOOP("Plotix", "not recorded"));
         row.note = noteOf(lines, each, reading, time, perPoint, texts);
+        if (reading.record)
+            noteLimit(row, each, reading.record->value, texts, isDark(geometry.graph));
         read.readout.rows.push_back(std::move(row));
         if (!reading.record)
             continue;

@@ -36,6 +36,18 @@ OptionalTime timeOfCrossing(const LineRecords& line, double time, double value, 
     return timeOf(towards == Towards::Later ? crossingAfter(line, time, value) : crossingBefore(line, time, value));
 }
 
+/// The nearest place where the line passes any of its limits.
+OptionalTime timeOfLimit(const TrendLine& line, double time, Towards towards)
+{
+    OptionalTime nearest;
+    for (const KTVLimit& limit : line.limits) {
+        const OptionalTime crossing = timeOfCrossing(line.records, time, limit.value, towards);
+        if (crossing && (!nearest || (towards == Towards::Later ? *crossing < *nearest : *crossing > *nearest)))
+            nearest = crossing;
+    }
+    return nearest;
+}
+
 OptionalTime timeOfExtreme(const TrendLine& line, double time, Extreme kind, Towards towards,
                            const plotkit::GraphGeometry& geometry)
 {
@@ -56,6 +68,7 @@ OptionalTime timeOfStep(const TrendLine& line, const StepFrom& from, Step step, 
     case Step::Maximum: return timeOfExtreme(line, from.time, Extreme::Maximum, towards, geometry);
     case Step::Minimum: return timeOfExtreme(line, from.time, Extreme::Minimum, towards, geometry);
     case Step::Gap: return timeOfGap(line.records, from.time, towards);
+    case Step::Limit: return timeOfLimit(line, from.time, towards);
     case Step::SameValue:
         return from.value ? timeOfCrossing(line.records, from.time, *from.value, towards) : std::nullopt;
     case Step::Pixel: break;

@@ -11,7 +11,7 @@
 /// Where the value line goes next. Free functions; main thread only.
 namespace plotix {
 
-enum class Step { Record, Pixel, Extreme, Maximum, Minimum, Gap, SameValue };
+enum class Step { Record, Pixel, Extreme, Maximum, Minimum, Gap, Limit, SameValue };
 enum class Towards { Earlier, Later };
 
 struct StepFrom {

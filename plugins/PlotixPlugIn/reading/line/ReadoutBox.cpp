@@ -135,7 +135,8 @@ void paintRow(QPainter& painter, const ReadoutRow& row, const Columns& columns, 
     left += columns.name + 2 * kBetween + columns.value;
     const QColor& color = row.isFaint ? look.faint : look.text;
     write(painter, Face::Bold, color, left - widthOf(Face::Bold, row.value), place, row.value);
-    write(painter, Face::Italic, look.faint, left + kBetween, place, row.note);
+    const QColor& noted = row.noteColor.isValid() ? row.noteColor : look.faint;
+    write(painter, Face::Italic, noted, left + kBetween, place, row.note);
 }
 
 bool isUnder(const QRectF& box, const std::optional<QPointF>& pointer)

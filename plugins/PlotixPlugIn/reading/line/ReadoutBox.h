@@ -21,6 +21,7 @@ struct ReadoutRow {
     QString name;
     QString value;          ///< with its unit, or that there is none
     QString note;           ///< such as how far away the record is; mostly empty
+    QColor noteColor = {};  ///< invalid: faint
     bool isFaint = false;   ///< there is no value
     bool isChosen = false;  ///< the one line that the keys follow
 };

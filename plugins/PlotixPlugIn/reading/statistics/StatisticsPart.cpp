@@ -99,6 +99,8 @@ void StatisticsPart::viewLoaded()
 {
     if (const ReadingPart* looks = trend().part(QStringLiteral("looks")))
         connect(looks, &ReadingPart::chosenChanged, this, &StatisticsPart::refreshSoon);
+    if (KTVAnnotations* annotations = trend().annotations())
+        connect(annotations, &KTVAnnotations::changed, this, &StatisticsPart::refreshSoon);
 }
 
 void StatisticsPart::rangeSet(CPTCoordinate coordinate)

@@ -2,6 +2,7 @@
 
 #include "plugins/PlotixPlugIn/reading/trend/ReadingPart.h"
 #include "plugins/PlotixPlugIn/reading/trend/UsualJoin.h"
+#include "plugins/PlotixPlugIn/reading/values/LimitLook.h"
 
 #include <QtCore/QDateTime>
 
@@ -70,13 +71,31 @@ std::vector<FigureLine> StatisticsTable::keptLines() const
     return lines;
 }
 
+std::optional<StatisticsTable::CountedLimit> StatisticsTable::limitOf(const QString& key, const KTVRecordColumn& column,
+                                                                      Figure figure) const
+{
+    const bool isLow = figure == Figure::BelowLow;
+    const QString owner = limitKey(key);
+    const auto& chosen = isLow ? m_choices.lowLimits : m_choices.highLimits;
+    if (const auto limit = chosen.find(owner); limit != chosen.end())
+        return CountedLimit{convertedLimit(limit->second, column),
+                            m_texts.amount(limit->second.value, limit->second.unit)};
+    const KTVAnnotations* annotations = m_trend.annotations();
+    const auto limit = annotations ? innermostLimit(annotations->limitsOf(owner),
+                                                    isLow ? KTVLimit::Side::Below : KTVLimit::Side::Above)
+                                   : std::nullopt;
+    if (!limit)
+        return std::nullopt;
+    return CountedLimit{limit->value, limit->name + u' ' + m_texts.amount(limit->value, column.unitSymbol())};
+}
+
 LineLimits StatisticsTable::limitsOf(const QString& key, const KTVRecordColumn& column) const
 {
     LineLimits limits;
-    if (const auto high = m_choices.highLimits.find(limitKey(key)); high != m_choices.highLimits.end())
-        limits.high = convertedLimit(high->second, column);
-    if (const auto low = m_choices.lowLimits.find(limitKey(key)); low != m_choices.lowLimits.end())
-        limits.low = convertedLimit(low->second, column);
+    if (const auto high = limitOf(key, column, Figure::AboveHigh))
+        limits.high = high->value;
+    if (const auto low = limitOf(key, column, Figure::BelowLow))
+        limits.low = low->value;
     return limits;
 }
 
@@ -215,9 +234,12 @@ Cell StatisticsTable::limitCell(const QString& key, Figure figure) const
 {
     const bool isLow = figure == Figure::BelowLow;
     const bool isHigh = figure == Figure::AboveHigh;
-    const QString owner = limitKey(key);
-    const bool hasHigh = m_choices.highLimits.contains(owner);
-    const bool hasLow = m_choices.lowLimits.contains(owner);
+    const KTVRecordDictionaryPtr records = m_trend.recordsOf(key);
+    const auto column = records ? records->columnForKey(key) : nullptr;
+    const auto high = column ? limitOf(key, *column, Figure::AboveHigh) : std::nullopt;
+    const auto low = column ? limitOf(key, *column, Figure::BelowLow) : std::nullopt;
+    const bool hasHigh = high.has_value();
+    const bool hasLow = low.has_value();
     if ((isHigh && !hasHigh) || (isLow && !hasLow) || (!hasHigh && !hasLow))
         return {FigureTexts::none(), localizedText(QT_TRANSLATE_NOOP("Plotix", "Click to set a limit"))};
     const auto found =
@@ -226,12 +248,11 @@ Cell StatisticsTable::limitCell(const QString& key, Figure figure) const
         return {m_keeper.isCancelled() ? FigureTexts::none() : FigureTexts::pending()};
     if (figure == Figure::Crossings)
         return {m_texts.count(found->crossings), {}, static_cast<double>(found->crossings), {}};
-    const ChosenLimit& limit = isLow ? m_choices.lowLimits.at(owner) : m_choices.highLimits.at(owner);
     const double seconds = isHeld(key) ? (isLow ? found->heldBelow : found->heldAbove)
                                        : (isLow ? found->straightBelow : found->straightAbove);
     const QString hint =
         localizedText(isLow ? QT_TRANSLATE_NOOP("Plotix", "below %1") : QT_TRANSLATE_NOOP("Plotix", "above %1"));
-    return {m_texts.duration(seconds), hint.arg(m_texts.amount(limit.value, limit.unit)), seconds, {}};
+    return {m_texts.duration(seconds), hint.arg(isLow ? low->text : high->text), seconds, {}};
 }
 
 Cell StatisticsTable::latestCell(const QString& key, const LineFigures& figures, Figure figure) const

@@ -35,6 +35,12 @@ private:
     bool isAsked() const;
     QString limitKey(const QString& key) const;
     std::vector<FigureLine> keptLines() const;
+    /// A limit that times are counted beyond: the one chosen for this table, else the property's first one.
+    struct CountedLimit {
+        double value = 0;  ///< in the unit shown
+        QString text;      ///< for people
+    };
+    std::optional<CountedLimit> limitOf(const QString& key, const KTVRecordColumn& column, Figure figure) const;
     LineLimits limitsOf(const QString& key, const KTVRecordColumn& column) const;
     bool isHeld(const QString& key) const;
     TableFigures::Cell percentileCell(const QString& key, const LineFigures& figures, double share) const;

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "plotkit/model/CPTXYGraph.h"
+#include "plugins/PlotixPlugIn/host/KTVAnnotations.h"
 #include "plugins/PlotixPlugIn/host/KTVRecordDictionary.h"
 #include "plugins/PlotixPlugIn/reading/trend/TimeSpan.h"
 
@@ -59,6 +60,8 @@ public:
     virtual CPTXYGraphPtr graph() const = 0;
     /// The records shown, as columns in double precision; null until there are any.
     virtual KTVRecordDictionaryPtr records() const = 0;
+    /// Limits and notes of the agent; null where the host keeps none.
+    virtual KTVAnnotations* annotations() const = 0;
     /// The properties that have a plot, in the order of the plots; behind each the lines that it is compared with. What
     /// is said of lines counts for all of them, unless `isCompared` is asked.
     virtual std::vector<ReadLine> lines() const = 0;

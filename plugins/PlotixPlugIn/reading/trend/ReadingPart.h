@@ -63,6 +63,8 @@ public:
     virtual std::vector<QAction*> actions() const { return {}; }
     /// Adds what people can do with these lines, known by their properties' keys, to a menu of theirs.
     virtual void addLineItems(QMenu& /*menu*/, const QStringList& /*keys*/) {}
+    /// The same for the menu of the table's rows, where those of lines are a menu within.
+    virtual void addRowItems(QMenu& /*menu*/, const QStringList& /*keys*/) {}
 
     /// What this part adds to the statistics table; null for those that add nothing. Owned by the part.
     virtual TableFigures* tableFigures() { return nullptr; }

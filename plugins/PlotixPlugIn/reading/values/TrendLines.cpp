@@ -9,8 +9,11 @@ const std::vector<TrendLine>& TrendLines::shown()
     const CPTXYGraphPtr graph = m_trend.graph();
     if (!m_isKnown || !graph || graph->allPlots() != m_plots)
         find();
-    for (TrendLine& each : m_lines)  // the option that breaks lines changes it at any time
+    const KTVAnnotations* annotations = m_trend.annotations();
+    for (TrendLine& each : m_lines) {  // what options, and the host, change at any time
         each.records.longestJoin = each.plot->gapThreshold();
+        each.limits = annotations ? annotations->limitsOf(each.line.key) : std::vector<KTVLimit>();
+    }
     return m_lines;
 }
 

@@ -14,6 +14,7 @@ struct TrendLine {
     ReadLine line;
     CPTScatterPlotPtr plot;
     LineRecords records;
+    std::vector<KTVLimit> limits = {};  ///< of the property, in the unit of the moment; as of the last call
 };
 
 class TrendLines {

@@ -287,7 +287,7 @@ TEST_F(ComparingPartTest, WhatAllHaveIsTakenFromOneLineAndLeftToTheOthers)
 
 TEST_F(ComparingPartTest, DistancesAreTypedByKeyboard)
 {
-    press(Qt::Key_C);
+    press(Qt::Key_E);
     auto* dialog = trend().view()->findChild<QDialog*>();
     ASSERT_NE(dialog, nullptr);
     QTest::keyClicks(dialog->findChild<QLineEdit*>(), "7d, 36h");
@@ -297,7 +297,7 @@ TEST_F(ComparingPartTest, DistancesAreTypedByKeyboard)
 
 TEST_F(ComparingPartTest, WhatIsNoDistanceIsSaidWhileItIsTyped)
 {
-    press(Qt::Key_C);
+    press(Qt::Key_E);
     auto* dialog = trend().view()->findChild<QDialog*>();
     QTest::keyClicks(dialog->findChild<QLineEdit*>(), "7d, soon");
     bool isSaid = false;
@@ -323,7 +323,7 @@ TEST_F(ComparingPartTest, TheSpanBetweenTheMarksIsLaidOverTheValueLine)
     EXPECT_FALSE(action("Lay A–B Over the Value Line")->isEnabled()) << "there are no marks";
     trend().setReading({{"marks", QVariantMap{{"a", minute(0)}, {"b", minute(20)}}},
                         {"valueLine", QVariantMap{{"held", minute(30)}}}});
-    press(Qt::Key_C, Qt::ShiftModifier);
+    press(Qt::Key_E, Qt::ShiftModifier);
     EXPECT_EQ(chosen("comparing").value("with").toStringList(),
               QStringList{"2013-01-01T12:00:00Z/2013-01-01T12:20:00Z@2013-01-01T12:30:00Z"});
     EXPECT_EQ(lastFetch().fromDate, plotix::Date{minute(0)});

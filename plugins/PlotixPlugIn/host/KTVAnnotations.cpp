@@ -1,0 +1,5 @@
+#include "plugins/PlotixPlugIn/host/KTVAnnotations.h"
+
+KTVAnnotations::~KTVAnnotations() = default;
+
+KTVAnnotatedAgent::~KTVAnnotatedAgent() = default;
