@@ -36,9 +36,9 @@ private:
     QVariantMap m_state{{QStringLiteral("properties"), QStringList("airTemperature")}};
 };
 
-class AddToTrendTest : public testing::Test {
+class TrendOfTwoSourcesTest : public testing::Test {
 protected:
-    AddToTrendTest() : station(site.addStation()), roof(site.document->addAgent(QStringLiteral("Roof")))
+    TrendOfTwoSourcesTest() : station(site.addStation()), roof(site.document->addAgent(QStringLiteral("Roof")))
     {
         roof->addProperty(QStringLiteral("Air Temperature"), QStringLiteral("°C"));
         site.store(*roof, {1, 2, 3});
@@ -93,7 +93,7 @@ protected:
     std::shared_ptr<KeepingTrend> trend;
 };
 
-TEST_F(AddToTrendTest, ADroppedPropertyOfAnotherAgentBecomesOneOfTheTrends)
+TEST_F(TrendOfTwoSourcesTest, ADroppedPropertyOfAnotherAgentBecomesOneOfTheTrends)
 {
     drop(*roof, "airTemperature");
     EXPECT_EQ(names(), QStringList({"Air Temperature", "Pressure", "Air Temperature (Roof)"}));
@@ -101,7 +101,7 @@ TEST_F(AddToTrendTest, ADroppedPropertyOfAnotherAgentBecomesOneOfTheTrends)
     EXPECT_EQ(trend->keys(), QStringList({"airTemperature", station->siteProperties().back()->propertyName()}));
 }
 
-TEST_F(AddToTrendTest, IsOneStepThatIsUndoneAndDoneAgain)
+TEST_F(TrendOfTwoSourcesTest, IsOneStepThatIsUndoneAndDoneAgain)
 {
     const int steps = window->undoStack().count();
     drop(*roof, "airTemperature");
@@ -115,14 +115,14 @@ TEST_F(AddToTrendTest, IsOneStepThatIsUndoneAndDoneAgain)
     EXPECT_EQ(trend->keys().size(), 2);
 }
 
-TEST_F(AddToTrendTest, TheMenuOfThePropertyDoesTheSame)
+TEST_F(TrendOfTwoSourcesTest, TheMenuOfThePropertyDoesTheSame)
 {
     chooseForFirstOf(*roof);
     EXPECT_EQ(names().back(), "Air Temperature (Roof)");
     EXPECT_EQ(trend->keys().size(), 2);
 }
 
-TEST_F(AddToTrendTest, WhatIsThereAlreadyIsNotMadeAgain)
+TEST_F(TrendOfTwoSourcesTest, WhatIsThereAlreadyIsNotMadeAgain)
 {
     drop(*roof, "airTemperature");
     drop(*roof, "airTemperature");
@@ -130,14 +130,14 @@ TEST_F(AddToTrendTest, WhatIsThereAlreadyIsNotMadeAgain)
     EXPECT_EQ(trend->keys().size(), 2);
 }
 
-TEST_F(AddToTrendTest, AnOwnPropertyIsShownAsItIs)
+TEST_F(TrendOfTwoSourcesTest, AnOwnPropertyIsShownAsItIs)
 {
     drop(*station, "pressure");
     EXPECT_EQ(names().size(), 2);
     EXPECT_EQ(trend->keys(), QStringList({"airTemperature", "pressure"}));
 }
 
-TEST_F(AddToTrendTest, OtherThingsAreNotTaken)
+TEST_F(TrendOfTwoSourcesTest, OtherThingsAreNotTaken)
 {
     QMimeData text;
     text.setText("airTemperature");
@@ -148,4 +148,4 @@ TEST_F(AddToTrendTest, OtherThingsAreNotTaken)
 
 }  // namespace
 
-#include "AddToTrendTest.moc"
+#include "TrendOfTwoSourcesTest.moc"
