@@ -1847,6 +1847,38 @@
         <translation>Bis %1</translation>
     </message>
     <message>
+        <source>&amp;Stay Where Records Are</source>
+        <translation>Bei den &amp;Messwerten bleiben</translation>
+    </message>
+    <message>
+        <source>Over&amp;view of Everything Fetched</source>
+        <translation>Ü&amp;bersicht über alles Abgerufene</translation>
+    </message>
+    <message>
+        <source>recorded, not valid</source>
+        <translation>aufgezeichnet, nicht gültig</translation>
+    </message>
+    <message>
+        <source>nothing recorded</source>
+        <translation>nichts aufgezeichnet</translation>
+    </message>
+    <message>
+        <source>Show What Is &amp;Missing</source>
+        <translation>&amp;Fehlendes zeigen</translation>
+    </message>
+    <message>
+        <source>Hatches the times at which nothing valid was recorded.</source>
+        <translation>Schraffiert die Zeiten, zu denen nichts Gültiges aufgezeichnet wurde.</translation>
+    </message>
+    <message>
+        <source>&amp;Quality Strip</source>
+        <translation>&amp;Qualitätsstreifen</translation>
+    </message>
+    <message>
+        <source>A row for each line at the foot of its lane: where it has records, where it has none, and where they are not valid.</source>
+        <translation>Eine Zeile je Linie am Fuß ihrer Spur: wo sie Messwerte hat, wo keine, und wo sie nicht gültig sind.</translation>
+    </message>
+    <message>
         <source>%1, %2</source>
         <extracomment>A line and with what it is compared: &quot;Power, a week earlier&quot;.</extracomment>
         <translation>%1, %2</translation>
@@ -3541,6 +3573,10 @@ Auf einen Trend ziehen, oder ankreuzen und „Neuer Trend“ wählen.</translati
         <source>&amp;Limits…</source>
         <translation>&amp;Grenzwerte …</translation>
     </message>
+    <message>
+        <source>&amp;Add to the Trend in Front</source>
+        <translation>In den Trend v&amp;orn aufnehmen</translation>
+    </message>
 </context>
 <context>
     <name>plotix::ReadingFields</name>
@@ -3836,6 +3872,14 @@ Auf einen Trend ziehen, oder ankreuzen und „Neuer Trend“ wählen.</translati
     <message>
         <source>Formulas have the new name in them: %1</source>
         <translation>In Formeln steht nun der neue Name: %1</translation>
+    </message>
+    <message>
+        <source>The trend shows that already.</source>
+        <translation>Der Trend zeigt das schon.</translation>
+    </message>
+    <message>
+        <source>Add “%1” to the trend</source>
+        <translation>„%1“ in den Trend aufnehmen</translation>
     </message>
 </context>
 <context>

@@ -169,8 +169,9 @@ void LimitsPart::makeActions()
     connect(m_linesMenu.get(), &QMenu::aboutToShow, this, [this] {
         m_linesMenu->clear();
         for (const ReadLine& line : trend().lines())
-            connect(m_linesMenu->addAction(QString(line.name).replace(u'&', QStringLiteral("&&")) + u'…'),
-                    &QAction::triggered, this, [this, key = line.key] { edit(key); });
+            if (!line.isCompared())
+                connect(m_linesMenu->addAction(QString(line.name).replace(u'&', QStringLiteral("&&")) + u'…'),
+                        &QAction::triggered, this, [this, key = line.key] { edit(key); });
     });
 }
 
