@@ -139,7 +139,9 @@ private:
     void exportGraph(const char* operation);
     void exportPicture();
     void copyPicture();
-    void copyLink();
+    enum class Linked { Shown, Marked };
+    void copyLink(Linked span);
+    void copyRecords();
     void exportRecordsOfTrend();
     void startExport(RecordExportTask* task, const QString& fileName);
     void exportReport();

@@ -52,7 +52,9 @@ void SiteWindow::connectFileActions()
     connect(m_actions.siteDetails, &QAction::triggered, this, &SiteWindow::askForSiteDetails);
     connect(m_actions.exportRecords, &QAction::triggered, this, &SiteWindow::exportRecordsOfTrend);
     connect(m_actions.copyPicture, &QAction::triggered, this, &SiteWindow::copyPicture);
-    connect(m_actions.copyLink, &QAction::triggered, this, &SiteWindow::copyLink);
+    connect(m_actions.copyRecords, &QAction::triggered, this, &SiteWindow::copyRecords);
+    connect(m_actions.copyLink, &QAction::triggered, this, [this] { copyLink(Linked::Shown); });
+    connect(m_actions.copyMarkedLink, &QAction::triggered, this, [this] { copyLink(Linked::Marked); });
     connect(m_actions.exportPicture, &QAction::triggered, this, &SiteWindow::exportPicture);
     connect(m_actions.exportPNG, &QAction::triggered, this, [this] { exportGraph("exportToPNG"); });
     connect(m_actions.exportPDF, &QAction::triggered, this, [this] { exportGraph("exportToPDF"); });
@@ -116,6 +118,8 @@ void SiteWindow::updateActions()
     setUnavailableReason(m_actions.exportPicture, noTrend);
     setUnavailableReason(m_actions.copyPicture, noTrend);
     setUnavailableReason(m_actions.copyLink, noTrend);
+    setUnavailableReason(m_actions.copyRecords, noTrend);
+    setUnavailableReason(m_actions.copyMarkedLink, noTrend);
     setUnavailableReason(m_actions.exportPNG, needs("exportToPNG"));
     setUnavailableReason(m_actions.exportPDF, needs("exportToPDF"));
     const QString noReport = !plugIn || hasReport(plugIn.get()) ? noTrend : tr("This view has no report.");

@@ -28,6 +28,13 @@
     </message>
 </context>
 <context>
+    <name>CopiedRecordsText</name>
+    <message>
+        <source>There are %1 records in this span, too many for the clipboard. Zoom in, or take File ▸ Export Records.</source>
+        <translation>In diesem Zeitraum sind %1 Messwerte, zu viele für die Zwischenablage. Zeigen Sie weniger, oder nehmen Sie Datei ▸ Messwerte exportieren.</translation>
+    </message>
+</context>
+<context>
     <name>FormulaText</name>
     <message>
         <source>a number without a unit</source>
@@ -2439,6 +2446,18 @@
         <source>A line of text that names site, trend and span; “plotix open LINK” shows them.</source>
         <translation>Eine Zeile Text, die Anlage, Trend und Zeitraum nennt; „plotix open LINK“ zeigt sie.</translation>
     </message>
+    <message>
+        <source>Copy &amp;Records</source>
+        <translation>&amp;Messwerte kopieren</translation>
+    </message>
+    <message>
+        <source>Those of the lines and the span shown, as rows for a spreadsheet.</source>
+        <translation>Die der gezeigten Linien im gezeigten Zeitraum, als Zeilen für eine Tabelle.</translation>
+    </message>
+    <message>
+        <source>Copy Link to &amp;A – B</source>
+        <translation>Link auf &amp;A – B kopieren</translation>
+    </message>
 </context>
 <context>
     <name>TrendCommandText</name>
@@ -4202,6 +4221,30 @@ Auf einen Trend ziehen, oder ankreuzen und „Neuer Trend“ wählen.</translati
     <message>
         <source>The link is in the clipboard; “plotix open LINK” shows this view to whoever has %1.</source>
         <translation>Der Link ist in der Zwischenablage; „plotix open LINK“ zeigt diese Ansicht jedem, der %1 hat.</translation>
+    </message>
+    <message>
+        <source>There is no stretch between marks</source>
+        <translation>Es gibt kein Stück zwischen Marken</translation>
+    </message>
+    <message>
+        <source>Set both marks, A and B, first.</source>
+        <translation>Setzen Sie erst beide Marken, A und B.</translation>
+    </message>
+    <message>
+        <source>There are no records to copy</source>
+        <translation>Es gibt keine Messwerte zu kopieren</translation>
+    </message>
+    <message>
+        <source>The trend shows none in this span.</source>
+        <translation>Der Trend zeigt in diesem Zeitraum keine.</translation>
+    </message>
+    <message>
+        <source>The records shown are in the clipboard.</source>
+        <translation>Die gezeigten Messwerte sind in der Zwischenablage.</translation>
+    </message>
+    <message>
+        <source>The records could not be copied</source>
+        <translation>Die Messwerte konnten nicht kopiert werden</translation>
     </message>
 </context>
 <context>

@@ -309,6 +309,18 @@ TEST_F(SiteWindowTest, ALinkToTheTrendInFrontGoesIntoTheClipboard)
     EXPECT_TRUE(QApplication::clipboard()->text().startsWith(QStringLiteral("plotix:garden.plotix?trend=Week&agent=")));
 }
 
+TEST_F(SiteWindowTest, ALinkToTheMarkedStretchNamesItsSpan)
+{
+    openWindow();
+    const KTVPlugInPtr trend = addTrend(QStringLiteral("Week"));
+    static_cast<StubTrend&>(*trend).setReading(
+        {{"marks", QVariantMap{{"a", 1'400'000'060.0}, {"b", 1'400'000'000.0}}}});
+    window->actions().copyMarkedLink->trigger();
+    EXPECT_TRUE(QApplication::clipboard()->text().endsWith(
+        QStringLiteral("&from=2014-05-13T16:53:20.000Z&to=2014-05-13T16:54:20.000Z")))
+        << QApplication::clipboard()->text().toStdString();
+}
+
 TEST_F(SiteWindowTest, APictureOfTheTrendInFrontGoesIntoTheClipboard)
 {
     openWindow();
