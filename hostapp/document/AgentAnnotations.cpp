@@ -53,4 +53,23 @@ void AgentAnnotations::editLimits(const QString& propertyName)
         asks->editLimits(m_agent, propertyName);
 }
 
+void AgentAnnotations::addNote(double from, double to, const QStringList& propertyNames)
+{
+    if (AnnotationEditor* asks = editor())
+        asks->addNote(m_agent, from, to, propertyNames);
+}
+
+void AgentAnnotations::openNote(qint64 identifier)
+{
+    if (AnnotationEditor* asks = editor())
+        asks->openNote(identifier);
+}
+
+/// They may be looked at where nothing may be written, too.
+void AgentAnnotations::showNotes()
+{
+    if (SiteDocument* document = m_agent.document(); document && document->annotationEditor())
+        document->annotationEditor()->showNotes();
+}
+
 }  // namespace plotix

@@ -23,6 +23,14 @@ KTVAnnotations* TrendAccess::annotations() const
     return annotated ? annotated->annotations() : nullptr;
 }
 
+QStringList TrendAccess::propertyNames() const
+{
+    QStringList names;
+    for (const KTVPropertyPtr& property : m_plugIn.m_properties.value_or(KTVPropertyList()))
+        names << property->propertyName();
+    return names;
+}
+
 std::vector<plotix::ReadLine> TrendAccess::lines() const
 {
     std::vector<plotix::ReadLine> lines;

@@ -8,6 +8,7 @@
 #include "plugins/PlotixPlugIn/reading/looks/TrendLooks.h"
 #include "plugins/PlotixPlugIn/reading/marks/MarksPart.h"
 #include "plugins/PlotixPlugIn/reading/moves/ViewMoves.h"
+#include "plugins/PlotixPlugIn/reading/notes/NotesPart.h"
 #include "plugins/PlotixPlugIn/reading/statistics/StatisticsPart.h"
 
 #include <QtGui/QKeyEvent>
@@ -24,6 +25,7 @@ TrendReader::TrendReader(ReadTrend& trend) : m_trend(trend)
     add(std::make_unique<LinePart>(trend));
     add(std::make_unique<MarksPart>(trend));
     add(std::make_unique<LimitsPart>(trend));
+    add(std::make_unique<NotesPart>(trend));
     add(std::make_unique<StatisticsPart>(trend));
     add(std::make_unique<LegendPart>(trend));
     add(std::make_unique<TrendLooks>(trend));  // last: it dresses what others put into the graph
