@@ -1,5 +1,6 @@
 #include "hostapp/cli/ReadingChoice.h"
 
+#include "base/TimeDistance.h"
 #include "hostapp/cli/ArgumentValues.h"
 #include "hostapp/cli/Options.h"
 
@@ -82,6 +83,14 @@ void addReadingChoice(CLI::App* command, ReadingChoice& choice)
     addText(command, "--marks", choice.marks, "Set the marks A and B, and say what differs between them")
         ->type_name("TIME/TIME")
         ->check(checkMarks);
+    command
+        ->add_option("--compare", choice.compare,
+                     "Draw beside every line what it was so long before, by the wall clock: 1d, 7d, 2w, 1mo, 1y; 36h "
+                     "are hours that pass. May be given several times, or with commas")
+        ->type_name("DISTANCE")
+        ->allow_extra_args(false)
+        ->delimiter(',')
+        ->check(checkDistance);
 }
 
 QVariantMap readingFrom(const ReadingChoice& choice)
@@ -98,7 +107,20 @@ QVariantMap readingFrom(const ReadingChoice& choice)
     if (const auto marks = marksFromArgument(choice.marks))
         reading.insert(QStringLiteral("marks"),
                        QVariantMap{{QStringLiteral("a"), marks->a}, {QStringLiteral("b"), marks->b}});
+    QStringList comparisons;
+    for (const std::string& text : choice.compare)
+        if (const auto distance = timeDistanceFrom(QString::fromStdString(text)))
+            comparisons << textOf(*distance);
+    if (!comparisons.isEmpty())
+        reading.insert(QStringLiteral("comparing"), QVariantMap{{QStringLiteral("with"), comparisons}});
     return reading;
+}
+
+std::string checkDistance(const std::string& text)
+{
+    return timeDistanceFrom(QString::fromStdString(text))
+               ? std::string()
+               : "must be a distance like 7d, 2w, 1mo, 1y or 36h, not " + text;
 }
 
 std::string checkMarks(const std::string& text)

@@ -5,9 +5,10 @@
 #include <QtCore/QVariant>
 
 #include <string>
+#include <vector>
 
 /// Options of a command that draws: how lines are arranged, how the graph looks, what is written around it, where the
-/// value line stands, and the marks. Main thread only.
+/// value line stands, the marks, and with what lines are compared. Main thread only.
 namespace plotix {
 
 struct ReadingChoice {
@@ -18,13 +19,15 @@ struct ReadingChoice {
     QString axisTitles;    ///< none, values, all; empty: the usual ones
     double lineWidth = 0;  ///< times the usual one; 0: the usual one
     bool isTransparent = false;
-    QString at;     ///< a time; empty: no value line
-    QString marks;  ///< two times with a slash between them; empty: no marks
+    QString at;                        ///< a time; empty: no value line
+    QString marks;                     ///< two times with a slash between them; empty: no marks
+    std::vector<std::string> compare;  ///< distances in time
 
     bool isEmpty() const
     {
         return arrangement.isEmpty() && look.isEmpty() && fontSize.isEmpty() && legend.isEmpty() &&
-               axisTitles.isEmpty() && lineWidth == 0 && !isTransparent && at.isEmpty() && marks.isEmpty();
+               axisTitles.isEmpty() && lineWidth == 0 && !isTransparent && at.isEmpty() && marks.isEmpty() &&
+               compare.empty();
     }
 };
 
@@ -37,5 +40,7 @@ QVariantMap readingFrom(const ReadingChoice& choice);
 
 /// What is wrong with two times and a slash, worded to follow the option's name; empty: nothing.
 std::string checkMarks(const std::string& text);
+/// The same with a distance in time, such as 7d.
+std::string checkDistance(const std::string& text);
 
 }  // namespace plotix

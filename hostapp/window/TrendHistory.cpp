@@ -63,6 +63,7 @@ constexpr MovedPart kMovedParts[] = {
     {"valueLine", QT_TRANSLATE_NOOP("TrendHistoryText", "Move Value Line"), true},
     {"marks", QT_TRANSLATE_NOOP("TrendHistoryText", "Move Marks"), false},
     {"looks", QT_TRANSLATE_NOOP("TrendHistoryText", "Change Look"), false},
+    {"comparing", QT_TRANSLATE_NOOP("TrendHistoryText", "Compare"), false},
 };
 
 QVariantMap withoutPart(QVariantMap state, const char* key)

@@ -3,7 +3,7 @@
 #include "base/WholeDay.h"
 #include "plugins/PlotixPlugIn/host/KTVBundle.h"
 #include "plugins/PlotixPlugIn/logic/TypedDate.h"
-#include "plugins/PlotixPlugIn/reading/values/TypedTime.h"
+#include "plugins/PlotixPlugIn/reading/trend/TypedTime.h"
 
 #include <QtCore/QRegularExpression>
 #include <QtCore/QSignalBlocker>

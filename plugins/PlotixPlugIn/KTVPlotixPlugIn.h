@@ -302,8 +302,11 @@ private:
     void requestRecords(const OptionalDate& fromDate, const OptionalDate& toDate);
     using RecordsHandler =
         std::function<void(KTVPlotixPlugIn&, const KTVRecordDictionaryPtr&, const std::optional<KTVError>&)>;
-    /// Every fetch goes through here: the handler is called on the main thread, unless this object is gone by then.
+    /// Reads records to be shown: the handler is called on the main thread, unless this object is gone by then.
     void fetchRecords(const OptionalDate& fromDate, const OptionalDate& toDate, RecordsHandler handler);
+    /// The same for any properties, shown or not; answers false, and asks nothing, without an archive.
+    bool askArchive(const Tables& properties, const OptionalDate& fromDate, const OptionalDate& toDate,
+                    KTVArchiveManager::ProgressHandler progress, RecordsHandler handler);
     void showRecordsInRange(const KTVRecordDictionaryPtr& records, const CPTPlotRange& range);
     void showRecordsBeneath(const KTVRecordDictionaryPtr& records, const OptionalDate& from, const OptionalDate& to);
     void tellShown(const KTVRecordDictionary& records, const OptionalDate& from, const OptionalDate& to);

@@ -3,9 +3,10 @@
 // Rules of this room:
 //  1. Every change of the plotted range or of the property set ends in `acquirePlotFromDate`. It never refuses a second
 //     fetch while one runs; the last answer to arrive wins, and cancelling stops nothing.
-//  2. Every fetch goes through `fetchRecords`, the following of records too. Its completion handler runs on any thread
-//     and does one thing there: it posts a task to the main queue, also when it is called at once and on the main
-//     thread.
+//  2. Every fetch goes through `askArchive`, and whatever is shown afterwards through `fetchRecords`, the following of
+//     records too. The completion handler runs on any thread and does one thing there: it posts a task to the main
+//     queue, also when it is called at once and on the main thread. What the parts of the reading show beside the
+//     records is read before these are shown.
 //  3. The task holds the records and the error strongly and an ordinary view weakly. The weak reference becomes a
 //     strong one only on the main thread, so that the destructor runs nowhere else.
 //  4. An off-screen object has nobody to keep it, so its pending fetch does (OffscreenLife below).
@@ -16,6 +17,7 @@
 #include "plugins/PlotixPlugIn/host/KTVHostServices.h"
 #include "plugins/PlotixPlugIn/host/KTVUserInterface.h"
 #include "plugins/PlotixPlugIn/reading/ReadSpans.h"
+#include "plugins/PlotixPlugIn/reading/TrendReader.h"
 
 namespace {
 
@@ -86,28 +88,46 @@ void KTVPlotixPlugIn::requestRecords(const OptionalDate& fromDate, const Optiona
 
 void KTVPlotixPlugIn::fetchRecords(const OptionalDate& fromDate, const OptionalDate& toDate, RecordsHandler handler)
 {
+    const std::optional<plotix::TimeSpan> span = spanOf(fromDate, toDate);
+    const bool isAsked = askArchive(
+        m_properties, fromDate, toDate, [](double, bool*) {},
+        [span, handler = std::move(handler)](KTVPlotixPlugIn& plugIn, const KTVRecordDictionaryPtr& records,
+                                             const std::optional<KTVError>& error) {
+            // Whoever waits for the records also waits for what is shown beside them.
+            const auto show = [&plugIn, span, handler, records, error] {
+                if (span)
+                    plugIn.m_readSpans->recordsAnswered(*span);
+                handler(plugIn, records, error);
+            };
+            if (span && records && !error)
+                plugIn.m_reader->readBeside(*span, show);
+            else
+                show();
+        });
+    if (isAsked && span)
+        m_readSpans->recordsAsked(*span);
+}
+
+bool KTVPlotixPlugIn::askArchive(const Tables& properties, const OptionalDate& fromDate, const OptionalDate& toDate,
+                                 KTVArchiveManager::ProgressHandler progress, RecordsHandler handler)
+{
     const std::weak_ptr<KTVPlotixPlugIn> weakPlugIn = std::static_pointer_cast<KTVPlotixPlugIn>(shared_from_this());
     const std::shared_ptr<OffscreenLife> life = m_completionTarget ? keepUntilRebuilt(weakPlugIn.lock()) : nullptr;
     KTVArchiveManager* archiveManager = agent() ? agent()->archiveManager() : nullptr;
     if (!archiveManager)
-        return;
-    const std::optional<plotix::TimeSpan> span = spanOf(fromDate, toDate);
-    if (span)
-        m_readSpans->recordsAsked(*span);
+        return false;
     archiveManager->fetchRecordsForProperties(
-        m_properties, fromDate, toDate, kMaximumSamplesUnlimited, [](double, bool*) {},
-        [weakPlugIn, life, span, handler = std::move(handler)](const KTVRecordDictionaryPtr& records, double,
-                                                               const std::optional<KTVError>& error) {
-            plotix::MainQueue::main().async([weakPlugIn, life, span, handler, records, error] {
-                if (const Ptr plugIn = weakPlugIn.lock()) {
-                    if (span)
-                        plugIn->m_readSpans->recordsAnswered(*span);
+        properties, fromDate, toDate, kMaximumSamplesUnlimited, std::move(progress),
+        [weakPlugIn, life, handler = std::move(handler)](const KTVRecordDictionaryPtr& records, double,
+                                                         const std::optional<KTVError>& error) {
+            plotix::MainQueue::main().async([weakPlugIn, life, handler, records, error] {
+                if (const Ptr plugIn = weakPlugIn.lock())
                     handler(*plugIn, records, error);
-                }
                 if (life)
                     life->plugIn.reset();
             });
         });
+    return true;
 }
 
 void KTVPlotixPlugIn::tellShown(const KTVRecordDictionary& records, const OptionalDate& from, const OptionalDate& to)
@@ -152,6 +172,7 @@ void KTVPlotixPlugIn::refresh(QObject* /*sender*/)
 void KTVPlotixPlugIn::cancel(QObject* /*sender*/)
 {
     // Ends the busy state only: the fetch goes on, and its late answer replaces the plot.
+    m_reader->tell(&plotix::ReadingPart::readingCancelled);
     didFinishDrawing();
 }
 

@@ -10,6 +10,7 @@
 #include "plugins/PlotixPlugIn/InfoTableModel.h"
 #include "plugins/PlotixPlugIn/LineMenu.h"
 #include "plugins/PlotixPlugIn/RangeNotice.h"
+#include "plugins/PlotixPlugIn/TrendAccess.h"
 #include "plugins/PlotixPlugIn/host/KTVBundle.h"
 #include "plugins/PlotixPlugIn/reading/LineGaps.h"
 #include "plugins/PlotixPlugIn/reading/ReadableAxes.h"
@@ -137,17 +138,13 @@ void KTVPlotixPlugIn::applyReading()
 
 std::vector<plotix::LineReach> KTVPlotixPlugIn::linesShown() const
 {
-    const KTVPropertyList properties = m_properties.value_or(KTVPropertyList());
     std::vector<plotix::LineReach> lines;
-    for (const CPTScatterPlotPtr& plot : m_graph->allPlots()) {
+    for (const plotix::ReadLine& line : m_access->lines()) {
+        const CPTScatterPlotPtr plot = m_graph->plotWithIdentifier(line.key);
         const auto extent = plot->series() ? plot->series()->extent() : std::nullopt;
-        if (plot->isHidden() || !extent || &m_graph->plotSpaceOf(*plot) != &m_graph->plotSpace())
+        if (!line.isShown || !extent || &m_graph->plotSpaceOf(*plot) != &m_graph->plotSpace())
             continue;
-        const auto property = std::find_if(properties.begin(), properties.end(), [&](const KTVPropertyPtr& each) {
-            return each->propertyName() == plot->identifier();
-        });
-        lines.push_back({property == properties.end() ? plot->identifier() : (*property)->name(),
-                         static_cast<double>(extent->minY), static_cast<double>(extent->maxY)});
+        lines.push_back({line.name, static_cast<double>(extent->minY), static_cast<double>(extent->maxY)});
     }
     return lines;
 }

@@ -10,9 +10,9 @@
 #include "plugins/PlotixPlugIn/KTVPlotixPlugIn.h"
 
 #include "plugins/PlotixPlugIn/host/KTVRecordColumn.h"
-#include "plugins/PlotixPlugIn/logic/SeriesBuilder.h"
 #include "plugins/PlotixPlugIn/reading/LineGaps.h"
 #include "plugins/PlotixPlugIn/reading/TrendReader.h"
+#include "plugins/PlotixPlugIn/reading/values/RecordSeries.h"
 
 namespace {
 
@@ -21,37 +21,6 @@ constexpr std::size_t kFewestTimes = 2;
 std::size_t timeCount(const KTVRecordDictionary& records)
 {
     return records.time() ? records.time()->size() : 0;
-}
-
-bool isPlotted(const KTVPropertyPtr& snapshot)
-{
-    return snapshot && snapshot->type() != kPropertyTypeNeverPlotted && snapshot->isValid();
-}
-
-/// The points of one column. A column shorter than the times ends the series there.
-CPTPointSeriesPtr seriesFromColumn(const plotix::SharedArray<double>& time, const KTVRecordColumn& column)
-{
-    plotix::SeriesBuilder builder(time, column.size());
-    const bool isAsArchived = column.unit() == column.descriptor().archivedUnit;
-    if (column.descriptor().type == kPropertyTypeNeverPlotted) {
-        // Only exceptions can be points.
-    } else if (isAsArchived) {
-        builder.setBlock(0, column.archivedValues().span().first(builder.elementCount()), column.validity());
-    } else {
-        std::vector<double> block(std::min(plotix::SeriesBuilder::kBlock, builder.elementCount()));
-        for (std::size_t first = 0; first < builder.elementCount(); first += block.size()) {
-            const std::span<double> values(block.data(), std::min(block.size(), builder.elementCount() - first));
-            column.copyUnitValues(first, values);
-            builder.setBlock(first, values, column.validity());
-        }
-    }
-    for (const auto& [index, snapshot] : column.exceptions()) {
-        if (isPlotted(snapshot))
-            builder.setPoint(index, snapshot->unitValue());
-        else
-            builder.dropPoint(index);
-    }
-    return builder.finish();
 }
 
 /// The colour the first snapshot carries; absent, as an invalid colour, without one.
@@ -109,7 +78,7 @@ KTVPlotixPlugIn::SeriesDictionary KTVPlotixPlugIn::buildSeries(const KTVRecordDi
     if (properties.empty())
         return series;
     for (const auto& [key, column] : records.columns())
-        series[key] = seriesFromColumn(*records.time(), *column);
+        series[key] = plotix::seriesOfRecords(*records.time(), *column);
     return series;
 }
 

@@ -2,6 +2,7 @@
 
 #include "plugins/PlotixPlugIn/KTVPlotixPlugIn.h"
 #include "plugins/PlotixPlugIn/host/KTVRecordColumn.h"
+#include "plugins/PlotixPlugIn/reading/LineGaps.h"
 #include "plugins/PlotixPlugIn/reading/ReadSpans.h"
 #include "plugins/PlotixPlugIn/reading/TrendReader.h"
 
@@ -31,6 +32,23 @@ QStringList TrendAccess::propertyNames() const
     return names;
 }
 
+plotix::ReadLine TrendAccess::ownLine(const CPTScatterPlot& plot) const
+{
+    plotix::ReadLine line;
+    line.key = line.name = plot.identifier();
+    line.color = plot.dataLineStyle().color;
+    line.isShown = !plot.isHidden();
+    for (const KTVPropertyPtr& property : m_plugIn.m_properties.value_or(KTVPropertyList()))
+        if (property->propertyName() == line.key)
+            line.name = property->name();
+    const auto column = m_plugIn.m_plotData ? m_plugIn.m_plotData->columnForKey(line.key) : nullptr;
+    if (column) {
+        line.unit = column->unit();
+        line.unitSymbol = column->unitSymbol();
+    }
+    return line;
+}
+
 std::vector<plotix::ReadLine> TrendAccess::lines() const
 {
     std::vector<plotix::ReadLine> lines;
@@ -38,22 +56,74 @@ std::vector<plotix::ReadLine> TrendAccess::lines() const
         return lines;
     for (const CPTScatterPlotPtr& plot : m_plugIn.m_graph->allPlots()) {
         if (plot->delegate() != &m_plugIn)
-            continue;  // somebody else's, such as a comparison
-        plotix::ReadLine line;
-        line.key = line.name = plot->identifier();
-        line.color = plot->dataLineStyle().color;
-        line.isShown = !plot->isHidden();
-        for (const KTVPropertyPtr& property : m_plugIn.m_properties.value_or(KTVPropertyList()))
-            if (property->propertyName() == line.key)
-                line.name = property->name();
-        const auto column = m_plugIn.m_plotData ? m_plugIn.m_plotData->columnForKey(line.key) : nullptr;
-        if (column) {
-            line.unit = column->unit();
-            line.unitSymbol = column->unitSymbol();
+            continue;  // an added one
+        lines.push_back(ownLine(*plot));
+        const plotix::ReadLine own = lines.back();
+        for (const plotix::AddedLine& added : m_added) {
+            if (added.line.comparedKey != own.key || m_plugIn.m_graph->plotWithIdentifier(added.line.key) != added.plot)
+                continue;
+            plotix::ReadLine line = added.line;
+            line.unit = own.unit;
+            line.unitSymbol = own.unitSymbol;
+            line.color = added.plot->dataLineStyle().color;
+            line.isShown = own.isShown;
+            lines.push_back(std::move(line));
         }
-        lines.push_back(std::move(line));
     }
     return lines;
+}
+
+KTVRecordDictionaryPtr TrendAccess::recordsOf(const QString& key) const
+{
+    for (const plotix::AddedLine& added : m_added)
+        if (added.line.key == key)
+            return added.records;
+    return m_plugIn.m_plotData;
+}
+
+// After the trend's own plots, as their keys shall come; lines that are fainter and narrower hide nothing.
+void TrendAccess::setAddedLines(std::vector<plotix::AddedLine> lines)
+{
+    const CPTXYGraphPtr graph = m_plugIn.m_graph;
+    if (!graph || (lines.empty() && m_added.empty()))
+        return;
+    for (const plotix::AddedLine& added : m_added)
+        graph->removePlot(added.plot);
+    m_added = std::move(lines);
+    for (const plotix::AddedLine& added : m_added)
+        graph->addPlot(added.plot);
+    plotix::breakLinesAtGaps(*graph, m_plugIn.m_reading);
+    m_plugIn.m_reader->tell(&plotix::ReadingPart::plotsReplaced);
+    m_plugIn.updateRangeNotice();
+}
+
+void TrendAccess::readBeside(const QStringList& keys, const plotix::TimeSpan& span,
+                             const std::shared_ptr<plotix::RecordsRead>& read,
+                             std::function<void(const KTVRecordDictionaryPtr& records)> done)
+{
+    KTVPropertyList properties;
+    for (const KTVPropertyPtr& property : m_plugIn.m_properties.value_or(KTVPropertyList()))
+        if (keys.isEmpty() || keys.contains(property->propertyName()))
+            properties.push_back(property);
+    const auto stopWhenAsked = [read](double, bool* stop) { *stop = read->isStopped; };
+    const bool isAsked = m_plugIn.askArchive(properties, plotix::Date{span.from}, plotix::Date{span.to}, stopWhenAsked,
+                                             [done](KTVPlotixPlugIn&, const KTVRecordDictionaryPtr& records,
+                                                    const std::optional<KTVError>&) { done(records); });
+    if (!isAsked)
+        done(nullptr);
+}
+
+void TrendAccess::setBusy(bool isBusy)
+{
+    if (isBusy)
+        m_plugIn.m_dataCluster->refreshStarted(&m_plugIn);
+    else
+        m_plugIn.m_dataCluster->refreshComplete(&m_plugIn);
+}
+
+QTimeZone TrendAccess::zone() const
+{
+    return QTimeZone::systemTimeZone();
 }
 
 CPTGraphHostingView* TrendAccess::graphView() const

@@ -18,6 +18,13 @@ public:
     KTVAnnotations* annotations() const override;
     QStringList propertyNames() const override;
     std::vector<plotix::ReadLine> lines() const override;
+    KTVRecordDictionaryPtr recordsOf(const QString& key) const override;
+    void setAddedLines(std::vector<plotix::AddedLine> lines) override;
+    void readBeside(const QStringList& keys, const plotix::TimeSpan& span,
+                    const std::shared_ptr<plotix::RecordsRead>& read,
+                    std::function<void(const KTVRecordDictionaryPtr& records)> done) override;
+    void setBusy(bool isBusy) override;
+    QTimeZone zone() const override;
     CPTGraphHostingView* graphView() const override;
     QWidget* rootView() const override;
     std::optional<plotix::TimeSpan> dates() const override;
@@ -33,6 +40,9 @@ public:
     void tellRestyled() override;
 
 private:
+    plotix::ReadLine ownLine(const CPTScatterPlot& plot) const;
+
     KTVPlotixPlugIn& m_plugIn;
+    std::vector<plotix::AddedLine> m_added;
     std::optional<plotix::TimeSpan> m_markedSpan;
 };

@@ -1843,6 +1843,112 @@
         <translation>Bis %1</translation>
     </message>
     <message>
+        <source>%1, %2</source>
+        <extracomment>A line and with what it is compared: &quot;Power, a week earlier&quot;.</extracomment>
+        <translation>%1, %2</translation>
+    </message>
+    <message>
+        <source>A &amp;Day Earlier</source>
+        <translation>Einen &amp;Tag früher</translation>
+    </message>
+    <message>
+        <source>A &amp;Week Earlier</source>
+        <translation>Eine &amp;Woche früher</translation>
+    </message>
+    <message>
+        <source>A &amp;Month Earlier</source>
+        <translation>Einen &amp;Monat früher</translation>
+    </message>
+    <message>
+        <source>A &amp;Year Earlier</source>
+        <translation>Ein &amp;Jahr früher</translation>
+    </message>
+    <message>
+        <source>&amp;Compare</source>
+        <translation>&amp;Vergleichen</translation>
+    </message>
+    <message>
+        <source>&amp;Other Distances…</source>
+        <translation>&amp;Andere Abstände …</translation>
+    </message>
+    <message>
+        <source>Compare with &amp;Nothing</source>
+        <translation>Mit &amp;nichts vergleichen</translation>
+    </message>
+    <message>
+        <source>Compare</source>
+        <translation>Vergleichen</translation>
+    </message>
+    <message>
+        <source>a year earlier</source>
+        <translation>ein Jahr früher</translation>
+    </message>
+    <message>
+        <source>%1 years earlier</source>
+        <translation>%1 Jahre früher</translation>
+    </message>
+    <message>
+        <source>a month earlier</source>
+        <translation>einen Monat früher</translation>
+    </message>
+    <message>
+        <source>%1 months earlier</source>
+        <translation>%1 Monate früher</translation>
+    </message>
+    <message>
+        <source>a week earlier</source>
+        <translation>eine Woche früher</translation>
+    </message>
+    <message>
+        <source>%1 weeks earlier</source>
+        <translation>%1 Wochen früher</translation>
+    </message>
+    <message>
+        <source>a day earlier</source>
+        <translation>einen Tag früher</translation>
+    </message>
+    <message>
+        <source>%1 days earlier</source>
+        <translation>%1 Tage früher</translation>
+    </message>
+    <message>
+        <source>%1 earlier</source>
+        <translation>%1 früher</translation>
+    </message>
+    <message>
+        <source>from %1</source>
+        <translation>ab %1</translation>
+    </message>
+    <message>
+        <source>Compare with Earlier Times</source>
+        <translation>Mit früheren Zeiten vergleichen</translation>
+    </message>
+    <message>
+        <source>&amp;So long before:</source>
+        <translation>&amp;So lange davor:</translation>
+    </message>
+    <message>
+        <source>For example 7d, 2w, 3mo, 1y. Days, weeks, months and years go by the clock on the wall; 36h are hours that pass.</source>
+        <translation>Zum Beispiel 7d, 2w, 3mo, 1y für Tage, Wochen, Monate, Jahre nach der Uhr an der Wand; 36h sind Stunden, die vergehen.</translation>
+    </message>
+    <message>
+        <source>“%1” is no distance: give a number with s, min, h, d, w, mo or y.</source>
+        <translation>„%1“ ist kein Abstand: Geben Sie eine Zahl mit s, min, h, d, w, mo oder y an.</translation>
+    </message>
+    <message>
+        <source>now %1</source>
+        <extracomment>Behind an earlier value: by how much the present one is more.</extracomment>
+        <translation>jetzt %1</translation>
+    </message>
+    <message>
+        <source>Lay A–B Over the &amp;Value Line</source>
+        <translation>A–B über die &amp;Wertelinie legen</translation>
+    </message>
+    <message>
+        <source>Lay A–B Over a &amp;Time…</source>
+        <translation>A–B über eine &amp;Zeit legen …</translation>
+    </message>
+    <message>
         <source>L&amp;imits and Notes</source>
         <translation>&amp;Grenzwerte und Notizen</translation>
     </message>
@@ -1941,6 +2047,10 @@
     <message>
         <source>Lis&amp;t of Notes…</source>
         <translation>&amp;Liste der Notizen …</translation>
+    </message>
+    <message>
+        <source>Lay A–B Over the Time From</source>
+        <translation>A–B über die Zeit legen ab</translation>
     </message>
 </context>
 <context>
@@ -2362,6 +2472,10 @@
     <message>
         <source>Change Look</source>
         <translation>Aussehen ändern</translation>
+    </message>
+    <message>
+        <source>Compare</source>
+        <translation>Vergleichen</translation>
     </message>
 </context>
 <context>

@@ -1,6 +1,7 @@
 #include "plugins/PlotixPlugIn/reading/TrendReader.h"
 
 #include "plotkit/widget/CPTGraphHostingView.h"
+#include "plugins/PlotixPlugIn/reading/comparing/ComparingPart.h"
 #include "plugins/PlotixPlugIn/reading/lanes/Arrangement.h"
 #include "plugins/PlotixPlugIn/reading/legend/LegendPart.h"
 #include "plugins/PlotixPlugIn/reading/limits/LimitsPart.h"
@@ -11,6 +12,7 @@
 #include "plugins/PlotixPlugIn/reading/notes/NotesPart.h"
 #include "plugins/PlotixPlugIn/reading/statistics/StatisticsPart.h"
 
+#include <QtCore/QPointer>
 #include <QtGui/QKeyEvent>
 
 #include <algorithm>
@@ -28,7 +30,8 @@ TrendReader::TrendReader(ReadTrend& trend) : m_trend(trend)
     add(std::make_unique<NotesPart>(trend));
     add(std::make_unique<StatisticsPart>(trend));
     add(std::make_unique<LegendPart>(trend));
-    add(std::make_unique<TrendLooks>(trend));  // last: it dresses what others put into the graph
+    add(std::make_unique<TrendLooks>(trend));     // it dresses what others put into the graph
+    add(std::make_unique<ComparingPart>(trend));  // last: its lines look as those they are compared with
 }
 
 TrendReader::~TrendReader() = default;
@@ -125,6 +128,16 @@ TableFigures* TrendReader::tableFigures() const
         if (TableFigures* figures = part->tableFigures())
             return figures;
     return nullptr;
+}
+
+void TrendReader::readBeside(const TimeSpan& span, std::function<void()> show) const
+{
+    for (const auto& part : m_parts)
+        show = [part = QPointer<ReadingPart>(part.get()), span, show = std::move(show)] {
+            if (part)
+                part->readBeside(span, show);
+        };
+    show();
 }
 
 void TrendReader::viewLoaded()

@@ -5,6 +5,7 @@
 #include <QtCore/QList>
 #include <QtWidgets/QMenu>
 
+#include <functional>
 #include <memory>
 #include <vector>
 
@@ -45,6 +46,9 @@ public:
         for (const auto& part : m_parts)
             (part.get()->*what)(arguments...);
     }
+
+    /// Lets every part read what it shows beside the records of this span, then calls `show`; at once where none does.
+    void readBeside(const TimeSpan& span, std::function<void()> show) const;
 
     /// Tells the parts, and from now on sees the keys pressed in the graph before its view does.
     void viewLoaded();

@@ -125,6 +125,16 @@ TEST_F(RenderCommandTest, RenderTakesAValueLineAndMarks)
                   QStringLiteral("leave out --arrangement"));
 }
 
+TEST_F(RenderCommandTest, RenderComparesWithEarlierTimes)
+{
+    importWeather();
+    ASSERT_EQ(run({"render", "--compare", "2w,1y", "--compare", "36h", site(), "--output", path("a.png")}), 0);
+    EXPECT_EQ(m_services.rendered[0].reading,
+              (QVariantMap{{"comparing", QVariantMap{{"with", QStringList{"14d", "1y", "36h"}}}}}));
+    expectFailure({"render", site(), "--compare", "soon", "--output", path("a.png")}, 2,
+                  QStringLiteral("must be a distance like 7d, 2w, 1mo, 1y or 36h, not soon"));
+}
+
 TEST_F(RenderCommandTest, LookupsListWhatThereIs)
 {
     importWeather();

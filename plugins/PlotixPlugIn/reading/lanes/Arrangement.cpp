@@ -219,7 +219,7 @@ std::vector<ArrangedLine> Arrangement::arrangedLines() const
         const auto extent = series ? series->extent() : std::nullopt;
         const double lowest = extent ? static_cast<double>(extent->minY) : 1;
         const double highest = extent ? static_cast<double>(extent->maxY) : 0;
-        arranged.push_back({line.key, line.name, line.unitSymbol, lowest, highest});
+        arranged.push_back({line.key, line.name, line.unitSymbol, lowest, highest, line.comparedKey});
     }
     return arranged;
 }
@@ -261,7 +261,8 @@ void Arrangement::arrange()
         QStringList names;
         std::vector<CPTScatterPlotPtr> plots;
         for (const std::size_t index : group.lines) {
-            names << lines[index].name;
+            if (lines[index].besideKey.isEmpty())
+                names << lines[index].name;
             plots.push_back(graph->plotWithIdentifier(lines[index].key));
             plots.back()->setTitle(group.lines.size() > 1 ? lines[index].name : QString());
         }

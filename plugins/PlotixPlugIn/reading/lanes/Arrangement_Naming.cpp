@@ -61,7 +61,7 @@ void Arrangement::nameScale(const std::vector<ArrangedLine>& lines)
     if (titles == QLatin1String("none"))
         return m_scaleTitle.give(axis, QString());
     QStringList names, units;
-    for (const ArrangedLine& line : lines) {
+    for (const ArrangedLine& line : leadingLines(lines)) {
         names << line.name;
         units << line.unitSymbol;
     }

@@ -55,6 +55,28 @@ std::vector<LaneGroup> groupedByUnit(const std::vector<ArrangedLine>& lines, con
     return groups;
 }
 
+std::vector<LaneGroup> groupsOf(const std::vector<ArrangedLine>& lines, ArrangementKind kind)
+{
+    std::vector<LaneGroup> groups;
+    switch (kind) {
+    case ArrangementKind::OneScale: break;
+    case ArrangementKind::LanePerProperty:
+        for (std::size_t index = 0; index < lines.size(); ++index)
+            groups.push_back({QStringLiteral("line:") + lines[index].key, {index}});
+        break;
+    case ArrangementKind::LanePerUnit:
+        groups = groupedByUnit(lines, [](const ArrangedLine&, const ArrangedLine&) { return true; });
+        break;
+    case ArrangementKind::Automatic:
+        if (!doesOneScaleServe(lines))
+            groups = groupedByUnit(lines, [](const ArrangedLine& one, const ArrangedLine& other) {
+                return areAlike(magnitudeOf(one), magnitudeOf(other), kPressedFlat);
+            });
+        break;
+    }
+    return groups;
+}
+
 QStringList wordsOf(const QString& name)
 {
     static const QRegularExpression gaps(QStringLiteral("[\\s_]+"));
@@ -94,24 +116,34 @@ std::optional<ArrangementKind> arrangementNamed(const QString& text)
 
 std::vector<LaneGroup> laneGroups(const std::vector<ArrangedLine>& lines, ArrangementKind kind)
 {
-    std::vector<LaneGroup> groups;
-    switch (kind) {
-    case ArrangementKind::OneScale: break;
-    case ArrangementKind::LanePerProperty:
-        for (std::size_t index = 0; index < lines.size(); ++index)
-            groups.push_back({QStringLiteral("line:") + lines[index].key, {index}});
-        break;
-    case ArrangementKind::LanePerUnit:
-        groups = groupedByUnit(lines, [](const ArrangedLine&, const ArrangedLine&) { return true; });
-        break;
-    case ArrangementKind::Automatic:
-        if (!doesOneScaleServe(lines))
-            groups = groupedByUnit(lines, [](const ArrangedLine& one, const ArrangedLine& other) {
-                return areAlike(magnitudeOf(one), magnitudeOf(other), kPressedFlat);
-            });
-        break;
+    const std::vector<ArrangedLine> leaders = leadingLines(lines);
+    std::vector<LaneGroup> groups = groupsOf(leaders, kind);
+    for (LaneGroup& group : groups) {
+        std::vector<std::size_t> all;
+        for (const std::size_t leader : group.lines)
+            for (std::size_t index = 0; index < lines.size(); ++index)
+                if (lines[index].key == leaders[leader].key || lines[index].besideKey == leaders[leader].key)
+                    all.push_back(index);
+        group.lines = std::move(all);
     }
     return groups;
+}
+
+std::vector<ArrangedLine> leadingLines(const std::vector<ArrangedLine>& lines)
+{
+    std::vector<ArrangedLine> leaders;
+    for (const ArrangedLine& line : lines) {
+        const auto leader = std::find_if(leaders.begin(), leaders.end(),
+                                         [&](const ArrangedLine& each) { return each.key == line.besideKey; });
+        if (leader == leaders.end()) {
+            leaders.push_back(line);
+        } else if (line.lowest <= line.highest) {
+            const bool hasRange = leader->lowest <= leader->highest;
+            leader->lowest = hasRange ? std::min(leader->lowest, line.lowest) : line.lowest;
+            leader->highest = hasRange ? std::max(leader->highest, line.highest) : line.highest;
+        }
+    }
+    return leaders;
 }
 
 bool doesOneScaleServe(const std::vector<ArrangedLine>& lines)

@@ -22,6 +22,7 @@ struct ArrangedLine {
     QString name;
     QString unitSymbol;
     double lowest = 0, highest = 0;
+    QString besideKey = {};  ///< of a line that goes wherever another one goes: that one's key
 };
 
 struct LaneGroup {
@@ -31,8 +32,12 @@ struct LaneGroup {
 
 /// The lanes from top to bottom, in the order in which their first lines come; none for one scale. Lanes by unit hold
 /// the lines of one unit symbol. Automatic: none while one scale serves, else lanes by unit, in which a line stands by
-/// itself, with those of its own magnitude, where the others would press it flat.
+/// itself, with those of its own magnitude, where the others would press it flat. A line that stands beside another one
+/// comes after it in its lane, and widens its range where lanes are chosen by ranges.
 std::vector<LaneGroup> laneGroups(const std::vector<ArrangedLine>& lines, ArrangementKind kind);
+
+/// The lines that stand beside no other, with the range of all that stand beside them.
+std::vector<ArrangedLine> leadingLines(const std::vector<ArrangedLine>& lines);
 
 /// Whether one scale shows all lines: they have one unit, their magnitudes lie within a factor of ten, and the limits
 /// of the one scale, a span of 0.1 … 5,000, let all values be seen.

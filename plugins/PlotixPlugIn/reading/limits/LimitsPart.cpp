@@ -168,9 +168,12 @@ void LimitsPart::makeActions()
     m_editAction->setMenu(m_linesMenu.get());
     connect(m_linesMenu.get(), &QMenu::aboutToShow, this, [this] {
         m_linesMenu->clear();
-        for (const ReadLine& line : trend().lines())
+        for (const ReadLine& line : trend().lines()) {
+            if (line.isCompared())
+                continue;
             connect(m_linesMenu->addAction(QString(line.name).replace(u'&', QStringLiteral("&&")) + u'…'),
                     &QAction::triggered, this, [this, key = line.key] { edit(key); });
+        }
     });
 }
 
@@ -192,8 +195,9 @@ void LimitsPart::addRowItems(QMenu& menu, const QStringList& keys)
 
 void LimitsPart::edit(const QString& key)
 {
+    const std::optional<ReadLine> line = lineWithKey(trend(), key);
     if (m_annotations)
-        m_annotations->editLimits(key);
+        m_annotations->editLimits(line && line->isCompared() ? line->comparedKey : key);
 }
 
 }  // namespace plotix

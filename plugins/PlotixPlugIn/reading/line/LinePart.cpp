@@ -1,7 +1,7 @@
 #include "plugins/PlotixPlugIn/reading/line/LinePart.h"
 
 #include "plotkit/widget/CPTGraphHostingView.h"
-#include "plugins/PlotixPlugIn/reading/line/TimeDialog.h"
+#include "plugins/PlotixPlugIn/reading/trend/TimeDialog.h"
 
 #include <QtGui/QClipboard>
 #include <QtGui/QGuiApplication>
@@ -234,7 +234,8 @@ void LinePart::askForTime()
     if (!where)
         return;
     const CPTPlotRange& range = where->graph.plotSpace().xRange();
-    auto* dialog = new TimeDialog(standing().value_or(range.location + range.length / 2), trend().rootView());
+    auto* dialog = new TimeDialog(localizedText(QT_TRANSLATE_NOOP("Plotix", "Go to Time")),
+                                  standing().value_or(range.location + range.length / 2), trend().rootView());
     connect(dialog, &TimeDialog::timeGiven, this, [this](double time) {
         hold(time);
         bringIntoView(time);

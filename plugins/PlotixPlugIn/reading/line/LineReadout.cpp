@@ -4,6 +4,7 @@
 #include "plugins/PlotixPlugIn/reading/values/GraphLook.h"
 #include "plugins/PlotixPlugIn/reading/values/LimitLook.h"
 
+#include <algorithm>
 #include <cmath>
 
 namespace plotix {
@@ -18,6 +19,23 @@ QString distanceText(double distance)
     const QString text = distance > 0 ? localizedText(QT_TRANSLATE_NOOP("Plotix", "%1 before"))
                                       : localizedText(QT_TRANSLATE_NOOP("Plotix", "%1 later"));
     return text.arg(durationText(distance));
+}
+
+/// By how much the line now reads more than the one that stands beside it; empty where either has nothing to say.
+QString differenceText(const std::vector<TrendLine>& lines, const TrendLine& compared, double time, double reach,
+                       const ValueTexts& texts)
+{
+    const auto present = std::find_if(
+        lines.begin(), lines.end(), [&](const TrendLine& each) { return each.line.key == compared.line.comparedKey; });
+    if (present == lines.end())
+        return {};
+    const OptionalLineRecord now = readingAt(present->records, time, reach).record;
+    const OptionalLineRecord then = readingAt(compared.records, time, reach).record;
+    if (!now || !then)
+        return {};
+    //: Behind an earlier value: by how much the present one is more.
+    return localizedText(QT_TRANSLATE_NOOP("Plotix", "now %1"))
+        .arg(texts.difference(then->value, now->value, present->line.unitSymbol));
 }
 
 bool isFar(const LineRecords& records, double distance, double perPoint)
@@ -59,8 +77,11 @@ ReadAt readAt(const std::vector<TrendLine>& lines, double time, const plotkit::G
         row.isFaint = !reading.record;
         row.value = reading.record ? texts.value(reading.record->value, each.line.unitSymbol)
                                    : localizedText(QT_TRANSLATE_NOOP("Plotix", "not recorded"));
+        if (const QString difference = differenceText(lines, each, time, kReach * perPoint, texts);
+            !difference.isEmpty())
+            row.note = difference;
         if (reading.record && isFar(each.records, reading.distance, perPoint))
-            row.note = distanceText(reading.distance);
+            row.note += (row.note.isEmpty() ? QString() : QStringLiteral(", ")) + distanceText(reading.distance);
         if (reading.record)
             noteLimit(row, each, reading.record->value, texts, isDark(geometry.graph));
         read.readout.rows.push_back(std::move(row));

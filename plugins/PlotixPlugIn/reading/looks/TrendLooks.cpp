@@ -151,6 +151,13 @@ void TrendLooks::setLineLooks(const std::map<QString, LineLook>& looks)
     changed();
 }
 
+std::vector<ReadLine> TrendLooks::lines() const
+{
+    std::vector<ReadLine> lines = trend().lines();
+    std::erase_if(lines, [](const ReadLine& line) { return line.isCompared(); });
+    return lines;
+}
+
 CPTScatterPlotPtr TrendLooks::plotOf(const QString& key) const
 {
     return trend().graph() ? trend().graph()->plotWithIdentifier(key) : nullptr;
@@ -233,7 +240,7 @@ TrendLooks::WornPlot& TrendLooks::wornBy(const CPTScatterPlotPtr& plot, const QS
 
 void TrendLooks::dressLines()
 {
-    const std::vector<ReadLine> all = trend().lines();
+    const std::vector<ReadLine> all = lines();
     std::vector<WornPlot*> worn;
     std::vector<QColor> colors;
     for (std::size_t number = 0; number < all.size(); ++number) {

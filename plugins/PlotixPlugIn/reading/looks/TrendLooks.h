@@ -55,8 +55,8 @@ public:
     void setLineLook(const QString& key, const LineLook& look);
     void setLineLooks(const std::map<QString, LineLook>& looks);  ///< those named; one step to take back
 
-    /// The lines of the trend, for menus.
-    std::vector<ReadLine> lines() const { return trend().lines(); }
+    /// The lines that can be given a look: those that are compared with them follow theirs.
+    std::vector<ReadLine> lines() const;
     CPTScatterPlotPtr plotOf(const QString& key) const;  ///< null when it has none
     QWidget* window() const;                             ///< of the trend, for dialogs; null off screen
 

@@ -1,7 +1,7 @@
 #include "plugins/PlotixPlugIn/reading/marks/MarksWindow.h"
 
 #include "plugins/PlotixPlugIn/reading/marks/MarksPart.h"
-#include "plugins/PlotixPlugIn/reading/values/TypedTime.h"
+#include "plugins/PlotixPlugIn/reading/trend/TypedTime.h"
 
 #include <QtGui/QClipboard>
 #include <QtGui/QGuiApplication>
@@ -134,7 +134,7 @@ QStringList MarksWindow::cellsOf(const TrendLine& line)
         cells[3] = texts.difference(*marked.atA, *marked.atB, marked.unitSymbol);
         cells[4] = texts.slope(*marked.atA, *marked.atB, marks.distance(), marked.unitSymbol);
     }
-    const KTVRecordDictionaryPtr records = m_part->readTrend().records();
+    const KTVRecordDictionaryPtr records = m_part->readTrend().recordsOf(line.line.key);
     const LineFigures figures = records ? m_figures.of(line, *records, marks.span()) : LineFigures();
     for (const double figure : {figures.minimum, figures.maximum, roundedMean(figures.mean, figures),
                                 roundedMean(figures.straightMean, figures)})

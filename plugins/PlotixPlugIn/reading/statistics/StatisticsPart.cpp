@@ -24,6 +24,8 @@ public:
             const FigureColumn* column = figureColumn(identifier);
             columns.push_back({identifier, localizedText(column->title), column->kind, column->width});
         }
+        for (Column& column : m_part.m_compared.columns(m_part.m_choices))
+            columns.push_back(std::move(column));
         return columns;
     }
     QStringList offered() const override
@@ -35,6 +37,8 @@ public:
     }
     Cell cell(const QString& key, const QString& identifier) const override
     {
+        if (auto compared = m_part.m_compared.cell(key, identifier))
+            return std::move(*compared);
         const FigureColumn* column = figureColumn(identifier);
         return column ? m_part.m_table.cell(key, *column) : Cell();
     }
@@ -43,6 +47,8 @@ public:
     void select(const QString& key) override { m_part.m_currentKey = key; }
     void activate(const QString& key, const QString& identifier) override
     {
+        if (const auto compared = m_part.m_compared.meant(key, identifier))
+            return activate(compared->line, compared->figure);
         const FigureColumn* column = figureColumn(identifier);
         const Figure figure = column ? column->figure : Figure::MaximumTime;
         if (figure == Figure::MinimumTime || figure == Figure::MaximumTime)
@@ -66,7 +72,10 @@ private:
 };
 
 StatisticsPart::StatisticsPart(ReadTrend& trend)
-    : ReadingPart(trend), m_table(trend, m_keeper), m_figures(std::make_unique<Figures>(*this))
+    : ReadingPart(trend),
+      m_table(trend, m_keeper),
+      m_compared(trend, m_table),
+      m_figures(std::make_unique<Figures>(*this))
 {
     makeActions();
     m_ageing.setInterval(kMillisecondsOfAge);
@@ -116,7 +125,8 @@ void StatisticsPart::change(const StatisticsChoices& choices)
 // Many things happen in one turn of the event loop; the figures follow once, after all of them.
 void StatisticsPart::refreshSoon()
 {
-    if (m_isRefreshing || (!needsFigures(m_choices) && !m_heading))
+    const bool isShown = needsFigures(m_choices) || m_heading || !m_comparisons.isEmpty();
+    if (m_isRefreshing || (!isShown && m_compared.comparisons().isEmpty()))
         return;
     m_isRefreshing = true;
     QMetaObject::invokeMethod(
@@ -127,6 +137,10 @@ void StatisticsPart::refresh()
 {
     m_isRefreshing = false;
     m_table.ask(m_choices);
+    if (const QStringList comparisons = m_compared.comparisons(); comparisons != m_comparisons) {
+        m_comparisons = comparisons;
+        emit m_figures->columnsChanged();
+    }
     const bool showsAge = m_choices.columns.contains(QLatin1String("age"));
     if (showsAge && trend().graphView())
         m_ageing.start();

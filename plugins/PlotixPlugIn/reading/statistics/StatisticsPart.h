@@ -1,5 +1,6 @@
 #pragma once
 
+#include "plugins/PlotixPlugIn/reading/statistics/ComparedColumns.h"
 #include "plugins/PlotixPlugIn/reading/statistics/StatisticsHeading.h"
 #include "plugins/PlotixPlugIn/reading/statistics/StatisticsTable.h"
 #include "plugins/PlotixPlugIn/reading/trend/ReadingPart.h"
@@ -61,6 +62,8 @@ private:
     StatisticsChoices m_choices;
     FigureKeeper m_keeper;
     StatisticsTable m_table;
+    ComparedColumns m_compared;
+    QStringList m_comparisons;  // that the table has columns for
     std::unique_ptr<Figures> m_figures;
     std::vector<QAction*> m_overActions, m_columnActions;  // children
     std::vector<QAction*> m_lineActions;                   // likewise: what is done with one line

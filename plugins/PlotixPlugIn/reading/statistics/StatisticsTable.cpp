@@ -6,6 +6,7 @@
 
 #include <QtCore/QDateTime>
 
+#include <algorithm>
 #include <cmath>
 
 namespace plotix {
@@ -58,11 +59,11 @@ std::vector<FigureLine> StatisticsTable::keptLines() const
 {
     std::vector<FigureLine> lines;
     const CPTXYGraphPtr graph = m_trend.graph();
-    const KTVRecordDictionaryPtr records = m_trend.records();
-    if (!graph || !records || !records->time())
+    if (!graph)
         return lines;
     for (const ReadLine& line : m_trend.lines()) {
-        const auto column = records->columnForKey(line.key);
+        const KTVRecordDictionaryPtr records = m_trend.recordsOf(line.key);
+        const auto column = records && records->time() ? records->columnForKey(line.key) : nullptr;
         const CPTScatterPlotPtr plot = graph->plotWithIdentifier(line.key);
         if (column && plot)
             lines.push_back({line.key, *records->time(), column, longestJoinOf(*plot)});
@@ -74,14 +75,15 @@ std::optional<StatisticsTable::CountedLimit> StatisticsTable::limitOf(const QStr
                                                                       Figure figure) const
 {
     const bool isLow = figure == Figure::BelowLow;
+    const QString owner = limitKey(key);
     const auto& chosen = isLow ? m_choices.lowLimits : m_choices.highLimits;
-    if (const auto limit = chosen.find(key); limit != chosen.end())
+    if (const auto limit = chosen.find(owner); limit != chosen.end())
         return CountedLimit{convertedLimit(limit->second, column),
                             m_texts.amount(limit->second.value, limit->second.unit)};
     const KTVAnnotations* annotations = m_trend.annotations();
-    const auto limit =
-        annotations ? innermostLimit(annotations->limitsOf(key), isLow ? KTVLimit::Side::Below : KTVLimit::Side::Above)
-                    : std::nullopt;
+    const auto limit = annotations ? innermostLimit(annotations->limitsOf(owner),
+                                                    isLow ? KTVLimit::Side::Below : KTVLimit::Side::Above)
+                                   : std::nullopt;
     if (!limit)
         return std::nullopt;
     return CountedLimit{limit->value, limit->name + u' ' + m_texts.amount(limit->value, column.unitSymbol())};
@@ -97,10 +99,30 @@ LineLimits StatisticsTable::limitsOf(const QString& key, const KTVRecordColumn& 
     return limits;
 }
 
+/// A line that is compared asks for its own average beside the earlier one.
+bool StatisticsTable::isAsked() const
+{
+    const std::vector<ReadLine> lines = m_trend.lines();
+    return needsFigures(m_choices) ||
+           std::any_of(lines.begin(), lines.end(), [](const ReadLine& line) { return line.isCompared(); });
+}
+
+/// The limits of a line are those of what it is compared with too.
+QString StatisticsTable::limitKey(const QString& key) const
+{
+    const auto known = line(key);
+    return known && known->isCompared() ? known->comparedKey : key;
+}
+
+QString StatisticsTable::missing() const
+{
+    return m_keeper.isWorking() ? FigureTexts::pending() : FigureTexts::none();
+}
+
 void StatisticsTable::ask(const StatisticsChoices& choices)
 {
     m_choices = choices;
-    if (!needsFigures(choices)) {
+    if (!isAsked()) {
         m_keeper.setLines({});
         return;
     }
@@ -155,7 +177,7 @@ Cell StatisticsTable::cell(const QString& key, const FigureColumn& column) const
 {
     const auto known = m_keeper.figures(key);
     if (!known)
-        return {m_keeper.isWorking() ? FigureTexts::pending() : FigureTexts::none()};
+        return {missing()};
     const LineFigures& figures = *known;
     const auto value = [&](double number, int moreDecimals = 0) {
         return Cell{m_texts.value(number, figures, moreDecimals), {}, number, {}};
@@ -199,7 +221,7 @@ Cell StatisticsTable::percentileCell(const QString& key, const LineFigures& figu
 
 Cell StatisticsTable::integralCell(const QString& key, const LineFigures& figures) const
 {
-    const KTVRecordDictionaryPtr records = m_trend.records();
+    const KTVRecordDictionaryPtr records = m_trend.recordsOf(key);
     const auto column = records ? records->columnForKey(key) : nullptr;
     if (!column)
         return {FigureTexts::none()};
@@ -212,7 +234,7 @@ Cell StatisticsTable::limitCell(const QString& key, Figure figure) const
 {
     const bool isLow = figure == Figure::BelowLow;
     const bool isHigh = figure == Figure::AboveHigh;
-    const KTVRecordDictionaryPtr records = m_trend.records();
+    const KTVRecordDictionaryPtr records = m_trend.recordsOf(key);
     const auto column = records ? records->columnForKey(key) : nullptr;
     const auto high = column ? limitOf(key, *column, Figure::AboveHigh) : std::nullopt;
     const auto low = column ? limitOf(key, *column, Figure::BelowLow) : std::nullopt;

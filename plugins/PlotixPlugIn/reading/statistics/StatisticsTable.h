@@ -27,8 +27,13 @@ public:
     /// When the line was lowest, or highest; nothing without records.
     std::optional<double> timeOf(const QString& key, Figure figure) const;
     std::optional<ReadLine> line(const QString& key) const;
+    /// Nothing while they are being worked out, and for a line without any.
+    std::optional<LineFigures> figures(const QString& key) const { return m_keeper.figures(key); }
+    QString missing() const;  ///< what stands in the place of figures that are not there
 
 private:
+    bool isAsked() const;
+    QString limitKey(const QString& key) const;
     std::vector<FigureLine> keptLines() const;
     /// A limit that times are counted beyond: the one chosen for this table, else the property's first one.
     struct CountedLimit {

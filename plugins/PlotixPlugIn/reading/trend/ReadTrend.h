@@ -5,9 +5,13 @@
 #include "plugins/PlotixPlugIn/host/KTVRecordDictionary.h"
 #include "plugins/PlotixPlugIn/reading/trend/TimeSpan.h"
 
-#include <QtCore/QString>
+#include <QtCore/QStringList>
+#include <QtCore/QTimeZone>
 #include <QtGui/QColor>
 
+#include <atomic>
+#include <functional>
+#include <memory>
 #include <optional>
 #include <vector>
 
@@ -20,14 +24,32 @@ namespace plotix {
 
 class ReadingPart;
 
-/// A plotted property, as it is now. A value.
+/// A plotted line, as it is now. A value.
 struct ReadLine {
-    QString key;         ///< the property's; identifies its plot and its column of records
+    QString key;         ///< the property's, of added lines their own; identifies its plot and its column of records
     QString name;        ///< for people
     QString unit;        ///< the current one, as the host names it
     QString unitSymbol;  ///< as it is written, such as "°C"; may be empty
     QColor color;        ///< of its line
     bool isShown = true;
+    /// Of a line that is drawn to be compared: the key of the line it stands beside; empty: a line of the trend's own.
+    QString comparedKey = {};
+    QString comparison = {};      ///< likewise: names the comparison among others of the line, such as "7d"
+    QString comparisonName = {};  ///< likewise: for people, such as "a week earlier"
+
+    bool isCompared() const { return !comparedKey.isEmpty(); }
+};
+
+/// A line that a part adds to the trend: its records stand under its key, at the times where they are drawn.
+struct AddedLine {
+    ReadLine line;  ///< unit and being shown are those of the line it stands beside, the colour is its plot's
+    CPTScatterPlotPtr plot;
+    KTVRecordDictionaryPtr records;
+};
+
+/// Reading records beside those of the trend: whoever reads keeps it, and may stop.
+struct RecordsRead {
+    std::atomic<bool> isStopped = false;
 };
 
 class ReadTrend {
@@ -42,8 +64,23 @@ public:
     virtual KTVAnnotations* annotations() const = 0;
     /// The keys of the trend's properties, whether they have a plot or not.
     virtual QStringList propertyNames() const = 0;
-    /// The properties that have a plot, in the order of the plots.
+    /// The properties that have a plot, in the order of the plots; behind each the lines that it is compared with. What
+    /// is said of lines counts for all of them, unless `isCompared` is asked.
     virtual std::vector<ReadLine> lines() const = 0;
+    /// The records that hold a line's column under its key: those shown, or those of an added line. Null for none.
+    virtual KTVRecordDictionaryPtr recordsOf(const QString& key) const = 0;
+    /// Shows these lines, behind the trend's own, instead of those added before. Tells all parts that plots were
+    /// replaced. They go when the plots are replaced the next time.
+    virtual void setAddedLines(std::vector<AddedLine> lines) = 0;
+    /// Reads records of a span as the trend reads its own, which go on being shown; without keys those of all its
+    /// properties. `done` is called once, on the main thread, unless the trend is gone by then: with null, or records
+    /// without times, where there are none.
+    virtual void readBeside(const QStringList& keys, const TimeSpan& span, const std::shared_ptr<RecordsRead>& read,
+                            std::function<void(const KTVRecordDictionaryPtr& records)> done) = 0;
+    /// The trend is busy, and its user can cancel, until this is told again.
+    virtual void setBusy(bool isBusy) = 0;
+    /// The clocks by which its times are said.
+    virtual QTimeZone zone() const = 0;
 
     /// The view of the graph, and the whole view of the trend; null while the trend is not on a screen.
     virtual CPTGraphHostingView* graphView() const = 0;

@@ -7,6 +7,7 @@
 #include <QtCore/QVariant>
 #include <QtGui/QAction>
 
+#include <functional>
 #include <vector>
 
 class QKeyEvent;
@@ -50,6 +51,10 @@ public:
     virtual void rangeSet(CPTCoordinate /*coordinate*/) {}  ///< of the graph's default plot space
     virtual void restyled() {}                              ///< axes and frame of the graph have another look
     virtual void markedSpanSet() {}
+    /// Records of this span were read and are shown next: `show` is to be called when this part has read what it shows
+    /// beside them.
+    virtual void readBeside(const TimeSpan& /*span*/, const std::function<void()>& show) { show(); }
+    virtual void readingCancelled() {}  ///< by the user
     /// A key pressed in the graph that the contract leaves free; answers whether it was meant for this part.
     virtual bool keyPressed(const QKeyEvent& /*event*/) { return false; }
 

@@ -12,7 +12,8 @@ const std::vector<TrendLine>& TrendLines::shown()
     const KTVAnnotations* annotations = m_trend.annotations();
     for (TrendLine& each : m_lines) {  // what options, and the host, change at any time
         each.records.longestJoin = each.plot->gapThreshold();
-        each.limits = annotations ? annotations->limitsOf(each.line.key) : std::vector<KTVLimit>();
+        const QString& owner = each.line.isCompared() ? each.line.comparedKey : each.line.key;
+        each.limits = annotations ? annotations->limitsOf(owner) : std::vector<KTVLimit>();
     }
     return m_lines;
 }
@@ -22,7 +23,6 @@ void TrendLines::find()
     m_lines.clear();
     m_plots.clear();
     const CPTXYGraphPtr graph = m_trend.graph();
-    const KTVRecordDictionaryPtr records = m_trend.records();
     if (!graph)
         return;
     m_isKnown = true;
@@ -31,6 +31,7 @@ void TrendLines::find()
         const CPTScatterPlotPtr plot = graph->plotWithIdentifier(line.key);
         if (!line.isShown || !plot || !plot->series())
             continue;
+        const KTVRecordDictionaryPtr records = m_trend.recordsOf(line.key);
         LineRecords found =
             lineRecords(plot->valueSeries(), records ? records->columnForKey(line.key) : nullptr, plot->gapThreshold());
         m_lines.push_back({std::move(line), plot, std::move(found)});

@@ -1,4 +1,4 @@
-#include "plugins/PlotixPlugIn/reading/values/TypedTime.h"
+#include "plugins/PlotixPlugIn/reading/trend/TypedTime.h"
 
 #include "plugins/PlotixPlugIn/host/KTVBundle.h"
 

@@ -1,7 +1,7 @@
-#include "plugins/PlotixPlugIn/reading/line/TimeDialog.h"
+#include "plugins/PlotixPlugIn/reading/trend/TimeDialog.h"
 
 #include "plugins/PlotixPlugIn/reading/trend/ReadingPart.h"
-#include "plugins/PlotixPlugIn/reading/values/TypedTime.h"
+#include "plugins/PlotixPlugIn/reading/trend/TypedTime.h"
 
 #include <QtWidgets/QDialogButtonBox>
 #include <QtWidgets/QFormLayout>
@@ -11,14 +11,14 @@
 
 namespace plotix {
 
-TimeDialog::TimeDialog(double time, QWidget* parent)
+TimeDialog::TimeDialog(const QString& title, double time, QWidget* parent)
     : QDialog(parent),
       m_shown(time),
       m_field(new QLineEdit(timeForTyping(time), this)),
       m_buttons(new QDialogButtonBox(QDialogButtonBox::Ok | QDialogButtonBox::Cancel, this))
 {
     setAttribute(Qt::WA_DeleteOnClose);
-    setWindowTitle(localizedText(QT_TRANSLATE_NOOP("Plotix", "Go to Time")));
+    setWindowTitle(title);
     auto* rows = new QFormLayout(this);
     rows->addRow(localizedText(QT_TRANSLATE_NOOP("Plotix", "&Time:")), m_field);
     auto* hint = new QLabel(localizedText(QT_TRANSLATE_NOOP(

@@ -12,7 +12,7 @@ class TimeDialog : public QDialog {
     Q_OBJECT
 public:
     /// Shows `time` (seconds since 1970-01-01 UTC); what is typed without a day is taken to be on its day.
-    TimeDialog(double time, QWidget* parent);
+    TimeDialog(const QString& title, double time, QWidget* parent);
 
 signals:
     void timeGiven(double time);
