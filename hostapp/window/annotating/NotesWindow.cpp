@@ -15,7 +15,8 @@ namespace plotix {
 
 namespace {
 
-constexpr QSize kUsualSize(760, 380);  // points
+constexpr QSize kUsualSize(900, 400);  // points
+constexpr int kRowRoom = 8;            // beside a line of text
 
 /// Every word that is looked for stands in some column of a row.
 class FoundNotes : public QSortFilterProxyModel {
@@ -89,6 +90,7 @@ void NotesWindow::makeTable()
     m_table->setShowGrid(false);
     m_table->setWordWrap(false);
     m_table->verticalHeader()->hide();
+    m_table->verticalHeader()->setDefaultSectionSize(fontMetrics().lineSpacing() + kRowRoom);
     m_table->horizontalHeader()->setSectionResizeMode(QHeaderView::ResizeToContents);
     m_table->horizontalHeader()->setSectionResizeMode(NotesModel::Text, QHeaderView::Stretch);
     m_table->installEventFilter(this);
