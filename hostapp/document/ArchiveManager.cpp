@@ -64,6 +64,16 @@ ArchiveManager::~ArchiveManager()
     m_state->manager = nullptr;
 }
 
+std::optional<KTVArchiveManager::Span> ArchiveManager::recordedSpan() const
+{
+    try {
+        const std::optional<RecordExtent> extent = m_records->extent(m_agent);
+        return extent ? std::optional(Span{Date{extent->first}, Date{extent->last}}) : std::nullopt;
+    } catch (const ReportableError&) {
+        return std::nullopt;
+    }
+}
+
 int ArchiveManager::pendingFetches() const
 {
     return m_state->pending;

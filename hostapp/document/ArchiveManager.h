@@ -55,6 +55,9 @@ public:
                                    const OptionalDate& toDate, int maximumSamples, ProgressHandler progressHandler,
                                    CompletionHandler completionHandler) override;
 
+    /// Nothing either where the records cannot be read: a fetch says so.
+    std::optional<Span> recordedSpan() const override;
+
     /// How many fetches have not had their `fetchAnswered` yet.
     int pendingFetches() const;
 

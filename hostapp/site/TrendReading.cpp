@@ -17,11 +17,13 @@ QVariantMap recommendedReading(Reader reader)
                         {QStringLiteral("lineCommands"), true},
                         {QStringLiteral("statistics"), QVariantMap{{QStringLiteral("offered"), true}}}};
     options.insert(QStringLiteral("looks"), QVariantMap{{QStringLiteral("marks"), QStringLiteral("apart")}});
+    options.insert(QStringLiteral("missing"), QVariantMap{{QStringLiteral("stretches"), true}});
     if (reader == Reader::OfAPicture)
         options.insert(QStringLiteral("unlimitedValues"), true);
     if (reader == Reader::AtAWindow) {
         options.insert(QStringLiteral("valueLine"), QVariantMap{{QStringLiteral("shown"), true}});
-        options.insert(QStringLiteral("moves"), QVariantMap{{QStringLiteral("gestures"), true}});
+        options.insert(QStringLiteral("moves"),
+                       QVariantMap{{QStringLiteral("gestures"), true}, {QStringLiteral("bounded"), true}});
     }
     return options;
 }
@@ -44,9 +46,12 @@ void chooseReadingOfNew(KTVPlugIn* plugIn)
     const std::optional<QVariantMap> chosen = reading(plugIn);
     if (!chosen)
         return;
-    const QString arrangement = QStringLiteral("arrangement");
-    if (!chosen->contains(arrangement))
-        setReading(plugIn, {{arrangement, QVariantMap{{QStringLiteral("kind"), QStringLiteral("automatic")}}}});
+    QVariantMap options{
+        {QStringLiteral("arrangement"), QVariantMap{{QStringLiteral("kind"), QStringLiteral("automatic")}}},
+        {QStringLiteral("overview"), QVariantMap{{QStringLiteral("shown"), true}}}};
+    options.removeIf([&chosen](const auto& option) { return chosen->contains(option.key()); });
+    if (!options.isEmpty())
+        setReading(plugIn, options);
     chooseReading(plugIn);
 }
 

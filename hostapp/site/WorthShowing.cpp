@@ -2,6 +2,7 @@
 
 #include <QtCore/QHash>
 #include <QtCore/QRegularExpression>
+#include <QtCore/QStringList>
 
 #include <algorithm>
 #include <cmath>
@@ -12,6 +13,7 @@ namespace plotix {
 namespace {
 
 constexpr std::size_t kMostShown = 5;
+constexpr std::size_t kMostLanes = 3;
 constexpr double kLeastShare = 0.1;       // of the height of all lines that a line must take
 constexpr double kOrderOfMagnitude = 10;  // between the largest values of two lines
 
@@ -110,6 +112,34 @@ bool leavesRoom(const Candidates& shown, const Candidate& other)
     });
 }
 
+/// The leader and, up to `most`, those that go with it.
+Candidates laneOf(const Candidate& leader, const Candidates& candidates, std::size_t most)
+{
+    Candidates lane{leader};
+    for (const Candidate& candidate : candidates)
+        if (candidate.property != leader.property && lane.size() < most && goesWith(leader, candidate) &&
+            leavesRoom(lane, candidate))
+            lane.push_back(candidate);
+    return lane;
+}
+
+/// Lanes of other units come after the first one's lines, as far as there are lanes and lines left.
+Candidates inLanes(const Candidates& candidates)
+{
+    Candidates shown = laneOf(leaderOf(candidates), candidates, kMostShown);
+    QStringList units{shown.front().property->unit()};
+    for (const Candidate& candidate : candidates) {
+        const QString unit = candidate.property->unit();
+        if (unit.isEmpty() || units.contains(unit) || units.size() >= static_cast<qsizetype>(kMostLanes) ||
+            shown.size() >= kMostShown)
+            continue;
+        units << unit;
+        const Candidates lane = laneOf(candidate, candidates, kMostShown - shown.size());
+        shown.insert(shown.end(), lane.begin(), lane.end());
+    }
+    return shown;
+}
+
 }  // namespace
 
 KTVPropertyList worthShowing(const KTVPropertyList& properties, const std::vector<ValueExtent>& extents)
@@ -120,12 +150,7 @@ KTVPropertyList worthShowing(const KTVPropertyList& properties, const std::vecto
     candidates = without(candidates, [](const Candidate& candidate) { return countsTimeOrRows(*candidate.property); });
     candidates = without(candidates, [](const Candidate& candidate) { return isDirection(*candidate.property); });
     candidates = without(candidates, [](const Candidate& candidate) { return candidate.isFlat(); });
-    const Candidate leader = leaderOf(candidates);
-    Candidates shown{leader};
-    for (const Candidate& candidate : candidates)
-        if (candidate.property != leader.property && shown.size() < kMostShown && goesWith(leader, candidate) &&
-            leavesRoom(shown, candidate))
-            shown.push_back(candidate);
+    const Candidates shown = inLanes(candidates);
     KTVPropertyList chosen;
     for (const KTVPropertyPtr& property : properties)  // in the agent's order
         if (std::any_of(shown.begin(), shown.end(),

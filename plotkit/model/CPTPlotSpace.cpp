@@ -48,8 +48,9 @@ void CPTXYPlotSpace::setYRange(const CPTPlotRange& range)
 
 void CPTXYPlotSpace::setRange(CPTPlotRange& stored, const CPTPlotRange& proposed, CPTCoordinate coordinate)
 {
+    const CPTPlotRange bounded = m_bounder ? m_bounder(proposed, coordinate) : proposed;
     const CPTPlotRange accepted =
-        m_delegate ? m_delegate->plotSpaceWillChangePlotRangeTo(this, proposed, coordinate) : proposed;
+        m_delegate ? m_delegate->plotSpaceWillChangePlotRangeTo(this, bounded, coordinate) : bounded;
     const bool changed = !(stored == accepted);
     stored = accepted;
     if (m_delegate)

@@ -79,6 +79,10 @@ public:
     using Fitter = std::function<std::optional<CPTPlotRange>(const std::vector<std::shared_ptr<CPTScatterPlot>>&)>;
     void setFitter(Fitter fitter) { m_fitter = std::move(fitter); }
 
+    /// Who keeps proposed ranges within what can be: asked first, the delegate about its answer. None at first.
+    using Bounder = std::function<CPTPlotRange(const CPTPlotRange& proposed, CPTCoordinate)>;
+    void setBounder(Bounder bounder) { m_bounder = std::move(bounder); }
+
     /// Zooms the movable ranges by `factor` (> 1 shows less) so that `aboutPoint` (plot-space coordinates) stays where
     /// it is, unless the delegate declines. Factors that are not positive and finite are ignored.
     void scaleBy(double factor, QPointF aboutPoint);
@@ -95,6 +99,7 @@ private:
     CPTStrip m_strip;
     CPTScaleType m_yScaleType = CPTScaleType::Linear;
     Fitter m_fitter;
+    Bounder m_bounder;
     std::weak_ptr<const CPTXYPlotSpace> m_xLeader;
     CPTPlotRange m_xRange{0, 1};
     CPTPlotRange m_yRange{0, 1};

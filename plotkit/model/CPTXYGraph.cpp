@@ -124,6 +124,14 @@ void CPTXYGraph::addLayer(const CPTGraphLayerPtr& layer)
     setLayersNeedDisplay();
 }
 
+void CPTXYGraph::addLayerBeneath(const CPTGraphLayerPtr& layer)
+{
+    const std::size_t before = m_layers.size();
+    addLayer(layer);
+    if (m_layers.size() > before)
+        std::rotate(m_layers.begin(), m_layers.end() - 1, m_layers.end());
+}
+
 void CPTXYGraph::removeLayer(const CPTGraphLayerPtr& layer)
 {
     if (remove(m_layers, layer))

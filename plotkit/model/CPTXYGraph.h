@@ -79,8 +79,9 @@ public:
     CPTScatterPlotPtr plotWithIdentifier(const QString& identifier) const;
 
     const std::vector<CPTGraphLayerPtr>& layers() const { return m_layers; }  ///< from the lowest to the topmost
-    void addLayer(const CPTGraphLayerPtr& layer);     ///< on top; null, or added already: nothing happens
-    void removeLayer(const CPTGraphLayerPtr& layer);  ///< not in the graph: nothing happens
+    void addLayer(const CPTGraphLayerPtr& layer);         ///< on top; null, or added already: nothing happens
+    void addLayerBeneath(const CPTGraphLayerPtr& layer);  ///< the same, beneath all others
+    void removeLayer(const CPTGraphLayerPtr& layer);      ///< not in the graph: nothing happens
 
     const QRectF& bounds() const { return m_bounds; }  ///< points
     void setBounds(const QRectF& bounds);

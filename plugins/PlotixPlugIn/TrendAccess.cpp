@@ -148,9 +148,17 @@ std::optional<plotix::TimeSpan> TrendAccess::readSpan() const
     return m_plugIn.m_readSpans->readSpan();
 }
 
+std::optional<plotix::TimeSpan> TrendAccess::recordedSpan() const
+{
+    const KTVArchiveManager* archive = m_plugIn.agent() ? m_plugIn.agent()->archiveManager() : nullptr;
+    const auto span = archive ? archive->recordedSpan() : std::nullopt;
+    return span ? std::optional(plotix::TimeSpan{span->first.seconds, span->last.seconds}) : std::nullopt;
+}
+
 void TrendAccess::showTimes(const plotix::TimeSpan& times)
 {
     const QScopedValueRollback showing(m_plugIn.m_rangeBeingShown, true);
+    const QScopedValueRollback asked(m_isAsked, true);
     if (m_plugIn.m_graph)
         m_plugIn.m_graph->defaultPlotSpace()->setXRange({times.from, times.to - times.from});
 }
@@ -158,12 +166,13 @@ void TrendAccess::showTimes(const plotix::TimeSpan& times)
 void TrendAccess::showValues(CPTXYPlotSpace& space, const CPTPlotRange& values)
 {
     const QScopedValueRollback showing(m_plugIn.m_rangeBeingShown, true);
+    const QScopedValueRollback asked(m_isAsked, true);
     space.setYRange(values);
 }
 
 bool TrendAccess::movesByItself() const
 {
-    return m_plugIn.m_rangeBeingShown;
+    return m_plugIn.m_rangeBeingShown && !m_isAsked;
 }
 
 void TrendAccess::readDates(const plotix::TimeSpan& dates)
@@ -175,6 +184,7 @@ void TrendAccess::readDates(const plotix::TimeSpan& dates)
 void TrendAccess::fit()
 {
     const QScopedValueRollback showing(m_plugIn.m_rangeBeingShown, true);
+    const QScopedValueRollback asked(m_isAsked, true);
     m_plugIn.fitAll(nullptr);
 }
 

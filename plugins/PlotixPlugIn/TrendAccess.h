@@ -29,6 +29,7 @@ public:
     QWidget* rootView() const override;
     std::optional<plotix::TimeSpan> dates() const override;
     std::optional<plotix::TimeSpan> readSpan() const override;
+    std::optional<plotix::TimeSpan> recordedSpan() const override;
     void showTimes(const plotix::TimeSpan& times) override;
     void showValues(CPTXYPlotSpace& space, const CPTPlotRange& values) override;
     bool movesByItself() const override;
@@ -43,6 +44,7 @@ private:
     plotix::ReadLine ownLine(const CPTScatterPlot& plot) const;
 
     KTVPlotixPlugIn& m_plugIn;
+    bool m_isAsked = false;  // a part asks for a range right now
     std::vector<plotix::AddedLine> m_added;
     std::optional<plotix::TimeSpan> m_markedSpan;
 };

@@ -1843,6 +1843,38 @@
         <translation>Bis %1</translation>
     </message>
     <message>
+        <source>&amp;Stay Where Records Are</source>
+        <translation>Bei den &amp;Messwerten bleiben</translation>
+    </message>
+    <message>
+        <source>Over&amp;view of Everything Fetched</source>
+        <translation>Ü&amp;bersicht über alles Abgerufene</translation>
+    </message>
+    <message>
+        <source>recorded, not valid</source>
+        <translation>aufgezeichnet, nicht gültig</translation>
+    </message>
+    <message>
+        <source>nothing recorded</source>
+        <translation>nichts aufgezeichnet</translation>
+    </message>
+    <message>
+        <source>Show What Is &amp;Missing</source>
+        <translation>&amp;Fehlendes zeigen</translation>
+    </message>
+    <message>
+        <source>Hatches the times at which nothing valid was recorded.</source>
+        <translation>Schraffiert die Zeiten, zu denen nichts Gültiges aufgezeichnet wurde.</translation>
+    </message>
+    <message>
+        <source>&amp;Quality Strip</source>
+        <translation>&amp;Qualitätsstreifen</translation>
+    </message>
+    <message>
+        <source>A row for each line at the foot of its lane: where it has records, where it has none, and where they are not valid.</source>
+        <translation>Eine Zeile je Linie am Fuß ihrer Spur: wo sie Messwerte hat, wo keine, und wo sie nicht gültig sind.</translation>
+    </message>
+    <message>
         <source>%1, %2</source>
         <extracomment>A line and with what it is compared: &quot;Power, a week earlier&quot;.</extracomment>
         <translation>%1, %2</translation>

@@ -31,6 +31,13 @@ public:
                                            const plotix::OptionalDate& fromDate, const plotix::OptionalDate& toDate,
                                            int maximumSamples, ProgressHandler progressHandler,
                                            CompletionHandler completionHandler) = 0;
+
+    /// The times of the first and the last of all stored records. Nothing where there are none, and from an archive
+    /// that does not tell, as at first. Quick. Main thread.
+    struct Span {
+        plotix::Date first, last;
+    };
+    virtual std::optional<Span> recordedSpan() const;
 };
 
 /// "No limit" for `maximumSamples`.

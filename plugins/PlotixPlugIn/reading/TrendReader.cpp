@@ -8,8 +8,10 @@
 #include "plugins/PlotixPlugIn/reading/line/LinePart.h"
 #include "plugins/PlotixPlugIn/reading/looks/TrendLooks.h"
 #include "plugins/PlotixPlugIn/reading/marks/MarksPart.h"
+#include "plugins/PlotixPlugIn/reading/missing/MissingPart.h"
 #include "plugins/PlotixPlugIn/reading/moves/ViewMoves.h"
 #include "plugins/PlotixPlugIn/reading/notes/NotesPart.h"
+#include "plugins/PlotixPlugIn/reading/overview/Overview.h"
 #include "plugins/PlotixPlugIn/reading/statistics/StatisticsPart.h"
 
 #include <QtCore/QPointer>
@@ -24,7 +26,9 @@ TrendReader::TrendReader(ReadTrend& trend) : m_trend(trend)
 {
     add(std::make_unique<Arrangement>(trend));
     add(std::make_unique<ViewMoves>(trend));
+    add(std::make_unique<Overview>(trend));
     add(std::make_unique<LinePart>(trend));
+    add(std::make_unique<MissingPart>(trend));
     add(std::make_unique<MarksPart>(trend));
     add(std::make_unique<LimitsPart>(trend));
     add(std::make_unique<NotesPart>(trend));

@@ -90,6 +90,16 @@ TEST_F(ArchiveManagerTest, AnswersEveryRecordOfTheRange)
     EXPECT_FALSE(records->columnForKey("wind")->isValid(5));
 }
 
+TEST_F(ArchiveManagerTest, TellsHowFarItsRecordsReach)
+{
+    EXPECT_FALSE(manager->recordedSpan());
+    store(ramp(air, 100, 40));
+    const auto span = manager->recordedSpan();
+    ASSERT_TRUE(span);
+    EXPECT_EQ(span->first.seconds, 100);
+    EXPECT_EQ(span->last.seconds, 139);
+}
+
 TEST_F(ArchiveManagerTest, AnswersFromWhicheverStoreItIsGiven)
 {
     const auto elsewhere = std::make_shared<plotix::MemoryRecordStore>();

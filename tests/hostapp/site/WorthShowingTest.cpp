@@ -35,12 +35,28 @@ TEST_F(WorthShowingTest, PartsOfTheDateAndNumbersOfRowsAreNotPlotted)
     EXPECT_EQ(shown(), QStringList{"temp"});
 }
 
-TEST_F(WorthShowingTest, PropertiesOfOneUnitStandTogether)
+TEST_F(WorthShowingTest, OtherUnitsGetLanesOfTheirOwn)
 {
     add("T1", "°C", 10, 20);
     add("Humidity", "%", 40, 60);
     add("T2", "°C", 12, 24);
-    EXPECT_EQ(shown(), (QStringList{"T1", "T2"}));
+    EXPECT_EQ(shown(), (QStringList{"T1", "Humidity", "T2"}));
+}
+
+TEST_F(WorthShowingTest, ThereAreThreeLanesAtMost)
+{
+    add("Air", "°C", 10, 20);
+    add("Humidity", "%", 10, 20);
+    add("Pressure", "hPa", 10, 20);
+    add("Wind", "m/s", 10, 20);
+    EXPECT_EQ(shown(), (QStringList{"Air", "Humidity", "Pressure"}));
+}
+
+TEST_F(WorthShowingTest, WhatHasNoUnitDoesNotJoinWhatHasOne)
+{
+    add("T1", "°C", 10, 20);
+    add("Code", "", 12, 24);
+    EXPECT_EQ(shown(), QStringList{"T1"});
 }
 
 TEST_F(WorthShowingTest, WithoutUnitsTheOrderOfMagnitudeDecides)

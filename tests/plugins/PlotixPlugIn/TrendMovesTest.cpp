@@ -1,5 +1,6 @@
 #include "plugins/PlotixPlugIn/reading/TrendReader.h"
 #include "plugins/PlotixPlugIn/reading/lanes/Arrangement.h"
+#include "plugins/PlotixPlugIn/reading/marks/MarksPart.h"
 #include "plugins/PlotixPlugIn/reading/moves/ViewMoves.h"
 #include "tests/plugins/PlotixPlugIn/TrendViewFixture.h"
 
@@ -46,6 +47,11 @@ protected:
         space().setXRange({from, to - from});
         moves().settle();
     }
+    void keepWhereRecordsAre(double from, double to)
+    {
+        host().archiveManager().setRecordedSpan(KTVArchiveManager::Span{Date{from}, Date{to}});
+        trend().setReading({{"moves", QVariantMap{{"bounded", true}}}});
+    }
     QAction* action(int index) { return moves().actions()[static_cast<std::size_t>(index)]; }
 };
 
@@ -80,6 +86,51 @@ TEST_F(TrendMovesTest, ATrendThatMovesByItselfAddsNoView)
     drain();
     moves().goBack();
     EXPECT_EQ(space().xRange(), (CPTPlotRange{kFrom + 60, 3'600}));
+}
+
+TEST_F(TrendMovesTest, WhereAPartWentIsAViewLookedAt)
+{
+    lookAt(kFrom, kTo);
+    trend().setReading({{"marks", QVariantMap{{"a", kFrom + 600}, {"b", kFrom + 1'200}}}});
+    static_cast<MarksPart*>(reader().part(QStringLiteral("marks")))->fitToMarks();
+    EXPECT_LT(space().xRange().length, 1'000);
+    moves().goBack();
+    EXPECT_EQ(space().xRange(), (CPTPlotRange{kFrom, 3'600}));
+}
+
+TEST_F(TrendMovesTest, ABoundedViewStaysWhereRecordsAre)
+{
+    keepWhereRecordsAre(kFrom - 3'600, kTo);
+    space().setXRange({kTo + 10'000, 600});
+    EXPECT_EQ(space().xRange(), (CPTPlotRange{kTo + 60 - 600, 600}));
+    space().setXRange({kFrom - 1'800, 600});  // stored, though not fetched
+    EXPECT_EQ(space().xRange(), (CPTPlotRange{kFrom - 1'800, 600}));
+}
+
+TEST_F(TrendMovesTest, BoundsAreNotForWhatTheHostShows)
+{
+    keepWhereRecordsAre(kFrom, kTo);
+    trend().showRange(kTo + 7'200, kTo + 10'800);
+    completeLastFetch({twoProperties(), {}});
+    drain();
+    EXPECT_EQ(space().xRange(), (CPTPlotRange{kTo + 7'200, 3'600}));
+}
+
+TEST_F(TrendMovesTest, LanesKeepTheirValuesInSight)
+{
+    trend().setReading({{"arrangement", QVariantMap{{"kind", "lane-per-unit"}}}});
+    keepWhereRecordsAre(kFrom, kTo);
+    auto& lanes = *static_cast<Arrangement*>(reader().part(QStringLiteral("arrangement")));
+    const CPTPlotRange before = lanes.lanes()[1]->space()->yRange();
+    lanes.lanes()[1]->space()->setYRange({before.location + 1e6, before.length});
+    EXPECT_LT(lanes.lanes()[1]->space()->yRange().minLimit(), before.maxLimit());
+}
+
+TEST_F(TrendMovesTest, AnArchiveThatTellsNothingBoundsNoTimes)
+{
+    trend().setReading({{"moves", QVariantMap{{"bounded", true}}}});
+    space().setXRange({kTo + 10'000, 600});
+    EXPECT_EQ(space().xRange(), (CPTPlotRange{kTo + 10'000, 600}));
 }
 
 TEST_F(TrendMovesTest, AControlDragZoomsToItsBox)

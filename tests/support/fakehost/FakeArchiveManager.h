@@ -44,6 +44,10 @@ public:
                                    int maximumSamples, ProgressHandler progressHandler,
                                    CompletionHandler completionHandler) override;
 
+    /// What it tells of all its records; nothing at first.
+    std::optional<Span> recordedSpan() const override { return m_recordedSpan; }
+    void setRecordedSpan(const std::optional<Span>& span) { m_recordedSpan = span; }
+
     std::size_t fetchCount() const { return m_fetches.size(); }
     /// Requires: index < fetchCount().
     const Fetch& fetch(std::size_t index) const;
@@ -76,6 +80,7 @@ private:
     CallLog* m_log;  // borrowed
     std::deque<OpenFetch> m_fetches;
     Reply m_reply;
+    std::optional<Span> m_recordedSpan;
     Where m_replyFrom = Where::OnThisThread;
     std::vector<std::thread> m_workers;
 };

@@ -3,6 +3,7 @@
 #include "plugins/PlotixPlugIn/reading/trend/ReadingPart.h"
 #include "plugins/PlotixPlugIn/reading/values/GraphLook.h"
 #include "plugins/PlotixPlugIn/reading/values/LimitLook.h"
+#include "plugins/PlotixPlugIn/reading/values/MissingRecords.h"
 
 #include <algorithm>
 #include <cmath>
@@ -44,6 +45,19 @@ bool isFar(const LineRecords& records, double distance, double perPoint)
     return length > kReach * perPoint && (length > records.usualDistance || length > kFarInPicture * perPoint);
 }
 
+/// What is said behind a value: that it is no valid one, what it differs by, and how far away it is.
+QString noteOf(const std::vector<TrendLine>& lines, const TrendLine& each, const LineReading& reading, double time,
+               double perPoint, const ValueTexts& texts)
+{
+    if (isNotValidAt(each.records, time))
+        return localizedText(QT_TRANSLATE_NOOP("Plotix", "recorded, not valid"));
+    QStringList notes{differenceText(lines, each, time, kReach * perPoint, texts)};
+    if (reading.record && isFar(each.records, reading.distance, perPoint))
+        notes << distanceText(reading.distance);
+    notes.removeAll(QString());
+    return notes.join(QStringLiteral(", "));
+}
+
 /// Which limit the value is beyond, before how far away it is.
 void noteLimit(ReadoutRow& row, const TrendLine& line, double value, const ValueTexts& texts, bool onDark)
 {
@@ -77,11 +91,7 @@ ReadAt readAt(const std::vector<TrendLine>& lines, double time, const plotkit::G
         row.isFaint = !reading.record;
         row.value = reading.record ? texts.value(reading.record->value, each.line.unitSymbol)
                                    : localizedText(QT_TRANSLATE_NOOP("Plotix", "not recorded"));
-        if (const QString difference = differenceText(lines, each, time, kReach * perPoint, texts);
-            !difference.isEmpty())
-            row.note = difference;
-        if (reading.record && isFar(each.records, reading.distance, perPoint))
-            row.note += (row.note.isEmpty() ? QString() : QStringLiteral(", ")) + distanceText(reading.distance);
+        row.note = noteOf(lines, each, reading, time, perPoint, texts);
         if (reading.record)
             noteLimit(row, each, reading.record->value, texts, isDark(geometry.graph));
         read.readout.rows.push_back(std::move(row));

@@ -102,12 +102,7 @@ void MarksPart::attach()
     m_layer = std::make_shared<MarksLayer>(
         [this](const MarkTimes& marks) { return markHeading(markedLines(m_lines.shown(), marks), marks, m_texts); });
     // Beneath the others: the readout of the value line must stay readable over the stretch.
-    const std::vector<CPTGraphLayerPtr> others = graph->layers();
-    graph->addLayer(m_layer);
-    for (const CPTGraphLayerPtr& other : others) {
-        graph->removeLayer(other);
-        graph->addLayer(other);
-    }
+    graph->addLayerBeneath(m_layer);
     show();
 }
 

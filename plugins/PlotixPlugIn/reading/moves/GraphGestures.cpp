@@ -84,7 +84,7 @@ CPTXYPlotSpacePtr GraphGestures::spaceAt(const QPointF& point) const
 std::optional<GraphGestures::Axis> GraphGestures::axisAt(const QPointF& point) const
 {
     const plotkit::GraphGeometry shown = geometry();
-    if (!shown.frame.contains(point) || shown.plotArea.isEmpty())
+    if (!shown.inside.contains(point) || shown.plotArea.isEmpty())
         return std::nullopt;
     const bool isBelow = point.y() > shown.plotArea.bottom();
     if (isBelow && point.x() >= shown.plotArea.left() && point.x() <= shown.plotArea.right())

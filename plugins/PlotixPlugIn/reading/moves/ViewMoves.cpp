@@ -11,7 +11,8 @@ namespace plotix {
 namespace {
 
 constexpr auto kGestures = "gestures";  // stored: never change
-constexpr int kRest = 500;              // milliseconds without a move: the view is looked at
+constexpr auto kBounded = "bounded";
+constexpr int kRest = 500;  // milliseconds without a move: the view is looked at
 const QString kTimes = QStringLiteral("times");
 const QString kSpaces = QStringLiteral("values");
 
@@ -28,7 +29,7 @@ std::optional<CPTPlotRange> rangeFrom(const QVariant& list)
 
 }  // namespace
 
-ViewMoves::ViewMoves(ReadTrend& trend) : ReadingPart(trend), m_gestures(trend)
+ViewMoves::ViewMoves(ReadTrend& trend) : ReadingPart(trend), m_gestures(trend), m_bounds(trend)
 {
     m_rest.setSingleShot(true);
     m_rest.setInterval(kRest);
@@ -44,7 +45,15 @@ ViewMoves::ViewMoves(ReadTrend& trend) : ReadingPart(trend), m_gestures(trend)
         ->setToolTip(localizedText(QT_TRANSLATE_NOOP(
             "Plotix",
             "Draw a box with the next drag, or at any time with Ctrl held; a low one zooms the times alone.")));
+    m_bounded = addAction(QT_TRANSLATE_NOOP("Plotix", "&Stay Where Records Are"), {}, &ViewMoves::toggleBounds);
+    m_bounded->setCheckable(true);
     updateActions();
+}
+
+void ViewMoves::toggleBounds()
+{
+    m_bounds.setOn(!m_bounds.isOn());
+    emit chosenChanged();
 }
 
 QAction* ViewMoves::addAction(const char* text, const QKeySequence& keys, void (ViewMoves::*act)())
@@ -59,12 +68,19 @@ QAction* ViewMoves::addAction(const char* text, const QKeySequence& keys, void (
 
 QVariantMap ViewMoves::chosen() const
 {
-    return m_gestures.isOn() ? QVariantMap{{QLatin1String(kGestures), true}} : QVariantMap();
+    QVariantMap choices;
+    if (m_gestures.isOn())
+        choices.insert(QLatin1String(kGestures), true);
+    if (m_bounds.isOn())
+        choices.insert(QLatin1String(kBounded), true);
+    return choices;
 }
 
 void ViewMoves::choose(const QVariantMap& choices)
 {
     m_gestures.setOn(choices.value(QLatin1String(kGestures)).toBool());
+    m_bounds.setOn(choices.value(QLatin1String(kBounded)).toBool());
+    m_bounded->setChecked(m_bounds.isOn());
     emit chosenChanged();
 }
 
@@ -76,6 +92,7 @@ void ViewMoves::viewLoaded()
 
 void ViewMoves::fitted()
 {
+    m_bounds.watchSpaces();
     rangeSet(CPTCoordinate::X);
 }
 

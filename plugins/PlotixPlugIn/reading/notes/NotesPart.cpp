@@ -117,12 +117,7 @@ void NotesPart::attach()
     m_layer = std::make_shared<NotesLayer>();
     m_layer->show(notes(), m_current);
     // Beneath the others: the readout of the value line must stay readable.
-    const std::vector<CPTGraphLayerPtr> others = graph->layers();
-    graph->addLayer(m_layer);
-    for (const CPTGraphLayerPtr& other : others) {
-        graph->removeLayer(other);
-        graph->addLayer(other);
-    }
+    graph->addLayerBeneath(m_layer);
 }
 
 void NotesPart::detach()

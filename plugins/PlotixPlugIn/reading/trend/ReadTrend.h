@@ -90,11 +90,15 @@ public:
     virtual std::optional<TimeSpan> dates() const = 0;
     /// What the records shown were asked for; nothing before the first, and where nobody asked.
     virtual std::optional<TimeSpan> readSpan() const = 0;
+    /// From the first to the last record that is stored; nothing where there are none, or the host does not tell.
+    /// Quick.
+    virtual std::optional<TimeSpan> recordedSpan() const = 0;
     /// Moves the graph to these times; the records stay as they are. Modifier keys mean nothing to it.
     virtual void showTimes(const TimeSpan& times) = 0;
     /// The same for the values of one of the graph's plot spaces.
     virtual void showValues(CPTXYPlotSpace& space, const CPTPlotRange& values) = 0;
-    /// Whether ranges are set right now by the trend itself or its host, as while records are followed.
+    /// Whether ranges are set right now by the trend itself or its host, as while records are followed; not while a
+    /// part asks for them, which it does for somebody.
     virtual bool movesByItself() const = 0;
     /// Puts dates into the date panel and fetches their records, as Refresh does.
     virtual void readDates(const TimeSpan& dates) = 0;

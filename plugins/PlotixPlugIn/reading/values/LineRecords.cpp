@@ -50,6 +50,11 @@ double LineRecords::valueAt(std::size_t element) const
     return column->unitValue(element);
 }
 
+double lastCountsFor(const LineRecords& line)
+{
+    return std::isfinite(line.longestJoin) ? line.longestJoin : kDistancesOfLast * line.usualDistance;
+}
+
 LineRecords lineRecords(CPTPointSeriesPtr series, std::shared_ptr<const KTVRecordColumn> column, double longestJoin)
 {
     LineRecords line{std::move(series), std::move(column)};
@@ -99,10 +104,8 @@ LineReading readingAt(const LineRecords& line, double time, double reach)
 {
     const OptionalLineRecord before = recordAtOrBefore(line, time);
     const OptionalLineRecord after = recordAfter(line, time);
-    const double lastCountsFor =
-        std::isfinite(line.longestJoin) ? line.longestJoin : kDistancesOfLast * line.usualDistance;
     const bool isThere = before && (before->time == time || (after ? after->time - before->time <= line.longestJoin
-                                                                   : time - before->time <= lastCountsFor));
+                                                                   : time - before->time <= lastCountsFor(line)));
     if (isThere)
         return {before, time - before->time};
     const OptionalLineRecord nearest = nearestRecord(line, time);

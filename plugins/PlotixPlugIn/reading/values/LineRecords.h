@@ -26,6 +26,9 @@ struct LineRecords {
     double valueAt(std::size_t element) const;  ///< Requires: element is a record
 };
 
+/// How long after the last record nothing is missing yet, seconds: the next one may still come.
+double lastCountsFor(const LineRecords& line);
+
 /// Works out the usual distance. A join that is not positive counts as infinite.
 LineRecords lineRecords(CPTPointSeriesPtr series, std::shared_ptr<const KTVRecordColumn> column, double longestJoin);
 

@@ -14,11 +14,21 @@ namespace plotix_test {
 
 struct RecordedLine {
     std::vector<double> times, values;
+    std::vector<std::size_t> notValid = {};  ///< elements that keep their values and are marked
 
     void add(double time, double value)
     {
         times.push_back(time);
         values.push_back(value);
+    }
+    plotix::ValidityBitmap validity() const
+    {
+        if (notValid.empty())
+            return {};
+        std::vector<std::uint64_t> words((values.size() + 63) / 64, ~std::uint64_t{0});
+        for (const std::size_t element : notValid)
+            words[element / 64] &= ~(std::uint64_t{1} << (element % 64));
+        return plotix::ValidityBitmap(plotix::SharedArray<std::uint64_t>::fromVector(words));
     }
     bool isRecord(std::size_t element) const { return std::isfinite(static_cast<float>(values[element])); }
 
@@ -29,8 +39,8 @@ struct RecordedLine {
         KTVRecordColumn::Descriptor descriptor;
         descriptor.archivedUnit = descriptor.unit = QStringLiteral("degC");
         const auto column =
-            std::make_shared<KTVRecordColumn>(descriptor, plotix::SharedArray<double>::fromVector(values),
-                                              plotix::ValidityBitmap(), std::make_shared<fakehost::FakeUnitModel>());
+            std::make_shared<KTVRecordColumn>(descriptor, plotix::SharedArray<double>::fromVector(values), validity(),
+                                              std::make_shared<fakehost::FakeUnitModel>());
         column->setUnit(unit);
         std::vector<double> shown(values.size());
         column->copyUnitValues(0, shown);

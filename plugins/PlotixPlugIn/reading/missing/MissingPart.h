@@ -1,0 +1,43 @@
+#pragma once
+
+#include "plugins/PlotixPlugIn/reading/missing/MissingLayer.h"
+#include "plugins/PlotixPlugIn/reading/trend/ReadingPart.h"
+
+#include <memory>
+
+/// What is missing has a look: stretches without valid records are hatched, and a strip sums up each line.
+///
+/// Choices: "stretches" and "strip", truths. What counts as a gap is what breaks the lines. Part of a trend's reading,
+/// which *owns* it. Main thread only.
+namespace plotix {
+
+class MissingPart : public ReadingPart {
+    Q_OBJECT
+public:
+    explicit MissingPart(ReadTrend& trend);
+    ~MissingPart() override;
+
+    QString key() const override { return QStringLiteral("missing"); }  // stored: never changes
+    QVariantMap chosen() const override;
+    void choose(const QVariantMap& choices) override;
+
+    void graphBuilt() override { update(); }
+    void graphReleased() override { detach(); }
+    void plotsReplaced() override { linesChanged(); }
+    void fitted() override { linesChanged(); }
+    void linesChanged() override;
+    std::vector<QAction*> actions() const override { return {m_stretches, m_strip}; }
+
+private:
+    QAction* addAction(const char* text, const char* hint);
+    void update();
+    void detach();
+
+    TrendLines m_lines;
+    std::shared_ptr<MissingLayer> m_layer;
+    std::weak_ptr<CPTXYGraph> m_graph;  // that has the layer
+    QAction* m_stretches;               // checked where chosen; children both
+    QAction* m_strip;
+};
+
+}  // namespace plotix

@@ -1,0 +1,60 @@
+#pragma once
+
+#include "plotkit/model/CPTXYGraph.h"
+#include "plotkit/render/GraphPainter.h"
+#include "plugins/PlotixPlugIn/reading/trend/TimeSpan.h"
+
+#include <QtGui/QImage>
+
+#include <cstdint>
+#include <optional>
+#include <vector>
+
+class QPainter;
+
+/// The lines of a graph over all of their times, as a small picture without axes.
+///
+/// It draws a graph of its own whose plots share the points of the large one's, and keeps the picture while they,
+/// their colours and the size stay the same. Its owner *owns* it. Main thread only.
+namespace plotix {
+
+class OverviewPicture {
+public:
+    /// Takes the lines of this graph as they are now; `asked` is shown too where records were asked for and none came.
+    void take(const CPTXYGraph& graph, const std::optional<TimeSpan>& asked);
+    /// What it spans; nothing without points.
+    const std::optional<TimeSpan>& whole() const { return m_whole; }
+
+    /// Lines of a page stay vectors. Nothing without points.
+    void draw(QPainter& painter, const QRectF& place);
+
+private:
+    /// What the picture was made from.
+    struct Line {
+        std::uint64_t series = 0;
+        CPTLineStyle style;
+        CPTScatterPlotInterpolation interpolation{};
+        double gapThreshold = 0;
+        std::size_t space = 0;
+        friend bool operator==(const Line&, const Line&) = default;
+    };
+    struct Kept {
+        QSizeF size;
+        double density = 0;
+        friend bool operator==(const Kept&, const Kept&) = default;
+    };
+
+    static std::vector<Line> linesOf(const CPTXYGraph& graph);
+    void rebuild(const CPTXYGraph& graph);
+    CPTXYPlotSpacePtr addSpace();
+
+    std::vector<Line> m_lines;
+    std::optional<TimeSpan> m_asked;
+    std::optional<TimeSpan> m_whole;
+    CPTXYGraphPtr m_graph;
+    plotkit::GraphPainter m_painter;
+    QImage m_image;
+    Kept m_kept;
+};
+
+}  // namespace plotix
