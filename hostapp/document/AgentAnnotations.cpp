@@ -8,13 +8,16 @@
 
 namespace plotix {
 
+// Asked for every line at every move of the pointer.
 std::vector<KTVLimit> AgentAnnotations::limitsOf(const QString& propertyName) const
 {
     std::vector<KTVLimit> limits;
+    if (!m_agent.document() || m_agent.document()->limits().empty())
+        return limits;
     const auto& properties = m_agent.siteProperties();
     const auto found = std::find_if(properties.begin(), properties.end(),
                                     [&](const auto& each) { return each->propertyName() == propertyName; });
-    if (!m_agent.document() || found == properties.end())
+    if (found == properties.end())
         return limits;
     const SiteProperty::Description& property = (*found)->description();
     for (const SiteLimit& limit : m_agent.document()->limits())

@@ -10,9 +10,9 @@ namespace plotix {
 
 namespace {
 
-QDateTime momentOf(double seconds)
+QDateTime momentOf(double seconds, const QTimeZone& zone)
 {
-    return QDateTime::fromSecsSinceEpoch(std::llround(seconds));
+    return QDateTime::fromSecsSinceEpoch(std::llround(seconds), zone);
 }
 
 }  // namespace
@@ -44,10 +44,10 @@ std::vector<NumberedNote> notesIn(const std::vector<NumberedNote>& notes, const 
     return within;
 }
 
-QString timeTextOf(const KTVNote& note)
+QString timeTextOf(const KTVNote& note, const QTimeZone& zone)
 {
     const QLocale locale;
-    const QDateTime begin = momentOf(note.from), end = momentOf(note.to);
+    const QDateTime begin = momentOf(note.from, zone), end = momentOf(note.to, zone);
     const QString first = locale.toString(begin, QLocale::ShortFormat);
     if (!(note.to > note.from))
         return first;
@@ -56,19 +56,19 @@ QString timeTextOf(const KTVNote& note)
     return first + QStringLiteral(" – ") + last;
 }
 
-QVariantMap footnoteOf(const NumberedNote& note)
+QVariantMap footnoteOf(const NumberedNote& note, const QTimeZone& zone)
 {
     return {{QStringLiteral("number"), note.number},
-            {QStringLiteral("time"), timeTextOf(note.note)},
+            {QStringLiteral("time"), timeTextOf(note.note, zone)},
             {QStringLiteral("text"), note.note.text},
             {QStringLiteral("author"), note.note.author}};
 }
 
-QString spokenText(const std::vector<NumberedNote>& notes)
+QString spokenText(const std::vector<NumberedNote>& notes, const QTimeZone& zone)
 {
     QStringList texts;
     for (const NumberedNote& note : notes) {
-        QString text = QStringLiteral("%1 · %2").arg(note.number).arg(timeTextOf(note.note));
+        QString text = QStringLiteral("%1 · %2").arg(note.number).arg(timeTextOf(note.note, zone));
         if (!note.note.author.isEmpty())
             text += QStringLiteral(" · ") + note.note.author;
         texts << text + QLatin1Char('\n') + note.note.text;

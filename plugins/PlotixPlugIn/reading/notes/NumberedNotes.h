@@ -4,6 +4,7 @@
 #include "plugins/PlotixPlugIn/reading/trend/TimeSpan.h"
 
 #include <QtCore/QStringList>
+#include <QtCore/QTimeZone>
 #include <QtCore/QVariant>
 
 #include <optional>
@@ -26,13 +27,14 @@ std::vector<NumberedNote> numberedNotes(const std::vector<KTVNote>& notes, const
 /// Those that overlap a span, bounds included; without one all of them.
 std::vector<NumberedNote> notesIn(const std::vector<NumberedNote>& notes, const std::optional<TimeSpan>& span);
 
-/// "14:00", or "14:00 – 15:00", with the date where it is not said by the first one; in the user's locale.
-QString timeTextOf(const KTVNote& note);
+/// "14:00", or "14:00 – 15:00", with the date where it is not said by the first one; in the user's locale,
+/// by the clocks of a zone.
+QString timeTextOf(const KTVNote& note, const QTimeZone& zone);
 
 /// A footnote for a report: "number", "time", "text", "author".
-QVariantMap footnoteOf(const NumberedNote& note);
+QVariantMap footnoteOf(const NumberedNote& note, const QTimeZone& zone);
 
 /// Everything of some notes as plain text, for a tool tip or to be spoken.
-QString spokenText(const std::vector<NumberedNote>& notes);
+QString spokenText(const std::vector<NumberedNote>& notes, const QTimeZone& zone);
 
 }  // namespace plotix
