@@ -101,6 +101,7 @@ void NoteDialog::fillProperties(const Properties& properties)
 void NoteDialog::layOutFields()
 {
     m_text->setTabChangesFocus(true);
+    m_text->setFocus();
     m_text->setMinimumWidth(kTextWidth);
     m_text->setFixedHeight(fontMetrics().lineSpacing() * (kTextLines + 1));
     m_problem->setObjectName(QStringLiteral("problem"));
