@@ -3547,6 +3547,10 @@ Auf einen Trend ziehen, oder ankreuzen und „Neuer Trend“ wählen.</translati
         <source>&amp;Limits…</source>
         <translation>&amp;Grenzwerte …</translation>
     </message>
+    <message>
+        <source>&amp;Add to the Trend in Front</source>
+        <translation>In den Trend v&amp;orn aufnehmen</translation>
+    </message>
 </context>
 <context>
     <name>plotix::ReadingFields</name>
@@ -3842,6 +3846,14 @@ Auf einen Trend ziehen, oder ankreuzen und „Neuer Trend“ wählen.</translati
     <message>
         <source>Formulas have the new name in them: %1</source>
         <translation>In Formeln steht nun der neue Name: %1</translation>
+    </message>
+    <message>
+        <source>The trend shows that already.</source>
+        <translation>Der Trend zeigt das schon.</translation>
+    </message>
+    <message>
+        <source>Add “%1” to the trend</source>
+        <translation>„%1“ in den Trend aufnehmen</translation>
     </message>
 </context>
 <context>

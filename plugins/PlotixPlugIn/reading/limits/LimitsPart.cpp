@@ -163,12 +163,10 @@ void LimitsPart::makeActions()
     m_editAction->setMenu(m_linesMenu.get());
     connect(m_linesMenu.get(), &QMenu::aboutToShow, this, [this] {
         m_linesMenu->clear();
-        for (const ReadLine& line : trend().lines()) {
-            if (line.isCompared())
-                continue;
-            connect(m_linesMenu->addAction(QString(line.name).replace(u'&', QStringLiteral("&&")) + u'…'),
-                    &QAction::triggered, this, [this, key = line.key] { edit(key); });
-        }
+        for (const ReadLine& line : trend().lines())
+            if (!line.isCompared())
+                connect(m_linesMenu->addAction(QString(line.name).replace(u'&', QStringLiteral("&&")) + u'…'),
+                        &QAction::triggered, this, [this, key = line.key] { edit(key); });
     });
 }
 
