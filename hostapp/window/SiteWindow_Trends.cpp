@@ -81,8 +81,9 @@ void SiteWindow::makeEditor()
         if (const auto agent = m_propertyView->currentAgent())
             m_editor->askAndCompute(agent, nullptr);
     });
-    m_annotationAsking = std::make_unique<AnnotationAsking>(
-        AnnotationAsking::Surroundings{*m_controller, *m_editor, [this] { return windowInFront(); }});
+    m_annotationAsking = std::make_unique<AnnotationAsking>(AnnotationAsking::Surroundings{
+        *m_controller, *m_editor, [this] { return windowInFront(); }, [this] { return trendInFront(); }});
+    connect(m_actions.notes, &QAction::triggered, m_annotationAsking.get(), &AnnotationAsking::showNotes);
     connect(m_propertyView, &PropertyListView::limitsWanted, m_annotationAsking.get(),
             [this](const std::shared_ptr<SiteAgent>& agent, const std::shared_ptr<SiteProperty>& property) {
                 m_annotationAsking->editLimits(*agent, property->propertyName());

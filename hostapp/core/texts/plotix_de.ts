@@ -2068,6 +2068,30 @@
         <translation>Durchsichtiger Grund</translation>
     </message>
     <message>
+        <source>Show &amp;Notes</source>
+        <translation>&amp;Notizen zeigen</translation>
+    </message>
+    <message>
+        <source>&amp;Add Note Here…</source>
+        <translation>Notiz &amp;hier hinzufügen …</translation>
+    </message>
+    <message>
+        <source>Add Note from A to &amp;B…</source>
+        <translation>Notiz von A bis &amp;B hinzufügen …</translation>
+    </message>
+    <message>
+        <source>N&amp;ext Note</source>
+        <translation>Nä&amp;chste Notiz</translation>
+    </message>
+    <message>
+        <source>&amp;Previous Note</source>
+        <translation>&amp;Vorige Notiz</translation>
+    </message>
+    <message>
+        <source>Lis&amp;t of Notes…</source>
+        <translation>&amp;Liste der Notizen …</translation>
+    </message>
+    <message>
         <source>Lay A–B Over the Time From</source>
         <translation>A–B über die Zeit legen ab</translation>
     </message>
@@ -2458,6 +2482,14 @@
         <source>Copy Link to &amp;A – B</source>
         <translation>Link auf &amp;A – B kopieren</translation>
     </message>
+    <message>
+        <source>N&amp;otes…</source>
+        <translation>N&amp;otizen …</translation>
+    </message>
+    <message>
+        <source>What was written about times and spans of this site.</source>
+        <translation>Was über Zeiten und Spannen dieser Anlage geschrieben wurde.</translation>
+    </message>
 </context>
 <context>
     <name>TrendCommandText</name>
@@ -2551,6 +2583,21 @@
     <message>
         <source>Limits of %1</source>
         <translation>Grenzwerte von %1</translation>
+    </message>
+    <message>
+        <source>Note “%1”</source>
+        <translation>Notiz „%1“</translation>
+    </message>
+    <message>
+        <source>Change note “%1”</source>
+        <translation>Notiz „%1“ ändern</translation>
+    </message>
+    <message numerus="yes">
+        <source>Delete %n note(s)</source>
+        <translation>
+            <numerusform>%n Notiz löschen</numerusform>
+            <numerusform>%n Notizen löschen</numerusform>
+        </translation>
     </message>
 </context>
 <context>
@@ -3450,6 +3497,127 @@
     <message>
         <source>The value of “%1” is no number.</source>
         <translation>Der Wert von „%1“ ist keine Zahl.</translation>
+    </message>
+</context>
+<context>
+    <name>plotix::NoteDialog</name>
+    <message>
+        <source>&amp;Until:</source>
+        <translation>&amp;Bis:</translation>
+    </message>
+    <message>
+        <source>A&amp;ll properties</source>
+        <translation>&amp;Alle Größen</translation>
+    </message>
+    <message>
+        <source>New Note</source>
+        <translation>Neue Notiz</translation>
+    </message>
+    <message>
+        <source>Note</source>
+        <translation>Notiz</translation>
+    </message>
+    <message>
+        <source>End of the span</source>
+        <translation>Ende der Spanne</translation>
+    </message>
+    <message>
+        <source>Properties that the note is about</source>
+        <translation>Größen, die die Notiz betrifft</translation>
+    </message>
+    <message>
+        <source>&amp;Text:</source>
+        <translation>&amp;Text:</translation>
+    </message>
+    <message>
+        <source>T&amp;ime:</source>
+        <translation>&amp;Zeit:</translation>
+    </message>
+    <message>
+        <source>&amp;Author:</source>
+        <translation>A&amp;utor:</translation>
+    </message>
+    <message>
+        <source>About:</source>
+        <translation>Betrifft:</translation>
+    </message>
+    <message>
+        <source>Write what is to be remembered.</source>
+        <translation>Schreiben Sie, woran erinnert werden soll.</translation>
+    </message>
+    <message>
+        <source>The span ends before it begins: choose a later end.</source>
+        <translation>Die Spanne endet, bevor sie beginnt: Wählen Sie ein späteres Ende.</translation>
+    </message>
+    <message>
+        <source>Tick the properties that the note is about, or all of them.</source>
+        <translation>Kreuzen Sie die Größen an, die die Notiz betrifft, oder alle.</translation>
+    </message>
+</context>
+<context>
+    <name>plotix::NotesModel</name>
+    <message>
+        <source>all</source>
+        <translation>alle</translation>
+    </message>
+    <message>
+        <source>deleted ones</source>
+        <translation>gelöschte</translation>
+    </message>
+    <message>
+        <source>Time</source>
+        <translation>Zeit</translation>
+    </message>
+    <message>
+        <source>Until</source>
+        <translation>Bis</translation>
+    </message>
+    <message>
+        <source>Note</source>
+        <translation>Notiz</translation>
+    </message>
+    <message>
+        <source>Properties</source>
+        <translation>Größen</translation>
+    </message>
+    <message>
+        <source>Author</source>
+        <translation>Autor</translation>
+    </message>
+    <message>
+        <source>Changed</source>
+        <translation>Geändert</translation>
+    </message>
+</context>
+<context>
+    <name>plotix::NotesWindow</name>
+    <message>
+        <source>Notes</source>
+        <translation>Notizen</translation>
+    </message>
+    <message>
+        <source>Search</source>
+        <translation>Suchen</translation>
+    </message>
+    <message>
+        <source>Search in notes</source>
+        <translation>In den Notizen suchen</translation>
+    </message>
+    <message>
+        <source>&amp;Go There</source>
+        <translation>&amp;Dorthin</translation>
+    </message>
+    <message>
+        <source>&amp;Edit…</source>
+        <translation>&amp;Bearbeiten …</translation>
+    </message>
+    <message>
+        <source>&amp;New Note…</source>
+        <translation>&amp;Neue Notiz …</translation>
+    </message>
+    <message>
+        <source>&amp;Delete</source>
+        <translation>&amp;Löschen</translation>
     </message>
 </context>
 <context>
