@@ -89,7 +89,7 @@ void buildEditMenu(QMainWindow* window, QUndoStack* undoStack, SiteActions& acti
     actions.copy->setToolTip(SiteMenus::tr("What is selected; of a trend its table, as text and for spreadsheets."));
     actions.copyPicture =
         addAction(menu, SiteMenus::tr("Copy &Picture"), QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_C));
-    actions.copyRecords = addAction(menu, SiteMenus::tr("Copy &Records"));
+    actions.copyRecords = addAction(menu, SiteMenus::tr("Copy Recor&ds"));
     actions.copyRecords->setToolTip(SiteMenus::tr("Those of the lines and the span shown, as rows for a spreadsheet."));
     actions.copyLink = addAction(menu, SiteMenus::tr("Copy &Link"));
     actions.copyLink->setToolTip(

@@ -90,6 +90,8 @@ QImage imageOfGraph(const CPTXYGraph& graph, const QSizeF& size, double density,
     image.setDotsPerMeterX(int(std::lround(kPointsPerMetre * density)));
     image.setDotsPerMeterY(int(std::lround(kPointsPerMetre * density)));
     QPainter painter(&image);
+    if (density < 1)
+        painter.scale(density, density);  // of an image's own density the toolkit heeds whole and larger ones alone
     picturePainter().paint(painter, graph, QRectF(QPointF(), size));
     painter.end();
     if (report == DrawingReport::TellDelegates)

@@ -2471,7 +2471,7 @@
         <translation>Eine Zeile Text, die Anlage, Trend und Zeitraum nennt; „plotix open LINK“ zeigt sie.</translation>
     </message>
     <message>
-        <source>Copy &amp;Records</source>
+        <source>Copy Recor&amp;ds</source>
         <translation>&amp;Messwerte kopieren</translation>
     </message>
     <message>
