@@ -4,6 +4,7 @@
 #include "hostapp/cli/Commands.h"
 #include "hostapp/cli/EditFormulas.h"
 #include "hostapp/cli/EditLimits.h"
+#include "hostapp/cli/EditNotes.h"
 #include "hostapp/cli/Options.h"
 #include "hostapp/cli/SiteLookup.h"
 #include "hostapp/document/SiteEditing.h"
@@ -26,13 +27,14 @@ struct EditCommand {
     std::optional<double> from, to;  ///< seconds since 1970-01-01 UTC; of --remove
     FormulaWish formula;
     LimitWish limit;
+    NoteWish note;
 
     bool namesWhat() const { return !agent.isEmpty() || !property.isEmpty(); }
     int wishes() const
     {
         return int{!newName.isEmpty()} + int{!mergeInto.isEmpty()} + int{deletes} + int{removes} + int{undoes} +
                int{undoesImport} + int{lists} + int{!formula.text.isEmpty()} + int{formula.lists} +
-               int{!limit.text.isEmpty()} + int{!limit.removed.isEmpty()};
+               int{!limit.text.isEmpty()} + int{!limit.removed.isEmpty()} + note.wishes();
     }
 };
 
@@ -90,6 +92,10 @@ EditStep::Kind edit(const EditCommand& command, EditOutcome& outcome, const Edit
                     std::ostream& errors)
 {
     const std::shared_ptr<SiteDocument> document = openSite(command.site);
+    if (command.note.wishes() > 0) {
+        outcome = editNotes(command.note, *document, command.site, command.agent, command.property);
+        return EditStep::Kind::Notes;
+    }
     const std::shared_ptr<SiteAgent> agent = agentOf(*document, command.agent);
     if (!command.formula.text.isEmpty()) {
         outcome = compute(command.formula, command.site, *document, *agent, errors);
@@ -184,7 +190,7 @@ std::optional<QString> contradictionIn(const EditCommand& command)
     if (command.wishes() != 1)
         return QStringLiteral(
             "say one of --rename, --merge-into, --delete, --remove, --compute, --computed, --limit, --remove-limit, "
-            "--undo, --undo-import and --list");
+            "--note, --change-note, --remove-note, --undo, --undo-import and --list");
     if (command.removes ? !command.from && !command.to : command.from || command.to)
         return QStringLiteral("--from and --to belong to --remove, which needs one of them or both");
     if (command.deletes && !command.namesWhat())
@@ -192,6 +198,8 @@ std::optional<QString> contradictionIn(const EditCommand& command)
     if (!command.formula.text.isEmpty() && !command.property.isEmpty())
         return QStringLiteral("--compute says the name itself, without --property");
     if (const auto wrong = contradictionIn(command.limit, command.property))
+        return wrong;
+    if (const auto wrong = contradictionIn(command.note))
         return wrong;
     return contradictionIn(command.formula);
 }
@@ -202,9 +210,8 @@ Command addEdit(CLI::App& program)
 {
     const auto command = std::make_shared<EditCommand>();
     CLI::App* edit = program.add_subcommand(
-        "edit",
-        "Rename, merge, delete or compute properties and agents, set their limits, take out wrong values, undo that or "
-        "an import");
+        "edit", "Rename, merge, delete or compute properties and agents, set their limits, write notes, take out wrong "
+                "values, undo that or an import");
     addSite(edit, command->site);
     addText(edit, "--agent", command->agent, "The agent; needless when the site has one alone")->type_name("NAME");
     addText(edit, "--property", command->property, "The property; without it the whole agent is meant")
@@ -219,6 +226,7 @@ Command addEdit(CLI::App& program)
     addTime(edit, "--to", command->to, "The last time of --remove")->type_name("TIME");
     addFormulaOptions(edit, command->formula);
     addLimitOptions(edit, command->limit);
+    addNoteOptions(edit, command->note);
     edit->add_flag("--undo", command->undoes, "Undo the last of these changes, or an import if that was later");
     edit->add_flag("--undo-import", command->undoesImport, "Undo the last import");
     edit->add_flag("--list", command->lists, "List what can be undone, the latest first");
@@ -229,6 +237,7 @@ Command addEdit(CLI::App& program)
         "--to 2024-03-01T10:12\n  plotix edit plant.plotix --compute 'Spread = \"Supply temperature\" - Return'\n"
         "  plotix edit plant.plotix --compute 'Heat = integral(Power)' --unit MWh --longest-gap 30m\n"
         "  plotix edit plant.plotix --limit 'Supply temperature > 60 °C' --limit-name 'too hot' --severity alarm\n"
+        "  plotix edit plant.plotix --note '2024-05-06T14:00 .. 15:00' 'Pump replaced'\n"
         "  plotix edit plant.plotix --undo");
     return {edit, Command::Makes::Text, [command](CommandContext context) { return runCommand(*command, context); },
             [command] { return contradictionIn(*command); }};

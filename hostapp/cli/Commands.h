@@ -38,6 +38,7 @@ struct Command {
 Command addOpen(CLI::App& program);
 Command addImport(CLI::App& program);
 Command addInfo(CLI::App& program);
+Command addNotes(CLI::App& program);
 Command addRender(CLI::App& program);
 Command addExport(CLI::App& program);
 Command addRecord(CLI::App& program);

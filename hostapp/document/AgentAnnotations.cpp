@@ -8,13 +8,16 @@
 
 namespace plotix {
 
+// Asked for every line at every move of the pointer.
 std::vector<KTVLimit> AgentAnnotations::limitsOf(const QString& propertyName) const
 {
     std::vector<KTVLimit> limits;
+    if (!m_agent.document() || m_agent.document()->limits().empty())
+        return limits;
     const auto& properties = m_agent.siteProperties();
     const auto found = std::find_if(properties.begin(), properties.end(),
                                     [&](const auto& each) { return each->propertyName() == propertyName; });
-    if (!m_agent.document() || found == properties.end())
+    if (found == properties.end())
         return limits;
     const SiteProperty::Description& property = (*found)->description();
     for (const SiteLimit& limit : m_agent.document()->limits())
@@ -51,6 +54,25 @@ void AgentAnnotations::editLimits(const QString& propertyName)
 {
     if (AnnotationEditor* asks = editor())
         asks->editLimits(m_agent, propertyName);
+}
+
+void AgentAnnotations::addNote(double from, double to, const QStringList& propertyNames)
+{
+    if (AnnotationEditor* asks = editor())
+        asks->addNote(m_agent, from, to, propertyNames);
+}
+
+void AgentAnnotations::openNote(qint64 identifier)
+{
+    if (AnnotationEditor* asks = editor())
+        asks->openNote(identifier);
+}
+
+/// They may be looked at where nothing may be written, too.
+void AgentAnnotations::showNotes()
+{
+    if (SiteDocument* document = m_agent.document(); document && document->annotationEditor())
+        document->annotationEditor()->showNotes();
 }
 
 }  // namespace plotix

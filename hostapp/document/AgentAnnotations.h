@@ -19,6 +19,9 @@ public:
 
     bool canEdit() const override { return editor() != nullptr; }
     void editLimits(const QString& propertyName) override;
+    void addNote(double from, double to, const QStringList& propertyNames) override;
+    void openNote(qint64 identifier) override;
+    void showNotes() override;
 
 private:
     AnnotationEditor* editor() const;

@@ -1,6 +1,7 @@
 #include "hostapp/print/PageLayoutPlan.h"
 
 #include <algorithm>
+#include <numeric>
 
 namespace plotix {
 
@@ -26,9 +27,45 @@ int rowsIn(double height)
     return std::max(0, static_cast<int>(height / kReportRowHeight) - 1);
 }
 
+double heightOf(const std::vector<double>& footnotes)
+{
+    return footnotes.empty() ? 0 : std::accumulate(footnotes.begin(), footnotes.end(), kGap);
+}
+
+/// Below the table of the last page, down to `bottom`, then on pages of their own.
+void placeFootnotes(PageLayoutPlan& plan, const std::vector<double>& heights, double bottom)
+{
+    double top = plan.pages.back().table.bottom() + kGap;
+    int number = 0;
+    for (const double height : heights) {
+        const bool hasOthers = plan.pages.back().rows > 0 || !plan.pages.back().footnotes.empty();
+        const bool isWithGraph = plan.pages.size() == 1;
+        if (top + height > bottom && (hasOthers || isWithGraph)) {
+            plan.pages.push_back({});
+            plan.pages.back().firstFootnote = number;
+            top = plan.content.top();
+        }
+        if (plan.pages.back().footnotes.empty())
+            plan.pages.back().firstFootnote = number;
+        plan.pages.back().footnotes.emplace_back(plan.content.left(), top, plan.content.width(), height);
+        top += height;
+        ++number;
+    }
+}
+
 }  // namespace
 
-PageLayoutPlan planPages(const QSizeF& sheet, int rows, bool hasNote)
+double footnoteWidthOnPages(const QSizeF& sheet)
+{
+    return std::max(0.0, sheet.width() - 2 * kMargin);
+}
+
+double footnoteWidthInPicture(const QSizeF& size)
+{
+    return std::max(0.0, size.width() - 2 * kPictureMargin);
+}
+
+PageLayoutPlan planPages(const QSizeF& sheet, int rows, bool hasNote, const std::vector<double>& footnotes)
 {
     PageLayoutPlan plan;
     plan.sheet = sheet;
@@ -44,7 +81,9 @@ PageLayoutPlan planPages(const QSizeF& sheet, int rows, bool hasNote)
     const double least = std::min(kLeastGraph * content.height(), std::max(0.0, bottom - top));
     const double below = bottom - top - kGap - note;  // for graph and table
     const int together = std::min(rows, rowsIn(below - least));
-    const double graph = std::clamp(below - tableHeight(together), least, std::max(least, kTallestGraph * width));
+    const double notes = together == rows ? heightOf(footnotes) : 0;
+    const double graph =
+        std::clamp(below - tableHeight(together) - notes, least, std::max(least, kTallestGraph * width));
     plan.graph = QRectF(left, top, width, graph);
     const double tableTop = plan.graph.bottom() + kGap + note;
     if (hasNote && together > 0)
@@ -56,15 +95,16 @@ PageLayoutPlan planPages(const QSizeF& sheet, int rows, bool hasNote)
         const int count = std::min(perPage, rows - row);
         plan.pages.push_back({QRectF(left, content.top(), width, tableHeight(count)), row, count});
     }
+    placeFootnotes(plan, footnotes, bottom);
     return plan;
 }
 
-PageLayoutPlan planPicture(const QSizeF& size, int rows, bool hasNote)
+PageLayoutPlan planPicture(const QSizeF& size, int rows, bool hasNote, const std::vector<double>& footnotes)
 {
     PageLayoutPlan plan;
     const double note = hasNote && rows > 0 ? kNoteHeight : 0;
     const double table = rows > 0 ? kGap + note + tableHeight(rows) : 0;
-    const double others = 2 * kPictureMargin + kTitleHeight + kHeadingsHeight + kGap + table;
+    const double others = 2 * kPictureMargin + kTitleHeight + kHeadingsHeight + kGap + table + heightOf(footnotes);
     const double graph = std::max(size.height() - others, kLeastGraph * size.height());
     plan.sheet = QSizeF(size.width(), others + graph);
     plan.content =
@@ -76,6 +116,7 @@ PageLayoutPlan planPicture(const QSizeF& size, int rows, bool hasNote)
     if (note > 0)
         plan.note = QRectF(left, plan.graph.bottom() + kGap, width, note);
     plan.pages.push_back({QRectF(left, plan.graph.bottom() + kGap + note, width, tableHeight(rows)), 0, rows});
+    placeFootnotes(plan, footnotes, plan.sheet.height());
     return plan;
 }
 

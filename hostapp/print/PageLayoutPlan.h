@@ -12,6 +12,8 @@ struct PageLayoutPlan {
     struct Page {
         QRectF table;  ///< with its row of headings; empty: none on this page
         int firstRow = 0, rows = 0;
+        std::vector<QRectF> footnotes = {};  ///< below the table, in their order
+        int firstFootnote = 0;
     };
 
     QSizeF sheet;                   ///< of every page
@@ -25,11 +27,16 @@ struct PageLayoutPlan {
 inline constexpr double kReportRowHeight = 16;
 
 /// Ten rows stand on one page with the graph; beyond, the graph keeps two fifths of the page and the rows go on.
-/// A sheet too small for that gets as many pages as it takes, each with at least one row.
-PageLayoutPlan planPages(const QSizeF& sheet, int rows, bool hasNote);
+/// A sheet too small for that gets as many pages as it takes, each with at least one row. Footnotes of these heights
+/// follow the last row, on further pages where there is no room; none is broken.
+PageLayoutPlan planPages(const QSizeF& sheet, int rows, bool hasNote, const std::vector<double>& footnotes = {});
 
-/// One page with narrow margins and no footer, for a picture of this size; higher where the rows take more than three
-/// fifths of it.
-PageLayoutPlan planPicture(const QSizeF& size, int rows, bool hasNote);
+/// How wide footnotes are on a sheet, and in a picture.
+double footnoteWidthOnPages(const QSizeF& sheet);
+double footnoteWidthInPicture(const QSizeF& size);
+
+/// One page with narrow margins and no footer, for a picture of this size; higher where rows and footnotes take more
+/// than three fifths of it.
+PageLayoutPlan planPicture(const QSizeF& size, int rows, bool hasNote, const std::vector<double>& footnotes = {});
 
 }  // namespace plotix

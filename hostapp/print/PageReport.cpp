@@ -138,6 +138,29 @@ void drawRow(QPainter& painter, const TableColumns& columns, double down, const 
                  fontOf(columns.fontSize, weight), kInk, alignmentOf(column));
 }
 
+constexpr double kNumberWidth = 22;  // of the column with the footnotes' numbers
+constexpr double kBetweenFootnotes = 3;
+
+QString textOfFootnote(const ReportContents::Footnote& note)
+{
+    const QString author = note.author.isEmpty() ? QString() : QStringLiteral(" (%1)").arg(note.author);
+    return note.time + QStringLiteral(": ") + note.text.trimmed() + author;
+}
+
+constexpr int kFootnoteFlags = Qt::AlignLeft | Qt::AlignTop | Qt::TextWordWrap | Qt::TextWrapAnywhere;
+
+/// As high as their texts in a width; none is cut.
+std::vector<double> footnoteHeights(const ReportContents& contents, double width)
+{
+    const QFontMetricsF metrics(fontOf(kFooterSize));
+    const QRectF room(0, 0, std::max(1.0, width - kNumberWidth), 1e6);
+    std::vector<double> heights;
+    for (const ReportContents::Footnote& note : contents.footnotes)
+        heights.push_back(metrics.boundingRect(room, kFootnoteFlags, textOfFootnote(note)).height() +
+                          kBetweenFootnotes);
+    return heights;
+}
+
 /// The whole sheet is ours, margins included; they are the plan's.
 QSizeF takeWholeSheet(QPagedPaintDevice& device)
 {
@@ -166,7 +189,8 @@ PageReport::PageReport(ReportContents contents, QLocale locale)
 int PageReport::print(QPagedPaintDevice& device) const
 {
     const QSizeF sheet = takeWholeSheet(device);
-    const PageLayoutPlan plan = planPages(sheet, static_cast<int>(m_contents.rows.size()), hasNote());
+    const PageLayoutPlan plan = planPages(sheet, static_cast<int>(m_contents.rows.size()), hasNote(),
+                                          footnoteHeights(m_contents, footnoteWidthOnPages(sheet)));
     const std::vector<int> pages = pagesToPrint(device, static_cast<int>(plan.pages.size()));
     QPainter painter;
     beginPage(painter, device);
@@ -195,7 +219,8 @@ bool PageReport::hasNote() const
 
 PageLayoutPlan PageReport::pictured(const QSizeF& size) const
 {
-    return planPicture(size, static_cast<int>(m_contents.rows.size()), hasNote());
+    return planPicture(size, static_cast<int>(m_contents.rows.size()), hasNote(),
+                       footnoteHeights(m_contents, footnoteWidthInPicture(size)));
 }
 
 QImage PageReport::picture(const QSizeF& size, double density) const
@@ -237,6 +262,7 @@ void PageReport::drawPage(QPainter& painter, const PageLayoutPlan& plan, int pag
                  sharedUnit(m_contents), fontOf(kCellSize), kGrey);
     }
     drawTable(painter, plan, plan.pages[static_cast<std::size_t>(page)]);
+    drawFootnotes(painter, plan.pages[static_cast<std::size_t>(page)]);
     drawFooter(painter, plan, page);
     painter.restore();
 }
@@ -277,6 +303,21 @@ void PageReport::drawTable(QPainter& painter, const PageLayoutPlan& plan, const 
             QRectF(page.table.left(), middle - kKeyThickness / 2, kKeyWidth - kColumnGap / 2, kKeyThickness),
             row.color);
         drawRow(painter, columns, down, cellsOf(m_contents, row, m_locale), QFont::Normal);
+    }
+}
+
+void PageReport::drawFootnotes(QPainter& painter, const PageLayoutPlan::Page& page) const
+{
+    for (std::size_t index = 0; index < page.footnotes.size(); ++index) {
+        const ReportContents::Footnote& note =
+            m_contents.footnotes[static_cast<std::size_t>(page.firstFootnote) + index];
+        QRectF place = page.footnotes[index];
+        painter.setPen(kInk);
+        painter.setFont(fontOf(kFooterSize, QFont::Bold));
+        painter.drawText(place, Qt::AlignLeft | Qt::AlignTop, QString::number(note.number));
+        painter.setFont(fontOf(kFooterSize));
+        place.setLeft(place.left() + kNumberWidth);
+        painter.drawText(place, kFootnoteFlags | Qt::TextDontClip, textOfFootnote(note));
     }
 }
 

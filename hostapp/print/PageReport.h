@@ -38,6 +38,7 @@ private:
     void drawPage(QPainter& painter, const PageLayoutPlan& plan, int page) const;
     void drawHeadings(QPainter& painter, const PageLayoutPlan& plan) const;
     void drawTable(QPainter& painter, const PageLayoutPlan& plan, const PageLayoutPlan::Page& page) const;
+    void drawFootnotes(QPainter& painter, const PageLayoutPlan::Page& page) const;
     void drawFooter(QPainter& painter, const PageLayoutPlan& plan, int page) const;
 
     ReportContents m_contents;

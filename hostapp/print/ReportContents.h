@@ -23,6 +23,12 @@ struct ReportContents {
         QStringList figures = {};  ///< further cells as they are written, one for each of `figureTitles`
     };
 
+    /// What somebody wrote about a time that the graph shows; its number is that of a flag in the graph.
+    struct Footnote {
+        int number = 0;
+        QString time, text, author;
+    };
+
     QString title;
     QString siteName, siteLocation;                 ///< either may be empty
     double from = 0, to = 0;                        ///< the span that the graph draws
@@ -31,6 +37,7 @@ struct ReportContents {
     QStringList figureTitles;                       ///< of the rows' further cells
     QString about;                                  ///< what the rows are about, in words; empty: all records read
     bool areUnitsInGraph = false;                   ///< as in lanes, whose heads name them
+    std::vector<Footnote> footnotes = {};           ///< in the order of their numbers
     QStringList outside;                            ///< names of those whose values the graph cuts off
 
     /// Draws the graph into a rectangle in points, dark on white.

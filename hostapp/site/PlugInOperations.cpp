@@ -140,6 +140,25 @@ void sendToReadSpans(KTVPlugIn* plugIn, const char* operation, bool chosen)
         QMetaObject::invokeMethod(told, operation, Qt::DirectConnection, Q_ARG(bool, chosen));
 }
 
+std::vector<QString> footnoteTexts(const KTVPlugIn& plugIn)
+{
+    QVariantList notes;
+    if (plugIn.metaObject()->indexOfMethod("footnotes()") >= 0)
+        QMetaObject::invokeMethod(const_cast<KTVPlugIn*>(&plugIn), "footnotes", Qt::DirectConnection,
+                                  Q_RETURN_ARG(QVariantList, notes));
+    std::vector<QString> texts;
+    for (const QVariant& told : notes) {
+        const QVariantMap note = told.toMap();
+        const QString author = note.value(QStringLiteral("author")).toString();
+        texts.push_back(QStringLiteral("%1  %2: %3")
+                            .arg(note.value(QStringLiteral("number")).toString(),
+                                 note.value(QStringLiteral("time")).toString(),
+                                 note.value(QStringLiteral("text")).toString()) +
+                        (author.isEmpty() ? QString() : QStringLiteral(" (%1)").arg(author)));
+    }
+    return texts;
+}
+
 std::optional<QVariantMap> reading(const KTVPlugIn* plugIn)
 {
     if (!plugIn || plugIn->metaObject()->indexOfMethod("reading()") < 0 ||

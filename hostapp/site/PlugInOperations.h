@@ -7,6 +7,7 @@
 
 #include <optional>
 #include <utility>
+#include <vector>
 
 /// Operations of a plug-in beyond its base class, found by name the way a menu finds its action.
 ///
@@ -49,6 +50,10 @@ void sendToReadSpans(KTVPlugIn* plugIn, const char* operation, bool chosen);  //
 bool canPrintOnPage(const KTVPlugIn* plugIn);
 QVariantMap reportContents(KTVPlugIn* plugIn);  ///< as the plug-in's operation of this name; empty: nothing to show
 void drawGraphOnPaper(KTVPlugIn* plugIn, QPainter& painter, const QRectF& rect);  ///< points, dark on white
+
+/// The notes about the times that the plug-in shows, each as text: "3  6 May 2024 14:00: Pump replaced (Ada)". None for
+/// one that tells none.
+std::vector<QString> footnoteTexts(const KTVPlugIn& plugIn);
 
 /// The plug-in's options of reading that were chosen, by name; nothing when it has no such options.
 std::optional<QVariantMap> reading(const KTVPlugIn* plugIn);

@@ -1,6 +1,7 @@
 #include "hostapp/site/PlugInWebSite.h"
 
 #include "base/MainQueue.h"
+#include "hostapp/site/PlugInOperations.h"
 
 #include <QtCore/QFileInfo>
 
@@ -64,6 +65,19 @@ std::vector<WebView> PlugInWebSite::views() const
     std::vector<WebView> views;
     for (std::size_t index = 0; index < listed.items().size(); ++index)
         views.push_back({listed.asked()[index]->uniqueIdentifier(), listed.items()[index]->title()});
+    return views;
+}
+
+std::vector<WebView> PlugInWebSite::viewsWithFootnotes() const
+{
+    const Listed listed(m_sourceList);
+    std::vector<WebView> views;
+    MainQueue::main().sync([&] {
+        for (std::size_t index = 0; index < listed.items().size(); ++index) {
+            const KTVPlugInPtr& plugIn = listed.asked()[index];
+            views.push_back({plugIn->uniqueIdentifier(), listed.items()[index]->title(), footnoteTexts(*plugIn)});
+        }
+    });
     return views;
 }
 

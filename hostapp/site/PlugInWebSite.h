@@ -19,6 +19,7 @@ public:
 
     QString name() const override;
     std::vector<WebView> views() const override;
+    std::vector<WebView> viewsWithFootnotes() const override;
     QString advertisement(const QUrl& baseUrl) override;
     std::optional<WebRendering> rendering(const QUrl& url) override;
 

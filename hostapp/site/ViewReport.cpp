@@ -79,6 +79,12 @@ ReportContents ViewReport::contents() const
     contents.about = given.value(QStringLiteral("about")).toString();
     for (const QVariant& row : given.value(QStringLiteral("rows")).toList())
         contents.rows.push_back(rowFrom(row.toMap()));
+    for (const QVariant& told : given.value(QStringLiteral("notes")).toList()) {
+        const QVariantMap note = told.toMap();
+        contents.footnotes.push_back(
+            {note.value(QStringLiteral("number")).toInt(), note.value(QStringLiteral("time")).toString(),
+             note.value(QStringLiteral("text")).toString(), note.value(QStringLiteral("author")).toString()});
+    }
     contents.drawGraph = [view = m_view](QPainter& painter, const QRectF& rect) {
         drawGraphOnPaper(view.get(), painter, rect);
     };

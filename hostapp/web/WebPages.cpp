@@ -51,7 +51,10 @@ QString siteCard(const OpenSites::Listed& site)
 QString viewCard(const WebView& view)
 {
     const QString file = escaped(QString::fromLatin1(QUrl::toPercentEncoding(view.identifier)));
-    return filled("view_card.html", file, escaped(view.title));
+    QString notes;
+    for (const QString& note : view.footnotes)
+        notes += QStringLiteral("<p class=\"footnote\">%1</p>\n").arg(escaped(note));
+    return filled("view_card.html", file, escaped(view.title), notes);
 }
 
 }  // namespace

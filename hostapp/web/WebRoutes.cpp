@@ -142,7 +142,7 @@ HttpReply WebRoutes::siteReply(const QString& site, const QByteArray& host) cons
     if (!visit)
         return notFoundReply();
     const QUrl base = QUrl::fromEncoded("http://" + host + sitePath(site));
-    return pageReply(sitePage(visit->name(), visit->views(), visit->advertisement(base)));
+    return pageReply(sitePage(visit->name(), visit->viewsWithFootnotes(), visit->advertisement(base)));
 }
 
 HttpReply WebRoutes::renderingReply(const QString& site, const QByteArray& host, const QByteArray& path) const

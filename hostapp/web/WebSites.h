@@ -17,6 +17,8 @@ namespace plotix {
 struct WebView {
     QString identifier;  ///< its renderings are IDENTIFIER.png and IDENTIFIER.pdf
     QString title;       ///< plain text
+    /// What was written about the times it shows, each as plain text that begins with the number of its flag.
+    std::vector<QString> footnotes = {};
 };
 
 struct WebRendering {
@@ -30,6 +32,8 @@ public:
 
     virtual QString name() const = 0;
     virtual std::vector<WebView> views() const = 0;
+    /// The same with their footnotes. Waits for the main queue.
+    virtual std::vector<WebView> viewsWithFootnotes() const { return views(); }
 
     /// The plug-ins' fragments of HTML, one after the other, as they are: nothing in them is trusted. Links begin with
     /// `baseUrl`. Waits for the main queue.

@@ -1,8 +1,14 @@
 #include "hostapp/window/AnnotationAsking.h"
 
+#include "hostapp/core/PersonName.h"
 #include "hostapp/document/AnnotationEditing.h"
+#include "hostapp/site/PlugInOperations.h"
 #include "hostapp/window/SiteEditor.h"
 #include "hostapp/window/annotating/LimitsDialog.h"
+#include "hostapp/window/annotating/NoteDialog.h"
+#include "hostapp/window/annotating/NotesWindow.h"
+
+#include <QtCore/QDateTime>
 
 #include <algorithm>
 
@@ -15,6 +21,7 @@ AnnotationAsking::AnnotationAsking(Surroundings around, QObject* parent) : QObje
 
 AnnotationAsking::~AnnotationAsking()
 {
+    delete m_notes;
     m_around.site.siteDocument()->setAnnotationEditor(nullptr);
 }
 
@@ -39,6 +46,92 @@ void AnnotationAsking::editLimits(const SiteAgent& agent, const QString& propert
                          [site = site(), id, wanted = dialog.limits()](const EditProgress&) {
                              return changeLimits(site, id, [&](std::vector<SiteLimit>& limits) { limits = wanted; });
                          });
+}
+
+void AnnotationAsking::addNote(const SiteAgent& agent, double from, double to, const QStringList& propertyNames)
+{
+    SiteNote note;
+    note.from = from;
+    note.to = to;
+    note.author = personName();
+    for (const auto& property : agent.siteProperties())
+        if (propertyNames.contains(property->propertyName()))
+            note.properties.push_back(property->description().id);
+    askForNote(note);
+}
+
+void AnnotationAsking::addNote()
+{
+    const auto shown = shownRange(m_around.trendInFront().get());
+    const double now = static_cast<double>(QDateTime::currentSecsSinceEpoch());
+    SiteNote note;
+    note.from = note.to = shown ? (shown->first + shown->second) / 2 : now;
+    note.author = personName();
+    askForNote(note);
+}
+
+void AnnotationAsking::openNote(qint64 identifier)
+{
+    const std::vector<SiteNote> notes = m_around.site.siteDocument()->notes();
+    for (const SiteNote& note : notes)
+        if (note.id == identifier)
+            return askForNote(note);
+}
+
+void AnnotationAsking::askForNote(const SiteNote& before)
+{
+    NoteDialog::Properties properties;
+    const auto& agents = m_around.site.siteDocument()->agents();
+    for (const auto& agent : agents)
+        for (const auto& property : agent->siteProperties())
+            properties.emplace_back(property->description().id,
+                                    agents.size() > 1 ? QStringLiteral("%1: %2").arg(agent->name(), property->name())
+                                                      : property->name());
+    QWidget* over = m_notes && m_notes->isActiveWindow() ? m_notes.data() : m_around.windowInFront();
+    NoteDialog dialog(before, properties, over);
+    if (dialog.exec() != QDialog::Accepted || dialog.note() == before)
+        return;
+    const SiteNote wanted = dialog.note();
+    setPersonName(wanted.author);
+    m_around.editor.edit(before.id == 0 ? tr("Note “%1”").arg(shortText(wanted.text))
+                                        : tr("Change note “%1”").arg(shortText(wanted.text)),
+                         [site = site(), wanted](const EditProgress&) { return writeNote(site, wanted); });
+}
+
+void AnnotationAsking::removeNotes(const std::vector<qint64>& notes)
+{
+    if (notes.empty())
+        return;
+    m_around.editor.edit(tr("Delete %n note(s)", nullptr, static_cast<int>(notes.size())),
+                         [site = site(), notes](const EditProgress&) { return plotix::removeNotes(site, notes); });
+}
+
+void AnnotationAsking::showNotes()
+{
+    if (!m_notes) {
+        m_notes = new NotesWindow(m_around.site.siteDocument(), m_around.windowInFront());
+        m_notes->setAttribute(Qt::WA_DeleteOnClose);
+        connect(m_notes, &NotesWindow::goToWanted, this, &AnnotationAsking::goTo);
+        connect(m_notes, &NotesWindow::openWanted, this, &AnnotationAsking::openNote);
+        connect(m_notes, &NotesWindow::addWanted, this, [this] { addNote(); });
+        connect(m_notes, &NotesWindow::removeWanted, this, &AnnotationAsking::removeNotes);
+    }
+    m_notes->show();
+    m_notes->raise();
+    m_notes->activateWindow();
+}
+
+/// A span that fits is shown in the middle of as much as was shown before; a longer one with some room beside it.
+void AnnotationAsking::goTo(double from, double to)
+{
+    const KTVPlugInPtr trend = m_around.trendInFront();
+    const auto shown = shownRange(trend.get());
+    if (!shown)
+        return;
+    constexpr double kRoom = 1.2;
+    const double length = std::max(shown->second - shown->first, (to - from) * kRoom);
+    const double middle = (from + to) / 2;
+    showRange(trend.get(), middle - length / 2, middle + length / 2);
 }
 
 }  // namespace plotix

@@ -98,6 +98,10 @@ void PropertyListView::addEditing(QMenu* menu, const std::shared_ptr<SiteAgent>&
 {
     if (!m_isEditable || !agent)
         return;
+    if (property) {
+        menu->addSeparator();
+        menu->addAction(tr("&Add to the Trend in Front"), this, [=, this] { emit addToTrendWanted(property); });
+    }
     if (property)
         menu->addAction(tr("&Limits…"), this, [=, this] { emit limitsWanted(agent, property); });
     menu->addSeparator();

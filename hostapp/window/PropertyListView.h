@@ -43,6 +43,8 @@ signals:
     void limitsWanted(const std::shared_ptr<SiteAgent>& agent, const std::shared_ptr<SiteProperty>& property);
     void deleteWanted(const std::shared_ptr<SiteAgent>& agent, const std::shared_ptr<SiteProperty>& property);
     void removeShownWanted(const std::shared_ptr<SiteAgent>& agent, const std::shared_ptr<SiteProperty>& property);
+    /// To be shown in the trend in front, whosever trend it is.
+    void addToTrendWanted(const std::shared_ptr<SiteProperty>& property);
     void trendWanted();  ///< of the properties ticked now
 
 protected:

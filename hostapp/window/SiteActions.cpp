@@ -93,6 +93,8 @@ void buildEditMenu(QMainWindow* window, QUndoStack* undoStack, SiteActions& acti
     actions.newComputed = addAction(menu, SiteMenus::tr("&New Computed Property…"));
     actions.newComputed->setToolTip(
         SiteMenus::tr("A property that is worked out from others, such as their difference."));
+    actions.notes = addAction(menu, SiteMenus::tr("N&otes…"), QKeySequence(Qt::CTRL | Qt::ALT | Qt::Key_N));
+    actions.notes->setToolTip(SiteMenus::tr("What was written about times and spans of this site."));
 }
 
 QString titleOf(FollowSpan span)

@@ -37,6 +37,7 @@ struct SiteActions {
     QAction* undoImport = nullptr;
     QMenu* view = nullptr;
     QAction* newComputed = nullptr;
+    QAction* notes = nullptr;
     QAction* refresh = nullptr;
     QAction* fit = nullptr;
     QAction* follow = nullptr;

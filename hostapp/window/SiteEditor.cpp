@@ -1,6 +1,7 @@
 #include "hostapp/window/SiteEditor.h"
 
 #include "base/ReportableError.h"
+#include "hostapp/document/ForeignProperty.h"
 #include "hostapp/document/SiteEditing.h"
 #include "hostapp/site/PlugInOperations.h"
 #include "hostapp/window/WorkProgress.h"
@@ -17,9 +18,21 @@ namespace plotix {
 
 namespace {
 
+const QString kShownProperties = QStringLiteral("properties");  // in what can be changed of a trend: their keys
+
 QString nameOf(const SiteAgent& agent, const SiteProperty* property)
 {
     return property ? property->name() : agent.name();
+}
+
+/// The keys of an agent's properties by these names.
+QStringList keysNamed(const SiteAgent& agent, const std::vector<ComputedProperty>& named)
+{
+    QStringList keys;
+    for (const auto& property : agent.siteProperties())
+        if (std::any_of(named.begin(), named.end(), [&](const auto& each) { return each.name == property->name(); }))
+            keys << property->propertyName();
+    return keys;
 }
 
 QString worded(double seconds)
@@ -129,6 +142,81 @@ void SiteEditor::askAndCompute(const std::shared_ptr<SiteAgent>& agent, const st
          [site = site(), owner = agent->id(), wanted, id](const EditProgress&) {
              return computeProperty(site, owner, wanted, id);
          });
+}
+
+// Steps that were made before one that fails are taken back: it is all or none.
+void SiteEditor::addToTrend(const KTVPlugInPtr& trend, const std::vector<std::shared_ptr<SiteProperty>>& properties)
+{
+    const std::shared_ptr<SiteDocument> document = m_around.site.siteDocument();
+    const auto agent =
+        trend && trend->agent() ? document->agentWithIdentifier(trend->agent()->uniqueIdentifier()) : nullptr;
+    if (!agent)
+        return;
+    const QStringList shown = changeableState(trend.get()).value(kShownProperties).toStringList();
+    std::vector<ComputedProperty> wanted;
+    QStringList names, keys;
+    for (const auto& property : properties) {
+        const auto foreign = foreignProperty(*document->formulaDirectory(), agent->id(), property->description().id);
+        const QString key = foreign ? foreign->key.value_or(QString()) : property->propertyName();
+        if (shown.contains(key))
+            continue;
+        names << (foreign ? foreign->wanted.name : property->name());
+        if (key.isEmpty())
+            wanted.push_back(foreign->wanted);
+        else
+            keys << key;
+    }
+    if (names.isEmpty()) {
+        emit told(tr("The trend shows that already."));
+        return;
+    }
+    const QString text = tr("Add “%1” to the trend").arg(names.join(QStringLiteral("”, “")));
+    const auto steps = std::make_shared<std::vector<qint64>>();
+    const auto make = [this, steps, wanted, site = site(), owner = agent->id()](const EditProgress& progress) {
+        steps->clear();
+        try {
+            for (const ComputedProperty& each : wanted)
+                steps->push_back(computeProperty(site, owner, each).step);
+        } catch (...) {
+            for (; !steps->empty(); steps->pop_back())
+                undoLastEdit(site, progress);
+            throw;
+        }
+    };
+    const auto again = [=, this] {
+        const auto result = wanted.empty() ? EditCommand::Result::Done : apply(text, make);
+        if (result == EditCommand::Result::Done)
+            show(trend, keys + keysNamed(*agent, wanted), true);
+        return result;
+    };
+    const auto back = [=, this] {
+        show(trend, keys + keysNamed(*agent, wanted), false);
+        auto result = EditCommand::Result::Done;
+        while (!steps->empty() && result == EditCommand::Result::Done) {
+            result = undo(text, steps->back());
+            if (result == EditCommand::Result::Done)
+                steps->pop_back();
+        }
+        if (result != EditCommand::Result::Done)
+            show(trend, keys + keysNamed(*agent, wanted), true);
+        return result;
+    };
+    if (again() == EditCommand::Result::Done)
+        m_around.undoStack.push(new EditCommand(text, m_around.undoStack, again, back));
+}
+
+void SiteEditor::show(const KTVPlugInPtr& trend, const QStringList& keys, bool isShown)
+{
+    QVariantMap state = changeableState(trend.get());
+    QStringList shown = state.value(kShownProperties).toStringList();
+    for (const QString& key : keys) {
+        shown.removeAll(key);
+        if (isShown)
+            shown << key;
+    }
+    state.insert(kShownProperties, shown);
+    changeTo(trend.get(), state);
+    emit trendChanged();
 }
 
 void SiteEditor::askAndRename(const std::shared_ptr<SiteAgent>& agent, const std::shared_ptr<SiteProperty>& property)

@@ -49,6 +49,10 @@ public:
     /// Makes a computed property of the agent, or, given one, changes it.
     void askAndCompute(const std::shared_ptr<SiteAgent>& agent, const std::shared_ptr<SiteProperty>& property);
 
+    /// Shows these properties in a trend, all or none. Those of other agents than the trend's become computed ones of
+    /// its agent, "Power (Unit B)", unless it has them already. One step on the undo stack.
+    void addToTrend(const KTVPlugInPtr& trend, const std::vector<std::shared_ptr<SiteProperty>>& properties);
+
     /// Takes out the property's values in the span that the selected trend shows.
     void askAndRemoveShown(const std::shared_ptr<SiteAgent>& agent, const std::shared_ptr<SiteProperty>& property);
 
@@ -61,6 +65,7 @@ public:
 signals:
     void beginning();
     void ended();
+    void trendChanged();                ///< what a trend shows, by a step that is on the undo stack
     void told(const QString& message);  ///< briefly, for a status bar
 
 private:
@@ -68,6 +73,7 @@ private:
                 const QString& name);
     EditCommand::Result apply(const QString& text, const std::function<void(const EditProgress&)>& work);
     EditCommand::Result undo(const QString& text, qint64 step);
+    void show(const KTVPlugInPtr& trend, const QStringList& keys, bool isShown);
     void tellFormulas(const EditOutcome& outcome);  // that name what is gone, or have another name in them now
     void takeIn();
     void alert(const QString& message, const QString& text, KTVAlert::Style style = KTVAlert::Style::Critical);

@@ -102,6 +102,10 @@ protected:
     void dropEvent(QDropEvent* event) override;
 
 private:
+    /// What a drag brings to be shown in a trend of another agent; none on a site that may only be looked at.
+    std::vector<std::shared_ptr<SiteProperty>> droppedProperties(const QMimeData* dragged) const;
+    void dropProperties(const QDropEvent& event);
+
     // Layout and selection.
     void buildLayout();
     QWidget* makeSection(const QString& title, QWidget* content);

@@ -69,12 +69,21 @@ void SiteWindow::makeEditor()
     connect(m_propertyView, &PropertyListView::mergeWanted, m_editor.get(), &SiteEditor::mergeInto);
     connect(m_propertyView, &PropertyListView::deleteWanted, m_editor.get(), &SiteEditor::remove);
     connect(m_propertyView, &PropertyListView::computeWanted, m_editor.get(), &SiteEditor::askAndCompute);
+    connect(m_editor.get(), &SiteEditor::trendChanged, m_trendHistory.get(), &TrendHistory::adopt);
+    connect(m_propertyView, &PropertyListView::addToTrendWanted, m_editor.get(),
+            [this](const std::shared_ptr<SiteProperty>& property) {
+                if (const KTVPlugInPtr trend = selectedPlugIn())
+                    m_editor->addToTrend(trend, {property});
+                else
+                    statusBar()->showMessage(tr("Select a trend first."), kToldTime);
+            });
     connect(m_actions.newComputed, &QAction::triggered, m_editor.get(), [this] {
         if (const auto agent = m_propertyView->currentAgent())
             m_editor->askAndCompute(agent, nullptr);
     });
-    m_annotationAsking = std::make_unique<AnnotationAsking>(
-        AnnotationAsking::Surroundings{*m_controller, *m_editor, [this] { return windowInFront(); }});
+    m_annotationAsking = std::make_unique<AnnotationAsking>(AnnotationAsking::Surroundings{
+        *m_controller, *m_editor, [this] { return windowInFront(); }, [this] { return trendInFront(); }});
+    connect(m_actions.notes, &QAction::triggered, m_annotationAsking.get(), &AnnotationAsking::showNotes);
     connect(m_propertyView, &PropertyListView::limitsWanted, m_annotationAsking.get(),
             [this](const std::shared_ptr<SiteAgent>& agent, const std::shared_ptr<SiteProperty>& property) {
                 m_annotationAsking->editLimits(*agent, property->propertyName());

@@ -183,6 +183,8 @@ public:
     /// rows are about (seconds since 1970-01-01 UTC), "unitsInGraph" (whether its heads name them), "siteName",
     /// "siteLocation". Empty while there is no graph.
     Q_INVOKABLE QVariantMap reportContents() const;
+    /// The notes of the times shown: maps with "number", "time", "text" and "author"; also "notes" of the above.
+    Q_INVOKABLE QVariantList footnotes() const;
     Q_INVOKABLE void drawGraphOnPaper(QPainter* painter, const QRectF& rect);  ///< points; dark on white, no titles
 
     // Statistics table.

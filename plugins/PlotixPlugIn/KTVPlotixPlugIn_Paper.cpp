@@ -74,6 +74,8 @@ QVariantMap KTVPlotixPlugIn::reportContents() const
     contents.insert(QStringLiteral("about"), figures ? figures->about() : QString());
     if (const plotix::OutsideLines told = linesOutside(); told.kind == plotix::OutsideLines::Kind::Outside)
         contents.insert(QStringLiteral("outside"), told.names);
+    if (const QVariantList notes = footnotes(); !notes.isEmpty())
+        contents.insert(QStringLiteral("notes"), notes);
     const std::optional<plotix::SharedArray<double>> time = m_plotData ? m_plotData->time() : std::nullopt;
     if (time && time->size() > 0) {
         contents.insert(QStringLiteral("firstRecord"), (*time)[0]);
@@ -84,6 +86,11 @@ QVariantMap KTVPlotixPlugIn::reportContents() const
         contents.insert(QStringLiteral("siteLocation"), site->siteLocation().value_or(QString()));
     }
     return contents;
+}
+
+QVariantList KTVPlotixPlugIn::footnotes() const
+{
+    return m_reader->part(QStringLiteral("notes"))->property("footnotes").toList();
 }
 
 void KTVPlotixPlugIn::drawGraphOnPaper(QPainter* painter, const QRectF& rect)

@@ -114,6 +114,13 @@ std::optional<QString> KTVPlotixPlugIn::htmlContentForPrinting()
         report.siteName = site->siteName();
         report.siteLocation = site->siteLocation();
     }
+    const QVariantList notes = footnotes();
+    for (const QVariant& told : notes) {
+        const QVariantMap note = told.toMap();
+        report.footnotes.push_back(
+            {note.value(QStringLiteral("number")).toInt(), note.value(QStringLiteral("time")).toString(),
+             note.value(QStringLiteral("text")).toString(), note.value(QStringLiteral("author")).toString()});
+    }
     if (m_hostView)
         m_hostView->setGeometry(QRect(QPoint(), geometry.hostingView.toSize()));
     report.graph = PNGDataWithSize(geometry.graph);

@@ -24,6 +24,14 @@ KTVAnnotations* TrendAccess::annotations() const
     return annotated ? annotated->annotations() : nullptr;
 }
 
+QStringList TrendAccess::propertyNames() const
+{
+    QStringList names;
+    for (const KTVPropertyPtr& property : m_plugIn.m_properties.value_or(KTVPropertyList()))
+        names << property->propertyName();
+    return names;
+}
+
 plotix::ReadLine TrendAccess::ownLine(const CPTScatterPlot& plot) const
 {
     plotix::ReadLine line;

@@ -16,6 +16,7 @@ public:
     CPTXYGraphPtr graph() const override;
     KTVRecordDictionaryPtr records() const override;
     KTVAnnotations* annotations() const override;
+    QStringList propertyNames() const override;
     std::vector<plotix::ReadLine> lines() const override;
     KTVRecordDictionaryPtr recordsOf(const QString& key) const override;
     void setAddedLines(std::vector<plotix::AddedLine> lines) override;

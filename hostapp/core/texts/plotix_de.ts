@@ -2057,6 +2057,30 @@
         <translation>Durchsichtiger Grund</translation>
     </message>
     <message>
+        <source>Show &amp;Notes</source>
+        <translation>&amp;Notizen zeigen</translation>
+    </message>
+    <message>
+        <source>&amp;Add Note Here…</source>
+        <translation>Notiz &amp;hier hinzufügen …</translation>
+    </message>
+    <message>
+        <source>Add Note from A to &amp;B…</source>
+        <translation>Notiz von A bis &amp;B hinzufügen …</translation>
+    </message>
+    <message>
+        <source>N&amp;ext Note</source>
+        <translation>Nä&amp;chste Notiz</translation>
+    </message>
+    <message>
+        <source>&amp;Previous Note</source>
+        <translation>&amp;Vorige Notiz</translation>
+    </message>
+    <message>
+        <source>Lis&amp;t of Notes…</source>
+        <translation>&amp;Liste der Notizen …</translation>
+    </message>
+    <message>
         <source>Lay A–B Over the Time From</source>
         <translation>A–B über die Zeit legen ab</translation>
     </message>
@@ -2423,6 +2447,14 @@
         <source>A property that is worked out from others, such as their difference.</source>
         <translation>Eine Größe, die aus anderen berechnet wird, etwa ihre Differenz.</translation>
     </message>
+    <message>
+        <source>N&amp;otes…</source>
+        <translation>N&amp;otizen …</translation>
+    </message>
+    <message>
+        <source>What was written about times and spans of this site.</source>
+        <translation>Was über Zeiten und Spannen dieser Anlage geschrieben wurde.</translation>
+    </message>
 </context>
 <context>
     <name>TrendCommandText</name>
@@ -2494,6 +2526,21 @@
     <message>
         <source>Limits of %1</source>
         <translation>Grenzwerte von %1</translation>
+    </message>
+    <message>
+        <source>Note “%1”</source>
+        <translation>Notiz „%1“</translation>
+    </message>
+    <message>
+        <source>Change note “%1”</source>
+        <translation>Notiz „%1“ ändern</translation>
+    </message>
+    <message numerus="yes">
+        <source>Delete %n note(s)</source>
+        <translation>
+            <numerusform>%n Notiz löschen</numerusform>
+            <numerusform>%n Notizen löschen</numerusform>
+        </translation>
     </message>
 </context>
 <context>
@@ -3240,6 +3287,127 @@
     </message>
 </context>
 <context>
+    <name>plotix::NoteDialog</name>
+    <message>
+        <source>&amp;Until:</source>
+        <translation>&amp;Bis:</translation>
+    </message>
+    <message>
+        <source>A&amp;ll properties</source>
+        <translation>&amp;Alle Größen</translation>
+    </message>
+    <message>
+        <source>New Note</source>
+        <translation>Neue Notiz</translation>
+    </message>
+    <message>
+        <source>Note</source>
+        <translation>Notiz</translation>
+    </message>
+    <message>
+        <source>End of the span</source>
+        <translation>Ende der Spanne</translation>
+    </message>
+    <message>
+        <source>Properties that the note is about</source>
+        <translation>Größen, die die Notiz betrifft</translation>
+    </message>
+    <message>
+        <source>&amp;Text:</source>
+        <translation>&amp;Text:</translation>
+    </message>
+    <message>
+        <source>T&amp;ime:</source>
+        <translation>&amp;Zeit:</translation>
+    </message>
+    <message>
+        <source>&amp;Author:</source>
+        <translation>A&amp;utor:</translation>
+    </message>
+    <message>
+        <source>About:</source>
+        <translation>Betrifft:</translation>
+    </message>
+    <message>
+        <source>Write what is to be remembered.</source>
+        <translation>Schreiben Sie, woran erinnert werden soll.</translation>
+    </message>
+    <message>
+        <source>The span ends before it begins: choose a later end.</source>
+        <translation>Die Spanne endet, bevor sie beginnt: Wählen Sie ein späteres Ende.</translation>
+    </message>
+    <message>
+        <source>Tick the properties that the note is about, or all of them.</source>
+        <translation>Kreuzen Sie die Größen an, die die Notiz betrifft, oder alle.</translation>
+    </message>
+</context>
+<context>
+    <name>plotix::NotesModel</name>
+    <message>
+        <source>all</source>
+        <translation>alle</translation>
+    </message>
+    <message>
+        <source>deleted ones</source>
+        <translation>gelöschte</translation>
+    </message>
+    <message>
+        <source>Time</source>
+        <translation>Zeit</translation>
+    </message>
+    <message>
+        <source>Until</source>
+        <translation>Bis</translation>
+    </message>
+    <message>
+        <source>Note</source>
+        <translation>Notiz</translation>
+    </message>
+    <message>
+        <source>Properties</source>
+        <translation>Größen</translation>
+    </message>
+    <message>
+        <source>Author</source>
+        <translation>Autor</translation>
+    </message>
+    <message>
+        <source>Changed</source>
+        <translation>Geändert</translation>
+    </message>
+</context>
+<context>
+    <name>plotix::NotesWindow</name>
+    <message>
+        <source>Notes</source>
+        <translation>Notizen</translation>
+    </message>
+    <message>
+        <source>Search</source>
+        <translation>Suchen</translation>
+    </message>
+    <message>
+        <source>Search in notes</source>
+        <translation>In den Notizen suchen</translation>
+    </message>
+    <message>
+        <source>&amp;Go There</source>
+        <translation>&amp;Dorthin</translation>
+    </message>
+    <message>
+        <source>&amp;Edit…</source>
+        <translation>&amp;Bearbeiten …</translation>
+    </message>
+    <message>
+        <source>&amp;New Note…</source>
+        <translation>&amp;Neue Notiz …</translation>
+    </message>
+    <message>
+        <source>&amp;Delete</source>
+        <translation>&amp;Löschen</translation>
+    </message>
+</context>
+<context>
     <name>plotix::PropertyChoice</name>
     <message>
         <source>Search</source>
@@ -3378,6 +3546,10 @@ Auf einen Trend ziehen, oder ankreuzen und „Neuer Trend“ wählen.</translati
     <message>
         <source>&amp;Limits…</source>
         <translation>&amp;Grenzwerte …</translation>
+    </message>
+    <message>
+        <source>&amp;Add to the Trend in Front</source>
+        <translation>In den Trend v&amp;orn aufnehmen</translation>
     </message>
 </context>
 <context>
@@ -3674,6 +3846,14 @@ Auf einen Trend ziehen, oder ankreuzen und „Neuer Trend“ wählen.</translati
     <message>
         <source>Formulas have the new name in them: %1</source>
         <translation>In Formeln steht nun der neue Name: %1</translation>
+    </message>
+    <message>
+        <source>The trend shows that already.</source>
+        <translation>Der Trend zeigt das schon.</translation>
+    </message>
+    <message>
+        <source>Add “%1” to the trend</source>
+        <translation>„%1“ in den Trend aufnehmen</translation>
     </message>
 </context>
 <context>

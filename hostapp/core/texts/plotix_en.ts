@@ -47,6 +47,16 @@
     </message>
 </context>
 <context>
+    <name>plotix::AnnotationAsking</name>
+    <message numerus="yes">
+        <source>Delete %n note(s)</source>
+        <translation>
+            <numerusform>Delete %n note</numerusform>
+            <numerusform>Delete %n notes</numerusform>
+        </translation>
+    </message>
+</context>
+<context>
     <name>plotix::ColumnChoices</name>
     <message numerus="yes">
         <source>%n number(s)</source>

@@ -49,6 +49,19 @@ QString table(const std::vector<ReportRow>& rows)
     return html + QStringLiteral("</table>");
 }
 
+/// Nothing where there are none: the document is then what it always was.
+QString footnotes(const std::vector<ReportFootnote>& notes)
+{
+    QString html;
+    for (const ReportFootnote& note : notes) {
+        const QString author = note.author.isEmpty() ? QString() : QStringLiteral(" (%1)").arg(note.author);
+        html += QStringLiteral("<p><b>%1</b> %2: ").arg(note.number).arg(note.time.toHtmlEscaped()) +
+                (note.text + author).toHtmlEscaped().replace(QLatin1Char('\n'), QStringLiteral("<br>")) +
+                QStringLiteral("</p>");
+    }
+    return html;
+}
+
 }  // namespace
 
 QString reportTitle(const std::vector<ReportRow>& rows)
@@ -67,7 +80,7 @@ QString reportTitle(const std::vector<ReportRow>& rows)
 QString reportHtml(const Report& report)
 {
     return QStringLiteral("<html>") + heading(report) + QStringLiteral("<body>") + image(report.graph) +
-           table(report.rows) + QStringLiteral("</body></html>");
+           table(report.rows) + footnotes(report.footnotes) + QStringLiteral("</body></html>");
 }
 
 QString reportFooterLeft(const QString& program, const QString& date)

@@ -10,7 +10,7 @@
 
 /// The printed report as text, and the sizes on its page. Pure: no view, no host, no clock. Any thread.
 ///
-/// Nothing is escaped: texts enter the HTML as they are. An absent text reads "(null)".
+/// Nothing is escaped but footnotes: texts enter the HTML as they are. An absent text reads "(null)".
 namespace plotix {
 
 /// One row of the statistics.
@@ -23,11 +23,18 @@ struct ReportRow {
     std::int32_t points = 0;
 };
 
+/// A note of the host about a time that the graph shows.
+struct ReportFootnote {
+    int number = 0;
+    QString time, text, author;
+};
+
 struct Report {
     std::vector<ReportRow> rows;              ///< in the order of the list; the screen may show another one
     std::optional<QString> fromDate, toDate;  ///< as the host describes dates
     std::optional<QString> siteName, siteLocation;
     QByteArray graph;  ///< PNG data; may be empty
+    std::vector<ReportFootnote> footnotes = {};
 };
 
 /// "A", "A ● B ●  C". No rows: empty.

@@ -10,6 +10,7 @@
 #include "plugins/PlotixPlugIn/reading/marks/MarksPart.h"
 #include "plugins/PlotixPlugIn/reading/missing/MissingPart.h"
 #include "plugins/PlotixPlugIn/reading/moves/ViewMoves.h"
+#include "plugins/PlotixPlugIn/reading/notes/NotesPart.h"
 #include "plugins/PlotixPlugIn/reading/overview/Overview.h"
 #include "plugins/PlotixPlugIn/reading/statistics/StatisticsPart.h"
 
@@ -30,6 +31,7 @@ TrendReader::TrendReader(ReadTrend& trend) : m_trend(trend)
     add(std::make_unique<MissingPart>(trend));
     add(std::make_unique<MarksPart>(trend));
     add(std::make_unique<LimitsPart>(trend));
+    add(std::make_unique<NotesPart>(trend));
     add(std::make_unique<StatisticsPart>(trend));
     add(std::make_unique<LegendPart>(trend));
     add(std::make_unique<TrendLooks>(trend));     // it dresses what others put into the graph

@@ -156,6 +156,46 @@ TEST_F(EditCommandTest, ALimitThatCannotBeIsRefused)
     EXPECT_TRUE(SiteDocument::open(site())->limits().empty());
 }
 
+TEST_F(EditCommandTest, WritesANoteThatIsListedAndSearched)
+{
+    ASSERT_EQ(run({"edit", site(), "--note", "2015-01-01T14:00Z .. 2015-01-01T15:00Z", "Pump replaced", "--property",
+                   "Pressure", "--author", "Ada"}),
+              0)
+        << m_error.toStdString();
+    ASSERT_EQ(run({"edit", site(), "--note", "2015-01-02", "Filter\ncleaned"}), 0) << m_error.toStdString();
+    ASSERT_EQ(run({"notes", site()}), 0);
+    EXPECT_TRUE(m_output.startsWith("1  2015-01-01T14:00:00Z .. 2015-01-01T15:00:00Z, Ada, EWR: Pressure\n"
+                                    "    Pump replaced\n2  2015-01-02T"))
+        << m_output.toStdString();
+    run({"notes", site(), "--search", "pressure PUMP"});
+    EXPECT_EQ(m_output.count("\n"), 2) << m_output.toStdString();
+    run({"notes", site(), "--search", "pump filter"});
+    EXPECT_EQ(m_output, "No notes.\n");
+    run({"notes", site(), "--from", "2015-01-01T15:00:01Z", "--json"});
+    EXPECT_FALSE(m_output.contains("Pump"));
+    EXPECT_TRUE(m_output.contains("\"text\": \"Filter\\ncleaned\"")) << m_output.toStdString();
+}
+
+TEST_F(EditCommandTest, ASpanMayEndAtATimeOfTheSameDay)
+{
+    ASSERT_EQ(run({"edit", site(), "--note", "2015-01-01 14:00 .. 15:30", "Pump"}), 0) << m_error.toStdString();
+    const SiteNote note = SiteDocument::open(site())->notes().front();
+    EXPECT_EQ(note.to - note.from, 5400);
+}
+
+TEST_F(EditCommandTest, ANoteIsChangedRemovedAndBroughtBack)
+{
+    run({"edit", site(), "--note", "2015-01-01T14:00Z", "Pump"});
+    ASSERT_EQ(run({"edit", site(), "--change-note", "1", "Valve"}), 0) << m_error.toStdString();
+    ASSERT_EQ(run({"edit", site(), "--remove-note", "1"}), 0) << m_error.toStdString();
+    EXPECT_TRUE(SiteDocument::open(site())->notes().empty());
+    run({"edit", site(), "--undo"});
+    EXPECT_EQ(SiteDocument::open(site())->notes().front().text, "Valve");
+    expectFailure({"edit", site(), "--remove-note", "9"}, 1, QStringLiteral("there is no note 9"));
+    expectFailure({"edit", site(), "--note", "yesterday", "Pump"}, 2, QStringLiteral("needs a time"));
+    expectFailure({"edit", site(), "--undo", "--author", "Ada"}, 2, QStringLiteral("--author"));
+}
+
 }  // namespace
 
 }  // namespace plotix

@@ -72,5 +72,27 @@ TEST(PageLayoutPlan, APictureGrowsWithItsRowsAndTheGraphKeepsItsRoom)
     EXPECT_LE(plan.note.bottom(), plan.pages.front().table.top());
 }
 
+TEST(PageLayoutPlan, FootnotesStandBelowTheTableAndInsideThePage)
+{
+    for (const int rows : {0, 3, 12, 40}) {
+        const PageLayoutPlan plan = planPages(kA4Landscape, rows, false, std::vector<double>(30, 20.0));
+        int next = 0;
+        for (const PageLayoutPlan::Page& page : plan.pages)
+            for (std::size_t index = 0; index < page.footnotes.size(); ++index) {
+                EXPECT_EQ(page.firstFootnote + static_cast<int>(index), next++);
+                EXPECT_GE(page.footnotes[index].top(), page.table.bottom());
+                EXPECT_LE(page.footnotes[index].bottom(), plan.footer.top());
+            }
+        EXPECT_EQ(next, 30);
+    }
+}
+
+TEST(PageLayoutPlan, WithoutFootnotesThePlanIsAsItWas)
+{
+    EXPECT_EQ(planPages(kA4Landscape, 5, true).graph, planPages(kA4Landscape, 5, true, {}).graph);
+    EXPECT_LT(planPages(kA4Landscape, 5, true, {40}).graph.height(), planPages(kA4Landscape, 5, true).graph.height());
+    EXPECT_EQ(planPicture({800, 600}, 5, false, {40}).pages[0].footnotes.size(), 1U);
+}
+
 }  // namespace
 }  // namespace plotix

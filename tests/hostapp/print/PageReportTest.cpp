@@ -135,5 +135,26 @@ TEST_F(PageReportTest, LongNamesAndTitlesKeepTheirBeginningAndEnd)
     EXPECT_TRUE(found.contains("xEnd")) << found.toStdString();
 }
 
+TEST_F(PageReportTest, FootnotesFollowTheTableWithTheirNumbersAndAreNeverCut)
+{
+    giveRows(2);
+    contents.footnotes = {{3, "6 May 14:00", "Pump replaced", "Ada"},
+                          {4, "7 May", QStringLiteral("very ").repeated(80) + "long", {}}};
+    const QString printed = pdfText().simplified();
+    EXPECT_TRUE(printed.contains("3 6 May 14:00: Pump replaced (Ada)")) << printed.toStdString();
+    EXPECT_TRUE(printed.contains("very long")) << printed.toStdString();
+    EXPECT_TRUE(info().contains(QRegularExpression("Pages: +1")));
+}
+
+TEST_F(PageReportTest, ManyFootnotesGoOnOnFurtherPages)
+{
+    giveRows(12);
+    for (int number = 1; number <= 60; ++number)
+        contents.footnotes.push_back({number, "noon", QStringLiteral("note<%1>").arg(number), {}});
+    const QString printed = pdfText();
+    for (int number = 1; number <= 60; ++number)
+        EXPECT_EQ(printed.count(QStringLiteral("note<%1>").arg(number)), 1) << number;
+}
+
 }  // namespace
 }  // namespace plotix

@@ -187,5 +187,13 @@ TEST_F(WebPagesTest, ABrokenHostIsNotUnderstood)
     EXPECT_EQ(get("/sites/plant/", "Host: a\"><script>\r\n").status, 400);
 }
 
+TEST_F(WebPagesTest, FootnotesOfAViewStandBelowItsPicture)
+{
+    EXPECT_FALSE(get("/sites/plant/").body.contains("class=\"footnote\""));
+    m_site->footnotes = {QStringLiteral("1  noon: <b>Pump</b> replaced (Ada)")};
+    EXPECT_TRUE(get("/sites/plant/")
+                    .body.contains("<p class=\"footnote\">1  noon: &lt;b&gt;Pump&lt;/b&gt; replaced (Ada)</p>"));
+}
+
 }  // namespace
 }  // namespace plotix

@@ -18,6 +18,12 @@ class StubSite : public WebSite {
 public:
     QString name() const override { return QStringLiteral("The <Site>"); }
     std::vector<WebView> views() const override { return {{QStringLiteral("one"), QStringLiteral("First & last")}}; }
+    std::vector<WebView> viewsWithFootnotes() const override
+    {
+        std::vector<WebView> all = views();
+        all.front().footnotes = footnotes;
+        return all;
+    }
     QString advertisement(const QUrl& baseUrl) override
     {
         MainQueue::main().sync([this] { ++advertisementCount; });
@@ -44,6 +50,7 @@ public:
     }
 
     QString advertisedTitle = QStringLiteral("First");
+    std::vector<QString> footnotes;  ///< of its view
     QByteArray picture = QByteArray("\x89PNG\r\n\x1a\n", 8) + QByteArray(100'000, 'x');
     std::atomic<int> advertisementCount = 0, questionCount = 0, renderingCount = 0;
     std::mutex mutex;

@@ -1,3 +1,4 @@
+#include "hostapp/document/AnnotationEditing.h"
 #include "hostapp/document/RecordKeeping.h"
 #include "hostapp/document/SiteEditing.h"
 #include "hostapp/document/SiteTransaction.h"
@@ -8,6 +9,8 @@
 #include "hostapp/window/SiteDetailsDialog.h"
 #include "hostapp/window/SiteWindow.h"
 #include "hostapp/window/annotating/LimitsDialog.h"
+#include "hostapp/window/annotating/NoteDialog.h"
+#include "hostapp/window/annotating/NotesWindow.h"
 #include "hostapp/window/computing/ComputedPropertyDialog.h"
 #include "hostapp/window/computing/FormulaEdit.h"
 #include "tests/support/stubsite/ScratchSite.h"
@@ -404,6 +407,42 @@ TEST_F(EditingTest, APlugInAsksTheWindowForLimits)
     EXPECT_FALSE(window->undoStack().canUndo());
     window.reset();
     EXPECT_FALSE(station->annotations()->canEdit());
+}
+
+TEST_F(EditingTest, ANoteIsWrittenAtATimeAndUndone)
+{
+    answerNext<plotix::NoteDialog>([](plotix::NoteDialog* dialog) {
+        QTest::keyClicks(dialog->focusWidget(), "Pump replaced");
+        dialog->accept();
+    });
+    station->annotations()->addNote(1000, 2000, {station->siteProperties()[1]->propertyName()});
+    ASSERT_EQ(site.document->notes().size(), 1U);
+    const plotix::SiteNote note = site.document->notes().front();
+    EXPECT_EQ(note.text, "Pump replaced");
+    EXPECT_EQ(note.from, 1000);
+    EXPECT_EQ(note.to, 2000);
+    EXPECT_EQ(note.properties, std::vector<qint64>{station->siteProperties()[1]->description().id});
+    window->undoStack().undo();
+    EXPECT_TRUE(site.document->notes().empty());
+}
+
+TEST_F(EditingTest, TheListOfNotesOpensAndDeletesThem)
+{
+    plotix::writeNote(site.document->path(), {0, 10, 10, "Ada", "storm", {}});
+    site.document->reload();
+    window->actions().notes->trigger();
+    auto* list = window->findChild<plotix::NotesWindow*>();
+    ASSERT_TRUE(list);
+    answerNext<plotix::NoteDialog>([](plotix::NoteDialog* dialog) {
+        QTest::keyClicks(dialog->focusWidget(), "Snow");
+        dialog->accept();
+    });
+    emit list->openWanted(site.document->notes().front().id);
+    EXPECT_TRUE(site.document->notes().front().text.contains("Snow"));
+    emit list->removeWanted({site.document->notes().front().id});
+    EXPECT_TRUE(site.document->notes().empty());
+    window->undoStack().undo();
+    EXPECT_EQ(site.document->notes().size(), 1U);
 }
 
 }  // namespace

@@ -146,6 +146,7 @@ void LimitsLayer::drawInGraph(QPainter& painter, const plotkit::GraphGeometry& g
         if (placed.hasBand())
             painter.fillRect(bandOf(placed, limits),
                              withAlpha(limitColor(placed.limit.severity, onDark), kBandOpacity));
+    painter.setRenderHint(QPainter::Antialiasing);
     std::vector<QRectF> taken;
     for (const PlacedLimit& placed : limits) {
         if (!placed.isInside())
@@ -156,7 +157,6 @@ void LimitsLayer::drawInGraph(QPainter& painter, const plotkit::GraphGeometry& g
         painter.setPen(pen);
         painter.drawLine(QPointF(placed.area.left(), placed.y), QPointF(placed.area.right(), placed.y));
     }
-    painter.setRenderHint(QPainter::Antialiasing);
     for (const PlacedLimit& placed : limits)
         if (placed.area.height() >= kLeastHeight)
             drawLabel(painter, placed, onDark, taken);

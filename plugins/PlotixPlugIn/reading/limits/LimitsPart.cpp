@@ -99,12 +99,7 @@ void LimitsPart::attach()
     m_graph = graph;
     m_layer = std::make_shared<LimitsLayer>([this]() -> const std::vector<TrendLine>& { return m_lines.shown(); });
     // Beneath the others: what is read and marked must stay readable over the bands.
-    const std::vector<CPTGraphLayerPtr> others = graph->layers();
-    graph->addLayer(m_layer);
-    for (const CPTGraphLayerPtr& other : others) {
-        graph->removeLayer(other);
-        graph->addLayer(other);
-    }
+    graph->addLayerBeneath(m_layer);
 }
 
 void LimitsPart::detach()
@@ -169,8 +164,9 @@ void LimitsPart::makeActions()
     connect(m_linesMenu.get(), &QMenu::aboutToShow, this, [this] {
         m_linesMenu->clear();
         for (const ReadLine& line : trend().lines())
-            connect(m_linesMenu->addAction(QString(line.name).replace(u'&', QStringLiteral("&&")) + u'…'),
-                    &QAction::triggered, this, [this, key = line.key] { edit(key); });
+            if (!line.isCompared())
+                connect(m_linesMenu->addAction(QString(line.name).replace(u'&', QStringLiteral("&&")) + u'…'),
+                        &QAction::triggered, this, [this, key = line.key] { edit(key); });
     });
 }
 
@@ -192,8 +188,9 @@ void LimitsPart::addRowItems(QMenu& menu, const QStringList& keys)
 
 void LimitsPart::edit(const QString& key)
 {
+    const std::optional<ReadLine> line = lineWithKey(trend(), key);
     if (m_annotations)
-        m_annotations->editLimits(key);
+        m_annotations->editLimits(line && line->isCompared() ? line->comparedKey : key);
 }
 
 }  // namespace plotix

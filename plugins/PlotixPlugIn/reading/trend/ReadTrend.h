@@ -62,6 +62,8 @@ public:
     virtual KTVRecordDictionaryPtr records() const = 0;
     /// Limits and notes of the agent; null where the host keeps none.
     virtual KTVAnnotations* annotations() const = 0;
+    /// The keys of the trend's properties, whether they have a plot or not.
+    virtual QStringList propertyNames() const = 0;
     /// The properties that have a plot, in the order of the plots; behind each the lines that it is compared with. What
     /// is said of lines counts for all of them, unless `isCompared` is asked.
     virtual std::vector<ReadLine> lines() const = 0;

@@ -12,7 +12,8 @@ const std::vector<TrendLine>& TrendLines::shown()
     const KTVAnnotations* annotations = m_trend.annotations();
     for (TrendLine& each : m_lines) {  // what options, and the host, change at any time
         each.records.longestJoin = each.plot->gapThreshold();
-        each.limits = annotations ? annotations->limitsOf(each.line.key) : std::vector<KTVLimit>();
+        const QString& owner = each.line.isCompared() ? each.line.comparedKey : each.line.key;
+        each.limits = annotations ? annotations->limitsOf(owner) : std::vector<KTVLimit>();
     }
     return m_lines;
 }

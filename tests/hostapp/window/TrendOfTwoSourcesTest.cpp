@@ -1,0 +1,151 @@
+#include "hostapp/window/DesktopUserInterface.h"
+#include "hostapp/window/HelpWindow.h"
+#include "hostapp/window/PropertyListModel.h"
+#include "hostapp/window/PropertyListView.h"
+#include "hostapp/window/SiteWindow.h"
+#include "plugins/PlotixPlugIn/host/KTVDragData.h"
+#include "tests/support/stubsite/ScratchSite.h"
+#include "tests/support/stubsite/StubTrend.h"
+
+#include <QtCore/QMimeData>
+#include <QtGui/QDropEvent>
+#include <QtTest/QTest>
+#include <QtWidgets/QApplication>
+#include <QtWidgets/QMenu>
+
+using plotix::Date;
+
+// Another agent's property comes into a trend: by a drop, and from the menu of the list.
+
+namespace {
+
+/// A trend that keeps what can be changed of it.
+class KeepingTrend : public KTVPlugIn {
+    Q_OBJECT
+public:
+    static std::shared_ptr<KeepingTrend> make(const KTVPlugInModule::Arguments& arguments)
+    {
+        std::shared_ptr<KeepingTrend> trend(new KeepingTrend);
+        return trend->initWithAgent(arguments.agent, arguments.siteWindowController) ? trend : nullptr;
+    }
+    Q_INVOKABLE QVariantMap changeable() const { return m_state; }
+    Q_INVOKABLE void changeTo(const QVariantMap& state) { m_state = state; }
+    QStringList keys() const { return m_state.value(QStringLiteral("properties")).toStringList(); }
+
+private:
+    QVariantMap m_state{{QStringLiteral("properties"), QStringList("airTemperature")}};
+};
+
+class TrendOfTwoSourcesTest : public testing::Test {
+protected:
+    TrendOfTwoSourcesTest() : station(site.addStation()), roof(site.document->addAgent(QStringLiteral("Roof")))
+    {
+        roof->addProperty(QStringLiteral("Air Temperature"), QStringLiteral("°C"));
+        site.store(*roof, {1, 2, 3});
+        window = std::make_unique<plotix::SiteWindow>(site.document, plotix::WindowServices{&module, &desktop, &help});
+        window->show();
+        trend = std::dynamic_pointer_cast<KeepingTrend>(
+            window->controller().newTrend(station, {}, Date{0}, Date{10}, QStringLiteral("Day")));
+        QCoreApplication::processEvents();
+    }
+    void TearDown() override
+    {
+        trend.reset();
+        window.reset();
+        QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+    }
+
+    /// Drops a property of an agent on the middle of the trend, as the window gets it.
+    void drop(const plotix::SiteAgent& agent, const QString& key)
+    {
+        const auto data = mimeDataForPropertyNames(agent.uniqueIdentifier(), {key});
+        const QPoint place = trend->view()->mapTo(window.get(), trend->view()->rect().center());
+        QDragEnterEvent enter(place, Qt::CopyAction, data.get(), Qt::LeftButton, {});
+        QApplication::sendEvent(window.get(), &enter);
+        ASSERT_TRUE(enter.isAccepted());
+        QDropEvent drop(place, Qt::CopyAction, data.get(), Qt::LeftButton, {});
+        QApplication::sendEvent(window.get(), &drop);
+        QCoreApplication::processEvents();
+    }
+    void chooseForFirstOf(const plotix::SiteAgent& agent)
+    {
+        auto& list = *window->findChild<plotix::PropertyListView*>("propertyList");
+        const std::unique_ptr<QMenu> menu(list.makeMenuFor(agent.siteProperties().front()));
+        for (QAction* action : menu->actions())
+            if (action->text().remove('&') == "Add to the Trend in Front")
+                return action->trigger();
+        ADD_FAILURE() << "there is no such item";
+    }
+    QStringList names() const
+    {
+        QStringList names;
+        for (const auto& property : station->siteProperties())
+            names << property->name();
+        return names;
+    }
+
+    ScratchSite site;
+    std::shared_ptr<plotix::SiteAgent> station, roof;
+    ModuleOf<KeepingTrend> module;
+    plotix::DesktopUserInterface desktop;
+    plotix::HelpManager help;
+    std::unique_ptr<plotix::SiteWindow> window;
+    std::shared_ptr<KeepingTrend> trend;
+};
+
+TEST_F(TrendOfTwoSourcesTest, ADroppedPropertyOfAnotherAgentBecomesOneOfTheTrends)
+{
+    drop(*roof, "airTemperature");
+    EXPECT_EQ(names(), QStringList({"Air Temperature", "Pressure", "Air Temperature (Roof)"}));
+    EXPECT_EQ(station->siteProperties().back()->description().formula->text, "Roof.\"Air Temperature\"");
+    EXPECT_EQ(trend->keys(), QStringList({"airTemperature", station->siteProperties().back()->propertyName()}));
+}
+
+TEST_F(TrendOfTwoSourcesTest, IsOneStepThatIsUndoneAndDoneAgain)
+{
+    const int steps = window->undoStack().count();
+    drop(*roof, "airTemperature");
+    ASSERT_EQ(window->undoStack().count(), steps + 1);
+    EXPECT_EQ(window->undoStack().undoText(), "Add “Air Temperature (Roof)” to the trend");
+    window->undoStack().undo();
+    EXPECT_EQ(names(), QStringList({"Air Temperature", "Pressure"}));
+    EXPECT_EQ(trend->keys(), QStringList({"airTemperature"}));
+    window->undoStack().redo();
+    EXPECT_EQ(names().size(), 3);
+    EXPECT_EQ(trend->keys().size(), 2);
+}
+
+TEST_F(TrendOfTwoSourcesTest, TheMenuOfThePropertyDoesTheSame)
+{
+    chooseForFirstOf(*roof);
+    EXPECT_EQ(names().back(), "Air Temperature (Roof)");
+    EXPECT_EQ(trend->keys().size(), 2);
+}
+
+TEST_F(TrendOfTwoSourcesTest, WhatIsThereAlreadyIsNotMadeAgain)
+{
+    drop(*roof, "airTemperature");
+    drop(*roof, "airTemperature");
+    EXPECT_EQ(names().size(), 3);
+    EXPECT_EQ(trend->keys().size(), 2);
+}
+
+TEST_F(TrendOfTwoSourcesTest, AnOwnPropertyIsShownAsItIs)
+{
+    drop(*station, "pressure");
+    EXPECT_EQ(names().size(), 2);
+    EXPECT_EQ(trend->keys(), QStringList({"airTemperature", "pressure"}));
+}
+
+TEST_F(TrendOfTwoSourcesTest, OtherThingsAreNotTaken)
+{
+    QMimeData text;
+    text.setText("airTemperature");
+    QDragEnterEvent enter(QPoint(10, 10), Qt::CopyAction, &text, Qt::LeftButton, {});
+    QApplication::sendEvent(window.get(), &enter);
+    EXPECT_FALSE(enter.isAccepted());
+}
+
+}  // namespace
+
+#include "TrendOfTwoSourcesTest.moc"

@@ -1,0 +1,94 @@
+#include "hostapp/window/annotating/NoteDialog.h"
+
+#include <QtTest/QTest>
+#include <QtWidgets/QCheckBox>
+#include <QtWidgets/QDateTimeEdit>
+#include <QtWidgets/QDialogButtonBox>
+#include <QtWidgets/QLabel>
+#include <QtWidgets/QLineEdit>
+#include <QtWidgets/QListWidget>
+#include <QtWidgets/QPlainTextEdit>
+#include <QtWidgets/QPushButton>
+
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <memory>
+
+namespace plotix {
+
+namespace {
+
+constexpr double kNoon = 1'357'041'600.25;  // with a fraction that the fields do not show
+
+/// A note about a site with Air and Wind.
+class NoteDialogTest : public testing::Test {
+protected:
+    void open(SiteNote note)
+    {
+        dialog = std::make_unique<NoteDialog>(note, NoteDialog::Properties{{4, "Air"}, {9, "Wind"}});
+        dialog->show();
+    }
+    void openNew() { open({0, kNoon, kNoon, "Ada", {}, {}}); }
+    QPlainTextEdit& text() { return *dialog->findChild<QPlainTextEdit*>(); }
+    QCheckBox& box(const char* title)
+    {
+        for (QCheckBox* each : dialog->findChildren<QCheckBox*>())
+            if (each->text().remove('&') == QLatin1String(title))
+                return *each;
+        ADD_FAILURE() << "no " << title;
+        return *dialog->findChild<QCheckBox*>();
+    }
+    QDateTimeEdit& moment(int index) { return *dialog->findChildren<QDateTimeEdit*>().at(index); }
+    QListWidget& properties() { return *dialog->findChild<QListWidget*>(); }
+    QString problem() { return dialog->findChild<QLabel*>("problem")->text(); }
+    bool canAccept() { return dialog->findChild<QDialogButtonBox*>()->button(QDialogButtonBox::Ok)->isEnabled(); }
+
+    std::unique_ptr<NoteDialog> dialog;
+};
+
+TEST_F(NoteDialogTest, ANewNoteNeedsNothingButAText)
+{
+    openNew();
+    EXPECT_FALSE(canAccept());
+    QTest::keyClicks(&text(), "pump replaced");
+    EXPECT_TRUE(canAccept());
+    EXPECT_EQ(dialog->note(), (SiteNote{0, kNoon, kNoon, "Ada", "pump replaced", {}}));
+}
+
+TEST_F(NoteDialogTest, ASpanHasALaterEnd)
+{
+    openNew();
+    QTest::keyClicks(&text(), "storm");
+    box("Until:").click();
+    EXPECT_TRUE(problem().contains("later end")) << problem().toStdString();
+    moment(1).setDateTime(moment(1).dateTime().addSecs(3600));
+    EXPECT_TRUE(canAccept());
+    EXPECT_EQ(dialog->note().from, kNoon);
+    EXPECT_EQ(dialog->note().to, std::floor(kNoon) + 3600);
+    box("Until:").click();
+    EXPECT_EQ(dialog->note().to, kNoon);
+}
+
+TEST_F(NoteDialogTest, PropertiesAreTickedAndOnesThatAreGoneStayNamed)
+{
+    open({5, kNoon, kNoon, "Ada", "cold", {2, 4}});
+    EXPECT_FALSE(box("All properties").isChecked());
+    properties().item(0)->setCheckState(Qt::Unchecked);
+    properties().item(1)->setCheckState(Qt::Checked);
+    EXPECT_EQ(dialog->note().properties, (std::vector<qint64>{2, 9}));
+    box("All properties").click();
+    EXPECT_TRUE(dialog->note().properties.empty());
+}
+
+TEST_F(NoteDialogTest, AboutNothingIsRefused)
+{
+    openNew();
+    QTest::keyClicks(&text(), "cold");
+    box("All properties").click();
+    EXPECT_TRUE(problem().contains("Tick"));
+    EXPECT_FALSE(canAccept());
+}
+
+}  // namespace
+}  // namespace plotix
