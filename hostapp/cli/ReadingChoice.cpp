@@ -91,6 +91,11 @@ void addReadingChoice(CLI::App* command, ReadingChoice& choice)
         ->allow_extra_args(false)
         ->delimiter(',')
         ->check(checkDistance);
+    command->add_option("--without", choice.without, "Leave out the limits of the lines, the notes, or both")
+        ->type_name("limits,notes")
+        ->allow_extra_args(false)
+        ->delimiter(',')
+        ->check(CLI::IsMember({"limits", "notes"}));
 }
 
 QVariantMap readingFrom(const ReadingChoice& choice)
@@ -113,6 +118,8 @@ QVariantMap readingFrom(const ReadingChoice& choice)
             comparisons << textOf(*distance);
     if (!comparisons.isEmpty())
         reading.insert(QStringLiteral("comparing"), QVariantMap{{QStringLiteral("with"), comparisons}});
+    for (const std::string& key : choice.without)
+        reading.insert(QString::fromStdString(key), QVariantMap{{QStringLiteral("shown"), false}});
     return reading;
 }
 

@@ -22,12 +22,13 @@ struct ReadingChoice {
     QString at;                        ///< a time; empty: no value line
     QString marks;                     ///< two times with a slash between them; empty: no marks
     std::vector<std::string> compare;  ///< distances in time
+    std::vector<std::string> without;  ///< keys of what is left out: limits, notes
 
     bool isEmpty() const
     {
         return arrangement.isEmpty() && look.isEmpty() && fontSize.isEmpty() && legend.isEmpty() &&
                axisTitles.isEmpty() && lineWidth == 0 && !isTransparent && at.isEmpty() && marks.isEmpty() &&
-               compare.empty();
+               compare.empty() && without.empty();
     }
 };
 

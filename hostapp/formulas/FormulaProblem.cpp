@@ -72,6 +72,10 @@ QString sentenceOf(const FormulaProblem& problem)
         if (problem.one == QLatin1String(","))
             return FormulaText::tr(
                 "A comma separates a function's arguments; decimals stand behind a point, as in 0.5.");
+        if (!problem.one.isEmpty() && problem.one.front().isLetter())
+            return FormulaText::tr("“%1” does not belong here; a name with blanks stands in quotation marks, as in "
+                                   "\"Air Temperature\".")
+                .arg(problem.one);
         return FormulaText::tr("“%1” does not belong here.").arg(problem.one);
     case UnclosedQuote: return FormulaText::tr("This name has no closing quotation mark.");
     case UnclosedBracket: return FormulaText::tr("This bracket is not closed.");

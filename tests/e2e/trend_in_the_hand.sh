@@ -20,8 +20,8 @@ middle_of_graph="800 320"
 row_of_dew_point="426 692"
 disclosure="272 615"
 nowhere="900 783"
-values_strip=38x380+281+150   # the labels of the value axis
-times_strip=980x38+290+535    # those of the time axis
+values_strip=38x290+281+150   # the labels of the value axis
+times_strip=980x38+290+455    # those of the time axis, above the overview
 menu_strip=640x24+0+0
 graph_strip=940x385+325+150
 

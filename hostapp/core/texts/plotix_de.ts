@@ -268,6 +268,10 @@
         <source>A comma separates a function&apos;s arguments; decimals stand behind a point, as in 0.5.</source>
         <translation>Ein Komma trennt die Argumente einer Funktion; Dezimalen stehen hinter einem Punkt wie in 0.5.</translation>
     </message>
+    <message>
+        <source>“%1” does not belong here; a name with blanks stands in quotation marks, as in &quot;Air Temperature&quot;.</source>
+        <translation>„%1“ gehört nicht hierher; ein Name mit Leerzeichen steht in Anführungszeichen, wie "Air Temperature".</translation>
+    </message>
 </context>
 <context>
     <name>ImportOfferText</name>

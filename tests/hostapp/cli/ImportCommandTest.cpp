@@ -19,7 +19,7 @@ TEST_F(ImportCommandTest, ImportMakesSiteAgentAndFirstTrend)
     const TrendRequest& trend = m_services.stored.front();
     EXPECT_EQ(trend.title, QStringLiteral("EWR"));
     EXPECT_EQ(trend.agent->name(), QStringLiteral("EWR"));
-    EXPECT_EQ(trend.properties.size(), 1U);  // of one unit
+    EXPECT_EQ(trend.properties.size(), 2U);  // each in a lane of its unit
     EXPECT_EQ(trend.from, Date{1420070400});
     EXPECT_EQ(trend.to, Date{1420156800});
 }

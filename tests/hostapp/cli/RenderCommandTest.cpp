@@ -199,6 +199,16 @@ TEST_F(RenderCommandTest, PlacesThatCannotBeWrittenAreSaidToBe)
     expectFailure({"export", site(), "--output", path("none/a.csv")}, 1, QStringLiteral("cannot be written"));
 }
 
+TEST_F(RenderCommandTest, LimitsAndNotesMayBeLeftOut)
+{
+    importWeather();
+    ASSERT_EQ(run({"render", site(), "--output", path("a.png"), "--without", "limits,notes"}), 0)
+        << m_error.toStdString();
+    const QVariantMap hidden{{"shown", false}};
+    EXPECT_EQ(m_services.rendered[0].reading, (QVariantMap{{"limits", hidden}, {"notes", hidden}}));
+    expectFailure({"render", site(), "--output", path("a.png"), "--without", "marks"}, 2, QStringLiteral("--without"));
+}
+
 }  // namespace
 
 }  // namespace plotix

@@ -85,6 +85,13 @@ TEST(FormulaParserTest, WhatDoesNotBelongIsMarked)
     EXPECT_EQ(problemOf("a )").kind, Kind::Unexpected);
 }
 
+TEST(FormulaParserTest, ANameWithBlanksIsAskedToStandInQuotes)
+{
+    EXPECT_EQ(marked("Air Temperature"), "Air Temperature\n    ^^^^^^^^^^^");
+    EXPECT_TRUE(sentenceOf(problemOf("Air Temperature")).contains(QStringLiteral("in quotation marks")));
+    EXPECT_FALSE(sentenceOf(problemOf("a )")).contains(QStringLiteral("in quotation marks")));
+}
+
 TEST(FormulaParserTest, ADecimalCommaIsExplained)
 {
     EXPECT_EQ(marked("a * 0,5"), "a * 0,5\n     ^");

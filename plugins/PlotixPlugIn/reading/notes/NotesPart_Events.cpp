@@ -109,7 +109,8 @@ bool NotesPart::eventFilter(QObject* watched, QEvent* event)
 const NoteFlag* NotesPart::flagAt(const QPointF& point)
 {
     const auto where = m_layer ? geometry() : std::nullopt;
-    m_flags = where ? m_layer->flags(*where) : std::vector<NoteFlag>();
+    const bool isAbovePlots = where && point.y() < where->plotArea.top();  // most moves of the pointer are not
+    m_flags = isAbovePlots ? m_layer->flags(*where) : std::vector<NoteFlag>();
     const auto found =
         std::find_if(m_flags.begin(), m_flags.end(), [&](const NoteFlag& flag) { return flag.place.contains(point); });
     return found == m_flags.end() ? nullptr : &*found;

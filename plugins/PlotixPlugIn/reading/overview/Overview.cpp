@@ -70,7 +70,7 @@ void Overview::attach()
     if (!m_shown || !graph || (m_layer && m_graph.lock() == graph))
         return;
     detach();
-    m_layer = std::make_shared<OverviewLayer>();
+    m_layer = std::make_shared<OverviewLayer>(trend());
     m_graph = graph;
     graph->addLayer(m_layer);
     takeLines();
@@ -78,6 +78,8 @@ void Overview::attach()
 
 void Overview::detach()
 {
+    if (m_layer)
+        m_layer->stop();
     if (const CPTXYGraphPtr graph = m_graph.lock()) {
         graph->removeLayer(m_layer);
         graph->setNeedsDisplay();  // its room is free again
@@ -92,7 +94,7 @@ void Overview::takeLines()
     const CPTXYGraphPtr graph = m_graph.lock();
     if (!graph)
         return;
-    m_layer->take(*graph, trend().readSpan());
+    m_layer->take(*graph);
     graph->setNeedsDisplay();
 }
 

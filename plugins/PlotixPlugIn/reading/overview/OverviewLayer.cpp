@@ -39,6 +39,12 @@ CPTTextStyle timesStyle(const CPTXYGraph& graph)
 
 }  // namespace
 
+void OverviewLayer::take(const CPTXYGraph& graph)
+{
+    if (m_trend)
+        m_picture.take(graph, m_trend->readSpan());
+}
+
 std::optional<CPTLayerRoom> OverviewLayer::room(const QSizeF& frame) const
 {
     if (!m_picture.whole() || frame.height() < kLeastFrame)
@@ -61,6 +67,7 @@ std::optional<OverviewWindow> OverviewLayer::windowIn(const plotkit::GraphGeomet
 
 void OverviewLayer::drawInGraph(QPainter& painter, const plotkit::GraphGeometry& geometry)
 {
+    take(geometry.graph);  // what was asked for is known only once the records are shown
     const std::optional<OverviewWindow> found = windowIn(geometry);
     if (!found)
         return;

@@ -3,6 +3,7 @@
 #include "plotkit/model/CPTGraphLayer.h"
 #include "plugins/PlotixPlugIn/reading/overview/OverviewPicture.h"
 #include "plugins/PlotixPlugIn/reading/overview/OverviewWindow.h"
+#include "plugins/PlotixPlugIn/reading/trend/ReadTrend.h"
 #include "plugins/PlotixPlugIn/reading/values/ValueTexts.h"
 
 #include <optional>
@@ -14,8 +15,13 @@ namespace plotix {
 
 class OverviewLayer : public CPTGraphLayer {
 public:
-    /// Needs the whole graph drawn again where there were no lines before, or are none now.
-    void take(const CPTXYGraph& graph, const std::optional<TimeSpan>& asked) { m_picture.take(graph, asked); }
+    /// `trend` is *borrowed* until `stop`.
+    explicit OverviewLayer(const ReadTrend& trend) : m_trend(&trend) {}
+    void stop() { m_trend = nullptr; }
+
+    /// Takes the lines as they are, as drawing does. Needs the whole graph drawn again where there were none before, or
+    /// are none now.
+    void take(const CPTXYGraph& graph);
 
     void drawInGraph(QPainter& painter, const plotkit::GraphGeometry& geometry) override;
     std::optional<CPTLayerRoom> room(const QSizeF& frame) const override;
@@ -27,6 +33,7 @@ private:
     void drawTimes(QPainter& painter, const OverviewWindow& window, const QRectF& room,
                    const CPTTextStyle& style) const;
 
+    const ReadTrend* m_trend;
     OverviewPicture m_picture;
     ValueTexts m_texts;
 };

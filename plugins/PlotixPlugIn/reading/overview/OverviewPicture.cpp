@@ -106,7 +106,7 @@ void OverviewPicture::rebuild(const CPTXYGraph& graph)
         }
     }
     if (m_whole && m_asked)
-        join(m_whole, *m_asked);
+        m_whole = m_asked;  // all records lie there; a line without any has a point that is none of them
     if (m_whole && !(m_whole->to > m_whole->from))
         m_whole.reset();  // a single record needs no overview
     if (!m_whole)

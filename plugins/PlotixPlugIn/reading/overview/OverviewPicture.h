@@ -20,7 +20,8 @@ namespace plotix {
 
 class OverviewPicture {
 public:
-    /// Takes the lines of this graph as they are now; `asked` is shown too where records were asked for and none came.
+    /// Takes the lines of this graph as they are now; `asked` is what their records were asked for, where that is
+    /// known.
     void take(const CPTXYGraph& graph, const std::optional<TimeSpan>& asked);
     /// What it spans; nothing without points.
     const std::optional<TimeSpan>& whole() const { return m_whole; }

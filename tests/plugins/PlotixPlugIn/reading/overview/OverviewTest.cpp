@@ -54,6 +54,14 @@ TEST_F(OverviewTest, ALowGraphKeepsItsRoomForTheLines)
     EXPECT_TRUE(room().isEmpty());
 }
 
+TEST_F(OverviewTest, SpansWhatWasAskedForEvenWhereALineHasNoRecords)
+{
+    auto records = recordsAt({minute(10), minute(20)}).column("airTemperature", {1, 2});
+    answerRefresh(records.column("pressure", {kInvalid, kInvalid}).column("wind", {kInvalid, kInvalid}));
+    QTest::mouseDClick(&graphView(), Qt::LeftButton, {}, stripAt(45));
+    EXPECT_GE(times().minLimit(), kFrom);
+}
+
 TEST_F(OverviewTest, ADragOfTheWindowMovesWhatIsShown)
 {
     showMinutes(10, 30);
