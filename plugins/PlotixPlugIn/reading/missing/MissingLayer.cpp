@@ -1,12 +1,14 @@
 #include "plugins/PlotixPlugIn/reading/missing/MissingLayer.h"
 
 #include "plotkit/layout/GraphGeometry.h"
+#include "plotkit/render/ClippedPaths.h"
 #include "plotkit/render/GraphText.h"
 #include "plugins/PlotixPlugIn/reading/trend/ReadingPart.h"
 #include "plugins/PlotixPlugIn/reading/values/GraphLook.h"
 
 #include <QtCore/QDateTime>
 #include <QtGui/QFontMetricsF>
+#include <QtGui/QPaintEngine>
 #include <QtGui/QPainter>
 
 #include <algorithm>
@@ -44,8 +46,16 @@ void hatch(QPainter& painter, const QRectF& place, const QRectF& area, const Mis
     painter.setClipRect(place, Qt::IntersectClip);
     painter.setPen(QPen(look.hatch, 1));
     const double first = area.left() + std::floor((place.left() - area.left()) / distance) * distance;
-    for (double x = first; x < place.right() + area.height(); x += distance)
-        painter.drawLine(QPointF(x, area.top()), QPointF(x - area.height(), area.bottom()));
+    const bool heedsClip = painter.paintEngine()->type() != QPaintEngine::SVG;
+    for (double x = first; x < place.right() + area.height(); x += distance) {
+        const QLineF line(x, area.top(), x - area.height(), area.bottom());
+        QPainterPath path(line.p1());
+        path.lineTo(line.p2());
+        if (heedsClip)
+            painter.drawLine(line);
+        else
+            painter.drawPath(plotkit::linesWithin(path, place));
+    }
     painter.restore();
 }
 
