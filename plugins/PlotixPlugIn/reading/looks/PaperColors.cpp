@@ -33,7 +33,7 @@ QColor colorOnPaper(const QColor& color)
     QColor darker = color;
     while (lightness > 0 && contrastWithWhite(darker) < kLeastContrast) {
         lightness = std::max(0.0F, lightness - 0.02F);
-        darker.setHslF(std::max(0.0F, hue), saturation, lightness);
+        darker.setHslF(std::max(0.0F, hue), saturation, lightness, color.alphaF());
     }
     return darker;
 }
