@@ -63,7 +63,7 @@ ALLOWED = {
     "hostapp/demo": DOCUMENT,
     "hostapp/print": CORE,
     "hostapp/web": CORE,
-    "hostapp/site": SITE - {"hostapp/site"},
+    "hostapp/site": (SITE - {"hostapp/site"}) | {"base/png"},
     "hostapp/window": SITE | EXCHANGE | LIVE | {"hostapp/window/importing", "hostapp/window/computing",
                                                      "hostapp/window/annotating"},
     "hostapp/window/importing": DOCUMENT | EXCHANGE,

@@ -12,6 +12,7 @@
 #include "hostapp/window/ImportOffer.h"
 #include "hostapp/window/ScreenFit.h"
 #include "hostapp/window/SiteWindows.h"
+#include "hostapp/window/ViewSite.h"
 #include "plugins/PlotixPlugIn/host/PngImage.h"
 
 #include <QtCore/QTimer>
@@ -42,8 +43,10 @@ int quitWhenDrawn(SiteWindow& window)
 /// The site asked for, or the one that the user chooses for files to import; null: none.
 SiteWindow* windowFor(const OpenRequest& request, SiteWindows& windows)
 {
-    if (request.imports.isEmpty())
-        return windows.open(request.site);
+    if (request.imports.isEmpty()) {
+        const QString site = request.site.isEmpty() ? siteToShow(*request.view, {}, nullptr) : request.site;
+        return site.isEmpty() ? nullptr : windows.open(site);
+    }
     while (const std::optional<ImportOffer> chosen = askWhereToImport(request.imports.first())) {
         try {
             return chosen->isNew ? windows.create(chosen->site) : windows.open(chosen->site);
@@ -85,6 +88,8 @@ int ProgramServices::runWindow(const OpenRequest& request)
     if (!window)
         return 0;  // the user wants none
     window->show();
+    if (request.view)
+        QTimer::singleShot(0, window, [window, view = *request.view] { window->showView(view); });
     if (!request.imports.isEmpty())
         QTimer::singleShot(0, window, [window, files = request.imports] { window->askAndImportAll(files); });
     if (qEnvironmentVariableIsSet(kQuitWhenDrawn))
@@ -103,7 +108,10 @@ int ProgramServices::savePicture(const OpenRequest& request)
     applyAppearance(*qApp);
     QApplication::setQuitOnLastWindowClosed(false);
     SiteWindows windows(windowServices(), [this](const auto& document) { m_composition.documentOpened(document); });
-    const QImage picture = pictureOfWindow(*windows.open(request.site), request.screenshotSize);
+    SiteWindow& window = *windows.open(request.site);
+    if (request.view)
+        window.controller().showView(*request.view);
+    const QImage picture = pictureOfWindow(window, request.screenshotSize);
     writeOutput(FileKind::Png, request.screenshot, pngOfImage(picture));
     return 0;
 }

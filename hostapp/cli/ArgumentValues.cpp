@@ -142,7 +142,10 @@ std::string checkRange(const std::string& text)
 
 std::string checkPicture(const std::string& text)
 {
-    return isNameOf(FileKind::Png, text) || isNameOf(FileKind::Pdf, text) ? std::string() : "must end in .png or .pdf";
+    for (const FileKind kind : {FileKind::Png, FileKind::Pdf, FileKind::Svg})
+        if (isNameOf(kind, text))
+            return {};
+    return "must end in .png, .pdf or .svg";
 }
 
 std::string checkPdf(const std::string& text)

@@ -10,6 +10,7 @@
 #include "hostapp/core/QuickRanges.h"
 #include "hostapp/demo/DemonstrationSite.h"
 #include "hostapp/demo/DemonstrationTrends.h"
+#include "hostapp/site/ViewLink.h"
 #include "hostapp/site/WaitForRecords.h"
 
 #include <QtCore/QFileInfo>
@@ -25,6 +26,7 @@ namespace {
 
 struct OpenCommand {
     QStringList files;          ///< a site, or files of measurements; empty: the demonstration site
+    QString siteOfView;         ///< where a figure or a link has its site, if it is not found
     QString screenshot;         ///< empty: a window on the screen
     std::optional<QSize> size;  ///< of the window in the picture
 };
@@ -135,14 +137,56 @@ int openSiteOrDemonstration(const OpenCommand& command, CommandContext context)
             QStringLiteral("there is no display to open a window on; use plotix render, or --screenshot"));
     if (!command.screenshot.isEmpty())
         requireWritable(FileKind::Png, command.screenshot);
-    OpenRequest request{site, {}, command.screenshot, command.size.value_or(kUsualWindowSize)};
+    OpenRequest request{site, {}, {}, command.screenshot, command.size.value_or(kUsualWindowSize)};
     if (site.isEmpty() || isDemonstration(site))
         request.site = openDemonstration(context);
     return needsDisplay ? drawDemonstration(request.site, context) : context.services.open(request);
 }
 
+/// What a figure or a link shows; nothing for any other file.
+std::optional<ShownView> viewIn(const QString& text)
+{
+    if (const auto view = viewInLink(text))
+        return view;
+    QFile file(text);
+    constexpr qint64 kMostBytes = 1 << 29;  // no figure is as large
+    const FileKind kind = QFileInfo(text).isFile() ? kindOfFile(text) : FileKind::Other;
+    const bool isFigure = kind == FileKind::Png || kind == FileKind::Pdf || kind == FileKind::Svg;
+    if (!isFigure || file.size() > kMostBytes || !file.open(QIODevice::ReadOnly))
+        return std::nullopt;
+    const auto view = viewInFigure(file.readAll());
+    if (!view)
+        throw ReportableError(
+            QStringLiteral("%1 does not tell what it shows, so it cannot be opened as a view").arg(text));
+    return view;
+}
+
+int openView(const ShownView& view, const OpenCommand& command, CommandContext context)
+{
+    const bool needsDisplay = command.screenshot.isEmpty();
+    if (needsDisplay && !context.services.hasDisplay())
+        throw ReportableError(
+            QStringLiteral("there is no display to open a window on; use plotix render, or --screenshot"));
+    OpenRequest request{command.siteOfView, {}, view, command.screenshot, command.size.value_or(kUsualWindowSize)};
+    const QString here = QFileInfo(command.files.first()).absolutePath();
+    if (request.site.isEmpty())
+        request.site = siteOfView(view, {here, QStringLiteral(".")}).value_or(QString());
+    if (request.site.isEmpty() && !needsDisplay)
+        throw ReportableError(
+            QStringLiteral("it shows %1 of the site %2, which is not here; say where it is with --site")
+                .arg(view.trend, view.siteFile));
+    if (!request.site.isEmpty() && !QFileInfo::exists(request.site))
+        throw ReportableError(QStringLiteral("there is no site %1").arg(request.site));
+    if (!command.screenshot.isEmpty())
+        requireWritable(FileKind::Png, command.screenshot);
+    return context.services.open(request);
+}
+
 int runCommand(const OpenCommand& command, CommandContext context)
 {
+    if (command.files.size() == 1)
+        if (const auto view = viewIn(command.files.first()))
+            return openView(*view, command, context);
     for (const QString& file : command.files)
         if (!QFileInfo::exists(file))
             throw ReportableError((isSiteName(file) ? QStringLiteral("there is no site %1; plotix import makes one")
@@ -162,13 +206,18 @@ Command addOpen(CLI::App& program)
     const auto options = std::make_shared<OpenCommand>();
     CLI::App* open =
         program.add_subcommand("open", "Open a site in the site window; without SITE the demonstration site");
-    addTexts(open, "SITE", options->files, "A site document, NAME.plotix; or files of measurements to import");
+    addTexts(open, "SITE", options->files,
+             "A site document, NAME.plotix; a figure or a link made by Plotix, to show what it shows; or files of "
+             "measurements to import");
+    addText(open, "--site", options->siteOfView, "The site of a figure or a link, where it is not beside it")
+        ->type_name("NAME.plotix");
     addText(open, "--screenshot", options->screenshot, "Save a picture of the window when the trend is drawn, and exit")
         ->type_name("FILE.png")
         ->check(checkPng);
     addSize(open, "--size", options->size, "The window's size in points, for --screenshot");
     open->footer(
-        "Examples:\n  plotix open nyc.plotix\n  plotix open nyc.plotix --screenshot window.png --size 1280x800");
+        "Examples:\n  plotix open nyc.plotix\n  plotix open nyc.plotix --screenshot window.png --size 1280x800\n"
+        "  plotix open figure.pdf --site nyc.plotix");
     Command command{open, Command::Makes::Picture};
     command.run = [options](CommandContext context) { return runCommand(*options, context); };
     command.wantsWindow = [options] { return options->screenshot.isEmpty(); };

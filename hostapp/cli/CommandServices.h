@@ -1,5 +1,6 @@
 #pragma once
 
+#include "hostapp/site/FigureRecipe.h"
 #include "hostapp/site/ServedSites.h"
 #include "hostapp/site/StoredReport.h"
 #include "hostapp/site/TrendRequest.h"
@@ -18,6 +19,7 @@ namespace plotix {
 struct OpenRequest {
     QString site;                             ///< path of an existing site document; empty when there are `imports`
     QStringList imports{};                    ///< files of measurements; the user is asked for the site they go into
+    std::optional<ShownView> view{};          ///< to be shown; without `site` the user is asked for its site
     QString screenshot;                       ///< PNG file to save the whole window in, then exit; empty: none
     QSize screenshotSize = kUsualWindowSize;  ///< of the window, points
 };

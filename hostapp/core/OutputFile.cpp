@@ -18,9 +18,10 @@ struct KnownKind {
     const char* endings;  ///< of what is written, separated by blanks; empty: never written
 };
 
-constexpr std::array<KnownKind, 7> kKinds = {{
+constexpr std::array<KnownKind, 8> kKinds = {{
     {FileKind::Png, "a PNG picture", "png"},
     {FileKind::Pdf, "a PDF document", "pdf"},
+    {FileKind::Svg, "an SVG drawing", "svg"},
     {FileKind::Text, "a text", "csv txt"},
     {FileKind::Workbook, "a spreadsheet or another archive", "xlsx"},
     {FileKind::Database, "a site or another database", ""},
@@ -40,6 +41,13 @@ const KnownKind& known(FileKind kind)
 bool isText(const QByteArray& beginning)
 {
     return beginning.startsWith("\xff\xfe") || beginning.startsWith("\xfe\xff") || !beginning.contains('\0');
+}
+
+/// Markup whose first element says so.
+bool isDrawing(const QByteArray& beginning)
+{
+    const QByteArray text = beginning.trimmed();
+    return text.startsWith("<svg") || (text.startsWith("<?xml") && text.contains("<svg"));
 }
 
 QString saidEndings(FileKind kind)
@@ -80,7 +88,9 @@ FileKind kindOfFile(const QString& path)
         return FileKind::Database;
     if (beginning.startsWith("PK\x03\x04") || beginning.startsWith("PK\x05\x06"))
         return FileKind::Workbook;
-    return isText(beginning) ? FileKind::Text : FileKind::Other;
+    if (!isText(beginning))
+        return FileKind::Other;
+    return isDrawing(beginning) ? FileKind::Svg : FileKind::Text;
 }
 
 QStringList endingsOf(FileKind kind)

@@ -19,6 +19,7 @@ namespace plotix {
 enum class FileKind {
     Png,
     Pdf,
+    Svg,
     Text,      ///< measurements, a row a line
     Workbook,  ///< measurements as a spreadsheet program stores them
     Database,  ///< a site is one; never written here

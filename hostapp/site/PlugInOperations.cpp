@@ -46,6 +46,16 @@ QByteArray graphPDF(KTVPlugIn* plugIn, const QSizeF& size, const QString& title)
     return data;
 }
 
+std::optional<QByteArray> graphFile(KTVPlugIn* plugIn, const QVariantMap& figure)
+{
+    if (!plugIn || plugIn->metaObject()->indexOfMethod("graphFile(QVariantMap)") < 0)
+        return std::nullopt;
+    QByteArray data;
+    QMetaObject::invokeMethod(plugIn, "graphFile", Qt::DirectConnection, Q_RETURN_ARG(QByteArray, data),
+                              Q_ARG(QVariantMap, figure));
+    return data;
+}
+
 bool canPrintOnPage(const KTVPlugIn* plugIn)
 {
     return plugIn && plugIn->metaObject()->indexOfMethod("reportContents()") >= 0 &&

@@ -31,6 +31,9 @@ bool drawsGraph(const KTVPlugIn* plugIn);
 /// The same as a vector PDF; empty when there is none.
 QByteArray graphPDF(KTVPlugIn* plugIn, const QSizeF& size, const QString& title);
 
+/// The graph as a file, see KTVPlotixPlugIn::graphFile; nothing when the plug-in has no such operation.
+std::optional<QByteArray> graphFile(KTVPlugIn* plugIn, const QVariantMap& figure);
+
 /// Whether the plug-in can tell which range it shows, and show another one. Ranges are seconds since 1970-01-01 UTC.
 bool canShowRange(const KTVPlugIn* plugIn);
 std::optional<std::pair<double, double>> shownRange(const KTVPlugIn* plugIn);      ///< nothing when it cannot tell

@@ -13,8 +13,8 @@ namespace plotix {
 
 namespace {
 
-constexpr int kLookInterval = 1000;     // milliseconds
-constexpr double kPixels = 1000;        // about as many as a graph is wide
+constexpr int kFollowInterval = 1000;   // milliseconds
+constexpr double kGraphPixels = 1000;   // about as many as a graph is wide
 constexpr double kSoonestMove = 3;      // seconds
 constexpr double kLatestMove = 60;      // seconds
 constexpr double kLatestAnswer = 20;    // seconds; then it is moved again
@@ -61,7 +61,7 @@ std::optional<FollowSpan> followSpanNamed(const QString& name)
 
 TrendFollower::TrendFollower(Clock clock, Rests rests) : m_clock(std::move(clock)), m_rests(rests)
 {
-    m_timer.setInterval(kLookInterval);
+    m_timer.setInterval(kFollowInterval);
     connect(&m_timer, &QTimer::timeout, this, &TrendFollower::moveThoseDue);
 }
 
@@ -135,7 +135,7 @@ TrendFollower::Verdict TrendFollower::lookAfter(Followed& followed, double now)
     if (!isSeen(*plugIn))
         return Verdict::Keep;  // it is moved when it is visible again
     const double due =
-        answered ? std::clamp((followed.asked.second - followed.asked.first) / kPixels, kSoonestMove, kLatestMove)
+        answered ? std::clamp((followed.asked.second - followed.asked.first) / kGraphPixels, kSoonestMove, kLatestMove)
         : waits  ? kLatestAnswer
                  : 0;
     const double since = now - followed.askedAt;

@@ -18,11 +18,19 @@ QByteArray pngOf(const QImage& image)
 QByteArray pictureOf(const KTVPlugInPtr& trend, const TrendPicture& picture)
 {
     const bool isPdf = picture.format == FileKind::Pdf;
-    if (picture.what == TrendPicture::What::Graph)
-        return isPdf ? graphPDF(trend.get(), picture.size, picture.title)
-                     : pngOf(graphImage(trend.get(), picture.size, picture.density, picture.title));
-    const ViewReport report(trend, ReportForm::Page, picture.title);
-    return isPdf ? report.picturePdf(picture.size) : pngOf(report.picture(picture.size, picture.density));
+    if (picture.what == TrendPicture::What::GraphAndTable) {
+        const ViewReport report(trend, ReportForm::Page, picture.title);
+        return isPdf ? report.picturePdf(picture.size) : pngOf(report.picture(picture.size, picture.density));
+    }
+    const QVariantMap figure{{QStringLiteral("format"), endingsOf(picture.format).first()},
+                             {QStringLiteral("size"), picture.size},
+                             {QStringLiteral("density"), picture.density},
+                             {QStringLiteral("title"), picture.title},
+                             {QStringLiteral("reading"), picture.reading}};
+    if (const auto file = graphFile(trend.get(), figure))
+        return *file;
+    return isPdf ? graphPDF(trend.get(), picture.size, picture.title)
+                 : pngOf(graphImage(trend.get(), picture.size, picture.density, picture.title));
 }
 
 }  // namespace plotix

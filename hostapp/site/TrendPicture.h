@@ -13,10 +13,11 @@ struct TrendPicture {
         GraphAndTable  ///< dark on white, with title, span and figures
     };
     What what = What::Graph;
-    FileKind format = FileKind::Png;  ///< or Pdf
-    QSize size = kUsualGraphSize;     ///< points; with a long table it gets higher
+    FileKind format = FileKind::Png;  ///< or Pdf; of the graph alone also Svg
+    QSizeF size = kUsualGraphSize;    ///< points; with a long table it gets higher
     double density = 2;               ///< pixels a point; of PNG alone
     QString title;                    ///< above the graph, which alone has none where it is empty
+    QVariantMap reading{};            ///< options of the trend chosen for this picture of its graph alone
 };
 
 /// The picture as a file's bytes; empty where there is nothing to draw yet or it would be too large. The trend's

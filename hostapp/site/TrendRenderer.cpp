@@ -4,9 +4,10 @@
 #include "hostapp/site/MakeTrend.h"
 #include "hostapp/site/ModuleNames.h"
 #include "hostapp/site/PlugInOperations.h"
+#include "hostapp/site/ShownTrend.h"
+#include "hostapp/site/TrendPicture.h"
 #include "hostapp/site/TrendReading.h"
 #include "hostapp/site/WaitForRecords.h"
-#include "plugins/PlotixPlugIn/host/PngImage.h"
 #include "records/store/RecordStore.h"
 
 #include <QtCore/QDateTime>
@@ -53,6 +54,16 @@ void requireRecordsToDraw(const TrendRequest& trend)
                : QStringLiteral("%1; %2 has no records.").arg(asked, trend.agent->name()));
 }
 
+FileKind kindOf(RenderRequest::Format format)
+{
+    switch (format) {
+    case RenderRequest::Format::Png: return FileKind::Png;
+    case RenderRequest::Format::Pdf: return FileKind::Pdf;
+    case RenderRequest::Format::Svg: return FileKind::Svg;
+    }
+    return FileKind::Png;
+}
+
 [[noreturn]] void failToDraw(const QSize& size)
 {
     throw ReportableError(QStringLiteral("The graph could not be drawn at %1 × %2 points; ask for a smaller size.")
@@ -75,16 +86,18 @@ QByteArray TrendRenderer::renderView(const RenderRequest& request) const
     setReading(plugIn.get(), request.reading);
     loadViewAtSize(*plugIn, request.size.toSize());
     requireRecords(*request.trend.agent);
-    QByteArray data;
-    if (request.format == RenderRequest::Format::Pdf) {
-        data = graphPDF(plugIn.get(), request.size, request.trend.title);
-    } else {
-        const QImage image = graphImage(plugIn.get(), request.size, request.density, request.trend.title);
-        data = image.isNull() ? QByteArray() : pngOfImage(image);
-    }
+    const QByteArray data = pictureOf(plugIn, {.format = kindOf(request.format),
+                                               .size = request.size,
+                                               .density = request.density,
+                                               .title = request.trend.title});
     if (data.isEmpty())
         failToDraw(request.size.toSize());
-    return data;
+    if (!request.hasRecipe || !request.trend.document)
+        return data;
+    ShownView view = viewOf(plugIn, *request.trend.document);
+    if (request.trend.title.isEmpty())
+        view.trend = request.trend.agent->name();
+    return withRecipe(kindOf(request.format), data, recipeOf(view));
 }
 
 QByteArray TrendRenderer::renderBare(const RenderRequest& request) const

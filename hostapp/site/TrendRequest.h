@@ -23,14 +23,15 @@ struct TrendRequest {
 
 /// A trend drawn into a file.
 struct RenderRequest {
-    enum class Format { Png, Pdf };
+    enum class Format { Png, Pdf, Svg };
 
     TrendRequest trend;
     QSizeF size = kUsualGraphSize;  ///< points
     double density = 1;             ///< of a PNG: pixels a point
     Format format = Format::Png;
-    QVariantMap reading;  ///< options chosen for this picture, by name
-    bool bare = false;    ///< through the off-screen class operation: theme axes only; always Png
+    QVariantMap reading;    ///< options chosen for this picture, by name
+    bool hasRecipe = true;  ///< the file tells what it shows, see FigureRecipe.h
+    bool bare = false;      ///< through the off-screen class operation: theme axes only; always Png
 };
 
 }  // namespace plotix

@@ -23,6 +23,8 @@
 /// `itemsWithRepresentedObjectsOfClass` and `sourceList().items()`.
 namespace plotix {
 
+struct ShownView;
+
 class WorkingSite : public QObject, public KTVSiteWindowController {
     Q_OBJECT
 public:
@@ -60,6 +62,9 @@ public:
                           OptionalDate to, const QString& title);
     /// The same; followed from the beginning if the plan says so.
     KTVPlugInPtr newTrend(const std::shared_ptr<SiteAgent>& agent, const TrendPlan& plan);
+    /// Shows what a figure or a link tells: in the trend of this title and these properties, or in a new one. Throws
+    /// ReportableError where the site does not have it.
+    KTVPlugInPtr showView(const ShownView& view);
     void removePlugIn(const KTVPlugInPtr& plugIn);
     /// Puts a removed plug-in back into the list, at a row, and selects it.
     void restorePlugIn(const KTVPlugInPtr& plugIn, int row);

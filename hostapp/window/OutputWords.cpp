@@ -16,6 +16,7 @@ QString textOfOtherKind(FileKind found, const QString& name)
     switch (found) {
     case FileKind::Png: return OutputText::tr("“%1” is a PNG picture. Choose another name.").arg(name);
     case FileKind::Pdf: return OutputText::tr("“%1” is a PDF document. Choose another name.").arg(name);
+    case FileKind::Svg: return OutputText::tr("“%1” is an SVG drawing. Choose another name.").arg(name);
     case FileKind::Text: return OutputText::tr("“%1” is a text. Choose another name.").arg(name);
     case FileKind::Workbook:
         return OutputText::tr("“%1” is a spreadsheet or another archive. Choose another name.").arg(name);

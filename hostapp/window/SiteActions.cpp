@@ -87,6 +87,14 @@ void buildEditMenu(QMainWindow* window, QUndoStack* undoStack, SiteActions& acti
     menu->addSeparator();
     actions.copy = addAction(menu, SiteMenus::tr("&Copy"), QKeySequence::Copy);
     actions.copy->setToolTip(SiteMenus::tr("What is selected; of a trend its table, as text and for spreadsheets."));
+    actions.copyPicture =
+        addAction(menu, SiteMenus::tr("Copy &Picture"), QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_C));
+    actions.copyRecords = addAction(menu, SiteMenus::tr("Copy Recor&ds"));
+    actions.copyRecords->setToolTip(SiteMenus::tr("Those of the lines and the span shown, as rows for a spreadsheet."));
+    actions.copyLink = addAction(menu, SiteMenus::tr("Copy &Link"));
+    actions.copyLink->setToolTip(
+        SiteMenus::tr("A line of text that names site, trend and span; “plotix open LINK” shows them."));
+    actions.copyMarkedLink = addAction(menu, SiteMenus::tr("Copy Link to &A – B"));
     menu->addSeparator();
     actions.undoImport = addAction(menu, SiteMenus::tr("Undo &Import…"));
     actions.undoImport->setToolTip(SiteMenus::tr("Takes back what the last import added and replaced."));
@@ -219,7 +227,9 @@ void buildTrendWindowMenus(QMenuBar* bar, const SiteActions& actions, const QLis
 {
     addMenu(bar, SiteMenus::tr("&File"))
         ->addActions({actions.exportPicture, actions.exportReport, actions.ownForms->menuAction(), actions.print});
-    addMenu(bar, SiteMenus::tr("&Edit"))->addActions({actions.undo, actions.redo, actions.copy});
+    addMenu(bar, SiteMenus::tr("&Edit"))
+        ->addActions(
+            {actions.undo, actions.redo, actions.copy, actions.copyPicture, actions.copyRecords, actions.copyLink});
     QMenu* view = addMenu(bar, SiteMenus::tr("&View"));
     view->addActions({actions.refresh, actions.fit, actions.follow});
     view->addSeparator();

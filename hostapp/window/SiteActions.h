@@ -27,6 +27,7 @@ struct SiteActions {
     QAction* classicReport = nullptr;  ///< checkable: reports, and printing
     QAction* print = nullptr;
     QAction* serveOnWeb = nullptr;
+    QAction *copyPicture = nullptr, *copyRecords = nullptr, *copyLink = nullptr, *copyMarkedLink = nullptr;
     QAction* copyWebAddress = nullptr;
     QMenu* openRecent = nullptr;
     QAction* close = nullptr;

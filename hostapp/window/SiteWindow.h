@@ -1,6 +1,7 @@
 #pragma once
 
 #include "hostapp/exchange/Importer.h"
+#include "hostapp/site/FigureRecipe.h"
 #include "hostapp/window/SiteActions.h"
 #include "hostapp/window/SiteWindowController.h"
 #include "plugins/PlotixPlugIn/host/KTVHelpManager.h"
@@ -87,11 +88,17 @@ public:
     void startImport(const QString& file, const ImportOptions& options);
     void askAndImportAll(const QStringList& files);
 
+    /// Shows what a figure or a link tells; an alert says what this site does not have of it.
+    void showView(const ShownView& view);
+    /// The same of a figure in a file, in the window of its site; false for a file that is none.
+    bool openFigure(const QString& file);
+
     /// Makes a trend for each agent with ticked properties; without ticks one of every property of the first agent.
     void newTrend();
 
 signals:
     void openSiteRequested(const QString& path);
+    void openViewRequested(const ShownView& view, const QString& folder);  ///< of another site; it may be in `folder`
     void newSiteRequested(const QString& path);
     void importEnded(bool stored);
 
@@ -131,6 +138,10 @@ private:
     void askForNewSite();
     void exportGraph(const char* operation);
     void exportPicture();
+    void copyPicture();
+    enum class Linked { Shown, Marked };
+    void copyLink(Linked span);
+    void copyRecords();
     void exportRecordsOfTrend();
     void startExport(RecordExportTask* task, const QString& fileName);
     void exportReport();

@@ -51,6 +51,10 @@ void SiteWindow::connectFileActions()
     connect(m_actions.newSite, &QAction::triggered, this, &SiteWindow::askForNewSite);
     connect(m_actions.siteDetails, &QAction::triggered, this, &SiteWindow::askForSiteDetails);
     connect(m_actions.exportRecords, &QAction::triggered, this, &SiteWindow::exportRecordsOfTrend);
+    connect(m_actions.copyPicture, &QAction::triggered, this, &SiteWindow::copyPicture);
+    connect(m_actions.copyRecords, &QAction::triggered, this, &SiteWindow::copyRecords);
+    connect(m_actions.copyLink, &QAction::triggered, this, [this] { copyLink(Linked::Shown); });
+    connect(m_actions.copyMarkedLink, &QAction::triggered, this, [this] { copyLink(Linked::Marked); });
     connect(m_actions.exportPicture, &QAction::triggered, this, &SiteWindow::exportPicture);
     connect(m_actions.exportPNG, &QAction::triggered, this, [this] { exportGraph("exportToPNG"); });
     connect(m_actions.exportPDF, &QAction::triggered, this, [this] { exportGraph("exportToPDF"); });
@@ -112,6 +116,10 @@ void SiteWindow::updateActions()
                              ? tr("There is nothing to export yet: import or record something first.")
                              : QString());
     setUnavailableReason(m_actions.exportPicture, noTrend);
+    setUnavailableReason(m_actions.copyPicture, noTrend);
+    setUnavailableReason(m_actions.copyLink, noTrend);
+    setUnavailableReason(m_actions.copyRecords, noTrend);
+    setUnavailableReason(m_actions.copyMarkedLink, noTrend);
     setUnavailableReason(m_actions.exportPNG, needs("exportToPNG"));
     setUnavailableReason(m_actions.exportPDF, needs("exportToPDF"));
     const QString noReport = !plugIn || hasReport(plugIn.get()) ? noTrend : tr("This view has no report.");

@@ -7,6 +7,7 @@
 
 #include "base/ReportableError.h"
 #include "hostapp/site/PlugInOperations.h"
+#include "hostapp/site/ShownTrend.h"
 #include "hostapp/window/DesktopUserInterface.h"
 #include "hostapp/window/ExportPictureDialog.h"
 #include "hostapp/window/ExportRecordsDialog.h"
@@ -53,6 +54,18 @@ std::vector<ExportRecordsDialog::Source> sourcesOf(const Agents& agents, const K
     return sources;
 }
 
+/// What cannot be drawn now is drawn when it is exported, or told then.
+std::function<QImage(const TrendPicture&)> previewOf(const KTVPlugInPtr& trend)
+{
+    return [trend](const TrendPicture& picture) {
+        try {
+            return QImage::fromData(pictureOf(trend, picture), "PNG");
+        } catch (const ReportableError&) {
+            return QImage();
+        }
+    };
+}
+
 }  // namespace
 
 void SiteWindow::exportPicture()
@@ -61,17 +74,22 @@ void SiteWindow::exportPicture()
     ExportPictureDialog dialog(titleOf(*trend),
                                canPrintOnPage(trend.get()) ? ExportPictureDialog::Table::Offered
                                                            : ExportPictureDialog::Table::NotOffered,
-                               windowInFront());
+                               windowInFront(), {reading(trend.get()).value_or(QVariantMap()), previewOf(trend)});
     if (dialog.exec() != QDialog::Accepted || !settle(trend, Wanted::Covered))
         return;
     const TrendPicture wanted = dialog.picture();
     try {
-        const QByteArray picture = pictureOf(trend, wanted);
+        QByteArray picture = pictureOf(trend, wanted);
         if (picture.isEmpty()) {
             showAlert(tr("There is no picture to export"),
                       tr("The trend shows no graph yet, or the size asked for is too large. Refresh it, or ask for "
                          "less."));
             return;
+        }
+        if (dialog.hasRecipe()) {
+            ShownView view = viewOf(trend, *m_controller->siteDocument());
+            view.reading.insert(wanted.reading);
+            picture = withRecipe(wanted.format, picture, recipeOf(view));
         }
         const QString type = endingsOf(wanted.format).first();
         if (const auto path = m_services.userInterface->askWhereToSave({type}, titleOf(*trend)))

@@ -136,7 +136,7 @@ void SiteWindow::dropEvent(QDropEvent* event)
         for (const QString& file : files)
             if (isSite(file))
                 emit openSiteRequested(file);
-            else
+            else if (!openFigure(file))
                 measurements << file;
         if (!measurements.isEmpty())
             askAndImportAll(measurements);

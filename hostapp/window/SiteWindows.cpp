@@ -3,6 +3,7 @@
 #include "base/ReportableError.h"
 #include "hostapp/window/DesktopUserInterface.h"
 #include "hostapp/window/RecentSites.h"
+#include "hostapp/window/ViewSite.h"
 
 #include <QtCore/QFileInfo>
 
@@ -51,10 +52,23 @@ SiteWindow* SiteWindows::openDocument(const std::shared_ptr<SiteDocument>& docum
             [this, window](const QString& path) { openFromMenu(path, &SiteWindows::open, window); });
     connect(window, &SiteWindow::newSiteRequested, this,
             [this, window](const QString& path) { openFromMenu(path, &SiteWindows::create, window); });
+    connect(window, &SiteWindow::openViewRequested, this,
+            [this, window](const ShownView& view, const QString& folder) { openView(view, folder, window); });
     std::erase_if(m_windows, [](const QPointer<SiteWindow>& one) { return one.isNull(); });
     m_windows.push_back(window);
     rememberRecentSite(document->path());
     return window;
+}
+
+void SiteWindows::openView(const ShownView& view, const QString& folder, QWidget* from)
+{
+    const QString site = siteToShow(view, folder, from);
+    if (site.isEmpty())
+        return;
+    openFromMenu(site, &SiteWindows::open, from);
+    for (SiteWindow* window : windows())
+        if (QFileInfo(window->controller().siteDocument()->path()) == QFileInfo(site))
+            window->showView(view);
 }
 
 void SiteWindows::openFromMenu(const QString& path, SiteWindow* (SiteWindows::*opening)(const QString&), QWidget* from)

@@ -25,6 +25,7 @@ public:
     std::vector<SiteWindow*> windows() const;
 
 private:
+    void openView(const ShownView& view, const QString& folder, QWidget* from);
     SiteWindow* openDocument(const std::shared_ptr<SiteDocument>& document);
     void openFromMenu(const QString& path, SiteWindow* (SiteWindows::*opening)(const QString&), QWidget* from);
 

@@ -7,6 +7,7 @@
 #include <QtGui/QPageSize>
 #include <QtGui/QPainter>
 #include <QtGui/QPdfWriter>
+#include <QtSvg/QSvgGenerator>
 
 #include <cmath>
 
@@ -45,6 +46,23 @@ void removeCreationDate(QByteArray& pdf)
         pdf[index] = ' ';
 }
 
+/// The generator says sizes of whole dots: the first line of the drawing gets the true ones, and the view box that
+/// belongs to them.
+void sayExactSize(QByteArray& svg, const QSizeF& size)
+{
+    const qsizetype from = svg.indexOf("<svg width=");
+    const qsizetype to = svg.indexOf(" xmlns=", from);
+    if (from < 0 || to < 0)
+        return;
+    const auto text = [](double length) { return QByteArray::number(length, 'g', 8); };
+    constexpr double kMillimetresPerPoint = 25.4 / 72;
+    constexpr double kDotsPerPoint = kPageResolution / 72.0;
+    svg.replace(from, to - from,
+                "<svg width=\"" + text(size.width() * kMillimetresPerPoint) + "mm\" height=\"" +
+                    text(size.height() * kMillimetresPerPoint) + "mm\"\n viewBox=\"0 0 " +
+                    text(size.width() * kDotsPerPoint) + ' ' + text(size.height() * kDotsPerPoint) + "\"\n");
+}
+
 }  // namespace
 
 void paintGraph(QPainter& painter, const CPTXYGraph& graph, const QRectF& rect, DrawingReport report)
@@ -72,6 +90,8 @@ QImage imageOfGraph(const CPTXYGraph& graph, const QSizeF& size, double density,
     image.setDotsPerMeterX(int(std::lround(kPointsPerMetre * density)));
     image.setDotsPerMeterY(int(std::lround(kPointsPerMetre * density)));
     QPainter painter(&image);
+    if (density < 1)
+        painter.scale(density, density);  // of an image's own density the toolkit heeds whole and larger ones alone
     picturePainter().paint(painter, graph, QRectF(QPointF(), size));
     painter.end();
     if (report == DrawingReport::TellDelegates)
@@ -98,6 +118,30 @@ QByteArray pdfOfGraph(const CPTXYGraph& graph, const QSizeF& size, DrawingReport
         GraphPainter().paint(painter, graph, QRectF(QPointF(), size));
     }
     removeCreationDate(data);
+    if (report == DrawingReport::TellDelegates)
+        reportFinishedDrawing(graph);
+    return data;
+}
+
+QByteArray svgOfGraph(const CPTXYGraph& graph, const QSizeF& size, DrawingReport report)
+{
+    if (!isDrawable(size))
+        return {};
+    QByteArray data;
+    QBuffer buffer(&data);
+    buffer.open(QIODevice::WriteOnly);
+    {
+        QSvgGenerator generator;
+        generator.setOutputDevice(&buffer);
+        generator.setResolution(kPageResolution);
+        generator.setSize((size * (kPageResolution / 72.0)).toSize());
+        generator.setTitle(graph.title().isEmpty() ? QStringLiteral("Plotix") : graph.title());
+        generator.setDescription(QStringLiteral("Drawn by Plotix"));
+        QPainter painter(&generator);
+        painter.scale(kPageResolution / 72.0, kPageResolution / 72.0);
+        GraphPainter().paint(painter, graph, QRectF(QPointF(), size));
+    }
+    sayExactSize(data, size);
     if (report == DrawingReport::TellDelegates)
         reportFinishedDrawing(graph);
     return data;

@@ -25,4 +25,8 @@ QImage imageOfGraph(const CPTXYGraph& graph, const QSizeF& size, double density,
 /// Empty sizes answer no data.
 QByteArray pdfOfGraph(const CPTXYGraph& graph, const QSizeF& size, DrawingReport report);
 
+/// One SVG drawing of that size, which it says in millimetres; lines and outlines of texts throughout, transparent
+/// where the graph is. The same graph gives the same bytes. Empty sizes answer no data.
+QByteArray svgOfGraph(const CPTXYGraph& graph, const QSizeF& size, DrawingReport report);
+
 }  // namespace plotkit

@@ -1,6 +1,7 @@
 #include "plotkit/render/GraphText.h"
 
 #include <QtGui/QFontMetricsF>
+#include <QtGui/QPaintEngine>
 #include <QtGui/QPainter>
 #include <QtGui/QPainterPath>
 
@@ -76,6 +77,16 @@ void drawHalo(QPainter& painter, const std::vector<PlacedLine>& lines, const QCo
     painter.strokePath(outline, QPen(color, kHaloWidth * placing.density, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin));
 }
 
+/// A drawing names its fonts and embeds none: outlines look the same wherever it is opened.
+void drawOutlines(QPainter& painter, const std::vector<PlacedLine>& lines, const QColor& color)
+{
+    QPainterPath outlines;
+    outlines.setFillRule(Qt::WindingFill);
+    for (const PlacedLine& line : lines)
+        outlines.addText(line.baseline, painter.font(), line.text);
+    painter.fillPath(outlines, color);
+}
+
 void drawLines(QPainter& painter, const PlacedText& text, const QRectF& box, const CPTTextStyle& style,
                const TextPlacing& placing)
 {
@@ -83,6 +94,8 @@ void drawLines(QPainter& painter, const PlacedText& text, const QRectF& box, con
         placeLines(text, box, QFontMetricsF(painter.font(), painter.device()), placing);
     if (placing.hasHalo)
         drawHalo(painter, lines, style.color, placing);
+    if (painter.paintEngine()->type() == QPaintEngine::SVG)
+        return drawOutlines(painter, lines, style.color);
     painter.setPen(style.color);
     for (const PlacedLine& line : lines)
         painter.drawText(line.baseline, line.text);

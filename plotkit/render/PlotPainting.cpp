@@ -4,7 +4,10 @@
 #include "plotkit/layout/LineDashes.h"
 #include "plotkit/layout/PlotReduction.h"
 #include "plotkit/layout/StripArea.h"
+#include "plotkit/render/ClippedPaths.h"
 #include "plotkit/render/PlotPaths.h"
+
+#include <QtGui/QPaintEngine>
 
 #include <algorithm>
 #include <cmath>
@@ -240,23 +243,38 @@ void PlotPainting::drawPaths(GraphCanvas& canvas, const CPTXYGraph& graph, const
     painter.save();
     painter.setClipRect(clipFor(plotArea, lineWidth), Qt::IntersectClip);
     painter.scale(1 / kPageStepsPerPoint, 1 / kPageStepsPerPoint);
+    const PageClip within{painter.paintEngine()->type() == QPaintEngine::SVG,
+                          QRectF(plotArea.topLeft() * kPageStepsPerPoint, plotArea.size() * kPageStepsPerPoint)};
     const auto areaView = [&](const CPTScatterPlot& plot) { return viewOf(plot, kPageAreaUnits); };
     for (std::size_t index = 0; index < plots.size(); ++index)
         if (const FilledArea* filled = m_fills.areaOf(graph, {plots, index, m_slot}, m_enveloping, areaView))
-            painter.fillPath(pathOf(*filled, kPageStepsPerPoint / kPageAreaUnits), plots[index]->areaFill().color);
+            painter.fillPath(within.area(pathOf(*filled, kPageStepsPerPoint / kPageAreaUnits)),
+                             plots[index]->areaFill().color);
     painter.setBrush(Qt::NoBrush);
     for (const CPTScatterPlotPtr& plot : plots) {
         const std::size_t slot = m_slot++;
         if (plot->dataLineStyle().color.isValid())
-            drawPath(painter, *plot, slot, [&](double steps) { return viewOf(*plot, steps); });
+            drawPath(painter, *plot, {slot, within}, [&](double steps) { return viewOf(*plot, steps); });
     }
     painter.restore();
 }
 
+QPainterPath PlotPainting::PageClip::lines(const QPainterPath& path) const
+{
+    return isNeeded ? linesWithin(path, rect) : path;
+}
+
+QPainterPath PlotPainting::PageClip::area(const QPainterPath& path) const
+{
+    return isNeeded ? areaWithin(path, rect) : path;
+}
+
 /// `viewAt` answers the view in so many units a point.
-void PlotPainting::drawPath(QPainter& painter, const CPTScatterPlot& plot, std::size_t slot,
+void PlotPainting::drawPath(QPainter& painter, const CPTScatterPlot& plot, const PagePlace& place,
                             const std::function<PlotView(double)>& viewAt)
 {
+    const std::size_t slot = place.slot;
+    const PageClip& within = place.clip;
     const CPTPointSeriesPtr series = plot.isHidden() ? nullptr : plot.series();
     const CPTLineStyle& style = plot.dataLineStyle();
     const auto usePen = [&](double width) {
@@ -267,15 +285,15 @@ void PlotPainting::drawPath(QPainter& painter, const CPTScatterPlot& plot, std::
     const bool hasLine = style.width > 0 && plot.interpolation() != CPTScatterPlotInterpolation::PointsOnly;
     if (hasLine && reduceForPage(plot, slot, viewAt)) {
         usePen(style.width);
-        painter.drawPath(pathOf(m_reduced));
+        painter.drawPath(within.lines(pathOf(m_reduced)));
     }
     if (!(plot.drawnPointSize() > 0))
         return;
     usePen(plot.drawnPointSize());
     if (PlotDots::placesInto(m_places, *series, viewAt(kPageStepsPerPoint)))
-        painter.drawPath(pathOfDots(m_places));
+        painter.drawPath(within.lines(pathOfDots(m_places)));
     else
-        painter.drawPath(pathOfDots(m_dots.cells(*series, viewAt(1), slot), kPageStepsPerPoint));
+        painter.drawPath(within.lines(pathOfDots(m_dots.cells(*series, viewAt(1), slot), kPageStepsPerPoint)));
 }
 
 bool PlotPainting::reduceForPage(const CPTScatterPlot& plot, std::size_t slot,

@@ -10,6 +10,7 @@
 #include "plotkit/render/PlotFills.h"
 
 #include <QtGui/QImage>
+#include <QtGui/QPainterPath>
 
 #include <functional>
 #include <optional>
@@ -32,7 +33,19 @@ private:
     void drawPaths(GraphCanvas& canvas, const CPTXYGraph& graph, const QRectF& plotArea);
     void strokePlot(const CPTScatterPlot& plot, const PlotView& view, double density, std::size_t slot);
     void strokeLine(const CPTScatterPlot& plot, const PlotView& view, double density, std::size_t slot);
-    void drawPath(QPainter& painter, const CPTScatterPlot& plot, std::size_t slot,
+    /// Where a page shows plots, in steps of the page.
+    struct PageClip {
+        bool isNeeded = false;  ///< the device leaves a painter's clip out of account
+        QRectF rect;
+
+        QPainterPath lines(const QPainterPath& path) const;
+        QPainterPath area(const QPainterPath& path) const;
+    };
+    struct PagePlace {
+        std::size_t slot;
+        const PageClip& clip;
+    };
+    void drawPath(QPainter& painter, const CPTScatterPlot& plot, const PagePlace& place,
                   const std::function<PlotView(double)>& viewAt);
     bool reduceForPage(const CPTScatterPlot& plot, std::size_t slot, const std::function<PlotView(double)>& viewAt);
     const ReducedPlot& dashed(const std::optional<DashPattern>& dashes, const PlotView& view);

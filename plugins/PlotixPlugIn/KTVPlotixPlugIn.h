@@ -177,6 +177,11 @@ public:
     Q_INVOKABLE QImage graphImageWithSize(const QSizeF& size, double density, const QString& title);
     Q_INVOKABLE QByteArray graphPDFWithSize(const QSizeF& size, const QString& title);
 
+    /// The same as a file: "format" ("png", "pdf", "svg"), "size" (QSizeF, points), "density" (of a PNG, pixels a
+    /// point), "title", "reading": choices for this file alone, by the keys of the parts. Missing ones are those of the
+    /// trend.
+    Q_INVOKABLE QByteArray graphFile(const QVariantMap& figure);
+
     /// For a report of the host's own: "rows" of the lines shown ("name", "unit", "color", "minimum", "maximum",
     /// "average", "points", and "figures": texts under "figureTitles"), "about" (what they are about, empty: all
     /// records), "from" and "to" of the graph as it is drawn and "firstRecord" and "lastRecord" of what the

@@ -147,3 +147,32 @@ QByteArray KTVPlotixPlugIn::graphPDFWithSize(const QSizeF& size, const QString& 
     return drawnAtSize(*m_graph, size, textsOf(*m_graph, *m_reader, title),
                        [&] { return plotkit::pdfOfGraph(*m_graph, size, plotkit::DrawingReport::TellDelegates); });
 }
+
+QByteArray KTVPlotixPlugIn::graphFile(const QVariantMap& figure)
+{
+    if (!m_graph)
+        return {};
+    const QSizeF size = figure.value(QStringLiteral("size")).toSizeF();
+    const QString format = figure.value(QStringLiteral("format")).toString();
+    const QVariantMap chosen = m_reader->chosen();
+    const QVariantMap ranges = m_reader->ranges();
+    const QVariantMap choices = figure.value(QStringLiteral("reading")).toMap();
+    const QSignalBlocker silence(m_reader.get());
+    const QScopedValueRollback drawing(m_rangeBeingShown, true);
+    m_reader->choose(choices);
+    const PictureTexts texts = textsOf(*m_graph, *m_reader, figure.value(QStringLiteral("title")).toString());
+    const QByteArray file = drawnAtSize(*m_graph, size, texts, [&] {
+        constexpr auto kTell = plotkit::DrawingReport::TellDelegates;
+        if (format == QLatin1String("svg"))
+            return plotkit::svgOfGraph(*m_graph, size, kTell);
+        if (format == QLatin1String("pdf"))
+            return plotkit::pdfOfGraph(*m_graph, size, kTell);
+        return pngOfImage(
+            plotkit::imageOfGraph(*m_graph, size, figure.value(QStringLiteral("density"), 1.0).toDouble(), kTell));
+    });
+    if (!choices.isEmpty()) {
+        m_reader->chooseOnly(chosen);
+        m_reader->setRanges(ranges);
+    }
+    return file;
+}

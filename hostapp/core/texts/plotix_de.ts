@@ -28,6 +28,13 @@
     </message>
 </context>
 <context>
+    <name>CopiedRecordsText</name>
+    <message>
+        <source>There are %1 records in this span, too many for the clipboard. Zoom in, or take File ▸ Export Records.</source>
+        <translation>In diesem Zeitraum sind %1 Messwerte, zu viele für die Zwischenablage. Zeigen Sie weniger, oder nehmen Sie Datei ▸ Messwerte exportieren.</translation>
+    </message>
+</context>
+<context>
     <name>FormulaText</name>
     <message>
         <source>a number without a unit</source>
@@ -914,6 +921,10 @@
     <message>
         <source>“%1” cannot be written: %2</source>
         <translation>„%1“ kann nicht geschrieben werden: %2</translation>
+    </message>
+    <message>
+        <source>“%1” is an SVG drawing. Choose another name.</source>
+        <translation>„%1“ ist eine SVG-Zeichnung. Wählen Sie einen anderen Namen.</translation>
     </message>
 </context>
 <context>
@@ -2452,6 +2463,30 @@
         <translation>Eine Größe, die aus anderen berechnet wird, etwa ihre Differenz.</translation>
     </message>
     <message>
+        <source>Copy &amp;Picture</source>
+        <translation>&amp;Bild kopieren</translation>
+    </message>
+    <message>
+        <source>Copy &amp;Link</source>
+        <translation>&amp;Link kopieren</translation>
+    </message>
+    <message>
+        <source>A line of text that names site, trend and span; “plotix open LINK” shows them.</source>
+        <translation>Eine Zeile Text, die Anlage, Trend und Zeitraum nennt; „plotix open LINK“ zeigt sie.</translation>
+    </message>
+    <message>
+        <source>Copy Recor&amp;ds</source>
+        <translation>&amp;Messwerte kopieren</translation>
+    </message>
+    <message>
+        <source>Those of the lines and the span shown, as rows for a spreadsheet.</source>
+        <translation>Die der gezeigten Linien im gezeigten Zeitraum, als Zeilen für eine Tabelle.</translation>
+    </message>
+    <message>
+        <source>Copy Link to &amp;A – B</source>
+        <translation>Link auf &amp;A – B kopieren</translation>
+    </message>
+    <message>
         <source>N&amp;otes…</source>
         <translation>N&amp;otizen …</translation>
     </message>
@@ -2512,6 +2547,28 @@
     <message>
         <source>Compare</source>
         <translation>Vergleichen</translation>
+    </message>
+</context>
+<context>
+    <name>ViewSiteText</name>
+    <message>
+        <source>Where Is “%1”, Which “%2” Is Part Of?</source>
+        <translation>Wo ist „%1“, zu der „%2“ gehört?</translation>
+    </message>
+    <message>
+        <source>Sites (*.plotix)</source>
+        <translation>Anlagen (*.plotix)</translation>
+    </message>
+</context>
+<context>
+    <name>ViewText</name>
+    <message>
+        <source>%1 has no measurements of %2.</source>
+        <translation>%1 hat keine Messwerte von %2.</translation>
+    </message>
+    <message>
+        <source>%1 has none of these properties: %2.</source>
+        <translation>%1 hat keine dieser Größen: %2.</translation>
     </message>
 </context>
 <context>
@@ -2781,10 +2838,6 @@
         <translation> Punkt</translation>
     </message>
     <message>
-        <source> pixels a point</source>
-        <translation> Pixel je Punkt</translation>
-    </message>
-    <message>
         <source>&amp;Picture of:</source>
         <translation>Bi&amp;ld von:</translation>
     </message>
@@ -2793,24 +2846,8 @@
         <translation>&amp;Format:</translation>
     </message>
     <message>
-        <source>&amp;Width:</source>
-        <translation>&amp;Breite:</translation>
-    </message>
-    <message>
-        <source>&amp;Height:</source>
-        <translation>&amp;Höhe:</translation>
-    </message>
-    <message>
-        <source>&amp;Density:</source>
-        <translation>&amp;Dichte:</translation>
-    </message>
-    <message>
         <source>&amp;Title:</source>
         <translation>&amp;Titel:</translation>
-    </message>
-    <message>
-        <source>&amp;Export…</source>
-        <translation>&amp;Exportieren …</translation>
     </message>
     <message>
         <source>Lines and letters, no pixels</source>
@@ -2823,6 +2860,182 @@
     <message>
         <source>%1 × %2 pixels</source>
         <translation>%1 × %2 Pixel</translation>
+    </message>
+    <message>
+        <source>T&amp;ransparent ground</source>
+        <translation>Du&amp;rchsichtiger Grund</translation>
+    </message>
+    <message>
+        <source>&amp;Save…</source>
+        <translation>&amp;Sichern…</translation>
+    </message>
+    <message>
+        <source>&amp;Delete</source>
+        <translation>Lös&amp;chen</translation>
+    </message>
+    <message>
+        <source>SVG, to go on drawing and for the web</source>
+        <translation>SVG, zum Weiterzeichnen und fürs Web</translation>
+    </message>
+    <message>
+        <source>millimeters</source>
+        <translation>Millimeter</translation>
+    </message>
+    <message>
+        <source>points</source>
+        <translation>Punkte</translation>
+    </message>
+    <message>
+        <source>pixels</source>
+        <translation>Pixel</translation>
+    </message>
+    <message>
+        <source>Unit of width and height</source>
+        <translation>Einheit von Breite und Höhe</translation>
+    </message>
+    <message>
+        <source>Width</source>
+        <translation>Breite</translation>
+    </message>
+    <message>
+        <source>Height</source>
+        <translation>Höhe</translation>
+    </message>
+    <message>
+        <source> dots an inch</source>
+        <translation> Punkte je Zoll</translation>
+    </message>
+    <message>
+        <source>Save these choices by a name</source>
+        <translation>Diese Auswahl unter einem Namen sichern</translation>
+    </message>
+    <message>
+        <source>Delete the saved choices of this name</source>
+        <translation>Die gesicherte Auswahl dieses Namens löschen</translation>
+    </message>
+    <message>
+        <source>As the trend</source>
+        <translation>Wie der Trend</translation>
+    </message>
+    <message>
+        <source>Dark</source>
+        <translation>Dunkel</translation>
+    </message>
+    <message>
+        <source>Light</source>
+        <translation>Hell</translation>
+    </message>
+    <message>
+        <source>Paper</source>
+        <translation>Papier</translation>
+    </message>
+    <message>
+        <source>None</source>
+        <translation>Keine</translation>
+    </message>
+    <message>
+        <source>Below the graph</source>
+        <translation>Unter dem Diagramm</translation>
+    </message>
+    <message>
+        <source>At the right</source>
+        <translation>Rechts</translation>
+    </message>
+    <message>
+        <source>Usual</source>
+        <translation>Übliche</translation>
+    </message>
+    <message>
+        <source>Along value axes</source>
+        <translation>An den Wertachsen</translation>
+    </message>
+    <message>
+        <source>Along all axes</source>
+        <translation>An allen Achsen</translation>
+    </message>
+    <message>
+        <source> times as wide</source>
+        <translation>-mal so breit</translation>
+    </message>
+    <message>
+        <source>For &amp;use as:</source>
+        <translation>&amp;Verwendung:</translation>
+    </message>
+    <message>
+        <source>&amp;Width, height:</source>
+        <translation>&amp;Breite, Höhe:</translation>
+    </message>
+    <message>
+        <source>D&amp;ensity:</source>
+        <translation>Dicht&amp;e:</translation>
+    </message>
+    <message>
+        <source>&amp;Look:</source>
+        <translation>A&amp;ussehen:</translation>
+    </message>
+    <message>
+        <source>Te&amp;xt:</source>
+        <translation>Sc&amp;hrift:</translation>
+    </message>
+    <message>
+        <source>Le&amp;gend:</source>
+        <translation>Le&amp;gende:</translation>
+    </message>
+    <message>
+        <source>&amp;Axis titles:</source>
+        <translation>&amp;Achsentitel:</translation>
+    </message>
+    <message>
+        <source>Li&amp;nes:</source>
+        <translation>Li&amp;nien:</translation>
+    </message>
+    <message>
+        <source>The picture as it will be</source>
+        <translation>Das Bild, wie es wird</translation>
+    </message>
+    <message>
+        <source>Export…</source>
+        <translation>Exportieren…</translation>
+    </message>
+    <message>
+        <source>Something else</source>
+        <translation>Etwas anderes</translation>
+    </message>
+    <message>
+        <source>Column of a paper, 85 mm</source>
+        <translation>Spalte eines Artikels, 85 mm</translation>
+    </message>
+    <message>
+        <source>Slide</source>
+        <translation>Folie</translation>
+    </message>
+    <message>
+        <source>Report, 160 mm</source>
+        <translation>Bericht, 160 mm</translation>
+    </message>
+    <message>
+        <source>Web page</source>
+        <translation>Webseite</translation>
+    </message>
+    <message>
+        <source>Name of these choices:</source>
+        <translation>Name dieser Auswahl:</translation>
+    </message>
+    <message>
+        <source>Save Choices</source>
+        <translation>Auswahl sichern</translation>
+    </message>
+    <message>
+        <source>This name cannot be used. Another name:</source>
+        <translation>Dieser Name ist nicht möglich. Ein anderer Name:</translation>
+    </message>
+    <message>
+        <source>&amp;Opens again in Plotix</source>
+        <translation>Öffnet sich &amp;wieder in Plotix</translation>
+    </message>
+    <message>
+        <source>The file then tells what it shows: the names of site, file, trend, source and properties, the span, and what was chosen. Nothing else, and no folder of this computer.</source>
+        <translation>Die Datei sagt dann, was sie zeigt: die Namen von Anlage, Datei, Trend, Quelle und Größen, den Zeitraum und was gewählt war. Sonst nichts, und keinen Ordner dieses Rechners.</translation>
     </message>
 </context>
 <context>
@@ -4160,6 +4373,50 @@ Auf einen Trend ziehen, oder ankreuzen und „Neuer Trend“ wählen.</translati
     <message>
         <source>There is nothing to compute from yet: import or record something first.</source>
         <translation>Es gibt noch nichts, woraus sich rechnen ließe: Zuerst etwas importieren oder aufzeichnen.</translation>
+    </message>
+    <message>
+        <source>The view cannot be shown</source>
+        <translation>Die Ansicht lässt sich nicht zeigen</translation>
+    </message>
+    <message>
+        <source>There is no picture to copy</source>
+        <translation>Es gibt kein Bild zu kopieren</translation>
+    </message>
+    <message>
+        <source>The trend shows no graph yet. Refresh it.</source>
+        <translation>Der Trend zeigt noch kein Diagramm. Aktualisieren Sie ihn.</translation>
+    </message>
+    <message>
+        <source>The picture is in the clipboard.</source>
+        <translation>Das Bild ist in der Zwischenablage.</translation>
+    </message>
+    <message>
+        <source>The link is in the clipboard; “plotix open LINK” shows this view to whoever has %1.</source>
+        <translation>Der Link ist in der Zwischenablage; „plotix open LINK“ zeigt diese Ansicht jedem, der %1 hat.</translation>
+    </message>
+    <message>
+        <source>There is no stretch between marks</source>
+        <translation>Es gibt kein Stück zwischen Marken</translation>
+    </message>
+    <message>
+        <source>Set both marks, A and B, first.</source>
+        <translation>Setzen Sie erst beide Marken, A und B.</translation>
+    </message>
+    <message>
+        <source>There are no records to copy</source>
+        <translation>Es gibt keine Messwerte zu kopieren</translation>
+    </message>
+    <message>
+        <source>The trend shows none in this span.</source>
+        <translation>Der Trend zeigt in diesem Zeitraum keine.</translation>
+    </message>
+    <message>
+        <source>The records shown are in the clipboard.</source>
+        <translation>Die gezeigten Messwerte sind in der Zwischenablage.</translation>
+    </message>
+    <message>
+        <source>The records could not be copied</source>
+        <translation>Die Messwerte konnten nicht kopiert werden</translation>
     </message>
 </context>
 <context>

@@ -56,7 +56,7 @@ INSTANTIATE_TEST_SUITE_P(
         UsageCase{"UnknownOption", {"info", "a.plotix", "--wat"}, "--wat"},
         UsageCase{"MissingSite", {"import", "a.csv"}, "--site"},
         UsageCase{"MissingOutput", {"render", "a.plotix"}, "--output"},
-        UsageCase{"WrongPicture", {"render", "a.plotix", "--output", "a.gif"}, ".png or .pdf"},
+        UsageCase{"WrongPicture", {"render", "a.plotix", "--output", "a.gif"}, ".png, .pdf or .svg"},
         UsageCase{"WrongSize", {"render", "a.plotix", "--output", "a.png", "--size", "big"}, "1200x600"},
         UsageCase{"EmptySize", {"render", "a.plotix", "--output", "a.png", "--size", "0x5"}, "1200x600"},
         UsageCase{"WrongRange", {"render", "a.plotix", "--output", "a.png", "--range", "soon"}, "last7Days"},

@@ -100,6 +100,32 @@ TEST_F(RenderCommandTest, RenderTakesWhatIsWrittenAroundTheGraphAndItsGround)
                   QStringLiteral("--bare draws lines alone"));
 }
 
+TEST_F(RenderCommandTest, TheEndingSaysTheFormat)
+{
+    importWeather();
+    ASSERT_EQ(run({"render", site(), "--output", path("a.svg")}), 0) << m_error.toStdString();
+    EXPECT_EQ(m_services.rendered[0].format, RenderRequest::Format::Svg);
+    expectFailure({"render", site(), "--output", path("a.gif")}, 2, QStringLiteral(".svg"));
+    expectFailure({"render", site(), "--bare", "--output", path("a.svg")}, 2, QStringLiteral("--bare draws PNG only"));
+}
+
+TEST_F(RenderCommandTest, APresetSaysWhatIsNotSaidBesideIt)
+{
+    importWeather();
+    ASSERT_EQ(run({"render", site(), "--preset", "paper-column", "--font-size", "8pt", "--dpi", "600", "--output",
+                   path("a.png")}),
+              0)
+        << m_error.toStdString();
+    const RenderRequest& request = m_services.rendered[0];
+    EXPECT_NEAR(request.size.width(), 85 * 72 / 25.4, 1e-9);
+    EXPECT_NEAR(request.density, 600 / 72.0, 1e-9);
+    EXPECT_EQ(request.reading.value("looks").toMap(),
+              (QVariantMap{{"look", "paper"}, {"fontSize", 8.0}, {"marks", "apart"}}));
+    EXPECT_EQ(request.reading.value("legend").toMap(), (QVariantMap{{"place", "below"}, {"axisTitles", "values"}}));
+    expectFailure({"render", site(), "--preset", "poster", "--output", path("b.png")}, 2,
+                  QStringLiteral("must be one of paper-column"));
+}
+
 TEST_F(RenderCommandTest, RenderTakesAnArrangement)
 {
     importWeather();

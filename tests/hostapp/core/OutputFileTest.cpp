@@ -58,6 +58,8 @@ TEST_F(OutputFileTest, KindsAreToldByTheFirstBytesWhateverTheName)
 {
     EXPECT_EQ(kindOfFile(given("a.csv", kPng)), FileKind::Png);
     EXPECT_EQ(kindOfFile(given("b.png", kPdf)), FileKind::Pdf);
+    EXPECT_EQ(kindOfFile(given("b.txt", "<?xml version=\"1.0\"?>\n<svg width=\"85mm\"/>")), FileKind::Svg);
+    EXPECT_EQ(kindOfFile(given("b.svg", "<?xml version=\"1.0\"?>\n<table/>")), FileKind::Text);
     EXPECT_EQ(kindOfFile(given("c.txt", kSite)), FileKind::Database);
     EXPECT_EQ(kindOfFile(given("d.plotix", "time,a\n")), FileKind::Text);
     EXPECT_EQ(kindOfFile(given("e", kWorkbook)), FileKind::Workbook);

@@ -43,9 +43,10 @@ TEST_F(TrendRendererTest, ASpanWithoutRecordsIsRefusedWithTheSpanTheyHave)
 TEST_F(TrendRendererTest, AChoiceOfReadingIsDrawn)
 {
     site.store(*station, {kStart + 200'000, kStart + 200'060});
-    RenderRequest joined;
+    RenderRequest plain, joined;
+    plain.hasRecipe = joined.hasRecipe = false;  // it tells of the choice
     joined.reading = {{QStringLiteral("brokenLines"), false}};
-    EXPECT_NE(render(kStart, kStart + 201'000), render(kStart, kStart + 201'000, joined));
+    EXPECT_NE(render(kStart, kStart + 201'000, plain), render(kStart, kStart + 201'000, joined));
 }
 
 TEST_F(TrendRendererTest, ValuesBeyondTheUsualLimitAreDrawnInAPicture)
@@ -53,6 +54,7 @@ TEST_F(TrendRendererTest, ValuesBeyondTheUsualLimitAreDrawnInAPicture)
     site.store(*station, {kStart, kStart + 60, kStart + 120}, {0, 9000, 0});
     const QVariantMap oneScale{{QStringLiteral("kind"), QStringLiteral("one-scale")}};
     RenderRequest plain, cut, all;
+    plain.hasRecipe = cut.hasRecipe = all.hasRecipe = false;  // it tells of the choice
     plain.reading = {{QStringLiteral("arrangement"), oneScale}};
     cut.reading = {{QStringLiteral("arrangement"), oneScale}, {QStringLiteral("unlimitedValues"), false}};
     all.reading = {{QStringLiteral("arrangement"), oneScale}, {QStringLiteral("unlimitedValues"), true}};
@@ -63,9 +65,10 @@ TEST_F(TrendRendererTest, ValuesBeyondTheUsualLimitAreDrawnInAPicture)
 TEST_F(TrendRendererTest, LanesKnowNoLimit)
 {
     site.store(*station, {kStart, kStart + 60, kStart + 120}, {0, 9000, 0});
-    RenderRequest cut;
+    RenderRequest plain, cut;
+    plain.hasRecipe = cut.hasRecipe = false;  // it tells of the choice
     cut.reading = {{QStringLiteral("unlimitedValues"), false}};
-    EXPECT_EQ(render(kStart, kStart + 120), render(kStart, kStart + 120, cut));
+    EXPECT_EQ(render(kStart, kStart + 120, plain), render(kStart, kStart + 120, cut));
 }
 
 }  // namespace

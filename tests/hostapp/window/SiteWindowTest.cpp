@@ -12,6 +12,7 @@
 #include <QtCore/QFile>
 #include <QtCore/QFileInfo>
 #include <QtCore/QMimeData>
+#include <QtGui/QClipboard>
 #include <QtGui/QDropEvent>
 #include <QtTest/QSignalSpy>
 #include <QtTest/QTest>
@@ -279,6 +280,53 @@ TEST_F(SiteWindowDropTest, DroppedSiteIsOpened)
     drop();
     ASSERT_TRUE(opened.wait(5'000));
     EXPECT_EQ(opened[0][0].toString(), site.path());
+}
+
+TEST_F(SiteWindowDropTest, ADroppedFigureIsShownInTheWindowOfItsSite)
+{
+    openWindow();
+    plotix::ShownView view;
+    view.siteFile = "other.plotix";
+    view.agent = "Boiler";
+    QFile figure(site.file(QStringLiteral("figure.svg")));
+    ASSERT_TRUE(figure.open(QIODevice::WriteOnly));
+    figure.write(plotix::withRecipe(plotix::FileKind::Svg, "<?xml version=\"1.0\"?><svg><defs></defs></svg>",
+                                    plotix::recipeOf(view)));
+    figure.close();
+    QSignalSpy asked(window.get(), &SiteWindow::openViewRequested);
+    ASSERT_TRUE(enter(figure.fileName()));
+    drop();
+    ASSERT_TRUE(asked.wait(5'000));
+    EXPECT_EQ(asked[0][0].value<plotix::ShownView>(), view);
+    EXPECT_EQ(asked[0][1].toString(), QFileInfo(figure).absolutePath());
+}
+
+TEST_F(SiteWindowTest, ALinkToTheTrendInFrontGoesIntoTheClipboard)
+{
+    openWindow();
+    addTrend(QStringLiteral("Week"));
+    window->actions().copyLink->trigger();
+    EXPECT_TRUE(QApplication::clipboard()->text().startsWith(QStringLiteral("plotix:garden.plotix?trend=Week&agent=")));
+}
+
+TEST_F(SiteWindowTest, ALinkToTheMarkedStretchNamesItsSpan)
+{
+    openWindow();
+    const KTVPlugInPtr trend = addTrend(QStringLiteral("Week"));
+    static_cast<StubTrend&>(*trend).setReading(
+        {{"marks", QVariantMap{{"a", 1'400'000'060.0}, {"b", 1'400'000'000.0}}}});
+    window->actions().copyMarkedLink->trigger();
+    EXPECT_TRUE(QApplication::clipboard()->text().endsWith(
+        QStringLiteral("&from=2014-05-13T16:53:20.000Z&to=2014-05-13T16:54:20.000Z")))
+        << QApplication::clipboard()->text().toStdString();
+}
+
+TEST_F(SiteWindowTest, APictureOfTheTrendInFrontGoesIntoTheClipboard)
+{
+    openWindow();
+    addTrend(QStringLiteral("Week"));
+    window->actions().copyPicture->trigger();
+    EXPECT_EQ(QApplication::clipboard()->image().size(), plotix::kUsualGraphSize * 2);
 }
 
 TEST_F(SiteWindowDropTest, SeveralFilesAreImportedOneAfterTheOther)

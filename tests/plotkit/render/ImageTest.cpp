@@ -299,4 +299,14 @@ TEST_F(ImageTest, MovedAndScaledPainterDrawsTheSamePixelsElsewhere)
             ASSERT_EQ(part.pixel(x, y), expected.pixel(x, y)) << x << ", " << y;
 }
 
+TEST(SmallImageTest, ADensityBelowOneShowsTheWholeGraph)
+{
+    plotkit_test::RenderedGraph rendered;
+    rendered.addPlot(Qt::red, {0, 100}, {50, 50}, 6);
+    const QImage image = plotkit::imageOfGraph(rendered.graph, {240, 240}, 0.5, plotkit::DrawingReport::Silent);
+    EXPECT_EQ(image.size(), QSize(120, 120));
+    EXPECT_EQ(image.pixelColor(100, 60), QColor(Qt::red));
+    EXPECT_EQ(image.pixelColor(118, 60).alpha(), 0);
+}
+
 }  // namespace

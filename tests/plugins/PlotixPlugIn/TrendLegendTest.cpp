@@ -103,6 +103,18 @@ TEST_F(TrendLegendTest, ALookGivesItsTextsColourAndSize)
     EXPECT_GT(legend().textStyle.color.lightness(), 200);
 }
 
+TEST_F(TrendLegendTest, WhatCameWhileALookWasWornIsLightAgainOnTheDark)
+{
+    openWithLabels("lane-per-unit");
+    chooseLooks({{"look", "paper"}});
+    choose({{"place", "below"}});
+    trend().fitAll(nullptr);
+    chooseLooks({});
+    EXPECT_GT(legend().textStyle.color.lightness(), 200);
+    EXPECT_GT(graph().allPlotSpaces().back()->strip().titleTextStyle.color.lightness(), 200);
+    EXPECT_GT(graph().axisSet()->axes().back()->labelTextStyle().color.lightness(), 200);
+}
+
 TEST_F(TrendLegendTest, TitlesOfValueAxesNameLanesAlongTheirAxes)
 {
     openWithLabels("lane-per-unit");

@@ -107,15 +107,14 @@ void LegendPart::changed()
     emit chosenChanged();
 }
 
-/// The text's look stays: it is the looks' to choose.
+/// The text is like the labels of the axes.
 void LegendPart::apply()
 {
     const CPTXYGraphPtr graph = trend().graph();
     if (!graph || (m_place == CPTLegendPlace::None && graph->legend().place == CPTLegendPlace::None))
         return;
     CPTLegend legend = graph->legend();
-    if (legend.place == CPTLegendPlace::None)
-        legend.textStyle = graph->axes().xAxis().labelTextStyle();
+    legend.textStyle = graph->axes().xAxis().labelTextStyle();
     legend.place = m_place;
     legend.entries = entries();
     graph->setLegend(legend);

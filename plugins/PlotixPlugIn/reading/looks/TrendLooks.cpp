@@ -181,6 +181,8 @@ void TrendLooks::addLineItems(QMenu& menu, const QStringList& keys)
 void TrendLooks::changed()
 {
     apply();
+    if (trend().graph())
+        trend().tellRestyled();  // lanes and legend take the colours of the axes, which are others now
     m_menus->update();
     emit chosenChanged();
 }

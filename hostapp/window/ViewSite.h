@@ -1,0 +1,16 @@
+#pragma once
+
+#include "hostapp/site/FigureRecipe.h"
+
+class QWidget;
+
+/// Finds the site of a view that a figure or a link tells. Main thread only.
+namespace plotix {
+
+/// In the folder, or among the sites opened last; else the user is asked. Empty: the user gave up.
+QString siteToShow(const ShownView& view, const QString& folder, QWidget* parent);
+
+/// What a file shows that Plotix drew; nothing for any other file, and for one that does not tell.
+std::optional<ShownView> viewInFile(const QString& path);
+
+}  // namespace plotix
