@@ -71,6 +71,7 @@ public:
         placeTicks(visible);
         if (visible) {
             m_layout.line = m_frame.lineAlong(alongStart(), alongEnd());
+            m_title = titleThatFits();
             m_layout.title = placedTitle();
         }
         return std::move(m_layout);
@@ -227,7 +228,7 @@ private:
     {
         const QPointF centre = m_in.plotArea.center();
         PlacedText title;
-        title.text = m_axis.title();
+        title.text = m_title;
         title.readsUpward = !m_frame.isX();
         title.box = m_frame.boxFrom(m_frame.isX() ? centre.x() : centre.y(), distance,
                                     title.readsUpward ? size.transposed() : size);
@@ -238,7 +239,7 @@ private:
     PlacedText titleAboveAxis(const QSizeF& size) const
     {
         PlacedText title;
-        title.text = m_axis.title();
+        title.text = m_title;
         title.alignment = m_frame.alignmentAboveEnd();
         const double left = m_frame.lowSideEndingAt(tickReach(m_axis.majorTickLength()).outward, size.width());
         const double room = m_in.plotArea.top() - m_in.frameInside.top() - size.height();
@@ -254,12 +255,24 @@ private:
                             [&title](const AxisLabel& label) { return label.box.intersects(title.box); });
     }
 
+    /// The first variant no longer than the axis; else the last one.
+    QString titleThatFits() const
+    {
+        const QStringList variants = m_axis.title().split(kTitleVariants);
+        const double length = std::abs(alongEnd() - alongStart());
+        const auto fits = [&](const QString& variant) {
+            return m_in.measureText(variant, m_axis.titleTextStyle()).width() <= length;
+        };
+        const auto found = std::find_if(variants.begin(), variants.end() - 1, fits);
+        return *found;
+    }
+
     /// Beyond the labels; where they are too wide for that above a y axis, and else inside the plot area, if allowed.
     std::optional<PlacedText> placedTitle() const
     {
-        if (m_axis.title().isEmpty())
+        if (m_title.isEmpty())
             return std::nullopt;
-        const QSizeF size = m_in.measureText(m_axis.title(), m_axis.titleTextStyle());
+        const QSizeF size = m_in.measureText(m_title, m_axis.titleTextStyle());
         std::vector<PlacedText> candidates;
         if (titleOffset() >= 0) {
             candidates.push_back(titleAlongAxis(size, outerTitleDistance(size.height())));
@@ -278,6 +291,7 @@ private:
     const AxisFrame m_frame;
     TickPlan m_plan;
     AxisLayout m_layout;
+    QString m_title;  // the variant that is placed
 };
 
 }  // namespace

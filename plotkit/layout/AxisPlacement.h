@@ -24,6 +24,10 @@ struct AxisSurroundings {
     TextOverPlots overPlots = TextOverPlots::Allowed;
 };
 
+/// Separates the variants of an axis's title, the longest first: one that is longer than its axis gives way to the
+/// next, and an empty one to none. The last is placed wherever it has room. (The toolkit's own sign for that.)
+inline constexpr QChar kTitleVariants = QChar(0x9c);
+
 /// The label of a tick; empty without a formatter.
 QString tickText(const CPTXYAxis& axis, double value, double step);
 

@@ -57,8 +57,8 @@ public:
     void setLabelTextStyle(const CPTTextStyle& style) { set(m_labelTextStyle, style); }
 
     const QString& title() const { return m_title; }
-    void setTitle(const QString& title) { set(m_title, title); }
-    double titleOffset() const { return m_titleOffset; }  ///< points from the axis away from the plot area
+    void setTitle(const QString& title) { set(m_title, title); }  ///< or variants: layout/AxisPlacement.h
+    double titleOffset() const { return m_titleOffset; }          ///< points from the axis away from the plot area
     void setTitleOffset(double offset) { set(m_titleOffset, offset); }
     const CPTTextStyle& titleTextStyle() const { return m_titleTextStyle; }
     void setTitleTextStyle(const CPTTextStyle& style) { set(m_titleTextStyle, style); }

@@ -1,3 +1,4 @@
+#include "plotkit/layout/AxisPlacement.h"
 #include "plotkit/layout/GraphLayout.h"
 #include "tests/plotkit/layout/RuledText.h"
 
@@ -57,6 +58,16 @@ protected:
     CPTXYGraph graph;
     QRectF frameInside;
 };
+
+TEST_F(TitlePlacementTest, ATitleLongerThanItsAxisGivesWayToItsNextVariant)
+{
+    graph.setLabelRoom(CPTLabelRoom::Grows);
+    graph.axisSet()->yAxis()->setTitle(QStringLiteral("Temperature of the supply (°C)") + kTitleVariants + "°C" +
+                                       kTitleVariants);
+    EXPECT_EQ(layOut({0, 10}).yAxis().title->text, QStringLiteral("Temperature of the supply (°C)"));
+    EXPECT_EQ(layOut({0, 10}, {1200, 200}).yAxis().title->text, QStringLiteral("°C"));
+    EXPECT_FALSE(layOut({0, 10}, {1200, 115}).yAxis().title);
+}
 
 TEST_F(TitlePlacementTest, BesideNarrowLabelsItReadsUpward)
 {

@@ -1,5 +1,6 @@
 #include "plugins/PlotixPlugIn/reading/lanes/Lane.h"
 
+#include "plotkit/layout/AxisPlacement.h"
 #include "plugins/PlotixPlugIn/host/KTVHostServices.h"
 #include "plugins/PlotixPlugIn/host/KTVUserInterface.h"
 #include "plugins/PlotixPlugIn/logic/RangePolicy.h"
@@ -176,7 +177,10 @@ void Lane::restyle()
     makeFiner(*m_axis);
     m_axis->setPlotSpace(m_space);
     m_axis->setAxisConstraints(CPTConstraints{});
-    m_axis->setTitle(m_naming.title == LaneNaming::Title::AlongAxis ? title() : QString());
+    // A name that is longer than a low lane would run into its neighbours'.
+    m_axis->setTitle(m_naming.title == LaneNaming::Title::AlongAxis
+                         ? title() + plotkit::kTitleVariants + m_prefixed.symbol + plotkit::kTitleVariants
+                         : QString());
     m_axis->setTitleOffset(0);
     m_axis->setHidden(false);
     m_axis->setLabelingPolicy(m_settings.isLogarithmic ? CPTAxisLabelingPolicy::Logarithmic

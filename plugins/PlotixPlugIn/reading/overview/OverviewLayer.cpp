@@ -41,8 +41,13 @@ CPTTextStyle timesStyle(const CPTXYGraph& graph)
 
 void OverviewLayer::take(const CPTXYGraph& graph)
 {
-    if (m_trend)
-        m_picture.take(graph, m_trend->readSpan());
+    if (!m_trend)
+        return;
+    QStringList keys;
+    for (const ReadLine& line : m_trend->lines())
+        if (!line.isCompared())  // what was earlier is read for the times shown alone
+            keys << line.key;
+    m_picture.take(graph, keys, m_trend->readSpan());
 }
 
 std::optional<CPTLayerRoom> OverviewLayer::room(const QSizeF& frame) const

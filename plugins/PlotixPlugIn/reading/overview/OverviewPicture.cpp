@@ -31,6 +31,11 @@ CPTScatterPlotPtr smallPlot(const CPTScatterPlot& plot, const CPTXYPlotSpacePtr&
     return small;
 }
 
+bool isWanted(const CPTScatterPlot& plot, const QStringList& keys)
+{
+    return !plot.isHidden() && keys.contains(plot.identifier());
+}
+
 /// The strip is for finding a time: each lane's lines have all of its height.
 void spreadValues(const CPTXYGraph& graph)
 {
@@ -50,12 +55,12 @@ void spreadValues(const CPTXYGraph& graph)
 
 }  // namespace
 
-std::vector<OverviewPicture::Line> OverviewPicture::linesOf(const CPTXYGraph& graph)
+std::vector<OverviewPicture::Line> OverviewPicture::linesOf(const CPTXYGraph& graph, const QStringList& keys)
 {
     std::vector<Line> lines;
     const std::vector<CPTXYPlotSpacePtr>& spaces = graph.allPlotSpaces();
     for (const CPTScatterPlotPtr& plot : graph.allPlots()) {
-        const CPTPointSeriesPtr series = plot->isHidden() ? nullptr : plot->series();
+        const CPTPointSeriesPtr series = isWanted(*plot, keys) ? plot->series() : nullptr;
         if (!series)
             continue;
         const auto space = std::find_if(spaces.begin(), spaces.end(), [&](const CPTXYPlotSpacePtr& each) {
@@ -67,14 +72,14 @@ std::vector<OverviewPicture::Line> OverviewPicture::linesOf(const CPTXYGraph& gr
     return lines;
 }
 
-void OverviewPicture::take(const CPTXYGraph& graph, const std::optional<TimeSpan>& asked)
+void OverviewPicture::take(const CPTXYGraph& graph, const QStringList& keys, const std::optional<TimeSpan>& asked)
 {
-    std::vector<Line> lines = linesOf(graph);
+    std::vector<Line> lines = linesOf(graph, keys);
     if (m_graph && lines == m_lines && asked == m_asked)
         return;
     m_lines = std::move(lines);
     m_asked = asked;
-    rebuild(graph);
+    rebuild(graph, keys);
 }
 
 CPTXYPlotSpacePtr OverviewPicture::addSpace()
@@ -85,7 +90,7 @@ CPTXYPlotSpacePtr OverviewPicture::addSpace()
     return space;
 }
 
-void OverviewPicture::rebuild(const CPTXYGraph& graph)
+void OverviewPicture::rebuild(const CPTXYGraph& graph, const QStringList& keys)
 {
     m_graph = std::make_shared<CPTXYGraph>();
     m_image = {};
@@ -96,7 +101,7 @@ void OverviewPicture::rebuild(const CPTXYGraph& graph)
     for (const CPTXYPlotSpacePtr& space : graph.allPlotSpaces()) {
         CPTXYPlotSpacePtr own;
         for (const CPTScatterPlotPtr& plot : graph.plotsIn(*space)) {
-            const auto extent = !plot->isHidden() && plot->series() ? plot->series()->extent() : std::nullopt;
+            const auto extent = isWanted(*plot, keys) && plot->series() ? plot->series()->extent() : std::nullopt;
             if (!extent)
                 continue;
             if (!own)

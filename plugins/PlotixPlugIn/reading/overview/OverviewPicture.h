@@ -4,6 +4,7 @@
 #include "plotkit/render/GraphPainter.h"
 #include "plugins/PlotixPlugIn/reading/trend/TimeSpan.h"
 
+#include <QtCore/QStringList>
 #include <QtGui/QImage>
 
 #include <cstdint>
@@ -20,9 +21,9 @@ namespace plotix {
 
 class OverviewPicture {
 public:
-    /// Takes the lines of this graph as they are now; `asked` is what their records were asked for, where that is
-    /// known.
-    void take(const CPTXYGraph& graph, const std::optional<TimeSpan>& asked);
+    /// Takes the plots of these keys of this graph as they are now; `asked` is what their records were asked for, where
+    /// that is known.
+    void take(const CPTXYGraph& graph, const QStringList& keys, const std::optional<TimeSpan>& asked);
     /// What it spans; nothing without points.
     const std::optional<TimeSpan>& whole() const { return m_whole; }
 
@@ -45,8 +46,8 @@ private:
         friend bool operator==(const Kept&, const Kept&) = default;
     };
 
-    static std::vector<Line> linesOf(const CPTXYGraph& graph);
-    void rebuild(const CPTXYGraph& graph);
+    static std::vector<Line> linesOf(const CPTXYGraph& graph, const QStringList& keys);
+    void rebuild(const CPTXYGraph& graph, const QStringList& keys);
     CPTXYPlotSpacePtr addSpace();
 
     std::vector<Line> m_lines;
