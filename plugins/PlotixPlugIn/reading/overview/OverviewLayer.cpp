@@ -16,18 +16,19 @@ constexpr double kStripHeight = 32;  // points
 constexpr double kAbove = 6, kBelow = 4;
 constexpr double kTimesSize = 0.9;   // of the labels of time
 constexpr double kLeastFrame = 260;  // points of height: a lower graph needs them for its lines
-constexpr double kDimmed = 0.4;      // opacity of what is not shown
 constexpr double kHandle = 12;       // points: the height of the grips at the window's edges
 
 struct OverviewLook {
-    QColor ground, border, window, inside;
+    QColor ground, border, window, inside, veil;
 };
 
 OverviewLook lookFor(const CPTXYGraph& graph)
 {
     if (isDark(graph))
-        return {QColor(0, 0, 0, 70), QColor(255, 255, 255, 40), QColor(138, 184, 255), QColor(138, 184, 255, 26)};
-    return {QColor(0, 0, 0, 10), QColor(0, 0, 0, 50), QColor(30, 90, 190), QColor(30, 90, 190, 20)};
+        return {QColor(0, 0, 0, 70), QColor(255, 255, 255, 40), QColor(138, 184, 255), QColor(138, 184, 255, 26),
+                QColor(38, 38, 40, 165)};
+    return {QColor(0, 0, 0, 10), QColor(0, 0, 0, 50), QColor(30, 90, 190), QColor(30, 90, 190, 20),
+            QColor(255, 255, 255, 165)};
 }
 
 CPTTextStyle timesStyle(const CPTXYGraph& graph)
@@ -79,14 +80,12 @@ void OverviewLayer::drawInGraph(QPainter& painter, const plotkit::GraphGeometry&
     const OverviewLook look = lookFor(geometry.graph);
     const QRectF window = found->window();
     painter.fillRect(found->strip, look.ground);
-    painter.setOpacity(kDimmed);
-    m_picture.draw(painter, found->strip);
-    painter.setOpacity(1);
-    painter.save();
-    painter.setClipRect(window, Qt::IntersectClip);
     painter.fillRect(window, look.inside);
     m_picture.draw(painter, found->strip);
-    painter.restore();
+    // A veil rather than a clip, which not every kind of picture heeds.
+    const QRectF& strip = found->strip;
+    painter.fillRect(QRectF(strip.left(), strip.top(), window.left() - strip.left(), strip.height()), look.veil);
+    painter.fillRect(QRectF(window.right(), strip.top(), strip.right() - window.right(), strip.height()), look.veil);
 
     painter.setPen(QPen(look.border, 1));
     painter.drawRect(found->strip);
