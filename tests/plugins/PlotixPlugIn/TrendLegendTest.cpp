@@ -29,7 +29,7 @@ protected:
         QStringList titles;
         for (const CPTXYAxisPtr& axis : graph().axisSet()->axes())
             if (axis->coordinate() == CPTCoordinate::Y && !axis->isHidden())
-                titles << axis->title();
+                titles << axis->title().section(QChar(0x9c), 0, 0);  // a shorter form may follow
         return titles;
     }
     QString timeTitle() { return graph().axisSet()->firstAxis()->title(); }
