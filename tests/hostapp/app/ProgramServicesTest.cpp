@@ -130,7 +130,7 @@ TEST_F(ProgramServicesTest, StoredTrendKeepsTheDatesAskedForAndItsTitle)
 TEST_F(ProgramServicesTest, OpeningWithoutADisplayIsOneClearError)
 {
     try {
-        services.open({site.path(), {}, {}});
+        services.open({.site = site.path(), .screenshot = {}});
         FAIL() << "opened";
     } catch (const plotix::ReportableError& error) {
         EXPECT_THAT(std::string(error.what()), testing::HasSubstr("--screenshot"));

@@ -22,6 +22,7 @@
 #include <QtWidgets/QDateTimeEdit>
 #include <QtWidgets/QDialog>
 #include <QtWidgets/QFileDialog>
+#include <QtWidgets/QLabel>
 #include <QtWidgets/QLineEdit>
 #include <QtWidgets/QListWidget>
 #include <QtWidgets/QMenu>
@@ -258,12 +259,18 @@ TEST_F(TrendWindowTest, ToolTipsShowNamesAsTheyAre)
 /// The way of a picture: dialog, panel, file.
 class PictureWindowTest : public TrendWindowTest {
 protected:
+    static QComboBox* listAt(const QString& label, const QDialog& dialog)
+    {
+        for (const QLabel* each : dialog.findChildren<QLabel*>())
+            if (each->text().remove('&') == label)
+                return qobject_cast<QComboBox*>(each->buddy());
+        return nullptr;
+    }
     QByteArray exported(int what, int format, const QString& name)
     {
         answer<QDialog>([what, format](QDialog* dialog) {
-            const QList<QComboBox*> lists = dialog->findChildren<QComboBox*>();
-            lists.at(0)->setCurrentIndex(what);
-            lists.at(1)->setCurrentIndex(format);
+            listAt("Picture of:", *dialog)->setCurrentIndex(what);
+            listAt("Format:", *dialog)->setCurrentIndex(format);
             QTest::keyClick(dialog, Qt::Key_Return);
         });
         saveAs(site.file(name));

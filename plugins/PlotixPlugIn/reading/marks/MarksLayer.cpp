@@ -87,8 +87,8 @@ QRectF headingRoom(const plotkit::GraphGeometry& geometry, const MarkTimes& mark
     const QRectF between = room(one.right(), other.left());
     if (between.width() >= wanted)
         return between;
-    const QRectF before = room(geometry.frame.left(), one.left());
-    const QRectF after = room(other.right(), geometry.frame.right());
+    const QRectF before = room(geometry.plotArea.left(), one.left());
+    const QRectF after = room(other.right(), geometry.plotArea.right());  // a legend may stand beyond
     const QRectF& beside = after.width() >= before.width() ? after : before;
     return beside.width() > between.width() ? beside : between;
 }

@@ -15,7 +15,7 @@ namespace plotix {
 namespace {
 
 constexpr double kDepth = 22;       // points: the room above the plots
-constexpr double kFromEdge = 4;     // of the room, above its flags
+constexpr double kFromEdge = 8;     // of the room, above its flags
 constexpr double kFlagHeight = 15;  // of a flag in it
 constexpr double kLeastWidth = 16;
 constexpr double kInset = 4;    // beside a flag's number
