@@ -172,9 +172,9 @@ TEST_F(Drawings, OfAComputedPropertyAreThoseOfARecordedOne)
                    "--color", "#56b4e9"}),
               0)
         << error().toStdString();
-    for (const char* property : {"airTemperature", "same"})  // on one scale, which does not name its line
-        ASSERT_EQ(run({"render", "day.plotix", "--arrangement", "one-scale", "--properties", property, "--output",
-                       property + QString(".png")}),
+    for (const char* property : {"airTemperature", "same"})  // on one scale and without a recipe: both name the line
+        ASSERT_EQ(run({"render", "day.plotix", "--arrangement", "one-scale", "--no-recipe", "--properties", property,
+                       "--output", property + QString(".png")}),
                   0)
             << error().toStdString();
     EXPECT_EQ(contents("same.png"), contents("airTemperature.png"));

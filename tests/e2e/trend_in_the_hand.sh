@@ -19,7 +19,7 @@ graph="700 300"
 middle_of_graph="800 320"
 row_of_dew_point="426 692"
 disclosure="272 615"
-nowhere="900 783"
+nowhere="900 783"  # no value line stands over the labels then
 values_strip=38x290+281+150   # the labels of the value axis
 times_strip=980x38+290+455    # those of the time axis, above the overview
 menu_strip=640x24+0+0
@@ -99,7 +99,7 @@ range=$(fact range)
 
 # The wheel zooms both axes about the pointer.
 point_at $middle_of_graph click 4 click 4
-picture 02-zoomed
+point_at $nowhere; picture 02-zoomed
 moved_range || fail "the dates did not follow the zoom"
 span_holds $range $new_range "c > a and d < b" || fail "the wheel did not zoom time in"
 differ $values_strip 01-opened 02-zoomed || fail "the wheel did not zoom the values"
@@ -107,7 +107,7 @@ differ $values_strip 01-opened 02-zoomed || fail "the wheel did not zoom the val
 # A drag pans both axes, and keeps both spans.
 range=$new_range
 point_at $graph; drag 100 60
-picture 03-panned
+point_at $nowhere; picture 03-panned
 moved_range || fail "the dates did not follow the drag"
 span_holds $range $new_range "c < a and abs((d - c) - (b - a)) < 1" || fail "the drag did not pan time"
 differ $values_strip 02-zoomed 03-panned || fail "the drag did not pan the values"
@@ -115,15 +115,15 @@ differ $values_strip 02-zoomed 03-panned || fail "the drag did not pan the value
 # With Alt the values stay, with Shift the time does; the wheel's swapped axes do not matter.
 range=$new_range
 point_at $graph; xdotool keydown alt; drag 100 60; xdotool keyup alt
-picture 04-panned-with-alt
+point_at $nowhere; picture 04-panned-with-alt
 differ $values_strip 03-panned 04-panned-with-alt && fail "Alt did not hold the values"
 moved_range || fail "time did not move with Alt held"
 point_at $graph; xdotool keydown shift; drag 100 60; xdotool keyup shift
-picture 05-panned-with-shift
+point_at $nowhere; picture 05-panned-with-shift
 differ $values_strip 04-panned-with-alt 05-panned-with-shift || fail "the values did not move with Shift held"
 differ $times_strip 04-panned-with-alt 05-panned-with-shift && fail "Shift did not hold the time"
 point_at $graph; xdotool keydown alt click 4 keyup alt
-picture 06-zoomed-with-alt
+point_at $nowhere; picture 06-zoomed-with-alt
 differ $values_strip 05-panned-with-shift 06-zoomed-with-alt && fail "Alt did not hold the values while zooming"
 differ $times_strip 05-panned-with-shift 06-zoomed-with-alt || fail "the wheel did not zoom time with Alt held"
 
@@ -131,11 +131,11 @@ differ $menu_strip 05-panned-with-shift 06-zoomed-with-alt && fail "letting go o
 
 # The menu's toggles act as the held keys do; Fit shows everything again.
 xdotool key ctrl+t; point_at $graph click 5
-picture 07-time-only
+point_at $nowhere; picture 07-time-only
 differ $values_strip 06-zoomed-with-alt 07-time-only && fail "Zoom Time Only did not hold the values"
 differ $times_strip 06-zoomed-with-alt 07-time-only || fail "Zoom Time Only did not zoom time"
 xdotool key ctrl+t key ctrl+shift+t; point_at $graph click 5
-picture 08-values-only
+point_at $nowhere; picture 08-values-only
 differ $values_strip 07-time-only 08-values-only || fail "Zoom Values Only did not zoom the values"
 differ $times_strip 07-time-only 08-values-only && fail "Zoom Values Only did not hold the time"
 xdotool key ctrl+shift+t key ctrl+0; point_at $nowhere
