@@ -21,7 +21,7 @@ row_of_dew_point="426 692"
 disclosure="272 615"
 nowhere="900 783"  # no value line stands over the labels then
 values_strip=38x290+281+150   # the labels of the value axis
-times_strip=980x38+290+455    # those of the time axis, above the overview
+times_strip=980x34+290+472    # those of the time axis, above the overview
 menu_strip=640x24+0+0
 graph_strip=940x385+325+150
 
