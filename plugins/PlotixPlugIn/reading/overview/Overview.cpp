@@ -17,6 +17,12 @@ namespace {
 constexpr auto kShown = "shown";  // stored: never changes
 constexpr double kLeastDrag = 3;  // points: less is a click
 
+bool isPointerEvent(QEvent::Type type)
+{
+    return type == QEvent::MouseButtonPress || type == QEvent::MouseMove || type == QEvent::MouseButtonRelease ||
+           type == QEvent::MouseButtonDblClick || type == QEvent::Wheel;
+}
+
 }  // namespace
 
 Overview::Overview(ReadTrend& trend) : ReadingPart(trend)
@@ -119,7 +125,8 @@ std::optional<OverviewWindow> Overview::windowAt(const QPointF& point) const
 
 bool Overview::eventFilter(QObject* watched, QEvent* event)
 {
-    if (watched != m_view || !m_layer)
+    // A view that is being deleted sends other events, and is no view of a graph by then.
+    if (!isPointerEvent(event->type()) || watched != m_view || !m_layer)
         return false;
     switch (event->type()) {
     case QEvent::MouseButtonPress: return press(static_cast<const QMouseEvent&>(*event));
