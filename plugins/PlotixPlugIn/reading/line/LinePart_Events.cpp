@@ -70,7 +70,7 @@ void LinePart::makeActions()
                              [this] { setShown(!isShown()); });
     m_showAction->setCheckable(true);
     m_holdAction = addAction(QT_TRANSLATE_NOOP("Plotix", "&Hold the Value Line"), Qt::Key_Space, [this] {
-        const auto where = geometry();
+        const auto where = shownGeometry(trend());
         if (!where)
             return;
         const CPTPlotRange& range = where->graph.plotSpace().xRange();
@@ -127,7 +127,7 @@ bool LinePart::keyPressed(const QKeyEvent& event)
 {
     const Qt::KeyboardModifiers modifiers = event.modifiers() & ~Qt::KeyboardModifiers(Qt::KeypadModifier);
     const bool withShift = modifiers == Qt::ShiftModifier;
-    if ((!isShown() && !m_held) || (modifiers != Qt::NoModifier && !withShift) || !geometry())
+    if ((!isShown() && !m_held) || (modifiers != Qt::NoModifier && !withShift) || !shownGeometry(trend()))
         return false;
     for (const StepKey& each : kStepKeys)
         if (event.key() == each.key && withShift == each.withShift) {
@@ -177,7 +177,7 @@ bool LinePart::eventFilter(QObject* watched, QEvent* event)
 
 void LinePart::pointerMoved(const QPointF& point)
 {
-    const auto where = geometry();
+    const auto where = shownGeometry(trend());
     if (!isShown() || !where)
         return;
     m_pointer = point;
@@ -195,7 +195,7 @@ void LinePart::pointerLeft()
 
 void LinePart::clicked(const QPointF& point)
 {
-    const auto where = geometry();
+    const auto where = shownGeometry(trend());
     if (!m_pressed || !where)
         return;
     const QPointF moved = point - *m_pressed;

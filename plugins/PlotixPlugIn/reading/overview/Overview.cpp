@@ -69,35 +69,27 @@ void Overview::viewLoaded()
     m_view->installEventFilter(this);
 }
 
-// The layer is there only while the overview is: a graph without layers is painted straight to the screen.
 void Overview::attach()
 {
     const CPTXYGraphPtr graph = trend().graph();
-    if (!m_shown || !graph || (m_layer && m_graph.lock() == graph))
-        return;
-    detach();
-    m_layer = std::make_shared<OverviewLayer>(trend());
-    m_graph = graph;
-    graph->addLayer(m_layer);
-    takeLines();
+    if (m_shown && graph && m_layer.put(graph, PartLayer<OverviewLayer>::Place::Above, [this] {
+            return std::make_shared<OverviewLayer>(trend());
+        }))
+        takeLines();
 }
 
 void Overview::detach()
 {
-    if (m_layer)
-        m_layer->stop();
-    if (const CPTXYGraphPtr graph = m_graph.lock()) {
-        graph->removeLayer(m_layer);
-        graph->setNeedsDisplay();  // its room is free again
-    }
-    m_layer.reset();
-    m_graph.reset();
+    const CPTXYGraphPtr graph = m_layer.graph();
+    m_layer.remove();
     m_drag.reset();
+    if (graph)
+        graph->setNeedsDisplay();  // its room is free again
 }
 
 void Overview::takeLines()
 {
-    const CPTXYGraphPtr graph = m_graph.lock();
+    const CPTXYGraphPtr graph = m_layer.graph();
     if (!graph)
         return;
     m_layer->take(*graph);
@@ -112,7 +104,7 @@ void Overview::rangeSet(CPTCoordinate coordinate)
 
 std::optional<OverviewWindow> Overview::window() const
 {
-    const CPTXYGraphPtr graph = m_graph.lock();
+    const CPTXYGraphPtr graph = m_layer.graph();
     return graph && m_view && m_view->hostedGraph() == graph ? m_layer->windowIn(m_view->geometryShown(*graph))
                                                              : std::nullopt;
 }

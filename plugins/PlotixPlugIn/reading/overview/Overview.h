@@ -1,6 +1,7 @@
 #pragma once
 
 #include "plugins/PlotixPlugIn/reading/overview/OverviewLayer.h"
+#include "plugins/PlotixPlugIn/reading/trend/PartLayer.h"
 #include "plugins/PlotixPlugIn/reading/trend/ReadingPart.h"
 
 #include <QtCore/QPointer>
@@ -60,8 +61,7 @@ private:
     bool wheel(const QWheelEvent& event);
     void hover(const QPointF& point);
 
-    std::shared_ptr<OverviewLayer> m_layer;
-    std::weak_ptr<CPTXYGraph> m_graph;  // that has the layer
+    PartLayer<OverviewLayer> m_layer;
     QPointer<CPTGraphHostingView> m_view;
     std::optional<Drag> m_drag;
     bool m_shown = false;
