@@ -1,5 +1,7 @@
 #include "hostapp/window/SiteWindow.h"
 
+#include "hostapp/document/ArchiveManager.h"
+#include "hostapp/window/EmptyStateView.h"
 #include "tests/hostapp/window/SiteWindowFixture.h"
 
 #include <QtTest/QTest>

@@ -54,8 +54,6 @@ void LinePart::setShown(const std::optional<bool>& shown)
     if (m_shown == shown)
         return;
     m_shown = shown;
-    if (CPTGraphHostingView* view = trend().graphView())
-        view->setMouseTracking(isShown());
     if (!isShown())
         pointerLeft();
     place();
@@ -68,8 +66,6 @@ void LinePart::viewLoaded()
     CPTGraphHostingView* view = trend().graphView();
     if (!view)
         return;
-    view->installEventFilter(this);
-    view->setMouseTracking(isShown());
     m_spokenBefore = view->accessibleDescription();
     place();
     updateActions();

@@ -47,7 +47,7 @@ public:
     void askForTime();
     void copyValues();
 
-    bool eventFilter(QObject* watched, QEvent* event) override;
+    bool pointerActed(QEvent& event) override;
 
 private:
     QAction* addAction(const char* text, const QKeySequence& keys, std::function<void()> act);

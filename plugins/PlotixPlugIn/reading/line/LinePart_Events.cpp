@@ -152,27 +152,27 @@ bool LinePart::keyPressed(const QKeyEvent& event)
     }
 }
 
-bool LinePart::eventFilter(QObject* watched, QEvent* event)
+bool LinePart::pointerActed(QEvent& event)
 {
-    if (isShown()) {
-        switch (event->type()) {
-        case QEvent::MouseMove: pointerMoved(static_cast<QMouseEvent*>(event)->position()); break;
-        case QEvent::Leave: pointerLeft(); break;
-        case QEvent::MouseButtonPress: {
-            const auto* press = static_cast<QMouseEvent*>(event);
-            const bool isPlain = press->button() == Qt::LeftButton && press->modifiers() == Qt::NoModifier;
-            m_pressed = isPlain ? std::optional(press->position()) : std::nullopt;
-            break;
-        }
-        case QEvent::MouseButtonRelease: clicked(static_cast<QMouseEvent*>(event)->position()); break;
-        case QEvent::MouseButtonDblClick:  // whose first click is taken back
-            m_pressed.reset();
-            hold(m_heldBeforeClick);
-            break;
-        default: break;
-        }
+    if (!isShown())
+        return false;
+    const auto mouse = [&event]() -> const QMouseEvent& { return static_cast<const QMouseEvent&>(event); };
+    switch (event.type()) {
+    case QEvent::MouseMove: pointerMoved(mouse().position()); break;
+    case QEvent::Leave: pointerLeft(); break;
+    case QEvent::MouseButtonPress: {
+        const bool isPlain = mouse().button() == Qt::LeftButton && mouse().modifiers() == Qt::NoModifier;
+        m_pressed = isPlain ? std::optional(mouse().position()) : std::nullopt;
+        break;
     }
-    return ReadingPart::eventFilter(watched, event);
+    case QEvent::MouseButtonRelease: clicked(mouse().position()); break;
+    case QEvent::MouseButtonDblClick:  // whose first click is taken back
+        m_pressed.reset();
+        hold(m_heldBeforeClick);
+        break;
+    default: break;
+    }
+    return false;  // it looks on
 }
 
 void LinePart::pointerMoved(const QPointF& point)

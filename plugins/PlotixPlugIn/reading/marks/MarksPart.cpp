@@ -61,8 +61,6 @@ void MarksPart::takeMarks()
     attach();
     show();
     updateActions();
-    if (CPTGraphHostingView* view = trend().graphView(); view && (m_marks.a || m_marks.b))
-        view->setMouseTracking(true);  // for the pointer to change over a flag
     trend().setMarkedSpan(m_marks.areBoth() ? std::optional(m_marks.span()) : std::nullopt);
     emit marksMoved();
     emit chosenChanged();
@@ -70,12 +68,6 @@ void MarksPart::takeMarks()
 
 void MarksPart::viewLoaded()
 {
-    CPTGraphHostingView* view = trend().graphView();
-    if (!view)
-        return;
-    view->installEventFilter(this);
-    if (m_marks.a || m_marks.b)
-        view->setMouseTracking(true);
     updateActions();
 }
 

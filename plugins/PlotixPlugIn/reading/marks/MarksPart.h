@@ -51,7 +51,7 @@ public:
     void copyRange();
     void showWindow();
 
-    bool eventFilter(QObject* watched, QEvent* event) override;
+    bool pointerActed(QEvent& event) override;
 
 signals:
     void marksMoved();  ///< or what they mark has changed

@@ -83,10 +83,10 @@ bool MarksPart::keyPressed(const QKeyEvent& event)
     return false;
 }
 
-bool MarksPart::eventFilter(QObject* watched, QEvent* event)
+bool MarksPart::pointerActed(QEvent& event)
 {
-    const auto mouse = [event] { return static_cast<QMouseEvent*>(event); };
-    switch (event->type()) {
+    const auto mouse = [&event] { return static_cast<QMouseEvent*>(&event); };
+    switch (event.type()) {
     case QEvent::MouseButtonPress:
         if (mouse()->button() == Qt::LeftButton && pressed(mouse()->position()))
             return true;
@@ -107,7 +107,7 @@ bool MarksPart::eventFilter(QObject* watched, QEvent* event)
         break;
     default: break;
     }
-    return ReadingPart::eventFilter(watched, event);
+    return false;
 }
 
 bool MarksPart::pressed(const QPointF& point)

@@ -57,8 +57,6 @@ void NotesPart::listen()
 void NotesPart::viewLoaded()
 {
     listen();
-    if (CPTGraphHostingView* view = trend().graphView(); view && m_annotations)
-        view->installEventFilter(this);
     updateActions();
 }
 
@@ -96,11 +94,8 @@ void NotesPart::refresh()
     if (!m_isShown || all.empty())
         return m_layer.remove();
     attach();
-    if (!m_layer)
-        return;
-    m_layer->show(all, m_current);
-    if (CPTGraphHostingView* view = trend().graphView())
-        view->setMouseTracking(true);  // for the pointer to be seen over a flag
+    if (m_layer)
+        m_layer->show(all, m_current);
 }
 
 // The layer takes room from the plots, so it is there only while there are notes.

@@ -46,7 +46,7 @@ public:
     void goToNext(int direction);
     void openCurrent();
 
-    bool eventFilter(QObject* watched, QEvent* event) override;
+    bool pointerActed(QEvent& event) override;
 
 private:
     QAction* addAction(const char* text, const QKeySequence& keys, std::function<void()> act);

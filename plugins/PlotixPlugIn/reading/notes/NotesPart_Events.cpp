@@ -77,13 +77,15 @@ bool NotesPart::keyPressed(const QKeyEvent& event)
     return false;
 }
 
-bool NotesPart::eventFilter(QObject* watched, QEvent* event)
+bool NotesPart::pointerActed(QEvent& event)
 {
-    const auto mouse = [event] { return static_cast<QMouseEvent*>(event); };
-    switch (event->type()) {
+    if (!m_annotations)
+        return false;
+    const auto mouse = [&event] { return static_cast<QMouseEvent*>(&event); };
+    switch (event.type()) {
     case QEvent::MouseMove: hover(mouse()->position()); break;
     case QEvent::ToolTip: {
-        auto* help = static_cast<QHelpEvent*>(event);
+        auto* help = static_cast<QHelpEvent*>(&event);
         if (!flagAt(help->pos()))
             break;
         return true;  // its text is shown already
@@ -103,7 +105,7 @@ bool NotesPart::eventFilter(QObject* watched, QEvent* event)
         break;
     default: break;
     }
-    return ReadingPart::eventFilter(watched, event);
+    return false;
 }
 
 const NoteFlag* NotesPart::flagAt(const QPointF& point)

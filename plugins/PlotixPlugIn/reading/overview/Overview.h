@@ -4,8 +4,6 @@
 #include "plugins/PlotixPlugIn/reading/trend/PartLayer.h"
 #include "plugins/PlotixPlugIn/reading/trend/ReadingPart.h"
 
-#include <QtCore/QPointer>
-
 #include <memory>
 #include <optional>
 
@@ -30,7 +28,7 @@ public:
     QVariantMap chosen() const override;
     void choose(const QVariantMap& choices) override;
 
-    void viewLoaded() override;
+    bool pointerActed(QEvent& event) override;
     void graphBuilt() override { attach(); }
     void graphReleased() override { detach(); }
     void plotsReplaced() override { takeLines(); }
@@ -38,8 +36,6 @@ public:
     void linesChanged() override { takeLines(); }
     void rangeSet(CPTCoordinate coordinate) override;
     std::vector<QAction*> actions() const override { return {m_action}; }
-
-    bool eventFilter(QObject* watched, QEvent* event) override;
 
 private:
     struct Drag {
@@ -62,7 +58,6 @@ private:
     void hover(const QPointF& point);
 
     PartLayer<OverviewLayer> m_layer;
-    QPointer<CPTGraphHostingView> m_view;
     std::optional<Drag> m_drag;
     bool m_shown = false;
     bool m_hasCursor = false;
