@@ -2099,6 +2099,16 @@
         <source>Lay A–B Over the Time From</source>
         <translation>A–B über die Zeit legen ab</translation>
     </message>
+    <message>
+        <source>%1 ago</source>
+        <extracomment>A time before now: %1 is a number with a unit, &quot;2 days ago&quot;</extracomment>
+        <translation>vor %1</translation>
+    </message>
+    <message>
+        <source>year years; month months; week weeks; day days; hour hours; minute minutes; second seconds</source>
+        <extracomment>As people type them after a number, each unit in all its forms, in this order</extracomment>
+        <translation>jahr jahre jahren; monat monate monaten; woche wochen; tag tage tagen; stunde stunden std; minute minuten; sekunde sekunden sek</translation>
+    </message>
 </context>
 <context>
     <name>PlugInStore</name>
