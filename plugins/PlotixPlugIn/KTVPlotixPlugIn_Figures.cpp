@@ -75,6 +75,7 @@ struct PictureTexts {
     QString title;  // empty: none
     CPTTextStyle titleStyle;
     bool hasSpan = true;
+    double heightBelowTitle = 0;  // of what stands between it and the plots
 };
 
 /// The title is as light or dark as the labels; a chosen size of text is that of all texts. Where titles of axes were
@@ -83,11 +84,20 @@ PictureTexts textsOf(const CPTXYGraph& graph, const plotix::TrendReader& reader,
 {
     const QVariant size = reader.part(QStringLiteral("looks"))->chosen().value(QStringLiteral("fontSize"));
     const QVariantMap legend = reader.part(QStringLiteral("legend"))->chosen();
-    PictureTexts texts{title, {}, !legend.contains(QStringLiteral("axisTitles"))};
+    PictureTexts texts{title, {}, !legend.contains(QStringLiteral("axisTitles")), reader.heightAbovePlots()};
     texts.titleStyle = {.fontName = QStringLiteral("Helvetica-Bold"),
                         .fontSize = size.isValid() ? size.toDouble() : kTitleSize,
                         .color = graph.axes().xAxis().labelTextStyle().color};
     return texts;
+}
+
+/// Then the title has room of its own, above that.
+bool hasRoomAtTop(const CPTXYGraph& graph)
+{
+    return std::any_of(graph.layers().begin(), graph.layers().end(), [&graph](const CPTGraphLayerPtr& layer) {
+        const auto room = layer->room(graph.bounds().size());
+        return room && room->edge == CPTLayerRoom::Edge::Top;
+    });
 }
 
 void placeTitle(CPTXYGraph& graph, const PictureTexts& texts)
@@ -99,7 +109,7 @@ void placeTitle(CPTXYGraph& graph, const PictureTexts& texts)
     graph.setTitleTextStyle(texts.titleStyle);
     graph.setTitlePlotAreaFrameAnchor(CPTRectAnchor::Top);
     CPTPadding padding = graph.plotAreaFrame().padding;
-    padding.top += texts.titleStyle.fontSize;
+    padding.top += texts.heightBelowTitle + (hasRoomAtTop(graph) ? 0 : texts.titleStyle.fontSize);
     graph.setPlotAreaFramePadding(padding);
 }
 

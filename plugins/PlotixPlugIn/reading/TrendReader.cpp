@@ -144,6 +144,14 @@ const QList<QAction*>& TrendReader::menuActions()
     return m_menuActions;
 }
 
+double TrendReader::heightAbovePlots() const
+{
+    double height = 0;
+    for (const auto& part : m_parts)
+        height = std::max(height, part->heightAbovePlots());
+    return height;
+}
+
 TableFigures* TrendReader::tableFigures() const
 {
     for (const auto& part : m_parts)

@@ -52,6 +52,7 @@ public:
     void showWindow();
 
     bool pointerActed(QEvent& event) override;
+    double heightAbovePlots() const override;
 
 signals:
     void marksMoved();  ///< or what they mark has changed

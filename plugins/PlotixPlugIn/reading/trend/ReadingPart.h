@@ -63,6 +63,9 @@ public:
     /// before it nor the view see it.
     virtual bool pointerActed(QEvent& /*event*/) { return false; }
 
+    /// How far what it draws just above the plots reaches, in points: titles of pictures stand clear of it.
+    virtual double heightAbovePlots() const { return 0; }
+
     /// What people can do with it: owned by the part, the same on every call. A host shows them in its menus, grouped
     /// by `menuOf`, and the graph in its own.
     virtual std::vector<QAction*> actions() const { return {}; }
