@@ -54,7 +54,8 @@ public:
     /// of a trend elsewhere.
     Q_INVOKABLE QVariantList spansBeside(double from, double to) const;
 
-    /// Tells the parts, and from now on sees the keys pressed in the graph before its view does.
+    /// Tells the parts, and from now on sees keys and pointer in the graph before its view does, so that
+    /// the parts may take them: the last part is asked first, since it is what lies on top.
     void viewLoaded();
     bool eventFilter(QObject* watched, QEvent* event) override;
 
