@@ -276,7 +276,7 @@ TEST_F(CaseWindowTest, WhatIsVisibleIsSavedAndTold)
     const QString said = saveCase("case.plotix");
     EXPECT_EQ(proposed, "Day.plotix");
     EXPECT_TRUE(said.contains("The case is saved")) << said.toStdString();
-    EXPECT_TRUE(said.contains("600 records of 2 properties, 0 notes, ")) << said.toStdString();
+    EXPECT_TRUE(said.contains("600 record(s) of 2 property(s), 0 note(s), ")) << said.toStdString();
     const auto made = SiteDocument::open(site.file("case.plotix"));
     EXPECT_EQ(made->agents().front()->siteProperties().size(), 2U);
     EXPECT_EQ(made->archivedPlugIns().size(), 1U);
@@ -286,11 +286,12 @@ TEST_F(CaseWindowTest, TheStretchBetweenTheMarksIsProposed)
 {
     setReading(trend.get(), {{"marks", QVariantMap{{"a", kStart + 6000}, {"b", kStart + 3000}}}});
     const QString said = saveCase("case.plotix");
-    EXPECT_TRUE(said.contains("53 records of 2 properties")) << said.toStdString();  // with one before and one after
+    EXPECT_TRUE(said.contains("53 record(s) of 2 property(s)")) << said.toStdString();  // with one before and one after
 }
 
 TEST_F(CaseWindowTest, TheSiteItselfIsLeftAsItIs)
 {
+    answer<QMessageBox>([](QMessageBox* question) { question->button(QMessageBox::Yes)->click(); });  // replace it
     const QString said = saveCase("garden.plotix");
     EXPECT_TRUE(said.contains("is the site itself")) << said.toStdString();
     EXPECT_FALSE(site.document->isReplaced());
