@@ -49,6 +49,12 @@ ColumnStatistics SqliteRecordStore::statistics(RowId agent, RowId property, std:
     return SqliteReader(m_connections).statistics(agent, property, from, to, source);
 }
 
+std::vector<Amendment> SqliteRecordStore::amendments(RowId, std::span<const RowId> properties,
+                                                     std::optional<double> from, std::optional<double> to)
+{
+    return SqliteReader(m_connections).amendments(properties, from, to);
+}
+
 std::unique_ptr<RecordTransaction> SqliteRecordStore::begin()
 {
     requireInPlace();
