@@ -2,7 +2,7 @@
 
 #include "plotkit/layout/GraphGeometry.h"
 #include "plotkit/render/GraphText.h"
-#include "plugins/PlotixPlugIn/reading/values/GraphLook.h"
+#include "plugins/PlotixPlugIn/reading/trend/OverlayLook.h"
 
 #include <QtGui/QPainter>
 
