@@ -1,7 +1,5 @@
 #include "records/sqlite/AmendmentNoting.h"
 
-#include "records/sqlite/SqliteRecordStore.h"
-
 #include <set>
 
 namespace plotix {
@@ -9,8 +7,7 @@ namespace plotix {
 AmendmentFinder& AmendmentNoting::finder()
 {
     if (!m_finder)
-        m_finder = std::make_unique<AmendmentFinder>(
-            std::make_shared<SqliteRecordStore>(m_database.file(), m_database.schema()));
+        m_finder = std::make_unique<AmendmentFinder>(m_makeStore(m_database));
     return *m_finder;
 }
 

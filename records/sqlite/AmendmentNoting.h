@@ -10,7 +10,13 @@ namespace plotix {
 
 class AmendmentNoting {
 public:
-    explicit AmendmentNoting(const Database& database) : m_database(database), m_table(database) {}
+    /// Makes a store of the same file, whose connections are its own.
+    using MakeStore = std::function<std::shared_ptr<RecordStore>(const Database& database)>;
+
+    AmendmentNoting(const Database& database, MakeStore makeStore)
+        : m_database(database), m_makeStore(std::move(makeStore)), m_table(database)
+    {
+    }
 
     /// Before the records are stored. Requires: the records are ordered.
     void note(RowId agent, const RecordsView& records, double now);
@@ -25,6 +31,7 @@ private:
     AmendmentFinder& finder();
 
     const Database& m_database;
+    MakeStore m_makeStore;
     AmendmentTable m_table;
     std::unique_ptr<AmendmentFinder> m_finder;
 };

@@ -4,12 +4,12 @@
 
 namespace plotix {
 
-SqliteAppender::SqliteAppender(const QString& file, const DatabaseSchema& schema)
+SqliteAppender::SqliteAppender(const QString& file, const DatabaseSchema& schema, AmendmentNoting::MakeStore makeStore)
     : m_database(file, schema, Database::Access::ReadWrite),
       m_chunks(m_database),
       m_placement(m_chunks),
       m_storable(m_database),
-      m_amendments(m_database),
+      m_amendments(m_database, std::move(makeStore)),
       m_checkpointer(m_database)
 {
 }

@@ -15,7 +15,7 @@ namespace plotix {
 
 class SqliteAppender final : public RecordAppender {
 public:
-    SqliteAppender(const QString& file, const DatabaseSchema& schema);
+    SqliteAppender(const QString& file, const DatabaseSchema& schema, AmendmentNoting::MakeStore makeStore);
 
     void append(RowId agent, const RecordBlock& block) override;
     void noteAmendments(std::function<double()> clock) override { m_clock = std::move(clock); }

@@ -16,17 +16,17 @@ Database& begun(Database& database)
 
 }  // namespace
 
-SqliteTransaction::SqliteTransaction(std::unique_ptr<Database> connection)
+SqliteTransaction::SqliteTransaction(std::unique_ptr<Database> connection, AmendmentNoting::MakeStore makeStore)
     : m_own(std::move(connection)),
       m_chunks(begun(*m_own)),
       m_placement(m_chunks),
       m_storable(*m_own),
-      m_amendments(*m_own)
+      m_amendments(*m_own, std::move(makeStore))
 {
 }
 
-SqliteTransaction::SqliteTransaction(Database& database)
-    : m_chunks(database), m_placement(m_chunks), m_storable(database), m_amendments(database)
+SqliteTransaction::SqliteTransaction(Database& database, AmendmentNoting::MakeStore makeStore)
+    : m_chunks(database), m_placement(m_chunks), m_storable(database), m_amendments(database, std::move(makeStore))
 {
 }
 

@@ -14,10 +14,10 @@ namespace plotix {
 class SqliteTransaction final : public RecordTransaction {
 public:
     /// Begins a transaction and *owns* its connection.
-    explicit SqliteTransaction(std::unique_ptr<Database> connection);
+    SqliteTransaction(std::unique_ptr<Database> connection, AmendmentNoting::MakeStore makeStore);
     /// Joins the transaction already begun on `database`, which it borrows. `prepare` writes everything into it;
     /// `commit` does no more, and after destruction rolling back is left to the caller.
-    explicit SqliteTransaction(Database& database);
+    SqliteTransaction(Database& database, AmendmentNoting::MakeStore makeStore);
     ~SqliteTransaction() override;
     SqliteTransaction(const SqliteTransaction&) = delete;
     SqliteTransaction& operator=(const SqliteTransaction&) = delete;

@@ -125,6 +125,11 @@ RecordOverview overviewOf(const Timeline& timeline, std::span<const RowId> prope
     return overview;
 }
 
+std::shared_ptr<RecordStore> storeOf(std::shared_ptr<RecordsInMemory> records)
+{
+    return std::make_shared<MemoryRecordStore>(std::move(records));
+}
+
 }  // namespace
 
 MemoryRecordStore::MemoryRecordStore() : m_records(std::make_shared<RecordsInMemory>()) {}
@@ -203,12 +208,12 @@ std::vector<Amendment> MemoryRecordStore::amendments(RowId, std::span<const RowI
 
 std::unique_ptr<RecordTransaction> MemoryRecordStore::begin()
 {
-    return transactionOn(m_records);
+    return transactionOn(m_records, &storeOf);
 }
 
 std::unique_ptr<RecordAppender> MemoryRecordStore::appender()
 {
-    return appenderTo(m_records);
+    return appenderTo(m_records, &storeOf);
 }
 
 CompactionResult MemoryRecordStore::compact(const CompactionRequest& request, const ArchiveProgress& progress)

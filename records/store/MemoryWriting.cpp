@@ -2,7 +2,6 @@
 
 #include "base/ReportableError.h"
 #include "records/store/AmendmentFinder.h"
-#include "records/store/MemoryRecordStore.h"
 
 #include <cmath>
 #include <functional>
@@ -29,8 +28,8 @@ void note(RowId agent, const RecordBlock& block, double now, AmendmentFinder bef
 
 class MemoryTransaction final : public RecordTransaction {
 public:
-    explicit MemoryTransaction(std::shared_ptr<RecordsInMemory> records)
-        : m_records(std::move(records)), m_turn(m_records->turn(kWritersPatience))
+    MemoryTransaction(std::shared_ptr<RecordsInMemory> records, StoreOfRecords storeOf)
+        : m_records(std::move(records)), m_storeOf(std::move(storeOf)), m_turn(m_records->turn(kWritersPatience))
     {
     }
 
@@ -83,9 +82,10 @@ private:
             throw ReportableError(QStringLiteral("These records were stored already: begin again to store more."));
     }
 
-    AmendmentFinder before() const { return AmendmentFinder(std::make_shared<MemoryRecordStore>(m_before)); }
+    AmendmentFinder before() const { return AmendmentFinder(m_storeOf(m_before)); }
 
     std::shared_ptr<RecordsInMemory> m_records;
+    StoreOfRecords m_storeOf;
     std::shared_ptr<RecordsInMemory> m_before;    // while it is committed: as it was
     std::optional<RecordsInMemory::Turn> m_turn;  // nothing: committed
     std::optional<double> m_now;                  // absent: nothing is noted
@@ -94,14 +94,16 @@ private:
 
 class MemoryAppender final : public RecordAppender {
 public:
-    explicit MemoryAppender(std::shared_ptr<RecordsInMemory> records) : m_records(std::move(records)) {}
+    MemoryAppender(std::shared_ptr<RecordsInMemory> records, StoreOfRecords storeOf)
+        : m_records(std::move(records)), m_storeOf(std::move(storeOf))
+    {
+    }
 
     void append(RowId agent, const RecordBlock& block) override
     {
         const RecordsInMemory::Turn turn = m_records->turn(m_patience);
         m_records->requireStorable(agent, block);
-        AmendmentFinder before(std::make_shared<MemoryRecordStore>(
-            m_clock ? std::make_shared<RecordsInMemory>(m_records->copied()) : m_records));
+        AmendmentFinder before(m_storeOf(m_clock ? std::make_shared<RecordsInMemory>(m_records->copied()) : m_records));
         m_records->changed([&](Contents& contents) {
             if (m_clock)
                 note(agent, block, m_clock(), std::move(before), contents);
@@ -113,20 +115,21 @@ public:
 
 private:
     std::shared_ptr<RecordsInMemory> m_records;
+    StoreOfRecords m_storeOf;
     std::function<double()> m_clock;  // empty: nothing is noted
     int m_patience = kWritersPatience;
 };
 
 }  // namespace
 
-std::unique_ptr<RecordTransaction> transactionOn(std::shared_ptr<RecordsInMemory> records)
+std::unique_ptr<RecordTransaction> transactionOn(std::shared_ptr<RecordsInMemory> records, StoreOfRecords storeOf)
 {
-    return std::make_unique<MemoryTransaction>(std::move(records));
+    return std::make_unique<MemoryTransaction>(std::move(records), std::move(storeOf));
 }
 
-std::unique_ptr<RecordAppender> appenderTo(std::shared_ptr<RecordsInMemory> records)
+std::unique_ptr<RecordAppender> appenderTo(std::shared_ptr<RecordsInMemory> records, StoreOfRecords storeOf)
 {
-    return std::make_unique<MemoryAppender>(std::move(records));
+    return std::make_unique<MemoryAppender>(std::move(records), std::move(storeOf));
 }
 
 }  // namespace plotix

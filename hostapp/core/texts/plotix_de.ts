@@ -1886,10 +1886,6 @@
         <translation>&amp;Qualitätsstreifen</translation>
     </message>
     <message>
-        <source>A row for each line at the foot of its lane: where it has records, where it has none, and where they are not valid.</source>
-        <translation>Eine Zeile je Linie am Fuß ihrer Spur: wo sie Messwerte hat, wo keine, und wo sie nicht gültig sind.</translation>
-    </message>
-    <message>
         <source>%1, %2</source>
         <extracomment>A line and with what it is compared: &quot;Power, a week earlier&quot;.</extracomment>
         <translation>%1, %2</translation>
@@ -2108,6 +2104,58 @@
         <source>year years; month months; week weeks; day days; hour hours; minute minutes; second seconds</source>
         <extracomment>As people type them after a number, each unit in all its forms, in this order</extracomment>
         <translation>jahr jahre jahren; monat monate monaten; woche wochen; tag tage tagen; stunde stunden std; minute minuten; sekunde sekunden sek</translation>
+    </message>
+    <message>
+        <source>arrived late, %1</source>
+        <translation>verspätet eingetroffen, %1</translation>
+    </message>
+    <message>
+        <source>corrected %1</source>
+        <translation>berichtigt %1</translation>
+    </message>
+    <message>
+        <source>arrived late</source>
+        <translation>verspätet</translation>
+    </message>
+    <message>
+        <source>corrected</source>
+        <translation>berichtigt</translation>
+    </message>
+    <message>
+        <source>By &amp;Any Time</source>
+        <translation>Um &amp;beliebige Zeit</translation>
+    </message>
+    <message>
+        <source>By More than a &amp;Minute</source>
+        <translation>Um mehr als eine &amp;Minute</translation>
+    </message>
+    <message>
+        <source>By More than an &amp;Hour</source>
+        <translation>Um mehr als eine &amp;Stunde</translation>
+    </message>
+    <message>
+        <source>By More than a &amp;Day</source>
+        <translation>Um mehr als einen &amp;Tag</translation>
+    </message>
+    <message>
+        <source>Show &amp;Late and Corrected</source>
+        <translation>&amp;Verspätetes und Berichtigtes zeigen</translation>
+    </message>
+    <message>
+        <source>Marks records that were added between others, and those whose values were replaced, after the fact.</source>
+        <translation>Kennzeichnet Messwerte, die nachträglich zwischen andere kamen oder ersetzt wurden.</translation>
+    </message>
+    <message>
+        <source>A row for each line at the foot of its lane: where it has records, where it has none, and where they are not valid, late or corrected.</source>
+        <translation>Eine Zeile für jede Linie am Fuß ihrer Spur: wo sie Messwerte hat, wo keine, und wo sie ungültig, verspätet oder berichtigt sind.</translation>
+    </message>
+    <message>
+        <source>What came sooner is not called late.</source>
+        <translation>Was früher eintraf, gilt nicht als verspätet.</translation>
+    </message>
+    <message>
+        <source>Arrived La&amp;te</source>
+        <translation>V&amp;erspätet eingetroffen</translation>
     </message>
 </context>
 <context>
