@@ -13,11 +13,6 @@ constexpr double kDot = 4;            // points
 constexpr double kUnderPointer = 18;  // points
 constexpr double kFromEdge = 6;
 
-bool isOnScreen(const QPainter& painter)
-{
-    return painter.device() && painter.device()->devType() == QInternal::Widget;
-}
-
 void drawDots(QPainter& painter, const std::vector<ReadDot>& dots, const QColor& ring)
 {
     painter.setRenderHint(QPainter::Antialiasing);

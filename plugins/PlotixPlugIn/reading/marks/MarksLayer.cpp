@@ -149,7 +149,7 @@ void MarksLayer::drawInGraph(QPainter& painter, const plotkit::GraphGeometry& ge
         painter.fillRect(QRectF(left, area.top(), right - left, area.height()), look.shade);
     }
     // Which mark the keys move is of no interest in a picture.
-    const bool onScreen = painter.device() && painter.device()->devType() == QInternal::Widget;
+    const bool onScreen = isOnScreen(painter);
     if (m_marks.a)
         drawMark(painter, geometry, *m_marks.a, QStringLiteral("A"), onScreen && m_current == Mark::A);
     if (m_marks.b)

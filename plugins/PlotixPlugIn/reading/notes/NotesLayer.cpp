@@ -167,7 +167,7 @@ void NotesLayer::drawInGraph(QPainter& painter, const plotkit::GraphGeometry& ge
         if (isWithin(geometry, x))
             painter.drawLine(QPointF(x, foot - height), QPointF(x, geometry.plotArea.bottom()));
     }
-    const bool onScreen = painter.device() && painter.device()->devType() == QInternal::Widget;
+    const bool onScreen = isOnScreen(painter);
     const QFont font = numberFont(geometry.graph);
     for (const NoteFlag& flag : flags(geometry)) {
         const bool isCurrent =

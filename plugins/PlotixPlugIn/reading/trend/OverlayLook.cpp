@@ -2,6 +2,8 @@
 
 #include "plotkit/render/GraphText.h"
 
+#include <QtGui/QPainter>
+
 #include <algorithm>
 
 namespace plotix {
@@ -25,6 +27,11 @@ double textScale(const CPTXYGraph& graph)
 {
     static const double usual = CPTTextStyle().fontSize;
     return std::clamp(labelStyle(graph).fontSize / usual, 0.5, 2.0);
+}
+
+bool isOnScreen(const QPainter& painter)
+{
+    return painter.device() && painter.device()->devType() == QInternal::Widget;
 }
 
 QFont textFont(const CPTXYGraph& graph, TextWeight weight, double usualSize)
