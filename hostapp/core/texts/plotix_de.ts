@@ -3455,6 +3455,29 @@
     </message>
 </context>
 <context>
+    <name>plotix::JoinDialog</name>
+    <message>
+        <source>Add to the Trend</source>
+        <translation>Zum Trend hinzufügen</translation>
+    </message>
+    <message>
+        <source>“%1” comes from a source with times of its own. What stands at the times between its records?</source>
+        <translation>„%1“ kommt aus einer Quelle mit eigenen Zeiten. Was gilt zwischen ihren Messwerten?</translation>
+    </message>
+    <message>
+        <source>&amp;Its last value, as of counters, states and set points</source>
+        <translation>&amp;Ihr letzter Wert, wie bei Zählern, Zuständen und Sollwerten</translation>
+    </message>
+    <message>
+        <source>A &amp;straight line from one to the next, as of what changes slowly, such as temperatures</source>
+        <translation>Eine &amp;gerade Linie von einem zum nächsten, wie bei allem, was sich langsam ändert, etwa Temperaturen</translation>
+    </message>
+    <message>
+        <source>Edit Computed Property, in the menu of the property, changes that, and how long a gap is bridged.</source>
+        <translation>„Berechnete Größe bearbeiten“ im Menü der Größe ändert das, und wie lange Lücken überbrückt werden.</translation>
+    </message>
+</context>
+<context>
     <name>plotix::LimitsDialog</name>
     <message>
         <source>No limits.</source>
