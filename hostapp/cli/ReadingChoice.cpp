@@ -51,6 +51,25 @@ QVariantMap legendFrom(const ReadingChoice& choice)
     return legend;
 }
 
+/// Nothing where nothing was said: then pictures show what they usually do.
+std::optional<QVariantMap> qualityFrom(const ReadingChoice& choice)
+{
+    if (choice.quality.empty() && choice.lateBy.isEmpty())
+        return std::nullopt;
+    QVariantMap quality;
+    for (const std::string& word :
+         choice.quality.empty() ? std::vector<std::string>{"missing", "late"} : choice.quality)
+        if (word == "missing")
+            quality.insert(QStringLiteral("stretches"), true);
+        else if (word == "late")
+            quality.insert(QStringLiteral("amended"), true);
+        else if (word == "strip")
+            quality.insert(QStringLiteral("strip"), true);
+    if (const std::optional<double> lateBy = durationFromArgument(choice.lateBy))
+        quality.insert(QStringLiteral("lateBy"), *lateBy);
+    return quality;
+}
+
 }  // namespace
 
 void addReadingChoice(CLI::App* command, ReadingChoice& choice)
@@ -96,6 +115,18 @@ void addReadingChoice(CLI::App* command, ReadingChoice& choice)
         ->allow_extra_args(false)
         ->delimiter(',')
         ->check(CLI::IsMember({"limits", "notes"}));
+    command
+        ->add_option(
+            "--quality", choice.quality,
+            "Hatch what is missing, mark what arrived late or was corrected, sum it up in a strip at the foot; "
+            "missing and late unless given")
+        ->type_name("missing,late,strip|none")
+        ->allow_extra_args(false)
+        ->delimiter(',')
+        ->check(CLI::IsMember({"missing", "late", "strip", "none"}));
+    addText(command, "--late-by", choice.lateBy, "What took no longer to arrive is not late, such as 10min")
+        ->type_name("TIME")
+        ->check(checkDuration);
 }
 
 QVariantMap readingFrom(const ReadingChoice& choice)
@@ -118,6 +149,8 @@ QVariantMap readingFrom(const ReadingChoice& choice)
             comparisons << textOf(*distance);
     if (!comparisons.isEmpty())
         reading.insert(QStringLiteral("comparing"), QVariantMap{{QStringLiteral("with"), comparisons}});
+    if (const auto quality = qualityFrom(choice))
+        reading.insert(QStringLiteral("missing"), *quality);
     for (const std::string& key : choice.without)
         reading.insert(QString::fromStdString(key), QVariantMap{{QStringLiteral("shown"), false}});
     return reading;

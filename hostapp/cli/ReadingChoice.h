@@ -23,12 +23,14 @@ struct ReadingChoice {
     QString marks;                     ///< two times with a slash between them; empty: no marks
     std::vector<std::string> compare;  ///< distances in time
     std::vector<std::string> without;  ///< keys of what is left out: limits, notes
+    std::vector<std::string> quality;  ///< missing, late, strip, or none; empty: missing and late
+    QString lateBy;                    ///< how long something may take and is not late; empty: no time
 
     bool isEmpty() const
     {
         return arrangement.isEmpty() && look.isEmpty() && fontSize.isEmpty() && legend.isEmpty() &&
                axisTitles.isEmpty() && lineWidth == 0 && !isTransparent && at.isEmpty() && marks.isEmpty() &&
-               compare.empty() && without.empty();
+               compare.empty() && without.empty() && quality.empty() && lateBy.isEmpty();
     }
 };
 

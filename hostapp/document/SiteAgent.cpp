@@ -6,6 +6,9 @@
 #include "hostapp/document/ArchiveManager.h"
 #include "hostapp/document/SiteDocument.h"
 
+#include <algorithm>
+#include <array>
+
 namespace plotix {
 
 SiteAgent::SiteAgent(SiteDocument* document, qint64 id, QString uniqueIdentifier, QString name)
@@ -39,6 +42,28 @@ KTVPropertyCollection SiteAgent::properties() const
 KTVArchiveManager* SiteAgent::archiveManager() const
 {
     return m_archiveManager.get();
+}
+
+// A trend goes without what cannot be read: its records cannot be either, and say why.
+std::vector<KTVAmendment> SiteAgent::amendmentsOf(const QString& propertyName, double from, double to) const
+{
+    std::vector<KTVAmendment> told;
+    for (const auto& property : m_properties) {
+        if (!m_document || property->propertyName() != propertyName)
+            continue;
+        try {
+            for (const Amendment& each :
+                 m_document->records()->amendments(m_id, std::array{property->description().id}, from, to))
+                told.push_back(
+                    {each.kind == Amendment::Kind::Late ? KTVAmendment::Kind::Late : KTVAmendment::Kind::Corrected,
+                     each.from, each.to, each.first, each.last});
+        } catch (const ReportableError&) {
+            return {};
+        }
+    }
+    std::stable_sort(told.begin(), told.end(),
+                     [](const KTVAmendment& one, const KTVAmendment& other) { return one.from < other.from; });
+    return told;
 }
 
 std::optional<QString> SiteAgent::siteName() const

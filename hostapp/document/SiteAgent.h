@@ -2,6 +2,7 @@
 
 #include "hostapp/core/SiteProperty.h"
 #include "plugins/PlotixPlugIn/host/KTVAgent.h"
+#include "plugins/PlotixPlugIn/host/KTVAmendments.h"
 #include "plugins/PlotixPlugIn/host/KTVAnnotations.h"
 
 #include <QtCore/QObject>
@@ -16,7 +17,7 @@ class ArchiveManager;
 class SiteDocument;
 
 /// One source of measurements in a site document. The document *owns* it; plug-ins *share* it. Main thread only.
-class SiteAgent : public QObject, public KTVAgent, public KTVAnnotatedAgent {
+class SiteAgent : public QObject, public KTVAgent, public KTVAnnotatedAgent, public KTVAmendedAgent {
     Q_OBJECT
 public:
     ~SiteAgent() override;
@@ -35,6 +36,7 @@ public:
     KTVArchiveManager* archiveManager() const override;
     ArchiveManager* siteArchiveManager() const { return m_archiveManager.get(); }
     KTVAnnotations* annotations() const override { return m_annotations.get(); }
+    std::vector<KTVAmendment> amendmentsOf(const QString& propertyName, double from, double to) const override;
     std::optional<QString> siteName() const override;
     std::optional<QString> siteLocation() const override;
     KTVSiteWindowController* siteWindowController() const override { return m_siteWindowController; }

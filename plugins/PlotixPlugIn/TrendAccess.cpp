@@ -24,6 +24,22 @@ KTVAnnotations* TrendAccess::annotations() const
     return annotated ? annotated->annotations() : nullptr;
 }
 
+/// Asked for once for the records of a fetch.
+const std::vector<KTVAmendment>& TrendAccess::amendmentsOf(const QString& key) const
+{
+    if (m_amended != m_plugIn.m_plotData) {
+        m_amendments.clear();
+        m_amended = m_plugIn.m_plotData;
+    }
+    const auto [found, isNew] = m_amendments.try_emplace(key);
+    const auto* agent = dynamic_cast<const KTVAmendedAgent*>(m_plugIn.agent().get());
+    if (isNew && agent && m_amended && m_amended->time() && m_amended->time()->size() > 0) {
+        const auto times = m_amended->time()->span();
+        found->second = agent->amendmentsOf(key, times.front(), times.back());
+    }
+    return found->second;
+}
+
 QStringList TrendAccess::propertyNames() const
 {
     QStringList names;

@@ -1927,10 +1927,6 @@
         <translation>&amp;Qualitätsstreifen</translation>
     </message>
     <message>
-        <source>A row for each line at the foot of its lane: where it has records, where it has none, and where they are not valid.</source>
-        <translation>Eine Zeile je Linie am Fuß ihrer Spur: wo sie Messwerte hat, wo keine, und wo sie nicht gültig sind.</translation>
-    </message>
-    <message>
         <source>%1, %2</source>
         <extracomment>A line and with what it is compared: &quot;Power, a week earlier&quot;.</extracomment>
         <translation>%1, %2</translation>
@@ -2149,6 +2145,58 @@
         <source>year years; month months; week weeks; day days; hour hours; minute minutes; second seconds</source>
         <extracomment>As people type them after a number, each unit in all its forms, in this order</extracomment>
         <translation>jahr jahre jahren; monat monate monaten; woche wochen; tag tage tagen; stunde stunden std; minute minuten; sekunde sekunden sek</translation>
+    </message>
+    <message>
+        <source>arrived late, %1</source>
+        <translation>verspätet eingetroffen, %1</translation>
+    </message>
+    <message>
+        <source>corrected %1</source>
+        <translation>berichtigt %1</translation>
+    </message>
+    <message>
+        <source>arrived late</source>
+        <translation>verspätet</translation>
+    </message>
+    <message>
+        <source>corrected</source>
+        <translation>berichtigt</translation>
+    </message>
+    <message>
+        <source>By &amp;Any Time</source>
+        <translation>Um &amp;beliebige Zeit</translation>
+    </message>
+    <message>
+        <source>By More than a &amp;Minute</source>
+        <translation>Um mehr als eine &amp;Minute</translation>
+    </message>
+    <message>
+        <source>By More than an &amp;Hour</source>
+        <translation>Um mehr als eine &amp;Stunde</translation>
+    </message>
+    <message>
+        <source>By More than a &amp;Day</source>
+        <translation>Um mehr als einen &amp;Tag</translation>
+    </message>
+    <message>
+        <source>Show &amp;Late and Corrected</source>
+        <translation>&amp;Verspätetes und Berichtigtes zeigen</translation>
+    </message>
+    <message>
+        <source>Marks records that were added between others, and those whose values were replaced, after the fact.</source>
+        <translation>Kennzeichnet Messwerte, die nachträglich zwischen andere kamen oder ersetzt wurden.</translation>
+    </message>
+    <message>
+        <source>A row for each line at the foot of its lane: where it has records, where it has none, and where they are not valid, late or corrected.</source>
+        <translation>Eine Zeile für jede Linie am Fuß ihrer Spur: wo sie Messwerte hat, wo keine, und wo sie ungültig, verspätet oder berichtigt sind.</translation>
+    </message>
+    <message>
+        <source>What came sooner is not called late.</source>
+        <translation>Was früher eintraf, gilt nicht als verspätet.</translation>
+    </message>
+    <message>
+        <source>Arrived La&amp;te</source>
+        <translation>V&amp;erspätet eingetroffen</translation>
     </message>
 </context>
 <context>
@@ -3453,6 +3501,29 @@
     <message>
         <source>This site may only be looked at.</source>
         <translation>Diese Anlage darf nur angesehen werden.</translation>
+    </message>
+</context>
+<context>
+    <name>plotix::JoinDialog</name>
+    <message>
+        <source>Add to the Trend</source>
+        <translation>Zum Trend hinzufügen</translation>
+    </message>
+    <message>
+        <source>“%1” comes from a source with times of its own. What stands at the times between its records?</source>
+        <translation>„%1“ kommt aus einer Quelle mit eigenen Zeiten. Was gilt zwischen ihren Messwerten?</translation>
+    </message>
+    <message>
+        <source>&amp;Its last value, as of counters, states and set points</source>
+        <translation>&amp;Ihr letzter Wert, wie bei Zählern, Zuständen und Sollwerten</translation>
+    </message>
+    <message>
+        <source>A &amp;straight line from one to the next, as of what changes slowly, such as temperatures</source>
+        <translation>Eine &amp;gerade Linie von einem zum nächsten, wie bei allem, was sich langsam ändert, etwa Temperaturen</translation>
+    </message>
+    <message>
+        <source>Edit Computed Property, in the menu of the property, changes that, and how long a gap is bridged.</source>
+        <translation>„Berechnete Größe bearbeiten“ im Menü der Größe ändert das, und wie lange Lücken überbrückt werden.</translation>
     </message>
 </context>
 <context>

@@ -48,6 +48,20 @@ TEST_F(RenderCommandTest, RenderTakesAQuickRange)
     EXPECT_EQ(request.trend.to->seconds - request.trend.from->seconds, 86'400);
 }
 
+TEST_F(RenderCommandTest, RenderTakesWhatIsToldOfQuality)
+{
+    importWeather();
+    ASSERT_EQ(run({"render", site(), "--quality", "strip,late", "--late-by", "10m", "--output", path("a.png")}), 0);
+    ASSERT_EQ(run({"render", site(), "--quality", "none", "--output", path("b.png")}), 0);
+    ASSERT_EQ(run({"render", site(), "--late-by", "1h", "--output", path("c.png")}), 0);
+    EXPECT_EQ(m_services.rendered[0].reading["missing"].toMap(),
+              (QVariantMap{{"strip", true}, {"amended", true}, {"lateBy", 600.0}}));
+    EXPECT_EQ(m_services.rendered[1].reading, (QVariantMap{{"missing", QVariantMap()}}));
+    EXPECT_EQ(m_services.rendered[2].reading["missing"].toMap(),
+              (QVariantMap{{"stretches", true}, {"amended", true}, {"lateBy", 3600.0}}));
+    expectFailure({"render", site(), "--quality", "good", "--output", path("a.png")}, 2, QStringLiteral("--quality"));
+}
+
 TEST_F(RenderCommandTest, RenderTakesAChoiceOfGaps)
 {
     importWeather();

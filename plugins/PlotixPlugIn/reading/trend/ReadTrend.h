@@ -2,6 +2,7 @@
 
 #include "plotkit/layout/GraphGeometry.h"
 #include "plotkit/model/CPTXYGraph.h"
+#include "plugins/PlotixPlugIn/host/KTVAmendments.h"
 #include "plugins/PlotixPlugIn/host/KTVAnnotations.h"
 #include "plugins/PlotixPlugIn/host/KTVRecordDictionary.h"
 #include "plugins/PlotixPlugIn/reading/trend/TimeSpan.h"
@@ -70,6 +71,9 @@ public:
     virtual std::vector<ReadLine> lines() const = 0;
     /// The records that hold a line's column under its key: those shown, or those of an added line. Null for none.
     virtual KTVRecordDictionaryPtr recordsOf(const QString& key) const = 0;
+    /// Which of the records shown of a property came late or were corrected, in the order of time, where the host
+    /// tells.
+    virtual const std::vector<KTVAmendment>& amendmentsOf(const QString& key) const = 0;
     /// Shows these lines, behind the trend's own, instead of those added before. Tells all parts that plots were
     /// replaced. They go when the plots are replaced the next time.
     virtual void setAddedLines(std::vector<AddedLine> lines) = 0;
