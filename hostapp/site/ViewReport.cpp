@@ -71,6 +71,8 @@ ReportContents ViewReport::contents() const
     contents.siteLocation = given.value(QStringLiteral("siteLocation")).toString();
     contents.from = given.value(QStringLiteral("from")).toDouble();
     contents.to = given.value(QStringLiteral("to")).toDouble();
+    contents.zone = QTimeZone(given.value(QStringLiteral("zone")).toString().toUtf8());
+    contents.hasTwentyFourHours = given.value(QStringLiteral("twentyFourHours")).toBool();
     contents.firstRecord = timeFrom(given, "firstRecord");
     contents.lastRecord = timeFrom(given, "lastRecord");
     contents.areUnitsInGraph = given.value(QStringLiteral("unitsInGraph")).toBool();

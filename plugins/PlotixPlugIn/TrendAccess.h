@@ -24,7 +24,9 @@ public:
                     const std::shared_ptr<plotix::RecordsRead>& read,
                     std::function<void(const KTVRecordDictionaryPtr& records)> done) override;
     void setBusy(bool isBusy) override;
-    QTimeZone zone() const override;
+    CPTClock clock() const override { return m_clock; }
+    void setClock(const CPTClock& clock) override;
+    KTVSiteClock* siteClock() const override;
     CPTGraphHostingView* graphView() const override;
     QWidget* rootView() const override;
     std::optional<plotix::TimeSpan> dates() const override;
@@ -47,4 +49,5 @@ private:
     bool m_isAsked = false;  // a part asks for a range right now
     std::vector<plotix::AddedLine> m_added;
     std::optional<plotix::TimeSpan> m_markedSpan;
+    CPTClock m_clock;
 };
