@@ -120,6 +120,9 @@ def all_groups():
         Group([Case("fetch-to-frame/10Mx5")],
               {"plotix": GoogleBenchmark("bench_fetch", "fetch-to-frame/10Mx5"), "qcustomplot": fetched_rows(),
                "qcustomplot-fast": fetched_rows("fast")}, rounds=3),
+        Group([Case("compare/4M")],
+              {name: GoogleBenchmark("bench_fetch", case)
+               for name, case in (("plotix", "compare/4M"), ("another-line", "another-line/compare/4M"))}, rounds=3),
         point("line"),
         point("1920x1080"),
         figures("full"),

@@ -82,12 +82,19 @@ constexpr UnitRow kUnits[] = {
     {Flow, "L/min", "litre/min", "l/min|lpm"},
     {Flow, "L/h", "litre/hour", "l/h|L/hr|l/hr"},
     {Flow, "m³/h", "m3/hour", "m3/h|m^3/h|m3/hr"},
+    {Data, "B", "byte", "byte|bytes"},
     {Data, "kB", "kbyte", "kilobyte|kilobytes"},
     {Data, "MB", "Mbyte", "megabyte|megabytes"},
     {Data, "GB", "Gbyte", "gigabyte|gigabytes"},
+    {Data, "TB", "Tbyte", "terabyte|terabytes"},
+    {DataRate, "B/s", "byte/s", "bytes/s|byte/s|bytes per second"},
     {DataRate, "kB/s", "kbyte/s", "kilobytes per second"},
     {DataRate, "MB/s", "Mbyte/s", "megabytes per second"},
+    {DataRate, "GB/s", "Gbyte/s", "gigabytes per second"},
+    {DataRate, "bit/s", "bit/s", "bps|bits per second"},
+    {DataRate, "kbit/s", "kbit/s", "kbps|kilobits per second"},
     {DataRate, "Mbit/s", "Mbit/s", "Mbps|megabits per second"},
+    {DataRate, "Gbit/s", "Gbit/s", "Gbps|gigabits per second"},
 };
 
 }  // namespace

@@ -22,11 +22,14 @@ QByteArray pictureOf(const KTVPlugInPtr& trend, const TrendPicture& picture)
         const ViewReport report(trend, ReportForm::Page, picture.title);
         return isPdf ? report.picturePdf(picture.size) : pngOf(report.picture(picture.size, picture.density));
     }
+    // An overview is there to move about, and a picture stands still.
+    QVariantMap reading{{QStringLiteral("overview"), QVariantMap()}};
+    reading.insert(picture.reading);
     const QVariantMap figure{{QStringLiteral("format"), endingsOf(picture.format).first()},
                              {QStringLiteral("size"), picture.size},
                              {QStringLiteral("density"), picture.density},
                              {QStringLiteral("title"), picture.title},
-                             {QStringLiteral("reading"), picture.reading}};
+                             {QStringLiteral("reading"), reading}};
     if (const auto file = graphFile(trend.get(), figure))
         return *file;
     return isPdf ? graphPDF(trend.get(), picture.size, picture.title)

@@ -83,7 +83,6 @@ QByteArray TrendRenderer::renderView(const RenderRequest& request) const
 {
     const KTVPlugInPtr plugIn = requireTrend(*m_module, request.trend);
     chooseReading(plugIn.get(), Reader::OfAPicture);
-    setReading(plugIn.get(), {{QStringLiteral("overview"), QVariantMap()}});  // all of it is in the picture already
     setReading(plugIn.get(), request.reading);
     loadViewAtSize(*plugIn, request.size.toSize());
     requireRecords(*request.trend.agent);

@@ -13,6 +13,7 @@
 #include "hostapp/window/SiteEditor.h"
 #include "hostapp/window/SiteRecording.h"
 #include "hostapp/window/TrendHistory.h"
+#include "hostapp/window/TrendOutputs.h"
 #include "hostapp/window/importing/ImportSequence.h"
 
 #include <QtCore/QDeadlineTimer>

@@ -29,11 +29,11 @@ class ImportSequence;
 class PropertyHistory;
 class PropertyListModel;
 class PropertyListView;
-class RecordExportTask;
 class RecordingIndicator;
 class SiteEditor;
 class SiteRecording;
 class TrendHistory;
+class TrendOutputs;
 class WebAddressBar;
 class WebServing;
 
@@ -55,7 +55,7 @@ struct WindowServices {
 ///   deleting, renaming, moving, undoing    SiteWindow_Trends.cpp
 ///   storing, and opening as it was left    SiteWindow_Memory.cpp
 ///   recent sites, the other windows        SiteWindow_Windows.cpp
-///   printing, the report as a PDF          SiteWindow_Print.cpp
+///   views of links and figures             SiteWindow_Views.cpp
 ///   importing, dropping files              SiteWindow_Import.cpp
 ///   recording this computer, following     SiteWindow_Live.cpp
 ///   the plug-ins' buttons                  SiteWindow_Toolbar.cpp
@@ -130,28 +130,16 @@ private:
 
     // Menus.
     void connectFileActions();
+    void makeOutputs();
     void connectOtherActions();
     QString helpAnchor();  ///< of what has the focus
     void updateActions();
     void askForSite();
     void askForSiteDetails();
     void askForNewSite();
-    void exportGraph(const char* operation);
-    void exportPicture();
-    void copyPicture();
-    enum class Linked { Shown, Marked };
-    void copyLink(Linked span);
-    void copyRecords();
-    void exportRecordsOfTrend();
-    void startExport(RecordExportTask* task, const QString& fileName);
-    void exportReport();
-    void printReport();
-    /// Brings dates, graph and records of a trend together before it leaves the screen; false, after an alert where
-    /// there is something to say, when that failed or the user gave up.
-    bool settle(const KTVPlugInPtr& plugIn, Wanted wanted);
-    bool waitForRecords();
     void copy();
     void holdModifiers();
+    void tell(const QString& message);  ///< briefly, in the status bar
     void showAlert(const QString& message, const QString& text, KTVAlert::Style style = KTVAlert::Style::Critical,
                    std::function<void()> dismissed = {});
 
@@ -208,6 +196,7 @@ private:
     std::unique_ptr<TrendHistory> m_trendHistory;
     std::unique_ptr<SiteEditor> m_editor;
     std::unique_ptr<AnnotationAsking> m_annotationAsking;
+    std::unique_ptr<TrendOutputs> m_outputs;
     std::unique_ptr<ImportSequence> m_importing;
     std::unique_ptr<SiteRecording> m_recording;
     QTimer m_storeTimer;

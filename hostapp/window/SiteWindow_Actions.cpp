@@ -17,6 +17,7 @@
 #include "hostapp/window/Regions.h"
 #include "hostapp/window/ReportChoice.h"
 #include "hostapp/window/SiteDetailsDialog.h"
+#include "hostapp/window/TrendOutputs.h"
 #include "hostapp/window/importing/ImportSequence.h"
 #include "records/store/RecordStore.h"
 
@@ -35,7 +36,7 @@
 namespace plotix {
 
 namespace {
-constexpr QSizeF kAnySize{16, 16};  // points; only whether there is a picture counts
+constexpr int kToldTime = 10'000;  // milliseconds
 
 bool isTextField(const QWidget* widget)
 {
@@ -45,23 +46,33 @@ bool isTextField(const QWidget* widget)
 constexpr auto kSiteFilter = QT_TRANSLATE_NOOP("plotix::SiteWindow", "Plotix sites (*.plotix)");
 }  // namespace
 
+void SiteWindow::makeOutputs()
+{
+    m_outputs = std::make_unique<TrendOutputs>(TrendOutputs::Surroundings{
+        *m_controller, *m_services.userInterface, [this] { return windowInFront(); }, [this] { return trendInFront(); },
+        [this] { return m_actions.classicReport->isChecked(); }});
+    TrendOutputs* const outputs = m_outputs.get();
+    connect(outputs, &TrendOutputs::told, this, &SiteWindow::tell);
+    connect(m_actions.exportRecords, &QAction::triggered, outputs, &TrendOutputs::exportRecords);
+    connect(m_actions.copyPicture, &QAction::triggered, outputs, &TrendOutputs::copyPicture);
+    connect(m_actions.copyRecords, &QAction::triggered, outputs, &TrendOutputs::copyRecords);
+    connect(m_actions.copyLink, &QAction::triggered, outputs, &TrendOutputs::copyLink);
+    connect(m_actions.copyMarkedLink, &QAction::triggered, outputs, &TrendOutputs::copyMarkedLink);
+    connect(m_actions.exportPicture, &QAction::triggered, outputs, &TrendOutputs::exportPicture);
+    connect(m_actions.exportPNG, &QAction::triggered, outputs, [outputs] { outputs->exportGraph("exportToPNG"); });
+    connect(m_actions.exportPDF, &QAction::triggered, outputs, [outputs] { outputs->exportGraph("exportToPDF"); });
+    connect(m_actions.exportReport, &QAction::triggered, outputs, &TrendOutputs::exportReport);
+    connect(m_actions.print, &QAction::triggered, outputs, &TrendOutputs::printReport);
+}
+
 void SiteWindow::connectFileActions()
 {
     connect(m_actions.openSite, &QAction::triggered, this, &SiteWindow::askForSite);
     connect(m_actions.newSite, &QAction::triggered, this, &SiteWindow::askForNewSite);
     connect(m_actions.siteDetails, &QAction::triggered, this, &SiteWindow::askForSiteDetails);
-    connect(m_actions.exportRecords, &QAction::triggered, this, &SiteWindow::exportRecordsOfTrend);
-    connect(m_actions.copyPicture, &QAction::triggered, this, &SiteWindow::copyPicture);
-    connect(m_actions.copyRecords, &QAction::triggered, this, &SiteWindow::copyRecords);
-    connect(m_actions.copyLink, &QAction::triggered, this, [this] { copyLink(Linked::Shown); });
-    connect(m_actions.copyMarkedLink, &QAction::triggered, this, [this] { copyLink(Linked::Marked); });
-    connect(m_actions.exportPicture, &QAction::triggered, this, &SiteWindow::exportPicture);
-    connect(m_actions.exportPNG, &QAction::triggered, this, [this] { exportGraph("exportToPNG"); });
-    connect(m_actions.exportPDF, &QAction::triggered, this, [this] { exportGraph("exportToPDF"); });
-    connect(m_actions.exportReport, &QAction::triggered, this, &SiteWindow::exportReport);
+    makeOutputs();
     m_actions.classicReport->setChecked(wantsClassicReport());
     connect(m_actions.classicReport, &QAction::toggled, this, &rememberClassicReport);
-    connect(m_actions.print, &QAction::triggered, this, &SiteWindow::printReport);
     connect(m_actions.close, &QAction::triggered, this, &QWidget::close);
     connect(m_actions.quit, &QAction::triggered, qApp, [] { closeAllSites(Closing::Asked); });
 }
@@ -231,17 +242,9 @@ void SiteWindow::holdModifiers()
         m_services.userInterface->setHeldModifiers(separate->window(), held);
 }
 
-// The plug-in itself would write an empty frame.
-void SiteWindow::exportGraph(const char* operation)
+void SiteWindow::tell(const QString& message)
 {
-    const KTVPlugInPtr plugIn = trendInFront();
-    if (!settle(plugIn, Wanted::Covered))
-        return;
-    if (drawsGraph(plugIn.get()) && graphImage(plugIn.get(), kAnySize, 1, {}).isNull())
-        showAlert(tr("There is no picture to export"),
-                  tr("The trend shows no graph yet: wait for its records, or refresh it."));
-    else
-        sendAction(plugIn.get(), operation, this);
+    statusBar()->showMessage(message, kToldTime);
 }
 
 void SiteWindow::showAlert(const QString& message, const QString& text, KTVAlert::Style style,

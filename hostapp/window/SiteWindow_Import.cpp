@@ -16,7 +16,6 @@
 #include <QtCore/QFileInfo>
 #include <QtCore/QMimeData>
 #include <QtGui/QDropEvent>
-#include <QtWidgets/QStatusBar>
 
 namespace plotix {
 
@@ -43,15 +42,13 @@ bool isSite(const QString& file)
 
 void SiteWindow::connectImporting()
 {
-    constexpr int kMessageTime = 10'000;  // milliseconds
     m_importing = std::make_unique<ImportSequence>(
         ImportSurroundings{m_controller->siteDocument(), m_services.userInterface, [this] { return windowInFront(); }});
     ImportSequence* importing = m_importing.get();
     connect(m_actions.import, &QAction::triggered, this, [this] { askAndImportAll({QString()}); });
     connect(importing, &ImportSequence::runningChanged, this, &SiteWindow::updateActions);
     connect(importing, &ImportSequence::stored, this, &SiteWindow::showImported);
-    connect(importing, &ImportSequence::told, this,
-            [this](const QString& message) { statusBar()->showMessage(message, kMessageTime); });
+    connect(importing, &ImportSequence::told, this, &SiteWindow::tell);
     connect(importing, &ImportSequence::ended, this, &SiteWindow::importEnded);
 }
 

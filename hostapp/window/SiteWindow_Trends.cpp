@@ -14,13 +14,8 @@
 #include "hostapp/window/TrendHistory.h"
 
 #include <QtWidgets/QListView>
-#include <QtWidgets/QStatusBar>
 
 namespace plotix {
-
-namespace {
-constexpr int kToldTime = 10'000;  // milliseconds
-}
 
 void SiteWindow::connectTrendActions()
 {
@@ -62,8 +57,7 @@ void SiteWindow::makeEditor()
                                  [this] { return windowInFront(); }, [this] { return selectedPlugIn(); }});
     connect(m_editor.get(), &SiteEditor::beginning, this, &SiteWindow::storeNow);
     connect(m_editor.get(), &SiteEditor::ended, this, &SiteWindow::showSelection);
-    connect(m_editor.get(), &SiteEditor::told, this,
-            [this](const QString& message) { statusBar()->showMessage(message, kToldTime); });
+    connect(m_editor.get(), &SiteEditor::told, this, &SiteWindow::tell);
     connect(m_actions.undoImport, &QAction::triggered, m_editor.get(), &SiteEditor::askAndUndoImport);
     connect(m_propertyView, &PropertyListView::renameWanted, m_editor.get(), &SiteEditor::askAndRename);
     connect(m_propertyView, &PropertyListView::mergeWanted, m_editor.get(), &SiteEditor::mergeInto);
@@ -75,7 +69,7 @@ void SiteWindow::makeEditor()
                 if (const KTVPlugInPtr trend = selectedPlugIn())
                     m_editor->addToTrend(trend, {property});
                 else
-                    statusBar()->showMessage(tr("Select a trend first."), kToldTime);
+                    tell(tr("Select a trend first."));
             });
     connect(m_actions.newComputed, &QAction::triggered, m_editor.get(), [this] {
         if (const auto agent = m_propertyView->currentAgent())

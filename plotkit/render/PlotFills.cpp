@@ -3,6 +3,7 @@
 #include "plotkit/layout/AxisMapping.h"
 
 #include <algorithm>
+#include <cmath>
 
 namespace plotkit {
 
@@ -27,7 +28,11 @@ const FilledArea* PlotFills::areaOf(const CPTXYGraph& graph, const PlotAt& which
     if (!fill.isToPlot) {
         if (!envelopeOf(m_line, which.index))
             return nullptr;
-        fillToLevel(m_area, m_line, coordinateForValue(yMapping(view.yRange, view.area), 0), view.area);
+        // A logarithmic space has no zero: everything beneath the line leads to it.
+        const double zero = graph.plotSpaceOf(plot).yOfValue(0);
+        const double level =
+            std::isfinite(zero) ? coordinateForValue(yMapping(view.yRange, view.area), zero) : view.area.bottom();
+        fillToLevel(m_area, m_line, level, view.area);
         return &m_area;
     }
     const auto other = std::find(plots.begin(), plots.end(), fill.plot.lock());

@@ -21,7 +21,7 @@ import tables  # noqa: E402
 NAMES = """pan/10x10M/full/1920x1080 pan/10x10M/full/1200x600 pan/10x10M/1%/1920x1080 pan/1x10M/full/1920x1080
 pan/1x1M/full/1920x1080 pan/1x100M/full/1920x1080 load/10M archive/read/10Mx5 archive/window1%/10Mx5
 archive/overview/10Mx5 archive/ingest/10Mx5 archive/commit1 archive/commit1/p99.9 archive/statistics/10Mx5
-archive/cold/10Mx5 fetch-to-frame/10Mx5 point/10x10M/line point/10x10M/1920x1080 statistics/10x10M/full statistics/10x10M/30% statistics/10x10M/median
+archive/cold/10Mx5 fetch-to-frame/10Mx5 compare/4M point/10x10M/line point/10x10M/1920x1080 statistics/10x10M/full statistics/10x10M/30% statistics/10x10M/median
 png/1200x600/1 png/1200x600/10 formula/a-b/10M formula/(a-b)*0.001+b/10M
 formula/mean(a,1h)/10M import/10Mx2 start""".split()
 

@@ -67,6 +67,15 @@ def search(item, role, name, deep=14):
     return None
 
 
+def width_of_png(path):
+    """Nothing while there is no whole file."""
+    if not os.path.exists(path):
+        return None
+    with open(path, "rb") as file:
+        head = file.read(24)
+    return int.from_bytes(head[16:20], "big") if head[:8] == b"\x89PNG\r\n\x1a\n" and len(head) == 24 else None
+
+
 class Program:
     def __init__(self, program, site, folder):
         self.site, self.folder, self.count = site, folder, 0
@@ -186,13 +195,16 @@ class Program:
     def type(self, text):
         hand("type", "--delay", 40, "--", text)
 
-    def press_by_keys(self, button):
-        for _ in range(20):
-            if button.getState().contains(pyatspi.STATE_FOCUSED):
-                self.key("space")
+    def reach_by_keys(self, item):
+        for _ in range(30):
+            if item.getState().contains(pyatspi.STATE_FOCUSED):
                 return
             self.key("Tab")
-        raise Failure(f"Tab does not reach “{button.name}”")
+        raise Failure(f"Tab does not reach “{item.name}”")
+
+    def press_by_keys(self, button):
+        self.reach_by_keys(button)
+        self.key("space")
 
     def focus_graph(self):
         """By the key that goes from region to region."""
@@ -388,11 +400,23 @@ def statistics(p):
 
 
 def pictures(p):
-    for title, menu in both_ways(p, "export"):
+    """A PNG of a chosen width: at 144 dots an inch a point is two pixels."""
+    for (title, menu), width in zip(both_ways(p, "export"), (300, 450)):
+        file = os.path.join(p.folder, f"{title}.png")
         menu("File", "Export Picture…")
-        p.dialog("Picture")
+        dialog = p.dialog("Picture")
+        field = p.find(("spin button",), "Width", dialog)
+        p.reach_by_keys(field) if title.endswith("keys") else p.click(field, 0.3)
+        p.key("ctrl+a")
+        p.type(str(width))
         p.picture(title)
-        p.key("Escape")
+        button = p.find(("push button",), "Export…", dialog)
+        p.press_by_keys(button) if title.endswith("keys") else p.click(button)
+        p.dialog("Save")
+        p.key("ctrl+a")
+        p.type(file)
+        p.key("Return")
+        p.expect(lambda: width_of_png(file) == 2 * width, f"{title}: no picture of {2 * width} pixels")
 
 
 def views(p):

@@ -270,7 +270,7 @@
     </message>
     <message>
         <source>“%1” does not belong here; a name with blanks stands in quotation marks, as in &quot;Air Temperature&quot;.</source>
-        <translation>„%1“ gehört nicht hierher; ein Name mit Leerzeichen steht in Anführungszeichen, wie "Air Temperature".</translation>
+        <translation>„%1“ gehört nicht hierher; ein Name mit Leerzeichen steht in Anführungszeichen, wie &quot;Air Temperature&quot;.</translation>
     </message>
 </context>
 <context>
@@ -2098,6 +2098,16 @@
     <message>
         <source>Lay A–B Over the Time From</source>
         <translation>A–B über die Zeit legen ab</translation>
+    </message>
+    <message>
+        <source>%1 ago</source>
+        <extracomment>A time before now: %1 is a number with a unit, &quot;2 days ago&quot;</extracomment>
+        <translation>vor %1</translation>
+    </message>
+    <message>
+        <source>year years; month months; week weeks; day days; hour hours; minute minutes; second seconds</source>
+        <extracomment>As people type them after a number, each unit in all its forms, in this order</extracomment>
+        <translation>jahr jahre jahren; monat monate monaten; woche wochen; tag tage tagen; stunde stunden std; minute minuten; sekunde sekunden sek</translation>
     </message>
 </context>
 <context>
@@ -4203,18 +4213,6 @@ Auf einen Trend ziehen, oder ankreuzen und „Neuer Trend“ wählen.</translati
         <translation>Der Trend konnte nicht angelegt werden</translation>
     </message>
     <message>
-        <source>There is no picture to export</source>
-        <translation>Es gibt kein Bild zu exportieren</translation>
-    </message>
-    <message>
-        <source>The trend shows no graph yet, or the size asked for is too large. Refresh it, or ask for less.</source>
-        <translation>Der Trend zeigt noch kein Diagramm, oder die gewünschte Größe ist zu groß. Aktualisieren Sie ihn, oder wählen Sie weniger.</translation>
-    </message>
-    <message>
-        <source>Cancel</source>
-        <translation>Abbrechen</translation>
-    </message>
-    <message>
         <source>This computer is not recorded</source>
         <translation>Dieser Rechner wird nicht aufgezeichnet</translation>
     </message>
@@ -4225,18 +4223,6 @@ Auf einen Trend ziehen, oder ankreuzen und „Neuer Trend“ wählen.</translati
     <message>
         <source>Keeps the trend&apos;s span ending now, until you move it.</source>
         <translation>Lässt die Spanne des Trends jetzt enden, bis Sie sie verschieben.</translation>
-    </message>
-    <message>
-        <source>Print “%1”</source>
-        <translation>„%1“ drucken</translation>
-    </message>
-    <message>
-        <source>The report could not be printed</source>
-        <translation>Der Bericht konnte nicht gedruckt werden</translation>
-    </message>
-    <message>
-        <source>The report could not be saved</source>
-        <translation>Der Bericht konnte nicht gesichert werden</translation>
     </message>
     <message>
         <source>Toolbar</source>
@@ -4319,18 +4305,6 @@ Auf einen Trend ziehen, oder ankreuzen und „Neuer Trend“ wählen.</translati
         <translation>&amp;Weiter aufzeichnen</translation>
     </message>
     <message>
-        <source>The records of these dates are not here</source>
-        <translation>Die Messwerte dieser Daten fehlen</translation>
-    </message>
-    <message>
-        <source>Reading the records of these dates…</source>
-        <translation>Die Messwerte dieser Daten werden gelesen …</translation>
-    </message>
-    <message>
-        <source>The trend shows no graph yet: wait for its records, or refresh it.</source>
-        <translation>Der Trend zeigt noch kein Diagramm: Warten Sie auf seine Messwerte, oder aktualisieren Sie ihn.</translation>
-    </message>
-    <message>
         <source>%1 (may only be looked at) – Plotix</source>
         <translation>%1 (nur zum Ansehen) – Plotix</translation>
     </message>
@@ -4341,26 +4315,6 @@ Auf einen Trend ziehen, oder ankreuzen und „Neuer Trend“ wählen.</translati
     <message>
         <source>There is nothing to export yet: import or record something first.</source>
         <translation>Es gibt noch nichts zu exportieren: Zuerst etwas importieren oder aufzeichnen.</translation>
-    </message>
-    <message>
-        <source>Exporting %1…</source>
-        <translation>%1 wird exportiert …</translation>
-    </message>
-    <message>
-        <source>Exported %1.</source>
-        <translation>%1 exportiert.</translation>
-    </message>
-    <message>
-        <source>Export cancelled; nothing was written.</source>
-        <translation>Export abgebrochen; nichts wurde geschrieben.</translation>
-    </message>
-    <message>
-        <source>The records could not be exported</source>
-        <translation>Die Messwerte konnten nicht exportiert werden</translation>
-    </message>
-    <message>
-        <source>The picture could not be saved</source>
-        <translation>Das Bild konnte nicht gespeichert werden</translation>
     </message>
     <message>
         <source>Another program had changed “%1” to “%2” meanwhile; “%3” stands.</source>
@@ -4378,6 +4332,59 @@ Auf einen Trend ziehen, oder ankreuzen und „Neuer Trend“ wählen.</translati
         <source>The view cannot be shown</source>
         <translation>Die Ansicht lässt sich nicht zeigen</translation>
     </message>
+</context>
+<context>
+    <name>plotix::SiteWindows</name>
+    <message>
+        <source>The site could not be opened</source>
+        <translation>Die Anlage konnte nicht geöffnet werden</translation>
+    </message>
+</context>
+<context>
+    <name>plotix::SourceListModel</name>
+    <message>
+        <source>Trend %1</source>
+        <translation>Trend %1</translation>
+    </message>
+</context>
+<context>
+    <name>plotix::TrendOutputs</name>
+    <message>
+        <source>There is no picture to export</source>
+        <translation>Es gibt kein Bild zu exportieren</translation>
+    </message>
+    <message>
+        <source>The trend shows no graph yet: wait for its records, or refresh it.</source>
+        <translation>Der Trend zeigt noch kein Diagramm: Warten Sie auf seine Messwerte, oder aktualisieren Sie ihn.</translation>
+    </message>
+    <message>
+        <source>The trend shows no graph yet, or the size asked for is too large. Refresh it, or ask for less.</source>
+        <translation>Der Trend zeigt noch kein Diagramm, oder die gewünschte Größe ist zu groß. Aktualisieren Sie ihn, oder wählen Sie weniger.</translation>
+    </message>
+    <message>
+        <source>The picture could not be saved</source>
+        <translation>Das Bild konnte nicht gespeichert werden</translation>
+    </message>
+    <message>
+        <source>Exporting %1…</source>
+        <translation>%1 wird exportiert …</translation>
+    </message>
+    <message>
+        <source>Cancel</source>
+        <translation>Abbrechen</translation>
+    </message>
+    <message>
+        <source>Exported %1.</source>
+        <translation>%1 exportiert.</translation>
+    </message>
+    <message>
+        <source>Export cancelled; nothing was written.</source>
+        <translation>Export abgebrochen; nichts wurde geschrieben.</translation>
+    </message>
+    <message>
+        <source>The records could not be exported</source>
+        <translation>Die Messwerte konnten nicht exportiert werden</translation>
+    </message>
     <message>
         <source>There is no picture to copy</source>
         <translation>Es gibt kein Bild zu kopieren</translation>
@@ -4391,16 +4398,16 @@ Auf einen Trend ziehen, oder ankreuzen und „Neuer Trend“ wählen.</translati
         <translation>Das Bild ist in der Zwischenablage.</translation>
     </message>
     <message>
-        <source>The link is in the clipboard; “plotix open LINK” shows this view to whoever has %1.</source>
-        <translation>Der Link ist in der Zwischenablage; „plotix open LINK“ zeigt diese Ansicht jedem, der %1 hat.</translation>
-    </message>
-    <message>
         <source>There is no stretch between marks</source>
         <translation>Es gibt kein Stück zwischen Marken</translation>
     </message>
     <message>
         <source>Set both marks, A and B, first.</source>
         <translation>Setzen Sie erst beide Marken, A und B.</translation>
+    </message>
+    <message>
+        <source>The link is in the clipboard; “plotix open LINK” shows this view to whoever has %1.</source>
+        <translation>Der Link ist in der Zwischenablage; „plotix open LINK“ zeigt diese Ansicht jedem, der %1 hat.</translation>
     </message>
     <message>
         <source>There are no records to copy</source>
@@ -4418,19 +4425,25 @@ Auf einen Trend ziehen, oder ankreuzen und „Neuer Trend“ wählen.</translati
         <source>The records could not be copied</source>
         <translation>Die Messwerte konnten nicht kopiert werden</translation>
     </message>
-</context>
-<context>
-    <name>plotix::SiteWindows</name>
     <message>
-        <source>The site could not be opened</source>
-        <translation>Die Anlage konnte nicht geöffnet werden</translation>
+        <source>The records of these dates are not here</source>
+        <translation>Die Messwerte dieser Daten fehlen</translation>
     </message>
-</context>
-<context>
-    <name>plotix::SourceListModel</name>
     <message>
-        <source>Trend %1</source>
-        <translation>Trend %1</translation>
+        <source>Reading the records of these dates…</source>
+        <translation>Die Messwerte dieser Daten werden gelesen …</translation>
+    </message>
+    <message>
+        <source>Print “%1”</source>
+        <translation>„%1“ drucken</translation>
+    </message>
+    <message>
+        <source>The report could not be printed</source>
+        <translation>Der Bericht konnte nicht gedruckt werden</translation>
+    </message>
+    <message>
+        <source>The report could not be saved</source>
+        <translation>Der Bericht konnte nicht gesichert werden</translation>
     </message>
 </context>
 <context>

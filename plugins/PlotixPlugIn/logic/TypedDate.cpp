@@ -1,10 +1,13 @@
 #include "plugins/PlotixPlugIn/logic/TypedDate.h"
 
+#include "base/TimeDistance.h"
+
 #include <QtCore/QRegularExpression>
 #include <QtCore/QStringList>
 #include <QtCore/QTimeZone>
 
 #include <array>
+#include <cmath>
 
 namespace plotix {
 
@@ -142,6 +145,62 @@ OptionalQDate dateOfWeekday(QStringList words, bool hasTime, const TypedDateSurr
     return today.addDays(back == 0 && isBeforeToday ? -7 : -back);
 }
 
+/// The language's names of units replaced by those a distance is read by; other words stay.
+QString withCommonUnits(const QString& amount, const QString& unitNames)
+{
+    constexpr std::array kCommon{"y", "mo", "w", "d", "h", "min", "s"};  // in the order of the names
+    const QStringList groups = unitNames.split(QLatin1Char(';'));
+    static const QRegularExpression word(QStringLiteral("\\p{L}+"), QRegularExpression::UseUnicodePropertiesOption);
+    QString common;
+    qsizetype end = 0;
+    for (auto match = word.globalMatch(amount); match.hasNext();) {
+        const QRegularExpressionMatch found = match.next();
+        QString unit = found.captured();
+        for (qsizetype group = 0; group < groups.size() && group < qsizetype(kCommon.size()); ++group)
+            if (groups[group].split(QLatin1Char(' '), Qt::SkipEmptyParts).contains(found.captured()))
+                unit = QLatin1String(kCommon[static_cast<std::size_t>(group)]);
+        common += amount.mid(end, found.capturedStart() - end) + unit;
+        end = found.capturedEnd();
+    }
+    return common + amount.mid(end);
+}
+
+std::optional<TimeDistance> distanceAgo(const QString& text, const DayWords& words)
+{
+    const qsizetype place = words.ago.indexOf(QLatin1String("%1"));
+    if (place < 0)
+        return std::nullopt;
+    const QString before = words.ago.left(place);
+    const QString after = words.ago.mid(place + 2);
+    if (!text.startsWith(before) || !text.endsWith(after) || text.size() <= before.size() + after.size())
+        return std::nullopt;
+    const QString amount = text.mid(before.size(), text.size() - before.size() - after.size());
+    return timeDistanceFrom(withCommonUnits(amount, words.units));
+}
+
+QDateTime before(const QDateTime& now, const TimeDistance& distance)
+{
+    constexpr double kMillis = 1000;
+    return now.addMonths(-distance.months).addDays(-distance.days).addMSecs(-std::llround(distance.seconds * kMillis));
+}
+
+/// A distance from now. One in days, by words, means that day; a time may stand beside it.
+std::optional<TypedDate> earlierDate(const QString& text, const std::optional<QTime>& time,
+                                     const TypedDateSurroundings& surroundings)
+{
+    const bool isSigned = text.startsWith(QLatin1Char('-')) || text.startsWith(QChar(0x2212));
+    const auto distance = isSigned ? timeDistanceFrom(withCommonUnits(text.mid(1), surroundings.words.units))
+                                   : distanceAgo(text, surroundings.words);
+    if (!distance || (time && (isSigned || distance->seconds > 0)))
+        return std::nullopt;
+    const QDateTime moment = before(surroundings.now, *distance);
+    if (isSigned || distance->seconds > 0)
+        return TypedDate{moment, true};
+    return TypedDate{time ? momentAt(moment.date(), *time, surroundings.shown)
+                          : startOf(moment.date(), surroundings.shown),
+                     time.has_value()};
+}
+
 /// Where year, month and day stand in the locale's dates, such as "dmy".
 QString orderOf(const QLocale& locale)
 {
@@ -235,6 +294,8 @@ std::optional<TypedDate> typedDate(const QString& typed, const TypedDateSurround
     text = text.simplified();
     while (text.endsWith(QLatin1Char(',')))
         text.chop(1);
+    if (const auto earlier = earlierDate(text, time, surroundings))
+        return earlier;
     const OptionalQDate date = text.isEmpty() && time ? OptionalQDate(surroundings.shown.date())
                                                       : dateOf(text, time.has_value(), surroundings);
     if (!date)

@@ -11,14 +11,17 @@
 /// Understood are the locale's own form, with or without a year, a time or seconds ("1.2.2024 14:30", "1.2.", "2/1"
 /// where the month comes first, "2:30 pm"), months by name ("3 Feb 2024"), ISO 8601 with and without a zone, a time
 /// alone, words for now and for the days around today, and days of the week, which are the latest ones before tomorrow
-/// ("Tue 14:35"; "last Tuesday" is before today). What is missing comes from the date shown before: the year
+/// ("Tue 14:35"; "last Tuesday" is before today), and how long ago it was: "2 days ago" and "2 days ago 14:30" are of
+/// that day, "3 hours ago" and "-2d" as long before now. What is missing comes from the date shown before: the year
 /// of a day, the day of a time. A date without a time is the start of that day. Pure; any thread.
 namespace plotix {
 
 /// The words a language has for days, in lower case.
 struct DayWords {
     QString now, today, yesterday, tomorrow;
-    QString last = {};  ///< before a day of the week; a word that begins so counts
+    QString last = {};   ///< before a day of the week; a word that begins so counts
+    QString ago = {};    ///< around how long: "%1 ago"
+    QString units = {};  ///< the names of year, month, week, day, hour, minute, second: "year years; month months; …"
 };
 
 struct TypedDateSurroundings {

@@ -22,6 +22,24 @@
 
 namespace plotix {
 
+namespace {
+
+bool isOfPointer(QEvent::Type type)
+{
+    switch (type) {
+    case QEvent::MouseButtonPress:
+    case QEvent::MouseMove:
+    case QEvent::MouseButtonRelease:
+    case QEvent::MouseButtonDblClick:
+    case QEvent::Wheel:
+    case QEvent::ToolTip:
+    case QEvent::Leave: return true;
+    default: return false;
+    }
+}
+
+}  // namespace
+
 // The order is that of their menus. A part that needs another one's work stands after it.
 TrendReader::TrendReader(ReadTrend& trend) : m_trend(trend)
 {
@@ -148,17 +166,25 @@ void TrendReader::readBeside(const TimeSpan& span, std::function<void()> show) c
 
 void TrendReader::viewLoaded()
 {
-    if (CPTGraphHostingView* view = m_trend.graphView())
+    if (CPTGraphHostingView* view = m_trend.graphView()) {
         view->installEventFilter(this);
+        view->setMouseTracking(true);
+    }
     tell(&ReadingPart::viewLoaded);
 }
 
+// A view that is being deleted sends other events, and is no view of a graph by then.
 bool TrendReader::eventFilter(QObject* watched, QEvent* event)
 {
-    if (event->type() != QEvent::KeyPress)
+    if (event->type() == QEvent::KeyPress) {
+        const auto& key = static_cast<const QKeyEvent&>(*event);
+        return std::any_of(m_parts.begin(), m_parts.end(), [&key](const auto& part) { return part->keyPressed(key); });
+    }
+    const CPTGraphHostingView* view = m_trend.graphView();
+    if (!isOfPointer(event->type()) || watched != view || !m_trend.graph() || view->hostedGraph() != m_trend.graph())
         return QObject::eventFilter(watched, event);
-    const auto& key = static_cast<const QKeyEvent&>(*event);
-    return std::any_of(m_parts.begin(), m_parts.end(), [&key](const auto& part) { return part->keyPressed(key); });
+    return std::any_of(m_parts.rbegin(), m_parts.rend(),
+                       [event](const auto& part) { return part->pointerActed(*event); });
 }
 
 }  // namespace plotix

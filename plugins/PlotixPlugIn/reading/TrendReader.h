@@ -50,7 +50,8 @@ public:
     /// Lets every part read what it shows beside the records of this span, then calls `show`; at once where none does.
     void readBeside(const TimeSpan& span, std::function<void()> show) const;
 
-    /// Tells the parts, and from now on sees the keys pressed in the graph before its view does.
+    /// Tells the parts, and from now on sees keys and pointer in the graph before its view does, so that
+    /// the parts may take them: the last part is asked first, since it is what lies on top.
     void viewLoaded();
     bool eventFilter(QObject* watched, QEvent* event) override;
 

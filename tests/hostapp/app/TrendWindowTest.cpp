@@ -296,6 +296,15 @@ TEST_F(PictureWindowTest, TheGraphIsSavedAsItLooks)
     EXPECT_EQ(proposed, "Day.png");
 }
 
+TEST_F(PictureWindowTest, TheOverviewStaysInTheWindow)
+{
+    const auto picture = [this](const char* name) { return QImage::fromData(exported(0, 0, name), "PNG"); };
+    ASSERT_TRUE(reading(trend.get())->value("overview").toMap().value("shown").toBool());
+    const QImage before = picture("with.png");
+    setReading(trend.get(), {{"overview", QVariantMap()}});
+    EXPECT_EQ(picture("without.png"), before);
+}
+
 TEST_F(PictureWindowTest, GraphAndTableAreSavedDarkOnWhite)
 {
     const QImage image = QImage::fromData(exported(1, 0, "table.png"), "PNG");

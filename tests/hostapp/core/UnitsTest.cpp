@@ -47,6 +47,8 @@ TEST_F(UnitsTest, UnitsThatUdunitsLacksConvert)
     EXPECT_DOUBLE_EQ(convert(1, "kWh", "MJ"), 3.6);
     EXPECT_DOUBLE_EQ(convert(1, "%", "ppm"), 10000);
     EXPECT_DOUBLE_EQ(convert(1, "klx", "lux"), 1000);
+    EXPECT_DOUBLE_EQ(convert(547e6, "B/s", "MB/s"), 547);
+    EXPECT_DOUBLE_EQ(convert(1, "Gbit/s", "MB/s"), 125);
 }
 
 TEST_F(UnitsTest, ThereAndBackIsTheSameToTheLastDigits)

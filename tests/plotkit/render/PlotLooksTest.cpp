@@ -174,6 +174,17 @@ TEST_F(PlotLooksTest, AFillReachesToZero)
     expectRed(false, 75, 55);  // 5
 }
 
+TEST_F(PlotLooksTest, AFillInALogarithmicSpaceReachesToItsFoot)
+{
+    rendered.graph.defaultPlotSpace()->setYScaleType(CPTScaleType::Logarithmic);
+    rendered.graph.defaultPlotSpace()->setYRange({-50, 100});
+    const CPTScatterPlotPtr plot = add({0, 100}, {30, 30});
+    plot->setAreaFill(CPTAreaFill::toZero(QColor(255, 0, 0, 100)));
+    expectRed(true, 50, 5);  // far beneath 1, whose logarithm is zero
+    expectRed(true, 50, 70);
+    expectRed(false, 50, 90);
+}
+
 TEST_F(PlotLooksTest, AFillLiesBetweenTwoLines)
 {
     const CPTScatterPlotPtr low = add({0, 100}, {20, 20}, Qt::blue);

@@ -1,9 +1,8 @@
 #include "plugins/PlotixPlugIn/reading/clock/ClockChangesLayer.h"
 
 #include "plotkit/layout/GraphGeometry.h"
-#include "plotkit/render/GraphText.h"
+#include "plugins/PlotixPlugIn/reading/trend/OverlayLook.h"
 #include "plugins/PlotixPlugIn/reading/trend/ReadingPart.h"
-#include "plugins/PlotixPlugIn/reading/values/GraphLook.h"
 #include "plugins/PlotixPlugIn/reading/values/ValueTexts.h"
 
 #include <QtGui/QFontMetricsF>
@@ -13,6 +12,7 @@ namespace plotix {
 
 namespace {
 
+constexpr double kTextSize = 10.5;
 constexpr double kLineWidth = 1;
 constexpr double kDash = 2, kGap = 3;  // widths of the line
 constexpr double kFromLine = 4;        // points
@@ -59,7 +59,7 @@ void ClockChangesLayer::drawInGraph(QPainter& painter, const plotkit::GraphGeome
         return;
     const CPTTextStyle& style = geometry.graph.axes().xAxis().labelTextStyle();
     const bool onDark = isDark(geometry.graph);
-    const QFont font = plotkit::fontForStyle(style);
+    const QFont font = textFont(geometry.graph, TextWeight::Regular, kTextSize);
     const QFontMetricsF metrics(font);
     QPen pen(style.color, kLineWidth);
     pen.setCapStyle(Qt::FlatCap);

@@ -27,11 +27,6 @@ ClockPart::ClockPart(ReadTrend& trend) : ReadingPart(trend)
     updateActions();
 }
 
-ClockPart::~ClockPart()
-{
-    detach();
-}
-
 void ClockPart::change(const ClockChoices& choices)
 {
     if (choices == m_choices)
@@ -110,22 +105,10 @@ void ClockPart::markChanges(const CPTXYGraphPtr& graph)
     if (m_choices.doesMarkChanges())
         changes = clockChanges(trend().zone(), shownBy(*graph));
     if (changes.empty())
-        return detach();
-    if (!m_layer || m_graph.lock() != graph) {
-        detach();
-        m_graph = graph;
-        m_layer = std::make_shared<ClockChangesLayer>();
-        graph->addLayerBeneath(m_layer);
-    }
+        return m_layer.remove();
+    m_layer.put(graph, PartLayer<ClockChangesLayer>::Place::Beneath,
+                [] { return std::make_shared<ClockChangesLayer>(); });
     m_layer->show(std::move(changes));
-}
-
-void ClockPart::detach()
-{
-    if (const CPTXYGraphPtr graph = m_graph.lock(); graph && m_layer)
-        graph->removeLayer(m_layer);
-    m_layer.reset();
-    m_graph.reset();
 }
 
 QAction* ClockPart::addAction(const QString& text, QActionGroup* group)

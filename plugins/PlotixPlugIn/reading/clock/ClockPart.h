@@ -2,6 +2,7 @@
 
 #include "plugins/PlotixPlugIn/reading/clock/ClockChangesLayer.h"
 #include "plugins/PlotixPlugIn/reading/clock/ClockChoices.h"
+#include "plugins/PlotixPlugIn/reading/trend/PartLayer.h"
 #include "plugins/PlotixPlugIn/reading/trend/ReadingPart.h"
 
 #include <QtCore/QPointer>
@@ -20,7 +21,6 @@ class ClockPart : public ReadingPart {
     Q_OBJECT
 public:
     explicit ClockPart(ReadTrend& trend);
-    ~ClockPart() override;
 
     QString key() const override { return QStringLiteral("clock"); }  // stored: never change
     QVariantMap chosen() const override { return mapFromClockChoices(m_choices); }
@@ -28,7 +28,7 @@ public:
 
     void viewLoaded() override { listen(); }
     void graphBuilt() override;
-    void graphReleased() override { detach(); }
+    void graphReleased() override { m_layer.remove(); }
     void plotsReplaced() override { apply(); }
     void fitted() override { apply(); }
     void restyled() override { apply(); }
@@ -51,12 +51,10 @@ private:
     void apply();
     void describe(CPTXYGraph& graph);
     void markChanges(const CPTXYGraphPtr& graph);
-    void detach();
 
     ClockChoices m_choices;
     QPointer<KTVSiteClock> m_siteClock;
-    std::weak_ptr<CPTXYGraph> m_graph;
-    std::shared_ptr<ClockChangesLayer> m_layer;
+    PartLayer<ClockChangesLayer> m_layer;
     std::vector<QAction*> m_actions;
     std::vector<QAction*> m_zoneActions;  // their data is the zone
     std::vector<QAction*> m_formActions;  // their data is the form

@@ -69,7 +69,9 @@ LaneSettings settingsFrom(const QVariantMap& map)
 }  // namespace
 
 Arrangement::Arrangement(ReadTrend& trend)
-    : ReadingPart(trend), m_marks(std::make_shared<OffScaleMarks>()), m_dividers(std::make_unique<LaneDividers>(*this))
+    : ReadingPart(trend),
+      m_marks(std::make_shared<OffScaleMarks>()),
+      m_dividers(std::make_unique<LaneDividers>(trend, *this))
 {
     makeActions();
 }
@@ -164,10 +166,9 @@ void Arrangement::moveUpperEdgeOf(std::size_t lane, double share)
     emit chosenChanged();
 }
 
-void Arrangement::viewLoaded()
+bool Arrangement::pointerActed(QEvent& event)
 {
-    if (CPTGraphHostingView* view = trend().graphView())
-        m_dividers->watch(view);
+    return m_dividers->pointerActed(event);
 }
 
 void Arrangement::graphBuilt()

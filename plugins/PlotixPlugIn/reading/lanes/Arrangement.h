@@ -34,7 +34,7 @@ public:
     QVariantMap ranges() const override;
     void setRanges(const QVariantMap& ranges) override;
 
-    void viewLoaded() override;
+    bool pointerActed(QEvent& event) override;
     void graphBuilt() override;
     void graphReleased() override;
     void plotsReplaced() override;

@@ -15,18 +15,12 @@ constexpr double kReach = 5;  // points to either side of an edge
 
 }  // namespace
 
-void LaneDividers::watch(CPTGraphHostingView* view)
-{
-    m_view = view;
-    view->setMouseTracking(true);
-    view->installEventFilter(this);
-}
-
 std::optional<std::size_t> LaneDividers::edgeAt(const QPointF& point) const
 {
-    if (m_arrangement.lanes().size() < 2 || !m_view || !m_view->hostedGraph())
+    const auto where = m_arrangement.lanes().size() < 2 ? std::nullopt : shownGeometry(m_trend);
+    if (!where)
         return std::nullopt;
-    const QRectF area = m_view->geometryShown(*m_view->hostedGraph()).plotArea;
+    const QRectF area = where->plotArea;
     if (point.x() < area.left() || point.x() > area.right())
         return std::nullopt;
     for (std::size_t lane = 1; lane < m_arrangement.lanes().size(); ++lane) {
@@ -39,7 +33,8 @@ std::optional<std::size_t> LaneDividers::edgeAt(const QPointF& point) const
 
 void LaneDividers::dragTo(const QPointF& point)
 {
-    const QRectF area = m_view->geometryShown(*m_view->hostedGraph()).plotArea;
+    const auto where = shownGeometry(m_trend);
+    const QRectF area = where ? where->plotArea : QRectF();
     if (area.height() > 0)
         m_arrangement.moveUpperEdgeOf(*m_dragged, (point.y() - area.top()) / area.height());
 }
@@ -48,27 +43,24 @@ void LaneDividers::showCursorFor(const QPointF& point)
 {
     const bool isWanted = m_dragged || edgeAt(point);
     if (isWanted)
-        m_view->setCursor(Qt::SplitVCursor);
+        m_trend.graphView()->setCursor(Qt::SplitVCursor);
     else if (m_hasCursor)
-        m_view->unsetCursor();
+        m_trend.graphView()->unsetCursor();
     m_hasCursor = isWanted;
 }
 
-bool LaneDividers::eventFilter(QObject* watched, QEvent* event)
+bool LaneDividers::pointerActed(QEvent& event)
 {
-    // First of all: a view that is being deleted sends other events, and is no view of a graph by then.
-    const auto* mouse = dynamic_cast<QMouseEvent*>(event);
-    if (!mouse || watched != m_view || !m_view->hostedGraph())
-        return false;
-    switch (event->type()) {
+    const auto mouse = [&event]() -> const QMouseEvent& { return static_cast<const QMouseEvent&>(event); };
+    switch (event.type()) {
     case QEvent::MouseButtonPress:
-        m_dragged = mouse->button() == Qt::LeftButton ? edgeAt(mouse->position()) : std::nullopt;
+        m_dragged = mouse().button() == Qt::LeftButton ? edgeAt(mouse().position()) : std::nullopt;
         return m_dragged.has_value();
     case QEvent::MouseMove:
         if (m_dragged)
-            dragTo(mouse->position());
-        else if (mouse->buttons() == Qt::NoButton)
-            showCursorFor(mouse->position());
+            dragTo(mouse().position());
+        else if (mouse().buttons() == Qt::NoButton)
+            showCursorFor(mouse().position());
         return m_dragged.has_value();
     case QEvent::MouseButtonRelease: {
         const bool wasDragged = m_dragged.has_value();

@@ -1,28 +1,24 @@
 #pragma once
 
-#include <QtCore/QObject>
-#include <QtCore/QPointer>
-
 #include <cstddef>
 #include <optional>
 
-class CPTGraphHostingView;
-class QMouseEvent;
+class QEvent;
 class QPointF;
 
 /// Lets the pointer drag the edges between lanes: the upper edge of a lane's head.
 ///
-/// The arrangement *owns* it and is *borrowed*. Main thread only.
+/// The arrangement *owns* it; it *borrows* the arrangement and the trend. Main thread only.
 namespace plotix {
 
 class Arrangement;
+class ReadTrend;
 
-class LaneDividers : public QObject {
+class LaneDividers {
 public:
-    explicit LaneDividers(Arrangement& arrangement) : m_arrangement(arrangement) {}
+    LaneDividers(const ReadTrend& trend, Arrangement& arrangement) : m_trend(trend), m_arrangement(arrangement) {}
 
-    void watch(CPTGraphHostingView* view);
-    bool eventFilter(QObject* watched, QEvent* event) override;
+    bool pointerActed(QEvent& event);  ///< answers whether it was meant for an edge
 
 private:
     /// The lane whose upper edge is there; the first one's does not move.
@@ -30,8 +26,8 @@ private:
     void dragTo(const QPointF& point);
     void showCursorFor(const QPointF& point);
 
+    const ReadTrend& m_trend;
     Arrangement& m_arrangement;
-    QPointer<CPTGraphHostingView> m_view;
     std::optional<std::size_t> m_dragged;
     bool m_hasCursor = false;
 };

@@ -1,6 +1,7 @@
 #include "plugins/PlotixPlugIn/reading/lanes/LaneScale.h"
 
 #include "plugins/PlotixPlugIn/logic/SeriesBuilder.h"
+#include "plugins/PlotixPlugIn/reading/trend/FittedValues.h"
 
 #include <algorithm>
 #include <array>
@@ -12,22 +13,11 @@ namespace plotix {
 
 namespace {
 
-constexpr double kMargin = 0.05;  // of a range, at either end
-constexpr double kFarOff = 3;     // distances of the quartiles
+constexpr double kFarOff = 3;  // distances of the quartiles
 constexpr std::size_t kMostTaken = 100'000;
 constexpr std::array<std::pair<LaneFit, const char*>, 4> kFits{
     std::pair{LaneFit::AllValues, "all"}, std::pair{LaneFit::Robust, "robust"}, std::pair{LaneFit::GrowOnly, "grow"},
     std::pair{LaneFit::Fixed, "fixed"}};
-
-CPTPlotRange withMargin(double lowest, double highest)
-{
-    double length = highest - lowest;
-    if (!(length > 0))  // one value alone: a range in which it can be read
-        length = std::max(std::abs(highest) * 0.1, 1e-3);
-    const double middle = (lowest + highest) / 2;
-    const double wanted = (highest > lowest ? length : 2 * length) * (1 + 2 * kMargin);
-    return {middle - wanted / 2, wanted};
-}
 
 std::optional<CPTPlotRange> fixedRange(const LaneSettings& settings)
 {
@@ -112,7 +102,7 @@ std::optional<CPTPlotRange> fittedLaneRange(const std::vector<CPTPointSeriesPtr>
     }
     if (!all)
         return std::nullopt;
-    CPTPlotRange range = withMargin(all->first, all->second);
+    CPTPlotRange range = fittedValues(all->first, all->second);
     if (settings.fit == LaneFit::GrowOnly) {
         const double lowest = std::min(range.minLimit(), shown.minLimit());
         range = {lowest, std::max(range.maxLimit(), shown.maxLimit()) - lowest};

@@ -1,8 +1,7 @@
 #include "plugins/PlotixPlugIn/reading/limits/LimitsLayer.h"
 
 #include "plotkit/layout/GraphGeometry.h"
-#include "plotkit/render/GraphText.h"
-#include "plugins/PlotixPlugIn/reading/values/GraphLook.h"
+#include "plugins/PlotixPlugIn/reading/trend/OverlayLook.h"
 #include "plugins/PlotixPlugIn/reading/values/LimitLook.h"
 
 #include <QtGui/QFontMetricsF>
@@ -24,13 +23,6 @@ constexpr double kPlate = 3;         // points of its plate beside a text
 constexpr double kLeastHeight = 40;  // points; lower lanes have room for no labels
 constexpr int kBandOpacity = 24;
 constexpr int kPlateOpacity = 165;
-
-const QFont& labelFont()
-{
-    static const QFont made =
-        plotkit::fontForStyle({.fontName = QStringLiteral("Helvetica"), .fontSize = kTextSize, .color = CPTColor()});
-    return made;
-}
 
 QColor withAlpha(QColor color, int alpha)
 {
@@ -66,12 +58,13 @@ QRectF labelPlace(const PlacedLimit& placed, const QSizeF& size, const std::vect
     return {};
 }
 
+/// In the font of the painter.
 void drawLabel(QPainter& painter, const PlacedLimit& placed, bool onDark, std::vector<QRectF>& taken)
 {
     const QString arrow = placed.y < placed.area.top()      ? QStringLiteral("▲ ")
                           : placed.y > placed.area.bottom() ? QStringLiteral("▼ ")
                                                             : QString();
-    const QFontMetricsF metrics(labelFont());
+    const QFontMetricsF metrics(painter.font());
     const QString text = metrics.elidedText(arrow + placed.text, Qt::ElideMiddle, placed.area.width() / 2);
     const QRectF place = labelPlace(placed, {metrics.horizontalAdvance(text), metrics.height()}, taken);
     if (place.isEmpty())
@@ -81,7 +74,6 @@ void drawLabel(QPainter& painter, const PlacedLimit& placed, bool onDark, std::v
     painter.setBrush(withAlpha(onDark ? QColor(28, 29, 32) : QColor(255, 255, 255), kPlateOpacity));
     painter.drawRoundedRect(place.adjusted(-kPlate, 0, kPlate, 0), 2, 2);
     painter.setPen(limitColor(placed.limit.severity, onDark));
-    painter.setFont(labelFont());
     painter.drawText(place, Qt::AlignCenter | Qt::TextSingleLine, text);
 }
 
@@ -157,6 +149,7 @@ void LimitsLayer::drawInGraph(QPainter& painter, const plotkit::GraphGeometry& g
         painter.setPen(pen);
         painter.drawLine(QPointF(placed.area.left(), placed.y), QPointF(placed.area.right(), placed.y));
     }
+    painter.setFont(textFont(geometry.graph, TextWeight::Regular, kTextSize));
     for (const PlacedLimit& placed : limits)
         if (placed.area.height() >= kLeastHeight)
             drawLabel(painter, placed, onDark, taken);

@@ -1,5 +1,7 @@
 #include "plugins/PlotixPlugIn/reading/limits/LimitsPart.h"
 
+#include "plugins/PlotixPlugIn/reading/trend/FittedValues.h"
+
 #include <algorithm>
 #include <cmath>
 #include <map>
@@ -10,8 +12,6 @@ namespace {
 
 const QString kShown = QStringLiteral("shown");  // stored: never change
 
-constexpr double kMargin = 0.05;  // of the range, beyond the farthest limit
-
 }  // namespace
 
 LimitsPart::LimitsPart(ReadTrend& trend) : ReadingPart(trend), m_lines(trend)
@@ -20,10 +20,7 @@ LimitsPart::LimitsPart(ReadTrend& trend) : ReadingPart(trend), m_lines(trend)
     updateActions();
 }
 
-LimitsPart::~LimitsPart()
-{
-    detach();
-}
+LimitsPart::~LimitsPart() = default;
 
 QVariantMap LimitsPart::chosen() const
 {
@@ -83,7 +80,7 @@ void LimitsPart::refresh()
 {
     updateActions();
     if (!m_isShown || !hasLimits())
-        return detach();
+        return m_layer.remove();
     attach();
     if (m_layer)
         m_layer->setNeedsDisplay();
@@ -92,25 +89,12 @@ void LimitsPart::refresh()
 // The layer is there only while it is wanted: a graph without layers is painted straight to the screen.
 void LimitsPart::attach()
 {
-    const CPTXYGraphPtr graph = trend().graph();
-    if (!graph || (m_layer && m_graph.lock() == graph))
-        return;
-    detach();
-    m_graph = graph;
-    m_layer = std::make_shared<LimitsLayer>([this]() -> const std::vector<TrendLine>& { return m_lines.shown(); });
-    // Beneath the others: what is read and marked must stay readable over the bands.
-    graph->addLayerBeneath(m_layer);
-}
-
-void LimitsPart::detach()
-{
-    if (!m_layer)
-        return;
-    m_layer->stop();
-    if (const CPTXYGraphPtr graph = m_graph.lock())
-        graph->removeLayer(m_layer);
-    m_layer.reset();
-    m_graph.reset();
+    const auto make = [this] {
+        return std::make_shared<LimitsLayer>([this]() -> const std::vector<TrendLine>& { return m_lines.shown(); });
+    };
+    // What is read and marked must stay readable over the bands.
+    if (const CPTXYGraphPtr graph = trend().graph())
+        m_layer.put(graph, PartLayer<LimitsLayer>::Place::Beneath, make);
 }
 
 void LimitsPart::widenToLimits()
@@ -136,7 +120,7 @@ void LimitsPart::widenToLimits()
         const bool isHigher = range.second > space->yRange().maxLimit();
         if (!isLower && !isHigher)
             continue;
-        const double margin = (range.second - range.first) * kMargin;
+        const double margin = (range.second - range.first) * kFitMargin;
         const double lowest = isLower ? range.first - margin : range.first;
         const double highest = isHigher ? range.second + margin : range.second;
         trend().showValues(*space, {lowest, highest - lowest});

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "plugins/PlotixPlugIn/reading/limits/LimitsLayer.h"
+#include "plugins/PlotixPlugIn/reading/trend/PartLayer.h"
 #include "plugins/PlotixPlugIn/reading/trend/ReadingPart.h"
 
 #include <QtCore/QPointer>
@@ -27,7 +28,7 @@ public:
 
     void viewLoaded() override { listen(); }
     void graphBuilt() override;
-    void graphReleased() override { detach(); }
+    void graphReleased() override { m_layer.remove(); }
     void plotsReplaced() override;
     void linesChanged() override;
     std::vector<QAction*> actions() const override { return m_actions; }
@@ -42,7 +43,6 @@ private:
     void updateActions();
     void listen();
     void attach();
-    void detach();
     void refresh();
     bool hasLimits();
     void edit(const QString& key);
@@ -50,8 +50,7 @@ private:
     bool m_isShown = true;
     TrendLines m_lines;
     QPointer<KTVAnnotations> m_annotations;
-    std::weak_ptr<CPTXYGraph> m_graph;
-    std::shared_ptr<LimitsLayer> m_layer;
+    PartLayer<LimitsLayer> m_layer;
     std::unique_ptr<QMenu> m_linesMenu;
     std::vector<QAction*> m_actions;  // children
     QAction* m_showAction = nullptr;

@@ -24,10 +24,7 @@ LinePart::LinePart(ReadTrend& trend) : ReadingPart(trend), m_lines(trend)
     updateActions();
 }
 
-LinePart::~LinePart()
-{
-    detach();
-}
+LinePart::~LinePart() = default;
 
 QVariantMap LinePart::chosen() const
 {
@@ -57,8 +54,6 @@ void LinePart::setShown(const std::optional<bool>& shown)
     if (m_shown == shown)
         return;
     m_shown = shown;
-    if (CPTGraphHostingView* view = trend().graphView())
-        view->setMouseTracking(isShown());
     if (!isShown())
         pointerLeft();
     place();
@@ -71,8 +66,6 @@ void LinePart::viewLoaded()
     CPTGraphHostingView* view = trend().graphView();
     if (!view)
         return;
-    view->installEventFilter(this);
-    view->setMouseTracking(isShown());
     m_spokenBefore = view->accessibleDescription();
     place();
     updateActions();
@@ -94,32 +87,20 @@ void LinePart::clockSet()
 
 void LinePart::graphReleased()
 {
-    detach();
+    m_layer.remove();
 }
 
 // The layer is there only while it is wanted: a graph without layers is painted straight to the screen.
 void LinePart::attach()
 {
     const CPTXYGraphPtr graph = trend().graph();
-    if (!graph || (m_layer && m_graph.lock() == graph) || (!isShown() && !m_held))
+    if (!graph || (!isShown() && !m_held))
         return;
-    detach();
-    m_graph = graph;
-    m_layer = std::make_shared<ValueLine>([this](double time, const plotkit::GraphGeometry& geometry) {
-        return readAt(m_lines.shown(), time, geometry, m_texts, m_followed);
+    m_layer.put(graph, PartLayer<ValueLine>::Place::Above, [this] {
+        return std::make_shared<ValueLine>([this](double time, const plotkit::GraphGeometry& geometry) {
+            return readAt(m_lines.shown(), time, geometry, m_texts, m_followed);
+        });
     });
-    graph->addLayer(m_layer);
-}
-
-void LinePart::detach()
-{
-    if (!m_layer)
-        return;
-    m_layer->stop();
-    if (const CPTXYGraphPtr graph = m_graph.lock())
-        graph->removeLayer(m_layer);
-    m_layer.reset();
-    m_graph.reset();
 }
 
 void LinePart::plotsReplaced()
@@ -155,20 +136,11 @@ void LinePart::place()
 {
     attach();
     if (!isShown() && !m_held)
-        detach();
+        m_layer.remove();
     if (!m_layer)
         return;
     const std::optional<double> time = standing();
     m_layer->show(time ? std::optional(ValueLine::Place{*time, m_held.has_value(), m_pointer}) : std::nullopt);
-}
-
-std::optional<plotkit::GraphGeometry> LinePart::geometry() const
-{
-    const CPTXYGraphPtr graph = trend().graph();
-    const CPTGraphHostingView* view = trend().graphView();
-    if (!graph || !view)
-        return std::nullopt;
-    return view->geometryShown(*graph);
 }
 
 void LinePart::hold(const std::optional<double>& time)
@@ -185,7 +157,7 @@ void LinePart::hold(const std::optional<double>& time)
 
 void LinePart::step(Step step, Towards towards)
 {
-    const auto where = geometry();
+    const auto where = shownGeometry(trend());
     if (!where)
         return;
     const CPTPlotRange& range = where->graph.plotSpace().xRange();
@@ -238,7 +210,7 @@ void LinePart::followNextLine(Towards towards)
 
 void LinePart::askForTime()
 {
-    const auto where = geometry();
+    const auto where = shownGeometry(trend());
     if (!where)
         return;
     const CPTPlotRange& range = where->graph.plotSpace().xRange();
@@ -255,7 +227,7 @@ void LinePart::askForTime()
 std::optional<ReadAt> LinePart::readStanding()
 {
     const std::optional<double> time = standing();
-    const auto where = geometry();
+    const auto where = shownGeometry(trend());
     if (!time || !where)
         return std::nullopt;
     return readAt(m_lines.shown(), *time, *where, m_texts, m_followed);

@@ -2,6 +2,7 @@
 
 #include "plugins/PlotixPlugIn/reading/line/LineSteps.h"
 #include "plugins/PlotixPlugIn/reading/line/ValueLine.h"
+#include "plugins/PlotixPlugIn/reading/trend/PartLayer.h"
 #include "plugins/PlotixPlugIn/reading/trend/ReadingPart.h"
 
 #include <memory>
@@ -47,7 +48,7 @@ public:
     void askForTime();
     void copyValues();
 
-    bool eventFilter(QObject* watched, QEvent* event) override;
+    bool pointerActed(QEvent& event) override;
 
 private:
     QAction* addAction(const char* text, const QKeySequence& keys, std::function<void()> act);
@@ -55,13 +56,11 @@ private:
     void addSteps();
     void updateActions();
     void attach();
-    void detach();
     void place();
     void pointerMoved(const QPointF& point);
     void pointerLeft();
     void clicked(const QPointF& point);
     std::optional<double> standing() const;  ///< where the line stands
-    std::optional<plotkit::GraphGeometry> geometry() const;
     std::optional<ReadAt> readStanding();
     void bringIntoView(double time);
     void speak();
@@ -78,8 +77,7 @@ private:
 
     TrendLines m_lines;
     ValueTexts m_texts;
-    std::weak_ptr<CPTXYGraph> m_graph;
-    std::shared_ptr<ValueLine> m_layer;
+    PartLayer<ValueLine> m_layer;
     std::vector<QAction*> m_actions;
     std::vector<QAction*> m_reading;  // those that need a graph
     QAction* m_showAction = nullptr;

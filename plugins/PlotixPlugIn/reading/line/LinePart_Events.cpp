@@ -70,7 +70,7 @@ void LinePart::makeActions()
                              [this] { setShown(!isShown()); });
     m_showAction->setCheckable(true);
     m_holdAction = addAction(QT_TRANSLATE_NOOP("Plotix", "&Hold the Value Line"), Qt::Key_Space, [this] {
-        const auto where = geometry();
+        const auto where = shownGeometry(trend());
         if (!where)
             return;
         const CPTPlotRange& range = where->graph.plotSpace().xRange();
@@ -127,7 +127,7 @@ bool LinePart::keyPressed(const QKeyEvent& event)
 {
     const Qt::KeyboardModifiers modifiers = event.modifiers() & ~Qt::KeyboardModifiers(Qt::KeypadModifier);
     const bool withShift = modifiers == Qt::ShiftModifier;
-    if ((!isShown() && !m_held) || (modifiers != Qt::NoModifier && !withShift) || !geometry())
+    if ((!isShown() && !m_held) || (modifiers != Qt::NoModifier && !withShift) || !shownGeometry(trend()))
         return false;
     for (const StepKey& each : kStepKeys)
         if (event.key() == each.key && withShift == each.withShift) {
@@ -152,32 +152,32 @@ bool LinePart::keyPressed(const QKeyEvent& event)
     }
 }
 
-bool LinePart::eventFilter(QObject* watched, QEvent* event)
+bool LinePart::pointerActed(QEvent& event)
 {
-    if (isShown()) {
-        switch (event->type()) {
-        case QEvent::MouseMove: pointerMoved(static_cast<QMouseEvent*>(event)->position()); break;
-        case QEvent::Leave: pointerLeft(); break;
-        case QEvent::MouseButtonPress: {
-            const auto* press = static_cast<QMouseEvent*>(event);
-            const bool isPlain = press->button() == Qt::LeftButton && press->modifiers() == Qt::NoModifier;
-            m_pressed = isPlain ? std::optional(press->position()) : std::nullopt;
-            break;
-        }
-        case QEvent::MouseButtonRelease: clicked(static_cast<QMouseEvent*>(event)->position()); break;
-        case QEvent::MouseButtonDblClick:  // whose first click is taken back
-            m_pressed.reset();
-            hold(m_heldBeforeClick);
-            break;
-        default: break;
-        }
+    if (!isShown())
+        return false;
+    const auto mouse = [&event]() -> const QMouseEvent& { return static_cast<const QMouseEvent&>(event); };
+    switch (event.type()) {
+    case QEvent::MouseMove: pointerMoved(mouse().position()); break;
+    case QEvent::Leave: pointerLeft(); break;
+    case QEvent::MouseButtonPress: {
+        const bool isPlain = mouse().button() == Qt::LeftButton && mouse().modifiers() == Qt::NoModifier;
+        m_pressed = isPlain ? std::optional(mouse().position()) : std::nullopt;
+        break;
     }
-    return ReadingPart::eventFilter(watched, event);
+    case QEvent::MouseButtonRelease: clicked(mouse().position()); break;
+    case QEvent::MouseButtonDblClick:  // whose first click is taken back
+        m_pressed.reset();
+        hold(m_heldBeforeClick);
+        break;
+    default: break;
+    }
+    return false;  // it looks on
 }
 
 void LinePart::pointerMoved(const QPointF& point)
 {
-    const auto where = geometry();
+    const auto where = shownGeometry(trend());
     if (!isShown() || !where)
         return;
     m_pointer = point;
@@ -195,7 +195,7 @@ void LinePart::pointerLeft()
 
 void LinePart::clicked(const QPointF& point)
 {
-    const auto where = geometry();
+    const auto where = shownGeometry(trend());
     if (!m_pressed || !where)
         return;
     const QPointF moved = point - *m_pressed;

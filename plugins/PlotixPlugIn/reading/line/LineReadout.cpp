@@ -1,7 +1,7 @@
 #include "plugins/PlotixPlugIn/reading/line/LineReadout.h"
 
+#include "plugins/PlotixPlugIn/reading/trend/OverlayLook.h"
 #include "plugins/PlotixPlugIn/reading/trend/ReadingPart.h"
-#include "plugins/PlotixPlugIn/reading/values/GraphLook.h"
 #include "plugins/PlotixPlugIn/reading/values/LimitLook.h"
 #include "plugins/PlotixPlugIn/reading/values/MissingRecords.h"
 

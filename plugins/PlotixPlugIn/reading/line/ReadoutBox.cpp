@@ -1,7 +1,7 @@
 #include "plugins/PlotixPlugIn/reading/line/ReadoutBox.h"
 
 #include "plotkit/render/GraphText.h"
-#include "plugins/PlotixPlugIn/reading/values/GraphLook.h"
+#include "plugins/PlotixPlugIn/reading/trend/OverlayLook.h"
 
 #include <QtGui/QFontMetricsF>
 #include <QtGui/QPainter>

@@ -1,5 +1,6 @@
 #include "plugins/PlotixPlugIn/reading/line/ValueLine.h"
 
+#include "plugins/PlotixPlugIn/reading/trend/OverlayLook.h"
 #include "plugins/PlotixPlugIn/reading/trend/ReadingPart.h"
 
 #include <QtGui/QPainter>
@@ -11,11 +12,6 @@ namespace {
 constexpr double kDot = 4;            // points
 constexpr double kUnderPointer = 18;  // points
 constexpr double kFromEdge = 6;
-
-bool isOnScreen(const QPainter& painter)
-{
-    return painter.device() && painter.device()->devType() == QInternal::Widget;
-}
 
 void drawDots(QPainter& painter, const std::vector<ReadDot>& dots, const QColor& ring)
 {
@@ -51,14 +47,22 @@ void ValueLine::drawInGraph(QPainter& painter, const plotkit::GraphGeometry& geo
     painter.fillRect(QRectF(x - 0.5, area.top(), 1, area.height()), look.line);
     drawDots(painter, read.dots, look.line);
 
-    const QRectF bounds = geometry.rectangle.adjusted(kFromEdge, kFromEdge, -kFromEdge, -kFromEdge);
     if (m_place->isHeld)
         read.readout.state = localizedText(QT_TRANSLATE_NOOP("Plotix", "held"));
+    // The box is laid out in lengths of the usual text size, and drawn as large as the graph's texts.
+    const double scale = textScale(geometry.graph);
+    const auto inBox = [scale](const QRectF& rectangle) {
+        return QRectF(rectangle.topLeft() / scale, rectangle.size() / scale);
+    };
+    const QRectF bounds = inBox(geometry.rectangle).adjusted(kFromEdge, kFromEdge, -kFromEdge, -kFromEdge);
     const Readout readout = shortened(std::move(read.readout), rowsWithin(bounds.height()),
                                       localizedText(QT_TRANSLATE_NOOP("Plotix", "… and %1 more")));
-    const std::optional<QPointF> pointer = onScreen ? m_place->pointer : std::nullopt;
-    const double y = pointer && !m_place->isHeld ? pointer->y() + kUnderPointer : area.top() + kFromEdge;
-    paintReadout(painter, readout, placeBeside(sizeOfReadout(readout), x, y, bounds, pointer), look);
+    const std::optional<QPointF> pointer =
+        onScreen && m_place->pointer ? std::optional(*m_place->pointer / scale) : std::nullopt;
+    const double y = pointer && !m_place->isHeld ? pointer->y() + kUnderPointer : inBox(area).top() + kFromEdge;
+    painter.scale(scale, scale);
+    paintReadout(painter, readout, placeBeside(sizeOfReadout(readout), x / scale, y, bounds, pointer), look);
+    painter.scale(1 / scale, 1 / scale);
 }
 
 }  // namespace plotix

@@ -1,8 +1,7 @@
 #include "plugins/PlotixPlugIn/reading/marks/MarksLayer.h"
 
 #include "plotkit/layout/GraphGeometry.h"
-#include "plotkit/render/GraphText.h"
-#include "plugins/PlotixPlugIn/reading/values/GraphLook.h"
+#include "plugins/PlotixPlugIn/reading/trend/OverlayLook.h"
 
 #include <QtGui/QFontMetricsF>
 #include <QtGui/QPainter>
@@ -17,9 +16,9 @@ namespace {
 constexpr QSizeF kFlag(17, 16);
 constexpr double kAbovePlots = 2;  // points between flag and plot area
 constexpr double kFromFlag = 8;    // between a flag and the heading
-constexpr double kTextSize = 11;
-constexpr double kDash = 3;  // widths of the line
-constexpr double kGrab = 3;  // points beside a flag that count as it
+constexpr double kTextSize = 11;   // all lengths are those in a graph of the usual text size
+constexpr double kDash = 3;        // widths of the line
+constexpr double kGrab = 3;        // points beside a flag that count as it
 
 struct MarkLook {
     QColor line, flag, letter, text, shade;
@@ -34,11 +33,9 @@ MarkLook lookFor(const CPTXYGraph& graph)
             QColor(30, 90, 190, 26)};
 }
 
-const QFont& font()
+QFont fontIn(const CPTXYGraph& graph)
 {
-    static const QFont made = plotkit::fontForStyle(
-        {.fontName = QStringLiteral("Helvetica-Bold"), .fontSize = kTextSize, .color = CPTColor()});
-    return made;
+    return textFont(graph, TextWeight::Bold, kTextSize);
 }
 
 double xOf(const plotkit::GraphGeometry& geometry, double time)
@@ -71,7 +68,7 @@ void drawMark(QPainter& painter, const plotkit::GraphGeometry& geometry, double 
     painter.setBrush(look.flag);
     painter.drawRoundedRect(flag, 2, 2);
     painter.setPen(look.letter);
-    painter.setFont(font());
+    painter.setFont(fontIn(geometry.graph));
     painter.drawText(flag, Qt::AlignCenter, letter);
     painter.setOpacity(1);
 }
@@ -99,8 +96,9 @@ QRectF flagPlace(const plotkit::GraphGeometry& geometry, double time)
 {
     const QRectF& area = geometry.plotArea;
     const double x = std::clamp(xOf(geometry, time), area.left(), area.right());
-    const double top = std::max(geometry.rectangle.top(), area.top() - kAbovePlots - kFlag.height());
-    return {QPointF(x - kFlag.width() / 2, top), kFlag};
+    const QSizeF flag = kFlag * textScale(geometry.graph);
+    const double top = std::max(geometry.rectangle.top(), area.top() - kAbovePlots - flag.height());
+    return {QPointF(x - flag.width() / 2, top), flag};
 }
 
 std::optional<Mark> flagAt(const plotkit::GraphGeometry& geometry, const MarkTimes& marks, Mark current,
@@ -151,18 +149,18 @@ void MarksLayer::drawInGraph(QPainter& painter, const plotkit::GraphGeometry& ge
         painter.fillRect(QRectF(left, area.top(), right - left, area.height()), look.shade);
     }
     // Which mark the keys move is of no interest in a picture.
-    const bool onScreen = painter.device() && painter.device()->devType() == QInternal::Widget;
+    const bool onScreen = isOnScreen(painter);
     if (m_marks.a)
         drawMark(painter, geometry, *m_marks.a, QStringLiteral("A"), onScreen && m_current == Mark::A);
     if (m_marks.b)
         drawMark(painter, geometry, *m_marks.b, QStringLiteral("B"), onScreen && m_current == Mark::B);
     if (!m_marks.areBoth() || !m_heading)
         return;
-    const QFontMetricsF metrics(font());
+    painter.setFont(fontIn(geometry.graph));
+    const QFontMetricsF metrics(painter.font());
     const auto widthOf = [&metrics](const QString& text) { return metrics.horizontalAdvance(text); };
     const QStringList items = m_heading(m_marks);
     const QRectF room = headingRoom(geometry, m_marks, widthOf(items.join(QStringLiteral("    "))));
-    painter.setFont(font());
     painter.setPen(look.text);
     painter.drawText(room, Qt::AlignCenter | Qt::TextSingleLine, fittingHeading(items, room.width(), widthOf));
 }

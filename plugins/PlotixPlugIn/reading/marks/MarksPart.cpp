@@ -33,7 +33,7 @@ MarksPart::MarksPart(ReadTrend& trend) : ReadingPart(trend), m_lines(trend)
 
 MarksPart::~MarksPart()
 {
-    detach();
+    m_layer.remove();
     delete m_window;
 }
 
@@ -61,8 +61,6 @@ void MarksPart::takeMarks()
     attach();
     show();
     updateActions();
-    if (CPTGraphHostingView* view = trend().graphView(); view && (m_marks.a || m_marks.b))
-        view->setMouseTracking(true);  // for the pointer to change over a flag
     trend().setMarkedSpan(m_marks.areBoth() ? std::optional(m_marks.span()) : std::nullopt);
     emit marksMoved();
     emit chosenChanged();
@@ -70,12 +68,6 @@ void MarksPart::takeMarks()
 
 void MarksPart::viewLoaded()
 {
-    CPTGraphHostingView* view = trend().graphView();
-    if (!view)
-        return;
-    view->installEventFilter(this);
-    if (m_marks.a || m_marks.b)
-        view->setMouseTracking(true);
     updateActions();
 }
 
@@ -88,33 +80,22 @@ void MarksPart::graphBuilt()
 
 void MarksPart::graphReleased()
 {
-    detach();
+    m_layer.remove();
 }
 
 // The layer is there only while a mark is: a graph without layers is painted straight to the screen.
 void MarksPart::attach()
 {
     const CPTXYGraphPtr graph = trend().graph();
-    if (!graph || (m_layer && m_graph.lock() == graph) || (!m_marks.a && !m_marks.b))
+    if (!graph || (!m_marks.a && !m_marks.b))
         return;
-    detach();
-    m_graph = graph;
-    m_layer = std::make_shared<MarksLayer>(
-        [this](const MarkTimes& marks) { return markHeading(markedLines(m_lines.shown(), marks), marks, m_texts); });
-    // Beneath the others: the readout of the value line must stay readable over the stretch.
-    graph->addLayerBeneath(m_layer);
-    show();
-}
-
-void MarksPart::detach()
-{
-    if (!m_layer)
-        return;
-    m_layer->stop();
-    if (const CPTXYGraphPtr graph = m_graph.lock())
-        graph->removeLayer(m_layer);
-    m_layer.reset();
-    m_graph.reset();
+    const auto heading = [this](const MarkTimes& marks) {
+        return markHeading(markedLines(m_lines.shown(), marks), marks, m_texts);
+    };
+    // The readout of the value line must stay readable over the stretch.
+    if (m_layer.put(graph, PartLayer<MarksLayer>::Place::Beneath,
+                    [&heading] { return std::make_shared<MarksLayer>(heading); }))
+        show();
 }
 
 void MarksPart::show()
@@ -124,7 +105,7 @@ void MarksPart::show()
     if (m_marks.a || m_marks.b)
         m_layer->show(m_marks, m_current);
     else
-        detach();
+        m_layer.remove();
 }
 
 void MarksPart::plotsReplaced()
@@ -137,15 +118,6 @@ void MarksPart::linesChanged()
     m_lines.forget();
     show();
     emit marksMoved();
-}
-
-std::optional<plotkit::GraphGeometry> MarksPart::geometry() const
-{
-    const CPTXYGraphPtr graph = trend().graph();
-    const CPTGraphHostingView* view = trend().graphView();
-    if (!graph || !view)
-        return std::nullopt;
-    return view->geometryShown(*graph);
 }
 
 void MarksPart::setMark(Mark mark, const std::optional<double>& time)
@@ -193,7 +165,7 @@ void MarksPart::moveMark(Move move, int direction)
 {
     const Mark mark = (m_current == Mark::A && m_marks.a) || !m_marks.b ? Mark::A : Mark::B;
     const std::optional<double> from = mark == Mark::A ? m_marks.a : m_marks.b;
-    const auto where = geometry();
+    const auto where = shownGeometry(trend());
     if (!from || !where)
         return;
     if (move == Move::Pixel) {

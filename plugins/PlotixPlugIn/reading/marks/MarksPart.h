@@ -1,6 +1,7 @@
 #pragma once
 
 #include "plugins/PlotixPlugIn/reading/marks/MarksLayer.h"
+#include "plugins/PlotixPlugIn/reading/trend/PartLayer.h"
 #include "plugins/PlotixPlugIn/reading/trend/ReadingPart.h"
 
 #include <QtCore/QPointer>
@@ -51,7 +52,7 @@ public:
     void copyRange();
     void showWindow();
 
-    bool eventFilter(QObject* watched, QEvent* event) override;
+    bool pointerActed(QEvent& event) override;
 
 signals:
     void marksMoved();  ///< or what they mark has changed
@@ -61,11 +62,9 @@ private:
     void makeActions();
     void updateActions();
     void attach();
-    void detach();
     void takeMarks();
     void show();
     void speak();
-    std::optional<plotkit::GraphGeometry> geometry() const;
     bool pressed(const QPointF& point);
     void dragTo(const QPointF& point);
     void hover(const QPointF& point);
@@ -77,8 +76,7 @@ private:
 
     TrendLines m_lines;
     ValueTexts m_texts;
-    std::weak_ptr<CPTXYGraph> m_graph;
-    std::shared_ptr<MarksLayer> m_layer;
+    PartLayer<MarksLayer> m_layer;
     QPointer<MarksWindow> m_window;
     std::vector<QAction*> m_actions;
     std::vector<QAction*> m_onGraph, m_onOne, m_onBoth;  // that need a graph, a mark, both

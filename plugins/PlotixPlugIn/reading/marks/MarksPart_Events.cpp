@@ -63,7 +63,7 @@ bool MarksPart::keyPressed(const QKeyEvent& event)
     const ReadingPart* line = trend().part(QStringLiteral("valueLine"));
     const bool isWanted = m_marks.a || m_marks.b || (line && line->chosen().value(QStringLiteral("shown")).toBool());
     const Qt::KeyboardModifiers modifiers = event.modifiers() & ~Qt::KeyboardModifiers(Qt::KeypadModifier);
-    if (!isWanted || !geometry())
+    if (!isWanted || !shownGeometry(trend()))
         return false;
     if (modifiers & Qt::ControlModifier) {
         const bool isLater = event.key() == Qt::Key_Period || event.key() == Qt::Key_Colon;
@@ -83,10 +83,10 @@ bool MarksPart::keyPressed(const QKeyEvent& event)
     return false;
 }
 
-bool MarksPart::eventFilter(QObject* watched, QEvent* event)
+bool MarksPart::pointerActed(QEvent& event)
 {
-    const auto mouse = [event] { return static_cast<QMouseEvent*>(event); };
-    switch (event->type()) {
+    const auto mouse = [&event] { return static_cast<QMouseEvent*>(&event); };
+    switch (event.type()) {
     case QEvent::MouseButtonPress:
         if (mouse()->button() == Qt::LeftButton && pressed(mouse()->position()))
             return true;
@@ -107,12 +107,12 @@ bool MarksPart::eventFilter(QObject* watched, QEvent* event)
         break;
     default: break;
     }
-    return ReadingPart::eventFilter(watched, event);
+    return false;
 }
 
 bool MarksPart::pressed(const QPointF& point)
 {
-    const auto where = geometry();
+    const auto where = shownGeometry(trend());
     m_dragged = where ? flagAt(*where, m_marks, m_current, point) : std::nullopt;
     if (m_dragged)
         setMark(*m_dragged, *m_dragged == Mark::A ? m_marks.a : m_marks.b);
@@ -121,7 +121,7 @@ bool MarksPart::pressed(const QPointF& point)
 
 void MarksPart::dragTo(const QPointF& point)
 {
-    const auto where = geometry();
+    const auto where = shownGeometry(trend());
     if (!where || !m_dragged)
         return;
     const auto times = where->xMappingOf(where->graph.plotSpace());
@@ -133,7 +133,7 @@ void MarksPart::dragTo(const QPointF& point)
 void MarksPart::hover(const QPointF& point)
 {
     CPTGraphHostingView* view = trend().graphView();
-    const auto where = m_marks.a || m_marks.b ? geometry() : std::nullopt;
+    const auto where = m_marks.a || m_marks.b ? shownGeometry(trend()) : std::nullopt;
     const bool isOverFlag = where && flagAt(*where, m_marks, m_current, point);
     if (!view || isOverFlag == m_showsGrip)
         return;

@@ -3,8 +3,8 @@
 #include "plotkit/layout/GraphGeometry.h"
 #include "plotkit/render/ClippedPaths.h"
 #include "plotkit/render/GraphText.h"
+#include "plugins/PlotixPlugIn/reading/trend/OverlayLook.h"
 #include "plugins/PlotixPlugIn/reading/trend/ReadingPart.h"
-#include "plugins/PlotixPlugIn/reading/values/GraphLook.h"
 
 #include <QtCore/QDateTime>
 #include <QtGui/QFontMetricsF>

@@ -19,10 +19,7 @@ MissingPart::MissingPart(ReadTrend& trend) : ReadingPart(trend), m_lines(trend)
                                               "where it has none, and where they are not valid."));
 }
 
-MissingPart::~MissingPart()
-{
-    detach();
-}
+MissingPart::~MissingPart() = default;
 
 QAction* MissingPart::addAction(const char* text, const char* hint)
 {
@@ -61,32 +58,14 @@ void MissingPart::linesChanged()
     update();
 }
 
-// The layer is there only while something of it is chosen: a graph without layers is painted straight to the screen.
 void MissingPart::update()
 {
     const CPTXYGraphPtr graph = trend().graph();
-    const bool isWanted = m_stretches->isChecked() || m_strip->isChecked();
-    if (!graph || !isWanted || m_graph.lock() != graph)
-        detach();
-    if (!graph || !isWanted)
-        return;
-    if (!m_layer) {
-        m_layer = std::make_shared<MissingLayer>(m_lines);
-        m_graph = graph;
-        graph->addLayerBeneath(m_layer);
-    }
+    if (!graph || (!m_stretches->isChecked() && !m_strip->isChecked()))
+        return m_layer.remove();
+    m_layer.put(graph, PartLayer<MissingLayer>::Place::Beneath,
+                [this] { return std::make_shared<MissingLayer>(m_lines); });
     m_layer->show(m_stretches->isChecked(), m_strip->isChecked(), trend().readSpan());
-}
-
-void MissingPart::detach()
-{
-    if (!m_layer)
-        return;
-    m_layer->stop();
-    if (const CPTXYGraphPtr graph = m_graph.lock())
-        graph->removeLayer(m_layer);
-    m_layer.reset();
-    m_graph.reset();
 }
 
 }  // namespace plotix

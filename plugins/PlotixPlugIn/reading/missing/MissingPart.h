@@ -1,6 +1,7 @@
 #pragma once
 
 #include "plugins/PlotixPlugIn/reading/missing/MissingLayer.h"
+#include "plugins/PlotixPlugIn/reading/trend/PartLayer.h"
 #include "plugins/PlotixPlugIn/reading/trend/ReadingPart.h"
 
 #include <memory>
@@ -22,7 +23,7 @@ public:
     void choose(const QVariantMap& choices) override;
 
     void graphBuilt() override { update(); }
-    void graphReleased() override { detach(); }
+    void graphReleased() override { m_layer.remove(); }
     void plotsReplaced() override { linesChanged(); }
     void fitted() override { linesChanged(); }
     void linesChanged() override;
@@ -31,12 +32,10 @@ public:
 private:
     QAction* addAction(const char* text, const char* hint);
     void update();
-    void detach();
 
     TrendLines m_lines;
-    std::shared_ptr<MissingLayer> m_layer;
-    std::weak_ptr<CPTXYGraph> m_graph;  // that has the layer
-    QAction* m_stretches;               // checked where chosen; children both
+    PartLayer<MissingLayer> m_layer;
+    QAction* m_stretches;  // checked where chosen; children both
     QAction* m_strip;
 };
 

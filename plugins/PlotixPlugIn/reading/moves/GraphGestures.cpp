@@ -19,22 +19,9 @@ constexpr double kLeastBox = 6;          // points: a shorter side zooms nothing
 constexpr double kFlatBox = 14;          // points: a lower box means its times alone
 constexpr double kPointsToDouble = 120;  // of a drag along an axis
 
-bool isPointerEvent(QEvent::Type type)
-{
-    return type == QEvent::MouseButtonPress || type == QEvent::MouseMove || type == QEvent::MouseButtonRelease ||
-           type == QEvent::MouseButtonDblClick || type == QEvent::Wheel;
-}
-
 }  // namespace
 
 GraphGestures::GraphGestures(ReadTrend& trend) : m_trend(trend) {}
-
-void GraphGestures::watch(CPTGraphHostingView* view)
-{
-    m_view = view;
-    view->setMouseTracking(true);
-    view->installEventFilter(this);
-}
 
 void GraphGestures::setOn(bool on)
 {
@@ -44,35 +31,34 @@ void GraphGestures::setOn(bool on)
 void GraphGestures::zoomByNextDrag()
 {
     m_isNextDragABox = true;
-    if (m_view)
-        m_view->setCursor(Qt::CrossCursor);
+    if (m_trend.graphView())
+        view().setCursor(Qt::CrossCursor);
 }
 
-bool GraphGestures::eventFilter(QObject* watched, QEvent* event)
+bool GraphGestures::pointerActed(QEvent& event)
 {
-    // A view that is being deleted sends other events, and is no view of a graph by then.
-    if (!isPointerEvent(event->type()) || watched != m_view || !m_view->hostedGraph() || !(m_isOn || m_isNextDragABox))
+    if (!m_isOn && !m_isNextDragABox)
         return false;
-    switch (event->type()) {
-    case QEvent::MouseButtonPress: return press(static_cast<const QMouseEvent&>(*event));
-    case QEvent::MouseMove: return move(static_cast<const QMouseEvent&>(*event));
-    case QEvent::MouseButtonRelease: return release(static_cast<const QMouseEvent&>(*event));
-    case QEvent::MouseButtonDblClick: return doubleClick(static_cast<const QMouseEvent&>(*event));
-    case QEvent::Wheel: return wheel(static_cast<const QWheelEvent&>(*event));
+    switch (event.type()) {
+    case QEvent::MouseButtonPress: return press(static_cast<const QMouseEvent&>(event));
+    case QEvent::MouseMove: return move(static_cast<const QMouseEvent&>(event));
+    case QEvent::MouseButtonRelease: return release(static_cast<const QMouseEvent&>(event));
+    case QEvent::MouseButtonDblClick: return doubleClick(static_cast<const QMouseEvent&>(event));
+    case QEvent::Wheel: return wheel(static_cast<const QWheelEvent&>(event));
     default: return false;
     }
 }
 
 plotkit::GraphGeometry GraphGestures::geometry() const
 {
-    return m_view->geometryShown(*m_view->hostedGraph());
+    return view().geometryShown(*m_trend.graph());
 }
 
 CPTXYPlotSpacePtr GraphGestures::spaceAt(const QPointF& point) const
 {
     const plotkit::GraphGeometry shown = geometry();
     CPTXYPlotSpacePtr found;
-    for (const CPTXYPlotSpacePtr& space : m_view->hostedGraph()->allPlotSpaces()) {
+    for (const CPTXYPlotSpacePtr& space : m_trend.graph()->allPlotSpaces()) {
         const QRectF strip = plotkit::wholeStrip(shown.plotArea, space->strip());
         const bool isThere = point.y() >= strip.top() && point.y() < strip.bottom();
         if (isThere && space->allowsUserInteraction() && plotkit::movesY(*space))
@@ -88,7 +74,7 @@ std::optional<GraphGestures::Axis> GraphGestures::axisAt(const QPointF& point) c
         return std::nullopt;
     const bool isBelow = point.y() > shown.plotArea.bottom();
     if (isBelow && point.x() >= shown.plotArea.left() && point.x() <= shown.plotArea.right())
-        return Axis{CPTCoordinate::X, m_view->hostedGraph()->allPlotSpaces().front()};
+        return Axis{CPTCoordinate::X, m_trend.graph()->allPlotSpaces().front()};
     if (point.x() >= shown.plotArea.left() || isBelow || point.y() < shown.plotArea.top())
         return std::nullopt;
     const CPTXYPlotSpacePtr space = spaceAt(point);
@@ -102,7 +88,7 @@ bool GraphGestures::press(const QMouseEvent& event)
     const QPointF point = event.position();
     if ((m_isNextDragABox || event.modifiers() == Qt::ControlModifier) && geometry().plotArea.contains(point)) {
         m_boxStart = point;
-        m_view->hostedGraph()->addLayer(m_box);
+        m_trend.graph()->addLayer(m_box);
         return true;
     }
     const std::optional<Axis> axis = m_isOn ? axisAt(point) : std::nullopt;
@@ -151,9 +137,9 @@ bool GraphGestures::release(const QMouseEvent& event)
     const QRectF box = boxTo(event.position());
     m_boxStart.reset();
     m_box->show(std::nullopt);
-    m_view->hostedGraph()->removeLayer(m_box);
+    m_trend.graph()->removeLayer(m_box);
     m_isNextDragABox = false;
-    m_view->unsetCursor();
+    view().unsetCursor();
     zoomTo(box);
     emit moved();
     return true;
@@ -165,7 +151,7 @@ bool GraphGestures::doubleClick(const QMouseEvent& event)
         return false;
     const std::optional<Axis> axis = axisAt(event.position());
     if (axis && axis->coordinate == CPTCoordinate::Y)
-        fitValuesToShownTimes(*m_view->hostedGraph(), *axis->space);
+        fitValuesToShownTimes(*m_trend.graph(), *axis->space);
     else if (axis || geometry().plotArea.contains(event.position()))
         m_trend.fit();
     else
@@ -205,7 +191,7 @@ void GraphGestures::zoomTo(const QRectF& box)
         return;
     const plotkit::GraphGeometry shown = geometry();
     const CPTXYPlotSpacePtr space = spaceAt(box.center());
-    const CPTXYPlotSpacePtr times = m_view->hostedGraph()->allPlotSpaces().front();
+    const CPTXYPlotSpacePtr times = m_trend.graph()->allPlotSpaces().front();
     const QPointF first = shown.valueForPoint(space ? *space : *times, box.bottomLeft());
     const QPointF last = shown.valueForPoint(space ? *space : *times, box.topRight());
     if (space && box.height() >= kFlatBox)
@@ -219,9 +205,9 @@ void GraphGestures::showCursorFor(const QPointF& point)
         return;
     const std::optional<Axis> axis = axisAt(point);
     if (axis)
-        m_view->setCursor(axis->coordinate == CPTCoordinate::X ? Qt::SizeHorCursor : Qt::SizeVerCursor);
+        view().setCursor(axis->coordinate == CPTCoordinate::X ? Qt::SizeHorCursor : Qt::SizeVerCursor);
     else if (m_hasCursor)
-        m_view->unsetCursor();
+        view().unsetCursor();
     m_hasCursor = axis.has_value();
 }
 

@@ -5,7 +5,6 @@
 #include "plugins/PlotixPlugIn/reading/trend/ReadTrend.h"
 
 #include <QtCore/QObject>
-#include <QtCore/QPointer>
 
 #include <memory>
 #include <optional>
@@ -19,7 +18,7 @@ struct GraphGeometry;
 
 /// What pointer and wheel do in a graph beside panning and zooming about the pointer: a drag with Control held, or the
 /// next one after `zoomByNextDrag`, draws a box and zooms to it; a drag along an axis zooms that axis alone, and so
-/// does the wheel over it; a double click fits everything, on an axis that axis. All other events are the view's.
+/// does the wheel over it; a double click fits everything, on an axis that axis. Everything else is the view's.
 ///
 /// Its owner *owns* it; it *borrows* the trend. Main thread only.
 namespace plotix {
@@ -29,12 +28,11 @@ class GraphGestures : public QObject {
 public:
     explicit GraphGestures(ReadTrend& trend);
 
-    void watch(CPTGraphHostingView* view);
     void setOn(bool on);
     bool isOn() const { return m_isOn; }
     void zoomByNextDrag();
 
-    bool eventFilter(QObject* watched, QEvent* event) override;
+    bool pointerActed(QEvent& event);  ///< answers whether it was meant for this
 
 signals:
     void moved();  ///< something of this has moved the graph
@@ -52,6 +50,7 @@ private:
         double fixedValue = 0;
     };
 
+    CPTGraphHostingView& view() const { return *m_trend.graphView(); }
     plotkit::GraphGeometry geometry() const;
     std::optional<Axis> axisAt(const QPointF& point) const;
     CPTXYPlotSpacePtr spaceAt(const QPointF& point) const;  ///< whose values a box there zooms
@@ -66,7 +65,6 @@ private:
     QRectF boxTo(const QPointF& point) const;
 
     ReadTrend& m_trend;
-    QPointer<CPTGraphHostingView> m_view;
     std::shared_ptr<ZoomBox> m_box = std::make_shared<ZoomBox>();  // in the graph while one is drawn
     bool m_isOn = false;
     bool m_isNextDragABox = false;

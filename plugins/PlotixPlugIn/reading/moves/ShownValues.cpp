@@ -1,6 +1,7 @@
 #include "plugins/PlotixPlugIn/reading/moves/ShownValues.h"
 
 #include "plotkit/model/CPTSeriesIndex.h"
+#include "plugins/PlotixPlugIn/reading/trend/FittedValues.h"
 
 #include <algorithm>
 #include <cmath>
@@ -8,8 +9,6 @@
 namespace plotix {
 
 namespace {
-
-constexpr double kMargin = 0.05;
 
 void join(std::optional<ShownReach>& all, double lowest, double highest)
 {
@@ -53,14 +52,8 @@ std::optional<ShownReach> shownReach(const CPTXYGraph& graph, const CPTXYPlotSpa
 void fitValuesToShownTimes(CPTXYGraph& graph, CPTXYPlotSpace& space)
 {
     const std::optional<ShownReach> reach = shownReach(graph, space);
-    if (!reach)
-        return;
-    double length = reach->highest - reach->lowest;
-    if (!(length > 0))
-        length = std::max(std::abs(reach->highest) * 0.1, 1e-3);
-    const double middle = (reach->lowest + reach->highest) / 2;
-    const double wanted = length * (1 + 2 * kMargin);
-    space.setYRange({middle - wanted / 2, wanted});
+    if (reach)
+        space.setYRange(fittedValues(reach->lowest, reach->highest));
 }
 
 void fitValuesToShownTimes(CPTXYGraph& graph)

@@ -84,10 +84,9 @@ void ViewMoves::choose(const QVariantMap& choices)
     emit chosenChanged();
 }
 
-void ViewMoves::viewLoaded()
+bool ViewMoves::pointerActed(QEvent& event)
 {
-    if (CPTGraphHostingView* view = trend().graphView())
-        m_gestures.watch(view);
+    return m_gestures.pointerActed(event);
 }
 
 void ViewMoves::fitted()

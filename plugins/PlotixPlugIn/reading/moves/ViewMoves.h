@@ -27,7 +27,7 @@ public:
     QVariantMap chosen() const override;
     void choose(const QVariantMap& choices) override;
 
-    void viewLoaded() override;
+    bool pointerActed(QEvent& event) override;
     void graphBuilt() override { m_bounds.watchSpaces(); }
     void graphReleased() override { m_rest.stop(); }
     void plotsReplaced() override { m_bounds.watchSpaces(); }

@@ -1,8 +1,7 @@
 #include "plugins/PlotixPlugIn/reading/notes/NotesLayer.h"
 
 #include "plotkit/layout/GraphGeometry.h"
-#include "plotkit/render/GraphText.h"
-#include "plugins/PlotixPlugIn/reading/values/GraphLook.h"
+#include "plugins/PlotixPlugIn/reading/trend/OverlayLook.h"
 
 #include <QtGui/QFontMetricsF>
 #include <QtGui/QPainter>
@@ -16,7 +15,7 @@ namespace {
 
 constexpr double kDepth = 22;       // points: the room above the plots
 constexpr double kFromEdge = 8;     // of the room, above its flags
-constexpr double kFlagHeight = 15;  // of a flag in it
+constexpr double kFlagHeight = 15;  // of a flag in it, in a graph of the usual text size
 constexpr double kLeastWidth = 16;
 constexpr double kInset = 4;    // beside a flag's number
 constexpr double kBetween = 1;  // flags nearer than this share one
@@ -34,11 +33,20 @@ NoteLook noteLookFor(const CPTXYGraph& graph)
     return {QColor(158, 104, 0), QColor(255, 255, 255), QColor(158, 104, 0, 150)};
 }
 
-const QFont& numberFont()
+QFont numberFont(const CPTXYGraph& graph)
 {
-    static const QFont made = plotkit::fontForStyle(
-        {.fontName = QStringLiteral("Helvetica-Bold"), .fontSize = kTextSize, .color = CPTColor()});
-    return made;
+    return textFont(graph, TextWeight::Bold, kTextSize);
+}
+
+double flagHeight(const CPTXYGraph& graph)
+{
+    return std::min(kFlagHeight * textScale(graph), kDepth - 2);
+}
+
+/// Where the flags of a room stand.
+double footOf(const QRectF& room)
+{
+    return room.top() + kFromEdge + kFlagHeight;
 }
 
 double xOfTime(const plotkit::GraphGeometry& geometry, double time)
@@ -60,9 +68,10 @@ std::optional<double> flagX(const NumberedNote& note, const plotkit::GraphGeomet
     return std::max(std::min(from, to), geometry.plotArea.left());
 }
 
-QRectF widened(const QRectF& place, const QString& text)
+QRectF widened(const QRectF& place, const QString& text, const CPTXYGraph& graph)
 {
-    const double width = std::max(kLeastWidth, QFontMetricsF(numberFont()).horizontalAdvance(text) + 2 * kInset);
+    const double advance = QFontMetricsF(numberFont(graph)).horizontalAdvance(text);
+    const double width = std::max(kLeastWidth * textScale(graph), advance + 2 * kInset * textScale(graph));
     return {place.topLeft(), QSizeF(width, place.height())};
 }
 
@@ -78,13 +87,13 @@ void drawBracket(QPainter& painter, const NumberedNote& note, const plotkit::Gra
             painter.drawLine(QPointF(end, y), QPointF(end, y + kTick));
 }
 
-void drawFlag(QPainter& painter, const NoteFlag& flag, const NoteLook& look, bool isCurrent)
+void drawFlag(QPainter& painter, const NoteFlag& flag, const NoteLook& look, const QFont& font, bool isCurrent)
 {
     painter.setPen(isCurrent ? QPen(look.text, 2) : QPen(Qt::NoPen));
     painter.setBrush(look.flag);
     painter.drawRoundedRect(flag.place, 2, 2);
     painter.setPen(look.text);
-    painter.setFont(numberFont());
+    painter.setFont(font);
     painter.drawText(flag.place, Qt::AlignCenter | Qt::TextSingleLine, flag.text());
 }
 
@@ -99,13 +108,14 @@ QString NoteFlag::text() const
 std::vector<NoteFlag> noteFlags(const std::vector<NumberedNote>& notes, const plotkit::GraphGeometry& geometry,
                                 const QRectF& room)
 {
+    const double height = flagHeight(geometry.graph);
     std::vector<NoteFlag> flags;
     for (const NumberedNote& note : notes) {
         const std::optional<double> x = flagX(note, geometry);
         if (!x)
             continue;
-        NoteFlag flag{QRectF(*x, room.top() + kFromEdge, 0, kFlagHeight), {note}};
-        flag.place = widened(flag.place, flag.text());
+        NoteFlag flag{QRectF(*x, footOf(room) - height, 0, height), {note}};
+        flag.place = widened(flag.place, flag.text(), geometry.graph);
         // A flag flies to the right of its time; at the right edge to the left.
         if (flag.place.right() > room.right())
             flag.place.moveRight(*x);
@@ -114,7 +124,7 @@ std::vector<NoteFlag> noteFlags(const std::vector<NumberedNote>& notes, const pl
             continue;
         }
         flags.back().notes.push_back(note);
-        flags.back().place = widened(flags.back().place, flags.back().text());
+        flags.back().place = widened(flags.back().place, flags.back().text(), geometry.graph);
     }
     return flags;
 }
@@ -147,21 +157,23 @@ void NotesLayer::drawInGraph(QPainter& painter, const plotkit::GraphGeometry& ge
         return;
     painter.setRenderHint(QPainter::Antialiasing);
     const NoteLook look = noteLookFor(geometry.graph);
-    const double foot = geometry.roomOf(*this).top() + kFromEdge + kFlagHeight;
+    const double foot = footOf(geometry.roomOf(*this));
+    const double height = flagHeight(geometry.graph);
     painter.setPen(QPen(look.line, 1));
     for (const NumberedNote& note : m_notes) {
         const double x = xOfTime(geometry, note.note.from);
         if (note.isSpan() && flagX(note, geometry))
             drawBracket(painter, note, geometry, foot);
         if (isWithin(geometry, x))
-            painter.drawLine(QPointF(x, foot - kFlagHeight), QPointF(x, geometry.plotArea.bottom()));
+            painter.drawLine(QPointF(x, foot - height), QPointF(x, geometry.plotArea.bottom()));
     }
-    const bool onScreen = painter.device() && painter.device()->devType() == QInternal::Widget;
+    const bool onScreen = isOnScreen(painter);
+    const QFont font = numberFont(geometry.graph);
     for (const NoteFlag& flag : flags(geometry)) {
         const bool isCurrent =
             onScreen && std::any_of(flag.notes.begin(), flag.notes.end(),
                                     [this](const NumberedNote& note) { return note.note.identifier == m_current; });
-        drawFlag(painter, flag, look, isCurrent);
+        drawFlag(painter, flag, look, font, isCurrent);
     }
 }
 

@@ -22,10 +22,7 @@ NotesPart::NotesPart(ReadTrend& trend) : ReadingPart(trend)
     updateActions();
 }
 
-NotesPart::~NotesPart()
-{
-    detach();
-}
+NotesPart::~NotesPart() = default;
 
 QVariantMap NotesPart::chosen() const
 {
@@ -60,8 +57,6 @@ void NotesPart::listen()
 void NotesPart::viewLoaded()
 {
     listen();
-    if (CPTGraphHostingView* view = trend().graphView(); view && m_annotations)
-        view->installEventFilter(this);
     updateActions();
 }
 
@@ -97,46 +92,20 @@ void NotesPart::refresh()
     updateActions();
     const std::vector<NumberedNote> all = notes();
     if (!m_isShown || all.empty())
-        return detach();
+        return m_layer.remove();
     attach();
-    if (!m_layer)
-        return;
-    m_layer->show(all, m_current);
-    if (CPTGraphHostingView* view = trend().graphView())
-        view->setMouseTracking(true);  // for the pointer to be seen over a flag
+    if (m_layer)
+        m_layer->show(all, m_current);
 }
 
 // The layer takes room from the plots, so it is there only while there are notes.
 void NotesPart::attach()
 {
     const CPTXYGraphPtr graph = trend().graph();
-    if (!graph || (m_layer && m_graph.lock() == graph))
-        return;
-    detach();
-    m_graph = graph;
-    m_layer = std::make_shared<NotesLayer>();
-    m_layer->show(notes(), m_current);
-    // Beneath the others: the readout of the value line must stay readable.
-    graph->addLayerBeneath(m_layer);
-}
-
-void NotesPart::detach()
-{
-    if (!m_layer)
-        return;
-    if (const CPTXYGraphPtr graph = m_graph.lock())
-        graph->removeLayer(m_layer);
-    m_layer.reset();
-    m_graph.reset();
-}
-
-std::optional<plotkit::GraphGeometry> NotesPart::geometry() const
-{
-    const CPTXYGraphPtr graph = trend().graph();
-    const CPTGraphHostingView* view = trend().graphView();
-    if (!graph || !view)
-        return std::nullopt;
-    return view->geometryShown(*graph);
+    // The readout of the value line must stay readable over the flags.
+    if (graph &&
+        m_layer.put(graph, PartLayer<NotesLayer>::Place::Beneath, [] { return std::make_shared<NotesLayer>(); }))
+        m_layer->show(notes(), m_current);
 }
 
 std::optional<double> NotesPart::standing() const
@@ -199,7 +168,7 @@ void NotesPart::makeCurrent(const NumberedNote& note)
     refresh();
     if (CPTGraphHostingView* view = trend().graphView())
         view->setAccessibleDescription(spokenText({note}, trend().clock()));
-    const auto where = geometry();
+    const auto where = shownGeometry(trend());
     if (!where || !m_layer)
         return;
     for (const NoteFlag& flag : m_layer->flags(*where))

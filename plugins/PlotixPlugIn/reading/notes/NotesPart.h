@@ -2,6 +2,7 @@
 
 #include "plotkit/layout/GraphGeometry.h"
 #include "plugins/PlotixPlugIn/reading/notes/NotesLayer.h"
+#include "plugins/PlotixPlugIn/reading/trend/PartLayer.h"
 #include "plugins/PlotixPlugIn/reading/trend/ReadingPart.h"
 
 #include <QtCore/QPointer>
@@ -30,7 +31,7 @@ public:
 
     void viewLoaded() override;
     void graphBuilt() override;
-    void graphReleased() override { detach(); }
+    void graphReleased() override { m_layer.remove(); }
     void plotsReplaced() override { refresh(); }
     void clockSet() override { refresh(); }
     void markedSpanSet() override { updateActions(); }
@@ -46,7 +47,7 @@ public:
     void goToNext(int direction);
     void openCurrent();
 
-    bool eventFilter(QObject* watched, QEvent* event) override;
+    bool pointerActed(QEvent& event) override;
 
 private:
     QAction* addAction(const char* text, const QKeySequence& keys, std::function<void()> act);
@@ -54,9 +55,7 @@ private:
     void updateActions();
     void listen();
     void attach();
-    void detach();
     void refresh();
-    std::optional<plotkit::GraphGeometry> geometry() const;
     std::optional<double> standing() const;  ///< where the value line stands
     const NoteFlag* flagAt(const QPointF& point);
     void hover(const QPointF& point);
@@ -66,8 +65,7 @@ private:
     bool m_isShown = true;
     qint64 m_current = 0;
     QPointer<KTVAnnotations> m_annotations;
-    std::weak_ptr<CPTXYGraph> m_graph;
-    std::shared_ptr<NotesLayer> m_layer;
+    PartLayer<NotesLayer> m_layer;
     std::vector<NoteFlag> m_flags;  // as last asked for
     bool m_isOverFlag = false;
     std::vector<QAction*> m_actions;  // children

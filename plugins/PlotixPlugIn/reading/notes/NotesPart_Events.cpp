@@ -61,7 +61,7 @@ bool NotesPart::keyPressed(const QKeyEvent& event)
 {
     const Qt::KeyboardModifiers modifiers = event.modifiers() & ~Qt::KeyboardModifiers(Qt::KeypadModifier);
     const bool withShift = modifiers == Qt::ShiftModifier;
-    if (!m_annotations || !geometry() || (modifiers != Qt::NoModifier && !withShift))
+    if (!m_annotations || !shownGeometry(trend()) || (modifiers != Qt::NoModifier && !withShift))
         return false;
     if ((event.key() == Qt::Key_Return || event.key() == Qt::Key_Enter) && m_current != 0) {
         openCurrent();
@@ -77,13 +77,15 @@ bool NotesPart::keyPressed(const QKeyEvent& event)
     return false;
 }
 
-bool NotesPart::eventFilter(QObject* watched, QEvent* event)
+bool NotesPart::pointerActed(QEvent& event)
 {
-    const auto mouse = [event] { return static_cast<QMouseEvent*>(event); };
-    switch (event->type()) {
+    if (!m_annotations)
+        return false;
+    const auto mouse = [&event] { return static_cast<QMouseEvent*>(&event); };
+    switch (event.type()) {
     case QEvent::MouseMove: hover(mouse()->position()); break;
     case QEvent::ToolTip: {
-        auto* help = static_cast<QHelpEvent*>(event);
+        auto* help = static_cast<QHelpEvent*>(&event);
         if (!flagAt(help->pos()))
             break;
         return true;  // its text is shown already
@@ -103,12 +105,12 @@ bool NotesPart::eventFilter(QObject* watched, QEvent* event)
         break;
     default: break;
     }
-    return ReadingPart::eventFilter(watched, event);
+    return false;
 }
 
 const NoteFlag* NotesPart::flagAt(const QPointF& point)
 {
-    const auto where = m_layer ? geometry() : std::nullopt;
+    const auto where = m_layer ? shownGeometry(trend()) : std::nullopt;
     const bool isAbovePlots = where && point.y() < where->plotArea.top();  // most moves of the pointer are not
     m_flags = isAbovePlots ? m_layer->flags(*where) : std::vector<NoteFlag>();
     const auto found =

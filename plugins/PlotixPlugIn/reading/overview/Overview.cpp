@@ -17,12 +17,6 @@ namespace {
 constexpr auto kShown = "shown";  // stored: never changes
 constexpr double kLeastDrag = 3;  // points: less is a click
 
-bool isPointerEvent(QEvent::Type type)
-{
-    return type == QEvent::MouseButtonPress || type == QEvent::MouseMove || type == QEvent::MouseButtonRelease ||
-           type == QEvent::MouseButtonDblClick || type == QEvent::Wheel;
-}
-
 }  // namespace
 
 Overview::Overview(ReadTrend& trend) : ReadingPart(trend)
@@ -60,44 +54,27 @@ void Overview::setShown(bool shown)
     emit chosenChanged();
 }
 
-void Overview::viewLoaded()
-{
-    m_view = trend().graphView();
-    if (!m_view)
-        return;
-    m_view->setMouseTracking(true);
-    m_view->installEventFilter(this);
-}
-
-// The layer is there only while the overview is: a graph without layers is painted straight to the screen.
 void Overview::attach()
 {
     const CPTXYGraphPtr graph = trend().graph();
-    if (!m_shown || !graph || (m_layer && m_graph.lock() == graph))
-        return;
-    detach();
-    m_layer = std::make_shared<OverviewLayer>(trend());
-    m_graph = graph;
-    graph->addLayer(m_layer);
-    takeLines();
+    if (m_shown && graph && m_layer.put(graph, PartLayer<OverviewLayer>::Place::Above, [this] {
+            return std::make_shared<OverviewLayer>(trend());
+        }))
+        takeLines();
 }
 
 void Overview::detach()
 {
-    if (m_layer)
-        m_layer->stop();
-    if (const CPTXYGraphPtr graph = m_graph.lock()) {
-        graph->removeLayer(m_layer);
-        graph->setNeedsDisplay();  // its room is free again
-    }
-    m_layer.reset();
-    m_graph.reset();
+    const CPTXYGraphPtr graph = m_layer.graph();
+    m_layer.remove();
     m_drag.reset();
+    if (graph)
+        graph->setNeedsDisplay();  // its room is free again
 }
 
 void Overview::takeLines()
 {
-    const CPTXYGraphPtr graph = m_graph.lock();
+    const CPTXYGraphPtr graph = m_layer.graph();
     if (!graph)
         return;
     m_layer->take(*graph);
@@ -120,9 +97,8 @@ void Overview::clockSet()
 
 std::optional<OverviewWindow> Overview::window() const
 {
-    const CPTXYGraphPtr graph = m_graph.lock();
-    return graph && m_view && m_view->hostedGraph() == graph ? m_layer->windowIn(m_view->geometryShown(*graph))
-                                                             : std::nullopt;
+    const auto where = m_layer ? shownGeometry(trend()) : std::nullopt;
+    return where ? m_layer->windowIn(*where) : std::nullopt;
 }
 
 std::optional<OverviewWindow> Overview::windowAt(const QPointF& point) const
@@ -131,22 +107,21 @@ std::optional<OverviewWindow> Overview::windowAt(const QPointF& point) const
     return found && found->strip.adjusted(-2, -2, 2, 2).contains(point) ? found : std::nullopt;
 }
 
-bool Overview::eventFilter(QObject* watched, QEvent* event)
+bool Overview::pointerActed(QEvent& event)
 {
-    // A view that is being deleted sends other events, and is no view of a graph by then.
-    if (!isPointerEvent(event->type()) || watched != m_view || !m_layer)
+    if (!m_layer)
         return false;
-    switch (event->type()) {
-    case QEvent::MouseButtonPress: return press(static_cast<const QMouseEvent&>(*event));
-    case QEvent::MouseMove: return moveTo(static_cast<const QMouseEvent&>(*event).position());
+    switch (event.type()) {
+    case QEvent::MouseButtonPress: return press(static_cast<const QMouseEvent&>(event));
+    case QEvent::MouseMove: return moveTo(static_cast<const QMouseEvent&>(event).position());
     case QEvent::MouseButtonRelease: return release();
     case QEvent::MouseButtonDblClick: {
-        const auto found = windowAt(static_cast<const QMouseEvent&>(*event).position());
+        const auto found = windowAt(static_cast<const QMouseEvent&>(event).position());
         if (found)
             trend().showTimes(found->whole);
         return found.has_value();
     }
-    case QEvent::Wheel: return wheel(static_cast<const QWheelEvent&>(*event));
+    case QEvent::Wheel: return wheel(static_cast<const QWheelEvent&>(event));
     default: return false;
     }
 }
@@ -201,14 +176,14 @@ void Overview::hover(const QPointF& point)
     const auto found = windowAt(point);
     if (!found) {
         if (m_hasCursor)
-            m_view->unsetCursor();
+            trend().graphView()->unsetCursor();
         m_hasCursor = false;
         return;
     }
     const Grip grip = found->gripAt(point.x());
-    m_view->setCursor(grip == Grip::Inside      ? Qt::OpenHandCursor
-                      : grip == Grip::Elsewhere ? Qt::CrossCursor
-                                                : Qt::SizeHorCursor);
+    trend().graphView()->setCursor(grip == Grip::Inside      ? Qt::OpenHandCursor
+                                   : grip == Grip::Elsewhere ? Qt::CrossCursor
+                                                             : Qt::SizeHorCursor);
     m_hasCursor = true;
 }
 

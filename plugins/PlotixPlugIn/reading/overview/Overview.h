@@ -1,9 +1,8 @@
 #pragma once
 
 #include "plugins/PlotixPlugIn/reading/overview/OverviewLayer.h"
+#include "plugins/PlotixPlugIn/reading/trend/PartLayer.h"
 #include "plugins/PlotixPlugIn/reading/trend/ReadingPart.h"
-
-#include <QtCore/QPointer>
 
 #include <memory>
 #include <optional>
@@ -29,7 +28,7 @@ public:
     QVariantMap chosen() const override;
     void choose(const QVariantMap& choices) override;
 
-    void viewLoaded() override;
+    bool pointerActed(QEvent& event) override;
     void graphBuilt() override { attach(); }
     void graphReleased() override { detach(); }
     void plotsReplaced() override { takeLines(); }
@@ -38,8 +37,6 @@ public:
     void rangeSet(CPTCoordinate coordinate) override;
     void clockSet() override;
     std::vector<QAction*> actions() const override { return {m_action}; }
-
-    bool eventFilter(QObject* watched, QEvent* event) override;
 
 private:
     struct Drag {
@@ -61,9 +58,7 @@ private:
     bool wheel(const QWheelEvent& event);
     void hover(const QPointF& point);
 
-    std::shared_ptr<OverviewLayer> m_layer;
-    std::weak_ptr<CPTXYGraph> m_graph;  // that has the layer
-    QPointer<CPTGraphHostingView> m_view;
+    PartLayer<OverviewLayer> m_layer;
     std::optional<Drag> m_drag;
     bool m_shown = false;
     bool m_hasCursor = false;

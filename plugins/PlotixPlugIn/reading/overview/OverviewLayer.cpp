@@ -2,7 +2,7 @@
 
 #include "plotkit/layout/GraphGeometry.h"
 #include "plotkit/render/GraphText.h"
-#include "plugins/PlotixPlugIn/reading/values/GraphLook.h"
+#include "plugins/PlotixPlugIn/reading/trend/OverlayLook.h"
 
 #include <QtGui/QPainter>
 
@@ -93,8 +93,10 @@ void OverviewLayer::drawInGraph(QPainter& painter, const plotkit::GraphGeometry&
     painter.setPen(QPen(look.window, 1.5));
     painter.drawRect(window);
     painter.setPen(QPen(look.window, 4, Qt::SolidLine, Qt::RoundCap));
-    for (const double x : {window.left(), window.right()})
-        painter.drawLine(QPointF(x, window.center().y() - kHandle / 2), QPointF(x, window.center().y() + kHandle / 2));
+    if (isOnScreen(painter))
+        for (const double x : {window.left(), window.right()})
+            painter.drawLine(QPointF(x, window.center().y() - kHandle / 2),
+                             QPointF(x, window.center().y() + kHandle / 2));
     drawTimes(painter, *found, geometry.roomOf(*this), timesStyle(geometry.graph));
 }
 

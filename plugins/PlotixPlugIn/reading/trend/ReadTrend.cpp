@@ -1,8 +1,19 @@
 #include "plugins/PlotixPlugIn/reading/trend/ReadTrend.h"
 
+#include "plotkit/widget/CPTGraphHostingView.h"
+
 namespace plotix {
 
 ReadTrend::~ReadTrend() = default;
+
+std::optional<plotkit::GraphGeometry> shownGeometry(const ReadTrend& trend)
+{
+    const CPTXYGraphPtr graph = trend.graph();
+    const CPTGraphHostingView* view = trend.graphView();
+    if (!graph || !view)
+        return std::nullopt;
+    return view->geometryShown(*graph);
+}
 
 std::optional<ReadLine> lineWithKey(const ReadTrend& trend, const QString& key)
 {

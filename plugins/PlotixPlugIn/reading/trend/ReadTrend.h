@@ -1,5 +1,6 @@
 #pragma once
 
+#include "plotkit/layout/GraphGeometry.h"
 #include "plotkit/model/CPTClock.h"
 #include "plotkit/model/CPTXYGraph.h"
 #include "plugins/PlotixPlugIn/host/KTVAnnotations.h"
@@ -119,6 +120,9 @@ public:
     /// To be called by whoever gave axes or frame another look.
     virtual void tellRestyled() = 0;
 };
+
+/// Where the parts of the graph stand in its view; nothing while there is no graph, or none on a screen.
+std::optional<plotkit::GraphGeometry> shownGeometry(const ReadTrend& trend);
 
 /// The line of this key; nothing when it has no plot.
 std::optional<ReadLine> lineWithKey(const ReadTrend& trend, const QString& key);

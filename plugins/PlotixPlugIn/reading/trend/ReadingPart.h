@@ -10,6 +10,7 @@
 #include <functional>
 #include <vector>
 
+class QEvent;
 class QKeyEvent;
 class QMenu;
 
@@ -58,6 +59,10 @@ public:
     virtual void readingCancelled() {}  ///< by the user
     /// A key pressed in the graph that the contract leaves free; answers whether it was meant for this part.
     virtual bool keyPressed(const QKeyEvent& /*event*/) { return false; }
+    /// What the pointer does over the graph while the view shows it: mouse buttons and moves with and without one, the
+    /// wheel, a wish for a tool tip, and leaving. Answers whether it was meant for this part: then neither the parts
+    /// before it nor the view see it.
+    virtual bool pointerActed(QEvent& /*event*/) { return false; }
 
     /// What people can do with it: owned by the part, the same on every call. A host shows them in its menus, grouped
     /// by `menuOf`, and the graph in its own.

@@ -21,7 +21,12 @@ DayWords dayWords()
     return {word(QT_TRANSLATE_NOOP("Plotix", "now")), word(QT_TRANSLATE_NOOP("Plotix", "today")),
             word(QT_TRANSLATE_NOOP("Plotix", "yesterday")), word(QT_TRANSLATE_NOOP("Plotix", "tomorrow")),
             //: Before a day of the week: "last Tuesday". Words that begin so are understood too.
-            word(QT_TRANSLATE_NOOP("Plotix", "last"))};
+            word(QT_TRANSLATE_NOOP("Plotix", "last")),
+            //: A time before now: %1 is a number with a unit, "2 days ago"
+            word(QT_TRANSLATE_NOOP("Plotix", "%1 ago")),
+            //: As people type them after a number, each unit in all its forms, in this order
+            word(QT_TRANSLATE_NOOP("Plotix", "year years; month months; week weeks; day days; hour hours; "
+                                             "minute minutes; second seconds"))};
 }
 
 std::optional<double> typedTime(const QString& text, double shown, const CPTClock& clock)

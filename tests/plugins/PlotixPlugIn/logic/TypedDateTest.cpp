@@ -23,8 +23,14 @@ void PrintTo(const Typing& typing, std::ostream* stream)
 
 plotix::TypedDateSurroundings surroundings(const QLocale& locale)
 {
-    const plotix::DayWords words{QStringLiteral("jetzt"), QStringLiteral("heute"), QStringLiteral("gestern"),
-                                 QStringLiteral("morgen"), QStringLiteral("letzt")};
+    const plotix::DayWords words{QStringLiteral("jetzt"),
+                                 QStringLiteral("heute"),
+                                 QStringLiteral("gestern"),
+                                 QStringLiteral("morgen"),
+                                 QStringLiteral("letzt"),
+                                 QStringLiteral("vor %1"),
+                                 QStringLiteral("jahr jahre jahren; monat monaten; woche wochen; tag tagen; "
+                                                "stunde stunden; minute minuten; sekunde sekunden")};
     return {locale, words, QDateTime({2023, 7, 5}, {8, 15, 30}), QDateTime({2024, 3, 1}, {12, 0, 7})};
 }
 
@@ -46,6 +52,16 @@ constexpr auto GB = QLocale::UnitedKingdom;
 INSTANTIATE_TEST_SUITE_P(
     Forms, TypedDateTest,
     testing::Values(Typing{"WholeForm", de, DE, "01.02.2024 14:30:15", "2024-02-01T14:30:15"},
+                    Typing{"DaysAgo", de, DE, "vor 2 Tagen", "2024-02-28T00:00:00"},
+                    Typing{"DaysAgoAtATime", de, DE, "vor 2 Tagen 14:30", "2024-02-28T14:30:00"},
+                    Typing{"MonthsAgo", de, DE, "vor 1 Monat", "2024-02-01T00:00:00"},
+                    Typing{"HoursAgo", de, DE, "vor 36 Stunden", "2024-02-29T00:00:07"},
+                    Typing{"HoursAgoAtATime", de, DE, "vor 3 Stunden 14:30", ""},
+                    Typing{"AgoWithoutAUnit", de, DE, "vor 2", ""},
+                    Typing{"AgoWithoutANumber", de, DE, "vor Tagen", ""},
+                    Typing{"MinusDays", en, US, "-2d", "2024-02-28T12:00:07"},
+                    Typing{"MinusMinutes", de, DE, "-90 min", "2024-03-01T10:30:07"},
+                    Typing{"MinusWithoutAUnit", en, US, "-2", "2023-07-02T00:00:00"},
                     Typing{"WithoutSeconds", de, DE, "1.2.2024 14:30", "2024-02-01T14:30:00"},
                     Typing{"WithoutTime", de, DE, "1.2.2024", "2024-02-01T00:00:00"},
                     Typing{"YearOfTwoDigits", de, DE, "1.2.24", "2024-02-01T00:00:00"},

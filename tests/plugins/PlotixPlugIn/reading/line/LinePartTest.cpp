@@ -28,6 +28,24 @@ protected:
     }
     bool isHeld() { return chosen("valueLine").contains("held"); }
     QString spoken() { return graphView().accessibleDescription(); }
+    /// How wide what the held line adds to a picture is, its texts being of this size.
+    int addedWidth(double fontSize)
+    {
+        const auto picture = [this] { return trend().graphImageWithSize({900, 500}, 1, {}); };
+        trend().setReading({{"looks", QVariantMap{{"fontSize", fontSize}}}, {"valueLine", QVariantMap{}}});
+        const QImage before = picture();
+        holdAt(30);
+        return boundsOfDifference(before, picture()).width();
+    }
+    static QRect boundsOfDifference(const QImage& one, const QImage& other)
+    {
+        QRect bounds;
+        for (int y = 0; y < one.height(); ++y)
+            for (int x = 0; x < one.width(); ++x)
+                if (one.pixel(x, y) != other.pixel(x, y))
+                    bounds |= QRect(x, y, 1, 1);
+        return bounds;
+    }
 };
 
 TEST_F(LinePartTest, FollowsThePointerAndStandsOnTheRecordBesideIt)
@@ -243,6 +261,13 @@ TEST_F(LinePartTest, ATrendWithoutItArchivesNothingOfIt)
     trend().setReading({{"valueLine", QVariantMap()}});
     EXPECT_FALSE(trend().reading().contains("valueLine"));
     EXPECT_TRUE(trend().graph()->layers().empty());
+}
+
+TEST_F(LinePartTest, TheReadoutIsAsLargeAsTheGraphsTexts)
+{
+    const int usual = addedWidth(12);
+    EXPECT_NEAR(addedWidth(6), usual / 2, 10);
+    EXPECT_NEAR(addedWidth(18), usual * 3 / 2, 10);
 }
 
 }  // namespace

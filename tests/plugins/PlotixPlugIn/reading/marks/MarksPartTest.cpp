@@ -260,4 +260,12 @@ TEST(MarkHeadingTest, LeavesOutWhatDoesNotFit)
     EXPECT_EQ(plotix::fittingHeading(items, 3, letters), "");
 }
 
+TEST_F(MarksPartTest, FlagsAreAsLargeAsTheGraphsTexts)
+{
+    setMarks(10, 20);
+    const double usual = plotix::flagPlace(geometry(), minute(10)).height();
+    trend().setReading({{"looks", QVariantMap{{"fontSize", 6}}}});
+    EXPECT_DOUBLE_EQ(plotix::flagPlace(geometry(), minute(10)).height(), usual / 2);
+}
+
 }  // namespace

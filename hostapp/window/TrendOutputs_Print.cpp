@@ -1,11 +1,9 @@
 // Printing the selected view's report, and saving it as a PDF.
 //
-// Whatever leaves the screen states the span of what it draws: dates, graph and records are brought together first.
-//
 // Writing a report in the view's own form leaves the graph of the view at the size it has on paper; the view on screen
 // is laid out again as soon as it is written.
 
-#include "hostapp/window/SiteWindow.h"
+#include "hostapp/window/TrendOutputs.h"
 
 #include "base/ReportableError.h"
 #include "hostapp/document/ArchiveManager.h"
@@ -55,26 +53,26 @@ void offerPaper(QPrinter& printer)
     printer.setPageOrientation(QPageLayout::Landscape);
 }
 
-ReportForm chosenForm(const QAction& classic)
+ReportForm formOf(bool isClassic)
 {
-    return classic.isChecked() ? ReportForm::Classic : ReportForm::Page;
+    return isClassic ? ReportForm::Classic : ReportForm::Page;
 }
 
 }  // namespace
 
-bool SiteWindow::settle(const KTVPlugInPtr& plugIn, Wanted wanted)
+bool TrendOutputs::settle(const KTVPlugInPtr& plugIn, Wanted wanted)
 {
     try {
-        return m_controller->settle(*plugIn, wanted, [this] { return waitForRecords(); });
+        return m_around.site.settle(*plugIn, wanted, [this] { return waitForRecords(); });
     } catch (const ReportableError& error) {
-        showAlert(tr("The records of these dates are not here"), error.message());
+        alert(tr("The records of these dates are not here"), error.message());
         return false;
     }
 }
 
-bool SiteWindow::waitForRecords()
+bool TrendOutputs::waitForRecords()
 {
-    const SiteDocument& document = *m_controller->siteDocument();
+    const SiteDocument& document = *m_around.site.siteDocument();
     QString failure;
     QEventLoop loop;
     for (const auto& agent : document.agents()) {
@@ -90,7 +88,8 @@ bool SiteWindow::waitForRecords()
         loop.exec(QEventLoop::ExcludeUserInputEvents);
     }
     if (!areRecordsThere(document)) {
-        QProgressDialog progress(tr("Reading the records of these dates…"), tr("Cancel"), 0, 0, windowInFront());
+        QProgressDialog progress(tr("Reading the records of these dates…"), tr("Cancel"), 0, 0,
+                                 m_around.windowInFront());
         progress.setWindowModality(Qt::ApplicationModal);
         connect(&progress, &QProgressDialog::canceled, &loop, &QEventLoop::quit);
         progress.show();
@@ -101,16 +100,16 @@ bool SiteWindow::waitForRecords()
     return areRecordsThere(document);
 }
 
-void SiteWindow::printReport()
+void TrendOutputs::printReport()
 {
-    const KTVPlugInPtr plugIn = trendInFront();
+    const KTVPlugInPtr plugIn = m_around.trendInFront();
     if (!settle(plugIn, Wanted::Exact))
         return;
-    const ViewReport report(plugIn, chosenForm(*m_actions.classicReport));
+    const ViewReport report(plugIn, formOf(m_around.wantsClassicReport()));
     QPrinter printer(QPrinter::HighResolution);
     printer.setDocName(titleOf(*plugIn));
     offerPaper(printer);
-    QPrintPreviewDialog preview(&printer, windowInFront());
+    QPrintPreviewDialog preview(&printer, m_around.windowInFront());
     preview.setWindowTitle(tr("Print “%1”").arg(titleOf(*plugIn)));
     QString failure;
     connect(&preview, &QPrintPreviewDialog::paintRequested, this, [&](QPrinter* paper) {
@@ -124,23 +123,23 @@ void SiteWindow::printReport()
     });
     preview.exec();
     if (!failure.isEmpty())
-        showAlert(tr("The report could not be printed"), failure);
+        alert(tr("The report could not be printed"), failure);
 }
 
-void SiteWindow::exportReport()
+void TrendOutputs::exportReport()
 {
-    const KTVPlugInPtr plugIn = trendInFront();
+    const KTVPlugInPtr plugIn = m_around.trendInFront();
     if (!settle(plugIn, Wanted::Exact))
         return;
-    const auto path = m_services.userInterface->askWhereToSave({QStringLiteral("pdf")}, titleOf(*plugIn));
+    const auto path = m_around.userInterface.askWhereToSave({QStringLiteral("pdf")}, titleOf(*plugIn));
     if (!path)
         return;
     try {
-        writeOutput(FileKind::Pdf, *path, ViewReport(plugIn, chosenForm(*m_actions.classicReport)).pdf());
+        writeOutput(FileKind::Pdf, *path, ViewReport(plugIn, formOf(m_around.wantsClassicReport())).pdf());
     } catch (const OutputFailure& failure) {
-        showAlert(tr("The report could not be saved"), outputText(failure.problem()));
+        alert(tr("The report could not be saved"), outputText(failure.problem()));
     } catch (const ReportableError& error) {
-        showAlert(tr("The report could not be saved"), error.message());
+        alert(tr("The report could not be saved"), error.message());
     }
     layOutAgain(plugIn->view());
 }

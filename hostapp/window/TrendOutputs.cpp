@@ -1,9 +1,4 @@
-// Exporting records or a picture into a file.
-//
-// The dialog comes first, then the save panel, which proposes a name. Records are written on a worker thread with their
-// progress in front.
-
-#include "hostapp/window/SiteWindow.h"
+#include "hostapp/window/TrendOutputs.h"
 
 #include "base/ReportableError.h"
 #include "hostapp/site/PlugInOperations.h"
@@ -17,14 +12,13 @@
 
 #include <QtCore/QFileInfo>
 #include <QtWidgets/QProgressDialog>
-#include <QtWidgets/QStatusBar>
 
 namespace plotix {
 
 namespace {
 
-constexpr int kMessageTime = 10'000;  // milliseconds
-constexpr int kProgressDelay = 400;
+constexpr int kProgressDelay = 400;  // milliseconds
+constexpr QSizeF kAnySize{16, 16};   // points; only whether there is a picture counts
 
 using Agents = std::vector<std::shared_ptr<SiteAgent>>;
 
@@ -68,51 +62,65 @@ std::function<QImage(const TrendPicture&)> previewOf(const KTVPlugInPtr& trend)
 
 }  // namespace
 
-void SiteWindow::exportPicture()
+TrendOutputs::TrendOutputs(Surroundings around, QObject* parent) : QObject(parent), m_around(std::move(around)) {}
+
+void TrendOutputs::exportGraph(const char* operation)
 {
-    const KTVPlugInPtr trend = trendInFront();
-    ExportPictureDialog dialog(titleOf(*trend),
-                               canPrintOnPage(trend.get()) ? ExportPictureDialog::Table::Offered
-                                                           : ExportPictureDialog::Table::NotOffered,
-                               windowInFront(), {reading(trend.get()).value_or(QVariantMap()), previewOf(trend)});
+    const KTVPlugInPtr plugIn = m_around.trendInFront();
+    if (!settle(plugIn, Wanted::Covered))
+        return;
+    if (drawsGraph(plugIn.get()) && graphImage(plugIn.get(), kAnySize, 1, {}).isNull())
+        alert(tr("There is no picture to export"),
+              tr("The trend shows no graph yet: wait for its records, or refresh it."));
+    else
+        sendAction(plugIn.get(), operation, this);
+}
+
+void TrendOutputs::exportPicture()
+{
+    const KTVPlugInPtr trend = m_around.trendInFront();
+    ExportPictureDialog dialog(
+        titleOf(*trend),
+        canPrintOnPage(trend.get()) ? ExportPictureDialog::Table::Offered : ExportPictureDialog::Table::NotOffered,
+        m_around.windowInFront(), {reading(trend.get()).value_or(QVariantMap()), previewOf(trend)});
     if (dialog.exec() != QDialog::Accepted || !settle(trend, Wanted::Covered))
         return;
     const TrendPicture wanted = dialog.picture();
     try {
         QByteArray picture = pictureOf(trend, wanted);
         if (picture.isEmpty()) {
-            showAlert(tr("There is no picture to export"),
-                      tr("The trend shows no graph yet, or the size asked for is too large. Refresh it, or ask for "
-                         "less."));
+            alert(tr("There is no picture to export"),
+                  tr("The trend shows no graph yet, or the size asked for is too large. Refresh it, or ask for "
+                     "less."));
             return;
         }
         if (dialog.hasRecipe()) {
-            ShownView view = viewOf(trend, *m_controller->siteDocument());
+            ShownView view = viewOf(trend, *m_around.site.siteDocument());
             view.reading.insert(wanted.reading);
             picture = withRecipe(wanted.format, picture, recipeOf(view));
         }
         const QString type = endingsOf(wanted.format).first();
-        if (const auto path = m_services.userInterface->askWhereToSave({type}, titleOf(*trend)))
+        if (const auto path = m_around.userInterface.askWhereToSave({type}, titleOf(*trend)))
             writeOutput(wanted.format, *path, picture);
     } catch (const OutputFailure& failure) {
-        showAlert(tr("The picture could not be saved"), outputText(failure.problem()));
+        alert(tr("The picture could not be saved"), outputText(failure.problem()));
     } catch (const ReportableError& error) {
-        showAlert(tr("There is no picture to export"), error.message());
+        alert(tr("There is no picture to export"), error.message());
     }
 }
 
-void SiteWindow::exportRecordsOfTrend()
+void TrendOutputs::exportRecords()
 {
-    const std::shared_ptr<SiteDocument> document = m_controller->siteDocument();
-    const KTVPlugInPtr trend = trendInFront();
+    const std::shared_ptr<SiteDocument> document = m_around.site.siteDocument();
+    const KTVPlugInPtr trend = m_around.trendInFront();
     const Agents agents = agentsToExport(*document, trend);
     if (agents.empty())
         return;
-    ExportRecordsDialog dialog(sourcesOf(agents, trend), shownRange(trend.get()), windowInFront());
+    ExportRecordsDialog dialog(sourcesOf(agents, trend), shownRange(trend.get()), m_around.windowInFront());
     if (dialog.exec() != QDialog::Accepted)
         return;
     const auto agent = agents[dialog.source()];
-    const auto path = m_services.userInterface->askWhereToSave({dialog.fileType()}, agent->name());
+    const auto path = m_around.userInterface.askWhereToSave({dialog.fileType()}, agent->name());
     if (!path)
         return;
     std::vector<std::shared_ptr<SiteProperty>> properties;
@@ -124,12 +132,13 @@ void SiteWindow::exportRecordsOfTrend()
         what.to = span->second;
     }
     what.form = dialog.form();
-    startExport(new RecordExportTask(document, std::move(what), *path, this), QFileInfo(*path).fileName());
+    start(new RecordExportTask(document, std::move(what), *path, this), QFileInfo(*path).fileName());
 }
 
-void SiteWindow::startExport(RecordExportTask* task, const QString& fileName)
+void TrendOutputs::start(RecordExportTask* task, const QString& fileName)
 {
-    auto* progress = new QProgressDialog(tr("Exporting %1…").arg(fileName), tr("Cancel"), 0, 1000, windowInFront());
+    auto* progress =
+        new QProgressDialog(tr("Exporting %1…").arg(fileName), tr("Cancel"), 0, 1000, m_around.windowInFront());
     showLabelPlainly(*progress);
     progress->setWindowModality(Qt::WindowModal);
     progress->setAutoClose(false);
@@ -137,12 +146,11 @@ void SiteWindow::startExport(RecordExportTask* task, const QString& fileName)
     progress->setMinimumDuration(kProgressDelay);
     connect(task, &RecordExportTask::progressed, progress, &QProgressDialog::setValue);
     connect(progress, &QProgressDialog::canceled, task, &RecordExportTask::cancel);
-    connect(task, &RecordExportTask::finished, this,
-            [this, fileName] { statusBar()->showMessage(tr("Exported %1.").arg(fileName), kMessageTime); });
+    connect(task, &RecordExportTask::finished, this, [this, fileName] { emit told(tr("Exported %1.").arg(fileName)); });
     connect(task, &RecordExportTask::cancelled, this,
-            [this] { statusBar()->showMessage(tr("Export cancelled; nothing was written."), kMessageTime); });
+            [this] { emit told(tr("Export cancelled; nothing was written.")); });
     connect(task, &RecordExportTask::failed, this,
-            [this](const QString& message) { showAlert(tr("The records could not be exported"), message); });
+            [this](const QString& message) { alert(tr("The records could not be exported"), message); });
     for (const auto end : {&RecordExportTask::finished, &RecordExportTask::cancelled}) {
         connect(task, end, progress, &QObject::deleteLater);
         connect(task, end, task, &QObject::deleteLater);
@@ -150,6 +158,11 @@ void SiteWindow::startExport(RecordExportTask* task, const QString& fileName)
     connect(task, &RecordExportTask::failed, progress, &QObject::deleteLater);
     connect(task, &RecordExportTask::failed, task, &QObject::deleteLater);
     task->start();
+}
+
+void TrendOutputs::alert(const QString& message, const QString& text)
+{
+    m_around.userInterface.beginSheet({message, text, KTVAlert::Style::Critical}, m_around.windowInFront(), {});
 }
 
 }  // namespace plotix
