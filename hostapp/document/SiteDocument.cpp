@@ -1,6 +1,7 @@
 #include "hostapp/document/SiteDocument.h"
 
 #include "base/ReportableError.h"
+#include "base/ZoneNames.h"
 #include "hostapp/core/Units.h"
 #include "hostapp/document/ArchiveManager.h"
 #include "hostapp/document/ComputedRecords.h"
@@ -146,7 +147,7 @@ std::shared_ptr<SiteAgent> SiteDocument::addAgent(const QString& name)
 void SiteDocument::reload()
 {
     const SiteStore::Site site = m_store->tables.site();
-    const QTimeZone zone(setting(kZoneSetting));
+    const QTimeZone zone = zoneNamed(QString::fromUtf8(setting(kZoneSetting))).value_or(QTimeZone());
     const bool renamed = site.name != m_siteName || site.location != m_siteLocation || zone != m_zone;
     m_siteName = site.name;
     m_siteLocation = site.location;

@@ -22,7 +22,7 @@ QPushButton* buttonNamed(QWidget& dialog, const QString& text)
 
 TEST(SiteDetailsDialogTest, ASiteKeepsAName)
 {
-    plotix::SiteDetailsDialog dialog(QStringLiteral("Plant"), QString());
+    plotix::SiteDetailsDialog dialog(QStringLiteral("Plant"), QString(), QTimeZone());
     auto* name = dialog.findChild<QLineEdit*>();
     name->setText(QStringLiteral("  "));
     EXPECT_FALSE(buttonNamed(dialog, QStringLiteral("OK"))->isEnabled());
