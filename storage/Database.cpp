@@ -105,13 +105,15 @@ Database::Database(const QString& file, DatabaseSchema schema, Access access)
             throw ReportableError(QStringLiteral("%1 took the place of a file that a program still has open: end that "
                                                  "program first, then open this one.")
                                       .arg(quoted(m_file)));
-        const bool writable = access != Access::ReadOnly && allowsWriting(m_file);
+        const bool isToRead = access == Access::ReadOnly || access == Access::AtRest;
+        const bool writable = !isToRead && allowsWriting(m_file);
         if (access == Access::ReadWrite && !writable)
             throw ReportableError(
                 QStringLiteral("%1 is read-only: make the file and its folder writable, or work on a copy.")
                     .arg(quoted(m_file)));
         m_readOnly = !writable;
-        const bool frozen = m_readOnly && !allowsWriting(m_file) && !hasUnmergedLog(m_file);
+        const bool isStill = access == Access::AtRest || !allowsWriting(m_file);
+        const bool frozen = m_readOnly && isStill && !hasUnmergedLog(m_file);
         open(m_readOnly ? SQLITE_OPEN_READONLY : SQLITE_OPEN_READWRITE, uriOf(m_file, frozen ? "?mode=ro&immutable=1"
                                                                                       : m_readOnly ? "?mode=ro"
                                                                                                    : "?mode=rw"));

@@ -26,6 +26,7 @@ public:
     enum class Access {
         ReadWrite,      ///< the file must exist and be ours and writable; upgrades it to the current version
         ReadOnly,       ///< never writes; the file must exist and be ours
+        AtRest,         ///< ReadOnly, and creates nothing beside a file that nobody has open; nobody may write it
         BestAvailable,  ///< ReadWrite if the file allows it, else ReadOnly
     };
 

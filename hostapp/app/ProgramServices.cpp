@@ -128,6 +128,11 @@ QByteArray ProgramServices::report(const ReportRequest& request)
     return pdfOfStoredReport(request, m_composition.module());
 }
 
+CasePlan ProgramServices::planCase(const CaseRequest& request)
+{
+    return planOfStoredCase(request, m_composition.module());
+}
+
 void ProgramServices::serve(const ServeRequest& request)
 {
     for (const auto& document : request.documents)

@@ -16,6 +16,7 @@ public:
     int open(const OpenRequest& request) override;
     QByteArray render(const RenderRequest& request) override;
     QByteArray report(const ReportRequest& request) override;
+    CasePlan planCase(const CaseRequest& request) override;
     void serve(const ServeRequest& request) override;
     void storeTrend(const TrendRequest& trend) override;
     CommandProgress makeProgress(const QString& title) override;

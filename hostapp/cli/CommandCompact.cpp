@@ -4,6 +4,7 @@
 #include "hostapp/cli/Commands.h"
 #include "hostapp/cli/Options.h"
 #include "hostapp/cli/SiteLookup.h"
+#include "hostapp/cli/TerminalText.h"
 #include "hostapp/document/MemoryBudget.h"
 #include "hostapp/exchange/ExactText.h"
 
@@ -23,20 +24,6 @@ struct CompactCommand {
     std::optional<double> before;  ///< seconds since 1970-01-01 UTC
     std::optional<double> keep;    ///< seconds back from the site's last record
 };
-
-/// "812 bytes", "96.5 KB", "1.3 GB".
-std::string sizeText(qint64 bytes)
-{
-    double size = static_cast<double>(bytes);
-    const char* unit = " bytes";
-    for (const char* larger : {" KB", " MB", " GB", " TB"}) {
-        if (size < 999.95)
-            break;
-        size /= 1000;
-        unit = larger;
-    }
-    return QString::number(size, 'f', bytes < 1000 ? 0 : 1).toStdString() + unit;
-}
 
 /// Records before this time are dropped; nothing: none are. A site without records has no time to count back from. What
 /// would leave not a single record is taken for a slip: it cannot be undone.

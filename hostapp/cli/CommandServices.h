@@ -3,6 +3,7 @@
 #include "hostapp/site/FigureRecipe.h"
 #include "hostapp/site/ServedSites.h"
 #include "hostapp/site/StoredReport.h"
+#include "hostapp/site/TrendCase.h"
 #include "hostapp/site/TrendRequest.h"
 
 #include <QtCore/QByteArray>
@@ -42,6 +43,9 @@ public:
 
     /// Lays out the report and answers the bytes of the PDF file. The caller writes them.
     virtual QByteArray report(const ReportRequest& request) = 0;
+
+    /// What goes into a case of a trend. The caller writes it.
+    virtual CasePlan planCase(const CaseRequest& request) = 0;
 
     /// Says the addresses, then shows the sites' views to browsers until the user interrupts or the system asks to end.
     virtual void serve(const ServeRequest& request) = 0;

@@ -41,6 +41,7 @@ Command addInfo(CLI::App& program);
 Command addNotes(CLI::App& program);
 Command addRender(CLI::App& program);
 Command addExport(CLI::App& program);
+Command addCase(CLI::App& program);
 Command addRecord(CLI::App& program);
 Command addServe(CLI::App& program);
 Command addReport(CLI::App& program);

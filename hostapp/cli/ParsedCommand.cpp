@@ -15,8 +15,8 @@ namespace {
 std::vector<Command> addCommands(CLI::App& program)
 {
     std::vector<Command> commands;
-    for (const auto add : {addOpen, addImport, addInfo, addNotes, addRender, addExport, addRecord, addServe, addReport,
-                           addEdit, addCompact, addVerify})
+    for (const auto add : {addOpen, addImport, addInfo, addNotes, addRender, addExport, addCase, addRecord, addServe,
+                           addReport, addEdit, addCompact, addVerify})
         commands.push_back(add(program));
     return commands;
 }

@@ -26,6 +26,11 @@ void addRecordChoice(CLI::App* command, RecordChoice& choice)
     addText(command, "--agent", choice.agent, "Whose records; may be left out when there is only one agent")
         ->type_name("NAME");
     addList(command, "--properties", choice.properties, "Names or keys; all unless given")->type_name("A,B,…");
+    addSpan(command, choice);
+}
+
+void addSpan(CLI::App* command, RecordChoice& choice)
+{
     addBound(command, "--from", choice.from, choice.fromWord, "ISO 8601, such as 2013-07-01 or 2013-07-01T12:00:00Z",
              timeFromArgument);
     addBound(command, "--to", choice.to, choice.toWord, "As --from; inclusive, and a date alone means the whole day",

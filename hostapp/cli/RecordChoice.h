@@ -20,7 +20,10 @@ struct RecordChoice {
     QString range;                   ///< a quick range's name; empty: all time
 };
 
-/// The options --agent, --properties, --from and --to; the choice must live until the words are parsed.
+/// The options --from and --to; the choice must live until the words are parsed.
+void addSpan(CLI::App* command, RecordChoice& choice);
+
+/// These, --agent and --properties.
 void addRecordChoice(CLI::App* command, RecordChoice& choice);
 
 /// The option --range, which excludes --from and --to.

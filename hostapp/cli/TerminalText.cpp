@@ -47,6 +47,19 @@ std::size_t unfinished(std::string_view text)
 
 }  // namespace
 
+std::string sizeText(long long bytes)
+{
+    double size = static_cast<double>(bytes);
+    const char* unit = " bytes";
+    for (const char* larger : {" KB", " MB", " GB", " TB"}) {
+        if (size < 999.95)
+            break;
+        size /= 1000;
+        unit = larger;
+    }
+    return QString::number(size, 'f', bytes < 1000 ? 0 : 1).toStdString() + unit;
+}
+
 std::string harmlessText(std::string_view text)
 {
     std::string shown;

@@ -15,6 +15,9 @@ namespace plotix {
 /// UTF-8 to UTF-8; what is no UTF-8 becomes U+FFFD.
 std::string harmlessText(std::string_view text);
 
+/// Sizes of files: "812 bytes", "96.5 KB", "1.3 GB".
+std::string sizeText(long long bytes);
+
 /// Passes on what is written to it, made harmless. *Borrows* the stream it writes to; flushing flushes that too.
 class HarmlessStream : private std::streambuf, public std::ostream {
 public:

@@ -128,6 +128,9 @@ void collectListed(const KTVArchiveNode& node, QStringList& into)
 // Stored: never change.
 const QString kTitle = QStringLiteral("title");
 const QString kIdentifier = QStringLiteral("uniqueIdentifier");
+const QString kDates = QStringLiteral("dataClusterViewController");
+const QString kFromDate = QStringLiteral("fromDate");
+const QString kToDate = QStringLiteral("toDate");
 
 QString titleOf(const KTVArchiveNode& root)
 {
@@ -163,6 +166,20 @@ std::optional<QByteArray> copyOfView(const QByteArray& state, const QString& ide
         return std::nullopt;
     root->set(kIdentifier, KTVArchiveNode::of(identifier));
     root->set(kTitle, KTVArchiveNode::of(title));
+    return writeKeyedArchive(*root);
+}
+
+std::optional<QByteArray> withDates(const QByteArray& state, double from, double to)
+{
+    std::optional<KTVArchiveNode> root = readable(state);
+    if (!root)
+        return std::nullopt;
+    const KTVArchiveNode* archived = root->find(kDates);
+    KTVArchiveNode dates = archived ? *archived : KTVArchiveNode{};
+    dates.kind = KTVArchiveNode::Kind::Object;
+    dates.set(kFromDate, KTVArchiveNode::of(from));
+    dates.set(kToDate, KTVArchiveNode::of(to));
+    root->set(kDates, dates);
     return writeKeyedArchive(*root);
 }
 

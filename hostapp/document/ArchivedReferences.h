@@ -25,6 +25,9 @@ QString titleIn(const QByteArray& state);  ///< empty when there is none
 /// The same view as one of its own, with another identifier and title. Nothing: the state cannot be read.
 std::optional<QByteArray> copyOfView(const QByteArray& state, const QString& identifier, const QString& title);
 
+/// The same view with these dates in its panel, seconds since 1970-01-01 UTC. Nothing: the state cannot be read.
+std::optional<QByteArray> withDates(const QByteArray& state, double from, double to);
+
 bool namesAgent(const QByteArray& state, const QString& agentIdentifier);
 
 /// Of two properties that become one, one stays in each list. Where `fromAgent` is not empty, it is replaced by

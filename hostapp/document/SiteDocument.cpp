@@ -28,19 +28,6 @@ constexpr int kRetryInterval = 1000;  // milliseconds until an unsaved change is
 constexpr int kTriesBeforeTelling = 5;
 constexpr int kWatchInterval = 500;  // milliseconds between two looks whether the file is still there
 
-/// Inside a transaction; answers the id.
-qint64 writePlugIn(Database& database, const ArchivedPlugIn& plugIn)
-{
-    const bool isNew = plugIn.id == 0;
-    Statement statement(database, isNew ? "INSERT INTO plugin(class_name, state) VALUES(?, ?)"
-                                        : "UPDATE plugin SET class_name = ?, state = ? WHERE id = ?");
-    statement.bind(1, plugIn.className).bind(2, plugIn.state);
-    if (!isNew)
-        statement.bind(3, plugIn.id);
-    statement.run();
-    return isNew ? database.lastInsertedRow() : plugIn.id;
-}
-
 }  // namespace
 
 struct SiteDocument::Store {
@@ -391,7 +378,7 @@ std::vector<qint64> SiteDocument::storePlugIns(qint64 id, const Decide& decide)
         if (archived.step())
             present = ArchivedPlugIn{id, archived.text(0), archived.bytes(1)};
         for (const ArchivedPlugIn& plugIn : decide(present))
-            ids.push_back(writePlugIn(m_store->database, plugIn));
+            ids.push_back(m_store->tables.storePlugIn(plugIn));
     });
     return ids;
 }
@@ -404,20 +391,12 @@ void SiteDocument::removePlugIn(qint64 id)
 
 QByteArray SiteDocument::setting(const QString& key) const
 {
-    Statement statement(m_store->database, "SELECT value FROM setting WHERE key = ?");
-    statement.bind(1, key);
-    return statement.step() ? statement.bytes(0) : QByteArray();
+    return m_store->tables.setting(key);
 }
 
 void SiteDocument::setSetting(const QString& key, const QByteArray& value)
 {
-    inTransaction(m_store->database, [&] {
-        Statement(m_store->database, "INSERT INTO setting(key, value) VALUES(?1, ?2) "
-                                     "ON CONFLICT(key) DO UPDATE SET value = ?2")
-            .bind(1, key)
-            .bind(2, value)
-            .run();
-    });
+    inTransaction(m_store->database, [&] { m_store->tables.setSetting(key, value); });
 }
 
 void SiteDocument::setWindowControllers(std::vector<std::shared_ptr<KTVWindowController>> controllers)

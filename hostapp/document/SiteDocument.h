@@ -1,11 +1,11 @@
 #pragma once
 
 #include "base/Date.h"
+#include "hostapp/document/ArchivedPlugIn.h"
 #include "hostapp/document/SiteAgent.h"
 #include "hostapp/document/SiteAnnotations.h"
 #include "plugins/PlotixPlugIn/host/KTVSiteDocument.h"
 
-#include <QtCore/QByteArray>
 #include <QtCore/QObject>
 #include <QtCore/QTimeZone>
 
@@ -22,13 +22,6 @@ class AnnotationEditor;
 class ComputedRecords;
 class RecordStore;  // records/store
 struct FormulaDirectory;
-
-/// A plug-in as archived in the document.
-struct ArchivedPlugIn {
-    qint64 id = 0;
-    QString className;
-    QByteArray state;  ///< a keyed archive
-};
 
 /// One site in one SQLite file `NAME.plotix`: its name and place, agents, properties, archived plug-ins and settings.
 ///

@@ -103,8 +103,13 @@ void SiteStore::renameAgent(const Agent& agent, const QString& name)
 
 SiteStore::Agent SiteStore::addAgent(const QString& name)
 {
-    requireFreeAgentName(name);
-    Agent agent{0, QUuid::createUuid().toString(QUuid::WithoutBraces), name};
+    return addAgentLike({0, QUuid::createUuid().toString(QUuid::WithoutBraces), name});
+}
+
+SiteStore::Agent SiteStore::addAgentLike(const Agent& other)
+{
+    requireFreeAgentName(other.name);
+    Agent agent = other;
     Statement(m_database, "INSERT INTO agent(identifier, name) VALUES(?, ?)")
         .bind(1, agent.identifier)
         .bind(2, agent.name)

@@ -1,13 +1,14 @@
 #pragma once
 
 #include "hostapp/core/SiteProperty.h"
+#include "hostapp/document/ArchivedPlugIn.h"
 #include "storage/Database.h"
 
 #include <optional>
 #include <vector>
 
-/// The site's own tables: name and location, agents, properties. Borrows its connection and works inside the caller's
-/// transaction; one thread. Throws ReportableError.
+/// The site's own tables: name and location, agents, properties, plug-ins, settings. Borrows its connection and works
+/// inside the caller's transaction; one thread. Throws ReportableError.
 namespace plotix {
 
 class SiteStore {
@@ -30,6 +31,7 @@ public:
     /// By its name, else by one that it gave up.
     std::optional<Agent> agentOnceNamed(const QString& name) const;
     Agent addAgent(const QString& name);                        ///< throws when the name is empty or taken
+    Agent addAgentLike(const Agent& other);                     ///< the same, with the other's identifier
     void renameAgent(const Agent& agent, const QString& name);  ///< the same
 
     std::vector<SiteProperty::Description> properties(qint64 agent) const;  ///< in the order they were added
@@ -66,6 +68,10 @@ public:
     void updateProperty(const SiteProperty::Description& description);
     /// Of these what differs from `since`: others may have changed the rest.
     void updateProperty(const SiteProperty::Description& description, const SiteProperty::Description& since);
+
+    qint64 storePlugIn(const ArchivedPlugIn& plugIn);  ///< at the end when its id is 0, else in place; answers the id
+    QByteArray setting(const QString& key) const;      ///< empty when there is none
+    void setSetting(const QString& key, const QByteArray& value);
 
     /// What once had that key (or, of agents, that name: agent 0) and is there under another one.
     std::optional<qint64> aliasTarget(qint64 agent, const QString& name) const;

@@ -118,6 +118,23 @@ void readRange(KTVPlugIn* plugIn, double from, double to)
         QMetaObject::invokeMethod(plugIn, "readRange", Qt::DirectConnection, Q_ARG(double, from), Q_ARG(double, to));
 }
 
+std::vector<std::pair<double, double>> spansBeside(const KTVPlugIn* plugIn, double from, double to)
+{
+    QObject* reader = nullptr;
+    if (plugIn && plugIn->metaObject()->indexOfMethod("trendReader()") >= 0)
+        QMetaObject::invokeMethod(const_cast<KTVPlugIn*>(plugIn), "trendReader", Qt::DirectConnection,
+                                  Q_RETURN_ARG(QObject*, reader));
+    QVariantList told;
+    if (reader && reader->metaObject()->indexOfMethod("spansBeside(double,double)") >= 0)
+        QMetaObject::invokeMethod(reader, "spansBeside", Qt::DirectConnection, Q_RETURN_ARG(QVariantList, told),
+                                  Q_ARG(double, from), Q_ARG(double, to));
+    std::vector<std::pair<double, double>> spans;
+    for (const QVariant& span : told)
+        if (const QVariantList bounds = span.toList(); bounds.size() == 2)
+            spans.emplace_back(bounds[0].toDouble(), bounds[1].toDouble());
+    return spans;
+}
+
 QObject* readSpansOf(const KTVPlugIn* plugIn)
 {
     QObject* spans = nullptr;

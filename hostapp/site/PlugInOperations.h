@@ -43,6 +43,10 @@ void showRange(KTVPlugIn* plugIn, double from, double to);  ///< shown some time
 /// Has the records of a range read while the graph stays where it is; one that cannot: nothing.
 void readRange(KTVPlugIn* plugIn, double from, double to);
 
+/// The spans of records that the plug-in shows beside those of a span, such as the same a week earlier; one that tells
+/// none: none.
+std::vector<std::pair<double, double>> spansBeside(const KTVPlugIn* plugIn, double from, double to);
+
 /// The object that tells what is read, drawn and chosen, owned by the plug-in; null when there is none. Its operations:
 QObject* readSpansOf(const KTVPlugIn* plugIn);
 QVariantMap spansTold(const KTVPlugIn* plugIn);                               ///< empty when it cannot tell

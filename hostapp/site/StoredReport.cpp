@@ -3,6 +3,7 @@
 #include "base/ReportableError.h"
 #include "hostapp/print/ReportPrinter.h"
 #include "hostapp/site/PlugInOperations.h"
+#include "hostapp/site/ViewTitled.h"
 #include "hostapp/site/WorkingSite.h"
 
 namespace plotix {
@@ -16,29 +17,6 @@ std::vector<KTVPlugInPtr> printableViews(const WorkingSite& site)
         if (hasReport(item->representedObject().get()))
             views.push_back(item->representedObject());
     return views;
-}
-
-QString listedTitles(const std::vector<KTVPlugInPtr>& views)
-{
-    QStringList titles;
-    for (const KTVPlugInPtr& view : views)
-        titles << titleOf(*view);
-    return titles.join(QStringLiteral(", "));
-}
-
-KTVPlugInPtr viewTitled(const std::vector<KTVPlugInPtr>& views, const QString& title)
-{
-    if (views.empty())
-        throw ReportableError(QStringLiteral("the site has no trend to report on; plotix open makes one"));
-    if (title.isEmpty() && views.size() == 1)
-        return views.front();
-    for (const Qt::CaseSensitivity sensitivity : {Qt::CaseSensitive, Qt::CaseInsensitive})
-        for (const KTVPlugInPtr& view : views)
-            if (titleOf(*view).compare(title, sensitivity) == 0)
-                return view;
-    if (title.isEmpty())
-        throw ReportableError(QStringLiteral("choose a view with --view; there is: %1").arg(listedTitles(views)));
-    throw ReportableError(QStringLiteral("there is no view “%1”; there is: %2").arg(title, listedTitles(views)));
 }
 
 /// Columns that the view does not know are refused, before its records are read.
@@ -75,7 +53,7 @@ QByteArray pdfOfStoredReport(const ReportRequest& request, KTVPlugInModule* modu
         KTVPrintInfo::sharedPrintInfo()->setPaperSize(paperSize(*request.paper));
     WorkingSite site(request.document, module, WorkingSite::Use::Elsewhere);
     site.loadPlugIns();
-    const KTVPlugInPtr view = viewTitled(printableViews(site), request.view);
+    const KTVPlugInPtr view = viewTitled(printableViews(site), request.view, QStringLiteral("--view"));
     chooseStatistics(view.get(), request.statistics);
     chooseClock(view.get(), request.clock);
     view->view();  // loading the view starts the fetch

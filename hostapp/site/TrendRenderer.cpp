@@ -8,6 +8,7 @@
 #include "hostapp/site/TrendPicture.h"
 #include "hostapp/site/TrendReading.h"
 #include "hostapp/site/WaitForRecords.h"
+#include "plugins/PlotixPlugIn/host/KTVPlugInViews.h"
 #include "records/store/RecordStore.h"
 
 #include <QtCore/QDateTime>
@@ -126,4 +127,3 @@ QByteArray TrendRenderer::renderBare(const RenderRequest& request) const
 }  // namespace plotix
 
 #include "TrendRenderer.moc"
-#include "plugins/PlotixPlugIn/host/KTVPlugInViews.h"

@@ -16,6 +16,8 @@
 #include <QtCore/QCoreApplication>
 #include <QtCore/QFileInfo>
 
+#include <algorithm>
+
 namespace plotix {
 
 namespace {
@@ -53,6 +55,14 @@ ShownView viewOf(const KTVPlugInPtr& trend, const SiteDocument& site)
         view.to = Date{shown->second};
     }
     return view;
+}
+
+std::optional<MomentSpan> markedSpan(const KTVPlugIn* trend)
+{
+    const QVariantMap marks = reading(trend).value_or(QVariantMap()).value(QStringLiteral("marks")).toMap();
+    if (!marks.contains(QStringLiteral("a")) || !marks.contains(QStringLiteral("b")))
+        return std::nullopt;
+    return std::minmax({marks.value(QStringLiteral("a")).toDouble(), marks.value(QStringLiteral("b")).toDouble()});
 }
 
 KTVPlugInPtr WorkingSite::showView(const ShownView& view)

@@ -1,7 +1,9 @@
 #include "hostapp/window/OutputWords.h"
 
 #include <QtCore/QCoreApplication>
+#include <QtCore/QDateTime>
 #include <QtCore/QFileInfo>
+#include <QtCore/QLocale>
 
 namespace plotix {
 
@@ -28,6 +30,12 @@ QString textOfOtherKind(FileKind found, const QString& name)
     return OutputText::tr("“%1” is a file of another kind. Choose another name.").arg(name);
 }
 
+QString timeText(double seconds)
+{
+    return QLocale().toString(QDateTime::fromMSecsSinceEpoch(static_cast<qint64>(seconds * 1000)),
+                              QLocale::ShortFormat);
+}
+
 }  // namespace
 
 QString outputText(const OutputProblem& problem)
@@ -43,6 +51,34 @@ QString outputText(const OutputProblem& problem)
     case OutputProblem::Reason::NotWritten: break;
     }
     return OutputText::tr("“%1” cannot be written: %2").arg(problem.path, problem.systemError);
+}
+
+QString caseText(const CaseProblem& problem)
+{
+    using Reason = CaseProblem::Reason;
+    const QString name = QFileInfo(problem.path).fileName();
+    switch (problem.reason) {
+    case Reason::WrongEnding: return OutputText::tr("The name “%1” must end in .%2.").arg(name, u"plotix");
+    case Reason::IsTheSite: return OutputText::tr("“%1” is the site itself. Choose another name.").arg(name);
+    case Reason::IsNoCase:
+        return OutputText::tr("“%1” is not a case, so it is not written over. Choose another name.").arg(name);
+    case Reason::IsInUse:
+        return OutputText::tr("“%1” is open, or was not closed properly. Close it, or choose another name.").arg(name);
+    case Reason::NothingRecorded:
+        return OutputText::tr("Nothing was recorded between %1 and %2. Choose another span.")
+            .arg(timeText(problem.span.first), timeText(problem.span.second));
+    case Reason::NotWritten: break;
+    }
+    return OutputText::tr("“%1” cannot be written: %2").arg(problem.path, problem.detail);
+}
+
+QString contentsText(const CaseContents& contents)
+{
+    return OutputText::tr("%1 of %2, %3, %4")
+        .arg(OutputText::tr("%Ln record(s)", nullptr, int(contents.records)),
+             OutputText::tr("%Ln property(s)", nullptr, int(contents.properties)),
+             OutputText::tr("%Ln note(s)", nullptr, int(contents.notes)),
+             QLocale().formattedDataSize(contents.bytes, 1, QLocale::DataSizeSIFormat));
 }
 
 }  // namespace plotix

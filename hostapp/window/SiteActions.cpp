@@ -63,6 +63,9 @@ void buildFileMenu(QMainWindow* window, SiteActions& actions)
         addAction(menu, SiteMenus::tr("&Export Picture…"), QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_E));
     actions.exportReport = addAction(menu, SiteMenus::tr("Expor&t Report as PDF…"));
     buildOwnFormsMenu(menu, actions);
+    actions.saveCase = addAction(menu, SiteMenus::tr("&Save as Case…"), QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_S));
+    actions.saveCase->setToolTip(
+        SiteMenus::tr("The trend with its records and notes as a site of its own, to send to somebody."));
     menu->addSeparator();
     actions.print = addAction(menu, SiteMenus::tr("&Print…"), QKeySequence::Print);
     menu->addSeparator();
@@ -226,7 +229,8 @@ void showReadingActions(QMenu* menu, QAction* before, const QList<QAction*>& act
 void buildTrendWindowMenus(QMenuBar* bar, const SiteActions& actions, const QList<QAction*>& reading)
 {
     addMenu(bar, SiteMenus::tr("&File"))
-        ->addActions({actions.exportPicture, actions.exportReport, actions.ownForms->menuAction(), actions.print});
+        ->addActions({actions.exportPicture, actions.exportReport, actions.ownForms->menuAction(), actions.saveCase,
+                      actions.print});
     addMenu(bar, SiteMenus::tr("&Edit"))
         ->addActions(
             {actions.undo, actions.redo, actions.copy, actions.copyPicture, actions.copyRecords, actions.copyLink});

@@ -21,6 +21,7 @@ struct SiteActions {
     QAction* exportRecords = nullptr;
     QAction* exportPicture = nullptr;
     QAction* exportReport = nullptr;
+    QAction* saveCase = nullptr;
     QMenu* ownForms = nullptr;  ///< what the view itself writes:
     QAction* exportPNG = nullptr;
     QAction* exportPDF = nullptr;

@@ -63,6 +63,7 @@ void SiteWindow::makeOutputs()
     connect(m_actions.exportPDF, &QAction::triggered, outputs, [outputs] { outputs->exportGraph("exportToPDF"); });
     connect(m_actions.exportReport, &QAction::triggered, outputs, &TrendOutputs::exportReport);
     connect(m_actions.print, &QAction::triggered, outputs, &TrendOutputs::printReport);
+    connect(m_actions.saveCase, &QAction::triggered, outputs, &TrendOutputs::saveCase);
 }
 
 void SiteWindow::connectFileActions()
@@ -127,6 +128,7 @@ void SiteWindow::updateActions()
                              ? tr("There is nothing to export yet: import or record something first.")
                              : QString());
     setUnavailableReason(m_actions.exportPicture, noTrend);
+    setUnavailableReason(m_actions.saveCase, noTrend);
     setUnavailableReason(m_actions.copyPicture, noTrend);
     setUnavailableReason(m_actions.copyLink, noTrend);
     setUnavailableReason(m_actions.copyRecords, noTrend);

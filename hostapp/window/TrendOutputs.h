@@ -18,6 +18,7 @@ class QWidget;
 ///
 ///   pictures and records into files        TrendOutputs.cpp
 ///   the report, on paper and as a PDF      TrendOutputs_Print.cpp
+///   the trend as a site of its own         TrendOutputs_Case.cpp
 ///   into the clipboard                     TrendOutputs_Copying.cpp
 namespace plotix {
 
@@ -42,6 +43,8 @@ public:
     void exportRecords();
     void exportReport();
     void printReport();
+    /// Asks for the span, and writes the trend with its records and notes into a site of its own.
+    void saveCase();
 
     void copyPicture();
     void copyLink();
@@ -55,6 +58,7 @@ private:
     bool settle(const KTVPlugInPtr& plugIn, Wanted wanted);
     bool waitForRecords();
     void start(RecordExportTask* task, const QString& fileName);
+    void writeCaseOf(const KTVPlugIn& trend, const MomentSpan& span, const QString& path);
     void putLinkTo(const ShownView& view);
     void alert(const QString& message, const QString& text);
 

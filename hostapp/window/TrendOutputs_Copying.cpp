@@ -10,22 +10,11 @@
 #include <QtGui/QClipboard>
 #include <QtWidgets/QApplication>
 
-#include <algorithm>
-
 namespace plotix {
 
 namespace {
 
 constexpr double kCopiedDensity = 2;  // pixels a point
-
-/// Between the marks A and B of a trend, in order; nothing while one is not set.
-std::optional<std::pair<double, double>> markedSpan(const KTVPlugIn* trend)
-{
-    const QVariantMap marks = reading(trend).value_or(QVariantMap()).value(QStringLiteral("marks")).toMap();
-    if (!marks.contains(QStringLiteral("a")) || !marks.contains(QStringLiteral("b")))
-        return std::nullopt;
-    return std::minmax({marks.value(QStringLiteral("a")).toDouble(), marks.value(QStringLiteral("b")).toDouble()});
-}
 
 }  // namespace
 

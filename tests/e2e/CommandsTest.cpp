@@ -218,6 +218,23 @@ TEST_F(Commands, TheDemonstrationIsDrawnWhereThereIsNoDisplay)
     EXPECT_EQ(agent["properties"].toArray().size(), 8);
 }
 
+TEST_F(Drawings, OfACaseAreThoseOfItsSite)
+{
+    ASSERT_EQ(run({}), 0) << error().toStdString();
+    const QString site = QStringLiteral("home/Demonstration.plotix");
+    ASSERT_EQ(run({"case", site, "--trend", "wind and gusts", "--output", "wind.plotix"}), 0) << error().toStdString();
+    EXPECT_TRUE(output().contains(" records of 2 properties, 0 notes, ")) << output().toStdString();
+    EXPECT_EQ(run({"verify", "wind.plotix"}), 0);
+    const QJsonObject records = runForJson({"info", "wind.plotix", "--json"})["agents"][0].toObject();
+    const QString from = records["first"].toString(), to = records["last"].toString();
+    for (const QString& file : {site, QStringLiteral("wind.plotix")})
+        ASSERT_EQ(run({"render", file, "--properties", "windSpeed,windGust", "--from", from, "--to", to, "--no-recipe",
+                       "--output", QFileInfo(file).baseName() + ".png"}),
+                  0)
+            << error().toStdString();
+    EXPECT_EQ(contents("wind.png"), contents("Demonstration.png"));
+}
+
 }  // namespace
 
 }  // namespace plotix

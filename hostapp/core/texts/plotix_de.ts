@@ -926,6 +926,47 @@
         <source>“%1” is an SVG drawing. Choose another name.</source>
         <translation>„%1“ ist eine SVG-Zeichnung. Wählen Sie einen anderen Namen.</translation>
     </message>
+    <message>
+        <source>“%1” is the site itself. Choose another name.</source>
+        <translation>„%1“ ist die Anlage selbst. Wählen Sie einen anderen Namen.</translation>
+    </message>
+    <message>
+        <source>“%1” is not a case, so it is not written over. Choose another name.</source>
+        <translation>„%1“ ist kein Fall und wird deshalb nicht überschrieben. Wählen Sie einen anderen Namen.</translation>
+    </message>
+    <message>
+        <source>“%1” is open, or was not closed properly. Close it, or choose another name.</source>
+        <translation>„%1“ ist offen oder wurde nicht richtig geschlossen. Schließen Sie die Datei, oder wählen Sie einen anderen Namen.</translation>
+    </message>
+    <message>
+        <source>Nothing was recorded between %1 and %2. Choose another span.</source>
+        <translation>Zwischen %1 und %2 wurde nichts aufgezeichnet. Wählen Sie einen anderen Zeitraum.</translation>
+    </message>
+    <message>
+        <source>%1 of %2, %3, %4</source>
+        <translation>%1 von %2, %3, %4</translation>
+    </message>
+    <message numerus="yes">
+        <source>%Ln record(s)</source>
+        <translation>
+            <numerusform>%Ln Messzeile</numerusform>
+            <numerusform>%Ln Messzeilen</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>%Ln property(s)</source>
+        <translation>
+            <numerusform>%Ln Größe</numerusform>
+            <numerusform>%Ln Größen</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>%Ln note(s)</source>
+        <translation>
+            <numerusform>%Ln Notiz</numerusform>
+            <numerusform>%Ln Notizen</numerusform>
+        </translation>
+    </message>
 </context>
 <context>
     <name>PageReport</name>
@@ -2561,6 +2602,14 @@
         <source>What was written about times and spans of this site.</source>
         <translation>Was über Zeiten und Spannen dieser Anlage geschrieben wurde.</translation>
     </message>
+    <message>
+        <source>&amp;Save as Case…</source>
+        <translation>Als Fall &amp;sichern …</translation>
+    </message>
+    <message>
+        <source>The trend with its records and notes as a site of its own, to send to somebody.</source>
+        <translation>Der Trend mit seinen Messwerten und Notizen als Anlage für sich, um ihn jemandem zu schicken.</translation>
+    </message>
 </context>
 <context>
     <name>TrendCommandText</name>
@@ -3990,6 +4039,53 @@ Auf einen Trend ziehen, oder ankreuzen und „Neuer Trend“ wählen.</translati
     </message>
 </context>
 <context>
+    <name>plotix::SaveCaseDialog</name>
+    <message>
+        <source>What is &amp;visible: %1</source>
+        <translation>Was &amp;sichtbar ist: %1</translation>
+    </message>
+    <message>
+        <source>From &amp;A to B: %1</source>
+        <translation>Von &amp;A bis B: %1</translation>
+    </message>
+    <message>
+        <source>From &amp;A to B</source>
+        <translation>Von &amp;A bis B</translation>
+    </message>
+    <message>
+        <source>&amp;From</source>
+        <translation>&amp;Von</translation>
+    </message>
+    <message>
+        <source>Save as Case</source>
+        <translation>Als Fall sichern</translation>
+    </message>
+    <message>
+        <source>A case is a site of its own, with “%1”, its records, limits and notes of this span and nothing else. Whoever has Plotix opens it, and needs nothing else.</source>
+        <translation>Ein Fall ist eine Anlage für sich, mit „%1“, seinen Messwerten, Grenzwerten und Notizen dieses Zeitraums und nichts sonst. Wer Plotix hat, öffnet ihn und braucht sonst nichts.</translation>
+    </message>
+    <message>
+        <source>Set both marks, A and B, first.</source>
+        <translation>Setzen Sie erst beide Marken, A und B.</translation>
+    </message>
+    <message>
+        <source>&amp;Save…</source>
+        <translation>Si&amp;chern …</translation>
+    </message>
+    <message>
+        <source>t&amp;o</source>
+        <translation>b&amp;is</translation>
+    </message>
+    <message>
+        <source>From</source>
+        <translation>Von</translation>
+    </message>
+    <message>
+        <source>To</source>
+        <translation>Bis</translation>
+    </message>
+</context>
+<context>
     <name>plotix::SeparateWindow</name>
     <message>
         <source>%1 – %2</source>
@@ -4517,6 +4613,30 @@ Auf einen Trend ziehen, oder ankreuzen und „Neuer Trend“ wählen.</translati
     <message>
         <source>The report could not be saved</source>
         <translation>Der Bericht konnte nicht gesichert werden</translation>
+    </message>
+    <message>
+        <source>There is no case to save</source>
+        <translation>Es gibt keinen Fall zu sichern</translation>
+    </message>
+    <message>
+        <source>Saving %1…</source>
+        <translation>%1 wird gesichert …</translation>
+    </message>
+    <message>
+        <source>Cancelled; the case was not saved.</source>
+        <translation>Abgebrochen; der Fall wurde nicht gesichert.</translation>
+    </message>
+    <message>
+        <source>The case is saved</source>
+        <translation>Der Fall ist gesichert</translation>
+    </message>
+    <message>
+        <source>“%1” in %2 has %3.</source>
+        <translation>„%1“ in %2 enthält %3.</translation>
+    </message>
+    <message>
+        <source>The case is not saved</source>
+        <translation>Der Fall ist nicht gesichert</translation>
     </message>
 </context>
 <context>

@@ -47,6 +47,30 @@
     </message>
 </context>
 <context>
+    <name>OutputText</name>
+    <message numerus="yes">
+        <source>%Ln record(s)</source>
+        <translation>
+            <numerusform>%Ln record</numerusform>
+            <numerusform>%Ln records</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>%Ln property(s)</source>
+        <translation>
+            <numerusform>%Ln property</numerusform>
+            <numerusform>%Ln properties</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>%Ln note(s)</source>
+        <translation>
+            <numerusform>%Ln note</numerusform>
+            <numerusform>%Ln notes</numerusform>
+        </translation>
+    </message>
+</context>
+<context>
     <name>plotix::AnnotationAsking</name>
     <message numerus="yes">
         <source>Delete %n note(s)</source>

@@ -164,6 +164,15 @@ void TrendReader::readBeside(const TimeSpan& span, std::function<void()> show) c
     show();
 }
 
+QVariantList TrendReader::spansBeside(double from, double to) const
+{
+    QVariantList spans;
+    for (const auto& part : m_parts)
+        for (const TimeSpan& span : part->spansBeside({from, to}))
+            spans.append(QVariant(QVariantList{span.from, span.to}));
+    return spans;
+}
+
 void TrendReader::viewLoaded()
 {
     if (CPTGraphHostingView* view = m_trend.graphView()) {

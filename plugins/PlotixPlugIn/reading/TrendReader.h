@@ -50,6 +50,10 @@ public:
     /// Lets every part read what it shows beside the records of this span, then calls `show`; at once where none does.
     void readBeside(const TimeSpan& span, std::function<void()> show) const;
 
+    /// The spans of records, lists of two numbers, that are shown beside those of a span; for whoever takes the records
+    /// of a trend elsewhere.
+    Q_INVOKABLE QVariantList spansBeside(double from, double to) const;
+
     /// Tells the parts, and from now on sees keys and pointer in the graph before its view does, so that
     /// the parts may take them: the last part is asked first, since it is what lies on top.
     void viewLoaded();

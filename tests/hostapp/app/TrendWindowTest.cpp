@@ -26,6 +26,7 @@
 #include <QtWidgets/QLineEdit>
 #include <QtWidgets/QListWidget>
 #include <QtWidgets/QMenu>
+#include <QtWidgets/QMessageBox>
 #include <QtWidgets/QPushButton>
 #include <QtWidgets/QStatusBar>
 #include <QtWidgets/QTableView>
@@ -257,6 +258,45 @@ TEST_F(TrendWindowTest, ToolTipsShowNamesAsTheyAre)
 }
 
 /// The way of a picture: dialog, panel, file.
+class CaseWindowTest : public TrendWindowTest {
+protected:
+    /// Saved where asked, over the span that the dialog proposes; answers what was told then.
+    QString saveCase(const QString& name)
+    {
+        answer<QDialog>([](QDialog* dialog) { QTest::keyClick(dialog, Qt::Key_Return); });
+        saveAs(site.file(name));
+        window->actions().saveCase->trigger();
+        const auto boxes = window->findChildren<QMessageBox*>();
+        return boxes.isEmpty() ? QString() : boxes.back()->text() + u' ' + boxes.back()->informativeText();
+    }
+};
+
+TEST_F(CaseWindowTest, WhatIsVisibleIsSavedAndTold)
+{
+    const QString said = saveCase("case.plotix");
+    EXPECT_EQ(proposed, "Day.plotix");
+    EXPECT_TRUE(said.contains("The case is saved")) << said.toStdString();
+    EXPECT_TRUE(said.contains("600 record(s) of 2 property(s), 0 note(s), ")) << said.toStdString();
+    const auto made = SiteDocument::open(site.file("case.plotix"));
+    EXPECT_EQ(made->agents().front()->siteProperties().size(), 2U);
+    EXPECT_EQ(made->archivedPlugIns().size(), 1U);
+}
+
+TEST_F(CaseWindowTest, TheStretchBetweenTheMarksIsProposed)
+{
+    setReading(trend.get(), {{"marks", QVariantMap{{"a", kStart + 6000}, {"b", kStart + 3000}}}});
+    const QString said = saveCase("case.plotix");
+    EXPECT_TRUE(said.contains("53 record(s) of 2 property(s)")) << said.toStdString();  // with one before and one after
+}
+
+TEST_F(CaseWindowTest, TheSiteItselfIsLeftAsItIs)
+{
+    answer<QMessageBox>([](QMessageBox* question) { question->button(QMessageBox::Yes)->click(); });  // replace it
+    const QString said = saveCase("garden.plotix");
+    EXPECT_TRUE(said.contains("is the site itself")) << said.toStdString();
+    EXPECT_FALSE(site.document->isReplaced());
+}
+
 class PictureWindowTest : public TrendWindowTest {
 protected:
     static QComboBox* listAt(const QString& label, const QDialog& dialog)

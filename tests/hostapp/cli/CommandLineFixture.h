@@ -34,6 +34,11 @@ public:
         reported.push_back(request);
         return "a report";
     }
+    CasePlan planCase(const CaseRequest& request) override
+    {
+        casesPlanned.push_back(request);
+        return casePlan;
+    }
     void serve(const ServeRequest& request) override
     {
         served.push_back(request);
@@ -52,6 +57,8 @@ public:
     std::vector<OpenRequest> opened;
     std::vector<RenderRequest> rendered;
     std::vector<ReportRequest> reported;
+    CasePlan casePlan;
+    std::vector<CaseRequest> casesPlanned;
     std::vector<ServeRequest> served;
     std::vector<TrendRequest> stored;
 };

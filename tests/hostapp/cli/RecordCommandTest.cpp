@@ -23,6 +23,7 @@ public:
     int open(const OpenRequest&) override { throw ReportableError(QStringLiteral("not here")); }
     QByteArray render(const RenderRequest&) override { throw ReportableError(QStringLiteral("not here")); }
     QByteArray report(const ReportRequest&) override { throw ReportableError(QStringLiteral("not here")); }
+    CasePlan planCase(const CaseRequest&) override { throw ReportableError(QStringLiteral("not here")); }
     void serve(const ServeRequest&) override { throw ReportableError(QStringLiteral("not here")); }
     void storeTrend(const TrendRequest& trend) override { trends.push_back(trend); }
     CommandProgress makeProgress(const QString&) override { return {}; }

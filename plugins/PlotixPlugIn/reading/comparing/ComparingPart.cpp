@@ -86,6 +86,15 @@ void ComparingPart::readBeside(const TimeSpan& span, const std::function<void()>
     read(span, m_choices.together(), show);
 }
 
+std::vector<TimeSpan> ComparingPart::spansBeside(const TimeSpan& span) const
+{
+    std::vector<TimeSpan> spans;
+    for (const QString& text : m_choices.together())
+        if (const auto stretches = stretchesOf(*comparisonFrom(text), span, trend().zone()); !stretches.empty())
+            spans.push_back(hullOf(stretches));
+    return spans;
+}
+
 // Whoever reads anew wants nothing any more of what was asked before; its records are shown without comparisons.
 void ComparingPart::read(const TimeSpan& span, const QStringList& comparisons, const std::function<void()>& show)
 {

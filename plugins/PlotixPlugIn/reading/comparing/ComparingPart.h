@@ -34,6 +34,7 @@ public:
     void markedSpanSet() override { updateActions(); }
     void readBeside(const TimeSpan& span, const std::function<void()>& show) override;
     void readingCancelled() override;
+    std::vector<TimeSpan> spansBeside(const TimeSpan& span) const override;
     bool keyPressed(const QKeyEvent& event) override;
     std::vector<QAction*> actions() const override { return m_actions; }
     void addLineItems(QMenu& menu, const QStringList& keys) override;

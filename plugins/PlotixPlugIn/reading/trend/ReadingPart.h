@@ -57,6 +57,8 @@ public:
     /// beside them.
     virtual void readBeside(const TimeSpan& /*span*/, const std::function<void()>& show) { show(); }
     virtual void readingCancelled() {}  ///< by the user
+    /// The spans of records that this part shows beside those of a span.
+    virtual std::vector<TimeSpan> spansBeside(const TimeSpan& /*span*/) const { return {}; }
     /// A key pressed in the graph that the contract leaves free; answers whether it was meant for this part.
     virtual bool keyPressed(const QKeyEvent& /*event*/) { return false; }
     /// What the pointer does over the graph while the view shows it: mouse buttons and moves with and without one, the
