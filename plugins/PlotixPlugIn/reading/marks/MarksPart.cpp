@@ -206,7 +206,7 @@ void MarksPart::datesFromMarks()
 void MarksPart::copyRange()
 {
     if (m_marks.areBoth())
-        QGuiApplication::clipboard()->setText(rangeText(m_marks.span()));
+        QGuiApplication::clipboard()->setText(rangeText(m_marks.span(), trend().clock()));
 }
 
 void MarksPart::showWindow()

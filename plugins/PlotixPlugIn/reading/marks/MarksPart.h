@@ -33,6 +33,7 @@ public:
     void graphReleased() override;
     void plotsReplaced() override;
     void linesChanged() override;
+    void clockSet() override { emit marksMoved(); }
     bool keyPressed(const QKeyEvent& event) override;
     std::vector<QAction*> actions() const override { return m_actions; }
 

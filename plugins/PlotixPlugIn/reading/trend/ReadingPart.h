@@ -52,6 +52,7 @@ public:
     virtual void rangeSet(CPTCoordinate /*coordinate*/) {}  ///< of the graph's default plot space
     virtual void restyled() {}                              ///< axes and frame of the graph have another look
     virtual void markedSpanSet() {}
+    virtual void clockSet() {}  ///< times are said by another zone, or in another form
     /// Records of this span were read and are shown next: `show` is to be called when this part has read what it shows
     /// beside them.
     virtual void readBeside(const TimeSpan& /*span*/, const std::function<void()>& show) { show(); }
