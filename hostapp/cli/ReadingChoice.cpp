@@ -14,13 +14,13 @@ struct Marks {
     double a = 0, b = 0;
 };
 
-std::optional<Marks> marksFromArgument(const QString& text)
+std::optional<Marks> marksFromArgument(const QString& text, const QTimeZone& clock = {})
 {
     const QStringList ends = text.split(QLatin1Char('/'));
     if (ends.size() != 2)
         return std::nullopt;
-    const auto a = timeFromArgument(ends[0]);
-    const auto b = timeFromArgument(ends[1]);
+    const auto a = timeFromArgument(ends[0], clock);
+    const auto b = timeFromArgument(ends[1], clock);
     return a && b ? std::optional(Marks{*a, *b}) : std::nullopt;
 }
 
@@ -110,6 +110,7 @@ void addReadingChoice(CLI::App* command, ReadingChoice& choice)
         ->allow_extra_args(false)
         ->delimiter(',')
         ->check(checkDistance);
+    addClockChoice(command, choice.clock);
     command->add_option("--without", choice.without, "Leave out the limits of the lines, the notes, or both")
         ->type_name("limits,notes")
         ->allow_extra_args(false)
@@ -129,7 +130,7 @@ void addReadingChoice(CLI::App* command, ReadingChoice& choice)
         ->check(checkDuration);
 }
 
-QVariantMap readingFrom(const ReadingChoice& choice)
+QVariantMap readingFrom(const ReadingChoice& choice, const QTimeZone& clock)
 {
     QVariantMap reading;
     if (!choice.arrangement.isEmpty())
@@ -138,9 +139,9 @@ QVariantMap readingFrom(const ReadingChoice& choice)
         reading.insert(QStringLiteral("looks"), looks);
     if (const QVariantMap legend = legendFrom(choice); !legend.isEmpty())
         reading.insert(QStringLiteral("legend"), legend);
-    if (const auto at = choice.at.isEmpty() ? std::nullopt : timeFromArgument(choice.at))
+    if (const auto at = choice.at.isEmpty() ? std::nullopt : timeFromArgument(choice.at, clock))
         reading.insert(QStringLiteral("valueLine"), QVariantMap{{QStringLiteral("held"), *at}});
-    if (const auto marks = marksFromArgument(choice.marks))
+    if (const auto marks = marksFromArgument(choice.marks, clock))
         reading.insert(QStringLiteral("marks"),
                        QVariantMap{{QStringLiteral("a"), marks->a}, {QStringLiteral("b"), marks->b}});
     QStringList comparisons;
@@ -151,6 +152,8 @@ QVariantMap readingFrom(const ReadingChoice& choice)
         reading.insert(QStringLiteral("comparing"), QVariantMap{{QStringLiteral("with"), comparisons}});
     if (const auto quality = qualityFrom(choice))
         reading.insert(QStringLiteral("missing"), *quality);
+    if (const QVariantMap said = clockFrom(choice.clock); !said.isEmpty())
+        reading.insert(QStringLiteral("clock"), said);
     for (const std::string& key : choice.without)
         reading.insert(QString::fromStdString(key), QVariantMap{{QStringLiteral("shown"), false}});
     return reading;

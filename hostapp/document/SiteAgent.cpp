@@ -11,12 +11,28 @@
 
 namespace plotix {
 
+namespace {
+
+/// The clocks of an agent's site. The agent *owns* it.
+class AgentClock : public KTVSiteClock {
+public:
+    explicit AgentClock(const SiteAgent& agent) : m_agent(agent) {}
+    QTimeZone zone() const override { return m_agent.document() ? m_agent.document()->zone() : QTimeZone(); }
+
+private:
+    const SiteAgent& m_agent;
+};
+
+}  // namespace
+
 SiteAgent::SiteAgent(SiteDocument* document, qint64 id, QString uniqueIdentifier, QString name)
     : m_document(document), m_id(id), m_uniqueIdentifier(std::move(uniqueIdentifier)), m_name(std::move(name))
 {
     m_archiveManager = std::make_unique<ArchiveManager>(
         document->records(), id, [this] { return properties().objects(); }, Units::shared());
     m_annotations = std::make_unique<AgentAnnotations>(*this);
+    m_siteClock = std::make_unique<AgentClock>(*this);
+    connect(document, &SiteDocument::siteChanged, m_siteClock.get(), &KTVSiteClock::changed);
     connect(document, &SiteDocument::annotationsChanged, m_annotations.get(), &KTVAnnotations::changed);
     connect(m_archiveManager.get(), &ArchiveManager::fetchFailed, this,
             [this](const QString& message, RecordFailure failure) {

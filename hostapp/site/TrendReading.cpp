@@ -19,6 +19,7 @@ QVariantMap recommendedReading(Reader reader)
     options.insert(QStringLiteral("looks"), QVariantMap{{QStringLiteral("marks"), QStringLiteral("apart")}});
     options.insert(QStringLiteral("missing"),
                    QVariantMap{{QStringLiteral("stretches"), true}, {QStringLiteral("amended"), true}});
+    options.insert(QStringLiteral("clock"), QVariantMap{{QStringLiteral("changes"), true}});
     if (reader == Reader::OfAPicture)
         options.insert(QStringLiteral("unlimitedValues"), true);
     if (reader == Reader::AtAWindow) {

@@ -137,9 +137,20 @@ void TrendAccess::setBusy(bool isBusy)
         m_plugIn.m_dataCluster->refreshComplete(&m_plugIn);
 }
 
-QTimeZone TrendAccess::zone() const
+void TrendAccess::setClock(const CPTClock& clock)
 {
-    return QTimeZone::systemTimeZone();
+    if (m_clock == clock)
+        return;
+    m_clock = clock;
+    m_plugIn.m_dataCluster->setClock(clock);
+    m_plugIn.adjustXAxis();
+    m_plugIn.m_reader->tell(&plotix::ReadingPart::clockSet);
+}
+
+KTVSiteClock* TrendAccess::siteClock() const
+{
+    const auto* zoned = dynamic_cast<const KTVZonedAgent*>(m_plugIn.agent().get());
+    return zoned ? zoned->siteClock() : nullptr;
 }
 
 CPTGraphHostingView* TrendAccess::graphView() const

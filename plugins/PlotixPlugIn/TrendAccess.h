@@ -27,7 +27,9 @@ public:
                     const std::shared_ptr<plotix::RecordsRead>& read,
                     std::function<void(const KTVRecordDictionaryPtr& records)> done) override;
     void setBusy(bool isBusy) override;
-    QTimeZone zone() const override;
+    CPTClock clock() const override { return m_clock; }
+    void setClock(const CPTClock& clock) override;
+    KTVSiteClock* siteClock() const override;
     CPTGraphHostingView* graphView() const override;
     QWidget* rootView() const override;
     std::optional<plotix::TimeSpan> dates() const override;
@@ -52,4 +54,5 @@ private:
     std::optional<plotix::TimeSpan> m_markedSpan;
     mutable KTVRecordDictionaryPtr m_amended;  // the records that the amendments below are about
     mutable std::map<QString, std::vector<KTVAmendment>> m_amendments;
+    CPTClock m_clock;
 };

@@ -2198,6 +2198,63 @@
         <source>Arrived La&amp;te</source>
         <translation>V&amp;erspätet eingetroffen</translation>
     </message>
+    <message>
+        <source>clocks %1</source>
+        <extracomment>Where the clocks are changed to summer time or back: &quot;clocks +1 h&quot;.</extracomment>
+        <translation>Uhr %1</translation>
+    </message>
+    <message>
+        <source>Time &amp;Zone</source>
+        <translation>&amp;Zeitzone</translation>
+    </message>
+    <message>
+        <source>&amp;My Time Zone (%1)</source>
+        <translation>&amp;Meine Zeitzone (%1)</translation>
+    </message>
+    <message>
+        <source>That of the &amp;Site (%1)</source>
+        <translation>Die der &amp;Anlage (%1)</translation>
+    </message>
+    <message>
+        <source>&amp;UTC</source>
+        <translation>&amp;UTC</translation>
+    </message>
+    <message>
+        <source>&amp;Other Time Zone…</source>
+        <translation>Ande&amp;re Zeitzone…</translation>
+    </message>
+    <message>
+        <source>Usual &amp;Form of Times</source>
+        <translation>Übliche &amp;Form der Zeiten</translation>
+    </message>
+    <message>
+        <source>&amp;24 Hours</source>
+        <translation>&amp;24 Stunden</translation>
+    </message>
+    <message>
+        <source>As in My &amp;Language</source>
+        <translation>Wie in meiner &amp;Sprache</translation>
+    </message>
+    <message>
+        <source>Mark Where Clocks Are &amp;Changed</source>
+        <translation>&amp;Uhrumstellung anzeigen</translation>
+    </message>
+    <message>
+        <source>not set</source>
+        <translation>nicht angegeben</translation>
+    </message>
+    <message>
+        <source>Time Zone</source>
+        <translation>Zeitzone</translation>
+    </message>
+    <message>
+        <source>Search for a city, a country or UTC+5:45</source>
+        <translation>Nach Stadt, Land oder UTC+5:45 suchen</translation>
+    </message>
+    <message>
+        <source>No time zone is called “%1”. Did you mean %2?</source>
+        <translation>Keine Zeitzone heißt „%1“. Meinten Sie %2?</translation>
+    </message>
 </context>
 <context>
     <name>PlugInStore</name>
@@ -4127,6 +4184,22 @@ Auf einen Trend ziehen, oder ankreuzen und „Neuer Trend“ wählen.</translati
     <message>
         <source>&amp;Location:</source>
         <translation>&amp;Ort:</translation>
+    </message>
+    <message>
+        <source>such as Europe/Berlin</source>
+        <translation>etwa Europe/Berlin</translation>
+    </message>
+    <message>
+        <source>A trend can say its times by the clocks of the site: View ▸ Time Zone.</source>
+        <translation>Ein Trend kann seine Zeiten nach den Uhren der Anlage nennen: Ansicht ▸ Zeitzone.</translation>
+    </message>
+    <message>
+        <source>Time &amp;zone:</source>
+        <translation>&amp;Zeitzone:</translation>
+    </message>
+    <message>
+        <source>No time zone is called “%1”. Did you mean %2?</source>
+        <translation>Keine Zeitzone heißt „%1“. Meinten Sie %2?</translation>
     </message>
 </context>
 <context>

@@ -223,6 +223,40 @@ TEST_F(RenderCommandTest, LimitsAndNotesMayBeLeftOut)
     expectFailure({"render", site(), "--output", path("a.png"), "--without", "marks"}, 2, QStringLiteral("--without"));
 }
 
+TEST_F(RenderCommandTest, RenderSaysTimesByAZone)
+{
+    importWeather();
+    ASSERT_EQ(run({"render", site(), "--zone", "kathmandu", "--hours", "24", "--from", "2015-01-01", "--to",
+                   "2015-01-01T12:00", "--at", "2015-01-01T06:00", "--output", path("a.png")}),
+              0)
+        << m_error.toStdString();
+    const RenderRequest& request = m_services.rendered.front();
+    EXPECT_EQ(request.reading.value("clock").toMap(),
+              (QVariantMap{{"zone", "Asia/Kathmandu"}, {"form", "24-hour"}, {"changes", true}}));
+    EXPECT_EQ(request.trend.from, Date{1420070400 - 20'700});
+    EXPECT_EQ(request.trend.to, Date{1420070400 - 20'700 + 43'200});
+    EXPECT_EQ(request.reading.value("valueLine").toMap().value("held"), 1420070400 - 20'700 + 21'600.0);
+}
+
+TEST_F(RenderCommandTest, RenderRefusesAnUnknownZoneAndNamesTheNearest)
+{
+    importWeather();
+    expectFailure({"render", site(), "--zone", "Europe/Berlinn", "--output", path("a.png")}, 2,
+                  QStringLiteral("did you mean Europe/Berlin?"));
+    expectFailure({"render", site(), "--zone", "site", "--output", path("a.png")}, 1,
+                  QStringLiteral("does not say its time zone"));
+}
+
+TEST_F(RenderCommandTest, RenderTakesTheSitesZone)
+{
+    importWeather();
+    SiteDocument::open(site())->setZone(QTimeZone("Asia/Kathmandu"));
+    ASSERT_EQ(run({"render", site(), "--zone", "site", "--from", "2015-01-01", "--output", path("a.png")}), 0)
+        << m_error.toStdString();
+    EXPECT_EQ(m_services.rendered.front().reading.value("clock").toMap().value("zone"), "site");
+    EXPECT_EQ(m_services.rendered.front().trend.from, Date{1420070400 - 20'700});
+}
+
 }  // namespace
 
 }  // namespace plotix
