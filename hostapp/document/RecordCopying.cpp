@@ -61,6 +61,7 @@ public:
             end = span.second;
         }
         copyNeighbours(end, kOpen);
+        copyAmendments(spans);
         return m_copied;
     }
 
@@ -91,6 +92,19 @@ private:
             return false;
         put(*block);
         return goesOn();
+    }
+
+    /// Which records came late or were corrected is true of the copies as well.
+    void copyAmendments(const std::vector<CopiedSpan>& spans)
+    {
+        const auto writer = m_to.begin();
+        for (const auto& [from, to] : spans)
+            for (const Amendment& each : m_from.amendments(m_what.agent, m_properties, bound(from), bound(to))) {
+                Amendment copied = within(each, from, to);
+                copied.property = m_what.properties.at(each.property);
+                writer->addAmendment(m_what.toAgent, copied);
+            }
+        writer->commit();
     }
 
     bool goesOn() const
