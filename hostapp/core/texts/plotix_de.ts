@@ -2270,10 +2270,6 @@
         <translation>&amp;Neue Anlage …</translation>
     </message>
     <message>
-        <source>&amp;Open Site…</source>
-        <translation>Anlage ö&amp;ffnen …</translation>
-    </message>
-    <message>
         <source>Open &amp;Recent</source>
         <translation>Zuletzt geöffnete &amp;Anlagen</translation>
     </message>
@@ -2552,6 +2548,14 @@
     <message>
         <source>The trend with its records and notes as a site of its own, to send to somebody.</source>
         <translation>Der Trend mit seinen Messwerten und Notizen als Anlage für sich, um ihn jemandem zu schicken.</translation>
+    </message>
+    <message>
+        <source>&amp;Open…</source>
+        <translation>Ö&amp;ffnen …</translation>
+    </message>
+    <message>
+        <source>A site, or a figure that tells what it shows.</source>
+        <translation>Eine Anlage, oder eine Abbildung, die sagt, was sie zeigt.</translation>
     </message>
 </context>
 <context>
@@ -4293,10 +4297,6 @@ Auf einen Trend ziehen, oder ankreuzen und „Neuer Trend“ wählen.</translati
         <translation>Ein Import läuft.</translation>
     </message>
     <message>
-        <source>Open Site</source>
-        <translation>Anlage öffnen</translation>
-    </message>
-    <message>
         <source>New Site</source>
         <translation>Neue Anlage</translation>
     </message>
@@ -4427,6 +4427,26 @@ Auf einen Trend ziehen, oder ankreuzen und „Neuer Trend“ wählen.</translati
     <message>
         <source>The view cannot be shown</source>
         <translation>Die Ansicht lässt sich nicht zeigen</translation>
+    </message>
+    <message>
+        <source>Sites and figures (*.plotix *.png *.pdf *.svg)</source>
+        <translation>Anlagen und Abbildungen (*.plotix *.png *.pdf *.svg)</translation>
+    </message>
+    <message>
+        <source>Figures (*.png *.pdf *.svg)</source>
+        <translation>Abbildungen (*.png *.pdf *.svg)</translation>
+    </message>
+    <message>
+        <source>Open</source>
+        <translation>Öffnen</translation>
+    </message>
+    <message>
+        <source>The figure cannot be opened as a view</source>
+        <translation>Die Abbildung lässt sich nicht als Ansicht öffnen</translation>
+    </message>
+    <message>
+        <source>“%1” does not tell what it shows: it was not made by Plotix, or what it shows was left out of it.</source>
+        <translation>„%1“ sagt nicht, was darauf zu sehen ist: Die Datei stammt nicht von Plotix, oder die Angabe wurde weggelassen.</translation>
     </message>
 </context>
 <context>
