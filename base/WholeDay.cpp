@@ -1,6 +1,7 @@
 #include "base/WholeDay.h"
 
 #include <QtCore/QDateTime>
+#include <QtCore/QTimeZone>
 
 #include <cmath>
 #include <limits>
@@ -9,7 +10,12 @@ namespace plotix {
 
 OptionalDate lastMomentOf(const QDate& day)
 {
-    const QDateTime next = day.addDays(1).startOfDay();
+    return lastMomentOf(day, QTimeZone());
+}
+
+OptionalDate lastMomentOf(const QDate& day, const QTimeZone& zone)
+{
+    const QDateTime next = zone.isValid() ? day.addDays(1).startOfDay(zone) : day.addDays(1).startOfDay();
     if (!day.isValid() || !next.isValid())
         return std::nullopt;
     const double seconds = static_cast<double>(next.toMSecsSinceEpoch()) / 1000;

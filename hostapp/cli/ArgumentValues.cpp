@@ -71,17 +71,18 @@ std::optional<double> durationFromArgument(const QString& text)
     return match.hasMatch() && seconds > 0 ? std::optional(seconds) : std::nullopt;
 }
 
-std::optional<double> timeFromArgument(const QString& text)
+std::optional<double> timeFromArgument(const QString& text, const QTimeZone& clock)
 {
-    return TimeColumnReader(TimeLayout::YearFirst, LocalTime(QString())).read(text.trimmed().toStdString());
+    return TimeColumnReader(TimeLayout::YearFirst, LocalTime(QString::fromUtf8(clock.id())))
+        .read(text.trimmed().toStdString());
 }
 
-std::optional<double> endFromArgument(const QString& text)
+std::optional<double> endFromArgument(const QString& text, const QTimeZone& clock)
 {
     const QDate day = QDate::fromString(text.trimmed(), Qt::ISODate);
     const bool isDayAlone = day.isValid() && text.trimmed().size() == day.toString(Qt::ISODate).size();
-    const OptionalDate end = isDayAlone ? lastMomentOf(day) : std::nullopt;
-    return end ? end->seconds : timeFromArgument(text);
+    const OptionalDate end = isDayAlone ? lastMomentOf(day, clock) : std::nullopt;
+    return end ? end->seconds : timeFromArgument(text, clock);
 }
 
 QStringList listFromArgument(const QString& text)

@@ -5,6 +5,7 @@
 #include <QtCore/QSize>
 #include <QtCore/QString>
 #include <QtCore/QStringList>
+#include <QtCore/QTimeZone>
 
 #include <optional>
 #include <string>
@@ -25,12 +26,13 @@ std::string argumentFromSize(const QSize& size);
 /// Seconds of "90", "90s", "1.5m", "2h" or "1d"; nothing for anything else, and for what is not above zero.
 std::optional<double> durationFromArgument(const QString& text);
 
-/// Seconds since 1970-01-01 UTC of an ISO 8601 text; without a zone the time is the user's. A date alone means its
+/// Seconds since 1970-01-01 UTC of an ISO 8601 text; without a zone the time is one of `clock`'s, the user's where that
+/// is invalid. A date alone means its
 /// first moment. Nothing for anything else.
-std::optional<double> timeFromArgument(const QString& text);
+std::optional<double> timeFromArgument(const QString& text, const QTimeZone& clock = {});
 
 /// The same as the end of a span: a date alone means the whole day.
-std::optional<double> endFromArgument(const QString& text);
+std::optional<double> endFromArgument(const QString& text, const QTimeZone& clock = {});
 
 /// "a, b,,c" is a, b and c.
 QStringList listFromArgument(const QString& text);

@@ -54,11 +54,11 @@ RenderRequest::Format formatOf(FileKind kind)
 }
 
 /// What is said beside a preset counts instead of what the preset says.
-void makeFigure(const RenderCommand& command, RenderRequest& request)
+void makeFigure(const RenderCommand& command, const QTimeZone& clock, RenderRequest& request)
 {
     const auto preset = figurePresetNamed(command.preset);
     request.reading = readingOf(command.gaps);
-    const QVariantMap said = readingFrom(command.reading);
+    const QVariantMap said = readingFrom(command.reading, clock);
     request.reading.insert(said);
     if (preset) {
         request.size = pointsOf(*preset);
@@ -101,11 +101,12 @@ KTVPropertyList propertiesToDraw(const SiteAgent& agent, const QStringList& name
 }
 
 /// The default range is all time; a bound left open beside a given one is the end of the records too.
-TimeSpan spanToDraw(const RecordChoice& choice, const std::optional<RecordExtent>& extent, const QString& agent)
+TimeSpan spanToDraw(const RecordChoice& choice, const std::optional<RecordExtent>& extent, const QString& agent,
+                    const QTimeZone& clock)
 {
     if (!extent)
         throw ReportableError(QStringLiteral("%1 has no records to draw").arg(agent));
-    TimeSpan span = timeSpanOf(choice, extent);
+    TimeSpan span = timeSpanOf(choice, extent, clock);
     if (!span.from)
         span.from = extent->first;
     if (!span.to)
@@ -124,14 +125,15 @@ int runCommand(const RenderCommand& command, CommandContext context)
     trend.document = openSite(command.site);
     trend.agent = agentOf(*trend.document, command.choice.agent);
     trend.properties = propertiesToDraw(*trend.agent, command.choice.properties);
+    const QTimeZone clock = zoneOf(command.reading.clock, *trend.document);
     const auto extent = trend.document->records()->extent(trend.agent->id());
-    const TimeSpan span = spanToDraw(command.choice, extent, trend.agent->name());
+    const TimeSpan span = spanToDraw(command.choice, extent, trend.agent->name(), clock);
     trend.from = Date{*span.from};
     trend.to = Date{*span.to};
     trend.title = command.title;
     request.bare = command.bare;
     request.hasRecipe = !command.noRecipe;
-    makeFigure(command, request);
+    makeFigure(command, clock, request);
     request.format = formatOf(kind);
     writeOutput(kind, command.output, context.services.render(request));
     return kCommandDone;
@@ -174,12 +176,15 @@ Command addRender(CLI::App& program)
         "Leave out of the file what it shows: site, trend, span and choices, by which plotix open shows it "
         "again");
     render->add_flag("--bare", options->bare, "The plain graph that programs ask for: no date labels, no styling; PNG");
-    render->footer("Examples:\n  plotix render nyc.plotix --agent EWR --properties airTemperature,pressure \\\n"
-                   "    --size 1200x600 --title \"Newark 2013\" --output newark.png\n"
-                   "  plotix render nyc.plotix --agent EWR --from 2013-07-01 --to 2013-07-08 --output july.pdf\n"
-                   "  plotix render nyc.plotix --agent EWR --properties temp,pressure --look paper --size 85x60mm \\\n"
-                   "    --dpi 300 --font-size 7pt --legend below --axis-titles values --output figure.png\n"
-                   "  plotix render nyc.plotix --agent EWR --preset paper-column --output figure.svg");
+    render->footer(
+        "Examples:\n  plotix render nyc.plotix --agent EWR --properties airTemperature,pressure \\\n"
+        "    --size 1200x600 --title \"Newark 2013\" --output newark.png\n"
+        "  plotix render nyc.plotix --agent EWR --from 2013-07-01 --to 2013-07-08 --output july.pdf\n"
+        "  plotix render nyc.plotix --agent EWR --properties temp,pressure --look paper --size 85x60mm \\\n"
+        "    --dpi 300 --font-size 7pt --legend below --axis-titles values --output figure.png\n"
+        "  plotix render nyc.plotix --agent EWR --preset paper-column --output figure.svg\n"
+        "  plotix render nyc.plotix --agent EWR --from 2013-03-10 --to 2013-03-10 --zone America/New_York \\\n"
+        "    --output day.png");
     Command command{render, Command::Makes::Picture};
     command.run = [options](CommandContext context) { return runCommand(*options, context); };
     command.contradiction = [options]() -> std::optional<QString> {

@@ -1,4 +1,5 @@
 #include "hostapp/cli/ArgumentValues.h"
+#include "hostapp/cli/ClockChoice.h"
 #include "hostapp/cli/Commands.h"
 #include "hostapp/cli/Options.h"
 #include "hostapp/cli/SiteLookup.h"
@@ -16,6 +17,7 @@ struct ReportCommand {
     ReportForm form = ReportForm::Page;
     QString columns;
     QString over;  ///< empty: as the view has it
+    ClockChoice clock;
 };
 
 /// What was said about the table, by the names that a trend has for it.
@@ -32,8 +34,9 @@ QVariantMap statisticsOf(const ReportCommand& command)
 int runCommand(const ReportCommand& command, CommandContext context)
 {
     requireWritable(FileKind::Pdf, command.output);
-    const ReportRequest request{openSite(command.site), command.view, command.paper, command.form,
-                                statisticsOf(command)};
+    const ReportRequest request{openSite(command.site), command.view,          command.paper,
+                                command.form,           statisticsOf(command), clockFrom(command.clock)};
+    zoneOf(command.clock, *request.document);  // refuses one that nobody has said
     writeOutput(FileKind::Pdf, command.output, context.services.report(request));
     return kCommandDone;
 }
@@ -65,6 +68,7 @@ Command addReport(CLI::App& program)
             "What the table is about: everything fetched, what the graph shows, or what lies between its marks")
         ->type_name("fetched|visible|marked")
         ->check(CLI::IsMember({"fetched", "visible", "marked"}));
+    addClockChoice(report, command->clock);
     report->footer("Example:\n  plotix report nyc.plotix --view \"Newark 2013\" --paper Letter --output newark.pdf");
     Command made{report, Command::Makes::Picture,
                  [command](CommandContext context) { return runCommand(*command, context); }};

@@ -14,13 +14,13 @@ struct Marks {
     double a = 0, b = 0;
 };
 
-std::optional<Marks> marksFromArgument(const QString& text)
+std::optional<Marks> marksFromArgument(const QString& text, const QTimeZone& clock = {})
 {
     const QStringList ends = text.split(QLatin1Char('/'));
     if (ends.size() != 2)
         return std::nullopt;
-    const auto a = timeFromArgument(ends[0]);
-    const auto b = timeFromArgument(ends[1]);
+    const auto a = timeFromArgument(ends[0], clock);
+    const auto b = timeFromArgument(ends[1], clock);
     return a && b ? std::optional(Marks{*a, *b}) : std::nullopt;
 }
 
@@ -49,6 +49,25 @@ QVariantMap legendFrom(const ReadingChoice& choice)
     if (!choice.axisTitles.isEmpty())
         legend.insert(QStringLiteral("axisTitles"), choice.axisTitles);
     return legend;
+}
+
+/// Nothing where nothing was said: then pictures show what they usually do.
+std::optional<QVariantMap> qualityFrom(const ReadingChoice& choice)
+{
+    if (choice.quality.empty() && choice.lateBy.isEmpty())
+        return std::nullopt;
+    QVariantMap quality;
+    for (const std::string& word :
+         choice.quality.empty() ? std::vector<std::string>{"missing", "late"} : choice.quality)
+        if (word == "missing")
+            quality.insert(QStringLiteral("stretches"), true);
+        else if (word == "late")
+            quality.insert(QStringLiteral("amended"), true);
+        else if (word == "strip")
+            quality.insert(QStringLiteral("strip"), true);
+    if (const std::optional<double> lateBy = durationFromArgument(choice.lateBy))
+        quality.insert(QStringLiteral("lateBy"), *lateBy);
+    return quality;
 }
 
 }  // namespace
@@ -91,14 +110,27 @@ void addReadingChoice(CLI::App* command, ReadingChoice& choice)
         ->allow_extra_args(false)
         ->delimiter(',')
         ->check(checkDistance);
+    addClockChoice(command, choice.clock);
     command->add_option("--without", choice.without, "Leave out the limits of the lines, the notes, or both")
         ->type_name("limits,notes")
         ->allow_extra_args(false)
         ->delimiter(',')
         ->check(CLI::IsMember({"limits", "notes"}));
+    command
+        ->add_option(
+            "--quality", choice.quality,
+            "Hatch what is missing, mark what arrived late or was corrected, sum it up in a strip at the foot; "
+            "missing and late unless given")
+        ->type_name("missing,late,strip|none")
+        ->allow_extra_args(false)
+        ->delimiter(',')
+        ->check(CLI::IsMember({"missing", "late", "strip", "none"}));
+    addText(command, "--late-by", choice.lateBy, "What took no longer to arrive is not late, such as 10min")
+        ->type_name("TIME")
+        ->check(checkDuration);
 }
 
-QVariantMap readingFrom(const ReadingChoice& choice)
+QVariantMap readingFrom(const ReadingChoice& choice, const QTimeZone& clock)
 {
     QVariantMap reading;
     if (!choice.arrangement.isEmpty())
@@ -107,9 +139,9 @@ QVariantMap readingFrom(const ReadingChoice& choice)
         reading.insert(QStringLiteral("looks"), looks);
     if (const QVariantMap legend = legendFrom(choice); !legend.isEmpty())
         reading.insert(QStringLiteral("legend"), legend);
-    if (const auto at = choice.at.isEmpty() ? std::nullopt : timeFromArgument(choice.at))
+    if (const auto at = choice.at.isEmpty() ? std::nullopt : timeFromArgument(choice.at, clock))
         reading.insert(QStringLiteral("valueLine"), QVariantMap{{QStringLiteral("held"), *at}});
-    if (const auto marks = marksFromArgument(choice.marks))
+    if (const auto marks = marksFromArgument(choice.marks, clock))
         reading.insert(QStringLiteral("marks"),
                        QVariantMap{{QStringLiteral("a"), marks->a}, {QStringLiteral("b"), marks->b}});
     QStringList comparisons;
@@ -118,6 +150,10 @@ QVariantMap readingFrom(const ReadingChoice& choice)
             comparisons << textOf(*distance);
     if (!comparisons.isEmpty())
         reading.insert(QStringLiteral("comparing"), QVariantMap{{QStringLiteral("with"), comparisons}});
+    if (const auto quality = qualityFrom(choice))
+        reading.insert(QStringLiteral("missing"), *quality);
+    if (const QVariantMap said = clockFrom(choice.clock); !said.isEmpty())
+        reading.insert(QStringLiteral("clock"), said);
     for (const std::string& key : choice.without)
         reading.insert(QString::fromStdString(key), QVariantMap{{QStringLiteral("shown"), false}});
     return reading;

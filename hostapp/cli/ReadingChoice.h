@@ -1,5 +1,7 @@
 #pragma once
 
+#include "hostapp/cli/ClockChoice.h"
+
 #include <CLI/CLI.hpp>
 #include <QtCore/QString>
 #include <QtCore/QVariant>
@@ -23,12 +25,15 @@ struct ReadingChoice {
     QString marks;                     ///< two times with a slash between them; empty: no marks
     std::vector<std::string> compare;  ///< distances in time
     std::vector<std::string> without;  ///< keys of what is left out: limits, notes
+    std::vector<std::string> quality;  ///< missing, late, strip, or none; empty: missing and late
+    QString lateBy;                    ///< how long something may take and is not late; empty: no time
+    ClockChoice clock;
 
     bool isEmpty() const
     {
         return arrangement.isEmpty() && look.isEmpty() && fontSize.isEmpty() && legend.isEmpty() &&
                axisTitles.isEmpty() && lineWidth == 0 && !isTransparent && at.isEmpty() && marks.isEmpty() &&
-               compare.empty() && without.empty();
+               compare.empty() && without.empty() && quality.empty() && lateBy.isEmpty() && clock.isEmpty();
     }
 };
 
@@ -37,7 +42,8 @@ struct ReadingChoice {
 void addReadingChoice(CLI::App* command, ReadingChoice& choice);
 
 /// The choice by the names of a trend's options of reading. Requires: texts that passed the options' checks.
-QVariantMap readingFrom(const ReadingChoice& choice);
+/// Times without a zone are those of `clock`; an invalid one is the user's.
+QVariantMap readingFrom(const ReadingChoice& choice, const QTimeZone& clock = {});
 
 /// What is wrong with two times and a slash, worded to follow the option's name; empty: nothing.
 std::string checkMarks(const std::string& text);

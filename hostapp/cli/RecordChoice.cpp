@@ -7,14 +7,14 @@ namespace plotix {
 
 namespace {
 
-using Reading = std::optional<double> (*)(const QString&);
+using Reading = std::optional<double> (*)(const QString&, const QTimeZone&);
 
 void addBound(CLI::App* command, const char* name, std::optional<double>& time, QString& word, const char* help,
               Reading read)
 {
     const auto take = [&time, &word, read](const std::string& given) {
         word = QString::fromStdString(given);
-        time = read(word);
+        time = read(word, {});
     };
     command->add_option_function<std::string>(name, take, help)->type_name("T")->check(checkTime);
 }

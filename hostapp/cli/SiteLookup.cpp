@@ -1,6 +1,7 @@
 #include "hostapp/cli/SiteLookup.h"
 
 #include "base/ReportableError.h"
+#include "hostapp/cli/ArgumentValues.h"
 #include "hostapp/core/QuickRanges.h"
 
 #include <QtCore/QFileInfo>
@@ -90,12 +91,17 @@ std::vector<std::shared_ptr<SiteProperty>> propertiesOf(const SiteAgent& agent, 
     return properties;
 }
 
-TimeSpan timeSpanOf(const RecordChoice& choice, const std::optional<RecordExtent>& extent)
+TimeSpan timeSpanOf(const RecordChoice& choice, const std::optional<RecordExtent>& extent, const QTimeZone& zone)
 {
     TimeSpan span{choice.from, choice.to};
+    if (zone.isValid() && span.from)
+        span.from = timeFromArgument(choice.fromWord, zone);
+    if (zone.isValid() && span.to)
+        span.to = endFromArgument(choice.toWord, zone);
     if (choice.range.isEmpty())
         return span;
     QuickRanges::Setting setting;
+    setting.zone = zone;
     setting.allTime = [&extent]() -> std::optional<std::pair<Date, Date>> {
         if (!extent)
             return {};

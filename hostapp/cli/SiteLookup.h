@@ -24,6 +24,7 @@ std::vector<std::shared_ptr<SiteProperty>> propertiesOf(const SiteAgent& agent, 
 struct TimeSpan {
     std::optional<double> from, to;
 };
-TimeSpan timeSpanOf(const RecordChoice& choice, const std::optional<RecordExtent>& extent);
+/// By the clocks of a zone; an invalid one is the user's.
+TimeSpan timeSpanOf(const RecordChoice& choice, const std::optional<RecordExtent>& extent, const QTimeZone& zone = {});
 
 }  // namespace plotix

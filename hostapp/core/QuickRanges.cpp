@@ -60,8 +60,13 @@ QuickRanges::QuickRanges(Setting setting) : m_setting(std::move(setting)) {}
 
 void QuickRanges::dateRange(KTVQuickRange range, OptionalDate& start, OptionalDate& end) const
 {
+    dateRangeIn(m_setting.zone.isValid() ? m_setting.zone : QTimeZone::systemTimeZone(), range, start, end);
+}
+
+void QuickRanges::dateRangeIn(const QTimeZone& zone, KTVQuickRange range, OptionalDate& start, OptionalDate& end) const
+{
     const Date now = m_setting.clock ? m_setting.clock() : currentDate();
-    const Calendar calendar(now, m_setting.zone.isValid() ? m_setting.zone : QTimeZone::systemTimeZone());
+    const Calendar calendar(now, zone);
     const QDate today = calendar.today();
     const QDate week = startOfWeek(today, m_setting.locale.firstDayOfWeek());
     const QDate month = startOfMonth(today);

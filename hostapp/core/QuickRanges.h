@@ -21,7 +21,7 @@
 ///   AllTime: what `allTime` answers; nothing when there are no records.
 namespace plotix {
 
-class QuickRanges : public KTVNaturalLanguageDateCreator {
+class QuickRanges : public KTVNaturalLanguageDateCreator, public KTVZonedDateCreator {
 public:
     using Clock = std::function<Date()>;
     /// First and last record of everything open, or nothing.
@@ -38,6 +38,7 @@ public:
     explicit QuickRanges(Setting setting);
 
     void dateRange(KTVQuickRange range, OptionalDate& start, OptionalDate& end) const override;
+    void dateRangeIn(const QTimeZone& zone, KTVQuickRange range, OptionalDate& start, OptionalDate& end) const override;
 
 private:
     Setting m_setting;

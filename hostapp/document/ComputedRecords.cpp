@@ -5,6 +5,7 @@
 #include "hostapp/formulas/ExactSum.h"
 
 #include <algorithm>
+#include <array>
 #include <cmath>
 #include <limits>
 
@@ -139,6 +140,24 @@ std::vector<RecordPart> ComputedRecords::partsRead(RowId agent, std::span<const 
         return known->computed.contains(property) && planProperty(*known->directory, property).problem;
     });
     return ComputedReading(*m_stored, *known->directory, {agent, asked, from, to}).parts();
+}
+
+std::vector<Amendment> ComputedRecords::amendments(RowId agent, std::span<const RowId> properties,
+                                                   std::optional<double> from, std::optional<double> to)
+{
+    const auto known = site();
+    std::vector<Amendment> found;
+    for (const RowId property : properties) {
+        const std::array asked{property};
+        const bool isComputed = known->computed.contains(property);
+        for (const RecordPart& part :
+             isComputed ? partsRead(agent, asked, from, to) : std::vector<RecordPart>{{agent, {property}, from, to}})
+            for (Amendment each : m_stored->amendments(part.agent, part.properties, from, to)) {
+                each.property = property;
+                found.push_back(each);
+            }
+    }
+    return found;
 }
 
 ColumnStatistics ComputedRecords::statistics(RowId agent, RowId property, std::optional<double> from,

@@ -48,6 +48,9 @@ public:
     ColumnStatistics statistics(RowId agent, RowId property, std::optional<double> from = {},
                                 std::optional<double> to = {},
                                 StatisticsFrom source = StatisticsFrom::Summaries) override;
+    /// Of a computed property: those of the records that its formula names, and that a read goes through.
+    std::vector<Amendment> amendments(RowId agent, std::span<const RowId> properties, std::optional<double> from = {},
+                                      std::optional<double> to = {}) override;
     std::unique_ptr<RecordTransaction> begin() override { return m_stored->begin(); }
     std::unique_ptr<RecordAppender> appender() override { return m_stored->appender(); }
     CompactionResult compact(const CompactionRequest& request, const ArchiveProgress& progress = {}) override;

@@ -18,7 +18,7 @@ namespace {
 // Stored: never change.
 constexpr QLatin1String kAgents("agents"), kProperties("properties"), kAliases("aliases"), kPlugIns("plugIns"),
     kFormulas("formulas"), kMadeAgents("madeAgents"), kMadeProperties("madeProperties"), kSpans("spans"),
-    kTables("tables"), kLimits("limits"), kNotes("notes"), kNoteProperties("noteProperties");
+    kTables("tables"), kLimits("limits"), kNotes("notes"), kNoteProperties("noteProperties"), kAmendments("amendments");
 
 constexpr const char* kSelectAgents = "SELECT id, identifier, name FROM agent";
 constexpr const char* kSelectProperties =
@@ -95,6 +95,12 @@ void run(Database& database, const char* sql, const QCborArray& row)
     statement.run();
 }
 
+QCborArray rowOf(RowId agent, const Amendment& amendment)
+{
+    return {agent,           amendment.property, static_cast<qint64>(amendment.kind), amendment.from, amendment.to,
+            amendment.first, amendment.last};
+}
+
 QCborValue bound(std::optional<double> time)
 {
     return time ? QCborValue(*time) : QCborValue(nullptr);
@@ -139,6 +145,8 @@ void EditStepBuilder::keepRecords(RecordStore& stored, RowId agent, const std::v
     for (const RowId property : properties)
         ids.append(property);
     m_spans.append(QCborArray{agent, ids, bound(from), bound(to)});
+    for (const Amendment& each : stored.amendments(agent, properties, from, to))
+        m_amendments.append(rowOf(agent, within(each, from.value_or(each.from), to.value_or(each.to))));
     Statement keep(m_database, "INSERT INTO kept(step, agent, data) VALUES(?, ?, ?)");
     for (const RecordOverview::Run& run : stored.overview(agent, {}, from, to).runs) {
         // Run by run, so that no more than one of them is in memory.
@@ -158,6 +166,7 @@ void EditStepBuilder::finish()
     data.insert(kMadeProperties, m_madeProperties);
     data.insert(kPlugIns, m_plugIns);
     data.insert(kSpans, m_spans);
+    data.insert(kAmendments, m_amendments);
     Statement(m_database, "UPDATE step SET data = ? WHERE id = ?")
         .bind(1, QCborValue(data).toCbor())
         .bind(2, m_id)
@@ -198,6 +207,7 @@ void EditJournal::undo(const EditStep& step, RecordStore& stored, RecordTransact
     kept.reset();
     removeRecords(spans, stored, records, meter);
     restoreRecords(step.id, records, meter);
+    restoreAmendments(data.value(kAmendments).toArray(), records);
     restorePlugIns(step.kind, data.value(kPlugIns).toArray());
     removeWhatWasMade(data);
     Statement(m_database, "DELETE FROM step WHERE id = ?").bind(1, step.id).run();
@@ -225,6 +235,18 @@ void EditJournal::restoreRecords(qint64 step, RecordTransaction& records, EditMe
     while (kept.step()) {
         records.store(kept.integer(0), keptRecords(kept.bytes(1)));
         meter.advance();
+    }
+    records.prepare();
+}
+
+/// What the step itself noted went with the records that were taken out.
+void EditJournal::restoreAmendments(const QCborArray& amendments, RecordTransaction& records)
+{
+    for (const QCborValue& value : amendments) {
+        const QCborArray row = value.toArray();
+        records.addAmendment(row[0].toInteger(),
+                             {row[1].toInteger(), static_cast<Amendment::Kind>(row[2].toInteger()), row[3].toDouble(),
+                              row[4].toDouble(), row[5].toDouble(), row[6].toDouble()});
     }
     records.prepare();
 }

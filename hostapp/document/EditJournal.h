@@ -66,7 +66,7 @@ private:
     Database& m_database;
     qint64 m_id = 0;
     QCborMap m_tables;
-    QCborArray m_madeAgents, m_madeProperties, m_plugIns, m_spans;
+    QCborArray m_madeAgents, m_madeProperties, m_plugIns, m_spans, m_amendments;
 };
 
 class EditJournal {
@@ -83,6 +83,7 @@ public:
 private:
     void removeRecords(const QCborArray& spans, RecordStore& stored, RecordTransaction& records, EditMeter& meter);
     void restoreRecords(qint64 step, RecordTransaction& records, EditMeter& meter);
+    static void restoreAmendments(const QCborArray& amendments, RecordTransaction& records);
     void removeWhatWasMade(const QCborMap& data);
     void restoreTables(const QCborMap& tables);
     void restoreFormulas(const QCborMap& tables);

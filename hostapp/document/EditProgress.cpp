@@ -1,6 +1,8 @@
 #include "hostapp/document/EditProgress.h"
 
 #include <algorithm>
+#include <cmath>
+#include <limits>
 
 namespace plotix {
 
@@ -20,9 +22,13 @@ std::size_t partsOf(RecordStore& stored, RowId agent, std::optional<double> from
 void removeInParts(RecordStore& stored, RecordTransaction& records, RowId agent, const std::vector<RowId>& properties,
                    std::optional<double> from, std::optional<double> to, EditMeter& meter)
 {
-    for (const RecordOverview::Run& run : stored.overview(agent, {}, from, to).runs) {
-        records.remove(agent, properties, std::max(run.t0, from.value_or(run.t0)),
-                       std::min(run.t1, to.value_or(run.t1)));
+    // Each from where the one before ended, so that nothing is left of what is known of times between two parts.
+    std::optional<double> begin = from;
+    const std::vector<RecordOverview::Run> runs = stored.overview(agent, {}, from, to).runs;
+    for (std::size_t i = 0; i < runs.size(); ++i) {
+        const std::optional<double> end = i + 1 < runs.size() ? runs[i].t1 : to;
+        records.remove(agent, properties, begin, end);
+        begin = std::nextafter(runs[i].t1, std::numeric_limits<double>::infinity());
         meter.advance();
     }
 }

@@ -6,7 +6,24 @@
 #include "hostapp/document/ArchiveManager.h"
 #include "hostapp/document/SiteDocument.h"
 
+#include <algorithm>
+#include <array>
+
 namespace plotix {
+
+namespace {
+
+/// The clocks of an agent's site. The agent *owns* it.
+class AgentClock : public KTVSiteClock {
+public:
+    explicit AgentClock(const SiteAgent& agent) : m_agent(agent) {}
+    QTimeZone zone() const override { return m_agent.document() ? m_agent.document()->zone() : QTimeZone(); }
+
+private:
+    const SiteAgent& m_agent;
+};
+
+}  // namespace
 
 SiteAgent::SiteAgent(SiteDocument* document, qint64 id, QString uniqueIdentifier, QString name)
     : m_document(document), m_id(id), m_uniqueIdentifier(std::move(uniqueIdentifier)), m_name(std::move(name))
@@ -14,6 +31,8 @@ SiteAgent::SiteAgent(SiteDocument* document, qint64 id, QString uniqueIdentifier
     m_archiveManager = std::make_unique<ArchiveManager>(
         document->records(), id, [this] { return properties().objects(); }, Units::shared());
     m_annotations = std::make_unique<AgentAnnotations>(*this);
+    m_siteClock = std::make_unique<AgentClock>(*this);
+    connect(document, &SiteDocument::siteChanged, m_siteClock.get(), &KTVSiteClock::changed);
     connect(document, &SiteDocument::annotationsChanged, m_annotations.get(), &KTVAnnotations::changed);
     connect(m_archiveManager.get(), &ArchiveManager::fetchFailed, this,
             [this](const QString& message, RecordFailure failure) {
@@ -39,6 +58,28 @@ KTVPropertyCollection SiteAgent::properties() const
 KTVArchiveManager* SiteAgent::archiveManager() const
 {
     return m_archiveManager.get();
+}
+
+// A trend goes without what cannot be read: its records cannot be either, and say why.
+std::vector<KTVAmendment> SiteAgent::amendmentsOf(const QString& propertyName, double from, double to) const
+{
+    std::vector<KTVAmendment> told;
+    for (const auto& property : m_properties) {
+        if (!m_document || property->propertyName() != propertyName)
+            continue;
+        try {
+            for (const Amendment& each :
+                 m_document->records()->amendments(m_id, std::array{property->description().id}, from, to))
+                told.push_back(
+                    {each.kind == Amendment::Kind::Late ? KTVAmendment::Kind::Late : KTVAmendment::Kind::Corrected,
+                     each.from, each.to, each.first, each.last});
+        } catch (const ReportableError&) {
+            return {};
+        }
+    }
+    std::stable_sort(told.begin(), told.end(),
+                     [](const KTVAmendment& one, const KTVAmendment& other) { return one.from < other.from; });
+    return told;
 }
 
 std::optional<QString> SiteAgent::siteName() const

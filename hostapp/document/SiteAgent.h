@@ -2,7 +2,9 @@
 
 #include "hostapp/core/SiteProperty.h"
 #include "plugins/PlotixPlugIn/host/KTVAgent.h"
+#include "plugins/PlotixPlugIn/host/KTVAmendments.h"
 #include "plugins/PlotixPlugIn/host/KTVAnnotations.h"
+#include "plugins/PlotixPlugIn/host/KTVSiteClock.h"
 
 #include <QtCore/QObject>
 
@@ -16,7 +18,11 @@ class ArchiveManager;
 class SiteDocument;
 
 /// One source of measurements in a site document. The document *owns* it; plug-ins *share* it. Main thread only.
-class SiteAgent : public QObject, public KTVAgent, public KTVAnnotatedAgent {
+class SiteAgent : public QObject,
+                  public KTVAgent,
+                  public KTVAnnotatedAgent,
+                  public KTVAmendedAgent,
+                  public KTVZonedAgent {
     Q_OBJECT
 public:
     ~SiteAgent() override;
@@ -35,6 +41,8 @@ public:
     KTVArchiveManager* archiveManager() const override;
     ArchiveManager* siteArchiveManager() const { return m_archiveManager.get(); }
     KTVAnnotations* annotations() const override { return m_annotations.get(); }
+    std::vector<KTVAmendment> amendmentsOf(const QString& propertyName, double from, double to) const override;
+    KTVSiteClock* siteClock() const override { return m_siteClock.get(); }
     std::optional<QString> siteName() const override;
     std::optional<QString> siteLocation() const override;
     KTVSiteWindowController* siteWindowController() const override { return m_siteWindowController; }
@@ -54,6 +62,7 @@ private:
     std::vector<std::shared_ptr<SiteProperty>> m_properties;
     std::unique_ptr<ArchiveManager> m_archiveManager;
     std::unique_ptr<KTVAnnotations> m_annotations;
+    std::unique_ptr<KTVSiteClock> m_siteClock;
     KTVSiteWindowController* m_siteWindowController = nullptr;
 };
 

@@ -1,6 +1,7 @@
 #include "hostapp/document/SiteDocument.h"
 
 #include "base/ReportableError.h"
+#include "base/ZoneNames.h"
 #include "hostapp/core/Units.h"
 #include "hostapp/document/ArchiveManager.h"
 #include "hostapp/document/ComputedRecords.h"
@@ -19,6 +20,8 @@
 namespace plotix {
 
 namespace {
+
+const QString kZoneSetting = QStringLiteral("timeZone");  // stored: never change
 
 constexpr int kPatience = 3000;       // milliseconds that other changes wait for another writer
 constexpr int kRetryInterval = 1000;  // milliseconds until an unsaved change is tried again
@@ -94,6 +97,13 @@ void SiteDocument::setSite(const QString& name, const QString& location)
     emit siteChanged();
 }
 
+void SiteDocument::setZone(const QTimeZone& zone)
+{
+    setSetting(kZoneSetting, zone.id());
+    m_zone = zone;
+    emit siteChanged();
+}
+
 std::shared_ptr<SiteAgent> SiteDocument::agentNamed(const QString& name) const
 {
     for (const std::shared_ptr<SiteAgent>& agent : m_agents)
@@ -124,9 +134,11 @@ std::shared_ptr<SiteAgent> SiteDocument::addAgent(const QString& name)
 void SiteDocument::reload()
 {
     const SiteStore::Site site = m_store->tables.site();
-    const bool renamed = site.name != m_siteName || site.location != m_siteLocation;
+    const QTimeZone zone = zoneNamed(QString::fromUtf8(setting(kZoneSetting))).value_or(QTimeZone());
+    const bool renamed = site.name != m_siteName || site.location != m_siteLocation || zone != m_zone;
     m_siteName = site.name;
     m_siteLocation = site.location;
+    m_zone = zone;
     std::vector<std::shared_ptr<SiteAgent>> changed;
     const bool differs = reloadAgents(changed);
     const bool saysOtherwise = reloadAnnotations();

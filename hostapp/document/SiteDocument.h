@@ -7,6 +7,7 @@
 #include "plugins/PlotixPlugIn/host/KTVSiteDocument.h"
 
 #include <QtCore/QObject>
+#include <QtCore/QTimeZone>
 
 #include <functional>
 #include <memory>
@@ -39,6 +40,9 @@ public:
     QString siteName() const { return m_siteName; }
     QString siteLocation() const { return m_siteLocation; }
     void setSite(const QString& name, const QString& location);
+    /// The zone of the clocks where the site is; invalid: nobody has said.
+    const QTimeZone& zone() const { return m_zone; }
+    void setZone(const QTimeZone& zone);
 
     const std::vector<std::shared_ptr<SiteAgent>>& agents() const { return m_agents; }
     std::shared_ptr<SiteAgent> agentNamed(const QString& name) const;  ///< null when there is none
@@ -95,7 +99,7 @@ public:
 
 signals:
     void agentsChanged();
-    void siteChanged();  ///< name or location
+    void siteChanged();  ///< name, location or zone
     void annotationsChanged();
     /// A change of a property's unit, colour or visibility could not be stored; it is tried again with the next one.
     void changeNotStored(const QString& message);
@@ -125,6 +129,7 @@ private:
 
     std::unique_ptr<Store> m_store;
     QString m_path, m_siteName, m_siteLocation;
+    QTimeZone m_zone;
     std::shared_ptr<RecordStore> m_records;  // m_computed, for those who need not know
     std::shared_ptr<ComputedRecords> m_computed;
     std::vector<std::shared_ptr<SiteAgent>> m_agents;

@@ -12,6 +12,8 @@
 
 #include <QtCore/QFileInfo>
 
+#include <array>
+
 namespace plotix {
 
 namespace {
@@ -123,6 +125,10 @@ void SiteEdit::absorb(RowId agent, const Description& from, RowId intoAgent, con
         m_step->keepRecords(*m_stored, intoAgent, {into.id}, extent->first, extent->last, m_meter);
     const ElementsMoved moved =
         moveElements(*m_stored, *m_records, {agent, from.id, intoAgent, into.id, converted}, m_meter);
+    for (Amendment each : m_stored->amendments(agent, std::array{from.id})) {
+        each.property = into.id;
+        m_records->addAmendment(intoAgent, each);
+    }
     m_outcome.values += moved.values;
     m_outcome.conflicts += moved.conflicts;
 }

@@ -1,5 +1,6 @@
 #include "hostapp/exchange/Importer.h"
 
+#include "base/Date.h"
 #include "hostapp/core/Units.h"
 #include "hostapp/document/ReplacedValues.h"
 #include "hostapp/document/SiteTransaction.h"
@@ -149,6 +150,7 @@ void FileImport::store()
         throw ImportFailure(
             {.what = What::NoNumbers, .column = m_summary.timeColumn, .columns = headersOf(m_source.columns())});
     prepareReplacing(transaction, agent, block);
+    transaction.records().noteAmendments(currentDate().seconds);
     transaction.records().store(agent, block);
     m_summary.createdSite = transaction.createdFile();
     m_summary.firstImport = m_summary.createdSite || !transaction.storedRecords()->extent(agent);

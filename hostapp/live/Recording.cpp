@@ -1,5 +1,6 @@
 #include "hostapp/live/Recording.h"
 
+#include "base/Date.h"
 #include "base/ReportableError.h"
 #include "hostapp/document/AgentLock.h"
 #include "hostapp/document/RecordKeeping.h"
@@ -175,6 +176,7 @@ void Recording::openAppender()
 {
     m_appender = m_records->appender();
     m_appender->setPatience(kPatience);
+    m_appender->noteAmendments([] { return currentDate().seconds; });
 }
 
 RecordBlock Recording::waitingAsBlock() const

@@ -279,7 +279,7 @@ void PageReport::drawHeadings(QPainter& painter, const PageLayoutPlan& plan) con
                  Qt::AlignRight | Qt::AlignVCenter);
         span.setRight(span.right() - width - kColumnGap);
     }
-    drawText(painter, span, spanText(m_contents.from, m_contents.to, m_locale), font, kGrey);
+    drawText(painter, span, spanText(m_contents, m_contents.from, m_contents.to, m_locale), font, kGrey);
     if (!plan.note.isEmpty())
         drawText(painter, plan.note, noteText(m_contents, m_locale), fontOf(kFooterSize), kGrey);
 }

@@ -3,6 +3,7 @@
 #include <QtCore/QRectF>
 #include <QtCore/QString>
 #include <QtCore/QStringList>
+#include <QtCore/QTimeZone>
 #include <QtGui/QColor>
 
 #include <functional>
@@ -32,6 +33,8 @@ struct ReportContents {
     QString title;
     QString siteName, siteLocation;                 ///< either may be empty
     double from = 0, to = 0;                        ///< the span that the graph draws
+    QTimeZone zone = {};                            ///< by whose clocks it is told; invalid: the user's
+    bool hasTwentyFourHours = false;                ///< whatever the user's locale has
     std::optional<double> firstRecord, lastRecord;  ///< of the records that the rows are about; absent: not known
     std::vector<Row> rows;                          ///< of the lines that the graph shows
     QStringList figureTitles;                       ///< of the rows' further cells

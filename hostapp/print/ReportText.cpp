@@ -20,9 +20,10 @@ constexpr int kDigitsOfRange = 3;
 constexpr int kMostDecimals = 6;
 constexpr double kLongestNumber = 1e12;  // from here on powers of ten are shorter
 
-QDateTime momentOf(double seconds)
+QDateTime momentOf(double seconds, const QTimeZone& zone)
 {
-    return QDateTime::fromSecsSinceEpoch(std::llround(seconds));
+    const qint64 whole = std::llround(seconds);
+    return zone.isValid() ? QDateTime::fromSecsSinceEpoch(whole, zone) : QDateTime::fromSecsSinceEpoch(whole);
 }
 
 QString dateText(const QDateTime& moment, const QLocale& locale)
@@ -30,9 +31,9 @@ QString dateText(const QDateTime& moment, const QLocale& locale)
     return locale.toString(moment.date(), QLocale::LongFormat);
 }
 
-QString timeText(const QDateTime& moment, const QLocale& locale, bool withSeconds)
+QString timeText(const QDateTime& moment, const QLocale& locale, bool withSeconds, bool hasTwentyFourHours)
 {
-    QString format = locale.timeFormat(QLocale::ShortFormat);
+    QString format = hasTwentyFourHours ? QStringLiteral("HH:mm") : locale.timeFormat(QLocale::ShortFormat);
     if (withSeconds && !format.contains(QLatin1String("ss")))
         format.replace(QLatin1String("mm"), QLatin1String("mm:ss"));
     if (!withSeconds)
@@ -58,15 +59,19 @@ QString numberText(double number, int decimals, const QLocale& locale)
 
 }  // namespace
 
-QString spanText(double from, double to, const QLocale& locale)
+QString spanText(const ReportContents& contents, double from, double to, const QLocale& locale)
 {
-    const QDateTime begin = momentOf(from), end = momentOf(to);
+    const QDateTime begin = momentOf(from, contents.zone), end = momentOf(to, contents.zone);
     const bool withSeconds = to - from < kSpanWithSeconds;
-    const QString first = timeText(begin, locale, withSeconds), last = timeText(end, locale, withSeconds);
-    const QString zone = end.timeZoneAbbreviation();
+    const QString first = timeText(begin, locale, withSeconds, contents.hasTwentyFourHours);
+    const QString last = timeText(end, locale, withSeconds, contents.hasTwentyFourHours);
+    QString zone = end.timeZoneAbbreviation();
+    if (contents.zone.isValid() && QString::fromUtf8(contents.zone.id()) != zone)
+        zone += QStringLiteral(" (%1)").arg(QString::fromUtf8(contents.zone.id()));
     if (begin.date() == end.date())
         return ReportText::tr("%1, %2 to %3 %4").arg(dateText(begin, locale), first, last, zone);
-    const QString beginZone = begin.timeZoneAbbreviation() == zone ? QString() : ' ' + begin.timeZoneAbbreviation();
+    const QString beginZone =
+        begin.timeZoneAbbreviation() == end.timeZoneAbbreviation() ? QString() : ' ' + begin.timeZoneAbbreviation();
     return ReportText::tr("%1 %2 to %3 %4 %5")
         .arg(dateText(begin, locale), first + beginZone, dateText(end, locale), last, zone);
 }
@@ -91,7 +96,7 @@ QString recordsText(const ReportContents& contents, const QLocale& locale)
     if (!isOutside(*contents.firstRecord) && !isOutside(*contents.lastRecord))
         return {};
     return ReportText::tr("The figures are those of all records read: %1")
-        .arg(spanText(*contents.firstRecord, *contents.lastRecord, locale));
+        .arg(spanText(contents, *contents.firstRecord, *contents.lastRecord, locale));
 }
 
 QString noteText(const ReportContents& contents, const QLocale& locale)

@@ -9,8 +9,8 @@
 namespace plotix {
 
 /// "1 March 2024 08:00 to 7 March 2024 22:35 UTC"; the date once where both ends are of one day. Seconds are told only
-/// where they matter: under a span of ten minutes.
-QString spanText(double from, double to, const QLocale& locale);
+/// where they matter: under a span of ten minutes. A zone that was chosen is named in full.
+QString spanText(const ReportContents& contents, double from, double to, const QLocale& locale);
 
 /// "Boiler house, Hamburg", or what there is of it.
 QString placeText(const ReportContents& contents);

@@ -35,6 +35,16 @@ void chooseStatistics(KTVPlugIn* view, const QVariantMap& wanted)
     setReading(view, {{name, choices}});
 }
 
+void chooseClock(KTVPlugIn* view, const QVariantMap& wanted)
+{
+    if (wanted.isEmpty())
+        return;
+    const QString name = QStringLiteral("clock");
+    QVariantMap choices = reading(view).value_or(QVariantMap()).value(name).toMap();
+    choices.insert(wanted);
+    setReading(view, {{name, choices}});
+}
+
 }  // namespace
 
 QByteArray pdfOfStoredReport(const ReportRequest& request, KTVPlugInModule* module)
@@ -45,6 +55,7 @@ QByteArray pdfOfStoredReport(const ReportRequest& request, KTVPlugInModule* modu
     site.loadPlugIns();
     const KTVPlugInPtr view = viewTitled(printableViews(site), request.view, QStringLiteral("--view"));
     chooseStatistics(view.get(), request.statistics);
+    chooseClock(view.get(), request.clock);
     view->view();  // loading the view starts the fetch
     site.requireRecords();
     site.settle(*view, Wanted::Exact);

@@ -21,6 +21,7 @@ struct ReportRequest {
     std::optional<Paper> paper;  ///< absent: what is usual in the user's country
     ReportForm form = ReportForm::Page;
     QVariantMap statistics = {};  ///< of the table, by name, instead of what the view has; see the option "statistics"
+    QVariantMap clock = {};       ///< likewise: the option "clock"
 };
 
 /// Makes the view as it was left, waits for its records and answers the report as a PDF file's bytes. Stores nothing.

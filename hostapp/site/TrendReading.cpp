@@ -17,7 +17,9 @@ QVariantMap recommendedReading(Reader reader)
                         {QStringLiteral("lineCommands"), true},
                         {QStringLiteral("statistics"), QVariantMap{{QStringLiteral("offered"), true}}}};
     options.insert(QStringLiteral("looks"), QVariantMap{{QStringLiteral("marks"), QStringLiteral("apart")}});
-    options.insert(QStringLiteral("missing"), QVariantMap{{QStringLiteral("stretches"), true}});
+    options.insert(QStringLiteral("missing"),
+                   QVariantMap{{QStringLiteral("stretches"), true}, {QStringLiteral("amended"), true}});
+    options.insert(QStringLiteral("clock"), QVariantMap{{QStringLiteral("changes"), true}});
     if (reader == Reader::OfAPicture)
         options.insert(QStringLiteral("unlimitedValues"), true);
     if (reader == Reader::AtAWindow) {

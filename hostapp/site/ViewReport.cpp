@@ -1,6 +1,7 @@
 #include "hostapp/site/ViewReport.h"
 
 #include "base/ReportableError.h"
+#include "base/ZoneNames.h"
 #include "hostapp/print/PageReport.h"
 #include "hostapp/print/ReportPrinter.h"
 #include "hostapp/site/PlugInOperations.h"
@@ -71,6 +72,8 @@ ReportContents ViewReport::contents() const
     contents.siteLocation = given.value(QStringLiteral("siteLocation")).toString();
     contents.from = given.value(QStringLiteral("from")).toDouble();
     contents.to = given.value(QStringLiteral("to")).toDouble();
+    contents.zone = zoneNamed(given.value(QStringLiteral("zone")).toString()).value_or(QTimeZone());
+    contents.hasTwentyFourHours = given.value(QStringLiteral("twentyFourHours")).toBool();
     contents.firstRecord = timeFrom(given, "firstRecord");
     contents.lastRecord = timeFrom(given, "lastRecord");
     contents.areUnitsInGraph = given.value(QStringLiteral("unitsInGraph")).toBool();

@@ -6,6 +6,7 @@
 #include "hostapp/site/PlugInOperations.h"
 #include "hostapp/window/WorkProgress.h"
 #include "hostapp/window/computing/ComputedPropertyDialog.h"
+#include "hostapp/window/computing/JoinDialog.h"
 
 #include <QtCore/QDateTime>
 #include <QtCore/QLocale>
@@ -170,6 +171,8 @@ void SiteEditor::addToTrend(const KTVPlugInPtr& trend, const std::vector<std::sh
         emit told(tr("The trend shows that already."));
         return;
     }
+    if (!askedHowToJoin(wanted))
+        return;
     const QString text = tr("Add “%1” to the trend").arg(names.join(QStringLiteral("”, “")));
     const auto steps = std::make_shared<std::vector<qint64>>();
     const auto make = [this, steps, wanted, site = site(), owner = agent->id()](const EditProgress& progress) {
@@ -203,6 +206,22 @@ void SiteEditor::addToTrend(const KTVPlugInPtr& trend, const std::vector<std::sh
     };
     if (again() == EditCommand::Result::Done)
         m_around.undoStack.push(new EditCommand(text, m_around.undoStack, again, back));
+}
+
+/// Only what is made is asked about. False: the user thought better of it.
+bool SiteEditor::askedHowToJoin(std::vector<ComputedProperty>& wanted)
+{
+    if (wanted.empty())
+        return true;
+    QStringList names;
+    for (const ComputedProperty& each : wanted)
+        names << each.name;
+    JoinDialog dialog(names, m_around.windowInFront());
+    if (dialog.exec() != QDialog::Accepted)
+        return false;
+    for (ComputedProperty& each : wanted)
+        each.formula.join = dialog.join();
+    return true;
 }
 
 void SiteEditor::show(const KTVPlugInPtr& trend, const QStringList& keys, bool isShown)

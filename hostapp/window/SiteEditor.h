@@ -26,6 +26,8 @@ class QUndoStack;
 /// The window *owns* it; it *borrows* what is around it, which outlives it. Main thread only.
 namespace plotix {
 
+struct ComputedProperty;
+
 class SiteEditor : public QObject {
     Q_OBJECT
 public:
@@ -50,7 +52,8 @@ public:
     void askAndCompute(const std::shared_ptr<SiteAgent>& agent, const std::shared_ptr<SiteProperty>& property);
 
     /// Shows these properties in a trend, all or none. Those of other agents than the trend's become computed ones of
-    /// its agent, "Power (Unit B)", unless it has them already. One step on the undo stack.
+    /// its agent, "Power (Unit B)", unless it has them already: then it asks how they are joined. One step on the undo
+    /// stack.
     void addToTrend(const KTVPlugInPtr& trend, const std::vector<std::shared_ptr<SiteProperty>>& properties);
 
     /// Takes out the property's values in the span that the selected trend shows.
@@ -73,6 +76,7 @@ private:
                 const QString& name);
     EditCommand::Result apply(const QString& text, const std::function<void(const EditProgress&)>& work);
     EditCommand::Result undo(const QString& text, qint64 step);
+    bool askedHowToJoin(std::vector<ComputedProperty>& wanted);
     void show(const KTVPlugInPtr& trend, const QStringList& keys, bool isShown);
     void tellFormulas(const EditOutcome& outcome);  // that name what is gone, or have another name in them now
     void takeIn();

@@ -180,7 +180,8 @@ void SiteWindow::askForSiteDetails()
 {
     SiteDocument& document = *m_controller->siteDocument();
     const QString name = document.siteName(), location = document.siteLocation();
-    SiteDetailsDialog dialog(name, location, this);
+    const QTimeZone zone = document.zone();
+    SiteDetailsDialog dialog(name, location, zone, this);
     if (dialog.exec() != QDialog::Accepted)
         return;
     try {
@@ -193,6 +194,8 @@ void SiteWindow::askForSiteDetails()
         };
         document.setSite(chosen(dialog.name(), name, document.siteName()),
                          chosen(dialog.location(), location, document.siteLocation()));
+        if (dialog.zone() != zone)
+            document.setZone(dialog.zone());
     } catch (const ReportableError& error) {
         showAlert(tr("Name and location are not stored"), error.message());
     }

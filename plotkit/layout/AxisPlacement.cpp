@@ -258,7 +258,7 @@ private:
     /// The first variant no longer than the axis; else the last one.
     QString titleThatFits() const
     {
-        const QStringList variants = m_axis.title().split(kTitleVariants);
+        const QStringList variants = wholeTitle(m_axis).split(kTitleVariants);
         const double length = std::abs(alongEnd() - alongStart());
         const auto fits = [&](const QString& variant) {
             return m_in.measureText(variant, m_axis.titleTextStyle()).width() <= length;
@@ -295,6 +295,17 @@ private:
 };
 
 }  // namespace
+
+QString wholeTitle(const CPTXYAxis& axis)
+{
+    const QString& remark = axis.titleRemark();
+    if (remark.isEmpty() || axis.title().isEmpty())
+        return axis.title() + remark;
+    QStringList variants = axis.title().split(kTitleVariants);
+    for (QString& variant : variants)
+        variant = variant.isEmpty() ? remark : QStringLiteral("%1 (%2)").arg(variant, remark);
+    return (variants << remark).join(kTitleVariants);
+}
 
 QString tickText(const CPTXYAxis& axis, double value, double step)
 {

@@ -28,6 +28,9 @@ struct AxisSurroundings {
 /// next, and an empty one to none. The last is placed wherever it has room. (The toolkit's own sign for that.)
 inline constexpr QChar kTitleVariants = QChar(0x9c);
 
+/// What is written along the axis: its title with its remark behind it, or one of them alone. Empty: nothing.
+QString wholeTitle(const CPTXYAxis& axis);
+
 /// The label of a tick; empty without a formatter.
 QString tickText(const CPTXYAxis& axis, double value, double step);
 

@@ -62,9 +62,9 @@ TickPlan fixedPlan(const CPTXYAxis& axis)
     return plan;
 }
 
-TickPlan calendarPlan(std::size_t row)
+TickPlan calendarPlan(std::size_t row, const QTimeZone& zone)
 {
-    return {0, stepOfCalendarRow(row), minorStepOfCalendarRow(row) > 0 ? 1 : 0, false, row};
+    return {0, stepOfCalendarRow(row), minorStepOfCalendarRow(row) > 0 ? 1 : 0, false, row, zone};
 }
 
 /// Nothing where the calendar has no answer: such a range gets automatic ticks.
@@ -76,7 +76,7 @@ std::optional<TickPlan> plannedByCalendar(const CPTXYAxis& axis, const AxisMappi
     const std::optional<std::size_t> row = calendarRowFrom(kLeastCalendarSpacing * perUnit);
     if (!row || !hasCalendar(*row, mapping))
         return std::nullopt;
-    TickPlan plan = calendarPlan(*row);
+    TickPlan plan = calendarPlan(*row, axis.timeZone());
     if (minorStepOfCalendarRow(*row) < kLeastMinorSpacing * perUnit)
         plan.minors = 0;
     return plan;
@@ -167,7 +167,7 @@ TickPlan coarserPlan(const TickPlan& plan)
 {
     if (plan.calendarRow)
         if (const std::optional<std::size_t> row = coarserCalendarRow(*plan.calendarRow))
-            return calendarPlan(*row);
+            return calendarPlan(*row, plan.zone);
     TickPlan coarser = plan;
     coarser.calendarRow.reset();
     coarser.step = roundNumberFrom(plan.step * 1.5);
@@ -215,7 +215,7 @@ std::vector<MajorTick> majorTicks(const TickPlan& plan, const AxisMapping& mappi
     if (plan.isEmpty() || !mapping.isProper())
         return ticks;
     if (plan.calendarRow)
-        return calendarMajors(*plan.calendarRow, mapping);
+        return calendarMajors(*plan.calendarRow, mapping, plan.zone);
     if (plan.logarithm == TickPlan::Logarithm::Values)
         return roundValues(plan, mapping);
     const Numbers numbers = numbersInRange(plan, mapping);
@@ -230,7 +230,7 @@ std::vector<double> minorTicks(const TickPlan& plan, const AxisMapping& mapping)
     if (plan.isEmpty() || plan.minors <= 0 || !mapping.isProper())
         return ticks;
     if (plan.calendarRow)
-        return calendarMinors(*plan.calendarRow, mapping);
+        return calendarMinors(*plan.calendarRow, mapping, plan.zone);
     if (plan.logarithm == TickPlan::Logarithm::Decades)
         return digitsBetween(mapping);
     const Numbers numbers = numbersInRange(plan, mapping);

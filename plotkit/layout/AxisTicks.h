@@ -20,6 +20,7 @@ struct TickPlan {
     bool isTime = false;  ///< thinned to round times of day and whole days
     /// Majors stand at local times instead, by a row of CalendarTicks.h; `step` is about their distance.
     std::optional<std::size_t> calendarRow = {};
+    QTimeZone zone = {};  ///< of those times; invalid: the local one
     /// Of an axis whose numbers are powers of ten. Decades: steps are whole powers. Values: majors stand at multiples
     /// of `step` among the values that the powers stand for.
     enum class Logarithm { None, Decades, Values };

@@ -23,7 +23,10 @@ constexpr double kDay = 86'400;
 constexpr double kWeek = 7 * kDay;
 constexpr double kFirstMonday = 4 * kDay;  // 1970-01-05
 
-constexpr std::array<Row, 39> kRows{{
+constexpr std::array<Row, 42> kRows{{
+    {{0.001}, {}},
+    {{0.002}, {0.001}},
+    {{0.005}, {0.001}},
     {{0.01}, {0.002}},
     {{0.02}, {0.005}},
     {{0.05}, {0.01}},
@@ -68,6 +71,7 @@ constexpr std::array<Row, 39> kRows{{
 constexpr double kCalendarLimit = 2.0e11;  // seconds; years of four digits
 constexpr double kMostTicks = 4'000;
 constexpr double kOneOffsetWithin = 20 * kDay;  // no zone changes its clocks twice in less
+constexpr double kFewChangesWithin = 400 * kDay;
 constexpr double kTolerance = 1e-6;
 constexpr int kMonthsPerYear = 12;
 
@@ -80,32 +84,30 @@ double lengthOf(const Step& step)
     return step.months < kMonthsPerYear ? step.months * kMonth : step.months / double(kMonthsPerYear) * kYear;
 }
 
-double offsetAt(double moment)
-{
-    return QDateTime::fromSecsSinceEpoch(static_cast<qint64>(std::floor(moment))).offsetFromUtc();
-}
-
-/// Local seconds, counted as though clocks were never changed, into seconds since 1970 UTC.
+/// Local seconds, counted as though clocks were never changed, into seconds since 1970-01-01 UTC.
 class LocalClock {
 public:
-    LocalClock(double low, double high) : m_low(offsetAt(low)), m_high(offsetAt(high))
+    LocalClock(const QTimeZone& zone, double low, double high)
+        : m_zone(zone), m_low(offsetAt(zone, low)), m_high(offsetAt(zone, high))
     {
-        m_isSteady = m_low == m_high && high - low < kOneOffsetWithin;
+        m_isSteady = m_low == m_high && (high - low < kOneOffsetWithin || !changesWithin(low, high));
     }
 
     double localLow(double low) const { return low + m_low; }
     double localHigh(double high) const { return high + m_high; }
 
-    double moment(double local) const
-    {
-        if (m_isSteady)
-            return local - m_low;
-        const double whole = std::floor(local);
-        const QDateTime clock = QDateTime::fromSecsSinceEpoch(static_cast<qint64>(whole), Qt::UTC);
-        return static_cast<double>(QDateTime(clock.date(), clock.time()).toSecsSinceEpoch()) + (local - whole);
-    }
+    double moment(double local) const { return m_isSteady ? local - m_low : momentOfLocal(m_zone, local); }
 
 private:
+    bool changesWithin(double low, double high) const
+    {
+        const auto utc = [](double seconds) { return QDateTime::fromSecsSinceEpoch(qint64(seconds), Qt::UTC); };
+        const bool isKnown = m_zone.isValid() && high - low < kFewChangesWithin;
+        const QTimeZone::OffsetData next = isKnown ? m_zone.nextTransition(utc(low)) : QTimeZone::OffsetData();
+        return !isKnown || (next.atUtc.isValid() && next.atUtc <= utc(high));
+    }
+
+    const QTimeZone m_zone;
     double m_low, m_high;
     bool m_isSteady = false;
 };
@@ -126,11 +128,11 @@ double monthIndexOf(double local)
     return (date.year() - 1970) * double(kMonthsPerYear) + date.month() - 1;
 }
 
-std::vector<MajorTick> ticksOf(const Step& step, const AxisMapping& mapping)
+std::vector<MajorTick> ticksOf(const Step& step, const AxisMapping& mapping, const QTimeZone& zone)
 {
     const double low = mapping.range.minLimit();
     const double high = mapping.range.maxLimit();
-    const LocalClock clock(low, high);
+    const LocalClock clock(zone, low, high);
     const double origin = step.seconds == kWeek ? kFirstMonday : 0;
     const bool isMonths = step.months > 0;
     const double unit = isMonths ? step.months : step.seconds;
@@ -182,20 +184,20 @@ bool hasCalendar(std::size_t row, const AxisMapping& mapping)
            (high - low) / stepOfCalendarRow(row) < kMostTicks;
 }
 
-std::vector<MajorTick> calendarMajors(std::size_t row, const AxisMapping& mapping)
+std::vector<MajorTick> calendarMajors(std::size_t row, const AxisMapping& mapping, const QTimeZone& zone)
 {
-    return ticksOf(kRows[row].major, mapping);
+    return ticksOf(kRows[row].major, mapping, zone);
 }
 
-std::vector<double> calendarMinors(std::size_t row, const AxisMapping& mapping)
+std::vector<double> calendarMinors(std::size_t row, const AxisMapping& mapping, const QTimeZone& zone)
 {
     std::vector<double> values;
     if (!(minorStepOfCalendarRow(row) > 0))
         return values;
-    const std::vector<MajorTick> majors = ticksOf(kRows[row].major, mapping);
+    const std::vector<MajorTick> majors = ticksOf(kRows[row].major, mapping, zone);
     const double tolerance = kTolerance * stepOfCalendarRow(row);
     auto major = majors.begin();
-    for (const MajorTick& tick : ticksOf(kRows[row].minor, mapping)) {
+    for (const MajorTick& tick : ticksOf(kRows[row].minor, mapping, zone)) {
         while (major != majors.end() && major->value < tick.value - tolerance)
             ++major;
         if (major == majors.end() || major->value > tick.value + tolerance)

@@ -40,11 +40,33 @@ QRectF takeRoom(QRectF& inside, const CPTGraphLayer& layer)
     return taken;
 }
 
+QRectF takeRooms(QRectF inside, const CPTXYGraph& graph)
+{
+    for (const CPTGraphLayerPtr& layer : graph.layers())
+        takeRoom(inside, *layer);
+    return inside;
+}
+
+/// A title is the uppermost of all: rooms at the top begin beneath it. Without such rooms it stands in the padding.
+QRectF roomOfTitle(const CPTXYGraph& graph, const QRectF& left, const TextMeasure& measureText)
+{
+    const bool isAtTop = !graph.title().isEmpty() && graph.titlePlotAreaFrameAnchor() == CPTRectAnchor::Top;
+    if (!isAtTop || takeRooms(left, graph).top() <= left.top())
+        return {};
+    const double border = borderWidth(graph.plotAreaFrame());
+    const double text = measureText(graph.title(), graph.titleTextStyle()).height();
+    QRectF room = left;
+    room.setHeight(std::clamp(border + text - graph.titleDisplacement().y(), 0.0, left.height()));
+    return room;
+}
+
 }  // namespace
 
 QRectF GraphGeometry::roomOf(const CPTGraphLayer& layer) const
 {
     QRectF left = besideLegend(graph, frame, legend);
+    if (!titleRoom.isEmpty())
+        left.setTop(titleRoom.bottom());
     for (const CPTGraphLayerPtr& each : graph.layers()) {
         const QRectF room = takeRoom(left, *each);
         if (each.get() == &layer)
@@ -58,14 +80,17 @@ GraphGeometry geometryOfGraph(const CPTXYGraph& graph, const QRectF& rectangle, 
     const QRectF frame = insideOf(rectangle, graph.padding());
     LegendLayout legend = layOutLegend(graph, frame, measureText);
     QRectF inside = besideLegend(graph, frame, legend);
-    for (const CPTGraphLayerPtr& layer : graph.layers())
-        takeRoom(inside, *layer);
+    const QRectF titleRoom = roomOfTitle(graph, inside, measureText);
+    if (!titleRoom.isEmpty())
+        inside.setTop(titleRoom.bottom());
+    inside = takeRooms(inside, graph);
     return {graph,
             rectangle,
             frame,
             inside,
             insideOf(inside, paddingForLabels(graph, inside, measureText)),
-            std::move(legend)};
+            std::move(legend),
+            titleRoom};
 }
 
 }  // namespace plotkit

@@ -24,6 +24,7 @@ struct GraphGeometry {
     QRectF plotArea;   ///< the inside less the frame's padding, or the room its labels need; holds the strips that the
                        ///< ranges are spread over. Never of negative size
     LegendLayout legend{};  ///< along an edge of the frame, outside the layers' rooms
+    QRectF titleRoom{};  ///< of a title above the layers' rooms; empty where it needs none beside the frame's padding
 
     /// The room of a layer of this graph beside the plots; empty for one that needs none, or is not in the graph.
     QRectF roomOf(const CPTGraphLayer& layer) const;

@@ -101,8 +101,10 @@ GraphLayout layOutGraph(const CPTXYGraph& graph, const QRectF& rectangle, const 
     layout.axes.resize(graph.axes().axes().size());
     const double border = borderWidth(graph.plotAreaFrame());
     const QRectF frameInside = insideOf(geometry.inside, {border, border, border, border});
+    const QRectF titled =
+        geometry.titleRoom.isEmpty() ? frameInside : insideOf(geometry.titleRoom, {border, border, 0, border});
     if (!layout.frame.isEmpty())
-        layout.title = placedTitle(graph, rectangle, frameInside, measureText);
+        layout.title = placedTitle(graph, rectangle, titled, measureText);
     if (layout.plotArea.isEmpty())
         return layout;
 

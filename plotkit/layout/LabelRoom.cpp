@@ -42,7 +42,7 @@ private:
         const bool isHigh = held.upperOffset.has_value();
         const QSizeF label = largestLabel(axis);
         const double titleDepth =
-            axis.title().isEmpty() ? 0 : m_measureText(axis.title(), axis.titleTextStyle()).height();
+            wholeTitle(axis).isEmpty() ? 0 : m_measureText(wholeTitle(axis), axis.titleTextStyle()).height();
         const double depth = depthBesideAxis(axis, isX ? label.height() : label.width(), titleDepth) -
                              (isHigh ? *held.upperOffset : held.lowerOffset);
         const double along = (isX ? label.width() : label.height()) / 2;

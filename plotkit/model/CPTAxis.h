@@ -1,5 +1,6 @@
 #pragma once
 
+#include "plotkit/model/CPTClock.h"
 #include "plotkit/model/CPTFormatter.h"
 #include "plotkit/model/CPTPlotRange.h"
 #include "plotkit/model/CPTStyles.h"
@@ -51,6 +52,8 @@ public:
     void setLabelingOrigin(double origin) { set(m_labelingOrigin, origin); }
     CPTTickThinning tickThinning() const { return m_tickThinning; }
     void setTickThinning(CPTTickThinning thinning) { set(m_tickThinning, thinning); }
+    const QTimeZone& timeZone() const { return m_timeZone; }  ///< of Calendar; invalid: the system's
+    void setTimeZone(const QTimeZone& zone) { set(m_timeZone, zone); }
     const CPTFormatterPtr& labelFormatter() const { return m_labelFormatter; }
     void setLabelFormatter(CPTFormatterPtr formatter) { set(m_labelFormatter, std::move(formatter)); }
     const CPTTextStyle& labelTextStyle() const { return m_labelTextStyle; }
@@ -58,7 +61,10 @@ public:
 
     const QString& title() const { return m_title; }
     void setTitle(const QString& title) { set(m_title, title); }  ///< or variants: layout/AxisPlacement.h
-    double titleOffset() const { return m_titleOffset; }          ///< points from the axis away from the plot area
+    /// What stands behind the title, or in its place where there is none: about what is said along the axis.
+    const QString& titleRemark() const { return m_titleRemark; }
+    void setTitleRemark(const QString& remark) { set(m_titleRemark, remark); }
+    double titleOffset() const { return m_titleOffset; }  ///< points from the axis away from the plot area
     void setTitleOffset(double offset) { set(m_titleOffset, offset); }
     const CPTTextStyle& titleTextStyle() const { return m_titleTextStyle; }
     void setTitleTextStyle(const CPTTextStyle& style) { set(m_titleTextStyle, style); }
@@ -108,9 +114,11 @@ private:
     int m_minorTicksPerInterval = 1;
     double m_labelingOrigin = 0;
     CPTTickThinning m_tickThinning = CPTTickThinning::RoundNumbers;
+    QTimeZone m_timeZone;
     CPTFormatterPtr m_labelFormatter;  ///< the default: one decimal
     CPTTextStyle m_labelTextStyle;
     QString m_title;
+    QString m_titleRemark;
     double m_titleOffset = 30;
     CPTTextStyle m_titleTextStyle;
     double m_orthogonalPosition = 0;

@@ -18,7 +18,7 @@ struct CPTTimeFormatter::Icu {
     std::unique_ptr<icu::SimpleDateFormat> format;  // null for an unreadable pattern
 };
 
-CPTTimeFormatter::CPTTimeFormatter(const QString& pattern, plotix::Date referenceDate)
+CPTTimeFormatter::CPTTimeFormatter(const QString& pattern, plotix::Date referenceDate, const QTimeZone& zone)
     : m_pattern(pattern), m_referenceDate(referenceDate), m_icu(std::make_unique<Icu>())
 {
     UErrorCode status = U_ZERO_ERROR;
@@ -26,7 +26,7 @@ CPTTimeFormatter::CPTTimeFormatter(const QString& pattern, plotix::Date referenc
         std::make_unique<icu::SimpleDateFormat>(plotkit::toIcu(pattern), plotkit::userLocale("LC_TIME"), status);
     if (U_FAILURE(status))
         return;
-    format->adoptTimeZone(plotkit::userTimeZone());
+    format->adoptTimeZone(plotkit::icuTimeZone(zone));
     m_icu->format = std::move(format);
 }
 

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "base/Date.h"
+#include "plotkit/model/CPTClock.h"
 
 #include <QtCore/QString>
 
@@ -21,10 +22,11 @@ public:
 
 using CPTFormatterPtr = std::shared_ptr<const CPTFormatter>;
 
-/// Dates by an ICU pattern, in the user's locale and local zone; a number is seconds after the reference date.
+/// Dates by an ICU pattern, in the user's locale and, unless told otherwise, local zone; a number is seconds after the
+/// reference date.
 class CPTTimeFormatter : public CPTFormatter {
 public:
-    explicit CPTTimeFormatter(const QString& pattern, plotix::Date referenceDate = {});
+    explicit CPTTimeFormatter(const QString& pattern, plotix::Date referenceDate = {}, const QTimeZone& zone = {});
     ~CPTTimeFormatter() override;
     QString stringForNumber(double number) const override;
     QString pattern() const override { return m_pattern; }

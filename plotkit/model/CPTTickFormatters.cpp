@@ -5,6 +5,8 @@
 #include <unicode/dtptngen.h>
 #include <unicode/numberformatter.h>
 
+#include <QtCore/QStringList>
+
 #include <algorithm>
 #include <array>
 #include <cmath>
@@ -55,16 +57,31 @@ QString patternOf(icu::DateTimePatternGenerator& generator, const char* skeleton
     return U_FAILURE(status) ? QString() : pattern;
 }
 
-std::array<QString, kTimeLooks.size()> patternsOf(const icu::Locale& locale)
+std::unique_ptr<icu::DateTimePatternGenerator> generatorFor(const icu::Locale& locale)
+{
+    UErrorCode status = U_ZERO_ERROR;
+    std::unique_ptr<icu::DateTimePatternGenerator> generator(
+        icu::DateTimePatternGenerator::createInstance(locale, status));
+    return U_FAILURE(status) ? nullptr : std::move(generator);
+}
+
+/// A locale's "j" is the hour as it writes it.
+std::string skeletonFor(const char* skeleton, CPTHourForm hours)
+{
+    std::string text(skeleton);
+    if (hours == CPTHourForm::TwentyFour)
+        std::replace(text.begin(), text.end(), 'j', 'H');
+    return text;
+}
+
+std::array<QString, kTimeLooks.size()> patternsOf(const icu::Locale& locale, CPTHourForm hours)
 {
     std::array<QString, kTimeLooks.size()> patterns;
-    UErrorCode status = U_ZERO_ERROR;
-    const std::unique_ptr<icu::DateTimePatternGenerator> generator(
-        icu::DateTimePatternGenerator::createInstance(locale, status));
-    if (U_FAILURE(status))
+    const auto generator = generatorFor(locale);
+    if (!generator)
         return patterns;
     for (std::size_t index = 0; index < kTimeLooks.size(); ++index) {
-        patterns[index] = patternOf(*generator, kTimeLooks[index].firstLine);
+        patterns[index] = patternOf(*generator, skeletonFor(kTimeLooks[index].firstLine, hours).c_str());
         if (*kTimeLooks[index].secondLine)
             patterns[index] += QLatin1Char('\n') + patternOf(*generator, kTimeLooks[index].secondLine);
     }
@@ -83,31 +100,43 @@ constexpr std::array<MomentLook, 3> kMomentLooks{{
     {HUGE_VAL, "yMMMEdjm"},
 }};
 
-/// Kept for each locale, as below.
-const std::array<QString, kMomentLooks.size()>& knownMomentPatterns()
+using KeptFor = std::pair<std::string, CPTHourForm>;
+
+/// Kept for each locale and form, as below.
+const std::array<QString, kMomentLooks.size()>& knownMomentPatterns(CPTHourForm hours)
 {
-    static std::map<std::string, std::array<QString, kMomentLooks.size()>> known;
+    static std::map<KeptFor, std::array<QString, kMomentLooks.size()>> known;
     const icu::Locale locale = plotkit::userLocale("LC_TIME");
-    const auto [entry, isNew] = known.try_emplace(locale.getName());
+    const auto [entry, isNew] = known.try_emplace(KeptFor(locale.getName(), hours));
     if (!isNew)
         return entry->second;
-    UErrorCode status = U_ZERO_ERROR;
-    const std::unique_ptr<icu::DateTimePatternGenerator> generator(
-        icu::DateTimePatternGenerator::createInstance(locale, status));
-    for (std::size_t index = 0; U_SUCCESS(status) && index < kMomentLooks.size(); ++index)
-        entry->second[index] = patternOf(*generator, kMomentLooks[index].skeleton);
+    const auto generator = generatorFor(locale);
+    for (std::size_t index = 0; generator && index < kMomentLooks.size(); ++index)
+        entry->second[index] = patternOf(*generator, skeletonFor(kMomentLooks[index].skeleton, hours).c_str());
     return entry->second;
 }
 
-/// Kept for each locale: to find them takes milliseconds.
-const std::array<QString, kTimeLooks.size()>& knownPatterns()
+/// Kept for each locale and form: to find them takes milliseconds.
+const std::array<QString, kTimeLooks.size()>& knownPatterns(CPTHourForm hours)
 {
-    static std::map<std::string, std::array<QString, kTimeLooks.size()>> known;
+    static std::map<KeptFor, std::array<QString, kTimeLooks.size()>> known;
     const icu::Locale locale = plotkit::userLocale("LC_TIME");
-    const auto [entry, isNew] = known.try_emplace(locale.getName());
+    const auto [entry, isNew] = known.try_emplace(KeptFor(locale.getName(), hours));
     if (isNew)
-        entry->second = patternsOf(locale);
+        entry->second = patternsOf(locale, hours);
     return entry->second;
+}
+
+/// The letters of a pattern's line, with the hour as the locale has it.
+QString lineInLocale(const QString& line, icu::DateTimePatternGenerator& generator)
+{
+    QByteArray skeleton;
+    for (const QChar letter : line)
+        if (letter == QLatin1Char('h'))
+            skeleton += 'j';
+        else if (letter.isLetter() && letter != QLatin1Char('a'))
+            skeleton += letter.toLatin1();
+    return patternOf(generator, skeleton.constData());
 }
 
 }  // namespace
@@ -169,11 +198,14 @@ QString CPTTickNumberFormatter::stringForTick(double number, double step) const
 }
 
 struct CPTTickTimeFormatter::Icu {
-    std::array<QString, kTimeLooks.size()> patterns = knownPatterns();
+    std::array<QString, kTimeLooks.size()> patterns;
     std::array<std::optional<CPTTimeFormatter>, kTimeLooks.size()> formatters = {};  // made when first asked for
 };
 
-CPTTickTimeFormatter::CPTTickTimeFormatter() : m_icu(std::make_unique<Icu>()) {}
+CPTTickTimeFormatter::CPTTickTimeFormatter(const CPTClock& clock)
+    : m_clock(clock), m_icu(std::make_unique<Icu>(knownPatterns(clock.hours)))
+{
+}
 
 CPTTickTimeFormatter::~CPTTickTimeFormatter() = default;
 
@@ -184,7 +216,7 @@ const CPTTimeFormatter& CPTTickTimeFormatter::formatterFor(double step) const
         ++index;
     std::optional<CPTTimeFormatter>& formatter = m_icu->formatters[index];
     if (!formatter)
-        formatter.emplace(m_icu->patterns[index]);
+        formatter.emplace(m_icu->patterns[index], plotix::Date(), m_clock.zone);
     return *formatter;
 }
 
@@ -204,10 +236,10 @@ QString CPTTickTimeFormatter::pattern() const
     return formatterFor(kMinute).pattern();
 }
 
-CPTMomentFormatter::CPTMomentFormatter()
+CPTMomentFormatter::CPTMomentFormatter(const CPTClock& clock) : m_clock(clock)
 {
-    for (const QString& pattern : knownMomentPatterns())
-        m_formatters.push_back(std::make_unique<const CPTTimeFormatter>(pattern));
+    for (const QString& pattern : knownMomentPatterns(clock.hours))
+        m_formatters.push_back(std::make_unique<const CPTTimeFormatter>(pattern, plotix::Date(), clock.zone));
 }
 
 CPTMomentFormatter::~CPTMomentFormatter() = default;
@@ -222,10 +254,27 @@ QString CPTMomentFormatter::stringForTick(double number, double step) const
     std::size_t index = 0;
     while (index + 1 < kMomentLooks.size() && !(step < kMomentLooks[index].stepBelow))
         ++index;
-    return m_formatters[index]->stringForNumber(number);
+    const QString text = m_formatters[index]->stringForNumber(number);
+    return std::isfinite(number) && plotkit::isShownTwice(m_clock.zone, number)
+               ? text + QLatin1Char(' ') + plotkit::offsetText(plotkit::offsetAt(m_clock.zone, number))
+               : text;
 }
 
 QString CPTMomentFormatter::pattern() const
 {
     return m_formatters.back()->pattern();
+}
+
+QString patternByClock(const QString& pattern, CPTHourForm hours)
+{
+    if (hours == CPTHourForm::Usual)
+        return pattern;
+    QStringList lines = pattern.split(QLatin1Char('\n'));
+    const auto generator = generatorFor(plotkit::userLocale("LC_TIME"));
+    for (QString& line : lines)
+        if (hours == CPTHourForm::Locale && generator)
+            line = lineInLocale(line, *generator);
+        else
+            line.replace(QLatin1String("h:"), QLatin1String("HH:")).remove(QLatin1Char('a'));
+    return lines.join(QLatin1Char('\n'));
 }

@@ -23,33 +23,42 @@ private:
     std::unique_ptr<Icu> m_icu;
 };
 
-/// Moments in the user's locale and local zone; a number is seconds since 1970-01-01 UTC. Steps of less than a day read
-/// as the time above the date, longer ones as the date above the year, whole years as the year alone.
+/// Moments in the user's locale by a clock, the local one unless told otherwise; a number is seconds since 1970-01-01
+/// UTC. Steps of less than a day read as the time above the date, longer ones as the date above the year, whole years
+/// as the year alone.
 class CPTTickTimeFormatter : public CPTFormatter {
 public:
-    CPTTickTimeFormatter();
+    explicit CPTTickTimeFormatter(const CPTClock& clock = {});
     ~CPTTickTimeFormatter() override;
     QString stringForNumber(double number) const override;  ///< to the second
     QString stringForTick(double number, double step) const override;
     QString pattern() const override;  ///< of minutes
+    const CPTClock& clock() const { return m_clock; }
 
 private:
     struct Icu;
     const CPTTimeFormatter& formatterFor(double step) const;
+    CPTClock m_clock;
     std::unique_ptr<Icu> m_icu;
 };
 
-/// Moments in one line, with their weekday, in the user's locale and local zone: "Fri, 8 Feb 2013, 18:00". A number is
-/// seconds since 1970-01-01 UTC. Steps below a minute add the seconds, below a second their fraction.
+/// A label's pattern with the hours of a clock: "h:mm:ssa" is "HH:mm:ss" by twenty-four hours, and
+/// every line of it as the user's locale has it where that is asked for. Usual: the pattern itself.
+QString patternByClock(const QString& pattern, CPTHourForm hours);
+
+/// Moments in one line, with their weekday, in the user's locale by a clock: "Fri, 8 Feb 2013, 18:00". A number is
+/// seconds since 1970-01-01 UTC. Steps below a minute add the seconds, below a second their fraction. Where clocks are
+/// put back a time comes twice: it is then told with its distance from UTC, "Sun, 27 Oct 2013, 02:30 UTC+1".
 class CPTMomentFormatter : public CPTFormatter {
 public:
-    CPTMomentFormatter();
+    explicit CPTMomentFormatter(const CPTClock& clock = {});
     ~CPTMomentFormatter() override;
     QString stringForNumber(double number) const override;  ///< to the second
     QString stringForTick(double number, double step) const override;
     QString pattern() const override;  ///< of minutes
 
 private:
+    CPTClock m_clock;
     std::vector<std::unique_ptr<const CPTTimeFormatter>> m_formatters;  // from the finest step to the coarsest
 };
 

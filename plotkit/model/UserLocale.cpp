@@ -1,7 +1,9 @@
 #include "plotkit/model/UserLocale.h"
 
+#include <QtCore/QDateTime>
 #include <QtCore/QLocale>
-#include <QtCore/QTimeZone>
+
+#include <unicode/simpletz.h>
 
 #include <memory>
 
@@ -23,12 +25,17 @@ icu::Locale userLocale(const char* category)
     return icu::Locale::getUS();  // the portable locale writes month names in English
 }
 
-icu::TimeZone* userTimeZone()
+icu::TimeZone* icuTimeZone(const QTimeZone& chosen)
 {
-    const QByteArray identifier = QTimeZone::systemTimeZoneId();
+    const QByteArray identifier = chosen.isValid() ? chosen.id() : QTimeZone::systemTimeZoneId();
     std::unique_ptr<icu::TimeZone> zone(
         icu::TimeZone::createTimeZone(icu::UnicodeString::fromUTF8(identifier.constData())));
-    if (*zone == icu::TimeZone::getUnknown())
+    constexpr int kMillis = 1000;
+    if (*zone == icu::TimeZone::getUnknown() && chosen.isValid())  // one known by its distance alone
+        zone =
+            std::make_unique<icu::SimpleTimeZone>(chosen.standardTimeOffset(QDateTime::currentDateTimeUtc()) * kMillis,
+                                                  icu::UnicodeString::fromUTF8(identifier.constData()));
+    else if (*zone == icu::TimeZone::getUnknown())
         zone.reset(icu::TimeZone::detectHostTimeZone());
     return zone.release();
 }

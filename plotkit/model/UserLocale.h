@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QtCore/QString>
+#include <QtCore/QTimeZone>
 
 #include <unicode/locid.h>
 #include <unicode/timezone.h>
@@ -14,9 +15,9 @@ namespace plotkit {
 /// goes before LANG.
 icu::Locale userLocale(const char* category);
 
-/// Asked anew for every formatter: ICU remembers its first answer, but a zone may change while we run. The caller owns
-/// it.
-icu::TimeZone* userTimeZone();
+/// The zone as ICU knows it; an invalid one is the system's, asked anew for every formatter: ICU remembers its first
+/// answer, but a zone may change while we run. The caller owns it.
+icu::TimeZone* icuTimeZone(const QTimeZone& zone);
 
 icu::UnicodeString toIcu(const QString& text);
 QString fromIcu(const icu::UnicodeString& text);

@@ -3,6 +3,7 @@
 #include "base/WholeDay.h"
 #include "plugins/PlotixPlugIn/host/KTVBundle.h"
 #include "plugins/PlotixPlugIn/logic/TypedDate.h"
+#include "plugins/PlotixPlugIn/reading/trend/ClockTexts.h"
 #include "plugins/PlotixPlugIn/reading/trend/TypedTime.h"
 
 #include <QtCore/QRegularExpression>
@@ -28,23 +29,13 @@ QString localizedText(const char* key)
     return KTVBundle::mainBundle()->localizedString(QLatin1String(key));
 }
 
-QDateTime nearestShown(const plotix::Date& date, const QDateTime& earliest, const QDateTime& latest)
-{
-    if (date.seconds <= -kFarthestSeconds)
-        return earliest;
-    if (date.seconds >= kFarthestSeconds)
-        return latest;
-    const QDateTime dateTime = QDateTime::fromMSecsSinceEpoch(std::llround(date.seconds * 1000.0));
-    return std::clamp(dateTime, earliest, latest);
-}
-
 plotix::Date dateOf(const QDateTime& moment)
 {
     return {static_cast<double>(moment.toMSecsSinceEpoch()) / 1000.0};
 }
 
 /// The locale's own order of day, month and year, with four digits of the year and seconds of the time.
-QString displayFormatFor(const QLocale& locale)
+QString displayFormatFor(const QLocale& locale, const CPTClock& clock)
 {
     QString dateFormat = locale.dateFormat(QLocale::ShortFormat);
     if (!dateFormat.contains(QLatin1String("yyyy")))
@@ -52,7 +43,7 @@ QString displayFormatFor(const QLocale& locale)
     QString timeFormat = locale.timeFormat(QLocale::ShortFormat);
     if (!timeFormat.contains(QLatin1String("ss")))
         timeFormat.replace(QLatin1String("mm"), QLatin1String("mm:ss"));
-    return dateFormat + QLatin1Char(' ') + timeFormat;
+    return dateFormat + QLatin1Char(' ') + plotix::formatBy(clock, timeFormat);
 }
 
 /// One part moved on; what it carries over goes to the others, so that the day after the 31st is the first.
@@ -81,7 +72,7 @@ QRegularExpressionMatchIterator partsOf(const QString& text)
 KTVDataClusterDatePicker::KTVDataClusterDatePicker(QWidget* parent) : QDateTimeEdit(parent)
 {
     setCalendarPopup(true);
-    setDisplayFormat(displayFormatFor(locale()));
+    setDisplayFormat(displayFormatFor(locale(), m_clock));
     m_shown = dateTime();
     // The toolkit's own editing takes a date part by part and refuses what does not fit the part at the caret: "1.2."
     // typed over the whole becomes something else. Its line is let go from it, and what is typed is read as a whole.
@@ -100,10 +91,62 @@ void KTVDataClusterDatePicker::setDateValue(const plotix::OptionalDate& date)
     dropTyping();
     if (std::isnan(date->seconds))
         return;
-    // The editor reports a programmatic change like an edit; this one must not be reported.
     const QSignalBlocker silence(this);
-    setDateTime(nearestShown(*date, minimumDateTime(), maximumDateTime()));
+    if (date->seconds <= -kFarthestSeconds)
+        setDateTime(minimumDateTime());
+    else if (date->seconds >= kFarthestSeconds)
+        setDateTime(maximumDateTime());
+    else
+        show(plotix::momentBy(m_clock, date->seconds));
     m_shown = dateTime();
+}
+
+void KTVDataClusterDatePicker::setClock(const CPTClock& clock)
+{
+    m_clock = clock;
+    const QSignalBlocker silence(this);
+    setTimeSpec(clock.zone.isValid() ? Qt::UTC : Qt::LocalTime);
+    setDisplayFormat(displayFormatFor(locale(), clock));
+    m_shown = dateTime();
+    setDateValue(plotix::OptionalDate(m_dateValue));
+    const QString zone = QString::fromUtf8(clock.zone.id());
+    setToolTip(zone);
+    setAccessibleDescription(zone);
+}
+
+// The toolkit's editor knows the user's zone and UTC. The clock of another zone is shown in it as though it were UTC's.
+QDateTime KTVDataClusterDatePicker::shownFor(const QDateTime& moment) const
+{
+    if (!m_clock.zone.isValid())
+        return moment;
+    const QDateTime local = moment.toTimeZone(m_clock.zone);
+    return QDateTime(local.date(), local.time(), Qt::UTC);
+}
+
+QDateTime KTVDataClusterDatePicker::momentFor(const QDateTime& shown) const
+{
+    if (!m_clock.zone.isValid())
+        return shown;
+    const double local = static_cast<double>(shown.toMSecsSinceEpoch()) / 1000.0;
+    return plotix::momentBy(m_clock, plotkit::momentOfLocal(m_clock.zone, local));
+}
+
+/// The editor reports a programmatic change like an edit; this one is not reported.
+void KTVDataClusterDatePicker::show(const QDateTime& moment)
+{
+    const QSignalBlocker silence(this);
+    setDateTime(std::clamp(shownFor(moment), minimumDateTime(), maximumDateTime()));
+}
+
+/// An edit that says a moment: also one of those whose time of day comes twice.
+void KTVDataClusterDatePicker::takeMoment(const QDateTime& moment)
+{
+    show(moment);
+    if (!m_clock.zone.isValid())
+        return takeEdit(dateTime());
+    m_shown = dateTime();
+    m_dateValue = dateOf(moment);
+    emit dateEdited();
 }
 
 void KTVDataClusterDatePicker::takeEdit(const QDateTime& shown)
@@ -112,7 +155,7 @@ void KTVDataClusterDatePicker::takeEdit(const QDateTime& shown)
     if (shown == m_shown)
         return;
     m_shown = shown;
-    m_dateValue = dateOf(shown);
+    m_dateValue = dateOf(momentFor(shown));
     emit dateEdited();
 }
 
@@ -124,19 +167,14 @@ void KTVDataClusterDatePicker::takeText(const QString& text)
     const auto end = m_dayMeans == DayMeans::ItsEnd ? plotix::SpanEnd::To : plotix::SpanEnd::From;
     const auto read =
         plotix::typedDate(plotix::endOfTypedSpan(text, end),
-                          {locale(), plotix::dayWords(), m_shownBeforeTyping, QDateTime::currentDateTime()});
+                          {locale(), plotix::dayWords(), momentFor(m_shownBeforeTyping), plotix::nowBy(m_clock)});
     markText(read.has_value());
     if (!read)
         return;
-    if (!read->hasTime) {
+    if (read->hasTime)
+        takeMoment(read->moment);
+    else
         takeDay(read->moment.date());
-        return;
-    }
-    {
-        const QSignalBlocker silence(this);
-        setDateTime(read->moment);
-    }
-    takeEdit(dateTime());
 }
 
 /// A day without a time, typed or chosen in the calendar. The exact date keeps its last moment, beyond the seconds
@@ -144,13 +182,12 @@ void KTVDataClusterDatePicker::takeText(const QString& text)
 void KTVDataClusterDatePicker::takeDay(const QDate& day)
 {
     const plotix::OptionalDate moment =
-        m_dayMeans == DayMeans::ItsEnd ? plotix::lastMomentOf(day) : dateOf(day.startOfDay());
+        m_dayMeans == DayMeans::ItsEnd
+            ? plotix::lastMomentOf(day, m_clock.zone)
+            : dateOf(m_clock.zone.isValid() ? day.startOfDay(m_clock.zone) : day.startOfDay());
     if (!moment)
         return;
-    {
-        const QSignalBlocker silence(this);
-        setDateTime(QDateTime::fromSecsSinceEpoch(static_cast<qint64>(std::floor(moment->seconds))));
-    }
+    show(plotix::momentBy(m_clock, std::floor(moment->seconds)));
     m_shown = dateTime();
     if (m_dateValue && m_dateValue->seconds == moment->seconds)
         return;
@@ -210,7 +247,7 @@ void KTVDataClusterDatePicker::markText(bool understood)
         localizedText(QT_TRANSLATE_NOOP("Plotix", "This is not understood as a date. Write it such as %1, or %2."))
             .arg(QDateTimeEdit::textFromDateTime(dateTime()), plotix::dayWords().yesterday);
     lineEdit()->setToolTip(understood ? QString() : why);
-    setAccessibleDescription(understood ? QString() : why);
+    setAccessibleDescription(understood ? QString::fromUtf8(m_clock.zone.id()) : why);
 }
 
 void KTVDataClusterDatePicker::keyPressEvent(QKeyEvent* event)
@@ -250,7 +287,11 @@ void KTVDataClusterDatePicker::stepBy(int steps)
 {
     dropTyping();
     const int caret = lineEdit()->cursorPosition();
-    setDateTime(stepped(dateTime(), QDateTimeEdit::sectionAt(sectionAt(caret)), steps));
+    const Section section = QDateTimeEdit::sectionAt(sectionAt(caret));
+    if (m_clock.zone.isValid() && m_dateValue)
+        takeMoment(stepped(plotix::momentBy(m_clock, m_dateValue->seconds), section, steps));
+    else
+        setDateTime(stepped(dateTime(), section, steps));
     selectNumberAt(caret);
 }
 

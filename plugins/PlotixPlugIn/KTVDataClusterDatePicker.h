@@ -1,6 +1,7 @@
 #pragma once
 
 #include "base/Date.h"
+#include "plotkit/model/CPTClock.h"
 #include "plugins/PlotixPlugIn/WeakReference.h"
 
 #include <QtWidgets/QDateTimeEdit>
@@ -16,7 +17,8 @@ public:
 /// Setting a date notifies nobody; an edit by the user replaces the exact date and emits `dateEdited`. The text is
 /// typed freely and read as people write dates (`logic/TypedDate.h`); what is not understood is marked and changes
 /// nothing. A click selects the number it falls on, so that typing replaces it; the arrow keys and the wheel change the
-/// part at the caret. One stop of the Tab key. Shown in the user's zone and locale, to the second. Its parent widget
+/// part at the caret. One stop of the Tab key. Shown in the user's locale and, unless told otherwise, zone, to the
+/// second. Its parent widget
 /// *owns* it. Main thread only.
 class KTVDataClusterDatePicker : public QDateTimeEdit {
     Q_OBJECT
@@ -33,6 +35,9 @@ public:
     /// editor cannot show (before 1752, after 9999, not a number) is kept all the same; the editor shows the nearest it
     /// can, or what it showed before.
     void setDateValue(const plotix::OptionalDate& date);
+
+    /// The clock that is shown and typed by; the exact date stays.
+    void setClock(const CPTClock& clock);
 
     void setDayMeans(DayMeans meaning) { m_dayMeans = meaning; }  ///< its start unless set
 
@@ -62,6 +67,10 @@ protected:
     QValidator::State validate(QString& text, int& position) const override;
 
 private:
+    QDateTime shownFor(const QDateTime& moment) const;
+    QDateTime momentFor(const QDateTime& shown) const;
+    void show(const QDateTime& moment);
+    void takeMoment(const QDateTime& moment);
     void takeEdit(const QDateTime& shown);
     void takeText(const QString& text);
     void takeDay(const QDate& day);
@@ -74,6 +83,7 @@ private:
     int sectionAt(int position) const;
 
     plotix::OptionalDate m_dateValue;
+    CPTClock m_clock;
     QDateTime m_shown;
     QDateTime m_shownBeforeTyping;  ///< what a text leaves out is taken from here
     DayMeans m_dayMeans = DayMeans::ItsStart;

@@ -221,6 +221,14 @@ void KTVDataClusterViewController::setToDateValue(const OptionalDate& date)
         m_toDate->setDateValue(date);
 }
 
+void KTVDataClusterViewController::setClock(const CPTClock& clock)
+{
+    m_clock = clock;
+    for (KTVDataClusterDatePicker* picker : {m_fromDate.data(), m_toDate.data()})
+        if (picker)
+            picker->setClock(clock);
+}
+
 void KTVDataClusterViewController::updateDates(const OptionalDate& fromDate, const OptionalDate& toDate)
 {
     setFromDateValue(fromDate);

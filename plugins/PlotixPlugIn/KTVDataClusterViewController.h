@@ -56,6 +56,10 @@ public:
     void setFromDateValue(const OptionalDate& date);
     void setToDateValue(const OptionalDate& date);
 
+    /// The clock that the pickers show and quick ranges go by; the user's at first. The dates stay.
+    const CPTClock& clock() const { return m_clock; }
+    void setClock(const CPTClock& clock);
+
     KTVDataClusterViewControllerDelegate* delegate() const { return m_delegate.get(); }
     void setDelegate(KTVDataClusterViewControllerDelegate* delegate) { m_delegate = delegate; }
 
@@ -116,6 +120,7 @@ private:
     OptionalDate m_toDateValue;
     OptionalDate m_previousToDate;
     OptionalDate m_previousFromDate;
+    CPTClock m_clock;
     QPointer<QTimer> m_dateChangeDelayTimer;
     WeakReference<KTVDataClusterViewControllerDelegate> m_delegate;
 

@@ -9,7 +9,8 @@
 
 #include "plugins/PlotixPlugIn/KTVPlotixPlugIn.h"
 
-#include "plotkit/model/CPTFormatter.h"
+#include "plotkit/model/CPTTickFormatters.h"
+#include "plugins/PlotixPlugIn/TrendAccess.h"
 #include "plugins/PlotixPlugIn/logic/TimeTicks.h"
 #include "plugins/PlotixPlugIn/logic/ValueTicks.h"
 #include "plugins/PlotixPlugIn/reading/ReadableAxes.h"
@@ -33,13 +34,15 @@ void KTVPlotixPlugIn::adjustXAxis()
     const double to = m_dataCluster->toDateValue().value_or(plotix::Date()).seconds;
     const plotix::TimeTickRow& row = plotix::timeTicksForSpan(to - from);
     CPTXYAxis& axis = *axisSet->firstAxis();
+    const CPTClock clock = m_access->clock();
     if (m_reading.hasReadableLabels())
-        return plotix::makeTimeAxisReadable(axis);
+        return plotix::makeTimeAxisReadable(axis, clock);
     axis.setMajorIntervalLength(row.majorInterval);
     axis.setMinorTicksPerInterval(row.minorTicks);
     axis.setTickThinning(CPTTickThinning::ClockTimes);
-    axis.setLabelingOrigin(plotix::labelingOriginForLocalMidnight(from));
-    axis.setLabelFormatter(std::make_shared<const CPTTimeFormatter>(QString::fromLatin1(row.labelPattern)));
+    axis.setLabelingOrigin(plotix::labelingOriginForLocalMidnight(from, clock.zone));
+    const QString pattern = patternByClock(QString::fromLatin1(row.labelPattern), clock.hours);
+    axis.setLabelFormatter(std::make_shared<const CPTTimeFormatter>(pattern, plotix::Date(), clock.zone));
 }
 
 void KTVPlotixPlugIn::adjustYAxis()

@@ -8,10 +8,10 @@
 #include "plugins/PlotixPlugIn/KTVPlotixPlugIn.h"
 
 #include "plotkit/render/GraphRendering.h"
-#include "plugins/PlotixPlugIn/host/KTVHostServices.h"
-#include "plugins/PlotixPlugIn/host/KTVUserInterface.h"
+#include "plugins/PlotixPlugIn/TrendAccess.h"
 #include "plugins/PlotixPlugIn/host/PngImage.h"
 #include "plugins/PlotixPlugIn/reading/TrendReader.h"
+#include "plugins/PlotixPlugIn/reading/trend/ClockTexts.h"
 
 #include <QtCore/QScopedValueRollback>
 #include <QtCore/QSignalBlocker>
@@ -63,11 +63,10 @@ private:
 };
 
 /// The span that the graph shows, for people.
-QString spanText(const CPTPlotRange& range)
+QString spanText(const CPTPlotRange& range, const CPTClock& clock)
 {
-    const KTVUserInterface& desktop = *KTVHostServices::installed().userInterface;
-    return QStringLiteral("%1 – %2").arg(desktop.localizedDescription(plotix::Date{range.minLimit()}),
-                                         desktop.localizedDescription(plotix::Date{range.maxLimit()}));
+    return QStringLiteral("%1 – %2").arg(plotix::momentDescription(clock, plotix::Date{range.minLimit()}),
+                                         plotix::momentDescription(clock, plotix::Date{range.maxLimit()}));
 }
 
 /// What is written around the plots of a picture.
@@ -75,19 +74,31 @@ struct PictureTexts {
     QString title;  // empty: none
     CPTTextStyle titleStyle;
     bool hasSpan = true;
+    double heightBelowTitle = 0;  // of what stands between it and the plots
+    CPTClock clock;
 };
 
 /// The title is as light or dark as the labels; a chosen size of text is that of all texts. Where titles of axes were
 /// chosen, the time axis has what was chosen.
-PictureTexts textsOf(const CPTXYGraph& graph, const plotix::TrendReader& reader, const QString& title)
+PictureTexts textsOf(const CPTXYGraph& graph, const plotix::TrendReader& reader, const CPTClock& clock,
+                     const QString& title)
 {
     const QVariant size = reader.part(QStringLiteral("looks"))->chosen().value(QStringLiteral("fontSize"));
     const QVariantMap legend = reader.part(QStringLiteral("legend"))->chosen();
-    PictureTexts texts{title, {}, !legend.contains(QStringLiteral("axisTitles"))};
+    PictureTexts texts{title, {}, !legend.contains(QStringLiteral("axisTitles")), reader.heightAbovePlots(), clock};
     texts.titleStyle = {.fontName = QStringLiteral("Helvetica-Bold"),
                         .fontSize = size.isValid() ? size.toDouble() : kTitleSize,
                         .color = graph.axes().xAxis().labelTextStyle().color};
     return texts;
+}
+
+/// Then the title has room of its own, above that.
+bool hasRoomAtTop(const CPTXYGraph& graph)
+{
+    return std::any_of(graph.layers().begin(), graph.layers().end(), [&graph](const CPTGraphLayerPtr& layer) {
+        const auto room = layer->room(graph.bounds().size());
+        return room && room->edge == CPTLayerRoom::Edge::Top;
+    });
 }
 
 void placeTitle(CPTXYGraph& graph, const PictureTexts& texts)
@@ -99,18 +110,18 @@ void placeTitle(CPTXYGraph& graph, const PictureTexts& texts)
     graph.setTitleTextStyle(texts.titleStyle);
     graph.setTitlePlotAreaFrameAnchor(CPTRectAnchor::Top);
     CPTPadding padding = graph.plotAreaFrame().padding;
-    padding.top += texts.titleStyle.fontSize;
+    padding.top += texts.heightBelowTitle + (hasRoomAtTop(graph) ? 0 : texts.titleStyle.fontSize);
     graph.setPlotAreaFramePadding(padding);
 }
 
 /// Titles the time axis with the span shown, below its labels: a picture has no date panel, and the labels of a short
 /// span name no day.
-void placeSpan(CPTXYGraph& graph)
+void placeSpan(CPTXYGraph& graph, const CPTClock& clock)
 {
     if (graph.allPlots().empty())
         return;
     CPTXYAxis& axis = *graph.axisSet()->firstAxis();
-    axis.setTitle(spanText(graph.plotSpace().xRange()));
+    axis.setTitle(spanText(graph.plotSpace().xRange(), clock));
     axis.setTitleOffset(0);
     CPTPadding padding = graph.plotAreaFrame().padding;
     padding.bottom += kSpanHeight;
@@ -123,7 +134,7 @@ auto drawnAtSize(CPTXYGraph& graph, const QSizeF& size, const PictureTexts& text
 {
     const GraphStateKeeper keeper(graph);
     if (texts.hasSpan)
-        placeSpan(graph);
+        placeSpan(graph, texts.clock);
     graph.setBounds(QRectF(QPointF(), size));
     placeTitle(graph, texts);
     return draw();
@@ -135,7 +146,7 @@ QImage KTVPlotixPlugIn::graphImageWithSize(const QSizeF& size, double density, c
 {
     if (!m_graph)
         return {};
-    return drawnAtSize(*m_graph, size, textsOf(*m_graph, *m_reader, title), [&] {
+    return drawnAtSize(*m_graph, size, textsOf(*m_graph, *m_reader, m_access->clock(), title), [&] {
         return plotkit::imageOfGraph(*m_graph, size, density, plotkit::DrawingReport::TellDelegates);
     });
 }
@@ -144,7 +155,7 @@ QByteArray KTVPlotixPlugIn::graphPDFWithSize(const QSizeF& size, const QString& 
 {
     if (!m_graph)
         return {};
-    return drawnAtSize(*m_graph, size, textsOf(*m_graph, *m_reader, title),
+    return drawnAtSize(*m_graph, size, textsOf(*m_graph, *m_reader, m_access->clock(), title),
                        [&] { return plotkit::pdfOfGraph(*m_graph, size, plotkit::DrawingReport::TellDelegates); });
 }
 
@@ -160,7 +171,8 @@ QByteArray KTVPlotixPlugIn::graphFile(const QVariantMap& figure)
     const QSignalBlocker silence(m_reader.get());
     const QScopedValueRollback drawing(m_rangeBeingShown, true);
     m_reader->choose(choices);
-    const PictureTexts texts = textsOf(*m_graph, *m_reader, figure.value(QStringLiteral("title")).toString());
+    const PictureTexts texts =
+        textsOf(*m_graph, *m_reader, m_access->clock(), figure.value(QStringLiteral("title")).toString());
     const QByteArray file = drawnAtSize(*m_graph, size, texts, [&] {
         constexpr auto kTell = plotkit::DrawingReport::TellDelegates;
         if (format == QLatin1String("svg"))

@@ -8,6 +8,7 @@
 #include "plugins/PlotixPlugIn/KTVPlotixPlugIn.h"
 
 #include "plugins/PlotixPlugIn/FiguredRow.h"
+#include "plugins/PlotixPlugIn/TrendAccess.h"
 #include "plugins/PlotixPlugIn/host/KTVRecordColumn.h"
 #include "plugins/PlotixPlugIn/reading/PaperGraph.h"
 #include "plugins/PlotixPlugIn/reading/TrendReader.h"
@@ -69,6 +70,11 @@ QVariantMap KTVPlotixPlugIn::reportContents() const
     const CPTPlotRange& drawn = m_graph->plotSpace().xRange();
     QVariantMap contents{
         {QStringLiteral("rows"), rows}, {QStringLiteral("from"), drawn.location}, {QStringLiteral("to"), drawn.end()}};
+    const CPTClock clock = m_access->clock();
+    if (clock.zone.isValid())
+        contents.insert(QStringLiteral("zone"), QString::fromUtf8(clock.zone.id()));
+    if (clock.hours == CPTHourForm::TwentyFour)
+        contents.insert(QStringLiteral("twentyFourHours"), true);
     contents.insert(QStringLiteral("unitsInGraph"), m_graph->axes().yAxis().isHidden());
     contents.insert(QStringLiteral("figureTitles"), figureTitles(figures));
     contents.insert(QStringLiteral("about"), figures ? figures->about() : QString());

@@ -132,7 +132,8 @@ void KTVPlotixPlugIn::applyReading()
         return;
     KTVBundle* texts = KTVBundle::mainBundle();
     plotix::makeAxesReadable(*m_graph, {texts->localizedString(QStringLiteral(QT_TRANSLATE_NOOP("Plotix", "Time"))),
-                                        texts->localizedString(QStringLiteral(QT_TRANSLATE_NOOP("Plotix", "Value")))});
+                                        texts->localizedString(QStringLiteral(QT_TRANSLATE_NOOP("Plotix", "Value"))),
+                                        m_access->clock()});
     m_reader->tell(&plotix::ReadingPart::restyled);
 }
 

@@ -9,11 +9,11 @@
 
 #include "plugins/PlotixPlugIn/KTVPlotixPlugIn.h"
 
+#include "plugins/PlotixPlugIn/TrendAccess.h"
 #include "plugins/PlotixPlugIn/host/KTVBundle.h"
 #include "plugins/PlotixPlugIn/host/KTVGraphicsContext.h"
-#include "plugins/PlotixPlugIn/host/KTVHostServices.h"
-#include "plugins/PlotixPlugIn/host/KTVUserInterface.h"
 #include "plugins/PlotixPlugIn/logic/ReportText.h"
+#include "plugins/PlotixPlugIn/reading/trend/ClockTexts.h"
 
 #include <QtCore/QDateTime>
 
@@ -63,11 +63,9 @@ plotix::ReportRow reportRow(const InfoTableRow& row)
     return {row.tableName, row.unit, row.minimum, row.maximum, row.average, row.points};
 }
 
-std::optional<QString> described(const plotix::OptionalDate& date)
+std::optional<QString> described(const plotix::OptionalDate& date, const CPTClock& clock)
 {
-    if (!date)
-        return std::nullopt;
-    return KTVHostServices::installed().userInterface->localizedDescription(*date);
+    return date ? std::optional(plotix::momentDescription(clock, *date)) : std::nullopt;
 }
 
 plotix::ReportGeometry geometryOf(const KTVPrintInfo& setup)
@@ -105,8 +103,8 @@ std::optional<QString> KTVPlotixPlugIn::htmlContentForPrinting()
     for (const InfoTableRowPtr& row : *m_infoTableArray)
         report.rows.push_back(reportRow(*row));
     if (m_dataCluster) {
-        report.fromDate = described(m_dataCluster->fromDateValue());
-        report.toDate = described(m_dataCluster->toDateValue());
+        report.fromDate = described(m_dataCluster->fromDateValue(), m_access->clock());
+        report.toDate = described(m_dataCluster->toDateValue(), m_access->clock());
     }
     // The window's agent is asked, not the view's own: the text names the site.
     const KTVAgentPtr site = siteWindowController() ? siteWindowController()->agent() : nullptr;
@@ -156,7 +154,7 @@ void KTVPlotixPlugIn::webViewDrawFooterInRect(QObject* /*webView*/, const QRectF
     KTVGraphicsContext* context = KTVGraphicsContext::currentContext();
     const QFont font = pageFont(QStringLiteral("Gill Sans"), kFooterFontSize);
     const QString prepared =
-        plotix::reportFooterLeft(KTVBundle::mainBundle()->executableName(), described(now()).value_or(QString()));
+        plotix::reportFooterLeft(KTVBundle::mainBundle()->executableName(), described(now(), {}).value_or(QString()));
     context->drawText(prepared, rect.topLeft(), font, Qt::black);
     const KTVPrintOperation* operation = KTVPrintOperation::currentOperation();
     const QString pages =

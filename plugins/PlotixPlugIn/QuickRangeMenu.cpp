@@ -31,11 +31,12 @@ constexpr Operation kOperations[] = {
     {KTVQuickRange::AllTime, &Controller::setDateRangeAllTime},
 };
 
-void applyQuickRange(Controller& controller, void (*dateRange)(plotix::OptionalDate&, plotix::OptionalDate&))
+/// By the clock of the panel.
+void applyQuickRange(Controller& controller, KTVQuickRange range)
 {
     plotix::OptionalDate start;
     plotix::OptionalDate end;
-    dateRange(start, end);
+    DateCreator::dateRangeForQuickRange(range, controller.clock().zone, start, end);
     controller.updateDates(start, end);
 }
 
@@ -45,10 +46,7 @@ void choose(Controller& controller, KTVQuickRange range, QObject* sender)
     for (const Operation& operation : kOperations)
         if (operation.range == range)
             return (controller.*operation.action)(sender);
-    plotix::OptionalDate start;
-    plotix::OptionalDate end;
-    DateCreator::dateRangeForQuickRange(range, start, end);
-    controller.updateDates(start, end);
+    applyQuickRange(controller, range);
 }
 
 }  // namespace
@@ -68,65 +66,65 @@ QMenu* makeQuickRangeMenu(KTVDataClusterViewController& controller, QWidget* par
 
 void KTVDataClusterViewController::setDateRangeToday(QObject*)
 {
-    applyQuickRange(*this, DateCreator::dateRangeForToday);
+    applyQuickRange(*this, KTVQuickRange::Today);
 }
 
 void KTVDataClusterViewController::setDateRangeLast24Hours(QObject*)
 {
-    applyQuickRange(*this, DateCreator::dateRangeForLast24Hours);
+    applyQuickRange(*this, KTVQuickRange::Last24Hours);
 }
 
 void KTVDataClusterViewController::setDateRangeYesterday(QObject*)
 {
-    applyQuickRange(*this, DateCreator::dateRangeForYesterday);
+    applyQuickRange(*this, KTVQuickRange::Yesterday);
 }
 
 void KTVDataClusterViewController::setDateRangeThisWeek(QObject*)
 {
-    applyQuickRange(*this, DateCreator::dateRangeForThisWeek);
+    applyQuickRange(*this, KTVQuickRange::ThisWeek);
 }
 
 void KTVDataClusterViewController::setDateRangeLastWeek(QObject*)
 {
-    applyQuickRange(*this, DateCreator::dateRangeForLastWeek);
+    applyQuickRange(*this, KTVQuickRange::LastWeek);
 }
 
 void KTVDataClusterViewController::setDateRangeLast7Days(QObject*)
 {
-    applyQuickRange(*this, DateCreator::dateRangeForLast7Days);
+    applyQuickRange(*this, KTVQuickRange::Last7Days);
 }
 
 void KTVDataClusterViewController::setDateRangeThisMonth(QObject*)
 {
-    applyQuickRange(*this, DateCreator::dateRangeForThisMonth);
+    applyQuickRange(*this, KTVQuickRange::ThisMonth);
 }
 
 void KTVDataClusterViewController::setDateRangeLastMonth(QObject*)
 {
-    applyQuickRange(*this, DateCreator::dateRangeForLastMonth);
+    applyQuickRange(*this, KTVQuickRange::LastMonth);
 }
 
 void KTVDataClusterViewController::setDateRangeLast30Days(QObject*)
 {
-    applyQuickRange(*this, DateCreator::dateRangeForLast30Days);
+    applyQuickRange(*this, KTVQuickRange::Last30Days);
 }
 
 void KTVDataClusterViewController::setDateRangeThisYear(QObject*)
 {
-    applyQuickRange(*this, DateCreator::dateRangeForThisYear);
+    applyQuickRange(*this, KTVQuickRange::ThisYear);
 }
 
 void KTVDataClusterViewController::setDateRangeLastYear(QObject*)
 {
-    applyQuickRange(*this, DateCreator::dateRangeForLastYear);
+    applyQuickRange(*this, KTVQuickRange::LastYear);
 }
 
 void KTVDataClusterViewController::setDateRangeLast12Months(QObject*)
 {
-    applyQuickRange(*this, DateCreator::dateRangeForLast12Months);
+    applyQuickRange(*this, KTVQuickRange::Last12Months);
 }
 
 void KTVDataClusterViewController::setDateRangeAllTime(QObject*)
 {
-    applyQuickRange(*this, DateCreator::dateRangeForAllTime);
+    applyQuickRange(*this, KTVQuickRange::AllTime);
 }

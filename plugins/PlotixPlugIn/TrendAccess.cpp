@@ -24,6 +24,22 @@ KTVAnnotations* TrendAccess::annotations() const
     return annotated ? annotated->annotations() : nullptr;
 }
 
+/// Asked for once for the records of a fetch.
+const std::vector<KTVAmendment>& TrendAccess::amendmentsOf(const QString& key) const
+{
+    if (m_amended != m_plugIn.m_plotData) {
+        m_amendments.clear();
+        m_amended = m_plugIn.m_plotData;
+    }
+    const auto [found, isNew] = m_amendments.try_emplace(key);
+    const auto* agent = dynamic_cast<const KTVAmendedAgent*>(m_plugIn.agent().get());
+    if (isNew && agent && m_amended && m_amended->time() && m_amended->time()->size() > 0) {
+        const auto times = m_amended->time()->span();
+        found->second = agent->amendmentsOf(key, times.front(), times.back());
+    }
+    return found->second;
+}
+
 QStringList TrendAccess::propertyNames() const
 {
     QStringList names;
@@ -121,9 +137,20 @@ void TrendAccess::setBusy(bool isBusy)
         m_plugIn.m_dataCluster->refreshComplete(&m_plugIn);
 }
 
-QTimeZone TrendAccess::zone() const
+void TrendAccess::setClock(const CPTClock& clock)
 {
-    return QTimeZone::systemTimeZone();
+    if (m_clock == clock)
+        return;
+    m_clock = clock;
+    m_plugIn.m_dataCluster->setClock(clock);
+    m_plugIn.adjustXAxis();
+    m_plugIn.m_reader->tell(&plotix::ReadingPart::clockSet);
+}
+
+KTVSiteClock* TrendAccess::siteClock() const
+{
+    const auto* zoned = dynamic_cast<const KTVZonedAgent*>(m_plugIn.agent().get());
+    return zoned ? zoned->siteClock() : nullptr;
 }
 
 CPTGraphHostingView* TrendAccess::graphView() const

@@ -2,6 +2,8 @@
 
 #include "plugins/PlotixPlugIn/reading/trend/ReadTrend.h"
 
+#include <map>
+
 class KTVPlotixPlugIn;
 namespace plotix {
 class TrendReader;
@@ -19,12 +21,15 @@ public:
     QStringList propertyNames() const override;
     std::vector<plotix::ReadLine> lines() const override;
     KTVRecordDictionaryPtr recordsOf(const QString& key) const override;
+    const std::vector<KTVAmendment>& amendmentsOf(const QString& key) const override;
     void setAddedLines(std::vector<plotix::AddedLine> lines) override;
     void readBeside(const QStringList& keys, const plotix::TimeSpan& span,
                     const std::shared_ptr<plotix::RecordsRead>& read,
                     std::function<void(const KTVRecordDictionaryPtr& records)> done) override;
     void setBusy(bool isBusy) override;
-    QTimeZone zone() const override;
+    CPTClock clock() const override { return m_clock; }
+    void setClock(const CPTClock& clock) override;
+    KTVSiteClock* siteClock() const override;
     CPTGraphHostingView* graphView() const override;
     QWidget* rootView() const override;
     std::optional<plotix::TimeSpan> dates() const override;
@@ -47,4 +52,7 @@ private:
     bool m_isAsked = false;  // a part asks for a range right now
     std::vector<plotix::AddedLine> m_added;
     std::optional<plotix::TimeSpan> m_markedSpan;
+    mutable KTVRecordDictionaryPtr m_amended;  // the records that the amendments below are about
+    mutable std::map<QString, std::vector<KTVAmendment>> m_amendments;
+    CPTClock m_clock;
 };

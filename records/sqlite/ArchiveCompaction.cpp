@@ -2,6 +2,7 @@
 
 #include "base/ReportableError.h"
 #include "records/columns/ColumnFormat.h"
+#include "records/sqlite/AmendmentTable.h"
 #include "records/sqlite/ChunkRoom.h"
 #include "records/sqlite/ChunkStore.h"
 #include "records/sqlite/RecordSchema.h"
@@ -52,6 +53,8 @@ public:
         for (const RowId agent : m_chunks.agents())
             if (!m_result.stopped)
                 joinAgent(agent);
+        if (!m_result.stopped && m_request.dropBefore)
+            dropAmendments();
         m_result.chunksAfter = static_cast<std::size_t>(ask("SELECT count(*) FROM chunk"));
         m_result.records =
             static_cast<std::size_t>(ask("SELECT coalesce(sum(n), 0) FROM chunk") + ask("SELECT count(*) FROM tail"));
@@ -68,6 +71,18 @@ private:
     {
         Statement statement(m_database, sql);
         return statement.step() ? statement.integer(0) : 0;
+    }
+
+    /// Those of records that went.
+    void dropAmendments()
+    {
+        m_database.beginWriting();
+        std::vector<RowId> properties;
+        Statement amended(m_database, "SELECT DISTINCT property FROM amendment");
+        while (amended.step())
+            properties.push_back(amended.integer(0));
+        AmendmentTable(m_database).remove(properties, -kInfinity, std::nextafter(*m_request.dropBefore, -kInfinity));
+        m_database.commit();
     }
 
     void joinAgent(RowId agent)

@@ -3,6 +3,7 @@
 #include "base/ReportableError.h"
 #include "records/columns/ColumnFormat.h"
 #include "records/columns/ValidityBits.h"
+#include "records/sqlite/AmendmentTable.h"
 #include "records/sqlite/ChunkRoom.h"
 #include "records/sqlite/ChunkStore.h"
 #include "records/sqlite/RecordSchema.h"
@@ -40,6 +41,7 @@ public:
         m_database.execute("BEGIN");
         step([this] { checkStructure(); });
         step([this] { checkOrphans(); });
+        step([this] { checkAmendments(); });
         step([this] { checkAgents(); });
         if (!m_result.stopped && m_progress)
             m_progress(1);
@@ -93,6 +95,17 @@ private:
                          .arg(count.integer(0))
                          .arg(QLatin1String(table)));
         }
+    }
+
+    /// A document of a version before has none.
+    void checkAmendments()
+    {
+        if (!AmendmentTable(m_database).exists())
+            return;
+        Statement count(m_database, "SELECT count(*) FROM amendment WHERE NOT (t0 <= t1) OR NOT (first <= last) "
+                                    "OR kind NOT IN (1, 2) OR property NOT IN (SELECT id FROM property)");
+        if (count.step() && count.integer(0) > 0)
+            find(QStringLiteral("%1 rows of the table “amendment” make no sense.").arg(count.integer(0)));
     }
 
     void checkAgents()

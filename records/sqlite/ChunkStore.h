@@ -24,6 +24,8 @@ class ChunkStore {
 public:
     explicit ChunkStore(Database& database);
 
+    Database& database() const { return m_database; }
+
     std::optional<Chunk> firstChunk(RowId agent);
     std::optional<Chunk> lastChunk(RowId agent);
     std::optional<Chunk> lastChunkBeginningAt(RowId agent, double time);  ///< or earlier

@@ -28,6 +28,11 @@ public:
     void store(RowId agent, const RecordsView& records);
     /// `store` and `flush` in one, without waiting in memory where possible.
     void storeNow(RowId agent, const RecordsView& records);
+    /// Whether some of the records are not later than all that the agent has. Requires: the records are ordered.
+    bool overlaps(RowId agent, const RecordsView& records)
+    {
+        return records.size > 0 && !(records.times[0] > endOf(agent).lastTime);
+    }
     /// Takes elements out of records with from ≤ time ≤ to, and records that are left without any.
     void remove(RowId agent, std::span<const RowId> properties, double from, double to);
     void flush();

@@ -4,11 +4,12 @@
 
 namespace plotix {
 
-SqliteAppender::SqliteAppender(const QString& file, const DatabaseSchema& schema)
+SqliteAppender::SqliteAppender(const QString& file, const DatabaseSchema& schema, AmendmentNoting::MakeStore makeStore)
     : m_database(file, schema, Database::Access::ReadWrite),
       m_chunks(m_database),
       m_placement(m_chunks),
       m_storable(m_database),
+      m_amendments(m_database, std::move(makeStore)),
       m_checkpointer(m_database)
 {
 }
@@ -39,15 +40,25 @@ void SqliteAppender::store(RowId agent, const RecordBlock& block)
     m_storable.require(agent, block);
     const RecordsView view = RecordsView::of(block);
     if (view.isOrdered())
-        m_placement.storeNow(agent, view);
+        storeOrdered(agent, view);
     else
-        m_placement.storeNow(agent, Records::ordered(view).view());
+        storeOrdered(agent, Records::ordered(view).view());
+}
+
+void SqliteAppender::storeOrdered(RowId agent, const RecordsView& records)
+{
+    if (m_clock && m_placement.overlaps(agent, records))
+        m_amendments.note(agent, records, m_clock());
+    m_placement.storeNow(agent, records);
+    if (m_clock)
+        m_amendments.stored(agent, records);
 }
 
 void SqliteAppender::forget()
 {
     m_placement.forget();
     m_storable.forget();
+    m_amendments.forget();
 }
 
 }  // namespace plotix

@@ -1,5 +1,6 @@
 #include "records/sqlite/SqliteReader.h"
 
+#include "records/sqlite/AmendmentTable.h"
 #include "records/sqlite/ChunkReading.h"
 #include "records/sqlite/ResultColumns.h"
 
@@ -51,6 +52,14 @@ std::optional<RecordBlock> SqliteReader::read(RowId agent, std::span<const RowId
     if (progress && !progress(1.0))
         return std::nullopt;
     return columns.block();
+}
+
+std::vector<Amendment> SqliteReader::amendments(std::span<const RowId> properties, std::optional<double> from,
+                                                std::optional<double> to)
+{
+    const Range range(from, to);
+    const ReadTransaction transaction(m_connection->database);
+    return AmendmentTable(m_connection->database).between(properties, range.from, range.to);
 }
 
 std::optional<RecordExtent> SqliteReader::extent(RowId agent)

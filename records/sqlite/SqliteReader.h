@@ -31,6 +31,8 @@ public:
                                     std::optional<double> to, const ArchiveProgress& progress);
     ColumnStatistics statistics(RowId agent, RowId property, std::optional<double> from, std::optional<double> to,
                                 StatisticsFrom source);
+    std::vector<Amendment> amendments(std::span<const RowId> properties, std::optional<double> from,
+                                      std::optional<double> to);
 
 private:
     /// Bounds as numbers: infinite when absent.

@@ -8,6 +8,15 @@
 
 namespace plotix {
 
+namespace {
+
+std::shared_ptr<RecordStore> storeOf(const Database& database)
+{
+    return std::make_shared<SqliteRecordStore>(database.file(), database.schema());
+}
+
+}  // namespace
+
 SqliteRecordStore::SqliteRecordStore(QString file, DatabaseSchema schema)
     : m_file(std::move(file)), m_schema(std::move(schema)), m_connections(ReadConnections::ofFile(m_file, m_schema))
 {
@@ -17,7 +26,7 @@ SqliteRecordStore::~SqliteRecordStore() = default;
 
 std::unique_ptr<RecordTransaction> SqliteRecordStore::join(Database& site)
 {
-    return std::make_unique<SqliteTransaction>(site);
+    return std::make_unique<SqliteTransaction>(site, &storeOf);
 }
 
 std::optional<RecordExtent> SqliteRecordStore::extent(RowId agent)
@@ -49,17 +58,23 @@ ColumnStatistics SqliteRecordStore::statistics(RowId agent, RowId property, std:
     return SqliteReader(m_connections).statistics(agent, property, from, to, source);
 }
 
+std::vector<Amendment> SqliteRecordStore::amendments(RowId, std::span<const RowId> properties,
+                                                     std::optional<double> from, std::optional<double> to)
+{
+    return SqliteReader(m_connections).amendments(properties, from, to);
+}
+
 std::unique_ptr<RecordTransaction> SqliteRecordStore::begin()
 {
     requireInPlace();
     return std::make_unique<SqliteTransaction>(
-        std::make_unique<Database>(m_file, m_schema, Database::Access::ReadWrite));
+        std::make_unique<Database>(m_file, m_schema, Database::Access::ReadWrite), &storeOf);
 }
 
 std::unique_ptr<RecordAppender> SqliteRecordStore::appender()
 {
     requireInPlace();
-    return std::make_unique<SqliteAppender>(m_file, m_schema);
+    return std::make_unique<SqliteAppender>(m_file, m_schema, &storeOf);
 }
 
 CompactionResult SqliteRecordStore::compact(const CompactionRequest& request, const ArchiveProgress& progress)

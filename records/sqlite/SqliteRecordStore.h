@@ -35,6 +35,8 @@ public:
                                     std::optional<double> to, const ArchiveProgress& progress) override;
     ColumnStatistics statistics(RowId agent, RowId property, std::optional<double> from, std::optional<double> to,
                                 StatisticsFrom source) override;
+    std::vector<Amendment> amendments(RowId agent, std::span<const RowId> properties, std::optional<double> from,
+                                      std::optional<double> to) override;
     std::unique_ptr<RecordTransaction> begin() override;
     std::unique_ptr<RecordAppender> appender() override;
     CompactionResult compact(const CompactionRequest& request, const ArchiveProgress& progress) override;

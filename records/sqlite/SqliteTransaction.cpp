@@ -16,13 +16,17 @@ Database& begun(Database& database)
 
 }  // namespace
 
-SqliteTransaction::SqliteTransaction(std::unique_ptr<Database> connection)
-    : m_own(std::move(connection)), m_chunks(begun(*m_own)), m_placement(m_chunks), m_storable(*m_own)
+SqliteTransaction::SqliteTransaction(std::unique_ptr<Database> connection, AmendmentNoting::MakeStore makeStore)
+    : m_own(std::move(connection)),
+      m_chunks(begun(*m_own)),
+      m_placement(m_chunks),
+      m_storable(*m_own),
+      m_amendments(*m_own, std::move(makeStore))
 {
 }
 
-SqliteTransaction::SqliteTransaction(Database& database)
-    : m_chunks(database), m_placement(m_chunks), m_storable(database)
+SqliteTransaction::SqliteTransaction(Database& database, AmendmentNoting::MakeStore makeStore)
+    : m_chunks(database), m_placement(m_chunks), m_storable(database), m_amendments(database, std::move(makeStore))
 {
 }
 
@@ -38,9 +42,22 @@ void SqliteTransaction::store(RowId agent, const RecordBlock& block)
     m_storable.require(agent, block);
     const RecordsView view = RecordsView::of(block);
     if (view.isOrdered())
-        m_placement.store(agent, view);
+        storeOrdered(agent, view);
     else
-        m_placement.store(agent, Records::ordered(view).view());
+        storeOrdered(agent, Records::ordered(view).view());
+}
+
+void SqliteTransaction::storeOrdered(RowId agent, const RecordsView& records)
+{
+    if (m_now && m_placement.overlaps(agent, records))
+        m_amendments.note(agent, records, *m_now);
+    m_placement.store(agent, records);
+}
+
+void SqliteTransaction::addAmendment(RowId agent, const Amendment& amendment)
+{
+    requireOpen();
+    m_amendments.add(agent, amendment);
 }
 
 void SqliteTransaction::remove(RowId agent, std::span<const RowId> properties, std::optional<double> from,
@@ -49,6 +66,7 @@ void SqliteTransaction::remove(RowId agent, std::span<const RowId> properties, s
     requireOpen();
     constexpr double kInfinity = std::numeric_limits<double>::infinity();
     m_placement.remove(agent, properties, from.value_or(-kInfinity), to.value_or(kInfinity));
+    AmendmentTable(m_chunks.database()).remove(properties, from.value_or(-kInfinity), to.value_or(kInfinity));
 }
 
 void SqliteTransaction::requireOpen() const

@@ -1,13 +1,12 @@
 #include "records/store/MemoryRecordStore.h"
 
-#include "base/ReportableError.h"
 #include "records/columns/ColumnFormat.h"
 #include "records/columns/ColumnView.h"
+#include "records/store/MemoryWriting.h"
 #include "records/store/RecordsInMemory.h"
 
 #include <algorithm>
 #include <cmath>
-#include <functional>
 #include <limits>
 
 namespace plotix {
@@ -18,8 +17,7 @@ using Element = RecordsInMemory::Element;
 using Elements = RecordsInMemory::Elements;
 using Timeline = RecordsInMemory::Timeline;
 using Timelines = RecordsInMemory::Timelines;
-
-constexpr int kWritersPatience = 3000;  // milliseconds
+using Contents = RecordsInMemory::Contents;
 
 const Timeline& timelineOf(const Timelines& timelines, RowId agent)
 {
@@ -127,71 +125,15 @@ RecordOverview overviewOf(const Timeline& timeline, std::span<const RowId> prope
     return overview;
 }
 
-class MemoryTransaction final : public RecordTransaction {
-public:
-    explicit MemoryTransaction(std::shared_ptr<RecordsInMemory> records)
-        : m_records(std::move(records)), m_turn(m_records->turn(kWritersPatience))
-    {
-    }
-
-    void store(RowId agent, const RecordBlock& block) override
-    {
-        requireOpen();
-        m_records->requireStorable(agent, block);
-        m_steps.emplace_back([agent, block](Timelines& timelines) { merge(block, timelines[agent]); });
-    }
-    void remove(RowId agent, std::span<const RowId> properties, std::optional<double> from,
-                std::optional<double> to) override
-    {
-        requireOpen();
-        m_steps.emplace_back([agent, which = std::vector(properties.begin(), properties.end()),
-                              bounds = Bounds(from, to)](Timelines& timelines) {
-            plotix::remove(which, bounds.from, bounds.to, timelines[agent]);
-        });
-    }
-    void prepare() override {}
-    void commit() override
-    {
-        m_records->changed([this](Timelines& timelines) {
-            for (const auto& step : m_steps)
-                step(timelines);
-        });
-        m_steps.clear();
-        m_turn.reset();
-    }
-
-private:
-    void requireOpen() const
-    {
-        if (!m_turn)
-            throw ReportableError(QStringLiteral("These records were stored already: begin again to store more."));
-    }
-
-    std::shared_ptr<RecordsInMemory> m_records;
-    std::optional<RecordsInMemory::Turn> m_turn;  // nothing: committed
-    std::vector<std::function<void(Timelines&)>> m_steps;
-};
-
-class MemoryAppender final : public RecordAppender {
-public:
-    explicit MemoryAppender(std::shared_ptr<RecordsInMemory> records) : m_records(std::move(records)) {}
-
-    void append(RowId agent, const RecordBlock& block) override
-    {
-        const RecordsInMemory::Turn turn = m_records->turn(m_patience);
-        m_records->requireStorable(agent, block);
-        m_records->changed([&](Timelines& timelines) { merge(block, timelines[agent]); });
-    }
-    void setPatience(int milliseconds) override { m_patience = milliseconds; }
-
-private:
-    std::shared_ptr<RecordsInMemory> m_records;
-    int m_patience = kWritersPatience;
-};
+std::shared_ptr<RecordStore> storeOf(std::shared_ptr<RecordsInMemory> records)
+{
+    return std::make_shared<MemoryRecordStore>(std::move(records));
+}
 
 }  // namespace
 
 MemoryRecordStore::MemoryRecordStore() : m_records(std::make_shared<RecordsInMemory>()) {}
+MemoryRecordStore::MemoryRecordStore(std::shared_ptr<RecordsInMemory> records) : m_records(std::move(records)) {}
 MemoryRecordStore::~MemoryRecordStore() = default;
 
 void MemoryRecordStore::addProperty(RowId agent, RowId property)
@@ -248,14 +190,30 @@ ColumnStatistics MemoryRecordStore::statistics(RowId agent, RowId property, std:
     });
 }
 
+std::vector<Amendment> MemoryRecordStore::amendments(RowId, std::span<const RowId> properties,
+                                                     std::optional<double> from, std::optional<double> to)
+{
+    const Bounds bounds(from, to);
+    std::vector<Amendment> found;
+    for (const RowId property : properties) {
+        std::vector<Amendment> all = m_records->amendmentsOf(property);
+        std::erase_if(all, [&](const Amendment& each) { return each.from > bounds.to || each.to < bounds.from; });
+        std::stable_sort(all.begin(), all.end(), [](const Amendment& one, const Amendment& other) {
+            return std::pair(one.from, one.to) < std::pair(other.from, other.to);
+        });
+        found.insert(found.end(), all.begin(), all.end());
+    }
+    return found;
+}
+
 std::unique_ptr<RecordTransaction> MemoryRecordStore::begin()
 {
-    return std::make_unique<MemoryTransaction>(m_records);
+    return transactionOn(m_records, &storeOf);
 }
 
 std::unique_ptr<RecordAppender> MemoryRecordStore::appender()
 {
-    return std::make_unique<MemoryAppender>(m_records);
+    return appenderTo(m_records, &storeOf);
 }
 
 CompactionResult MemoryRecordStore::compact(const CompactionRequest& request, const ArchiveProgress& progress)
@@ -263,8 +221,11 @@ CompactionResult MemoryRecordStore::compact(const CompactionRequest& request, co
     CompactionResult result;
     const RecordsInMemory::Turn turn = m_records->turn(kWritersPatience);
     result.stopped = progress && !progress(0);
-    m_records->changed([&](Timelines& timelines) {
-        for (auto& [agent, timeline] : timelines) {
+    m_records->changed([&](Contents& contents) {
+        if (request.dropBefore && !result.stopped)
+            for (auto& [property, amendments] : contents.amendments)
+                remove(-HUGE_VAL, std::nextafter(*request.dropBefore, -HUGE_VAL), amendments);
+        for (auto& [agent, timeline] : contents.timelines) {
             const std::size_t before = timeline.size();
             if (request.dropBefore && !result.stopped)
                 timeline.erase(timeline.begin(), timeline.lower_bound(*request.dropBefore));

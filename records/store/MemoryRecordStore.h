@@ -19,6 +19,7 @@ class RecordsInMemory;
 class MemoryRecordStore final : public RecordStore {
 public:
     MemoryRecordStore();
+    explicit MemoryRecordStore(std::shared_ptr<RecordsInMemory> records);
     ~MemoryRecordStore() override;
 
     /// Accepts records of the property from now on. Requires: 0 < property < kPropertyLimit, of no other agent.
@@ -32,6 +33,8 @@ public:
                                     std::optional<double> to, const ArchiveProgress& progress) override;
     ColumnStatistics statistics(RowId agent, RowId property, std::optional<double> from, std::optional<double> to,
                                 StatisticsFrom source) override;
+    std::vector<Amendment> amendments(RowId agent, std::span<const RowId> properties, std::optional<double> from,
+                                      std::optional<double> to) override;
     std::unique_ptr<RecordTransaction> begin() override;
     std::unique_ptr<RecordAppender> appender() override;
     CompactionResult compact(const CompactionRequest& request, const ArchiveProgress& progress) override;

@@ -1,8 +1,10 @@
 #pragma once
 
+#include "records/store/Amendment.h"
 #include "records/store/RecordBlock.h"
 #include "records/store/RecordMaintenance.h"
 
+#include <functional>
 #include <memory>
 #include <optional>
 #include <span>
@@ -39,10 +41,17 @@ public:
     virtual void store(RowId agent, const RecordBlock& block) = 0;
 
     /// Takes the elements of these properties out of the agent's records with from ≤ time ≤ to, as if they had never
-    /// been stored. A record there that is left without any element goes too. Absent bounds are open; properties
-    /// without elements there, or of other agents, are passed over.
+    /// been stored, amended or not. A record there that is left without any element goes too. Absent bounds are open;
+    /// properties without elements there, or of other agents, are passed over.
     virtual void remove(RowId agent, std::span<const RowId> properties, std::optional<double> from,
                         std::optional<double> to) = 0;
+
+    /// From now on what is stored is compared with what was there before the transaction, and what is late or corrects
+    /// something is noted with it, as happened at `now`. Without it, nothing is: what is moved, or put back, is no
+    /// news.
+    virtual void noteAmendments(double now) = 0;
+    /// Notes one that came with the records from elsewhere. Requires: the property is the agent's.
+    virtual void addAmendment(RowId agent, const Amendment& amendment) = 0;
 
     /// Does whatever may still fail, so that `commit` will not for any other reason than a lost connection. Requires:
     /// nothing is stored afterwards. Called by whoever commits something else together with the records (see below).
@@ -69,6 +78,9 @@ public:
     /// Stored when it returns: whatever happens to this process afterwards, the records are there (as long as the store
     /// itself is). When it throws, nothing of the block is stored, and it may be tried again.
     virtual void append(RowId agent, const RecordBlock& block) = 0;
+
+    /// As RecordTransaction::noteAmendments, for each block with the time of that moment.
+    virtual void noteAmendments(std::function<double()> clock) = 0;
 
     /// How long `append` waits for another writer; 3 seconds at first.
     virtual void setPatience(int milliseconds) = 0;
@@ -108,6 +120,11 @@ public:
     virtual ColumnStatistics statistics(RowId agent, RowId property, std::optional<double> from = {},
                                         std::optional<double> to = {},
                                         StatisticsFrom source = StatisticsFrom::Summaries) = 0;
+
+    /// What of these properties was amended and shares a time with [from, to], by property in this order, then by time;
+    /// of one kind, what lies within a later one is gone. Quick.
+    virtual std::vector<Amendment> amendments(RowId agent, std::span<const RowId> properties,
+                                              std::optional<double> from = {}, std::optional<double> to = {}) = 0;
 
     /// Waits for another writer to finish.
     virtual std::unique_ptr<RecordTransaction> begin() = 0;

@@ -74,6 +74,44 @@ void remove(std::span<const RowId> properties, double from, double to, RecordsIn
     }
 }
 
+std::vector<Amendment> RecordsInMemory::amendmentsOf(RowId property) const
+{
+    const std::shared_lock lock = whileNobodyChanges();
+    const auto found = m_contents.amendments.find(property);
+    return found != m_contents.amendments.end() ? found->second : std::vector<Amendment>();
+}
+
+void add(const Amendment& amendment, std::vector<Amendment>& to,
+         const std::function<bool(double from, double to)>& areNeighbours)
+{
+    std::erase_if(to, [&](const Amendment& each) {
+        return each.kind == amendment.kind && each.from >= amendment.from && each.to <= amendment.to;
+    });
+    Amendment* last = nullptr;
+    for (Amendment& each : to)
+        if (each.kind == amendment.kind && each.to < amendment.from && (!last || each.to >= last->to))
+            last = &each;
+    const bool isAnyBetween = last && std::any_of(to.begin(), to.end(), [&](const Amendment& each) {
+                                  return &each != last && each.to > last->to && each.from < amendment.from;
+                              });
+    if (last && goesOn(*last, amendment) && !isAnyBetween && areNeighbours(last->to, amendment.from)) {
+        last->to = amendment.to;
+        last->last = amendment.last;
+    } else {
+        to.push_back(amendment);
+    }
+}
+
+void remove(double from, double to, std::vector<Amendment>& out)
+{
+    std::vector<Amendment> left;
+    for (const Amendment& each : out)
+        for (const Amendment& part :
+             each.from <= to && each.to >= from ? without(each, from, to) : std::vector<Amendment>{each})
+            left.push_back(part);
+    out = std::move(left);
+}
+
 void merge(const RecordBlock& block, RecordsInMemory::Timeline& into)
 {
     std::map<double, std::size_t> last;  // each time's position in the block

@@ -1927,10 +1927,6 @@
         <translation>&amp;Qualitätsstreifen</translation>
     </message>
     <message>
-        <source>A row for each line at the foot of its lane: where it has records, where it has none, and where they are not valid.</source>
-        <translation>Eine Zeile je Linie am Fuß ihrer Spur: wo sie Messwerte hat, wo keine, und wo sie nicht gültig sind.</translation>
-    </message>
-    <message>
         <source>%1, %2</source>
         <extracomment>A line and with what it is compared: &quot;Power, a week earlier&quot;.</extracomment>
         <translation>%1, %2</translation>
@@ -2149,6 +2145,115 @@
         <source>year years; month months; week weeks; day days; hour hours; minute minutes; second seconds</source>
         <extracomment>As people type them after a number, each unit in all its forms, in this order</extracomment>
         <translation>jahr jahre jahren; monat monate monaten; woche wochen; tag tage tagen; stunde stunden std; minute minuten; sekunde sekunden sek</translation>
+    </message>
+    <message>
+        <source>arrived late, %1</source>
+        <translation>verspätet eingetroffen, %1</translation>
+    </message>
+    <message>
+        <source>corrected %1</source>
+        <translation>berichtigt %1</translation>
+    </message>
+    <message>
+        <source>arrived late</source>
+        <translation>verspätet</translation>
+    </message>
+    <message>
+        <source>corrected</source>
+        <translation>berichtigt</translation>
+    </message>
+    <message>
+        <source>By &amp;Any Time</source>
+        <translation>Um &amp;beliebige Zeit</translation>
+    </message>
+    <message>
+        <source>By More than a &amp;Minute</source>
+        <translation>Um mehr als eine &amp;Minute</translation>
+    </message>
+    <message>
+        <source>By More than an &amp;Hour</source>
+        <translation>Um mehr als eine &amp;Stunde</translation>
+    </message>
+    <message>
+        <source>By More than a &amp;Day</source>
+        <translation>Um mehr als einen &amp;Tag</translation>
+    </message>
+    <message>
+        <source>Show &amp;Late and Corrected</source>
+        <translation>&amp;Verspätetes und Berichtigtes zeigen</translation>
+    </message>
+    <message>
+        <source>Marks records that were added between others, and those whose values were replaced, after the fact.</source>
+        <translation>Kennzeichnet Messwerte, die nachträglich zwischen andere kamen oder ersetzt wurden.</translation>
+    </message>
+    <message>
+        <source>A row for each line at the foot of its lane: where it has records, where it has none, and where they are not valid, late or corrected.</source>
+        <translation>Eine Zeile für jede Linie am Fuß ihrer Spur: wo sie Messwerte hat, wo keine, und wo sie ungültig, verspätet oder berichtigt sind.</translation>
+    </message>
+    <message>
+        <source>What came sooner is not called late.</source>
+        <translation>Was früher eintraf, gilt nicht als verspätet.</translation>
+    </message>
+    <message>
+        <source>Arrived La&amp;te</source>
+        <translation>V&amp;erspätet eingetroffen</translation>
+    </message>
+    <message>
+        <source>clocks %1</source>
+        <extracomment>Where the clocks are changed to summer time or back: &quot;clocks +1 h&quot;.</extracomment>
+        <translation>Uhr %1</translation>
+    </message>
+    <message>
+        <source>Time &amp;Zone</source>
+        <translation>&amp;Zeitzone</translation>
+    </message>
+    <message>
+        <source>&amp;My Time Zone (%1)</source>
+        <translation>&amp;Meine Zeitzone (%1)</translation>
+    </message>
+    <message>
+        <source>That of the &amp;Site (%1)</source>
+        <translation>Die der &amp;Anlage (%1)</translation>
+    </message>
+    <message>
+        <source>&amp;UTC</source>
+        <translation>&amp;UTC</translation>
+    </message>
+    <message>
+        <source>&amp;Other Time Zone…</source>
+        <translation>Ande&amp;re Zeitzone…</translation>
+    </message>
+    <message>
+        <source>Usual &amp;Form of Times</source>
+        <translation>Übliche &amp;Form der Zeiten</translation>
+    </message>
+    <message>
+        <source>&amp;24 Hours</source>
+        <translation>&amp;24 Stunden</translation>
+    </message>
+    <message>
+        <source>As in My &amp;Language</source>
+        <translation>Wie in meiner &amp;Sprache</translation>
+    </message>
+    <message>
+        <source>Mark Where Clocks Are &amp;Changed</source>
+        <translation>&amp;Uhrumstellung anzeigen</translation>
+    </message>
+    <message>
+        <source>not set</source>
+        <translation>nicht angegeben</translation>
+    </message>
+    <message>
+        <source>Time Zone</source>
+        <translation>Zeitzone</translation>
+    </message>
+    <message>
+        <source>Search for a city, a country or UTC+5:45</source>
+        <translation>Nach Stadt, Land oder UTC+5:45 suchen</translation>
+    </message>
+    <message>
+        <source>No time zone is called “%1”. Did you mean %2?</source>
+        <translation>Keine Zeitzone heißt „%1“. Meinten Sie %2?</translation>
     </message>
 </context>
 <context>
@@ -3460,6 +3565,29 @@
     </message>
 </context>
 <context>
+    <name>plotix::JoinDialog</name>
+    <message>
+        <source>Add to the Trend</source>
+        <translation>Zum Trend hinzufügen</translation>
+    </message>
+    <message>
+        <source>“%1” comes from a source with times of its own. What stands at the times between its records?</source>
+        <translation>„%1“ kommt aus einer Quelle mit eigenen Zeiten. Was gilt zwischen ihren Messwerten?</translation>
+    </message>
+    <message>
+        <source>&amp;Its last value, as of counters, states and set points</source>
+        <translation>&amp;Ihr letzter Wert, wie bei Zählern, Zuständen und Sollwerten</translation>
+    </message>
+    <message>
+        <source>A &amp;straight line from one to the next, as of what changes slowly, such as temperatures</source>
+        <translation>Eine &amp;gerade Linie von einem zum nächsten, wie bei allem, was sich langsam ändert, etwa Temperaturen</translation>
+    </message>
+    <message>
+        <source>Edit Computed Property, in the menu of the property, changes that, and how long a gap is bridged.</source>
+        <translation>„Berechnete Größe bearbeiten“ im Menü der Größe ändert das, und wie lange Lücken überbrückt werden.</translation>
+    </message>
+</context>
+<context>
     <name>plotix::LimitsDialog</name>
     <message>
         <source>No limits.</source>
@@ -4060,6 +4188,22 @@ Auf einen Trend ziehen, oder ankreuzen und „Neuer Trend“ wählen.</translati
     <message>
         <source>&amp;Location:</source>
         <translation>&amp;Ort:</translation>
+    </message>
+    <message>
+        <source>such as Europe/Berlin</source>
+        <translation>etwa Europe/Berlin</translation>
+    </message>
+    <message>
+        <source>A trend can say its times by the clocks of the site: View ▸ Time Zone.</source>
+        <translation>Ein Trend kann seine Zeiten nach den Uhren der Anlage nennen: Ansicht ▸ Zeitzone.</translation>
+    </message>
+    <message>
+        <source>Time &amp;zone:</source>
+        <translation>&amp;Zeitzone:</translation>
+    </message>
+    <message>
+        <source>No time zone is called “%1”. Did you mean %2?</source>
+        <translation>Keine Zeitzone heißt „%1“. Meinten Sie %2?</translation>
     </message>
 </context>
 <context>

@@ -3,10 +3,21 @@
 #include "plugins/PlotixPlugIn/host/KTVHostServices.h"
 
 KTVNaturalLanguageDateCreator::~KTVNaturalLanguageDateCreator() = default;
+KTVZonedDateCreator::~KTVZonedDateCreator() = default;
 
 void KTVNaturalLanguageDateCreator::dateRangeForQuickRange(KTVQuickRange range, OptionalDate& start, OptionalDate& end)
 {
     KTVHostServices::installed().dateCreator->dateRange(range, start, end);
+}
+
+void KTVNaturalLanguageDateCreator::dateRangeForQuickRange(KTVQuickRange range, const QTimeZone& zone,
+                                                           OptionalDate& start, OptionalDate& end)
+{
+    const auto* zoned = dynamic_cast<const KTVZonedDateCreator*>(KTVHostServices::installed().dateCreator);
+    if (zoned && zone.isValid())
+        zoned->dateRangeIn(zone, range, start, end);
+    else
+        dateRangeForQuickRange(range, start, end);
 }
 
 void KTVNaturalLanguageDateCreator::dateRangeForToday(OptionalDate& start, OptionalDate& end)

@@ -1,6 +1,6 @@
 #include "plugins/PlotixPlugIn/logic/TimeTicks.h"
 
-#include <QtCore/QDateTime>
+#include "plotkit/model/CPTClock.h"
 
 #include <cmath>
 #include <limits>
@@ -27,8 +27,6 @@ constexpr std::array<TimeTickRow, kTimeTickRowCount> kTable{{
     {kUnbounded, 31'536'000, 1, "MMM-dd\nyyyy"},
 }};
 
-constexpr double kCalendarLimit = 8.0e12;  // seconds; well inside what QDateTime can tell an offset for
-
 }  // namespace
 
 const std::array<TimeTickRow, kTimeTickRowCount>& timeTickTable()
@@ -50,10 +48,9 @@ const TimeTickRow& timeTicksForSpan(double span)
     return kTable.back();
 }
 
-double labelingOriginForLocalMidnight(double moment)
+double labelingOriginForLocalMidnight(double moment, const QTimeZone& zone)
 {
-    const double known = std::abs(moment) <= kCalendarLimit ? moment : 0.0;
-    return -static_cast<double>(QDateTime::fromSecsSinceEpoch(static_cast<qint64>(std::floor(known))).offsetFromUtc());
+    return -static_cast<double>(plotkit::offsetAt(zone, moment));
 }
 
 double majorIntervalForTimeSpan(double span)

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <QtCore/QTimeZone>
+
 #include <array>
 
 /// How far apart the ticks of the time axis stand and how they are labelled.
@@ -26,9 +28,9 @@ double wholeMinutes(double span);
 const TimeTickRow& timeTicksForSpan(double span);
 
 /// Where ticks count from, so that multiples of the interval fall on local midnight: seconds since 1970-01-01 UTC of
-/// local midnight of 1970-01-01, with the local zone's offset at `moment`. A NaN or a moment beyond all calendars
-/// answers the offset at the epoch.
-double labelingOriginForLocalMidnight(double moment);
+/// local midnight of 1970-01-01, with the zone's offset at `moment`; an invalid zone is the local one. A NaN or a
+/// moment beyond all calendars answers the offset at the epoch.
+double labelingOriginForLocalMidnight(double moment, const QTimeZone& zone = {});
 
 /// A quarter of an hour up to an hour, three hours up to a day, a seventh up to a week, else a quarter of the span.
 double majorIntervalForTimeSpan(double span);

@@ -15,6 +15,17 @@ namespace {
 
 using OptionalQDate = std::optional<QDate>;
 
+/// By the clocks of what was shown before.
+QDateTime momentAt(const QDate& day, const QTime& time, const QDateTime& shown)
+{
+    return shown.timeSpec() == Qt::TimeZone ? QDateTime(day, time, shown.timeZone()) : QDateTime(day, time);
+}
+
+QDateTime startOf(const QDate& day, const QDateTime& shown)
+{
+    return shown.timeSpec() == Qt::TimeZone ? day.startOfDay(shown.timeZone()) : day.startOfDay();
+}
+
 std::optional<TypedDate> isoDate(const QString& text, const TypedDateSurroundings& surroundings)
 {
     static const QRegularExpression form(
@@ -32,7 +43,7 @@ std::optional<TypedDate> isoDate(const QString& text, const TypedDateSurrounding
         return std::nullopt;
     const QString zone = found.captured(8).toUpper();
     if (zone.isEmpty())
-        return TypedDate{QDateTime(day, time), true};
+        return TypedDate{momentAt(day, time, surroundings.shown), true};
     const int sign = zone.startsWith(QLatin1Char('-')) ? -1 : 1;
     const QString digits = QString(zone).remove(QLatin1Char(':'));
     const int offset =
@@ -185,7 +196,9 @@ std::optional<TypedDate> earlierDate(const QString& text, const std::optional<QT
     const QDateTime moment = before(surroundings.now, *distance);
     if (isSigned || distance->seconds > 0)
         return TypedDate{moment, true};
-    return TypedDate{time ? QDateTime(moment.date(), *time) : moment.date().startOfDay(), time.has_value()};
+    return TypedDate{time ? momentAt(moment.date(), *time, surroundings.shown)
+                          : startOf(moment.date(), surroundings.shown),
+                     time.has_value()};
 }
 
 /// Where year, month and day stand in the locale's dates, such as "dmy".
@@ -287,7 +300,8 @@ std::optional<TypedDate> typedDate(const QString& typed, const TypedDateSurround
                                                       : dateOf(text, time.has_value(), surroundings);
     if (!date)
         return std::nullopt;
-    return TypedDate{time ? QDateTime(*date, *time) : date->startOfDay(), time.has_value()};
+    return TypedDate{time ? momentAt(*date, *time, surroundings.shown) : startOf(*date, surroundings.shown),
+                     time.has_value()};
 }
 
 QString endOfTypedSpan(const QString& text, SpanEnd end)

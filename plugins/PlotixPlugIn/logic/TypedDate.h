@@ -28,7 +28,7 @@ struct TypedDateSurroundings {
     QLocale locale;
     DayWords words;
     QDateTime shown;  ///< what the text replaces; its zone is that of the answer
-    QDateTime now;
+    QDateTime now;    ///< in the same zone: its date is today
 };
 
 struct TypedDate {

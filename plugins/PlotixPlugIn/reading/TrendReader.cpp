@@ -1,6 +1,7 @@
 #include "plugins/PlotixPlugIn/reading/TrendReader.h"
 
 #include "plotkit/widget/CPTGraphHostingView.h"
+#include "plugins/PlotixPlugIn/reading/clock/ClockPart.h"
 #include "plugins/PlotixPlugIn/reading/comparing/ComparingPart.h"
 #include "plugins/PlotixPlugIn/reading/lanes/Arrangement.h"
 #include "plugins/PlotixPlugIn/reading/legend/LegendPart.h"
@@ -52,6 +53,7 @@ TrendReader::TrendReader(ReadTrend& trend) : m_trend(trend)
     add(std::make_unique<NotesPart>(trend));
     add(std::make_unique<StatisticsPart>(trend));
     add(std::make_unique<LegendPart>(trend));
+    add(std::make_unique<ClockPart>(trend));
     add(std::make_unique<TrendLooks>(trend));     // it dresses what others put into the graph
     add(std::make_unique<ComparingPart>(trend));  // last: its lines look as those they are compared with
 }
@@ -142,6 +144,14 @@ const QList<QAction*>& TrendReader::menuActions()
         (*menu)->addAction(action);
     }
     return m_menuActions;
+}
+
+double TrendReader::heightAbovePlots() const
+{
+    double height = 0;
+    for (const auto& part : m_parts)
+        height = std::max(height, part->heightAbovePlots());
+    return height;
 }
 
 TableFigures* TrendReader::tableFigures() const

@@ -38,6 +38,7 @@ public:
     /// The same as people meet them: one for each menu, which shows it, and those that stand by themselves. Owned, the
     /// same on every call.
     const QList<QAction*>& menuActions();
+    double heightAbovePlots() const;     ///< of the part that reaches farthest
     TableFigures* tableFigures() const;  ///< of the part that has some; null when none has
 
     template <class Tell, class... Arguments>

@@ -48,6 +48,20 @@ TEST_F(RenderCommandTest, RenderTakesAQuickRange)
     EXPECT_EQ(request.trend.to->seconds - request.trend.from->seconds, 86'400);
 }
 
+TEST_F(RenderCommandTest, RenderTakesWhatIsToldOfQuality)
+{
+    importWeather();
+    ASSERT_EQ(run({"render", site(), "--quality", "strip,late", "--late-by", "10m", "--output", path("a.png")}), 0);
+    ASSERT_EQ(run({"render", site(), "--quality", "none", "--output", path("b.png")}), 0);
+    ASSERT_EQ(run({"render", site(), "--late-by", "1h", "--output", path("c.png")}), 0);
+    EXPECT_EQ(m_services.rendered[0].reading["missing"].toMap(),
+              (QVariantMap{{"strip", true}, {"amended", true}, {"lateBy", 600.0}}));
+    EXPECT_EQ(m_services.rendered[1].reading, (QVariantMap{{"missing", QVariantMap()}}));
+    EXPECT_EQ(m_services.rendered[2].reading["missing"].toMap(),
+              (QVariantMap{{"stretches", true}, {"amended", true}, {"lateBy", 3600.0}}));
+    expectFailure({"render", site(), "--quality", "good", "--output", path("a.png")}, 2, QStringLiteral("--quality"));
+}
+
 TEST_F(RenderCommandTest, RenderTakesAChoiceOfGaps)
 {
     importWeather();
@@ -207,6 +221,40 @@ TEST_F(RenderCommandTest, LimitsAndNotesMayBeLeftOut)
     const QVariantMap hidden{{"shown", false}};
     EXPECT_EQ(m_services.rendered[0].reading, (QVariantMap{{"limits", hidden}, {"notes", hidden}}));
     expectFailure({"render", site(), "--output", path("a.png"), "--without", "marks"}, 2, QStringLiteral("--without"));
+}
+
+TEST_F(RenderCommandTest, RenderSaysTimesByAZone)
+{
+    importWeather();
+    ASSERT_EQ(run({"render", site(), "--zone", "kathmandu", "--hours", "24", "--from", "2015-01-01", "--to",
+                   "2015-01-01T12:00", "--at", "2015-01-01T06:00", "--output", path("a.png")}),
+              0)
+        << m_error.toStdString();
+    const RenderRequest& request = m_services.rendered.front();
+    EXPECT_EQ(request.reading.value("clock").toMap(),
+              (QVariantMap{{"zone", "Asia/Kathmandu"}, {"form", "24-hour"}, {"changes", true}}));
+    EXPECT_EQ(request.trend.from, Date{1420070400 - 20'700});
+    EXPECT_EQ(request.trend.to, Date{1420070400 - 20'700 + 43'200});
+    EXPECT_EQ(request.reading.value("valueLine").toMap().value("held"), 1420070400 - 20'700 + 21'600.0);
+}
+
+TEST_F(RenderCommandTest, RenderRefusesAnUnknownZoneAndNamesTheNearest)
+{
+    importWeather();
+    expectFailure({"render", site(), "--zone", "Europe/Berlinn", "--output", path("a.png")}, 2,
+                  QStringLiteral("did you mean Europe/Berlin?"));
+    expectFailure({"render", site(), "--zone", "site", "--output", path("a.png")}, 1,
+                  QStringLiteral("does not say its time zone"));
+}
+
+TEST_F(RenderCommandTest, RenderTakesTheSitesZone)
+{
+    importWeather();
+    SiteDocument::open(site())->setZone(QTimeZone("Asia/Kathmandu"));
+    ASSERT_EQ(run({"render", site(), "--zone", "site", "--from", "2015-01-01", "--output", path("a.png")}), 0)
+        << m_error.toStdString();
+    EXPECT_EQ(m_services.rendered.front().reading.value("clock").toMap().value("zone"), "site");
+    EXPECT_EQ(m_services.rendered.front().trend.from, Date{1420070400 - 20'700});
 }
 
 }  // namespace

@@ -228,4 +228,19 @@ TEST(QuickRangeNameTest, CaseDoesNotMatterAndNonsenseIsNothing)
     EXPECT_EQ(plotix::quickRangeNamed(""), std::nullopt);
 }
 
+TEST_F(QuickRangesTest, AnotherZoneHasItsOwnToday)
+{
+    itIs("2024-06-30T20:00:00", "Europe/Berlin");  // in Kathmandu it is July already
+    const QTimeZone kathmandu("Asia/Kathmandu");
+    QuickRanges({[this] { return now; }, zone, locale, allTime})
+        .dateRangeIn(kathmandu, KTVQuickRange::Today, start, end);
+    zone = kathmandu;
+    EXPECT_EQ(start, OptionalDate(moment("2024-06-30T00:00:00"))) << text(start);
+    itIs("2024-06-30T21:00:00", "Europe/Berlin");
+    QuickRanges({[this] { return now; }, zone, locale, allTime})
+        .dateRangeIn(kathmandu, KTVQuickRange::Today, start, end);
+    zone = kathmandu;
+    EXPECT_EQ(start, OptionalDate(moment("2024-07-01T00:00:00"))) << text(start);
+}
+
 }  // namespace

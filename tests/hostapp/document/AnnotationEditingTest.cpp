@@ -83,7 +83,8 @@ protected:
     {
         document.reset();
         Database database(site(), siteSchema(), Database::Access::ReadWrite);
-        database.execute("DROP TABLE value_limit; DROP TABLE note; DROP TABLE note_property; PRAGMA user_version = 4");
+        database.execute("DROP TABLE amendment; DROP TABLE value_limit; DROP TABLE note; DROP TABLE note_property; "
+                         "PRAGMA user_version = 4");
     }
 
     std::shared_ptr<SiteDocument> document;

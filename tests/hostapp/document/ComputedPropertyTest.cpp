@@ -391,7 +391,8 @@ TEST_F(ComputedPropertyTest, AFileOfTheVersionBeforeIsReadAndUpgraded)
 {
     {
         Database database(site(), siteSchema(), Database::Access::ReadWrite);
-        database.execute("DROP TABLE value_limit; DROP TABLE note; DROP TABLE note_property; DROP TABLE formula;"
+        database.execute("DROP TABLE amendment; DROP TABLE value_limit; DROP TABLE note; DROP TABLE note_property; "
+                         "DROP TABLE formula;"
                          "PRAGMA user_version = 3");
     }
     EXPECT_EQ(values("Supply", 0, 0), (Values{60}));

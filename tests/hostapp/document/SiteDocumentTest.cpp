@@ -60,6 +60,21 @@ TEST_F(SiteDocumentTest, NameAndPlaceAreStored)
     EXPECT_EQ(document->siteLocation(), "54.1° N");
 }
 
+TEST_F(SiteDocumentTest, TheZoneOfItsClocksIsStoredAndToldByItsAgents)
+{
+    KTVSiteClock& clock = *document->addAgent("Roof")->siteClock();
+    QSignalSpy changed(&clock, &KTVSiteClock::changed);
+    EXPECT_FALSE(clock.zone().isValid());
+    document->setZone(QTimeZone("Asia/Kathmandu"));
+    EXPECT_EQ(changed.count(), 1);
+    EXPECT_EQ(clock.zone(), QTimeZone("Asia/Kathmandu"));
+    reopen();
+    EXPECT_EQ(document->zone(), QTimeZone("Asia/Kathmandu"));
+    document->setZone({});
+    reopen();
+    EXPECT_FALSE(document->zone().isValid());
+}
+
 TEST_F(SiteDocumentTest, AgentsAndPropertiesAreStoredInTheirOrder)
 {
     document->addAgent("Roof")->addProperty("Air Temperature", "degC");

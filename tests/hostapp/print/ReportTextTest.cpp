@@ -17,18 +17,30 @@ ReportContents::Row row(double minimum, double maximum, double average, qint64 p
 
 TEST(ReportText, ASpanNamesBothDatesAndTheZoneOnce)
 {
-    EXPECT_EQ(spanText(kMarch, kMarch + kDay * 2 + 3600, kBritish),
+    EXPECT_EQ(spanText({}, kMarch, kMarch + kDay * 2 + 3600, kBritish),
               "Friday, 1 March 2024 00:00 to Sunday, 3 March 2024 01:00 UTC");
 }
 
 TEST(ReportText, ASpanWithinADayNamesItOnce)
 {
-    EXPECT_EQ(spanText(kMarch, kMarch + 7200, kBritish), "Friday, 1 March 2024, 00:00 to 02:00 UTC");
+    EXPECT_EQ(spanText({}, kMarch, kMarch + 7200, kBritish), "Friday, 1 March 2024, 00:00 to 02:00 UTC");
 }
 
 TEST(ReportText, ShortSpansTellSeconds)
 {
-    EXPECT_EQ(spanText(kMarch + 5, kMarch + 65, kBritish), "Friday, 1 March 2024, 00:00:05 to 00:01:05 UTC");
+    EXPECT_EQ(spanText({}, kMarch + 5, kMarch + 65, kBritish), "Friday, 1 March 2024, 00:00:05 to 00:01:05 UTC");
+}
+
+TEST(ReportText, AZoneThatWasChosenIsNamed)
+{
+    ReportContents contents;
+    contents.zone = QTimeZone("Asia/Kathmandu");
+    EXPECT_EQ(spanText(contents, kMarch, kMarch + 7200, kBritish),
+              "Friday, 1 March 2024, 05:45 to 07:45 +0545 (Asia/Kathmandu)");
+    contents.zone = QTimeZone("UTC");
+    contents.hasTwentyFourHours = true;
+    EXPECT_EQ(spanText(contents, kMarch + 50'400, kMarch + 57'600, QLocale("en_US")),
+              "Friday, March 1, 2024, 14:00 to 16:00 UTC");
 }
 
 TEST(ReportText, PlaceIsWhatThereIs)

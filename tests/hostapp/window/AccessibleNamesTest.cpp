@@ -57,8 +57,8 @@ TEST(AccessibleNamesTest, EveryFocusableControlOfTheDialogsHasOne)
     expectNames(import, 8);
     plotix::ExportPictureDialog picture(QStringLiteral("Week"), plotix::ExportPictureDialog::Table::Offered);
     expectNames(picture, 8);
-    plotix::SiteDetailsDialog details(QStringLiteral("Hill"), {});
-    expectNames(details, 4);
+    plotix::SiteDetailsDialog details(QStringLiteral("Hill"), {}, {});
+    expectNames(details, 5);
     plotix::HelpWindow help;
     expectNames(help, 3);
 }

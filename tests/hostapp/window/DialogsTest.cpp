@@ -5,6 +5,7 @@
 #include <QtCore/QSettings>
 #include <QtTest/QTest>
 #include <QtWidgets/QComboBox>
+#include <QtWidgets/QDialogButtonBox>
 #include <QtWidgets/QLineEdit>
 #include <QtWidgets/QPushButton>
 
@@ -20,9 +21,24 @@ QPushButton* buttonNamed(QWidget& dialog, const QString& text)
     return nullptr;
 }
 
+TEST(SiteDetailsDialogTest, ItTakesAZoneAsPeopleWriteItAndNoOther)
+{
+    plotix::SiteDetailsDialog dialog(QStringLiteral("Plant"), QString(), QTimeZone("Asia/Kathmandu"));
+    QLineEdit* field = dialog.findChildren<QLineEdit*>().last();
+    const QPushButton* accept = dialog.findChild<QDialogButtonBox*>()->button(QDialogButtonBox::Ok);
+    EXPECT_EQ(dialog.zone(), QTimeZone("Asia/Kathmandu"));
+    field->setText("europe/berlin");
+    EXPECT_EQ(dialog.zone(), QTimeZone("Europe/Berlin"));
+    field->setText("Atlantis");
+    EXPECT_FALSE(accept->isEnabled());
+    field->clear();
+    EXPECT_FALSE(dialog.zone().isValid());
+    EXPECT_TRUE(accept->isEnabled());
+}
+
 TEST(SiteDetailsDialogTest, ASiteKeepsAName)
 {
-    plotix::SiteDetailsDialog dialog(QStringLiteral("Plant"), QString());
+    plotix::SiteDetailsDialog dialog(QStringLiteral("Plant"), QString(), QTimeZone());
     auto* name = dialog.findChild<QLineEdit*>();
     name->setText(QStringLiteral("  "));
     EXPECT_FALSE(buttonNamed(dialog, QStringLiteral("OK"))->isEnabled());

@@ -3,15 +3,18 @@
 #include "hostapp/window/PropertyListModel.h"
 #include "hostapp/window/PropertyListView.h"
 #include "hostapp/window/SiteWindow.h"
+#include "hostapp/window/computing/JoinDialog.h"
 #include "plugins/PlotixPlugIn/host/KTVDragData.h"
 #include "tests/support/stubsite/ScratchSite.h"
 #include "tests/support/stubsite/StubTrend.h"
 
 #include <QtCore/QMimeData>
+#include <QtCore/QTimer>
 #include <QtGui/QDropEvent>
 #include <QtTest/QTest>
 #include <QtWidgets/QApplication>
 #include <QtWidgets/QMenu>
+#include <QtWidgets/QRadioButton>
 
 using plotix::Date;
 
@@ -55,8 +58,30 @@ protected:
         QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
     }
 
+    /// Answers the question how the other source's records are joined, once it is asked.
+    template <class Answer>
+    void answerJoin(Answer answer)
+    {
+        QTimer::singleShot(0, window.get(), [this, answer] {
+            auto* dialog = qobject_cast<plotix::JoinDialog*>(QApplication::activeModalWidget());
+            if (!dialog)
+                return;
+            ++timesAsked;
+            answer(*dialog);
+        });
+    }
+    static void accept(plotix::JoinDialog& dialog) { dialog.accept(); }
+    void dropAndTakeStraightLines(const plotix::SiteAgent& agent, const QString& key)
+    {
+        drop(agent, key, [](plotix::JoinDialog& dialog) {
+            QTest::keyClick(dialog.findChild<QRadioButton*>("joinStraight"), Qt::Key_Space);
+            QTest::keyClick(&dialog, Qt::Key_Return);
+        });
+    }
+    void drop(const plotix::SiteAgent& agent, const QString& key) { drop(agent, key, &accept); }
     /// Drops a property of an agent on the middle of the trend, as the window gets it.
-    void drop(const plotix::SiteAgent& agent, const QString& key)
+    template <class Answer>
+    void drop(const plotix::SiteAgent& agent, const QString& key, Answer answer)
     {
         const auto data = mimeDataForPropertyNames(agent.uniqueIdentifier(), {key});
         const QPoint place = trend->view()->mapTo(window.get(), trend->view()->rect().center());
@@ -65,6 +90,7 @@ protected:
         ASSERT_TRUE(enter.isAccepted());
         QDropEvent drop(place, Qt::CopyAction, data.get(), Qt::LeftButton, {});
         QApplication::sendEvent(window.get(), &drop);
+        answerJoin(answer);
         QCoreApplication::processEvents();
     }
     void chooseForFirstOf(const plotix::SiteAgent& agent)
@@ -72,8 +98,10 @@ protected:
         auto& list = *window->findChild<plotix::PropertyListView*>("propertyList");
         const std::unique_ptr<QMenu> menu(list.makeMenuFor(agent.siteProperties().front()));
         for (QAction* action : menu->actions())
-            if (action->text().remove('&') == "Add to the Trend in Front")
+            if (action->text().remove('&') == "Add to the Trend in Front") {
+                answerJoin(&accept);
                 return action->trigger();
+            }
         ADD_FAILURE() << "there is no such item";
     }
     QStringList names() const
@@ -91,6 +119,7 @@ protected:
     plotix::HelpManager help;
     std::unique_ptr<plotix::SiteWindow> window;
     std::shared_ptr<KeepingTrend> trend;
+    int timesAsked = 0;
 };
 
 TEST_F(TrendOfTwoSourcesTest, ADroppedPropertyOfAnotherAgentBecomesOneOfTheTrends)
@@ -122,10 +151,30 @@ TEST_F(TrendOfTwoSourcesTest, TheMenuOfThePropertyDoesTheSame)
     EXPECT_EQ(trend->keys().size(), 2);
 }
 
-TEST_F(TrendOfTwoSourcesTest, WhatIsThereAlreadyIsNotMadeAgain)
+TEST_F(TrendOfTwoSourcesTest, HoldsItsLastValueUnlessAskedForLines)
+{
+    drop(*roof, "airTemperature");
+    EXPECT_EQ(station->siteProperties().back()->description().formula->join, plotix::PropertyFormula::Join::HoldLast);
+    window->undoStack().undo();
+    dropAndTakeStraightLines(*roof, "airTemperature");
+    EXPECT_EQ(station->siteProperties().back()->description().formula->join, plotix::PropertyFormula::Join::Straight);
+    EXPECT_EQ(timesAsked, 2);
+}
+
+TEST_F(TrendOfTwoSourcesTest, NothingIsMadeWhenTheQuestionIsCancelled)
+{
+    const int steps = window->undoStack().count();
+    drop(*roof, "airTemperature", [](plotix::JoinDialog& dialog) { dialog.reject(); });
+    EXPECT_EQ(timesAsked, 1);
+    EXPECT_EQ(names().size(), 2);
+    EXPECT_EQ(window->undoStack().count(), steps);
+}
+
+TEST_F(TrendOfTwoSourcesTest, WhatIsThereAlreadyIsNotMadeAgainNorAskedFor)
 {
     drop(*roof, "airTemperature");
     drop(*roof, "airTemperature");
+    EXPECT_EQ(timesAsked, 1);
     EXPECT_EQ(names().size(), 3);
     EXPECT_EQ(trend->keys().size(), 2);
 }

@@ -7,6 +7,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <cmath>
 
 namespace {
 
@@ -81,6 +82,61 @@ TEST_F(CalendarTicksTest, MinorsStandOnlyBetweenMajors)
     const std::size_t days = calendarRowFrom(kDay).value();
     EXPECT_EQ(timesOf(calendarMinors(days, mapping), "dd HH"),
               (QStringList{"01 06", "01 12", "01 18", "02 06", "02 12", "02 18"}));
+}
+
+/// The zone of the ticks is not that of the process, which is Berlin.
+class CalendarTicksInZone : public CalendarTicksTest {
+protected:
+    static QStringList majorsIn(const char* zoneName, const char* from, const char* to, double step, const char* format)
+    {
+        const QTimeZone zone(zoneName);
+        const auto utc = [](const char* text) {
+            return static_cast<double>(QDateTime::fromString(QLatin1String(text), Qt::ISODate).toSecsSinceEpoch());
+        };
+        const AxisMapping mapping{{utc(from), utc(to) - utc(from)}, 0, 1000};
+        QStringList texts;
+        for (const MajorTick& tick : calendarMajors(calendarRowFrom(step).value(), mapping, zone))
+            texts
+                << QDateTime::fromSecsSinceEpoch(static_cast<qint64>(tick.value), zone).toString(QLatin1String(format));
+        return texts;
+    }
+};
+
+TEST_F(CalendarTicksInZone, DaysBeginAtTheZonesMidnight)
+{
+    EXPECT_EQ(majorsIn("Asia/Kathmandu", "2024-06-30T00:00:00Z", "2024-07-02T23:00:00Z", kDay, "dd HH:mm"),
+              (QStringList{"01 00:00", "02 00:00", "03 00:00"}));
+    EXPECT_EQ(majorsIn("UTC", "2024-10-26T00:00:00Z", "2024-10-28T00:00:00Z", kDay, "dd HH:mm"),
+              (QStringList{"26 00:00", "27 00:00", "28 00:00"}));
+}
+
+TEST_F(CalendarTicksInZone, AMidnightThatIsShownTwiceHasOneTick)
+{
+    // Clocks were put back at 0:01 to 23:01 of the day before.
+    EXPECT_EQ(majorsIn("America/St_Johns", "2006-10-28T00:00:00Z", "2006-10-31T00:00:00Z", kDay, "dd HH:mm"),
+              (QStringList{"28 00:00", "29 00:00", "30 00:00"}));
+}
+
+TEST_F(CalendarTicksInZone, ADayThatNeverWasHasNoTick)
+{
+    EXPECT_EQ(majorsIn("Pacific/Apia", "2011-12-28T10:00:00Z", "2012-01-01T10:00:00Z", kDay, "dd HH:mm"),
+              (QStringList{"28 00:00", "29 00:00", "31 00:00", "01 00:00", "02 00:00"}));
+}
+
+TEST_F(CalendarTicksInZone, MonthsBeginAtTheZonesMidnightInSummerAndWinter)
+{
+    EXPECT_EQ(majorsIn("America/St_Johns", "2024-02-15T00:00:00Z", "2024-12-15T00:00:00Z", 60 * kDay, "MM-dd HH:mm"),
+              (QStringList{"03-01 00:00", "05-01 00:00", "07-01 00:00", "09-01 00:00", "11-01 00:00"}));
+}
+
+TEST_F(CalendarTicksInZone, AnAxisHasTheTicksOfItsZone)
+{
+    CPTXYAxis axis(CPTCoordinate::X);
+    axis.setLabelingPolicy(CPTAxisLabelingPolicy::Calendar);
+    axis.setTimeZone(QTimeZone("Asia/Kathmandu"));
+    const AxisMapping day{{1'719'770'400, kDay}, 0, 1000};
+    for (const MajorTick& tick : majorTicks(planTicks(axis, day), day))
+        EXPECT_EQ(std::fmod(tick.value, 3'600), 900);  // 45 minutes off the hour of UTC
 }
 
 TEST_F(CalendarTicksTest, RowsGrowCoarserToTheLast)

@@ -86,4 +86,21 @@ TEST_F(LayerRoomTest, ALayerOfNoGraphHasNoRoom)
     EXPECT_TRUE(geometry().roomOf(elsewhere).isEmpty());
 }
 
+TEST_F(LayerRoomTest, ATitleStandsAboveTheRoomsAtTheTop)
+{
+    const auto above = addLayer(Edge::Top, 30);
+    graph.setTitle("Title");
+    const double title = layOutGraph(graph, QRectF(0, 0, 400, 300), sizeOfText).title->box.bottom();
+    EXPECT_EQ(geometry().roomOf(*above), QRectF(QPointF(0, title), QPointF(400, title + 30)));
+    EXPECT_EQ(geometry().plotArea.top(), title + 30);
+}
+
+TEST_F(LayerRoomTest, ATitleWithoutSuchRoomsTakesNoneOfThePlots)
+{
+    addLayer(Edge::Bottom, 30);
+    const QRectF before = geometry().plotArea;
+    graph.setTitle("Title");
+    EXPECT_EQ(geometry().plotArea, before);
+}
+
 }  // namespace

@@ -71,7 +71,7 @@ TEST_F(FormatUpgradeTest, TheFirstVersionIsReadAsItIs)
 TEST_F(FormatUpgradeTest, WritingBringsItToTheCurrentVersionAndLosesNothing)
 {
     append(40, 4);
-    EXPECT_EQ(version(), 2);
+    EXPECT_EQ(version(), SqliteFile::schema().version);
     EXPECT_EQ(ask("SELECT count(*) FROM tail"), 1);
     EXPECT_EQ(times(), (std::vector<double>{10, 20, 30, 40}));
     EXPECT_EQ(values(air), (Values{1.5, kMissing, -0.25, 4}));
@@ -104,11 +104,21 @@ TEST_F(FormatUpgradeTest, LateRecordsGoIntoOldChunks)
     EXPECT_EQ(values(air), (Values{0.5, 1.5, 2, -0.25}));
 }
 
+TEST_F(FormatUpgradeTest, TheFirstVersionHasNoAmendmentsAndTakesSome)
+{
+    EXPECT_TRUE(opened()->amendments(agent, std::vector{air}).empty());
+    const auto writer = opened()->begin();
+    writer->noteAmendments(1000);
+    writer->store(agent, block({15}, {column(air, {2})}));
+    writer->commit();
+    EXPECT_EQ(opened()->amendments(agent, std::vector{air}).size(), 1U);
+}
+
 TEST_F(FormatUpgradeTest, CompactionWritesOldChunksAnew)
 {
     opened()->compact({});
     EXPECT_EQ(values(air), (Values{1.5, kMissing, -0.25}));
-    EXPECT_EQ(version(), 2);
+    EXPECT_EQ(version(), SqliteFile::schema().version);
     EXPECT_TRUE(opened()->verify().isSound());
 }
 

@@ -40,4 +40,19 @@ void FakeAgent::setSite(std::optional<QString> name, std::optional<QString> loca
     m_siteLocation = std::move(location);
 }
 
+std::vector<KTVAmendment> FakeAgent::amendmentsOf(const QString& propertyName, double from, double to) const
+{
+    std::vector<KTVAmendment> told;
+    if (const auto found = m_amendments.find(propertyName); found != m_amendments.end())
+        for (const KTVAmendment& each : found->second)
+            if (each.from <= to && each.to >= from)
+                told.push_back(each);
+    return told;
+}
+
+void FakeAgent::setAmendments(const QString& propertyName, std::vector<KTVAmendment> amendments)
+{
+    m_amendments[propertyName] = std::move(amendments);
+}
+
 }  // namespace fakehost

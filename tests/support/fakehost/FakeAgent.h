@@ -1,6 +1,8 @@
 #pragma once
 
 #include "plugins/PlotixPlugIn/host/KTVAgent.h"
+#include "plugins/PlotixPlugIn/host/KTVAmendments.h"
+#include "plugins/PlotixPlugIn/host/KTVSiteClock.h"
 #include "tests/support/fakehost/FakeAnnotations.h"
 #include "tests/support/fakehost/FakeArchiveManager.h"
 #include "tests/support/fakehost/FakeProperty.h"
@@ -9,7 +11,21 @@
 /// *share* it, as they do a real one. Main thread only.
 namespace fakehost {
 
-class FakeAgent : public KTVAgent, public KTVAnnotatedAgent {
+/// The clocks of a site, in a zone that a test sets.
+class FakeSiteClock : public KTVSiteClock {
+public:
+    QTimeZone zone() const override { return m_zone; }
+    void setZone(const QTimeZone& zone)
+    {
+        m_zone = zone;
+        emit changed();
+    }
+
+private:
+    QTimeZone m_zone;
+};
+
+class FakeAgent : public KTVAgent, public KTVAnnotatedAgent, public KTVAmendedAgent, public KTVZonedAgent {
 public:
     FakeAgent(QString uniqueIdentifier, std::shared_ptr<const FakeUnitModel> units, CallLog* log);
 
@@ -22,6 +38,10 @@ public:
 
     KTVAnnotations* annotations() const override { return m_annotations.get(); }
     FakeAnnotations& annotate();  ///< has limits and notes from now on; none before
+
+    std::vector<KTVAmendment> amendmentsOf(const QString& propertyName, double from, double to) const override;
+    void setAmendments(const QString& propertyName, std::vector<KTVAmendment> amendments);
+    FakeSiteClock* siteClock() const override { return m_siteClock.get(); }  ///< of no zone at first
 
     FakePropertyPtr addProperty(FakeProperty::Description description);
     void removeProperty(const QString& propertyName);             ///< none of that key: nothing happens
@@ -45,6 +65,8 @@ private:
     CallLog* m_log;  // borrowed
     std::unique_ptr<FakeArchiveManager> m_archiveManager;
     std::unique_ptr<FakeAnnotations> m_annotations;
+    std::map<QString, std::vector<KTVAmendment>> m_amendments;
+    std::unique_ptr<FakeSiteClock> m_siteClock = std::make_unique<FakeSiteClock>();
     KTVPropertyList m_properties;  // each a FakeProperty
     std::optional<QString> m_siteName = QStringLiteral("Meadow Station");
     std::optional<QString> m_siteLocation = QStringLiteral("Hillside");

@@ -73,6 +73,14 @@ void ComparingPart::change(const ComparisonChoices& choices)
     readMissing();
 }
 
+// Other clocks are changed at other times: what was earlier by the old ones is no longer.
+void ComparingPart::clockSet()
+{
+    m_found.clear();
+    updateActions();
+    readMissing();
+}
+
 void ComparingPart::readBeside(const TimeSpan& span, const std::function<void()>& show)
 {
     read(span, m_choices.together(), show);
@@ -230,7 +238,7 @@ std::optional<AddedLine> ComparingPart::addedLine(const ReadLine& line, const QS
     added.line.key = key;
     added.line.comparedKey = line.key;
     added.line.comparison = comparison;
-    added.line.comparisonName = nameOf(*comparisonFrom(comparison));
+    added.line.comparisonName = nameOf(*comparisonFrom(comparison), trend().clock());
     //: A line and with what it is compared: "Power, a week earlier".
     added.line.name = localizedText(QT_TRANSLATE_NOOP("Plotix", "%1, %2")).arg(line.name, added.line.comparisonName);
     added.plot->setIdentifier(key);

@@ -27,6 +27,7 @@ public:
 
     void viewLoaded() override;
     void plotsReplaced() override { show(); }
+    void clockSet() override;
     void fitted() override { dress(); }
     void linesChanged() override { dress(); }
     void restyled() override { dress(); }

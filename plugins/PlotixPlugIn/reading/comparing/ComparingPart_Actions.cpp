@@ -115,7 +115,8 @@ void ComparingPart::askWhereToLay()
     const auto at = standing();
     if (!root || !at || !trend().markedSpan())
         return;
-    auto* dialog = new TimeDialog(localizedText(QT_TRANSLATE_NOOP("Plotix", "Lay A–B Over the Time From")), *at, root);
+    auto* dialog = new TimeDialog(localizedText(QT_TRANSLATE_NOOP("Plotix", "Lay A–B Over the Time From")), *at,
+                                  trend().clock(), root);
     connect(dialog, &TimeDialog::timeGiven, this, &ComparingPart::layMarkedSpan);
     dialog->open();
 }
@@ -150,8 +151,9 @@ void ComparingPart::addLineItems(QMenu& menu, const QStringList& keys)
         const auto usual = std::find_if(std::begin(kUsual), std::end(kUsual), [&](const UsualRow& row) {
             return comparison == QLatin1String(row.comparison);
         });
-        QAction* item = compare.addAction(usual != std::end(kUsual) ? localizedText(usual->text)
-                                                                    : nameOf(*comparisonFrom(comparison)));
+        QAction* item =
+            compare.addAction(usual != std::end(kUsual) ? localizedText(usual->text)
+                                                        : nameOf(*comparisonFrom(comparison), trend().clock()));
         item->setCheckable(true);
         item->setChecked(std::all_of(keys.begin(), keys.end(),
                                      [&](const QString& key) { return m_choices.of(key).contains(comparison); }));

@@ -81,13 +81,13 @@ std::optional<Comparison> comparisonFrom(const QString& text)
     return Comparison{{}, TimeSpan{*from, *to}, *begin};
 }
 
-QString nameOf(const Comparison& comparison)
+QString nameOf(const Comparison& comparison, const CPTClock& clock)
 {
     constexpr double kMinute = 60;
     if (!comparison.span)
         return nameOfDistance(comparison.distance);
     return localizedText(QT_TRANSLATE_NOOP("Plotix", "from %1"))
-        .arg(ValueTexts().moment(comparison.span->from, kMinute));
+        .arg(ValueTexts(clock).moment(comparison.span->from, kMinute));
 }
 
 std::vector<EarlierStretch> stretchesOf(const Comparison& comparison, const TimeSpan& present, const QTimeZone& zone)

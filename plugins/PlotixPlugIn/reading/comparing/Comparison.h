@@ -1,5 +1,6 @@
 #pragma once
 
+#include "plotkit/model/CPTClock.h"
 #include "plugins/PlotixPlugIn/reading/comparing/EarlierTimes.h"
 
 #include <QtCore/QString>
@@ -24,7 +25,7 @@ QString textOf(const Comparison& comparison);
 std::optional<Comparison> comparisonFrom(const QString& text);
 
 /// "a week earlier", "36 h earlier", "from Mon, 1 Jul 2013, 00:00".
-QString nameOf(const Comparison& comparison);
+QString nameOf(const Comparison& comparison, const CPTClock& clock = {});
 
 /// Which times stand beside the present ones.
 std::vector<EarlierStretch> stretchesOf(const Comparison& comparison, const TimeSpan& present, const QTimeZone& zone);

@@ -77,6 +77,14 @@ void LinePart::graphBuilt()
     updateActions();
 }
 
+void LinePart::clockSet()
+{
+    m_texts.setClock(trend().clock());
+    if (m_layer)
+        m_layer->setNeedsDisplay();
+    speak();
+}
+
 void LinePart::graphReleased()
 {
     m_layer.remove();
@@ -206,8 +214,9 @@ void LinePart::askForTime()
     if (!where)
         return;
     const CPTPlotRange& range = where->graph.plotSpace().xRange();
-    auto* dialog = new TimeDialog(localizedText(QT_TRANSLATE_NOOP("Plotix", "Go to Time")),
-                                  standing().value_or(range.location + range.length / 2), trend().rootView());
+    auto* dialog =
+        new TimeDialog(localizedText(QT_TRANSLATE_NOOP("Plotix", "Go to Time")),
+                       standing().value_or(range.location + range.length / 2), trend().clock(), trend().rootView());
     connect(dialog, &TimeDialog::timeGiven, this, [this](double time) {
         hold(time);
         bringIntoView(time);

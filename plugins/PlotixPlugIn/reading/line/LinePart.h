@@ -34,6 +34,7 @@ public:
     void plotsReplaced() override;
     void linesChanged() override;
     void rangeSet(CPTCoordinate coordinate) override;
+    void clockSet() override;
     bool keyPressed(const QKeyEvent& event) override;
     std::vector<QAction*> actions() const override { return m_actions; }
 

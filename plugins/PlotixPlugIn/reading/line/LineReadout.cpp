@@ -2,6 +2,7 @@
 
 #include "plugins/PlotixPlugIn/reading/trend/OverlayLook.h"
 #include "plugins/PlotixPlugIn/reading/trend/ReadingPart.h"
+#include "plugins/PlotixPlugIn/reading/values/AmendedRecords.h"
 #include "plugins/PlotixPlugIn/reading/values/LimitLook.h"
 #include "plugins/PlotixPlugIn/reading/values/MissingRecords.h"
 
@@ -45,13 +46,32 @@ bool isFar(const LineRecords& records, double distance, double perPoint)
     return length > kReach * perPoint && (length > records.usualDistance || length > kFarInPicture * perPoint);
 }
 
-/// What is said behind a value: that it is no valid one, what it differs by, and how far away it is.
+/// That the record there came late or was corrected, and when.
+QString amendmentText(const TrendLine& line, double time, const ValueTexts& texts)
+{
+    const auto amendment = amendmentAt(line.amendments, time);
+    if (!amendment)
+        return {};
+    const QString text = amendment->kind == KTVAmendment::Kind::Late
+                             ? localizedText(QT_TRANSLATE_NOOP("Plotix", "arrived late, %1"))
+                             : localizedText(QT_TRANSLATE_NOOP("Plotix", "corrected %1"));
+    constexpr double kMinute = 60;
+    return text.arg(texts.moment(cameAt(*amendment, time), kMinute));
+}
+
+/// What is said behind a value: that it is no valid one, what it differs by, that it came late, and how far away it is.
 QString noteOf(const std::vector<TrendLine>& lines, const TrendLine& each, const LineReading& reading, double time,
                double perPoint, const ValueTexts& texts)
 {
-    if (isNotValidAt(each.records, time))
-        return localizedText(QT_TRANSLATE_NOOP("Plotix", "recorded, not valid"));
-    QStringList notes{differenceText(lines, each, time, kReach * perPoint, texts)};
+    QStringList notes;
+    if (isNotValidAt(each.records, time)) {
+        notes << localizedText(QT_TRANSLATE_NOOP("Plotix", "recorded, not valid")) << amendmentText(each, time, texts);
+        notes.removeAll(QString());
+        return notes.join(QStringLiteral(", "));
+    }
+    notes << differenceText(lines, each, time, kReach * perPoint, texts);
+    if (reading.record)
+        notes << amendmentText(each, reading.record->time, texts);
     if (reading.record && isFar(each.records, reading.distance, perPoint))
         notes << distanceText(reading.distance);
     notes.removeAll(QString());

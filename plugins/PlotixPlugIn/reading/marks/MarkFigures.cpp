@@ -1,8 +1,6 @@
 #include "plugins/PlotixPlugIn/reading/marks/MarkFigures.h"
 
-#include <QtCore/QDateTime>
-
-#include <cmath>
+#include "plugins/PlotixPlugIn/reading/trend/ClockTexts.h"
 
 namespace plotix {
 
@@ -14,10 +12,9 @@ std::optional<double> valueAt(const LineRecords& records, double time)
     return reading.record ? std::optional(reading.record->value) : std::nullopt;
 }
 
-QString isoText(double seconds)
+QString isoText(double seconds, const CPTClock& clock)
 {
-    constexpr double kMillis = 1000;
-    const QDateTime local = QDateTime::fromMSecsSinceEpoch(std::llround(seconds * kMillis));
+    const QDateTime local = momentBy(clock, seconds);
     const bool isWhole = local.time().msec() == 0;
     return local.toOffsetFromUtc(local.offsetFromUtc()).toString(isWhole ? Qt::ISODate : Qt::ISODateWithMs);
 }
@@ -57,9 +54,9 @@ LineFigures StretchFigures::of(const TrendLine& line, const KTVRecordDictionary&
     return kept.summary->figures(span.from, span.to);
 }
 
-QString rangeText(const TimeSpan& span)
+QString rangeText(const TimeSpan& span, const CPTClock& clock)
 {
-    return isoText(span.from) + QLatin1Char('/') + isoText(span.to);
+    return isoText(span.from, clock) + QLatin1Char('/') + isoText(span.to, clock);
 }
 
 }  // namespace plotix

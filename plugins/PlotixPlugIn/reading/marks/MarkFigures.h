@@ -57,6 +57,6 @@ private:
 
 /// Both moments with their zone, "2013-02-06T00:00:00+01:00/2013-02-13T00:00:00+01:00": a range as the date fields, the
 /// command line and other programs read it.
-QString rangeText(const TimeSpan& span);
+QString rangeText(const TimeSpan& span, const CPTClock& clock = {});
 
 }  // namespace plotix

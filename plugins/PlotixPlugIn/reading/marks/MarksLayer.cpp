@@ -92,12 +92,17 @@ QRectF headingRoom(const plotkit::GraphGeometry& geometry, const MarkTimes& mark
 
 }  // namespace
 
+double heightOfFlags(const CPTXYGraph& graph)
+{
+    return kAbovePlots + kFlag.height() * textScale(graph);
+}
+
 QRectF flagPlace(const plotkit::GraphGeometry& geometry, double time)
 {
     const QRectF& area = geometry.plotArea;
     const double x = std::clamp(xOf(geometry, time), area.left(), area.right());
     const QSizeF flag = kFlag * textScale(geometry.graph);
-    const double top = std::max(geometry.rectangle.top(), area.top() - kAbovePlots - flag.height());
+    const double top = std::max(geometry.rectangle.top(), area.top() - heightOfFlags(geometry.graph));
     return {QPointF(x - flag.width() / 2, top), flag};
 }
 

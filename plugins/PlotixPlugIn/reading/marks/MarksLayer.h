@@ -33,6 +33,9 @@ private:
     Heading m_heading;
 };
 
+/// How far flags reach above the plot area, in points.
+double heightOfFlags(const CPTXYGraph& graph);
+
 /// Where a mark's flag stands: above the plot area at the time, or at its edge where the time is not shown.
 QRectF flagPlace(const plotkit::GraphGeometry& geometry, double time);
 

@@ -16,6 +16,7 @@ const QString kA = QStringLiteral("a");  // stored: never change
 const QString kB = QStringLiteral("b");  // stored: never change
 
 constexpr double kRoomBeside = 0.05;  // of the stretch between the marks, when it is fitted
+constexpr double kBelowTitle = 3;     // points between a title and the flags
 
 std::optional<double> timeFrom(const QVariant& value)
 {
@@ -64,6 +65,12 @@ void MarksPart::takeMarks()
     trend().setMarkedSpan(m_marks.areBoth() ? std::optional(m_marks.span()) : std::nullopt);
     emit marksMoved();
     emit chosenChanged();
+}
+
+double MarksPart::heightAbovePlots() const
+{
+    const CPTXYGraphPtr graph = trend().graph();
+    return graph && (m_marks.a || m_marks.b) ? heightOfFlags(*graph) + kBelowTitle : 0;
 }
 
 void MarksPart::viewLoaded()
@@ -199,7 +206,7 @@ void MarksPart::datesFromMarks()
 void MarksPart::copyRange()
 {
     if (m_marks.areBoth())
-        QGuiApplication::clipboard()->setText(rangeText(m_marks.span()));
+        QGuiApplication::clipboard()->setText(rangeText(m_marks.span(), trend().clock()));
 }
 
 void MarksPart::showWindow()

@@ -33,6 +33,7 @@ public:
     void graphReleased() override;
     void plotsReplaced() override;
     void linesChanged() override;
+    void clockSet() override { emit marksMoved(); }
     bool keyPressed(const QKeyEvent& event) override;
     std::vector<QAction*> actions() const override { return m_actions; }
 
@@ -52,6 +53,7 @@ public:
     void showWindow();
 
     bool pointerActed(QEvent& event) override;
+    double heightAbovePlots() const override;
 
 signals:
     void marksMoved();  ///< or what they mark has changed

@@ -161,9 +161,9 @@ void MarksWindow::fillRow(int row, const QStringList& cells, const QColor& color
 void MarksWindow::update()
 {
     const MarkTimes& marks = m_part->marks();
-    const auto showTime = [](QLineEdit* field, const std::optional<double>& time) {
+    const auto showTime = [clock = m_part->readTrend().clock()](QLineEdit* field, const std::optional<double>& time) {
         if (!field->hasFocus() || !field->isModified())
-            field->setText(time ? timeForTyping(*time) : QString());
+            field->setText(time ? timeForTyping(*time, clock) : QString());
     };
     showTime(m_a, marks.a);
     showTime(m_b, marks.b);
@@ -182,7 +182,8 @@ void MarksWindow::judge(QLineEdit* field, Mark mark)
 {
     const MarkTimes& marks = m_part->marks();
     const double shown = (mark == Mark::A ? marks.a : marks.b).value_or(marks.a.value_or(marks.b.value_or(0)));
-    const bool isUnderstood = field->text().isEmpty() || typedTime(field->text(), shown).has_value();
+    const bool isUnderstood =
+        field->text().isEmpty() || typedTime(field->text(), shown, m_part->readTrend().clock()).has_value();
     field->setStyleSheet(isUnderstood ? QString() : QStringLiteral("QLineEdit { border: 1px solid #d03030; }"));
 }
 
@@ -194,7 +195,7 @@ void MarksWindow::take(QLineEdit* field, Mark mark)
     const std::optional<double> other = mark == Mark::A ? marks.b : marks.a;
     const std::optional<double> own = mark == Mark::A ? marks.a : marks.b;
     const double now = double(QDateTime::currentSecsSinceEpoch());
-    const auto time = typedTime(field->text(), own.value_or(other.value_or(now)));
+    const auto time = typedTime(field->text(), own.value_or(other.value_or(now)), m_part->readTrend().clock());
     if (!time && !field->text().isEmpty())
         return;  // it stays marked
     field->setModified(false);

@@ -3,6 +3,7 @@
 #include "plotkit/layout/GraphGeometry.h"
 #include "plotkit/render/ClippedPaths.h"
 #include "plotkit/render/GraphText.h"
+#include "plugins/PlotixPlugIn/reading/missing/AmendedLook.h"
 #include "plugins/PlotixPlugIn/reading/trend/OverlayLook.h"
 #include "plugins/PlotixPlugIn/reading/trend/ReadingPart.h"
 
@@ -74,10 +75,9 @@ QRectF placeOf(const MissingStretch& stretch, const plotkit::AxisMapping& times,
 
 }  // namespace
 
-void MissingLayer::show(bool stretches, bool strip, const std::optional<TimeSpan>& read)
+void MissingLayer::show(const Shown& shown, const std::optional<TimeSpan>& read)
 {
-    m_hasStretches = stretches;
-    m_hasStrip = strip;
+    m_shown = shown;
     m_read = read;
     setNeedsDisplay();
 }
@@ -118,6 +118,14 @@ void MissingLayer::find(const plotkit::GraphGeometry& geometry, const std::vecto
     m_view = std::move(view);
 }
 
+std::vector<KTVAmendment> MissingLayer::amendedOf(const LaneLines& lane, const std::vector<TrendLine>& lines)
+{
+    std::vector<KTVAmendment> amended;
+    for (const std::size_t line : lane.lines)
+        amended.insert(amended.end(), lines[line].amendments.begin(), lines[line].amendments.end());
+    return amended;
+}
+
 void MissingLayer::drawInGraph(QPainter& painter, const plotkit::GraphGeometry& geometry)
 {
     if (!m_lines || geometry.plotArea.isEmpty() || !(geometry.graph.plotSpace().xRange().length > 0))
@@ -126,9 +134,11 @@ void MissingLayer::drawInGraph(QPainter& painter, const plotkit::GraphGeometry& 
     find(geometry, lines);
     painter.setRenderHint(QPainter::Antialiasing);
     for (const LaneLines& lane : lanesOf(geometry.graph, lines)) {
-        if (m_hasStretches)
+        if (m_shown.stretches)
             drawStretches(painter, geometry, lane);
-        if (m_hasStrip)
+        if (m_shown.amended)
+            drawAmended(painter, geometry, geometry.areaOf(*lane.space), amendedOf(lane, lines));
+        if (m_shown.strip)
             drawStrip(painter, geometry, lane, lines);
     }
 }
@@ -158,7 +168,7 @@ void MissingLayer::drawStretches(QPainter& painter, const plotkit::GraphGeometry
 }
 
 /// A row for each line: its colour where there are valid records, nothing where none are, a warning where some came and
-/// are not valid.
+/// are not valid; dashes over what came late, a thread through what was corrected.
 void MissingLayer::drawStrip(QPainter& painter, const plotkit::GraphGeometry& geometry, const LaneLines& lane,
                              const std::vector<TrendLine>& lines) const
 {
@@ -185,6 +195,7 @@ void MissingLayer::drawStrip(QPainter& painter, const plotkit::GraphGeometry& ge
                 painter.fillRect(place, dark ? QColor(255, 140, 0) : QColor(210, 105, 0));
         }
         fillTo(whole.right());
+        drawAmendedInStrip(painter, geometry, whole, lines[line].amendments);
         top += row;
     }
 }

@@ -7,7 +7,8 @@
 #include <optional>
 #include <vector>
 
-/// The stretches without valid records over a graph, hatched, and a quality strip at the foot of each lane.
+/// The stretches without valid records over a graph, hatched, those whose records came late or were corrected, and a
+/// quality strip at the foot of each lane.
 ///
 /// The graph and the part *share* it. It *borrows* the lines until `stop`. Main thread only.
 namespace plotix {
@@ -17,8 +18,11 @@ public:
     explicit MissingLayer(TrendLines& lines) : m_lines(&lines) {}
     void stop() { m_lines = nullptr; }
 
+    struct Shown {
+        bool stretches = false, amended = false, strip = false;
+    };
     /// `read`: outside it nothing is known to be missing.
-    void show(bool stretches, bool strip, const std::optional<TimeSpan>& read);
+    void show(const Shown& shown, const std::optional<TimeSpan>& read);
 
     void drawInGraph(QPainter& painter, const plotkit::GraphGeometry& geometry) override;
 
@@ -38,12 +42,13 @@ private:
 
     void find(const plotkit::GraphGeometry& geometry, const std::vector<TrendLine>& lines);
     static std::vector<LaneLines> lanesOf(const CPTXYGraph& graph, const std::vector<TrendLine>& lines);
+    static std::vector<KTVAmendment> amendedOf(const LaneLines& lane, const std::vector<TrendLine>& lines);
     void drawStretches(QPainter& painter, const plotkit::GraphGeometry& geometry, const LaneLines& lane) const;
     void drawStrip(QPainter& painter, const plotkit::GraphGeometry& geometry, const LaneLines& lane,
                    const std::vector<TrendLine>& lines) const;
 
     TrendLines* m_lines;
-    bool m_hasStretches = false, m_hasStrip = false;
+    Shown m_shown;
     std::optional<TimeSpan> m_read;
     std::optional<View> m_view;
     std::vector<std::vector<MissingStretch>> m_stretches;  // of the lines shown, in their order

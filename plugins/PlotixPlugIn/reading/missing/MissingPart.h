@@ -6,9 +6,11 @@
 
 #include <memory>
 
-/// What is missing has a look: stretches without valid records are hatched, and a strip sums up each line.
+/// What is missing has a look: stretches without valid records are hatched, those that came late or were corrected are
+/// marked, and a strip sums up each line.
 ///
-/// Choices: "stretches" and "strip", truths. What counts as a gap is what breaks the lines. Part of a trend's reading,
+/// Choices: "stretches", "amended" and "strip", truths; "lateBy", seconds: what came late by no more than that is not
+/// told, here or by the readout. What counts as a gap is what breaks the lines. Part of a trend's reading,
 /// which *owns* it. Main thread only.
 namespace plotix {
 
@@ -27,16 +29,21 @@ public:
     void plotsReplaced() override { linesChanged(); }
     void fitted() override { linesChanged(); }
     void linesChanged() override;
-    std::vector<QAction*> actions() const override { return {m_stretches, m_strip}; }
+    std::vector<QAction*> actions() const override;
 
 private:
     QAction* addAction(const char* text, const char* hint);
+    void addDelays();
+    void setLateBy(double seconds);
     void update();
 
     TrendLines m_lines;
     PartLayer<MissingLayer> m_layer;
-    QAction* m_stretches;  // checked where chosen; children both
+    QAction* m_stretches;  // checked where chosen; children all
+    QAction* m_amended;
     QAction* m_strip;
+    std::vector<QAction*> m_delays;  // each with its seconds as data; the one chosen is checked
+    double m_lateBy = 0;
 };
 
 }  // namespace plotix

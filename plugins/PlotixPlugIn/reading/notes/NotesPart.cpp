@@ -83,7 +83,7 @@ QVariantList NotesPart::footnotes() const
         shown = TimeSpan{range.minLimit(), range.maxLimit()};
     }
     for (const NumberedNote& note : notesIn(notes(), shown))
-        footnotes << footnoteOf(note, trend().zone());
+        footnotes << footnoteOf(note, trend().clock());
     return footnotes;
 }
 
@@ -167,7 +167,7 @@ void NotesPart::makeCurrent(const NumberedNote& note)
     }
     refresh();
     if (CPTGraphHostingView* view = trend().graphView())
-        view->setAccessibleDescription(spokenText({note}, trend().zone()));
+        view->setAccessibleDescription(spokenText({note}, trend().clock()));
     const auto where = shownGeometry(trend());
     if (!where || !m_layer)
         return;

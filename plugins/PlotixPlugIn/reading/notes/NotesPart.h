@@ -33,6 +33,7 @@ public:
     void graphBuilt() override;
     void graphReleased() override { m_layer.remove(); }
     void plotsReplaced() override { refresh(); }
+    void clockSet() override { refresh(); }
     void markedSpanSet() override { updateActions(); }
     bool keyPressed(const QKeyEvent& event) override;
     std::vector<QAction*> actions() const override { return m_actions; }

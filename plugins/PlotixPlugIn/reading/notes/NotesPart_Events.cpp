@@ -139,7 +139,7 @@ void NotesPart::tell(const NoteFlag& flag)
     CPTGraphHostingView* view = trend().graphView();
     if (!view || !view->isVisible())
         return;
-    const QString text = spokenText(flag.notes, trend().zone()).toHtmlEscaped().replace(u'\n', QStringLiteral("<br>"));
+    const QString text = spokenText(flag.notes, trend().clock()).toHtmlEscaped().replace(u'\n', QStringLiteral("<br>"));
     QToolTip::showText(view->mapToGlobal(flag.place.bottomLeft().toPoint()), QStringLiteral("<p>%1</p>").arg(text),
                        view);
 }

@@ -1,5 +1,7 @@
 #include "plugins/PlotixPlugIn/reading/notes/NumberedNotes.h"
 
+#include "plugins/PlotixPlugIn/reading/trend/ClockTexts.h"
+
 #include <QtCore/QDateTime>
 #include <QtCore/QLocale>
 
@@ -10,9 +12,11 @@ namespace plotix {
 
 namespace {
 
-QDateTime momentOf(double seconds, const QTimeZone& zone)
+/// To the minute, by a clock.
+QString shortText(const QDateTime& moment, const CPTClock& clock)
 {
-    return QDateTime::fromSecsSinceEpoch(std::llround(seconds), zone);
+    const QLocale locale;
+    return locale.toString(moment, formatBy(clock, locale.dateTimeFormat(QLocale::ShortFormat)));
 }
 
 }  // namespace
@@ -44,31 +48,32 @@ std::vector<NumberedNote> notesIn(const std::vector<NumberedNote>& notes, const 
     return within;
 }
 
-QString timeTextOf(const KTVNote& note, const QTimeZone& zone)
+QString timeTextOf(const KTVNote& note, const CPTClock& clock)
 {
     const QLocale locale;
-    const QDateTime begin = momentOf(note.from, zone), end = momentOf(note.to, zone);
-    const QString first = locale.toString(begin, QLocale::ShortFormat);
+    const QDateTime begin = momentBy(clock, std::round(note.from)), end = momentBy(clock, std::round(note.to));
+    const QString first = shortText(begin, clock);
     if (!(note.to > note.from))
         return first;
-    const QString last = begin.date() == end.date() ? locale.toString(end.time(), QLocale::ShortFormat)
-                                                    : locale.toString(end, QLocale::ShortFormat);
+    const QString last = begin.date() == end.date()
+                             ? locale.toString(end.time(), formatBy(clock, locale.timeFormat(QLocale::ShortFormat)))
+                             : shortText(end, clock);
     return first + QStringLiteral(" – ") + last;
 }
 
-QVariantMap footnoteOf(const NumberedNote& note, const QTimeZone& zone)
+QVariantMap footnoteOf(const NumberedNote& note, const CPTClock& clock)
 {
     return {{QStringLiteral("number"), note.number},
-            {QStringLiteral("time"), timeTextOf(note.note, zone)},
+            {QStringLiteral("time"), timeTextOf(note.note, clock)},
             {QStringLiteral("text"), note.note.text},
             {QStringLiteral("author"), note.note.author}};
 }
 
-QString spokenText(const std::vector<NumberedNote>& notes, const QTimeZone& zone)
+QString spokenText(const std::vector<NumberedNote>& notes, const CPTClock& clock)
 {
     QStringList texts;
     for (const NumberedNote& note : notes) {
-        QString text = QStringLiteral("%1 · %2").arg(note.number).arg(timeTextOf(note.note, zone));
+        QString text = QStringLiteral("%1 · %2").arg(note.number).arg(timeTextOf(note.note, clock));
         if (!note.note.author.isEmpty())
             text += QStringLiteral(" · ") + note.note.author;
         texts << text + QLatin1Char('\n') + note.note.text;

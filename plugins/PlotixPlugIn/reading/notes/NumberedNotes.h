@@ -1,10 +1,10 @@
 #pragma once
 
+#include "plotkit/model/CPTClock.h"
 #include "plugins/PlotixPlugIn/host/KTVAnnotations.h"
 #include "plugins/PlotixPlugIn/reading/trend/TimeSpan.h"
 
 #include <QtCore/QStringList>
-#include <QtCore/QTimeZone>
 #include <QtCore/QVariant>
 
 #include <optional>
@@ -28,13 +28,13 @@ std::vector<NumberedNote> numberedNotes(const std::vector<KTVNote>& notes, const
 std::vector<NumberedNote> notesIn(const std::vector<NumberedNote>& notes, const std::optional<TimeSpan>& span);
 
 /// "14:00", or "14:00 – 15:00", with the date where it is not said by the first one; in the user's locale,
-/// by the clocks of a zone.
-QString timeTextOf(const KTVNote& note, const QTimeZone& zone);
+/// by a clock.
+QString timeTextOf(const KTVNote& note, const CPTClock& clock);
 
 /// A footnote for a report: "number", "time", "text", "author".
-QVariantMap footnoteOf(const NumberedNote& note, const QTimeZone& zone);
+QVariantMap footnoteOf(const NumberedNote& note, const CPTClock& clock);
 
 /// Everything of some notes as plain text, for a tool tip or to be spoken.
-QString spokenText(const std::vector<NumberedNote>& notes, const QTimeZone& zone);
+QString spokenText(const std::vector<NumberedNote>& notes, const CPTClock& clock);
 
 }  // namespace plotix

@@ -87,6 +87,14 @@ void Overview::rangeSet(CPTCoordinate coordinate)
         m_layer->setNeedsDisplay();
 }
 
+void Overview::clockSet()
+{
+    if (!m_layer)
+        return;
+    m_layer->setClock(trend().clock());
+    m_layer->setNeedsDisplay();
+}
+
 std::optional<OverviewWindow> Overview::window() const
 {
     const auto where = m_layer ? shownGeometry(trend()) : std::nullopt;

@@ -35,6 +35,7 @@ public:
     void fitted() override { takeLines(); }
     void linesChanged() override { takeLines(); }
     void rangeSet(CPTCoordinate coordinate) override;
+    void clockSet() override;
     std::vector<QAction*> actions() const override { return {m_action}; }
 
 private:

@@ -16,8 +16,9 @@ namespace plotix {
 class OverviewLayer : public CPTGraphLayer {
 public:
     /// `trend` is *borrowed* until `stop`.
-    explicit OverviewLayer(const ReadTrend& trend) : m_trend(&trend) {}
+    explicit OverviewLayer(const ReadTrend& trend) : m_trend(&trend), m_texts(trend.clock()) {}
     void stop() { m_trend = nullptr; }
+    void setClock(const CPTClock& clock) { m_texts.setClock(clock); }
 
     /// Takes the lines as they are, as drawing does. Needs the whole graph drawn again where there were none before, or
     /// are none now.

@@ -1,6 +1,7 @@
 #include "plugins/PlotixPlugIn/reading/overview/OverviewPicture.h"
 
-#include <QtGui/QPaintEngine>
+#include "plugins/PlotixPlugIn/reading/trend/OverlayLook.h"
+
 #include <QtGui/QPainter>
 
 #include <algorithm>
@@ -124,16 +125,14 @@ void OverviewPicture::draw(QPainter& painter, const QRectF& place)
 {
     if (!m_whole || place.isEmpty())
         return;
-    const QPaintDevice* device = painter.device();
-    const bool isPixels = device && (device->devType() == QInternal::Widget || device->devType() == QInternal::Image);
-    if (!isPixels) {
+    if (!drawsPixels(painter)) {
         painter.save();
         painter.translate(place.topLeft());
         m_painter.paint(painter, *m_graph, QRectF(QPointF(), place.size()));
         painter.restore();
         return;
     }
-    const double density = painter.worldTransform().m11() * device->devicePixelRatioF();
+    const double density = painter.worldTransform().m11() * painter.device()->devicePixelRatioF();
     const Kept wanted{place.size(), density};
     if (m_image.isNull() || m_kept != wanted) {
         m_kept = wanted;

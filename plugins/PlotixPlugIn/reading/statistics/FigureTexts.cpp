@@ -20,6 +20,12 @@ double finestStep(double seconds)
 
 }  // namespace
 
+void FigureTexts::setClock(const CPTClock& clock)
+{
+    m_moments = std::make_unique<const CPTMomentFormatter>(clock);
+    m_times = std::make_unique<const CPTTickTimeFormatter>(clock);
+}
+
 QString FigureTexts::value(double value, const LineFigures& line, int moreDecimals) const
 {
     if (std::isnan(value))
@@ -60,14 +66,14 @@ QString FigureTexts::shortMoment(double seconds, double span) const
     constexpr double kManyMonths = 300 * 86'400.0;  // from here on a day without its year may be another one
     if (!std::isfinite(seconds) || span > kManyMonths)
         return moment(seconds);
-    QStringList lines = m_times.stringForTick(seconds, finestStep(seconds)).split(u'\n');
+    QStringList lines = m_times->stringForTick(seconds, finestStep(seconds)).split(u'\n');
     std::reverse(lines.begin(), lines.end());  // an axis has the time above its date
     return lines.join(u' ');
 }
 
 QString FigureTexts::moment(double seconds) const
 {
-    return std::isfinite(seconds) ? m_moments.stringForTick(seconds, finestStep(seconds)) : none();
+    return std::isfinite(seconds) ? m_moments->stringForTick(seconds, finestStep(seconds)) : none();
 }
 
 QString FigureTexts::duration(double seconds) const

@@ -6,11 +6,16 @@
 
 #include <QtCore/QString>
 
-/// Figures as people read them, in the user's locale and zone. A value; main thread only.
+#include <memory>
+
+/// Figures as people read them, in the user's locale and by a clock. Main thread only.
 namespace plotix {
 
 class FigureTexts {
 public:
+    FigureTexts() { setClock({}); }
+    void setClock(const CPTClock& clock);
+
     /// With the digits that the line's range is worth; a NaN is a dash.
     QString value(double value, const LineFigures& line, int moreDecimals = 0) const;
     QString amount(double amount, const QString& unit) const;  ///< to five digits; a NaN is a dash
@@ -27,8 +32,8 @@ public:
 
 private:
     ReadableNumbers m_numbers;
-    CPTMomentFormatter m_moments;
-    CPTTickTimeFormatter m_times;
+    std::unique_ptr<const CPTMomentFormatter> m_moments;
+    std::unique_ptr<const CPTTickTimeFormatter> m_times;
 };
 
 }  // namespace plotix

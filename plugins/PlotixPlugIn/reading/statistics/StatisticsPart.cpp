@@ -103,6 +103,12 @@ void StatisticsPart::viewLoaded()
         connect(annotations, &KTVAnnotations::changed, this, &StatisticsPart::refreshSoon);
 }
 
+void StatisticsPart::clockSet()
+{
+    m_table.setClock(trend().clock());
+    emit m_figures->figuresChanged();
+}
+
 void StatisticsPart::rangeSet(CPTCoordinate coordinate)
 {
     if (coordinate == CPTCoordinate::X)

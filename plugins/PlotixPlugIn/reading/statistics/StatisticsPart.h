@@ -28,6 +28,7 @@ public:
 
     void viewLoaded() override;
     void plotsReplaced() override { refreshSoon(); }
+    void clockSet() override;
     void linesChanged() override { refreshSoon(); }
     void graphReleased() override { refreshSoon(); }
     void markedSpanSet() override { refreshSoon(); }

@@ -16,6 +16,7 @@ namespace plotix {
 class StatisticsTable {
 public:
     StatisticsTable(ReadTrend& trend, FigureKeeper& keeper) : m_trend(trend), m_keeper(keeper) {}
+    void setClock(const CPTClock& clock) { m_texts.setClock(clock); }
 
     /// Asks the keeper anew for what was chosen, about the records and the span there are now.
     void ask(const StatisticsChoices& choices);

@@ -2,6 +2,7 @@
 
 #include "plotkit/render/GraphText.h"
 
+#include <QtGui/QPaintEngine>
 #include <QtGui/QPainter>
 
 #include <algorithm>
@@ -29,9 +30,15 @@ double textScale(const CPTXYGraph& graph)
     return std::clamp(labelStyle(graph).fontSize / usual, 0.5, 2.0);
 }
 
+bool drawsPixels(const QPainter& painter)
+{
+    const QPaintEngine* engine = painter.paintEngine();
+    return engine && engine->type() == QPaintEngine::Raster;
+}
+
 bool isOnScreen(const QPainter& painter)
 {
-    return painter.device() && painter.device()->devType() == QInternal::Widget;
+    return drawsPixels(painter) && painter.device() && painter.device()->devType() == QInternal::Widget;
 }
 
 QFont textFont(const CPTXYGraph& graph, TextWeight weight, double usualSize)

@@ -17,6 +17,9 @@ bool isDark(const CPTXYGraph& graph);
 /// larger as its labels are, within 0.5 … 2.
 double textScale(const CPTXYGraph& graph);
 
+/// Whether pixels are drawn, rather than lines and letters of a page: also where a widget is painted onto a page.
+bool drawsPixels(const QPainter& painter);
+
 /// Whether what is drawn is seen while it is worked with: a picture and a page have no pointer, and nothing to grab.
 bool isOnScreen(const QPainter& painter);
 

@@ -1,9 +1,12 @@
 #pragma once
 
 #include "plotkit/layout/GraphGeometry.h"
+#include "plotkit/model/CPTClock.h"
 #include "plotkit/model/CPTXYGraph.h"
+#include "plugins/PlotixPlugIn/host/KTVAmendments.h"
 #include "plugins/PlotixPlugIn/host/KTVAnnotations.h"
 #include "plugins/PlotixPlugIn/host/KTVRecordDictionary.h"
+#include "plugins/PlotixPlugIn/host/KTVSiteClock.h"
 #include "plugins/PlotixPlugIn/reading/trend/TimeSpan.h"
 
 #include <QtCore/QStringList>
@@ -70,6 +73,9 @@ public:
     virtual std::vector<ReadLine> lines() const = 0;
     /// The records that hold a line's column under its key: those shown, or those of an added line. Null for none.
     virtual KTVRecordDictionaryPtr recordsOf(const QString& key) const = 0;
+    /// Which of the records shown of a property came late or were corrected, in the order of time, where the host
+    /// tells.
+    virtual const std::vector<KTVAmendment>& amendmentsOf(const QString& key) const = 0;
     /// Shows these lines, behind the trend's own, instead of those added before. Tells all parts that plots were
     /// replaced. They go when the plots are replaced the next time.
     virtual void setAddedLines(std::vector<AddedLine> lines) = 0;
@@ -80,8 +86,12 @@ public:
                             std::function<void(const KTVRecordDictionaryPtr& records)> done) = 0;
     /// The trend is busy, and its user can cancel, until this is told again.
     virtual void setBusy(bool isBusy) = 0;
-    /// The clocks by which its times are said.
-    virtual QTimeZone zone() const = 0;
+    /// The clock by which its times are said, everywhere: the one place to ask. Setting it tells all parts.
+    virtual CPTClock clock() const = 0;
+    virtual void setClock(const CPTClock& clock) = 0;
+    QTimeZone zone() const { return clock().zoneInUse(); }
+    /// The clock of the place that the agent's site is about; null where the host keeps none.
+    virtual KTVSiteClock* siteClock() const = 0;
 
     /// The view of the graph, and the whole view of the trend; null while the trend is not on a screen.
     virtual CPTGraphHostingView* graphView() const = 0;

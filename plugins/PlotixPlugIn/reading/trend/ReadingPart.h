@@ -52,6 +52,7 @@ public:
     virtual void rangeSet(CPTCoordinate /*coordinate*/) {}  ///< of the graph's default plot space
     virtual void restyled() {}                              ///< axes and frame of the graph have another look
     virtual void markedSpanSet() {}
+    virtual void clockSet() {}  ///< times are said by another zone, or in another form
     /// Records of this span were read and are shown next: `show` is to be called when this part has read what it shows
     /// beside them.
     virtual void readBeside(const TimeSpan& /*span*/, const std::function<void()>& show) { show(); }
@@ -64,6 +65,9 @@ public:
     /// wheel, a wish for a tool tip, and leaving. Answers whether it was meant for this part: then neither the parts
     /// before it nor the view see it.
     virtual bool pointerActed(QEvent& /*event*/) { return false; }
+
+    /// How far what it draws just above the plots reaches, in points: titles of pictures stand clear of it.
+    virtual double heightAbovePlots() const { return 0; }
 
     /// What people can do with it: owned by the part, the same on every call. A host shows them in its menus, grouped
     /// by `menuOf`, and the graph in its own.

@@ -11,10 +11,11 @@
 
 namespace plotix {
 
-TimeDialog::TimeDialog(const QString& title, double time, QWidget* parent)
+TimeDialog::TimeDialog(const QString& title, double time, const CPTClock& clock, QWidget* parent)
     : QDialog(parent),
       m_shown(time),
-      m_field(new QLineEdit(timeForTyping(time), this)),
+      m_clock(clock),
+      m_field(new QLineEdit(timeForTyping(time, clock), this)),
       m_buttons(new QDialogButtonBox(QDialogButtonBox::Ok | QDialogButtonBox::Cancel, this))
 {
     setAttribute(Qt::WA_DeleteOnClose);
@@ -36,12 +37,12 @@ TimeDialog::TimeDialog(const QString& title, double time, QWidget* parent)
 
 void TimeDialog::judge()
 {
-    m_buttons->button(QDialogButtonBox::Ok)->setEnabled(typedTime(m_field->text(), m_shown).has_value());
+    m_buttons->button(QDialogButtonBox::Ok)->setEnabled(typedTime(m_field->text(), m_shown, m_clock).has_value());
 }
 
 void TimeDialog::take()
 {
-    const auto time = typedTime(m_field->text(), m_shown);
+    const auto time = typedTime(m_field->text(), m_shown, m_clock);
     if (!time)
         return;
     accept();

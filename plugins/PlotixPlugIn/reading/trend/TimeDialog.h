@@ -1,5 +1,7 @@
 #pragma once
 
+#include "plotkit/model/CPTClock.h"
+
 #include <QtWidgets/QDialog>
 
 class QDialogButtonBox;
@@ -12,7 +14,8 @@ class TimeDialog : public QDialog {
     Q_OBJECT
 public:
     /// Shows `time` (seconds since 1970-01-01 UTC); what is typed without a day is taken to be on its day.
-    TimeDialog(const QString& title, double time, QWidget* parent);
+    /// Both by the clock.
+    TimeDialog(const QString& title, double time, const CPTClock& clock, QWidget* parent);
 
 signals:
     void timeGiven(double time);
@@ -22,6 +25,7 @@ private:
     void judge();
 
     double m_shown;
+    CPTClock m_clock;
     QLineEdit* m_field;
     QDialogButtonBox* m_buttons;
 };

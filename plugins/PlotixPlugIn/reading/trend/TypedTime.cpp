@@ -1,10 +1,9 @@
 #include "plugins/PlotixPlugIn/reading/trend/TypedTime.h"
 
 #include "plugins/PlotixPlugIn/host/KTVBundle.h"
+#include "plugins/PlotixPlugIn/reading/trend/ClockTexts.h"
 
 #include <QtCore/QCoreApplication>
-
-#include <cmath>
 
 namespace plotix {
 
@@ -13,12 +12,6 @@ namespace {
 QString word(const char* key)
 {
     return KTVBundle::mainBundle()->localizedString(QLatin1String(key)).toLower();
-}
-
-QDateTime momentOf(double seconds)
-{
-    constexpr double kMillis = 1000;
-    return QDateTime::fromMSecsSinceEpoch(std::llround(seconds * kMillis));
 }
 
 }  // namespace
@@ -36,24 +29,24 @@ DayWords dayWords()
                                              "minute minutes; second seconds"))};
 }
 
-std::optional<double> typedTime(const QString& text, double shown)
+std::optional<double> typedTime(const QString& text, double shown, const CPTClock& clock)
 {
-    const auto read = typedDate(text, {QLocale(), dayWords(), momentOf(shown), QDateTime::currentDateTime()});
+    const auto read = typedDate(text, {QLocale(), dayWords(), momentBy(clock, shown), nowBy(clock)});
     if (!read)
         return std::nullopt;
     constexpr double kMillis = 1000;
     return static_cast<double>(read->moment.toMSecsSinceEpoch()) / kMillis;
 }
 
-QString timeForTyping(double time)
+QString timeForTyping(double time, const CPTClock& clock)
 {
     QString date = QLocale().dateFormat(QLocale::ShortFormat);
     if (!date.contains(QLatin1String("yyyy")))
         date.replace(QLatin1String("yy"), QLatin1String("yyyy"));
-    QString clock = QLocale().timeFormat(QLocale::ShortFormat);
-    if (!clock.contains(QLatin1String("ss")))
-        clock.replace(QLatin1String("mm"), QLatin1String("mm:ss"));
-    return QLocale().toString(momentOf(time), date + QLatin1Char(' ') + clock);
+    QString hours = QLocale().timeFormat(QLocale::ShortFormat);
+    if (!hours.contains(QLatin1String("ss")))
+        hours.replace(QLatin1String("mm"), QLatin1String("mm:ss"));
+    return QLocale().toString(momentBy(clock, time), date + QLatin1Char(' ') + formatBy(clock, hours));
 }
 
 }  // namespace plotix

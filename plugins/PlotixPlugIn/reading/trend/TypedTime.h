@@ -1,5 +1,6 @@
 #pragma once
 
+#include "plotkit/model/CPTClock.h"
 #include "plugins/PlotixPlugIn/logic/TypedDate.h"
 
 #include <optional>
@@ -11,10 +12,11 @@ namespace plotix {
 /// The words for days in the user's language.
 DayWords dayWords();
 
-/// Seconds since 1970-01-01 UTC; what the text leaves out is taken from `shown`. Nothing where it is not understood.
-std::optional<double> typedTime(const QString& text, double shown);
+/// Seconds since 1970-01-01 UTC, by a clock; what the text leaves out is taken from `shown`. Nothing where it is not
+/// understood.
+std::optional<double> typedTime(const QString& text, double shown, const CPTClock& clock);
 
 /// The time as such a field shows it, to the second: what typedTime() reads back.
-QString timeForTyping(double time);
+QString timeForTyping(double time, const CPTClock& clock);
 
 }  // namespace plotix

@@ -1,14 +1,31 @@
 #include "plugins/PlotixPlugIn/reading/values/TrendLines.h"
 
+#include "plugins/PlotixPlugIn/reading/trend/ReadingPart.h"
+#include "plugins/PlotixPlugIn/reading/values/AmendedRecords.h"
+
 #include <cmath>
 
 namespace plotix {
 
+namespace {
+
+/// As the part that draws what is missing has chosen it.
+double latenessTold(const ReadTrend& trend)
+{
+    const ReadingPart* part = trend.part(QStringLiteral("missing"));
+    return part ? part->chosen().value(QStringLiteral("lateBy")).toDouble() : 0;
+}
+
+}  // namespace
+
 const std::vector<TrendLine>& TrendLines::shown()
 {
     const CPTXYGraphPtr graph = m_trend.graph();
-    if (!m_isKnown || !graph || graph->allPlots() != m_plots)
+    const double lateBy = graph ? latenessTold(m_trend) : m_lateBy;  // without a graph the parts may still be made
+    if (!m_isKnown || !graph || graph->allPlots() != m_plots || lateBy != m_lateBy) {
+        m_lateBy = lateBy;
         find();
+    }
     const KTVAnnotations* annotations = m_trend.annotations();
     for (TrendLine& each : m_lines) {  // what options, and the host, change at any time
         each.records.longestJoin = each.plot->gapThreshold();
@@ -34,7 +51,10 @@ void TrendLines::find()
         const KTVRecordDictionaryPtr records = m_trend.recordsOf(line.key);
         LineRecords found =
             lineRecords(plot->valueSeries(), records ? records->columnForKey(line.key) : nullptr, plot->gapThreshold());
-        m_lines.push_back({std::move(line), plot, std::move(found)});
+        std::vector<KTVAmendment> amendments;
+        if (!line.isCompared())
+            amendments = lateByMoreThan(m_lateBy, m_trend.amendmentsOf(line.key));
+        m_lines.push_back({std::move(line), plot, std::move(found), {}, std::move(amendments)});
     }
 }
 

@@ -14,7 +14,8 @@ struct TrendLine {
     ReadLine line;
     CPTScatterPlotPtr plot;
     LineRecords records;
-    std::vector<KTVLimit> limits = {};  ///< of the property, in the unit of the moment; as of the last call
+    std::vector<KTVLimit> limits = {};          ///< of the property, in the unit of the moment; as of the last call
+    std::vector<KTVAmendment> amendments = {};  ///< those the reader wants to know of; of the trend's own lines alone
 };
 
 class TrendLines {
@@ -32,6 +33,7 @@ private:
 
     const ReadTrend& m_trend;
     bool m_isKnown = false;
+    double m_lateBy = 0;                     // seconds: what is late by no more is not told
     std::vector<CPTScatterPlotPtr> m_plots;  // of the graph when the lines were found
     std::vector<TrendLine> m_lines;
 };

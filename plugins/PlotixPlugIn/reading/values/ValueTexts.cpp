@@ -61,7 +61,7 @@ int decimalsOf(double number)
 
 QString ValueTexts::moment(double time, double step) const
 {
-    return m_moments.stringForTick(time, step);
+    return m_moments->stringForTick(time, step);
 }
 
 QString ValueTexts::number(double number, int decimals) const

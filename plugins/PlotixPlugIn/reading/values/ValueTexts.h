@@ -4,7 +4,9 @@
 
 #include <QtCore/QString>
 
-/// Values, differences, slopes and stretches of time as people say them, in the user's locale.
+#include <memory>
+
+/// Values, differences, slopes and stretches of time as people say them, in the user's locale and by a clock.
 ///
 /// Numbers are written with seven digits that count, without zeros at their end: as much as any recorder delivers, and
 /// none of the dust that converting and subtracting leave. What is not finite is written as it is called ("inf"). Keeps
@@ -13,6 +15,9 @@ namespace plotix {
 
 class ValueTexts {
 public:
+    explicit ValueTexts(const CPTClock& clock = {}) { setClock(clock); }
+    void setClock(const CPTClock& clock) { m_moments = std::make_unique<const CPTMomentFormatter>(clock); }
+
     /// "Fri, 8 Feb 2013, 18:00"; `step` (seconds, such as what a pixel shows) decides whether seconds and milliseconds
     /// are written.
     QString moment(double time, double step) const;
@@ -29,7 +34,7 @@ private:
     QString signedNumber(double number, int decimals) const;
     QString withUnit(const QString& text, const QString& unitSymbol) const;
 
-    CPTMomentFormatter m_moments;
+    std::unique_ptr<const CPTMomentFormatter> m_moments;
     CPTTickNumberFormatter m_numbers;
 };
 

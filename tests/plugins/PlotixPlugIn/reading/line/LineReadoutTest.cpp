@@ -117,4 +117,19 @@ TEST_F(LineReadoutTest, TheLineThatTheKeysFollowIsSaid)
     EXPECT_TRUE(at(5).readout.rows[1].isChosen);
 }
 
+TEST_F(LineReadoutTest, ARecordThatCameLateSaysWhen)
+{
+    lines[0].amendments = {{KTVAmendment::Kind::Late, 4 * kHour, 6 * kHour, 40 * kHour, 40 * kHour}};
+    EXPECT_EQ(at(5).readout.rows[0].note, QStringLiteral("arrived late, ") + texts.moment(40 * kHour, 60));
+    EXPECT_EQ(at(7).readout.rows[0].note, QString());
+    EXPECT_EQ(at(5).readout.rows[1].note, QString());
+}
+
+TEST_F(LineReadoutTest, ARecordThatWasCorrectedSaysWhen)
+{
+    lines[0].amendments = {{KTVAmendment::Kind::Late, 4 * kHour, 6 * kHour, 40 * kHour, 40 * kHour},
+                           {KTVAmendment::Kind::Corrected, 5 * kHour, 5 * kHour, 41 * kHour, 41 * kHour}};
+    EXPECT_EQ(at(5).readout.rows[0].note, QStringLiteral("corrected ") + texts.moment(41 * kHour, 60));
+}
+
 }  // namespace

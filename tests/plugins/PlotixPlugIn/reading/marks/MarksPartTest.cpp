@@ -202,6 +202,16 @@ TEST_F(MarksPartTest, PicturesShowThem)
     EXPECT_EQ(picture(), before);
 }
 
+TEST_F(MarksPartTest, ATitleOfAPictureStandsClearOfThem)
+{
+    const auto titled = [this] { return trend().graphImageWithSize({600, 300}, 1, "Title"); };
+    const auto heading = [](const QImage& picture) { return picture.copy(0, 0, 600, 32); };
+    const QImage before = titled();
+    setMarks(25, 35);
+    EXPECT_NE(titled(), before);
+    EXPECT_EQ(heading(titled()), heading(before));
+}
+
 TEST_F(MarksPartTest, LieBeneathTheReadout)
 {
     const CPTGraphLayerPtr line = trend().graph()->layers().back();

@@ -84,4 +84,90 @@ TEST_F(MissingPartTest, ItsMenuItemsAreItsChoices)
     EXPECT_TRUE(trend().graph()->layers().empty());
 }
 
+/// Temperature came late from minute 10 to 20, a minute after each record was due at first and an hour at last, and was
+/// corrected at minute 50.
+class AmendedTrendTest : public MissingPartTest {
+protected:
+    void SetUp() override
+    {
+        MissingPartTest::SetUp();
+        host().agent()->setAmendments(
+            "airTemperature", {{KTVAmendment::Kind::Late, minute(10), minute(20), minute(11), minute(80)},
+                               {KTVAmendment::Kind::Corrected, minute(50), minute(50), minute(90), minute(90)}});
+        refreshFor(kFrom, kTo);
+        answer(minutes());
+        drain();
+    }
+    void chooseLateBy(double seconds)
+    {
+        trend().setReading({{"missing", QVariantMap{{"amended", true}, {"lateBy", seconds}}}});
+    }
+};
+
+TEST_F(AmendedTrendTest, LateAndCorrectedAreMarked)
+{
+    const QImage without = picture();
+    choose("amended");
+    const QImage with = picture();
+    EXPECT_TRUE(marks(with, without, 15));
+    EXPECT_TRUE(marks(with, without, 50));
+    EXPECT_FALSE(marks(with, without, 5));
+    EXPECT_FALSE(marks(with, without, 40));
+}
+
+TEST_F(AmendedTrendTest, TheyAreToldApartWithoutColours)
+{
+    choose("amended");
+    const QImage grey = picture().convertToFormat(QImage::Format_Grayscale8);
+    const auto column = [&](double minuteCount) {
+        return grey.copy(qRound(at(minuteCount).x()) - 2, qRound(geometry().plotArea.top()), 5, 30);
+    };
+    EXPECT_NE(column(15), column(50));
+}
+
+TEST_F(AmendedTrendTest, OnlyTheirLaneIsMarked)
+{
+    showInLanes();
+    const QImage without = picture();
+    trend().setReading(
+        {{"arrangement", QVariantMap{{"kind", "lane-per-property"}}}, {"missing", QVariantMap{{"amended", true}}}});
+    const QImage with = picture();
+    const QRect lowerHalf(0, with.height() / 2, with.width(), with.height() / 2);
+    EXPECT_TRUE(marks(with, without, 15));
+    EXPECT_EQ(with.copy(lowerHalf), without.copy(lowerHalf));
+}
+
+TEST_F(AmendedTrendTest, WhatIsLateByLessThanChosenIsNotMarked)
+{
+    const QImage without = picture();
+    chooseLateBy(30 * 60);
+    const QImage with = picture();
+    EXPECT_FALSE(marks(with, without, 11));
+    EXPECT_TRUE(marks(with, without, 19));
+    EXPECT_TRUE(marks(with, without, 50));
+}
+
+TEST_F(AmendedTrendTest, TheStripTellsOfThem)
+{
+    choose("strip");
+    const QImage with = picture();
+    host().agent()->setAmendments("airTemperature", {});
+    refreshFor(kFrom, kTo);
+    answer(minutes());
+    drain();
+    const QImage without = picture();
+    EXPECT_TRUE(marks(with, without, 10));
+    EXPECT_TRUE(marks(with, without, 50));
+    EXPECT_FALSE(marks(with, without, 40));
+}
+
+TEST_F(AmendedTrendTest, TheDelayIsChosenInTheMenu)
+{
+    action("By More than an Hour")->trigger();
+    EXPECT_EQ(chosen("missing"), (QVariantMap{{"lateBy", 3600.0}}));
+    EXPECT_FALSE(action("By Any Time")->isChecked());
+    action("By Any Time")->trigger();
+    EXPECT_FALSE(trend().reading().contains("missing"));
+}
+
 }  // namespace

@@ -2,6 +2,9 @@
 
 #include "tests/plugins/PlotixPlugIn/reading/line/ReadTrendFixture.h"
 
+#include <QtCore/QBuffer>
+#include <QtGui/QPainter>
+#include <QtGui/QPdfWriter>
 #include <QtGui/QWheelEvent>
 
 namespace {
@@ -113,6 +116,18 @@ TEST_F(OverviewTest, AHiddenLineLeavesItToo)
     trend().graph()->allPlots()[0]->setHidden(true);
     dynamic_cast<plotix::Overview&>(part("overview")).linesChanged();
     EXPECT_NE(picture(), before);
+}
+
+TEST_F(OverviewTest, OnAPageItIsDrawnInLines)
+{
+    QByteArray page;
+    QBuffer buffer(&page);
+    buffer.open(QIODevice::WriteOnly);
+    QPdfWriter writer(&buffer);
+    QPainter painter(&writer);
+    graphView().render(&painter);
+    painter.end();
+    EXPECT_FALSE(page.contains("/Subtype /Image"));
 }
 
 TEST_F(OverviewTest, AChoiceIsArchived)

@@ -1,0 +1,3 @@
+#include "plugins/PlotixPlugIn/host/KTVAmendments.h"
+
+KTVAmendedAgent::~KTVAmendedAgent() = default;

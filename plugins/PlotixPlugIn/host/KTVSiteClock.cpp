@@ -1,0 +1,4 @@
+#include "plugins/PlotixPlugIn/host/KTVSiteClock.h"
+
+KTVSiteClock::~KTVSiteClock() = default;
+KTVZonedAgent::~KTVZonedAgent() = default;

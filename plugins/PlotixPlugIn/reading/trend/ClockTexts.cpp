@@ -1,0 +1,56 @@
+#include "plugins/PlotixPlugIn/reading/trend/ClockTexts.h"
+
+#include "plugins/PlotixPlugIn/host/KTVHostServices.h"
+#include "plugins/PlotixPlugIn/host/KTVUserInterface.h"
+
+#include <QtCore/QRegularExpression>
+
+#include <cmath>
+
+namespace plotix {
+
+QDateTime momentBy(const CPTClock& clock, double seconds)
+{
+    constexpr double kMillis = 1000;
+    const auto millis = std::llround(seconds * kMillis);
+    return clock.zone.isValid() ? QDateTime::fromMSecsSinceEpoch(millis, clock.zone)
+                                : QDateTime::fromMSecsSinceEpoch(millis);
+}
+
+QDateTime nowBy(const CPTClock& clock)
+{
+    const QDateTime now = QDateTime::currentDateTime();
+    return clock.zone.isValid() ? now.toTimeZone(clock.zone) : now;
+}
+
+QString formatBy(const CPTClock& clock, QString format)
+{
+    if (clock.hours != CPTHourForm::TwentyFour)
+        return format;
+    static const QRegularExpression halfOfDay(QStringLiteral("\\s*[aA][pP]?(?=\\W|$)"));
+    static const QRegularExpression hour(QStringLiteral("[hH]+"));
+    QStringList parts = format.split(QLatin1Char('\''));  // every second one is text, to be written as it is
+    for (qsizetype part = 0; part < parts.size(); part += 2)
+        parts[part].remove(halfOfDay).replace(hour, QStringLiteral("HH"));
+    return parts.join(QLatin1Char('\'')).trimmed();
+}
+
+QString momentDescription(const CPTClock& clock, const Date& date)
+{
+    if (clock == CPTClock())
+        return KTVHostServices::installed().userInterface->localizedDescription(date);
+    const QLocale locale;
+    return locale.toString(momentBy(clock, date.seconds), formatBy(clock, locale.dateTimeFormat(QLocale::LongFormat)));
+}
+
+QString zoneDescription(const QTimeZone& zone, const TimeSpan& span)
+{
+    const int first = plotkit::offsetAt(zone, span.from), last = plotkit::offsetAt(zone, span.to);
+    const QString name = QString::fromUtf8(zone.id());
+    QString offsets = plotkit::offsetText(first);
+    if (last != first)
+        offsets += QStringLiteral(" / ") + plotkit::offsetText(last);
+    return name == offsets ? name : QStringLiteral("%1, %2").arg(name, offsets);
+}
+
+}  // namespace plotix

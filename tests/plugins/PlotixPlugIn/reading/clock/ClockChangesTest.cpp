@@ -1,0 +1,61 @@
+#include "plugins/PlotixPlugIn/reading/clock/ClockChangesLayer.h"
+#include "tests/support/PinnedZone.h"
+
+#include <QtCore/QDateTime>
+
+#include <gtest/gtest.h>
+
+namespace plotix {
+
+namespace {
+
+constexpr double kDay = 86'400;
+
+/// Changes in a zone that is not the process's.
+class ClockChangesTest : public testing::Test {
+protected:
+    static double utc(const char* iso)
+    {
+        return static_cast<double>(QDateTime::fromString(QLatin1String(iso), Qt::ISODate).toSecsSinceEpoch());
+    }
+    static std::vector<ClockChange> changes(const char* zone, const char* from, const char* to)
+    {
+        return clockChanges(QTimeZone(zone), {utc(from), utc(to)});
+    }
+
+private:
+    PinnedZone m_zone{"America/New_York"};
+};
+
+TEST_F(ClockChangesTest, BothOfAYearAreFoundWithTheirLengths)
+{
+    EXPECT_EQ(changes("Europe/Berlin", "2024-01-01T00:00:00Z", "2024-12-31T00:00:00Z"),
+              (std::vector<ClockChange>{{utc("2024-03-31T01:00:00Z"), 3'600}, {utc("2024-10-27T01:00:00Z"), -3'600}}));
+    EXPECT_EQ(changes("Australia/Lord_Howe", "2024-09-01T00:00:00Z", "2024-12-31T00:00:00Z").front().seconds, 1'800);
+    EXPECT_EQ(changes("Pacific/Apia", "2011-12-29T00:00:00Z", "2012-01-01T00:00:00Z"),
+              (std::vector<ClockChange>{{utc("2011-12-30T10:00:00Z"), 86'400}}));
+}
+
+TEST_F(ClockChangesTest, ZonesThatKeepTheirClocksHaveNone)
+{
+    EXPECT_TRUE(changes("Asia/Kathmandu", "2024-01-01T00:00:00Z", "2024-12-31T00:00:00Z").empty());
+    EXPECT_TRUE(changes("UTC", "2024-01-01T00:00:00Z", "2024-12-31T00:00:00Z").empty());
+}
+
+TEST_F(ClockChangesTest, LongAndStrangeSpansHaveNone)
+{
+    const QTimeZone berlin("Europe/Berlin");
+    EXPECT_TRUE(clockChanges(berlin, {0, kLongestSpanWithChanges + kDay * 200}).empty());
+    EXPECT_TRUE(clockChanges(berlin, {1e300, 2e300}).empty());
+    EXPECT_TRUE(clockChanges(berlin, {std::nan(""), 1}).empty());
+}
+
+TEST_F(ClockChangesTest, TheyAreNamedByWhatTheyAre)
+{
+    EXPECT_EQ(changeText({0, 3'600}), "clocks +1 h");
+    EXPECT_EQ(changeText({0, -1'800}), "clocks −30 min");
+}
+
+}  // namespace
+
+}  // namespace plotix
