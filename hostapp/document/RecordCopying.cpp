@@ -61,6 +61,8 @@ public:
             end = span.second;
         }
         copyNeighbours(end, kOpen);
+        for (const CopiedSpan& span : spans)
+            copyAmendments(span);
         return m_copied;
     }
 
@@ -109,6 +111,22 @@ private:
         writer->store(m_what.toAgent, block);
         writer->commit();
         m_copied += block.times.size();
+    }
+
+    /// What came late or was corrected; of a stretch that the span cuts, what lies in it.
+    void copyAmendments(const CopiedSpan& span)
+    {
+        const std::vector<Amendment> amendments =
+            m_from.amendments(m_what.agent, m_properties, bound(span.first), bound(span.second));
+        if (amendments.empty())
+            return;
+        const auto writer = m_to.begin();
+        for (const Amendment& amendment : amendments) {
+            Amendment copied = within(amendment, span.first, span.second);
+            copied.property = m_what.properties.at(amendment.property);
+            writer->addAmendment(m_what.toAgent, copied);
+        }
+        writer->commit();
     }
 
     /// Of each property the first value after one span and the last one before the next, both of which are left out.

@@ -12,14 +12,14 @@
 #include "plugins/PlotixPlugIn/KTVPlotixPlugIn.h"
 
 #include "plugins/PlotixPlugIn/InfoTableModel.h"
+#include "plugins/PlotixPlugIn/TrendAccess.h"
 #include "plugins/PlotixPlugIn/host/KTVConverter.h"
-#include "plugins/PlotixPlugIn/host/KTVHostServices.h"
 #include "plugins/PlotixPlugIn/host/KTVRecordColumn.h"
-#include "plugins/PlotixPlugIn/host/KTVUserInterface.h"
 #include "plugins/PlotixPlugIn/logic/SinglePrecision.h"
 #include "plugins/PlotixPlugIn/logic/Statistics.h"
 #include "plugins/PlotixPlugIn/reading/ReadSpans.h"
 #include "plugins/PlotixPlugIn/reading/TrendReader.h"
+#include "plugins/PlotixPlugIn/reading/trend/ClockTexts.h"
 #include "plugins/PlotixPlugIn/reading/trend/TableFigures.h"
 
 #include <algorithm>
@@ -221,9 +221,9 @@ QStringList KTVPlotixPlugIn::copiedHeading() const
     const auto span = figuredSpan(statistics.value(QStringLiteral("over")).toString());
     if (!span)
         return heading;
-    const KTVUserInterface& desktop = *KTVHostServices::installed().userInterface;
-    const QString times = QStringLiteral("%1 – %2").arg(desktop.localizedDescription(plotix::Date{span->first}),
-                                                        desktop.localizedDescription(plotix::Date{span->second}));
+    const CPTClock clock = m_access->clock();
+    const QString times = QStringLiteral("%1 – %2").arg(plotix::momentDescription(clock, plotix::Date{span->first}),
+                                                        plotix::momentDescription(clock, plotix::Date{span->second}));
     return heading << (about.isEmpty() ? times : QStringLiteral("%1 (%2)").arg(times, about));
 }
 
