@@ -61,8 +61,7 @@ public:
             end = span.second;
         }
         copyNeighbours(end, kOpen);
-        for (const CopiedSpan& span : spans)
-            copyAmendments(span);
+        copyAmendments(spans);
         return m_copied;
     }
 
@@ -95,6 +94,19 @@ private:
         return goesOn();
     }
 
+    /// Which records came late or were corrected is true of the copies as well.
+    void copyAmendments(const std::vector<CopiedSpan>& spans)
+    {
+        const auto writer = m_to.begin();
+        for (const auto& [from, to] : spans)
+            for (const Amendment& each : m_from.amendments(m_what.agent, m_properties, bound(from), bound(to))) {
+                Amendment copied = within(each, from, to);
+                copied.property = m_what.properties.at(each.property);
+                writer->addAmendment(m_what.toAgent, copied);
+            }
+        writer->commit();
+    }
+
     bool goesOn() const
     {
         const double done = m_total == 0 ? 0 : static_cast<double>(m_copied) / static_cast<double>(m_total);
@@ -111,22 +123,6 @@ private:
         writer->store(m_what.toAgent, block);
         writer->commit();
         m_copied += block.times.size();
-    }
-
-    /// What came late or was corrected; of a stretch that the span cuts, what lies in it.
-    void copyAmendments(const CopiedSpan& span)
-    {
-        const std::vector<Amendment> amendments =
-            m_from.amendments(m_what.agent, m_properties, bound(span.first), bound(span.second));
-        if (amendments.empty())
-            return;
-        const auto writer = m_to.begin();
-        for (const Amendment& amendment : amendments) {
-            Amendment copied = within(amendment, span.first, span.second);
-            copied.property = m_what.properties.at(amendment.property);
-            writer->addAmendment(m_what.toAgent, copied);
-        }
-        writer->commit();
     }
 
     /// Of each property the first value after one span and the last one before the next, both of which are left out.

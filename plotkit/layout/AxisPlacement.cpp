@@ -182,7 +182,17 @@ private:
         std::erase_if(labels, [this](const AxisLabel& label) {
             return label.text.isEmpty() || !m_in.rectangle.contains(label.box);
         });
-        return labels;
+        return m_plan.calendarRow ? withoutOverlaps(std::move(labels)) : labels;
+    }
+
+    /// Where clocks are put forward ticks stand closer together than elsewhere.
+    static std::vector<AxisLabel> withoutOverlaps(std::vector<AxisLabel> labels)
+    {
+        std::vector<AxisLabel> kept;
+        for (AxisLabel& label : labels)
+            if (kept.empty() || !kept.back().box.intersects(label.box))
+                kept.push_back(std::move(label));
+        return kept;
     }
 
     bool isFixed() const

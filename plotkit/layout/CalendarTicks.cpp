@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <array>
 #include <cmath>
+#include <set>
 
 namespace plotkit {
 
@@ -128,10 +129,46 @@ double monthIndexOf(double local)
     return (date.year() - 1970) * double(kMonthsPerYear) + date.month() - 1;
 }
 
+/// The first whole second at which clocks show what they show at `high`. Requires: not what they show at `low`.
+double changeWithin(const QTimeZone& zone, double low, double high)
+{
+    const int after = offsetAt(zone, high);
+    double before = std::floor(low), from = std::ceil(high);
+    while (from - before > 1) {
+        const double middle = std::floor((before + from) / 2);
+        (offsetAt(zone, middle) == after ? from : before) = middle;
+    }
+    return from;
+}
+
+/// Times of day on both sides of a change of clocks. Where clocks are put back a range may show later times before
+/// earlier ones; what was shown before the change has no second tick.
+std::vector<MajorTick> ticksAcrossChange(double unit, double low, double high, const QTimeZone& zone)
+{
+    struct Part {
+        double from, to, offset;
+    };
+    const double change = changeWithin(zone, low, high);
+    const double tolerance = kTolerance * unit;
+    std::set<double> known;
+    std::vector<MajorTick> ticks;
+    for (const Part& part : {Part{low - tolerance, change - tolerance, double(offsetAt(zone, low))},
+                             Part{change - tolerance, high + tolerance, double(offsetAt(zone, high))}})
+        for (double number = std::floor((part.from + part.offset) / unit);
+             number <= std::ceil((part.to + part.offset) / unit); ++number) {
+            const double value = number * unit - part.offset;
+            if (value >= part.from && value < part.to && known.insert(number).second)
+                ticks.push_back({number, value});
+        }
+    return ticks;
+}
+
 std::vector<MajorTick> ticksOf(const Step& step, const AxisMapping& mapping, const QTimeZone& zone)
 {
     const double low = mapping.range.minLimit();
     const double high = mapping.range.maxLimit();
+    if (step.months == 0 && step.seconds < kDay && offsetAt(zone, low) != offsetAt(zone, high))
+        return ticksAcrossChange(step.seconds, low, high, zone);
     const LocalClock clock(zone, low, high);
     const double origin = step.seconds == kWeek ? kFirstMonday : 0;
     const bool isMonths = step.months > 0;

@@ -3575,16 +3575,16 @@
         <translation>„%1“ kommt aus einer Quelle mit eigenen Zeiten. Was gilt zwischen ihren Messwerten?</translation>
     </message>
     <message>
-        <source>&amp;Its last value, as of counters, states and set points</source>
-        <translation>&amp;Ihr letzter Wert, wie bei Zählern, Zuständen und Sollwerten</translation>
-    </message>
-    <message>
-        <source>A &amp;straight line from one to the next, as of what changes slowly, such as temperatures</source>
-        <translation>Eine &amp;gerade Linie von einem zum nächsten, wie bei allem, was sich langsam ändert, etwa Temperaturen</translation>
-    </message>
-    <message>
         <source>Edit Computed Property, in the menu of the property, changes that, and how long a gap is bridged.</source>
         <translation>„Berechnete Größe bearbeiten“ im Menü der Größe ändert das, und wie lange Lücken überbrückt werden.</translation>
+    </message>
+    <message>
+        <source>&amp;Its last value (counters, states, set points)</source>
+        <translation>&amp;Ihr letzter Wert (Zähler, Zustände, Sollwerte)</translation>
+    </message>
+    <message>
+        <source>A &amp;straight line to the next (temperatures, levels)</source>
+        <translation>Eine &amp;gerade Linie (Temperaturen, Füllstände)</translation>
     </message>
 </context>
 <context>

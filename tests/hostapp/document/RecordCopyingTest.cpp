@@ -147,6 +147,21 @@ TEST_F(RecordCopyingTest, ProgressStopsIt)
     EXPECT_FALSE(copy({{0, 5}}, [](double) { return false; }));
 }
 
+TEST_F(RecordCopyingTest, WhatCameLateCameLateInTheCopyToo)
+{
+    put(1, 1, 1);
+    put(1, 9, 9);
+    const auto writer = from.begin();
+    writer->noteAmendments(100);
+    const std::vector<double> times{3, 4, 5, 6};
+    writer->store(1, {SharedArray<double>::fromVector(std::vector(times)),
+                      {{1, SharedArray<double>::fromVector(std::vector(times)), {}}}});
+    writer->commit();
+    copy({{4, 8}});
+    const RowId both[] = {11, 12};
+    EXPECT_EQ(to.amendments(5, both, {}, {}), (std::vector<Amendment>{{11, Amendment::Kind::Late, 4, 6, 100, 100}}));
+}
+
 }  // namespace
 
 }  // namespace plotix

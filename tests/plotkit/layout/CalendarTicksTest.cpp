@@ -129,6 +129,15 @@ TEST_F(CalendarTicksInZone, MonthsBeginAtTheZonesMidnightInSummerAndWinter)
               (QStringList{"03-01 00:00", "05-01 00:00", "07-01 00:00", "09-01 00:00", "11-01 00:00"}));
 }
 
+TEST_F(CalendarTicksInZone, AFewMinutesAroundClocksPutBackHaveTicksOnBothSides)
+{
+    EXPECT_EQ(
+        majorsIn("Europe/Berlin", "2024-10-27T00:54:00Z", "2024-10-27T01:06:00Z", 120, "HH:mm t"),
+        (QStringList{"02:54 CEST", "02:56 CEST", "02:58 CEST", "02:00 CET", "02:02 CET", "02:04 CET", "02:06 CET"}));
+    EXPECT_EQ(majorsIn("Europe/Berlin", "2024-03-31T00:56:00Z", "2024-03-31T01:04:00Z", 120, "HH:mm t"),
+              (QStringList{"01:56 CET", "01:58 CET", "03:00 CEST", "03:02 CEST", "03:04 CEST"}));
+}
+
 TEST_F(CalendarTicksInZone, AnAxisHasTheTicksOfItsZone)
 {
     CPTXYAxis axis(CPTCoordinate::X);
