@@ -109,8 +109,10 @@ int ProgramServices::savePicture(const OpenRequest& request)
     QApplication::setQuitOnLastWindowClosed(false);
     SiteWindows windows(windowServices(), [this](const auto& document) { m_composition.documentOpened(document); });
     SiteWindow& window = *windows.open(request.site);
-    if (request.view)
+    if (request.view) {
+        window.controller().storeNothing();  // who takes a picture of a view does not ask for a trend
         window.controller().showView(*request.view);
+    }
     const QImage picture = pictureOfWindow(window, request.screenshotSize);
     writeOutput(FileKind::Png, request.screenshot, pngOfImage(picture));
     return 0;

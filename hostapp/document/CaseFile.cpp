@@ -134,6 +134,8 @@ NewRows storeSite(const QString& file, const CasePlan& plan)
         storeAnnotations(database, plan, rows);
         tables.storePlugIn({0, plan.trend.className, plan.trend.state});
         tables.setSetting(QLatin1String(kCaseSetting), originOf(plan));
+        if (!plan.siteZone.isEmpty())
+            tables.setSetting(QLatin1String(kZoneKey), plan.siteZone);
     });
     return rows;
 }

@@ -25,6 +25,7 @@ struct CasePlan {
     QString site;                          ///< its file, which a case never replaces
     std::shared_ptr<RecordStore> records;  ///< *shared*
     QString siteName, siteLocation;
+    QByteArray siteZone;  ///< as the site's setting has it; empty: none was chosen
     std::vector<Agent> agents;
     std::vector<SiteLimit> limits;
     std::vector<SiteNote> notes;

@@ -20,9 +20,10 @@ struct RecordCopy {
 };
 
 /// Copies what lies in the spans, bounds included, and of each property the last value before and the first one after
-/// each span, so that its line enters and leaves as it did. Elements come over bit for bit, invalid ones as such. A few
-/// million values are in memory at a time; each such part is a transaction of its own. Answers how many records there
-/// are; nothing when `progress` stopped it. Throws ReportableError.
+/// each span, so that its line enters and leaves as it did. Elements come over bit for bit, invalid ones as such, and
+/// what came late or was corrected is noted there too. A few million values are in memory at a time; each such part is
+/// a transaction of its own. Answers how many records there are; nothing when `progress` stopped it. Throws
+/// ReportableError.
 std::optional<std::size_t> copyRecords(RecordStore& from, RecordStore& to, const RecordCopy& what,
                                        const ArchiveProgress& progress = {});
 

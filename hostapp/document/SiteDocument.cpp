@@ -21,7 +21,7 @@ namespace plotix {
 
 namespace {
 
-const QString kZoneSetting = QStringLiteral("timeZone");  // stored: never change
+const QString kZoneSetting = QLatin1String(kZoneKey);
 
 constexpr int kPatience = 3000;       // milliseconds that other changes wait for another writer
 constexpr int kRetryInterval = 1000;  // milliseconds until an unsaved change is tried again

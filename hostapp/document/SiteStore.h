@@ -84,6 +84,9 @@ private:
     Database& m_database;
 };
 
+/// The setting that names the zone of the site's place. Stored: never change.
+inline constexpr auto kZoneKey = "timeZone";
+
 /// Runs `work` inside a write transaction of its own: everything it writes is stored, or nothing.
 template <class Work>
 void inTransaction(Database& database, Work&& work)

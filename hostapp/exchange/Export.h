@@ -4,6 +4,7 @@
 
 #include <QtCore/QIODevice>
 #include <QtCore/QString>
+#include <QtCore/QTimeZone>
 
 #include <functional>
 #include <optional>
@@ -19,6 +20,7 @@ namespace plotix {
 struct ExportForm {
     enum class Clock { Utc, Local };  ///< local: the user's, with its distance from UTC
     Clock clock = Clock::Utc;
+    QTimeZone zone = {};     ///< of local times, instead of the user's; invalid: that
     char delimiter = ',';    ///< of text
     char decimalSign = '.';  ///< of text; other than the delimiter
     /// Names that a spreadsheet would take for formulas get an apostrophe before them; absent: as is usual for the

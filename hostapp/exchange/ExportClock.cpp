@@ -24,7 +24,9 @@ int ExportClock::offset(double seconds)
         return 0;
     const auto quarter = static_cast<std::int64_t>(std::floor(seconds / kQuarter));
     if (!m_isKnown || quarter != m_quarter) {
-        m_offset = QDateTime::fromSecsSinceEpoch(static_cast<qint64>(std::floor(seconds))).offsetFromUtc();
+        const auto whole = static_cast<qint64>(std::floor(seconds));
+        m_offset = m_zone.isValid() ? m_zone.offsetFromUtc(QDateTime::fromSecsSinceEpoch(whole, Qt::UTC))
+                                    : QDateTime::fromSecsSinceEpoch(whole).offsetFromUtc();
         m_quarter = quarter;
         m_isKnown = true;
     }
@@ -54,7 +56,7 @@ std::string ExportClock::name() const
 {
     if (m_clock == ExportForm::Clock::Utc)
         return "time (UTC)";
-    return "time (" + QTimeZone::systemTimeZoneId().toStdString() + ")";
+    return "time (" + (m_zone.isValid() ? m_zone.id() : QTimeZone::systemTimeZoneId()).toStdString() + ")";
 }
 
 QString cellName(const QString& name, bool guarded)

@@ -10,7 +10,8 @@ namespace plotix {
 
 class ExportClock {
 public:
-    explicit ExportClock(ExportForm::Clock clock) : m_clock(clock) {}
+    /// `zone`: of local times; an invalid one is the user's.
+    explicit ExportClock(ExportForm::Clock clock, const QTimeZone& zone = {}) : m_clock(clock), m_zone(zone) {}
 
     /// Seconds east of UTC at this moment; 0 for one outside all calendars.
     int offset(double seconds);
@@ -24,6 +25,7 @@ public:
 
 private:
     ExportForm::Clock m_clock;
+    QTimeZone m_zone;
     std::int64_t m_quarter = 0;  // of an hour since 1970 UTC
     int m_offset = 0;
     bool m_isKnown = false;

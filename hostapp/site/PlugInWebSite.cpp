@@ -2,6 +2,7 @@
 
 #include "base/MainQueue.h"
 #include "hostapp/site/PlugInOperations.h"
+#include "hostapp/site/RangedPicture.h"
 
 #include <QtCore/QFileInfo>
 
@@ -32,7 +33,7 @@ private:
     std::vector<KTVPlugInPtr> m_asked;
 };
 
-PlugInWebSite::PlugInWebSite(const WorkingSite& site) : m_sourceList(site.sourceList())
+PlugInWebSite::PlugInWebSite(const WorkingSite& site) : m_site(site), m_sourceList(site.sourceList())
 {
     const auto update = [present = m_present, &site] { bringUpToDate(*present, site); };
     QObject::connect(site.siteDocument().get(), &SiteDocument::siteChanged, &m_life, update);
@@ -96,6 +97,25 @@ std::optional<WebRendering> PlugInWebSite::rendering(const QUrl& url)
     for (const KTVPlugInPtr& plugIn : listed.asked())
         if (const auto response = plugIn->webServiceResponseForRequest({url}))
             return WebRendering{response->data(), response->contentType()};
+    return std::nullopt;
+}
+
+std::optional<WebRendering> PlugInWebSite::renderingOver(const WebRange& range, const QUrl& url)
+{
+    const QStringList segments = url.path().split(u'/', Qt::SkipEmptyParts);
+    const QString file = segments.value(segments.size() - 1);
+    const bool isPdf = file.endsWith(QLatin1String(".pdf"));
+    if (!isPdf && !file.endsWith(QLatin1String(".png")))
+        return std::nullopt;
+    const QString identifier = file.chopped(4);
+    const Listed listed(m_sourceList);
+    for (const KTVPlugInPtr& plugIn : listed.asked())
+        if (plugIn->uniqueIdentifier() == identifier) {
+            const QByteArray picture =
+                RangedPicture(m_site, plugIn, {range.from, range.to}).made(isPdf ? FileKind::Pdf : FileKind::Png);
+            if (!picture.isEmpty())
+                return WebRendering{picture, isPdf ? QStringLiteral("application/pdf") : QStringLiteral("image/png")};
+        }
     return std::nullopt;
 }
 

@@ -22,6 +22,7 @@ public:
     std::vector<WebView> viewsWithFootnotes() const override;
     QString advertisement(const QUrl& baseUrl) override;
     std::optional<WebRendering> rendering(const QUrl& url) override;
+    std::optional<WebRendering> renderingOver(const WebRange& range, const QUrl& url) override;
 
 private:
     /// The source list as it is published now; released on the main queue.
@@ -36,6 +37,7 @@ private:
     static void bringUpToDate(Present& present, const WorkingSite& site);
     KTVPlugInPtr toolbarPlugIn() const;
 
+    const WorkingSite& m_site;  // asked on the main queue alone
     const SourceListModel& m_sourceList;
     std::shared_ptr<Present> m_present = std::make_shared<Present>();
     QObject m_life;  ///< of the connections to the site

@@ -86,6 +86,7 @@ CasePlan planOfCase(const KTVPlugIn& trend, const SiteDocument& document, const 
     plan.records = document.records();
     plan.siteName = document.siteName();
     plan.siteLocation = document.siteLocation();
+    plan.siteZone = document.zone().isValid() ? document.zone().id() : QByteArray();
     plan.span = span;
     plan.trendTitle = titleOf(trend);
     const QByteArray state = encodedPlugIn(trend);

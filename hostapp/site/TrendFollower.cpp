@@ -1,6 +1,7 @@
 #include "hostapp/site/TrendFollower.h"
 
 #include "hostapp/site/PlugInOperations.h"
+#include "hostapp/site/TrendZone.h"
 #include "plugins/PlotixPlugIn/host/KTVPlugInViews.h"
 
 #include <QtCore/QDateTime>
@@ -34,11 +35,12 @@ constexpr SpanRow kRows[] = {{FollowSpan::PresentLength, "presentLength"},
                              {FollowSpan::Today, "today"},
                              {FollowSpan::All, "all"}};
 
-/// The calendar day that holds a moment, in the user's zone.
-MomentSpan dayOf(double moment)
+/// The calendar day that holds a moment; by an invalid zone in the user's.
+MomentSpan dayOf(double moment, const QTimeZone& chosen)
 {
-    const QDate day = QDateTime::fromMSecsSinceEpoch(qint64(moment * 1000)).date();
-    const auto start = [](const QDate& date) { return double(date.startOfDay().toMSecsSinceEpoch()) / 1000; };
+    const QTimeZone zone = chosen.isValid() ? chosen : QTimeZone::systemTimeZone();
+    const QDate day = QDateTime::fromMSecsSinceEpoch(qint64(moment * 1000), zone).date();
+    const auto start = [&zone](const QDate& date) { return double(date.startOfDay(zone).toMSecsSinceEpoch()) / 1000; };
     return {start(day), start(day.addDays(1))};
 }
 
@@ -165,7 +167,7 @@ TrendFollower::Range TrendFollower::rangeOf(const KTVPlugIn& plugIn, const Follo
     case FollowSpan::PresentLength: break;
     case FollowSpan::LastHour: return {now - kHour, now};
     case FollowSpan::LastDay: return {now - kDay, now};
-    case FollowSpan::Today: return dayOf(now);
+    case FollowSpan::Today: return dayOf(now, zoneOfTrend(&plugIn));
     case FollowSpan::All: {
         const std::optional<double> first = m_firstRecord ? m_firstRecord(plugIn) : std::nullopt;
         return {std::clamp(first.value_or(now - kHour), now - kLongestSpan, now - kShortestSpan), now};

@@ -221,7 +221,7 @@ void WorkingSite::requireRecords() const
 
 bool WorkingSite::isStored() const
 {
-    return m_use == Use::OnScreen && !m_document->isReadOnly();
+    return m_use == Use::OnScreen && !m_storesNothing && !m_document->isReadOnly();
 }
 
 void WorkingSite::storeAll()

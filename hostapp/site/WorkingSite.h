@@ -65,6 +65,9 @@ public:
     /// Shows what a figure or a link tells: in the trend of this title and these properties, or in a new one. Throws
     /// ReportableError where the site does not have it.
     KTVPlugInPtr showView(const ShownView& view);
+    /// The plug-in once more as it is now, with other dates: neither listed nor stored, its view not loaded. Null when
+    /// the module declines.
+    KTVPlugInPtr copyOf(const KTVPlugIn& plugIn, const MomentSpan& dates) const;
     void removePlugIn(const KTVPlugInPtr& plugIn);
     /// Puts a removed plug-in back into the list, at a row, and selects it.
     void restorePlugIn(const KTVPlugInPtr& plugIn, int row);
@@ -98,6 +101,9 @@ public:
     /// Stores what changed since the last time; failures are reported by `storingFailed`. A read-only document stores
     /// nothing.
     void storeAll();
+    /// From now on nothing is stored, as if the document could only be read: for a look that leaves no trace.
+    void storeNothing() { m_storesNothing = true; }
+    bool storesNothing() const { return m_storesNothing; }
 
 signals:
     void selectionRequested(const KTVPlugInPtr& plugIn);
@@ -146,6 +152,7 @@ private:
     RecordsWatch m_watch;
     const KTVPlugIn* m_leaving = nullptr;  ///< still listed, not stored any more
     bool m_isLoaded = false;
+    bool m_storesNothing = false;
     bool m_isKeptUp;
 };
 

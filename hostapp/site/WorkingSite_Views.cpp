@@ -7,6 +7,8 @@
 #include "hostapp/site/WorkingSite.h"
 
 #include "base/ReportableError.h"
+#include "hostapp/core/Coder.h"
+#include "hostapp/document/ArchivedReferences.h"
 #include "hostapp/site/FigureRecipe.h"
 #include "hostapp/site/PlugInOperations.h"
 #include "hostapp/site/ShownTrend.h"
@@ -63,6 +65,20 @@ std::optional<MomentSpan> markedSpan(const KTVPlugIn* trend)
     if (!marks.contains(QStringLiteral("a")) || !marks.contains(QStringLiteral("b")))
         return std::nullopt;
     return std::minmax({marks.value(QStringLiteral("a")).toDouble(), marks.value(QStringLiteral("b")).toDouble()});
+}
+
+KTVPlugInPtr WorkingSite::copyOf(const KTVPlugIn& plugIn, const MomentSpan& dates) const
+{
+    const QByteArray state = encodedPlugIn(plugIn);
+    const auto agent = [document = m_document.get()](const QString& identifier) -> KTVAgentPtr {
+        return document->agentWithIdentifier(identifier);
+    };
+    Decoder decoder(withDates(state, dates.first, dates.second).value_or(state), {agent, nullptr});
+    KTVPlugInPtr copy = m_module->instantiate(classNameOf(plugIn), decoder);
+    chooseReading(copy.get(), reader());
+    sendToReadSpans(copy.get(), "setSpanMarked", true);
+    sendToReadSpans(copy.get(), "setSpanKept", true);
+    return copy;
 }
 
 KTVPlugInPtr WorkingSite::showView(const ShownView& view)

@@ -57,6 +57,14 @@ HttpReply badRequestReply()
     return plainReply(400, "Not understood", "This request cannot be answered.");
 }
 
+HttpReply badRangeReply(const QString& problem)
+{
+    HttpReply reply;
+    reply.status = 400;
+    reply.body = messagePage(QStringLiteral("Not understood"), problem);
+    return reply;
+}
+
 HttpReply busyReply()
 {
     HttpReply reply = plainReply(503, "Busy", "Try again in a moment.");

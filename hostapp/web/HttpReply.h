@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QtCore/QByteArray>
+#include <QtCore/QString>
 
 #include <utility>
 #include <vector>
@@ -25,6 +26,7 @@ HttpReply methodNotAllowedReply();
 HttpReply unauthorizedReply();
 HttpReply wrongHostReply();
 HttpReply badRequestReply();
+HttpReply badRangeReply(const QString& problem);  ///< a sentence
 HttpReply busyReply();
 HttpReply tooManyGuessesReply(int seconds);  ///< until the next try is looked at
 HttpReply addressTooLongReply();

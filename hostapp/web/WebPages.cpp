@@ -48,13 +48,14 @@ QString siteCard(const OpenSites::Listed& site)
     return filled("site_card.html", escaped(site.identifier), escaped(site.name), countText(site.viewCount));
 }
 
-QString viewCard(const WebView& view)
+QString viewCard(const WebView& view, const QString& query)
 {
     const QString file = escaped(QString::fromLatin1(QUrl::toPercentEncoding(view.identifier)));
     QString notes;
-    for (const QString& note : view.footnotes)
-        notes += QStringLiteral("<p class=\"footnote\">%1</p>\n").arg(escaped(note));
-    return filled("view_card.html", file, escaped(view.title), notes);
+    if (query.isEmpty())  // they are about the times that the view itself shows
+        for (const QString& note : view.footnotes)
+            notes += QStringLiteral("<p class=\"footnote\">%1</p>\n").arg(escaped(note));
+    return filled("view_card.html", file, escaped(view.title), notes, escaped(query));
 }
 
 }  // namespace
@@ -67,11 +68,12 @@ QByteArray indexPage(const std::vector<OpenSites::Listed>& sites)
     return page(QStringLiteral("Plotix"), filled("index.html", cards));
 }
 
-QByteArray sitePage(const QString& name, const std::vector<WebView>& views, const QString& advertisement)
+QByteArray sitePage(const QString& name, const std::vector<WebView>& views, const QString& advertisement,
+                    const std::optional<WebRange>& range)
 {
     QString cards;
     for (const WebView& view : views)
-        cards += viewCard(view);
+        cards += viewCard(view, range ? queryOf(*range) : QString());
     return page(name + QStringLiteral(" – Plotix"),
                 filled("site.html", escaped(name), countText(views.size()), cards, advertisement));
 }

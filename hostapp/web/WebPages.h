@@ -8,8 +8,10 @@ namespace plotix {
 /// The open sites, each a link to its page.
 QByteArray indexPage(const std::vector<OpenSites::Listed>& sites);
 
-/// A preview of each view, then `advertisement` unchanged: last, so that a tag left open in it hides nothing.
-QByteArray sitePage(const QString& name, const std::vector<WebView>& views, const QString& advertisement);
+/// A preview of each view, over the range where there is one, then `advertisement` unchanged: last, so that a tag left
+/// open in it hides nothing.
+QByteArray sitePage(const QString& name, const std::vector<WebView>& views, const QString& advertisement,
+                    const std::optional<WebRange>& range = {});
 
 /// A heading and a sentence.
 QByteArray messagePage(const QString& title, const QString& text);

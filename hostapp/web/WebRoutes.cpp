@@ -71,6 +71,12 @@ WebRoutes::Route WebRoutes::route(const WebRequest& request) const
         return {std::move(refused), {}, {}};
     const QByteArray path = pathOf(request.target);
     const WebPath wanted = webPathFrom(path);
+    const AskedRange asked = rangeAsked(queryOf(request.target));
+    const bool hasRange = wanted.kind == WebPath::Kind::Site || wanted.kind == WebPath::Kind::Rendering;
+    if (hasRange && !asked.problem.isEmpty())
+        return {badRangeReply(asked.problem), {}, {}};
+    const QByteArray query = asked.range ? queryOf(*asked.range).toLatin1() : QByteArray();
+    const QByteArray subject = host + ' ' + path + query;
     switch (wanted.kind) {
     case WebPath::Kind::Index: return {pageReply(indexPage(m_sites.list())), {}, {}};
     case WebPath::Kind::Style: return {documentReply("text/css; charset=utf-8", styleSheet()), {}, {}};
@@ -81,11 +87,13 @@ WebRoutes::Route WebRoutes::route(const WebRequest& request) const
         break;
     case WebPath::Kind::Site:
         if (m_sites.visit(wanted.site))
-            return {std::nullopt, host + ' ' + path, [=, this] { return siteReply(wanted.site, host); }};
+            return {std::nullopt, subject, [=, this] { return siteReply(wanted.site, host, asked.range); }};
         break;
     case WebPath::Kind::Rendering:
         if (m_sites.visit(wanted.site))
-            return {std::nullopt, host + ' ' + path, [=, this] { return renderingReply(wanted.site, host, path); }};
+            return {std::nullopt, subject, [=, this, url = QUrl::fromEncoded("http://" + host + path)] {
+                        return renderingReply(wanted.site, url, asked.range);
+                    }};
         break;
     case WebPath::Kind::Nothing: break;
     }
@@ -131,24 +139,28 @@ std::optional<HttpReply> WebRoutes::accessRefusal(const WebRequest& request) con
 /// From now on the cookie gives access, and the token disappears from the address line.
 HttpReply WebRoutes::cookieReply(const WebRequest& request) const
 {
-    HttpReply reply = redirectReply(303, localPath(pathOf(request.target)));
+    const AskedRange asked = rangeAsked(queryOf(request.target));
+    const QByteArray query = asked.range ? queryOf(*asked.range).toLatin1() : QByteArray();
+    HttpReply reply = redirectReply(303, localPath(pathOf(request.target)) + query);
     reply.headers.emplace_back("Set-Cookie", m_token.cookie());
     return reply;
 }
 
-HttpReply WebRoutes::siteReply(const QString& site, const QByteArray& host) const
+HttpReply WebRoutes::siteReply(const QString& site, const QByteArray& host, const std::optional<WebRange>& range) const
 {
     const OpenSites::Visit visit = m_sites.visit(site);
     if (!visit)
         return notFoundReply();
     const QUrl base = QUrl::fromEncoded("http://" + host + sitePath(site));
-    return pageReply(sitePage(visit->name(), visit->viewsWithFootnotes(), visit->advertisement(base)));
+    return pageReply(sitePage(visit->name(), visit->viewsWithFootnotes(), visit->advertisement(base), range));
 }
 
-HttpReply WebRoutes::renderingReply(const QString& site, const QByteArray& host, const QByteArray& path) const
+HttpReply WebRoutes::renderingReply(const QString& site, const QUrl& url, const std::optional<WebRange>& range) const
 {
     const OpenSites::Visit visit = m_sites.visit(site);
-    const auto rendering = visit ? visit->rendering(QUrl::fromEncoded("http://" + host + path)) : std::nullopt;
+    if (!visit)
+        return notFoundReply();
+    const auto rendering = range ? visit->renderingOver(*range, url) : visit->rendering(url);
     return rendering ? documentReply(rendering->contentType.toLatin1(), rendering->data) : notFoundReply();
 }
 

@@ -40,8 +40,8 @@ private:
     std::optional<HttpReply> refusal(const WebRequest& request, const QByteArray& host) const;
     std::optional<HttpReply> accessRefusal(const WebRequest& request) const;
     HttpReply cookieReply(const WebRequest& request) const;
-    HttpReply siteReply(const QString& site, const QByteArray& host) const;
-    HttpReply renderingReply(const QString& site, const QByteArray& host, const QByteArray& path) const;
+    HttpReply siteReply(const QString& site, const QByteArray& host, const std::optional<WebRange>& range) const;
+    HttpReply renderingReply(const QString& site, const QUrl& url, const std::optional<WebRange>& range) const;
 
     const OpenSites& m_sites;
     AccessToken m_token;

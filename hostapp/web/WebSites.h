@@ -1,5 +1,7 @@
 #pragma once
 
+#include "hostapp/web/WebRange.h"
+
 #include <QtCore/QByteArray>
 #include <QtCore/QString>
 #include <QtCore/QUrl>
@@ -41,6 +43,9 @@ public:
 
     /// What a plug-in answers to a request for this URL; nothing when none does. Waits for the main queue.
     virtual std::optional<WebRendering> rendering(const QUrl& url) = 0;
+    /// The same view over other times, whose records are read for this answer alone; what the view itself shows stays.
+    /// Nothing for a view that is not there, or that cannot be drawn. Waits for the main queue.
+    virtual std::optional<WebRendering> renderingOver(const WebRange& range, const QUrl& url) = 0;
 };
 
 }  // namespace plotix

@@ -28,7 +28,7 @@ qint64 mostRecords(RecordStore& store, const RecordExport& what)
 }  // namespace
 
 QString copiedRecords(SiteDocument& document, const SiteAgent& agent, const QStringList& keys,
-                      const std::pair<double, double>& span)
+                      const std::pair<double, double>& span, const QTimeZone& zone)
 {
     std::vector<std::shared_ptr<SiteProperty>> properties;
     for (const auto& property : agent.siteProperties())
@@ -37,7 +37,7 @@ QString copiedRecords(SiteDocument& document, const SiteAgent& agent, const QStr
     RecordExport what = exportOf(agent, properties);
     what.from = span.first;
     what.to = span.second;
-    what.form = {.clock = ExportForm::Clock::Local, .delimiter = '\t', .guardsFormulas = true};
+    what.form = {.clock = ExportForm::Clock::Local, .zone = zone, .delimiter = '\t', .guardsFormulas = true};
     if (QLocale().decimalPoint() == u",")
         what.form.decimalSign = ',';
     const qint64 count = mostRecords(*document.records(), what);

@@ -49,7 +49,8 @@ void buildFileMenu(QMainWindow* window, SiteActions& actions)
 {
     QMenu* menu = addMenu(window, SiteMenus::tr("&File"));
     actions.newSite = addAction(menu, SiteMenus::tr("&New Site…"), QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_N));
-    actions.openSite = addAction(menu, SiteMenus::tr("&Open Site…"), QKeySequence::Open);
+    actions.openSite = addAction(menu, SiteMenus::tr("&Open…"), QKeySequence::Open);
+    actions.openSite->setToolTip(SiteMenus::tr("A site, or a figure that tells what it shows."));
     actions.openRecent = menu->addMenu(SiteMenus::tr("Open &Recent"));
     actions.openRecent->setToolTipsVisible(true);
     menu->addSeparator();

@@ -90,7 +90,8 @@ public:
 
     /// Shows what a figure or a link tells; an alert says what this site does not have of it.
     void showView(const ShownView& view);
-    /// The same of a figure in a file, in the window of its site; false for a file that is none.
+    /// The same of a figure in a file, in the window of its site; an alert where the figure does not tell. False for a
+    /// file that is no figure.
     bool openFigure(const QString& file);
 
     /// Makes a trend for each agent with ticked properties; without ticks one of every property of the first agent.

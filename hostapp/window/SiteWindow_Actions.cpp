@@ -155,8 +155,10 @@ void SiteWindow::updateActions()
 
 void SiteWindow::askForSite()
 {
-    const QString path = QFileDialog::getOpenFileName(this, tr("Open Site"), {}, tr(kSiteFilter));
-    if (!path.isEmpty())
+    const QStringList filters{tr("Sites and figures (*.plotix *.png *.pdf *.svg)"), tr(kSiteFilter),
+                              tr("Figures (*.png *.pdf *.svg)")};
+    const QString path = QFileDialog::getOpenFileName(this, tr("Open"), {}, filters.join(QStringLiteral(";;")));
+    if (!path.isEmpty() && !openFigure(path))
         emit openSiteRequested(path);
 }
 

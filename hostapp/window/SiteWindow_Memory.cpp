@@ -104,6 +104,8 @@ void SiteWindow::storeNow()
 {
     if (m_editor && m_editor->isEditing())  // it has stored what is on screen, and writes the file now
         return;
+    if (m_controller->storesNothing())
+        return;
     m_controller->storeAll();
     try {
         m_memory.store(currentState());

@@ -1,4 +1,4 @@
-// Views that come into the window: of links, and of figures that are dropped.
+// Views that come into the window: of links, and of figures that are opened or dropped.
 //
 // A figure of another site is shown in that site's window.
 
@@ -22,9 +22,16 @@ void SiteWindow::showView(const ShownView& view)
 
 bool SiteWindow::openFigure(const QString& file)
 {
-    const std::optional<ShownView> view = viewInFile(file);
-    if (!view)
+    if (!isFigure(file))
         return false;
+    const std::optional<ShownView> view = viewInFile(file);
+    if (!view) {
+        showAlert(
+            tr("The figure cannot be opened as a view"),
+            tr("“%1” does not tell what it shows: it was not made by Plotix, or what it shows was left out of it.")
+                .arg(QFileInfo(file).fileName()));
+        return true;
+    }
     if (view->siteFile == QFileInfo(m_controller->siteDocument()->path()).fileName())
         showView(*view);
     else

@@ -4,6 +4,7 @@
 
 #include "hostapp/site/PlugInOperations.h"
 #include "hostapp/site/ShownTrend.h"
+#include "hostapp/site/TrendZone.h"
 #include "hostapp/site/ViewLink.h"
 #include "hostapp/window/CopiedRecords.h"
 
@@ -59,9 +60,10 @@ void TrendOutputs::copyRecords()
     const ShownView view = viewOf(trend, document);
     const auto agent = document.agentNamed(view.agent);
     try {
-        const QString records = agent && view.from && view.to ? copiedRecords(document, *agent, shownKeys(trend.get()),
-                                                                              {view.from->seconds, view.to->seconds})
-                                                              : QString();
+        QString records;
+        if (agent && view.from && view.to)
+            records = copiedRecords(document, *agent, shownKeys(trend.get()), {view.from->seconds, view.to->seconds},
+                                    zoneOfTrend(trend.get()));
         if (records.isEmpty())
             return alert(tr("There are no records to copy"), tr("The trend shows none in this span."));
         QApplication::clipboard()->setText(records);

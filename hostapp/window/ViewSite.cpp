@@ -28,12 +28,16 @@ QString siteToShow(const ShownView& view, const QString& folder, QWidget* parent
     return QFileDialog::getOpenFileName(parent, title, folder, ViewSiteText::tr("Sites (*.plotix)"));
 }
 
+bool isFigure(const QString& path)
+{
+    const FileKind kind = kindOfFile(path);
+    return kind == FileKind::Png || kind == FileKind::Pdf || kind == FileKind::Svg;
+}
+
 std::optional<ShownView> viewInFile(const QString& path)
 {
     QFile file(path);
-    const FileKind kind = kindOfFile(path);
-    const bool isFigure = kind == FileKind::Png || kind == FileKind::Pdf || kind == FileKind::Svg;
-    if (!isFigure || file.size() > kMostBytes || !file.open(QIODevice::ReadOnly))
+    if (!isFigure(path) || file.size() > kMostBytes || !file.open(QIODevice::ReadOnly))
         return std::nullopt;
     return viewInFigure(file.readAll());
 }

@@ -289,6 +289,8 @@ private:
 
     /// Binds the info table's columns to the rows and its check boxes to `showClicked`; once, when the view is loaded.
     void connectInfoTable();
+    QStringList copiedHeading() const;
+    std::optional<std::pair<double, double>> figuredSpan(const QString& over) const;  // of the table's figures
     /// Keeps the parts of the view in place when the root view is resized; follows an animation under way.
     void rootViewDidResize(const QSize& oldSize, const QSize& newSize);
     void fitDatePanel();

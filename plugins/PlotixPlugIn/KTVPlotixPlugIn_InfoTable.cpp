@@ -12,12 +12,17 @@
 #include "plugins/PlotixPlugIn/KTVPlotixPlugIn.h"
 
 #include "plugins/PlotixPlugIn/InfoTableModel.h"
+#include "plugins/PlotixPlugIn/TrendAccess.h"
 #include "plugins/PlotixPlugIn/host/KTVConverter.h"
 #include "plugins/PlotixPlugIn/host/KTVRecordColumn.h"
 #include "plugins/PlotixPlugIn/logic/SinglePrecision.h"
 #include "plugins/PlotixPlugIn/logic/Statistics.h"
+#include "plugins/PlotixPlugIn/reading/ReadSpans.h"
 #include "plugins/PlotixPlugIn/reading/TrendReader.h"
+#include "plugins/PlotixPlugIn/reading/trend/ClockTexts.h"
+#include "plugins/PlotixPlugIn/reading/trend/TableFigures.h"
 
+#include <algorithm>
 #include <array>
 #include <set>
 
@@ -128,6 +133,7 @@ void KTVPlotixPlugIn::connectInfoTable()
     m_infoTable->setArrayController(m_infoTableArrayController.get());
     m_infoTable->setTableDelegate(this);
     m_infoTable->setFigures(m_reader->tableFigures());
+    m_infoTable->setCopiedHeading([this] { return copiedHeading(); });
     connect(m_infoTable, &PropertyDetailsTableView::showClicked, this, &KTVPlotixPlugIn::showClicked);
     connect(m_infoTable, &PropertyDetailsTableView::lineChosen, this, [this](int row, bool shown) {
         setPlotForPropertyName(m_infoTable->infoTableModel()->rowAt(row)->propertyName, !shown);
@@ -197,6 +203,43 @@ void KTVPlotixPlugIn::showClicked(QObject* sender)
     if (row < 0 || static_cast<std::size_t>(row) >= rows.size())
         return;
     setPlotForPropertyName(rows[static_cast<std::size_t>(row)]->propertyName, !checkBox->isChecked());
+}
+
+/// What the table is of, and what its figures are about, for who reads it elsewhere; where the host chose that the
+/// table has a heading.
+QStringList KTVPlotixPlugIn::copiedHeading() const
+{
+    const QVariantMap statistics = m_reader->part(QStringLiteral("statistics"))->chosen();
+    if (!statistics.value(QStringLiteral("offered")).toBool())
+        return {};
+    QStringList heading;
+    const KTVAgentPtr site = siteWindowController() ? siteWindowController()->agent() : nullptr;
+    for (const QString& line : {title(), site ? site->siteName().value_or(QString()) : QString()})
+        if (!line.isEmpty())
+            heading << line;
+    const QString about = m_reader->tableFigures()->about();
+    const auto span = figuredSpan(statistics.value(QStringLiteral("over")).toString());
+    if (!span)
+        return heading;
+    const CPTClock clock = m_access->clock();
+    const QString times = QStringLiteral("%1 – %2").arg(plotix::momentDescription(clock, plotix::Date{span->first}),
+                                                        plotix::momentDescription(clock, plotix::Date{span->second}));
+    return heading << (about.isEmpty() ? times : QStringLiteral("%1 (%2)").arg(times, about));
+}
+
+std::optional<std::pair<double, double>> KTVPlotixPlugIn::figuredSpan(const QString& over) const
+{
+    if (over == QLatin1String("marked")) {
+        const QVariantMap marks = m_reader->part(QStringLiteral("marks"))->chosen();
+        const double a = marks.value(QStringLiteral("a")).toDouble(), b = marks.value(QStringLiteral("b")).toDouble();
+        return std::minmax({a, b});
+    }
+    if (over == QLatin1String("visible") && m_graph) {
+        const CPTPlotRange& drawn = m_graph->plotSpace().xRange();
+        return std::pair(drawn.minLimit(), drawn.maxLimit());
+    }
+    const std::optional<plotix::TimeSpan>& read = m_readSpans->readSpan();
+    return read ? std::optional(std::pair(read->from, read->to)) : std::nullopt;
 }
 
 void KTVPlotixPlugIn::copyTable(QObject* /*sender*/)

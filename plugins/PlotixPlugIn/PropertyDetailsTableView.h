@@ -9,6 +9,7 @@
 #include <QtWidgets/QTableView>
 
 #include <cstddef>
+#include <functional>
 #include <memory>
 #include <vector>
 
@@ -79,6 +80,8 @@ public:
     /// Puts the selected rows, or all while none is selected, on the clipboard as they are shown, with the titles of
     /// the columns: as text separated by tabs, and as HTML. Without rows the clipboard stays as it is.
     void copyRows() const;
+    /// The lines that what is copied begins with; empty, as at first: none.
+    void setCopiedHeading(std::function<QStringList()> heading) { m_copiedHeading = std::move(heading); }
 
     /// A new menu with the one item "Remove", for any event; the caller owns it. Choosing lines, more. A press of
     /// the right mouse button on a row that is not selected selects exactly that row first; outside every row it leaves
@@ -131,6 +134,7 @@ private:
     WeakReference<PropertyDetailsTableViewDelegate> m_delegate;
     bool m_synchronising = false;
     bool m_choosesLines = false;
+    std::function<QStringList()> m_copiedHeading;
     std::vector<int> m_ownWidths;  // of the columns, points; without what fills the view
     bool m_filling = false;
 };

@@ -55,7 +55,9 @@ void PropertyDetailsTableView::copyRows() const
     }
     if (rows.empty())
         return;
-    const plotix::TableText text = textOfRows(rows);
+    plotix::TableText text = textOfRows(rows);
+    if (m_copiedHeading)
+        text.heading = m_copiedHeading();
     auto* copied = new QMimeData;
     copied->setText(plotix::tabSeparatedText(text));
     copied->setHtml(plotix::htmlText(text));

@@ -2375,10 +2375,6 @@
         <translation>&amp;Neue Anlage …</translation>
     </message>
     <message>
-        <source>&amp;Open Site…</source>
-        <translation>Anlage ö&amp;ffnen …</translation>
-    </message>
-    <message>
         <source>Open &amp;Recent</source>
         <translation>Zuletzt geöffnete &amp;Anlagen</translation>
     </message>
@@ -2657,6 +2653,14 @@
     <message>
         <source>The trend with its records and notes as a site of its own, to send to somebody.</source>
         <translation>Der Trend mit seinen Messwerten und Notizen als Anlage für sich, um ihn jemandem zu schicken.</translation>
+    </message>
+    <message>
+        <source>&amp;Open…</source>
+        <translation>Ö&amp;ffnen …</translation>
+    </message>
+    <message>
+        <source>A site, or a figure that tells what it shows.</source>
+        <translation>Eine Anlage, oder eine Abbildung, die sagt, was sie zeigt.</translation>
     </message>
 </context>
 <context>
@@ -3571,16 +3575,16 @@
         <translation>„%1“ kommt aus einer Quelle mit eigenen Zeiten. Was gilt zwischen ihren Messwerten?</translation>
     </message>
     <message>
-        <source>&amp;Its last value, as of counters, states and set points</source>
-        <translation>&amp;Ihr letzter Wert, wie bei Zählern, Zuständen und Sollwerten</translation>
-    </message>
-    <message>
-        <source>A &amp;straight line from one to the next, as of what changes slowly, such as temperatures</source>
-        <translation>Eine &amp;gerade Linie von einem zum nächsten, wie bei allem, was sich langsam ändert, etwa Temperaturen</translation>
-    </message>
-    <message>
         <source>Edit Computed Property, in the menu of the property, changes that, and how long a gap is bridged.</source>
         <translation>„Berechnete Größe bearbeiten“ im Menü der Größe ändert das, und wie lange Lücken überbrückt werden.</translation>
+    </message>
+    <message>
+        <source>&amp;Its last value (counters, states, set points)</source>
+        <translation>&amp;Ihr letzter Wert (Zähler, Zustände, Sollwerte)</translation>
+    </message>
+    <message>
+        <source>A &amp;straight line to the next (temperatures, levels)</source>
+        <translation>Eine &amp;gerade Linie (Temperaturen, Füllstände)</translation>
     </message>
 </context>
 <context>
@@ -4437,10 +4441,6 @@ Auf einen Trend ziehen, oder ankreuzen und „Neuer Trend“ wählen.</translati
         <translation>Ein Import läuft.</translation>
     </message>
     <message>
-        <source>Open Site</source>
-        <translation>Anlage öffnen</translation>
-    </message>
-    <message>
         <source>New Site</source>
         <translation>Neue Anlage</translation>
     </message>
@@ -4571,6 +4571,26 @@ Auf einen Trend ziehen, oder ankreuzen und „Neuer Trend“ wählen.</translati
     <message>
         <source>The view cannot be shown</source>
         <translation>Die Ansicht lässt sich nicht zeigen</translation>
+    </message>
+    <message>
+        <source>Sites and figures (*.plotix *.png *.pdf *.svg)</source>
+        <translation>Anlagen und Abbildungen (*.plotix *.png *.pdf *.svg)</translation>
+    </message>
+    <message>
+        <source>Figures (*.png *.pdf *.svg)</source>
+        <translation>Abbildungen (*.png *.pdf *.svg)</translation>
+    </message>
+    <message>
+        <source>Open</source>
+        <translation>Öffnen</translation>
+    </message>
+    <message>
+        <source>The figure cannot be opened as a view</source>
+        <translation>Die Abbildung lässt sich nicht als Ansicht öffnen</translation>
+    </message>
+    <message>
+        <source>“%1” does not tell what it shows: it was not made by Plotix, or what it shows was left out of it.</source>
+        <translation>„%1“ sagt nicht, was darauf zu sehen ist: Die Datei stammt nicht von Plotix, oder die Angabe wurde weggelassen.</translation>
     </message>
 </context>
 <context>

@@ -16,11 +16,10 @@ JoinDialog::JoinDialog(const QStringList& names, QWidget* parent) : QDialog(pare
                    this);
     question->setTextFormat(Qt::PlainText);
     question->setWordWrap(true);
-    m_hold = new QRadioButton(tr("&Its last value, as of counters, states and set points"), this);
+    m_hold = new QRadioButton(tr("&Its last value (counters, states, set points)"), this);
     m_hold->setObjectName(QStringLiteral("joinHold"));
     m_hold->setChecked(true);
-    m_straight = new QRadioButton(
-        tr("A &straight line from one to the next, as of what changes slowly, such as temperatures"), this);
+    m_straight = new QRadioButton(tr("A &straight line to the next (temperatures, levels)"), this);
     m_straight->setObjectName(QStringLiteral("joinStraight"));
     auto* later = new QLabel(
         tr("Edit Computed Property, in the menu of the property, changes that, and how long a gap is bridged."), this);

@@ -37,7 +37,10 @@ QString tabSeparatedText(const TableText& table)
     QStringList titles;
     for (const TableText::Column& column : table.columns)
         titles << column.title;
-    QString text = lineOf(table, titles);
+    QString text;
+    for (const QString& line : table.heading)
+        text += oneLine(line) + u'\n';
+    text += lineOf(table, titles);
     for (const QStringList& row : table.rows)
         text += lineOf(table, row);
     return text;
@@ -46,7 +49,10 @@ QString tabSeparatedText(const TableText& table)
 QString htmlText(const TableText& table)
 {
     QString text = QStringLiteral(
-        "<html><head><meta http-equiv=\"content-type\" content=\"text/html; charset=utf-8\"></head><body><table><tr>");
+        "<html><head><meta http-equiv=\"content-type\" content=\"text/html; charset=utf-8\"></head><body>");
+    for (const QString& line : table.heading)
+        text += QStringLiteral("<p>%1</p>").arg(line.toHtmlEscaped());
+    text += QStringLiteral("<table><tr>");
     for (const TableText::Column& column : table.columns)
         text += QStringLiteral("<th>%1</th>").arg(column.title.toHtmlEscaped());
     text += QStringLiteral("</tr>\n");

@@ -15,11 +15,13 @@ struct TableText {
         bool isNumbers = false;  ///< these stand at the right
         bool isColor = false;    ///< its cells hold "#rrggbb"; text alone has no such column
     };
+    QStringList heading;  ///< lines above the table, such as what it is of
     std::vector<Column> columns;
     std::vector<QStringList> rows;  ///< a cell for each column
 };
 
-/// A line for the titles and one for each row, cells separated by tabs. A tab or line break in a cell becomes a blank.
+/// The heading, a line for the titles and one for each row, cells separated by tabs. A tab or line break in a cell
+/// becomes a blank.
 QString tabSeparatedText(const TableText& table);
 
 /// The same as an HTML document with one table. Cells are shown as they are, whatever stands in them.

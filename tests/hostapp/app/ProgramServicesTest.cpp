@@ -60,6 +60,25 @@ TEST_F(ProgramServicesTest, RenderingTwiceGivesTheSameBytes)
               services.render(request(RenderRequest::Format::Png)));
 }
 
+TEST_F(ProgramServicesTest, APictureOfAViewStoresNoTrend)
+{
+    plotix::OpenRequest request;
+    request.site = site.document->path();
+    request.view = plotix::ShownView{.siteName = "Garden",
+                                     .siteFile = "garden.plotix",
+                                     .trend = "Gone",
+                                     .agent = "Station",
+                                     .properties = {"airTemperature"},
+                                     .from = Date{kStart},
+                                     .to = Date{kStart + 600}};
+    request.screenshot = site.file("window.png");
+    const QSize size = request.screenshotSize;
+    EXPECT_EQ(services.open(request), 0);
+    EXPECT_EQ(QImage(site.file("window.png")).size(), size);
+    for (const plotix::ArchivedPlugIn& stored : plotix::SiteDocument::open(request.site)->archivedPlugIns())
+        EXPECT_NE(stored.className, "KTVPlotixPlugIn");
+}
+
 TEST_F(ProgramServicesTest, RendersAPdf)
 {
     EXPECT_TRUE(services.render(request(RenderRequest::Format::Pdf)).startsWith("%PDF"));

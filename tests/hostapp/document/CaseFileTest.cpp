@@ -43,6 +43,7 @@ protected:
         plan.site = document->path();
         plan.records = document->records();
         plan.siteName = document->siteName();
+        plan.siteZone = "Europe/Berlin";
         plan.agents = {{boiler()->id(), boiler()->uniqueIdentifier(), "Boiler", {}, {{20, 30}}}};
         for (const auto& property : boiler()->siteProperties())
             plan.agents.front().properties.push_back(property->description());
@@ -85,6 +86,7 @@ TEST_F(CaseFileTest, HoldsSiteAgentsPropertiesAndTheTrend)
 {
     const auto made = written();
     EXPECT_EQ(made->siteName(), "Harbour");
+    EXPECT_EQ(made->zone().id(), "Europe/Berlin");
     ASSERT_EQ(made->agents().size(), 1U);
     EXPECT_EQ(made->agents().front()->uniqueIdentifier(), boiler()->uniqueIdentifier());
     ASSERT_EQ(made->agents().front()->siteProperties().size(), 3U);

@@ -103,6 +103,20 @@ TEST_F(RecordCopyingTest, ElementsKeepTheirBitsAndValidity)
     EXPECT_FALSE(block.columns[0].validity.isValid(2));
 }
 
+TEST_F(RecordCopyingTest, WhatCameLateOrWasCorrectedIsNotedThereToo)
+{
+    for (int i = 0; i < 10; ++i)
+        put(1, i, i);
+    const auto writer = from.begin();
+    writer->addAmendment(1, {1, Amendment::Kind::Corrected, 2, 6, 100, 100});
+    writer->commit();
+    copy({{4, 8}});
+    const RowId asked[] = {11};
+    const std::vector<Amendment> found = to.amendments(5, asked, {}, {});
+    ASSERT_EQ(found.size(), 1U);
+    EXPECT_EQ(found.front(), (Amendment{11, Amendment::Kind::Corrected, 4, 6, 100, 100}));
+}
+
 TEST_F(RecordCopyingTest, SpansMayOverlapAndComeInAnyOrder)
 {
     for (int i = 0; i < 20; ++i)

@@ -42,6 +42,16 @@ TEST_F(ExportClockTest, OnlyNamesLikeFormulasGetAnApostrophe)
     EXPECT_EQ(cellName("", true), "");
 }
 
+TEST_F(ExportClockTest, AnotherZoneIsNamedAndKeepsItsOwnOffsets)
+{
+    ExportClock kathmandu(ExportForm::Clock::Local, QTimeZone("Asia/Kathmandu"));
+    EXPECT_EQ(kathmandu.text(1'720'000'800), "2024-07-03T15:45:00+05:45");
+    EXPECT_EQ(kathmandu.name(), "time (Asia/Kathmandu)");
+    ExportClock berlin(ExportForm::Clock::Local, QTimeZone("Europe/Berlin"));
+    EXPECT_EQ(berlin.text(1'729'989'000), "2024-10-27T02:30:00+02:00");
+    EXPECT_EQ(berlin.text(1'729'992'600), "2024-10-27T02:30:00+01:00");
+}
+
 }  // namespace
 
 }  // namespace plotix

@@ -1,6 +1,7 @@
 #include "hostapp/site/LocalWebServing.h"
 
 #include "hostapp/core/Defaults.h"
+#include "hostapp/site/PlugInOperations.h"
 #include "tests/hostapp/site/ServedTrendFixture.h"
 
 #include <atomic>
@@ -65,6 +66,40 @@ TEST_F(LocalWebServingTest, AViewNobodyHasLookedAtIsDrawnToo)
     const Answer pdf = get(address, rendering(*working, ".pdf"));
     EXPECT_EQ(pdf.header("Content-Type"), "application/pdf");
     EXPECT_TRUE(pdf.body.startsWith("%PDF"));
+}
+
+TEST_F(LocalWebServingTest, ARangeIsDrawnAndTheTrendStaysAsItIs)
+{
+    const QString hour = QStringLiteral("?from=2023-11-15T00:00:00.000Z&to=2023-11-15T01:00:00.000Z");
+    const KTVPlugInPtr trend = working->sourceList().plugInAt(0);
+    const auto before = plotix::shownRange(trend.get());
+    const Answer whole = get(address, rendering(*working, ".png"));
+    const Answer part = get(address, rendering(*working, ".png") + hour);
+    EXPECT_EQ(part.header("Content-Type"), "image/png");
+    EXPECT_EQ(QImage::fromData(part.body, "PNG").size(), plotix::kUsualGraphSize);
+    EXPECT_NE(part.body, whole.body);
+    EXPECT_EQ(get(address, rendering(*working, ".png") + hour).body, part.body);
+    EXPECT_EQ(get(address, rendering(*working, ".png")).body, whole.body);
+    EXPECT_EQ(plotix::shownRange(trend.get()), before);
+    EXPECT_TRUE(get(address, rendering(*working, ".pdf") + hour).body.startsWith("%PDF"));
+    EXPECT_EQ(get(address, QStringLiteral("unknown.png") + hour).status, 404);
+}
+
+TEST_F(LocalWebServingTest, ItStopsWhileRangesAreRead)
+{
+    const QUrl url(address + rendering(*working, ".png"));
+    std::vector<std::thread> browsers;
+    for (int number = 0; number < 4; ++number)
+        browsers.emplace_back([url, number] {
+            plotix::ask(static_cast<std::uint16_t>(url.port()), "GET",
+                        url.path(QUrl::FullyEncoded).toLatin1() + "?from=2023-11-15T00:00:00Z&to=2023-11-15T0" +
+                            QByteArray::number(number + 1) + ":00:00Z");
+        });
+    serving.stop(*working);
+    working.reset();
+    for (std::thread& browser : browsers)
+        browser.join();
+    working = makeSite();
 }
 
 TEST_F(LocalWebServingTest, OnlyTheExactExtensionCounts)

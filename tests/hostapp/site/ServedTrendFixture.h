@@ -47,7 +47,9 @@ protected:
         const QUrl url(address + rest);
         Answer answer;
         meanwhile([&] {
-            answer = ask(static_cast<std::uint16_t>(url.port()), "GET", url.path(QUrl::FullyEncoded).toLatin1());
+            const QByteArray query = url.hasQuery() ? '?' + url.query(QUrl::FullyEncoded).toLatin1() : QByteArray();
+            answer =
+                ask(static_cast<std::uint16_t>(url.port()), "GET", url.path(QUrl::FullyEncoded).toLatin1() + query);
         });
         return answer;
     }

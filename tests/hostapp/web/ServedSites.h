@@ -49,12 +49,22 @@ public:
                                                                       : QStringLiteral("image/png")};
     }
 
+    std::optional<WebRendering> renderingOver(const WebRange& range, const QUrl& url) override
+    {
+        {
+            const std::lock_guard guard(mutex);
+            lastRange = range;
+        }
+        return rendering(url);
+    }
+
     QString advertisedTitle = QStringLiteral("First");
     std::vector<QString> footnotes;  ///< of its view
     QByteArray picture = QByteArray("\x89PNG\r\n\x1a\n", 8) + QByteArray(100'000, 'x');
     std::atomic<int> advertisementCount = 0, questionCount = 0, renderingCount = 0;
     std::mutex mutex;
-    QUrl lastUrl;  // guarded
+    QUrl lastUrl;                       // guarded
+    std::optional<WebRange> lastRange;  // guarded; of the last rendering over one
 };
 
 /// A server on a free port of this machine with one site, "plant". What clients do runs on a thread of its own while

@@ -8,7 +8,10 @@
 #include <QtTest/QSignalSpy>
 #include <QtTest/QTest>
 #include <QtWidgets/QApplication>
+#include <QtWidgets/QFileDialog>
 #include <QtWidgets/QLabel>
+#include <QtWidgets/QLineEdit>
+#include <QtWidgets/QMessageBox>
 
 using plotix::Date;
 using plotix::SiteWindow;
@@ -68,6 +71,46 @@ TEST_F(SiteWindowDropTest, ADroppedFigureIsShownInTheWindowOfItsSite)
     ASSERT_TRUE(asked.wait(5'000));
     EXPECT_EQ(asked[0][0].value<plotix::ShownView>(), view);
     EXPECT_EQ(asked[0][1].toString(), QFileInfo(figure).absolutePath());
+}
+
+TEST_F(SiteWindowDropTest, AFigureThatDoesNotTellIsRefusedWithTheReason)
+{
+    openWindow();
+    QFile figure(site.file(QStringLiteral("figure.pdf")));
+    ASSERT_TRUE(figure.open(QIODevice::WriteOnly));
+    figure.write("%PDF-1.4 nothing in it");
+    figure.close();
+    EXPECT_TRUE(window->openFigure(figure.fileName()));
+    const auto boxes = window->findChildren<QMessageBox*>();
+    ASSERT_EQ(boxes.size(), 1);
+    EXPECT_EQ(boxes[0]->text(), "The figure cannot be opened as a view");
+    EXPECT_TRUE(boxes[0]->informativeText().contains("figure.pdf"));
+    EXPECT_FALSE(window->openFigure(site.path()));
+}
+
+TEST_F(SiteWindowDropTest, OpenTakesFiguresAsItTakesSites)
+{
+    openWindow();
+    plotix::ShownView view;
+    view.siteFile = "other.plotix";
+    QFile figure(site.file(QStringLiteral("figure.svg")));
+    ASSERT_TRUE(figure.open(QIODevice::WriteOnly));
+    figure.write(plotix::withRecipe(plotix::FileKind::Svg, "<?xml version=\"1.0\"?><svg><defs></defs></svg>",
+                                    plotix::recipeOf(view)));
+    figure.close();
+    QSignalSpy asked(window.get(), &SiteWindow::openViewRequested);
+    QTimer person;
+    person.callOnTimeout([&] {
+        if (auto* panel = qobject_cast<QFileDialog*>(QApplication::activeModalWidget())) {
+            person.stop();
+            EXPECT_TRUE(panel->nameFilters().first().contains("*.svg"));
+            panel->findChild<QLineEdit*>()->setText(figure.fileName());
+            static_cast<QDialog*>(panel)->accept();
+        }
+    });
+    person.start(20);
+    window->actions().openSite->trigger();
+    EXPECT_EQ(asked.count(), 1);
 }
 
 TEST_F(SiteWindowDropTest, SeveralFilesAreImportedOneAfterTheOther)

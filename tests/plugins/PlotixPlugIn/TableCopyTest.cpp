@@ -36,6 +36,31 @@ TEST_F(TableCopyTest, TitlesAndAllRowsAreCopiedWhereNoneIsSelected)
     EXPECT_EQ(lines().at(2), cells.join(u'\t'));
 }
 
+TEST_F(TableCopyTest, WithAHeadingItBeginsWithTrendAndSpan)
+{
+    trend->setTitle("Week");
+    trend->setReading({{"statistics", QVariantMap{{"offered", true}}}});
+    copy();
+    ASSERT_EQ(lines().size(), 7);
+    EXPECT_EQ(lines().at(0), "Week");
+    EXPECT_FALSE(lines().at(1).isEmpty());  // the site
+    EXPECT_TRUE(lines().at(2).contains(" – ")) << lines().at(2).toStdString();
+    EXPECT_FALSE(lines().at(2).contains("visible"));
+    EXPECT_TRUE(lines().at(3).startsWith("Show\tProperty"));
+    EXPECT_TRUE(html().contains("<p>Week</p>"));
+}
+
+TEST_F(TableCopyTest, TheHeadingSaysWhatTheFiguresAreAbout)
+{
+    trend->setReading({{"statistics", QVariantMap{{"offered", true}, {"over", "visible"}}}});
+    copy();
+    EXPECT_TRUE(lines().filter(" – ").value(0).endsWith("(what is visible)")) << lines().at(0).toStdString();
+    trend->setReading({{"marks", QVariantMap{{"a", 7200.0}, {"b", 3600.0}}},
+                       {"statistics", QVariantMap{{"offered", true}, {"over", "marked"}}}});
+    copy();
+    EXPECT_TRUE(lines().filter(" – ").value(0).endsWith("(the time from A to B)")) << lines().at(0).toStdString();
+}
+
 TEST_F(TableCopyTest, OnlyTheSelectedRowsAreCopied)
 {
     controller().setSelectionIndexes({0, 2});

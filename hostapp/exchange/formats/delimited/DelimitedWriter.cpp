@@ -46,7 +46,7 @@ private:
 };
 
 DelimitedWriter::DelimitedWriter(QIODevice& device, const ExportedRecords& records)
-    : m_device(device), m_records(records), m_clock(records.form.clock)
+    : m_device(device), m_records(records), m_clock(records.form.clock, records.form.zone)
 {
     const std::span<const double> times = records.block.times.span();
     m_hasCalendarTimes = std::all_of(times.begin(), times.end(), hasCalendarText);

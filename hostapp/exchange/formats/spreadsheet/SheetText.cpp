@@ -29,7 +29,7 @@ QString lettersOf(std::size_t column)
 }  // namespace
 
 SheetText::SheetText(const ExportedRecords& records, std::size_t first, std::size_t last)
-    : m_records(records), m_first(first), m_last(last), m_next(first), m_clock(records.form.clock)
+    : m_records(records), m_first(first), m_last(last), m_next(first), m_clock(records.form.clock, records.form.zone)
 {
     for (std::size_t column = 0; column <= records.columns.size(); ++column)
         m_letters.push_back(lettersOf(column));
