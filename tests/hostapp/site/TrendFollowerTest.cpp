@@ -7,6 +7,8 @@
 
 #include <gtest/gtest.h>
 
+#include <cmath>
+
 namespace {
 
 using plotix::Date;
@@ -48,6 +50,10 @@ public:
         to = last;
     }
 
+    Q_INVOKABLE QVariantMap reading() const { return chosen; }
+    Q_INVOKABLE void setReading(const QVariantMap& options) { chosen = options; }
+
+    QVariantMap chosen;
     double from = 1000, to = 1600, askedFrom = 0, askedTo = 0, refreshedFrom = 0, refreshedTo = 0;
     int moves = 0;
     bool answersAtOnce = true;
@@ -225,6 +231,14 @@ TEST_F(TrendFollowerTest, TodayIsTheWholeDayAndIsReadAgain)
     pass(60);
     EXPECT_EQ(trend->from, 172'800);
     EXPECT_TRUE(isFollowed());
+}
+
+TEST_F(TrendFollowerTest, TodayIsThatOfTheTrendsClocks)
+{
+    trend->setReading({{"clock", QVariantMap{{"zone", "Asia/Kathmandu"}}}});
+    follower.follow(trend, FollowSpan::Today);
+    EXPECT_EQ(std::fmod(trend->from + 19'800, 86'400), 0);  // five hours and a half before UTC, in 1970
+    EXPECT_EQ(trend->to - trend->from, 86'400);
 }
 
 TEST_F(TrendFollowerTest, AllBeginsWithTheFirstRecord)
