@@ -2848,14 +2848,6 @@
         <translation>Tage</translation>
     </message>
     <message>
-        <source>Edit Computed Property</source>
-        <translation>Berechnete Größe bearbeiten</translation>
-    </message>
-    <message>
-        <source>New Computed Property</source>
-        <translation>Neue berechnete Größe</translation>
-    </message>
-    <message>
         <source>Color…</source>
         <translation>Farbe …</translation>
     </message>
@@ -2938,6 +2930,15 @@
     <message>
         <source>There is no value yet.</source>
         <translation>Es gibt noch keinen Wert.</translation>
+    </message>
+    <message>
+        <source>Edit Computed Property of %1</source>
+        <extracomment>%1 is the source that has, or gets, the property.</extracomment>
+        <translation>Berechnete Größe von %1 bearbeiten</translation>
+    </message>
+    <message>
+        <source>New Computed Property of %1</source>
+        <translation>Neue berechnete Größe von %1</translation>
     </message>
 </context>
 <context>

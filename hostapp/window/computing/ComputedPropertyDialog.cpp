@@ -65,12 +65,20 @@ QIcon swatch(const QColor& color)
     return painter.end() ? QIcon(pixmap) : QIcon();
 }
 
+QString sourceName(const ComputedPropertyDialog::About& about)
+{
+    const FormulaDirectory::Agent* agent = about.directory ? about.directory->agentWithId(about.agent) : nullptr;
+    return agent ? agent->name : QString();
+}
+
 }  // namespace
 
 ComputedPropertyDialog::ComputedPropertyDialog(About about, QWidget* parent)
     : QDialog(parent), m_about(std::move(about))
 {
-    setWindowTitle(m_about.property ? tr("Edit Computed Property") : tr("New Computed Property"));
+    //: %1 is the source that has, or gets, the property.
+    setWindowTitle((m_about.property ? tr("Edit Computed Property of %1") : tr("New Computed Property of %1"))
+                       .arg(sourceName(m_about)));
     m_previewDelay.setSingleShot(true);
     m_previewDelay.setInterval(kPreviewDelay);
     connect(&m_previewDelay, &QTimer::timeout, this, &ComputedPropertyDialog::askForPreview);

@@ -108,7 +108,7 @@ void ComparingPart::read(const TimeSpan& span, const QStringList& comparisons, c
         const auto comparison = comparisonFrom(text);
         const std::vector<EarlierStretch> stretches = stretchesOf(*comparison, span, trend().zone());
         const QStringList keys = m_choices.keysOf(text);
-        reading->found[text] = {keys, nullptr};
+        reading->found[text] = {keys, nullptr, stretches};
         if (stretches.empty())
             continue;
         ++reading->open;
@@ -241,6 +241,9 @@ std::optional<AddedLine> ComparingPart::addedLine(const ReadLine& line, const QS
     added.line.comparisonName = nameOf(*comparisonFrom(comparison), trend().clock());
     //: A line and with what it is compared: "Power, a week earlier".
     added.line.name = localizedText(QT_TRANSLATE_NOOP("Plotix", "%1, %2")).arg(line.name, added.line.comparisonName);
+    added.line.recordedAt = [stretches = found->second.stretches](double drawn) {
+        return earlierTime(stretches, drawn);
+    };
     added.plot->setIdentifier(key);
     added.plot->setTitle(added.line.name);
     added.plot->bind(CPTScatterPlotBindingXValues, points, QStringLiteral("arrangedObjects.x"));

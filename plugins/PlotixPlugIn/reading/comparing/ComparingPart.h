@@ -2,6 +2,7 @@
 
 #include "plugins/PlotixPlugIn/reading/comparing/Comparison.h"
 #include "plugins/PlotixPlugIn/reading/comparing/ComparisonChoices.h"
+#include "plugins/PlotixPlugIn/reading/comparing/EarlierTimes.h"
 #include "plugins/PlotixPlugIn/reading/trend/ReadingPart.h"
 
 #include <map>
@@ -52,8 +53,9 @@ private:
     struct Reading;
     /// What was read for a comparison.
     struct Found {
-        QStringList keys;                ///< of the properties; empty: all
-        KTVRecordDictionaryPtr records;  ///< at present times, under the keys of the compared lines; may be null
+        QStringList keys;                       ///< of the properties; empty: all
+        KTVRecordDictionaryPtr records;         ///< at present times, under the keys of the compared lines; may be null
+        std::vector<EarlierStretch> stretches;  ///< that they were moved by
     };
     /// The points of a compared line, and from what they were made.
     struct Points {

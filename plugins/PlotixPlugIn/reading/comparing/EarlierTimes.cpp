@@ -167,6 +167,14 @@ std::vector<EarlierStretch> earlierStretches(const TimeSpan& present, const Time
     return joined(places);
 }
 
+double earlierTime(const std::vector<EarlierStretch>& stretches, double present)
+{
+    for (const EarlierStretch& stretch : stretches)
+        if (present - stretch.shift >= stretch.earlier.from && present - stretch.shift <= stretch.earlier.to)
+            return present - stretch.shift;
+    return present;
+}
+
 TimeSpan hullOf(const std::vector<EarlierStretch>& stretches)
 {
     TimeSpan hull = stretches.front().earlier;

@@ -34,6 +34,9 @@ struct EarlierStretch {
 std::vector<EarlierStretch> earlierStretches(const TimeSpan& present, const TimeDistance& distance,
                                              const QTimeZone& zone);
 
+/// The earlier time that stands beside a present one; the present one itself where none does.
+double earlierTime(const std::vector<EarlierStretch>& stretches, double present);
+
 /// The times from the first to the last of them; nothing is lost by reading all of it. Requires: not empty.
 TimeSpan hullOf(const std::vector<EarlierStretch>& stretches);
 

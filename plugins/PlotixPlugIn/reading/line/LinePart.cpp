@@ -178,19 +178,7 @@ void LinePart::step(Step step, Towards towards)
         return;
     hold(time);
     m_sameValue = step == Step::SameValue ? start.value : std::nullopt;
-    bringIntoView(*time);
-}
-
-void LinePart::bringIntoView(double time)
-{
-    const CPTXYGraphPtr graph = trend().graph();
-    if (!graph)
-        return;
-    const CPTPlotRange range = graph->plotSpace().xRange();
-    if (time >= range.minLimit() && time <= range.maxLimit())
-        return;
-    const double half = std::abs(range.length) / 2;
-    trend().showTimes({time - half, time + half});
+    bringIntoView(trend(), *time);
 }
 
 void LinePart::followNextLine(Towards towards)
@@ -219,7 +207,7 @@ void LinePart::askForTime()
                        standing().value_or(range.location + range.length / 2), trend().clock(), trend().rootView());
     connect(dialog, &TimeDialog::timeGiven, this, [this](double time) {
         hold(time);
-        bringIntoView(time);
+        bringIntoView(trend(), time);
     });
     dialog->open();
 }

@@ -62,7 +62,6 @@ private:
     void clicked(const QPointF& point);
     std::optional<double> standing() const;  ///< where the line stands
     std::optional<ReadAt> readStanding();
-    void bringIntoView(double time);
     void speak();
 
     std::optional<bool> m_shown;  // absent: nobody has chosen

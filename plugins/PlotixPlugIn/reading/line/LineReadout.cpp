@@ -40,10 +40,11 @@ QString differenceText(const std::vector<TrendLine>& lines, const TrendLine& com
         .arg(texts.difference(then->value, now->value, present->line.unitSymbol));
 }
 
+/// However much time a point shows: a value of another day is never passed off as that of the time asked for.
 bool isFar(const LineRecords& records, double distance, double perPoint)
 {
     const double length = std::abs(distance);
-    return length > kReach * perPoint && (length > records.usualDistance || length > kFarInPicture * perPoint);
+    return length > records.usualDistance || length > kFarInPicture * perPoint;
 }
 
 /// That the record there came late or was corrected, and when.

@@ -171,11 +171,21 @@ void StatisticsPart::goToTime(const QString& key, Figure figure)
     }
     const auto time = m_table.timeOf(key, figure);
     m_table.ask(m_choices);
-    const CPTXYGraphPtr graph = trend().graph();
-    if (!time || !graph)
+    if (!time || !trend().graph())
         return;
-    const double length = graph->defaultPlotSpace()->xRange().length;
-    trend().showTimes({*time - length / 2, *time + length / 2});
+    holdValueLine(*time);
+    bringIntoView(trend(), *time);
+}
+
+/// Where the value line stands is what one has gone to.
+void StatisticsPart::holdValueLine(double time)
+{
+    ReadingPart* line = trend().part(QStringLiteral("valueLine"));
+    if (!line)
+        return;
+    QVariantMap choices = line->chosen();
+    choices.insert(QStringLiteral("held"), time);
+    line->choose(choices);
 }
 
 void StatisticsPart::setColumn(const QString& identifier, bool isChosen)

@@ -53,6 +53,7 @@ private:
     QString aboutText() const;
     void goToExtreme(Figure figure);  ///< of the line that is meant
     void goToTime(const QString& key, Figure figure);
+    void holdValueLine(double time);
     void setColumn(const QString& identifier, bool isChosen);
     void setOver(StatisticsOver over);
     void setLimit(const QString& key, Figure figure, double value);

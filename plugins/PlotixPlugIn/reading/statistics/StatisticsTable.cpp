@@ -183,8 +183,8 @@ Cell StatisticsTable::cell(const QString& key, const FigureColumn& column) const
         return Cell{m_texts.value(number, figures, moreDecimals), {}, number, {}};
     };
     switch (column.figure) {
-    case Figure::MinimumTime: return momentCell(figures.minimumTime);
-    case Figure::MaximumTime: return momentCell(figures.maximumTime);
+    case Figure::MinimumTime: return momentCell(key, figures.minimumTime);
+    case Figure::MaximumTime: return momentCell(key, figures.maximumTime);
     case Figure::First: return value(figures.first);
     case Figure::Last: return value(figures.last);
     case Figure::Range: return value(figures.range());
@@ -205,8 +205,11 @@ Cell StatisticsTable::cell(const QString& key, const FigureColumn& column) const
     return {};
 }
 
-Cell StatisticsTable::momentCell(double time) const
+// A compared line is drawn at another time than it was recorded at.
+Cell StatisticsTable::momentCell(const QString& key, double drawn) const
 {
+    const auto line = lineWithKey(m_trend, key);
+    const double time = line && line->recordedAt && !std::isnan(drawn) ? line->recordedAt(drawn) : drawn;
     const auto span = this->span(m_choices.over);
     return {m_texts.shortMoment(time, span ? span->to - span->from : 0), m_texts.moment(time), time, {}};
 }

@@ -45,7 +45,7 @@ private:
     LineLimits limitsOf(const QString& key, const KTVRecordColumn& column) const;
     bool isHeld(const QString& key) const;
     TableFigures::Cell percentileCell(const QString& key, const LineFigures& figures, double share) const;
-    TableFigures::Cell momentCell(double time) const;
+    TableFigures::Cell momentCell(const QString& key, double drawn) const;
     TableFigures::Cell limitCell(const QString& key, Figure figure) const;
     TableFigures::Cell latestCell(const QString& key, const LineFigures& figures, Figure figure) const;
     TableFigures::Cell integralCell(const QString& key, const LineFigures& figures) const;

@@ -2,6 +2,8 @@
 
 #include "plotkit/widget/CPTGraphHostingView.h"
 
+#include <cmath>
+
 namespace plotix {
 
 ReadTrend::~ReadTrend() = default;
@@ -13,6 +15,18 @@ std::optional<plotkit::GraphGeometry> shownGeometry(const ReadTrend& trend)
     if (!graph || !view)
         return std::nullopt;
     return view->geometryShown(*graph);
+}
+
+void bringIntoView(ReadTrend& trend, double time)
+{
+    const CPTXYGraphPtr graph = trend.graph();
+    if (!graph)
+        return;
+    const CPTPlotRange range = graph->plotSpace().xRange();
+    if (time >= range.minLimit() && time <= range.maxLimit())
+        return;
+    const double half = std::abs(range.length) / 2;
+    trend.showTimes({time - half, time + half});
 }
 
 std::optional<ReadLine> lineWithKey(const ReadTrend& trend, const QString& key)

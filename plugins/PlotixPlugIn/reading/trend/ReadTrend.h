@@ -40,6 +40,8 @@ struct ReadLine {
     QString comparedKey = {};
     QString comparison = {};      ///< likewise: names the comparison among others of the line, such as "7d"
     QString comparisonName = {};  ///< likewise: for people, such as "a week earlier"
+    /// Likewise: when what is drawn at a time was recorded.
+    std::function<double(double drawn)> recordedAt = {};
 
     bool isCompared() const { return !comparedKey.isEmpty(); }
 };
@@ -129,6 +131,9 @@ public:
 std::optional<plotkit::GraphGeometry> shownGeometry(const ReadTrend& trend);
 
 /// The line of this key; nothing when it has no plot.
+/// Brings a time that is out of sight to the middle; one that is shown already moves nothing.
+void bringIntoView(ReadTrend& trend, double time);
+
 std::optional<ReadLine> lineWithKey(const ReadTrend& trend, const QString& key);
 
 }  // namespace plotix

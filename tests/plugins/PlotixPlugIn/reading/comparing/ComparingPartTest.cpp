@@ -222,6 +222,15 @@ TEST_F(ComparingPartTest, TheTableHasEveryFigureThatWasChosenForThemToo)
     EXPECT_EQ(cell("median:1d"), "20.0");
 }
 
+TEST_F(ComparingPartTest, ATimeInTheTableIsWhenItWasRecorded)
+{
+    trend().setReading({{"statistics", QVariantMap{{"columns", QStringList{"maximumTime"}}}}});
+    compareWithADayEarlier();
+    table().finish();
+    EXPECT_DOUBLE_EQ(table().cell("airTemperature", "maximumTime").order, minute(60));
+    EXPECT_DOUBLE_EQ(table().cell("airTemperature", "maximumTime:1d").order, minute(60) - kDay);
+}
+
 TEST_F(ComparingPartTest, NothingIsLeftWhenTheyAreTakenBack)
 {
     compareWithADayEarlier();

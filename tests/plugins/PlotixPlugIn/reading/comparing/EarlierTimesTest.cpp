@@ -40,6 +40,13 @@ TEST_F(EarlierTimesTest, AWeekEarlierIsOneShiftWhereClocksRunEvenly)
               Stretches{stretch("2013-07-01T00:00:00Z", "2013-07-08T00:00:00Z", 7 * kDay)});
 }
 
+TEST_F(EarlierTimesTest, WhatStandsBesideATimeWasThen)
+{
+    const Stretches week = beside("2013-07-08T00:00:00Z", "2013-07-15T00:00:00Z", "7d");
+    EXPECT_EQ(plotix::earlierTime(week, at("2013-07-09T12:00:00Z")), at("2013-07-02T12:00:00Z"));
+    EXPECT_EQ(plotix::earlierTime(week, at("2013-08-01T00:00:00Z")), at("2013-08-01T00:00:00Z"));
+}
+
 TEST_F(EarlierTimesTest, ADayAfterClocksWentForwardLiesAnHourLess)
 {
     EXPECT_EQ(beside("2013-04-02T00:00:00Z", "2013-04-03T00:00:00Z", "7d"),

@@ -270,4 +270,14 @@ TEST_F(LinePartTest, TheReadoutIsAsLargeAsTheGraphsTexts)
     EXPECT_NEAR(addedWidth(18), usual * 3 / 2, 10);
 }
 
+TEST_F(LinePartTest, StandsAtTheMaximumThatOneHasGoneTo)
+{
+    trend().setReading({{"statistics", QVariantMap{{"offered", true}}}});
+    const CPTPlotRange before = trend().graph()->defaultPlotSpace()->xRange();
+    action("Go to Maximum")->trigger();
+    EXPECT_DOUBLE_EQ(standing(), 60);
+    EXPECT_TRUE(isHeld());
+    EXPECT_EQ(trend().graph()->defaultPlotSpace()->xRange(), before) << "it was in sight";
+}
+
 }  // namespace

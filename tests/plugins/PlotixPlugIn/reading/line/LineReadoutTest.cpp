@@ -87,6 +87,14 @@ TEST_F(LineReadoutTest, ARecordThatIsFarInThePictureIsGivenWithItsDistanceToo)
     EXPECT_EQ(at(5.5).readout.rows[0].note, "30 min before");
 }
 
+TEST_F(LineReadoutTest, ARecordNextToATimeInAGapIsNeverPassedOffAsOfThatTime)
+{
+    lines[1].records.longestJoin = 5 * kHour;
+    graph.defaultPlotSpace()->setXRange({0, 3'000 * kHour});  // a point of the picture is hours
+    EXPECT_EQ(at(13).readout.rows[1].note, "3 h before");
+    EXPECT_EQ(at(17).readout.rows[1].note, "3 h later");
+}
+
 TEST_F(LineReadoutTest, InAGapThereIsNeitherValueNorDot)
 {
     lines[1].records.longestJoin = 5 * kHour;
