@@ -33,8 +33,9 @@ QString unitSentenceOf(const FormulaProblem& problem)
                    "difference of two, or value(…, K).")
             .arg(problem.one);
     case SumOfTemperatures:
-        return FormulaText::tr("The result is a sum of temperatures in %1, which means nothing: take their difference, "
-                               "or divide by how many they are.")
+        return FormulaText::tr(
+                   "The result is a sum of temperatures in %1, which means nothing: take their difference, "
+                   "or divide by how many they are. To convert one, write its name alone and choose the unit.")
             .arg(problem.one);
     case ResultDoesNotFit:
         return FormulaText::tr("The result is %1, which cannot be shown in %2.")

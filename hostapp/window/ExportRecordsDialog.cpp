@@ -1,18 +1,13 @@
 #include "hostapp/window/ExportRecordsDialog.h"
 
-#include "base/WholeDay.h"
-
+#include <QtCore/QDateTime>
 #include <QtCore/QLocale>
 #include <QtCore/QTimeZone>
 #include <QtWidgets/QButtonGroup>
-#include <QtWidgets/QCalendarWidget>
 #include <QtWidgets/QCheckBox>
 #include <QtWidgets/QComboBox>
-#include <QtWidgets/QDateTimeEdit>
 #include <QtWidgets/QDialogButtonBox>
 #include <QtWidgets/QFormLayout>
-#include <QtWidgets/QHBoxLayout>
-#include <QtWidgets/QLabel>
 #include <QtWidgets/QPushButton>
 #include <QtWidgets/QRadioButton>
 
@@ -24,21 +19,12 @@ enum Format { Commas, Semicolons, Workbook };
 enum Decimal { Point, Comma };
 enum Clock { Local, Utc };
 
-QDateTime timeOf(double seconds)
+/// Where no trend shows any.
+MomentSpan lastDay()
 {
-    return QDateTime::fromMSecsSinceEpoch(static_cast<qint64>(seconds * 1000));
-}
-
-double secondsOf(const QDateTime& time)
-{
-    return static_cast<double>(time.toMSecsSinceEpoch()) / 1000;
-}
-
-/// The end of a day is its last moment, whatever part of a second that is.
-double endOf(const QDateTime& time)
-{
-    const OptionalDate end = time == time.date().endOfDay() ? lastMomentOf(time.date()) : std::nullopt;
-    return end ? end->seconds : secondsOf(time);
+    constexpr double kDay = 86'400, kMillis = 1000;
+    const double now = static_cast<double>(QDateTime::currentMSecsSinceEpoch()) / kMillis;
+    return {now - kDay, now};
 }
 
 }  // namespace
@@ -50,9 +36,7 @@ ExportRecordsDialog::ExportRecordsDialog(std::vector<Source> sources, const std:
       m_visible(visible),
       m_all(new QRadioButton(tr("&All records"), this)),
       m_shown(new QRadioButton(tr("Those the trend &shows"), this)),
-      m_chosen(new QRadioButton(tr("&From"), this)),
-      m_from(new QDateTimeEdit(this)),
-      m_to(new QDateTimeEdit(this)),
+      m_chosen(new SpanChoice(visible.value_or(lastDay()), this)),
       m_source(new QComboBox(this)),
       m_format(new QComboBox(this)),
       m_decimal(new QComboBox(this)),
@@ -68,12 +52,11 @@ ExportRecordsDialog::ExportRecordsDialog(std::vector<Source> sources, const std:
     m_decimal->addItems({QStringLiteral("1.5"), QStringLiteral("1,5")});
     m_clock->addItems({tr("Local time (%1)").arg(QString::fromLatin1(QTimeZone::systemTimeZoneId())), tr("UTC")});
     auto* spans = new QButtonGroup(this);  // the buttons stand in two widgets, and only one of them counts
-    for (QRadioButton* button : {m_all, m_shown, m_chosen})
+    for (QRadioButton* button : {m_all, m_shown, &m_chosen->button()})
         spans->addButton(button);
     m_shown->setEnabled(visible.has_value());
     (visible ? m_shown : m_all)->setChecked(true);
     buildRows();
-    connect(m_chosen, &QRadioButton::toggled, this, &ExportRecordsDialog::adjust);
     connect(m_format, &QComboBox::currentIndexChanged, this, &ExportRecordsDialog::adjust);
     connect(m_source, &QComboBox::currentIndexChanged, this, &ExportRecordsDialog::offerProperties);
     connect(m_properties, &PropertyChoice::tickedChanged, this, &ExportRecordsDialog::adjust);
@@ -92,7 +75,7 @@ void ExportRecordsDialog::buildRows()
     rows->addRow(tr("&Properties:"), m_properties);
     rows->addRow(tr("Records:"), m_all);
     rows->addRow(QString(), m_shown);
-    rows->addRow(QString(), makeSpanRow());
+    rows->addRow(QString(), m_chosen);
     rows->addRow(tr("F&ormat:"), m_format);
     rows->addRow(tr("&Decimal sign:"), m_decimal);
     rows->addRow(tr("&Times:"), m_clock);
@@ -114,39 +97,8 @@ void ExportRecordsDialog::offerProperties()
     m_properties->offer(m_sources[source()].properties);
 }
 
-QWidget* ExportRecordsDialog::makeSpanRow()
-{
-    auto* row = new QWidget(this);
-    auto* parts = new QHBoxLayout(row);
-    parts->setContentsMargins(0, 0, 0, 0);
-    auto* to = new QLabel(tr("t&o"), row);
-    to->setBuddy(m_to);
-    for (QDateTimeEdit* edit : {m_from, m_to}) {
-        edit->setCalendarPopup(true);
-        edit->setDisplayFormat(QStringLiteral("yyyy-MM-dd HH:mm:ss"));
-    }
-    // The calendar names a day, and no time of it: from its beginning, to its end.
-    for (const auto chosen : {&QCalendarWidget::clicked, &QCalendarWidget::activated}) {
-        connect(m_from->calendarWidget(), chosen, this, [this](QDate day) { m_from->setDateTime(day.startOfDay()); });
-        connect(m_to->calendarWidget(), chosen, this, [this](QDate day) { m_to->setDateTime(day.endOfDay()); });
-    }
-    m_from->setAccessibleName(tr("From"));
-    m_to->setAccessibleName(tr("To"));
-    const double now = secondsOf(QDateTime::currentDateTime());
-    constexpr double kDay = 86'400;
-    m_from->setDateTime(timeOf(m_visible ? m_visible->first : now - kDay));
-    m_to->setDateTime(timeOf(m_visible ? m_visible->second : now));
-    parts->addWidget(m_chosen);
-    parts->addWidget(m_from, 1);
-    parts->addWidget(to);
-    parts->addWidget(m_to, 1);
-    return row;
-}
-
 void ExportRecordsDialog::adjust()
 {
-    m_from->setEnabled(m_chosen->isChecked());
-    m_to->setEnabled(m_chosen->isChecked());
     // Commas between columns leave the point alone; a spreadsheet writes numbers as its own locale has it.
     m_decimal->setEnabled(m_format->currentIndex() == Semicolons);
     if (!m_decimal->isEnabled())
@@ -165,7 +117,7 @@ std::optional<ExportRecordsDialog::Span> ExportRecordsDialog::span() const
         return std::nullopt;
     if (m_shown->isChecked())
         return m_visible;
-    return Span(secondsOf(m_from->dateTime()), endOf(m_to->dateTime()));
+    return m_chosen->span();
 }
 
 ExportForm ExportRecordsDialog::form() const
@@ -188,13 +140,6 @@ void ExportRecordsDialog::chooseAll()
     m_all->setChecked(true);
 }
 
-void ExportRecordsDialog::chooseSpan(const Span& span)
-{
-    m_chosen->setChecked(true);
-    m_from->setDateTime(timeOf(span.first));
-    m_to->setDateTime(timeOf(span.second));
-}
-
 void ExportRecordsDialog::chooseWorkbook()
 {
     m_format->setCurrentIndex(Workbook);
@@ -214,8 +159,7 @@ void ExportRecordsDialog::accept()
     }
     const std::optional<Span> chosen = span();
     if (chosen && chosen->second < chosen->first) {
-        m_to->setFocus();
-        m_to->selectAll();
+        m_chosen->askAgain();
         return;
     }
     QDialog::accept();

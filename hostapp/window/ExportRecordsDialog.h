@@ -2,14 +2,12 @@
 
 #include "hostapp/exchange/Export.h"
 #include "hostapp/window/PropertyChoice.h"
+#include "hostapp/window/SpanChoice.h"
 
 #include <QtWidgets/QDialog>
 
-#include <utility>
-
 class QCheckBox;
 class QComboBox;
-class QDateTimeEdit;
 class QPushButton;
 class QRadioButton;
 
@@ -20,7 +18,7 @@ namespace plotix {
 class ExportRecordsDialog : public QDialog {
     Q_OBJECT
 public:
-    using Span = std::pair<double, double>;  ///< seconds since 1970-01-01 UTC, both included
+    using Span = MomentSpan;  ///< both included
 
     /// An agent, with the properties that are ticked at first.
     struct Source {
@@ -39,7 +37,7 @@ public:
     QString fileType() const;  ///< "csv" or "xlsx"
 
     void chooseAll();
-    void chooseSpan(const Span& span);
+    void chooseSpan(const Span& span) { m_chosen->choose(span); }
     void chooseWorkbook();
     void chooseSemicolons();
 
@@ -49,13 +47,12 @@ private:
     void adjust();
     void offerProperties();
     void buildRows();
-    QWidget* makeSpanRow();
 
     std::vector<Source> m_sources;
     std::optional<Span> m_visible;
     // All owned by the dialog.
-    QRadioButton *m_all, *m_shown, *m_chosen;
-    QDateTimeEdit *m_from, *m_to;
+    QRadioButton *m_all, *m_shown;
+    SpanChoice* m_chosen;
     QComboBox *m_source, *m_format, *m_decimal, *m_clock;
     PropertyChoice* m_properties;
     QCheckBox* m_guard;

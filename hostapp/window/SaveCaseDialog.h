@@ -1,10 +1,9 @@
 #pragma once
 
-#include "hostapp/site/TrendSpans.h"
+#include "hostapp/window/SpanChoice.h"
 
 #include <QtWidgets/QDialog>
 
-class QDateTimeEdit;
 class QRadioButton;
 
 /// Asks which span of a trend goes into a case. Main thread only.
@@ -18,18 +17,16 @@ public:
                    QWidget* parent = nullptr);
 
     MomentSpan span() const;
-    void chooseSpan(const MomentSpan& span);
+    void chooseSpan(const MomentSpan& span) { m_chosen->choose(span); }
 
     void accept() override;  ///< stays open when the span is reversed
 
 private:
-    QWidget* makeSpanRow();
-
     MomentSpan m_visible;
     std::optional<MomentSpan> m_marked;
     // All owned by the dialog.
-    QRadioButton *m_shown, *m_between, *m_chosen;
-    QDateTimeEdit *m_from, *m_to;
+    QRadioButton *m_shown, *m_between;
+    SpanChoice* m_chosen;
 };
 
 }  // namespace plotix

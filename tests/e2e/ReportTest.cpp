@@ -73,7 +73,7 @@ TEST_F(ReportTest, ASiteWithoutATrendOrRecordsIsRefusedInOneLine)
     SiteDocument::create(path("week.plotix"))->addAgent("Meadow");
     EXPECT_EQ(run({"report", path("week.plotix"), "--output", path("report.pdf")}), 1);
     EXPECT_EQ(error().count('\n'), 1) << error().toStdString();
-    EXPECT_TRUE(error().contains("no trend to report on")) << error().toStdString();
+    EXPECT_TRUE(error().contains("the site has no trend")) << error().toStdString();
     EXPECT_FALSE(QFile::exists(path("report.pdf")));
 }
 

@@ -61,8 +61,8 @@
         <translation>Eine Temperatur in %1 kann nicht multipliziert oder aufsummiert werden, da ihr Nullpunkt willkürlich ist: Nehmen Sie eine Differenz oder value(…, K).</translation>
     </message>
     <message>
-        <source>The result is a sum of temperatures in %1, which means nothing: take their difference, or divide by how many they are.</source>
-        <translation>Das Ergebnis ist eine Summe von Temperaturen in %1, die nichts bedeutet: Nehmen Sie die Differenz, oder teilen Sie durch ihre Anzahl.</translation>
+        <source>The result is a sum of temperatures in %1, which means nothing: take their difference, or divide by how many they are. To convert one, write its name alone and choose the unit.</source>
+        <translation>Das Ergebnis ist eine Summe von Temperaturen in %1, die nichts bedeutet: Nehmen Sie die Differenz, oder teilen Sie durch ihre Anzahl. Um eine umzurechnen, schreiben Sie nur ihren Namen und wählen die Einheit.</translation>
     </message>
     <message>
         <source>The result is %1, which cannot be shown in %2.</source>
@@ -3218,10 +3218,6 @@
         <translation>Die der Trend &amp;zeigt</translation>
     </message>
     <message>
-        <source>&amp;From</source>
-        <translation>&amp;Von</translation>
-    </message>
-    <message>
         <source>Put an &amp;apostrophe before names that look like formulas</source>
         <translation>A&amp;postroph vor Namen setzen, die wie Formeln aussehen</translation>
     </message>
@@ -3268,18 +3264,6 @@
     <message>
         <source>&amp;Export…</source>
         <translation>&amp;Exportieren …</translation>
-    </message>
-    <message>
-        <source>t&amp;o</source>
-        <translation>b&amp;is</translation>
-    </message>
-    <message>
-        <source>From</source>
-        <translation>Von</translation>
-    </message>
-    <message>
-        <source>To</source>
-        <translation>Bis</translation>
     </message>
     <message>
         <source>Sou&amp;rce:</source>
@@ -4129,10 +4113,6 @@ Auf einen Trend ziehen, oder ankreuzen und „Neuer Trend“ wählen.</translati
         <translation>Von &amp;A bis B</translation>
     </message>
     <message>
-        <source>&amp;From</source>
-        <translation>&amp;Von</translation>
-    </message>
-    <message>
         <source>Save as Case</source>
         <translation>Als Fall sichern</translation>
     </message>
@@ -4147,18 +4127,6 @@ Auf einen Trend ziehen, oder ankreuzen und „Neuer Trend“ wählen.</translati
     <message>
         <source>&amp;Save…</source>
         <translation>Si&amp;chern …</translation>
-    </message>
-    <message>
-        <source>t&amp;o</source>
-        <translation>b&amp;is</translation>
-    </message>
-    <message>
-        <source>From</source>
-        <translation>Von</translation>
-    </message>
-    <message>
-        <source>To</source>
-        <translation>Bis</translation>
     </message>
 </context>
 <context>
@@ -4606,6 +4574,25 @@ Auf einen Trend ziehen, oder ankreuzen und „Neuer Trend“ wählen.</translati
     <message>
         <source>Trend %1</source>
         <translation>Trend %1</translation>
+    </message>
+</context>
+<context>
+    <name>plotix::SpanChoice</name>
+    <message>
+        <source>&amp;From</source>
+        <translation>&amp;Von</translation>
+    </message>
+    <message>
+        <source>t&amp;o</source>
+        <translation>b&amp;is</translation>
+    </message>
+    <message>
+        <source>From</source>
+        <translation>Von</translation>
+    </message>
+    <message>
+        <source>To</source>
+        <translation>Bis</translation>
     </message>
 </context>
 <context>

@@ -41,7 +41,6 @@ TEST_F(CopiedRecordsTest, TimesAreThoseOfAChosenZone)
     site.store(*station, {1'400'000'000});
     const QString text = copiedRecords(*site.document, *station, {"airTemperature"}, {1'400'000'000, 1'400'000'001},
                                        QTimeZone("Asia/Kathmandu"));
-    EXPECT_TRUE(text.startsWith("time (Asia/Kathmandu)")) << text.toStdString();
     EXPECT_TRUE(text.contains("2014-05-13T22:38:20+05:45")) << text.toStdString();
 }
 

@@ -1,0 +1,33 @@
+#pragma once
+
+#include "hostapp/site/TrendSpans.h"
+
+#include <QtWidgets/QWidget>
+
+class QDateTimeEdit;
+class QRadioButton;
+
+/// A row of a dialog that asks for a span: the button that chooses it, and its two times, which can be changed while it
+/// is chosen. A day of the calendar is meant from its beginning to its end. Main thread only.
+namespace plotix {
+
+class SpanChoice : public QWidget {
+    Q_OBJECT
+public:
+    explicit SpanChoice(const MomentSpan& proposed, QWidget* parent = nullptr);
+
+    QRadioButton& button() { return *m_button; }  ///< to be grouped with those of the other choices
+    bool isChosen() const;
+    MomentSpan span() const;  ///< as it stands in the fields; may be reversed
+    void choose(const MomentSpan& span);
+    void askAgain();  ///< leads to the end, for a span that is reversed
+
+private:
+    void show(const MomentSpan& span);
+
+    // All owned by the widget.
+    QRadioButton* m_button;
+    QDateTimeEdit *m_from, *m_to;
+};
+
+}  // namespace plotix
