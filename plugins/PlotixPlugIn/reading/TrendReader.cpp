@@ -190,15 +190,17 @@ void TrendReader::viewLoaded()
     tell(&ReadingPart::viewLoaded);
 }
 
-// A view that is being deleted sends other events, and is no view of a graph by then.
+// The kind of the event comes first: a view that is being deleted sends others, and is no view of a graph by then.
 bool TrendReader::eventFilter(QObject* watched, QEvent* event)
 {
     if (event->type() == QEvent::KeyPress) {
         const auto& key = static_cast<const QKeyEvent&>(*event);
         return std::any_of(m_parts.begin(), m_parts.end(), [&key](const auto& part) { return part->keyPressed(key); });
     }
+    if (!isOfPointer(event->type()))
+        return QObject::eventFilter(watched, event);
     const CPTGraphHostingView* view = m_trend.graphView();
-    if (!isOfPointer(event->type()) || watched != view || !m_trend.graph() || view->hostedGraph() != m_trend.graph())
+    if (watched != view || !m_trend.graph() || view->hostedGraph() != m_trend.graph())
         return QObject::eventFilter(watched, event);
     return std::any_of(m_parts.rbegin(), m_parts.rend(),
                        [event](const auto& part) { return part->pointerActed(*event); });
