@@ -124,15 +124,21 @@ TEST_F(DateRangeControllerOrder, BothDatesAreArchivedToTheBit)
     EXPECT_EQ(archive.value("toDate").toDouble(), 1388538000.987654321);
 }
 
-/// A zone of its own, in which the clock goes forward by an hour this noon.
+/// A zone of its own, in which the clock went forward by an hour this noon. It is early afternoon there whenever this
+/// runs: at another hour the change might move the day itself.
 class DateRangeControllerZone : public DateRangeControllerTest {
 protected:
     DateRangeControllerZone()
     {
-        const int today = QDate::currentDate().dayOfYear() - 1;
-        m_zone.use(QStringLiteral("WIN-5SUM,%1/12,%2/12").arg(today).arg((today + 100) % 365).toLatin1());
+        const QDateTime now = QDateTime::currentDateTimeUtc();
+        m_hoursAhead = 14 - now.time().hour();
+        const int today = now.addSecs(m_hoursAhead * 3'600).date().dayOfYear() - 1;
+        const int next = (today + 100) % 365;
+        m_zone.use(QStringLiteral("WIN%1SUM,%2/12,%3/12").arg(-m_hoursAhead).arg(today).arg(next).toLatin1());
         makeController();
     }
+
+    int m_hoursAhead = 0;  ///< of Greenwich, until noon
 
 private:
     plotix::PinnedZone m_zone;
@@ -146,7 +152,7 @@ TEST_F(DateRangeControllerZone, TodayEndsAtTheNextMidnightThoughItHas23Hours)
 TEST_F(DateRangeControllerZone, TodayBeginsAtTheMidnightOfTheUsersZone)
 {
     const double sinceMidnightOfGreenwich = std::fmod(controller->fromDateValue()->seconds, 86'400);
-    EXPECT_EQ(sinceMidnightOfGreenwich, 19 * 3'600);
+    EXPECT_EQ(sinceMidnightOfGreenwich, (24 - m_hoursAhead) % 24 * 3'600);
 }
 
 }  // namespace
