@@ -2,7 +2,6 @@
 
 #include <cassert>
 #include <cstddef>
-#include <cstdint>
 #include <memory>
 #include <span>
 #include <utility>
@@ -32,6 +31,8 @@ public:
     const T* data() const { return m_data.get(); }
     std::span<const T> span() const { return {m_data.get(), m_size}; }
 
+    const std::shared_ptr<const T>& shared() const { return m_data; }
+
     /// Becomes empty when the last owner lets go: tells these values from later ones at the same address.
     std::weak_ptr<const T> weak() const { return m_data; }
 
@@ -45,25 +46,6 @@ public:
 private:
     std::shared_ptr<const T> m_data;
     std::size_t m_size = 0;
-};
-
-/// One bit per element, least significant bit of word 0 first; set means valid.
-///
-/// A bitmap without words means "every element is valid", whatever its size.
-class ValidityBitmap {
-public:
-    ValidityBitmap() = default;
-    explicit ValidityBitmap(SharedArray<std::uint64_t> words) : m_words(std::move(words)) {}
-
-    bool isValid(std::size_t index) const
-    {
-        return m_words.isEmpty() || ((m_words[index / 64] >> (index % 64)) & 1U) != 0;
-    }
-    bool isAllValid() const { return m_words.isEmpty(); }
-    const SharedArray<std::uint64_t>& words() const { return m_words; }
-
-private:
-    SharedArray<std::uint64_t> m_words;
 };
 
 }  // namespace plotix

@@ -65,10 +65,11 @@ ALLOWED = {
     "hostapp/web": CORE,
     "hostapp/site": (SITE - {"hostapp/site"}) | {"base/png"},
     "hostapp/window": SITE | EXCHANGE | LIVE | {"hostapp/window/importing", "hostapp/window/computing",
-                                                     "hostapp/window/annotating"},
+                                                     "hostapp/window/annotating", "hostapp/window/moments"},
     "hostapp/window/importing": DOCUMENT | EXCHANGE,
     "hostapp/window/computing": DOCUMENT,
-    "hostapp/window/annotating": DOCUMENT,
+    "hostapp/window/annotating": DOCUMENT | {"hostapp/window/moments"},
+    "hostapp/window/moments": {"base"},
     "hostapp/cli": SITE | EXCHANGE | LIVE | {"hostapp/demo"},
     "hostapp/app": SITE | EXCHANGE | LIVE | {"hostapp/demo", "hostapp/window", "hostapp/cli"},
 }

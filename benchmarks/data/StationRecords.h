@@ -25,6 +25,8 @@ inline constexpr double kWindowTo = kWindowFrom + static_cast<double>(kWindowRec
 
 class Station {
 public:
+    explicit Station(unsigned seed = 4711) : m_noise(seed) {}
+
     struct Record {
         double time;
         std::array<double, kStationProperties> values;
@@ -49,7 +51,7 @@ private:
     /// The double nearest to a decimal number, as reading its text would give it.
     static double rounded(double value, double steps) { return std::round(value * steps) / steps; }
 
-    Noise m_noise{4711};
+    Noise m_noise;
     std::size_t m_count = 0;
     double m_warmth = 0, m_weather = 0, m_gust = 0;
 };

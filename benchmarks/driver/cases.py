@@ -6,7 +6,7 @@ than one case where one run answers more than one figure.
 import dataclasses
 import os
 
-from contenders import Command, GoogleBenchmark, Peer, TextFile
+from contenders import Command, DecadeBenchmark, GoogleBenchmark, Peer, TextFile
 from starting import ProgramStart
 
 MILLION = 1_000_000
@@ -90,6 +90,12 @@ def point(what, extra=False):
     return group_of(f"point/10x10M/{what}", "bench_frames", {}, extra=extra)
 
 
+def decade(size, what, extra):
+    """Of ten properties with a record a second: ten years, or one."""
+    name = f"decade/10x{size}/{what}"
+    return Group([Case(name, extra=extra)], {"plotix": DecadeBenchmark("bench_decade", name)}, rounds=3)
+
+
 def text_import():
     text = TextFile("station.tsv", 10 * MILLION)
     site = ["import.plotix", "import.plotix-wal", "import.plotix-shm"]
@@ -135,6 +141,8 @@ def all_groups():
         formula("mean(a,1h)"),
         *[formula(text, extra=True) for text in ("maximum(a,1h)", "integral(a)", "daily_mean(a)")],
         text_import(),
+        *[decade(size, what, extra=size == "308M") for size in ("31M", "308M")
+          for what in ("first-frame/warm", "first-frame/cold", "pan", "zoom")],
         Group([Case("start")], {"plotix": ProgramStart()}),
         pan(10, 10, "full", "1920x1080", both, "noisy"),
         pan(10, 10, "1%", "1920x1080", both, "noisy"),

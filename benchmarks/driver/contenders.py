@@ -82,6 +82,16 @@ class GoogleBenchmark(Contender):
         return figures_of(ran.stdout, self.benchmark)
 
 
+class DecadeBenchmark(GoogleBenchmark):
+    """Of the site of ten years, which takes minutes to make and is kept: PLOTIX_DECADE says where."""
+
+    def missing(self, where):
+        made = os.environ.get("PLOTIX_DECADE", "")
+        if "x308M/" in self.benchmark and not os.path.exists(made):
+            return "PLOTIX_DECADE names no file (bench_decade --make FILE)"
+        return super().missing(where)
+
+
 def figures_of(text, benchmark):
     """The figures in what a Google Benchmark program printed as JSON."""
     found = json.loads(text)["benchmarks"] if text.strip() else []

@@ -4,6 +4,7 @@
 namespace plotix_bench {
 
 void registerFrames();
+void registerPaged();
 void registerPictures();
 void registerPointing();
 

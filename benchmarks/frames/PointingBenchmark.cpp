@@ -7,6 +7,7 @@
 #include "plotkit/render/GraphText.h"
 #include "plugins/PlotixPlugIn/reading/line/LineSteps.h"
 #include "plugins/PlotixPlugIn/reading/line/ValueLine.h"
+#include "plugins/PlotixPlugIn/reading/missing/AmendedLook.h"
 
 #include <QtGui/QPainter>
 #include <benchmark/benchmark.h>
@@ -21,8 +22,21 @@ constexpr QSize kScreen{1920, 1080};
 
 enum class What { Line, Frame };
 
+/// Stretches of records that came late, evenly over all times, half of which they cover; none of 0.
+plotix::AmendedRecords amended(int stretches)
+{
+    constexpr double kSpan = kRecords, kDelay = 3'600;  // seconds
+    std::vector<KTVAmendment> amendments;
+    for (int stretch = 0; stretch < stretches; ++stretch) {
+        const double from = secondsTimes(1)[0] + stretch * kSpan / stretches;
+        const double to = from + kSpan / stretches / 2;
+        amendments.push_back({KTVAmendment::Kind::Late, from, to, from + kDelay, to + kDelay});
+    }
+    return plotix::AmendedRecords(amendments);
+}
+
 /// The lines of a graph as a trend hands them to its value line. The columns hold the values in double precision.
-std::vector<plotix::TrendLine> linesOf(const CPTXYGraph& graph)
+std::vector<plotix::TrendLine> linesOf(const CPTXYGraph& graph, int stretches = 0)
 {
     const std::vector<double>& values = walkValues(kRecords, 0);
     const std::shared_ptr<const double> borrowed(std::shared_ptr<const void>(), values.data());
@@ -37,15 +51,15 @@ std::vector<plotix::TrendLine> linesOf(const CPTXYGraph& graph)
         line.name = QStringLiteral("Power of Line %1").arg(line.key);
         line.unitSymbol = descriptor.unit;
         line.color = plot->dataLineStyle().color;
-        lines.push_back({line, plot, plotix::lineRecords(plot->series(), column, 60)});
+        lines.push_back({line, plot, plotix::lineRecords(plot->series(), column, 60), {}, amended(stretches)});
     }
     return lines;
 }
 
-void point(benchmark::State& state, What what)
+void point(benchmark::State& state, What what, int stretches)
 {
     BenchmarkGraph shown(kLines, kRecords);
-    const std::vector<plotix::TrendLine> lines = linesOf(shown.graph);
+    const std::vector<plotix::TrendLine> lines = linesOf(shown.graph, stretches);
     const plotix::ValueTexts texts;
     const auto layer = std::make_shared<plotix::ValueLine>([&](double time, const plotkit::GraphGeometry& geometry) {
         return plotix::readAt(lines, time, geometry, texts, {});
@@ -68,6 +82,23 @@ void point(benchmark::State& state, What what)
     }
 }
 
+/// What amendments add to a frame of all records: their rows over the lane that the lines share.
+void drawAmendments(benchmark::State& state, int stretches)
+{
+    BenchmarkGraph shown(kLines, kRecords);
+    const std::vector<plotix::TrendLine> lines = linesOf(shown.graph, stretches);
+    plotix::AmendedLines amendments;
+    for (const plotix::TrendLine& line : lines)
+        amendments.push_back(&line.amendments);
+    const auto geometry = plotkit::geometryOfGraph(shown.graph, QRectF(QPointF(), kScreen), plotkit::sizeOfText);
+    QImage image(kScreen, QImage::Format_RGB32);
+    for (auto unused : state) {
+        QPainter painter(&image);
+        painter.setRenderHint(QPainter::Antialiasing);  // as their layer does
+        plotix::drawAmended(painter, geometry, geometry.plotArea, amendments);
+    }
+}
+
 /// What a key does: the next maximum, or the next gap, of all lines from a time in the middle on.
 void step(benchmark::State& state, plotix::Step which, double share)
 {
@@ -85,8 +116,13 @@ void step(benchmark::State& state, plotix::Step which, double share)
 void registerPointing()
 {
     using benchmark::RegisterBenchmark;
-    RegisterBenchmark("point/10x10M/line", point, What::Line)->Unit(benchmark::kMillisecond);
-    RegisterBenchmark("point/10x10M/1920x1080", point, What::Frame)->Unit(benchmark::kMillisecond);
+    constexpr int kFew = 200, kYear = 52'000;  // stretches a line; the latter are as many as tens of minutes in a year
+    RegisterBenchmark("point/10x10M/line", point, What::Line, 0)->Unit(benchmark::kMillisecond);
+    RegisterBenchmark("point/10x10M/line/amended200", point, What::Line, kFew)->Unit(benchmark::kMillisecond);
+    RegisterBenchmark("point/10x10M/line/amended52k", point, What::Line, kYear)->Unit(benchmark::kMillisecond);
+    RegisterBenchmark("point/10x10M/1920x1080", point, What::Frame, 0)->Unit(benchmark::kMillisecond);
+    RegisterBenchmark("amended/10x200", drawAmendments, kFew)->Unit(benchmark::kMillisecond);
+    RegisterBenchmark("amended/10x52k", drawAmendments, kYear)->Unit(benchmark::kMillisecond);
     using plotix::Step;
     RegisterBenchmark("point/10x10M/maximum/full", step, Step::Maximum, 1.0)->Unit(benchmark::kMillisecond);
     RegisterBenchmark("point/10x10M/maximum/1%", step, Step::Maximum, 0.01)->Unit(benchmark::kMillisecond);

@@ -7,6 +7,7 @@ int main(int argc, char** argv)
 {
     const QGuiApplication application(argc, argv);
     plotix_bench::registerFrames();
+    plotix_bench::registerPaged();
     plotix_bench::registerPictures();
     plotix_bench::registerPointing();
     benchmark::Initialize(&argc, argv);

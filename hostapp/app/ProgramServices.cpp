@@ -145,7 +145,12 @@ void ProgramServices::serve(const ServeRequest& request)
 
 void ProgramServices::storeTrend(const TrendRequest& trend)
 {
-    plotix::storeTrend(*m_composition.module(), trend);
+    TrendRequest wanted = trend;
+    if (hasDisplay()) {
+        applyAppearance(*qApp);
+        wanted.look = lookOfGraphs();
+    }
+    plotix::storeTrend(*m_composition.module(), wanted);
 }
 
 CommandProgress ProgramServices::makeProgress(const QString& title)

@@ -13,13 +13,18 @@ const QString kSite = QStringLiteral("site");
 
 }  // namespace
 
-void addClockChoice(CLI::App* command, ClockChoice& choice)
+void addZoneChoice(CLI::App* command, ClockChoice& choice)
 {
     addText(command, "--zone", choice.zone,
             "Say times by these clocks: UTC, a zone like Europe/Berlin, or the site's; times given without a zone are "
             "meant so, too")
         ->type_name("NAME|UTC|site")
         ->check(checkZone);
+}
+
+void addClockChoice(CLI::App* command, ClockChoice& choice)
+{
+    addZoneChoice(command, choice);
     addText(command, "--hours", choice.hours, "Write hours from 0 to 23, or as your language does")
         ->type_name("24|locale")
         ->check(CLI::IsMember({"24", "locale"}));

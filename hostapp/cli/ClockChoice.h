@@ -19,6 +19,9 @@ struct ClockChoice {
     bool isEmpty() const { return zone.isEmpty() && hours.isEmpty(); }
 };
 
+/// Adds --zone; the choice is *borrowed* until the arguments are parsed.
+void addZoneChoice(CLI::App* command, ClockChoice& choice);
+
 /// Adds --zone and --hours. The choice is *borrowed* until the arguments are parsed.
 void addClockChoice(CLI::App* command, ClockChoice& choice);
 

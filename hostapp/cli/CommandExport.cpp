@@ -1,6 +1,7 @@
 #include "base/ReportableError.h"
 #include "base/StopRequest.h"
 #include "hostapp/cli/ArgumentValues.h"
+#include "hostapp/cli/ClockChoice.h"
 #include "hostapp/cli/CommandProgressBar.h"
 #include "hostapp/cli/Commands.h"
 #include "hostapp/cli/Options.h"
@@ -17,20 +18,25 @@ namespace {
 struct ExportCommand {
     QString site, output;
     RecordChoice choice;
-    ExportForm::Clock clock = ExportForm::Clock::Utc;
+    std::optional<ExportForm::Clock> clock;
+    ClockChoice zone;
     std::optional<char> delimiter;
     char decimalSign = '.';
     std::optional<bool> guardsFormulas;
+    bool withQualities = false;
 };
 
 /// What is written where nothing else is asked for: a decimal comma goes with semicolons.
-ExportForm formOf(const ExportCommand& command)
+ExportForm formOf(const ExportCommand& command, const QTimeZone& zone)
 {
     ExportForm form;
-    form.clock = command.clock;
+    form.clock = command.clock.value_or(ExportForm::Clock::Utc);
+    if (zone.isValid())
+        setClock(form, zone);
     form.decimalSign = command.decimalSign;
     form.delimiter = command.delimiter.value_or(command.decimalSign == ',' ? ';' : ',');
     form.guardsFormulas = command.guardsFormulas;
+    form.withQualities = command.withQualities;
     return form;
 }
 
@@ -41,10 +47,11 @@ int runCommand(const ExportCommand& command, CommandContext context)
     const std::shared_ptr<SiteAgent> agent = agentOf(*document, command.choice.agent);
     RecordStore& store = *document->records();
     RecordExport what = exportOf(*agent, propertiesOf(*agent, command.choice.properties));
-    const TimeSpan span = timeSpanOf(command.choice, store.extent(agent->id()));
+    const QTimeZone zone = zoneOf(command.zone, *document);
+    const TimeSpan span = timeSpanOf(command.choice, store.extent(agent->id()), zone);
     what.from = span.from;
     what.to = span.to;
-    what.form = formOf(command);
+    what.form = formOf(command, zone);
 
     const StopRequest interruption(StopRequest::From::Keyboard);
     const CommandProgress progress =
@@ -63,6 +70,8 @@ std::optional<QString> contradictionIn(const ExportCommand& command)
 {
     if (command.delimiter == ',' && command.decimalSign == ',')
         return QStringLiteral("--decimal comma needs another --delimiter, such as semicolon");
+    if (command.clock && !command.zone.isEmpty())
+        return QStringLiteral("--clock and --zone both say by which clocks: give one of them");
     return contradictionIn(command.choice);
 }
 
@@ -76,8 +85,12 @@ void addForm(CLI::App* command, ExportCommand& options)
     addChoice<ExportForm::Clock>(command, "--clock", options.clock,
                                  {{"utc", ExportForm::Clock::Utc}, {"local", ExportForm::Clock::Local}},
                                  "Times in UTC, or in your zone with their distance from UTC; UTC unless given");
+    addZoneChoice(command, options.zone);
     addChoice<bool>(command, "--formulas", options.guardsFormulas, {{"guarded", true}, {"plain", false}},
                     "Whether names that begin with = + - or @ get an apostrophe; guarded in .xlsx, plain in text");
+    command->add_flag("--quality", options.withQualities,
+                      "Write a column of Good and Bad beside each, and the values that are not valid too; without it "
+                      "those are left empty");
 }
 
 }  // namespace
@@ -98,6 +111,8 @@ Command addExport(CLI::App& program)
     exporting->footer(
         "Examples:\n  plotix export nyc.plotix --agent EWR --properties airTemperature --output newark.csv\n"
         "  plotix export nyc.plotix --agent EWR --clock local --decimal comma --output newark.csv\n"
+        "  plotix export nyc.plotix --agent EWR --zone America/New_York --from 2013-07-01 --to 2013-07-01 \\\n"
+        "      --output independence.csv\n"
         "  plotix export nyc.plotix --agent EWR --range last7Days --output newark.xlsx");
     Command command{exporting};
     command.run = [options](CommandContext context) { return runCommand(*options, context); };

@@ -57,6 +57,8 @@ void writeColumn(JsonWriter& json, const ImportSummary::Column& column)
     json.text("unit", column.unit);
     json.count("valid", column.valid);
     json.count("bad", column.bad);
+    json.count("marked", column.marked);
+    json.text("quality", column.quality);
     json.endObject();
 }
 
@@ -166,6 +168,13 @@ Command addImport(CLI::App& program)
         ->type_name("COLUMN,…");
     addPairs(import, "--unit", options.units, "UNIT", "The column's unit; repeatable");
     addPairs(import, "--name", options.names, "NAME", "The property's name; repeatable");
+    addPairs(import, "--quality", options.quality, "COLUMN",
+             "The column that says which values of the other are bad, such as Status=Temp, or Status=* for all of the "
+             "row; recognised unless given; repeatable");
+    addList(import, "--bad", options.badWords, "The words in such columns that mean bad; no others do then")
+        ->type_name("WORD,…");
+    import->add_flag("--ignore-quality", options.ignoreQuality,
+                     "Take all values as good, whatever a column beside them says");
     import->add_flag("--replace", options.replace,
                      "Replace stored values that differ; without it such a file is refused and nothing changes");
     import->add_flag("--skip-bad-rows", options.skipBadRows, "Pass over rows without a time however many they are");

@@ -28,6 +28,8 @@ QString optionName(ImportOption option)
     case ImportOption::Arrangement: return QStringLiteral("--arrangement");
     case ImportOption::RowsAtOneTime: return QStringLiteral("--keep-last");
     case ImportOption::BadRows: return QStringLiteral("--skip-bad-rows");
+    case ImportOption::Quality: return QStringLiteral("--quality");
+    case ImportOption::BadWords: return QStringLiteral("--bad");
     case ImportOption::None: break;
     }
     return {};
@@ -98,6 +100,10 @@ const char* sentence(What what)
         return "“%1” cannot part columns; give one sign, such as --delimiter ';', tab or blank";
     case What::IncompatibleUnits:
         return "column “%2” is in %1, but the agent's property of that name is in %6; give it another name with --name";
+    case What::QualityHasNoWords:
+        return "column “%2” does not say which values are bad in words or numbers that are known, but such as “%1”; "
+               "say "
+               "which of them do with --bad WORD,…";
     case What::WouldReplace:
         return "this replaces %1; nothing was changed; import it with --replace if that "
                "is meant, or into an agent of its own with --agent";
@@ -135,6 +141,17 @@ const char* sentence(What what)
     case What::HeadersRepeated: return "The header comes again further down: %4 times, passed over.";
     case What::CommentsPassedOver: return "Lines of comment passed over: %4.";
     case What::LinesBelowTable: return "lines below the table passed over from here: %4, beginning with “%1”";
+    case What::QualityRecognised: return "";  // see textOfQuality
+    case What::QualityNotSure:
+        return "“%2” seems to say which values are bad, but not what “%1” means; its values are taken as good. If it "
+               "does, say --quality \"%2=COLUMN\", with --bad WORD,… for the words that do.";
+    case What::QualityNotAssigned:
+        return "“%2” seems to say which values are bad, but not of which column; they are taken as good. If it does, "
+               "say --quality \"%2=COLUMN\".";
+    case What::QualityWordsUnknown:
+        return "“%1” says neither good nor bad (%4 times); such values are taken as good. If it means bad, say all "
+               "such "
+               "words with --bad WORD,…";
     case What::ShortRows: return "the first of %4 rows with fewer columns than the header; what they lack stays empty";
     }
     return "";
@@ -167,6 +184,16 @@ QString textOfForm(const ImportFinding& finding)
 QString textOfNumberTimes(const ImportFinding& finding)
 {
     return QStringLiteral("The numbers in “%1” are read as %2.").arg(finding.column, textOfForm(finding));
+}
+
+QString textOfQuality(const ImportFinding& finding)
+{
+    const QString columns = QStringLiteral("“%1”").arg(finding.columns.join(QStringLiteral("”, “")));
+    const QString judged = finding.text.isEmpty() ? QStringLiteral("%1 columns").arg(finding.found)
+                                                  : QStringLiteral("“%1”").arg(finding.text);
+    return QStringLiteral("%1 %2 which values of %3 are bad; they are kept and marked as invalid. If that is not "
+                          "meant, say --ignore-quality.")
+        .arg(columns, finding.columns.size() == 1 ? QStringLiteral("says") : QStringLiteral("say"), judged);
 }
 
 QString textOfWrongNumbers(const ImportFinding& finding)
@@ -210,6 +237,9 @@ void writeColumns(QTextStream& text, const ImportSummary& summary)
         if (!column.unit.isEmpty())
             text << " (" << column.unit << ')';
         text << ", " << counted(column.valid, "value");
+        if (column.marked > 0)
+            text << ", " << counted(column.marked, "value") << (column.marked == 1 ? " is" : " are")
+                 << " marked as bad by “" << column.quality << "”";
         if (column.bad > 0 && column.firstBad)
             text << ", " << counted(column.bad, "cell")
                  << (column.bad == 1 ? " that is no number" : " that are no numbers") << " left empty (line "
@@ -244,6 +274,8 @@ QString printedText(const ImportFinding& finding)
 {
     if (finding.what == What::ManyRowsAtOneTime)
         return textOfRowsAtOneTime(finding);
+    if (finding.what == What::QualityRecognised)
+        return textOfQuality(finding);
     if (finding.what == What::TimesAreNumbers)
         return textOfNumberTimes(finding);
     if (finding.what == What::NumbersAreNoTimes)

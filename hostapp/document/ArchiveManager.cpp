@@ -10,6 +10,7 @@
 
 #include <algorithm>
 #include <atomic>
+#include <mutex>
 #include <new>
 
 namespace plotix {
@@ -17,12 +18,21 @@ namespace plotix {
 namespace {
 
 constexpr int kMostWorkers = 4;
+/// Of the memory budget: one part in so many may be records that are read at once, since frames of some million records
+/// are quicker where all are in memory.
+constexpr std::uint64_t kShareAtOnce = 4;
+
+KTVRecordColumn::Known knownOf(const RecordColumns::Column& column)
+{
+    return {column.runs, static_cast<std::int64_t>(column.total->valid), column.total->sum.value()};
+}
 
 }  // namespace
 
 /// Everything a worker needs, without any main-thread object.
 struct ArchiveManager::Fetch {
     std::shared_ptr<RecordStore> store;
+    std::shared_ptr<PageCache> pages;
     std::uint64_t budget = 0;
     qint64 agent = 0;
     std::vector<RowId> rows;
@@ -42,11 +52,15 @@ struct ArchiveManager::State {
     std::atomic<bool> ending = false;
     ArchiveManager* manager = nullptr;  // main thread only; null once it is gone
     int pending = 0;                    // main thread only
+    std::mutex mutex;
+    std::optional<QString> notUnpacked;  // guarded
 };
 
 ArchiveManager::ArchiveManager(std::shared_ptr<RecordStore> records, qint64 agent, Properties properties,
-                               std::shared_ptr<const KTVUnitModel> unitModel, std::uint64_t budget)
+                               std::shared_ptr<const KTVUnitModel> unitModel, std::uint64_t budget,
+                               std::shared_ptr<PageCache> pages)
     : m_records(std::move(records)),
+      m_pages(std::move(pages)),
       m_budget(budget),
       m_agent(agent),
       m_properties(std::move(properties)),
@@ -74,6 +88,12 @@ std::optional<KTVArchiveManager::Span> ArchiveManager::recordedSpan() const
     }
 }
 
+std::optional<QString> ArchiveManager::unpackingFailure() const
+{
+    const std::lock_guard lock(m_state->mutex);
+    return m_state->notUnpacked;
+}
+
 int ArchiveManager::pendingFetches() const
 {
     return m_state->pending;
@@ -86,6 +106,7 @@ void ArchiveManager::fetchRecordsForProperties(const std::optional<KTVPropertyLi
 {
     auto fetch = std::make_shared<Fetch>();
     fetch->store = m_records;
+    fetch->pages = m_pages;
     fetch->budget = m_budget;
     fetch->agent = m_agent;
     fetch->unitModel = m_unitModel;
@@ -108,44 +129,64 @@ void ArchiveManager::fetchRecordsForProperties(const std::optional<KTVPropertyLi
     m_workers.start([fetch, state = m_state]() mutable { answer(std::exchange(fetch, {}), state); });
 }
 
-KTVRecordDictionaryPtr ArchiveManager::read(Fetch& fetch, const State& state, std::optional<KTVError>& error)
+KTVRecordDictionaryPtr ArchiveManager::read(Fetch& fetch, const std::shared_ptr<State>& state,
+                                            std::optional<KTVError>& error)
 {
     auto dictionary = std::make_shared<KTVRecordDictionary>();
-    if (fetch.rows.empty() || state.ending)
+    if (fetch.rows.empty() || state->ending)
         return dictionary;
     const auto goesOn = [&](double fraction) {
         bool stop = false;
         if (fetch.progress)
             fetch.progress(fraction, &stop);
-        return !stop && !state.ending;
+        return !stop && !state->ending;
     };
     const auto seconds = [](const OptionalDate& date) { return date ? std::optional(date->seconds) : std::nullopt; };
     const std::optional<double> from = seconds(fetch.from), to = seconds(fetch.to);
-    if (const auto refusal = refusalToRead(*fetch.store, {fetch.agent, fetch.rows, from, to}, fetch.budget)) {
+    const bool isOnDemand = fetch.store->unpacksOnDemand(fetch.rows);
+    const std::uint64_t most = isOnDemand ? fetch.budget / kShareAtOnce : fetch.budget;
+    const auto refusal = refusalToRead(*fetch.store, {fetch.agent, fetch.rows, from, to}, most);
+    if (refusal && !isOnDemand) {
         error = KTVError{*refusal};
         return dictionary;
     }
-    const std::optional<RecordBlock> block = readWhatCanBe(fetch, goesOn);
-    if (!block || fetch.rows.empty())
+    if (!refusal)
+        fetch.pages = nullptr;  // which reads everything at once
+    const std::optional<RecordColumns> columns = readWhatCanBe(fetch, goesOn);
+    if (!columns || fetch.rows.empty())
         return dictionary;
-    fetch.records = block->times.size();
-    dictionary->setTime(block->times);
+    fetch.records = columns->times.size();
+    dictionary->setTime({columns->times, columns->runs});
     for (std::size_t i = 0; i < fetch.rows.size(); ++i) {
-        const RecordBlock::Column& column = block->columns[i];
-        dictionary->setColumn(
-            fetch.descriptors[i].propertyName,
-            std::make_shared<KTVRecordColumn>(fetch.descriptors[i], column.values, column.validity, fetch.unitModel));
+        const RecordColumns::Column& column = columns->columns[i];
+        const auto made =
+            std::make_shared<KTVRecordColumn>(fetch.descriptors[i], column.values, column.validity, fetch.unitModel);
+        if (column.runs && column.total)
+            made->setKnown(knownOf(column));
+        dictionary->setColumn(fetch.descriptors[i].propertyName, made);
     }
+    columns->failure->setListener([state](const QString& message) {
+        {
+            const std::lock_guard lock(state->mutex);
+            if (!state->notUnpacked)
+                state->notUnpacked = message;
+        }
+        MainQueue::main().async([state, message] {
+            if (state->manager)
+                emit state->manager->fetchFailed(message, RecordFailure::NotUnpacked);
+        });
+    });
     return dictionary;
 }
 
 /// A formula that cannot be worked out must not hide the other lines.
-std::optional<RecordBlock> ArchiveManager::readWhatCanBe(Fetch& fetch, const std::function<bool(double)>& goesOn)
+std::optional<RecordColumns> ArchiveManager::readWhatCanBe(Fetch& fetch, const std::function<bool(double)>& goesOn)
 {
     const auto seconds = [](const OptionalDate& date) { return date ? std::optional(date->seconds) : std::nullopt; };
     while (!fetch.rows.empty()) {
         try {
-            return fetch.store->read(fetch.agent, fetch.rows, seconds(fetch.from), seconds(fetch.to), goesOn);
+            return fetch.store->columns(fetch.agent, fetch.rows, seconds(fetch.from), seconds(fetch.to), fetch.pages,
+                                        goesOn);
         } catch (const FormulaNotWorkedOut& broken) {
             fetch.notComputed = broken.message();
             const auto row = std::find(fetch.rows.begin(), fetch.rows.end(), broken.property());
@@ -185,7 +226,7 @@ void ArchiveManager::answer(const std::shared_ptr<Fetch>& fetch, const std::shar
     KTVRecordDictionaryPtr records;
     std::optional<KTVError> error;
     try {
-        records = read(*fetch, *state, error);
+        records = read(*fetch, state, error);
     } catch (const ReportableError& failure) {
         error = KTVError{failure.message()};
     } catch (const std::bad_alloc&) {

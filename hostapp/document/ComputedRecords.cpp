@@ -117,6 +117,28 @@ RecordOverview ComputedRecords::overview(RowId agent, std::span<const RowId> pro
     return overview;
 }
 
+RecordIndex ComputedRecords::index(RowId agent, std::span<const RowId> properties, std::optional<double> from,
+                                   std::optional<double> to, RecordIndex::Detail detail)
+{
+    const auto known = site();
+    if (!isAnyOf(known->computed, properties))
+        return m_stored->index(agent, properties, from, to, detail);
+    std::vector<RowId> recorded(properties.begin(), properties.end());
+    std::erase_if(recorded, [&](RowId property) { return known->computed.contains(property); });
+    RecordIndex index = m_stored->index(agent, recorded, from, to, detail);
+    for (RecordIndex::Piece& piece : index.pieces) {
+        std::vector<RecordIndex::Column> columns;
+        auto next = piece.columns.begin();
+        for (const RowId property : properties)
+            if (known->computed.contains(property))
+                columns.push_back({property, RecordIndex::Source::NothingKnown, {}});
+            else
+                columns.push_back(std::move(*next++));
+        piece.columns = std::move(columns);
+    }
+    return index;
+}
+
 std::optional<RecordBlock> ComputedRecords::read(RowId agent, std::span<const RowId> properties,
                                                  std::optional<double> from, std::optional<double> to,
                                                  const ArchiveProgress& progress)
@@ -126,6 +148,21 @@ std::optional<RecordBlock> ComputedRecords::read(RowId agent, std::span<const Ro
         return m_stored->read(agent, properties, from, to, progress);
     return ComputedReading(*m_stored, *known->directory, {agent, {properties.begin(), properties.end()}, from, to})
         .read(progress);
+}
+
+std::optional<RecordColumns> ComputedRecords::columns(RowId agent, std::span<const RowId> properties,
+                                                      std::optional<double> from, std::optional<double> to,
+                                                      const std::shared_ptr<PageCache>& cache,
+                                                      const ArchiveProgress& progress)
+{
+    const auto known = site();
+    return isAnyOf(known->computed, properties) ? RecordStore::columns(agent, properties, from, to, cache, progress)
+                                                : m_stored->columns(agent, properties, from, to, cache, progress);
+}
+
+bool ComputedRecords::unpacksOnDemand(std::span<const RowId> properties) const
+{
+    return !isAnyOf(site()->computed, properties) && m_stored->unpacksOnDemand(properties);
 }
 
 std::vector<RecordPart> ComputedRecords::partsRead(RowId agent, std::span<const RowId> properties,

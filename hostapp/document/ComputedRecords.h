@@ -38,10 +38,18 @@ public:
     /// Of a computed property nothing is known without reading: its summaries have no value.
     RecordOverview overview(RowId agent, std::span<const RowId> properties, std::optional<double> from = {},
                             std::optional<double> to = {}) override;
+    /// Of a computed property nothing is known either.
+    RecordIndex index(RowId agent, std::span<const RowId> properties, std::optional<double> from,
+                      std::optional<double> to, RecordIndex::Detail detail) override;
     /// Times are those of the agent where recorded properties are asked for, and those that formulas give. Throws
     /// FormulaNotWorkedOut.
     std::optional<RecordBlock> read(RowId agent, std::span<const RowId> properties, std::optional<double> from,
                                     std::optional<double> to, const ArchiveProgress& progress = {}) override;
+    /// With a computed property among those asked for, everything is read.
+    std::optional<RecordColumns> columns(RowId agent, std::span<const RowId> properties, std::optional<double> from,
+                                         std::optional<double> to, const std::shared_ptr<PageCache>& cache,
+                                         const ArchiveProgress& progress = {}) override;
+    bool unpacksOnDemand(std::span<const RowId> properties) const override;
     std::vector<RecordPart> partsRead(RowId agent, std::span<const RowId> properties, std::optional<double> from,
                                       std::optional<double> to) override;
     /// Throws FormulaNotWorkedOut.

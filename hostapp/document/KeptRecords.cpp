@@ -19,7 +19,7 @@ namespace {
 
 void writeSegment(QDataStream& out, const EncodedChunk::Segment& segment, std::size_t count)
 {
-    out << static_cast<quint32>(segment.property) << static_cast<quint8>(segment.values.codec)
+    out << static_cast<quint32>(segment.property) << static_cast<quint8>(segment.storedCodec())
         << static_cast<quint8>(segment.valid.empty() ? 0 : 1) << static_cast<quint32>(segment.values.bytes.size());
     if (!segment.valid.empty())
         out.writeRawData(reinterpret_cast<const char*>(segment.valid.data()), static_cast<int>((count + 7) / 8));
@@ -50,7 +50,10 @@ Segment readSegment(QDataStream& in, std::size_t count)
     std::vector<std::byte> bytes(size);
     in.readRawData(reinterpret_cast<char*>(bytes.data()), static_cast<int>(size));
     segment.values.resize(count);
-    if (!codec::decode(codec, bytes, count, segment.valid.empty() ? nullptr : segment.valid.data(), 0, segment.values))
+    const auto valid = std::as_bytes(std::span(segment.valid)).first(validBytes);
+    const auto column = sealed::opened(codec, bytes, {segment.property, count, valid});
+    if (!column || !codec::decode(column->codec, column->bytes, count,
+                                  segment.valid.empty() ? nullptr : segment.valid.data(), 0, segment.values))
         failAsDamaged();
     return segment;
 }

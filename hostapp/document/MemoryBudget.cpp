@@ -15,8 +15,13 @@ namespace plotix {
 
 namespace {
 
-constexpr auto kVariable = "PLOTIX_MEMORY_BUDGET";
-constexpr auto kKey = "Memory/budget";  // stored: never change
+/// Where a size is said.
+struct Said {
+    const char* variable;
+    const char* key;  // stored: never change
+};
+constexpr Said kBudget{"PLOTIX_MEMORY_BUDGET", "Memory/budget"};
+constexpr Said kPages{"PLOTIX_PAGE_BUDGET", "Memory/pages"};
 
 class MemoryText {
     Q_DECLARE_TR_FUNCTIONS(MemoryText)
@@ -27,6 +32,13 @@ std::uint64_t machineMemory()
     const long pages = sysconf(_SC_PHYS_PAGES), size = sysconf(_SC_PAGESIZE);
     return pages > 0 && size > 0 ? static_cast<std::uint64_t>(pages) * static_cast<std::uint64_t>(size)
                                  : std::uint64_t{4} << 30;
+}
+
+std::optional<std::uint64_t> sizeSaid(const Said& where)
+{
+    if (const auto size = sizeFromText(qEnvironmentVariable(where.variable)))
+        return size;
+    return sizeFromText(QSettings().value(QLatin1String(where.key)).toString());
 }
 
 using Rounding = double (*)(double);
@@ -79,6 +91,19 @@ QString propertiesText(std::size_t properties)
                            : MemoryText::tr("%1 properties").arg(static_cast<qulonglong>(properties));
 }
 
+std::optional<QString> problemOf(const Said& where, std::uint64_t used)
+{
+    const auto problem = [used](const char* name, const QString& text) {
+        return QStringLiteral("%1 is “%2”, which is no size such as 8 GB, so it is passed over; %3 may be used")
+            .arg(QLatin1String(name), text, sizeText(static_cast<double>(used)));
+    };
+    const QString variable = qEnvironmentVariable(where.variable);
+    if (!variable.isEmpty())
+        return sizeFromText(variable) ? std::nullopt : std::optional(problem(where.variable, variable));
+    const QString setting = QSettings().value(QLatin1String(where.key)).toString();
+    return setting.isEmpty() || sizeFromText(setting) ? std::nullopt : std::optional(problem(where.key, setting));
+}
+
 }  // namespace
 
 std::optional<std::uint64_t> sizeFromText(const QString& text)
@@ -96,24 +121,26 @@ std::optional<std::uint64_t> sizeFromText(const QString& text)
 
 std::uint64_t memoryBudget()
 {
-    if (const auto size = sizeFromText(qEnvironmentVariable(kVariable)))
-        return *size;
-    if (const auto size = sizeFromText(QSettings().value(QLatin1String(kKey)).toString()))
-        return *size;
-    return machineMemory() / 2;
+    return sizeSaid(kBudget).value_or(machineMemory() / 2);
+}
+
+std::uint64_t pageBudget()
+{
+    return sizeSaid(kPages).value_or(PageCache::kDefaultBudget);
+}
+
+const std::shared_ptr<PageCache>& programPages()
+{
+    static const auto pages = std::make_shared<PageCache>(static_cast<std::size_t>(pageBudget()));
+    return pages;
 }
 
 std::optional<QString> memoryBudgetProblem()
 {
-    const auto problem = [](const char* name, const QString& text) {
-        return QStringLiteral("%1 is “%2”, which is no size such as 8 GB, so it is passed over; %3 may be used")
-            .arg(QLatin1String(name), text, sizeText(static_cast<double>(memoryBudget())));
-    };
-    const QString variable = qEnvironmentVariable(kVariable);
-    if (!variable.isEmpty())
-        return sizeFromText(variable) ? std::nullopt : std::optional(problem(kVariable, variable));
-    const QString setting = QSettings().value(QLatin1String(kKey)).toString();
-    return setting.isEmpty() || sizeFromText(setting) ? std::nullopt : std::optional(problem(kKey, setting));
+    for (const auto& [where, used] : {std::pair(kBudget, memoryBudget()), std::pair(kPages, pageBudget())})
+        if (const auto problem = problemOf(where, used))
+            return problem;
+    return std::nullopt;
 }
 
 QString sentenceOf(const MemoryShortage& shortage)

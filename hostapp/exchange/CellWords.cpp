@@ -1,13 +1,13 @@
 #include "hostapp/exchange/CellWords.h"
 
+#include "hostapp/exchange/FoldedWord.h"
+
 #include <algorithm>
 #include <array>
 
 namespace plotix {
 
 namespace {
-
-constexpr std::size_t kLongestWord = 24;
 
 // Both tables in lower case and in order, so that they can be searched. Letters beyond ASCII are one '?' a run of
 // them: a cell may be UTF-8 or Latin-1.
@@ -88,28 +88,6 @@ constexpr std::array<StateRow, 54> kStates = {{
     {"vacant", 0},  {"vrai", 1},     {"wahr", 1},        {"yes", 1},     {"zu", 0},       {"opened", 1},
 }};
 
-/// A cell as the tables write words; empty when it is too long to be one.
-class Folded {
-public:
-    explicit Folded(std::string_view field)
-    {
-        if (field.size() > kLongestWord)
-            return;
-        for (const char character : field) {
-            const bool isLetterBeyond = static_cast<unsigned char>(character) >= 0x80;
-            if (isLetterBeyond && m_size > 0 && m_text[m_size - 1] == '?')
-                continue;
-            const bool isCapital = character >= 'A' && character <= 'Z';
-            m_text[m_size++] = isLetterBeyond ? '?' : isCapital ? static_cast<char>(character + 32) : character;
-        }
-    }
-    std::string_view text() const { return {m_text.data(), m_size}; }
-
-private:
-    std::array<char, kLongestWord> m_text{};
-    std::size_t m_size = 0;
-};
-
 /// "#NV", "#N/A", "#DIV/0!", "#####": a spreadsheet's error, or a number too wide for its column.
 bool isSpreadsheetError(std::string_view field)
 {
@@ -119,7 +97,7 @@ bool isSpreadsheetError(std::string_view field)
 /// "---", "***", "–", "?", "-.-": marks only.
 bool isMarksOnly(std::string_view field)
 {
-    const Folded folded(field);
+    const FoldedWord folded(field);
     const std::string_view text = folded.text();
     return !text.empty() && text.find_first_not_of("-*?_.: ") == std::string_view::npos;
 }
@@ -132,12 +110,12 @@ bool isMissing(std::string_view field)
         return true;
     if (field.front() >= '0' && field.front() <= '9')
         return false;
-    return isMarksOnly(field) || std::binary_search(kGaps.begin(), kGaps.end(), Folded(field).text());
+    return isMarksOnly(field) || std::binary_search(kGaps.begin(), kGaps.end(), FoldedWord(field).text());
 }
 
 std::optional<double> stateOf(std::string_view field)
 {
-    const Folded folded(field);
+    const FoldedWord folded(field);
     const std::string_view word = folded.text();
     const auto row =
         std::find_if(kStates.begin(), kStates.end(), [word](const StateRow& state) { return state.word == word; });

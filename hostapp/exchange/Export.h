@@ -1,6 +1,6 @@
 #pragma once
 
-#include "records/store/RecordBlock.h"
+#include "records/store/RecordColumns.h"
 
 #include <QtCore/QIODevice>
 #include <QtCore/QString>
@@ -26,15 +26,27 @@ struct ExportForm {
     /// Names that a spreadsheet would take for formulas get an apostrophe before them; absent: as is usual for the
     /// format, which is in a spreadsheet's file, and not in text.
     std::optional<bool> guardsFormulas = {};
+    /// Beside each column of values one that says of each whether it is good, and numbers that are not valid are
+    /// written too, so that an import reads back both. Without it values that are not valid are left empty.
+    bool withQualities = false;
 };
+
+/// What stands in a column of quality: "Good", "Bad" for a number that is not valid; nothing beside an empty cell.
+const char* qualityText(bool isValid, double value);
+
+/// Its header: an import knows by it which column it is about.
+QString qualityHeader(const QString& name);
+
+/// By the clocks of a zone: UTC, or another one with its distance from UTC; an invalid one is the user's.
+void setClock(ExportForm& form, const QTimeZone& zone);
 
 struct ExportedRecords {
     struct Column {
         QString name;
-        QString unit;  ///< of the block's values; empty: none
+        QString unit;  ///< of the values; empty: none
     };
-    std::vector<Column> columns;  ///< one for each of the block's, in its order
-    const RecordBlock& block;     ///< borrowed
+    std::vector<Column> columns;   ///< one for each of the records', in their order
+    const RecordColumns& records;  ///< borrowed; written page by page
     ExportForm form = {};
 };
 

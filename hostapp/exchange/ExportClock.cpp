@@ -18,6 +18,12 @@ constexpr double kCalendarLimit = 3e11;
 
 }  // namespace
 
+void setClock(ExportForm& form, const QTimeZone& zone)
+{
+    form.clock = zone == QTimeZone::utc() ? ExportForm::Clock::Utc : ExportForm::Clock::Local;
+    form.zone = zone;
+}
+
 int ExportClock::offset(double seconds)
 {
     if (m_clock == ExportForm::Clock::Utc || !(std::abs(seconds) < kCalendarLimit))

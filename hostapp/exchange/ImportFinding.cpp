@@ -45,6 +45,7 @@ ImportOption optionOf(const ImportFinding& finding)
     case What::UnusableTimeZone: return ImportOption::TimeZone;
     case What::UnusableDelimiter: return ImportOption::Delimiter;
     case What::NoSuchSheet: return ImportOption::Sheet;
+    case What::QualityHasNoWords: return ImportOption::BadWords;
     default: return ImportOption::None;
     }
 }

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "hostapp/exchange/ImportOptions.h"
+
 #include <QtCore/QString>
 #include <QtCore/QStringList>
 
@@ -12,24 +14,6 @@
 /// Values, no sentences: the window and the command line word them, each with its own names for what the user can say.
 /// Any thread.
 namespace plotix {
-
-/// The import option that a finding is about.
-enum class ImportOption {
-    TimeColumn,
-    Where,
-    Only,
-    Unit,
-    Name,
-    None,
-    TimeZone,
-    DateOrder,
-    Decimal,
-    Delimiter,
-    Sheet,
-    Arrangement,
-    RowsAtOneTime,
-    BadRows
-};
 
 struct ImportFinding {
     enum class What {
@@ -77,6 +61,7 @@ struct ImportFinding {
         UnusableTimeZone,   ///< text
         UnusableDelimiter,  ///< text
         IncompatibleUnits,  ///< column, text: its unit, archivedUnit
+        QualityHasNoWords,  ///< column: named as one of quality, text: the first in it, which says nothing
         WouldReplace,       ///< found: stored values that would become others, expected: their properties
 
         // A row is bad.
@@ -109,6 +94,11 @@ struct ImportFinding {
         CommentsPassedOver,  ///< found
         LinesBelowTable,     ///< line: the first, found, text: of it
         ShortRows,           ///< line: the first, found
+        QualityRecognised,   ///< columns: those of quality, found: how many values a row they judge, text: the value of
+                             ///< a single one; empty: all of the row
+        QualityNotSure,      ///< column: has words of quality, and text: another one; not taken for one of quality
+        QualityNotAssigned,  ///< column: of quality, and it is open which values it judges
+        QualityWordsUnknown,  ///< column, line, text: the first unknown, found: how many; their values count as good
     };
 
     What what{};

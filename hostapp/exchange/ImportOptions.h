@@ -45,8 +45,31 @@ struct ImportOptions {
     bool replace = false;         ///< stored values may be replaced by others; else that is refused
     bool keepAllNumbers = false;  ///< -999 and the like are values too; else gaps where all others are far above
     bool skipBadRows = false;     ///< pass over rows without a time however many they are, and count them
+    ByColumn quality;            ///< column of quality → the column of values it judges, "*" for all; else recognised
+    QStringList badWords;        ///< in columns of quality, whatever the case; empty: the known ones. Others are good
+    bool ignoreQuality = false;  ///< take every value as good, whatever stands beside it
 
     bool operator==(const ImportOptions&) const = default;
+};
+
+/// The import option that a finding is about.
+enum class ImportOption {
+    TimeColumn,
+    Where,
+    Only,
+    Unit,
+    Name,
+    None,
+    TimeZone,
+    DateOrder,
+    Decimal,
+    Delimiter,
+    Sheet,
+    Arrangement,
+    RowsAtOneTime,
+    BadRows,
+    Quality,
+    BadWords
 };
 
 }  // namespace plotix

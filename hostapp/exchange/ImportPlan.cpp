@@ -52,6 +52,49 @@ std::set<std::size_t> fieldsOf(const QStringList& names, const Columns& columns)
     return fields;
 }
 
+std::set<std::size_t> qualitiesNamed(const Columns& columns, const ImportOptions& options)
+{
+    std::set<std::size_t> fields;
+    for (const auto& [quality, value] : options.quality)
+        fields.insert(requiredColumn(quality, ImportOption::Quality, columns));
+    return options.ignoreQuality ? std::set<std::size_t>() : fields;
+}
+
+bool standsForAll(const QString& value)
+{
+    return value.trimmed().isEmpty() || value.trimmed() == QLatin1String("*");
+}
+
+/// The columns of quality that judge a column: those that the user named for it, else those recognised.
+std::vector<std::size_t> qualitiesOf(std::size_t field, const Columns& columns, const ImportOptions& options)
+{
+    const SourceColumn& column = columns[field];
+    std::vector<std::size_t> named;
+    for (const auto& [quality, value] : options.quality) {
+        const std::size_t own = requiredColumn(quality, ImportOption::Quality, columns);
+        const std::optional<std::size_t> judged =
+            standsForAll(value) ? std::nullopt : std::optional(requiredColumn(value, ImportOption::Quality, columns));
+        if (own != field && (!judged || judged == field || judged == column.valuesIn))
+            named.push_back(own);
+    }
+    if (options.ignoreQuality)
+        return {};
+    return named.empty() ? column.qualities : named;
+}
+
+/// Adds the columns of quality to the plan, each once, and says which of them judge its column.
+void planQualities(ImportPlan& plan, ImportPlan::Column& planned, const Columns& columns, const ImportOptions& options)
+{
+    const std::set<std::size_t> named = qualitiesNamed(columns, options);
+    for (const std::size_t field : qualitiesOf(planned.field, columns, options)) {
+        const auto isIt = [field](const ImportPlan::Quality& quality) { return quality.field == field; };
+        const auto found = std::find_if(plan.qualities.begin(), plan.qualities.end(), isIt);
+        planned.qualities.push_back(static_cast<std::size_t>(found - plan.qualities.begin()));
+        if (found == plan.qualities.end())
+            plan.qualities.push_back({field, columns[field].header, named.contains(field)});
+    }
+}
+
 std::vector<std::size_t> wantedFields(const Columns& columns, std::size_t timeField, const ImportOptions& options)
 {
     std::vector<std::size_t> fields;
@@ -59,9 +102,11 @@ std::vector<std::size_t> wantedFields(const Columns& columns, std::size_t timeFi
         fields.push_back(requiredColumn(column, ImportOption::Only, columns));
     const std::set<std::size_t> also = fieldsOf(options.also, columns);
     const std::set<std::size_t> leftOut = fieldsOf(options.leaveOut, columns);
+    const std::set<std::size_t> qualities = qualitiesNamed(columns, options);
     if (options.only.isEmpty())
         for (std::size_t field = 0; field < columns.size(); ++field)
-            if ((columns[field].isMeasurement || also.contains(field)) && !columns[field].isTime)
+            if (((columns[field].isMeasurement && !qualities.contains(field)) || also.contains(field)) &&
+                !columns[field].isTime)
                 fields.push_back(field);
     std::erase(fields, timeField);
     std::erase_if(fields, [&](std::size_t field) { return leftOut.contains(field); });
@@ -98,11 +143,20 @@ void planColumns(ImportPlan& plan, const Columns& columns, const ImportOptions& 
         plan.columns.push_back({field, column.header, name == names.end() ? column.name : name->second.trimmed(),
                                 unit == units.end() ? column.unit : knownUnit(unit->second, column.header),
                                 !options.only.isEmpty() || also.contains(field)});
+        planQualities(plan, plan.columns.back(), columns, options);
     }
     makeNamesUnique(plan.columns);
 }
 
 }  // namespace
+
+QStringList ImportPlan::headersOfQuality(const Column& column) const
+{
+    QStringList headers;
+    for (const std::size_t quality : column.qualities)
+        headers << qualities[quality].header;
+    return headers;
+}
 
 QStringList headersOf(const Columns& columns)
 {
@@ -170,6 +224,7 @@ ImportPlan planImport(const Columns& columns, std::size_t timeField, const Impor
     plan.skipsBadRows = options.skipBadRows;
     plan.keepsAllNumbers = options.keepAllNumbers;
     plan.rowsAtOneTime = options.rowsAtOneTime;
+    plan.badWords = options.badWords;
     plan.conditions = conditionsOf(columns, options);
     planColumns(plan, columns, options);
     return plan;

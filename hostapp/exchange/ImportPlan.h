@@ -17,10 +17,18 @@ namespace plotix {
 struct ImportPlan {
     struct Column {
         std::size_t field = 0;
-        QString header;           ///< as in the file
-        QString name;             ///< of the property; unique among the columns, also as a key
-        QString unit;             ///< empty: none
-        bool isAskedFor = false;  ///< by name: also a column with hardly any number is taken
+        QString header;                        ///< as in the file
+        QString name;                          ///< of the property; unique among the columns, also as a key
+        QString unit;                          ///< empty: none
+        bool isAskedFor = false;               ///< by name: also a column with hardly any number is taken
+        std::vector<std::size_t> qualities{};  ///< those that judge its values, as places in `qualities` below
+    };
+
+    /// A column of quality; several columns may share it.
+    struct Quality {
+        std::size_t field = 0;
+        QString header;
+        bool isAskedFor = false;  ///< by name, not recognised
     };
 
     /// A row counts only if the field is one of the texts: the same text in both encodings a file can have.
@@ -36,12 +44,16 @@ struct ImportPlan {
     QString timeZone;                         ///< of times without one; empty: the user's
     DateOrder dateOrder = DateOrder::Detect;  ///< of ambiguous dates
     std::vector<Column> columns;
+    std::vector<Quality> qualities;
+    QStringList badWords;  ///< in these; empty: the known ones
     std::vector<Condition> conditions;
     DecimalSign decimal = DecimalSign::Detect;
     bool skipsBadRows = false;
     bool keepsAllNumbers = false;
     RowsAtOneTime rowsAtOneTime = RowsAtOneTime::Refuse;
     std::size_t rowsWanted = 0;  ///< a source that collects rows before it adds any may end there; 0: all
+
+    QStringList headersOfQuality(const Column& column) const;  ///< of those that judge it
 };
 
 /// The columns that the options name as the time, "Date+Time" being two; none where they name none.

@@ -32,7 +32,13 @@ void describeTaken(ImportPreview& preview, const ImportPlan& plan)
         shown.unit = planned.unit;
         shown.use = Column::Use::Taken;
         shown.reason = Column::Reason::None;
+        shown.quality = plan.headersOfQuality(planned).join(QStringLiteral(", "));
+        for (const std::size_t quality : planned.qualities)
+            preview.columns[plan.qualities[quality].field].judges << planned.header;
     }
+    for (Column& column : preview.columns)
+        if (!column.judges.isEmpty() && column.use == Column::Use::LeftOut)
+            column.reason = Column::Reason::JudgesValues;
 }
 
 /// The first rows, all planned columns of them.
@@ -43,7 +49,10 @@ std::vector<ImportPreview::Row> firstRows(const ImportTable& table)
         rows[row].time = table.time(row);
         for (const ImportColumn& column : table.columns()) {
             const bool isValid = ((column.valid[row / 64] >> (row % 64)) & 1U) != 0;
-            rows[row].values.push_back(isValid ? std::optional(column.values[row]) : std::nullopt);
+            const double value = column.values[row];
+            const bool isMarked = !isValid && value == value;
+            rows[row].values.push_back(isValid || isMarked ? std::optional(value) : std::nullopt);
+            rows[row].marked.push_back(isMarked);
         }
     }
     return rows;
@@ -57,14 +66,17 @@ void judgeColumns(ImportPreview& preview, const RowSource& source, const ImportP
         Column& shown = preview.columns[plan.columns[index].field];
         shown.numbers = read.numbers;
         shown.bad = read.bad;
+        shown.marked = read.marked;
         shown.firstBad = read.firstBad;
         const bool isYetToCome = source.isCutShort() && read.numbers == 0 && read.bad == 0;
         if (table.isTaken(index) || isYetToCome)
             continue;
         shown.use = Column::Use::LeftOut;
         shown.reason = read.numbers == 0 ? Column::Reason::NoNumbers : Column::Reason::HardlyNumbers;
-        for (ImportPreview::Row& row : preview.rows)
+        for (ImportPreview::Row& row : preview.rows) {
             row.values.erase(row.values.begin() + static_cast<std::ptrdiff_t>(index));
+            row.marked.erase(row.marked.begin() + static_cast<std::ptrdiff_t>(index));
+        }
     }
 }
 

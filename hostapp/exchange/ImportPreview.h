@@ -19,10 +19,11 @@ struct ImportPreview {
         enum class Use { Time, Taken, LeftOut };
         enum class Reason {
             None,
-            NotAskedFor,   ///< by `only`, or by `leaveOut`
-            CountsRows,    ///< or is a time that was not chosen, or names what other columns measure
-            NoNumbers,     ///< not a single one in the rows looked at
-            HardlyNumbers  ///< texts with a few numbers among them
+            NotAskedFor,    ///< by `only`, or by `leaveOut`
+            CountsRows,     ///< or is a time that was not chosen, or names what other columns measure
+            NoNumbers,      ///< not a single one in the rows looked at
+            HardlyNumbers,  ///< texts with a few numbers among them
+            JudgesValues    ///< says which values of others are bad
         };
         QString header;  ///< as in the file: what options name the column by
         QString name, unit;
@@ -30,12 +31,16 @@ struct ImportPreview {
         Reason reason = Reason::None;      ///< why it is left out
         std::size_t numbers = 0, bad = 0;  ///< cells in the rows looked at
         std::optional<ImportFinding> firstBad{};
+        std::size_t marked = 0;  ///< of the numbers: marked as bad
+        QString quality{};       ///< the headers of the columns that judge its values, with commas
+        QStringList judges{};    ///< of a column of quality: the headers of those it judges
     };
 
     /// Values by the columns that are taken, in their order; nothing for a gap.
     struct Row {
         double time = 0;  ///< seconds since 1970-01-01 UTC
         std::vector<std::optional<double>> values;
+        std::vector<bool> marked;  ///< by the same columns: the value is marked as bad
     };
 
     std::vector<Column> columns;  ///< empty when the file could not be read at all

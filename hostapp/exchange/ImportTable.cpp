@@ -58,6 +58,25 @@ void ImportTable::addValue(ImportColumn& column, double value, bool isNumber)
     ++column.numbers;
 }
 
+void ImportTable::addRow(double time, std::span<const double> values, std::span<const Mark> marks)
+{
+    for (std::size_t index = 0; index < m_columns.size(); ++index)
+        if (values[index] == values[index])
+            addMarked(m_columns[index], values[index], marks[index]);
+        else
+            addValue(m_columns[index], values[index], false);
+    m_times.push_back(time);
+}
+
+void ImportTable::addMarked(ImportColumn& column, double value, Mark mark)
+{
+    addValue(column, value, mark == Mark::Good);
+    if (mark == Mark::Good)
+        return;
+    ++column.numbers;
+    ++column.marked;
+}
+
 void ImportTable::addText(std::size_t index, qint64 line, std::string_view text)
 {
     ImportColumn& column = m_columns[index];
@@ -69,11 +88,11 @@ void ImportTable::addText(std::size_t index, qint64 line, std::string_view text)
                                         .text = textForFinding(text)};
 }
 
-void ImportTable::addState(std::size_t index, double value, qint64 line, std::string_view word)
+void ImportTable::addState(std::size_t index, double value, qint64 line, std::string_view word, Mark mark)
 {
     ImportColumn& column = m_columns[index];
     column.stateRows.push_back(m_times.size());
-    addValue(column, value, true);
+    addMarked(column, value, mark);
     if (!column.firstState)
         column.firstState = ImportFinding{.what = ImportFinding::What::StatesAreNumbers,
                                           .line = line,
@@ -222,6 +241,19 @@ std::size_t ImportTable::replacedRows(const std::vector<std::size_t>& order, con
     return static_cast<std::size_t>(std::count(isReplaced.begin(), isReplaced.end(), true));
 }
 
+/// The last valid number, else the last one that was marked as bad.
+std::size_t ImportTable::placeThatCounts(const ImportColumn& column, const std::vector<std::size_t>& order,
+                                         const Group& group)
+{
+    for (std::size_t place = group.end; place-- > group.begin;)
+        if (bitAt(column.valid, order[place]))
+            return place;
+    for (std::size_t place = group.end; place-- > group.begin;)
+        if (const double value = column.values[order[place]]; value == value)
+            return place;
+    return group.begin;
+}
+
 void ImportTable::joinRows(const std::vector<std::size_t>& order)
 {
     constexpr std::size_t kShareReplaced = 10;  // one in so many
@@ -249,9 +281,7 @@ void ImportTable::joinRows(const std::vector<std::size_t>& order)
         values.makeRoom(groups.size());
         std::vector<std::uint64_t> valid((groups.size() + 63) / 64, 0);
         for (std::size_t index = 0; index < groups.size(); ++index) {
-            std::size_t place = groups[index].end - 1;
-            while (place > groups[index].begin && !bitAt(column.valid, order[place]))
-                --place;
+            const std::size_t place = placeThatCounts(column, order, groups[index]);
             values.push_back(column.values[order[place]]);
             if (bitAt(column.valid, order[place]))
                 setBit(valid, index);

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "base/SharedArray.h"
+#include "base/ValidityBitmap.h"
 #include "hostapp/exchange/GrowingColumn.h"
 #include "hostapp/exchange/ImportPlan.h"
 
@@ -16,11 +17,12 @@
 ///   A cell that is no number costs itself, never its row; it is counted in its column.
 ///   On and off, open and closed, … are 1 and 0 in a column that holds nothing else but 0 and 1.
 ///   -999 and the like, where all other numbers are far above, stand for gaps.
+///   A number marked as bad is kept, bit for bit, and is not valid.
 ///   A column with hardly a number among its texts is a column of texts, and left out unless it is asked for.
 ///   A row without a time is passed over and counted; when a third of all rows are like that, the import is refused.
 ///   The lines at the end that have none (a sum, an average) are told apart from them. Rows at one time become one: of
-///   each column the last number counts. Where they contradict each other in more than a tenth of all rows, the import
-///   is refused.
+///   each column the last number counts, and one marked as bad only where there is no other. Where they contradict each
+///   other in more than a tenth of all rows, the import is refused.
 ///
 /// One import *owns* it, a row source *borrows* it; one thread.
 namespace plotix {
@@ -30,7 +32,8 @@ namespace plotix {
 struct ImportColumn {
     GrowingColumn values;
     std::vector<std::uint64_t> valid;  ///< bitmap, least significant bit first
-    std::size_t numbers = 0;           ///< states among them
+    std::size_t numbers = 0;           ///< states among them, and those marked as bad
+    std::size_t marked = 0;            ///< numbers that a column of quality marks as bad: kept, but not valid
     std::size_t bad = 0;               ///< cells that are neither number nor gap
     std::optional<ImportFinding> firstBad;
     std::vector<std::size_t> stateRows;
@@ -53,6 +56,9 @@ struct RowCounts {
 
 class ImportTable {
 public:
+    /// What a column of quality says of a value.
+    enum class Mark : std::uint8_t { Good, Bad };
+
     /// Borrows the plan: its columns are the table's.
     explicit ImportTable(const ImportPlan& plan);
 
@@ -64,12 +70,17 @@ public:
 
     /// Adds a row with a value for each column; NaN where there is none.
     void addRow(double time, std::span<const double> values);
+    /// The same, and which of the values are marked as bad.
+    void addRow(double time, std::span<const double> values, std::span<const Mark> marks);
 
     /// The same cell by cell: one of these for each column, in order, then the time that ends the row.
-    void addNumber(std::size_t column, double value) { addValue(m_columns[column], value, true); }
+    void addNumber(std::size_t column, double value, Mark mark = Mark::Good)
+    {
+        addMarked(m_columns[column], value, mark);
+    }
     void addMissing(std::size_t column) { addValue(m_columns[column], kNoNumber, false); }
     void addText(std::size_t column, qint64 line, std::string_view text);
-    void addState(std::size_t column, double value, qint64 line, std::string_view word);
+    void addState(std::size_t column, double value, qint64 line, std::string_view word, Mark mark = Mark::Good);
     void endRow(double time) { m_times.push_back(time); }
 
     /// Instead of a row: counts one that was not asked for, or one that cannot be read.
@@ -104,6 +115,7 @@ private:
     static constexpr double kNoNumber = std::numeric_limits<double>::quiet_NaN();
 
     void addValue(ImportColumn& column, double value, bool isNumber);
+    void addMarked(ImportColumn& column, double value, Mark mark);
     void settleBadRows();
     void settleStates(ImportColumn& column);
     void settleGapNumbers(ImportColumn& column);
@@ -114,6 +126,8 @@ private:
     struct Group {
         std::size_t begin = 0, end = 0;
     };
+    static std::size_t placeThatCounts(const ImportColumn& column, const std::vector<std::size_t>& order,
+                                       const Group& group);
     std::size_t replacedRows(const std::vector<std::size_t>& order, const std::vector<Group>& groups) const;
 
     const ImportPlan& m_plan;  // borrowed

@@ -20,12 +20,15 @@ using What = ImportFinding::What;
 
 constexpr double kRoomToSpare = 1.02;  // memory never touched costs nothing; moving a full column does
 
-/// The lowest and the highest finite value; values that are not valid are NaN.
-std::pair<double, double> rangeOf(std::span<const double> values)
+/// The lowest and the highest finite value among the valid ones.
+std::pair<double, double> rangeOf(std::span<const double> values, const ValidityBitmap& validity, bool hasMarks)
 {
     constexpr double kInfinity = std::numeric_limits<double>::infinity();
     double lowest = kInfinity, highest = -kInfinity;
-    for (const double value : values) {
+    for (std::size_t row = 0; row < values.size(); ++row) {
+        const double value = values[row];
+        if (hasMarks && !validity.isValid(row))
+            continue;  // all others that are not valid are NaN
         lowest = value < lowest && value > -kInfinity ? value : lowest;
         highest = value > highest && value < kInfinity ? value : highest;
     }
@@ -183,14 +186,16 @@ void FileImport::storeColumn(SiteTransaction& transaction, RowId agent, std::siz
     }
     const ImportColumn& read = m_table.columns()[index];
     const std::size_t bad = read.bad;
+    const std::size_t marked = read.marked;
     const std::optional<ImportFinding> firstBad = read.firstBad;
+    const QString quality = m_plan.headersOfQuality(column).join(QStringLiteral(", "));
     ImportTable::Taken taken = m_table.takeColumn(index);
     const SiteTransaction::Property property = transaction.findOrCreateProperty(agent, column.name, column.unit);
     convert(taken.values, column, property);
-    const auto [lowest, highest] = rangeOf(taken.values.span());
+    const auto [lowest, highest] = rangeOf(taken.values.span(), taken.validity, marked > 0);
     block.columns.push_back({property.id, std::move(taken.values), std::move(taken.validity)});
     m_summary.columns.push_back({column.header, column.name, property.propertyName, property.archivedUnit, taken.valid,
-                                 bad, firstBad, lowest, highest});
+                                 bad, firstBad, lowest, highest, marked, quality});
 }
 
 /// Converts to the property's archived unit. A column without a unit is taken to be in that unit.

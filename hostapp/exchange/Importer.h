@@ -26,6 +26,8 @@ struct ImportSummary {
         std::size_t bad = 0;  ///< cells that are neither number nor gap, and were lost
         std::optional<ImportFinding> firstBad{};
         double lowest = 0, highest = 0;  ///< of the valid finite values stored
+        std::size_t marked = 0;          ///< values marked as bad: stored, and not valid
+        QString quality{};               ///< the headers of the columns that mark them, with commas
     };
 
     QString file, site, agent;

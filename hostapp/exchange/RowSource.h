@@ -29,6 +29,8 @@ struct SourceColumn {
     QString unit;               ///< one that `Units` knows; empty: none
     bool isMeasurement = true;  ///< false: imported only when asked for, such as a column that counts the rows
     bool isTime = false;        ///< it is the time, or a part of it
+    std::vector<std::size_t> qualities{};   ///< the columns that say which of its values are bad
+    std::optional<std::size_t> valuesIn{};  ///< of a quantity that rows name: the file's own column with its values
 };
 
 /// How a source takes its file: what was said, or else guessed. Each has its field in ImportOptions.

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "base/SharedArray.h"
+#include "base/ValidityBitmap.h"
 #include "hostapp/core/PropertyFormula.h"
 
 #include <optional>

@@ -1,5 +1,7 @@
 #include "hostapp/print/ReportText.h"
 
+#include "base/FigureDecimals.h"
+
 #include <QtCore/QCoreApplication>
 #include <QtCore/QDateTime>
 
@@ -16,8 +18,6 @@ class ReportText {
 
 constexpr double kSpanWithSeconds = 600;
 constexpr double kSameToAReader = 0.01;  // of the span drawn
-constexpr int kDigitsOfRange = 3;
-constexpr int kMostDecimals = 6;
 constexpr double kLongestNumber = 1e12;  // from here on powers of ten are shorter
 
 QDateTime momentOf(double seconds, const QTimeZone& zone)
@@ -41,17 +41,10 @@ QString timeText(const QDateTime& moment, const QLocale& locale, bool withSecond
     return locale.toString(moment.time(), format);
 }
 
-int decimalsFor(double range)
-{
-    if (!(range > 0) || !std::isfinite(range))
-        return 0;
-    return std::clamp(kDigitsOfRange - 1 - static_cast<int>(std::floor(std::log10(range))), 0, kMostDecimals);
-}
-
 QString numberText(double number, int decimals, const QLocale& locale)
 {
-    const double step = std::pow(10.0, -decimals);
-    const bool vanishes = number != 0 && std::abs(number) < step / 2 && decimals == kMostDecimals;
+    constexpr double kLeast = 0.5e-6;
+    const bool vanishes = number != 0 && std::abs(number) < kLeast && decimals > 0;
     if (!std::isfinite(number) || std::abs(number) >= kLongestNumber || vanishes)
         return locale.toString(number, 'g', 6);
     return locale.toString(number, 'f', decimals);
@@ -122,10 +115,10 @@ FiguresText figuresText(const ReportContents::Row& row, const QLocale& locale)
     const QString points = locale.toString(row.points);
     if (row.points == 0)
         return {QStringLiteral("–"), QStringLiteral("–"), QStringLiteral("–"), points};
-    const double range = row.maximum - row.minimum;
-    const int decimals = decimalsFor(range > 0 ? range : std::abs(row.maximum));
-    return {numberText(row.minimum, decimals, locale), numberText(row.maximum, decimals, locale),
-            numberText(row.average, decimals, locale), points};
+    const FigureDecimals decimals = figureDecimals(static_cast<float>(row.minimum), static_cast<float>(row.maximum),
+                                                   static_cast<float>(row.average));
+    return {numberText(row.minimum, decimals.extremes, locale), numberText(row.maximum, decimals.extremes, locale),
+            numberText(row.average, decimals.average, locale), points};
 }
 
 }  // namespace plotix

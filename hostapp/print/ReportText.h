@@ -26,7 +26,7 @@ QString noteText(const ReportContents& contents, const QLocale& locale);
 /// The unit of all rows, to stand above the values; empty when they have several, or the graph names them itself.
 QString sharedUnit(const ReportContents& contents);
 
-/// Minimum, maximum and average with equally many decimals: three digits of the distance between the extremes.
+/// Minimum, maximum and average with the decimals that the table on the screen gives them.
 struct FiguresText {
     QString minimum, maximum, average, points;
 };

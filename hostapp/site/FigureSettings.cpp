@@ -25,21 +25,24 @@ const QString kLegend = QStringLiteral("legend");
 const QString kAxisTitles = QStringLiteral("axisTitles");
 const QString kLineWidth = QStringLiteral("lineWidth");
 const QString kTransparent = QStringLiteral("transparent");
+const QString kValueLine = QStringLiteral("valueLine");
+const QString kNone = QStringLiteral("none");
 
+/// The value line's box would cover a good part of a small figure.
 std::vector<FigurePreset> ours()
 {
     using Unit = FigureSettings::Unit;
     return {{QStringLiteral("paper-column"),
              {85, 60, Unit::Millimetres, 300, QStringLiteral("paper"), 7, QStringLiteral("below"),
-              QStringLiteral("values")},
+              QStringLiteral("values"), 0, false, kNone},
              true},
             {QStringLiteral("slide"),
              {254, 143, Unit::Millimetres, 150, QStringLiteral("light"), 18, QStringLiteral("below"),
-              QStringLiteral("values"), 1.5},
+              QStringLiteral("values"), 1.5, false, kNone},
              true},
             {QStringLiteral("report"),
              {160, 90, Unit::Millimetres, 300, QStringLiteral("paper"), 9, QStringLiteral("below"),
-              QStringLiteral("values")},
+              QStringLiteral("values"), 0, false, kNone},
              true},
             {QStringLiteral("web"), {1200, 600, Unit::Pixels, 72}, true}};
 }
@@ -101,7 +104,10 @@ QVariantMap readingOf(const FigureSettings& settings, const QVariantMap& present
         looks.insert(QStringLiteral("ground"), QStringLiteral("transparent"));
     choose(legend, QStringLiteral("place"), settings.legend, QStringLiteral("none"));
     choose(legend, QStringLiteral("axisTitles"), settings.axisTitles, QStringLiteral("usual"));
+    QVariantMap line = present.value(kValueLine).toMap();
     QVariantMap reading;
+    if (settings.valueLine == kNone && line.remove(QStringLiteral("held")) > 0)
+        reading.insert(kValueLine, line);
     if (looks != present.value(looksKey).toMap())
         reading.insert(looksKey, looks);
     if (legend != present.value(legendKey).toMap())
@@ -158,7 +164,8 @@ QVariantMap mapOf(const FigureSettings& settings)
             {kLegend, settings.legend},
             {kAxisTitles, settings.axisTitles},
             {kLineWidth, settings.lineWidth},
-            {kTransparent, settings.isTransparent}};
+            {kTransparent, settings.isTransparent},
+            {kValueLine, settings.valueLine}};
 }
 
 FigureSettings figureSettingsFrom(const QVariantMap& map)
@@ -176,6 +183,7 @@ FigureSettings figureSettingsFrom(const QVariantMap& map)
     settings.axisTitles = wordOf(map.value(kAxisTitles), {"usual", "none", "values", "all"});
     settings.lineWidth = within(map.value(kLineWidth), 0.2, 5, 0);
     settings.isTransparent = map.value(kTransparent).toBool();
+    settings.valueLine = wordOf(map.value(kValueLine), {kNone});
     return settings;
 }
 

@@ -27,6 +27,7 @@ struct FigureSettings {
     QString axisTitles{};   ///< "usual", "none", "values", "all"
     double lineWidth = 0;   ///< times the usual one
     bool isTransparent = false;
+    QString valueLine{};  ///< "none": left out, also where the trend holds it
 
     friend bool operator==(const FigureSettings&, const FigureSettings&) = default;
 };

@@ -16,6 +16,7 @@ KTVPlugInPtr makeTrend(KTVPlugInModule& module, const TrendRequest& trend,
     if (plugIn)
         plugIn->setTitle(trend.title);
     chooseReadingOfNew(plugIn.get());
+    chooseLookOfNew(plugIn.get(), trend.look);
     return plugIn;
 }
 

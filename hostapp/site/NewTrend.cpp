@@ -3,6 +3,8 @@
 #include <QtCore/QCoreApplication>
 #include <QtCore/QDateTime>
 
+#include <tuple>
+
 namespace plotix {
 
 namespace {
@@ -69,6 +71,18 @@ TrendPlan planChosenTrend(const KTVPropertyList& properties, std::optional<doubl
 {
     const auto records = lastRecord ? TrendSpan(std::pair(Date{*lastRecord}, Date{*lastRecord})) : std::nullopt;
     return planTrend(TrendOccasion::Chosen, {}, properties, records, currentDate(), QTimeZone::systemTimeZone());
+}
+
+TrendPlan planBeside(TrendPlan plan, const TrendSpan& shown, const QVariantMap& reading, const TrendSpan& records)
+{
+    const bool hasRecordsThen = shown && records && records->first.seconds <= shown->second.seconds &&
+                                records->second.seconds >= shown->first.seconds;
+    if (hasRecordsThen)
+        std::tie(plan.from, plan.to) = *shown;
+    const QString clock = QStringLiteral("clock");  // the key of this choice of a trend's reading
+    if (reading.contains(clock))
+        plan.reading.insert(clock, reading.value(clock));
+    return plan;
 }
 
 TrendRequest requestOf(std::shared_ptr<SiteDocument> document, std::shared_ptr<SiteAgent> agent, const TrendPlan& plan)

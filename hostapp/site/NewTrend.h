@@ -4,6 +4,7 @@
 #include "hostapp/site/WorthShowing.h"
 
 #include <QtCore/QTimeZone>
+#include <QtCore/QVariantMap>
 
 #include <optional>
 #include <utility>
@@ -27,7 +28,8 @@ struct TrendPlan {
     KTVPropertyList properties;
     Date from, to;
     QString title;
-    bool isFollowed = false;  ///< it is followed from the beginning
+    bool isFollowed = false;   ///< it is followed from the beginning
+    QVariantMap reading = {};  ///< choices of its reading, beyond those that every new trend has
 };
 
 /// The rule, for an agent of this name and (some of) its properties:
@@ -47,6 +49,10 @@ TrendPlan planFirstTrend(TrendOccasion occasion, const SiteAgent& agent, const T
 
 /// The same for properties the user chose, of an agent with this last record. Main thread only.
 TrendPlan planChosenTrend(const KTVPropertyList& properties, std::optional<double> lastRecord);
+
+/// The same, made beside a trend that shows `shown` and has chosen `reading`: it shows the same times, if its agent has
+/// records then, and says them by the same clock. Any thread.
+TrendPlan planBeside(TrendPlan plan, const TrendSpan& shown, const QVariantMap& reading, const TrendSpan& records);
 
 /// The request to the module for such a trend.
 TrendRequest requestOf(std::shared_ptr<SiteDocument> document, std::shared_ptr<SiteAgent> agent, const TrendPlan& plan);

@@ -4,6 +4,7 @@
 #include "hostapp/print/ReportPrinter.h"
 #include "hostapp/site/PlugInOperations.h"
 #include "hostapp/site/ViewTitled.h"
+#include "hostapp/site/WaitForRecords.h"
 #include "hostapp/site/WorkingSite.h"
 
 namespace plotix {
@@ -59,7 +60,10 @@ QByteArray pdfOfStoredReport(const ReportRequest& request, KTVPlugInModule* modu
     view->view();  // loading the view starts the fetch
     site.requireRecords();
     site.settle(*view, Wanted::Exact);
-    return ViewReport(view, request.form).pdf();
+    const QByteArray pdf = ViewReport(view, request.form).pdf();
+    for (const auto& agent : request.document->agents())
+        requireUnpacked(*agent);
+    return pdf;
 }
 
 }  // namespace plotix

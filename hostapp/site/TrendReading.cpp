@@ -43,6 +43,19 @@ void chooseReading(KTVPlugIn* plugIn, Reader reader)
         setReading(plugIn, options);
 }
 
+void chooseLookOfNew(KTVPlugIn* plugIn, const QString& look)
+{
+    const QString looksKey = QStringLiteral("looks"), lookKey = QStringLiteral("look");
+    const std::optional<QVariantMap> chosen = reading(plugIn);
+    if (!chosen || look.isEmpty() || look == QLatin1String("dark"))
+        return;
+    QVariantMap looks = chosen->value(looksKey).toMap();
+    if (looks.contains(lookKey))
+        return;
+    looks.insert(lookKey, look);
+    setReading(plugIn, {{looksKey, looks}});
+}
+
 void chooseReadingOfNew(KTVPlugIn* plugIn)
 {
     const std::optional<QVariantMap> chosen = reading(plugIn);

@@ -18,4 +18,9 @@ void chooseReading(KTVPlugIn* plugIn, Reader reader = Reader::AtAWindow);
 /// the looks they were stored with.
 void chooseReadingOfNew(KTVPlugIn* plugIn);
 
+/// Gives a trend that has just been made in a window a look that suits it, such as "light", unless one was chosen for
+/// it; an empty name, and "dark", are the look it has anyway. From then on the look is the trend's own, on every screen
+/// and in every picture.
+void chooseLookOfNew(KTVPlugIn* plugIn, const QString& look);
+
 }  // namespace plotix

@@ -93,6 +93,7 @@ QByteArray TrendRenderer::renderView(const RenderRequest& request) const
                                                .title = request.trend.title});
     if (data.isEmpty())
         failToDraw(request.size.toSize());
+    requireUnpacked(*request.trend.agent);
     if (!request.hasRecipe || !request.trend.document)
         return data;
     ShownView view = viewOf(plugIn, *request.trend.document);
@@ -121,6 +122,7 @@ QByteArray TrendRenderer::renderBare(const RenderRequest& request) const
     requireRecords(*request.trend.agent);
     if (receiver.png().isEmpty())
         failToDraw(request.size.toSize());
+    requireUnpacked(*request.trend.agent);
     return receiver.png();
 }
 

@@ -19,6 +19,7 @@ struct TrendRequest {
     KTVPropertyList properties;  ///< the agent's own objects, in the order asked
     OptionalDate from, to;       ///< absent: the plug-in's own default
     QString title;               ///< empty: none
+    QString look = {};           ///< that of the window it is made in, such as "light"; empty: the plug-in's own
 };
 
 /// A trend drawn into a file.

@@ -28,4 +28,10 @@ void requireRecords(const SiteAgent& agent)
         throw ReportableError(*failure);
 }
 
+void requireUnpacked(const SiteAgent& agent)
+{
+    if (const std::optional<QString> failure = agent.siteArchiveManager()->unpackingFailure())
+        throw ReportableError(*failure);
+}
+
 }  // namespace plotix

@@ -14,4 +14,7 @@ std::optional<QString> waitForRecords(const SiteAgent& agent);
 /// The same; throws ReportableError when a fetch failed.
 void requireRecords(const SiteAgent& agent);
 
+/// After something was drawn or printed: throws ReportableError where records of it could not be unpacked.
+void requireUnpacked(const SiteAgent& agent);
+
 }  // namespace plotix

@@ -4,6 +4,7 @@
 #include "hostapp/core/Defaults.h"
 #include "hostapp/site/MakeTrend.h"
 #include "hostapp/site/ModuleNames.h"
+#include "hostapp/site/PlugInOperations.h"
 #include "hostapp/site/TrendColors.h"
 #include "hostapp/site/WaitForRecords.h"
 #include "hostapp/site/WindowMemory.h"
@@ -99,6 +100,7 @@ void WorkingSite::addPlugIn(const KTVPlugInPtr& plugIn, bool select)
     if (!plugIn || m_sourceList.rowOf(plugIn.get()) >= 0)
         return;
     chooseReadingOfNew(plugIn.get());
+    chooseLookOfNew(plugIn.get(), lookOfNewTrends());
     if (isStored())
         tellLinesApart(plugIn.get());
     m_sourceList.append(plugIn);
@@ -148,6 +150,8 @@ KTVPlugInPtr WorkingSite::newTrend(const std::shared_ptr<SiteAgent>& agent, cons
 KTVPlugInPtr WorkingSite::newTrend(const std::shared_ptr<SiteAgent>& agent, const TrendPlan& plan)
 {
     const KTVPlugInPtr plugIn = newTrend(agent, plan.properties, plan.from, plan.to, plan.title);
+    if (plugIn && !plan.reading.isEmpty())
+        setReading(plugIn.get(), plan.reading);
     if (plugIn && plan.isFollowed)
         m_follower.follow(plugIn);
     return plugIn;

@@ -120,6 +120,8 @@ protected:
     virtual void letGo(const KTVPlugInPtr& plugIn);
     /// Lists `fresh` where `old` is, and lets go of that; the selection goes over.
     virtual void showInPlaceOf(const KTVPlugInPtr& old, const KTVPlugInPtr& fresh);
+    /// The look that suits the window that trends are made in; empty: the plug-in's own.
+    virtual QString lookOfNewTrends() const { return {}; }
     /// From now on what others store is shown here: trends, records and which of them are followed. On screen it always
     /// is.
     void keepUp();

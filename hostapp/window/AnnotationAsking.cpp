@@ -3,6 +3,7 @@
 #include "hostapp/core/PersonName.h"
 #include "hostapp/document/AnnotationEditing.h"
 #include "hostapp/site/PlugInOperations.h"
+#include "hostapp/site/TrendZone.h"
 #include "hostapp/window/SiteEditor.h"
 #include "hostapp/window/annotating/LimitsDialog.h"
 #include "hostapp/window/annotating/NoteDialog.h"
@@ -88,7 +89,7 @@ void AnnotationAsking::askForNote(const SiteNote& before)
                                     agents.size() > 1 ? QStringLiteral("%1: %2").arg(agent->name(), property->name())
                                                       : property->name());
     QWidget* over = m_notes && m_notes->isActiveWindow() ? m_notes.data() : m_around.windowInFront();
-    NoteDialog dialog(before, properties, over);
+    NoteDialog dialog(before, properties, over, zoneOfTrend(m_around.trendInFront().get()));
     if (dialog.exec() != QDialog::Accepted || dialog.note() == before)
         return;
     const SiteNote wanted = dialog.note();
@@ -116,6 +117,7 @@ void AnnotationAsking::showNotes()
         connect(m_notes, &NotesWindow::addWanted, this, [this] { addNote(); });
         connect(m_notes, &NotesWindow::removeWanted, this, &AnnotationAsking::removeNotes);
     }
+    m_notes->sayBy(zoneOfTrend(m_around.trendInFront().get()));
     m_notes->show();
     m_notes->raise();
     m_notes->activateWindow();

@@ -207,6 +207,11 @@ void chooseColourScheme(ColourScheme scheme)
     applyAppearance(*qApp);
 }
 
+QString lookOfGraphs()
+{
+    return isDark(QApplication::palette()) ? QStringLiteral("dark") : QStringLiteral("light");
+}
+
 bool isDark(const QPalette& palette)
 {
     return palette.color(QPalette::WindowText).lightness() > palette.color(QPalette::Window).lightness();

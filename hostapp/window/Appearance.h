@@ -1,5 +1,7 @@
 #pragma once
 
+#include <QtCore/QString>
+
 class QApplication;
 class QPalette;
 
@@ -17,6 +19,9 @@ ColourScheme chosenColourScheme();  ///< `LikeDesktop` unless chosen
 
 /// Stores the choice in the user's settings and shows it in all windows at once.
 void chooseColourScheme(ColourScheme scheme);
+
+/// The look of graphs, by name, that suits the program's windows as they are now.
+QString lookOfGraphs();
 
 /// Whether texts are lighter than what they stand on.
 bool isDark(const QPalette& palette);

@@ -20,11 +20,15 @@ EmptyStateView::EmptyStateView(QWidget* parent)
     m_text->setMaximumWidth(460);
     m_text->setForegroundRole(QPalette::PlaceholderText);
     m_buttons->setSpacing(10);
+    auto* row = new QHBoxLayout;  // an alignment in the column would reckon with lines as wide as the window
+    row->addStretch(1);
+    row->addWidget(m_text);
+    row->addStretch(1);
     auto* column = new QVBoxLayout(this);
     column->setSpacing(14);
     column->addStretch(2);
     column->addWidget(m_title);
-    column->addWidget(m_text, 0, Qt::AlignHCenter);
+    column->addLayout(row);
     column->addLayout(m_buttons);
     column->addStretch(3);
 }

@@ -160,6 +160,8 @@ void ExportPictureDialog::buildLooks()
                               {QStringLiteral("none"), tr("None")},
                               {QStringLiteral("values"), tr("Along value axes")},
                               {QStringLiteral("all"), tr("Along all axes")}});
+    m_valueLine = addChoice({{QStringLiteral("none"), tr("Left out")}});
+    m_valueLine->setToolTip(tr("A line that is held, and the box that says what is read there."));
     m_fontSize->setRange(4.5, 36);  // the least stands for none
     m_fontSize->setSingleStep(0.5);
     m_fontSize->setDecimals(1);
@@ -203,6 +205,7 @@ QFormLayout* ExportPictureDialog::form()
     form->addRow(tr("Le&gend:"), m_legend);
     form->addRow(tr("&Axis titles:"), m_axisTitles);
     form->addRow(tr("Li&nes:"), m_lineWidth);
+    form->addRow(tr("&Value line:"), m_valueLine);
     form->addRow(QString(), m_transparent);
     form->addRow(tr("&Title:"), m_title);
     form->addRow(QString(), m_recipe);
@@ -240,6 +243,7 @@ FigureSettings ExportPictureDialog::settings() const
     settings.fontSize = m_fontSize->value() > m_fontSize->minimum() ? m_fontSize->value() : 0;
     settings.lineWidth = m_lineWidth->value() > m_lineWidth->minimum() ? m_lineWidth->value() : 0;
     settings.isTransparent = m_transparent->isChecked();
+    settings.valueLine = m_valueLine->currentData().toString();
     return settings;
 }
 
@@ -256,6 +260,7 @@ void ExportPictureDialog::setSettings(const FigureSettings& settings)
     m_fontSize->setValue(settings.fontSize);
     m_lineWidth->setValue(settings.lineWidth);
     m_transparent->setChecked(settings.isTransparent);
+    chooseWord(*m_valueLine, settings.valueLine);
     m_isSetting = false;
     changed();
 }
@@ -313,7 +318,7 @@ void ExportPictureDialog::adjust()
     for (QWidget* field :
          {static_cast<QWidget*>(m_look), static_cast<QWidget*>(m_legend), static_cast<QWidget*>(m_axisTitles),
           static_cast<QWidget*>(m_fontSize), static_cast<QWidget*>(m_lineWidth), static_cast<QWidget*>(m_transparent),
-          static_cast<QWidget*>(m_recipe)})
+          static_cast<QWidget*>(m_valueLine), static_cast<QWidget*>(m_recipe)})
         field->setEnabled(!withTable);
     const FigureSettings chosen = settings();
     const bool isPixels = m_format->currentIndex() == PngRow;

@@ -70,7 +70,7 @@ private:
     QComboBox *m_what, *m_preset, *m_format, *m_unit;
     QDoubleSpinBox *m_width, *m_height;
     QSpinBox* m_dots;
-    QComboBox *m_look = nullptr, *m_legend = nullptr, *m_axisTitles = nullptr;
+    QComboBox *m_look = nullptr, *m_legend = nullptr, *m_axisTitles = nullptr, *m_valueLine = nullptr;
     QDoubleSpinBox *m_fontSize, *m_lineWidth;
     QCheckBox *m_transparent, *m_recipe;
     QLineEdit* m_title;

@@ -17,7 +17,6 @@ namespace {
 
 enum Format { Commas, Semicolons, Workbook };
 enum Decimal { Point, Comma };
-enum Clock { Local, Utc };
 
 /// Where no trend shows any.
 MomentSpan lastDay()
@@ -30,7 +29,7 @@ MomentSpan lastDay()
 }  // namespace
 
 ExportRecordsDialog::ExportRecordsDialog(std::vector<Source> sources, const std::optional<Span>& visible,
-                                         QWidget* parent)
+                                         QWidget* parent, const Zones& zones)
     : QDialog(parent),
       m_sources(std::move(sources)),
       m_visible(visible),
@@ -42,7 +41,8 @@ ExportRecordsDialog::ExportRecordsDialog(std::vector<Source> sources, const std:
       m_decimal(new QComboBox(this)),
       m_clock(new QComboBox(this)),
       m_properties(new PropertyChoice(this)),
-      m_guard(new QCheckBox(tr("Put an &apostrophe before names that look like formulas"), this))
+      m_guard(new QCheckBox(tr("Put an &apostrophe before names that look like formulas"), this)),
+      m_qualities(new QCheckBox(tr("Write in a column &beside each which values are good"), this))
 {
     setWindowTitle(tr("Export Records"));
     for (const Source& source : m_sources)
@@ -50,7 +50,7 @@ ExportRecordsDialog::ExportRecordsDialog(std::vector<Source> sources, const std:
     m_format->addItems(
         {tr("Text, comma-separated (.csv)"), tr("Text, semicolon-separated (.csv)"), tr("Spreadsheet (.xlsx)")});
     m_decimal->addItems({QStringLiteral("1.5"), QStringLiteral("1,5")});
-    m_clock->addItems({tr("Local time (%1)").arg(QString::fromLatin1(QTimeZone::systemTimeZoneId())), tr("UTC")});
+    offerClocks(zones);
     auto* spans = new QButtonGroup(this);  // the buttons stand in two widgets, and only one of them counts
     for (QRadioButton* button : {m_all, m_shown, &m_chosen->button()})
         spans->addButton(button);
@@ -60,6 +60,8 @@ ExportRecordsDialog::ExportRecordsDialog(std::vector<Source> sources, const std:
     connect(m_format, &QComboBox::currentIndexChanged, this, &ExportRecordsDialog::adjust);
     connect(m_source, &QComboBox::currentIndexChanged, this, &ExportRecordsDialog::offerProperties);
     connect(m_properties, &PropertyChoice::tickedChanged, this, &ExportRecordsDialog::adjust);
+    connect(m_clock, &QComboBox::currentIndexChanged, this, [this] { m_chosen->sayBy(zone()); });
+    m_chosen->sayBy(zone());
     offerProperties();
     // A locale with a decimal comma has spreadsheets that expect semicolons.
     if (QLocale().decimalPoint() == QLatin1String(","))
@@ -80,11 +82,36 @@ void ExportRecordsDialog::buildRows()
     rows->addRow(tr("&Decimal sign:"), m_decimal);
     rows->addRow(tr("&Times:"), m_clock);
     rows->addRow(QString(), m_guard);
+    rows->addRow(QString(), m_qualities);
+    m_qualities->setObjectName(QStringLiteral("qualities"));
+    m_qualities->setToolTip(tr("Values that are not valid are then written too, and an import reads back both. "
+                               "Otherwise they are left empty."));
     auto* buttons = new QDialogButtonBox(QDialogButtonBox::Cancel, this);
     m_export = buttons->addButton(tr("&Export…"), QDialogButtonBox::AcceptRole);
     rows->addRow(buttons);
     connect(buttons, &QDialogButtonBox::accepted, this, &QDialog::accept);
     connect(buttons, &QDialogButtonBox::rejected, this, &QDialog::reject);
+}
+
+/// An item's data is its zone's name; of the user's own it is empty.
+void ExportRecordsDialog::offerClocks(const Zones& zones)
+{
+    m_clock->addItem(tr("Local time (%1)").arg(QString::fromLatin1(QTimeZone::systemTimeZoneId())), QByteArray());
+    m_clock->addItem(tr("UTC"), QByteArrayLiteral("UTC"));
+    const auto offer = [this](const QTimeZone& zone, const QString& text) {
+        if (zone.isValid() && m_clock->findData(zone.id()) < 0)
+            m_clock->addItem(text.arg(QString::fromLatin1(zone.id())), zone.id());
+    };
+    offer(zones.trend, tr("The trend's clocks (%1)"));
+    offer(zones.site, tr("The site's clocks (%1)"));
+    if (zones.trend.isValid())
+        m_clock->setCurrentIndex(m_clock->findData(zones.trend.id()));
+}
+
+QTimeZone ExportRecordsDialog::zone() const
+{
+    const QByteArray name = m_clock->currentData().toByteArray();
+    return name.isEmpty() ? QTimeZone() : QTimeZone(name);
 }
 
 std::size_t ExportRecordsDialog::source() const
@@ -123,10 +150,11 @@ std::optional<ExportRecordsDialog::Span> ExportRecordsDialog::span() const
 ExportForm ExportRecordsDialog::form() const
 {
     ExportForm form;
-    form.clock = m_clock->currentIndex() == Utc ? ExportForm::Clock::Utc : ExportForm::Clock::Local;
+    setClock(form, zone());
     form.delimiter = m_format->currentIndex() == Semicolons ? ';' : ',';
     form.decimalSign = m_decimal->currentIndex() == Comma ? ',' : '.';
     form.guardsFormulas = m_guard->isChecked();
+    form.withQualities = m_qualities->isChecked();
     return form;
 }
 

@@ -26,9 +26,16 @@ public:
         std::vector<PropertyChoice::Property> properties;
     };
 
+    /// The clocks that times may be said by, beside the user's and UTC; an invalid one: nobody has said.
+    struct Zones {
+        QTimeZone trend;  ///< is chosen first
+        QTimeZone site;
+    };
+
     /// `visible` is the span that the trend in front shows, if there is one. Without it all records are chosen. The
     /// first source is chosen. Requires: there is one.
-    ExportRecordsDialog(std::vector<Source> sources, const std::optional<Span>& visible, QWidget* parent = nullptr);
+    ExportRecordsDialog(std::vector<Source> sources, const std::optional<Span>& visible, QWidget* parent = nullptr,
+                        const Zones& zones = {});
 
     std::size_t source() const;                                                     ///< its position
     std::vector<std::size_t> properties() const { return m_properties->ticked(); }  ///< of the source
@@ -47,6 +54,8 @@ private:
     void adjust();
     void offerProperties();
     void buildRows();
+    void offerClocks(const Zones& zones);
+    QTimeZone zone() const;
 
     std::vector<Source> m_sources;
     std::optional<Span> m_visible;
@@ -55,7 +64,7 @@ private:
     SpanChoice* m_chosen;
     QComboBox *m_source, *m_format, *m_decimal, *m_clock;
     PropertyChoice* m_properties;
-    QCheckBox* m_guard;
+    QCheckBox *m_guard, *m_qualities;
     QPushButton* m_export = nullptr;
     bool m_wasWorkbook = false;
 };

@@ -14,29 +14,32 @@ namespace {
 
 constexpr int kTextWidth = 460;  // points
 
-QDateTime timeOf(double seconds)
+QString textOf(double seconds, const QTimeZone& zone)
 {
-    return QDateTime::fromMSecsSinceEpoch(static_cast<qint64>(seconds * 1000));
+    const auto millis = static_cast<qint64>(seconds * 1000);
+    return QLocale().toString(zone.isValid() ? QDateTime::fromMSecsSinceEpoch(millis, zone)
+                                             : QDateTime::fromMSecsSinceEpoch(millis),
+                              QLocale::ShortFormat);
 }
 
-QString textOf(const MomentSpan& span)
+QString textOf(const MomentSpan& span, const QTimeZone& zone)
 {
-    const QLocale locale;
-    return QStringLiteral("%1 – %2").arg(locale.toString(timeOf(span.first), QLocale::ShortFormat),
-                                         locale.toString(timeOf(span.second), QLocale::ShortFormat));
+    return QStringLiteral("%1 – %2").arg(textOf(span.first, zone), textOf(span.second, zone));
 }
 
 }  // namespace
 
 SaveCaseDialog::SaveCaseDialog(const QString& trend, const MomentSpan& visible, const std::optional<MomentSpan>& marked,
-                               QWidget* parent)
+                               QWidget* parent, const QTimeZone& zone)
     : QDialog(parent),
       m_visible(visible),
       m_marked(marked),
-      m_shown(new QRadioButton(tr("What is &visible: %1").arg(textOf(visible)), this)),
-      m_between(new QRadioButton(marked ? tr("From &A to B: %1").arg(textOf(*marked)) : tr("From &A to B"), this)),
+      m_shown(new QRadioButton(tr("What is &visible: %1").arg(textOf(visible, zone)), this)),
+      m_between(
+          new QRadioButton(marked ? tr("From &A to B: %1").arg(textOf(*marked, zone)) : tr("From &A to B"), this)),
       m_chosen(new SpanChoice(marked.value_or(visible), this))
 {
+    m_chosen->sayBy(zone);
     setWindowTitle(tr("Save as Case"));
     auto* rows = new QVBoxLayout(this);
     auto* what = new QLabel(tr("A case is a site of its own, with “%1”, its records, limits and notes of this span and "

@@ -2,6 +2,7 @@
 
 #include "hostapp/window/SpanChoice.h"
 
+#include <QtCore/QTimeZone>
 #include <QtWidgets/QDialog>
 
 class QRadioButton;
@@ -12,9 +13,10 @@ namespace plotix {
 class SaveCaseDialog : public QDialog {
     Q_OBJECT
 public:
-    /// The marked span is chosen where there is one, else the visible one.
+    /// The marked span is chosen where there is one, else the visible one. Times are by the clocks of `zone`; an
+    /// invalid one is the user's.
     SaveCaseDialog(const QString& trend, const MomentSpan& visible, const std::optional<MomentSpan>& marked,
-                   QWidget* parent = nullptr);
+                   QWidget* parent = nullptr, const QTimeZone& zone = {});
 
     MomentSpan span() const;
     void chooseSpan(const MomentSpan& span) { m_chosen->choose(span); }

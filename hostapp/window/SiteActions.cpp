@@ -151,9 +151,9 @@ void buildViewMenu(QMainWindow* window, SiteActions& actions)
     // Each stands for a held key, and only one key counts at a time: at most one action is on.
     auto* group = new QActionGroup(window);
     group->setExclusionPolicy(QActionGroup::ExclusionPolicy::ExclusiveOptional);
-    actions.zoomTimeOnly = addAction(menu, SiteMenus::tr("Zoom &Time Only"), QKeySequence(Qt::CTRL | Qt::Key_T));
+    actions.zoomTimeOnly = addAction(menu, SiteMenus::tr("Zoom Time Onl&y"), QKeySequence(Qt::CTRL | Qt::Key_T));
     actions.zoomValuesOnly =
-        addAction(menu, SiteMenus::tr("Zoom &Values Only"), QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_T));
+        addAction(menu, SiteMenus::tr("Zoom Val&ues Only"), QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_T));
     for (QAction* action : {actions.zoomTimeOnly, actions.zoomValuesOnly}) {
         action->setCheckable(true);
         group->addAction(action);

@@ -6,14 +6,20 @@
 #include "hostapp/window/DesktopUserInterface.h"
 #include "hostapp/window/EmptyStateView.h"
 #include "hostapp/window/ListRowDelegate.h"
+#include "hostapp/window/LiveControls.h"
+#include "hostapp/window/PlugInToolbar.h"
 #include "hostapp/window/PropertyHistory.h"
 #include "hostapp/window/PropertyListModel.h"
 #include "hostapp/window/PropertyListView.h"
+#include "hostapp/window/RecordingIndicator.h"
 #include "hostapp/window/Regions.h"
+#include "hostapp/window/SiteDrops.h"
 #include "hostapp/window/SiteEditor.h"
-#include "hostapp/window/SiteRecording.h"
 #include "hostapp/window/TrendHistory.h"
+#include "hostapp/window/TrendKeys.h"
 #include "hostapp/window/TrendOutputs.h"
+#include "hostapp/window/WebAddressBar.h"
+#include "hostapp/window/WebSwitch.h"
 #include "hostapp/window/importing/ImportSequence.h"
 
 #include <QtCore/QDeadlineTimer>
@@ -39,12 +45,11 @@ SiteWindow::SiteWindow(std::shared_ptr<SiteDocument> document, const WindowServi
       m_properties(std::make_unique<PropertyListModel>(m_controller->siteDocument()))
 {
     setObjectName(QStringLiteral("siteWindow"));
-    setAcceptDrops(true);
     m_controller->setWindow(this);
     const int unreadable = m_controller->loadPlugIns();
     m_actions = buildSiteMenus(this, &m_undoStack);
     buildLayout();
-    buildToolbar();
+    addToolBar(Qt::TopToolBarArea, new PlugInToolbar(*m_controller, this));
     connectLists();
     connectFileActions();
     connectOtherActions();
@@ -52,8 +57,9 @@ SiteWindow::SiteWindow(std::shared_ptr<SiteDocument> document, const WindowServi
     makeEditor();
     connectImporting();
     connectWindowActions();
-    connectLiveActions();
-    connectWebActions();
+    makeLiveControls();
+    makeWebSwitch();
+    m_trendKeys = std::make_unique<TrendKeys>([this] { return trendInFront(); });
     restoreWindow();
     m_storeTimer.start(kStoreInterval);
     if (unreadable > 0)
@@ -62,14 +68,16 @@ SiteWindow::SiteWindow(std::shared_ptr<SiteDocument> document, const WindowServi
 
 SiteWindow::~SiteWindow()
 {
-    stopServing();
+    m_trendKeys.reset();
+    m_web->stop();  // before anything of the window ends: browsers' requests ask its plug-ins
     m_storeTimer.stop();
     m_importing.reset();
-    m_recording.reset();
+    m_live.reset();
+    m_drops.reset();
     // The plug-ins take their views out of the stack, so they are released while it still exists.
     disconnect(m_trendList->selectionModel(), nullptr, this, nullptr);
     disconnect(qApp, nullptr, this, nullptr);
-    disconnect(m_controller.get(), nullptr, this, nullptr);
+    m_controller->disconnect();
     disconnect(&m_controller->follower(), nullptr, this, nullptr);
     m_trendList->setModel(nullptr);
     m_propertyView->setModel(nullptr);
@@ -145,10 +153,36 @@ void SiteWindow::buildLayout()
     connect(statusBar(), &QStatusBar::messageChanged, this, &SiteWindow::showStatusBarIfNeeded);
 }
 
+void SiteWindow::makeWebSwitch()
+{
+    auto* address = new WebAddressBar(this);
+    statusBar()->addPermanentWidget(address);  // which shows it; the switch hides it again
+    m_web = std::make_unique<WebSwitch>(*m_controller, m_services.webServing, m_actions, address);
+    connect(m_web.get(), &WebSwitch::addressShown, this, &SiteWindow::showStatusBarIfNeeded);
+    connect(m_web.get(), &WebSwitch::failed, this,
+            [this](const QString& message, const QString& text) { showAlert(message, text); });
+    showStatusBarIfNeeded();
+}
+
+void SiteWindow::makeLiveControls()
+{
+    m_live = std::make_unique<LiveControls>(
+        LiveControls::Surroundings{*m_controller, m_actions, [this] { return trendInFront(); }, this});
+    statusBar()->addPermanentWidget(m_live->indicator());
+    m_live->indicator()->hide();  // adding it to the status bar has shown it
+    connect(m_live.get(), &LiveControls::switched, this, &SiteWindow::showStatusBarIfNeeded);
+    connect(m_live.get(), &LiveControls::followingChanged, this, &SiteWindow::updateActions);
+    connect(m_live.get(), &LiveControls::told, this,
+            [this](const QString& message) { statusBar()->showMessage(message); });
+    connect(m_live.get(), &LiveControls::failed, this,
+            [this](const QString& message, const QString& text) { showAlert(message, text); });
+    m_live->beginAgain();
+}
+
 void SiteWindow::showStatusBarIfNeeded()
 {
-    statusBar()->setVisible(!statusBar()->currentMessage().isEmpty() || m_actions.serveOnWeb->isChecked() ||
-                            (m_recording && m_recording->isOn()));
+    statusBar()->setVisible(!statusBar()->currentMessage().isEmpty() || (m_web && m_web->isOn()) ||
+                            (m_live && m_live->isRecording()));
 }
 
 void SiteWindow::connectLists()
@@ -184,8 +218,9 @@ void SiteWindow::connectLists()
                     return;
                 last = message;
                 quiet.setRemainingTime(std::chrono::minutes(1));
-                showAlert(failure == RecordFailure::NotComputed ? tr("A property could not be computed")
-                                                                : tr("The records could not be shown"),
+                showAlert(failure == RecordFailure::NotComputed   ? tr("A property could not be computed")
+                          : failure == RecordFailure::NotUnpacked ? tr("Some records could not be read")
+                                                                  : tr("The records could not be shown"),
                           message);
             });
     const auto showName = [this, document] {

@@ -4,6 +4,7 @@
 #include "hostapp/site/FigureRecipe.h"
 #include "hostapp/window/SiteActions.h"
 #include "hostapp/window/SiteWindowController.h"
+#include "hostapp/window/WindowServices.h"
 #include "plugins/PlotixPlugIn/host/KTVHelpManager.h"
 #include "plugins/PlotixPlugIn/host/KTVUserInterface.h"
 
@@ -22,28 +23,18 @@ class QVBoxLayout;
 namespace plotix {
 
 class AnnotationAsking;
-class DesktopUserInterface;
 class EmptyStateView;
-class GatheringToolbar;
 class ImportSequence;
+class LiveControls;
 class PropertyHistory;
 class PropertyListModel;
 class PropertyListView;
-class RecordingIndicator;
+class SiteDrops;
 class SiteEditor;
-class SiteRecording;
 class TrendHistory;
+class TrendKeys;
 class TrendOutputs;
-class WebAddressBar;
-class WebServing;
-
-/// What site windows share with the rest of the program. All *borrowed*.
-struct WindowServices {
-    KTVPlugInModule* module = nullptr;
-    DesktopUserInterface* userInterface = nullptr;
-    KTVHelpManager* helpManager = nullptr;
-    WebServing* webServing = nullptr;  ///< null: the program has none
-};
+class WebSwitch;
 
 /// One site on the screen: its trends and properties at the left, the selected trend at the right.
 ///
@@ -56,10 +47,9 @@ struct WindowServices {
 ///   storing, and opening as it was left    SiteWindow_Memory.cpp
 ///   recent sites, the other windows        SiteWindow_Windows.cpp
 ///   views of links and figures             SiteWindow_Views.cpp
-///   importing, dropping files              SiteWindow_Import.cpp
-///   recording this computer, following     SiteWindow_Live.cpp
-///   the plug-ins' buttons                  SiteWindow_Toolbar.cpp
-///   showing the site to web browsers       SiteWindow_Web.cpp
+///   importing, files that are dropped      SiteWindow_Import.cpp
+///
+/// Recording and following are in LiveControls, the web in WebSwitch, drags in SiteDrops, outputs in TrendOutputs.
 class SiteWindow : public QMainWindow {
     Q_OBJECT
 public:
@@ -106,28 +96,19 @@ signals:
 protected:
     void showEvent(QShowEvent* event) override;
     void closeEvent(QCloseEvent* event) override;
-    void dragEnterEvent(QDragEnterEvent* event) override;
-    void dropEvent(QDropEvent* event) override;
 
 private:
-    /// What a drag brings to be shown in a trend of another agent; none on a site that may only be looked at.
-    std::vector<std::shared_ptr<SiteProperty>> droppedProperties(const QMimeData* dragged) const;
-    void dropProperties(const QDropEvent& event);
-
     // Layout and selection.
     void buildLayout();
     QWidget* makeSection(const QString& title, QWidget* content);
     void connectLists();
     void showSelection();
     void showEmptyState();
+    void makeWebSwitch();
+    void makeLiveControls();
     void showStatusBarIfNeeded();
     void showPlugInView(const KTVPlugInPtr& plugIn);
     void emptyStateButtonPressed(int button);
-
-    // Toolbar.
-    void buildToolbar();
-    void fillToolbar();
-    QAction* namedToolbarItem(const KTVPlugIn& plugIn, QAction* item);
 
     // Menus.
     void connectFileActions();
@@ -168,22 +149,9 @@ private:
     void fillWindowMenu();
     void equipSeparateWindow(const KTVPlugInPtr& plugIn);
 
-    // Live records.
-    void connectLiveActions();
-    void updateLiveActions(const QString& noTrend);
-    void recordComputer(bool on);
-    bool mayEndRecording();
-    void follow(QAction* span);
-    void addFirstLiveTrend(const std::shared_ptr<SiteAgent>& agent);
-
-    // Web.
-    void connectWebActions();
-    void serveOnWeb(bool on);
-    void showWebAddress(const QString& address);
-    void stopServing();
-
     // Import.
     void connectImporting();
+    void takeFiles(const QStringList& files);
     void showImported(const ImportSummary& summary);
     void addFirstTrend(const ImportSummary& summary);
 
@@ -199,7 +167,10 @@ private:
     std::unique_ptr<AnnotationAsking> m_annotationAsking;
     std::unique_ptr<TrendOutputs> m_outputs;
     std::unique_ptr<ImportSequence> m_importing;
-    std::unique_ptr<SiteRecording> m_recording;
+    std::unique_ptr<SiteDrops> m_drops;
+    std::unique_ptr<LiveControls> m_live;
+    std::unique_ptr<WebSwitch> m_web;
+    std::unique_ptr<TrendKeys> m_trendKeys;
     QTimer m_storeTimer;
     QString m_lastStoringFailure;
     bool m_asksBeforeClosing = true;
@@ -212,10 +183,7 @@ private:
     QListView* m_trendList = nullptr;
     PropertyListView* m_propertyView = nullptr;
     QStackedWidget* m_stack = nullptr;
-    GatheringToolbar* m_toolbar = nullptr;
     EmptyStateView* m_emptyState = nullptr;
-    WebAddressBar* m_webAddress = nullptr;
-    RecordingIndicator* m_recordingIndicator = nullptr;
 };
 
 enum class Closing {

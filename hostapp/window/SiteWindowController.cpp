@@ -1,5 +1,7 @@
 #include "hostapp/window/SiteWindowController.h"
 
+#include "hostapp/window/Appearance.h"
+
 #include <algorithm>
 
 namespace plotix {
@@ -82,6 +84,11 @@ void SiteWindowController::closeSeparateWindows()
 void SiteWindowController::publishWindowControllers()
 {
     siteDocument()->setWindowControllers({m_separateWindows.begin(), m_separateWindows.end()});
+}
+
+QString SiteWindowController::lookOfNewTrends() const
+{
+    return lookOfGraphs();
 }
 
 void SiteWindowController::letGo(const KTVPlugInPtr& plugIn)

@@ -35,6 +35,7 @@ signals:
 
 protected:
     void letGo(const KTVPlugInPtr& plugIn) override;
+    QString lookOfNewTrends() const override;
     void showInPlaceOf(const KTVPlugInPtr& old, const KTVPlugInPtr& fresh) override;
 
 private:

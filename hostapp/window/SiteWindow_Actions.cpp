@@ -12,11 +12,13 @@
 #include "hostapp/window/AppearanceMenu.h"
 #include "hostapp/window/DesktopUserInterface.h"
 #include "hostapp/window/EmptyStateView.h"
+#include "hostapp/window/LiveControls.h"
 #include "hostapp/window/PropertyListModel.h"
 #include "hostapp/window/PropertyListView.h"
 #include "hostapp/window/Regions.h"
 #include "hostapp/window/ReportChoice.h"
 #include "hostapp/window/SiteDetailsDialog.h"
+#include "hostapp/window/SiteEditor.h"
 #include "hostapp/window/TrendOutputs.h"
 #include "hostapp/window/importing/ImportSequence.h"
 #include "records/store/RecordStore.h"
@@ -33,14 +35,45 @@
 #include <QtWidgets/QStackedWidget>
 #include <QtWidgets/QStatusBar>
 
+#include <algorithm>
+
 namespace plotix {
 
 namespace {
 constexpr int kToldTime = 10'000;  // milliseconds
 
+/// Properties of one name are wanted beside each other, in the trend of the first source: then those of the others are
+/// taken out and answered.
+std::vector<std::shared_ptr<SiteProperty>> takenBesideTheFirst(std::vector<PropertyListModel::Ticked>& wanted)
+{
+    std::vector<std::shared_ptr<SiteProperty>> others;
+    if (wanted.size() < 2)
+        return others;
+    const KTVPropertyList& first = wanted.front().properties;
+    const auto isOfOneName = [&first](const KTVPropertyPtr& property) {
+        return std::any_of(first.begin(), first.end(),
+                           [&](const KTVPropertyPtr& each) { return each->name() == property->name(); });
+    };
+    bool areTogether = true;
+    for (auto each = wanted.begin() + 1; each != wanted.end(); ++each) {
+        areTogether = areTogether && std::any_of(each->properties.begin(), each->properties.end(), isOfOneName);
+        for (const KTVPropertyPtr& property : each->properties)
+            others.push_back(std::dynamic_pointer_cast<SiteProperty>(property));
+    }
+    if (!areTogether)
+        return {};
+    wanted.resize(1);
+    return others;
+}
+
 bool isTextField(const QWidget* widget)
 {
     return qobject_cast<const QLineEdit*>(widget) || qobject_cast<const QAbstractSpinBox*>(widget);
+}
+
+TrendSpan spanFrom(const std::optional<std::pair<double, double>>& range)
+{
+    return range ? TrendSpan(std::pair(Date{range->first}, Date{range->second})) : std::nullopt;
 }
 
 constexpr auto kSiteFilter = QT_TRANSLATE_NOOP("plotix::SiteWindow", "Plotix sites (*.plotix)");
@@ -143,7 +176,8 @@ void SiteWindow::updateActions()
     showReadingActions(m_actions.view, m_actions.readingEnd, readingActions(selectedPlugIn().get()));
     updateTrendActions(selectedPlugIn() ? QString() : tr("Select a trend first."));
     updateEditingActions();
-    updateLiveActions(noTrend);
+    if (m_live)  // not while the window is made or destroyed
+        m_live->update(noTrend);
     setUnavailableReason(m_actions.newTrend,
                          m_properties->ticked().empty() ? tr("Tick properties in the list first.") : QString());
     QString noImport = readOnly ? tr("This site may only be looked at.") : QString();
@@ -207,17 +241,24 @@ void SiteWindow::newTrend()
     const auto& agents = m_controller->siteDocument()->agents();
     if (wanted.empty() && !agents.empty())
         wanted.push_back({agents.front(), agents.front()->properties().objects()});
+    const std::vector<std::shared_ptr<SiteProperty>> others = takenBesideTheFirst(wanted);
+    const KTVPlugInPtr beside = selectedPlugIn();
+    const TrendSpan shown = spanFrom(shownRange(beside.get()));
+    const QVariantMap chosen = reading(beside.get()).value_or(QVariantMap());
     for (const auto& [agent, properties] : wanted) {
         try {
             const auto extent = m_controller->siteDocument()->records()->extent(agent->id());
             const auto last = extent ? std::optional(extent->last) : std::nullopt;
-            m_controller->newTrend(agent, planChosenTrend(properties, last));
+            const TrendSpan records = extent ? spanFrom(std::pair(extent->first, extent->last)) : std::nullopt;
+            m_controller->newTrend(agent, planBeside(planChosenTrend(properties, last), shown, chosen, records));
         } catch (const ReportableError& error) {
             showAlert(tr("The trend could not be made"), error.message());
             return;
         }
     }
     m_properties->untickAll();
+    if (!others.empty())
+        m_editor->addToTrend(selectedPlugIn(), others);
 }
 
 /// The key belongs to whatever has the focus, such as a text field or a list; elsewhere a trend copies its table.

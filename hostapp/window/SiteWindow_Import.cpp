@@ -9,29 +9,13 @@
 #include "hostapp/core/OutputFile.h"
 #include "hostapp/site/NewTrend.h"
 #include "hostapp/window/DesktopUserInterface.h"
+#include "hostapp/window/SiteDrops.h"
 #include "hostapp/window/SiteEditor.h"
 #include "hostapp/window/importing/ImportSequence.h"
-#include "plugins/PlotixPlugIn/host/KTVDragData.h"
-
-#include <QtCore/QFileInfo>
-#include <QtCore/QMimeData>
-#include <QtGui/QDropEvent>
 
 namespace plotix {
 
 namespace {
-
-/// The local files of a drag; none when one of them is no file.
-QStringList droppedFiles(const QMimeData* data)
-{
-    QStringList files;
-    for (const QUrl& url : data->hasUrls() ? data->urls() : QList<QUrl>()) {
-        if (!QFileInfo(url.toLocalFile()).isFile())
-            return {};
-        files << url.toLocalFile();
-    }
-    return files;
-}
 
 bool isSite(const QString& file)
 {
@@ -50,6 +34,9 @@ void SiteWindow::connectImporting()
     connect(importing, &ImportSequence::stored, this, &SiteWindow::showImported);
     connect(importing, &ImportSequence::told, this, &SiteWindow::tell);
     connect(importing, &ImportSequence::ended, this, &SiteWindow::importEnded);
+    m_drops = std::make_unique<SiteDrops>(
+        SiteDrops::Surroundings{this, *m_controller, *m_editor, m_trendList, [this] { return trendsOnScreen(); }});
+    connect(m_drops.get(), &SiteDrops::filesDropped, this, &SiteWindow::takeFiles);
 }
 
 void SiteWindow::askAndImportAll(const QStringList& files)
@@ -85,59 +72,16 @@ void SiteWindow::addFirstTrend(const ImportSummary& summary)
     m_controller->newTrend(agent, planFirstTrend(TrendOccasion::Imported, *agent, imported, extents));
 }
 
-void SiteWindow::dragEnterEvent(QDragEnterEvent* event)
+void SiteWindow::takeFiles(const QStringList& files)
 {
-    if (!droppedFiles(event->mimeData()).isEmpty() || !droppedProperties(event->mimeData()).empty())
-        event->acceptProposedAction();
-}
-
-// Where a trend takes properties itself, since they are its own agent's, the window is not asked.
-std::vector<std::shared_ptr<SiteProperty>> SiteWindow::droppedProperties(const QMimeData* dragged) const
-{
-    std::vector<std::shared_ptr<SiteProperty>> dropped;
-    if (m_controller->siteDocument()->isReadOnly())
-        return dropped;
-    for (const auto& agent : m_controller->siteDocument()->agents()) {
-        const auto keys = propertyNamesFromDragData(dragged->data(agent->uniqueIdentifier())).value_or(QStringList());
-        for (const auto& property : agent->siteProperties())
-            if (keys.contains(property->propertyName()))
-                dropped.push_back(property);
-    }
-    return dropped;
-}
-
-void SiteWindow::dropProperties(const QDropEvent& event)
-{
-    const auto properties = droppedProperties(event.mimeData());
-    for (const KTVPlugInPtr& trend : trendsOnScreen()) {
-        QWidget* view = trend->view();
-        const QPoint place = view->mapFromGlobal(mapToGlobal(event.position().toPoint()));
-        if (properties.empty() || view->window() != this || !view->rect().contains(place))
-            continue;
-        // Posted: the window waits for the site to be written, and the drag would wait with it.
-        QTimer::singleShot(0, m_editor.get(), [this, trend, properties] { m_editor->addToTrend(trend, properties); });
-    }
-}
-
-void SiteWindow::dropEvent(QDropEvent* event)
-{
-    const QStringList files = droppedFiles(event->mimeData());
-    if (files.isEmpty() && droppedProperties(event->mimeData()).empty())
-        return;
-    event->acceptProposedAction();
-    if (files.isEmpty())
-        return dropProperties(*event);
-    // Posted: a dialog inside the drop would hold the program the files come from.
-    QTimer::singleShot(0, this, [this, files] {
-        QStringList measurements;
-        for (const QString& file : files)
-            if (isSite(file))
-                emit openSiteRequested(file);
-            else if (!openFigure(file))
-                measurements << file;
-        if (!measurements.isEmpty())
-            askAndImportAll(measurements);
-    });
+    QStringList measurements;
+    for (const QString& file : files)
+        if (isSite(file))
+            emit openSiteRequested(file);
+        else if (!openFigure(file))
+            measurements << file;
+    if (!measurements.isEmpty())
+        askAndImportAll(measurements);
 }
 
 }  // namespace plotix

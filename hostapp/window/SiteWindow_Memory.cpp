@@ -8,6 +8,7 @@
 
 #include "base/ReportableError.h"
 #include "hostapp/core/Defaults.h"
+#include "hostapp/window/LiveControls.h"
 #include "hostapp/window/SiteEditor.h"
 
 #include <QtCore/QSettings>
@@ -128,7 +129,7 @@ void SiteWindow::closeEvent(QCloseEvent* event)
                 static_cast<Qt::ConnectionType>(Qt::QueuedConnection | Qt::SingleShotConnection));
         return;
     }
-    if (!mayEndRecording()) {
+    if (m_asksBeforeClosing && isVisible() && m_live && !m_live->mayEnd()) {
         event->ignore();
         return;
     }

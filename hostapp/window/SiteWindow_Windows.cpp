@@ -97,7 +97,7 @@ void SiteWindow::fillRecentMenu()
         connect(action, &QAction::triggered, this, [this, path] { emit openSiteRequested(path); });
     }
     if (menu->isEmpty()) {
-        setUnavailableReason(menu->addAction(tr("No Recent Sites")), tr("Sites you open are listed here."));
+        setUnavailableReason(menu->addAction(tr("&No Recent Sites")), tr("Sites you open are listed here."));
         return;
     }
     menu->addSeparator();

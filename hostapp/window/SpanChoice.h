@@ -4,12 +4,14 @@
 
 #include <QtWidgets/QWidget>
 
-class QDateTimeEdit;
 class QRadioButton;
+class QTimeZone;
 
 /// A row of a dialog that asks for a span: the button that chooses it, and its two times, which can be changed while it
 /// is chosen. A day of the calendar is meant from its beginning to its end. Main thread only.
 namespace plotix {
+
+class MomentEdit;
 
 class SpanChoice : public QWidget {
     Q_OBJECT
@@ -20,14 +22,13 @@ public:
     bool isChosen() const;
     MomentSpan span() const;  ///< as it stands in the fields; may be reversed
     void choose(const MomentSpan& span);
-    void askAgain();  ///< leads to the end, for a span that is reversed
+    void sayBy(const QTimeZone& zone);  ///< by its clocks; an invalid one is the user's
+    void askAgain();                    ///< leads to the end, for a span that is reversed
 
 private:
-    void show(const MomentSpan& span);
-
     // All owned by the widget.
     QRadioButton* m_button;
-    QDateTimeEdit *m_from, *m_to;
+    MomentEdit *m_from, *m_to;
 };
 
 }  // namespace plotix

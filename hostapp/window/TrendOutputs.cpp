@@ -3,6 +3,7 @@
 #include "base/ReportableError.h"
 #include "hostapp/site/PlugInOperations.h"
 #include "hostapp/site/ShownTrend.h"
+#include "hostapp/site/TrendZone.h"
 #include "hostapp/window/DesktopUserInterface.h"
 #include "hostapp/window/ExportPictureDialog.h"
 #include "hostapp/window/ExportRecordsDialog.h"
@@ -116,7 +117,8 @@ void TrendOutputs::exportRecords()
     const Agents agents = agentsToExport(*document, trend);
     if (agents.empty())
         return;
-    ExportRecordsDialog dialog(sourcesOf(agents, trend), shownRange(trend.get()), m_around.windowInFront());
+    ExportRecordsDialog dialog(sourcesOf(agents, trend), shownRange(trend.get()), m_around.windowInFront(),
+                               {zoneOfTrend(trend.get()), document->zone()});
     if (dialog.exec() != QDialog::Accepted)
         return;
     const auto agent = agents[dialog.source()];

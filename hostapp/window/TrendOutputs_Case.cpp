@@ -5,6 +5,7 @@
 #include "base/ReportableError.h"
 #include "hostapp/site/ShownTrend.h"
 #include "hostapp/site/TrendCase.h"
+#include "hostapp/site/TrendZone.h"
 #include "hostapp/window/DesktopUserInterface.h"
 #include "hostapp/window/OutputWords.h"
 #include "hostapp/window/SaveCaseDialog.h"
@@ -23,7 +24,7 @@ void TrendOutputs::saveCase()
     if (!shown.from || !shown.to)
         return alert(tr("There is no case to save"), tr("The trend shows no graph yet. Refresh it."));
     SaveCaseDialog dialog(titleOf(*trend), {shown.from->seconds, shown.to->seconds}, markedSpan(trend.get()),
-                          m_around.windowInFront());
+                          m_around.windowInFront(), zoneOfTrend(trend.get()));
     if (dialog.exec() != QDialog::Accepted)
         return;
     if (const auto path = m_around.userInterface.askWhereToSave({QStringLiteral("plotix")}, titleOf(*trend)))

@@ -5,6 +5,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <utility>
 
 // Everything is reckoned in (along the axis, outward from its line); AxisFrame turns it into the picture's coordinates,
 // and is the only one to know at which of the four edges the axis stands.
@@ -167,8 +168,10 @@ private:
         if (ticks.empty())
             return labels;
         double multiple = multipleFor({labelAt(ticks.front().value), labelAt(ticks.back().value)});
+        TickPlan ofTwo = m_plan;  // the coarsest with two ticks
         for (;;) {
             while (multiple > 1 && m_plan.origin == 0 && !isFixed() && ticks.size() > 2) {
+                ofTwo = m_plan;
                 m_plan = coarserPlan(m_plan);  // automatic ticks: only as many as have room for a label
                 ticks = majorTicks(m_plan, m_in.along);
                 multiple = ticks.empty() ? 1 : multipleFor({labelAt(ticks.front().value), labelAt(ticks.back().value)});
@@ -182,7 +185,25 @@ private:
         std::erase_if(labels, [this](const AxisLabel& label) {
             return label.text.isEmpty() || !m_in.rectangle.contains(label.box);
         });
+        if (labels.size() < 2 && !m_frame.isX() && m_axis.labelingPolicy() == CPTAxisLabelingPolicy::Automatic)
+            labelOuterTicks(ofTwo, labels);
         return m_plan.calendarRow ? withoutOverlaps(std::move(labels)) : labels;
+    }
+
+    /// A single number says nothing of a scale: where every second tick of a low axis has room for its label, and only
+    /// one of them stands in it, the outer ticks are labelled instead, if they are clear of each other.
+    void labelOuterTicks(const TickPlan& plan, std::vector<AxisLabel>& labels)
+    {
+        const TickPlan before = std::exchange(m_plan, plan);
+        std::vector<AxisLabel> outer;
+        for (const MajorTick& tick : majorTicks(m_plan, m_in.along))
+            if (AxisLabel label = labelAt(tick.value); m_in.rectangle.contains(label.box) && !label.text.isEmpty())
+                outer.push_back(std::move(label));
+        if (outer.size() < 2 || outer.front().box.intersects(outer.back().box)) {
+            m_plan = before;
+            return;
+        }
+        labels = {outer.front(), outer.back()};
     }
 
     /// Where clocks are put forward ticks stand closer together than elsewhere.

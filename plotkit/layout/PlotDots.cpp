@@ -3,6 +3,7 @@
 #include "plotkit/layout/AxisMapping.h"
 #include "plotkit/layout/BinKernels.h"
 #include "plotkit/model/CPTSeriesIndex.h"
+#include "plotkit/model/SeriesReading.h"
 
 #include <algorithm>
 #include <cmath>
@@ -34,11 +35,31 @@ bool isPointAt(const CPTPointSeries& series, std::size_t element)
 class ColumnMarker {
 public:
     ColumnMarker(const CPTPointSeries& series, const ValueScale& cellOf, std::size_t rows)
-        : m_series(series), m_cellOf(cellOf), m_rows(static_cast<std::int64_t>(rows))
+        : m_series(series), m_reading(series), m_cellOf(cellOf), m_rows(static_cast<std::int64_t>(rows))
     {
     }
 
-    /// The elements [from, to) fall into `column`.
+    /// The elements [from, to) fall into `column`. Runs of a paged series that would mark nothing new are not looked
+    /// into.
+    void markAny(std::uint8_t* column, std::size_t from, std::size_t to)
+    {
+        const CPTSeriesRuns* runs = m_series.runs().get();
+        if (!runs)
+            return mark(column, from, to);
+        m_column = column;
+        for (std::size_t run = from < to ? runs->runAt(from) : 0; from < to; ++run) {
+            const std::size_t end = std::min(to, runs->end(run));
+            const bool isWhole = from == runs->begin(run) && end == runs->end(run);
+            const CPTMinMax reach = runs->minMaxOf(run);
+            if (!reach.isEmpty() && !(isWhole && isKnown(reach.min, reach.max))) {
+                m_reading.hold(from, end);
+                mark(column, from, end);
+            }
+            from = end;
+        }
+    }
+
+    /// Requires: they are held.
     void mark(std::uint8_t* column, std::size_t from, std::size_t to)
     {
         m_column = column;
@@ -55,6 +76,7 @@ public:
     }
     void markElement(std::uint8_t* column, std::size_t element)
     {
+        m_reading.hold(element, element + 1);
         m_column = column;
         markElement(element);
     }
@@ -123,6 +145,7 @@ private:
     }
 
     const CPTPointSeries& m_series;
+    SeriesReading m_reading;
     ValueScale m_cellOf;
     std::int64_t m_rows;
     std::uint8_t* m_column = nullptr;
@@ -156,13 +179,15 @@ struct PlotDots::Kept {
         ColumnMarker marker(series, cellOf, bytes * DotCells::kRowsPerByte);
         std::uint8_t* column = cleared(from, to);
         for (std::size_t bin = from; bin < to; ++bin, column += bytes)
-            marker.mark(column, edges.edges()[bin], edges.edges()[bin + 1]);
+            marker.markAny(column, edges.edges()[bin], edges.edges()[bin + 1]);
     }
     void markUnsorted(const CPTPointSeries& series)
     {
         ColumnMarker marker(series, cellOf, bytes * DotCells::kRowsPerByte);
         std::uint8_t* columns = cleared(0, grid.count);
+        SeriesReading reading(series);
         for (std::size_t element = 0; element < series.elementCount(); ++element) {
+            reading.hold(element, element + 1);
             const double bin = std::floor((series.x()[element] - grid.edge(grid.first)) / grid.width);
             if (bin >= 0 && bin < static_cast<double>(grid.count))
                 marker.markElement(columns + static_cast<std::size_t>(bin) * bytes, element);
@@ -183,14 +208,13 @@ bool PlotDots::placesInto(std::vector<QPointF>& places, const CPTPointSeries& se
     std::size_t from = 0;
     std::size_t to = series.elementCount();
     if (series.isXSorted() && x.isProper()) {
-        const std::span<const double> times = series.x().span().first(to);
         const double reach = margin * valuePerUnit(x);
-        const auto at = [&](auto iterator) { return static_cast<std::size_t>(iterator - times.begin()); };
-        from = at(std::lower_bound(times.begin(), times.end(), view.xRange.minLimit() - reach));
-        to = at(std::upper_bound(times.begin(), times.end(), view.xRange.maxLimit() + reach));
+        from = series.elementFrom(view.xRange.minLimit() - reach);
+        to = std::max(from, series.elementAfter(view.xRange.maxLimit() + reach));
     }
     if (static_cast<double>(to - from) > kFewDots * grown.width())
         return false;
+    const CPTPointSeries::Hold held = series.hold(from, to);
     for (std::size_t element = from; element < to; ++element) {
         if (!isPointAt(series, element))
             continue;

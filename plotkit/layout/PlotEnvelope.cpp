@@ -2,6 +2,7 @@
 
 #include "plotkit/layout/AxisMapping.h"
 #include "plotkit/layout/BinKernels.h"
+#include "plotkit/layout/ColumnEnds.h"
 #include "plotkit/model/CPTSeriesIndex.h"
 
 #include <algorithm>
@@ -34,42 +35,6 @@ double yAtEdge(const LinePoint& from, const LinePoint& to, double edge)
 }
 
 }  // namespace
-
-/// The points on both sides of empty columns, as they are in the series. Columns are bins from the picture's left.
-class ColumnEnds {
-public:
-    ColumnEnds(const CPTPointSeries& series, const BinEdges& edges, std::size_t columns, bool mirrored, double gap)
-        : m_series(series), m_edges(edges), m_columns(columns), m_mirrored(mirrored), m_gap(gap)
-    {
-    }
-
-    bool hasGaps() const { return std::isfinite(m_gap); }
-    bool isGap(std::size_t one, std::size_t other) const
-    {
-        return std::abs(m_series.x()[one] - m_series.x()[other]) > m_gap;
-    }
-    /// Of a column that is not empty.
-    std::size_t leftmost(std::size_t column) const { return m_mirrored ? lastIn(column) : firstIn(column); }
-    std::size_t rightmost(std::size_t column) const { return m_mirrored ? firstIn(column) : lastIn(column); }
-    float y(std::size_t element) const { return m_series.y()[element]; }
-
-private:
-    std::size_t binOf(std::size_t column) const { return m_mirrored ? m_columns - 1 - column : column; }
-    std::size_t firstIn(std::size_t column) const
-    {
-        return m_series.index().firstPointFrom(m_edges.edges()[binOf(column)]);
-    }
-    std::size_t lastIn(std::size_t column) const
-    {
-        return m_series.index().lastPointBefore(m_edges.edges()[binOf(column) + 1]);
-    }
-
-    const CPTPointSeries& m_series;
-    const BinEdges& m_edges;
-    std::size_t m_columns;
-    bool m_mirrored;
-    double m_gap;
-};
 
 /// Where a line comes from between two points: straight, or level from that of the two, as they stand in the picture,
 /// which is the earlier one.
@@ -179,15 +144,11 @@ private:
 
     void bridge(std::size_t before, std::size_t column)
     {
-        if (m_ends.hasGaps()) {
-            const std::size_t left = m_ends.rightmost(before);
-            const std::size_t right = m_ends.leftmost(column);
-            if (m_ends.isGap(left, right)) {
-                joins()[before + 1] = m_scale.cut(m_scale(m_ends.y(left)));
-                joins()[column] = m_scale.cut(m_scale(m_ends.y(right)));
-                m_gaps.emplace_back(before + 1, column);
-                return;
-            }
+        if (m_ends.hasGaps() && m_ends.isGapBetween(before, column)) {
+            joins()[before + 1] = m_scale.cut(m_scale(m_ends.yBefore(before, m_bins.last[before])));
+            joins()[column] = m_scale.cut(m_scale(m_ends.yAfter(column, m_bins.first[column])));
+            m_gaps.emplace_back(before + 1, column);
+            return;
         }
         cross(lastOf(before), firstOf(column), before + 1, column);
     }
@@ -249,20 +210,36 @@ bool isDrawable(const QRectF& area)
 }
 
 /// The points before the first bin and after the last that the line is joined to; the number of elements for none.
-std::pair<std::size_t, std::size_t> neighboursOf(const CPTPointSeries& series, const BinEdges& edges, std::size_t bins,
-                                                 const ColumnEnds& ends)
+/// Where the outermost bins are summed up from runs and hold points, the line beyond them is out of sight: nothing is
+/// looked at.
+std::pair<std::size_t, std::size_t> neighboursOf(const CPTPointSeries& series, const BinEdges& edges,
+                                                 const BinRows& rows, std::size_t bins, const ColumnEnds& ends)
 {
     const CPTSeriesIndex& index = series.index();
     const std::size_t none = series.elementCount();
-    std::size_t before = index.lastPointBefore(edges.edges()[0]);
-    std::size_t after = index.firstPointFrom(edges.edges()[bins]);
+    const auto isOutOfSight = [&](std::size_t bin) { return edges.isByRuns(bin) && !rows.at(bin).isEmpty(); };
+    const std::size_t before = isOutOfSight(0) ? none : index.lastPointBefore(edges.edges()[0]);
+    const std::size_t after = isOutOfSight(bins - 1) ? none : index.firstPointFrom(edges.edges()[bins]);
     if (!ends.hasGaps())
         return {before, after};
-    const std::size_t first = index.firstPointFrom(edges.edges()[0]);  // `after` where no bin holds a point
-    const std::size_t last = index.lastPointBefore(edges.edges()[bins]);
-    const bool isApartLeft = before < none && first < none && ends.isGap(before, first);
-    const bool isApartRight = after < none && last < none && ends.isGap(last, after);
+    const auto isApart = [&](std::size_t one, std::size_t other) {
+        return one < none && other < none && ends.isGap(one, other);
+    };
+    const bool isApartLeft = before < none && isApart(before, index.firstPointFrom(edges.edges()[0]));
+    const bool isApartRight = after < none && isApart(index.lastPointBefore(edges.edges()[bins]), after);
     return {isApartLeft ? none : before, isApartRight ? none : after};
+}
+
+/// Whether more than so many elements lie in [low, high]; told by the runs where they can.
+bool areMoreThan(double limit, const CPTPointSeries& series, double low, double high)
+{
+    if (const CPTSeriesRuns* runs = series.runs().get()) {
+        const std::size_t first = runs->runFromTime(low);
+        const std::size_t end = runs->runFromTime(high);
+        if (end > first && static_cast<double>(runs->begin(end - 1) - runs->begin(first)) > limit)
+            return true;
+    }
+    return static_cast<double>(series.elementAfter(high)) - static_cast<double>(series.elementFrom(low)) > limit;
 }
 
 }  // namespace
@@ -295,10 +272,7 @@ bool PlotEnveloping::envelopeInto(PlotEnvelope& envelope, const CPTPointSeries& 
         !std::isfinite((high - low) / width) || columns > kMostColumns)
         return false;
 
-    const std::span<const double> times = series.x().span().first(series.elementCount());
-    const std::ptrdiff_t within =
-        std::upper_bound(times.begin(), times.end(), high) - std::lower_bound(times.begin(), times.end(), low);
-    if (static_cast<double>(within) <= few * columns)
+    if (!areMoreThan(few * columns, series, low, high))
         return false;
     const BinGrid grid = BinGrid::covering(low, high, width);
     if (static_cast<double>(grid.count) > columns + 16)
@@ -310,6 +284,7 @@ bool PlotEnveloping::envelopeInto(PlotEnvelope& envelope, const CPTPointSeries& 
         m_bins.resize(slot + 1);
     const bool mirrored = view.xRange.length < 0;
     BinRows bins = m_bins[slot].summaries(series, grid, edges);
+    const BinRows inOrder = bins;
     if (mirrored)
         bins = m_mirrored.mirrored(bins, grid.count);
 
@@ -317,11 +292,11 @@ bool PlotEnveloping::envelopeInto(PlotEnvelope& envelope, const CPTPointSeries& 
     const auto pointOf = [&](std::size_t element) -> std::optional<LinePoint> {
         if (element >= series.elementCount())
             return std::nullopt;
-        const double from = (times[element] - grid.edge(grid.first)) / grid.width;
-        return LinePoint{mirrored ? static_cast<double>(grid.count) - from : from, scale(series.y()[element])};
+        const double from = (series.x().valueAt(element) - grid.edge(grid.first)) / grid.width;
+        return LinePoint{mirrored ? static_cast<double>(grid.count) - from : from, scale(series.y().valueAt(element))};
     };
     const ColumnEnds ends(series, edges, grid.count, mirrored, view.gap);
-    const auto [beforeElement, afterElement] = neighboursOf(series, edges, grid.count, ends);
+    const auto [beforeElement, afterElement] = neighboursOf(series, edges, inOrder, grid.count, ends);
     const std::optional<LinePoint> before = pointOf(beforeElement);
     const std::optional<LinePoint> after = pointOf(afterElement);
     const std::int64_t leftmost = mirrored ? grid.first + static_cast<std::int64_t>(grid.count) : grid.first;

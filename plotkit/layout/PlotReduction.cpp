@@ -3,8 +3,8 @@
 #include "plotkit/layout/AxisMapping.h"
 #include "plotkit/layout/LineCutter.h"
 #include "plotkit/layout/SeriesBins.h"
-#include "plotkit/layout/SortedSearch.h"
 #include "plotkit/model/CPTSeriesIndex.h"
+#include "plotkit/model/SeriesReading.h"
 
 #include <algorithm>
 #include <cmath>
@@ -30,6 +30,7 @@ class Reduction {
 public:
     Reduction(ReducedPlot& plot, const CPTPointSeries& series, const PlotView& view)
         : m_series(series),
+          m_reading(series),
           m_x(series.x().span().first(series.elementCount())),
           m_view(view),
           m_gap(series.isXSorted() ? view.gap : std::numeric_limits<double>::infinity()),
@@ -58,27 +59,30 @@ private:
         return view.area.adjusted(-margin, -margin, margin, margin);
     }
 
+    /// Requires: it is held.
     bool isDrawable(std::size_t element) const
     {
         return m_series.isPoint(element) && std::isfinite(m_series.y()[element]);
     }
-    double xOf(std::size_t element) const { return coordinateForValue(m_xMapping, m_x[element]); }
+    double xOf(double x) const { return coordinateForValue(m_xMapping, x); }
     double yOf(float y) const { return coordinateForValue(m_yMapping, y); }
     void add(double x, double y) { m_cutter.add({x, y}); }
     /// `isNext`: whether the element follows the one added last, so that its value is held up to here.
     void addElement(std::size_t element, bool isNext = true)
     {
+        m_reading.hold(element, element + 1);
         const double y = yOf(m_series.y()[element]);
         if (m_x[element] - m_lastX > m_gap)
             m_cutter.breakLine();
         else if (m_holds && isNext && !std::isnan(m_lastX))
-            add(xOf(element), m_lastY);
+            add(xOf(m_x[element]), m_lastY);
         m_lastX = m_x[element];
         m_lastY = y;
-        add(xOf(element), y);
+        add(xOf(m_x[element]), y);
     }
     void addElements(std::size_t first, std::size_t last)
     {
+        m_reading.hold(first, last);
         for (std::size_t element = first; element < last; ++element)
             if (isDrawable(element))
                 addElement(element);
@@ -99,9 +103,10 @@ private:
         double row = std::nan("");
         std::size_t skipped = m_x.size();
         for (std::size_t element = 0; element < m_x.size(); ++element) {
+            m_reading.hold(element, element + 1);
             if (!isDrawable(element) || !std::isfinite(m_x[element]))
                 continue;
-            const double nextColumn = std::floor(xOf(element) * kCellsPerPixel);
+            const double nextColumn = std::floor(xOf(m_x[element]) * kCellsPerPixel);
             const double nextRow = std::floor(yOf(m_series.y()[element]) * kCellsPerPixel);
             if (nextColumn == column && nextRow == row) {
                 skipped = element;
@@ -126,9 +131,8 @@ private:
         const double low = m_view.xRange.minLimit() - margin * perUnit;
         const double high = m_view.xRange.maxLimit() + margin * perUnit;
         const std::size_t elements = m_x.size();
-        const std::size_t first = firstElementAt(m_x, 0, elements, elements / 2, low);
-        const std::size_t last = static_cast<std::size_t>(
-            std::upper_bound(m_x.begin() + static_cast<std::ptrdiff_t>(first), m_x.end(), high) - m_x.begin());
+        const std::size_t first = m_series.elementFrom(low);
+        const std::size_t last = std::max(first, m_series.elementAfter(high));
         const int columnsPerPixel = std::clamp(m_view.columnsPerPixel, 1, 64);
         const double wanted = std::ceil(grown.width() * columnsPerPixel);
         const auto bins = static_cast<std::size_t>(std::min(wanted, kMostBins));
@@ -151,8 +155,38 @@ private:
         BinEdges edges;
         edges.cover(m_series, grid);
         // The last bin takes what rounding left over.
-        for (std::size_t bin = 0; bin < grid.count; ++bin)
-            addBin(edges.edges()[bin], bin + 1 == grid.count ? last : std::min(edges.edges()[bin + 1], last));
+        for (std::size_t bin = 0; bin < grid.count; ++bin) {
+            const bool isLast = bin + 1 == grid.count;
+            const bool goesOn = !isLast && edges.isByRuns(bin) && edges.edges()[bin + 2] > edges.edges()[bin + 1];
+            if (goesOn && addRuns(edges.runs()[bin], edges.runs()[bin + 1]))
+                continue;
+            addBin(edges.edges()[bin], isLast ? last : std::min(edges.edges()[bin + 1], last));
+        }
+    }
+
+    /// A bin of whole runs with others after it: the line goes on to their first point. False where too little is known
+    /// of the runs.
+    bool addRuns(std::size_t from, std::size_t to)
+    {
+        const CPTSeriesRuns& runs = *m_series.runs();
+        const std::size_t first = runs.filledFrom(from);
+        if (first >= to)
+            return true;
+        const std::size_t known = runs.firstKnown(from, to);
+        if (known >= to)
+            return false;
+        const float value = runs.firstValue(known);
+        const double left = xOf(runs.firstTime(first));
+        if (runs.firstTime(first) - m_lastX > m_gap)
+            m_cutter.breakLine();
+        else if (m_holds && !std::isnan(m_lastX))
+            add(left, m_lastY);
+        add(left, yOf(value));
+        const std::size_t last = runs.filledBefore(to);
+        addExtremes((left + xOf(runs.lastTime(last))) / 2, runs.minMax(from, to), value, value);
+        m_lastX = runs.lastTime(last);
+        m_lastY = yOf(value);
+        return true;
     }
 
     void addBin(std::size_t from, std::size_t to)
@@ -168,8 +202,10 @@ private:
             return;
         const std::size_t last = m_series.index().lastPointBefore(to);
         const CPTSeriesIndex::MinMax extremes = m_series.index().minMax(from, to);
+        const float yLast = m_series.y().valueAt(last);
+        const double xLast = xOf(m_series.x().valueAt(last));
         addElement(first);
-        addExtremes((xOf(first) + xOf(last)) / 2, extremes, m_series.y()[first], m_series.y()[last]);
+        addExtremes((xOf(m_x[first]) + xLast) / 2, extremes, m_series.y()[first], yLast);
         if (last != first)
             addElement(last, false);
     }
@@ -189,6 +225,7 @@ private:
     }
 
     const CPTPointSeries& m_series;
+    SeriesReading m_reading;
     std::span<const double> m_x;
     const PlotView& m_view;
     double m_gap;

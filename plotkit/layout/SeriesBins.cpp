@@ -1,46 +1,93 @@
 #include "plotkit/layout/SeriesBins.h"
 
 #include "plotkit/layout/BinKernels.h"
-#include "plotkit/layout/SortedSearch.h"
-#include "plotkit/model/TimeCourse.h"
+#include "plotkit/model/CPTSeriesIndex.h"
 
 #include <algorithm>
 #include <cmath>
 #include <limits>
-#include <optional>
 #include <utility>
 
 namespace plotkit {
 
 namespace {
 
-/// Beyond, the number of a bin would no longer be exact; the grid then begins at the view.
-constexpr double kMostBinNumber = 1e14;
 constexpr std::size_t kFine = CPTFineBlocks::kElements;
-constexpr double kSnapFraction = 1.0 / 4;
 /// How many bins ahead memory is asked for: each reads from a few addresses far apart.
 constexpr std::size_t kBinsAhead = 16;
 
-float fractionOf(double x, double edge, double width)
-{
-    return static_cast<float>(std::clamp((x - edge) / width, 0.0, 1.0));
-}
+constexpr BinSummary kNothing{0, std::numeric_limits<float>::infinity(), -std::numeric_limits<float>::infinity(), 0, 0,
+                              1};
 
-BinSummary summaryOf(const CPTPointSeries& series, std::size_t from, std::size_t to, double edge, double width)
+/// Where a bin lies.
+struct BinPlace {
+    double edge, width;
+};
+
+/// Of elements that are held.
+BinSummary summaryOf(const CPTPointSeries& series, std::size_t from, std::size_t to, const BinPlace& place)
 {
-    constexpr float kInfinity = std::numeric_limits<float>::infinity();
     const CPTSeriesIndex& index = series.index();
-    const std::size_t first = index.firstPointFrom(from);
+    const std::size_t first = index.firstPointIn(from, to);
     if (first >= to)
-        return {0, kInfinity, -kInfinity, 0, 0, 1};
-    const std::size_t last = index.lastPointBefore(to);
-    const CPTSeriesIndex::MinMax extremes = index.minMax(from, to);
+        return kNothing;
+    const std::size_t last = index.lastPointIn(from, to);
+    const CPTSeriesIndex::MinMax extremes = index.minMaxHeld(from, to);
     return {series.y()[first],
             extremes.min,
             extremes.max,
             series.y()[last],
-            fractionOf(series.x()[first], edge, width),
-            fractionOf(series.x()[last], edge, width)};
+            fractionOf(series.x()[first], place.edge, place.width),
+            fractionOf(series.x()[last], place.edge, place.width)};
+}
+
+/// Of more elements than are to be held at once.
+BinSummary summaryOfMany(const CPTPointSeries& series, std::size_t from, std::size_t to, const BinPlace& place)
+{
+    if (from >= to)
+        return kNothing;
+    const CPTPointSeries::Hold begin = series.hold(from, from + 1);
+    const CPTPointSeries::Hold end = series.hold(to - 1, to);
+    const CPTSeriesIndex& index = series.index();
+    const std::size_t first = index.firstPointFrom(from);
+    if (first >= to)
+        return kNothing;
+    const std::size_t last = index.lastPointBefore(to);
+    const CPTSeriesIndex::MinMax extremes = index.minMax(from, to);
+    return {series.y().valueAt(first),
+            extremes.min,
+            extremes.max,
+            series.y().valueAt(last),
+            fractionOf(series.x().valueAt(first), place.edge, place.width),
+            fractionOf(series.x().valueAt(last), place.edge, place.width)};
+}
+
+/// Of whole runs [first, end). Where it is not known which value the line comes in or goes out with, it is one that the
+/// bin has.
+BinSummary summaryOfRuns(const CPTSeriesRuns& runs, std::size_t first, std::size_t end, const BinPlace& place)
+{
+    const CPTMinMax extremes = runs.minMax(first, end);
+    if (extremes.isEmpty())
+        return kNothing;
+    const std::size_t known = runs.firstKnown(first, end);
+    const float enter = known < end ? runs.firstValue(known) : extremes.min;
+    std::size_t lastKnown = end;
+    while (lastKnown > known + 1 && std::isnan(runs.firstValue(lastKnown - 1)))
+        --lastKnown;
+    const float within = known < end ? runs.firstValue(lastKnown - 1) : extremes.min;
+    // The line goes on to the next run: that is as near as can be told to where it leaves the bin.
+    const bool goesOn = end < runs.count() && !std::isnan(runs.firstValue(end)) &&
+                        runs.firstTime(end) <= place.edge + place.width * (1 + BinEdges::kSnapFraction);
+    return {enter, extremes.min, extremes.max, goesOn ? runs.firstValue(end) : within, 0, 1};
+}
+
+/// The one run that a bin without elements lies in, where it does: a run as long as several bins is in all of them.
+std::size_t runAround(const CPTSeriesRuns& runs, std::size_t edge, const BinPlace& place)
+{
+    for (const std::size_t run : {edge, edge - 1})
+        if (run < runs.count() && runs.firstTime(run) <= place.edge && runs.lastTime(run) >= place.edge + place.width)
+            return run;
+    return runs.count();
 }
 
 void prefetch(const void* memory)
@@ -58,146 +105,7 @@ void askForSamples(const float* y, const std::size_t* edges, std::size_t bin, st
     prefetch(y + ahead - std::min(ahead, kFine));
 }
 
-/// Asks for the times at `element`, and for those where the blocks around it begin.
-void askForTimes(std::span<const double> x, std::size_t element)
-{
-    const std::size_t block = (element + kFine - 1) / kFine * kFine;
-    if (block >= x.size())
-        return;
-    prefetch(x.data() + block);
-    prefetch(x.data() + element);
-    prefetch(x.data() + block - std::min(block, kFine));
-}
-
 }  // namespace
-
-BinGrid BinGrid::covering(double low, double high, double width)
-{
-    BinGrid grid{0, width, 0, 0};
-    if (std::max(std::abs(low), std::abs(high)) > kMostBinNumber * width)
-        grid.origin = low;
-    grid.first = static_cast<std::int64_t>(std::floor((low - grid.origin) / width));
-    const auto last = static_cast<std::int64_t>(std::floor((high - grid.origin) / width));
-    grid.count = static_cast<std::size_t>(last - grid.first + 1);
-    return grid;
-}
-
-KeptBins KeptBins::of(const BinGrid& old, const BinGrid& grid, bool known)
-{
-    const auto count = static_cast<std::int64_t>(grid.count);
-    const KeptBins none{static_cast<std::ptrdiff_t>(old.count + grid.count), grid.count, grid.count};
-    if (!known || old.origin != grid.origin || old.width != grid.width)
-        return none;
-    const std::int64_t first = std::clamp<std::int64_t>(old.first - grid.first, 0, count);
-    const std::int64_t last =
-        std::clamp<std::int64_t>(old.first + static_cast<std::int64_t>(old.count) - grid.first, first, count);
-    if (first == last)
-        return none;
-    return {static_cast<std::ptrdiff_t>(grid.first - old.first), static_cast<std::size_t>(first),
-            static_cast<std::size_t>(last)};
-}
-
-bool BinEdges::isOf(const plotix::SharedArray<double>& x, std::size_t elements) const
-{
-    const std::shared_ptr<const double> mine = m_x.lock();
-    return mine && mine.get() == x.data() && elements == m_elements;
-}
-
-/// In crowded bins, the beginning of a block of the index near the first element whose x is not below `value`, so that
-/// the samples need not be read; x.size() where there is none. `after` is where the block after that element begins.
-std::size_t BinEdges::blockNear(std::span<const double> x, std::size_t from, std::size_t after, double value) const
-{
-    if (after >= x.size() || after < from + kFine)
-        return x.size();
-    const double above = x[after] - value;
-    const double below = value - x[after - kFine];
-    if (above < 0 || below <= 0 || std::min(above, below) > m_grid.width * kSnapFraction)
-        return x.size();
-    return above < below ? after : after - kFine;
-}
-
-/// The same block as blockNear() answers, found without reading the times; the number of elements where the course is
-/// not exact enough, or no block is near.
-std::size_t BinEdges::blockBy(const TimeCourse& course, std::size_t from, std::size_t guess, double value) const
-{
-    const std::optional<TimeCourse::Neighbours> found = course.around(value, guess);
-    if (!found || found->after >= m_elements || found->after < from + kFine)
-        return m_elements;
-    const bool isBetween = found->above > found->off && found->below > found->off;
-    const bool isNear = std::min(found->above, found->below) + found->off < m_grid.width * kSnapFraction;
-    const bool isPlain = std::abs(found->above - found->below) > 2 * found->off;
-    if (!isBetween || !isNear || !isPlain)
-        return m_elements;
-    return found->above < found->below ? found->after : found->after - kFine;
-}
-
-/// The first element at or after `from` whose x is not below `value`, or a block's beginning near it. What is found
-/// does not depend on how good the guess was, or on whether the times were read.
-BinEdges::Found BinEdges::search(std::span<const double> x, const TimeCourse* course, std::size_t from,
-                                 double value) const
-{
-    const std::size_t size = x.size();
-    const auto guess = std::min(static_cast<std::size_t>(static_cast<double>(from) + m_stride + 0.5), size);
-    const bool crowded = m_stride >= static_cast<double>(BinKernels::kDense);
-    if (crowded && course != nullptr)
-        if (const std::size_t found = blockBy(*course, from, guess, value); found < size)
-            return {found, false};
-    if (crowded) {
-        const std::size_t after = (guess + kFine - 1) / kFine * kFine;
-        for (const std::size_t block : {after, after - std::min(after, kFine)})
-            if (const std::size_t found = blockNear(x, from, block, value); found < size)
-                return {found, true};
-    }
-    const std::size_t exact = firstElementAt(x, from, size, guess, value);
-    const std::size_t block = crowded ? blockNear(x, from, (exact + kFine - 1) / kFine * kFine, value) : size;
-    return {block < size ? block : exact, true};
-}
-
-/// Bins [from, to): the edge at `from` stands already, and at `to` if there are bins beyond.
-void BinEdges::findBins(std::span<const double> x, const TimeCourse* course, std::size_t from, std::size_t to)
-{
-    std::size_t* edges = m_edges.data();
-    const auto edgeOf = [this](std::size_t bin) { return m_grid.edge(m_grid.first + static_cast<std::int64_t>(bin)); };
-    const auto reach = static_cast<std::size_t>(m_stride * static_cast<double>(kBinsAhead));
-    bool reads = true;
-    for (std::size_t bin = from; bin < to; ++bin) {
-        if (reads)
-            askForTimes(x, edges[bin] + reach);
-        if (bin + 1 < to || to == m_grid.count) {
-            const Found found = search(x, course, edges[bin], edgeOf(bin + 1));
-            edges[bin + 1] = found.element;
-            reads = found.wasRead;
-        }
-        const std::size_t count = edges[bin + 1] - edges[bin];
-        const bool blocks = count >= BinKernels::kDense && edges[bin] % kFine == 0 && edges[bin + 1] % kFine == 0;
-        m_enter.data()[bin] = blocks || count == 0 ? 0 : fractionOf(x[edges[bin]], edgeOf(bin), m_grid.width);
-        m_leave.data()[bin] = blocks || count == 0 ? 1 : fractionOf(x[edges[bin + 1] - 1], edgeOf(bin), m_grid.width);
-    }
-}
-
-void BinEdges::cover(const CPTPointSeries& series, const BinGrid& grid)
-{
-    const std::span<const double> x = series.x().span().first(series.elementCount());
-    const KeptBins kept = KeptBins::of(m_grid, grid, isOf(series.x(), x.size()));
-    const auto firstFrom = [&](std::size_t bin) {
-        const double value = grid.edge(grid.first + static_cast<std::int64_t>(bin));
-        return static_cast<std::size_t>(std::lower_bound(x.begin(), x.end(), value) - x.begin());
-    };
-    m_grid = grid;
-    m_x = series.x().weak();
-    m_elements = x.size();
-    m_edges.slide(kept.moved, grid.count + 1);
-    m_enter.slide(kept.moved, grid.count);
-    m_leave.slide(kept.moved, grid.count);
-    if (kept.keptFirst > 0) {
-        const std::size_t first = firstFrom(0);
-        if (kept.keptFirst == grid.count)
-            m_stride = static_cast<double>(firstFrom(grid.count) - first) / static_cast<double>(grid.count);
-        m_edges.data()[0] = first;
-        findBins(x, series.xCourse(), 0, kept.keptFirst);
-    }
-    findBins(x, series.xCourse(), kept.keptLast, grid.count);
-}
 
 BinRows SeriesBins::rows()
 {
@@ -212,20 +120,59 @@ BinRows SeriesBins::summaries(const CPTPointSeries& series, const BinGrid& grid,
     m_serial = series.serial();
     m_grid = grid;
 
+    for (const auto& [from, to] : {std::pair(std::size_t{0}, kept.keptFirst), std::pair(kept.keptLast, grid.count)}) {
+        if (series.runs())
+            sumUpPaged(series, edges, from, to);
+        else
+            sumUp(series, edges, from, to);
+    }
+    return rows();
+}
+
+/// Requires: the points of the bins are held, and the one after them.
+void SeriesBins::sumUp(const CPTPointSeries& series, const BinEdges& edges, std::size_t from, std::size_t to)
+{
     const BinSource source{
         series.y().data(), series.points().words().data(), series.index(), edges.edges(), edges.enter(), edges.leave()};
     const BinRows all = rows();
-    for (const auto& [from, to] : {std::pair(std::size_t{0}, kept.keptFirst), std::pair(kept.keptLast, grid.count)}) {
-        BinKernels::best().summarise(source, all, from, to);
-        for (std::size_t bin = from; bin < to; ++bin) {
-            if (!std::isnan(all.first[bin]))
-                continue;
-            askForSamples(source.y, source.edges, bin, grid.count);
-            all.set(bin, summaryOf(series, source.edges[bin], source.edges[bin + 1],
-                                   grid.edge(grid.first + static_cast<std::int64_t>(bin)), grid.width));
+    BinKernels::best().summarise(source, all, from, to);
+    plotix::PagedMemory::Hold times;
+    bool areHeld = series.x().isResident();
+    for (std::size_t bin = from; bin < to; ++bin) {
+        if (!std::isnan(all.first[bin]))
+            continue;
+        if (!std::exchange(areHeld, true))
+            times = series.x().hold(source.edges[from], source.edges[to]);
+        askForSamples(source.y, source.edges, bin, m_grid.count);
+        all.set(bin, summaryOf(series, source.edges[bin], source.edges[bin + 1], {edgeOf(bin), m_grid.width}));
+    }
+}
+
+void SeriesBins::sumUpPaged(const CPTPointSeries& series, const BinEdges& edges, std::size_t from, std::size_t to)
+{
+    const BinRows all = rows();
+    for (std::size_t bin = from; bin < to;) {
+        const BinPlace place{edgeOf(bin), m_grid.width};
+        if (edges.isByRuns(bin)) {
+            const CPTSeriesRuns& runs = *series.runs();
+            const std::size_t first = edges.runs()[bin], last = edges.runs()[bin + 1];
+            const std::size_t around = first == last ? runAround(runs, first, place) : runs.count();
+            all.set(bin, around < runs.count() ? summaryOfRuns(runs, around, around + 1, place)
+                                               : summaryOfRuns(runs, first, last, place));
+            ++bin;
+        } else if (edges.isMuch(bin)) {
+            all.set(bin, summaryOfMany(series, edges.edges()[bin], edges.edges()[bin + 1], place));
+            ++bin;
+        } else {
+            std::size_t end = bin + 1;
+            while (end < to && end < bin + static_cast<std::size_t>(BinEdges::kStretch) && !edges.isMuch(end))
+                ++end;
+            const std::size_t after = std::min(series.elementCount(), edges.edges()[end] + 1);
+            const plotix::PagedMemory::Hold held = series.y().hold(edges.edges()[bin], after);
+            sumUp(series, edges, bin, end);
+            bin = end;
         }
     }
-    return all;
 }
 
 }  // namespace plotkit

@@ -1,6 +1,7 @@
 #pragma once
 
-#include "base/SharedArray.h"
+#include "base/PagedArray.h"
+#include "base/ValidityBitmap.h"
 
 #include <QtCore/QObject>
 
@@ -17,6 +18,8 @@ struct CPTPoint {
 
 class CPTSeriesIndex;  // the min/max index over y
 struct CPTFineBlocks;
+class CPTPagedPoints;
+class CPTSeriesRuns;
 namespace plotkit {
 class TimeCourse;
 }
@@ -24,15 +27,22 @@ class TimeCourse;
 /// The ordered points of one plot as columns: x shared with whoever fetched it, y as floats, and a bitmap that says
 /// which elements are points. The others were dropped; the line goes straight to the next point.
 ///
-/// Immutable once made, *shared* by array controller and plot; any thread may read.
+/// A series is in memory, or *paged*: then x, y, bitmap and index are read only while they are held, at no cost for one
+/// in memory, and its runs tell what a frame of everything needs. Immutable once made, *shared* by array controller and
+/// plot; any thread may read.
 class CPTPointSeries {
 public:
-    /// x and y have equal lengths, or x is longer and its rest is ignored. `pointCount` is the number of set bits.
-    CPTPointSeries(plotix::SharedArray<double> x, plotix::SharedArray<float> y, plotix::ValidityBitmap points,
+    /// x and y have equal lengths, or x is longer and its rest is ignored. `pointCount` is the number of set bits. An x
+    /// that is paged is read into memory.
+    CPTPointSeries(plotix::PagedArray<double> x, plotix::SharedArray<float> y, plotix::ValidityBitmap points,
                    std::size_t pointCount);
     /// The same, with the finer level of the index already filled. Requires: y no longer than x.
-    CPTPointSeries(plotix::SharedArray<double> x, plotix::SharedArray<float> y, plotix::ValidityBitmap points,
+    CPTPointSeries(plotix::PagedArray<double> x, plotix::SharedArray<float> y, plotix::ValidityBitmap points,
                    std::size_t pointCount, CPTFineBlocks fine);
+    /// A paged series: of all `points`, which stand at the first elements of x. Looks at no more than the pages of its
+    /// first and its last point. Requires: runs of so many elements, whose times are those of x.
+    CPTPointSeries(plotix::PagedArray<double> x, const std::shared_ptr<const CPTPagedPoints>& points,
+                   std::shared_ptr<const CPTSeriesRuns> runs, std::size_t pointCount);
     ~CPTPointSeries();
 
     /// A series holding the single point (0, 0).
@@ -42,22 +52,38 @@ public:
     std::size_t elementCount() const { return m_y.size(); }  ///< elements, dropped ones included
     bool isPoint(std::size_t element) const { return m_points.isValid(element); }
 
-    /// The index-th point, counting points only. Walks the bitmap by words: for tests and few points.
-    /// Requires: index < count().
+    /// The index-th point, counting points only. Walks the bitmap by words: for tests and few points. Holds what it
+    /// reads. Requires: index < count().
     CPTPoint pointAt(std::size_t index) const;
 
-    const plotix::SharedArray<double>& x() const { return m_x; }
-    const plotix::SharedArray<float>& y() const { return m_y; }
+    /// The runs of a paged series; null for one in memory.
+    const std::shared_ptr<const CPTSeriesRuns>& runs() const { return m_runs; }
+
+    /// Keeps elements in memory as long as it lives.
+    struct [[nodiscard]] Hold {
+        plotix::PagedMemory::Hold times, points;
+    };
+    /// Holds x, y, bitmap and index of elements [first, end). Requires: first ≤ end ≤ elementCount().
+    Hold hold(std::size_t first, std::size_t end) const { return {m_x.hold(first, end), m_y.hold(first, end)}; }
+
+    /// The first element whose x is not below `x`, and the first whose x is above; elementCount() where there is none.
+    /// Holds a page at most. Requires: isXSorted().
+    std::size_t elementFrom(double x) const;
+    std::size_t elementAfter(double x) const;
+
+    const plotix::PagedArray<double>& x() const { return m_x; }
+    const plotix::PagedArray<float>& y() const { return m_y; }
     const plotix::ValidityBitmap& points() const { return m_points; }
 
     /// Unique among the series of this process, never 0: the key under which results worked out from a series are kept.
     std::uint64_t serial() const { return m_serial; }
 
-    /// Whether x is finite and never decreases over the elements, dropped ones included.
+    /// Whether x is finite and never decreases over the elements, dropped ones included. Of a paged series as its runs
+    /// tell.
     bool isXSorted() const { return m_xSorted; }
 
-    /// The course of x, over at least all elements; null where x is not sorted or empty. Lives at least as long as the
-    /// series.
+    /// The course of x, over at least all elements; null where x is not sorted, empty or paged. Lives at least as long
+    /// as the series.
     const plotkit::TimeCourse* xCourse() const { return m_xCourse.get(); }
 
     /// Smallest and largest x and y over the points; absent when there are none. Points with a coordinate that is not
@@ -73,9 +99,10 @@ public:
 
 private:
     std::optional<Extent> computedExtent() const;
+    std::optional<Extent> extentOfAll() const;
 
-    plotix::SharedArray<double> m_x;
-    plotix::SharedArray<float> m_y;
+    plotix::PagedArray<double> m_x;
+    plotix::PagedArray<float> m_y;
     plotix::ValidityBitmap m_points;
     std::size_t m_pointCount;
     std::uint64_t m_serial;
@@ -83,6 +110,7 @@ private:
     std::shared_ptr<const plotkit::TimeCourse> m_xCourse;
     std::optional<Extent> m_extent;
     std::unique_ptr<const CPTSeriesIndex> m_index;
+    std::shared_ptr<const CPTSeriesRuns> m_runs;
 };
 
 using CPTPointSeriesPtr = std::shared_ptr<const CPTPointSeries>;

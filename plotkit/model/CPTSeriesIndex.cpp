@@ -1,23 +1,16 @@
 #include "plotkit/model/CPTSeriesIndex.h"
 
-#include "base/LargeMemory.h"
-
 #include <algorithm>
-#include <array>
-#include <bit>
 #include <cassert>
 #include <cmath>
-#include <limits>
+#include <utility>
 
-// Elements that are no points, and points whose value is not finite, never reach a pair. A comparison with NaN is
-// false, so NaN drops out by itself; infinities are rare enough to be looked for only where a block's pair shows one.
+// Elements that are no points, and points whose value is not finite, never reach a pair.
 
 namespace {
 
-using MinMax = CPTSeriesIndex::MinMax;
+using MinMax = CPTMinMax;
 
-constexpr float kInfinity = std::numeric_limits<float>::infinity();
-constexpr MinMax kEmpty{kInfinity, -kInfinity};
 constexpr std::size_t kFine = CPTSeriesIndex::kFineBlock;
 constexpr std::size_t kFinePerCoarse = CPTSeriesIndex::kCoarseBlock / CPTSeriesIndex::kFineBlock;
 constexpr std::uint32_t kAllPoints = ~std::uint32_t{0};
@@ -36,91 +29,6 @@ std::uint32_t rangeMask(std::size_t first, std::size_t last)
     return (kAllPoints >> (32 - (last - first))) << first;
 }
 
-MinMax joined(const MinMax& a, const MinMax& b)
-{
-    return {b.min < a.min ? b.min : a.min, b.max > a.max ? b.max : a.max};
-}
-
-/// Eight running pairs side by side, which compilers turn into vector instructions.
-struct Lanes {
-    std::array<float, 8> low;
-    std::array<float, 8> high;
-
-    Lanes()
-    {
-        low.fill(kInfinity);
-        high.fill(-kInfinity);
-    }
-    void take(std::size_t lane, float lowest, float highest)
-    {
-        low[lane] = lowest < low[lane] ? lowest : low[lane];
-        high[lane] = highest > high[lane] ? highest : high[lane];
-    }
-    MinMax result()
-    {
-        for (std::size_t half = low.size() / 2; half > 0; half /= 2)
-            for (std::size_t lane = 0; lane < half; ++lane)
-                take(lane, low[lane + half], high[lane + half]);
-        return {low[0], high[0]};
-    }
-};
-
-/// The pair of the finite values among a block's masked elements, one by one.
-MinMax finiteMinMax(const float* y, std::uint32_t mask)
-{
-    MinMax all = kEmpty;
-    for (; mask != 0; mask &= mask - 1) {
-        const float value = y[std::countr_zero(mask)];
-        if (std::isfinite(value))
-            all = joined(all, {value, value});
-    }
-    return all;
-}
-
-MinMax minMaxOfWholeBlock(const float* y)
-{
-    Lanes lanes;
-    for (std::size_t element = 0; element < kFine; element += 8)
-        for (std::size_t lane = 0; lane < 8; ++lane)
-            lanes.take(lane, y[element + lane], y[element + lane]);
-    const MinMax all = lanes.result();
-    const bool finite = all.max < kInfinity && all.min > -kInfinity;
-    return finite ? all : finiteMinMax(y, kAllPoints);
-}
-
-MinMax minMaxOfBlock(const float* y, std::uint32_t mask)
-{
-    return mask == kAllPoints ? minMaxOfWholeBlock(y) : finiteMinMax(y, mask);
-}
-
-/// Part of a block, every element of which is a point: the ends of a query.
-MinMax minMaxOfRun(const float* y, std::size_t count)
-{
-    Lanes lanes;
-    std::size_t element = 0;
-    for (; element + 8 <= count; element += 8)
-        for (std::size_t lane = 0; lane < 8; ++lane)
-            lanes.take(lane, y[element + lane], y[element + lane]);
-    for (; element < count; ++element)
-        lanes.take(element % 8, y[element], y[element]);
-    const MinMax all = lanes.result();
-    const bool finite = all.max < kInfinity && all.min > -kInfinity;
-    return finite ? all : finiteMinMax(y, rangeMask(0, count));
-}
-
-/// Of blocks [first, last) of a level.
-MinMax joinedBlocks(const float* least, const float* greatest, std::size_t first, std::size_t last)
-{
-    Lanes lanes;
-    std::size_t block = first;
-    for (; block + 8 <= last; block += 8)
-        for (std::size_t lane = 0; lane < 8; ++lane)
-            lanes.take(lane, least[block + lane], greatest[block + lane]);
-    for (; block < last; ++block)
-        lanes.take(0, least[block], greatest[block]);
-    return lanes.result();
-}
-
 CPTFineBlocks filledBlocks(std::span<const float> y, const plotix::ValidityBitmap& points)
 {
     CPTFineBlocks blocks(y.size());
@@ -133,20 +41,6 @@ CPTFineBlocks filledBlocks(std::span<const float> y, const plotix::ValidityBitma
 
 }  // namespace
 
-CPTFineBlocks::CPTFineBlocks(std::size_t elements)
-    : count((elements + kElements - 1) / kElements), memory(plotix::unsetArray<float>(3 * count))
-{
-}
-
-void CPTFineBlocks::set(std::size_t block, const float* y, std::uint32_t points) const
-{
-    const MinMax pair = minMaxOfBlock(y, points);
-    least()[block] = pair.min;
-    greatest()[block] = pair.max;
-    const bool begins = (points & 1U) != 0 && std::isfinite(y[0]);
-    first()[block] = begins ? y[0] : std::numeric_limits<float>::quiet_NaN();
-}
-
 CPTSeriesIndex::CPTSeriesIndex(std::span<const float> y, const plotix::ValidityBitmap& points)
     : CPTSeriesIndex(y, points, filledBlocks(y, points))
 {
@@ -157,92 +51,183 @@ CPTSeriesIndex::CPTSeriesIndex(std::span<const float> y, const plotix::ValidityB
 {
     assert(m_fine.count == (y.size() + kFineBlock - 1) / kFineBlock);
     const std::size_t blocks = (m_fine.count + kFinePerCoarse - 1) / kFinePerCoarse;
-    m_coarseLeast.reserve(blocks);
-    m_coarseGreatest.reserve(blocks);
-    for (std::size_t first = 0; first < m_fine.count; first += kFinePerCoarse) {
-        const MinMax pair = joinedFine(first, std::min(m_fine.count, first + kFinePerCoarse));
-        m_coarseLeast.push_back(pair.min);
-        m_coarseGreatest.push_back(pair.max);
+    m_coarse.resize(2 * blocks);
+    for (std::size_t block = 0; block < blocks; ++block) {
+        const std::size_t first = block * kFinePerCoarse;
+        const MinMax pair = m_fine.minMax(first, std::min(m_fine.count, first + kFinePerCoarse));
+        m_coarse[block] = pair.min;
+        m_coarse[blocks + block] = pair.max;
     }
+    m_coarseLeast = {m_coarse.data(), blocks};
+    m_coarseGreatest = {m_coarse.data() + blocks, blocks};
 }
 
-CPTSeriesIndex::MinMax CPTSeriesIndex::joinedFine(std::size_t first, std::size_t last) const
+CPTSeriesIndex::CPTSeriesIndex(std::shared_ptr<const CPTPagedPoints> points, std::shared_ptr<const CPTSeriesRuns> runs)
+    : m_y(points->y().span()),
+      m_points(points->points()),
+      m_fine(points->fine()),
+      m_pages(points),
+      m_runs(std::move(runs))
 {
-    return joinedBlocks(m_fine.least(), m_fine.greatest(), first, last);
+    assert(m_runs && m_runs->elements() == m_y.size());
+    const std::size_t blocks = (m_fine.count + kFinePerCoarse - 1) / kFinePerCoarse;
+    m_coarseLeast = {points->coarseLeast(), blocks};
+    m_coarseGreatest = {points->coarseGreatest(), blocks};
 }
 
 CPTSeriesIndex::MinMax CPTSeriesIndex::joinedCoarse(std::size_t first, std::size_t last) const
 {
-    return joinedBlocks(m_coarseLeast.data(), m_coarseGreatest.data(), first, last);
+    return plotkit::joinedPairs(m_coarseLeast.data(), m_coarseGreatest.data(), first, last);
+}
+
+/// Of elements inside one block.
+CPTSeriesIndex::MinMax CPTSeriesIndex::minMaxOfPart(std::size_t from, std::size_t to) const
+{
+    const std::size_t block = from / kFineBlock;
+    const std::size_t start = block * kFineBlock;
+    const std::uint32_t wanted = rangeMask(from - start, to - start);
+    const std::uint32_t mask = pointMask(m_points, block) & wanted;
+    return mask == wanted ? CPTFineBlocks::finiteMinMaxOfRun(m_y.data() + from, to - from)
+                          : CPTFineBlocks::finiteMinMax(m_y.data() + start, mask);
 }
 
 CPTSeriesIndex::MinMax CPTSeriesIndex::minMax(std::size_t first, std::size_t last) const
 {
+    return m_pages ? minMaxByRuns(first, last) : minMaxHeld(first, last);
+}
+
+CPTSeriesIndex::MinMax CPTSeriesIndex::minMaxHeld(std::size_t first, std::size_t last) const
+{
     assert(first <= last && last <= size());
     if (first >= last)
-        return kEmpty;
-    const auto partOfBlock = [this](std::size_t from, std::size_t to) {
-        const std::size_t block = from / kFineBlock;
-        const std::size_t start = block * kFineBlock;
-        const std::uint32_t wanted = rangeMask(from - start, to - start);
-        const std::uint32_t mask = pointMask(m_points, block) & wanted;
-        return mask == wanted ? minMaxOfRun(m_y.data() + from, to - from) : finiteMinMax(m_y.data() + start, mask);
-    };
+        return plotkit::emptyMinMax();
     const std::size_t firstFine = (first + kFineBlock - 1) / kFineBlock;
     const std::size_t lastFine = last / kFineBlock;
     if (firstFine > lastFine)
-        return partOfBlock(first, last);
+        return minMaxOfPart(first, last);
 
-    MinMax all = kEmpty;
+    MinMax all = plotkit::emptyMinMax();
     if (first < firstFine * kFineBlock)
-        all = partOfBlock(first, firstFine * kFineBlock);
+        all = minMaxOfPart(first, firstFine * kFineBlock);
     if (last > lastFine * kFineBlock)
-        all = joined(all, partOfBlock(lastFine * kFineBlock, last));
+        all = plotkit::joined(all, minMaxOfPart(lastFine * kFineBlock, last));
     const std::size_t firstCoarse = (firstFine + kFinePerCoarse - 1) / kFinePerCoarse;
     const std::size_t lastCoarse = lastFine / kFinePerCoarse;
     if (firstCoarse >= lastCoarse)
-        return joined(all, joinedFine(firstFine, lastFine));
-    all = joined(all, joinedFine(firstFine, firstCoarse * kFinePerCoarse));
-    all = joined(all, joinedFine(lastCoarse * kFinePerCoarse, lastFine));
-    return joined(all, joinedCoarse(firstCoarse, lastCoarse));
+        return plotkit::joined(all, m_fine.minMax(firstFine, lastFine));
+    all = plotkit::joined(all, m_fine.minMax(firstFine, firstCoarse * kFinePerCoarse));
+    all = plotkit::joined(all, m_fine.minMax(lastCoarse * kFinePerCoarse, lastFine));
+    return plotkit::joined(all, joinedCoarse(firstCoarse, lastCoarse));
+}
+
+CPTSeriesIndex::MinMax CPTSeriesIndex::minMaxByRuns(std::size_t first, std::size_t last) const
+{
+    const auto ofPart = [this](std::size_t from, std::size_t to) {
+        const plotix::PagedMemory::Hold held = m_pages->hold(from, to);
+        return minMaxHeld(from, to);
+    };
+    const std::size_t firstRun = m_runs->runFrom(first);
+    const std::size_t endRun = last < size() ? m_runs->runAt(last) : m_runs->count();
+    if (first >= last || firstRun >= endRun)
+        return ofPart(first, last);
+    const MinMax ends = plotkit::joined(ofPart(first, m_runs->begin(firstRun)), ofPart(m_runs->begin(endRun), last));
+    return plotkit::joined(ends, m_runs->minMax(firstRun, endRun));
+}
+
+bool CPTSeriesIndex::isPointAt(std::size_t element) const
+{
+    return m_points.isValid(element) && std::isfinite(m_y[element]);
 }
 
 std::size_t CPTSeriesIndex::firstPointFrom(std::size_t element) const
 {
-    if (element < size() && m_points.isValid(element) && std::isfinite(m_y[element]))
+    if (m_pages)
+        return firstPointByRuns(element);
+    return element < size() ? firstPointIn(element, size()) : size();
+}
+
+std::size_t CPTSeriesIndex::lastPointBefore(std::size_t element) const
+{
+    element = std::min(element, size());
+    if (m_pages)
+        return lastPointByRuns(element);
+    const std::size_t found = lastPointIn(0, element);
+    return found < element ? found : size();
+}
+
+std::size_t CPTSeriesIndex::firstPointIn(std::size_t element, std::size_t last) const
+{
+    assert(element <= last && last <= size());
+    if (element < last && isPointAt(element))
         return element;
-    while (element < size()) {
+    while (element < last) {
         const std::size_t fine = element / kFineBlock;
         if (isCoarseEmpty(fine / kFinePerCoarse)) {
             element = (fine / kFinePerCoarse + 1) * kCoarseBlock;
         } else if (m_fine.isEmpty(fine)) {
             element = (fine + 1) * kFineBlock;
         } else {
-            const std::size_t end = std::min(size(), (fine + 1) * kFineBlock);
+            const std::size_t end = std::min(last, (fine + 1) * kFineBlock);
             for (; element < end; ++element)
-                if (m_points.isValid(element) && std::isfinite(m_y[element]))
+                if (isPointAt(element))
                     return element;
         }
     }
-    return size();
+    return last;
 }
 
-std::size_t CPTSeriesIndex::lastPointBefore(std::size_t element) const
+std::size_t CPTSeriesIndex::lastPointIn(std::size_t first, std::size_t last) const
 {
-    element = std::min(element, size());
-    if (element > 0 && m_points.isValid(element - 1) && std::isfinite(m_y[element - 1]))
+    assert(first <= last && last <= size());
+    std::size_t element = last;
+    if (element > first && isPointAt(element - 1))
         return element - 1;
-    while (element > 0) {
+    while (element > first) {
         const std::size_t fine = (element - 1) / kFineBlock;
         if (isCoarseEmpty(fine / kFinePerCoarse)) {
             element = fine / kFinePerCoarse * kCoarseBlock;
         } else if (m_fine.isEmpty(fine)) {
             element = fine * kFineBlock;
         } else {
-            for (; element > fine * kFineBlock; --element)
-                if (m_points.isValid(element - 1) && std::isfinite(m_y[element - 1]))
+            const std::size_t end = std::max(first, fine * kFineBlock);
+            for (; element > end; --element)
+                if (isPointAt(element - 1))
                     return element - 1;
         }
+    }
+    return last;
+}
+
+std::size_t CPTSeriesIndex::firstPointByRuns(std::size_t element) const
+{
+    if (element >= size())
+        return size();
+    for (std::size_t run = m_runs->filledFrom(m_runs->runAt(element)); run < m_runs->count();
+         run = m_runs->filledFrom(run + 1)) {
+        const std::size_t from = std::max(element, m_runs->begin(run));
+        const std::size_t end = m_runs->end(run);
+        if (from == m_runs->begin(run) && !std::isnan(m_runs->firstValue(run)))
+            return from;
+        const plotix::PagedMemory::Hold held = m_pages->hold(from, end);
+        const std::size_t found = firstPointIn(from, end);
+        if (found < end)
+            return found;
+    }
+    return size();
+}
+
+std::size_t CPTSeriesIndex::lastPointByRuns(std::size_t element) const
+{
+    if (element == 0)
+        return size();
+    for (std::size_t run = m_runs->filledBefore(m_runs->runAt(element - 1) + 1); run < m_runs->count();
+         run = m_runs->filledBefore(run)) {
+        const std::size_t first = m_runs->begin(run);
+        const std::size_t end = std::min(element, m_runs->end(run));
+        const plotix::PagedMemory::Hold held = m_pages->hold(first, end);
+        const std::size_t found = lastPointIn(first, end);
+        if (found < end)
+            return found;
     }
     return size();
 }

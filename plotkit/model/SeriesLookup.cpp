@@ -1,9 +1,7 @@
 #include "plotkit/model/SeriesLookup.h"
 
-#include <algorithm>
 #include <cmath>
 #include <limits>
-#include <span>
 
 namespace plotkit {
 
@@ -11,6 +9,7 @@ namespace {
 
 SeriesRecord recordOf(const CPTPointSeries& series, std::size_t element, double askedX)
 {
+    const CPTPointSeries::Hold held = series.hold(element, element + 1);
     const double x = series.x()[element];
     const float y = series.y()[element];
     const bool isPoint = series.isPoint(element) && std::isfinite(y);
@@ -31,11 +30,10 @@ RecordsAtX recordsAtX(const CPTPointSeries& series, double x)
     RecordsAtX records;
     if (std::isnan(x) || !series.isXSorted())
         return records;
-    const std::span<const double> all = series.x().span().first(series.elementCount());
-    const auto next = static_cast<std::size_t>(std::upper_bound(all.begin(), all.end(), x) - all.begin());
+    const std::size_t next = series.elementAfter(x);
     if (next > 0)
         records.atOrBefore = recordOf(series, next - 1, x);
-    if (next < all.size())
+    if (next < series.elementCount())
         records.after = recordOf(series, next, x);
     return records;
 }

@@ -55,7 +55,7 @@ struct Known {
     Order order;
 };
 
-bool isOf(const Known& known, const plotix::SharedArray<double>& times)
+bool isOf(const Known& known, const plotix::PagedArray<double>& times)
 {
     const std::shared_ptr<const double> owned = known.times.lock();
     const std::weak_ptr<const double> asked = times.weak();
@@ -64,13 +64,13 @@ bool isOf(const Known& known, const plotix::SharedArray<double>& times)
 
 class KnownOrders {
 public:
-    Order find(const plotix::SharedArray<double>& times)
+    Order find(const plotix::PagedArray<double>& times)
     {
         const std::lock_guard lock(m_mutex);
         const auto found = place(times);
         return found == m_known.end() ? Order() : found->order;
     }
-    void keep(const plotix::SharedArray<double>& times, const Order& order)
+    void keep(const plotix::PagedArray<double>& times, const Order& order)
     {
         const std::lock_guard lock(m_mutex);
         auto known = place(times);
@@ -86,7 +86,7 @@ public:
 
 private:
     using Places = std::array<Known, 16>;
-    Places::iterator place(const plotix::SharedArray<double>& times)
+    Places::iterator place(const plotix::PagedArray<double>& times)
     {
         return std::find_if(m_known.begin(), m_known.end(), [&](const Known& each) { return isOf(each, times); });
     }
@@ -103,7 +103,7 @@ KnownOrders& knownOrders()
 }
 
 /// What is known once the first `count` times were looked at, or those before the first that is out of order.
-Order orderOf(const plotix::SharedArray<double>& times, std::size_t count)
+Order orderOf(const plotix::PagedArray<double>& times, std::size_t count)
 {
     assert(count <= times.size());
     Order order = knownOrders().find(times);
@@ -116,12 +116,12 @@ Order orderOf(const plotix::SharedArray<double>& times, std::size_t count)
 
 }  // namespace
 
-bool areTimesSorted(const plotix::SharedArray<double>& times, std::size_t count)
+bool areTimesSorted(const plotix::PagedArray<double>& times, std::size_t count)
 {
     return count == 0 || count <= orderOf(times, count).sorted;
 }
 
-std::shared_ptr<const TimeCourse> courseOfTimes(const plotix::SharedArray<double>& times, std::size_t count)
+std::shared_ptr<const TimeCourse> courseOfTimes(const plotix::PagedArray<double>& times, std::size_t count)
 {
     if (count == 0)
         return nullptr;

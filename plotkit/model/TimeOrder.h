@@ -1,6 +1,6 @@
 #pragma once
 
-#include "base/SharedArray.h"
+#include "base/PagedArray.h"
 #include "plotkit/model/TimeCourse.h"
 
 #include <cstddef>
@@ -10,11 +10,11 @@
 namespace plotkit {
 
 /// Whether the first `count` times are finite and never decrease. The answer for an array is remembered as long as
-/// somebody owns the array. Requires: count ≤ times.size().
-bool areTimesSorted(const plotix::SharedArray<double>& times, std::size_t count);
+/// somebody owns the array. Requires: count ≤ times.size(), and they are in memory.
+bool areTimesSorted(const plotix::PagedArray<double>& times, std::size_t count);
 
 /// The course of the times, of the first `count` at least; null where those are not sorted or there are none. All
-/// callers *share* one. Requires: count ≤ times.size().
-std::shared_ptr<const TimeCourse> courseOfTimes(const plotix::SharedArray<double>& times, std::size_t count);
+/// callers *share* one. Requires: count ≤ times.size(), and they are in memory.
+std::shared_ptr<const TimeCourse> courseOfTimes(const plotix::PagedArray<double>& times, std::size_t count);
 
 }  // namespace plotkit

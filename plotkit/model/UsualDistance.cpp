@@ -1,6 +1,7 @@
 #include "plotkit/model/UsualDistance.h"
 
 #include "plotkit/model/CPTSeriesIndex.h"
+#include "plotkit/model/SeriesReading.h"
 
 #include <algorithm>
 #include <vector>
@@ -10,6 +11,39 @@ namespace plotkit {
 namespace {
 
 constexpr std::size_t kMostDistances = 4096;
+/// Of very long series, which may be paged, distances are taken at so many places alone: each may cost a page.
+constexpr std::size_t kPlaces = 16;
+constexpr std::size_t kVeryLong = 2 * plotix::PagedMemory::kPage;
+
+class Distances {
+public:
+    explicit Distances(const CPTPointSeries& series) : m_series(series) { m_taken.reserve(kMostDistances + 1); }
+
+    /// From the first point at or after `element` to the next; answers the element after that point, the number of
+    /// elements where there is none.
+    std::size_t takeFrom(std::size_t element)
+    {
+        const std::size_t count = m_series.elementCount();
+        const std::size_t point = m_series.index().firstPointFrom(element);
+        const std::size_t next = point < count ? m_series.index().firstPointFrom(point + 1) : count;
+        if (next >= count)
+            return count;
+        m_taken.push_back(m_series.x().valueAt(next) - m_series.x().valueAt(point));
+        return point + 1;
+    }
+    double median()
+    {
+        if (m_taken.empty())
+            return 0;
+        const auto middle = m_taken.begin() + static_cast<std::ptrdiff_t>(m_taken.size() / 2);
+        std::nth_element(m_taken.begin(), middle, m_taken.end());
+        return *middle;
+    }
+
+private:
+    const CPTPointSeries& m_series;
+    std::vector<double> m_taken;
+};
 
 }  // namespace
 
@@ -18,23 +52,22 @@ double usualDistance(const CPTPointSeries& series)
     const std::size_t count = series.elementCount();
     if (!series.isXSorted() || count < 2)
         return 0;
-    const std::size_t step = std::max<std::size_t>(1, count / kMostDistances);
-    std::vector<double> distances;
-    distances.reserve(count / step + 1);
-    std::size_t after = 0;  // where points that were not taken yet begin
-    for (std::size_t element = 0; element < count; element = std::max(element + step, after)) {
-        const std::size_t point = series.index().firstPointFrom(element);
-        const std::size_t next = point < count ? series.index().firstPointFrom(point + 1) : count;
-        if (next >= count)
-            break;
-        distances.push_back(series.x()[next] - series.x()[point]);
-        after = point + 1;
+    Distances distances(series);
+    SeriesReading reading(series);
+    if (count >= kVeryLong) {
+        for (std::size_t place = 0; place < kPlaces; ++place) {
+            std::size_t element = count / kPlaces * place;
+            reading.hold(element, element + kMostDistances / kPlaces);
+            for (std::size_t taken = 0; taken < kMostDistances / kPlaces && element < count; ++taken)
+                element = distances.takeFrom(element);
+        }
+        return distances.median();
     }
-    if (distances.empty())
-        return 0;
-    const auto middle = distances.begin() + static_cast<std::ptrdiff_t>(distances.size() / 2);
-    std::nth_element(distances.begin(), middle, distances.end());
-    return *middle;
+    reading.hold(0, count);
+    const std::size_t step = std::max<std::size_t>(1, count / kMostDistances);
+    for (std::size_t element = 0, after = 0; element < count; element = std::max(element + step, after))
+        after = distances.takeFrom(element);
+    return distances.median();
 }
 
 }  // namespace plotkit

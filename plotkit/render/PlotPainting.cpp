@@ -2,6 +2,7 @@
 
 #include "plotkit/layout/AxisMapping.h"
 #include "plotkit/layout/LineDashes.h"
+#include "plotkit/layout/LonePoints.h"
 #include "plotkit/layout/PlotReduction.h"
 #include "plotkit/layout/StripArea.h"
 #include "plotkit/render/ClippedPaths.h"
@@ -86,6 +87,15 @@ std::vector<std::pair<CPTStrip, Plots>> plotsByStrip(const CPTXYGraph& graph)
     return groups;
 }
 
+/// The diameter of a point that a broken line joins to no other; 0 where the line does not break, or its own dots are
+/// as large.
+double lonePointSize(const CPTScatterPlot& plot)
+{
+    constexpr double kWidths = 2, kMore = 1;  // points: seen beside lines of any width
+    const double size = kWidths * plot.dataLineStyle().width + kMore;
+    return std::isfinite(plot.gapThreshold()) && std::isfinite(size) && size > plot.drawnPointSize() ? size : 0;
+}
+
 /// The parts of a broken line are several strokes, which may overlap where their colour is opaque.
 bool canStroke(const PlotEnvelope& envelope, const QColor& color)
 {
@@ -116,6 +126,7 @@ bool PlotPainting::reduce(const CPTScatterPlot& plot, const PlotView& view)
     if (!series)
         return false;
     reducePlotInto(m_reduced, *series, view);
+    lonePointsInto(m_lone, m_reduced);
     return !m_reduced.isEmpty();
 }
 
@@ -192,12 +203,14 @@ void PlotPainting::strokePlot(const CPTScatterPlot& plot, const PlotView& view, 
 void PlotPainting::strokeLine(const CPTScatterPlot& plot, const PlotView& view, double density, std::size_t slot)
 {
     static_assert(PlotEnvelope::kColumnsPerPixel == LineColumns::kPerPixel);
+    m_lone.clear();
     const CPTLineStyle& style = plot.dataLineStyle();
     const std::optional<DashPattern> dashes = DashPattern::of(style, density);
     const double few = dashes ? kFewDashedPoints : PlotEnveloping::kFewPoints;
     if (PolylineRasteriser::canStrokeColumns(style.width * density) &&
         m_enveloping.envelopeInto(m_envelope, *plot.series(), view, slot, few) &&
         (dashes || canStroke(m_envelope, style.color))) {
+        lonePointsInto(m_lone, m_envelope);
         if (dashes)
             dashColumns(m_envelope, *dashes, dashOriginOf(view));
         const LineColumns columns{m_envelope.left, m_envelope.atLeft, m_envelope.atRight,
@@ -207,6 +220,14 @@ void PlotPainting::strokeLine(const CPTScatterPlot& plot, const PlotView& view, 
         const ReducedPlot& line = dashed(dashes, view);
         m_rasteriser.add({line.points, line.partEnds}, style.width * density, style.color);
     }
+    strokeLonePoints(plot, density);
+}
+
+void PlotPainting::strokeLonePoints(const CPTScatterPlot& plot, double density)
+{
+    const double diameter = lonePointSize(plot) * density;
+    if (!m_lone.empty() && diameter > 0)
+        m_rasteriser.addDots(m_lone, diameter, plot.dataLineStyle().color);
 }
 
 /// What reduce() left, cut into its dashes.
@@ -286,6 +307,10 @@ void PlotPainting::drawPath(QPainter& painter, const CPTScatterPlot& plot, const
     if (hasLine && reduceForPage(plot, slot, viewAt)) {
         usePen(style.width);
         painter.drawPath(within.lines(pathOf(m_reduced)));
+        if (const double diameter = lonePointSize(plot); diameter > 0 && !m_lone.empty()) {
+            usePen(diameter);
+            painter.drawPath(within.lines(pathOfDots(m_lone)));
+        }
     }
     if (!(plot.drawnPointSize() > 0))
         return;
@@ -304,6 +329,9 @@ bool PlotPainting::reduceForPage(const CPTScatterPlot& plot, std::size_t slot,
         return reduce(plot, view);
     const PlotView coarse = viewAt(1);
     if (m_enveloping.envelopeInto(m_envelope, *plot.series(), coarse, slot, kFewDashedPoints)) {
+        lonePointsInto(m_lone, m_envelope);
+        for (QPointF& place : m_lone)
+            place *= kPageStepsPerPoint;
         dashColumns(m_envelope, *DashPattern::of(plot.dataLineStyle(), 1), dashOriginOf(coarse));
         pointsOfColumns(m_reduced, m_envelope, kPageStepsPerPoint);
         return !m_reduced.isEmpty();

@@ -50,6 +50,8 @@ private:
     bool reduceForPage(const CPTScatterPlot& plot, std::size_t slot, const std::function<PlotView(double)>& viewAt);
     const ReducedPlot& dashed(const std::optional<DashPattern>& dashes, const PlotView& view);
     bool reduce(const CPTScatterPlot& plot, const PlotView& view);
+    /// Of a line that breaks at gaps the points that stand alone, as dots wider than the line.
+    void strokeLonePoints(const CPTScatterPlot& plot, double density);
     void drawPaths(GraphCanvas& canvas, const CPTXYGraph& graph, const std::vector<CPTScatterPlotPtr>& plots,
                    const QRectF& area);
     void strokePlots(const PixelBuffer& buffer, const QRect& clip, const CPTXYGraph& graph,
@@ -62,6 +64,7 @@ private:
     PlotFills m_fills;
     PlotDots m_dots;
     std::vector<QPointF> m_places;
+    std::vector<QPointF> m_lone;  // of the plot drawn last, in the units of its view
     PolylineRasteriser m_rasteriser;
     std::size_t m_slot = 0;  // of the plot drawn next
     QImage m_layer;

@@ -1,7 +1,7 @@
 #include "plugins/PlotixPlugIn/FiguredRow.h"
 
+#include "base/SinglePrecision.h"
 #include "plugins/PlotixPlugIn/host/KTVConverter.h"
-#include "plugins/PlotixPlugIn/logic/SinglePrecision.h"
 
 #include <limits>
 

@@ -68,6 +68,7 @@ public:
     /// What is shown beyond the rows, and of them over another span; null: nothing. *Weak*.
     void setFigures(plotix::TableFigures* figures);
     plotix::TableFigures* figures() const { return m_figures; }
+    bool isBehindOwn(int column) const;
     int firstWidthOf(int column) const;  ///< of a column of the figures, points
 
     /// Numbers as people read them, in the user's locale; not so at first.

@@ -70,6 +70,11 @@ int InfoTableModel::columnNamed(const QString& identifier) const
     return columnWithIdentifier(identifier);
 }
 
+bool InfoTableModel::isBehindOwn(int column) const
+{
+    return isFigure(column) && m_figureColumns[static_cast<std::size_t>(column - kColumnCount)].isBehindOwn;
+}
+
 int InfoTableModel::firstWidthOf(int column) const
 {
     return isFigure(column) ? m_figureColumns[static_cast<std::size_t>(column - kColumnCount)].width : 0;

@@ -1,10 +1,7 @@
 #include "plugins/PlotixPlugIn/KTVDataClusterDatePicker.h"
 
 #include "base/WholeDay.h"
-#include "plugins/PlotixPlugIn/host/KTVBundle.h"
-#include "plugins/PlotixPlugIn/logic/TypedDate.h"
 #include "plugins/PlotixPlugIn/reading/trend/ClockTexts.h"
-#include "plugins/PlotixPlugIn/reading/trend/TypedTime.h"
 
 #include <QtCore/QRegularExpression>
 #include <QtCore/QSignalBlocker>
@@ -12,7 +9,6 @@
 #include <QtWidgets/QCalendarWidget>
 #include <QtWidgets/QLineEdit>
 #include <QtWidgets/QStyleOption>
-#include <QtWidgets/QToolTip>
 
 #include <cmath>
 
@@ -20,14 +16,6 @@ namespace {
 
 /// Beyond what any editor shows; keeps the conversion to milliseconds inside 64 bits.
 constexpr double kFarthestSeconds = 1e15;
-
-constexpr QColor kMarkOnLight(0xb7, 0x1c, 0x1c);
-constexpr QColor kMarkOnDark(0xff, 0x8a, 0x80);
-
-QString localizedText(const char* key)
-{
-    return KTVBundle::mainBundle()->localizedString(QLatin1String(key));
-}
 
 plotix::Date dateOf(const QDateTime& moment)
 {
@@ -159,24 +147,6 @@ void KTVDataClusterDatePicker::takeEdit(const QDateTime& shown)
     emit dateEdited();
 }
 
-void KTVDataClusterDatePicker::takeText(const QString& text)
-{
-    if (!m_typing)
-        m_shownBeforeTyping = m_shown;
-    m_typing = true;
-    const auto end = m_dayMeans == DayMeans::ItsEnd ? plotix::SpanEnd::To : plotix::SpanEnd::From;
-    const auto read =
-        plotix::typedDate(plotix::endOfTypedSpan(text, end),
-                          {locale(), plotix::dayWords(), momentFor(m_shownBeforeTyping), plotix::nowBy(m_clock)});
-    markText(read.has_value());
-    if (!read)
-        return;
-    if (read->hasTime)
-        takeMoment(read->moment);
-    else
-        takeDay(read->moment.date());
-}
-
 /// A day without a time, typed or chosen in the calendar. The exact date keeps its last moment, beyond the seconds
 /// shown.
 void KTVDataClusterDatePicker::takeDay(const QDate& day)
@@ -212,42 +182,7 @@ QString KTVDataClusterDatePicker::textFromDateTime(const QDateTime& moment) cons
 
 QValidator::State KTVDataClusterDatePicker::validate(QString&, int&) const
 {
-    return m_understood ? QValidator::Acceptable : QValidator::Intermediate;
-}
-
-void KTVDataClusterDatePicker::endTyping()
-{
-    if (m_understood)  // else the text stays, to be mended
-        dropTyping();
-}
-
-void KTVDataClusterDatePicker::dropTyping()
-{
-    if (!m_typing)
-        return;
-    m_typing = false;
-    markText(true);
-    lineEdit()->setText(textFromDateTime(dateTime()));
-}
-
-void KTVDataClusterDatePicker::markText(bool understood)
-{
-    if (understood == m_understood)
-        return;
-    m_understood = understood;
-    QPalette colours;
-    if (!understood)
-        colours.setColor(QPalette::Text,
-                         palette().color(QPalette::Base).lightness() > 128 ? kMarkOnLight : kMarkOnDark);
-    lineEdit()->setPalette(colours);
-    QFont marked = font();
-    marked.setUnderline(!understood);
-    lineEdit()->setFont(marked);
-    const QString why =
-        localizedText(QT_TRANSLATE_NOOP("Plotix", "This is not understood as a date. Write it such as %1, or %2."))
-            .arg(QDateTimeEdit::textFromDateTime(dateTime()), plotix::dayWords().yesterday);
-    lineEdit()->setToolTip(understood ? QString() : why);
-    setAccessibleDescription(understood ? QString::fromUtf8(m_clock.zone.id()) : why);
+    return isUnderstood() ? QValidator::Acceptable : QValidator::Intermediate;
 }
 
 void KTVDataClusterDatePicker::keyPressEvent(QKeyEvent* event)
@@ -257,8 +192,8 @@ void KTVDataClusterDatePicker::keyPressEvent(QKeyEvent* event)
     if (event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter) {
         endTyping();
         event->accept();
-        if (!m_understood)
-            QToolTip::showText(mapToGlobal(rect().bottomLeft()), lineEdit()->toolTip(), this);
+        if (!isUnderstood())
+            tellWhy();
         else if (auto* delegate = notifyReturnKeyDelegate())
             delegate->returnKeyPressed(this);
     } else if (event->key() == Qt::Key_Escape && m_typing) {

@@ -42,7 +42,7 @@ public:
     void setDayMeans(DayMeans meaning) { m_dayMeans = meaning; }  ///< its start unless set
 
     /// Whether the text is understood as a date. False: it is marked, and the date is still the one before.
-    bool isUnderstood() const { return m_understood; }
+    bool isUnderstood() const { return m_text == Text::Understood; }
 
     DataClusterDatePickerReturnKeyNotification* notifyReturnKeyDelegate() const { return m_returnKeyDelegate.get(); }
     void setNotifyReturnKeyDelegate(DataClusterDatePickerReturnKeyNotification* delegate)
@@ -78,7 +78,11 @@ private:
     void openCalendar();
     void endTyping();   ///< unless the text is not understood
     void dropTyping();  ///< shows the date again
-    void markText(bool understood);
+    void takeBack();
+    enum class Text { Understood, NotUnderstood, NoSuchDate };
+    void markText(Text text);
+    QString whyMarked() const;
+    void tellWhy();
     void selectNumberAt(int position);
     int sectionAt(int position) const;
 
@@ -86,9 +90,10 @@ private:
     CPTClock m_clock;
     QDateTime m_shown;
     QDateTime m_shownBeforeTyping;  ///< what a text leaves out is taken from here
+    plotix::OptionalDate m_dateBeforeTyping;
     DayMeans m_dayMeans = DayMeans::ItsStart;
     bool m_typing = false;  ///< the text is the user's, not ours
-    bool m_understood = true;
+    Text m_text = Text::Understood;
     bool m_followsCalendar = false;
     WeakReference<DataClusterDatePickerReturnKeyNotification> m_returnKeyDelegate;
 };

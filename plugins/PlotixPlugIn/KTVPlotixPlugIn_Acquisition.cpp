@@ -100,7 +100,7 @@ void KTVPlotixPlugIn::fetchRecords(const OptionalDate& fromDate, const OptionalD
                 handler(plugIn, records, error);
             };
             if (span && records && !error)
-                plugIn.m_reader->readBeside(*span, show);
+                plugIn.m_reader->readBeside({*span, records}, show);
             else
                 show();
         });
@@ -134,7 +134,7 @@ void KTVPlotixPlugIn::tellShown(const KTVRecordDictionary& records, const Option
 {
     std::optional<plotix::TimeSpan> held;
     if (records.time() && records.time()->size() > 0)
-        held = plotix::TimeSpan{(*records.time())[0], (*records.time())[records.time()->size() - 1]};
+        held = plotix::TimeSpan{records.time()->front(), records.time()->back()};
     if (const std::optional<plotix::TimeSpan> span = spanOf(from, to))
         m_readSpans->recordsShown(*span, held);
 }

@@ -11,11 +11,12 @@
 
 #include "plugins/PlotixPlugIn/KTVPlotixPlugIn.h"
 
+#include "base/PagedReading.h"
+#include "base/SinglePrecision.h"
 #include "plugins/PlotixPlugIn/InfoTableModel.h"
 #include "plugins/PlotixPlugIn/TrendAccess.h"
 #include "plugins/PlotixPlugIn/host/KTVConverter.h"
 #include "plugins/PlotixPlugIn/host/KTVRecordColumn.h"
-#include "plugins/PlotixPlugIn/logic/SinglePrecision.h"
 #include "plugins/PlotixPlugIn/logic/Statistics.h"
 #include "plugins/PlotixPlugIn/reading/ReadSpans.h"
 #include "plugins/PlotixPlugIn/reading/TrendReader.h"
@@ -40,13 +41,15 @@ struct ColumnSummary {
 /// Adds the elements [first, last), none of which is an exception.
 void addPlainValues(ColumnSummary& summary, const KTVRecordColumn& column, std::size_t first, std::size_t last)
 {
-    std::array<double, 1024> block;
-    while (first < last) {
-        const std::span<double> values(block.data(), std::min(block.size(), last - first));
-        column.copyUnitValues(first, values);
-        summary.values.addBlock(values, column.validity(), first);
-        first += values.size();
-    }
+    plotix::inStretches(column, first, last, [&](std::size_t next, std::size_t end) {
+        std::array<double, 1024> block;
+        while (next < end) {
+            const std::span<double> values(block.data(), std::min(block.size(), end - next));
+            column.copyUnitValues(next, values);
+            summary.values.addBlock(values, column.validity(), next);
+            next += values.size();
+        }
+    });
     if (!summary.unitSymbol && !summary.values.isEmpty())
         summary.unitSymbol = column.unitSymbol();
 }
@@ -60,9 +63,25 @@ void addException(ColumnSummary& summary, const KTVPropertyPtr& snapshot)
         summary.unitSymbol = snapshot->unitSymbol();
 }
 
+/// Adds a whole paged column without reading it, if that is as good as reading it.
+bool addKnownValues(ColumnSummary& summary, const KTVRecordColumn& column)
+{
+    const KTVRecordColumn::Known& known = column.known();
+    const KTVUnitModel::Map& map = column.map();
+    if (column.isResident() || !column.exceptions().empty() || !known.runs || !known.sum || !map.isLinear)
+        return false;
+    if (!summary.values.addKnown({*known.runs, known.count, *known.sum, map.scale, map.offset}))
+        return false;
+    if (!summary.values.isEmpty())
+        summary.unitSymbol = column.unitSymbol();
+    return true;
+}
+
 ColumnSummary summaryOfColumn(const KTVRecordColumn& column)
 {
     ColumnSummary summary;
+    if (addKnownValues(summary, column))
+        return summary;
     std::size_t next = 0;
     for (const auto& [index, snapshot] : column.exceptions()) {
         if (index >= column.size())
@@ -133,6 +152,11 @@ void KTVPlotixPlugIn::connectInfoTable()
     m_infoTable->setArrayController(m_infoTableArrayController.get());
     m_infoTable->setTableDelegate(this);
     m_infoTable->setFigures(m_reader->tableFigures());
+    if (const plotix::TableFigures* figures = m_reader->tableFigures())
+        connect(figures, &plotix::TableFigures::cellMeant, this, [this] {
+            if (!m_propertyDetailsShowing && m_propertyDetailsDisclosureButton)
+                m_propertyDetailsDisclosureButton->click();  // an answer in a closed panel is none
+        });
     m_infoTable->setCopiedHeading([this] { return copiedHeading(); });
     connect(m_infoTable, &PropertyDetailsTableView::showClicked, this, &KTVPlotixPlugIn::showClicked);
     connect(m_infoTable, &PropertyDetailsTableView::lineChosen, this, [this](int row, bool shown) {

@@ -22,6 +22,8 @@ QStringList figureTexts(const InfoTableRow& row, const plotix::TableFigures* fig
     if (figures)
         for (const plotix::TableFigures::Column& column : figures->columns())
             texts << figures->cell(row.propertyName, column.identifier).text;
+    if (const auto quality = figures ? figures->quality(row.propertyName) : std::nullopt)
+        texts << *quality;
     return texts;
 }
 
@@ -51,6 +53,8 @@ QStringList figureTitles(const plotix::TableFigures* figures)
     if (figures)
         for (const plotix::TableFigures::Column& column : figures->columns())
             titles << column.title;
+    if (figures && figures->quality({}))
+        titles << plotix::localizedText(QT_TRANSLATE_NOOP("Plotix", "Quality"));
     return titles;
 }
 
@@ -82,10 +86,9 @@ QVariantMap KTVPlotixPlugIn::reportContents() const
         contents.insert(QStringLiteral("outside"), told.names);
     if (const QVariantList notes = footnotes(); !notes.isEmpty())
         contents.insert(QStringLiteral("notes"), notes);
-    const std::optional<plotix::SharedArray<double>> time = m_plotData ? m_plotData->time() : std::nullopt;
-    if (time && time->size() > 0) {
-        contents.insert(QStringLiteral("firstRecord"), (*time)[0]);
-        contents.insert(QStringLiteral("lastRecord"), (*time)[time->size() - 1]);
+    if (m_plotData && m_plotData->time() && !m_plotData->time()->isEmpty()) {
+        contents.insert(QStringLiteral("firstRecord"), m_plotData->time()->front());
+        contents.insert(QStringLiteral("lastRecord"), m_plotData->time()->back());
     }
     if (const KTVAgentPtr site = siteWindowController() ? siteWindowController()->agent() : nullptr) {
         contents.insert(QStringLiteral("siteName"), site->siteName().value_or(QString()));

@@ -2,6 +2,7 @@
 
 #include "plugins/PlotixPlugIn/ColorSwatchDelegate.h"
 #include "plugins/PlotixPlugIn/FigureDelegate.h"
+#include "plugins/PlotixPlugIn/FrozenNames.h"
 #include "plugins/PlotixPlugIn/InfoTableModel.h"
 #include "plugins/PlotixPlugIn/host/KTVBundle.h"
 
@@ -79,9 +80,9 @@ PropertyDetailsTableView::PropertyDetailsTableView(QWidget* parent)
 {
     setModel(m_model);
     setUpLook();
-    setUpHeader();
     setItemDelegate(new FigureDelegate(this));
     setItemDelegateForColumn(InfoTableModel::Color, new ColorSwatchDelegate(this));
+    setUpHeader();
     connect(m_model, &QAbstractItemModel::rowsInserted, this, &PropertyDetailsTableView::adjustCheckBoxes);
     connect(m_model, &QAbstractItemModel::rowsRemoved, this, &PropertyDetailsTableView::adjustCheckBoxes);
     connect(m_model, &QAbstractItemModel::dataChanged, this, &PropertyDetailsTableView::adjustCheckBoxes);
@@ -129,6 +130,8 @@ void PropertyDetailsTableView::columnWasResized(int column, int width)
     if (m_filling || static_cast<std::size_t>(column) >= m_ownWidths.size())
         return;
     m_ownWidths[static_cast<std::size_t>(column)] = width;
+    if (const QString identifier = m_model->identifierAt(column); !m_sizedByHand.contains(identifier))
+        m_sizedByHand << identifier;
     if (isVisible())
         fillWidth();
 }
@@ -140,6 +143,7 @@ void PropertyDetailsTableView::fillWidth()
     m_filling = true;
     horizontalHeader()->resizeSection(InfoTableModel::Property, m_ownWidths[InfoTableModel::Property] + spare);
     m_filling = false;
+    m_frozenNames->follow();
 }
 
 void PropertyDetailsTableView::resizeEvent(QResizeEvent* event)
@@ -281,6 +285,8 @@ void PropertyDetailsTableView::adjustLayoutForAutosavedDictionary(const QVariant
         if (width > 0)
             header->resizeSection(column, std::clamp(width, header->minimumSectionSize(), kWidestColumn));
     }
+    m_sizedByHand.clear();  // a stored width is no hand's
+    fitFigures();
     if (!dictionary.contains(kSortColumn))
         return;
     const int sortColumn = m_model->columnNamed(dictionary.value(kSortColumn).toString());

@@ -13,6 +13,7 @@
 #include <memory>
 #include <vector>
 
+class FrozenNames;
 class InfoTableModel;
 class QCheckBox;
 namespace plotix {
@@ -120,6 +121,9 @@ private:
     bool handleLineKey(QKeyEvent* event);
     void toggleSelectedLines();
     void setUpFigures();
+    void showCell(const QString& propertyName, const QString& identifier);
+    void placeFigure(int column);
+    void fitFigures();
     void addFigureItems(QMenu& menu);
     void popUpHeaderMenu(const QPoint& position);
     void tellSelectedRow();
@@ -137,4 +141,6 @@ private:
     std::function<QStringList()> m_copiedHeading;
     std::vector<int> m_ownWidths;  // of the columns, points; without what fills the view
     bool m_filling = false;
+    QStringList m_sizedByHand;             // identifiers of columns
+    FrozenNames* m_frozenNames = nullptr;  // a child
 };

@@ -1,16 +1,27 @@
 // The columns that figures add to the statistics table: their widths, their menu, and what a click on them does.
 //
 // Rules of this room:
-//  1. A column that comes or goes leaves the others as they are. One that rows were sorted by and that goes leaves them
-//     in the order of the properties.
-//  2. Every choice of the header's menu is in the rows' menu too, where keys reach it.
+//  1. A column that comes stands right behind the name and its unit, behind those before it in the figures' order, and
+//  is scrolled
+//     into view. One that comes or goes leaves the others as they are. One that rows were sorted by and that goes
+//     leaves them in the order of the properties.
+//  2. Nothing in these columns is cut: they become as wide as title and cells need, never narrower by themselves. What
+//     a hand has made narrower stays so.
+//  3. While the table is scrolled past the names, these are shown at its edge.
+//  4. Every choice of the header's menu is in the rows' menu too, where keys reach it.
 
 #include "plugins/PlotixPlugIn/PropertyDetailsTableView.h"
 
+#include "plugins/PlotixPlugIn/FrozenNames.h"
 #include "plugins/PlotixPlugIn/InfoTableModel.h"
 #include "plugins/PlotixPlugIn/host/KTVBundle.h"
 
 #include <QtWidgets/QHeaderView>
+#include <QtWidgets/QScrollBar>
+
+#include <QtCore/QScopedValueRollback>
+
+#include <algorithm>
 
 namespace {
 
@@ -24,6 +35,53 @@ QString text(const char* key)
 void PropertyDetailsTableView::setFigures(plotix::TableFigures* figures)
 {
     m_model->setFigures(figures);
+    if (figures)
+        connect(figures, &plotix::TableFigures::cellMeant, this, &PropertyDetailsTableView::showCell);
+}
+
+void PropertyDetailsTableView::showCell(const QString& propertyName, const QString& identifier)
+{
+    for (int row = 0; row < m_model->rowCount(); ++row)
+        if (const InfoTableRowPtr object = m_model->rowAt(row); object && object->propertyName == propertyName) {
+            selectRow(row);
+            horizontalScrollBar()->setValue(0);  // as much as can be seen from the names on
+            scrollTo(m_model->index(row, m_model->columnNamed(identifier)));
+            return;
+        }
+}
+
+void PropertyDetailsTableView::placeFigure(int column)
+{
+    QHeaderView* header = horizontalHeader();
+    const auto moveBehind = [header, column](int before) {
+        const int present = header->visualIndex(column);
+        header->moveSection(present, present > before ? before + 1 : before);
+    };
+    if (m_model->isBehindOwn(column)) {
+        const bool isFirst = !m_model->isBehindOwn(column - 1);
+        return moveBehind(header->visualIndex(isFirst ? int(InfoTableModel::Points) : column - 1));
+    }
+    const int name = header->visualIndex(InfoTableModel::Property);
+    const int unit = header->visualIndex(InfoTableModel::Unit);
+    const bool isFirst = column == InfoTableModel::kColumnCount;
+    moveBehind(!isFirst ? header->visualIndex(column - 1) : unit == name + 1 ? unit : name);
+}
+
+void PropertyDetailsTableView::fitFigures()
+{
+    const QScopedValueRollback filling(m_filling, true);
+    bool hasGrown = false;
+    for (int column = InfoTableModel::kColumnCount; column < m_model->columnCount(); ++column) {
+        int& own = m_ownWidths[static_cast<std::size_t>(column)];
+        const int wanted = std::max(sizeHintForColumn(column), horizontalHeader()->sectionSizeHint(column));
+        if (wanted <= own || m_sizedByHand.contains(m_model->identifierAt(column)))
+            continue;
+        own = wanted;
+        setColumnWidth(column, wanted);
+        hasGrown = true;
+    }
+    if (hasGrown)
+        fillWidth();
 }
 
 void PropertyDetailsTableView::setUpFigures()
@@ -33,14 +91,19 @@ void PropertyDetailsTableView::setUpFigures()
         for (int column = first; column <= last; ++column) {
             const int width = m_model->firstWidthOf(column);
             m_ownWidths.insert(m_ownWidths.begin() + column, width);
+            const QScopedValueRollback filling(m_filling, true);
             setColumnWidth(column, width);
+            placeFigure(column);
         }
+        fitFigures();
         fillWidth();
-        if (m_model->rowCount() > 0)
+        if (m_model->rowCount() > 0 && !m_model->isBehindOwn(last))
             scrollTo(m_model->index(std::max(0, rowAt(0)), last));  // what was just chosen is seen
     });
     connect(m_model, &QAbstractItemModel::columnsAboutToBeRemoved, this,
-            [header](const QModelIndex&, int first, int last) {
+            [this, header](const QModelIndex&, int first, int last) {
+                for (int column = first; column <= last; ++column)
+                    m_sizedByHand.removeAll(m_model->identifierAt(column));
                 const int sorted = header->sortIndicatorSection();
                 if (sorted >= first && sorted <= last)
                     header->setSortIndicator(-1, Qt::AscendingOrder);
@@ -49,6 +112,11 @@ void PropertyDetailsTableView::setUpFigures()
         m_ownWidths.erase(m_ownWidths.begin() + first, m_ownWidths.begin() + last + 1);
         fillWidth();
     });
+    connect(m_model, &QAbstractItemModel::dataChanged, this, &PropertyDetailsTableView::fitFigures);
+    header->setResizeContentsPrecision(0);  // the rows in sight
+    m_frozenNames = new FrozenNames(*this);
+    for (const auto changed : {&QHeaderView::sectionResized, &QHeaderView::sectionMoved})
+        connect(header, changed, m_frozenNames, &FrozenNames::follow);
     connect(this, &QAbstractItemView::clicked, this, [this](const QModelIndex& index) {
         const InfoTableRowPtr row = m_model->rowAt(index.row());
         if (row && m_model->figures() && index.column() >= InfoTableModel::kColumnCount)

@@ -27,15 +27,15 @@ KTVAnnotations* TrendAccess::annotations() const
 /// Asked for once for the records of a fetch.
 const std::vector<KTVAmendment>& TrendAccess::amendmentsOf(const QString& key) const
 {
-    if (m_amended != m_plugIn.m_plotData) {
+    const KTVRecordDictionaryPtr& records = m_plugIn.m_plotData;
+    if (!records || m_amended.lock() != records) {
         m_amendments.clear();
-        m_amended = m_plugIn.m_plotData;
+        m_amended = records;
     }
     const auto [found, isNew] = m_amendments.try_emplace(key);
     const auto* agent = dynamic_cast<const KTVAmendedAgent*>(m_plugIn.agent().get());
-    if (isNew && agent && m_amended && m_amended->time() && m_amended->time()->size() > 0) {
-        const auto times = m_amended->time()->span();
-        found->second = agent->amendmentsOf(key, times.front(), times.back());
+    if (isNew && agent && records && records->time() && records->time()->size() > 0) {
+        found->second = agent->amendmentsOf(key, records->time()->front(), records->time()->back());
     }
     return found->second;
 }

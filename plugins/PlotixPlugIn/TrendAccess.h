@@ -52,7 +52,7 @@ private:
     bool m_isAsked = false;  // a part asks for a range right now
     std::vector<plotix::AddedLine> m_added;
     std::optional<plotix::TimeSpan> m_markedSpan;
-    mutable KTVRecordDictionaryPtr m_amended;  // the records that the amendments below are about
+    mutable std::weak_ptr<const KTVRecordDictionary> m_amended;  // the records that the amendments below are about
     mutable std::map<QString, std::vector<KTVAmendment>> m_amendments;
     CPTClock m_clock;
 };

@@ -66,6 +66,11 @@ Encoded encodedValues(std::span<const double> values, const std::uint64_t* valid
     return {result.codec, std::move(result.bytes)};
 }
 
+Encoded plainValues(std::span<const double> values)
+{
+    return raw(schema::Codec::Raw, values);
+}
+
 // Regular times are whole numbers on a line: runs with a slope and nothing left to pack.
 Encoded encodedTimes(std::span<const double> times)
 {

@@ -22,7 +22,10 @@ struct Encoded {
 /// only hints which elements need not fit the pattern; their bits are kept too.
 Encoded encodedValues(std::span<const double> values, const std::uint64_t* valid = nullptr, std::size_t firstValid = 0);
 
-/// The same for strictly ascending times.
+/// One after the other, as they are.
+Encoded plainValues(std::span<const double> values);
+
+/// The most compact codec for strictly ascending times.
 Encoded encodedTimes(std::span<const double> times);
 
 /// Elements [first, first + target.size()) of a column of `count`. `valid` is the chunk's words as they were given to

@@ -71,13 +71,16 @@ struct RowBits {
     Words first[kParts];  ///< the lanes' bits of the first row
 };
 
+#include "records/columns/ColumnDetailsBody.h"
+#include "records/columns/ColumnLineBody.h"
 #include "records/columns/ColumnPackingBody.h"
 #include "records/columns/ColumnSumBody.h"
+#include "records/columns/ColumnUnpackingBody.h"
 
 const ColumnKernels& kernels()
 {
-    static constexpr ColumnKernels kTable{quotients,  products, patterns, blank,    asQuotients,
-                                          asProducts, range,    pack,     sumOfAll, sumOfSome};
+    static constexpr ColumnKernels kTable{quotients, products, patterns, blank,     asQuotients, asProducts,
+                                          range,     pack,     sumOfAll, sumOfSome, details};
     return kTable;
 }
 

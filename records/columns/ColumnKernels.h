@@ -49,6 +49,13 @@ struct ColumnKernels {
         double sum = 0;
     };
 
+    /// Where kRun values have their extremes, and their sum without rounding, as two parts.
+    struct Details {
+        std::size_t leastAt = kRun, greatestAt = kRun;  ///< the first of those that are equal
+        double high = 0, low = 0;                       ///< of the sum
+        bool isExact = false;                           ///< false: the values do not fit into two parts
+    };
+
     /// number ÷ scale.up, correctly rounded: the double nearest to that decimal. Exact for numbers up to ±2^51.
     void (*quotients)(const Packed& run, const Scale& scale, double* values);
     /// number × scale.down. Exact for numbers up to ±2^51.
@@ -75,6 +82,9 @@ struct ColumnKernels {
     Sum (*sumOfAll)(const double* values);
     /// The same for the values whose bit is set and that are not NaN, added in the same order.
     Sum (*sumOfSome)(const double* values, const std::uint64_t* bits);
+
+    /// Of the values whose bit is set and that are not NaN. `sum`: of the same values; its count is not 0.
+    Details (*details)(const double* values, const std::uint64_t* bits, const Sum& sum);
 
     /// The fastest this processor runs. Alive as long as the program.
     static const ColumnKernels& best();

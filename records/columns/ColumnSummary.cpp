@@ -1,10 +1,8 @@
 #include "records/columns/ColumnSummary.h"
 
-#include "records/columns/ColumnKernels.h"
 #include "records/columns/ValidityBits.h"
 
 #include <algorithm>
-#include <array>
 #include <cmath>
 
 namespace plotix {
@@ -12,27 +10,12 @@ namespace plotix {
 namespace {
 
 constexpr std::size_t kRun = ColumnKernels::kRun;
-using Mask = std::array<std::uint64_t, ColumnKernels::kMask>;
 
-/// A compensated sum: it keeps what its additions round away (Neumaier 1974).
-class CarefulSum {
-public:
-    void add(double value)
-    {
-        const double sum = m_sum + value;
-        m_lost += std::abs(m_sum) >= std::abs(value) ? (m_sum - sum) + value : (value - sum) + m_sum;
-        m_sum = sum;
-    }
-    /// After an overflow the lost part is not a number.
-    double value() const { return std::isfinite(m_sum) ? m_sum + m_lost : m_sum; }
+}  // namespace
 
-private:
-    double m_sum = 0, m_lost = 0;
-};
-
-Mask maskOf(const ColumnView& column, std::size_t first, std::size_t count)
+RunMask maskOfRun(const ColumnView& column, std::size_t first, std::size_t count)
 {
-    Mask mask{};
+    RunMask mask{};
     for (std::size_t i = 0; i * 64 < count; ++i)
         mask[i] =
             bits::get(column.valid, column.firstValid + first + i * 64, std::min<std::size_t>(count - i * 64, 64));
@@ -48,15 +31,13 @@ ColumnKernels::Sum sumOfRun(const ColumnView& column, std::size_t first, std::si
         if (!std::isnan(sum.sum))
             return sum;
     }
-    const Mask mask = maskOf(column, first, count);
+    const RunMask mask = maskOfRun(column, first, count);
     if (count == kRun)
         return kernels.sumOfSome(values, mask.data());
     std::array<double, kRun> copy{};
     std::copy_n(values, count, copy.data());
     return kernels.sumOfSome(copy.data(), mask.data());
 }
-
-}  // namespace
 
 void Summary::add(const Summary& other)
 {
@@ -68,21 +49,33 @@ void Summary::add(const Summary& other)
     valid += other.valid;
 }
 
+void SummaryInWork::add(const ColumnKernels::Sum& run)
+{
+    if (run.count == 0)
+        return;
+    const bool isFirst = m_summary.valid == 0;
+    m_summary.minimum = isFirst || run.minimum < m_summary.minimum ? run.minimum : m_summary.minimum;
+    m_summary.maximum = isFirst || run.maximum > m_summary.maximum ? run.maximum : m_summary.maximum;
+    m_summary.valid += run.count;
+    const double sum = m_sum + run.sum;
+    m_lost += std::abs(m_sum) >= std::abs(run.sum) ? (m_sum - sum) + run.sum : (run.sum - sum) + m_sum;
+    m_sum = sum;
+}
+
+Summary SummaryInWork::finished() const
+{
+    Summary summary = m_summary;
+    // After an overflow the lost part is not a number.
+    summary.sum = std::isfinite(m_sum) ? m_sum + m_lost : m_sum;
+    return summary;
+}
+
 Summary summaryOf(const ColumnView& column, std::size_t count)
 {
-    Summary summary;
-    CarefulSum total;
-    for (std::size_t done = 0; done < count; done += kRun) {
-        const ColumnKernels::Sum sum = sumOfRun(column, done, std::min(count - done, kRun));
-        if (sum.count == 0)
-            continue;
-        summary.minimum = summary.valid == 0 || sum.minimum < summary.minimum ? sum.minimum : summary.minimum;
-        summary.maximum = summary.valid == 0 || sum.maximum > summary.maximum ? sum.maximum : summary.maximum;
-        summary.valid += sum.count;
-        total.add(sum.sum);
-    }
-    summary.sum = total.value();
-    return summary;
+    SummaryInWork summary;
+    for (std::size_t done = 0; done < count; done += kRun)
+        summary.add(sumOfRun(column, done, std::min(count - done, kRun)));
+    return summary.finished();
 }
 
 }  // namespace plotix

@@ -1,6 +1,9 @@
 #pragma once
 
+#include "records/columns/ColumnKernels.h"
 #include "records/columns/ColumnView.h"
+
+#include <array>
 
 /// Count, extremes and sum of a column, cheap enough to compute while reading it.
 ///
@@ -15,6 +18,26 @@ struct Summary {
 
     void add(const Summary& other);
 };
+
+/// A summary to which the runs of a column are added one after the other.
+class SummaryInWork {
+public:
+    void add(const ColumnKernels::Sum& run);
+    Summary finished() const;
+
+private:
+    Summary m_summary;
+    double m_sum = 0, m_lost = 0;  ///< a compensated sum: it keeps what its additions round away (Neumaier 1974)
+};
+
+/// Which of a run's elements are valid; those behind its end are not.
+using RunMask = std::array<std::uint64_t, ColumnKernels::kMask>;
+
+/// Of the elements [first, first + count). Requires: count ≤ ColumnKernels::kRun.
+RunMask maskOfRun(const ColumnView& column, std::size_t first, std::size_t count);
+
+/// Count, extremes and sum of such elements.
+ColumnKernels::Sum sumOfRun(const ColumnView& column, std::size_t first, std::size_t count);
 
 /// Adds up each run of 512 in sixteen sums, and the results with a compensated sum: off by at most some 36 units in the
 /// last place of the sum of magnitudes, however long the column. Infinities of both signs sum up to NaN.

@@ -5,6 +5,7 @@
 #include "records/sqlite/AmendmentTable.h"
 #include "records/sqlite/ChunkRoom.h"
 #include "records/sqlite/ChunkStore.h"
+#include "records/sqlite/IndexStore.h"
 #include "records/sqlite/RecordSchema.h"
 
 #include <QtCore/QFileInfo>
@@ -39,7 +40,9 @@ public:
           m_database(file, schema, Database::Access::ReadWrite),
           m_chunks(m_database),
           m_room(m_database, kCopies, request.memory),
-          m_rawSegments(m_database, "SELECT count(*) FROM segment WHERE id >= ? AND id < ? AND codec = 0")
+          m_index(m_database),
+          m_oddSegments(m_database, "SELECT coalesce(sum(codec = 16), 0), coalesce(sum(codec < 16), 0) FROM segment "
+                                    "WHERE id >= ? AND id < ?")
     {
     }
     ~Compaction() { m_database.rollBack(); }
@@ -55,6 +58,7 @@ public:
                 joinAgent(agent);
         if (!m_result.stopped && m_request.dropBefore)
             dropAmendments();
+        dropRetired();
         m_result.chunksAfter = static_cast<std::size_t>(ask("SELECT count(*) FROM chunk"));
         m_result.records =
             static_cast<std::size_t>(ask("SELECT coalesce(sum(n), 0) FROM chunk") + ask("SELECT count(*) FROM tail"));
@@ -82,6 +86,14 @@ private:
         while (amended.step())
             properties.push_back(amended.integer(0));
         AmendmentTable(m_database).remove(properties, -kInfinity, std::nextafter(*m_request.dropBefore, -kInfinity));
+        m_database.commit();
+    }
+
+    /// What the last transaction replaced, unless somebody still reads it.
+    void dropRetired()
+    {
+        m_database.beginWriting();
+        m_chunks.dropRetired();
         m_database.commit();
     }
 
@@ -130,15 +142,19 @@ private:
         return more;
     }
 
-    /// Whether the chunk is full or the last one, holds nothing too old, and is written as compactly as possible.
+    /// Whether the chunk is full or the last one, holds nothing too old, has checksums and a sound index, and is
+    /// written as compactly as possible.
     bool mayStay(const Chunk& chunk, bool isEnd)
     {
         if ((chunk.n < kChunk && !isEnd) || (m_request.dropBefore && chunk.t0 < *m_request.dropBefore))
             return false;
         const qint64 first = chunk.id * schema::kPropertiesPerChunk;
-        m_rawSegments.bind(1, first).bind(2, first + schema::kPropertiesPerChunk);
-        const qint64 raw = m_rawSegments.step() ? m_rawSegments.integer(0) : 0;
-        m_rawSegments.reset();
+        m_oddSegments.bind(1, first).bind(2, first + schema::kPropertiesPerChunk).step();
+        const qint64 raw = m_oddSegments.integer(0);
+        const qint64 unsealed = m_oddSegments.integer(1);
+        m_oddSegments.reset();
+        if (unsealed > 0 || !m_index.isSound(chunk))
+            return false;
         if (raw == 0)
             return true;
         // Some columns cannot be written more compactly.
@@ -202,7 +218,8 @@ private:
     Database m_database;
     ChunkStore m_chunks;
     ChunkRoom m_room;
-    Statement m_rawSegments;
+    IndexStore m_index;
+    Statement m_oddSegments;  // plain ones, and those without a checksum
     CompactionResult m_result;
     Records m_read;          // what the view answered by `kept` borrows
     std::size_t m_seen = 0;  // chunks

@@ -4,8 +4,10 @@
 #include "records/columns/ColumnFormat.h"
 #include "records/columns/ValidityBits.h"
 #include "records/sqlite/AmendmentTable.h"
+#include "records/sqlite/ChangedColumn.h"
 #include "records/sqlite/ChunkRoom.h"
 #include "records/sqlite/ChunkStore.h"
+#include "records/sqlite/IndexStore.h"
 #include "records/sqlite/RecordSchema.h"
 
 #include <algorithm>
@@ -29,6 +31,7 @@ public:
         : m_progress(progress),
           m_database(file, schema, Database::Access::BestAvailable),
           m_chunks(m_database),
+          m_index(m_database),
           m_room(m_database, kCopies, memory)
     {
     }
@@ -84,11 +87,22 @@ private:
         goOn(kShareOfStructure);
     }
 
+    bool hasTable(const char* name)
+    {
+        Statement table(m_database, "SELECT 1 FROM sqlite_schema WHERE type = 'table' AND name = ?");
+        return table.bind(1, QString::fromLatin1(name)).step();
+    }
+
+    /// Columns of retired chunks are those of nobody but who still reads them.
     void checkOrphans()
     {
-        for (const char* table : {"segment", "summary"}) {
-            const QByteArray sql =
-                QByteArray("SELECT count(*) FROM ") + table + " WHERE id / 1048576 NOT IN (SELECT id FROM chunk)";
+        const QByteArray retired = hasTable("retired") ? " UNION SELECT chunk FROM retired" : "";
+        for (const char* table : {"segment", "summary", "run"}) {
+            if (table == QLatin1String("run") && !m_index.exists())
+                continue;
+            const QByteArray sql = QByteArray("SELECT count(*) FROM ") + table +
+                                   " WHERE id / 1048576 NOT IN (SELECT id FROM chunk" +
+                                   (table == QLatin1String("segment") ? retired : QByteArray()) + ")";
             Statement count(m_database, sql.constData());
             if (count.step() && count.integer(0) > 0)
                 find(QStringLiteral("%1 rows of the table “%2” belong to no chunk.")
@@ -154,14 +168,20 @@ private:
     void checkChunk(const Chunk& chunk)
     {
         m_room.require(chunk);
-        const Records records = m_chunks.read(chunk);
+        std::vector<RowId> changed;
+        const Records records = m_chunks.readUnchanged(chunk, changed);
         const RecordsView view = records.view();
+        for (const RowId property : changed)
+            findInChunk(chunk, QStringLiteral("is damaged: %1").arg(changedColumn(m_database, property, chunk)));
+        if (records.isEmpty())
+            return;
         tally(view);
         if (!view.isOrdered())
             findInChunk(chunk, QStringLiteral("has times that do not rise"));
         if (view.times[0] != chunk.t0 || view.times[view.size - 1] != chunk.t1)
             findInChunk(chunk, QStringLiteral("has other times than it says"));
-        std::size_t summaries = 0;
+        std::size_t summaries = static_cast<std::size_t>(
+            std::count_if(changed.begin(), changed.end(), [&](RowId each) { return hasSummary(chunk, each); }));
         for (const RecordsView::Column& column : view.columns) {
             if (!std::binary_search(m_properties.begin(), m_properties.end(), column.property))
                 findInChunk(
@@ -173,6 +193,42 @@ private:
         count.bind(1, chunk.id * schema::kPropertiesPerChunk).bind(2, (chunk.id + 1) * schema::kPropertiesPerChunk);
         if (count.step() && static_cast<std::size_t>(count.integer(0)) != summaries)
             findInChunk(chunk, QStringLiteral("has summaries of values that are not there"));
+        checkTimesOfRuns(chunk, view);
+    }
+
+    bool hasSummary(const Chunk& chunk, RowId property)
+    {
+        Statement row(m_database, "SELECT 1 FROM summary WHERE id = ?");
+        return row.bind(1, chunk.id * schema::kPropertiesPerChunk + property).step();
+    }
+
+    /// Of an earlier version, a chunk has none.
+    void checkTimesOfRuns(const Chunk& chunk, const RecordsView& view)
+    {
+        const IndexStore::FoundTimes found = m_index.findTimes(chunk);
+        Statement codec(m_database, "SELECT codec FROM segment WHERE id = ?");
+        const bool isSealed = codec.bind(1, chunk.id * schema::kPropertiesPerChunk).step() &&
+                              sealed::isSealed(static_cast<int>(codec.integer(0)));
+        const bool isMissing = found.state == IndexStore::State::Absent && isSealed;
+        const bool isOther =
+            found.state == IndexStore::State::Sound && !(found.times == runTimesOf({view.times, view.size}));
+        if (isMissing || isOther || found.state == IndexStore::State::Damaged)
+            findInChunk(chunk, QStringLiteral("has a damaged index of its times; they are read themselves instead, and "
+                                              "compacting makes a new one"));
+    }
+
+    void checkIndex(const Chunk& chunk, const RecordsView::Column& column)
+    {
+        const IndexStore::Found found = m_index.find(chunk, column.property, true);
+        if (found.state == IndexStore::State::Absent)
+            return;
+        ColumnIndex wanted = indexOf(column, chunk.n);
+        while (found.index.runLength > wanted.runLength && wanted.runs.size() > 1)
+            wanted = wanted.coarser();
+        if (found.state == IndexStore::State::Damaged || !found.index.agreesWith(wanted))
+            findInChunk(chunk, QStringLiteral("has a damaged index of property %1; its values are read instead, and "
+                                              "compacting makes a new one")
+                                   .arg(column.property));
     }
 
     /// False: there is none.
@@ -192,6 +248,8 @@ private:
         if (!same)
             findInChunk(chunk,
                         QStringLiteral("has another summary of property %1 than its values").arg(column.property));
+        else
+            checkIndex(chunk, column);
         return true;
     }
 
@@ -233,6 +291,7 @@ private:
     const ArchiveProgress& m_progress;
     Database m_database;
     ChunkStore m_chunks;
+    IndexStore m_index;
     ChunkRoom m_room;
     VerificationResult m_result;
     RowId m_agent = 0;

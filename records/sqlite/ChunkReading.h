@@ -20,22 +20,19 @@ namespace plotix {
 /// Borrows everything; used once, on the caller's thread.
 class ChunkReading {
 public:
-    ChunkReading(ReadConnections& lender, RowId agent, const std::vector<ChunkPart>& parts, ResultColumns& columns);
+    ChunkReading(ReadConnections& lender, const std::vector<ChunkPart>& parts, ResultColumns& columns);
 
     /// `progress` is called on this thread only, before each chunk it decodes, with fractions that never decrease.
     /// False when `progress` stopped the reading. Throws ReportableError.
     bool run(SegmentReader& own, const ArchiveProgress& progress);
 
 private:
-    std::size_t helpersDeserved() const;
     void help();
-    bool showsEveryPart(ReadConnection& connection) const;
     void decode(SegmentReader& segments, const ArchiveProgress& progress);
     double fractionDone() const;
     void keepFailure();
 
     ReadConnections& m_lender;
-    RowId m_agent;
     const std::vector<ChunkPart>& m_parts;
     ResultColumns& m_columns;
 

@@ -2,6 +2,8 @@
 
 #include "records/columns/ColumnFormat.h"
 #include "records/columns/ValidityBits.h"
+#include "records/sqlite/ChangedColumn.h"
+#include "records/sqlite/ReaderMark.h"
 #include "records/sqlite/RecordSchema.h"
 
 #include <algorithm>
@@ -24,6 +26,25 @@ Chunk chunkFrom(const Statement& row)
 
 }  // namespace
 
+struct ChunkStore::Writing {
+    explicit Writing(const Database& database)
+        : addChunk(database, "INSERT INTO chunk(agent, t0, t1, n) VALUES(?, ?, ?, ?)"),
+          addSegment(database, "INSERT INTO segment(id, codec, valid, data) VALUES(?, ?, ?, ?)"),
+          addSummary(database, "INSERT INTO summary(id, valid, minimum, maximum, sum, whole) VALUES(?, ?, ?, ?, ?, ?)"),
+          addRuns(database, "INSERT INTO run(id, data) VALUES(?, ?)"),
+          removeChunk(database, "DELETE FROM chunk WHERE id = ?"),
+          removeSegments(database, "DELETE FROM segment WHERE id >= ? AND id < ?"),
+          removeSummaries(database, "DELETE FROM summary WHERE id >= ? AND id < ?"),
+          removeRuns(database, "DELETE FROM run WHERE id >= ? AND id < ?"),
+          retire(database, "INSERT INTO retired(chunk, last) VALUES(?, ?)"),
+          retired(database, "SELECT chunk, last FROM retired ORDER BY chunk"),
+          drop(database, "DELETE FROM retired WHERE chunk = ?")
+    {
+    }
+    Statement addChunk, addSegment, addSummary, addRuns, removeChunk, removeSegments, removeSummaries, removeRuns;
+    Statement retire, retired, drop;
+};
+
 ChunkStore::ChunkStore(Database& database)
     : m_database(database),
       m_tail(database),
@@ -33,14 +54,19 @@ ChunkStore::ChunkStore(Database& database)
       m_after(database, "SELECT id, t0, t1, n FROM chunk WHERE agent = ? AND t0 > ? ORDER BY t0 LIMIT 1"),
       m_between(database, "SELECT id, t0, t1, n FROM chunk WHERE agent = ?1 AND t1 >= ?2 AND t0 <= ?3 ORDER BY t0"),
       m_nextAgent(database, "SELECT agent FROM chunk WHERE agent > ? ORDER BY agent LIMIT 1"),
-      m_segments(database, "SELECT id, codec, valid, data FROM segment WHERE id >= ? AND id < ? ORDER BY id"),
-      m_addChunk(database, "INSERT INTO chunk(agent, t0, t1, n) VALUES(?, ?, ?, ?)"),
-      m_addSegment(database, "INSERT INTO segment(id, codec, valid, data) VALUES(?, ?, ?, ?)"),
-      m_addSummary(database, "INSERT INTO summary(id, valid, minimum, maximum, sum) VALUES(?, ?, ?, ?, ?)"),
-      m_removeChunk(database, "DELETE FROM chunk WHERE id = ?"),
-      m_removeSegments(database, "DELETE FROM segment WHERE id >= ? AND id < ?"),
-      m_removeSummaries(database, "DELETE FROM summary WHERE id >= ? AND id < ?")
+      m_ids(database, "SELECT id FROM chunk WHERE id >= ? AND id <= ? ORDER BY id"),
+      m_highestNumber(database, "SELECT seq FROM sqlite_sequence WHERE name = 'chunk'"),
+      m_segments(database, "SELECT id, codec, valid, data FROM segment WHERE id >= ? AND id < ? ORDER BY id")
 {
+}
+
+ChunkStore::~ChunkStore() = default;
+
+ChunkStore::Writing& ChunkStore::writing()
+{
+    if (!m_writing)
+        m_writing = std::make_unique<Writing>(m_database);
+    return *m_writing;
 }
 
 std::optional<Chunk> ChunkStore::one(Statement& statement)
@@ -69,6 +95,13 @@ std::optional<RecordExtent> ChunkStore::extent(RowId agent)
     if (!first && tail.count == 0)
         return std::nullopt;
     return RecordExtent{first ? first->t0 : tail.first, tail.count > 0 ? tail.last : lastChunk(agent)->t1};
+}
+
+// Rows whose times have changed are not looked at by those who ask for chunks alone.
+Records ChunkStore::tail(RowId agent, double from, double to)
+{
+    const std::optional<Chunk> last = lastChunk(agent);
+    return last && to <= last->t1 ? Records() : m_tail.read(agent, from, to);
 }
 
 std::vector<RowId> ChunkStore::agents()
@@ -109,6 +142,29 @@ std::vector<Chunk> ChunkStore::chunksBetween(RowId agent, double from, double to
     return chunks;
 }
 
+bool ChunkStore::hasMoreBetween(RowId agent, double from, double to, std::size_t records)
+{
+    std::size_t counted = 0;
+    m_between.bind(1, agent).bind(2, from).bind(3, to);
+    while (counted <= records && m_between.step())
+        counted += chunkFrom(m_between).n;
+    m_between.reset();
+    return counted > records;
+}
+
+bool ChunkStore::hasAll(std::vector<qint64> ids)
+{
+    if (ids.empty())
+        return true;
+    std::sort(ids.begin(), ids.end());
+    auto next = ids.begin();
+    m_ids.bind(1, ids.front()).bind(2, ids.back());
+    while (next != ids.end() && m_ids.step() && m_ids.integer(0) <= *next)
+        next += m_ids.integer(0) == *next ? 1 : 0;
+    m_ids.reset();
+    return next == ids.end();
+}
+
 void ChunkStore::requirePossible(const Chunk& chunk) const
 {
     if (chunk.n == 0 || chunk.n > schema::kRecordsPerChunk || !(chunk.t0 <= chunk.t1))
@@ -117,6 +173,15 @@ void ChunkStore::requirePossible(const Chunk& chunk) const
 
 Records ChunkStore::read(const Chunk& chunk)
 {
+    std::vector<RowId> changed;
+    Records records = readUnchanged(chunk, changed);
+    if (!changed.empty())
+        failAsChanged(m_database, changed.front(), chunk);
+    return records;
+}
+
+Records ChunkStore::readUnchanged(const Chunk& chunk, std::vector<RowId>& changed)
+{
     requirePossible(chunk);
     std::vector<double> times;
     std::vector<Records::Column> columns;
@@ -124,41 +189,57 @@ Records ChunkStore::read(const Chunk& chunk)
     while (m_segments.step()) {
         Records::Column column;
         column.property = m_segments.integer(0) - firstId(chunk.id);
-        if (!readSegment(chunk, column)) {
+        const Segment read = readSegment(chunk, column);
+        if (read == Segment::Unreadable) {
             m_segments.reset();
             m_database.failAsDamaged(QStringLiteral("chunk %1 has a segment that cannot be read").arg(chunk.id));
         }
-        if (column.property == kTimes)
+        if (read == Segment::Changed)
+            changed.push_back(column.property);
+        else if (column.property == kTimes)
             times = std::move(column.values);
         else
             columns.push_back(std::move(column));
     }
     m_segments.reset();
+    if (!changed.empty() && changed.front() == kTimes)
+        return {};
     if (times.size() != chunk.n)
         m_database.failAsDamaged(QStringLiteral("chunk %1 has no times").arg(chunk.id));
     return {std::move(times), std::move(columns)};
 }
 
 /// The row the statement stands on.
-bool ChunkStore::readSegment(const Chunk& chunk, Records::Column& column) const
+ChunkStore::Segment ChunkStore::readSegment(const Chunk& chunk, Records::Column& column) const
 {
+    const std::span<const std::byte> valid{static_cast<const std::byte*>(m_segments.rawBytes(2)),
+                                           m_segments.byteCount(2)};
+    const std::span<const std::byte> bytes{static_cast<const std::byte*>(m_segments.rawBytes(3)),
+                                           m_segments.byteCount(3)};
+    const int stored = static_cast<int>(m_segments.integer(1));
     const bool hasValid = !m_segments.isNothing(2);
-    if (hasValid && m_segments.byteCount(2) != (chunk.n + 7) / 8)
-        return false;
+    if ((hasValid && valid.size() != (chunk.n + 7) / 8) ||
+        (sealed::isSealed(stored) && bytes.size() < checksum::kBytes))
+        return Segment::Unreadable;
+    const auto opened = sealed::opened(stored, bytes, {static_cast<std::uint64_t>(column.property), chunk.n, valid});
+    if (!opened)
+        return Segment::Changed;
     column.valid.assign(bits::wordsFor(chunk.n), hasValid ? 0 : ~std::uint64_t{0});
     if (hasValid)
-        std::memcpy(column.valid.data(), m_segments.rawBytes(2), m_segments.byteCount(2));
+        std::memcpy(column.valid.data(), valid.data(), valid.size());
     if (chunk.n % 64 != 0)
         column.valid.back() &= bits::mask(chunk.n % 64);
     column.values.resize(chunk.n);
-    return codec::decode(static_cast<int>(m_segments.integer(1)),
-                         {static_cast<const std::byte*>(m_segments.rawBytes(3)), m_segments.byteCount(3)}, chunk.n,
-                         hasValid ? column.valid.data() : nullptr, 0, column.values);
+    const bool isRead = codec::decode(opened->codec, opened->bytes, chunk.n, hasValid ? column.valid.data() : nullptr,
+                                      0, column.values);
+    return isRead ? Segment::Sound : Segment::Unreadable;
 }
 
 Chunk ChunkStore::write(RowId agent, const EncodedChunk& chunk)
 {
-    m_addChunk.bind(1, agent).bind(2, chunk.t0).bind(3, chunk.t1).bind(4, static_cast<qint64>(chunk.n)).run();
+    noteTransaction();
+    Statement& add = writing().addChunk;
+    add.bind(1, agent).bind(2, chunk.t0).bind(3, chunk.t1).bind(4, static_cast<qint64>(chunk.n)).run();
     const qint64 id = m_database.lastInsertedRow();
     // Segments of a chunk are written in the order of their ids: appending is what the tree does fastest.
     for (const EncodedChunk::Segment& segment : chunk.segments)
@@ -169,22 +250,75 @@ Chunk ChunkStore::write(RowId agent, const EncodedChunk& chunk)
 void ChunkStore::writeSegment(qint64 chunk, std::size_t count, const EncodedChunk::Segment& segment)
 {
     const qint64 id = firstId(chunk) + segment.property;
-    m_addSegment.bind(1, id).bind(2, static_cast<qint64>(segment.values.codec)).bindNothing(3);
+    Statement& add = writing().addSegment;
+    add.bind(1, id).bind(2, static_cast<qint64>(segment.storedCodec())).bindNothing(3);
     if (!segment.valid.empty())
-        m_addSegment.bindBytes(3, segment.valid.data(), (count + 7) / 8);
-    m_addSegment.bindBytes(4, segment.values.bytes.data(), segment.values.bytes.size()).run();
+        add.bindBytes(3, segment.valid.data(), (count + 7) / 8);
+    add.bindBytes(4, segment.values.bytes.data(), segment.values.bytes.size()).run();
+    if (!segment.runs.empty())
+        writing().addRuns.bind(1, id).bindBytes(2, segment.runs.data(), segment.runs.size()).run();
     if (segment.property == kTimes)
         return;
     const Summary& summary = segment.summary;
-    m_addSummary.bind(1, id).bind(2, static_cast<qint64>(summary.valid)).bind(3, summary.minimum);
-    m_addSummary.bind(4, summary.maximum).bind(5, summary.sum).run();
+    Statement& addSummary = writing().addSummary;
+    addSummary.bind(1, id).bind(2, static_cast<qint64>(summary.valid)).bind(3, summary.minimum);
+    addSummary.bind(4, summary.maximum).bind(5, summary.sum);
+    addSummary.bindBytes(6, segment.whole.data(), segment.whole.size()).run();
 }
 
+// What this transaction made itself nobody can have seen.
 void ChunkStore::remove(const Chunk& chunk)
 {
-    m_removeSegments.bind(1, firstId(chunk.id)).bind(2, firstId(chunk.id + 1)).run();
-    m_removeSummaries.bind(1, firstId(chunk.id)).bind(2, firstId(chunk.id + 1)).run();
-    m_removeChunk.bind(1, chunk.id).run();
+    noteTransaction();
+    for (Statement* each : {&writing().removeSummaries, &writing().removeRuns})
+        each->bind(1, firstId(chunk.id)).bind(2, firstId(chunk.id + 1)).run();
+    writing().removeChunk.bind(1, chunk.id).run();
+    if (chunk.id > m_numberBefore)
+        removeSegments(chunk.id);
+    else
+        writing().retire.bind(1, chunk.id).bind(2, m_numberBefore).run();
+}
+
+void ChunkStore::removeSegments(qint64 chunk)
+{
+    writing().removeSegments.bind(1, firstId(chunk)).bind(2, firstId(chunk + 1)).run();
+}
+
+/// Once in each transaction, before it gives a number.
+void ChunkStore::noteTransaction()
+{
+    const unsigned version = m_database.dataVersion();
+    if (m_version == version)
+        return;
+    m_numberBefore = highestNumber();
+    dropRetired();
+    m_version = version;
+}
+
+qint64 ChunkStore::highestNumber()
+{
+    const qint64 number = m_highestNumber.step() ? m_highestNumber.integer(0) : 0;
+    m_highestNumber.reset();
+    return number;
+}
+
+// Only what is committed: whoever marks a state after the marks were looked at sees one without these chunks.
+void ChunkStore::dropRetired()
+{
+    std::vector<qint64> unwanted;
+    Statement& rows = writing().retired;
+    std::optional<ReaderMarks> marks;
+    while (rows.step()) {
+        if (!marks)
+            marks.emplace(m_database.file());
+        if (!marks->areAnyIn(rows.integer(0), rows.integer(1)))
+            unwanted.push_back(rows.integer(0));
+    }
+    rows.reset();
+    for (const qint64 chunk : unwanted) {
+        removeSegments(chunk);
+        writing().drop.bind(1, chunk).run();
+    }
 }
 
 }  // namespace plotix

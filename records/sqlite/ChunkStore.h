@@ -1,11 +1,14 @@
 #pragma once
 
+#include "records/sqlite/Chunk.h"
 #include "records/sqlite/TailStore.h"
 #include "records/store/EncodedChunk.h"
 #include "records/store/Records.h"
 #include "storage/Database.h"
 
+#include <memory>
 #include <optional>
+#include <vector>
 
 /// The chunks of a site document, one at a time: looking them up, reading, writing and removing whole ones; and the
 /// tail, the records after an agent's last chunk, which belongs to every read up to the last record.
@@ -14,15 +17,10 @@
 /// thread. Throws ReportableError, also for blobs whose length does not fit.
 namespace plotix {
 
-struct Chunk {
-    qint64 id = 0;
-    double t0 = 0, t1 = 0;  ///< times of its first and last record
-    std::size_t n = 0;      ///< records
-};
-
 class ChunkStore {
 public:
     explicit ChunkStore(Database& database);
+    ~ChunkStore();
 
     Database& database() const { return m_database; }
 
@@ -34,10 +32,18 @@ public:
     /// Chunks with a record in [from, to], in time order.
     std::vector<Chunk> chunksBetween(RowId agent, double from, double to);
 
+    /// Whether chunks with a record in [from, to] have more records than this, all of theirs counted.
+    bool hasMoreBetween(RowId agent, double from, double to, std::size_t records);
+    /// Whether all of these chunks, by id, are there, whichever agent's they are.
+    bool hasAll(std::vector<qint64> ids);
+
+    /// Throws where one of its columns has changed since it was stored.
     Records read(const Chunk& chunk);
+    /// The same without the columns that have changed, which are noted; nothing at all when the times have.
+    Records readUnchanged(const Chunk& chunk, std::vector<RowId>& changed);
 
     /// Records after the agent's last chunk, with from ≤ time ≤ to; at most kRecordsPerChunk.
-    Records tail(RowId agent, double from, double to) { return m_tail.read(agent, from, to); }
+    Records tail(RowId agent, double from, double to);
     TailExtent tailExtent(RowId agent) { return m_tail.extent(agent); }
     /// Of the agent's records, in chunks and in the tail.
     std::optional<RecordExtent> extent(RowId agent);
@@ -45,22 +51,38 @@ public:
     std::vector<RowId> agents();
     TailStore& tailRows() { return m_tail; }
 
+    /// The highest that was ever given to a chunk.
+    qint64 highestNumber();
+
     /// Ordered records as one chunk. Columns whose elements are all absent are not written.
     /// Requires: 1 to kRecordsPerChunk records, ordered.
     Chunk write(RowId agent, const RecordsView& records) { return write(agent, encodedChunk(records)); }
     Chunk write(RowId agent, const EncodedChunk& chunk);
+    /// From what the file has now. Its columns stay as long as somebody wants to read them as they were: they are
+    /// *retired*, and dropped by a later transaction.
     void remove(const Chunk& chunk);
+    /// Drops what transactions before retired and nobody wants any more. Requires: called before `remove`.
+    void dropRetired();
 
 private:
     std::optional<Chunk> one(Statement& statement);
     void requirePossible(const Chunk& chunk) const;  ///< throws for a length or times that no chunk can have
-    bool readSegment(const Chunk& chunk, Records::Column& column) const;
+    enum class Segment { Sound, Changed, Unreadable };
+    Segment readSegment(const Chunk& chunk, Records::Column& column) const;
     void writeSegment(qint64 chunk, std::size_t count, const EncodedChunk::Segment& segment);
+
+    struct Writing;
+    void noteTransaction();
+    void removeSegments(qint64 chunk);
+    Writing& writing();  ///< made when first used: before that a document may lack the tables
 
     Database& m_database;
     TailStore m_tail;
-    Statement m_first, m_last, m_atOrBefore, m_after, m_between, m_nextAgent;
-    Statement m_segments, m_addChunk, m_addSegment, m_addSummary, m_removeChunk, m_removeSegments, m_removeSummaries;
+    Statement m_first, m_last, m_atOrBefore, m_after, m_between, m_nextAgent, m_ids, m_highestNumber;
+    Statement m_segments;
+    std::unique_ptr<Writing> m_writing;
+    std::optional<unsigned> m_version;  // of the document when this transaction wrote first
+    qint64 m_numberBefore = 0;          // the highest that transactions before gave to a chunk
 };
 
 }  // namespace plotix

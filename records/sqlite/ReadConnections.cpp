@@ -21,7 +21,7 @@ ReadConnection::ReadConnection(const QString& file, const DatabaseSchema& schema
     : database(file, schema, Database::Access::BestAvailable),
       chunks(database),
       segmentHead(database, "SELECT codec, valid FROM segment WHERE id = ?"),
-      summaries(database, "SELECT id, valid, minimum, maximum, sum FROM summary WHERE id >= ? AND id <= ? ORDER BY id"),
+      index(database),
       propertyCount(database, "SELECT count(*) FROM property WHERE agent = ?")
 {
     database.execute(kCachePragma);
@@ -99,6 +99,13 @@ void ReadConnections::closeKept()
     m_kept.clear();
 }
 
+void ReadConnections::keepNone()
+{
+    const std::lock_guard lock(m_mutex);
+    m_keepsNone = true;
+    m_kept.clear();
+}
+
 int ReadConnections::inUse() const
 {
     const std::lock_guard lock(m_mutex);
@@ -112,7 +119,7 @@ void ReadConnections::giveBack(std::unique_ptr<ReadConnection> connection) noexc
     const bool isKept = !connection->database.isReadOnly();
     const std::lock_guard lock(m_mutex);
     --m_inUse;
-    if (isKept && m_opened.place() == OpenedFile::Place::Same && m_kept.size() < kMostKept)
+    if (isKept && !m_keepsNone && m_opened.place() == OpenedFile::Place::Same && m_kept.size() < kMostKept)
         m_kept.push_back(std::move(connection));
 }
 

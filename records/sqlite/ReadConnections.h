@@ -1,6 +1,6 @@
 #pragma once
 
-#include "records/sqlite/ChunkStore.h"
+#include "records/sqlite/IndexStore.h"
 #include "storage/Database.h"
 
 #include <memory>
@@ -17,9 +17,21 @@ struct ReadConnection {
 
     Database database;
     ChunkStore chunks;
-    Statement segmentHead;    ///< codec and validity of a segment, by its id
-    Statement summaries;      ///< id, valid, minimum, maximum, sum, by first and last id
+    Statement segmentHead;  ///< codec and validity of a segment, by its id
+    IndexStore index;
     Statement propertyCount;  ///< of an agent
+
+    /// So many bytes, undefined, until it is called again. Kept, because fresh memory costs more than what is read into
+    /// it.
+    std::span<std::byte> room(std::size_t size)
+    {
+        if (m_room.size() < size)
+            m_room.resize(size);
+        return std::span(m_room).first(size);
+    }
+
+private:
+    std::vector<std::byte> m_room;
 };
 
 /// A snapshot of the document for as long as it lives. Borrows its connection.
@@ -66,6 +78,9 @@ public:
     /// Closes those that nobody uses.
     void closeKept();
 
+    /// From now on each lease opens a connection of its own: whoever still reads shall not keep the file open.
+    void keepNone();
+
     /// Leases under way.
     int inUse() const;
 
@@ -79,6 +94,7 @@ private:
     OpenedFile m_opened;  // guarded, as the others
     std::vector<std::unique_ptr<ReadConnection>> m_kept;
     int m_inUse = 0;
+    bool m_keepsNone = false;
 };
 
 }  // namespace plotix

@@ -1,10 +1,14 @@
 #include "records/sqlite/SegmentReader.h"
 
-#include "records/columns/ColumnCodec.h"
+#include "records/columns/SealedColumn.h"
 #include "records/columns/ValidityBits.h"
+#include "records/sqlite/ChangedColumn.h"
 #include "records/sqlite/RecordSchema.h"
 
 #include <sqlite3.h>
+
+#include <array>
+#include <cstring>
 
 namespace plotix {
 
@@ -19,19 +23,48 @@ bool SegmentReader::read(const ChunkPart& part, RowId property, double* values)
     if (!readHead(part, id))
         return false;
     const std::size_t size = openBlob(id);
+    const std::size_t plain = part.chunk.n * sizeof(double);
+    const std::size_t seal = sealed::isSealed(m_codec) ? checksum::kBytes : 0;
     // No segment takes more bytes than its plain doubles would.
-    if (size > part.chunk.n * sizeof(double))
+    if (size > plain + seal || size < seal)
         failAsWrongLength(part);
     const std::span<double> target(values, part.count);
-    if (m_codec == static_cast<int>(schema::Codec::Raw) && size == part.chunk.n * sizeof(double)) {
+    constexpr int kRaw = static_cast<int>(schema::Codec::Raw);
+    if (m_codec == kRaw && size == plain) {
         readBlob(part.first * sizeof(double), std::as_writable_bytes(target));
         return true;
     }
-    m_bytes.resize(size);
-    readBlob(0, m_bytes);
-    if (!codec::decode(m_codec, m_bytes, part.chunk.n, valid(), part.first, target))
+    const bool isPlain = m_codec == kRaw + sealed::kSealed && part.isWhole() && size == plain + seal;
+    const std::span<std::byte> bytes = m_connection.room(isPlain ? 0 : size);
+    if (!isPlain)
+        readBlob(0, bytes);
+    const int codec = m_codec - (seal > 0 ? sealed::kSealed : 0);
+    const bool isIntact = isPlain     ? readWholeRaw(part, property, target)
+                          : seal == 0 ? true
+                                      : checksum::isIntact(bytes, checksumBefore(part, property, codec));
+    if (!isIntact)
+        failAsChanged(m_connection.database, property, part.chunk);
+    if (!isPlain && !codec::decode(codec, bytes.first(size - seal), part.chunk.n, valid(), part.first, target))
         failAsWrongLength(part);
     return true;
+}
+
+/// Plain doubles go straight to where they belong; whether their checksum is right.
+bool SegmentReader::readWholeRaw(const ChunkPart& part, RowId property, std::span<double> target)
+{
+    std::array<std::byte, checksum::kBytes> wanted;
+    readBlob(0, std::as_writable_bytes(target));
+    readBlob(target.size_bytes(), wanted);
+    const std::uint64_t sum = checksum::of(std::as_bytes(target), checksumBefore(part, property, 0));
+    return std::memcmp(&sum, wanted.data(), sizeof sum) == 0;
+}
+
+std::uint64_t SegmentReader::checksumBefore(const ChunkPart& part, RowId property, int codec) const
+{
+    const auto bytes = std::as_bytes(std::span(m_valid));
+    return sealed::checksumBefore(
+        {static_cast<std::uint64_t>(property), part.chunk.n, bytes.first(m_hasValid ? (part.chunk.n + 7) / 8 : 0)},
+        codec);
 }
 
 bool SegmentReader::readHead(const ChunkPart& part, qint64 id)
@@ -74,12 +107,19 @@ void SegmentReader::readBlob(std::size_t first, std::span<std::byte> target)
 
 void SegmentReader::readTimes(const ChunkPart& part, double* times)
 {
-    if (!read(part, kTimes, times))
+    if (!findTimes(part, times))
         m_connection.database.failAsDamaged(QStringLiteral("chunk %1 has no times").arg(part.chunk.id));
+}
+
+bool SegmentReader::findTimes(const ChunkPart& part, double* times)
+{
+    if (!read(part, kTimes, times))
+        return false;
     const bool fits = (part.first > 0 || times[0] == part.chunk.t0) &&
                       (part.first + part.count < part.chunk.n || times[part.count - 1] == part.chunk.t1);
     if (!fits)
         m_connection.database.failAsDamaged(QStringLiteral("chunk %1 has other times than it says").arg(part.chunk.id));
+    return true;
 }
 
 void SegmentReader::failAsWrongLength(const ChunkPart& part) const

@@ -24,7 +24,7 @@ struct ChunkPart {
 /// Decodes parts of segments straight from the file's pages into the caller's memory.
 ///
 /// Borrows its connection, inside one read transaction, and must end before it. One thread. Throws ReportableError,
-/// also for segments that do not fit their chunk.
+/// also for segments that do not fit their chunk, and for those that have changed since they were stored.
 class SegmentReader {
 public:
     explicit SegmentReader(ReadConnection& connection) : m_connection(connection) {}
@@ -41,11 +41,15 @@ public:
 
     /// The part's times; they must begin and end where the chunk says.
     void readTimes(const ChunkPart& part, double* times);
+    /// The same; false when the chunk has none.
+    bool findTimes(const ChunkPart& part, double* times);
 
 private:
     bool readHead(const ChunkPart& part, qint64 id);
     void readBlob(std::size_t first, std::span<std::byte> target);
     std::size_t openBlob(qint64 id);
+    bool readWholeRaw(const ChunkPart& part, RowId property, std::span<double> target);
+    std::uint64_t checksumBefore(const ChunkPart& part, RowId property, int codec) const;
     [[noreturn]] void failAsWrongLength(const ChunkPart& part) const;
 
     ReadConnection& m_connection;
@@ -53,7 +57,6 @@ private:
     int m_codec = 0;
     bool m_hasValid = false;
     std::vector<std::uint64_t> m_valid;
-    std::vector<std::byte> m_bytes;
 };
 
 }  // namespace plotix

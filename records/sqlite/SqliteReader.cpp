@@ -38,11 +38,10 @@ std::optional<RecordBlock> SqliteReader::read(RowId agent, std::span<const RowId
     const ReadTransaction transaction(m_connection->database);
     SegmentReader segments(*m_connection);
     const std::vector<ChunkPart> parts = partsIn(segments, agent, range);
-    const std::size_t inChunks = parts.empty() ? 0 : parts.back().target + parts.back().count;
     const Records tail = m_connection->chunks.tail(agent, range.from, range.to);
-
+    const std::size_t inChunks = parts.empty() ? 0 : parts.back().target + parts.back().count;
     ResultColumns columns(properties, inChunks + tail.size());
-    if (!parts.empty() && !ChunkReading(*m_lender, agent, parts, columns).run(segments, progress))
+    if (!parts.empty() && !ChunkReading(*m_lender, parts, columns).run(segments, progress))
         return std::nullopt;
     if (!tail.isEmpty()) {
         std::vector<ResultColumns::Gap> gaps;

@@ -26,9 +26,15 @@ public:
     std::optional<RecordExtent> extent();
     RecordOverview overview(RowId agent, std::span<const RowId> properties, std::optional<double> from,
                             std::optional<double> to);
+    RecordIndex index(RowId agent, std::span<const RowId> properties, std::optional<double> from,
+                      std::optional<double> to, RecordIndex::Detail detail);
     /// Long reads use idle cores too.
     std::optional<RecordBlock> read(RowId agent, std::span<const RowId> properties, std::optional<double> from,
                                     std::optional<double> to, const ArchiveProgress& progress);
+    /// What is longer than a page is paged. *Shares* the cache, and the lender from then on.
+    std::optional<RecordColumns> columns(RowId agent, std::span<const RowId> properties, std::optional<double> from,
+                                         std::optional<double> to, const std::shared_ptr<PageCache>& cache,
+                                         const ArchiveProgress& progress);
     ColumnStatistics statistics(RowId agent, RowId property, std::optional<double> from, std::optional<double> to,
                                 StatisticsFrom source);
     std::vector<Amendment> amendments(std::span<const RowId> properties, std::optional<double> from,
@@ -48,9 +54,16 @@ private:
 
     /// The parts of the chunks that lie in the range; only the first and the last chunk's times are read for that.
     std::vector<ChunkPart> partsIn(SegmentReader& segments, RowId agent, const Range& range);
+    bool isLongerThanAPage(RowId agent, const Range& range);
     /// The stored summary of each chunk and property; an empty one where the property has no segment.
     std::vector<std::vector<Summary>> summariesOf(RowId agent, const std::vector<Chunk>& of,
                                                   std::span<const RowId> properties);
+    std::size_t propertiesOf(RowId agent);
+    Summary summaryOfRecords(const Chunk& chunk, RowId property);
+
+    RecordIndex::Column indexOfColumn(SegmentReader& segments, const Chunk& chunk, RowId property, bool withRuns,
+                                      IndexStore::Found&& stored);
+    RunTimes timesOf(SegmentReader& segments, const Chunk& chunk, IndexStore::FoundTimes&& stored);
 
     std::shared_ptr<ReadConnections> m_lender;
     ReadConnections::Lease m_connection;

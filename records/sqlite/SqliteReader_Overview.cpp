@@ -1,6 +1,6 @@
 // What is known of records without reading them: per chunk and property the archive keeps count, extremes and sum.
 
-#include "records/sqlite/RecordSchema.h"
+#include "records/sqlite/ChunkRows.h"
 #include "records/sqlite/SqliteReader.h"
 
 #include <algorithm>
@@ -9,40 +9,6 @@
 namespace plotix {
 
 namespace {
-
-/// With more properties of the agent than this for each one asked for, looking rows up is faster than going through
-/// all.
-constexpr std::size_t kMostPassedOver = 3;
-
-// A sum that is no number (infinities of both signs) is stored as nothing.
-Summary summaryFrom(const Statement& row)
-{
-    const double sum = row.real(4);
-    return {static_cast<std::size_t>(row.integer(1)), row.real(2), row.real(3),
-            sum == 0 && row.isNothing(4) ? absentValue() : sum};
-}
-
-qint64 idOf(const Chunk& chunk, RowId property)
-{
-    return chunk.id * schema::kPropertiesPerChunk + property;
-}
-
-/// Where the run of chunks with ascending, neighbouring ids that begins at `first` ends.
-std::size_t endOfRun(const std::vector<Chunk>& chunks, std::size_t first)
-{
-    std::size_t end = first + 1;
-    while (end < chunks.size() && chunks[end].id == chunks[end - 1].id + 1)
-        ++end;
-    return end;
-}
-
-std::unordered_map<RowId, std::size_t> placesOf(std::span<const RowId> properties)
-{
-    std::unordered_map<RowId, std::size_t> places;
-    for (std::size_t place = 0; place < properties.size(); ++place)
-        places.try_emplace(properties[place], place);
-    return places;
-}
 
 /// Of all columns of the tail, by their property.
 std::unordered_map<RowId, Summary> tailSummaries(const Records& tail)
@@ -90,36 +56,33 @@ std::vector<std::vector<Summary>> SqliteReader::summariesOf(RowId agent, const s
     std::vector<std::vector<Summary>> found(properties.size(), std::vector<Summary>(of.size()));
     if (properties.empty() || of.empty())
         return found;
-    Statement& rows = m_connection->summaries;
+    std::vector<std::pair<std::size_t, std::size_t>> damaged;
+    Statement& rows = m_connection->index.summaries();
+    ChunkRows(properties, propertiesOf(agent)).each(rows, of, [&](std::size_t chunk, std::size_t property) {
+        Summary& summary = found[property][chunk] = IndexStore::summaryFrom(rows);
+        if (!IndexStore::isIntact(rows, summary, {static_cast<std::uint64_t>(properties[property]), of[chunk].n}))
+            damaged.emplace_back(chunk, property);
+    });
+    // What is said of a column no longer holds for sure: its values do.
+    for (const auto& [chunk, property] : damaged)
+        found[property][chunk] = summaryOfRecords(of[chunk], properties[property]);
+    return found;
+}
+
+std::size_t SqliteReader::propertiesOf(RowId agent)
+{
     Statement& count = m_connection->propertyCount;
     count.bind(1, agent).step();
     const auto all = static_cast<std::size_t>(count.integer(0));
     count.reset();
-    if (all > kMostPassedOver * properties.size()) {
-        for (std::size_t i = 0; i < properties.size(); ++i)
-            for (std::size_t chunk = 0; chunk < of.size(); ++chunk) {
-                rows.bind(1, idOf(of[chunk], properties[i])).bind(2, idOf(of[chunk], properties[i]));
-                if (rows.step())
-                    found[i][chunk] = summaryFrom(rows);
-                rows.reset();
-            }
-        return found;
-    }
-    const std::unordered_map<RowId, std::size_t> places = placesOf(properties);
-    for (std::size_t first = 0, end = 0; first < of.size(); first = end) {
-        end = endOfRun(of, first);
-        rows.bind(1, idOf(of[first], 0)).bind(2, idOf(of[end - 1], schema::kPropertiesPerChunk - 1));
-        while (rows.step()) {
-            const qint64 id = rows.integer(0);
-            const auto place = places.find(id % schema::kPropertiesPerChunk);
-            if (place != places.end())
-                found[place->second]
-                     [first + static_cast<std::size_t>(id / schema::kPropertiesPerChunk - of[first].id)] =
-                         summaryFrom(rows);
-        }
-        rows.reset();
-    }
-    return found;
+    return all;
+}
+
+Summary SqliteReader::summaryOfRecords(const Chunk& chunk, RowId property)
+{
+    SegmentReader segments(*m_connection);
+    std::vector<double> values;
+    return decodedSummary(segments, {chunk, 0, chunk.n, 0}, property, values);
 }
 
 RecordOverview SqliteReader::overview(RowId agent, std::span<const RowId> properties, std::optional<double> from,

@@ -22,7 +22,11 @@ SqliteRecordStore::SqliteRecordStore(QString file, DatabaseSchema schema)
 {
 }
 
-SqliteRecordStore::~SqliteRecordStore() = default;
+// Columns that outlive the store still read, one connection at a time.
+SqliteRecordStore::~SqliteRecordStore()
+{
+    m_connections->keepNone();
+}
 
 std::unique_ptr<RecordTransaction> SqliteRecordStore::join(Database& site)
 {
@@ -45,11 +49,25 @@ RecordOverview SqliteRecordStore::overview(RowId agent, std::span<const RowId> p
     return SqliteReader(m_connections).overview(agent, properties, from, to);
 }
 
+RecordIndex SqliteRecordStore::index(RowId agent, std::span<const RowId> properties, std::optional<double> from,
+                                     std::optional<double> to, RecordIndex::Detail detail)
+{
+    return SqliteReader(m_connections).index(agent, properties, from, to, detail);
+}
+
 std::optional<RecordBlock> SqliteRecordStore::read(RowId agent, std::span<const RowId> properties,
                                                    std::optional<double> from, std::optional<double> to,
                                                    const ArchiveProgress& progress)
 {
     return SqliteReader(m_connections).read(agent, properties, from, to, progress);
+}
+
+std::optional<RecordColumns> SqliteRecordStore::columns(RowId agent, std::span<const RowId> properties,
+                                                        std::optional<double> from, std::optional<double> to,
+                                                        const std::shared_ptr<PageCache>& cache,
+                                                        const ArchiveProgress& progress)
+{
+    return SqliteReader(m_connections).columns(agent, properties, from, to, cache, progress);
 }
 
 ColumnStatistics SqliteRecordStore::statistics(RowId agent, RowId property, std::optional<double> from,

@@ -1,5 +1,6 @@
 #include "records/sqlite/TailStore.h"
 
+#include "records/columns/Checksum.h"
 #include "records/columns/ColumnFormat.h"
 #include "records/columns/ValidityBits.h"
 #include "records/sqlite/RecordSchema.h"
@@ -34,6 +35,25 @@ std::byte* store(std::byte* to, T value)
     return to + sizeof value;
 }
 
+/// A row's time and elements. Since version 7 its checksum follows them, which its length tells. Nothing when the row
+/// has changed since it was stored, or makes no sense.
+std::optional<std::span<const std::byte>> openedRow(std::span<const std::byte> row, qint64 id)
+{
+    if (row.size() < sizeof(double))
+        return std::nullopt;
+    const std::size_t rest = (row.size() - sizeof(double)) % kElementBytes;
+    if (rest == 0)
+        return row;
+    if (rest != checksum::kBytes || !checksum::isIntact(row, static_cast<std::uint64_t>(id)))
+        return std::nullopt;
+    return checksum::withoutSeal(row);
+}
+
+std::span<const std::byte> bytesOf(const Statement& row, int column)
+{
+    return {static_cast<const std::byte*>(row.rawBytes(column)), row.byteCount(column)};
+}
+
 /// Rows being turned into columns. Rows of one source name the same properties in the same order, so an element's index
 /// in its row is mostly that of its column.
 class RowsInWork {
@@ -43,8 +63,6 @@ public:
     /// False for a row that makes no sense.
     bool add(std::size_t index, std::span<const std::byte> row)
     {
-        if (row.size() < sizeof(double) || (row.size() - sizeof(double)) % kElementBytes != 0)
-            return false;
         m_times[index] = load<double>(row.data());
         if (index > 0 && !(m_times[index - 1] < m_times[index]))
             return false;
@@ -87,7 +105,7 @@ struct TailStore::Statements {
     explicit Statements(const Database& database)
         : last(database, "SELECT id FROM tail WHERE id >= ? AND id < ? ORDER BY id DESC LIMIT 1"),
           row(database, "SELECT data FROM tail WHERE id = ?"),
-          rows(database, "SELECT data FROM tail WHERE id >= ? AND id < ? ORDER BY id"),
+          rows(database, "SELECT id, data FROM tail WHERE id >= ? AND id < ? ORDER BY id"),
           next(database, "SELECT id FROM tail WHERE id > ? ORDER BY id LIMIT 1"),
           write(database, "INSERT OR REPLACE INTO tail(id, data) VALUES(?, ?)"),
           clear(database, "DELETE FROM tail WHERE id >= ? AND id < ?")
@@ -125,23 +143,36 @@ std::size_t TailStore::count(RowId agent)
     return rows;
 }
 
-double TailStore::timeAt(RowId agent, std::size_t position)
+/// Nothing for a row that has changed since it was stored.
+std::optional<double> TailStore::timeAt(RowId agent, std::size_t position)
 {
     Statement& row = m_statements->row;
-    const bool found = row.bind(1, firstId(agent) + static_cast<qint64>(position)).step();
-    if (!found || row.byteCount(0) < sizeof(double)) {
+    const qint64 id = firstId(agent) + static_cast<qint64>(position);
+    if (!row.bind(1, id).step()) {
         row.reset();
         failAsDamaged(agent);
     }
-    const auto time = load<double>(static_cast<const std::byte*>(row.rawBytes(0)));
+    const std::optional<std::span<const std::byte>> opened = openedRow(bytesOf(row, 0), id);
+    const std::optional<double> time = opened ? std::optional(load<double>(opened->data())) : std::nullopt;
     row.reset();
     return time;
 }
 
+/// From the first sound row to the last one.
 TailExtent TailStore::extent(RowId agent)
 {
     const std::size_t rows = count(agent);
-    return rows == 0 ? TailExtent{} : TailExtent{rows, timeAt(agent, 0), timeAt(agent, rows - 1)};
+    if (rows == 0)
+        return {};
+    std::optional<double> first;
+    std::optional<double> last;
+    for (std::size_t position = 0; position < rows && !first; ++position)
+        first = timeAt(agent, position);
+    for (std::size_t position = rows; position > 0 && !last; --position)
+        last = timeAt(agent, position - 1);
+    if (!first || !last)
+        failAsChanged(agent, 0);
+    return {rows, *first, *last};
 }
 
 std::vector<RowId> TailStore::agents()
@@ -160,25 +191,47 @@ std::vector<RowId> TailStore::agents()
     return agents;
 }
 
-/// The first position in [first, end) that `isPast` holds for, else end. Rows are in time order.
+/// The first position in [first, end) with a sound row that `isPast` holds for, else end. Rows are in time order.
 template <class Predicate>
 std::size_t TailStore::firstPosition(RowId agent, std::size_t first, std::size_t end, Predicate isPast)
 {
+    std::size_t found = end;
     while (first < end) {
         const std::size_t middle = first + (end - first) / 2;
-        if (isPast(timeAt(agent, middle)))
+        std::size_t sound = middle;
+        std::optional<double> time;
+        for (; sound < end && !(time = timeAt(agent, sound)); ++sound) {
+        }
+        if (time && !isPast(*time)) {
+            first = sound + 1;
+        } else {
+            found = time ? sound : found;
             end = middle;
-        else
-            first = middle + 1;
+        }
     }
-    return first;
+    return found;
 }
 
+// The time of a row that has changed is only known to lie between those of the sound rows around it. Where that does
+// not tell, the row counts as asked for.
 Records TailStore::read(RowId agent, double from, double to)
 {
     const std::size_t rows = count(agent);
     const std::size_t first = firstPosition(agent, 0, rows, [&](double time) { return time >= from; });
-    return readRows(agent, first, firstPosition(agent, first, rows, [&](double time) { return !(time <= to); }));
+    const std::size_t end = firstPosition(agent, first, rows, [&](double time) { return !(time <= to); });
+    const std::size_t firstUnsure = behindLastSound(agent, first);
+    const std::size_t endUnsure = behindLastSound(agent, end);
+    const bool beginsThere = firstUnsure == first || (first < rows && timeAt(agent, first) == from);
+    const bool endsThere = endUnsure > 0 && timeAt(agent, endUnsure - 1) == to;
+    return readRows(agent, beginsThere ? first : firstUnsure, endsThere ? endUnsure : end);
+}
+
+/// Of the rows before `end`, where those end that are followed by a sound one.
+std::size_t TailStore::behindLastSound(RowId agent, std::size_t end)
+{
+    while (end > 0 && !timeAt(agent, end - 1))
+        --end;
+    return end;
 }
 
 Records TailStore::readRows(RowId agent, std::size_t first, std::size_t end)
@@ -189,11 +242,19 @@ Records TailStore::readRows(RowId agent, std::size_t first, std::size_t end)
     Statement& rows = m_statements->rows;
     rows.bind(1, firstId(agent) + static_cast<qint64>(first)).bind(2, firstId(agent) + static_cast<qint64>(end));
     std::size_t read = 0;
-    bool sound = true;
-    while (sound && rows.step() && read < end - first)
-        sound = work.add(read++, {static_cast<const std::byte*>(rows.rawBytes(0)), rows.byteCount(0)});
+    bool makesSense = true;
+    bool isSound = true;
+    for (; makesSense && isSound && rows.step() && read < end - first; read += isSound ? 1 : 0) {
+        const qint64 id = firstId(agent) + static_cast<qint64>(first + read);
+        const std::optional<std::span<const std::byte>> row = openedRow(bytesOf(rows, 1), id);
+        makesSense = rows.integer(0) == id;
+        isSound = !makesSense || row;
+        makesSense = makesSense && (!row || work.add(read, *row));
+    }
     rows.reset();
-    if (!sound || read != end - first)
+    if (!isSound)
+        failAsChanged(agent, first + read);
+    if (!makesSense || read != end - first)
         failAsDamaged(agent);
     return work.finished();
 }
@@ -204,7 +265,8 @@ void TailStore::put(RowId agent, const RecordsView& records)
         return;
     const std::size_t rows = count(agent);
     const double begin = records.times[0];
-    const std::size_t first = firstPosition(agent, 0, rows, [&](double time) { return time >= begin; });
+    const std::size_t first =
+        behindLastSound(agent, firstPosition(agent, 0, rows, [&](double time) { return time >= begin; }));
     const Records merged = Records::merged(readRows(agent, first, rows).view(), records);
     append(agent, first, merged.view());
 }
@@ -229,7 +291,9 @@ void TailStore::write(qint64 id, const RecordsView& records, std::size_t index)
         end = store(end, static_cast<std::uint32_t>(column.property) << 1 | valid);
         end = store(end, column.values[index]);
     }
-    m_statements->write.bind(1, id).bindBytes(2, m_row.data(), static_cast<std::size_t>(end - m_row.data())).run();
+    m_row.resize(static_cast<std::size_t>(end - m_row.data()));
+    checksum::seal(m_row, static_cast<std::uint64_t>(id));
+    m_statements->write.bind(1, id).bindBytes(2, m_row.data(), m_row.size()).run();
 }
 
 void TailStore::clear(RowId agent)
@@ -241,6 +305,15 @@ void TailStore::clear(RowId agent)
 void TailStore::failAsDamaged(RowId agent) const
 {
     m_database.failAsDamaged(QStringLiteral("the tail of agent %1 has a row that makes no sense").arg(agent));
+}
+
+void TailStore::failAsChanged(RowId agent, std::size_t position) const
+{
+    m_database.failAsDamaged(
+        QStringLiteral("of agent %1, record %2 of the latest ones has changed since it was stored; "
+                       "all others can still be read")
+            .arg(agent)
+            .arg(position + 1));
 }
 
 }  // namespace plotix

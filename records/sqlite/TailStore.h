@@ -5,6 +5,7 @@
 
 #include <cstddef>
 #include <memory>
+#include <optional>
 #include <vector>
 
 /// The tail of a site document: records that came one by one, later than every chunk of their agent, kept a row each
@@ -47,12 +48,14 @@ public:
 private:
     struct Statements;
     std::size_t count(RowId agent);
-    double timeAt(RowId agent, std::size_t position);
+    std::optional<double> timeAt(RowId agent, std::size_t position);
     template <class Predicate>
     std::size_t firstPosition(RowId agent, std::size_t first, std::size_t end, Predicate isPast);
+    std::size_t behindLastSound(RowId agent, std::size_t end);
     Records readRows(RowId agent, std::size_t first, std::size_t end);
     void write(qint64 id, const RecordsView& records, std::size_t index);
     [[noreturn]] void failAsDamaged(RowId agent) const;
+    [[noreturn]] void failAsChanged(RowId agent, std::size_t position) const;
 
     Database& m_database;
     std::unique_ptr<Statements> m_statements;

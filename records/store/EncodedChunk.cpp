@@ -1,5 +1,6 @@
 #include "records/store/EncodedChunk.h"
 
+#include "records/columns/IndexCodec.h"
 #include "records/columns/ValidityBits.h"
 
 #include <algorithm>
@@ -19,16 +20,46 @@ bool isAbsent(const RecordsView::Column& column, std::size_t count)
     return true;
 }
 
+sealed::Owner ownerOf(const EncodedChunk::Segment& segment, std::size_t count)
+{
+    const auto valid = std::as_bytes(std::span(segment.valid));
+    return {static_cast<std::uint64_t>(segment.property), count, valid.empty() ? valid : valid.first((count + 7) / 8)};
+}
+
+void addIndex(EncodedChunk::Segment& segment, const RecordsView::Column& column, std::size_t count)
+{
+    const indexcodec::Owner owner{static_cast<std::uint64_t>(segment.property), count};
+    SummaryInWork summary;
+    const ColumnIndex index = indexOf(column, count, &summary);
+    segment.summary = summary.finished();
+    const std::size_t packed = segment.values.bytes.size() + (segment.valid.empty() ? 0 : (count + 7) / 8);
+    const std::size_t limit = packed / kIndexShare;
+    if (limit > indexcodec::kUsualWhole)
+        segment.runs = indexcodec::writtenRuns(index, segment.values.codec, limit - indexcodec::kUsualWhole, owner);
+    segment.whole = indexcodec::writtenWhole(index, segment.summary, !segment.runs.empty(), owner);
+}
+
+EncodedChunk::Segment encodedTimes(const RecordsView& records)
+{
+    EncodedChunk::Segment segment;
+    const std::span<const double> times(records.times, records.size);
+    segment.values = codec::encodedTimes(times);
+    segment.runs = indexcodec::writtenTimes(runTimesOf(times), {kTimes, records.size});
+    sealed::seal(segment.values, ownerOf(segment, records.size));
+    return segment;
+}
+
 EncodedChunk::Segment encodedSegment(const RecordsView::Column& column, std::size_t count)
 {
     EncodedChunk::Segment segment;
     segment.property = column.property;
     segment.values = codec::encodedValues({column.values, count}, column.valid, column.firstValid);
-    segment.summary = summaryOf(column, count);
     if (!bits::allSet(column.valid, column.firstValid, count)) {
         segment.valid.assign(bits::wordsFor(count), 0);
         bits::copy(column.valid, column.firstValid, segment.valid.data(), 0, count);
     }
+    addIndex(segment, column, count);
+    sealed::seal(segment.values, ownerOf(segment, count));
     return segment;
 }
 
@@ -44,7 +75,7 @@ EncodedChunk encodedChunk(const RecordsView& records)
             columns.push_back(&column);
     std::sort(columns.begin(), columns.end(), [](const auto* a, const auto* b) { return a->property < b->property; });
     chunk.segments.reserve(columns.size() + 1);
-    chunk.segments.push_back({kTimes, codec::encodedTimes({records.times, records.size}), {}, {}});
+    chunk.segments.push_back(encodedTimes(records));
     for (const RecordsView::Column* column : columns)
         chunk.segments.push_back(encodedSegment(*column, records.size));
     return chunk;

@@ -125,6 +125,52 @@ RecordOverview overviewOf(const Timeline& timeline, std::span<const RowId> prope
     return overview;
 }
 
+/// In the simplest way: one value after the other.
+ColumnIndex plainIndex(const RecordBlock::Column& column, std::size_t count, RecordIndex::Detail detail)
+{
+    constexpr std::size_t kRun = 512;
+    ColumnIndex index;
+    index.count = count;
+    index.runLength = detail == RecordIndex::Detail::Runs ? kRun : 0;
+    std::vector<ExactTotal> totals;
+    for (std::size_t i = 0; i < count; ++i) {
+        if (i % kRun == 0) {
+            index.runs.emplace_back();
+            totals.emplace_back();
+        }
+        const double value = column.values[i];
+        if (!column.validity.isValid(i) || std::isnan(value))
+            continue;
+        const RunFigures one{1, {value, 0}, {value, 0}, {value, 0}, {value, 0}};
+        index.whole.append(one, i);
+        index.runs.back().append(one, i % kRun);
+        index.sum.add(value);
+        if (std::isfinite(value))
+            totals.back().add(value);
+    }
+    if (index.runLength == 0)
+        index.runs.clear();
+    else
+        index.sums = RunSums::of(totals);
+    return index;
+}
+
+RecordIndex indexIn(const Timeline& timeline, std::span<const RowId> properties, const Bounds& bounds,
+                    RecordIndex::Detail detail)
+{
+    RecordIndex found;
+    for (const RecordOverview::Run& run : overviewOf(timeline, {}, bounds).runs) {
+        const RecordBlock block = blockOf(Slice(timeline, Bounds(run.t0, run.t1)), properties);
+        RecordIndex::Piece& piece = found.pieces.emplace_back(RecordIndex::Piece{run.t0, run.t1, run.records, {}, {}});
+        if (detail == RecordIndex::Detail::Runs)
+            piece.times = runTimesOf(block.times.span());
+        for (const RecordBlock::Column& column : block.columns)
+            piece.columns.push_back(
+                {column.property, RecordIndex::Source::Records, plainIndex(column, run.records, detail)});
+    }
+    return found;
+}
+
 std::shared_ptr<RecordStore> storeOf(std::shared_ptr<RecordsInMemory> records)
 {
     return std::make_shared<MemoryRecordStore>(std::move(records));
@@ -161,6 +207,14 @@ RecordOverview MemoryRecordStore::overview(RowId agent, std::span<const RowId> p
 {
     return m_records->seen([&](const Timelines& timelines) {
         return overviewOf(timelineOf(timelines, agent), properties, Bounds(from, to));
+    });
+}
+
+RecordIndex MemoryRecordStore::index(RowId agent, std::span<const RowId> properties, std::optional<double> from,
+                                     std::optional<double> to, RecordIndex::Detail detail)
+{
+    return m_records->seen([&](const Timelines& timelines) {
+        return indexIn(timelineOf(timelines, agent), properties, Bounds(from, to), detail);
     });
 }
 

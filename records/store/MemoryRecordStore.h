@@ -29,6 +29,8 @@ public:
     std::optional<RecordExtent> extent() override;
     RecordOverview overview(RowId agent, std::span<const RowId> properties, std::optional<double> from,
                             std::optional<double> to) override;
+    RecordIndex index(RowId agent, std::span<const RowId> properties, std::optional<double> from,
+                      std::optional<double> to, RecordIndex::Detail detail) override;
     std::optional<RecordBlock> read(RowId agent, std::span<const RowId> properties, std::optional<double> from,
                                     std::optional<double> to, const ArchiveProgress& progress) override;
     ColumnStatistics statistics(RowId agent, RowId property, std::optional<double> from, std::optional<double> to,

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "base/SharedArray.h"
+#include "base/ValidityBitmap.h"
 
 #include <QtCore/QtGlobal>
 

@@ -2,9 +2,11 @@
 
 #include "records/store/Amendment.h"
 #include "records/store/RecordBlock.h"
+#include "records/store/RecordColumns.h"
+#include "records/store/RecordIndex.h"
 #include "records/store/RecordMaintenance.h"
+#include "records/store/RecordTransaction.h"
 
-#include <functional>
 #include <memory>
 #include <optional>
 #include <span>
@@ -28,71 +30,12 @@
 /// std::bad_alloc where a result has no room. Then nothing is stored, and the call may be repeated.
 namespace plotix {
 
-/// Records of several agents stored together: all at `commit`, or none; destruction without it leaves no trace.
-///
-/// A store has one at a time: a second one waits some seconds when it begins, then throws. *Shares* its store.
-class RecordTransaction {
-public:
-    virtual ~RecordTransaction() = default;
-
-    /// Times must be finite; they need not be sorted or unique: of equal times in a block the last one wins. Fast for
-    /// blocks later than everything stored. Columns are as long as `times`; a property stands in a block once. A block
-    /// without columns stores times alone. A block that is refused leaves the transaction as it was before.
-    virtual void store(RowId agent, const RecordBlock& block) = 0;
-
-    /// Takes the elements of these properties out of the agent's records with from ≤ time ≤ to, as if they had never
-    /// been stored, amended or not. A record there that is left without any element goes too. Absent bounds are open;
-    /// properties without elements there, or of other agents, are passed over.
-    virtual void remove(RowId agent, std::span<const RowId> properties, std::optional<double> from,
-                        std::optional<double> to) = 0;
-
-    /// From now on what is stored is compared with what was there before the transaction, and what is late or corrects
-    /// something is noted with it, as happened at `now`. Without it, nothing is: what is moved, or put back, is no
-    /// news.
-    virtual void noteAmendments(double now) = 0;
-    /// Notes one that came with the records from elsewhere. Requires: the property is the agent's.
-    virtual void addAmendment(RowId agent, const Amendment& amendment) = 0;
-
-    /// Does whatever may still fail, so that `commit` will not for any other reason than a lost connection. Requires:
-    /// nothing is stored afterwards. Called by whoever commits something else together with the records (see below).
-    virtual void prepare() = 0;
-
-    /// Has an effect once; `store` is refused afterwards. Calls `prepare` if nobody did.
-    virtual void commit() = 0;
-};
-
-// Writing new agents and properties of a site together with their records, in a transaction of the site's own, takes
-// this order: `prepare` the records, commit the site, `commit` the records.
-//   A store inside the site's file joins the site's transaction: `prepare` puts all records into it, the site's commit
-// is the records' too, and `commit` has nothing left to do. All or nothing, whatever ends the process.
-//   A store elsewhere puts the records where nobody reads them (`prepare`) and makes them all visible at once
-// (`commit`). Records that were prepared but never committed are settled when the store is next opened: made visible if
-// the site has what they belong to, else dropped.
-
-/// Stores small blocks as they come, second after second, each in a transaction of its own, over a connection it keeps
-/// open. Other writers wait while a block is stored, never between two blocks. *Shares* its store.
-class RecordAppender {
-public:
-    virtual ~RecordAppender() = default;
-
-    /// Stored when it returns: whatever happens to this process afterwards, the records are there (as long as the store
-    /// itself is). When it throws, nothing of the block is stored, and it may be tried again.
-    virtual void append(RowId agent, const RecordBlock& block) = 0;
-
-    /// As RecordTransaction::noteAmendments, for each block with the time of that moment.
-    virtual void noteAmendments(std::function<double()> clock) = 0;
-
-    /// How long `append` waits for another writer; 3 seconds at first.
-    virtual void setPatience(int milliseconds) = 0;
-};
-
 class RecordStore {
 public:
     virtual ~RecordStore() = default;
 
-    /// The span that an agent's records cover; nothing without records. The only answer to that question: nobody
-    /// derives it from anything else. Reads no record, and is quick enough for the main thread; a remote store keeps it
-    /// in memory.
+    /// The span that an agent's records cover; nothing without records. The only answer to that question. Reads no
+    /// record, and is quick enough for the main thread; a remote store keeps it in memory.
     virtual std::optional<RecordExtent> extent(RowId agent) = 0;
     virtual std::optional<RecordExtent> extent() = 0;  ///< of all agents
 
@@ -101,15 +44,31 @@ public:
     virtual RecordOverview overview(RowId agent, std::span<const RowId> properties, std::optional<double> from = {},
                                     std::optional<double> to = {}) = 0;
 
-    /// Every record of the agent with from ≤ time ≤ to, in time order. Columns are in the order of `properties`; one
-    /// without values in the range is there with all elements invalid. An element that was never stored is a NaN and
-    /// invalid. `progress` is called on the calling thread, with fractions that never decrease, 1 at the end. Nothing
-    /// when `progress` stopped it.
+    /// The pieces whose time overlaps [from, to], whole, in time order. What stands in no index, or in a damaged one,
+    /// is worked out of the records; each column says so.
+    virtual RecordIndex index(RowId agent, std::span<const RowId> properties, std::optional<double> from,
+                              std::optional<double> to, RecordIndex::Detail detail) = 0;
+
+    /// Every record of the agent with from ≤ time ≤ to, in time order. Columns are in the order of `properties`; an
+    /// element that was never stored is a NaN and invalid. `progress` is called on the calling thread, with fractions
+    /// that never decrease, 1 at the end. Nothing when `progress` stopped it.
     virtual std::optional<RecordBlock> read(RowId agent, std::span<const RowId> properties, std::optional<double> from,
                                             std::optional<double> to, const ArchiveProgress& progress = {}) = 0;
 
-    /// The records that such a read goes through. A store that works some properties out of others, perhaps of other
-    /// agents, answers those.
+    /// The records that such a read would answer now, to be unpacked where they are looked at, however long they are:
+    /// they stay those of this moment, whatever is stored, removed or compacted afterwards. What is unpacked takes room
+    /// in `cache`, which the columns *share*; without one, everything is read. A store may read everything where that
+    /// is little, and one that has nothing better does so always. Runs are there where columns are paged; what they say
+    /// is true of the values. Throws where what is needed at once cannot be read.
+    virtual std::optional<RecordColumns> columns(RowId agent, std::span<const RowId> properties,
+                                                 std::optional<double> from, std::optional<double> to,
+                                                 const std::shared_ptr<PageCache>& cache,
+                                                 const ArchiveProgress& progress = {});
+
+    /// Whether the columns of these properties take no more memory than what is looked at, however long they are.
+    virtual bool unpacksOnDemand(std::span<const RowId> /*properties*/) const { return false; }
+
+    /// The records that such a read goes through: also those that properties are worked out of, perhaps other agents'.
     virtual std::vector<RecordPart> partsRead(RowId agent, std::span<const RowId> properties,
                                               std::optional<double> from, std::optional<double> to)
     {
@@ -130,20 +89,18 @@ public:
     virtual std::unique_ptr<RecordTransaction> begin() = 0;
     virtual std::unique_ptr<RecordAppender> appender() = 0;
 
-    /// The same records in less space, or without those that are too old. Blocks until it is done. Readers may read
-    /// meanwhile; other writers wait for one part of the work at a time. If the process ends, the records are the same.
-    /// `progress` rises from 0 to 1 and answers false to stop. What cannot be read is left as it is.
+    /// The same records in less space, or without those too old. Blocks until it is done; readers may read meanwhile,
+    /// other writers wait for one part of the work at a time. If the process ends, the records are the same. `progress`
+    /// rises from 0 to 1 and answers false to stop. What cannot be read is left as it is.
     virtual CompactionResult compact(const CompactionRequest& request, const ArchiveProgress& progress = {}) = 0;
 
-    /// Reads everything once, in one snapshot, and compares it with what is stored about it; changes nothing. `memory`
-    /// as CompactionRequest has it.
+    /// Reads everything once, in one snapshot, and compares it with what is stored about it. `memory`: see there.
     virtual VerificationResult verify(const ArchiveProgress& progress = {}, std::uint64_t memory = 0) = 0;
 
     /// Throws FileReplaced once another file has taken the place of the store's. Quick, and disturbs nobody.
     virtual void requireInPlace() = 0;
 
-    /// Closes what is kept open only for later calls, which open it anew. Afterwards the file, or wherever the records
-    /// are, may be moved.
+    /// Closes what is kept open only for later calls, which open it anew. Afterwards the file may be moved.
     virtual void closeIdle() = 0;
 };
 

@@ -1,5 +1,7 @@
 #include "base/SharedArray.h"
 
+#include "base/ValidityBitmap.h"
+
 #include <gtest/gtest.h>
 
 using plotix::SharedArray;

@@ -371,6 +371,7 @@ def back_and_forward(p):
 
 def value_line(p):
     p.key("ctrl+0")
+    p.point_at(p.graph, 0.45, 0.3)  # the menu before left the pointer where it stood
     p.point_at(p.graph, 0.5, 0.3)
     p.picture("value-line-at-pointer")
     p.click(p.graph, 0.5, 0.3)
@@ -399,10 +400,39 @@ def statistics(p):
         p.expect(lambda: p.chosen("statistics").get("over") != before, f"{title} did not choose {name}")
 
 
+def answers(p):
+    """What was it at 14:35 last Tuesday; how much more than the week before; when was the maximum; how long above 6 °C."""
+    for title, menu in both_ways(p, "answers"):
+        menu("View", "Values", "Go to Time…")
+        p.dialog("Go to Time")
+        p.type("last Tuesday 14:35")
+        p.key("Return")
+        p.expect(lambda: "2:35" in p.graph.description and "°C" in p.graph.description,
+                 f"{title}: the graph says “{p.graph.description}”")
+        menu("View", "Compare", "A Week Earlier")
+        p.expect(lambda: "against a week earlier" in p.graph.description,
+                 f"{title}: the graph says “{p.graph.description}”")
+        menu("View", "Values", "Go to Maximum of", "Air Temperature")
+        p.expect(lambda: "°C, maximum" in p.graph.description, f"{title}: the graph says “{p.graph.description}”")
+        menu("View", "Table", "Time Above a Limit…")
+        p.dialog("Time Above a Limit")
+        p.type("6")
+        p.key("Return")
+        p.expect(lambda: "aboveLimit" in p.chosen("statistics").get("columns", []), f"{title}: no column for the time")
+        p.picture(title)
+        menu("View", "Compare", "Compare with Nothing")
+        menu("View", "Table", "Remove All Limits")
+        menu("View", "Table", "Columns", "Time Above Limit")
+        menu("View", "Values", "Hold the Value Line")
+        p.expect(lambda: "aboveLimit" not in p.chosen("statistics").get("columns", []), f"{title}: the column stayed")
+
+
 def pictures(p):
     """A PNG of a chosen width: at 144 dots an inch a point is two pixels."""
     for (title, menu), width in zip(both_ways(p, "export"), (300, 450)):
         file = os.path.join(p.folder, f"{title}.png")
+        if os.path.exists(file):  # of a run before: the program would ask whether to replace it
+            os.remove(file)
         menu("File", "Export Picture…")
         dialog = p.dialog("Picture")
         field = p.find(("spin button",), "Width", dialog)
@@ -467,7 +497,7 @@ def live(p):
 
 
 PARTS = {"ranges": ranges, "looks": looks, "lanes": lanes, "zooms": zooms, "pans": pans,
-         "back and forward": back_and_forward, "value line": value_line, "statistics": statistics,
+         "back and forward": back_and_forward, "value line": value_line, "statistics": statistics, "answers": answers,
          "pictures": pictures, "views": views, "formulas": formulas, "live": live}
 
 

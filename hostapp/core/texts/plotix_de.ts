@@ -134,19 +134,19 @@
     </message>
     <message>
         <source>moving mean of the span that ends here</source>
-        <translation>gleitendes Mittel der Spanne, die hier endet</translation>
+        <translation>gleitendes Mittel des Zeitraums, der hier endet</translation>
     </message>
     <message>
         <source>least value of the span that ends here</source>
-        <translation>kleinster Wert der Spanne, die hier endet</translation>
+        <translation>kleinster Wert des Zeitraums, der hier endet</translation>
     </message>
     <message>
         <source>greatest value of the span that ends here</source>
-        <translation>größter Wert der Spanne, die hier endet</translation>
+        <translation>größter Wert des Zeitraums, der hier endet</translation>
     </message>
     <message>
         <source>sum of the values of the span that ends here</source>
-        <translation>Summe der Werte der Spanne, die hier endet</translation>
+        <translation>Summe der Werte des Zeitraums, der hier endet</translation>
     </message>
     <message>
         <source>mean of the local day</source>
@@ -190,7 +190,7 @@
     </message>
     <message>
         <source>integral since the first record, or of the span that ends here</source>
-        <translation>Integral seit dem ersten Datensatz oder über die Spanne, die hier endet</translation>
+        <translation>Integral seit dem ersten Messwert oder über den Zeitraum, der hier endet</translation>
     </message>
     <message>
         <source>the last value where there is none</source>
@@ -539,7 +539,7 @@
     </message>
     <message>
         <source>no column names the quantity of each row (columns: %1)</source>
-        <translation>keine Spalte nennt die Messgröße jeder Zeile (Spalten: %1)</translation>
+        <translation>keine Spalte nennt die Größe jeder Zeile (Spalten: %1)</translation>
     </message>
     <message>
         <source>“%1” cannot part columns; give one sign</source>
@@ -583,7 +583,7 @@
     </message>
     <message>
         <source>Each row names its quantity in “%1” and has its value in “%2”: %3 in all.</source>
-        <translation>Jede Zeile nennt ihre Messgröße in „%1“ und hat ihren Wert in „%2“: %3 insgesamt.</translation>
+        <translation>Jede Zeile nennt ihre Größe in „%1“ und hat ihren Wert in „%2“: %3 insgesamt.</translation>
     </message>
     <message>
         <source>The sheet “%1” is read (sheets: %2).</source>
@@ -703,6 +703,10 @@
     <message>
         <source>%1 does not exist in %2, where clocks were put forward</source>
         <translation>%1 gibt es in %2 nicht, dort wurden die Uhren vorgestellt</translation>
+    </message>
+    <message>
+        <source>Quality</source>
+        <translation>Qualität</translation>
     </message>
 </context>
 <context>
@@ -1231,11 +1235,7 @@
     </message>
     <message>
         <source>Lane per &amp;Property</source>
-        <translation>Spur je &amp;Eigenschaft</translation>
-    </message>
-    <message>
-        <source>&amp;Arrangement</source>
-        <translation>&amp;Anordnung</translation>
+        <translation>Spur je G&amp;röße</translation>
     </message>
     <message>
         <source>&amp;Lanes…</source>
@@ -1244,10 +1244,6 @@
     <message>
         <source>&amp;Equal Heights</source>
         <translation>&amp;Gleiche Höhen</translation>
-    </message>
-    <message>
-        <source>Leave Out O&amp;utliers</source>
-        <translation>A&amp;usreißer auslassen</translation>
     </message>
     <message>
         <source>Values far off the others become marks with their number at the edge of a lane.</source>
@@ -1343,19 +1339,15 @@
     </message>
     <message>
         <source>Keys Follow Next L&amp;ine</source>
-        <translation>Tasten folgen der nächsten L&amp;inie</translation>
-    </message>
-    <message>
-        <source>&amp;Copy Values at the Line</source>
-        <translation>Werte an der Linie &amp;kopieren</translation>
+        <translation>Tasten folgen der nä&amp;chsten Linie</translation>
     </message>
     <message>
         <source>Next &amp;Record</source>
-        <translation>Nächster &amp;Datensatz</translation>
+        <translation>Nächster Mess&amp;wert</translation>
     </message>
     <message>
         <source>Previous R&amp;ecord</source>
-        <translation>Voriger D&amp;atensatz</translation>
+        <translation>Voriger Messwer&amp;t</translation>
     </message>
     <message>
         <source>Next &amp;Maximum</source>
@@ -1431,11 +1423,11 @@
     </message>
     <message>
         <source>Move Mark to &amp;Next Record</source>
-        <translation>Marke zum &amp;nächsten Datensatz</translation>
+        <translation>Marke zum &amp;nächsten Messwert</translation>
     </message>
     <message>
         <source>Move Mark to &amp;Previous Record</source>
-        <translation>Marke zum &amp;vorigen Datensatz</translation>
+        <translation>Marke zum &amp;vorigen Messwert</translation>
     </message>
     <message>
         <source>&amp;Remove Marks</source>
@@ -1530,172 +1522,8 @@
         <translation>Aussehen</translation>
     </message>
     <message>
-        <source>Solid</source>
-        <translation>Durchgezogen</translation>
-    </message>
-    <message>
-        <source>Dashes</source>
-        <translation>Striche</translation>
-    </message>
-    <message>
-        <source>Dots</source>
-        <translation>Punkte</translation>
-    </message>
-    <message>
-        <source>Dash, Dot</source>
-        <translation>Strich, Punkt</translation>
-    </message>
-    <message>
-        <source>Long Dashes</source>
-        <translation>Lange Striche</translation>
-    </message>
-    <message>
-        <source>Dash, Two Dots</source>
-        <translation>Strich, zwei Punkte</translation>
-    </message>
-    <message>
-        <source>Short Dashes</source>
-        <translation>Kurze Striche</translation>
-    </message>
-    <message>
-        <source>Long and Short Dashes</source>
-        <translation>Lange und kurze Striche</translation>
-    </message>
-    <message>
-        <source>Wide Dots</source>
-        <translation>Weite Punkte</translation>
-    </message>
-    <message>
-        <source>Two Dashes, Dot</source>
-        <translation>Zwei Striche, Punkt</translation>
-    </message>
-    <message>
         <source>&amp;Look</source>
-        <translation>&amp;Aussehen</translation>
-    </message>
-    <message>
-        <source>Dark</source>
-        <translation>Dunkel</translation>
-    </message>
-    <message>
-        <source>Light</source>
-        <translation>Hell</translation>
-    </message>
-    <message>
-        <source>Paper</source>
-        <translation>Papier</translation>
-    </message>
-    <message>
-        <source>Colors of the Properties</source>
-        <translation>Farben der Eigenschaften</translation>
-    </message>
-    <message>
-        <source>Dashes Where Colors Are Alike</source>
-        <translation>Striche, wo Farben sich gleichen</translation>
-    </message>
-    <message>
-        <source>Distinct Colors and Dashes</source>
-        <translation>Deutlich verschiedene Farben und Striche</translation>
-    </message>
-    <message>
-        <source>Larger Text</source>
-        <translation>Größere Schrift</translation>
-    </message>
-    <message>
-        <source>Smaller Text</source>
-        <translation>Kleinere Schrift</translation>
-    </message>
-    <message>
-        <source>Usual Text Size</source>
-        <translation>Übliche Schriftgröße</translation>
-    </message>
-    <message>
-        <source>Look of Lines</source>
-        <translation>Aussehen der Linien</translation>
-    </message>
-    <message>
-        <source>Usual Look</source>
-        <translation>Übliches Aussehen</translation>
-    </message>
-    <message>
-        <source>Straight Lines</source>
-        <translation>Gerade Linien</translation>
-    </message>
-    <message>
-        <source>Steps: Hold the Last Value</source>
-        <translation>Stufen: letzten Wert halten</translation>
-    </message>
-    <message>
-        <source>Points Only</source>
-        <translation>Nur Punkte</translation>
-    </message>
-    <message>
-        <source>As Usual</source>
-        <translation>Wie üblich</translation>
-    </message>
-    <message>
-        <source>Width</source>
-        <translation>Breite</translation>
-    </message>
-    <message>
-        <source>Sky Blue</source>
-        <translation>Himmelblau</translation>
-    </message>
-    <message>
-        <source>Orange</source>
-        <translation>Orange</translation>
-    </message>
-    <message>
-        <source>Yellow</source>
-        <translation>Gelb</translation>
-    </message>
-    <message>
-        <source>Pink</source>
-        <translation>Rosa</translation>
-    </message>
-    <message>
-        <source>Light Gray</source>
-        <translation>Hellgrau</translation>
-    </message>
-    <message>
-        <source>Blue</source>
-        <translation>Blau</translation>
-    </message>
-    <message>
-        <source>Vermilion</source>
-        <translation>Zinnoberrot</translation>
-    </message>
-    <message>
-        <source>Green</source>
-        <translation>Grün</translation>
-    </message>
-    <message>
-        <source>Purple</source>
-        <translation>Violett</translation>
-    </message>
-    <message>
-        <source>Gray</source>
-        <translation>Grau</translation>
-    </message>
-    <message>
-        <source>Color in This Trend</source>
-        <translation>Farbe in diesem Trend</translation>
-    </message>
-    <message>
-        <source>Other…</source>
-        <translation>Andere …</translation>
-    </message>
-    <message>
-        <source>Fill</source>
-        <translation>Füllung</translation>
-    </message>
-    <message>
-        <source>None</source>
-        <translation>Keine</translation>
-    </message>
-    <message>
-        <source>To Zero</source>
-        <translation>Bis null</translation>
+        <translation>A&amp;ussehen</translation>
     </message>
     <message>
         <source>Go to Maximum</source>
@@ -1708,82 +1536,6 @@
     <message>
         <source>Columns</source>
         <translation>Spalten</translation>
-    </message>
-    <message>
-        <source>Time of Minimum</source>
-        <translation>Zeit des Minimums</translation>
-    </message>
-    <message>
-        <source>Time of Maximum</source>
-        <translation>Zeit des Maximums</translation>
-    </message>
-    <message>
-        <source>Time-Weighted</source>
-        <translation>Zeitgewichtet</translation>
-    </message>
-    <message>
-        <source>Median</source>
-        <translation>Median</translation>
-    </message>
-    <message>
-        <source>Std. Deviation</source>
-        <translation>Standardabw.</translation>
-    </message>
-    <message>
-        <source>First</source>
-        <translation>Erster</translation>
-    </message>
-    <message>
-        <source>Last</source>
-        <translation>Letzter</translation>
-    </message>
-    <message>
-        <source>Sum</source>
-        <translation>Summe</translation>
-    </message>
-    <message>
-        <source>Integral</source>
-        <translation>Integral</translation>
-    </message>
-    <message>
-        <source>5th Percentile</source>
-        <translation>5. Perzentil</translation>
-    </message>
-    <message>
-        <source>25th Percentile</source>
-        <translation>25. Perzentil</translation>
-    </message>
-    <message>
-        <source>75th Percentile</source>
-        <translation>75. Perzentil</translation>
-    </message>
-    <message>
-        <source>95th Percentile</source>
-        <translation>95. Perzentil</translation>
-    </message>
-    <message>
-        <source>Gaps</source>
-        <translation>Lücken</translation>
-    </message>
-    <message>
-        <source>Time Above Limit</source>
-        <translation>Zeit über Grenze</translation>
-    </message>
-    <message>
-        <source>Time Below Limit</source>
-        <translation>Zeit unter Grenze</translation>
-    </message>
-    <message>
-        <source>Crossings</source>
-        <translation>Durchgänge</translation>
-    </message>
-    <message>
-        <source>Latest Value</source>
-        <translation>Neuester Wert</translation>
-    </message>
-    <message>
-        <source>Age</source>
-        <translation>Alter</translation>
     </message>
     <message>
         <source>Statistics of</source>
@@ -1822,14 +1574,6 @@
         <translation>Weglassen, was noch berechnet wird</translation>
     </message>
     <message>
-        <source>Count the time that %1 is below:</source>
-        <translation>Die Zeit zählen, in der %1 darunter liegt:</translation>
-    </message>
-    <message>
-        <source>Count the time that %1 is above:</source>
-        <translation>Die Zeit zählen, in der %1 darüber liegt:</translation>
-    </message>
-    <message>
         <source>what is visible</source>
         <translation>das, was zu sehen ist</translation>
     </message>
@@ -1838,40 +1582,12 @@
         <translation>die Zeit von A bis B</translation>
     </message>
     <message>
-        <source>Table</source>
-        <translation>Tabelle</translation>
-    </message>
-    <message>
-        <source>Statistics of Everything Fetched</source>
-        <translation>Statistik von allem Gelesenen</translation>
-    </message>
-    <message>
-        <source>Statistics of What Is Visible</source>
-        <translation>Statistik des Sichtbaren</translation>
-    </message>
-    <message>
-        <source>Statistics from A to B</source>
-        <translation>Statistik von A bis B</translation>
-    </message>
-    <message>
-        <source>Time Above a Limit…</source>
-        <translation>Zeit über einer Grenze …</translation>
-    </message>
-    <message>
-        <source>Time Below a Limit…</source>
-        <translation>Zeit unter einer Grenze …</translation>
-    </message>
-    <message>
-        <source>Remove All Limits</source>
-        <translation>Alle Grenzen entfernen</translation>
-    </message>
-    <message>
         <source>working… %1 %</source>
         <translation>wird berechnet … %1 %</translation>
     </message>
     <message>
         <source>Click to set a limit</source>
-        <translation>Klicken, um eine Grenze festzulegen</translation>
+        <translation>Klicken, um einen Grenzwert festzulegen</translation>
     </message>
     <message>
         <source>below %1</source>
@@ -1903,20 +1619,12 @@
         <translation>Bei den &amp;Messwerten bleiben</translation>
     </message>
     <message>
-        <source>Over&amp;view of Everything Fetched</source>
-        <translation>Ü&amp;bersicht über alles Abgerufene</translation>
-    </message>
-    <message>
         <source>recorded, not valid</source>
         <translation>aufgezeichnet, nicht gültig</translation>
     </message>
     <message>
         <source>nothing recorded</source>
         <translation>nichts aufgezeichnet</translation>
-    </message>
-    <message>
-        <source>Show What Is &amp;Missing</source>
-        <translation>&amp;Fehlendes zeigen</translation>
     </message>
     <message>
         <source>Hatches the times at which nothing valid was recorded.</source>
@@ -2020,13 +1728,8 @@
         <translation>„%1“ ist kein Abstand: Geben Sie eine Zahl mit s, min, h, d, w, mo oder y an.</translation>
     </message>
     <message>
-        <source>now %1</source>
-        <extracomment>Behind an earlier value: by how much the present one is more.</extracomment>
-        <translation>jetzt %1</translation>
-    </message>
-    <message>
         <source>Lay A–B Over the &amp;Value Line</source>
-        <translation>A–B über die &amp;Wertelinie legen</translation>
+        <translation>A–B über die Werte&amp;linie legen</translation>
     </message>
     <message>
         <source>Lay A–B Over a &amp;Time…</source>
@@ -2061,10 +1764,6 @@
         <translation>V&amp;origes Überschreiten eines Grenzwerts</translation>
     </message>
     <message>
-        <source>No Legend</source>
-        <translation>Keine Legende</translation>
-    </message>
-    <message>
         <source>Legend &amp;Below the Graph</source>
         <translation>Legende &amp;unter dem Diagramm</translation>
     </message>
@@ -2090,23 +1789,7 @@
     </message>
     <message>
         <source>L&amp;egend and Titles</source>
-        <translation>L&amp;egende und Titel</translation>
-    </message>
-    <message>
-        <source>Thicker Lines</source>
-        <translation>Dickere Linien</translation>
-    </message>
-    <message>
-        <source>Thinner Lines</source>
-        <translation>Dünnere Linien</translation>
-    </message>
-    <message>
-        <source>Usual Thickness of Lines</source>
-        <translation>Übliche Dicke der Linien</translation>
-    </message>
-    <message>
-        <source>Transparent Ground</source>
-        <translation>Durchsichtiger Grund</translation>
+        <translation>Legen&amp;de und Titel</translation>
     </message>
     <message>
         <source>Show &amp;Notes</source>
@@ -2179,10 +1862,6 @@
         <translation>Um mehr als einen &amp;Tag</translation>
     </message>
     <message>
-        <source>Show &amp;Late and Corrected</source>
-        <translation>&amp;Verspätetes und Berichtigtes zeigen</translation>
-    </message>
-    <message>
         <source>Marks records that were added between others, and those whose values were replaced, after the fact.</source>
         <translation>Kennzeichnet Messwerte, die nachträglich zwischen andere kamen oder ersetzt wurden.</translation>
     </message>
@@ -2195,17 +1874,13 @@
         <translation>Was früher eintraf, gilt nicht als verspätet.</translation>
     </message>
     <message>
-        <source>Arrived La&amp;te</source>
-        <translation>V&amp;erspätet eingetroffen</translation>
-    </message>
-    <message>
         <source>clocks %1</source>
         <extracomment>Where the clocks are changed to summer time or back: &quot;clocks +1 h&quot;.</extracomment>
         <translation>Uhr %1</translation>
     </message>
     <message>
         <source>Time &amp;Zone</source>
-        <translation>&amp;Zeitzone</translation>
+        <translation>Ze&amp;itzone</translation>
     </message>
     <message>
         <source>&amp;My Time Zone (%1)</source>
@@ -2237,7 +1912,7 @@
     </message>
     <message>
         <source>Mark Where Clocks Are &amp;Changed</source>
-        <translation>&amp;Uhrumstellung anzeigen</translation>
+        <translation>U&amp;hrumstellung anzeigen</translation>
     </message>
     <message>
         <source>not set</source>
@@ -2254,6 +1929,459 @@
     <message>
         <source>No time zone is called “%1”. Did you mean %2?</source>
         <translation>Keine Zeitzone heißt „%1“. Meinten Sie %2?</translation>
+    </message>
+    <message>
+        <source>%1 against %2</source>
+        <extracomment>Behind a value: %1 is by how much it is more, such as &quot;+3.3 K&quot;, %2 than when: &quot;a week earlier&quot;.</extracomment>
+        <translation>%1 gegenüber: %2</translation>
+    </message>
+    <message>
+        <source>maximum</source>
+        <translation>Maximum</translation>
+    </message>
+    <message>
+        <source>minimum</source>
+        <translation>Minimum</translation>
+    </message>
+    <message>
+        <source>maximum in view</source>
+        <translation>Maximum im Bild</translation>
+    </message>
+    <message>
+        <source>minimum in view</source>
+        <translation>Minimum im Bild</translation>
+    </message>
+    <message>
+        <source>Time Above a Limit</source>
+        <translation>Zeit über einem Grenzwert</translation>
+    </message>
+    <message>
+        <source>Time Below a Limit</source>
+        <translation>Zeit unter einem Grenzwert</translation>
+    </message>
+    <message>
+        <source>&amp;Property:</source>
+        <translation>&amp;Größe:</translation>
+    </message>
+    <message>
+        <source>How long &amp;above:</source>
+        <translation>Wie lange &amp;über:</translation>
+    </message>
+    <message>
+        <source>How long b&amp;elow:</source>
+        <translation>Wie lange &amp;unter:</translation>
+    </message>
+    <message>
+        <source>Nothing is recorded before %1.</source>
+        <translation>Vor %1 ist nichts aufgezeichnet.</translation>
+    </message>
+    <message>
+        <source>The records end at %1.</source>
+        <translation>Die Messwerte enden am %1.</translation>
+    </message>
+    <message>
+        <source>Go to the &amp;First Record</source>
+        <translation>Zum &amp;ersten Messwert</translation>
+    </message>
+    <message>
+        <source>Go to the &amp;Last Record</source>
+        <translation>Zum &amp;letzten Messwert</translation>
+    </message>
+    <message>
+        <source>Arran&amp;gement</source>
+        <translation>An&amp;ordnung</translation>
+    </message>
+    <message>
+        <source>Leave Out Ou&amp;tliers</source>
+        <translation>A&amp;usreißer auslassen</translation>
+    </message>
+    <message>
+        <source>No Le&amp;gend</source>
+        <translation>Keine Le&amp;gende</translation>
+    </message>
+    <message>
+        <source>Cop&amp;y Values at the Line</source>
+        <translation>Werte an der Linie &amp;kopieren</translation>
+    </message>
+    <message>
+        <source>&amp;Solid</source>
+        <translation>&amp;Durchgezogen</translation>
+    </message>
+    <message>
+        <source>&amp;Dashes</source>
+        <translation>S&amp;triche</translation>
+    </message>
+    <message>
+        <source>D&amp;ots</source>
+        <translation>P&amp;unkte</translation>
+    </message>
+    <message>
+        <source>D&amp;ash, Dot</source>
+        <translation>Strich, Pu&amp;nkt</translation>
+    </message>
+    <message>
+        <source>&amp;Long Dashes</source>
+        <translation>&amp;Lange Striche</translation>
+    </message>
+    <message>
+        <source>Das&amp;h, Two Dots</source>
+        <translation>Strich, z&amp;wei Punkte</translation>
+    </message>
+    <message>
+        <source>Sho&amp;rt Dashes</source>
+        <translation>&amp;Kurze Striche</translation>
+    </message>
+    <message>
+        <source>Lon&amp;g and Short Dashes</source>
+        <translation>Lange und kurze Stric&amp;he</translation>
+    </message>
+    <message>
+        <source>&amp;Wide Dots</source>
+        <translation>W&amp;eite Punkte</translation>
+    </message>
+    <message>
+        <source>&amp;Two Dashes, Dot</source>
+        <translation>&amp;Zwei Striche, Punkt</translation>
+    </message>
+    <message>
+        <source>&amp;Dark</source>
+        <translation>&amp;Dunkel</translation>
+    </message>
+    <message>
+        <source>&amp;Light</source>
+        <translation>&amp;Hell</translation>
+    </message>
+    <message>
+        <source>&amp;Paper</source>
+        <translation>&amp;Papier</translation>
+    </message>
+    <message>
+        <source>&amp;Colors of the Properties</source>
+        <translation>&amp;Farben der Größen</translation>
+    </message>
+    <message>
+        <source>Da&amp;shes Where Colors Are Alike</source>
+        <translation>&amp;Striche, wo Farben sich gleichen</translation>
+    </message>
+    <message>
+        <source>D&amp;istinct Colors and Dashes</source>
+        <translation>Deutlich &amp;verschiedene Farben und Striche</translation>
+    </message>
+    <message>
+        <source>Lar&amp;ger Text</source>
+        <translation>&amp;Größere Schrift</translation>
+    </message>
+    <message>
+        <source>S&amp;maller Text</source>
+        <translation>&amp;Kleinere Schrift</translation>
+    </message>
+    <message>
+        <source>Thic&amp;ker Lines</source>
+        <translation>D&amp;ickere Linien</translation>
+    </message>
+    <message>
+        <source>Thi&amp;nner Lines</source>
+        <translation>Dü&amp;nnere Linien</translation>
+    </message>
+    <message>
+        <source>&amp;Usual Thickness of Lines</source>
+        <translation>Übliche Dicke der &amp;Linien</translation>
+    </message>
+    <message>
+        <source>&amp;Transparent Ground</source>
+        <translation>Du&amp;rchsichtiger Grund</translation>
+    </message>
+    <message>
+        <source>Usual Te&amp;xt Size</source>
+        <translation>Übliche Schrif&amp;tgröße</translation>
+    </message>
+    <message>
+        <source>Look &amp;of Lines</source>
+        <translation>&amp;Aussehen der Linien</translation>
+    </message>
+    <message>
+        <source>&amp;Usual Look</source>
+        <translation>Üb&amp;liches Aussehen</translation>
+    </message>
+    <message>
+        <source>&amp;Straight Lines</source>
+        <translation>&amp;Gerade Linien</translation>
+    </message>
+    <message>
+        <source>S&amp;teps: Hold the Last Value</source>
+        <translation>&amp;Stufen: letzten Wert halten</translation>
+    </message>
+    <message>
+        <source>Points &amp;Only</source>
+        <translation>&amp;Nur Punkte</translation>
+    </message>
+    <message>
+        <source>As &amp;Usual</source>
+        <translation>Wie &amp;üblich</translation>
+    </message>
+    <message>
+        <source>&amp;Width</source>
+        <translation>&amp;Breite</translation>
+    </message>
+    <message>
+        <source>&amp;Sky Blue</source>
+        <translation>&amp;Himmelblau</translation>
+    </message>
+    <message>
+        <source>&amp;Orange</source>
+        <translation>&amp;Orange</translation>
+    </message>
+    <message>
+        <source>&amp;Yellow</source>
+        <translation>&amp;Gelb</translation>
+    </message>
+    <message>
+        <source>&amp;Pink</source>
+        <translation>&amp;Rosa</translation>
+    </message>
+    <message>
+        <source>Light &amp;Gray</source>
+        <translation>H&amp;ellgrau</translation>
+    </message>
+    <message>
+        <source>&amp;Blue</source>
+        <translation>&amp;Blau</translation>
+    </message>
+    <message>
+        <source>&amp;Vermilion</source>
+        <translation>&amp;Zinnoberrot</translation>
+    </message>
+    <message>
+        <source>G&amp;reen</source>
+        <translation>Grü&amp;n</translation>
+    </message>
+    <message>
+        <source>Purp&amp;le</source>
+        <translation>&amp;Violett</translation>
+    </message>
+    <message>
+        <source>Gr&amp;ay</source>
+        <translation>Gr&amp;au</translation>
+    </message>
+    <message>
+        <source>&amp;Color in This Trend</source>
+        <translation>&amp;Farbe in diesem Trend</translation>
+    </message>
+    <message>
+        <source>O&amp;ther…</source>
+        <translation>An&amp;dere …</translation>
+    </message>
+    <message>
+        <source>&amp;Points</source>
+        <translation>&amp;Punkte</translation>
+    </message>
+    <message>
+        <source>&amp;Fill</source>
+        <translation>F&amp;üllung</translation>
+    </message>
+    <message>
+        <source>&amp;None</source>
+        <translation>&amp;Keine</translation>
+    </message>
+    <message>
+        <source>To &amp;Zero</source>
+        <translation>Bis n&amp;ull</translation>
+    </message>
+    <message>
+        <source>Sho&amp;w What Is Missing</source>
+        <translation>&amp;Fehlendes zeigen</translation>
+    </message>
+    <message>
+        <source>Show Late an&amp;d Corrected</source>
+        <translation>Vers&amp;pätetes und Berichtigtes zeigen</translation>
+    </message>
+    <message>
+        <source>Arrive&amp;d Late</source>
+        <translation>Verspätet einget&amp;roffen</translation>
+    </message>
+    <message>
+        <source>&amp;Overview of Everything Fetched</source>
+        <translation>Ü&amp;bersicht über alles Gelesene</translation>
+    </message>
+    <message>
+        <source>Time of Mi&amp;nimum</source>
+        <translation>Zeit des Mi&amp;nimums</translation>
+    </message>
+    <message>
+        <source>Time of Ma&amp;ximum</source>
+        <translation>Zeit des Ma&amp;ximums</translation>
+    </message>
+    <message>
+        <source>Time-&amp;Weighted</source>
+        <translation>&amp;Zeitgewichtet</translation>
+    </message>
+    <message>
+        <source>&amp;Median</source>
+        <translation>&amp;Median</translation>
+    </message>
+    <message>
+        <source>Std. &amp;Deviation</source>
+        <translation>Standarda&amp;bw.</translation>
+    </message>
+    <message>
+        <source>&amp;Range</source>
+        <translation>Bereic&amp;h</translation>
+    </message>
+    <message>
+        <source>&amp;First</source>
+        <translation>E&amp;rster</translation>
+    </message>
+    <message>
+        <source>&amp;Last</source>
+        <translation>&amp;Letzter</translation>
+    </message>
+    <message>
+        <source>&amp;Sum</source>
+        <translation>&amp;Summe</translation>
+    </message>
+    <message>
+        <source>&amp;Integral</source>
+        <translation>&amp;Integral</translation>
+    </message>
+    <message>
+        <source>&amp;5th Percentile</source>
+        <translation>&amp;5. Perzentil</translation>
+    </message>
+    <message>
+        <source>&amp;25th Percentile</source>
+        <translation>&amp;25. Perzentil</translation>
+    </message>
+    <message>
+        <source>&amp;75th Percentile</source>
+        <translation>&amp;75. Perzentil</translation>
+    </message>
+    <message>
+        <source>&amp;95th Percentile</source>
+        <translation>&amp;95. Perzentil</translation>
+    </message>
+    <message>
+        <source>&amp;Coverage</source>
+        <translation>&amp;Abdeckung</translation>
+    </message>
+    <message>
+        <source>&amp;Gaps</source>
+        <translation>Lüc&amp;ken</translation>
+    </message>
+    <message>
+        <source>Time &amp;Above Limit</source>
+        <translation>Zeit &amp;über Grenzwert</translation>
+    </message>
+    <message>
+        <source>Time &amp;Below Limit</source>
+        <translation>Zeit &amp;unter Grenzwert</translation>
+    </message>
+    <message>
+        <source>Cr&amp;ossings</source>
+        <translation>&amp;Durchgänge</translation>
+    </message>
+    <message>
+        <source>Latest &amp;Value</source>
+        <translation>Neuester &amp;Wert</translation>
+    </message>
+    <message>
+        <source>Ag&amp;e</source>
+        <translation>Al&amp;ter</translation>
+    </message>
+    <message>
+        <source>&amp;Table</source>
+        <translation>&amp;Tabelle</translation>
+    </message>
+    <message>
+        <source>Statistics of &amp;Everything Fetched</source>
+        <translation>Statistik von allem &amp;Gelesenen</translation>
+    </message>
+    <message>
+        <source>Statistics of What Is &amp;Visible</source>
+        <translation>Statistik des &amp;Sichtbaren</translation>
+    </message>
+    <message>
+        <source>Statistics from A to &amp;B</source>
+        <translation>Statistik von A bis &amp;B</translation>
+    </message>
+    <message>
+        <source>Go to Mi&amp;nimum</source>
+        <translation>Zum Mi&amp;nimum</translation>
+    </message>
+    <message>
+        <source>Go to Ma&amp;ximum</source>
+        <translation>Zum Ma&amp;ximum</translation>
+    </message>
+    <message>
+        <source>Go to Ma&amp;ximum of</source>
+        <translation>Z&amp;um Maximum von</translation>
+    </message>
+    <message>
+        <source>Go to Minimum o&amp;f</source>
+        <translation>Zum M&amp;inimum von</translation>
+    </message>
+    <message>
+        <source>Time &amp;Above a Limit…</source>
+        <translation>Zeit &amp;über einem Grenzwert …</translation>
+    </message>
+    <message>
+        <source>Time Be&amp;low a Limit…</source>
+        <translation>Zeit &amp;unter einem Grenzwert …</translation>
+    </message>
+    <message>
+        <source>&amp;Remove All Limits</source>
+        <translation>Alle Grenzwerte &amp;entfernen</translation>
+    </message>
+    <message>
+        <source>&amp;Columns</source>
+        <translation>S&amp;palten</translation>
+    </message>
+    <message>
+        <source>Quality</source>
+        <translation>Qualität</translation>
+    </message>
+    <message>
+        <source>%1 not valid</source>
+        <translation>%1 ungültig</translation>
+    </message>
+    <message>
+        <source>%1 late</source>
+        <translation>%1 verspätet</translation>
+    </message>
+    <message>
+        <source>%1 corrected</source>
+        <translation>%1 berichtigt</translation>
+    </message>
+    <message>
+        <source>%1 (nothing recorded)</source>
+        <extracomment>An item of a menu: &quot;A Week Earlier (nothing recorded)&quot;.</extracomment>
+        <translation>%1 (nichts aufgezeichnet)</translation>
+    </message>
+    <message>
+        <source>Nothing was recorded %1.</source>
+        <translation>Es wurde nichts aufgezeichnet: %1.</translation>
+    </message>
+    <message>
+        <source>%1: nothing recorded</source>
+        <extracomment>In heads and legends, of a line that is compared: &quot;Power, a week earlier: nothing recorded&quot;.</extracomment>
+        <translation>%1: nichts aufgezeichnet</translation>
+    </message>
+    <message>
+        <source>Recorded now: %1 of the time, then: %2</source>
+        <translation>Aufgezeichnet jetzt: %1 der Zeit, damals: %2</translation>
+    </message>
+    <message>
+        <source>%1 (%2 recorded)</source>
+        <extracomment>An average and of how much of the time it is: &quot;20.4 (29 % recorded)&quot;.</extracomment>
+        <translation>%1 (%2 aufgezeichnet)</translation>
+    </message>
+    <message>
+        <source>There is no such date.</source>
+        <translation>Dieses Datum gibt es nicht.</translation>
+    </message>
+    <message>
+        <source>%1 (%2 against %3)</source>
+        <extracomment>A difference of averages, and of how much of the time each is: &quot;+1.5 K (100 % against 29 %)&quot;.</extracomment>
+        <translation>%1 (%2 gegen %3)</translation>
     </message>
 </context>
 <context>
@@ -2293,6 +2421,58 @@
     <message>
         <source>Color of %1</source>
         <translation>Farbe von %1</translation>
+    </message>
+</context>
+<context>
+    <name>QualityTexts</name>
+    <message>
+        <source>%1 and others</source>
+        <translation>%1 und weiteren</translation>
+    </message>
+    <message numerus="yes">
+        <source>%n column(s)</source>
+        <translation>
+            <numerusform>%n Spalte</numerusform>
+            <numerusform>%n Spalten</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>Which values of %1 are bad is read in %2; they are kept and marked as invalid.</source>
+        <translation>Welche Werte von %1 schlecht sind, steht in %2; sie werden behalten und als ungültig gekennzeichnet.</translation>
+    </message>
+    <message>
+        <source>column “%1” does not say which values are bad in words or numbers that are known, but such as “%2”; enter those that do under Bad words</source>
+        <translation>Die Spalte “%1” sagt nicht in bekannten Wörtern oder Zahlen, welche Werte schlecht sind, sondern etwa “%2”; unter „Heißt schlecht“ die angeben, die es bedeuten</translation>
+    </message>
+    <message>
+        <source>“%1” seems to say which values are bad, but not what “%2” means; its values are taken as good. If it does, enter it under Quality.</source>
+        <translation>“%1” scheint zu sagen, welche Werte schlecht sind, aber nicht, was “%2” bedeutet; die Werte gelten als gut. Falls doch, unter „Qualität“ angeben.</translation>
+    </message>
+    <message>
+        <source>“%1” seems to say which values are bad, but not of which column; they are taken as good. If it does, enter it under Quality.</source>
+        <translation>“%1” scheint zu sagen, welche Werte schlecht sind, aber nicht, in welcher Spalte; sie gelten als gut. Falls doch, unter „Qualität“ angeben.</translation>
+    </message>
+    <message>
+        <source>“%1” says neither good nor bad (%2 times); such values are taken as good. If it means bad, enter all such words under Bad words</source>
+        <translation>“%1” sagt weder gut noch schlecht (%2-mal); solche Werte gelten als gut. Bedeutet es schlecht, alle solchen Wörter unter „Heißt schlecht“ angeben</translation>
+    </message>
+    <message numerus="yes">
+        <source>%1 value(s) are marked as bad by “%2”</source>
+        <translation>
+            <numerusform>%1 Wert ist durch “%2” als schlecht gekennzeichnet</numerusform>
+            <numerusform>%1 Werte sind durch “%2” als schlecht gekennzeichnet</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>says which values of “%1” are bad</source>
+        <translation>sagt, welche Werte von “%1” schlecht sind</translation>
+    </message>
+    <message numerus="yes">
+        <source>says which values of %n column(s) are bad</source>
+        <translation>
+            <numerusform>sagt, welche Werte von %n Spalte schlecht sind</numerusform>
+            <numerusform>sagt, welche Werte von %n Spalten schlecht sind</numerusform>
+        </translation>
     </message>
 </context>
 <context>
@@ -2447,14 +2627,6 @@
         <translation>&amp;Folgen</translation>
     </message>
     <message>
-        <source>Zoom &amp;Time Only</source>
-        <translation>Nur die Z&amp;eit zoomen</translation>
-    </message>
-    <message>
-        <source>Zoom &amp;Values Only</source>
-        <translation>Nur die &amp;Werte zoomen</translation>
-    </message>
-    <message>
         <source>As if Alt were held down: values stay as they are.</source>
         <translation>Als wäre Alt gedrückt: Die Werte bleiben, wie sie sind.</translation>
     </message>
@@ -2544,19 +2716,19 @@
     </message>
     <message>
         <source>Follow &amp;Span</source>
-        <translation>S&amp;panne zum Folgen</translation>
+        <translation>Zeitraum bis &amp;jetzt</translation>
     </message>
     <message>
         <source>&amp;Next Region</source>
-        <translation>&amp;Nächster Bereich</translation>
+        <translation>Nä&amp;chster Bereich</translation>
     </message>
     <message>
         <source>&amp;Previous Region</source>
-        <translation>&amp;Vorheriger Bereich</translation>
+        <translation>Vor&amp;heriger Bereich</translation>
     </message>
     <message>
         <source>&amp;Appearance</source>
-        <translation>Ersc&amp;heinungsbild</translation>
+        <translation>Er&amp;scheinungsbild</translation>
     </message>
     <message>
         <source>&amp;Break Lines at Gaps</source>
@@ -2644,7 +2816,7 @@
     </message>
     <message>
         <source>What was written about times and spans of this site.</source>
-        <translation>Was über Zeiten und Spannen dieser Anlage geschrieben wurde.</translation>
+        <translation>Was über Zeitpunkte und Zeiträume dieser Anlage geschrieben wurde.</translation>
     </message>
     <message>
         <source>&amp;Save as Case…</source>
@@ -2661,6 +2833,14 @@
     <message>
         <source>A site, or a figure that tells what it shows.</source>
         <translation>Eine Anlage, oder eine Abbildung, die sagt, was sie zeigt.</translation>
+    </message>
+    <message>
+        <source>Zoom Time Onl&amp;y</source>
+        <translation>Nur die Z&amp;eit zoomen</translation>
+    </message>
+    <message>
+        <source>Zoom Val&amp;ues Only</source>
+        <translation>&amp;Nur die Werte zoomen</translation>
     </message>
 </context>
 <context>
@@ -2828,6 +3008,13 @@
         <source>part of the quantities below</source>
         <translation>Teil der Größen darunter</translation>
     </message>
+    <message numerus="yes">
+        <source>, %n of them marked as bad</source>
+        <translation>
+            <numerusform>, davon %n als schlecht gekennzeichnet</numerusform>
+            <numerusform>, davon %n als schlecht gekennzeichnet</numerusform>
+        </translation>
+    </message>
 </context>
 <context>
     <name>plotix::ComputedPropertyDialog</name>
@@ -2865,7 +3052,7 @@
     </message>
     <message>
         <source>What stands for a property at a time that only another source has a record of.</source>
-        <translation>Was für eine Größe zu einer Zeit steht, zu der nur eine andere Quelle einen Datensatz hat.</translation>
+        <translation>Was für eine Größe zu einer Zeit steht, zu der nur eine andere Quelle einen Messwert hat.</translation>
     </message>
     <message>
         <source>Longest gap that is bridged</source>
@@ -2889,7 +3076,7 @@
     </message>
     <message>
         <source>&amp;Between records:</source>
-        <translation>&amp;Zwischen Datensätzen:</translation>
+        <translation>&amp;Zwischen Messwerten:</translation>
     </message>
     <message>
         <source>&amp;Longest gap:</source>
@@ -3206,6 +3393,18 @@
         <source>The file then tells what it shows: the names of site, file, trend, source and properties, the span, and what was chosen. Nothing else, and no folder of this computer.</source>
         <translation>Die Datei sagt dann, was sie zeigt: die Namen von Anlage, Datei, Trend, Quelle und Größen, den Zeitraum und was gewählt war. Sonst nichts, und keinen Ordner dieses Rechners.</translation>
     </message>
+    <message>
+        <source>Left out</source>
+        <translation>Weggelassen</translation>
+    </message>
+    <message>
+        <source>A line that is held, and the box that says what is read there.</source>
+        <translation>Eine festgehaltene Linie und das Feld, das sagt, was dort abgelesen wird.</translation>
+    </message>
+    <message>
+        <source>&amp;Value line:</source>
+        <translation>Werte&amp;linie:</translation>
+    </message>
 </context>
 <context>
     <name>plotix::ExportRecordsDialog</name>
@@ -3277,6 +3476,22 @@
         <source>Tick a property first.</source>
         <translation>Kreuzen Sie zuerst eine Größe an.</translation>
     </message>
+    <message>
+        <source>Write in a column &amp;beside each which values are good</source>
+        <translation>Da&amp;neben je eine Spalte schreiben, welche Werte gut sind</translation>
+    </message>
+    <message>
+        <source>Values that are not valid are then written too, and an import reads back both. Otherwise they are left empty.</source>
+        <translation>Ungültige Werte werden dann auch geschrieben, und ein Import liest beides zurück. Sonst bleiben sie leer.</translation>
+    </message>
+    <message>
+        <source>The trend&apos;s clocks (%1)</source>
+        <translation>Uhren des Trends (%1)</translation>
+    </message>
+    <message>
+        <source>The site&apos;s clocks (%1)</source>
+        <translation>Uhren der Anlage (%1)</translation>
+    </message>
 </context>
 <context>
     <name>plotix::FirstRows</name>
@@ -3287,6 +3502,10 @@
     <message>
         <source>Time</source>
         <translation>Zeit</translation>
+    </message>
+    <message>
+        <source>%1, marked as bad by “%2”: kept, and invalid</source>
+        <translation>%1, durch “%2” als schlecht gekennzeichnet: behalten, aber ungültig</translation>
     </message>
 </context>
 <context>
@@ -3680,6 +3899,45 @@
     </message>
 </context>
 <context>
+    <name>plotix::LiveControls</name>
+    <message>
+        <source>This computer is not recorded</source>
+        <translation>Dieser Rechner wird nicht aufgezeichnet</translation>
+    </message>
+    <message>
+        <source>This computer is being recorded</source>
+        <translation>Dieser Rechner wird aufgezeichnet</translation>
+    </message>
+    <message>
+        <source>%1. Recording ends when the window closes, and goes on when the site is opened again.</source>
+        <translation>%1. Die Aufzeichnung endet, wenn das Fenster geschlossen wird, und geht weiter, wenn die Anlage wieder geöffnet wird.</translation>
+    </message>
+    <message>
+        <source>&amp;Close and End Recording</source>
+        <translation>&amp;Schließen und Aufzeichnung beenden</translation>
+    </message>
+    <message>
+        <source>&amp;Keep Recording</source>
+        <translation>&amp;Weiter aufzeichnen</translation>
+    </message>
+    <message>
+        <source>Load, memory, disks, network and temperatures, every second.</source>
+        <translation>Last, Speicher, Platten, Netz und Temperaturen, jede Sekunde.</translation>
+    </message>
+    <message>
+        <source>This site may only be looked at.</source>
+        <translation>Diese Anlage darf nur angesehen werden.</translation>
+    </message>
+    <message>
+        <source>Keeps the trend&apos;s span ending now, until you move it.</source>
+        <translation>Lässt den Zeitraum des Trends jetzt enden, bis Sie ihn verschieben.</translation>
+    </message>
+    <message>
+        <source>This view cannot do that.</source>
+        <translation>Diese Ansicht kann das nicht.</translation>
+    </message>
+</context>
+<context>
     <name>plotix::NoteDialog</name>
     <message>
         <source>&amp;Until:</source>
@@ -3699,7 +3957,7 @@
     </message>
     <message>
         <source>End of the span</source>
-        <translation>Ende der Spanne</translation>
+        <translation>Ende des Zeitraums</translation>
     </message>
     <message>
         <source>Properties that the note is about</source>
@@ -3727,11 +3985,19 @@
     </message>
     <message>
         <source>The span ends before it begins: choose a later end.</source>
-        <translation>Die Spanne endet, bevor sie beginnt: Wählen Sie ein späteres Ende.</translation>
+        <translation>Der Zeitraum endet, bevor er beginnt: Wählen Sie ein späteres Ende.</translation>
     </message>
     <message>
         <source>Tick the properties that the note is about, or all of them.</source>
         <translation>Kreuzen Sie die Größen an, die die Notiz betrifft, oder alle.</translation>
+    </message>
+    <message>
+        <source>Keep what you have written?</source>
+        <translation>Soll das Geschriebene bleiben?</translation>
+    </message>
+    <message>
+        <source>“Cancel” goes on writing.</source>
+        <translation>„Abbrechen“ führt zurück zum Text.</translation>
     </message>
 </context>
 <context>
@@ -3768,6 +4034,10 @@
         <source>Changed</source>
         <translation>Geändert</translation>
     </message>
+    <message>
+        <source>Time (%1)</source>
+        <translation>Zeit (%1)</translation>
+    </message>
 </context>
 <context>
     <name>plotix::NotesWindow</name>
@@ -3798,6 +4068,17 @@
     <message>
         <source>&amp;Delete</source>
         <translation>&amp;Löschen</translation>
+    </message>
+</context>
+<context>
+    <name>plotix::PlugInToolbar</name>
+    <message>
+        <source>Toolbar</source>
+        <translation>Symbolleiste</translation>
+    </message>
+    <message>
+        <source>%1 – %2</source>
+        <translation>%1 – %2</translation>
     </message>
 </context>
 <context>
@@ -4086,6 +4367,38 @@ Auf einen Trend ziehen, oder ankreuzen und „Neuer Trend“ wählen.</translati
     <message>
         <source>Automatic: %1 (yours)</source>
         <translation>Automatisch: %1 (Ihre)</translation>
+    </message>
+    <message>
+        <source>Which column says of which other one whether its values are good, such as Status=Temp; Status=* for all of the row, and a semicolon between several.</source>
+        <translation>Welche Spalte von welcher anderen sagt, ob deren Werte gut sind, etwa Status=Temp; Status=* für alle der Zeile, mehrere mit Semikolon getrennt.</translation>
+    </message>
+    <message>
+        <source>Qualit&amp;y:</source>
+        <translation>Qua&amp;lität:</translation>
+    </message>
+    <message>
+        <source>&amp;Bad words:</source>
+        <translation>&amp;Heißt schlecht:</translation>
+    </message>
+    <message>
+        <source>Take &amp;values marked as bad too</source>
+        <translation>Auch schlechte Werte &amp;verwenden</translation>
+    </message>
+    <message>
+        <source>All values are then good, whatever a column beside them says.</source>
+        <translation>Alle Werte gelten dann als gut, was auch immer eine Spalte daneben sagt.</translation>
+    </message>
+    <message>
+        <source>Write the columns of quality as STATUS=VALUES.</source>
+        <translation>Qualitätsspalten bitte als STATUS=WERTE schreiben.</translation>
+    </message>
+    <message>
+        <source>the known ones</source>
+        <translation>die bekannten</translation>
+    </message>
+    <message>
+        <source>The words in columns of quality that mean bad, such as 1, Error; all others then mean good.</source>
+        <translation>Die Wörter in Qualitätsspalten, die schlecht bedeuten, etwa 1, Defekt; alle anderen heißen dann gut.</translation>
     </message>
 </context>
 <context>
@@ -4422,26 +4735,6 @@ Auf einen Trend ziehen, oder ankreuzen und „Neuer Trend“ wählen.</translati
         <translation>Der Trend konnte nicht angelegt werden</translation>
     </message>
     <message>
-        <source>This computer is not recorded</source>
-        <translation>Dieser Rechner wird nicht aufgezeichnet</translation>
-    </message>
-    <message>
-        <source>Load, memory, disks, network and temperatures, every second.</source>
-        <translation>Last, Speicher, Platten, Netz und Temperaturen, jede Sekunde.</translation>
-    </message>
-    <message>
-        <source>Keeps the trend&apos;s span ending now, until you move it.</source>
-        <translation>Lässt die Spanne des Trends jetzt enden, bis Sie sie verschieben.</translation>
-    </message>
-    <message>
-        <source>Toolbar</source>
-        <translation>Symbolleiste</translation>
-    </message>
-    <message>
-        <source>%1 – %2</source>
-        <translation>%1 – %2</translation>
-    </message>
-    <message>
         <source>This view keeps its name.</source>
         <translation>Diese Ansicht behält ihren Namen.</translation>
     </message>
@@ -4474,44 +4767,12 @@ Auf einen Trend ziehen, oder ankreuzen und „Neuer Trend“ wählen.</translati
         <translation>Es gibt nichts zu wiederholen.</translation>
     </message>
     <message>
-        <source>This window was opened without a web server.</source>
-        <translation>Dieses Fenster wurde ohne Webserver geöffnet.</translation>
-    </message>
-    <message>
-        <source>The site is not on the web</source>
-        <translation>Die Anlage ist nicht im Web</translation>
-    </message>
-    <message>
-        <source>The site is not served on the web.</source>
-        <translation>Die Anlage wird nicht im Web gezeigt.</translation>
-    </message>
-    <message>
-        <source>No Recent Sites</source>
-        <translation>Keine zuletzt geöffneten Anlagen</translation>
-    </message>
-    <message>
         <source>Sites you open are listed here.</source>
         <translation>Geöffnete Anlagen werden hier aufgeführt.</translation>
     </message>
     <message>
         <source>Clear Menu</source>
         <translation>Liste leeren</translation>
-    </message>
-    <message>
-        <source>This computer is being recorded</source>
-        <translation>Dieser Rechner wird aufgezeichnet</translation>
-    </message>
-    <message>
-        <source>%1. Recording ends when the window closes, and goes on when the site is opened again.</source>
-        <translation>%1. Die Aufzeichnung endet, wenn das Fenster geschlossen wird, und geht weiter, wenn die Anlage wieder geöffnet wird.</translation>
-    </message>
-    <message>
-        <source>&amp;Close and End Recording</source>
-        <translation>&amp;Schließen und Aufzeichnung beenden</translation>
-    </message>
-    <message>
-        <source>&amp;Keep Recording</source>
-        <translation>&amp;Weiter aufzeichnen</translation>
     </message>
     <message>
         <source>%1 (may only be looked at) – Plotix</source>
@@ -4560,6 +4821,14 @@ Auf einen Trend ziehen, oder ankreuzen und „Neuer Trend“ wählen.</translati
     <message>
         <source>“%1” does not tell what it shows: it was not made by Plotix, or what it shows was left out of it.</source>
         <translation>„%1“ sagt nicht, was darauf zu sehen ist: Die Datei stammt nicht von Plotix, oder die Angabe wurde weggelassen.</translation>
+    </message>
+    <message>
+        <source>&amp;No Recent Sites</source>
+        <translation>&amp;Keine zuletzt geöffneten Anlagen</translation>
+    </message>
+    <message>
+        <source>Some records could not be read</source>
+        <translation>Einige Messwerte konnten nicht gelesen werden</translation>
     </message>
 </context>
 <context>
@@ -4731,6 +5000,21 @@ Auf einen Trend ziehen, oder ankreuzen und „Neuer Trend“ wählen.</translati
     <message>
         <source>On the web: %1</source>
         <translation>Im Web: %1</translation>
+    </message>
+</context>
+<context>
+    <name>plotix::WebSwitch</name>
+    <message>
+        <source>This window was opened without a web server.</source>
+        <translation>Dieses Fenster wurde ohne Webserver geöffnet.</translation>
+    </message>
+    <message>
+        <source>The site is not on the web</source>
+        <translation>Die Anlage ist nicht im Web</translation>
+    </message>
+    <message>
+        <source>The site is not served on the web.</source>
+        <translation>Die Anlage wird nicht im Web gezeigt.</translation>
     </message>
 </context>
 <context>

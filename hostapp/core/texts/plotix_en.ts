@@ -71,6 +71,30 @@
     </message>
 </context>
 <context>
+    <name>QualityTexts</name>
+    <message numerus="yes">
+        <source>%n column(s)</source>
+        <translation>
+            <numerusform>%n column</numerusform>
+            <numerusform>%n columns</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>%1 value(s) are marked as bad by “%2”</source>
+        <translation>
+            <numerusform>%1 value is marked as bad by “%2”</numerusform>
+            <numerusform>%1 values are marked as bad by “%2”</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>says which values of %n column(s) are bad</source>
+        <translation>
+            <numerusform>says which values of %n column are bad</numerusform>
+            <numerusform>says which values of %n columns are bad</numerusform>
+        </translation>
+    </message>
+</context>
+<context>
     <name>plotix::AnnotationAsking</name>
     <message numerus="yes">
         <source>Delete %n note(s)</source>
@@ -94,6 +118,13 @@
         <translation>
             <numerusform>, %n cell without one</numerusform>
             <numerusform>, %n cells without one</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>, %n of them marked as bad</source>
+        <translation>
+            <numerusform>, %n of them marked as bad</numerusform>
+            <numerusform>, %n of them marked as bad</numerusform>
         </translation>
     </message>
 </context>

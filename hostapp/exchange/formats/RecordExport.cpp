@@ -14,8 +14,9 @@ namespace plotix {
 
 namespace {
 
-/// Reading is the first half of the work.
+/// What reading is of the work where everything is read at once; else records are read as they are written.
 constexpr double kReadingPart = 0.5;
+constexpr double kLookingUpPart = 0.02;
 
 }  // namespace
 
@@ -33,15 +34,19 @@ RecordExport exportOf(const SiteAgent& agent, const std::vector<std::shared_ptr<
 void exportRecords(RecordStore& store, const RecordExport& what, const QString& file, const ExportProgress& progress)
 {
     const auto reported = [&progress](double fraction) { return !progress || progress(fraction); };
-    if (const auto refusal = refusalToRead(store, {what.agent, what.properties, what.from, what.to}, memoryBudget()))
-        throw ReportableError(*refusal);
-    const std::optional<RecordBlock> block =
-        store.read(what.agent, what.properties, what.from, what.to,
-                   [&reported](double fraction) { return reported(kReadingPart * fraction); });
-    if (!block)
+    const bool isUnpacked = store.unpacksOnDemand(what.properties);
+    if (!isUnpacked)
+        if (const auto refusal =
+                refusalToRead(store, {what.agent, what.properties, what.from, what.to}, memoryBudget()))
+            throw ReportableError(*refusal);
+    const double begun = isUnpacked ? kLookingUpPart : kReadingPart;
+    const std::optional<RecordColumns> records =
+        store.columns(what.agent, what.properties, what.from, what.to, programPages(),
+                      [&](double fraction) { return reported(begun * fraction); });
+    if (!records)
         throw ExportCancelled();
-    exportFile(file, {what.columns, *block, what.form},
-               [&reported](double fraction) { return reported(kReadingPart + (1 - kReadingPart) * fraction); });
+    exportFile(file, {what.columns, *records, what.form},
+               [&](double fraction) { return reported(begun + (1 - begun) * fraction); });
 }
 
 void requireExportable(const QString& file)

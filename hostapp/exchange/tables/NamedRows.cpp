@@ -1,6 +1,7 @@
 #include "hostapp/exchange/tables/NamedRows.h"
 
 #include "hostapp/exchange/NumberText.h"
+#include "hostapp/exchange/tables/QualityColumns.h"
 
 #include <algorithm>
 #include <set>
@@ -141,6 +142,10 @@ std::optional<NamedRows> namedRowsOf(const TableSample& sample, const TableShape
     const std::vector<Content> contents = contentsOf(sample, shape);
     std::vector<std::size_t> values = valueFields(shape, time, contents);
     std::vector<std::size_t> texts = textFields(shape, time, contents);
+    for (const std::size_t field : qualityFieldsOf(sample, shape)) {
+        std::erase(values, field);
+        std::erase(texts, field);
+    }
     NamedRows rows;
     // A number may name the quantity too: "sensor_id".
     for (std::size_t field = 0; field < shape.fields(); ++field)

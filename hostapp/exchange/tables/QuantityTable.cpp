@@ -19,35 +19,37 @@ std::size_t QuantityTable::columnOf(const std::string& name)
     return found->second;
 }
 
-void QuantityTable::addState(std::size_t column, double time, double value, qint64 line, std::string_view word)
+void QuantityTable::addState(std::size_t column, double time, double value, qint64 line, std::string_view word,
+                             ImportTable::Mark mark)
 {
-    add(column, time, value, Kind::State, {line, std::string(word)});
+    add(column, time, value, Kind::State, mark, {line, std::string(word)});
 }
 
 void QuantityTable::addText(std::size_t column, double time, qint64 line, std::string_view text)
 {
-    add(column, time, std::numeric_limits<double>::quiet_NaN(), Kind::Text, {line, std::string(text)});
+    add(column, time, std::numeric_limits<double>::quiet_NaN(), Kind::Text, ImportTable::Mark::Good,
+        {line, std::string(text)});
 }
 
-void QuantityTable::add(std::size_t column, double time, double value, Kind kind, Remark remark)
+void QuantityTable::add(std::size_t column, double time, double value, Kind kind, ImportTable::Mark mark, Remark remark)
 {
     std::size_t index = 0;
     if (kind == Kind::State || kind == Kind::Text) {
         index = m_remarks.size();
         m_remarks.push_back(std::move(remark));
     }
-    m_cells[column].push_back({time, value, kind, index});
+    m_cells[column].push_back({time, value, kind, mark, index});
     ++m_count;
 }
 
 void QuantityTable::addTo(ImportTable& table, std::size_t index, const Cell& cell) const
 {
     switch (cell.kind) {
-    case Kind::Number: table.addNumber(index, cell.value); break;
+    case Kind::Number: table.addNumber(index, cell.value, cell.mark); break;
     case Kind::Missing: table.addMissing(index); break;
     case Kind::State: {
         const Remark& remark = m_remarks[cell.remark];
-        table.addState(index, cell.value, remark.line, remark.text);
+        table.addState(index, cell.value, remark.line, remark.text, cell.mark);
         break;
     }
     case Kind::Text: table.addText(index, m_remarks[cell.remark].line, m_remarks[cell.remark].text); break;

@@ -19,9 +19,16 @@ public:
     const std::vector<std::string>& names() const { return m_names; }
 
     /// Requires: column is below names().size().
-    void addNumber(std::size_t column, double time, double value) { add(column, time, value, Kind::Number, {}); }
-    void addMissing(std::size_t column, double time) { add(column, time, 0, Kind::Missing, {}); }
-    void addState(std::size_t column, double time, double value, qint64 line, std::string_view word);
+    void addNumber(std::size_t column, double time, double value, ImportTable::Mark mark = ImportTable::Mark::Good)
+    {
+        add(column, time, value, Kind::Number, mark, {});
+    }
+    void addMissing(std::size_t column, double time)
+    {
+        add(column, time, 0, Kind::Missing, ImportTable::Mark::Good, {});
+    }
+    void addState(std::size_t column, double time, double value, qint64 line, std::string_view word,
+                  ImportTable::Mark mark = ImportTable::Mark::Good);
     void addText(std::size_t column, double time, qint64 line, std::string_view text);
 
     std::size_t cells() const { return m_count; }  ///< added since it was made, or moved
@@ -31,18 +38,19 @@ public:
     void moveTo(ImportTable& table, const std::vector<std::size_t>& columns, const std::function<void()>& report);
 
 private:
-    enum class Kind { Number, Missing, State, Text };
+    enum class Kind : std::uint8_t { Number, Missing, State, Text };
     struct Cell {
         double time = 0;
         double value = 0;
         Kind kind = Kind::Number;
+        ImportTable::Mark mark = ImportTable::Mark::Good;
         std::size_t remark = 0;  // of a state or a text
     };
     struct Remark {
         qint64 line = 0;
         std::string text;
     };
-    void add(std::size_t column, double time, double value, Kind kind, Remark remark);
+    void add(std::size_t column, double time, double value, Kind kind, ImportTable::Mark mark, Remark remark);
     void addTo(ImportTable& table, std::size_t index, const Cell& cell) const;
 
     std::unordered_map<std::string, std::size_t> m_columns;

@@ -11,6 +11,14 @@ namespace {
 
 using What = ImportFinding::What;
 
+bool hasDottedDates(const TableSample& sample, const TableShape& shape, std::size_t field)
+{
+    for (const TableSample::Row& row : dataRows(sample, shape))
+        if (const auto date = field < row.fields.size() ? splitDateAndTime(row.fields[field]) : std::nullopt)
+            return date->separator == '.' && !date->yearFirst;
+    return false;
+}
+
 }  // namespace
 
 void TableReader::understand(TableSample sample)
@@ -39,7 +47,11 @@ std::size_t TableReader::chooseTimeColumn(const std::vector<std::size_t>& named)
     for (const std::size_t field : m_time.others)
         m_columns[field].isMeasurement = false;
     noteTimes();
+    if (!m_options.ignoreQuality)
+        lookForQualitiesBelow();
     m_named = namedRowsOf(m_sample, m_shape, m_time, m_options.arrangement);
+    if (!m_options.ignoreQuality)
+        recogniseQualities();
     if (m_named)
         addNamedColumns();
     return m_time.fields.front();
@@ -69,6 +81,7 @@ void TableReader::begin(const ImportPlan& plan)
                                                                   : TimeLayout::ShortYearFirst;
     }
     prepareUnits();
+    prepareQualities();
     decideMarks();
     m_stage = m_time.needsDateOrder || m_marksAreOpen ? Stage::Scan : Stage::Rows;
     if (m_stage == Stage::Scan)
@@ -121,22 +134,12 @@ void TableReader::decideMarks()
     endScan();
 }
 
-bool TableReader::hasDottedDates() const
-{
-    for (const TableSample::Row& row : dataRows(m_sample, m_shape)) {
-        const std::size_t field = m_time.fields.front();
-        if (const auto date = field < row.fields.size() ? splitDateAndTime(row.fields[field]) : std::nullopt)
-            return date->separator == '.' && !date->yearFirst;
-    }
-    return false;
-}
-
 /// What the form of the file tells about numbers such as 1.234: a comma between fields is no decimal mark, a semicolon
 /// is mostly there because the comma is one, and where dates have dots numbers have commas. A point in a file of the
 /// latter two kinds is not settled by it: it may part thousands.
 bool TableReader::isSettledByForm(const DecimalEvidence& evidence, DecimalMark& mark) const
 {
-    const bool hasDots = hasDottedDates();
+    const bool hasDots = hasDottedDates(m_sample, m_shape, m_time.fields.front());
     const char delimiter = m_sample.delimiter;
     if (delimiter == '\0')
         return false;  // numbers of a spreadsheet say it themselves; texts leave it open
@@ -237,6 +240,9 @@ void TableReader::startRows()
     m_date.clear();
     m_shortRows = {.what = What::ShortRows};
     m_comments = m_headersAgain = 0;
+    m_qualities.clear();
+    for (const QualityCode code : m_qualityCodes)
+        m_qualities.emplace_back(code, m_plan->badWords);
     m_quantities = m_named ? std::make_unique<QuantityTable>() : nullptr;
     if (m_named)
         for (const QuantityKinds::Quantity& quantity : m_kinds.quantities())

@@ -1,7 +1,9 @@
 #pragma once
 
 #include "hostapp/exchange/ImportPlan.h"
+#include "hostapp/exchange/ImportTable.h"
 #include "hostapp/exchange/NumberText.h"
+#include "hostapp/exchange/QualityReader.h"
 #include "hostapp/exchange/RowSource.h"
 #include "hostapp/exchange/TimeColumnReader.h"
 #include "hostapp/exchange/tables/CellUnits.h"
@@ -57,6 +59,7 @@ protected:
     /// Whether a number without a unit counts in every column.
     bool takesBareNumbers() const;
     bool rowsNameQuantities() const { return m_named.has_value(); }
+    std::vector<QualityReader>& qualities() { return m_qualities; }  ///< by the plan's
     DecimalMark commonMark() const { return m_commonMark; }
     void addRow(const TextRecord& record, ImportTable& table);
 
@@ -67,13 +70,16 @@ private:
 
     // Before the rows
     void noteTimes();
+    void recogniseQualities();
+    void lookForQualitiesBelow();
+    void noteUnknownQualities();
+    void prepareQualities();
     void addNamedColumns();
     SourceColumn columnOf(const QuantityKinds::Quantity& quantity) const;
     void prepareUnits();
     void decideMarks();
     std::vector<std::size_t> deviceFields() const;
     bool isSettledByForm(const DecimalEvidence& evidence, DecimalMark& mark) const;
-    bool hasDottedDates() const;
     bool scan();
     void scanRow(const TextRecord& record);
     void endScan();
@@ -91,6 +97,9 @@ private:
     void passOverLine(const TextRecord& record, ImportTable& table);
     void passOverSkippedTime(const TextRecord& record, ImportTable& table);
     bool isTooLong(const TextRecord& record) const;
+    void judge(const TextRecord& record);
+    ImportTable::Mark markOfQuantity(const TextRecord& record, std::size_t quantity);
+    ImportTable::Mark markOf(const ImportPlan::Column& column) const;
     void addCells(const TextRecord& record, ImportTable& table, double time);
     void addNamedCell(const TextRecord& record, double time);
     bool hasEnoughCells() const;
@@ -102,7 +111,6 @@ private:
     void learnMark(std::string_view field, std::size_t mark);
     void setCommonMark();
     void endRows(ImportTable& table);
-    ImportFinding wrongLength(const TextRecord& record) const;
 
     ImportOptions m_options;
     TableSample m_sample;
@@ -122,9 +130,13 @@ private:
     std::string m_date;   // of the row before: some exports write it once a day
     std::string m_clock;  // of this row, with its half of the day
     std::unique_ptr<TimeColumnReader> m_times;
-    std::vector<CellUnits> m_cellUnits;       // by the plan's columns, unless rows name quantities
-    std::vector<DecimalMark> m_marks;         // by the plan's columns
-    std::vector<DecimalEvidence> m_evidence;  // the same, from the sample or the whole file
+    std::vector<QualityCode> m_qualityCodes;  // by the plan's qualities, as the next two
+    std::vector<QualityReader> m_qualities;
+    std::vector<ImportTable::Mark> m_marksOfRow;
+    std::vector<std::pair<std::size_t, std::size_t>> m_planned;  // the plan's columns: field → place, in order
+    std::vector<CellUnits> m_cellUnits;                          // by the plan's columns, unless rows name quantities
+    std::vector<DecimalMark> m_marks;                            // by the plan's columns
+    std::vector<DecimalEvidence> m_evidence;                     // the same, from the sample or the whole file
     DecimalMark m_commonMark = DecimalMark::Unknown;
     bool m_marksAreOpen = false;                // the whole file must tell
     std::optional<ImportFinding> m_openNumber;  // one that may be meant either way

@@ -57,11 +57,15 @@ SourceColumn TableReader::columnOf(const QuantityKinds::Quantity& quantity) cons
     const QString unit = !isBare                 ? quantity.unit
                          : !title.unit.isEmpty() ? title.unit
                                                  : m_shape.titles[m_named->value].unit;
-    if (!quantity.isOneOfMore || quantity.text.empty())
-        return {text, title.name, unit};
-    const QString said = isBare ? decodedText(quantity.text).simplified() : quantity.unit;
-    text = QStringLiteral("%1 (%2)").arg(title.name, said);
-    return {text, text, quantity.unit};
+    SourceColumn column{text, title.name, unit};
+    if (quantity.isOneOfMore && !quantity.text.empty()) {
+        const QString said = isBare ? decodedText(quantity.text).simplified() : quantity.unit;
+        text = QStringLiteral("%1 (%2)").arg(title.name, said);
+        column = {text, text, quantity.unit};
+    }
+    column.qualities = m_columns[m_named->value].qualities;
+    column.valuesIn = m_named->value;
+    return column;
 }
 
 std::string TableReader::nameIn(const TextRecord& record) const
@@ -91,17 +95,33 @@ void TableReader::addNamedCell(const TextRecord& record, double time)
         return;
     const std::size_t quantity = place->quantity;
     const std::string_view field = fieldAt(record, m_named->value);
+    const ImportTable::Mark mark = markOfQuantity(record, quantity);
     double value = 0;
     switch (readCell(numberIn(field, 0).number, 0, value)) {
-    case FieldKind::Number: m_quantities->addNumber(quantity, time, place->conversion(value)); break;
+    case FieldKind::Number: m_quantities->addNumber(quantity, time, place->conversion(value), mark); break;
     case FieldKind::Missing: m_quantities->addMissing(quantity, time); break;
     case FieldKind::Text:
         if (const std::optional<double> state = stateOf(field))
-            m_quantities->addState(quantity, time, *state, record.line, field);
+            m_quantities->addState(quantity, time, *state, record.line, field, mark);
         else
             m_quantities->addText(quantity, time, record.line, field);
         break;
     }
+}
+
+/// Only the row's own quantity is judged; others stand in rows of theirs.
+ImportTable::Mark TableReader::markOfQuantity(const TextRecord& record, std::size_t quantity)
+{
+    if (m_qualities.empty())
+        return ImportTable::Mark::Good;
+    const std::size_t field = m_shape.fields() + quantity;
+    const auto column = std::lower_bound(
+        m_planned.begin(), m_planned.end(), field,
+        [](const std::pair<std::size_t, std::size_t>& one, std::size_t other) { return one.first < other; });
+    if (column == m_planned.end() || column->first != field)
+        return ImportTable::Mark::Good;  // not taken
+    judge(record);
+    return markOf(m_plan->columns[column->second]);
 }
 
 /// Rows that name their quantity become a table only at the end, with a cell for each quantity at each time: where the

@@ -26,6 +26,18 @@ bool isComment(std::string_view field)
     return field.starts_with('#') || field.starts_with("//");
 }
 
+ImportFinding wrongLength(const TableShape& shape, const TextRecord& record)
+{
+    QStringList fields;
+    for (const std::string_view field : record.fields)
+        fields << decodedText(field.substr(0, kMostInFinding));
+    return {.what = shape.hasHeader ? What::RowUnlikeHeader : What::RowUnlikeOthers,
+            .line = record.line,
+            .text = textForFinding(fields.join(QLatin1Char(' ')).toStdString()),
+            .found = record.fields.size(),
+            .expected = shape.fields()};
+}
+
 }  // namespace
 
 bool TableReader::readRows(ImportTable& table)
@@ -115,7 +127,7 @@ void TableReader::addRow(const TextRecord& record, ImportTable& table)
         return;
     }
     if (isTooLong(record)) {
-        table.addBadRow(wrongLength(record));
+        table.addBadRow(wrongLength(m_shape, record));
         return;
     }
     if (record.fields.size() < m_shape.fields() && m_shortRows.found++ == 0)
@@ -211,6 +223,7 @@ void TableReader::learnMark(std::string_view field, std::size_t index)
 
 void TableReader::addCells(const TextRecord& record, ImportTable& table, double time)
 {
+    judge(record);
     for (std::size_t index = 0; index < m_plan->columns.size(); ++index) {
         const std::size_t column = m_plan->columns[index].field;
         const std::string_view field = fieldAt(record, column);
@@ -220,11 +233,11 @@ void TableReader::addCells(const TextRecord& record, ImportTable& table, double 
         if (kind == FieldKind::Number && !m_cellUnits[index].convert(cell.unit, value))
             kind = FieldKind::Text;
         switch (kind) {
-        case FieldKind::Number: table.addNumber(index, value); break;
+        case FieldKind::Number: table.addNumber(index, value, markOf(m_plan->columns[index])); break;
         case FieldKind::Missing: table.addMissing(index); break;
         case FieldKind::Text:
             if (const std::optional<double> state = stateOf(field))
-                table.addState(index, *state, record.line, field);
+                table.addState(index, *state, record.line, field, markOf(m_plan->columns[index]));
             else
                 table.addText(index, record.line, field);
             break;
@@ -243,18 +256,7 @@ void TableReader::endRows(ImportTable& table)
         m_notes.push_back({.what = What::CommentsPassedOver, .found = m_comments});
     if (m_shortRows.found > 0)
         m_notes.push_back(m_shortRows);
-}
-
-ImportFinding TableReader::wrongLength(const TextRecord& record) const
-{
-    QStringList fields;
-    for (const std::string_view field : record.fields)
-        fields << decodedText(field.substr(0, kMostInFinding));
-    return {.what = m_shape.hasHeader ? What::RowUnlikeHeader : What::RowUnlikeOthers,
-            .line = record.line,
-            .text = textForFinding(fields.join(QLatin1Char(' ')).toStdString()),
-            .found = record.fields.size(),
-            .expected = m_shape.fields()};
+    noteUnknownQualities();
 }
 
 }  // namespace plotix

@@ -1,3 +1,4 @@
+#include "hostapp/exchange/tables/QualityColumns.h"
 #include "hostapp/exchange/tables/TableReader.h"
 
 #include <algorithm>
@@ -55,6 +56,8 @@ bool overlap(const Spans& spans)
 std::vector<std::pair<QString, QString>> TableReader::categories()
 {
     std::vector<std::size_t> fields = textFieldsOf(m_sample, m_shape, m_time);
+    for (const std::size_t quality : qualityFieldsOf(m_sample, m_shape))
+        std::erase(fields, quality);
     std::map<std::size_t, std::set<std::string, std::less<>>> texts;
     rewind();
     for (std::size_t row = 0; !fields.empty() && next(m_record); ++row) {

@@ -1,21 +1,21 @@
 #include "hostapp/window/annotating/NoteDialog.h"
 
-#include <QtCore/QDateTime>
+#include "hostapp/window/moments/MomentEdit.h"
+
 #include <QtCore/QLocale>
 #include <QtGui/QKeyEvent>
 #include <QtWidgets/QCheckBox>
-#include <QtWidgets/QDateTimeEdit>
 #include <QtWidgets/QDialogButtonBox>
 #include <QtWidgets/QFormLayout>
 #include <QtWidgets/QHBoxLayout>
 #include <QtWidgets/QLabel>
 #include <QtWidgets/QLineEdit>
 #include <QtWidgets/QListWidget>
+#include <QtWidgets/QMessageBox>
 #include <QtWidgets/QPlainTextEdit>
 #include <QtWidgets/QPushButton>
 
 #include <algorithm>
-#include <cmath>
 
 namespace plotix {
 
@@ -25,39 +25,28 @@ constexpr int kTextWidth = 420;  // points
 constexpr int kTextLines = 5;
 constexpr int kPropertyLines = 5;
 
-QDateTime momentOf(double seconds)
+MomentEdit* momentField(double seconds, const QTimeZone& zone, QWidget* parent)
 {
-    return QDateTime::fromSecsSinceEpoch(static_cast<qint64>(std::floor(seconds)));
-}
-
-QDateTimeEdit* momentField(double seconds, QWidget* parent)
-{
-    auto* field = new QDateTimeEdit(momentOf(seconds), parent);
+    auto* field = new MomentEdit(seconds, MomentEdit::Day::SameTime, parent);
+    field->sayBy(zone);
     QString format = QLocale().dateTimeFormat(QLocale::ShortFormat);
     if (!format.contains(QLatin1String("yyyy")))
         format.replace(QLatin1String("yy"), QLatin1String("yyyy"));
     if (!format.contains(QLatin1String("ss")))
         format.replace(QLatin1String("mm"), QLatin1String("mm:ss"));
     field->setDisplayFormat(format);
-    field->setCalendarPopup(true);
     return field;
-}
-
-double secondsOf(const QDateTimeEdit& field, double before)
-{
-    const QDateTime moment = field.dateTime();
-    return moment == momentOf(before) ? before : static_cast<double>(moment.toSecsSinceEpoch());
 }
 
 }  // namespace
 
-NoteDialog::NoteDialog(const SiteNote& note, const Properties& properties, QWidget* parent)
+NoteDialog::NoteDialog(const SiteNote& note, const Properties& properties, QWidget* parent, const QTimeZone& zone)
     : QDialog(parent),
       m_before(note),
       m_text(new QPlainTextEdit(note.text, this)),
-      m_from(momentField(note.from, this)),
+      m_from(momentField(note.from, zone, this)),
       m_isSpan(new QCheckBox(tr("&Until:"), this)),
-      m_to(momentField(note.to, this)),
+      m_to(momentField(note.to, zone, this)),
       m_author(new QLineEdit(note.author, this)),
       m_isAboutAll(new QCheckBox(tr("A&ll properties"), this)),
       m_properties(new QListWidget(this)),
@@ -70,7 +59,7 @@ NoteDialog::NoteDialog(const SiteNote& note, const Properties& properties, QWidg
     m_to->setEnabled(m_isSpan->isChecked());
     m_to->setAccessibleName(tr("End of the span"));
     fillProperties(properties);
-    layOutFields();
+    layOutFields(zone);
     connect(m_isSpan, &QCheckBox::toggled, m_to, &QWidget::setEnabled);
     connect(m_isSpan, &QCheckBox::toggled, this, &NoteDialog::check);
     connect(m_isAboutAll, &QCheckBox::toggled, this, &NoteDialog::check);
@@ -98,7 +87,7 @@ void NoteDialog::fillProperties(const Properties& properties)
     }
 }
 
-void NoteDialog::layOutFields()
+void NoteDialog::layOutFields(const QTimeZone& zone)
 {
     m_text->setTabChangesFocus(true);
     m_text->setFocus();
@@ -114,6 +103,8 @@ void NoteDialog::layOutFields()
     times->addWidget(m_from);
     times->addWidget(m_isSpan);
     times->addWidget(m_to);
+    if (zone.isValid())
+        times->addWidget(new QLabel(QString::fromLatin1(zone.id()), this));
     times->addStretch();
     auto* time = new QLabel(tr("T&ime:"), this);
     time->setBuddy(m_from);
@@ -130,8 +121,8 @@ SiteNote NoteDialog::note() const
     SiteNote note = m_before;
     note.text = m_text->toPlainText().trimmed();
     note.author = m_author->text().trimmed();
-    note.from = secondsOf(*m_from, m_before.from);
-    note.to = m_isSpan->isChecked() ? secondsOf(*m_to, m_before.to) : note.from;
+    note.from = m_from->moment();
+    note.to = m_isSpan->isChecked() ? m_to->moment() : note.from;
     if (m_isAboutAll->isChecked()) {
         note.properties.clear();
         return note;
@@ -157,6 +148,31 @@ QString NoteDialog::problem() const
     if (!m_isAboutAll->isChecked() && note.properties.empty())
         return tr("Tick the properties that the note is about, or all of them.");
     return {};
+}
+
+void NoteDialog::reject()
+{
+    if (note().text == m_before.text)
+        QDialog::reject();
+    else if (!findChild<QMessageBox*>())
+        askWhatBecomesOfTheText();
+}
+
+void NoteDialog::askWhatBecomesOfTheText()
+{
+    auto* box = new QMessageBox(QMessageBox::Question, windowTitle(), tr("Keep what you have written?"),
+                                QMessageBox::Save | QMessageBox::Discard | QMessageBox::Cancel, this);
+    box->setAttribute(Qt::WA_DeleteOnClose);
+    box->setInformativeText(problem().isEmpty() ? tr("“Cancel” goes on writing.") : problem());
+    box->button(QMessageBox::Save)->setEnabled(problem().isEmpty());
+    box->setDefaultButton(problem().isEmpty() ? QMessageBox::Save : QMessageBox::Cancel);
+    connect(box, &QMessageBox::finished, this, [this](int answer) {
+        if (answer == QMessageBox::Save)
+            accept();
+        else if (answer == QMessageBox::Discard)
+            QDialog::reject();
+    });
+    box->open();
 }
 
 void NoteDialog::check()

@@ -8,15 +8,6 @@
 
 namespace plotix {
 
-namespace {
-
-QString momentText(double seconds)
-{
-    return QLocale().toString(QDateTime::fromSecsSinceEpoch(std::llround(seconds)), QLocale::ShortFormat);
-}
-
-}  // namespace
-
 NotesModel::NotesModel(std::shared_ptr<SiteDocument> document, QObject* parent)
     : QAbstractTableModel(parent), m_document(std::move(document))
 {
@@ -29,6 +20,21 @@ void NotesModel::take()
     beginResetModel();
     m_notes = m_document->notes();
     endResetModel();
+}
+
+void NotesModel::sayBy(const QTimeZone& zone)
+{
+    beginResetModel();
+    m_zone = zone;
+    endResetModel();
+}
+
+QString NotesModel::momentText(double seconds) const
+{
+    const qint64 whole = std::llround(seconds);
+    return QLocale().toString(m_zone.isValid() ? QDateTime::fromSecsSinceEpoch(whole, m_zone)
+                                               : QDateTime::fromSecsSinceEpoch(whole),
+                              QLocale::ShortFormat);
 }
 
 int NotesModel::rowCount(const QModelIndex& parent) const
@@ -80,7 +86,8 @@ QVariant NotesModel::headerData(int section, Qt::Orientation orientation, int ro
 {
     if (orientation != Qt::Horizontal || role != Qt::DisplayRole)
         return {};
-    const QStringList titles{tr("Time"), tr("Until"), tr("Note"), tr("Properties"), tr("Author"), tr("Changed")};
+    const QString time = m_zone.isValid() ? tr("Time (%1)").arg(QString::fromLatin1(m_zone.id())) : tr("Time");
+    const QStringList titles{time, tr("Until"), tr("Note"), tr("Properties"), tr("Author"), tr("Changed")};
     return titles.value(section);
 }
 

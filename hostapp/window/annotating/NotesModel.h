@@ -3,6 +3,7 @@
 #include "hostapp/document/SiteDocument.h"
 
 #include <QtCore/QAbstractTableModel>
+#include <QtCore/QTimeZone>
 
 /// The notes of a site as a table, one a row; follows the document, which it *shares*. Main thread only.
 namespace plotix {
@@ -15,6 +16,8 @@ public:
 
     explicit NotesModel(std::shared_ptr<SiteDocument> document, QObject* parent = nullptr);
 
+    /// Times are by the clocks of `zone`, which the titles then name; an invalid one is the user's.
+    void sayBy(const QTimeZone& zone);
     const SiteNote& noteAt(int row) const { return m_notes[static_cast<std::size_t>(row)]; }
 
     int rowCount(const QModelIndex& parent = {}) const override;
@@ -24,10 +27,12 @@ public:
 
 private:
     void take();
+    QString momentText(double seconds) const;
     QString propertiesText(const SiteNote& note) const;
 
     std::shared_ptr<SiteDocument> m_document;
     std::vector<SiteNote> m_notes;
+    QTimeZone m_zone;
 };
 
 }  // namespace plotix

@@ -22,6 +22,8 @@ class NotesWindow : public QDialog {
 public:
     explicit NotesWindow(std::shared_ptr<SiteDocument> document, QWidget* parent = nullptr);
 
+    void sayBy(const QTimeZone& zone) { m_notes->sayBy(zone); }  ///< an invalid one is the user's
+
 signals:
     void goToWanted(double from, double to);
     void openWanted(qint64 note);

@@ -1,6 +1,7 @@
 #include "hostapp/window/importing/ColumnChoices.h"
 
 #include "hostapp/window/importing/ImportWords.h"
+#include "hostapp/window/importing/QualityTexts.h"
 
 #include <QtCore/QLocale>
 
@@ -129,7 +130,9 @@ QString ColumnChoices::meaningOf(const ImportPreview::Column& column) const
         const auto count = [](std::size_t number) {
             return static_cast<int>(std::min<std::size_t>(number, std::numeric_limits<int>::max()));
         };
-        const QString numbers = tr("%n number(s)", nullptr, count(column.numbers));
+        QString numbers = tr("%n number(s)", nullptr, count(column.numbers));
+        if (column.marked > 0)
+            numbers += tr(", %n of them marked as bad", nullptr, count(column.marked));
         return column.bad == 0 ? numbers : numbers + tr(", %n cell(s) without one", nullptr, count(column.bad));
     }
     switch (column.reason) {
@@ -137,6 +140,7 @@ QString ColumnChoices::meaningOf(const ImportPreview::Column& column) const
         if (m_areNamed)
             return tr("part of the quantities below");
         return tr("counts the rows, names them, or is another time");
+    case Reason::JudgesValues: return textOfJudging(column.judges);
     case Reason::NoNumbers: return tr("no number so far");
     case Reason::HardlyNumbers: return tr("texts with few numbers among them");
     case Reason::NotAskedFor:

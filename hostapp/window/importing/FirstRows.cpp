@@ -4,6 +4,7 @@
 
 #include <QtCore/QDateTime>
 #include <QtCore/QLocale>
+#include <QtGui/QFont>
 #include <QtGui/QGuiApplication>
 #include <QtGui/QPalette>
 
@@ -44,6 +45,10 @@ void FirstRows::setPreview(const ImportPreview& preview)
     beginResetModel();
     m_rows = preview.rows;
     m_titles = titlesOf(preview.columns);
+    m_qualities.clear();
+    for (const Column& column : preview.columns)
+        if (column.use == Column::Use::Taken)
+            m_qualities << column.quality;
     m_hasFractions = std::any_of(m_rows.begin(), m_rows.end(),
                                  [](const ImportPreview::Row& row) { return row.time != std::floor(row.time); });
     endResetModel();
@@ -70,12 +75,22 @@ QVariant FirstRows::data(const QModelIndex& index, int role) const
                 .toString(Qt::ISODateWithMs);
         return role == Qt::DisplayRole ? shownTime(m_rows[row].time, m_hasFractions) : QVariant();
     }
-    const std::optional<double>& value = m_rows[row].values[static_cast<std::size_t>(index.column()) - 1];
+    const auto place = static_cast<std::size_t>(index.column()) - 1;
+    const std::optional<double>& value = m_rows[row].values[place];
+    const bool isMarked = m_rows[row].marked[place];
+    if (isMarked && (role == Qt::ToolTipRole || role == Qt::AccessibleTextRole))
+        return tr("%1, marked as bad by “%2”: kept, and invalid")
+            .arg(shownNumber(*value), m_qualities.value(index.column() - 1));
+    if (isMarked && role == Qt::FontRole) {
+        QFont struck = QGuiApplication::font();
+        struck.setStrikeOut(true);
+        return struck;
+    }
     if (role == Qt::DisplayRole)
         return value ? shownNumber(*value) : QStringLiteral("–");
     if (!value && (role == Qt::ToolTipRole || role == Qt::AccessibleTextRole))
         return tr("gap");
-    if (!value && role == Qt::ForegroundRole)
+    if ((!value || isMarked) && role == Qt::ForegroundRole)
         return QGuiApplication::palette().placeholderText();
     return {};
 }

@@ -5,7 +5,7 @@
 #include <QtCore/QAbstractTableModel>
 
 /// The first rows of a file as the import understands them: local times with their zone, numbers in the user's locale,
-/// a dash for a gap. A column for the time and for each column that is taken.
+/// a dash for a gap, and those marked as bad struck out. A column for the time and for each column that is taken.
 ///
 /// The import dialog *owns* it. Main thread only.
 namespace plotix {
@@ -24,7 +24,8 @@ public:
 
 private:
     std::vector<ImportPreview::Row> m_rows;
-    QStringList m_titles;  ///< of the columns that are taken
+    QStringList m_titles;     ///< of the columns that are taken
+    QStringList m_qualities;  ///< by the same: the headers of the columns that judge them
     bool m_hasFractions = false;
 };
 

@@ -199,7 +199,7 @@ void ImportDialog::showState()
     const QString wrong = m_fields->wrongText();
     const ImportFinding* finding = problem();
     if (!wrong.isEmpty())
-        showProblem(wrong, ImportOption::Where);
+        showProblem(wrong, m_fields->wrongOption());
     else if (finding)
         showProblem(asSentence(shownText(*finding)), optionOf(*finding));
     else

@@ -1,6 +1,7 @@
 #include "hostapp/window/importing/ImportWords.h"
 
 #include "hostapp/core/Localization.h"
+#include "hostapp/window/importing/QualityTexts.h"
 
 #include <QtCore/QCoreApplication>
 #include <QtCore/QDateTime>
@@ -40,6 +41,7 @@ QString fieldName(ImportOption option)
     switch (option) {
     case ImportOption::TimeColumn: return ImportWords::tr("Time column");
     case ImportOption::Where: return ImportWords::tr("Rows");
+    case ImportOption::Quality: return ImportWords::tr("Quality");
     default: break;
     }
     return ImportWords::tr("The table of columns");
@@ -330,6 +332,8 @@ void writeColumns(QTextStream& text, const ImportSummary& summary)
         if (!column.unit.isEmpty())
             text << " (" << column.unit << ')';
         text << ", " << values(column.valid);
+        if (column.marked > 0)
+            text << ", " << textOfMarked(column.marked, column.quality);
         if (column.bad > 0 && column.firstBad)
             text << ", "
                  << counted(column.bad,
@@ -365,7 +369,7 @@ QString shownText(const ImportFinding& finding)
 {
     QString words;
     for (const auto textOf : {textOfUnreadableFile, textOfNoTable, textOfWrongOption, textOfBadRow, textOfNote,
-                              textOfUnderstanding, textOfLines})
+                              textOfUnderstanding, textOfLines, textOfQuality})
         if (words.isEmpty())
             words = textOf(finding);
     if (finding.line == 0)

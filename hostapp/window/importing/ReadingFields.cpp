@@ -88,6 +88,7 @@ ReadingFields::ReadingFields(QWidget* parent)
     m_timeZone->completer()->setFilterMode(Qt::MatchContains);
     m_timeZone->completer()->setCompletionMode(QCompleter::PopupCompletion);
     addRows();
+    addQuality();
     addSwitches();
     forgetGuesses();
     showWhatApplies({.delimiter = QStringLiteral(",")});
@@ -179,6 +180,7 @@ void ReadingFields::setOptions(const ImportOptions& options)
     m_where->setText(options.where.empty() ? QString()
                                            : options.where[0].first + QLatin1Char('=') + options.where[0].second);
     m_rowsAtOneTime->setCurrentIndex(static_cast<int>(options.rowsAtOneTime));
+    setQuality(options);
     m_keepAllNumbers->setChecked(options.keepAllNumbers);
     m_skipBadRows->setChecked(options.skipBadRows);
 }
@@ -198,15 +200,26 @@ void ReadingFields::addTo(ImportOptions& options) const
         options.where = {
             {where.section(QLatin1Char('='), 0, 0).trimmed(), where.section(QLatin1Char('='), 1).trimmed()}};
     options.rowsAtOneTime = static_cast<RowsAtOneTime>(m_rowsAtOneTime->currentIndex());
+    addQualityTo(options);
     options.keepAllNumbers = m_keepAllNumbers->isChecked();
     options.skipBadRows = m_skipBadRows->isChecked();
 }
 
 QString ReadingFields::wrongText() const
 {
+    switch (wrongOption()) {
+    case ImportOption::Where: return tr("Write the rows you want as COLUMN=TEXT.");
+    case ImportOption::Quality: return tr("Write the columns of quality as STATUS=VALUES.");
+    default: return {};
+    }
+}
+
+ImportOption ReadingFields::wrongOption() const
+{
     const QString where = m_where->text().trimmed();
-    return !where.isEmpty() && where.indexOf(QLatin1Char('=')) < 1 ? tr("Write the rows you want as COLUMN=TEXT.")
-                                                                   : QString();
+    if (!where.isEmpty() && where.indexOf(QLatin1Char('=')) < 1)
+        return ImportOption::Where;
+    return isQualityWrong() ? ImportOption::Quality : ImportOption::None;
 }
 
 void ReadingFields::forgetGuesses()
@@ -216,6 +229,7 @@ void ReadingFields::forgetGuesses()
         box->setItemText(0, tr("Automatic"));
     m_timeColumn->lineEdit()->setPlaceholderText(tr("Automatic"));
     m_timeZone->lineEdit()->setPlaceholderText(tr("Automatic"));
+    m_quality->setPlaceholderText(tr("Automatic"));
 }
 
 void ReadingFields::showGuesses(const ImportPreview& preview)
@@ -235,6 +249,7 @@ void ReadingFields::showGuesses(const ImportPreview& preview)
     show(*m_arrangement, static_cast<int>(form.arrangement));
     show(*m_sheet, m_sheet->findText(form.sheet));
     showTimeGuesses(preview);
+    showQualities(preview);
 }
 
 void ReadingFields::showWhatApplies(const SourceForm& form)

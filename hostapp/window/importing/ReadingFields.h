@@ -27,6 +27,7 @@ public:
     void addTo(ImportOptions& options) const;
     /// What cannot be used as it is written; empty: nothing.
     QString wrongText() const;
+    ImportOption wrongOption() const;  ///< whose field it is; None: nothing is wrong
 
     void showGuesses(const ImportPreview& preview);
     void forgetGuesses();  ///< they are another file's
@@ -45,17 +46,22 @@ private:
     QComboBox* addChoice(ImportOption option, const QString& label, const QStringList& words);
     QComboBox* addNamed(ImportOption option, const QString& label, const char* name);
     void addRows();
+    void addQuality();
+    void setQuality(const ImportOptions& options);
+    void addQualityTo(ImportOptions& options) const;
+    bool isQualityWrong() const;
     void addSwitches();
     void showWhatApplies(const SourceForm& form);
     void showTimeGuesses(const ImportPreview& preview);
+    void showQualities(const ImportPreview& preview);
 
     std::map<ImportOption, QWidget*> m_fields;
     // All owned by the widget.
     QFormLayout* m_form;
     QComboBox *m_timeColumn, *m_timeZone, *m_dateOrder, *m_decimal, *m_delimiter, *m_sheet, *m_arrangement;
     QComboBox* m_rowsAtOneTime = nullptr;
-    QLineEdit* m_where = nullptr;
-    QCheckBox *m_keepAllNumbers = nullptr, *m_skipBadRows = nullptr;
+    QLineEdit *m_where = nullptr, *m_quality = nullptr, *m_badWords = nullptr;
+    QCheckBox *m_keepAllNumbers = nullptr, *m_skipBadRows = nullptr, *m_ignoreQuality = nullptr;
 };
 
 }  // namespace plotix

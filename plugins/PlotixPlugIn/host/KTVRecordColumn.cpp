@@ -53,11 +53,12 @@ private:
 
 }  // namespace
 
-KTVRecordColumn::KTVRecordColumn(Descriptor descriptor, plotix::SharedArray<double> values,
+KTVRecordColumn::KTVRecordColumn(Descriptor descriptor, plotix::PagedArray<double> values,
                                  plotix::ValidityBitmap validity, std::shared_ptr<const KTVUnitModel> unitModel)
     : m_descriptor(std::move(descriptor)),
       m_values(std::move(values)),
       m_validity(std::move(validity)),
+      m_isResident(m_values.isResident() && m_validity.words().isResident()),
       m_unitModel(std::move(unitModel))
 {
     assert(m_validity.isAllValid() || m_validity.words().size() * 64 >= m_values.size());
@@ -83,8 +84,19 @@ void KTVRecordColumn::setUnit(const QString& unit)
             snapshot->setUnit(unit);
 }
 
+KTVRecordColumn::Hold KTVRecordColumn::heldPages(std::size_t first, std::size_t end) const
+{
+    constexpr std::size_t kBits = 64;
+    const plotix::PagedArray<std::uint64_t>& words = m_validity.words();
+    const bool areTogether = words.memory() == m_values.memory();
+    return {m_values.hold(first, end), areTogether || words.isEmpty()
+                                           ? plotix::PagedMemory::Hold()
+                                           : words.hold(first / kBits, (end + kBits - 1) / kBits)};
+}
+
 bool KTVRecordColumn::isValid(std::size_t index) const
 {
+    const Hold held = hold(index, index + 1);
     return m_validity.isValid(index) && !std::isnan(m_values[index]);
 }
 
@@ -100,6 +112,7 @@ void KTVRecordColumn::copyUnitValues(std::size_t first, std::span<double> out) c
     assert(first <= size() && out.size() <= size() - first);
     if (out.empty())
         return;
+    const plotix::PagedMemory::Hold held = m_values.hold(first, first + out.size());
     const double* archived = m_values.data() + first;
     if (m_map.isIdentity)
         std::copy_n(archived, out.size(), out.begin());

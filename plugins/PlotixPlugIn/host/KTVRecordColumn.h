@@ -1,12 +1,16 @@
 #pragma once
 
-#include "base/SharedArray.h"
+#include "base/ColumnRuns.h"
+#include "base/PagedArray.h"
+#include "base/ValidityBitmap.h"
 #include "plugins/PlotixPlugIn/host/KTVProperty.h"
 #include "plugins/PlotixPlugIn/host/KTVPropertyDescription.h"
 #include "plugins/PlotixPlugIn/host/KTVUnitModel.h"
 
+#include <cstdint>
 #include <map>
 #include <memory>
+#include <optional>
 #include <span>
 
 /// The snapshots of one property in a record dictionary, as a column.
@@ -15,19 +19,40 @@
 /// snapshot is made on demand; an element that differs from the descriptor (another colour, another kind, no property
 /// at all) is kept as an exception. Values and validity never change and are *shared*; the current unit does change,
 /// and is applied when a value is read, so that changing it back and forth loses nothing. A column has at most as many
-/// elements as its dictionary has times; a shorter one simply ends earlier. Built on any thread, then main thread only.
+/// elements as its dictionary has times; a shorter one simply ends earlier.
+///
+/// Values may be paged. What answers single elements, or copies them, holds them itself; whoever reads the archived
+/// values or the bitmap holds them meanwhile. Built on any thread, then main thread only.
 class KTVHOST_EXPORT KTVRecordColumn : public std::enable_shared_from_this<KTVRecordColumn> {
 public:
     using Descriptor = KTVPropertyDescription;  ///< its unit is the current one at first
 
     /// `unitModel` is *shared*; it may be null: then no conversion happens and the symbol is the unit's own text.
-    KTVRecordColumn(Descriptor descriptor, plotix::SharedArray<double> values, plotix::ValidityBitmap validity,
+    KTVRecordColumn(Descriptor descriptor, plotix::PagedArray<double> values, plotix::ValidityBitmap validity,
                     std::shared_ptr<const KTVUnitModel> unitModel);
 
     std::size_t size() const { return m_values.size(); }
     const Descriptor& descriptor() const { return m_descriptor; }
-    const plotix::SharedArray<double>& archivedValues() const { return m_values; }
+    const plotix::PagedArray<double>& archivedValues() const { return m_values; }
     const plotix::ValidityBitmap& validity() const { return m_validity; }
+
+    /// Elements whose archived values and bits may be read. Moved, not copied.
+    struct [[nodiscard]] Hold {
+        plotix::PagedMemory::Hold values, validity;
+    };
+    bool isResident() const { return m_isResident; }  ///< then everything is held at no cost
+    /// Requires: first ≤ end ≤ size().
+    Hold hold(std::size_t first, std::size_t end) const { return m_isResident ? Hold() : heldPages(first, end); }
+
+    /// What is known of the archived values without reading them. A value; *shares* the runs.
+    struct Known {
+        std::shared_ptr<const plotix::ValueRuns> runs;  ///< those of the dictionary's times; of equal values the first
+                                                        ///< one of a run stands there. Null: nothing is known
+        std::int64_t count = 0;                         ///< of the valid ones that are no NaN
+        std::optional<double> sum;                      ///< of these, rounded once; NaN with infinities of both signs
+    };
+    const Known& known() const { return m_known; }
+    void setKnown(Known known) { m_known = std::move(known); }
 
     QString unit() const { return m_descriptor.unit; }
     QString unitSymbol() const;
@@ -60,12 +85,18 @@ public:
     /// Requires: index < size().
     void setException(std::size_t index, KTVPropertyPtr snapshot);
 
+    /// From the archived unit to the current one. Identity where units do not convert.
+    const KTVUnitModel::Map& map() const { return m_map; }
+
 private:
+    Hold heldPages(std::size_t first, std::size_t end) const;
     void prepareMap();
 
     Descriptor m_descriptor;
-    plotix::SharedArray<double> m_values;
+    plotix::PagedArray<double> m_values;
     plotix::ValidityBitmap m_validity;
+    bool m_isResident;
+    Known m_known;
     std::shared_ptr<const KTVUnitModel> m_unitModel;
     KTVUnitModel::Map m_map;  // from the archived unit to the current one
     std::map<std::size_t, KTVPropertyPtr> m_exceptions;

@@ -27,12 +27,44 @@ void StatisticsAccumulator::add(double value)
 {
     if (std::isnan(value))
         return;
-    if (m_minimum > value)
-        m_minimum = value;
-    if (value > m_maximum)
-        m_maximum = value;
+    addExtremes(value, value);
     m_sum += value;
     ++m_count;
+}
+
+void StatisticsAccumulator::addExtremes(double least, double greatest)
+{
+    if (m_minimum > least)
+        m_minimum = least;
+    if (greatest > m_maximum)
+        m_maximum = greatest;
+}
+
+bool StatisticsAccumulator::addKnown(const KnownValues& known)
+{
+    if (!std::isfinite(known.scale) || !std::isfinite(known.offset) || known.scale == 0)
+        return false;
+    const bool isAsItIs = known.scale == 1 && known.offset == 0;
+    const auto shown = [&](double value) { return isAsItIs ? value : value * known.scale + known.offset; };
+    // Values too small to stay apart from zero have become zeros of either sign: which came first, nobody kept.
+    const auto isTold = [&](double value) { return value == 0 || shown(value) != 0 || known.offset != 0; };
+    StatisticsAccumulator all = *this;
+    for (std::size_t run = 0; run < known.runs.count(); ++run) {
+        const double least = known.runs.least[run], greatest = known.runs.greatest[run];
+        if (!(least <= greatest))
+            continue;
+        if (!isTold(least) || !isTold(greatest))
+            return false;
+        const bool isTurned = known.scale < 0;
+        all.addExtremes(shown(isTurned ? greatest : least), shown(isTurned ? least : greatest));
+    }
+    if (std::isnan(known.sum))  // infinities of both signs, as the processor adds them: tables write the NaN's sign
+        all.m_sum += all.m_minimum + all.m_maximum;
+    else
+        all.m_sum += isAsItIs ? known.sum : known.sum * known.scale + known.offset * static_cast<double>(known.count);
+    all.m_count += known.count;
+    *this = all;
+    return true;
 }
 
 void StatisticsAccumulator::addAll(std::span<const double> values)

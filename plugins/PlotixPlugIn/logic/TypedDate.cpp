@@ -1,6 +1,7 @@
 #include "plugins/PlotixPlugIn/logic/TypedDate.h"
 
 #include "base/TimeDistance.h"
+#include "plotkit/model/CPTClock.h"
 
 #include <QtCore/QRegularExpression>
 #include <QtCore/QStringList>
@@ -15,15 +16,44 @@ namespace {
 
 using OptionalQDate = std::optional<QDate>;
 
-/// By the clocks of what was shown before.
+constexpr double kMillis = 1000;
+
+/// What reads as a date that the calendar does not have.
+const TypedDate kNoSuchDate;
+
+/// Invalid: that of the process.
+QTimeZone zoneOf(const QDateTime& shown)
+{
+    return shown.timeSpec() == Qt::TimeZone ? shown.timeZone() : QTimeZone();
+}
+
+double localSeconds(const QDate& day, const QTime& time)
+{
+    return static_cast<double>(QDateTime(day, time, Qt::UTC).toMSecsSinceEpoch()) / kMillis;
+}
+
+QDateTime momentIn(const QTimeZone& zone, double seconds)
+{
+    const auto millis = static_cast<qint64>(std::llround(seconds * kMillis));
+    return zone.isValid() ? QDateTime::fromMSecsSinceEpoch(millis, zone) : QDateTime::fromMSecsSinceEpoch(millis);
+}
+
+/// By the clocks of what was shown before. A time that they show twice is the first, but where the second one was shown
+/// before and is edited; one that they leave out is when they are changed.
 QDateTime momentAt(const QDate& day, const QTime& time, const QDateTime& shown)
 {
-    return shown.timeSpec() == Qt::TimeZone ? QDateTime(day, time, shown.timeZone()) : QDateTime(day, time);
+    const QTimeZone zone = zoneOf(shown);
+    const double local = localSeconds(day, time);
+    const double before = static_cast<double>(shown.toMSecsSinceEpoch()) / kMillis;
+    const int offset = plotkit::offsetAt(zone, before);
+    const bool isAsBefore = plotkit::isShownTwice(zone, before) && plotkit::offsetAt(zone, local - offset) == offset;
+    return momentIn(zone, isAsBefore ? local - offset : plotkit::momentOfLocal(zone, local));
 }
 
 QDateTime startOf(const QDate& day, const QDateTime& shown)
 {
-    return shown.timeSpec() == Qt::TimeZone ? day.startOfDay(shown.timeZone()) : day.startOfDay();
+    const QTimeZone zone = zoneOf(shown);
+    return momentIn(zone, plotkit::momentOfLocal(zone, localSeconds(day, QTime(0, 0))));
 }
 
 std::optional<TypedDate> isoDate(const QString& text, const TypedDateSurroundings& surroundings)
@@ -40,7 +70,7 @@ std::optional<TypedDate> isoDate(const QString& text, const TypedDateSurrounding
     const QDate day(number(1), number(2), number(3));
     const QTime time(number(4), number(5), number(6), milliseconds);
     if (!day.isValid() || !time.isValid())
-        return std::nullopt;
+        return time.isValid() ? std::optional(kNoSuchDate) : std::nullopt;
     const QString zone = found.captured(8).toUpper();
     if (zone.isEmpty())
         return TypedDate{momentAt(day, time, surroundings.shown), true};
@@ -93,12 +123,6 @@ int wholeYear(int year, qsizetype digits)
     if (digits > 2)
         return year;
     return year < 70 ? 2000 + year : 1900 + year;
-}
-
-OptionalQDate valid(int year, int month, int day)
-{
-    const QDate date(year, month, day);
-    return date.isValid() ? OptionalQDate(date) : std::nullopt;
 }
 
 int monthNamed(const QString& word, const QLocale& locale)
@@ -180,7 +204,6 @@ std::optional<TimeDistance> distanceAgo(const QString& text, const DayWords& wor
 
 QDateTime before(const QDateTime& now, const TimeDistance& distance)
 {
-    constexpr double kMillis = 1000;
     return now.addMonths(-distance.months).addDays(-distance.days).addMSecs(-std::llround(distance.seconds * kMillis));
 }
 
@@ -220,22 +243,22 @@ OptionalQDate dateOfNumbers(const QStringList& numbers, bool dotted, const Typed
         order = QStringLiteral("ymd");
     if (numbers.size() == 3) {
         const qsizetype y = order.indexOf(QLatin1Char('y'));
-        return valid(wholeYear(value(y), numbers[y].size()), value(order.indexOf(QLatin1Char('m'))),
+        return QDate(wholeYear(value(y), numbers[y].size()), value(order.indexOf(QLatin1Char('m'))),
                      value(order.indexOf(QLatin1Char('d'))));
     }
     if (numbers.size() == 2) {
         if (numbers[0].size() == 4)
-            return valid(value(0), value(1), 1);
+            return QDate(value(0), value(1), 1);
         if (numbers[1].size() == 4)
-            return valid(value(1), value(0), 1);
+            return QDate(value(1), value(0), 1);
         order.remove(QLatin1Char('y'));
-        return valid(year, value(order.indexOf(QLatin1Char('m'))), value(order.indexOf(QLatin1Char('d'))));
+        return QDate(year, value(order.indexOf(QLatin1Char('m'))), value(order.indexOf(QLatin1Char('d'))));
     }
     if (numbers[0].size() == 8)
-        return valid(numbers[0].left(4).toInt(), numbers[0].mid(4, 2).toInt(), numbers[0].right(2).toInt());
+        return QDate(numbers[0].left(4).toInt(), numbers[0].mid(4, 2).toInt(), numbers[0].right(2).toInt());
     if (numbers[0].size() == 4)
-        return valid(value(0), 1, 1);
-    return numbers[0].size() <= 2 ? valid(year, surroundings.shown.date().month(), value(0)) : std::nullopt;
+        return QDate(value(0), 1, 1);
+    return numbers[0].size() > 2 ? OptionalQDate() : QDate(year, surroundings.shown.date().month(), value(0));
 }
 
 OptionalQDate dateWithMonthName(int month, const QStringList& numbers, const TypedDateSurroundings& surroundings)
@@ -246,7 +269,7 @@ OptionalQDate dateWithMonthName(int month, const QStringList& numbers, const Typ
         return std::nullopt;
     for (const QString& number : numbers)
         (number.size() == 4 ? year : day) = number.toInt();
-    return valid(year, month, day);
+    return QDate(year, month, day);
 }
 
 OptionalQDate dateOf(const QString& text, bool hasTime, const TypedDateSurroundings& surroundings)
@@ -279,9 +302,8 @@ OptionalQDate dateOf(const QString& text, bool hasTime, const TypedDateSurroundi
     return dateOfNumbers(numbers, text.contains(QLatin1Char('.')), surroundings);
 }
 
-}  // namespace
-
-std::optional<TypedDate> typedDate(const QString& typed, const TypedDateSurroundings& surroundings)
+/// Also kNoSuchDate.
+std::optional<TypedDate> readDate(const QString& typed, const TypedDateSurroundings& surroundings)
 {
     if (const auto iso = isoDate(typed.simplified(), surroundings))
         return iso;
@@ -298,10 +320,24 @@ std::optional<TypedDate> typedDate(const QString& typed, const TypedDateSurround
         return earlier;
     const OptionalQDate date = text.isEmpty() && time ? OptionalQDate(surroundings.shown.date())
                                                       : dateOf(text, time.has_value(), surroundings);
-    if (!date)
-        return std::nullopt;
+    if (!date || !date->isValid())
+        return date ? std::optional(kNoSuchDate) : std::nullopt;
     return TypedDate{time ? momentAt(*date, *time, surroundings.shown) : startOf(*date, surroundings.shown),
                      time.has_value()};
+}
+
+}  // namespace
+
+std::optional<TypedDate> typedDate(const QString& text, const TypedDateSurroundings& surroundings)
+{
+    const auto read = readDate(text, surroundings);
+    return read && read->moment.isValid() ? read : std::nullopt;
+}
+
+bool namesNoSuchDate(const QString& text, const TypedDateSurroundings& surroundings)
+{
+    const auto read = readDate(text, surroundings);
+    return read && !read->moment.isValid();
 }
 
 QString endOfTypedSpan(const QString& text, SpanEnd end)

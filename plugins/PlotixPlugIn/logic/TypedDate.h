@@ -13,7 +13,9 @@
 /// alone, words for now and for the days around today, and days of the week, which are the latest ones before tomorrow
 /// ("Tue 14:35"; "last Tuesday" is before today), and how long ago it was: "2 days ago" and "2 days ago 14:30" are of
 /// that day, "3 hours ago" and "-2d" as long before now. What is missing comes from the date shown before: the year
-/// of a day, the day of a time. A date without a time is the start of that day. Pure; any thread.
+/// of a day, the day of a time. A date without a time is the start of that day. Of a time that clocks show twice the
+/// first one is meant, unless the second one was shown; one that they leave out is when they are changed. Pure; any
+/// thread.
 namespace plotix {
 
 /// The words a language has for days, in lower case.
@@ -40,6 +42,9 @@ struct TypedDate {
 
 /// Nothing when the text is not understood as a whole, or names a day or time that is not in the calendar.
 std::optional<TypedDate> typedDate(const QString& text, const TypedDateSurroundings& surroundings);
+
+/// The text reads as a date, but of a day that the calendar does not have, such as "31 Feb".
+bool namesNoSuchDate(const QString& text, const TypedDateSurroundings& surroundings);
 
 /// Which end of a span a text stands for.
 enum class SpanEnd { From, To };

@@ -1,6 +1,6 @@
 #include "plugins/PlotixPlugIn/logic/ValueTicks.h"
 
-#include "plugins/PlotixPlugIn/logic/SinglePrecision.h"
+#include "base/SinglePrecision.h"
 
 #include <cmath>
 

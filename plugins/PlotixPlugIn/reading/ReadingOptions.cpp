@@ -1,5 +1,7 @@
 #include "plugins/PlotixPlugIn/reading/ReadingOptions.h"
 
+#include "plugins/PlotixPlugIn/reading/trend/ChosenNumber.h"
+
 namespace plotix {
 
 namespace {
@@ -41,9 +43,9 @@ ReadingOptions mergedReadingOptions(ReadingOptions options, const QVariantMap& d
         if (value.metaType() == QMetaType::fromType<bool>())
             options.*flag.field = value.toBool();
     }
-    const QVariant longest = dictionary.value(kLongestJoin);
-    if (longest.metaType() == QMetaType::fromType<double>() && longest.toDouble() >= 0)
-        options.longestJoin = longest.toDouble();
+    const std::optional<double> longest = chosenNumber(dictionary.value(kLongestJoin));
+    if (longest && *longest >= 0)
+        options.longestJoin = *longest;
     return options;
 }
 

@@ -162,12 +162,12 @@ TableFigures* TrendReader::tableFigures() const
     return nullptr;
 }
 
-void TrendReader::readBeside(const TimeSpan& span, std::function<void()> show) const
+void TrendReader::readBeside(const SpanRecords& present, std::function<void()> show) const
 {
     for (const auto& part : m_parts)
-        show = [part = QPointer<ReadingPart>(part.get()), span, show = std::move(show)] {
+        show = [part = QPointer<ReadingPart>(part.get()), present, show = std::move(show)] {
             if (part)
-                part->readBeside(span, show);
+                part->readBeside(present, show);
         };
     show();
 }

@@ -48,8 +48,8 @@ public:
             (part.get()->*what)(arguments...);
     }
 
-    /// Lets every part read what it shows beside the records of this span, then calls `show`; at once where none does.
-    void readBeside(const TimeSpan& span, std::function<void()> show) const;
+    /// Lets every part read what it shows beside these records, then calls `show`; at once where none does.
+    void readBeside(const SpanRecords& present, std::function<void()> show) const;
 
     /// The spans of records, lists of two numbers, that are shown beside those of a span; for whoever takes the records
     /// of a trend elsewhere.

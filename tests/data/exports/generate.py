@@ -45,10 +45,14 @@ def french(value, decimals=1, blank=" "):
     return f"{value:,.{decimals}f}".replace(",", "_").replace(".", ",").replace("_", blank)
 
 
-def prop(name, unit, times, values):
+def prop(name, unit, times, values, marked=()):
+    """`marked`: pairs of a time and a value that the file marks as bad; those values are None."""
     pairs = [(seconds(t) if isinstance(t, dt.datetime) else t, v) for t, v in zip(times, values) if v is not None]
     picks = [pairs[0], pairs[len(pairs) // 2], pairs[-1]]
-    return {"name": name, "unit": unit, "valid": len(pairs), "values": picks}
+    entry = {"name": name, "unit": unit, "valid": len(pairs), "values": picks}
+    if marked:
+        entry["marked"] = [(seconds(t), v) for t, v in marked]
+    return entry
 
 
 def write(name, content, encoding="utf-8"):
@@ -715,6 +719,72 @@ def recorder_clocks():
             "</table></body></html>\n", "NotATable")
 
 
+def judged(name, unit, times, values, bad):
+    """A property of which the values at the places `bad` are marked as bad."""
+    return prop(name, unit, times, [None if i in bad else v for i, v in enumerate(values)],
+                [(times[i], values[i]) for i in bad])
+
+
+def quality_files():
+    """Values with what a system says of their quality beside them."""
+    before = len(ENTRIES)
+    t = moments((2024, 1, 14, 22), 40)
+    a, b = wave(40, 55, 6, 1), wave(40, 41, 4, 1, 1.0)
+    word = lambda i, bad, doubtful=(): bad.get(i) or ("unsicher" if i in doubtful else "gültig")
+    case("quality_de.csv",
+         lines([["Zeit", "Vorlauf [°C]", "Vorlauf Status", "Rücklauf [°C]", "Rücklauf Status"]] +
+               [[f"{x:%d.%m.%Y %H:%M}", german(v), word(i, {3: "ungültig", 4: "Störung"}), german(w),
+                 word(i, {9: "Drahtbruch"}, (10,))]
+                for i, (x, v, w) in enumerate(zip(t, a, b))]),
+         [judged("Vorlauf", "°C", t, a, [3, 4]), judged("Rücklauf", "°C", t, b, [9])], 40, "cp1252")
+    iso = lambda x: x.astimezone(UTC).isoformat().replace("+00:00", "Z")
+    rows = [[name, iso(x), str(v), "Bad [Device Failure]" if i in bad else "Uncertain" if i == 20 else "Good"]
+            for name, values, bad in (("TIC-7.PV", a, (5, 6)), ("FIC-7.PV", b, (6,)))
+            for i, (x, v) in enumerate(zip(t, values))]
+    case("quality_long.csv", lines([["Tag", "Time", "Value", "Quality"]] + rows, ","),
+         [judged("TIC-7.PV", "", t, a, [5, 6]), judged("FIC-7.PV", "", t, b, [6])], 40)
+    rows = [[iso(x), "Kessel", german(v), "192" if i != 12 else "0"] for i, (x, v) in enumerate(zip(t, a))]
+    rows += [[iso(x), "Speicher", german(v), "192" if i != 13 else "24"] for i, (x, v) in enumerate(zip(t, b))]
+    case("quality_long_codes_de.csv", lines([["Zeitstempel", "Name", "Wert", "Qualität"]] + rows),
+         [judged("Kessel", "", t, a, [12]), judged("Speicher", "", t, b, [13])], 40)
+    case("quality_of_row.csv",
+         lines([["Date", "Flow (m³/h)", "Pressure (bar)", "Quality"]] +
+               [[f"{x:%Y-%m-%d %H:%M}", str(v), str(w), "INVALID" if i in (2, 30) else "VALID"]
+                for i, (x, v, w) in enumerate(zip(t, a, b))], ","),
+         [judged("Flow", "m³/h", t, a, [2, 30]), judged("Pressure", "bar", t, b, [2, 30])], 40)
+    case("quality_codes.csv",
+         lines([["Timestamp", "TI-101.Value", "TI-101.Quality", "TI-102.Value", "TI-102.Quality"]] +
+               [[iso(x), str(v), "0" if i == 7 else "192", str(w), "64" if i == 7 else "216"]
+                for i, (x, v, w) in enumerate(zip(t, a, b))], ",", "\n"),
+         [judged("TI-101.Value", "", t, a, [7]), prop("TI-102.Value", "", t, b)], 40)
+    case("quality_lists.csv",
+         lines([["Timestamp", "Value (°C)", "Status"]] +
+               [[f"{x:%Y-%m-%d %H:%M:%S}", str(v), quoted("{down,stale}") if i == 8 else "{alarm}" if i == 9 else "{ok}"]
+                for i, (x, v) in enumerate(zip(t, a))], ","),
+         [judged("Value", "°C", t, a, [8])], 40)
+    long = moments((2024, 1, 14, 22), 700, 1)
+    c = wave(700, 12, 3, 2)
+    case("quality_only_when_bad.csv",
+         lines([["time", "Level", "Level_flag"]] +
+               [[iso(x), str(v), "error" if i in (650, 651) else ""] for i, (x, v) in enumerate(zip(long, c))], ",", "\n"),
+         [judged("Level", "", long, c, [650, 651])], 700)
+    case("quality_measured_status.csv",
+         lines([["Time", "Temp", "Status"]] +
+               [[f"{x:%Y-%m-%d %H:%M}", str(v), str(i // 5 % 2)] for i, (x, v) in enumerate(zip(t, a))], ","),
+         [prop("Temp", "", t, a), prop("Status", "", t, [i // 5 % 2 for i in range(40)])], 40)
+    case("quality_named.csv",
+         lines([["Time", "Temp", "Hum", "Code"]] +
+               [[f"{x:%Y-%m-%d %H:%M}", str(v), str(w), "7" if i == 11 else "0"]
+                for i, (x, v, w) in enumerate(zip(t, a, b))], ","),
+         [judged("Temp", "", t, a, [11]), prop("Hum", "", t, b)], 40, options={"quality": "Code=Temp", "bad": "7"})
+    case("quality_sheet_de.xlsx",
+         xlsx([("Daten", [["Zeit", "Druck [bar]", "Druck Gültigkeit"]] +
+                [[f"{x:%d.%m.%Y %H:%M}", v, "N" if i == 3 else "V"] for i, (x, v) in enumerate(zip(t, a))])]),
+         [judged("Druck", "bar", t, a, [3])], 40)
+    for entry in ENTRIES[before:]:
+        entry["columns"] = len(entry["properties"])  # and no others
+
+
 def packed(entries):
     buffer = io.BytesIO()
     with zipfile.ZipFile(buffer, "w") as archive:
@@ -733,7 +803,8 @@ def other_archives():
 
 def main():
     for part in (german_files, us_files, french_files, number_times, logger_files, long_files, management_files,
-                 spreadsheets, odd_files, day_files, unit_files, other_archives, recorder_clocks):
+                 spreadsheets, odd_files, day_files, unit_files, quality_files, other_archives,
+                 recorder_clocks):
         part()
     (HERE / "manifest.json").write_text(json.dumps(ENTRIES, indent=1, ensure_ascii=False) + "\n", encoding="utf-8")
 

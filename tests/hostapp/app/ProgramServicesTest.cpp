@@ -2,7 +2,10 @@
 
 #include "base/ReportableError.h"
 #include "hostapp/core/Coder.h"
+#include "hostapp/document/SiteEditing.h"
+#include "hostapp/document/SiteSchema.h"
 #include "hostapp/site/PlugInStore.h"
+#include "storage/Database.h"
 #include "tests/support/stubsite/ScratchSite.h"
 
 #include <QtCore/QFile>
@@ -25,8 +28,13 @@ protected:
     ProgramServicesTest()
         : composition(Composition::Audience::Nobody), services(composition), station(site.addStation())
     {
+        recordManyMinutes(1440);
+    }
+
+    void recordManyMinutes(int count)
+    {
         std::vector<double> times;
-        for (int minute = 0; minute < 1440; ++minute)
+        for (int minute = 0; minute < count; ++minute)
             times.push_back(kStart + minute * 60.0);
         site.store(*station, times);
     }
@@ -39,6 +47,18 @@ protected:
             QStringLiteral("Garden")};
         wanted.size = {640, 320};
         wanted.format = format;
+        return wanted;
+    }
+
+    RenderRequest withLittleMemory()
+    {
+        qputenv("PLOTIX_MEMORY_BUDGET", "10 kB");
+        const auto document = plotix::SiteDocument::open(site.document->path());
+        qunsetenv("PLOTIX_MEMORY_BUDGET");
+        RenderRequest wanted = request(RenderRequest::Format::Png);
+        wanted.trend.document = document;
+        wanted.trend.agent = document->agents().front();
+        wanted.trend.properties = document->agents().front()->properties().objects();
         return wanted;
     }
 
@@ -108,15 +128,29 @@ TEST_F(ProgramServicesTest, RangeWithoutRecordsIsAnError)
     EXPECT_THROW(services.render(empty), plotix::ReportableError);
 }
 
-TEST_F(ProgramServicesTest, MoreRecordsThanTheMemoryBudgetIsAnErrorThatSaysWhatFits)
+TEST_F(ProgramServicesTest, APictureOfRecordsThatCannotBeReadIsAnError)
 {
-    qputenv("PLOTIX_MEMORY_BUDGET", "10 kB");
-    const auto document = plotix::SiteDocument::open(site.document->path());
-    qunsetenv("PLOTIX_MEMORY_BUDGET");
-    RenderRequest tooMuch = request(RenderRequest::Format::Png);
-    tooMuch.trend.document = document;
-    tooMuch.trend.agent = document->agents().front();
-    tooMuch.trend.properties = document->agents().front()->properties().objects();
+    recordManyMinutes(60'000);
+    plotix::Database(site.document->path(), plotix::siteSchema(), plotix::Database::Access::ReadWrite)
+        .execute("UPDATE segment SET data = zeroblob(length(data))");
+    for (const bool bare : {false, true}) {
+        RenderRequest wanted = withLittleMemory();
+        wanted.trend.to = Date{kStart + 60'000 * 60.0};
+        wanted.bare = bare;
+        EXPECT_THROW(services.render(wanted), plotix::ReportableError);
+    }
+}
+
+TEST_F(ProgramServicesTest, RecordsBeyondTheMemoryBudgetAreDrawnTheSame)
+{
+    const QByteArray usual = services.render(request(RenderRequest::Format::Png));
+    EXPECT_TRUE(services.render(withLittleMemory()) == usual);
+}
+
+TEST_F(ProgramServicesTest, MoreThanTheMemoryBudgetToComputeIsAnErrorThatSaysWhatFits)
+{
+    plotix::computeProperty(site.document->path(), station->id(), {"Twice", {"Pressure * 2", {}}});
+    RenderRequest tooMuch = withLittleMemory();
     for (const bool bare : {false, true}) {
         tooMuch.bare = bare;
         try {

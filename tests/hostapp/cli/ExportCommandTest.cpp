@@ -59,6 +59,31 @@ TEST_F(ExportCommandTest, LocalTimesAndTabsOnRequest)
     EXPECT_TRUE(contents(path("out.txt")).contains("\n2015-01-01T00:00:00+00:00\t1.5\t1000\n"));
 }
 
+TEST_F(ExportCommandTest, TimesAndSpansAreByTheClocksOfAZone)
+{
+    importWeather();
+    ASSERT_EQ(run({"export", site(), "--zone", "Asia/Kathmandu", "--from", "2015-01-01T05:45", "--to",
+                   "2015-01-01T05:45", "--output", path("out.csv")}),
+              0)
+        << m_error.toStdString();
+    EXPECT_TRUE(contents(path("out.csv")).endsWith("\n2015-01-01T05:45:00+05:45,1.5,1000\n"))
+        << contents(path("out.csv")).toStdString();
+}
+
+TEST_F(ExportCommandTest, TheZoneUtcIsWrittenAsUtc)
+{
+    importWeather();
+    ASSERT_EQ(run({"export", site(), "--zone", "utc", "--output", path("out.csv")}), 0) << m_error.toStdString();
+    EXPECT_TRUE(contents(path("out.csv")).contains("\n2015-01-01T00:00:00Z,1.5,1000\n"));
+}
+
+TEST_F(ExportCommandTest, OnlyOneOptionSaysByWhichClocks)
+{
+    importWeather();
+    expectFailure({"export", site(), "--zone", "utc", "--clock", "local", "--output", path("out.csv")}, 2,
+                  QStringLiteral("--clock and --zone"));
+}
+
 TEST_F(ExportCommandTest, ASpreadsheetIsAZipArchive)
 {
     importWeather();
@@ -97,6 +122,17 @@ INSTANTIATE_TEST_SUITE_P(
         RoundTripCase{"NameLikeAUnit", "time,Level (m) ()\n2015-01-01T00:00:00Z,1\n"},
         RoundTripCase{"NameWithComma", "time,\"Wind, roof (m/s)\",b\n2015-01-01T00:00:00Z,1,2\n"}),
     [](const auto& row) { return row.param.name; });
+
+TEST_F(ExportCommandTest, InvalidValuesAreWrittenWithTheirQualityOnRequest)
+{
+    const QString file = write("q.csv", "time,a,a Status\n2015-01-01T00:00:00Z,1,Good\n2015-01-02T00:00:00Z,2,Bad\n");
+    ASSERT_EQ(run({"import", file, "--site", site()}), 0) << m_error.toStdString();
+    ASSERT_EQ(run({"export", site(), "--output", path("out.csv")}), 0) << m_error.toStdString();
+    EXPECT_EQ(contents(path("out.csv")), QByteArray("time,a\n2015-01-01T00:00:00Z,1\n2015-01-02T00:00:00Z,\n"));
+    ASSERT_EQ(run({"export", site(), "--quality", "--output", path("out.csv")}), 0) << m_error.toStdString();
+    EXPECT_EQ(contents(path("out.csv")),
+              QByteArray("time,a,a Quality\n2015-01-01T00:00:00Z,1,Good\n2015-01-02T00:00:00Z,2,Bad\n"));
+}
 
 }  // namespace
 

@@ -110,6 +110,34 @@ TEST_F(ImportCommandTest, ATerminalGetsABarThatVanishes)
     EXPECT_TRUE(m_error.endsWith(QStringLiteral("\r\x1b[K")));
 }
 
+TEST_F(ImportCommandTest, ValuesMarkedAsBadAreCountedInTheSummary)
+{
+    const QString file = write("q.csv", "time,TI-101,TI-101 Status\n2015-01-01,1,Good\n2015-01-02,2,Bad\n");
+    ASSERT_EQ(run({"import", file, "--site", site()}), 0) << m_error.toStdString();
+    EXPECT_TRUE(
+        m_output.contains(QStringLiteral("ti101: TI-101, 1 value, 1 value is marked as bad by “TI-101 Status”")))
+        << m_output.toStdString();
+}
+
+TEST_F(ImportCommandTest, TheUserSaysWhichColumnJudgesWhichAndByWhichWords)
+{
+    const QString file = write("q.csv", "time,a,b,Code\n2015-01-01,1,5,0\n2015-01-02,2,6,7\n2015-01-03,3,7,9\n");
+    expectFailure({"import", file, "--site", site(), "--quality", "Code=a"}, 1, QStringLiteral("with --bad WORD,…"));
+    ASSERT_EQ(run({"import", file, "--site", site(), "--quality", "Code=a", "--bad", "7,9", "--json"}), 0)
+        << m_error.toStdString();
+    const QJsonObject summary = QJsonDocument::fromJson(m_output.toUtf8()).object();
+    EXPECT_EQ(summary["columns"][0]["marked"].toInt(), 2);
+    EXPECT_EQ(summary["columns"][0]["quality"].toString(), QStringLiteral("Code"));
+    EXPECT_EQ(summary["columns"][1]["marked"].toInt(), 0);
+}
+
+TEST_F(ImportCommandTest, QualityCanBeIgnored)
+{
+    const QString file = write("q.csv", "time,a,a Status\n2015-01-01,1,Good\n2015-01-02,2,Bad\n");
+    ASSERT_EQ(run({"import", file, "--site", site(), "--ignore-quality", "--json"}), 0) << m_error.toStdString();
+    EXPECT_EQ(QJsonDocument::fromJson(m_output.toUtf8()).object()["columns"][0]["valid"].toInt(), 2);
+}
+
 }  // namespace
 
 }  // namespace plotix

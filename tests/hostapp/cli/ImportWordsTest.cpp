@@ -28,6 +28,30 @@ INSTANTIATE_TEST_SUITE_P(
                   {.what = What::CannotBeOpened, .text = "No such file or directory"},
                   "cannot be read: No such file or directory"},
         WordsCase{"ReadingFailed", {.what = What::ReadingFailed, .text = "broken"}, "reading failed: broken"},
+        WordsCase{"QualityOfOne",
+                  {.what = What::QualityRecognised, .text = "TI-101", .columns = {"TI-101 Status"}, .found = 1},
+                  "“TI-101 Status” says which values of “TI-101” are bad; they are kept and marked as invalid. If that "
+                  "is not meant, say --ignore-quality."},
+        WordsCase{"QualityOfSeveral",
+                  {.what = What::QualityRecognised, .columns = {"a Status", "b Status"}, .found = 2},
+                  "“a Status”, “b Status” say which values of 2 columns are bad; they are kept and marked as invalid. "
+                  "If that is not meant, say --ignore-quality."},
+        WordsCase{"QualityHasNoWords",
+                  {.what = What::QualityHasNoWords, .column = "Status", .text = "0"},
+                  "column “Status” does not say which values are bad in words or numbers that are known, but such as "
+                  "“0”; say which of them do with --bad WORD,…"},
+        WordsCase{"QualityNotSure",
+                  {.what = What::QualityNotSure, .column = "Status", .text = "Lab"},
+                  "“Status” seems to say which values are bad, but not what “Lab” means; its values are taken as good. "
+                  "If it does, say --quality \"Status=COLUMN\", with --bad WORD,… for the words that do."},
+        WordsCase{"QualityNotAssigned",
+                  {.what = What::QualityNotAssigned, .column = "Status"},
+                  "“Status” seems to say which values are bad, but not of which column; they are taken as good. If it "
+                  "does, say --quality \"Status=COLUMN\"."},
+        WordsCase{"QualityWordsUnknown",
+                  {.what = What::QualityWordsUnknown, .line = 3, .column = "Status", .text = "Lab", .found = 2},
+                  "line 3, column “Status”: “Lab” says neither good nor bad (2 times); such values are taken as good. "
+                  "If it means bad, say all such words with --bad WORD,…"},
         WordsCase{"NotText",
                   {.what = What::NotText},
                   "this is neither text nor a spreadsheet that can be read; export it as CSV or .xlsx"},

@@ -52,6 +52,15 @@ protected:
                 return each->description().id;
         return 0;
     }
+    /// What is told of Air at a time: "late", "late corrected".
+    std::string kindsAt(double time)
+    {
+        QStringList kinds;
+        const auto owner = agent();
+        for (const KTVAmendment& one : owner->amendmentsOf(owner->siteProperties().front()->propertyName(), time, time))
+            kinds << (one.kind == KTVAmendment::Kind::Late ? "late" : "corrected");
+        return kinds.join(' ').toStdString();
+    }
     /// "late 15…15, corrected 20…20"
     std::string told(const char* name)
     {
@@ -90,6 +99,17 @@ TEST_F(AmendedRecordsTest, UndoTakesBackWhatTheStepNoted)
     EXPECT_EQ(told("Air"), "corrected 10…10");
     undoLastEdit(site());
     EXPECT_EQ(told("Air"), "");
+}
+
+TEST_F(AmendedRecordsTest, UndoTellsOfEachRecordOfALongerStretchAsBefore)
+{
+    put("Air", {12, 14, 16, 18});
+    put("Air", {14, 16}, 1);
+    EXPECT_EQ(told("Air"), "late 12…18, corrected 14…16");
+    EXPECT_EQ(kindsAt(14), "late corrected");
+    undoLastEdit(site());
+    for (const double time : {12, 14, 16, 18})
+        EXPECT_EQ(kindsAt(time), "late") << time;
 }
 
 TEST_F(AmendedRecordsTest, ItGoesWithItsPropertyAndComesBackWithIt)

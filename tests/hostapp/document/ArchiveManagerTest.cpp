@@ -30,7 +30,16 @@ protected:
     void makeManager(std::uint64_t budget)
     {
         manager = std::make_unique<ArchiveManager>(
-            opened(), agent, [this] { return own; }, plotix::Units::shared(), budget);
+            opened(), agent, [this] { return own; }, plotix::Units::shared(), budget, pages);
+    }
+    /// Over a store that keeps its records, and reads them, in memory.
+    void makeManagerElsewhere(std::uint64_t budget, const plotix::RecordBlock& kept)
+    {
+        const auto elsewhere = std::make_shared<plotix::MemoryRecordStore>();
+        elsewhere->addProperty(agent, air);
+        elsewhere->appender()->append(agent, kept);
+        manager = std::make_unique<ArchiveManager>(
+            elsewhere, agent, [this] { return own; }, plotix::Units::shared(), budget);
     }
 
     static std::shared_ptr<SiteProperty> property(plotix::RowId row, const QString& key, const QString& unit)
@@ -69,7 +78,10 @@ protected:
         waitForAnswers();
     }
 
+    static constexpr std::uint64_t kFewBytes = 100'000;
+
     KTVPropertyList own;
+    std::shared_ptr<plotix::PageCache> pages = std::make_shared<plotix::PageCache>();
     std::unique_ptr<ArchiveManager> manager;
     KTVRecordDictionaryPtr records;
     std::optional<KTVError> error;
@@ -102,11 +114,7 @@ TEST_F(ArchiveManagerTest, TellsHowFarItsRecordsReach)
 
 TEST_F(ArchiveManagerTest, AnswersFromWhicheverStoreItIsGiven)
 {
-    const auto elsewhere = std::make_shared<plotix::MemoryRecordStore>();
-    elsewhere->addProperty(agent, air);
-    elsewhere->appender()->append(agent, ramp(air, 7, 3));
-    manager = std::make_unique<ArchiveManager>(
-        elsewhere, agent, [this] { return own; }, plotix::Units::shared(), 1'000'000);
+    makeManagerElsewhere(1'000'000, ramp(air, 7, 3));
     fetchAndWait(own);
     EXPECT_EQ(records->time()->size(), 3U);
     EXPECT_EQ(records->columnForKey("air")->unitValue(2), 9);
@@ -249,7 +257,7 @@ TEST_F(ArchiveManagerTest, AFailureSaysWhetherItCameWithADictionary)
     store(ramp(air, 0, 2000));
     std::vector<plotix::RecordFailure> failures;
     const auto note = [&](const QString&, plotix::RecordFailure failure) { failures.push_back(failure); };
-    makeManager(1);
+    makeManagerElsewhere(1, ramp(air, 0, 2000));
     QObject::connect(manager.get(), &ArchiveManager::fetchFailed, note);
     fetchAndWait(own);
     makeManager(1'000'000'000);
@@ -261,8 +269,7 @@ TEST_F(ArchiveManagerTest, AFailureSaysWhetherItCameWithADictionary)
 
 TEST_F(ArchiveManagerTest, MoreThanTheBudgetIsAnErrorWithoutTime)
 {
-    store(ramp(air, 0, 1000));
-    makeManager(100 * plotix::bytesPerRecord(2));
+    makeManagerElsewhere(100 * plotix::bytesPerRecord(2), ramp(air, 0, 1000));
     fetchAndWait(own);
     ASSERT_TRUE(records && error);
     EXPECT_FALSE(records->time());
@@ -273,10 +280,66 @@ TEST_F(ArchiveManagerTest, MoreThanTheBudgetIsAnErrorWithoutTime)
     EXPECT_EQ(records->time()->size(), 99U);
 }
 
+TEST_F(ArchiveManagerTest, LongRecordsAreUnpackedWhereSomebodyLooks)
+{
+    store(ramp(air, 0, 50'000));
+    makeManager(kFewBytes);
+    fetchAndWait(own);
+    EXPECT_EQ(pages->inUse(), 0U);
+    EXPECT_EQ(records->columnForKey("air")->unitValue(49'999), 49'999);
+    EXPECT_GT(pages->inUse(), 0U);
+}
+
+TEST_F(ArchiveManagerTest, TheMemoryBudgetRefusesNothingThatIsUnpackedWhereSomebodyLooks)
+{
+    store(ramp(air, 0, 50'000));
+    makeManager(1);
+    fetchAndWait(own);
+    EXPECT_FALSE(error);
+    EXPECT_EQ(records->time()->size(), 50'000U);
+}
+
+TEST_F(ArchiveManagerTest, WhatIsKnownOfLongRecordsComesWithThem)
+{
+    store(ramp(air, 0, 50'000));
+    makeManager(kFewBytes);
+    fetchAndWait(own);
+    EXPECT_EQ(records->columnForKey("air")->known().count, 50'000);
+    EXPECT_EQ(records->columnForKey("air")->known().sum, 49'999.0 * 25'000);
+    EXPECT_EQ(records->columnForKey("wind")->known().count, 0);
+}
+
+TEST_F(ArchiveManagerTest, RecordsThatFitEasilyAreReadAtOnce)
+{
+    store(ramp(air, 0, 50'000));
+    makeManager(4 * 50'000 * plotix::bytesPerRecord(2));
+    fetchAndWait(own);
+    EXPECT_TRUE(records->columnForKey("air")->isResident());
+    makeManager(4 * 50'000 * plotix::bytesPerRecord(2) - 4);
+    fetchAndWait(own);
+    EXPECT_FALSE(records->columnForKey("air")->isResident());
+}
+
+TEST_F(ArchiveManagerTest, RecordsThatCannotBeUnpackedAreNoValuesAndToldOnce)
+{
+    store(ramp(air, 0, 50'000));
+    makeManager(kFewBytes);
+    std::vector<plotix::RecordFailure> failures;
+    QObject::connect(manager.get(), &ArchiveManager::fetchFailed,
+                     [&](const QString&, plotix::RecordFailure failure) { failures.push_back(failure); });
+    fetchAndWait(own);
+    run("UPDATE segment SET data = zeroblob(length(data))");
+    EXPECT_FALSE(manager->unpackingFailure());
+    EXPECT_FALSE(records->columnForKey("air")->isValid(40'000));
+    EXPECT_TRUE(manager->unpackingFailure());
+    EXPECT_FALSE(records->columnForKey("air")->isValid(3));
+    QCoreApplication::processEvents();
+    EXPECT_EQ(failures, std::vector{plotix::RecordFailure::NotUnpacked});
+}
+
 TEST_F(ArchiveManagerTest, AFailedFetchIsToldOnTheMainThreadBeforeItsAnswer)
 {
-    store(ramp(air, 0, 1000));
-    makeManager(1);
+    makeManagerElsewhere(1, ramp(air, 0, 1000));
     QStringList order;
     QObject::connect(manager.get(), &ArchiveManager::fetchFailed, [&](const QString& message) { order << message; });
     QObject::connect(manager.get(), &ArchiveManager::fetchAnswered, [&] { order << "answered"; });

@@ -18,7 +18,9 @@ protected:
     ~MemoryBudgetTest() override
     {
         qunsetenv("PLOTIX_MEMORY_BUDGET");
+        qunsetenv("PLOTIX_PAGE_BUDGET");
         QSettings().remove(QStringLiteral("Memory/budget"));
+        QSettings().remove(QStringLiteral("Memory/pages"));
     }
 
     /// A record a second from `first` on, in runs of a day.
@@ -62,6 +64,17 @@ TEST_F(MemoryBudgetTest, TheEnvironmentComesBeforeTheSetting)
     EXPECT_EQ(plotix::memoryBudgetProblem(),
               QStringLiteral("PLOTIX_MEMORY_BUDGET is “plenty”, which is no size such as 8 GB, "
                              "so it is passed over; 3.0 GB may be used"));
+}
+
+TEST_F(MemoryBudgetTest, PagesHaveABudgetOfTheirOwn)
+{
+    EXPECT_EQ(plotix::pageBudget(), plotix::PageCache::kDefaultBudget);
+    QSettings().setValue(QStringLiteral("Memory/pages"), QStringLiteral("1 GB"));
+    EXPECT_EQ(plotix::pageBudget(), 1'000'000'000U);
+    qputenv("PLOTIX_PAGE_BUDGET", "40 MB");
+    EXPECT_EQ(plotix::pageBudget(), 40'000'000U);
+    qputenv("PLOTIX_PAGE_BUDGET", "few");
+    EXPECT_TRUE(plotix::memoryBudgetProblem()->startsWith(QStringLiteral("PLOTIX_PAGE_BUDGET is “few”")));
 }
 
 TEST_F(MemoryBudgetTest, WithoutASettingItIsAPartOfTheMachine)

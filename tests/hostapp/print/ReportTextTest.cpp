@@ -78,20 +78,26 @@ TEST(ReportText, LinesThatTheGraphCutsOffAreTold)
     EXPECT_TRUE(noteText(contents, kBritish).contains(QStringLiteral("Volume · The figures")));
 }
 
-TEST(ReportText, FiguresHaveThreeDigitsOfTheirRangeAndEquallyManyDecimals)
+TEST(ReportText, FiguresHaveTheDigitsOfTheTableOnTheScreen)
 {
     const FiguresText figures = figuresText(row(17.04, 24, 20.512), kBritish);
     EXPECT_EQ(figures.minimum, "17.04");
     EXPECT_EQ(figures.maximum, "24.00");
-    EXPECT_EQ(figures.average, "20.51");
+    EXPECT_EQ(figures.average, "20.512");
     EXPECT_EQ(figures.points, "1,000");
+}
+
+TEST(ReportText, NoDigitIsMadeUpThatWasRoundedAway)
+{
+    EXPECT_EQ(figuresText(row(20.5F, 24.40833F, 21.4F), kBritish).average, "21.4");
+    EXPECT_EQ(figuresText(row(0, 100, 50), kBritish).maximum, "100");
 }
 
 TEST(ReportText, FiguresAreWrittenAsTheReaderDoes)
 {
     const FiguresText figures = figuresText(row(-1234567.5, 2234567.5, 0), kGerman);
     EXPECT_EQ(figures.minimum, "-1.234.568");
-    EXPECT_EQ(figuresText(row(0.5, 1.5, 1), kGerman).average, "1,00");
+    EXPECT_EQ(figuresText(row(0.5, 1.5, 0.75), kGerman).average, "0,75");
 }
 
 TEST(ReportText, SmallFiguresAreNotRoundedToNothing)

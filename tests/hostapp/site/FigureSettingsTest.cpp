@@ -17,7 +17,8 @@ protected:
     {
         return {.width = width, .height = height, .unit = unit, .dotsPerInch = dots};
     }
-    const FigureSettings poster{400, 300, FigureSettings::Unit::Millimetres, 150, "light", 24, "right", "all", 2, true};
+    const FigureSettings poster{400,  300,   FigureSettings::Unit::Millimetres, 150, "light", 24, "right", "all", 2,
+                                true, "none"};
 };
 
 TEST_F(FigureSettingsTest, EveryUnitIsPointsAndPixels)
@@ -49,6 +50,15 @@ TEST_F(FigureSettingsTest, OnlyPartsThatChangeAreChosen)
     dark.look = "dark";
     EXPECT_EQ(readingOf(dark, {{"looks", QVariantMap{{"look", "paper"}, {"marks", "apart"}}}}),
               (QVariantMap{{"looks", QVariantMap{{"marks", "apart"}}}}));
+}
+
+TEST_F(FigureSettingsTest, TheValueLineIsLeftOutWhereThatIsChosen)
+{
+    const QVariantMap held{{"valueLine", QVariantMap{{"shown", true}, {"held", 5.0}}}};
+    EXPECT_TRUE(readingOf({}, held).isEmpty()) << "as the trend has it";
+    const QVariantMap column = readingOf(*figurePresetNamed("paper-column"), held);
+    EXPECT_EQ(column.value("valueLine").toMap(), (QVariantMap{{"shown", true}}));
+    EXPECT_FALSE(readingOf(*figurePresetNamed("paper-column"), {}).contains("valueLine"));
 }
 
 TEST_F(FigureSettingsTest, PresetsOfTheUserStandBehindOurs)

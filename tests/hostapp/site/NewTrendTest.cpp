@@ -140,4 +140,32 @@ TEST(NewTrendTest, ImportedWithoutRecordsShowsTheLastSevenDays)
     EXPECT_EQ(made.to.seconds, at("2024-06-10 12:00").seconds);
 }
 
+class NewTrendBesideTest : public testing::Test {
+protected:
+    static plotix::TrendSpan span(const char* from, const char* to) { return std::pair(at(from), at(to)); }
+    const plotix::TrendSpan records = span("2024-01-01 00:00", "2024-06-01 00:00");
+    const plotix::TrendPlan plan{{}, at("2024-05-25 00:00"), at("2024-06-01 00:00"), QStringLiteral("Air")};
+};
+
+TEST_F(NewTrendBesideTest, ShowsTheTimesOfTheTrendItIsMadeBeside)
+{
+    const auto made = planBeside(plan, span("2024-02-01 00:00", "2024-02-03 00:00"), {}, records);
+    EXPECT_EQ(made.from, at("2024-02-01 00:00"));
+    EXPECT_EQ(made.to, at("2024-02-03 00:00"));
+}
+
+TEST_F(NewTrendBesideTest, IsNeverEmptyForTheSakeOfTheOther)
+{
+    const auto made = planBeside(plan, span("2013-02-01 00:00", "2013-02-03 00:00"), {}, records);
+    EXPECT_EQ(made.from, plan.from);
+    EXPECT_EQ(planBeside(plan, {}, {}, records).to, plan.to);
+}
+
+TEST_F(NewTrendBesideTest, SaysTimesByTheSameClockAndTakesOverNoOtherChoice)
+{
+    const QVariantMap clock{{"zone", "Asia/Kathmandu"}};
+    const auto made = planBeside(plan, {}, {{"clock", clock}, {"marks", QVariantMap{{"a", 1.0}}}}, records);
+    EXPECT_EQ(made.reading, (QVariantMap{{"clock", clock}}));
+}
+
 }  // namespace

@@ -30,6 +30,22 @@ TEST_F(TrendReadingTest, WhatWasChosenStays)
     EXPECT_EQ(trend->reading().value("readableLabels"), QVariant(false));
 }
 
+TEST_F(TrendReadingTest, ANewTrendTakesTheLookOfItsWindowUnlessItHasOne)
+{
+    trend->setReading({{"looks", QVariantMap{{"marks", "apart"}}}});
+    plotix::chooseLookOfNew(trend.get(), "light");
+    EXPECT_EQ(trend->reading().value("looks"), QVariant(QVariantMap{{"marks", "apart"}, {"look", "light"}}));
+    plotix::chooseLookOfNew(trend.get(), "paper");
+    EXPECT_EQ(trend->reading().value("looks").toMap().value("look"), "light");
+}
+
+TEST_F(TrendReadingTest, InADarkWindowNoLookIsChosen)
+{
+    plotix::chooseLookOfNew(trend.get(), "dark");
+    plotix::chooseLookOfNew(trend.get(), {});
+    EXPECT_FALSE(trend->reading().contains("looks"));
+}
+
 TEST_F(TrendReadingTest, NoPlugInIsNoMistake)
 {
     plotix::chooseReading(nullptr);

@@ -71,6 +71,14 @@ TEST_F(RangeTest, ThePageHasItInAllItsPictures)
     EXPECT_TRUE(page.body.contains("href=\"one.pdf" + query));
 }
 
+TEST_F(RangeTest, NotesAboutTheViewsOwnTimesStandOnNoOtherPage)
+{
+    m_site->footnotes = {QStringLiteral("1  noon: Pump replaced (Ada)")};
+    EXPECT_TRUE(get("/sites/plant/").body.contains("Pump replaced"));
+    const QByteArray range = "?from=2013-07-01T00:00:00Z&to=2013-07-02T00:00:00Z";
+    EXPECT_FALSE(get("/sites/plant/" + range).body.contains("Pump replaced"));
+}
+
 TEST_F(RangeTest, ATokenLeavesTheAddressAndTheRangeStays)
 {
     m_sites.withdraw(m_identifier);

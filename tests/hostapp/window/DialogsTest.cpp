@@ -139,6 +139,17 @@ TEST_F(ExportPictureDialogTest, PixelsAreReckonedByTheDensity)
     EXPECT_EQ(dialog.picture().size * dialog.picture().density, QSizeF(1200, 600));
 }
 
+TEST_F(ExportPictureDialogTest, AHeldValueLineIsLeftOutWhereThatIsChosen)
+{
+    const QVariantMap own{{"valueLine", QVariantMap{{"shown", true}, {"held", 60.0}}}};
+    Dialog dialog(QStringLiteral("Week"), Dialog::Table::Offered, nullptr, {own, {}});
+    dialog.setSettings({});
+    EXPECT_FALSE(dialog.picture().reading.contains("valueLine"));
+    dialog.setSettings({.valueLine = "none"});
+    EXPECT_EQ(dialog.picture().reading.value("valueLine").toMap(), (QVariantMap{{"shown", true}}));
+    EXPECT_EQ(dialog.settings().valueLine, "none");
+}
+
 TEST_F(ExportPictureDialogTest, ChoicesGoBesideThoseOfTheTrend)
 {
     const QVariantMap own{{"looks", QVariantMap{{"look", "paper"}, {"marks", "apart"}}}};

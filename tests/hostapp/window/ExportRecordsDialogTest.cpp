@@ -96,6 +96,47 @@ TEST(ExportRecordsDialogTest, AnotherSourceBringsItsOwnProperties)
     EXPECT_EQ(dialog.properties(), (Positions{0}));
 }
 
+/// A trend that is told by New York's clocks, of a site in Kathmandu.
+class ExportClockChoiceTest : public testing::Test {
+protected:
+    QComboBox& clocks() { return *dialog.findChildren<QComboBox*>().at(3); }
+
+    ExportRecordsDialog dialog{sources(), kWeek, nullptr, {QTimeZone("America/New_York"), QTimeZone("Asia/Kathmandu")}};
+};
+
+TEST_F(ExportClockChoiceTest, TheTrendsClocksComeFirst)
+{
+    EXPECT_EQ(dialog.form().clock, ExportForm::Clock::Local);
+    EXPECT_EQ(dialog.form().zone, QTimeZone("America/New_York"));
+    EXPECT_EQ(dialog.findChild<QDateTimeEdit*>()->dateTime().time(), QTime(17, 13, 20));  // 22:13:20 in UTC
+}
+
+TEST_F(ExportClockChoiceTest, TheSitesTheUsersAndUtcAreOffered)
+{
+    clocks().setCurrentIndex(3);
+    EXPECT_EQ(dialog.form().zone, QTimeZone("Asia/Kathmandu"));
+    clocks().setCurrentIndex(1);
+    EXPECT_EQ(dialog.form().clock, ExportForm::Clock::Utc);
+    clocks().setCurrentIndex(0);
+    EXPECT_EQ(dialog.form().clock, ExportForm::Clock::Local);
+    EXPECT_FALSE(dialog.form().zone.isValid());
+}
+
+TEST_F(ExportClockChoiceTest, TheChosenSpanStaysTheSameBySomeoneElsesClocks)
+{
+    dialog.chooseSpan(kWeek);
+    clocks().setCurrentIndex(3);
+    EXPECT_EQ(dialog.span(), kWeek);
+    EXPECT_EQ(dialog.findChild<QDateTimeEdit*>()->dateTime().time(), QTime(3, 58, 20));
+}
+
+TEST(ExportRecordsDialogTest, NoClockIsOfferedTwice)
+{
+    const ExportRecordsDialog dialog(sources(), kWeek, nullptr, {QTimeZone::utc(), QTimeZone::utc()});
+    EXPECT_EQ(dialog.findChildren<QComboBox*>().at(3)->count(), 2);
+    EXPECT_EQ(dialog.form().clock, ExportForm::Clock::Utc);
+}
+
 /// As a person ticks, with the keyboard.
 class ExportedPropertiesTest : public testing::Test {
 protected:
@@ -156,6 +197,14 @@ TEST_F(ExportedPropertiesTest, TickingLeavesTheChoiceOfTheApostropheAlone)
     dialog.findChild<QCheckBox*>()->setChecked(true);
     button("Untick All").click();
     EXPECT_EQ(dialog.form().guardsFormulas, true);
+}
+
+TEST(ExportRecordsDialogTest, ColumnsOfQualityAreWrittenOnRequest)
+{
+    ExportRecordsDialog dialog(sources(), {});
+    EXPECT_FALSE(dialog.form().withQualities);
+    QTest::mouseClick(dialog.findChild<QCheckBox*>(QStringLiteral("qualities")), Qt::LeftButton, {}, QPoint(8, 8));
+    EXPECT_TRUE(dialog.form().withQualities);
 }
 
 }  // namespace

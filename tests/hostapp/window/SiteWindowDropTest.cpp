@@ -20,6 +20,15 @@ namespace {
 
 class SiteWindowDropTest : public SiteWindowFixture {
 protected:
+    /// A file with a picture that tells what it shows.
+    QString figureOf(const plotix::ShownView& view)
+    {
+        QFile figure(site.file(QStringLiteral("figure.svg")));
+        EXPECT_TRUE(figure.open(QIODevice::WriteOnly));
+        figure.write(plotix::withRecipe(plotix::FileKind::Svg, "<?xml version=\"1.0\"?><svg><defs></defs></svg>",
+                                        plotix::recipeOf(view)));
+        return figure.fileName();
+    }
     bool enter(const QString& file)
     {
         data.setUrls({QUrl::fromLocalFile(file)});
@@ -60,13 +69,9 @@ TEST_F(SiteWindowDropTest, ADroppedFigureIsShownInTheWindowOfItsSite)
     plotix::ShownView view;
     view.siteFile = "other.plotix";
     view.agent = "Boiler";
-    QFile figure(site.file(QStringLiteral("figure.svg")));
-    ASSERT_TRUE(figure.open(QIODevice::WriteOnly));
-    figure.write(plotix::withRecipe(plotix::FileKind::Svg, "<?xml version=\"1.0\"?><svg><defs></defs></svg>",
-                                    plotix::recipeOf(view)));
-    figure.close();
+    const QString figure = figureOf(view);
     QSignalSpy asked(window.get(), &SiteWindow::openViewRequested);
-    ASSERT_TRUE(enter(figure.fileName()));
+    ASSERT_TRUE(enter(figure));
     drop();
     ASSERT_TRUE(asked.wait(5'000));
     EXPECT_EQ(asked[0][0].value<plotix::ShownView>(), view);
@@ -93,18 +98,14 @@ TEST_F(SiteWindowDropTest, OpenTakesFiguresAsItTakesSites)
     openWindow();
     plotix::ShownView view;
     view.siteFile = "other.plotix";
-    QFile figure(site.file(QStringLiteral("figure.svg")));
-    ASSERT_TRUE(figure.open(QIODevice::WriteOnly));
-    figure.write(plotix::withRecipe(plotix::FileKind::Svg, "<?xml version=\"1.0\"?><svg><defs></defs></svg>",
-                                    plotix::recipeOf(view)));
-    figure.close();
+    const QString figure = figureOf(view);
     QSignalSpy asked(window.get(), &SiteWindow::openViewRequested);
     QTimer person;
     person.callOnTimeout([&] {
         if (auto* panel = qobject_cast<QFileDialog*>(QApplication::activeModalWidget())) {
             person.stop();
             EXPECT_TRUE(panel->nameFilters().first().contains("*.svg"));
-            panel->findChild<QLineEdit*>()->setText(figure.fileName());
+            panel->findChild<QLineEdit*>()->setText(figure);
             static_cast<QDialog*>(panel)->accept();
         }
     });

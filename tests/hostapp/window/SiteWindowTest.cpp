@@ -5,6 +5,7 @@
 #include "tests/hostapp/window/SiteWindowFixture.h"
 
 #include <QtTest/QTest>
+#include <QtWidgets/QApplication>
 #include <QtWidgets/QLabel>
 #include <QtWidgets/QMessageBox>
 #include <QtWidgets/QPushButton>
@@ -196,6 +197,19 @@ TEST_F(SiteWindowTest, ATitleIsShownAsItIs)
     EXPECT_EQ(window->emptyState()->title(), QStringLiteral("<b>Week</b> & <i>more</i>"));
     for (const QLabel* label : window->emptyState()->findChildren<QLabel*>())
         EXPECT_TRUE(!label->text().contains(u'<') || label->textFormat() == Qt::PlainText);
+}
+
+TEST_F(SiteWindowTest, ANewTrendSuitsTheLookOfItsWindow)
+{
+    const QPalette before = QApplication::palette();
+    openWindow();
+    QApplication::setPalette(QPalette(Qt::white));
+    addTrend(QStringLiteral("light"));
+    EXPECT_EQ(selectedStub().reading().value("looks").toMap().value("look"), "light");
+    QApplication::setPalette(QPalette(QColor(40, 40, 40)));
+    addTrend(QStringLiteral("dark"));
+    EXPECT_FALSE(selectedStub().reading().value("looks").toMap().contains("look"));
+    QApplication::setPalette(before);
 }
 
 TEST_F(SiteWindowTest, RecordsThatCannotBeShownAreToldOnce)

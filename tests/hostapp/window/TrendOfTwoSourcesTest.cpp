@@ -13,6 +13,7 @@
 #include <QtGui/QDropEvent>
 #include <QtTest/QTest>
 #include <QtWidgets/QApplication>
+#include <QtWidgets/QListView>
 #include <QtWidgets/QMenu>
 #include <QtWidgets/QRadioButton>
 
@@ -83,8 +84,19 @@ protected:
     template <class Answer>
     void drop(const plotix::SiteAgent& agent, const QString& key, Answer answer)
     {
+        dropAt(trend->view()->mapTo(window.get(), trend->view()->rect().center()), agent, key, answer);
+    }
+    /// The same on a row of the list of trends.
+    void dropOnRow(int row, const plotix::SiteAgent& agent, const QString& key)
+    {
+        auto& list = *window->findChild<QListView*>("trendList");
+        const QPoint inList = list.visualRect(list.model()->index(row, 0)).center();
+        dropAt(list.viewport()->mapTo(window.get(), inList), agent, key, &accept);
+    }
+    template <class Answer>
+    void dropAt(const QPoint& place, const plotix::SiteAgent& agent, const QString& key, Answer answer)
+    {
         const auto data = mimeDataForPropertyNames(agent.uniqueIdentifier(), {key});
-        const QPoint place = trend->view()->mapTo(window.get(), trend->view()->rect().center());
         QDragEnterEvent enter(place, Qt::CopyAction, data.get(), Qt::LeftButton, {});
         QApplication::sendEvent(window.get(), &enter);
         ASSERT_TRUE(enter.isAccepted());
@@ -149,6 +161,40 @@ TEST_F(TrendOfTwoSourcesTest, TheMenuOfThePropertyDoesTheSame)
     chooseForFirstOf(*roof);
     EXPECT_EQ(names().back(), "Air Temperature (Roof)");
     EXPECT_EQ(trend->keys().size(), 2);
+}
+
+TEST_F(TrendOfTwoSourcesTest, ADropOnARowOfTheListIsForThatTrend)
+{
+    const KTVPlugInPtr other =
+        window->controller().newTrend(station, {}, plotix::Date{0}, plotix::Date{10}, QStringLiteral("other"));
+    ASSERT_NE(window->selectedPlugIn(), trend);
+    dropOnRow(0, *roof, "airTemperature");
+    EXPECT_EQ(window->selectedPlugIn(), trend);
+    EXPECT_EQ(trend->keys().size(), 2);
+    EXPECT_EQ(static_cast<KeepingTrend&>(*other).keys().size(), 1);
+}
+
+TEST_F(TrendOfTwoSourcesTest, TickedPropertiesOfOneNameComeIntoOneTrend)
+{
+    auto& list = window->propertyList();
+    for (int agent = 0; agent < 2; ++agent)
+        list.setData(list.index(0, 0, list.index(agent, 0)), Qt::Checked, Qt::CheckStateRole);
+    const int before = window->controller().sourceList().rowCount();
+    answerJoin(&accept);
+    window->actions().newTrend->trigger();
+    EXPECT_EQ(window->controller().sourceList().rowCount(), before + 1);
+    EXPECT_EQ(names().back(), "Air Temperature (Roof)");
+    EXPECT_NE(station->siteProperties().back()->color(), station->siteProperties().front()->color());
+}
+
+TEST_F(TrendOfTwoSourcesTest, TickedPropertiesOfOtherNamesMakeATrendForEachSource)
+{
+    auto& list = window->propertyList();
+    list.setData(list.index(1, 0, list.index(0, 0)), Qt::Checked, Qt::CheckStateRole);
+    list.setData(list.index(0, 0, list.index(1, 0)), Qt::Checked, Qt::CheckStateRole);
+    const int before = window->controller().sourceList().rowCount();
+    window->actions().newTrend->trigger();
+    EXPECT_EQ(window->controller().sourceList().rowCount(), before + 2);
 }
 
 TEST_F(TrendOfTwoSourcesTest, HoldsItsLastValueUnlessAskedForLines)

@@ -1,4 +1,6 @@
-#include "plotkit/layout/SeriesBins.h"
+#include "plotkit/layout/BinEdges.h"
+
+#include "plotkit/model/CPTFineBlocks.h"
 
 #include <gtest/gtest.h>
 

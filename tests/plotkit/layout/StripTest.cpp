@@ -132,4 +132,16 @@ TEST_F(StripTest, KeysWithoutRoomAreCounted)
     EXPECT_LE(strip.more->box.right(), 340);
 }
 
+TEST_F(StripTest, ALowLaneHasTwoLabelsClearOfEachOther)
+{
+    lower->setStrip({.top = 0.78, .bottom = 1, .headRoom = 18});
+    lowerAxis->setLabelingPolicy(CPTAxisLabelingPolicy::Automatic);
+    for (double low = 1000; low < 1020; low += 0.7) {
+        lower->setYRange({low, 23});
+        const std::vector<AxisLabel> labels = layOut().axes[3].labels;
+        ASSERT_GE(labels.size(), 2U) << low;
+        EXPECT_FALSE(labels.front().box.intersects(labels.back().box)) << low;
+    }
+}
+
 }  // namespace

@@ -121,4 +121,33 @@ TEST_F(BrokenLinesTest, AnyOtherThresholdThanAPositiveOneJoins)
     }
 }
 
+class LonePointTest : public BrokenLinesTest {
+protected:
+    /// Two samples that are joined, and one far from them.
+    void addLonePoint(double width = 1) { plot = rendered.addPlot(Qt::red, {10, 11, 50}, {30, 30, 70}, width); }
+};
+
+TEST_F(LonePointTest, IsADotThatIsSeen)
+{
+    addLonePoint();
+    plot->setGapThreshold(5);
+    EXPECT_GE(redAt(image(), 50), 2) << "wider than the line";
+    EXPECT_LE(redAt(image(), 50), 4);
+}
+
+TEST_F(LonePointTest, IsADotOnAPageToo)
+{
+    addLonePoint(2);
+    plot->setGapThreshold(5);
+    if (QStandardPaths::findExecutable(QStringLiteral("pdftoppm")).isEmpty())
+        GTEST_SKIP() << "pdftoppm is not there";
+    EXPECT_GE(redAt(page(), 50), 4);
+}
+
+TEST_F(LonePointTest, OfALineThatDoesNotBreakIsOneOfItsPoints)
+{
+    plot = rendered.addPlot(Qt::red, {50}, {70}, 1);
+    EXPECT_LE(redAt(image(), 50), 1);
+}
+
 }  // namespace

@@ -20,9 +20,15 @@ RenderedGraph::RenderedGraph()
 CPTScatterPlotPtr RenderedGraph::addPlot(const QColor& color, std::vector<double> x, std::vector<float> y, double width)
 {
     const std::size_t count = y.size();
-    auto series = std::make_shared<CPTPointSeries>(plotix::SharedArray<double>::fromVector(std::move(x)),
-                                                   plotix::SharedArray<float>::fromVector(std::move(y)),
-                                                   plotix::ValidityBitmap(), count);
+    return addPlot(color,
+                   std::make_shared<CPTPointSeries>(plotix::SharedArray<double>::fromVector(std::move(x)),
+                                                    plotix::SharedArray<float>::fromVector(std::move(y)),
+                                                    plotix::ValidityBitmap(), count),
+                   width);
+}
+
+CPTScatterPlotPtr RenderedGraph::addPlot(const QColor& color, CPTPointSeriesPtr series, double width)
+{
     m_controllers.push_back(std::make_shared<CPTSeriesController>(std::move(series)));
     auto plot = std::make_shared<CPTScatterPlot>();
     plot->setIdentifier(QString::number(m_controllers.size()));

@@ -17,6 +17,8 @@ public:
     /// A line through points of constant or given y; the fixture keeps its controller.
     CPTScatterPlotPtr addPlot(const QColor& color, std::vector<double> x, std::vector<float> y, double width = 3);
 
+    CPTScatterPlotPtr addPlot(const QColor& color, CPTPointSeriesPtr series, double width = 3);
+
     /// Fixed ticks without labels on both axes.
     void useTicks(double xInterval, double yInterval);
 

@@ -1,5 +1,5 @@
+#include "base/SinglePrecision.h"
 #include "plugins/PlotixPlugIn/host/KTVConverter.h"
-#include "plugins/PlotixPlugIn/logic/SinglePrecision.h"
 #include "tests/plugins/PlotixPlugIn/PropertyTableFixture.h"
 
 #include <QtTest/QSignalSpy>

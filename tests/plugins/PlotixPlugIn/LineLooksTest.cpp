@@ -32,7 +32,7 @@ protected:
     static QAction* item(const QMenu& menu, const QString& text)
     {
         for (QAction* action : menu.actions())
-            if (action->text().section(u'\t', 0, 0) == text)
+            if (action->text().section(u'\t', 0, 0).remove(u'&') == text)
                 return action;
         return nullptr;
     }
@@ -56,7 +56,7 @@ protected:
     QAction* action(const QString& text)
     {
         for (QAction* each : qobject_cast<plotix::TrendReader*>(trend->trendReader())->actions())
-            if (each->text() == text)
+            if (each->text().remove(u'&') == text)
                 return each;
         return nullptr;
     }

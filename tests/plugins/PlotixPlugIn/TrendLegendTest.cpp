@@ -137,6 +137,16 @@ TEST_F(TrendLegendTest, HeadsOfLanesNeedNoKeysBesideALegend)
     EXPECT_FALSE(graph().allPlotSpaces().back()->strip().hasKeys);
 }
 
+TEST_F(TrendLegendTest, AHeadWithoutTitleAndKeysTakesNoRoom)
+{
+    openWithLabels("lane-per-unit");
+    for (const char* key : {"airTemperature", "pressure"})
+        property(key)->setUnit(QString());  // one lane of two lines, which have no name in common
+    EXPECT_GT(graph().allPlotSpaces().back()->strip().headRoom, 10);
+    choose({{"place", "below"}});
+    EXPECT_LE(graph().allPlotSpaces().back()->strip().headRoom, 1) << "room for its border";
+}
+
 TEST_F(TrendLegendTest, OneScaleIsTitledAsAskedForAndGetsItsTitleBack)
 {
     openWithLabels();

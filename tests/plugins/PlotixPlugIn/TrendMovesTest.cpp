@@ -116,6 +116,17 @@ TEST_F(TrendMovesTest, BoundsAreNotForWhatTheHostShows)
     EXPECT_EQ(space().xRange(), (CPTPlotRange{kTo + 7'200, 3'600}));
 }
 
+TEST_F(TrendViewFixture, FittingABoundedGraphWithoutRecordsShowsTheDatesItWasReadFor)
+{
+    openTrend();
+    host().archiveManager().setRecordedSpan(KTVArchiveManager::Span{Date{kTo + 86'400}, Date{kTo + 90'000}});
+    trend().setReading({{"moves", QVariantMap{{"bounded", true}}}});
+    answer(recordsAt({}).column("airTemperature", {}).column("pressure", {}));
+    trend().fitAll(nullptr);
+    EXPECT_EQ(trend().graph()->plotSpace().xRange(), (CPTPlotRange{kFrom, kTo - kFrom}));
+    EXPECT_EQ(panel().fromDateValue()->seconds, kFrom);
+}
+
 TEST_F(TrendMovesTest, LanesKeepTheirValuesInSight)
 {
     trend().setReading({{"arrangement", QVariantMap{{"kind", "lane-per-unit"}}}});

@@ -1,13 +1,9 @@
-#include "plugins/PlotixPlugIn/InfoTableModel.h"
-#include "plugins/PlotixPlugIn/reading/TrendReader.h"
-#include "plugins/PlotixPlugIn/reading/statistics/StatisticsHeading.h"
-#include "tests/plugins/PlotixPlugIn/PropertyTableFixture.h"
+#include "tests/plugins/PlotixPlugIn/TrendStatisticsFixture.h"
 
 #include <QtGui/QClipboard>
 #include <QtGui/QGuiApplication>
 #include <QtTest/QSignalSpy>
-#include <QtWidgets/QHeaderView>
-#include <QtWidgets/QInputDialog>
+#include <QtWidgets/QComboBox>
 
 #include <cmath>
 
@@ -17,71 +13,7 @@ namespace {
 
 using plotix::StatisticsOver;
 
-class TrendStatistics : public PropertyTableFixture {
-protected:
-    static constexpr int kFirstFigure = InfoTableModel::kColumnCount;
-
-    /// An hour of one value a minute: 0, 1 … 60.
-    void openAnHour(const QVariantMap& choices = {})
-    {
-        trend = KTVPlotixPlugIn::initWithAgent(host.agent(), &host.siteWindowController(),
-                                               KTVPropertyList{airTemperature}, plotix::Date{0}, plotix::Date{3600});
-        trend->setReading({{"readableLabels", true}, {"lineCommands", true}});
-        choose(choices);
-        trend->view()->resize(1100, 640);
-        deliver(anHour());
-        settle();
-    }
-    KTVRecordDictionaryPtr anHour() const
-    {
-        std::vector<double> times, values;
-        for (int minute = 0; minute <= 60; ++minute) {
-            times.push_back(minute * 60);
-            values.push_back(minute);
-        }
-        return host.records().times(times).column("airTemperature", values).build();
-    }
-    void choose(const QVariantMap& choices)
-    {
-        trend->setReading({{"statistics", choices}});
-        settle();
-    }
-    void chooseColumns(const QStringList& columns) { choose({{"columns", columns}}); }
-    static void settle() { QCoreApplication::processEvents(); }
-    void see(double from, double to)
-    {
-        trend->graph()->defaultPlotSpace()->setXRange({from, to - from});
-        settle();
-    }
-    double middleOfTheView()
-    {
-        return trend->graph()->defaultPlotSpace()->xRange().location +
-               trend->graph()->defaultPlotSpace()->xRange().length / 2;
-    }
-
-    PropertyDetailsTableView& table() { return *trend->infoTable(); }
-    InfoTableModel& model() { return *table().infoTableModel(); }
-    QString cell(int column, int row = 0) { return model().index(row, column).data().toString(); }
-    QString cellOf(const char* identifier, int row = 0)
-    {
-        return cell(model().columnNamed(QLatin1String(identifier)), row);
-    }
-    plotix::StatisticsHeading& heading() { return *trend->view()->findChild<plotix::StatisticsHeading*>(); }
-    QAction* action(const QString& text)
-    {
-        for (QAction* each : static_cast<plotix::TrendReader*>(trend->trendReader())->actions())
-            if (each->text() == text)
-                return each;
-        return nullptr;
-    }
-    void clickCell(const char* identifier, int row = 0)
-    {
-        const QModelIndex index = model().index(row, model().columnNamed(QLatin1String(identifier)));
-        table().scrollTo(index);
-        QTest::mouseClick(table().viewport(), Qt::LeftButton, {}, table().visualRect(index).center());
-        settle();
-    }
-};
+class TrendStatistics : public TrendStatisticsFixture {};
 
 TEST_F(TrendStatistics, WithoutAChoiceTheTableIsAsItAlwaysWas)
 {
@@ -120,6 +52,28 @@ TEST_F(TrendStatistics, EveryColumnHasItsFigure)
     EXPECT_EQ(cellOf("gaps"), "0");
 }
 
+TEST_F(TrendStatistics, TheHintOfTheCoverageCountsWhatIsNotValidWhereThatIsShown)
+{
+    open({"airTemperature"});
+    deliver(host.records()
+                .at(0)
+                .value("airTemperature", 1)
+                .at(60)
+                .invalid("airTemperature", 99)
+                .at(120)
+                .value("airTemperature", 2)
+                .build());
+    chooseColumns({"coverage"});
+    const auto hint = [this] {
+        return model().index(0, model().columnNamed("coverage")).data(Qt::ToolTipRole).toString();
+    };
+    EXPECT_FALSE(hint().contains("not valid"));
+    trend->setReading(
+        {{"statistics", QVariantMap{{"columns", QStringList{"coverage"}}}}, {"missing", QVariantMap{{"strip", true}}}});
+    settle();
+    EXPECT_TRUE(hint().endsWith("\n1 not valid")) << hint().toStdString();
+}
+
 TEST_F(TrendStatistics, ALineThatHoldsItsValueIsWeightedAsItIsDrawn)
 {
     openAnHour();
@@ -136,8 +90,8 @@ TEST_F(TrendStatistics, OverWhatIsVisibleAllColumnsFollowTheGraph)
 {
     openAnHour({{"over", "visible"}, {"columns", QStringList{"median"}}});
     see(600, 1200);
-    EXPECT_EQ(cell(InfoTableModel::Minimum), "10.0");
-    EXPECT_EQ(cell(InfoTableModel::Maximum), "20.0");
+    EXPECT_EQ(cell(InfoTableModel::Minimum), "10");
+    EXPECT_EQ(cell(InfoTableModel::Maximum), "20");
     EXPECT_EQ(cell(InfoTableModel::Points), "11");
     EXPECT_EQ(cellOf("median"), "15.0");
     see(0, 3600);
@@ -236,7 +190,7 @@ TEST_F(TrendStatistics, ActionsChooseColumnsAndShowWhatIsChosen)
     EXPECT_EQ(model().columnCount(), InfoTableModel::kColumnCount);
     chooseColumns({"gaps"});
     EXPECT_TRUE(action("Gaps")->isChecked());
-    EXPECT_EQ(plotix::menuOf(*action("Gaps")), "Table");
+    EXPECT_EQ(plotix::menuOf(*action("Columns")), "&Table");
 }
 
 TEST_F(TrendStatistics, AColumnThatComesOrGoesLeavesTheOthersAsTheyAre)
@@ -244,7 +198,7 @@ TEST_F(TrendStatistics, AColumnThatComesOrGoesLeavesTheOthersAsTheyAre)
     openAnHour();
     chooseColumns({"maximumTime", "gaps"});
     table().setColumnWidth(model().columnNamed("gaps"), 77);
-    table().horizontalHeader()->moveSection(InfoTableModel::Points, 0);
+    table().horizontalHeader()->moveSection(placeOf("points"), 0);
     chooseColumns({"minimumTime", "gaps"});
     EXPECT_EQ(table().columnWidth(model().columnNamed("gaps")), 77);
     EXPECT_EQ(table().horizontalHeader()->visualIndex(InfoTableModel::Points), 0);
@@ -293,8 +247,9 @@ TEST_F(TrendStatistics, TheTableIsCopiedAsItIsShown)
     see(600, 1200);
     trend->copyTable(nullptr);
     const QStringList lines = QGuiApplication::clipboard()->text().split(u'\n');
-    EXPECT_TRUE(lines.at(0).endsWith("No. of Points\tGaps")) << lines.at(0).toStdString();
-    EXPECT_TRUE(lines.at(1).endsWith("\t11\t0")) << lines.at(1).toStdString();
+    EXPECT_TRUE(lines.at(0).contains("Property\tUnit\tGaps\tMinimum\t")) << lines.at(0).toStdString();
+    EXPECT_TRUE(lines.at(1).contains("Air Temperature\t°C\t0\t")) << lines.at(1).toStdString();
+    EXPECT_TRUE(lines.at(1).endsWith("\t11")) << lines.at(1).toStdString();
 }
 
 TEST_F(TrendStatistics, AReportTellsTheSame)
@@ -319,27 +274,50 @@ TEST_F(TrendStatistics, ChoosingCanBeUndone)
     EXPECT_EQ(model().columnCount(), InfoTableModel::kColumnCount);
 }
 
-TEST_F(TrendStatistics, TimesAboveALimitAreCountedInTheUnitItWasChosenIn)
-{
-    openAnHour();
-    choose({{"columns", QStringList{"aboveLimit", "crossings"}},
-            {"limits", QVariantMap{{"airTemperature", QVariantMap{{"high", 303.15}, {"highUnit", "K"}}}}}});
-    EXPECT_EQ(cellOf("aboveLimit"), "30 min");
-    EXPECT_EQ(cellOf("crossings"), "1");
-}
-
-TEST_F(TrendStatistics, ALimitIsAskedForInTheLinesUnit)
+TEST_F(TrendStatistics, AnAnswerOpensTheClosedPanel)
 {
     openAnHour();
     show();
-    action("Time Above a Limit…")->trigger();
-    auto* dialog = trend->view()->findChild<QInputDialog*>();
-    ASSERT_TRUE(dialog);
-    EXPECT_TRUE(dialog->labelText().contains("Air Temperature (°C)"));
-    dialog->setDoubleValue(45);
-    dialog->accept();
+    trend->propertyDetailsDisclosureButton()->click();
+    action("Median")->trigger();
+    EXPECT_TRUE(trend->propertyDetailsShowing());
+    EXPECT_TRUE(trend->propertyDetailsDisclosureButton()->isChecked());
+}
+
+TEST_F(TrendStatistics, AValueOfLongAgoSaysOfWhenItIs)
+{
+    openAnHour({{"columns", QStringList{"now"}}});
+    EXPECT_TRUE(cellOf("now").startsWith("60.0, ")) << cellOf("now").toStdString();
+    EXPECT_TRUE(cellOf("now").contains("1970")) << cellOf("now").toStdString();
+    const double now = static_cast<double>(QDateTime::currentSecsSinceEpoch());
+    deliverAgain(host.records().times({now - 60, now}).column("airTemperature", {1, 2}).build());
     settle();
-    EXPECT_EQ(cellOf("aboveLimit"), "15 min");
+    EXPECT_EQ(cellOf("now"), "2.00");
+}
+
+TEST_F(TrendStatistics, ChosenColumnsAreShownRightBehindNameAndUnitInTheirOrder)
+{
+    openAnHour();
+    chooseColumns({"median"});
+    chooseColumns({"median", "maximumTime"});
+    EXPECT_EQ(placeOf("unit"), placeOf("tableName") + 1);
+    EXPECT_EQ(placeOf("maximumTime"), placeOf("tableName") + 2);
+    EXPECT_EQ(placeOf("median"), placeOf("tableName") + 3);
+    EXPECT_EQ(placeOf("minimum"), placeOf("tableName") + 4);
+}
+
+TEST_F(TrendStatistics, NothingInAChosenColumnIsCut)
+{
+    openAnHour();
+    show();
+    choose({{"columns", QStringList{"aboveLimit"}},
+            {"limits", QVariantMap{{"airTemperature", QVariantMap{{"high", 12.34567}, {"highUnit", "degC"}}}}}});
+    const int column = model().columnNamed("aboveLimit");
+    const int text = table().fontMetrics().horizontalAdvance(cellOf("aboveLimit"));
+    EXPECT_GT(table().columnWidth(column), text);
+    table().horizontalHeader()->resizeSection(column, 40);
+    see(600, 1200);
+    EXPECT_EQ(table().columnWidth(column), 40) << "a hand has made it so";
 }
 
 TEST_F(TrendStatistics, AnotherUnitIsFollowed)
@@ -356,7 +334,7 @@ TEST_F(TrendStatistics, NewRecordsAreFollowed)
     openAnHour({{"columns", QStringList{"now", "coverage"}}});
     deliverAgain(host.records().times({0, 60, 120, 180, 3600}).column("airTemperature", {1, 2, 3, 3, 3}).build());
     settle();
-    EXPECT_EQ(cellOf("now"), "3.0");
+    EXPECT_TRUE(cellOf("now").startsWith("3.0, ")) << cellOf("now").toStdString();
     EXPECT_NE(cellOf("coverage"), "100\u00A0%");
 }
 

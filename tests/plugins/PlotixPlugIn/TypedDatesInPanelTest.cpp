@@ -5,6 +5,7 @@
 #include <QtWidgets/QApplication>
 #include <QtWidgets/QCalendarWidget>
 #include <QtWidgets/QLineEdit>
+#include <QtWidgets/QToolTip>
 
 // What is typed into a date picker by hand.
 
@@ -74,6 +75,17 @@ TEST_F(TypedDatesInPanel, WhatIsNotUnderstoodIsMarkedAndChangesNothing)
     EXPECT_EQ(line(from()).text(), "soon");
     EXPECT_NE(line(from()).palette().color(QPalette::Text), from().palette().color(QPalette::Text));
     EXPECT_FALSE(line(from()).toolTip().isEmpty());
+}
+
+TEST_F(TypedDatesInPanel, ADateThatDoesNotExistIsSaidAndChangesNothing)
+{
+    type(from(), QStringLiteral("31 Feb"));
+    EXPECT_EQ(controller->fromDateValue(), plotix::Date{1'000'000'000}) << "not the 31st of the month before";
+    EXPECT_EQ(line(from()).toolTip(), "There is no such date.");
+    EXPECT_EQ(QToolTip::text(), "There is no such date.");
+    controller->toDate()->setFocus();
+    EXPECT_EQ(line(from()).text(), "31 Feb") << "to be mended";
+    EXPECT_FALSE(from().isUnderstood());
 }
 
 TEST_F(TypedDatesInPanel, ReturnOnWhatIsNotUnderstoodFetchesNothing)

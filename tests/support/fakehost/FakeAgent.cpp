@@ -42,6 +42,7 @@ void FakeAgent::setSite(std::optional<QString> name, std::optional<QString> loca
 
 std::vector<KTVAmendment> FakeAgent::amendmentsOf(const QString& propertyName, double from, double to) const
 {
+    ++m_amendmentsAsked;
     std::vector<KTVAmendment> told;
     if (const auto found = m_amendments.find(propertyName); found != m_amendments.end())
         for (const KTVAmendment& each : found->second)

@@ -7,6 +7,8 @@
 #include "tests/support/fakehost/FakeArchiveManager.h"
 #include "tests/support/fakehost/FakeProperty.h"
 
+#include <utility>
+
 /// The fake host's agent: properties a test adds and removes, one fake archive manager, site texts to set. Plug-ins
 /// *share* it, as they do a real one. Main thread only.
 namespace fakehost {
@@ -20,6 +22,7 @@ public:
         m_zone = zone;
         emit changed();
     }
+    bool isHeard() const { return receivers(SIGNAL(changed())) > 0; }
 
 private:
     QTimeZone m_zone;
@@ -40,8 +43,13 @@ public:
     FakeAnnotations& annotate();  ///< has limits and notes from now on; none before
 
     std::vector<KTVAmendment> amendmentsOf(const QString& propertyName, double from, double to) const override;
+    int timesAskedForAmendments() const { return m_amendmentsAsked; }
     void setAmendments(const QString& propertyName, std::vector<KTVAmendment> amendments);
-    FakeSiteClock* siteClock() const override { return m_siteClock.get(); }  ///< of no zone at first
+    FakeSiteClock* siteClock() const override { return m_siteClock.get(); }            ///< of no zone at first
+    std::unique_ptr<FakeSiteClock> setSiteClock(std::unique_ptr<FakeSiteClock> clock)  ///< answers the former one
+    {
+        return std::exchange(m_siteClock, std::move(clock));
+    }
 
     FakePropertyPtr addProperty(FakeProperty::Description description);
     void removeProperty(const QString& propertyName);             ///< none of that key: nothing happens
@@ -66,6 +74,7 @@ private:
     std::unique_ptr<FakeArchiveManager> m_archiveManager;
     std::unique_ptr<FakeAnnotations> m_annotations;
     std::map<QString, std::vector<KTVAmendment>> m_amendments;
+    mutable int m_amendmentsAsked = 0;
     std::unique_ptr<FakeSiteClock> m_siteClock = std::make_unique<FakeSiteClock>();
     KTVPropertyList m_properties;  // each a FakeProperty
     std::optional<QString> m_siteName = QStringLiteral("Meadow Station");

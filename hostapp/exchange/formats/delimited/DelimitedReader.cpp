@@ -47,7 +47,8 @@ void DelimitedReader::prepareRows()
 {
     const bool mayBePlain =
         hasSingleTime() && !rowsNameQuantities() && takesBareNumbers() && m_format.fewestBlanks == 0;
-    m_plain = mayBePlain ? std::make_unique<PlainRows>(m_format, shape().fields(), plan(), times()) : nullptr;
+    m_plain =
+        mayBePlain ? std::make_unique<PlainRows>(m_format, shape().fields(), plan(), times(), qualities()) : nullptr;
 }
 
 bool DelimitedReader::readRows(ImportTable& table)
@@ -59,7 +60,10 @@ bool DelimitedReader::readRows(ImportTable& table)
     for (std::size_t count = 0; count < kRowsInBatch; ++count) {
         if (const std::size_t bytes = plain.read(text.ahead(), commonMark())) {
             text.passOver(bytes);
-            table.addRow(plain.time(), plain.values());
+            if (plain.hasQualities())
+                table.addRow(plain.time(), plain.values(), plain.marks());
+            else
+                table.addRow(plain.time(), plain.values());
         } else if (text.next(m_record)) {
             addRow(m_record, table);
         } else {

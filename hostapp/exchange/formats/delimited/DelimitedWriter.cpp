@@ -3,6 +3,7 @@
 #include "hostapp/exchange/ColumnHeader.h"
 #include "hostapp/exchange/ExactText.h"
 #include "hostapp/exchange/ExportClock.h"
+#include "hostapp/exchange/ExportedRows.h"
 
 #include <algorithm>
 #include <cmath>
@@ -40,21 +41,24 @@ private:
 
     QIODevice& m_device;               // borrowed
     const ExportedRecords& m_records;  // borrowed
+    ExportedRows m_rows;
     ExportClock m_clock;
     bool m_hasCalendarTimes;
     std::string m_text;
 };
 
 DelimitedWriter::DelimitedWriter(QIODevice& device, const ExportedRecords& records)
-    : m_device(device), m_records(records), m_clock(records.form.clock, records.form.zone)
+    : m_device(device),
+      m_records(records),
+      m_rows(records.records),
+      m_clock(records.form.clock, records.form.zone),
+      m_hasCalendarTimes(m_rows.haveCalendarTimes())
 {
-    const std::span<const double> times = records.block.times.span();
-    m_hasCalendarTimes = std::all_of(times.begin(), times.end(), hasCalendarText);
 }
 
 void DelimitedWriter::write(const ExportProgress& progress)
 {
-    const std::size_t rows = m_records.block.times.size();
+    const std::size_t rows = m_rows.count();
     appendHeader();
     for (std::size_t row = 0; row < rows; ++row) {
         appendRow(row);
@@ -71,24 +75,31 @@ void DelimitedWriter::appendHeader()
 {
     const ExportForm& form = m_records.form;
     m_text = m_hasCalendarTimes ? "time" : "time (s)";
-    for (const ExportedRecords::Column& column : m_records.columns)
-        m_text += form.delimiter +
-                  quotedWhereNeeded(cellName(joinedHeader({column.name, column.unit}), form.guardsFormulas == true),
-                                    form.delimiter);
+    const auto append = [&](const QString& name) {
+        m_text += form.delimiter + quotedWhereNeeded(cellName(name, form.guardsFormulas == true), form.delimiter);
+    };
+    for (const ExportedRecords::Column& column : m_records.columns) {
+        append(joinedHeader({column.name, column.unit}));
+        if (form.withQualities)
+            append(qualityHeader(column.name));
+    }
     m_text += '\n';
 }
 
 void DelimitedWriter::appendRow(std::size_t row)
 {
-    const double time = m_records.block.times[row];
+    m_rows.moveTo(row);
     if (m_hasCalendarTimes)
-        m_text += m_clock.text(time);
+        m_text += m_clock.text(m_rows.time());
     else
-        appendNumber(time);
-    for (const RecordBlock::Column& column : m_records.block.columns) {
+        appendNumber(m_rows.time());
+    for (std::size_t column = 0; column < m_rows.columns(); ++column) {
+        const auto [value, isValid] = m_rows.cell(column);
         m_text += m_records.form.delimiter;
-        if (column.validity.isValid(row) && !std::isnan(column.values[row]))
-            appendNumber(column.values[row]);
+        if ((isValid || m_records.form.withQualities) && !std::isnan(value))
+            appendNumber(value);
+        if (m_records.form.withQualities)
+            (m_text += m_records.form.delimiter) += qualityText(isValid, value);
     }
     m_text += '\n';
 }

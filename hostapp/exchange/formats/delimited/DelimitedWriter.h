@@ -6,7 +6,7 @@
 ///
 /// A row a record under the header `time,Name (unit),…`. Times are ISO 8601, in UTC or by the local clock; if one lies
 /// outside the years 0000–9999, all of them are seconds since 1970, and the header says so. Invalid values and NaN are
-/// empty. Any one thread.
+/// empty; with columns of quality, NaN alone. Any one thread.
 namespace plotix {
 
 /// Throws ExportFailure and ExportCancelled.

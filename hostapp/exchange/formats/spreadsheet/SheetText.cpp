@@ -29,9 +29,15 @@ QString lettersOf(std::size_t column)
 }  // namespace
 
 SheetText::SheetText(const ExportedRecords& records, std::size_t first, std::size_t last)
-    : m_records(records), m_first(first), m_last(last), m_next(first), m_clock(records.form.clock, records.form.zone)
+    : m_records(records),
+      m_rows(records.records),
+      m_first(first),
+      m_last(last),
+      m_next(first),
+      m_clock(records.form.clock, records.form.zone)
 {
-    for (std::size_t column = 0; column <= records.columns.size(); ++column)
+    const std::size_t each = records.form.withQualities ? 2 : 1;
+    for (std::size_t column = 0; column <= records.columns.size() * each; ++column)
         m_letters.push_back(lettersOf(column));
 }
 
@@ -109,8 +115,14 @@ void SheetText::appendNames()
     m_column = 0;
     m_xml->writeStartElement(QStringLiteral("row"));
     appendText(QString::fromStdString(m_clock.name()));
-    for (const ExportedRecords::Column& column : m_records.columns)
-        appendText(cellName(joinedHeader({column.name, column.unit}), m_records.form.guardsFormulas.value_or(true)));
+    const auto append = [this](const QString& name) {
+        appendText(cellName(name, m_records.form.guardsFormulas.value_or(true)));
+    };
+    for (const ExportedRecords::Column& column : m_records.columns) {
+        append(joinedHeader({column.name, column.unit}));
+        if (m_records.form.withQualities)
+            append(qualityHeader(column.name));
+    }
     m_xml->writeEndElement();
 }
 
@@ -119,17 +131,28 @@ void SheetText::appendRecord(std::size_t row)
     ++m_line;
     m_column = 0;
     m_xml->writeStartElement(QStringLiteral("row"));
-    appendTime(m_records.block.times[row]);
-    for (const RecordBlock::Column& column : m_records.block.columns) {
-        const double value = column.values[row];
-        if (!column.validity.isValid(row) || std::isnan(value))
+    m_rows.moveTo(row);
+    appendTime(m_rows.time());
+    for (std::size_t column = 0; column < m_rows.columns(); ++column) {
+        const auto [value, isValid] = m_rows.cell(column);
+        if (std::isnan(value) || !(isValid || m_records.form.withQualities))
             ++m_column;
         else if (std::isinf(value))
             appendText(QString::fromStdString(exactNumber(value)));
         else
             appendNumber(value, nullptr);
+        if (m_records.form.withQualities)
+            appendQuality(isValid, value);
     }
     m_xml->writeEndElement();
+}
+
+void SheetText::appendQuality(bool isValid, double value)
+{
+    if (const QLatin1String text(qualityText(isValid, value)); !text.isEmpty())
+        appendText(text);
+    else
+        ++m_column;
 }
 
 void SheetText::appendTime(double seconds)

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "hostapp/exchange/ExportClock.h"
+#include "hostapp/exchange/ExportedRows.h"
 
 #include <QtCore/QBuffer>
 #include <QtCore/QXmlStreamWriter>
@@ -25,12 +26,14 @@ private:
     void end();
     void appendNames();
     void appendRecord(std::size_t row);
+    void appendQuality(bool isValid, double value);
     void appendTime(double seconds);
     void appendText(const QString& text);
     void appendNumber(double number, const char* style);
     void beginCell();
 
     const ExportedRecords& m_records;
+    ExportedRows m_rows;
     std::size_t m_first, m_last, m_next;
     ExportClock m_clock;
     std::vector<QString> m_letters;  // of the columns

@@ -8,6 +8,7 @@
 
 #include <algorithm>
 #include <array>
+#include <exception>
 #include <vector>
 
 namespace plotix {
@@ -52,7 +53,7 @@ constexpr auto kStyles =
 /// One sheet on its way into the archive.
 struct SheetSource {
     SheetSource(const ExportedRecords& records, std::size_t first, std::size_t last, const ExportProgress& told)
-        : text(records, first, last), progress(told), rowsBefore(first), rowsInAll(records.block.times.size())
+        : text(records, first, last), progress(told), rowsBefore(first), rowsInAll(records.records.times.size())
     {
     }
 
@@ -60,6 +61,7 @@ struct SheetSource {
     const ExportProgress& progress;  // borrowed
     std::size_t rowsBefore, rowsInAll;
     bool cancelled = false;
+    std::exception_ptr failure;  // of reading the records
     zip_error_t error{};
 
     zip_int64_t read(void* data, zip_uint64_t length)
@@ -70,7 +72,13 @@ struct SheetSource {
             zip_error_set(&error, ZIP_ER_CANCELLED, 0);
             return -1;
         }
-        return static_cast<zip_int64_t>(text.read(static_cast<char*>(data), static_cast<std::size_t>(length)));
+        try {
+            return static_cast<zip_int64_t>(text.read(static_cast<char*>(data), static_cast<std::size_t>(length)));
+        } catch (...) {  // the archive's library knows no exceptions
+            failure = std::current_exception();
+            zip_error_set(&error, ZIP_ER_READ, 0);
+            return -1;
+        }
     }
 };
 
@@ -157,7 +165,7 @@ private:
 
 std::vector<std::unique_ptr<SheetSource>> sheetsOf(const ExportedRecords& records, const ExportProgress& progress)
 {
-    const std::size_t rows = records.block.times.size();
+    const std::size_t rows = records.records.times.size();
     std::vector<std::unique_ptr<SheetSource>> sheets;
     std::size_t first = 0;
     do {
@@ -184,10 +192,11 @@ QByteArray listing(const char* head, const char* each, std::size_t count, const 
 
 void writeSpreadsheet(QIODevice& device, const ExportedRecords& records, const ExportProgress& progress)
 {
-    if (records.columns.size() + 1 > kMostSheetColumns)
+    const std::size_t each = records.form.withQualities ? 2 : 1;
+    if (records.columns.size() * each + 1 > kMostSheetColumns)
         throw ExportFailure(
             QStringLiteral("a sheet has no room for more than %1 properties; choose fewer, or a .csv file")
-                .arg(kMostSheetColumns - 1));
+                .arg((kMostSheetColumns - 1) / each));
     const std::vector<std::unique_ptr<SheetSource>> sheets = sheetsOf(records, progress);
     const std::size_t count = sheets.size();
     const QByteArray types = listing(kTypesHead, kTypesSheet, count, QStringLiteral("</Types>"));
@@ -207,6 +216,9 @@ void writeSpreadsheet(QIODevice& device, const ExportedRecords& records, const E
     if (!package.close()) {
         if (std::any_of(sheets.begin(), sheets.end(), [](const auto& sheet) { return sheet->cancelled; }))
             throw ExportCancelled();
+        for (const auto& sheet : sheets)
+            if (sheet->failure)
+                std::rethrow_exception(sheet->failure);
         throw ExportFailure(package.errorText());
     }
     package.writeTo(device);

@@ -25,6 +25,15 @@ QColor withAlpha(QColor color, int alpha)
     return color;
 }
 
+/// Below what stands above the uppermost plots, such as the title of a lane.
+double topOfPlots(const plotkit::GraphGeometry& geometry)
+{
+    double top = geometry.plotArea.bottom();
+    for (const auto& plot : geometry.graph.allPlots())
+        top = std::min(top, geometry.areaOf(geometry.graph.plotSpaceOf(*plot)).top());
+    return top;
+}
+
 /// Behind its line, or before it where the plots end; empty where neither has room.
 QRectF labelPlace(double x, const QSizeF& size, const QRectF& area, double takenTo)
 {
@@ -64,13 +73,14 @@ void ClockChangesLayer::drawInGraph(QPainter& painter, const plotkit::GraphGeome
     QPen pen(style.color, kLineWidth);
     pen.setCapStyle(Qt::FlatCap);
     pen.setDashPattern({kDash, kGap});
+    const double top = topOfPlots(geometry);
     double takenTo = area.left();
     for (const ClockChange& change : m_changes) {
         const double x = plotkit::coordinateForValue(geometry.xMappingOf(geometry.graph.plotSpace()), change.time);
         if (x < area.left() || x > area.right())
             continue;
         painter.setPen(pen);
-        painter.drawLine(QPointF(x, area.top()), QPointF(x, area.bottom()));
+        painter.drawLine(QPointF(x, top), QPointF(x, area.bottom()));
         const QString text = changeText(change);
         const QRectF place = labelPlace(x, {metrics.horizontalAdvance(text), metrics.height()}, area, takenTo);
         if (place.isEmpty())

@@ -33,7 +33,6 @@ void ClockPart::change(const ClockChoices& choices)
         return;
     m_choices = choices;
     takeClock();
-    apply();
     emit chosenChanged();
 }
 
@@ -55,8 +54,11 @@ void ClockPart::listen()
     KTVSiteClock* clock = trend().siteClock();
     if (clock == m_siteClock)
         return;
+    if (m_siteClock)
+        disconnect(m_siteClock, nullptr, this, nullptr);
     m_siteClock = clock;
-    connect(clock, &KTVSiteClock::changed, this, &ClockPart::takeClock);
+    if (clock)
+        connect(clock, &KTVSiteClock::changed, this, &ClockPart::takeClock);
     takeClock();
 }
 
@@ -93,7 +95,8 @@ void ClockPart::describe(CPTXYGraph& graph)
 {
     CPTXYAxis& axis = *graph.axisSet()->firstAxis();
     const QTimeZone chosen = trend().clock().zone;
-    const QString remark = chosen.isValid() ? zoneDescription(chosen, shownBy(graph)) : QString();
+    const QString remark =
+        chosen.isValid() ? zoneDescription(chosen, m_changes.offsets(chosen, shownBy(graph))) : QString();
     if (axis.titleRemark() != remark)
         axis.setTitleRemark(remark);
 }
@@ -103,7 +106,7 @@ void ClockPart::markChanges(const CPTXYGraphPtr& graph)
 {
     std::vector<ClockChange> changes;
     if (m_choices.doesMarkChanges())
-        changes = clockChanges(trend().zone(), shownBy(*graph));
+        changes = m_changes.within(trend().zone(), shownBy(*graph));
     if (changes.empty())
         return m_layer.remove();
     m_layer.put(graph, PartLayer<ClockChangesLayer>::Place::Beneath,

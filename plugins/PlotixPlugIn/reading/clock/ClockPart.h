@@ -54,6 +54,7 @@ private:
 
     ClockChoices m_choices;
     QPointer<KTVSiteClock> m_siteClock;
+    KnownClockChanges m_changes;
     PartLayer<ClockChangesLayer> m_layer;
     std::vector<QAction*> m_actions;
     std::vector<QAction*> m_zoneActions;  // their data is the zone

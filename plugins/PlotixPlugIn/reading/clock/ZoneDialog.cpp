@@ -22,6 +22,12 @@ namespace {
 constexpr QSize kSize(420, 460);  // points
 constexpr int kName = Qt::UserRole, kSearched = Qt::UserRole + 1;
 
+/// As it is compared: whatever its case, and with the minus sign that keyboards have.
+QString searchedFor(const QString& text)
+{
+    return text.toLower().replace(QChar(0x2212), QLatin1Char('-'));
+}
+
 /// "Europe/Berlin   Germany   UTC+1", as it is now.
 QListWidgetItem* makeItem(const QString& name, double now)
 {
@@ -35,7 +41,7 @@ QListWidgetItem* makeItem(const QString& name, double now)
     parts.removeDuplicates();
     auto* item = new QListWidgetItem(parts.join(QStringLiteral("   ")));
     item->setData(kName, name);
-    item->setData(kSearched, parts.join(QLatin1Char(' ')).toLower() + QLatin1Char(' ') + name.toLower());
+    item->setData(kSearched, searchedFor(parts.join(QLatin1Char(' ')) + QLatin1Char(' ') + name));
     return item;
 }
 
@@ -83,7 +89,7 @@ void ZoneDialog::fill(const QTimeZone& present)
 /// Every word typed must be found somewhere; what was chosen stays chosen while it is among them.
 void ZoneDialog::narrow()
 {
-    const QStringList words = m_field->text().toLower().split(QLatin1Char(' '), Qt::SkipEmptyParts);
+    const QStringList words = searchedFor(m_field->text()).split(QLatin1Char(' '), Qt::SkipEmptyParts);
     int first = -1;
     for (int row = 0; row < m_list->count(); ++row) {
         const QString searched = m_list->item(row)->data(kSearched).toString();

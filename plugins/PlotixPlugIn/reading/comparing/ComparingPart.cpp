@@ -37,6 +37,9 @@ struct ComparingPart::Reading {
     std::shared_ptr<RecordsRead> read = std::make_shared<RecordsRead>();
     std::map<QString, Found> found;
     std::size_t open = 1;  // answers to come, and the asking itself
+    SpanRecords present;
+    Beside beside = Beside::Nothing;
+    bool isReplaced = false;  // by one that shows what this one was to show
     std::function<void()> show;
 };
 
@@ -78,12 +81,16 @@ void ComparingPart::clockSet()
 {
     m_found.clear();
     updateActions();
-    readMissing();
+    show();
+    if (isAwaited())
+        readAgain();
+    else
+        readMissing();
 }
 
-void ComparingPart::readBeside(const TimeSpan& span, const std::function<void()>& show)
+void ComparingPart::readBeside(const SpanRecords& present, const std::function<void()>& show)
 {
-    read(span, m_choices.together(), show);
+    read(Beside::Records, present, m_choices.together(), show);
 }
 
 std::vector<TimeSpan> ComparingPart::spansBeside(const TimeSpan& span) const
@@ -96,17 +103,20 @@ std::vector<TimeSpan> ComparingPart::spansBeside(const TimeSpan& span) const
 }
 
 // Whoever reads anew wants nothing any more of what was asked before; its records are shown without comparisons.
-void ComparingPart::read(const TimeSpan& span, const QStringList& comparisons, const std::function<void()>& show)
+void ComparingPart::read(Beside beside, const SpanRecords& present, const QStringList& comparisons,
+                         const std::function<void()>& show)
 {
     stopReading();
     if (comparisons.isEmpty())
         return show();
     const auto reading = std::make_shared<Reading>();
+    reading->present = present;
+    reading->beside = beside;
     reading->show = show;
     m_reading = reading;
     for (const QString& text : comparisons) {
         const auto comparison = comparisonFrom(text);
-        const std::vector<EarlierStretch> stretches = stretchesOf(*comparison, span, trend().zone());
+        const std::vector<EarlierStretch> stretches = stretchesOf(*comparison, present.span, trend().zone());
         const QStringList keys = m_choices.keysOf(text);
         reading->found[text] = {keys, nullptr, stretches};
         if (stretches.empty())
@@ -116,7 +126,7 @@ void ComparingPart::read(const TimeSpan& span, const QStringList& comparisons, c
                            [part = QPointer(this), reading, text, stretches](const KTVRecordDictionaryPtr& records) {
                                if (records)
                                    reading->found[text].records =
-                                       recordsBeside(*records, stretches,
+                                       recordsBeside(*records, stretches, reading->present.records.get(),
                                                      [&text](const QString& key) { return comparedKey(key, text); });
                                if (part)
                                    part->finish(reading);
@@ -129,13 +139,16 @@ void ComparingPart::finish(const std::shared_ptr<Reading>& reading)
 {
     if (--reading->open > 0)
         return;
-    if (reading == m_reading) {
+    const bool isLatest = reading == m_reading;
+    if (isLatest) {
         m_reading.reset();
         for (auto& [text, found] : reading->found)
             m_found[text] = std::move(found);
         forgetUnwanted();
     }
-    reading->show();
+    // Records wait to be shown even if nobody wants their comparisons any more.
+    if (isLatest || (reading->beside == Beside::Records && !reading->isReplaced))
+        reading->show();
 }
 
 void ComparingPart::forgetUnwanted()
@@ -159,10 +172,18 @@ void ComparingPart::readingCancelled()
     stopReading();
 }
 
+/// Whether records wait to be shown together with what is being read.
+bool ComparingPart::isAwaited() const
+{
+    return m_reading && m_reading->beside == Beside::Records;
+}
+
+/// For all lines that are compared so; what is being read for records that wait counts.
 bool ComparingPart::isFound(const QString& comparison) const
 {
-    const auto found = m_found.find(comparison);
-    if (found == m_found.end())
+    const std::map<QString, Found>& all = isAwaited() ? m_reading->found : m_found;
+    const auto found = all.find(comparison);
+    if (found == all.end())
         return false;
     const QStringList keys = m_choices.keysOf(comparison);
     const QStringList& known = found->second.keys;
@@ -170,37 +191,36 @@ bool ComparingPart::isFound(const QString& comparison) const
                                                               [&](const QString& key) { return known.contains(key); }));
 }
 
-std::optional<TimeSpan> ComparingPart::spanShown() const
-{
-    if (const auto asked = trend().readSpan())
-        return asked;
-    const KTVRecordDictionaryPtr records = trend().records();
-    if (!records || !records->time() || records->time()->isEmpty())
-        return std::nullopt;
-    const auto times = records->time()->span();
-    const auto [first, last] = std::minmax_element(times.begin(), times.end());
-    return TimeSpan{*first, *last};
-}
-
 // A comparison chosen while records are shown: what is there stays, and only what is missing is read.
 void ComparingPart::readMissing()
 {
-    if (!trend().graph())
-        return;
     show();
     QStringList missing;
     for (const QString& comparison : m_choices.together())
         if (!isFound(comparison))
             missing << comparison;
+    if (isAwaited() && !missing.isEmpty())
+        return readAgain();
+    if (isAwaited() || !trend().graph())
+        return;
     const auto span = spanShown();
     if (missing.isEmpty() || !span)
         return;
     trend().setBusy(true);
-    read(*span, missing, [this] {
+    read(Beside::Nothing, {*span, trend().records()}, missing, [this, missing] {
         trend().setBusy(false);
         show();
         fitValues();
+        tellNothingFound(missing);
     });
+}
+
+// What was chosen while records wait for their comparisons counts for these records, and not for those still shown.
+void ComparingPart::readAgain()
+{
+    const std::shared_ptr<Reading> before = m_reading;
+    before->isReplaced = true;
+    read(Beside::Records, before->present, m_choices.together(), before->show);
 }
 
 void ComparingPart::show()
@@ -218,6 +238,7 @@ void ComparingPart::show()
                             [&](const AddedLine& each) { return each.line.key == points.first; });
     });
     trend().setAddedLines(std::move(added));
+    updateActions();
     dress();
 }
 
@@ -232,8 +253,6 @@ std::optional<AddedLine> ComparingPart::addedLine(const ReadLine& line, const QS
     if (column->unit() != line.unit)
         column->setUnit(line.unit);
     const CPTSeriesControllerPtr points = pointsOf(key, *records, *column);
-    if (points->content()->count() == 0)
-        return std::nullopt;
     AddedLine added{line, std::make_shared<CPTScatterPlot>(), records};
     added.line.key = key;
     added.line.comparedKey = line.key;
@@ -241,11 +260,15 @@ std::optional<AddedLine> ComparingPart::addedLine(const ReadLine& line, const QS
     added.line.comparisonName = nameOf(*comparisonFrom(comparison), trend().clock());
     //: A line and with what it is compared: "Power, a week earlier".
     added.line.name = localizedText(QT_TRANSLATE_NOOP("Plotix", "%1, %2")).arg(line.name, added.line.comparisonName);
+    added.line.hasValues = points->content()->count() > 0;
     added.line.recordedAt = [stretches = found->second.stretches](double drawn) {
         return earlierTime(stretches, drawn);
     };
     added.plot->setIdentifier(key);
     added.plot->setTitle(added.line.name);
+    if (!added.line.hasValues)
+        //: In heads and legends, of a line that is compared: "Power, a week earlier: nothing recorded".
+        added.plot->setTitle(localizedText(QT_TRANSLATE_NOOP("Plotix", "%1: nothing recorded")).arg(added.line.name));
     added.plot->bind(CPTScatterPlotBindingXValues, points, QStringLiteral("arrangedObjects.x"));
     added.plot->bind(CPTScatterPlotBindingYValues, points, QStringLiteral("arrangedObjects.y"));
     return added;

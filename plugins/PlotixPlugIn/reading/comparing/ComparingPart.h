@@ -33,7 +33,7 @@ public:
     void linesChanged() override { dress(); }
     void restyled() override { dress(); }
     void markedSpanSet() override { updateActions(); }
-    void readBeside(const TimeSpan& span, const std::function<void()>& show) override;
+    void readBeside(const SpanRecords& present, const std::function<void()>& show) override;
     void readingCancelled() override;
     std::vector<TimeSpan> spansBeside(const TimeSpan& span) const override;
     bool keyPressed(const QKeyEvent& event) override;
@@ -64,7 +64,11 @@ private:
         CPTSeriesControllerPtr controller;
     };
 
-    void read(const TimeSpan& span, const QStringList& comparisons, const std::function<void()>& show);
+    enum class Beside { Nothing, Records };  ///< Records: others are shown together with what is read
+    void read(Beside beside, const SpanRecords& present, const QStringList& comparisons,
+              const std::function<void()>& show);
+    void readAgain();
+    bool isAwaited() const;
     void forgetUnwanted();
     void stopReading();
     void finish(const std::shared_ptr<Reading>& reading);
@@ -74,6 +78,10 @@ private:
     void show();
     std::optional<AddedLine> addedLine(const ReadLine& line, const QString& comparison);
     CPTSeriesControllerPtr pointsOf(const QString& key, const KTVRecordDictionary& records, KTVRecordColumn& column);
+    bool isWithoutValues(const QString& comparison) const;
+    bool isBeyondRecords(const QString& comparison) const;
+    void tellNothingFound(const QStringList& comparisons) const;
+    QString itemText(const QString& comparison) const;
     void dress();
     void fitValues();
     std::optional<double> standing() const;

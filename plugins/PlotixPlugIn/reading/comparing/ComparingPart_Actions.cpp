@@ -7,6 +7,7 @@
 
 #include <QtGui/QKeyEvent>
 #include <QtWidgets/QMenu>
+#include <QtWidgets/QToolTip>
 
 #include <algorithm>
 
@@ -64,10 +65,84 @@ void ComparingPart::makeActions()
     m_nothing = add(QT_TRANSLATE_NOOP("Plotix", "Compare with &Nothing"), [this] { change({}); });
 }
 
+std::optional<TimeSpan> ComparingPart::spanShown() const
+{
+    if (const auto asked = trend().readSpan())
+        return asked;
+    const KTVRecordDictionaryPtr records = trend().records();
+    if (!records || !records->time() || records->time()->isEmpty())
+        return std::nullopt;
+    const RecordTimes& times = *records->time();
+    if (times.runs())
+        return TimeSpan{times.front(), times.back()};
+    const PagedMemory::Hold held = times.holdAll();
+    const auto [first, last] = std::minmax_element(times.span().begin(), times.span().end());
+    return TimeSpan{*first, *last};
+}
+
+/// What was read of all lines that are compared so has no value.
+bool ComparingPart::isWithoutValues(const QString& comparison) const
+{
+    bool isRead = false;
+    for (const ReadLine& line : trend().lines()) {
+        if (!line.isCompared() || line.comparison != comparison)
+            continue;
+        if (line.hasValues)
+            return false;
+        isRead = true;
+    }
+    return isRead;
+}
+
+/// Known without reading: all of it lies before the first record that is stored, or after the last.
+bool ComparingPart::isBeyondRecords(const QString& comparison) const
+{
+    const auto recorded = trend().recordedSpan();
+    const auto shown = recorded && trend().graph() ? spanShown() : std::nullopt;
+    if (!shown)
+        return false;
+    const auto stretches = stretchesOf(*comparisonFrom(comparison), *shown, trend().zone());
+    if (stretches.empty())
+        return false;
+    const TimeSpan then = hullOf(stretches);
+    return then.to < recorded->from || then.from > recorded->to;
+}
+
+/// As menus have it: with a word about what was looked for in vain, so that nobody waits for a line.
+QString ComparingPart::itemText(const QString& comparison) const
+{
+    const auto usual = std::find_if(std::begin(kUsual), std::end(kUsual),
+                                    [&](const UsualRow& row) { return comparison == QLatin1String(row.comparison); });
+    const QString text =
+        usual != std::end(kUsual) ? localizedText(usual->text) : nameOf(*comparisonFrom(comparison), trend().clock());
+    if (!isWithoutValues(comparison) && !isBeyondRecords(comparison))
+        return text;
+    //: An item of a menu: "A Week Earlier (nothing recorded)".
+    return localizedText(QT_TRANSLATE_NOOP("Plotix", "%1 (nothing recorded)")).arg(text);
+}
+
+/// At once, where the eyes are that wait for a line.
+void ComparingPart::tellNothingFound(const QStringList& comparisons) const
+{
+    QStringList told;
+    for (const QString& comparison : comparisons)
+        if (isWithoutValues(comparison))
+            told << localizedText(QT_TRANSLATE_NOOP("Plotix", "Nothing was recorded %1."))
+                        .arg(nameOf(*comparisonFrom(comparison), trend().clock()));
+    CPTGraphHostingView* view = trend().graphView();
+    if (told.isEmpty() || !view || !view->isVisible())
+        return;
+    constexpr int kLongEnough = 8'000;  // milliseconds
+    const QPoint place(view->width() / 3, view->height() / 3);
+    QToolTip::showText(view->mapToGlobal(place), told.join(u'\n'), view, {}, kLongEnough);
+}
+
 void ComparingPart::updateActions()
 {
-    for (QAction* action : m_usual)
+    for (QAction* action : m_usual) {
         action->setChecked(m_choices.all.contains(action->data().toString()));
+        action->setText(itemText(action->data().toString()));
+    }
     for (QAction* action : m_onMarks)
         action->setEnabled(trend().markedSpan().has_value());
     m_nothing->setEnabled(!m_choices.isEmpty());
@@ -148,12 +223,7 @@ void ComparingPart::addLineItems(QMenu& menu, const QStringList& keys)
     offered << m_choices.together();
     offered.removeDuplicates();
     for (const QString& comparison : offered) {
-        const auto usual = std::find_if(std::begin(kUsual), std::end(kUsual), [&](const UsualRow& row) {
-            return comparison == QLatin1String(row.comparison);
-        });
-        QAction* item =
-            compare.addAction(usual != std::end(kUsual) ? localizedText(usual->text)
-                                                        : nameOf(*comparisonFrom(comparison), trend().clock()));
+        QAction* item = compare.addAction(itemText(comparison));
         item->setCheckable(true);
         item->setChecked(std::all_of(keys.begin(), keys.end(),
                                      [&](const QString& key) { return m_choices.of(key).contains(comparison); }));

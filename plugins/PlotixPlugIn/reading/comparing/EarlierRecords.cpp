@@ -1,6 +1,11 @@
 #include "plugins/PlotixPlugIn/reading/comparing/EarlierRecords.h"
 
+#include "base/LargeMemory.h"
+#include "base/PagedReading.h"
+#include "plugins/PlotixPlugIn/reading/comparing/TakenRecords.h"
+
 #include <algorithm>
+#include <cmath>
 #include <cstdint>
 #include <limits>
 
@@ -10,17 +15,14 @@ namespace {
 
 constexpr std::size_t kBitsOfWord = 64;
 
-/// Elements [first, last), and how far their times are moved.
-struct Run {
-    std::size_t first = 0, last = 0;
-    double shift = 0;
-};
+using Run = TakenRun;
 
 /// In any order of times: each run holds neighbours that lie in one stretch.
-std::vector<Run> runsOf(std::span<const double> times, const std::vector<EarlierStretch>& stretches)
+std::vector<Run> runsOf(const RecordTimes& times, const std::vector<EarlierStretch>& stretches)
 {
     std::vector<Run> runs;
-    const bool isSorted = std::is_sorted(times.begin(), times.end());
+    const PagedMemory::Hold held = times.runs() ? PagedMemory::Hold() : times.holdAll();
+    const bool isSorted = times.runs() || std::is_sorted(times.span().begin(), times.span().end());
     for (const EarlierStretch& stretch : stretches) {
         const auto [from, to] = stretch.earlier;
         const bool hasEnd = &stretch == &stretches.back();
@@ -28,11 +30,11 @@ std::vector<Run> runsOf(std::span<const double> times, const std::vector<Earlier
             return time >= from && (time < to || (hasEnd && time == to));
         };
         if (isSorted) {
-            const auto first = std::lower_bound(times.begin(), times.end(), from);
-            const auto last =
-                hasEnd ? std::upper_bound(first, times.end(), to) : std::lower_bound(first, times.end(), to);
-            if (first != last)
-                runs.push_back({std::size_t(first - times.begin()), std::size_t(last - times.begin()), stretch.shift});
+            const std::size_t first = times.firstNotEarlier(from, times.size());
+            const std::size_t last =
+                hasEnd ? times.firstLater(to, times.size()) : times.firstNotEarlier(to, times.size());
+            if (first < last)
+                runs.push_back({first, last, stretch.shift});
             continue;
         }
         for (std::size_t index = 0; index < times.size(); ++index) {
@@ -46,17 +48,60 @@ std::vector<Run> runsOf(std::span<const double> times, const std::vector<Earlier
     return runs;
 }
 
-SharedArray<double> shiftedTimes(std::span<const double> times, const std::vector<Run>& runs)
+/// Whether the moved times of the run are those of `present` from `place` on, to the last bit.
+bool isMovedOnto(const RecordTimes& times, const Run& run, const RecordTimes& present, std::size_t place)
 {
-    std::vector<double> shifted;
+    constexpr std::size_t kBlock = 1024;  // so that the first other time ends it soon, and the rest is a plain loop
+    for (std::size_t first = run.first; first < run.last; first += kBlock, place += kBlock) {
+        const std::size_t count = std::min(kBlock, run.last - first);
+        const PagedMemory::Hold held = times.hold(first, first + count), other = present.hold(place, place + count);
+        const double* from = times.data() + first;
+        const double* onto = present.data() + place;
+        std::size_t others = 0;
+        for (std::size_t i = 0; i < count; ++i)
+            others += from[i] + run.shift != onto[i] ? 1 : 0;
+        if (others > 0)
+            return false;
+    }
+    return true;
+}
+
+/// Records at even distances mostly come to stand at the very times of the present ones: then those serve.
+RecordTimes shiftedTimes(const RecordTimes& times, const std::vector<Run>& runs, const KTVRecordDictionary* present)
+{
+    if (!times.isResident() && times.runs())
+        return takenTimes(times, runs);
     std::size_t count = 0;
     for (const Run& run : runs)
         count += run.last - run.first;
-    shifted.reserve(count);
+    const bool isAsLong = present && present->time() && present->time()->size() == count;
+    std::size_t done = 0;
+    if (isAsLong && std::all_of(runs.begin(), runs.end(), [&](const Run& run) {
+            const bool isSame = isMovedOnto(times, run, *present->time(), done);
+            done += run.last - run.first;
+            return isSame;
+        }))
+        return static_cast<const PagedArray<double>&>(*present->time());  // its runs are cut at other places
+    const std::shared_ptr<double> shifted = unsetArray<double>(count);
+    double* next = shifted.get();
     for (const Run& run : runs)
-        for (std::size_t index = run.first; index < run.last; ++index)
-            shifted.push_back(times[index] + run.shift);
-    return SharedArray<double>::fromVector(std::move(shifted));
+        inStretches(times, run.first, run.last, [&](std::size_t first, std::size_t last) {
+            next = std::transform(times.data() + first, times.data() + last, next,
+                                  [&run](double time) { return time + run.shift; });
+        });
+    return SharedArray<double>(shifted, count);
+}
+
+/// What is known of all times, when all of them are moved.
+std::shared_ptr<const TimeRuns> shiftedRuns(const RecordTimes& times, double shift)
+{
+    if (!times.runs())
+        return nullptr;
+    const auto shifted = std::make_shared<TimeRuns>(*times.runs());
+    for (std::vector<double>* each : {&shifted->first, &shifted->last})
+        for (double& time : *each)
+            time += shift;
+    return shifted;
 }
 
 /// Elements past the column's end are no values.
@@ -65,18 +110,27 @@ std::shared_ptr<KTVRecordColumn> takenRuns(const KTVRecordColumn& column, const 
     std::vector<double> values;
     std::vector<std::uint64_t> valid;
     std::map<std::size_t, KTVPropertyPtr> exceptions;
-    for (const Run& run : runs)
-        for (std::size_t index = run.first; index < run.last; ++index) {
-            const std::size_t place = values.size();
-            const bool isThere = index < column.size();
-            if (place % kBitsOfWord == 0)
-                valid.push_back(0);
-            if (isThere && column.isValid(index))
-                valid.back() |= std::uint64_t(1) << (place % kBitsOfWord);
-            values.push_back(isThere ? column.archivedValues()[index] : std::numeric_limits<double>::quiet_NaN());
-            if (const auto exception = column.exceptions().find(index); exception != column.exceptions().end())
-                exceptions[place] = exception->second;
-        }
+    const auto take = [&](double value, bool isValid) {
+        const std::size_t place = values.size();
+        if (place % kBitsOfWord == 0)
+            valid.push_back(0);
+        if (isValid)
+            valid.back() |= std::uint64_t(1) << (place % kBitsOfWord);
+        values.push_back(value);
+    };
+    for (const Run& run : runs) {
+        for (auto each = column.exceptions().lower_bound(run.first);
+             each != column.exceptions().end() && each->first < run.last; ++each)
+            exceptions[values.size() + (each->first - run.first)] = each->second;
+        const std::size_t end = std::min(run.last, column.size());
+        inStretches(column, run.first, end, [&](std::size_t first, std::size_t last) {
+            for (std::size_t index = first; index < last; ++index)
+                take(column.archivedValues()[index],
+                     column.validity().isValid(index) && !std::isnan(column.archivedValues()[index]));
+        });
+        for (std::size_t index = std::max(run.first, end); index < run.last; ++index)
+            take(std::numeric_limits<double>::quiet_NaN(), false);
+    }
     const auto taken = std::make_shared<KTVRecordColumn>(
         column.descriptor(), SharedArray<double>::fromVector(std::move(values)),
         ValidityBitmap(SharedArray<std::uint64_t>::fromVector(std::move(valid))), column.unitModel());
@@ -88,19 +142,24 @@ std::shared_ptr<KTVRecordColumn> takenRuns(const KTVRecordColumn& column, const 
 }  // namespace
 
 KTVRecordDictionaryPtr recordsBeside(const KTVRecordDictionary& earlier, const std::vector<EarlierStretch>& stretches,
+                                     const KTVRecordDictionary* present,
                                      const std::function<QString(const QString&)>& keyOf)
 {
     if (!earlier.time() || stretches.empty())
         return nullptr;
-    const std::span<const double> times = earlier.time()->span();
+    const RecordTimes& times = *earlier.time();
     const std::vector<Run> runs = runsOf(times, stretches);
-    if (runs.empty())
-        return nullptr;
     const bool isWhole = runs.size() == 1 && runs.front().first == 0 && runs.front().last == times.size();
     const auto beside = std::make_shared<KTVRecordDictionary>();
-    beside->setTime(shiftedTimes(times, runs));
-    for (const auto& [key, column] : earlier.columns())
-        beside->setColumn(keyOf(key), isWhole ? column : takenRuns(*column, runs));
+    const RecordTimes moved = shiftedTimes(times, runs, present);
+    beside->setTime(isWhole && !moved.runs() ? RecordTimes(moved, shiftedRuns(times, runs.front().shift)) : moved);
+    for (const auto& [key, column] : earlier.columns()) {
+        const bool isPaged = times.runs() && moved.runs() && column->archivedValues().memory() &&
+                             column->known().runs && column->exceptions().empty();
+        beside->setColumn(keyOf(key), isWhole   ? column
+                                      : isPaged ? takenColumn(*column, times, runs)
+                                                : takenRuns(*column, runs));
+    }
     return beside;
 }
 

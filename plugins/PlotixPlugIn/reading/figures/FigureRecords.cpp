@@ -7,38 +7,50 @@
 #include <cassert>
 #include <cmath>
 #include <limits>
+#include <map>
 #include <numeric>
 
 namespace plotix {
 
 namespace {
 
+constexpr double kNone = std::numeric_limits<double>::quiet_NaN();
+
 /// The column as it is now; a unit chosen later does not change what a worker is reading.
+std::shared_ptr<const KTVRecordColumn> columnNow(const KTVRecordColumn& column)
+{
+    return std::make_shared<const KTVRecordColumn>(column.descriptor(), column.archivedValues(), column.validity(),
+                                                   column.unitModel());
+}
+
 FigureRecords::Conversion conversionOf(const KTVRecordColumn& column)
 {
     if (column.unit() == column.descriptor().archivedUnit)
         return {};
-    const auto kept = std::make_shared<const KTVRecordColumn>(column.descriptor(), column.archivedValues(),
-                                                              column.validity(), column.unitModel());
-    return [kept](std::size_t first, std::span<double> out) { kept->copyUnitValues(first, out); };
+    return [kept = columnNow(column)](std::size_t first, std::span<double> out) { kept->copyUnitValues(first, out); };
 }
 
-SharedArray<double> valuesWithExceptions(const KTVRecordColumn& column)
+/// What is not valid answers NaN, and what differs from the column as what it is.
+FigureRecords::Conversion exceptionsOf(const KTVRecordColumn& column)
 {
-    std::vector<double> values(column.size());
-    column.copyUnitValues(0, values);
-    for (std::size_t index = 0; index < values.size(); ++index)
-        if (!column.isValid(index))
-            values[index] = std::numeric_limits<double>::quiet_NaN();
+    std::map<std::size_t, double> exceptions;
     for (const auto& [index, snapshot] : column.exceptions())
-        values[index] =
-            snapshot && snapshot->isValid() ? snapshot->unitValue() : std::numeric_limits<double>::quiet_NaN();
-    return SharedArray<double>::fromVector(std::move(values));
+        exceptions[index] = snapshot && snapshot->isValid() ? snapshot->unitValue() : kNone;
+    return [kept = columnNow(column), exceptions = std::move(exceptions)](std::size_t first, std::span<double> out) {
+        kept->copyUnitValues(first, out);
+        const KTVRecordColumn::Hold held = kept->hold(first, first + out.size());
+        for (std::size_t index = 0; index < out.size(); ++index)
+            if (!kept->validity().isValid(first + index))
+                out[index] = kNone;
+        for (auto each = exceptions.lower_bound(first); each != exceptions.end() && each->first - first < out.size();
+             ++each)
+            out[each->first - first] = each->second;
+    };
 }
 
 }  // namespace
 
-FigureRecords::FigureRecords(SharedArray<double> times, SharedArray<double> values, ValidityBitmap validity,
+FigureRecords::FigureRecords(RecordTimes times, PagedArray<double> values, ValidityBitmap validity,
                              Conversion conversion)
     : m_times(std::move(times)),
       m_values(std::move(values)),
@@ -48,12 +60,21 @@ FigureRecords::FigureRecords(SharedArray<double> times, SharedArray<double> valu
 {
 }
 
-FigureRecords::FigureRecords(SharedArray<double> times, const KTVRecordColumn& column)
-    : FigureRecords(std::move(times),
-                    column.exceptions().empty() ? column.archivedValues() : valuesWithExceptions(column),
+FigureRecords::FigureRecords(RecordTimes times, const KTVRecordColumn& column)
+    : FigureRecords(std::move(times), column.archivedValues(),
                     column.exceptions().empty() ? column.validity() : ValidityBitmap(),
-                    column.exceptions().empty() ? conversionOf(column) : Conversion())
+                    column.exceptions().empty() ? conversionOf(column) : exceptionsOf(column))
 {
+}
+
+FigureRecords::Held FigureRecords::hold(std::size_t first, std::size_t last) const
+{
+    constexpr std::size_t kBits = 64;
+    if (m_values.isResident() && m_times.isResident() && m_validity.words().isResident())
+        return {};
+    return {m_times.hold(first, last), m_values.hold(first, last),
+            m_validity.isAllValid() ? PagedMemory::Hold()
+                                    : m_validity.words().hold(first / kBits, (last + kBits - 1) / kBits)};
 }
 
 std::span<const double> FigureRecords::values(std::size_t first, std::size_t last, Buffer& buffer) const
@@ -85,6 +106,7 @@ bool FigureRecords::isAllValid(std::size_t first, std::size_t last) const
 FigureRecords::Points FigureRecords::points(std::size_t first, std::size_t last, Buffer& buffer) const
 {
     assert(first <= last && last <= m_size && last - first <= kBlock);
+    buffer.held = hold(first, last);
     const std::span<const double> values = this->values(first, last, buffer);
     const std::span<const double> times = m_times.span().subspan(first, last - first);
     if (isAllValid(first, last) && !FigureKernels::best().holdsNaN(values.data(), values.size()))
@@ -106,6 +128,7 @@ FigureRecords FigureRecords::arranged(const std::vector<std::size_t>& order, con
     for (std::size_t first = 0; first < m_size; first += kBlock) {
         Buffer buffer;
         const std::size_t last = std::min(m_size, first + kBlock);
+        const Held held = hold(first, last);
         std::ranges::copy(values(first, last, buffer), all.begin() + static_cast<std::ptrdiff_t>(first));
         for (std::size_t index = first; index < last; ++index)
             if (!m_validity.isValid(index))

@@ -1,6 +1,7 @@
 #pragma once
 
-#include "base/SharedArray.h"
+#include "base/RecordTimes.h"
+#include "base/ValidityBitmap.h"
 
 #include <array>
 #include <cstddef>
@@ -13,7 +14,7 @@
 class KTVRecordColumn;
 
 /// The records of one line as the figures read them: times and values in double precision, in the unit that was shown
-/// when this was made. A value; *shares* the records; any thread once made.
+/// when this was made. Paged ones are held where they are read. A value; *shares* the records; any thread once made.
 namespace plotix {
 
 class FigureRecords {
@@ -23,23 +24,28 @@ public:
 
     FigureRecords() = default;
     /// No conversion: the values are in the unit shown. Records beyond the shorter of times and values are left out.
-    FigureRecords(SharedArray<double> times, SharedArray<double> values, ValidityBitmap validity = {},
+    FigureRecords(RecordTimes times, PagedArray<double> values, ValidityBitmap validity = {},
                   Conversion conversion = {});
     /// Elements of the column that differ from it count as what they are. Main thread.
-    FigureRecords(SharedArray<double> times, const KTVRecordColumn& column);
+    FigureRecords(RecordTimes times, const KTVRecordColumn& column);
 
     std::size_t size() const { return m_size; }
-    const SharedArray<double>& times() const { return m_times; }
+    const RecordTimes& times() const { return m_times; }
 
     /// Where values that count stand, densely: those that are valid and no NaN.
     struct Points {
         std::span<const double> times, values;
     };
     static constexpr std::size_t kBlock = 4096;  ///< the most elements that are read at once
+    struct Held {
+        PagedMemory::Hold times, values, validity;
+    };
     struct Buffer {
         std::array<double, kBlock> times, values;
+        Held held;
     };
-    /// The points among elements [first, last); they stand in the records themselves or in the buffer. *Borrows* both.
+    /// The points among elements [first, last); they stand in the records themselves, which the buffer holds until it
+    /// is used again, or in the buffer. *Borrows* both.
     /// Requires: last - first ≤ kBlock, last ≤ size().
     Points points(std::size_t first, std::size_t last, Buffer& buffer) const;
 
@@ -47,10 +53,12 @@ public:
     FigureRecords arranged(const std::vector<std::size_t>& order, const SharedArray<double>& times) const;
 
 private:
+    Held hold(std::size_t first, std::size_t last) const;
     bool isAllValid(std::size_t first, std::size_t last) const;
     std::span<const double> values(std::size_t first, std::size_t last, Buffer& buffer) const;
 
-    SharedArray<double> m_times, m_values;
+    RecordTimes m_times;
+    PagedArray<double> m_values;
     ValidityBitmap m_validity;
     Conversion m_conversion;
     std::size_t m_size = 0;

@@ -60,12 +60,42 @@ std::shared_ptr<const LineSummary> LineSummary::make(FigureRecords records, doub
     return summary;
 }
 
+std::shared_ptr<const LineSummary> LineSummary::makePart(FigureRecords records, double longestJoin,
+                                                         const Elements& elements, const LineSummary* known)
+{
+    const std::shared_ptr<LineSummary> summary(new LineSummary);
+    const std::size_t blocks = (records.size() + FigureRecords::kBlock - 1) / FigureRecords::kBlock;
+    summary->m_longestJoin = longestJoin;
+    summary->m_blocks = known ? known->m_blocks : std::vector<PointSums>(blocks);
+    summary->m_isRead = known ? known->m_isRead : std::vector<bool>(blocks, false);
+    const auto buffer = std::make_unique<FigureRecords::Buffer>();
+    for (std::size_t block = elements.first / FigureRecords::kBlock; block * FigureRecords::kBlock < elements.last;
+         ++block) {
+        const std::size_t first = block * FigureRecords::kBlock;
+        if (summary->m_isRead.empty() || summary->m_isRead[block])
+            continue;
+        const std::size_t last = std::min(records.size(), first + FigureRecords::kBlock);
+        summary->m_blocks[block] = sumsOf(records.points(first, last, *buffer), longestJoin);
+        summary->m_isRead[block] = true;
+    }
+    summary->m_records = std::move(records);
+    return summary;
+}
+
+bool LineSummary::hasRead(const Elements& elements) const
+{
+    for (std::size_t block = elements.first / FigureRecords::kBlock;
+         !m_isRead.empty() && block * FigureRecords::kBlock < elements.last; ++block)
+        if (!m_isRead[block])
+            return false;
+    return true;
+}
+
 LineSummary::Elements LineSummary::elements(double from, double to) const
 {
-    const auto times = m_records.times().span().first(m_records.size());
-    const auto first = std::lower_bound(times.begin(), times.end(), from);
-    const auto last = std::upper_bound(first, times.end(), to);
-    return {static_cast<std::size_t>(first - times.begin()), static_cast<std::size_t>(last - times.begin())};
+    const RecordTimes& times = m_records.times();
+    const std::size_t first = times.firstNotEarlier(from, m_records.size());
+    return {first, std::max(first, times.firstLater(to, m_records.size()))};
 }
 
 std::vector<LineSummary::Piece> LineSummary::pieces(const Elements& elements) const

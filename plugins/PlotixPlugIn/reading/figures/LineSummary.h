@@ -36,6 +36,16 @@ public:
     /// Requires: times that never decrease.
     static std::shared_ptr<const LineSummary> make(FigureRecords records, double longestJoin, const Work& work = {});
 
+    struct Elements {
+        std::size_t first = 0, last = 0;  ///< `last` is not among them
+    };
+    /// Reads the blocks of these elements alone, and knows what another summary of the same records has read (null:
+    /// there is none). Figures of spans whose records, and the ones next to them, were read are those of the whole
+    /// line.
+    static std::shared_ptr<const LineSummary> makePart(FigureRecords records, double longestJoin,
+                                                       const Elements& elements, const LineSummary* known);
+    bool hasRead(const Elements& elements) const;
+
     /// Over the records with from ≤ time ≤ to. The line's way from the record before the span into it, and out of it to
     /// the record after, counts as far as it lies in the span.
     LineFigures figures(double from, double to) const;
@@ -44,9 +54,6 @@ public:
     double longestJoin() const { return m_longestJoin; }
 
     /// Elements of the span: from ≤ time ≤ to.
-    struct Elements {
-        std::size_t first = 0, last = 0;  ///< `last` is not among them
-    };
     Elements elements(double from, double to) const;
 
     /// Whole blocks and parts of them, in order; those without points are left out.
@@ -76,6 +83,7 @@ private:
     FigureRecords m_records;
     double m_longestJoin = 0;
     std::vector<PointSums> m_blocks;
+    std::vector<bool> m_isRead;  // of a part, by block; empty: all are
 };
 
 }  // namespace plotix

@@ -216,11 +216,13 @@ std::vector<ArrangedLine> Arrangement::arrangedLines() const
     std::vector<ArrangedLine> arranged;
     const CPTXYGraphPtr graph = trend().graph();
     for (const ReadLine& line : trend().lines()) {
-        const CPTPointSeriesPtr series = graph->plotWithIdentifier(line.key)->valueSeries();
+        const CPTScatterPlotPtr plot = graph->plotWithIdentifier(line.key);
+        const CPTPointSeriesPtr series = plot->valueSeries();
         const auto extent = series ? series->extent() : std::nullopt;
         const double lowest = extent ? static_cast<double>(extent->minY) : 1;
         const double highest = extent ? static_cast<double>(extent->maxY) : 0;
-        arranged.push_back({line.key, line.name, line.unitSymbol, lowest, highest, line.comparedKey});
+        const QString name = line.hasValues ? line.name : plot->title();  // which says that there is nothing
+        arranged.push_back({line.key, name, line.unitSymbol, lowest, highest, line.comparedKey});
     }
     return arranged;
 }
@@ -312,7 +314,7 @@ void Arrangement::fitLanes()
 
 void Arrangement::makeActions()
 {
-    const QString menu = localizedText(QT_TRANSLATE_NOOP("Plotix", "&Arrangement"));
+    const QString menu = localizedText(QT_TRANSLATE_NOOP("Plotix", "Arran&gement"));
     m_kinds = new QActionGroup(this);
     for (const KindText& each : kKindTexts) {
         auto* action = new QAction(localizedText(each.text), m_kinds);
@@ -330,7 +332,7 @@ void Arrangement::makeActions()
         arrange();
         emit chosenChanged();
     });
-    m_outliers = new QAction(localizedText(QT_TRANSLATE_NOOP("Plotix", "Leave Out O&utliers")), this);
+    m_outliers = new QAction(localizedText(QT_TRANSLATE_NOOP("Plotix", "Leave Out Ou&tliers")), this);
     m_outliers->setCheckable(true);
     m_outliers->setToolTip(localizedText(QT_TRANSLATE_NOOP(
         "Plotix", "Values far off the others become marks with their number at the edge of a lane.")));

@@ -190,7 +190,7 @@ void Lane::restyle()
     CPTStrip strip;
     strip.top = m_top;
     strip.bottom = m_bottom;
-    const bool hasTitle = m_naming.title == LaneNaming::Title::InHead;
+    const bool hasTitle = m_naming.title == LaneNaming::Title::InHead && !title().isEmpty();
     strip.headRoom = hasTitle || m_naming.hasKeys ? kHeadRoom : m_top > 0 ? kLaneGap : kNoGap;
     strip.borderLineStyle = CPTLineStyle{.width = 1, .color = withOpacity(ink, kBorderOpacity)};
     strip.fill = CPTFill::withColor(

@@ -31,7 +31,17 @@ bool areAlike(double one, double other, double factor)
     return one == 0 || other == 0 || std::max(one, other) <= factor * std::min(one, other);
 }
 
-/// Lines of one unit go together; `sameMagnitude` says which magnitudes may stand beside each other.
+/// Whether neither of two lines presses the other flat. Lines without a unit are mostly of different things: these must
+/// be of one magnitude, and move by as much.
+bool standBesideEachOther(const ArrangedLine& one, const ArrangedLine& other)
+{
+    const auto range = [](const ArrangedLine& line) { return std::max(0.0, line.highest - line.lowest); };
+    const double factor = one.unitSymbol.isEmpty() ? kOneMagnitude : kPressedFlat;
+    return areAlike(magnitudeOf(one), magnitudeOf(other), factor) &&
+           (!one.unitSymbol.isEmpty() || areAlike(range(one), range(other), kPressedFlat));
+}
+
+/// Lines of one unit go together; `mayShare` says of two of them whether they may stand beside each other.
 template <class MayShare>
 std::vector<LaneGroup> groupedByUnit(const std::vector<ArrangedLine>& lines, const MayShare& mayShare)
 {
@@ -39,8 +49,9 @@ std::vector<LaneGroup> groupedByUnit(const std::vector<ArrangedLine>& lines, con
     for (std::size_t index = 0; index < lines.size(); ++index) {
         const ArrangedLine& line = lines[index];
         const auto found = std::find_if(groups.begin(), groups.end(), [&](const LaneGroup& group) {
-            const ArrangedLine& first = lines[group.lines.front()];
-            return first.unitSymbol == line.unitSymbol && mayShare(first, line);
+            return lines[group.lines.front()].unitSymbol == line.unitSymbol &&
+                   std::all_of(group.lines.begin(), group.lines.end(),
+                               [&](std::size_t member) { return mayShare(lines[member], line); });
         });
         if (found != groups.end()) {
             found->lines.push_back(index);
@@ -69,9 +80,7 @@ std::vector<LaneGroup> groupsOf(const std::vector<ArrangedLine>& lines, Arrangem
         break;
     case ArrangementKind::Automatic:
         if (!doesOneScaleServe(lines))
-            groups = groupedByUnit(lines, [](const ArrangedLine& one, const ArrangedLine& other) {
-                return areAlike(magnitudeOf(one), magnitudeOf(other), kPressedFlat);
-            });
+            groups = groupedByUnit(lines, standBesideEachOther);
         break;
     }
     return groups;

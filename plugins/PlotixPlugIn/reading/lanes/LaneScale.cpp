@@ -1,7 +1,9 @@
 #include "plugins/PlotixPlugIn/reading/lanes/LaneScale.h"
 
 #include "plugins/PlotixPlugIn/logic/SeriesBuilder.h"
+#include "plugins/PlotixPlugIn/reading/lanes/PagedLogarithms.h"
 #include "plugins/PlotixPlugIn/reading/trend/FittedValues.h"
+#include "plugins/PlotixPlugIn/reading/values/SeriesReader.h"
 
 #include <algorithm>
 #include <array>
@@ -35,9 +37,10 @@ std::vector<float> takenValues(const CPTPointSeries& series)
     const std::size_t step = series.elementCount() / kMostTaken + 1;
     std::vector<float> values;
     values.reserve(series.elementCount() / step + 1);
+    SeriesReader reader(series);
     for (std::size_t element = 0; element < series.elementCount(); element += step)
-        if (series.isPoint(element) && std::isfinite(series.y()[element]))
-            values.push_back(series.y()[element]);
+        if (reader.isPoint(element))
+            values.push_back(reader.y(element));
     return values;
 }
 
@@ -112,6 +115,8 @@ std::optional<CPTPlotRange> fittedLaneRange(const std::vector<CPTPointSeriesPtr>
 
 CPTPointSeriesPtr logarithmicSeries(const CPTPointSeries& series)
 {
+    if (series.runs())
+        return pagedLogarithms(series);
     SeriesBuilder builder(series.x(), series.elementCount());
     std::vector<double> block(std::min(SeriesBuilder::kBlock, builder.elementCount()));
     for (std::size_t first = 0; first < builder.elementCount(); first += block.size()) {

@@ -1,9 +1,10 @@
 #include "plugins/PlotixPlugIn/reading/lanes/OffScaleMarks.h"
 
+#include "base/PagedReading.h"
 #include "plotkit/layout/GraphGeometry.h"
-#include "plotkit/model/CPTSeriesIndex.h"
 #include "plotkit/model/CPTTickFormatters.h"
 #include "plugins/PlotixPlugIn/reading/trend/ReadingPart.h"
+#include "plugins/PlotixPlugIn/reading/values/SeriesWalk.h"
 
 #include <QtCore/QCoreApplication>
 #include <QtGui/QPainter>
@@ -71,23 +72,17 @@ void drawCaret(QPainter& painter, double x, double edge, bool isAbove, const QCo
 OffScaleRuns offScaleRuns(const CPTPointSeries& series, std::size_t first, std::size_t last, float lowest,
                           float highest, std::size_t apart)
 {
-    constexpr std::size_t kBlock = CPTSeriesIndex::kCoarseBlock;
     Runs below(apart), above(apart);
-    for (std::size_t from = first; from < last; from = (from / kBlock + 1) * kBlock) {
-        const std::size_t to = std::min(last, (from / kBlock + 1) * kBlock);
-        const CPTSeriesIndex::MinMax block = series.index().minMax(from, to);
-        if (block.isEmpty() || (block.min >= lowest && block.max <= highest))
-            continue;
-        for (std::size_t element = from; element < to; ++element) {
-            const float value = series.y()[element];
-            if (!series.isPoint(element) || !std::isfinite(value))
-                continue;
+    walkForward(
+        series, first, last,
+        [&](float least, float greatest, auto...) { return least >= lowest && greatest <= highest; },
+        [&](std::size_t element, float value) {
             if (value < lowest)
                 below.add(element, value);
             else if (value > highest)
                 above.add(element, value);
-        }
-    }
+            return false;
+        });
     return {std::move(below.runs), std::move(above.runs)};
 }
 
@@ -109,16 +104,15 @@ std::vector<OffScaleMarks::Caret> OffScaleMarks::caretsOf(const Lane& lane, cons
         if (!series || !series->extent() || !series->isXSorted() ||
             (series->extent()->minY >= lowest && series->extent()->maxY <= highest))
             continue;
-        const double* const begin = series->x().data();
-        const double* const end = begin + series->elementCount();
-        const auto first = static_cast<std::size_t>(std::lower_bound(begin, end, space.xRange().minLimit()) - begin);
-        const auto last = static_cast<std::size_t>(std::upper_bound(begin, end, space.xRange().maxLimit()) - begin);
+        const std::size_t first = series->elementFrom(space.xRange().minLimit());
+        const std::size_t last = std::max(first, series->elementAfter(space.xRange().maxLimit()));
+        const PagedReader<double> times(series->x());
         const double perPoint = static_cast<double>(last - first) / std::max(1.0, geometry.plotArea.width());
         const OffScaleRuns runs =
             offScaleRuns(*series, first, last, lowest, highest, static_cast<std::size_t>(perPoint * kOneMark));
         for (const bool isAbove : {true, false})
             for (const OffScaleRun& run : isAbove ? runs.above : runs.below) {
-                const double middle = (begin[run.first] + begin[run.last]) / 2;
+                const double middle = (times[run.first] + times[run.last]) / 2;
                 const double x = geometry.pointForValue(space, {middle, 0}).x();
                 const bool isNear = !carets.empty() && carets.back().isAbove == isAbove &&
                                     x - carets.back().x < kOneMark && x >= carets.back().x &&

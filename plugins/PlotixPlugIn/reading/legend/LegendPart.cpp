@@ -18,7 +18,7 @@ const QString kAxisTitles = QStringLiteral("axisTitles");
 constexpr std::array kPlaceNames{"none", "below", "right"};
 constexpr std::array kTitleNames{"usual", "none", "values", "all"};
 
-constexpr std::array kPlaceTexts{QT_TRANSLATE_NOOP("Plotix", "No Legend"),
+constexpr std::array kPlaceTexts{QT_TRANSLATE_NOOP("Plotix", "No Le&gend"),
                                  QT_TRANSLATE_NOOP("Plotix", "Legend &Below the Graph"),
                                  QT_TRANSLATE_NOOP("Plotix", "Legend at the &Right")};
 constexpr std::array kTitleTexts{
@@ -32,8 +32,11 @@ Choice choiceNamed(const QVariant& name, const Names& names)
     return found == names.end() ? Choice() : static_cast<Choice>(found - names.begin());
 }
 
-QString entryText(const ReadLine& line)
+/// A line without values has no unit worth telling: its plot's title says that there is nothing.
+QString entryText(const ReadLine& line, const CPTScatterPlot& plot)
 {
+    if (!line.hasValues)
+        return plot.title();
     return line.unitSymbol.isEmpty() ? line.name : QStringLiteral("%1 (%2)").arg(line.name, line.unitSymbol);
 }
 
@@ -127,7 +130,7 @@ std::vector<CPTLegend::Entry> LegendPart::entries() const
     for (const CPTScatterPlotPtr& plot : trend().graph()->allPlots()) {
         const auto line = std::find_if(lines.begin(), lines.end(),
                                        [&plot](const ReadLine& each) { return each.key == plot->identifier(); });
-        const QString text = line == lines.end() ? plot->title() : entryText(*line);
+        const QString text = line == lines.end() ? plot->title() : entryText(*line, *plot);
         if (!text.isEmpty())
             entries.push_back({plot, text});
     }

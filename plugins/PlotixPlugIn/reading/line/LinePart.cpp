@@ -1,6 +1,8 @@
 #include "plugins/PlotixPlugIn/reading/line/LinePart.h"
 
 #include "plotkit/widget/CPTGraphHostingView.h"
+#include "plugins/PlotixPlugIn/reading/line/ReadExtremes.h"
+#include "plugins/PlotixPlugIn/reading/trend/ChosenNumber.h"
 #include "plugins/PlotixPlugIn/reading/trend/TimeDialog.h"
 
 #include <QtGui/QClipboard>
@@ -18,7 +20,7 @@ const QString kHeld = QStringLiteral("held");    // stored: never change
 
 }  // namespace
 
-LinePart::LinePart(ReadTrend& trend) : ReadingPart(trend), m_lines(trend)
+LinePart::LinePart(ReadTrend& trend) : ReadingPart(trend), m_lines(trend, TrendLines::Amended::Told)
 {
     makeActions();
     updateActions();
@@ -38,14 +40,14 @@ QVariantMap LinePart::chosen() const
 
 void LinePart::choose(const QVariantMap& choices)
 {
-    const QVariant held = choices.value(kHeld);
-    const bool isTime = held.metaType() == QMetaType::fromType<double>() && std::isfinite(held.toDouble());
-    m_held = isTime ? std::optional(held.toDouble()) : std::nullopt;
+    const std::optional<double> held = chosenNumber(choices.value(kHeld));
+    m_held = held && std::isfinite(*held) ? held : std::nullopt;
     m_sameValue.reset();
     const QVariant shown = choices.value(kShown);
     setShown(shown.metaType() == QMetaType::fromType<bool>() ? std::optional(shown.toBool()) : std::nullopt);
     place();
     updateActions();
+    speak();
     emit chosenChanged();
 }
 
@@ -67,6 +69,9 @@ void LinePart::viewLoaded()
     if (!view)
         return;
     m_spokenBefore = view->accessibleDescription();
+    m_spoken.clear();
+    if (const ReadingPart* missing = trend().part(QStringLiteral("missing")))  // which says what counts as late
+        connect(missing, &ReadingPart::chosenChanged, this, &LinePart::linesChanged, Qt::UniqueConnection);
     place();
     updateActions();
 }
@@ -97,22 +102,21 @@ void LinePart::attach()
     if (!graph || (!isShown() && !m_held))
         return;
     m_layer.put(graph, PartLayer<ValueLine>::Place::Above, [this] {
-        return std::make_shared<ValueLine>([this](double time, const plotkit::GraphGeometry& geometry) {
-            return readAt(m_lines.shown(), time, geometry, m_texts, m_followed);
-        });
+        return std::make_shared<ValueLine>(
+            [this](double time, const plotkit::GraphGeometry& geometry) { return readAtLine(time, geometry); });
     });
 }
 
 void LinePart::plotsReplaced()
 {
-    m_lines.forget();
-    place();
+    linesChanged();
 }
 
 void LinePart::linesChanged()
 {
     m_lines.forget();
     place();
+    speak();
 }
 
 void LinePart::rangeSet(CPTCoordinate coordinate)
@@ -205,11 +209,25 @@ void LinePart::askForTime()
     auto* dialog =
         new TimeDialog(localizedText(QT_TRANSLATE_NOOP("Plotix", "Go to Time")),
                        standing().value_or(range.location + range.length / 2), trend().clock(), trend().rootView());
-    connect(dialog, &TimeDialog::timeGiven, this, [this](double time) {
-        hold(time);
-        bringIntoView(trend(), time);
-    });
+    if (const auto recorded = trend().recordedSpan())
+        dialog->setRecorded(*recorded);
+    connect(dialog, &TimeDialog::timeGiven, this, &LinePart::goTo);
     dialog->open();
+}
+
+// What is recorded but was not read yet is read, for as long a time as is read now.
+void LinePart::goTo(double time)
+{
+    hold(time);
+    const auto read = trend().readSpan();
+    const auto recorded = trend().recordedSpan();
+    const auto isWithin = [time](const TimeSpan& span) { return time >= span.from && time <= span.to; };
+    if (read && recorded && isWithin(*recorded) && !isWithin(*read)) {
+        const double half = (read->to - read->from) / 2;
+        trend().readDates({time - half, time + half});
+        return;
+    }
+    bringIntoView(trend(), time);
 }
 
 std::optional<ReadAt> LinePart::readStanding()
@@ -218,7 +236,16 @@ std::optional<ReadAt> LinePart::readStanding()
     const auto where = shownGeometry(trend());
     if (!time || !where)
         return std::nullopt;
-    return readAt(m_lines.shown(), *time, *where, m_texts, m_followed);
+    return readAtLine(*time, *where);
+}
+
+// Of what the pointer merely passes nobody wants to know whether it is the greatest.
+ReadAt LinePart::readAtLine(double time, const plotkit::GraphGeometry& geometry)
+{
+    ReadAt read = readAt(m_lines.shown(), time, geometry, m_texts, m_followed);
+    if (m_held)
+        noteExtremes(read.readout, m_lines.shown(), time, geometry);
+    return read;
 }
 
 void LinePart::copyValues()
@@ -234,7 +261,11 @@ void LinePart::speak()
     if (!view)
         return;
     const auto read = m_held ? readStanding() : std::nullopt;
-    view->setAccessibleDescription(read ? readoutAsSentences(read->readout) : m_spokenBefore);
+    const QString text = read ? readoutAsSentences(read->readout) : QString();
+    if (text == m_spoken)
+        return;  // others speak as well
+    m_spoken = text;
+    view->setAccessibleDescription(text.isEmpty() ? m_spokenBefore : text);
 }
 
 }  // namespace plotix

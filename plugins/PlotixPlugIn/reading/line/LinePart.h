@@ -20,6 +20,8 @@ class LinePart : public ReadingPart {
     /// Where the line stands now, held or not, seconds since 1970-01-01 UTC; invalid where it stands nowhere. Other
     /// parts ask for it by this name.
     Q_PROPERTY(QVariant time READ timeRead)
+    /// The time under the pointer, likewise, wherever the line is held.
+    Q_PROPERTY(QVariant pointed READ timePointed)
 public:
     explicit LinePart(ReadTrend& trend);
     ~LinePart() override;
@@ -33,12 +35,14 @@ public:
     void graphReleased() override;
     void plotsReplaced() override;
     void linesChanged() override;
+    void fitted() override { speak(); }
     void rangeSet(CPTCoordinate coordinate) override;
     void clockSet() override;
     bool keyPressed(const QKeyEvent& event) override;
     std::vector<QAction*> actions() const override { return m_actions; }
 
     QVariant timeRead() const;
+    QVariant timePointed() const { return m_pointed ? QVariant(*m_pointed) : QVariant(); }
 
     bool isShown() const { return m_shown.value_or(false); }
     void setShown(const std::optional<bool>& shown);
@@ -46,6 +50,7 @@ public:
     void step(Step step, Towards towards);         ///< holds the line where it comes to
     void followNextLine(Towards towards);          ///< after the last line come all of them
     void askForTime();
+    void goTo(double time);  ///< holds the line there and shows it; records of another time are read
     void copyValues();
 
     bool pointerActed(QEvent& event) override;
@@ -62,6 +67,7 @@ private:
     void clicked(const QPointF& point);
     std::optional<double> standing() const;  ///< where the line stands
     std::optional<ReadAt> readStanding();
+    ReadAt readAtLine(double time, const plotkit::GraphGeometry& geometry);
     void speak();
 
     std::optional<bool> m_shown;  // absent: nobody has chosen
@@ -73,6 +79,7 @@ private:
     QString m_followed;                       // key of the line that the keys follow; empty: all
     std::optional<double> m_sameValue;        // what SameValue comes back to, while it is repeated
     QString m_spokenBefore;                   // the graph's description without a line
+    QString m_spoken;                         // its description by the line; empty: there is none
 
     TrendLines m_lines;
     ValueTexts m_texts;

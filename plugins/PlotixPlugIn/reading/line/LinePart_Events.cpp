@@ -83,7 +83,7 @@ void LinePart::makeActions()
     m_reading.push_back(addAction(QT_TRANSLATE_NOOP("Plotix", "Keys Follow Next L&ine"), Qt::Key_L,
                                   [this] { followNextLine(Towards::Later); }));
     m_reading.push_back(
-        addAction(QT_TRANSLATE_NOOP("Plotix", "&Copy Values at the Line"), {}, [this] { copyValues(); }));
+        addAction(QT_TRANSLATE_NOOP("Plotix", "Cop&y Values at the Line"), {}, [this] { copyValues(); }));
 }
 
 void LinePart::addSteps()
@@ -163,6 +163,7 @@ bool LinePart::pointerActed(QEvent& event)
     case QEvent::MouseButtonPress: {
         const bool isPlain = mouse().button() == Qt::LeftButton && mouse().modifiers() == Qt::NoModifier;
         m_pressed = isPlain ? std::optional(mouse().position()) : std::nullopt;
+        m_heldBeforeClick = m_held;
         break;
     }
     case QEvent::MouseButtonRelease: clicked(mouse().position()); break;
@@ -202,7 +203,6 @@ void LinePart::clicked(const QPointF& point)
     m_pressed.reset();
     if (moved.manhattanLength() > kClickSlack || !where->plotArea.contains(point))
         return;
-    m_heldBeforeClick = m_held;
     hold(m_held ? std::nullopt : std::optional(timeNear(m_lines.shown(), point.x(), *where)));
 }
 

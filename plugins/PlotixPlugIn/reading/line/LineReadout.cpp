@@ -2,7 +2,6 @@
 
 #include "plugins/PlotixPlugIn/reading/trend/OverlayLook.h"
 #include "plugins/PlotixPlugIn/reading/trend/ReadingPart.h"
-#include "plugins/PlotixPlugIn/reading/values/AmendedRecords.h"
 #include "plugins/PlotixPlugIn/reading/values/LimitLook.h"
 #include "plugins/PlotixPlugIn/reading/values/MissingRecords.h"
 
@@ -15,6 +14,7 @@ namespace {
 
 constexpr double kReach = 2;          // points: a record so near counts as being there
 constexpr double kFarInPicture = 24;  // points
+constexpr double kNear = 60;          // seconds: times are told to the minute
 
 QString distanceText(double distance)
 {
@@ -23,34 +23,58 @@ QString distanceText(double distance)
     return text.arg(durationText(distance));
 }
 
-/// By how much the line now reads more than the one that stands beside it; empty where either has nothing to say.
-QString differenceText(const std::vector<TrendLine>& lines, const TrendLine& compared, double time, double reach,
+/// By how much a line reads more than one that it is compared with; empty where either has nothing to say.
+QString differenceText(const TrendLine& present, const TrendLine& compared, double time, double reach,
                        const ValueTexts& texts)
 {
-    const auto present = std::find_if(
-        lines.begin(), lines.end(), [&](const TrendLine& each) { return each.line.key == compared.line.comparedKey; });
-    if (present == lines.end())
-        return {};
-    const OptionalLineRecord now = readingAt(present->records, time, reach).record;
+    const OptionalLineRecord now = readingAt(present.records, time, reach).record;
     const OptionalLineRecord then = readingAt(compared.records, time, reach).record;
-    if (!now || !then)
-        return {};
-    //: Behind an earlier value: by how much the present one is more.
-    return localizedText(QT_TRANSLATE_NOOP("Plotix", "now %1"))
-        .arg(texts.difference(then->value, now->value, present->line.unitSymbol));
+    return now && then ? texts.difference(then->value, now->value, present.line.unitSymbol) : QString();
 }
 
-/// However much time a point shows: a value of another day is never passed off as that of the time asked for.
+/// The same of all that it is compared with.
+QStringList differenceTexts(const std::vector<TrendLine>& lines, const TrendLine& present, double time, double reach,
+                            const ValueTexts& texts)
+{
+    QStringList differences;
+    for (const TrendLine& compared : lines) {
+        if (!compared.line.isCompared() || compared.line.comparedKey != present.line.key)
+            continue;
+        const QString difference = differenceText(present, compared, time, reach, texts);
+        if (!difference.isEmpty())
+            //: Behind a value: %1 is by how much it is more, such as "+3.3 K", %2 than when: "a week earlier".
+            differences << localizedText(QT_TRANSLATE_NOOP("Plotix", "%1 against %2"))
+                               .arg(difference, compared.line.comparisonName);
+    }
+    return differences;
+}
+
+/// What the rows say of lines that stand beside each other.
+void compare(ReadoutRow& row, const std::vector<TrendLine>& lines, const TrendLine& each, double time, double reach,
+             const ValueTexts& texts)
+{
+    row.besideName = each.line.comparisonName;
+    row.hasValues = each.line.hasValues;
+    const auto own = std::find_if(lines.begin(), lines.end(), [&](const TrendLine& line) {
+        return each.line.isCompared() && line.line.key == each.line.comparedKey;
+    });
+    if (own != lines.end())
+        row.lessBy = differenceText(*own, each, time, reach, texts);
+    else if (!isNotValidAt(each.records, time))
+        row.differences = differenceTexts(lines, each, time, reach, texts).join(QStringLiteral(", "));
+}
+
+/// However much time a point shows: a value of another hour is never passed off as that of the time asked for.
 bool isFar(const LineRecords& records, double distance, double perPoint)
 {
     const double length = std::abs(distance);
-    return length > records.usualDistance || length > kFarInPicture * perPoint;
+    return length > std::max(kNear, records.usualDistance / 4) || length > kFarInPicture * perPoint;
 }
 
 /// That the record there came late or was corrected, and when.
 QString amendmentText(const TrendLine& line, double time, const ValueTexts& texts)
 {
-    const auto amendment = amendmentAt(line.amendments, time);
+    const auto amendment = line.amendments.at(time);
     if (!amendment)
         return {};
     const QString text = amendment->kind == KTVAmendment::Kind::Late
@@ -60,9 +84,8 @@ QString amendmentText(const TrendLine& line, double time, const ValueTexts& text
     return text.arg(texts.moment(cameAt(*amendment, time), kMinute));
 }
 
-/// What is said behind a value: that it is no valid one, what it differs by, that it came late, and how far away it is.
-QString noteOf(const std::vector<TrendLine>& lines, const TrendLine& each, const LineReading& reading, double time,
-               double perPoint, const ValueTexts& texts)
+/// What is said behind a value: that it is no valid one, that it came late, and how far away it is.
+QString noteOf(const TrendLine& each, const LineReading& reading, double time, double perPoint, const ValueTexts& texts)
 {
     QStringList notes;
     if (isNotValidAt(each.records, time)) {
@@ -70,7 +93,6 @@ QString noteOf(const std::vector<TrendLine>& lines, const TrendLine& each, const
         notes.removeAll(QString());
         return notes.join(QStringLiteral(", "));
     }
-    notes << differenceText(lines, each, time, kReach * perPoint, texts);
     if (reading.record)
         notes << amendmentText(each, reading.record->time, texts);
     if (reading.record && isFar(each.records, reading.distance, perPoint))
@@ -112,7 +134,8 @@ ReadAt readAt(const std::vector<TrendLine>& lines, double time, const plotkit::G
         row.isFaint = !reading.record;
         row.value = reading.record ? texts.value(reading.record->value, each.line.unitSymbol)
                                    : localizedText(QT_TRANSLATE_NOOP("Plotix", "not recorded"));
-        row.note = noteOf(lines, each, reading, time, perPoint, texts);
+        row.note = noteOf(each, reading, time, perPoint, texts);
+        compare(row, lines, each, time, kReach * perPoint, texts);
         if (reading.record)
             noteLimit(row, each, reading.record->value, texts, isDark(geometry.graph));
         read.readout.rows.push_back(std::move(row));

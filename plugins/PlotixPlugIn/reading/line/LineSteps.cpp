@@ -12,8 +12,10 @@ namespace {
 
 using OptionalTime = std::optional<double>;
 
-constexpr double kStandsOut = 4;    // points of height
-constexpr double kStandsAlone = 3;  // points of width
+// Noise has turns everywhere: what people call a maximum stands out in the picture.
+constexpr double kStandsOut = 4;          // points of height, and
+constexpr double kStandsOutShare = 0.05;  // of the height of its lane
+constexpr double kStandsAlone = 3;        // points of width
 
 OptionalTime timeOf(const OptionalLineRecord& record)
 {
@@ -52,11 +54,13 @@ OptionalTime timeOfExtreme(const TrendLine& line, double time, Extreme kind, Tow
                            const plotkit::GraphGeometry& geometry)
 {
     const CPTPointSeries& series = *line.plot->series();  // as it is drawn: what stands out is a matter of the picture
-    const auto values = geometry.yMappingOf(geometry.graph.plotSpaceOf(*line.plot));
-    const ExtremeSize size{kStandsOut * plotkit::valuePerUnit(values), kStandsAlone * secondsPerPoint(geometry)};
+    const CPTXYPlotSpace& space = geometry.graph.plotSpaceOf(*line.plot);
+    const auto values = geometry.yMappingOf(space);
+    const double height = std::max(kStandsOut, kStandsOutShare * geometry.areaOf(space).height());
+    const ExtremeSize size{height * plotkit::valuePerUnit(values), kStandsAlone * secondsPerPoint(geometry)};
     const auto element =
         towards == Towards::Later ? extremeAfter(series, time, kind, size) : extremeBefore(series, time, kind, size);
-    return element ? OptionalTime(series.x()[*element]) : std::nullopt;
+    return element ? OptionalTime(series.x().valueAt(*element)) : std::nullopt;
 }
 
 OptionalTime timeOfStep(const TrendLine& line, const StepFrom& from, Step step, Towards towards,

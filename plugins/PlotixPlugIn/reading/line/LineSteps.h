@@ -20,8 +20,8 @@ struct StepFrom {
     std::optional<double> value;  ///< for SameValue: what to come back to
 };
 
-/// Nothing: there is no such place. An extreme stands out by a few points of the picture on either side. A step to the
-/// same value needs a line to follow.
+/// Nothing: there is no such place. An extreme stands out by a twentieth of its lane's height on either side. A step to
+/// the same value needs a line to follow.
 std::optional<double> timeOfStep(const std::vector<TrendLine>& lines, const StepFrom& from, Step step, Towards towards,
                                  const plotkit::GraphGeometry& geometry);
 

@@ -88,6 +88,13 @@ QString shortName(const ReadoutRow& row)
     return QFontMetricsF(shaped().font(nameFace(row))).elidedText(row.name, Qt::ElideMiddle, kLongestName);
 }
 
+QString noteText(const ReadoutRow& row)
+{
+    QStringList parts{row.extreme, row.differences, row.note};
+    parts.removeAll(QString());
+    return parts.join(QStringLiteral(", "));
+}
+
 /// What each column takes, by its widest text.
 struct Columns {
     double name = 0, value = 0, note = 0;
@@ -97,7 +104,7 @@ struct Columns {
         for (const ReadoutRow& row : readout.rows) {
             name = std::max(name, std::min(kLongestName, widthOf(nameFace(row), row.name)));
             value = std::max(value, widthOf(Face::Bold, row.value));
-            note = std::max(note, widthOf(Face::Italic, row.note));
+            note = std::max(note, widthOf(Face::Italic, noteText(row)));
         }
     }
 
@@ -136,7 +143,7 @@ void paintRow(QPainter& painter, const ReadoutRow& row, const Columns& columns, 
     const QColor& color = row.isFaint ? look.faint : look.text;
     write(painter, Face::Bold, color, left - widthOf(Face::Bold, row.value), place, row.value);
     const QColor& noted = row.noteColor.isValid() ? row.noteColor : look.faint;
-    write(painter, Face::Italic, noted, left + kBetween, place, row.note);
+    write(painter, Face::Italic, noted, left + kBetween, place, noteText(row));
 }
 
 bool isUnder(const QRectF& box, const std::optional<QPointF>& pointer)
@@ -153,6 +160,38 @@ ReadoutLook readoutLookFor(const CPTXYGraph& graph)
                 QColor(255, 255, 255, 230)};
     return {QColor(255, 255, 255, 240), QColor(150, 154, 162), QColor(26, 28, 32), QColor(104, 108, 116),
             QColor(20, 22, 26, 230)};
+}
+
+Readout folded(Readout readout)
+{
+    std::erase_if(readout.rows, [](const ReadoutRow& row) { return !row.hasValues; });
+    std::vector<ReadoutRow> rows;
+    const bool isEachBesideItsOwn = [&readout] {
+        bool wasBeside = true;  // the first one stands beside none
+        for (const ReadoutRow& row : readout.rows) {
+            const bool isBeside = !row.besideName.isEmpty();
+            if (isBeside && wasBeside)
+                return false;
+            wasBeside = isBeside;
+        }
+        return true;
+    }();
+    if (!isEachBesideItsOwn)
+        return readout;
+    for (ReadoutRow& row : readout.rows) {
+        if (row.besideName.isEmpty()) {
+            rows.push_back(std::move(row));
+            continue;
+        }
+        QString beside = QStringLiteral("%1: %2").arg(row.besideName, row.value);
+        if (!row.lessBy.isEmpty())
+            beside += QStringLiteral(" (%1)").arg(row.lessBy);
+        QStringList parts{beside, row.extreme, row.note};
+        parts.removeAll(QString());
+        rows.back().differences = parts.join(QStringLiteral(", "));
+    }
+    readout.rows = std::move(rows);
+    return readout;
 }
 
 Readout shortened(Readout readout, std::size_t rows, const QString& moreText)
@@ -226,8 +265,8 @@ QString readoutAsTable(const Readout& readout)
     QString text = readout.title + QLatin1Char('\n');
     for (const ReadoutRow& row : readout.rows) {
         QStringList cells{row.name, row.value};
-        if (!row.note.isEmpty())
-            cells << row.note;
+        if (const QString note = noteText(row); !note.isEmpty())
+            cells << note;
         for (QString& cell : cells)
             cell.replace(QChar(QChar::Nbsp), QLatin1Char(' ')).replace(QLatin1Char('\t'), QLatin1Char(' '));
         text += cells.join(QLatin1Char('\t')) + QLatin1Char('\n');
@@ -240,8 +279,8 @@ QString readoutAsSentences(const Readout& readout)
     QString text = readout.title + QLatin1Char('.');
     for (const ReadoutRow& row : readout.rows) {
         text += QLatin1Char(' ') + row.name + QStringLiteral(": ") + row.value;
-        if (!row.note.isEmpty())
-            text += QStringLiteral(", ") + row.note;
+        if (const QString note = noteText(row); !note.isEmpty())
+            text += QStringLiteral(", ") + note;
         text += QLatin1Char('.');
     }
     return text.replace(QChar(QChar::Nbsp), QLatin1Char(' '));

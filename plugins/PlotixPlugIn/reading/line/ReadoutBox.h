@@ -19,11 +19,16 @@ namespace plotix {
 struct ReadoutRow {
     QColor color;  ///< of the line
     QString name;
-    QString value;          ///< with its unit, or that there is none
-    QString note;           ///< such as how far away the record is; mostly empty
-    QColor noteColor = {};  ///< invalid: faint
-    bool isFaint = false;   ///< there is no value
-    bool isChosen = false;  ///< the one line that the keys follow
+    QString value;             ///< with its unit, or that there is none
+    QString note;              ///< such as how far away the record is; mostly empty
+    QColor noteColor = {};     ///< invalid: faint
+    bool isFaint = false;      ///< there is no value
+    bool isChosen = false;     ///< the one line that the keys follow
+    QString extreme = {};      ///< that the value is the least or greatest in sight; said first of all
+    QString differences = {};  ///< by how much it is more than what it is compared with; said before the note
+    QString besideName = {};   ///< of a line that is compared, behind its own: with what, such as "a week earlier"
+    QString lessBy = {};       ///< likewise: by how much its own line is more
+    bool hasValues = true;     ///< likewise: false where it has none at any time
 };
 
 struct Readout {
@@ -42,6 +47,11 @@ ReadoutLook readoutLookFor(const CPTXYGraph& graph);
 
 /// Rows beyond `rows` become a last one that counts them.
 Readout shortened(Readout readout, std::size_t rows, const QString& moreText);
+
+/// Lines that are compared with one other time each have it in their own row, "a week earlier: 20.1 °C (+1.3 K)", so
+/// that the box covers half as much. With several times each, and without any, as it was. Those
+/// without any values are left out: they say the same everywhere.
+Readout folded(Readout readout);
 
 /// How many rows have room in a height; at least one.
 std::size_t rowsWithin(double height);

@@ -55,7 +55,7 @@ void ValueLine::drawInGraph(QPainter& painter, const plotkit::GraphGeometry& geo
         return QRectF(rectangle.topLeft() / scale, rectangle.size() / scale);
     };
     const QRectF bounds = inBox(geometry.rectangle).adjusted(kFromEdge, kFromEdge, -kFromEdge, -kFromEdge);
-    const Readout readout = shortened(std::move(read.readout), rowsWithin(bounds.height()),
+    const Readout readout = shortened(folded(std::move(read.readout)), rowsWithin(bounds.height()),
                                       localizedText(QT_TRANSLATE_NOOP("Plotix", "… and %1 more")));
     const std::optional<QPointF> pointer =
         onScreen && m_place->pointer ? std::optional(*m_place->pointer / scale) : std::nullopt;

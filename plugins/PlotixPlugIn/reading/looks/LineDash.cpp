@@ -16,16 +16,16 @@ struct DashRow {
 };
 
 const DashRow kDashes[kLineDashCount] = {
-    {LineDash::Solid, "solid", QT_TRANSLATE_NOOP("Plotix", "Solid"), {}},
-    {LineDash::Dashed, "dashed", QT_TRANSLATE_NOOP("Plotix", "Dashes"), {5, 2.5}},
-    {LineDash::Dotted, "dotted", QT_TRANSLATE_NOOP("Plotix", "Dots"), {1, 1.5}},
-    {LineDash::DashDot, "dash-dot", QT_TRANSLATE_NOOP("Plotix", "Dash, Dot"), {5, 2, 1, 2}},
-    {LineDash::LongDashes, "long", QT_TRANSLATE_NOOP("Plotix", "Long Dashes"), {12, 3}},
-    {LineDash::DashDotDot, "dash-dot-dot", QT_TRANSLATE_NOOP("Plotix", "Dash, Two Dots"), {5, 2, 1, 2, 1, 2}},
-    {LineDash::ShortDashes, "short", QT_TRANSLATE_NOOP("Plotix", "Short Dashes"), {2.5, 2}},
-    {LineDash::LongShort, "long-short", QT_TRANSLATE_NOOP("Plotix", "Long and Short Dashes"), {12, 2.5, 4, 2.5}},
-    {LineDash::WideDots, "wide-dots", QT_TRANSLATE_NOOP("Plotix", "Wide Dots"), {1, 4}},
-    {LineDash::TwoDashesDot, "two-dashes-dot", QT_TRANSLATE_NOOP("Plotix", "Two Dashes, Dot"), {5, 2, 5, 2, 1, 2}},
+    {LineDash::Solid, "solid", QT_TRANSLATE_NOOP("Plotix", "&Solid"), {}},
+    {LineDash::Dashed, "dashed", QT_TRANSLATE_NOOP("Plotix", "&Dashes"), {5, 2.5}},
+    {LineDash::Dotted, "dotted", QT_TRANSLATE_NOOP("Plotix", "D&ots"), {1, 1.5}},
+    {LineDash::DashDot, "dash-dot", QT_TRANSLATE_NOOP("Plotix", "D&ash, Dot"), {5, 2, 1, 2}},
+    {LineDash::LongDashes, "long", QT_TRANSLATE_NOOP("Plotix", "&Long Dashes"), {12, 3}},
+    {LineDash::DashDotDot, "dash-dot-dot", QT_TRANSLATE_NOOP("Plotix", "Das&h, Two Dots"), {5, 2, 1, 2, 1, 2}},
+    {LineDash::ShortDashes, "short", QT_TRANSLATE_NOOP("Plotix", "Sho&rt Dashes"), {2.5, 2}},
+    {LineDash::LongShort, "long-short", QT_TRANSLATE_NOOP("Plotix", "Lon&g and Short Dashes"), {12, 2.5, 4, 2.5}},
+    {LineDash::WideDots, "wide-dots", QT_TRANSLATE_NOOP("Plotix", "&Wide Dots"), {1, 4}},
+    {LineDash::TwoDashesDot, "two-dashes-dot", QT_TRANSLATE_NOOP("Plotix", "&Two Dashes, Dot"), {5, 2, 5, 2, 1, 2}},
 };
 
 const DashRow& rowOf(LineDash dash)

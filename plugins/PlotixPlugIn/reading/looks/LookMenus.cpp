@@ -74,36 +74,36 @@ QAction* LookMenus::addAction(const char* text, QActionGroup* group)
 void LookMenus::addTrendActions()
 {
     auto* looks = new QActionGroup(this);
-    constexpr const char* kLooks[] = {QT_TRANSLATE_NOOP("Plotix", "Dark"), QT_TRANSLATE_NOOP("Plotix", "Light"),
-                                      QT_TRANSLATE_NOOP("Plotix", "Paper")};
+    constexpr const char* kLooks[] = {QT_TRANSLATE_NOOP("Plotix", "&Dark"), QT_TRANSLATE_NOOP("Plotix", "&Light"),
+                                      QT_TRANSLATE_NOOP("Plotix", "&Paper")};
     for (const GraphLook look : {GraphLook::Dark, GraphLook::Light, GraphLook::Paper}) {
         m_lookActions.push_back(addAction(kLooks[static_cast<int>(look)], looks));
         connect(m_lookActions.back(), &QAction::triggered, this, [this, look] { m_looks.setLook(look); });
     }
     auto* marks = new QActionGroup(this);
-    constexpr const char* kMarks[] = {QT_TRANSLATE_NOOP("Plotix", "Colors of the Properties"),
-                                      QT_TRANSLATE_NOOP("Plotix", "Dashes Where Colors Are Alike"),
-                                      QT_TRANSLATE_NOOP("Plotix", "Distinct Colors and Dashes")};
+    constexpr const char* kMarks[] = {QT_TRANSLATE_NOOP("Plotix", "&Colors of the Properties"),
+                                      QT_TRANSLATE_NOOP("Plotix", "Da&shes Where Colors Are Alike"),
+                                      QT_TRANSLATE_NOOP("Plotix", "D&istinct Colors and Dashes")};
     for (const LineMarks mark : {LineMarks::Own, LineMarks::Apart, LineMarks::Distinct}) {
         m_marks.push_back(addAction(kMarks[static_cast<int>(mark)], marks));
         connect(m_marks.back(), &QAction::triggered, this, [this, mark] { m_looks.setMarks(mark); });
     }
     const auto resize = [this](double step) { m_looks.setFontSize(m_looks.fontSize().value_or(kUsualText) + step); };
-    connect(addAction(QT_TRANSLATE_NOOP("Plotix", "Larger Text")), &QAction::triggered, this,
+    connect(addAction(QT_TRANSLATE_NOOP("Plotix", "Lar&ger Text")), &QAction::triggered, this,
             [resize] { resize(kTextStep); });
-    connect(addAction(QT_TRANSLATE_NOOP("Plotix", "Smaller Text")), &QAction::triggered, this,
+    connect(addAction(QT_TRANSLATE_NOOP("Plotix", "S&maller Text")), &QAction::triggered, this,
             [resize] { resize(-kTextStep); });
     const auto scale = [this](double times) { m_looks.setLineWidth(m_looks.lineWidth() * times); };
-    connect(addAction(QT_TRANSLATE_NOOP("Plotix", "Thicker Lines")), &QAction::triggered, this,
+    connect(addAction(QT_TRANSLATE_NOOP("Plotix", "Thic&ker Lines")), &QAction::triggered, this,
             [scale] { scale(kWidthStep); });
-    connect(addAction(QT_TRANSLATE_NOOP("Plotix", "Thinner Lines")), &QAction::triggered, this,
+    connect(addAction(QT_TRANSLATE_NOOP("Plotix", "Thi&nner Lines")), &QAction::triggered, this,
             [scale] { scale(1 / kWidthStep); });
-    m_usualLines = addAction(QT_TRANSLATE_NOOP("Plotix", "Usual Thickness of Lines"));
+    m_usualLines = addAction(QT_TRANSLATE_NOOP("Plotix", "&Usual Thickness of Lines"));
     connect(m_usualLines, &QAction::triggered, this, [this] { m_looks.setLineWidth(1); });
-    m_transparent = addAction(QT_TRANSLATE_NOOP("Plotix", "Transparent Ground"));
+    m_transparent = addAction(QT_TRANSLATE_NOOP("Plotix", "&Transparent Ground"));
     m_transparent->setCheckable(true);
     connect(m_transparent, &QAction::triggered, this, [this](bool isChosen) { m_looks.setTransparent(isChosen); });
-    m_usualText = addAction(QT_TRANSLATE_NOOP("Plotix", "Usual Text Size"));
+    m_usualText = addAction(QT_TRANSLATE_NOOP("Plotix", "Usual Te&xt Size"));
     connect(m_usualText, &QAction::triggered, this, [this] { m_looks.setFontSize(std::nullopt); });
 }
 
@@ -111,7 +111,7 @@ void LookMenus::addTrendActions()
 void LookMenus::addLinesMenu()
 {
     m_linesMenu = std::make_unique<QMenu>();
-    addAction(QT_TRANSLATE_NOOP("Plotix", "Look of Lines"))->setMenu(m_linesMenu.get());
+    addAction(QT_TRANSLATE_NOOP("Plotix", "Look &of Lines"))->setMenu(m_linesMenu.get());
     connect(m_linesMenu.get(), &QMenu::aboutToShow, this, [this] {
         m_linesMenu->clear();
         for (const ReadLine& line : m_looks.lines()) {
@@ -164,7 +164,7 @@ void LookMenus::addLineItems(QMenu& menu, const QStringList& keys)
     addPoints(menu, keys);
     addFills(menu, keys);
     menu.addSeparator();
-    QAction* usual = menu.addAction(localizedText(QT_TRANSLATE_NOOP("Plotix", "Usual Look")));
+    QAction* usual = menu.addAction(localizedText(QT_TRANSLATE_NOOP("Plotix", "&Usual Look")));
     usual->setEnabled(
         std::any_of(keys.begin(), keys.end(), [&](const QString& key) { return !m_looks.lineLook(key).isEmpty(); }));
     connect(usual, &QAction::triggered, this, [this, keys] { changeAll(keys, [](LineLook& look) { look = {}; }); });
@@ -177,9 +177,9 @@ void LookMenus::addCourses(QMenu& menu, const QStringList& keys)
         const char* text;
     };
     constexpr Row kRows[] = {
-        {CPTScatterPlotInterpolation::Linear, QT_TRANSLATE_NOOP("Plotix", "Straight Lines")},
-        {CPTScatterPlotInterpolation::HoldLast, QT_TRANSLATE_NOOP("Plotix", "Steps: Hold the Last Value")},
-        {CPTScatterPlotInterpolation::PointsOnly, QT_TRANSLATE_NOOP("Plotix", "Points Only")}};
+        {CPTScatterPlotInterpolation::Linear, QT_TRANSLATE_NOOP("Plotix", "&Straight Lines")},
+        {CPTScatterPlotInterpolation::HoldLast, QT_TRANSLATE_NOOP("Plotix", "S&teps: Hold the Last Value")},
+        {CPTScatterPlotInterpolation::PointsOnly, QT_TRANSLATE_NOOP("Plotix", "Points &Only")}};
     for (const Row& row : kRows)
         addItem(
             menu, keys, localizedText(row.text),
@@ -194,9 +194,9 @@ void LookMenus::addCourses(QMenu& menu, const QStringList& keys)
 
 void LookMenus::addDashes(QMenu& menu, const QStringList& keys)
 {
-    QMenu& dashes = *menu.addMenu(localizedText(QT_TRANSLATE_NOOP("Plotix", "Dashes")));
+    QMenu& dashes = *menu.addMenu(localizedText(QT_TRANSLATE_NOOP("Plotix", "&Dashes")));
     addItem(
-        dashes, keys, localizedText(QT_TRANSLATE_NOOP("Plotix", "As Usual")),
+        dashes, keys, localizedText(QT_TRANSLATE_NOOP("Plotix", "As &Usual")),
         [](const LineLook& look) { return !look.dash; }, [](LineLook& look) { look.dash.reset(); });
     for (int number = 0; number < kLineDashCount; ++number) {
         const auto dash = static_cast<LineDash>(number);
@@ -209,9 +209,9 @@ void LookMenus::addDashes(QMenu& menu, const QStringList& keys)
 
 void LookMenus::addWidths(QMenu& menu, const QStringList& keys)
 {
-    QMenu& widths = *menu.addMenu(localizedText(QT_TRANSLATE_NOOP("Plotix", "Width")));
+    QMenu& widths = *menu.addMenu(localizedText(QT_TRANSLATE_NOOP("Plotix", "&Width")));
     addItem(
-        widths, keys, localizedText(QT_TRANSLATE_NOOP("Plotix", "As Usual")),
+        widths, keys, localizedText(QT_TRANSLATE_NOOP("Plotix", "As &Usual")),
         [](const LineLook& look) { return !look.width; }, [](LineLook& look) { look.width.reset(); });
     for (const double width : kWidths)
         addItem(
@@ -222,14 +222,15 @@ void LookMenus::addWidths(QMenu& menu, const QStringList& keys)
 
 void LookMenus::addColors(QMenu& menu, const QStringList& keys)
 {
-    constexpr const char* kNames[] = {QT_TRANSLATE_NOOP("Plotix", "Sky Blue"),   QT_TRANSLATE_NOOP("Plotix", "Orange"),
-                                      QT_TRANSLATE_NOOP("Plotix", "Yellow"),     QT_TRANSLATE_NOOP("Plotix", "Pink"),
-                                      QT_TRANSLATE_NOOP("Plotix", "Light Gray"), QT_TRANSLATE_NOOP("Plotix", "Blue"),
-                                      QT_TRANSLATE_NOOP("Plotix", "Vermilion"),  QT_TRANSLATE_NOOP("Plotix", "Green"),
-                                      QT_TRANSLATE_NOOP("Plotix", "Purple"),     QT_TRANSLATE_NOOP("Plotix", "Gray")};
-    QMenu& colors = *menu.addMenu(localizedText(QT_TRANSLATE_NOOP("Plotix", "Color in This Trend")));
+    constexpr const char* kNames[] = {
+        QT_TRANSLATE_NOOP("Plotix", "&Sky Blue"),   QT_TRANSLATE_NOOP("Plotix", "&Orange"),
+        QT_TRANSLATE_NOOP("Plotix", "&Yellow"),     QT_TRANSLATE_NOOP("Plotix", "&Pink"),
+        QT_TRANSLATE_NOOP("Plotix", "Light &Gray"), QT_TRANSLATE_NOOP("Plotix", "&Blue"),
+        QT_TRANSLATE_NOOP("Plotix", "&Vermilion"),  QT_TRANSLATE_NOOP("Plotix", "G&reen"),
+        QT_TRANSLATE_NOOP("Plotix", "Purp&le"),     QT_TRANSLATE_NOOP("Plotix", "Gr&ay")};
+    QMenu& colors = *menu.addMenu(localizedText(QT_TRANSLATE_NOOP("Plotix", "&Color in This Trend")));
     addItem(
-        colors, keys, localizedText(QT_TRANSLATE_NOOP("Plotix", "As Usual")),
+        colors, keys, localizedText(QT_TRANSLATE_NOOP("Plotix", "As &Usual")),
         [](const LineLook& look) { return !look.color; }, [](LineLook& look) { look.color.reset(); });
     for (std::size_t number = 0; number < std::size(kNames); ++number) {
         const QColor color = distinctLine(number).color;
@@ -238,7 +239,7 @@ void LookMenus::addColors(QMenu& menu, const QStringList& keys)
             [color](LineLook& look) { look.color = color; })
             ->setIcon(iconOf(color, LineDash::Solid));
     }
-    QAction* other = colors.addAction(localizedText(QT_TRANSLATE_NOOP("Plotix", "Other…")));
+    QAction* other = colors.addAction(localizedText(QT_TRANSLATE_NOOP("Plotix", "O&ther…")));
     connect(other, &QAction::triggered, this, [this, keys] { askForColor(keys); });
 }
 
@@ -255,9 +256,9 @@ void LookMenus::askForColor(const QStringList& keys)
 
 void LookMenus::addPoints(QMenu& menu, const QStringList& keys)
 {
-    QMenu& points = *menu.addMenu(localizedText(QT_TRANSLATE_NOOP("Plotix", "Points")));
+    QMenu& points = *menu.addMenu(localizedText(QT_TRANSLATE_NOOP("Plotix", "&Points")));
     addItem(
-        points, keys, localizedText(QT_TRANSLATE_NOOP("Plotix", "As Usual")),
+        points, keys, localizedText(QT_TRANSLATE_NOOP("Plotix", "As &Usual")),
         [](const LineLook& look) { return !look.pointSize; }, [](LineLook& look) { look.pointSize.reset(); });
     for (const double size : kPointSizes)
         addItem(
@@ -267,13 +268,13 @@ void LookMenus::addPoints(QMenu& menu, const QStringList& keys)
 
 void LookMenus::addFills(QMenu& menu, const QStringList& keys)
 {
-    QMenu& fills = *menu.addMenu(localizedText(QT_TRANSLATE_NOOP("Plotix", "Fill")));
+    QMenu& fills = *menu.addMenu(localizedText(QT_TRANSLATE_NOOP("Plotix", "&Fill")));
     addItem(
-        fills, keys, localizedText(QT_TRANSLATE_NOOP("Plotix", "None")),
+        fills, keys, localizedText(QT_TRANSLATE_NOOP("Plotix", "&None")),
         [](const LineLook& look) { return !look.fill; }, [](LineLook& look) { look.fill.reset(); });
     const LineFill toZero{LineFill::Kind::ToZero};
     addItem(
-        fills, keys, localizedText(QT_TRANSLATE_NOOP("Plotix", "To Zero")),
+        fills, keys, localizedText(QT_TRANSLATE_NOOP("Plotix", "To &Zero")),
         [toZero](const LineLook& look) { return look.fill == toZero; },
         [toZero](LineLook& look) { look.fill = toZero; });
     for (const ReadLine& line : m_looks.lines()) {

@@ -1,5 +1,6 @@
 #include "plugins/PlotixPlugIn/reading/marks/MarkFigures.h"
 
+#include "plotkit/model/CPTSeriesIndex.h"
 #include "plugins/PlotixPlugIn/reading/trend/ClockTexts.h"
 
 namespace plotix {
@@ -48,9 +49,27 @@ LineFigures StretchFigures::of(const TrendLine& line, const KTVRecordDictionary&
     Kept& kept = m_kept[line.line.key];
     const bool isKnown = kept.summary && kept.column.lock() == column && kept.unit == column->unit() &&
                          kept.summary->longestJoin() == line.records.longestJoin;
+    if (!column->isResident())
+        return ofPart(kept, isKnown, line, records, span);
     if (!isKnown)
         kept = {column, column->unit(),
                 LineSummary::make(FigureRecords(*records.time(), *column), line.records.longestJoin)};
+    return kept.summary->figures(span.from, span.to);
+}
+
+/// Of a paged line no more is read than the span, and the records before and after it.
+LineFigures StretchFigures::ofPart(Kept& kept, bool isKnown, const TrendLine& line, const KTVRecordDictionary& records,
+                                   const TimeSpan& span)
+{
+    const CPTPointSeries& series = *line.records.series;
+    const std::size_t count = series.elementCount();
+    const std::size_t before = series.index().lastPointBefore(series.elementFrom(span.from));
+    const std::size_t after = series.index().firstPointFrom(series.elementAfter(span.to));
+    const LineSummary::Elements wanted{before < count ? before : 0, std::min(count, after + 1)};
+    if (!isKnown || !kept.summary->hasRead(wanted))
+        kept = {line.records.column, line.records.column->unit(),
+                LineSummary::makePart(FigureRecords(*records.time(), *line.records.column), line.records.longestJoin,
+                                      wanted, isKnown ? kept.summary.get() : nullptr)};
     return kept.summary->figures(span.from, span.to);
 }
 

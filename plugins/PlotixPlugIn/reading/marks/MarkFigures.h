@@ -52,6 +52,8 @@ private:
         QString unit;
         std::shared_ptr<const LineSummary> summary;
     };
+    static LineFigures ofPart(Kept& kept, bool isKnown, const TrendLine& line, const KTVRecordDictionary& records,
+                              const TimeSpan& span);
     std::map<QString, Kept> m_kept;  // by the key of the line
 };
 

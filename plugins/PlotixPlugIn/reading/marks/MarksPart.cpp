@@ -1,7 +1,7 @@
 #include "plugins/PlotixPlugIn/reading/marks/MarksPart.h"
 
 #include "plotkit/widget/CPTGraphHostingView.h"
-#include "plugins/PlotixPlugIn/reading/marks/MarksWindow.h"
+#include "plugins/PlotixPlugIn/reading/trend/ChosenNumber.h"
 
 #include <QtGui/QClipboard>
 #include <QtGui/QGuiApplication>
@@ -20,8 +20,8 @@ constexpr double kBelowTitle = 3;     // points between a title and the flags
 
 std::optional<double> timeFrom(const QVariant& value)
 {
-    const bool isTime = value.metaType() == QMetaType::fromType<double>() && std::isfinite(value.toDouble());
-    return isTime ? std::optional(value.toDouble()) : std::nullopt;
+    const std::optional<double> time = chosenNumber(value);
+    return time && std::isfinite(*time) ? time : std::nullopt;
 }
 
 }  // namespace
@@ -144,7 +144,12 @@ void MarksPart::setMarkHere(Mark mark)
     if (!graph)
         return;
     const ReadingPart* line = trend().part(QStringLiteral("valueLine"));
-    const QVariant standing = line ? line->property("time") : QVariant();
+    QVariant standing = line ? line->property("time") : QVariant();
+    // The line is still held where the other mark was set: nobody wants both marks there.
+    const std::optional<double>& other = mark == Mark::A ? m_marks.b : m_marks.a;
+    if (const QVariant pointed = line ? line->property("pointed") : QVariant();
+        other && pointed.isValid() && standing == QVariant(*other))
+        standing = pointed;
     const CPTPlotRange& range = graph->plotSpace().xRange();
     constexpr double kFromEdge = 0.25;
     const double part = mark == Mark::A ? kFromEdge : 1 - kFromEdge;
@@ -207,15 +212,6 @@ void MarksPart::copyRange()
 {
     if (m_marks.areBoth())
         QGuiApplication::clipboard()->setText(rangeText(m_marks.span(), trend().clock()));
-}
-
-void MarksPart::showWindow()
-{
-    if (!m_window)
-        m_window = new MarksWindow(*this, trend().rootView());
-    m_window->show();
-    m_window->raise();
-    m_window->activateWindow();
 }
 
 }  // namespace plotix

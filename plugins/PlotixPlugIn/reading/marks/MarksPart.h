@@ -16,8 +16,6 @@
 /// thread only.
 namespace plotix {
 
-class MarksWindow;
-
 class MarksPart : public ReadingPart {
     Q_OBJECT
 public:
@@ -78,7 +76,7 @@ private:
     TrendLines m_lines;
     ValueTexts m_texts;
     PartLayer<MarksLayer> m_layer;
-    QPointer<MarksWindow> m_window;
+    QPointer<QWidget> m_window;
     std::vector<QAction*> m_actions;
     std::vector<QAction*> m_onGraph, m_onOne, m_onBoth;  // that need a graph, a mark, both
 };

@@ -7,6 +7,7 @@
 
 #include "plotkit/widget/CPTGraphHostingView.h"
 #include "plugins/PlotixPlugIn/reading/marks/MarksPart.h"
+#include "plugins/PlotixPlugIn/reading/marks/MarksWindow.h"
 
 #include <QtGui/QKeyEvent>
 #include <QtGui/QMouseEvent>
@@ -142,6 +143,15 @@ void MarksPart::hover(const QPointF& point)
         view->setCursor(Qt::SizeHorCursor);
     else
         view->unsetCursor();
+}
+
+void MarksPart::showWindow()
+{
+    if (!m_window)
+        m_window = new MarksWindow(*this, trend().rootView());
+    m_window->show();
+    m_window->raise();
+    m_window->activateWindow();
 }
 
 }  // namespace plotix

@@ -12,6 +12,7 @@
 #include <QtWidgets/QLineEdit>
 #include <QtWidgets/QPushButton>
 #include <QtWidgets/QTableWidget>
+#include <QtWidgets/QToolTip>
 
 #include <cmath>
 
@@ -182,8 +183,13 @@ void MarksWindow::judge(QLineEdit* field, Mark mark)
 {
     const MarkTimes& marks = m_part->marks();
     const double shown = (mark == Mark::A ? marks.a : marks.b).value_or(marks.a.value_or(marks.b.value_or(0)));
-    const bool isUnderstood =
-        field->text().isEmpty() || typedTime(field->text(), shown, m_part->readTrend().clock()).has_value();
+    const CPTClock clock = m_part->readTrend().clock();
+    const bool isUnderstood = field->text().isEmpty() || typedTime(field->text(), shown, clock).has_value();
+    const QString why = whyNoTime(field->text(), shown, clock);
+    field->setToolTip(why);
+    field->setAccessibleDescription(why);
+    if (!why.isEmpty())
+        QToolTip::showText(field->mapToGlobal(field->rect().bottomLeft()), why, field);
     field->setStyleSheet(isUnderstood ? QString() : QStringLiteral("QLineEdit { border: 1px solid #d03030; }"));
 }
 

@@ -15,6 +15,7 @@ namespace {
 using Kind = KTVAmendment::Kind;
 
 constexpr double kLeastWidth = 3, kLeastInStrip = 1.5;  // points: one record can be seen
+constexpr double kOneWithin = 0.5;                      // points
 constexpr double kBand = 11;                            // points: height of a row
 constexpr double kSign = 7;                             // points from one dot or cross to the next
 constexpr double kWordSize = 10;
@@ -41,86 +42,99 @@ void drawSign(QPainter& painter, Kind kind, const QPointF& center)
     painter.drawLine(center + QPointF(-2, 2), center + QPointF(2, -2));
 }
 
-void drawRow(QPainter& painter, const CPTXYGraph& graph, Kind kind, const QRectF& row)
+/// What all rows of a kind share: texts are measured once for a frame.
+struct RowLook {
+    RowLook(const CPTXYGraph& graph, Kind ofKind)
+        : kind(ofKind),
+          ink(inkFor(graph)),
+          word(wordFor(ofKind)),
+          font(textFont(graph, TextWeight::Regular, kWordSize)),
+          width(QFontMetricsF(font).horizontalAdvance(word) + kSign)
+    {
+    }
+    Kind kind;
+    QColor ink;
+    QString word;
+    QFont font;
+    double width;  ///< of the word with what is beside it
+};
+
+void drawRow(QPainter& painter, const RowLook& look, const QRectF& row)
 {
-    const QColor ink = inkFor(graph);
-    painter.setPen(QPen(ink, 1));
-    painter.setBrush(kind == Kind::Late ? QBrush(ink) : QBrush(Qt::NoBrush));
-    const QString text = wordFor(kind);
-    const QFont font = textFont(graph, TextWeight::Regular, kWordSize);
-    const double width = QFontMetricsF(font).horizontalAdvance(text) + kSign;
+    painter.setPen(QPen(look.ink, 1));
+    painter.setBrush(look.kind == Kind::Late ? QBrush(look.ink) : QBrush(Qt::NoBrush));
     double left = row.left();
-    if (width + 2 * kSign < row.width()) {
-        painter.setFont(font);
-        painter.drawText(QRectF(left + 2, row.top(), width, row.height()), Qt::AlignLeft | Qt::AlignVCenter, text);
-        left += width;
+    if (look.width + 2 * kSign < row.width()) {
+        painter.setFont(look.font);
+        const QRectF place(left + 2, row.top(), look.width, row.height());
+        painter.drawText(place, Qt::AlignLeft | Qt::AlignVCenter, look.word);
+        left += look.width;
     }
     const int signs = std::max(1, static_cast<int>((row.right() - left) / kSign));
     const double first = signs > 1 ? left + kSign / 2 : (left + row.right()) / 2;
     for (int sign = 0; sign < signs; ++sign)
-        drawSign(painter, kind, {first + sign * kSign, row.center().y()});
+        drawSign(painter, look.kind, {first + sign * kSign, row.center().y()});
 }
 
 }  // namespace
 
-std::vector<std::pair<double, double>> amendedPlaces(const std::vector<KTVAmendment>& amendments, Kind kind,
-                                                     const plotkit::AxisMapping& times, const QRectF& area,
-                                                     double least)
+std::vector<std::pair<double, double>>
+amendedPlaces(const AmendedLines& lines, Kind kind, const plotkit::AxisMapping& times, const QRectF& area, double least)
 {
+    const TimeSpan shown{plotkit::valueForCoordinate(times, area.left()),
+                         plotkit::valueForCoordinate(times, area.right())};
+    const double apart = kOneWithin * plotkit::valuePerUnit(times);
     std::vector<std::pair<double, double>> places;
-    for (const KTVAmendment& each : amendments) {
-        if (each.kind != kind)
-            continue;
-        double left = plotkit::coordinateForValue(times, each.from);
-        double right = plotkit::coordinateForValue(times, each.to);
-        if (right < area.left() || left > area.right())
-            continue;
-        const double missing = std::max(0.0, least - (right - left)) / 2;
-        left = std::max(area.left(), left - missing);
-        right = std::min(area.right(), right + missing);
-        if (!places.empty() && left <= places.back().second && left >= places.back().first)
-            places.back().second = std::max(places.back().second, right);
-        else
-            places.emplace_back(left, right);
-    }
+    if (!(shown.from < shown.to) || !(apart > 0))
+        return places;
+    for (const AmendedRecords* line : lines)
+        for (const TimeSpan& span : line->spans(kind, shown, apart)) {
+            const double left = plotkit::coordinateForValue(times, span.from);
+            const double right = plotkit::coordinateForValue(times, span.to);
+            const double missing = std::max(0.0, least - (right - left)) / 2;
+            places.emplace_back(std::max(area.left(), left - missing), std::min(area.right(), right + missing));
+        }
     std::sort(places.begin(), places.end());
-    std::vector<std::pair<double, double>> apart;
+    std::vector<std::pair<double, double>> apartFromEachOther;
     for (const auto& place : places)
-        if (!apart.empty() && place.first <= apart.back().second)
-            apart.back().second = std::max(apart.back().second, place.second);
+        if (!apartFromEachOther.empty() && place.first <= apartFromEachOther.back().second)
+            apartFromEachOther.back().second = std::max(apartFromEachOther.back().second, place.second);
         else
-            apart.push_back(place);
-    return apart;
+            apartFromEachOther.push_back(place);
+    return apartFromEachOther;
 }
 
 void drawAmended(QPainter& painter, const plotkit::GraphGeometry& geometry, const QRectF& area,
-                 const std::vector<KTVAmendment>& amendments)
+                 const AmendedLines& lines)
 {
     const plotkit::AxisMapping times = geometry.xMappingOf(geometry.graph.plotSpace());
     const double height = std::min(kBand * textScale(geometry.graph), area.height() / 4);
     painter.save();
     painter.setClipRect(area, Qt::IntersectClip);
     for (const Kind kind : {Kind::Late, Kind::Corrected}) {
+        const RowLook look(geometry.graph, kind);
         const double top = area.top() + 2 + (kind == Kind::Late ? 0 : height);
-        for (const auto& [left, right] : amendedPlaces(amendments, kind, times, area, kLeastWidth)) {
-            QColor ground = inkFor(geometry.graph);
+        for (const auto& [left, right] : amendedPlaces(lines, kind, times, area, kLeastWidth)) {
+            QColor ground = look.ink;
             ground.setAlpha(17);
+            painter.setRenderHint(QPainter::Antialiasing, false);  // faint, and a few times slower with it
             painter.fillRect(QRectF(left, area.top(), right - left, area.height()), ground);
-            drawRow(painter, geometry.graph, kind, QRectF(left, top, right - left, height));
+            painter.setRenderHint(QPainter::Antialiasing);
+            drawRow(painter, look, QRectF(left, top, right - left, height));
         }
     }
     painter.restore();
 }
 
 void drawAmendedInStrip(QPainter& painter, const plotkit::GraphGeometry& geometry, const QRectF& row,
-                        const std::vector<KTVAmendment>& amendments)
+                        const AmendedRecords& line)
 {
     const plotkit::AxisMapping times = geometry.xMappingOf(geometry.graph.plotSpace());
     const QColor ink = isDark(geometry.graph) ? Qt::white : Qt::black;
-    for (const auto& [left, right] : amendedPlaces(amendments, Kind::Late, times, row, kLeastInStrip))
+    for (const auto& [left, right] : amendedPlaces({&line}, Kind::Late, times, row, kLeastInStrip))
         for (double x = left; x < right; x += 2 * kDash)
             painter.fillRect(QRectF(x, row.top(), std::min(kDash, right - x), row.height()), ink);
-    for (const auto& [left, right] : amendedPlaces(amendments, Kind::Corrected, times, row, kLeastInStrip))
+    for (const auto& [left, right] : amendedPlaces({&line}, Kind::Corrected, times, row, kLeastInStrip))
         painter.fillRect(QRectF(left, row.center().y() - row.height() / 4, right - left, row.height() / 2), ink);
 }
 

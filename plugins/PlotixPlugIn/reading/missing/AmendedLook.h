@@ -1,7 +1,7 @@
 #pragma once
 
 #include "plotkit/layout/GraphGeometry.h"
-#include "plugins/PlotixPlugIn/host/KTVAmendments.h"
+#include "plugins/PlotixPlugIn/reading/values/AmendedRecords.h"
 
 #include <QtGui/QPainter>
 
@@ -12,18 +12,21 @@
 /// Free functions; main thread only.
 namespace plotix {
 
-/// What of one kind is drawn: coordinates of its left and right ends in `area`, in order and apart. Stretches are at
-/// least `least` points wide; what touches is one.
-std::vector<std::pair<double, double>> amendedPlaces(const std::vector<KTVAmendment>& amendments,
-                                                     KTVAmendment::Kind kind, const plotkit::AxisMapping& times,
-                                                     const QRectF& area, double least);
+/// Those of the lines that share a lane; *borrowed*.
+using AmendedLines = std::vector<const AmendedRecords*>;
 
-/// `amendments`: of all lines of the lane.
+/// What of one kind is drawn: coordinates of its left and right ends in `area`, in order and apart. Stretches are at
+/// least `least` points wide; what touches is one, and so is what lies within half a point: the work goes with the
+/// points of the area.
+std::vector<std::pair<double, double>> amendedPlaces(const AmendedLines& lines, KTVAmendment::Kind kind,
+                                                     const plotkit::AxisMapping& times, const QRectF& area,
+                                                     double least);
+
 void drawAmended(QPainter& painter, const plotkit::GraphGeometry& geometry, const QRectF& area,
-                 const std::vector<KTVAmendment>& amendments);
+                 const AmendedLines& lines);
 
 /// Over a line's row of the strip.
 void drawAmendedInStrip(QPainter& painter, const plotkit::GraphGeometry& geometry, const QRectF& row,
-                        const std::vector<KTVAmendment>& amendments);
+                        const AmendedRecords& line);
 
 }  // namespace plotix

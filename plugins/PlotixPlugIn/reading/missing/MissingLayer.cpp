@@ -23,6 +23,7 @@ constexpr double kLeastHatched = 3;  // points
 constexpr double kHatch = 7;         // points between two lines
 constexpr double kHatchNotValid = 4;
 constexpr double kRow = 3, kMostRows = 18;  // points: of a line in the strip, and of all lines together
+constexpr double kAboveRows = 3;            // points of ground above the strip's rows
 constexpr double kTextSize = 10;
 
 struct MissingLook {
@@ -73,6 +74,14 @@ QRectF placeOf(const MissingStretch& stretch, const plotkit::AxisMapping& times,
     return {left, area.top(), std::max(0.0, right - left), area.height()};
 }
 
+AmendedLines amendedOf(const std::vector<std::size_t>& ofLane, const std::vector<TrendLine>& lines)
+{
+    AmendedLines amended;
+    for (const std::size_t line : ofLane)
+        amended.push_back(&lines[line].amendments);
+    return amended;
+}
+
 }  // namespace
 
 void MissingLayer::show(const Shown& shown, const std::optional<TimeSpan>& read)
@@ -118,14 +127,6 @@ void MissingLayer::find(const plotkit::GraphGeometry& geometry, const std::vecto
     m_view = std::move(view);
 }
 
-std::vector<KTVAmendment> MissingLayer::amendedOf(const LaneLines& lane, const std::vector<TrendLine>& lines)
-{
-    std::vector<KTVAmendment> amended;
-    for (const std::size_t line : lane.lines)
-        amended.insert(amended.end(), lines[line].amendments.begin(), lines[line].amendments.end());
-    return amended;
-}
-
 void MissingLayer::drawInGraph(QPainter& painter, const plotkit::GraphGeometry& geometry)
 {
     if (!m_lines || geometry.plotArea.isEmpty() || !(geometry.graph.plotSpace().xRange().length > 0))
@@ -137,7 +138,7 @@ void MissingLayer::drawInGraph(QPainter& painter, const plotkit::GraphGeometry& 
         if (m_shown.stretches)
             drawStretches(painter, geometry, lane);
         if (m_shown.amended)
-            drawAmended(painter, geometry, geometry.areaOf(*lane.space), amendedOf(lane, lines));
+            drawAmended(painter, geometry, geometry.areaOf(*lane.space), amendedOf(lane.lines, lines));
         if (m_shown.strip)
             drawStrip(painter, geometry, lane, lines);
     }
@@ -168,15 +169,19 @@ void MissingLayer::drawStretches(QPainter& painter, const plotkit::GraphGeometry
 }
 
 /// A row for each line: its colour where there are valid records, nothing where none are, a warning where some came and
-/// are not valid; dashes over what came late, a thread through what was corrected.
+/// are not valid; dashes over what came late, a thread through what was corrected. They stand on a ground of
+/// their own, as wide as the lane: else the row of one line looks like a line.
 void MissingLayer::drawStrip(QPainter& painter, const plotkit::GraphGeometry& geometry, const LaneLines& lane,
                              const std::vector<TrendLine>& lines) const
 {
     const QRectF area = geometry.areaOf(*lane.space);
     const plotkit::AxisMapping times = geometry.xMappingOf(geometry.graph.plotSpace());
     const double row = std::min(kRow, kMostRows / static_cast<double>(lane.lines.size()));
-    double top = area.bottom() - row * static_cast<double>(lane.lines.size());
+    const double height = row * static_cast<double>(lane.lines.size());
+    double top = area.bottom() - height;
     const bool dark = isDark(geometry.graph);
+    const QRectF ground(area.left(), top - kAboveRows, area.width(), height + kAboveRows);
+    painter.fillRect(ground, dark ? QColor(104, 107, 114) : QColor(198, 202, 209));
     const QRectF known = placeOf({m_view->known.from, m_view->known.to}, times, area);
     for (const std::size_t line : lane.lines) {
         const QRectF whole(known.left(), top, known.width(), row - 0.5);

@@ -42,7 +42,6 @@ private:
 
     void find(const plotkit::GraphGeometry& geometry, const std::vector<TrendLine>& lines);
     static std::vector<LaneLines> lanesOf(const CPTXYGraph& graph, const std::vector<TrendLine>& lines);
-    static std::vector<KTVAmendment> amendedOf(const LaneLines& lane, const std::vector<TrendLine>& lines);
     void drawStretches(QPainter& painter, const plotkit::GraphGeometry& geometry, const LaneLines& lane) const;
     void drawStrip(QPainter& painter, const plotkit::GraphGeometry& geometry, const LaneLines& lane,
                    const std::vector<TrendLine>& lines) const;

@@ -26,33 +26,35 @@ constexpr Delay kDelays[] = {{0, QT_TRANSLATE_NOOP("Plotix", "By &Any Time")},
 
 }  // namespace
 
-MissingPart::MissingPart(ReadTrend& trend) : ReadingPart(trend), m_lines(trend)
+MissingPart::MissingPart(ReadTrend& trend) : ReadingPart(trend), m_lines(trend, TrendLines::Amended::Told)
 {
-    m_stretches = addAction(QT_TRANSLATE_NOOP("Plotix", "Show What Is &Missing"),
+    m_stretches = addSwitch(kStretches, QT_TRANSLATE_NOOP("Plotix", "Sho&w What Is Missing"),
                             QT_TRANSLATE_NOOP("Plotix", "Hatches the times at which nothing valid was recorded."));
-    m_amended = addAction(QT_TRANSLATE_NOOP("Plotix", "Show &Late and Corrected"),
+    m_amended = addSwitch(kAmended, QT_TRANSLATE_NOOP("Plotix", "Show Late an&d Corrected"),
                           QT_TRANSLATE_NOOP("Plotix", "Marks records that were added between others, and those whose "
                                                       "values were replaced, after the fact."));
-    m_strip =
-        addAction(QT_TRANSLATE_NOOP("Plotix", "&Quality Strip"),
-                  QT_TRANSLATE_NOOP("Plotix", "A row for each line at the foot of its lane: where it has records, "
-                                              "where it has none, and where they are not valid, late or corrected."));
+    m_strip = addSwitch(kStrip, QT_TRANSLATE_NOOP("Plotix", "&Quality Strip"),
+                        QT_TRANSLATE_NOOP("Plotix", "A row for each line at the foot of its lane: where it has "
+                                                    "records, where it has none, and where they are not valid, late "
+                                                    "or corrected."));
+    for (Switch* each : switches())
+        connect(each->action, &QAction::triggered, this, [this, each] {
+            each->isSaid = true;
+            update();
+            emit chosenChanged();
+        });
     addDelays();
 }
 
 MissingPart::~MissingPart() = default;
 
-QAction* MissingPart::addAction(const char* text, const char* hint)
+MissingPart::Switch MissingPart::addSwitch(const char* key, const char* text, const char* hint)
 {
     auto* action = new QAction(localizedText(text), this);
     action->setCheckable(true);
     action->setToolTip(localizedText(hint));
     setMenuOf(*action, localizedText(QT_TRANSLATE_NOOP("Plotix", "&Values")));
-    connect(action, &QAction::triggered, this, [this] {
-        update();
-        emit chosenChanged();
-    });
-    return action;
+    return {key, action};
 }
 
 void MissingPart::addDelays()
@@ -64,7 +66,7 @@ void MissingPart::addDelays()
         action->setChecked(delay.seconds == m_lateBy);
         action->setData(delay.seconds);
         action->setToolTip(localizedText(QT_TRANSLATE_NOOP("Plotix", "What came sooner is not called late.")));
-        setMenuOf(*action, localizedText(QT_TRANSLATE_NOOP("Plotix", "Arrived La&te")));
+        setMenuOf(*action, localizedText(QT_TRANSLATE_NOOP("Plotix", "Arrive&d Late")));
         connect(action, &QAction::triggered, this, [this, seconds = delay.seconds] {
             setLateBy(seconds);
             emit chosenChanged();
@@ -83,7 +85,7 @@ void MissingPart::setLateBy(double seconds)
 
 std::vector<QAction*> MissingPart::actions() const
 {
-    std::vector<QAction*> actions{m_stretches, m_amended, m_strip};
+    std::vector<QAction*> actions{m_stretches.action, m_amended.action, m_strip.action};
     actions.insert(actions.end(), m_delays.begin(), m_delays.end());
     return actions;
 }
@@ -91,22 +93,21 @@ std::vector<QAction*> MissingPart::actions() const
 QVariantMap MissingPart::chosen() const
 {
     QVariantMap choices;
-    if (m_stretches->isChecked())
-        choices.insert(QLatin1String(kStretches), true);
-    if (m_amended->isChecked())
-        choices.insert(QLatin1String(kAmended), true);
+    for (const Switch* each : {&m_stretches, &m_amended, &m_strip})
+        if (each->isSaid)
+            choices.insert(QLatin1String(each->key), each->action->isChecked());
     if (m_lateBy > 0)
         choices.insert(QLatin1String(kLateBy), m_lateBy);
-    if (m_strip->isChecked())
-        choices.insert(QLatin1String(kStrip), true);
     return choices;
 }
 
 void MissingPart::choose(const QVariantMap& choices)
 {
-    m_stretches->setChecked(choices.value(QLatin1String(kStretches)).toBool());
-    m_amended->setChecked(choices.value(QLatin1String(kAmended)).toBool());
-    m_strip->setChecked(choices.value(QLatin1String(kStrip)).toBool());
+    for (Switch* each : switches()) {
+        const QVariant wanted = choices.value(QLatin1String(each->key));
+        each->isSaid = wanted.metaType() == QMetaType::fromType<bool>();
+        each->action->setChecked(each->isSaid && wanted.toBool());
+    }
     setLateBy(choices.value(QLatin1String(kLateBy)).toDouble());
     emit chosenChanged();
 }
@@ -120,7 +121,8 @@ void MissingPart::linesChanged()
 void MissingPart::update()
 {
     const CPTXYGraphPtr graph = trend().graph();
-    const MissingLayer::Shown shown{m_stretches->isChecked(), m_amended->isChecked(), m_strip->isChecked()};
+    const MissingLayer::Shown shown{m_stretches.action->isChecked(), m_amended.action->isChecked(),
+                                    m_strip.action->isChecked()};
     if (!graph || (!shown.stretches && !shown.amended && !shown.strip))
         return m_layer.remove();
     m_layer.put(graph, PartLayer<MissingLayer>::Place::Beneath,

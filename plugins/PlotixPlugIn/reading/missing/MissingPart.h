@@ -9,9 +9,9 @@
 /// What is missing has a look: stretches without valid records are hatched, those that came late or were corrected are
 /// marked, and a strip sums up each line.
 ///
-/// Choices: "stretches", "amended" and "strip", truths; "lateBy", seconds: what came late by no more than that is not
-/// told, here or by the readout. What counts as a gap is what breaks the lines. Part of a trend's reading,
-/// which *owns* it. Main thread only.
+/// Choices: "stretches", "amended" and "strip", truths, of which one that was switched off stays named; "lateBy",
+/// seconds: what came late by no more than that is not told, here or by the readout. What counts as a gap is what
+/// breaks the lines. Part of a trend's reading, which *owns* it. Main thread only.
 namespace plotix {
 
 class MissingPart : public ReadingPart {
@@ -32,16 +32,22 @@ public:
     std::vector<QAction*> actions() const override;
 
 private:
-    QAction* addAction(const char* text, const char* hint);
+    /// One of the things that can be shown; off unless somebody has said so.
+    struct Switch {
+        const char* key;
+        QAction* action;  // a child; checked where chosen
+        bool isSaid = false;
+    };
+
+    Switch addSwitch(const char* key, const char* text, const char* hint);
+    std::vector<Switch*> switches() { return {&m_stretches, &m_amended, &m_strip}; }
     void addDelays();
     void setLateBy(double seconds);
     void update();
 
     TrendLines m_lines;
     PartLayer<MissingLayer> m_layer;
-    QAction* m_stretches;  // checked where chosen; children all
-    QAction* m_amended;
-    QAction* m_strip;
+    Switch m_stretches, m_amended, m_strip;
     std::vector<QAction*> m_delays;  // each with its seconds as data; the one chosen is checked
     double m_lateBy = 0;
 };

@@ -20,16 +20,15 @@ std::optional<ShownReach> reachOf(const CPTPointSeries& series, const CPTPlotRan
 {
     std::optional<ShownReach> reach;
     if (!series.isXSorted()) {
+        const CPTPointSeries::Hold held = series.hold(0, series.elementCount());
         for (std::size_t element = 0; element < series.elementCount(); ++element)
             if (series.isPoint(element) && std::isfinite(series.y()[element]) &&
                 series.x()[element] >= times.minLimit() && series.x()[element] <= times.maxLimit())
                 join(reach, static_cast<double>(series.y()[element]), static_cast<double>(series.y()[element]));
         return reach;
     }
-    const double* const begin = series.x().data();
-    const double* const end = begin + series.elementCount();
-    const auto first = static_cast<std::size_t>(std::lower_bound(begin, end, times.minLimit()) - begin);
-    const auto last = static_cast<std::size_t>(std::upper_bound(begin, end, times.maxLimit()) - begin);
+    const std::size_t first = series.elementFrom(times.minLimit());
+    const std::size_t last = series.elementAfter(times.maxLimit());
     const CPTSeriesIndex::MinMax found = series.index().minMax(first, std::max(first, last));
     if (!found.isEmpty())
         join(reach, static_cast<double>(found.min), static_cast<double>(found.max));

@@ -18,6 +18,20 @@ bool isRange(const CPTPlotRange& range)
     return std::isfinite(range.location) && std::isfinite(range.length) && range.length > 0;
 }
 
+bool touch(const CPTPlotRange& range, const TimeSpan& span)
+{
+    return range.location <= span.to && range.location + range.length >= span.from;
+}
+
+/// Whether the graph shows no record: it then has a point at the beginning of 1970, which is fitted like any other.
+bool isEmpty(const CPTXYGraph& graph, const TimeSpan& whole)
+{
+    return std::none_of(graph.allPlots().begin(), graph.allPlots().end(), [&whole](const CPTScatterPlotPtr& plot) {
+        const auto extent = plot->series() ? plot->series()->extent() : std::nullopt;
+        return extent && extent->minX <= whole.to && extent->maxX >= whole.from;
+    });
+}
+
 CPTPlotRange shortened(const CPTPlotRange& range, double longest)
 {
     if (range.length <= longest)
@@ -87,7 +101,12 @@ CPTPlotRange ViewBounds::bounded(const CPTXYPlotSpace& space, const CPTPlotRange
         return proposed;
     if (coordinate == CPTCoordinate::X) {
         const std::optional<TimeSpan> times = whole();
-        return times ? boundedTimes(proposed, *times) : proposed;
+        if (!times)
+            return proposed;
+        if (touch(proposed, *times) || !isEmpty(*graph, *times))
+            return boundedTimes(proposed, *times);
+        const std::optional<TimeSpan> read = m_trend.readSpan();
+        return read && read->to > read->from ? CPTPlotRange{read->from, read->to - read->from} : proposed;
     }
     double lowest = HUGE_VAL;
     double highest = -HUGE_VAL;

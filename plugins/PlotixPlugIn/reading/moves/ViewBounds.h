@@ -11,7 +11,8 @@
 /// of the values.
 ///
 /// What the trend or its host shows by itself is never touched, nor are times when nobody tells how far records reach.
-/// Its owner *owns* it; it *borrows* the trend. Main thread only.
+/// A graph without any record stays at the dates that were asked for, not at the beginning of 1970. Its owner *owns*
+/// it; it *borrows* the trend. Main thread only.
 namespace plotix {
 
 class ViewBounds {

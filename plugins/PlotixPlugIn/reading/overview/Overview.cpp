@@ -21,7 +21,7 @@ constexpr double kLeastDrag = 3;  // points: less is a click
 
 Overview::Overview(ReadTrend& trend) : ReadingPart(trend)
 {
-    m_action = new QAction(localizedText(QT_TRANSLATE_NOOP("Plotix", "Over&view of Everything Fetched")), this);
+    m_action = new QAction(localizedText(QT_TRANSLATE_NOOP("Plotix", "&Overview of Everything Fetched")), this);
     m_action->setCheckable(true);
     m_action->setShortcut(QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_V));
     setMenuOf(*m_action, localizedText(QT_TRANSLATE_NOOP("Plotix", "&Move")));

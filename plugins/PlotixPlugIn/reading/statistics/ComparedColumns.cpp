@@ -12,7 +12,7 @@ namespace {
 
 using Cell = TableFigures::Cell;
 
-constexpr int kWidth = 180;                          // points
+constexpr int kWidth = 90;                           // points; grows with what it holds
 const QString kAverage = QStringLiteral("average");  // stored, as the next: never change
 const QString kDifference = QStringLiteral("difference");
 
@@ -53,16 +53,16 @@ std::vector<TableFigures::Column> ComparedColumns::columns(const StatisticsChoic
                                  return line.comparison == comparison;
                              })->comparisonName;
         const auto add = [&](const QString& figure, const QString& title, TableFigures::Kind kind) {
-            columns.push_back({identifierOf(figure, comparison), title, kind, kWidth});
+            columns.push_back({identifierOf(figure, comparison), title, kind, kWidth, true});
         };
-        const auto titled = [&](const char* title) {
-            return localizedText(QT_TRANSLATE_NOOP("Plotix", "%1, %2")).arg(localizedText(title), name);
+        const auto titled = [&](const QString& title) {
+            return localizedText(QT_TRANSLATE_NOOP("Plotix", "%1, %2")).arg(title, name);
         };
-        add(kAverage, titled(QT_TRANSLATE_NOOP("Plotix", "Average")), TableFigures::Kind::Number);
-        add(kDifference, titled(QT_TRANSLATE_NOOP("Plotix", "Difference")), TableFigures::Kind::Number);
+        add(kAverage, titled(localizedText(QT_TRANSLATE_NOOP("Plotix", "Average"))), TableFigures::Kind::Number);
+        add(kDifference, titled(localizedText(QT_TRANSLATE_NOOP("Plotix", "Difference"))), TableFigures::Kind::Number);
         for (const QString& identifier : choices.columns)
             if (const FigureColumn* column = figureColumn(identifier))
-                add(identifier, titled(column->title), column->kind);
+                add(identifier, titled(titleOf(*column)), column->kind);
     }
     return columns;
 }
@@ -86,17 +86,41 @@ std::optional<Cell> ComparedColumns::cell(const QString& key, const QString& ide
     if (meant->line.isEmpty())
         return Cell{FigureTexts::none()};
     if (meant->figure == kAverage)
-        return averageCell(meant->line);
+        return averageCell(key, meant->line);
     if (meant->figure == kDifference)
         return differenceCell(key, meant->line);
     const FigureColumn* column = figureColumn(meant->figure);
     return column ? m_table.cell(meant->line, *column) : Cell();
 }
 
-Cell ComparedColumns::averageCell(const QString& key) const
+/// How much of the span either average is about, where that differs enough to mislead: less than a day recorded beside
+/// a whole one.
+std::optional<ComparedColumns::Shares> ComparedColumns::unequalShares(const LineFigures& now,
+                                                                      const LineFigures& then) const
 {
-    const auto figures = m_table.figures(key);
-    return figures ? Cell{m_texts.value(figures->mean, *figures), {}, figures->mean, {}} : Cell{m_table.missing()};
+    constexpr double kAlike = 0.05;
+    if (!(std::abs(now.coverage - then.coverage) > kAlike))
+        return std::nullopt;
+    const QString hint = localizedText(QT_TRANSLATE_NOOP("Plotix", "Recorded now: %1 of the time, then: %2"));
+    const Shares shares{m_texts.share(now.coverage), m_texts.share(then.coverage), {}};
+    return Shares{shares.now, shares.then, hint.arg(shares.now, shares.then)};
+}
+
+Cell ComparedColumns::averageCell(const QString& key, const QString& comparedKey) const
+{
+    const auto then = m_table.figures(comparedKey);
+    if (!then)
+        return {m_table.missing()};
+    if (std::isnan(then->mean))
+        return {localizedText(QT_TRANSLATE_NOOP("Plotix", "nothing recorded"))};
+    const QString average = m_texts.value(then->mean, *then);
+    const auto now = m_table.figures(key);
+    const auto shares = now ? unequalShares(*now, *then) : std::nullopt;
+    if (!shares)
+        return {average, {}, then->mean, {}};
+    //: An average and of how much of the time it is: "20.4 (29 % recorded)".
+    const QString text = localizedText(QT_TRANSLATE_NOOP("Plotix", "%1 (%2 recorded)")).arg(average, shares->then);
+    return {text, shares->hint, then->mean, {}};
 }
 
 /// The difference, and what share of the earlier average it is, where that has a meaning: nothing is a share of 0 °C.
@@ -117,8 +141,12 @@ Cell ComparedColumns::differenceCell(const QString& key, const QString& compared
         text += QChar(QChar::Nbsp) + symbol;
     constexpr double kPercent = 100;
     const bool hasShare = symbol == line->unitSymbol && then->mean != 0;
-    const QString hint =
-        hasShare ? QStringLiteral("%1 %").arg(kPercent * more / std::abs(then->mean), 0, 'f', 1) : QString();
+    QString hint = hasShare ? QStringLiteral("%1 %").arg(kPercent * more / std::abs(then->mean), 0, 'f', 1) : QString();
+    if (const auto shares = unequalShares(*now, *then)) {
+        //: A difference of averages, and of how much of the time each is: "+1.5 K (100 % against 29 %)".
+        text = localizedText(QT_TRANSLATE_NOOP("Plotix", "%1 (%2 against %3)")).arg(text, shares->now, shares->then);
+        hint = hint.isEmpty() ? shares->hint : hint + QLatin1Char('\n') + shares->hint;
+    }
     return {text, hint, more, {}};
 }
 

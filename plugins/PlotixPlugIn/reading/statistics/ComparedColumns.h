@@ -29,7 +29,12 @@ public:
     std::optional<Meant> meant(const QString& key, const QString& identifier) const;
 
 private:
-    TableFigures::Cell averageCell(const QString& key) const;
+    /// Of the span, as people read them.
+    struct Shares {
+        QString now, then, hint;
+    };
+    std::optional<Shares> unequalShares(const LineFigures& now, const LineFigures& then) const;
+    TableFigures::Cell averageCell(const QString& key, const QString& comparedKey) const;
     TableFigures::Cell differenceCell(const QString& key, const QString& comparedKey) const;
 
     const ReadTrend& m_trend;

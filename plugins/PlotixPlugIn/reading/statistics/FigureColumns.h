@@ -32,7 +32,7 @@ enum class Figure {
 struct FigureColumn {
     Figure figure;
     const char* identifier;  ///< stored: never change
-    const char* title;       ///< key of a localised text
+    const char* item;        ///< of a menu: key of a localised text
     TableFigures::Kind kind;
     int width;         ///< points
     double share = 0;  ///< of a percentile, 0 to 1
@@ -40,6 +40,7 @@ struct FigureColumn {
 
 /// In the order of the table.
 std::span<const FigureColumn> figureColumns();
+QString titleOf(const FigureColumn& column);                  ///< for people
 const FigureColumn* figureColumn(const QString& identifier);  ///< null when there is none
 
 }  // namespace plotix

@@ -21,6 +21,9 @@ std::size_t recordsOf(const std::vector<FigureTask>& tasks)
 /// The records in the order of their times; most are.
 FigureRecords inOrder(const FigureRecords& records)
 {
+    if (records.times().runs())
+        return records;
+    const PagedMemory::Hold held = records.times().hold(0, records.size());
     const auto times = records.times().span();
     const auto order = sortingOrder(times.first(records.size()));
     if (!order)
@@ -31,10 +34,10 @@ FigureRecords inOrder(const FigureRecords& records)
 }
 
 /// Whether records begin among others and end no earlier.
-bool doCarryOn(const SharedArray<double>& times, const SharedArray<double>& before)
+bool doCarryOn(const RecordTimes& times, const RecordTimes& before)
 {
-    return !times.isEmpty() && !before.isEmpty() && times.span().front() >= before.span().front() &&
-           times.span().front() <= before.span().back() && times.span().back() >= before.span().back();
+    return !times.isEmpty() && !before.isEmpty() && times.front() >= before.front() && times.front() <= before.back() &&
+           times.back() >= before.back();
 }
 
 }  // namespace

@@ -21,7 +21,7 @@ namespace plotix {
 /// A line whose figures are kept. A value; *shares* the records.
 struct FigureLine {
     QString key;
-    SharedArray<double> times;
+    RecordTimes times;
     std::shared_ptr<KTVRecordColumn> column;
     double longestJoin = 0;  ///< seconds
 };

@@ -78,7 +78,17 @@ QString FigureTexts::moment(double seconds) const
 
 QString FigureTexts::duration(double seconds) const
 {
-    return std::isfinite(seconds) ? durationText(seconds) : none();
+    if (!std::isfinite(seconds))
+        return none();
+    constexpr qint64 kMinutesADay = 1440, kMinutesAnHour = 60;
+    constexpr double kMinute = 60;  // seconds
+    const qint64 minutes = qRound64(seconds / kMinute);
+    if (minutes < kMinutesADay)
+        return durationText(seconds);
+    return QStringLiteral("%1 d %2 h %3 min")
+        .arg(minutes / kMinutesADay)
+        .arg(minutes % kMinutesADay / kMinutesAnHour)
+        .arg(minutes % kMinutesAnHour);
 }
 
 }  // namespace plotix

@@ -25,7 +25,8 @@ public:
     QString shortMoment(double seconds, double span) const;
     QString moment(double seconds) const;  ///< the date and the time, to what tells it apart; a NaN is a dash
 
-    QString duration(double seconds) const;  ///< its two largest parts; a NaN is a dash
+    /// Its two largest parts; of a day and more days, hours and minutes. A NaN is a dash.
+    QString duration(double seconds) const;
 
     static QString none() { return QStringLiteral("–"); }
     static QString pending() { return QStringLiteral("…"); }

@@ -1,6 +1,6 @@
 #include "plugins/PlotixPlugIn/reading/statistics/StatisticsPart.h"
 
-#include <QtWidgets/QInputDialog>
+#include "plugins/PlotixPlugIn/reading/statistics/LimitDialog.h"
 
 #include <algorithm>
 
@@ -22,7 +22,7 @@ public:
         std::vector<Column> columns;
         for (const QString& identifier : m_part.m_choices.columns) {
             const FigureColumn* column = figureColumn(identifier);
-            columns.push_back({identifier, localizedText(column->title), column->kind, column->width});
+            columns.push_back({identifier, titleOf(*column), column->kind, column->width});
         }
         for (Column& column : m_part.m_compared.columns(m_part.m_choices))
             columns.push_back(std::move(column));
@@ -44,6 +44,7 @@ public:
     }
     std::optional<Own> own(const QString& key) const override { return m_part.m_table.own(key); }
     QString about() const override { return m_part.aboutText(); }
+    std::optional<QString> quality(const QString& key) const override { return m_part.m_table.quality(key); }
     void select(const QString& key) override { m_part.m_currentKey = key; }
     void activate(const QString& key, const QString& identifier) override
     {
@@ -99,6 +100,8 @@ void StatisticsPart::viewLoaded()
 {
     if (const ReadingPart* looks = trend().part(QStringLiteral("looks")))
         connect(looks, &ReadingPart::chosenChanged, this, &StatisticsPart::refreshSoon);
+    if (const ReadingPart* missing = trend().part(QStringLiteral("missing")))  // what is not shown is not counted
+        connect(missing, &ReadingPart::chosenChanged, this, &StatisticsPart::refreshSoon);
     if (KTVAnnotations* annotations = trend().annotations())
         connect(annotations, &KTVAnnotations::changed, this, &StatisticsPart::refreshSoon);
 }
@@ -198,6 +201,19 @@ void StatisticsPart::setColumn(const QString& identifier, bool isChosen)
     else
         choices.columns.removeAll(identifier);
     change(choicesFromMap(mapFromChoices(choices)));  // in the table's order
+    if (isChosen)
+        emit m_figures->cellMeant(currentKey(), identifier);
+}
+
+// A column of times above a limit says nothing as long as no line has one: then it is asked for.
+void StatisticsPart::toggleColumn(const FigureColumn& column, bool isChosen)
+{
+    const auto hasLimit = [&](const ReadLine& line) { return m_table.limit(line.key, column.figure).has_value(); };
+    const bool countsBeyond = column.figure == Figure::AboveHigh || column.figure == Figure::BelowLow;
+    if (isChosen && countsBeyond && trend().rootView() && !std::ranges::any_of(trend().lines(), hasLimit))
+        askForLimit(currentKey(), column.figure);
+    else
+        setColumn(QString::fromLatin1(column.identifier), isChosen);
 }
 
 void StatisticsPart::setOver(StatisticsOver over)
@@ -216,6 +232,7 @@ void StatisticsPart::setLimit(const QString& key, Figure figure, double value)
     if (!choices.columns.contains(QLatin1String(shown.identifier)))
         choices.columns << QString::fromLatin1(shown.identifier);
     change(choicesFromMap(mapFromChoices(choices)));
+    emit m_figures->cellMeant(key, QString::fromLatin1(shown.identifier));
 }
 
 void StatisticsPart::removeLimits()
@@ -228,28 +245,18 @@ void StatisticsPart::removeLimits()
 
 void StatisticsPart::askForLimit(const QString& key, Figure figure)
 {
-    const auto line = m_table.line(key);
     QWidget* root = trend().rootView();
-    if (!line || !root)
+    std::vector<LimitDialog::Line> lines;
+    for (const ReadLine& line : trend().lines())
+        if (!line.isCompared())
+            lines.push_back({line.key, line.name, line.unitSymbol, m_table.limit(line.key, figure).value_or(0)});
+    if (lines.empty() || !root)
         return;
-    const bool isLow = figure == Figure::BelowLow;
-    const auto& limits = isLow ? m_choices.lowLimits : m_choices.highLimits;
-    constexpr double kMost = 1e15;
-    constexpr int kDecimals = 6;
-    auto* dialog = new QInputDialog(root);
-    dialog->setAttribute(Qt::WA_DeleteOnClose);
-    dialog->setInputMode(QInputDialog::DoubleInput);
-    dialog->setDoubleRange(-kMost, kMost);
-    dialog->setDoubleDecimals(kDecimals);
-    dialog->setDoubleValue(limits.contains(key) ? limits.at(key).value : 0);
-    dialog->setWindowTitle(localizedText(isLow ? QT_TRANSLATE_NOOP("Plotix", "Time Below Limit")
-                                               : QT_TRANSLATE_NOOP("Plotix", "Time Above Limit")));
-    const QString unit = line->unitSymbol.isEmpty() ? QString() : QStringLiteral(" (%1)").arg(line->unitSymbol);
-    dialog->setLabelText(localizedText(isLow ? QT_TRANSLATE_NOOP("Plotix", "Count the time that %1 is below:")
-                                             : QT_TRANSLATE_NOOP("Plotix", "Count the time that %1 is above:"))
-                             .arg(line->name + unit));
-    connect(dialog, &QInputDialog::doubleValueSelected, this,
-            [this, key, figure](double value) { setLimit(key, figure, value); });
+    const auto side = figure == Figure::BelowLow ? LimitDialog::Side::Below : LimitDialog::Side::Above;
+    auto* dialog = new LimitDialog(side, std::move(lines), key, root);
+    connect(dialog, &LimitDialog::limitGiven, this,
+            [this, figure](const QString& line, double limit) { setLimit(line, figure, limit); });
+    connect(dialog, &QDialog::rejected, this, &StatisticsPart::checkActions);
     dialog->open();
 }
 

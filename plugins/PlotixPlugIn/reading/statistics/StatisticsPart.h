@@ -7,6 +7,7 @@
 
 #include <QtCore/QPointer>
 #include <QtCore/QTimer>
+#include <QtWidgets/QMenu>
 
 #include <memory>
 
@@ -55,6 +56,9 @@ private:
     void goToTime(const QString& key, Figure figure);
     void holdValueLine(double time);
     void setColumn(const QString& identifier, bool isChosen);
+    void toggleColumn(const FigureColumn& column, bool isChosen);
+    QAction* addColumnsMenu();
+    QAction* addExtremesMenu(const char* title, Figure figure);
     void setOver(StatisticsOver over);
     void setLimit(const QString& key, Figure figure, double value);
     void removeLimits();
@@ -68,7 +72,10 @@ private:
     QStringList m_comparisons;  // that the table has columns for
     std::unique_ptr<Figures> m_figures;
     std::vector<QAction*> m_overActions, m_columnActions;  // children
+    std::vector<QAction*> m_extremeActions;                // likewise: each a menu of lines
     std::vector<QAction*> m_lineActions;                   // likewise: what is done with one line
+    std::vector<std::unique_ptr<QMenu>> m_extremeMenus;    // of lines
+    std::unique_ptr<QMenu> m_columnsMenu;
     QPointer<StatisticsHeading> m_heading;
     QString m_currentKey;
     QTimer m_ageing;  // while ages are shown

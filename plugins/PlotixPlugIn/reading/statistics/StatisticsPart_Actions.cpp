@@ -18,7 +18,7 @@ namespace plotix {
 
 void StatisticsPart::makeActions()
 {
-    const QString menu = localizedText(QT_TRANSLATE_NOOP("Plotix", "Table"));
+    const QString menu = localizedText(QT_TRANSLATE_NOOP("Plotix", "&Table"));
     const auto make = [&](const char* text, std::vector<QAction*>& list) {
         auto* action = new QAction(localizedText(text), this);
         setMenuOf(*action, menu);
@@ -27,35 +27,69 @@ void StatisticsPart::makeActions()
     };
     auto* group = new QActionGroup(this);
     const std::pair<StatisticsOver, const char*> spans[] = {
-        {StatisticsOver::Fetched, QT_TRANSLATE_NOOP("Plotix", "Statistics of Everything Fetched")},
-        {StatisticsOver::Visible, QT_TRANSLATE_NOOP("Plotix", "Statistics of What Is Visible")},
-        {StatisticsOver::Marked, QT_TRANSLATE_NOOP("Plotix", "Statistics from A to B")}};
+        {StatisticsOver::Fetched, QT_TRANSLATE_NOOP("Plotix", "Statistics of &Everything Fetched")},
+        {StatisticsOver::Visible, QT_TRANSLATE_NOOP("Plotix", "Statistics of What Is &Visible")},
+        {StatisticsOver::Marked, QT_TRANSLATE_NOOP("Plotix", "Statistics from A to &B")}};
     for (const auto& [over, text] : spans) {
         QAction* action = make(text, m_overActions);
         action->setCheckable(true);
         group->addAction(action);
         connect(action, &QAction::triggered, this, [this, each = over] { setOver(each); });
     }
-    for (const FigureColumn& column : figureColumns()) {
-        QAction* action = make(column.title, m_columnActions);
-        action->setCheckable(true);
-        connect(action, &QAction::triggered, this,
-                [this, id = QString::fromLatin1(column.identifier)](bool isOn) { setColumn(id, isOn); });
-    }
     const auto goes = [&](const char* text, Figure figure) {
         connect(make(text, m_lineActions), &QAction::triggered, this, [this, figure] { goToExtreme(figure); });
     };
-    goes(QT_TRANSLATE_NOOP("Plotix", "Go to Minimum"), Figure::MinimumTime);
-    goes(QT_TRANSLATE_NOOP("Plotix", "Go to Maximum"), Figure::MaximumTime);
+    goes(QT_TRANSLATE_NOOP("Plotix", "Go to Mi&nimum"), Figure::MinimumTime);
+    goes(QT_TRANSLATE_NOOP("Plotix", "Go to Ma&ximum"), Figure::MaximumTime);
     const auto limits = [&](const char* text, Figure figure) {
         connect(make(text, m_lineActions), &QAction::triggered, this,
                 [this, figure] { askForLimit(currentKey(), figure); });
     };
-    limits(QT_TRANSLATE_NOOP("Plotix", "Time Above a Limit…"), Figure::AboveHigh);
-    limits(QT_TRANSLATE_NOOP("Plotix", "Time Below a Limit…"), Figure::BelowLow);
-    connect(make(QT_TRANSLATE_NOOP("Plotix", "Remove All Limits"), m_lineActions), &QAction::triggered, this,
+    m_extremeActions = {addExtremesMenu(QT_TRANSLATE_NOOP("Plotix", "Go to Ma&ximum of"), Figure::MaximumTime),
+                        addExtremesMenu(QT_TRANSLATE_NOOP("Plotix", "Go to Minimum o&f"), Figure::MinimumTime)};
+    m_lineActions.push_back(addColumnsMenu());
+    limits(QT_TRANSLATE_NOOP("Plotix", "Time &Above a Limit…"), Figure::AboveHigh);
+    limits(QT_TRANSLATE_NOOP("Plotix", "Time Be&low a Limit…"), Figure::BelowLow);
+    connect(make(QT_TRANSLATE_NOOP("Plotix", "&Remove All Limits"), m_lineActions), &QAction::triggered, this,
             &StatisticsPart::removeLimits);
     checkActions();
+}
+
+/// More columns than a menu of other things bears.
+QAction* StatisticsPart::addColumnsMenu()
+{
+    m_columnsMenu = std::make_unique<QMenu>();
+    auto* columns = new QAction(localizedText(QT_TRANSLATE_NOOP("Plotix", "&Columns")), this);
+    setMenuOf(*columns, localizedText(QT_TRANSLATE_NOOP("Plotix", "&Table")));
+    columns->setMenu(m_columnsMenu.get());
+    for (const FigureColumn& column : figureColumns()) {
+        auto* action = new QAction(localizedText(column.item), this);
+        action->setCheckable(true);
+        connect(action, &QAction::triggered, this, [this, &column](bool isOn) { toggleColumn(column, isOn); });
+        m_columnActions.push_back(action);
+        m_columnsMenu->addAction(action);
+    }
+    return columns;
+}
+
+/// The lines there are, to go to an extreme of one of them; in the menu of the value line, which goes there.
+QAction* StatisticsPart::addExtremesMenu(const char* title, Figure figure)
+{
+    auto menu = std::make_unique<QMenu>();
+    auto* action = new QAction(localizedText(title), this);
+    setMenuOf(*action, localizedText(QT_TRANSLATE_NOOP("Plotix", "&Values")));
+    action->setMenu(menu.get());
+    connect(menu.get(), &QMenu::aboutToShow, this, [this, shown = menu.get(), figure] {
+        shown->clear();
+        for (const ReadLine& line : trend().lines()) {
+            if (line.isCompared() || !line.isShown)
+                continue;
+            QAction* item = shown->addAction(QString(line.name).replace(u'&', QStringLiteral("&&")));
+            connect(item, &QAction::triggered, this, [this, key = line.key, figure] { goToTime(key, figure); });
+        }
+    });
+    m_extremeMenus.push_back(std::move(menu));
+    return action;
 }
 
 void StatisticsPart::checkActions()
@@ -69,9 +103,9 @@ void StatisticsPart::checkActions()
 
 std::vector<QAction*> StatisticsPart::actions() const
 {
-    std::vector<QAction*> all = m_overActions;
+    std::vector<QAction*> all = m_extremeActions;
+    all.insert(all.end(), m_overActions.begin(), m_overActions.end());
     all.insert(all.end(), m_lineActions.begin(), m_lineActions.end());
-    all.insert(all.end(), m_columnActions.begin(), m_columnActions.end());
     return all;
 }
 

@@ -50,9 +50,8 @@ std::optional<TimeSpan> StatisticsTable::span(StatisticsOver over) const
         return std::nullopt;
     if (const auto asked = m_trend.readSpan())
         return asked;
-    const auto times = records->time()->span();
-    const auto [first, last] = std::minmax(times.front(), times.back());
-    return TimeSpan{first, last};
+    const double first = records->time()->front(), last = records->time()->back();
+    return TimeSpan{std::min(first, last), std::max(first, last)};
 }
 
 std::vector<FigureLine> StatisticsTable::keptLines() const
@@ -79,14 +78,14 @@ std::optional<StatisticsTable::CountedLimit> StatisticsTable::limitOf(const QStr
     const auto& chosen = isLow ? m_choices.lowLimits : m_choices.highLimits;
     if (const auto limit = chosen.find(owner); limit != chosen.end())
         return CountedLimit{convertedLimit(limit->second, column),
-                            m_texts.amount(limit->second.value, limit->second.unit)};
+                            m_values.value(convertedLimit(limit->second, column), column.unitSymbol())};
     const KTVAnnotations* annotations = m_trend.annotations();
     const auto limit = annotations ? innermostLimit(annotations->limitsOf(owner),
                                                     isLow ? KTVLimit::Side::Below : KTVLimit::Side::Above)
                                    : std::nullopt;
     if (!limit)
         return std::nullopt;
-    return CountedLimit{limit->value, limit->name + u' ' + m_texts.amount(limit->value, column.unitSymbol())};
+    return CountedLimit{limit->value, limit->name + u' ' + m_values.value(limit->value, column.unitSymbol())};
 }
 
 LineLimits StatisticsTable::limitsOf(const QString& key, const KTVRecordColumn& column) const
@@ -97,6 +96,14 @@ LineLimits StatisticsTable::limitsOf(const QString& key, const KTVRecordColumn& 
     if (const auto low = limitOf(key, column, Figure::BelowLow))
         limits.low = low->value;
     return limits;
+}
+
+std::optional<double> StatisticsTable::limit(const QString& key, Figure figure) const
+{
+    const KTVRecordDictionaryPtr records = m_trend.recordsOf(key);
+    const auto column = records ? records->columnForKey(key) : nullptr;
+    const auto counted = column ? limitOf(key, *column, figure) : std::nullopt;
+    return counted ? std::optional(counted->value) : std::nullopt;
 }
 
 /// A line that is compared asks for its own average beside the earlier one.
@@ -193,8 +200,7 @@ Cell StatisticsTable::cell(const QString& key, const FigureColumn& column) const
     case Figure::Percentile: return percentileCell(key, figures, column.share);
     case Figure::TimeWeightedMean: return value(isHeld(key) ? figures.heldMean : figures.straightMean);
     case Figure::Integral: return integralCell(key, figures);
-    case Figure::Coverage:
-        return {m_texts.share(figures.coverage), m_texts.duration(figures.covered), figures.coverage, figures.coverage};
+    case Figure::Coverage: return coverageCell(key, figures);
     case Figure::Gaps: return {m_texts.count(figures.gaps), {}, static_cast<double>(figures.gaps), {}};
     case Figure::AboveHigh:
     case Figure::BelowLow:
@@ -220,6 +226,22 @@ Cell StatisticsTable::percentileCell(const QString& key, const LineFigures& figu
     if (found)
         return {m_texts.value(*found, figures), {}, *found, {}};
     return {m_keeper.isCancelled() ? FigureTexts::none() : FigureTexts::pending()};
+}
+
+std::optional<QString> StatisticsTable::quality(const QString& key) const
+{
+    if (!m_quality.areChosen())
+        return std::nullopt;
+    const auto span = this->span(m_choices.over);
+    return span ? m_quality.text(key, *span, m_texts) : FigureTexts::none();
+}
+
+Cell StatisticsTable::coverageCell(const QString& key, const LineFigures& figures) const
+{
+    QString hint = m_texts.duration(figures.covered);
+    if (const auto told = quality(key); told && *told != FigureTexts::none())
+        hint += QLatin1Char('\n') + *told;
+    return {m_texts.share(figures.coverage), hint, figures.coverage, figures.coverage};
 }
 
 Cell StatisticsTable::integralCell(const QString& key, const LineFigures& figures) const
@@ -253,9 +275,11 @@ Cell StatisticsTable::limitCell(const QString& key, Figure figure) const
         return {m_texts.count(found->crossings), {}, static_cast<double>(found->crossings), {}};
     const double seconds = isHeld(key) ? (isLow ? found->heldBelow : found->heldAbove)
                                        : (isLow ? found->straightBelow : found->straightAbove);
-    const QString hint =
-        localizedText(isLow ? QT_TRANSLATE_NOOP("Plotix", "below %1") : QT_TRANSLATE_NOOP("Plotix", "above %1"));
-    return {m_texts.duration(seconds), hint.arg(isLow ? low->text : high->text), seconds, {}};
+    // Each line has a limit of its own, so that the title cannot name it.
+    const QString beyond =
+        localizedText(isLow ? QT_TRANSLATE_NOOP("Plotix", "below %1") : QT_TRANSLATE_NOOP("Plotix", "above %1"))
+            .arg(isLow ? low->text : high->text);
+    return {QStringLiteral("%1: %2").arg(beyond, m_texts.duration(seconds)), {}, seconds, {}};
 }
 
 Cell StatisticsTable::latestCell(const QString& key, const LineFigures& figures, Figure figure) const
@@ -263,9 +287,13 @@ Cell StatisticsTable::latestCell(const QString& key, const LineFigures& figures,
     const auto latest = m_keeper.latest(key);
     if (!latest)
         return {FigureTexts::none()};
-    if (figure == Figure::Now)
-        return {m_texts.value(latest->value, figures), m_texts.moment(latest->time), latest->value, {}};
     const double age = std::max(0.0, now() - latest->time);
+    constexpr double kRecent = 3600;  // seconds: what is older is no present value, and says of when it is
+    if (figure == Figure::Now) {
+        const QString value = m_texts.value(latest->value, figures);
+        const QString moment = m_texts.moment(latest->time);
+        return {age <= kRecent ? value : QStringLiteral("%1, %2").arg(value, moment), moment, latest->value, {}};
+    }
     return {m_texts.duration(std::floor(age)), m_texts.moment(latest->time), age, {}};
 }
 

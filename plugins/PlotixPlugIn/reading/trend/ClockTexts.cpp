@@ -43,14 +43,14 @@ QString momentDescription(const CPTClock& clock, const Date& date)
     return locale.toString(momentBy(clock, date.seconds), formatBy(clock, locale.dateTimeFormat(QLocale::LongFormat)));
 }
 
-QString zoneDescription(const QTimeZone& zone, const TimeSpan& span)
+QString zoneDescription(const QTimeZone& zone, const std::vector<int>& offsets)
 {
-    const int first = plotkit::offsetAt(zone, span.from), last = plotkit::offsetAt(zone, span.to);
+    QStringList texts;
+    for (const int offset : offsets)
+        texts << plotkit::offsetText(offset);
     const QString name = QString::fromUtf8(zone.id());
-    QString offsets = plotkit::offsetText(first);
-    if (last != first)
-        offsets += QStringLiteral(" / ") + plotkit::offsetText(last);
-    return name == offsets ? name : QStringLiteral("%1, %2").arg(name, offsets);
+    const QString distances = texts.join(QStringLiteral(" / "));
+    return name == distances ? name : QStringLiteral("%1, %2").arg(name, distances);
 }
 
 }  // namespace plotix

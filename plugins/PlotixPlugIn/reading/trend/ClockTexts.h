@@ -2,10 +2,11 @@
 
 #include "base/Date.h"
 #include "plotkit/model/CPTClock.h"
-#include "plugins/PlotixPlugIn/reading/trend/TimeSpan.h"
 
 #include <QtCore/QDateTime>
 #include <QtCore/QLocale>
+
+#include <vector>
 
 /// Times by a trend's clock, in words. Free functions; main thread only.
 namespace plotix {
@@ -21,7 +22,7 @@ QString formatBy(const CPTClock& clock, QString format);
 /// As the host describes dates; where a clock was chosen, the same in its zone, with the zone's short name.
 QString momentDescription(const CPTClock& clock, const Date& date);
 
-/// The zone with its distances from UTC over a span: "Europe/Berlin, UTC+1", "Europe/Berlin, UTC+1 / UTC+2", "UTC".
-QString zoneDescription(const QTimeZone& zone, const TimeSpan& span);
+/// The zone with distances from UTC, seconds east: "Europe/Berlin, UTC+1", "Europe/Berlin, UTC+1 / UTC+2", "UTC".
+QString zoneDescription(const QTimeZone& zone, const std::vector<int>& offsets);
 
 }  // namespace plotix

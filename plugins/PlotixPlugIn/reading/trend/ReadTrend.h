@@ -42,6 +42,7 @@ struct ReadLine {
     QString comparisonName = {};  ///< likewise: for people, such as "a week earlier"
     /// Likewise: when what is drawn at a time was recorded.
     std::function<double(double drawn)> recordedAt = {};
+    bool hasValues = true;  ///< likewise: false where nothing with a value was recorded then
 
     bool isCompared() const { return !comparedKey.isEmpty(); }
 };
@@ -51,6 +52,12 @@ struct AddedLine {
     ReadLine line;  ///< unit and being shown are those of the line it stands beside, the colour is its plot's
     CPTScatterPlotPtr plot;
     KTVRecordDictionaryPtr records;
+};
+
+/// Records that are shown, or shown next, and the span they were asked for.
+struct SpanRecords {
+    TimeSpan span;
+    KTVRecordDictionaryPtr records;  ///< may be null
 };
 
 /// Reading records beside those of the trend: whoever reads keeps it, and may stop.

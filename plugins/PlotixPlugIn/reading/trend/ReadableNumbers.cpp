@@ -9,18 +9,7 @@ namespace plotix {
 
 namespace {
 
-constexpr int kDigitsOfRange = 4;
 constexpr int kMostDecimals = 9;
-
-/// The decimals of the shortest text that reads back to the same number.
-int ownDecimals(float number)
-{
-    const QString text = numberText(number);
-    const qsizetype point = text.indexOf(QLatin1Char('.'));
-    if (text.contains(QLatin1Char('e')))
-        return std::abs(number) < 1 ? kMostDecimals : 0;
-    return point < 0 ? 0 : static_cast<int>(std::min<qsizetype>(text.size() - point - 1, kMostDecimals));
-}
 
 bool isPlain(double number)
 {
@@ -31,16 +20,6 @@ bool isPlain(double number)
 }
 
 }  // namespace
-
-int decimalsForStatistics(float minimum, float maximum)
-{
-    const int own = std::max(ownDecimals(minimum), ownDecimals(maximum));
-    const double range = static_cast<double>(maximum) - static_cast<double>(minimum);
-    if (!(range > 0))
-        return own;
-    const int worth = kDigitsOfRange - 1 - static_cast<int>(std::floor(std::log10(range)));
-    return std::clamp(worth, 0, own + 1);
-}
 
 QString ReadableNumbers::withDecimals(double number, int decimals) const
 {
@@ -60,9 +39,9 @@ QString ReadableNumbers::toFiveDigits(double number) const
 
 ReadableNumbers::Texts ReadableNumbers::statistics(float minimum, float maximum, float average) const
 {
-    const int decimals = std::isfinite(minimum) && std::isfinite(maximum) ? decimalsForStatistics(minimum, maximum) : 0;
-    const auto text = [&](float number) { return withDecimals(static_cast<double>(number), decimals); };
-    return {text(minimum), text(maximum), text(average)};
+    const FigureDecimals decimals = figureDecimals(minimum, maximum, average);
+    const auto text = [this](float number, int digits) { return withDecimals(static_cast<double>(number), digits); };
+    return {text(minimum, decimals.extremes), text(maximum, decimals.extremes), text(average, decimals.average)};
 }
 
 QString ReadableNumbers::count(qint64 number) const

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "base/FigureDecimals.h"
 #include "plotkit/model/CPTTickFormatters.h"
 
 #include <QtCore/QString>
@@ -15,8 +16,7 @@ public:
     struct Texts {
         QString minimum, maximum, average;
     };
-    /// All three with the same decimals: about four digits of the range, but no more than one beyond those that the
-    /// extremes themselves have. Equal extremes are written exactly. What is no number is written as `numberText` does.
+    /// With figureDecimals(). What is no number is written as `numberText` does.
     Texts statistics(float minimum, float maximum, float average) const;
 
     QString count(qint64 number) const;  ///< "12,345"
@@ -28,8 +28,5 @@ public:
 private:
     CPTTickNumberFormatter m_formatter;
 };
-
-/// The decimals by which statistics() writes. Requires: finite numbers.
-int decimalsForStatistics(float minimum, float maximum);
 
 }  // namespace plotix

@@ -53,9 +53,9 @@ public:
     virtual void restyled() {}                              ///< axes and frame of the graph have another look
     virtual void markedSpanSet() {}
     virtual void clockSet() {}  ///< times are said by another zone, or in another form
-    /// Records of this span were read and are shown next: `show` is to be called when this part has read what it shows
-    /// beside them.
-    virtual void readBeside(const TimeSpan& /*span*/, const std::function<void()>& show) { show(); }
+    /// These records were read and are shown next: `show` is to be called when this part has read what it shows beside
+    /// them.
+    virtual void readBeside(const SpanRecords& /*present*/, const std::function<void()>& show) { show(); }
     virtual void readingCancelled() {}  ///< by the user
     /// The spans of records that this part shows beside those of a span.
     virtual std::vector<TimeSpan> spansBeside(const TimeSpan& /*span*/) const { return {}; }

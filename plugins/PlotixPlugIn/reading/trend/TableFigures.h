@@ -29,6 +29,9 @@ public:
         QString title;       ///< for people
         Kind kind = Kind::Number;
         int width = 0;  ///< points, at first
+        /// It stands behind the table's own columns, of which it moves none out of sight, instead of before their
+        /// figures.
+        bool isBehindOwn = false;
     };
     struct Cell {
         QString text;
@@ -48,6 +51,9 @@ public:
     virtual Cell cell(const QString& key, const QString& identifier) const = 0;
     /// Nothing: the table's own numbers, which are about everything fetched.
     virtual std::optional<Own> own(const QString& key) const = 0;
+    /// How many of the records that the figures are about are not valid, late or corrected, in words; nothing where
+    /// nobody has chosen to see that.
+    virtual std::optional<QString> quality(const QString& key) const = 0;
     /// What the figures are about, as words behind "Statistics of"; empty: everything fetched.
     virtual QString about() const = 0;
 
@@ -66,6 +72,8 @@ public:
 signals:
     void columnsChanged();
     void figuresChanged();
+    /// Somebody has just asked for what stands there: the table shows it.
+    void cellMeant(const QString& key, const QString& identifier);
 };
 
 }  // namespace plotix

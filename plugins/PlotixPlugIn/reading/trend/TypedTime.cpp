@@ -38,6 +38,18 @@ std::optional<double> typedTime(const QString& text, double shown, const CPTCloc
     return static_cast<double>(read->moment.toMSecsSinceEpoch()) / kMillis;
 }
 
+QString noSuchDateText()
+{
+    return KTVBundle::mainBundle()->localizedString(
+        QStringLiteral(QT_TRANSLATE_NOOP("Plotix", "There is no such date.")));
+}
+
+QString whyNoTime(const QString& text, double shown, const CPTClock& clock)
+{
+    return namesNoSuchDate(text, {QLocale(), dayWords(), momentBy(clock, shown), nowBy(clock)}) ? noSuchDateText()
+                                                                                                : QString();
+}
+
 QString timeForTyping(double time, const CPTClock& clock)
 {
     QString date = QLocale().dateFormat(QLocale::ShortFormat);

@@ -16,6 +16,10 @@ DayWords dayWords();
 /// understood.
 std::optional<double> typedTime(const QString& text, double shown, const CPTClock& clock);
 
+/// What is wrong with a text that is not understood, where more can be said than that: that there is no such date.
+QString whyNoTime(const QString& text, double shown, const CPTClock& clock);
+QString noSuchDateText();
+
 /// The time as such a field shows it, to the second: what typedTime() reads back.
 QString timeForTyping(double time, const CPTClock& clock);
 

@@ -1,5 +1,6 @@
 #include "plugins/PlotixPlugIn/reading/values/LineEvents.h"
 
+#include "plugins/PlotixPlugIn/reading/values/SeriesReader.h"
 #include "plugins/PlotixPlugIn/reading/values/SeriesWalk.h"
 
 #include <algorithm>
@@ -16,6 +17,7 @@ constexpr std::size_t kChunk = 4096;  // elements; a multiple of 64
 bool isJoinedThroughout(const LineRecords& line, std::size_t first)
 {
     const CPTPointSeries& series = *line.series;
+    const CPTPointSeries::Hold held = series.hold(first, first + kChunk + 1);
     if (!series.points().isAllValid())
         for (std::size_t word = first / 64; word <= (first + kChunk) / 64; ++word)
             if (series.points().words()[word] != ~std::uint64_t{0})
@@ -60,14 +62,16 @@ std::optional<LineGap> gapAfter(const LineRecords& line, double time)
     const CPTPointSeries& series = *line.series;
     const std::size_t count = series.elementCount();
     std::size_t point = start ? start->element : count;
+    SeriesReader reader(series);  // it keeps the page that all of these look at
     while (point < count) {
+        const double here = reader.x(point);
         if (point % 64 == 0 && point + kChunk < count && isJoinedThroughout(line, point)) {
             point += kChunk;
             continue;
         }
         const std::size_t next = series.index().firstPointFrom(point + 1);
-        if (next < count && series.x()[next] - series.x()[point] > line.longestJoin)
-            return LineGap{series.x()[point], series.x()[next]};
+        if (next < count && reader.x(next) - here > line.longestJoin)
+            return LineGap{here, reader.x(next)};
         point = next;
     }
     return std::nullopt;
@@ -82,9 +86,12 @@ std::optional<LineGap> gapBefore(const LineRecords& line, double time)
     const std::size_t count = series.elementCount();
     std::size_t point = start ? start->element : count;
     std::size_t next = start ? series.index().firstPointFrom(point + 1) : count;  // of the gap that begins at `point`
+    SeriesReader reader(series);
     while (point < count) {
-        if (next < count && series.x()[next] - series.x()[point] > line.longestJoin)
-            return LineGap{series.x()[point], series.x()[next]};
+        const double there = next < count ? reader.x(next) : 0;
+        const double here = reader.x(point);
+        if (next < count && there - here > line.longestJoin)
+            return LineGap{here, there};
         if (point % 64 == 0 && point >= kChunk && isJoinedThroughout(line, point - kChunk))
             point -= kChunk;
         next = point;

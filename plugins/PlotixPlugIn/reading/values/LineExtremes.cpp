@@ -56,21 +56,14 @@ private:
     };
 
     double height(float y) const { return m_sign * static_cast<double>(y); }
-    double heightAt(std::size_t element) const { return height(m_series.y()[element]); }
+    double heightAt(std::size_t element) const { return height(m_series.y().valueAt(element)); }
+    double timeOf(std::size_t element) const { return m_series.x().valueAt(element); }
     /// The heights of a block.
     double lowOf(float least, float greatest) const { return m_sign > 0 ? height(least) : height(greatest); }
     double highOf(float least, float greatest) const { return m_sign > 0 ? height(greatest) : height(least); }
 
-    std::size_t firstNotEarlierThan(double time) const
-    {
-        const double* x = m_series.x().data();
-        return static_cast<std::size_t>(std::lower_bound(x, x + m_count, time) - x);
-    }
-    std::size_t firstLaterThan(double time) const
-    {
-        const double* x = m_series.x().data();
-        return static_cast<std::size_t>(std::upper_bound(x, x + m_count, time) - x);
-    }
+    std::size_t firstNotEarlierThan(double time) const { return m_series.elementFrom(time); }
+    std::size_t firstLaterThan(double time) const { return m_series.elementAfter(time); }
 
     /// The first, or last, point of [first, last) that is at least as high.
     Element firstAsHigh(std::size_t first, std::size_t last, double wanted) const
@@ -98,7 +91,7 @@ private:
     /// The first of the highest points within reach of a point.
     std::size_t highestAround(std::size_t element) const
     {
-        const double time = m_series.x()[element];
+        const double time = timeOf(element);
         const std::size_t first = firstNotEarlierThan(time - m_reach);
         const std::size_t last = firstLaterThan(time + m_reach);
         const CPTSeriesIndex::MinMax extent = m_series.index().minMax(first, last);
@@ -107,13 +100,13 @@ private:
     /// Beyond `peak`, the first point that is higher than `higher` or out of its reach.
     std::size_t firstFreeOf(std::size_t higher, std::size_t peak) const
     {
-        const std::size_t beyond = std::max(peak + 1, firstLaterThan(m_series.x()[higher] + m_reach));
+        const std::size_t beyond = std::max(peak + 1, firstLaterThan(timeOf(higher) + m_reach));
         return firstHigher(peak + 1, beyond, heightAt(higher)).value_or(beyond);
     }
     /// Before `peak`, the end of the points that are as high as `higher` or out of its reach.
     std::size_t lastFreeOf(std::size_t higher, std::size_t peak) const
     {
-        const std::size_t beyond = std::min(peak, firstNotEarlierThan(m_series.x()[higher] - m_reach));
+        const std::size_t beyond = std::min(peak, firstNotEarlierThan(timeOf(higher) - m_reach));
         const Element asHigh = lastAsHigh(beyond, peak, heightAt(higher));
         return asHigh ? *asHigh + 1 : beyond;
     }

@@ -3,9 +3,7 @@
 #include "plotkit/model/CPTSeriesIndex.h"
 #include "plotkit/model/UsualDistance.h"
 
-#include <algorithm>
 #include <cmath>
-#include <span>
 
 namespace plotix {
 
@@ -19,31 +17,22 @@ bool canBeLookedUp(const LineRecords& line)
     return line.series && line.series->isXSorted();
 }
 
-std::span<const double> timesOf(const LineRecords& line)
-{
-    return line.series->x().span().first(line.series->elementCount());
-}
-
-/// The last record before the first element that `isBeyond` holds for.
-template <class FirstBeyond>
-OptionalLineRecord lastRecordBefore(const LineRecords& line, double time, FirstBeyond firstBeyond)
+/// The last record before the first element that lies beyond the time.
+OptionalLineRecord lastRecordBefore(const LineRecords& line, double time,
+                                    std::size_t (CPTPointSeries::*firstBeyond)(double) const)
 {
     if (!canBeLookedUp(line) || std::isnan(time))
         return std::nullopt;
-    const std::span<const double> times = timesOf(line);
-    const auto beyond = static_cast<std::size_t>(firstBeyond(times.begin(), times.end(), time) - times.begin());
-    return recordOf(line, line.series->index().lastPointBefore(beyond));
+    const CPTPointSeries& series = *line.series;
+    return recordOf(line, series.index().lastPointBefore((series.*firstBeyond)(time)));
 }
-
-constexpr auto kAfter = [](auto first, auto last, double time) { return std::upper_bound(first, last, time); };
-constexpr auto kFrom = [](auto first, auto last, double time) { return std::lower_bound(first, last, time); };
 
 }  // namespace
 
 double LineRecords::valueAt(std::size_t element) const
 {
     if (!column || element >= column->size())
-        return static_cast<double>(series->y()[element]);
+        return static_cast<double>(series->y().valueAt(element));
     const auto exception = column->exceptions().find(element);
     if (exception != column->exceptions().end() && exception->second)
         return exception->second->unitValue();
@@ -69,26 +58,24 @@ OptionalLineRecord recordOf(const LineRecords& line, std::size_t element)
 {
     if (!line.series || element >= line.series->elementCount())
         return std::nullopt;
-    return LineRecord{element, line.series->x()[element], line.valueAt(element)};
+    return LineRecord{element, line.series->x().valueAt(element), line.valueAt(element)};
 }
 
 OptionalLineRecord recordAtOrBefore(const LineRecords& line, double time)
 {
-    return lastRecordBefore(line, time, kAfter);
+    return lastRecordBefore(line, time, &CPTPointSeries::elementAfter);
 }
 
 OptionalLineRecord recordBefore(const LineRecords& line, double time)
 {
-    return lastRecordBefore(line, time, kFrom);
+    return lastRecordBefore(line, time, &CPTPointSeries::elementFrom);
 }
 
 OptionalLineRecord recordAfter(const LineRecords& line, double time)
 {
     if (!canBeLookedUp(line) || std::isnan(time))
         return std::nullopt;
-    const std::span<const double> times = timesOf(line);
-    const auto after = static_cast<std::size_t>(kAfter(times.begin(), times.end(), time) - times.begin());
-    return recordOf(line, line.series->index().firstPointFrom(after));
+    return recordOf(line, line.series->index().firstPointFrom(line.series->elementAfter(time)));
 }
 
 OptionalLineRecord nearestRecord(const LineRecords& line, double time)

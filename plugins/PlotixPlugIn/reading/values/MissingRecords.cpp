@@ -1,10 +1,11 @@
 #include "plugins/PlotixPlugIn/reading/values/MissingRecords.h"
 
+#include "base/PagedReading.h"
 #include "plotkit/model/CPTSeriesIndex.h"
+#include "plugins/PlotixPlugIn/reading/values/SeriesReader.h"
 
 #include <algorithm>
 #include <cmath>
-#include <span>
 
 namespace plotix {
 
@@ -18,6 +19,7 @@ bool isNotValid(const LineRecords& line, std::size_t element)
 {
     if (!line.column || element >= line.column->size())
         return false;
+    const KTVRecordColumn::Hold held = line.column->hold(element, element + 1);
     return !line.column->isValid(element) && !std::isnan(line.column->archivedValues()[element]);
 }
 
@@ -27,21 +29,24 @@ public:
         : m_line(line),
           m_within(within),
           m_least(least),
-          m_times(line.series->x().span().first(line.series->elementCount()))
+          m_times(line.series->x()),
+          m_count(line.series->elementCount())
     {
     }
 
     std::vector<MissingStretch> stretches()
     {
         const CPTSeriesIndex& index = m_line.series->index();
-        std::size_t record = index.lastPointBefore(firstBeyond(0, m_within.from));
-        if (record >= m_times.size())
+        std::size_t record = index.lastPointBefore(m_line.series->elementAfter(m_within.from));
+        if (record >= m_count)
             record = endStretch(0, m_within.from, index.firstPointFrom(0), HUGE_VAL);
-        while (record < m_times.size() && m_times[record] < m_within.to) {
-            const std::size_t beyond = firstBeyond(record, m_times[record] + m_least);
-            const std::size_t last = index.lastPointBefore(beyond);
-            if (last < m_times.size() && last > record) {
-                record = last;  // no stretch between the two is longer than `least`
+        while (record < m_count && m_times[record] < m_within.to) {
+            // No stretch between two records so near is longer than `least`, whatever lies there.
+            std::size_t last = knownRecordWithin(record, m_times[record] + m_least);
+            if (last == record)
+                last = index.lastPointBefore(firstBeyond(record, m_times[record] + m_least));
+            if (last < m_count && last > record) {
+                record = last;
                 continue;
             }
             record = endStretch(record + 1, m_times[record], index.firstPointFrom(record + 1), longestJoin(record));
@@ -50,31 +55,48 @@ public:
     }
 
 private:
+    /// A later record up to a time that is known without looking at any, of a paged series; else the record itself.
+    std::size_t knownRecordWithin(std::size_t record, double time) const
+    {
+        constexpr std::size_t kMostTried = 8;
+        const CPTSeriesRuns* runs = m_line.series->runs().get();
+        if (!runs)
+            return record;
+        const std::size_t own = runs->runAt(record);
+        std::size_t run = runs->runFromTime(time);
+        for (std::size_t tried = 0; run > own + 1 && tried < kMostTried; ++tried)
+            if (std::isfinite(runs->firstValue(--run)))
+                return runs->begin(run);
+        return record;
+    }
+
     double longestJoin(std::size_t record) const
     {
-        const bool isLast = m_line.series->index().firstPointFrom(record + 1) >= m_times.size();
+        const bool isLast = m_line.series->index().firstPointFrom(record + 1) >= m_count;
         return isLast ? lastCountsFor(m_line) : m_line.longestJoin;
     }
 
     /// Of the elements from `from` on; the distance doubles, as the next one looked for is mostly near.
     std::size_t firstBeyond(std::size_t from, double time) const
     {
+        if (m_line.series->runs())
+            return m_line.series->elementAfter(time);
         std::size_t step = 1;
         std::size_t low = from;
-        while (low + step < m_times.size() && m_times[low + step] <= time) {
+        while (low + step < m_count && m_times[low + step] <= time) {
             low += step;
             step *= 2;
         }
-        const auto end = m_times.begin() + static_cast<std::ptrdiff_t>(std::min(low + step, m_times.size()));
-        return static_cast<std::size_t>(
-            std::upper_bound(m_times.begin() + static_cast<std::ptrdiff_t>(low), end, time) - m_times.begin());
+        const double* times = m_line.series->x().data();
+        return static_cast<std::size_t>(std::upper_bound(times + low, times + std::min(low + step, m_count), time) -
+                                        times);
     }
 
     /// Notes what lies between the record in front of `first` and the next one, which it answers.
     std::size_t endStretch(std::size_t first, double from, std::size_t next, double longestJoin)
     {
-        const double to = next < m_times.size() ? m_times[next] : m_within.to;
-        const std::size_t end = std::min({next, m_times.size(), first + kLookedAt});
+        const double to = next < m_count ? m_times[next] : m_within.to;
+        const std::size_t end = std::min({next, m_count, first + kLookedAt});
         bool holdsAny = false;
         for (std::size_t element = first; element < end && !holdsAny && m_times[element] <= m_within.to; ++element)
             holdsAny = m_times[element] >= m_within.from && isNotValid(m_line, element);
@@ -89,7 +111,8 @@ private:
     const LineRecords& m_line;
     const TimeSpan m_within;
     const double m_least;
-    const std::span<const double> m_times;
+    const PagedReader<double> m_times;
+    const std::size_t m_count;
     std::vector<MissingStretch> m_found;
 };
 
@@ -106,12 +129,12 @@ bool isNotValidAt(const LineRecords& line, double time)
 {
     if (!line.series || !line.series->isXSorted() || std::isnan(time))
         return false;
-    const std::span<const double> times = line.series->x().span().first(line.series->elementCount());
-    auto element = static_cast<std::size_t>(std::upper_bound(times.begin(), times.end(), time) - times.begin());
+    std::size_t element = line.series->elementAfter(time);
+    SeriesReader reader(*line.series);
     // Other properties may have been recorded since: their records are none of this line.
     for (std::size_t looked = 0; element > 0 && looked < kLookedAt; ++looked) {
         --element;
-        if (line.series->isPoint(element))
+        if (reader.isDrawn(element))
             return false;
         if (isNotValid(line, element))
             return true;

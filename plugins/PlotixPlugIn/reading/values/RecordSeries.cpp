@@ -1,8 +1,13 @@
 #include "plugins/PlotixPlugIn/reading/values/RecordSeries.h"
 
+#include "base/PagedReading.h"
+#include "plotkit/model/PagedSeries.h"
 #include "plugins/PlotixPlugIn/logic/SeriesBuilder.h"
+#include "plugins/PlotixPlugIn/reading/values/PagedRecordPoints.h"
 
 #include <algorithm>
+#include <cmath>
+#include <limits>
 
 namespace plotix {
 
@@ -13,20 +18,74 @@ bool isPlotted(const KTVPropertyPtr& snapshot)
     return snapshot && snapshot->type() != kPropertyTypeNeverPlotted && snapshot->isValid();
 }
 
+bool isTurnable(const KTVUnitModel::Map& map)
+{
+    return map.isLinear && std::isfinite(map.scale) && std::isfinite(map.offset) && map.scale != 0;
+}
+
+/// Whether the runs tell what frames need: with values in the unit shown that follow from the archived ones.
+bool canBePaged(const RecordTimes& time, const KTVRecordColumn& column)
+{
+    return column.archivedValues().memory() && time.runs() && column.known().runs && column.size() > 0 &&
+           column.size() <= time.size() && column.descriptor().type != kPropertyTypeNeverPlotted &&
+           isTurnable(column.map());
+}
+
+/// What is known of values after a linear map; runs without values stay such.
+ValueRuns shownRuns(const ValueRuns& archived, const KTVUnitModel::Map& map)
+{
+    ValueRuns shown = archived;
+    const auto convert = [&map](double value) { return value * map.scale + map.offset; };
+    for (std::size_t run = 0; run < archived.count(); ++run) {
+        if (!(archived.least[run] <= archived.greatest[run]))
+            continue;
+        const bool isTurned = map.scale < 0;
+        shown.least[run] = convert(isTurned ? archived.greatest[run] : archived.least[run]);
+        shown.greatest[run] = convert(isTurned ? archived.least[run] : archived.greatest[run]);
+        shown.first[run] = convert(archived.first[run]);
+    }
+    return shown;
+}
+
+CPTPointSeriesPtr pagedSeriesOf(const RecordTimes& time, const KTVRecordColumn& column)
+{
+    auto count = static_cast<std::size_t>(column.known().count);
+    PagedRecordPoints::Exceptions exceptions;
+    std::vector<std::size_t> changed;
+    for (const auto& [index, snapshot] : column.exceptions()) {
+        const double value = isPlotted(snapshot) ? snapshot->unitValue() : std::numeric_limits<double>::quiet_NaN();
+        count -= column.isValid(index) ? 1 : 0;
+        count += std::isnan(value) ? 0 : 1;
+        exceptions[index] = value;
+        changed.push_back(index);
+    }
+    const bool isAsArchived = column.unit() == column.descriptor().archivedUnit || column.map().isIdentity;
+    const ValueRuns converted = isAsArchived ? ValueRuns() : shownRuns(*column.known().runs, column.map());
+    const auto points = std::make_shared<const PagedRecordPoints>(column, std::move(exceptions));
+    return plotkit::pagedSeries(time, {time.runs(), isAsArchived ? *column.known().runs : converted, changed}, points,
+                                count);
+}
+
 }  // namespace
 
-CPTPointSeriesPtr seriesOfRecords(const SharedArray<double>& time, const KTVRecordColumn& column)
+CPTPointSeriesPtr seriesOfRecords(const RecordTimes& time, const KTVRecordColumn& column)
 {
+    if (canBePaged(time, column))
+        return pagedSeriesOf(time, column);
     SeriesBuilder builder(time, column.size());
     const bool isAsArchived = column.unit() == column.descriptor().archivedUnit;
     if (column.descriptor().type == kPropertyTypeNeverPlotted) {
         // Only exceptions can be points.
     } else if (isAsArchived) {
-        builder.setBlock(0, column.archivedValues().span().first(builder.elementCount()), column.validity());
+        inStretches(column, 0, builder.elementCount(), [&](std::size_t first, std::size_t end) {
+            const auto values = column.archivedValues().span().subspan(first, end - first);
+            builder.setBlock(first, values, column.validity());
+        });
     } else {
         std::vector<double> block(std::min(SeriesBuilder::kBlock, builder.elementCount()));
         for (std::size_t first = 0; first < builder.elementCount(); first += block.size()) {
             const std::span<double> values(block.data(), std::min(block.size(), builder.elementCount() - first));
+            const KTVRecordColumn::Hold held = column.hold(first, first + values.size());
             column.copyUnitValues(first, values);
             builder.setBlock(first, values, column.validity());
         }

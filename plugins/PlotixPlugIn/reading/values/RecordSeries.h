@@ -1,5 +1,6 @@
 #pragma once
 
+#include "base/RecordTimes.h"
 #include "plotkit/model/CPTPointSeries.h"
 #include "plugins/PlotixPlugIn/host/KTVRecordColumn.h"
 
@@ -8,6 +9,9 @@ namespace plotix {
 
 /// The points of one column in its current unit; the times are shared. A column shorter than the times ends the series
 /// there.
-CPTPointSeriesPtr seriesOfRecords(const SharedArray<double>& time, const KTVRecordColumn& column);
+///
+/// A paged column of whose runs is known becomes a paged series, without a look at its values but where exceptions or
+/// infinities stand. Other paged columns, and those in a unit reached by no linear map, are read page by page.
+CPTPointSeriesPtr seriesOfRecords(const RecordTimes& time, const KTVRecordColumn& column);
 
 }  // namespace plotix

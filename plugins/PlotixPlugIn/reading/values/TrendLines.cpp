@@ -1,7 +1,6 @@
 #include "plugins/PlotixPlugIn/reading/values/TrendLines.h"
 
 #include "plugins/PlotixPlugIn/reading/trend/ReadingPart.h"
-#include "plugins/PlotixPlugIn/reading/values/AmendedRecords.h"
 
 #include <cmath>
 
@@ -51,9 +50,9 @@ void TrendLines::find()
         const KTVRecordDictionaryPtr records = m_trend.recordsOf(line.key);
         LineRecords found =
             lineRecords(plot->valueSeries(), records ? records->columnForKey(line.key) : nullptr, plot->gapThreshold());
-        std::vector<KTVAmendment> amendments;
-        if (!line.isCompared())
-            amendments = lateByMoreThan(m_lateBy, m_trend.amendmentsOf(line.key));
+        AmendedRecords amendments;
+        if (!line.isCompared() && m_amended == Amended::Told)
+            amendments = AmendedRecords(lateByMoreThan(m_lateBy, m_trend.amendmentsOf(line.key)));
         m_lines.push_back({std::move(line), plot, std::move(found), {}, std::move(amendments)});
     }
 }

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "plugins/PlotixPlugIn/reading/trend/ReadTrend.h"
+#include "plugins/PlotixPlugIn/reading/values/AmendedRecords.h"
 #include "plugins/PlotixPlugIn/reading/values/LineRecords.h"
 
 #include <vector>
@@ -14,13 +15,17 @@ struct TrendLine {
     ReadLine line;
     CPTScatterPlotPtr plot;
     LineRecords records;
-    std::vector<KTVLimit> limits = {};          ///< of the property, in the unit of the moment; as of the last call
-    std::vector<KTVAmendment> amendments = {};  ///< those the reader wants to know of; of the trend's own lines alone
+    std::vector<KTVLimit> limits = {};  ///< of the property, in the unit of the moment; as of the last call
+    AmendedRecords amendments = {};     ///< those the reader wants to be told; of the trend's own lines alone
 };
 
 class TrendLines {
 public:
-    explicit TrendLines(const ReadTrend& trend) : m_trend(trend) {}
+    /// Told: the host is asked for amendments, which takes the longer the more there are.
+    enum class Amended { NotTold, Told };
+    explicit TrendLines(const ReadTrend& trend, Amended amended = Amended::NotTold) : m_trend(trend), m_amended(amended)
+    {
+    }
 
     /// To be called when lines were hidden or shown, or look different. Other plots are noticed without it.
     void forget() { m_isKnown = false; }
@@ -32,6 +37,7 @@ private:
     void find();
 
     const ReadTrend& m_trend;
+    const Amended m_amended;
     bool m_isKnown = false;
     double m_lateBy = 0;                     // seconds: what is late by no more is not told
     std::vector<CPTScatterPlotPtr> m_plots;  // of the graph when the lines were found

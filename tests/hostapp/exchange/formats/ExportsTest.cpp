@@ -49,6 +49,11 @@ ImportOptions optionsOf(const QJsonObject& said)
         const QStringList parts = said[QStringLiteral("where")].toString().split(QLatin1Char('='));
         options.where = {{parts[0], parts[1]}};
     }
+    if (said.contains(QStringLiteral("quality"))) {
+        const QStringList parts = said[QStringLiteral("quality")].toString().split(QLatin1Char('='));
+        options.quality = {{parts[0], parts[1]}};
+        options.badWords = {said[QStringLiteral("bad")].toString()};
+    }
     return options;
 }
 
@@ -107,18 +112,22 @@ protected:
         EXPECT_EQ(valid, expected[QStringLiteral("valid")].toInt()) << name.toStdString();
         const QJsonArray pairs = expected[QStringLiteral("values")].toArray();
         for (const auto& pair : pairs)
-            expectValue(column, pair.toArray()[0].toDouble(), pair.toArray()[1].toDouble(), name);
+            expectValue(column, pair.toArray()[0].toDouble(), pair.toArray()[1].toDouble(), name, true);
+        const QJsonArray marked = expected[QStringLiteral("marked")].toArray();
+        for (const auto& pair : marked)
+            expectValue(column, pair.toArray()[0].toDouble(), pair.toArray()[1].toDouble(), name, false);
     }
 
     /// To the microsecond, and to the last but two digits: some files were written with fewer.
-    void expectValue(const RecordBlock::Column& column, double time, double value, const QString& name) const
+    void expectValue(const RecordBlock::Column& column, double time, double value, const QString& name,
+                     bool isValid) const
     {
         const auto times = m_block.times.span();
         const auto found =
             std::find_if(times.begin(), times.end(), [time](double other) { return std::abs(other - time) < 1e-6; });
         ASSERT_NE(found, times.end()) << name.toStdString() << " has no record at " << std::to_string(time);
         const auto row = static_cast<std::size_t>(found - times.begin());
-        EXPECT_TRUE(column.validity.isValid(row)) << name.toStdString() << " at " << std::to_string(time);
+        EXPECT_EQ(column.validity.isValid(row), isValid) << name.toStdString() << " at " << std::to_string(time);
         EXPECT_NEAR(column.values[row], value, 1e-9 * std::max(1.0, std::abs(value)))
             << name.toStdString() << " at " << std::to_string(time);
     }
@@ -153,8 +162,17 @@ TEST_P(Exports, AreReadAsTheyAreMeant)
         bad += column.bad;
     EXPECT_EQ(bad, static_cast<std::size_t>(m_entry[QStringLiteral("badCells")].toInt()));
     const QJsonArray properties = m_entry[QStringLiteral("properties")].toArray();
-    for (const auto& property : properties)
+    if (m_entry.contains(QStringLiteral("columns"))) {
+        EXPECT_EQ(summary.columns.size(), static_cast<std::size_t>(m_entry[QStringLiteral("columns")].toInt()));
+    }
+    std::size_t marked = 0, expectedMarked = 0;
+    for (const auto& property : properties) {
         expectProperty(property.toObject());
+        expectedMarked += static_cast<std::size_t>(property[QStringLiteral("marked")].toArray().size());
+    }
+    for (const ImportSummary::Column& column : summary.columns)
+        marked += column.marked;
+    EXPECT_EQ(marked, expectedMarked);
 }
 
 TEST(ExportsFolder, HoldsManyKindsOfFiles)

@@ -10,6 +10,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <optional>
 #include <vector>
 
@@ -63,6 +64,17 @@ protected:
                                           ? std::optional(block.columns[index].values[row])
                                           : std::nullopt);
         return numbers;
+    }
+
+    /// As they are stored, valid or not.
+    std::vector<double> stored(const QString& key)
+    {
+        const RecordBlock block = read();
+        const auto found = std::find(m_keys.begin(), m_keys.end(), key);
+        if (found == m_keys.end())
+            return {};
+        const auto values = block.columns[static_cast<std::size_t>(found - m_keys.begin())].values.span();
+        return {values.begin(), values.end()};
     }
 
 private:

@@ -7,6 +7,7 @@
 #include <QtWidgets/QLabel>
 #include <QtWidgets/QLineEdit>
 #include <QtWidgets/QListWidget>
+#include <QtWidgets/QMessageBox>
 #include <QtWidgets/QPlainTextEdit>
 #include <QtWidgets/QPushButton>
 
@@ -40,6 +41,11 @@ protected:
         return *dialog->findChild<QCheckBox*>();
     }
     QDateTimeEdit& moment(int index) { return *dialog->findChildren<QDateTimeEdit*>().at(index); }
+    QMessageBox* question()
+    {
+        auto* found = dialog->findChild<QMessageBox*>();
+        return found && found->isVisible() ? found : nullptr;
+    }
     QListWidget& properties() { return *dialog->findChild<QListWidget*>(); }
     QString problem() { return dialog->findChild<QLabel*>("problem")->text(); }
     bool canAccept() { return dialog->findChild<QDialogButtonBox*>()->button(QDialogButtonBox::Ok)->isEnabled(); }
@@ -54,6 +60,47 @@ TEST_F(NoteDialogTest, ANewNoteNeedsNothingButAText)
     QTest::keyClicks(&text(), "pump replaced");
     EXPECT_TRUE(canAccept());
     EXPECT_EQ(dialog->note(), (SiteNote{0, kNoon, kNoon, "Ada", "pump replaced", {}}));
+}
+
+TEST_F(NoteDialogTest, EscapeDropsNothingThatWasWrittenUnasked)
+{
+    openNew();
+    QTest::keyClicks(&text(), "pump replaced");
+    QTest::keyClick(dialog.get(), Qt::Key_Escape);
+    ASSERT_TRUE(question());
+    EXPECT_TRUE(dialog->isVisible());
+    question()->button(QMessageBox::Cancel)->click();
+    EXPECT_TRUE(dialog->isVisible());
+    EXPECT_EQ(text().toPlainText(), "pump replaced");
+}
+
+TEST_F(NoteDialogTest, WhatWasWrittenIsSavedOrDroppedAsAnswered)
+{
+    for (const auto answer : {QMessageBox::Save, QMessageBox::Discard}) {
+        openNew();
+        QTest::keyClicks(&text(), "pump replaced");
+        QTest::keyClick(dialog.get(), Qt::Key_Escape);
+        question()->button(answer)->click();
+        EXPECT_FALSE(dialog->isVisible());
+        EXPECT_EQ(dialog->result(), answer == QMessageBox::Save ? QDialog::Accepted : QDialog::Rejected);
+    }
+}
+
+TEST_F(NoteDialogTest, WhatCannotBeSavedIsNotOfferedToBe)
+{
+    openNew();
+    QTest::keyClicks(&text(), "pump replaced");
+    box("All properties").click();
+    QTest::keyClick(dialog.get(), Qt::Key_Escape);
+    EXPECT_FALSE(question()->button(QMessageBox::Save)->isEnabled());
+}
+
+TEST_F(NoteDialogTest, WithNothingWrittenEscapeClosesAtOnce)
+{
+    openNew();
+    QTest::keyClick(dialog.get(), Qt::Key_Escape);
+    EXPECT_FALSE(dialog->isVisible());
+    EXPECT_FALSE(question());
 }
 
 TEST_F(NoteDialogTest, ASpanHasALaterEnd)
@@ -79,6 +126,16 @@ TEST_F(NoteDialogTest, PropertiesAreTickedAndOnesThatAreGoneStayNamed)
     EXPECT_EQ(dialog->note().properties, (std::vector<qint64>{2, 9}));
     box("All properties").click();
     EXPECT_TRUE(dialog->note().properties.empty());
+}
+
+TEST_F(NoteDialogTest, TimesAreByTheClocksItWasOpenedWith)
+{
+    const SiteNote note{5, kNoon, kNoon, "Ada", "cold", {}};
+    dialog = std::make_unique<NoteDialog>(note, NoteDialog::Properties{}, nullptr, QTimeZone("America/New_York"));
+    EXPECT_EQ(moment(0).time(), QTime(7, 0));
+    EXPECT_EQ(dialog->note(), note);
+    moment(0).setTime(QTime(8, 0));
+    EXPECT_EQ(dialog->note().from, std::floor(kNoon) + 3600);
 }
 
 TEST_F(NoteDialogTest, AboutNothingIsRefused)

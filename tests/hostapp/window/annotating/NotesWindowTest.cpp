@@ -3,6 +3,8 @@
 #include "hostapp/document/AnnotationEditing.h"
 #include "hostapp/document/SiteTransaction.h"
 
+#include <QtCore/QDateTime>
+#include <QtCore/QLocale>
 #include <QtCore/QTemporaryDir>
 #include <QtTest/QSignalSpy>
 #include <QtTest/QTest>
@@ -106,6 +108,14 @@ TEST_F(NotesWindowTest, FollowsTheDocument)
 {
     write({0, 5, 5, "Ada", "first", {}});
     EXPECT_EQ(texts().first(), "first");
+}
+
+TEST_F(NotesWindowTest, TimesAreByTheClocksThatItsTitleNames)
+{
+    window->sayBy(QTimeZone("Asia/Tokyo"));
+    EXPECT_EQ(table().model()->headerData(NotesModel::Time, Qt::Horizontal).toString(), "Time (Asia/Tokyo)");
+    const QString expected = QLocale().toString(QDateTime(QDate(1970, 1, 1), QTime(9, 0, 10)), QLocale::ShortFormat);
+    EXPECT_EQ(table().model()->index(0, NotesModel::Time).data().toString(), expected);
 }
 
 }  // namespace

@@ -1,20 +1,7 @@
-#include "hostapp/window/importing/ImportDialog.h"
+#include "tests/hostapp/window/importing/ImportDialogFixture.h"
 
-#include "hostapp/core/Localization.h"
-
-#include <QtCore/QFile>
-#include <QtCore/QTemporaryDir>
-#include <QtGui/QKeySequence>
-#include <QtTest/QTest>
-#include <QtWidgets/QApplication>
-#include <QtWidgets/QComboBox>
-#include <QtWidgets/QLabel>
-#include <QtWidgets/QLineEdit>
-#include <QtWidgets/QPushButton>
+#include <QtWidgets/QCheckBox>
 #include <QtWidgets/QScrollArea>
-#include <QtWidgets/QTableView>
-
-#include <gtest/gtest.h>
 
 namespace plotix {
 
@@ -24,91 +11,7 @@ constexpr const char* kGerman = "Zeit;T [°C];Feuchte [%];Bemerkung\n"
                                 "01.02.2024 12:00;1,5;40;trocken\n"
                                 "01.02.2024 13:00;;41;nass\n";
 
-/// The dialog on the screen, as a person finds and uses it.
-class ImportDialogTest : public testing::Test {
-protected:
-    ImportDialogTest() { QCoreApplication::installTranslator(m_texts.get()); }
-
-    QString write(const QByteArray& text, const QString& name = QStringLiteral("cellar.csv"))
-    {
-        QFile file(m_folder.filePath(name));
-        EXPECT_TRUE(file.open(QIODevice::WriteOnly));
-        file.write(text);
-        return file.fileName();
-    }
-    void show(const QByteArray& text)
-    {
-        dialog = std::make_unique<ImportDialog>(QStringList{QStringLiteral("Station")});
-        dialog->show();
-        dialog->activateWindow();
-        ASSERT_TRUE(QTest::qWaitForWindowActive(dialog.get()));
-        dialog->setFile(write(text));
-        ASSERT_TRUE(waitForPreview());
-    }
-    /// Until nothing is read any more, and no change waits for being read.
-    bool waitForPreview()
-    {
-        QTest::qWait(300);
-        return QTest::qWaitFor([this] { return !howMany().contains(QStringLiteral("being read")); }, 10'000);
-    }
-
-    QString howMany() { return dialog->findChild<QLabel*>(QStringLiteral("howMany"))->text(); }
-    QString problem()
-    {
-        const auto* label = dialog->findChild<QLabel*>(QStringLiteral("problem"));
-        return label->isVisible() ? label->text() : QString();
-    }
-    QTableView& columns() { return *dialog->findChild<QTableView*>(QStringLiteral("columns")); }
-    QTableView& rows() { return *dialog->findChild<QTableView*>(QStringLiteral("firstRows")); }
-    QString column(int row, int part) { return columns().model()->index(row, part).data().toString(); }
-    QString cell(int row, int number) { return rows().model()->index(row, number).data().toString(); }
-    QPushButton* button(const QString& text)
-    {
-        for (QPushButton* one : dialog->findChildren<QPushButton*>())
-            if (one->text().remove(QLatin1Char('&')) == text)
-                return one;
-        return nullptr;
-    }
-    bool canImport() { return button(QStringLiteral("Import"))->isEnabled(); }
-    /// The choice field with an entry of that text.
-    QComboBox* choice(const QString& entry)
-    {
-        for (QComboBox* box : dialog->findChildren<QComboBox*>())
-            if (box->findText(entry) >= 0)
-                return box;
-        return nullptr;
-    }
-    void choose(const QString& entry)
-    {
-        QComboBox* box = choice(entry);
-        ASSERT_NE(box, nullptr);
-        box->setFocus();
-        box->setCurrentIndex(box->findText(entry));
-    }
-    /// With the keyboard, as it would be typed into the cell.
-    void typeIntoCell(int row, int part, const QString& text)
-    {
-        columns().setFocus();
-        columns().setCurrentIndex(columns().model()->index(row, part));
-        QTest::keyClick(&columns(), Qt::Key_F2);
-        QWidget* editor = QApplication::focusWidget();
-        ASSERT_NE(qobject_cast<QLineEdit*>(editor), nullptr);
-        QTest::keyClick(editor, Qt::Key_A, Qt::ControlModifier);
-        QTest::keyClicks(editor, text);
-        QTest::keyClick(editor, Qt::Key_Return);
-        QCoreApplication::processEvents();  // the cell takes it afterwards
-    }
-    void tick(int row)
-    {
-        columns().setFocus();
-        columns().setCurrentIndex(columns().model()->index(row, 0));
-        QTest::keyClick(&columns(), Qt::Key_Space);
-    }
-
-    const std::unique_ptr<QTranslator> m_texts = textsOf(QStringLiteral("en"));  // which has the plurals
-    QTemporaryDir m_folder;
-    std::unique_ptr<ImportDialog> dialog;
-};
+class ImportDialogTest : public ImportDialogFixture {};
 
 TEST_F(ImportDialogTest, CannotImportBeforeAFileIsThere)
 {
@@ -379,42 +282,6 @@ TEST_F(ImportDialogTest, TheTabKeyLeadsThroughTheTablesToTheButtons)
     QTest::keyClick(QApplication::focusWidget(), Qt::Key_Tab);
     EXPECT_TRUE(button(QStringLiteral("Import"))->hasFocus());
 }
-
-/// In both languages.
-class ImportDialogTextsTest : public testing::TestWithParam<const char*> {
-protected:
-    ImportDialogTextsTest() { QCoreApplication::installTranslator(m_texts.get()); }
-
-    const std::unique_ptr<QTranslator> m_texts = textsOf(QLatin1String(GetParam()));
-};
-
-TEST_P(ImportDialogTextsTest, OneLetterLeadsToOneField)
-{
-    ImportDialog dialog({});
-    dialog.setMoreToCome(2);
-    QStringList letters;
-    const auto add = [&letters](const QString& text) {
-        const QString letter = QKeySequence::mnemonic(text).toString();
-        EXPECT_TRUE(letter.isEmpty() || !letters.contains(letter)) << text.toStdString();
-        letters << letter;
-    };
-    for (const QLabel* label : dialog.findChildren<QLabel*>())
-        if (label->buddy())
-            add(label->text());
-    for (const QAbstractButton* button : dialog.findChildren<QAbstractButton*>())
-        add(button->text());
-    EXPECT_GE(letters.size() - letters.count(QString()), 18);
-}
-
-TEST_P(ImportDialogTextsTest, FitsASmallScreen)
-{
-    ImportDialog dialog({});
-    dialog.setMoreToCome(2);
-    EXPECT_LE(dialog.minimumSizeHint().width(), 780);
-    EXPECT_LE(dialog.minimumSizeHint().height(), 560);
-}
-
-INSTANTIATE_TEST_SUITE_P(Languages, ImportDialogTextsTest, testing::Values("en", "de"));
 
 }  // namespace
 

@@ -34,6 +34,22 @@ INSTANTIATE_TEST_SUITE_P(
         ShownCase{"NoTimesInColumn",
                   {.what = What::NoTimesInColumn, .column = "b", .columns = {"a", "b"}},
                   "column “b” holds no times; name another under Time column (columns: a, b)"},
+        ShownCase{"QualityHasNoWords",
+                  {.what = What::QualityHasNoWords, .column = "Status", .text = "0"},
+                  "column “Status” does not say which values are bad in words or numbers that are known, but such as "
+                  "“0”; enter those that do under Bad words"},
+        ShownCase{"QualityRecognised",
+                  {.what = What::QualityRecognised, .text = "TI-101", .columns = {"TI-101 Status"}, .found = 1},
+                  "Which values of “TI-101” are bad is read in “TI-101 Status”; they are kept and marked as invalid."},
+        ShownCase{
+            "ManyQualities",
+            {.what = What::QualityRecognised, .columns = {"a", "b", "c", "d"}, .found = 4},
+            "Which values of 4 column(s) are bad is read in “a”, “b”, “c” and others; they are kept and marked as "
+            "invalid."},
+        ShownCase{"QualityNotAssigned",
+                  {.what = What::QualityNotAssigned, .column = "Status"},
+                  "“Status” seems to say which values are bad, but not of which column; they are taken as good. If it "
+                  "does, enter it under Quality."},
         ShownCase{"NoRowWanted", {.what = What::NoRowWanted}, "no row has the text asked for under Rows"},
         ShownCase{"DateOrderUnknown",
                   {.what = What::DateOrderUnknown},

@@ -1,5 +1,7 @@
 #include "plugins/PlotixPlugIn/logic/SeriesBuilder.h"
 
+#include "plotkit/model/CPTSeriesIndex.h"
+
 #include <gtest/gtest.h>
 
 #include <cmath>

@@ -2,9 +2,12 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <bit>
 #include <cmath>
+#include <iterator>
 #include <limits>
+#include <optional>
 #include <random>
 #include <string>
 #include <vector>
@@ -157,6 +160,113 @@ TEST(StatisticsTest, OddValuesInABlockCountAsOneByOne)
         block.addBlock(values, {}, 0);
         expectSameBits(block.statistics(), each.statistics(), "round " + std::to_string(round));
     }
+}
+
+/// Runs of a few values each, as a store knows them, and the values themselves.
+class KnownStatisticsTest : public testing::Test {
+protected:
+    void take(const std::vector<std::vector<double>>& runs)
+    {
+        for (const std::vector<double>& run : runs) {
+            const auto ordered = [](double one, double other) { return one < other; };
+            std::vector<double> numbers;
+            std::copy_if(run.begin(), run.end(), std::back_inserter(numbers), [](double v) { return !std::isnan(v); });
+            m_runs.least.push_back(numbers.empty() ? kInfinity : *std::min_element(numbers.begin(), numbers.end()));
+            // The first of equals, which max_element answers too.
+            m_runs.greatest.push_back(numbers.empty() ? -kInfinity
+                                                      : *std::max_element(numbers.begin(), numbers.end(), ordered));
+            for (const double value : numbers)
+                m_sum += value;
+            m_count += static_cast<std::int64_t>(numbers.size());
+            m_values.insert(m_values.end(), run.begin(), run.end());
+        }
+    }
+    std::optional<Statistics> known(double scale = 1, double offset = 0) const
+    {
+        StatisticsAccumulator accumulator;
+        const bool isKnown = accumulator.addKnown({m_runs, m_count, m_sum, scale, offset});
+        EXPECT_EQ(accumulator.isEmpty(), !isKnown || m_count == 0);
+        return isKnown ? std::optional(accumulator.statistics()) : std::nullopt;
+    }
+    Statistics added(double scale = 1, double offset = 0) const
+    {
+        StatisticsAccumulator accumulator;
+        for (const double value : m_values)
+            accumulator.add(scale == 1 && offset == 0 ? value : value * scale + offset);
+        return accumulator.statistics();
+    }
+    void expectAsAdded(double scale = 1, double offset = 0)
+    {
+        const auto found = known(scale, offset);
+        ASSERT_TRUE(found);
+        const Statistics expected = added(scale, offset);
+        EXPECT_EQ(std::bit_cast<std::uint64_t>(found->minimum), std::bit_cast<std::uint64_t>(expected.minimum));
+        EXPECT_EQ(std::bit_cast<std::uint64_t>(found->maximum), std::bit_cast<std::uint64_t>(expected.maximum));
+        EXPECT_EQ(found->points, expected.points);
+        if (std::isfinite(expected.average))
+            EXPECT_NEAR(found->average, expected.average, 1e-9);
+        else
+            EXPECT_EQ(std::bit_cast<std::uint64_t>(found->average), std::bit_cast<std::uint64_t>(expected.average));
+    }
+
+    plotix::ValueRuns m_runs;
+    std::vector<double> m_values;
+    double m_sum = 0;
+    std::int64_t m_count = 0;
+};
+
+TEST_F(KnownStatisticsTest, RunsTellWhatTheirValuesWould)
+{
+    take({{3, 5, 4}, {-7.25}, {kNaN, 6}});
+    expectAsAdded();
+}
+
+TEST_F(KnownStatisticsTest, RunsWithoutValuesTellNothing)
+{
+    take({{kNaN}, {kNaN, kNaN}});
+    expectAsAdded();
+    take({{4}});
+    expectAsAdded();
+}
+
+TEST_F(KnownStatisticsTest, OfZerosTheFirstOneStays)
+{
+    take({{1, -0.0, 0.0}, {0.0, -0.0}});
+    expectAsAdded();
+    take({{-1, 5}});
+    expectAsAdded();
+}
+
+TEST_F(KnownStatisticsTest, InfinitiesCountAsTheyDoWhenAdded)
+{
+    take({{kInfinity}});
+    expectAsAdded();
+    take({{1, 2}});
+    expectAsAdded();
+    take({{-kInfinity}});
+    expectAsAdded();
+}
+
+TEST_F(KnownStatisticsTest, AnotherUnitIsReachedWithoutTheValues)
+{
+    take({{3, 5, 4}, {-7.25, 0}});
+    expectAsAdded(1.8, 32);
+    expectAsAdded(0.001);
+}
+
+TEST_F(KnownStatisticsTest, AUnitThatTurnsValuesRoundTurnsExtremesRound)
+{
+    take({{3, 5, 4}, {-7.25, kInfinity}});
+    expectAsAdded(-2, 1);
+    expectAsAdded(-1);
+}
+
+TEST_F(KnownStatisticsTest, WhatOnlyTheValuesTellIsNotGuessed)
+{
+    take({{-1e-320, 1e-320}});
+    EXPECT_FALSE(known(1e-10));
+    EXPECT_FALSE(known(0, 5));
+    EXPECT_FALSE(known(kInfinity));
 }
 
 TEST(StatisticsTest, AnyPatternOfValidElementsCountsAsOneByOne)

@@ -1,5 +1,9 @@
 #include "plugins/PlotixPlugIn/logic/TypedDate.h"
 
+#include "tests/support/PinnedZone.h"
+
+#include <QtCore/QTimeZone>
+
 #include <gtest/gtest.h>
 
 namespace {
@@ -102,6 +106,18 @@ INSTANTIATE_TEST_SUITE_P(
                     Typing{"Rest", de, DE, "1.2.2024 14:30 x", ""}),
     [](const auto& row) { return row.param.name; });
 
+TEST(NoSuchDateTest, ADateThatTheCalendarHasNotIsToldFromNone)
+{
+    const auto isNoDate = [](const char* text) {
+        return plotix::namesNoSuchDate(QString::fromUtf8(text), surroundings(QLocale(de, DE)));
+    };
+    for (const char* text :
+         {"31 Feb", "31.2.", "30. Februar 2024", "31.4.2024 14:30", "2023-02-29", "2023-02-30T10:00"})
+        EXPECT_TRUE(isNoDate(text)) << text;
+    for (const char* text : {"29.2.2024", "soon", "31 F", "1.2.2024 25:00", ""})
+        EXPECT_FALSE(isNoDate(text)) << text;
+}
+
 // The first of March 2024 is a Friday.
 INSTANTIATE_TEST_SUITE_P(
     Weekdays, TypedDateTest,
@@ -119,6 +135,65 @@ TEST(TypedDateZoneTest, ATimeWithAZoneIsShownInTheUsersOwn)
     const auto read = typedDate(QStringLiteral("2024-02-01T14:30:00+02:00"), surroundings(QLocale::c()));
     ASSERT_TRUE(read);
     EXPECT_EQ(read->moment.toSecsSinceEpoch(), 1706790600);
+}
+
+/// Typed where dates are shown by a zone's clocks, or by those of the process.
+class TypedWhereClocksChangeTest : public testing::Test {
+protected:
+    static double utc(const char* iso)
+    {
+        return static_cast<double>(QDateTime::fromString(QLatin1String(iso), Qt::ISODate).toSecsSinceEpoch());
+    }
+    static double typed(const char* text, const char* zone)
+    {
+        plotix::TypedDateSurroundings around = surroundings(QLocale::c());
+        around.shown = around.shown.toTimeZone(QTimeZone(zone));
+        return secondsOf(typedDate(QLatin1String(text), around));
+    }
+    static double typedByProcess(const char* text, const char* zone)
+    {
+        const plotix::PinnedZone pinned(zone);
+        return secondsOf(typedDate(QLatin1String(text), surroundings(QLocale::c())));
+    }
+
+private:
+    static double secondsOf(const std::optional<plotix::TypedDate>& date)
+    {
+        return date && date->moment.isValid() ? static_cast<double>(date->moment.toSecsSinceEpoch()) : 0;
+    }
+};
+
+TEST_F(TypedWhereClocksChangeTest, ATimeThatComesTwiceIsTheFirst)
+{
+    EXPECT_EQ(typed("2013-10-27 02:30", "Europe/Berlin"), utc("2013-10-27T00:30:00Z"));
+    EXPECT_EQ(typedByProcess("2013-10-27 02:30", "Europe/Berlin"), utc("2013-10-27T00:30:00Z"));
+    EXPECT_EQ(typed("2013-04-07 01:45", "Australia/Lord_Howe"), utc("2013-04-06T14:45:00Z"));
+}
+
+TEST_F(TypedWhereClocksChangeTest, TheSecondOneIsMeantWhereItIsEdited)
+{
+    plotix::TypedDateSurroundings around = surroundings(QLocale::c());
+    const auto second = qint64(utc("2013-10-27T01:30:00Z"));
+    around.shown = QDateTime::fromSecsSinceEpoch(second, QTimeZone("Europe/Berlin"));
+    EXPECT_EQ(typedDate(QStringLiteral("2:35"), around)->moment.toSecsSinceEpoch(), second + 300);
+    EXPECT_EQ(typedDate(QStringLiteral("1:30"), around)->moment.toSecsSinceEpoch(), second - 7'200);
+    // In Havana midnight itself comes twice.
+    around.shown = QDateTime::fromSecsSinceEpoch(qint64(utc("2013-11-03T05:30:00Z")), QTimeZone("America/Havana"));
+    EXPECT_EQ(typedDate(QStringLiteral("2013-11-03"), around)->moment.toSecsSinceEpoch(),
+              qint64(utc("2013-11-03T04:00:00Z")));
+}
+
+TEST_F(TypedWhereClocksChangeTest, ATimeThatIsLeftOutIsThatOfTheChange)
+{
+    EXPECT_EQ(typed("2013-03-31 02:30", "Europe/Berlin"), utc("2013-03-31T01:00:00Z"));
+    EXPECT_EQ(typedByProcess("2013-03-31 02:30", "Europe/Berlin"), utc("2013-03-31T01:00:00Z"));
+    EXPECT_EQ(typed("2011-12-30 14:00", "Pacific/Apia"), utc("2011-12-30T10:00:00Z"));
+}
+
+TEST_F(TypedWhereClocksChangeTest, ADayWhoseMidnightIsLeftOutBeginsAtTheChange)
+{
+    EXPECT_EQ(typed("2013-10-20", "America/Sao_Paulo"), utc("2013-10-20T03:00:00Z"));
+    EXPECT_EQ(typed("2011-12-30", "Pacific/Apia"), utc("2011-12-30T10:00:00Z"));
 }
 
 TEST(TypedDateZoneTest, WhetherATimeWasWrittenIsKnown)

@@ -21,6 +21,12 @@ TEST(ReadingOptionsTest, OptionsSurviveTheirDictionary)
     }
 }
 
+TEST(ReadingOptionsTest, WholeNumbersAreNumbersToo)
+{
+    EXPECT_EQ(mergedReadingOptions({}, {{"longestJoin", qlonglong(300)}}).longestJoin, 300);
+    EXPECT_EQ(mergedReadingOptions({}, {{"longestJoin", "300"}}), ReadingOptions());
+}
+
 TEST(ReadingOptionsTest, MergingLeavesWhatIsNotNamed)
 {
     const ReadingOptions chosen{.readableLabels = true};

@@ -34,7 +34,7 @@ protected:
         block.columns.push_back({1, SharedArray<double>::fromVector(m_values), {}});
         QBuffer buffer;
         buffer.open(QIODevice::WriteOnly);
-        writeDelimited(buffer, {{{name, unit}}, block}, m_progress);
+        writeDelimited(buffer, {{{name, unit}}, plotix::RecordColumns::resident(block)}, m_progress);
         return buffer.data();
     }
 
@@ -113,7 +113,7 @@ TEST_F(DelimitedWriterTest, ADeviceThatTakesNothingIsAFailure)
 {
     QBuffer closed;
     const RecordBlock block{SharedArray<double>::fromVector({0.0}), {}};
-    EXPECT_THROW(writeDelimited(closed, {{}, block}, {}), ExportFailure);
+    EXPECT_THROW(writeDelimited(closed, {{}, plotix::RecordColumns::resident(block)}, {}), ExportFailure);
 }
 
 TEST_F(DelimitedWriterTest, EveryBitComesBack)

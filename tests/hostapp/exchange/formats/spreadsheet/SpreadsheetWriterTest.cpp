@@ -27,7 +27,8 @@ protected:
         block.columns.push_back({1, SharedArray<double>::fromVector(values), {}});
         QBuffer buffer(&m_bytes);
         buffer.open(QIODevice::WriteOnly);
-        writeSpreadsheet(buffer, {{{m_name, QStringLiteral("°C")}}, block, m_form}, progress);
+        writeSpreadsheet(buffer, {{{m_name, QStringLiteral("°C")}}, plotix::RecordColumns::resident(block), m_form},
+                         progress);
     }
 
     QByteArray part(const char* name) const
@@ -162,7 +163,8 @@ TEST_F(SpreadsheetWriterTest, CancellingWritesNothing)
 TEST_F(SpreadsheetWriterTest, MoreColumnsThanASheetHasAreRefused)
 {
     const RecordBlock block{SharedArray<double>::fromVector({}), {}};
-    const ExportedRecords records{std::vector<ExportedRecords::Column>(kMostSheetColumns), block};
+    const ExportedRecords records{std::vector<ExportedRecords::Column>(kMostSheetColumns),
+                                  plotix::RecordColumns::resident(block)};
     QBuffer buffer;
     EXPECT_THROW(writeSpreadsheet(buffer, records, {}), ExportFailure);
 }

@@ -20,7 +20,7 @@ protected:
     }
     static std::vector<ClockChange> changes(const char* zone, const char* from, const char* to)
     {
-        return clockChanges(QTimeZone(zone), {utc(from), utc(to)});
+        return KnownClockChanges().within(QTimeZone(zone), {utc(from), utc(to)});
     }
 
 private:
@@ -45,9 +45,38 @@ TEST_F(ClockChangesTest, ZonesThatKeepTheirClocksHaveNone)
 TEST_F(ClockChangesTest, LongAndStrangeSpansHaveNone)
 {
     const QTimeZone berlin("Europe/Berlin");
-    EXPECT_TRUE(clockChanges(berlin, {0, kLongestSpanWithChanges + kDay * 200}).empty());
-    EXPECT_TRUE(clockChanges(berlin, {1e300, 2e300}).empty());
-    EXPECT_TRUE(clockChanges(berlin, {std::nan(""), 1}).empty());
+    KnownClockChanges changes;
+    EXPECT_TRUE(changes.within(berlin, {0, kLongestSpanWithChanges + kDay * 200}).empty());
+    EXPECT_TRUE(changes.within(berlin, {1e300, 2e300}).empty());
+    EXPECT_TRUE(changes.within(berlin, {std::nan(""), 1}).empty());
+}
+
+TEST_F(ClockChangesTest, ASpanThatIsMovedHasThoseThatASpanAskedForAloneHas)
+{
+    KnownClockChanges moved;
+    for (int week = 300; week >= -300; week -= 5)
+        for (const char* zone : {"Europe/Berlin", "Australia/Lord_Howe"}) {
+            const double from = 1.7e9 + week * 7 * kDay;
+            for (const TimeSpan& span : {TimeSpan{from, from + 40 * kDay}, TimeSpan{from - kDay, from + 20 * kDay}})
+                EXPECT_EQ(moved.within(QTimeZone(zone), span), KnownClockChanges().within(QTimeZone(zone), span));
+        }
+}
+
+TEST_F(ClockChangesTest, ChangesAtTheEndsOfASpanAreInIt)
+{
+    EXPECT_EQ(changes("Europe/Berlin", "2024-03-31T01:00:00Z", "2024-10-27T01:00:00Z").size(), 2U);
+    EXPECT_EQ(changes("Europe/Berlin", "2024-03-31T01:00:01Z", "2024-10-27T00:59:59Z").size(), 0U);
+}
+
+TEST_F(ClockChangesTest, AYearHasTheDistancesOfItsSummerAndItsWinter)
+{
+    KnownClockChanges changes;
+    const QTimeZone berlin("Europe/Berlin");
+    const double winter = utc("2024-01-01T00:00:00Z");
+    EXPECT_EQ(changes.offsets(berlin, {winter, winter + 366 * kDay}), (std::vector{3'600, 7'200}));
+    EXPECT_EQ(changes.offsets(berlin, {winter, winter + 3'000 * kDay}), (std::vector{3'600, 7'200}));
+    EXPECT_EQ(changes.offsets(berlin, {winter, winter + 40 * kDay}), std::vector{3'600});
+    EXPECT_EQ(changes.offsets(QTimeZone("Asia/Kathmandu"), {winter, winter + 366 * kDay}), std::vector{20'700});
 }
 
 TEST_F(ClockChangesTest, TheyAreNamedByWhatTheyAre)

@@ -26,6 +26,19 @@ protected:
     /// The graph shows a day around the end of summer time in Berlin, 2012-10-28 01:00 UTC.
     void showEndOfSummer() { showDay(1'351'386'000 - 43'200); }
     void showDay(double from) { trend().graph()->defaultPlotSpace()->setXRange({from, 86'400}); }
+    /// The uppermost row of a picture of 900 by 500 in which the drawn changes show.
+    int topOfChanges()
+    {
+        const auto picture = [this](bool marksChanges) {
+            choose({{"zone", "Europe/Berlin"}, {"changes", marksChanges}});
+            return trend().graphImageWithSize({900, 500}, 1, {});
+        };
+        const QImage with = picture(true), without = picture(false);
+        int row = 0;
+        while (row < with.height() && with.copy(0, row, 900, 1) == without.copy(0, row, 900, 1))
+            ++row;
+        return row;
+    }
     ZoneDialog& openDialog()
     {
         action("Other Time Zone…")->trigger();
@@ -71,6 +84,13 @@ TEST_F(ClockPartTest, TheNameTellsBothDistancesAcrossAChange)
     EXPECT_EQ(axis().titleRemark(), "Europe/Berlin, UTC+1");
     showEndOfSummer();
     EXPECT_EQ(axis().titleRemark(), "Europe/Berlin, UTC+2 / UTC+1");
+}
+
+TEST_F(ClockPartTest, TheNameOfAYearTellsOfSummerAndWinter)
+{
+    chooseZone("Europe/Berlin");
+    trend().graph()->defaultPlotSpace()->setXRange({kFrom, 365 * 86'400.0});
+    EXPECT_EQ(axis().titleRemark(), "Europe/Berlin, UTC+1 / UTC+2");
 }
 
 TEST_F(ClockPartTest, TheDatePanelShowsTheZonesClocksAndKeepsTheDates)
@@ -133,6 +153,20 @@ TEST_F(ClockPartTest, TheSitesZoneIsFollowed)
     EXPECT_EQ(chosen("clock"), (QVariantMap{{"zone", "site"}}));
 }
 
+TEST_F(ClockPartTest, OnlyTheClockThatTheSiteHasNowIsHeard)
+{
+    siteClock().setZone(QTimeZone("Europe/Berlin"));
+    chooseZone("site");
+    const auto former = host().agent()->setSiteClock(nullptr);
+    dynamic_cast<ClockPart&>(part("clock")).viewLoaded();
+    EXPECT_FALSE(former->isHeard());
+    EXPECT_EQ(axis().titleRemark(), QString());
+    host().agent()->setSiteClock(std::make_unique<fakehost::FakeSiteClock>());
+    dynamic_cast<ClockPart&>(part("clock")).viewLoaded();
+    siteClock().setZone(QTimeZone("Asia/Kathmandu"));
+    EXPECT_EQ(axis().titleRemark(), "Asia/Kathmandu, UTC+5:45");
+}
+
 TEST_F(ClockPartTest, MenuAndChoiceAgree)
 {
     action("UTC")->trigger();
@@ -168,12 +202,28 @@ TEST_F(ClockPartTest, ChangesOfTheClocksAreDrawnWhereTheyAreSeen)
     EXPECT_EQ(layers(), before);
 }
 
+TEST_F(ClockPartTest, AChangeIsDrawnThroughThePlotsAndNotThroughTitlesOfLanes)
+{
+    showEndOfSummer();
+    const int onOneScale = topOfChanges();
+    trend().setReading({{"arrangement", QVariantMap{{"kind", "lane-per-property"}}}});
+    EXPECT_GT(topOfChanges(), onOneScale + 15);
+}
+
 TEST_F(ClockPartTest, AZoneIsSearchedAndTakenByKeyboard)
 {
     ZoneDialog& dialog = openDialog();
     QTest::keyClicks(dialog.findChild<QLineEdit*>(), "st johns");
     QTest::keyClick(dialog.findChild<QLineEdit*>(), Qt::Key_Return);
     EXPECT_EQ(chosen("clock"), (QVariantMap{{"zone", "America/St_Johns"}}));
+}
+
+TEST_F(ClockPartTest, AZoneIsSearchedByItsDistanceFromUtc)
+{
+    ZoneDialog& dialog = openDialog();
+    QTest::keyClicks(dialog.findChild<QLineEdit*>(), "UTC-9:30");
+    QTest::keyClick(dialog.findChild<QLineEdit*>(), Qt::Key_Return);
+    EXPECT_EQ(chosen("clock"), (QVariantMap{{"zone", "Pacific/Marquesas"}}));
 }
 
 TEST_F(ClockPartTest, ASearchThatFindsNothingSaysWhatMayBeMeant)

@@ -1,5 +1,6 @@
 #include "plugins/PlotixPlugIn/reading/comparing/ComparingPart.h"
 
+#include "plugins/PlotixPlugIn/InfoTableModel.h"
 #include "plugins/PlotixPlugIn/reading/marks/MarksPart.h"
 #include "plugins/PlotixPlugIn/reading/trend/TableFigures.h"
 #include "tests/plugins/PlotixPlugIn/reading/line/ReadTrendFixture.h"
@@ -7,9 +8,12 @@
 #include <QtGui/QClipboard>
 #include <QtGui/QGuiApplication>
 #include <QtWidgets/QDialog>
+#include <QtWidgets/QHeaderView>
 #include <QtWidgets/QLabel>
 #include <QtWidgets/QLineEdit>
 #include <QtWidgets/QMenu>
+#include <QtWidgets/QScrollBar>
+#include <QtWidgets/QToolTip>
 
 // Lines beside what they were earlier, in a trend on a screen. A day earlier every value was 10 less.
 
@@ -38,6 +42,15 @@ protected:
             wind.push_back(5 - less);
         }
         return recordsAt(times).column("airTemperature", air).column("pressure", pressure).column("wind", wind);
+    }
+    fakehost::RecordBuilder nothingRecorded() const
+    {
+        return recordsAt({}).column("airTemperature", {}).column("pressure", {}).column("wind", {});
+    }
+    void answerFetch(int number, const fakehost::RecordBuilder& records)
+    {
+        host().archiveManager().answer(static_cast<std::size_t>(number), {records.build(), std::nullopt});
+        drain();
     }
     plotix::ComparingPart& comparing() { return dynamic_cast<plotix::ComparingPart&>(part("comparing")); }
     std::vector<plotix::ReadLine> lines()
@@ -203,7 +216,8 @@ TEST_F(ComparingPartTest, TheReadoutSaysByHowMuchThePresentIsMore)
 {
     compareWithADayEarlier();
     EXPECT_TRUE(valuesAt(30).contains("Air Temperature, a day earlier\t20 °C")) << valuesAt(30).toStdString();
-    EXPECT_TRUE(valuesAt(30).contains("now +10 K")) << valuesAt(30).toStdString();
+    EXPECT_TRUE(valuesAt(30).contains("Air Temperature\t30 °C\t+10 K against a day earlier"))
+        << valuesAt(30).toStdString();
 }
 
 TEST_F(ComparingPartTest, TheTableHasTheirAverageAndTheDifference)
@@ -212,6 +226,24 @@ TEST_F(ComparingPartTest, TheTableHasTheirAverageAndTheDifference)
     EXPECT_EQ(columns(), QStringList({"average:1d", "difference:1d"}));
     EXPECT_EQ(cell("average:1d"), "20.0");
     EXPECT_EQ(cell("difference:1d"), "+10.0 K");
+}
+
+TEST_F(ComparingPartTest, TheirColumnsStandBehindTheTablesOwnAndMoveNoneOfThem)
+{
+    trend().setReading({{"statistics", QVariantMap{{"columns", QStringList{"median"}}}}});
+    compareWithADayEarlier();
+    columns();
+    drain();
+    const PropertyDetailsTableView& shown = *trend().infoTable();
+    const auto placeOf = [&](const char* column) {
+        return shown.horizontalHeader()->visualIndex(shown.infoTableModel()->columnNamed(QLatin1String(column)));
+    };
+    EXPECT_EQ(placeOf("median"), placeOf("unit") + 1) << "chosen figures stand before the table's";
+    EXPECT_EQ(placeOf("average"), placeOf("minimum") + 2);
+    EXPECT_EQ(placeOf("average:1d"), placeOf("points") + 1);
+    EXPECT_EQ(placeOf("difference:1d"), placeOf("points") + 2);
+    EXPECT_EQ(placeOf("median:1d"), placeOf("points") + 3);
+    EXPECT_EQ(shown.horizontalScrollBar()->value(), 0);
 }
 
 TEST_F(ComparingPartTest, TheTableHasEveryFigureThatWasChosenForThemToo)
@@ -272,6 +304,48 @@ TEST_F(ComparingPartTest, CancellingStopsTheReading)
     trend().cancel(nullptr);
     const auto last = static_cast<std::size_t>(fetchCount() - 1);
     EXPECT_TRUE(host().archiveManager().reportProgress(last, 0.5));
+    EXPECT_FALSE(isBusy());
+}
+
+TEST_F(ComparingPartTest, AReadingThatGaveWayToAnotherDoesNotEndTheBusyState)
+{
+    compareWith({"1d"});
+    const int first = fetchCount() - 1;
+    compareWith({"1d", "2d"});
+    answerFetch(first, dayEarlier());
+    EXPECT_TRUE(isBusy());
+    answerFetch(first + 1, dayEarlier());
+    answerFetch(first + 2, dayEarlier(20, 2 * kDay));
+    EXPECT_FALSE(isBusy());
+    EXPECT_NE(airEarlier(), nullptr);
+}
+
+TEST_F(ComparingPartTest, ChosenWhileRecordsAreReadItIsReadForThese)
+{
+    compareWithADayEarlier();
+    refreshFor(kFrom + 600, kTo + 600);
+    answer(minutes());
+    const int first = fetchCount();
+    compareWith({"1d", "2d"});
+    EXPECT_EQ(lastFetch().fromDate, plotix::Date{kFrom + 600 - 2 * kDay});
+    answerFetch(first, dayEarlier());
+    answerFetch(first + 1, dayEarlier(20, 2 * kDay));
+    const CPTScatterPlotPtr twoDays = plot(plotix::comparedKey("airTemperature", "2d"));
+    ASSERT_NE(twoDays, nullptr);
+    EXPECT_EQ(twoDays->series()->pointAt(0), (CPTPoint{minute(10), -10})) << "of the span that is shown now";
+    EXPECT_EQ(airEarlier()->series()->pointAt(0), (CPTPoint{minute(10), 0}));
+}
+
+TEST_F(ComparingPartTest, TakenBackWhileRecordsAreReadNothingIsReadAgain)
+{
+    compareWithADayEarlier();
+    refreshFor(kFrom + 600, kTo + 600);
+    answer(minutes());
+    const int asked = fetchCount();
+    compareWith({});
+    EXPECT_EQ(fetchCount(), asked);
+    answer(dayEarlier());
+    EXPECT_EQ(airEarlier(), nullptr);
     EXPECT_FALSE(isBusy());
 }
 
@@ -351,6 +425,79 @@ TEST_F(ComparingPartTest, TheSpanBetweenTheMarksIsLaidOverATypedTime)
     ASSERT_EQ(lines().size(), 6U);
     EXPECT_EQ(lines()[1].comparisonName, "from Tue, Jan 1, 2013, 12:00 PM");
     EXPECT_EQ(plot(lines()[1].key)->series()->pointAt(3), (CPTPoint{minute(43), 3}));
+}
+
+/// Read, and nothing was there.
+TEST_F(ComparingPartTest, WhatWasLookedForInVainIsSaidInTheTable)
+{
+    compareWith({"1d"});
+    answer(nothingRecorded());
+    EXPECT_EQ(columns(), QStringList({"average:1d", "difference:1d"}));
+    EXPECT_EQ(cell("average:1d"), "nothing recorded");
+    EXPECT_EQ(cell("difference:1d"), "–");
+}
+
+TEST_F(ComparingPartTest, WhatWasLookedForInVainIsSaidInTheLegend)
+{
+    trend().setReading({{"legend", QVariantMap{{"place", "below"}}}});
+    compareWith({"1d"});
+    answer(nothingRecorded());
+    QStringList entries;
+    for (const CPTLegend::Entry& entry : trend().graph()->legend().entries)
+        entries << entry.text;
+    EXPECT_EQ(plot(plotix::comparedKey("wind", "1d"))->title(), "Wind, a day earlier: nothing recorded");
+    EXPECT_TRUE(entries.contains("Wind, a day earlier: nothing recorded")) << entries.join(';').toStdString();
+}
+
+TEST_F(ComparingPartTest, WhatWasLookedForInVainIsSaidInTheHeadOfItsLane)
+{
+    trend().setReading({{"arrangement", QVariantMap{{"kind", "lane-per-property"}}}});
+    compareWith({"1d"});
+    answer(nothingRecorded());
+    EXPECT_EQ(plot(plotix::comparedKey("wind", "1d"))->title(), "Wind, a day earlier: nothing recorded");
+}
+
+TEST_F(ComparingPartTest, WhatWasLookedForInVainIsSaidInTheMenu)
+{
+    compareWith({"1d"});
+    answer(nothingRecorded());
+    EXPECT_NE(action("A Day Earlier (nothing recorded)"), nullptr);
+    EXPECT_TRUE(QToolTip::text().contains("Nothing was recorded a day earlier.")) << QToolTip::text().toStdString();
+    refreshFor(kFrom + 600, kTo + 600);
+    answer(minutes());
+    answer(dayEarlier());
+    EXPECT_NE(action("A Day Earlier"), nullptr) << "of other times there is something";
+}
+
+TEST_F(ComparingPartTest, TheMenuKnowsWhatLiesBeforeTheFirstRecord)
+{
+    host().archiveManager().setRecordedSpan(KTVArchiveManager::Span{{kFrom - 2 * kDay}, {kTo}});
+    compareWith({"1d"});
+    answer(dayEarlier());
+    EXPECT_NE(action("A Day Earlier"), nullptr);
+    EXPECT_NE(action("A Week Earlier (nothing recorded)"), nullptr);
+}
+
+TEST_F(ComparingPartTest, ALineWithoutEarlierRecordsMovesNoRangeAndMakesNoLane)
+{
+    trend().setReading({{"arrangement", QVariantMap{{"kind", "lane-per-property"}}}});
+    const CPTPlotRange values = plot("wind")->plotSpace()->yRange();
+    compareWith({"1d"});
+    answer(nothingRecorded());
+    EXPECT_EQ(plot("wind")->plotSpace()->yRange(), values);
+    EXPECT_EQ(plot(plotix::comparedKey("wind", "1d"))->plotSpace(), plot("wind")->plotSpace());
+}
+
+TEST_F(ComparingPartTest, AveragesOfUnequalSpansSayOfHowMuchTheyAre)
+{
+    compareWith({"1d"});
+    answer(recordsAt({kFrom - kDay, kFrom - kDay + kMinute, kFrom - kDay + 2 * kMinute})
+               .column("airTemperature", {1, 2, 3})
+               .column("pressure", {1, 2, 3})
+               .column("wind", {1, 2, 3}));
+    EXPECT_EQ(cell("average:1d"), "2.0 (3 % recorded)");
+    EXPECT_EQ(cell("difference:1d"), "+28.0 K (100 % against 3 %)");
+    EXPECT_TRUE(table().cell("airTemperature", "average:1d").hint.contains("then: 3"));
 }
 
 }  // namespace

@@ -27,9 +27,10 @@ protected:
         return dictionary;
     }
     static KTVRecordDictionaryPtr beside(const KTVRecordDictionary& earlier,
-                                         const std::vector<EarlierStretch>& stretches)
+                                         const std::vector<EarlierStretch>& stretches,
+                                         const KTVRecordDictionary* present = nullptr)
     {
-        return recordsBeside(earlier, stretches, [](const QString& key) { return key + "'"; });
+        return recordsBeside(earlier, stretches, present, [](const QString& key) { return key + "'"; });
     }
     static std::vector<double> timesOf(const KTVRecordDictionary& dictionary)
     {
@@ -52,6 +53,26 @@ TEST_F(EarlierRecordsTest, OneShiftSharesTheColumns)
     const auto shifted = beside(earlier, {{{0, 9}, 100}});
     EXPECT_EQ(shifted->columnForKey("a'"), earlier.columnForKey("a"));
     EXPECT_EQ(timesOf(*shifted).back(), 109);
+}
+
+TEST_F(EarlierRecordsTest, TimesMovedOntoThePresentOnesAreShared)
+{
+    const KTVRecordDictionary present = records({100, 101, 102, 103, 104, 105, 106, 107, 108, 109});
+    EXPECT_EQ(beside(records(), {{{0, 9}, 100}}, &present)->time()->data(), present.time()->data());
+    EXPECT_EQ(beside(records(), {{{0, 5}, 100}, {{5, 9}, 100}}, &present)->time()->data(), present.time()->data());
+}
+
+TEST_F(EarlierRecordsTest, OtherTimesThanThePresentOnesStayTheirOwn)
+{
+    const KTVRecordDictionary present = records({100, 101, 102, 103, 104, 105, 106, 107, 108, 109.5});
+    const auto shifted = beside(records(), {{{0, 9}, 100}}, &present);
+    EXPECT_EQ(timesOf(*shifted), (std::vector<double>{100, 101, 102, 103, 104, 105, 106, 107, 108, 109}));
+}
+
+TEST_F(EarlierRecordsTest, MoreTimesThanThePresentOnesStayTheirOwn)
+{
+    const KTVRecordDictionary present = records({100, 101, 102, 103, 104});
+    EXPECT_EQ(timesOf(*beside(records(), {{{0, 9}, 100}}, &present)).size(), 10U);
 }
 
 TEST_F(EarlierRecordsTest, PiecesAreTakenOneByOne)
@@ -80,9 +101,15 @@ TEST_F(EarlierRecordsTest, TimesInAnyOrderAreTakenAsTheyCome)
     EXPECT_EQ(timesOf(*piece), (std::vector<double>{101, 102, 103}));
 }
 
-TEST_F(EarlierRecordsTest, NoneInTheStretchesAreNone)
+TEST_F(EarlierRecordsTest, NoneInTheStretchesAreColumnsWithoutRecords)
 {
-    EXPECT_EQ(beside(records(), {{{20, 30}, 100}}), nullptr);
+    const auto nothing = beside(records(), {{{20, 30}, 100}});
+    EXPECT_TRUE(timesOf(*nothing).empty());
+    EXPECT_TRUE(valuesOf(*nothing).empty());
+}
+
+TEST_F(EarlierRecordsTest, WithoutStretchesOrTimesThereIsNothing)
+{
     EXPECT_EQ(beside(records(), {}), nullptr);
     EXPECT_EQ(beside(KTVRecordDictionary(), {{{0, 9}, 100}}), nullptr);
 }

@@ -64,6 +64,30 @@ TEST_F(LaneGroupsTest, AutomaticSetsALineApartThatOthersWouldPressFlat)
     EXPECT_EQ(lanes(ArrangementKind::Automatic), QStringLiteral("pump|plant boiler"));
 }
 
+TEST_F(LaneGroupsTest, AutomaticSetsLinesWithoutAUnitApartThatAreOfDifferentMagnitudes)
+{
+    line("temperature", "", 18, 24);
+    line("pressure", "", 998, 1'013);
+    line("humidity", "", 40, 70);
+    line("flow", "", 0.1, 1.2);
+    EXPECT_EQ(lanes(ArrangementKind::Automatic), QStringLiteral("temperature humidity|pressure|flow"));
+}
+
+TEST_F(LaneGroupsTest, AutomaticSetsALineWithoutAUnitApartThatHardlyMovesBesideAnother)
+{
+    line("pressure", "", 1'010, 1'013);
+    line("power", "", 100, 5'200);
+    EXPECT_EQ(lanes(ArrangementKind::Automatic), QStringLiteral("pressure|power"));
+}
+
+TEST_F(LaneGroupsTest, AutomaticComparesEveryLineOfALane)
+{
+    line("middle", "kW", 0, 30);
+    line("small", "kW", 0, 2);
+    line("large", "kW", 0, 800);
+    EXPECT_EQ(lanes(ArrangementKind::Automatic), QStringLiteral("middle small|large"));
+}
+
 TEST_F(LaneGroupsTest, OneScaleDoesNotServeBeyondItsLimits)
 {
     line("count", "", 0, 39'197);

@@ -193,7 +193,7 @@ TEST_F(LimitsPartTest, TheTableCountsTimeBeyondTheFirstLimit)
     trend().setReading({{"statistics", QVariantMap{{"columns", QStringList{"aboveLimit"}}}}});
     const auto rows = trend().reportContents().value("rows").toList();
     ASSERT_FALSE(rows.isEmpty());
-    EXPECT_EQ(rows[0].toMap().value("figures").toStringList(), QStringList("15 min"));
+    EXPECT_EQ(rows[0].toMap().value("figures").toStringList(), QStringList("above warm 45\u00A0°C: 15 min"));
 }
 
 TEST_F(LimitsPartTest, AskTheHostForLimits)

@@ -1,9 +1,12 @@
 #include "tests/plugins/PlotixPlugIn/reading/line/ReadTrendFixture.h"
 
+#include <QtCore/QJsonDocument>
+#include <QtCore/QJsonObject>
 #include <QtGui/QClipboard>
 #include <QtGui/QGuiApplication>
 #include <QtWidgets/QDialog>
 #include <QtWidgets/QLineEdit>
+#include <QtWidgets/QMenu>
 
 // The value line of a trend on a screen: pointer, click, keys, actions, archive, pictures.
 
@@ -25,6 +28,13 @@ protected:
     {
         const QVariant time = part("valueLine").property("time");
         return time.isValid() ? (time.toDouble() - kFrom) / kMinute : -1;
+    }
+    /// As hands do it: the second press is the double click.
+    void doubleClick(const QPointF& place)
+    {
+        click(place);
+        QTest::mouseDClick(&graphView(), Qt::LeftButton, {}, place.toPoint());
+        QTest::mouseRelease(&graphView(), Qt::LeftButton, {}, place.toPoint());
     }
     bool isHeld() { return chosen("valueLine").contains("held"); }
     QString spoken() { return graphView().accessibleDescription(); }
@@ -106,8 +116,16 @@ TEST_F(LinePartTest, ADragIsNoClick)
 
 TEST_F(LinePartTest, ADoubleClickHoldsNothing)
 {
-    QTest::mouseDClick(&graphView(), Qt::LeftButton, {}, at(10).toPoint());
+    doubleClick(at(10));
     EXPECT_FALSE(isHeld());
+    EXPECT_EQ(standing(), -1);
+}
+
+TEST_F(LinePartTest, ADoubleClickBesideThePlotsLetsNothingGo)
+{
+    click(at(10));
+    doubleClick({2, 2});
+    EXPECT_TRUE(isHeld());
 }
 
 TEST_F(LinePartTest, EscapeLetsItGo)
@@ -137,6 +155,19 @@ TEST_F(LinePartTest, WithoutALineKeysBeginInTheMiddle)
     EXPECT_DOUBLE_EQ(standing(), 30);
     press(Qt::Key_Space);
     EXPECT_FALSE(isHeld());
+}
+
+TEST_F(LinePartTest, WigglesOfANoisyLineAreNoMaxima)
+{
+    holdAt(5);
+    press(Qt::Key_L);
+    press(Qt::Key_L);  // along pressure, which goes up and down by one
+    trend().graph()->defaultPlotSpace()->setYRange({970, 60});
+    press(Qt::Key_M);
+    EXPECT_DOUBLE_EQ(standing(), 5);
+    trend().graph()->defaultPlotSpace()->setYRange({995, 10});
+    press(Qt::Key_M);
+    EXPECT_GT(standing(), 5);
 }
 
 TEST_F(LinePartTest, KeysMoveItToGapsAndExtremesAndBackToAValue)
@@ -190,6 +221,24 @@ TEST_F(LinePartTest, WhatIsReadIsSpoken)
     EXPECT_EQ(spoken(), before);
 }
 
+TEST_F(LinePartTest, OtherRecordsAreSpokenWhenTheyAreShown)
+{
+    holdAt(10);
+    EXPECT_TRUE(spoken().contains("Pressure: 1,000 hPa")) << spoken().toStdString();
+    answerRefresh(recordsAt({kFrom, minute(10), kTo}).column("pressure", {1, 2, 3}));
+    EXPECT_TRUE(spoken().contains("Pressure: 2 hPa")) << spoken().toStdString();
+}
+
+TEST_F(LinePartTest, UndoingTakesBackWhatIsSpoken)
+{
+    const QString spokenBefore = spoken();
+    const QVariantMap before = trend().changeable();
+    click(at(10));
+    EXPECT_NE(spoken(), spokenBefore);
+    trend().changeTo(before);
+    EXPECT_EQ(spoken(), spokenBefore);
+}
+
 TEST_F(LinePartTest, GapsAreSaidAndCopied)
 {
     holdAt(30);
@@ -216,6 +265,54 @@ TEST_F(LinePartTest, ATypedTimeIsGoneTo)
     dialog->findChild<QLineEdit*>()->setText("12:14");
     QTest::keyClick(dialog->findChild<QLineEdit*>(), Qt::Key_Return);
     EXPECT_DOUBLE_EQ(standing(), 14);
+}
+
+TEST_F(LinePartTest, ATimeOutsideAllRecordsIsNoneToGoToButTheirNearestEndIs)
+{
+    host().archiveManager().setRecordedSpan(KTVArchiveManager::Span{{minute(0)}, {minute(60)}});
+    action("Go to Time…")->trigger();
+    auto* field = trend().view()->findChild<QDialog*>()->findChild<QLineEdit*>();
+    field->setText("now");
+    QTest::keyClick(field, Qt::Key_Return);
+    EXPECT_DOUBLE_EQ(standing(), 60);
+}
+
+TEST_F(LinePartTest, RecordsOfATimeThatWereNotReadYetAreRead)
+{
+    host().archiveManager().setRecordedSpan(KTVArchiveManager::Span{{minute(0)}, {minute(6000)}});
+    const int before = fetchCount();
+    static_cast<plotix::LinePart&>(part("valueLine")).goTo(minute(3000));
+    ASSERT_EQ(fetchCount(), before + 1);
+    EXPECT_DOUBLE_EQ(standing(), 3000);
+}
+
+TEST_F(LinePartTest, WhatIsTheGreatestOfItsLineSaysSo)
+{
+    holdAt(60);
+    EXPECT_TRUE(spoken().contains("Air Temperature: 60 °C, maximum.")) << spoken().toStdString();
+    EXPECT_TRUE(spoken().contains("Wind: 5 m/s.")) << "it is the same everywhere: " << spoken().toStdString();
+    holdAt(0);
+    EXPECT_TRUE(spoken().contains("Air Temperature: 0 °C, minimum.")) << spoken().toStdString();
+    holdAt(30);
+    EXPECT_FALSE(spoken().contains("imum")) << spoken().toStdString();
+}
+
+TEST_F(LinePartTest, WhatIsTheGreatestInViewSaysThatToo)
+{
+    trend().graph()->defaultPlotSpace()->setXRange({minute(0), 30 * kMinute});
+    holdAt(30);
+    EXPECT_TRUE(spoken().contains("Air Temperature: 30 °C, maximum in view.")) << spoken().toStdString();
+}
+
+TEST_F(LinePartTest, TheMaximumOfEachLineIsInTheMenu)
+{
+    QMenu& menu = *action("Go to Maximum of")->menu();
+    emit menu.aboutToShow();
+    ASSERT_EQ(menu.actions().size(), 3);
+    EXPECT_EQ(menu.actions().at(0)->text(), "Air Temperature");
+    menu.actions().at(0)->trigger();
+    EXPECT_DOUBLE_EQ(standing(), 60);
+    EXPECT_TRUE(spoken().contains("Air Temperature: 60 °C, maximum.")) << spoken().toStdString();
 }
 
 TEST_F(LinePartTest, EveryActionStandsInAMenuAndDoesWhatItsKeyDoes)
@@ -248,6 +345,16 @@ TEST_F(LinePartTest, IsArchivedAndCanBeUndone)
     trend().changeTo(before);
     EXPECT_FALSE(isHeld());
     EXPECT_TRUE(chosen("valueLine").value("shown").toBool());
+}
+
+TEST_F(LinePartTest, IsHeldAtATimeThatWentThroughText)
+{
+    const QVariantMap choices{{"valueLine", QVariantMap{{"held", minute(10)}}},
+                              {"marks", QVariantMap{{"a", minute(20)}}}};
+    const QByteArray text = QJsonDocument(QJsonObject::fromVariantMap(choices)).toJson();
+    trend().setReading(QJsonDocument::fromJson(text).object().toVariantMap());
+    EXPECT_DOUBLE_EQ(standing(), 10);
+    EXPECT_EQ(chosen("marks").value("a").toDouble(), minute(20));
 }
 
 TEST_F(LinePartTest, WhoTurnsItOffFindsItOffAgain)

@@ -82,7 +82,8 @@ TEST_F(LineReadoutTest, ARecordFartherThanUsualIsGivenWithItsDistance)
 
 TEST_F(LineReadoutTest, ARecordThatIsFarInThePictureIsGivenWithItsDistanceToo)
 {
-    EXPECT_EQ(at(5.5).readout.rows[0].note, "") << "half an hour can be overlooked";
+    EXPECT_EQ(at(5.2).readout.rows[0].note, "") << "some minutes can be overlooked, since records stand an hour apart";
+    EXPECT_EQ(at(5.5).readout.rows[0].note, "30 min before");
     graph.defaultPlotSpace()->setXRange({5 * kHour, kHour});
     EXPECT_EQ(at(5.5).readout.rows[0].note, "30 min before");
 }
@@ -127,7 +128,8 @@ TEST_F(LineReadoutTest, TheLineThatTheKeysFollowIsSaid)
 
 TEST_F(LineReadoutTest, ARecordThatCameLateSaysWhen)
 {
-    lines[0].amendments = {{KTVAmendment::Kind::Late, 4 * kHour, 6 * kHour, 40 * kHour, 40 * kHour}};
+    lines[0].amendments =
+        plotix::AmendedRecords({{KTVAmendment::Kind::Late, 4 * kHour, 6 * kHour, 40 * kHour, 40 * kHour}});
     EXPECT_EQ(at(5).readout.rows[0].note, QStringLiteral("arrived late, ") + texts.moment(40 * kHour, 60));
     EXPECT_EQ(at(7).readout.rows[0].note, QString());
     EXPECT_EQ(at(5).readout.rows[1].note, QString());
@@ -135,8 +137,9 @@ TEST_F(LineReadoutTest, ARecordThatCameLateSaysWhen)
 
 TEST_F(LineReadoutTest, ARecordThatWasCorrectedSaysWhen)
 {
-    lines[0].amendments = {{KTVAmendment::Kind::Late, 4 * kHour, 6 * kHour, 40 * kHour, 40 * kHour},
-                           {KTVAmendment::Kind::Corrected, 5 * kHour, 5 * kHour, 41 * kHour, 41 * kHour}};
+    lines[0].amendments =
+        plotix::AmendedRecords({{KTVAmendment::Kind::Late, 4 * kHour, 6 * kHour, 40 * kHour, 40 * kHour},
+                                {KTVAmendment::Kind::Corrected, 5 * kHour, 5 * kHour, 41 * kHour, 41 * kHour}});
     EXPECT_EQ(at(5).readout.rows[0].note, QStringLiteral("corrected ") + texts.moment(41 * kHour, 60));
 }
 

@@ -48,11 +48,55 @@ TEST(ReadoutBoxTest, RowsThatHaveNoRoomAreCounted)
     EXPECT_GE(rowsWithin(10), 1U);
 }
 
+Readout compared()
+{
+    Readout readout = threeRows();
+    readout.rows.resize(1);
+    readout.rows[0].differences = "+2 K against a day earlier";
+    readout.rows.push_back({.color = Qt::red, .name = "Air, a day earlier", .value = "−2 °C", .note = "far"});
+    readout.rows[1].besideName = "a day earlier";
+    readout.rows[1].lessBy = "+2 K";
+    return readout;
+}
+
+TEST(ReadoutBoxTest, ALineComparedOnceHasTheEarlierValueInItsOwnRow)
+{
+    const Readout box = folded(compared());
+    ASSERT_EQ(box.rows.size(), 1U);
+    EXPECT_EQ(box.rows[0].differences, "a day earlier: −2 °C (+2 K), far");
+    EXPECT_EQ(box.rows[0].note, "3 h before");
+    EXPECT_EQ(readoutAsTable(compared()).count('\n'), 3) << "as text each has a row";
+}
+
+TEST(ReadoutBoxTest, WhatHasNoValueAnywhereTakesNoRoom)
+{
+    Readout twice = compared();
+    twice.rows.push_back(twice.rows[1]);
+    twice.rows[2].hasValues = false;
+    EXPECT_EQ(folded(twice).rows.size(), 1U);
+    EXPECT_EQ(readoutAsTable(twice).count('\n'), 4);
+}
+
+TEST(ReadoutBoxTest, LinesComparedSeveralTimesKeepTheirRows)
+{
+    Readout twice = compared();
+    twice.rows.push_back(twice.rows[1]);
+    EXPECT_EQ(folded(twice).rows.size(), 3U);
+    EXPECT_EQ(folded(threeRows()).rows.size(), 3U);
+}
+
 TEST(ReadoutBoxTest, AsTextItIsATableOrSentences)
 {
     EXPECT_EQ(readoutAsTable(threeRows()),
               "Fri 8 Feb, 18:00\nAir\t0.0 °C\t3 h before\nDew point\t−1 °C\nWind\tnot recorded\n");
     EXPECT_TRUE(readoutAsSentences(threeRows()).startsWith("Fri 8 Feb, 18:00. Air: 0.0 °C, 3 h before. "));
+}
+
+TEST(ReadoutBoxTest, ThatAValueIsTheGreatestComesBeforeWhatItDiffersBy)
+{
+    Readout greatest = compared();
+    greatest.rows[0].extreme = "maximum";
+    EXPECT_TRUE(readoutAsSentences(greatest).contains("0.0 °C, maximum, +2 K against a day earlier, 3 h before."));
 }
 
 TEST(ReadoutBoxTest, IsLightOnAGraphWithDarkWriting)

@@ -253,6 +253,17 @@ TEST_F(MarksPartTest, AreArchivedAndCanBeUndone)
     EXPECT_TRUE(chosen("marks").isEmpty());
 }
 
+TEST_F(MarksPartTest, AMarkIsNotSetOntoTheOtherWhileTheLineIsHeldThere)
+{
+    moveTo(at(10));
+    click(at(10));
+    press(Qt::Key_A);
+    moveTo(at(30));
+    press(Qt::Key_B);
+    EXPECT_EQ(chosen("marks").value("a").toDouble(), minute(10));
+    EXPECT_EQ(chosen("marks").value("b").toDouble(), minute(30)) << "where the pointer is";
+}
+
 TEST_F(MarksPartTest, WithoutMarksAndValueLineNoKeyIsTaken)
 {
     trend().setReading({{"valueLine", QVariantMap()}});

@@ -2,6 +2,8 @@
 
 #include "tests/plugins/PlotixPlugIn/reading/line/ReadTrendFixture.h"
 
+#include <set>
+
 namespace {
 
 /// An hour of three lines, of which pressure has nothing recorded from minute 20 to 40.
@@ -80,8 +82,16 @@ TEST_F(MissingPartTest, ItsMenuItemsAreItsChoices)
     action("Quality Strip")->trigger();
     EXPECT_EQ(chosen("missing"), (QVariantMap{{"strip", true}}));
     action("Quality Strip")->trigger();
-    EXPECT_FALSE(trend().reading().contains("missing"));
     EXPECT_TRUE(trend().graph()->layers().empty());
+}
+
+TEST_F(MissingPartTest, WhatWasSwitchedOffStaysOffForAHostThatTurnsItOn)
+{
+    action("Quality Strip")->trigger();
+    action("Quality Strip")->trigger();
+    EXPECT_EQ(chosen("missing"), (QVariantMap{{"strip", false}}));
+    chooseNothing();
+    EXPECT_FALSE(trend().reading().contains("missing"));
 }
 
 /// Temperature came late from minute 10 to 20, a minute after each record was due at first and an hour at last, and was
@@ -98,11 +108,55 @@ protected:
         answer(minutes());
         drain();
     }
+    /// How many columns of pixels the sign of one record takes in grey.
+    int widthOfSign(KTVAmendment::Kind kind)
+    {
+        constexpr int kRow = 11, kStandsOut = 40;
+        const auto shown = [this](const std::vector<KTVAmendment>& amendments) {
+            host().agent()->setAmendments("airTemperature", amendments);
+            readAgain();
+            return picture().convertToFormat(QImage::Format_Grayscale8);
+        };
+        const QImage without = shown({}), with = shown({{kind, minute(30), minute(30), minute(90), minute(90)}});
+        const int left = qRound(at(30).x()) - kRow / 2;
+        const int top = qRound(geometry().plotArea.top()) + 2 + (kind == KTVAmendment::Kind::Late ? 0 : kRow);
+        std::set<int> columns;
+        for (int y = top; y < top + kRow; ++y)
+            for (int x = left; x < left + kRow; ++x)
+                if (std::abs(qGray(with.pixel(x, y)) - qGray(without.pixel(x, y))) > kStandsOut)
+                    columns.insert(x);
+        return static_cast<int>(columns.size());
+    }
+    /// Answers the records that are shown then.
+    std::weak_ptr<KTVRecordDictionary> readAgain()
+    {
+        const KTVRecordDictionaryPtr records = minutes().build();
+        refreshFor(kFrom, kTo);
+        answer(records);
+        drain();
+        return records;
+    }
     void chooseLateBy(double seconds)
     {
         trend().setReading({{"missing", QVariantMap{{"amended", true}, {"lateBy", seconds}}}});
     }
 };
+
+TEST_F(AmendedTrendTest, AReportCountsThemWhereTheyAreShown)
+{
+    const auto titles = [this] { return trend().reportContents().value("figureTitles").toStringList(); };
+    const auto told = [this] {
+        return trend().reportContents().value("rows").toList().front().toMap().value("figures").toStringList();
+    };
+    EXPECT_TRUE(titles().isEmpty());
+    choose("stretches");
+    EXPECT_EQ(titles(), QStringList{"Quality"});
+    EXPECT_EQ(told(), QStringList{"–"});
+    choose("amended");
+    EXPECT_EQ(told(), (QStringList{"11 late, 1 corrected"}));
+    chooseLateBy(1800);
+    EXPECT_EQ(told(), (QStringList{"6 late, 1 corrected"}));
+}
 
 TEST_F(AmendedTrendTest, LateAndCorrectedAreMarked)
 {
@@ -115,14 +169,12 @@ TEST_F(AmendedTrendTest, LateAndCorrectedAreMarked)
     EXPECT_FALSE(marks(with, without, 40));
 }
 
-TEST_F(AmendedTrendTest, TheyAreToldApartWithoutColours)
+TEST_F(AmendedTrendTest, ADotAndACrossAreToldApartWithoutColours)
 {
     choose("amended");
-    const QImage grey = picture().convertToFormat(QImage::Format_Grayscale8);
-    const auto column = [&](double minuteCount) {
-        return grey.copy(qRound(at(minuteCount).x()) - 2, qRound(geometry().plotArea.top()), 5, 30);
-    };
-    EXPECT_NE(column(15), column(50));
+    const int dot = widthOfSign(KTVAmendment::Kind::Late);
+    EXPECT_GT(dot, 0);
+    EXPECT_GE(widthOfSign(KTVAmendment::Kind::Corrected), dot + 2);
 }
 
 TEST_F(AmendedTrendTest, OnlyTheirLaneIsMarked)
@@ -159,6 +211,37 @@ TEST_F(AmendedTrendTest, TheStripTellsOfThem)
     EXPECT_TRUE(marks(with, without, 10));
     EXPECT_TRUE(marks(with, without, 50));
     EXPECT_FALSE(marks(with, without, 40));
+}
+
+TEST_F(AmendedTrendTest, TheReadoutHeedsTheDelayAtOnce)
+{
+    trend().setReading({{"valueLine", QVariantMap{{"held", minute(11)}}}});
+    EXPECT_TRUE(graphView().accessibleDescription().contains("arrived late"));
+    chooseLateBy(30 * 60);
+    EXPECT_FALSE(graphView().accessibleDescription().contains("arrived late"));
+}
+
+TEST_F(AmendedTrendTest, AreAskedForOnceForTheRecordsAndOnlyWhereTheyAreTold)
+{
+    readAgain();
+    picture();
+    EXPECT_EQ(host().agent()->timesAskedForAmendments(), 0);
+    choose("amended");
+    picture();
+    trend().setReading({{"valueLine", QVariantMap{{"held", minute(11)}}}});
+    picture();
+    EXPECT_EQ(host().agent()->timesAskedForAmendments(), 3) << "of three lines";
+}
+
+TEST_F(AmendedTrendTest, RecordsThatAreShownNoMoreAreLetGo)
+{
+    choose("amended");
+    const std::weak_ptr<KTVRecordDictionary> before = readAgain();
+    picture();
+    chooseNothing();
+    EXPECT_FALSE(before.expired());
+    readAgain();
+    EXPECT_TRUE(before.expired());
 }
 
 TEST_F(AmendedTrendTest, TheDelayIsChosenInTheMenu)

@@ -21,6 +21,14 @@ private:
     QByteArray m_all;
 };
 
+TEST_F(FigureTextsTest, DaysAreSaidToTheMinute)
+{
+    const FigureTexts texts;
+    EXPECT_EQ(texts.duration(2 * 86'400 + 14 * 60 + 20), "2 d 0 h 14 min");
+    EXPECT_EQ(texts.duration(86'399.9), "1 d 0 h 0 min");
+    EXPECT_EQ(texts.duration(3 * 3'600 + 12 * 60), "3 h 12 min");
+}
+
 TEST_F(FigureTextsTest, WhatDoesNotExistIsADash)
 {
     const FigureTexts texts;

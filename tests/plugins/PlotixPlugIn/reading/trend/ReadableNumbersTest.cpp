@@ -29,10 +29,16 @@ private:
 
 TEST_F(ReadableNumbersTest, DecimalsAreWhatTheRangeIsWorth)
 {
-    EXPECT_EQ(texts(19.8F, 23.4F, 21.53724F), (QStringList{"19.80", "23.40", "21.54"}));
+    EXPECT_EQ(texts(19.8F, 23.4F, 21.53724F), (QStringList{"19.8", "23.4", "21.54"}));
     EXPECT_EQ(texts(0.123F, 987.654F, 400.5F), (QStringList{"0.1", "987.7", "400.5"}));
     EXPECT_EQ(texts(0, 100'000, 48'123.4F), (QStringList{"0", "100,000", "48,123"}));
-    EXPECT_EQ(texts(1.7995F, 1.8005F, 1.8F), (QStringList{"1.79950", "1.80050", "1.80000"}));
+    EXPECT_EQ(texts(1.7995F, 1.8005F, 1.8F), (QStringList{"1.7995", "1.8005", "1.8"}));
+}
+
+TEST_F(ReadableNumbersTest, NoDigitIsWrittenThatWasRoundedAwayOrNeverMeasured)
+{
+    EXPECT_EQ(texts(20.5F, 24.40833F, 21.43F), (QStringList{"20.500", "24.408", "21.43"}));
+    EXPECT_EQ(texts(84.92F, 93.92F, 90.68F), (QStringList{"84.92", "93.92", "90.68"}));
 }
 
 TEST_F(ReadableNumbersTest, AConstantIsWrittenExactly)

@@ -1,0 +1,29 @@
+#pragma once
+
+#include <cstddef>
+#include <vector>
+
+/// What is known of long columns without reading them: they are cut into runs of some hundred successive elements, the
+/// same for the times and for all columns beside them. Where runs are cut says nothing about the records.
+///
+/// Values; any thread may read.
+namespace plotix {
+
+struct TimeRuns {
+    std::vector<std::size_t> begin;   ///< element each run begins with; one more than there are runs: the last is the
+                                      ///< count of elements. No run is empty
+    std::vector<double> first, last;  ///< times of each run's first and last element
+
+    std::size_t count() const { return first.size(); }
+    friend bool operator==(const TimeRuns&, const TimeRuns&) = default;
+};
+
+/// Of one column: over the valid elements of each run that are no NaN, as archived. Infinities count.
+struct ValueRuns {
+    std::vector<double> least, greatest;  ///< least > greatest where no element counts
+    std::vector<double> first;            ///< value of the run's first element; NaN where that does not count
+
+    std::size_t count() const { return least.size(); }
+};
+
+}  // namespace plotix

@@ -1,0 +1,198 @@
+// What a person waits for at a site of ten years of one-second records: the first frame, a pan, a zoom to ten seconds,
+// the table.
+//   bench_decade --make FILE               makes the site: 308,000,000 records, 6 GB, some minutes
+//   PLOTIX_DECADE=FILE bench_decade        measures it; a tenth of it is made where it is missing, and needs no FILE
+
+#include "base/MainQueue.h"
+#include "benchmarks/data/BenchmarkFiles.h"
+#include "benchmarks/data/Elapsed.h"
+#include "benchmarks/data/ResidentMemory.h"
+#include "benchmarks/decade/DecadeSite.h"
+#include "hostapp/app/Composition.h"
+#include "hostapp/site/MakeTrend.h"
+#include "hostapp/site/PlugInOperations.h"
+#include "hostapp/site/WaitForRecords.h"
+
+#include <QtCore/QFile>
+#include <QtGui/QMouseEvent>
+#include <QtGui/QWheelEvent>
+#include <QtWidgets/QApplication>
+#include <benchmark/benchmark.h>
+
+#include <algorithm>
+#include <cmath>
+#include <cstring>
+#include <functional>
+
+namespace {
+
+using namespace plotix_bench;
+
+constexpr QSize kWindow{1920, 1080};
+constexpr int kZoomSteps = 60;
+constexpr double kZoomedTo = 10;  // seconds
+constexpr double kNotch = 1.25;   // what a wheel's notch zooms by
+constexpr double kEighthsANotch = 120;
+
+/// A trend of all properties over all records, drawn.
+struct Shown {
+    plotix::TrendRequest trend;
+    KTVPlugInPtr plugIn;
+    QWidget* view = nullptr;
+    QWidget* graph = nullptr;
+
+    void repaint() const
+    {
+        QCoreApplication::sendPostedEvents();
+        graph->repaint();
+    }
+    double seconds() const
+    {
+        const auto range = plotix::shownRange(plugIn.get());
+        return range ? range->second - range->first : 0;
+    }
+};
+
+Shown shown(KTVPlugInModule& module, const QString& path)
+{
+    const auto document = plotix::SiteDocument::open(path);
+    const auto extent = document->records()->extent(document->agents().front()->id());
+    Shown made;
+    made.trend = {document, document->agents().front(), {}, {}, {}, {}};
+    const auto& all = made.trend.agent->siteProperties();
+    made.trend.properties.assign(all.begin(), all.end());
+    made.trend.from = plotix::Date{extent->first};
+    made.trend.to = plotix::Date{extent->last};
+    made.plugIn = plotix::requireTrend(module, made.trend);
+    made.view = made.plugIn->view();
+    made.view->resize(kWindow);
+    made.view->show();
+    plotix::waitForRecords(*made.trend.agent);
+    for (QWidget* each : made.view->findChildren<QWidget*>())
+        if (std::strcmp(each->metaObject()->className(), "KTVGraphHostingView") == 0)
+            made.graph = each;
+    made.repaint();
+    return made;
+}
+
+void firstFrame(benchmark::State& state, KTVPlugInModule& module, const QString& path, bool isCold)
+{
+    const double before = residentBytes();
+    double held = 0, records = 0;
+    for (auto unused : state) {
+        if (isCold)
+            forgetPages(path);
+        const Elapsed elapsed;
+        const Shown drawn = shown(module, path);
+        state.SetIterationTime(elapsed.seconds());
+        held = residentBytes() - before;
+        records = drawn.seconds();
+    }
+    state.counters["memory_MB"] = held / 1e6;
+    state.counters["bytes_per_sample"] = held / (records * kDecadeProperties);
+}
+
+void send(QWidget* to, QEvent::Type type, const QPointF& at, Qt::MouseButton button, Qt::MouseButtons buttons)
+{
+    QMouseEvent event(type, at, to->mapToGlobal(at), button, buttons, Qt::NoModifier);
+    QCoreApplication::sendEvent(to, &event);
+}
+
+void pan(benchmark::State& state, const Shown& drawn)
+{
+    QPointF at = drawn.graph->rect().center();
+    send(drawn.graph, QEvent::MouseButtonPress, at, Qt::LeftButton, Qt::LeftButton);
+    int step = 0;
+    for (auto unused : state) {
+        at.rx() += ++step / 64 % 2 == 0 ? 1 : -1;
+        send(drawn.graph, QEvent::MouseMove, at, Qt::NoButton, Qt::LeftButton);
+        drawn.repaint();
+    }
+    send(drawn.graph, QEvent::MouseButtonRelease, at, Qt::LeftButton, Qt::NoButton);
+}
+
+void zoom(benchmark::State& state, KTVPlugInModule& module, const QString& path)
+{
+    for (auto unused : state) {
+        const Shown drawn = shown(module, path);
+        const double factor = std::pow(drawn.seconds() / kZoomedTo, 1.0 / kZoomSteps);
+        const QPoint turned(0, static_cast<int>(std::lround(kEighthsANotch * std::log(factor) / std::log(kNotch))));
+        const QPointF at = drawn.graph->rect().center();
+        double worst = 0, all = 0;
+        for (int step = 0; step < kZoomSteps; ++step) {
+            QWheelEvent event(at, drawn.graph->mapToGlobal(at), {}, turned, Qt::NoButton, Qt::NoModifier,
+                              Qt::NoScrollPhase, false);
+            const Elapsed elapsed;
+            QCoreApplication::sendEvent(drawn.graph, &event);
+            drawn.repaint();
+            worst = std::max(worst, elapsed.seconds());
+            all += elapsed.seconds();
+        }
+        state.SetIterationTime(worst);
+        state.counters["mean_ms"] = all / kZoomSteps * 1000;
+        state.counters["seconds_shown"] = drawn.seconds();
+    }
+}
+
+/// The file with so many records; empty where nobody has made it.
+QString siteOf(std::size_t records)
+{
+    if (records == kDecadeRecords)
+        return qEnvironmentVariable("PLOTIX_DECADE");
+    const QString path = dataFile(QStringLiteral("decade-tenth.plotix"));
+    if (!QFile::exists(path)) {
+        makeDecade(path + QStringLiteral(".new"), records);
+        QFile::rename(path + QStringLiteral(".new"), path);
+    }
+    return path;
+}
+
+using Measured = std::function<void(benchmark::State&, const QString& path)>;
+
+benchmark::internal::Benchmark* add(const std::string& name, std::size_t records, const Measured& measured)
+{
+    const auto onSite = [records, measured](benchmark::State& state) {
+        const QString path = siteOf(records);
+        if (path.isEmpty())
+            state.SkipWithError("PLOTIX_DECADE names no file: make one with --make");
+        else
+            measured(state, path);
+    };
+    return benchmark::RegisterBenchmark(name.c_str(), onSite)->Unit(benchmark::kMillisecond);
+}
+
+void registerCases(KTVPlugInModule& module, std::size_t records, const std::string& name)
+{
+    for (const bool isCold : {false, true})
+        add(name + (isCold ? "/first-frame/cold" : "/first-frame/warm"), records,
+            [&module, isCold](benchmark::State& state, const QString& path) {
+                firstFrame(state, module, path, isCold);
+            })
+            ->UseManualTime()
+            ->Iterations(1);
+    add(name + "/pan", records,
+        [&module](benchmark::State& state, const QString& path) { pan(state, shown(module, path)); });
+    add(name + "/zoom", records, [&module](benchmark::State& state, const QString& path) { zoom(state, module, path); })
+        ->UseManualTime()
+        ->Iterations(1);
+}
+
+}  // namespace
+
+int main(int argc, char** argv)
+{
+    const QApplication application(argc, argv);
+    plotix::MainQueue::main();  // made here, because it belongs to the first thread that asks for it
+    if (argc == 3 && std::strcmp(argv[1], "--make") == 0) {
+        makeDecade(QString::fromLocal8Bit(argv[2]), kDecadeRecords);
+        return 0;
+    }
+    plotix::Composition composition(plotix::Composition::Audience::Nobody);
+    registerCases(*composition.module(), kDecadeRecords / 10, "decade/10x31M");
+    registerCases(*composition.module(), kDecadeRecords, "decade/10x308M");
+    benchmark::Initialize(&argc, argv);
+    if (benchmark::ReportUnrecognizedArguments(argc, argv))
+        return 1;
+    benchmark::RunSpecifiedBenchmarks();
+    return 0;
+}

@@ -1,0 +1,73 @@
+// Columns that are unpacked where somebody looks: the span and what is known of it are read at once, values later.
+
+#include "records/sqlite/ColumnPages.h"
+#include "records/sqlite/RunsReading.h"
+#include "records/sqlite/SqliteReader.h"
+
+#include <algorithm>
+
+namespace plotix {
+
+namespace {
+
+/// The same records in pages.
+RecordColumns paged(const std::shared_ptr<const PackedSpan>& span, std::span<const RowId> properties, KnownRuns&& known,
+                    const std::shared_ptr<PageCache>& cache)
+{
+    RecordColumns columns;
+    columns.failure = span->failure;
+    columns.runs = std::make_shared<const TimeRuns>(std::move(known.times));
+    columns.times = std::make_shared<ColumnPages>(cache, span, ColumnPages::Kind())->values();
+    for (std::size_t i = 0; i < properties.size(); ++i) {
+        KnownRuns::Column& column = known.columns[i];
+        const auto pages = std::make_shared<ColumnPages>(
+            cache, span, ColumnPages::Kind{properties[i], std::move(column.absent), column.isAllValid});
+        columns.columns.push_back({properties[i], pages->values(), pages->validity(),
+                                   std::make_shared<const ValueRuns>(std::move(column.runs)), column.total});
+    }
+    return columns;
+}
+
+}  // namespace
+
+/// Counting all records of the chunks that the range cuts.
+bool SqliteReader::isLongerThanAPage(RowId agent, const Range& range)
+{
+    const ReadTransaction transaction(m_connection->database);
+    const std::size_t tail = m_connection->chunks.tailExtent(agent).count;
+    return tail > PagedMemory::kPage ||
+           m_connection->chunks.hasMoreBetween(agent, range.from, range.to, PagedMemory::kPage - tail);
+}
+
+std::optional<RecordColumns> SqliteReader::columns(RowId agent, std::span<const RowId> properties,
+                                                   std::optional<double> from, std::optional<double> to,
+                                                   const std::shared_ptr<PageCache>& cache,
+                                                   const ArchiveProgress& progress)
+{
+    const Range range(from, to);
+    if (!cache || !isLongerThanAPage(agent, range)) {
+        const auto block = read(agent, properties, from, to, progress);
+        return block ? std::optional(RecordColumns::resident(*block)) : std::nullopt;
+    }
+    std::unique_ptr<ReaderMark> mark = ReaderMark::on(m_connection->database.file());
+    const ReadTransaction transaction(m_connection->database);
+    if (mark)
+        mark->settle(m_connection->chunks.highestNumber());
+    SegmentReader segments(*m_connection);
+    const auto span =
+        std::make_shared<PackedSpan>(m_lender, partsIn(segments, agent, range),
+                                     m_connection->chunks.tail(agent, range.from, range.to), std::move(mark));
+    const std::size_t ofAgent = propertiesOf(agent);
+    RunsReading reading(*m_lender, span->parts, properties, ofAgent);
+    KnownRuns known(properties.size(), span->size(), span->parts.size() + 1);
+    if (!reading.run(*m_connection, progress, known))
+        return std::nullopt;
+    if (!span->tail.isEmpty())
+        known.append(reading.ofTail(*m_connection, span->tail.view(), span->inChunks()));
+    known.finish(span->size());
+    if (progress && !progress(1))
+        return std::nullopt;
+    return paged(span, properties, std::move(known), cache);
+}
+
+}  // namespace plotix

@@ -1,0 +1,178 @@
+#include "base/PagedArray.h"
+
+#include <gtest/gtest.h>
+
+#include <atomic>
+#include <thread>
+
+namespace {
+
+using plotix::PageCache;
+using plotix::PagedArray;
+using plotix::PagedMemory;
+
+/// Element i is worth 3 × i, and a word of 64 elements is worth the element it begins with.
+class Threefold : public PagedMemory {
+public:
+    Threefold(std::shared_ptr<PageCache> cache, std::size_t elements)
+        : PagedMemory(std::move(cache), elements),
+          m_values(reserve<double>()),
+          m_words(reserve<std::uint64_t>(64)),
+          m_broken(false)
+    {
+    }
+    PagedArray<double> values() const { return {shared_from_this(), m_values, elements()}; }
+    PagedArray<std::uint64_t> words() const { return {shared_from_this(), m_words, (elements() + 63) / 64, 64}; }
+
+    std::size_t filled() const { return m_filled; }  ///< elements, again and again
+    int fills() const { return m_fills; }
+    void breakDown(bool broken) { m_broken = broken; }
+
+private:
+    bool fill(std::size_t first, std::size_t end) const noexcept override
+    {
+        for (std::size_t i = first; i < end; ++i)
+            m_values[i] = m_broken ? -1 : 3 * static_cast<double>(i);
+        for (std::size_t word = first / 64; word < (end + 63) / 64; ++word)
+            m_words[word] = word * 64;
+        m_filled += end - first;
+        ++m_fills;
+        return !m_broken;
+    }
+    double* m_values;
+    std::uint64_t* m_words;
+    std::atomic<bool> m_broken;
+    mutable std::atomic<std::size_t> m_filled = 0;
+    mutable std::atomic<int> m_fills = 0;
+};
+
+class PagedMemoryTest : public testing::Test {
+protected:
+    static constexpr std::size_t kPage = PagedMemory::kPage;
+    static constexpr std::size_t kPageBytes = kPage * 8 + kPage / 8;
+
+    std::shared_ptr<PageCache> m_cache = std::make_shared<PageCache>(2 * kPageBytes);
+    std::shared_ptr<Threefold> m_memory = std::make_shared<Threefold>(m_cache, 10 * kPage + 7);
+    PagedArray<double> m_values = m_memory->values();
+
+    double lookAt(std::size_t element) const { return m_values.valueAt(element); }
+};
+
+TEST_F(PagedMemoryTest, AValueIsThereWhereSomebodyLooks)
+{
+    EXPECT_EQ(lookAt(5), 15);
+    EXPECT_EQ(lookAt(10 * kPage + 6), 3.0 * (10 * kPage + 6));
+    EXPECT_EQ(m_memory->words().valueAt(2), 128U);
+}
+
+TEST_F(PagedMemoryTest, OnlyWhatIsLookedAtIsFilled)
+{
+    const PagedMemory::Hold held = m_values.hold(kPage - 1, kPage + 1);
+    EXPECT_EQ(m_memory->filled(), 2 * kPage);
+    EXPECT_EQ(m_cache->inUse(), 2 * kPageBytes);
+}
+
+TEST_F(PagedMemoryTest, NeighbouringPagesAreFilledTogether)
+{
+    const PagedMemory::Hold held = m_values.holdAll();
+    EXPECT_EQ(m_memory->fills(), 1);
+    EXPECT_EQ(m_memory->filled(), m_values.size());
+}
+
+TEST_F(PagedMemoryTest, WhatWasLookedAtIsKeptForTheNextLook)
+{
+    lookAt(5);
+    lookAt(6);
+    EXPECT_EQ(m_memory->fills(), 1);
+}
+
+TEST_F(PagedMemoryTest, TheOnesLookedAtLongestAgoGoFirst)
+{
+    for (const std::size_t page : {0, 1, 0, 2})
+        lookAt(page * kPage);
+    EXPECT_EQ(m_cache->inUse(), 2 * kPageBytes);
+    const int fills = m_memory->fills();
+    lookAt(0);
+    EXPECT_EQ(m_memory->fills(), fills);
+    EXPECT_EQ(lookAt(kPage), 3.0 * kPage);
+    EXPECT_EQ(m_memory->fills(), fills + 1);
+}
+
+TEST_F(PagedMemoryTest, HeldPagesStayWhateverTheBudget)
+{
+    const PagedMemory::Hold held = m_values.hold(0, 3 * kPage);
+    m_cache->setBudget(0);
+    lookAt(5 * kPage);
+    EXPECT_EQ(m_cache->inUse(), 3 * kPageBytes);
+    EXPECT_EQ(m_values[2 * kPage], 6.0 * kPage);
+}
+
+TEST_F(PagedMemoryTest, WithoutBudgetNothingStays)
+{
+    m_cache->setBudget(0);
+    EXPECT_EQ(lookAt(5), 15);
+    EXPECT_EQ(m_cache->inUse(), 0U);
+    EXPECT_EQ(lookAt(5), 15);
+}
+
+TEST_F(PagedMemoryTest, AMemoryThatGoesGivesItsPagesBack)
+{
+    lookAt(5);
+    m_values = {};
+    m_memory.reset();
+    EXPECT_EQ(m_cache->inUse(), 0U);
+}
+
+TEST_F(PagedMemoryTest, AHoldKeepsTheMemory)
+{
+    const double* data = m_values.data();
+    const PagedMemory::Hold held = m_values.hold(0, 10);
+    m_values = {};
+    m_memory.reset();
+    EXPECT_EQ(data[5], 15);
+}
+
+TEST_F(PagedMemoryTest, WhatCouldNotBeReadIsTriedAgain)
+{
+    m_memory->breakDown(true);
+    EXPECT_EQ(lookAt(5), -1);
+    EXPECT_EQ(m_cache->inUse(), 0U);
+    m_memory->breakDown(false);
+    EXPECT_EQ(lookAt(5), 15);
+}
+
+TEST_F(PagedMemoryTest, WhatIsNotThereIsNotHeldWithoutWaiting)
+{
+    PagedMemory::Hold held;
+    EXPECT_FALSE(m_memory->holdIfThere(0, 1, held));
+    lookAt(0);
+    EXPECT_TRUE(m_memory->holdIfThere(0, 1, held));
+    m_cache->setBudget(0);
+    EXPECT_EQ(m_values[1], 3);
+}
+
+TEST_F(PagedMemoryTest, AnArrayInMemoryForGoodIsHeldAtNoCost)
+{
+    const PagedArray<double> values = plotix::SharedArray<double>::fromVector({1, 2, 3});
+    EXPECT_TRUE(values.isResident());
+    const PagedMemory::Hold held = values.holdAll();
+    EXPECT_EQ(values[2], 3);
+    EXPECT_EQ(values.valueAt(1), 2);
+}
+
+TEST_F(PagedMemoryTest, ManyThreadsReadTheSameWithLittleRoom)
+{
+    m_cache->setBudget(kPageBytes);
+    std::atomic<int> wrong = 0;
+    std::vector<std::thread> readers;
+    for (unsigned seed = 1; seed <= 4; ++seed)
+        readers.emplace_back([this, seed, &wrong] {
+            for (std::size_t i = 0, at = seed; i < 300; ++i, at = (at * 48271) % m_values.size())
+                wrong += lookAt(at) == 3 * static_cast<double>(at) ? 0 : 1;
+        });
+    for (std::thread& reader : readers)
+        reader.join();
+    EXPECT_EQ(wrong, 0);
+}
+
+}  // namespace
