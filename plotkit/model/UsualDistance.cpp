@@ -1,7 +1,6 @@
 #include "plotkit/model/UsualDistance.h"
 
 #include "plotkit/model/CPTSeriesIndex.h"
-#include "plotkit/model/SeriesReading.h"
 
 #include <algorithm>
 #include <vector>
@@ -17,15 +16,26 @@ constexpr std::size_t kVeryLong = 2 * plotix::PagedMemory::kPage;
 
 class Distances {
 public:
-    explicit Distances(const CPTPointSeries& series) : m_series(series) { m_taken.reserve(kMostDistances + 1); }
+    explicit Distances(const CPTPointSeries& series)
+        : m_series(series), m_isEachAPoint(series.count() == series.elementCount())
+    {
+        m_taken.reserve(kMostDistances + 1);
+    }
+
+    /// Of a series that leaves no element out the times alone are looked at, which other series mostly share.
+    CPTPointSeries::Hold hold(std::size_t first, std::size_t end) const
+    {
+        end = std::min(end, m_series.elementCount());
+        return m_isEachAPoint ? CPTPointSeries::Hold{m_series.x().hold(first, end), {}} : m_series.hold(first, end);
+    }
 
     /// From the first point at or after `element` to the next; answers the element after that point, the number of
     /// elements where there is none.
     std::size_t takeFrom(std::size_t element)
     {
         const std::size_t count = m_series.elementCount();
-        const std::size_t point = m_series.index().firstPointFrom(element);
-        const std::size_t next = point < count ? m_series.index().firstPointFrom(point + 1) : count;
+        const std::size_t point = pointFrom(element);
+        const std::size_t next = point < count ? pointFrom(point + 1) : count;
         if (next >= count)
             return count;
         m_taken.push_back(m_series.x().valueAt(next) - m_series.x().valueAt(point));
@@ -41,7 +51,13 @@ public:
     }
 
 private:
+    std::size_t pointFrom(std::size_t element) const
+    {
+        return m_isEachAPoint ? element : m_series.index().firstPointFrom(element);
+    }
+
     const CPTPointSeries& m_series;
+    const bool m_isEachAPoint;
     std::vector<double> m_taken;
 };
 
@@ -53,17 +69,16 @@ double usualDistance(const CPTPointSeries& series)
     if (!series.isXSorted() || count < 2)
         return 0;
     Distances distances(series);
-    SeriesReading reading(series);
     if (count >= kVeryLong) {
         for (std::size_t place = 0; place < kPlaces; ++place) {
             std::size_t element = count / kPlaces * place;
-            reading.hold(element, element + kMostDistances / kPlaces);
+            const auto held = distances.hold(element, element + kMostDistances / kPlaces + 1);
             for (std::size_t taken = 0; taken < kMostDistances / kPlaces && element < count; ++taken)
                 element = distances.takeFrom(element);
         }
         return distances.median();
     }
-    reading.hold(0, count);
+    const auto held = distances.hold(0, count);
     const std::size_t step = std::max<std::size_t>(1, count / kMostDistances);
     for (std::size_t element = 0, after = 0; element < count; element = std::max(element + step, after))
         after = distances.takeFrom(element);
