@@ -125,7 +125,11 @@ void GraphCanvas::fillRect(const QRectF& rect, const CPTFill& fill)
     if (!isVisible(fill))
         return;
     const QRectF aligned = alignedRect(rect);
-    m_painter.fillRect(aligned, brushForFill(fill, aligned));
+    QImage* image = fill.stops.size() == 1 ? directImage() : nullptr;
+    if (image)
+        blendRect(*image, aligned.toRect().intersected(visiblePixels()), fill.stops.front().color);
+    else
+        m_painter.fillRect(aligned, brushForFill(fill, aligned));
 }
 
 void GraphCanvas::drawRoundedFrame(const QRectF& rect, const CPTFill& fill, const std::optional<CPTLineStyle>& border,

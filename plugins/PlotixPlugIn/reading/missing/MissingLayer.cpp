@@ -2,6 +2,7 @@
 
 #include "plotkit/layout/GraphGeometry.h"
 #include "plotkit/render/ClippedPaths.h"
+#include "plotkit/render/GraphCanvas.h"
 #include "plotkit/render/GraphText.h"
 #include "plugins/PlotixPlugIn/reading/missing/AmendedLook.h"
 #include "plugins/PlotixPlugIn/reading/trend/OverlayLook.h"
@@ -44,7 +45,7 @@ MissingLook lookFor(const CPTXYGraph& graph, Missing kind)
 /// Slanting lines that stand still while the graph is moved by whole hatches: they begin at the corner of the area.
 void hatch(QPainter& painter, const QRectF& place, const QRectF& area, const MissingLook& look, double distance)
 {
-    painter.fillRect(place, look.ground);
+    plotkit::GraphCanvas(painter).fillRect(place, CPTFill::withColor(look.ground));
     painter.save();
     painter.setClipRect(place, Qt::IntersectClip);
     painter.setPen(QPen(look.hatch, 1));
