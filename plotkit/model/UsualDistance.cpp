@@ -1,5 +1,6 @@
 #include "plotkit/model/UsualDistance.h"
 
+#include "base/PagedReading.h"
 #include "plotkit/model/CPTSeriesIndex.h"
 
 #include <algorithm>
@@ -17,16 +18,15 @@ constexpr std::size_t kVeryLong = 2 * plotix::PagedMemory::kPage;
 class Distances {
 public:
     explicit Distances(const CPTPointSeries& series)
-        : m_series(series), m_isEachAPoint(series.count() == series.elementCount())
+        : m_series(series), m_times(series.x()), m_isEachAPoint(series.count() == series.elementCount())
     {
         m_taken.reserve(kMostDistances + 1);
     }
 
     /// Of a series that leaves no element out the times alone are looked at, which other series mostly share.
-    CPTPointSeries::Hold hold(std::size_t first, std::size_t end) const
+    CPTPointSeries::Hold holdPoints(std::size_t first, std::size_t end) const
     {
-        end = std::min(end, m_series.elementCount());
-        return m_isEachAPoint ? CPTPointSeries::Hold{m_series.x().hold(first, end), {}} : m_series.hold(first, end);
+        return m_isEachAPoint ? CPTPointSeries::Hold() : m_series.hold(first, std::min(end, m_series.elementCount()));
     }
 
     /// From the first point at or after `element` to the next; answers the element after that point, the number of
@@ -38,7 +38,8 @@ public:
         const std::size_t next = point < count ? pointFrom(point + 1) : count;
         if (next >= count)
             return count;
-        m_taken.push_back(m_series.x().valueAt(next) - m_series.x().valueAt(point));
+        const double from = m_times[point];
+        m_taken.push_back(m_times[next] - from);
         return point + 1;
     }
     double median()
@@ -57,6 +58,7 @@ private:
     }
 
     const CPTPointSeries& m_series;
+    const plotix::PagedReader<double> m_times;
     const bool m_isEachAPoint;
     std::vector<double> m_taken;
 };
@@ -72,13 +74,13 @@ double usualDistance(const CPTPointSeries& series)
     if (count >= kVeryLong) {
         for (std::size_t place = 0; place < kPlaces; ++place) {
             std::size_t element = count / kPlaces * place;
-            const auto held = distances.hold(element, element + kMostDistances / kPlaces + 1);
+            const auto held = distances.holdPoints(element, element + kMostDistances / kPlaces + 1);
             for (std::size_t taken = 0; taken < kMostDistances / kPlaces && element < count; ++taken)
                 element = distances.takeFrom(element);
         }
         return distances.median();
     }
-    const auto held = distances.hold(0, count);
+    const auto held = distances.holdPoints(0, count);
     const std::size_t step = std::max<std::size_t>(1, count / kMostDistances);
     for (std::size_t element = 0, after = 0; element < count; element = std::max(element + step, after))
         after = distances.takeFrom(element);

@@ -325,4 +325,13 @@ TEST_F(PagedFramesTest, TheUsualDistanceIsThatOfTheSeriesInMemory)
     }
 }
 
+TEST_F(PagedFramesTest, TheUsualDistanceOfAllElementsIsToldByTheirTimes)
+{
+    make({.count = 200'000, .isRegular = true});
+    ASSERT_EQ(paged->count(), paged->elementCount());
+    const std::size_t before = twin.looks();
+    EXPECT_EQ(usualDistance(*paged), usualDistance(*resident));
+    EXPECT_EQ(twin.looks(), before);
+}
+
 }  // namespace

@@ -478,6 +478,17 @@ TEST_F(ComparingPartTest, TheMenuKnowsWhatLiesBeforeTheFirstRecord)
     EXPECT_NE(action("A Week Earlier (nothing recorded)"), nullptr);
 }
 
+TEST_F(ComparingPartTest, TheMenuIsAboutTheRecordsThatAreShownNow)
+{
+    host().archiveManager().setRecordedSpan(KTVArchiveManager::Span{{kFrom}, {kTo + 10 * kDay}});
+    refreshFor(kFrom + 600, kTo + 600);
+    answer(minutes());
+    EXPECT_NE(action("A Week Earlier (nothing recorded)"), nullptr);
+    refreshFor(kFrom + 8 * kDay, kTo + 8 * kDay);
+    answer(minutes());
+    EXPECT_NE(action("A Week Earlier"), nullptr);
+}
+
 TEST_F(ComparingPartTest, ALineWithoutEarlierRecordsMovesNoRangeAndMakesNoLane)
 {
     trend().setReading({{"arrangement", QVariantMap{{"kind", "lane-per-property"}}}});
