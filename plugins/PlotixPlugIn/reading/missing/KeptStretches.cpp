@@ -37,7 +37,8 @@ const std::vector<KeptStretches::OfLine>& KeptStretches::within(const TimeSpan& 
     if (isSearched && m_shown == shown)
         return m_within;
     if (!isSearched && shown.to > shown.from) {
-        const double beside = kBeside * (shown.to - shown.from);
+        // A view that was zoomed is mostly zoomed again: beyond it is looked once it is panned.
+        const double beside = m_search == search ? kBeside * (shown.to - shown.from) : 0;
         m_searched = {std::max(known.from, shown.from - beside), std::min(known.to, shown.to + beside)};
         m_found.clear();
         for (const LineRecords* line : lines)

@@ -7,8 +7,8 @@
 #include <utility>
 #include <vector>
 
-/// The stretches without valid records of several lines, for a view that is moved: looked for beyond what is shown, and
-/// looked for again only where a move leaves that.
+/// The stretches without valid records of several lines, for a view that is moved: where it is panned they are looked
+/// for beyond what is shown, and again only where a move leaves that.
 ///
 /// A layer *owns* one. Main thread only.
 namespace plotix {
