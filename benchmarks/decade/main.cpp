@@ -50,6 +50,21 @@ struct Shown {
     }
 };
 
+/// Counts how often a widget is painted, as long as it lives.
+class Paints : public QObject {
+public:
+    explicit Paints(QWidget* of) { of->installEventFilter(this); }
+    benchmark::IterationCount count() const { return m_count; }
+
+private:
+    bool eventFilter(QObject* watched, QEvent* event) override
+    {
+        m_count += event->type() == QEvent::Paint ? 1 : 0;
+        return QObject::eventFilter(watched, event);
+    }
+    benchmark::IterationCount m_count = 0;
+};
+
 Shown shown(KTVPlugInModule& module, const QString& path)
 {
     const auto document = plotix::SiteDocument::open(path);
@@ -100,11 +115,14 @@ void pan(benchmark::State& state, const Shown& drawn)
     QPointF at = drawn.graph->rect().center();
     send(drawn.graph, QEvent::MouseButtonPress, at, Qt::LeftButton, Qt::LeftButton);
     int step = 0;
+    const Paints paints(drawn.graph);
     for (auto unused : state) {
         at.rx() += ++step / 64 % 2 == 0 ? 1 : -1;
         send(drawn.graph, QEvent::MouseMove, at, Qt::NoButton, Qt::LeftButton);
         Shown::settle();
     }
+    if (paints.count() != state.iterations())
+        state.SkipWithError("a step is not painted once");
     send(drawn.graph, QEvent::MouseButtonRelease, at, Qt::LeftButton, Qt::NoButton);
 }
 
