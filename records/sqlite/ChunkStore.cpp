@@ -48,10 +48,11 @@ struct ChunkStore::Writing {
 ChunkStore::ChunkStore(Database& database)
     : m_database(database),
       m_tail(database),
+      m_outlines(database),
       m_first(database, "SELECT id, t0, t1, n FROM chunk WHERE agent = ? ORDER BY t0 LIMIT 1"),
       m_last(database, "SELECT id, t0, t1, n FROM chunk WHERE agent = ? ORDER BY t0 DESC LIMIT 1"),
       m_atOrBefore(database, "SELECT id, t0, t1, n FROM chunk WHERE agent = ? AND t0 <= ? ORDER BY t0 DESC LIMIT 1"),
-      m_after(database, "SELECT id, t0, t1, n FROM chunk WHERE agent = ? AND t0 > ? ORDER BY t0 LIMIT 1"),
+      m_after(database, "SELECT id, t0, t1, n FROM chunk WHERE agent = ? AND t0 > ? ORDER BY t0 LIMIT ?"),
       m_between(database, "SELECT id, t0, t1, n FROM chunk WHERE agent = ?1 AND t1 >= ?2 AND t0 <= ?3 ORDER BY t0"),
       m_nextAgent(database, "SELECT agent FROM chunk WHERE agent > ? ORDER BY agent LIMIT 1"),
       m_ids(database, "SELECT id FROM chunk WHERE id >= ? AND id <= ? ORDER BY id"),
@@ -126,8 +127,8 @@ std::optional<Chunk> ChunkStore::lastChunkBeginningAt(RowId agent, double time)
 
 std::optional<double> ChunkStore::firstBeginningAfter(RowId agent, double time)
 {
-    const std::optional<Chunk> chunk = one(m_after.bind(1, agent).bind(2, time));
-    return chunk ? std::optional(chunk->t0) : std::nullopt;
+    const std::vector<Chunk> chunk = firstChunksAfter(agent, time, 1);
+    return chunk.empty() ? std::nullopt : std::optional(chunk.front().t0);
 }
 
 std::vector<Chunk> ChunkStore::chunksBetween(RowId agent, double from, double to)
@@ -140,6 +141,29 @@ std::vector<Chunk> ChunkStore::chunksBetween(RowId agent, double from, double to
     for (const Chunk& chunk : chunks)
         requirePossible(chunk);
     return chunks;
+}
+
+std::vector<Chunk> ChunkStore::firstChunksAfter(RowId agent, double time, std::size_t most)
+{
+    std::vector<Chunk> chunks;
+    m_after.bind(1, agent).bind(2, time).bind(3, static_cast<qint64>(most));
+    while (m_after.step())
+        chunks.push_back(chunkFrom(m_after));
+    m_after.reset();
+    return chunks;
+}
+
+std::size_t ChunkStore::packedBytes(std::span<const Chunk> chunks)
+{
+    Statement lengths(m_database, "SELECT coalesce(sum(length(data) + coalesce(length(valid), 0)), 0) FROM segment "
+                                  "WHERE id >= ? AND id < ?");
+    std::size_t bytes = 0;
+    for (const Chunk& chunk : chunks) {
+        if (lengths.bind(1, firstId(chunk.id)).bind(2, firstId(chunk.id + 1)).step())
+            bytes += static_cast<std::size_t>(lengths.integer(0));
+        lengths.reset();
+    }
+    return bytes;
 }
 
 bool ChunkStore::hasMoreBetween(RowId agent, double from, double to, std::size_t records)
@@ -270,6 +294,7 @@ void ChunkStore::writeSegment(qint64 chunk, std::size_t count, const EncodedChun
 void ChunkStore::remove(const Chunk& chunk)
 {
     noteTransaction();
+    m_outlines.removeThatOf(chunk);
     for (Statement* each : {&writing().removeSummaries, &writing().removeRuns})
         each->bind(1, firstId(chunk.id)).bind(2, firstId(chunk.id + 1)).run();
     writing().removeChunk.bind(1, chunk.id).run();

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "records/sqlite/Chunk.h"
+#include "records/sqlite/OutlineTable.h"
 #include "records/sqlite/TailStore.h"
 #include "records/store/EncodedChunk.h"
 #include "records/store/Records.h"
@@ -32,10 +33,16 @@ public:
     /// Chunks with a record in [from, to], in time order.
     std::vector<Chunk> chunksBetween(RowId agent, double from, double to);
 
+    /// Those that begin after a time, in time order; so many at most.
+    std::vector<Chunk> firstChunksAfter(RowId agent, double time, std::size_t most);
+
     /// Whether chunks with a record in [from, to] have more records than this, all of theirs counted.
     bool hasMoreBetween(RowId agent, double from, double to, std::size_t records);
     /// Whether all of these chunks, by id, are there, whichever agent's they are.
     bool hasAll(std::vector<qint64> ids);
+
+    /// What their columns take in the file.
+    std::size_t packedBytes(std::span<const Chunk> chunks);
 
     /// Throws where one of its columns has changed since it was stored.
     Records read(const Chunk& chunk);
@@ -50,6 +57,7 @@ public:
     /// Those with records, ascending. One index look-up an agent, however many records it has.
     std::vector<RowId> agents();
     TailStore& tailRows() { return m_tail; }
+    OutlineTable& outlines() { return m_outlines; }
 
     /// The highest that was ever given to a chunk.
     qint64 highestNumber();
@@ -61,6 +69,8 @@ public:
     /// From what the file has now. Its columns stay as long as somebody wants to read them as they were: they are
     /// *retired*, and dropped by a later transaction.
     void remove(const Chunk& chunk);
+    /// Whether the chunk was written by the transaction that this store wrote in last.
+    bool isOfThisTransaction(const Chunk& chunk) const { return m_version && chunk.id > m_numberBefore; }
     /// Drops what transactions before retired and nobody wants any more. Requires: called before `remove`.
     void dropRetired();
 
@@ -78,6 +88,7 @@ private:
 
     Database& m_database;
     TailStore m_tail;
+    OutlineTable m_outlines;
     Statement m_first, m_last, m_atOrBefore, m_after, m_between, m_nextAgent, m_ids, m_highestNumber;
     Statement m_segments;
     std::unique_ptr<Writing> m_writing;

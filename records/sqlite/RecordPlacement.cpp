@@ -1,11 +1,13 @@
 #include "records/sqlite/RecordPlacement.h"
 
 #include "records/columns/ColumnFormat.h"
+#include "records/sqlite/Outlining.h"
 #include "records/sqlite/RecordSchema.h"
 #include "records/store/ChunkPipeline.h"
 
 #include <algorithm>
 #include <limits>
+#include <utility>
 
 namespace plotix {
 
@@ -21,7 +23,7 @@ RecordPlacement::End& RecordPlacement::endOf(RowId agent)
     const auto known = m_ends.find(agent);
     if (known != m_ends.end())
         return known->second;
-    End end{m_chunks.lastChunk(agent), 0, {}, -kInfinity};
+    End end{m_chunks.lastChunk(agent), 0, {}, -kInfinity, false};
     if (end.lastChunk)
         end.lastTime = end.lastChunk->t1;
     const TailExtent tail = m_chunks.tailExtent(agent);
@@ -182,6 +184,7 @@ void RecordPlacement::writeChunks(RowId agent, End& end, const RecordsView& reco
     std::vector<RecordsView> chunks;
     for (std::size_t first = 0; first < records.size; first += kChunk)
         chunks.push_back(records.slice(first, std::min(kChunk, records.size - first)));
+    end.hasNewChunks = end.hasNewChunks || !chunks.empty();
     encodeInOrder(chunks, [&](EncodedChunk&& chunk) { end.lastChunk = m_chunks.write(agent, chunk); });
 }
 
@@ -192,6 +195,13 @@ void RecordPlacement::flush()
 }
 
 void RecordPlacement::flush(RowId agent, End& end)
+{
+    flushWaiting(agent, end);
+    if (std::exchange(end.hasNewChunks, false))
+        Outlining(m_chunks).extend(agent);
+}
+
+void RecordPlacement::flushWaiting(RowId agent, End& end)
 {
     if (end.waiting.size() > kMostRows) {
         takeInTail(agent, end);

@@ -47,6 +47,7 @@ private:
         std::size_t rows = 0;  ///< of the tail
         Records waiting;       ///< in memory alone
         double lastTime = 0;   ///< of all; −∞ when there are none
+        bool hasNewChunks = false;  ///< that nobody looked at to outline them
 
         bool isInChunks(double time) const { return lastChunk && time <= lastChunk->t1; }
     };
@@ -59,6 +60,7 @@ private:
     void writeFullChunks(RowId agent, End& end);
     void writeChunks(RowId agent, End& end, const RecordsView& records);
     void flush(RowId agent, End& end);
+    void flushWaiting(RowId agent, End& end);
 
     ChunkStore& m_chunks;
     std::map<RowId, End> m_ends;

@@ -31,20 +31,18 @@ bool canBePaged(const RecordTimes& time, const KTVRecordColumn& column)
            isTurnable(column.map());
 }
 
-/// What is known of values after a linear map; runs without values stay such.
-ValueRuns shownRuns(const ValueRuns& archived, const KTVUnitModel::Map& map)
+/// What is known of values after a linear map; runs without values, or of which nothing is known, stay such.
+void show(ValueRuns& runs, const KTVUnitModel::Map& map)
 {
-    ValueRuns shown = archived;
-    const auto convert = [&map](double value) { return value * map.scale + map.offset; };
-    for (std::size_t run = 0; run < archived.count(); ++run) {
-        if (!(archived.least[run] <= archived.greatest[run]))
+    const auto convert = [&map](double& value) { value = value * map.scale + map.offset; };
+    for (std::size_t run = 0; run < runs.count(); ++run) {
+        if (!(runs.least[run] <= runs.greatest[run]))
             continue;
-        const bool isTurned = map.scale < 0;
-        shown.least[run] = convert(isTurned ? archived.greatest[run] : archived.least[run]);
-        shown.greatest[run] = convert(isTurned ? archived.least[run] : archived.greatest[run]);
-        shown.first[run] = convert(archived.first[run]);
+        for (double* value : {&runs.least[run], &runs.greatest[run], &runs.first[run]})
+            convert(*value);
+        if (map.scale < 0)
+            std::swap(runs.least[run], runs.greatest[run]);
     }
-    return shown;
 }
 
 CPTPointSeriesPtr pagedSeriesOf(const RecordTimes& time, const KTVRecordColumn& column)
@@ -60,10 +58,11 @@ CPTPointSeriesPtr pagedSeriesOf(const RecordTimes& time, const KTVRecordColumn& 
         changed.push_back(index);
     }
     const bool isAsArchived = column.unit() == column.descriptor().archivedUnit || column.map().isIdentity;
-    const ValueRuns converted = isAsArchived ? ValueRuns() : shownRuns(*column.known().runs, column.map());
+    ValueRuns runs = column.known().runs->unpacked();
+    if (!isAsArchived)
+        show(runs, column.map());
     const auto points = std::make_shared<const PagedRecordPoints>(column, std::move(exceptions));
-    return plotkit::pagedSeries(time, {time.runs(), isAsArchived ? *column.known().runs : converted, changed}, points,
-                                count);
+    return plotkit::pagedSeries(time, {time.runs(), runs, changed}, points, count);
 }
 
 }  // namespace
