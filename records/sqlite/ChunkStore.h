@@ -69,8 +69,6 @@ public:
     /// From what the file has now. Its columns stay as long as somebody wants to read them as they were: they are
     /// *retired*, and dropped by a later transaction.
     void remove(const Chunk& chunk);
-    /// Whether the chunk was written by the transaction that this store wrote in last.
-    bool isOfThisTransaction(const Chunk& chunk) const { return m_version && chunk.id > m_numberBefore; }
     /// Drops what transactions before retired and nobody wants any more. Requires: called before `remove`.
     void dropRetired();
 

@@ -133,17 +133,13 @@ bool OutlineInWork::isToldBy(OutlineTable& table, const Outline& stored) const
     });
 }
 
-void Outlining::extend(RowId agent)
+void Outlining::extend(RowId agent, std::size_t written)
 {
-    for (bool isOwnWork = true; isOwnWork;) {
+    for (std::size_t outlined = 0; outlined <= written; outlined += kMostChunks) {
         const double end = m_table.endOf(agent).value_or(-kInfinity);
         const std::vector<Chunk> chunks = m_chunks.firstChunksAfter(agent, end, kMostChunks + kAtWork);
-        if (chunks.size() < kMostChunks + kAtWork)
+        if (chunks.size() < kMostChunks + kAtWork || !outline(agent, std::span(chunks).first(kMostChunks)))
             return;
-        const std::span<const Chunk> some = std::span(chunks).first(kMostChunks);
-        isOwnWork = outline(agent, some) && std::all_of(some.begin(), some.end(), [this](const Chunk& chunk) {
-                        return m_chunks.isOfThisTransaction(chunk);
-                    });
     }
 }
 

@@ -42,9 +42,9 @@ class Outlining {
 public:
     explicit Outlining(ChunkStore& chunks) : m_chunks(chunks), m_table(chunks.outlines()) {}
 
-    /// Outlines what has come to rest at the end of the agent's chunks. Quick where nothing has: at most 64 chunks are
-    /// read beside those that this transaction wrote.
-    void extend(RowId agent);
+    /// Outlines what has come to rest at the end of the agent's chunks, after so many were written: as many chunks and
+    /// 64 more at most, so that what a version before has left is made up for, but nobody waits for all of it.
+    void extend(RowId agent, std::size_t written);
 
     /// Outlines the next chunks at or behind `from` that are in no sound outline, as far as there are enough of them.
     /// True when it did, and there may be more: then `from` is behind them.

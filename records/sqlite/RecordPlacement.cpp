@@ -23,7 +23,7 @@ RecordPlacement::End& RecordPlacement::endOf(RowId agent)
     const auto known = m_ends.find(agent);
     if (known != m_ends.end())
         return known->second;
-    End end{m_chunks.lastChunk(agent), 0, {}, -kInfinity, false};
+    End end{m_chunks.lastChunk(agent), 0, {}, -kInfinity, 0};
     if (end.lastChunk)
         end.lastTime = end.lastChunk->t1;
     const TailExtent tail = m_chunks.tailExtent(agent);
@@ -184,7 +184,7 @@ void RecordPlacement::writeChunks(RowId agent, End& end, const RecordsView& reco
     std::vector<RecordsView> chunks;
     for (std::size_t first = 0; first < records.size; first += kChunk)
         chunks.push_back(records.slice(first, std::min(kChunk, records.size - first)));
-    end.hasNewChunks = end.hasNewChunks || !chunks.empty();
+    end.newChunks += chunks.size();
     encodeInOrder(chunks, [&](EncodedChunk&& chunk) { end.lastChunk = m_chunks.write(agent, chunk); });
 }
 
@@ -197,8 +197,8 @@ void RecordPlacement::flush()
 void RecordPlacement::flush(RowId agent, End& end)
 {
     flushWaiting(agent, end);
-    if (std::exchange(end.hasNewChunks, false))
-        Outlining(m_chunks).extend(agent);
+    if (end.newChunks > 0)
+        Outlining(m_chunks).extend(agent, std::exchange(end.newChunks, 0));
 }
 
 void RecordPlacement::flushWaiting(RowId agent, End& end)

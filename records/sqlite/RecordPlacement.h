@@ -47,7 +47,7 @@ private:
         std::size_t rows = 0;  ///< of the tail
         Records waiting;       ///< in memory alone
         double lastTime = 0;   ///< of all; −∞ when there are none
-        bool hasNewChunks = false;  ///< that nobody looked at to outline them
+        std::size_t newChunks = 0;  ///< that nobody looked at to outline them
 
         bool isInChunks(double time) const { return lastChunk && time <= lastChunk->t1; }
     };

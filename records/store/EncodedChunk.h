@@ -26,7 +26,7 @@ struct EncodedChunk {
 };
 
 /// The most of a column's bytes that its index may take: one of so many.
-inline constexpr std::size_t kIndexShare = 25;
+inline constexpr std::size_t kIndexShare = 34;
 
 /// Columns whose elements are all absent are left out.
 /// Requires: 1 to kRecordsPerChunk records, ordered.
