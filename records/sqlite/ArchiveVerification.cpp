@@ -239,7 +239,7 @@ private:
             return;
         if (stored->chunks.front() == chunk.id)
             m_outline = {};
-        m_outline.add(chunk, records);
+        m_outline.add(chunk, ChunkFigures::of(records));
         if (m_outline.chunks() == stored->chunks.size() && !m_outline.isToldBy(m_chunks.outlines(), *stored))
             findInChunk(chunk, QStringLiteral("is in an outline that is damaged; its records are read instead, and "
                                               "compacting makes a new one"));

@@ -9,10 +9,14 @@
 #include <algorithm>
 #include <cstring>
 #include <limits>
+#include <utility>
 
 namespace plotix {
 
 namespace {
+
+/// Chunks that may become part of an outline before long, of a few agents.
+constexpr std::size_t kMostFigures = 256;
 
 qint64 firstId(qint64 chunk)
 {
@@ -259,7 +263,7 @@ ChunkStore::Segment ChunkStore::readSegment(const Chunk& chunk, Records::Column&
     return isRead ? Segment::Sound : Segment::Unreadable;
 }
 
-Chunk ChunkStore::write(RowId agent, const EncodedChunk& chunk)
+Chunk ChunkStore::write(RowId agent, EncodedChunk&& chunk)
 {
     noteTransaction();
     Statement& add = writing().addChunk;
@@ -268,7 +272,16 @@ Chunk ChunkStore::write(RowId agent, const EncodedChunk& chunk)
     // Segments of a chunk are written in the order of their ids: appending is what the tree does fastest.
     for (const EncodedChunk::Segment& segment : chunk.segments)
         writeSegment(id, chunk.n, segment);
+    if (m_figures.size() >= kMostFigures)
+        m_figures.erase(m_figures.begin());
+    m_figures.insert_or_assign(id, std::move(chunk.figures));  // a number comes again after a rollback
     return {id, chunk.t0, chunk.t1, chunk.n};
+}
+
+std::optional<ChunkFigures> ChunkStore::takeFigures(const Chunk& chunk)
+{
+    auto known = m_figures.extract(chunk.id);
+    return known ? std::optional(std::move(known.mapped())) : std::nullopt;
 }
 
 void ChunkStore::writeSegment(qint64 chunk, std::size_t count, const EncodedChunk::Segment& segment)
@@ -316,6 +329,7 @@ void ChunkStore::noteTransaction()
     if (m_version == version)
         return;
     m_numberBefore = highestNumber();
+    m_figures.clear();
     dropRetired();
     m_version = version;
 }

@@ -7,6 +7,7 @@
 #include "records/store/Records.h"
 #include "storage/Database.h"
 
+#include <map>
 #include <memory>
 #include <optional>
 #include <vector>
@@ -65,7 +66,9 @@ public:
     /// Ordered records as one chunk. Columns whose elements are all absent are not written.
     /// Requires: 1 to kRecordsPerChunk records, ordered.
     Chunk write(RowId agent, const RecordsView& records) { return write(agent, encodedChunk(records)); }
-    Chunk write(RowId agent, const EncodedChunk& chunk);
+    Chunk write(RowId agent, EncodedChunk&& chunk);
+    /// What an outline takes of a chunk that this transaction wrote, once; nothing where that is no longer known.
+    std::optional<ChunkFigures> takeFigures(const Chunk& chunk);
     /// From what the file has now. Its columns stay as long as somebody wants to read them as they were: they are
     /// *retired*, and dropped by a later transaction.
     void remove(const Chunk& chunk);
@@ -90,6 +93,7 @@ private:
     Statement m_first, m_last, m_atOrBefore, m_after, m_between, m_nextAgent, m_ids, m_highestNumber;
     Statement m_segments;
     std::unique_ptr<Writing> m_writing;
+    std::map<qint64, ChunkFigures> m_figures;  // of some chunks that this transaction wrote, by id
     std::optional<unsigned> m_version;  // of the document when this transaction wrote first
     qint64 m_numberBefore = 0;          // the highest that transactions before gave to a chunk
 };

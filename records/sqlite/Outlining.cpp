@@ -1,7 +1,6 @@
 #include "records/sqlite/Outlining.h"
 
 #include "base/ReportableError.h"
-#include "records/columns/ColumnIndex.h"
 
 #include <algorithm>
 #include <cmath>
@@ -20,14 +19,6 @@ constexpr std::size_t kFewest = 8;
 /// Of the packed bytes an outline may take one in so many; where columns hardly take any, this for each.
 constexpr std::size_t kShare = 100;
 constexpr std::size_t kLeastBytes = 256;
-
-void append(const RunFigures& figures, ValueRuns& runs)
-{
-    const bool isEmpty = figures.valid == 0;
-    runs.least.push_back(isEmpty ? kInfinity : figures.least.value);
-    runs.greatest.push_back(isEmpty ? -kInfinity : figures.greatest.value);
-    runs.first.push_back(isEmpty || figures.first.at > 0 ? absentValue() : figures.first.value);
-}
 
 bool isSameNumber(double one, double other)
 {
@@ -56,20 +47,17 @@ OutlineInWork::Column OutlineInWork::withoutValues() const
     return column;
 }
 
-void OutlineInWork::add(const Chunk& chunk, const RecordsView& records)
+void OutlineInWork::add(const Chunk& chunk, const ChunkFigures& figures)
 {
-    for (const RecordsView::Column& column : records.columns) {
+    for (const ChunkFigures::Column& column : figures.columns) {
         Column& known = m_columns.try_emplace(column.property, withoutValues()).first->second;
-        const ColumnIndex index = indexOf(column, records.size);
-        for (const RunFigures& run : index.runs)
-            append(run, known.runs);
-        known.totals.valid += index.whole.valid;
-        known.totals.sum.add(index.sum);
+        known.runs.append(column.runs);
+        known.totals.valid += column.valid;
+        known.totals.sum.add(column.sum);
         known.totals.absent.push_back(false);
     }
-    const RunTimes times = runTimesOf({records.times, records.size});
-    m_times.first.insert(m_times.first.end(), times.first.begin(), times.first.end());
-    m_times.last.insert(m_times.last.end(), times.last.begin(), times.last.end());
+    m_times.first.insert(m_times.first.end(), figures.times.first.begin(), figures.times.first.end());
+    m_times.last.insert(m_times.last.end(), figures.times.last.begin(), figures.times.last.end());
     if (m_outline.chunks.empty())
         m_outline.t0 = chunk.t0;
     m_outline.t1 = chunk.t1;
@@ -188,8 +176,8 @@ bool Outlining::outline(RowId agent, std::span<const Chunk> chunks)
     OutlineInWork work;
     try {
         for (const Chunk& chunk : chunks) {
-            const Records records = m_chunks.read(chunk);
-            work.add(chunk, records.view());
+            const std::optional<ChunkFigures> known = m_chunks.takeFigures(chunk);
+            work.add(chunk, known ? *known : ChunkFigures::of(m_chunks.read(chunk).view()));
         }
     } catch (const ReportableError&) {
         return false;

@@ -13,8 +13,8 @@ namespace plotix {
 /// An outline of chunks that are handed to it one after the other. A value.
 class OutlineInWork {
 public:
-    /// Requires: the records are the chunk's, and follow those before.
-    void add(const Chunk& chunk, const RecordsView& records);
+    /// Requires: the figures are the chunk's, which follows those before.
+    void add(const Chunk& chunk, const ChunkFigures& figures);
     std::size_t chunks() const { return m_outline.chunks.size(); }
 
     /// As rows, with runs so long that they take no more than a share of `packedBytes`.

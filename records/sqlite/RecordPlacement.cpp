@@ -184,8 +184,12 @@ void RecordPlacement::writeChunks(RowId agent, End& end, const RecordsView& reco
     std::vector<RecordsView> chunks;
     for (std::size_t first = 0; first < records.size; first += kChunk)
         chunks.push_back(records.slice(first, std::min(kChunk, records.size - first)));
-    end.newChunks += chunks.size();
-    encodeInOrder(chunks, [&](EncodedChunk&& chunk) { end.lastChunk = m_chunks.write(agent, chunk); });
+    encodeInOrder(chunks, [&](EncodedChunk&& chunk) {
+        end.lastChunk = m_chunks.write(agent, std::move(chunk));
+        // Not at the very end, so that of many chunks in one go not everything must be kept in memory.
+        if (++end.newChunks == 2 * outlinecodec::kMostChunks)
+            Outlining(m_chunks).extend(agent, std::exchange(end.newChunks, 0));
+    });
 }
 
 void RecordPlacement::flush()
