@@ -184,7 +184,8 @@ BinEdges::RunEdge BinEdges::edgeByRuns(const CPTPointSeries& series, std::size_t
     const std::size_t run = firstElementAt(times, fromRun, times.size(), guess, value);
     const bool isExact = run == 0 || runs.lastTime(run - 1) < value;  // no element stands between
     const bool mayBeFar = !isExact && isEven(runs, run - 1);
-    const double reach = m_grid.width * (mayBeFar ? std::max(kFarthest * m_grid.perPixel, kSnapFraction) : kSnapFraction);
+    const double reach =
+        m_grid.width * (mayBeFar ? std::max(kFarthest * m_grid.perPixel, kSnapFraction) : kSnapFraction);
     const auto isNear = [reach](double distance) { return distance <= reach; };
     const double above = run < runs.count() ? runs.firstTime(run) - value : std::numeric_limits<double>::infinity();
     const double below = run > 0 ? value - runs.firstTime(run - 1) : std::numeric_limits<double>::infinity();

@@ -16,10 +16,10 @@
 /// that came into view, and the same sample falls into the same bin in every frame. Only for x that never decreases;
 /// one thread at a time.
 ///
-/// Of a paged series, where runs are short beside a pixel, or bins hold many elements, bins begin where runs do, so that
-/// they can be summed up without a look at a page; a run as long as several bins is in all of them. The pages of all
-/// others are held while these are cut, as a series in memory is. Which way a bin goes is decided for stretches of bins
-/// that stand still while the view is panned.
+/// Of a paged series, where runs are short beside a pixel, or bins hold many elements, bins begin where runs do, so
+/// that they can be summed up without a look at a page; a run as long as several bins is in all of them. The pages of
+/// all others are held while these are cut, as a series in memory is. Which way a bin goes is decided for stretches of
+/// bins that stand still while the view is panned.
 namespace plotkit {
 
 class TimeCourse;

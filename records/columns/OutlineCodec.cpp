@@ -189,9 +189,11 @@ std::vector<std::byte> written(const ValueRuns& runs, const Totals& totals, cons
     if ((flags & kHasAbsentChunks) != 0)
         putBits(totals.absent.size(), chunkIsAbsent, to);
     if ((flags & kHasEmptyRuns) != 0)
-        putBits(count, [&](std::size_t run) { return !isFilled(run); }, to);
+        putBits(
+            count, [&](std::size_t run) { return !isFilled(run); }, to);
     if ((flags & kHasUnknownFirsts) != 0)
-        putBits(count, [&](std::size_t run) { return isFilled(run) && !isFirstKnown(run); }, to);
+        putBits(
+            count, [&](std::size_t run) { return isFilled(run) && !isFirstKnown(run); }, to);
     putColumn(codec::encodedValues(filledUp(runs.least, isFilled)), to);
     putColumn(codec::encodedValues(filledUp(runs.greatest, isFilled)), to);
     putColumn(codec::encodedValues(filledUp(runs.first, isFirstKnown)), to);

@@ -94,8 +94,8 @@ private:
     Statement m_segments;
     std::unique_ptr<Writing> m_writing;
     std::map<qint64, ChunkFigures> m_figures;  // of some chunks that this transaction wrote, by id
-    std::optional<unsigned> m_version;  // of the document when this transaction wrote first
-    qint64 m_numberBefore = 0;          // the highest that transactions before gave to a chunk
+    std::optional<unsigned> m_version;         // of the document when this transaction wrote first
+    qint64 m_numberBefore = 0;                 // the highest that transactions before gave to a chunk
 };
 
 }  // namespace plotix

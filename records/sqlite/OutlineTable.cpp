@@ -6,6 +6,7 @@
 #include "records/sqlite/RecordSchema.h"
 
 #include <algorithm>
+#include <bit>
 
 namespace plotix {
 

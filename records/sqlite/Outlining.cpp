@@ -139,7 +139,7 @@ bool Outlining::completeSome(RowId agent, double& from)
         const auto found = std::lower_bound(outlines.begin(), outlines.end(), chunks[chunk].t0,
                                             [](const Outline& each, double time) { return each.t0 < time; });
         return found != outlines.end() && found->isOf(std::span(chunks).subspan(chunk)) && isSound(*found) ? &*found
-                                                                                                          : nullptr;
+                                                                                                           : nullptr;
     };
     for (std::size_t first = 0; first < chunks.size();) {
         if (const Outline* known = outlineAt(first)) {

@@ -44,9 +44,9 @@ private:
     /// What an agent's records end with, in this order in time.
     struct End {
         std::optional<Chunk> lastChunk;
-        std::size_t rows = 0;  ///< of the tail
-        Records waiting;       ///< in memory alone
-        double lastTime = 0;   ///< of all; −∞ when there are none
+        std::size_t rows = 0;       ///< of the tail
+        Records waiting;            ///< in memory alone
+        double lastTime = 0;        ///< of all; −∞ when there are none
         std::size_t newChunks = 0;  ///< that nobody looked at to outline them
 
         bool isInChunks(double time) const { return lastChunk && time <= lastChunk->t1; }

@@ -19,8 +19,9 @@ inline constexpr qint64 kPropertiesPerChunk = kPropertyLimit;
 /// A row of the tail has the id `agent × 1,048,576 + position`; positions count the agent's rows in time order from 0.
 inline constexpr qint64 kRowsPerTail = 1 << 20;
 
-inline constexpr SchemaPart::Table kTables[] = {{"chunk", 1},     {"segment", 1}, {"summary", 1}, {"tail", 2},
-                                                {"amendment", 6}, {"run", 7},     {"retired", 8}, {"outline", 9}, {"outlined", 9}};
+inline constexpr SchemaPart::Table kTables[] = {{"chunk", 1},   {"segment", 1},   {"summary", 1},
+                                                {"tail", 2},    {"amendment", 6}, {"run", 7},
+                                                {"retired", 8}, {"outline", 9},   {"outlined", 9}};
 
 #define PLOTIX_AMENDMENT_TABLE                                                                                         \
     "CREATE TABLE amendment(id INTEGER PRIMARY KEY AUTOINCREMENT, property INTEGER NOT NULL, kind INTEGER NOT NULL, "  \

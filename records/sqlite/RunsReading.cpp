@@ -32,11 +32,7 @@ constexpr std::size_t kIndexesToValues = 8;
 
 RunsReading::RunsReading(ReadConnections& lender, const std::vector<ChunkPart>& parts,
                          std::span<const RowId> properties, std::size_t ofAgent, std::vector<Outline> outlines)
-    : m_lender(lender),
-      m_parts(parts),
-      m_properties(properties),
-      m_ofAgent(ofAgent),
-      m_outlines(std::move(outlines))
+    : m_lender(lender), m_parts(parts), m_properties(properties), m_ofAgent(ofAgent), m_outlines(std::move(outlines))
 {
     cut();
 }
@@ -79,8 +75,7 @@ bool RunsReading::run(ReadConnection& own, const ArchiveProgress& progress, Know
     {
         const std::size_t values = m_parts.empty() ? 0 : (m_parts.back().target + m_parts.back().count);
         const HelpingThreads helpers(
-            helpersFor(m_lender, values * m_properties.size() / kIndexesToValues, m_pieces.size()),
-            [this] { help(); });
+            helpersFor(m_lender, values * m_properties.size() / kIndexesToValues, m_pieces.size()), [this] { help(); });
         try {
             work(own, progress, &known);
         } catch (...) {

@@ -48,8 +48,8 @@ public:
     struct Known {
         std::shared_ptr<const plotix::KeptRuns> runs;  ///< those of the dictionary's times; of equal values the first
                                                        ///< one of a run stands there. Null: nothing is known
-        std::int64_t count = 0;                         ///< of the valid ones that are no NaN
-        std::optional<double> sum;                      ///< of these, rounded once; NaN with infinities of both signs
+        std::int64_t count = 0;                        ///< of the valid ones that are no NaN
+        std::optional<double> sum;                     ///< of these, rounded once; NaN with infinities of both signs
     };
     const Known& known() const { return m_known; }
     void setKnown(Known known) { m_known = std::move(known); }

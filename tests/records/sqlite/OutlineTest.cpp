@@ -191,7 +191,8 @@ TEST_F(OutlineTest, OneOfOtherChunksIsFoundAndNotUsed)
 {
     run("UPDATE chunk SET id = 5000 WHERE id = 20");
     for (const char* table : {"segment", "summary", "run"})
-        run(QByteArray("UPDATE " + QByteArray(table) + " SET id = 5000 * 1048576 + id % 1048576 WHERE id / 1048576 = 20")
+        run(QByteArray("UPDATE " + QByteArray(table) +
+                       " SET id = 5000 * 1048576 + id % 1048576 WHERE id / 1048576 = 20")
                 .constData());
     EXPECT_TRUE(findings().contains("1 outlines of agent 1 are damaged")) << findings().toStdString();
     expectTrue();

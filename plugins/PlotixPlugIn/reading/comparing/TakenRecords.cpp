@@ -217,8 +217,7 @@ std::shared_ptr<KTVRecordColumn> takenColumn(const KTVRecordColumn& column, cons
     const auto values = std::make_shared<const TakenValues>(column, runs);
     auto made = std::make_shared<KTVRecordColumn>(column.descriptor(), values->values(), values->validity(),
                                                   column.unitModel());
-    made->setKnown({KeptRuns::of(takenRunsOf(column, *times.runs(), runs)),
-                    validOnes(column, runs), std::nullopt});
+    made->setKnown({KeptRuns::of(takenRunsOf(column, *times.runs(), runs)), validOnes(column, runs), std::nullopt});
     return made;
 }
 
