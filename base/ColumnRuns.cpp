@@ -29,6 +29,11 @@ public:
         for (const auto& piece : m_pieces)
             piece->inPieces(take);
     }
+    void inLongRuns(const Take& take) const override
+    {
+        for (const auto& piece : m_pieces)
+            piece->inLongRuns(take);
+    }
 
 private:
     const std::vector<std::shared_ptr<const KeptRuns>> m_pieces;

@@ -39,6 +39,8 @@ public:
     virtual std::size_t count() const = 0;
     /// Piece by piece, in order. Where the least or the greatest is NaN, nothing is known of the run.
     virtual void inPieces(const Take& take) const = 0;
+    /// The same with longer runs, of some ten thousand elements where that is known; without their first values.
+    virtual void inLongRuns(const Take& take) const { inPieces(take); }
 
     /// A copy.
     ValueRuns unpacked() const;

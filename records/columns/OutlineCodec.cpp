@@ -8,6 +8,7 @@
 #include "records/columns/ValidityBits.h"
 
 #include <algorithm>
+#include <array>
 #include <cmath>
 #include <limits>
 
@@ -210,28 +211,57 @@ std::optional<Totals> readTotals(std::span<const std::byte> bytes, const Cut& cu
     return head ? std::optional(std::move(head->totals)) : std::nullopt;
 }
 
-ValueRuns readRuns(std::span<const std::byte> bytes, const Cut& cut)
+namespace {
+
+/// So many of the columns least, greatest and first, in this order.
+ValueRuns readColumns(std::span<const std::byte> bytes, const Cut& cut, std::size_t columns)
 {
     BytesReader from(checksum::withoutSeal(bytes));
     const std::optional<Head> head = takeHead(from, cut);
-    const std::size_t count = cut.runs();
     ValueRuns runs;
+    const std::array<std::vector<double>*, 3> all{&runs.least, &runs.greatest, &runs.first};
     bool isRead = head.has_value();
-    for (std::vector<double>* column : {&runs.least, &runs.greatest, &runs.first}) {
-        column->resize(count);
+    for (std::vector<double>* column : std::span(all).first(columns)) {
+        column->resize(cut.runs());
         isRead = isRead && takeColumn(from, *column);
     }
-    for (std::size_t run = 0; run < count; ++run) {
-        if (!isRead)
-            runs.least[run] = runs.greatest[run] = runs.first[run] = absentValue();
-        else if (head->empty[run]) {
-            runs.least[run] = kInfinity;
-            runs.greatest[run] = -kInfinity;
+    const auto forget = [&](std::size_t run, double least, double greatest) {
+        runs.least[run] = least;
+        runs.greatest[run] = greatest;
+        if (!runs.first.empty())
             runs.first[run] = absentValue();
-        } else if (head->unknownFirst[run])
+    };
+    for (std::size_t run = 0; run < runs.count(); ++run) {
+        if (!isRead)
+            forget(run, absentValue(), absentValue());
+        else if (head->empty[run])
+            forget(run, kInfinity, -kInfinity);
+        else if (head->unknownFirst[run] && !runs.first.empty())
             runs.first[run] = absentValue();
     }
     return runs;
+}
+
+}  // namespace
+
+ValueRuns readRuns(std::span<const std::byte> bytes, const Cut& cut)
+{
+    return readColumns(bytes, cut, 3);
+}
+
+ValueRuns readLongRun(std::span<const std::byte> bytes, const Cut& cut)
+{
+    const ValueRuns runs = readColumns(bytes, cut, 2);
+    ValueRuns all{{kInfinity}, {-kInfinity}, {absentValue()}};
+    for (std::size_t run = 0; run < runs.count(); ++run) {
+        if (std::isnan(runs.least[run]))
+            return {{absentValue()}, {absentValue()}, {absentValue()}};
+        if (runs.least[run] < all.least[0])
+            all.least[0] = runs.least[run];
+        if (runs.greatest[run] > all.greatest[0])
+            all.greatest[0] = runs.greatest[run];
+    }
+    return all;
 }
 
 Times coarser(const Times& fine, const Cut& cut)

@@ -70,16 +70,21 @@ void append(const std::vector<T>& next, std::vector<T>& to)
 class OutlinedRuns final : public KeptRuns {
 public:
     OutlinedRuns(std::vector<std::byte> bytes, std::shared_ptr<const outlinecodec::Cut> cut, std::size_t count)
-        : m_bytes(std::move(bytes)), m_cut(std::move(cut)), m_count(count)
+        : m_bytes(std::move(bytes)),
+          m_cut(std::move(cut)),
+          m_count(count),
+          m_longRun(outlinecodec::readLongRun(m_bytes, *m_cut))
     {
     }
     std::size_t count() const override { return m_count; }
     void inPieces(const Take& take) const override { take(outlinecodec::readRuns(m_bytes, *m_cut)); }
+    void inLongRuns(const Take& take) const override { take(m_longRun); }
 
 private:
     const std::vector<std::byte> m_bytes;
     const std::shared_ptr<const outlinecodec::Cut> m_cut;
     const std::size_t m_count;
+    const ValueRuns m_longRun;
 };
 
 std::shared_ptr<const KeptRuns> runsWithoutValues(std::size_t count)

@@ -50,7 +50,7 @@ bool StatisticsAccumulator::addKnown(const KnownValues& known)
     const auto isTold = [&](double value) { return value == 0 || shown(value) != 0 || known.offset != 0; };
     StatisticsAccumulator all = *this;
     bool areTold = true;
-    known.runs.inPieces([&](const ValueRuns& piece) {
+    const auto take = [&](const ValueRuns& piece) {
         for (std::size_t run = 0; run < piece.count(); ++run) {
             const double least = piece.least[run], greatest = piece.greatest[run];
             const bool isUnknown = std::isnan(least) || std::isnan(greatest);
@@ -60,7 +60,12 @@ bool StatisticsAccumulator::addKnown(const KnownValues& known)
             const bool isTurned = known.scale < 0;
             all.addExtremes(shown(isTurned ? greatest : least), shown(isTurned ? least : greatest));
         }
-    });
+    };
+    // Where no value becomes a zero, extremes of many runs tell as much as those of each.
+    if (std::abs(known.scale) >= 1)
+        known.runs.inLongRuns(take);
+    else
+        known.runs.inPieces(take);
     if (!areTold)
         return false;
     if (std::isnan(known.sum))  // infinities of both signs, as the processor adds them: tables write the NaN's sign

@@ -31,19 +31,38 @@ bool canBePaged(const RecordTimes& time, const KTVRecordColumn& column)
            isTurnable(column.map());
 }
 
-/// What is known of values after a linear map; runs without values, or of which nothing is known, stay such.
-void show(ValueRuns& runs, const KTVUnitModel::Map& map)
-{
-    const auto convert = [&map](double& value) { value = value * map.scale + map.offset; };
-    for (std::size_t run = 0; run < runs.count(); ++run) {
-        if (!(runs.least[run] <= runs.greatest[run]))
-            continue;
-        for (double* value : {&runs.least[run], &runs.greatest[run], &runs.first[run]})
-            convert(*value);
-        if (map.scale < 0)
-            std::swap(runs.least[run], runs.greatest[run]);
+/// What is known of values after a linear map; runs without values, or of which nothing is known, stay such. *Borrows*
+/// what is known before.
+class ShownRuns final : public KeptRuns {
+public:
+    ShownRuns(const KeptRuns& archived, const KTVUnitModel::Map& map) : m_archived(archived), m_map(map) {}
+    std::size_t count() const override { return m_archived.count(); }
+    void inPieces(const Take& take) const override
+    {
+        ValueRuns shown;
+        m_archived.inPieces([&](const ValueRuns& piece) {
+            shown = piece;
+            show(shown);
+            take(shown);
+        });
     }
-}
+
+private:
+    void show(ValueRuns& runs) const
+    {
+        for (std::size_t run = 0; run < runs.count(); ++run) {
+            if (!(runs.least[run] <= runs.greatest[run]))
+                continue;
+            for (double* value : {&runs.least[run], &runs.greatest[run], &runs.first[run]})
+                *value = *value * m_map.scale + m_map.offset;
+            if (m_map.scale < 0)
+                std::swap(runs.least[run], runs.greatest[run]);
+        }
+    }
+
+    const KeptRuns& m_archived;
+    const KTVUnitModel::Map& m_map;
+};
 
 CPTPointSeriesPtr pagedSeriesOf(const RecordTimes& time, const KTVRecordColumn& column)
 {
@@ -58,11 +77,10 @@ CPTPointSeriesPtr pagedSeriesOf(const RecordTimes& time, const KTVRecordColumn& 
         changed.push_back(index);
     }
     const bool isAsArchived = column.unit() == column.descriptor().archivedUnit || column.map().isIdentity;
-    ValueRuns runs = column.known().runs->unpacked();
-    if (!isAsArchived)
-        show(runs, column.map());
+    const KeptRuns& archived = *column.known().runs;
+    const ShownRuns shown(archived, column.map());
     const auto points = std::make_shared<const PagedRecordPoints>(column, std::move(exceptions));
-    return plotkit::pagedSeries(time, {time.runs(), runs, changed}, points, count);
+    return plotkit::pagedSeries(time, {time.runs(), isAsArchived ? archived : shown, changed}, points, count);
 }
 
 }  // namespace
