@@ -46,10 +46,10 @@ public:
 
     /// What is known of the archived values without reading them. A value; *shares* the runs.
     struct Known {
-        std::shared_ptr<const plotix::ValueRuns> runs;  ///< those of the dictionary's times; of equal values the first
-                                                        ///< one of a run stands there. Null: nothing is known
-        std::int64_t count = 0;                         ///< of the valid ones that are no NaN
-        std::optional<double> sum;                      ///< of these, rounded once; NaN with infinities of both signs
+        std::shared_ptr<const plotix::KeptRuns> runs;  ///< those of the dictionary's times; of equal values the first
+                                                       ///< one of a run stands there. Null: nothing is known
+        std::int64_t count = 0;                        ///< of the valid ones that are no NaN
+        std::optional<double> sum;                     ///< of these, rounded once; NaN with infinities of both signs
     };
     const Known& known() const { return m_known; }
     void setKnown(Known known) { m_known = std::move(known); }

@@ -80,6 +80,8 @@ protected:
                            const RecordBlock::Column& column)
     {
         RecordColumns::Total total;
+        const plotix::ValueRuns known = told.runs->unpacked();
+        ASSERT_EQ(known.count(), runs.count());
         for (std::size_t run = 0; run < runs.count(); ++run) {
             double least = kInfinity, greatest = -kInfinity;
             const auto counts = [&](std::size_t i) {
@@ -93,9 +95,9 @@ protected:
                 ++total.valid;
                 total.sum.add(column.values[i]);
             }
-            EXPECT_EQ(told.runs->least[run], least);
-            EXPECT_EQ(told.runs->greatest[run], greatest);
-            const double first = told.runs->first[run];
+            EXPECT_EQ(known.least[run], least);
+            EXPECT_EQ(known.greatest[run], greatest);
+            const double first = known.first[run];
             EXPECT_TRUE(counts(runs.begin[run]) ? first == column.values[runs.begin[run]] : std::isnan(first));
         }
         EXPECT_EQ(told.total->valid, total.valid);

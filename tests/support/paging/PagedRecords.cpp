@@ -87,7 +87,7 @@ KTVRecordColumn::Known knownOf(const KTVRecordColumn& column, const std::vector<
         runs.greatest.push_back(greatest);
         runs.first.push_back(column.isValid(begin[run]) ? column.archivedValues()[begin[run]] : std::nan(""));
     }
-    known.runs = std::make_shared<const ValueRuns>(std::move(runs));
+    known.runs = KeptRuns::of(std::move(runs));
     known.sum = sum.value();
     return known;
 }
