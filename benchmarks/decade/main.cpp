@@ -8,7 +8,6 @@
 #include "benchmarks/data/Elapsed.h"
 #include "benchmarks/data/ResidentMemory.h"
 #include "benchmarks/decade/DecadeSite.h"
-#include "benchmarks/decade/FillCases.h"
 #include "hostapp/app/Composition.h"
 #include "hostapp/site/MakeTrend.h"
 #include "hostapp/site/PlugInOperations.h"
@@ -191,7 +190,6 @@ int main(int argc, char** argv)
     plotix::Composition composition(plotix::Composition::Audience::Nobody);
     registerCases(*composition.module(), kDecadeRecords / 10, "decade/10x31M");
     registerCases(*composition.module(), kDecadeRecords, "decade/10x308M");
-    registerFilling([] { return siteOf(kDecadeRecords / 10); });
     benchmark::Initialize(&argc, argv);
     if (benchmark::ReportUnrecognizedArguments(argc, argv))
         return 1;

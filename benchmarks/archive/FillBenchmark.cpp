@@ -1,7 +1,10 @@
-#include "benchmarks/decade/FillCases.h"
+// What a zoom into long records waits for: lines of millions of elements unpacked from the file into the points of
+// their series. "pages" holds a page after the other, "lines" what is seen of a line at once, "frame" that of all
+// lines.
 
 #include "base/PageCache.h"
-#include "hostapp/document/SiteDocument.h"
+#include "benchmarks/archive/ArchiveCases.h"
+#include "benchmarks/data/BenchmarkFiles.h"
 #include "plugins/PlotixPlugIn/reading/values/PagedRecordPoints.h"
 
 #include <benchmark/benchmark.h>
@@ -15,8 +18,11 @@ namespace plotix_bench {
 
 namespace {
 
-constexpr std::size_t kShown = 2'000'000;  // elements of each line
+constexpr std::size_t kShown = 4'000'000;  // elements of each line
 constexpr std::size_t kPage = plotix::PagedMemory::kPage;
+constexpr std::size_t kBudget = std::size_t{88} << 20;  // what a round needs, and hardly more
+
+using Lines = std::vector<std::shared_ptr<const plotix::PagedRecordPoints>>;
 
 /// What the process has used so far.
 struct Used {
@@ -33,16 +39,11 @@ struct Used {
     }
 };
 
-/// The points of all properties of a site.
-std::vector<std::shared_ptr<const plotix::PagedRecordPoints>> linesOf(plotix::SiteDocument& document)
+Lines linesOf(const SiteFile& site, plotix::RecordStore& records)
 {
-    const auto agent = document.agents().front();
-    std::vector<plotix::RowId> properties;
-    for (const auto& property : agent->siteProperties())
-        properties.push_back(property->description().id);
     const auto columns =
-        document.records()->columns(agent->id(), properties, {}, {}, std::make_shared<plotix::PageCache>());
-    std::vector<std::shared_ptr<const plotix::PagedRecordPoints>> lines;
+        records.columns(site.agent, site.properties, {}, {}, std::make_shared<plotix::PageCache>(kBudget));
+    Lines lines;
     for (const plotix::RecordColumns::Column& column : columns->columns)
         lines.push_back(std::make_shared<const plotix::PagedRecordPoints>(
             KTVRecordColumn({}, column.values, column.validity, nullptr), plotix::PagedRecordPoints::Exceptions()));
@@ -50,14 +51,14 @@ std::vector<std::shared_ptr<const plotix::PagedRecordPoints>> linesOf(plotix::Si
 }
 
 /// Other elements in each round, so that the ones before make room for them.
-void fill(benchmark::State& state, const std::function<QString()>& site, std::size_t held)
+void fill(benchmark::State& state, std::size_t held)
 {
-    const auto document = plotix::SiteDocument::open(site());  // keeps its connections while it is open
-    const auto lines = linesOf(*document);
-    const std::size_t places = lines.front()->elements() / kShown;
+    const SiteFile site = fullSite();
+    const auto records = site.records();
+    const Lines lines = linesOf(site, *records);
     std::size_t round = 0;
     const auto fillNext = [&] {
-        const std::size_t first = round++ % places * kShown;
+        const std::size_t first = round++ % 2 * kShown;
         for (const auto& line : lines)
             for (std::size_t at = first; at < first + kShown; at += held)
                 benchmark::DoNotOptimize(line->hold(at, std::min(at + held, first + kShown)));
@@ -75,15 +76,13 @@ void fill(benchmark::State& state, const std::function<QString()>& site, std::si
 
 }  // namespace
 
-void registerFilling(std::function<QString()> site)
+void registerFilling()
 {
-    const auto add = [&site](const char* name, std::size_t held) {
-        benchmark::RegisterBenchmark(name, [site, held](benchmark::State& state) { fill(state, site, held); })
-            ->Unit(benchmark::kMillisecond)
-            ->UseRealTime();
+    const auto add = [](const char* name, std::size_t held) {
+        benchmark::RegisterBenchmark(name, fill, held)->Unit(benchmark::kMillisecond)->UseRealTime();
     };
-    add("fill/10x2M/pages", kPage);
-    add("fill/10x2M/lines", kShown);
+    add("archive/fill/5x4M/pages", kPage);
+    add("archive/fill/5x4M/lines", kShown);
 }
 
 }  // namespace plotix_bench
