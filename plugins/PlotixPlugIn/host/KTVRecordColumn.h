@@ -74,6 +74,9 @@ public:
     /// Values [first, first + out.size()) in the current unit, valid or not. Requires: the range lies inside.
     void copyUnitValues(std::size_t first, std::span<double> out) const;
 
+    /// Archived values of this column in the current unit. Requires: equal lengths.
+    void convert(std::span<const double> archived, std::span<double> out) const;
+
     /// The element at `index`: a snapshot sharing this column, an exception, or null for "not a property". A snapshot
     /// is a view: its `setUnit` changes the whole column, which gives a caller that converts all snapshots one by one
     /// what it expects. The value of an invalid snapshot is NaN. Two calls answer two objects.
