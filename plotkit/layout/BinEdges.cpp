@@ -246,15 +246,24 @@ void BinEdges::findPagedBins(const CPTPointSeries& series, std::size_t from, std
         m_edges.data()[0] = first.element;
         m_runs.data()[0] = first.run;
     }
+    plotix::PagedMemory::Hold held;  // of stretches side by side, filled together
+    std::size_t heldEnd = from;
     for (std::size_t bin = from; bin < to;) {
         const std::int64_t number = m_grid.first + static_cast<std::int64_t>(bin);
         const std::int64_t left = kStretch - ((number % kStretch) + kStretch) % kStretch;
         const std::size_t end = std::min(to, bin + static_cast<std::size_t>(left));
         const bool endIsFound = end < to || findsEnd;
-        if (isCrowdedByRuns(runs, bin))
+        if (isCrowdedByRuns(runs, bin)) {
             findBinsByRuns(series, bin, end, endIsFound);
-        else
+        } else {
+            if (bin >= heldEnd) {
+                for (heldEnd = end; heldEnd < to && !isCrowdedByRuns(runs, heldEnd);)
+                    heldEnd = std::min(to, heldEnd + static_cast<std::size_t>(kStretch));
+                const std::size_t first = m_edges.data()[bin];
+                held = series.x().hold(first, std::max(first, series.elementFrom(edgeOf(heldEnd))));
+            }
             findHeldBins(series, bin, end, endIsFound);
+        }
         bin = end;
     }
 }

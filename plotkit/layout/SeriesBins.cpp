@@ -15,6 +15,8 @@ namespace {
 constexpr std::size_t kFine = CPTFineBlocks::kElements;
 /// How many bins ahead memory is asked for: each reads from a few addresses far apart.
 constexpr std::size_t kBinsAhead = 16;
+/// Elements of bins that are not much: many pages are filled by several threads, into huge pages of the system.
+constexpr std::size_t kHeldAtOnce = 128 * plotix::PagedMemory::kPage;
 
 constexpr BinSummary kNothing{0, std::numeric_limits<float>::infinity(), -std::numeric_limits<float>::infinity(), 0, 0,
                               1};
@@ -166,7 +168,7 @@ void SeriesBins::sumUpPaged(const CPTPointSeries& series, const BinEdges& edges,
             ++bin;
         } else {
             std::size_t end = bin + 1;
-            while (end < to && end < bin + static_cast<std::size_t>(BinEdges::kStretch) && !edges.isMuch(end))
+            while (end < to && edges.edges()[end] - edges.edges()[bin] < kHeldAtOnce && !edges.isMuch(end))
                 ++end;
             const std::size_t after = std::min(series.elementCount(), edges.edges()[end] + 1);
             const plotix::PagedMemory::Hold held = series.y().hold(edges.edges()[bin], after);
