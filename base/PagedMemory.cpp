@@ -48,6 +48,16 @@ void askForHugePages(std::byte* start, std::size_t bytes)
     madvise(start + (first - place), end - first, MADV_HUGEPAGE);
 }
 
+/// Has the system put small pages, from now on, where parts of a huge one may come back alone: it would round each up
+/// to a huge one again, later, and the budget would not know.
+void askForSmallPages(std::byte* start, std::size_t from, std::size_t to, std::size_t mapped)
+{
+    const auto place = reinterpret_cast<std::uintptr_t>(start);
+    const std::uintptr_t first = std::max(place, (place + from) / kHugePage * kHugePage);
+    const std::uintptr_t end = std::min(place + mapped, roundedUp(place + to, kHugePage));
+    madvise(start + (first - place), end - first, MADV_NOHUGEPAGE);
+}
+
 /// Has the system make the memory there at one go, not at each page's first write.
 void populate(std::byte* start, std::size_t bytes)
 {
@@ -230,8 +240,10 @@ void PagedMemory::release(std::size_t page) const
     for (const Array& array : m_arrays) {
         const std::size_t from = (page * array.pageBytes + unit - 1) / unit * unit;
         const std::size_t to = (page + 1) * array.pageBytes / unit * unit;
-        if (from < to)
+        if (from < to) {
             madvise(array.start + from, to - from, MADV_DONTNEED);
+            askForSmallPages(array.start, from, to, array.mapped);
+        }
         ASAN_POISON_MEMORY_REGION(array.start + page * array.pageBytes, array.pageBytes);
     }
 }

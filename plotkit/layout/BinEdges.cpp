@@ -17,6 +17,9 @@ namespace {
 constexpr double kMostBinNumber = 1e14;
 constexpr std::size_t kFine = CPTFineBlocks::kElements;
 constexpr double kSnapFraction = BinEdges::kSnapFraction;
+/// Elements of stretches whose pages are held together: many pages are filled by several threads, into huge pages of
+/// the system.
+constexpr std::size_t kHeldAtOnce = 128 * plotix::PagedMemory::kPage;
 /// How many bins ahead memory is asked for: each reads from a few addresses far apart.
 constexpr std::size_t kBinsAhead = 16;
 constexpr std::int64_t kStretch = BinEdges::kStretch;
@@ -257,7 +260,11 @@ void BinEdges::findPagedBins(const CPTPointSeries& series, std::size_t from, std
             findBinsByRuns(series, bin, end, endIsFound);
         } else {
             if (bin >= heldEnd) {
-                for (heldEnd = end; heldEnd < to && !isCrowdedByRuns(runs, heldEnd);)
+                const auto elementsTo = [&](std::size_t stretchEnd) {
+                    return runs.begin(runs.runFromTime(edgeOf(stretchEnd))) - std::min(m_elements, m_edges.data()[bin]);
+                };
+                for (heldEnd = end;
+                     heldEnd < to && !isCrowdedByRuns(runs, heldEnd) && elementsTo(heldEnd) < kHeldAtOnce;)
                     heldEnd = std::min(to, heldEnd + static_cast<std::size_t>(kStretch));
                 const std::size_t first = m_edges.data()[bin];
                 held = series.x().hold(first, std::max(first, series.elementFrom(edgeOf(heldEnd))));

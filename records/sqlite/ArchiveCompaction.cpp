@@ -115,6 +115,9 @@ private:
 
     void outlineAgent(RowId agent)
     {
+        m_database.beginWriting();
+        Outlining(m_chunks).removeDamaged(agent);
+        m_database.commit();
         double from = -kInfinity;  // everything before it is outlined
         for (bool more = true; more;) {
             if (m_progress && !m_progress(shareSeen())) {

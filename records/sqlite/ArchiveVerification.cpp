@@ -182,13 +182,18 @@ private:
     /// Those left are of the chunks they say; whether they say the truth, the chunks will tell.
     void readOutlines(RowId agent)
     {
-        m_outline = {};
         m_outlines = m_chunks.outlines().between(agent, -kInfinity, kInfinity);
+        std::size_t unreadable = 0;  // of chunks that will be found themselves
         std::erase_if(m_outlines, [&](const Outline& each) {
-            const std::vector<Chunk> chunks = m_chunks.chunksBetween(agent, each.t0, each.t1);
-            return chunks.size() != each.chunks.size() || !each.isOf(chunks);
+            try {
+                const std::vector<Chunk> chunks = m_chunks.chunksBetween(agent, each.t0, each.t1);
+                return chunks.size() != each.chunks.size() || !each.isOf(chunks);
+            } catch (const ReportableError&) {
+                ++unreadable;
+                return true;
+            }
         });
-        const std::size_t damaged = m_chunks.outlines().countOf(agent) - m_outlines.size();
+        const std::size_t damaged = m_chunks.outlines().ids(agent).size() - m_outlines.size() - unreadable;
         if (damaged > 0)
             find(QStringLiteral("%1 outlines of agent %2 are damaged; its records are read instead, and compacting "
                                 "makes new ones.")
@@ -237,8 +242,9 @@ private:
         });
         if (stored == m_outlines.end())
             return;
-        if (stored->chunks.front() == chunk.id)
+        if (m_outlined != stored->id)
             m_outline = {};
+        m_outlined = stored->id;
         m_outline.add(chunk, ChunkFigures::of(records));
         if (m_outline.chunks() == stored->chunks.size() && !m_outline.isToldBy(m_chunks.outlines(), *stored))
             findInChunk(chunk, QStringLiteral("is in an outline that is damaged; its records are read instead, and "
@@ -347,6 +353,7 @@ private:
     std::vector<RowId> m_properties;  // of the agent, ascending
     std::vector<Outline> m_outlines;  // of the agent, in time order
     OutlineInWork m_outline;          // of the chunks of the one that was begun last
+    qint64 m_outlined = 0;            // that one
     double m_total = 0;               // chunks
 };
 

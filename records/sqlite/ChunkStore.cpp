@@ -15,8 +15,8 @@ namespace plotix {
 
 namespace {
 
-/// Chunks that may become part of an outline before long, of a few agents.
-constexpr std::size_t kMostFigures = 256;
+/// Columns of chunks that may become part of an outline before long: some ten megabytes. Others are read again.
+constexpr std::size_t kMostFigures = 8192;
 
 qint64 firstId(qint64 chunk)
 {
@@ -272,8 +272,8 @@ Chunk ChunkStore::write(RowId agent, EncodedChunk&& chunk)
     // Segments of a chunk are written in the order of their ids: appending is what the tree does fastest.
     for (const EncodedChunk::Segment& segment : chunk.segments)
         writeSegment(id, chunk.n, segment);
-    if (m_figures.size() >= kMostFigures)
-        m_figures.erase(m_figures.begin());
+    if ((m_figures.size() + 1) * (chunk.segments.size() + 1) > kMostFigures)
+        m_figures.clear();
     m_figures.insert_or_assign(id, std::move(chunk.figures));  // a number comes again after a rollback
     return {id, chunk.t0, chunk.t1, chunk.n};
 }

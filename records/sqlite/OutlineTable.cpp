@@ -89,14 +89,13 @@ struct OutlineTable::Statements {
     explicit Statements(const Database& database)
         : between(database, "SELECT id, t0, t1, head FROM outline WHERE agent = ?1 AND t1 >= ?2 AND t0 <= ?3 "
                             "ORDER BY t0"),
-          count(database, "SELECT count(*) FROM outline WHERE agent = ?"),
           last(database, "SELECT t1 FROM outline WHERE agent = ? ORDER BY t0 DESC LIMIT 1"),
           row(database, "SELECT data FROM outlined WHERE id = ?"),
           before(database, "SELECT id, t1 FROM outline WHERE agent = (SELECT agent FROM chunk WHERE id = ?) "
                            "AND t0 <= ? ORDER BY t0 DESC LIMIT 1")
     {
     }
-    Statement between, count, last, row, before;
+    Statement between, last, row, before;
 };
 
 OutlineTable::OutlineTable(Database& database) : m_database(database) {}
@@ -140,15 +139,16 @@ std::vector<Outline> OutlineTable::between(RowId agent, double from, double to)
     return found;
 }
 
-std::size_t OutlineTable::countOf(RowId agent)
+std::vector<qint64> OutlineTable::ids(RowId agent)
 {
+    std::vector<qint64> ids;
     if (!exists())
-        return 0;
-    Statement& count = statements().count;
-    const bool isThere = count.bind(1, agent).step();
-    const auto rows = static_cast<std::size_t>(isThere ? count.integer(0) : 0);
-    count.reset();
-    return rows;
+        return ids;
+    Statement rows(m_database, "SELECT id FROM outline WHERE agent = ?");
+    rows.bind(1, agent);
+    while (rows.step())
+        ids.push_back(rows.integer(0));
+    return ids;
 }
 
 std::optional<double> OutlineTable::endOf(RowId agent)

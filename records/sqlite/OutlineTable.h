@@ -43,8 +43,8 @@ public:
 
     /// Those with a time in [from, to], in time order, without those whose head is damaged.
     std::vector<Outline> between(RowId agent, double from, double to);
-    /// How many the agent has, whatever state they are in.
-    std::size_t countOf(RowId agent);
+    /// All that the agent has, whatever state they are in.
+    std::vector<qint64> ids(RowId agent);
     /// The last time that the agent's outlines reach; nothing without any.
     std::optional<double> endOf(RowId agent);
 

@@ -131,6 +131,24 @@ void Outlining::extend(RowId agent, std::size_t written)
     }
 }
 
+void Outlining::removeDamaged(RowId agent)
+{
+    std::vector<qint64> damaged = m_table.ids(agent);
+    for (const Outline& outline : m_table.between(agent, -kInfinity, kInfinity))
+        if (isSound(agent, outline))
+            std::erase(damaged, outline.id);
+    for (const qint64 outline : damaged)
+        m_table.remove(outline);
+}
+
+bool Outlining::isSound(RowId agent, const Outline& outline)
+{
+    const std::vector<Chunk> chunks = m_chunks.chunksBetween(agent, outline.t0, outline.t1);
+    return chunks.size() == outline.chunks.size() && outline.isOf(chunks) && m_table.times(outline) &&
+           std::all_of(outline.properties.begin(), outline.properties.end(),
+                       [&](RowId property) { return m_table.column(outline, property).has_value(); });
+}
+
 bool Outlining::completeSome(RowId agent, double& from)
 {
     const std::vector<Chunk> chunks = m_chunks.chunksBetween(agent, from, kInfinity);
@@ -138,8 +156,7 @@ bool Outlining::completeSome(RowId agent, double& from)
     const auto outlineAt = [&](std::size_t chunk) -> const Outline* {
         const auto found = std::lower_bound(outlines.begin(), outlines.end(), chunks[chunk].t0,
                                             [](const Outline& each, double time) { return each.t0 < time; });
-        return found != outlines.end() && found->isOf(std::span(chunks).subspan(chunk)) && isSound(*found) ? &*found
-                                                                                                           : nullptr;
+        return found != outlines.end() && found->isOf(std::span(chunks).subspan(chunk)) ? &*found : nullptr;
     };
     for (std::size_t first = 0; first < chunks.size();) {
         if (const Outline* known = outlineAt(first)) {
@@ -161,13 +178,6 @@ bool Outlining::completeSome(RowId agent, double& from)
         first = end;
     }
     return false;
-}
-
-bool Outlining::isSound(const Outline& outline)
-{
-    return m_table.times(outline) &&
-           std::all_of(outline.properties.begin(), outline.properties.end(),
-                       [&](RowId property) { return m_table.column(outline, property).has_value(); });
 }
 
 /// In place of any that is of one of them. False: one of them cannot be read.

@@ -46,13 +46,16 @@ public:
     /// 64 more at most, so that what a version before has left is made up for, but nobody waits for all of it.
     void extend(RowId agent, std::size_t written);
 
-    /// Outlines the next chunks at or behind `from` that are in no sound outline, as far as there are enough of them.
+    /// Removes those of the agent's outlines that are damaged, or not of its chunks.
+    void removeDamaged(RowId agent);
+
+    /// Outlines the next chunks at or behind `from` that are in no outline, as far as there are enough of them.
     /// True when it did, and there may be more: then `from` is behind them.
     bool completeSome(RowId agent, double& from);
 
 private:
     bool outline(RowId agent, std::span<const Chunk> chunks);
-    bool isSound(const Outline& outline);
+    bool isSound(RowId agent, const Outline& outline);
 
     ChunkStore& m_chunks;
     OutlineTable& m_table;

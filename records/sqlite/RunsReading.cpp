@@ -15,7 +15,7 @@ bool isOf(const Outline& outline, std::span<const ChunkPart> parts)
     if (parts.size() < outline.chunks.size())
         return false;
     for (std::size_t i = 0; i < outline.chunks.size(); ++i)
-        if (parts[i].chunk.id != outline.chunks[i] || !parts[i].isWhole())
+        if (parts[i].chunk.id != outline.chunks[i] || parts[i].chunk.n != outline.cut.records[i] || !parts[i].isWhole())
             return false;
     return true;
 }

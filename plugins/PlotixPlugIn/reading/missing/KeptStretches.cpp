@@ -30,13 +30,18 @@ const std::vector<KeptStretches::OfLine>& KeptStretches::within(const TimeSpan& 
                                                                 double least,
                                                                 const std::vector<const LineRecords*>& lines)
 {
+    if (!(shown.to > shown.from)) {
+        m_shown = shown;  // whatever is shown next is another span
+        m_within.assign(lines.size(), {});
+        return m_within;
+    }
     Search search{least, {}};
     for (const LineRecords* line : lines)
         search.lines.emplace_back(line->series->serial(), line->longestJoin);
     const bool isSearched = m_search == search && holds(m_searched, shown);
     if (isSearched && m_shown == shown)
         return m_within;
-    if (!isSearched && shown.to > shown.from) {
+    if (!isSearched) {
         // A view that was zoomed is mostly zoomed again: beyond it is looked once it is panned.
         const double beside = m_search == search ? kBeside * (shown.to - shown.from) : 0;
         m_searched = {std::max(known.from, shown.from - beside), std::min(known.to, shown.to + beside)};
@@ -48,9 +53,8 @@ const std::vector<KeptStretches::OfLine>& KeptStretches::within(const TimeSpan& 
     }
     m_shown = shown;
     m_within.assign(lines.size(), {});
-    if (shown.to > shown.from)
-        std::ranges::transform(m_found, m_within.begin(),
-                               [&](const OfLine& stretches) { return cut(stretches, shown, least); });
+    std::ranges::transform(m_found, m_within.begin(),
+                           [&](const OfLine& stretches) { return cut(stretches, shown, least); });
     return m_within;
 }
 

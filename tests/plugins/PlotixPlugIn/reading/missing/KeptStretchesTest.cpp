@@ -74,6 +74,13 @@ TEST_F(KeptStretchesTest, NothingIsMissingWhereNothingIsKnown)
     EXPECT_EQ(m_kept.searches(), 1U);
 }
 
+TEST_F(KeptStretchesTest, ALineThatComesBackWhereNothingIsKnownIsAnsweredToo)
+{
+    look(2900);
+    EXPECT_EQ(m_kept.within({4000, 3000}, m_known, 2.5, {&m_lines[0]}).size(), 1U);
+    EXPECT_EQ(look(4000, -1000).size(), 2U);
+}
+
 TEST_F(KeptStretchesTest, NothingIsSearchedBeyondWhatIsKnown)
 {
     const Stretches atEnd = look(2900)[0];
