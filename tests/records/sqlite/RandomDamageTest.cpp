@@ -1,0 +1,264 @@
+#include "base/PageCache.h"
+#include "base/ReportableError.h"
+#include "tests/records/sqlite/ArchiveFixture.h"
+#include "tests/records/sqlite/FlippedBit.h"
+
+#include <algorithm>
+#include <cmath>
+#include <functional>
+#include <iostream>
+#include <limits>
+#include <random>
+#include <set>
+
+namespace {
+
+using plotix::PageCache;
+using plotix::PagedMemory;
+using plotix::RecordBlock;
+using plotix::RecordColumns;
+using plotix::ReportableError;
+using plotix::RowId;
+
+constexpr double kInfinity = std::numeric_limits<double>::infinity();
+constexpr double kNaN = std::numeric_limits<double>::quiet_NaN();
+
+/// What reading gives, bit for bit; nothing where it says that it cannot.
+using Image = std::optional<std::vector<std::uint64_t>>;
+
+/// A site of every kind of column, in which bits change anywhere. PLOTIX_FLIPS says how many; 200 without it.
+class RandomDamageTest : public ArchiveFixture {
+protected:
+    RandomDamageTest()
+    {
+        for (const char* name : {"counter", "noise", "product", "states", "steady", "bits"})
+            properties.push_back(addProperty(agent, name));
+        other = addAgent("Two");
+        for (const char* name : {"one", "two"})
+            ofOther.push_back(addProperty(other, name));
+        for (const std::size_t count : {16'384, 12'000, 5'000, 3'000, 1'100})
+            store(records(count, properties));
+        for (int single = 0; single < 60; ++single)
+            opened()->appender()->append(agent, records(1, properties));
+        storeFor(other, records(2'000, ofOther));
+        for (int single = 0; single < 20; ++single)
+            opened()->appender()->append(other, records(1, ofOther));
+        whole = images();
+    }
+
+    static int flips()
+    {
+        bool isNumber = false;
+        const int number = qEnvironmentVariableIntValue("PLOTIX_FLIPS", &isNumber);
+        return isNumber ? number : 200;
+    }
+
+    /// Some stretches of time are regular, some are not, and there are gaps between and within them.
+    RecordBlock records(std::size_t count, const std::vector<RowId>& of)
+    {
+        const bool isRegular = random() % 2 == 0;
+        std::vector<double> times;
+        for (std::size_t i = 0; i < count; ++i)
+            times.push_back(clock += isRegular            ? 10
+                                     : random() % 50 == 0 ? 3600
+                                                          : 1 + std::uniform_real_distribution<double>()(random));
+        RecordBlock made = block(times, {});
+        const bool hasDropOut = random() % 4 == 0;  // of one property, for the whole block
+        for (std::size_t kind = 0; kind < of.size(); ++kind)
+            if (!(hasDropOut && kind == 1))
+                made.columns.push_back(column(of[kind], elements(kind, count)));
+        return made;
+    }
+    Values elements(std::size_t kind, std::size_t count)
+    {
+        Values made;
+        for (std::size_t i = 0; i < count; ++i)
+            made.emplace_back(element(kind, i));
+        for (std::size_t i = random() % 40; i < count && kind < 4; i += 1 + random() % 400)
+            made[i] = random() % 2 == 0 ? std::nullopt : std::optional(odd[random() % odd.size()]);
+        return made;
+    }
+    double element(std::size_t kind, std::size_t i)
+    {
+        switch (kind) {
+        case 0: return std::round(200 + 30 * std::sin(static_cast<double>(i) / 300)) / 10;
+        case 1: return walk += std::normal_distribution<double>()(random);
+        case 2: return static_cast<double>(random() % 99) * 0.1;
+        case 3: return states[random() % states.size()];
+        case 4: return 21.5;
+        default: return std::bit_cast<double>(random());
+        }
+    }
+
+    std::vector<StoredCell> cells(std::initializer_list<std::pair<const char*, const char*>> columns)
+    {
+        std::vector<StoredCell> all;
+        for (const auto& [table, name] : columns)
+            for (StoredCell& cell : cellsOf(database, table, name))
+                all.push_back(std::move(cell));
+        return all;
+    }
+    std::vector<StoredCell> blobs()
+    {
+        return cells(
+            {{"segment", "data"}, {"segment", "valid"}, {"summary", "whole"}, {"run", "data"}, {"tail", "data"}});
+    }
+    std::vector<StoredCell> numbers()
+    {
+        return cells({{"chunk", "id"},
+                      {"chunk", "agent"},
+                      {"chunk", "t0"},
+                      {"chunk", "t1"},
+                      {"chunk", "n"},
+                      {"segment", "id"},
+                      {"segment", "codec"},
+                      {"summary", "id"},
+                      {"summary", "valid"},
+                      {"summary", "minimum"},
+                      {"summary", "maximum"},
+                      {"summary", "sum"},
+                      {"run", "id"},
+                      {"tail", "id"}});
+    }
+
+    /// Every way to the values and to what is said of them.
+    std::vector<Image> images()
+    {
+        return {imageOf([&](auto& image) { addValues(image, agent, properties); }),
+                imageOf([&](auto& image) { addValues(image, other, ofOther); }),
+                imageOf([&](auto& image) { addPages(image); }), imageOf([&](auto& image) { addStatistics(image); })};
+    }
+    static Image imageOf(const std::function<void(std::vector<std::uint64_t>&)>& add)
+    {
+        Image image(std::in_place);
+        try {
+            add(*image);
+        } catch (const ReportableError&) {
+            return {};
+        }
+        return image;
+    }
+    void addValues(std::vector<std::uint64_t>& image, RowId owner, const std::vector<RowId>& of)
+    {
+        const RecordBlock records = *opened()->read(owner, of, {}, {});
+        for (const double time : records.times.span())
+            image.push_back(bitsOf(time));
+        for (const RecordBlock::Column& each : records.columns)
+            for (std::size_t i = 0; i < records.times.size(); ++i) {
+                image.push_back(bitsOf(each.values[i]));
+                image.push_back(each.validity.isValid(i) ? 1 : 0);
+            }
+    }
+    void addPages(std::vector<std::uint64_t>& image)
+    {
+        const RecordColumns told = *opened()->columns(agent, properties, {}, {}, std::make_shared<PageCache>(0));
+        EXPECT_FALSE(told.times.isResident());
+        const PagedMemory::Hold times = told.times.holdAll();
+        for (const double time : told.times.span())
+            image.push_back(bitsOf(time));
+        for (const RecordColumns::Column& each : told.columns) {
+            const PagedMemory::Hold values = each.values.holdAll();
+            for (std::size_t i = 0; i < told.times.size(); ++i) {
+                image.push_back(bitsOf(each.values[i]));
+                image.push_back(each.validity.isValid(i) ? 1 : 0);
+            }
+            for (const auto* extremes : {&each.runs->least, &each.runs->greatest})
+                for (const double extreme : *extremes)
+                    image.push_back(bitsOf(extreme));
+        }
+        if (const auto failure = told.failure->message())
+            throw ReportableError(*failure);
+    }
+    void addStatistics(std::vector<std::uint64_t>& image)
+    {
+        for (const RowId property : properties) {
+            const plotix::ColumnStatistics figures = opened()->statistics(agent, property);
+            for (const double figure : {double(figures.valid), figures.minimum, figures.maximum, figures.average})
+                image.push_back(bitsOf(figure));
+        }
+    }
+
+    struct Tally {
+        int flips = 0, found = 0, refused = 0, changed = 0;
+        int missed = 0;  ///< reading gave something else or nothing, and verifying found nothing
+    };
+    void flip(const StoredCell& cell, Tally& tally)
+    {
+        const std::size_t bit = random() % cell.bits();
+        SCOPED_TRACE(testing::Message() << "bit " << bit << " of " << cell.table.constData() << '.'
+                                        << cell.column.constData() << " in row " << cell.id);
+        std::optional<FlippedBit> damage;
+        try {
+            damage.emplace(database, cell, bit);
+        } catch (const ReportableError&) {
+            return;  // a key that another row has, or a number that is none: no such row can be stored
+        }
+        const bool isFound = !opened()->verify().isSound();
+        const std::vector<Image> now = images();
+        const bool isRefused = std::count(now.begin(), now.end(), std::nullopt) > 0;
+        bool isChanged = false;
+        for (std::size_t i = 0; i < now.size(); ++i)
+            isChanged = isChanged || (now[i] && now[i] != whole[i]);
+        tally.flips += 1;
+        tally.found += isFound ? 1 : 0;
+        tally.refused += isRefused ? 1 : 0;
+        tally.changed += isChanged ? 1 : 0;
+        tally.missed += (isRefused || isChanged) && !isFound ? 1 : 0;
+        EXPECT_TRUE(isFound || !(isRefused || isChanged));
+    }
+    static void print(const Tally& tally)
+    {
+        std::cout << tally.flips << " flips: " << tally.found << " found, " << tally.refused << " refused when read, "
+                  << tally.changed << " read as something else, " << tally.missed << " missed\n";
+    }
+    bool isWhole() { return images() == whole; }
+
+    std::mt19937_64 random{20'260};
+    double clock = 1'700'000'000, walk = 0;
+    const std::vector<double> odd{kNaN, kInfinity, -kInfinity, -0.0, 0.0, 1e300, 5e-324};
+    const std::vector<double> states{1.7182818284, -2.302585093, 3.1415926535, 1e-9 / 3};
+    std::vector<RowId> properties, ofOther;
+    RowId other = 0;
+    std::vector<Image> whole;
+};
+
+TEST_F(RandomDamageTest, TheSiteHasColumnsOfEveryCodecAndAllThatStandsBesideThem)
+{
+    EXPECT_EQ(ask("SELECT count(DISTINCT codec) FROM segment WHERE codec BETWEEN 16 AND 21"), 6);
+    std::set<QByteArray> kinds;
+    for (const StoredCell& cell : blobs())
+        kinds.insert(cell.table + '.' + cell.column);
+    EXPECT_EQ(kinds.size(), 5U);
+    EXPECT_TRUE(opened()->verify().isSound());
+    EXPECT_GT(ask("SELECT count(*) FROM chunk"), 3);
+}
+
+/// Half of them anywhere, each byte as likely as any other; half in any row, since most rows are short.
+TEST_F(RandomDamageTest, WhatChangesAValueIsFoundAndNeverReadAsAnother)
+{
+    const std::vector<StoredCell> all = blobs();
+    std::vector<double> sizes;
+    for (const StoredCell& cell : all)
+        sizes.push_back(static_cast<double>(cell.bytes));
+    std::discrete_distribution<std::size_t> anyByte(sizes.begin(), sizes.end());
+    Tally tally;
+    for (int i = 0; i < flips() && !HasFailure(); ++i)
+        flip(all[i % 2 == 0 ? anyByte(random) : random() % all.size()], tally);
+    print(tally);
+    EXPECT_EQ(tally.changed, 0);
+    EXPECT_GE(tally.found, tally.flips);
+    EXPECT_TRUE(isWhole());
+}
+
+TEST_F(RandomDamageTest, ANumberBesideTheColumnsThatChangesWhatIsReadIsFound)
+{
+    const std::vector<StoredCell> all = numbers();
+    Tally tally;
+    for (int i = 0; i < flips() && !HasFailure(); ++i)
+        flip(all[random() % all.size()], tally);
+    print(tally);
+    EXPECT_GT(tally.found, tally.flips / 2);
+    EXPECT_TRUE(isWhole());
+}
+
+}  // namespace
