@@ -142,8 +142,8 @@ private:
             if (!(chunk.t0 > last))
                 findInChunk(chunk, QStringLiteral("overlaps the one before it"));
             last = std::max(last, chunk.t1);
-            if (chunk.n == 0 || chunk.n > schema::kRecordsPerChunk || !(chunk.t0 <= chunk.t1))
-                findInChunk(chunk, QStringLiteral("is impossible: its times or its length make no sense"));
+            if (!chunk.isPossible())
+                findInChunk(chunk, QStringLiteral("is impossible: its number, times or length make no sense"));
             else
                 step([&] { checkChunk(chunk); });
             ++m_result.chunks;

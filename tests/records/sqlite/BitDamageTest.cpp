@@ -1,3 +1,4 @@
+#include "base/PageCache.h"
 #include "base/ReportableError.h"
 #include "tests/records/sqlite/ArchiveFixture.h"
 #include "tests/records/sqlite/FlippedBit.h"
@@ -169,6 +170,15 @@ TEST_F(BitDamageTest, AnIndexTellsThatItWasWorkedOutAnew)
     EXPECT_EQ(sourceOf(), RecordIndex::Source::Index);
     const FlippedBit damage = flipped("run", "data", "id = 1048576 + 1");
     EXPECT_EQ(sourceOf(), RecordIndex::Source::DamagedIndex);
+}
+
+TEST_F(BitDamageTest, AChunkOfAnImpossibleNumberIsFoundAndNotRead)
+{
+    run("UPDATE chunk SET id = id + (1 << 52) WHERE id = 2");
+    EXPECT_FALSE(findings().isEmpty());
+    EXPECT_THROW(times(), ReportableError);
+    EXPECT_THROW(opened()->columns(agent, std::vector{air}, {}, {}, std::make_shared<plotix::PageCache>()),
+                 ReportableError);
 }
 
 TEST_F(BitDamageTest, ASummaryThatChangedIsNotBelieved)
