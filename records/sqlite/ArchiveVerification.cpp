@@ -109,6 +109,12 @@ private:
                          .arg(count.integer(0))
                          .arg(QLatin1String(table)));
         }
+        if (!hasTable("tail"))
+            return;
+        // Those of agents that are not there are found with their agent.
+        Statement count(m_database, "SELECT count(*) FROM tail WHERE id < ?");
+        if (count.bind(1, schema::kRowsPerTail).step() && count.integer(0) > 0)
+            find(QStringLiteral("%1 rows of the table “tail” belong to no agent.").arg(count.integer(0)));
     }
 
     /// A document of a version before has none.

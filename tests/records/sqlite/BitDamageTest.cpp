@@ -181,6 +181,16 @@ TEST_F(BitDamageTest, AChunkOfAnImpossibleNumberIsFoundAndNotRead)
                  ReportableError);
 }
 
+TEST_F(BitDamageTest, ALastRowThatNoAgentHasAnyMoreIsFound)
+{
+    for (const char* id : {"-id", "49", "id + (1 << 40)"}) {
+        run(qPrintable(QString("UPDATE tail SET id = %1 WHERE id = (SELECT max(id) FROM tail)").arg(id)));
+        EXPECT_FALSE(findings().isEmpty()) << id;
+        run("UPDATE tail SET id = 1048576 + 49 WHERE id NOT BETWEEN 1048576 AND 1048576 + 48");
+    }
+    EXPECT_EQ(findings(), QStringList());
+}
+
 TEST_F(BitDamageTest, ASummaryThatChangedIsNotBelieved)
 {
     const auto wanted = opened()->statistics(agent, air);

@@ -19,15 +19,15 @@ struct StoredCell {
     std::size_t bits() const { return bytes * 8; }
 };
 
-/// Those that hold something, by the row's id.
+/// Those that hold something, by row.
 inline std::vector<StoredCell> cellsOf(const SqliteFile& file, const QByteArray& table, const QByteArray& column,
                                        const QByteArray& where = "1")
 {
     std::vector<StoredCell> cells;
     const plotix::Database database = file.open(plotix::Database::Access::ReadOnly);
-    const QByteArray sql = "SELECT id, CASE typeof(" + column + ") WHEN 'blob' THEN length(" + column +
+    const QByteArray sql = "SELECT rowid, CASE typeof(" + column + ") WHEN 'blob' THEN length(" + column +
                            ") ELSE 8 END FROM " + table + " WHERE " + where + " AND length(" + column +
-                           ") > 0 ORDER BY id";
+                           ") > 0 ORDER BY rowid";
     plotix::Statement rows(database, sql.constData());
     while (rows.step())
         cells.push_back({table, column, rows.integer(0), static_cast<std::size_t>(rows.integer(1))});
@@ -42,7 +42,7 @@ public:
     {
         {
             const QByteArray sql =
-                "SELECT " + cell.column + ", typeof(" + cell.column + ") FROM " + cell.table + " WHERE id = ?";
+                "SELECT " + cell.column + ", typeof(" + cell.column + ") FROM " + cell.table + " WHERE rowid = ?";
             plotix::Statement row(m_database, sql.constData());
             row.bind(1, cell.id).step();
             m_kind = row.text(1);
@@ -53,13 +53,19 @@ public:
             static_cast<char>(m_after[static_cast<qsizetype>(bit / 8)] ^ (1 << (bit % 8)));
         put(m_after, cell.id);
     }
-    ~FlippedBit() { put(m_before, m_cell.column == "id" ? numberOf<qint64>(m_after) : m_cell.id); }
+    ~FlippedBit() { put(m_before, isKey() ? numberOf<qint64>(m_after) : m_cell.id); }
     FlippedBit(const FlippedBit&) = delete;
     FlippedBit& operator=(const FlippedBit&) = delete;
 
     plotix::RowId id() const { return m_cell.id; }
 
 private:
+    bool isKey() const
+    {
+        plotix::Statement key(m_database, "SELECT pk FROM pragma_table_info(?) WHERE name = ?");
+        key.bind(1, QString(m_cell.table)).bind(2, QString(m_cell.column)).step();
+        return key.integer(0) != 0;
+    }
     template <class Number>
     static Number numberOf(const QByteArray& bytes)
     {
@@ -75,7 +81,7 @@ private:
     }
     void put(const QByteArray& bytes, plotix::RowId id)
     {
-        const QByteArray sql = "UPDATE " + m_cell.table + " SET " + m_cell.column + " = ? WHERE id = ?";
+        const QByteArray sql = "UPDATE " + m_cell.table + " SET " + m_cell.column + " = ? WHERE rowid = ?";
         plotix::Statement update(m_database, sql.constData());
         if (m_kind == "blob")
             update.bind(1, bytes);

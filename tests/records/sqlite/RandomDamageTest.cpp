@@ -91,36 +91,25 @@ protected:
         }
     }
 
-    std::vector<StoredCell> cells(std::initializer_list<std::pair<const char*, const char*>> columns)
+    /// Of all tables that records and their indexes stand in, whichever version brought them.
+    std::vector<StoredCell> cells(const char* types)
     {
         std::vector<StoredCell> all;
-        for (const auto& [table, name] : columns)
-            for (StoredCell& cell : cellsOf(database, table, name))
-                all.push_back(std::move(cell));
+        const plotix::Database opened = database.open(plotix::Database::Access::ReadOnly);
+        const QByteArray sql = QByteArray("SELECT name FROM pragma_table_info(?) WHERE type ") + types;
+        for (const plotix::SchemaPart::Table& table : plotix::schema::kTables) {
+            if (const QByteArray name = table.name; name == "amendment" || name == "retired")
+                continue;  // they say nothing of what records are
+            plotix::Statement columns(opened, sql.constData());
+            columns.bind(1, QString::fromLatin1(table.name));
+            while (columns.step())
+                for (StoredCell& cell : cellsOf(database, table.name, columns.text(0).toLatin1()))
+                    all.push_back(std::move(cell));
+        }
         return all;
     }
-    std::vector<StoredCell> blobs()
-    {
-        return cells(
-            {{"segment", "data"}, {"segment", "valid"}, {"summary", "whole"}, {"run", "data"}, {"tail", "data"}});
-    }
-    std::vector<StoredCell> numbers()
-    {
-        return cells({{"chunk", "id"},
-                      {"chunk", "agent"},
-                      {"chunk", "t0"},
-                      {"chunk", "t1"},
-                      {"chunk", "n"},
-                      {"segment", "id"},
-                      {"segment", "codec"},
-                      {"summary", "id"},
-                      {"summary", "valid"},
-                      {"summary", "minimum"},
-                      {"summary", "maximum"},
-                      {"summary", "sum"},
-                      {"run", "id"},
-                      {"tail", "id"}});
-    }
+    std::vector<StoredCell> blobs() { return cells("= 'BLOB'"); }
+    std::vector<StoredCell> numbers() { return cells("IN ('INTEGER', 'REAL')"); }
 
     /// Every way to the values and to what is said of them.
     std::vector<Image> images()
@@ -248,7 +237,8 @@ TEST_F(RandomDamageTest, TheSiteHasColumnsOfEveryCodecAndAllThatStandsBesideThem
     std::set<QByteArray> kinds;
     for (const StoredCell& cell : blobs())
         kinds.insert(cell.table + '.' + cell.column);
-    EXPECT_EQ(kinds.size(), 5U);
+    for (const char* kind : {"segment.data", "segment.valid", "summary.whole", "run.data", "tail.data"})
+        EXPECT_EQ(kinds.count(kind), 1U) << kind;
     EXPECT_TRUE(opened()->verify().isSound());
     EXPECT_GT(ask("SELECT count(*) FROM chunk"), 3);
     EXPECT_FALSE(opened()->columns(agent, properties, {}, {}, std::make_shared<PageCache>(0))->times.isResident());
