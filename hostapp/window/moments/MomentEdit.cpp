@@ -26,6 +26,20 @@ QRegularExpressionMatchIterator partsOf(const QString& text)
     return part.globalMatch(text);
 }
 
+QDateTime stepped(const QDateTime& moment, QDateTimeEdit::Section section, int steps)
+{
+    constexpr int kMinute = 60, kHour = 3600, kHalfDay = 12 * kHour;
+    switch (section) {
+    case QDateTimeEdit::YearSection: return moment.addYears(steps);
+    case QDateTimeEdit::MonthSection: return moment.addMonths(steps);
+    case QDateTimeEdit::HourSection: return moment.addSecs(qint64(steps) * kHour);
+    case QDateTimeEdit::MinuteSection: return moment.addSecs(qint64(steps) * kMinute);
+    case QDateTimeEdit::SecondSection: return moment.addSecs(steps);
+    case QDateTimeEdit::AmPmSection: return moment.addSecs(qint64(steps) * kHalfDay);
+    default: return moment.addDays(steps);
+    }
+}
+
 /// The form without its seconds, and that of the day alone.
 QStringList shorterForms(const QString& form)
 {
@@ -217,8 +231,10 @@ void MomentEdit::stepBy(int steps)
     for (auto parts = partsOf(lineEdit()->text()); parts.hasNext();)
         if (parts.next().capturedStart() <= caret)
             ++section;
-    setCurrentSectionIndex(std::clamp(section, 0, sectionCount() - 1));
-    QDateTimeEdit::stepBy(steps);
+    setDateTime(stepped(dateTime(), sectionAt(std::clamp(section, 0, sectionCount() - 1)), steps));
+    lineEdit()->setCursorPosition(caret);
+    selectPartAtCaret();
+    emit textTaken();
 }
 
 void MomentEdit::keyPressEvent(QKeyEvent* event)

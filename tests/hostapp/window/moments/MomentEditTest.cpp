@@ -109,7 +109,7 @@ TEST_F(TypedMomentTest, WhatIsNoDateIsSaid)
 
 TEST_F(TypedMomentTest, TheKeysUpAndDownChangeThePartAtTheCaret)
 {
-    line().setCursorPosition(9);
+    line().setCursorPosition(9);  // of the day
     QTest::keyClick(&edit, Qt::Key_Up);
     EXPECT_EQ(shown(), "2013-02-06 10:00:00");
     line().setCursorPosition(12);
