@@ -6,7 +6,8 @@ usage: a_minute.py place PROGRAM SITE FIGURE                   makes the trend t
 
 SCREEN is the file that the X server keeps its picture in: looking at it asks the server for nothing. A step has been
 shown when the graph has changed for the last time: what is there then is still there when the program has had nothing
-to do for half a second. The time runs from before the hand is told to move until then.
+to do for half a second. The time runs from before the hand is told to move until then; beside it stands how
+long the program's threads worked, which other programs change little.
 """
 import mmap
 import os
@@ -65,9 +66,6 @@ class Screen:
             sum = zlib.crc32(self.row(y), sum)
         return sum
 
-    def colours(self):
-        return len({self.row(y)[x:x + 4] for y in range(0, self.height, 4) for x in range(0, 4 * self.width, 16)})
-
 
 class Minute:
     def __init__(self, screen, folder):
@@ -83,7 +81,7 @@ class Minute:
 
     def take(self, name, act, is_there=lambda: True):
         """`is_there`: what must be so before the step can have been shown."""
-        seen = self.screen.sum()
+        seen, before = self.screen.sum(), self.ticks()
         begin = time.monotonic()
         threading.Thread(target=act).start()
         first, last, quiet, worked = None, None, begin, self.ticks()
@@ -97,32 +95,29 @@ class Minute:
             if now - begin > LONGEST:
                 raise SystemExit(f"FAILED: “{name}” changed nothing")
             time.sleep(0.001)
-        self.steps.append((name, first - begin, last - begin))
+        self.steps.append((name, first - begin, last - begin, (self.ticks() - before) / 100))
         path = os.path.join(self.folder, f"{len(self.steps):02}-{name.replace(' ', '-')}.png")
         subprocess.run(["import", "-window", "root", path], check=True)
 
     def print(self):
-        print(f"{'step':<34} {'first sign':>10} {'shown':>7}   seconds")
-        for name, first, last in self.steps:
-            print(f"{name:<34} {first:>10.3f} {last:>7.3f}")
+        print(f"{'seconds':<34} {'first sign':>10} {'shown':>7} {'work':>6}")
+        for name, first, last, work in self.steps:
+            print(f"{name:<34} {first:>10.3f} {last:>7.3f} {work:>6.2f}")
 
     def longest(self):
-        return max(last for _, _, last in self.steps)
-
-
-def at(screen, x, y):
-    return int(screen.x + x * screen.width), int(screen.y + y * screen.height)
+        return max(last for _, _, last, _ in self.steps)
 
 
 def spike(screen):
-    """Where a line reaches furthest down in the middle lane: the lowest pixel that is as bright as lines are."""
+    """Where a line reaches furthest down in the middle lane: the lowest pixel that is as bright as lines are. Nothing
+    where there is no line."""
     for y in range(int(0.49 * screen.height), int(0.33 * screen.height), -1):
         row = screen.row(y)
         for x in range(int(0.1 * screen.width), int(0.9 * screen.width)):
             blue, green, red = row[4 * x:4 * x + 3]
             if max(red, green, blue) - min(red, green, blue) > 90:
                 return screen.x + x, screen.y + y
-    raise SystemExit("FAILED: there is no line in the middle lane")
+    return None
 
 
 def steps(program, site, folder, path, box):
@@ -133,7 +128,7 @@ def steps(program, site, folder, path, box):
         minute.process = subprocess.Popen([program, site])
 
     hand("mousemove", 2, 2)
-    minute.take("open", open_site, lambda: screen.colours() > 60)
+    minute.take("open", open_site, lambda: spike(screen))
     hand("key", "ctrl+t")  # the wheel zooms the time alone: a spike is to be seen with what is about it
     hand("mousemove", *spike(screen))
     time.sleep(1)
