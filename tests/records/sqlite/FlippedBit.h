@@ -5,9 +5,8 @@
 #include <QtCore/QByteArray>
 
 #include <bit>
-#include <cmath>
 #include <cstdint>
-#include <optional>
+#include <cstring>
 #include <vector>
 
 /// A column of a row in a file's tables, whose bits can be changed.
