@@ -21,6 +21,7 @@ using plotix::RecordColumns;
 using plotix::ReportableError;
 using plotix::RowId;
 
+constexpr std::size_t kManyRecords = 66 * 16'384;
 constexpr double kInfinity = std::numeric_limits<double>::infinity();
 constexpr double kNaN = std::numeric_limits<double>::quiet_NaN();
 
@@ -111,12 +112,29 @@ protected:
     std::vector<StoredCell> blobs() { return cells("= 'BLOB'"); }
     std::vector<StoredCell> numbers() { return cells("IN ('INTEGER', 'REAL')"); }
 
+    /// Another agent whose chunks are so many that what is known of them is kept for many at once.
+    void storeManyChunks()
+    {
+        many = addAgent("Many");
+        ofMany = {addProperty(many, "level")};
+        Values levels;
+        for (std::size_t i = 0; i < kManyRecords; ++i)
+            levels.emplace_back(i % 900 == 0 ? std::nullopt : std::optional(std::round(element(1, i))));
+        RecordBlock block = ramp(ofMany.front(), clock, kManyRecords);
+        block.columns.front() = column(ofMany.front(), levels);
+        storeFor(many, block);
+        whole = images();
+    }
+
     /// Every way to the values and to what is said of them.
     std::vector<Image> images()
     {
         return {imageOf([&](auto& image) { addValues(image, agent, properties); }),
                 imageOf([&](auto& image) { addValues(image, other, ofOther); }),
-                imageOf([&](auto& image) { addPages(image); }), imageOf([&](auto& image) { addStatistics(image); })};
+                imageOf([&](auto& image) { addPages(image, agent, properties); }),
+                imageOf([&](auto& image) { addStatistics(image, agent, properties); }),
+                imageOf([&](auto& image) { addPages(image, many, ofMany); }),
+                imageOf([&](auto& image) { addStatistics(image, many, ofMany); })};
     }
     static Image imageOf(const std::function<void(std::vector<std::uint64_t>&)>& add)
     {
@@ -139,9 +157,11 @@ protected:
                 image.push_back(each.validity.isValid(i) ? 1 : 0);
             }
     }
-    void addPages(std::vector<std::uint64_t>& image)
+    void addPages(std::vector<std::uint64_t>& image, RowId owner, const std::vector<RowId>& of)
     {
-        const RecordColumns told = *opened()->columns(agent, properties, {}, {}, std::make_shared<PageCache>(0));
+        if (of.empty())
+            return;
+        const RecordColumns told = *opened()->columns(owner, of, {}, {}, std::make_shared<PageCache>(0));
         const PagedMemory::Hold times = told.times.holdAll();
         for (const double time : told.times.span())
             image.push_back(bitsOf(time));
@@ -151,20 +171,35 @@ protected:
                 image.push_back(bitsOf(each.values[i]));
                 image.push_back(each.validity.isValid(i) ? 1 : 0);
             }
-            if (each.runs && each.runs->least.size() > 0) {  // as many as are known
-                image.push_back(bitsOf(*std::min_element(each.runs->least.begin(), each.runs->least.end())));
-                image.push_back(bitsOf(*std::max_element(each.runs->greatest.begin(), each.runs->greatest.end())));
+            if (each.total) {
+                image.push_back(each.total->valid);
+                image.push_back(bitsOf(canonical(each.total->sum.value())));
             }
+            if (each.runs)
+                addExtremes(image, *each.runs);
         }
         if (const auto failure = told.failure->message())
             throw ReportableError(*failure);
     }
-    void addStatistics(std::vector<std::uint64_t>& image)
+    /// Of figures that are worked out, all that are no number are the same.
+    static double canonical(double figure) { return std::isnan(figure) ? kNaN : figure; }
+    /// Of all runs, since there may be longer ones where less is known. They may be packed.
+    template <class Runs>
+    static void addExtremes(std::vector<std::uint64_t>& image, const Runs& runs)
     {
-        for (const RowId property : properties) {
-            const plotix::ColumnStatistics figures = opened()->statistics(agent, property);
+        if constexpr (requires { runs.unpacked(); }) {
+            addExtremes(image, runs.unpacked());
+        } else if (!runs.least.empty()) {
+            image.push_back(bitsOf(*std::min_element(runs.least.begin(), runs.least.end())));
+            image.push_back(bitsOf(*std::max_element(runs.greatest.begin(), runs.greatest.end())));
+        }
+    }
+    void addStatistics(std::vector<std::uint64_t>& image, RowId owner, const std::vector<RowId>& of)
+    {
+        for (const RowId property : of) {
+            const plotix::ColumnStatistics figures = opened()->statistics(owner, property);
             for (const double figure : {double(figures.valid), figures.minimum, figures.maximum, figures.average})
-                image.push_back(bitsOf(std::isnan(figure) ? kNaN : figure));
+                image.push_back(bitsOf(canonical(figure)));
         }
     }
 
@@ -226,8 +261,8 @@ protected:
     double clock = 1'700'000'000, walk = 0;
     const std::vector<double> odd{kNaN, kInfinity, -kInfinity, -0.0, 0.0, 1e300, 5e-324};
     const std::vector<double> states{1.7182818284, -2.302585093, 3.1415926535, 1e-9 / 3};
-    std::vector<RowId> properties, ofOther;
-    RowId other = 0;
+    std::vector<RowId> properties, ofOther, ofMany;
+    RowId other = 0, many = 0;
     std::vector<Image> whole;
 };
 
@@ -259,6 +294,22 @@ TEST_F(RandomDamageTest, WhatChangesAValueIsFoundAndNeverReadAsAnother)
     EXPECT_EQ(tally.changed, 0);
     EXPECT_GE(tally.found, tally.flips);
     EXPECT_TRUE(isWhole());
+}
+
+TEST_F(RandomDamageTest, WhatIsSaidOfManyChunksIsNotBelievedWhenItChanges)
+{
+    storeManyChunks();
+    std::map<QByteArray, std::vector<StoredCell>> byColumn;
+    for (StoredCell& cell : blobs())
+        if (cell.table != "segment" && cell.table != "tail")
+            byColumn[cell.table + '.' + cell.column].push_back(std::move(cell));
+    Tallies tallies;
+    for (int i = 0; i < flips() / 5 && !HasFailure(); ++i)
+        for (const auto& [name, all] : byColumn)
+            flip(all[random() % all.size()], tallies);
+    const Tally tally = printed(tallies);
+    EXPECT_EQ(tally.changed, 0);
+    EXPECT_EQ(tally.found, tally.flips);
 }
 
 TEST_F(RandomDamageTest, ANumberBesideTheColumnsThatChangesWhatIsReadIsFound)
