@@ -1,6 +1,8 @@
 #pragma once
 
 #include <cstddef>
+#include <functional>
+#include <memory>
 #include <vector>
 
 /// What is known of long columns without reading them: they are cut into runs of some hundred successive elements, the
@@ -24,6 +26,29 @@ struct ValueRuns {
     std::vector<double> first;            ///< value of the run's first element; NaN where that does not count
 
     std::size_t count() const { return least.size(); }
+    void reserve(std::size_t runs);
+    void append(const ValueRuns& next);
+};
+
+/// The same in few bytes a run, for a column that is shown in another unit now and then. Immutable and *shared*.
+class KeptRuns {
+public:
+    using Take = std::function<void(const ValueRuns& piece)>;
+
+    virtual ~KeptRuns() = default;
+    virtual std::size_t count() const = 0;
+    /// Piece by piece, in order. Where the least or the greatest is NaN, nothing is known of the run.
+    virtual void inPieces(const Take& take) const = 0;
+    /// The same with longer runs, of some ten thousand elements where that is known; without their first values.
+    virtual void inLongRuns(const Take& take) const { inPieces(take); }
+
+    /// A copy.
+    ValueRuns unpacked() const;
+
+    /// As they are.
+    static std::shared_ptr<const KeptRuns> of(ValueRuns runs);
+    /// One after the other; *shares* them.
+    static std::shared_ptr<const KeptRuns> joined(std::vector<std::shared_ptr<const KeptRuns>> pieces);
 };
 
 }  // namespace plotix

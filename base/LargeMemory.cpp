@@ -1,5 +1,7 @@
 #include "base/LargeMemory.h"
 
+#include "base/HugePages.h"
+
 #include <sys/mman.h>
 #include <unistd.h>
 
@@ -16,7 +18,6 @@ namespace plotix {
 namespace {
 
 constexpr std::size_t kAlignment = 64;
-constexpr std::size_t kHugePage = std::size_t{2} << 20;
 /// Shorter columns would waste more of their last huge page than they gain.
 constexpr std::size_t kLeastMapped = 2 * kHugePage;
 constexpr std::size_t kMostKept = 16;
@@ -34,24 +35,11 @@ struct Piece {
     std::size_t size;
 };
 
-std::size_t roundedUp(std::size_t bytes, std::size_t unit)
-{
-    return (bytes + unit - 1) / unit * unit;
-}
-
 std::optional<Piece> mappedPiece(std::size_t size)
 {
-    const std::size_t mapped = size + kHugePage;  // so that an aligned beginning lies inside
-    void* memory = mmap(nullptr, mapped, PROT_READ | PROT_WRITE, MAP_PRIVATE | MAP_ANONYMOUS, -1, 0);
-    if (memory == MAP_FAILED)
+    void* start = mapAligned(size);
+    if (start == nullptr)
         return std::nullopt;
-    const auto place = reinterpret_cast<std::uintptr_t>(memory);
-    const std::size_t before = roundedUp(place, kHugePage) - place;
-    auto* start = static_cast<std::byte*>(memory) + before;
-    if (before > 0)
-        munmap(memory, before);
-    if (before < kHugePage)
-        munmap(start + size, kHugePage - before);
     madvise(start, size, MADV_HUGEPAGE);  // where it is refused, small pages serve
     return Piece{start, size};
 }

@@ -1,5 +1,7 @@
+#include "base/CoresAllowed.h"
 #include "base/PagedMemory.h"
 
+#include <algorithm>
 #include <cassert>
 
 namespace plotix {
@@ -58,6 +60,22 @@ void PageCache::keepBudget()
         takeOut(page);
         letGo(page);
     }
+}
+
+/// How many threads shall help whoever calls: where cores are free, and each has a share.
+std::size_t PageCache::beginFilling(std::size_t shares)
+{
+    constexpr std::size_t kMostThreads = 4;
+    const std::size_t cores = std::min(coresAllowed(), kMostThreads);
+    const std::size_t free = cores > m_filling + 1 ? cores - m_filling - 1 : 0;
+    const std::size_t helpers = std::min(free, shares > 0 ? shares - 1 : 0);
+    m_filling += 1 + helpers;
+    return helpers;
+}
+
+void PageCache::endFilling(std::size_t helpers)
+{
+    m_filling -= 1 + helpers;
 }
 
 }  // namespace plotix

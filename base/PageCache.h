@@ -45,11 +45,14 @@ private:
     void takeOut(Page& page);
     void letGo(Page& page);
     void keepBudget();
+    std::size_t beginFilling(std::size_t shares);
+    void endFilling(std::size_t helpers);
 
     mutable std::mutex m_mutex;
     std::condition_variable m_filled;
     std::size_t m_budget;
     std::size_t m_inUse = 0;
+    std::size_t m_filling = 0;  // threads
     Page* m_oldest = nullptr;
     Page* m_newest = nullptr;
 };

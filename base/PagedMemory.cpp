@@ -1,8 +1,13 @@
 #include "base/PagedMemory.h"
 
+#include "base/HelpingThreads.h"
+#include "base/HugePages.h"
+
 #include <sys/mman.h>
 #include <unistd.h>
 
+#include <algorithm>
+#include <atomic>
 #include <cassert>
 #include <cstdint>
 #include <new>
@@ -18,10 +23,39 @@ namespace plotix {
 
 namespace {
 
+/// Pages that a thread takes at once: of floats, those that lie in a huge page of the system. Whatever packs the values
+/// seldom ends where pages do, and what two takers share is unpacked twice.
+constexpr std::size_t kShare = 16;
+static_assert(kShare * PagedMemory::kPage * sizeof(float) == kHugePage);
+
 std::size_t systemPage()
 {
     static const auto size = static_cast<std::size_t>(sysconf(_SC_PAGESIZE));
     return size;
+}
+
+/// Has the system put huge pages where nothing is in memory yet, and nothing else lies in them. Fresh memory in small
+/// pages costs several times as much as writing to it.
+void askForHugePages(std::byte* start, std::size_t bytes)
+{
+    const auto place = reinterpret_cast<std::uintptr_t>(start);
+    const std::uintptr_t first = roundedUp(place, kHugePage), end = (place + bytes) / kHugePage * kHugePage;
+    if (first >= end)
+        return;
+    // As a whole: then what is left of the tables of small pages goes too.
+    madvise(start + (first - place), end - first, MADV_DONTNEED);
+    // Where it is refused, small pages serve.
+    madvise(start + (first - place), end - first, MADV_HUGEPAGE);
+}
+
+/// Has the system make the memory there at one go, not at each page's first write.
+void populate(std::byte* start, std::size_t bytes)
+{
+#ifdef MADV_POPULATE_WRITE
+    const auto place = reinterpret_cast<std::uintptr_t>(start);
+    const std::size_t before = place % systemPage();
+    madvise(start - before, roundedUp(before + bytes, systemPage()), MADV_POPULATE_WRITE);
+#endif
 }
 
 }  // namespace
@@ -65,12 +99,12 @@ void* PagedMemory::reserveBytes(std::size_t entryBytes, std::size_t elementsAnEn
     Array array;
     array.pageBytes = kPage / elementsAnEntry * entryBytes;
     array.mapped = std::max<std::size_t>(m_pages.size(), 1) * array.pageBytes;
-    array.mapped = (array.mapped + systemPage() - 1) / systemPage() * systemPage();
+    array.mapped = roundedUp(array.mapped, systemPage());
     m_arrays.reserve(m_arrays.size() + 1);
-    void* start =
-        mmap(nullptr, array.mapped, PROT_READ | PROT_WRITE, MAP_PRIVATE | MAP_ANONYMOUS | MAP_NORESERVE, -1, 0);
-    if (start == MAP_FAILED)
+    void* start = mapAligned(array.mapped, MAP_NORESERVE);
+    if (start == nullptr)
         throw std::bad_alloc();
+    madvise(start, array.mapped, MADV_NOHUGEPAGE);  // a page alone is not to take a huge one
     array.start = static_cast<std::byte*>(start);
     m_arrays.push_back(array);
     m_pageBytes += array.pageBytes;
@@ -115,10 +149,32 @@ void PagedMemory::fillAbsent(std::size_t first, std::size_t end, std::unique_loc
         m_pages[index].state = State::BeingFilled;
     m_cache->m_inUse += (end - first) * m_pageBytes;
     m_cache->keepBudget();
+    const std::size_t helpers = m_cache->beginFilling((end - first) / kShare);
     lock.unlock();
-    open(first, end);
-    const bool isRead = fill(first * kPage, std::min(end * kPage, m_elements));
+    for (const Array& array : m_arrays)
+        askForHugePages(array.start + first * array.pageBytes, (end - first) * array.pageBytes);
+    if (helpers == 0) {
+        fillPages(first, end);
+    } else {
+        std::atomic<std::size_t> next = first / kShare;
+        const auto work = [&] {
+            for (std::size_t share = next++; share * kShare < end; share = next++)
+                fillPages(std::max(first, share * kShare), std::min((share + 1) * kShare, end));
+        };
+        const HelpingThreads threads(helpers, work);
+        work();
+    }
     lock.lock();
+    m_cache->endFilling(helpers);
+}
+
+void PagedMemory::fillPages(std::size_t first, std::size_t end) const
+{
+    open(first, end);
+    for (const Array& array : m_arrays)
+        populate(array.start + first * array.pageBytes, (end - first) * array.pageBytes);
+    const bool isRead = fill(first * kPage, std::min(end * kPage, m_elements));
+    const std::lock_guard lock(m_cache->m_mutex);
     for (std::size_t index = first; index < end; ++index)
         m_pages[index].state = isRead ? State::Filled : State::StandIn;
     m_cache->m_filled.notify_all();
@@ -166,7 +222,8 @@ void PagedMemory::open(std::size_t first, std::size_t end) const
         ASAN_UNPOISON_MEMORY_REGION(array.start + first * array.pageBytes, (end - first) * array.pageBytes);
 }
 
-/// What shares a page of the system with a neighbour stays where it is; it is filled anew all the same.
+/// What shares a page of the system with a neighbour stays where it is; it is filled anew all the same. A part of a
+/// huge page goes back to the system with the last part of it, or when memory is scarce.
 void PagedMemory::release(std::size_t page) const
 {
     const std::size_t unit = systemPage();

@@ -2,7 +2,11 @@
 
 #include "base/PageCache.h"
 
+#include <cstdint>
+#include <functional>
 #include <memory>
+#include <optional>
+#include <span>
 #include <utility>
 #include <vector>
 
@@ -54,6 +58,22 @@ public:
     /// Holds the elements if they are in memory already; without waiting. False: `hold` is as it was.
     bool holdIfThere(std::size_t first, std::size_t end, Hold& hold) const;
 
+    /// Values on their way past the pages, with their validity. *Borrowed* while they are shown.
+    struct Piece {
+        std::size_t first = 0;  ///< element; a multiple of 64
+        std::span<const double> values;
+        const std::uint64_t* valid = nullptr;  ///< a bit for each, from bit 0; null: all are valid
+    };
+    using Show = std::function<void(const Piece&)>;
+
+    /// Shows elements [first, end) in order, unpacked into the nearest cache and not into pages: for whoever reads a
+    /// column once (see inPieces). What could not be had is shown as what stands in for it, and the answer is false.
+    /// Nothing: this memory is read through its pages alone. Requires: first is a multiple of 64.
+    virtual std::optional<bool> readPast(std::size_t /*first*/, std::size_t /*end*/, const Show& /*show*/) const
+    {
+        return std::nullopt;
+    }
+
     std::size_t elements() const { return m_elements; }
     const std::shared_ptr<PageCache>& cache() const { return m_cache; }
 
@@ -69,8 +89,9 @@ protected:
         return static_cast<T*>(reserveBytes(sizeof(T), elementsAnEntry));
     }
 
-    /// Writes elements [first, end) into all arrays: whole pages, but for the last one of the column. Several threads
-    /// may be filling other pages. False: the values could not be had, and what was written stands in for them.
+    /// Writes elements [first, end) into all arrays: whole pages, but for the last one of the column. Many pages are
+    /// shared out among several threads, which call this at once for different ones. False: the values could not be
+    /// had, and what was written stands in for them.
     virtual bool fill(std::size_t first, std::size_t end) const noexcept = 0;
 
 private:
@@ -83,6 +104,7 @@ private:
     };
     void* reserveBytes(std::size_t entryBytes, std::size_t elementsAnEntry);
     void fillAbsent(std::size_t first, std::size_t end, std::unique_lock<std::mutex>& lock) const;
+    void fillPages(std::size_t first, std::size_t end) const;
     void giveBack(std::size_t first, std::size_t end) const noexcept;  // pages
     void open(std::size_t first, std::size_t end) const;
     void release(std::size_t page) const;

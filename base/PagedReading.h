@@ -1,10 +1,12 @@
 #pragma once
 
 #include "base/PagedArray.h"
+#include "base/ValidityBitmap.h"
 
 #include <algorithm>
 
-/// Two ways to read what may be paged: stretch by stretch, and value by value where the next one is mostly near.
+/// Three ways to read what may be paged: stretch by stretch; once, without keeping it; and value by value where the
+/// next one is mostly near.
 ///
 /// What is in memory for good is read at the speed of an array. Any thread.
 namespace plotix {
@@ -22,6 +24,13 @@ void inStretches(const Column& column, std::size_t first, std::size_t end, Read 
         first = stretchEnd;
     }
 }
+
+/// Shows elements [first, end) of a column once and in order, each piece while `show` runs: those whose pages are in
+/// memory from there, others without entering them where their memory can do so (see PagedMemory::readPast), else held
+/// stretch by stretch. False: some stand in for what could not be read. Requires: first is a multiple of 64, and there
+/// are values and bits up to `end`.
+bool inPieces(const PagedArray<double>& values, const ValidityBitmap& validity, std::size_t first, std::size_t end,
+              const PagedMemory::Show& show);
 
 /// Reads single values, and holds the page of the last one. *Shares* the array, which has an entry for each element.
 /// One thread at a time.

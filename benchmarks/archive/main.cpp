@@ -10,6 +10,7 @@ int main(int argc, char** argv)
     plotix_bench::registerCommits();
     plotix_bench::registerRows();
     plotix_bench::registerPlainColumns();
+    plotix_bench::registerFilling();
     benchmark::Initialize(&argc, argv);
     if (benchmark::ReportUnrecognizedArguments(argc, argv))
         return 1;

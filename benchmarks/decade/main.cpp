@@ -1,5 +1,5 @@
-// What a person waits for at a site of ten years of one-second records: the first frame, a pan, a zoom to ten seconds,
-// the table.
+// What a person waits for at a site of ten years of one-second records: the first frame, a pan, the table, a zoom to
+// ten seconds.
 //   bench_decade --make FILE               makes the site: 308,000,000 records, 6 GB, some minutes
 //   PLOTIX_DECADE=FILE bench_decade        measures it; a tenth of it is made where it is missing, and needs no FILE
 
@@ -41,16 +41,28 @@ struct Shown {
     QWidget* view = nullptr;
     QWidget* graph = nullptr;
 
-    void repaint() const
-    {
-        QCoreApplication::sendPostedEvents();
-        graph->repaint();
-    }
+    /// Lets the window do what it was asked for, which paints what has changed, once.
+    static void settle() { QCoreApplication::sendPostedEvents(); }
     double seconds() const
     {
         const auto range = plotix::shownRange(plugIn.get());
         return range ? range->second - range->first : 0;
     }
+};
+
+/// Counts how often a widget is painted, as long as it lives.
+class Paints : public QObject {
+public:
+    explicit Paints(QWidget* of) { of->installEventFilter(this); }
+    benchmark::IterationCount count() const { return m_count; }
+
+private:
+    bool eventFilter(QObject* watched, QEvent* event) override
+    {
+        m_count += event->type() == QEvent::Paint ? 1 : 0;
+        return QObject::eventFilter(watched, event);
+    }
+    benchmark::IterationCount m_count = 0;
 };
 
 Shown shown(KTVPlugInModule& module, const QString& path)
@@ -71,7 +83,7 @@ Shown shown(KTVPlugInModule& module, const QString& path)
     for (QWidget* each : made.view->findChildren<QWidget*>())
         if (std::strcmp(each->metaObject()->className(), "KTVGraphHostingView") == 0)
             made.graph = each;
-    made.repaint();
+    Shown::settle();
     return made;
 }
 
@@ -103,12 +115,25 @@ void pan(benchmark::State& state, const Shown& drawn)
     QPointF at = drawn.graph->rect().center();
     send(drawn.graph, QEvent::MouseButtonPress, at, Qt::LeftButton, Qt::LeftButton);
     int step = 0;
+    const Paints paints(drawn.graph);
     for (auto unused : state) {
         at.rx() += ++step / 64 % 2 == 0 ? 1 : -1;
         send(drawn.graph, QEvent::MouseMove, at, Qt::NoButton, Qt::LeftButton);
-        drawn.repaint();
+        Shown::settle();
     }
+    if (paints.count() != state.iterations())
+        state.SkipWithError("a step is not painted once");
     send(drawn.graph, QEvent::MouseButtonRelease, at, Qt::LeftButton, Qt::NoButton);
+}
+
+/// The rows of all properties, from the records that are shown to what is painted.
+void table(benchmark::State& state, const Shown& drawn)
+{
+    for (auto unused : state) {
+        if (!QMetaObject::invokeMethod(drawn.plugIn.get(), "updateInfoTable", Qt::DirectConnection))
+            state.SkipWithError("The trend has no table");
+        Shown::settle();
+    }
 }
 
 void zoom(benchmark::State& state, KTVPlugInModule& module, const QString& path)
@@ -124,7 +149,7 @@ void zoom(benchmark::State& state, KTVPlugInModule& module, const QString& path)
                               Qt::NoScrollPhase, false);
             const Elapsed elapsed;
             QCoreApplication::sendEvent(drawn.graph, &event);
-            drawn.repaint();
+            Shown::settle();
             worst = std::max(worst, elapsed.seconds());
             all += elapsed.seconds();
         }
@@ -172,6 +197,8 @@ void registerCases(KTVPlugInModule& module, std::size_t records, const std::stri
             ->Iterations(1);
     add(name + "/pan", records,
         [&module](benchmark::State& state, const QString& path) { pan(state, shown(module, path)); });
+    add(name + "/table", records,
+        [&module](benchmark::State& state, const QString& path) { table(state, shown(module, path)); });
     add(name + "/zoom", records, [&module](benchmark::State& state, const QString& path) { zoom(state, module, path); })
         ->UseManualTime()
         ->Iterations(1);

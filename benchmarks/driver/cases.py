@@ -142,7 +142,7 @@ def all_groups():
         *[formula(text, extra=True) for text in ("maximum(a,1h)", "integral(a)", "daily_mean(a)")],
         text_import(),
         *[decade(size, what, extra=size == "308M") for size in ("31M", "308M")
-          for what in ("first-frame/warm", "first-frame/cold", "pan", "zoom")],
+          for what in ("first-frame/warm", "first-frame/cold", "pan", "table", "zoom")],
         Group([Case("start")], {"plotix": ProgramStart()}),
         pan(10, 10, "full", "1920x1080", both, "noisy"),
         pan(10, 10, "1%", "1920x1080", both, "noisy"),

@@ -10,7 +10,7 @@ namespace plotix {
 namespace {
 
 constexpr int kApplicationId = 0x506C7478;  // "Pltx"
-constexpr int kVersion = 8;
+constexpr int kVersion = 9;
 constexpr int kPageSize = 16384;
 
 constexpr SchemaPart::Table kTables[] = {{"site", 1},    {"agent", 1},       {"property", 1}, {"plugin", 1},

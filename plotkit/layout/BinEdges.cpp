@@ -20,10 +20,14 @@ constexpr double kSnapFraction = BinEdges::kSnapFraction;
 /// How many bins ahead memory is asked for: each reads from a few addresses far apart.
 constexpr std::size_t kBinsAhead = 16;
 constexpr std::int64_t kStretch = BinEdges::kStretch;
-/// Where runs are longer than bins, so many bins off is half a pixel.
-constexpr double kFarthest = 6;
-/// Elements a bin from which on runs are the better edges: in such a bin half a run is a quarter of the bin.
-constexpr std::size_t kCrowdedByRuns = 1024;
+/// How far from where a bin begins a run may begin that is its edge, in pixels, where no gap is near.
+constexpr double kFarthest = 0.5;
+/// So many runs a pixel are drawn as they are: the longest reaches no farther than one would see.
+constexpr std::int64_t kRunsAPixel = 2;
+/// Elements a pixel from which on they are drawn as they are even if they are longer: a frame must not unpack more.
+constexpr std::int64_t kCrowdedPixel = 12 * 1024;
+/// Elements a pixel up to which pages are held however many runs there are.
+constexpr std::int64_t kSparsePixel = 1024;
 
 void prefetch(const void* memory)
 {
@@ -43,9 +47,9 @@ void askForTimes(std::span<const double> x, std::size_t element)
 
 }  // namespace
 
-BinGrid BinGrid::covering(double low, double high, double width)
+BinGrid BinGrid::covering(double low, double high, double width, int perPixel)
 {
-    BinGrid grid{0, width, 0, 0};
+    BinGrid grid{0, width, 0, 0, perPixel};
     if (std::max(std::abs(low), std::abs(high)) > kMostBinNumber * width)
         grid.origin = low;
     grid.first = static_cast<std::int64_t>(std::floor((low - grid.origin) / width));
@@ -147,14 +151,18 @@ void BinEdges::findBins(std::span<const double> x, const TimeCourse* course, std
     }
 }
 
-/// Whether the whole stretch of bins, of which `bin` is one, holds many elements a bin.
+/// Whether the whole stretch of bins, of which `bin` is one, is to be summed up from runs.
 bool BinEdges::isCrowdedByRuns(const CPTSeriesRuns& runs, std::size_t bin) const
 {
     const std::int64_t number = m_grid.first + static_cast<std::int64_t>(bin);
     const std::int64_t stretch = number - ((number % kStretch) + kStretch) % kStretch;
-    const std::size_t first = runs.begin(runs.runFromTime(m_grid.edge(stretch)));
-    const std::size_t end = runs.begin(runs.runFromTime(m_grid.edge(stretch + kStretch)));
-    return end - first >= static_cast<std::size_t>(kStretch) * kCrowdedByRuns;
+    const std::size_t firstRun = runs.runFromTime(m_grid.edge(stretch));
+    const std::size_t endRun = runs.runFromTime(m_grid.edge(stretch + kStretch));
+    const auto aPixel = [&](std::size_t inStretch) {
+        return static_cast<std::int64_t>(inStretch) * m_grid.perPixel / kStretch;
+    };
+    const std::int64_t elements = aPixel(runs.begin(endRun) - runs.begin(firstRun));
+    return elements >= kCrowdedPixel || (elements >= kSparsePixel && aPixel(endRun - firstRun) >= kRunsAPixel);
 }
 
 /// Whether the elements of a run stand no farther apart than those in view do: then there is hardly a gap in it.
@@ -175,7 +183,9 @@ BinEdges::RunEdge BinEdges::edgeByRuns(const CPTPointSeries& series, std::size_t
     const auto guess = fromRun + static_cast<std::size_t>(m_stride * perRun + 0.5);
     const std::size_t run = firstElementAt(times, fromRun, times.size(), guess, value);
     const bool isExact = run == 0 || runs.lastTime(run - 1) < value;  // no element stands between
-    const double reach = m_grid.width * (!isExact && isEven(runs, run - 1) ? kFarthest : kSnapFraction);
+    const bool mayBeFar = !isExact && isEven(runs, run - 1);
+    const double reach =
+        m_grid.width * (mayBeFar ? std::max(kFarthest * m_grid.perPixel, kSnapFraction) : kSnapFraction);
     const auto isNear = [reach](double distance) { return distance <= reach; };
     const double above = run < runs.count() ? runs.firstTime(run) - value : std::numeric_limits<double>::infinity();
     const double below = run > 0 ? value - runs.firstTime(run - 1) : std::numeric_limits<double>::infinity();
@@ -236,15 +246,24 @@ void BinEdges::findPagedBins(const CPTPointSeries& series, std::size_t from, std
         m_edges.data()[0] = first.element;
         m_runs.data()[0] = first.run;
     }
+    plotix::PagedMemory::Hold held;  // of stretches side by side, filled together
+    std::size_t heldEnd = from;
     for (std::size_t bin = from; bin < to;) {
         const std::int64_t number = m_grid.first + static_cast<std::int64_t>(bin);
         const std::int64_t left = kStretch - ((number % kStretch) + kStretch) % kStretch;
         const std::size_t end = std::min(to, bin + static_cast<std::size_t>(left));
         const bool endIsFound = end < to || findsEnd;
-        if (isCrowdedByRuns(runs, bin))
+        if (isCrowdedByRuns(runs, bin)) {
             findBinsByRuns(series, bin, end, endIsFound);
-        else
+        } else {
+            if (bin >= heldEnd) {
+                for (heldEnd = end; heldEnd < to && !isCrowdedByRuns(runs, heldEnd);)
+                    heldEnd = std::min(to, heldEnd + static_cast<std::size_t>(kStretch));
+                const std::size_t first = m_edges.data()[bin];
+                held = series.x().hold(first, std::max(first, series.elementFrom(edgeOf(heldEnd))));
+            }
             findHeldBins(series, bin, end, endIsFound);
+        }
         bin = end;
     }
 }

@@ -16,9 +16,10 @@
 /// that came into view, and the same sample falls into the same bin in every frame. Only for x that never decreases;
 /// one thread at a time.
 ///
-/// Of a paged series, bins that hold many runs begin where runs do, so that they can be summed up without a look at a
-/// page; the pages of all others are held while these are cut, as a series in memory is. Which way a bin goes is
-/// decided for stretches of bins that stand still while the view is panned.
+/// Of a paged series, where runs are short beside a pixel, or bins hold many elements, bins begin where runs do, so
+/// that they can be summed up without a look at a page; a run as long as several bins is in all of them. The pages of
+/// all others are held while these are cut, as a series in memory is. Which way a bin goes is decided for stretches of
+/// bins that stand still while the view is panned.
 namespace plotkit {
 
 class TimeCourse;
@@ -35,11 +36,12 @@ struct BinGrid {
     double width = 0;  ///< values, positive
     std::int64_t first = 0;
     std::size_t count = 0;
+    int perPixel = 1;  ///< bins: what lies within a fraction of a pixel may fall into the bin beside
 
     double edge(std::int64_t bin) const { return origin + static_cast<double>(bin) * width; }
 
     /// The bins that hold all of [low, high]. Requires: finite values, low ≤ high, width positive.
-    static BinGrid covering(double low, double high, double width);
+    static BinGrid covering(double low, double high, double width, int perPixel);
 };
 
 /// Which bins are kept from the grid before, as indexes into the new grid: [keptFirst, keptLast). The rest is worked

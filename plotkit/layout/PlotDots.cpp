@@ -241,7 +241,7 @@ DotCells PlotDots::cells(const CPTPointSeries& series, const PlotView& view, std
     if (!x.isProper() || !y.isProper() || !(width > 0) || !std::isfinite((high - low) / width) ||
         columns > kMostColumns || bytes * DotCells::kRowsPerByte > kMostRows)
         return {};
-    const BinGrid grid = BinGrid::covering(low, high, width);
+    const BinGrid grid = BinGrid::covering(low, high, width, DotCells::kColumnsPerUnit);
     if (static_cast<double>(grid.count) > columns + 16)
         return {};
 

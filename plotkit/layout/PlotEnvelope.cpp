@@ -274,7 +274,7 @@ bool PlotEnveloping::envelopeInto(PlotEnvelope& envelope, const CPTPointSeries& 
 
     if (!areMoreThan(few * columns, series, low, high))
         return false;
-    const BinGrid grid = BinGrid::covering(low, high, width);
+    const BinGrid grid = BinGrid::covering(low, high, width, PlotEnvelope::kColumnsPerPixel);
     if (static_cast<double>(grid.count) > columns + 16)
         return false;  // bins too narrow to be told apart
 

@@ -144,7 +144,7 @@ private:
         if (last - first <= 2 * bins)
             addElements(first, last);
         else
-            addBins({low, binWidth, 0, bins}, last);
+            addBins({low, binWidth, 0, bins, columnsPerPixel}, last);
         const std::size_t after = m_series.index().firstPointFrom(last);
         if (after < elements)
             addElement(after);

@@ -15,6 +15,8 @@ namespace {
 constexpr std::size_t kFine = CPTFineBlocks::kElements;
 /// How many bins ahead memory is asked for: each reads from a few addresses far apart.
 constexpr std::size_t kBinsAhead = 16;
+/// Elements of bins that are not much: many pages are filled by several threads, into huge pages of the system.
+constexpr std::size_t kHeldAtOnce = 128 * plotix::PagedMemory::kPage;
 
 constexpr BinSummary kNothing{0, std::numeric_limits<float>::infinity(), -std::numeric_limits<float>::infinity(), 0, 0,
                               1};
@@ -81,13 +83,14 @@ BinSummary summaryOfRuns(const CPTSeriesRuns& runs, std::size_t first, std::size
     return {enter, extremes.min, extremes.max, goesOn ? runs.firstValue(end) : within, 0, 1};
 }
 
-/// The one run that a bin without elements lies in, where it does: a run as long as several bins is in all of them.
-std::size_t runAround(const CPTSeriesRuns& runs, std::size_t edge, const BinPlace& place)
+/// The runs [first, second) that reach into a bin that none begins in: a run as long as several bins is in all of them.
+std::pair<std::size_t, std::size_t> runsAround(const CPTSeriesRuns& runs, std::size_t edge, const BinPlace& place)
 {
-    for (const std::size_t run : {edge, edge - 1})
-        if (run < runs.count() && runs.firstTime(run) <= place.edge && runs.lastTime(run) >= place.edge + place.width)
-            return run;
-    return runs.count();
+    const auto reachesIn = [&](std::size_t run) {
+        return run < runs.count() && runs.firstTime(run) < place.edge + place.width && runs.lastTime(run) > place.edge;
+    };
+    const std::size_t first = edge > 0 && reachesIn(edge - 1) ? edge - 1 : edge;
+    return {first, reachesIn(edge) ? edge + 1 : edge};
 }
 
 void prefetch(const void* memory)
@@ -155,17 +158,17 @@ void SeriesBins::sumUpPaged(const CPTPointSeries& series, const BinEdges& edges,
         const BinPlace place{edgeOf(bin), m_grid.width};
         if (edges.isByRuns(bin)) {
             const CPTSeriesRuns& runs = *series.runs();
-            const std::size_t first = edges.runs()[bin], last = edges.runs()[bin + 1];
-            const std::size_t around = first == last ? runAround(runs, first, place) : runs.count();
-            all.set(bin, around < runs.count() ? summaryOfRuns(runs, around, around + 1, place)
-                                               : summaryOfRuns(runs, first, last, place));
+            std::pair of(edges.runs()[bin], edges.runs()[bin + 1]);
+            if (of.first == of.second)
+                of = runsAround(runs, of.first, place);
+            all.set(bin, summaryOfRuns(runs, of.first, of.second, place));
             ++bin;
         } else if (edges.isMuch(bin)) {
             all.set(bin, summaryOfMany(series, edges.edges()[bin], edges.edges()[bin + 1], place));
             ++bin;
         } else {
             std::size_t end = bin + 1;
-            while (end < to && end < bin + static_cast<std::size_t>(BinEdges::kStretch) && !edges.isMuch(end))
+            while (end < to && edges.edges()[end] - edges.edges()[bin] < kHeldAtOnce && !edges.isMuch(end))
                 ++end;
             const std::size_t after = std::min(series.elementCount(), edges.edges()[end] + 1);
             const plotix::PagedMemory::Hold held = series.y().hold(edges.edges()[bin], after);

@@ -2,8 +2,10 @@
 
 #include <QtCore/QDateTime>
 
+#include <chrono>
 #include <cmath>
 #include <cstdlib>
+#include <unordered_map>
 
 namespace plotkit {
 
@@ -19,12 +21,50 @@ QDateTime utcMoment(double seconds)
     return QDateTime::fromSecsSinceEpoch(static_cast<qint64>(std::floor(known)), Qt::UTC);
 }
 
+/// What the system's clocks were found to show: each question goes to its files, and a graph that is panned asks for
+/// the same moments frame by frame. Where the system's zone is another one, that is seen within a second, and at once
+/// where the environment names it. Each thread has its own.
+class SystemOffsets {
+public:
+    int at(const QDateTime& utc)
+    {
+        forgetWhatIsOld();
+        const auto [known, isNew] = m_known.try_emplace(utc.toSecsSinceEpoch());
+        if (isNew)
+            known->second = utc.toLocalTime().offsetFromUtc();
+        return known->second;
+    }
+
+private:
+    using Clock = std::chrono::steady_clock;
+
+    void forgetWhatIsOld()
+    {
+        constexpr std::size_t kMost = 10'000;
+        constexpr auto kAge = std::chrono::seconds(1);
+        const Clock::time_point now = Clock::now();
+        const QByteArray named = qgetenv("TZ");
+        if (now - m_since < kAge && named == m_named && m_known.size() < kMost)
+            return;
+        m_known.clear();
+        m_since = now;
+        m_named = named;
+    }
+
+    std::unordered_map<qint64, int> m_known;  // seconds since 1970 to seconds east
+    Clock::time_point m_since;
+    QByteArray m_named;
+};
+
 }  // namespace
 
 int offsetAt(const QTimeZone& zone, double moment)
 {
     const QDateTime utc = utcMoment(moment);
-    return zone.isValid() ? zone.offsetFromUtc(utc) : utc.toLocalTime().offsetFromUtc();
+    if (zone.isValid())
+        return zone.offsetFromUtc(utc);
+    thread_local SystemOffsets offsets;
+    return offsets.at(utc);
 }
 
 // The toolkit leaves open which of two moments it answers, and where clocks jump by a day it answers neither.

@@ -44,28 +44,30 @@ CPTPointWriter::CPTPointWriter(Arrays arrays, std::size_t first, std::size_t end
 
 void CPTPointWriter::setBlock(std::size_t at, std::span<const double> values, const plotix::ValidityBitmap& validity)
 {
+    if (validity.isAllValid())
+        return setBlock(at, values, static_cast<const std::uint64_t*>(nullptr));
+    const std::size_t known = std::max(at, validity.words().size() * kWordBits);
+    setBlock(at, values.first(std::min(values.size(), known - at)), validity.words().data() + at / kWordBits);
+}
+
+void CPTPointWriter::setBlock(std::size_t at, std::span<const double> values, const std::uint64_t* valid)
+{
     assert(at % kWordBits == 0 && at >= m_first && at + values.size() <= m_end);
     dropUpTo(at);
-    const auto validityFrom = [&validity](std::size_t word) {
-        return validity.isAllValid() ? nullptr : validity.words().data() + word;
-    };
-    const std::size_t known = validity.isAllValid() ? (m_end + kWordBits - 1) / kWordBits : validity.words().size();
     const plotkit::SeriesNarrowing& narrowing = plotkit::SeriesNarrowing::best();
     const CPTFineBlocks& fine = m_arrays.fine;
     for (std::size_t done = 0; done < values.size();) {
         const std::size_t element = at + done;
         const std::size_t word = element / kWordBits;
         const std::size_t block = element / CPTFineBlocks::kElements;
-        const std::size_t words = std::min((values.size() - done) / kWordBits, known > word ? known - word : 0);
-        done += kWordBits * narrowing.narrow(values.data() + done, validityFrom(word), words,
+        const std::uint64_t* bits = valid ? valid + done / kWordBits : nullptr;
+        done += kWordBits * narrowing.narrow(values.data() + done, bits, (values.size() - done) / kWordBits,
                                              {m_arrays.y + element, m_arrays.points + word, fine.least() + block,
                                               fine.greatest() + block, fine.first() + block});
         const std::size_t rest = std::min(kWordBits, values.size() - done);
-        const std::size_t next = (at + done) / kWordBits;
         if (rest == 0)
             break;
-        const std::uint64_t valid = next < known ? (validity.isAllValid() ? kAll : validity.words()[next]) : 0;
-        setRest(at + done, values.subspan(done, rest), valid);
+        setRest(at + done, values.subspan(done, rest), valid ? valid[done / kWordBits] : kAll);
         done += rest;
     }
     m_filled = std::max(m_filled, at + values.size());

@@ -30,6 +30,9 @@ public:
     /// Requires: `at` is a multiple of 64, the block lies inside, and the validity of its elements is held.
     void setBlock(std::size_t at, std::span<const double> values, const plotix::ValidityBitmap& validity);
 
+    /// The same with a bit for each of these values, from bit 0; null: all are valid.
+    void setBlock(std::size_t at, std::span<const double> values, const std::uint64_t* valid);
+
     /// One element on its own; outside: nothing happens. A NaN is dropped.
     void setPoint(std::size_t element, double value);
     void dropPoint(std::size_t element);

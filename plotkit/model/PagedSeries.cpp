@@ -22,12 +22,22 @@ public:
     CPTSeriesRuns::Values made()
     {
         const plotix::TimeRuns& times = *m_runs.times;
+        const auto begin = times.begin.begin();
+        const auto runsEnd = begin + static_cast<std::ptrdiff_t>(times.count());
+        const auto count = static_cast<std::size_t>(std::lower_bound(begin, runsEnd, m_points.elements()) - begin);
+        for (std::vector<float>* each : {&m_made.least, &m_made.greatest, &m_made.first})
+            each->resize(count);
         const std::set<std::size_t> changed = changedRuns();
-        for (std::size_t run = 0; run < times.count() && times.begin[run] < m_points.elements(); ++run) {
-            const bool isCut = times.begin[run + 1] > m_points.elements();
-            if (isCut || run >= m_runs.values.count() || changed.count(run) > 0 || !narrow(run))
-                lookInto(times.begin[run], std::min(times.begin[run + 1], m_points.elements()));
-        }
+        std::size_t run = 0;
+        m_runs.values.inPieces([&](const plotix::ValueRuns& piece) {
+            for (std::size_t place = 0; place < piece.count() && run < count; ++place, ++run)
+                if (!narrow(piece, place, run) || (!changed.empty() && changed.count(run) > 0))
+                    lookInto(run);
+        });
+        for (; run < count; ++run)
+            lookInto(run);
+        if (count > 0 && times.begin[count] > m_points.elements())
+            lookInto(count - 1);  // it is cut
         return std::move(m_made);
     }
 
@@ -43,27 +53,29 @@ private:
         return changed;
     }
 
-    void add(const CPTMinMax& pair, float first)
+    void set(std::size_t run, const CPTMinMax& pair, float first)
     {
-        m_made.least.push_back(pair.min);
-        m_made.greatest.push_back(pair.max);
-        m_made.first.push_back(std::isfinite(first) ? first : kNone);
+        m_made.least[run] = pair.min;
+        m_made.greatest[run] = pair.max;
+        m_made.first[run] = std::isfinite(first) ? first : kNone;
     }
 
     /// False where the values of a run do not tell about its finite points. Narrowing keeps the order of values.
-    bool narrow(std::size_t run)
+    bool narrow(const plotix::ValueRuns& piece, std::size_t place, std::size_t run)
     {
-        const CPTMinMax pair{plotix::singlePrecision(m_runs.values.least[run]),
-                             plotix::singlePrecision(m_runs.values.greatest[run])};
+        const CPTMinMax pair{plotix::singlePrecision(piece.least[place]),
+                             plotix::singlePrecision(piece.greatest[place])};
         const bool isEmpty = pair.min > pair.max;
         if (!isEmpty && !(std::isfinite(pair.min) && std::isfinite(pair.max)))
             return false;
-        add(isEmpty ? emptyMinMax() : pair, isEmpty ? kNone : plotix::singlePrecision(m_runs.values.first[run]));
+        set(run, isEmpty ? emptyMinMax() : pair, isEmpty ? kNone : plotix::singlePrecision(piece.first[place]));
         return true;
     }
 
-    void lookInto(std::size_t first, std::size_t end)
+    void lookInto(std::size_t run)
     {
+        const std::size_t first = m_runs.times->begin[run];
+        const std::size_t end = std::min(m_runs.times->begin[run + 1], m_points.elements());
         m_held = m_points.hold(first, end);  // while the page before is held: it may be the same
         const plotix::ValidityBitmap isPoint = m_points.points();
         const float* y = m_points.y().data();
@@ -71,7 +83,7 @@ private:
         for (std::size_t element = first; element < end; ++element)
             if (isPoint.isValid(element) && std::isfinite(y[element]))
                 pair = joined(pair, {y[element], y[element]});
-        add(pair, isPoint.isValid(first) ? y[first] : kNone);
+        set(run, pair, isPoint.isValid(first) ? y[first] : kNone);
     }
 
     const PagedSeriesRuns& m_runs;

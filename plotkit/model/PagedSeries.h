@@ -15,7 +15,7 @@ namespace plotkit {
 struct PagedSeriesRuns {
     std::shared_ptr<const plotix::TimeRuns> times;
     /// As the points are written, so in their unit. Where the least or the greatest is NaN nothing is known.
-    const plotix::ValueRuns& values;
+    const plotix::KeptRuns& values;
     /// Elements whose points may be others than the values of their run tell: exceptions.
     std::span<const std::size_t> changed = {};
 };

@@ -14,11 +14,22 @@ bool isOpaque(const CPTFill& fill)
     });
 }
 
-void paintBackground(GraphCanvas& canvas, const CPTXYGraph& graph, const QRectF& rect, const QRectF& frame)
+void paintBackground(GraphCanvas& canvas, const CPTXYGraph& graph, const GraphBackground::Places& places)
 {
     const CPTPlotAreaFrame& style = graph.plotAreaFrame();
-    canvas.fillRect(rect, graph.fill());
-    canvas.drawRoundedFrame(frame, style.fill, style.borderLineStyle, style.cornerRadius);
+    canvas.fillRect(places.rect, graph.fill());
+    canvas.drawRoundedFrame(places.frame, style.fill, style.borderLineStyle, style.cornerRadius);
+    for (const GraphBackground::Places::Panel& panel : places.panels)
+        canvas.drawRoundedFrame(panel.rect, panel.fill, std::nullopt, 0);
+}
+
+GraphBackground::Places narrowed(GraphBackground::Places places, double by)
+{
+    places.rect.adjust(0, 0, -by, 0);
+    places.frame.adjust(0, 0, -by, 0);
+    for (GraphBackground::Places::Panel& panel : places.panels)
+        panel.rect.adjust(0, 0, -by, 0);
+    return places;
 }
 
 /// Rounded up, so that a window dragged larger does not need new memory at every step.
@@ -32,16 +43,19 @@ int roomFor(int pixels)
 }  // namespace
 
 GraphBackground::AlikeColumns GraphBackground::alikeColumns(const GraphCanvas& canvas, const CPTPlotAreaFrame& style,
-                                                            const QRectF& rect, const QRectF& frame)
+                                                            const Places& places)
 {
     constexpr double kWorthwhile = 64;
     constexpr double kMost = 1 << 20;
     constexpr double kKept = 8;
     const double density = canvas.density();
-    const QRectF target = canvas.alignedRect(rect);
-    const QRectF inner = canvas.alignedRect(frame);
+    const QRectF target = canvas.alignedRect(places.rect);
+    const QRectF inner = canvas.alignedRect(places.frame);
     const double border = style.borderLineStyle ? style.borderLineStyle->width : 0;
-    const double corner = std::ceil((style.cornerRadius + border) * density) + 3;
+    double side = style.cornerRadius + border;
+    for (const Places::Panel& panel : places.panels)
+        side = std::max({side, panel.rect.left() - places.frame.left(), places.frame.right() - panel.rect.right()});
+    const double corner = std::ceil(side * density) + 3;
     const double spare = inner.width() - 2 * corner - kKept;
     const bool isWithin = inner.left() >= target.left() && inner.right() <= target.right();
     if (!isWithin || density != std::floor(density) || !(corner >= 0) || !(spare >= kWorthwhile && spare < kMost))
@@ -51,8 +65,9 @@ GraphBackground::AlikeColumns GraphBackground::alikeColumns(const GraphCanvas& c
 }
 
 /// Fresh memory comes page by page from the system, which costs more than painting a background into it.
-bool GraphBackground::makeImage(const QSize& pixels)
+bool GraphBackground::makeImage(const QSize& pixels, bool isOpaque)
 {
+    const QImage::Format format = isOpaque ? QImage::Format_RGB32 : QImage::Format_ARGB32_Premultiplied;
     m_image = QImage();
     const QSize wanted(roomFor(pixels.width()), roomFor(pixels.height()));
     const QSize had = m_memory.size();
@@ -62,22 +77,24 @@ bool GraphBackground::makeImage(const QSize& pixels)
         m_memory = QImage(wanted, QImage::Format_RGB32);
     if (m_memory.isNull() || pixels.isEmpty())
         return false;
-    m_image = QImage(m_memory.bits(), pixels.width(), pixels.height(), m_memory.bytesPerLine(), QImage::Format_RGB32);
+    m_image = QImage(m_memory.bits(), pixels.width(), pixels.height(), m_memory.bytesPerLine(), format);
+    if (!isOpaque)
+        m_image.fill(Qt::transparent);
     return !m_image.isNull();
 }
 
 /// Paints what can be seen of the look, into memory of our own.
 bool GraphBackground::make(const CPTXYGraph& graph, const Look& look, const AlikeColumns& alike)
 {
-    if (!makeImage(look.pixels - QSize(alike.spare, 0)))
+    if (!makeImage(look.pixels - QSize(alike.spare, 0), look.isOpaque))
         return false;
     {
         const double narrower = alike.spare / look.density;
         QPainter painter(&m_image);
-        painter.translate(look.origin - look.rect.topLeft() * look.density);
+        painter.translate(look.origin - look.places.rect.topLeft() * look.density);
         painter.scale(look.density, look.density);
         GraphCanvas canvas(painter);
-        paintBackground(canvas, graph, look.rect.adjusted(0, 0, -narrower, 0), look.frame.adjusted(0, 0, -narrower, 0));
+        paintBackground(canvas, graph, narrowed(look.places, narrower));
     }
     m_runs = PixelRuns(m_image, alike.column, alike.spare);
     return alike.spare == 0 || !m_runs.isEmpty() || make(graph, look, {});
@@ -85,36 +102,46 @@ bool GraphBackground::make(const CPTXYGraph& graph, const Look& look, const Alik
 
 const QImage& GraphBackground::wholeImage()
 {
-    if (m_image.size() != m_look.pixels && makeImage(m_look.pixels))
+    if (m_image.size() != m_look.pixels && makeImage(m_look.pixels, m_look.isOpaque))
         m_runs.draw(m_image, {0, 0}, m_image.rect());
     return m_image;
 }
 
-void GraphBackground::draw(GraphCanvas& canvas, const CPTXYGraph& graph, const QRectF& rect, const QRectF& frame)
+/// Without anything kept.
+void GraphBackground::paintOver(GraphCanvas& canvas, const CPTXYGraph& graph, const Places& places, Beneath beneath)
 {
-    // Only an opaque background can be copied as it is: every other is blended with what is there, and gives the same
-    // pixels only when drawn there.
-    if (!canvas.isAligned() || !isOpaque(graph.fill())) {
-        paintBackground(canvas, graph, rect, frame);
-        return;
+    if (beneath == Beneath::Nothing) {
+        canvas.painter().setCompositionMode(QPainter::CompositionMode_Clear);
+        canvas.painter().fillRect(canvas.alignedRect(places.rect), Qt::black);
+        canvas.painter().setCompositionMode(QPainter::CompositionMode_SourceOver);
     }
-    const QRectF target = canvas.alignedRect(rect);
-    const QPointF origin = canvas.toPainter(rect).topLeft() - target.topLeft();
+    paintBackground(canvas, graph, places);
+}
+
+void GraphBackground::draw(GraphCanvas& canvas, const CPTXYGraph& graph, const Places& places, Beneath beneath)
+{
+    // A translucent background is blended with what is there: it gives the same pixels only when drawn there.
+    const bool opaque = isOpaque(graph.fill());
+    if (!canvas.isAligned() || (!opaque && beneath == Beneath::Picture))
+        return paintOver(canvas, graph, places, beneath);
+    const QRectF target = canvas.alignedRect(places.rect);
+    const QPointF origin = canvas.toPainter(places.rect).topLeft() - target.topLeft();
     const CPTPlotAreaFrame& style = graph.plotAreaFrame();
-    Look look{origin,     canvas.density(),      target.size().toSize(), rect, frame, graph.fill(),
-              style.fill, style.borderLineStyle, style.cornerRadius};
+    Look look{origin,     canvas.density(),      target.size().toSize(), places, graph.fill(),
+              style.fill, style.borderLineStyle, style.cornerRadius,     opaque};
     if (m_image.isNull() || !(look == m_look)) {
-        if (!make(graph, look, alikeColumns(canvas, style, rect, frame))) {
-            paintBackground(canvas, graph, rect, frame);
-            return;
-        }
+        if (!make(graph, look, alikeColumns(canvas, style, places)))
+            return paintOver(canvas, graph, places, beneath);
         m_look = std::move(look);
     }
     QImage* image = m_runs.isEmpty() ? nullptr : canvas.directImage();
     if (image != nullptr)
-        m_runs.draw(*image, target.topLeft().toPoint(), canvas.visiblePixels());
-    else
-        canvas.painter().drawImage(target.topLeft(), wholeImage());
+        return m_runs.draw(*image, target.topLeft().toPoint(), canvas.visiblePixels());
+    const QPainter::CompositionMode mode = canvas.painter().compositionMode();
+    if (!opaque)
+        canvas.painter().setCompositionMode(QPainter::CompositionMode_Source);
+    canvas.painter().drawImage(target.topLeft(), wholeImage());
+    canvas.painter().setCompositionMode(mode);
 }
 
 }  // namespace plotkit

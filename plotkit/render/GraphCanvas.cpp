@@ -125,7 +125,11 @@ void GraphCanvas::fillRect(const QRectF& rect, const CPTFill& fill)
     if (!isVisible(fill))
         return;
     const QRectF aligned = alignedRect(rect);
-    m_painter.fillRect(aligned, brushForFill(fill, aligned));
+    QImage* image = fill.stops.size() == 1 ? directImage() : nullptr;
+    if (image)
+        blendRect(*image, aligned.toRect().intersected(visiblePixels()), fill.stops.front().color);
+    else
+        m_painter.fillRect(aligned, brushForFill(fill, aligned));
 }
 
 void GraphCanvas::drawRoundedFrame(const QRectF& rect, const CPTFill& fill, const std::optional<CPTLineStyle>& border,
@@ -140,11 +144,38 @@ void GraphCanvas::drawRoundedFrame(const QRectF& rect, const CPTFill& fill, cons
     if (!middle.isValid())
         return;
     const double radius = std::min({cornerRadius * m_density, middle.width() / 2, middle.height() / 2});
+    if (radius <= 0 && drawPlainFrame(outer.toRect(), fill, hasBorder ? border : std::nullopt, width))
+        return;
     m_painter.setPen(Qt::NoPen);
     m_painter.setBrush(isVisible(fill) ? brushForFill(fill, outer) : QBrush(Qt::NoBrush));
     if (hasBorder)
         m_painter.setPen(QPen(border->color, width));
     m_painter.drawRoundedRect(middle, radius, radius);
+}
+
+/// Of one colour, and either filled or outlined: the rectangles of whole pixels that it is. False: drawn by nobody yet.
+bool GraphCanvas::drawPlainFrame(const QRect& outer, const CPTFill& fill, const std::optional<CPTLineStyle>& border,
+                                 double width)
+{
+    const bool isFilled = isVisible(fill);
+    const int edge = static_cast<int>(width);
+    QImage* image = isFilled != border.has_value() ? directImage() : nullptr;
+    if (!image || fill.stops.size() > 1 || 2 * edge > std::min(outer.width(), outer.height()))
+        return false;
+    const QRect visible = visiblePixels();
+    const auto blend = [&](const QRect& rect, const QColor& color) {
+        blendRect(*image, rect.intersected(visible), color);
+    };
+    if (isFilled) {
+        blend(outer, fill.stops.front().color);
+        return true;
+    }
+    const QRect within = outer.adjusted(edge, edge, -edge, -edge);
+    blend({outer.left(), outer.top(), outer.width(), edge}, border->color);
+    blend({outer.left(), within.bottom() + 1, outer.width(), edge}, border->color);
+    blend({outer.left(), within.top(), edge, within.height()}, border->color);
+    blend({within.right() + 1, within.top(), edge, within.height()}, border->color);
+    return true;
 }
 
 /// Butt ends, whatever the style's: they lie within what is drawn.

@@ -57,6 +57,8 @@ private:
     struct AlignedStroke;
     AlignedStroke alignedStroke(const QLineF& line, const CPTLineStyle& style) const;
     QPointF toPainter(const QPointF& point) const { return point * m_density + m_offset; }
+    bool drawPlainFrame(const QRect& outer, const CPTFill& fill, const std::optional<CPTLineStyle>& border,
+                        double width);
     void drawDashes(const QLineF& line, const CPTLineStyle& style);
     void drawFreeLine(const QLineF& line, const CPTLineStyle& style);
 

@@ -41,11 +41,10 @@ void GraphFrames::keep(const CPTXYGraph& graph, const QRectF& rect, const Look& 
     m_look = look;
     if (m_picture.isNull())
         return;
-    m_picture.fill(Qt::transparent);
     QPainter painter(&m_picture);
     painter.translate(look.origin - rect.topLeft() * look.density);
     painter.scale(look.density, look.density);
-    m_painter.paintBelowLayers(painter, graph, rect);
+    m_painter.paintBelowLayers(painter, graph, rect, Beneath::Nothing);
 }
 
 }  // namespace plotkit

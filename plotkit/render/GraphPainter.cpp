@@ -67,10 +67,13 @@ void drawTexts(GraphCanvas& canvas, const AxisLayout& layout, const CPTXYAxis& a
         canvas.drawText(*layout.title, axis.titleTextStyle(), backgroundOf(*layout.title, plotArea));
 }
 
-void drawStripFills(GraphCanvas& canvas, const GraphLayout& layout)
+GraphBackground::Places placesOf(const GraphLayout& layout, const QRectF& rect)
 {
+    GraphBackground::Places places{rect, layout.frame};
     for (const StripLayout& strip : layout.strips)
-        canvas.drawRoundedFrame(strip.area, strip.space->strip().fill, std::nullopt, 0);
+        if (isVisible(strip.space->strip().fill))
+            places.panels.push_back({strip.area, strip.space->strip().fill});
+    return places;
 }
 
 /// Above the grid, whose lines would notch them.
@@ -125,19 +128,19 @@ void GraphPainter::paint(QPainter& painter, const CPTXYGraph& graph, const QRect
     paintLayers(painter, graph, rect);
 }
 
-void GraphPainter::paintBelowLayers(QPainter& painter, const CPTXYGraph& graph, const QRectF& rect)
+void GraphPainter::paintBelowLayers(QPainter& painter, const CPTXYGraph& graph, const QRectF& rect, Beneath beneath)
 {
     if (rect.isEmpty())
         return;
     const GraphLayout layout = layOutGraph(
         graph, rect, [this](const QString& text, const CPTTextStyle& style) { return m_texts.sizeOf(text, style); });
-    paintLaidOut(painter, graph, rect, layout);
+    paintLaidOut(painter, graph, rect, layout, beneath);
     for (const PlacedLegendEntry& entry : layout.legend.entries)
         paintLineSample(painter, entry.sample, *entry.plot);
 }
 
 void GraphPainter::paintLaidOut(QPainter& painter, const CPTXYGraph& graph, const QRectF& rect,
-                                const GraphLayout& layout)
+                                const GraphLayout& layout, Beneath beneath)
 {
     const auto eachAxis = [&](const auto& draw) {
         for (std::size_t index = 0; index < layout.axes.size(); ++index)
@@ -145,8 +148,7 @@ void GraphPainter::paintLaidOut(QPainter& painter, const CPTXYGraph& graph, cons
     };
 
     GraphCanvas canvas(painter, &m_texts);
-    m_background.draw(canvas, graph, rect, layout.frame);
-    drawStripFills(canvas, layout);
+    m_background.draw(canvas, graph, placesOf(layout, rect), beneath);
     eachAxis([&](const AxisLayout& axisLayout, const CPTXYAxis& axis) { drawGrid(canvas, axisLayout, axis); });
     drawStripBorders(canvas, layout);
     // Before the plots: a value that stays on the axis must be seen.

@@ -14,10 +14,12 @@ public:
     void paint(QPainter& painter, const CPTXYGraph& graph, const QRectF& rect);
 
     /// The same without the layers.
-    void paintBelowLayers(QPainter& painter, const CPTXYGraph& graph, const QRectF& rect);
+    void paintBelowLayers(QPainter& painter, const CPTXYGraph& graph, const QRectF& rect,
+                          Beneath beneath = Beneath::Picture);
 
 private:
-    void paintLaidOut(QPainter& painter, const CPTXYGraph& graph, const QRectF& rect, const GraphLayout& layout);
+    void paintLaidOut(QPainter& painter, const CPTXYGraph& graph, const QRectF& rect, const GraphLayout& layout,
+                      Beneath beneath);
 
     GraphBackground m_background;
     PlotPainting m_plots;

@@ -1,5 +1,6 @@
 #include "plotkit/widget/CPTGraphHostingView.h"
 
+#include "plotkit/render/GraphCanvas.h"
 #include "plotkit/render/GraphFrames.h"
 #include "plotkit/render/GraphRendering.h"
 #include "plotkit/render/GraphText.h"
@@ -21,7 +22,7 @@ namespace {
 
 /// How strongly the line round a focused view shows, 0 to 1.
 constexpr float kFocusHintOpacity = 0.45F;
-constexpr double kFocusHintRadius = 6.0;  // points
+constexpr double kFocusHintRadius = 5.5;  // points, to the middle of the line: its arcs end on whole ones
 
 /// What stands where a graph will be: the theme's frame without anything in it.
 const CPTXYGraph& emptyGraph()
@@ -128,10 +129,27 @@ void CPTGraphHostingView::drawFocusHint(QPainter& painter) const
         return;
     QColor color = palette().color(QPalette::Highlight);
     color.setAlphaF(kFocusHintOpacity);
+    const QRectF line = QRectF(rect()).adjusted(0.5, 0.5, -0.5, -0.5);
+    const QSizeF arc(2 * kFocusHintRadius, 2 * kFocusHintRadius);
+    if (line.width() < arc.width() || line.height() < arc.height())
+        return;
+    // Piece by piece: as one figure it has as many rows as the view, and the painter would wake threads for it.
     painter.setRenderHint(QPainter::Antialiasing);
     painter.setBrush(Qt::NoBrush);
-    painter.setPen(QPen(color, 1.0));
-    painter.drawRoundedRect(QRectF(rect()).adjusted(0.5, 0.5, -0.5, -0.5), kFocusHintRadius, kFocusHintRadius);
+    painter.setPen(QPen(color, 1.0, Qt::SolidLine, Qt::FlatCap));
+    const QPointF far = line.bottomRight() - QPointF(arc.width(), arc.height());
+    constexpr int kQuarter = 90 * 16;  // sixteenths of a degree, from three o'clock against the clock
+    painter.drawArc(QRectF(QPointF(far.x(), line.top()), arc), 0, kQuarter);
+    painter.drawArc(QRectF(line.topLeft(), arc), kQuarter, kQuarter);
+    painter.drawArc(QRectF(QPointF(line.left(), far.y()), arc), 2 * kQuarter, kQuarter);
+    painter.drawArc(QRectF(far, arc), 3 * kQuarter, kQuarter);
+    plotkit::GraphCanvas canvas(painter);
+    const CPTLineStyle style{.width = 1, .color = color};
+    const QRectF straight = line.adjusted(kFocusHintRadius, kFocusHintRadius, -kFocusHintRadius, -kFocusHintRadius);
+    for (const double y : {line.top(), line.bottom()})
+        canvas.drawLine({straight.left(), y, straight.right(), y}, style);
+    for (const double x : {line.left(), line.right()})
+        canvas.drawLine({x, straight.top(), x, straight.bottom()}, style);
 }
 
 void CPTGraphHostingView::resizeEvent(QResizeEvent* event)

@@ -193,7 +193,7 @@ public:
     Q_INVOKABLE void drawGraphOnPaper(QPainter* painter, const QRectF& rect);  ///< points; dark on white, no titles
 
     // Statistics table.
-    void updateInfoTable();
+    Q_INVOKABLE void updateInfoTable();  ///< works out the rows anew, from the records shown
     void setPlotForPropertyName(const QString& propertyName, bool hidden);
     Q_INVOKABLE void showClicked(QObject* sender);
     Q_INVOKABLE void copyTable(QObject* sender);  ///< see PropertyDetailsTableView::copyRows; without a view nothing

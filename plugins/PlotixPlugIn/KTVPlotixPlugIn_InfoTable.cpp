@@ -211,8 +211,10 @@ void KTVPlotixPlugIn::setPlotForPropertyName(const QString& propertyName, bool h
     const CPTXYGraphPtr hostedGraph = m_hostView ? m_hostView->hostedGraph() : nullptr;
     if (!hostedGraph)
         return;
-    if (const CPTScatterPlotPtr plot = hostedGraph->plotWithIdentifier(propertyName))
-        plot->setHidden(hidden);
+    const CPTScatterPlotPtr plot = hostedGraph->plotWithIdentifier(propertyName);
+    if (!plot || plot->isHidden() == hidden)
+        return;
+    plot->setHidden(hidden);
     m_reader->tell(&plotix::ReadingPart::linesChanged);
     updateRangeNotice();
 }

@@ -55,6 +55,8 @@ void PropertyDetailsTableView::copyRows() const
     }
     if (rows.empty())
         return;
+    if (m_model->figures())
+        m_model->figures()->takeUp();
     plotix::TableText text = textOfRows(rows);
     if (m_copiedHeading)
         text.heading = m_copiedHeading();

@@ -6,6 +6,7 @@
 #include "records/sqlite/ChunkRoom.h"
 #include "records/sqlite/ChunkStore.h"
 #include "records/sqlite/IndexStore.h"
+#include "records/sqlite/Outlining.h"
 #include "records/sqlite/RecordSchema.h"
 
 #include <QtCore/QFileInfo>
@@ -101,8 +102,7 @@ private:
     {
         double from = -kInfinity;  // everything before it is compacted
         for (bool more = true; more;) {
-            const double total = static_cast<double>(std::max(m_result.chunksBefore, m_seen + 1));
-            if (m_progress && !m_progress(kShareOfJoining * static_cast<double>(m_seen) / total)) {
+            if (m_progress && !m_progress(shareSeen())) {
                 m_result.stopped = true;
                 return;
             }
@@ -110,6 +110,27 @@ private:
             more = joinSome(agent, from);
             m_database.commit();
         }
+        outlineAgent(agent);
+    }
+
+    void outlineAgent(RowId agent)
+    {
+        double from = -kInfinity;  // everything before it is outlined
+        for (bool more = true; more;) {
+            if (m_progress && !m_progress(shareSeen())) {
+                m_result.stopped = true;
+                return;
+            }
+            m_database.beginWriting();
+            more = Outlining(m_chunks).completeSome(agent, from);
+            m_database.commit();
+        }
+    }
+
+    double shareSeen() const
+    {
+        const double total = static_cast<double>(std::max(m_result.chunksBefore, m_seen + 1));
+        return kShareOfJoining * static_cast<double>(m_seen) / total;
     }
 
     /// Joins the next chunks of an agent, and after the last one its tail. True when there are more.

@@ -8,6 +8,7 @@
 #include "records/sqlite/ChunkRoom.h"
 #include "records/sqlite/ChunkStore.h"
 #include "records/sqlite/IndexStore.h"
+#include "records/sqlite/Outlining.h"
 #include "records/sqlite/RecordSchema.h"
 
 #include <algorithm>
@@ -44,6 +45,7 @@ public:
         m_database.execute("BEGIN");
         step([this] { checkStructure(); });
         step([this] { checkOrphans(); });
+        step([this] { checkOutlines(); });
         step([this] { checkAmendments(); });
         step([this] { checkAgents(); });
         if (!m_result.stopped && m_progress)
@@ -117,6 +119,17 @@ private:
             find(QStringLiteral("%1 rows of the table “tail” belong to no agent.").arg(count.integer(0)));
     }
 
+    void checkOutlines()
+    {
+        if (!m_chunks.outlines().exists())
+            return;
+        Statement count(m_database, "SELECT (SELECT count(*) FROM outlined WHERE id / 1048576 NOT IN (SELECT id FROM "
+                                    "outline)) + (SELECT count(*) FROM outline WHERE agent NOT IN (SELECT agent FROM "
+                                    "chunk))");
+        if (count.step() && count.integer(0) > 0)
+            find(QStringLiteral("%1 rows of outlines belong to no chunks.").arg(count.integer(0)));
+    }
+
     /// A document of a version before has none.
     void checkAmendments()
     {
@@ -139,6 +152,7 @@ private:
     void checkAgent(RowId agent)
     {
         readProperties(agent);
+        readOutlines(agent);
         double last = -kInfinity;
         Statement rows(m_database, "SELECT id, t0, t1, n FROM chunk WHERE agent = ? ORDER BY t0, id");
         rows.bind(1, agent);
@@ -171,6 +185,23 @@ private:
             m_properties.push_back(properties.integer(0));
     }
 
+    /// Those left are of the chunks they say; whether they say the truth, the chunks will tell.
+    void readOutlines(RowId agent)
+    {
+        m_outline = {};
+        m_outlines = m_chunks.outlines().between(agent, -kInfinity, kInfinity);
+        std::erase_if(m_outlines, [&](const Outline& each) {
+            const std::vector<Chunk> chunks = m_chunks.chunksBetween(agent, each.t0, each.t1);
+            return chunks.size() != each.chunks.size() || !each.isOf(chunks);
+        });
+        const std::size_t damaged = m_chunks.outlines().countOf(agent) - m_outlines.size();
+        if (damaged > 0)
+            find(QStringLiteral("%1 outlines of agent %2 are damaged; its records are read instead, and compacting "
+                                "makes new ones.")
+                     .arg(damaged)
+                     .arg(agent));
+    }
+
     void checkChunk(const Chunk& chunk)
     {
         m_room.require(chunk);
@@ -182,6 +213,8 @@ private:
         if (records.isEmpty())
             return;
         tally(view);
+        if (changed.empty())
+            addToOutline(chunk, view);
         if (!view.isOrdered())
             findInChunk(chunk, QStringLiteral("has times that do not rise"));
         if (view.times[0] != chunk.t0 || view.times[view.size - 1] != chunk.t1)
@@ -200,6 +233,22 @@ private:
         if (count.step() && static_cast<std::size_t>(count.integer(0)) != summaries)
             findInChunk(chunk, QStringLiteral("has summaries of values that are not there"));
         checkTimesOfRuns(chunk, view);
+    }
+
+    /// Chunks come in time order. An outline of which one cannot be read is not looked at: that is found already.
+    void addToOutline(const Chunk& chunk, const RecordsView& records)
+    {
+        const auto stored = std::find_if(m_outlines.begin(), m_outlines.end(), [&](const Outline& each) {
+            return each.t0 <= chunk.t0 && chunk.t0 <= each.t1;
+        });
+        if (stored == m_outlines.end())
+            return;
+        if (stored->chunks.front() == chunk.id)
+            m_outline = {};
+        m_outline.add(chunk, ChunkFigures::of(records));
+        if (m_outline.chunks() == stored->chunks.size() && !m_outline.isToldBy(m_chunks.outlines(), *stored))
+            findInChunk(chunk, QStringLiteral("is in an outline that is damaged; its records are read instead, and "
+                                              "compacting makes a new one"));
     }
 
     bool hasSummary(const Chunk& chunk, RowId property)
@@ -302,6 +351,8 @@ private:
     VerificationResult m_result;
     RowId m_agent = 0;
     std::vector<RowId> m_properties;  // of the agent, ascending
+    std::vector<Outline> m_outlines;  // of the agent, in time order
+    OutlineInWork m_outline;          // of the chunks of the one that was begun last
     double m_total = 0;               // chunks
 };
 

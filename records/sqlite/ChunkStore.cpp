@@ -9,10 +9,14 @@
 #include <algorithm>
 #include <cstring>
 #include <limits>
+#include <utility>
 
 namespace plotix {
 
 namespace {
+
+/// Chunks that may become part of an outline before long, of a few agents.
+constexpr std::size_t kMostFigures = 256;
 
 qint64 firstId(qint64 chunk)
 {
@@ -48,10 +52,11 @@ struct ChunkStore::Writing {
 ChunkStore::ChunkStore(Database& database)
     : m_database(database),
       m_tail(database),
+      m_outlines(database),
       m_first(database, "SELECT id, t0, t1, n FROM chunk WHERE agent = ? ORDER BY t0 LIMIT 1"),
       m_last(database, "SELECT id, t0, t1, n FROM chunk WHERE agent = ? ORDER BY t0 DESC LIMIT 1"),
       m_atOrBefore(database, "SELECT id, t0, t1, n FROM chunk WHERE agent = ? AND t0 <= ? ORDER BY t0 DESC LIMIT 1"),
-      m_after(database, "SELECT id, t0, t1, n FROM chunk WHERE agent = ? AND t0 > ? ORDER BY t0 LIMIT 1"),
+      m_after(database, "SELECT id, t0, t1, n FROM chunk WHERE agent = ? AND t0 > ? ORDER BY t0 LIMIT ?"),
       m_between(database, "SELECT id, t0, t1, n FROM chunk WHERE agent = ?1 AND t1 >= ?2 AND t0 <= ?3 ORDER BY t0"),
       m_nextAgent(database, "SELECT agent FROM chunk WHERE agent > ? ORDER BY agent LIMIT 1"),
       m_ids(database, "SELECT id FROM chunk WHERE id >= ? AND id <= ? ORDER BY id"),
@@ -126,8 +131,8 @@ std::optional<Chunk> ChunkStore::lastChunkBeginningAt(RowId agent, double time)
 
 std::optional<double> ChunkStore::firstBeginningAfter(RowId agent, double time)
 {
-    const std::optional<Chunk> chunk = one(m_after.bind(1, agent).bind(2, time));
-    return chunk ? std::optional(chunk->t0) : std::nullopt;
+    const std::vector<Chunk> chunk = firstChunksAfter(agent, time, 1);
+    return chunk.empty() ? std::nullopt : std::optional(chunk.front().t0);
 }
 
 std::vector<Chunk> ChunkStore::chunksBetween(RowId agent, double from, double to)
@@ -140,6 +145,29 @@ std::vector<Chunk> ChunkStore::chunksBetween(RowId agent, double from, double to
     for (const Chunk& chunk : chunks)
         requirePossible(chunk);
     return chunks;
+}
+
+std::vector<Chunk> ChunkStore::firstChunksAfter(RowId agent, double time, std::size_t most)
+{
+    std::vector<Chunk> chunks;
+    m_after.bind(1, agent).bind(2, time).bind(3, static_cast<qint64>(most));
+    while (m_after.step())
+        chunks.push_back(chunkFrom(m_after));
+    m_after.reset();
+    return chunks;
+}
+
+std::size_t ChunkStore::packedBytes(std::span<const Chunk> chunks)
+{
+    Statement lengths(m_database, "SELECT coalesce(sum(length(data) + coalesce(length(valid), 0)), 0) FROM segment "
+                                  "WHERE id >= ? AND id < ?");
+    std::size_t bytes = 0;
+    for (const Chunk& chunk : chunks) {
+        if (lengths.bind(1, firstId(chunk.id)).bind(2, firstId(chunk.id + 1)).step())
+            bytes += static_cast<std::size_t>(lengths.integer(0));
+        lengths.reset();
+    }
+    return bytes;
 }
 
 bool ChunkStore::hasMoreBetween(RowId agent, double from, double to, std::size_t records)
@@ -235,7 +263,7 @@ ChunkStore::Segment ChunkStore::readSegment(const Chunk& chunk, Records::Column&
     return isRead ? Segment::Sound : Segment::Unreadable;
 }
 
-Chunk ChunkStore::write(RowId agent, const EncodedChunk& chunk)
+Chunk ChunkStore::write(RowId agent, EncodedChunk&& chunk)
 {
     noteTransaction();
     Statement& add = writing().addChunk;
@@ -244,7 +272,16 @@ Chunk ChunkStore::write(RowId agent, const EncodedChunk& chunk)
     // Segments of a chunk are written in the order of their ids: appending is what the tree does fastest.
     for (const EncodedChunk::Segment& segment : chunk.segments)
         writeSegment(id, chunk.n, segment);
+    if (m_figures.size() >= kMostFigures)
+        m_figures.erase(m_figures.begin());
+    m_figures.insert_or_assign(id, std::move(chunk.figures));  // a number comes again after a rollback
     return {id, chunk.t0, chunk.t1, chunk.n};
+}
+
+std::optional<ChunkFigures> ChunkStore::takeFigures(const Chunk& chunk)
+{
+    auto known = m_figures.extract(chunk.id);
+    return known ? std::optional(std::move(known.mapped())) : std::nullopt;
 }
 
 void ChunkStore::writeSegment(qint64 chunk, std::size_t count, const EncodedChunk::Segment& segment)
@@ -270,6 +307,7 @@ void ChunkStore::writeSegment(qint64 chunk, std::size_t count, const EncodedChun
 void ChunkStore::remove(const Chunk& chunk)
 {
     noteTransaction();
+    m_outlines.removeThatOf(chunk);
     for (Statement* each : {&writing().removeSummaries, &writing().removeRuns})
         each->bind(1, firstId(chunk.id)).bind(2, firstId(chunk.id + 1)).run();
     writing().removeChunk.bind(1, chunk.id).run();
@@ -291,6 +329,7 @@ void ChunkStore::noteTransaction()
     if (m_version == version)
         return;
     m_numberBefore = highestNumber();
+    m_figures.clear();
     dropRetired();
     m_version = version;
 }

@@ -2,172 +2,144 @@
 
 #include "base/ReportableError.h"
 #include "records/columns/ValidityBits.h"
-#include "records/sqlite/HelpingThreads.h"
 
 #include <algorithm>
-#include <atomic>
+#include <array>
 #include <optional>
 
 namespace plotix {
 
 namespace {
 
-/// Elements of pages taken at once: chunks seldom end where pages do, and the one that pages share is read by each of
-/// those who take them.
-constexpr std::size_t kTaken = 8 * PagedMemory::kPage;
-
-/// Elements of a result: [first, end).
-struct Stretch {
-    std::size_t first = 0, end = 0;
-};
-
-/// What of the part lies in the stretch.
-ChunkPart cut(const ChunkPart& part, const Stretch& to)
+/// What of the part lies in elements [first, end) of the result.
+ChunkPart cut(const ChunkPart& part, std::size_t first, std::size_t end)
 {
-    const std::size_t begin = std::max(part.target, to.first);
-    const std::size_t end = std::min(part.target + part.count, to.end);
-    return {part.chunk, part.first + (begin - part.target), end - begin, begin};
+    const std::size_t begin = std::max(part.target, first);
+    const std::size_t partEnd = std::min(part.target + part.count, end);
+    return {part.chunk, part.first + (begin - part.target), partEnd - begin, begin};
 }
+
+/// Where elements go: element `first` to the beginning of each. The bits are set before.
+struct Into {
+    double* values;
+    std::uint64_t* words;  // null: every element is valid
+    std::size_t first;     // a multiple of 64
+
+    double* at(std::size_t element) const { return values + (element - first); }
+};
 
 }  // namespace
 
-/// One call of `fill`. Threads take pages one after the other; pages share no word of the bitmap.
-class ColumnPages::Filling {
+/// Goes once through a column, from an element on.
+class ColumnPages::Unpacking {
 public:
-    Filling(const ColumnPages& pages, const Stretch& all)
-        : m_pages(pages), m_span(*pages.m_span), m_all(all), m_next(all.first)
-    {
-    }
-
-    /// Whether everything could be read.
-    bool run()
+    Unpacking(const ColumnPages& pages, std::size_t first)
+        : m_pages(pages), m_span(*pages.m_span), m_part(firstPartFrom(first))
     {
         try {
-            const ReadConnections::Lease connection = m_span.lender->lease();
-            const std::size_t values = m_all.end - m_all.first;
-            const HelpingThreads helpers(helpersFor(*m_span.lender, values, values / kTaken), [this] { help(); });
-            takePages(&*connection);
+            m_connection.emplace(m_span.lender->lease());
+            m_transaction.emplace((*m_connection)->database);
         } catch (const std::exception& error) {
             fail(error);
         }
-        takePages(nullptr);
-        return m_isRead;
+    }
+
+    /// Whether everything so far could be read.
+    bool isRead() const { return m_isRead; }
+
+    /// Writes elements from `at` on, those of one chunk at most, and answers how many. Requires: at < end, and that
+    /// the ones before are written.
+    std::size_t write(std::size_t at, std::size_t end, const Into& into)
+    {
+        if (at >= m_span.inChunks()) {
+            const std::size_t count = std::min(end - at, schema::kRecordsPerChunk);
+            writeTail(at, count, into);
+            return count;
+        }
+        while (m_span.parts[m_part].target + m_span.parts[m_part].count <= at)
+            ++m_part;
+        const ChunkPart part = cut(m_span.parts[m_part], at, end);
+        writePart(part, into);
+        return part.count;
     }
 
 private:
-    void help() noexcept
-    {
-        try {
-            const ReadConnections::Lease connection = m_span.lender->lease();
-            takePages(&*connection);
-        } catch (const std::exception&) {  // no connection available: the others do the work
-        }
-    }
-
-    /// Without a connection, their stand-ins.
-    void takePages(ReadConnection* connection)
-    {
-        std::optional<ReadTransaction> transaction;
-        if (connection)
-            transaction.emplace(connection->database);
-        std::optional<SegmentReader> segments;
-        for (std::size_t first = m_next.fetch_add(kTaken); first < m_all.end; first = m_next.fetch_add(kTaken)) {
-            const Stretch pages{first, std::min(first + kTaken, m_all.end)};
-            if (std::uint64_t* words = m_pages.m_words)
-                std::fill(words + pages.first / 64, words + bits::wordsFor(pages.end), ~std::uint64_t{0});
-            for (std::size_t part = firstPartIn(pages); part < m_span.parts.size(); ++part) {
-                if (m_span.parts[part].target >= pages.end)
-                    break;
-                if (connection && !segments)
-                    segments.emplace(*connection);
-                if (!fillPart(segments ? &*segments : nullptr, part, cut(m_span.parts[part], pages)))
-                    segments.reset();  // what failed may go on failing
-            }
-            fillTail(pages);
-        }
-    }
-
-    std::size_t firstPartIn(const Stretch& pages) const
+    std::size_t firstPartFrom(std::size_t element) const
     {
         const auto behind = [](const ChunkPart& part, std::size_t at) { return part.target + part.count <= at; };
-        return static_cast<std::size_t>(
-            std::lower_bound(m_span.parts.begin(), m_span.parts.end(), pages.first, behind) - m_span.parts.begin());
+        return static_cast<std::size_t>(std::lower_bound(m_span.parts.begin(), m_span.parts.end(), element, behind) -
+                                        m_span.parts.begin());
     }
 
-    bool fillPart(SegmentReader* segments, std::size_t index, const ChunkPart& part)
+    void writePart(const ChunkPart& part, const Into& into)
     {
-        double* values = m_pages.m_values + part.target;
         const std::vector<bool>& absent = m_pages.m_kind.absent;
-        if (!absent.empty() && absent[index]) {
-            fillAbsent(part);
-            return true;
-        }
+        if (!absent.empty() && absent[m_part])
+            return writeAbsent(part, into);
+        const RowId property = m_pages.m_kind.property;
         try {
-            const RowId property = m_pages.m_kind.property;
-            if (segments) {
-                if (property == kTimes ? !segments->findTimes(part, values) : !segments->read(part, property, values))
+            if (m_transaction) {
+                if (!m_segments)
+                    m_segments.emplace(**m_connection);
+                double* values = into.at(part.target);
+                if (property == kTimes ? !m_segments->findTimes(part, values)
+                                       : !m_segments->read(part, property, values))
                     throw ReportableError(
                         QStringLiteral("Some of the records shown were deleted by another program: show them again."));
-                enterValidity(*segments, part);
-                return true;
+                return enterValidity(part, into);
             }
         } catch (const std::exception& error) {
+            m_segments.reset();  // what failed may go on failing
             fail(error);
         }
-        m_isRead = false;
-        if (m_pages.m_kind.property == kTimes)
-            spreadTimes(part);
+        if (property == kTimes)
+            spreadTimes(part, into);
         else
-            fillAbsent(part);
-        return false;
+            writeAbsent(part, into);
     }
 
-    void enterValidity(const SegmentReader& segments, const ChunkPart& part) const
+    void enterValidity(const ChunkPart& part, const Into& into) const
     {
-        if (bits::allSet(segments.valid(), part.first, part.count))
+        if (bits::allSet(m_segments->valid(), part.first, part.count))
             return;
-        if (!m_pages.m_words)
+        if (!into.words)
             throw ReportableError(
                 QStringLiteral("An index says that values are valid which are not: compact the site to make it anew."));
-        bits::copy(segments.valid(), part.first, m_pages.m_words, part.target, part.count);
+        bits::copy(m_segments->valid(), part.first, into.words, part.target - into.first, part.count);
     }
 
-    void fillAbsent(const ChunkPart& part) const
+    void writeAbsent(const ChunkPart& part, const Into& into) const
     {
-        std::fill_n(m_pages.m_values + part.target, part.count, absentValue());
-        if (m_pages.m_words)
-            bits::clear(m_pages.m_words, part.target, part.count);
+        std::fill_n(into.at(part.target), part.count, absentValue());
+        if (into.words)
+            bits::clear(into.words, part.target - into.first, part.count);
     }
 
-    void spreadTimes(const ChunkPart& part) const
+    void spreadTimes(const ChunkPart& part, const Into& into) const
     {
         const Chunk& chunk = part.chunk;
         const double step = chunk.n > 1 ? (chunk.t1 - chunk.t0) / static_cast<double>(chunk.n - 1) : 0;
         for (std::size_t i = 0; i < part.count; ++i)
-            m_pages.m_values[part.target + i] =
-                std::min(chunk.t0 + step * static_cast<double>(part.first + i), chunk.t1);
+            into.at(part.target)[i] = std::min(chunk.t0 + step * static_cast<double>(part.first + i), chunk.t1);
     }
 
-    void fillTail(const Stretch& pages) const
+    void writeTail(std::size_t at, std::size_t count, const Into& into) const
     {
-        const std::size_t begin = std::max(pages.first, m_span.inChunks());
-        if (begin >= pages.end)
-            return;
-        const std::size_t first = begin - m_span.inChunks(), count = pages.end - begin;
+        const std::size_t first = at - m_span.inChunks();
         const RecordsView tail = m_span.tail.view();
         if (m_pages.m_kind.property == kTimes) {
-            std::copy_n(tail.times + first, count, m_pages.m_values + begin);
+            std::copy_n(tail.times + first, count, into.at(at));
             return;
         }
         const auto column = std::find_if(tail.columns.begin(), tail.columns.end(),
                                          [&](const auto& each) { return each.property == m_pages.m_kind.property; });
         if (column == tail.columns.end()) {
-            fillAbsent({{}, 0, count, begin});
+            writeAbsent({{}, 0, count, at}, into);
             return;
         }
-        std::copy_n(column->values + first, count, m_pages.m_values + begin);
-        if (m_pages.m_words)
-            bits::copy(column->valid, column->firstValid + first, m_pages.m_words, begin, count);
+        std::copy_n(column->values + first, count, into.at(at));
+        if (into.words)
+            bits::copy(column->valid, column->firstValid + first, into.words, at - into.first, count);
     }
 
     void fail(const std::exception& error)
@@ -178,9 +150,11 @@ private:
 
     const ColumnPages& m_pages;
     const PackedSpan& m_span;
-    const Stretch m_all;
-    std::atomic<std::size_t> m_next;  // first element that nobody has taken
-    std::atomic<bool> m_isRead = true;
+    std::size_t m_part;
+    bool m_isRead = true;
+    std::optional<ReadConnections::Lease> m_connection;  // nothing: stand-ins are all there is
+    std::optional<ReadTransaction> m_transaction;
+    std::optional<SegmentReader> m_segments;
 };
 
 ColumnPages::ColumnPages(std::shared_ptr<PageCache> cache, std::shared_ptr<const PackedSpan> span, Kind kind)
@@ -201,7 +175,35 @@ ValidityBitmap ColumnPages::validity() const
 
 bool ColumnPages::fill(std::size_t first, std::size_t end) const noexcept
 {
-    return Filling(*this, {first, end}).run();
+    if (m_words)
+        std::fill(m_words + first / 64, m_words + bits::wordsFor(end), ~std::uint64_t{0});
+    Unpacking unpacking(*this, first);
+    for (std::size_t at = first; at < end;)
+        at += unpacking.write(at, end, {m_values, m_words, 0});
+    return unpacking.isRead();
+}
+
+std::optional<bool> ColumnPages::readPast(std::size_t first, std::size_t end, const Show& show) const
+{
+    // What a chunk has beyond whole words waits for the next one.
+    constexpr std::size_t kRoom = schema::kRecordsPerChunk + 64;
+    std::array<double, kRoom> values;
+    std::array<std::uint64_t, kRoom / 64> words;
+    words.fill(~std::uint64_t{0});
+    Unpacking unpacking(*this, first);
+    for (std::size_t at = first; at < end;) {
+        at += unpacking.write(at, end, {values.data(), m_words ? words.data() : nullptr, first});
+        const std::size_t shown = at == end ? end : at / 64 * 64;
+        if (shown > first)
+            show({first, std::span(values).first(shown - first), m_words ? words.data() : nullptr});
+        std::copy_n(values.data() + (shown - first), at - shown, values.data());
+        if (m_words && at < end) {
+            words[0] = words[(shown - first) / 64];
+            std::fill(words.begin() + 1, words.end(), ~std::uint64_t{0});
+        }
+        first = shown;
+    }
+    return unpacking.isRead();
 }
 
 }  // namespace plotix

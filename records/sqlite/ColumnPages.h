@@ -46,8 +46,9 @@ public:
     ValidityBitmap validity() const;
 
 private:
-    class Filling;
+    class Unpacking;
     bool fill(std::size_t first, std::size_t end) const noexcept override;
+    std::optional<bool> readPast(std::size_t first, std::size_t end, const Show& show) const override;
 
     const std::shared_ptr<const PackedSpan> m_span;
     const Kind m_kind;

@@ -1,12 +1,10 @@
 #pragma once
 
+#include "base/HelpingThreads.h"
 #include "records/sqlite/SegmentReader.h"
 
 #include <cstddef>
-#include <exception>
 #include <span>
-#include <thread>
-#include <vector>
 
 /// Threads that help unpacking, where cores are free and the work is worth starting them.
 namespace plotix {
@@ -19,30 +17,5 @@ std::size_t helpersFor(const ReadConnections& lender, std::size_t values, std::s
 /// is written again gets another id, and no id comes twice. So it then shows the same records as the caller's, which
 /// alone always suffices.
 bool showsEveryPart(ReadConnection& connection, std::span<const ChunkPart> parts);
-
-/// Run the same work, and are waited for at the end of their life. The work throws nothing.
-class HelpingThreads {
-public:
-    /// Fewer where the system has none: the others do the work.
-    template <class Work>
-    HelpingThreads(std::size_t count, Work work)
-    {
-        try {
-            for (; count > 0; --count)
-                m_threads.emplace_back(work);
-        } catch (const std::exception&) {
-        }
-    }
-    ~HelpingThreads()
-    {
-        for (std::thread& thread : m_threads)
-            thread.join();
-    }
-    HelpingThreads(const HelpingThreads&) = delete;
-    HelpingThreads& operator=(const HelpingThreads&) = delete;
-
-private:
-    std::vector<std::thread> m_threads;
-};
 
 }  // namespace plotix

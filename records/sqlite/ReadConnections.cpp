@@ -22,6 +22,7 @@ ReadConnection::ReadConnection(const QString& file, const DatabaseSchema& schema
       chunks(database),
       segmentHead(database, "SELECT codec, valid FROM segment WHERE id = ?"),
       index(database),
+      outlines(database),
       propertyCount(database, "SELECT count(*) FROM property WHERE agent = ?")
 {
     database.execute(kCachePragma);

@@ -19,6 +19,7 @@ struct ReadConnection {
     ChunkStore chunks;
     Statement segmentHead;  ///< codec and validity of a segment, by its id
     IndexStore index;
+    OutlineTable outlines;
     Statement propertyCount;  ///< of an agent
 
     /// So many bytes, undefined, until it is called again. Kept, because fresh memory costs more than what is read into

@@ -1,11 +1,13 @@
 #include "records/sqlite/RecordPlacement.h"
 
 #include "records/columns/ColumnFormat.h"
+#include "records/sqlite/Outlining.h"
 #include "records/sqlite/RecordSchema.h"
 #include "records/store/ChunkPipeline.h"
 
 #include <algorithm>
 #include <limits>
+#include <utility>
 
 namespace plotix {
 
@@ -21,7 +23,7 @@ RecordPlacement::End& RecordPlacement::endOf(RowId agent)
     const auto known = m_ends.find(agent);
     if (known != m_ends.end())
         return known->second;
-    End end{m_chunks.lastChunk(agent), 0, {}, -kInfinity};
+    End end{m_chunks.lastChunk(agent), 0, {}, -kInfinity, 0};
     if (end.lastChunk)
         end.lastTime = end.lastChunk->t1;
     const TailExtent tail = m_chunks.tailExtent(agent);
@@ -182,7 +184,12 @@ void RecordPlacement::writeChunks(RowId agent, End& end, const RecordsView& reco
     std::vector<RecordsView> chunks;
     for (std::size_t first = 0; first < records.size; first += kChunk)
         chunks.push_back(records.slice(first, std::min(kChunk, records.size - first)));
-    encodeInOrder(chunks, [&](EncodedChunk&& chunk) { end.lastChunk = m_chunks.write(agent, chunk); });
+    encodeInOrder(chunks, [&](EncodedChunk&& chunk) {
+        end.lastChunk = m_chunks.write(agent, std::move(chunk));
+        // Not at the very end, so that of many chunks in one go not everything must be kept in memory.
+        if (++end.newChunks == 2 * outlinecodec::kMostChunks)
+            Outlining(m_chunks).extend(agent, std::exchange(end.newChunks, 0));
+    });
 }
 
 void RecordPlacement::flush()
@@ -192,6 +199,13 @@ void RecordPlacement::flush()
 }
 
 void RecordPlacement::flush(RowId agent, End& end)
+{
+    flushWaiting(agent, end);
+    if (end.newChunks > 0)
+        Outlining(m_chunks).extend(agent, std::exchange(end.newChunks, 0));
+}
+
+void RecordPlacement::flushWaiting(RowId agent, End& end)
 {
     if (end.waiting.size() > kMostRows) {
         takeInTail(agent, end);

@@ -44,9 +44,10 @@ private:
     /// What an agent's records end with, in this order in time.
     struct End {
         std::optional<Chunk> lastChunk;
-        std::size_t rows = 0;  ///< of the tail
-        Records waiting;       ///< in memory alone
-        double lastTime = 0;   ///< of all; −∞ when there are none
+        std::size_t rows = 0;       ///< of the tail
+        Records waiting;            ///< in memory alone
+        double lastTime = 0;        ///< of all; −∞ when there are none
+        std::size_t newChunks = 0;  ///< that nobody looked at to outline them
 
         bool isInChunks(double time) const { return lastChunk && time <= lastChunk->t1; }
     };
@@ -59,6 +60,7 @@ private:
     void writeFullChunks(RowId agent, End& end);
     void writeChunks(RowId agent, End& end, const RecordsView& records);
     void flush(RowId agent, End& end);
+    void flushWaiting(RowId agent, End& end);
 
     ChunkStore& m_chunks;
     std::map<RowId, End> m_ends;

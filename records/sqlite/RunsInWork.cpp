@@ -5,6 +5,7 @@
 
 #include <algorithm>
 #include <limits>
+#include <utility>
 
 namespace plotix {
 
@@ -59,33 +60,37 @@ Extremes extremesOf(const Found& column, std::size_t begin, std::size_t end)
     return extremes;
 }
 
-/// What is known of a chunk, or of the tail.
-void add(std::size_t first, std::size_t count, const RunTimes& times, std::span<const Found> columns, KnownRuns& known)
-{
-    std::size_t length = kRun;
-    for (const Found& column : columns)
-        length = std::max(length, lengthOfRuns(column, count));
-    length = (length + kRun - 1) / kRun * kRun;
-    for (std::size_t begin = 0; begin < count; begin += length) {
-        known.times.begin.push_back(first + begin);
-        known.times.first.push_back(times.first[begin / kRun]);
-        known.times.last.push_back(times.last[(std::min(begin + length, count) - 1) / kRun]);
-    }
-    for (std::size_t i = 0; i < columns.size(); ++i) {
-        ValueRuns& runs = known.columns[i].runs;
-        for (std::size_t begin = 0; begin < count; begin += length) {
-            const Extremes extremes = extremesOf(columns[i], begin, std::min(begin + length, count));
-            runs.least.push_back(extremes.least);
-            runs.greatest.push_back(extremes.greatest);
-            runs.first.push_back(extremes.first);
-        }
-    }
-}
-
 template <class T>
 void append(const std::vector<T>& next, std::vector<T>& to)
 {
     to.insert(to.end(), next.begin(), next.end());
+}
+
+/// Of a column over the chunks of an outline, as it is stored.
+class OutlinedRuns final : public KeptRuns {
+public:
+    OutlinedRuns(std::vector<std::byte> bytes, std::shared_ptr<const outlinecodec::Cut> cut, std::size_t count)
+        : m_bytes(std::move(bytes)),
+          m_cut(std::move(cut)),
+          m_count(count),
+          m_longRun(outlinecodec::readLongRun(m_bytes, *m_cut))
+    {
+    }
+    std::size_t count() const override { return m_count; }
+    void inPieces(const Take& take) const override { take(outlinecodec::readRuns(m_bytes, *m_cut)); }
+    void inLongRuns(const Take& take) const override { take(m_longRun); }
+
+private:
+    const std::vector<std::byte> m_bytes;
+    const std::shared_ptr<const outlinecodec::Cut> m_cut;
+    const std::size_t m_count;
+    const ValueRuns m_longRun;
+};
+
+std::shared_ptr<const KeptRuns> runsWithoutValues(std::size_t count)
+{
+    return KeptRuns::of({std::vector<double>(count, kInfinity), std::vector<double>(count, -kInfinity),
+                         std::vector<double>(count, absentValue())});
 }
 
 }  // namespace
@@ -96,12 +101,9 @@ KnownRuns::KnownRuns(std::size_t properties, std::size_t records, std::size_t ch
     for (auto* each : {&times.first, &times.last})
         each->reserve(most);
     times.begin.reserve(most + 1);
-    for (Column& column : columns)
-        for (auto* each : {&column.runs.least, &column.runs.greatest, &column.runs.first})
-            each->reserve(most);
 }
 
-void KnownRuns::append(const KnownRuns& next)
+void KnownRuns::append(KnownRuns&& next)
 {
     plotix::append(next.times.begin, times.begin);
     plotix::append(next.times.first, times.first);
@@ -109,9 +111,7 @@ void KnownRuns::append(const KnownRuns& next)
     for (std::size_t i = 0; i < columns.size(); ++i) {
         Column& column = columns[i];
         const Column& more = next.columns[i];
-        plotix::append(more.runs.least, column.runs.least);
-        plotix::append(more.runs.greatest, column.runs.greatest);
-        plotix::append(more.runs.first, column.runs.first);
+        plotix::append(more.runs, column.runs);
         plotix::append(more.absent, column.absent);
         column.isAllValid = column.isAllValid && more.isAllValid;
         column.total.valid += more.total.valid;
@@ -125,9 +125,6 @@ void KnownRuns::finish(std::size_t records)
     times.begin.shrink_to_fit();
     for (auto* each : {&times.first, &times.last})
         each->shrink_to_fit();
-    for (Column& column : columns)
-        for (auto* each : {&column.runs.least, &column.runs.greatest, &column.runs.first})
-            each->shrink_to_fit();
 }
 
 RunsInWork::RunsInWork(ReadConnection& connection, std::span<const RowId> properties, std::size_t ofAgent,
@@ -136,8 +133,36 @@ RunsInWork::RunsInWork(ReadConnection& connection, std::span<const RowId> proper
       m_segments(connection),
       m_properties(properties.begin(), properties.end()),
       m_ofAgent(ofAgent),
-      m_worksOutLongRuns(worksOutLongRuns)
+      m_worksOutLongRuns(worksOutLongRuns),
+      m_runs(properties.size())
 {
+}
+
+/// What is known of a chunk, or of the tail.
+void RunsInWork::add(const ChunkPart& part, const RunTimes& times, std::span<const Found> columns, KnownRuns& known)
+{
+    std::size_t length = kRun;
+    for (const Found& column : columns)
+        length = std::max(length, lengthOfRuns(column, part.count));
+    length = (length + kRun - 1) / kRun * kRun;
+    for (std::size_t begin = 0; begin < part.count; begin += length) {
+        known.times.begin.push_back(part.target + begin);
+        known.times.first.push_back(times.first[begin / kRun]);
+        known.times.last.push_back(times.last[(std::min(begin + length, part.count) - 1) / kRun]);
+    }
+    for (std::size_t i = 0; i < columns.size(); ++i)
+        for (std::size_t begin = 0; begin < part.count; begin += length) {
+            const Extremes extremes = extremesOf(columns[i], begin, std::min(begin + length, part.count));
+            m_runs[i].least.push_back(extremes.least);
+            m_runs[i].greatest.push_back(extremes.greatest);
+            m_runs[i].first.push_back(extremes.first);
+        }
+}
+
+void RunsInWork::giveRuns(KnownRuns& known)
+{
+    for (std::size_t i = 0; i < m_runs.size(); ++i)
+        known.columns[i].runs.push_back(KeptRuns::of(std::exchange(m_runs[i], {})));
 }
 
 KnownRuns RunsInWork::of(std::span<const ChunkPart> parts)
@@ -153,7 +178,42 @@ KnownRuns RunsInWork::of(std::span<const ChunkPart> parts)
         workOutTimes(parts[i], m_times[i]);
         for (std::size_t place = 0; place < columns; ++place)
             complete(parts[i], m_properties[place], found[place], known.columns[place]);
-        add(parts[i].target, parts[i].count, m_times[i].times, found, known);
+        add(parts[i], m_times[i].times, found, known);
+    }
+    giveRuns(known);
+    return known;
+}
+
+std::optional<KnownRuns> RunsInWork::of(const Outline& outline, std::span<const ChunkPart> parts)
+{
+    const std::optional<outlinecodec::Times> times = m_connection.outlines.times(outline);
+    if (!times)
+        return std::nullopt;
+    const std::size_t records = parts.back().target + parts.back().count - parts.front().target;
+    const std::size_t runs = times->first.size();
+    KnownRuns known(m_properties.size(), records, parts.size());
+    for (std::size_t chunk = 0; chunk < parts.size(); ++chunk)
+        for (std::size_t run = 0; run < outline.cut.runsOf(chunk); ++run)
+            known.times.begin.push_back(parts[chunk].target + run * outline.cut.runLength());
+    known.times.first = times->first;
+    known.times.last = times->last;
+    const auto cut = std::make_shared<const outlinecodec::Cut>(outline.cut);
+    for (std::size_t place = 0; place < m_properties.size(); ++place) {
+        KnownRuns::Column& column = known.columns[place];
+        if (!outline.has(m_properties[place])) {
+            column.runs = {runsWithoutValues(runs)};
+            column.absent.assign(parts.size(), true);
+            column.isAllValid = false;
+            continue;
+        }
+        std::optional<OutlineTable::Column> found = m_connection.outlines.column(outline, m_properties[place]);
+        if (!found)
+            return std::nullopt;
+        column.runs = {std::make_shared<const OutlinedRuns>(std::move(found->bytes), cut, runs)};
+        column.total = {found->totals.valid, found->totals.sum};
+        column.absent = std::move(found->totals.absent);
+        // Where NaNs are valid, there is a bitmap.
+        column.isAllValid = column.total.valid == records;
     }
     return known;
 }
@@ -172,7 +232,8 @@ KnownRuns RunsInWork::ofTail(const RecordsView& tail, std::size_t first)
         if (!isAbsent)
             workOut(*column, tail.size, found[place], known.columns[place]);
     }
-    add(first, tail.size, runTimesOf({tail.times, tail.size}), found, known);
+    add({{}, 0, tail.size, first}, runTimesOf({tail.times, tail.size}), found, known);
+    giveRuns(known);
     return known;
 }
 

@@ -4,17 +4,19 @@
 #include "records/sqlite/SegmentReader.h"
 #include "records/store/RecordColumns.h"
 
+#include <memory>
+#include <optional>
 #include <span>
 #include <vector>
 
 /// What is known of the columns of successive records before anybody looks at them.
 namespace plotix {
 
-/// Runs have 512 records; longer ones where a column's index has no shorter ones, and working them out would take too
-/// long. A value.
+/// Runs have 512 records; longer ones where an index or an outline has no shorter ones, and working them out would take
+/// too long. A value.
 struct KnownRuns {
     struct Column {
-        ValueRuns runs;
+        std::vector<std::shared_ptr<const KeptRuns>> runs;  ///< one after the other
         RecordColumns::Total total;
         bool isAllValid = true;
         std::vector<bool> absent;  ///< by chunk: there are no values
@@ -23,7 +25,7 @@ struct KnownRuns {
     /// With room for what is known of so many records in so many chunks.
     KnownRuns(std::size_t properties, std::size_t records, std::size_t chunks);
     /// With those of the records that follow.
-    void append(const KnownRuns& next);
+    void append(KnownRuns&& next);
     /// To be called once, after all.
     void finish(std::size_t records);
 
@@ -42,6 +44,8 @@ public:
                bool worksOutLongRuns);
 
     KnownRuns of(std::span<const ChunkPart> parts);
+    /// The same of whole chunks that an outline is of; nothing where the outline is gone, or damaged.
+    std::optional<KnownRuns> of(const Outline& outline, std::span<const ChunkPart> parts);
     /// Of the records behind all chunks, which begin with element `first` of the span.
     KnownRuns ofTail(const RecordsView& tail, std::size_t first);
 
@@ -49,6 +53,8 @@ private:
     using Found = IndexStore::FoundRuns;
 
     void find(std::span<const ChunkPart> parts, KnownRuns& known);
+    void add(const ChunkPart& part, const RunTimes& times, std::span<const Found> columns, KnownRuns& known);
+    void giveRuns(KnownRuns& known);
     void complete(const ChunkPart& part, RowId property, Found& column, KnownRuns::Column& known);
     void workOut(const ColumnView& column, std::size_t count, Found& runs, KnownRuns::Column& known) const;
     void workOutTimes(const ChunkPart& part, IndexStore::FoundTimes& times);
@@ -63,6 +69,7 @@ private:
     std::vector<Found> m_found;                   // by chunk, then by property
     std::vector<IndexStore::FoundTimes> m_times;  // by chunk
     std::vector<double> m_values;
+    std::vector<ValueRuns> m_runs;  // by property: what `add` has put together
 };
 
 }  // namespace plotix

@@ -9,6 +9,17 @@ namespace plotix {
 
 namespace {
 
+/// Whether the outline is of these parts, the first ones of them, whole.
+bool isOf(const Outline& outline, std::span<const ChunkPart> parts)
+{
+    if (parts.size() < outline.chunks.size())
+        return false;
+    for (std::size_t i = 0; i < outline.chunks.size(); ++i)
+        if (parts[i].chunk.id != outline.chunks[i] || !parts[i].isWhole())
+            return false;
+    return true;
+}
+
 /// Chunks taken at once; what is stored of them is in memory in full.
 constexpr std::size_t kPartsTaken = 64;
 /// In more chunks than this long runs stay: reading so many columns would take longer than all else, and in a picture
@@ -20,13 +31,43 @@ constexpr std::size_t kIndexesToValues = 8;
 }  // namespace
 
 RunsReading::RunsReading(ReadConnections& lender, const std::vector<ChunkPart>& parts,
-                         std::span<const RowId> properties, std::size_t ofAgent)
-    : m_lender(lender),
-      m_parts(parts),
-      m_properties(properties),
-      m_ofAgent(ofAgent),
-      m_worksOutLongRuns(parts.size() <= kMostWorkedOut)
+                         std::span<const RowId> properties, std::size_t ofAgent, std::vector<Outline> outlines)
+    : m_lender(lender), m_parts(parts), m_properties(properties), m_ofAgent(ofAgent), m_outlines(std::move(outlines))
 {
+    cut();
+}
+
+void RunsReading::cut()
+{
+    const std::span<const ChunkPart> all(m_parts);
+    const auto outlineAt = [&](std::size_t part) -> const Outline* {
+        const auto found = std::lower_bound(m_outlines.begin(), m_outlines.end(), all[part].chunk.t0,
+                                            [](const Outline& each, double time) { return each.t0 < time; });
+        return found != m_outlines.end() && isOf(*found, all.subspan(part)) ? &*found : nullptr;
+    };
+    std::size_t withoutOutline = 0;
+    for (std::size_t part = 0; part < all.size();) {
+        if (const Outline* outline = outlineAt(part)) {
+            m_pieces.push_back({part, outline->chunks.size(), outline});
+        } else if (!m_pieces.empty() && !m_pieces.back().outline && m_pieces.back().count < kPartsTaken) {
+            ++m_pieces.back().count;
+            ++withoutOutline;
+        } else {
+            m_pieces.push_back({part, 1, nullptr});
+            ++withoutOutline;
+        }
+        part = m_pieces.back().first + m_pieces.back().count;
+    }
+    m_worksOutLongRuns = withoutOutline <= kMostWorkedOut;
+}
+
+KnownRuns RunsReading::of(RunsInWork& runs, const Piece& piece) const
+{
+    const auto parts = std::span<const ChunkPart>(m_parts).subspan(piece.first, piece.count);
+    if (piece.outline)
+        if (std::optional<KnownRuns> outlined = runs.of(*piece.outline, parts))
+            return std::move(*outlined);
+    return runs.of(parts);
 }
 
 bool RunsReading::run(ReadConnection& own, const ArchiveProgress& progress, KnownRuns& known)
@@ -34,8 +75,7 @@ bool RunsReading::run(ReadConnection& own, const ArchiveProgress& progress, Know
     {
         const std::size_t values = m_parts.empty() ? 0 : (m_parts.back().target + m_parts.back().count);
         const HelpingThreads helpers(
-            helpersFor(m_lender, values * m_properties.size() / kIndexesToValues, m_parts.size() / kPartsTaken),
-            [this] { help(); });
+            helpersFor(m_lender, values * m_properties.size() / kIndexesToValues, m_pieces.size()), [this] { help(); });
         try {
             work(own, progress, &known);
         } catch (...) {
@@ -70,19 +110,18 @@ void RunsReading::help()
 void RunsReading::work(ReadConnection& connection, const ArchiveProgress& progress, KnownRuns* known)
 {
     RunsInWork runs(connection, m_properties, m_ofAgent, m_worksOutLongRuns);
-    const std::span<const ChunkPart> all(m_parts);
     while (!m_stopped) {
-        const std::size_t first = m_next.fetch_add(kPartsTaken);
-        if (first >= all.size())
+        const std::size_t piece = m_next.fetch_add(1);
+        if (piece >= m_pieces.size())
             break;
-        if (progress && !progress(static_cast<double>(m_added) / static_cast<double>(all.size()))) {
+        if (progress && !progress(static_cast<double>(m_added) / static_cast<double>(m_pieces.size()))) {
             m_stopped = true;
             break;
         }
-        KnownRuns found = runs.of(all.subspan(first, std::min(kPartsTaken, all.size() - first)));
+        KnownRuns found = of(runs, m_pieces[piece]);
         {
             const std::lock_guard lock(m_mutex);
-            m_ready.emplace(first, std::move(found));
+            m_ready.emplace(piece, std::move(found));
         }
         if (known)
             addReady(*known);
@@ -93,10 +132,10 @@ void RunsReading::addReady(KnownRuns& known)
 {
     std::unique_lock lock(m_mutex);
     for (auto next = m_ready.find(m_added); next != m_ready.end(); next = m_ready.find(m_added)) {
-        const auto ready = m_ready.extract(next);
+        auto ready = m_ready.extract(next);
         lock.unlock();
-        known.append(ready.mapped());
-        m_added += kPartsTaken;
+        known.append(std::move(ready.mapped()));
+        ++m_added;
         lock.lock();
     }
 }

@@ -16,8 +16,9 @@ namespace plotix {
 /// Borrows everything; used once, on the caller's thread.
 class RunsReading {
 public:
+    /// `outlines`: those of the parts' agent, in time order.
     RunsReading(ReadConnections& lender, const std::vector<ChunkPart>& parts, std::span<const RowId> properties,
-                std::size_t ofAgent);
+                std::size_t ofAgent, std::vector<Outline> outlines);
 
     /// Adds to `known` in the order of the parts. `progress` is called on this thread only, with fractions that never
     /// decrease. False when it stopped the reading. Throws ReportableError.
@@ -30,6 +31,13 @@ public:
     }
 
 private:
+    /// Parts that are taken together: those of an outline, or some that are in none.
+    struct Piece {
+        std::size_t first = 0, count = 0;
+        const Outline* outline = nullptr;
+    };
+    void cut();
+    KnownRuns of(RunsInWork& runs, const Piece& piece) const;
     void help();
     void work(ReadConnection& connection, const ArchiveProgress& progress, KnownRuns* known);
     void addReady(KnownRuns& known);
@@ -39,13 +47,15 @@ private:
     const std::vector<ChunkPart>& m_parts;
     const std::span<const RowId> m_properties;
     const std::size_t m_ofAgent;
-    const bool m_worksOutLongRuns;
+    const std::vector<Outline> m_outlines;
+    std::vector<Piece> m_pieces;
+    bool m_worksOutLongRuns = false;
 
-    std::atomic<std::size_t> m_next = 0;  // first part nobody has taken
+    std::atomic<std::size_t> m_next = 0;  // first piece nobody has taken
     std::atomic<bool> m_stopped = false;
-    std::size_t m_added = 0;  // parts; the caller's thread
+    std::size_t m_added = 0;  // pieces; the caller's thread
     std::mutex m_mutex;
-    std::map<std::size_t, KnownRuns> m_ready;  // under the mutex, by first part
+    std::map<std::size_t, KnownRuns> m_ready;  // under the mutex, by piece
     std::exception_ptr m_failure;              // under the mutex; the first one
 };
 

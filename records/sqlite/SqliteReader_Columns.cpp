@@ -23,7 +23,7 @@ RecordColumns paged(const std::shared_ptr<const PackedSpan>& span, std::span<con
         const auto pages = std::make_shared<ColumnPages>(
             cache, span, ColumnPages::Kind{properties[i], std::move(column.absent), column.isAllValid});
         columns.columns.push_back({properties[i], pages->values(), pages->validity(),
-                                   std::make_shared<const ValueRuns>(std::move(column.runs)), column.total});
+                                   KeptRuns::joined(std::move(column.runs)), column.total});
     }
     return columns;
 }
@@ -58,7 +58,8 @@ std::optional<RecordColumns> SqliteReader::columns(RowId agent, std::span<const 
         std::make_shared<PackedSpan>(m_lender, partsIn(segments, agent, range),
                                      m_connection->chunks.tail(agent, range.from, range.to), std::move(mark));
     const std::size_t ofAgent = propertiesOf(agent);
-    RunsReading reading(*m_lender, span->parts, properties, ofAgent);
+    RunsReading reading(*m_lender, span->parts, properties, ofAgent,
+                        m_connection->outlines.between(agent, range.from, range.to));
     KnownRuns known(properties.size(), span->size(), span->parts.size() + 1);
     if (!reading.run(*m_connection, progress, known))
         return std::nullopt;

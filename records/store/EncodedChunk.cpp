@@ -26,7 +26,8 @@ sealed::Owner ownerOf(const EncodedChunk::Segment& segment, std::size_t count)
     return {static_cast<std::uint64_t>(segment.property), count, valid.empty() ? valid : valid.first((count + 7) / 8)};
 }
 
-void addIndex(EncodedChunk::Segment& segment, const RecordsView::Column& column, std::size_t count)
+/// Answers what an outline needs of it.
+ChunkFigures::Column addIndex(EncodedChunk::Segment& segment, const RecordsView::Column& column, std::size_t count)
 {
     const indexcodec::Owner owner{static_cast<std::uint64_t>(segment.property), count};
     SummaryInWork summary;
@@ -37,19 +38,19 @@ void addIndex(EncodedChunk::Segment& segment, const RecordsView::Column& column,
     if (limit > indexcodec::kUsualWhole)
         segment.runs = indexcodec::writtenRuns(index, segment.values.codec, limit - indexcodec::kUsualWhole, owner);
     segment.whole = indexcodec::writtenWhole(index, segment.summary, !segment.runs.empty(), owner);
+    return ChunkFigures::Column::of(segment.property, index);
 }
 
-EncodedChunk::Segment encodedTimes(const RecordsView& records)
+EncodedChunk::Segment encodedTimes(const RecordsView& records, const RunTimes& runs)
 {
     EncodedChunk::Segment segment;
-    const std::span<const double> times(records.times, records.size);
-    segment.values = codec::encodedTimes(times);
-    segment.runs = indexcodec::writtenTimes(runTimesOf(times), {kTimes, records.size});
+    segment.values = codec::encodedTimes({records.times, records.size});
+    segment.runs = indexcodec::writtenTimes(runs, {kTimes, records.size});
     sealed::seal(segment.values, ownerOf(segment, records.size));
     return segment;
 }
 
-EncodedChunk::Segment encodedSegment(const RecordsView::Column& column, std::size_t count)
+EncodedChunk::Segment encodedSegment(const RecordsView::Column& column, std::size_t count, ChunkFigures& figures)
 {
     EncodedChunk::Segment segment;
     segment.property = column.property;
@@ -58,7 +59,7 @@ EncodedChunk::Segment encodedSegment(const RecordsView::Column& column, std::siz
         segment.valid.assign(bits::wordsFor(count), 0);
         bits::copy(column.valid, column.firstValid, segment.valid.data(), 0, count);
     }
-    addIndex(segment, column, count);
+    figures.columns.push_back(addIndex(segment, column, count));
     sealed::seal(segment.values, ownerOf(segment, count));
     return segment;
 }
@@ -68,16 +69,17 @@ EncodedChunk::Segment encodedSegment(const RecordsView::Column& column, std::siz
 EncodedChunk encodedChunk(const RecordsView& records)
 {
     assert(records.size > 0 && records.size <= schema::kRecordsPerChunk);
-    EncodedChunk chunk{records.times[0], records.times[records.size - 1], records.size, {}};
+    EncodedChunk chunk{records.times[0], records.times[records.size - 1], records.size, {}, {}};
     std::vector<const RecordsView::Column*> columns;
     for (const RecordsView::Column& column : records.columns)
         if (!isAbsent(column, records.size))
             columns.push_back(&column);
     std::sort(columns.begin(), columns.end(), [](const auto* a, const auto* b) { return a->property < b->property; });
     chunk.segments.reserve(columns.size() + 1);
-    chunk.segments.push_back(encodedTimes(records));
+    chunk.figures.times = runTimesOf({records.times, records.size});
+    chunk.segments.push_back(encodedTimes(records, chunk.figures.times));
     for (const RecordsView::Column* column : columns)
-        chunk.segments.push_back(encodedSegment(*column, records.size));
+        chunk.segments.push_back(encodedSegment(*column, records.size, chunk.figures));
     return chunk;
 }
 

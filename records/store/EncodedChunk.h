@@ -3,6 +3,7 @@
 #include "records/columns/ColumnCodec.h"
 #include "records/columns/ColumnSummary.h"
 #include "records/columns/SealedColumn.h"
+#include "records/store/ChunkFigures.h"
 #include "records/store/Records.h"
 
 /// A chunk encoded as it will be stored: the slow part of writing one, without any store.
@@ -23,10 +24,11 @@ struct EncodedChunk {
     double t0 = 0, t1 = 0;
     std::size_t n = 0;
     std::vector<Segment> segments;  ///< times first, then properties ascending
+    ChunkFigures figures;           ///< not stored with the chunk
 };
 
 /// The most of a column's bytes that its index may take: one of so many.
-inline constexpr std::size_t kIndexShare = 25;
+inline constexpr std::size_t kIndexShare = 34;
 
 /// Columns whose elements are all absent are left out.
 /// Requires: 1 to kRecordsPerChunk records, ordered.

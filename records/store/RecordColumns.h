@@ -53,10 +53,10 @@ struct RecordColumns {
     };
     struct Column {
         RowId property = 0;
-        PagedArray<double> values;              ///< in the property's archived unit
-        ValidityBitmap validity;                ///< held by whoever holds the same values
-        std::shared_ptr<const ValueRuns> runs;  ///< null: nothing is known without reading
-        std::optional<Total> total;             ///< nothing: as well
+        PagedArray<double> values;             ///< in the property's archived unit
+        ValidityBitmap validity;               ///< held by whoever holds the same values
+        std::shared_ptr<const KeptRuns> runs;  ///< null: nothing is known without reading
+        std::optional<Total> total;            ///< nothing: as well
     };
     PagedArray<double> times;              ///< seconds since 1970-01-01 UTC
     std::shared_ptr<const TimeRuns> runs;  ///< null: nothing is known without reading, of no column

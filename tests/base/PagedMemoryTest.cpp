@@ -1,4 +1,5 @@
-#include "base/PagedArray.h"
+#include "base/CoresAllowed.h"
+#include "base/PagedReading.h"
 
 #include <gtest/gtest.h>
 
@@ -27,6 +28,7 @@ public:
     std::size_t filled() const { return m_filled; }  ///< elements, again and again
     int fills() const { return m_fills; }
     void breakDown(bool broken) { m_broken = broken; }
+    void readPastPages() { m_readsPast = true; }
 
 private:
     bool fill(std::size_t first, std::size_t end) const noexcept override
@@ -39,9 +41,23 @@ private:
         ++m_fills;
         return !m_broken;
     }
+    std::optional<bool> readPast(std::size_t first, std::size_t end, const Show& show) const override
+    {
+        if (!m_readsPast)
+            return std::nullopt;
+        for (; first < end; first += 64) {
+            const std::uint64_t bits = first;
+            double values[64];
+            for (std::size_t i = 0; i < 64; ++i)
+                values[i] = m_broken ? -1 : 3 * static_cast<double>(first + i);
+            show({first, std::span<const double>(values, std::min<std::size_t>(64, end - first)), &bits});
+        }
+        return !m_broken;
+    }
     double* m_values;
     std::uint64_t* m_words;
     std::atomic<bool> m_broken;
+    bool m_readsPast = false;
     mutable std::atomic<std::size_t> m_filled = 0;
     mutable std::atomic<int> m_fills = 0;
 };
@@ -149,6 +165,151 @@ TEST_F(PagedMemoryTest, WhatIsNotThereIsNotHeldWithoutWaiting)
     EXPECT_TRUE(m_memory->holdIfThere(0, 1, held));
     m_cache->setBudget(0);
     EXPECT_EQ(m_values[1], 3);
+}
+
+/// Enough pages for several threads, and for whole huge pages of the system.
+class LongPagedMemoryTest : public PagedMemoryTest {
+protected:
+    static constexpr std::size_t kPages = 70;
+
+    LongPagedMemoryTest()
+    {
+        m_cache->setBudget(kPages * kPageBytes);
+        m_memory = std::make_shared<Threefold>(m_cache, kPages * kPage);
+        m_values = m_memory->values();
+    }
+    void expectRight(std::size_t firstPage, std::size_t endPage) const
+    {
+        std::size_t wrong = 0;
+        for (std::size_t i = firstPage * kPage; i < endPage * kPage; ++i)
+            wrong += m_values[i] != 3 * static_cast<double>(i) ? 1 : 0;
+        EXPECT_EQ(wrong, 0U);
+    }
+};
+
+TEST_F(LongPagedMemoryTest, ManyPagesAreSharedOutAmongThreads)
+{
+    const PagedMemory::Hold held = m_values.holdAll();
+    EXPECT_EQ(m_memory->filled(), m_values.size());
+    EXPECT_GT(m_memory->fills(), plotix::coresAllowed() > 1 ? 1 : 0);
+    expectRight(0, kPages);
+}
+
+TEST_F(LongPagedMemoryTest, WhatIsHeldStaysWhereAllAroundItIsFilledAnew)
+{
+    const PagedMemory::Hold held = m_values.hold(21 * kPage, 22 * kPage);
+    const_cast<double*>(m_values.data())[21 * kPage] = -5;  // as nobody else would write it
+    const PagedMemory::Hold all = m_values.holdAll();
+    EXPECT_EQ(m_values[21 * kPage], -5);
+    expectRight(0, 21);
+    expectRight(22, kPages);
+}
+
+TEST_F(LongPagedMemoryTest, WhatWasLetGoIsRightWhenItIsFilledAnew)
+{
+    static_cast<void>(m_values.holdAll());
+    for (const std::size_t budget : {kPages / 2, std::size_t{3}, std::size_t{0}}) {
+        m_cache->setBudget(budget * kPageBytes);
+        EXPECT_EQ(m_cache->inUse(), budget * kPageBytes);
+        const PagedMemory::Hold some = m_values.hold(5 * kPage, 50 * kPage);
+        expectRight(5, 50);
+        const PagedMemory::Hold all = m_values.holdAll();
+        expectRight(0, kPages);
+    }
+}
+
+TEST_F(LongPagedMemoryTest, WhatCouldNotBeReadIsTriedAgainByAllThreads)
+{
+    m_memory->breakDown(true);
+    static_cast<void>(m_values.holdAll());
+    EXPECT_EQ(m_cache->inUse(), 0U);
+    m_memory->breakDown(false);
+    const PagedMemory::Hold held = m_values.holdAll();
+    expectRight(0, kPages);
+}
+
+TEST_F(LongPagedMemoryTest, TwoThreadsThatFillTheSameWaitForEachOther)
+{
+    std::atomic<int> wrong = 0;
+    const auto look = [&] {
+        for (int round = 0; round < 5; ++round) {
+            const PagedMemory::Hold held = m_values.hold(kPage, 60 * kPage);
+            for (std::size_t page = 1; page < 60; ++page)
+                wrong += m_values[page * kPage + 7] == 3.0 * static_cast<double>(page * kPage + 7) ? 0 : 1;
+        }
+    };
+    m_cache->setBudget(20 * kPageBytes);
+    std::thread other(look);
+    look();
+    other.join();
+    EXPECT_EQ(wrong, 0);
+}
+
+/// What a column shows piece by piece.
+class PagedPiecesTest : public PagedMemoryTest {
+protected:
+    struct Shown {
+        std::vector<double> values;
+        std::vector<std::uint64_t> words;
+        bool isRead = false;
+    };
+    Shown shown(std::size_t first, std::size_t end) const
+    {
+        Shown all;
+        all.isRead = plotix::inPieces(m_values, plotix::ValidityBitmap(m_memory->words()), first, end,
+                                      [&](const PagedMemory::Piece& piece) {
+                                          EXPECT_EQ(piece.first, first + all.values.size());
+                                          all.values.insert(all.values.end(), piece.values.begin(), piece.values.end());
+                                          for (std::size_t i = 0; i < piece.values.size(); i += 64)
+                                              all.words.push_back(piece.valid[i / 64]);
+                                      });
+        return all;
+    }
+    void expectAll(std::size_t first, std::size_t end) const
+    {
+        const Shown all = shown(first, end);
+        EXPECT_TRUE(all.isRead);
+        ASSERT_EQ(all.values.size(), end - first);
+        for (std::size_t i = 0; i < all.values.size(); ++i)
+            ASSERT_EQ(all.values[i], 3 * static_cast<double>(first + i));
+        for (std::size_t word = 0; word < all.words.size(); ++word)
+            ASSERT_EQ(all.words[word], first + word * 64);
+    }
+};
+
+TEST_F(PagedPiecesTest, AllElementsAreShownInOrder)
+{
+    expectAll(128, m_values.size());
+}
+
+TEST_F(PagedPiecesTest, WhatCanBeReadPastItsPagesEntersNone)
+{
+    m_memory->readPastPages();
+    expectAll(128, m_values.size());
+    EXPECT_EQ(m_cache->inUse(), 0U);
+    EXPECT_EQ(m_memory->fills(), 0);
+}
+
+TEST_F(PagedPiecesTest, WhatIsInMemoryIsShownFromThere)
+{
+    m_memory->readPastPages();
+    lookAt(3 * kPage);
+    const_cast<double*>(m_values.data())[3 * kPage] = -5;  // as nobody else would write it
+    EXPECT_EQ(shown(2 * kPage, 5 * kPage).values[kPage], -5);
+    EXPECT_EQ(shown(2 * kPage, 5 * kPage).values[2 * kPage], 12.0 * kPage);
+}
+
+TEST_F(PagedPiecesTest, WhatStandsInIsShownAndTold)
+{
+    for (int way = 0; way < 2; ++way) {
+        m_memory->breakDown(true);
+        EXPECT_FALSE(shown(0, 2 * kPage).isRead);
+        EXPECT_EQ(shown(0, 2 * kPage).values[5], -1);
+        m_memory->breakDown(false);
+        expectAll(0, 2 * kPage);
+        m_cache->setBudget(0);
+        m_memory->readPastPages();
+    }
 }
 
 TEST_F(PagedMemoryTest, AnArrayInMemoryForGoodIsHeldAtNoCost)

@@ -113,14 +113,20 @@ void KTVRecordColumn::copyUnitValues(std::size_t first, std::span<double> out) c
     if (out.empty())
         return;
     const plotix::PagedMemory::Hold held = m_values.hold(first, first + out.size());
-    const double* archived = m_values.data() + first;
+    convert(m_values.span().subspan(first, out.size()), out);
+}
+
+void KTVRecordColumn::convert(std::span<const double> archived, std::span<double> out) const
+{
+    assert(archived.size() == out.size());
     if (m_map.isIdentity)
-        std::copy_n(archived, out.size(), out.begin());
+        std::copy(archived.begin(), archived.end(), out.begin());
     else if (m_map.isLinear)
-        std::transform(archived, archived + out.size(), out.begin(),
+        std::transform(archived.begin(), archived.end(), out.begin(),
                        [map = m_map](double value) { return value * map.scale + map.offset; });
     else
-        m_unitModel->convertValues(m_descriptor.archivedUnit, m_descriptor.unit, archived, out.data(), out.size());
+        m_unitModel->convertValues(m_descriptor.archivedUnit, m_descriptor.unit, archived.data(), out.data(),
+                                   out.size());
 }
 
 KTVPropertyPtr KTVRecordColumn::snapshotAt(std::size_t index) const

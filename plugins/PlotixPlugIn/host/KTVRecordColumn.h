@@ -46,10 +46,10 @@ public:
 
     /// What is known of the archived values without reading them. A value; *shares* the runs.
     struct Known {
-        std::shared_ptr<const plotix::ValueRuns> runs;  ///< those of the dictionary's times; of equal values the first
-                                                        ///< one of a run stands there. Null: nothing is known
-        std::int64_t count = 0;                         ///< of the valid ones that are no NaN
-        std::optional<double> sum;                      ///< of these, rounded once; NaN with infinities of both signs
+        std::shared_ptr<const plotix::KeptRuns> runs;  ///< those of the dictionary's times; of equal values the first
+                                                       ///< one of a run stands there. Null: nothing is known
+        std::int64_t count = 0;                        ///< of the valid ones that are no NaN
+        std::optional<double> sum;                     ///< of these, rounded once; NaN with infinities of both signs
     };
     const Known& known() const { return m_known; }
     void setKnown(Known known) { m_known = std::move(known); }
@@ -73,6 +73,9 @@ public:
 
     /// Values [first, first + out.size()) in the current unit, valid or not. Requires: the range lies inside.
     void copyUnitValues(std::size_t first, std::span<double> out) const;
+
+    /// Archived values of this column in the current unit. Requires: equal lengths.
+    void convert(std::span<const double> archived, std::span<double> out) const;
 
     /// The element at `index`: a snapshot sharing this column, an exception, or null for "not a property". A snapshot
     /// is a view: its `setUnit` changes the whole column, which gives a caller that converts all snapshots one by one

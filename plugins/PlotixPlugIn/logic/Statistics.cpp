@@ -49,15 +49,25 @@ bool StatisticsAccumulator::addKnown(const KnownValues& known)
     // Values too small to stay apart from zero have become zeros of either sign: which came first, nobody kept.
     const auto isTold = [&](double value) { return value == 0 || shown(value) != 0 || known.offset != 0; };
     StatisticsAccumulator all = *this;
-    for (std::size_t run = 0; run < known.runs.count(); ++run) {
-        const double least = known.runs.least[run], greatest = known.runs.greatest[run];
-        if (!(least <= greatest))
-            continue;
-        if (!isTold(least) || !isTold(greatest))
-            return false;
-        const bool isTurned = known.scale < 0;
-        all.addExtremes(shown(isTurned ? greatest : least), shown(isTurned ? least : greatest));
-    }
+    bool areTold = true;
+    const auto take = [&](const ValueRuns& piece) {
+        for (std::size_t run = 0; run < piece.count(); ++run) {
+            const double least = piece.least[run], greatest = piece.greatest[run];
+            const bool isUnknown = std::isnan(least) || std::isnan(greatest);
+            if (!isUnknown && !(least <= greatest))
+                continue;
+            areTold = areTold && !isUnknown && isTold(least) && isTold(greatest);
+            const bool isTurned = known.scale < 0;
+            all.addExtremes(shown(isTurned ? greatest : least), shown(isTurned ? least : greatest));
+        }
+    };
+    // Where no value becomes a zero, extremes of many runs tell as much as those of each.
+    if (std::abs(known.scale) >= 1)
+        known.runs.inLongRuns(take);
+    else
+        known.runs.inPieces(take);
+    if (!areTold)
+        return false;
     if (std::isnan(known.sum))  // infinities of both signs, as the processor adds them: tables write the NaN's sign
         all.m_sum += all.m_minimum + all.m_maximum;
     else

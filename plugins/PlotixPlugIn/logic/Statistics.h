@@ -27,7 +27,7 @@ struct Statistics {
 /// What is known of the values of a column that were not read, and what becomes of each: value × scale + offset.
 /// *Borrows* the runs.
 struct KnownValues {
-    const ValueRuns& runs;  ///< of equal values the first one of a run stands there
+    const KeptRuns& runs;  ///< of equal values the first one of a run stands there
     std::int64_t count = 0;
     double sum = 0;  ///< rounded once
     double scale = 1, offset = 0;

@@ -54,7 +54,7 @@ protected:
 
     void expectEdgesAsRead(double low, double high, std::size_t bins)
     {
-        const BinGrid grid = BinGrid::covering(low, high, (high - low) / static_cast<double>(bins));
+        const BinGrid grid = BinGrid::covering(low, high, (high - low) / static_cast<double>(bins), 1);
         const auto edgeOf = [&](std::size_t bin) { return grid.edge(grid.first + static_cast<std::int64_t>(bin)); };
         std::size_t edge = firstNotBelow(edgeOf(0));
         ASSERT_GE(firstNotBelow(edgeOf(grid.count)) - edge, 64 * grid.count) << "not crowded";

@@ -48,6 +48,14 @@ TEST_F(ClockTest, WithoutAZoneItIsTheSystems)
     EXPECT_EQ(plotkit::offsetAt(QTimeZone("Asia/Kathmandu"), utc("2024-07-01T00:00:00")), 5 * 3'600 + 45 * 60);
 }
 
+TEST_F(ClockTest, AnotherZoneOfTheEnvironmentCountsAtOnce)
+{
+    const double moment = utc("2024-07-01T00:00:00");
+    EXPECT_EQ(plotkit::offsetAt({}, moment), -4 * 3'600);
+    const plotix::PinnedZone moved("Asia/Kathmandu");
+    EXPECT_EQ(plotkit::offsetAt({}, moment), 5 * 3'600 + 45 * 60);
+}
+
 TEST_F(ClockTest, LocalTimesAreMomentsInTheirZone)
 {
     EXPECT_EQ(momentOf("Europe/Berlin", "2024-07-01T12:00:00"), "2024-07-01 10:00:00");

@@ -1,4 +1,5 @@
 #include "tests/plugins/PlotixPlugIn/TrendStatisticsFixture.h"
+#include "tests/support/paging/PagedRecords.h"
 
 #include <QtGui/QClipboard>
 #include <QtGui/QGuiApplication>
@@ -336,6 +337,49 @@ TEST_F(TrendStatistics, NewRecordsAreFollowed)
     settle();
     EXPECT_TRUE(cellOf("now").startsWith("3.0, ")) << cellOf("now").toStdString();
     EXPECT_NE(cellOf("coverage"), "100\u00A0%");
+}
+
+TEST_F(TrendStatistics, APanLeavesATableAboutEverythingFetchedAsItIs)
+{
+    openAnHour({{"offered", true}, {"columns", QStringList{"last"}}});
+    const QSignalSpy changed(model().figures(), &plotix::TableFigures::figuresChanged);
+    see(600, 1200);
+    EXPECT_EQ(changed.count(), 0);
+    EXPECT_EQ(cellOf("last"), "60.0");
+}
+
+/// The hour in pages that are unpacked where somebody looks.
+class PagedTrendStatistics : public TrendStatistics {
+protected:
+    PagedTrendStatistics()
+    {
+        openAnHour({{"over", "visible"}, {"columns", QStringList{"last"}}});
+        deliverAgain(plotix_test::paged(*anHour(), m_cache, m_random));
+        EXPECT_TRUE(QTest::qWaitFor([this] { return span() != "…"; }));
+    }
+    QString span() { return heading().findChildren<QLabel*>().front()->text(); }
+
+private:
+    std::shared_ptr<plotix::PageCache> m_cache = std::make_shared<plotix::PageCache>(0);
+    std::mt19937 m_random{1};
+};
+
+TEST_F(PagedTrendStatistics, FiguresOfWhatIsVisibleFollowOnceWhenAPanRests)
+{
+    const QSignalSpy changed(model().figures(), &plotix::TableFigures::figuresChanged);
+    for (double from = 0; from < 600; from += 60)
+        see(from, from + 600);
+    EXPECT_EQ(changed.count(), 0);
+    EXPECT_EQ(span(), "…");
+    EXPECT_TRUE(QTest::qWaitFor([this] { return cellOf("last") == "19.0"; })) << cellOf("last").toStdString();
+    EXPECT_EQ(span(), "10 min");
+}
+
+TEST_F(PagedTrendStatistics, WhatIsCopiedIsOfWhatIsVisibleNow)
+{
+    see(0, 600);
+    trend->copyTable(nullptr);
+    EXPECT_TRUE(QGuiApplication::clipboard()->text().contains("\t10.0\t"));
 }
 
 TEST_F(TrendStatistics, TheHeadersMenuOffersTheColumnsOnlyWhereItIsWanted)

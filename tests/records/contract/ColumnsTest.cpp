@@ -1,4 +1,5 @@
 #include "base/PageCache.h"
+#include "base/PagedReading.h"
 #include "tests/records/RandomBlocks.h"
 #include "tests/records/contract/RecordStoreContract.h"
 
@@ -80,6 +81,8 @@ protected:
                            const RecordBlock::Column& column)
     {
         RecordColumns::Total total;
+        const plotix::ValueRuns known = told.runs->unpacked();
+        ASSERT_EQ(known.count(), runs.count());
         for (std::size_t run = 0; run < runs.count(); ++run) {
             double least = kInfinity, greatest = -kInfinity;
             const auto counts = [&](std::size_t i) {
@@ -93,19 +96,44 @@ protected:
                 ++total.valid;
                 total.sum.add(column.values[i]);
             }
-            EXPECT_EQ(told.runs->least[run], least);
-            EXPECT_EQ(told.runs->greatest[run], greatest);
-            const double first = told.runs->first[run];
+            EXPECT_EQ(known.least[run], least);
+            EXPECT_EQ(known.greatest[run], greatest);
+            const double first = known.first[run];
             EXPECT_TRUE(counts(runs.begin[run]) ? first == column.values[runs.begin[run]] : std::isnan(first));
         }
         EXPECT_EQ(told.total->valid, total.valid);
         EXPECT_TRUE(told.total->sum == total.sum);
     }
+    /// Read once, past the pages where a store can do so.
+    static void expectSamePieces(const RecordColumns& told, const RecordBlock& wanted, std::size_t first)
+    {
+        for (std::size_t c = 0; c < wanted.columns.size(); ++c) {
+            const RecordColumns::Column& column = told.columns[c];
+            const RecordBlock::Column& other = wanted.columns[c];
+            std::size_t wrong = 0, next = first;
+            EXPECT_TRUE(plotix::inPieces(
+                column.values, column.validity, first, wanted.times.size(), [&](const PagedMemory::Piece& piece) {
+                    wrong += piece.first != next ? 1 : 0;
+                    for (std::size_t i = 0; i < piece.values.size(); ++i, ++next) {
+                        const bool isValid = !piece.valid || (piece.valid[i / 64] >> (i % 64) & 1U) != 0;
+                        wrong += bitsOf(piece.values[i]) != bitsOf(other.values[next]) ||
+                                         isValid != other.validity.isValid(next)
+                                     ? 1
+                                     : 0;
+                    }
+                }));
+            EXPECT_EQ(wrong, 0U) << "from " << first;
+            EXPECT_EQ(next, wanted.times.size());
+        }
+    }
     void expectTrue(Bound from, Bound to, std::size_t budget)
     {
         const RecordColumns told = columns(from, to, budget);
         const RecordBlock wanted = block(from, to);
+        for (const std::size_t first : {std::size_t{0}, wanted.times.size() / 128 * 64})
+            expectSamePieces(told, wanted, first);
         expectSame(told, wanted);
+        expectSamePieces(told, wanted, 0);
         expectTrueRuns(told, wanted);
     }
 

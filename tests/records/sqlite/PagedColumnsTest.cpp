@@ -1,3 +1,4 @@
+#include "base/PagedReading.h"
 #include "base/ReportableError.h"
 #include "tests/records/sqlite/LongColumnsFixture.h"
 
@@ -32,6 +33,14 @@ protected:
                            .arg(property)));
     }
     double valueAt(std::size_t element) { return told.columns[0].values.valueAt(element); }
+    /// From a multiple of 64 on, read past the pages; whether it could be read.
+    bool pass(std::size_t first, std::vector<double>& values) const
+    {
+        return plotix::inPieces(told.columns[0].values, told.columns[0].validity, first, kRecords,
+                                [&](const PagedMemory::Piece& piece) {
+                                    values.insert(values.end(), piece.values.begin(), piece.values.end());
+                                });
+    }
     bool fails() { return told.failure->message().has_value(); }
 
     RecordColumns told;
@@ -88,6 +97,20 @@ TEST_F(PagedColumnsTest, OnceItCanBeReadItIs)
     EXPECT_EQ(valueAt(2 * kChunk), 2.0 * kChunk);
 }
 
+TEST_F(PagedColumnsTest, PastThePagesWhatHasChangedIsNoValueEither)
+{
+    run("CREATE TABLE kept AS SELECT * FROM segment");
+    damage(air);
+    std::vector<double> damaged, whole;
+    EXPECT_FALSE(pass(64, damaged));
+    EXPECT_EQ(damaged[2 * kChunk - 65], 2.0 * kChunk - 1);
+    EXPECT_TRUE(std::isnan(damaged[2 * kChunk - 64]));
+    EXPECT_EQ(damaged[4 * kChunk - 64], 4.0 * kChunk);
+    run("DELETE FROM segment; INSERT INTO segment SELECT * FROM kept");
+    EXPECT_TRUE(pass(64, whole));
+    EXPECT_EQ(whole[2 * kChunk - 64], 2.0 * kChunk);
+}
+
 TEST_F(PagedColumnsTest, TheFirstFailureIsToldOnce)
 {
     QStringList heard;
@@ -125,7 +148,7 @@ TEST_F(PagedColumnsTest, ADamagedIndexCostsTimeOnly)
     run("UPDATE run SET data = x'00'");
     run("UPDATE summary SET whole = x'00'");
     const RecordColumns other = columns();
-    EXPECT_EQ(other.columns[0].runs->greatest, told.columns[0].runs->greatest);
+    EXPECT_EQ(other.columns[0].runs->unpacked().greatest, told.columns[0].runs->unpacked().greatest);
     EXPECT_EQ(*other.runs, *told.runs);
     EXPECT_TRUE(other.columns[0].total->sum == told.columns[0].total->sum);
 }

@@ -31,13 +31,15 @@ TEST_F(RunsReadingTest, RunsAreInOrderWhoeverFindsThem)
 {
     const RecordColumns known = columns(8);
     ASSERT_EQ(known.runs->count(), (kRecords + 511) / 512);
-    for (const RecordColumns::Column& column : known.columns)
+    for (const RecordColumns::Column& column : known.columns) {
+        const plotix::ValueRuns runs = column.runs->unpacked();
         for (std::size_t run = 0; run < known.runs->count(); ++run) {
             ASSERT_EQ(known.runs->begin[run], run * 512);
-            ASSERT_EQ(column.runs->least[run], static_cast<double>(run * 512));
-            ASSERT_EQ(column.runs->first[run], column.runs->least[run]);
-            ASSERT_EQ(column.runs->greatest[run], static_cast<double>(known.runs->begin[run + 1] - 1));
+            ASSERT_EQ(runs.least[run], static_cast<double>(run * 512));
+            ASSERT_EQ(runs.first[run], runs.least[run]);
+            ASSERT_EQ(runs.greatest[run], static_cast<double>(known.runs->begin[run + 1] - 1));
         }
+    }
 }
 
 TEST_F(RunsReadingTest, TotalsAreThoseOfAllRecords)

@@ -21,7 +21,7 @@ public:
         static constexpr plotix::SchemaPart::Table kTables[] = {{"agent", 1}, {"property", 1}};
         static const plotix::DatabaseSchema schema{
             0x506C7478,
-            8,
+            9,
             16384,
             {{kTables,
               "CREATE TABLE agent(id INTEGER PRIMARY KEY AUTOINCREMENT, name TEXT NOT NULL);"

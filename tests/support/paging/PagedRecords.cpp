@@ -50,6 +50,19 @@ private:
             m_words[word] = m_validity.isEmpty() ? ~std::uint64_t{0} : m_validity[word];
         return true;
     }
+    std::optional<bool> readPast(std::size_t first, std::size_t end, const Show& show) const override
+    {
+        constexpr std::size_t kWords = 65;  // in a piece
+        for (; first < end; first += kWords * kBits) {
+            const std::size_t count = std::min(kWords * kBits, end - first);
+            const std::vector<double> values(m_source.data() + first, m_source.data() + first + count);
+            std::vector<std::uint64_t> words(kWords, ~std::uint64_t{0});
+            for (std::size_t word = 0; !m_validity.isEmpty() && word * kBits < count; ++word)
+                words[word] = m_validity[first / kBits + word];
+            show({first, values, words.data()});
+        }
+        return true;
+    }
     SharedArray<double> m_source;
     SharedArray<std::uint64_t> m_validity;
 };
@@ -77,7 +90,7 @@ KTVRecordColumn::Known knownOf(const KTVRecordColumn& column, const std::vector<
         runs.greatest.push_back(greatest);
         runs.first.push_back(column.isValid(begin[run]) ? column.archivedValues()[begin[run]] : std::nan(""));
     }
-    known.runs = std::make_shared<const ValueRuns>(std::move(runs));
+    known.runs = KeptRuns::of(std::move(runs));
     known.sum = sum.value();
     return known;
 }

@@ -90,6 +90,7 @@ void ComparingPart::clockSet()
 
 void ComparingPart::readBeside(const SpanRecords& present, const std::function<void()>& show)
 {
+    m_asked = {present.span, present.records};
     read(Beside::Records, present, m_choices.together(), show);
 }
 

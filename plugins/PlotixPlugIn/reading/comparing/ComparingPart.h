@@ -72,6 +72,12 @@ private:
     void forgetUnwanted();
     void stopReading();
     void finish(const std::shared_ptr<Reading>& reading);
+    /// Records, and the span they were asked for.
+    struct Asked {
+        TimeSpan span;
+        std::weak_ptr<KTVRecordDictionary> records;
+    };
+
     void readMissing();
     std::optional<TimeSpan> spanShown() const;
     bool isFound(const QString& comparison) const;
@@ -90,6 +96,7 @@ private:
 
     ComparisonChoices m_choices;
     std::map<QString, Found> m_found;    // by the texts of the comparisons
+    Asked m_asked;                       // the latest that came
     std::shared_ptr<Reading> m_reading;  // the latest one; null: none is under way
     std::map<QString, Points> m_points;  // of the lines shown, by their keys
     bool m_isShowing = false;

@@ -67,6 +67,9 @@ void ComparingPart::makeActions()
 
 std::optional<TimeSpan> ComparingPart::spanShown() const
 {
+    // While records are being shown the trend still tells what those before were asked for.
+    if (const KTVRecordDictionaryPtr asked = m_asked.records.lock(); asked && asked == trend().records())
+        return m_asked.span;
     if (const auto asked = trend().readSpan())
         return asked;
     const KTVRecordDictionaryPtr records = trend().records();

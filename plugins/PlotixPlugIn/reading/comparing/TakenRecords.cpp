@@ -146,7 +146,7 @@ void addRun(ValueRuns& runs, const KTVRecordColumn& column, std::size_t first, s
 ValueRuns takenRunsOf(const KTVRecordColumn& column, const TimeRuns& known, const std::vector<TakenRun>& runs)
 {
     ValueRuns taken;
-    const ValueRuns& values = *column.known().runs;
+    const ValueRuns values = column.known().runs->unpacked();
     forEachRun(known, runs, [&](std::size_t run, const TakenRun& part) {
         const std::size_t last = std::min(part.last, column.size());
         if (part.first == known.begin[run] && last == known.begin[run + 1] && run < values.count()) {
@@ -207,8 +207,7 @@ std::shared_ptr<KTVRecordColumn> takenColumn(const KTVRecordColumn& column, cons
     const auto values = std::make_shared<const TakenValues>(column, runs);
     auto made = std::make_shared<KTVRecordColumn>(column.descriptor(), values->values(), values->validity(),
                                                   column.unitModel());
-    made->setKnown({std::make_shared<const ValueRuns>(takenRunsOf(column, *times.runs(), runs)),
-                    validOnes(column, runs), std::nullopt});
+    made->setKnown({KeptRuns::of(takenRunsOf(column, *times.runs(), runs)), validOnes(column, runs), std::nullopt});
     return made;
 }
 

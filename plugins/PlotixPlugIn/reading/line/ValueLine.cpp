@@ -1,5 +1,6 @@
 #include "plugins/PlotixPlugIn/reading/line/ValueLine.h"
 
+#include "plotkit/render/GraphCanvas.h"
 #include "plugins/PlotixPlugIn/reading/trend/OverlayLook.h"
 #include "plugins/PlotixPlugIn/reading/trend/ReadingPart.h"
 
@@ -44,7 +45,8 @@ void ValueLine::drawInGraph(QPainter& painter, const plotkit::GraphGeometry& geo
         return;
     const ReadoutLook look = readoutLookFor(geometry.graph);
     ReadAt read = m_read(m_place->time, geometry);
-    painter.fillRect(QRectF(x - 0.5, area.top(), 1, area.height()), look.line);
+    plotkit::GraphCanvas(painter).drawLine({x, area.top(), x, area.bottom()},
+                                           CPTLineStyle{.width = 1, .color = look.line});
     drawDots(painter, read.dots, look.line);
 
     if (m_place->isHeld)

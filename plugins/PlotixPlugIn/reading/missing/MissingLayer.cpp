@@ -2,6 +2,7 @@
 
 #include "plotkit/layout/GraphGeometry.h"
 #include "plotkit/render/ClippedPaths.h"
+#include "plotkit/render/GraphCanvas.h"
 #include "plotkit/render/GraphText.h"
 #include "plugins/PlotixPlugIn/reading/missing/AmendedLook.h"
 #include "plugins/PlotixPlugIn/reading/trend/OverlayLook.h"
@@ -13,6 +14,7 @@
 #include <QtGui/QPainter>
 
 #include <algorithm>
+#include <cmath>
 
 namespace plotix {
 
@@ -43,7 +45,7 @@ MissingLook lookFor(const CPTXYGraph& graph, Missing kind)
 /// Slanting lines that stand still while the graph is moved by whole hatches: they begin at the corner of the area.
 void hatch(QPainter& painter, const QRectF& place, const QRectF& area, const MissingLook& look, double distance)
 {
-    painter.fillRect(place, look.ground);
+    plotkit::GraphCanvas(painter).fillRect(place, CPTFill::withColor(look.ground));
     painter.save();
     painter.setClipRect(place, Qt::IntersectClip);
     painter.setPen(QPen(look.hatch, 1));
@@ -110,21 +112,17 @@ void MissingLayer::find(const plotkit::GraphGeometry& geometry, const std::vecto
     const CPTPlotRange& times = geometry.graph.plotSpace().xRange();
     // Nothing can have been recorded of the future yet.
     const double now = static_cast<double>(QDateTime::currentMSecsSinceEpoch()) / 1'000;
-    TimeSpan known{times.minLimit(), std::min(times.maxLimit(), now)};
-    if (m_read)
-        known = {std::max(known.from, m_read->from), std::min(known.to, m_read->to)};
-    View view{times, geometry.plotArea.width(), {}, known};
+    TimeSpan all{-HUGE_VAL, now};
     if (times.maxLimit() > now)
-        view.known.to = std::floor(view.known.to);  // else every frame would be another one
+        all.to = std::floor(now);  // else every frame would be another one
+    if (m_read)
+        all = {m_read->from, std::min(all.to, m_read->to)};
+    m_known = {std::max(times.minLimit(), all.from), std::min(times.maxLimit(), all.to)};
+    std::vector<const LineRecords*> records;
     for (const TrendLine& each : lines)
-        view.lines.emplace_back(each.records.series->serial(), each.records.longestJoin);
-    if (m_view == view)
-        return;
-    const double least = kLeastFound * times.length / std::max(1.0, view.width);
-    m_stretches.clear();
-    for (const TrendLine& each : lines)
-        m_stretches.push_back(missingStretches(each.records, view.known, least));
-    m_view = std::move(view);
+        records.push_back(&each.records);
+    m_stretches =
+        &m_kept.within(m_known, all, kLeastFound * times.length / std::max(1.0, geometry.plotArea.width()), records);
 }
 
 void MissingLayer::drawInGraph(QPainter& painter, const plotkit::GraphGeometry& geometry)
@@ -148,7 +146,7 @@ void MissingLayer::drawStretches(QPainter& painter, const plotkit::GraphGeometry
 {
     std::vector<std::vector<MissingStretch>> ofLines;
     for (const std::size_t line : lane.lines)
-        ofLines.push_back(m_stretches[line]);
+        ofLines.push_back((*m_stretches)[line]);
     const QRectF area = geometry.areaOf(*lane.space);
     const plotkit::AxisMapping times = geometry.xMappingOf(geometry.graph.plotSpace());
     const CPTTextStyle style{.fontName = QStringLiteral("Helvetica"), .fontSize = kTextSize, .color = CPTColor()};
@@ -182,7 +180,7 @@ void MissingLayer::drawStrip(QPainter& painter, const plotkit::GraphGeometry& ge
     const bool dark = isDark(geometry.graph);
     const QRectF ground(area.left(), top - kAboveRows, area.width(), height + kAboveRows);
     painter.fillRect(ground, dark ? QColor(104, 107, 114) : QColor(198, 202, 209));
-    const QRectF known = placeOf({m_view->known.from, m_view->known.to}, times, area);
+    const QRectF known = placeOf({m_known.from, m_known.to}, times, area);
     for (const std::size_t line : lane.lines) {
         const QRectF whole(known.left(), top, known.width(), row - 0.5);
         painter.fillRect(whole, dark ? QColor(20, 20, 20) : QColor(245, 245, 245));
@@ -192,7 +190,7 @@ void MissingLayer::drawStrip(QPainter& painter, const plotkit::GraphGeometry& ge
                 painter.fillRect(QRectF(recordedFrom, whole.top(), x - recordedFrom, whole.height()),
                                  lines[line].line.color);
         };
-        for (const MissingStretch& stretch : m_stretches[line]) {
+        for (const MissingStretch& stretch : (*m_stretches)[line]) {
             const QRectF place = placeOf(stretch, times, whole);
             fillTo(place.left());
             recordedFrom = place.right();

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "plotkit/model/CPTGraphLayer.h"
+#include "plugins/PlotixPlugIn/reading/missing/KeptStretches.h"
 #include "plugins/PlotixPlugIn/reading/missing/LaneStretches.h"
 #include "plugins/PlotixPlugIn/reading/values/TrendLines.h"
 
@@ -27,14 +28,6 @@ public:
     void drawInGraph(QPainter& painter, const plotkit::GraphGeometry& geometry) override;
 
 private:
-    /// What the stretches were found for.
-    struct View {
-        CPTPlotRange times;
-        double width = 0;
-        std::vector<std::pair<std::uint64_t, double>> lines;  ///< serials and longest joins
-        TimeSpan known;
-        friend bool operator==(const View&, const View&) = default;
-    };
     struct LaneLines {
         const CPTXYPlotSpace* space;
         std::vector<std::size_t> lines;  ///< positions of the trend's own among those shown
@@ -49,8 +42,9 @@ private:
     TrendLines* m_lines;
     Shown m_shown;
     std::optional<TimeSpan> m_read;
-    std::optional<View> m_view;
-    std::vector<std::vector<MissingStretch>> m_stretches;  // of the lines shown, in their order
+    KeptStretches m_kept;
+    TimeSpan m_known;  // of what is drawn, that of which something is known
+    const std::vector<KeptStretches::OfLine>* m_stretches = nullptr;  // kept; of the lines shown, in their order
 };
 
 }  // namespace plotix

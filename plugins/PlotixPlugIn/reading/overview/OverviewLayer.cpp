@@ -1,6 +1,7 @@
 #include "plugins/PlotixPlugIn/reading/overview/OverviewLayer.h"
 
 #include "plotkit/layout/GraphGeometry.h"
+#include "plotkit/render/GraphCanvas.h"
 #include "plotkit/render/GraphText.h"
 #include "plugins/PlotixPlugIn/reading/trend/OverlayLook.h"
 
@@ -87,11 +88,12 @@ void OverviewLayer::drawInGraph(QPainter& painter, const plotkit::GraphGeometry&
     painter.fillRect(QRectF(strip.left(), strip.top(), window.left() - strip.left(), strip.height()), look.veil);
     painter.fillRect(QRectF(window.right(), strip.top(), strip.right() - window.right(), strip.height()), look.veil);
 
-    painter.setPen(QPen(look.border, 1));
-    painter.drawRect(found->strip);
+    {
+        plotkit::GraphCanvas canvas(painter);
+        canvas.drawRoundedFrame(found->strip, CPTFill::none(), CPTLineStyle{.width = 1, .color = look.border}, 0);
+        canvas.drawRoundedFrame(window, CPTFill::none(), CPTLineStyle{.width = 1.5, .color = look.window}, 0);
+    }
     painter.setRenderHint(QPainter::Antialiasing);
-    painter.setPen(QPen(look.window, 1.5));
-    painter.drawRect(window);
     painter.setPen(QPen(look.window, 4, Qt::SolidLine, Qt::RoundCap));
     if (isOnScreen(painter))
         for (const double x : {window.left(), window.right()})

@@ -9,6 +9,7 @@ namespace plotix {
 namespace {
 
 constexpr int kMillisecondsOfAge = 1000;
+constexpr int kMillisecondsOfRest = 120;
 
 }  // namespace
 
@@ -62,6 +63,11 @@ public:
         return m_part.m_choices.isOffered ? m_part.m_columnActions : std::vector<QAction*>();
     }
     QWidget* makeHeading(QWidget* parent) override { return m_part.makeHeading(parent); }
+    void takeUp() override
+    {
+        if (m_part.m_resting.isActive())
+            m_part.refresh();
+    }
     void finish() override
     {
         m_part.refresh();
@@ -81,6 +87,9 @@ StatisticsPart::StatisticsPart(ReadTrend& trend)
     makeActions();
     m_ageing.setInterval(kMillisecondsOfAge);
     connect(&m_ageing, &QTimer::timeout, m_figures.get(), &TableFigures::figuresChanged);
+    m_resting.setSingleShot(true);
+    m_resting.setInterval(kMillisecondsOfRest);
+    connect(&m_resting, &QTimer::timeout, this, &StatisticsPart::refresh);
     for (const auto changed : {&FigureKeeper::changed, &FigureKeeper::progressed})
         connect(&m_keeper, changed, this, [this] {
             tellHeading();
@@ -112,10 +121,16 @@ void StatisticsPart::clockSet()
     emit m_figures->figuresChanged();
 }
 
+// Figures look at the records at both ends of what is visible, and at its extremes. In memory these keep pace with a
+// hand; paged ones would be unpacked move by move, and follow when it rests.
 void StatisticsPart::rangeSet(CPTCoordinate coordinate)
 {
-    if (coordinate == CPTCoordinate::X)
-        refreshSoon();
+    if (coordinate != CPTCoordinate::X || m_choices.over != StatisticsOver::Visible)
+        return;
+    if (!m_table.isPaged())
+        return refreshSoon();
+    m_resting.start();
+    tellHeading();
 }
 
 void StatisticsPart::change(const StatisticsChoices& choices)
@@ -145,6 +160,7 @@ void StatisticsPart::refreshSoon()
 void StatisticsPart::refresh()
 {
     m_isRefreshing = false;
+    m_resting.stop();
     m_table.ask(m_choices);
     if (const QStringList comparisons = m_compared.comparisons(); comparisons != m_comparisons) {
         m_comparisons = comparisons;
@@ -166,6 +182,7 @@ void StatisticsPart::goToExtreme(Figure figure)
 
 void StatisticsPart::goToTime(const QString& key, Figure figure)
 {
+    m_figures->takeUp();
     if (!needsFigures(m_choices)) {  // the table's own numbers come without times
         StatisticsChoices choices = m_choices;
         choices.columns = {QStringLiteral("minimumTime"), QStringLiteral("maximumTime")};

@@ -78,7 +78,8 @@ private:
     std::unique_ptr<QMenu> m_columnsMenu;
     QPointer<StatisticsHeading> m_heading;
     QString m_currentKey;
-    QTimer m_ageing;  // while ages are shown
+    QTimer m_ageing;   // while ages are shown
+    QTimer m_resting;  // while a pan goes on that the figures have still to follow
     bool m_isRefreshing = false;
 };
 

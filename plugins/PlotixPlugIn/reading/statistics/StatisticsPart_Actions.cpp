@@ -132,6 +132,8 @@ QString StatisticsPart::spanText() const
     if (m_keeper.isWorking())
         return localizedText(QT_TRANSLATE_NOOP("Plotix", "working… %1 %"))
             .arg(static_cast<int>(m_keeper.progress() * 100));
+    if (m_resting.isActive())
+        return FigureTexts::pending();
     const auto span = m_table.span(m_choices.over);
     return span ? durationText(span->to - span->from) : QString();
 }

@@ -70,6 +70,12 @@ std::vector<FigureLine> StatisticsTable::keptLines() const
     return lines;
 }
 
+bool StatisticsTable::isPaged() const
+{
+    const KTVRecordDictionaryPtr records = m_trend.records();
+    return records && records->time() && !records->time()->isResident();
+}
+
 std::optional<StatisticsTable::CountedLimit> StatisticsTable::limitOf(const QString& key, const KTVRecordColumn& column,
                                                                       Figure figure) const
 {

@@ -25,6 +25,7 @@ public:
 
     /// The span that the figures are about; nothing while there is none.
     std::optional<TimeSpan> span(StatisticsOver over) const;
+    bool isPaged() const;  ///< whether looking at records may unpack them
     TableFigures::Cell cell(const QString& key, const FigureColumn& column) const;
     std::optional<TableFigures::Own> own(const QString& key) const;
     /// How many of the records are not valid, late or corrected, in words; nothing where nobody wants to see that.

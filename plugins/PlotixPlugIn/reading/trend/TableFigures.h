@@ -66,6 +66,9 @@ public:
     /// A new heading for the table; the caller owns it. Hides itself while there is nothing to choose.
     virtual QWidget* makeHeading(QWidget* parent) = 0;
 
+    /// Figures of what is visible may wait until a pan rests: this takes up the span shown now, for who reads them
+    /// meanwhile.
+    virtual void takeUp() = 0;
     /// Works out here and now whatever is still being worked out, for who cannot wait for a signal.
     virtual void finish() = 0;
 

@@ -40,34 +40,53 @@ public:
         std::size_t record = index.lastPointBefore(m_line.series->elementAfter(m_within.from));
         if (record >= m_count)
             record = endStretch(0, m_within.from, index.firstPointFrom(0), HUGE_VAL);
-        while (record < m_count && m_times[record] < m_within.to) {
+        for (Place place = placeOf(record); place.record < m_count && place.time < m_within.to;) {
             // No stretch between two records so near is longer than `least`, whatever lies there.
-            std::size_t last = knownRecordWithin(record, m_times[record] + m_least);
-            if (last == record)
-                last = index.lastPointBefore(firstBeyond(record, m_times[record] + m_least));
-            if (last < m_count && last > record) {
-                record = last;
+            const double near = place.time + m_least;
+            if (const std::optional<Place> known = knownPlaceWithin(place, near)) {
+                place = *known;
                 continue;
             }
-            record = endStretch(record + 1, m_times[record], index.firstPointFrom(record + 1), longestJoin(record));
+            const std::size_t last = index.lastPointBefore(firstBeyond(place.record, near));
+            const bool isLater = last < m_count && last > place.record;
+            place = placeOf(isLater ? last
+                                    : endStretch(place.record + 1, place.time, index.firstPointFrom(place.record + 1),
+                                                 longestJoin(place.record)));
         }
         return std::move(m_found);
     }
 
 private:
-    /// A later record up to a time that is known without looking at any, of a paged series; else the record itself.
-    std::size_t knownRecordWithin(std::size_t record, double time) const
+    struct Place {
+        std::size_t record = 0;  ///< m_count: beyond all
+        std::size_t run = 0;     ///< of a paged series
+        double time = 0;
+    };
+
+    Place placeOf(std::size_t record) const
+    {
+        const CPTSeriesRuns* runs = m_line.series->runs().get();
+        if (record >= m_count)
+            return {record, 0, 0};
+        if (!runs)
+            return {record, 0, m_times[record]};
+        // Records that begin a run, as most do that are come to, have their times there: no page is looked at.
+        const std::size_t run = runs->runAt(record);
+        return {record, run, runs->begin(run) == record ? runs->firstTime(run) : m_times[record]};
+    }
+
+    /// A later record up to a time that is known without looking at any, of a paged series.
+    std::optional<Place> knownPlaceWithin(const Place& place, double time) const
     {
         constexpr std::size_t kMostTried = 8;
         const CPTSeriesRuns* runs = m_line.series->runs().get();
         if (!runs)
-            return record;
-        const std::size_t own = runs->runAt(record);
+            return std::nullopt;
         std::size_t run = runs->runFromTime(time);
-        for (std::size_t tried = 0; run > own + 1 && tried < kMostTried; ++tried)
+        for (std::size_t tried = 0; run > place.run + 1 && tried < kMostTried; ++tried)
             if (std::isfinite(runs->firstValue(--run)))
-                return runs->begin(run);
-        return record;
+                return Place{runs->begin(run), run, runs->firstTime(run)};
+        return std::nullopt;
     }
 
     double longestJoin(std::size_t record) const
@@ -95,7 +114,7 @@ private:
     /// Notes what lies between the record in front of `first` and the next one, which it answers.
     std::size_t endStretch(std::size_t first, double from, std::size_t next, double longestJoin)
     {
-        const double to = next < m_count ? m_times[next] : m_within.to;
+        const double to = next < m_count ? placeOf(next).time : m_within.to;
         const std::size_t end = std::min({next, m_count, first + kLookedAt});
         bool holdsAny = false;
         for (std::size_t element = first; element < end && !holdsAny && m_times[element] <= m_within.to; ++element)

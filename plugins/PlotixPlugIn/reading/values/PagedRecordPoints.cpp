@@ -22,33 +22,26 @@ PagedRecordPoints::PagedRecordPoints(const KTVRecordColumn& column, Exceptions e
 
 bool PagedRecordPoints::writePoints(CPTPointWriter& into) const noexcept
 {
-    bool areRead = true;
-    inStretches(m_column, into.first(), into.end(),
-                [&](std::size_t first, std::size_t end) { areRead = writeStretch(into, first, end) && areRead; });
+    const bool areRead = inPieces(m_column.archivedValues(), m_column.validity(), into.first(), into.end(),
+                                  [&](const PagedMemory::Piece& piece) { writePiece(into, piece); });
     for (auto each = m_exceptions.lower_bound(into.first()); each != m_exceptions.end() && each->first < into.end();
          ++each)
         into.setPoint(each->first, each->second);
     return areRead;
 }
 
-/// Requires: the stretch is held. False where what is held only stands in for what could not be read.
-bool PagedRecordPoints::writeStretch(CPTPointWriter& into, std::size_t first, std::size_t end) const
+void PagedRecordPoints::writePiece(CPTPointWriter& into, const PagedMemory::Piece& piece) const
 {
-    const PagedArray<double>& archived = m_column.archivedValues();
-    PagedMemory::Hold read;
-    if (!archived.memory()->holdIfThere(first, end, read))
-        return false;
-    if (m_isAsArchived) {
-        into.setBlock(first, archived.span().subspan(first, end - first), m_column.validity());
-        return true;
-    }
+    if (m_isAsArchived)
+        return into.setBlock(piece.first, piece.values, piece.valid);
     std::array<double, kBlock> block;
-    for (; first < end; first += kBlock) {
-        const std::span<double> values(block.data(), std::min(kBlock, end - first));
-        m_column.copyUnitValues(first, values);
-        into.setBlock(first, values, m_column.validity());
+    for (std::size_t done = 0; done < piece.values.size(); done += kBlock) {
+        const std::span<const double> archived =
+            piece.values.subspan(done, std::min(kBlock, piece.values.size() - done));
+        const std::span<double> shown(block.data(), archived.size());
+        m_column.convert(archived, shown);
+        into.setBlock(piece.first + done, shown, piece.valid ? piece.valid + done / 64 : nullptr);
     }
-    return true;
 }
 
 }  // namespace plotix

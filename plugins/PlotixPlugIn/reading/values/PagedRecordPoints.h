@@ -5,8 +5,9 @@
 
 #include <map>
 
-/// The points of a paged column, written from its pages where somebody looks, in the unit that was shown when this was
-/// made. *Shares* the column's values; made on the main thread, then any thread.
+/// The points of a paged column, written where somebody looks, in the unit that was shown when this was made: from the
+/// column's pages where they are in memory, else past them. *Shares* the column's values; made on the main thread, then
+/// any thread.
 namespace plotix {
 
 class PagedRecordPoints : public CPTPagedPoints {
@@ -19,7 +20,7 @@ public:
 
 private:
     bool writePoints(CPTPointWriter& into) const noexcept override;
-    bool writeStretch(CPTPointWriter& into, std::size_t first, std::size_t end) const;
+    void writePiece(CPTPointWriter& into, const PagedMemory::Piece& piece) const;
 
     KTVRecordColumn m_column;
     Exceptions m_exceptions;

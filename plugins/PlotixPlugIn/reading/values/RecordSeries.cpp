@@ -31,21 +31,38 @@ bool canBePaged(const RecordTimes& time, const KTVRecordColumn& column)
            isTurnable(column.map());
 }
 
-/// What is known of values after a linear map; runs without values stay such.
-ValueRuns shownRuns(const ValueRuns& archived, const KTVUnitModel::Map& map)
-{
-    ValueRuns shown = archived;
-    const auto convert = [&map](double value) { return value * map.scale + map.offset; };
-    for (std::size_t run = 0; run < archived.count(); ++run) {
-        if (!(archived.least[run] <= archived.greatest[run]))
-            continue;
-        const bool isTurned = map.scale < 0;
-        shown.least[run] = convert(isTurned ? archived.greatest[run] : archived.least[run]);
-        shown.greatest[run] = convert(isTurned ? archived.least[run] : archived.greatest[run]);
-        shown.first[run] = convert(archived.first[run]);
+/// What is known of values after a linear map; runs without values, or of which nothing is known, stay such. *Borrows*
+/// what is known before.
+class ShownRuns final : public KeptRuns {
+public:
+    ShownRuns(const KeptRuns& archived, const KTVUnitModel::Map& map) : m_archived(archived), m_map(map) {}
+    std::size_t count() const override { return m_archived.count(); }
+    void inPieces(const Take& take) const override
+    {
+        ValueRuns shown;
+        m_archived.inPieces([&](const ValueRuns& piece) {
+            shown = piece;
+            show(shown);
+            take(shown);
+        });
     }
-    return shown;
-}
+
+private:
+    void show(ValueRuns& runs) const
+    {
+        for (std::size_t run = 0; run < runs.count(); ++run) {
+            if (!(runs.least[run] <= runs.greatest[run]))
+                continue;
+            for (double* value : {&runs.least[run], &runs.greatest[run], &runs.first[run]})
+                *value = *value * m_map.scale + m_map.offset;
+            if (m_map.scale < 0)
+                std::swap(runs.least[run], runs.greatest[run]);
+        }
+    }
+
+    const KeptRuns& m_archived;
+    const KTVUnitModel::Map& m_map;
+};
 
 CPTPointSeriesPtr pagedSeriesOf(const RecordTimes& time, const KTVRecordColumn& column)
 {
@@ -60,10 +77,10 @@ CPTPointSeriesPtr pagedSeriesOf(const RecordTimes& time, const KTVRecordColumn& 
         changed.push_back(index);
     }
     const bool isAsArchived = column.unit() == column.descriptor().archivedUnit || column.map().isIdentity;
-    const ValueRuns converted = isAsArchived ? ValueRuns() : shownRuns(*column.known().runs, column.map());
+    const KeptRuns& archived = *column.known().runs;
+    const ShownRuns shown(archived, column.map());
     const auto points = std::make_shared<const PagedRecordPoints>(column, std::move(exceptions));
-    return plotkit::pagedSeries(time, {time.runs(), isAsArchived ? *column.known().runs : converted, changed}, points,
-                                count);
+    return plotkit::pagedSeries(time, {time.runs(), isAsArchived ? archived : shown, changed}, points, count);
 }
 
 }  // namespace

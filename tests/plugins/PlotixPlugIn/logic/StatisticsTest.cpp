@@ -184,7 +184,7 @@ protected:
     std::optional<Statistics> known(double scale = 1, double offset = 0) const
     {
         StatisticsAccumulator accumulator;
-        const bool isKnown = accumulator.addKnown({m_runs, m_count, m_sum, scale, offset});
+        const bool isKnown = accumulator.addKnown({*plotix::KeptRuns::of(m_runs), m_count, m_sum, scale, offset});
         EXPECT_EQ(accumulator.isEmpty(), !isKnown || m_count == 0);
         return isKnown ? std::optional(accumulator.statistics()) : std::nullopt;
     }

@@ -66,6 +66,17 @@ TEST_F(EmptyComparisonTest, TheMenuKnowsWhatLiesBeforeTheFirstRecord)
     EXPECT_NE(action("A Week Earlier (nothing recorded)"), nullptr);
 }
 
+TEST_F(EmptyComparisonTest, TheMenuIsAboutTheRecordsThatAreShownNow)
+{
+    host().archiveManager().setRecordedSpan(KTVArchiveManager::Span{{kFrom}, {kTo + 10 * kDay}});
+    refreshFor(kFrom + 600, kTo + 600);
+    answer(minutes());
+    EXPECT_NE(action("A Week Earlier (nothing recorded)"), nullptr);
+    refreshFor(kFrom + 8 * kDay, kTo + 8 * kDay);
+    answer(minutes());
+    EXPECT_NE(action("A Week Earlier"), nullptr);
+}
+
 TEST_F(EmptyComparisonTest, ALineWithoutEarlierRecordsMovesNoRangeAndMakesNoLane)
 {
     trend().setReading({{"arrangement", QVariantMap{{"kind", "lane-per-property"}}}});

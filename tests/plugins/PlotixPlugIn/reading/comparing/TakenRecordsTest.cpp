@@ -61,14 +61,15 @@ protected:
         ASSERT_TRUE(taken.time()->runs() && column->known().runs);
         EXPECT_EQ(column->known().count, valid);
         const TimeRuns& runs = *taken.time()->runs();
+        const ValueRuns known = column->known().runs->unpacked();
         const auto held = column->hold(0, column->size());
         for (std::size_t run = 0; run < runs.count(); ++run) {
             EXPECT_EQ(runs.first[run], taken.time()->valueAt(runs.begin[run]));
             EXPECT_EQ(runs.last[run], taken.time()->valueAt(runs.begin[run + 1] - 1));
             for (std::size_t index = runs.begin[run]; index < std::min(column->size(), runs.begin[run + 1]); ++index)
                 if (column->isValid(index)) {
-                    ASSERT_LE(column->known().runs->least[run], column->archivedValues()[index]);
-                    ASSERT_GE(column->known().runs->greatest[run], column->archivedValues()[index]);
+                    ASSERT_LE(known.least[run], column->archivedValues()[index]);
+                    ASSERT_GE(known.greatest[run], column->archivedValues()[index]);
                 }
         }
     }

@@ -208,6 +208,19 @@ TEST_P(PagedLineTest, WhatIsMissingIsTheSame)
     }
 }
 
+TEST_P(PagedLineTest, WhatIsMissingIsLookedForFromRunToRun)
+{
+    plotix_test::RecordedLine line;
+    for (std::size_t index = 0; index < 16 * PagedMemory::kPage; ++index)
+        line.add(double(index), 1);
+    make(std::move(line));
+    show();
+    m_cache->setBudget(0);
+    m_cache->setBudget(std::size_t{64} << 20);  // what is looked at stays
+    missingStretches(m_other, {0, m_line.times.back()}, 2000);
+    EXPECT_LE(m_cache->inUse(), 6 * PagedMemory::kPage * sizeof(double));  // at both ends: times, values, points
+}
+
 TEST_P(PagedLineTest, QualityIsCountedTheSame)
 {
     show();

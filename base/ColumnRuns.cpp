@@ -1,0 +1,81 @@
+#include "base/ColumnRuns.h"
+
+#include <utility>
+
+namespace plotix {
+
+namespace {
+
+class PlainRuns final : public KeptRuns {
+public:
+    explicit PlainRuns(ValueRuns runs) : m_runs(std::move(runs)) {}
+    std::size_t count() const override { return m_runs.count(); }
+    void inPieces(const Take& take) const override { take(m_runs); }
+
+private:
+    const ValueRuns m_runs;
+};
+
+class JoinedRuns final : public KeptRuns {
+public:
+    explicit JoinedRuns(std::vector<std::shared_ptr<const KeptRuns>> pieces) : m_pieces(std::move(pieces))
+    {
+        for (const auto& piece : m_pieces)
+            m_count += piece->count();
+    }
+    std::size_t count() const override { return m_count; }
+    void inPieces(const Take& take) const override
+    {
+        for (const auto& piece : m_pieces)
+            piece->inPieces(take);
+    }
+    void inLongRuns(const Take& take) const override
+    {
+        for (const auto& piece : m_pieces)
+            piece->inLongRuns(take);
+    }
+
+private:
+    const std::vector<std::shared_ptr<const KeptRuns>> m_pieces;
+    std::size_t m_count = 0;
+};
+
+void appendTo(std::vector<double>& all, const std::vector<double>& next)
+{
+    all.insert(all.end(), next.begin(), next.end());
+}
+
+}  // namespace
+
+void ValueRuns::reserve(std::size_t runs)
+{
+    for (auto* each : {&least, &greatest, &first})
+        each->reserve(runs);
+}
+
+void ValueRuns::append(const ValueRuns& next)
+{
+    appendTo(least, next.least);
+    appendTo(greatest, next.greatest);
+    appendTo(first, next.first);
+}
+
+ValueRuns KeptRuns::unpacked() const
+{
+    ValueRuns all;
+    all.reserve(count());
+    inPieces([&all](const ValueRuns& piece) { all.append(piece); });
+    return all;
+}
+
+std::shared_ptr<const KeptRuns> KeptRuns::of(ValueRuns runs)
+{
+    return std::make_shared<const PlainRuns>(std::move(runs));
+}
+
+std::shared_ptr<const KeptRuns> KeptRuns::joined(std::vector<std::shared_ptr<const KeptRuns>> pieces)
+{
+    return pieces.size() == 1 ? pieces.front() : std::make_shared<const JoinedRuns>(std::move(pieces));
+}
+
+}  // namespace plotix

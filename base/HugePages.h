@@ -1,0 +1,20 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+
+/// Address space that huge pages of the system fit into. Free functions; any thread.
+namespace plotix {
+
+inline constexpr std::size_t kHugePage = std::size_t{2} << 20;
+
+constexpr std::uintptr_t roundedUp(std::uintptr_t place, std::size_t unit)
+{
+    return (place + unit - 1) / unit * unit;
+}
+
+/// Private memory that begins where a huge page would, for munmap; null where there is no room. `flags`: more ones for
+/// mmap. Requires: whole pages of the system.
+void* mapAligned(std::size_t bytes, int flags = 0);
+
+}  // namespace plotix
