@@ -21,7 +21,7 @@ using plotix::RecordColumns;
 using plotix::ReportableError;
 using plotix::RowId;
 
-constexpr std::size_t kManyRecords = 66 * 16'384;
+constexpr std::size_t kManyRecords = 100 * 16'384;
 constexpr double kInfinity = std::numeric_limits<double>::infinity();
 constexpr double kNaN = std::numeric_limits<double>::quiet_NaN();
 
@@ -304,7 +304,7 @@ TEST_F(RandomDamageTest, WhatIsSaidOfManyChunksIsNotBelievedWhenItChanges)
         if (cell.table != "segment" && cell.table != "tail")
             byColumn[cell.table + '.' + cell.column].push_back(std::move(cell));
     Tallies tallies;
-    for (int i = 0; i < flips() / 5 && !HasFailure(); ++i)
+    for (int i = 0; i < flips() / 20 && !HasFailure(); ++i)
         for (const auto& [name, all] : byColumn)
             flip(all[random() % all.size()], tallies);
     const Tally tally = printed(tallies);
