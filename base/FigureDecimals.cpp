@@ -26,6 +26,17 @@ int ownDecimals(float number)
     return point == std::string_view::npos ? 0 : std::min(static_cast<int>(digits.size() - point) - 1, kMostDecimals);
 }
 
+/// Averages come rounded to tenths, but to no fewer than four digits.
+int decimalsRoundedTo(float average)
+{
+    constexpr int kDigits = 4, kLeast = 1;
+    const double magnitude = std::abs(static_cast<double>(average));
+    const bool isNumber = magnitude > 0 && std::isfinite(magnitude);
+    return isNumber
+               ? std::clamp(kDigits - 1 - static_cast<int>(std::floor(std::log10(magnitude))), kLeast, kMostDecimals)
+               : kMostDecimals;
+}
+
 }  // namespace
 
 int decimalsForStatistics(float minimum, float maximum)
@@ -41,8 +52,9 @@ int decimalsForStatistics(float minimum, float maximum)
 FigureDecimals figureDecimals(float minimum, float maximum, float average)
 {
     const int decimals = std::isfinite(minimum) && std::isfinite(maximum) ? decimalsForStatistics(minimum, maximum) : 0;
-    return {std::min(decimals, std::max(ownDecimals(minimum), ownDecimals(maximum))),
-            std::min(decimals, ownDecimals(average))};
+    const int extremes = std::min(decimals, std::max(ownDecimals(minimum), ownDecimals(maximum)));
+    return {extremes,
+            std::max(std::min(decimals, ownDecimals(average)), std::min(extremes, decimalsRoundedTo(average)))};
 }
 
 }  // namespace plotix

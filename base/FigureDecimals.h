@@ -9,8 +9,9 @@ struct FigureDecimals {
 };
 
 /// As many as make about four digits of the range, but none that nobody measured: the extremes have no more than the
-/// longer of them has itself; the average no more than it was rounded to, and one beyond the extremes'. Equal extremes
-/// are written exactly. Without finite extremes none.
+/// longer of them has itself; the average no more than it was rounded to, and one beyond the extremes', but as many as
+/// they have where it was rounded to as many: 3.9999 beside 9.68 is 4.00. Equal extremes are written exactly. Without
+/// finite extremes none.
 FigureDecimals figureDecimals(float minimum, float maximum, float average);
 
 /// Those of the range alone, for other figures of the line, which nobody rounded. Requires: finite numbers.

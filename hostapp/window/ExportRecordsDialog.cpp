@@ -186,7 +186,8 @@ void ExportRecordsDialog::accept()
         return;
     }
     const std::optional<Span> chosen = span();
-    if (chosen && chosen->second < chosen->first) {
+    const bool isNoDate = m_chosen->isChosen() && !m_chosen->isUnderstood();
+    if (isNoDate || (chosen && chosen->second < chosen->first)) {
         m_chosen->askAgain();
         return;
     }

@@ -72,7 +72,8 @@ MomentSpan SaveCaseDialog::span() const
 
 void SaveCaseDialog::accept()
 {
-    if (span().second < span().first)
+    const bool isNoDate = m_chosen->isChosen() && !m_chosen->isUnderstood();
+    if (isNoDate || span().second < span().first)
         m_chosen->askAgain();
     else
         QDialog::accept();

@@ -48,10 +48,18 @@ void SpanChoice::choose(const MomentSpan& span)
     m_to->setMoment(span.second);
 }
 
+bool SpanChoice::isUnderstood() const
+{
+    return m_from->problem().isEmpty() && m_to->problem().isEmpty();
+}
+
 void SpanChoice::askAgain()
 {
-    m_to->setFocus();
-    m_to->selectAll();
+    MomentEdit* asked = m_from->problem().isEmpty() ? m_to : m_from;
+    asked->setFocus();
+    asked->selectAll();
+    if (!asked->problem().isEmpty())
+        asked->tellProblem();
 }
 
 void SpanChoice::sayBy(const QTimeZone& zone)

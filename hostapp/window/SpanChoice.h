@@ -23,7 +23,8 @@ public:
     MomentSpan span() const;  ///< as it stands in the fields; may be reversed
     void choose(const MomentSpan& span);
     void sayBy(const QTimeZone& zone);  ///< by its clocks; an invalid one is the user's
-    void askAgain();                    ///< leads to the end, for a span that is reversed
+    bool isUnderstood() const;          ///< whether dates stand in both fields
+    void askAgain();                    ///< leads to what is no date, or to the end, for a span that is reversed
 
 private:
     // All owned by the widget.

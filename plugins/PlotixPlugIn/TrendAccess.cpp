@@ -202,6 +202,11 @@ bool TrendAccess::movesByItself() const
     return m_plugIn.m_rangeBeingShown && !m_isAsked;
 }
 
+bool TrendAccess::heedsKeys() const
+{
+    return !m_plugIn.m_rangeBeingShown;
+}
+
 void TrendAccess::readDates(const plotix::TimeSpan& dates)
 {
     m_plugIn.m_dataCluster->updateDates(plotix::Date{dates.from}, plotix::Date{dates.to});

@@ -38,6 +38,7 @@ public:
     void showTimes(const plotix::TimeSpan& times) override;
     void showValues(CPTXYPlotSpace& space, const CPTPlotRange& values) override;
     bool movesByItself() const override;
+    bool heedsKeys() const override;
     void readDates(const plotix::TimeSpan& dates) override;
     void fit() override;
     plotix::ReadingPart* part(const QString& key) const override;

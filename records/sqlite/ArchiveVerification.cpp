@@ -111,6 +111,12 @@ private:
                          .arg(count.integer(0))
                          .arg(QLatin1String(table)));
         }
+        if (!hasTable("tail"))
+            return;
+        // Those of agents that are not there are found with their agent.
+        Statement count(m_database, "SELECT count(*) FROM tail WHERE id < ?");
+        if (count.bind(1, schema::kRowsPerTail).step() && count.integer(0) > 0)
+            find(QStringLiteral("%1 rows of the table “tail” belong to no agent.").arg(count.integer(0)));
     }
 
     void checkOutlines()
@@ -156,8 +162,8 @@ private:
             if (!(chunk.t0 > last))
                 findInChunk(chunk, QStringLiteral("overlaps the one before it"));
             last = std::max(last, chunk.t1);
-            if (chunk.n == 0 || chunk.n > schema::kRecordsPerChunk || !(chunk.t0 <= chunk.t1))
-                findInChunk(chunk, QStringLiteral("is impossible: its times or its length make no sense"));
+            if (!chunk.isPossible())
+                findInChunk(chunk, QStringLiteral("is impossible: its number, times or length make no sense"));
             else
                 step([&] { checkChunk(chunk); });
             ++m_result.chunks;

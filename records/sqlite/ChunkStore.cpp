@@ -195,7 +195,7 @@ bool ChunkStore::hasAll(std::vector<qint64> ids)
 
 void ChunkStore::requirePossible(const Chunk& chunk) const
 {
-    if (chunk.n == 0 || chunk.n > schema::kRecordsPerChunk || !(chunk.t0 <= chunk.t1))
+    if (!chunk.isPossible())
         m_database.failAsDamaged(QStringLiteral("chunk %1 is impossible").arg(chunk.id));
 }
 

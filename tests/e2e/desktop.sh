@@ -2,7 +2,7 @@
 #
 # open_desktop FOLDER SCREEN [OPENBOX ARGUMENTS…]     pictures are kept in FOLDER (empty: a temporary one, removed)
 # Sets `home` and `pictures`; what is added to `started` is ended with the script. `demand TOOLS…` leaves with status 77
-# when one is missing.
+# when one is missing. With `server_keeps_picture` set, the server keeps what it shows in the file `Xvfb_screen0` in `home`.
 
 started=()
 
@@ -31,7 +31,7 @@ start_server() { # SCREEN
     local attempt number server
     for attempt in 1 2 3 4 5; do
         number=$((1000 + ($$ * 7 + attempt * 4001) % 50000))
-        Xvfb ":$number" -screen 0 "$1" -nolisten tcp >/dev/null 2>&1 &
+        Xvfb ":$number" -screen 0 "$1" -nolisten tcp ${server_keeps_picture:+-fbdir "$home"} >/dev/null 2>&1 &
         server=$!
         for _ in $(seq 150); do
             kill -0 "$server" 2>/dev/null || break

@@ -3938,6 +3938,17 @@
     </message>
 </context>
 <context>
+    <name>plotix::MomentEdit</name>
+    <message>
+        <source>There is no such date.</source>
+        <translation>Dieses Datum gibt es nicht.</translation>
+    </message>
+    <message>
+        <source>This is not understood as a date. Write it such as %1.</source>
+        <translation>Das ist nicht als Datum zu verstehen. Schreiben Sie etwa %1.</translation>
+    </message>
+</context>
+<context>
     <name>plotix::NoteDialog</name>
     <message>
         <source>&amp;Until:</source>

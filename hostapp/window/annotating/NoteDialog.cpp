@@ -65,6 +65,8 @@ NoteDialog::NoteDialog(const SiteNote& note, const Properties& properties, QWidg
     connect(m_isAboutAll, &QCheckBox::toggled, this, &NoteDialog::check);
     connect(m_from, &QDateTimeEdit::dateTimeChanged, this, &NoteDialog::check);
     connect(m_to, &QDateTimeEdit::dateTimeChanged, this, &NoteDialog::check);
+    for (MomentEdit* edit : {m_from, m_to})
+        connect(edit, &MomentEdit::textTaken, this, &NoteDialog::check);
     connect(m_text, &QPlainTextEdit::textChanged, this, &NoteDialog::check);
     connect(m_properties, &QListWidget::itemChanged, this, &NoteDialog::check);
     connect(m_buttons, &QDialogButtonBox::accepted, this, &QDialog::accept);
@@ -141,6 +143,10 @@ SiteNote NoteDialog::note() const
 QString NoteDialog::problem() const
 {
     const SiteNote note = this->note();
+    if (!m_from->problem().isEmpty())
+        return m_from->problem();
+    if (m_isSpan->isChecked() && !m_to->problem().isEmpty())
+        return m_to->problem();
     if (note.text.isEmpty())
         return tr("Write what is to be remembered.");
     if (note.to < note.from || (m_isSpan->isChecked() && note.to == note.from))

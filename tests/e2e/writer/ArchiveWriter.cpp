@@ -1,11 +1,12 @@
 // Writes to a site document without end, to be killed: KilledArchiveTest says what it looks for afterwards.
 //
-//     archive_writer SITE ACKNOWLEDGED [compact | merge]
+//     archive_writer SITE ACKNOWLEDGED [compact] [merge] [late]
 //
-// Records of the agent 1 with the properties 1 and 2 at the times 0, 1, 2, …, each block committed on its own; the last
-// time stored goes to the file ACKNOWLEDGED as a double. Blocks are large until the tail is about to fill a chunk, then
-// single records follow until it is sealed. Now and then a record is stored again at its own time. With `compact` the
-// document is compacted beside that, with `merge` its log is merged, over and over.
+// Records of one agent at the times 0, 1, 2, …, each block committed on its own; what was stored is told in the file
+// ACKNOWLEDGED. Blocks are large until the tail is about to fill a chunk, then single records follow until it is
+// sealed. Now and then a record is stored again at its own time. With `late`, records of the other agent come in turns
+// with these, behind their time. With `compact` the document is compacted beside that, with `merge` its log is merged,
+// over and over.
 
 #include "base/ReportableError.h"
 #include "hostapp/document/RecordKeeping.h"
@@ -13,10 +14,12 @@
 #include "storage/Database.h"
 #include "tests/e2e/writer/WrittenValues.h"
 
+#include <algorithm>
 #include <atomic>
 #include <chrono>
 #include <cstdio>
 #include <fcntl.h>
+#include <set>
 #include <string>
 #include <string_view>
 #include <sys/mman.h>
@@ -32,26 +35,15 @@ constexpr int kBlock = 1000;
 constexpr int kSingles = 100;  // before and behind a seal
 constexpr int kBetweenRepeats = 97;
 constexpr int kRepeatedBack = 20'000;
-
-RecordBlock blockOf(double first, int count)
-{
-    std::vector<double> times, even, odd;
-    for (int i = 0; i < count; ++i) {
-        times.push_back(first + i);
-        even.push_back(evenValue(first + i));
-        odd.push_back(oddValue(first + i));
-    }
-    return {SharedArray<double>::fromVector(std::move(times)),
-            {{1, SharedArray<double>::fromVector(std::move(even)), {}},
-             {2, SharedArray<double>::fromVector(std::move(odd)), {}}}};
-}
+constexpr int kLateBlock = 50;
+constexpr int kBetweenLateBlocks = 20;
 
 /// Memory that outlives the process: what it holds was reported.
-std::atomic<double>* sharedNumber(const char* file)
+Acknowledged* sharedNumbers(const char* file)
 {
     const int descriptor = ::open(file, O_RDWR);
-    void* memory = ::mmap(nullptr, sizeof(double), PROT_READ | PROT_WRITE, MAP_SHARED, descriptor, 0);
-    return descriptor < 0 || memory == MAP_FAILED ? nullptr : static_cast<std::atomic<double>*>(memory);
+    void* memory = ::mmap(nullptr, sizeof(Acknowledged), PROT_READ | PROT_WRITE, MAP_SHARED, descriptor, 0);
+    return descriptor < 0 || memory == MAP_FAILED ? nullptr : static_cast<Acknowledged*>(memory);
 }
 
 void compactForEver(const QString& site)
@@ -76,20 +68,39 @@ void mergeForEver(const QString& site)
         }
 }
 
-void writeForEver(const QString& site, std::atomic<double>& acknowledged)
+/// The next late records; their number so far.
+int storeLate(RecordAppender& appender, int stored)
+{
+    const int count = std::min(stored % kBetweenLateBlocks == 0 ? kLateBlock : 1, kPlacesOfLate - stored);
+    std::vector<double> times;
+    for (int i = 0; i < count; ++i)
+        times.push_back(lateTime(stored + i));
+    std::sort(times.begin(), times.end());
+    appender.append(kLate.agent, writtenRecords(kLate, std::move(times)));
+    return stored + count;
+}
+
+void writeForEver(const QString& site, bool withLate, Acknowledged& acknowledged)
 {
     const auto records = recordsOfSite(site);
     const auto appender = records->appender();
-    const std::optional<RecordExtent> before = records->extent(1);
-    double next = before ? before->last + 1 : 0;
+    double next = records->extent(kInOrder.agent)->last + 1;
+    int late = static_cast<int>(records->overview(kLate.agent, {}).records()) - kPlacesOfLate;
+    const auto append = [&](double first, int count) {
+        appender->append(kInOrder.agent, writtenRecords(kInOrder, writtenTimes(first, count)));
+    };
     for (int phase = 0;; phase = (phase + 1) % kChunk) {
         const int toSeal = kChunk - static_cast<int>(next) % kChunk;
         const int count = toSeal > kSingles + kBlock && toSeal < kChunk - kSingles ? kBlock : 1;
-        appender->append(1, blockOf(next, count));
+        append(next, count);
         next += count;
-        acknowledged = next - 1;
-        if (phase % kBetweenRepeats == 0 && next > kRepeatedBack)
-            appender->append(1, blockOf(next - kRepeatedBack, 1));
+        std::atomic_ref(acknowledged.inOrder) = next - 1;
+        if (phase % kBetweenRepeats == 0)
+            append(next - kRepeatedBack, 1);
+        if (withLate && late < kPlacesOfLate) {
+            late = storeLate(*appender, late);
+            std::atomic_ref(acknowledged.late) = late;
+        }
     }
 }
 
@@ -97,17 +108,17 @@ void writeForEver(const QString& site, std::atomic<double>& acknowledged)
 
 int main(int count, char** arguments)
 {
-    std::atomic<double>* acknowledged = count > 2 ? sharedNumber(arguments[2]) : nullptr;
+    Acknowledged* acknowledged = count > 2 ? sharedNumbers(arguments[2]) : nullptr;
     if (!acknowledged)
         return 2;
     const QString site = QString::fromLocal8Bit(arguments[1]);
-    const std::string_view beside = count > 3 ? arguments[3] : "";
-    if (beside == "compact")
+    const std::set<std::string_view> beside(arguments + 3, arguments + count);
+    if (beside.count("compact") != 0)
         std::thread([site] { compactForEver(site); }).detach();
-    if (beside == "merge")
+    if (beside.count("merge") != 0)
         std::thread([site] { mergeForEver(site); }).detach();
     try {
-        writeForEver(site, *acknowledged);
+        writeForEver(site, beside.count("late") != 0, *acknowledged);
     } catch (const ReportableError& error) {
         std::fprintf(stderr, "writing: %s\n", error.what());
     }

@@ -89,7 +89,8 @@ TEST(ReportText, FiguresHaveTheDigitsOfTheTableOnTheScreen)
 
 TEST(ReportText, NoDigitIsMadeUpThatWasRoundedAway)
 {
-    EXPECT_EQ(figuresText(row(20.5F, 24.40833F, 21.4F), kBritish).average, "21.4");
+    EXPECT_EQ(figuresText(row(20.5F, 24.40833F, 21.43F), kBritish).average, "21.43");
+    EXPECT_EQ(figuresText(row(20.5F, 24.40833F, 21.4F), kBritish).average, "21.40") << "it was rounded to hundredths";
     EXPECT_EQ(figuresText(row(0, 100, 50), kBritish).maximum, "100");
 }
 

@@ -66,6 +66,21 @@ TEST(ExportRecordsDialogTest, AReversedSpanKeepsTheDialogOpen)
     EXPECT_EQ(dialog.result(), QDialog::Accepted);
 }
 
+TEST(ExportRecordsDialogTest, ADateThatDoesNotExistKeepsTheDialogOpen)
+{
+    ExportRecordsDialog dialog(sources(), kWeek);
+    dialog.chooseSpan(kWeek);
+    auto* from = dialog.findChild<QDateTimeEdit*>();
+    auto* line = from->findChild<QLineEdit*>();
+    line->selectAll();
+    QTest::keyClicks(line, "2013-02-31 10:00");
+    dialog.accept();
+    EXPECT_NE(dialog.result(), QDialog::Accepted);
+    QTest::keyClick(from, Qt::Key_Escape);
+    dialog.accept();
+    EXPECT_EQ(dialog.result(), QDialog::Accepted);
+}
+
 TEST(ExportRecordsDialogTest, TheFormatBringsItsForm)
 {
     ExportRecordsDialog dialog(sources(), {});

@@ -4,7 +4,7 @@
 #include "plotkit/model/CPTSeriesRuns.h"
 #include "plotkit/model/SeriesLookup.h"
 #include "plotkit/model/UsualDistance.h"
-#include "tests/plotkit/model/PagedSeriesMaking.h"
+#include "tests/plotkit/model/PagedSeriesFixture.h"
 
 #include <gtest/gtest.h>
 
@@ -21,15 +21,9 @@ using namespace plotkit_test;
 
 constexpr double kWidth = 120;  // pixels
 
-class PagedFramesTest : public testing::Test {
+class PagedFramesTest : public PagedSeriesFixture {
 protected:
-    void make(const OddSeries& wanted) { take(oddTwin(wanted)); }
-    void take(TwinSeries made)
-    {
-        twin = std::move(made);
-        resident = twin.inMemory();
-        paged = twin.paged();
-    }
+    PagedFramesTest() : PagedSeriesFixture(3) {}
 
     /// A share of all times, beginning at another.
     PlotView viewOf(double share, double from) const
@@ -175,11 +169,8 @@ protected:
         }
     }
 
-    TwinSeries twin;
-    CPTPointSeriesPtr resident, paged;
     PlotEnveloping ofPaged, ofResident;
     PlotDots dotsOfPaged, dotsOfResident;
-    std::mt19937 random{3};
 };
 
 TEST_F(PagedFramesTest, OfRegularTimesAreThoseOfTheSeriesInMemory)

@@ -2,7 +2,7 @@
 
 #include "plotkit/model/CPTSeriesIndex.h"
 #include "plotkit/model/CPTSeriesRuns.h"
-#include "tests/plotkit/model/PagedSeriesMaking.h"
+#include "tests/plotkit/model/PagedSeriesFixture.h"
 
 #include <gtest/gtest.h>
 
@@ -16,18 +16,11 @@ namespace {
 
 using namespace plotkit_test;
 
-class PagedSeriesTest : public testing::Test {
+class PagedSeriesTest : public PagedSeriesFixture {
 protected:
-    void make(const OddSeries& wanted) { take(oddTwin(wanted)); }
-    void take(TwinSeries made)
-    {
-        twin = std::move(made);
-        resident = twin.inMemory();
-        paged = twin.paged();
-        looksOfMaking = twin.looks();
-    }
+    PagedSeriesTest() : PagedSeriesFixture(5) {}
+
     std::size_t someElement() { return random() % (resident->elementCount() + 1); }
-    std::size_t looksSinceMade() const { return twin.looks() - looksOfMaking; }
 
     void expectSameElements(std::size_t first, std::size_t end)
     {
@@ -79,11 +72,6 @@ protected:
             ASSERT_EQ(paged->elementAfter(x), resident->elementAfter(x)) << x;
         }
     }
-
-    TwinSeries twin;
-    CPTPointSeriesPtr resident, paged;
-    std::size_t looksOfMaking = 0;
-    std::mt19937 random{5};
 };
 
 TEST_F(PagedSeriesTest, IsTheSeriesInMemory)

@@ -78,6 +78,20 @@ TEST_F(TrendMovesTest, BackBringsTheValuesOfLanesBackToo)
     EXPECT_EQ(lanes.lanes()[1]->space()->yRange(), before);
 }
 
+/// Back is Alt and an arrow, and a hand that zooms with Alt holds the values.
+TEST_F(TrendMovesTest, TheKeysOfBackDoNotHoldTheValuesOfLanes)
+{
+    trend().setReading({{"arrangement", QVariantMap{{"kind", "lane-per-unit"}}}});
+    auto& lanes = *static_cast<Arrangement*>(reader().part(QStringLiteral("arrangement")));
+    moves().settle();
+    const CPTPlotRange before = lanes.lanes()[1]->space()->yRange();
+    lanes.lanes()[1]->space()->setYRange({5, 7});
+    moves().settle();
+    host().userInterface().holdDown(Qt::AltModifier);
+    moves().goBack();
+    EXPECT_EQ(lanes.lanes()[1]->space()->yRange(), before);
+}
+
 TEST_F(TrendMovesTest, ATrendThatMovesByItselfAddsNoView)
 {
     lookAt(kFrom, kTo);

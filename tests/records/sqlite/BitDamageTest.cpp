@@ -1,5 +1,7 @@
+#include "base/PageCache.h"
 #include "base/ReportableError.h"
 #include "tests/records/sqlite/ArchiveFixture.h"
+#include "tests/records/sqlite/FlippedBit.h"
 
 #include <cmath>
 #include <random>
@@ -34,42 +36,13 @@ protected:
         return block(stamps, {column(air, some), column(wind, others)});
     }
 
-    /// Changes one bit of a random row's bytes, for as long as it lives.
-    class Flipped {
-    public:
-        Flipped(BitDamageTest& test, const char* table, const char* name, const char* where = "1")
-            : m_database(test.database.open())
-        {
-            const QByteArray pick = QByteArray("SELECT id, ") + name + " FROM " + table + " WHERE " + where + " AND " +
-                                    name + " IS NOT NULL ORDER BY id LIMIT 1 OFFSET (SELECT ? % count(*) FROM " +
-                                    table + " WHERE " + where + " AND " + name + " IS NOT NULL)";
-            plotix::Statement row(m_database, pick.constData());
-            row.bind(1, static_cast<qint64>(test.random() >> 8)).step();
-            m_id = row.integer(0);
-            m_before = row.bytes(1);
-            m_put = QByteArray("UPDATE ") + table + " SET " + name + " = ? WHERE id = ?";
-            QByteArray after = m_before;
-            const auto bit = static_cast<qsizetype>(test.random() % static_cast<std::uint64_t>(after.size() * 8));
-            after[bit / 8] = static_cast<char>(after[bit / 8] ^ (1 << (bit % 8)));
-            row.reset();
-            put(after);
-        }
-        ~Flipped() { put(m_before); }
-        Flipped(const Flipped&) = delete;
-        Flipped& operator=(const Flipped&) = delete;
-
-        plotix::RowId id() const { return m_id; }
-
-    private:
-        void put(const QByteArray& bytes)
-        {
-            plotix::Statement(m_database, m_put.constData()).bind(1, bytes).bind(2, m_id).run();
-        }
-
-        plotix::Database m_database;
-        QByteArray m_before, m_put;
-        plotix::RowId m_id = 0;
-    };
+    /// Of a random row's bytes, a random bit.
+    FlippedBit flipped(const char* table, const char* name, const char* where = "1")
+    {
+        const std::vector<StoredCell> cells = cellsOf(database, table, name, where);
+        const StoredCell& cell = cells[random() % cells.size()];
+        return {database, cell, random() % cell.bits()};
+    }
 
     QStringList findings() { return opened()->verify().findings; }
     void expectUnreadable(plotix::RowId property)
@@ -102,9 +75,9 @@ protected:
 TEST_F(BitDamageTest, InPackedColumnsItIsFoundAndNeverRead)
 {
     for (int flip = 0; flip < 80; ++flip) {
-        const Flipped flipped(*this, "segment", "data");
+        const FlippedBit damage = flipped("segment", "data");
         EXPECT_EQ(findings().size(), 1);
-        const plotix::RowId property = flipped.id() % plotix::schema::kPropertiesPerChunk;
+        const plotix::RowId property = damage.id() % plotix::schema::kPropertiesPerChunk;
         expectUnreadable(property == plotix::kTimes ? air : property);
     }
     expectWhole();
@@ -113,16 +86,16 @@ TEST_F(BitDamageTest, InPackedColumnsItIsFoundAndNeverRead)
 TEST_F(BitDamageTest, InValidityItIsFoundAndNeverRead)
 {
     for (int flip = 0; flip < 40; ++flip) {
-        const Flipped flipped(*this, "segment", "valid");
+        const FlippedBit damage = flipped("segment", "valid");
         EXPECT_EQ(findings().size(), 1);
-        expectUnreadable(flipped.id() % plotix::schema::kPropertiesPerChunk);
+        expectUnreadable(damage.id() % plotix::schema::kPropertiesPerChunk);
     }
 }
 
 TEST_F(BitDamageTest, InTheTailItIsFoundAndNeverRead)
 {
     for (int flip = 0; flip < 80; ++flip) {
-        const Flipped flipped(*this, "tail", "data");
+        const FlippedBit damage = flipped("tail", "data");
         EXPECT_EQ(findings().size(), 1);
         expectUnreadable(air);
     }
@@ -131,7 +104,7 @@ TEST_F(BitDamageTest, InTheTailItIsFoundAndNeverRead)
 
 TEST_F(BitDamageTest, AllElseIsReadAsEver)
 {
-    const Flipped flipped(*this, "segment", "data", "id = 1048576 + 1");
+    const FlippedBit damage = flipped("segment", "data", "id = 1048576 + 1");
     EXPECT_EQ(values(wind).size(), whole.times.size());
     EXPECT_EQ(values(air, kChunk, {}).size(), 5050U);
     EXPECT_EQ(times().size(), whole.times.size());
@@ -140,7 +113,7 @@ TEST_F(BitDamageTest, AllElseIsReadAsEver)
 TEST_F(BitDamageTest, RowsAroundADamagedOneAreReadAsEver)
 {
     for (int flip = 0; flip < 40; ++flip) {
-        const Flipped flipped(*this, "tail", "data", "id % 1048576 = 25");
+        const FlippedBit damage = flipped("tail", "data", "id % 1048576 = 25");
         EXPECT_EQ(values(air, 99'000, 100'024).size(), 25U);
         EXPECT_EQ(values(air, 100'026, {}).size(), 24U);
         EXPECT_EQ(values(air, {}, 50'000).size(), kChunk + 5000);
@@ -151,7 +124,7 @@ TEST_F(BitDamageTest, RowsAroundADamagedOneAreReadAsEver)
 
 TEST_F(BitDamageTest, BehindADamagedRowRecordsAreStillTaken)
 {
-    const Flipped flipped(*this, "tail", "data", "id % 1048576 = 49");
+    const FlippedBit damage = flipped("tail", "data", "id % 1048576 = 49");
     EXPECT_EQ(extent()->last, 100'048);
     opened()->appender()->append(agent, ramp(air, 200'000, 3));
     EXPECT_EQ(values(air, 200'000, {}), (Values{200'000, 200'001, 200'002}));
@@ -168,7 +141,7 @@ TEST_F(BitDamageTest, ATailDamagedAtItsBeginningLeavesTheChunksReadable)
 
 TEST_F(BitDamageTest, NothingDamagedIsWrittenAnew)
 {
-    const Flipped flipped(*this, "segment", "data", "id = 1048576 + 1");
+    const FlippedBit damage = flipped("segment", "data", "id = 1048576 + 1");
     EXPECT_THROW(store(block({50.5}, {column(wind, {1})})), ReportableError);
     EXPECT_THROW(opened()->begin()->remove(agent, std::vector{wind}, 10, 20), ReportableError);
     EXPECT_THROW(opened()->compact({50.0, true}), ReportableError);
@@ -180,7 +153,7 @@ TEST_F(BitDamageTest, ADamagedIndexIsFoundAndItsValuesAreReadInstead)
     const auto wanted = opened()->overview(agent, std::vector{air, wind});
     for (int flip = 0; flip < 60; ++flip) {
         const bool isOfRuns = flip % 2 == 0;
-        const Flipped flipped(*this, isOfRuns ? "run" : "summary", isOfRuns ? "data" : "whole");
+        const FlippedBit damage = flipped(isOfRuns ? "run" : "summary", isOfRuns ? "data" : "whole");
         EXPECT_EQ(findings().size(), 1);
         expectWhole();
         const auto told = opened()->overview(agent, std::vector{air, wind});
@@ -195,8 +168,27 @@ TEST_F(BitDamageTest, AnIndexTellsThatItWasWorkedOutAnew)
         return opened()->index(agent, std::vector{air}, 0, 1, RecordIndex::Detail::Runs).pieces[0].columns[0].source;
     };
     EXPECT_EQ(sourceOf(), RecordIndex::Source::Index);
-    const Flipped flipped(*this, "run", "data", "id = 1048576 + 1");
+    const FlippedBit damage = flipped("run", "data", "id = 1048576 + 1");
     EXPECT_EQ(sourceOf(), RecordIndex::Source::DamagedIndex);
+}
+
+TEST_F(BitDamageTest, AChunkOfAnImpossibleNumberIsFoundAndNotRead)
+{
+    run("UPDATE chunk SET id = id + (1 << 52) WHERE id = 2");
+    EXPECT_FALSE(findings().isEmpty());
+    EXPECT_THROW(times(), ReportableError);
+    EXPECT_THROW(opened()->columns(agent, std::vector{air}, {}, {}, std::make_shared<plotix::PageCache>()),
+                 ReportableError);
+}
+
+TEST_F(BitDamageTest, ALastRowThatNoAgentHasAnyMoreIsFound)
+{
+    for (const char* id : {"-id", "49", "id + (1 << 40)"}) {
+        run(qPrintable(QString("UPDATE tail SET id = %1 WHERE id = (SELECT max(id) FROM tail)").arg(id)));
+        EXPECT_FALSE(findings().isEmpty()) << id;
+        run("UPDATE tail SET id = 1048576 + 49 WHERE id NOT BETWEEN 1048576 AND 1048576 + 48");
+    }
+    EXPECT_EQ(findings(), QStringList());
 }
 
 TEST_F(BitDamageTest, ASummaryThatChangedIsNotBelieved)

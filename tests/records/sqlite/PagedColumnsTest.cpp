@@ -1,7 +1,6 @@
-#include "base/PageCache.h"
 #include "base/PagedReading.h"
 #include "base/ReportableError.h"
-#include "tests/records/sqlite/ArchiveFixture.h"
+#include "tests/records/sqlite/LongColumnsFixture.h"
 
 #include <QtCore/QFile>
 
@@ -13,11 +12,8 @@ using plotix::PageCache;
 using plotix::PagedMemory;
 using plotix::RecordColumns;
 
-constexpr std::size_t kChunk = 16384;
-constexpr std::size_t kRecords = 6 * kChunk;
-
 /// Columns of a file that somebody looks at later, when not everything is there any more.
-class PagedColumnsTest : public ArchiveFixture {
+class PagedColumnsTest : public LongColumnsFixture {
 protected:
     PagedColumnsTest()
     {
@@ -28,10 +24,7 @@ protected:
         store(records);
         told = columns();
     }
-    RecordColumns columns()
-    {
-        return *opened()->columns(agent, std::vector{air, wind}, {}, {}, std::make_shared<PageCache>(0));
-    }
+    RecordColumns columns() { return columnsOf({air, wind}); }
     /// Of the third and fourth chunk, which are a page.
     void damage(plotix::RowId property)
     {

@@ -1,5 +1,4 @@
-#include "base/PageCache.h"
-#include "tests/records/sqlite/ArchiveFixture.h"
+#include "tests/records/sqlite/LongColumnsFixture.h"
 
 #include <QtCore/QFile>
 
@@ -11,19 +10,12 @@ using plotix::PageCache;
 using plotix::PagedMemory;
 using plotix::RecordColumns;
 
-constexpr std::size_t kChunk = 16384;
-constexpr std::size_t kRecords = 6 * kChunk;
-
 /// What is removed stays in the file as long as somebody reads it as it was, and no longer.
-class RetiredChunksTest : public ArchiveFixture {
+class RetiredChunksTest : public LongColumnsFixture {
 protected:
     RetiredChunksTest() { store(ramp(air, 0, kRecords)); }
 
-    /// Not looked at yet.
-    RecordColumns columns()
-    {
-        return *opened()->columns(agent, std::vector{air}, {}, {}, std::make_shared<PageCache>(0));
-    }
+    RecordColumns columns() { return columnsOf({air}); }
     static void expectAsTheyWere(const RecordColumns& told)
     {
         const PagedMemory::Hold held = told.columns[0].values.holdAll();

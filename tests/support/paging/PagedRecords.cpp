@@ -1,5 +1,6 @@
 #include "tests/support/paging/PagedRecords.h"
 
+#include "base/PagedColumnMemory.h"
 #include "base/PagedReading.h"
 #include "records/columns/ExactTotal.h"
 
@@ -32,25 +33,16 @@ private:
     double* m_values;
 };
 
-class PagedColumn : public PagedMemory {
+class PagedColumn : public PagedColumnMemory {
 public:
     PagedColumn(std::shared_ptr<PageCache> cache, SharedArray<double> source, SharedArray<std::uint64_t> validity)
-        : PagedMemory(std::move(cache), source.size()),
+        : PagedColumnMemory(std::move(cache), source.size()),
           m_source(std::move(source)),
-          m_validity(std::move(validity)),
-          m_values(reserve<double>()),
-          m_words(reserve<std::uint64_t>(kBits))
+          m_validity(std::move(validity))
     {
-    }
-    PagedArray<double> values() const { return {shared_from_this(), m_values, elements()}; }
-    ValidityBitmap validity() const
-    {
-        return ValidityBitmap(
-            PagedArray<std::uint64_t>(shared_from_this(), m_words, (elements() + kBits - 1) / kBits, kBits));
     }
 
 private:
-    static constexpr std::size_t kBits = 64;
     bool fill(std::size_t first, std::size_t end) const noexcept override
     {
         std::copy(m_source.data() + first, m_source.data() + end, m_values + first);
@@ -73,8 +65,6 @@ private:
     }
     SharedArray<double> m_source;
     SharedArray<std::uint64_t> m_validity;
-    double* m_values;
-    std::uint64_t* m_words;
 };
 
 KTVRecordColumn::Known knownOf(const KTVRecordColumn& column, const std::vector<std::size_t>& begin)

@@ -1,5 +1,6 @@
 #include "plugins/PlotixPlugIn/reading/comparing/TakenRecords.h"
 
+#include "base/PagedColumnMemory.h"
 #include "base/PagedReading.h"
 
 #include <algorithm>
@@ -10,7 +11,6 @@ namespace plotix {
 
 namespace {
 
-constexpr std::size_t kBits = 64;
 constexpr double kNone = std::numeric_limits<double>::quiet_NaN();
 constexpr double kInfinity = std::numeric_limits<double>::infinity();
 
@@ -72,21 +72,13 @@ private:
     double* m_values;
 };
 
-class TakenValues : public PagedMemory {
+class TakenValues : public PagedColumnMemory {
 public:
     TakenValues(const KTVRecordColumn& column, std::vector<TakenRun> runs)
-        : PagedMemory(column.archivedValues().memory()->cache(), countOf(runs)),
+        : PagedColumnMemory(column.archivedValues().memory()->cache(), countOf(runs)),
           m_column(column.descriptor(), column.archivedValues(), column.validity(), nullptr),
-          m_runs(std::move(runs)),
-          m_values(reserve<double>()),
-          m_words(reserve<std::uint64_t>(kBits))
+          m_runs(std::move(runs))
     {
-    }
-    PagedArray<double> values() const { return {shared_from_this(), m_values, elements()}; }
-    ValidityBitmap validity() const
-    {
-        return ValidityBitmap(
-            PagedArray<std::uint64_t>(shared_from_this(), m_words, (elements() + kBits - 1) / kBits, kBits));
     }
 
 private:
@@ -114,8 +106,6 @@ private:
     }
     KTVRecordColumn m_column;
     std::vector<TakenRun> m_runs;
-    double* m_values;
-    std::uint64_t* m_words;
 };
 
 /// Calls `take(run, part)` for what is taken of the runs of times, in order; part is a run of its own.

@@ -257,7 +257,8 @@ void Arrangement::arrange()
         const auto found = std::find_if(m_lanes.begin(), m_lanes.end(),
                                         [&](const auto& lane) { return lane && lane->key() == group.key; });
         const bool isNew = found == m_lanes.end();
-        lanes.push_back(isNew ? std::make_unique<Lane>(*graph, group.key) : std::move(*found));
+        lanes.push_back(isNew ? std::make_unique<Lane>(*graph, group.key, [this] { return trend().heedsKeys(); })
+                              : std::move(*found));
         Lane& lane = *lanes.back();
         const bool isSetAnew = !(lane.settings() == settingsOf(group.key));
         lane.setSettings(settingsOf(group.key));

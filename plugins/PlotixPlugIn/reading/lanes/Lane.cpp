@@ -55,7 +55,8 @@ void bindPoints(CPTScatterPlot& plot, const CPTSeriesControllerPtr& controller)
 CPTPlotRange LaneDelegate::plotSpaceWillChangePlotRangeTo(CPTXYPlotSpace* space, const CPTPlotRange& range,
                                                           CPTCoordinate coordinate)
 {
-    const Qt::KeyboardModifiers keys = KTVHostServices::installed().userInterface->modifierFlags();
+    const Qt::KeyboardModifiers keys = m_heedsKeys() ? KTVHostServices::installed().userInterface->modifierFlags()
+                                                     : Qt::KeyboardModifiers(Qt::NoModifier);
     const CPTPlotRange& current = coordinate == CPTCoordinate::Y ? space->yRange() : space->xRange();
     return judgeRange(range, current, coordinate,
                       {.option = keys.testFlag(Qt::AltModifier), .shift = keys.testFlag(Qt::ShiftModifier)},
@@ -63,7 +64,8 @@ CPTPlotRange LaneDelegate::plotSpaceWillChangePlotRangeTo(CPTXYPlotSpace* space,
         .range;
 }
 
-Lane::Lane(CPTXYGraph& graph, QString key) : m_graph(graph), m_key(std::move(key))
+Lane::Lane(CPTXYGraph& graph, QString key, std::function<bool()> heedsKeys)
+    : m_graph(graph), m_key(std::move(key)), m_delegate(std::move(heedsKeys))
 {
     m_space->followXOf(graph.allPlotSpaces().front());
     m_space->setAllowsUserInteraction(true);

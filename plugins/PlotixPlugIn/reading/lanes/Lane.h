@@ -7,6 +7,7 @@
 #include <QtCore/QString>
 
 #include <functional>
+#include <utility>
 #include <vector>
 
 /// One lane of a graph: a strip with a plot space of its own that follows the time of the others, and a value axis.
@@ -14,15 +15,19 @@
 /// The arrangement *owns* it; the graph *shares* space and axis until the lane goes. Main thread only.
 namespace plotix {
 
-/// Whose modifier keys hold a lane's values; asked at every move.
+/// Whose modifier keys hold a lane's values; asked at every move, unless they mean something else.
 class LaneDelegate : public CPTPlotSpaceDelegate {
 public:
+    explicit LaneDelegate(std::function<bool()> heedsKeys) : m_heedsKeys(std::move(heedsKeys)) {}
     bool plotSpaceShouldScaleBy(CPTXYPlotSpace*, double, QPointF) override { return true; }
     CPTPlotRange plotSpaceWillChangePlotRangeTo(CPTXYPlotSpace* space, const CPTPlotRange& range,
                                                 CPTCoordinate coordinate) override;
     void plotSpaceDidChangePlotRangeForCoordinate(CPTXYPlotSpace*, CPTCoordinate) override {}
     bool plotSpaceShouldHandlePointingDeviceUpEvent(CPTXYPlotSpace*, QPointF) override { return true; }
     bool plotSpaceShouldHandlePointingDeviceCancelledEvent(CPTXYPlotSpace*) override { return true; }
+
+private:
+    const std::function<bool()> m_heedsKeys;
 };
 
 /// Where a lane is named.
@@ -34,7 +39,8 @@ struct LaneNaming {
 
 class Lane {
 public:
-    Lane(CPTXYGraph& graph, QString key);
+    /// `heedsKeys`: see ReadTrend.
+    Lane(CPTXYGraph& graph, QString key, std::function<bool()> heedsKeys);
     ~Lane();
     Lane(const Lane&) = delete;
     Lane& operator=(const Lane&) = delete;

@@ -120,6 +120,8 @@ public:
     /// Whether ranges are set right now by the trend itself or its host, as while records are followed; not while a
     /// part asks for them, which it does for somebody.
     virtual bool movesByItself() const = 0;
+    /// Whether modifier keys hold the ranges that are set right now: only while somebody moves the graph by hand.
+    virtual bool heedsKeys() const = 0;
     /// Puts dates into the date panel and fetches their records, as Refresh does.
     virtual void readDates(const TimeSpan& dates) = 0;
     /// Fits times and values to the records shown, as the trend's own "fit" does.

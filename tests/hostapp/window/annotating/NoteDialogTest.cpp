@@ -62,6 +62,21 @@ TEST_F(NoteDialogTest, ANewNoteNeedsNothingButAText)
     EXPECT_EQ(dialog->note(), (SiteNote{0, kNoon, kNoon, "Ada", "pump replaced", {}}));
 }
 
+TEST_F(NoteDialogTest, ADateThatDoesNotExistIsSaidAndNoNoteIsOfAnotherDay)
+{
+    openNew();
+    QTest::keyClicks(&text(), "pump replaced");
+    auto* line = moment(0).findChild<QLineEdit*>();
+    line->selectAll();
+    const QDateTime last(QDate(2013, 3, 31), QTime(9, 0));
+    QTest::keyClicks(line, moment(0).locale().toString(last, moment(0).displayFormat()).replace("31", "32"));
+    EXPECT_FALSE(canAccept());
+    EXPECT_EQ(problem(), "There is no such date.");
+    EXPECT_EQ(dialog->note().from, kNoon);
+    QTest::keyClick(line, Qt::Key_Escape);
+    EXPECT_TRUE(canAccept());
+}
+
 TEST_F(NoteDialogTest, EscapeDropsNothingThatWasWrittenUnasked)
 {
     openNew();

@@ -32,7 +32,15 @@ TEST_F(ReadableNumbersTest, DecimalsAreWhatTheRangeIsWorth)
     EXPECT_EQ(texts(19.8F, 23.4F, 21.53724F), (QStringList{"19.8", "23.4", "21.54"}));
     EXPECT_EQ(texts(0.123F, 987.654F, 400.5F), (QStringList{"0.1", "987.7", "400.5"}));
     EXPECT_EQ(texts(0, 100'000, 48'123.4F), (QStringList{"0", "100,000", "48,123"}));
-    EXPECT_EQ(texts(1.7995F, 1.8005F, 1.8F), (QStringList{"1.7995", "1.8005", "1.8"}));
+    EXPECT_EQ(texts(1.7995F, 1.8005F, 1.8F), (QStringList{"1.7995", "1.8005", "1.800"}));
+}
+
+TEST_F(ReadableNumbersTest, AnAverageThatIsRoundInTheEndIsAsExactAsItsRow)
+{
+    EXPECT_EQ(texts(0, 9.68F, 4).at(2), "4.00");
+    EXPECT_EQ(texts(-9.68F, 9.68F, 0).at(2), "0.00");
+    EXPECT_EQ(texts(1006.04F, 1021.55F, 1013).at(2), "1,013.0") << "it was rounded to tenths";
+    EXPECT_EQ(texts(3, 5, 4).at(2), "4");
 }
 
 TEST_F(ReadableNumbersTest, NoDigitIsWrittenThatWasRoundedAwayOrNeverMeasured)
