@@ -18,9 +18,10 @@ namespace plotix {
 namespace {
 
 constexpr int kMostWorkers = 4;
-/// Of the memory budget: one part in so many may be records that are read at once, since frames of some million records
-/// are quicker where all are in memory.
+/// Of the memory budget: one part in so many may be records that are read at once, and no more than this: in less than
+/// a picture's time. Frames and walks are quicker where all are in memory, the first frame where only what it needs is.
 constexpr std::uint64_t kShareAtOnce = 4;
+constexpr std::uint64_t kMostAtOnce = std::uint64_t{64} << 20;  // bytes
 
 KTVRecordColumn::Known knownOf(const RecordColumns::Column& column)
 {
@@ -144,7 +145,7 @@ KTVRecordDictionaryPtr ArchiveManager::read(Fetch& fetch, const std::shared_ptr<
     const auto seconds = [](const OptionalDate& date) { return date ? std::optional(date->seconds) : std::nullopt; };
     const std::optional<double> from = seconds(fetch.from), to = seconds(fetch.to);
     const bool isOnDemand = fetch.store->unpacksOnDemand(fetch.rows);
-    const std::uint64_t most = isOnDemand ? fetch.budget / kShareAtOnce : fetch.budget;
+    const std::uint64_t most = isOnDemand ? std::min(fetch.budget / kShareAtOnce, kMostAtOnce) : fetch.budget;
     const auto refusal = refusalToRead(*fetch.store, {fetch.agent, fetch.rows, from, to}, most);
     if (refusal && !isOnDemand) {
         error = KTVError{*refusal};

@@ -1,4 +1,5 @@
 #include "base/PageCache.h"
+#include "base/ReportableError.h"
 #include "tests/records/sqlite/ArchiveFixture.h"
 
 #include <cmath>
@@ -196,6 +197,42 @@ TEST_F(OutlineTest, OneOfOtherChunksIsFoundAndNotUsed)
                 .constData());
     EXPECT_TRUE(findings().contains("1 outlines of agent 1 are damaged")) << findings().toStdString();
     expectTrue();
+}
+
+TEST_F(OutlineTest, AChunkOfAnotherLengthIsNotTakenForItsOwn)
+{
+    run("UPDATE chunk SET n = 512 WHERE id = 20");
+    EXPECT_THROW(columns(), plotix::ReportableError);
+}
+
+TEST_F(OutlineTest, AnImpossibleChunkOfItKeepsNoOtherFromBeingVerified)
+{
+    run("UPDATE chunk SET n = 99999 WHERE id = 20");
+    const plotix::VerificationResult result = opened()->verify();
+    EXPECT_EQ(result.chunks, static_cast<std::size_t>(ask("SELECT count(*) FROM chunk")));
+    EXPECT_EQ(result.findings.size(), 1) << result.findings.join('\n').toStdString();
+}
+
+TEST_F(OutlineTest, CompactingRemovesADamagedOneThatFewChunksAreLeftFor)
+{
+    const auto transaction = opened()->begin();
+    transaction->remove(agent, std::vector{air, wind}, 66.0 * kChunk, {});
+    transaction->commit();
+    run("UPDATE outlined SET data = x'00'");
+    opened()->compact({});
+    EXPECT_EQ(outlines(), 0);
+    expectSound();
+}
+
+TEST_F(OutlineTest, OneIsNotTakenForDamagedBecauseChunksBeforeItAre)
+{
+    store(records(200 * kChunk, 60 * kChunk));
+    ASSERT_EQ(outlines(), 2);
+    const qint64 next = ask("SELECT id FROM chunk ORDER BY t0 LIMIT 1 OFFSET 64");
+    const QByteArray sql = "UPDATE segment SET data = x'00' WHERE id IN (30 * 1048576 + 1, " +
+                           QByteArray::number(next) + " * 1048576 + 1)";
+    run(sql.constData());
+    EXPECT_FALSE(findings().contains("outline")) << findings().toStdString();
 }
 
 TEST_F(OutlineTest, RowsOfNoOutlineAreFound)

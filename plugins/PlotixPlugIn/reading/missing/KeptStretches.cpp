@@ -1,6 +1,7 @@
 #include "plugins/PlotixPlugIn/reading/missing/KeptStretches.h"
 
 #include <algorithm>
+#include <cmath>
 
 namespace plotix {
 
@@ -13,10 +14,22 @@ bool holds(const TimeSpan& whole, const TimeSpan& part)
     return whole.from <= part.from && whole.to >= part.to;
 }
 
-KeptStretches::OfLine cut(const KeptStretches::OfLine& stretches, const TimeSpan& within, double least)
+/// From the last record to when it ceases to count.
+TimeSpan lastOf(const LineRecords& line)
+{
+    const OptionalLineRecord last = recordBefore(line, HUGE_VAL);
+    return last ? TimeSpan{last->time, last->time + lastCountsFor(line)} : TimeSpan{-HUGE_VAL, -HUGE_VAL};
+}
+
+/// Behind the last record a view that ends while that counts has no gap yet, however far beyond it was searched.
+KeptStretches::OfLine cut(const KeptStretches::OfLine& stretches, const TimeSpan& within, double least,
+                          const TimeSpan& last)
 {
     KeptStretches::OfLine kept;
     for (const MissingStretch& stretch : stretches) {
+        const bool isBehindLast = stretch.kind == Missing::NotRecorded && stretch.from >= last.from;
+        if (isBehindLast && within.to <= last.to)
+            continue;
         const double from = std::max(stretch.from, within.from), to = std::min(stretch.to, within.to);
         if (to - from >= least)
             kept.push_back({from, to, stretch.kind});
@@ -48,13 +61,16 @@ const std::vector<KeptStretches::OfLine>& KeptStretches::within(const TimeSpan& 
         m_found.clear();
         for (const LineRecords* line : lines)
             m_found.push_back(missingStretches(*line, m_searched, least));
+        m_last.clear();
+        for (const LineRecords* line : lines)
+            m_last.push_back(lastOf(*line));
         m_search = std::move(search);
         ++m_searches;
     }
     m_shown = shown;
     m_within.assign(lines.size(), {});
-    std::ranges::transform(m_found, m_within.begin(),
-                           [&](const OfLine& stretches) { return cut(stretches, shown, least); });
+    for (std::size_t line = 0; line < lines.size(); ++line)
+        m_within[line] = cut(m_found[line], shown, least, m_last[line]);
     return m_within;
 }
 

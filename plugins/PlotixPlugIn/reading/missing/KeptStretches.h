@@ -35,7 +35,8 @@ private:
 
     std::optional<Search> m_search;
     TimeSpan m_searched;
-    std::vector<OfLine> m_found;  // in what was searched
+    std::vector<OfLine> m_found;   // in what was searched
+    std::vector<TimeSpan> m_last;  // of each line, from its last record to when that ceases to count
     TimeSpan m_shown;
     std::vector<OfLine> m_within;  // of `m_shown`
     std::size_t m_searches = 0;

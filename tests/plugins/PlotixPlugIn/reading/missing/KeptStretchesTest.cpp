@@ -42,6 +42,12 @@ TEST_F(KeptStretchesTest, AreThoseThatASearchOfTheViewFinds)
         expectAsSearched(from);
 }
 
+TEST_F(KeptStretchesTest, BehindTheLastRecordAPannedViewIsAsOneOfItsOwn)
+{
+    for (double from = 880; from < 915; from += 0.25)
+        expectAsSearched(from);
+}
+
 TEST_F(KeptStretchesTest, AViewThatIsPannedIsSearchedOnceForManyMoves)
 {
     look(200);
