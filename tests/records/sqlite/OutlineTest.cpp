@@ -1,5 +1,6 @@
 #include "base/PageCache.h"
 #include "base/ReportableError.h"
+#include "records/sqlite/ChunkStore.h"
 #include "tests/records/sqlite/ArchiveFixture.h"
 
 #include <cmath>
@@ -16,11 +17,12 @@ constexpr double kInfinity = std::numeric_limits<double>::infinity();
 /// An agent with a hundred chunks and a tail, the first 64 of them in an outline.
 class OutlineTest : public ArchiveFixture {
 protected:
-    static constexpr std::size_t kRecords = 100 * kChunk + 300;
+    static constexpr std::size_t kRecords = 100 * kChunk + 300, kWithWind = 3 * kChunk;
 
     OutlineTest()
     {
-        store(records(0, kRecords));
+        store(records(0, kWithWind));
+        store(records(kWithWind, kRecords - kWithWind));
         opened()->appender()->append(agent, records(kRecords, 20));
     }
     /// Air goes up and down, and now and then there is none; wind is there at the beginning alone.
@@ -33,9 +35,11 @@ protected:
             stamps[i] = at;
             if ((first + i) % 5000 < 4000)
                 some[i] = std::round(std::sin(at / 20'000) * 1000) / 10 + static_cast<double>(random() % 8) / 10;
-            if (first + i < 3 * kChunk)
-                others[i] = (first + i) % 7 == 0 ? kInfinity : -0.0;
+            if (first < kWithWind)
+                others[i] = (first + i) % 7 == 0 ? kInfinity : (first + i) % 110'000 == 1 ? -kInfinity : -0.0;
         }
+        if (first >= kWithWind)
+            return block(stamps, {column(air, some)});
         return block(stamps, {column(air, some), column(wind, others)});
     }
     RecordColumns columns(std::optional<double> from = {}, std::optional<double> to = {})
@@ -186,6 +190,39 @@ TEST_F(OutlineTest, ADamagedHeadIsFoundNotUsedAndMadeAnew)
     opened()->compact({});
     EXPECT_EQ(outlines(), 1);
     expectSound();
+}
+
+TEST_F(OutlineTest, OneThatComesBackAfterACorrectionIsFoundAndNotUsed)
+{
+    run("CREATE TABLE heads AS SELECT * FROM outline; CREATE TABLE rows AS SELECT * FROM outlined");
+    store(block({1000}, {column(air, {12'345})}));
+    run("INSERT INTO outline SELECT * FROM heads; INSERT INTO outlined SELECT * FROM rows;"
+        "DROP TABLE heads; DROP TABLE rows");
+    EXPECT_TRUE(findings().contains("1 outlines of agent 1 are damaged")) << findings().toStdString();
+    expectTrue();
+}
+
+TEST_F(OutlineTest, AColumnThatAChunkHasNotIsNotLookedForThere)
+{
+    const RecordColumns told = columns();
+    const auto held = told.columns[1].values.hold(10 * kChunk, 11 * kChunk);
+    EXPECT_FALSE(told.columns[1].validity.isValid(10 * kChunk));
+    EXPECT_EQ(told.failure->message(), std::nullopt);
+}
+
+TEST_F(OutlineTest, FiguresOfAChunkThatWasRolledBackAreNotThoseOfTheNextOfItsNumber)
+{
+    plotix::Database site = database.open();
+    plotix::ChunkStore chunks(site);
+    const auto written = [&](double value) {
+        site.beginWriting();
+        return chunks.write(agent, plotix::RecordsView::of(block({1e7}, {column(air, {value})})));
+    };
+    const plotix::Chunk first = written(1);
+    site.rollBack();
+    const plotix::Chunk next = written(2);
+    ASSERT_EQ(next.id, first.id);
+    EXPECT_EQ(chunks.takeFigures(next)->columns[0].runs.greatest[0], 2);
 }
 
 TEST_F(OutlineTest, OneOfOtherChunksIsFoundAndNotUsed)
