@@ -391,7 +391,8 @@ TEST_F(ComputedPropertyTest, AFileOfTheVersionBeforeIsReadAndUpgraded)
 {
     {
         Database database(site(), siteSchema(), Database::Access::ReadWrite);
-        database.execute("DROP TABLE retired; DROP TABLE run; ALTER TABLE summary DROP COLUMN whole; DROP TABLE "
+        database.execute("DROP TABLE outline; DROP TABLE outlined; DROP TABLE retired; DROP TABLE run; ALTER TABLE "
+                         "summary DROP COLUMN whole; DROP TABLE "
                          "amendment; DROP TABLE "
                          "value_limit; DROP TABLE note; DROP TABLE note_property; "
                          "DROP TABLE formula;"
