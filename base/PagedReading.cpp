@@ -52,7 +52,9 @@ private:
     {
         const PagedArray<std::uint64_t>& words = m_validity.words();
         const std::size_t word = first / kWordBits;
-        const auto held = words.hold(word, m_validity.isAllValid() ? word : (end + kWordBits - 1) / kWordBits);
+        PagedMemory::Hold held;
+        if (!m_validity.isAllValid())
+            held = words.hold(word, (end + kWordBits - 1) / kWordBits);
         m_show({first, m_values.span().subspan(first, end - first),
                 m_validity.isAllValid() ? nullptr : words.data() + word});
     }

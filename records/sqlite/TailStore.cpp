@@ -15,9 +15,10 @@ namespace {
 
 constexpr std::size_t kElementBytes = sizeof(std::uint32_t) + sizeof(double);
 
+/// The number of an agent in a damaged file may be any: then there are no such rows.
 qint64 firstId(RowId agent)
 {
-    return agent * schema::kRowsPerTail;
+    return static_cast<qint64>(static_cast<quint64>(agent) * static_cast<quint64>(schema::kRowsPerTail));
 }
 
 template <class T>
