@@ -228,6 +228,8 @@ std::size_t CPTSeriesIndex::lastPointByRuns(std::size_t element) const
         const std::size_t found = lastPointIn(first, end);
         if (found < end)
             return found;
+        if (!std::isnan(m_runs->firstValue(run)))
+            return first;  // a run that can no longer be read: the same point that firstPointByRuns goes by
     }
     return size();
 }

@@ -192,4 +192,16 @@ TEST_F(PagedSeriesTest, APointByItsNumberIsTheSame)
         EXPECT_EQ(paged->pointAt(number), resident->pointAt(number));
 }
 
+TEST_F(PagedSeriesTest, WhatRunsTellOfPointsThatCanNoLongerBeReadHasItsFirstAndLastPoint)
+{
+    const TwinSeries told = oddTwin({.count = 100'000});
+    TwinSeries lost;
+    for (const double time : told.x())
+        lost.add(time, 0, false);
+    lost.takeRunsOf(told);
+    const CPTPointSeriesPtr series = lost.paged();
+    EXPECT_LE(series->index().firstPointFrom(0), series->index().lastPointBefore(series->elementCount()));
+    EXPECT_LT(series->index().lastPointBefore(series->elementCount()), series->elementCount());
+}
+
 }  // namespace
