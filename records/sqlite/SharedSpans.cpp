@@ -47,18 +47,25 @@ bool haveSameRecords(const PackedSpan& one, const PackedSpan& other)
 
 std::shared_ptr<const PackedSpan> SharedSpans::shared(RowId agent, std::shared_ptr<const PackedSpan> span)
 {
-    for (const std::shared_ptr<const PackedSpan>& each : ofAgent(agent))
+    Spans known;  // outlives the lock: some of it may have nobody else any more
+    const std::lock_guard lock(m_mutex);
+    known = spansOf(agent);
+    for (const std::shared_ptr<const PackedSpan>& each : known)
         if (!each->failure->message() && haveSameRecords(*each, *span))
             return each;
-    const std::lock_guard lock(m_mutex);
     m_spans.emplace_back(agent, span);
     return span;
 }
 
 SharedSpans::Spans SharedSpans::ofAgent(RowId agent)
 {
-    Spans found;
     const std::lock_guard lock(m_mutex);
+    return spansOf(agent);
+}
+
+SharedSpans::Spans SharedSpans::spansOf(RowId agent)
+{
+    Spans found;
     std::erase_if(m_spans, [](const auto& each) { return each.second.expired(); });
     for (auto each = m_spans.rbegin(); each != m_spans.rend(); ++each)
         if (each->first == agent)

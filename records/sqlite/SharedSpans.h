@@ -25,6 +25,8 @@ public:
     Spans ofAgent(RowId agent);
 
 private:
+    Spans spansOf(RowId agent);  // with the mutex held
+
     std::mutex m_mutex;
     std::vector<std::pair<RowId, std::weak_ptr<const PackedSpan>>> m_spans;
 };

@@ -106,10 +106,9 @@ std::optional<SpanNotes::Answer> SpanNotes::Given::answer() const
     return answer;
 }
 
-std::optional<SpanNotes::Answer> SpanNotes::of(std::span<const RowId> properties,
-                                               const std::shared_ptr<PageCache>& cache) const
+std::optional<SpanNotes::Answer> SpanNotes::answerTo(std::span<const RowId> properties,
+                                                     const std::shared_ptr<PageCache>& cache) const
 {
-    const std::lock_guard lock(m_mutex);
     for (const Given& given : m_given)
         if (given.isOf(properties))
             if (std::optional<Answer> answer = given.answer(); answer && answer->times->cache() == cache)
@@ -117,14 +116,21 @@ std::optional<SpanNotes::Answer> SpanNotes::of(std::span<const RowId> properties
     return std::nullopt;
 }
 
+std::optional<SpanNotes::Answer> SpanNotes::of(std::span<const RowId> properties,
+                                               const std::shared_ptr<PageCache>& cache) const
+{
+    const std::lock_guard lock(m_mutex);
+    return answerTo(properties, cache);
+}
+
 SpanNotes::Answer SpanNotes::shared(Answer answer, const std::shared_ptr<PageCache>& cache)
 {
     std::vector<RowId> properties;
     for (const Answer::Column& column : answer.columns)
         properties.push_back(column.property);
-    if (std::optional<Answer> before = of(properties, cache))
-        return std::move(*before);
     const std::lock_guard lock(m_mutex);
+    if (std::optional<Answer> before = answerTo(properties, cache))
+        return std::move(*before);
     std::erase_if(m_given, [](const Given& given) { return given.runs.expired(); });
     const auto takeOver = [&](auto& mine, const auto& known, const auto& isEqual) {
         const auto other = known.lock();

@@ -80,6 +80,8 @@ private:
         bool isOf(std::span<const RowId> properties) const;
         std::optional<Answer> answer() const;
     };
+    // With the mutex held.
+    std::optional<Answer> answerTo(std::span<const RowId> properties, const std::shared_ptr<PageCache>& cache) const;
     bool takeTimes(const Outlined& noted, std::size_t target, TimeRuns& times) const;
 
     mutable std::mutex m_mutex;
