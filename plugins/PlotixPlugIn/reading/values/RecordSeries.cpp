@@ -4,6 +4,7 @@
 #include "plotkit/model/PagedSeries.h"
 #include "plugins/PlotixPlugIn/logic/SeriesBuilder.h"
 #include "plugins/PlotixPlugIn/reading/values/PagedRecordPoints.h"
+#include "plugins/PlotixPlugIn/reading/values/ShownSeries.h"
 
 #include <algorithm>
 #include <cmath>
@@ -87,8 +88,13 @@ CPTPointSeriesPtr pagedSeriesOf(const RecordTimes& time, const KTVRecordColumn& 
 
 CPTPointSeriesPtr seriesOfRecords(const RecordTimes& time, const KTVRecordColumn& column)
 {
-    if (canBePaged(time, column))
-        return pagedSeriesOf(time, column);
+    if (canBePaged(time, column)) {
+        if (CPTPointSeriesPtr shown = shownSeries(time, column))
+            return shown;
+        CPTPointSeriesPtr made = pagedSeriesOf(time, column);
+        noteShown(time, column, made);
+        return made;
+    }
     SeriesBuilder builder(time, column.size());
     const bool isAsArchived = column.unit() == column.descriptor().archivedUnit;
     if (column.descriptor().type == kPropertyTypeNeverPlotted) {
