@@ -2,7 +2,9 @@
 
 #include "base/RecordTimes.h"
 #include "plotkit/model/CPTPointSeries.h"
-#include "plugins/PlotixPlugIn/host/KTVRecordColumn.h"
+#include "plugins/PlotixPlugIn/host/KTVRecordDictionary.h"
+
+#include <map>
 
 /// Records as the points of a line. Free functions; main thread only, as columns are.
 namespace plotix {
@@ -14,5 +16,9 @@ namespace plotix {
 /// infinities stand; of the same records in the same unit all are one series. Other paged columns, and those in a unit
 /// reached by no linear map, are read page by page.
 CPTPointSeriesPtr seriesOfRecords(const RecordTimes& time, const KTVRecordColumn& column);
+
+/// Of all columns, by key; long paged ones side by side on several threads, which have ended when this answers.
+/// Requires: there are times.
+std::map<QString, CPTPointSeriesPtr> seriesOfRecords(const KTVRecordDictionary& records);
 
 }  // namespace plotix

@@ -57,7 +57,7 @@ CPTPointSeriesPtr shownSeries(const RecordTimes& time, const KTVRecordColumn& co
 void noteShown(const RecordTimes& time, const KTVRecordColumn& column, const CPTPointSeriesPtr& series)
 {
     std::erase_if(noted(), [](const auto& each) { return each.second.expired(); });
-    if (column.exceptions().empty())
+    if (column.exceptions().empty() && shownSeries(time, column) != series)
         noted().emplace_back(Origin(time, column), series);
 }
 
