@@ -29,8 +29,9 @@ constexpr double kFarthest = 0.5;
 constexpr std::int64_t kRunsAPixel = 2;
 /// Elements a pixel from which on they are drawn as they are even if they are longer: a frame must not unpack more.
 constexpr std::int64_t kCrowdedPixel = 12 * 1024;
-/// Groups of runs a bin from which on its edges are theirs: then one begins near where the bin does.
-constexpr std::size_t kGroupsABin = 4;
+/// Groups of runs a bin from which on its edges are theirs: then one begins at most a quarter of a bin from where
+/// the bin does.
+constexpr std::size_t kGroupsABin = 2;
 /// Elements a pixel up to which pages are held however many runs there are.
 constexpr std::int64_t kSparsePixel = 1024;
 
@@ -212,7 +213,7 @@ BinEdges::RunEdge BinEdges::edgeByRuns(const CPTPointSeries& series, std::size_t
     const auto guess = fromRun + static_cast<std::size_t>(m_stride * perRun + 0.5);
     const std::size_t run = firstElementAt(times, fromRun, times.size(), guess, value);
     const bool isExact = run == 0 || runs.lastTime(run - 1) < value;  // no element stands between
-    if (byGroups && !isExact)
+    if (byGroups)
         if (const std::size_t near = groupNear(runs, run, value); near < runs.count() && runs.begin(near) >= from)
             return {runs.begin(near), near};
     const bool mayBeFar = !isExact && isEven(runs, run - 1);

@@ -184,15 +184,20 @@ std::size_t CPTSeriesRuns::filledBefore(std::size_t run) const
     return m_count;
 }
 
+// Finite ends of what never decreases make all of it finite; a NaN is not above anything.
 bool CPTSeriesRuns::areTimesSorted() const
 {
+    constexpr std::size_t kStride = 4096;
     double before = -std::numeric_limits<double>::infinity();
-    for (std::size_t run = 0; run < m_count; ++run) {
-        const double first = m_times->first[run];
-        const double last = m_times->last[run];
-        if (!std::isfinite(first) || !std::isfinite(last) || first < before || last < first)
+    for (std::size_t run = 0; run < m_count;) {
+        const std::size_t end = std::min(m_count, run + kStride);
+        bool turns = !std::isfinite(m_times->first[run]) || !std::isfinite(m_times->last[end - 1]);
+        for (; run < end; ++run) {
+            turns |= !(m_times->first[run] >= before) | !(m_times->last[run] >= m_times->first[run]);
+            before = m_times->last[run];
+        }
+        if (turns)
             return false;
-        before = last;
     }
     return true;
 }

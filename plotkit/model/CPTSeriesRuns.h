@@ -38,7 +38,7 @@ public:
 /// are *shared* by all series that share them. Runs differ in length and begin anywhere. Any thread may read.
 class CPTSeriesRuns {
 public:
-    static constexpr std::size_t kGroup = 32;  ///< runs that the coarser level takes together
+    static constexpr std::size_t kGroup = 8;  ///< runs that the coarser level takes together
 
     /// Runs of the first `elements` elements. Requires: no run is empty, and inside a run x never decreases; `source`
     /// has as many runs as begin before `elements`, or more.

@@ -99,7 +99,11 @@ private:
         unsigned others = 0;
         for (std::size_t place = 0; place < made.least.size(); ++place) {
             const double least = piece.least[place], greatest = piece.greatest[place], first = piece.first[place];
-            others |= least >= -kMost && least <= greatest && greatest <= kMost && std::abs(first) <= kMost ? 0U : 1U;
+            // Without branches, as vector instructions are.
+            const unsigned isPlain = static_cast<unsigned>(least >= -kMost) & static_cast<unsigned>(least <= greatest) &
+                                     static_cast<unsigned>(greatest <= kMost) &
+                                     static_cast<unsigned>(std::abs(first) <= kMost);
+            others |= isPlain ^ 1U;
             made.least[place] = static_cast<float>(least);
             made.greatest[place] = static_cast<float>(greatest);
             made.first[place] = static_cast<float>(first);
