@@ -171,8 +171,8 @@ protected:
         for (int minute = 0; minute < 100'000; ++minute)
             times.push_back(kFirst + minute * 60.0);
         site.store(*station, times);
-        storeTrend(*module(), {site.document, station, station->properties().objects(), plotix::Date{kFirst},
-                               plotix::Date{times.back()}, QStringLiteral("Long")});
+        plotix::storeTrend(*module(), {site.document, station, station->properties().objects(), plotix::Date{kFirst},
+                                       plotix::Date{times.back()}, QStringLiteral("Long")});
         qputenv("PLOTIX_MEMORY_BUDGET", "1 MB");
         station.reset();
         site.reopen();

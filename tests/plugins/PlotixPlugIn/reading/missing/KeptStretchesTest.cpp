@@ -41,7 +41,7 @@ protected:
 /// A record a second, in pages that cannot be read for a while.
 class ShakyPoints : public CPTPagedPoints {
 public:
-    using CPTPagedPoints::CPTPagedPoints;
+    ShakyPoints(std::shared_ptr<PageCache> cache, std::size_t elements) : CPTPagedPoints(std::move(cache), elements) {}
 
     static LineRecords line(const std::shared_ptr<const ShakyPoints>& points)
     {
@@ -49,8 +49,8 @@ public:
         std::vector<double> times(count);
         std::iota(times.begin(), times.end(), 0.0);
         const auto runs = std::make_shared<const TimeRuns>(TimeRuns{{0, count}, {0}, {times.back()}});
-        const auto values = KeptRuns::of({{1}, {1}, {1}});
-        return {plotkit::pagedSeries(SharedArray<double>::fromVector(times), {runs, *values, {}}, points, count),
+        const auto values = KeptRuns::of(ValueRuns{{1}, {1}, {1}});
+        return {plotkit::pagedSeries(SharedArray<double>::fromVector(times), {runs, values, {}}, points, count),
                 nullptr, 3};
     }
     bool fails = false;
