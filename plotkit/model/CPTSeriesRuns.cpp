@@ -67,7 +67,11 @@ void CPTSeriesRuns::takeAll()
 void CPTSeriesRuns::addGroups(const Block& block, std::size_t count)
 {
     for (std::size_t run = 0; run < count; run += kGroup) {
-        const CPTMinMax pair = plotkit::joinedPairs(block.least, block.greatest, run, std::min(count, run + kGroup));
+        plotkit::MinMaxLanes lanes;
+        static_assert(kGroup == lanes.low.size());
+        for (std::size_t lane = 0; lane < std::min(kGroup, count - run); ++lane)
+            lanes.take(lane, block.least[run + lane], block.greatest[run + lane]);
+        const CPTMinMax pair = lanes.result();
         m_groupLeast.push_back(pair.min);
         m_groupGreatest.push_back(pair.max);
         m_groupFirst.push_back(block.first[run]);
