@@ -14,8 +14,8 @@ namespace {
 /// Of the whole work; going through the columns takes the rest.
 constexpr double kLookingUpPart = 0.1;
 /// Elements gone through at a time: as many pages as one thread fills at once, so that what goes on from page to page
-/// does so in order.
-constexpr std::size_t kAtOnce = 16 * PagedMemory::kPage;
+/// does so in order; where nothing does, several threads may fill them.
+constexpr std::size_t kInOrder = 16 * PagedMemory::kPage, kInAnyOrder = 64 * PagedMemory::kPage;
 
 void requireRead(const RecordColumns& columns)
 {
@@ -110,8 +110,7 @@ private:
                 return std::nullopt;
             inputs.push_back(*values);
         }
-        const auto result =
-            evaluateByPages(program->second, inputs, m_cache, {QTimeZone::systemTimeZone(), goesOn()});
+        const auto result = evaluateByPages(program->second, inputs, m_cache, {QTimeZone::systemTimeZone(), goesOn()});
         if (!result)
             return std::nullopt;
         return m_done.emplace(key, cutTo(*result, bound(span.from), bound(span.to))).first->second;
@@ -126,6 +125,18 @@ private:
                     !column.values.isResident() && column.runs && column.total)
                     return &column;
         return nullptr;
+    }
+
+    /// Whether every value is made of values at the same element alone.
+    bool isInAnyOrder() const
+    {
+        const auto isPointwise = [](const FormulaStep& step) {
+            return step.what == FormulaStep::Do::Input || step.isPointwise();
+        };
+        return m_parts.size() == 1 &&
+               std::all_of(m_reading.m_programs.begin(), m_reading.m_programs.end(), [&](const auto& each) {
+                   return std::all_of(each.second->steps.begin(), each.second->steps.end(), isPointwise);
+               });
     }
 
     std::optional<RecordColumns> together(const std::vector<PagedSeries>& wanted, const PagedTimes& all) const
@@ -146,8 +157,9 @@ private:
             if (stored)
                 columns.columns.back() = *stored;
         }
-        for (std::size_t first = 0; first < times.count; first += kAtOnce) {
-            const std::size_t end = std::min(times.count, first + kAtOnce);
+        const std::size_t atOnce = isInAnyOrder() ? kInAnyOrder : kInOrder;
+        for (std::size_t first = 0; first < times.count; first += atOnce) {
+            const std::size_t end = std::min(times.count, first + atOnce);
             for (std::size_t i = 0; i < wanted.size(); ++i)
                 if (!isKnown[i])
                     goThrough(columns.columns[i], first, end, runs[i]);

@@ -45,8 +45,8 @@ public:
     /// FormulaNotWorkedOut.
     std::optional<RecordBlock> read(RowId agent, std::span<const RowId> properties, std::optional<double> from,
                                     std::optional<double> to, const ArchiveProgress& progress = {}) override;
-    /// A computed property is gone through once, page by page, and worked out anew where somebody looks; its values have
-    /// the bits that `read` gives. Throws FormulaNotWorkedOut, and where it cannot be gone through.
+    /// A computed property is gone through once, page by page, and worked out anew where somebody looks; its values
+    /// have the bits that `read` gives. Throws FormulaNotWorkedOut, and where it cannot be gone through.
     std::optional<RecordColumns> columns(RowId agent, std::span<const RowId> properties, std::optional<double> from,
                                          std::optional<double> to, const std::shared_ptr<PageCache>& cache,
                                          const ArchiveProgress& progress = {}) override;

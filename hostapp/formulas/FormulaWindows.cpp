@@ -20,7 +20,7 @@ bool isValue(double value)
     return std::isfinite(value);
 }
 
-/// One pass on its way.
+/// One pass on its way. It goes on with copies of what changes at each element, which then need not be in memory.
 template <class Series>
 struct Pass {
     const FormulaStep& step;
@@ -43,18 +43,21 @@ struct Pass {
             derivative(last);
     }
 
-    void hold(windows::Last& last) const
+    void hold(windows::Last& state) const
     {
+        windows::Last last = state;
         for (std::size_t i = first; i < end(); ++i) {
             const double value = now.value(i), time = now.time(i);
             if (isValue(value))
                 last = {value, time};
             at(i) = time - last.time <= step.number ? last.value : kNone;
         }
+        state = last;
     }
 
-    void derivative(windows::Last& last) const
+    void derivative(windows::Last& state) const
     {
+        windows::Last last = state;
         for (std::size_t i = first; i < end(); ++i) {
             const double value = now.value(i), time = now.time(i);
             at(i) = kNone;
@@ -65,44 +68,53 @@ struct Pass {
                 at(i) = (value - last.value) / length;
             last = {value, time};
         }
+        state = last;
     }
 
     /// From the first value on.
     void operator()(windows::RunningIntegral& state) const
     {
+        const double gap = rules.longestGap;
+        const bool isStraight = rules.join == PropertyFormula::Join::Straight;
+        ExactSum area = state.area;
+        windows::Last last = state.last;
         for (std::size_t i = first; i < end(); ++i) {
-            const double value = now.value(i), time = now.time(i), length = time - state.last.time;
+            const double value = now.value(i), time = now.time(i), length = time - last.time;
             at(i) = kNone;
             if (!isValue(value))
                 continue;
-            const double before = state.last.value;
-            if (isValue(before) && length <= rules.longestGap)
-                state.area.add(length *
-                               (rules.join == PropertyFormula::Join::Straight ? (before + value) / 2 : before));
-            at(i) = state.area.value();
-            state.last = {value, time};
+            if (isValue(last.value) && length <= gap)
+                area.add(length * (isStraight ? (last.value + value) / 2 : last.value));
+            at(i) = area.value();
+            last = {value, time};
         }
+        state = {area, last};
     }
 
     void operator()(windows::TrailingSum& state) const
     {
+        const double span = step.number;
+        const bool isMean = step.aggregate == WindowAggregate::Mean;
+        ExactSum sum = state.sum;
+        std::size_t oldest = state.first, count = state.count;
         for (std::size_t i = first; i < end(); ++i) {
             const double value = now.value(i), time = now.time(i);
             if (isValue(value)) {
-                state.sum.add(value);
-                ++state.count;
+                sum.add(value);
+                ++count;
             }
-            for (; around.time(state.first) <= time - step.number; ++state.first) {
-                const double gone = around.value(state.first);
+            for (; around.time(oldest) <= time - span; ++oldest) {
+                const double gone = around.value(oldest);
                 if (!isValue(gone))
                     continue;
-                state.sum.add(-gone);
-                if (--state.count == 0)
-                    state.sum = {};
+                sum.add(-gone);
+                if (--count == 0)
+                    sum = {};
             }
-            const double divisor = step.aggregate == WindowAggregate::Mean ? static_cast<double>(state.count) : 1;
-            at(i) = isValue(value) ? state.sum.value() / divisor : kNone;
+            const double divisor = isMean ? static_cast<double>(count) : 1;
+            at(i) = isValue(value) ? sum.value() / divisor : kNone;
         }
+        state = {sum, oldest, count};
     }
 
     void operator()(windows::TrailingExtreme& state) const
