@@ -113,7 +113,23 @@ private:
         const auto result = evaluateByPages(program->second, inputs, m_cache, {QTimeZone::systemTimeZone(), goesOn()});
         if (!result)
             return std::nullopt;
-        return m_done.emplace(key, cutTo(*result, bound(span.from), bound(span.to))).first->second;
+        const PagedSeries cut = cutTo(*result, bound(span.from), bound(span.to));
+        if (!goThroughWhatIsBefore(*result, cut.first))
+            return std::nullopt;
+        return m_done.emplace(key, cut).first->second;
+    }
+
+    /// Of a span that needs it: in one go nobody could stop it.
+    bool goThroughWhatIsBefore(const PagedSeries& series, std::size_t element) const
+    {
+        for (std::size_t first = series.first; first < element; first += kInOrder) {
+            const PagedMemory::Hold held = series.values.hold(first, std::min(element, first + kInOrder));
+            for (const auto& [key, part] : m_parts)
+                requireRead(part);
+            if (!isGoingOn(kLookingUpPart))
+                return false;
+        }
+        return true;
     }
 
     /// What is known of such a column already; null: nothing.
