@@ -119,7 +119,7 @@ public:
         const auto cache = std::make_shared<plotix::PageCache>(budget);
         m_pages = std::make_shared<PagedDoubles>(cache, m_values, m_valid);
         const auto x = std::make_shared<PagedTimes>(cache, m_x)->array();
-        return plotkit::pagedSeries(x, {m_times, *plotix::KeptRuns::of(m_runs), changed}, m_pages, points());
+        return plotkit::pagedSeries(x, {m_times, plotix::KeptRuns::of(m_runs), changed}, m_pages, points());
     }
     /// How often pages of the paged series' points were written since it was made.
     std::size_t looks() const { return m_pages->looks(); }
