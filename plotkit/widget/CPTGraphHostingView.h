@@ -26,11 +26,16 @@ enum class GraphChange;
 /// allows interaction, the default one first, in that space's own values: x first, then y. What its delegate answers is
 /// shown. Without a graph, or where no plot space allows interaction, events go on to the parent.
 ///
+/// On the screen a graph of paged series is shown at once: where pages that it needs would take longer than a frame
+/// has, plots are drawn from what their runs tell, beneath a small mark, and exactly as soon as the pages are there.
+/// Pictures that anybody takes of the view are exact.
+///
 /// Where only the graph's layers changed, the graph beneath them is not painted again. Every other paint ends with the
 /// plots' finished-drawing reports, sent when the painter has ended: a delegate may change other widgets and the graph,
 /// but not delete the view. A graph is shown by one view at a time: the last one that hosts it. Main thread only.
 class CPTGraphHostingView : public QWidget {
     Q_OBJECT
+    Q_PROPERTY(bool provisional READ isProvisional)
 public:
     explicit CPTGraphHostingView(QWidget* parent = nullptr);
     ~CPTGraphHostingView() override;
@@ -44,6 +49,9 @@ public:
     /// Without a graph: the empty frame that is shown. Of size zero: a null image, no data.
     QImage imageOfLayer(double density = 1.0);
     QByteArray dataForPDFRepresentationOfLayer();
+
+    /// Whether what the screen shows is to become more exact, without anybody's doing.
+    bool isProvisional() const;
 
     virtual bool acceptsFirstResponder() const { return true; }
 
@@ -71,6 +79,7 @@ private:
     bool handleNativeGesture(QNativeGestureEvent* event);
     void cancelDrag();
     void drawFocusHint(QPainter& painter) const;
+    void drawOnItsWay(QPainter& painter) const;
 
     CPTXYGraphPtr m_hostedGraph;
     std::unique_ptr<plotkit::GraphFrames> m_frames;         ///< owns
