@@ -280,12 +280,10 @@ void BinEdges::findRunsAlone(const CPTSeriesRuns& runs, const KeptBins& kept)
         run = edge == 0 ? runs.runFromTime(edgeOf(0)) : firstElementAt(times, run, times.size(), guess, edgeOf(edge));
         m_runs.data()[edge] = run;
         m_edges.data()[edge] = runs.begin(run);
-        if (edge == m_grid.count)
-            break;
-        m_byRuns.data()[edge] = 1;
-        m_enter.data()[edge] = 0;
-        m_leave.data()[edge] = 1;
     }
+    std::fill_n(m_byRuns.data(), m_grid.count, static_cast<unsigned char>(1));
+    std::fill_n(m_enter.data(), m_grid.count, 0.0F);
+    std::fill_n(m_leave.data(), m_grid.count, 1.0F);
 }
 
 void BinEdges::cover(const CPTPointSeries& series, const BinGrid& grid)
