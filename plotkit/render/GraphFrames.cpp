@@ -4,6 +4,7 @@
 
 #include <QtGui/QPainter>
 
+#include <algorithm>
 #include <utility>
 
 namespace plotkit {
@@ -14,6 +15,7 @@ bool GraphFrames::paint(QPainter& painter, const CPTXYGraph& graph, const QRectF
     m_truth = truth;
     if (graph.layers().empty()) {
         m_picture = QImage();
+        m_areLayersRough = false;
         paintGraph(painter, graph, rect, Beneath::Picture);
         return true;
     }
@@ -23,7 +25,7 @@ bool GraphFrames::paint(QPainter& painter, const CPTXYGraph& graph, const QRectF
         GraphCanvas canvas(painter);
         if (!canvas.isAligned()) {
             paintGraph(painter, graph, rect, Beneath::Picture);
-            paintLayers(painter, graph, rect);
+            paintLayersOf(painter, graph, rect);
             return true;
         }
         const QRect target = canvas.alignedRect(rect).toRect();
@@ -36,8 +38,19 @@ bool GraphFrames::paint(QPainter& painter, const CPTXYGraph& graph, const QRectF
         else
             canvas.painter().drawImage(target.topLeft(), m_picture);
     }
-    paintLayers(painter, graph, rect);
+    paintLayersOf(painter, graph, rect);
     return isPainted;
+}
+
+void GraphFrames::paintLayersOf(QPainter& painter, const CPTXYGraph& graph, const QRectF& rect)
+{
+    if (m_truth == FrameTruth::Exact) {
+        paintLayers(painter, graph, rect);
+        return;
+    }
+    paintLayers(painter, graph, rect, !std::exchange(m_settlesLayers, false));
+    m_areLayersRough = std::any_of(graph.layers().begin(), graph.layers().end(),
+                                   [](const CPTGraphLayerPtr& layer) { return layer->isRough(); });
 }
 
 void GraphFrames::keep(const CPTXYGraph& graph, const QRectF& rect, const Look& look)

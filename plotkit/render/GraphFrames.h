@@ -39,6 +39,10 @@ public:
 
     /// Whether the graph painted last was painted provisionally; one painted exactly on demand does not count.
     bool isProvisional() const { return m_isProvisional; }
+    /// The same of layers that drew roughly. They stay so until settleLayers(), which makes the next paint draw them
+    /// exactly.
+    bool areLayersRough() const { return m_areLayersRough; }
+    void settleLayers() { m_settlesLayers = true; }
     /// Nobody will look for a while: nothing is brought into memory, or held there.
     void rest() { m_filling.letGo(); }
 
@@ -51,11 +55,14 @@ private:
     };
 
     void keep(const CPTXYGraph& graph, const QRectF& rect, const Look& look);
+    void paintLayersOf(QPainter& painter, const CPTXYGraph& graph, const QRectF& rect);
     void paintGraph(QPainter& painter, const CPTXYGraph& graph, const QRectF& rect, Beneath beneath);
 
     GraphPainter m_painter;
     FrameTruth m_truth = FrameTruth::Exact;  // of the frame being painted
     bool m_isProvisional = false;
+    bool m_areLayersRough = false;
+    bool m_settlesLayers = false;
     PartFilling m_filling;
     Look m_look;
     QImage m_picture;  // of `m_look`; null when there is none

@@ -168,11 +168,12 @@ void GraphPainter::paintLaidOut(QPainter& painter, const CPTXYGraph& graph, cons
         canvas.drawText(*layout.title, graph.titleTextStyle(), backgroundOf(*layout.title, layout.plotArea));
 }
 
-void paintLayers(QPainter& painter, const CPTXYGraph& graph, const QRectF& rect)
+void paintLayers(QPainter& painter, const CPTXYGraph& graph, const QRectF& rect, bool mayBeRough)
 {
     if (rect.isEmpty() || graph.layers().empty())
         return;
-    const GraphGeometry geometry = geometryOfGraph(graph, rect, sizeOfText);
+    GraphGeometry geometry = geometryOfGraph(graph, rect, sizeOfText);
+    geometry.mayBeRough = mayBeRough;
     for (const CPTGraphLayerPtr& layer : graph.layers()) {
         painter.save();
         layer->drawInGraph(painter, geometry);

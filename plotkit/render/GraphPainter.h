@@ -27,8 +27,8 @@ private:
     TextImages m_texts;
 };
 
-/// Paints the layers alone, the lowest first. An empty rectangle draws nothing.
-void paintLayers(QPainter& painter, const CPTXYGraph& graph, const QRectF& rect);
+/// Paints the layers alone, the lowest first. An empty rectangle draws nothing. `mayBeRough`: see GraphGeometry.
+void paintLayers(QPainter& painter, const CPTXYGraph& graph, const QRectF& rect, bool mayBeRough = false);
 
 /// Tells the delegates of the graph's visible plots that they were drawn, each plot once, first to last.
 ///

@@ -24,6 +24,7 @@ namespace {
 
 /// How strongly the line round a focused view shows, 0 to 1.
 constexpr float kFocusHintOpacity = 0.45F;
+constexpr int kRest = 60;                 // milliseconds without a paint: then there is time for what is rough
 constexpr QSizeF kOnItsWay(26, 12);       // points: the mark of a frame that is not exact yet
 constexpr double kOnItsWayInset = 6;      // points from the plot area's edges
 constexpr float kOnItsWayOpacity = 0.8F;  // of its ground, 0 to 1
@@ -135,6 +136,10 @@ void CPTGraphHostingView::paintEvent(QPaintEvent*)
         const auto truth =
             isForTheScreen(*this, painter) ? plotkit::FrameTruth::MayBeProvisional : plotkit::FrameTruth::Exact;
         isGraphPainted = m_frames->paint(painter, graph ? *graph : emptyGraph(), rect(), change, truth);
+        if (truth == plotkit::FrameTruth::MayBeProvisional && m_frames->areLayersRough())
+            m_rest.start(kRest, this);
+        else if (truth == plotkit::FrameTruth::MayBeProvisional)
+            m_rest.stop();
         if (graph && truth == plotkit::FrameTruth::MayBeProvisional && m_frames->isProvisional())
             drawOnItsWay(painter);
         drawFocusHint(painter);
@@ -174,7 +179,19 @@ void CPTGraphHostingView::drawFocusHint(QPainter& painter) const
 
 bool CPTGraphHostingView::isProvisional() const
 {
-    return m_frames->isProvisional();
+    return m_frames->isProvisional() || m_frames->areLayersRough();
+}
+
+/// Nothing was painted for a while.
+void CPTGraphHostingView::timerEvent(QTimerEvent* event)
+{
+    if (event->timerId() != m_rest.timerId()) {
+        QWidget::timerEvent(event);
+        return;
+    }
+    m_rest.stop();
+    m_frames->settleLayers();
+    changed(plotkit::GraphChange::LayersOnly);
 }
 
 /// Three dots on a plate, where the plots end at the top right: more is to come.

@@ -3,6 +3,7 @@
 #include "plotkit/layout/GraphGeometry.h"
 #include "plotkit/model/CPTXYGraph.h"
 
+#include <QtCore/QBasicTimer>
 #include <QtGui/QImage>
 #include <QtWidgets/QWidget>
 
@@ -28,7 +29,7 @@ enum class GraphChange;
 ///
 /// On the screen a graph of paged series is shown at once: where pages that it needs would take longer than a frame
 /// has, plots are drawn from what their runs tell, beneath a small mark, and exactly as soon as the pages are there.
-/// Pictures that anybody takes of the view are exact.
+/// Layers that drew roughly are drawn exactly when the view rests. Pictures that anybody takes of the view are exact.
 ///
 /// Where only the graph's layers changed, the graph beneath them is not painted again. Every other paint ends with the
 /// plots' finished-drawing reports, sent when the painter has ended: a delegate may change other widgets and the graph,
@@ -65,6 +66,7 @@ protected:
     void mouseMoveEvent(QMouseEvent* event) override;
     void mouseReleaseEvent(QMouseEvent* event) override;
     void wheelEvent(QWheelEvent* event) override;
+    void timerEvent(QTimerEvent* event) override;
     bool event(QEvent* event) override;
     void resizeEvent(QResizeEvent* event) override;
 
@@ -84,5 +86,6 @@ private:
     CPTXYGraphPtr m_hostedGraph;
     std::unique_ptr<plotkit::GraphFrames> m_frames;         ///< owns
     std::optional<plotkit::GraphChange> m_awaitingRepaint;  ///< what a repaint was asked for
+    QBasicTimer m_rest;                                     ///< runs while layers are rough
     std::shared_ptr<Drag> m_drag;                           ///< the drag under way, if any
 };
