@@ -1,5 +1,10 @@
 #include "plotkit/model/PartFilling.h"
 
+#include "base/CoresAllowed.h"
+
+#include <sys/resource.h>
+#include <unistd.h>
+
 #include <algorithm>
 #include <system_error>
 #include <utility>
@@ -8,8 +13,23 @@ namespace plotkit {
 
 namespace {
 
-/// So many are filled between two looks at whether they are still wanted: two threads share them.
-constexpr std::size_t kAtOnce = 32 * plotix::PagedMemory::kPage;
+/// So many elements are filled between two looks at whether they are still wanted. Where there are cores enough,
+/// several threads share them; one core stays free for whoever paints meanwhile.
+std::size_t atOnce()
+{
+    constexpr std::size_t kAlone = 16, kShared = 32;  // pages
+    return (plotix::coresAllowed() > 2 ? kShared : kAlone) * plotix::PagedMemory::kPage;
+}
+
+/// Whoever paints goes first where cores are scarce.
+void giveWay()
+{
+#ifdef __linux__
+    constexpr int kLess = 5;
+    const auto thread = static_cast<id_t>(gettid());
+    setpriority(PRIO_PROCESS, thread, getpriority(PRIO_PROCESS, thread) + kLess);
+#endif
+}
 
 }  // namespace
 
@@ -68,6 +88,7 @@ bool PartFilling::isWanted(std::uint64_t request) const
 
 void PartFilling::run()
 {
+    giveWay();
     std::unique_lock lock(m_mutex);
     for (;;) {
         m_asked.wait(lock, [this] { return m_isStopping || m_done != m_request; });
@@ -77,9 +98,10 @@ void PartFilling::run()
         SeriesParts parts = m_parts;
         lock.unlock();
         Holds holds;
+        const std::size_t elements = atOnce();
         for (const SeriesPart& part : parts)
             for (std::size_t first = part.first; first < part.end && isWanted(request);) {
-                const std::size_t end = std::min(part.end, (first / kAtOnce + 1) * kAtOnce);
+                const std::size_t end = std::min(part.end, (first / elements + 1) * elements);
                 holds.push_back(part.series->hold(first, end));
                 first = end;
             }
