@@ -1,7 +1,5 @@
 #include "plotkit/model/PartFilling.h"
 
-#include "base/CoresAllowed.h"
-
 #include <sys/resource.h>
 #include <unistd.h>
 
@@ -13,13 +11,8 @@ namespace plotkit {
 
 namespace {
 
-/// So many elements are filled between two looks at whether they are still wanted. Where there are cores enough,
-/// several threads share them; one core stays free for whoever paints meanwhile.
-std::size_t atOnce()
-{
-    constexpr std::size_t kAlone = 16, kShared = 32;  // pages
-    return (plotix::coresAllowed() > 2 ? kShared : kAlone) * plotix::PagedMemory::kPage;
-}
+/// So many elements are filled between two looks at whether they are still wanted: two threads share them.
+constexpr std::size_t kAtOnce = 32 * plotix::PagedMemory::kPage;
 
 /// Whoever paints goes first where cores are scarce.
 void giveWay()
@@ -98,10 +91,9 @@ void PartFilling::run()
         SeriesParts parts = m_parts;
         lock.unlock();
         Holds holds;
-        const std::size_t elements = atOnce();
         for (const SeriesPart& part : parts)
             for (std::size_t first = part.first; first < part.end && isWanted(request);) {
-                const std::size_t end = std::min(part.end, (first / elements + 1) * elements);
+                const std::size_t end = std::min(part.end, (first / kAtOnce + 1) * kAtOnce);
                 holds.push_back(part.series->hold(first, end));
                 first = end;
             }
