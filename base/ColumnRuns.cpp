@@ -1,5 +1,6 @@
 #include "base/ColumnRuns.h"
 
+#include <algorithm>
 #include <utility>
 
 namespace plotix {
@@ -20,14 +21,27 @@ class JoinedRuns final : public KeptRuns {
 public:
     explicit JoinedRuns(std::vector<std::shared_ptr<const KeptRuns>> pieces) : m_pieces(std::move(pieces))
     {
-        for (const auto& piece : m_pieces)
+        for (const auto& piece : m_pieces) {
+            m_begins.push_back(m_count);
             m_count += piece->count();
+        }
     }
     std::size_t count() const override { return m_count; }
     void inPieces(const Take& take) const override
     {
         for (const auto& piece : m_pieces)
             piece->inPieces(take);
+    }
+    void piecesOf(std::size_t first, std::size_t end, const TakeFrom& take) const override
+    {
+        const auto after = std::upper_bound(m_begins.begin(), m_begins.end(), first);
+        for (auto piece = static_cast<std::size_t>(after - m_begins.begin()) - (m_begins.empty() ? 0 : 1);
+             piece < m_pieces.size() && m_begins[piece] < end; ++piece) {
+            const std::size_t begin = m_begins[piece];
+            m_pieces[piece]->piecesOf(
+                first - std::min(first, begin), end - begin,
+                [&](const ValueRuns& part, std::size_t firstRun) { take(part, begin + firstRun); });
+        }
     }
     void inLongRuns(const Take& take) const override
     {
@@ -37,6 +51,7 @@ public:
 
 private:
     const std::vector<std::shared_ptr<const KeptRuns>> m_pieces;
+    std::vector<std::size_t> m_begins;
     std::size_t m_count = 0;
 };
 
@@ -58,6 +73,16 @@ void ValueRuns::append(const ValueRuns& next)
     appendTo(least, next.least);
     appendTo(greatest, next.greatest);
     appendTo(first, next.first);
+}
+
+void KeptRuns::piecesOf(std::size_t first, std::size_t end, const TakeFrom& take) const
+{
+    std::size_t begin = 0;
+    inPieces([&](const ValueRuns& piece) {
+        if (begin < end && begin + piece.count() > first)
+            take(piece, begin);
+        begin += piece.count();
+    });
 }
 
 ValueRuns KeptRuns::unpacked() const

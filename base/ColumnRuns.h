@@ -37,8 +37,11 @@ public:
 
     virtual ~KeptRuns() = default;
     virtual std::size_t count() const = 0;
-    /// Piece by piece, in order. Where the least or the greatest is NaN, nothing is known of the run.
+    /// All, piece by piece, in order. Where the least or the greatest is NaN, nothing is known of the run.
     virtual void inPieces(const Take& take) const = 0;
+    /// Those pieces, in order, that have any of runs [first, end), each with the number of its first run.
+    using TakeFrom = std::function<void(const ValueRuns& piece, std::size_t firstRun)>;
+    virtual void piecesOf(std::size_t first, std::size_t end, const TakeFrom& take) const;
     /// The same with longer runs, of some ten thousand elements where that is known; without their first values.
     virtual void inLongRuns(const Take& take) const { inPieces(take); }
 

@@ -101,7 +101,7 @@ std::vector<CPTPointSeriesPtr> pagedSeries(int plots, std::size_t count, std::si
     for (int plot = 0; plot < plots; ++plot) {
         const auto points = std::make_shared<const Swings>(cache, count, static_cast<unsigned>(plot));
         series.push_back(
-            plotkit::pagedSeries(times->array(), {runs, *plotix::KeptRuns::of(points->runs())}, points, count));
+            plotkit::pagedSeries(times->array(), {runs, plotix::KeptRuns::of(points->runs())}, points, count));
     }
     return series;
 }

@@ -26,6 +26,9 @@ constexpr std::size_t kBinsAhead = 16;
 constexpr std::int64_t kStretch = BinEdges::kStretch;
 /// How far from where a bin begins a run may begin that is its edge, in pixels, where no gap is near.
 constexpr double kFarthest = 0.5;
+/// Groups of runs a bin from which on its edges are theirs: then one begins at most a quarter of a bin from where
+/// the bin does.
+constexpr std::size_t kGroupsABin = 2;
 
 void prefetch(const void* memory)
 {
@@ -154,6 +157,30 @@ void BinEdges::findBins(std::span<const double> x, const TimeCourse* course, std
     }
 }
 
+/// Whether bins of the stretch begin where groups of runs do, so that no run need be looked at.
+bool BinEdges::isCrowdedByGroups(const CPTSeriesRuns& runs, std::size_t bin) const
+{
+    const std::int64_t number = m_grid.first + static_cast<std::int64_t>(bin);
+    const std::int64_t stretch = number - ((number % kStretch) + kStretch) % kStretch;
+    const std::size_t inStretch =
+        runs.runFromTime(m_grid.edge(stretch + kStretch)) - runs.runFromTime(m_grid.edge(stretch));
+    return inStretch >= kGroupsABin * CPTSeriesRuns::kGroup * static_cast<std::size_t>(kStretch);
+}
+
+/// The beginning of a group of runs, not far from `value`, before which `run` is the first one that does not begin;
+/// count() where there is none.
+std::size_t BinEdges::groupNear(const CPTSeriesRuns& runs, std::size_t run, double value) const
+{
+    const std::size_t above = (run + CPTSeriesRuns::kGroup - 1) / CPTSeriesRuns::kGroup * CPTSeriesRuns::kGroup;
+    if (above >= runs.count() || above == 0)
+        return runs.count();
+    const std::size_t below = above - CPTSeriesRuns::kGroup;
+    const double toAbove = runs.firstTime(above) - value, toBelow = value - runs.firstTime(below);
+    if (std::min(toAbove, toBelow) > m_grid.width * kSnapFraction)
+        return runs.count();
+    return toAbove < toBelow ? above : below;
+}
+
 /// Whether the elements of a run stand no farther apart than those in view do: then there is hardly a gap in it.
 bool BinEdges::isEven(const CPTSeriesRuns& runs, std::size_t run) const
 {
@@ -164,7 +191,7 @@ bool BinEdges::isEven(const CPTSeriesRuns& runs, std::size_t run) const
 /// The run's beginning nearest to a value, at most a quarter of a bin away or, where runs are longer, half a pixel;
 /// else the first element at or after `from` whose x is not below it.
 BinEdges::RunEdge BinEdges::edgeByRuns(const CPTPointSeries& series, std::size_t from, std::size_t fromRun,
-                                       double value) const
+                                       double value, bool byGroups) const
 {
     const CPTSeriesRuns& runs = *series.runs();
     const std::span<const double> times(runs.times()->first.data(), runs.count());
@@ -172,6 +199,9 @@ BinEdges::RunEdge BinEdges::edgeByRuns(const CPTPointSeries& series, std::size_t
     const auto guess = fromRun + static_cast<std::size_t>(m_stride * perRun + 0.5);
     const std::size_t run = firstElementAt(times, fromRun, times.size(), guess, value);
     const bool isExact = run == 0 || runs.lastTime(run - 1) < value;  // no element stands between
+    if (byGroups)
+        if (const std::size_t near = groupNear(runs, run, value); near < runs.count() && runs.begin(near) >= from)
+            return {runs.begin(near), near};
     const bool mayBeFar = !isExact && isEven(runs, run - 1);
     const double reach =
         m_grid.width * (mayBeFar ? std::max(kFarthest * m_grid.perPixel, kSnapFraction) : kSnapFraction);
@@ -197,13 +227,14 @@ void BinEdges::findBinsByRuns(const CPTPointSeries& series, std::size_t from, st
     std::size_t* edges = m_edges.data();
     std::size_t run = series.runs()->runFrom(edges[from]);
     run = run > 0 ? run - 1 : 0;
+    const bool byGroups = isCrowdedByGroups(*series.runs(), from);
     for (std::size_t bin = from; bin < to; ++bin) {
         m_byRuns.data()[bin] = 1;
         m_enter.data()[bin] = 0;
         m_leave.data()[bin] = 1;
         if (bin + 1 == to && !findsEnd)
             break;
-        const RunEdge found = edgeByRuns(series, edges[bin], run, edgeOf(bin + 1));
+        const RunEdge found = edgeByRuns(series, edges[bin], run, edgeOf(bin + 1), byGroups);
         edges[bin + 1] = found.element;
         m_runs.data()[bin + 1] = found.run;
         if (found.run != kNoRun)
@@ -234,7 +265,7 @@ void BinEdges::findPagedBins(const CPTPointSeries& series, std::size_t from, std
     if (from == 0 && to > 0) {
         RunEdge first{0, kNoRun};
         if (isCrowded(runs, 0))
-            first = edgeByRuns(series, 0, 0, edgeOf(0));
+            first = edgeByRuns(series, 0, 0, edgeOf(0), isCrowdedByGroups(runs, 0));
         else
             first.element = series.elementFrom(edgeOf(0));
         m_edges.data()[0] = first.element;

@@ -112,8 +112,11 @@ private:
     void findBinsByRuns(const CPTPointSeries& series, std::size_t from, std::size_t to, bool findsEnd);
     bool isCrowded(const CPTSeriesRuns& runs, std::size_t bin) const;
     void findRunsAlone(const CPTSeriesRuns& runs, const KeptBins& kept);
+    bool isCrowdedByGroups(const CPTSeriesRuns& runs, std::size_t bin) const;
+    std::size_t groupNear(const CPTSeriesRuns& runs, std::size_t run, double value) const;
     bool isEven(const CPTSeriesRuns& runs, std::size_t run) const;
-    RunEdge edgeByRuns(const CPTPointSeries& series, std::size_t from, std::size_t fromRun, double value) const;
+    RunEdge edgeByRuns(const CPTPointSeries& series, std::size_t from, std::size_t fromRun, double value,
+                       bool byGroups) const;
     std::size_t blockBy(const TimeCourse& course, std::size_t from, std::size_t guess, double value) const;
     std::size_t blockNear(std::span<const double> x, std::size_t from, std::size_t after, double value) const;
     Found search(std::span<const double> x, const TimeCourse* course, std::size_t from, double value) const;

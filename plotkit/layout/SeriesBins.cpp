@@ -73,14 +73,14 @@ BinSummary summaryOfRuns(const CPTSeriesRuns& runs, std::size_t first, std::size
         return kNothing;
     const std::size_t known = runs.firstKnown(first, end);
     const float enter = known < end ? runs.firstValue(known) : extremes.min;
+    // The line goes on to the next run: that is as near as can be told to where it leaves the bin.
+    if (end < runs.count() && !std::isnan(runs.firstValue(end)) &&
+        runs.firstTime(end) <= place.edge + place.width * (1 + BinEdges::kSnapFraction))
+        return {enter, extremes.min, extremes.max, runs.firstValue(end), 0, 1};
     std::size_t lastKnown = end;
     while (lastKnown > known + 1 && std::isnan(runs.firstValue(lastKnown - 1)))
         --lastKnown;
-    const float within = known < end ? runs.firstValue(lastKnown - 1) : extremes.min;
-    // The line goes on to the next run: that is as near as can be told to where it leaves the bin.
-    const bool goesOn = end < runs.count() && !std::isnan(runs.firstValue(end)) &&
-                        runs.firstTime(end) <= place.edge + place.width * (1 + BinEdges::kSnapFraction);
-    return {enter, extremes.min, extremes.max, goesOn ? runs.firstValue(end) : within, 0, 1};
+    return {enter, extremes.min, extremes.max, known < end ? runs.firstValue(lastKnown - 1) : extremes.min, 0, 1};
 }
 
 /// The runs [first, second) that reach into a bin that none begins in: a run as long as several bins is in all of them.

@@ -3,27 +3,50 @@
 #include "base/ColumnRuns.h"
 #include "plotkit/model/LeastAndGreatest.h"
 
+#include <atomic>
 #include <cstddef>
+#include <functional>
 #include <memory>
+#include <mutex>
 #include <vector>
+
+/// Numbers of successive runs, one a run. A run without points has least > greatest; `first` is NaN where the run's
+/// first element is no finite point.
+struct CPTRunNumbers {
+    const float* least = nullptr;
+    const float* greatest = nullptr;
+    const float* first = nullptr;
+    std::size_t firstRun = 0;
+    std::size_t count = 0;
+};
+
+/// Tells the numbers of runs, as often as it is asked, and always the same. *Shared* by whoever asks; any thread.
+class CPTRunSource {
+public:
+    using Take = std::function<void(const CPTRunNumbers& piece)>;
+
+    virtual ~CPTRunSource() = default;
+    /// In pieces, one after the other, that cover runs [first, end) and may reach farther.
+    virtual void inPieces(std::size_t first, std::size_t end, const Take& take) const = 0;
+};
 
 /// What is known of a paged series without a look at its pages: runs of some hundred elements with their times, the
 /// least and greatest of their finite points and the value of their first element, and a coarser level over them.
 ///
-/// Immutable and always in memory; the times are *shared* by all series that share them. Runs differ in length and
-/// begin anywhere. Any thread may read.
+/// The coarser level is always in memory, which is all that a frame of very many runs looks at. Those of a long series
+/// are taken from their source where somebody first looks at them, and then stay. Never changes otherwise; the times
+/// are *shared* by all series that share them. Runs differ in length and begin anywhere. Any thread may read.
 class CPTSeriesRuns {
 public:
-    static constexpr std::size_t kGroup = 32;  ///< runs that the coarser level takes together
+    static constexpr std::size_t kGroup = 8;  ///< runs that the coarser level takes together
 
-    /// One number a run. A run without points has least > greatest; `first` is NaN where the first element is no finite
-    /// point.
-    struct Values {
-        std::vector<float> least, greatest, first;
-    };
-    /// Runs of the first `elements` elements. Requires: no run is empty, and inside a run x never decreases; as many
-    /// values as runs that begin before `elements`, or more.
-    CPTSeriesRuns(std::shared_ptr<const plotix::TimeRuns> times, Values values, std::size_t elements);
+    /// Runs of the first `elements` elements. Requires: no run is empty, and inside a run x never decreases; `source`
+    /// has as many runs as begin before `elements`, or more.
+    CPTSeriesRuns(std::shared_ptr<const plotix::TimeRuns> times, std::shared_ptr<const CPTRunSource> source,
+                  std::size_t elements);
+    ~CPTSeriesRuns();
+    CPTSeriesRuns(const CPTSeriesRuns&) = delete;
+    CPTSeriesRuns& operator=(const CPTSeriesRuns&) = delete;
 
     const std::shared_ptr<const plotix::TimeRuns>& times() const { return m_times; }
     std::size_t elements() const { return m_elements; }
@@ -35,8 +58,15 @@ public:
     double firstTime(std::size_t run) const { return m_times->first[run]; }
     /// Of the run's last element; where the series ends inside the run, no element is later.
     double lastTime(std::size_t run) const { return m_times->last[run]; }
-    float firstValue(std::size_t run) const { return m_values.first[run]; }
-    CPTMinMax minMaxOf(std::size_t run) const { return {m_values.least[run], m_values.greatest[run]}; }
+    float firstValue(std::size_t run) const
+    {
+        return run % kGroup == 0 ? m_groupFirst[run / kGroup] : blockOf(run).first[run % kBlock];
+    }
+    CPTMinMax minMaxOf(std::size_t run) const
+    {
+        const Block& block = blockOf(run);
+        return {block.least[run % kBlock], block.greatest[run % kBlock]};
+    }
     bool isEmpty(std::size_t run) const { return minMaxOf(run).isEmpty(); }
 
     /// Of runs [first, end).
@@ -59,10 +89,31 @@ public:
     /// Whether the times are finite and never decrease from run to run.
     bool areTimesSorted() const;
 
+    /// How many bytes the numbers take that were looked at, beside those that are always there.
+    std::size_t bytesOfRuns() const;
+
 private:
+    static constexpr std::size_t kBlock = 2048;  // runs that are taken together
+    struct Block {
+        float least[kBlock], greatest[kBlock], first[kBlock];
+    };
+
+    const Block& blockOf(std::size_t run) const
+    {
+        const Block* block = m_blocks[run / kBlock].load(std::memory_order_acquire);
+        return block ? *block : taken(run / kBlock);
+    }
+    const Block& taken(std::size_t block) const;
+    void takeAll();
+    void addGroups(const Block& block, std::size_t count);
+    CPTMinMax minMaxWithinBlock(std::size_t first, std::size_t end) const;
+    bool isGroupEmpty(std::size_t group) const { return !(m_groupLeast[group] <= m_groupGreatest[group]); }
+
     std::shared_ptr<const plotix::TimeRuns> m_times;
-    Values m_values;
+    std::shared_ptr<const CPTRunSource> m_source;
     std::size_t m_elements;
     std::size_t m_count;
-    std::vector<float> m_groupLeast, m_groupGreatest;
+    std::vector<float> m_groupLeast, m_groupGreatest, m_groupFirst;
+    mutable std::vector<std::atomic<const Block*>> m_blocks;  // null: not looked at yet
+    mutable std::mutex m_mutex;                               // for taking blocks
 };

@@ -6,7 +6,10 @@
 #include <algorithm>
 #include <cmath>
 #include <limits>
+#include <map>
+#include <mutex>
 #include <set>
+#include <vector>
 
 namespace plotkit {
 
@@ -14,82 +17,143 @@ namespace {
 
 constexpr float kNone = std::numeric_limits<float>::quiet_NaN();
 
-/// Narrows what is known, and looks into runs.
-class RunsMaking {
-public:
-    RunsMaking(const PagedSeriesRuns& runs, const CPTPagedPoints& points) : m_runs(runs), m_points(points) {}
+/// Numbers of runs that are made together.
+struct MadeNumbers {
+    MadeNumbers(std::size_t run, std::size_t count) : least(count), greatest(count), first(count), firstRun(run) {}
 
-    CPTSeriesRuns::Values made()
+    CPTRunNumbers numbers() const { return {least.data(), greatest.data(), first.data(), firstRun, least.size()}; }
+
+    std::vector<float> least, greatest, first;
+    std::size_t firstRun;
+};
+
+/// Narrows what is known, and looks into runs.
+class NarrowedRuns final : public CPTRunSource {
+public:
+    NarrowedRuns(const PagedSeriesRuns& runs, std::shared_ptr<const CPTPagedPoints> points)
+        : m_times(runs.times), m_values(runs.values), m_points(std::move(points))
     {
-        const plotix::TimeRuns& times = *m_runs.times;
-        const auto begin = times.begin.begin();
-        const auto runsEnd = begin + static_cast<std::ptrdiff_t>(times.count());
-        const auto count = static_cast<std::size_t>(std::lower_bound(begin, runsEnd, m_points.elements()) - begin);
-        for (std::vector<float>* each : {&m_made.least, &m_made.greatest, &m_made.first})
-            each->resize(count);
-        const std::set<std::size_t> changed = changedRuns();
-        std::size_t run = 0;
-        m_runs.values.inPieces([&](const plotix::ValueRuns& piece) {
-            for (std::size_t place = 0; place < piece.count() && run < count; ++place, ++run)
-                if (!narrow(piece, place, run) || (!changed.empty() && changed.count(run) > 0))
-                    lookInto(run);
+        const std::vector<std::size_t>& begin = m_times->begin;
+        const auto runOf = [&begin](std::size_t element) {
+            return static_cast<std::size_t>(std::upper_bound(begin.begin(), begin.end(), element) - begin.begin() - 1);
+        };
+        for (const std::size_t element : runs.changed)
+            if (!begin.empty() && element < begin.back())
+                m_changed.insert(runOf(element));
+        const std::size_t elements = m_points->elements();
+        if (elements > 0 && begin[runOf(elements - 1) + 1] > elements)
+            m_changed.insert(runOf(elements - 1));  // it is cut
+    }
+
+    /// The page looked into last.
+    void letGo() const
+    {
+        const std::lock_guard lock(m_mutex);
+        m_held = {};
+    }
+
+    void inPieces(std::size_t first, std::size_t end, const Take& take) const override
+    {
+        std::size_t told = first;
+        m_values->piecesOf(first, end, [&](const plotix::ValueRuns& piece, std::size_t firstRun) {
+            const std::size_t count = std::min(piece.count(), end - firstRun);
+            MadeNumbers made(firstRun, count);
+            if (isAnyChanged(firstRun, count) || !narrowAll(piece, made))
+                for (std::size_t place = 0; place < count; ++place)
+                    if (m_changed.count(firstRun + place) > 0 || !narrow(piece, place, made))
+                        lookInto(firstRun + place, made, place);
+            take(made.numbers());
+            told = firstRun + count;
         });
-        for (; run < count; ++run)
-            lookInto(run);
-        if (count > 0 && times.begin[count] > m_points.elements())
-            lookInto(count - 1);  // it is cut
-        return std::move(m_made);
+        for (; told < end; ++told) {
+            MadeNumbers made(told, 1);
+            lookInto(told, made, 0);
+            take(made.numbers());
+        }
     }
 
 private:
-    std::set<std::size_t> changedRuns() const
+    struct Looked {
+        CPTMinMax pair;
+        float first;
+    };
+
+    bool isAnyChanged(std::size_t run, std::size_t count) const
     {
-        const std::vector<std::size_t>& begin = m_runs.times->begin;
-        std::set<std::size_t> changed;
-        for (const std::size_t element : m_runs.changed)
-            if (!begin.empty() && element < begin.back())
-                changed.insert(static_cast<std::size_t>(std::upper_bound(begin.begin(), begin.end(), element) -
-                                                        begin.begin() - 1));
-        return changed;
+        const auto next = m_changed.lower_bound(run);
+        return next != m_changed.end() && *next < run + count;
     }
 
-    void set(std::size_t run, const CPTMinMax& pair, float first)
+    static void set(MadeNumbers& made, std::size_t place, const CPTMinMax& pair, float first)
     {
-        m_made.least[run] = pair.min;
-        m_made.greatest[run] = pair.max;
-        m_made.first[run] = std::isfinite(first) ? first : kNone;
+        made.least[place] = pair.min;
+        made.greatest[place] = pair.max;
+        made.first[place] = std::isfinite(first) ? first : kNone;
+    }
+
+    /// Where every run has finite points from its first element on, as nearly all have: the same as narrow() makes, by
+    /// vector instructions. Else answers false, and what it made counts for nothing.
+    static bool narrowAll(const plotix::ValueRuns& piece, MadeNumbers& made)
+    {
+        constexpr double kMost = std::numeric_limits<float>::max();
+        unsigned others = 0;
+        for (std::size_t place = 0; place < made.least.size(); ++place) {
+            const double least = piece.least[place], greatest = piece.greatest[place], first = piece.first[place];
+            // Without branches, as vector instructions are.
+            const unsigned isPlain = static_cast<unsigned>(least >= -kMost) & static_cast<unsigned>(least <= greatest) &
+                                     static_cast<unsigned>(greatest <= kMost) &
+                                     static_cast<unsigned>(std::abs(first) <= kMost);
+            others |= isPlain ^ 1U;
+            made.least[place] = static_cast<float>(least);
+            made.greatest[place] = static_cast<float>(greatest);
+            made.first[place] = static_cast<float>(first);
+        }
+        return others == 0;
     }
 
     /// False where the values of a run do not tell about its finite points. Narrowing keeps the order of values.
-    bool narrow(const plotix::ValueRuns& piece, std::size_t place, std::size_t run)
+    static bool narrow(const plotix::ValueRuns& piece, std::size_t place, MadeNumbers& made)
     {
         const CPTMinMax pair{plotix::singlePrecision(piece.least[place]),
                              plotix::singlePrecision(piece.greatest[place])};
         const bool isEmpty = pair.min > pair.max;
         if (!isEmpty && !(std::isfinite(pair.min) && std::isfinite(pair.max)))
             return false;
-        set(run, isEmpty ? emptyMinMax() : pair, isEmpty ? kNone : plotix::singlePrecision(piece.first[place]));
+        set(made, place, isEmpty ? emptyMinMax() : pair, isEmpty ? kNone : plotix::singlePrecision(piece.first[place]));
         return true;
     }
 
-    void lookInto(std::size_t run)
+    /// Looks once.
+    void lookInto(std::size_t run, MadeNumbers& made, std::size_t place) const
     {
-        const std::size_t first = m_runs.times->begin[run];
-        const std::size_t end = std::min(m_runs.times->begin[run + 1], m_points.elements());
-        m_held = m_points.hold(first, end);  // while the page before is held: it may be the same
-        const plotix::ValidityBitmap isPoint = m_points.points();
-        const float* y = m_points.y().data();
+        const std::lock_guard lock(m_mutex);
+        auto looked = m_looked.find(run);
+        if (looked == m_looked.end())
+            looked = m_looked.emplace(run, look(run)).first;
+        set(made, place, looked->second.pair, looked->second.first);
+    }
+
+    Looked look(std::size_t run) const
+    {
+        const std::size_t first = m_times->begin[run];
+        const std::size_t end = std::min(m_times->begin[run + 1], m_points->elements());
+        m_held = m_points->hold(first, end);  // while the page before is held: it may be the same
+        const plotix::ValidityBitmap isPoint = m_points->points();
+        const float* y = m_points->y().data();
         CPTMinMax pair = emptyMinMax();
         for (std::size_t element = first; element < end; ++element)
             if (isPoint.isValid(element) && std::isfinite(y[element]))
                 pair = joined(pair, {y[element], y[element]});
-        set(run, pair, isPoint.isValid(first) ? y[first] : kNone);
+        return {pair, isPoint.isValid(first) ? y[first] : kNone};
     }
 
-    const PagedSeriesRuns& m_runs;
-    const CPTPagedPoints& m_points;
-    CPTSeriesRuns::Values m_made;
-    plotix::PagedMemory::Hold m_held;
+    const std::shared_ptr<const plotix::TimeRuns> m_times;
+    const std::shared_ptr<const plotix::KeptRuns> m_values;
+    const std::shared_ptr<const CPTPagedPoints> m_points;
+    std::set<std::size_t> m_changed;
+    mutable std::mutex m_mutex;  // for what was looked into
+    mutable std::map<std::size_t, Looked> m_looked;
+    mutable plotix::PagedMemory::Hold m_held;
 };
 
 }  // namespace
@@ -97,8 +161,9 @@ private:
 CPTPointSeriesPtr pagedSeries(const plotix::PagedArray<double>& x, const PagedSeriesRuns& runs,
                               const std::shared_ptr<const CPTPagedPoints>& points, std::size_t pointCount)
 {
-    auto known =
-        std::make_shared<const CPTSeriesRuns>(runs.times, RunsMaking(runs, *points).made(), points->elements());
+    const auto numbers = std::make_shared<const NarrowedRuns>(runs, points);
+    auto known = std::make_shared<const CPTSeriesRuns>(runs.times, numbers, points->elements());
+    numbers->letGo();
     return std::make_shared<const CPTPointSeries>(x, points, std::move(known), pointCount);
 }
 

@@ -11,11 +11,11 @@
 /// Makes series whose points are paged. Free functions; any thread.
 namespace plotkit {
 
-/// What is known of the points before any is looked at. *Shares* the times.
+/// What is known of the points before any is looked at. *Shared* by the series.
 struct PagedSeriesRuns {
     std::shared_ptr<const plotix::TimeRuns> times;
     /// As the points are written, so in their unit. Where the least or the greatest is NaN nothing is known.
-    const plotix::KeptRuns& values;
+    std::shared_ptr<const plotix::KeptRuns> values;
     /// Elements whose points may be others than the values of their run tell: exceptions.
     std::span<const std::size_t> changed = {};
 };

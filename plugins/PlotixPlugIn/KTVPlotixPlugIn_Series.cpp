@@ -77,9 +77,7 @@ KTVPlotixPlugIn::SeriesDictionary KTVPlotixPlugIn::buildSeries(const KTVRecordDi
         m_dataCluster->acceptDates(this);
     if (properties.empty())
         return series;
-    for (const auto& [key, column] : records.columns())
-        series[key] = plotix::seriesOfRecords(*records.time(), *column);
-    return series;
+    return plotix::seriesOfRecords(records);
 }
 
 std::size_t KTVPlotixPlugIn::addPlots(const KTVRecordDictionary& records, const SeriesDictionary& series)

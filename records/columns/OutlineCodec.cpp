@@ -9,6 +9,7 @@
 
 #include <algorithm>
 #include <array>
+#include <bit>
 #include <cmath>
 #include <limits>
 
@@ -48,10 +49,14 @@ void putBits(std::size_t count, const Is& is, BytesWriter& to)
     to.finishBits();
 }
 
+/// Nothing where none are there.
 std::vector<bool> takeBits(std::size_t count, bool areThere, BytesReader& from)
 {
-    std::vector<bool> taken(count);
-    for (std::size_t i = 0; areThere && i < count; ++i)
+    std::vector<bool> taken;
+    if (!areThere)
+        return taken;
+    taken.resize(count);
+    for (std::size_t i = 0; i < count; ++i)
         taken[i] = from.takeBits(1) != 0;
     from.finishBits();
     return taken;
@@ -84,7 +89,7 @@ bool takeColumn(BytesReader& from, std::span<double> values)
 
 struct Head {
     Totals totals;
-    std::vector<bool> empty, unknownFirst;  // by run
+    std::vector<bool> empty, unknownFirst;  // by run; nothing where no run is such
 };
 
 /// Leaves `from` where the packed columns begin; nothing where something does not fit.
@@ -103,9 +108,11 @@ std::optional<Head> takeHead(BytesReader& from, const Cut& cut)
         head.totals.sum.add(kInfinity);
     if ((flags & kHasMinusInfinity) != 0)
         head.totals.sum.add(-kInfinity);
+    const std::size_t runs = cut.runs();
     head.totals.absent = takeBits(cut.records.size(), (flags & kHasAbsentChunks) != 0, from);
-    head.empty = takeBits(cut.runs(), (flags & kHasEmptyRuns) != 0, from);
-    head.unknownFirst = takeBits(cut.runs(), (flags & kHasUnknownFirsts) != 0, from);
+    head.totals.absent.resize(cut.records.size());
+    head.empty = takeBits(runs, (flags & kHasEmptyRuns) != 0, from);
+    head.unknownFirst = takeBits(runs, (flags & kHasUnknownFirsts) != 0, from);
     return from.isWhole() ? std::optional(std::move(head)) : std::nullopt;
 }
 
@@ -130,7 +137,8 @@ std::size_t Cut::runLength() const
 
 std::size_t Cut::runsOf(std::size_t chunk) const
 {
-    return (records[chunk] + runLength() - 1) / runLength();
+    constexpr unsigned kRunBits = std::countr_zero(ColumnKernels::kRun);
+    return (records[chunk] + runLength() - 1) >> (kRunBits + doublings);
 }
 
 std::size_t Cut::runs() const
@@ -220,9 +228,10 @@ ValueRuns readColumns(std::span<const std::byte> bytes, const Cut& cut, std::siz
     const std::optional<Head> head = takeHead(from, cut);
     ValueRuns runs;
     const std::array<std::vector<double>*, 3> all{&runs.least, &runs.greatest, &runs.first};
+    const std::size_t count = cut.runs();
     bool isRead = head.has_value();
     for (std::vector<double>* column : std::span(all).first(columns)) {
-        column->resize(cut.runs());
+        column->resize(count);
         isRead = isRead && takeColumn(from, *column);
     }
     const auto forget = [&](std::size_t run, double least, double greatest) {
@@ -231,14 +240,16 @@ ValueRuns readColumns(std::span<const std::byte> bytes, const Cut& cut, std::siz
         if (!runs.first.empty())
             runs.first[run] = absentValue();
     };
-    for (std::size_t run = 0; run < runs.count(); ++run) {
-        if (!isRead)
-            forget(run, absentValue(), absentValue());
-        else if (head->empty[run])
-            forget(run, kInfinity, -kInfinity);
-        else if (head->unknownFirst[run] && !runs.first.empty())
+    for (std::size_t run = 0; !isRead && run < count; ++run)
+        forget(run, absentValue(), absentValue());
+    if (!isRead)
+        return runs;
+    for (std::size_t run = 0; run < head->unknownFirst.size() && !runs.first.empty(); ++run)
+        if (head->unknownFirst[run])
             runs.first[run] = absentValue();
-    }
+    for (std::size_t run = 0; run < head->empty.size(); ++run)
+        if (head->empty[run])
+            forget(run, kInfinity, -kInfinity);
     return runs;
 }
 
@@ -249,9 +260,8 @@ ValueRuns readRuns(std::span<const std::byte> bytes, const Cut& cut)
     return readColumns(bytes, cut, 3);
 }
 
-ValueRuns readLongRun(std::span<const std::byte> bytes, const Cut& cut)
+ValueRuns longRunOf(const ValueRuns& runs)
 {
-    const ValueRuns runs = readColumns(bytes, cut, 2);
     ValueRuns all{{kInfinity}, {-kInfinity}, {absentValue()}};
     for (std::size_t run = 0; run < runs.count(); ++run) {
         if (std::isnan(runs.least[run]))
@@ -262,6 +272,11 @@ ValueRuns readLongRun(std::span<const std::byte> bytes, const Cut& cut)
             all.greatest[0] = runs.greatest[run];
     }
     return all;
+}
+
+ValueRuns readLongRun(std::span<const std::byte> bytes, const Cut& cut)
+{
+    return longRunOf(readColumns(bytes, cut, 2));
 }
 
 Times coarser(const Times& fine, const Cut& cut)

@@ -51,7 +51,9 @@ std::optional<Totals> readTotals(std::span<const std::byte> bytes, const Cut& cu
 /// Requires: readTotals answered something for these bytes. What does not fit all the same is NaN.
 ValueRuns readRuns(std::span<const std::byte> bytes, const Cut& cut);
 
-/// The least and the greatest of all runs, as one run without a first value; of equals the first one.
+/// The least and the greatest of all runs, as one run without a first value; of equals the first one. NaN where the
+/// extremes of a run are.
+ValueRuns longRunOf(const ValueRuns& runs);
 ValueRuns readLongRun(std::span<const std::byte> bytes, const Cut& cut);
 
 /// The times of the first and of the last record of each run.

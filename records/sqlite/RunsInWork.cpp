@@ -5,6 +5,7 @@
 
 #include <algorithm>
 #include <limits>
+#include <mutex>
 #include <utility>
 
 namespace plotix {
@@ -70,21 +71,28 @@ void append(const std::vector<T>& next, std::vector<T>& to)
 class OutlinedRuns final : public KeptRuns {
 public:
     OutlinedRuns(std::vector<std::byte> bytes, std::shared_ptr<const outlinecodec::Cut> cut, std::size_t count)
-        : m_bytes(std::move(bytes)),
-          m_cut(std::move(cut)),
-          m_count(count),
-          m_longRun(outlinecodec::readLongRun(m_bytes, *m_cut))
+        : m_bytes(std::move(bytes)), m_cut(std::move(cut)), m_count(count)
     {
     }
     std::size_t count() const override { return m_count; }
-    void inPieces(const Take& take) const override { take(outlinecodec::readRuns(m_bytes, *m_cut)); }
-    void inLongRuns(const Take& take) const override { take(m_longRun); }
+    void inPieces(const Take& take) const override
+    {
+        const ValueRuns runs = outlinecodec::readRuns(m_bytes, *m_cut);
+        std::call_once(m_isLongRunKnown, [&] { m_longRun = outlinecodec::longRunOf(runs); });
+        take(runs);
+    }
+    void inLongRuns(const Take& take) const override
+    {
+        std::call_once(m_isLongRunKnown, [this] { m_longRun = outlinecodec::readLongRun(m_bytes, *m_cut); });
+        take(m_longRun);
+    }
 
 private:
     const std::vector<std::byte> m_bytes;
     const std::shared_ptr<const outlinecodec::Cut> m_cut;
     const std::size_t m_count;
-    const ValueRuns m_longRun;
+    mutable std::once_flag m_isLongRunKnown;
+    mutable ValueRuns m_longRun;  // where somebody asked for it, or for all runs
 };
 
 std::shared_ptr<const KeptRuns> runsWithoutValues(std::size_t count)

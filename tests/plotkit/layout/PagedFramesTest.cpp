@@ -327,4 +327,20 @@ TEST_F(PagedFramesTest, TheUsualDistanceOfAllElementsIsToldByTheirTimes)
     EXPECT_EQ(twin.looks(), before);
 }
 
+TEST_F(PagedFramesTest, AWideFrameLooksAtGroupsOfRunsAlone)
+{
+    make({.count = 2'000'000, .longestRun = 40, .isRegular = true});
+    const std::size_t before = paged->runs()->bytesOfRuns();
+    const PlotView view = viewOf(0.7, 0.1);
+    PlotEnvelope envelope;
+    ASSERT_TRUE(ofPaged.envelopeInto(envelope, *paged, view, 0));
+    EXPECT_EQ(paged->runs()->bytesOfRuns(), before);
+}
+
+TEST_F(PagedFramesTest, BinsOfGroupsOfRunsHaveTheExtremesOfTheirElements)
+{
+    make({.count = 2'000'000, .longestRun = 40, .dropped = 0.05, .gap = 1e-5});
+    expectBinsOfAll(1500, 1200);
+}
+
 }  // namespace

@@ -125,7 +125,7 @@ public:
                               const std::vector<std::size_t>& changed = {}) const
     {
         const auto x = std::make_shared<PagedTimes>(pages->cache(), m_x)->array();
-        return plotkit::pagedSeries(x, {m_times, *plotix::KeptRuns::of(m_runs), changed}, pages, points());
+        return plotkit::pagedSeries(x, {m_times, plotix::KeptRuns::of(m_runs), changed}, pages, points());
     }
     /// How often pages of the paged series' points were written since it was made.
     std::size_t looks() const { return m_pages->looks(); }

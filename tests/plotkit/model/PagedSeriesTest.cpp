@@ -96,6 +96,14 @@ TEST_F(PagedSeriesTest, WithDroppedAndOddValuesIsTheSeriesInMemory)
     }
 }
 
+TEST_F(PagedSeriesTest, OfVeryManyRunsIsTheSeriesInMemory)
+{
+    make({.count = 90'000, .longestRun = 5, .dropped = 0.4, .odd = 0.01, .gap = 0.001});
+    EXPECT_LT(paged->runs()->bytesOfRuns(), paged->runs()->count() * sizeof(float));
+    expectSame();
+    expectSamePlaces();
+}
+
 TEST_F(PagedSeriesTest, OfRunsOfOneElementIsTheSeriesInMemory)
 {
     make({.count = 5000, .longestRun = 1, .dropped = 0.3, .odd = 0.1});

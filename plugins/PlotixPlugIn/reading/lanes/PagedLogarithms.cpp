@@ -93,7 +93,7 @@ std::size_t positivePoints(const CPTPointSeries& series)
 CPTPointSeriesPtr pagedLogarithms(const CPTPointSeries& series)
 {
     const std::shared_ptr<const KeptRuns> runs = KeptRuns::of(logarithmsOf(*series.runs()));
-    return plotkit::pagedSeries(series.x(), {series.runs()->times(), *runs},
+    return plotkit::pagedSeries(series.x(), {series.runs()->times(), runs},
                                 std::make_shared<const LogarithmPoints>(series), positivePoints(series));
 }
 

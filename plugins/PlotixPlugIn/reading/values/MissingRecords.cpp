@@ -83,9 +83,16 @@ private:
         if (!runs)
             return std::nullopt;
         std::size_t run = runs->runFromTime(time);
+        const auto beginOf = [&](std::size_t known) {
+            return Place{runs->begin(known), known, runs->firstTime(known)};
+        };
+        // What is told of groups is there already: in a wide view no run need be looked at.
+        const std::size_t group = run > 0 ? (run - 1) / CPTSeriesRuns::kGroup * CPTSeriesRuns::kGroup : 0;
+        if (group > place.run + CPTSeriesRuns::kGroup && std::isfinite(runs->firstValue(group)))
+            return beginOf(group);
         for (std::size_t tried = 0; run > place.run + 1 && tried < kMostTried; ++tried)
             if (std::isfinite(runs->firstValue(--run)))
-                return Place{runs->begin(run), run, runs->firstTime(run)};
+                return beginOf(run);
         return std::nullopt;
     }
 

@@ -2,7 +2,9 @@
 
 #include "base/RecordTimes.h"
 #include "plotkit/model/CPTPointSeries.h"
-#include "plugins/PlotixPlugIn/host/KTVRecordColumn.h"
+#include "plugins/PlotixPlugIn/host/KTVRecordDictionary.h"
+
+#include <map>
 
 /// Records as the points of a line. Free functions; main thread only, as columns are.
 namespace plotix {
@@ -13,5 +15,9 @@ namespace plotix {
 /// A paged column of whose runs is known becomes a paged series, without a look at its values but where exceptions or
 /// infinities stand. Other paged columns, and those in a unit reached by no linear map, are read page by page.
 CPTPointSeriesPtr seriesOfRecords(const RecordTimes& time, const KTVRecordColumn& column);
+
+/// Of all columns, by key; long paged ones side by side on several threads, which have ended when this answers.
+/// Requires: there are times.
+std::map<QString, CPTPointSeriesPtr> seriesOfRecords(const KTVRecordDictionary& records);
 
 }  // namespace plotix
