@@ -1,6 +1,7 @@
 #include "plotkit/layout/BinEdges.h"
 
 #include "plotkit/layout/BinKernels.h"
+#include "plotkit/layout/FrameParts.h"
 #include "plotkit/layout/SortedSearch.h"
 #include "plotkit/model/TimeCourse.h"
 
@@ -25,15 +26,9 @@ constexpr std::size_t kBinsAhead = 16;
 constexpr std::int64_t kStretch = BinEdges::kStretch;
 /// How far from where a bin begins a run may begin that is its edge, in pixels, where no gap is near.
 constexpr double kFarthest = 0.5;
-/// So many runs a pixel are drawn as they are: the longest reaches no farther than one would see.
-constexpr std::int64_t kRunsAPixel = 2;
-/// Elements a pixel from which on they are drawn as they are even if they are longer: a frame must not unpack more.
-constexpr std::int64_t kCrowdedPixel = 12 * 1024;
 /// Groups of runs a bin from which on its edges are theirs: then one begins at most a quarter of a bin from where
 /// the bin does.
 constexpr std::size_t kGroupsABin = 2;
-/// Elements a pixel up to which pages are held however many runs there are.
-constexpr std::int64_t kSparsePixel = 1024;
 
 void prefetch(const void* memory)
 {
@@ -83,6 +78,11 @@ bool BinEdges::isOf(const plotix::PagedArray<double>& x, std::size_t elements) c
 {
     const std::shared_ptr<const double> mine = m_x.lock();
     return mine && mine.get() == x.data() && elements == m_elements;
+}
+
+KeptBins BinEdges::keptFor(const CPTPointSeries& series, const BinGrid& grid) const
+{
+    return KeptBins::of(m_grid, grid, isOf(series.x(), series.elementCount()));
 }
 
 /// In crowded bins, the beginning of a block of the index near the first element whose x is not below `value`, so that
@@ -157,20 +157,6 @@ void BinEdges::findBins(std::span<const double> x, const TimeCourse* course, std
     }
 }
 
-/// Whether the whole stretch of bins, of which `bin` is one, is to be summed up from runs.
-bool BinEdges::isCrowdedByRuns(const CPTSeriesRuns& runs, std::size_t bin) const
-{
-    const std::int64_t number = m_grid.first + static_cast<std::int64_t>(bin);
-    const std::int64_t stretch = number - ((number % kStretch) + kStretch) % kStretch;
-    const std::size_t firstRun = runs.runFromTime(m_grid.edge(stretch));
-    const std::size_t endRun = runs.runFromTime(m_grid.edge(stretch + kStretch));
-    const auto aPixel = [&](std::size_t inStretch) {
-        return static_cast<std::int64_t>(inStretch) * m_grid.perPixel / kStretch;
-    };
-    const std::int64_t elements = aPixel(runs.begin(endRun) - runs.begin(firstRun));
-    return elements >= kCrowdedPixel || (elements >= kSparsePixel && aPixel(endRun - firstRun) >= kRunsAPixel);
-}
-
 /// Whether bins of the stretch begin where groups of runs do, so that no run need be looked at.
 bool BinEdges::isCrowdedByGroups(const CPTSeriesRuns& runs, std::size_t bin) const
 {
@@ -231,6 +217,11 @@ BinEdges::RunEdge BinEdges::edgeByRuns(const CPTPointSeries& series, std::size_t
     return {element, kNoRun};
 }
 
+bool BinEdges::isCrowded(const CPTSeriesRuns& runs, std::size_t bin) const
+{
+    return isCrowdedByRuns(runs, m_grid, m_grid.first + static_cast<std::int64_t>(bin));
+}
+
 void BinEdges::findBinsByRuns(const CPTPointSeries& series, std::size_t from, std::size_t to, bool findsEnd)
 {
     std::size_t* edges = m_edges.data();
@@ -273,7 +264,7 @@ void BinEdges::findPagedBins(const CPTPointSeries& series, std::size_t from, std
     const bool findsEnd = to == m_grid.count;
     if (from == 0 && to > 0) {
         RunEdge first{0, kNoRun};
-        if (isCrowdedByRuns(runs, 0))
+        if (isCrowded(runs, 0))
             first = edgeByRuns(series, 0, 0, edgeOf(0), isCrowdedByGroups(runs, 0));
         else
             first.element = series.elementFrom(edgeOf(0));
@@ -287,15 +278,14 @@ void BinEdges::findPagedBins(const CPTPointSeries& series, std::size_t from, std
         const std::int64_t left = kStretch - ((number % kStretch) + kStretch) % kStretch;
         const std::size_t end = std::min(to, bin + static_cast<std::size_t>(left));
         const bool endIsFound = end < to || findsEnd;
-        if (isCrowdedByRuns(runs, bin)) {
+        if (isCrowded(runs, bin)) {
             findBinsByRuns(series, bin, end, endIsFound);
         } else {
             if (bin >= heldEnd) {
                 const auto elementsTo = [&](std::size_t stretchEnd) {
                     return runs.begin(runs.runFromTime(edgeOf(stretchEnd))) - std::min(m_elements, m_edges.data()[bin]);
                 };
-                for (heldEnd = end;
-                     heldEnd < to && !isCrowdedByRuns(runs, heldEnd) && elementsTo(heldEnd) < kHeldAtOnce;)
+                for (heldEnd = end; heldEnd < to && !isCrowded(runs, heldEnd) && elementsTo(heldEnd) < kHeldAtOnce;)
                     heldEnd = std::min(to, heldEnd + static_cast<std::size_t>(kStretch));
                 const std::size_t first = m_edges.data()[bin];
                 held = series.x().hold(first, std::max(first, series.elementFrom(edgeOf(heldEnd))));
@@ -306,12 +296,35 @@ void BinEdges::findPagedBins(const CPTPointSeries& series, std::size_t from, std
     }
 }
 
+/// Edges that are not kept: each where the first run begins that does not begin before it.
+void BinEdges::findRunsAlone(const CPTSeriesRuns& runs, const KeptBins& kept)
+{
+    const std::span<const double> times(runs.times()->first.data(), runs.count());
+    const double perRun = static_cast<double>(runs.count()) / static_cast<double>(runs.elements());
+    std::size_t run = 0;
+    for (std::size_t edge = 0; edge <= m_grid.count; ++edge) {
+        if (kept.keptFirst < kept.keptLast && edge >= kept.keptFirst && edge <= kept.keptLast) {
+            run = m_runs.data()[edge];
+            continue;
+        }
+        const auto guess = run + static_cast<std::size_t>(m_stride * perRun + 0.5);
+        run = edge == 0 ? runs.runFromTime(edgeOf(0)) : firstElementAt(times, run, times.size(), guess, edgeOf(edge));
+        m_runs.data()[edge] = run;
+        m_edges.data()[edge] = runs.begin(run);
+    }
+    std::fill_n(m_byRuns.data(), m_grid.count, static_cast<unsigned char>(1));
+    std::fill_n(m_enter.data(), m_grid.count, 0.0F);
+    std::fill_n(m_leave.data(), m_grid.count, 1.0F);
+}
+
 void BinEdges::cover(const CPTPointSeries& series, const BinGrid& grid)
 {
     const bool isPaged = series.runs() != nullptr;
-    const KeptBins kept = KeptBins::of(m_grid, grid, isOf(series.x(), series.elementCount()));
+    const KeptBins kept = keptFor(series, grid);
+    const bool isByRunsAlone = isPaged && m_reading == PlotReading::RunsAlone;
     const auto firstFrom = [&](std::size_t bin) {
-        return series.elementFrom(grid.edge(grid.first + static_cast<std::int64_t>(bin)));
+        const double edge = grid.edge(grid.first + static_cast<std::int64_t>(bin));
+        return isByRunsAlone ? series.runs()->begin(series.runs()->runFromTime(edge)) : series.elementFrom(edge);
     };
     m_grid = grid;
     m_x = series.x().weak();
@@ -326,6 +339,10 @@ void BinEdges::cover(const CPTPointSeries& series, const BinGrid& grid)
     }
     if (kept.keptFirst == grid.count)
         m_stride = static_cast<double>(firstFrom(grid.count) - firstFrom(0)) / static_cast<double>(grid.count);
+    if (isByRunsAlone) {
+        findRunsAlone(*series.runs(), kept);
+        return;
+    }
     if (isPaged) {
         findPagedBins(series, 0, kept.keptFirst);
         findPagedBins(series, kept.keptLast, grid.count);

@@ -24,6 +24,10 @@ namespace plotkit {
 
 class TimeCourse;
 
+/// What is read of a paged series: what an exact picture needs, or nothing but its runs. From those each bin has all
+/// values of the runs that reach into it, so what is drawn covers the exact line.
+enum class PlotReading { Exact, RunsAlone };
+
 /// Where x lies in a bin, 0 … 1.
 inline float fractionOf(double x, double edge, double width)
 {
@@ -63,7 +67,11 @@ public:
     /// So many bins, counted from the grid's origin, are cut in one way: by runs, or with their pages held.
     static constexpr std::int64_t kStretch = 64;
 
+    explicit BinEdges(PlotReading reading = PlotReading::Exact) : m_reading(reading) {}
+
     bool isOf(const plotix::PagedArray<double>& x, std::size_t elements) const;
+    /// Which bins of a grid are known already.
+    KeptBins keptFor(const CPTPointSeries& series, const BinGrid& grid) const;
 
     /// Finds the edges of a grid's bins. In crowded bins an edge may lie a small fraction of a bin off, where a block
     /// of the series' index begins.
@@ -84,6 +92,8 @@ public:
     }
     /// Whether the bin holds so much that its pages are not to be held.
     bool isMuch(std::size_t bin) const { return m_isPaged && m_byRuns.data()[bin] != 0; }
+    /// Whether every bin is summed up from the runs that reach into it.
+    bool areRunsAlone() const { return m_isPaged && m_reading == PlotReading::RunsAlone; }
     const std::size_t* runs() const { return m_runs.data(); }
     static constexpr std::size_t kNoRun = ~std::size_t{0};
 
@@ -100,7 +110,8 @@ private:
     void findPagedBins(const CPTPointSeries& series, std::size_t from, std::size_t to);
     void findHeldBins(const CPTPointSeries& series, std::size_t from, std::size_t to, bool findsEnd);
     void findBinsByRuns(const CPTPointSeries& series, std::size_t from, std::size_t to, bool findsEnd);
-    bool isCrowdedByRuns(const CPTSeriesRuns& runs, std::size_t bin) const;
+    bool isCrowded(const CPTSeriesRuns& runs, std::size_t bin) const;
+    void findRunsAlone(const CPTSeriesRuns& runs, const KeptBins& kept);
     bool isCrowdedByGroups(const CPTSeriesRuns& runs, std::size_t bin) const;
     std::size_t groupNear(const CPTSeriesRuns& runs, std::size_t run, double value) const;
     bool isEven(const CPTSeriesRuns& runs, std::size_t run) const;
@@ -110,6 +121,7 @@ private:
     std::size_t blockNear(std::span<const double> x, std::size_t from, std::size_t after, double value) const;
     Found search(std::span<const double> x, const TimeCourse* course, std::size_t from, double value) const;
 
+    PlotReading m_reading;
     std::weak_ptr<const double> m_x;
     std::size_t m_elements = 0;
     BinGrid m_grid;

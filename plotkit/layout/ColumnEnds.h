@@ -32,7 +32,7 @@ public:
             const std::size_t after = runs.filledFrom(m_edges.runs()[later]);
             if (runs.firstTime(after) - runs.lastTime(before) > m_gap)
                 return true;
-            if (runs.lastTime(after) - runs.firstTime(before) <= m_gap)
+            if (runs.lastTime(after) - runs.firstTime(before) <= m_gap || m_edges.areRunsAlone())
                 return false;
         }
         return isGap(rightmost(left), leftmost(right));

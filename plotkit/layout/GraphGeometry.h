@@ -25,6 +25,7 @@ struct GraphGeometry {
                        ///< ranges are spread over. Never of negative size
     LegendLayout legend{};  ///< along an edge of the frame, outside the layers' rooms
     QRectF titleRoom{};  ///< of a title above the layers' rooms; empty where it needs none beside the frame's padding
+    bool mayBeRough = false;  ///< a layer may draw what takes long roughly, as it is asked again when the view rests
 
     /// The room of a layer of this graph beside the plots; empty for one that needs none, or is not in the graph.
     QRectF roomOf(const CPTGraphLayer& layer) const;

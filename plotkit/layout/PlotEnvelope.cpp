@@ -3,6 +3,7 @@
 #include "plotkit/layout/AxisMapping.h"
 #include "plotkit/layout/BinKernels.h"
 #include "plotkit/layout/ColumnEnds.h"
+#include "plotkit/layout/FrameParts.h"
 #include "plotkit/model/CPTSeriesIndex.h"
 
 #include <algorithm>
@@ -217,6 +218,8 @@ std::pair<std::size_t, std::size_t> neighboursOf(const CPTPointSeries& series, c
 {
     const CPTSeriesIndex& index = series.index();
     const std::size_t none = series.elementCount();
+    if (edges.areRunsAlone())
+        return {none, none};
     const auto isOutOfSight = [&](std::size_t bin) { return edges.isByRuns(bin) && !rows.at(bin).isEmpty(); };
     const std::size_t before = isOutOfSight(0) ? none : index.lastPointBefore(edges.edges()[0]);
     const std::size_t after = isOutOfSight(bins - 1) ? none : index.firstPointFrom(edges.edges()[bins]);
@@ -230,9 +233,47 @@ std::pair<std::size_t, std::size_t> neighboursOf(const CPTPointSeries& series, c
     return {isApartLeft ? none : before, isApartRight ? none : after};
 }
 
-/// Whether more than so many elements lie in [low, high]; told by the runs where they can.
-bool areMoreThan(double limit, const CPTPointSeries& series, double low, double high)
+double marginOf(const PlotView& view)
 {
+    return std::isfinite(view.margin) ? std::max(1.0, view.margin) : 1.0;
+}
+
+double columnsOf(const PlotView& view)
+{
+    return (view.area.width() + 2 * marginOf(view)) * PlotEnvelope::kColumnsPerPixel;
+}
+
+/// The times of a view, the margin included. Requires: its x range is proper.
+std::pair<double, double> timesOf(const PlotView& view)
+{
+    const double margin = marginOf(view) * valuePerUnit(xMapping(view.xRange, view.area));
+    return {view.xRange.minLimit() - margin, view.xRange.maxLimit() + margin};
+}
+
+/// Nothing where a series makes no envelope: x is not sorted, the view is degenerate, or its columns are too narrow to
+/// be told apart.
+std::optional<BinGrid> gridOf(const CPTPointSeries& series, const PlotView& view)
+{
+    if (!isDrawable(view.area) || !series.isXSorted() || series.elementCount() == 0)
+        return std::nullopt;
+    const AxisMapping x = xMapping(view.xRange, view.area);
+    const AxisMapping y = yMapping(view.yRange, view.area);
+    if (!x.isProper() || !y.isProper())
+        return std::nullopt;
+    const double width = valuePerUnit(x) / PlotEnvelope::kColumnsPerPixel;
+    const double columns = columnsOf(view);
+    const auto [low, high] = timesOf(view);
+    if (!(width > 0) || !std::isfinite(low) || !std::isfinite(high) || !std::isfinite((high - low) / width) ||
+        columns > kMostColumns)
+        return std::nullopt;
+    const BinGrid grid = BinGrid::covering(low, high, width, PlotEnvelope::kColumnsPerPixel);
+    return static_cast<double>(grid.count) > columns + 16 ? std::nullopt : std::optional(grid);
+}
+
+/// Whether more than so many elements lie in the view; told by the runs where they can.
+bool areMoreThan(double limit, const CPTPointSeries& series, const PlotView& view)
+{
+    const auto [low, high] = timesOf(view);
     if (const CPTSeriesRuns* runs = series.runs().get()) {
         const std::size_t first = runs->runFromTime(low);
         const std::size_t end = runs->runFromTime(high);
@@ -250,34 +291,39 @@ BinEdges& PlotEnveloping::edgesOf(const CPTPointSeries& series)
         if (edges->isOf(series.x(), series.elementCount()))
             return *edges;
     if (m_edges.size() < kMostKeptEdges)
-        return *m_edges.emplace_back(std::make_unique<BinEdges>());
+        return *m_edges.emplace_back(std::make_unique<BinEdges>(m_reading));
     m_nextEdges = (m_nextEdges + 1) % m_edges.size();
     return *m_edges[m_nextEdges];
+}
+
+bool PlotEnveloping::addPartsHeld(SeriesParts& parts, const CPTPointSeriesPtr& series, const PlotView& view,
+                                  std::size_t slot) const
+{
+    const std::optional<BinGrid> grid = series->runs() ? gridOf(*series, view) : std::nullopt;
+    if (!grid)
+        return false;
+    const KeptBins none = KeptBins::of({}, *grid, false);
+    KeptBins kept = slot < m_bins.size() ? m_bins[slot].keptFor(*series, *grid) : none;
+    const auto edges = std::find_if(m_edges.begin(), m_edges.end(), [&](const std::unique_ptr<BinEdges>& each) {
+        return each->isOf(series->x(), series->elementCount());
+    });
+    const KeptBins keptEdges = edges != m_edges.end() ? (*edges)->keptFor(*series, *grid) : none;
+    kept.keptFirst = std::max(kept.keptFirst, keptEdges.keptFirst);
+    kept.keptLast = std::min(kept.keptLast, keptEdges.keptLast);
+    plotkit::addPartsHeld(parts, series, *grid, kept.keptFirst < kept.keptLast ? kept : none);
+    return true;
 }
 
 bool PlotEnveloping::envelopeInto(PlotEnvelope& envelope, const CPTPointSeries& series, const PlotView& view,
                                   std::size_t slot, double few)
 {
-    if (!isDrawable(view.area) || !series.isXSorted() || series.elementCount() == 0)
+    const std::optional<BinGrid> cut = gridOf(series, view);
+    const bool areCounted = m_reading == PlotReading::Exact || !series.runs();
+    if (!cut || (areCounted && !areMoreThan(few * columnsOf(view), series, view)))
         return false;
+    const BinGrid& grid = *cut;
     const AxisMapping x = xMapping(view.xRange, view.area);
     const AxisMapping y = yMapping(view.yRange, view.area);
-    const double margin = std::isfinite(view.margin) ? std::max(1.0, view.margin) : 1.0;
-    const double perUnit = valuePerUnit(x);
-    const double width = perUnit / PlotEnvelope::kColumnsPerPixel;
-    const double low = view.xRange.minLimit() - margin * perUnit;
-    const double high = view.xRange.maxLimit() + margin * perUnit;
-    const double columns = (view.area.width() + 2 * margin) * PlotEnvelope::kColumnsPerPixel;
-    if (!x.isProper() || !y.isProper() || !(width > 0) || !std::isfinite(low) || !std::isfinite(high) ||
-        !std::isfinite((high - low) / width) || columns > kMostColumns)
-        return false;
-
-    if (!areMoreThan(few * columns, series, low, high))
-        return false;
-    const BinGrid grid = BinGrid::covering(low, high, width, PlotEnvelope::kColumnsPerPixel);
-    if (static_cast<double>(grid.count) > columns + 16)
-        return false;  // bins too narrow to be told apart
-
     BinEdges& edges = edgesOf(series);
     edges.cover(series, grid);
     if (m_bins.size() <= slot)

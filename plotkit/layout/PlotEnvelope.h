@@ -2,6 +2,7 @@
 
 #include "plotkit/layout/PlotView.h"
 #include "plotkit/layout/SeriesBins.h"
+#include "plotkit/model/SeriesPart.h"
 
 #include <array>
 #include <memory>
@@ -52,10 +53,18 @@ private:
 /// Works out envelopes frame after frame. Whoever paints *owns* one.
 class PlotEnveloping {
 public:
+    explicit PlotEnveloping(PlotReading reading = PlotReading::Exact) : m_reading(reading) {}
+
     /// Fills the envelope of the `slot`-th plot of a picture and answers true. False where no more than `few` points a
-    /// column are in view, x is not sorted, or the view is degenerate: use reducePlotInto then.
+    /// column are in view, x is not sorted, or the view is degenerate: use reducePlotInto then. From runs alone points
+    /// are not counted: however few, they are in the envelope.
     bool envelopeInto(PlotEnvelope& envelope, const CPTPointSeries& series, const PlotView& view, std::size_t slot,
                       double few = kFewPoints);
+
+    /// Adds the elements of a paged series that drawing it exactly holds, as an envelope or, where they are few, as
+    /// points. False where the series makes no envelope, from runs or at all.
+    bool addPartsHeld(SeriesParts& parts, const CPTPointSeriesPtr& series, const PlotView& view,
+                      std::size_t slot) const;
 
     static constexpr double kFewPoints = 2;  ///< points a column; drawing so few by themselves costs no more
     static constexpr double kAnyPoints = -1;
@@ -63,6 +72,7 @@ public:
 private:
     BinEdges& edgesOf(const CPTPointSeries& series);
 
+    PlotReading m_reading;
     std::vector<std::unique_ptr<BinEdges>> m_edges;
     std::size_t m_nextEdges = 0;  // which of them is replaced next
     std::vector<SeriesBins> m_bins;

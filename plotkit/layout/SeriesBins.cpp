@@ -115,9 +115,14 @@ BinRows SeriesBins::rows()
     return {m_first.data(), m_min.data(), m_max.data(), m_last.data(), m_enter.data(), m_leave.data()};
 }
 
+KeptBins SeriesBins::keptFor(const CPTPointSeries& series, const BinGrid& grid) const
+{
+    return KeptBins::of(m_grid, grid, series.serial() == m_serial);
+}
+
 BinRows SeriesBins::summaries(const CPTPointSeries& series, const BinGrid& grid, const BinEdges& edges)
 {
-    const KeptBins kept = KeptBins::of(m_grid, grid, series.serial() == m_serial);
+    const KeptBins kept = keptFor(series, grid);
     for (SlidingRow<float>* row : {&m_first, &m_min, &m_max, &m_last, &m_enter, &m_leave})
         row->slide(kept.moved, grid.count);
     m_serial = series.serial();
@@ -159,7 +164,9 @@ void SeriesBins::sumUpPaged(const CPTPointSeries& series, const BinEdges& edges,
         if (edges.isByRuns(bin)) {
             const CPTSeriesRuns& runs = *series.runs();
             std::pair of(edges.runs()[bin], edges.runs()[bin + 1]);
-            if (of.first == of.second)
+            if (edges.areRunsAlone() && of.first > 0 && runs.lastTime(of.first - 1) >= place.edge)
+                --of.first;
+            else if (of.first == of.second)
                 of = runsAround(runs, of.first, place);
             all.set(bin, summaryOfRuns(runs, of.first, of.second, place));
             ++bin;

@@ -16,6 +16,8 @@ class SeriesBins {
 public:
     /// One summary a bin. Requires: edges of the same series, cover() called for the same grid.
     BinRows summaries(const CPTPointSeries& series, const BinGrid& grid, const BinEdges& edges);
+    /// Which bins of a grid are known already.
+    KeptBins keptFor(const CPTPointSeries& series, const BinGrid& grid) const;
 
 private:
     BinRows rows();

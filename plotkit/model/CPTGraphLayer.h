@@ -36,6 +36,10 @@ public:
     /// see plotkit/layout/GraphGeometry.h.
     virtual void drawInGraph(QPainter& painter, const plotkit::GraphGeometry& geometry) = 0;
 
+    /// Whether it drew roughly when it was last asked to: then it is soon asked to draw exactly. Only where the
+    /// geometry says that it may.
+    virtual bool isRough() const { return false; }
+
     /// The room it needs beside the plots; none at first. `frame` is what layers below it have left of the frame: the
     /// room goes from end to end of that. `GraphGeometry::roomOf` tells where it is. When the answer changes, the whole
     /// graph must be drawn again: call its setNeedsDisplay().

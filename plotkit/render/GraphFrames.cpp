@@ -4,20 +4,28 @@
 
 #include <QtGui/QPainter>
 
+#include <algorithm>
+#include <utility>
+
 namespace plotkit {
 
-bool GraphFrames::paint(QPainter& painter, const CPTXYGraph& graph, const QRectF& rect, GraphChange change)
+bool GraphFrames::paint(QPainter& painter, const CPTXYGraph& graph, const QRectF& rect, GraphChange change,
+                        FrameTruth truth)
 {
+    m_truth = truth;
     if (graph.layers().empty()) {
         m_picture = QImage();
-        m_painter.paint(painter, graph, rect);
+        m_areLayersRough = false;
+        paintGraph(painter, graph, rect, Beneath::Picture);
         return true;
     }
-    bool isPainted = change == GraphChange::Anything || m_picture.isNull();
+    bool isPainted =
+        change == GraphChange::Anything || m_picture.isNull() || (m_isProvisional && truth == FrameTruth::Exact);
     {
         GraphCanvas canvas(painter);
         if (!canvas.isAligned()) {
-            m_painter.paint(painter, graph, rect);
+            paintGraph(painter, graph, rect, Beneath::Picture);
+            paintLayersOf(painter, graph, rect);
             return true;
         }
         const QRect target = canvas.alignedRect(rect).toRect();
@@ -26,12 +34,23 @@ bool GraphFrames::paint(QPainter& painter, const CPTXYGraph& graph, const QRectF
         if (isPainted)
             keep(graph, rect, look);
         if (m_picture.isNull())  // no memory for one of its own
-            m_painter.paintBelowLayers(painter, graph, rect);
+            paintGraph(painter, graph, rect, Beneath::Picture);
         else
             canvas.painter().drawImage(target.topLeft(), m_picture);
     }
-    paintLayers(painter, graph, rect);
+    paintLayersOf(painter, graph, rect);
     return isPainted;
+}
+
+void GraphFrames::paintLayersOf(QPainter& painter, const CPTXYGraph& graph, const QRectF& rect)
+{
+    if (m_truth == FrameTruth::Exact) {
+        paintLayers(painter, graph, rect);
+        return;
+    }
+    paintLayers(painter, graph, rect, !std::exchange(m_settlesLayers, false));
+    m_areLayersRough = std::any_of(graph.layers().begin(), graph.layers().end(),
+                                   [](const CPTGraphLayerPtr& layer) { return layer->isRough(); });
 }
 
 void GraphFrames::keep(const CPTXYGraph& graph, const QRectF& rect, const Look& look)
@@ -44,7 +63,27 @@ void GraphFrames::keep(const CPTXYGraph& graph, const QRectF& rect, const Look& 
     QPainter painter(&m_picture);
     painter.translate(look.origin - rect.topLeft() * look.density);
     painter.scale(look.density, look.density);
-    m_painter.paintBelowLayers(painter, graph, rect, Beneath::Nothing);
+    paintGraph(painter, graph, rect, Beneath::Nothing);
+}
+
+/// Below the layers. What is held until a graph can be painted exactly is needed no longer when it was: it is summed up
+/// in the painter's bins.
+void GraphFrames::paintGraph(QPainter& painter, const CPTXYGraph& graph, const QRectF& rect, Beneath beneath)
+{
+    if (m_truth == FrameTruth::Exact) {
+        // A picture for somebody: what the screen shows is as it was, and settles later.
+        m_painter.paintBelowLayers(painter, graph, rect, beneath);
+        return;
+    }
+    FrameParts parts{m_filling.held(), {}};
+    m_painter.paintBelowLayers(painter, graph, rect, beneath, &parts);
+    const bool wasProvisional = std::exchange(m_isProvisional, !parts.lacking.empty());
+    if (m_isProvisional && !m_filling.fill(std::move(parts.lacking))) {
+        m_isProvisional = false;
+        m_painter.paintBelowLayers(painter, graph, rect, beneath);
+    } else if (wasProvisional && !m_isProvisional) {
+        m_filling.letGo();
+    }
 }
 
 }  // namespace plotkit

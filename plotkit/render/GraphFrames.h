@@ -1,28 +1,50 @@
 #pragma once
 
+#include "plotkit/model/PartFilling.h"
 #include "plotkit/render/GraphPainter.h"
 
 #include <QtCore/QPointF>
 #include <QtCore/QSize>
 #include <QtGui/QImage>
 
+#include <functional>
+
 /// Paints the frames of a view: a graph with layers is kept as a picture, so that moving a layer costs no more than
 /// copying that picture and drawing the layers.
 ///
 /// A graph without layers, and one on a device without pixels, is painted straight to where it is shown, and nothing is
-/// kept. A view *owns* one. Main thread
-/// only.
+/// kept.
+///
+/// A frame that would have to wait for pages of paged series is painted at once from what their runs tell, where
+/// whoever paints allows it: it is *provisional* then, and its pages are brought into memory meanwhile. A view *owns*
+/// one. Main thread only.
 namespace plotkit {
 
 /// What of a graph may have changed since the frame before.
 enum class GraphChange { Anything, LayersOnly };
 
+/// Whether a frame waits for all that it shows.
+enum class FrameTruth { Exact, MayBeProvisional };
+
 class GraphFrames {
 public:
+    /// `canSettle` is called, by another thread, when a graph painted provisionally can be painted exactly.
+    explicit GraphFrames(std::function<void()> canSettle = [] {}) : m_filling(std::move(canSettle)) {}
+
     /// Paints graph and layers into `rect` (points) and answers whether the graph itself was painted. After a change of
     /// layers only, it is painted if size, density or position between pixels changed too. Kept pictures make no
     /// difference to the pixels, but for rounding where the graph is translucent. Reports to no delegate.
-    bool paint(QPainter& painter, const CPTXYGraph& graph, const QRectF& rect, GraphChange change);
+    bool paint(QPainter& painter, const CPTXYGraph& graph, const QRectF& rect, GraphChange change,
+               FrameTruth truth = FrameTruth::Exact);
+
+    /// Whether the graph painted last was painted provisionally; one painted exactly on demand does not count.
+    bool isProvisional() const { return m_isProvisional; }
+    /// The same of layers that drew roughly. They stay so until settleLayers(), which makes the next paint draw them
+    /// exactly.
+    bool areLayersRough() const { return m_areLayersRough; }
+    void settleLayers() { m_settlesLayers = true; }
+    /// Nobody will look for a while: nothing is brought into memory, or held there.
+    void rest() { m_filling.letGo(); }
 
 private:
     struct Look {
@@ -33,8 +55,15 @@ private:
     };
 
     void keep(const CPTXYGraph& graph, const QRectF& rect, const Look& look);
+    void paintLayersOf(QPainter& painter, const CPTXYGraph& graph, const QRectF& rect);
+    void paintGraph(QPainter& painter, const CPTXYGraph& graph, const QRectF& rect, Beneath beneath);
 
     GraphPainter m_painter;
+    FrameTruth m_truth = FrameTruth::Exact;  // of the frame being painted
+    bool m_isProvisional = false;
+    bool m_areLayersRough = false;
+    bool m_settlesLayers = false;
+    PartFilling m_filling;
     Look m_look;
     QImage m_picture;  // of `m_look`; null when there is none
 };

@@ -122,25 +122,26 @@ void drawHeads(GraphCanvas& canvas, const GraphLayout& layout)
 
 }  // namespace
 
-void GraphPainter::paint(QPainter& painter, const CPTXYGraph& graph, const QRectF& rect)
+void GraphPainter::paint(QPainter& painter, const CPTXYGraph& graph, const QRectF& rect, FrameParts* parts)
 {
-    paintBelowLayers(painter, graph, rect);
+    paintBelowLayers(painter, graph, rect, Beneath::Picture, parts);
     paintLayers(painter, graph, rect);
 }
 
-void GraphPainter::paintBelowLayers(QPainter& painter, const CPTXYGraph& graph, const QRectF& rect, Beneath beneath)
+void GraphPainter::paintBelowLayers(QPainter& painter, const CPTXYGraph& graph, const QRectF& rect, Beneath beneath,
+                                    FrameParts* parts)
 {
     if (rect.isEmpty())
         return;
     const GraphLayout layout = layOutGraph(
         graph, rect, [this](const QString& text, const CPTTextStyle& style) { return m_texts.sizeOf(text, style); });
-    paintLaidOut(painter, graph, rect, layout, beneath);
+    paintLaidOut(painter, graph, rect, layout, beneath, parts);
     for (const PlacedLegendEntry& entry : layout.legend.entries)
         paintLineSample(painter, entry.sample, *entry.plot);
 }
 
 void GraphPainter::paintLaidOut(QPainter& painter, const CPTXYGraph& graph, const QRectF& rect,
-                                const GraphLayout& layout, Beneath beneath)
+                                const GraphLayout& layout, Beneath beneath, FrameParts* parts)
 {
     const auto eachAxis = [&](const auto& draw) {
         for (std::size_t index = 0; index < layout.axes.size(); ++index)
@@ -156,7 +157,7 @@ void GraphPainter::paintLaidOut(QPainter& painter, const CPTXYGraph& graph, cons
         if (axisLayout.line)
             canvas.drawLine(*axisLayout.line, axis.axisLineStyle());
     });
-    m_plots.drawPlots(canvas, graph, layout.plotArea);
+    m_plots.drawPlots(canvas, graph, layout.plotArea, parts);
     eachAxis([&](const AxisLayout& axisLayout, const CPTXYAxis& axis) { drawTicks(canvas, axisLayout, axis); });
     eachAxis([&](const AxisLayout& axisLayout, const CPTXYAxis& axis) {
         drawTexts(canvas, axisLayout, axis, layout.plotArea);
@@ -167,11 +168,12 @@ void GraphPainter::paintLaidOut(QPainter& painter, const CPTXYGraph& graph, cons
         canvas.drawText(*layout.title, graph.titleTextStyle(), backgroundOf(*layout.title, layout.plotArea));
 }
 
-void paintLayers(QPainter& painter, const CPTXYGraph& graph, const QRectF& rect)
+void paintLayers(QPainter& painter, const CPTXYGraph& graph, const QRectF& rect, bool mayBeRough)
 {
     if (rect.isEmpty() || graph.layers().empty())
         return;
-    const GraphGeometry geometry = geometryOfGraph(graph, rect, sizeOfText);
+    GraphGeometry geometry = geometryOfGraph(graph, rect, sizeOfText);
+    geometry.mayBeRough = mayBeRough;
     for (const CPTGraphLayerPtr& layer : graph.layers()) {
         painter.save();
         layer->drawInGraph(painter, geometry);

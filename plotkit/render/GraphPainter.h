@@ -10,24 +10,25 @@ namespace plotkit {
 class GraphPainter {
 public:
     /// Paints the graph into `rect` (points) of the painter: fill, frame, grid, axis lines, plots, ticks, texts,
-    /// layers, in this order. An empty rectangle draws nothing. Reports to no delegate.
-    void paint(QPainter& painter, const CPTXYGraph& graph, const QRectF& rect);
+    /// layers, in this order. An empty rectangle draws nothing. Reports to no delegate. Waits for all that it needs,
+    /// unless told by `parts` what it may do without.
+    void paint(QPainter& painter, const CPTXYGraph& graph, const QRectF& rect, FrameParts* parts = nullptr);
 
     /// The same without the layers.
     void paintBelowLayers(QPainter& painter, const CPTXYGraph& graph, const QRectF& rect,
-                          Beneath beneath = Beneath::Picture);
+                          Beneath beneath = Beneath::Picture, FrameParts* parts = nullptr);
 
 private:
     void paintLaidOut(QPainter& painter, const CPTXYGraph& graph, const QRectF& rect, const GraphLayout& layout,
-                      Beneath beneath);
+                      Beneath beneath, FrameParts* parts);
 
     GraphBackground m_background;
     PlotPainting m_plots;
     TextImages m_texts;
 };
 
-/// Paints the layers alone, the lowest first. An empty rectangle draws nothing.
-void paintLayers(QPainter& painter, const CPTXYGraph& graph, const QRectF& rect);
+/// Paints the layers alone, the lowest first. An empty rectangle draws nothing. `mayBeRough`: see GraphGeometry.
+void paintLayers(QPainter& painter, const CPTXYGraph& graph, const QRectF& rect, bool mayBeRough = false);
 
 /// Tells the delegates of the graph's visible plots that they were drawn, each plot once, first to last.
 ///

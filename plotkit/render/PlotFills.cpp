@@ -12,7 +12,7 @@ bool PlotFills::isLine(const CPTScatterPlot& plot)
     return !plot.isHidden() && plot.interpolation() != CPTScatterPlotInterpolation::PointsOnly && plot.series();
 }
 
-const FilledArea* PlotFills::areaOf(const CPTXYGraph& graph, const PlotAt& which, PlotEnveloping& enveloping,
+const FilledArea* PlotFills::areaOf(const CPTXYGraph& graph, const PlotAt& which, const EnvelopingOf& envelopingOf,
                                     const ViewOf& viewOf)
 {
     const std::vector<CPTScatterPlotPtr>& plots = which.plots;
@@ -22,8 +22,9 @@ const FilledArea* PlotFills::areaOf(const CPTXYGraph& graph, const PlotAt& which
         return nullptr;
     const PlotView view = viewOf(plot);
     const auto envelopeOf = [&](PlotEnvelope& envelope, std::size_t number) {
-        return enveloping.envelopeInto(envelope, *plots[number]->series(), viewOf(*plots[number]),
-                                       which.firstSlot + number, PlotEnveloping::kAnyPoints);
+        const std::size_t slot = which.firstSlot + number;
+        return envelopingOf(slot).envelopeInto(envelope, *plots[number]->series(), viewOf(*plots[number]), slot,
+                                               PlotEnveloping::kAnyPoints);
     };
     if (!fill.isToPlot) {
         if (!envelopeOf(m_line, which.index))

@@ -16,6 +16,7 @@ namespace plotkit {
 class PlotFills {
 public:
     using ViewOf = std::function<PlotView(const CPTScatterPlot& plot)>;
+    using EnvelopingOf = std::function<PlotEnveloping&(std::size_t slot)>;  ///< which works out that slot's envelope
 
     /// One of the plots that share a strip. Borrows them.
     struct PlotAt {
@@ -25,7 +26,7 @@ public:
     };
 
     /// The area of a plot, up to the next call; null where it fills nothing.
-    const FilledArea* areaOf(const CPTXYGraph& graph, const PlotAt& which, PlotEnveloping& enveloping,
+    const FilledArea* areaOf(const CPTXYGraph& graph, const PlotAt& which, const EnvelopingOf& envelopingOf,
                              const ViewOf& viewOf);
 
 private:

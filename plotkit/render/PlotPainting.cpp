@@ -96,6 +96,14 @@ double lonePointSize(const CPTScatterPlot& plot)
     return std::isfinite(plot.gapThreshold()) && std::isfinite(size) && size > plot.drawnPointSize() ? size : 0;
 }
 
+/// Whether what its runs tell can stand in for a plot: a line in columns, not points each by itself.
+bool canBeProvisional(const CPTScatterPlot& plot, double density)
+{
+    return !plot.isHidden() && plot.series() && plot.series()->runs() &&
+           plot.interpolation() != CPTScatterPlotInterpolation::PointsOnly && !(plot.drawnPointSize() > 0) &&
+           PolylineRasteriser::canStrokeColumns(plot.dataLineStyle().width * density);
+}
+
 /// The parts of a broken line are several strokes, which may overlap where their colour is opaque.
 bool canStroke(const PlotEnvelope& envelope, const QColor& color)
 {
@@ -110,12 +118,13 @@ PixelBuffer bufferOf(QImage& image)
 
 }  // namespace
 
-void PlotPainting::drawPlots(GraphCanvas& canvas, const CPTXYGraph& graph, const QRectF& plotArea)
+void PlotPainting::drawPlots(GraphCanvas& canvas, const CPTXYGraph& graph, const QRectF& plotArea, FrameParts* parts)
 {
+    m_byRunsAlone.clear();
     if (plotArea.isEmpty())
         return;
     if (canvas.isAligned())
-        drawPixels(canvas, graph, plotArea);
+        drawPixels(canvas, graph, plotArea, parts);
     else
         drawPaths(canvas, graph, plotArea);
 }
@@ -137,10 +146,52 @@ void PlotPainting::prepareLayer(const QSize& size)
     m_layer.fill(0);
 }
 
+/// Which plots are drawn from runs alone: all that lack pages, where these are too many to wait for.
+void PlotPainting::findLacking(const GraphCanvas& canvas, const CPTXYGraph& graph, const QRectF& plotArea,
+                               FrameParts& parts)
+{
+    const double lineWidth = widestLine(graph) * canvas.density();
+    std::size_t slot = 0, absent = 0;
+    std::vector<const double*> counted;  // times that plots share
+    SeriesParts held;                    // of one plot
+    for (const auto& [strip, plots] : plotsByStrip(graph)) {
+        const QRectF area = canvas.toPainter(stripArea(plotArea, strip));
+        for (const CPTScatterPlotPtr& plot : plots) {
+            const std::size_t own = slot++;
+            held.clear();
+            if (area.isEmpty() || !canBeProvisional(*plot, canvas.density()) ||
+                !m_enveloping.addPartsHeld(held, plot->series(), viewFor(graph, *plot, area, lineWidth, 1), own))
+                continue;
+            const double* times = plot->series()->x().data();
+            const bool isFirst = std::find(counted.begin(), counted.end(), times) == counted.end();
+            if (isFirst)
+                counted.push_back(times);
+            AbsentPages all;
+            for (const SeriesPart& part : held) {
+                const AbsentPages some = absentPages(part, parts.held);
+                all.times += some.times;
+                all.points += some.points;
+            }
+            absent += all.points + (isFirst ? all.times : 0);
+            if (all.points + all.times == 0)
+                continue;
+            m_byRunsAlone.resize(own + 1);
+            m_byRunsAlone[own] = true;
+            parts.lacking.insert(parts.lacking.end(), held.begin(), held.end());
+        }
+    }
+    if (absent > FrameParts::kPagesAtOnce)
+        return;
+    m_byRunsAlone.clear();
+    parts.lacking.clear();
+}
+
 /// Straight into the picture where that is an image; else into an image of their own, which is then drawn over it.
-void PlotPainting::drawPixels(GraphCanvas& canvas, const CPTXYGraph& graph, const QRectF& plotArea)
+void PlotPainting::drawPixels(GraphCanvas& canvas, const CPTXYGraph& graph, const QRectF& plotArea, FrameParts* parts)
 {
     m_slot = 0;
+    if (parts)
+        findLacking(canvas, graph, plotArea, *parts);
     const double lineWidth = widestLine(graph);
     for (const auto& [strip, plots] : plotsByStrip(graph)) {
         const QRectF points = stripArea(plotArea, strip);
@@ -169,9 +220,10 @@ void PlotPainting::strokePlots(const PixelBuffer& buffer, const QRect& clip, con
 {
     const double lineWidth = widestLine(graph) * density;
     const auto viewOf = [&](const CPTScatterPlot& plot) { return viewFor(graph, plot, area, lineWidth, 1); };
+    const auto envelopingAt = [this](std::size_t slot) -> PlotEnveloping& { return envelopingOf(slot); };
     m_rasteriser.begin(buffer, clip);
     for (std::size_t index = 0; index < plots.size(); ++index)
-        if (const FilledArea* filled = m_fills.areaOf(graph, {plots, index, m_slot}, m_enveloping, viewOf))
+        if (const FilledArea* filled = m_fills.areaOf(graph, {plots, index, m_slot}, envelopingAt, viewOf))
             m_rasteriser.add(AreaColumns{filled->left, filled->top, filled->bottom}, plots[index]->areaFill().color);
     for (const CPTScatterPlotPtr& plot : plots)
         strokePlot(*plot, viewOf(*plot), density, m_slot++);
@@ -208,8 +260,8 @@ void PlotPainting::strokeLine(const CPTScatterPlot& plot, const PlotView& view, 
     const std::optional<DashPattern> dashes = DashPattern::of(style, density);
     const double few = dashes ? kFewDashedPoints : PlotEnveloping::kFewPoints;
     if (PolylineRasteriser::canStrokeColumns(style.width * density) &&
-        m_enveloping.envelopeInto(m_envelope, *plot.series(), view, slot, few) &&
-        (dashes || canStroke(m_envelope, style.color))) {
+        envelopingOf(slot).envelopeInto(m_envelope, *plot.series(), view, slot, few) &&
+        (dashes || isByRunsAlone(slot) || canStroke(m_envelope, style.color))) {
         lonePointsInto(m_lone, m_envelope);
         if (dashes)
             dashColumns(m_envelope, *dashes, dashOriginOf(view));
@@ -266,9 +318,10 @@ void PlotPainting::drawPaths(GraphCanvas& canvas, const CPTXYGraph& graph, const
     painter.scale(1 / kPageStepsPerPoint, 1 / kPageStepsPerPoint);
     const PageClip within{painter.paintEngine()->type() == QPaintEngine::SVG,
                           QRectF(plotArea.topLeft() * kPageStepsPerPoint, plotArea.size() * kPageStepsPerPoint)};
+    const auto envelopingAt = [this](std::size_t) -> PlotEnveloping& { return m_enveloping; };
     const auto areaView = [&](const CPTScatterPlot& plot) { return viewOf(plot, kPageAreaUnits); };
     for (std::size_t index = 0; index < plots.size(); ++index)
-        if (const FilledArea* filled = m_fills.areaOf(graph, {plots, index, m_slot}, m_enveloping, areaView))
+        if (const FilledArea* filled = m_fills.areaOf(graph, {plots, index, m_slot}, envelopingAt, areaView))
             painter.fillPath(within.area(pathOf(*filled, kPageStepsPerPoint / kPageAreaUnits)),
                              plots[index]->areaFill().color);
     painter.setBrush(Qt::NoBrush);

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "plotkit/layout/FrameParts.h"
 #include "plotkit/layout/LineDashes.h"
 #include "plotkit/layout/PlotDots.h"
 #include "plotkit/layout/PlotEnvelope.h"
@@ -25,11 +26,14 @@ namespace plotkit {
 class PlotPainting {
 public:
     /// Draws the visible plots, first to last in each strip, clipped to it. `plotArea` is in points; an empty one draws
-    /// nothing.
-    void drawPlots(GraphCanvas& canvas, const CPTXYGraph& graph, const QRectF& plotArea);
+    /// nothing. Without `parts` the picture is exact whatever it takes; so is one on a page.
+    void drawPlots(GraphCanvas& canvas, const CPTXYGraph& graph, const QRectF& plotArea, FrameParts* parts = nullptr);
 
 private:
-    void drawPixels(GraphCanvas& canvas, const CPTXYGraph& graph, const QRectF& plotArea);
+    void drawPixels(GraphCanvas& canvas, const CPTXYGraph& graph, const QRectF& plotArea, FrameParts* parts);
+    void findLacking(const GraphCanvas& canvas, const CPTXYGraph& graph, const QRectF& plotArea, FrameParts& parts);
+    PlotEnveloping& envelopingOf(std::size_t slot) { return isByRunsAlone(slot) ? m_provisional : m_enveloping; }
+    bool isByRunsAlone(std::size_t slot) const { return slot < m_byRunsAlone.size() && m_byRunsAlone[slot]; }
     void drawPaths(GraphCanvas& canvas, const CPTXYGraph& graph, const QRectF& plotArea);
     void strokePlot(const CPTScatterPlot& plot, const PlotView& view, double density, std::size_t slot);
     void strokeLine(const CPTScatterPlot& plot, const PlotView& view, double density, std::size_t slot);
@@ -60,6 +64,8 @@ private:
 
     ReducedPlot m_reduced, m_dashed;
     PlotEnveloping m_enveloping;
+    PlotEnveloping m_provisional{PlotReading::RunsAlone};
+    std::vector<bool> m_byRunsAlone;  // by slot, of the frame being drawn
     PlotEnvelope m_envelope;
     PlotFills m_fills;
     PlotDots m_dots;

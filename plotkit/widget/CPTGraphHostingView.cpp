@@ -7,9 +7,11 @@
 #include "plotkit/widget/PlotSpaceMoves.h"
 
 #include <QtCore/QPointer>
+#include <QtGui/QBackingStore>
 #include <QtGui/QKeyEvent>
 #include <QtGui/QMouseEvent>
 #include <QtGui/QNativeGestureEvent>
+#include <QtGui/QPaintEngine>
 #include <QtGui/QPainter>
 #include <QtGui/QWheelEvent>
 #include <QtWidgets/QGestureEvent>
@@ -22,6 +24,10 @@ namespace {
 
 /// How strongly the line round a focused view shows, 0 to 1.
 constexpr float kFocusHintOpacity = 0.45F;
+constexpr int kRest = 60;                 // milliseconds without a paint: then there is time for what is rough
+constexpr QSizeF kOnItsWay(26, 12);       // points: the mark of a frame that is not exact yet
+constexpr double kOnItsWayInset = 6;      // points from the plot area's edges
+constexpr float kOnItsWayOpacity = 0.8F;  // of its ground, 0 to 1
 constexpr double kFocusHintRadius = 5.5;  // points, to the middle of the line: its arcs end on whole ones
 
 /// What stands where a graph will be: the theme's frame without anything in it.
@@ -42,6 +48,13 @@ const CPTXYGraph& emptyGraph()
     return *graph;
 }
 
+/// Whether the window's own picture is painted, and not one for somebody who asked for it.
+bool isForTheScreen(const QWidget& view, const QPainter& painter)
+{
+    QBackingStore* store = view.window()->backingStore();
+    return store && painter.paintEngine() && painter.paintEngine()->paintDevice() == store->paintDevice();
+}
+
 /// With Alt held the platform has swapped the wheel's axes; Alt chooses the axis here, so they go back.
 QPointF wheelDelta(const QPoint& delta, const QWheelEvent& event)
 {
@@ -56,7 +69,11 @@ plotkit::GraphGeometry CPTGraphHostingView::geometryShown(const CPTXYGraph& grap
 }
 
 CPTGraphHostingView::CPTGraphHostingView(QWidget* parent)
-    : QWidget(parent), m_frames(std::make_unique<plotkit::GraphFrames>())
+    : QWidget(parent), m_frames(std::make_unique<plotkit::GraphFrames>([this] {
+          // Posted: goes with the view, whose end waits for the thread that calls this.
+          QMetaObject::invokeMethod(
+              this, [this] { changed(plotkit::GraphChange::Anything); }, Qt::QueuedConnection);
+      }))
 {
     setFocusPolicy(Qt::StrongFocus);
     setAccessibleName(tr("Graph"));
@@ -116,7 +133,15 @@ void CPTGraphHostingView::paintEvent(QPaintEvent*)
     bool isGraphPainted = false;
     {
         QPainter painter(this);
-        isGraphPainted = m_frames->paint(painter, graph ? *graph : emptyGraph(), rect(), change);
+        const auto truth =
+            isForTheScreen(*this, painter) ? plotkit::FrameTruth::MayBeProvisional : plotkit::FrameTruth::Exact;
+        isGraphPainted = m_frames->paint(painter, graph ? *graph : emptyGraph(), rect(), change, truth);
+        if (truth == plotkit::FrameTruth::MayBeProvisional && m_frames->areLayersRough())
+            m_rest.start(kRest, this);
+        else if (truth == plotkit::FrameTruth::MayBeProvisional)
+            m_rest.stop();
+        if (graph && truth == plotkit::FrameTruth::MayBeProvisional && m_frames->isProvisional())
+            drawOnItsWay(painter);
         drawFocusHint(painter);
     }
     if (graph && isGraphPainted)
@@ -150,6 +175,43 @@ void CPTGraphHostingView::drawFocusHint(QPainter& painter) const
         canvas.drawLine({straight.left(), y, straight.right(), y}, style);
     for (const double x : {line.left(), line.right()})
         canvas.drawLine({x, straight.top(), x, straight.bottom()}, style);
+}
+
+bool CPTGraphHostingView::isProvisional() const
+{
+    return m_frames->isProvisional() || m_frames->areLayersRough();
+}
+
+/// Nothing was painted for a while.
+void CPTGraphHostingView::timerEvent(QTimerEvent* event)
+{
+    if (event->timerId() != m_rest.timerId()) {
+        QWidget::timerEvent(event);
+        return;
+    }
+    m_rest.stop();
+    m_frames->settleLayers();
+    changed(plotkit::GraphChange::LayersOnly);
+}
+
+/// Three dots on a plate, where the plots end at the top right: more is to come.
+void CPTGraphHostingView::drawOnItsWay(QPainter& painter) const
+{
+    const QRectF area = geometryShown(*m_hostedGraph).plotArea;
+    if (area.width() < 2 * kOnItsWay.width() || area.height() < 2 * kOnItsWay.height())
+        return;
+    const QRectF plate(area.topRight() + QPointF(-kOnItsWay.width() - kOnItsWayInset, kOnItsWayInset), kOnItsWay);
+    QColor ground = palette().color(QPalette::Base);
+    ground.setAlphaF(kOnItsWayOpacity);
+    painter.save();
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.setPen(Qt::NoPen);
+    painter.setBrush(ground);
+    painter.drawRoundedRect(plate, plate.height() / 2, plate.height() / 2);
+    painter.setBrush(palette().color(QPalette::Text));
+    for (const double at : {0.28, 0.5, 0.72})
+        painter.drawEllipse(QPointF(plate.left() + at * plate.width(), plate.center().y()), 1.5, 1.5);
+    painter.restore();
 }
 
 void CPTGraphHostingView::resizeEvent(QResizeEvent* event)
@@ -298,6 +360,7 @@ bool CPTGraphHostingView::event(QEvent* event)
     case QEvent::NativeGesture: return handleNativeGesture(static_cast<QNativeGestureEvent*>(event));
     case QEvent::Hide:
         m_awaitingRepaint = plotkit::GraphChange::Anything;  // shown again, it reports its plots as ever
+        m_frames->rest();
         [[fallthrough]];
     case QEvent::TouchCancel:
     case QEvent::EnabledChange: cancelDrag(); break;

@@ -3,6 +3,7 @@
 #include "plotkit/layout/GraphGeometry.h"
 #include "plotkit/model/CPTXYGraph.h"
 
+#include <QtCore/QBasicTimer>
 #include <QtGui/QImage>
 #include <QtWidgets/QWidget>
 
@@ -26,11 +27,16 @@ enum class GraphChange;
 /// allows interaction, the default one first, in that space's own values: x first, then y. What its delegate answers is
 /// shown. Without a graph, or where no plot space allows interaction, events go on to the parent.
 ///
+/// On the screen a graph of paged series is shown at once: where pages that it needs would take longer than a frame
+/// has, plots are drawn from what their runs tell, beneath a small mark, and exactly as soon as the pages are there.
+/// Layers that drew roughly are drawn exactly when the view rests. Pictures that anybody takes of the view are exact.
+///
 /// Where only the graph's layers changed, the graph beneath them is not painted again. Every other paint ends with the
 /// plots' finished-drawing reports, sent when the painter has ended: a delegate may change other widgets and the graph,
 /// but not delete the view. A graph is shown by one view at a time: the last one that hosts it. Main thread only.
 class CPTGraphHostingView : public QWidget {
     Q_OBJECT
+    Q_PROPERTY(bool provisional READ isProvisional)
 public:
     explicit CPTGraphHostingView(QWidget* parent = nullptr);
     ~CPTGraphHostingView() override;
@@ -45,6 +51,9 @@ public:
     QImage imageOfLayer(double density = 1.0);
     QByteArray dataForPDFRepresentationOfLayer();
 
+    /// Whether what the screen shows is to become more exact, without anybody's doing.
+    bool isProvisional() const;
+
     virtual bool acceptsFirstResponder() const { return true; }
 
     /// Where the parts of a graph stand when this view shows it.
@@ -57,6 +66,7 @@ protected:
     void mouseMoveEvent(QMouseEvent* event) override;
     void mouseReleaseEvent(QMouseEvent* event) override;
     void wheelEvent(QWheelEvent* event) override;
+    void timerEvent(QTimerEvent* event) override;
     bool event(QEvent* event) override;
     void resizeEvent(QResizeEvent* event) override;
 
@@ -71,9 +81,11 @@ private:
     bool handleNativeGesture(QNativeGestureEvent* event);
     void cancelDrag();
     void drawFocusHint(QPainter& painter) const;
+    void drawOnItsWay(QPainter& painter) const;
 
     CPTXYGraphPtr m_hostedGraph;
     std::unique_ptr<plotkit::GraphFrames> m_frames;         ///< owns
     std::optional<plotkit::GraphChange> m_awaitingRepaint;  ///< what a repaint was asked for
+    QBasicTimer m_rest;                                     ///< runs while layers are rough
     std::shared_ptr<Drag> m_drag;                           ///< the drag under way, if any
 };

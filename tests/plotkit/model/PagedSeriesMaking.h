@@ -4,6 +4,7 @@
 #include "plotkit/model/PagedSeries.h"
 
 #include <algorithm>
+#include <atomic>
 #include <cmath>
 #include <limits>
 #include <random>
@@ -58,7 +59,7 @@ private:
     }
     std::vector<double> m_values;
     std::vector<std::uint64_t> m_words;
-    mutable std::size_t m_looks = 0;
+    mutable std::atomic<std::size_t> m_looks = 0;  // several threads write pages
 };
 
 /// Archived values, gathered element by element.
@@ -116,10 +117,15 @@ public:
     }
     CPTPointSeriesPtr paged(std::size_t budget = 0, const std::vector<std::size_t>& changed = {})
     {
-        const auto cache = std::make_shared<plotix::PageCache>(budget);
-        m_pages = std::make_shared<PagedDoubles>(cache, m_values, m_valid);
-        const auto x = std::make_shared<PagedTimes>(cache, m_x)->array();
-        return plotkit::pagedSeries(x, {m_times, plotix::KeptRuns::of(m_runs), changed}, m_pages, points());
+        m_pages = std::make_shared<PagedDoubles>(std::make_shared<plotix::PageCache>(budget), m_values, m_valid);
+        return pagedBy(m_pages, changed);
+    }
+    /// The same with other points beneath the same times and runs.
+    CPTPointSeriesPtr pagedBy(const std::shared_ptr<const CPTPagedPoints>& pages,
+                              const std::vector<std::size_t>& changed = {}) const
+    {
+        const auto x = std::make_shared<PagedTimes>(pages->cache(), m_x)->array();
+        return plotkit::pagedSeries(x, {m_times, plotix::KeptRuns::of(m_runs), changed}, pages, points());
     }
     /// How often pages of the paged series' points were written since it was made.
     std::size_t looks() const { return m_pages->looks(); }

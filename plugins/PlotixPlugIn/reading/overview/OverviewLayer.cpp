@@ -82,7 +82,7 @@ void OverviewLayer::drawInGraph(QPainter& painter, const plotkit::GraphGeometry&
     const QRectF window = found->window();
     painter.fillRect(found->strip, look.ground);
     painter.fillRect(window, look.inside);
-    m_picture.draw(painter, found->strip);
+    m_picture.draw(painter, found->strip, geometry.mayBeRough);
     // A veil rather than a clip, which not every kind of picture heeds.
     const QRectF& strip = found->strip;
     painter.fillRect(QRectF(strip.left(), strip.top(), window.left() - strip.left(), strip.height()), look.veil);

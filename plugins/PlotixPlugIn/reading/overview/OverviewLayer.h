@@ -25,6 +25,8 @@ public:
     void take(const CPTXYGraph& graph);
 
     void drawInGraph(QPainter& painter, const plotkit::GraphGeometry& geometry) override;
+    /// Its lines are drawn anew only when the view rests: they change with the room of the labels, often in a zoom.
+    bool isRough() const override { return m_picture.isRough(); }
     std::optional<CPTLayerRoom> room(const QSizeF& frame) const override;
 
     /// Where its window stands; nothing where it is not drawn.

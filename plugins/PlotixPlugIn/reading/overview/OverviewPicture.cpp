@@ -13,6 +13,7 @@ namespace {
 
 constexpr double kLineWidth = 1;
 constexpr double kMargin = 0.06;  // of the values' range, above and below
+constexpr double kNearlyAsWide = 0.1;
 
 void join(std::optional<TimeSpan>& all, const TimeSpan& span)
 {
@@ -121,8 +122,9 @@ void OverviewPicture::rebuild(const CPTXYGraph& graph, const QStringList& keys)
     spreadValues(*m_graph);
 }
 
-void OverviewPicture::draw(QPainter& painter, const QRectF& place)
+void OverviewPicture::draw(QPainter& painter, const QRectF& place, bool mayBeRough)
 {
+    m_isRough = false;
     if (!m_whole || place.isEmpty())
         return;
     if (!drawsPixels(painter)) {
@@ -134,7 +136,10 @@ void OverviewPicture::draw(QPainter& painter, const QRectF& place)
     }
     const double density = painter.worldTransform().m11() * painter.device()->devicePixelRatioF();
     const Kept wanted{place.size(), density};
-    if (m_image.isNull() || m_kept != wanted) {
+    const bool isNear = !m_image.isNull() && m_kept.density == density && m_kept.size.height() == place.height() &&
+                        std::abs(m_kept.size.width() - place.width()) <= kNearlyAsWide * place.width();
+    m_isRough = mayBeRough && isNear && m_kept != wanted;
+    if (!m_isRough && (m_image.isNull() || m_kept != wanted)) {
         m_kept = wanted;
         m_image = QImage((place.size() * density).toSize().expandedTo({1, 1}), QImage::Format_ARGB32_Premultiplied);
         m_image.fill(Qt::transparent);

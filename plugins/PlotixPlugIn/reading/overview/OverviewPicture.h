@@ -27,8 +27,10 @@ public:
     /// What it spans; nothing without points.
     const std::optional<TimeSpan>& whole() const { return m_whole; }
 
-    /// Lines of a page stay vectors. Nothing without points.
-    void draw(QPainter& painter, const QRectF& place);
+    /// Lines of a page stay vectors. Nothing without points. `mayBeRough`: a kept picture of nearly that size will do.
+    void draw(QPainter& painter, const QRectF& place, bool mayBeRough);
+    /// Whether the one drawn last was of another size.
+    bool isRough() const { return m_isRough; }
 
 private:
     /// What the picture was made from.
@@ -57,6 +59,7 @@ private:
     plotkit::GraphPainter m_painter;
     QImage m_image;
     Kept m_kept;
+    bool m_isRough = false;
 };
 
 }  // namespace plotix

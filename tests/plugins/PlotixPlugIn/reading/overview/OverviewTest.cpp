@@ -51,6 +51,22 @@ TEST_F(OverviewTest, StandsBelowThePlotsAndIsGoneWithoutAChoice)
     EXPECT_FALSE(trend().reading().contains("overview"));
 }
 
+TEST_F(OverviewTest, OfAnotherWidthIsDrawnRoughlyAndSettles)
+{
+    trend().view()->show();
+    const auto settles = [this] {
+        return QTest::qWaitFor([this] { return !graphView().property("provisional").toBool(); }, 20'000);
+    };
+    ASSERT_TRUE(QTest::qWaitForWindowExposed(trend().view()->window()));
+    ASSERT_TRUE(settles());
+    trend().view()->resize(trend().view()->width() + 12, trend().view()->height());
+    QCoreApplication::sendPostedEvents();
+    EXPECT_TRUE(graphView().property("provisional").toBool());
+    const QImage picture = graphView().grab().toImage();
+    EXPECT_TRUE(settles());
+    EXPECT_EQ(graphView().grab().toImage(), picture);
+}
+
 TEST_F(OverviewTest, ALowGraphKeepsItsRoomForTheLines)
 {
     trend().view()->resize(900, 320);

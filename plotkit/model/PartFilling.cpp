@@ -1,0 +1,115 @@
+#include "plotkit/model/PartFilling.h"
+
+#include <sys/resource.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <system_error>
+#include <utility>
+
+namespace plotkit {
+
+namespace {
+
+/// So many elements are filled between two looks at whether they are still wanted: two threads share them.
+constexpr std::size_t kAtOnce = 32 * plotix::PagedMemory::kPage;
+
+/// Whoever paints goes first where cores are scarce.
+void giveWay()
+{
+#ifdef __linux__
+    constexpr int kLess = 5;
+    const auto thread = static_cast<id_t>(gettid());
+    setpriority(PRIO_PROCESS, thread, getpriority(PRIO_PROCESS, thread) + kLess);
+#endif
+}
+
+}  // namespace
+
+PartFilling::~PartFilling()
+{
+    {
+        const std::lock_guard lock(m_mutex);
+        m_isStopping = true;
+        ++m_request;
+    }
+    m_asked.notify_one();
+    if (m_thread.joinable())
+        m_thread.join();
+}
+
+bool PartFilling::fill(SeriesParts parts)
+{
+    SeriesParts before;  // goes without the mutex: it may be the last to share a series
+    {
+        const std::lock_guard lock(m_mutex);
+        before = std::exchange(m_parts, std::move(parts));
+        ++m_request;
+    }
+    m_asked.notify_one();
+    if (m_thread.joinable())
+        return true;
+    try {
+        m_thread = std::thread([this] { run(); });
+    } catch (const std::system_error&) {
+        return false;
+    }
+    return true;
+}
+
+void PartFilling::letGo()
+{
+    SeriesParts parts;
+    Holds holds;
+    const std::lock_guard lock(m_mutex);
+    parts = std::exchange(m_parts, {});
+    holds = std::exchange(m_holds, {});
+    m_done = ++m_request;
+}
+
+SeriesParts PartFilling::held() const
+{
+    const std::lock_guard lock(m_mutex);
+    return m_done == m_request ? m_parts : SeriesParts();
+}
+
+bool PartFilling::isWanted(std::uint64_t request) const
+{
+    const std::lock_guard lock(m_mutex);
+    return m_request == request;
+}
+
+void PartFilling::run()
+{
+    giveWay();
+    std::unique_lock lock(m_mutex);
+    for (;;) {
+        m_asked.wait(lock, [this] { return m_isStopping || m_done != m_request; });
+        if (m_isStopping)
+            return;
+        const std::uint64_t request = m_request;
+        SeriesParts parts = m_parts;
+        lock.unlock();
+        Holds holds;
+        for (const SeriesPart& part : parts)
+            for (std::size_t first = part.first; first < part.end && isWanted(request);) {
+                const std::size_t end = std::min(part.end, (first / kAtOnce + 1) * kAtOnce);
+                holds.push_back(part.series->hold(first, end));
+                first = end;
+            }
+        lock.lock();
+        const bool isDone = request == m_request;
+        if (isDone) {
+            m_holds.swap(holds);
+            m_done = request;
+        }
+        lock.unlock();
+        holds.clear();
+        parts.clear();
+        if (isDone)
+            m_filled();
+        lock.lock();
+    }
+}
+
+}  // namespace plotkit

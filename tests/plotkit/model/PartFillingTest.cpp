@@ -1,0 +1,90 @@
+#include "plotkit/model/PartFilling.h"
+#include "tests/plotkit/model/PagedSeriesMaking.h"
+
+#include <gtest/gtest.h>
+
+#include <chrono>
+#include <semaphore>
+
+namespace {
+
+using namespace plotkit;
+using namespace plotkit_test;
+
+class PartFillingTest : public testing::Test {
+protected:
+    PartFillingTest()
+    {
+        for (int second = 0; second < 3'000'000; ++second)
+            twin.add(second, second % 100);
+        twin.cutRuns(500, 1);
+        series = twin.paged();
+    }
+
+    SeriesParts part(std::size_t first, std::size_t end) const { return {{series, first, end}}; }
+    bool isThere(std::size_t first, std::size_t end) const
+    {
+        plotix::PagedMemory::Hold hold;
+        return series->x().memory()->holdIfThere(first, end, hold) &&
+               series->y().memory()->holdIfThere(first, end, hold);
+    }
+    bool isFilled() { return fills.try_acquire_for(std::chrono::seconds(20)); }
+
+    TwinSeries twin;
+    CPTPointSeriesPtr series;
+    std::counting_semaphore<> fills{0};
+    PartFilling filling{[this] { fills.release(); }};
+};
+
+TEST_F(PartFillingTest, HoldsWhatWasAskedForUntilItLetsGo)
+{
+    filling.fill(part(100'000, 2'000'000));
+    ASSERT_TRUE(isFilled());
+    EXPECT_TRUE(isThere(100'000, 2'000'000));
+    ASSERT_EQ(filling.held().size(), 1U);
+    filling.letGo();
+    EXPECT_FALSE(isThere(100'000, 2'000'000));  // the cache keeps nothing
+    EXPECT_TRUE(filling.held().empty());
+}
+
+TEST_F(PartFillingTest, FillsWhatWasAskedForLast)
+{
+    for (std::size_t first = 0; first < 1'000'000; first += 100'000)
+        filling.fill(part(first, first + 2'000'000));
+    while (filling.held().empty())
+        ASSERT_TRUE(isFilled());
+    EXPECT_TRUE(isThere(900'000, 2'900'000));
+    EXPECT_FALSE(isThere(0, 100'000));
+}
+
+TEST_F(PartFillingTest, EndsWhileItFills)
+{
+    for (int time = 0; time < 20; ++time) {
+        PartFilling ending([] {});
+        ending.fill(part(0, 3'000'000));
+        if (time % 2 == 0)
+            ending.letGo();
+    }
+    EXPECT_EQ(series.use_count(), 1);
+}
+
+TEST_F(PartFillingTest, FillsAgainAfterItLetGo)
+{
+    filling.fill(part(0, 3'000'000));
+    filling.letGo();
+    filling.fill(part(0, 200'000));
+    ASSERT_TRUE(isFilled());
+    EXPECT_TRUE(isThere(0, 200'000));
+}
+
+TEST_F(PartFillingTest, IsReadBesidesByOthers)
+{
+    filling.fill(part(0, 3'000'000));
+    double sum = 0;
+    for (std::size_t element = 0; element < 3'000'000; element += 50'000)
+        sum += series->y().valueAt(element) + series->x().valueAt(element);
+    EXPECT_EQ(sum, 60 * 1'475'000.0);
+    ASSERT_TRUE(isFilled());
+}
+
+}  // namespace
