@@ -18,7 +18,7 @@
 namespace plotix {
 
 /// What went wrong while columns were being unpacked, when nobody could be told: the first failure, in one line for
-/// people. *Shared* by the columns of a call and those who read them. Any thread.
+/// people. *Shared* by columns of the same records and those who read them. Any thread.
 class ColumnFailure {
 public:
     using Listener = std::function<void(const QString& message)>;
