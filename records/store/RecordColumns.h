@@ -26,8 +26,8 @@ public:
     std::optional<QString> message() const;
 
     /// Called once, with the first failure: at once when there has been one, else on whichever thread it happens, which
-    /// must not be kept waiting and holds no column. An empty one: nobody. Once this returns, the one before is no
-    /// longer called. Requires: not called by a listener.
+    /// must not be kept waiting and holds no column. Those of others who share the columns stay; an empty one takes all
+    /// away, and once this returns none of them is called. Requires: not called by a listener.
     void setListener(Listener listener);
 
     /// Keeps the first message.
