@@ -11,9 +11,15 @@ std::optional<QString> ColumnFailure::message() const
 void ColumnFailure::setListener(Listener listener)
 {
     const std::lock_guard lock(m_mutex);
-    m_listener = std::move(listener);
-    if (m_listener && m_message)
-        m_listener(*m_message);
+    if (listener && m_message)
+        listener(*m_message);
+    if (m_listener && listener)
+        m_listener = [before = std::move(m_listener), own = std::move(listener)](const QString& message) {
+            before(message);
+            own(message);
+        };
+    else
+        m_listener = std::move(listener);
 }
 
 // Under the lock, so that a listener that was taken away is not at work any more.

@@ -18,7 +18,7 @@
 namespace plotix {
 
 /// What went wrong while columns were being unpacked, when nobody could be told: the first failure, in one line for
-/// people. *Shared* by the columns of a call and those who read them. Any thread.
+/// people. *Shared* by columns of the same records and those who read them. Any thread.
 class ColumnFailure {
 public:
     using Listener = std::function<void(const QString& message)>;
@@ -26,8 +26,8 @@ public:
     std::optional<QString> message() const;
 
     /// Called once, with the first failure: at once when there has been one, else on whichever thread it happens, which
-    /// must not be kept waiting and holds no column. An empty one: nobody. Once this returns, the one before is no
-    /// longer called. Requires: not called by a listener.
+    /// must not be kept waiting and holds no column. Those of others who share the columns stay; an empty one takes all
+    /// away, and once this returns none of them is called. Requires: not called by a listener.
     void setListener(Listener listener);
 
     /// Keeps the first message.

@@ -125,6 +125,18 @@ TEST_F(SharedSpansTest, WhatCouldNotBeReadIsTriedAgain)
     EXPECT_NE(again.columns[0].values.memory(), shown.columns[0].values.memory());
 }
 
+TEST_F(SharedSpansTest, EverybodyWhoSharesIsToldWhatCouldNotBeRead)
+{
+    const RecordColumns one = columns(), other = columns();
+    QStringList heard;
+    one.failure->setListener([&](const QString&) { heard << "one"; });
+    other.failure->setListener([&](const QString&) { heard << "other"; });
+    run("UPDATE segment SET data = x'00' WHERE id / 1048576 = 5");
+    EXPECT_TRUE(std::isnan(one.columns[0].values.valueAt(4 * kChunk)));
+    EXPECT_EQ(heard, (QStringList{"one", "other"}));
+    one.failure->setListener({});
+}
+
 TEST_F(SharedSpansTest, RecordsThatCameMeanwhileAreNotInTheAnswerBefore)
 {
     const RecordColumns before = columns();
