@@ -147,8 +147,12 @@ PagedMemory::Hold PagedMemory::hold(std::size_t first, std::size_t end) const
             ++absentEnd;
         fillAbsent(index, absentEnd, lock);
     }
-    for (std::size_t index = held.m_first; index < held.m_end; ++index)
+    bool standsIn = false;
+    for (std::size_t index = held.m_first; index < held.m_end; ++index) {
         m_cache->m_filled.wait(lock, [&] { return m_pages[index].state != State::BeingFilled; });
+        standsIn = standsIn || m_pages[index].state == State::StandIn;
+    }
+    m_standInsHeld += standsIn ? 1 : 0;
     return held;
 }
 

@@ -2,6 +2,7 @@
 
 #include "base/PageCache.h"
 
+#include <atomic>
 #include <cstdint>
 #include <functional>
 #include <memory>
@@ -74,6 +75,9 @@ public:
         return std::nullopt;
     }
 
+    /// How often elements were held of which some stand in for what could not be read.
+    std::size_t standInsHeld() const { return m_standInsHeld; }
+
     std::size_t elements() const { return m_elements; }
     const std::shared_ptr<PageCache>& cache() const { return m_cache; }
 
@@ -113,6 +117,7 @@ private:
     std::size_t m_elements;
     std::size_t m_pageBytes = 0;
     std::vector<Array> m_arrays;
+    mutable std::atomic<std::size_t> m_standInsHeld = 0;
     mutable std::vector<PageCache::Page> m_pages;  // guarded by the cache's mutex
 };
 

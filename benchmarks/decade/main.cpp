@@ -67,9 +67,9 @@ private:
     benchmark::IterationCount m_count = 0;
 };
 
-Shown shown(KTVPlugInModule& module, const QString& path)
+/// Of the document's first agent.
+Shown shown(KTVPlugInModule& module, const std::shared_ptr<plotix::SiteDocument>& document)
 {
-    const auto document = plotix::SiteDocument::open(path);
     const auto extent = document->records()->extent(document->agents().front()->id());
     Shown made;
     made.trend = {document, document->agents().front(), {}, {}, {}, {}};
@@ -89,6 +89,19 @@ Shown shown(KTVPlugInModule& module, const QString& path)
     return made;
 }
 
+Shown shown(KTVPlugInModule& module, const QString& path)
+{
+    return shown(module, plotix::SiteDocument::open(path));
+}
+
+/// From the request for other records to what is painted of them.
+void show(const Shown& trend, double from, double to)
+{
+    plotix::showRange(trend.plugIn.get(), from, to);
+    plotix::waitForRecords(*trend.trend.agent);
+    Shown::settle();
+}
+
 void firstFrame(benchmark::State& state, KTVPlugInModule& module, const QString& path, bool isCold)
 {
     const double before = residentBytes();
@@ -104,6 +117,39 @@ void firstFrame(benchmark::State& state, KTVPlugInModule& module, const QString&
     }
     state.counters["memory_MB"] = held / 1e6;
     state.counters["bytes_per_sample"] = held / (records * kDecadeProperties);
+}
+
+/// The first frame of another trend of the same records, while one is shown.
+void secondTrend(benchmark::State& state, KTVPlugInModule& module, const QString& path)
+{
+    const Shown first = shown(module, path);
+    const double before = residentBytes();
+    double held = 0;
+    for (auto unused : state) {
+        const Elapsed elapsed;
+        const Shown second = shown(module, first.trend.document);
+        state.SetIterationTime(elapsed.seconds());
+        held = residentBytes() - before;
+    }
+    state.counters["memory_MB"] = held / 1e6;
+}
+
+/// A range that is moved on by a share of its length, or by so many seconds, again and again, from one end of the
+/// records to the other.
+void movedRange(benchmark::State& state, KTVPlugInModule& module, const QString& path, double share, double step)
+{
+    const Shown drawn = shown(module, path);
+    const double first = drawn.trend.from->seconds, last = drawn.trend.to->seconds;
+    const double length = (1 - share) * (last - first) - 100 * step;
+    const double by = share * (last - first) + step;
+    double from = first;
+    show(drawn, from, from + length);
+    for (auto unused : state) {
+        from = from + by + length <= last ? from + by : first;
+        const Elapsed elapsed;
+        show(drawn, from, from + length);
+        state.SetIterationTime(elapsed.seconds());
+    }
 }
 
 void send(QWidget* to, QEvent::Type type, const QPointF& at, Qt::MouseButton button, Qt::MouseButtons buttons)
@@ -235,6 +281,17 @@ void registerCases(KTVPlugInModule& module, std::size_t records, const std::stri
             ->Iterations(1);
     add(name + "/pan", records,
         [&module](benchmark::State& state, const QString& path) { pan(state, shown(module, path)); });
+    add(name + "/second-trend", records,
+        [&module](benchmark::State& state, const QString& path) { secondTrend(state, module, path); })
+        ->UseManualTime()
+        ->Iterations(3);
+    for (const bool isTick : {false, true})
+        add(name + (isTick ? "/tick" : "/shifted"), records,
+            [&module, isTick](benchmark::State& state, const QString& path) {
+                movedRange(state, module, path, isTick ? 0 : 0.1, isTick ? 1 : 0);
+            })
+            ->UseManualTime()
+            ->Iterations(8);
     add(name + "/table", records,
         [&module](benchmark::State& state, const QString& path) { table(state, shown(module, path)); });
     add(name + "/zoom", records, [&module](benchmark::State& state, const QString& path) { zoom(state, module, path); })

@@ -65,7 +65,7 @@ void compute(const SiteDocument& document, RowId agent, AgentInfo::Property& inf
     const RowId id = info.property->description().id;
     if (const FormulaPlan plan = planProperty(*document.formulaDirectory(), id); plan.problem)
         info.problem = sentenceOf(*plan.problem);
-    else if (const auto refusal = refusalToRead(*document.records(), {agent, {id}, {}, {}}, memoryBudget()))
+    else if (const auto refusal = refusalToReadColumns(*document.records(), {agent, {id}, {}, {}}, memoryBudget()))
         info.problem = *refusal;
     else
         info.statistics = document.records()->statistics(agent, id);

@@ -19,11 +19,6 @@ constexpr double kReadingPart = 0.8;
 /// A span that is up to so many times as long is read in place of another one.
 constexpr double kHardlyLonger = 2;
 
-std::optional<double> bound(double time)
-{
-    return std::isinf(time) ? std::nullopt : std::optional(time);
-}
-
 QString notWorkedOut(const QString& name, const FormulaProblem& problem)
 {
     return QCoreApplication::translate("FormulaText", "“%1” cannot be computed: %2").arg(name, sentenceOf(problem));
@@ -40,6 +35,18 @@ ComputedReading::ComputedReading(RecordStore& stored, const FormulaDirectory& di
     for (const RowId property : wanted.properties)
         collect(wanted.agent, property, m_span);
     shareReads();
+}
+
+std::optional<double> ComputedReading::bound(double time)
+{
+    return std::isinf(time) ? std::nullopt : std::optional(time);
+}
+
+/// What is needed to work out the span.
+ComputedReading::Span ComputedReading::around(const FormulaProgram& program, const Span& span)
+{
+    const FormulaReach& reach = program.reach;
+    return {reach.fromBeginning ? -kOpen : span.from - reach.before, span.to + reach.after};
 }
 
 std::shared_ptr<const FormulaProgram> programOf(const FormulaDirectory& directory, RowId property)
@@ -62,11 +69,9 @@ void ComputedReading::collect(RowId agent, RowId property, const Span& span)
     std::shared_ptr<const FormulaProgram>& kept = m_programs[property];
     if (!kept)
         kept = programOf(m_directory, property);
-    const FormulaProgram& program = *kept;
-    const FormulaReach& reach = program.reach;
-    const Span around{reach.fromBeginning ? -kOpen : span.from - reach.before, span.to + reach.after};
-    for (const FormulaInput& input : program.inputs)
-        collect(input.agent, input.property, around);
+    const std::shared_ptr<const FormulaProgram> program = kept;
+    for (const FormulaInput& input : program->inputs)
+        collect(input.agent, input.property, around(*program, span));
 }
 
 void ComputedReading::shareReads()
@@ -118,11 +123,9 @@ bool ComputedReading::readParts(const ArchiveProgress& progress)
 std::optional<FormulaSeries> ComputedReading::computed(RowId property, const Span& span)
 {
     const FormulaProgram& program = *m_programs.at(property);
-    const FormulaReach& reach = program.reach;
-    const Span around{reach.fromBeginning ? -kOpen : span.from - reach.before, span.to + reach.after};
     std::vector<FormulaSeries> inputs;
     for (const FormulaInput& input : program.inputs) {
-        std::optional<FormulaSeries> values = series(input.agent, input.property, around);
+        std::optional<FormulaSeries> values = series(input.agent, input.property, around(program, span));
         if (!values)
             return std::nullopt;
         inputs.push_back(std::move(*values));

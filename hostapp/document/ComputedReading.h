@@ -24,8 +24,11 @@ public:
     std::vector<RecordPart> parts() const;
     /// Nothing when it was stopped.
     std::optional<RecordBlock> read(const ArchiveProgress& progress);
+    /// The same values to the bit as promises, gone through once: nothing is in memory but pages, and little of each.
+    std::optional<RecordColumns> columns(const std::shared_ptr<PageCache>& cache, const ArchiveProgress& progress);
 
 private:
+    class Paged;
     /// Times as bounds: infinite where they are open.
     struct Span {
         double from = 0, to = 0;
@@ -36,6 +39,8 @@ private:
         std::optional<Span> within;  // a longer one that is read instead
         RecordBlock block;
     };
+    static std::optional<double> bound(double time);
+    static Span around(const FormulaProgram& program, const Span& span);
     void collect(RowId agent, RowId property, const Span& span);
     void shareReads();  // what lies within a part that is hardly longer is not read twice
     bool readParts(const ArchiveProgress& progress);

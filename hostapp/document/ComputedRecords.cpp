@@ -2,19 +2,14 @@
 
 #include "hostapp/document/ComputedReading.h"
 #include "hostapp/document/MemoryBudget.h"
-#include "hostapp/formulas/ExactSum.h"
 
 #include <algorithm>
 #include <array>
-#include <cmath>
 #include <limits>
 
 namespace plotix {
 
 namespace {
-
-/// Statistics are worked out of so many records at a time, so that no archive is too long for them.
-constexpr std::size_t kRecordsAtATime = std::size_t{1} << 22;
 
 bool isAnyOf(const std::set<RowId>& computed, std::span<const RowId> properties)
 {
@@ -22,34 +17,24 @@ bool isAnyOf(const std::set<RowId>& computed, std::span<const RowId> properties)
            std::any_of(properties.begin(), properties.end(), [&](RowId each) { return computed.contains(each); });
 }
 
-/// Adds up what is valid, block by block.
-class Counting {
-public:
-    void take(const RecordBlock& block)
-    {
-        const RecordBlock::Column& column = block.columns.front();
-        for (std::size_t i = 0; i < column.values.size(); ++i) {
-            const double value = column.values[i];
-            if (!column.validity.isValid(i) || std::isnan(value))
-                continue;
-            m_found.minimum = m_found.valid == 0 ? value : std::min(m_found.minimum, value);
-            m_found.maximum = m_found.valid == 0 ? value : std::max(m_found.maximum, value);
-            m_sum.add(value);
-            ++m_found.valid;
-        }
-    }
-    ColumnStatistics found() const
-    {
-        ColumnStatistics found = m_found;
-        if (found.valid > 0)
-            found.average = m_sum.value() / static_cast<double>(found.valid);
+ColumnStatistics statisticsOf(const RecordColumns::Column& column)
+{
+    ColumnStatistics found;
+    found.valid = column.total->valid;
+    if (found.valid == 0)
         return found;
-    }
-
-private:
-    ColumnStatistics m_found;
-    ExactSum m_sum;
-};
+    constexpr double kInfinity = std::numeric_limits<double>::infinity();
+    found.minimum = kInfinity;
+    found.maximum = -kInfinity;
+    column.runs->inPieces([&found](const ValueRuns& piece) {
+        for (std::size_t run = 0; run < piece.count(); ++run) {
+            found.minimum = std::min(found.minimum, piece.least[run]);
+            found.maximum = std::max(found.maximum, piece.greatest[run]);
+        }
+    });
+    found.average = column.total->sum.mean(found.valid);
+    return found;
+}
 
 }  // namespace
 
@@ -156,13 +141,12 @@ std::optional<RecordColumns> ComputedRecords::columns(RowId agent, std::span<con
                                                       const ArchiveProgress& progress)
 {
     const auto known = site();
-    return isAnyOf(known->computed, properties) ? RecordStore::columns(agent, properties, from, to, cache, progress)
-                                                : m_stored->columns(agent, properties, from, to, cache, progress);
-}
-
-bool ComputedRecords::unpacksOnDemand(std::span<const RowId> properties) const
-{
-    return !isAnyOf(site()->computed, properties) && m_stored->unpacksOnDemand(properties);
+    if (!isAnyOf(known->computed, properties))
+        return m_stored->columns(agent, properties, from, to, cache, progress);
+    if (!cache)
+        return RecordStore::columns(agent, properties, from, to, cache, progress);
+    return ComputedReading(*m_stored, *known->directory, {agent, {properties.begin(), properties.end()}, from, to})
+        .columns(cache, progress);
 }
 
 std::vector<RecordPart> ComputedRecords::partsRead(RowId agent, std::span<const RowId> properties,
@@ -203,29 +187,9 @@ ColumnStatistics ComputedRecords::statistics(RowId agent, RowId property, std::o
     const auto known = site();
     if (!known->computed.contains(property))
         return m_stored->statistics(agent, property, from, to, source);
-    const auto program = programOf(*known->directory, property);
-    constexpr double kOpen = std::numeric_limits<double>::infinity();
-    Counting counting;
-    const auto take = [&](double first, double last) {
-        const RowId asked[] = {property};
-        if (const auto block = read(agent, asked, std::isinf(first) ? std::nullopt : std::optional(first),
-                                    std::isinf(last) ? std::nullopt : std::optional(last)))
-            counting.take(*block);
-    };
-    double begin = from.value_or(-kOpen);
-    std::size_t records = 0;
-    if (!program->reach.fromBeginning)  // a part of it would read everything before
-        for (const RecordOverview::Run& run : m_stored->overview(program->agents.front(), {}, from, to).runs) {
-            records += run.records;
-            if (records >= kRecordsAtATime && run.t1 > begin) {
-                take(begin, run.t1);
-                begin = std::nextafter(run.t1, kOpen);
-                records = 0;
-            }
-        }
-    if (begin <= to.value_or(kOpen))
-        take(begin, to.value_or(kOpen));
-    return counting.found();
+    const RowId asked[] = {property};
+    const std::optional<RecordColumns> columns = this->columns(agent, asked, from, to, programPages());
+    return statisticsOf(columns->columns.front());
 }
 
 CompactionResult ComputedRecords::compact(const CompactionRequest& request, const ArchiveProgress& progress)
@@ -248,6 +212,11 @@ std::optional<QString> refusalToRead(RecordStore& store, const RecordPart& wante
             return refusal;
     }
     return std::nullopt;
+}
+
+std::optional<QString> refusalToReadColumns(RecordStore& store, const RecordPart& wanted, std::uint64_t budget)
+{
+    return store.unpacksOnDemand(wanted.properties) ? std::nullopt : refusalToRead(store, wanted, budget);
 }
 
 }  // namespace plotix

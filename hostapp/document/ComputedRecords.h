@@ -45,11 +45,15 @@ public:
     /// FormulaNotWorkedOut.
     std::optional<RecordBlock> read(RowId agent, std::span<const RowId> properties, std::optional<double> from,
                                     std::optional<double> to, const ArchiveProgress& progress = {}) override;
-    /// With a computed property among those asked for, everything is read.
+    /// A computed property is gone through once, page by page, and worked out anew where somebody looks; its values
+    /// have the bits that `read` gives. Throws FormulaNotWorkedOut, and where it cannot be gone through.
     std::optional<RecordColumns> columns(RowId agent, std::span<const RowId> properties, std::optional<double> from,
                                          std::optional<double> to, const std::shared_ptr<PageCache>& cache,
                                          const ArchiveProgress& progress = {}) override;
-    bool unpacksOnDemand(std::span<const RowId> properties) const override;
+    bool unpacksOnDemand(std::span<const RowId> properties) const override
+    {
+        return m_stored->unpacksOnDemand(properties);
+    }
     std::vector<RecordPart> partsRead(RowId agent, std::span<const RowId> properties, std::optional<double> from,
                                       std::optional<double> to) override;
     /// Throws FormulaNotWorkedOut.
@@ -79,7 +83,10 @@ private:
     std::shared_ptr<const Site> m_site;  // never null
 };
 
-/// Why such a read would not fit into memory; nothing: it fits.
+/// Why such a read, of everything at once, would not fit into memory; nothing: it fits.
 std::optional<QString> refusalToRead(RecordStore& store, const RecordPart& wanted, std::uint64_t budget);
+
+/// The same where the store has to read everything at once; else nothing.
+std::optional<QString> refusalToReadColumns(RecordStore& store, const RecordPart& wanted, std::uint64_t budget);
 
 }  // namespace plotix

@@ -1,5 +1,6 @@
 #include "hostapp/document/FormulaPreview.h"
 
+#include "base/PagedReading.h"
 #include "hostapp/document/ComputedRecords.h"
 #include "hostapp/document/MemoryBudget.h"
 #include "hostapp/formulas/FormulaPlan.h"
@@ -34,12 +35,14 @@ std::shared_ptr<const FormulaDirectory> withFormula(const FormulaDirectory& dire
     return changed;
 }
 
-void takeLast(FormulaPreview& preview, const RecordBlock& block, std::size_t most)
+void takeLast(FormulaPreview& preview, const RecordColumns& columns, std::size_t most)
 {
     preview.last.clear();
-    for (std::size_t i = block.times.size(); i-- > 0 && preview.last.size() < most;)
-        if (block.columns.front().validity.isValid(i))
-            preview.last.emplace_back(block.times[i], block.columns.front().values[i]);
+    const RecordColumns::Column& column = columns.columns.front();
+    const PagedReader<double> times(columns.times), values(column.values);
+    for (std::size_t i = times.size(); i-- > 0 && preview.last.size() < most;)
+        if (const double value = values[i]; column.validity.isValid(i))
+            preview.last.emplace_back(times[i], value);
     std::reverse(preview.last.begin(), preview.last.end());
 }
 
@@ -66,12 +69,13 @@ FormulaPreview previewOf(const std::shared_ptr<RecordStore>& records,
         return preview;
     for (const double length : {kFirstSpan, kNextSpan, 30 * kNextSpan, kLastSpan, extent->last - extent->first}) {
         const double from = extent->last - length;
-        if (const auto refusal = refusalToRead(computed, {agent, {asked[0]}, from, extent->last}, memoryBudget())) {
+        if (const auto refusal =
+                refusalToReadColumns(computed, {agent, {asked[0]}, from, extent->last}, memoryBudget())) {
             preview.failure = *refusal;
             break;
         }
-        if (const auto block = computed.read(agent, asked, from, extent->last))
-            takeLast(preview, *block, most);
+        if (const auto columns = computed.columns(agent, asked, from, extent->last, programPages()))
+            takeLast(preview, *columns, most);
         if (preview.last.size() == most || from <= extent->first)
             break;
     }

@@ -5,6 +5,7 @@
 #include "hostapp/document/AgentAnnotations.h"
 #include "hostapp/document/ArchiveManager.h"
 #include "hostapp/document/SiteDocument.h"
+#include "records/store/RecordStore.h"
 
 #include <algorithm>
 #include <array>

@@ -2,9 +2,10 @@
 
 #include "base/LargeMemory.h"
 #include "hostapp/formulas/FormulaBlocks.h"
+#include "hostapp/formulas/FormulaJoining.h"
+#include "hostapp/formulas/PlainSeries.h"
 
 #include <algorithm>
-#include <cmath>
 #include <limits>
 
 namespace plotix {
@@ -72,28 +73,8 @@ FormulaSeries joined(const FormulaSeries& series, const SharedArray<double>& tim
         return {times, series.values, series.validity};
     const SharedArray<double> own = plainValues(series.values, series.validity);
     const auto values = unsetArray<double>(times.size());
-    constexpr std::size_t kNowhere = std::numeric_limits<std::size_t>::max();
-    std::size_t next = 0, last = kNowhere;  // the next element that is not past, the last value that is
-    for (std::size_t i = 0; i < times.size(); ++i) {
-        const double time = times[i];
-        for (; next < own.size() && series.times[next] <= time; ++next)
-            if (std::isfinite(own[next]))
-                last = next;
-        double value = kNone;
-        if (last != kNowhere && series.times[last] == time) {
-            value = own[last];
-        } else if (last != kNowhere && join == PropertyFormula::Join::HoldLast) {
-            value = time - series.times[last] <= longestGap ? own[last] : kNone;
-        } else if (last != kNowhere) {
-            std::size_t after = next;
-            while (after < own.size() && !std::isfinite(own[after]) && series.times[after] - time <= longestGap)
-                ++after;
-            const double length = after < own.size() ? series.times[after] - series.times[last] : longestGap + 1;
-            if (length <= longestGap)
-                value = own[last] + (own[after] - own[last]) * ((time - series.times[last]) / length);
-        }
-        values.get()[i] = value;
-    }
+    const PlainSeries source{series.times.span(), own.span()}, at{times.span(), {}};
+    JoiningCourse().run(source, at, join, longestGap, 0, {values.get(), times.size()});
     return seriesOf(times, values);
 }
 
@@ -101,15 +82,10 @@ FormulaSeries placed(const FormulaSeries& series, const SharedArray<double>& tim
 {
     if (areSame(series.times, times))
         return {times, series.values, series.validity};
+    const SharedArray<double> own = plainValues(series.values, series.validity);
     const auto values = unsetArray<double>(times.size());
-    std::size_t next = 0;
-    for (std::size_t i = 0; i < times.size(); ++i) {
-        while (next < series.times.size() && series.times[next] < times[i])
-            ++next;
-        const bool isThere =
-            next < series.times.size() && series.times[next] == times[i] && series.validity.isValid(next);
-        values.get()[i] = isThere ? series.values[next] : kNone;
-    }
+    const PlainSeries source{series.times.span(), own.span()}, at{times.span(), {}};
+    PlacingCourse().run(source, at, 0, {values.get(), times.size()});
     return seriesOf(times, values);
 }
 

@@ -167,6 +167,15 @@ void sendToReadSpans(KTVPlugIn* plugIn, const char* operation, bool chosen)
         QMetaObject::invokeMethod(told, operation, Qt::DirectConnection, Q_ARG(bool, chosen));
 }
 
+bool lacksRecords(const KTVPlugIn* plugIn)
+{
+    bool lacks = false;
+    if (plugIn && plugIn->metaObject()->indexOfMethod("lacksRecords()") >= 0)
+        QMetaObject::invokeMethod(const_cast<KTVPlugIn*>(plugIn), "lacksRecords", Qt::DirectConnection,
+                                  Q_RETURN_ARG(bool, lacks));
+    return lacks;
+}
+
 std::vector<QString> footnoteTexts(const KTVPlugIn& plugIn)
 {
     QVariantList notes;

@@ -62,6 +62,9 @@ void drawGraphOnPaper(KTVPlugIn* plugIn, QPainter& painter, const QRectF& rect);
 /// one that tells none.
 std::vector<QString> footnoteTexts(const KTVPlugIn& plugIn);
 
+/// Whether records of what the plug-in has drawn could not be read; false for one that cannot tell.
+bool lacksRecords(const KTVPlugIn* plugIn);
+
 /// The plug-in's options of reading that were chosen, by name; nothing when it has no such options.
 std::optional<QVariantMap> reading(const KTVPlugIn* plugIn);
 void setReading(KTVPlugIn* plugIn, const QVariantMap& options);  ///< one that has none: nothing

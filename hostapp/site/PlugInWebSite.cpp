@@ -1,8 +1,10 @@
 #include "hostapp/site/PlugInWebSite.h"
 
 #include "base/MainQueue.h"
+#include "base/ReportableError.h"
 #include "hostapp/site/PlugInOperations.h"
 #include "hostapp/site/RangedPicture.h"
+#include "hostapp/site/TrendPicture.h"
 
 #include <QtCore/QFileInfo>
 
@@ -76,7 +78,8 @@ std::vector<WebView> PlugInWebSite::viewsWithFootnotes() const
     MainQueue::main().sync([&] {
         for (std::size_t index = 0; index < listed.items().size(); ++index) {
             const KTVPlugInPtr& plugIn = listed.asked()[index];
-            views.push_back({plugIn->uniqueIdentifier(), listed.items()[index]->title(), footnoteTexts(*plugIn)});
+            views.push_back({plugIn->uniqueIdentifier(), listed.items()[index]->title(), footnoteTexts(*plugIn),
+                             lacksRecords(plugIn.get())});
         }
     });
     return views;
@@ -91,30 +94,70 @@ QString PlugInWebSite::advertisement(const QUrl& baseUrl)
     return fragments;
 }
 
+namespace {
+
+/// A view's picture, as its address names it.
+struct AskedPicture {
+    QString identifier;
+    FileKind format;
+
+    static std::optional<AskedPicture> of(const QUrl& url)
+    {
+        const QStringList segments = url.path().split(u'/', Qt::SkipEmptyParts);
+        const QString file = segments.value(segments.size() - 1);
+        const bool isPdf = file.endsWith(QLatin1String(".pdf"));
+        if (!isPdf && !file.endsWith(QLatin1String(".png")))
+            return std::nullopt;
+        return AskedPicture{file.chopped(4), isPdf ? FileKind::Pdf : FileKind::Png};
+    }
+    WebRendering rendering(const QByteArray& data) const
+    {
+        return {data, format == FileKind::Pdf ? QStringLiteral("application/pdf") : QStringLiteral("image/png")};
+    }
+};
+
+/// Of a view that lacks records, so that whoever sees nothing but the picture is told; empty: it lacks none.
+QByteArray pictureThatTells(const KTVPlugInPtr& plugIn, FileKind format)
+{
+    QByteArray picture;
+    MainQueue::main().sync([&] {
+        try {
+            if (lacksRecords(plugIn.get()))
+                picture = pictureTelling(
+                    plugIn,
+                    {.format = format, .size = QSizeF(kUsualGraphSize), .density = 1, .title = titleOf(*plugIn)});
+        } catch (const ReportableError&) {  // then the plug-in's own picture stands
+        }
+    });
+    return picture;
+}
+
+}  // namespace
+
 std::optional<WebRendering> PlugInWebSite::rendering(const QUrl& url)
 {
     const Listed listed(m_sourceList, toolbarPlugIn());
+    std::optional<WebRendering> found;
     for (const KTVPlugInPtr& plugIn : listed.asked())
-        if (const auto response = plugIn->webServiceResponseForRequest({url}))
-            return WebRendering{response->data(), response->contentType()};
-    return std::nullopt;
+        if (const auto response = found ? nullptr : plugIn->webServiceResponseForRequest({url}))
+            found = WebRendering{response->data(), response->contentType()};
+    const std::optional<AskedPicture> asked = found ? AskedPicture::of(url) : std::nullopt;
+    for (const KTVPlugInPtr& plugIn : listed.asked())
+        if (asked && plugIn->uniqueIdentifier() == asked->identifier)
+            if (const QByteArray picture = pictureThatTells(plugIn, asked->format); !picture.isEmpty())
+                return asked->rendering(picture);
+    return found;
 }
 
 std::optional<WebRendering> PlugInWebSite::renderingOver(const WebRange& range, const QUrl& url)
 {
-    const QStringList segments = url.path().split(u'/', Qt::SkipEmptyParts);
-    const QString file = segments.value(segments.size() - 1);
-    const bool isPdf = file.endsWith(QLatin1String(".pdf"));
-    if (!isPdf && !file.endsWith(QLatin1String(".png")))
-        return std::nullopt;
-    const QString identifier = file.chopped(4);
+    const std::optional<AskedPicture> asked = AskedPicture::of(url);
     const Listed listed(m_sourceList);
     for (const KTVPlugInPtr& plugIn : listed.asked())
-        if (plugIn->uniqueIdentifier() == identifier) {
-            const QByteArray picture =
-                RangedPicture(m_site, plugIn, {range.from, range.to}).made(isPdf ? FileKind::Pdf : FileKind::Png);
+        if (asked && plugIn->uniqueIdentifier() == asked->identifier) {
+            const QByteArray picture = RangedPicture(m_site, plugIn, {range.from, range.to}).made(asked->format);
             if (!picture.isEmpty())
-                return WebRendering{picture, isPdf ? QStringLiteral("application/pdf") : QStringLiteral("image/png")};
+                return asked->rendering(picture);
         }
     return std::nullopt;
 }

@@ -72,7 +72,7 @@ QByteArray RangedPicture::made(FileKind format)
     QByteArray picture;
     MainQueue::main().sync([&] {
         try {
-            picture = pictureOf(
+            picture = pictureTelling(
                 m_copy, {.format = format, .size = QSizeF(kUsualGraphSize), .density = 1, .title = titleOf(*m_copy)});
         } catch (const ReportableError&) {  // then there is none
         }

@@ -36,4 +36,15 @@ QByteArray pictureOf(const KTVPlugInPtr& trend, const TrendPicture& picture)
                  : pngOf(graphImage(trend.get(), picture.size, picture.density, picture.title));
 }
 
+QByteArray pictureTelling(const KTVPlugInPtr& trend, const TrendPicture& picture)
+{
+    QByteArray made = pictureOf(trend, picture);
+    if (made.isEmpty() || !lacksRecords(trend.get()))
+        return made;
+    TrendPicture telling = picture;
+    telling.title = (picture.title.isEmpty() ? QStringLiteral("%1") : picture.title + QStringLiteral(" – %1"))
+                        .arg(QStringLiteral("some records could not be read"));
+    return pictureOf(trend, telling);
+}
+
 }  // namespace plotix

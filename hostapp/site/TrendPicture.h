@@ -24,4 +24,7 @@ struct TrendPicture {
 /// records must be there. Throws ReportableError.
 QByteArray pictureOf(const KTVPlugInPtr& trend, const TrendPicture& picture);
 
+/// The same for people who see nothing else of the trend: its title says so where records could not be read.
+QByteArray pictureTelling(const KTVPlugInPtr& trend, const TrendPicture& picture);
+
 }  // namespace plotix

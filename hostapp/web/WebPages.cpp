@@ -52,6 +52,8 @@ QString viewCard(const WebView& view, const QString& query)
 {
     const QString file = escaped(QString::fromLatin1(QUrl::toPercentEncoding(view.identifier)));
     QString notes;
+    if (query.isEmpty() && view.lacksRecords)
+        notes += QStringLiteral("<p class=\"footnote\">Some records could not be read.</p>\n");
     if (query.isEmpty())  // they are about the times that the view itself shows
         for (const QString& note : view.footnotes)
             notes += QStringLiteral("<p class=\"footnote\">%1</p>\n").arg(escaped(note));

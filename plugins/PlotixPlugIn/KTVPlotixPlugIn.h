@@ -190,6 +190,7 @@ public:
     Q_INVOKABLE QVariantMap reportContents() const;
     /// The notes of the times shown: maps with "number", "time", "text" and "author"; also "notes" of the above.
     Q_INVOKABLE QVariantList footnotes() const;
+    Q_INVOKABLE bool lacksRecords() const;  ///< of what is drawn some could not be read when it was looked at
     Q_INVOKABLE void drawGraphOnPaper(QPainter* painter, const QRectF& rect);  ///< points; dark on white, no titles
 
     // Statistics table.

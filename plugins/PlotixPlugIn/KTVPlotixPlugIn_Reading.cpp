@@ -187,3 +187,16 @@ void KTVPlotixPlugIn::showValuesScaled(QObject* /*sender*/)
     }
     m_graph->defaultPlotSpace()->setYRange({lowest, highest - lowest});
 }
+
+bool KTVPlotixPlugIn::lacksRecords() const
+{
+    const auto lacks = [](const CPTPointSeriesPtr& series) {
+        const auto hasFailed = [](const std::shared_ptr<const plotix::PagedMemory>& memory) {
+            return memory && memory->standInsHeld() > 0;
+        };
+        return series && (hasFailed(series->x().memory()) || hasFailed(series->y().memory()));
+    };
+    const std::vector<CPTScatterPlotPtr> plots = m_graph ? m_graph->allPlots() : std::vector<CPTScatterPlotPtr>();
+    return std::any_of(plots.begin(), plots.end(),
+                       [&](const auto& plot) { return lacks(plot->series()) || lacks(plot->valueSeries()); });
+}

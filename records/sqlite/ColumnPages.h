@@ -3,6 +3,7 @@
 #include "base/PagedMemory.h"
 #include "records/sqlite/ReaderMark.h"
 #include "records/sqlite/SegmentReader.h"
+#include "records/sqlite/SpanNotes.h"
 #include "records/store/RecordColumns.h"
 
 #include <memory>
@@ -28,6 +29,7 @@ struct PackedSpan {
     const Records tail;                      ///< the records behind them
     const std::unique_ptr<ReaderMark> mark;  ///< null: chunks that are removed may be gone
     const std::shared_ptr<ColumnFailure> failure = std::make_shared<ColumnFailure>();
+    const std::unique_ptr<SpanNotes> notes = std::make_unique<SpanNotes>();
 };
 
 /// The values of a property with their validity, or the times. See RecordColumns for what stands where something cannot
@@ -39,11 +41,17 @@ public:
         RowId property = kTimes;
         std::vector<bool> absent;
         bool isAllValid = true;
+        friend bool operator==(const Kind&, const Kind&) = default;
     };
     ColumnPages(std::shared_ptr<PageCache> cache, std::shared_ptr<const PackedSpan> span, Kind kind);
 
     PagedArray<double> values() const { return {shared_from_this(), m_values, elements()}; }
     ValidityBitmap validity() const;
+    /// Whether the other one would serve as well.
+    bool isLike(const ColumnPages& other) const
+    {
+        return cache() == other.cache() && m_span == other.m_span && m_kind == other.m_kind;
+    }
 
 private:
     class Unpacking;

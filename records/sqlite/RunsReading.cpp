@@ -31,8 +31,14 @@ constexpr std::size_t kIndexesToValues = 8;
 }  // namespace
 
 RunsReading::RunsReading(ReadConnections& lender, const std::vector<ChunkPart>& parts,
-                         std::span<const RowId> properties, std::size_t ofAgent, std::vector<Outline> outlines)
-    : m_lender(lender), m_parts(parts), m_properties(properties), m_ofAgent(ofAgent), m_outlines(std::move(outlines))
+                         std::span<const RowId> properties, std::size_t ofAgent, std::vector<Outline> outlines,
+                         const NotedOutlines& noted)
+    : m_lender(lender),
+      m_parts(parts),
+      m_properties(properties),
+      m_ofAgent(ofAgent),
+      m_outlines(std::move(outlines)),
+      m_noted(noted)
 {
     cut();
 }
@@ -64,9 +70,14 @@ void RunsReading::cut()
 KnownRuns RunsReading::of(RunsInWork& runs, const Piece& piece) const
 {
     const auto parts = std::span<const ChunkPart>(m_parts).subspan(piece.first, piece.count);
-    if (piece.outline)
-        if (std::optional<KnownRuns> outlined = runs.of(*piece.outline, parts))
+    if (piece.outline) {
+        if (std::optional<KnownRuns> noted = m_noted.of(*piece.outline, parts, m_properties))
+            return std::move(*noted);
+        if (std::optional<KnownRuns> outlined = runs.of(*piece.outline, parts)) {
+            m_noted.keep(*piece.outline, parts, m_properties, *outlined);
             return std::move(*outlined);
+        }
+    }
     return runs.of(parts);
 }
 

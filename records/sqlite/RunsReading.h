@@ -1,6 +1,7 @@
 #pragma once
 
 #include "records/sqlite/RunsInWork.h"
+#include "records/sqlite/SharedSpans.h"
 
 #include <atomic>
 #include <exception>
@@ -16,9 +17,9 @@ namespace plotix {
 /// Borrows everything; used once, on the caller's thread.
 class RunsReading {
 public:
-    /// `outlines`: those of the parts' agent, in time order.
+    /// `outlines`: those of the parts' agent, in time order. `noted`: what is not read anew.
     RunsReading(ReadConnections& lender, const std::vector<ChunkPart>& parts, std::span<const RowId> properties,
-                std::size_t ofAgent, std::vector<Outline> outlines);
+                std::size_t ofAgent, std::vector<Outline> outlines, const NotedOutlines& noted);
 
     /// Adds to `known` in the order of the parts. `progress` is called on this thread only, with fractions that never
     /// decrease. False when it stopped the reading. Throws ReportableError.
@@ -48,6 +49,7 @@ private:
     const std::span<const RowId> m_properties;
     const std::size_t m_ofAgent;
     const std::vector<Outline> m_outlines;
+    const NotedOutlines& m_noted;
     std::vector<Piece> m_pieces;
     bool m_worksOutLongRuns = false;
 

@@ -15,6 +15,8 @@
 /// each call promises.
 namespace plotix {
 
+class SharedSpans;
+
 class SqliteReader {
 public:
     explicit SqliteReader(std::shared_ptr<ReadConnections> connections)
@@ -31,10 +33,11 @@ public:
     /// Long reads use idle cores too.
     std::optional<RecordBlock> read(RowId agent, std::span<const RowId> properties, std::optional<double> from,
                                     std::optional<double> to, const ArchiveProgress& progress);
-    /// What is longer than a page is paged. *Shares* the cache, and the lender from then on.
+    /// What is longer than a page is paged. *Shares* the cache, and the lender from then on. `spans`: what others show,
+    /// which is taken from there.
     std::optional<RecordColumns> columns(RowId agent, std::span<const RowId> properties, std::optional<double> from,
                                          std::optional<double> to, const std::shared_ptr<PageCache>& cache,
-                                         const ArchiveProgress& progress);
+                                         const ArchiveProgress& progress, SharedSpans& spans);
     ColumnStatistics statistics(RowId agent, RowId property, std::optional<double> from, std::optional<double> to,
                                 StatisticsFrom source);
     std::vector<Amendment> amendments(std::span<const RowId> properties, std::optional<double> from,

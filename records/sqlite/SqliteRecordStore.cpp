@@ -2,6 +2,7 @@
 
 #include "records/sqlite/ArchiveCompaction.h"
 #include "records/sqlite/ArchiveVerification.h"
+#include "records/sqlite/SharedSpans.h"
 #include "records/sqlite/SqliteAppender.h"
 #include "records/sqlite/SqliteReader.h"
 #include "records/sqlite/SqliteTransaction.h"
@@ -18,7 +19,10 @@ std::shared_ptr<RecordStore> storeOf(const Database& database)
 }  // namespace
 
 SqliteRecordStore::SqliteRecordStore(QString file, DatabaseSchema schema)
-    : m_file(std::move(file)), m_schema(std::move(schema)), m_connections(ReadConnections::ofFile(m_file, m_schema))
+    : m_file(std::move(file)),
+      m_schema(std::move(schema)),
+      m_connections(ReadConnections::ofFile(m_file, m_schema)),
+      m_spans(std::make_unique<SharedSpans>())
 {
 }
 
@@ -67,7 +71,7 @@ std::optional<RecordColumns> SqliteRecordStore::columns(RowId agent, std::span<c
                                                         const std::shared_ptr<PageCache>& cache,
                                                         const ArchiveProgress& progress)
 {
-    return SqliteReader(m_connections).columns(agent, properties, from, to, cache, progress);
+    return SqliteReader(m_connections).columns(agent, properties, from, to, cache, progress, *m_spans);
 }
 
 ColumnStatistics SqliteRecordStore::statistics(RowId agent, RowId property, std::optional<double> from,

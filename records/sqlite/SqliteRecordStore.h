@@ -16,6 +16,7 @@
 namespace plotix {
 
 class Database;
+class SharedSpans;
 
 class SqliteRecordStore final : public RecordStore {
 public:
@@ -35,7 +36,7 @@ public:
                       std::optional<double> to, RecordIndex::Detail detail) override;
     std::optional<RecordBlock> read(RowId agent, std::span<const RowId> properties, std::optional<double> from,
                                     std::optional<double> to, const ArchiveProgress& progress) override;
-    /// What is longer than a page is paged.
+    /// What is longer than a page is paged; what somebody still has of a call before is shared.
     std::optional<RecordColumns> columns(RowId agent, std::span<const RowId> properties, std::optional<double> from,
                                          std::optional<double> to, const std::shared_ptr<PageCache>& cache,
                                          const ArchiveProgress& progress) override;
@@ -55,6 +56,7 @@ private:
     const QString m_file;
     const DatabaseSchema m_schema;
     const std::shared_ptr<ReadConnections> m_connections;
+    const std::unique_ptr<SharedSpans> m_spans;
 };
 
 }  // namespace plotix

@@ -74,6 +74,18 @@ protected:
     double lookAt(std::size_t element) const { return m_values.valueAt(element); }
 };
 
+TEST_F(PagedMemoryTest, EveryHoldOfAStandInCounts)
+{
+    lookAt(0);
+    EXPECT_EQ(m_memory->standInsHeld(), 0U);
+    m_memory->breakDown(true);
+    const PagedMemory::Hold one = m_values.hold(kPage, kPage + 1), other = m_values.hold(kPage, kPage + 1);
+    EXPECT_EQ(m_memory->standInsHeld(), 2U);
+    m_memory->breakDown(false);
+    lookAt(3 * kPage);
+    EXPECT_EQ(m_memory->standInsHeld(), 2U);
+}
+
 TEST_F(PagedMemoryTest, AValueIsThereWhereSomebodyLooks)
 {
     EXPECT_EQ(lookAt(5), 15);

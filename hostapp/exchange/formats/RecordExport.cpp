@@ -35,10 +35,9 @@ void exportRecords(RecordStore& store, const RecordExport& what, const QString& 
 {
     const auto reported = [&progress](double fraction) { return !progress || progress(fraction); };
     const bool isUnpacked = store.unpacksOnDemand(what.properties);
-    if (!isUnpacked)
-        if (const auto refusal =
-                refusalToRead(store, {what.agent, what.properties, what.from, what.to}, memoryBudget()))
-            throw ReportableError(*refusal);
+    if (const auto refusal =
+            refusalToReadColumns(store, {what.agent, what.properties, what.from, what.to}, memoryBudget()))
+        throw ReportableError(*refusal);
     const double begun = isUnpacked ? kLookingUpPart : kReadingPart;
     const std::optional<RecordColumns> records =
         store.columns(what.agent, what.properties, what.from, what.to, programPages(),

@@ -23,9 +23,9 @@ struct RecordExport {
 /// Of all records of these properties, as they are archived.
 RecordExport exportOf(const SiteAgent& agent, const std::vector<std::shared_ptr<SiteProperty>>& properties);
 
-/// Reads and writes. The file's name tells the format. Throws ReportableError when the records cannot be read, or those
-/// of computed properties do not fit into memory, OutputFailure, ExportFailure and ExportCancelled; the file is then as
-/// it was.
+/// Reads and writes, page by page. The file's name tells the format. Throws ReportableError when the records cannot be
+/// read, or do not fit into memory where the store reads all of them at once, OutputFailure, ExportFailure and
+/// ExportCancelled; the file is then as it was.
 void exportRecords(RecordStore& store, const RecordExport& what, const QString& file,
                    const ExportProgress& progress = {});
 

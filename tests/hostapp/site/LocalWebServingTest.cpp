@@ -1,7 +1,10 @@
 #include "hostapp/site/LocalWebServing.h"
 
 #include "hostapp/core/Defaults.h"
+#include "hostapp/document/SiteSchema.h"
 #include "hostapp/site/PlugInOperations.h"
+#include "hostapp/site/TrendPicture.h"
+#include "storage/Database.h"
 #include "tests/hostapp/site/ServedTrendFixture.h"
 
 #include <atomic>
@@ -156,6 +159,64 @@ TEST_F(LocalWebServingTest, ATrendTakenAwayWhileItIsAskedForEndsOnTheMainThread)
     serving.stop(*working);
     browser.join();
     EXPECT_TRUE(endedOnMain);
+}
+
+/// Seventy days of minutes, too long to be read at once with so little memory, and a trend of them.
+class DamagedServingTest : public plotix::ServedTrendTest {
+protected:
+    DamagedServingTest()
+    {
+        constexpr double kFirst = 1'600'000'000;
+        std::vector<double> times;
+        for (int minute = 0; minute < 100'000; ++minute)
+            times.push_back(kFirst + minute * 60.0);
+        site.store(*station, times);
+        plotix::storeTrend(*module(), {site.document, station, station->properties().objects(), plotix::Date{kFirst},
+                                       plotix::Date{times.back()}, QStringLiteral("Long")});
+        qputenv("PLOTIX_MEMORY_BUDGET", "1 MB");
+        station.reset();
+        site.reopen();
+        qunsetenv("PLOTIX_MEMORY_BUDGET");
+        working = std::make_unique<WorkingSite>(site.document, module(), WorkingSite::Use::OnScreen);
+        working->loadPlugIns();
+        address = serving.start(*working);
+        trend = working->sourceList().plugInAt(1);
+    }
+    ~DamagedServingTest() override { serving.stop(*working); }
+
+    /// Shows the trend; its values are there to be read no more.
+    void damage()
+    {
+        trend->view();
+        working->waitForRecords();
+        plotix::Database(site.path(), plotix::siteSchema(), plotix::Database::Access::ReadWrite)
+            .execute("UPDATE segment SET data = zeroblob(length(data)) WHERE id % 1048576 > 0");
+    }
+    QByteArray picture() { return get(address, trend->uniqueIdentifier() + QStringLiteral(".png")).body; }
+    QByteArray titled(const char* title)
+    {
+        return plotix::pictureOf(trend, {.size = QSizeF(plotix::kUsualGraphSize), .density = 1, .title = title});
+    }
+
+    std::unique_ptr<WorkingSite> working;
+    plotix::LocalWebServing serving;
+    QString address;
+    KTVPlugInPtr trend;
+};
+
+TEST_F(DamagedServingTest, APictureThatLacksRecordsSaysSo)
+{
+    damage();
+    EXPECT_EQ(picture(), titled("Long – some records could not be read"));
+    EXPECT_NE(picture(), titled("Long"));
+}
+
+TEST_F(DamagedServingTest, ThePageSaysOfAViewThatItLacksRecords)
+{
+    EXPECT_FALSE(get(address).body.contains("Some records could not be read."));
+    damage();
+    picture();
+    EXPECT_EQ(get(address).body.count("Some records could not be read."), 1);
 }
 
 }  // namespace

@@ -21,6 +21,22 @@ TimeSpan lastOf(const LineRecords& line)
     return last ? TimeSpan{last->time, last->time + lastCountsFor(line)} : TimeSpan{-HUGE_VAL, -HUGE_VAL};
 }
 
+/// How often something of the lines was looked at that could not be read.
+std::size_t failedLooks(const std::vector<const LineRecords*>& lines)
+{
+    std::size_t looks = 0;
+    const auto count = [&looks](const std::shared_ptr<const PagedMemory>& memory) {
+        looks += memory ? memory->standInsHeld() : 0;
+    };
+    for (const LineRecords* line : lines) {
+        count(line->series->x().memory());
+        count(line->series->y().memory());
+        if (line->column)
+            count(line->column->archivedValues().memory());
+    }
+    return looks;
+}
+
 /// Behind the last record a view that ends while that counts has no gap yet, however far beyond it was searched.
 KeptStretches::OfLine cut(const KeptStretches::OfLine& stretches, const TimeSpan& within, double least,
                           const TimeSpan& last)
@@ -58,6 +74,7 @@ const std::vector<KeptStretches::OfLine>& KeptStretches::within(const TimeSpan& 
         // A view that was zoomed is mostly zoomed again: beyond it is looked once it is panned.
         const double beside = m_search == search ? kBeside * (shown.to - shown.from) : 0;
         m_searched = {std::max(known.from, shown.from - beside), std::min(known.to, shown.to + beside)};
+        const std::size_t failedBefore = failedLooks(lines);
         m_found.clear();
         for (const LineRecords* line : lines)
             m_found.push_back(missingStretches(*line, m_searched, least));
@@ -65,6 +82,8 @@ const std::vector<KeptStretches::OfLine>& KeptStretches::within(const TimeSpan& 
         for (const LineRecords* line : lines)
             m_last.push_back(lastOf(*line));
         m_search = std::move(search);
+        if (failedLooks(lines) != failedBefore)
+            m_search.reset();
         ++m_searches;
     }
     m_shown = shown;

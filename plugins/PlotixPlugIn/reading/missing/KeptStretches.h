@@ -8,7 +8,8 @@
 #include <vector>
 
 /// The stretches without valid records of several lines, for a view that is moved: where it is panned they are looked
-/// for beyond what is shown, and again only where a move leaves that.
+/// for beyond what is shown, and again only where a move leaves that. What was found while records could not be read is
+/// not kept: they may be read with the next look.
 ///
 /// A layer *owns* one. Main thread only.
 namespace plotix {

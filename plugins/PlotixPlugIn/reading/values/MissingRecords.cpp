@@ -13,15 +13,30 @@ namespace {
 
 constexpr std::size_t kLookedAt = 4'096;  // records of a stretch, to see whether it holds any
 
-/// An element that is no record was either never recorded, and then it has no value at all, or it keeps the value that
-/// came and is marked as not valid.
-bool isNotValid(const LineRecords& line, std::size_t element)
-{
-    if (!line.column || element >= line.column->size())
-        return false;
-    const KTVRecordColumn::Hold held = line.column->hold(element, element + 1);
-    return !line.column->isValid(element) && !std::isnan(line.column->archivedValues()[element]);
-}
+/// Tells elements that are no records apart: one was either never recorded, and then it has no value at all, or it
+/// keeps the value that came and is marked as not valid. Holds the page of the last one: what cannot be read would else
+/// be tried again for each.
+class NotValidReader {
+public:
+    explicit NotValidReader(const LineRecords& line) : m_column(line.column.get()) {}
+
+    bool isNotValid(std::size_t element)
+    {
+        if (!m_column || element >= m_column->size())
+            return false;
+        if (element < m_first || element >= m_end) {
+            m_first = element / PagedMemory::kPage * PagedMemory::kPage;
+            m_end = std::min(m_column->size(), m_first + PagedMemory::kPage);
+            m_held = m_column->hold(m_first, m_end);
+        }
+        return !m_column->isValid(element) && !std::isnan(m_column->archivedValues()[element]);
+    }
+
+private:
+    const KTVRecordColumn* m_column;
+    std::size_t m_first = 0, m_end = 0;  // what is held
+    KTVRecordColumn::Hold m_held;
+};
 
 class StretchSearch {
 public:
@@ -30,6 +45,7 @@ public:
           m_within(within),
           m_least(least),
           m_times(line.series->x()),
+          m_notValid(line),
           m_count(line.series->elementCount())
     {
     }
@@ -125,7 +141,7 @@ private:
         const std::size_t end = std::min({next, m_count, first + kLookedAt});
         bool holdsAny = false;
         for (std::size_t element = first; element < end && !holdsAny && m_times[element] <= m_within.to; ++element)
-            holdsAny = m_times[element] >= m_within.from && isNotValid(m_line, element);
+            holdsAny = m_times[element] >= m_within.from && m_notValid.isNotValid(element);
         const bool isGap = to - from > longestJoin || first == 0;
         const double shownFrom = std::max(from, m_within.from);
         const double shownTo = std::min(to, m_within.to);
@@ -138,6 +154,7 @@ private:
     const TimeSpan m_within;
     const double m_least;
     const PagedReader<double> m_times;
+    NotValidReader m_notValid;
     const std::size_t m_count;
     std::vector<MissingStretch> m_found;
 };
@@ -157,12 +174,13 @@ bool isNotValidAt(const LineRecords& line, double time)
         return false;
     std::size_t element = line.series->elementAfter(time);
     SeriesReader reader(*line.series);
+    NotValidReader notValid(line);
     // Other properties may have been recorded since: their records are none of this line.
     for (std::size_t looked = 0; element > 0 && looked < kLookedAt; ++looked) {
         --element;
         if (reader.isDrawn(element))
             return false;
-        if (isNotValid(line, element))
+        if (notValid.isNotValid(element))
             return true;
     }
     return false;

@@ -6,6 +6,7 @@
 #include "plotkit/model/PagedSeries.h"
 #include "plugins/PlotixPlugIn/logic/SeriesBuilder.h"
 #include "plugins/PlotixPlugIn/reading/values/PagedRecordPoints.h"
+#include "plugins/PlotixPlugIn/reading/values/ShownSeries.h"
 
 #include <algorithm>
 #include <atomic>
@@ -165,8 +166,14 @@ private:
 
 CPTPointSeriesPtr seriesOfRecords(const RecordTimes& time, const KTVRecordColumn& column)
 {
-    if (canBePaged(time, column))
-        return PagedMaking(time, column).made();
+    if (canBePaged(time, column)) {
+        CPTPointSeriesPtr series = shownSeries(time, column);
+        if (!series) {
+            series = PagedMaking(time, column).made();
+            noteShown(time, column, series);
+        }
+        return series;
+    }
     SeriesBuilder builder(time, column.size());
     const bool isAsArchived = column.unit() == column.descriptor().archivedUnit;
     if (column.descriptor().type == kPropertyTypeNeverPlotted) {
@@ -196,16 +203,23 @@ CPTPointSeriesPtr seriesOfRecords(const RecordTimes& time, const KTVRecordColumn
 
 std::map<QString, CPTPointSeriesPtr> seriesOfRecords(const KTVRecordDictionary& records)
 {
+    const RecordTimes& time = *records.time();
     std::map<QString, CPTPointSeriesPtr> series;
     SideBySide paged;
     for (const auto& [key, column] : records.columns()) {
         CPTPointSeriesPtr& made = series[key];
-        if (canBePaged(*records.time(), *column))
-            paged.add(*records.time(), *column, made);
-        else
-            made = seriesOfRecords(*records.time(), *column);
+        if (!canBePaged(time, *column)) {
+            made = seriesOfRecords(time, *column);
+            continue;
+        }
+        made = shownSeries(time, *column);
+        if (!made)
+            paged.add(time, *column, made);
     }
     paged.run();
+    for (const auto& [key, column] : records.columns())
+        if (canBePaged(time, *column))
+            noteShown(time, *column, series[key]);
     return series;
 }
 

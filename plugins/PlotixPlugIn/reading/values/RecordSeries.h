@@ -13,7 +13,8 @@ namespace plotix {
 /// there.
 ///
 /// A paged column of whose runs is known becomes a paged series, without a look at its values but where exceptions or
-/// infinities stand. Other paged columns, and those in a unit reached by no linear map, are read page by page.
+/// infinities stand; of the same records in the same unit all are one series. Other paged columns, and those in a unit
+/// reached by no linear map, are read page by page.
 CPTPointSeriesPtr seriesOfRecords(const RecordTimes& time, const KTVRecordColumn& column);
 
 /// Of all columns, by key; long paged ones side by side on several threads, which have ended when this answers.

@@ -1,6 +1,7 @@
 #include "hostapp/exchange/formats/RecordExport.h"
 
 #include "base/ReportableError.h"
+#include "hostapp/document/ComputedRecords.h"
 #include "hostapp/exchange/formats/FileExchange.h"
 #include "hostapp/exchange/formats/spreadsheet/Archive.h"
 #include "tests/records/sqlite/ArchiveFixture.h"
@@ -29,6 +30,24 @@ protected:
         block.columns.push_back({air, SharedArray<double>::fromVector(values), {}});
         store(block);
         store(ramp(wind, 30'000, 10));
+    }
+
+    static constexpr RowId kComputed = 1000;
+    /// The same records with a computed property.
+    std::shared_ptr<ComputedRecords> computed(const char* formula)
+    {
+        const auto directory = std::make_shared<FormulaDirectory>();
+        FormulaDirectory::Agent& only = directory->agents.emplace_back();
+        only.id = agent;
+        for (const auto& [id, name] : {std::pair(air, "air"), std::pair(wind, "wind"), std::pair(kComputed, "made")}) {
+            SiteProperty::Description& property = only.properties.emplace_back();
+            property.id = id;
+            property.name = property.propertyName = QString::fromLatin1(name);
+        }
+        only.properties.back().formula = PropertyFormula{QString::fromLatin1(formula)};
+        const auto records = std::make_shared<ComputedRecords>(opened());
+        records->setDirectory(directory);
+        return records;
     }
 
     void exportNow() { exportRecords(*opened(), wanted, out()); }
@@ -64,6 +83,19 @@ TEST_P(RecordExportTest, TheMemoryBudgetRefusesNoRecordedProperty)
     qputenv("PLOTIX_MEMORY_BUDGET", "1 kB");
     EXPECT_NO_THROW(exportNow());
     qunsetenv("PLOTIX_MEMORY_BUDGET");
+}
+
+TEST_P(RecordExportTest, NorAComputedOneWhoseFileIsThatOfEverythingInMemory)
+{
+    const auto records = computed("mean(air, 10 min) - wind");
+    const std::vector<RowId> asked{air, kComputed};
+    const RecordExport both{agent, asked, {{QStringLiteral("Air"), {}}, {QStringLiteral("Computed"), {}}}, {}, {}, {}};
+    qputenv("PLOTIX_MEMORY_BUDGET", "1 kB");
+    EXPECT_NO_THROW(exportRecords(*records, both, out()));
+    qunsetenv("PLOTIX_MEMORY_BUDGET");
+    const QByteArray byPages = content();
+    exportFile(out(), {both.columns, RecordColumns::resident(*records->read(agent, asked, {}, {})), {}});
+    EXPECT_TRUE(byPages == content());
 }
 
 TEST_P(RecordExportTest, RecordsThatCannotBeReadEndItAndTheFileIsAsItWas)

@@ -1,8 +1,12 @@
 #include "plugins/PlotixPlugIn/reading/missing/KeptStretches.h"
 
+#include "base/PageCache.h"
+#include "plotkit/model/PagedSeries.h"
 #include "tests/plugins/PlotixPlugIn/reading/values/RecordedLine.h"
 
 #include <gtest/gtest.h>
+
+#include <numeric>
 
 namespace {
 
@@ -33,6 +37,43 @@ protected:
     std::vector<LineRecords> m_lines;
     KeptStretches m_kept;
 };
+
+/// A record a second, in pages that cannot be read for a while.
+class ShakyPoints : public CPTPagedPoints {
+public:
+    ShakyPoints(std::shared_ptr<PageCache> cache, std::size_t elements) : CPTPagedPoints(std::move(cache), elements) {}
+
+    static LineRecords line(const std::shared_ptr<const ShakyPoints>& points)
+    {
+        const std::size_t count = points->elements();
+        std::vector<double> times(count);
+        std::iota(times.begin(), times.end(), 0.0);
+        const auto runs = std::make_shared<const TimeRuns>(TimeRuns{{0, count}, {0}, {times.back()}});
+        const auto values = KeptRuns::of(ValueRuns{{1}, {1}, {1}});
+        return {plotkit::pagedSeries(SharedArray<double>::fromVector(times), {runs, values, {}}, points, count),
+                nullptr, 3};
+    }
+    bool fails = false;
+
+private:
+    bool writePoints(CPTPointWriter& into) const noexcept override
+    {
+        if (!fails)
+            for (std::size_t element = into.first(); element < into.end(); ++element)
+                into.setPoint(element, 1);
+        return !fails;
+    }
+};
+
+TEST_F(KeptStretchesTest, WhatCouldNotBeReadForAMomentIsNotKeptAsMissing)
+{
+    const auto points = std::make_shared<ShakyPoints>(std::make_shared<PageCache>(0), 1000);
+    m_lines = {ShakyPoints::line(points), ShakyPoints::line(points)};
+    points->fails = true;
+    EXPECT_EQ(look(200)[0].size(), 1U);
+    points->fails = false;
+    EXPECT_EQ(look(200)[0].size(), 0U);
+}
 
 TEST_F(KeptStretchesTest, AreThoseThatASearchOfTheViewFinds)
 {

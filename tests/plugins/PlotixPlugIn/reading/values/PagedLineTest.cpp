@@ -232,6 +232,20 @@ TEST_P(PagedLineTest, QualityIsCountedTheSame)
     }
 }
 
+TEST_P(PagedLineTest, TheSameRecordsInTheSameUnitAreOneSeries)
+{
+    page();
+    const auto column = m_paged->columnForKey(kKey);
+    const CPTPointSeriesPtr shown = seriesOfRecords(*m_paged->time(), *column);
+    const auto other = std::make_shared<KTVRecordColumn>(*column);
+    EXPECT_EQ(seriesOfRecords(*m_paged->time(), *other), shown);
+    other->setUnit(QStringLiteral("degF"));
+    EXPECT_NE(seriesOfRecords(*m_paged->time(), *other), shown);
+    other->setUnit(QStringLiteral("degC"));
+    other->setException(0, nullptr);
+    EXPECT_NE(seriesOfRecords(*m_paged->time(), *other), shown);
+}
+
 TEST_P(PagedLineTest, NothingIsKeptInTheEnd)
 {
     show();
