@@ -58,9 +58,10 @@ TEST_F(OverviewTest, OfAnotherWidthIsDrawnRoughlyAndSettles)
         return QTest::qWaitFor([this] { return !graphView().property("provisional").toBool(); }, 20'000);
     };
     ASSERT_TRUE(QTest::qWaitForWindowExposed(trend().view()->window()));
+    graphView().repaint();
     ASSERT_TRUE(settles());
-    trend().view()->resize(trend().view()->width() + 12, trend().view()->height());
-    QCoreApplication::sendPostedEvents();
+    graphView().resize(graphView().width() - 12, graphView().height());
+    graphView().repaint();
     EXPECT_TRUE(graphView().property("provisional").toBool());
     const QImage picture = graphView().grab().toImage();
     EXPECT_TRUE(settles());
