@@ -38,7 +38,8 @@ public:
 /// are *shared* by all series that share them. Runs differ in length and begin anywhere. Any thread may read.
 class CPTSeriesRuns {
 public:
-    static constexpr std::size_t kGroup = 8;  ///< runs that the coarser level takes together
+    static constexpr std::size_t kGroup = 8;     ///< runs that the coarser level takes together
+    static constexpr std::size_t kBlock = 2048;  ///< and those that are taken from their source together
 
     /// Runs of the first `elements` elements. Requires: no run is empty, and inside a run x never decreases; `source`
     /// has as many runs as begin before `elements`, or more.
@@ -93,7 +94,6 @@ public:
     std::size_t bytesOfRuns() const;
 
 private:
-    static constexpr std::size_t kBlock = 2048;  // runs that are taken together
     struct Block {
         float least[kBlock], greatest[kBlock], first[kBlock];
     };

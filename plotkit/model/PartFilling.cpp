@@ -1,5 +1,7 @@
 #include "plotkit/model/PartFilling.h"
 
+#include "plotkit/model/CPTSeriesRuns.h"
+
 #include <sys/resource.h>
 #include <unistd.h>
 
@@ -46,6 +48,23 @@ bool PartFilling::fill(SeriesParts parts)
         before = std::exchange(m_parts, std::move(parts));
         ++m_request;
     }
+    return start();
+}
+
+void PartFilling::lookAt(std::vector<CPTPointSeriesPtr> series)
+{
+    std::erase_if(series, [](const CPTPointSeriesPtr& each) { return !each->runs(); });
+    const bool isAny = !series.empty();
+    {
+        const std::lock_guard lock(m_mutex);
+        m_unlooked.swap(series);  // those before go without the mutex
+    }
+    if (isAny)
+        start();
+}
+
+bool PartFilling::start()
+{
     m_asked.notify_one();
     if (m_thread.joinable())
         return true;
@@ -61,7 +80,9 @@ void PartFilling::letGo()
 {
     SeriesParts parts;
     Holds holds;
+    std::vector<CPTPointSeriesPtr> unlooked;
     const std::lock_guard lock(m_mutex);
+    unlooked.swap(m_unlooked);
     parts = std::exchange(m_parts, {});
     holds = std::exchange(m_holds, {});
     m_done = ++m_request;
@@ -79,15 +100,34 @@ bool PartFilling::isWanted(std::uint64_t request) const
     return m_request == request;
 }
 
+void PartFilling::look(const CPTPointSeries& series, std::uint64_t request) const
+{
+    const CPTSeriesRuns& runs = *series.runs();
+    for (std::size_t run = 0; run < runs.count() && isWanted(request); run += CPTSeriesRuns::kBlock)
+        runs.minMaxOf(run);
+}
+
 void PartFilling::run()
 {
     giveWay();
     std::unique_lock lock(m_mutex);
     for (;;) {
-        m_asked.wait(lock, [this] { return m_isStopping || m_done != m_request; });
+        m_asked.wait(lock, [this] { return m_isStopping || m_done != m_request || !m_unlooked.empty(); });
         if (m_isStopping)
             return;
         const std::uint64_t request = m_request;
+        if (m_done == request) {
+            CPTPointSeriesPtr series = m_unlooked.back();
+            lock.unlock();
+            look(*series, request);
+            lock.lock();
+            if (request == m_request && !m_unlooked.empty() && m_unlooked.back() == series)
+                m_unlooked.pop_back();
+            lock.unlock();
+            series.reset();
+            lock.lock();
+            continue;
+        }
         SeriesParts parts = m_parts;
         lock.unlock();
         Holds holds;

@@ -13,7 +13,8 @@
 /// Brings parts of paged series into memory, on a thread of its own, and holds them there.
 ///
 /// A view that must not wait for pages *owns* one. One thread calls it; while it lives it *shares* the series that it
-/// was asked for last. Its end stops the thread, which first fills the pages that it is at: some milliseconds.
+/// was asked for last, until it is done with them. Its end stops the thread, which first fills the pages that it is at:
+/// some milliseconds.
 namespace plotkit {
 
 class PartFilling {
@@ -27,7 +28,10 @@ public:
     /// Fills these parts and none that were asked for before; those already held stay so until it is done. False: the
     /// system has no thread for it.
     bool fill(SeriesParts parts);
-    /// Lets go of all that is held, and fills no more.
+    /// Looks at all runs of these series whenever nothing is to be filled, so that no frame need wait for them; at no
+    /// others that it was asked for before. Without a thread nothing is looked at.
+    void lookAt(std::vector<CPTPointSeriesPtr> series);
+    /// Lets go of all that is held, and fills no more and looks at no more.
     void letGo();
 
     /// What is held, once it is all that was asked for last; else nothing. A page of it that cannot be read is held as
@@ -38,6 +42,8 @@ private:
     using Holds = std::vector<CPTPointSeries::Hold>;
 
     void run();
+    bool start();
+    void look(const CPTPointSeries& series, std::uint64_t request) const;
     bool isWanted(std::uint64_t request) const;
 
     std::function<void()> m_filled;
@@ -49,7 +55,8 @@ private:
     std::uint64_t m_done = 0;     // of these, the last that was filled
     bool m_isStopping = false;
     Holds m_holds;
-    std::thread m_thread;  // of the caller; started at the first request
+    std::vector<CPTPointSeriesPtr> m_unlooked;  // series whose runs nobody has looked at yet
+    std::thread m_thread;                       // of the caller; started at the first request
 };
 
 }  // namespace plotkit

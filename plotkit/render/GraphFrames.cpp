@@ -83,7 +83,26 @@ void GraphFrames::paintGraph(QPainter& painter, const CPTXYGraph& graph, const Q
         m_painter.paintBelowLayers(painter, graph, rect, beneath);
     } else if (wasProvisional && !m_isProvisional) {
         m_filling.letGo();
+        m_lookedAt.clear();
     }
+    if (!m_isProvisional)
+        lookAhead(graph);
+}
+
+/// A wide frame looks at groups of runs alone, the narrower one after it at the runs.
+void GraphFrames::lookAhead(const CPTXYGraph& graph)
+{
+    std::vector<CPTPointSeriesPtr> paged;
+    std::vector<std::uint64_t> serials;
+    for (const CPTScatterPlotPtr& plot : graph.allPlots())
+        if (!plot->isHidden() && plot->series() && plot->series()->runs()) {
+            paged.push_back(plot->series());
+            serials.push_back(plot->series()->serial());
+        }
+    if (serials == m_lookedAt)
+        return;
+    m_lookedAt = std::move(serials);
+    m_filling.lookAt(std::move(paged));
 }
 
 }  // namespace plotkit

@@ -7,7 +7,9 @@
 #include <QtCore/QSize>
 #include <QtGui/QImage>
 
+#include <cstdint>
 #include <functional>
+#include <vector>
 
 /// Paints the frames of a view: a graph with layers is kept as a picture, so that moving a layer costs no more than
 /// copying that picture and drawing the layers.
@@ -17,7 +19,7 @@
 ///
 /// A frame that would have to wait for pages of paged series is painted at once from what their runs tell, where
 /// whoever paints allows it: it is *provisional* then, and its pages are brought into memory meanwhile. A view *owns*
-/// one. Main thread only.
+/// one. After an exact frame the runs of its series are looked at, which a narrower one will need. Main thread only.
 namespace plotkit {
 
 /// What of a graph may have changed since the frame before.
@@ -44,7 +46,11 @@ public:
     bool areLayersRough() const { return m_areLayersRough; }
     void settleLayers() { m_settlesLayers = true; }
     /// Nobody will look for a while: nothing is brought into memory, or held there.
-    void rest() { m_filling.letGo(); }
+    void rest()
+    {
+        m_filling.letGo();
+        m_lookedAt.clear();
+    }
 
 private:
     struct Look {
@@ -57,12 +63,14 @@ private:
     void keep(const CPTXYGraph& graph, const QRectF& rect, const Look& look);
     void paintLayersOf(QPainter& painter, const CPTXYGraph& graph, const QRectF& rect);
     void paintGraph(QPainter& painter, const CPTXYGraph& graph, const QRectF& rect, Beneath beneath);
+    void lookAhead(const CPTXYGraph& graph);
 
     GraphPainter m_painter;
     FrameTruth m_truth = FrameTruth::Exact;  // of the frame being painted
     bool m_isProvisional = false;
     bool m_areLayersRough = false;
     bool m_settlesLayers = false;
+    std::vector<std::uint64_t> m_lookedAt;  // serials of the series whose runs are being looked at, or were
     PartFilling m_filling;
     Look m_look;
     QImage m_picture;  // of `m_look`; null when there is none

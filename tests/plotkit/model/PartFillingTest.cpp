@@ -1,10 +1,13 @@
 #include "plotkit/model/PartFilling.h"
+
+#include "plotkit/model/CPTSeriesRuns.h"
 #include "tests/plotkit/model/PagedSeriesMaking.h"
 
 #include <gtest/gtest.h>
 
 #include <chrono>
 #include <semaphore>
+#include <thread>
 
 namespace {
 
@@ -85,6 +88,61 @@ TEST_F(PartFillingTest, IsReadBesidesByOthers)
         sum += series->y().valueAt(element) + series->x().valueAt(element);
     EXPECT_EQ(sum, 60 * 1'475'000.0);
     ASSERT_TRUE(isFilled());
+}
+
+class RunLookingTest : public PartFillingTest {
+protected:
+    RunLookingTest()
+    {
+        many = TwinSeries();
+        for (int second = 0; second < 300'000; ++second)
+            many.add(second, second % 100);
+        many.cutRuns(8, 1);
+        crowded = many.paged();
+    }
+
+    bool areAllLookedAt() const
+    {
+        return crowded->runs()->bytesOfRuns() >= 3 * sizeof(float) * crowded->runs()->count();
+    }
+    bool waitUntilAllAreLookedAt() const
+    {
+        const auto deadline = std::chrono::steady_clock::now() + std::chrono::seconds(20);
+        while (!areAllLookedAt() && std::chrono::steady_clock::now() < deadline)
+            std::this_thread::sleep_for(std::chrono::milliseconds(1));
+        return areAllLookedAt();
+    }
+
+    TwinSeries many;
+    CPTPointSeriesPtr crowded;
+};
+
+TEST_F(RunLookingTest, LooksAtAllRunsOfASeries)
+{
+    ASSERT_FALSE(areAllLookedAt());
+    filling.lookAt({series, crowded});
+    EXPECT_TRUE(waitUntilAllAreLookedAt());
+}
+
+TEST_F(RunLookingTest, FillsFirstAndLooksThen)
+{
+    filling.lookAt({crowded});
+    filling.fill(part(0, 200'000));
+    ASSERT_TRUE(isFilled());
+    EXPECT_TRUE(waitUntilAllAreLookedAt());
+    EXPECT_TRUE(isThere(0, 200'000));
+}
+
+TEST_F(RunLookingTest, EndsWhileItLooks)
+{
+    for (int time = 0; time < 20; ++time) {
+        const CPTPointSeriesPtr looked = many.paged();
+        PartFilling ending([] {});
+        ending.lookAt({looked});
+        if (time % 2 == 0)
+            ending.letGo();
+    }
+    EXPECT_EQ(crowded.use_count(), 1);
 }
 
 }  // namespace
