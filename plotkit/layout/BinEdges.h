@@ -46,6 +46,7 @@ struct BinGrid {
 
     /// The bins that hold all of [low, high]. Requires: finite values, low ≤ high, width positive.
     static BinGrid covering(double low, double high, double width, int perPixel);
+    friend bool operator==(const BinGrid&, const BinGrid&) = default;
 };
 
 /// Which bins are kept from the grid before, as indexes into the new grid: [keptFirst, keptLast). The rest is worked

@@ -1,5 +1,7 @@
 #include "plotkit/layout/PlotEnvelope.h"
 
+#include "base/CoresAllowed.h"
+#include "base/HelpingThreads.h"
 #include "plotkit/layout/AxisMapping.h"
 #include "plotkit/layout/BinKernels.h"
 #include "plotkit/layout/ColumnEnds.h"
@@ -7,6 +9,7 @@
 #include "plotkit/model/CPTSeriesIndex.h"
 
 #include <algorithm>
+#include <atomic>
 #include <cmath>
 #include <limits>
 #include <optional>
@@ -18,6 +21,8 @@ namespace {
 constexpr double kMostColumns = 1 << 20;
 constexpr std::size_t kMostKeptEdges = 16;
 constexpr float kInfinity = std::numeric_limits<float>::infinity();
+/// Starting a thread takes as long as summing up some hundred bins.
+constexpr std::size_t kBinsWorthAThread = 16384;
 
 /// A point of the line, in columns from the picture's left, and its y coordinate.
 struct LinePoint {
@@ -296,6 +301,70 @@ BinEdges& PlotEnveloping::edgesOf(const CPTPointSeries& series)
     return *m_edges[m_nextEdges];
 }
 
+SeriesBins& PlotEnveloping::binsOf(std::size_t slot)
+{
+    if (m_bins.size() <= slot)
+        m_bins.resize(slot + 1);
+    return m_bins[slot];
+}
+
+struct PlotEnveloping::Summing {
+    const CPTPointSeries* series;
+    BinGrid grid;
+    const BinEdges* edges;
+    SeriesBins* bins;
+};
+
+/// Where there is no memory for one of them, it is left to whoever draws it.
+void PlotEnveloping::sumUp(std::span<const Summing> side)
+{
+    std::atomic<std::size_t> next = 0;
+    const auto work = [&]() noexcept {
+        for (std::size_t plot = next++; plot < side.size(); plot = next++) {
+            try {
+                side[plot].bins->summaries(*side[plot].series, side[plot].grid, *side[plot].edges);
+            } catch (...) {
+                *side[plot].bins = {};
+            }
+        }
+    };
+    const plotix::HelpingThreads helpers(std::min(side.size(), plotix::coresAllowed()) - 1, work);
+    work();
+}
+
+void PlotEnveloping::prepare(std::span<const Plot> plots)
+{
+    if (plots.size() < 2 || plotix::coresAllowed() < 2)
+        return;
+    binsOf(std::ranges::max(plots, {}, &Plot::slot).slot);  // so that none of them moves
+    std::vector<Summing> side;
+    std::size_t fresh = 0;
+    const auto finish = [&] {
+        if (side.size() > 1 && fresh >= kBinsWorthAThread)
+            sumUp(side);
+        side.clear();
+        fresh = 0;
+    };
+    for (const Plot& plot : plots) {
+        const std::optional<BinGrid> grid = gridOf(*plot.series, plot.view);
+        if (!grid || (m_reading == PlotReading::Exact &&
+                      !areMoreThan(kFewPoints * columnsOf(plot.view), *plot.series, plot.view)))
+            continue;
+        SeriesBins& bins = binsOf(plot.slot);
+        const KeptBins kept = bins.keptFor(*plot.series, *grid);
+        const std::size_t known = kept.keptLast - kept.keptFirst;
+        if (known + kBinsWorthAThread / plots.size() > grid->count)
+            continue;
+        BinEdges& edges = edgesOf(*plot.series);
+        if (!side.empty() && (side.front().edges != &edges || !(side.front().grid == *grid)))
+            finish();  // before its edges become others
+        edges.cover(*plot.series, *grid);
+        side.push_back({plot.series, *grid, &edges, &bins});
+        fresh += grid->count - known;
+    }
+    finish();
+}
+
 bool PlotEnveloping::addPartsHeld(SeriesParts& parts, const CPTPointSeriesPtr& series, const PlotView& view,
                                   std::size_t slot) const
 {
@@ -326,10 +395,8 @@ bool PlotEnveloping::envelopeInto(PlotEnvelope& envelope, const CPTPointSeries& 
     const AxisMapping y = yMapping(view.yRange, view.area);
     BinEdges& edges = edgesOf(series);
     edges.cover(series, grid);
-    if (m_bins.size() <= slot)
-        m_bins.resize(slot + 1);
     const bool mirrored = view.xRange.length < 0;
-    BinRows bins = m_bins[slot].summaries(series, grid, edges);
+    BinRows bins = binsOf(slot).summaries(series, grid, edges);
     const BinRows inOrder = bins;
     if (mirrored)
         bins = m_mirrored.mirrored(bins, grid.count);

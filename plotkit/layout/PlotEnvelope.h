@@ -61,6 +61,16 @@ public:
     bool envelopeInto(PlotEnvelope& envelope, const CPTPointSeries& series, const PlotView& view, std::size_t slot,
                       double few = kFewPoints);
 
+    /// A plot of the picture that is drawn next. Borrows the series.
+    struct Plot {
+        const CPTPointSeries* series;
+        PlotView view;
+        std::size_t slot;
+    };
+    /// Sums up what envelopeInto() will need of these plots, side by side on every free core. Makes no difference to
+    /// any envelope; where little is new it does nothing.
+    void prepare(std::span<const Plot> plots);
+
     /// Adds the elements of a paged series that drawing it exactly holds, as an envelope or, where they are few, as
     /// points. False where the series makes no envelope, from runs or at all.
     bool addPartsHeld(SeriesParts& parts, const CPTPointSeriesPtr& series, const PlotView& view,
@@ -70,7 +80,10 @@ public:
     static constexpr double kAnyPoints = -1;
 
 private:
+    struct Summing;
     BinEdges& edgesOf(const CPTPointSeries& series);
+    SeriesBins& binsOf(std::size_t slot);
+    void sumUp(std::span<const Summing> side);
 
     PlotReading m_reading;
     std::vector<std::unique_ptr<BinEdges>> m_edges;

@@ -14,6 +14,12 @@ CPTMinMax joined(const CPTMinMax& a, const CPTMinMax& b)
 
 CPTMinMax joinedPairs(const float* least, const float* greatest, std::size_t first, std::size_t last)
 {
+    if (last - first < 8) {
+        CPTMinMax few = emptyMinMax();
+        for (std::size_t pair = first; pair < last; ++pair)
+            few = {least[pair] < few.min ? least[pair] : few.min, greatest[pair] > few.max ? greatest[pair] : few.max};
+        return few;
+    }
     MinMaxLanes lanes;
     std::size_t pair = first;
     for (; pair + 8 <= last; pair += 8)

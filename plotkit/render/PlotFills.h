@@ -25,13 +25,14 @@ public:
         std::size_t firstSlot;  ///< where an enveloping keeps the first of them, the others follow
     };
 
+    /// Whether the plot is drawn as a line.
+    static bool isLine(const CPTScatterPlot& plot);
+
     /// The area of a plot, up to the next call; null where it fills nothing.
     const FilledArea* areaOf(const CPTXYGraph& graph, const PlotAt& which, const EnvelopingOf& envelopingOf,
                              const ViewOf& viewOf);
 
 private:
-    static bool isLine(const CPTScatterPlot& plot);
-
     PlotEnvelope m_line, m_other;
     FilledArea m_area;
 };

@@ -221,6 +221,7 @@ void PlotPainting::strokePlots(const PixelBuffer& buffer, const QRect& clip, con
     const double lineWidth = widestLine(graph) * density;
     const auto viewOf = [&](const CPTScatterPlot& plot) { return viewFor(graph, plot, area, lineWidth, 1); };
     const auto envelopingAt = [this](std::size_t slot) -> PlotEnveloping& { return envelopingOf(slot); };
+    prepareLines(plots, viewOf, density);
     m_rasteriser.begin(buffer, clip);
     for (std::size_t index = 0; index < plots.size(); ++index)
         if (const FilledArea* filled = m_fills.areaOf(graph, {plots, index, m_slot}, envelopingAt, viewOf))
@@ -228,6 +229,20 @@ void PlotPainting::strokePlots(const PixelBuffer& buffer, const QRect& clip, con
     for (const CPTScatterPlotPtr& plot : plots)
         strokePlot(*plot, viewOf(*plot), density, m_slot++);
     m_rasteriser.finish();
+}
+
+void PlotPainting::prepareLines(const std::vector<CPTScatterPlotPtr>& plots, const PlotFills::ViewOf& viewOf,
+                                double density)
+{
+    std::vector<PlotEnveloping::Plot> exact, provisional;
+    for (std::size_t index = 0; index < plots.size(); ++index) {
+        const CPTScatterPlot& plot = *plots[index];
+        const std::size_t slot = m_slot + index;
+        if (PlotFills::isLine(plot) && PolylineRasteriser::canStrokeColumns(plot.dataLineStyle().width * density))
+            (isByRunsAlone(slot) ? provisional : exact).push_back({plot.series().get(), viewOf(plot), slot});
+    }
+    m_enveloping.prepare(exact);
+    m_provisional.prepare(provisional);
 }
 
 void PlotPainting::strokePlot(const CPTScatterPlot& plot, const PlotView& view, double density, std::size_t slot)

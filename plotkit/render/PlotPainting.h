@@ -35,6 +35,7 @@ private:
     PlotEnveloping& envelopingOf(std::size_t slot) { return isByRunsAlone(slot) ? m_provisional : m_enveloping; }
     bool isByRunsAlone(std::size_t slot) const { return slot < m_byRunsAlone.size() && m_byRunsAlone[slot]; }
     void drawPaths(GraphCanvas& canvas, const CPTXYGraph& graph, const QRectF& plotArea);
+    void prepareLines(const std::vector<CPTScatterPlotPtr>& plots, const PlotFills::ViewOf& viewOf, double density);
     void strokePlot(const CPTScatterPlot& plot, const PlotView& view, double density, std::size_t slot);
     void strokeLine(const CPTScatterPlot& plot, const PlotView& view, double density, std::size_t slot);
     /// Where a page shows plots, in steps of the page.

@@ -343,4 +343,45 @@ TEST_F(PagedFramesTest, BinsOfGroupsOfRunsHaveTheExtremesOfTheirElements)
     expectBinsOfAll(1500, 1200);
 }
 
+TEST_F(PagedFramesTest, PlotsPreparedSideBySideAreTheSame)
+{
+    make({.count = 600'000, .longestRun = 40, .dropped = 0.1, .odd = 0.001, .gap = 1e-4});
+    PlotEnveloping prepared;
+    for (int frame = 0; frame < 40; ++frame) {
+        PlotView view = someView();
+        view.area.setWidth(700);
+        std::vector<PlotEnveloping::Plot> plots;
+        for (std::size_t slot = 0; slot < 6; ++slot)
+            plots.push_back({slot < 3 ? paged.get() : resident.get(), view, slot});
+        prepared.prepare(plots);
+        PlotEnvelope plain;
+        const bool isMade = ofResident.envelopeInto(plain, *resident, view, 0);
+        PlotEnvelope one;
+        ASSERT_EQ(prepared.envelopeInto(one, *resident, view, 5), isMade);
+        if (isMade) {
+            expectSameRow(one.low, plain.low);
+            expectSameRow(one.high, plain.high);
+        }
+        PlotEnvelope ofOne, ofOther;
+        ASSERT_EQ(prepared.envelopeInto(ofOne, *paged, view, 2), ofPaged.envelopeInto(ofOther, *paged, view, 0));
+        expectSameRow(ofOne.low, ofOther.low);
+        expectSameRow(ofOne.high, ofOther.high);
+    }
+}
+
+TEST_F(PagedFramesTest, WhatWasPreparedIsNotSummedUpAgain)
+{
+    make({.count = 600'000, .longestRun = 512, .isRegular = true});
+    PlotView view = viewOf(0.9, 0.05);
+    view.area.setWidth(1400);
+    PlotEnvelope envelope;
+    PlotEnveloping plain, prepared;
+    ASSERT_TRUE(plain.envelopeInto(envelope, *paged, view, 1));
+    const std::size_t plainLooks = looksSinceMade();
+    prepared.prepare(std::vector<PlotEnveloping::Plot>{{paged.get(), view, 0}, {paged.get(), view, 1}});
+    const std::size_t looksBefore = looksSinceMade();
+    ASSERT_TRUE(prepared.envelopeInto(envelope, *paged, view, 1));
+    EXPECT_LT(looksSinceMade() - looksBefore, plainLooks);
+}
+
 }  // namespace
