@@ -12,6 +12,20 @@ public:
     explicit PlainRuns(ValueRuns runs) : m_runs(std::move(runs)) {}
     std::size_t count() const override { return m_runs.count(); }
     void inPieces(const Take& take) const override { take(m_runs); }
+    void piecesOf(std::size_t first, std::size_t end, const TakeFrom& take) const override
+    {
+        end = std::min(end, count());
+        if (first >= end)
+            return;
+        if (first == 0 && end == count()) {
+            take(m_runs, 0);
+            return;
+        }
+        const auto part = [&](const std::vector<double>& all) {
+            return std::vector<double>(all.data() + first, all.data() + end);
+        };
+        take({part(m_runs.least), part(m_runs.greatest), part(m_runs.first)}, first);
+    }
 
 private:
     const ValueRuns m_runs;

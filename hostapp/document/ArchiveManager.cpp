@@ -166,15 +166,18 @@ KTVRecordDictionaryPtr ArchiveManager::read(Fetch& fetch, const std::shared_ptr<
             made->setKnown(knownOf(column));
         dictionary->setColumn(fetch.descriptors[i].propertyName, made);
     }
-    columns->failure->setListener([state](const QString& message) {
+    columns->failure->addListener(state, [weak = std::weak_ptr(state)](const QString& message) {
+        const auto alive = weak.lock();
+        if (!alive)
+            return;
         {
-            const std::lock_guard lock(state->mutex);
-            if (!state->notUnpacked)
-                state->notUnpacked = message;
+            const std::lock_guard lock(alive->mutex);
+            if (!alive->notUnpacked)
+                alive->notUnpacked = message;
         }
-        MainQueue::main().async([state, message] {
-            if (state->manager)
-                emit state->manager->fetchFailed(message, RecordFailure::NotUnpacked);
+        MainQueue::main().async([alive, message] {
+            if (alive->manager)
+                emit alive->manager->fetchFailed(message, RecordFailure::NotUnpacked);
         });
     });
     return dictionary;

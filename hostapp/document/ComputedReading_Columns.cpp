@@ -170,8 +170,10 @@ private:
             if (!stored && (each.first != 0 || each.values.size() != times.count || each.values.isResident()))
                 each = wholeSeries(each, m_cache);
             columns.columns.push_back({m_reading.m_wanted.properties[i], each.values, each.validity, nullptr, {}});
-            if (stored)
+            if (stored) {
                 columns.columns.back() = *stored;
+                columns.columns.back().property = m_reading.m_wanted.properties[i];
+            }
         }
         const std::size_t atOnce = isInAnyOrder() ? kInAnyOrder : kInOrder;
         for (std::size_t first = 0; first < times.count; first += atOnce) {
@@ -213,8 +215,11 @@ private:
     void followFailures(const RecordColumns& columns) const
     {
         for (const auto& [key, part] : m_parts)
-            part.failure->setListener(
-                [failure = columns.failure](const QString& message) { failure->report(message); });
+            part.failure->addListener(columns.failure,
+                                      [failure = std::weak_ptr(columns.failure)](const QString& message) {
+                                          if (const auto told = failure.lock())
+                                              told->report(message);
+                                      });
     }
 
     ComputedReading& m_reading;

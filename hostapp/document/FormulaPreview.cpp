@@ -50,7 +50,8 @@ void takeLast(FormulaPreview& preview, const RecordColumns& columns, std::size_t
 
 FormulaPreview previewOf(const std::shared_ptr<RecordStore>& records,
                          const std::shared_ptr<const FormulaDirectory>& directory, RowId agent,
-                         const PropertyFormula& formula, RowId property, std::size_t most)
+                         const PropertyFormula& formula, RowId property, std::size_t most,
+                         const ArchiveProgress& progress)
 {
     FormulaPreview preview;
     const FormulaPlan plan = planFormula(*directory, agent, formula, property);
@@ -74,8 +75,10 @@ FormulaPreview previewOf(const std::shared_ptr<RecordStore>& records,
             preview.failure = *refusal;
             break;
         }
-        if (const auto columns = computed.columns(agent, asked, from, extent->last, programPages()))
-            takeLast(preview, *columns, most);
+        const auto columns = computed.columns(agent, asked, from, extent->last, programPages(), progress);
+        if (!columns)
+            break;
+        takeLast(preview, *columns, most);
         if (preview.last.size() == most || from <= extent->first)
             break;
     }

@@ -17,9 +17,10 @@ struct FormulaPreview {
 };
 
 /// The last `most` values. `property`: the computed one whose formula it becomes, or 0. Looks back as far as needed, in
-/// steps, as long as that fits into memory. Requires: the formula can be worked out.
+/// steps, as long as `progress` says so. Requires: the formula can be worked out.
 FormulaPreview previewOf(const std::shared_ptr<RecordStore>& records,
                          const std::shared_ptr<const FormulaDirectory>& directory, RowId agent,
-                         const PropertyFormula& formula, RowId property, std::size_t most);
+                         const PropertyFormula& formula, RowId property, std::size_t most,
+                         const ArchiveProgress& progress = {});
 
 }  // namespace plotix

@@ -150,7 +150,9 @@ private:
         };
         auto [state, later] = m_kept.at(pageOf(first), advance);
         const bool areRead = pass(state, first, to, later ? &*later : nullptr);
-        if (!later)
+        if (!areRead)
+            std::fill(to.begin(), to.end(), kNone);  // what depends on records before would be finite and wrong
+        else if (!later)
             m_kept.keep(pageOf(first) + 1, std::move(state));
         return areRead;
     }

@@ -74,15 +74,17 @@ KeptBins KeptBins::of(const BinGrid& old, const BinGrid& grid, bool known)
             static_cast<std::size_t>(last)};
 }
 
-bool BinEdges::isOf(const plotix::PagedArray<double>& x, std::size_t elements) const
+bool BinEdges::isOf(const CPTPointSeries& series) const
 {
     const std::shared_ptr<const double> mine = m_x.lock();
-    return mine && mine.get() == x.data() && elements == m_elements;
+    if (!mine || mine.get() != series.x().data() || series.elementCount() != m_elements)
+        return false;
+    return series.runs() ? series.runs()->times() == m_timeRuns.lock() : !m_isPaged;
 }
 
 KeptBins BinEdges::keptFor(const CPTPointSeries& series, const BinGrid& grid) const
 {
-    return KeptBins::of(m_grid, grid, isOf(series.x(), series.elementCount()));
+    return KeptBins::of(m_grid, grid, isOf(series));
 }
 
 /// In crowded bins, the beginning of a block of the index near the first element whose x is not below `value`, so that
@@ -328,6 +330,9 @@ void BinEdges::cover(const CPTPointSeries& series, const BinGrid& grid)
     };
     m_grid = grid;
     m_x = series.x().weak();
+    m_timeRuns.reset();
+    if (isPaged)
+        m_timeRuns = series.runs()->times();
     m_elements = series.elementCount();
     m_isPaged = isPaged;
     m_edges.slide(kept.moved, grid.count + 1);

@@ -60,7 +60,8 @@ struct KeptBins {
 };
 
 /// The first element of every bin, and one past the last element of the last bin. Remembers x *weakly*. Plots with the
-/// same x array share the edges; beside a paged one stand the same runs.
+/// same x array share the edges, where the same runs stand beside a paged one: other columns asked for with them may
+/// have made those longer.
 class BinEdges {
 public:
     /// How far from where a bin begins a block or a run may begin that is its edge, as a fraction of its width.
@@ -70,7 +71,8 @@ public:
 
     explicit BinEdges(PlotReading reading = PlotReading::Exact) : m_reading(reading) {}
 
-    bool isOf(const plotix::PagedArray<double>& x, std::size_t elements) const;
+    /// Whether they are those of a series with these times, cut into the same runs.
+    bool isOf(const CPTPointSeries& series) const;
     /// Which bins of a grid are known already.
     KeptBins keptFor(const CPTPointSeries& series, const BinGrid& grid) const;
 
@@ -124,6 +126,7 @@ private:
 
     PlotReading m_reading;
     std::weak_ptr<const double> m_x;
+    std::weak_ptr<const plotix::TimeRuns> m_timeRuns;  // of a paged series
     std::size_t m_elements = 0;
     BinGrid m_grid;
     SlidingRow<std::size_t> m_edges;

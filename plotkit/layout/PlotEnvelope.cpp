@@ -293,7 +293,7 @@ bool areMoreThan(double limit, const CPTPointSeries& series, const PlotView& vie
 BinEdges& PlotEnveloping::edgesOf(const CPTPointSeries& series)
 {
     for (const std::unique_ptr<BinEdges>& edges : m_edges)
-        if (edges->isOf(series.x(), series.elementCount()))
+        if (edges->isOf(series))
             return *edges;
     if (m_edges.size() < kMostKeptEdges)
         return *m_edges.emplace_back(std::make_unique<BinEdges>(m_reading));
@@ -355,9 +355,9 @@ void PlotEnveloping::prepare(std::span<const Plot> plots)
         const std::size_t known = kept.keptLast - kept.keptFirst;
         if (known + kBinsWorthAThread / plots.size() > grid->count)
             continue;
+        if (!side.empty() && !(side.front().grid == *grid && side.front().edges->isOf(*plot.series)))
+            finish();  // before their edges become others
         BinEdges& edges = edgesOf(*plot.series);
-        if (!side.empty() && (side.front().edges != &edges || !(side.front().grid == *grid)))
-            finish();  // before its edges become others
         edges.cover(*plot.series, *grid);
         side.push_back({plot.series, *grid, &edges, &bins});
         fresh += grid->count - known;
@@ -373,9 +373,8 @@ bool PlotEnveloping::addPartsHeld(SeriesParts& parts, const CPTPointSeriesPtr& s
         return false;
     const KeptBins none = KeptBins::of({}, *grid, false);
     KeptBins kept = slot < m_bins.size() ? m_bins[slot].keptFor(*series, *grid) : none;
-    const auto edges = std::find_if(m_edges.begin(), m_edges.end(), [&](const std::unique_ptr<BinEdges>& each) {
-        return each->isOf(series->x(), series->elementCount());
-    });
+    const auto edges = std::find_if(m_edges.begin(), m_edges.end(),
+                                    [&](const std::unique_ptr<BinEdges>& each) { return each->isOf(*series); });
     const KeptBins keptEdges = edges != m_edges.end() ? (*edges)->keptFor(*series, *grid) : none;
     kept.keptFirst = std::max(kept.keptFirst, keptEdges.keptFirst);
     kept.keptLast = std::min(kept.keptLast, keptEdges.keptLast);

@@ -6,6 +6,7 @@
 #include <unistd.h>
 
 #include <algorithm>
+#include <new>
 #include <system_error>
 #include <utility>
 
@@ -103,8 +104,21 @@ bool PartFilling::isWanted(std::uint64_t request) const
 void PartFilling::look(const CPTPointSeries& series, std::uint64_t request) const
 {
     const CPTSeriesRuns& runs = *series.runs();
-    for (std::size_t run = 0; run < runs.count() && isWanted(request); run += CPTSeriesRuns::kBlock)
-        runs.minMaxOf(run);
+    try {
+        for (std::size_t run = 0; run < runs.count() && isWanted(request); run += CPTSeriesRuns::kBlock)
+            runs.minMaxOf(run);
+    } catch (const std::bad_alloc&) {  // a frame that needs them looks itself
+    }
+}
+
+void PartFilling::hold(const SeriesParts& parts, std::uint64_t request, Holds& holds) const
+{
+    for (const SeriesPart& part : parts)
+        for (std::size_t first = part.first; first < part.end && isWanted(request);) {
+            const std::size_t end = std::min(part.end, (first / kAtOnce + 1) * kAtOnce);
+            holds.push_back(part.series->hold(first, end));
+            first = end;
+        }
 }
 
 void PartFilling::run()
@@ -128,16 +142,16 @@ void PartFilling::run()
             lock.lock();
             continue;
         }
-        SeriesParts parts = m_parts;
-        lock.unlock();
+        SeriesParts parts;
         Holds holds;
-        for (const SeriesPart& part : parts)
-            for (std::size_t first = part.first; first < part.end && isWanted(request);) {
-                const std::size_t end = std::min(part.end, (first / kAtOnce + 1) * kAtOnce);
-                holds.push_back(part.series->hold(first, end));
-                first = end;
-            }
-        lock.lock();
+        try {
+            parts = m_parts;
+            lock.unlock();
+            hold(parts, request, holds);
+        } catch (const std::bad_alloc&) {  // the frame waits for what is missing
+        }
+        if (!lock.owns_lock())
+            lock.lock();
         const bool isDone = request == m_request;
         if (isDone) {
             m_holds.swap(holds);

@@ -43,6 +43,7 @@ private:
 
     void run();
     bool start();
+    void hold(const SeriesParts& parts, std::uint64_t request, Holds& holds) const;
     void look(const CPTPointSeries& series, std::uint64_t request) const;
     bool isWanted(std::uint64_t request) const;
 

@@ -48,9 +48,11 @@ void GraphFrames::paintLayersOf(QPainter& painter, const CPTXYGraph& graph, cons
         paintLayers(painter, graph, rect);
         return;
     }
-    paintLayers(painter, graph, rect, !std::exchange(m_settlesLayers, false));
-    m_areLayersRough = std::any_of(graph.layers().begin(), graph.layers().end(),
-                                   [](const CPTGraphLayerPtr& layer) { return layer->isRough(); });
+    const bool mayBeRough = !std::exchange(m_settlesLayers, false);
+    paintLayers(painter, graph, rect, mayBeRough);
+    // A layer that drew nothing may still say what it drew last.
+    m_areLayersRough = mayBeRough && std::any_of(graph.layers().begin(), graph.layers().end(),
+                                                 [](const CPTGraphLayerPtr& layer) { return layer->isRough(); });
 }
 
 void GraphFrames::keep(const CPTXYGraph& graph, const QRectF& rect, const Look& look)

@@ -364,6 +364,10 @@ bool CPTGraphHostingView::event(QEvent* event)
         [[fallthrough]];
     case QEvent::TouchCancel:
     case QEvent::EnabledChange: cancelDrag(); break;
+    case QEvent::Show:  // what was on its way when it was hidden was given up
+        if (m_frames->isProvisional())
+            update();
+        break;
     default: break;
     }
     return QWidget::event(event);

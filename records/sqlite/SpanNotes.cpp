@@ -146,6 +146,11 @@ SpanNotes::Answer SpanNotes::shared(Answer answer, const std::shared_ptr<PageCac
                 if (column.property == known.property)
                     takeOver(column.pages, known.pages, areLikewise);
     }
+    // The new one has all that is left of those to the same properties.
+    std::erase_if(m_given, [&](const Given& given) {
+        const std::shared_ptr<const ColumnPages> times = given.times.lock();
+        return !times || (given.isOf(properties) && times->cache() == cache);
+    });
     Given given{answer.runs, answer.times, {}};
     for (const Answer::Column& column : answer.columns)
         given.columns.push_back({column.property, column.pages, column.runs, column.total});

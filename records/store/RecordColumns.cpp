@@ -1,5 +1,7 @@
 #include "records/store/RecordColumns.h"
 
+#include <utility>
+
 namespace plotix {
 
 std::optional<QString> ColumnFailure::message() const
@@ -8,29 +10,29 @@ std::optional<QString> ColumnFailure::message() const
     return m_message;
 }
 
-void ColumnFailure::setListener(Listener listener)
+void ColumnFailure::addListener(const std::weak_ptr<const void>& owner, Listener listener)
 {
     const std::lock_guard lock(m_mutex);
-    if (listener && m_message)
+    if (m_message) {
         listener(*m_message);
-    if (m_listener && listener)
-        m_listener = [before = std::move(m_listener), own = std::move(listener)](const QString& message) {
-            before(message);
-            own(message);
-        };
-    else
-        m_listener = std::move(listener);
+        return;
+    }
+    std::erase_if(m_listeners, [&](const auto& each) {
+        const bool isSame = !each.first.owner_before(owner) && !owner.owner_before(each.first);
+        return isSame || each.first.expired();
+    });
+    m_listeners.emplace_back(owner, std::move(listener));
 }
 
-// Under the lock, so that a listener that was taken away is not at work any more.
 void ColumnFailure::report(const QString& message)
 {
     const std::lock_guard lock(m_mutex);
     if (m_message)
         return;
     m_message = message;
-    if (m_listener)
-        m_listener(message);
+    for (const auto& [owner, listener] : std::exchange(m_listeners, {}))
+        if (const std::shared_ptr<const void> alive = owner.lock())
+            listener(message);
 }
 
 RecordColumns RecordColumns::resident(const RecordBlock& block)

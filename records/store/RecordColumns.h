@@ -26,9 +26,9 @@ public:
     std::optional<QString> message() const;
 
     /// Called once, with the first failure: at once when there has been one, else on whichever thread it happens, which
-    /// must not be kept waiting and holds no column. Those of others who share the columns stay; an empty one takes all
-    /// away, and once this returns none of them is called. Requires: not called by a listener.
-    void setListener(Listener listener);
+    /// must not be kept waiting and holds no column. An owner has one listener, which lasts as long as it does; those
+    /// of others who share the columns stay. Requires: not called by a listener.
+    void addListener(const std::weak_ptr<const void>& owner, Listener listener);
 
     /// Keeps the first message.
     void report(const QString& message);
@@ -36,7 +36,7 @@ public:
 private:
     mutable std::mutex m_mutex;
     std::optional<QString> m_message;
-    Listener m_listener;
+    std::vector<std::pair<std::weak_ptr<const void>, Listener>> m_listeners;
 };
 
 /// The same records as a RecordBlock. Values; what they *share* may be read by any thread, while it is held (see

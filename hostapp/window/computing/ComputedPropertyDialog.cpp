@@ -94,6 +94,11 @@ ComputedPropertyDialog::ComputedPropertyDialog(About about, QWidget* parent)
     check();
 }
 
+ComputedPropertyDialog::~ComputedPropertyDialog()
+{
+    ++*m_asked;
+}
+
 void ComputedPropertyDialog::makeFields()
 {
     constexpr int kWidth = 460;  // points
@@ -234,7 +239,7 @@ void ComputedPropertyDialog::check()
     QPushButton* accept = m_buttons->button(QDialogButtonBox::Ok);
     accept->setEnabled(plan.program && name.isEmpty());
     accept->setToolTip(accept->isEnabled() ? QString() : message);
-    ++m_asked;  // an answer on its way is of another formula
+    ++*m_asked;  // an answer on its way is of another formula
     if (plan.program) {
         m_previewDelay.start();
         return;
@@ -264,18 +269,19 @@ void ComputedPropertyDialog::showUnit(const QString& following)
 
 void ComputedPropertyDialog::askForPreview()
 {
-    const int asked = ++m_asked;
+    const int asked = ++*m_asked;
     const RowId id = m_about.property ? m_about.property->id : 0;
     QThreadPool::globalInstance()->start(
-        [self = QPointer(this), asked, about = m_about, id, formula = property().formula] {
+        [self = QPointer(this), now = m_asked, asked, about = m_about, id, formula = property().formula] {
             FormulaPreview preview;
             try {
-                preview = previewOf(about.records, about.directory, about.agent, formula, id, kValuesShown);
+                preview = previewOf(about.records, about.directory, about.agent, formula, id, kValuesShown,
+                                    [now, asked](double) { return *now == asked; });
             } catch (const std::exception& error) {
                 preview.failure = QString::fromUtf8(error.what());
             }
-            MainQueue::main().async([self, asked, preview] {
-                if (self && self->m_asked == asked)
+            MainQueue::main().async([self, now, asked, preview] {
+                if (self && *now == asked)
                     self->showPreview(preview);
             });
         });

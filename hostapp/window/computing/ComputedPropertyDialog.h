@@ -7,6 +7,7 @@
 #include <QtCore/QTimer>
 #include <QtWidgets/QDialog>
 
+#include <atomic>
 #include <memory>
 #include <optional>
 
@@ -35,6 +36,7 @@ public:
         std::optional<SiteProperty::Description> property = {};  ///< the one that is changed; absent: a new one
     };
     explicit ComputedPropertyDialog(About about, QWidget* parent = nullptr);
+    ~ComputedPropertyDialog() override;
 
     ComputedProperty property() const;  ///< as it stands in the fields
 
@@ -53,7 +55,8 @@ private:
     About m_about;
     std::optional<QColor> m_color;
     QTimer m_previewDelay;
-    int m_asked = 0;  // the preview asked for last
+    /// The preview asked for last; those on their way to another end.
+    std::shared_ptr<std::atomic<int>> m_asked = std::make_shared<std::atomic<int>>(0);
     // All owned by the dialog.
     QLineEdit* m_name;
     FormulaEdit* m_formula;

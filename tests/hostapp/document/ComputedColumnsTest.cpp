@@ -108,6 +108,7 @@ protected:
         for (std::size_t i = 0; i < names.size(); ++i) {
             EXPECT_EQ(othersThan(wanted.columns[i], found.columns[i]), 0U) << names[i];
             expectTrueRuns(found, found.columns[i]);
+            EXPECT_EQ(found.columns[i].property, wanted.columns[i].property);
         }
     }
     static std::size_t othersThan(const RecordBlock::Column& wanted, const RecordColumns::Column& found)
@@ -143,6 +144,8 @@ protected:
                 }
             wrong += all.runs->first[run] != all.times[begin] || all.runs->last[run] != all.times[end - 1] ? 1 : 0;
             wrong += runs.least[run] != least || runs.greatest[run] != greatest ? 1 : 0;
+            const bool isFirstThere = column.validity.isValid(begin) && !std::isnan(column.values[begin]);
+            wrong += (isFirstThere ? runs.first[run] == column.values[begin] : std::isnan(runs.first[run])) ? 0 : 1;
         }
         EXPECT_EQ(wrong, 0U);
         EXPECT_EQ(column.total->valid, total.valid);
@@ -215,6 +218,16 @@ TEST_F(ComputedColumnsTest, SourcesThatCannotBeReadLaterAreToldWhereTheyAreLooke
     const PagedMemory::Hold held = found.columns[0].values.hold(0, 10);
     EXPECT_TRUE(std::isnan(found.columns[0].values[5]));
     EXPECT_TRUE(found.failure->message());
+}
+
+TEST_F(ComputedColumnsTest, WhatDependsOnRecordsThatCannotBeReadIsNoNumber)
+{
+    const RecordColumns found = columns({"Smooth"});
+    Database(site(), siteSchema(), Database::Access::ReadWrite)
+        .execute("UPDATE segment SET data = zeroblob(length(data)) WHERE id % 1048576 > 0 AND id / 1048576 = 2");
+    const PagedMemory::Hold held = found.columns[0].values.hold(0, 32'000);
+    const std::span<const double> page = found.columns[0].values.span().first(32'000);
+    EXPECT_TRUE(std::all_of(page.begin(), page.end(), [](double value) { return std::isnan(value); }));
 }
 
 }  // namespace

@@ -403,6 +403,15 @@ TEST_F(ComputedPropertyTest, AFileOfTheVersionBeforeIsReadAndUpgraded)
     EXPECT_EQ(values("Spread", 0, 0), (Values{20}));
 }
 
+TEST_F(ComputedPropertyTest, APreviewThatNobodyWaitsForEnds)
+{
+    int asked = 0;
+    const FormulaPreview ended = previewOf(document->records(), document->formulaDirectory(), agent()->id(),
+                                           {"integral(Power)"}, 0, 2, [&asked](double) { return ++asked > 100; });
+    EXPECT_TRUE(ended.last.empty());
+    EXPECT_GE(asked, 1);
+}
+
 TEST_F(ComputedPropertyTest, APreviewTellsWhatAFormulaComesToBeforeItIsStored)
 {
     compute("Spread", "Supply - Return");

@@ -114,7 +114,8 @@ TEST_F(PagedColumnsTest, PastThePagesWhatHasChangedIsNoValueEither)
 TEST_F(PagedColumnsTest, TheFirstFailureIsToldOnce)
 {
     QStringList heard;
-    told.failure->setListener([&](const QString& message) { heard << message; });
+    const auto owner = std::make_shared<int>();
+    told.failure->addListener(owner, [&](const QString& message) { heard << message; });
     damage(air);
     valueAt(2 * kChunk);
     valueAt(2 * kChunk);
@@ -126,7 +127,8 @@ TEST_F(PagedColumnsTest, WhoeverListensLaterIsToldAtOnce)
     damage(air);
     valueAt(2 * kChunk);
     QStringList heard;
-    told.failure->setListener([&](const QString& message) { heard << message; });
+    const auto owner = std::make_shared<int>();
+    told.failure->addListener(owner, [&](const QString& message) { heard << message; });
     EXPECT_EQ(heard.size(), 1);
 }
 

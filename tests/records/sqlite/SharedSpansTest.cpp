@@ -129,12 +129,25 @@ TEST_F(SharedSpansTest, EverybodyWhoSharesIsToldWhatCouldNotBeRead)
 {
     const RecordColumns one = columns(), other = columns();
     QStringList heard;
-    one.failure->setListener([&](const QString&) { heard << "one"; });
-    other.failure->setListener([&](const QString&) { heard << "other"; });
+    const auto first = std::make_shared<int>(), second = std::make_shared<int>();
+    one.failure->addListener(first, [&](const QString&) { heard << "one"; });
+    other.failure->addListener(second, [&](const QString&) { heard << "other"; });
     run("UPDATE segment SET data = x'00' WHERE id / 1048576 = 5");
     EXPECT_TRUE(std::isnan(one.columns[0].values.valueAt(4 * kChunk)));
     EXPECT_EQ(heard, (QStringList{"one", "other"}));
-    one.failure->setListener({});
+}
+
+TEST_F(SharedSpansTest, WhoeverListensTwiceOrNoLongerIsToldOnceOrNot)
+{
+    const RecordColumns shown = columns();
+    QStringList heard;
+    const auto owner = std::make_shared<int>();
+    for (int fetch = 0; fetch < 3; ++fetch)
+        shown.failure->addListener(owner, [&](const QString&) { heard << "owner"; });
+    shown.failure->addListener(std::make_shared<int>(), [&](const QString&) { heard << "gone"; });
+    run("UPDATE segment SET data = x'00' WHERE id / 1048576 = 5");
+    EXPECT_TRUE(std::isnan(shown.columns[0].values.valueAt(4 * kChunk)));
+    EXPECT_EQ(heard, QStringList("owner"));
 }
 
 TEST_F(SharedSpansTest, RecordsThatCameMeanwhileAreNotInTheAnswerBefore)
