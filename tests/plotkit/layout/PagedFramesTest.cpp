@@ -384,4 +384,20 @@ TEST_F(PagedFramesTest, WhatWasPreparedIsNotSummedUpAgain)
     EXPECT_LT(looksSinceMade() - looksBefore, plainLooks);
 }
 
+TEST_F(PagedFramesTest, TheSameTimesCutIntoOtherRunsHaveEdgesOfTheirOwn)
+{
+    make({.count = 600'000, .longestRun = 40, .isRegular = true});
+    TwinSeries longer = twin;
+    longer.cutRuns(2000, 5);
+    const CPTPointSeriesPtr beside = longer.pagedBeside(*paged);
+    PlotView view = viewOf(0.9, 0.05);
+    view.area.setWidth(20);
+    PlotEnvelope unused, kept, fresh;
+    ASSERT_TRUE(ofPaged.envelopeInto(unused, *paged, view, 0));
+    ASSERT_TRUE(ofPaged.envelopeInto(kept, *beside, view, 1));
+    ASSERT_TRUE(ofResident.envelopeInto(fresh, *beside, view, 0));
+    expectSameRow(kept.low, fresh.low);
+    expectSameRow(kept.high, fresh.high);
+}
+
 }  // namespace

@@ -127,6 +127,11 @@ public:
         const auto x = std::make_shared<PagedTimes>(pages->cache(), m_x)->array();
         return plotkit::pagedSeries(x, {m_times, plotix::KeptRuns::of(m_runs), changed}, pages, points());
     }
+    /// The same points again beside the times of `other`, but with the runs cut last.
+    CPTPointSeriesPtr pagedBeside(const CPTPointSeries& other) const
+    {
+        return plotkit::pagedSeries(other.x(), {m_times, plotix::KeptRuns::of(m_runs), {}}, m_pages, points());
+    }
     /// How often pages of the paged series' points were written since it was made.
     std::size_t looks() const { return m_pages->looks(); }
 
