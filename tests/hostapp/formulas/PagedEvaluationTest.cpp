@@ -102,8 +102,9 @@ protected:
     }
     void expectSamePages(const std::vector<std::size_t>& pages)
     {
+        const std::size_t count = byPages.times.count;
         for (const std::size_t page : pages)
-            expectSame(page * PagedMemory::kPage, std::min(byPages.times.count, (page + 1) * PagedMemory::kPage));
+            expectSame(std::min(count, page * PagedMemory::kPage), std::min(count, (page + 1) * PagedMemory::kPage));
     }
 
     std::shared_ptr<PageCache> cache = std::make_shared<PageCache>(0);
