@@ -84,4 +84,15 @@ TEST_F(HostingViewPagedTest, CanBeHiddenWhileItsPagesComeAndSettlesLater)
     EXPECT_TRUE(settles());
 }
 
+TEST_F(HostingViewPagedTest, SettlesAfterItWasHiddenThoughNothingElsePaintsIt)
+{
+    paint();
+    ASSERT_TRUE(view->isProvisional());
+    QHideEvent hidden;
+    QCoreApplication::sendEvent(view, &hidden);
+    QShowEvent shown;
+    QCoreApplication::sendEvent(view, &shown);
+    EXPECT_TRUE(settles());
+}
+
 }  // namespace

@@ -9,12 +9,14 @@ class RoughLayer : public CPTGraphLayer {
 public:
     void drawInGraph(QPainter&, const plotkit::GraphGeometry& geometry) override
     {
+        if (isGone)
+            return;
         rough = geometry.mayBeRough;
         ++(rough ? roughDrawings : exactDrawings);
     }
     bool isRough() const override { return rough; }
 
-    bool rough = false;
+    bool rough = false, isGone = false;
     int roughDrawings = 0, exactDrawings = 0;
 };
 
@@ -62,6 +64,14 @@ TEST_F(RoughLayersTest, AreExactInAPicture)
     EXPECT_EQ(layer->exactDrawings, 3);
     EXPECT_TRUE(settles());
     EXPECT_EQ(layer->exactDrawings, 4);
+}
+
+TEST_F(RoughLayersTest, OneThatDrawsNothingAnyMoreDoesNotKeepTheViewFromResting)
+{
+    move(1);
+    ASSERT_TRUE(view->isProvisional());
+    layer->isGone = true;
+    EXPECT_TRUE(QTest::qWaitFor([this] { return !view->isProvisional(); }, 5'000));
 }
 
 }  // namespace
