@@ -190,7 +190,7 @@ public:
     Q_INVOKABLE QVariantMap reportContents() const;
     /// The notes of the times shown: maps with "number", "time", "text" and "author"; also "notes" of the above.
     Q_INVOKABLE QVariantList footnotes() const;
-    Q_INVOKABLE bool lacksRecords() const;  ///< of what is drawn some could not be read when it was looked at
+    Q_INVOKABLE bool lacksRecords() const;  ///< some of what was asked for could not be read
     Q_INVOKABLE void drawGraphOnPaper(QPainter* painter, const QRectF& rect);  ///< points; dark on white, no titles
 
     // Statistics table.
@@ -364,6 +364,7 @@ private:
     std::unique_ptr<TrendAccess> m_access;                              // owns; what the parts of the reading see
     std::unique_ptr<plotix::TrendReader> m_reader;                      // owns; goes before the view and the graph
     QPointer<LineMenu> m_lineMenu;                                      // weak; Reading. Absent unless chosen
+    bool m_lacksAnswer = false;                                         // Acquisition; the last fetch answered nothing
     bool m_firstFitUnderWay = false;                                    // Axes; the y axis is not re-ticked meanwhile
     bool m_rangeBeingShown = false;                                     // Following; no modifier key counts meanwhile
     QPointer<QObject> m_completionTarget;                               // weak

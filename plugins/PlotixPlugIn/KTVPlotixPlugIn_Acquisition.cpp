@@ -141,6 +141,7 @@ void KTVPlotixPlugIn::tellShown(const KTVRecordDictionary& records, const Option
 
 void KTVPlotixPlugIn::doValidDataSource(const KTVRecordDictionaryPtr& records, const std::optional<KTVError>& error)
 {
+    m_lacksAnswer = !records;
     if (!records) {
         // The alert is modal, and the busy state stays: only a drawing or the user ends it.
         KTVHostServices::installed().userInterface->runModal(

@@ -197,6 +197,7 @@ bool KTVPlotixPlugIn::lacksRecords() const
         return series && (hasFailed(series->x().memory()) || hasFailed(series->y().memory()));
     };
     const std::vector<CPTScatterPlotPtr> plots = m_graph ? m_graph->allPlots() : std::vector<CPTScatterPlotPtr>();
-    return std::any_of(plots.begin(), plots.end(),
-                       [&](const auto& plot) { return lacks(plot->series()) || lacks(plot->valueSeries()); });
+    return m_lacksAnswer || std::any_of(plots.begin(), plots.end(), [&](const auto& plot) {
+               return lacks(plot->series()) || lacks(plot->valueSeries());
+           });
 }

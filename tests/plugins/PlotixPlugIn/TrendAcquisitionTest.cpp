@@ -118,6 +118,17 @@ TEST_F(TrendAcquisition, MalformedAnswerShowsAModalAlertAndStaysBusy)
     EXPECT_TRUE(isBusy());
 }
 
+TEST_F(TrendAcquisition, ATrendThatWasAnsweredNothingLacksRecordsUntilItIsAnswered)
+{
+    openTrendWithData();
+    EXPECT_FALSE(trend().lacksRecords());
+    refreshFor(kFrom - 600, kTo);
+    answerNothing();
+    EXPECT_TRUE(trend().lacksRecords());
+    answerRefresh(trend().plotData());
+    EXPECT_FALSE(trend().lacksRecords());
+}
+
 TEST_F(TrendAcquisition, MalformedAnswerRestoresTheDatesAfterTheAlert)
 {
     openTrendWithData();
