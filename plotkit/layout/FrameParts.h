@@ -19,8 +19,14 @@ struct FrameParts {
     /// What those plots lack; empty: the frame is exact. Filled in by whoever draws.
     SeriesParts lacking;
 
+    /// What the next frames need, where this one is exact and the view goes on moving as it did. Filled in by whoever
+    /// draws; of all plots together no more than kPagesAhead.
+    SeriesParts ahead;
+
     /// Pages that a frame waits for, of all plots together: some milliseconds.
     static constexpr std::size_t kPagesAtOnce = 32;
+    /// Some tenths of a second of work, and a sixth of what is kept by default.
+    static constexpr std::size_t kPagesAhead = 128;
 };
 
 /// Whether the stretch of kStretch bins, in which the bin of that number is, is summed up from runs.

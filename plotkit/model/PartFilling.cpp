@@ -16,6 +16,8 @@ namespace {
 
 /// So many elements are filled between two looks at whether they are still wanted: two threads share them.
 constexpr std::size_t kAtOnce = 32 * plotix::PagedMemory::kPage;
+/// The same of what is brought before anybody wants it.
+constexpr std::size_t kBroughtAtOnce = 4 * plotix::PagedMemory::kPage;
 
 /// Whoever paints goes first where cores are scarce.
 void giveWay()
@@ -52,6 +54,18 @@ bool PartFilling::fill(SeriesParts parts)
     return start();
 }
 
+void PartFilling::bring(SeriesParts parts)
+{
+    std::erase_if(parts, [](const SeriesPart& part) { return part.first >= part.end; });
+    const bool isAny = !parts.empty();
+    {
+        const std::lock_guard lock(m_mutex);
+        m_unbrought.swap(parts);  // those before go without the mutex
+    }
+    if (isAny)
+        start();
+}
+
 void PartFilling::lookAt(std::vector<CPTPointSeriesPtr> series)
 {
     std::erase_if(series, [](const CPTPointSeriesPtr& each) { return !each->runs(); });
@@ -79,10 +93,11 @@ bool PartFilling::start()
 
 void PartFilling::letGo()
 {
-    SeriesParts parts;
+    SeriesParts parts, unbrought;
     Holds holds;
     std::vector<CPTPointSeriesPtr> unlooked;
     const std::lock_guard lock(m_mutex);
+    unbrought.swap(m_unbrought);
     unlooked.swap(m_unlooked);
     parts = std::exchange(m_parts, {});
     holds = std::exchange(m_holds, {});
@@ -111,6 +126,37 @@ void PartFilling::look(const CPTPointSeries& series, std::uint64_t request) cons
     }
 }
 
+/// Some pages at once, so that a request need not wait for all of them.
+void PartFilling::bringNext(std::unique_lock<std::mutex>& lock)
+{
+    SeriesPart next = m_unbrought.front();
+    next.end = std::min(next.end, (next.first / kBroughtAtOnce + 1) * kBroughtAtOnce);
+    m_unbrought.front().first = next.end;
+    if (next.end == m_unbrought.front().end)
+        m_unbrought.erase(m_unbrought.begin());
+    lock.unlock();
+    try {
+        const CPTPointSeries::Hold once = next.series->hold(next.first, next.end);
+    } catch (const std::bad_alloc&) {  // a frame that needs them brings them itself
+    }
+    next.series.reset();
+    lock.lock();
+}
+
+void PartFilling::lookNext(std::unique_lock<std::mutex>& lock)
+{
+    const std::uint64_t request = m_request;
+    CPTPointSeriesPtr series = m_unlooked.back();
+    lock.unlock();
+    look(*series, request);
+    lock.lock();
+    if (request == m_request && !m_unlooked.empty() && m_unlooked.back() == series)
+        m_unlooked.pop_back();
+    lock.unlock();
+    series.reset();
+    lock.lock();
+}
+
 void PartFilling::hold(const SeriesParts& parts, std::uint64_t request, Holds& holds) const
 {
     for (const SeriesPart& part : parts)
@@ -126,20 +172,17 @@ void PartFilling::run()
     giveWay();
     std::unique_lock lock(m_mutex);
     for (;;) {
-        m_asked.wait(lock, [this] { return m_isStopping || m_done != m_request || !m_unlooked.empty(); });
+        m_asked.wait(lock, [this] {
+            return m_isStopping || m_done != m_request || !m_unbrought.empty() || !m_unlooked.empty();
+        });
         if (m_isStopping)
             return;
         const std::uint64_t request = m_request;
         if (m_done == request) {
-            CPTPointSeriesPtr series = m_unlooked.back();
-            lock.unlock();
-            look(*series, request);
-            lock.lock();
-            if (request == m_request && !m_unlooked.empty() && m_unlooked.back() == series)
-                m_unlooked.pop_back();
-            lock.unlock();
-            series.reset();
-            lock.lock();
+            if (!m_unbrought.empty())
+                bringNext(lock);
+            else
+                lookNext(lock);
             continue;
         }
         SeriesParts parts;

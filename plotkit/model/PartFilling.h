@@ -28,10 +28,13 @@ public:
     /// Fills these parts and none that were asked for before; those already held stay so until it is done. False: the
     /// system has no thread for it.
     bool fill(SeriesParts parts);
-    /// Looks at all runs of these series whenever nothing is to be filled, so that no frame need wait for them; at no
-    /// others that it was asked for before. Without a thread nothing is looked at.
+    /// Brings these parts into memory whenever nothing is to be filled, and none that it was asked to bring before.
+    /// They are not held: they stay as long as their cache has room for them. Without a thread nothing is brought.
+    void bring(SeriesParts parts);
+    /// Looks at all runs of these series whenever nothing is to be filled or brought, so that no frame need wait for
+    /// them; at no others that it was asked for before. Without a thread nothing is looked at.
     void lookAt(std::vector<CPTPointSeriesPtr> series);
-    /// Lets go of all that is held, and fills no more and looks at no more.
+    /// Lets go of all that is held, and fills, brings and looks at no more.
     void letGo();
 
     /// What is held, once it is all that was asked for last; else nothing. A page of it that cannot be read is held as
@@ -44,6 +47,8 @@ private:
     void run();
     bool start();
     void hold(const SeriesParts& parts, std::uint64_t request, Holds& holds) const;
+    void bringNext(std::unique_lock<std::mutex>& lock);
+    void lookNext(std::unique_lock<std::mutex>& lock);
     void look(const CPTPointSeries& series, std::uint64_t request) const;
     bool isWanted(std::uint64_t request) const;
 
@@ -56,6 +61,7 @@ private:
     std::uint64_t m_done = 0;     // of these, the last that was filled
     bool m_isStopping = false;
     Holds m_holds;
+    SeriesParts m_unbrought;                    // what of the parts to be brought nobody has begun with
     std::vector<CPTPointSeriesPtr> m_unlooked;  // series whose runs nobody has looked at yet
     std::thread m_thread;                       // of the caller; started at the first request
 };

@@ -77,7 +77,7 @@ void GraphFrames::paintGraph(QPainter& painter, const CPTXYGraph& graph, const Q
         m_painter.paintBelowLayers(painter, graph, rect, beneath);
         return;
     }
-    FrameParts parts{m_filling.held(), {}};
+    FrameParts parts{m_filling.held(), {}, {}};
     m_painter.paintBelowLayers(painter, graph, rect, beneath, &parts);
     const bool wasProvisional = std::exchange(m_isProvisional, !parts.lacking.empty());
     if (m_isProvisional && !m_filling.fill(std::move(parts.lacking))) {
@@ -87,8 +87,11 @@ void GraphFrames::paintGraph(QPainter& painter, const CPTXYGraph& graph, const Q
         m_filling.letGo();
         m_lookedAt.clear();
     }
-    if (!m_isProvisional)
-        lookAhead(graph);
+    if (m_isProvisional)
+        return;
+    if (!parts.ahead.empty())
+        m_filling.bring(std::move(parts.ahead));
+    lookAhead(graph);
 }
 
 /// A wide frame looks at groups of runs alone, the narrower one after it at the runs.

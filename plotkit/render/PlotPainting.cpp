@@ -154,14 +154,19 @@ void PlotPainting::findLacking(const GraphCanvas& canvas, const CPTXYGraph& grap
     std::size_t slot = 0, absent = 0;
     std::vector<const double*> counted;  // times that plots share
     SeriesParts held;                    // of one plot
+    std::vector<Moving> moving;
     for (const auto& [strip, plots] : plotsByStrip(graph)) {
         const QRectF area = canvas.toPainter(stripArea(plotArea, strip));
         for (const CPTScatterPlotPtr& plot : plots) {
             const std::size_t own = slot++;
             held.clear();
-            if (area.isEmpty() || !canBeProvisional(*plot, canvas.density()) ||
-                !m_enveloping.addPartsHeld(held, plot->series(), viewFor(graph, *plot, area, lineWidth, 1), own))
+            if (area.isEmpty() || !canBeProvisional(*plot, canvas.density()))
                 continue;
+            const PlotView view = viewFor(graph, *plot, area, lineWidth, 1);
+            if (!m_enveloping.addPartsHeld(held, plot->series(), view, own))
+                continue;
+            if (const std::optional<CPTPlotRange> next = m_movement.next(own, view.xRange))
+                moving.push_back({plot->series(), view, own, *next});
             const double* times = plot->series()->x().data();
             const bool isFirst = std::find(counted.begin(), counted.end(), times) == counted.end();
             if (isFirst)
@@ -184,6 +189,32 @@ void PlotPainting::findLacking(const GraphCanvas& canvas, const CPTXYGraph& grap
         return;
     m_byRunsAlone.clear();
     parts.lacking.clear();
+    parts.ahead = partsAhead(moving);
+}
+
+/// As much of what comes next as may be brought at once.
+SeriesParts PlotPainting::partsAhead(const std::vector<Moving>& moving) const
+{
+    SeriesParts ahead = partsAhead(moving, 1);
+    std::size_t elements = 0;
+    for (const SeriesPart& part : ahead)
+        elements += part.end - part.first;
+    constexpr double kMost = FrameParts::kPagesAhead * static_cast<double>(plotix::PagedMemory::kPage);
+    const double share = kMost / static_cast<double>(std::max<std::size_t>(elements, 1));
+    return share >= 1 ? ahead : partsAhead(moving, share);
+}
+
+SeriesParts PlotPainting::partsAhead(const std::vector<Moving>& moving, double share) const
+{
+    SeriesParts ahead;
+    for (const Moving& each : moving) {
+        PlotView view = each.view;
+        const double bins = std::ceil(share * view.area.width());
+        view.xRange = PlotMovement::nearest(each.next, each.view.xRange, bins / view.area.width());
+        view.area.setWidth(bins);
+        m_enveloping.addPartsHeld(ahead, each.series, view, each.slot);
+    }
+    return ahead;
 }
 
 /// Straight into the picture where that is an image; else into an image of their own, which is then drawn over it.

@@ -4,6 +4,7 @@
 #include "plotkit/layout/LineDashes.h"
 #include "plotkit/layout/PlotDots.h"
 #include "plotkit/layout/PlotEnvelope.h"
+#include "plotkit/layout/PlotMovement.h"
 #include "plotkit/layout/ReducedPlot.h"
 #include "plotkit/model/CPTXYGraph.h"
 #include "plotkit/raster/PolylineRasteriser.h"
@@ -32,6 +33,14 @@ public:
 private:
     void drawPixels(GraphCanvas& canvas, const CPTXYGraph& graph, const QRectF& plotArea, FrameParts* parts);
     void findLacking(const GraphCanvas& canvas, const CPTXYGraph& graph, const QRectF& plotArea, FrameParts& parts);
+    struct Moving {
+        CPTPointSeriesPtr series;
+        PlotView view;
+        std::size_t slot;
+        CPTPlotRange next;
+    };
+    SeriesParts partsAhead(const std::vector<Moving>& moving, double share) const;
+    SeriesParts partsAhead(const std::vector<Moving>& moving) const;
     PlotEnveloping& envelopingOf(std::size_t slot) { return isByRunsAlone(slot) ? m_provisional : m_enveloping; }
     bool isByRunsAlone(std::size_t slot) const { return slot < m_byRunsAlone.size() && m_byRunsAlone[slot]; }
     void drawPaths(GraphCanvas& canvas, const CPTXYGraph& graph, const QRectF& plotArea);
@@ -67,6 +76,7 @@ private:
     PlotEnveloping m_enveloping;
     PlotEnveloping m_provisional{PlotReading::RunsAlone};
     std::vector<bool> m_byRunsAlone;  // by slot, of the frame being drawn
+    PlotMovement m_movement;
     PlotEnvelope m_envelope;
     PlotFills m_fills;
     PlotDots m_dots;

@@ -31,6 +31,13 @@ protected:
         return series->x().memory()->holdIfThere(first, end, hold) &&
                series->y().memory()->holdIfThere(first, end, hold);
     }
+    bool comesThere(std::size_t first, std::size_t end) const
+    {
+        const auto deadline = std::chrono::steady_clock::now() + std::chrono::seconds(20);
+        while (!isThere(first, end) && std::chrono::steady_clock::now() < deadline)
+            std::this_thread::sleep_for(std::chrono::milliseconds(1));
+        return isThere(first, end);
+    }
     bool isFilled() { return fills.try_acquire_for(std::chrono::seconds(20)); }
 
     TwinSeries twin;
@@ -78,6 +85,48 @@ TEST_F(PartFillingTest, FillsAgainAfterItLetGo)
     filling.fill(part(0, 200'000));
     ASSERT_TRUE(isFilled());
     EXPECT_TRUE(isThere(0, 200'000));
+}
+
+class PartBringingTest : public PartFillingTest {
+protected:
+    static constexpr std::size_t kPlenty = 256 << 20;  // bytes
+    PartBringingTest() { series = twin.paged(kPlenty); }
+};
+
+TEST_F(PartBringingTest, BringsWhatTheCacheKeeps)
+{
+    filling.bring(part(100'000, 2'000'000));
+    EXPECT_TRUE(comesThere(100'000, 2'000'000));
+    EXPECT_TRUE(filling.held().empty());
+}
+
+TEST_F(PartBringingTest, FillsFirstAndBringsThen)
+{
+    filling.bring(part(2'000'000, 3'000'000));
+    filling.fill(part(0, 200'000));
+    ASSERT_TRUE(isFilled());
+    EXPECT_TRUE(comesThere(2'000'000, 3'000'000));
+}
+
+TEST_F(PartBringingTest, BringsWhatWasAskedForLast)
+{
+    for (std::size_t first = 0; first < 1'000'000; first += 100'000)
+        filling.bring(part(first, first + 100'000));
+    EXPECT_TRUE(comesThere(900'000, 1'000'000));
+}
+
+TEST_F(PartBringingTest, EndsWhileItBrings)
+{
+    for (int time = 0; time < 20; ++time) {
+        const CPTPointSeriesPtr brought = twin.paged(kPlenty);
+        {
+            PartFilling ending([] {});
+            ending.bring({{brought, 0, 3'000'000}});
+            if (time % 2 == 0)
+                ending.letGo();
+        }
+        ASSERT_EQ(brought.use_count(), 1);
+    }
 }
 
 TEST_F(PartFillingTest, IsReadBesidesByOthers)

@@ -8,6 +8,7 @@
 
 #include <chrono>
 #include <semaphore>
+#include <thread>
 
 // A graph of more pages than a frame waits for is drawn from its runs, and exactly when the pages are there.
 
@@ -164,6 +165,59 @@ TEST_F(ProvisionalFramesTest, AndPansOfWhatIsSettledStayExact)
     zoomTo(0.101, 0.6);
     EXPECT_EQ(painted(frames), exact());
     EXPECT_FALSE(frames.isProvisional());
+}
+
+class FramesAheadTest : public ProvisionalFramesTest {
+protected:
+    FramesAheadTest()
+    {
+        constexpr std::size_t kPlenty = 256 << 20;  // bytes
+        shown.graph.removePlot(shown.graph.allPlots().front());
+        show(twin.paged(kPlenty));
+        showFrom(0.4);
+    }
+    void showFrom(double from)
+    {
+        zoomTo(from, 0.1);
+        painted(frames);
+        ASSERT_FALSE(frames.isProvisional());
+    }
+    bool isThere(double from, double share) const
+    {
+        const CPTPointSeriesPtr series = shown.graph.allPlots().front()->series();
+        plotix::PagedMemory::Hold hold;
+        return series->y().memory()->holdIfThere(static_cast<std::size_t>(from * 3e6),
+                                                 static_cast<std::size_t>((from + share) * 3e6), hold);
+    }
+    bool comesThere(double from, double share) const
+    {
+        const auto deadline = std::chrono::steady_clock::now() + std::chrono::seconds(20);
+        while (!isThere(from, share) && std::chrono::steady_clock::now() < deadline)
+            std::this_thread::sleep_for(std::chrono::milliseconds(1));
+        return isThere(from, share);
+    }
+};
+
+TEST_F(FramesAheadTest, ComeFromMemoryWhereAViewMovesOn)
+{
+    showFrom(0.41);
+    EXPECT_TRUE(comesThere(0.51, 0.1));
+    EXPECT_FALSE(isThere(0.3, 0.05));
+}
+
+TEST_F(FramesAheadTest, ComeFromMemoryWhereAViewMovesBack)
+{
+    showFrom(0.39);
+    EXPECT_TRUE(comesThere(0.29, 0.1));
+    EXPECT_FALSE(isThere(0.55, 0.05));
+}
+
+TEST_F(FramesAheadTest, AreNotThoughtOfWhereAViewRests)
+{
+    showFrom(0.4);
+    std::this_thread::sleep_for(std::chrono::milliseconds(50));
+    EXPECT_FALSE(isThere(0.55, 0.05));
+    EXPECT_FALSE(isThere(0.3, 0.05));
 }
 
 TEST_F(ProvisionalFramesTest, CanBeLeftAlone)
