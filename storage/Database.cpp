@@ -1,7 +1,6 @@
 #include "storage/Database.h"
 
 #include "base/ReportableError.h"
-#include "storage/FormerFile.h"
 
 #include <QtCore/QFileInfo>
 #include <QtCore/QUrl>
@@ -118,7 +117,8 @@ Database::Database(const QString& file, DatabaseSchema schema, Access access)
                                                                                       : m_readOnly ? "?mode=ro"
                                                                                                    : "?mode=rw"));
         requireInPlace();  // else the connection may have the file that came later
-        if (access != Access::ReadWrite && lacksSpace())
+        const bool isWithoutSpace = access != Access::ReadWrite && lacksSpace();
+        if (isWithoutSpace)
             openWithoutSpace();
         checkTables(checkHeader());
         if (access == Access::ReadWrite)
@@ -127,6 +127,8 @@ Database::Database(const QString& file, DatabaseSchema schema, Access access)
         execute("PRAGMA cache_size=-65536");
         // Never mapped: a file that somebody cuts short meanwhile would end the program by a signal.
         execute("PRAGMA mmap_size=0");
+        if (!frozen && !isWithoutSpace && m_opened.place() == OpenedFile::Place::Same)
+            m_inPlace.emplace(m_file);
     } catch (...) {
         m_begin.reset();
         m_commit.reset();
@@ -142,6 +144,7 @@ Database::~Database()
 {
     m_begin.reset();
     m_commit.reset();
+    m_inPlace.reset();
     mergeLogIntoOwnFile();
     sqlite3_close_v2(m_handle);
 }

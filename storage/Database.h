@@ -1,6 +1,7 @@
 #pragma once
 
 #include "storage/DatabaseSchema.h"
+#include "storage/FormerFile.h"
 #include "storage/OpenedFile.h"
 
 #include <QtCore/QByteArray>
@@ -90,6 +91,7 @@ private:
     OpenedFile m_opened;  // before the connection, so that it cannot hold a later file
     DatabaseSchema m_schema;
     sqlite3* m_handle = nullptr;
+    std::optional<OpenInPlace> m_inPlace;  // while it is open with a log
     bool m_readOnly = false;
     std::unique_ptr<Statement> m_begin, m_commit;  // made when first used, since preparing takes as long as running
 };

@@ -3,20 +3,49 @@
 #include <QtCore/QFile>
 #include <QtCore/QThread>
 
+#include <mutex>
 #include <set>
 #include <sys/stat.h>
+#include <utility>
 
 namespace plotix {
 
 namespace {
 
-std::optional<quint64> numberOf(const QString& file)
+using Number = std::pair<quint64, quint64>;  // of the device, and on it
+
+std::optional<Number> numberOf(const QString& file)
 {
     struct stat status {};
     if (::stat(file.toLocal8Bit().constData(), &status) != 0)
         return std::nullopt;
-    return status.st_ino;
+    return Number(status.st_dev, status.st_ino);
 }
+
+std::optional<OpenInPlace::Numbers> numbersOf(const QString& file)
+{
+    const std::optional<Number> index = numberOf(file + QStringLiteral("-shm")), database = numberOf(file);
+    if (!index || !database)
+        return std::nullopt;
+    return OpenInPlace::Numbers{database->first, database->second, index->first, index->second};
+}
+
+/// What this process has open.
+struct OpenFiles {
+    std::mutex mutex;
+    std::multiset<OpenInPlace::Numbers> numbers;
+
+    static OpenFiles& all()
+    {
+        static OpenFiles files;
+        return files;
+    }
+    bool has(const OpenInPlace::Numbers& wanted)
+    {
+        const std::lock_guard lock(mutex);
+        return numbers.contains(wanted);
+    }
+};
 
 /// The processes that lock the file. A line of the system's list reads
 /// "1: POSIX  ADVISORY  READ 4711 fd:01:131077 128 128".
@@ -36,13 +65,13 @@ std::set<qint64> lockHolders(const QList<QByteArray>& lines, quint64 number)
 /// As the system's list is now, which may lack a lock when others come and go while it is read.
 std::optional<qint64> holderSeen(const QString& file)
 {
-    const std::optional<quint64> index = numberOf(file + QStringLiteral("-shm")), database = numberOf(file);
+    const std::optional<OpenInPlace::Numbers> numbers = numbersOf(file);
     QFile list(QStringLiteral("/proc/locks"));
-    if (!index || !database || !list.open(QIODevice::ReadOnly))
+    if (!numbers || OpenFiles::all().has(*numbers) || !list.open(QIODevice::ReadOnly))
         return std::nullopt;
     const QList<QByteArray> lines = list.readAll().split('\n');
-    const std::set<qint64> ofDatabase = lockHolders(lines, *database);
-    for (const qint64 process : lockHolders(lines, *index))
+    const std::set<qint64> ofDatabase = lockHolders(lines, (*numbers)[1]);
+    for (const qint64 process : lockHolders(lines, (*numbers)[3]))
         if (process > 0 && !ofDatabase.contains(process))
             return process;
     return std::nullopt;
@@ -63,6 +92,22 @@ std::optional<qint64> holderOfFormerFile(const QString& file)
             return std::nullopt;
     }
     return holder;
+}
+
+OpenInPlace::OpenInPlace(const QString& file) : m_numbers(numbersOf(file))
+{
+    if (!m_numbers)
+        return;
+    const std::lock_guard lock(OpenFiles::all().mutex);
+    OpenFiles::all().numbers.insert(*m_numbers);
+}
+
+OpenInPlace::~OpenInPlace()
+{
+    if (!m_numbers)
+        return;
+    const std::lock_guard lock(OpenFiles::all().mutex);
+    OpenFiles::all().numbers.erase(OpenFiles::all().numbers.find(*m_numbers));
 }
 
 }  // namespace plotix

@@ -144,14 +144,13 @@ KTVRecordDictionaryPtr ArchiveManager::read(Fetch& fetch, const std::shared_ptr<
     };
     const auto seconds = [](const OptionalDate& date) { return date ? std::optional(date->seconds) : std::nullopt; };
     const std::optional<double> from = seconds(fetch.from), to = seconds(fetch.to);
-    const bool isOnDemand = fetch.store->unpacksOnDemand(fetch.rows);
-    const std::uint64_t most = isOnDemand ? std::min(fetch.budget / kShareAtOnce, kMostAtOnce) : fetch.budget;
-    const auto refusal = refusalToRead(*fetch.store, {fetch.agent, fetch.rows, from, to}, most);
-    if (refusal && !isOnDemand) {
+    const RecordPart wanted{fetch.agent, fetch.rows, from, to};
+    if (const auto refusal = refusalToReadColumns(*fetch.store, wanted, fetch.budget)) {
         error = KTVError{*refusal};
         return dictionary;
     }
-    if (!refusal)
+    if (!fetch.store->unpacksOnDemand(fetch.rows) ||
+        fitsInto(std::min(fetch.budget / kShareAtOnce, kMostAtOnce), *fetch.store, wanted))
         fetch.pages = nullptr;  // which reads everything at once
     const std::optional<RecordColumns> columns = readWhatCanBe(fetch, goesOn);
     if (!columns || fetch.rows.empty())

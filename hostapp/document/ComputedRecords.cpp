@@ -214,6 +214,16 @@ std::optional<QString> refusalToRead(RecordStore& store, const RecordPart& wante
     return std::nullopt;
 }
 
+bool fitsInto(std::uint64_t bytes, RecordStore& store, const RecordPart& wanted)
+{
+    for (const RecordPart& part : store.partsRead(wanted.agent, wanted.properties, wanted.from, wanted.to)) {
+        const std::size_t columns = std::max(wanted.properties.size(), part.properties.size());
+        if (store.hasMoreThan(bytes / bytesPerRecord(columns), part.agent, part.from, part.to))
+            return false;
+    }
+    return true;
+}
+
 std::optional<QString> refusalToReadColumns(RecordStore& store, const RecordPart& wanted, std::uint64_t budget)
 {
     return store.unpacksOnDemand(wanted.properties) ? std::nullopt : refusalToRead(store, wanted, budget);

@@ -38,6 +38,10 @@ public:
     /// Of a computed property nothing is known without reading: its summaries have no value.
     RecordOverview overview(RowId agent, std::span<const RowId> properties, std::optional<double> from = {},
                             std::optional<double> to = {}) override;
+    bool hasMoreThan(std::size_t records, RowId agent, std::optional<double> from, std::optional<double> to) override
+    {
+        return m_stored->hasMoreThan(records, agent, from, to);
+    }
     /// Of a computed property nothing is known either.
     RecordIndex index(RowId agent, std::span<const RowId> properties, std::optional<double> from,
                       std::optional<double> to, RecordIndex::Detail detail) override;
@@ -86,7 +90,10 @@ private:
 /// Why such a read, of everything at once, would not fit into memory; nothing: it fits.
 std::optional<QString> refusalToRead(RecordStore& store, const RecordPart& wanted, std::uint64_t budget);
 
-/// The same where the store has to read everything at once; else nothing.
+/// Whether what such a read goes through fits into so many bytes. Told without looking at all of it.
+bool fitsInto(std::uint64_t bytes, RecordStore& store, const RecordPart& wanted);
+
+/// The same as refusalToRead() where the store has to read everything at once; else nothing.
 std::optional<QString> refusalToReadColumns(RecordStore& store, const RecordPart& wanted, std::uint64_t budget);
 
 }  // namespace plotix

@@ -1,9 +1,10 @@
 #include "plotkit/model/CPTSeriesRuns.h"
 
+#include "plotkit/model/RunOrder.h"
+
 #include <algorithm>
 #include <cassert>
 #include <cmath>
-#include <limits>
 #include <utility>
 
 namespace {
@@ -188,20 +189,15 @@ std::size_t CPTSeriesRuns::filledBefore(std::size_t run) const
     return m_count;
 }
 
-// Finite ends of what never decreases make all of it finite; a NaN is not above anything.
+// The first runs of what is sorted are; others are rare.
 bool CPTSeriesRuns::areTimesSorted() const
 {
-    constexpr std::size_t kStride = 4096;
-    double before = -std::numeric_limits<double>::infinity();
-    for (std::size_t run = 0; run < m_count;) {
-        const std::size_t end = std::min(m_count, run + kStride);
-        bool turns = !std::isfinite(m_times->first[run]) || !std::isfinite(m_times->last[end - 1]);
-        for (; run < end; ++run) {
-            turns |= !(m_times->first[run] >= before) | !(m_times->last[run] >= m_times->first[run]);
-            before = m_times->last[run];
-        }
-        if (turns)
-            return false;
-    }
-    return true;
+    if (plotkit::areTimesSorted(m_times))
+        return true;
+    plotix::TimeRuns own;
+    const auto end = static_cast<std::ptrdiff_t>(m_count);
+    own.first.assign(m_times->first.begin(), m_times->first.begin() + end);
+    own.last.assign(m_times->last.begin(), m_times->last.begin() + end);
+    return m_count < m_times->count() &&
+           plotkit::areTimesSorted(std::make_shared<const plotix::TimeRuns>(std::move(own)));
 }

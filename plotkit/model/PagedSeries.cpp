@@ -2,6 +2,7 @@
 
 #include "base/SinglePrecision.h"
 #include "plotkit/model/CPTSeriesRuns.h"
+#include "plotkit/model/SeriesNarrowing.h"
 
 #include <algorithm>
 #include <cmath>
@@ -28,9 +29,9 @@ struct MadeNumbers {
 };
 
 /// Narrows what is known, and looks into runs.
-class NarrowedRuns final : public CPTRunSource {
+class NarrowedSource final : public CPTRunSource {
 public:
-    NarrowedRuns(const PagedSeriesRuns& runs, std::shared_ptr<const CPTPagedPoints> points)
+    NarrowedSource(const PagedSeriesRuns& runs, std::shared_ptr<const CPTPagedPoints> points)
         : m_times(runs.times), m_values(runs.values), m_points(std::move(points))
     {
         const std::vector<std::size_t>& begin = m_times->begin;
@@ -91,24 +92,13 @@ private:
         made.first[place] = std::isfinite(first) ? first : kNone;
     }
 
-    /// Where every run has finite points from its first element on, as nearly all have: the same as narrow() makes, by
-    /// vector instructions. Else answers false, and what it made counts for nothing.
+    /// Where every run has finite points from its first element on, as nearly all have: the same as narrow() makes.
+    /// Else answers false, and what it made counts for nothing.
     static bool narrowAll(const plotix::ValueRuns& piece, MadeNumbers& made)
     {
-        constexpr double kMost = std::numeric_limits<float>::max();
-        unsigned others = 0;
-        for (std::size_t place = 0; place < made.least.size(); ++place) {
-            const double least = piece.least[place], greatest = piece.greatest[place], first = piece.first[place];
-            // Without branches, as vector instructions are.
-            const unsigned isPlain = static_cast<unsigned>(least >= -kMost) & static_cast<unsigned>(least <= greatest) &
-                                     static_cast<unsigned>(greatest <= kMost) &
-                                     static_cast<unsigned>(std::abs(first) <= kMost);
-            others |= isPlain ^ 1U;
-            made.least[place] = static_cast<float>(least);
-            made.greatest[place] = static_cast<float>(greatest);
-            made.first[place] = static_cast<float>(first);
-        }
-        return others == 0;
+        return SeriesNarrowing::best().narrowRuns({piece.least.data(), piece.greatest.data(), piece.first.data()},
+                                                  made.least.size(),
+                                                  {made.least.data(), made.greatest.data(), made.first.data()});
     }
 
     /// False where the values of a run do not tell about its finite points. Narrowing keeps the order of values.
@@ -161,7 +151,7 @@ private:
 CPTPointSeriesPtr pagedSeries(const plotix::PagedArray<double>& x, const PagedSeriesRuns& runs,
                               const std::shared_ptr<const CPTPagedPoints>& points, std::size_t pointCount)
 {
-    const auto numbers = std::make_shared<const NarrowedRuns>(runs, points);
+    const auto numbers = std::make_shared<const NarrowedSource>(runs, points);
     auto known = std::make_shared<const CPTSeriesRuns>(runs.times, numbers, points->elements());
     numbers->letGo();
     return std::make_shared<const CPTPointSeries>(x, points, std::move(known), pointCount);

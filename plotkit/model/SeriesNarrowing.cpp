@@ -76,9 +76,34 @@ std::size_t narrowWords(const double* values, const std::uint64_t* validity, std
     return words;
 }
 
+bool narrowRuns(const RunsToNarrow& runs, std::size_t count, const NarrowedRuns& into)
+{
+    const auto largest = hn::Set(kDoubles, static_cast<double>(std::numeric_limits<float>::max()));
+    auto areFine = hn::Not(hn::MaskFromVec(hn::Zero(kDoubles)));
+    const auto take = [&](std::size_t run) HWY_ATTR {
+        const auto least = hn::LoadU(kDoubles, runs.least + run);
+        const auto greatest = hn::LoadU(kDoubles, runs.greatest + run);
+        const auto first = hn::LoadU(kDoubles, runs.first + run);
+        areFine = hn::And(hn::And(areFine, hn::Ge(least, hn::Neg(largest))), hn::Le(least, greatest));
+        areFine = hn::And(hn::And(areFine, hn::Le(greatest, largest)), hn::Le(hn::Abs(first), largest));
+        hn::StoreU(hn::DemoteTo(kNarrow, least), kNarrow, into.least + run);
+        hn::StoreU(hn::DemoteTo(kNarrow, greatest), kNarrow, into.greatest + run);
+        hn::StoreU(hn::DemoteTo(kNarrow, first), kNarrow, into.first + run);
+    };
+    const std::size_t lanes = hn::MaxLanes(kDoubles);
+    if (count < lanes)
+        return false;
+    std::size_t run = 0;
+    for (; run + lanes <= count; run += lanes)
+        take(run);
+    if (run < count)
+        take(count - lanes);
+    return hn::AllTrue(kDoubles, areFine);
+}
+
 const SeriesNarrowing& narrowing()
 {
-    static constexpr SeriesNarrowing kTable{narrowWords};
+    static constexpr SeriesNarrowing kTable{narrowWords, narrowRuns};
     return kTable;
 }
 

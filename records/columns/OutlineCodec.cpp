@@ -130,17 +130,6 @@ void inPairs(const Cut& cut, const Join& join)
 
 }  // namespace
 
-std::size_t Cut::runLength() const
-{
-    return ColumnKernels::kRun << doublings;
-}
-
-std::size_t Cut::runsOf(std::size_t chunk) const
-{
-    constexpr unsigned kRunBits = std::countr_zero(ColumnKernels::kRun);
-    return (records[chunk] + runLength() - 1) >> (kRunBits + doublings);
-}
-
 std::size_t Cut::runs() const
 {
     std::size_t count = 0;
@@ -262,16 +251,35 @@ ValueRuns readRuns(std::span<const std::byte> bytes, const Cut& cut)
 
 ValueRuns longRunOf(const ValueRuns& runs)
 {
-    ValueRuns all{{kInfinity}, {-kInfinity}, {absentValue()}};
-    for (std::size_t run = 0; run < runs.count(); ++run) {
-        if (std::isnan(runs.least[run]))
-            return {{absentValue()}, {absentValue()}, {absentValue()}};
-        if (runs.least[run] < all.least[0])
-            all.least[0] = runs.least[run];
-        if (runs.greatest[run] > all.greatest[0])
-            all.greatest[0] = runs.greatest[run];
-    }
-    return all;
+    // Lane by lane, which becomes vector instructions.
+    constexpr std::size_t kLanes = 8;
+    std::array<double, kLanes> least, greatest;
+    std::array<std::uint64_t, kLanes> areUnknown{};
+    least.fill(kInfinity);
+    greatest.fill(-kInfinity);
+    const auto take = [&](std::size_t run, std::size_t lanes) {
+        for (std::size_t lane = 0; lane < lanes; ++lane) {
+            const double low = runs.least[run + lane], high = runs.greatest[run + lane];
+            least[lane] = low < least[lane] ? low : least[lane];
+            greatest[lane] = high > greatest[lane] ? high : greatest[lane];
+            areUnknown[lane] |= static_cast<std::uint64_t>(low != low);
+        }
+    };
+    const std::size_t count = runs.count();
+    std::size_t run = 0;
+    for (; run + kLanes <= count; run += kLanes)
+        take(run, kLanes);
+    take(run, count - run);
+    if (std::find_if(areUnknown.begin(), areUnknown.end(), [](std::uint64_t is) { return is != 0; }) !=
+        areUnknown.end())
+        return {{absentValue()}, {absentValue()}, {absentValue()}};
+    // Of zeros the first one, which may be negative.
+    const auto asFirstMet = [](double value, const std::vector<double>& all) {
+        return value == 0 ? *std::find(all.begin(), all.end(), value) : value;
+    };
+    return {{asFirstMet(*std::min_element(least.begin(), least.end()), runs.least)},
+            {asFirstMet(*std::max_element(greatest.begin(), greatest.end()), runs.greatest)},
+            {absentValue()}};
 }
 
 ValueRuns readLongRun(std::span<const std::byte> bytes, const Cut& cut)

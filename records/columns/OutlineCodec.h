@@ -1,8 +1,10 @@
 #pragma once
 
 #include "base/ColumnRuns.h"
+#include "records/columns/ColumnKernels.h"
 #include "records/columns/ExactTotal.h"
 
+#include <bit>
 #include <optional>
 #include <span>
 #include <vector>
@@ -19,11 +21,14 @@ struct Cut {
     unsigned doublings = 0;            ///< 0 … 5
     std::vector<std::size_t> records;  ///< of each chunk
 
-    std::size_t runLength() const;
-    std::size_t runsOf(std::size_t chunk) const;
+    std::size_t runLength() const { return ColumnKernels::kRun << doublings; }
+    std::size_t runsOf(std::size_t chunk) const { return (records[chunk] + runLength() - 1) >> (kRunBits + doublings); }
     std::size_t runs() const;  ///< of all chunks
     /// With runs twice as long. Requires: doublings < 5.
     Cut coarser() const;
+
+private:
+    static constexpr unsigned kRunBits = std::countr_zero(ColumnKernels::kRun);
 };
 
 /// The most chunks together.

@@ -161,33 +161,33 @@ std::optional<double> OutlineTable::endOf(RowId agent)
     return end;
 }
 
-std::vector<std::byte> OutlineTable::row(qint64 id)
+/// The answer of `use(bytes)`, which gets none where there is no such row.
+template <class Use>
+auto OutlineTable::withRow(qint64 id, const Use& use)
 {
-    std::vector<std::byte> bytes;
     Statement& row = statements().row;
-    if (row.bind(1, id).step()) {
-        const auto* data = static_cast<const std::byte*>(row.rawBytes(0));
-        bytes.assign(data, data + row.byteCount(0));
-    }
+    std::span<const std::byte> bytes;
+    if (row.bind(1, id).step())
+        bytes = {static_cast<const std::byte*>(row.rawBytes(0)), row.byteCount(0)};
+    auto answer = use(bytes);
     row.reset();
-    return bytes;
+    return answer;
 }
 
 std::optional<outlinecodec::Times> OutlineTable::times(const Outline& outline)
 {
-    return outlinecodec::readTimes(row(rowOf(outline.id, kTimes)), outline.cut, outline.owner(kTimes));
+    return withRow(rowOf(outline.id, kTimes), [&](std::span<const std::byte> bytes) {
+        return outlinecodec::readTimes(bytes, outline.cut, outline.owner(kTimes));
+    });
 }
 
-std::optional<OutlineTable::Column> OutlineTable::column(const Outline& outline, RowId property)
+std::optional<OutlineTable::Column> OutlineTable::column(const Outline& outline, RowId property, ByteArena& into)
 {
-    Column found;
-    found.bytes = row(rowOf(outline.id, property));
-    std::optional<outlinecodec::Totals> totals =
-        outlinecodec::readTotals(found.bytes, outline.cut, outline.owner(property));
-    if (!totals)
-        return std::nullopt;
-    found.totals = std::move(*totals);
-    return found;
+    return withRow(rowOf(outline.id, property), [&](std::span<const std::byte> bytes) {
+        std::optional<outlinecodec::Totals> totals =
+            outlinecodec::readTotals(bytes, outline.cut, outline.owner(property));
+        return totals ? std::optional(Column{into.kept(bytes), std::move(*totals)}) : std::nullopt;
+    });
 }
 
 void OutlineTable::add(RowId agent, Outline outline, std::span<const std::vector<std::byte>> rows)

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "base/ByteArena.h"
 #include "records/columns/OutlineCodec.h"
 #include "records/sqlite/Chunk.h"
 #include "records/store/RecordBlock.h"
@@ -51,10 +52,10 @@ public:
     /// Nothing where the row is not there, or damaged.
     std::optional<outlinecodec::Times> times(const Outline& outline);
     struct Column {
-        std::vector<std::byte> bytes;  ///< of its runs
+        SharedArray<std::byte> bytes;  ///< of its runs
         outlinecodec::Totals totals;
     };
-    std::optional<Column> column(const Outline& outline, RowId property);
+    std::optional<Column> column(const Outline& outline, RowId property, ByteArena& into);
 
     /// Rows of a new outline: `rows` has the times first, then its properties in their order.
     void add(RowId agent, Outline outline, std::span<const std::vector<std::byte>> rows);
@@ -65,7 +66,8 @@ public:
 private:
     struct Statements;
     Statements& statements();
-    std::vector<std::byte> row(qint64 id);
+    template <class Use>
+    auto withRow(qint64 id, const Use& use);
 
     Database& m_database;
     std::unique_ptr<Statements> m_statements;

@@ -67,28 +67,37 @@ void append(const std::vector<T>& next, std::vector<T>& to)
     to.insert(to.end(), next.begin(), next.end());
 }
 
+/// Room that is not needed, where that is worth a copy.
+template <class T>
+void giveBack(std::vector<T>& values)
+{
+    constexpr std::size_t kWorthACopy = 8;  // one part in so many
+    if (values.capacity() - values.size() > values.size() / kWorthACopy)
+        values.shrink_to_fit();
+}
+
 /// Of a column over the chunks of an outline, as it is stored.
 class OutlinedRuns final : public KeptRuns {
 public:
-    OutlinedRuns(std::vector<std::byte> bytes, std::shared_ptr<const outlinecodec::Cut> cut, std::size_t count)
+    OutlinedRuns(SharedArray<std::byte> bytes, std::shared_ptr<const outlinecodec::Cut> cut, std::size_t count)
         : m_bytes(std::move(bytes)), m_cut(std::move(cut)), m_count(count)
     {
     }
     std::size_t count() const override { return m_count; }
     void inPieces(const Take& take) const override
     {
-        const ValueRuns runs = outlinecodec::readRuns(m_bytes, *m_cut);
+        const ValueRuns runs = outlinecodec::readRuns(m_bytes.span(), *m_cut);
         std::call_once(m_isLongRunKnown, [&] { m_longRun = outlinecodec::longRunOf(runs); });
         take(runs);
     }
     void inLongRuns(const Take& take) const override
     {
-        std::call_once(m_isLongRunKnown, [this] { m_longRun = outlinecodec::readLongRun(m_bytes, *m_cut); });
+        std::call_once(m_isLongRunKnown, [this] { m_longRun = outlinecodec::readLongRun(m_bytes.span(), *m_cut); });
         take(m_longRun);
     }
 
 private:
-    const std::vector<std::byte> m_bytes;
+    const SharedArray<std::byte> m_bytes;
     const std::shared_ptr<const outlinecodec::Cut> m_cut;
     const std::size_t m_count;
     mutable std::once_flag m_isLongRunKnown;
@@ -130,9 +139,9 @@ void KnownRuns::append(KnownRuns&& next)
 void KnownRuns::finish(std::size_t records)
 {
     times.begin.push_back(records);
-    times.begin.shrink_to_fit();
-    for (auto* each : {&times.first, &times.last})
-        each->shrink_to_fit();
+    giveBack(times.begin);
+    giveBack(times.first);
+    giveBack(times.last);
 }
 
 RunsInWork::RunsInWork(ReadConnection& connection, std::span<const RowId> properties, std::size_t ofAgent,
@@ -214,7 +223,7 @@ std::optional<KnownRuns> RunsInWork::of(const Outline& outline, std::span<const 
             column.isAllValid = false;
             continue;
         }
-        std::optional<OutlineTable::Column> found = m_connection.outlines.column(outline, m_properties[place]);
+        std::optional<OutlineTable::Column> found = m_connection.outlines.column(outline, m_properties[place], m_kept);
         if (!found)
             return std::nullopt;
         column.runs = {std::make_shared<const OutlinedRuns>(std::move(found->bytes), cut, runs)};

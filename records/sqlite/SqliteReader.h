@@ -28,6 +28,7 @@ public:
     std::optional<RecordExtent> extent();
     RecordOverview overview(RowId agent, std::span<const RowId> properties, std::optional<double> from,
                             std::optional<double> to);
+    bool hasMoreThan(std::size_t records, RowId agent, std::optional<double> from, std::optional<double> to);
     RecordIndex index(RowId agent, std::span<const RowId> properties, std::optional<double> from,
                       std::optional<double> to, RecordIndex::Detail detail);
     /// Long reads use idle cores too.
@@ -57,7 +58,7 @@ private:
 
     /// The parts of the chunks that lie in the range; only the first and the last chunk's times are read for that.
     std::vector<ChunkPart> partsIn(SegmentReader& segments, RowId agent, const Range& range);
-    bool isLongerThanAPage(RowId agent, const Range& range);
+    bool hasMoreThan(std::size_t records, RowId agent, const Range& range);
     /// The stored summary of each chunk and property; an empty one where the property has no segment.
     std::vector<std::vector<Summary>> summariesOf(RowId agent, const std::vector<Chunk>& of,
                                                   std::span<const RowId> properties);

@@ -43,22 +43,13 @@ RecordColumns columnsOf(const PackedSpan& span, const SpanNotes::Answer& answer)
 
 }  // namespace
 
-/// Counting all records of the chunks that the range cuts.
-bool SqliteReader::isLongerThanAPage(RowId agent, const Range& range)
-{
-    const ReadTransaction transaction(m_connection->database);
-    const std::size_t tail = m_connection->chunks.tailExtent(agent).count;
-    return tail > PagedMemory::kPage ||
-           m_connection->chunks.hasMoreBetween(agent, range.from, range.to, PagedMemory::kPage - tail);
-}
-
 std::optional<RecordColumns> SqliteReader::columns(RowId agent, std::span<const RowId> properties,
                                                    std::optional<double> from, std::optional<double> to,
                                                    const std::shared_ptr<PageCache>& cache,
                                                    const ArchiveProgress& progress, SharedSpans& spans)
 {
     const Range range(from, to);
-    if (!cache || !isLongerThanAPage(agent, range)) {
+    if (!cache || !hasMoreThan(PagedMemory::kPage, agent, range)) {
         const auto block = read(agent, properties, from, to, progress);
         return block ? std::optional(RecordColumns::resident(*block)) : std::nullopt;
     }

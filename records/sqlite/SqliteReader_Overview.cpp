@@ -50,6 +50,20 @@ Summary decodedSummary(SegmentReader& segments, const ChunkPart& part, RowId pro
 
 }  // namespace
 
+bool SqliteReader::hasMoreThan(std::size_t records, RowId agent, std::optional<double> from, std::optional<double> to)
+{
+    return hasMoreThan(records, agent, Range(from, to));
+}
+
+/// Counting all records of the chunks that the range cuts, and of the tail.
+bool SqliteReader::hasMoreThan(std::size_t records, RowId agent, const Range& range)
+{
+    const ReadTransaction transaction(m_connection->database);
+    const TailExtent tail = m_connection->chunks.tailExtent(agent);
+    const std::size_t inTail = tail.count > 0 && tail.first <= range.to && tail.last >= range.from ? tail.count : 0;
+    return inTail > records || m_connection->chunks.hasMoreBetween(agent, range.from, range.to, records - inTail);
+}
+
 std::vector<std::vector<Summary>> SqliteReader::summariesOf(RowId agent, const std::vector<Chunk>& of,
                                                             std::span<const RowId> properties)
 {

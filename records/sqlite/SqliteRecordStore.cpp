@@ -53,6 +53,12 @@ RecordOverview SqliteRecordStore::overview(RowId agent, std::span<const RowId> p
     return SqliteReader(m_connections).overview(agent, properties, from, to);
 }
 
+bool SqliteRecordStore::hasMoreThan(std::size_t records, RowId agent, std::optional<double> from,
+                                    std::optional<double> to)
+{
+    return SqliteReader(m_connections).hasMoreThan(records, agent, from, to);
+}
+
 RecordIndex SqliteRecordStore::index(RowId agent, std::span<const RowId> properties, std::optional<double> from,
                                      std::optional<double> to, RecordIndex::Detail detail)
 {

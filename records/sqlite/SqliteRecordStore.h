@@ -32,6 +32,7 @@ public:
     std::optional<RecordExtent> extent() override;
     RecordOverview overview(RowId agent, std::span<const RowId> properties, std::optional<double> from,
                             std::optional<double> to) override;
+    bool hasMoreThan(std::size_t records, RowId agent, std::optional<double> from, std::optional<double> to) override;
     RecordIndex index(RowId agent, std::span<const RowId> properties, std::optional<double> from,
                       std::optional<double> to, RecordIndex::Detail detail) override;
     std::optional<RecordBlock> read(RowId agent, std::span<const RowId> properties, std::optional<double> from,

@@ -44,6 +44,9 @@ public:
     virtual RecordOverview overview(RowId agent, std::span<const RowId> properties, std::optional<double> from = {},
                                     std::optional<double> to = {}) = 0;
 
+    /// Whether these runs have more records than so many. Quicker than counting them.
+    virtual bool hasMoreThan(std::size_t records, RowId agent, std::optional<double> from, std::optional<double> to);
+
     /// The pieces whose time overlaps [from, to], whole, in time order. What stands in no index, or in a damaged one,
     /// is worked out of the records; each column says so.
     virtual RecordIndex index(RowId agent, std::span<const RowId> properties, std::optional<double> from,

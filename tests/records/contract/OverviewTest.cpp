@@ -53,6 +53,18 @@ TEST_P(OverviewTest, RunsFollowEachOtherAndHoldEveryRecord)
     EXPECT_EQ(told.runs.back().t1, 50'002);
 }
 
+TEST_P(OverviewTest, TellsWhetherThereAreMoreRecords)
+{
+    store(ramp(air, 0, 40'000));
+    store(ramp(wind, 50'000, 3));
+    for (const auto& [from, to] : {std::pair(0, 60'000), std::pair(50'000, 50'002), std::pair(20'000, 20'001)}) {
+        const std::size_t records = overview(from, to).records();
+        EXPECT_TRUE(opened()->hasMoreThan(records - 1, agent, from, to));
+        EXPECT_FALSE(opened()->hasMoreThan(records, agent, from, to));
+    }
+    EXPECT_FALSE(opened()->hasMoreThan(0, agent, 60'001, {}));
+}
+
 TEST_P(OverviewTest, SummariesAreOfTheRunsValuesInTheOrderAskedFor)
 {
     store(ramp(air, 0, 40'000));

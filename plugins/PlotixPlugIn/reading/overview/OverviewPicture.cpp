@@ -1,5 +1,6 @@
 #include "plugins/PlotixPlugIn/reading/overview/OverviewPicture.h"
 
+#include "plotkit/model/CPTSeriesRuns.h"
 #include "plugins/PlotixPlugIn/reading/trend/OverlayLook.h"
 
 #include <QtGui/QPainter>
@@ -14,6 +15,8 @@ namespace {
 constexpr double kLineWidth = 1;
 constexpr double kMargin = 0.06;  // of the values' range, above and below
 constexpr double kNearlyAsWide = 0.1;
+/// So many of all lines together take some milliseconds.
+constexpr std::size_t kManyRuns = 1 << 15;
 
 void join(std::optional<TimeSpan>& all, const TimeSpan& span)
 {
@@ -95,7 +98,7 @@ CPTXYPlotSpacePtr OverviewPicture::addSpace()
 void OverviewPicture::rebuild(const CPTXYGraph& graph, const QStringList& keys)
 {
     m_graph = std::make_shared<CPTXYGraph>();
-    m_image = {};
+    m_isOutdated = true;
     m_graph->setPadding({});
     for (const CPTXYAxisPtr& axis : m_graph->axes().axes())
         axis->setHidden(true);
@@ -116,10 +119,21 @@ void OverviewPicture::rebuild(const CPTXYGraph& graph, const QStringList& keys)
         m_whole = m_asked;  // all records lie there; a line without any has a point that is none of them
     if (m_whole && !(m_whole->to > m_whole->from))
         m_whole.reset();  // a single record needs no overview
-    if (!m_whole)
+    if (!m_whole) {
+        m_image = {};
         return;
+    }
     m_graph->defaultPlotSpace()->setXRange({m_whole->from, m_whole->to - m_whole->from});
     spreadValues(*m_graph);
+}
+
+bool OverviewPicture::areLinesLong() const
+{
+    std::size_t runs = 0;
+    for (const CPTScatterPlotPtr& plot : m_graph->allPlots())
+        if (plot->series() && plot->series()->runs())
+            runs += plot->series()->runs()->count();
+    return runs >= kManyRuns;
 }
 
 void OverviewPicture::draw(QPainter& painter, const QRectF& place, bool mayBeRough)
@@ -138,9 +152,12 @@ void OverviewPicture::draw(QPainter& painter, const QRectF& place, bool mayBeRou
     const Kept wanted{place.size(), density};
     const bool isNear = !m_image.isNull() && m_kept.density == density && m_kept.size.height() == place.height() &&
                         std::abs(m_kept.size.width() - place.width()) <= kNearlyAsWide * place.width();
-    m_isRough = mayBeRough && isNear && m_kept != wanted;
-    if (!m_isRough && (m_image.isNull() || m_kept != wanted)) {
+    const bool isAsWanted = !m_image.isNull() && !m_isOutdated && m_kept == wanted;
+    const bool willDo = m_isOutdated ? (m_image.isNull() || isNear) && areLinesLong() : isNear;
+    m_isRough = mayBeRough && !isAsWanted && willDo;
+    if (!m_isRough && !isAsWanted) {
         m_kept = wanted;
+        m_isOutdated = false;
         m_image = QImage((place.size() * density).toSize().expandedTo({1, 1}), QImage::Format_ARGB32_Premultiplied);
         m_image.fill(Qt::transparent);
         QPainter own(&m_image);

@@ -27,9 +27,10 @@ public:
     /// What it spans; nothing without points.
     const std::optional<TimeSpan>& whole() const { return m_whole; }
 
-    /// Lines of a page stay vectors. Nothing without points. `mayBeRough`: a kept picture of nearly that size will do.
+    /// Lines of a page stay vectors. Nothing without points. `mayBeRough`: a kept picture of nearly that size will do;
+    /// of long lines also the one of the lines before, or none: nobody is to wait for the strip to see the graph.
     void draw(QPainter& painter, const QRectF& place, bool mayBeRough);
-    /// Whether the one drawn last was of another size.
+    /// Whether the one drawn last was another one.
     bool isRough() const { return m_isRough; }
 
 private:
@@ -51,6 +52,7 @@ private:
     static std::vector<Line> linesOf(const CPTXYGraph& graph, const QStringList& keys);
     void rebuild(const CPTXYGraph& graph, const QStringList& keys);
     CPTXYPlotSpacePtr addSpace();
+    bool areLinesLong() const;
 
     std::vector<Line> m_lines;
     std::optional<TimeSpan> m_asked;
@@ -59,6 +61,7 @@ private:
     plotkit::GraphPainter m_painter;
     QImage m_image;
     Kept m_kept;
+    bool m_isOutdated = false;  // the picture is of the lines before
     bool m_isRough = false;
 };
 
