@@ -39,6 +39,7 @@ private:
         std::size_t index = 0;
         unsigned holds = 0;
         State state = State::Absent;
+        bool couldBeRead = true;  // when it was filled last
     };
     // All of these with the mutex held.
     void append(Page& page);

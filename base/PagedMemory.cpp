@@ -11,6 +11,7 @@
 #include <cassert>
 #include <cstdint>
 #include <new>
+#include <utility>
 
 #if defined(__SANITIZE_ADDRESS__)
 #include <sanitizer/asan_interface.h>
@@ -189,8 +190,12 @@ void PagedMemory::fillPages(std::size_t first, std::size_t end) const
         populate(array.start + first * array.pageBytes, (end - first) * array.pageBytes);
     const bool isRead = fill(first * kPage, std::min(end * kPage, m_elements));
     const std::lock_guard lock(m_cache->m_mutex);
-    for (std::size_t index = first; index < end; ++index)
-        m_pages[index].state = isRead ? State::Filled : State::StandIn;
+    for (std::size_t index = first; index < end; ++index) {
+        PageCache::Page& page = m_pages[index];
+        page.state = isRead ? State::Filled : State::StandIn;
+        if (std::exchange(page.couldBeRead, isRead) != isRead)
+            isRead ? --m_pagesUnread : ++m_pagesUnread;
+    }
     m_cache->m_filled.notify_all();
 }
 

@@ -78,6 +78,9 @@ public:
     /// How often elements were held of which some stand in for what could not be read.
     std::size_t standInsHeld() const { return m_standInsHeld; }
 
+    /// How many pages could not be read when somebody looked at them last, whether or not they are in memory.
+    std::size_t pagesUnread() const { return m_pagesUnread; }
+
     std::size_t elements() const { return m_elements; }
     const std::shared_ptr<PageCache>& cache() const { return m_cache; }
 
@@ -118,6 +121,7 @@ private:
     std::size_t m_pageBytes = 0;
     std::vector<Array> m_arrays;
     mutable std::atomic<std::size_t> m_standInsHeld = 0;
+    mutable std::atomic<std::size_t> m_pagesUnread = 0;
     mutable std::vector<PageCache::Page> m_pages;  // guarded by the cache's mutex
 };
 

@@ -192,7 +192,7 @@ bool KTVPlotixPlugIn::lacksRecords() const
 {
     const auto lacks = [](const CPTPointSeriesPtr& series) {
         const auto hasFailed = [](const std::shared_ptr<const plotix::PagedMemory>& memory) {
-            return memory && memory->standInsHeld() > 0;
+            return memory && memory->pagesUnread() > 0;
         };
         return series && (hasFailed(series->x().memory()) || hasFailed(series->y().memory()));
     };

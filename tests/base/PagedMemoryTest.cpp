@@ -86,6 +86,18 @@ TEST_F(PagedMemoryTest, EveryHoldOfAStandInCounts)
     EXPECT_EQ(m_memory->standInsHeld(), 2U);
 }
 
+TEST_F(PagedMemoryTest, APageIsUnreadUntilItIsReadAtALaterLook)
+{
+    m_memory->breakDown(true);
+    lookAt(0);
+    lookAt(3 * kPage);
+    lookAt(0);
+    EXPECT_EQ(m_memory->pagesUnread(), 2U);
+    m_memory->breakDown(false);
+    lookAt(0);
+    EXPECT_EQ(m_memory->pagesUnread(), 1U);
+}
+
 TEST_F(PagedMemoryTest, AValueIsThereWhereSomebodyLooks)
 {
     EXPECT_EQ(lookAt(5), 15);
