@@ -6,6 +6,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <bit>
 #include <cmath>
 #include <limits>
@@ -82,9 +83,28 @@ protected:
         }
     }
 
+    /// What every target answers of the first `count` runs; all write the floats next to what is told.
+    bool areRunsNarrowed(std::size_t count)
+    {
+        std::vector<bool> answers;
+        for (const SeriesNarrowing* each : every) {
+            std::vector<float> least(count), greatest(count), first(count);
+            answers.push_back(each->narrowRuns({values.data(), above.data(), values.data()}, count,
+                                               {least.data(), greatest.data(), first.data()}));
+            for (std::size_t run = 0; answers.back() && run < count; ++run) {
+                EXPECT_EQ(least[run], static_cast<float>(values[run]));
+                EXPECT_EQ(greatest[run], static_cast<float>(above[run]));
+                EXPECT_EQ(first[run], static_cast<float>(values[run]));
+            }
+        }
+        EXPECT_EQ(std::count(answers.begin(), answers.end(), answers.front()), std::ssize(answers));
+        return answers.front();
+    }
+
     const std::vector<const SeriesNarrowing*> every = plotix::testing::everyTarget<SeriesNarrowing>();
     std::mt19937_64 random{11};
     std::vector<double> values = std::vector<double>(kWords * 64);
+    std::vector<double> above = std::vector<double>(kWords * 64, 1e6);
     std::vector<std::uint64_t> validity = std::vector<std::uint64_t>(kWords);
 };
 
@@ -104,6 +124,25 @@ TEST_F(SeriesNarrowingTest, AWordWithAValueNoFloatHoldsStopsIt)
     for (const double odd : {std::nan(""), -tooLarge, std::numeric_limits<double>::infinity()}) {
         values[7 * 64 + 41] = odd;
         expectAllAlike(validity.data(), 7);
+    }
+}
+
+TEST_F(SeriesNarrowingTest, WhatIsKnownOfRunsBecomesFloats)
+{
+    for (std::size_t count = 8; count < 40; ++count)
+        EXPECT_TRUE(areRunsNarrowed(count));
+}
+
+TEST_F(SeriesNarrowingTest, RunsOfWhichTooLittleIsKnownAreLeftToTheCaller)
+{
+    const double tooLarge = 2.0 * static_cast<double>(std::numeric_limits<float>::max());
+    for (std::size_t odd = 0; odd < 21; ++odd) {
+        const double plain = values[odd];
+        for (const double each : {std::nan(""), tooLarge, -tooLarge, 2e6}) {
+            values[odd] = each;
+            EXPECT_FALSE(areRunsNarrowed(21));
+        }
+        values[odd] = plain;
     }
 }
 
