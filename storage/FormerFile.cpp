@@ -37,7 +37,7 @@ struct OpenFiles {
 
     static OpenFiles& all()
     {
-        static OpenFiles files;
+        static OpenFiles& files = *new OpenFiles;  // databases may be closed while static objects are destroyed
         return files;
     }
     bool has(const OpenInPlace::Numbers& wanted)

@@ -21,7 +21,7 @@ struct WebView {
     QString title;       ///< plain text
     /// What was written about the times it shows, each as plain text that begins with the number of its flag.
     std::vector<QString> footnotes = {};
-    bool lacksRecords = false;  ///< some of what it has drawn could not be read
+    bool lacksRecords = false;  ///< some of what it asked for, or has drawn, could not be read
 };
 
 struct WebRendering {

@@ -194,10 +194,11 @@ bool CPTSeriesRuns::areTimesSorted() const
 {
     if (plotkit::areTimesSorted(m_times))
         return true;
+    if (m_count == m_times->count())
+        return false;
     plotix::TimeRuns own;
     const auto end = static_cast<std::ptrdiff_t>(m_count);
     own.first.assign(m_times->first.begin(), m_times->first.begin() + end);
     own.last.assign(m_times->last.begin(), m_times->last.begin() + end);
-    return m_count < m_times->count() &&
-           plotkit::areTimesSorted(std::make_shared<const plotix::TimeRuns>(std::move(own)));
+    return plotkit::areTimesSorted(std::make_shared<const plotix::TimeRuns>(std::move(own)));
 }

@@ -19,6 +19,15 @@ constexpr std::size_t kAtOnce = 32 * plotix::PagedMemory::kPage;
 /// The same of what is brought before anybody wants it.
 constexpr std::size_t kBroughtAtOnce = 4 * plotix::PagedMemory::kPage;
 
+/// Of such a series nothing is brought before somebody looks: it would be tried at each frame, and fail.
+bool isAnyUnread(const CPTPointSeries& series)
+{
+    const auto isUnread = [](const std::shared_ptr<const plotix::PagedMemory>& memory) {
+        return memory && memory->pagesUnread() > 0;
+    };
+    return isUnread(series.x().memory()) || isUnread(series.y().memory());
+}
+
 /// Whoever paints goes first where cores are scarce.
 void giveWay()
 {
@@ -130,6 +139,10 @@ void PartFilling::look(const CPTPointSeries& series, std::uint64_t request) cons
 void PartFilling::bringNext(std::unique_lock<std::mutex>& lock)
 {
     SeriesPart next = m_unbrought.front();
+    if (isAnyUnread(*next.series)) {
+        m_unbrought.erase(m_unbrought.begin());
+        return;
+    }
     next.end = std::min(next.end, (next.first / kBroughtAtOnce + 1) * kBroughtAtOnce);
     m_unbrought.front().first = next.end;
     if (next.end == m_unbrought.front().end)

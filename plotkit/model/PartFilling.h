@@ -29,7 +29,8 @@ public:
     /// system has no thread for it.
     bool fill(SeriesParts parts);
     /// Brings these parts into memory whenever nothing is to be filled, and none that it was asked to bring before.
-    /// They are not held: they stay as long as their cache has room for them. Without a thread nothing is brought.
+    /// They are not held: they stay as long as their cache has room for them. Nothing of a series of which pages could
+    /// not be read, and without a thread nothing at all.
     void bring(SeriesParts parts);
     /// Looks at all runs of these series whenever nothing is to be filled or brought, so that no frame need wait for
     /// them; at no others that it was asked for before. Without a thread nothing is looked at.

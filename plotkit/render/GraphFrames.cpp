@@ -89,8 +89,7 @@ void GraphFrames::paintGraph(QPainter& painter, const CPTXYGraph& graph, const Q
     }
     if (m_isProvisional)
         return;
-    if (!parts.ahead.empty())
-        m_filling.bring(std::move(parts.ahead));
+    m_filling.bring(std::move(parts.ahead));  // also nothing: what was ahead may be so no longer
     lookAhead(graph);
 }
 
