@@ -135,17 +135,15 @@ TEST_F(PartBringingTest, BringsWhatWasAskedForLast)
     EXPECT_FALSE(isThere(1'900'000, 2'000'000));
 }
 
-TEST_F(PartBringingTest, GoesNotOnWhereASeriesCannotBeRead)
+TEST_F(PartBringingTest, BringsNothingOfASeriesThatCouldNotBeRead)
 {
     const auto points = std::make_shared<UnreadablePoints>(std::make_shared<plotix::PageCache>(kPlenty), twin.size());
     series = twin.pagedBy(points);
     const std::size_t before = points->looks();
+    ASSERT_GT(before, 0U);  // its end was looked at when it was made
     filling.bring(part(0, 3'000'000));
-    for (int wait = 0; points->looks() == before && wait < 20'000; ++wait)
-        std::this_thread::sleep_for(std::chrono::milliseconds(1));
-    EXPECT_GT(points->looks(), before);
     std::this_thread::sleep_for(std::chrono::milliseconds(50));
-    EXPECT_LE(points->looks(), before + 4);  // some pages at once, on several threads
+    EXPECT_EQ(points->looks(), before);
 }
 
 TEST_F(PartBringingTest, EndsWhileItBrings)
