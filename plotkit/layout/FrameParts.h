@@ -20,7 +20,7 @@ struct FrameParts {
     SeriesParts lacking;
 
     /// What the next frames need, where this one is exact and the view goes on moving as it did. Filled in by whoever
-    /// draws; of all plots together no more than kPagesAhead.
+    /// draws; of all plots together some kPagesAhead.
     SeriesParts ahead;
 
     /// Pages that a frame waits for, of all plots together: some milliseconds.

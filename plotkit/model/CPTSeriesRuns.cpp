@@ -189,16 +189,7 @@ std::size_t CPTSeriesRuns::filledBefore(std::size_t run) const
     return m_count;
 }
 
-// The first runs of what is sorted are; others are rare.
 bool CPTSeriesRuns::areTimesSorted() const
 {
-    if (plotkit::areTimesSorted(m_times))
-        return true;
-    if (m_count == m_times->count())
-        return false;
-    plotix::TimeRuns own;
-    const auto end = static_cast<std::ptrdiff_t>(m_count);
-    own.first.assign(m_times->first.begin(), m_times->first.begin() + end);
-    own.last.assign(m_times->last.begin(), m_times->last.begin() + end);
-    return plotkit::areTimesSorted(std::make_shared<const plotix::TimeRuns>(std::move(own)));
+    return plotkit::areTimesSorted(m_times, m_count);
 }

@@ -11,12 +11,12 @@ namespace plotkit {
 namespace {
 
 // Finite ends of what never decreases make all of it finite; a NaN is not above anything.
-bool isInOrder(const plotix::TimeRuns& runs)
+bool isInOrder(const plotix::TimeRuns& runs, std::size_t count)
 {
     constexpr std::size_t kStride = 4096;
     double before = -std::numeric_limits<double>::infinity();
-    for (std::size_t run = 0; run < runs.count();) {
-        const std::size_t end = std::min(runs.count(), run + kStride);
+    for (std::size_t run = 0; run < count;) {
+        const std::size_t end = std::min(count, run + kStride);
         bool turns = !std::isfinite(runs.first[run]) || !std::isfinite(runs.last[end - 1]);
         for (; run < end; ++run) {
             turns |= !(runs.first[run] >= before) | !(runs.last[run] >= runs.first[run]);
@@ -38,7 +38,7 @@ public:
             if (known.runs.lock() == runs)
                 return known.isSorted;
         KnownOrder& made = m_known[m_next++ % m_known.size()];
-        made = {runs, isInOrder(*runs)};
+        made = {runs, isInOrder(*runs, runs->count())};
         return made.isSorted;
     }
 
@@ -54,10 +54,10 @@ private:
 
 }  // namespace
 
-bool areTimesSorted(const std::shared_ptr<const plotix::TimeRuns>& runs)
+bool areTimesSorted(const std::shared_ptr<const plotix::TimeRuns>& runs, std::size_t count)
 {
     static KnownRunOrders& orders = *new KnownRunOrders;
-    return orders.isSorted(runs);
+    return orders.isSorted(runs) || (count < runs->count() && isInOrder(*runs, count));
 }
 
 }  // namespace plotkit

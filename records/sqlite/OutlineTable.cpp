@@ -181,12 +181,12 @@ std::optional<outlinecodec::Times> OutlineTable::times(const Outline& outline)
     });
 }
 
-std::optional<OutlineTable::Column> OutlineTable::column(const Outline& outline, RowId property, ByteArena& into)
+std::optional<OutlineTable::Column> OutlineTable::column(const Outline& outline, RowId property)
 {
     return withRow(rowOf(outline.id, property), [&](std::span<const std::byte> bytes) {
         std::optional<outlinecodec::Totals> totals =
             outlinecodec::readTotals(bytes, outline.cut, outline.owner(property));
-        return totals ? std::optional(Column{into.kept(bytes), std::move(*totals)}) : std::nullopt;
+        return totals ? std::optional(Column{{bytes.begin(), bytes.end()}, std::move(*totals)}) : std::nullopt;
     });
 }
 

@@ -1,6 +1,5 @@
 #pragma once
 
-#include "base/ByteArena.h"
 #include "records/columns/OutlineCodec.h"
 #include "records/sqlite/Chunk.h"
 #include "records/store/RecordBlock.h"
@@ -52,10 +51,10 @@ public:
     /// Nothing where the row is not there, or damaged.
     std::optional<outlinecodec::Times> times(const Outline& outline);
     struct Column {
-        SharedArray<std::byte> bytes;  ///< of its runs
+        std::vector<std::byte> bytes;  ///< of its runs
         outlinecodec::Totals totals;
     };
-    std::optional<Column> column(const Outline& outline, RowId property, ByteArena& into);
+    std::optional<Column> column(const Outline& outline, RowId property);
 
     /// Rows of a new outline: `rows` has the times first, then its properties in their order.
     void add(RowId agent, Outline outline, std::span<const std::vector<std::byte>> rows);

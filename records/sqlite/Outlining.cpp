@@ -114,11 +114,10 @@ bool OutlineInWork::isToldBy(OutlineTable& table, const Outline& stored) const
         return false;
     return std::all_of(m_columns.begin(), m_columns.end(), [&](const auto& each) {
         const auto& [property, column] = each;
-        ByteArena read;
-        const auto found = stored.has(property) ? table.column(stored, property, read) : std::nullopt;
+        const auto found = stored.has(property) ? table.column(stored, property) : std::nullopt;
         return found && found->totals.valid == column.totals.valid && found->totals.sum == column.totals.sum &&
                found->totals.absent == column.totals.absent &&
-               areSame(outlinecodec::readRuns(found->bytes.span(), stored.cut), atStored(column.runs));
+               areSame(outlinecodec::readRuns(found->bytes, stored.cut), atStored(column.runs));
     });
 }
 
@@ -145,10 +144,9 @@ void Outlining::removeDamaged(RowId agent)
 bool Outlining::isSound(RowId agent, const Outline& outline)
 {
     const std::vector<Chunk> chunks = m_chunks.chunksBetween(agent, outline.t0, outline.t1);
-    ByteArena read;
     return chunks.size() == outline.chunks.size() && outline.isOf(chunks) && m_table.times(outline) &&
            std::all_of(outline.properties.begin(), outline.properties.end(),
-                       [&](RowId property) { return m_table.column(outline, property, read).has_value(); });
+                       [&](RowId property) { return m_table.column(outline, property).has_value(); });
 }
 
 bool Outlining::completeSome(RowId agent, double& from)

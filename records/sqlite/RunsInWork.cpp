@@ -79,25 +79,25 @@ void giveBack(std::vector<T>& values)
 /// Of a column over the chunks of an outline, as it is stored.
 class OutlinedRuns final : public KeptRuns {
 public:
-    OutlinedRuns(SharedArray<std::byte> bytes, std::shared_ptr<const outlinecodec::Cut> cut, std::size_t count)
+    OutlinedRuns(std::vector<std::byte> bytes, std::shared_ptr<const outlinecodec::Cut> cut, std::size_t count)
         : m_bytes(std::move(bytes)), m_cut(std::move(cut)), m_count(count)
     {
     }
     std::size_t count() const override { return m_count; }
     void inPieces(const Take& take) const override
     {
-        const ValueRuns runs = outlinecodec::readRuns(m_bytes.span(), *m_cut);
+        const ValueRuns runs = outlinecodec::readRuns(m_bytes, *m_cut);
         std::call_once(m_isLongRunKnown, [&] { m_longRun = outlinecodec::longRunOf(runs); });
         take(runs);
     }
     void inLongRuns(const Take& take) const override
     {
-        std::call_once(m_isLongRunKnown, [this] { m_longRun = outlinecodec::readLongRun(m_bytes.span(), *m_cut); });
+        std::call_once(m_isLongRunKnown, [this] { m_longRun = outlinecodec::readLongRun(m_bytes, *m_cut); });
         take(m_longRun);
     }
 
 private:
-    const SharedArray<std::byte> m_bytes;
+    const std::vector<std::byte> m_bytes;
     const std::shared_ptr<const outlinecodec::Cut> m_cut;
     const std::size_t m_count;
     mutable std::once_flag m_isLongRunKnown;
@@ -223,7 +223,7 @@ std::optional<KnownRuns> RunsInWork::of(const Outline& outline, std::span<const 
             column.isAllValid = false;
             continue;
         }
-        std::optional<OutlineTable::Column> found = m_connection.outlines.column(outline, m_properties[place], m_kept);
+        std::optional<OutlineTable::Column> found = m_connection.outlines.column(outline, m_properties[place]);
         if (!found)
             return std::nullopt;
         column.runs = {std::make_shared<const OutlinedRuns>(std::move(found->bytes), cut, runs)};

@@ -70,7 +70,6 @@ private:
     std::vector<IndexStore::FoundTimes> m_times;  // by chunk
     std::vector<double> m_values;
     std::vector<ValueRuns> m_runs;  // by property: what `add` has put together
-    ByteArena m_kept;
 };
 
 }  // namespace plotix

@@ -26,12 +26,14 @@ fail() {
 }
 
 # A server of this script's own at a number that no other script takes: numbers that servers choose for themselves may be
-# those of one that is just ending. One that dies, or does not answer, is started again at another number.
+# those of one that is just ending. One that dies, or does not answer, is started again at another number. It is not to
+# reset itself: a server does so when its last client leaves, here the one that asks whether it answers, and refuses
+# whoever comes meanwhile, in one of sixty starts the window manager, or the program, which then found no display.
 start_server() { # SCREEN
     local attempt number server
     for attempt in 1 2 3 4 5; do
         number=$((1000 + ($$ * 7 + attempt * 4001) % 50000))
-        Xvfb ":$number" -screen 0 "$1" -nolisten tcp ${server_keeps_picture:+-fbdir "$home"} >/dev/null 2>&1 &
+        Xvfb ":$number" -screen 0 "$1" -nolisten tcp -noreset ${server_keeps_picture:+-fbdir "$home"} >/dev/null 2>&1 &
         server=$!
         for _ in $(seq 150); do
             kill -0 "$server" 2>/dev/null || break
@@ -61,4 +63,9 @@ open_desktop() {
     start_server "$2"
     openbox "${@:3}" >/dev/null 2>&1 &
     started+=($!)
+    for _ in $(seq 150); do
+        xdotool get_num_desktops >/dev/null 2>&1 && return
+        sleep 0.1
+    done
+    fail "no window manager"
 }

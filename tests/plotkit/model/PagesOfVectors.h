@@ -30,6 +30,24 @@ private:
     double* m_pages;
 };
 
+/// Points that cannot be read.
+class UnreadablePoints : public CPTPagedPoints {
+public:
+    UnreadablePoints(std::shared_ptr<plotix::PageCache> cache, std::size_t elements)
+        : CPTPagedPoints(std::move(cache), elements)
+    {
+    }
+    std::size_t looks() const { return m_looks; }  ///< how often they were wanted
+
+private:
+    bool writePoints(CPTPointWriter& /*into*/) const noexcept override
+    {
+        ++m_looks;
+        return false;
+    }
+    mutable std::atomic<std::size_t> m_looks = 0;
+};
+
 /// Points written from archived doubles.
 class PagedDoubles : public CPTPagedPoints {
 public:

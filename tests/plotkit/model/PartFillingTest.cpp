@@ -5,7 +5,6 @@
 
 #include <gtest/gtest.h>
 
-#include <atomic>
 #include <chrono>
 #include <semaphore>
 #include <thread>
@@ -14,24 +13,6 @@ namespace {
 
 using namespace plotkit;
 using namespace plotkit_test;
-
-/// Points that cannot be read.
-class UnreadablePoints : public CPTPagedPoints {
-public:
-    UnreadablePoints(std::shared_ptr<plotix::PageCache> cache, std::size_t elements)
-        : CPTPagedPoints(std::move(cache), elements)
-    {
-    }
-    std::size_t looks() const { return m_looks; }
-
-private:
-    bool writePoints(CPTPointWriter& /*into*/) const noexcept override
-    {
-        ++m_looks;
-        return false;
-    }
-    mutable std::atomic<std::size_t> m_looks = 0;
-};
 
 class PartFillingTest : public testing::Test {
 protected:

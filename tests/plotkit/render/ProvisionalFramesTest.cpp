@@ -19,18 +19,6 @@ using namespace plotkit_test;
 
 const QSize kSize(160, 90);
 
-/// Points that cannot be read.
-class UnreadablePoints : public CPTPagedPoints {
-public:
-    UnreadablePoints(std::shared_ptr<plotix::PageCache> cache, std::size_t elements)
-        : CPTPagedPoints(std::move(cache), elements)
-    {
-    }
-
-private:
-    bool writePoints(CPTPointWriter& /*into*/) const noexcept override { return false; }
-};
-
 class ProvisionalFramesTest : public testing::Test {
 protected:
     ProvisionalFramesTest()
