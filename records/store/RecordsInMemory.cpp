@@ -81,8 +81,8 @@ std::vector<Amendment> RecordsInMemory::amendmentsOf(RowId property) const
     return found != m_contents.amendments.end() ? found->second : std::vector<Amendment>();
 }
 
-void add(const Amendment& amendment, std::vector<Amendment>& to,
-         const std::function<bool(double from, double to)>& areNeighbours)
+Amendment add(const Amendment& amendment, std::vector<Amendment>& to,
+              const std::function<bool(double from, double to)>& areNeighbours)
 {
     std::erase_if(to, [&](const Amendment& each) {
         return each.kind == amendment.kind && each.from >= amendment.from && each.to <= amendment.to;
@@ -97,9 +97,10 @@ void add(const Amendment& amendment, std::vector<Amendment>& to,
     if (last && goesOn(*last, amendment) && !isAnyBetween && areNeighbours(last->to, amendment.from)) {
         last->to = amendment.to;
         last->last = amendment.last;
-    } else {
-        to.push_back(amendment);
+        return *last;
     }
+    to.push_back(amendment);
+    return amendment;
 }
 
 void remove(double from, double to, std::vector<Amendment>& out)

@@ -100,9 +100,9 @@ void remove(std::span<const RowId> properties, double from, double to, RecordsIn
 void remove(double from, double to, std::vector<Amendment>& out);
 
 /// Adds a stretch: those of its kind that lie within it go. `areNeighbours` answers whether nothing is recorded of the
-/// property between two times.
-void add(const Amendment& amendment, std::vector<Amendment>& to,
-         const std::function<bool(double from, double to)>& areNeighbours);
+/// property between two times. Answers the stretch that it is part of now.
+Amendment add(const Amendment& amendment, std::vector<Amendment>& to,
+              const std::function<bool(double from, double to)>& areNeighbours);
 
 /// Merges a block's records. Of equal times in the block the last one stays; at a time that `into` already has, the
 /// block's elements replace those of the same properties and leave the others.

@@ -1,4 +1,5 @@
 #include "records/store/MemoryRecordStore.h"
+#include "tests/records/clickhouse/ClickHouseUnderTest.h"
 #include "tests/records/contract/RecordStoreContract.h"
 #include "tests/records/sqlite/SqliteFile.h"
 
@@ -39,6 +40,8 @@ std::unique_ptr<StoreUnderTest> make()
 
 const std::vector<StoreKind>& storesUnderTest()
 {
-    static const std::vector<StoreKind> stores{{"Memory", &make<MemoryUnderTest>}, {"Sqlite", &make<SqliteUnderTest>}};
+    static const std::vector<StoreKind> stores{{"Memory", &make<MemoryUnderTest>},
+                                               {"Sqlite", &make<SqliteUnderTest>},
+                                               {"ClickHouse", &make<ClickHouseUnderTest>}};
     return stores;
 }

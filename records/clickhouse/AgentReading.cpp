@@ -1,0 +1,285 @@
+#include "records/clickhouse/AgentReading.h"
+
+#include "base/ReportableError.h"
+#include "records/clickhouse/RowBinary.h"
+#include "records/clickhouse/ServerStamps.h"
+#include "records/columns/SealedColumn.h"
+#include "records/columns/ValidityBits.h"
+
+#include <algorithm>
+#include <cstring>
+#include <unordered_map>
+
+namespace plotix {
+
+namespace {
+
+constexpr std::size_t kMostNamed = 1000;  // chunks; more are asked for by their span
+constexpr std::size_t kRecords = schema::kRecordsPerChunk;
+
+WriterMarks marksOf(const std::vector<std::uint64_t>& writers, const std::vector<std::uint64_t>& upto)
+{
+    WriterMarks marks;
+    for (std::size_t i = 0; i < std::min(writers.size(), upto.size()); ++i)
+        marks[writers[i]] = upto[i];
+    return marks;
+}
+
+AgentReading::Piece pieceOf(Records records)
+{
+    AgentReading::Piece piece;
+    piece.n = records.size();
+    piece.t0 = records.view().times[0];
+    piece.t1 = records.view().times[piece.n - 1];
+    piece.records = std::move(records);
+    return piece;
+}
+
+/// In pieces that are not too long.
+void addPieces(const RecordsView& records, std::vector<AgentReading::Piece>& to)
+{
+    for (std::size_t first = 0; first < records.size; first += kRecords) {
+        Records part;
+        part.append(records.slice(first, std::min(kRecords, records.size - first)));
+        to.push_back(pieceOf(std::move(part)));
+    }
+}
+
+RecordsView within(const RecordsView& records, double begin, double end)
+{
+    const double* const first = std::lower_bound(records.times, records.times + records.size, begin);
+    const double* const last = std::upper_bound(first, records.times + records.size, end);
+    return records.slice(static_cast<std::size_t>(first - records.times), static_cast<std::size_t>(last - first));
+}
+
+}  // namespace
+
+AgentReading::Rows AgentReading::rows(double from, double to)
+{
+    Rows rows;
+    if (!(from <= to))
+        return rows;
+    // Chunks first: a young record that is taken in meanwhile is found then, and known to be taken in where its chunk
+    // is.
+    const std::vector<std::byte> chunks = m_server.ask(
+        "SELECT chunk, version, t0, t1, begin, end, n, writers, upto FROM " + m_tables.chunks() + " WHERE " +
+        ofAgent() + " AND property = 0 AND begin <= " + sqlNumber(to) + " AND end >= " + sqlNumber(from) + " AND " +
+        m_tables.counts(m_own) + " ORDER BY begin, chunk LIMIT 1 BY chunk FORMAT RowBinary");
+    double earliest = from, latest = to;
+    try {
+        for (rowbinary::Reader row(chunks); !row.isAtEnd();) {
+            StoredChunk chunk;
+            chunk.id = row.number<std::uint64_t>();
+            chunk.version = row.number<std::uint64_t>();
+            chunk.t0 = row.number<double>();
+            chunk.t1 = row.number<double>();
+            chunk.begin = row.number<double>();
+            chunk.end = row.number<double>();
+            chunk.n = row.number<std::uint32_t>();
+            const auto writers = row.list<std::uint64_t>();
+            chunk.taken = marksOf(writers, row.list<std::uint64_t>());
+            if (chunk.n > kRecords || !(chunk.begin <= chunk.end) ||
+                (chunk.n > 0 && !(chunk.begin <= chunk.t0 && chunk.t0 <= chunk.t1 && chunk.t1 <= chunk.end)))
+                failAsDamaged(QStringLiteral("chunk %1 cannot be as it says").arg(chunk.id));
+            earliest = std::min(earliest, chunk.begin);
+            latest = std::max(latest, chunk.end);
+            stamps::saw(chunk.version);
+            rows.chunks.push_back(std::move(chunk));
+        }
+        const std::vector<std::byte> young =
+            m_server.ask("SELECT time, writer, number, place, version, properties, values, valid FROM " +
+                         m_tables.young() + " WHERE " + ofAgent() + " AND time >= " + sqlNumber(earliest) +
+                         " AND time <= " + sqlNumber(latest) + " AND " + m_tables.counts(m_own) + " FORMAT RowBinary");
+        for (rowbinary::Reader row(young); !row.isAtEnd();) {
+            YoungRecord record;
+            record.time = row.number<double>();
+            record.writer = row.number<std::uint64_t>();
+            record.number = row.number<std::uint64_t>();
+            record.place = row.number<std::uint32_t>();
+            record.version = row.number<std::uint64_t>();
+            record.properties = row.list<RowId>();
+            record.values = row.list<double>();
+            record.valid = row.list<std::uint8_t>();
+            if (record.values.size() != record.properties.size() || record.valid.size() != record.properties.size())
+                failAsDamaged(QStringLiteral("a record has more properties than values"));
+            stamps::saw(record.version);
+            rows.young.push_back(std::move(record));
+        }
+    } catch (const rowbinary::TooShort&) {
+        failAsDamaged(QStringLiteral("an answer ends early"));
+    }
+    std::sort(rows.young.begin(), rows.young.end(),
+              [](const YoungRecord& one, const YoungRecord& other) { return one.time < other.time; });
+    return rows;
+}
+
+std::vector<AgentReading::Piece> AgentReading::pieces(const Rows& rows, double from, double to,
+                                                      const std::vector<RowId>* properties)
+{
+    std::vector<Piece> pieces;
+    if (!(from <= to))
+        return pieces;
+    std::vector<const YoungRecord*> loose;  // that lie in no chunk
+    const auto endLoose = [&] {
+        const Records records = joined({}, std::exchange(loose, {}), properties);
+        addPieces(records.view(), pieces);
+    };
+    auto young = rows.young.begin();
+    const auto takeLoose = [&](const auto& isBefore) {
+        for (; young != rows.young.end() && isBefore(young->time); ++young)
+            if (young->time >= from && young->time <= to)
+                loose.push_back(&*young);
+    };
+    for (const ChunkStretch& stretch : stretchesOf(rows.chunks)) {
+        takeLoose([&](double time) { return time < stretch.begin; });
+        std::vector<const YoungRecord*> onIt;
+        for (; young != rows.young.end() && young->time <= stretch.end; ++young)
+            if (!stretch.chunk->hasTaken(young->writer, young->number))
+                onIt.push_back(&*young);
+        if (stretch.end < from || stretch.begin > to)
+            continue;
+        const StoredChunk& chunk = *stretch.chunk;
+        if (stretch.isWhole() && onIt.empty()) {
+            if (chunk.n == 0)
+                continue;
+            endLoose();
+            pieces.push_back({&chunk, {}, chunk.t0, chunk.t1, chunk.n});
+            continue;
+        }
+        endLoose();
+        const Records all = chunk.n > 0 ? recordsOf(chunk, properties) : Records();
+        const Records now = joined(within(all.view(), stretch.begin, stretch.end), std::move(onIt), properties);
+        addPieces(now.view(), pieces);
+    }
+    takeLoose([](double) { return true; });
+    endLoose();
+    std::erase_if(pieces, [&](const Piece& piece) { return !piece.overlaps(from, to); });
+    return pieces;
+}
+
+bool AgentReading::segments(std::span<const StoredChunk* const> chunks, const std::vector<RowId>* properties,
+                            const TakeSegment& take, const std::function<bool()>& goOn)
+{
+    if (chunks.empty())
+        return true;
+    std::unordered_map<std::uint64_t, std::size_t> places;
+    double earliest = chunks[0]->begin, latest = chunks[0]->begin;
+    std::string named;
+    for (std::size_t i = 0; i < chunks.size(); ++i) {
+        places.emplace(chunks[i]->id, i);
+        earliest = std::min(earliest, chunks[i]->begin);
+        latest = std::max(latest, chunks[i]->begin);
+        if (chunks.size() <= kMostNamed)
+            named += (named.empty() ? " AND chunk IN (" : ",") + std::to_string(chunks[i]->id);
+    }
+    named += named.empty() ? "" : ")";
+    std::string asked;
+    if (properties) {
+        std::vector<RowId> all{kTimes};
+        all.insert(all.end(), properties->begin(), properties->end());
+        asked = " AND property IN " + sqlList(all);
+    }
+    // Chunks that take no more part have rows too, and a row that was sent twice stands twice.
+    std::unordered_map<RowId, std::vector<bool>> seen;
+    std::vector<std::byte> waiting;
+    bool isStopped = false;
+    m_server.stream(
+        "SELECT chunk, property, codec, valid, data FROM " + m_tables.chunks() + " WHERE " + ofAgent() + asked +
+            " AND begin >= " + sqlNumber(earliest) + " AND begin <= " + sqlNumber(latest) + named + " FORMAT RowBinary",
+        [&] { waiting.clear(); },
+        [&](std::span<const std::byte> bytes) {
+            waiting.insert(waiting.end(), bytes.begin(), bytes.end());
+            std::size_t done = 0;
+            try {
+                for (rowbinary::Reader row(waiting); !row.isAtEnd(); done = row.at()) {
+                    const auto chunk = places.find(row.number<std::uint64_t>());
+                    const RowId property = row.number<RowId>();
+                    Segment segment;
+                    segment.codec = row.number<std::uint8_t>();
+                    segment.valid = row.bytes();
+                    segment.data = row.bytes();
+                    if (chunk == places.end())
+                        continue;
+                    std::vector<bool>& ofProperty = seen[property];
+                    ofProperty.resize(chunks.size());
+                    if (ofProperty[chunk->second])
+                        continue;
+                    ofProperty[chunk->second] = true;
+                    take(chunk->second, property, segment);
+                }
+            } catch (const rowbinary::TooShort&) {
+            }
+            waiting.erase(waiting.begin(), waiting.begin() + static_cast<std::ptrdiff_t>(done));
+            isStopped = goOn && !goOn();
+            return !isStopped;
+        });
+    if (isStopped)
+        return false;
+    if (!waiting.empty())
+        failAsDamaged(QStringLiteral("an answer ends early"));
+    const std::vector<bool>& times = seen[kTimes];
+    if (static_cast<std::size_t>(std::count(times.begin(), times.end(), true)) != chunks.size())
+        throw ReportableError(
+            QStringLiteral("Some of the records shown are no longer on the server: show them again."));
+    return true;
+}
+
+void AgentReading::decode(const StoredChunk& chunk, RowId property, const Segment& segment, std::size_t first,
+                          std::span<double> values, std::vector<std::uint64_t>& words) const
+{
+    words.assign(bits::wordsFor(chunk.n), ~std::uint64_t{0});
+    if (!segment.valid.empty()) {
+        if (segment.valid.size() != (chunk.n + 7) / 8)
+            failAsDamaged(QStringLiteral("chunk %1 has a column that cannot be read").arg(chunk.id));
+        std::memcpy(words.data(), segment.valid.data(), segment.valid.size());
+    }
+    const std::uint64_t* valid = segment.valid.empty() ? nullptr : words.data();
+    const auto opened =
+        sealed::opened(segment.codec, segment.data, {static_cast<std::uint64_t>(property), chunk.n, segment.valid});
+    if (!opened)
+        failAsDamaged(QStringLiteral("a column of chunk %1 is not as it was stored").arg(chunk.id));
+    if (!codec::decode(opened->codec, opened->bytes, chunk.n, valid, first, values))
+        failAsDamaged(QStringLiteral("chunk %1 has a column that cannot be read").arg(chunk.id));
+}
+
+Records AgentReading::recordsOf(const StoredChunk& chunk, const std::vector<RowId>* properties)
+{
+    std::vector<double> times(chunk.n);
+    std::vector<Records::Column> columns;
+    const StoredChunk* const one = &chunk;
+    std::vector<std::uint64_t> words;
+    segments(std::span(&one, 1), properties, [&](std::size_t, RowId property, const Segment& segment) {
+        std::vector<double> values(chunk.n);
+        decode(chunk, property, segment, 0, values, words);
+        if (property == kTimes) {
+            times = std::move(values);
+            return;
+        }
+        if (chunk.n % 64 != 0)
+            words.back() &= bits::mask(chunk.n % 64);
+        columns.push_back({property, std::move(values), words});
+    });
+    requireTimes(chunk, times);
+    return Records(std::move(times), std::move(columns));
+}
+
+std::vector<double> AgentReading::timesOf(const StoredChunk& chunk)
+{
+    const std::vector<RowId> none;
+    const Records records = recordsOf(chunk, &none);
+    return {records.view().times, records.view().times + records.size()};
+}
+
+void AgentReading::requireTimes(const StoredChunk& chunk, std::span<const double> times) const
+{
+    if (times.size() != chunk.n || (chunk.n > 0 && (times.front() != chunk.t0 || times.back() != chunk.t1)))
+        failAsDamaged(QStringLiteral("chunk %1 has other times than it says").arg(chunk.id));
+}
+
+void AgentReading::failAsDamaged(const QString& what) const
+{
+    throw ReportableError(QStringLiteral("The records on “%1” are damaged: %2. Take them back from a backup.")
+                              .arg(m_server.address().title(), what));
+}
+
+}  // namespace plotix

@@ -1,0 +1,356 @@
+#include "records/clickhouse/ClickHouseRecordStore.h"
+
+#include "base/ReportableError.h"
+#include "records/clickhouse/AgentReading.h"
+#include "records/clickhouse/ChunkIndexes.h"
+#include "records/clickhouse/ClickHouseWriting.h"
+#include "records/clickhouse/RowBinary.h"
+#include "records/columns/ValidityBits.h"
+
+#include <algorithm>
+#include <cmath>
+#include <limits>
+
+namespace plotix {
+
+namespace {
+
+using Piece = AgentReading::Piece;
+
+constexpr double kInfinity = std::numeric_limits<double>::infinity();
+
+/// Absent bounds are open.
+struct Bounds {
+    Bounds(std::optional<double> lower, std::optional<double> upper)
+        : from(lower.value_or(-kInfinity)), to(upper.value_or(kInfinity))
+    {
+    }
+    double from, to;
+};
+
+std::vector<RowId> listOf(std::span<const RowId> properties)
+{
+    return {properties.begin(), properties.end()};
+}
+
+/// The pieces without their records outside [from, to].
+void cut(AgentReading& reading, const Bounds& bounds, const std::vector<RowId>& properties, std::vector<Piece>& pieces)
+{
+    for (Piece& piece : pieces) {
+        if (piece.t0 >= bounds.from && piece.t1 <= bounds.to)
+            continue;
+        const Records all = piece.chunk ? reading.recordsOf(*piece.chunk, &properties) : std::move(piece.records);
+        const RecordsView view = all.view();
+        const double* const first = std::lower_bound(view.times, view.times + view.size, bounds.from);
+        const double* const last = std::upper_bound(first, view.times + view.size, bounds.to);
+        Records left;
+        left.append(view.slice(static_cast<std::size_t>(first - view.times), static_cast<std::size_t>(last - first)));
+        piece = {};
+        piece.n = left.size();
+        if (piece.n > 0) {
+            piece.t0 = left.view().times[0];
+            piece.t1 = left.view().times[piece.n - 1];
+        }
+        piece.records = std::move(left);
+    }
+    std::erase_if(pieces, [](const Piece& piece) { return piece.n == 0; });
+}
+
+/// Columns that are filled piece by piece.
+class ColumnsInWork {
+public:
+    ColumnsInWork(const std::vector<RowId>& properties, std::size_t records) : m_times(records)
+    {
+        for (const RowId property : properties)
+            m_columns.push_back({property, std::vector<double>(records, absentValue()),
+                                 std::vector<std::uint64_t>(bits::wordsFor(records), 0)});
+    }
+
+    std::span<double> times(std::size_t first, std::size_t count) { return std::span(m_times).subspan(first, count); }
+
+    void put(const RecordsView& records, std::size_t target)
+    {
+        std::copy_n(records.times, records.size, m_times.begin() + static_cast<std::ptrdiff_t>(target));
+        for (Column& column : m_columns)
+            if (const RecordsView::Column* from = ChunkIndexes::columnOf(records, column.property)) {
+                std::copy_n(from->values, records.size, column.values.begin() + static_cast<std::ptrdiff_t>(target));
+                bits::copy(from->valid, from->firstValid, column.valid.data(), target, records.size);
+            }
+    }
+
+    /// Calls `fill` with the room of the property's columns, which are more than one where it was asked for twice.
+    template <class Fill>
+    void each(RowId property, std::size_t target, std::size_t count, Fill&& fill)
+    {
+        for (Column& column : m_columns)
+            if (column.property == property)
+                fill(std::span(column.values).subspan(target, count), column.valid);
+    }
+
+    RecordBlock finished()
+    {
+        const std::size_t size = m_times.size();
+        RecordBlock block{SharedArray<double>::fromVector(std::move(m_times)), {}};
+        for (Column& column : m_columns) {
+            const bool isAllValid = bits::allSet(column.valid.data(), 0, size);
+            block.columns.push_back(
+                {column.property, SharedArray<double>::fromVector(std::move(column.values)),
+                 isAllValid ? ValidityBitmap()
+                            : ValidityBitmap(SharedArray<std::uint64_t>::fromVector(std::move(column.valid)))});
+        }
+        return block;
+    }
+
+private:
+    struct Column {
+        RowId property = 0;
+        std::vector<double> values;
+        std::vector<std::uint64_t> valid;
+    };
+    std::vector<double> m_times;
+    std::vector<Column> m_columns;
+};
+
+}  // namespace
+
+std::vector<RowId> agentsOn(ServerConnection& server, const SiteTables& tables)
+{
+    const std::vector<std::byte> rows = server.ask("SELECT DISTINCT agent FROM (SELECT agent FROM " + tables.chunks() +
+                                                   " WHERE property = 0 UNION ALL SELECT agent FROM " + tables.young() +
+                                                   ") ORDER BY agent FORMAT RowBinary");
+    std::vector<RowId> agents;
+    for (rowbinary::Reader row(rows); !row.isAtEnd();)
+        agents.push_back(row.number<RowId>());
+    return agents;
+}
+
+std::optional<RecordExtent> ClickHouseRecordStore::extent(RowId agent)
+{
+    const SiteOnServer::Lease server = m_site->lease();
+    AgentReading reading(*server, m_site->tables(), agent);
+    const AgentReading::Rows rows = reading.rows(-kInfinity, kInfinity);
+    const std::vector<RowId> none;
+    const std::vector<Piece> pieces = reading.pieces(rows, -kInfinity, kInfinity, &none);
+    if (pieces.empty())
+        return std::nullopt;
+    return RecordExtent{pieces.front().t0, pieces.back().t1};
+}
+
+std::optional<RecordExtent> ClickHouseRecordStore::extent()
+{
+    std::vector<RowId> agents;
+    {
+        const SiteOnServer::Lease server = m_site->lease();
+        agents = agentsOn(*server, m_site->tables());
+    }
+    std::optional<RecordExtent> found;
+    for (const RowId agent : agents)
+        found = united(found, extent(agent));
+    return found;
+}
+
+RecordOverview ClickHouseRecordStore::overview(RowId agent, std::span<const RowId> properties,
+                                               std::optional<double> from, std::optional<double> to)
+{
+    const Bounds bounds(from, to);
+    const std::vector<RowId> asked = listOf(properties);
+    const SiteOnServer::Lease server = m_site->lease();
+    AgentReading reading(*server, m_site->tables(), agent);
+    const AgentReading::Rows rows = reading.rows(bounds.from, bounds.to);
+    const std::vector<Piece> pieces = reading.pieces(rows, bounds.from, bounds.to, &asked);
+    const auto summaries = ChunkIndexes(*server, m_site->tables(), agent).summariesOf(pieces, asked);
+    RecordOverview overview;
+    for (const Piece& piece : pieces)
+        overview.runs.push_back({piece.t0, piece.t1, piece.n});
+    for (std::size_t i = 0; i < asked.size(); ++i) {
+        RecordOverview::Column& column = overview.columns.emplace_back(RecordOverview::Column{asked[i], {}});
+        for (const Summary& each : summaries[i])
+            column.summaries.push_back({each.valid, each.minimum, each.maximum, each.sum});
+    }
+    return overview;
+}
+
+RecordIndex ClickHouseRecordStore::index(RowId agent, std::span<const RowId> properties, std::optional<double> from,
+                                         std::optional<double> to, RecordIndex::Detail detail)
+{
+    const Bounds bounds(from, to);
+    const std::vector<RowId> asked = listOf(properties);
+    const SiteOnServer::Lease server = m_site->lease();
+    AgentReading reading(*server, m_site->tables(), agent);
+    const AgentReading::Rows rows = reading.rows(bounds.from, bounds.to);
+    const std::vector<Piece> pieces = reading.pieces(rows, bounds.from, bounds.to, &asked);
+    return {ChunkIndexes(*server, m_site->tables(), agent).of(pieces, asked, detail)};
+}
+
+std::optional<RecordBlock> ClickHouseRecordStore::read(RowId agent, std::span<const RowId> properties,
+                                                       std::optional<double> from, std::optional<double> to,
+                                                       const ArchiveProgress& progress)
+{
+    if (progress && !progress(0))
+        return std::nullopt;
+    const Bounds bounds(from, to);
+    const std::vector<RowId> asked = listOf(properties);
+    const SiteOnServer::Lease server = m_site->lease();
+    AgentReading reading(*server, m_site->tables(), agent);
+    const AgentReading::Rows rows = reading.rows(bounds.from, bounds.to);
+    std::vector<Piece> pieces = reading.pieces(rows, bounds.from, bounds.to, &asked);
+    cut(reading, bounds, asked, pieces);
+
+    std::size_t records = 0;
+    for (const Piece& piece : pieces)
+        records += piece.n;
+    ColumnsInWork columns(asked, records);
+    std::vector<const StoredChunk*> chunks;
+    std::vector<std::size_t> targets;
+    std::size_t target = 0, inChunks = 0;
+    for (const Piece& piece : pieces) {
+        if (piece.chunk) {
+            chunks.push_back(piece.chunk);
+            targets.push_back(target);
+            inChunks += piece.n;
+        } else {
+            columns.put(piece.records.view(), target);
+        }
+        target += piece.n;
+    }
+    const double all = static_cast<double>(inChunks) * static_cast<double>(asked.size() + 1);
+    double done = 0;
+    std::vector<std::uint64_t> words;
+    const bool isDone = reading.segments(
+        chunks, &asked,
+        [&](std::size_t at, RowId property, const AgentReading::Segment& segment) {
+            const StoredChunk& chunk = *chunks[at];
+            done += static_cast<double>(chunk.n);
+            if (property == kTimes) {
+                reading.decode(chunk, property, segment, 0, columns.times(targets[at], chunk.n), words);
+                reading.requireTimes(chunk, columns.times(targets[at], chunk.n));
+                return;
+            }
+            columns.each(property, targets[at], chunk.n,
+                         [&](std::span<double> values, std::vector<std::uint64_t>& valid) {
+                             reading.decode(chunk, property, segment, 0, values, words);
+                             bits::copy(words.data(), 0, valid.data(), targets[at], chunk.n);
+                         });
+        },
+        [&] { return !progress || progress(std::min(done / all, 1.0)); });
+    if (!isDone || (progress && !progress(1)))
+        return std::nullopt;
+    return columns.finished();
+}
+
+ColumnStatistics ClickHouseRecordStore::statistics(RowId agent, RowId property, std::optional<double> from,
+                                                   std::optional<double> to, StatisticsFrom source)
+{
+    const Bounds bounds(from, to);
+    const std::vector<RowId> asked{property};
+    const SiteOnServer::Lease server = m_site->lease();
+    AgentReading reading(*server, m_site->tables(), agent);
+    const AgentReading::Rows rows = reading.rows(bounds.from, bounds.to);
+    std::vector<Piece> pieces = reading.pieces(rows, bounds.from, bounds.to, &asked);
+    cut(reading, bounds, asked, pieces);
+    if (source == StatisticsFrom::Values)
+        for (Piece& piece : pieces)
+            if (piece.chunk)
+                piece.records = reading.recordsOf(*std::exchange(piece.chunk, nullptr), &asked);
+    const auto summaries = ChunkIndexes(*server, m_site->tables(), agent).summariesOf(pieces, asked);
+    Summary sum;
+    for (const Summary& each : summaries[0])
+        sum.add(each);
+    if (sum.valid == 0)
+        return {};
+    return {sum.valid, sum.minimum, sum.maximum, sum.sum / static_cast<double>(sum.valid)};
+}
+
+std::vector<Amendment> ClickHouseRecordStore::amendments(RowId, std::span<const RowId> properties,
+                                                         std::optional<double> from, std::optional<double> to)
+{
+    const Bounds bounds(from, to);
+    const SiteOnServer::Lease server = m_site->lease();
+    const std::map<RowId, std::vector<Amendment>> all = amendmentsOf(*server, m_site->tables(), properties, 0);
+    std::vector<Amendment> found;
+    for (const RowId property : properties) {
+        const auto ofProperty = all.find(property);
+        if (ofProperty == all.end())
+            continue;
+        std::vector<Amendment> some = ofProperty->second;
+        std::erase_if(some, [&](const Amendment& each) { return each.from > bounds.to || each.to < bounds.from; });
+        std::stable_sort(some.begin(), some.end(), [](const Amendment& one, const Amendment& other) {
+            return std::pair(one.from, one.to) < std::pair(other.from, other.to);
+        });
+        found.insert(found.end(), some.begin(), some.end());
+    }
+    return found;
+}
+
+std::unique_ptr<RecordTransaction> ClickHouseRecordStore::begin()
+{
+    return transactionOn(m_site);
+}
+
+std::unique_ptr<RecordAppender> ClickHouseRecordStore::appender()
+{
+    return appenderTo(m_site);
+}
+
+CompactionResult ClickHouseRecordStore::compact(const CompactionRequest& request, const ArchiveProgress& progress)
+{
+    return compacted(m_site, request, progress);
+}
+
+VerificationResult ClickHouseRecordStore::verify(const ArchiveProgress& progress, std::uint64_t)
+{
+    VerificationResult result;
+    result.stopped = progress && !progress(0);
+    if (result.stopped)
+        return result;
+    const SiteOnServer::Lease server = m_site->lease();
+    const auto note = [&](const QString& finding) {
+        if (result.findings.size() < VerificationResult::kMostFindings)
+            result.findings.append(finding);
+        else
+            result.moreFindings = true;
+    };
+    const std::vector<RowId> agents = agentsOn(*server, m_site->tables());
+    for (std::size_t place = 0; place < agents.size(); ++place) {
+        AgentReading reading(*server, m_site->tables(), agents[place]);
+        const AgentReading::Rows rows = reading.rows(-kInfinity, kInfinity);
+        const std::vector<Piece> pieces = reading.pieces(rows, -kInfinity, kInfinity, nullptr);
+        for (std::size_t i = 0; i < pieces.size(); ++i) {
+            const double fraction =
+                (static_cast<double>(place) + static_cast<double>(i) / static_cast<double>(pieces.size())) /
+                static_cast<double>(agents.size());
+            result.stopped = progress && !progress(fraction);
+            if (result.stopped)
+                return result;
+            const Piece& piece = pieces[i];
+            result.records += piece.n;
+            result.chunks += piece.chunk ? 1 : 0;
+            try {
+                const Records read = piece.chunk ? reading.recordsOf(*piece.chunk, nullptr) : Records();
+                const RecordsView view = piece.chunk ? read.view() : piece.records.view();
+                std::vector<RowId> properties;
+                for (const RecordsView::Column& column : view.columns) {
+                    properties.push_back(column.property);
+                    for (std::size_t record = 0; record < view.size; ++record)
+                        result.values += bits::get(column.valid, column.firstValid + record, 1);
+                }
+                const auto indexes = ChunkIndexes(*server, m_site->tables(), agents[place])
+                                         .of(std::span(&piece, 1), properties, RecordIndex::Detail::Runs);
+                for (std::size_t column = 0; column < properties.size(); ++column)
+                    if (const RecordIndex::Column& told = indexes[0].columns[column];
+                        told.source == RecordIndex::Source::DamagedIndex ||
+                        !told.index.agreesWith(indexOf(view.columns[column], view.size)))
+                        note(QStringLiteral("The index of property %1 in chunk %2 says something else than its values.")
+                                 .arg(properties[column])
+                                 .arg(piece.chunk ? piece.chunk->id : 0));
+            } catch (const ReportableError& error) {
+                note(error.message());
+            }
+        }
+    }
+    if (progress)
+        progress(1);
+    return result;
+}
+
+}  // namespace plotix

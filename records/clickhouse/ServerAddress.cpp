@@ -1,0 +1,113 @@
+#include "records/clickhouse/ServerAddress.h"
+
+#include "base/ReportableError.h"
+
+#include <QtCore/QFile>
+#include <QtCore/QFileInfo>
+#include <QtCore/QRegularExpression>
+#include <QtCore/QStringList>
+
+namespace plotix {
+
+namespace {
+
+[[noreturn]] void refuse(const QString& text, const QString& why)
+{
+    throw ReportableError(
+        QStringLiteral("“%1” is no address of a server (clickhouse://host/database/site): %2.").arg(text, why));
+}
+
+ServerAddress::Host hostOf(const QString& text, const QString& whole, quint16 usual)
+{
+    static const QRegularExpression form(QStringLiteral(R"(^(\[[0-9a-fA-F:.]+\]|[A-Za-z0-9._-]+)(?::(\d+))?$)"));
+    const QRegularExpressionMatch match = form.match(text);
+    if (!match.hasMatch())
+        refuse(whole,
+               text.isEmpty() ? QStringLiteral("it names no host") : QStringLiteral("“%1” is no host").arg(text));
+    const uint port = match.captured(2).isEmpty() ? usual : match.captured(2).toUInt();
+    if (port == 0 || port > 65535)
+        refuse(whole, QStringLiteral("%1 is no port").arg(match.captured(2)));
+    return {match.captured(1), static_cast<quint16>(port)};
+}
+
+void requireName(const QString& name, const QString& whole, const QString& what)
+{
+    static const QRegularExpression form(QStringLiteral("^[A-Za-z_][A-Za-z0-9_]{0,63}$"));
+    if (!form.match(name).hasMatch())
+        refuse(whole, name.isEmpty() ? QStringLiteral("it names no %1").arg(what)
+                                     : QStringLiteral("“%1” as a %2 has other characters than letters, digits and "
+                                                      "underscores, begins with a digit, or is too long")
+                                           .arg(name, what));
+}
+
+}  // namespace
+
+ServerAddress ServerAddress::parsed(const QString& text)
+{
+    if (!isOne(text))
+        refuse(text, QStringLiteral("it does not begin with clickhouse://"));
+    QString rest = text.mid(13);
+    ServerAddress address;
+    if (const qsizetype mark = rest.indexOf(QLatin1Char('?')); mark >= 0) {
+        for (const QString& option : rest.mid(mark + 1).split(QLatin1Char('&'))) {
+            if (option != QLatin1String("secure=1") && option != QLatin1String("secure=0"))
+                refuse(text, QStringLiteral("“%1” is no option of it").arg(option));
+            address.isSecure = option.endsWith(QLatin1Char('1'));
+        }
+        rest.truncate(mark);
+    }
+    const QStringList parts = rest.split(QLatin1Char('/'));
+    QString hosts = parts[0];
+    if (const qsizetype at = hosts.lastIndexOf(QLatin1Char('@')); at >= 0) {
+        address.user = hosts.first(at);
+        hosts = hosts.mid(at + 1);
+        if (address.user.contains(QLatin1Char(':')))
+            throw ReportableError(QStringLiteral("A password does not belong into an address, where others see it: set "
+                                                 "PLOTIX_CLICKHOUSE_PASSWORD_FILE to a file that has it."));
+    }
+    for (const QString& host : hosts.split(QLatin1Char(',')))
+        address.hosts.push_back(hostOf(host, text, address.isSecure ? kSecurePort : kPort));
+    address.database = parts.value(1);
+    address.site = parts.value(2);
+    requireName(address.database, text, QStringLiteral("database"));
+    requireName(address.site, text, QStringLiteral("site"));
+    if (parts.size() > 3)
+        refuse(text, QStringLiteral("something stands behind the site"));
+    return address;
+}
+
+QString ServerAddress::text() const
+{
+    QStringList names;
+    for (const Host& host : hosts)
+        names.append(QStringLiteral("%1:%2").arg(host.name).arg(host.port));
+    return QStringLiteral("clickhouse://%1%2/%3/%4%5")
+        .arg(user.isEmpty() ? QString() : user + QLatin1Char('@'), names.join(QLatin1Char(',')), database, site,
+             isSecure ? QStringLiteral("?secure=1") : QString());
+}
+
+QString ServerAddress::title() const
+{
+    return QStringLiteral("%1:%2/%3/%4").arg(hosts.front().name).arg(hosts.front().port).arg(database, site);
+}
+
+ServerCredentials ServerCredentials::of(const ServerAddress& address)
+{
+    ServerCredentials credentials{address.user, qEnvironmentVariable("PLOTIX_CLICKHOUSE_PASSWORD")};
+    if (credentials.user.isEmpty())
+        credentials.user = qEnvironmentVariable("PLOTIX_CLICKHOUSE_USER");
+    const QString name = qEnvironmentVariable("PLOTIX_CLICKHOUSE_PASSWORD_FILE");
+    if (name.isEmpty())
+        return credentials;
+    QFile file(name);
+    if (!file.open(QIODevice::ReadOnly))
+        throw ReportableError(
+            QStringLiteral("The password file “%1” cannot be read: %2.").arg(name, file.errorString()));
+    if (QFileInfo(file).permissions() & (QFileDevice::ReadGroup | QFileDevice::ReadOther))
+        throw ReportableError(
+            QStringLiteral("Others may read the password file “%1”: take that away (chmod 600).").arg(name));
+    credentials.password = QString::fromUtf8(file.readLine()).trimmed();
+    return credentials;
+}
+
+}  // namespace plotix

@@ -1,0 +1,49 @@
+#pragma once
+
+#include <QtCore/QString>
+#include <QtCore/QtGlobal>
+
+#include <vector>
+
+/// Where a site's records are on a server, and who asks for them. Values; any thread.
+namespace plotix {
+
+/// `clickhouse://[user@]host[:port][,host[:port]…]/database/site[?secure=1]`. All hosts answer the same; the first one
+/// that can be reached serves. Never has a password.
+struct ServerAddress {
+    struct Host {
+        QString name;
+        quint16 port = 0;
+
+        friend bool operator==(const Host&, const Host&) = default;
+    };
+    static constexpr quint16 kPort = 8123, kSecurePort = 8443;
+
+    std::vector<Host> hosts;  ///< at least one
+    QString user;             ///< empty: whoever the credentials say
+    QString database, site;   ///< letters, digits and underscores, no digit first
+    bool isSecure = false;    ///< HTTPS, with the server's certificate checked
+
+    static bool isOne(const QString& text) { return text.startsWith(QLatin1String("clickhouse://")); }
+    /// Throws ReportableError, which says what is wrong.
+    static ServerAddress parsed(const QString& text);
+
+    /// As it is parsed.
+    QString text() const;
+    /// "host:port/database/site" of the first host, for people.
+    QString title() const;
+
+    friend bool operator==(const ServerAddress&, const ServerAddress&) = default;
+};
+
+struct ServerCredentials {
+    QString user;      ///< empty: the server's default one
+    QString password;  ///< never written anywhere
+
+    /// From PLOTIX_CLICKHOUSE_USER, and PLOTIX_CLICKHOUSE_PASSWORD or the first line of the file that
+    /// PLOTIX_CLICKHOUSE_PASSWORD_FILE names; a user of the address comes first. Throws ReportableError for a file that
+    /// cannot be read, or that others may read.
+    static ServerCredentials of(const ServerAddress& address);
+};
+
+}  // namespace plotix

@@ -1,0 +1,193 @@
+#include "records/clickhouse/ServerConnection.h"
+
+#include "base/ReportableError.h"
+
+#include <curl/curl.h>
+
+#include <mutex>
+
+namespace plotix {
+
+struct ServerConnection::Request {
+    std::string query;  // a part of the address; empty: it is the body
+    std::span<const std::byte> body;
+    bool isWhole = true;  // the server sends nothing before it has the whole answer
+    std::function<void()> begin;
+    Take take;
+
+    CURL* curl = nullptr;
+    bool wasStopped = false;
+    std::string message;  // of an answer that is none
+    QString failure;      // why a host could not be reached
+};
+
+namespace {
+
+constexpr std::size_t kLongestMessage = 4096;
+
+void startOnce()
+{
+    static std::once_flag once;
+    std::call_once(once, [] { curl_global_init(CURL_GLOBAL_DEFAULT); });
+}
+
+/// What a server says when it refuses: its first line, without its version and codes of its own.
+QString readable(const std::string& message)
+{
+    QString line =
+        QString::fromUtf8(message.data(), static_cast<qsizetype>(message.size())).section(QLatin1Char('\n'), 0, 0);
+    if (const qsizetype exception = line.indexOf(QLatin1String("DB::Exception: ")); exception >= 0)
+        line = line.mid(exception + 15);
+    for (const QLatin1String tail : {QLatin1String(", e.what()"), QLatin1String(" (version ")})
+        if (const qsizetype end = line.indexOf(tail); end >= 0)
+            line.truncate(end);
+    return line.trimmed();
+}
+
+}  // namespace
+
+ServerConnection::ServerConnection(ServerAddress address, ServerCredentials credentials, Patience patience)
+    : m_address(std::move(address)), m_credentials(std::move(credentials)), m_patience(patience)
+{
+    startOnce();
+    m_curl = curl_easy_init();
+    if (!m_curl)
+        throw std::bad_alloc();
+}
+
+ServerConnection::~ServerConnection()
+{
+    curl_easy_cleanup(static_cast<CURL*>(m_curl));
+}
+
+std::vector<std::byte> ServerConnection::ask(const std::string& statement)
+{
+    std::vector<std::byte> answer;
+    Request request;
+    request.body = std::as_bytes(std::span(statement));
+    request.begin = [&] { answer.clear(); };
+    request.take = [&](std::span<const std::byte> bytes) {
+        answer.insert(answer.end(), bytes.begin(), bytes.end());
+        return true;
+    };
+    run(request);
+    return answer;
+}
+
+bool ServerConnection::stream(const std::string& statement, const std::function<void()>& begin, const Take& take)
+{
+    Request request;
+    request.body = std::as_bytes(std::span(statement));
+    request.isWhole = false;
+    request.begin = begin;
+    request.take = take;
+    run(request);
+    return !request.wasStopped;
+}
+
+void ServerConnection::insert(const std::string& statement, std::span<const std::byte> rows)
+{
+    Request request;
+    request.query = statement;
+    request.body = rows;
+    run(request);
+}
+
+void ServerConnection::run(Request& request)
+{
+    for (std::size_t attempt = 0; attempt < m_address.hosts.size(); ++attempt) {
+        if (tryAt(m_address.hosts[m_host], request))
+            return;
+        m_host = (m_host + 1) % m_address.hosts.size();
+    }
+    throw ReportableError(QStringLiteral("The server “%1” cannot be reached: %2. Start it, or correct the address.")
+                              .arg(m_address.title(), request.failure));
+}
+
+/// False: it could not be reached.
+bool ServerConnection::tryAt(const ServerAddress::Host& host, Request& request)
+{
+    auto* curl = static_cast<CURL*>(m_curl);
+    curl_easy_reset(curl);
+    request.curl = curl;
+    request.message.clear();
+    if (request.begin)
+        request.begin();
+
+    QByteArray url = QStringLiteral("%1://%2:%3/?%4")
+                         .arg(m_address.isSecure ? QStringLiteral("https") : QStringLiteral("http"), host.name)
+                         .arg(host.port)
+                         .arg(request.isWhole ? QStringLiteral("wait_end_of_query=1") : QString())
+                         .toUtf8();
+    if (!request.query.empty()) {
+        char* escaped = curl_easy_escape(curl, request.query.data(), static_cast<int>(request.query.size()));
+        url += "&query=";
+        url += escaped;
+        curl_free(escaped);
+    }
+    curl_easy_setopt(curl, CURLOPT_URL, url.constData());
+    curl_easy_setopt(curl, CURLOPT_PROTOCOLS_STR, "http,https");
+    curl_easy_setopt(curl, CURLOPT_NOPROXY, "*");
+    curl_easy_setopt(curl, CURLOPT_NOSIGNAL, 1L);
+    curl_easy_setopt(curl, CURLOPT_TCP_NODELAY, 1L);
+    curl_easy_setopt(curl, CURLOPT_BUFFERSIZE, 512L * 1024);
+    curl_easy_setopt(curl, CURLOPT_CONNECTTIMEOUT_MS, static_cast<long>(m_patience.connecting.count()));
+    curl_easy_setopt(curl, CURLOPT_LOW_SPEED_LIMIT, 1L);
+    curl_easy_setopt(curl, CURLOPT_LOW_SPEED_TIME, static_cast<long>(m_patience.silence.count()));
+    // The user and the password go into a header, which no log and no list of processes shows.
+    const QByteArray user = m_credentials.user.toUtf8(), password = m_credentials.password.toUtf8();
+    if (!user.isEmpty() || !password.isEmpty()) {
+        curl_easy_setopt(curl, CURLOPT_HTTPAUTH, CURLAUTH_BASIC);
+        curl_easy_setopt(curl, CURLOPT_USERNAME, user.isEmpty() ? "default" : user.constData());
+        curl_easy_setopt(curl, CURLOPT_PASSWORD, password.constData());
+    }
+    curl_easy_setopt(curl, CURLOPT_POST, 1L);
+    curl_easy_setopt(curl, CURLOPT_POSTFIELDS, reinterpret_cast<const char*>(request.body.data()));
+    curl_easy_setopt(curl, CURLOPT_POSTFIELDSIZE_LARGE, static_cast<curl_off_t>(request.body.size()));
+    // Without waiting for the server's leave to send a long body.
+    curl_slist* headers = curl_slist_append(nullptr, "Expect:");
+    headers = curl_slist_append(headers, "Content-Type: application/octet-stream");
+    curl_easy_setopt(curl, CURLOPT_HTTPHEADER, headers);
+    curl_easy_setopt(
+        curl, CURLOPT_WRITEFUNCTION, +[](char* data, std::size_t, std::size_t size, void* into) -> std::size_t {
+            auto& target = *static_cast<Request*>(into);
+            long status = 0;
+            curl_easy_getinfo(target.curl, CURLINFO_RESPONSE_CODE, &status);
+            if (status != 200) {
+                if (target.message.size() < kLongestMessage)
+                    target.message.append(data, size);
+                return size;
+            }
+            if (!target.take || target.take({reinterpret_cast<const std::byte*>(data), size}))
+                return size;
+            target.wasStopped = true;
+            return size + 1;
+        });
+    curl_easy_setopt(curl, CURLOPT_WRITEDATA, &request);
+    const CURLcode code = curl_easy_perform(curl);
+    curl_slist_free_all(headers);
+    long status = 0;
+    curl_easy_getinfo(curl, CURLINFO_RESPONSE_CODE, &status);
+    if (request.wasStopped)
+        return true;
+    if (code != CURLE_OK) {
+        request.failure = QString::fromUtf8(curl_easy_strerror(code));
+        return false;
+    }
+    // A host that is just ending, or has none of its replicas, says so instead of refusing to be reached.
+    if (status == 502 || status == 503 || status == 504) {
+        request.failure = QStringLiteral("it answers %1").arg(status);
+        return false;
+    }
+    if (status == 401 || status == 403)
+        throw ReportableError(QStringLiteral("The server “%1” does not let “%2” in: %3")
+                                  .arg(m_address.title(),
+                                       m_credentials.user.isEmpty() ? QStringLiteral("default") : m_credentials.user,
+                                       readable(request.message)));
+    if (status != 200)
+        throw ReportableError(
+            QStringLiteral("The server “%1” refuses: %2").arg(m_address.title(), readable(request.message)));
+    return true;
+}
+
+}  // namespace plotix

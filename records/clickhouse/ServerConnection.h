@@ -1,0 +1,62 @@
+#pragma once
+
+#include "records/clickhouse/ServerAddress.h"
+
+#include <chrono>
+#include <cstddef>
+#include <functional>
+#include <memory>
+#include <span>
+#include <string>
+#include <vector>
+
+/// Statements to a server and its answers, over HTTP or HTTPS.
+///
+/// A statement that only reads, and one that may be carried out twice, is tried at the next host where one cannot be
+/// reached. Everything this house writes may be: rows that come twice count once. One thread at a time; a connection
+/// stays open between statements. Throws ReportableError: the server cannot be reached, or what it answers instead.
+namespace plotix {
+
+class ServerConnection {
+public:
+    struct Patience {
+        std::chrono::milliseconds connecting{5'000};
+        std::chrono::seconds silence{60};  ///< without a byte of an answer
+    };
+    ServerConnection(ServerAddress address, ServerCredentials credentials, Patience patience);
+    ServerConnection(ServerAddress address, ServerCredentials credentials)
+        : ServerConnection(std::move(address), std::move(credentials), Patience())
+    {
+    }
+    ~ServerConnection();
+    ServerConnection(const ServerConnection&) = delete;
+    ServerConnection& operator=(const ServerConnection&) = delete;
+
+    const ServerAddress& address() const { return m_address; }
+
+    /// The whole answer, complete or none.
+    std::vector<std::byte> ask(const std::string& statement);
+    void tell(const std::string& statement) { ask(statement); }
+
+    /// Takes bytes as they come and answers whether to go on. An answer that ends early may end with a message of the
+    /// server's: what was taken must tell by itself whether it is whole. Begins again with `begin` at another host.
+    using Take = std::function<bool(std::span<const std::byte> bytes)>;
+    /// False when `take` stopped it.
+    bool stream(const std::string& statement, const std::function<void()>& begin, const Take& take);
+
+    /// Rows, as `INSERT INTO … FORMAT RowBinary` takes them. Stored when it returns.
+    void insert(const std::string& statement, std::span<const std::byte> rows);
+
+private:
+    struct Request;
+    void run(Request& request);
+    bool tryAt(const ServerAddress::Host& host, Request& request);
+
+    ServerAddress m_address;
+    ServerCredentials m_credentials;
+    Patience m_patience;
+    std::size_t m_host = 0;  // the one that answered last
+    void* m_curl = nullptr;
+};
+
+}  // namespace plotix

@@ -1,0 +1,57 @@
+#include "records/clickhouse/ServerStamps.h"
+
+#include <algorithm>
+#include <atomic>
+#include <chrono>
+#include <mutex>
+#include <random>
+
+namespace plotix::stamps {
+
+namespace {
+
+std::atomic<std::uint64_t> latest = 0;
+
+std::uint64_t microseconds()
+{
+    return static_cast<std::uint64_t>(
+        std::chrono::duration_cast<std::chrono::microseconds>(std::chrono::system_clock::now().time_since_epoch())
+            .count());
+}
+
+}  // namespace
+
+std::uint64_t version()
+{
+    const std::uint64_t now = microseconds();
+    std::uint64_t before = latest;
+    std::uint64_t next = 0;
+    do
+        next = std::max(now, before + 1);
+    while (!latest.compare_exchange_weak(before, next));
+    return next;
+}
+
+void saw(std::uint64_t version)
+{
+    std::uint64_t before = latest;
+    while (before < version && !latest.compare_exchange_weak(before, version))
+        ;
+}
+
+std::uint64_t number()
+{
+    constexpr int kRandomBits = 31;
+    static std::mutex mutex;
+    static std::random_device random;
+    const std::lock_guard lock(mutex);
+    const std::uint64_t seconds = microseconds() / 1'000'000;
+    return (seconds << kRandomBits) | (random() & ((std::uint64_t{1} << kRandomBits) - 1));
+}
+
+std::uint32_t day()
+{
+    return static_cast<std::uint32_t>(microseconds() / 86'400'000'000ULL);
+}
+
+}  // namespace plotix::stamps

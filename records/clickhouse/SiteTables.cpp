@@ -1,0 +1,81 @@
+#include "records/clickhouse/SiteTables.h"
+
+#include <array>
+#include <bit>
+#include <charconv>
+
+namespace plotix {
+
+std::string SiteTables::named(const char* table) const
+{
+    return QStringLiteral("`%1`.`%2_%3`").arg(m_database, m_site, QLatin1String(table)).toStdString();
+}
+
+std::vector<std::string> SiteTables::creation() const
+{
+    // Thirty days of a chunk's first time, as far as that is a day of this age: what is too old goes by the partition.
+    static const std::string kMonth = "toInt32(greatest(-100000, least(100000, floor(t0 / 2592000))))";
+    return {
+        "CREATE DATABASE IF NOT EXISTS `" + m_database.toStdString() + "`",
+        "CREATE TABLE IF NOT EXISTS " + about() +
+            " (version UInt32) ENGINE = MergeTree PARTITION BY tuple() ORDER BY version",
+        "CREATE TABLE IF NOT EXISTS " + chunks() +
+            " (agent Int64, property Int64, t0 Float64, t1 Float64, begin Float64, end Float64, n UInt32, chunk "
+            "UInt64, "
+            "version UInt64, batch UInt64, writers Array(UInt64), upto Array(UInt64), codec UInt8, valid String, "
+            "data String, count UInt32, minimum Float64, maximum Float64, sum Float64, whole String, runs String) "
+            "ENGINE = MergeTree PARTITION BY " +
+            kMonth + " ORDER BY (agent, property, begin, chunk) SETTINGS index_granularity = 256",
+        "CREATE TABLE IF NOT EXISTS " + young() +
+            " (agent Int64, time Float64, writer UInt64, number UInt64, place UInt32, version UInt64, batch UInt64, "
+            "day UInt32, properties Array(Int64), values Array(Float64), valid Array(UInt8)) "
+            "ENGINE = MergeTree PARTITION BY day ORDER BY (agent, time, writer, number)",
+        "CREATE TABLE IF NOT EXISTS " + batches() +
+            " (batch UInt64) ENGINE = MergeTree PARTITION BY tuple() ORDER BY batch",
+        "CREATE TABLE IF NOT EXISTS " + amendments() +
+            " (property Int64, version UInt64, place UInt32, batch UInt64, kind UInt8, t0 Float64, t1 Float64, "
+            "first Float64, last Float64) ENGINE = MergeTree PARTITION BY tuple() ORDER BY (property, version, place)",
+        "CREATE TABLE IF NOT EXISTS " + turns() +
+            " (day UInt32, claim UInt64, renewed UInt64, state UInt8) "
+            "ENGINE = MergeTree PARTITION BY day ORDER BY (claim, renewed)",
+        "INSERT INTO " + about() + " VALUES (" + std::to_string(kVersion) + ")",
+    };
+}
+
+std::vector<std::string> SiteTables::dropping() const
+{
+    std::vector<std::string> statements;
+    for (const std::string& table : {chunks(), young(), batches(), amendments(), turns(), about()})
+        statements.push_back("DROP TABLE IF EXISTS " + table);
+    return statements;
+}
+
+std::string SiteTables::counts(std::uint64_t own) const
+{
+    return "(batch = 0 OR batch IN (SELECT batch FROM " + batches() + ")" +
+           (own ? " OR batch = " + std::to_string(own) : std::string()) + ")";
+}
+
+std::string sqlNumber(double value)
+{
+    // Decimal text is read back otherwise by servers of 2018: some numbers come out a unit in the last place off.
+    constexpr std::string_view kDigits = "0123456789ABCDEF";
+    std::string hex;
+    for (const auto byte : std::bit_cast<std::array<unsigned char, sizeof value>>(value)) {
+        hex += kDigits[byte >> 4];
+        hex += kDigits[byte & 15];
+    }
+    return "reinterpretAsFloat64(unhex('" + hex + "'))";
+}
+
+std::string sqlList(std::span<const RowId> values)
+{
+    std::string list;
+    for (const RowId value : values) {
+        list += list.empty() ? '(' : ',';
+        list += std::to_string(value);
+    }
+    return list + ')';
+}
+
+}  // namespace plotix

@@ -1,0 +1,48 @@
+#pragma once
+
+#include "records/clickhouse/ServerAddress.h"
+#include "records/store/RecordBlock.h"
+
+#include <cstdint>
+#include <string>
+#include <vector>
+
+/// The tables of a site's records on a server, and how statements name them. Stored: never change without a new version
+/// and an upgrade from the old one. `docs/formats.md` says what they hold.
+///
+/// There are no transactions: every row that is not stored by one insert alone has the number of its *batch*, and
+/// counts as soon as the batch stands in the table of batches. A statement is understood by servers of 2018 and of
+/// today.
+namespace plotix {
+
+class SiteTables {
+public:
+    static constexpr std::uint32_t kVersion = 1;
+
+    explicit SiteTables(const ServerAddress& address) : m_database(address.database), m_site(address.site) {}
+
+    std::string about() const { return named("about"); }    ///< the version of the tables
+    std::string chunks() const { return named("chunk"); }   ///< packed columns
+    std::string young() const { return named("young"); }    ///< records that came last, a row each
+    std::string batches() const { return named("batch"); }  ///< what counts of those of several inserts
+    std::string amendments() const { return named("amendment"); }
+    std::string turns() const { return named("turn"); }  ///< who writes
+
+    /// What makes them, on one server.
+    std::vector<std::string> creation() const;
+    std::vector<std::string> dropping() const;
+
+    /// Rows that count; `own`: and those of this batch, 0 for none.
+    std::string counts(std::uint64_t own = 0) const;
+
+private:
+    std::string named(const char* table) const;
+
+    QString m_database, m_site;
+};
+
+/// A number as a statement has it, every bit of it kept.
+std::string sqlNumber(double value);
+std::string sqlList(std::span<const RowId> values);
+
+}  // namespace plotix

@@ -1,0 +1,36 @@
+#pragma once
+
+#include "records/clickhouse/SiteOnServer.h"
+
+#include <cstdint>
+#include <memory>
+
+/// One transaction at a time: a claim in a table of the site, which everybody sees, and renews while it is held.
+///
+/// Claims order writers; nothing that is stored depends on them: what has a higher version counts, whoever stored it.
+/// Which claim is still renewed is told by the own clock of whoever waits, so that clocks may differ. *Shares* the
+/// site.
+namespace plotix {
+
+class WritersTurn {
+public:
+    /// Waits for whoever has it; throws ReportableError when that takes longer than `patience` milliseconds.
+    WritersTurn(std::shared_ptr<SiteOnServer> site, int patience);
+    ~WritersTurn();
+    WritersTurn(const WritersTurn&) = delete;
+    WritersTurn& operator=(const WritersTurn&) = delete;
+
+    /// Throws ReportableError when somebody else took it meanwhile, because this process stood still for long.
+    void requireHeld();
+
+    /// Waits until nobody has it; throws as the constructor does.
+    static void waitUntilFree(SiteOnServer& site, ServerConnection& server, int patience);
+
+private:
+    class Renewing;
+    std::shared_ptr<SiteOnServer> m_site;
+    std::uint64_t m_claim = 0;
+    std::unique_ptr<Renewing> m_renewing;
+};
+
+}  // namespace plotix

@@ -1,0 +1,32 @@
+#pragma once
+
+#include "records/clickhouse/ServerAddress.h"
+
+#include <QtCore/QProcess>
+#include <QtCore/QTemporaryDir>
+
+#include <memory>
+
+/// A database server of this program's own, on loopback, in a folder of its own. Started when it is first asked for,
+/// ended with the program. The main thread starts it.
+class ServerForTests {
+public:
+    static ServerForTests& running();
+    ~ServerForTests();
+
+    quint16 port() const { return m_port; }
+    /// Of a site that nobody else has.
+    plotix::ServerAddress newSite();
+
+    void kill();     ///< as a machine that loses its power
+    void restart();  ///< with the same data
+
+private:
+    ServerForTests();
+    void start();
+
+    QTemporaryDir m_folder;
+    quint16 m_port = 0, m_tcpPort = 0, m_interserverPort = 0;
+    QProcess m_process;
+    int m_sites = 0;
+};
