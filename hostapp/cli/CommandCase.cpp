@@ -27,11 +27,6 @@ std::string checkCase(const std::string& name)
                                                                                                 : "must end in .plotix";
 }
 
-std::string counted(std::size_t count, const char* one, const char* several)
-{
-    return std::to_string(count) + ' ' + (count == 1 ? one : several);
-}
-
 int runCommand(const CaseCommand& command, CommandContext context)
 {
     const CasePlan plan =
@@ -45,9 +40,10 @@ int runCommand(const CaseCommand& command, CommandContext context)
     }
     if (!contents)
         throw ReportableError(QStringLiteral("cancelled; %1 was not written").arg(command.output));
-    context.streams.output << command.output.toStdString() << " has " << counted(contents->records, "record", "records")
-                           << " of " << counted(contents->properties, "property", "properties") << ", "
-                           << counted(contents->notes, "note", "notes") << ", " << sizeText(contents->bytes) << ".\n";
+    context.streams.output << command.output.toStdString() << " has "
+                           << countText(contents->records, "record", "records") << " of "
+                           << countText(contents->properties, "property", "properties") << ", "
+                           << countText(contents->notes, "note", "notes") << ", " << sizeText(contents->bytes) << ".\n";
     return kCommandDone;
 }
 

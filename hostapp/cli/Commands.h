@@ -48,5 +48,7 @@ Command addReport(CLI::App& program);
 Command addEdit(CLI::App& program);
 Command addCompact(CLI::App& program);
 Command addVerify(CLI::App& program);
+Command addCopy(CLI::App& program);
+Command addStore(CLI::App& program);
 
 }  // namespace plotix

@@ -47,6 +47,11 @@ std::size_t unfinished(std::string_view text)
 
 }  // namespace
 
+std::string countText(std::size_t count, const char* one, const char* several)
+{
+    return std::to_string(count) + ' ' + (count == 1 ? one : several);
+}
+
 std::string sizeText(long long bytes)
 {
     double size = static_cast<double>(bytes);

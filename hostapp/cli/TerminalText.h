@@ -18,6 +18,9 @@ std::string harmlessText(std::string_view text);
 /// Sizes of files: "812 bytes", "96.5 KB", "1.3 GB".
 std::string sizeText(long long bytes);
 
+/// "1 record", "2 records".
+std::string countText(std::size_t count, const char* one, const char* several);
+
 /// Passes on what is written to it, made harmless. *Borrows* the stream it writes to; flushing flushes that too.
 class HarmlessStream : private std::streambuf, public std::ostream {
 public:

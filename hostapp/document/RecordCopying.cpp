@@ -66,8 +66,11 @@ public:
     }
 
 private:
-    bool copySpan(const CopiedSpan& span)
+    bool copySpan(CopiedSpan span)
     {
+        span.first = std::max(span.first, m_what.from.value_or(-kOpen));
+        if (span.first > span.second)
+            return true;
         const std::size_t most = kValuesAtATime / (m_properties.size() + 1);
         double begin = span.first;
         std::size_t records = 0;

@@ -17,6 +17,7 @@ struct RecordCopy {
     RowId agent = 0, toAgent = 0;
     std::map<RowId, RowId> properties;  ///< recorded ones, and what they are in the other store
     std::vector<CopiedSpan> spans;      ///< in any order; they may overlap
+    std::optional<double> from = {};    ///< records before this time are there already
 };
 
 /// Copies what lies in the spans, bounds included, and of each property the last value before and the first one after

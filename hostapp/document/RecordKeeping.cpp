@@ -1,6 +1,7 @@
 #include "hostapp/document/RecordKeeping.h"
 
 #include "hostapp/document/SiteSchema.h"
+#include "records/clickhouse/ClickHouseServer.h"
 #include "records/sqlite/RecordSchema.h"
 #include "records/sqlite/SqliteRecordStore.h"
 
@@ -28,6 +29,11 @@ const RecordKeeping& recordKeeping()
 std::shared_ptr<RecordStore> recordsOfSite(const QString& path)
 {
     return recordKeeping().open(QFileInfo(path).absoluteFilePath());
+}
+
+std::shared_ptr<StoreServer> storeServer(const QString& address)
+{
+    return ClickHouseServer::at(address);
 }
 
 }  // namespace plotix

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "records/store/RecordStore.h"
+#include "records/store/StoreServer.h"
 #include "storage/DatabaseSchema.h"
 
 #include <QtCore/QString>
@@ -30,5 +31,9 @@ const RecordKeeping& recordKeeping();
 
 /// The records of a site without its document, so that they can be compacted and verified even if it cannot be opened.
 std::shared_ptr<RecordStore> recordsOfSite(const QString& path);
+
+/// The server that an address such as `clickhouse://host/database/site` names. Nobody is asked yet. Throws
+/// ReportableError for what is no address.
+std::shared_ptr<StoreServer> storeServer(const QString& address);
 
 }  // namespace plotix

@@ -38,6 +38,9 @@ std::vector<std::string> SiteTables::creation() const
         "CREATE TABLE IF NOT EXISTS " + turns() +
             " (day UInt32, claim UInt64, renewed UInt64, state UInt8) "
             "ENGINE = MergeTree PARTITION BY day ORDER BY (claim, renewed)",
+        "CREATE TABLE IF NOT EXISTS " + catalogue() +
+            " (kind UInt8, id Int64, version UInt64, data String) "
+            "ENGINE = MergeTree PARTITION BY tuple() ORDER BY (kind, id, version)",
         "INSERT INTO " + about() + " VALUES (" + std::to_string(kVersion) + ")",
     };
 }
@@ -45,7 +48,7 @@ std::vector<std::string> SiteTables::creation() const
 std::vector<std::string> SiteTables::dropping() const
 {
     std::vector<std::string> statements;
-    for (const std::string& table : {chunks(), young(), batches(), amendments(), turns(), about()})
+    for (const std::string& table : {chunks(), young(), batches(), amendments(), turns(), catalogue(), about()})
         statements.push_back("DROP TABLE IF EXISTS " + table);
     return statements;
 }

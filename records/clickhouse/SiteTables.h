@@ -28,6 +28,9 @@ public:
     std::string amendments() const { return named("amendment"); }
     std::string turns() const { return named("turn"); }  ///< who writes
 
+    /// What else belongs to the site: its agents and properties, limits, notes and trends.
+    std::string catalogue() const { return named("catalogue"); }
+
     /// What makes them, on one server.
     std::vector<std::string> creation() const;
     std::vector<std::string> dropping() const;

@@ -1,0 +1,102 @@
+#include "base/ReportableError.h"
+#include "hostapp/cli/Commands.h"
+#include "hostapp/cli/Options.h"
+#include "hostapp/cli/TerminalText.h"
+#include "hostapp/document/RecordKeeping.h"
+
+#include <ostream>
+
+/// Sites on a server: making, describing and removing them.
+namespace plotix {
+
+namespace {
+
+struct StoreCommand {
+    enum class Work { Create, Info, Drop };
+    Work work = Work::Info;
+    QString address;
+    bool prints = false;   ///< statements, instead of telling the server
+    QString confirmation;  ///< the site's name again, to remove it
+};
+
+void printStatements(const std::vector<std::string>& statements, std::ostream& out)
+{
+    for (const std::string& statement : statements)
+        out << statement << ";\n";
+}
+
+void create(const StoreCommand& command, StoreServer& server, std::ostream& out)
+{
+    if (command.prints)
+        return printStatements(server.creation(), out);
+    const bool wasThere = server.description().exists;
+    server.create();
+    out << (wasThere ? "There was a site already, which stays as it is: " : "There is a new site: ")
+        << server.title().toStdString() << ".\n";
+}
+
+void describe(StoreServer& server, std::ostream& out)
+{
+    const StoreServer::Description found = server.description();
+    out << "Server version   " << found.serverVersion.toStdString() << '\n';
+    if (!found.exists)
+        throw ReportableError(
+            QStringLiteral("there is no site %1: “plotix store create” makes one").arg(server.title()));
+    out << "Tables           version " << found.version << '\n'
+        << "Agents           " << found.agents << '\n'
+        << "Chunks           " << found.chunks << '\n'
+        << "Young records    " << found.youngRecords << '\n'
+        << "On disk          " << sizeText(static_cast<qint64>(found.bytes)) << '\n';
+}
+
+void drop(const StoreCommand& command, StoreServer& server, std::ostream& out)
+{
+    if (command.prints)
+        return printStatements(server.dropping(), out);
+    const QString site = server.title().section(QLatin1Char('/'), -1);
+    if (command.confirmation != site)
+        throw ReportableError(
+            QStringLiteral(
+                "this removes %1 with all its records for good: add --yes-remove %2 if that is what you want")
+                .arg(server.title(), site));
+    server.drop();
+    out << server.title().toStdString() << " is removed.\n";
+}
+
+int runCommand(const StoreCommand& command, CommandContext context)
+{
+    const std::shared_ptr<StoreServer> server = storeServer(command.address);
+    switch (command.work) {
+    case StoreCommand::Work::Create: create(command, *server, context.streams.output); break;
+    case StoreCommand::Work::Info: describe(*server, context.streams.output); break;
+    case StoreCommand::Work::Drop: drop(command, *server, context.streams.output); break;
+    }
+    return kCommandDone;
+}
+
+}  // namespace
+
+Command addStore(CLI::App& program)
+{
+    const auto command = std::make_shared<StoreCommand>();
+    CLI::App* store = program.add_subcommand("store", "Make, describe or remove a site on a server");
+    addChoice<StoreCommand::Work>(store, "WORK", command->work,
+                                  {{"create", StoreCommand::Work::Create},
+                                   {"info", StoreCommand::Work::Info},
+                                   {"drop", StoreCommand::Work::Drop}},
+                                  "What to do")
+        ->required();
+    addText(store, "ADDRESS", command->address, "The site's place; several hosts are tried one after the other")
+        ->required()
+        ->type_name("clickhouse://[USER@]HOST[:PORT][,HOST…]/DATABASE/SITE[?secure=1]");
+    store->add_flag("--print", command->prints, "Print the statements instead, for whoever administers the server");
+    addText(store, "--yes-remove", command->confirmation, "The site's name again, to remove it")->type_name("SITE");
+    store->footer("The user and the password come from PLOTIX_CLICKHOUSE_USER and PLOTIX_CLICKHOUSE_PASSWORD, or the\n"
+                  "password from the file that PLOTIX_CLICKHOUSE_PASSWORD_FILE names, which nobody else may read.\n"
+                  "Examples:\n  plotix store create clickhouse://localhost/plotix/plant\n"
+                  "  plotix store create clickhouse://db1/plotix/plant --print > plant.sql\n"
+                  "  plotix store info clickhouse://db1,db2/plotix/plant");
+    return {store, Command::Makes::Text, [command](CommandContext context) { return runCommand(*command, context); }};
+}
+
+}  // namespace plotix

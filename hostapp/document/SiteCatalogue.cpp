@@ -1,0 +1,286 @@
+#include "hostapp/document/SiteCatalogue.h"
+
+#include "base/ReportableError.h"
+#include "hostapp/document/SiteSchema.h"
+#include "hostapp/document/SiteStore.h"
+
+#include <QtCore/QCborArray>
+#include <QtCore/QCborMap>
+#include <QtCore/QCborValue>
+#include <QtCore/QFile>
+
+#include <algorithm>
+
+namespace plotix {
+
+namespace {
+
+/// Stored: never change. A number that is not among them is a later version's.
+enum class RowKind : std::uint8_t { Site = 0, Agent = 1, Property = 2, Limit = 3, Note = 4, PlugIn = 5 };
+
+constexpr auto kLastKind = static_cast<std::uint8_t>(RowKind::PlugIn);
+
+QCborMap rowMap(const QByteArray& data)
+{
+    QCborParserError error;
+    const QCborValue value = QCborValue::fromCbor(data, &error);
+    if (error.error != QCborError::NoError || !value.isMap())
+        throw ReportableError(
+            QStringLiteral("The site on the server has a row that cannot be read: %1. Take it back from "
+                           "a backup, or update this program.")
+                .arg(error.errorString()));
+    return value.toMap();
+}
+
+QString text(const QCborMap& map, const char* key)
+{
+    return map[QLatin1String(key)].toString();
+}
+
+qint64 whole(const QCborMap& map, const char* key)
+{
+    return map[QLatin1String(key)].toInteger();
+}
+
+double real(const QCborMap& map, const char* key)
+{
+    const QCborValue value = map[QLatin1String(key)];
+    return value.isInteger() ? static_cast<double>(value.toInteger()) : value.toDouble();
+}
+
+StoreServer::Row rowOf(RowKind kind, qint64 id, const QCborMap& map)
+{
+    return {static_cast<std::uint8_t>(kind), id, map.toCborValue().toCbor()};
+}
+
+QCborMap fromAgent(const SiteCatalogue::Agent& agent)
+{
+    return {{QStringLiteral("identifier"), agent.identifier}, {QStringLiteral("name"), agent.name}};
+}
+
+QCborMap fromProperty(qint64 agent, const SiteProperty::Description& property)
+{
+    QCborMap map{{QStringLiteral("agent"), agent},
+                 {QStringLiteral("name"), property.name},
+                 {QStringLiteral("key"), property.propertyName},
+                 {QStringLiteral("unit"), property.unit},
+                 {QStringLiteral("archivedUnit"), property.archivedUnit},
+                 {QStringLiteral("color"), qint64(property.color.rgba())},
+                 {QStringLiteral("type"), qint64(property.type)},
+                 {QStringLiteral("visible"), property.visible}};
+    if (property.formula)
+        map.insert(QStringLiteral("formula"), QCborMap{{QStringLiteral("text"), property.formula->text},
+                                                       {QStringLiteral("unit"), property.formula->unit},
+                                                       {QStringLiteral("join"), qint64(property.formula->join)},
+                                                       {QStringLiteral("longestGap"), property.formula->longestGap}});
+    return map;
+}
+
+SiteProperty::Description toProperty(qint64 id, const QCborMap& map)
+{
+    SiteProperty::Description property;
+    property.id = id;
+    property.name = text(map, "name");
+    property.propertyName = text(map, "key");
+    property.unit = text(map, "unit");
+    property.archivedUnit = text(map, "archivedUnit");
+    property.color = QColor::fromRgba(static_cast<QRgb>(whole(map, "color")));
+    property.type = static_cast<std::uint32_t>(whole(map, "type"));
+    property.visible = map[QLatin1String("visible")].toBool();
+    if (const QCborValue formula = map[QLatin1String("formula")]; formula.isMap()) {
+        const QCborMap said = formula.toMap();
+        property.formula =
+            PropertyFormula{text(said, "text"), text(said, "unit"),
+                            static_cast<PropertyFormula::Join>(whole(said, "join")), real(said, "longestGap")};
+    }
+    return property;
+}
+
+QCborMap fromLimit(const SiteLimit& limit)
+{
+    return {{QStringLiteral("property"), limit.property}, {QStringLiteral("name"), limit.name},
+            {QStringLiteral("value"), limit.value},       {QStringLiteral("unit"), limit.unit},
+            {QStringLiteral("side"), qint64(limit.side)}, {QStringLiteral("severity"), qint64(limit.severity)}};
+}
+
+SiteLimit toLimit(qint64 id, const QCborMap& map)
+{
+    return {id,
+            whole(map, "property"),
+            text(map, "name"),
+            real(map, "value"),
+            text(map, "unit"),
+            static_cast<KTVLimit::Side>(whole(map, "side")),
+            static_cast<KTVLimit::Severity>(whole(map, "severity"))};
+}
+
+QCborMap fromNote(const SiteNote& note)
+{
+    QCborArray properties;
+    for (const qint64 property : note.properties)
+        properties.append(property);
+    return {{QStringLiteral("from"), note.from},       {QStringLiteral("to"), note.to},
+            {QStringLiteral("author"), note.author},   {QStringLiteral("text"), note.text},
+            {QStringLiteral("created"), note.created}, {QStringLiteral("modified"), note.modified},
+            {QStringLiteral("properties"), properties}};
+}
+
+SiteNote toNote(qint64 id, const QCborMap& map)
+{
+    SiteNote note{id, real(map, "from"), real(map, "to"), text(map, "author"), text(map, "text"), {}, 0, 0};
+    note.created = real(map, "created");
+    note.modified = real(map, "modified");
+    for (const QCborValue& property : map[QLatin1String("properties")].toArray())
+        note.properties.push_back(property.toInteger());
+    return note;
+}
+
+SiteCatalogue::Agent* agentOf(SiteCatalogue& catalogue, qint64 id)
+{
+    const auto found = std::find_if(catalogue.agents.begin(), catalogue.agents.end(),
+                                    [id](const SiteCatalogue::Agent& agent) { return agent.id == id; });
+    return found == catalogue.agents.end() ? nullptr : &*found;
+}
+
+/// With the ids that they have.
+void storeRows(Database& database, const SiteCatalogue& catalogue)
+{
+    SiteStore tables(database);
+    tables.setSite({catalogue.name, catalogue.location});
+    if (!catalogue.zone.isEmpty())
+        tables.setSetting(QLatin1String(kZoneKey), catalogue.zone);
+    for (const SiteCatalogue::Agent& agent : catalogue.agents) {
+        Statement(database, "INSERT INTO agent(id, identifier, name) VALUES(?, ?, ?)")
+            .bind(1, agent.id)
+            .bind(2, agent.identifier)
+            .bind(3, agent.name)
+            .run();
+        for (const SiteProperty::Description& property : agent.properties) {
+            Statement(database, "INSERT INTO property(id, agent, name, key, unit, archived_unit, color, type, visible) "
+                                "VALUES(?, ?, ?, ?, ?, ?, ?, ?, ?)")
+                .bind(1, property.id)
+                .bind(2, agent.id)
+                .bind(3, property.name)
+                .bind(4, property.propertyName)
+                .bind(5, property.unit)
+                .bind(6, property.archivedUnit)
+                .bind(7, qint64(property.color.rgba()))
+                .bind(8, qint64(property.type))
+                .bind(9, qint64(property.visible))
+                .run();
+            if (property.formula)
+                tables.setFormula(property.id, *property.formula, property.archivedUnit);
+        }
+    }
+    for (SiteLimit limit : catalogue.limits) {
+        limit.id = 0;
+        storeLimit(database, limit);
+    }
+    for (SiteNote note : catalogue.notes) {
+        note.id = 0;
+        storeNote(database, note);
+    }
+    for (ArchivedPlugIn plugIn : catalogue.plugIns) {
+        plugIn.id = 0;
+        tables.storePlugIn(plugIn);
+    }
+}
+
+}  // namespace
+
+bool SiteCatalogue::owns(RowId agent, RowId property) const
+{
+    for (const Agent& each : agents)
+        if (each.id == agent)
+            return std::any_of(
+                each.properties.begin(), each.properties.end(),
+                [&](const SiteProperty::Description& one) { return one.id == property && !one.formula; });
+    return false;
+}
+
+SiteCatalogue SiteCatalogue::ofFile(const QString& path)
+{
+    Database database(path, siteSchema(), Database::Access::BestAvailable);
+    Statement(database, "BEGIN").run();  // everything of one moment
+    SiteStore tables(database);
+    SiteCatalogue catalogue;
+    const SiteStore::Site site = tables.site();
+    catalogue.name = site.name;
+    catalogue.location = site.location;
+    catalogue.zone = tables.setting(QLatin1String(kZoneKey));
+    for (const SiteStore::Agent& agent : tables.agents())
+        catalogue.agents.push_back({agent.id, agent.identifier, agent.name, tables.properties(agent.id)});
+    catalogue.limits = storedLimits(database);
+    catalogue.notes = storedNotes(database);
+    Statement plugIns(database, "SELECT id, class_name, state FROM plugin ORDER BY id");
+    while (plugIns.step())
+        catalogue.plugIns.push_back({plugIns.integer(0), plugIns.text(1), plugIns.bytes(2)});
+    plugIns.reset();
+    Statement(database, "COMMIT").run();
+    return catalogue;
+}
+
+void SiteCatalogue::makeFile(const QString& path) const
+{
+    createSiteFile(path, name);
+    try {
+        Database database(path, siteSchema(), Database::Access::ReadWrite);
+        inTransaction(database, [&] { storeRows(database, *this); });
+    } catch (...) {
+        for (const char* part : {"-wal", "-shm", ""})
+            QFile::remove(path + QLatin1String(part));
+        throw;
+    }
+}
+
+SiteCatalogue SiteCatalogue::ofRows(const std::vector<StoreServer::Row>& rows)
+{
+    SiteCatalogue catalogue;
+    for (const StoreServer::Row& row : rows) {
+        if (row.kind > kLastKind)
+            continue;
+        const QCborMap map = rowMap(row.data);
+        switch (static_cast<RowKind>(row.kind)) {
+        case RowKind::Site:
+            catalogue.name = text(map, "name");
+            catalogue.location = text(map, "location");
+            catalogue.zone = map[QLatin1String("zone")].toByteArray();
+            break;
+        case RowKind::Agent:
+            catalogue.agents.push_back({row.id, text(map, "identifier"), text(map, "name"), {}});
+            break;
+        case RowKind::Property:
+            if (Agent* agent = agentOf(catalogue, whole(map, "agent")))
+                agent->properties.push_back(toProperty(row.id, map));
+            break;
+        case RowKind::Limit: catalogue.limits.push_back(toLimit(row.id, map)); break;
+        case RowKind::Note: catalogue.notes.push_back(toNote(row.id, map)); break;
+        case RowKind::PlugIn:
+            catalogue.plugIns.push_back({row.id, text(map, "class"), map[QLatin1String("state")].toByteArray()});
+            break;
+        }
+    }
+    return catalogue;
+}
+
+std::vector<StoreServer::Row> SiteCatalogue::rows() const
+{
+    std::vector<StoreServer::Row> rows{rowOf(
+        RowKind::Site, 0,
+        {{QStringLiteral("name"), name}, {QStringLiteral("location"), location}, {QStringLiteral("zone"), zone}})};
+    for (const Agent& agent : agents) {
+        rows.push_back(rowOf(RowKind::Agent, agent.id, fromAgent(agent)));
+        for (const SiteProperty::Description& property : agent.properties)
+            rows.push_back(rowOf(RowKind::Property, property.id, fromProperty(agent.id, property)));
+    }
+    for (const SiteLimit& limit : limits)
+        rows.push_back(rowOf(RowKind::Limit, limit.id, fromLimit(limit)));
+    for (const SiteNote& note : notes)
+        rows.push_back(rowOf(RowKind::Note, note.id, fromNote(note)));
+    for (const ArchivedPlugIn& plugIn : plugIns)
+        rows.push_back(rowOf(RowKind::PlugIn, plugIn.id,
+                             {{QStringLiteral("class"), plugIn.className}, {QStringLiteral("state"), plugIn.state}}));
+    return rows;
+}
+
+}  // namespace plotix

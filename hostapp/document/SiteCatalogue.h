@@ -1,0 +1,39 @@
+#pragma once
+
+#include "hostapp/core/SiteProperty.h"
+#include "hostapp/document/ArchivedPlugIn.h"
+#include "hostapp/document/SiteAnnotations.h"
+#include "records/store/StoreServer.h"
+
+#include <vector>
+
+/// Everything that belongs to a site but its records, as it goes from one place to another. Values; any one thread.
+namespace plotix {
+
+struct SiteCatalogue {
+    struct Agent {
+        qint64 id = 0;
+        QString identifier, name;
+        std::vector<SiteProperty::Description> properties;  ///< in the order they were added; computed ones too
+    };
+    QString name, location;
+    QByteArray zone;            ///< as the site's setting has it; empty: none was chosen
+    std::vector<Agent> agents;  ///< in the order they were added
+    std::vector<SiteLimit> limits;
+    std::vector<SiteNote> notes;
+    std::vector<ArchivedPlugIn> plugIns;  ///< in list order
+
+    bool owns(RowId agent, RowId property) const;
+
+    /// Of the file. Throws ReportableError.
+    static SiteCatalogue ofFile(const QString& path);
+    /// Makes a file of it, with the same ids. Throws ReportableError; then there is none.
+    void makeFile(const QString& path) const;
+
+    /// Of the rows on a server; what a later version wrote there and nobody knows here is passed over. Throws
+    /// ReportableError for rows that cannot be read.
+    static SiteCatalogue ofRows(const std::vector<StoreServer::Row>& rows);
+    std::vector<StoreServer::Row> rows() const;
+};
+
+}  // namespace plotix

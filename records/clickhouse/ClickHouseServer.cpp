@@ -1,0 +1,120 @@
+#include "records/clickhouse/ClickHouseServer.h"
+
+#include "base/ReportableError.h"
+#include "records/clickhouse/ClickHouseRecordStore.h"
+#include "records/clickhouse/RowBinary.h"
+#include "records/clickhouse/ServerStamps.h"
+
+namespace plotix {
+
+namespace {
+
+/// Numbers of one row.
+std::vector<std::uint64_t> numbersOf(ServerConnection& server, const std::string& statement, std::size_t count)
+{
+    const std::vector<std::byte> answer = server.ask(statement + " FORMAT RowBinary");
+    rowbinary::Reader row(answer);
+    std::vector<std::uint64_t> numbers;
+    while (numbers.size() < count)
+        numbers.push_back(row.number<std::uint64_t>());
+    return numbers;
+}
+
+std::uint64_t numberOf(ServerConnection& server, const std::string& statement)
+{
+    return numbersOf(server, statement, 1).front();
+}
+
+}  // namespace
+
+std::shared_ptr<ClickHouseServer> ClickHouseServer::at(const QString& address)
+{
+    const ServerAddress parsed = ServerAddress::parsed(address);
+    return std::make_shared<ClickHouseServer>(parsed, ServerCredentials::of(parsed));
+}
+
+void ClickHouseServer::create()
+{
+    ServerConnection server(m_address, m_credentials);
+    for (const std::string& statement : m_tables.creation())
+        server.tell(statement);
+}
+
+void ClickHouseServer::drop()
+{
+    ServerConnection server(m_address, m_credentials);
+    for (const std::string& statement : m_tables.dropping())
+        server.tell(statement);
+}
+
+ClickHouseServer::Description ClickHouseServer::description()
+{
+    ServerConnection server(m_address, m_credentials);
+    Description found;
+    const std::vector<std::byte> version = server.ask("SELECT version() FORMAT RowBinary");
+    const std::string_view text = rowbinary::Reader(version).text();
+    found.serverVersion = QString::fromUtf8(text.data(), static_cast<qsizetype>(text.size()));
+    const auto where = [&](const std::string& column) {
+        return "database = '" + m_address.database.toStdString() + "' AND match(" + column + ", '^" +
+               m_address.site.toStdString() + "_(about|batch|chunk|young|amendment|turn|catalogue)$')";
+    };
+    found.exists = numberOf(server, "SELECT count() FROM system.tables WHERE " + where("name")) >= 7;
+    if (!found.exists)
+        return found;
+    found.version =
+        static_cast<std::uint32_t>(numberOf(server, "SELECT toUInt64(max(version)) FROM " + m_tables.about()));
+    found.chunks =
+        numberOf(server, "SELECT uniqExact(chunk) FROM " + m_tables.chunks() + " WHERE property = 0 AND n > 0");
+    found.youngRecords = numberOf(server, "SELECT count() FROM " + m_tables.young());
+    found.bytes =
+        numberOf(server, "SELECT toUInt64(sum(bytes_on_disk)) FROM system.parts WHERE active AND " + where("table"));
+    found.agents = agentsOn(server, m_tables).size();
+    return found;
+}
+
+std::shared_ptr<RecordStore> ClickHouseServer::records(Owns owns)
+{
+    return std::make_shared<ClickHouseRecordStore>(
+        std::make_shared<SiteOnServer>(m_address, m_credentials, std::move(owns)));
+}
+
+std::vector<StoreServer::Row> ClickHouseServer::rows()
+{
+    ServerConnection server(m_address, m_credentials);
+    const std::vector<std::byte> answer =
+        server.ask("SELECT kind, id, argMax(data, version) AS now FROM " + m_tables.catalogue() +
+                   " GROUP BY kind, id HAVING now != '' ORDER BY kind, id FORMAT RowBinary");
+    std::vector<Row> rows;
+    try {
+        for (rowbinary::Reader row(answer); !row.isAtEnd();) {
+            Row read;
+            read.kind = row.number<std::uint8_t>();
+            read.id = row.number<RowId>();
+            const std::string_view data = row.text();
+            read.data = QByteArray(data.data(), static_cast<qsizetype>(data.size()));
+            rows.push_back(std::move(read));
+        }
+    } catch (const rowbinary::TooShort&) {
+        throw ReportableError(QStringLiteral("The server “%1” answers something else than it was asked.").arg(title()));
+    }
+    return rows;
+}
+
+void ClickHouseServer::put(const std::vector<Row>& rows)
+{
+    if (rows.empty())
+        return;
+    ServerConnection server(m_address, m_credentials);
+    // After everything that is there, whatever the clocks of others say.
+    stamps::saw(numberOf(server, "SELECT max(version) FROM " + m_tables.catalogue()));
+    const std::uint64_t version = stamps::version();
+    rowbinary::Writer written;
+    for (const Row& row : rows) {
+        written.add(row.kind).add(row.id).add(version);
+        written.addBytes(std::as_bytes(std::span(row.data.constData(), static_cast<std::size_t>(row.data.size()))));
+    }
+    server.insert("INSERT INTO " + m_tables.catalogue() + " (kind, id, version, data) FORMAT RowBinary",
+                  written.bytes());
+}
+
+}  // namespace plotix

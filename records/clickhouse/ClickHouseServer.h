@@ -1,0 +1,35 @@
+#pragma once
+
+#include "records/clickhouse/ServerAddress.h"
+#include "records/clickhouse/SiteTables.h"
+#include "records/store/StoreServer.h"
+
+/// A site on a ClickHouse server. See StoreServer.
+namespace plotix {
+
+class ClickHouseServer final : public StoreServer {
+public:
+    ClickHouseServer(ServerAddress address, ServerCredentials credentials)
+        : m_address(std::move(address)), m_credentials(std::move(credentials)), m_tables(m_address)
+    {
+    }
+    /// Of this address, with the credentials of the environment.
+    static std::shared_ptr<ClickHouseServer> at(const QString& address);
+
+    QString title() const override { return m_address.title(); }
+    void create() override;
+    void drop() override;
+    std::vector<std::string> creation() const override { return m_tables.creation(); }
+    std::vector<std::string> dropping() const override { return m_tables.dropping(); }
+    Description description() override;
+    std::shared_ptr<RecordStore> records(Owns owns) override;
+    std::vector<Row> rows() override;
+    void put(const std::vector<Row>& rows) override;
+
+private:
+    const ServerAddress m_address;
+    const ServerCredentials m_credentials;
+    const SiteTables m_tables;
+};
+
+}  // namespace plotix

@@ -1,0 +1,60 @@
+#pragma once
+
+#include "records/store/RecordBlock.h"
+
+#include <QtCore/QByteArray>
+#include <QtCore/QString>
+
+#include <cstdint>
+#include <functional>
+#include <memory>
+#include <string>
+#include <vector>
+
+/// A site that stands on a server: its records, and rows of what else belongs to it.
+///
+/// *Shared*; any thread. Throws ReportableError, one line for people, where the server cannot be reached or refuses.
+namespace plotix {
+
+class RecordStore;
+
+class StoreServer {
+public:
+    virtual ~StoreServer() = default;
+
+    virtual QString title() const = 0;  ///< for people, without a user
+
+    /// Makes what is missing; what is there stays.
+    virtual void create() = 0;
+    /// Removes the site with all its records.
+    virtual void drop() = 0;
+    /// The same as statements, for people whose administrators run them.
+    virtual std::vector<std::string> creation() const = 0;
+    virtual std::vector<std::string> dropping() const = 0;
+
+    struct Description {
+        QString serverVersion;
+        bool exists = false;  ///< else the rest says nothing
+        std::uint32_t version = 0;
+        std::size_t agents = 0, chunks = 0, youngRecords = 0;
+        std::uint64_t bytes = 0;  ///< on disk
+    };
+    virtual Description description() = 0;
+
+    /// `owns`: whether a property is an agent's, as the rows say.
+    using Owns = std::function<bool(RowId agent, RowId property)>;
+    virtual std::shared_ptr<RecordStore> records(Owns owns) = 0;
+
+    /// What else belongs to the site, as whoever stores it writes it down. Empty: it is gone.
+    struct Row {
+        std::uint8_t kind = 0;
+        RowId id = 0;
+        QByteArray data;
+    };
+    /// By kind and id, as they were stored last; those that are gone are left out.
+    virtual std::vector<Row> rows() = 0;
+    /// All or none.
+    virtual void put(const std::vector<Row>& rows) = 0;
+};
+
+}  // namespace plotix

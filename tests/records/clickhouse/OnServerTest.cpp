@@ -1,0 +1,181 @@
+#include "base/ReportableError.h"
+#include "records/clickhouse/AgentReading.h"
+#include "records/clickhouse/AgentWriting.h"
+#include "records/clickhouse/RowBinary.h"
+#include "records/clickhouse/ServerStamps.h"
+#include "records/columns/ColumnFormat.h"
+#include "tests/records/clickhouse/ClickHouseUnderTest.h"
+
+#include <limits>
+#include <thread>
+
+namespace plotix {
+
+namespace {
+
+constexpr double kInfinity = std::numeric_limits<double>::infinity();
+
+/// What no other store has: tables that others write too, and a server that may be gone.
+class RecordsOnServerTest : public RecordsFixture {
+protected:
+    RecordsOnServerTest() : site(m_store.site()), server(site->address(), {})
+    {
+        agent = m_store.addAgent();
+        air = m_store.addProperty(agent);
+        wind = m_store.addProperty(agent);
+    }
+    std::shared_ptr<RecordStore> opened() override { return m_store.opened(); }
+
+    AgentReading::Rows rows() { return AgentReading(server, site->tables(), agent).rows(-kInfinity, kInfinity); }
+    std::size_t chunks() { return stretchesOf(rows().chunks).size(); }
+    /// So many records by one appender, a second apart.
+    void append(RecordAppender& appender, double first, std::size_t records, std::size_t each)
+    {
+        for (std::size_t done = 0; done < records; done += each)
+            appender.append(agent, ramp(air, first + static_cast<double>(done), each));
+    }
+    std::uint64_t countIn(const std::string& table)
+    {
+        const auto answer = server.ask("SELECT count() FROM " + table + " FORMAT RowBinary");
+        return rowbinary::Reader(answer).number<std::uint64_t>();
+    }
+
+private:
+    ClickHouseUnderTest m_store;
+
+protected:
+    const std::shared_ptr<SiteOnServer> site;
+    ServerConnection server;
+};
+
+TEST_F(RecordsOnServerTest, WhatIsAppendedBecomesAChunkOnceItFillsOne)
+{
+    append(*opened()->appender(), 0, 17'000, 500);
+    EXPECT_EQ(chunks(), 1U);
+    EXPECT_EQ(count(), 17'000U);
+    EXPECT_EQ(values(air, 16'383, 16'384), (Values{16'383, 16'384}));
+}
+
+TEST_F(RecordsOnServerTest, ALateRecordOverASealedChunkCountsAtOnce)
+{
+    const auto appender = opened()->appender();
+    append(*appender, 0, 17'000, 500);
+    appender->append(agent, block({100, 100.5}, {column(wind, {7, 8})}));
+    EXPECT_EQ(values(wind, 99.5, 100.5), (Values{7, 8}));
+    EXPECT_EQ(values(air, 100, 100), (Values{100}));
+    EXPECT_EQ(count(), 17'001U);
+}
+
+TEST_F(RecordsOnServerTest, TwoWhoSealTheSameRecordsSpoilNothing)
+{
+    const auto appender = opened()->appender();
+    append(*appender, 0, 16'000, 500);
+    append(*appender, 16'000, 383, 383);
+    appender->append(agent, ramp(air, 16'383, 10));
+    const AgentReading::Rows before = rows();
+    std::vector<std::thread> sealers;
+    for (int i = 0; i < 2; ++i)
+        sealers.emplace_back([this] {
+            ServerConnection own(site->address(), {});
+            AgentWriting(own, site->tables(), agent, 0).sealOneChunk();
+        });
+    for (std::thread& sealer : sealers)
+        sealer.join();
+    EXPECT_EQ(count(), 16'393U);
+    EXPECT_EQ(opened()->statistics(agent, air).valid, 16'393U);
+    EXPECT_TRUE(opened()->verify().isSound());
+    opened()->compact({});
+    EXPECT_EQ(count(), 16'393U);
+}
+
+TEST_F(RecordsOnServerTest, WhatWasAppendedWhileAChunkWasSealedIsNotLost)
+{
+    const auto first = opened()->appender(), second = opened()->appender();
+    append(*first, 0, 10'000, 500);
+    second->append(agent, ramp(wind, 0, 5));
+    append(*first, 10'000, 7'000, 500);
+    // By a writer whose earlier records the chunk has taken in.
+    second->append(agent, block({3}, {column(wind, {-3})}));
+    EXPECT_EQ(values(wind, 2, 4), (Values{2, -3, 4}));
+    opened()->compact({});
+    EXPECT_EQ(values(wind, 2, 4), (Values{2, -3, 4}));
+    EXPECT_EQ(chunks(), 2U);
+}
+
+TEST_F(RecordsOnServerTest, RowsThatComeTwiceCountOnce)
+{
+    store(ramp(air, 0, 20'000));
+    opened()->appender()->append(agent, ramp(wind, 30'000, 3));
+    for (const std::string& table : {site->tables().chunks(), site->tables().young(), site->tables().batches()})
+        server.tell("INSERT INTO " + table + " SELECT * FROM " + table);
+    EXPECT_EQ(count(), 20'003U);
+    EXPECT_EQ(opened()->statistics(agent, air).valid, 20'000U);
+    EXPECT_EQ(read({air, wind}).times.size(), 20'003U);
+    EXPECT_TRUE(opened()->verify().isSound());
+}
+
+TEST_F(RecordsOnServerTest, ManyMonthsAreStoredInInsertsThatServersTake)
+{
+    std::vector<double> times;
+    Values values;
+    for (int day = 0; day < 20'000; ++day) {
+        times.push_back(day * 86'400.0);
+        values.emplace_back(day);
+    }
+    store(block(times, {column(air, values)}));
+    EXPECT_EQ(count(), 20'000U);
+    for (int decade = 0; decade < 150; ++decade)
+        store(ramp(wind, 1e9 + 1e8 * decade, 1100));
+    opened()->compact({});
+    EXPECT_EQ(opened()->statistics(agent, wind).valid, 150U * 1100);
+}
+
+TEST_F(RecordsOnServerTest, WhatIsStoredOutlivesAServerThatIsKilled)
+{
+    store(ramp(air, 0, 20'000));
+    const auto appender = opened()->appender();
+    appender->append(agent, ramp(air, 20'000, 10));
+    ServerForTests::running().kill();
+    EXPECT_THROW(appender->append(agent, ramp(air, 20'010, 10)), ReportableError);
+    EXPECT_THROW(opened()->read(agent, std::vector{air}, {}, {}), ReportableError);
+    ServerForTests::running().restart();
+    EXPECT_EQ(count(), 20'010U);
+    appender->append(agent, ramp(air, 20'010, 10));
+    EXPECT_EQ(count(), 20'020U);
+}
+
+TEST_F(RecordsOnServerTest, TheNextHostServesWhereOneIsGone)
+{
+    ServerAddress address = site->address();
+    address.hosts.insert(address.hosts.begin(), {QStringLiteral("127.0.0.1"), 1});
+    ServerConnection other(address, {});
+    EXPECT_NO_THROW(other.ask("SELECT 1"));
+    EXPECT_NO_THROW(other.insert("INSERT INTO " + site->tables().batches() + " (batch) FORMAT RowBinary",
+                                 rowbinary::Writer().add(std::uint64_t{7}).bytes()));
+    EXPECT_EQ(countIn(site->tables().batches()), 1U);
+}
+
+TEST_F(RecordsOnServerTest, AWrongPasswordIsOneLine)
+{
+    ServerConnection stranger(site->address(), {"keeper", "wrong"});
+    try {
+        stranger.ask("SELECT 1");
+        FAIL() << "was let in";
+    } catch (const ReportableError& error) {
+        EXPECT_FALSE(error.message().contains('\n'));
+        EXPECT_FALSE(error.message().contains("wrong password: wrong"));
+    }
+    EXPECT_NO_THROW(ServerConnection(site->address(), {"keeper", "secret"}).ask("SELECT 1"));
+}
+
+TEST_F(RecordsOnServerTest, ANumberInAStatementKeepsEveryBit)
+{
+    for (const double value : {0.1, -0.0, 1e300, 5e-324, 1234567890.123456789, kInfinity}) {
+        const auto answer = server.ask("SELECT " + sqlNumber(value) + " FORMAT RowBinary");
+        EXPECT_EQ(bitsOf(rowbinary::Reader(answer).number<double>()), bitsOf(value));
+    }
+}
+
+}  // namespace
+
+}  // namespace plotix
