@@ -4,6 +4,7 @@
 #include "hostapp/cli/Commands.h"
 #include "hostapp/cli/Options.h"
 #include "hostapp/cli/TerminalText.h"
+#include "hostapp/document/ServerSites.h"
 #include "hostapp/document/SiteCopying.h"
 
 #include <QtCore/QFileInfo>

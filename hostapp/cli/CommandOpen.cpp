@@ -10,6 +10,8 @@
 #include "hostapp/core/QuickRanges.h"
 #include "hostapp/demo/DemonstrationSite.h"
 #include "hostapp/demo/DemonstrationTrends.h"
+#include "hostapp/document/DeskFile.h"
+#include "hostapp/document/ServerSites.h"
 #include "hostapp/site/ViewLink.h"
 #include "hostapp/site/WaitForRecords.h"
 
@@ -182,8 +184,10 @@ int openView(const ShownView& view, const OpenCommand& command, CommandContext c
     return context.services.open(request);
 }
 
-int runCommand(const OpenCommand& command, CommandContext context)
+int runCommand(OpenCommand command, CommandContext context)
 {
+    if (command.files.size() == 1 && isServerAddress(command.files.first()))
+        command.files = {deskFileOf(command.files.first())};
     if (command.files.size() == 1)
         if (const auto view = viewIn(command.files.first()))
             return openView(*view, command, context);
@@ -207,7 +211,8 @@ Command addOpen(CLI::App& program)
     CLI::App* open =
         program.add_subcommand("open", "Open a site in the site window; without SITE the demonstration site");
     addTexts(open, "SITE", options->files,
-             "A site document, NAME.plotix; a figure or a link made by Plotix, to show what it shows; or files of "
+             "A site document, NAME.plotix, or clickhouse://HOST/DATABASE/SITE; a figure or a link made by Plotix, to "
+             "show what it shows; or files of "
              "measurements to import");
     addText(open, "--site", options->siteOfView, "The site of a figure or a link, where it is not beside it")
         ->type_name("NAME.plotix");

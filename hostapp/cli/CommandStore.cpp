@@ -2,7 +2,7 @@
 #include "hostapp/cli/Commands.h"
 #include "hostapp/cli/Options.h"
 #include "hostapp/cli/TerminalText.h"
-#include "hostapp/document/RecordKeeping.h"
+#include "hostapp/document/ServerSites.h"
 
 #include <ostream>
 

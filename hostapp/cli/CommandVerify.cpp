@@ -4,8 +4,10 @@
 #include "hostapp/cli/Commands.h"
 #include "hostapp/cli/Options.h"
 #include "hostapp/cli/SiteLookup.h"
+#include "hostapp/document/DeskFile.h"
 #include "hostapp/document/MemoryBudget.h"
 #include "hostapp/document/RecordKeeping.h"
+#include "hostapp/document/ServerSites.h"
 
 #include <QtCore/QFileInfo>
 
@@ -22,12 +24,14 @@ struct VerifyCommand {
 
 int runCommand(const VerifyCommand& command, CommandContext context)
 {
-    if (!QFileInfo::exists(command.site))
+    if (!isServerAddress(command.site) && !QFileInfo::exists(command.site))
         throw ReportableError(QStringLiteral("there is no site %1").arg(command.site));
     const StopRequest interruption(StopRequest::From::Keyboard);
     const CommandProgress progress = makeCommandProgress(
         context.services, context.streams, QStringLiteral("Verifying %1").arg(QFileInfo(command.site).fileName()));
-    const VerificationResult result = recordsOfSite(command.site)->verify(progress, memoryBudget());
+    const VerificationResult result =
+        recordsOfSite(isServerAddress(command.site) ? deskFileOf(command.site) : command.site)
+            ->verify(progress, memoryBudget());
     std::ostream& out = context.streams.output;
     for (const QString& finding : result.findings)
         out << finding.toStdString() << '\n';

@@ -27,7 +27,8 @@ CLI::Option* addList(CLI::App* command, const std::string& name, QStringList& it
 
 CLI::Option* addSite(CLI::App* command, QString& site)
 {
-    return addText(command, "SITE", site, "A site document, NAME.plotix")->required();
+    return addText(command, "SITE", site, "A site document, NAME.plotix, or clickhouse://HOST/DATABASE/SITE")
+        ->required();
 }
 
 CLI::Option* addSize(CLI::App* command, const std::string& name, std::optional<QSize>& size, const std::string& help)

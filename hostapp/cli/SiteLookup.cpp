@@ -1,5 +1,8 @@
 #include "hostapp/cli/SiteLookup.h"
 
+#include "hostapp/document/DeskFile.h"
+#include "hostapp/document/ServerSites.h"
+
 #include "base/ReportableError.h"
 #include "hostapp/cli/ArgumentValues.h"
 #include "hostapp/core/QuickRanges.h"
@@ -46,6 +49,8 @@ std::shared_ptr<SiteProperty> propertyNamed(const SiteAgent& agent, const QStrin
 
 std::shared_ptr<SiteDocument> openSite(const QString& path)
 {
+    if (isServerAddress(path))
+        return SiteDocument::open(deskFileOf(path));
     if (!QFileInfo::exists(path))
         throw ReportableError(QStringLiteral("there is no site %1; plotix import makes one").arg(path));
     return SiteDocument::open(path);
@@ -53,6 +58,9 @@ std::shared_ptr<SiteDocument> openSite(const QString& path)
 
 void requireSiteName(const QString& path)
 {
+    if (isServerAddress(path))
+        throw ReportableError(QStringLiteral("a site on a server is not written by this command: write into a file, and "
+                                             "copy that with “plotix copy”"));
     if (!QFileInfo::exists(path) && !path.endsWith(QLatin1String(".plotix"), Qt::CaseInsensitive))
         throw ReportableError(
             QStringLiteral("there is no site %1, and the name of a new one must end in .plotix").arg(path));

@@ -1,4 +1,5 @@
 #include "hostapp/demo/DemonstrationSite.h"
+#include "hostapp/core/DataFolder.h"
 
 #include "base/ReportableError.h"
 #include "hostapp/demo/WeatherStation.h"
@@ -7,7 +8,6 @@
 #include <QtCore/QCoreApplication>
 #include <QtCore/QDir>
 #include <QtCore/QFileInfo>
-#include <QtCore/QStandardPaths>
 
 #include <algorithm>
 #include <cmath>
@@ -131,12 +131,8 @@ const std::vector<SuggestedTrend>& suggestedTrends()
 
 QString demonstrationSitePath(const DemonstrationOptions& options)
 {
-    QString folder = options.folder;
-    if (folder.isEmpty())
-        folder = qEnvironmentVariable("PLOTIX_DATA_HOME");
-    if (folder.isEmpty())
-        folder = QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation) + QStringLiteral("/plotix");
-    return QDir(folder).absoluteFilePath(QStringLiteral("Demonstration.plotix"));
+    return QDir(options.folder.isEmpty() ? dataFolder() : options.folder)
+        .absoluteFilePath(QStringLiteral("Demonstration.plotix"));
 }
 
 DemonstrationSite openDemonstrationSite(const DemonstrationOptions& options, const StationProgress& progress,

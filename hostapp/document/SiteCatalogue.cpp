@@ -10,6 +10,7 @@
 #include <QtCore/QFile>
 
 #include <algorithm>
+#include <map>
 
 namespace plotix {
 
@@ -180,10 +181,31 @@ void storeRows(Database& database, const SiteCatalogue& catalogue)
         note.id = 0;
         storeNote(database, note);
     }
+}
+
+void storePlugIns(Database& database, const SiteCatalogue& catalogue)
+{
+    SiteStore tables(database);
     for (ArchivedPlugIn plugIn : catalogue.plugIns) {
         plugIn.id = 0;
         tables.storePlugIn(plugIn);
     }
+}
+
+/// How a property is shown is what the user of the file chose.
+void keepLooks(const SiteCatalogue& before, SiteCatalogue& now)
+{
+    std::map<qint64, const SiteProperty::Description*> known;
+    for (const SiteCatalogue::Agent& agent : before.agents)
+        for (const SiteProperty::Description& property : agent.properties)
+            known[property.id] = &property;
+    for (SiteCatalogue::Agent& agent : now.agents)
+        for (SiteProperty::Description& property : agent.properties)
+            if (const auto found = known.find(property.id); found != known.end()) {
+                property.unit = found->second->unit;
+                property.color = found->second->color;
+                property.visible = found->second->visible;
+            }
 }
 
 }  // namespace
@@ -225,12 +247,32 @@ void SiteCatalogue::makeFile(const QString& path) const
     createSiteFile(path, name);
     try {
         Database database(path, siteSchema(), Database::Access::ReadWrite);
-        inTransaction(database, [&] { storeRows(database, *this); });
+        inTransaction(database, [&] {
+            storeRows(database, *this);
+            storePlugIns(database, *this);
+        });
     } catch (...) {
         for (const char* part : {"-wal", "-shm", ""})
             QFile::remove(path + QLatin1String(part));
         throw;
     }
+}
+
+void SiteCatalogue::updateFile(const QString& path) const
+{
+    SiteCatalogue now = *this;
+    keepLooks(ofFile(path), now);
+    Database database(path, siteSchema(), Database::Access::ReadWrite);
+    inTransaction(database, [&] {
+        for (const char* table : {"note_property", "note", "value_limit", "formula", "property", "agent"})
+            Statement(database, QByteArray("DELETE FROM ") + table).run();
+        storeRows(database, now);
+    });
+}
+
+std::shared_ptr<RecordStore> recordsOf(StoreServer& server, const SiteCatalogue& catalogue)
+{
+    return server.records([catalogue](RowId agent, RowId property) { return catalogue.owns(agent, property); });
 }
 
 SiteCatalogue SiteCatalogue::ofRows(const std::vector<StoreServer::Row>& rows)

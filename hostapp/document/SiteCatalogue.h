@@ -5,6 +5,7 @@
 #include "hostapp/document/SiteAnnotations.h"
 #include "records/store/StoreServer.h"
 
+#include <memory>
 #include <vector>
 
 /// Everything that belongs to a site but its records, as it goes from one place to another. Values; any one thread.
@@ -29,11 +30,17 @@ struct SiteCatalogue {
     static SiteCatalogue ofFile(const QString& path);
     /// Makes a file of it, with the same ids. Throws ReportableError; then there is none.
     void makeFile(const QString& path) const;
+    /// Makes the file's agents, properties, limits and notes these, in one transaction. What its user chose of how a
+    /// property is shown stays, and so do trends. Throws ReportableError.
+    void updateFile(const QString& path) const;
 
     /// Of the rows on a server; what a later version wrote there and nobody knows here is passed over. Throws
     /// ReportableError for rows that cannot be read.
     static SiteCatalogue ofRows(const std::vector<StoreServer::Row>& rows);
     std::vector<StoreServer::Row> rows() const;
 };
+
+/// The records on a server of what the catalogue has.
+std::shared_ptr<RecordStore> recordsOf(StoreServer& server, const SiteCatalogue& catalogue);
 
 }  // namespace plotix

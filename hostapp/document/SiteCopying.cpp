@@ -3,6 +3,7 @@
 #include "base/ReportableError.h"
 #include "hostapp/document/RecordCopying.h"
 #include "hostapp/document/RecordKeeping.h"
+#include "hostapp/document/ServerSites.h"
 #include "hostapp/document/SiteCatalogue.h"
 #include "hostapp/document/SiteSchema.h"
 #include "storage/Database.h"
@@ -27,19 +28,6 @@ struct Place {
     std::shared_ptr<RecordStore> records;
 };
 
-std::shared_ptr<RecordStore> recordsOn(StoreServer& server, const SiteCatalogue& catalogue)
-{
-    return server.records([catalogue](RowId agent, RowId property) { return catalogue.owns(agent, property); });
-}
-
-void requireSite(StoreServer& server, const QString& address)
-{
-    const StoreServer::Description description = server.description();
-    if (!description.exists)
-        throw ReportableError(
-            QStringLiteral("there is no site %1: make it with “plotix store create %2”").arg(server.title(), address));
-}
-
 Place source(const QString& from)
 {
     if (!isServerAddress(from)) {
@@ -47,10 +35,9 @@ Place source(const QString& from)
             throw ReportableError(QStringLiteral("there is no site %1").arg(from));
         return {SiteCatalogue::ofFile(from), recordsOfSite(from)};
     }
-    const std::shared_ptr<StoreServer> server = storeServer(from);
-    requireSite(*server, from);
+    const std::shared_ptr<StoreServer> server = siteOnServer(from);
     Place place{SiteCatalogue::ofRows(server->rows()), nullptr};
-    place.records = recordsOn(*server, place.catalogue);
+    place.records = recordsOf(*server, place.catalogue);
     return place;
 }
 
@@ -164,13 +151,12 @@ std::size_t propertiesOf(const SiteCatalogue& catalogue)
 
 std::optional<CopiedSite> copyToServer(const Place& from, const QString& to, const ArchiveProgress& progress)
 {
-    const std::shared_ptr<StoreServer> server = storeServer(to);
-    requireSite(*server, to);
+    const std::shared_ptr<StoreServer> server = siteOnServer(to);
     if (!isCopyOf(SiteCatalogue::ofRows(server->rows()), from.catalogue))
         throw ReportableError(QStringLiteral("%1 has another site: copy to a new one").arg(server->title()));
     server->put(from.catalogue.rows());
     CopiedSite result{from.catalogue.agents.size(), propertiesOf(from.catalogue), 0, false};
-    const auto records = copyAgents(from, *recordsOn(*server, from.catalogue), result.wentOn, progress);
+    const auto records = copyAgents(from, *recordsOf(*server, from.catalogue), result.wentOn, progress);
     if (!records)
         return std::nullopt;
     result.records = *records;
@@ -214,11 +200,6 @@ std::optional<CopiedSite> copyToFile(const Place& from, const QString& to, const
 }
 
 }  // namespace
-
-bool isServerAddress(const QString& place)
-{
-    return place.contains(QLatin1String("://"));
-}
 
 std::optional<CopiedSite> copySite(const QString& from, const QString& to, const ArchiveProgress& progress)
 {

@@ -11,9 +11,6 @@
 /// be undone stay behind. Free functions; any one thread.
 namespace plotix {
 
-/// Whether the text is the address of a server rather than the name of a file.
-bool isServerAddress(const QString& place);
-
 struct CopiedSite {
     std::size_t agents = 0, properties = 0, records = 0;
     bool wentOn = false;  ///< with a copy that was interrupted

@@ -1,6 +1,6 @@
 #include "hostapp/document/SiteSchema.h"
 
-#include "hostapp/document/RecordKeeping.h"
+#include "hostapp/document/KeptTables.h"
 #include "storage/Database.h"
 
 #include <QtCore/QFileInfo>
@@ -54,8 +54,7 @@ constexpr SchemaPart::Step kSteps[] = {
 
 const DatabaseSchema& siteSchema()
 {
-    static const DatabaseSchema schema{
-        kApplicationId, kVersion, kPageSize, {{kTables, kCreate, kSteps}, recordKeeping().tables}};
+    static const DatabaseSchema schema{kApplicationId, kVersion, kPageSize, {{kTables, kCreate, kSteps}, keptTables()}};
     return schema;
 }
 

@@ -282,4 +282,15 @@ void AgentReading::failAsDamaged(const QString& what) const
                               .arg(m_server.address().title(), what));
 }
 
+std::vector<RowId> agentsOn(ServerConnection& server, const SiteTables& tables)
+{
+    const std::vector<std::byte> rows = server.ask("SELECT DISTINCT agent FROM (SELECT agent FROM " + tables.chunks() +
+                                                   " WHERE property = 0 UNION ALL SELECT agent FROM " + tables.young() +
+                                                   ") ORDER BY agent FORMAT RowBinary");
+    std::vector<RowId> agents;
+    for (rowbinary::Reader row(rows); !row.isAtEnd();)
+        agents.push_back(row.number<RowId>());
+    return agents;
+}
+
 }  // namespace plotix

@@ -72,4 +72,7 @@ private:
     const std::uint64_t m_own;
 };
 
+/// Agents that have rows, ascending.
+std::vector<RowId> agentsOn(ServerConnection& server, const SiteTables& tables);
+
 }  // namespace plotix

@@ -1,7 +1,6 @@
 #include "records/clickhouse/AmendmentRows.h"
 
 #include "base/ReportableError.h"
-#include "records/clickhouse/ClickHouseWriting.h"
 #include "records/clickhouse/ServerStamps.h"
 #include "records/store/RecordsInMemory.h"
 

@@ -44,4 +44,8 @@ private:
     std::uint32_t m_place = 0;
 };
 
+/// By property, in the order they were made; `own`: a batch that counts already.
+std::map<RowId, std::vector<Amendment>> amendmentsOf(ServerConnection& server, const SiteTables& tables,
+                                                     std::span<const RowId> properties, std::uint64_t own);
+
 }  // namespace plotix

@@ -2,9 +2,9 @@
 
 #include "base/ReportableError.h"
 #include "records/clickhouse/AgentReading.h"
+#include "records/clickhouse/AmendmentRows.h"
 #include "records/clickhouse/ChunkIndexes.h"
 #include "records/clickhouse/ClickHouseWriting.h"
-#include "records/clickhouse/RowBinary.h"
 #include "records/columns/ValidityBits.h"
 
 #include <algorithm>
@@ -112,17 +112,6 @@ private:
 };
 
 }  // namespace
-
-std::vector<RowId> agentsOn(ServerConnection& server, const SiteTables& tables)
-{
-    const std::vector<std::byte> rows = server.ask("SELECT DISTINCT agent FROM (SELECT agent FROM " + tables.chunks() +
-                                                   " WHERE property = 0 UNION ALL SELECT agent FROM " + tables.young() +
-                                                   ") ORDER BY agent FORMAT RowBinary");
-    std::vector<RowId> agents;
-    for (rowbinary::Reader row(rows); !row.isAtEnd();)
-        agents.push_back(row.number<RowId>());
-    return agents;
-}
 
 std::optional<RecordExtent> ClickHouseRecordStore::extent(RowId agent)
 {
@@ -284,17 +273,17 @@ std::vector<Amendment> ClickHouseRecordStore::amendments(RowId, std::span<const 
 
 std::unique_ptr<RecordTransaction> ClickHouseRecordStore::begin()
 {
-    return transactionOn(m_site);
+    return transactionOn({m_site, std::make_shared<ClickHouseRecordStore>(m_site)});
 }
 
 std::unique_ptr<RecordAppender> ClickHouseRecordStore::appender()
 {
-    return appenderTo(m_site);
+    return appenderTo({m_site, std::make_shared<ClickHouseRecordStore>(m_site)});
 }
 
 CompactionResult ClickHouseRecordStore::compact(const CompactionRequest& request, const ArchiveProgress& progress)
 {
-    return compacted(m_site, request, progress);
+    return compacted({m_site, std::make_shared<ClickHouseRecordStore>(m_site)}, request, progress);
 }
 
 VerificationResult ClickHouseRecordStore::verify(const ArchiveProgress& progress, std::uint64_t)

@@ -9,8 +9,6 @@
 /// *Shared*; any thread. Nothing is kept in memory between two calls but connections.
 namespace plotix {
 
-class AgentReading;
-
 class ClickHouseRecordStore final : public RecordStore {
 public:
     explicit ClickHouseRecordStore(std::shared_ptr<SiteOnServer> site) : m_site(std::move(site)) {}
@@ -37,8 +35,5 @@ public:
 private:
     const std::shared_ptr<SiteOnServer> m_site;
 };
-
-/// Agents that have rows, ascending.
-std::vector<RowId> agentsOn(ServerConnection& server, const SiteTables& tables);
 
 }  // namespace plotix

@@ -1,6 +1,7 @@
 #include "records/clickhouse/ClickHouseServer.h"
 
 #include "base/ReportableError.h"
+#include "records/clickhouse/AgentReading.h"
 #include "records/clickhouse/ClickHouseRecordStore.h"
 #include "records/clickhouse/RowBinary.h"
 #include "records/clickhouse/ServerStamps.h"

@@ -3,7 +3,6 @@
 #include "base/ReportableError.h"
 #include "records/clickhouse/AgentWriting.h"
 #include "records/clickhouse/AmendmentRows.h"
-#include "records/clickhouse/ClickHouseRecordStore.h"
 #include "records/clickhouse/ServerStamps.h"
 #include "records/clickhouse/WritersTurn.h"
 #include "records/clickhouse/YoungInsert.h"
@@ -37,11 +36,6 @@ bool haveSameColumns(const RecordsView& one, const RecordsView& other)
                       [](const auto& a, const auto& b) { return a.property == b.property; });
 }
 
-std::shared_ptr<AmendmentFinder> finderOf(const std::shared_ptr<SiteOnServer>& site)
-{
-    return std::make_shared<AmendmentFinder>(std::make_shared<ClickHouseRecordStore>(site));
-}
-
 void commitBatch(ServerConnection& server, const SiteTables& tables, std::uint64_t batch)
 {
     rowbinary::Writer row;
@@ -51,13 +45,13 @@ void commitBatch(ServerConnection& server, const SiteTables& tables, std::uint64
 
 class ServerTransaction final : public RecordTransaction {
 public:
-    explicit ServerTransaction(std::shared_ptr<SiteOnServer> site)
-        : m_site(std::move(site)),
+    explicit ServerTransaction(const WrittenSite& written)
+        : m_site(written.site),
           m_turn(std::make_unique<WritersTurn>(m_site, kWritersPatience)),
           m_server(m_site->lease()),
           m_batch(stamps::number()),
           m_young(*m_server, m_site->tables(), m_batch),
-          m_amendments(*m_server, m_site->tables(), m_batch, finderOf(m_site))
+          m_amendments(*m_server, m_site->tables(), m_batch, std::make_shared<AmendmentFinder>(written.before))
     {
     }
 
@@ -171,11 +165,11 @@ private:
 
 class ServerAppender final : public RecordAppender {
 public:
-    explicit ServerAppender(std::shared_ptr<SiteOnServer> site)
-        : m_site(std::move(site)),
+    explicit ServerAppender(const WrittenSite& written)
+        : m_site(written.site),
           m_server(m_site->lease()),
           m_young(*m_server, m_site->tables(), stamps::number()),
-          m_finder(finderOf(m_site))
+          m_finder(std::make_shared<AmendmentFinder>(written.before))
     {
     }
 
@@ -262,20 +256,21 @@ std::vector<RowId> amendedProperties(ServerConnection& server, const SiteTables&
 
 }  // namespace
 
-std::unique_ptr<RecordTransaction> transactionOn(const std::shared_ptr<SiteOnServer>& site)
+std::unique_ptr<RecordTransaction> transactionOn(const WrittenSite& site)
 {
     return std::make_unique<ServerTransaction>(site);
 }
 
-std::unique_ptr<RecordAppender> appenderTo(const std::shared_ptr<SiteOnServer>& site)
+std::unique_ptr<RecordAppender> appenderTo(const WrittenSite& site)
 {
     return std::make_unique<ServerAppender>(site);
 }
 
-CompactionResult compacted(const std::shared_ptr<SiteOnServer>& site, const CompactionRequest& request,
+CompactionResult compacted(const WrittenSite& written, const CompactionRequest& request,
                            const ArchiveProgress& progress)
 {
     CompactionResult result;
+    const std::shared_ptr<SiteOnServer>& site = written.site;
     const SiteOnServer::Lease server = site->lease();
     const SiteTables& tables = site->tables();
     const std::vector<RowId> agents = agentsOn(*server, tables);
@@ -306,7 +301,7 @@ CompactionResult compacted(const std::shared_ptr<SiteOnServer>& site, const Comp
     if (request.dropBefore && goOn()) {
         WritersTurn turn(site, kWritersPatience);
         const std::uint64_t batch = stamps::number();
-        AmendmentRows amendments(*server, tables, batch, finderOf(site));
+        AmendmentRows amendments(*server, tables, batch, std::make_shared<AmendmentFinder>(written.before));
         amendments.remove(amendedProperties(*server, tables), -kInfinity,
                           std::nextafter(*request.dropBefore, -kInfinity));
         if (!amendments.isEmpty()) {
