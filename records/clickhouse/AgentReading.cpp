@@ -160,6 +160,42 @@ std::vector<AgentReading::Piece> AgentReading::pieces(const Rows& rows, double f
 bool AgentReading::segments(std::span<const StoredChunk* const> chunks, const std::vector<RowId>* properties,
                             const TakeSegment& take, const std::function<bool()>& goOn)
 {
+    std::string asked;
+    if (properties) {
+        std::vector<RowId> all{kTimes};
+        all.insert(all.end(), properties->begin(), properties->end());
+        asked = " AND property IN " + sqlList(all);
+    }
+    std::size_t times = 0;
+    const bool isDone = stream(
+        chunks, asked,
+        [&](std::size_t chunk, RowId property, const Segment& segment) {
+            times += property == kTimes ? 1 : 0;
+            take(chunk, property, segment);
+        },
+        goOn);
+    if (isDone && times != chunks.size())
+        throw ReportableError(
+            QStringLiteral("Some of the records shown are no longer on the server: show them again."));
+    return isDone;
+}
+
+std::size_t AgentReading::column(std::span<const StoredChunk* const> chunks, RowId property, const TakeSegment& take)
+{
+    std::size_t count = 0;
+    stream(chunks, " AND property = " + std::to_string(property),
+           [&](std::size_t chunk, RowId which, const Segment& segment) {
+               ++count;
+               take(chunk, which, segment);
+           },
+           {});
+    return count;
+}
+
+/// Each column once; false: `goOn` answered so.
+bool AgentReading::stream(std::span<const StoredChunk* const> chunks, const std::string& condition,
+                          const TakeSegment& take, const std::function<bool()>& goOn)
+{
     if (chunks.empty())
         return true;
     std::unordered_map<std::uint64_t, std::size_t> places;
@@ -173,18 +209,12 @@ bool AgentReading::segments(std::span<const StoredChunk* const> chunks, const st
             named += (named.empty() ? " AND chunk IN (" : ",") + std::to_string(chunks[i]->id);
     }
     named += named.empty() ? "" : ")";
-    std::string asked;
-    if (properties) {
-        std::vector<RowId> all{kTimes};
-        all.insert(all.end(), properties->begin(), properties->end());
-        asked = " AND property IN " + sqlList(all);
-    }
     // Chunks that take no more part have rows too, and a row that was sent twice stands twice.
     std::unordered_map<RowId, std::vector<bool>> seen;
     std::vector<std::byte> waiting;
     bool isStopped = false;
     m_server.stream(
-        "SELECT chunk, property, codec, valid, data FROM " + m_tables.chunks() + " WHERE " + ofAgent() + asked +
+        "SELECT chunk, property, codec, valid, data FROM " + m_tables.chunks() + " WHERE " + ofAgent() + condition +
             " AND begin >= " + sqlNumber(earliest) + " AND begin <= " + sqlNumber(latest) + named + " FORMAT RowBinary",
         [&] { waiting.clear(); },
         [&](std::span<const std::byte> bytes) {
@@ -213,15 +243,9 @@ bool AgentReading::segments(std::span<const StoredChunk* const> chunks, const st
             isStopped = goOn && !goOn();
             return !isStopped;
         });
-    if (isStopped)
-        return false;
-    if (!waiting.empty())
+    if (!isStopped && !waiting.empty())
         failAsDamaged(QStringLiteral("an answer ends early"));
-    const std::vector<bool>& times = seen[kTimes];
-    if (static_cast<std::size_t>(std::count(times.begin(), times.end(), true)) != chunks.size())
-        throw ReportableError(
-            QStringLiteral("Some of the records shown are no longer on the server: show them again."));
-    return true;
+    return !isStopped;
 }
 
 void AgentReading::decode(const StoredChunk& chunk, RowId property, const Segment& segment, std::size_t first,

@@ -51,6 +51,9 @@ public:
     bool segments(std::span<const StoredChunk* const> chunks, const std::vector<RowId>* properties,
                   const TakeSegment& take, const std::function<bool()>& goOn = {});
 
+    /// Hands out this column alone of the chunks that have it; answers of how many.
+    std::size_t column(std::span<const StoredChunk* const> chunks, RowId property, const TakeSegment& take);
+
     /// Elements [first, first + values.size()) of a column; `words`: room for the validity of the whole chunk, which is
     /// set. Throws where they do not fit the chunk.
     void decode(const StoredChunk& chunk, RowId property, const Segment& segment, std::size_t first,
@@ -64,6 +67,8 @@ public:
     void requireTimes(const StoredChunk& chunk, std::span<const double> times) const;
 
 private:
+    bool stream(std::span<const StoredChunk* const> chunks, const std::string& condition, const TakeSegment& take,
+                const std::function<bool()>& goOn);
     std::string ofAgent() const { return "agent = " + std::to_string(m_agent); }
 
     ServerConnection& m_server;

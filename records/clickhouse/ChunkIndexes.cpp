@@ -88,8 +88,10 @@ RecordIndex::Column ChunkIndexes::workedOut(const StoredChunk& chunk, RowId prop
 }
 
 std::vector<RecordIndex::Piece> ChunkIndexes::of(std::span<const AgentReading::Piece> pieces,
-                                                 const std::vector<RowId>& properties, RecordIndex::Detail detail)
+                                                 const std::vector<RowId>& properties, RecordIndex::Detail detail,
+                                                 Presence* present)
 {
+    Presence isThere(pieces.size(), std::vector<bool>(properties.size()));
     const bool withRuns = detail == RecordIndex::Detail::Runs;
     std::vector<RecordIndex::Piece> found(pieces.size());
     std::vector<const StoredChunk*> chunks;
@@ -133,6 +135,7 @@ std::vector<RecordIndex::Piece> ChunkIndexes::of(std::span<const AgentReading::P
                     read && (!withRuns || !read->hasRuns || indexcodec::readRuns(runs, owner, read->index));
                 for (std::size_t place = 0; place < properties.size(); ++place)
                     if (properties[place] == property) {
+                        isThere[pieceOf[chunk]][place] = true;
                         if (isSound)
                             piece.columns[place].index = read->index;
                         else
@@ -149,6 +152,8 @@ std::vector<RecordIndex::Piece> ChunkIndexes::of(std::span<const AgentReading::P
         found[piece].times = chunk.n <= ColumnKernels::kRun ? RunTimes{ColumnKernels::kRun, {chunk.t0}, {chunk.t1}}
                                                             : runTimesOf(m_reading.timesOf(chunk));
     }
+    if (present)
+        *present = std::move(isThere);
     return found;
 }
 

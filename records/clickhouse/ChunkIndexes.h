@@ -18,9 +18,13 @@ public:
     {
     }
 
-    /// Of the pieces, in their order; columns in the order of the properties.
+    /// By piece, then by property: whether there is such a column.
+    using Presence = std::vector<std::vector<bool>>;
+
+    /// Of the pieces, in their order; columns in the order of the properties. `present`: filled where it is not null.
     std::vector<RecordIndex::Piece> of(std::span<const AgentReading::Piece> pieces,
-                                       const std::vector<RowId>& properties, RecordIndex::Detail detail);
+                                       const std::vector<RowId>& properties, RecordIndex::Detail detail,
+                                       Presence* present = nullptr);
     /// By property, then by piece.
     std::vector<std::vector<Summary>> summariesOf(std::span<const AgentReading::Piece> pieces,
                                                   const std::vector<RowId>& properties);

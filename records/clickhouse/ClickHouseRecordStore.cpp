@@ -5,6 +5,7 @@
 #include "records/clickhouse/AmendmentRows.h"
 #include "records/clickhouse/ChunkIndexes.h"
 #include "records/clickhouse/ClickHouseWriting.h"
+#include "records/clickhouse/ServerPages.h"
 #include "records/columns/ValidityBits.h"
 
 #include <algorithm>
@@ -225,6 +226,38 @@ std::optional<RecordBlock> ClickHouseRecordStore::read(RowId agent, std::span<co
     if (!isDone || (progress && !progress(1)))
         return std::nullopt;
     return columns.finished();
+}
+
+std::optional<RecordColumns> ClickHouseRecordStore::columns(RowId agent, std::span<const RowId> properties,
+                                                            std::optional<double> from, std::optional<double> to,
+                                                            const std::shared_ptr<PageCache>& cache,
+                                                            const ArchiveProgress& progress)
+{
+    if (progress && !progress(0))
+        return std::nullopt;
+    const Bounds bounds(from, to);
+    const std::vector<RowId> asked = listOf(properties);
+    const auto span = std::make_shared<ServerSpan>();
+    span->site = m_site;
+    span->agent = agent;
+    {
+        const SiteOnServer::Lease server = m_site->lease();
+        AgentReading reading(*server, m_site->tables(), agent);
+        span->rows = reading.rows(bounds.from, bounds.to);
+        span->pieces = reading.pieces(span->rows, bounds.from, bounds.to, &asked);
+        cut(reading, bounds, asked, span->pieces);
+    }
+    span->begin.push_back(0);
+    for (const Piece& piece : span->pieces)
+        span->begin.push_back(span->begin.back() + piece.n);
+    if (!cache || span->size() <= PagedMemory::kPage) {
+        const std::optional<RecordBlock> block = read(agent, properties, from, to, progress);
+        return block ? std::optional(RecordColumns::resident(*block)) : std::nullopt;
+    }
+    RecordColumns columns = pagedColumns(span, asked, cache);
+    if (progress && !progress(1))
+        return std::nullopt;
+    return columns;
 }
 
 ColumnStatistics ClickHouseRecordStore::statistics(RowId agent, RowId property, std::optional<double> from,

@@ -21,6 +21,10 @@ public:
                       std::optional<double> to, RecordIndex::Detail detail) override;
     std::optional<RecordBlock> read(RowId agent, std::span<const RowId> properties, std::optional<double> from,
                                     std::optional<double> to, const ArchiveProgress& progress) override;
+    std::optional<RecordColumns> columns(RowId agent, std::span<const RowId> properties, std::optional<double> from,
+                                         std::optional<double> to, const std::shared_ptr<PageCache>& cache,
+                                         const ArchiveProgress& progress) override;
+    bool unpacksOnDemand(std::span<const RowId> /*properties*/) const override { return true; }
     ColumnStatistics statistics(RowId agent, RowId property, std::optional<double> from, std::optional<double> to,
                                 StatisticsFrom source) override;
     std::vector<Amendment> amendments(RowId agent, std::span<const RowId> properties, std::optional<double> from,

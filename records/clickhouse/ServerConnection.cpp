@@ -4,6 +4,7 @@
 
 #include <curl/curl.h>
 
+#include <exception>
 #include <mutex>
 
 namespace plotix {
@@ -17,8 +18,9 @@ struct ServerConnection::Request {
 
     CURL* curl = nullptr;
     bool wasStopped = false;
-    std::string message;  // of an answer that is none
-    QString failure;      // why a host could not be reached
+    std::exception_ptr failure;  // of whoever takes the answer: none may pass through the library
+    std::string message;         // of an answer that is none
+    QString unreachable;         // why, of the host tried last
 };
 
 namespace {
@@ -101,7 +103,7 @@ void ServerConnection::run(Request& request)
         m_host = (m_host + 1) % m_address.hosts.size();
     }
     throw ReportableError(QStringLiteral("The server “%1” cannot be reached: %2. Start it, or correct the address.")
-                              .arg(m_address.title(), request.failure));
+                              .arg(m_address.title(), request.unreachable));
 }
 
 /// False: it could not be reached.
@@ -153,30 +155,36 @@ bool ServerConnection::tryAt(const ServerAddress::Host& host, Request& request)
             auto& target = *static_cast<Request*>(into);
             long status = 0;
             curl_easy_getinfo(target.curl, CURLINFO_RESPONSE_CODE, &status);
-            if (status != 200) {
-                if (target.message.size() < kLongestMessage)
-                    target.message.append(data, size);
-                return size;
+            try {
+                if (status != 200) {
+                    if (target.message.size() < kLongestMessage)
+                        target.message.append(data, size);
+                    return size;
+                }
+                if (!target.take || target.take({reinterpret_cast<const std::byte*>(data), size}))
+                    return size;
+                target.wasStopped = true;
+            } catch (...) {
+                target.failure = std::current_exception();
             }
-            if (!target.take || target.take({reinterpret_cast<const std::byte*>(data), size}))
-                return size;
-            target.wasStopped = true;
-            return size + 1;
+            return size + 1;  // ends it
         });
     curl_easy_setopt(curl, CURLOPT_WRITEDATA, &request);
     const CURLcode code = curl_easy_perform(curl);
     curl_slist_free_all(headers);
     long status = 0;
     curl_easy_getinfo(curl, CURLINFO_RESPONSE_CODE, &status);
+    if (request.failure)
+        std::rethrow_exception(request.failure);
     if (request.wasStopped)
         return true;
     if (code != CURLE_OK) {
-        request.failure = QString::fromUtf8(curl_easy_strerror(code));
+        request.unreachable = QString::fromUtf8(curl_easy_strerror(code));
         return false;
     }
     // A host that is just ending, or has none of its replicas, says so instead of refusing to be reached.
     if (status == 502 || status == 503 || status == 504) {
-        request.failure = QStringLiteral("it answers %1").arg(status);
+        request.unreachable = QStringLiteral("it answers %1").arg(status);
         return false;
     }
     if (status == 401 || status == 403)
