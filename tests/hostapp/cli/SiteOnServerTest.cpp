@@ -2,6 +2,7 @@
 #include "tests/hostapp/cli/CommandLineFixture.h"
 #include "tests/records/clickhouse/ServerForTests.h"
 
+#include "hostapp/document/DeskFile.h"
 #include "hostapp/document/SiteDocument.h"
 
 namespace plotix {
@@ -11,6 +12,9 @@ namespace {
 /// `store` and `copy` with a server of this program's own.
 class SiteOnServerTest : public CommandLineTest {
 protected:
+    SiteOnServerTest() { qputenv("PLOTIX_DATA_HOME", m_folder.path().toUtf8()); }
+    ~SiteOnServerTest() override { qunsetenv("PLOTIX_DATA_HOME"); }
+
     void create() { ASSERT_EQ(run({"store", "create", address}), 0) << m_error.toStdString(); }
     void copyThere() { ASSERT_EQ(run({"copy", site(), address}), 0) << m_error.toStdString(); }
     QByteArray exported(const QString& file)
@@ -146,6 +150,44 @@ TEST_F(SiteOnServerTest, AColumnThatChangedOnTheServerIsFound)
     tell("DROP TABLE `plotix`.`kept`");
     expectFailure({"copy", address, path("back.plotix")}, 1, "is not as it was stored");
     EXPECT_FALSE(QFile::exists(path("back.plotix")));
+}
+
+TEST_F(SiteOnServerTest, WhatLooksAtASiteTakesItsAddress)
+{
+    importMany(40'000);
+    create();
+    copyThere();
+    EXPECT_EQ(exported(address), exported(site()));
+    ASSERT_EQ(run({"verify", address}), 0) << m_error.toStdString();
+    EXPECT_TRUE(m_output.contains("40000 records")) << m_output.toStdString();
+    ASSERT_EQ(run({"open", address, "--screenshot", path("window.png")}), 0) << m_error.toStdString();
+    EXPECT_TRUE(m_services.opened.front().site.endsWith(".desk.plotix"));
+}
+
+TEST_F(SiteOnServerTest, WhatWouldChangeItSaysSo)
+{
+    importWeather();
+    create();
+    copyThere();
+    expectFailure({"edit", deskFileOf(address), "--rename", "JFK", "--agent", "EWR"}, 1, "stands on a server");
+    expectFailure({"import", path("data.csv"), "--site", address, "--agent", "EWR"}, 1, "“plotix copy”");
+}
+
+TEST_F(SiteOnServerTest, ADeskFollowsTheSiteAndKeepsItsOwnLooks)
+{
+    importWeather();
+    create();
+    copyThere();
+    {
+        const auto document = SiteDocument::open(deskFileOf(address));
+        document->agents().front()->siteProperties().front()->setUnit("K");
+    }
+    importText("time,Rain (mm)\n2015-01-03T00:00:00Z,7\n");
+    copyThere();
+    const auto agent = SiteDocument::open(deskFileOf(address))->agents().front();
+    ASSERT_EQ(agent->siteProperties().size(), 3U);
+    EXPECT_EQ(agent->siteProperties().front()->unit(), "K");
+    EXPECT_EQ(agent->siteProperties().back()->name(), "Rain");
 }
 
 TEST_F(SiteOnServerTest, AServerThatIsNotThereIsOneLine)

@@ -1,3 +1,5 @@
+#include "base/PageCache.h"
+#include "base/PagedMemory.h"
 #include "base/ReportableError.h"
 #include "records/clickhouse/AgentReading.h"
 #include "records/clickhouse/AgentWriting.h"
@@ -6,6 +8,7 @@
 #include "records/columns/ColumnFormat.h"
 #include "tests/records/clickhouse/ClickHouseUnderTest.h"
 
+#include <cmath>
 #include <limits>
 #include <thread>
 
@@ -64,6 +67,17 @@ TEST_F(RecordsOnServerTest, ALateRecordOverASealedChunkCountsAtOnce)
     EXPECT_EQ(values(wind, 99.5, 100.5), (Values{7, 8}));
     EXPECT_EQ(values(air, 100, 100), (Values{100}));
     EXPECT_EQ(count(), 17'001U);
+}
+
+TEST_F(RecordsOnServerTest, WhatACorrectionReplacedDoesNotComeBack)
+{
+    append(*opened()->appender(), 0, 17'000, 500);
+    RecordBlock other = ramp(air, 100, 2'000);
+    other.columns[0].values = SharedArray<double>::fromVector(std::vector<double>(2'000, -1));
+    store(other);
+    EXPECT_EQ(values(air, 99, 101), (Values{99, -1, -1}));
+    opened()->compact({});
+    EXPECT_EQ(values(air, 2'099, 2'100), (Values{-1, 2'100}));
 }
 
 TEST_F(RecordsOnServerTest, TwoWhoSealTheSameRecordsSpoilNothing)
@@ -142,6 +156,22 @@ TEST_F(RecordsOnServerTest, WhatIsStoredOutlivesAServerThatIsKilled)
     EXPECT_EQ(count(), 20'010U);
     appender->append(agent, ramp(air, 20'010, 10));
     EXPECT_EQ(count(), 20'020U);
+}
+
+TEST_F(RecordsOnServerTest, AColumnThatCannotBeFetchedHasStandInsUntilItCan)
+{
+    store(ramp(air, 0, 100'000));
+    const auto columns = opened()->columns(agent, std::vector{air}, {}, {}, std::make_shared<PageCache>(0));
+    const PagedArray<double>& values = columns->columns[0].values;
+    ServerForTests::running().kill();
+    {
+        const PagedMemory::Hold held = values.hold(50'000, 50'001);
+        EXPECT_TRUE(std::isnan(values[50'000]));
+    }
+    EXPECT_TRUE(columns->failure->message()->contains("cannot be reached"));
+    ServerForTests::running().restart();
+    const PagedMemory::Hold held = values.hold(50'000, 50'001);
+    EXPECT_EQ(values[50'000], 50'000);
 }
 
 TEST_F(RecordsOnServerTest, TheNextHostServesWhereOneIsGone)
