@@ -7,6 +7,7 @@
 #include "hostapp/cli/EditNotes.h"
 #include "hostapp/cli/Options.h"
 #include "hostapp/cli/SiteLookup.h"
+#include "hostapp/document/DeskFile.h"
 #include "hostapp/document/SiteEditing.h"
 #include "hostapp/exchange/ExactText.h"
 
@@ -161,8 +162,9 @@ void change(const EditCommand& command, const CommandStreams& streams, const Edi
     out << "plotix edit " << command.site.toStdString() << " --undo takes it back.\n";
 }
 
-int runCommand(const EditCommand& command, CommandContext context)
+int runCommand(EditCommand command, CommandContext context)
 {
+    command.site = siteFileOf(command.site);
     std::ostream& out = context.streams.output;
     if (command.lists || command.formula.lists) {
         if (command.lists)

@@ -6,6 +6,7 @@
 #include "hostapp/cli/JsonWriter.h"
 #include "hostapp/cli/Options.h"
 #include "hostapp/cli/SiteLookup.h"
+#include "hostapp/document/DeskFile.h"
 #include "hostapp/exchange/ExactText.h"
 #include "hostapp/exchange/formats/FileExchange.h"
 #include "hostapp/site/NewTrend.h"
@@ -112,8 +113,9 @@ ImportSummary importWithProgress(const ImportCommand& command, CommandContext co
     }
 }
 
-int runCommand(const ImportCommand& command, CommandContext context)
+int runCommand(ImportCommand command, CommandContext context)
 {
+    command.site = siteFileOf(command.site);
     requireSiteName(command.site);
     const StopRequest interruption(StopRequest::From::Keyboard);
     const ImportSummary summary = importWithProgress(command, context);

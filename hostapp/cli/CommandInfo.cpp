@@ -3,6 +3,7 @@
 #include "hostapp/cli/JsonWriter.h"
 #include "hostapp/cli/Options.h"
 #include "hostapp/cli/SiteLookup.h"
+#include "hostapp/cli/TerminalText.h"
 #include "hostapp/document/ComputedRecords.h"
 #include "hostapp/document/MemoryBudget.h"
 #include "hostapp/exchange/ExactText.h"
@@ -173,7 +174,7 @@ void writeText(std::ostream& out, const SiteDocument& document, const std::vecto
         out << ", " << document.siteLocation().toStdString();
     out << '\n';
     for (const AgentInfo& agent : agents) {
-        out << '\n' << agent.name.toStdString() << ": " << agent.records << " records";
+        out << '\n' << agent.name.toStdString() << ": " << countText(agent.records, "record", "records");
         if (agent.records > 0)
             out << " from " << moment(agent.first) << " to " << moment(agent.last);
         out << '\n';

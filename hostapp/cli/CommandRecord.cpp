@@ -4,6 +4,7 @@
 #include "hostapp/cli/Commands.h"
 #include "hostapp/cli/Options.h"
 #include "hostapp/cli/SiteLookup.h"
+#include "hostapp/document/DeskFile.h"
 #include "hostapp/exchange/ExactText.h"
 #include "hostapp/live/LiveRecorder.h"
 #include "hostapp/live/sources/ReadingSources.h"
@@ -72,8 +73,9 @@ void runUntilStopped(const RecordCommand& command, LiveRecorder& recorder, Comma
     recorder.stop();
 }
 
-int runCommand(const RecordCommand& command, CommandContext context)
+int runCommand(RecordCommand command, CommandContext context)
 {
+    command.site = siteFileOf(command.site);
     requireSiteName(command.site);
     std::unique_ptr<ReadingSource> source = makeReadingSource(QStringLiteral("computer"));
     const bool first = !hasRecordedBefore(command.site, source->agentName());

@@ -58,10 +58,6 @@ std::shared_ptr<SiteDocument> openSite(const QString& path)
 
 void requireSiteName(const QString& path)
 {
-    if (isServerAddress(path))
-        throw ReportableError(
-            QStringLiteral("a site on a server is not written by this command: write into a file, and "
-                           "copy that with “plotix copy”"));
     if (!QFileInfo::exists(path) && !path.endsWith(QLatin1String(".plotix"), Qt::CaseInsensitive))
         throw ReportableError(
             QStringLiteral("there is no site %1, and the name of a new one must end in .plotix").arg(path));

@@ -28,18 +28,6 @@ QString deskPath(const QString& title)
     return QDir(dataFolder()).absoluteFilePath(QStringLiteral("servers/%1%2").arg(name, QLatin1String(kDeskEnding)));
 }
 
-/// Of everything that the site's rows say.
-QByteArray digestOf(const std::vector<StoreServer::Row>& rows)
-{
-    QCryptographicHash hash(QCryptographicHash::Sha256);
-    for (const StoreServer::Row& row : rows) {
-        hash.addData(QByteArray::number(row.kind) + ' ' + QByteArray::number(row.id) + ' ' +
-                     QByteArray::number(row.data.size()) + ' ');
-        hash.addData(row.data);
-    }
-    return hash.result();
-}
-
 QByteArray settingOf(const QString& path, const char* key)
 {
     Database database(path, siteSchema(), Database::Access::BestAvailable);
@@ -51,11 +39,37 @@ void keep(const QString& path, const QString& address, const QByteArray& seen)
     Database database(path, siteSchema(), Database::Access::ReadWrite);
     inTransaction(database, [&] {
         SiteStore(database).setSetting(QLatin1String(kAddressSetting), address.toUtf8());
-        SiteStore(database).setSetting(QLatin1String(kSeenSetting), seen);
+        keepSeen(database, seen);
     });
 }
 
 }  // namespace
+
+QByteArray digestOf(const std::vector<StoreServer::Row>& rows)
+{
+    QCryptographicHash hash(QCryptographicHash::Sha256);
+    for (const StoreServer::Row& row : rows) {
+        hash.addData(QByteArray::number(row.kind) + ' ' + QByteArray::number(row.id) + ' ' +
+                     QByteArray::number(row.data.size()) + ' ');
+        hash.addData(row.data);
+    }
+    return hash.result();
+}
+
+QByteArray seenBy(Database& desk)
+{
+    return SiteStore(desk).setting(QLatin1String(kSeenSetting));
+}
+
+void keepSeen(Database& desk, const QByteArray& digest)
+{
+    SiteStore(desk).setSetting(QLatin1String(kSeenSetting), digest);
+}
+
+QString siteFileOf(const QString& place)
+{
+    return isServerAddress(place) ? deskFileOf(place) : place;
+}
 
 QString deskFileOf(const QString& address)
 {

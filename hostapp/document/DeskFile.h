@@ -1,8 +1,11 @@
 #pragma once
 
+#include "records/store/StoreServer.h"
+
 #include <QtCore/QString>
 
 #include <optional>
+#include <vector>
 
 /// Sites on a server, as one desk has them: a site file of its own beside the user's other data, with the site's agents
 /// and properties as they were last seen there, and with what is this desk's alone: trends, colours, units, the window.
@@ -12,9 +15,20 @@ namespace plotix {
 /// The file of this desk for the site, brought up to date; it is made where there is none yet.
 QString deskFileOf(const QString& address);
 
+/// The file of a site: that of this desk where the place is on a server, else the place itself.
+QString siteFileOf(const QString& place);
+
 /// By its name alone.
 bool isDeskFile(const QString& path);
 /// Nothing: the file is none, and has its records itself.
 std::optional<QString> addressOfDeskFile(const QString& path);
+
+class Database;
+
+/// Of everything that the site's rows on the server say, by kind and id.
+QByteArray digestOf(const std::vector<StoreServer::Row>& rows);
+/// Of the rows that the file was last made like.
+QByteArray seenBy(Database& desk);
+void keepSeen(Database& desk, const QByteArray& digest);
 
 }  // namespace plotix

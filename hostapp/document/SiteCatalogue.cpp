@@ -144,6 +144,39 @@ SiteCatalogue::Agent* agentOf(SiteCatalogue& catalogue, qint64 id)
 }
 
 /// With the ids that they have.
+void storeAnnotations(Database& database, const SiteCatalogue& catalogue)
+{
+    for (const SiteLimit& limit : catalogue.limits)
+        Statement(database, "INSERT INTO value_limit(id, property, name, value, unit, side, severity) "
+                            "VALUES(?, ?, ?, ?, ?, ?, ?)")
+            .bind(1, limit.id)
+            .bind(2, limit.property)
+            .bind(3, limit.name)
+            .bind(4, limit.value)
+            .bind(5, limit.unit)
+            .bind(6, qint64(limit.side))
+            .bind(7, qint64(limit.severity))
+            .run();
+    for (const SiteNote& note : catalogue.notes) {
+        Statement(database, "INSERT INTO note(id, begin, end, author, text, created, modified) "
+                            "VALUES(?, ?, ?, ?, ?, ?, ?)")
+            .bind(1, note.id)
+            .bind(2, note.from)
+            .bind(3, note.to)
+            .bind(4, note.author)
+            .bind(5, note.text)
+            .bind(6, note.created)
+            .bind(7, note.modified)
+            .run();
+        for (const qint64 property : note.properties)
+            Statement(database, "INSERT INTO note_property(note, property) VALUES(?, ?)")
+                .bind(1, note.id)
+                .bind(2, property)
+                .run();
+    }
+}
+
+/// The same.
 void storeRows(Database& database, const SiteCatalogue& catalogue)
 {
     SiteStore tables(database);
@@ -173,14 +206,7 @@ void storeRows(Database& database, const SiteCatalogue& catalogue)
                 tables.setFormula(property.id, *property.formula, property.archivedUnit);
         }
     }
-    for (SiteLimit limit : catalogue.limits) {
-        limit.id = 0;
-        storeLimit(database, limit);
-    }
-    for (SiteNote note : catalogue.notes) {
-        note.id = 0;
-        storeNote(database, note);
-    }
+    storeAnnotations(database, catalogue);
 }
 
 void storePlugIns(Database& database, const SiteCatalogue& catalogue)
@@ -190,22 +216,6 @@ void storePlugIns(Database& database, const SiteCatalogue& catalogue)
         plugIn.id = 0;
         tables.storePlugIn(plugIn);
     }
-}
-
-/// How a property is shown is what the user of the file chose.
-void keepLooks(const SiteCatalogue& before, SiteCatalogue& now)
-{
-    std::map<qint64, const SiteProperty::Description*> known;
-    for (const SiteCatalogue::Agent& agent : before.agents)
-        for (const SiteProperty::Description& property : agent.properties)
-            known[property.id] = &property;
-    for (SiteCatalogue::Agent& agent : now.agents)
-        for (SiteProperty::Description& property : agent.properties)
-            if (const auto found = known.find(property.id); found != known.end()) {
-                property.unit = found->second->unit;
-                property.color = found->second->color;
-                property.visible = found->second->visible;
-            }
 }
 
 }  // namespace
@@ -220,10 +230,8 @@ bool SiteCatalogue::owns(RowId agent, RowId property) const
     return false;
 }
 
-SiteCatalogue SiteCatalogue::ofFile(const QString& path)
+SiteCatalogue SiteCatalogue::of(Database& database)
 {
-    Database database(path, siteSchema(), Database::Access::BestAvailable);
-    Statement(database, "BEGIN").run();  // everything of one moment
     SiteStore tables(database);
     SiteCatalogue catalogue;
     const SiteStore::Site site = tables.site();
@@ -237,7 +245,14 @@ SiteCatalogue SiteCatalogue::ofFile(const QString& path)
     Statement plugIns(database, "SELECT id, class_name, state FROM plugin ORDER BY id");
     while (plugIns.step())
         catalogue.plugIns.push_back({plugIns.integer(0), plugIns.text(1), plugIns.bytes(2)});
-    plugIns.reset();
+    return catalogue;
+}
+
+SiteCatalogue SiteCatalogue::ofFile(const QString& path)
+{
+    Database database(path, siteSchema(), Database::Access::BestAvailable);
+    Statement(database, "BEGIN").run();  // everything of one moment
+    SiteCatalogue catalogue = of(database);
     Statement(database, "COMMIT").run();
     return catalogue;
 }
@@ -260,14 +275,32 @@ void SiteCatalogue::makeFile(const QString& path) const
 
 void SiteCatalogue::updateFile(const QString& path) const
 {
-    SiteCatalogue now = *this;
-    keepLooks(ofFile(path), now);
     Database database(path, siteSchema(), Database::Access::ReadWrite);
-    inTransaction(database, [&] {
-        for (const char* table : {"note_property", "note", "value_limit", "formula", "property", "agent"})
-            Statement(database, QByteArray("DELETE FROM ") + table).run();
-        storeRows(database, now);
-    });
+    inTransaction(database, [&] { updateIn(database); });
+}
+
+void SiteCatalogue::updateIn(Database& database) const
+{
+    SiteCatalogue now = *this;
+    now.takeLooks(of(database));
+    for (const char* table : {"note_property", "note", "value_limit", "formula", "property", "agent"})
+        Statement(database, QByteArray("DELETE FROM ") + table).run();
+    storeRows(database, now);
+}
+
+void SiteCatalogue::takeLooks(const SiteCatalogue& other)
+{
+    std::map<qint64, const SiteProperty::Description*> known;
+    for (const Agent& agent : other.agents)
+        for (const SiteProperty::Description& property : agent.properties)
+            known[property.id] = &property;
+    for (Agent& agent : agents)
+        for (SiteProperty::Description& property : agent.properties)
+            if (const auto found = known.find(property.id); found != known.end()) {
+                property.unit = found->second->unit;
+                property.color = found->second->color;
+                property.visible = found->second->visible;
+            }
 }
 
 std::shared_ptr<RecordStore> recordsOf(StoreServer& server, const SiteCatalogue& catalogue)

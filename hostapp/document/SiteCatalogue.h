@@ -28,11 +28,17 @@ struct SiteCatalogue {
 
     /// Of the file. Throws ReportableError.
     static SiteCatalogue ofFile(const QString& path);
+    /// The same, in the caller's transaction.
+    static SiteCatalogue of(Database& database);
     /// Makes a file of it, with the same ids. Throws ReportableError; then there is none.
     void makeFile(const QString& path) const;
     /// Makes the file's agents, properties, limits and notes these, in one transaction. What its user chose of how a
     /// property is shown stays, and so do trends. Throws ReportableError.
     void updateFile(const QString& path) const;
+    /// The same, in the caller's transaction.
+    void updateIn(Database& database) const;
+    /// Unit, colour and visibility of the properties that the other one has too.
+    void takeLooks(const SiteCatalogue& other);
 
     /// Of the rows on a server; what a later version wrote there and nobody knows here is passed over. Throws
     /// ReportableError for rows that cannot be read.

@@ -19,7 +19,7 @@ namespace plotix {
 
 namespace {
 
-constexpr double kOpen = std::numeric_limits<double>::infinity();
+constexpr double kEndless = std::numeric_limits<double>::infinity();
 constexpr auto kEnding = ".plotix";
 constexpr auto kInWork = ".copying";
 
@@ -71,7 +71,7 @@ std::vector<RowId> recordedOf(const SiteCatalogue::Agent& agent)
 /// Of a property's valid values that are numbers.
 struct Total {
     std::size_t valid = 0;
-    double least = kOpen, greatest = -kOpen;
+    double least = kEndless, greatest = -kEndless;
     ExactTotal sum;
 
     bool operator==(const Total& other) const
@@ -115,7 +115,7 @@ std::optional<std::size_t> copyAgents(const Place& from, RecordStore& to, bool& 
     for (std::size_t place = 0; place < agents.size(); ++place) {
         const SiteCatalogue::Agent& agent = agents[place];
         const std::vector<RowId> properties = recordedOf(agent);
-        RecordCopy copy{agent.id, agent.id, {}, {{-kOpen, kOpen}}, {}};
+        RecordCopy copy{agent.id, agent.id, {}, {{-kEndless, kEndless}}, {}};
         for (const RowId property : properties)
             copy.properties[property] = property;
         // Parts are stored in the order of time, so that whatever is before the last record is there.

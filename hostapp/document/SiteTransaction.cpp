@@ -1,6 +1,7 @@
 #include "hostapp/document/SiteTransaction.h"
 
 #include "base/ReportableError.h"
+#include "hostapp/document/DeskFile.h"
 #include "hostapp/document/RecordKeeping.h"
 #include "hostapp/document/SiteSchema.h"
 #include "hostapp/document/SiteStore.h"
@@ -65,6 +66,9 @@ struct SiteTransaction::Impl {
         try {
             database = std::make_unique<Database>(file, siteSchema(), Database::Access::ReadWrite);
             database->beginWriting();
+            // Before anything is looked up: a desk's file is brought up to date then.
+            if (isDeskFile(file))
+                records = recordKeeping().join(*database);
         } catch (...) {
             removeIfCreated();
             throw;

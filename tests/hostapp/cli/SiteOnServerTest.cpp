@@ -37,6 +37,9 @@ protected:
         ServerConnection(ServerAddress::parsed(address), {}).tell(statement.toStdString());
     }
 
+    void goToAnotherDesk() { qputenv("PLOTIX_DATA_HOME", m_otherDesk.path().toUtf8()); }
+
+    QTemporaryDir m_otherDesk;
     const QString address = ServerForTests::running().newSite().text();
 };
 
@@ -164,13 +167,76 @@ TEST_F(SiteOnServerTest, WhatLooksAtASiteTakesItsAddress)
     EXPECT_TRUE(m_services.opened.front().site.endsWith(".desk.plotix"));
 }
 
-TEST_F(SiteOnServerTest, WhatWouldChangeItSaysSo)
+TEST_F(SiteOnServerTest, RecordsAreImportedThereAndSeenFromAnotherDesk)
+{
+    create();
+    ASSERT_EQ(run({"import", write("data.csv", "time,Air (°C)\n2015-01-01T00:00:00Z,1.5\n"), "--site", address,
+                   "--agent", "EWR"}),
+              0)
+        << m_error.toStdString();
+    goToAnotherDesk();
+    ASSERT_EQ(run({"info", address}), 0) << m_error.toStdString();
+    EXPECT_TRUE(m_output.contains("EWR: 1 record ")) << m_output.toStdString();
+    EXPECT_TRUE(m_output.contains("Air (°C), air: 1 valid, 1.5 to 1.5")) << m_output.toStdString();
+}
+
+TEST_F(SiteOnServerTest, WhatOneDeskChangesAnotherHas)
 {
     importWeather();
     create();
     copyThere();
-    expectFailure({"edit", deskFileOf(address), "--rename", "JFK", "--agent", "EWR"}, 1, "stands on a server");
-    expectFailure({"import", path("data.csv"), "--site", address, "--agent", "EWR"}, 1, "“plotix copy”");
+    ASSERT_EQ(run({"edit", address, "--rename", "Newark", "--agent", "EWR"}), 0) << m_error.toStdString();
+    ASSERT_EQ(run({"edit", address, "--limit", "Air Temperature < 0"}), 0) << m_error.toStdString();
+    ASSERT_EQ(run({"edit", address, "--note", "2015-01-01", "Pump replaced"}), 0) << m_error.toStdString();
+    ASSERT_EQ(run({"edit", address, "--remove", "--property", "Pressure", "--from", "2015-01-02"}), 0)
+        << m_error.toStdString();
+    goToAnotherDesk();
+    const auto document = SiteDocument::open(deskFileOf(address));
+    ASSERT_TRUE(document->agentNamed("Newark"));
+    EXPECT_EQ(document->limits().size(), 1U);
+    EXPECT_EQ(document->notes().front().text, "Pump replaced");
+    EXPECT_EQ(document->records()->statistics(1, 2).valid, 2U);
+}
+
+TEST_F(SiteOnServerTest, TwoDesksThatAddPropertiesDoNotMeet)
+{
+    create();
+    ASSERT_EQ(run({"import", write("a.csv", "time,Air\n2015-01-01T00:00:00Z,1\n"), "--site", address, "--agent", "A"}),
+              0);
+    goToAnotherDesk();
+    ASSERT_EQ(run({"info", address}), 0);
+    ASSERT_EQ(run({"import", write("b.csv", "time,Rain\n2015-01-01T00:00:00Z,2\n"), "--site", address, "--agent", "B"}),
+              0);
+    qputenv("PLOTIX_DATA_HOME", m_folder.path().toUtf8());
+    ASSERT_EQ(run({"import", write("c.csv", "time,Wind\n2015-01-01T00:00:00Z,3\n"), "--site", address, "--agent", "C"}),
+              0);
+    ASSERT_EQ(run({"info", address}), 0);
+    for (const char* told : {"air: 1 valid, 1 to 1", "rain: 1 valid, 2 to 2", "wind: 1 valid, 3 to 3"})
+        EXPECT_TRUE(m_output.contains(told)) << m_output.toStdString();
+}
+
+TEST_F(SiteOnServerTest, AnImportIsTakenBackThereToo)
+{
+    importWeather();
+    create();
+    copyThere();
+    ASSERT_EQ(
+        run({"import", write("more.csv", "time,Rain\n2015-01-03T00:00:00Z,7\n"), "--site", address, "--agent", "EWR"}),
+        0)
+        << m_error.toStdString();
+    ASSERT_EQ(run({"edit", address, "--undo-import"}), 0) << m_error.toStdString();
+    goToAnotherDesk();
+    EXPECT_EQ(SiteDocument::open(deskFileOf(address))->agents().front()->siteProperties().size(), 2U);
+    EXPECT_EQ(exported(address), exported(site()));
+}
+
+TEST_F(SiteOnServerTest, WhatIsRecordedHereIsThere)
+{
+    create();
+    ASSERT_EQ(run({"record", address, "--interval", "0.1", "--for", "1"}), 0) << m_error.toStdString();
+    goToAnotherDesk();
+    ASSERT_EQ(run({"info", address}), 0) << m_error.toStdString();
+    EXPECT_TRUE(m_output.contains(" records from ")) << m_output.toStdString();
 }
 
 TEST_F(SiteOnServerTest, ADeskFollowsTheSiteAndKeepsItsOwnLooks)
