@@ -73,24 +73,29 @@ QString siteFileOf(const QString& place)
 
 QString deskFileOf(const QString& address)
 {
+    const QString path = deskPath(storeServer(address)->title());
+    bringUpToDate(path, address);
+    return path;
+}
+
+void bringUpToDate(const QString& desk, const QString& address)
+{
     const std::shared_ptr<StoreServer> server = siteOnServer(address);
     const std::vector<StoreServer::Row> rows = server->rows();
     SiteCatalogue catalogue = SiteCatalogue::ofRows(rows);
     if (catalogue.name.isEmpty())
         catalogue.name = server->title().section(QLatin1Char('/'), -1);
-    const QString path = deskPath(server->title());
     const QByteArray seen = digestOf(rows);
-    if (!QFileInfo::exists(path)) {
-        if (!QDir().mkpath(QFileInfo(path).path()))
+    if (!QFileInfo::exists(desk)) {
+        if (!QDir().mkpath(QFileInfo(desk).path()))
             throw ReportableError(QStringLiteral("the folder %1 cannot be made; set PLOTIX_DATA_HOME to one that can")
-                                      .arg(QFileInfo(path).path()));
-        catalogue.makeFile(path);
-        keep(path, address, seen);
-    } else if (settingOf(path, kSeenSetting) != seen || settingOf(path, kAddressSetting) != address.toUtf8()) {
-        catalogue.updateFile(path);
-        keep(path, address, seen);
+                                      .arg(QFileInfo(desk).path()));
+        catalogue.makeFile(desk);
+        keep(desk, address, seen);
+    } else if (settingOf(desk, kSeenSetting) != seen || settingOf(desk, kAddressSetting) != address.toUtf8()) {
+        catalogue.updateFile(desk);
+        keep(desk, address, seen);
     }
-    return path;
 }
 
 bool isDeskFile(const QString& path)

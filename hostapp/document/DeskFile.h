@@ -15,6 +15,9 @@ namespace plotix {
 /// The file of this desk for the site, brought up to date; it is made where there is none yet.
 QString deskFileOf(const QString& address);
 
+/// Makes this file like the server's rows where it is not.
+void bringUpToDate(const QString& desk, const QString& address);
+
 /// The file of a site: that of this desk where the place is on a server, else the place itself.
 QString siteFileOf(const QString& place);
 

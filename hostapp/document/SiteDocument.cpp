@@ -5,6 +5,8 @@
 #include "hostapp/core/Units.h"
 #include "hostapp/document/ArchiveManager.h"
 #include "hostapp/document/ComputedRecords.h"
+#include "hostapp/document/DeskFile.h"
+#include "hostapp/document/DeskWatch.h"
 #include "hostapp/document/RecordKeeping.h"
 #include "hostapp/document/SiteSchema.h"
 #include "hostapp/document/SiteStore.h"
@@ -49,6 +51,7 @@ struct SiteDocument::Store {
     std::map<qint64, SiteProperty::Description> unsaved;  // by id: changes that wait for another writer
     int tries = 0;
     QTimer retry, watch;
+    std::unique_ptr<DeskWatch> desk;  // of a site on a server
     bool isReplaced = false;
     bool isTakingOver = false;  // values that others stored: not to be stored again
     qint64 version = 0;         // of the file, when others' changes were read last
@@ -79,6 +82,8 @@ SiteDocument::SiteDocument(const QString& path)
     connect(&m_store->watch, &QTimer::timeout, this, &SiteDocument::lookForTheFile);
     m_store->watch.start(kWatchInterval);
     m_store->version = m_store->versionNow();
+    if (const std::optional<QString> address = addressOfDeskFile(m_path))
+        m_store->desk = std::make_unique<DeskWatch>(m_path, *address);
 }
 
 SiteDocument::~SiteDocument()

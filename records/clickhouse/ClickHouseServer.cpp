@@ -55,11 +55,8 @@ ClickHouseServer::Description ClickHouseServer::description()
     const std::vector<std::byte> version = server.ask("SELECT version() FORMAT RowBinary");
     const std::string_view text = rowbinary::Reader(version).text();
     found.serverVersion = QString::fromUtf8(text.data(), static_cast<qsizetype>(text.size()));
-    const auto where = [&](const std::string& column) {
-        return "database = '" + m_address.database.toStdString() + "' AND match(" + column + ", '^" +
-               m_address.site.toStdString() + "_(about|batch|chunk|young|amendment|turn|catalogue)$')";
-    };
-    found.exists = numberOf(server, "SELECT count() FROM system.tables WHERE " + where("name")) >= 7;
+    constexpr const char* kAll = "about|batch|chunk|young|amendment|turn|catalogue";
+    found.exists = numberOf(server, "SELECT count() FROM system.tables WHERE " + tablesNamed("name", kAll)) >= 7;
     if (!found.exists)
         return found;
     found.version =
@@ -67,10 +64,26 @@ ClickHouseServer::Description ClickHouseServer::description()
     found.chunks =
         numberOf(server, "SELECT uniqExact(chunk) FROM " + m_tables.chunks() + " WHERE property = 0 AND n > 0");
     found.youngRecords = numberOf(server, "SELECT count() FROM " + m_tables.young());
-    found.bytes =
-        numberOf(server, "SELECT toUInt64(sum(bytes_on_disk)) FROM system.parts WHERE active AND " + where("table"));
+    found.bytes = numberOf(server, "SELECT toUInt64(sum(bytes_on_disk)) FROM system.parts WHERE active AND " +
+                                       tablesNamed("table", kAll));
     found.agents = agentsOn(server, m_tables).size();
     return found;
+}
+
+/// A condition: the column names one of the site's tables.
+std::string ClickHouseServer::tablesNamed(const std::string& column, const char* names) const
+{
+    return "database = '" + m_address.database.toStdString() + "' AND match(" + column + ", '^" +
+           m_address.site.toStdString() + "_(" + names + ")$')";
+}
+
+QByteArray ClickHouseServer::changeMark()
+{
+    // Rows are never changed in place: whatever is stored makes them more, and merging them leaves their number.
+    ServerConnection server(m_address, m_credentials, {std::chrono::seconds(1), std::chrono::seconds(5)});
+    return QByteArray::number(
+        qulonglong(numberOf(server, "SELECT toUInt64(sum(rows)) FROM system.parts WHERE active AND " +
+                                        tablesNamed("table", "batch|chunk|young|amendment|catalogue"))));
 }
 
 std::shared_ptr<RecordStore> ClickHouseServer::records(Owns owns)

@@ -22,11 +22,14 @@ public:
     std::vector<std::string> creation() const override { return m_tables.creation(); }
     std::vector<std::string> dropping() const override { return m_tables.dropping(); }
     Description description() override;
+    QByteArray changeMark() override;
     std::shared_ptr<RecordStore> records(Owns owns) override;
     std::vector<Row> rows() override;
     void put(const std::vector<Row>& rows) override;
 
 private:
+    std::string tablesNamed(const std::string& column, const char* names) const;
+
     const ServerAddress m_address;
     const ServerCredentials m_credentials;
     const SiteTables m_tables;

@@ -41,6 +41,10 @@ public:
     };
     virtual Description description() = 0;
 
+    /// Differs once anything was stored there, records or rows. Quick, also on a large site; does not wait long for a
+    /// server that is gone.
+    virtual QByteArray changeMark() = 0;
+
     /// `owns`: whether a property is an agent's, as the rows say.
     using Owns = std::function<bool(RowId agent, RowId property)>;
     virtual std::shared_ptr<RecordStore> records(Owns owns) = 0;

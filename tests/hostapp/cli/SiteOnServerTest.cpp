@@ -5,6 +5,9 @@
 #include "hostapp/document/DeskFile.h"
 #include "hostapp/document/SiteDocument.h"
 
+#include <QtTest/QSignalSpy>
+#include <QtTest/QTest>
+
 namespace plotix {
 
 namespace {
@@ -254,6 +257,27 @@ TEST_F(SiteOnServerTest, ADeskFollowsTheSiteAndKeepsItsOwnLooks)
     ASSERT_EQ(agent->siteProperties().size(), 3U);
     EXPECT_EQ(agent->siteProperties().front()->unit(), "K");
     EXPECT_EQ(agent->siteProperties().back()->name(), "Rain");
+}
+
+TEST_F(SiteOnServerTest, AnOpenSiteHearsOfWhatOthersStored)
+{
+    importWeather();
+    create();
+    copyThere();
+    const auto document = SiteDocument::open(deskFileOf(address));
+    QSignalSpy changed(document.get(), &SiteDocument::changedElsewhere);
+    goToAnotherDesk();
+    ASSERT_EQ(
+        run({"import", write("more.csv", "time,Rain\n2015-01-03T00:00:00Z,7\n"), "--site", address, "--agent", "EWR"}),
+        0)
+        << m_error.toStdString();
+    qputenv("PLOTIX_DATA_HOME", m_folder.path().toUtf8());
+    const auto isHeard = [&] { return document->agents().front()->siteProperties().size() == 3; };
+    for (int look = 0; look < 100 && !isHeard(); ++look)
+        QTest::qWait(50);
+    ASSERT_TRUE(isHeard());
+    EXPECT_GE(changed.size(), 1);
+    EXPECT_EQ(document->records()->extent(1)->last, 1'420'243'200);
 }
 
 TEST_F(SiteOnServerTest, AServerThatIsNotThereIsOneLine)

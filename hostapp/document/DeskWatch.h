@@ -1,0 +1,33 @@
+#pragma once
+
+#include <QtCore/QString>
+
+#include <condition_variable>
+#include <mutex>
+#include <thread>
+
+/// Asks a server every second whether anything was stored there, and if so brings the desk's file up to date, so that
+/// whoever has the file open hears of it as of any other change. A server that cannot be reached is asked again.
+///
+/// Works on a thread of its own, which ends with it; any one thread.
+namespace plotix {
+
+class DeskWatch {
+public:
+    DeskWatch(const QString& desk, const QString& address);
+    ~DeskWatch();
+    DeskWatch(const DeskWatch&) = delete;
+    DeskWatch& operator=(const DeskWatch&) = delete;
+
+private:
+    void run();
+    void look() const;
+
+    const QString m_desk, m_address;
+    std::mutex m_mutex;
+    std::condition_variable m_changed;
+    bool m_ends = false;  // under the mutex
+    std::thread m_thread;
+};
+
+}  // namespace plotix
