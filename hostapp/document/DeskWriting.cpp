@@ -34,6 +34,7 @@ public:
         // Nobody else changes the rows from here on.
         if (seenBy(m_desk) != digestOf(m_before))
             SiteCatalogue::ofRows(m_before).updateIn(m_desk);
+        SiteCatalogue::keepNumbers(m_desk, m_server->highestIds());
     }
 
     void store(RowId agent, const RecordBlock& block) override { m_records->store(agent, block); }
@@ -48,25 +49,31 @@ public:
     {
         m_records->prepare();
         m_now = byId(changed());
+        for (const StoreServer::Row& row : m_before)
+            if (!SiteCatalogue::knows(row))
+                m_now[{row.kind, row.id}] = row.data;  // a later version's
         Rows rows;
         for (const auto& [id, data] : m_now)
             rows.push_back({id.first, id.second, data});
         // Where the server does not come to have these, the file is made like the server's rows again.
         keepSeen(m_desk, digestOf(rows));
     }
-    /// The rows first: nobody sees a record without its agent.
+    /// What is new first: nobody sees a record without its agent. What is gone last, as its records may have become
+    /// another's.
     void commit() override
     {
+        m_records->prepare();  // throws where somebody else writes meanwhile, as this program stood still
         const RowData before = byId(m_before);
-        Rows changes;
+        Rows changes, gone;
         for (const auto& [id, data] : m_now)
             if (const auto old = before.find(id); old == before.end() || old->second != data)
                 changes.push_back({id.first, id.second, data});
         for (const auto& [id, data] : before)
             if (!m_now.contains(id))
-                changes.push_back({id.first, id.second, {}});
+                gone.push_back({id.first, id.second, {}});
         m_server->put(changes);
         m_records->commit();
+        m_server->put(gone);
     }
 
 private:

@@ -18,7 +18,12 @@ std::shared_ptr<StoreServer> storeServer(const QString& address)
 std::shared_ptr<StoreServer> siteOnServer(const QString& address)
 {
     const std::shared_ptr<StoreServer> server = storeServer(address);
-    if (!server->description().exists)
+    const StoreServer::Description found = server->description();
+    if (found.exists && found.version > StoreServer::kVersion)
+        throw ReportableError(QStringLiteral("%1 was made by a newer version of this program (%2): update it")
+                                  .arg(server->title())
+                                  .arg(found.version));
+    if (!found.exists)
         throw ReportableError(
             QStringLiteral("there is no site %1: make it with “plotix store create %2”").arg(server->title(), address));
     return server;

@@ -273,6 +273,16 @@ void SiteCatalogue::makeFile(const QString& path) const
     }
 }
 
+void SiteCatalogue::completeFile(const QString& path) const
+{
+    Database database(path, siteSchema(), Database::Access::ReadWrite);
+    inTransaction(database, [&] {
+        updateIn(database);
+        Statement(database, "DELETE FROM plugin").run();
+        storePlugIns(database, *this);
+    });
+}
+
 void SiteCatalogue::updateFile(const QString& path) const
 {
     Database database(path, siteSchema(), Database::Access::ReadWrite);
@@ -283,9 +293,33 @@ void SiteCatalogue::updateIn(Database& database) const
 {
     SiteCatalogue now = *this;
     now.takeLooks(of(database));
-    for (const char* table : {"note_property", "note", "value_limit", "formula", "property", "agent"})
+    // Steps that could be undone know the tables as they were, without what others changed since.
+    for (const char* table : {"kept", "step", "note_property", "note", "value_limit", "formula", "property", "agent"})
         Statement(database, QByteArray("DELETE FROM ") + table).run();
     storeRows(database, now);
+}
+
+bool SiteCatalogue::knows(const StoreServer::Row& row)
+{
+    return row.kind <= kLastKind;
+}
+
+void SiteCatalogue::keepNumbers(Database& database, const std::map<std::uint8_t, RowId>& highest)
+{
+    for (const auto& [kind, table] : {std::pair(RowKind::Agent, "agent"), std::pair(RowKind::Property, "property"),
+                                      std::pair(RowKind::Limit, "value_limit"), std::pair(RowKind::Note, "note")}) {
+        const auto found = highest.find(static_cast<std::uint8_t>(kind));
+        if (found == highest.end())
+            continue;
+        Statement(database, "INSERT INTO sqlite_sequence(name, seq) SELECT ?1, 0 WHERE NOT EXISTS "
+                            "(SELECT 1 FROM sqlite_sequence WHERE name = ?1)")
+            .bind(1, QString::fromLatin1(table))
+            .run();
+        Statement(database, "UPDATE sqlite_sequence SET seq = max(seq, ?2) WHERE name = ?1")
+            .bind(1, QString::fromLatin1(table))
+            .bind(2, found->second)
+            .run();
+    }
 }
 
 void SiteCatalogue::takeLooks(const SiteCatalogue& other)
@@ -312,7 +346,7 @@ SiteCatalogue SiteCatalogue::ofRows(const std::vector<StoreServer::Row>& rows)
 {
     SiteCatalogue catalogue;
     for (const StoreServer::Row& row : rows) {
-        if (row.kind > kLastKind)
+        if (!knows(row))
             continue;
         const QCborMap map = rowMap(row.data);
         switch (static_cast<RowKind>(row.kind)) {

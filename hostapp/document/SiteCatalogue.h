@@ -5,6 +5,7 @@
 #include "hostapp/document/SiteAnnotations.h"
 #include "records/store/StoreServer.h"
 
+#include <map>
 #include <memory>
 #include <vector>
 
@@ -32,13 +33,20 @@ struct SiteCatalogue {
     static SiteCatalogue of(Database& database);
     /// Makes a file of it, with the same ids. Throws ReportableError; then there is none.
     void makeFile(const QString& path) const;
+    /// The same of a file whose making was interrupted.
+    void completeFile(const QString& path) const;
     /// Makes the file's agents, properties, limits and notes these, in one transaction. What its user chose of how a
-    /// property is shown stays, and so do trends. Throws ReportableError.
+    /// property is shown stays, and so do trends; nothing done before can be undone. Throws ReportableError.
     void updateFile(const QString& path) const;
     /// The same, in the caller's transaction.
     void updateIn(Database& database) const;
     /// Unit, colour and visibility of the properties that the other one has too.
     void takeLooks(const SiteCatalogue& other);
+
+    /// Numbers of agents, properties, limits and notes that were ever given on the server are not given again.
+    static void keepNumbers(Database& database, const std::map<std::uint8_t, RowId>& highest);
+    /// Whether a row is of a kind that this version knows.
+    static bool knows(const StoreServer::Row& row);
 
     /// Of the rows on a server; what a later version wrote there and nobody knows here is passed over. Throws
     /// ReportableError for rows that cannot be read.

@@ -53,7 +53,9 @@ bool isCopyOf(const SiteCatalogue& there, const SiteCatalogue& catalogue)
             return false;
         for (const SiteProperty::Description& property : agent.properties)
             if (std::none_of(same->properties.begin(), same->properties.end(),
-                             [&](const SiteProperty::Description& each) { return each.id == property.id; }))
+                             [&](const SiteProperty::Description& each) {
+                                 return each.id == property.id && each.propertyName == property.propertyName;
+                             }))
                 return false;
     }
     return true;
@@ -149,17 +151,31 @@ std::size_t propertiesOf(const SiteCatalogue& catalogue)
     return count;
 }
 
+/// What is there stays as it is: a desk may have changed it since it was copied. Nobody else writes meanwhile.
+void putWhatIsNew(StoreServer& server, RecordStore& records, const SiteCatalogue& catalogue)
+{
+    const auto turn = records.begin();
+    const std::vector<StoreServer::Row> there = server.rows();
+    if (!isCopyOf(SiteCatalogue::ofRows(there), catalogue))
+        throw ReportableError(QStringLiteral("%1 has another site: copy to a new one").arg(server.title()));
+    std::vector<StoreServer::Row> fresh = catalogue.rows();
+    std::erase_if(fresh, [&](const StoreServer::Row& row) {
+        return std::any_of(there.begin(), there.end(),
+                           [&](const StoreServer::Row& each) { return each.kind == row.kind && each.id == row.id; });
+    });
+    server.put(fresh);
+}
+
 std::optional<CopiedSite> copyToServer(const Place& from, const QString& to, const ArchiveProgress& progress)
 {
     const std::shared_ptr<StoreServer> server = siteOnServer(to);
-    if (!isCopyOf(SiteCatalogue::ofRows(server->rows()), from.catalogue))
-        throw ReportableError(QStringLiteral("%1 has another site: copy to a new one").arg(server->title()));
-    server->put(from.catalogue.rows());
+    const std::shared_ptr<RecordStore> records = recordsOf(*server, from.catalogue);
+    putWhatIsNew(*server, *records, from.catalogue);
     CopiedSite result{from.catalogue.agents.size(), propertiesOf(from.catalogue), 0, false};
-    const auto records = copyAgents(from, *recordsOf(*server, from.catalogue), result.wentOn, progress);
-    if (!records)
+    const auto copied = copyAgents(from, *records, result.wentOn, progress);
+    if (!copied)
         return std::nullopt;
-    result.records = *records;
+    result.records = *copied;
     return result;
 }
 
@@ -181,6 +197,8 @@ std::optional<CopiedSite> copyToFile(const Place& from, const QString& to, const
         from.catalogue.makeFile(inWork);
     else if (!isCopyOf(SiteCatalogue::ofFile(inWork), from.catalogue))
         throw ReportableError(QStringLiteral("%1 is what was left of copying another site: remove it").arg(inWork));
+    else
+        from.catalogue.completeFile(inWork);
     CopiedSite result{from.catalogue.agents.size(), propertiesOf(from.catalogue), 0, false};
     {
         const std::shared_ptr<RecordStore> records = recordsOfSite(inWork);

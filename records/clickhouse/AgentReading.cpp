@@ -15,6 +15,7 @@ namespace plotix {
 namespace {
 
 constexpr std::size_t kMostNamed = 1000;  // chunks; more are asked for by their span
+constexpr int kMostAttempts = 20;
 constexpr std::size_t kRecords = schema::kRecordsPerChunk;
 
 WriterMarks marksOf(const std::vector<std::uint64_t>& writers, const std::vector<std::uint64_t>& upto)
@@ -56,61 +57,94 @@ RecordsView within(const RecordsView& records, double begin, double end)
 
 AgentReading::Rows AgentReading::rows(double from, double to)
 {
-    Rows rows;
     if (!(from <= to))
-        return rows;
-    // Chunks first: a young record that is taken in meanwhile is found then, and known to be taken in where its chunk
-    // is.
-    const std::vector<std::byte> chunks = m_server.ask(
-        "SELECT chunk, version, t0, t1, begin, end, n, writers, upto FROM " + m_tables.chunks() + " WHERE " +
-        ofAgent() + " AND property = 0 AND begin <= " + sqlNumber(to) + " AND end >= " + sqlNumber(from) + " AND " +
-        m_tables.counts(m_own) + " ORDER BY begin, chunk LIMIT 1 BY chunk FORMAT RowBinary");
-    double earliest = from, latest = to;
+        return {};
     try {
-        for (rowbinary::Reader row(chunks); !row.isAtEnd();) {
-            StoredChunk chunk;
-            chunk.id = row.number<std::uint64_t>();
-            chunk.version = row.number<std::uint64_t>();
-            chunk.t0 = row.number<double>();
-            chunk.t1 = row.number<double>();
-            chunk.begin = row.number<double>();
-            chunk.end = row.number<double>();
-            chunk.n = row.number<std::uint32_t>();
-            const auto writers = row.list<std::uint64_t>();
-            chunk.taken = marksOf(writers, row.list<std::uint64_t>());
-            if (chunk.n > kRecords || !(chunk.begin <= chunk.end) ||
-                (chunk.n > 0 && !(chunk.begin <= chunk.t0 && chunk.t0 <= chunk.t1 && chunk.t1 <= chunk.end)))
-                failAsDamaged(QStringLiteral("chunk %1 cannot be as it says").arg(chunk.id));
-            earliest = std::min(earliest, chunk.begin);
-            latest = std::max(latest, chunk.end);
-            stamps::saw(chunk.version);
-            rows.chunks.push_back(std::move(chunk));
-        }
-        const std::vector<std::byte> young =
-            m_server.ask("SELECT time, writer, number, place, version, properties, values, valid FROM " +
-                         m_tables.young() + " WHERE " + ofAgent() + " AND time >= " + sqlNumber(earliest) +
-                         " AND time <= " + sqlNumber(latest) + " AND " + m_tables.counts(m_own) + " FORMAT RowBinary");
-        for (rowbinary::Reader row(young); !row.isAtEnd();) {
-            YoungRecord record;
-            record.time = row.number<double>();
-            record.writer = row.number<std::uint64_t>();
-            record.number = row.number<std::uint64_t>();
-            record.place = row.number<std::uint32_t>();
-            record.version = row.number<std::uint64_t>();
-            record.properties = row.list<RowId>();
-            record.values = row.list<double>();
-            record.valid = row.list<std::uint8_t>();
-            if (record.values.size() != record.properties.size() || record.valid.size() != record.properties.size())
-                failAsDamaged(QStringLiteral("a record has more properties than values"));
-            stamps::saw(record.version);
-            rows.young.push_back(std::move(record));
+        // Two statements may see two states: then again, so that nobody sees half a batch.
+        for (int attempt = 1;; ++attempt) {
+            const std::uint64_t before = batches();
+            Rows rows = rowsNow(from, to);
+            if (batches() == before || attempt == kMostAttempts)
+                return rows;
         }
     } catch (const rowbinary::TooShort&) {
         failAsDamaged(QStringLiteral("an answer ends early"));
     }
+}
+
+std::uint64_t AgentReading::batches()
+{
+    const std::vector<std::byte> answer =
+        m_server.ask("SELECT uniqExact(batch) FROM " + m_tables.batches() + " FORMAT RowBinary");
+    return rowbinary::Reader(answer).number<std::uint64_t>();
+}
+
+AgentReading::Rows AgentReading::rowsNow(double from, double to)
+{
+    Rows rows;
+    // Chunks first: a young record that is taken in meanwhile is found then, and known to be taken in where its chunk
+    // is. And all that overlap those found, however far that reaches: one of them may say what is there of the others.
+    for (;;) {
+        rows.chunks = chunksNow(from, to);
+        double earliest = from, latest = to;
+        for (const StoredChunk& chunk : rows.chunks) {
+            earliest = std::min(earliest, chunk.begin);
+            latest = std::max(latest, chunk.end);
+        }
+        if (earliest == from && latest == to)
+            break;
+        from = earliest;
+        to = latest;
+    }
+    const std::vector<std::byte> young =
+        m_server.ask("SELECT time, writer, number, place, version, properties, values, valid FROM " + m_tables.young() +
+                     " WHERE " + ofAgent() + " AND time >= " + sqlNumber(from) + " AND time <= " + sqlNumber(to) +
+                     " AND " + m_tables.counts(m_own) + " FORMAT RowBinary");
+    for (rowbinary::Reader row(young); !row.isAtEnd();) {
+        YoungRecord record;
+        record.time = row.number<double>();
+        record.writer = row.number<std::uint64_t>();
+        record.number = row.number<std::uint64_t>();
+        record.place = row.number<std::uint32_t>();
+        record.version = row.number<std::uint64_t>();
+        record.properties = row.list<RowId>();
+        record.values = row.list<double>();
+        record.valid = row.list<std::uint8_t>();
+        if (record.values.size() != record.properties.size() || record.valid.size() != record.properties.size())
+            failAsDamaged(QStringLiteral("a record has more properties than values"));
+        stamps::saw(record.version);
+        rows.young.push_back(std::move(record));
+    }
     std::sort(rows.young.begin(), rows.young.end(),
               [](const YoungRecord& one, const YoungRecord& other) { return one.time < other.time; });
     return rows;
+}
+
+std::vector<StoredChunk> AgentReading::chunksNow(double from, double to)
+{
+    const std::vector<std::byte> answer = m_server.ask(
+        "SELECT chunk, version, t0, t1, begin, end, n, writers, upto FROM " + m_tables.chunks() + " WHERE " +
+        ofAgent() + " AND property = 0 AND begin <= " + sqlNumber(to) + " AND end >= " + sqlNumber(from) + " AND " +
+        m_tables.counts(m_own) + " ORDER BY begin, chunk LIMIT 1 BY chunk FORMAT RowBinary");
+    std::vector<StoredChunk> chunks;
+    for (rowbinary::Reader row(answer); !row.isAtEnd();) {
+        StoredChunk chunk;
+        chunk.id = row.number<std::uint64_t>();
+        chunk.version = row.number<std::uint64_t>();
+        chunk.t0 = row.number<double>();
+        chunk.t1 = row.number<double>();
+        chunk.begin = row.number<double>();
+        chunk.end = row.number<double>();
+        chunk.n = row.number<std::uint32_t>();
+        const auto writers = row.list<std::uint64_t>();
+        chunk.taken = marksOf(writers, row.list<std::uint64_t>());
+        if (chunk.n > kRecords || !(chunk.begin <= chunk.end) ||
+            (chunk.n > 0 && !(chunk.begin <= chunk.t0 && chunk.t0 <= chunk.t1 && chunk.t1 <= chunk.end)))
+            failAsDamaged(QStringLiteral("chunk %1 cannot be as it says").arg(chunk.id));
+        stamps::saw(chunk.version);
+        chunks.push_back(std::move(chunk));
+    }
+    return chunks;
 }
 
 std::vector<AgentReading::Piece> AgentReading::pieces(const Rows& rows, double from, double to,

@@ -67,6 +67,9 @@ public:
     void requireTimes(const StoredChunk& chunk, std::span<const double> times) const;
 
 private:
+    Rows rowsNow(double from, double to);
+    std::vector<StoredChunk> chunksNow(double from, double to);
+    std::uint64_t batches();
     bool stream(std::span<const StoredChunk* const> chunks, const std::string& condition, const TakeSegment& take,
                 const std::function<bool()>& goOn);
     std::string ofAgent() const { return "agent = " + std::to_string(m_agent); }

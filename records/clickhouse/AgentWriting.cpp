@@ -214,12 +214,19 @@ void AgentWriting::repack(const std::function<bool()>& goOn)
     const auto endGroup = [&] {
         const std::vector<Region> some = std::exchange(group, {});
         records = 0;
-        const bool isOneShortChunk = some.size() == 1 && !some.front().isUntidy;
-        if (some.empty() || isOneShortChunk || (goOn && !goOn()))
+        if (some.empty() || (goOn && !goOn()))
             return;
         const Region all{some.front().begin, some.back().end, 0};
+        // Chunks as they are stored stay where others would not be fewer.
+        const bool isTidy =
+            std::none_of(some.begin(), some.end(), [](const Region& region) { return region.isUntidy; });
+        std::size_t count = 0;
+        for (const Region& region : some)
+            count += region.records;
+        if (isTidy && (count + kChunk - 1) / kChunk >= some.size())
+            return;
         const Records now = recordsIn(rows, all);
-        m_insert.write(now.view(), all.begin, all.end, kChunk, takenIn(rows, all));
+        m_insert.writeFull(now.view(), all.begin, all.end, takenIn(rows, all));
     };
     for (const Region& region : regionsOf(rows)) {
         if (!region.isShort && !region.isUntidy) {
@@ -235,7 +242,7 @@ void AgentWriting::repack(const std::function<bool()>& goOn)
     m_insert.flush();
 }
 
-bool AgentWriting::sealOneChunk()
+bool AgentWriting::sealOneChunk(const std::function<void()>& beforeStoring)
 {
     const AgentReading::Rows rows = m_reading.rows(-kInfinity, kInfinity);
     const std::vector<ChunkStretch> stretches = stretchesOf(rows.chunks);
@@ -250,6 +257,7 @@ bool AgentWriting::sealOneChunk()
     const RecordsView sealed = now.view().slice(0, kChunk);
     const Region region{sealed.times[0], sealed.times[kChunk - 1], kChunk};
     m_insert.write(sealed, region.begin, region.end, kChunk, takenIn(rows, region));
+    beforeStoring();
     m_insert.flush();
     return true;
 }

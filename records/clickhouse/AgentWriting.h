@@ -25,7 +25,8 @@ public:
     /// The same records in full chunks, young ones among them. `goOn` is asked between two parts of the work.
     void repack(const std::function<bool()>& goOn);
     /// Young records behind all chunks, as far as they fill one chunk; false: they do not, and nothing was done.
-    bool sealOneChunk();
+    /// `beforeStoring` may throw to leave everything as it is. Requires: it is the caller's turn.
+    bool sealOneChunk(const std::function<void()>& beforeStoring);
 
     std::size_t chunksWritten() const { return m_insert.chunks(); }
 

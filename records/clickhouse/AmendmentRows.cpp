@@ -22,13 +22,14 @@ std::map<RowId, std::vector<Amendment>> amendmentsOf(ServerConnection& server, c
     if (properties.empty())
         return found;
     const std::vector<std::byte> rows =
-        server.ask("SELECT property, kind, t0, t1, first, last FROM " + tables.amendments() + " WHERE property IN " +
-                   sqlList(properties) + " AND " + tables.counts(own) +
+        server.ask("SELECT property, version, kind, t0, t1, first, last FROM " + tables.amendments() +
+                   " WHERE property IN " + sqlList(properties) + " AND " + tables.counts(own) +
                    " ORDER BY property, version, place LIMIT 1 BY property, version, place FORMAT RowBinary");
     try {
         for (rowbinary::Reader row(rows); !row.isAtEnd();) {
             Amendment amendment;
             amendment.property = row.number<RowId>();
+            stamps::saw(row.number<std::uint64_t>());
             const auto kind = row.number<std::uint8_t>();
             amendment.kind = static_cast<Amendment::Kind>(kind);
             amendment.from = row.number<double>();

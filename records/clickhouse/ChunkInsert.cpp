@@ -25,35 +25,51 @@ std::vector<RecordsView> cut(const RecordsView& records, std::size_t pieces)
     return cut;
 }
 
+std::vector<RecordsView> fullPieces(const RecordsView& records)
+{
+    std::vector<RecordsView> pieces;
+    for (std::size_t first = 0; first < records.size; first += schema::kRecordsPerChunk)
+        pieces.push_back(records.slice(first, std::min(schema::kRecordsPerChunk, records.size - first)));
+    return pieces;
+}
+
 }  // namespace
 
 void ChunkInsert::write(const RecordsView& records, double begin, double end, std::size_t longest,
                         const WriterMarks& taken)
 {
+    // Of about equal length, so that a full one that grew leaves room in both halves.
+    write(cut(records, (records.size + longest - 1) / longest), begin, end, taken);
+}
+
+void ChunkInsert::writeFull(const RecordsView& records, double begin, double end, const WriterMarks& taken)
+{
+    write(fullPieces(records), begin, end, taken);
+}
+
+/// What the span holds from now on.
+void ChunkInsert::write(const std::vector<RecordsView>& pieces, double begin, double end, const WriterMarks& taken)
+{
     const std::uint64_t version = stamps::version();
-    if (records.size == 0) {
+    if (pieces.empty()) {
         addEmpty(begin, end, version, taken);
         return;
     }
-    // Of about equal length, so that a full one that grew leaves room in both halves.
-    const std::vector<RecordsView> pieces = cut(records, (records.size + longest - 1) / longest);
     std::size_t piece = 0;
     double next = begin;
     encodeInOrder(pieces, [&](EncodedChunk&& chunk) {
         ++piece;
-        const double last = piece == pieces.size()
-                                ? end
-                                : std::nextafter(pieces[piece].times[0], -std::numeric_limits<double>::infinity());
-        add(chunk, std::exchange(next, piece == pieces.size() ? end : pieces[piece].times[0]), last, version, taken);
+        const bool isLast = piece == pieces.size();
+        const double last =
+            isLast ? end : std::nextafter(pieces[piece].times[0], -std::numeric_limits<double>::infinity());
+        add(chunk, std::exchange(next, isLast ? end : pieces[piece].times[0]), last, version, taken);
     });
 }
 
 void ChunkInsert::writeApart(const RecordsView& records, const WriterMarks& taken)
 {
     const std::uint64_t version = stamps::version();
-    std::vector<RecordsView> pieces;
-    for (std::size_t first = 0; first < records.size; first += schema::kRecordsPerChunk)
-        pieces.push_back(records.slice(first, std::min(schema::kRecordsPerChunk, records.size - first)));
+    const std::vector<RecordsView> pieces = fullPieces(records);
     encodeInOrder(pieces, [&](EncodedChunk&& chunk) { add(chunk, chunk.t0, chunk.t1, version, taken); });
 }
 

@@ -22,6 +22,8 @@ public:
     /// What the span [begin, end] holds from now on, in chunks of at most so many records, and which young records are
     /// among them. Requires: the records are ordered and lie in the span.
     void write(const RecordsView& records, double begin, double end, std::size_t longest, const WriterMarks& taken);
+    /// The same in full chunks, but for the last one.
+    void writeFull(const RecordsView& records, double begin, double end, const WriterMarks& taken);
     /// Each chunk says nothing but of its own records: for spans where nothing was.
     void writeApart(const RecordsView& records, const WriterMarks& taken);
 
@@ -31,6 +33,7 @@ public:
     std::size_t chunks() const { return m_chunks; }  ///< written so far
 
 private:
+    void write(const std::vector<RecordsView>& pieces, double begin, double end, const WriterMarks& taken);
     void add(const EncodedChunk& chunk, double begin, double end, std::uint64_t version, const WriterMarks& taken);
     void addEmpty(double begin, double end, std::uint64_t version, const WriterMarks& taken);
     void beginRow(RowId property, double t0, double t1, double begin, double end, std::size_t n, std::uint64_t chunk,

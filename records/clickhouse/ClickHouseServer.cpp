@@ -114,6 +114,19 @@ std::vector<StoreServer::Row> ClickHouseServer::rows()
     return rows;
 }
 
+std::map<std::uint8_t, RowId> ClickHouseServer::highestIds()
+{
+    ServerConnection server(m_address, m_credentials);
+    const std::vector<std::byte> answer =
+        server.ask("SELECT kind, max(id) FROM " + m_tables.catalogue() + " GROUP BY kind FORMAT RowBinary");
+    std::map<std::uint8_t, RowId> highest;
+    for (rowbinary::Reader row(answer); !row.isAtEnd();) {
+        const auto kind = row.number<std::uint8_t>();
+        highest[kind] = row.number<RowId>();
+    }
+    return highest;
+}
+
 void ClickHouseServer::put(const std::vector<Row>& rows)
 {
     if (rows.empty())

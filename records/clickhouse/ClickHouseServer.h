@@ -25,6 +25,7 @@ public:
     QByteArray changeMark() override;
     std::shared_ptr<RecordStore> records(Owns owns) override;
     std::vector<Row> rows() override;
+    std::map<std::uint8_t, RowId> highestIds() override;
     void put(const std::vector<Row>& rows) override;
 
 private:

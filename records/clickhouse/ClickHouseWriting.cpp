@@ -17,6 +17,8 @@ namespace {
 constexpr double kInfinity = std::numeric_limits<double>::infinity();
 /// At most this many records become rows: more of them are cheaper as a chunk.
 constexpr std::size_t kMostRows = 1024;
+/// Records until an appender that could not seal a full chunk, as somebody else was writing, tries again.
+constexpr std::size_t kTriedAgainAfter = 256;
 /// More than this many do not wait in memory.
 constexpr std::size_t kMostWaiting = 32 * schema::kRecordsPerChunk;
 
@@ -109,6 +111,8 @@ public:
             flush(m_waiting.begin()->first);
         m_isEmpty = m_isEmpty && m_amendments.isEmpty();
         m_amendments.flush();
+        if (m_turn)
+            m_turn->requireHeld();
     }
 
     void commit() override
@@ -116,7 +120,6 @@ public:
         if (!m_turn)
             return;
         prepare();
-        m_turn->requireHeld();
         if (!m_isEmpty)
             commitBatch(*m_server, m_site->tables(), m_batch);
         m_turn.reset();
@@ -208,12 +211,14 @@ private:
         since += records;
         if (since < schema::kRecordsPerChunk)
             return;
-        since = 0;
         try {
-            // A chunk alone counts at once.
-            while (AgentWriting(*m_server, m_site->tables(), agent, 0).sealOneChunk())
+            // What a transaction stores meanwhile would be painted over. A chunk alone counts at once.
+            WritersTurn turn(m_site, 0);
+            while (AgentWriting(*m_server, m_site->tables(), agent, 0).sealOneChunk([&] { turn.requireHeld(); }))
                 ;
+            since = 0;
         } catch (const std::exception&) {
+            since -= std::min(since, kTriedAgainAfter);
         }
     }
 

@@ -47,6 +47,10 @@ ServerAddress ServerAddress::parsed(const QString& text)
     if (!isOne(text))
         refuse(text, QStringLiteral("it does not begin with clickhouse://"));
     QString rest = text.mid(13);
+    // Before anything of the text is repeated in a message.
+    if (const qsizetype at = rest.lastIndexOf(QLatin1Char('@')); at >= 0 && rest.first(at).contains(QLatin1Char(':')))
+        throw ReportableError(QStringLiteral("A password does not belong into an address, where others see it: set "
+                                             "PLOTIX_CLICKHOUSE_PASSWORD_FILE to a file that has it."));
     ServerAddress address;
     if (const qsizetype mark = rest.indexOf(QLatin1Char('?')); mark >= 0) {
         for (const QString& option : rest.mid(mark + 1).split(QLatin1Char('&'))) {
@@ -61,9 +65,6 @@ ServerAddress ServerAddress::parsed(const QString& text)
     if (const qsizetype at = hosts.lastIndexOf(QLatin1Char('@')); at >= 0) {
         address.user = hosts.first(at);
         hosts = hosts.mid(at + 1);
-        if (address.user.contains(QLatin1Char(':')))
-            throw ReportableError(QStringLiteral("A password does not belong into an address, where others see it: set "
-                                                 "PLOTIX_CLICKHOUSE_PASSWORD_FILE to a file that has it."));
     }
     for (const QString& host : hosts.split(QLatin1Char(',')))
         address.hosts.push_back(hostOf(host, text, address.isSecure ? kSecurePort : kPort));

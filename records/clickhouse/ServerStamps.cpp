@@ -44,9 +44,12 @@ std::uint64_t number()
     constexpr int kRandomBits = 31;
     static std::mutex mutex;
     static std::random_device random;
+    static std::uint64_t last = 0;
     const std::lock_guard lock(mutex);
     const std::uint64_t seconds = microseconds() / 1'000'000;
-    return (seconds << kRandomBits) | (random() & ((std::uint64_t{1} << kRandomBits) - 1));
+    const std::uint64_t next = (seconds << kRandomBits) | (random() & ((std::uint64_t{1} << kRandomBits) - 1));
+    last = std::max(last + 1, next);
+    return last;
 }
 
 std::uint32_t day()

@@ -10,7 +10,7 @@ std::uint64_t version();
 /// This one was seen.
 void saw(std::uint64_t version);
 
-/// One that nobody else has, above 0, and later ones mostly higher.
+/// One that nobody else has, above 0, and higher than all that this process gave before.
 std::uint64_t number();
 
 /// The day of now, for rows that go by the day they came.

@@ -1,5 +1,7 @@
 #include "records/clickhouse/SiteTables.h"
 
+#include "records/store/StoreServer.h"
+
 #include <array>
 #include <bit>
 #include <charconv>
@@ -43,7 +45,7 @@ std::vector<std::string> SiteTables::creation() const
         "CREATE TABLE IF NOT EXISTS " + catalogue() +
             " (kind UInt8, id Int64, version UInt64, data String) "
             "ENGINE = MergeTree PARTITION BY tuple() ORDER BY (kind, id, version)",
-        "INSERT INTO " + about() + " VALUES (" + std::to_string(kVersion) + ")",
+        "INSERT INTO " + about() + " VALUES (" + std::to_string(StoreServer::kVersion) + ")",
     };
 }
 

@@ -17,8 +17,6 @@ namespace plotix {
 
 class SiteTables {
 public:
-    static constexpr std::uint32_t kVersion = 1;
-
     explicit SiteTables(const ServerAddress& address) : m_database(address.database), m_site(address.site) {}
 
     std::string about() const { return named("about"); }    ///< the version of the tables

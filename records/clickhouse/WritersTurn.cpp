@@ -19,8 +19,8 @@ namespace {
 using Clock = std::chrono::steady_clock;
 using std::chrono::milliseconds;
 
-constexpr auto kRenewal = std::chrono::seconds(5);
-constexpr auto kForgotten = std::chrono::seconds(30);  // without a renewal: its process is gone
+constexpr auto kRenewal = std::chrono::seconds(1);
+constexpr auto kForgotten = std::chrono::seconds(10);  // without a renewal: its process is gone
 
 enum State : std::uint8_t { Gone = 0, Wanted = 1 };
 
@@ -31,20 +31,33 @@ struct Claim {
 /// When this process first saw a claim with its last renewal.
 class SeenClaims {
 public:
-    bool isForgotten(const Claim& claim)
+    enum class Life {
+        Alive,     ///< was renewed while somebody here looked
+        Unknown,   ///< since it was first seen, which is not long ago
+        Forgotten  ///< was not renewed for long: its process is gone
+    };
+    Life lifeOf(const Claim& claim)
     {
         const std::lock_guard lock(m_mutex);
-        auto& [renewed, since] = m_seen[claim.id];
-        if (since == Clock::time_point() || renewed != claim.renewed) {
-            renewed = claim.renewed;
-            since = Clock::now();
+        Seen& seen = m_seen[claim.id];
+        if (seen.since == Clock::time_point() || seen.renewed != claim.renewed) {
+            seen.isAlive = seen.since != Clock::time_point();
+            seen.renewed = claim.renewed;
+            seen.since = Clock::now();
         }
-        return Clock::now() - since > kForgotten;
+        if (Clock::now() - seen.since > kForgotten)
+            return Life::Forgotten;
+        return seen.isAlive ? Life::Alive : Life::Unknown;
     }
 
 private:
+    struct Seen {
+        std::uint64_t renewed = 0;
+        Clock::time_point since;
+        bool isAlive = false;
+    };
     std::mutex m_mutex;
-    std::map<std::uint64_t, std::pair<std::uint64_t, Clock::time_point>> m_seen;
+    std::map<std::uint64_t, Seen> m_seen;
 };
 
 void tell(ServerConnection& server, const SiteTables& tables, std::uint64_t claim, std::uint64_t renewed, State state)
@@ -69,20 +82,28 @@ std::vector<Claim> claimsOf(ServerConnection& server, const SiteTables& tables)
     return claims;
 }
 
+enum class Taken {
+    No,
+    Perhaps,  ///< by somebody who may be gone
+    Yes
+};
+
 /// Whether anybody else has a claim. Those of processes that are gone are taken away.
-bool isTaken(ServerConnection& server, const SiteTables& tables, std::uint64_t own)
+Taken takenBy(ServerConnection& server, const SiteTables& tables, std::uint64_t own)
 {
+    using Life = SeenClaims::Life;
     static SeenClaims seen;
-    bool isTaken = false;
+    Taken taken = Taken::No;
     for (const Claim& claim : claimsOf(server, tables)) {
         if (claim.id == own)
             continue;
-        if (seen.isForgotten(claim))
+        const Life life = seen.lifeOf(claim);
+        if (life == Life::Forgotten)
             tell(server, tables, claim.id, claim.renewed, Gone);
         else
-            isTaken = true;
+            taken = std::max(taken, life == Life::Alive ? Taken::Yes : Taken::Perhaps);
     }
-    return isTaken;
+    return taken;
 }
 
 [[noreturn]] void failAsTaken()
@@ -146,25 +167,44 @@ WritersTurn::WritersTurn(std::shared_ptr<SiteOnServer> site, int patience) : m_s
     const SiteOnServer::Lease server = m_site->lease();
     const SiteTables& tables = m_site->tables();
     const auto until = Clock::now() + milliseconds(patience);
+    // Whether somebody who does not live any more has it is known only later; who has no patience does not ask.
+    const auto untilKnown = patience > 0 ? until + kForgotten + kRenewal : until;
     for (;;) {
-        if (!isTaken(*server, tables, 0)) {
+        Taken taken = takenBy(*server, tables, 0);
+        if (taken == Taken::No) {
             // Whoever claims looks again: of two, at least one sees the other.
             m_claim = stamps::number();
             tell(*server, tables, m_claim, 1, Wanted);
-            if (!isTaken(*server, tables, m_claim))
-                break;
-            tell(*server, tables, m_claim, 1, Gone);
+            try {
+                taken = takenBy(*server, tables, m_claim);
+                if (taken == Taken::No)
+                    break;
+            } catch (...) {
+                giveBack();
+                throw;
+            }
+            giveBack();
         }
-        if (Clock::now() > until)
+        if (Clock::now() > (taken == Taken::Yes ? until : untilKnown))
             failAsTaken();
         std::this_thread::sleep_for(pause());
     }
-    m_renewing = std::make_unique<Renewing>(m_site, m_claim);
+    try {
+        m_renewing = std::make_unique<Renewing>(m_site, m_claim);
+    } catch (...) {
+        giveBack();
+        throw;
+    }
 }
 
 WritersTurn::~WritersTurn()
 {
     m_renewing.reset();
+    giveBack();
+}
+
+void WritersTurn::giveBack() noexcept
+{
     try {
         const SiteOnServer::Lease server = m_site->lease();
         tell(*server, m_site->tables(), m_claim, 1, Gone);
@@ -184,7 +224,7 @@ void WritersTurn::requireHeld()
 void WritersTurn::waitUntilFree(SiteOnServer& site, ServerConnection& server, int patience)
 {
     const auto until = Clock::now() + milliseconds(patience);
-    while (isTaken(server, site.tables(), 0)) {
+    while (takenBy(server, site.tables(), 0) != Taken::No) {
         if (Clock::now() > until)
             failAsTaken();
         std::this_thread::sleep_for(pause());

@@ -7,8 +7,7 @@
 
 /// One transaction at a time: a claim in a table of the site, which everybody sees, and renews while it is held.
 ///
-/// Claims order writers; nothing that is stored depends on them: what has a higher version counts, whoever stored it.
-/// Which claim is still renewed is told by the own clock of whoever waits, so that clocks may differ. *Shares* the
+/// Whoever writes chunks has it: one made of what was there before another one came would lie over that one. Which claim is still renewed is told by the own clock of whoever waits, so that clocks may differ. *Shares* the
 /// site.
 namespace plotix {
 
@@ -28,6 +27,7 @@ public:
 
 private:
     class Renewing;
+    void giveBack() noexcept;
     std::shared_ptr<SiteOnServer> m_site;
     std::uint64_t m_claim = 0;
     std::unique_ptr<Renewing> m_renewing;

@@ -4,10 +4,27 @@
 #include "records/clickhouse/ServerStamps.h"
 #include "records/columns/ValidityBits.h"
 
+#include <algorithm>
+#include <cmath>
+
 namespace plotix {
 
 void YoungInsert::store(RowId agent, std::span<const RecordsView> blocks, std::uint64_t batch)
 {
+    double first = HUGE_VAL, last = -HUGE_VAL;
+    for (const RecordsView& block : blocks) {
+        if (block.size == 0)
+            continue;
+        first = std::min(first, block.times[0]);
+        last = std::max(last, block.times[block.size - 1]);
+    }
+    if (!(first <= last))
+        return;
+    // What is stored later counts, whatever the clocks of others say.
+    const std::vector<std::byte> latest =
+        m_server.ask("SELECT max(version) FROM " + m_tables.young() + " WHERE agent = " + std::to_string(agent) +
+                     " AND time >= " + sqlNumber(first) + " AND time <= " + sqlNumber(last) + " FORMAT RowBinary");
+    stamps::saw(rowbinary::Reader(latest).number<std::uint64_t>());
     rowbinary::Writer rows;
     const std::uint64_t number = ++m_number, version = stamps::version();
     const std::uint32_t day = stamps::day();
@@ -29,11 +46,10 @@ void YoungInsert::store(RowId agent, std::span<const RecordsView> blocks, std::u
             rows.addList(std::span<const RowId>(properties)).addList(std::span<const double>(values));
             rows.addList(std::span<const std::uint8_t>(valid));
         }
-    if (!rows.isEmpty())
-        m_server.insert("INSERT INTO " + m_tables.young() +
-                            " (agent, time, writer, number, place, version, batch, day, properties, values, valid) "
-                            "FORMAT RowBinary",
-                        rows.bytes());
+    m_server.insert("INSERT INTO " + m_tables.young() +
+                        " (agent, time, writer, number, place, version, batch, day, properties, values, valid) "
+                        "FORMAT RowBinary",
+                    rows.bytes());
 }
 
 }  // namespace plotix

@@ -7,6 +7,7 @@
 
 #include <cstdint>
 #include <functional>
+#include <map>
 #include <memory>
 #include <string>
 #include <vector>
@@ -21,6 +22,9 @@ class RecordStore;
 class StoreServer {
 public:
     virtual ~StoreServer() = default;
+
+    /// Of the tables; what a later one has there, nobody here touches.
+    static constexpr std::uint32_t kVersion = 1;
 
     virtual QString title() const = 0;  ///< for people, without a user
 
@@ -57,6 +61,8 @@ public:
     };
     /// By kind and id, as they were stored last; those that are gone are left out.
     virtual std::vector<Row> rows() = 0;
+    /// By kind, of all that ever were.
+    virtual std::map<std::uint8_t, RowId> highestIds() = 0;
     /// All or none.
     virtual void put(const std::vector<Row>& rows) = 0;
 };

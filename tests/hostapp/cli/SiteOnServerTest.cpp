@@ -201,6 +201,43 @@ TEST_F(SiteOnServerTest, WhatOneDeskChangesAnotherHas)
     EXPECT_EQ(document->records()->statistics(1, 2).valid, 2U);
 }
 
+TEST_F(SiteOnServerTest, UndoingOnOneDeskLeavesWhatAnotherSaidSince)
+{
+    importWeather();
+    create();
+    copyThere();
+    ASSERT_EQ(run({"edit", address, "--note", "2015-01-01", "Pump replaced"}), 0) << m_error.toStdString();
+    goToAnotherDesk();
+    ASSERT_EQ(run({"edit", address, "--note", "2015-01-02", "Valve cleaned"}), 0) << m_error.toStdString();
+    qputenv("PLOTIX_DATA_HOME", m_folder.path().toUtf8());
+    run({"edit", address, "--undo"});
+    EXPECT_EQ(SiteDocument::open(deskFileOf(address))->notes().size(), 2U) << m_error.toStdString();
+}
+
+TEST_F(SiteOnServerTest, CopyingAgainLeavesWhatADeskChanged)
+{
+    importWeather();
+    create();
+    copyThere();
+    ASSERT_EQ(run({"edit", address, "--rename", "Newark", "--agent", "EWR"}), 0) << m_error.toStdString();
+    importText("time,Air Temperature (°C)\n2015-01-03T00:00:00Z,7\n");
+    copyThere();
+    const auto document = SiteDocument::open(deskFileOf(address));
+    EXPECT_TRUE(document->agentNamed("Newark"));
+    EXPECT_EQ(document->records()->statistics(1, 1).valid, 3U);
+}
+
+TEST_F(SiteOnServerTest, ANumberIsNotGivenTwice)
+{
+    create();
+    const QString rain = write("a.csv", "time,Rain\n2015-01-01T00:00:00Z,1\n");
+    ASSERT_EQ(run({"import", rain, "--site", address, "--agent", "A"}), 0) << m_error.toStdString();
+    ASSERT_EQ(run({"edit", address, "--delete", "--agent", "A"}), 0) << m_error.toStdString();
+    goToAnotherDesk();
+    ASSERT_EQ(run({"import", rain, "--site", address, "--agent", "B"}), 0) << m_error.toStdString();
+    EXPECT_EQ(SiteDocument::open(deskFileOf(address))->agentNamed("B")->id(), 2);
+}
+
 TEST_F(SiteOnServerTest, TwoDesksThatAddPropertiesDoNotMeet)
 {
     create();

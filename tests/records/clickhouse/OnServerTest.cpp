@@ -91,7 +91,7 @@ TEST_F(RecordsOnServerTest, TwoWhoSealTheSameRecordsSpoilNothing)
     for (int i = 0; i < 2; ++i)
         sealers.emplace_back([this] {
             ServerConnection own(site->address(), {});
-            AgentWriting(own, site->tables(), agent, 0).sealOneChunk();
+            AgentWriting(own, site->tables(), agent, 0).sealOneChunk([] {});
         });
     for (std::thread& sealer : sealers)
         sealer.join();
@@ -114,6 +114,59 @@ TEST_F(RecordsOnServerTest, WhatWasAppendedWhileAChunkWasSealedIsNotLost)
     opened()->compact({});
     EXPECT_EQ(values(wind, 2, 4), (Values{2, -3, 4}));
     EXPECT_EQ(chunks(), 2U);
+}
+
+TEST_F(RecordsOnServerTest, AClaimOfAProcessThatIsGoneIsForgotten)
+{
+    rowbinary::Writer row;
+    row.add(stamps::day()).add(std::uint64_t{4711}).add(std::uint64_t{3}).add(std::uint8_t{1});
+    server.insert("INSERT INTO " + site->tables().turns() + " (day, claim, renewed, state) FORMAT RowBinary",
+                  row.bytes());
+    store(ramp(air, 0, 10));
+    EXPECT_EQ(count(), 10U);
+}
+
+TEST_F(RecordsOnServerTest, WhatWasDroppedStaysAwayWhereverOneWrites)
+{
+    store(ramp(air, 0, 10'000));
+    ServerConnection own(site->address(), {});
+    const std::uint64_t batch = stamps::number();
+    EXPECT_EQ(AgentWriting(own, site->tables(), agent, batch).dropBefore(5'000), 5'000U);
+    server.insert("INSERT INTO " + site->tables().batches() + " (batch) FORMAT RowBinary",
+                  rowbinary::Writer().add(batch).bytes());
+    const auto writer = opened()->begin();
+    writer->remove(agent, std::vector{air}, 6'000, 6'000);
+    writer->commit();
+    EXPECT_EQ(extent()->first, 5'000);
+    EXPECT_EQ(count(), 4'999U);
+    EXPECT_EQ(opened()->overview(agent, {}, 9'000, 9'001).records(), 4'999U);
+}
+
+TEST_F(RecordsOnServerTest, CompactingAgainWritesNothing)
+{
+    for (int part = 0; part < 5; ++part)
+        store(ramp(air, part * 10'000, 4'000));
+    opened()->compact({});
+    const std::uint64_t before = countIn(site->tables().chunks());
+    EXPECT_EQ(opened()->compact({}).chunksAfter, 2U);
+    EXPECT_EQ(countIn(site->tables().chunks()), before);
+}
+
+TEST_F(RecordsOnServerTest, ALaterRecordCountsWhateverTheClocksSay)
+{
+    const std::vector<RowId> properties{air};
+    const std::vector<double> told{-1};
+    const std::vector<std::uint8_t> valid{1};
+    rowbinary::Writer row;
+    row.add(agent).add(10.0).add(std::uint64_t{1}).add(std::uint64_t{1}).add(std::uint32_t{0});
+    row.add(stamps::version() + 3'600'000'000).add(std::uint64_t{0}).add(stamps::day());
+    row.addList(std::span(properties)).addList(std::span(told)).addList(std::span(valid));
+    server.insert("INSERT INTO " + site->tables().young() +
+                      " (agent, time, writer, number, place, version, batch, day, properties, values, valid) FORMAT "
+                      "RowBinary",
+                  row.bytes());
+    opened()->appender()->append(agent, ramp(air, 10, 1));
+    EXPECT_EQ(values(air), (Values{10}));
 }
 
 TEST_F(RecordsOnServerTest, RowsThatComeTwiceCountOnce)
