@@ -7,8 +7,8 @@
 
 /// One transaction at a time: a claim in a table of the site, which everybody sees, and renews while it is held.
 ///
-/// Whoever writes chunks has it: one made of what was there before another one came would lie over that one. Which claim is still renewed is told by the own clock of whoever waits, so that clocks may differ. *Shares* the
-/// site.
+/// Whoever writes chunks has it: one made of what was there before another one came would lie over that one. Which
+/// claim is still renewed is told by the own clock of whoever waits, so that clocks may differ. *Shares* the site.
 namespace plotix {
 
 class WritersTurn {
