@@ -152,6 +152,25 @@ TEST_F(RecordsOnServerTest, CompactingAgainWritesNothing)
     EXPECT_EQ(countIn(site->tables().chunks()), before);
 }
 
+TEST_F(RecordsOnServerTest, CompactingDropsYoungRowsOfFormerDaysWhichChunksHaveTakenIn)
+{
+    append(*opened()->appender(), 0, 3'000, 500);
+    const std::string young = site->tables().young();
+    const std::string columns = "agent, time, writer, number, place, version, batch, properties, values, valid";
+    server.tell("INSERT INTO " + young + " (" + columns + ", day) SELECT " + columns + ", 1000 FROM " + young);
+    EXPECT_EQ(countIn(young), 6'000U);
+    opened()->compact({});
+    EXPECT_EQ(countIn(young), 3'000U);
+    EXPECT_EQ(count(), 3'000U);
+}
+
+TEST_F(RecordsOnServerTest, YoungRowsThatAChunkHasTakenInDoNotCome)
+{
+    append(*opened()->appender(), 0, 17'000, 500);
+    EXPECT_EQ(countIn(site->tables().young()), 17'000U);
+    EXPECT_EQ(rows().young.size(), 17'000U - 16'384U);
+}
+
 TEST_F(RecordsOnServerTest, ALaterRecordCountsWhateverTheClocksSay)
 {
     const std::vector<RowId> properties{air};
