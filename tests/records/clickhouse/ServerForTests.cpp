@@ -77,6 +77,11 @@ ServerForTests& ServerForTests::running()
 
 ServerForTests::ServerForTests() : m_port(freePort()), m_tcpPort(freePort()), m_interserverPort(freePort())
 {
+    if (const int there = qEnvironmentVariableIntValue("PLOTIX_TEST_CLICKHOUSE_PORT"); there > 0) {
+        m_port = static_cast<quint16>(there);
+        m_isOwn = false;
+        return;
+    }
     const QString folder = m_folder.path();
     for (const char* name : {"data", "tmp", "files", "schemas"})
         QDir(folder).mkdir(QLatin1String(name));
@@ -133,5 +138,5 @@ void ServerForTests::restart()
 plotix::ServerAddress ServerForTests::newSite()
 {
     return plotix::ServerAddress::parsed(
-        QStringLiteral("clickhouse://127.0.0.1:%1/plotix/site%2").arg(m_port).arg(++m_sites));
+        QStringLiteral("clickhouse://127.0.0.1:%1/plotix/site%2_%3").arg(m_port).arg(::getpid()).arg(++m_sites));
 }

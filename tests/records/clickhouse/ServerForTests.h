@@ -8,7 +8,8 @@
 #include <memory>
 
 /// A database server of this program's own, on loopback, in a folder of its own. Started when it is first asked for,
-/// ended with the program. The main thread starts it.
+/// ended with the program. The main thread starts it. With PLOTIX_TEST_CLICKHOUSE_PORT set it is the one that listens
+/// there.
 class ServerForTests {
 public:
     static ServerForTests& running();
@@ -18,8 +19,9 @@ public:
     /// Of a site that nobody else has.
     plotix::ServerAddress newSite();
 
-    void kill();     ///< as a machine that loses its power
-    void restart();  ///< with the same data
+    bool isOwn() const { return m_isOwn; }  ///< only then it can be killed
+    void kill();                            ///< as a machine that loses its power
+    void restart();                         ///< with the same data
 
 private:
     ServerForTests();
@@ -28,5 +30,6 @@ private:
     QTemporaryDir m_folder;
     quint16 m_port = 0, m_tcpPort = 0, m_interserverPort = 0;
     QProcess m_process;
+    bool m_isOwn = true;
     int m_sites = 0;
 };
