@@ -34,7 +34,7 @@ DeskWatch::~DeskWatch()
 void DeskWatch::run()
 {
     std::unique_lock lock(m_mutex);
-    while (!m_changed.wait_for(lock, kLookEvery, [this] { return m_ends; })) {
+    while (!m_changed.wait_for(lock, kLookEvery, [this] { return m_ends.load(); })) {
         lock.unlock();
         try {
             look();

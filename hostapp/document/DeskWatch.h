@@ -2,6 +2,7 @@
 
 #include <QtCore/QString>
 
+#include <atomic>
 #include <condition_variable>
 #include <mutex>
 #include <thread>
@@ -26,7 +27,7 @@ private:
     const QString m_desk, m_address;
     std::mutex m_mutex;
     std::condition_variable m_changed;
-    bool m_ends = false;  // under the mutex
+    std::atomic<bool> m_ends = false;  // changed under the mutex
     std::thread m_thread;
 };
 

@@ -5,6 +5,7 @@
 #include "records/clickhouse/ServerStamps.h"
 
 #include <algorithm>
+#include <atomic>
 #include <chrono>
 #include <condition_variable>
 #include <map>
@@ -143,7 +144,8 @@ private:
     void run()
     {
         std::unique_lock lock(m_mutex);
-        for (std::uint64_t renewed = 2; !m_changed.wait_for(lock, kRenewal, [this] { return m_ends; }); ++renewed) {
+        for (std::uint64_t renewed = 2; !m_changed.wait_for(lock, kRenewal, [this] { return m_ends.load(); });
+             ++renewed) {
             lock.unlock();
             try {
                 const SiteOnServer::Lease server = m_site->lease();
@@ -158,7 +160,7 @@ private:
     const std::uint64_t m_claim;
     std::mutex m_mutex;
     std::condition_variable m_changed;
-    bool m_ends = false;  // under the mutex
+    std::atomic<bool> m_ends = false;  // changed under the mutex
     std::thread m_thread;
 };
 
