@@ -7,7 +7,7 @@ namespace plotix {
 
 bool isServerAddress(const QString& place)
 {
-    return place.contains(QLatin1String("://"));
+    return ServerAddress::isOne(place);
 }
 
 std::shared_ptr<StoreServer> storeServer(const QString& address)

@@ -176,7 +176,7 @@ void storeAnnotations(Database& database, const SiteCatalogue& catalogue)
     }
 }
 
-/// The same.
+/// All but trends, with the ids that they have.
 void storeRows(Database& database, const SiteCatalogue& catalogue)
 {
     SiteStore tables(database);

@@ -46,13 +46,6 @@ void addPieces(const RecordsView& records, std::vector<AgentReading::Piece>& to)
     }
 }
 
-RecordsView within(const RecordsView& records, double begin, double end)
-{
-    const double* const first = std::lower_bound(records.times, records.times + records.size, begin);
-    const double* const last = std::upper_bound(first, records.times + records.size, end);
-    return records.slice(static_cast<std::size_t>(first - records.times), static_cast<std::size_t>(last - first));
-}
-
 /// A condition that leaves out most young records that the chunks have taken in. They are known to be taken in anyway;
 /// a day of them need not come, that is all.
 std::string notTaken(const std::vector<StoredChunk>& chunks)
@@ -204,7 +197,7 @@ std::vector<AgentReading::Piece> AgentReading::pieces(const Rows& rows, double f
         }
         endLoose();
         const Records all = chunk.n > 0 ? recordsOf(chunk, properties) : Records();
-        const Records now = joined(within(all.view(), stretch.begin, stretch.end), std::move(onIt), properties);
+        const Records now = joined(all.view().between(stretch.begin, stretch.end), std::move(onIt), properties);
         addPieces(now.view(), pieces);
     }
     takeLoose([](double) { return true; });

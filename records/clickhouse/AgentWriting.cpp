@@ -18,19 +18,12 @@ double before(double time)
     return std::nextafter(time, -kInfinity);
 }
 
-RecordsView within(const RecordsView& records, double begin, double end)
-{
-    const double* const first = std::lower_bound(records.times, records.times + records.size, begin);
-    const double* const last = std::upper_bound(first, records.times + records.size, end);
-    return records.slice(static_cast<std::size_t>(first - records.times), static_cast<std::size_t>(last - first));
-}
-
 /// Of the blocks' records in [begin, end]: how many, and the first and last time.
 struct Fresh {
     Fresh(const std::vector<Records>& blocks, double begin, double end)
     {
         for (const Records& block : blocks) {
-            const RecordsView some = within(block.view(), begin, end);
+            const RecordsView some = block.view().between(begin, end);
             if (some.size == 0)
                 continue;
             first = std::min(first, some.times[0]);
@@ -54,7 +47,7 @@ Records AgentWriting::recordsIn(const AgentReading::Rows& rows, const Region& re
             all.append(piece.records.view());
     }
     Records inside;
-    inside.append(within(all.view(), region.begin, region.end));
+    inside.append(all.view().between(region.begin, region.end));
     return inside;
 }
 
@@ -109,7 +102,7 @@ void AgentWriting::merge(const std::vector<Records>& blocks)
     for (const Region& region : regions) {
         Records now = isNew ? Records() : recordsIn(rows, region);
         for (const Records& block : blocks) {
-            const RecordsView some = within(block.view(), region.begin, region.end);
+            const RecordsView some = block.view().between(region.begin, region.end);
             if (some.size == 0)
                 continue;
             if (now.isEmpty())
@@ -194,7 +187,7 @@ std::size_t AgentWriting::dropBefore(double time)
             continue;
         }
         const Records records = piece.chunk ? m_reading.recordsOf(*piece.chunk, &none) : piece.records;
-        dropped += within(records.view(), -kInfinity, last).size;
+        dropped += records.view().between(-kInfinity, last).size;
     }
     if (dropped == 0)
         return 0;

@@ -13,19 +13,7 @@ using Source = RecordIndex::Source;
 
 ColumnIndex asAsked(ColumnIndex index, bool withRuns)
 {
-    if (withRuns)
-        return index;
-    index.runLength = 0;
-    index.runs.clear();
-    index.sums = {};
-    return index;
-}
-
-ColumnIndex nothingIn(std::size_t count)
-{
-    ColumnIndex index;
-    index.count = count;
-    return index;
+    return withRuns ? std::move(index) : std::move(index).withoutRuns();
 }
 
 indexcodec::Owner ownerOf(const StoredChunk& chunk, RowId property)
@@ -34,13 +22,6 @@ indexcodec::Owner ownerOf(const StoredChunk& chunk, RowId property)
 }
 
 }  // namespace
-
-const RecordsView::Column* ChunkIndexes::columnOf(const RecordsView& records, RowId property)
-{
-    const auto found = std::find_if(records.columns.begin(), records.columns.end(),
-                                    [&](const RecordsView::Column& each) { return each.property == property; });
-    return found == records.columns.end() ? nullptr : &*found;
-}
 
 void ChunkIndexes::eachRow(std::span<const StoredChunk* const> chunks, const std::vector<RowId>& properties,
                            bool withRuns, const TakeRow& take)
@@ -83,8 +64,8 @@ RecordIndex::Column ChunkIndexes::workedOut(const StoredChunk& chunk, RowId prop
     const std::vector<RowId> asked{property};
     const Records records = m_reading.recordsOf(chunk, &asked);
     const RecordsView view = records.view();
-    const RecordsView::Column* column = columnOf(view, property);
-    return {property, source, column ? asAsked(indexOf(*column, chunk.n), withRuns) : nothingIn(chunk.n)};
+    const RecordsView::Column* column = view.find(property);
+    return {property, source, column ? asAsked(indexOf(*column, chunk.n), withRuns) : ColumnIndex::ofNothing(chunk.n)};
 }
 
 std::vector<RecordIndex::Piece> ChunkIndexes::of(std::span<const AgentReading::Piece> pieces,
@@ -100,10 +81,10 @@ std::vector<RecordIndex::Piece> ChunkIndexes::of(std::span<const AgentReading::P
         found[i] = {pieces[i].t0, pieces[i].t1, pieces[i].n, {}, {}};
         const RecordsView view = pieces[i].records.view();
         for (const RowId property : properties) {
-            const RecordsView::Column* column = columnOf(view, property);
+            const RecordsView::Column* column = view.find(property);
             found[i].columns.push_back(
                 {property, pieces[i].chunk ? Source::Index : Source::Records,
-                 column ? asAsked(indexOf(*column, view.size), withRuns) : nothingIn(pieces[i].n)});
+                 column ? asAsked(indexOf(*column, view.size), withRuns) : ColumnIndex::ofNothing(pieces[i].n)});
         }
         if (!pieces[i].chunk) {
             if (withRuns)
@@ -171,7 +152,7 @@ std::vector<std::vector<Summary>> ChunkIndexes::summariesOf(std::span<const Agen
         }
         const RecordsView view = pieces[i].records.view();
         for (std::size_t place = 0; place < properties.size(); ++place)
-            if (const RecordsView::Column* column = columnOf(view, properties[place]))
+            if (const RecordsView::Column* column = view.find(properties[place]))
                 found[place][i] = summaryOf(*column, view.size);
     }
     std::vector<std::pair<std::size_t, RowId>> damaged;
@@ -191,7 +172,7 @@ std::vector<std::vector<Summary>> ChunkIndexes::summariesOf(std::span<const Agen
         const RecordsView view = records.view();
         for (std::size_t place = 0; place < properties.size(); ++place)
             if (properties[place] == property)
-                found[place][pieceOf[chunk]] = summaryOf(*columnOf(view, property), view.size);
+                found[place][pieceOf[chunk]] = summaryOf(*view.find(property), view.size);
     }
     return found;
 }

@@ -29,9 +29,6 @@ public:
     std::vector<std::vector<Summary>> summariesOf(std::span<const AgentReading::Piece> pieces,
                                                   const std::vector<RowId>& properties);
 
-    /// A column of records in memory; null: they have none.
-    static const RecordsView::Column* columnOf(const RecordsView& records, RowId property);
-
 private:
     using TakeRow = std::function<void(std::size_t chunk, RowId property, const Summary& summary,
                                        std::span<const std::byte> whole, std::span<const std::byte> runs)>;

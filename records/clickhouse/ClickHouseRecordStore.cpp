@@ -34,6 +34,27 @@ std::vector<RowId> listOf(std::span<const RowId> properties)
     return {properties.begin(), properties.end()};
 }
 
+/// What an agent has in a span at one moment. Columns in memory are those asked for.
+struct Look {
+    Look(SiteOnServer& of, RowId ofAgent, const Bounds& bounds, const std::vector<RowId>& asked)
+        : site(of),
+          agent(ofAgent),
+          server(of.lease()),
+          reading(*server, of.tables(), ofAgent),
+          rows(reading.rows(bounds.from, bounds.to)),
+          pieces(reading.pieces(rows, bounds.from, bounds.to, &asked))
+    {
+    }
+    ChunkIndexes indexes() const { return {*server, site.tables(), agent}; }
+
+    SiteOnServer& site;
+    RowId agent;
+    SiteOnServer::Lease server;
+    AgentReading reading;
+    AgentReading::Rows rows;
+    std::vector<Piece> pieces;  ///< of the rows
+};
+
 /// The pieces without their records outside [from, to].
 void cut(AgentReading& reading, const Bounds& bounds, const std::vector<RowId>& properties, std::vector<Piece>& pieces)
 {
@@ -41,11 +62,8 @@ void cut(AgentReading& reading, const Bounds& bounds, const std::vector<RowId>& 
         if (piece.t0 >= bounds.from && piece.t1 <= bounds.to)
             continue;
         const Records all = piece.chunk ? reading.recordsOf(*piece.chunk, &properties) : std::move(piece.records);
-        const RecordsView view = all.view();
-        const double* const first = std::lower_bound(view.times, view.times + view.size, bounds.from);
-        const double* const last = std::upper_bound(first, view.times + view.size, bounds.to);
         Records left;
-        left.append(view.slice(static_cast<std::size_t>(first - view.times), static_cast<std::size_t>(last - first)));
+        left.append(all.view().between(bounds.from, bounds.to));
         piece = {};
         piece.n = left.size();
         if (piece.n > 0) {
@@ -73,7 +91,7 @@ public:
     {
         std::copy_n(records.times, records.size, m_times.begin() + static_cast<std::ptrdiff_t>(target));
         for (Column& column : m_columns)
-            if (const RecordsView::Column* from = ChunkIndexes::columnOf(records, column.property)) {
+            if (const RecordsView::Column* from = records.find(column.property)) {
                 std::copy_n(from->values, records.size, column.values.begin() + static_cast<std::ptrdiff_t>(target));
                 bits::copy(from->valid, from->firstValid, column.valid.data(), target, records.size);
             }
@@ -116,14 +134,10 @@ private:
 
 std::optional<RecordExtent> ClickHouseRecordStore::extent(RowId agent)
 {
-    const SiteOnServer::Lease server = m_site->lease();
-    AgentReading reading(*server, m_site->tables(), agent);
-    const AgentReading::Rows rows = reading.rows(-kInfinity, kInfinity);
-    const std::vector<RowId> none;
-    const std::vector<Piece> pieces = reading.pieces(rows, -kInfinity, kInfinity, &none);
-    if (pieces.empty())
+    const Look look(*m_site, agent, Bounds({}, {}), {});
+    if (look.pieces.empty())
         return std::nullopt;
-    return RecordExtent{pieces.front().t0, pieces.back().t1};
+    return RecordExtent{look.pieces.front().t0, look.pieces.back().t1};
 }
 
 std::optional<RecordExtent> ClickHouseRecordStore::extent()
@@ -144,13 +158,10 @@ RecordOverview ClickHouseRecordStore::overview(RowId agent, std::span<const RowI
 {
     const Bounds bounds(from, to);
     const std::vector<RowId> asked = listOf(properties);
-    const SiteOnServer::Lease server = m_site->lease();
-    AgentReading reading(*server, m_site->tables(), agent);
-    const AgentReading::Rows rows = reading.rows(bounds.from, bounds.to);
-    const std::vector<Piece> pieces = reading.pieces(rows, bounds.from, bounds.to, &asked);
-    const auto summaries = ChunkIndexes(*server, m_site->tables(), agent).summariesOf(pieces, asked);
+    const Look look(*m_site, agent, bounds, asked);
+    const auto summaries = look.indexes().summariesOf(look.pieces, asked);
     RecordOverview overview;
-    for (const Piece& piece : pieces)
+    for (const Piece& piece : look.pieces)
         overview.runs.push_back({piece.t0, piece.t1, piece.n});
     for (std::size_t i = 0; i < asked.size(); ++i) {
         RecordOverview::Column& column = overview.columns.emplace_back(RecordOverview::Column{asked[i], {}});
@@ -165,11 +176,8 @@ RecordIndex ClickHouseRecordStore::index(RowId agent, std::span<const RowId> pro
 {
     const Bounds bounds(from, to);
     const std::vector<RowId> asked = listOf(properties);
-    const SiteOnServer::Lease server = m_site->lease();
-    AgentReading reading(*server, m_site->tables(), agent);
-    const AgentReading::Rows rows = reading.rows(bounds.from, bounds.to);
-    const std::vector<Piece> pieces = reading.pieces(rows, bounds.from, bounds.to, &asked);
-    return {ChunkIndexes(*server, m_site->tables(), agent).of(pieces, asked, detail)};
+    const Look look(*m_site, agent, bounds, asked);
+    return {look.indexes().of(look.pieces, asked, detail)};
 }
 
 std::optional<RecordBlock> ClickHouseRecordStore::read(RowId agent, std::span<const RowId> properties,
@@ -180,20 +188,17 @@ std::optional<RecordBlock> ClickHouseRecordStore::read(RowId agent, std::span<co
         return std::nullopt;
     const Bounds bounds(from, to);
     const std::vector<RowId> asked = listOf(properties);
-    const SiteOnServer::Lease server = m_site->lease();
-    AgentReading reading(*server, m_site->tables(), agent);
-    const AgentReading::Rows rows = reading.rows(bounds.from, bounds.to);
-    std::vector<Piece> pieces = reading.pieces(rows, bounds.from, bounds.to, &asked);
-    cut(reading, bounds, asked, pieces);
+    Look look(*m_site, agent, bounds, asked);
+    cut(look.reading, bounds, asked, look.pieces);
 
     std::size_t records = 0;
-    for (const Piece& piece : pieces)
+    for (const Piece& piece : look.pieces)
         records += piece.n;
     ColumnsInWork columns(asked, records);
     std::vector<const StoredChunk*> chunks;
     std::vector<std::size_t> targets;
     std::size_t target = 0, inChunks = 0;
-    for (const Piece& piece : pieces) {
+    for (const Piece& piece : look.pieces) {
         if (piece.chunk) {
             chunks.push_back(piece.chunk);
             targets.push_back(target);
@@ -206,19 +211,19 @@ std::optional<RecordBlock> ClickHouseRecordStore::read(RowId agent, std::span<co
     const double all = static_cast<double>(inChunks) * static_cast<double>(asked.size() + 1);
     double done = 0;
     std::vector<std::uint64_t> words;
-    const bool isDone = reading.segments(
+    const bool isDone = look.reading.segments(
         chunks, &asked,
         [&](std::size_t at, RowId property, const AgentReading::Segment& segment) {
             const StoredChunk& chunk = *chunks[at];
             done += static_cast<double>(chunk.n);
             if (property == kTimes) {
-                reading.decode(chunk, property, segment, 0, columns.times(targets[at], chunk.n), words);
-                reading.requireTimes(chunk, columns.times(targets[at], chunk.n));
+                look.reading.decode(chunk, property, segment, 0, columns.times(targets[at], chunk.n), words);
+                look.reading.requireTimes(chunk, columns.times(targets[at], chunk.n));
                 return;
             }
             columns.each(property, targets[at], chunk.n,
                          [&](std::span<double> values, std::vector<std::uint64_t>& valid) {
-                             reading.decode(chunk, property, segment, 0, values, words);
+                             look.reading.decode(chunk, property, segment, 0, values, words);
                              bits::copy(words.data(), 0, valid.data(), targets[at], chunk.n);
                          });
         },
@@ -241,11 +246,11 @@ std::optional<RecordColumns> ClickHouseRecordStore::columns(RowId agent, std::sp
     span->site = m_site;
     span->agent = agent;
     {
-        const SiteOnServer::Lease server = m_site->lease();
-        AgentReading reading(*server, m_site->tables(), agent);
-        span->rows = reading.rows(bounds.from, bounds.to);
-        span->pieces = reading.pieces(span->rows, bounds.from, bounds.to, &asked);
-        cut(reading, bounds, asked, span->pieces);
+        Look look(*m_site, agent, bounds, asked);
+        cut(look.reading, bounds, asked, look.pieces);
+        // Moved, the rows stay where they are, and so does what the pieces refer to.
+        span->rows = std::move(look.rows);
+        span->pieces = std::move(look.pieces);
     }
     span->begin.push_back(0);
     for (const Piece& piece : span->pieces)
@@ -265,16 +270,13 @@ ColumnStatistics ClickHouseRecordStore::statistics(RowId agent, RowId property, 
 {
     const Bounds bounds(from, to);
     const std::vector<RowId> asked{property};
-    const SiteOnServer::Lease server = m_site->lease();
-    AgentReading reading(*server, m_site->tables(), agent);
-    const AgentReading::Rows rows = reading.rows(bounds.from, bounds.to);
-    std::vector<Piece> pieces = reading.pieces(rows, bounds.from, bounds.to, &asked);
-    cut(reading, bounds, asked, pieces);
+    Look look(*m_site, agent, bounds, asked);
+    cut(look.reading, bounds, asked, look.pieces);
     if (source == StatisticsFrom::Values)
-        for (Piece& piece : pieces)
+        for (Piece& piece : look.pieces)
             if (piece.chunk)
-                piece.records = reading.recordsOf(*std::exchange(piece.chunk, nullptr), &asked);
-    const auto summaries = ChunkIndexes(*server, m_site->tables(), agent).summariesOf(pieces, asked);
+                piece.records = look.reading.recordsOf(*std::exchange(piece.chunk, nullptr), &asked);
+    const auto summaries = look.indexes().summariesOf(look.pieces, asked);
     Summary sum;
     for (const Summary& each : summaries[0])
         sum.add(each);

@@ -15,12 +15,6 @@ namespace {
 constexpr double kInfinity = std::numeric_limits<double>::infinity();
 constexpr std::size_t kRun = ColumnKernels::kRun;
 
-/// Whether all runs have the figures of the whole, however long they are.
-bool isEverywhereTheSame(const RunFigures& whole, std::size_t count)
-{
-    return whole.valid == 0 || (whole.valid == count && whole.least.value == whole.greatest.value);
-}
-
 /// What the column's runs are a multiple of; 0: anything.
 std::size_t lengthOfRuns(const ColumnIndex& index)
 {
@@ -143,7 +137,7 @@ void ServerPages::copy(std::size_t piece, std::size_t first, std::size_t end) co
         std::copy_n(records.times + skipped, end - first, m_values + first);
         return;
     }
-    const RecordsView::Column* column = ChunkIndexes::columnOf(records, m_property);
+    const RecordsView::Column* column = records.find(m_property);
     if (!column)
         return standIn(piece, first, end);
     std::copy_n(column->values + skipped, end - first, m_values + first);

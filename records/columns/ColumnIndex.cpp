@@ -8,6 +8,7 @@
 #include <bit>
 #include <cmath>
 #include <limits>
+#include <utility>
 
 namespace plotix {
 
@@ -153,6 +154,21 @@ ExactTotal ColumnIndex::sumOf(std::size_t run) const
     ExactTotal total = writtenTotal(sums, run);
     addInfinities(runs[run], total);
     return total;
+}
+
+ColumnIndex ColumnIndex::ofNothing(std::size_t count)
+{
+    ColumnIndex index;
+    index.count = count;
+    return index;
+}
+
+ColumnIndex ColumnIndex::withoutRuns() &&
+{
+    runLength = 0;
+    runs.clear();
+    sums = {};
+    return std::move(*this);
 }
 
 ColumnIndex ColumnIndex::coarser() const

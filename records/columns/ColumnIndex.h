@@ -28,6 +28,12 @@ struct RunFigures {
 
 bool isSame(const RunFigures& one, const RunFigures& other);  ///< bit for bit
 
+/// Whether all runs of a stretch of so many elements have its figures, however they are cut.
+inline bool isEverywhereTheSame(const RunFigures& whole, std::size_t count)
+{
+    return whole.valid == 0 || (whole.valid == count && whole.least.value == whole.greatest.value);
+}
+
 /// Exact sums of successive runs, as bytes of whole numbers that all begin at the same place; see ExactTotal. Sums have
 /// no infinities: whether a run has some, its extremes tell.
 struct RunSums {
@@ -45,10 +51,15 @@ struct ColumnIndex {
     std::vector<RunFigures> runs;
     RunSums sums;  ///< of the runs
 
+    /// Of so many elements none of which is valid, without runs.
+    static ColumnIndex ofNothing(std::size_t count);
+
     /// Of one run. Requires: run < runs.size().
     ExactTotal sumOf(std::size_t run) const;
     /// With runs twice as long. Requires: there are runs.
     ColumnIndex coarser() const;
+    /// What is said of the whole column alone.
+    ColumnIndex withoutRuns() &&;
     /// Whether both say the same; runs count only where both have them, of one length.
     bool agreesWith(const ColumnIndex& other) const;
 };

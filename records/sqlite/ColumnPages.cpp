@@ -131,9 +131,8 @@ private:
             std::copy_n(tail.times + first, count, into.at(at));
             return;
         }
-        const auto column = std::find_if(tail.columns.begin(), tail.columns.end(),
-                                         [&](const auto& each) { return each.property == m_pages.m_kind.property; });
-        if (column == tail.columns.end()) {
+        const RecordsView::Column* column = tail.find(m_pages.m_kind.property);
+        if (!column) {
             writeAbsent({{}, 0, count, at}, into);
             return;
         }

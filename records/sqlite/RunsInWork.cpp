@@ -31,12 +31,6 @@ Extremes extremesOf(const RunFigures& figures)
     return {figures.least.value, figures.greatest.value, figures.first.at == 0 ? figures.first.value : absentValue()};
 }
 
-/// Whether all runs have the figures of the whole, however long they are.
-bool isEverywhereTheSame(const RunFigures& whole, std::size_t count)
-{
-    return whole.valid == 0 || (whole.valid == count && whole.least.value == whole.greatest.value);
-}
-
 /// What its runs are a multiple of; 0: anything.
 std::size_t lengthOfRuns(const Found& column, std::size_t count)
 {
@@ -240,10 +234,8 @@ KnownRuns RunsInWork::ofTail(const RecordsView& tail, std::size_t first)
     KnownRuns known(m_properties.size(), tail.size, 1);
     std::vector<Found> found(m_properties.size());
     for (std::size_t place = 0; place < m_properties.size(); ++place) {
-        const auto column =
-            std::find_if(tail.columns.begin(), tail.columns.end(),
-                         [&](const RecordsView::Column& each) { return each.property == m_properties[place]; });
-        const bool isAbsent = column == tail.columns.end();
+        const RecordsView::Column* column = tail.find(m_properties[place]);
+        const bool isAbsent = column == nullptr;
         known.columns[place].absent.push_back(isAbsent);
         known.columns[place].isAllValid = !isAbsent && bits::allSet(column->valid, column->firstValid, tail.size);
         if (!isAbsent)

@@ -15,27 +15,14 @@ constexpr std::size_t kChunksAtOnce = 64;
 
 ColumnIndex asAsked(ColumnIndex index, bool withRuns)
 {
-    if (withRuns)
-        return index;
-    index.runLength = 0;
-    index.runs.clear();
-    index.sums = {};
-    return index;
-}
-
-ColumnIndex nothingIn(std::size_t count)
-{
-    ColumnIndex index;
-    index.count = count;
-    return index;
+    return withRuns ? std::move(index) : std::move(index).withoutRuns();
 }
 
 RecordIndex::Column ofTail(const RecordsView& tail, RowId property, bool withRuns)
 {
-    const auto found = std::find_if(tail.columns.begin(), tail.columns.end(),
-                                    [&](const RecordsView::Column& each) { return each.property == property; });
+    const RecordsView::Column* column = tail.find(property);
     return {property, Source::Records,
-            found == tail.columns.end() ? nothingIn(tail.size) : asAsked(indexOf(*found, tail.size), withRuns)};
+            column ? asAsked(indexOf(*column, tail.size), withRuns) : ColumnIndex::ofNothing(tail.size)};
 }
 
 }  // namespace
@@ -84,7 +71,7 @@ RecordIndex::Column SqliteReader::indexOfColumn(SegmentReader& segments, const C
         return {property, Source::Index, std::move(stored.index)};
     std::vector<double> values(chunk.n);
     if (!segments.read({chunk, 0, chunk.n, 0}, property, values.data()))
-        return {property, Source::Index, nothingIn(chunk.n)};
+        return {property, Source::Index, ColumnIndex::ofNothing(chunk.n)};
     return {property, stored.state == IndexStore::State::Damaged ? Source::DamagedIndex : Source::Records,
             asAsked(indexOf({values.data(), segments.valid(), 0}, chunk.n), withRuns)};
 }

@@ -32,14 +32,6 @@ std::vector<Origin> mergeOrder(const RecordsView& old, const RecordsView& fresh)
     return order;
 }
 
-const RecordsView::Column* find(const RecordsView& records, RowId property)
-{
-    for (const RecordsView::Column& column : records.columns)
-        if (column.property == property)
-            return &column;
-    return nullptr;
-}
-
 bool hasElement(const RecordsView& records, std::size_t index)
 {
     const double absent = absentValue();
@@ -73,6 +65,20 @@ RecordsView RecordsView::slice(std::size_t first, std::size_t count) const
         column.firstValid += first;
     }
     return part;
+}
+
+RecordsView RecordsView::between(double from, double to) const
+{
+    const double* const first = std::lower_bound(times, times + size, from);
+    const double* const last = std::upper_bound(first, times + size, to);
+    return slice(static_cast<std::size_t>(first - times), static_cast<std::size_t>(last - first));
+}
+
+const RecordsView::Column* RecordsView::find(RowId property) const
+{
+    const auto found = std::find_if(columns.begin(), columns.end(),
+                                    [property](const Column& each) { return each.property == property; });
+    return found == columns.end() ? nullptr : &*found;
 }
 
 bool RecordsView::isOrdered() const
@@ -109,7 +115,7 @@ void Records::append(const RecordsView& records)
     m_times.insert(m_times.end(), records.times, records.times + records.size);
     for (Column& column : m_columns) {
         column.valid.resize(bits::wordsFor(size()), 0);
-        const RecordsView::Column* added = find(records, column.property);
+        const RecordsView::Column* added = records.find(column.property);
         if (!added) {
             column.values.resize(size(), absentValue());
             continue;
@@ -186,8 +192,8 @@ Records Records::merged(const RecordsView& old, const RecordsView& fresh)
         for (const RecordsView::Column& column : source->columns)
             result.column(column.property);
     for (Column& column : result.m_columns) {
-        const RecordsView::Column* before = find(old, column.property);
-        const RecordsView::Column* after = find(fresh, column.property);
+        const RecordsView::Column* before = old.find(column.property);
+        const RecordsView::Column* after = fresh.find(column.property);
         for (std::size_t i = 0; i < order.size(); ++i)
             if (after && order[i].fresh != kNone)
                 take(*after, order[i].fresh, column, i);

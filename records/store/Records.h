@@ -24,6 +24,9 @@ struct RecordsView {
 
     static RecordsView of(const RecordBlock& block);
     RecordsView slice(std::size_t first, std::size_t count) const;
+    /// Those with from ≤ time ≤ to. Requires: they are ordered.
+    RecordsView between(double from, double to) const;
+    const Column* find(RowId property) const;  ///< null: there is none
     bool isOrdered() const;
 };
 
