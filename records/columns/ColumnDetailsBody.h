@@ -9,7 +9,37 @@ constexpr int kMostExponent = 1000;
 constexpr int kRoom = 9;            // bits by which a sum may be longer than its values
 constexpr int kTaken = 52 - kRoom;  // bits that the upper part takes of each value
 
-ColumnKernels::Details details(const double* values, const std::uint64_t* bits, const ColumnKernels::Sum& sum)
+/// The first of the values that equals `wanted` and, with `bits`, counts. Requires: there is one.
+template <bool kAllCount>
+std::size_t placeOf(double wanted, const double* values, const std::uint64_t* bits)
+{
+    constexpr std::size_t kRowsAtOnce = 4;
+    const RowBits lanes;
+    const Reals sought = hn::Set(kReals, wanted);
+    const auto isFound = [&](std::size_t row, std::size_t part) HWY_ATTR {
+        const auto isSame = hn::Eq(hn::LoadU(kReals, values + row * kRow + part * kLanes), sought);
+        if constexpr (kAllCount)
+            return isSame;
+        else
+            return hn::And(isSame, lanes.mask(bits[row / 8], row % 8, part));
+    };
+    for (std::size_t first = 0; first < kRun / kRow; first += kRowsAtOnce) {
+        auto any = isFound(first, 0);
+        unrolled<kRowsAtOnce * kParts>(
+            [&](auto each) HWY_ATTR { any = hn::Or(any, isFound(first + each / kParts, each % kParts)); });
+        if (hn::AllFalse(kReals, any))
+            continue;
+        for (std::size_t each = 0; each < kRowsAtOnce * kParts; ++each) {
+            const auto found = hn::FindFirstTrue(kReals, isFound(first + each / kParts, each % kParts));
+            if (found >= 0)
+                return first * kRow + each * kLanes + static_cast<std::size_t>(found);
+        }
+    }
+    return kRun;
+}
+
+template <bool kAllCount>
+ColumnKernels::Details detailsOf(const double* values, const std::uint64_t* bits, const ColumnKernels::Sum& sum)
 {
     const double magnitude = std::max(std::abs(sum.minimum), std::abs(sum.maximum));
     int exponent = kLeastExponent;
@@ -19,43 +49,25 @@ ColumnKernels::Details details(const double* values, const std::uint64_t* bits, 
         std::isfinite(magnitude) && (magnitude == 0 || exponent > kLeastExponent) && exponent < kMostExponent;
     const Reals upper = hn::Set(kReals, isInRange ? std::ldexp(1.5, exponent + kRoom) : 0);
     const Reals lower = hn::Set(kReals, isInRange ? std::ldexp(1.5, exponent - kTaken + kRoom) : 0);
-    const Reals least = hn::Set(kReals, sum.minimum);
-    const Reals greatest = hn::Set(kReals, sum.maximum);
-    const Reals nowhere = hn::Set(kReals, static_cast<double>(kRun));
     const RowBits lanes;
-
-    double first[kRow];
-    for (std::size_t i = 0; i < kRow; ++i)
-        first[i] = static_cast<double>(i);
-    Reals places[kParts];
     Reals highs[kParts];
     Reals lows[kParts];
-    Reals leastAt[kParts];
-    Reals greatestAt[kParts];
     Words left = hn::Zero(kWords);
-    for (std::size_t part = 0; part < kParts; ++part) {
-        places[part] = hn::LoadU(kReals, first + part * kLanes);
+    for (std::size_t part = 0; part < kParts; ++part)
         highs[part] = lows[part] = hn::Zero(kReals);
-        leastAt[part] = greatestAt[part] = nowhere;
-    }
-    const Reals step = hn::Set(kReals, static_cast<double>(kRow));
     for (std::size_t row = 0; row < kRun / kRow; ++row) {
-        for (std::size_t part = 0; part < kParts; ++part) {
-            const Reals value = hn::LoadU(kReals, values + row * kRow + part * kLanes);
-            const auto isThere = hn::And(lanes.mask(bits[row / 8], row % 8, part), hn::Eq(value, value));
-            const auto isLeast = hn::And(isThere, hn::Eq(value, least));
-            const auto isGreatest = hn::And(isThere, hn::Eq(value, greatest));
-            leastAt[part] = hn::Min(leastAt[part], hn::IfThenElse(isLeast, places[part], nowhere));
-            greatestAt[part] = hn::Min(greatestAt[part], hn::IfThenElse(isGreatest, places[part], nowhere));
-            places[part] = hn::Add(places[part], step);
-            const Reals added = hn::IfThenElseZero(isThere, value);
+        unrolled<kParts>([&](auto part) HWY_ATTR {
+            Reals added = hn::LoadU(kReals, values + row * kRow + part * kLanes);
+            if constexpr (!kAllCount)
+                added =
+                    hn::IfThenElseZero(hn::And(lanes.mask(bits[row / 8], row % 8, part), hn::Eq(added, added)), added);
             const Reals high = hn::Sub(hn::Add(added, upper), upper);
             const Reals rest = hn::Sub(added, high);
             const Reals low = hn::Sub(hn::Add(rest, lower), lower);
             left = hn::Or(left, hn::BitCast(kWords, hn::Sub(rest, low)));
             highs[part] = hn::Add(highs[part], high);
             lows[part] = hn::Add(lows[part], low);
-        }
+        });
     }
     ColumnKernels::Details found;
     std::uint64_t any = 0;
@@ -63,26 +75,22 @@ ColumnKernels::Details details(const double* values, const std::uint64_t* bits, 
     hn::StoreU(left, kWords, words);
     for (const std::uint64_t word : words)
         any |= word << 1;  // a difference of −0.0 is none
-    double leastPlace = static_cast<double>(kRun);
-    double greatestPlace = leastPlace;
     for (std::size_t part = 0; part < kParts; ++part) {
         double each[kLanes];
-        const auto read = [&](Reals from) { hn::StoreU(from, kReals, each); };
-        read(highs[part]);
+        hn::StoreU(highs[part], kReals, each);
         for (const double high : each)
             found.high += high;
-        read(lows[part]);
+        hn::StoreU(lows[part], kReals, each);
         for (const double low : each)
             found.low += low;
-        read(leastAt[part]);
-        for (const double place : each)
-            leastPlace = std::min(leastPlace, place);
-        read(greatestAt[part]);
-        for (const double place : each)
-            greatestPlace = std::min(greatestPlace, place);
     }
-    found.leastAt = static_cast<std::size_t>(leastPlace);
-    found.greatestAt = static_cast<std::size_t>(greatestPlace);
+    found.leastAt = placeOf<kAllCount>(sum.minimum, values, bits);
+    found.greatestAt = placeOf<kAllCount>(sum.maximum, values, bits);
     found.isExact = isInRange && any == 0;
     return found;
+}
+
+ColumnKernels::Details details(const double* values, const std::uint64_t* bits, const ColumnKernels::Sum& sum)
+{
+    return sum.count == kRun ? detailsOf<true>(values, bits, sum) : detailsOf<false>(values, bits, sum);
 }

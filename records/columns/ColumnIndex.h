@@ -41,6 +41,7 @@ struct RunSums {
     std::vector<std::byte> bytes;   ///< `width` a run
 
     static RunSums of(std::span<const ExactTotal> totals);
+    std::span<const std::byte> bytesOf(std::size_t run) const { return std::span(bytes).subspan(run * width, width); }
 };
 
 struct ColumnIndex {

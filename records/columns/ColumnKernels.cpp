@@ -8,6 +8,7 @@
 #undef HWY_TARGET_INCLUDE
 #define HWY_TARGET_INCLUDE "records/columns/ColumnKernels.cpp"
 #include "base/vectors/Kernels.h"
+#include <hwy/cache_control.h>
 
 HWY_BEFORE_NAMESPACE();
 namespace plotix {

@@ -1,6 +1,8 @@
 // Packing of ColumnKernels. ColumnKernels.cpp includes this file once a target, in a namespace that says what a vector
 // is there; so it has no guard.
 
+constexpr std::size_t kAhead = 2 * kRun;  // values of a column that is met for the first time
+
 template <Form kForm>
 HWY_INLINE void quantise(const double* values, const ColumnKernels::Scale& scale, std::uint64_t* numbers,
                          std::uint64_t* exact)
@@ -12,6 +14,8 @@ HWY_INLINE void quantise(const double* values, const ColumnKernels::Scale& scale
     for (std::size_t word = 0; word < kMask; ++word) {
         Words found = hn::Zero(kWords);
         for (std::size_t row = 0; row < 8; ++row) {
+            // A run is a page of memory: processors fetch ahead inside a page, but not beyond it.
+            hwy::Prefetch(values + kAhead + word * 64 + row * kRow);
             for (std::size_t part = 0; part < kParts; ++part) {
                 const std::size_t at = word * 64 + row * kRow + part * kLanes;
                 const Reals value = hn::LoadU(kReals, values + at);

@@ -74,6 +74,7 @@ bool countsEveryElement(const ColumnIndex& index)
 codec::Encoded packedPoints(const ColumnIndex& index, schema::Codec packed)
 {
     std::vector<double> values;
+    values.reserve(index.runs.size() * 4);
     for (const auto point : {&RunFigures::first, &RunFigures::last, &RunFigures::least, &RunFigures::greatest})
         for (const RunFigures& run : index.runs)
             values.push_back(run.valid > 0 || values.empty() ? (run.*point).value : values.back());
@@ -126,6 +127,14 @@ void setPoints(const std::vector<double>& values, ColumnIndex& index)
     for (RunFigures& run : index.runs)
         if (run.valid == 0)
             run = {};
+}
+
+/// What the runs take at least: everything but the values of their points.
+std::size_t leastBytesOf(const ColumnIndex& index)
+{
+    const unsigned bits = kRunBits + static_cast<unsigned>(std::countr_zero(index.runLength / kRun));
+    const std::size_t places = index.runs.size() * (countsEveryElement(index) ? 2 * bits : 5 * bits + 1);
+    return sizeof(RunHead) + (places + 7) / 8 + index.sums.bytes.size() + checksum::kBytes;
 }
 
 std::vector<std::byte> written(const ColumnIndex& index, schema::Codec packed, const Owner& owner)
@@ -244,9 +253,11 @@ std::vector<std::byte> writtenRuns(const ColumnIndex& index, schema::Codec packe
 {
     ColumnIndex coarser;
     for (const ColumnIndex* each = &index; each->runs.size() > 1; each = &coarser) {
-        std::vector<std::byte> bytes = written(*each, packed, owner);
-        if (bytes.size() <= limit)
-            return bytes;
+        if (leastBytesOf(*each) <= limit) {
+            std::vector<std::byte> bytes = written(*each, packed, owner);
+            if (bytes.size() <= limit)
+                return bytes;
+        }
         coarser = each->coarser();
     }
     return {};

@@ -24,8 +24,17 @@ std::uint64_t patternOf(double value)
     return std::bit_cast<std::uint64_t>(value);
 }
 
+/// Processors fetch ahead inside a page of memory, which is a run, but not beyond it.
+void fetchNextRun(const double* values)
+{
+    constexpr std::size_t kLine = 8;
+    for (std::size_t i = 0; i < kRun; i += kLine)
+        __builtin_prefetch(values + kRun + i);
+}
+
 std::array<std::uint64_t, kMask> finiteAmong(const double* values)
 {
+    fetchNextRun(values);
     std::array<std::uint64_t, kMask> mask;
     mask.fill(~std::uint64_t{0});
     // Only an exponent that is all ones carries into the sign bit.
@@ -46,7 +55,6 @@ PackedEncoder::PackedEncoder(std::span<const double> values, const std::uint64_t
       m_valid(bits::allSet(valid, firstValid, values.size()) ? nullptr : valid),
       m_firstValid(firstValid),
       m_kernels(kernels),
-      m_numbers(PackedColumn::runsOf(values.size()) * kRun),
       m_fits(PackedColumn::runsOf(values.size())),
       m_plans(m_fits.size()),
       m_forms(m_fits.size())
@@ -96,6 +104,9 @@ std::vector<double> PackedEncoder::samples(bool isOnlyMisses) const
     std::vector<double> taken;
     const std::size_t from = isOnlyMisses ? m_misses.size() : m_values.size();
     const std::size_t step = std::max<std::size_t>(from / kSamples, 1);
+    // They lie far apart, and nobody has read them yet: fetched all at once.
+    for (std::size_t i = 0; !isOnlyMisses && i < from; i += step)
+        __builtin_prefetch(&m_values[i]);
     // With many gaps there are few samples: then every element is looked at.
     for (const std::size_t stride : {step, std::size_t{1}}) {
         taken.clear();

@@ -1,5 +1,6 @@
 // From whole numbers to bytes: base, slope and width of every run, then the numbers themselves.
 
+#include "records/columns/Checksum.h"
 #include "records/columns/PackedEncoder.h"
 #include "records/columns/ValidityBits.h"
 
@@ -55,11 +56,24 @@ void PackedEncoder::fillGaps(std::size_t run, std::uint64_t slope)
     while (first < kRun && !fitsAt(fits, first))
         ++first;
     std::uint64_t next = first == kRun ? 0 : numbers[first] - first * slope;
-    for (std::size_t i = 0; i < kRun; ++i, next += slope) {
-        if (fitsAt(fits, i))
-            next = numbers[i];
-        else
-            numbers[i] = next;
+    for (std::size_t word = 0; word < fits.size(); ++word) {
+        const std::size_t begin = word * 64, end = begin + 64;
+        if (fits[word] == ~std::uint64_t{0}) {
+            next = numbers[end - 1] + slope;
+            continue;
+        }
+        if (fits[word] == 0) {
+            for (std::size_t i = begin; i < end; ++i)
+                numbers[i] = next + (i - begin) * slope;
+            next += 64 * slope;
+            continue;
+        }
+        for (std::size_t i = begin; i < end; ++i, next += slope) {
+            if (fitsAt(fits, i))
+                next = numbers[i];
+            else
+                numbers[i] = next;
+        }
     }
 }
 
@@ -130,7 +144,9 @@ PackedEncoder::Result PackedEncoder::packed(schema::Codec codec, unsigned digits
     if (size + m_values.size_bytes() / 16 >= m_values.size_bytes())
         return {};
 
-    Result result{codec, std::vector<std::byte>(size)};
+    Result result{codec, {}};
+    result.bytes.reserve(size + checksum::kBytes);  // a stored column is sealed
+    result.bytes.resize(size);
     for (std::size_t run = 0; run < packings.size(); ++run) {
         const PackedColumn::Run& packing = packings[run];
         fillGaps(run, packing.slope);

@@ -50,7 +50,8 @@ OutlineInWork::Column OutlineInWork::withoutValues() const
 void OutlineInWork::add(const Chunk& chunk, const ChunkFigures& figures)
 {
     for (const ChunkFigures::Column& column : figures.columns) {
-        Column& known = m_columns.try_emplace(column.property, withoutValues()).first->second;
+        const auto found = m_columns.find(column.property);
+        Column& known = found != m_columns.end() ? found->second : m_columns[column.property] = withoutValues();
         known.runs.append(column.runs);
         known.totals.valid += column.valid;
         known.totals.sum.add(column.sum);

@@ -37,9 +37,9 @@ void SqliteAppender::store(RowId agent, const RecordBlock& block)
 {
     if (m_database.dataVersion() != m_version)
         forget();
-    m_storable.require(agent, block);
+    const bool doAscend = m_storable.require(agent, block);
     const RecordsView view = RecordsView::of(block);
-    if (view.isOrdered())
+    if (doAscend)
         storeOrdered(agent, view);
     else
         storeOrdered(agent, Records::ordered(view).view());

@@ -39,9 +39,9 @@ SqliteTransaction::~SqliteTransaction()
 void SqliteTransaction::store(RowId agent, const RecordBlock& block)
 {
     requireOpen();
-    m_storable.require(agent, block);
+    const bool doAscend = m_storable.require(agent, block);
     const RecordsView view = RecordsView::of(block);
-    if (view.isOrdered())
+    if (doAscend)
         storeOrdered(agent, view);
     else
         storeOrdered(agent, Records::ordered(view).view());

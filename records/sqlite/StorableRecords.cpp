@@ -12,15 +12,16 @@ StorableRecords::StorableRecords(const Database& database)
 {
 }
 
-void StorableRecords::require(RowId agent, const RecordBlock& block)
+bool StorableRecords::require(RowId agent, const RecordBlock& block)
 {
-    requireWholeRecords(block);
+    const bool doAscend = requireWholeRecords(block);
     const bool asLast =
         agent == m_lastAgent &&
         std::equal(block.columns.begin(), block.columns.end(), m_lastProperties.begin(), m_lastProperties.end(),
                    [](const RecordBlock::Column& column, RowId id) { return column.property == id; });
     if (!asLast)
         requireProperties(agent, block);
+    return doAscend;
 }
 
 void StorableRecords::requireProperties(RowId agent, const RecordBlock& block)

@@ -13,8 +13,8 @@ public:
     explicit StorableRecords(const Database& database);
 
     /// Throws ReportableError: a time that is no number, columns shorter than the times, a property that stands twice
-    /// or is not the agent's.
-    void require(RowId agent, const RecordBlock& block);
+    /// or is not the agent's. True: the times ascend.
+    bool require(RowId agent, const RecordBlock& block);
 
     /// Drops what it remembers: after another connection changed the document.
     void forget();

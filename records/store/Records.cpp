@@ -81,11 +81,20 @@ const RecordsView::Column* RecordsView::find(RowId property) const
     return found == columns.end() ? nullptr : &*found;
 }
 
-bool RecordsView::isOrdered() const
+bool ascend(std::span<const double> times)
 {
-    for (std::size_t i = 1; i < size; ++i)
-        if (!(times[i - 1] < times[i]))
+    constexpr std::size_t kAtOnce = 64;  // without a branch for each, which becomes vector instructions
+    constexpr std::size_t kLine = 8, kAhead = 1024;
+    for (std::size_t begin = 1; begin < times.size(); begin += kAtOnce) {
+        const std::size_t end = std::min(begin + kAtOnce, times.size());
+        for (std::size_t line = 0; line < kAtOnce; line += kLine)  // processors do not fetch beyond a page themselves
+            __builtin_prefetch(times.data() + begin + kAhead + line);
+        std::uint64_t others = 0;
+        for (std::size_t i = begin; i < end; ++i)
+            others += static_cast<std::uint64_t>(!(times[i - 1] < times[i]));
+        if (others > 0)
             return false;
+    }
     return true;
 }
 

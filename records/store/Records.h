@@ -13,6 +13,9 @@
 /// Pure values; any thread. "Ordered" means times strictly ascending.
 namespace plotix {
 
+/// Strictly, without a NaN.
+bool ascend(std::span<const double> times);
+
 /// Columns someone else owns; must outlive the view.
 struct RecordsView {
     struct Column : ColumnView {
@@ -27,7 +30,7 @@ struct RecordsView {
     /// Those with from ≤ time ≤ to. Requires: they are ordered.
     RecordsView between(double from, double to) const;
     const Column* find(RowId property) const;  ///< null: there is none
-    bool isOrdered() const;
+    bool isOrdered() const { return ascend({times, size}); }
 };
 
 class Records {

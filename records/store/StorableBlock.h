@@ -5,8 +5,9 @@
 /// The checks every store makes before it accepts a block. Pure; any thread. Each throws ReportableError.
 namespace plotix {
 
-/// Every record has a time that is a finite number, and an element in each column.
-void requireWholeRecords(const RecordBlock& block);
+/// Every record has a time that is a finite number, and an element in each column. True: the times ascend, which is
+/// found out on the way.
+bool requireWholeRecords(const RecordBlock& block);
 
 /// No property has two columns.
 void requireDistinctProperties(const RecordBlock& block);
