@@ -74,7 +74,7 @@ QString siteFileOf(const QString& place)
 QString deskFileOf(const QString& address)
 {
     const QString path = deskPath(storeServer(address)->title());
-    bringUpToDate(path, address);
+    bringUpToDate(path, withoutUser(address));
     return path;
 }
 

@@ -12,7 +12,8 @@
 /// The records stay on the server. Free functions; any one thread. They throw ReportableError.
 namespace plotix {
 
-/// The file of this desk for the site, brought up to date; it is made where there is none yet.
+/// The file of this desk for the site, brought up to date; it is made where there is none yet. It never names a user:
+/// one of the address is who asks until the program ends.
 QString deskFileOf(const QString& address);
 
 /// Makes this file like the server's rows where it is not.

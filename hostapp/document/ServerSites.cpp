@@ -15,6 +15,25 @@ std::shared_ptr<StoreServer> storeServer(const QString& address)
     return ClickHouseServer::at(address);
 }
 
+std::vector<QString> sitesOnServer(const QString& address)
+{
+    return ClickHouseServer::sitesAt(address);
+}
+
+void enterCredentials(const QString& address, const QString& user, const std::optional<QString>& password)
+{
+    ServerCredentials::enter(ServerAddress::parsed(address), user, password);
+}
+
+QString withoutUser(const QString& address)
+{
+    ServerAddress parsed = ServerAddress::parsed(address);
+    if (!parsed.user.isEmpty())
+        ServerCredentials::enter(parsed, parsed.user, std::nullopt);
+    parsed.user.clear();
+    return parsed.text();
+}
+
 std::shared_ptr<StoreServer> siteOnServer(const QString& address)
 {
     const std::shared_ptr<StoreServer> server = storeServer(address);

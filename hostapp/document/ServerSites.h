@@ -2,6 +2,9 @@
 
 #include "records/store/StoreServer.h"
 
+#include <optional>
+#include <vector>
+
 /// Sites on servers, by their addresses. Free functions; any thread. They throw ReportableError.
 namespace plotix {
 
@@ -11,6 +14,17 @@ bool isServerAddress(const QString& place);
 /// The server that an address such as `clickhouse://host/database/site` names. Nobody is asked yet. Throws
 /// for what is no address.
 std::shared_ptr<StoreServer> storeServer(const QString& address);
+
+/// The sites of the server that the address names, as `database/site`; the address's own need not be there. Waits for
+/// the server.
+std::vector<QString> sitesOnServer(const QString& address);
+
+/// From here on the program asks the address's hosts as this user, until it ends; nothing of it is written anywhere. No
+/// password: the one entered before, else the environment's.
+void enterCredentials(const QString& address, const QString& user, const std::optional<QString>& password);
+
+/// The address as it may be kept: a user it names is entered, and left out.
+QString withoutUser(const QString& address);
 
 /// The same of a site that is there; throws where there is none.
 std::shared_ptr<StoreServer> siteOnServer(const QString& address);

@@ -51,6 +51,8 @@ void buildFileMenu(QMainWindow* window, SiteActions& actions)
     actions.newSite = addAction(menu, SiteMenus::tr("&New Site…"), QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_N));
     actions.openSite = addAction(menu, SiteMenus::tr("&Open…"), QKeySequence::Open);
     actions.openSite->setToolTip(SiteMenus::tr("A site, or a figure that tells what it shows."));
+    actions.openFromServer = addAction(menu, SiteMenus::tr("Open &from Server…"));
+    actions.openFromServer->setToolTip(SiteMenus::tr("A site whose records many people share."));
     actions.openRecent = menu->addMenu(SiteMenus::tr("Open &Recent"));
     actions.openRecent->setToolTipsVisible(true);
     menu->addSeparator();

@@ -14,6 +14,7 @@ namespace plotix {
 /// Every action of the menus; the window *owns* them and connects what they do.
 struct SiteActions {
     QAction* openSite = nullptr;
+    QAction* openFromServer = nullptr;
     QAction* newSite = nullptr;
     QAction* import = nullptr;
     QAction* siteDetails = nullptr;

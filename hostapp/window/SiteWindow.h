@@ -117,6 +117,7 @@ private:
     QString helpAnchor();  ///< of what has the focus
     void updateActions();
     void askForSite();
+    void openFromServer(const QString& address);  ///< empty: asks
     void askForSiteDetails();
     void askForNewSite();
     void copy();

@@ -102,6 +102,7 @@ void SiteWindow::makeOutputs()
 void SiteWindow::connectFileActions()
 {
     connect(m_actions.openSite, &QAction::triggered, this, &SiteWindow::askForSite);
+    connect(m_actions.openFromServer, &QAction::triggered, this, [this] { openFromServer({}); });
     connect(m_actions.newSite, &QAction::triggered, this, &SiteWindow::askForNewSite);
     connect(m_actions.siteDetails, &QAction::triggered, this, &SiteWindow::askForSiteDetails);
     makeOutputs();

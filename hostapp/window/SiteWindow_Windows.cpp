@@ -5,6 +5,8 @@
 #include "hostapp/site/PlugInOperations.h"
 #include "hostapp/window/SiteWindow.h"
 
+#include "hostapp/document/DeskFile.h"
+#include "hostapp/window/OpenServerDialog.h"
 #include "hostapp/window/RecentSites.h"
 #include "plugins/PlotixPlugIn/host/PlainToolTip.h"
 
@@ -87,13 +89,26 @@ QWidget* SiteWindow::windowInFront()
     return separate && separate->isActiveWindow() ? separate : this;
 }
 
+void SiteWindow::openFromServer(const QString& address)
+{
+    const QString file = siteFileFromServer(address, this);
+    if (!file.isEmpty())
+        emit openSiteRequested(file);
+}
+
 void SiteWindow::fillRecentMenu()
 {
     QMenu* menu = m_actions.openRecent;
     menu->clear();
     for (const QString& path : recentSites()) {
+        const std::optional<QString> address = addressOfDeskFile(path);
         QAction* action = menu->addAction(menuText(QFileInfo(path).completeBaseName()));
-        action->setToolTip(plainToolTip(path));
+        action->setToolTip(plainToolTip(address.value_or(path)));
+        if (address) {
+            action->setText(menuText(address->section(QStringLiteral("//"), 1)));
+            connect(action, &QAction::triggered, this, [this, address] { openFromServer(*address); });
+            continue;
+        }
         connect(action, &QAction::triggered, this, [this, path] { emit openSiteRequested(path); });
     }
     if (menu->isEmpty()) {

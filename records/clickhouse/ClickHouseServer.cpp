@@ -34,6 +34,21 @@ std::shared_ptr<ClickHouseServer> ClickHouseServer::at(const QString& address)
     return std::make_shared<ClickHouseServer>(parsed, ServerCredentials::of(parsed));
 }
 
+std::vector<QString> ClickHouseServer::sitesAt(const QString& address)
+{
+    const ServerAddress parsed = ServerAddress::parsed(address);
+    const std::vector<std::byte> answer =
+        ServerConnection(parsed, ServerCredentials::of(parsed))
+            .ask("SELECT concat(database, '/', replaceRegexpOne(name, '_catalogue$', '')) AS site FROM system.tables "
+                 "WHERE match(name, '._catalogue$') ORDER BY site FORMAT RowBinary");
+    std::vector<QString> sites;
+    for (rowbinary::Reader row(answer); !row.isAtEnd();) {
+        const std::string_view site = row.text();
+        sites.push_back(QString::fromUtf8(site.data(), static_cast<qsizetype>(site.size())));
+    }
+    return sites;
+}
+
 void ClickHouseServer::create()
 {
     ServerConnection server(m_address, m_credentials);

@@ -16,6 +16,9 @@ public:
     /// Of this address, with the credentials of the environment.
     static std::shared_ptr<ClickHouseServer> at(const QString& address);
 
+    /// The sites of the server, as `database/site`; what the address says of a site does not matter.
+    static std::vector<QString> sitesAt(const QString& address);
+
     QString title() const override { return m_address.title(); }
     void create() override;
     void drop() override;

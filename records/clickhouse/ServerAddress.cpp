@@ -7,6 +7,9 @@
 #include <QtCore/QRegularExpression>
 #include <QtCore/QStringList>
 
+#include <map>
+#include <mutex>
+
 namespace plotix {
 
 namespace {
@@ -39,6 +42,37 @@ void requireName(const QString& name, const QString& whole, const QString& what)
                                                       "underscores, begins with a digit, or is too long")
                                            .arg(name, what));
 }
+
+QString hostsOf(const ServerAddress& address)
+{
+    QStringList names;
+    for (const ServerAddress::Host& host : address.hosts)
+        names.append(QStringLiteral("%1:%2").arg(host.name).arg(host.port));
+    return names.join(QLatin1Char(','));
+}
+
+/// What people typed, by hosts. Any thread.
+struct Entered {
+    struct Words {
+        QString user;
+        std::optional<QString> password;
+    };
+
+    static Entered& here()
+    {
+        static Entered entered;
+        return entered;
+    }
+    std::optional<Words> find(const ServerAddress& address)
+    {
+        const std::lock_guard lock(mutex);
+        const auto found = byHost.find(hostsOf(address));
+        return found == byHost.end() ? std::nullopt : std::optional(found->second);
+    }
+
+    std::mutex mutex;  // guards what follows
+    std::map<QString, Words> byHost;
+};
 
 }  // namespace
 
@@ -79,11 +113,8 @@ ServerAddress ServerAddress::parsed(const QString& text)
 
 QString ServerAddress::text() const
 {
-    QStringList names;
-    for (const Host& host : hosts)
-        names.append(QStringLiteral("%1:%2").arg(host.name).arg(host.port));
     return QStringLiteral("clickhouse://%1%2/%3/%4%5")
-        .arg(user.isEmpty() ? QString() : user + QLatin1Char('@'), names.join(QLatin1Char(',')), database, site,
+        .arg(user.isEmpty() ? QString() : user + QLatin1Char('@'), hostsOf(*this), database, site,
              isSecure ? QStringLiteral("?secure=1") : QString());
 }
 
@@ -92,9 +123,27 @@ QString ServerAddress::title() const
     return QStringLiteral("%1:%2/%3/%4").arg(hosts.front().name).arg(hosts.front().port).arg(database, site);
 }
 
+void ServerCredentials::enter(const ServerAddress& address, const QString& user, const std::optional<QString>& password)
+{
+    Entered& entered = Entered::here();
+    const std::lock_guard lock(entered.mutex);
+    Entered::Words& words = entered.byHost[hostsOf(address)];
+    if (password || words.user != user)
+        words.password = password;
+    words.user = user;
+}
+
 ServerCredentials ServerCredentials::of(const ServerAddress& address)
 {
     ServerCredentials credentials{address.user, qEnvironmentVariable("PLOTIX_CLICKHOUSE_PASSWORD")};
+    if (const std::optional<Entered::Words> words = Entered::here().find(address)) {
+        if (credentials.user.isEmpty())
+            credentials.user = words->user;
+        if (words->password) {
+            credentials.password = *words->password;
+            return credentials;
+        }
+    }
     if (credentials.user.isEmpty())
         credentials.user = qEnvironmentVariable("PLOTIX_CLICKHOUSE_USER");
     const QString name = qEnvironmentVariable("PLOTIX_CLICKHOUSE_PASSWORD_FILE");

@@ -3,6 +3,7 @@
 #include <QtCore/QString>
 #include <QtCore/QtGlobal>
 
+#include <optional>
 #include <vector>
 
 /// Where a site's records are on a server, and who asks for them. Values; any thread.
@@ -40,10 +41,13 @@ struct ServerCredentials {
     QString user;      ///< empty: the server's default one
     QString password;  ///< never written anywhere
 
-    /// From PLOTIX_CLICKHOUSE_USER, and PLOTIX_CLICKHOUSE_PASSWORD or the first line of the file that
-    /// PLOTIX_CLICKHOUSE_PASSWORD_FILE names; a user of the address comes first. Throws ReportableError for a file that
-    /// cannot be read, or that others may read.
+    /// What a person typed for these hosts, else from PLOTIX_CLICKHOUSE_USER, and PLOTIX_CLICKHOUSE_PASSWORD or the
+    /// first line of the file that PLOTIX_CLICKHOUSE_PASSWORD_FILE names; a user of the address comes first. Throws
+    /// ReportableError for a file that cannot be read, or that others may read.
     static ServerCredentials of(const ServerAddress& address);
+    /// For the address's hosts until the program ends: kept in memory alone. No password: the user's before, else the
+    /// environment's.
+    static void enter(const ServerAddress& address, const QString& user, const std::optional<QString>& password);
 };
 
 }  // namespace plotix

@@ -2842,6 +2842,14 @@
         <source>Zoom Val&amp;ues Only</source>
         <translation>&amp;Nur die Werte zoomen</translation>
     </message>
+    <message>
+        <source>Open &amp;from Server…</source>
+        <translation>Vom Ser&amp;ver öffnen…</translation>
+    </message>
+    <message>
+        <source>A site whose records many people share.</source>
+        <translation>Eine Anlage, deren Messwerte viele gemeinsam haben.</translation>
+    </message>
 </context>
 <context>
     <name>TrendCommandText</name>
@@ -4079,6 +4087,85 @@
     <message>
         <source>&amp;Delete</source>
         <translation>&amp;Löschen</translation>
+    </message>
+</context>
+<context>
+    <name>plotix::OpenServerDialog</name>
+    <message>
+        <source>&amp;Encrypted connection</source>
+        <translation>&amp;Verschlüsselte Verbindung</translation>
+    </message>
+    <message>
+        <source>Open from Server</source>
+        <translation>Vom Server öffnen</translation>
+    </message>
+    <message>
+        <source>name or name:8123</source>
+        <translation>Name oder Name:8123</translation>
+    </message>
+    <message>
+        <source>A ClickHouse server; several names of one, with commas between, are tried in turn. An address, clickhouse://…, may be pasted whole.</source>
+        <translation>Ein ClickHouse-Server; mehrere Namen, durch Kommas getrennt, werden der Reihe nach versucht. Eine Adresse, clickhouse://…, kann im Ganzen eingesetzt werden.</translation>
+    </message>
+    <message>
+        <source>the server&apos;s usual one</source>
+        <translation>der übliche des Servers</translation>
+    </message>
+    <message>
+        <source>Is kept until the program ends, and stored nowhere.</source>
+        <translation>Wird behalten, bis das Programm endet, und nirgends gespeichert.</translation>
+    </message>
+    <message>
+        <source>HTTPS, with the server&apos;s certificate checked.</source>
+        <translation>HTTPS; das Zertifikat des Servers wird geprüft.</translation>
+    </message>
+    <message>
+        <source>database/site</source>
+        <translation>Datenbank/Anlage</translation>
+    </message>
+    <message>
+        <source>&amp;Find</source>
+        <translation>S&amp;uchen</translation>
+    </message>
+    <message>
+        <source>List the sites of this server.</source>
+        <translation>Die Anlagen dieses Servers auflisten.</translation>
+    </message>
+    <message>
+        <source>&amp;Server:</source>
+        <translation>&amp;Server:</translation>
+    </message>
+    <message>
+        <source>&amp;User:</source>
+        <translation>&amp;Benutzer:</translation>
+    </message>
+    <message>
+        <source>&amp;Password:</source>
+        <translation>&amp;Kennwort:</translation>
+    </message>
+    <message>
+        <source>S&amp;ite:</source>
+        <translation>&amp;Anlage:</translation>
+    </message>
+    <message>
+        <source>&amp;Open</source>
+        <translation>Ö&amp;ffnen</translation>
+    </message>
+    <message>
+        <source>Records, properties, limits and notes stay on the server, for everybody. Trends and their looks are kept on this computer.</source>
+        <translation>Messwerte, Größen, Grenzwerte und Notizen bleiben für alle auf dem Server. Trends und ihr Aussehen werden auf diesem Computer aufbewahrt.</translation>
+    </message>
+    <message>
+        <source>Asking the server…</source>
+        <translation>Der Server wird gefragt…</translation>
+    </message>
+    <message>
+        <source>There is no site on this server yet: “plotix store create %1” makes one.</source>
+        <translation>Auf diesem Server gibt es noch keine Anlage: „plotix store create %1“ legt eine an.</translation>
+    </message>
+    <message>
+        <source>Opening %1…</source>
+        <translation>%1 wird geöffnet…</translation>
     </message>
 </context>
 <context>

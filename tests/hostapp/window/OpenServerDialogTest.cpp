@@ -1,0 +1,123 @@
+#include "tests/records/clickhouse/ServerForTests.h"
+
+#include "hostapp/document/DeskFile.h"
+#include "hostapp/document/ServerSites.h"
+#include "hostapp/window/OpenServerDialog.h"
+
+#include <QtCore/QSettings>
+#include <QtWidgets/QCheckBox>
+#include <QtWidgets/QComboBox>
+#include <QtWidgets/QLabel>
+#include <QtWidgets/QLineEdit>
+#include <QtWidgets/QPushButton>
+
+#include <gtest/gtest.h>
+
+namespace plotix {
+
+namespace {
+
+class OpenServerDialogTest : public testing::Test {
+protected:
+    OpenServerDialogTest()
+    {
+        QSettings().remove(QStringLiteral("ServerOpenedLast"));
+        qputenv("PLOTIX_DATA_HOME", m_folder.path().toUtf8());
+    }
+    ~OpenServerDialogTest() override { qunsetenv("PLOTIX_DATA_HOME"); }
+
+    QList<QLineEdit*> lines() { return dialog.findChildren<QLineEdit*>(QString(), Qt::FindDirectChildrenOnly); }
+    QLineEdit* server() { return lines()[0]; }
+    QLineEdit* user() { return lines()[1]; }
+    QLineEdit* password() { return lines()[2]; }
+    QComboBox* sites() { return dialog.findChild<QComboBox*>(); }
+    QString words() { return dialog.findChild<QLabel*>(QStringLiteral("openServerWords"))->text(); }
+    QPushButton* button(const char* text)
+    {
+        for (QPushButton* each : dialog.findChildren<QPushButton*>())
+            if (each->text() == QLatin1String(text))
+                return each;
+        return nullptr;
+    }
+
+    QTemporaryDir m_folder;
+    OpenServerDialog dialog;
+};
+
+TEST_F(OpenServerDialogTest, WithoutAServerThereIsNothingToOpen)
+{
+    EXPECT_FALSE(button("&Open")->isEnabled());
+    server()->setText("plant");
+    sites()->setEditText("works/line1");
+    EXPECT_TRUE(button("&Open")->isEnabled());
+}
+
+TEST_F(OpenServerDialogTest, AnAddressMayBePastedWhole)
+{
+    server()->setText("clickhouse://anna@one:9000,two/works/line1?secure=1");
+    EXPECT_EQ(server()->text(), "one:9000,two");
+    EXPECT_EQ(user()->text(), "anna");
+    EXPECT_EQ(sites()->currentText(), "works/line1");
+    EXPECT_TRUE(dialog.findChild<QCheckBox*>()->isChecked());
+}
+
+TEST_F(OpenServerDialogTest, WhatIsWrongIsSaidAndWhatWasTypedStays)
+{
+    server()->setText("127.0.0.1:1");
+    sites()->setEditText("works/line1");
+    EXPECT_FALSE(dialog.connectNow());
+    EXPECT_TRUE(words().contains("127.0.0.1:1")) << words().toStdString();
+    EXPECT_EQ(sites()->currentText(), "works/line1");
+    EXPECT_TRUE(dialog.siteFile().isEmpty());
+}
+
+/// With a site on a server.
+class OpenServerDialogOnServerTest : public OpenServerDialogTest {
+protected:
+    OpenServerDialogOnServerTest()
+    {
+        storeServer(address)->create();
+        server()->setText(QStringLiteral("127.0.0.1:%1").arg(ServerForTests::running().port()));
+    }
+    QString place() const { return address.section(QLatin1Char('/'), 3); }
+
+    const QString address = ServerForTests::running().newSite().text();
+};
+
+TEST_F(OpenServerDialogOnServerTest, TheSitesOfAServerAreFound)
+{
+    button("&Find")->click();
+    EXPECT_GE(sites()->findText(place()), 0) << words().toStdString();
+}
+
+TEST_F(OpenServerDialogOnServerTest, ASiteIsOpenedAndStandsThereNextTime)
+{
+    sites()->setEditText(place());
+    ASSERT_TRUE(dialog.connectNow()) << words().toStdString();
+    EXPECT_EQ(addressOfDeskFile(dialog.siteFile()), address);
+    OpenServerDialog next;
+    EXPECT_EQ(next.findChild<QComboBox*>()->currentText(), place());
+}
+
+TEST_F(OpenServerDialogOnServerTest, AWrongPasswordIsRefusedAndTheRightOneTakenAfterIt)
+{
+    sites()->setEditText(place());
+    user()->setText("default");
+    password()->setText("wrong");
+    EXPECT_FALSE(dialog.connectNow());
+    EXPECT_TRUE(words().contains("password", Qt::CaseInsensitive)) << words().toStdString();
+    enterCredentials(address, "default", QString());
+    password()->clear();
+    EXPECT_TRUE(dialog.connectNow()) << words().toStdString();
+}
+
+TEST_F(OpenServerDialogOnServerTest, NoFileNamesTheUserOrThePassword)
+{
+    dialog.choose(QStringLiteral("clickhouse://default@") + address.section("//", 1));
+    ASSERT_TRUE(dialog.connectNow()) << words().toStdString();
+    EXPECT_EQ(addressOfDeskFile(dialog.siteFile()), address);
+}
+
+}  // namespace
+
+}  // namespace plotix
