@@ -19,10 +19,14 @@ struct StoreCommand {
     QString confirmation;  ///< the site's name again, to remove it
 };
 
-void printStatements(const std::vector<std::string>& statements, std::ostream& out)
+void printStatements(const std::vector<StoreServer::Statements>& all, std::ostream& out)
 {
-    for (const std::string& statement : statements)
-        out << statement << ";\n";
+    for (const StoreServer::Statements& host : all) {
+        if (!host.host.isEmpty())
+            out << "-- on " << host.host.toStdString() << '\n';
+        for (const std::string& statement : host.statements)
+            out << statement << ";\n";
+    }
 }
 
 void create(const StoreCommand& command, StoreServer& server, std::ostream& out)
@@ -43,6 +47,9 @@ void describe(StoreServer& server, std::ostream& out)
         throw ReportableError(
             QStringLiteral("there is no site %1: “plotix store create” makes one").arg(server.title()));
     out << "Tables           version " << found.version << '\n'
+        << (found.replicas == 0 ? std::string()
+                                : "Replicas         " + std::to_string(found.replicasAlive) + " of " +
+                                      std::to_string(found.replicas) + " live\n")
         << "Agents           " << found.agents << '\n'
         << "Chunks           " << found.chunks << '\n'
         << "Young records    " << found.youngRecords << '\n'
@@ -86,7 +93,7 @@ Command addStore(CLI::App& program)
                                    {"drop", StoreCommand::Work::Drop}},
                                   "What to do")
         ->required();
-    addText(store, "ADDRESS", command->address, "The site's place; several hosts are tried one after the other")
+    addText(store, "ADDRESS", command->address, "The site's place; several hosts are replicas, each with all of it")
         ->required()
         ->type_name("clickhouse://[USER@]HOST[:PORT][,HOST…]/DATABASE/SITE[?secure=1]");
     store->add_flag("--print", command->prints, "Print the statements instead, for whoever administers the server");
@@ -95,7 +102,9 @@ Command addStore(CLI::App& program)
                   "password from the file that PLOTIX_CLICKHOUSE_PASSWORD_FILE names, which nobody else may read.\n"
                   "Examples:\n  plotix store create clickhouse://localhost/plotix/plant\n"
                   "  plotix store create clickhouse://db1/plotix/plant --print > plant.sql\n"
-                  "  plotix store info clickhouse://db1,db2/plotix/plant");
+                  "  plotix store create clickhouse://db1,db2,db3/plotix/plant\n"
+                  "  plotix store info clickhouse://db1,db2,db3/plotix/plant\n"
+                  "With three hosts one may be lost: what is stored is on two of them. They need a keeper in common.");
     return {store, Command::Makes::Text, [command](CommandContext context) { return runCommand(*command, context); }};
 }
 

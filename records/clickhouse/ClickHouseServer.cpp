@@ -49,18 +49,47 @@ std::vector<QString> ClickHouseServer::sitesAt(const QString& address)
     return sites;
 }
 
+std::vector<StoreServer::Statements> ClickHouseServer::creation() const
+{
+    if (m_address.hosts.size() == 1)
+        return {{{}, m_tables.creation()}};
+    std::vector<Statements> each;
+    for (const ServerAddress::Host& host : m_address.hosts) {
+        const QString name = QStringLiteral("%1:%2").arg(host.name).arg(host.port);
+        each.push_back({name, m_tables.creation(name.toStdString())});
+    }
+    return each;
+}
+
+std::vector<StoreServer::Statements> ClickHouseServer::dropping() const
+{
+    if (m_address.hosts.size() == 1)
+        return {{{}, m_tables.dropping()}};
+    std::vector<Statements> each;
+    for (const ServerAddress::Host& host : m_address.hosts)
+        each.push_back({QStringLiteral("%1:%2").arg(host.name).arg(host.port), m_tables.dropping()});
+    return each;
+}
+
+/// Each host does its own.
+void ClickHouseServer::tellAll(const std::vector<Statements>& all)
+{
+    const std::vector<ServerAddress> hosts = m_address.hostByHost();
+    for (std::size_t host = 0; host < hosts.size(); ++host) {
+        ServerConnection server(hosts[host], m_credentials);
+        for (const std::string& statement : all[host].statements)
+            server.tell(statement);
+    }
+}
+
 void ClickHouseServer::create()
 {
-    ServerConnection server(m_address, m_credentials);
-    for (const std::string& statement : m_tables.creation())
-        server.tell(statement);
+    tellAll(creation());
 }
 
 void ClickHouseServer::drop()
 {
-    ServerConnection server(m_address, m_credentials);
-    for (const std::string& statement : m_tables.dropping())
-        server.tell(statement);
+    tellAll(dropping());
 }
 
 ClickHouseServer::Description ClickHouseServer::description()
@@ -76,6 +105,13 @@ ClickHouseServer::Description ClickHouseServer::description()
         return found;
     found.version =
         static_cast<std::uint32_t>(numberOf(server, "SELECT toUInt64(max(version)) FROM " + m_tables.about()));
+    const std::vector<std::uint64_t> replicas =
+        numbersOf(server,
+                  "SELECT toUInt64(max(total_replicas)), toUInt64(min(active_replicas)) FROM system.replicas WHERE " +
+                      tablesNamed("table", kAll),
+                  2);
+    found.replicas = replicas[0];
+    found.replicasAlive = replicas[1];
     found.chunks =
         numberOf(server, "SELECT uniqExact(chunk) FROM " + m_tables.chunks() + " WHERE property = 0 AND n > 0");
     found.youngRecords = numberOf(server, "SELECT count() FROM " + m_tables.young());

@@ -22,8 +22,8 @@ public:
     QString title() const override { return m_address.title(); }
     void create() override;
     void drop() override;
-    std::vector<std::string> creation() const override { return m_tables.creation(); }
-    std::vector<std::string> dropping() const override { return m_tables.dropping(); }
+    std::vector<Statements> creation() const override;
+    std::vector<Statements> dropping() const override;
     Description description() override;
     QByteArray changeMark() override;
     std::shared_ptr<RecordStore> records(Owns owns) override;
@@ -32,6 +32,7 @@ public:
     void put(const std::vector<Row>& rows) override;
 
 private:
+    void tellAll(const std::vector<Statements>& all);
     std::string tablesNamed(const std::string& column, const char* names) const;
 
     const ServerAddress m_address;

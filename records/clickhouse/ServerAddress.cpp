@@ -111,6 +111,16 @@ ServerAddress ServerAddress::parsed(const QString& text)
     return address;
 }
 
+std::vector<ServerAddress> ServerAddress::hostByHost() const
+{
+    std::vector<ServerAddress> each;
+    for (const Host& host : hosts) {
+        each.push_back(*this);
+        each.back().hosts = {host};
+    }
+    return each;
+}
+
 QString ServerAddress::text() const
 {
     return QStringLiteral("clickhouse://%1%2/%3/%4%5")

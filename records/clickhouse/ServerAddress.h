@@ -9,8 +9,8 @@
 /// Where a site's records are on a server, and who asks for them. Values; any thread.
 namespace plotix {
 
-/// `clickhouse://[user@]host[:port][,host[:port]…]/database/site[?secure=1]`. All hosts answer the same; the first one
-/// that can be reached serves. Never has a password.
+/// `clickhouse://[user@]host[:port][,host[:port]…]/database/site[?secure=1]`. Several hosts are replicas: each has all
+/// of the site, and any that can be reached serves. Never has a password.
 struct ServerAddress {
     struct Host {
         QString name;
@@ -29,6 +29,8 @@ struct ServerAddress {
     /// Throws ReportableError, which says what is wrong.
     static ServerAddress parsed(const QString& text);
 
+    /// Of each host by itself.
+    std::vector<ServerAddress> hostByHost() const;
     /// As it is parsed.
     QString text() const;
     /// "host:port/database/site" of the first host, for people.

@@ -5,7 +5,9 @@
 #include <curl/curl.h>
 
 #include <exception>
+#include <map>
 #include <mutex>
+#include <thread>
 
 namespace plotix {
 
@@ -26,6 +28,7 @@ struct ServerConnection::Request {
 namespace {
 
 constexpr std::size_t kLongestMessage = 4096;
+constexpr auto kAgainAfter = std::chrono::milliseconds(100);
 
 void startOnce()
 {
@@ -95,15 +98,65 @@ void ServerConnection::insert(const std::string& statement, std::span<const std:
     run(request);
 }
 
+/// Once for each site and process: who is asked does not change while it lives.
+void ServerConnection::learnReplication()
+{
+    static std::mutex mutex;
+    static std::map<QString, Replication> known;  // by address, under the mutex
+    const QString site = m_address.text();
+    m_knowsReplication = true;  // these statements need no agreement
+    {
+        const std::lock_guard lock(mutex);
+        if (const auto found = known.find(site); found != known.end()) {
+            m_replication = found->second;
+            return;
+        }
+    }
+    std::optional<Replication> learnt;
+    try {
+        learnt = Replication::learnt(m_address, [this](const std::string& statement) { return ask(statement); });
+    } catch (...) {
+        m_knowsReplication = false;
+        throw;
+    }
+    m_knowsReplication = learnt.has_value();
+    if (!learnt)
+        return;
+    m_replication = *learnt;
+    const std::lock_guard lock(mutex);
+    known[site] = m_replication;
+}
+
+bool ServerConnection::isReplicated()
+{
+    if (!m_knowsReplication)
+        learnReplication();
+    return m_replication.isThere;
+}
+
 void ServerConnection::run(Request& request)
+{
+    if (!m_knowsReplication)
+        learnReplication();
+    const auto until = std::chrono::steady_clock::now() + m_patience.agreeing;
+    while (!runOnce(request)) {
+        if (!m_replication.isThere || std::chrono::steady_clock::now() > until)
+            throw ReportableError(
+                QStringLiteral("The server “%1” cannot be reached: %2. Start it, or correct the address.")
+                    .arg(m_address.title(), request.unreachable));
+        std::this_thread::sleep_for(kAgainAfter);
+    }
+}
+
+/// False: no host could be reached, or their replicas do not agree just now.
+bool ServerConnection::runOnce(Request& request)
 {
     for (std::size_t attempt = 0; attempt < m_address.hosts.size(); ++attempt) {
         if (tryAt(m_address.hosts[m_host], request))
-            return;
+            return true;
         m_host = (m_host + 1) % m_address.hosts.size();
     }
-    throw ReportableError(QStringLiteral("The server “%1” cannot be reached: %2. Start it, or correct the address.")
-                              .arg(m_address.title(), request.unreachable));
+    return false;
 }
 
 /// False: it could not be reached.
@@ -116,11 +169,13 @@ bool ServerConnection::tryAt(const ServerAddress::Host& host, Request& request)
     if (request.begin)
         request.begin();
 
-    QByteArray url = QStringLiteral("%1://%2:%3/?%4")
-                         .arg(m_address.isSecure ? QStringLiteral("https") : QStringLiteral("http"), host.name)
-                         .arg(host.port)
-                         .arg(request.isWhole ? QStringLiteral("wait_end_of_query=1") : QString())
-                         .toUtf8();
+    QByteArray url =
+        QStringLiteral("%1://%2:%3/?%4")
+            .arg(m_address.isSecure ? QStringLiteral("https") : QStringLiteral("http"), host.name)
+            .arg(host.port)
+            .arg(request.isWhole ? QStringLiteral("wait_end_of_query=1") : QStringLiteral("wait_end_of_query=0"))
+            .toUtf8();
+    url += m_replication.settings;
     if (!request.query.empty()) {
         char* escaped = curl_easy_escape(curl, request.query.data(), static_cast<int>(request.query.size()));
         url += "&query=";
@@ -185,6 +240,10 @@ bool ServerConnection::tryAt(const ServerAddress::Host& host, Request& request)
     // A host that is just ending, or has none of its replicas, says so instead of refusing to be reached.
     if (status == 502 || status == 503 || status == 504) {
         request.unreachable = QStringLiteral("it answers %1").arg(status);
+        return false;
+    }
+    if (status != 200 && m_replication.isThere && passes(errorCodeOf(request.message))) {
+        request.unreachable = readable(request.message);
         return false;
     }
     if (status == 401 || status == 403)

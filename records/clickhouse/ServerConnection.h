@@ -1,6 +1,6 @@
 #pragma once
 
-#include "records/clickhouse/ServerAddress.h"
+#include "records/clickhouse/Replication.h"
 
 #include <chrono>
 #include <cstddef>
@@ -13,7 +13,8 @@
 /// Statements to a server and its answers, over HTTP or HTTPS.
 ///
 /// A statement that only reads, and one that may be carried out twice, is tried at the next host where one cannot be
-/// reached. Everything this house writes may be: rows that come twice count once. One thread at a time; a connection
+/// reached. Everything this house writes may be: rows that come twice count once. Where the hosts are replicas of each
+/// other, it is tried again for a while until enough of them agree; see Replication. One thread at a time; a connection
 /// stays open between statements. Throws ReportableError: the server cannot be reached, or what it answers instead.
 namespace plotix {
 
@@ -21,7 +22,8 @@ class ServerConnection {
 public:
     struct Patience {
         std::chrono::milliseconds connecting{5'000};
-        std::chrono::seconds silence{60};  ///< without a byte of an answer
+        std::chrono::seconds silence{60};   ///< without a byte of an answer
+        std::chrono::seconds agreeing{60};  ///< until enough of a site's replicas have what is stored
     };
     ServerConnection(ServerAddress address, ServerCredentials credentials, Patience patience);
     ServerConnection(ServerAddress address, ServerCredentials credentials)
@@ -33,6 +35,9 @@ public:
     ServerConnection& operator=(const ServerConnection&) = delete;
 
     const ServerAddress& address() const { return m_address; }
+
+    /// Whether what the address names is replicated. Asks the server, once.
+    bool isReplicated();
 
     /// The whole answer, complete or none.
     std::vector<std::byte> ask(const std::string& statement);
@@ -50,12 +55,16 @@ public:
 private:
     struct Request;
     void run(Request& request);
+    bool runOnce(Request& request);
+    void learnReplication();
     bool tryAt(const ServerAddress::Host& host, Request& request);
 
     ServerAddress m_address;
     ServerCredentials m_credentials;
     Patience m_patience;
     std::size_t m_host = 0;  // the one that answered last
+    Replication m_replication;
+    bool m_knowsReplication = false;
     void* m_curl = nullptr;
 };
 

@@ -13,38 +13,41 @@ std::string SiteTables::named(const char* table) const
     return QStringLiteral("`%1`.`%2_%3`").arg(m_database, m_site, QLatin1String(table)).toStdString();
 }
 
-std::vector<std::string> SiteTables::creation() const
+std::vector<std::string> SiteTables::creation(const std::string& replica) const
 {
     // Thirty days of a chunk's first time, as far as that is a day of this age: what is too old goes by the partition.
     static const std::string kMonth = "toInt32(greatest(-100000, least(100000, floor(t0 / 2592000))))";
+    const auto table = [&](const char* name, const std::string& columns, const std::string& order) {
+        // Replicas find each other by the place, which is the same for all.
+        const std::string place =
+            QStringLiteral("/plotix/%1/%2/%3").arg(m_database, m_site, QLatin1String(name)).toStdString();
+        const std::string engine =
+            replica.empty() ? std::string("MergeTree") : "ReplicatedMergeTree('" + place + "', '" + replica + "')";
+        return "CREATE TABLE IF NOT EXISTS " + named(name) + " (" + columns + ") ENGINE = " + engine +
+               " PARTITION BY " + order;
+    };
     // A granule is what a server unpacks for one row: sixteen packed columns are half a megabyte, the usual 8,192 a
     // quarter of a gigabyte.
     return {
         "CREATE DATABASE IF NOT EXISTS `" + m_database.toStdString() + "`",
-        "CREATE TABLE IF NOT EXISTS " + about() +
-            " (version UInt32) ENGINE = MergeTree PARTITION BY tuple() ORDER BY version",
-        "CREATE TABLE IF NOT EXISTS " + chunks() +
-            " (agent Int64, property Int64, t0 Float64, t1 Float64, begin Float64, end Float64, n UInt32, chunk "
-            "UInt64, "
-            "version UInt64, batch UInt64, writers Array(UInt64), upto Array(UInt64), codec UInt8, valid String, "
-            "data String, count UInt32, minimum Float64, maximum Float64, sum Float64, whole String, runs String) "
-            "ENGINE = MergeTree PARTITION BY " +
-            kMonth + " ORDER BY (agent, property, begin, chunk) SETTINGS index_granularity = 16",
-        "CREATE TABLE IF NOT EXISTS " + young() +
-            " (agent Int64, time Float64, writer UInt64, number UInt64, place UInt32, version UInt64, batch UInt64, "
-            "day UInt32, properties Array(Int64), values Array(Float64), valid Array(UInt8)) "
-            "ENGINE = MergeTree PARTITION BY day ORDER BY (agent, time, writer, number)",
-        "CREATE TABLE IF NOT EXISTS " + batches() +
-            " (batch UInt64) ENGINE = MergeTree PARTITION BY tuple() ORDER BY batch",
-        "CREATE TABLE IF NOT EXISTS " + amendments() +
-            " (property Int64, version UInt64, place UInt32, batch UInt64, kind UInt8, t0 Float64, t1 Float64, "
-            "first Float64, last Float64) ENGINE = MergeTree PARTITION BY tuple() ORDER BY (property, version, place)",
-        "CREATE TABLE IF NOT EXISTS " + turns() +
-            " (day UInt32, claim UInt64, renewed UInt64, state UInt8) "
-            "ENGINE = MergeTree PARTITION BY day ORDER BY (claim, renewed)",
-        "CREATE TABLE IF NOT EXISTS " + catalogue() +
-            " (kind UInt8, id Int64, version UInt64, data String) "
-            "ENGINE = MergeTree PARTITION BY tuple() ORDER BY (kind, id, version)",
+        table("about", "version UInt32", "tuple() ORDER BY version"),
+        table("chunk",
+              "agent Int64, property Int64, t0 Float64, t1 Float64, begin Float64, end Float64, n UInt32, chunk "
+              "UInt64, version UInt64, batch UInt64, writers Array(UInt64), upto Array(UInt64), codec UInt8, valid "
+              "String, data String, count UInt32, minimum Float64, maximum Float64, sum Float64, whole String, runs "
+              "String",
+              kMonth + " ORDER BY (agent, property, begin, chunk) SETTINGS index_granularity = 16"),
+        table("young",
+              "agent Int64, time Float64, writer UInt64, number UInt64, place UInt32, version UInt64, batch UInt64, "
+              "day UInt32, properties Array(Int64), values Array(Float64), valid Array(UInt8)",
+              "day ORDER BY (agent, time, writer, number)"),
+        table("batch", "batch UInt64", "tuple() ORDER BY batch"),
+        table("amendment",
+              "property Int64, version UInt64, place UInt32, batch UInt64, kind UInt8, t0 Float64, t1 Float64, first "
+              "Float64, last Float64",
+              "tuple() ORDER BY (property, version, place)"),
+        table("turn", "day UInt32, claim UInt64, renewed UInt64, state UInt8", "day ORDER BY (claim, renewed)"),
+        table("catalogue", "kind UInt8, id Int64, version UInt64, data String", "tuple() ORDER BY (kind, id, version)"),
         "INSERT INTO " + about() + " VALUES (" + std::to_string(StoreServer::kVersion) + ")",
     };
 }

@@ -29,8 +29,9 @@ public:
     /// What else belongs to the site: its agents and properties, limits, notes and trends.
     std::string catalogue() const { return named("catalogue"); }
 
-    /// What makes them, on one server.
-    std::vector<std::string> creation() const;
+    /// What makes them on a server. `replica`: the server's name among several that each have all of the site; a keeper
+    /// they share tells them of each other.
+    std::vector<std::string> creation(const std::string& replica = {}) const;
     std::vector<std::string> dropping() const;
 
     /// Rows that count; `own`: and those of this batch, 0 for none.

@@ -32,14 +32,19 @@ public:
     virtual void create() = 0;
     /// Removes the site with all its records.
     virtual void drop() = 0;
-    /// The same as statements, for people whose administrators run them.
-    virtual std::vector<std::string> creation() const = 0;
-    virtual std::vector<std::string> dropping() const = 0;
+    /// The same as statements, for people whose administrators run them: on each of the hosts.
+    struct Statements {
+        QString host;  ///< empty: there is only one
+        std::vector<std::string> statements;
+    };
+    virtual std::vector<Statements> creation() const = 0;
+    virtual std::vector<Statements> dropping() const = 0;
 
     struct Description {
         QString serverVersion;
         bool exists = false;  ///< else the rest says nothing
         std::uint32_t version = 0;
+        std::size_t replicas = 0, replicasAlive = 0;  ///< 0: it stands on one server alone
         std::size_t agents = 0, chunks = 0, youngRecords = 0;
         std::uint64_t bytes = 0;  ///< on disk
     };

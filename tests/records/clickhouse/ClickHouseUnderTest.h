@@ -1,6 +1,7 @@
 #pragma once
 
 #include "records/clickhouse/ClickHouseRecordStore.h"
+#include "records/clickhouse/ClickHouseServer.h"
 #include "tests/records/clickhouse/ServerForTests.h"
 #include "tests/records/contract/RecordStoreContract.h"
 
@@ -11,9 +12,7 @@ class ClickHouseUnderTest : public StoreUnderTest {
 public:
     ClickHouseUnderTest() : m_address(ServerForTests::running().newSite())
     {
-        plotix::ServerConnection server(m_address, {});
-        for (const std::string& statement : plotix::SiteTables(m_address).creation())
-            server.tell(statement);
+        plotix::ClickHouseServer(m_address, {}).create();
     }
 
     std::shared_ptr<plotix::RecordStore> opened() override

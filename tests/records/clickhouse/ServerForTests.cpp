@@ -77,11 +77,16 @@ ServerForTests& ServerForTests::running()
 
 ServerForTests::ServerForTests() : m_port(freePort()), m_tcpPort(freePort()), m_interserverPort(freePort())
 {
-    if (const int there = qEnvironmentVariableIntValue("PLOTIX_TEST_CLICKHOUSE_PORT"); there > 0) {
-        m_port = static_cast<quint16>(there);
+    if (const QString there = qEnvironmentVariable("PLOTIX_TEST_CLICKHOUSE_PORT"); !there.isEmpty()) {
+        QStringList hosts = there.split(QLatin1Char(','));
+        m_port = hosts.first().toUShort();
+        for (QString& host : hosts)
+            host.prepend(QLatin1String("127.0.0.1:"));
+        m_hosts = hosts.join(QLatin1Char(','));
         m_isOwn = false;
         return;
     }
+    m_hosts = QStringLiteral("127.0.0.1:%1").arg(m_port);
     const QString folder = m_folder.path();
     for (const char* name : {"data", "tmp", "files", "schemas"})
         QDir(folder).mkdir(QLatin1String(name));
@@ -138,5 +143,5 @@ void ServerForTests::restart()
 plotix::ServerAddress ServerForTests::newSite()
 {
     return plotix::ServerAddress::parsed(
-        QStringLiteral("clickhouse://127.0.0.1:%1/plotix/site%2_%3").arg(m_port).arg(::getpid()).arg(++m_sites));
+        QStringLiteral("clickhouse://%1/plotix/site%2_%3").arg(m_hosts).arg(::getpid()).arg(++m_sites));
 }

@@ -9,7 +9,7 @@
 
 /// A database server of this program's own, on loopback, in a folder of its own. Started when it is first asked for,
 /// ended with the program. The main thread starts it. With PLOTIX_TEST_CLICKHOUSE_PORT set it is the one that listens
-/// there.
+/// there; several ports, with commas between, are those of replicas.
 class ServerForTests {
 public:
     static ServerForTests& running();
@@ -28,6 +28,7 @@ private:
     void start();
 
     QTemporaryDir m_folder;
+    QString m_hosts;  ///< as an address names them
     quint16 m_port = 0, m_tcpPort = 0, m_interserverPort = 0;
     QProcess m_process;
     bool m_isOwn = true;

@@ -1,0 +1,107 @@
+# A keeper and replicas of a database on loopback, for the scripts beside it to read in. All end with the script.
+#
+# start_cluster FOLDER COUNT    starts them; `ports` lists the replicas' HTTP ports, with commas between
+# kill_replica N, start_replica N, kill_keeper, start_keeper    N counts from 1; killed as by a loss of power
+# `demand TOOLS…` leaves with status 77 when one is missing.
+
+demand() {
+  local tool
+  for tool in "$@"; do
+    command -v "$tool" >/dev/null || { echo "$tool is not installed"; exit 77; }
+  done
+}
+
+free_port() {
+  python3 -c 'import socket; s = socket.socket(); s.bind(("127.0.0.1", 0)); print(s.getsockname()[1])'
+}
+
+end_cluster() {
+  local process
+  for process in "${keeper:-}" "${servers[@]:-}"; do
+    [ -n "$process" ] && kill -9 "$process" 2>/dev/null
+  done
+  wait 2>/dev/null
+}
+
+start_keeper() {
+  java -Xmx256m -Dzookeeper.admin.enableServer=false -cp /usr/share/java/zookeeper.jar:/usr/share/java/slf4j-simple.jar \
+    org.apache.zookeeper.server.quorum.QuorumPeerMain "$cluster/zoo.cfg" >"$cluster/keeper.log" 2>&1 &
+  keeper=$!
+}
+
+kill_keeper() {
+  kill -9 "$keeper" 2>/dev/null
+  wait "$keeper" 2>/dev/null
+}
+
+start_replica() { # N
+  (cd "$cluster/$1" && exec clickhouse-server --config-file="$cluster/$1/config.xml" >"$cluster/$1/stdout" 2>&1) &
+  servers[$1]=$!
+  local _
+  for _ in $(seq 300); do
+    [ "$(curl -s --max-time 2 "http://127.0.0.1:${http[$1]}/")" = "Ok." ] && return 0
+    kill -0 "${servers[$1]}" 2>/dev/null || { echo "replica $1 ended at once:"; tail -3 "$cluster/$1/errors"; return 1; }
+    sleep 0.1
+  done
+  echo "replica $1 does not answer"
+  return 1
+}
+
+kill_replica() { # N
+  kill -9 "${servers[$1]}" 2>/dev/null
+  wait "${servers[$1]}" 2>/dev/null
+}
+
+start_cluster() { # FOLDER COUNT
+  cluster=$1
+  declare -ga servers=() http=()
+  local keeper_port number
+  keeper_port=$(free_port)
+  mkdir -p "$cluster/keeper"
+  # A session that ends soon: a killed replica is known as lost after that.
+  cat >"$cluster/zoo.cfg" <<END
+dataDir=$cluster/keeper
+clientPort=$keeper_port
+clientPortAddress=127.0.0.1
+tickTime=500
+minSessionTimeout=1000
+maxSessionTimeout=10000
+maxClientCnxns=200
+END
+  start_keeper
+  for number in $(seq "$2"); do
+    mkdir -p "$cluster/$number"/{data,tmp,files,schemas}
+    http[$number]=$(free_port)
+    cat >"$cluster/$number/config.xml" <<END
+<?xml version="1.0"?>
+<yandex>
+  <logger><level>warning</level><log>$cluster/$number/log</log><errorlog>$cluster/$number/errors</errorlog></logger>
+  <http_port>${http[$number]}</http_port><tcp_port>$(free_port)</tcp_port>
+  <interserver_http_port>$(free_port)</interserver_http_port><interserver_http_host>127.0.0.1</interserver_http_host>
+  <listen_host>127.0.0.1</listen_host>
+  <path>$cluster/$number/data/</path><tmp_path>$cluster/$number/tmp/</tmp_path>
+  <user_files_path>$cluster/$number/files/</user_files_path>
+  <format_schema_path>$cluster/$number/schemas/</format_schema_path>
+  <users_config>$cluster/$number/users.xml</users_config>
+  <default_profile>default</default_profile><default_database>default</default_database>
+  <max_concurrent_queries>200</max_concurrent_queries><mark_cache_size>67108864</mark_cache_size>
+  <timezone>UTC</timezone>
+  <zookeeper>
+    <node><host>127.0.0.1</host><port>$keeper_port</port></node>
+    <session_timeout_ms>3000</session_timeout_ms>
+  </zookeeper>
+</yandex>
+END
+    cat >"$cluster/$number/users.xml" <<END
+<?xml version="1.0"?>
+<yandex>
+  <profiles><default><max_memory_usage>2000000000</max_memory_usage></default></profiles>
+  <quotas><default/></quotas>
+  <users><default><password></password><networks><ip>127.0.0.1</ip></networks><profile>default</profile>
+    <quota>default</quota></default></users>
+</yandex>
+END
+    start_replica "$number"
+  done
+  ports=$(IFS=,; echo "${http[*]}")
+}

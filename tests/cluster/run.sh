@@ -1,0 +1,19 @@
+#!/usr/bin/env bash
+# run.sh PROGRAMS [FAULTS]: every test of the store on a server again, on three replicas with a keeper, and then faults.
+set -uo pipefail
+programs=$1
+here=$(cd "$(dirname "${BASH_SOURCE[0]}")" && pwd)
+. "$here/cluster.sh"
+demand clickhouse-server java curl python3
+folder=$(mktemp -d)
+trap 'end_cluster; rm -rf "$folder"' EXIT
+start_cluster "$folder" 3 || exit 1
+export PLOTIX_TEST_CLICKHOUSE_PORT=$ports QT_QPA_PLATFORM=offscreen LC_ALL=C.UTF-8 TZ=UTC
+failed=0
+for test in test_records_contract test_records_clickhouse test_hostapp_cli; do
+  "$programs/$test" --gtest_filter='*Stores/*:*OnServer*' --gtest_brief=1 || failed=1
+done
+unset PLOTIX_TEST_CLICKHOUSE_PORT
+end_cluster
+"$here/faults.sh" "$programs" "${2:-60}" || failed=1
+exit $failed
