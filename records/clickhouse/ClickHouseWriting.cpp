@@ -4,6 +4,7 @@
 #include "records/clickhouse/AgentWriting.h"
 #include "records/clickhouse/AmendmentRows.h"
 #include "records/clickhouse/ServerStamps.h"
+#include "records/clickhouse/Sweeping.h"
 #include "records/clickhouse/WritersTurn.h"
 #include "records/clickhouse/YoungInsert.h"
 #include "records/store/MemoryWriting.h"
@@ -259,30 +260,6 @@ std::vector<RowId> amendedProperties(ServerConnection& server, const SiteTables&
     return properties;
 }
 
-/// Young rows by the day they came, of days before yesterday.
-std::map<std::uint32_t, std::uint64_t> oldYoungRows(ServerConnection& server, const SiteTables& tables)
-{
-    const std::vector<std::byte> rows = server.ask("SELECT day, count() FROM " + tables.young() + " WHERE day + 1 < " +
-                                                   std::to_string(stamps::day()) + " GROUP BY day FORMAT RowBinary");
-    std::map<std::uint32_t, std::uint64_t> days;
-    for (rowbinary::Reader row(rows); !row.isAtEnd();) {
-        const auto day = row.number<std::uint32_t>();
-        days[day] = row.number<std::uint64_t>();
-    }
-    return days;
-}
-
-/// All that were there before everything was repacked are in chunks. Where one more has come to such a day, by a clock
-/// that stands wrong, the day stays.
-void dropDays(ServerConnection& server, const SiteTables& tables, const std::map<std::uint32_t, std::uint64_t>& before)
-{
-    // Replicas of 2018 answer nothing any more once a partition is gone that was inserted into: rows are deleted there.
-    const std::string way = server.isReplicated() ? " DELETE WHERE day = " : " DROP PARTITION ";
-    for (const auto& [day, count] : oldYoungRows(server, tables))
-        if (const auto known = before.find(day); known != before.end() && known->second == count)
-            server.tell("ALTER TABLE " + tables.young() + way + std::to_string(day));
-}
-
 }  // namespace
 
 std::unique_ptr<RecordTransaction> transactionOn(const WrittenSite& site)
@@ -302,7 +279,7 @@ CompactionResult compacted(const WrittenSite& written, const CompactionRequest& 
     const std::shared_ptr<SiteOnServer>& site = written.site;
     const SiteOnServer::Lease server = site->lease();
     const SiteTables& tables = site->tables();
-    const std::map<std::uint32_t, std::uint64_t> days = oldYoungRows(*server, tables);
+    Sweeping sweeping(*server, tables);
     const std::vector<RowId> agents = agentsOn(*server, tables);
     std::size_t done = 0;
     const auto goOn = [&] {
@@ -341,7 +318,7 @@ CompactionResult compacted(const WrittenSite& written, const CompactionRequest& 
         }
     }
     if (!result.stopped)
-        dropDays(*server, tables, days);
+        sweeping.sweep(agents);
     if (!result.stopped && progress)
         progress(1);
     return result;

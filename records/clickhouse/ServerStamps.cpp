@@ -41,7 +41,6 @@ void saw(std::uint64_t version)
 
 std::uint64_t number()
 {
-    constexpr int kRandomBits = 31;
     static std::mutex mutex;
     static std::random_device random;
     static std::uint64_t last = 0;

@@ -78,14 +78,4 @@ std::string sqlNumber(double value)
     return "reinterpretAsFloat64(unhex('" + hex + "'))";
 }
 
-std::string sqlList(std::span<const RowId> values)
-{
-    std::string list;
-    for (const RowId value : values) {
-        list += list.empty() ? '(' : ',';
-        list += std::to_string(value);
-    }
-    return list + ')';
-}
-
 }  // namespace plotix

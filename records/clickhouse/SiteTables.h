@@ -4,6 +4,7 @@
 #include "records/store/RecordBlock.h"
 
 #include <cstdint>
+#include <span>
 #include <string>
 #include <vector>
 
@@ -45,6 +46,15 @@ private:
 
 /// A number as a statement has it, every bit of it kept.
 std::string sqlNumber(double value);
-std::string sqlList(std::span<const RowId> values);
+template <class Numbers>
+std::string sqlList(const Numbers& values)
+{
+    std::string list;
+    for (const auto value : values) {
+        list += list.empty() ? '(' : ',';
+        list += std::to_string(value);
+    }
+    return list + ')';
+}
 
 }  // namespace plotix

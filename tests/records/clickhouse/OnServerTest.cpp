@@ -167,6 +167,75 @@ TEST_F(RecordsOnServerTest, CompactingDropsYoungRowsOfFormerDaysWhichChunksHaveT
     EXPECT_EQ(count(), 3'000U);
 }
 
+/// Rows of chunks again, as if they had been stored earlier, or by a batch that never counted.
+class SweptOnServerTest : public RecordsOnServerTest {
+protected:
+    SweptOnServerTest()
+    {
+        store(ramp(air, 0, 32'768));
+        store(ramp(air, 0, 32'768));
+    }
+    /// The chunks of the agent, as another one's.
+    void copyChunks(RowId to, std::uint64_t daysEarlier, const std::string& batch)
+    {
+        const std::string columns = "upto, codec, valid, data, count, minimum, maximum, sum, whole, runs";
+        server.tell("INSERT INTO " + table +
+                    " (agent, property, t0, t1, begin, end, n, chunk, version, batch, writers, " + columns +
+                    ") SELECT " + std::to_string(to) + ", property, t0, t1, begin, end, n, chunk, version - " +
+                    std::to_string(daysEarlier * 86'400'000'000) + ", " + batch + ", writers, " + columns + " FROM " +
+                    table + " WHERE agent = " + std::to_string(agent));
+    }
+    std::uint64_t chunksOf(RowId of)
+    {
+        return countIn(table + " WHERE property = 0 AND agent = " + std::to_string(of));
+    }
+    bool comesTo(RowId of, std::uint64_t chunks)
+    {
+        return QTest::qWaitFor([&] { return chunksOf(of) == chunks; }, 20'000);
+    }
+    static std::string batchOf(std::uint64_t daysAgo)
+    {
+        return std::to_string(stamps::number() - ((daysAgo * 86'400) << stamps::kRandomBits));
+    }
+
+    const std::string table = site->tables().chunks();
+};
+
+TEST_F(SweptOnServerTest, ChunksThatOthersHaveLainOverForDaysAreTakenAway)
+{
+    copyChunks(77, 3, "batch");
+    EXPECT_EQ(chunksOf(77), 4U);
+    opened()->compact({});
+    EXPECT_TRUE(comesTo(77, 2)) << chunksOf(77);
+    EXPECT_EQ(opened()->overview(77, {}).records(), 32'768U);
+}
+
+TEST_F(SweptOnServerTest, ThoseThatSomebodyMayStillReadStay)
+{
+    copyChunks(77, 3, "batch");
+    opened()->compact({});
+    EXPECT_TRUE(comesTo(77, 2));
+    EXPECT_EQ(chunksOf(agent), 4U);
+}
+
+TEST_F(SweptOnServerTest, FewAreNotWorthWritingTheOthersAnew)
+{
+    copyChunks(77, 3, "batch");
+    for (RowId other = 100; other < 106; ++other)
+        copyChunks(other, 0, "batch");
+    opened()->compact({});
+    EXPECT_FALSE(QTest::qWaitFor([&] { return chunksOf(77) != 4; }, 1'500));
+}
+
+TEST_F(SweptOnServerTest, WhatABatchOfFormerDaysNeverFinishedIsTakenAway)
+{
+    copyChunks(77, 0, batchOf(3));
+    copyChunks(78, 0, batchOf(0));
+    opened()->compact({});
+    EXPECT_TRUE(comesTo(77, 0)) << chunksOf(77);
+    EXPECT_EQ(chunksOf(78), 4U);
+}
+
 TEST_F(RecordsOnServerTest, YoungRowsThatAChunkHasTakenInDoNotCome)
 {
     append(*opened()->appender(), 0, 17'000, 500);
