@@ -14,6 +14,7 @@ namespace {
 
 constexpr double kInfinity = std::numeric_limits<double>::infinity();
 constexpr std::size_t kRun = ColumnKernels::kRun;
+constexpr std::size_t kFewestAhead = 4, kMostAhead = 32, kMostSkipped = 8;  // chunks
 
 /// What the column's runs are a multiple of; 0: anything.
 std::size_t lengthOfRuns(const ColumnIndex& index)
@@ -88,42 +89,79 @@ bool ServerPages::fill(std::size_t first, std::size_t end) const noexcept
     return false;
 }
 
-/// The columns of all chunks in one answer.
+/// Pieces to be fetched with those asked for, which are at `asked`, before `next`: the more of them the longer somebody
+/// goes on from where the last ones ended, or from a few pieces behind: several threads each take the next page. A
+/// single look fetches what it needs.
+std::vector<std::size_t> ServerPages::behind(std::size_t asked, std::size_t next) const
+{
+    const std::lock_guard lock(m_mutex);
+    const bool goesOn = asked >= m_next && asked <= m_next + kMostSkipped;
+    m_ahead = goesOn ? std::clamp(2 * m_ahead, kFewestAhead, kMostAhead) : 0;
+    std::vector<std::size_t> ahead;
+    const auto add = [&](std::size_t piece) {
+        const StoredChunk* chunk = m_span->pieces[piece].chunk;
+        if (chunk && m_present[piece] && !m_span->site->packed().find(chunk->id, m_property))
+            ahead.push_back(piece);
+    };
+    for (std::size_t skipped = m_next; goesOn && skipped < asked; ++skipped)
+        add(skipped);
+    for (; next < m_span->pieces.size() && ahead.size() < m_ahead; ++next)
+        add(next);
+    m_next = next;
+    return ahead;
+}
+
+/// The columns of all chunks that are not here yet in one answer, and some of those that follow.
 void ServerPages::fetch(std::size_t first, std::size_t end) const
 {
     const std::vector<std::size_t>& begin = m_span->begin;
-    std::vector<const StoredChunk*> chunks;
-    std::vector<std::size_t> pieces;
-    const auto at = std::upper_bound(begin.begin(), begin.end(), first);
-    for (auto piece = static_cast<std::size_t>(at - begin.begin()) - 1; begin[piece] < end; ++piece) {
-        const std::size_t from = std::max(first, begin[piece]), to = std::min(end, begin[piece + 1]);
-        if (!m_span->pieces[piece].chunk) {
-            copy(piece, from, to);
-        } else if (!m_present[piece]) {
-            standIn(piece, from, to);
-        } else {
-            chunks.push_back(m_span->pieces[piece].chunk);
-            pieces.push_back(piece);
-        }
-    }
-    if (chunks.empty())
-        return;
     const SiteOnServer::Lease server = m_span->site->lease();
     AgentReading reading(*server, m_span->site->tables(), m_span->agent);
     std::vector<std::uint64_t> valid;
-    const std::size_t found =
-        reading.column(chunks, m_property, [&](std::size_t i, RowId, const AgentReading::Segment& segment) {
-            const std::size_t start = begin[pieces[i]];
-            const std::size_t from = std::max(first, start), to = std::min(end, begin[pieces[i] + 1]);
-            reading.decode(*chunks[i], m_property, segment, from - start, {m_values + from, to - from}, valid);
-            if (bits::allSet(valid.data(), from - start, to - from))
-                return;
-            if (!m_words)
-                throw ReportableError(QStringLiteral(
-                    "An index on the server says that values are valid which are not: compact the site."));
-            bits::copy(valid.data(), from - start, m_words, from, to - from);
-        });
-    if (found != chunks.size())
+    const auto unpack = [&](std::size_t piece, const AgentReading::Segment& segment) {
+        const std::size_t start = begin[piece];
+        const std::size_t from = std::max(first, start), to = std::min(end, begin[piece + 1]);
+        reading.decode(*m_span->pieces[piece].chunk, m_property, segment, from - start, {m_values + from, to - from},
+                       valid);
+        if (bits::allSet(valid.data(), from - start, to - from))
+            return;
+        if (!m_words)
+            throw ReportableError(
+                QStringLiteral("An index on the server says that values are valid which are not: compact the site."));
+        bits::copy(valid.data(), from - start, m_words, from, to - from);
+    };
+    std::vector<std::size_t> missing;
+    const auto at = std::upper_bound(begin.begin(), begin.end(), first);
+    auto piece = static_cast<std::size_t>(at - begin.begin()) - 1;
+    for (; piece < m_span->pieces.size() && begin[piece] < end; ++piece) {
+        const StoredChunk* chunk = m_span->pieces[piece].chunk;
+        const std::size_t from = std::max(first, begin[piece]), to = std::min(end, begin[piece + 1]);
+        if (!chunk)
+            copy(piece, from, to);
+        else if (!m_present[piece])
+            standIn(piece, from, to);
+        else if (const auto known = m_span->site->packed().find(chunk->id, m_property))
+            unpack(piece, known->segment());
+        else
+            missing.push_back(piece);
+    }
+    if (missing.empty())
+        return;
+    std::vector<std::size_t> pieces = missing;
+    const std::vector<std::size_t> ahead = behind(missing.front(), piece);
+    pieces.insert(pieces.end(), ahead.begin(), ahead.end());
+    std::vector<const StoredChunk*> chunks;
+    for (const std::size_t each : pieces)
+        chunks.push_back(m_span->pieces[each].chunk);
+    std::size_t found = 0;
+    reading.column(chunks, m_property, [&](std::size_t i, RowId, const AgentReading::Segment& segment) {
+        m_span->site->packed().keep(chunks[i]->id, m_property, segment);
+        if (i >= missing.size())
+            return;
+        ++found;
+        unpack(pieces[i], segment);
+    });
+    if (found != missing.size())
         throw ReportableError(
             QStringLiteral("Some of the records shown are no longer on the server: show them again."));
 }

@@ -6,12 +6,13 @@
 #include "records/store/RecordColumns.h"
 
 #include <memory>
+#include <mutex>
 #include <vector>
 
 /// Columns of a span of records that are fetched from the server page by page.
 namespace plotix {
 
-/// Which records a span has, as they were when it was asked for. Chunks never change and are never removed, so that
+/// Which records a span has, as they were when it was asked for. Chunks never change, and stay for days, so that
 /// they can be fetched at any time. *Shared* by the columns of the span; any thread reads, nobody changes it.
 struct ServerSpan {
     std::shared_ptr<SiteOnServer> site;
@@ -38,6 +39,7 @@ public:
 private:
     bool fill(std::size_t first, std::size_t end) const noexcept override;
     void fetch(std::size_t first, std::size_t end) const;
+    std::vector<std::size_t> behind(std::size_t asked, std::size_t next) const;
     void copy(std::size_t piece, std::size_t first, std::size_t end) const;
     void standIn(std::size_t piece, std::size_t first, std::size_t end) const;
 
@@ -46,6 +48,10 @@ private:
     const std::vector<bool> m_present;
     double* const m_values;
     std::uint64_t* const m_words;  ///< null: every element is valid
+
+    mutable std::mutex m_mutex;       // guards what follows: how far to fetch ahead
+    mutable std::size_t m_next = 0;   // the piece behind those that were fetched last
+    mutable std::size_t m_ahead = 0;  // chunks
 };
 
 /// What is known of the pieces' columns without their values, put together for the whole span.

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "records/clickhouse/PackedCache.h"
 #include "records/clickhouse/ServerConnection.h"
 #include "records/clickhouse/SiteTables.h"
 #include "records/store/RecordBlock.h"
@@ -53,11 +54,14 @@ public:
 
     void closeIdle();
 
+    PackedCache& packed() { return m_packed; }
+
 private:
     const ServerAddress m_address;
     const ServerCredentials m_credentials;
     const SiteTables m_tables;
     const Owns m_owns;
+    PackedCache m_packed;
     std::mutex m_mutex;
     std::vector<std::unique_ptr<ServerConnection>> m_idle;  // under the mutex
 };

@@ -322,6 +322,39 @@ TEST_F(RecordsOnServerTest, AColumnThatCannotBeFetchedHasStandInsUntilItCan)
     EXPECT_EQ(values[50'000], 50'000);
 }
 
+TEST_F(RecordsOnServerTest, WhoGoesOnReadingHasWhatFollowsHere)
+{
+    if (!ServerForTests::running().isOwn())
+        GTEST_SKIP() << "the server is somebody else's";
+    store(ramp(air, 0, 300'000));
+    const auto columns = opened()->columns(agent, std::vector{air}, {}, {}, std::make_shared<PageCache>(0));
+    const PagedArray<double>& values = columns->columns[0].values;
+    const auto at = [&](std::size_t element) {
+        const PagedMemory::Hold held = values.hold(element, element + 1);
+        return values[element];
+    };
+    EXPECT_EQ(at(0), 0);
+    EXPECT_EQ(at(100'000), 100'000);
+    ServerForTests::running().kill();
+    EXPECT_EQ(at(200'000), 200'000);
+    EXPECT_EQ(at(0), 0);
+    EXPECT_FALSE(columns->failure->message());
+    ServerForTests::running().restart();
+}
+
+TEST(PackedCacheTest, WhatWasUsedLastStays)
+{
+    PackedCache cache;
+    const std::vector<std::byte> quarter(PackedCache::kMostBytes / 4);
+    for (std::uint64_t chunk = 1; chunk <= 4; ++chunk)
+        cache.keep(chunk, 1, {0, {}, quarter});
+    EXPECT_TRUE(cache.find(1, 1));
+    cache.keep(5, 1, {0, {}, quarter});
+    EXPECT_TRUE(cache.find(1, 1));
+    EXPECT_FALSE(cache.find(2, 1));
+    EXPECT_FALSE(cache.find(5, 2));
+}
+
 TEST_F(RecordsOnServerTest, TheNextHostServesWhereOneIsGone)
 {
     ServerAddress address = site->address();
