@@ -35,8 +35,7 @@ int runCommand(const CopyCommand& command, CommandContext context)
         copied = copySite(command.from, command.to, progress);
     }
     if (!copied)
-        throw ReportableError(
-            QStringLiteral("cancelled; the same command goes on where this one ended").arg(command.to));
+        throw ReportableError(QStringLiteral("cancelled; the same command goes on where this one ended"));
     context.streams.output << nameOf(command.to).toStdString() << " has "
                            << countText(copied->records, "record", "records") << " of "
                            << countText(copied->properties, "property", "properties") << " of "

@@ -20,9 +20,15 @@ std::vector<QString> sitesOnServer(const QString& address)
     return ClickHouseServer::sitesAt(address);
 }
 
-void enterCredentials(const QString& address, const QString& user, const std::optional<QString>& password)
+std::function<void()> enterCredentials(const QString& address, const QString& user,
+                                       const std::optional<QString>& password)
 {
-    ServerCredentials::enter(ServerAddress::parsed(address), user, password);
+    return ServerCredentials::enter(ServerAddress::parsed(address), user, password);
+}
+
+QString enteredUser(const QString& address)
+{
+    return ServerCredentials::enteredUser(ServerAddress::parsed(address));
 }
 
 QString withoutUser(const QString& address)

@@ -2,6 +2,7 @@
 
 #include "records/store/StoreServer.h"
 
+#include <functional>
 #include <optional>
 #include <vector>
 
@@ -19,9 +20,12 @@ std::shared_ptr<StoreServer> storeServer(const QString& address);
 /// the server.
 std::vector<QString> sitesOnServer(const QString& address);
 
-/// From here on the program asks the address's hosts as this user, until it ends; nothing of it is written anywhere. No
-/// password: the one entered before, else the environment's.
-void enterCredentials(const QString& address, const QString& user, const std::optional<QString>& password);
+/// From here on the program asks the address's hosts as this user, until it ends; no site file has anything of it. No
+/// password: the one entered before, else the environment's. Answers what takes it back.
+std::function<void()> enterCredentials(const QString& address, const QString& user,
+                                       const std::optional<QString>& password);
+/// Empty: nobody was entered for the address's hosts.
+QString enteredUser(const QString& address);
 
 /// The address as it may be kept: a user it names is entered, and left out.
 QString withoutUser(const QString& address);

@@ -63,7 +63,7 @@ OpenServerDialog::OpenServerDialog(QWidget* parent)
 {
     setWindowTitle(tr("Open from Server"));
     m_server->setPlaceholderText(tr("name or name:8123"));
-    m_server->setToolTip(tr("A ClickHouse server; several names of one, with commas between, are tried in turn. An "
+    m_server->setToolTip(tr("A ClickHouse server; several names, with commas between, are replicas of it. An "
                             "address, clickhouse://…, may be pasted whole."));
     m_user->setPlaceholderText(tr("the server's usual one"));
     m_password->setEchoMode(QLineEdit::Password);
@@ -103,7 +103,7 @@ OpenServerDialog::OpenServerDialog(QWidget* parent)
     connect(buttons, &QDialogButtonBox::accepted, this, &QDialog::accept);
     connect(buttons, &QDialogButtonBox::rejected, this, &QDialog::reject);
     connect(find, &QPushButton::clicked, this, &OpenServerDialog::findSites);
-    connect(m_server, &QLineEdit::textChanged, this, &OpenServerDialog::takePasted);
+    connect(m_server, &QLineEdit::editingFinished, this, &OpenServerDialog::takePasted);
     const auto allow = [this, open, find] {
         const bool hasServer = !m_server->text().trimmed().isEmpty();
         find->setEnabled(hasServer);
@@ -122,20 +122,32 @@ OpenServerDialog::OpenServerDialog(QWidget* parent)
 
 void OpenServerDialog::choose(const QString& address)
 {
-    takePasted(address);
+    m_user->clear();
+    m_password->clear();
+    m_server->setText(address);
+    takePasted();
+    if (m_user->text().isEmpty())
+        m_user->setText(enteredUser(address));
 }
 
-void OpenServerDialog::takePasted(const QString& text)
+/// A whole address goes into all fields, a user before a host into theirs.
+void OpenServerDialog::takePasted()
 {
+    QString text = m_server->text().trimmed();
+    if (!text.startsWith(QLatin1String("clickhouse://")) && text.contains(QLatin1Char('@')))
+        text.prepend(QLatin1String("clickhouse://"));
     const std::optional<Parts> parts = partsOf(text);
     if (!parts)
         return;
     m_server->setText(parts->hosts);
-    m_secure->setChecked(parts->isSecure);
+    if (text == m_server->text())
+        return;
     if (!parts->user.isEmpty())
         m_user->setText(parts->user);
-    if (!parts->site.isEmpty())
-        m_site->setEditText(parts->site);
+    if (parts->site.isEmpty())
+        return;
+    m_site->setEditText(parts->site);
+    m_secure->setChecked(parts->isSecure);
 }
 
 QString OpenServerDialog::hostsAddress(const QString& site) const
@@ -150,23 +162,32 @@ QString OpenServerDialog::address() const
     return hostsAddress(m_site->currentText().trimmed());
 }
 
-void OpenServerDialog::enterWho(const QString& address) const
+/// Does the work as whom the dialog names. False: it failed, which is said; then everybody is asked as before.
+bool OpenServerDialog::askedAt(const QString& address, const QString& label,
+                               const std::function<void(const WorkProgress& progress)>& work)
 {
-    const QString password = m_password->text();
-    enterCredentials(address, m_user->text().trimmed(), password.isEmpty() ? std::nullopt : std::optional(password));
+    std::function<void()> takeBack;
+    try {
+        const QString password = m_password->text();
+        takeBack = enterCredentials(address, m_user->text().trimmed(),
+                                    password.isEmpty() ? std::nullopt : std::optional(password));
+        workWithProgress(label, this, work);
+        return true;
+    } catch (const std::exception& error) {
+        if (takeBack)
+            takeBack();
+        say(QString::fromUtf8(error.what()));
+        return false;
+    }
 }
 
 void OpenServerDialog::findSites()
 {
+    takePasted();
     const QString anywhere = hostsAddress(QLatin1String(kAnySite));
     std::vector<QString> sites;
-    try {
-        enterWho(anywhere);
-        workWithProgress(tr("Asking the server…"), this, [&](const WorkProgress&) { sites = sitesOnServer(anywhere); });
-    } catch (const ReportableError& error) {
-        say(error.message());
+    if (!askedAt(anywhere, tr("Asking the server…"), [&](const WorkProgress&) { sites = sitesOnServer(anywhere); }))
         return;
-    }
     const QString typed = m_site->currentText();
     m_site->clear();
     for (const QString& site : sites)
@@ -182,21 +203,16 @@ void OpenServerDialog::findSites()
 
 bool OpenServerDialog::connectNow()
 {
+    takePasted();
     const QString wanted = address();
     QString file;
-    try {
-        enterWho(wanted);
-        workWithProgress(tr("Opening %1…").arg(m_site->currentText().trimmed()), this,
-                         [&](const WorkProgress& progress) {
-                             const QString made = deskFileOf(wanted);
-                             if (progress(1))
-                                 file = made;
-                         });
-    } catch (const ReportableError& error) {
-        say(error.message());
-        return false;
-    }
-    if (file.isEmpty())
+    const bool isDone =
+        askedAt(wanted, tr("Opening %1…").arg(m_site->currentText().trimmed()), [&](const WorkProgress& progress) {
+            const QString made = deskFileOf(wanted);
+            if (progress(1))
+                file = made;
+        });
+    if (!isDone || file.isEmpty())
         return false;
     m_siteFile = file;
     remember();

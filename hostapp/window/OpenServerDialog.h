@@ -1,5 +1,7 @@
 #pragma once
 
+#include "hostapp/window/WorkProgress.h"
+
 #include <QtWidgets/QDialog>
 
 class QCheckBox;
@@ -8,7 +10,8 @@ class QLabel;
 class QLineEdit;
 
 /// Asks for a site on a server, and opens it: the server, who asks, and the site, which a list of those there helps to
-/// find. What it was told last stands in it again, but for the password. Main thread only.
+/// find. What it was told last stands in it again, but for the password: the server, the user's
+/// name and the site are among the program's settings. Main thread only.
 namespace plotix {
 
 class OpenServerDialog : public QDialog {
@@ -30,9 +33,10 @@ public:
 private:
     QString address() const;
     QString hostsAddress(const QString& site) const;
-    void takePasted(const QString& text);
+    void takePasted();
+    bool askedAt(const QString& address, const QString& label,
+                 const std::function<void(const WorkProgress& progress)>& work);
     void findSites();
-    void enterWho(const QString& address) const;
     void say(const QString& words);
     void remember() const;
 

@@ -5,6 +5,7 @@
 #include "hostapp/site/PlugInOperations.h"
 #include "hostapp/window/SiteWindow.h"
 
+#include "base/ReportableError.h"
 #include "hostapp/document/DeskFile.h"
 #include "hostapp/window/OpenServerDialog.h"
 #include "hostapp/window/RecentSites.h"
@@ -38,6 +39,16 @@ void bringForward(QWidget* window)
     window->show();
     window->raise();
     window->activateWindow();
+}
+
+/// Of a site on a server; a file that cannot be read says so when it is opened.
+std::optional<QString> addressOf(const QString& path)
+{
+    try {
+        return addressOfDeskFile(path);
+    } catch (const ReportableError&) {
+        return std::nullopt;
+    }
 }
 
 /// Ampersands in a name are no mnemonics.
@@ -101,7 +112,7 @@ void SiteWindow::fillRecentMenu()
     QMenu* menu = m_actions.openRecent;
     menu->clear();
     for (const QString& path : recentSites()) {
-        const std::optional<QString> address = addressOfDeskFile(path);
+        const std::optional<QString> address = addressOf(path);
         QAction* action = menu->addAction(menuText(QFileInfo(path).completeBaseName()));
         action->setToolTip(plainToolTip(address.value_or(path)));
         if (address) {

@@ -82,14 +82,32 @@ void ClickHouseServer::tellAll(const std::vector<Statements>& all)
     }
 }
 
+/// Records that one host has alone, the others would never get.
+void ClickHouseServer::requireNoneAlone()
+{
+    for (const ServerAddress& host : m_address.hostByHost()) {
+        ServerConnection server(host, m_credentials);
+        const Replication::Found found =
+            Replication::foundOn(host, [&](const std::string& statement) { return server.ask(statement); });
+        if (found.tables == Replication::Tables::Single)
+            throw ReportableError(QStringLiteral("The site %1 stands on that server alone: make one of another name on "
+                                                 "all of them, and “plotix copy” its records there.")
+                                      .arg(host.title()));
+    }
+}
+
 void ClickHouseServer::create()
 {
+    if (m_address.hosts.size() > 1)
+        requireNoneAlone();
     tellAll(creation());
+    ServerConnection::forgetReplication(m_address);
 }
 
 void ClickHouseServer::drop()
 {
     tellAll(dropping());
+    ServerConnection::forgetReplication(m_address);
 }
 
 ClickHouseServer::Description ClickHouseServer::description()
@@ -130,8 +148,11 @@ std::string ClickHouseServer::tablesNamed(const std::string& column, const char*
 
 QByteArray ClickHouseServer::changeMark()
 {
-    // Rows are never changed in place: whatever is stored makes them more, and merging them leaves their number.
-    ServerConnection server(m_address, m_credentials, {std::chrono::seconds(1), std::chrono::seconds(5)});
+    // Whatever is stored makes rows more, and merging them leaves their number; taking away what counts for nothing
+    // makes them fewer, which is looked at once in vain.
+    ServerConnection server(
+        m_address, m_credentials,
+        {std::chrono::seconds(1), std::chrono::seconds(5), std::chrono::seconds(1), std::chrono::seconds(1)});
     return QByteArray::number(
         qulonglong(numberOf(server, "SELECT toUInt64(sum(rows)) FROM system.parts WHERE active AND " +
                                         tablesNamed("table", "batch|chunk|young|amendment|catalogue"))));

@@ -32,6 +32,7 @@ public:
     void put(const std::vector<Row>& rows) override;
 
 private:
+    void requireNoneAlone();
     void tellAll(const std::vector<Statements>& all);
     std::string tablesNamed(const std::string& column, const char* names) const;
 

@@ -122,7 +122,7 @@ public:
             return;
         prepare();
         if (!m_isEmpty)
-            commitBatch(*m_server, m_site->tables(), m_batch);
+            m_turn->commit([&](ServerConnection& server) { commitBatch(server, m_site->tables(), m_batch); });
         m_turn.reset();
     }
 
@@ -296,9 +296,8 @@ CompactionResult compacted(const WrittenSite& written, const CompactionRequest& 
             if (request.dropBefore)
                 result.dropped += writing.dropBefore(*request.dropBefore);
             writing.repack(goOn);
-            turn.requireHeld();
             if (writing.chunksWritten() > 0)
-                commitBatch(*server, tables, batch);
+                turn.commit([&](ServerConnection& quick) { commitBatch(quick, tables, batch); });
         }
         const Counted after = counted(*server, tables, agent);
         result.chunksAfter += after.chunks;
@@ -313,12 +312,13 @@ CompactionResult compacted(const WrittenSite& written, const CompactionRequest& 
                           std::nextafter(*request.dropBefore, -kInfinity));
         if (!amendments.isEmpty()) {
             amendments.flush();
-            turn.requireHeld();
-            commitBatch(*server, tables, batch);
+            turn.commit([&](ServerConnection& quick) { commitBatch(quick, tables, batch); });
         }
     }
-    if (!result.stopped)
+    if (!result.stopped) {
+        const WritersTurn turn(site, kWritersPatience);  // what others are about to finish is finished then
         sweeping.sweep(agents);
+    }
     if (!result.stopped && progress)
         progress(1);
     return result;

@@ -22,33 +22,38 @@ std::vector<std::uint64_t> numbersIn(const std::vector<std::byte>& rows)
 
 }  // namespace
 
-std::optional<Replication> Replication::learnt(const ServerAddress& address, const Ask& ask)
+Replication::Found Replication::foundOn(const ServerAddress& address, const Ask& ask)
 {
     const auto asked = [&](const char* statement) {
         return numbersIn(ask(QString::fromLatin1(statement).arg(address.database, address.site).toStdString()));
     };
-    const std::vector<std::uint64_t> found =
+    const std::vector<std::uint64_t> tables =
         asked("SELECT count(), countIf(engine LIKE 'Replicated%') FROM system.tables "
               "WHERE database = '%1' AND name = '%2_chunk' FORMAT RowBinary");
-    if (found.size() != 2 || found[0] == 0)
-        return std::nullopt;
-    if (found[1] == 0)
-        return Replication();
-    // How many there are, the server knows from the keeper alone: none where that is away.
-    const std::vector<std::uint64_t> replicas =
-        asked("SELECT toUInt64(max(total_replicas)), (SELECT count() FROM system.settings WHERE name = "
-              "'insert_quorum_parallel') FROM system.replicas "
-              "WHERE database = '%1' AND table = '%2_chunk' FORMAT RowBinary");
-    if (replicas.size() != 2 || replicas[0] == 0)
-        return std::nullopt;
+    if (tables.size() != 2 || tables[0] == 0)
+        return {};
+    if (tables[1] == 0)
+        return {Tables::Single};
+    const std::vector<std::uint64_t> replicas = asked("SELECT toUInt64(max(total_replicas)) FROM system.replicas "
+                                                      "WHERE database = '%1' AND table = '%2_chunk' FORMAT RowBinary");
+    if (replicas.size() != 1 || replicas[0] == 0)
+        return {Tables::Unknown};
+    const std::vector<std::uint64_t> setting =
+        numbersIn(ask("SELECT count() FROM system.settings WHERE name = 'insert_quorum_parallel' FORMAT RowBinary"));
+    return {Tables::Known, replicas[0], !setting.empty() && setting[0] > 0};
+}
+
+Replication Replication::among(const Found& found, std::size_t hosts)
+{
+    const std::uint64_t replicas = std::max<std::uint64_t>(found.replicas, hosts);
     QString settings = QStringLiteral("&select_sequential_consistency=1");
-    if (replicas[0] > 1)
+    if (replicas > 1)
         settings +=
-            QStringLiteral("&insert_quorum=%1&insert_quorum_timeout=%2").arg(replicas[0] / 2 + 1).arg(kAgreeingTime);
-    // Newer servers take several inserts at once unless they are told not to, and then what is read may lack some.
-    if (replicas[1] > 0)
+            QStringLiteral("&insert_quorum=%1&insert_quorum_timeout=%2").arg(replicas / 2 + 1).arg(kAgreeingTime);
+    // Several at once, and what is read may lack some.
+    if (found.storesSeveralAtOnce)
         settings += QStringLiteral("&insert_quorum_parallel=0");
-    return Replication{true, settings.toStdString()};
+    return {true, settings.toStdString()};
 }
 
 int errorCodeOf(const std::string& message)
@@ -63,6 +68,8 @@ int errorCodeOf(const std::string& message)
 bool passes(int errorCode)
 {
     constexpr std::array kCodes = {
+        60,   // this host has no such table, as one that was set up anew
+        81,   // nor the database
         225,  // no keeper
         242,  // the table cannot be written: its replica has lost the keeper
         254,  // no replica that has the part lives

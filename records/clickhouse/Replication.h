@@ -17,10 +17,23 @@ struct Replication {
     bool isThere = false;
     std::string settings;  ///< of each statement, as a part of its address
 
-    /// Asks with `ask`, which answers the rows of a statement. Nothing: the site's tables are not there, or what they
-    /// agree by cannot be reached just now.
+    /// Asks with `ask`, which answers the rows of a statement, of the site's tables on one host.
     using Ask = std::function<std::vector<std::byte>(const std::string& statement)>;
-    static std::optional<Replication> learnt(const ServerAddress& address, const Ask& ask);
+    enum class Tables {
+        None,     ///< the site is not there
+        Single,   ///< it is there alone
+        Known,    ///< it is one of several, and knows of how many
+        Unknown,  ///< it is one of several, and has lost the keeper that tells of the others
+    };
+    struct Found {
+        Tables tables = Tables::None;
+        std::uint64_t replicas = 0;
+        bool storesSeveralAtOnce = false;  ///< unless it is told not to
+    };
+    static Found foundOn(const ServerAddress& address, const Ask& ask);
+
+    /// Of so many at least, whatever a host knows: others may be about to be made.
+    static Replication among(const Found& found, std::size_t hosts);
 };
 
 /// What is wrong, of a message that a server answers; 0: it does not say.

@@ -1,11 +1,12 @@
 #pragma once
 
+#include "base/ReportableError.h"
+
 #include <bit>
 #include <cstddef>
 #include <cstdint>
 #include <cstring>
 #include <span>
-#include <stdexcept>
 #include <string_view>
 #include <vector>
 
@@ -56,8 +57,11 @@ private:
 };
 
 /// Fewer bytes than a row has.
-struct TooShort : std::runtime_error {
-    TooShort() : std::runtime_error("a row ends early") {}
+struct TooShort : ReportableError {
+    TooShort()
+        : ReportableError(QStringLiteral("The server answers something else than it was asked: a row ends early."))
+    {
+    }
 };
 
 /// Throws TooShort. Borrows the bytes, and so do the bytes and lists it hands out.

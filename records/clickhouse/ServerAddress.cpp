@@ -70,6 +70,15 @@ struct Entered {
         return found == byHost.end() ? std::nullopt : std::optional(found->second);
     }
 
+    void set(const ServerAddress& address, const std::optional<Words>& words)
+    {
+        const std::lock_guard lock(mutex);
+        if (words)
+            byHost[hostsOf(address)] = *words;
+        else
+            byHost.erase(hostsOf(address));
+    }
+
     std::mutex mutex;  // guards what follows
     std::map<QString, Words> byHost;
 };
@@ -133,22 +142,28 @@ QString ServerAddress::title() const
     return QStringLiteral("%1:%2/%3/%4").arg(hosts.front().name).arg(hosts.front().port).arg(database, site);
 }
 
-void ServerCredentials::enter(const ServerAddress& address, const QString& user, const std::optional<QString>& password)
+std::function<void()> ServerCredentials::enter(const ServerAddress& address, const QString& user,
+                                               const std::optional<QString>& password)
 {
     Entered& entered = Entered::here();
-    const std::lock_guard lock(entered.mutex);
-    Entered::Words& words = entered.byHost[hostsOf(address)];
-    if (password || words.user != user)
-        words.password = password;
-    words.user = user;
+    const std::optional<Entered::Words> before = entered.find(address);
+    const bool isSameUser = before && before->user == user;
+    entered.set(address, Entered::Words{user, password || !isSameUser ? password : before->password});
+    return [address, before] { Entered::here().set(address, before); };
+}
+
+QString ServerCredentials::enteredUser(const ServerAddress& address)
+{
+    const std::optional<Entered::Words> words = Entered::here().find(address);
+    return words ? words->user : QString();
 }
 
 ServerCredentials ServerCredentials::of(const ServerAddress& address)
 {
     ServerCredentials credentials{address.user, qEnvironmentVariable("PLOTIX_CLICKHOUSE_PASSWORD")};
-    if (const std::optional<Entered::Words> words = Entered::here().find(address)) {
-        if (credentials.user.isEmpty())
-            credentials.user = words->user;
+    const std::optional<Entered::Words> words = Entered::here().find(address);
+    if (words && (credentials.user.isEmpty() || credentials.user == words->user)) {
+        credentials.user = words->user;
         if (words->password) {
             credentials.password = *words->password;
             return credentials;

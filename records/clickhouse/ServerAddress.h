@@ -3,6 +3,7 @@
 #include <QtCore/QString>
 #include <QtCore/QtGlobal>
 
+#include <functional>
 #include <optional>
 #include <vector>
 
@@ -48,8 +49,11 @@ struct ServerCredentials {
     /// ReportableError for a file that cannot be read, or that others may read.
     static ServerCredentials of(const ServerAddress& address);
     /// For the address's hosts until the program ends: kept in memory alone. No password: the user's before, else the
-    /// environment's.
-    static void enter(const ServerAddress& address, const QString& user, const std::optional<QString>& password);
+    /// environment's. Answers what takes it back.
+    static std::function<void()> enter(const ServerAddress& address, const QString& user,
+                                       const std::optional<QString>& password);
+    /// The user entered for the address's hosts; empty: none.
+    static QString enteredUser(const ServerAddress& address);
 };
 
 }  // namespace plotix

@@ -29,6 +29,46 @@ namespace {
 
 constexpr std::size_t kLongestMessage = 4096;
 constexpr auto kAgainAfter = std::chrono::milliseconds(100);
+/// Replicas may be added while a program runs.
+constexpr auto kLearntFor = std::chrono::seconds(60);
+
+using Clock = std::chrono::steady_clock;
+
+struct NotReached {};
+
+/// What was learnt of sites, by address, for all connections. Any thread.
+class LearntSites {
+public:
+    struct Learnt {
+        Replication replication;
+        Clock::time_point again;  // when it is to be learnt the next time
+    };
+    static LearntSites& all()
+    {
+        static LearntSites sites;
+        return sites;
+    }
+    std::optional<Learnt> find(const QString& site)
+    {
+        const std::lock_guard lock(m_mutex);
+        const auto found = m_learnt.find(site);
+        return found == m_learnt.end() ? std::nullopt : std::optional(found->second);
+    }
+    void keep(const QString& site, const Learnt& learnt)
+    {
+        const std::lock_guard lock(m_mutex);
+        m_learnt[site] = learnt;
+    }
+    void forget(const QString& site)
+    {
+        const std::lock_guard lock(m_mutex);
+        m_learnt.erase(site);
+    }
+
+private:
+    std::mutex m_mutex;
+    std::map<QString, Learnt> m_learnt;  // under the mutex
+};
 
 void startOnce()
 {
@@ -98,49 +138,83 @@ void ServerConnection::insert(const std::string& statement, std::span<const std:
     run(request);
 }
 
-/// Once for each site and process: who is asked does not change while it lives.
-void ServerConnection::learnReplication()
+/// What any host says who knows: one that has lost the keeper does not, nor one that was set up anew. False: the site
+/// is replicated, and nobody knows how just now.
+bool ServerConnection::learnOnce()
 {
-    static std::mutex mutex;
-    static std::map<QString, Replication> known;  // by address, under the mutex
-    const QString site = m_address.text();
-    m_knowsReplication = true;  // these statements need no agreement
-    {
-        const std::lock_guard lock(mutex);
-        if (const auto found = known.find(site); found != known.end()) {
-            m_replication = found->second;
-            return;
+    using Tables = Replication::Tables;
+    bool isReplicated = m_replication.isThere;
+    std::optional<Replication> learnt;
+    for (const ServerAddress::Host& host : m_address.hosts) {
+        try {
+            const Replication::Found found = Replication::foundOn(m_address, [&](const std::string& statement) {
+                std::vector<std::byte> answer;
+                Request request;
+                request.body = std::as_bytes(std::span(statement));
+                request.begin = [&] { answer.clear(); };
+                request.take = [&](std::span<const std::byte> bytes) {
+                    answer.insert(answer.end(), bytes.begin(), bytes.end());
+                    return true;
+                };
+                if (!tryAt(host, request))
+                    throw NotReached();
+                return answer;
+            });
+            isReplicated = isReplicated || found.tables == Tables::Known || found.tables == Tables::Unknown;
+            if (found.tables == Tables::Known || (found.tables == Tables::Single && !isReplicated)) {
+                learnt =
+                    found.tables == Tables::Single ? Replication() : Replication::among(found, m_address.hosts.size());
+                break;
+            }
+        } catch (const NotReached&) {  // the next one may be
         }
     }
-    std::optional<Replication> learnt;
-    try {
-        learnt = Replication::learnt(m_address, [this](const std::string& statement) { return ask(statement); });
-    } catch (...) {
-        m_knowsReplication = false;
-        throw;
+    if (learnt) {
+        m_replication = *learnt;
+        m_learntAgain = Clock::now() + kLearntFor;
+        LearntSites::all().keep(m_address.text(), {m_replication, m_learntAgain});
     }
-    m_knowsReplication = learnt.has_value();
-    if (!learnt)
+    return learnt || !isReplicated;
+}
+
+void ServerConnection::learnReplication()
+{
+    if (Clock::now() < m_learntAgain)
         return;
-    m_replication = *learnt;
-    const std::lock_guard lock(mutex);
-    known[site] = m_replication;
+    if (const auto known = LearntSites::all().find(m_address.text())) {
+        m_replication = known->replication;
+        m_learntAgain = known->again;
+        if (Clock::now() < m_learntAgain)
+            return;
+    }
+    const auto until = Clock::now() + m_patience.reading;
+    while (!learnOnce()) {
+        if (m_replication.isThere)
+            return;  // as it was before
+        if (Clock::now() > until)
+            throw ReportableError(QStringLiteral("The replicas of “%1” have lost the keeper that they share: start it.")
+                                      .arg(m_address.title()));
+        std::this_thread::sleep_for(kAgainAfter);
+    }
+}
+
+void ServerConnection::forgetReplication(const ServerAddress& address)
+{
+    LearntSites::all().forget(address.text());
 }
 
 bool ServerConnection::isReplicated()
 {
-    if (!m_knowsReplication)
-        learnReplication();
+    learnReplication();
     return m_replication.isThere;
 }
 
 void ServerConnection::run(Request& request)
 {
-    if (!m_knowsReplication)
-        learnReplication();
-    const auto until = std::chrono::steady_clock::now() + m_patience.agreeing;
+    learnReplication();
+    const auto until = Clock::now() + (request.query.empty() ? m_patience.reading : m_patience.agreeing);
     while (!runOnce(request)) {
-        if (!m_replication.isThere || std::chrono::steady_clock::now() > until)
+        if (!m_replication.isThere || Clock::now() > until)
             throw ReportableError(
                 QStringLiteral("The server “%1” cannot be reached: %2. Start it, or correct the address.")
                     .arg(m_address.title(), request.unreachable));

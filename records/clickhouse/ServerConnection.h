@@ -24,6 +24,7 @@ public:
         std::chrono::milliseconds connecting{5'000};
         std::chrono::seconds silence{60};   ///< without a byte of an answer
         std::chrono::seconds agreeing{60};  ///< until enough of a site's replicas have what is stored
+        std::chrono::seconds reading{15};   ///< until one of them has all that counts
     };
     ServerConnection(ServerAddress address, ServerCredentials credentials, Patience patience);
     ServerConnection(ServerAddress address, ServerCredentials credentials)
@@ -38,6 +39,8 @@ public:
 
     /// Whether what the address names is replicated. Asks the server, once.
     bool isReplicated();
+    /// After the site's tables were made or removed.
+    static void forgetReplication(const ServerAddress& address);
 
     /// The whole answer, complete or none.
     std::vector<std::byte> ask(const std::string& statement);
@@ -57,6 +60,7 @@ private:
     void run(Request& request);
     bool runOnce(Request& request);
     void learnReplication();
+    bool learnOnce();
     bool tryAt(const ServerAddress::Host& host, Request& request);
 
     ServerAddress m_address;
@@ -64,7 +68,7 @@ private:
     Patience m_patience;
     std::size_t m_host = 0;  // the one that answered last
     Replication m_replication;
-    bool m_knowsReplication = false;
+    std::chrono::steady_clock::time_point m_learntAgain;  // when it is to be learnt the next time
     void* m_curl = nullptr;
 };
 

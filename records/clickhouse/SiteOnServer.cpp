@@ -19,6 +19,13 @@ void SiteOnServer::requireStorable(RowId agent, const RecordBlock& block) const
             refuseProperty(agent, column.property);
 }
 
+std::unique_ptr<ServerConnection> SiteOnServer::quickConnection() const
+{
+    constexpr ServerConnection::Patience kQuick{std::chrono::seconds(1), std::chrono::seconds(3),
+                                                std::chrono::seconds(5), std::chrono::seconds(3)};
+    return std::make_unique<ServerConnection>(m_address, m_credentials, kQuick);
+}
+
 SiteOnServer::Lease SiteOnServer::lease()
 {
     {

@@ -52,6 +52,9 @@ public:
     };
     Lease lease();
 
+    /// One that does not wait long for a host that stands still, for what must be said in time.
+    std::unique_ptr<ServerConnection> quickConnection() const;
+
     void closeIdle();
 
     PackedCache& packed() { return m_packed; }

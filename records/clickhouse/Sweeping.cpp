@@ -5,6 +5,7 @@
 #include "records/clickhouse/ServerStamps.h"
 
 #include <algorithm>
+#include <iterator>
 #include <limits>
 #include <set>
 
@@ -46,14 +47,15 @@ std::vector<std::uint64_t> coveredChunks(const std::vector<StoredChunk>& chunks)
 Sweeping::Sweeping(ServerConnection& server, const SiteTables& tables)
     : m_server(server), m_tables(tables), m_before(oldYoungRows())
 {
+    for (const std::string& table : {m_tables.chunks(), m_tables.young(), m_tables.amendments()})
+        m_unfinished[table] = unfinished(table);
 }
 
 void Sweeping::sweep(std::span<const RowId> agents)
 {
     dropDays();
     dropCovered(agents);
-    for (const std::string& table : {m_tables.chunks(), m_tables.young(), m_tables.amendments()})
-        dropUnfinished(table);
+    dropUnfinished();
 }
 
 /// Young rows by the day they came, of days before yesterday.
@@ -104,19 +106,30 @@ void Sweeping::dropCovered(std::span<const RowId> agents)
                           sqlList(std::span(chunks).subspan(first, std::min(kMostInStatement, chunks.size() - first))));
 }
 
-/// A batch's number begins with the second it was given in: who began it that long ago has no turn any more.
-void Sweeping::dropUnfinished(const std::string& table)
+/// A batch's number begins with the second it was given in, by the clock of whoever gave it.
+std::vector<std::uint64_t> Sweeping::unfinished(const std::string& table)
 {
     const std::uint64_t before = stamps::number() - (kDays * (kMicroseconds / 1'000'000) << stamps::kRandomBits);
     const std::vector<std::byte> rows =
         m_server.ask("SELECT DISTINCT batch FROM " + table + " WHERE batch > 0 AND batch < " + std::to_string(before) +
-                     " AND batch NOT IN (SELECT batch FROM " + m_tables.batches() + ") LIMIT " +
+                     " AND batch NOT IN (SELECT batch FROM " + m_tables.batches() + ") ORDER BY batch LIMIT " +
                      std::to_string(kMostInStatement) + " FORMAT RowBinary");
     std::vector<std::uint64_t> batches;
     for (rowbinary::Reader row(rows); !row.isAtEnd();)
         batches.push_back(row.number<std::uint64_t>());
-    if (!batches.empty())
-        m_server.tell("ALTER TABLE " + table + " DELETE WHERE batch IN " + sqlList(batches));
+    return batches;
+}
+
+/// Those that were unfinished when it began, too: whose clock stands days behind is not to lose what it has just begun.
+void Sweeping::dropUnfinished()
+{
+    for (const auto& [table, before] : m_unfinished) {
+        const std::vector<std::uint64_t> now = unfinished(table);
+        std::vector<std::uint64_t> both;
+        std::set_intersection(before.begin(), before.end(), now.begin(), now.end(), std::back_inserter(both));
+        if (!both.empty())
+            m_server.tell("ALTER TABLE " + table + " DELETE WHERE batch IN " + sqlList(both));
+    }
 }
 
 }  // namespace plotix

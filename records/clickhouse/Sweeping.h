@@ -22,7 +22,7 @@ class Sweeping {
 public:
     Sweeping(ServerConnection& server, const SiteTables& tables);
 
-    /// Requires: all that these agents had when it began is in chunks.
+    /// Requires: all that these agents had when it began is in chunks, and nobody else has the turn.
     void sweep(std::span<const RowId> agents);
 
 private:
@@ -30,11 +30,13 @@ private:
     Days oldYoungRows();
     void dropDays();
     void dropCovered(std::span<const RowId> agents);
-    void dropUnfinished(const std::string& table);
+    std::vector<std::uint64_t> unfinished(const std::string& table);
+    void dropUnfinished();
 
     ServerConnection& m_server;
     const SiteTables& m_tables;
     const Days m_before;
+    std::map<std::string, std::vector<std::uint64_t>> m_unfinished;  ///< batches, by table
 };
 
 }  // namespace plotix

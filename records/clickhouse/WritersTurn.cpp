@@ -21,7 +21,16 @@ using Clock = std::chrono::steady_clock;
 using std::chrono::milliseconds;
 
 constexpr auto kRenewal = std::chrono::seconds(1);
-constexpr auto kForgotten = std::chrono::seconds(10);  // without a renewal: its process is gone
+/// Without a renewal for so long, a claim's process is gone.
+constexpr auto kForgotten = std::chrono::seconds(10);
+/// Among replicas nothing can be renewed until the keeper has forgotten one that was lost, usually half a minute.
+constexpr auto kForgottenAmongReplicas = std::chrono::seconds(40);
+constexpr auto kCommitting = std::chrono::seconds(60);
+
+Clock::duration forgottenAfter(ServerConnection& server)
+{
+    return server.isReplicated() ? kForgottenAmongReplicas : kForgotten;
+}
 
 enum State : std::uint8_t { Gone = 0, Wanted = 1 };
 
@@ -37,7 +46,7 @@ public:
         Unknown,   ///< since it was first seen, which is not long ago
         Forgotten  ///< was not renewed for long: its process is gone
     };
-    Life lifeOf(const Claim& claim)
+    Life lifeOf(const Claim& claim, Clock::duration forgotten)
     {
         const std::lock_guard lock(m_mutex);
         Seen& seen = m_seen[claim.id];
@@ -46,7 +55,7 @@ public:
             seen.renewed = claim.renewed;
             seen.since = Clock::now();
         }
-        if (Clock::now() - seen.since > kForgotten)
+        if (Clock::now() - seen.since > forgotten)
             return Life::Forgotten;
         return seen.isAlive ? Life::Alive : Life::Unknown;
     }
@@ -98,7 +107,7 @@ Taken takenBy(ServerConnection& server, const SiteTables& tables, std::uint64_t 
     for (const Claim& claim : claimsOf(server, tables)) {
         if (claim.id == own)
             continue;
-        const Life life = seen.lifeOf(claim);
+        const Life life = seen.lifeOf(claim, forgottenAfter(server));
         if (life == Life::Forgotten)
             tell(server, tables, claim.id, claim.renewed, Gone);
         else
@@ -148,8 +157,7 @@ private:
              ++renewed) {
             lock.unlock();
             try {
-                const SiteOnServer::Lease server = m_site->lease();
-                tell(*server, m_site->tables(), m_claim, renewed, Wanted);
+                tell(*m_site->quickConnection(), m_site->tables(), m_claim, renewed, Wanted);
             } catch (const std::exception&) {  // the next one may succeed; who writes asks before it counts
             }
             lock.lock();
@@ -170,7 +178,7 @@ WritersTurn::WritersTurn(std::shared_ptr<SiteOnServer> site, int patience) : m_s
     const SiteTables& tables = m_site->tables();
     const auto until = Clock::now() + milliseconds(patience);
     // Whether somebody who does not live any more has it is known only later; who has no patience does not ask.
-    const auto untilKnown = patience > 0 ? until + kForgotten + kRenewal : until;
+    const auto untilKnown = patience > 0 ? until + forgottenAfter(*server) + kRenewal : until;
     for (;;) {
         Taken taken = takenBy(*server, tables, 0);
         if (taken == Taken::No) {
@@ -208,19 +216,52 @@ WritersTurn::~WritersTurn()
 void WritersTurn::giveBack() noexcept
 {
     try {
-        const SiteOnServer::Lease server = m_site->lease();
-        tell(*server, m_site->tables(), m_claim, 1, Gone);
+        tell(*m_site->quickConnection(), m_site->tables(), m_claim, 1, Gone);
     } catch (const std::exception&) {  // it is forgotten after a while
     }
 }
 
+bool WritersTurn::isHeld(ServerConnection& server)
+{
+    const std::vector<Claim> claims = claimsOf(server, m_site->tables());
+    return std::any_of(claims.begin(), claims.end(), [&](const Claim& each) { return each.id == m_claim; });
+}
+
 void WritersTurn::requireHeld()
 {
-    const SiteOnServer::Lease server = m_site->lease();
-    const std::vector<Claim> claims = claimsOf(*server, m_site->tables());
-    if (std::none_of(claims.begin(), claims.end(), [&](const Claim& each) { return each.id == m_claim; }))
+    if (!isHeld(*m_site->lease()))
         throw ReportableError(QStringLiteral(
             "This program stood still for so long that others went on writing: nothing was stored, try again."));
+}
+
+/// What is stored late, after somebody else took the turn, would lie beneath what that one stores: so nothing waits
+/// long here, each attempt asks first, and only what is known to have come in time is acknowledged.
+void WritersTurn::commit(const std::function<void(ServerConnection& server)>& store)
+{
+    const auto until = Clock::now() + kCommitting;
+    for (bool isStored = false;;) {
+        const std::unique_ptr<ServerConnection> server = m_site->quickConnection();
+        try {
+            const bool held = isHeld(*server);
+            if (held && !isStored) {
+                store(*server);
+                isStored = true;
+                continue;
+            }
+            if (held)
+                return;
+        } catch (const ReportableError&) {
+            if (Clock::now() > until || !server->isReplicated())
+                throw;
+            std::this_thread::sleep_for(pause());
+            continue;
+        }
+        throw ReportableError(
+            isStored ? QStringLiteral("This program stood still for so long that others went on writing: look whether "
+                                      "what it stored is there, and try again where it is not.")
+                     : QStringLiteral("This program stood still for so long that others went on writing: nothing was "
+                                      "stored, try again."));
+    }
 }
 
 void WritersTurn::waitUntilFree(SiteOnServer& site, ServerConnection& server, int patience)

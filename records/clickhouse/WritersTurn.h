@@ -3,6 +3,7 @@
 #include "records/clickhouse/SiteOnServer.h"
 
 #include <cstdint>
+#include <functional>
 #include <memory>
 
 /// One transaction at a time: a claim in a table of the site, which everybody sees, and renews while it is held.
@@ -22,11 +23,15 @@ public:
     /// Throws ReportableError when somebody else took it meanwhile, because this process stood still for long.
     void requireHeld();
 
+    /// Stores what makes the work count, as long as the turn is held; throws when it cannot be known that it was.
+    void commit(const std::function<void(ServerConnection& server)>& store);
+
     /// Waits until nobody has it; throws as the constructor does.
     static void waitUntilFree(SiteOnServer& site, ServerConnection& server, int patience);
 
 private:
     class Renewing;
+    bool isHeld(ServerConnection& server);
     void giveBack() noexcept;
     std::shared_ptr<SiteOnServer> m_site;
     std::uint64_t m_claim = 0;

@@ -1,9 +1,10 @@
 // Writes to a site on replicas without end, to be killed, and tells what each replica has of it.
 //
-//     cluster_writer ADDRESS write AGENT      appends records at the times 0, 1, 2, …; prints the last acknowledged
-//     time cluster_writer ADDRESS check AGENT LAST whether all records up to this time are there, once and with their
-//     values;
-//                                             prints how many there are
+//     cluster_writer ADDRESS write AGENT LAST    appends records at the times behind LAST, which was acknowledged and
+//     must
+//                                                be there; prints the last acknowledged time after each
+//     cluster_writer ADDRESS check AGENT LAST    whether all records up to this time are there, once and with their
+//                                                values; prints how many there are
 //
 // Writing goes on after what cannot be stored just now: the same records again.
 
@@ -51,13 +52,18 @@ void atLast(const Work& work)
         }
 }
 
-void writeForEver(const std::shared_ptr<RecordStore>& records, const WrittenAgent& agent)
+/// Returns where what was acknowledged is not there.
+void writeForEver(const std::shared_ptr<RecordStore>& records, const WrittenAgent& agent, double last)
 {
     double next = 0;
     atLast([&] {
         const auto extent = records->extent(agent.agent);
         next = extent ? extent->last + 1 : 0;
     });
+    if (next <= last) {
+        std::fprintf(stderr, "up to %.0f were acknowledged, and the last one there is %.0f\n", last, next - 1);
+        return;
+    }
     std::minstd_rand random(std::random_device{}());
     std::unique_ptr<RecordAppender> appender;
     for (;;) {
@@ -99,14 +105,14 @@ int check(RecordStore& records, const WrittenAgent& agent, double last)
 
 int main(int count, char** arguments)
 {
-    if (count < 4)
+    if (count < 5)
         return 2;
     const WrittenAgent agent = agentNumbered(std::atoi(arguments[3]));
     try {
         const std::shared_ptr<RecordStore> records = recordsAt(arguments[1]);
-        if (std::string_view(arguments[2]) == "check" && count > 4)
+        if (std::string_view(arguments[2]) == "check")
             return check(*records, agent, std::atof(arguments[4]));
-        writeForEver(records, agent);
+        writeForEver(records, agent, std::atof(arguments[4]));
     } catch (const std::exception& error) {
         std::fprintf(stderr, "%s\n", error.what());
     }

@@ -4104,8 +4104,8 @@
         <translation>Name oder Name:8123</translation>
     </message>
     <message>
-        <source>A ClickHouse server; several names of one, with commas between, are tried in turn. An address, clickhouse://…, may be pasted whole.</source>
-        <translation>Ein ClickHouse-Server; mehrere Namen, durch Kommas getrennt, werden der Reihe nach versucht. Eine Adresse, clickhouse://…, kann im Ganzen eingesetzt werden.</translation>
+        <source>A ClickHouse server; several names, with commas between, are replicas of it. An address, clickhouse://…, may be pasted whole.</source>
+        <translation>Ein ClickHouse-Server; mehrere Namen, durch Kommas getrennt, sind Replikate davon. Eine Adresse, clickhouse://…, kann im Ganzen eingesetzt werden.</translation>
     </message>
     <message>
         <source>the server&apos;s usual one</source>

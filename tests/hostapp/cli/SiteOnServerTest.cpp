@@ -54,6 +54,41 @@ TEST_F(SiteOnServerTest, ANewSiteIsDescribed)
     EXPECT_TRUE(m_output.contains("Tables           version 1\nAgents           0\n")) << m_output.toStdString();
 }
 
+/// As a user who may only read.
+class LookerOnServerTest : public SiteOnServerTest {
+protected:
+    void SetUp() override
+    {
+        if (!ServerForTests::running().isOwn())
+            GTEST_SKIP() << "the server is somebody else's";
+        importWeather();
+        create();
+        copyThere();
+        qputenv("PLOTIX_CLICKHOUSE_USER", "looker");
+        qputenv("PLOTIX_CLICKHOUSE_PASSWORD", "look");
+    }
+    ~LookerOnServerTest() override
+    {
+        qunsetenv("PLOTIX_CLICKHOUSE_USER");
+        qunsetenv("PLOTIX_CLICKHOUSE_PASSWORD");
+    }
+};
+
+TEST_F(LookerOnServerTest, SeesWhatIsThere)
+{
+    EXPECT_EQ(exported(address), exported(site()));
+}
+
+TEST_F(LookerOnServerTest, ChangesNothing)
+{
+    const QByteArray before = exported(address);
+    EXPECT_NE(run({"edit", address, "--rename", "Mine"}), 0);
+    EXPECT_TRUE(m_error.contains("readonly")) << m_error.toStdString();
+    EXPECT_NE(run({"import", path("data.csv"), "--site", address, "--agent", "Another"}), 0);
+    EXPECT_TRUE(m_error.contains("readonly")) << m_error.toStdString();
+    EXPECT_EQ(exported(address), before);
+}
+
 TEST_F(SiteOnServerTest, OneThatIsThereStays)
 {
     importWeather();

@@ -55,10 +55,26 @@ TEST_F(OpenServerDialogTest, WithoutAServerThereIsNothingToOpen)
 TEST_F(OpenServerDialogTest, AnAddressMayBePastedWhole)
 {
     server()->setText("clickhouse://anna@one:9000,two/works/line1?secure=1");
+    emit server()->editingFinished();
     EXPECT_EQ(server()->text(), "one:9000,two");
     EXPECT_EQ(user()->text(), "anna");
     EXPECT_EQ(sites()->currentText(), "works/line1");
     EXPECT_TRUE(dialog.findChild<QCheckBox*>()->isChecked());
+}
+
+TEST_F(OpenServerDialogTest, AUserBeforeTheHostGoesIntoTheFieldForIt)
+{
+    server()->setText("anna@one");
+    emit server()->editingFinished();
+    EXPECT_EQ(server()->text(), "one");
+    EXPECT_EQ(user()->text(), "anna");
+}
+
+TEST_F(OpenServerDialogTest, ARecentSiteIsNotAskedAsWhoAskedLast)
+{
+    user()->setText("anna");
+    dialog.choose("clickhouse://two:8123/works/line1");
+    EXPECT_EQ(user()->text(), "");
 }
 
 TEST_F(OpenServerDialogTest, WhatIsWrongIsSaidAndWhatWasTypedStays)
@@ -106,7 +122,6 @@ TEST_F(OpenServerDialogOnServerTest, AWrongPasswordIsRefusedAndTheRightOneTakenA
     password()->setText("wrong");
     EXPECT_FALSE(dialog.connectNow());
     EXPECT_TRUE(words().contains("password", Qt::CaseInsensitive)) << words().toStdString();
-    enterCredentials(address, "default", QString());
     password()->clear();
     EXPECT_TRUE(dialog.connectNow()) << words().toStdString();
 }

@@ -1,4 +1,5 @@
 #include "records/clickhouse/Replication.h"
+#include "base/ReportableError.h"
 #include "records/clickhouse/ClickHouseServer.h"
 #include "records/clickhouse/RowBinary.h"
 
@@ -20,44 +21,56 @@ protected:
             written.add(number);
         return {written.bytes().begin(), written.bytes().end()};
     }
-    static std::optional<Replication> learnt(const Numbers& tables, const Numbers& replicas = {})
+    static Replication::Found found(const Numbers& tables, const Numbers& replicas = {}, std::uint64_t setting = 0)
     {
-        return Replication::learnt(ServerAddress::parsed("clickhouse://db/works/line"), [&](const std::string& asked) {
-            return row(asked.find("system.replicas") == std::string::npos ? tables : replicas);
+        return Replication::foundOn(ServerAddress::parsed("clickhouse://db/works/line"), [&](const std::string& asked) {
+            const auto isAbout = [&](const char* what) { return asked.find(what) != std::string::npos; };
+            return row(isAbout("system.replicas") ? replicas : isAbout("system.settings") ? Numbers{setting} : tables);
         });
+    }
+    static std::string settings(std::uint64_t replicas, std::size_t hosts = 1, std::uint64_t setting = 0)
+    {
+        return Replication::among(found({1, 1}, {replicas}, setting), hosts).settings;
     }
 };
 
-TEST_F(ReplicationTest, OneServerNeedsNoAgreement)
+TEST_F(ReplicationTest, TablesAreToldApart)
 {
-    const std::optional<Replication> one = learnt({1, 0});
-    ASSERT_TRUE(one);
-    EXPECT_FALSE(one->isThere);
-    EXPECT_EQ(one->settings, "");
+    using Tables = Replication::Tables;
+    EXPECT_EQ(found({0, 0}).tables, Tables::None);
+    EXPECT_EQ(found({1, 0}).tables, Tables::Single);
+    EXPECT_EQ(found({1, 1}, {3}).tables, Tables::Known);
+    EXPECT_EQ(found({1, 1}, {0}).tables, Tables::Unknown);
 }
 
 TEST_F(ReplicationTest, AMajorityOfTheReplicasHasWhatCounts)
 {
-    EXPECT_NE(learnt({1, 1}, {3, 0})->settings.find("insert_quorum=2&"), std::string::npos);
-    EXPECT_NE(learnt({1, 1}, {4, 0})->settings.find("insert_quorum=3&"), std::string::npos);
-    EXPECT_NE(learnt({1, 1}, {5, 0})->settings.find("insert_quorum=3&"), std::string::npos);
+    EXPECT_NE(settings(3).find("insert_quorum=2&"), std::string::npos);
+    EXPECT_NE(settings(4).find("insert_quorum=3&"), std::string::npos);
+    EXPECT_NE(settings(5).find("insert_quorum=3&"), std::string::npos);
+}
+
+TEST_F(ReplicationTest, ReplicasThatAreAboutToBeMadeCountAsWell)
+{
+    EXPECT_NE(settings(1, 3).find("insert_quorum=2&"), std::string::npos);
 }
 
 TEST_F(ReplicationTest, WhatIsReadHasEverythingThatCounts)
 {
-    EXPECT_NE(learnt({1, 1}, {3, 0})->settings.find("select_sequential_consistency=1"), std::string::npos);
+    EXPECT_NE(settings(3).find("select_sequential_consistency=1"), std::string::npos);
 }
 
 TEST_F(ReplicationTest, NewerServersAreToldToTakeOneInsertAfterTheOther)
 {
-    EXPECT_EQ(learnt({1, 1}, {3, 0})->settings.find("insert_quorum_parallel"), std::string::npos);
-    EXPECT_NE(learnt({1, 1}, {3, 1})->settings.find("insert_quorum_parallel=0"), std::string::npos);
+    EXPECT_EQ(settings(3, 3, 0).find("insert_quorum_parallel"), std::string::npos);
+    EXPECT_NE(settings(3, 3, 1).find("insert_quorum_parallel=0"), std::string::npos);
 }
 
-TEST_F(ReplicationTest, NothingIsLearntWithoutTablesOrWithoutAKeeper)
+TEST_F(ReplicationTest, AnAnswerThatIsNoneIsAnErrorForPeople)
 {
-    EXPECT_FALSE(learnt({0, 0}));
-    EXPECT_FALSE(learnt({1, 1}, {0, 0}));
+    const auto address = ServerAddress::parsed("clickhouse://web/works/line");
+    const auto page = [](const std::string&) { return std::vector<std::byte>(5); };
+    EXPECT_THROW(Replication::foundOn(address, page), ReportableError);
 }
 
 TEST_F(ReplicationTest, WhatPassesIsToldFromWhatStays)

@@ -56,13 +56,15 @@ constexpr const char* kConfiguration = R"(<?xml version="1.0"?>
 
 constexpr const char* kUsers = R"(<?xml version="1.0"?>
 <yandex>
-  <profiles><default><max_memory_usage>4000000000</max_memory_usage></default></profiles>
+  <profiles><default><max_memory_usage>4000000000</max_memory_usage></default><look><readonly>1</readonly></look></profiles>
   <quotas><default/></quotas>
   <users>
     <default><password></password><networks><ip>127.0.0.1</ip></networks><profile>default</profile><quota>default</quota>
     </default>
     <keeper><password>secret</password><networks><ip>127.0.0.1</ip></networks><profile>default</profile>
       <quota>default</quota></keeper>
+    <looker><password>look</password><networks><ip>127.0.0.1</ip></networks><profile>look</profile>
+      <quota>default</quota></looker>
   </users>
 </yandex>
 )";

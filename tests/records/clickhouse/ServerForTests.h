@@ -9,7 +9,8 @@
 
 /// A database server of this program's own, on loopback, in a folder of its own. Started when it is first asked for,
 /// ended with the program. The main thread starts it. With PLOTIX_TEST_CLICKHOUSE_PORT set it is the one that listens
-/// there; several ports, with commas between, are those of replicas.
+/// there; several ports, with commas between, are those of replicas. One of its own has users: `keeper` ("secret"), and
+/// `looker` ("look"), who may only read.
 class ServerForTests {
 public:
     static ServerForTests& running();
