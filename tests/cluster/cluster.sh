@@ -34,16 +34,27 @@ kill_keeper() {
   wait "$keeper" 2>/dev/null
 }
 
+# A server of 2018 sometimes ends while it starts, by a fault of its own, or goes without a table of `tables` when the
+# keeper was away then: once more.
 start_replica() { # N
-  (cd "$cluster/$1" && exec clickhouse-server --config-file="$cluster/$1/config.xml" >"$cluster/$1/stdout" 2>&1) &
-  servers[$1]=$!
-  local _
-  for _ in $(seq 300); do
-    [ "$(curl -s --max-time 2 "http://127.0.0.1:${http[$1]}/")" = "Ok." ] && return 0
-    kill -0 "${servers[$1]}" 2>/dev/null || { echo "replica $1 ended at once:"; tail -3 "$cluster/$1/errors"; return 1; }
-    sleep 0.1
+  local attempt _
+  for attempt in 1 2 3; do
+    (cd "$cluster/$1" && exec clickhouse-server --config-file="$cluster/$1/config.xml" >"$cluster/$1/stdout" 2>&1) &
+    servers[$1]=$!
+    for _ in $(seq 300); do
+      [ "$(curl -s --max-time 2 "http://127.0.0.1:${http[$1]}/")" = "Ok." ] && break
+      kill -0 "${servers[$1]}" 2>/dev/null || break
+      sleep 0.1
+    done
+    local found
+    found=$(curl -s --max-time 5 "http://127.0.0.1:${http[$1]}/" \
+      --data "SELECT count() FROM system.tables WHERE database = 'plotix'")
+    [ "${found:-0}" -ge "${tables:-0}" ] 2>/dev/null && [ -n "$found" ] && return 0
+    kill_replica "$1"
+    sleep 1
   done
-  echo "replica $1 does not answer"
+  echo "replica $1 does not start:"
+  tail -3 "$cluster/$1/errors"
   return 1
 }
 
@@ -54,6 +65,7 @@ kill_replica() { # N
 
 start_cluster() { # FOLDER COUNT
   cluster=$1
+  tables=0  # that a replica has at least
   declare -ga servers=() http=()
   local keeper_port number
   keeper_port=$(free_port)

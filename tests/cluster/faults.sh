@@ -8,14 +8,15 @@ programs=$1
 faults=${2:-60}
 . "$(dirname "${BASH_SOURCE[0]}")/cluster.sh"
 demand clickhouse-server java curl python3
-folder=$(mktemp -d)
+folder=${PLOTIX_FAULTS_FOLDER:-$(mktemp -d)}
 declare -A done_of=() collectors=()
-trap 'for each in "${collectors[@]}"; do kill -9 "$each" 2>/dev/null; done; end_cluster; rm -rf "$folder"' EXIT
+trap 'for each in "${collectors[@]}"; do kill -9 "$each" 2>/dev/null; done; end_cluster; [ -n "${PLOTIX_FAULTS_FOLDER:-}" ] || rm -rf "$folder"' EXIT
 
 start_cluster "$folder/cluster" 3 || exit 1
 hosts=$(for port in "${http[@]}"; do printf '127.0.0.1:%s,' "$port"; done)
 address="clickhouse://${hosts%,}/plotix/faults"
 PLOTIX_DATA_HOME=$folder "$programs/plotix" store create "$address" || exit 1
+tables=7
 
 start_collector() { # N
   "$programs/cluster_writer" "$address" write "$1" "$(acknowledged "$1")" >>"$folder/acknowledged$1" 2>>"$folder/said$1" &
@@ -26,7 +27,7 @@ stop_collector() { # N
   wait "${collectors[$1]}" 2>/dev/null
 }
 acknowledged() { # N: the last time; a line that was cut short does not count
-  python3 - "$folder/acknowledged$1" <<'END'
+  python3 - "$folder/acknowledged$1" 2>/dev/null <<'END'
 import os, sys
 lines = open(sys.argv[1]).read().split("\n")[:-1] if os.path.exists(sys.argv[1]) else []
 print(lines[-1] if lines else -1)
@@ -75,8 +76,8 @@ checks=0
 for number in 1 2 3; do start_collector "$number"; done
 for fault in $(seq "$faults"); do
   pause
-  replica=$((RANDOM % 3 + 1))
-  case $((RANDOM % 8)) in
+  replica=$((RANDOM / 16 % 3 + 1))
+  case $((RANDOM / 16 % 8)) in
     0 | 1) what="replica killed"; kill_replica $replica; pause; start_replica $replica || exit 1 ;;
     2) what="keeper killed"; kill_keeper; pause; start_keeper ;;
     3 | 4) what="collector killed"; stop_collector $replica; pause; start_collector $replica ;;
