@@ -51,7 +51,8 @@ TEST_F(SiteOnServerTest, ANewSiteIsDescribed)
     create();
     EXPECT_TRUE(m_output.startsWith("There is a new site: 127.0.0.1:")) << m_output.toStdString();
     ASSERT_EQ(run({"store", "info", address}), 0) << m_error.toStdString();
-    EXPECT_TRUE(m_output.contains("Tables           version 1\nAgents           0\n")) << m_output.toStdString();
+    EXPECT_TRUE(m_output.contains("Tables           version 1\n")) << m_output.toStdString();
+    EXPECT_TRUE(m_output.contains("\nAgents           0\n")) << m_output.toStdString();
 }
 
 /// As a user who may only read.
@@ -173,6 +174,8 @@ TEST_F(SiteOnServerTest, AnotherSiteIsNotMixedIn)
 
 TEST_F(SiteOnServerTest, AColumnThatChangedOnTheServerIsFound)
 {
+    if (!ServerForTests::running().isOwn())
+        GTEST_SKIP() << "replicas would have the column from each other";
     importMany(5000);
     create();
     copyThere();
