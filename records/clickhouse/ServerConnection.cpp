@@ -34,7 +34,15 @@ constexpr auto kLearntFor = std::chrono::seconds(60);
 
 using Clock = std::chrono::steady_clock;
 
-struct NotReached {};
+struct NotReached {
+    QString why;
+};
+
+[[noreturn]] void failAsUnreachable(const ServerAddress& address, const QString& why)
+{
+    throw ReportableError(QStringLiteral("The server “%1” cannot be reached: %2. Start it, or correct the address.")
+                              .arg(address.title(), why));
+}
 
 /// What was learnt of sites, by address, for all connections. Any thread.
 class LearntSites {
@@ -143,7 +151,8 @@ void ServerConnection::insert(const std::string& statement, std::span<const std:
 bool ServerConnection::learnOnce()
 {
     using Tables = Replication::Tables;
-    bool isReplicated = m_replication.isThere;
+    bool isReplicated = m_replication.isThere, isReached = false;
+    QString why;
     std::optional<Replication> learnt;
     for (const ServerAddress::Host& host : m_address.hosts) {
         try {
@@ -157,18 +166,23 @@ bool ServerConnection::learnOnce()
                     return true;
                 };
                 if (!tryAt(host, request))
-                    throw NotReached();
+                    throw NotReached{request.unreachable};
                 return answer;
             });
+            isReached = true;
             isReplicated = isReplicated || found.tables == Tables::Known || found.tables == Tables::Unknown;
             if (found.tables == Tables::Known || (found.tables == Tables::Single && !isReplicated)) {
                 learnt =
                     found.tables == Tables::Single ? Replication() : Replication::among(found, m_address.hosts.size());
                 break;
             }
-        } catch (const NotReached&) {  // the next one may be
+        } catch (const NotReached& failure) {  // the next one may be
+            why = failure.why;
         }
     }
+    // Not without knowing: a host that comes back just now would be asked as if it were alone.
+    if (!isReached && !isReplicated)
+        failAsUnreachable(m_address, why);
     if (learnt) {
         m_replication = *learnt;
         m_learntAgain = Clock::now() + kLearntFor;
@@ -215,9 +229,7 @@ void ServerConnection::run(Request& request)
     const auto until = Clock::now() + (request.query.empty() ? m_patience.reading : m_patience.agreeing);
     while (!runOnce(request)) {
         if (!m_replication.isThere || Clock::now() > until)
-            throw ReportableError(
-                QStringLiteral("The server “%1” cannot be reached: %2. Start it, or correct the address.")
-                    .arg(m_address.title(), request.unreachable));
+            failAsUnreachable(m_address, request.unreachable);
         std::this_thread::sleep_for(kAgainAfter);
     }
 }
