@@ -5,6 +5,7 @@
 #include "records/clickhouse/AgentWriting.h"
 #include "records/clickhouse/RowBinary.h"
 #include "records/clickhouse/ServerStamps.h"
+#include "records/clickhouse/WritersTurn.h"
 #include "records/columns/ColumnFormat.h"
 #include "tests/records/clickhouse/ClickHouseUnderTest.h"
 
@@ -126,6 +127,38 @@ TEST_F(RecordsOnServerTest, AClaimOfAProcessThatIsGoneIsForgotten)
                   row.bytes());
     store(ramp(air, 0, 10));
     EXPECT_EQ(count(), 10U);
+}
+
+/// A turn that others take for given up.
+class LostTurnOnServerTest : public RecordsOnServerTest {
+protected:
+    void loseIt(ServerConnection& by)
+    {
+        const std::string turns = site->tables().turns();
+        by.tell("INSERT INTO " + turns + " SELECT day, claim, renewed, 0 FROM " + turns);
+    }
+
+    WritersTurn turn{site, 1'000};
+};
+
+TEST_F(LostTurnOnServerTest, StoresNothingAnyMore)
+{
+    bool isStored = false;
+    loseIt(server);
+    EXPECT_THROW(turn.commit([&](ServerConnection&) { isStored = true; }), ReportableError);
+    EXPECT_FALSE(isStored);
+}
+
+TEST_F(LostTurnOnServerTest, AcknowledgesNothingThatWasStoredMeanwhile)
+{
+    EXPECT_THROW(turn.commit([&](ServerConnection& quick) { loseIt(quick); }), ReportableError);
+}
+
+TEST_F(LostTurnOnServerTest, UntilItIsLostItStoresOnce)
+{
+    int stored = 0;
+    EXPECT_NO_THROW(turn.commit([&](ServerConnection&) { ++stored; }));
+    EXPECT_EQ(stored, 1);
 }
 
 TEST_F(RecordsOnServerTest, WhatWasDroppedStaysAwayWhereverOneWrites)
