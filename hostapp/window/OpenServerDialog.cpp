@@ -140,8 +140,6 @@ void OpenServerDialog::takePasted()
     if (!parts)
         return;
     m_server->setText(parts->hosts);
-    if (text == m_server->text())
-        return;
     if (!parts->user.isEmpty())
         m_user->setText(parts->user);
     if (parts->site.isEmpty())

@@ -23,6 +23,19 @@ struct ServerConnection::Request {
     std::exception_ptr failure;  // of whoever takes the answer: none may pass through the library
     std::string message;         // of an answer that is none
     QString unreachable;         // why, of the host tried last
+
+    /// Of a statement whose whole answer goes there. Borrows both.
+    static Request whole(const std::string& statement, std::vector<std::byte>& answer)
+    {
+        Request request;
+        request.body = std::as_bytes(std::span(statement));
+        request.begin = [&answer] { answer.clear(); };
+        request.take = [&answer](std::span<const std::byte> bytes) {
+            answer.insert(answer.end(), bytes.begin(), bytes.end());
+            return true;
+        };
+        return request;
+    }
 };
 
 namespace {
@@ -116,13 +129,7 @@ ServerConnection::~ServerConnection()
 std::vector<std::byte> ServerConnection::ask(const std::string& statement)
 {
     std::vector<std::byte> answer;
-    Request request;
-    request.body = std::as_bytes(std::span(statement));
-    request.begin = [&] { answer.clear(); };
-    request.take = [&](std::span<const std::byte> bytes) {
-        answer.insert(answer.end(), bytes.begin(), bytes.end());
-        return true;
-    };
+    Request request = Request::whole(statement, answer);
     run(request);
     return answer;
 }
@@ -158,13 +165,7 @@ bool ServerConnection::learnOnce()
         try {
             const Replication::Found found = Replication::foundOn(m_address, [&](const std::string& statement) {
                 std::vector<std::byte> answer;
-                Request request;
-                request.body = std::as_bytes(std::span(statement));
-                request.begin = [&] { answer.clear(); };
-                request.take = [&](std::span<const std::byte> bytes) {
-                    answer.insert(answer.end(), bytes.begin(), bytes.end());
-                    return true;
-                };
+                Request request = Request::whole(statement, answer);
                 if (!tryAt(host, request))
                     throw NotReached{request.unreachable};
                 return answer;

@@ -37,7 +37,7 @@ public:
 
     const ServerAddress& address() const { return m_address; }
 
-    /// Whether what the address names is replicated. Asks the server, once.
+    /// Whether what the address names is replicated. Asks the server, once a minute at most.
     bool isReplicated();
     /// After the site's tables were made or removed.
     static void forgetReplication(const ServerAddress& address);

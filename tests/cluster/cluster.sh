@@ -2,14 +2,9 @@
 #
 # start_cluster FOLDER COUNT    starts them; `ports` lists the replicas' HTTP ports, with commas between
 # kill_replica N, start_replica N, kill_keeper, start_keeper    N counts from 1; killed as by a loss of power
-# `demand TOOLS…` leaves with status 77 when one is missing.
+# `demand` is here too, see demand.sh.
 
-demand() {
-  local tool
-  for tool in "$@"; do
-    command -v "$tool" >/dev/null || { echo "$tool is not installed"; exit 77; }
-  done
-}
+. "$(dirname "${BASH_SOURCE[0]}")/../support/demand.sh"
 
 free_port() {
   python3 -c 'import socket; s = socket.socket(); s.bind(("127.0.0.1", 0)); print(s.getsockname()[1])'

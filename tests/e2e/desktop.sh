@@ -1,17 +1,12 @@
 # A desktop of a test's own, for the scripts beside it to read in: a scratch home, an X server, a window manager.
 #
 # open_desktop FOLDER SCREEN [OPENBOX ARGUMENTS…]     pictures are kept in FOLDER (empty: a temporary one, removed)
-# Sets `home` and `pictures`; what is added to `started` is ended with the script. `demand TOOLS…` leaves with status 77
-# when one is missing. With `server_keeps_picture` set, the server keeps what it shows in the file `Xvfb_screen0` in `home`.
+# Sets `home` and `pictures`; what is added to `started` is ended with the script. `demand` is here too,
+# see demand.sh. With `server_keeps_picture` set, the server keeps what it shows in the file `Xvfb_screen0` in `home`.
+
+. "$(dirname "${BASH_SOURCE[0]}")/../support/demand.sh"
 
 started=()
-
-demand() {
-    local tool
-    for tool in "$@"; do
-        command -v "$tool" >/dev/null || { echo "$tool is not installed"; exit 77; }
-    done
-}
 
 close_desktop() {
     for process in "${started[@]}"; do kill "$process" 2>/dev/null; done
