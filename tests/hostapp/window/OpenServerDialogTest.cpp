@@ -131,9 +131,11 @@ TEST_F(OpenServerDialogOnServerTest, NoFileNamesTheUserOrThePassword)
 {
     if (!ServerForTests::running().isOwn())
         GTEST_SKIP() << "the server is somebody else's";
-    dialog.choose(QStringLiteral("clickhouse://keeper@") + address.section("//", 1));
+    const QString asked = QStringLiteral("clickhouse://keeper@") + address.section("//", 1);
+    dialog.choose(asked);
     password()->setText("secret");
     ASSERT_TRUE(dialog.connectNow()) << words().toStdString();
+    EXPECT_EQ(deskFileOf(asked), dialog.siteFile());  // as the command line does
     const QFileInfo desk(dialog.siteFile());
     for (const QFileInfo& file : desk.dir().entryInfoList(QDir::Files)) {
         QFile opened(file.filePath());
