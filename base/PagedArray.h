@@ -38,6 +38,12 @@ public:
                    ? m_memory->hold(first * m_elementsAnEntry, std::min(end * m_elementsAnEntry, m_memory->elements()))
                    : PagedMemory::Hold();
     }
+    /// See PagedMemory. Requires: first ≤ end ≤ size().
+    void expect(std::size_t first, std::size_t end) const
+    {
+        if (m_memory)
+            m_memory->expect(first * m_elementsAnEntry, std::min(end * m_elementsAnEntry, m_memory->elements()));
+    }
     PagedMemory::Hold holdAll() const { return hold(0, m_size); }
     /// All of it in memory for as long as the answer is kept: for whoever cannot read in stretches.
     SharedArray<T> allHeld() const

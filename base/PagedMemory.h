@@ -75,6 +75,10 @@ public:
         return std::nullopt;
     }
 
+    /// Elements [first, end) will be read soon, in this order: whoever has to fetch values from far away may fetch them
+    /// together with the first of them. Any thread.
+    virtual void expect(std::size_t /*first*/, std::size_t /*end*/) const {}
+
     /// How often elements were held of which some stand in for what could not be read.
     std::size_t standInsHeld() const { return m_standInsHeld; }
 

@@ -71,6 +71,7 @@ private:
             if (const auto isRead = m_values.memory()->readPast(first, end, m_show))
                 return *isRead;
         }
+        m_values.expect(first, end);
         bool isRead = true;
         inStretches(m_values, first, end, [&](std::size_t from, std::size_t to) {
             isRead = isThere(from, to) && isRead;

@@ -5,6 +5,7 @@
 #include "hostapp/app/ProgramServices.h"
 #include "hostapp/cli/CommandLine.h"
 #include "hostapp/core/Localization.h"
+#include "hostapp/document/ServerSites.h"
 
 #include <QtWidgets/QApplication>
 
@@ -51,6 +52,7 @@ int main(int argc, char** argv)
     QApplication::setOrganizationName(QStringLiteral("Plotix"));
     plotix::MainQueue::main();
     plotix::explainCutFiles();
+    plotix::keepWhatServersSend();
     if (plotix::commandShowsTexts(arguments))
         plotix::installLanguage(plotix::preferredLanguage([](const char* name) { return qEnvironmentVariable(name); }));
     Composition composition(desktop ? Composition::Audience::Desktop : Composition::Audience::Nobody);

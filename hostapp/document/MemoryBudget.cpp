@@ -22,6 +22,7 @@ struct Said {
 };
 constexpr Said kBudget{"PLOTIX_MEMORY_BUDGET", "Memory/budget"};
 constexpr Said kPages{"PLOTIX_PAGE_BUDGET", "Memory/pages"};
+constexpr Said kServerCache{"PLOTIX_SERVER_CACHE", "Servers/cache"};
 
 class MemoryText {
     Q_DECLARE_TR_FUNCTIONS(MemoryText)
@@ -129,6 +130,17 @@ std::uint64_t pageBudget()
     return sizeSaid(kPages).value_or(PageCache::kDefaultBudget);
 }
 
+std::uint64_t serverCacheBudget()
+{
+    for (const QString& said :
+         {qEnvironmentVariable(kServerCache.variable), QSettings().value(QLatin1String(kServerCache.key)).toString()})
+        if (said.trimmed() == QLatin1String("0"))
+            return 0;
+        else if (const auto size = sizeFromText(said))
+            return *size;
+    return 1'000'000'000;
+}
+
 const std::shared_ptr<PageCache>& programPages()
 {
     static const auto pages = std::make_shared<PageCache>(static_cast<std::size_t>(pageBudget()));
@@ -137,8 +149,9 @@ const std::shared_ptr<PageCache>& programPages()
 
 std::optional<QString> memoryBudgetProblem()
 {
-    for (const auto& [where, used] : {std::pair(kBudget, memoryBudget()), std::pair(kPages, pageBudget())})
-        if (const auto problem = problemOf(where, used))
+    for (const auto& [where, used] : {std::pair(kBudget, memoryBudget()), std::pair(kPages, pageBudget()),
+                                      std::pair(kServerCache, serverCacheBudget())})
+        if (const auto problem = problemOf(where, used); problem && used > 0)
             return problem;
     return std::nullopt;
 }

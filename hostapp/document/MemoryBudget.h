@@ -23,6 +23,10 @@ std::uint64_t memoryBudget();
 /// nobody looks at.
 std::uint64_t pageBudget();
 
+/// How much of what came from servers is kept on this computer: PLOTIX_SERVER_CACHE, else the user's setting
+/// "Servers/cache", else 1 GB; 0: nothing.
+std::uint64_t serverCacheBudget();
+
 /// The pages of this program, all sites together; its budget is read when it is first asked for. *Shared* by everyone.
 const std::shared_ptr<PageCache>& programPages();
 

@@ -1,7 +1,10 @@
 #include "hostapp/document/ServerSites.h"
 
 #include "base/ReportableError.h"
+#include "hostapp/core/DataFolder.h"
+#include "hostapp/document/MemoryBudget.h"
 #include "records/clickhouse/ClickHouseServer.h"
+#include "records/clickhouse/LocalColumns.h"
 
 namespace plotix {
 
@@ -40,17 +43,24 @@ QString withoutUser(const QString& address)
     return parsed.text();
 }
 
+void keepWhatServersSend()
+{
+    const std::uint64_t bytes = serverCacheBudget();
+    LocalColumns::use(
+        bytes == 0 ? nullptr : std::make_shared<LocalColumns>(dataFolder() + QStringLiteral("/server-cache"), bytes));
+}
+
 std::shared_ptr<StoreServer> siteOnServer(const QString& address)
 {
     const std::shared_ptr<StoreServer> server = storeServer(address);
-    const StoreServer::Description found = server->description();
-    if (found.exists && found.version > StoreServer::kVersion)
-        throw ReportableError(QStringLiteral("%1 was made by a newer version of this program (%2): update it")
-                                  .arg(server->title())
-                                  .arg(found.version));
-    if (!found.exists)
+    const std::optional<std::uint32_t> version = server->version();
+    if (!version)
         throw ReportableError(
             QStringLiteral("there is no site %1: make it with “plotix store create %2”").arg(server->title(), address));
+    if (*version > StoreServer::kVersion)
+        throw ReportableError(QStringLiteral("%1 was made by a newer version of this program (%2): update it")
+                                  .arg(server->title())
+                                  .arg(*version));
     return server;
 }
 

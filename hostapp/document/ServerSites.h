@@ -33,4 +33,8 @@ QString withoutUser(const QString& address);
 /// The same of a site that is there; throws where there is none.
 std::shared_ptr<StoreServer> siteOnServer(const QString& address);
 
+/// Has what comes from servers kept in a file of this computer from now on, as much as serverCacheBudget() says; 0:
+/// nothing. To be called before any site is opened. Never throws.
+void keepWhatServersSend();
+
 }  // namespace plotix

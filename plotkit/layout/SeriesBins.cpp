@@ -93,6 +93,19 @@ std::pair<std::size_t, std::size_t> runsAround(const CPTSeriesRuns& runs, std::s
     return {first, reachesIn(edge) ? edge + 1 : edge};
 }
 
+/// Says which points are going to be read, stretch by stretch.
+void expectPoints(const CPTPointSeries& series, const BinEdges& edges, std::size_t from, std::size_t to)
+{
+    for (std::size_t bin = from; bin < to;) {
+        std::size_t end = bin;
+        while (end < to && !edges.isByRuns(end))
+            ++end;
+        if (end > bin)
+            series.y().expect(edges.edges()[bin], edges.edges()[end]);
+        bin = end + 1;
+    }
+}
+
 void prefetch(const void* memory)
 {
     __builtin_prefetch(memory);
@@ -158,6 +171,7 @@ void SeriesBins::sumUp(const CPTPointSeries& series, const BinEdges& edges, std:
 
 void SeriesBins::sumUpPaged(const CPTPointSeries& series, const BinEdges& edges, std::size_t from, std::size_t to)
 {
+    expectPoints(series, edges, from, to);
     const BinRows all = rows();
     for (std::size_t bin = from; bin < to;) {
         const BinPlace place{edgeOf(bin), m_grid.width};

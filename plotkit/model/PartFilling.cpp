@@ -172,6 +172,10 @@ void PartFilling::lookNext(std::unique_lock<std::mutex>& lock)
 
 void PartFilling::hold(const SeriesParts& parts, std::uint64_t request, Holds& holds) const
 {
+    for (const SeriesPart& part : parts) {
+        part.series->x().expect(part.first, part.end);
+        part.series->y().expect(part.first, part.end);
+    }
     for (const SeriesPart& part : parts)
         for (std::size_t first = part.first; first < part.end && isWanted(request);) {
             const std::size_t end = std::min(part.end, (first / kAtOnce + 1) * kAtOnce);

@@ -26,6 +26,12 @@ WriterMarks marksOf(const std::vector<std::uint64_t>& writers, const std::vector
     return marks;
 }
 
+[[noreturn]] void failAsDamaged(const ServerAddress& address, const QString& what)
+{
+    throw ReportableError(QStringLiteral("The records on “%1” are damaged: %2. Take them back from a backup.")
+                              .arg(address.title(), what));
+}
+
 AgentReading::Piece pieceOf(Records records)
 {
     AgentReading::Piece piece;
@@ -74,16 +80,12 @@ AgentReading::Rows AgentReading::rows(double from, double to)
 {
     if (!(from <= to))
         return {};
-    try {
-        // Two statements may see two states: then again, so that nobody sees half a batch.
-        for (int attempt = 1;; ++attempt) {
-            const std::uint64_t before = batches();
-            Rows rows = rowsNow(from, to);
-            if (batches() == before || attempt == kMostAttempts)
-                return rows;
-        }
-    } catch (const rowbinary::TooShort&) {
-        failAsDamaged(QStringLiteral("an answer ends early"));
+    // Two statements may see two states: then again, so that nobody sees half a batch.
+    for (int attempt = 1;; ++attempt) {
+        const std::uint64_t before = batches();
+        Rows rows = rowsNow(from, to);
+        if (batches() == before || attempt == kMostAttempts)
+            return rows;
     }
 }
 
@@ -95,6 +97,15 @@ std::uint64_t AgentReading::batches()
 }
 
 AgentReading::Rows AgentReading::rowsNow(double from, double to)
+{
+    try {
+        return rowsOfTables(from, to);
+    } catch (const rowbinary::TooShort&) {
+        failAsDamaged(QStringLiteral("an answer ends early"));
+    }
+}
+
+AgentReading::Rows AgentReading::rowsOfTables(double from, double to)
 {
     Rows rows;
     // Chunks first: a young record that is taken in meanwhile is found then, and known to be taken in where its chunk
@@ -297,9 +308,11 @@ bool AgentReading::stream(std::span<const StoredChunk* const> chunks, const std:
     return !isStopped;
 }
 
-void AgentReading::decode(const StoredChunk& chunk, RowId property, const Segment& segment, std::size_t first,
-                          std::span<double> values, std::vector<std::uint64_t>& words) const
+void decodeColumn(const ServerAddress& from, const StoredChunk& chunk, RowId property,
+                  const AgentReading::Segment& segment, std::size_t first, std::span<double> values,
+                  std::vector<std::uint64_t>& words)
 {
+    const auto failAsDamaged = [&](const QString& what) { plotix::failAsDamaged(from, what); };
     words.assign(bits::wordsFor(chunk.n), ~std::uint64_t{0});
     if (!segment.valid.empty()) {
         if (segment.valid.size() != (chunk.n + 7) / 8)
@@ -313,6 +326,12 @@ void AgentReading::decode(const StoredChunk& chunk, RowId property, const Segmen
         failAsDamaged(QStringLiteral("a column of chunk %1 is not as it was stored").arg(chunk.id));
     if (!codec::decode(opened->codec, opened->bytes, chunk.n, valid, first, values))
         failAsDamaged(QStringLiteral("chunk %1 has a column that cannot be read").arg(chunk.id));
+}
+
+void AgentReading::decode(const StoredChunk& chunk, RowId property, const Segment& segment, std::size_t first,
+                          std::span<double> values, std::vector<std::uint64_t>& words) const
+{
+    decodeColumn(m_server.address(), chunk, property, segment, first, values, words);
 }
 
 Records AgentReading::recordsOf(const StoredChunk& chunk, const std::vector<RowId>* properties)
@@ -351,8 +370,7 @@ void AgentReading::requireTimes(const StoredChunk& chunk, std::span<const double
 
 void AgentReading::failAsDamaged(const QString& what) const
 {
-    throw ReportableError(QStringLiteral("The records on “%1” are damaged: %2. Take them back from a backup.")
-                              .arg(m_server.address().title(), what));
+    plotix::failAsDamaged(m_server.address(), what);
 }
 
 std::vector<RowId> agentsOn(ServerConnection& server, const SiteTables& tables)

@@ -26,6 +26,8 @@ public:
         std::vector<YoungRecord> young;
     };
     Rows rows(double from, double to);
+    /// The same in two statements, which may see two states.
+    Rows rowsNow(double from, double to);
 
     /// Successive records: those of a chunk as it is stored, or some in memory.
     struct Piece {
@@ -54,8 +56,7 @@ public:
     /// Hands out this column alone of the chunks that have it; answers of how many.
     std::size_t column(std::span<const StoredChunk* const> chunks, RowId property, const TakeSegment& take);
 
-    /// Elements [first, first + values.size()) of a column; `words`: room for the validity of the whole chunk, which is
-    /// set. Throws where they do not fit the chunk.
+    /// See decodeColumn.
     void decode(const StoredChunk& chunk, RowId property, const Segment& segment, std::size_t first,
                 std::span<double> values, std::vector<std::uint64_t>& words) const;
 
@@ -67,7 +68,7 @@ public:
     void requireTimes(const StoredChunk& chunk, std::span<const double> times) const;
 
 private:
-    Rows rowsNow(double from, double to);
+    Rows rowsOfTables(double from, double to);
     std::vector<StoredChunk> chunksNow(double from, double to);
     std::uint64_t batches();
     bool stream(std::span<const StoredChunk* const> chunks, const std::string& condition, const TakeSegment& take,
@@ -79,6 +80,12 @@ private:
     const RowId m_agent;
     const std::uint64_t m_own;
 };
+
+/// Elements [first, first + values.size()) of a column; `words`: room for the validity of the whole chunk, which is
+/// set. Throws ReportableError where they do not fit the chunk; `from` is where they came from.
+void decodeColumn(const ServerAddress& from, const StoredChunk& chunk, RowId property,
+                  const AgentReading::Segment& segment, std::size_t first, std::span<double> values,
+                  std::vector<std::uint64_t>& words);
 
 /// Agents that have rows, ascending.
 std::vector<RowId> agentsOn(ServerConnection& server, const SiteTables& tables);

@@ -4,7 +4,6 @@
 #include "records/clickhouse/ServerStamps.h"
 #include "records/store/RecordsInMemory.h"
 
-#include <array>
 #include <set>
 
 namespace plotix {
@@ -16,14 +15,12 @@ constexpr std::uint8_t kTakenOut = 0;  // beside the kinds of amendments
 }  // namespace
 
 std::map<RowId, std::vector<Amendment>> amendmentsOf(ServerConnection& server, const SiteTables& tables,
-                                                     std::span<const RowId> properties, std::uint64_t own)
+                                                     const std::vector<RowId>* properties, std::uint64_t own)
 {
     std::map<RowId, std::vector<Amendment>> found;
-    if (properties.empty())
-        return found;
     const std::vector<std::byte> rows =
-        server.ask("SELECT property, version, kind, t0, t1, first, last FROM " + tables.amendments() +
-                   " WHERE property IN " + sqlList(properties) + " AND " + tables.counts(own) +
+        server.ask("SELECT property, version, kind, t0, t1, first, last FROM " + tables.amendments() + " WHERE " +
+                   (properties ? "property IN " + sqlList(*properties) + " AND " : std::string()) + tables.counts(own) +
                    " ORDER BY property, version, place LIMIT 1 BY property, version, place FORMAT RowBinary");
     try {
         for (rowbinary::Reader row(rows); !row.isAtEnd();) {
@@ -54,8 +51,8 @@ std::vector<Amendment>& AmendmentRows::known(RowId property)
     const auto found = m_known.find(property);
     if (found != m_known.end())
         return found->second;
-    return m_known.emplace(property, amendmentsOf(m_server, m_tables, std::array{property}, m_batch)[property])
-        .first->second;
+    const std::vector<RowId> asked{property};
+    return m_known.emplace(property, amendmentsOf(m_server, m_tables, &asked, m_batch)[property]).first->second;
 }
 
 void AmendmentRows::note(RowId agent, const RecordsView& records, double now)

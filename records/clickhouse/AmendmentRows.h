@@ -1,7 +1,8 @@
 #pragma once
 
 #include "records/clickhouse/RowBinary.h"
-#include "records/clickhouse/SiteOnServer.h"
+#include "records/clickhouse/ServerConnection.h"
+#include "records/clickhouse/SiteTables.h"
 #include "records/store/AmendmentFinder.h"
 
 #include <map>
@@ -44,8 +45,8 @@ private:
     std::uint32_t m_place = 0;
 };
 
-/// By property, in the order they were made; `own`: a batch that counts already.
+/// By property, in the order they were made. `properties`: null for all; `own`: a batch that counts already, or 0.
 std::map<RowId, std::vector<Amendment>> amendmentsOf(ServerConnection& server, const SiteTables& tables,
-                                                     std::span<const RowId> properties, std::uint64_t own);
+                                                     const std::vector<RowId>* properties, std::uint64_t own);
 
 }  // namespace plotix

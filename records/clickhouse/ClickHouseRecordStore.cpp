@@ -41,8 +41,8 @@ struct Look {
           agent(ofAgent),
           server(of.lease()),
           reading(*server, of.tables(), ofAgent),
-          rows(reading.rows(bounds.from, bounds.to)),
-          pieces(reading.pieces(rows, bounds.from, bounds.to, &asked))
+          rows(of.known().rows(*server, of.tables(), ofAgent, bounds.from, bounds.to)),
+          pieces(reading.pieces(*rows, bounds.from, bounds.to, &asked))
     {
     }
     ChunkIndexes indexes() const { return {*server, site.tables(), agent}; }
@@ -51,7 +51,7 @@ struct Look {
     RowId agent;
     SiteOnServer::Lease server;
     AgentReading reading;
-    AgentReading::Rows rows;
+    std::shared_ptr<const AgentReading::Rows> rows;
     std::vector<Piece> pieces;  ///< of the rows
 };
 
@@ -248,8 +248,7 @@ std::optional<RecordColumns> ClickHouseRecordStore::columns(RowId agent, std::sp
     {
         Look look(*m_site, agent, bounds, asked);
         cut(look.reading, bounds, asked, look.pieces);
-        // Moved, the rows stay where they are, and so does what the pieces refer to.
-        span->rows = std::move(look.rows);
+        span->rows = look.rows;
         span->pieces = std::move(look.pieces);
     }
     span->begin.push_back(0);
@@ -290,7 +289,8 @@ std::vector<Amendment> ClickHouseRecordStore::amendments(RowId, std::span<const 
 {
     const Bounds bounds(from, to);
     const SiteOnServer::Lease server = m_site->lease();
-    const std::map<RowId, std::vector<Amendment>> all = amendmentsOf(*server, m_site->tables(), properties, 0);
+    const auto known = m_site->known().amendments(*server, m_site->tables());
+    const KnownRows::Amendments& all = *known;
     std::vector<Amendment> found;
     for (const RowId property : properties) {
         const auto ofProperty = all.find(property);

@@ -26,6 +26,16 @@ std::uint64_t numberOf(ServerConnection& server, const std::string& statement)
     return numbersOf(server, statement, 1).front();
 }
 
+constexpr const char* kAll = "about|batch|chunk|young|amendment|turn|catalogue";
+
+/// Nothing: some table is not there.
+std::optional<std::uint32_t> versionOf(ServerConnection& server, const SiteTables& tables)
+{
+    if (numberOf(server, "SELECT count() FROM system.tables WHERE " + tables.among("name", kAll)) < 7)
+        return std::nullopt;
+    return static_cast<std::uint32_t>(numberOf(server, "SELECT toUInt64(max(version)) FROM " + tables.about()));
+}
+
 }  // namespace
 
 std::shared_ptr<ClickHouseServer> ClickHouseServer::at(const QString& address)
@@ -110,6 +120,12 @@ void ClickHouseServer::drop()
     ServerConnection::forgetReplication(m_address);
 }
 
+std::optional<std::uint32_t> ClickHouseServer::version()
+{
+    ServerConnection server(m_address, m_credentials);
+    return versionOf(server, m_tables);
+}
+
 ClickHouseServer::Description ClickHouseServer::description()
 {
     ServerConnection server(m_address, m_credentials);
@@ -117,16 +133,15 @@ ClickHouseServer::Description ClickHouseServer::description()
     const std::vector<std::byte> version = server.ask("SELECT version() FORMAT RowBinary");
     const std::string_view text = rowbinary::Reader(version).text();
     found.serverVersion = QString::fromUtf8(text.data(), static_cast<qsizetype>(text.size()));
-    constexpr const char* kAll = "about|batch|chunk|young|amendment|turn|catalogue";
-    found.exists = numberOf(server, "SELECT count() FROM system.tables WHERE " + tablesNamed("name", kAll)) >= 7;
+    const std::optional<std::uint32_t> tables = versionOf(server, m_tables);
+    found.exists = tables.has_value();
     if (!found.exists)
         return found;
-    found.version =
-        static_cast<std::uint32_t>(numberOf(server, "SELECT toUInt64(max(version)) FROM " + m_tables.about()));
+    found.version = *tables;
     const std::vector<std::uint64_t> replicas =
         numbersOf(server,
                   "SELECT toUInt64(max(total_replicas)), toUInt64(min(active_replicas)) FROM system.replicas WHERE " +
-                      tablesNamed("table", kAll),
+                      m_tables.among("table", kAll),
                   2);
     found.replicas = replicas[0];
     found.replicasAlive = replicas[1];
@@ -134,16 +149,9 @@ ClickHouseServer::Description ClickHouseServer::description()
         numberOf(server, "SELECT uniqExact(chunk) FROM " + m_tables.chunks() + " WHERE property = 0 AND n > 0");
     found.youngRecords = numberOf(server, "SELECT count() FROM " + m_tables.young());
     found.bytes = numberOf(server, "SELECT toUInt64(sum(bytes_on_disk)) FROM system.parts WHERE active AND " +
-                                       tablesNamed("table", kAll));
+                                       m_tables.among("table", kAll));
     found.agents = agentsOn(server, m_tables).size();
     return found;
-}
-
-/// A condition: the column names one of the site's tables.
-std::string ClickHouseServer::tablesNamed(const std::string& column, const char* names) const
-{
-    return "database = '" + m_address.database.toStdString() + "' AND match(" + column + ", '^" +
-           m_address.site.toStdString() + "_(" + names + ")$')";
 }
 
 QByteArray ClickHouseServer::changeMark()
@@ -155,7 +163,7 @@ QByteArray ClickHouseServer::changeMark()
         {std::chrono::seconds(1), std::chrono::seconds(5), std::chrono::seconds(1), std::chrono::seconds(1)});
     return QByteArray::number(
         qulonglong(numberOf(server, "SELECT toUInt64(sum(rows)) FROM system.parts WHERE active AND " +
-                                        tablesNamed("table", "batch|chunk|young|amendment|catalogue"))));
+                                        m_tables.among("table", "batch|chunk|young|amendment|catalogue"))));
 }
 
 std::shared_ptr<RecordStore> ClickHouseServer::records(Owns owns)

@@ -25,6 +25,7 @@ public:
     std::vector<Statements> creation() const override;
     std::vector<Statements> dropping() const override;
     Description description() override;
+    std::optional<std::uint32_t> version() override;
     QByteArray changeMark() override;
     std::shared_ptr<RecordStore> records(Owns owns) override;
     std::vector<Row> rows() override;
@@ -34,7 +35,6 @@ public:
 private:
     void requireNoneAlone();
     void tellAll(const std::vector<Statements>& all);
-    std::string tablesNamed(const std::string& column, const char* names) const;
 
     const ServerAddress m_address;
     const ServerCredentials m_credentials;

@@ -23,12 +23,13 @@ public:
         std::vector<std::byte> valid, data;
 
         AgentReading::Segment segment() const { return {codec, valid, data}; }
-        std::size_t bytes() const { return valid.size() + data.size(); }
+        std::size_t bytes() const { return valid.size() + data.size(); }  ///< packed
     };
 
     /// Null: it is not here.
     std::shared_ptr<const Column> find(std::uint64_t chunk, RowId property);
-    void keep(std::uint64_t chunk, RowId property, const AgentReading::Segment& segment);
+    std::shared_ptr<const Column> keep(std::uint64_t chunk, RowId property, const AgentReading::Segment& segment);
+    std::shared_ptr<const Column> keep(std::uint64_t chunk, RowId property, std::shared_ptr<const Column> column);
 
 private:
     using Key = std::pair<std::uint64_t, RowId>;

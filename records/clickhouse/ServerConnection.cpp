@@ -4,7 +4,10 @@
 
 #include <curl/curl.h>
 
+#include <algorithm>
+#include <atomic>
 #include <exception>
+#include <iterator>
 #include <map>
 #include <mutex>
 #include <thread>
@@ -91,11 +94,68 @@ private:
     std::map<QString, Learnt> m_learnt;  // under the mutex
 };
 
-void startOnce()
-{
-    static std::once_flag once;
-    std::call_once(once, [] { curl_global_init(CURL_GLOBAL_DEFAULT); });
-}
+std::atomic<std::uint64_t> changes = 0;
+
+/// However it ends: what a server did not acknowledge it may have done.
+struct CountedChange {
+    CountedChange() = default;
+    CountedChange(const CountedChange&) = delete;
+    CountedChange& operator=(const CountedChange&) = delete;
+    ~CountedChange() { ++changes; }
+};
+
+/// Handles that nobody uses just now, each with the connections it has open: beginning one takes a way to the server
+/// and back, or three. Any thread.
+class IdleHandles {
+public:
+    static IdleHandles& all()
+    {
+        static IdleHandles handles;
+        return handles;
+    }
+    /// Whatever was asked of this site last; null: none.
+    CURL* take(const QString& site)
+    {
+        const std::lock_guard lock(m_mutex);
+        const auto found =
+            std::find_if(m_idle.rbegin(), m_idle.rend(), [&](const Idle& idle) { return idle.site == site; });
+        if (found == m_idle.rend())
+            return nullptr;
+        CURL* handle = found->handle;
+        m_idle.erase(std::next(found).base());
+        return handle;
+    }
+    void give(const QString& site, CURL* handle)
+    {
+        curl_easy_reset(handle);  // forgets who asked
+        CURL* dropped = nullptr;
+        {
+            const std::lock_guard lock(m_mutex);
+            m_idle.push_back({site, handle});
+            if (m_idle.size() > kMost) {
+                dropped = m_idle.front().handle;
+                m_idle.erase(m_idle.begin());
+            }
+        }
+        curl_easy_cleanup(dropped);
+    }
+
+private:
+    static constexpr std::size_t kMost = 16;
+    struct Idle {
+        QString site;
+        CURL* handle;
+    };
+    IdleHandles() { curl_global_init(CURL_GLOBAL_DEFAULT); }
+    ~IdleHandles()
+    {
+        for (const Idle& idle : m_idle)
+            curl_easy_cleanup(idle.handle);
+    }
+
+    std::mutex m_mutex;
+    std::vector<Idle> m_idle;  // under the mutex; used last: at the end
+};
 
 /// What a server says when it refuses: its first line, without its version and codes of its own.
 QString readable(const std::string& message)
@@ -115,15 +175,16 @@ QString readable(const std::string& message)
 ServerConnection::ServerConnection(ServerAddress address, ServerCredentials credentials, Patience patience)
     : m_address(std::move(address)), m_credentials(std::move(credentials)), m_patience(patience)
 {
-    startOnce();
-    m_curl = curl_easy_init();
+    m_curl = IdleHandles::all().take(m_address.text());
+    if (!m_curl)
+        m_curl = curl_easy_init();
     if (!m_curl)
         throw std::bad_alloc();
 }
 
 ServerConnection::~ServerConnection()
 {
-    curl_easy_cleanup(static_cast<CURL*>(m_curl));
+    IdleHandles::all().give(m_address.text(), static_cast<CURL*>(m_curl));
 }
 
 std::vector<std::byte> ServerConnection::ask(const std::string& statement)
@@ -147,10 +208,22 @@ bool ServerConnection::stream(const std::string& statement, const std::function<
 
 void ServerConnection::insert(const std::string& statement, std::span<const std::byte> rows)
 {
+    const CountedChange change;
     Request request;
     request.query = statement;
     request.body = rows;
     run(request);
+}
+
+void ServerConnection::tell(const std::string& statement)
+{
+    const CountedChange change;
+    ask(statement);
+}
+
+std::uint64_t ServerConnection::changesMade()
+{
+    return changes;
 }
 
 /// What any host says who knows: one that has lost the keeper does not, nor one that was set up anew. False: the site

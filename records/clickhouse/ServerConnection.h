@@ -44,13 +44,16 @@ public:
 
     /// The whole answer, complete or none.
     std::vector<std::byte> ask(const std::string& statement);
-    void tell(const std::string& statement) { ask(statement); }
+    void tell(const std::string& statement);
 
     /// Takes bytes as they come and answers whether to go on. An answer that ends early may end with a message of the
     /// server's: what was taken must tell by itself whether it is whole. Begins again with `begin` at another host.
     using Take = std::function<bool(std::span<const std::byte> bytes)>;
     /// False when `take` stopped it.
     bool stream(const std::string& statement, const std::function<void()>& begin, const Take& take);
+
+    /// How often this program has told any server something that may change what is stored there.
+    static std::uint64_t changesMade();
 
     /// Rows, as `INSERT INTO … FORMAT RowBinary` takes them. Stored when it returns.
     void insert(const std::string& statement, std::span<const std::byte> rows);

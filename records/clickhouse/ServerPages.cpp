@@ -6,6 +6,7 @@
 #include "records/columns/ValidityBits.h"
 
 #include <algorithm>
+#include <exception>
 #include <limits>
 
 namespace plotix {
@@ -14,7 +15,6 @@ namespace {
 
 constexpr double kInfinity = std::numeric_limits<double>::infinity();
 constexpr std::size_t kRun = ColumnKernels::kRun;
-constexpr std::size_t kFewestAhead = 4, kMostAhead = 32, kMostSkipped = 8;  // chunks
 
 /// What the column's runs are a multiple of; 0: anything.
 std::size_t lengthOfRuns(const ColumnIndex& index)
@@ -46,6 +46,20 @@ void addRun(const ColumnIndex& index, std::size_t begin, std::size_t end, ValueR
     to.first.push_back(first);
 }
 
+/// Whoever shows a span looks at its first and at its last records, of each property: in one statement.
+void bringEnds(ServerConnection& server, const ServerSpan& span, const std::vector<RowId>& properties)
+{
+    std::vector<const StoredChunk*> ends;
+    for (const AgentReading::Piece& piece : {span.pieces.front(), span.pieces.back()})
+        if (piece.chunk && !span.site->packed().find(piece.chunk->id, kTimes) &&
+            (ends.empty() || ends[0] != piece.chunk))
+            ends.push_back(piece.chunk);
+    AgentReading(server, span.site->tables(), span.agent)
+        .segments(ends, &properties, [&](std::size_t chunk, RowId property, const AgentReading::Segment& segment) {
+            span.site->packed().keep(ends[chunk]->id, property, segment);
+        });
+}
+
 }  // namespace
 
 ServerPages::ServerPages(std::shared_ptr<PageCache> cache, std::shared_ptr<const ServerSpan> span, RowId property,
@@ -71,7 +85,7 @@ bool ServerPages::fill(std::size_t first, std::size_t end) const noexcept
     if (m_words)
         std::fill(m_words + first / 64, m_words + bits::wordsFor(end), ~std::uint64_t{0});
     try {
-        fetch(first, end);
+        fillOrThrow(first, end);
         return true;
     } catch (const std::exception& error) {
         m_span->failure->report(QString::fromUtf8(error.what()));
@@ -89,81 +103,120 @@ bool ServerPages::fill(std::size_t first, std::size_t end) const noexcept
     return false;
 }
 
-/// Pieces to be fetched with those asked for, which are at `asked`, before `next`: the more of them the longer somebody
-/// goes on from where the last ones ended, or from a few pieces behind: several threads each take the next page. A
-/// single look fetches what it needs.
-std::vector<std::size_t> ServerPages::behind(std::size_t asked, std::size_t next) const
-{
-    const std::lock_guard lock(m_mutex);
-    const bool goesOn = asked >= m_next && asked <= m_next + kMostSkipped;
-    m_ahead = goesOn ? std::clamp(2 * m_ahead, kFewestAhead, kMostAhead) : 0;
-    std::vector<std::size_t> ahead;
-    const auto add = [&](std::size_t piece) {
-        const StoredChunk* chunk = m_span->pieces[piece].chunk;
-        if (chunk && m_present[piece] && !m_span->site->packed().find(chunk->id, m_property))
-            ahead.push_back(piece);
-    };
-    for (std::size_t skipped = m_next; goesOn && skipped < asked; ++skipped)
-        add(skipped);
-    for (; next < m_span->pieces.size() && ahead.size() < m_ahead; ++next)
-        add(next);
-    m_next = next;
-    return ahead;
-}
-
-/// The columns of all chunks that are not here yet in one answer, and some of those that follow.
-void ServerPages::fetch(std::size_t first, std::size_t end) const
+std::size_t ServerPages::pieceAt(std::size_t element) const
 {
     const std::vector<std::size_t>& begin = m_span->begin;
-    const SiteOnServer::Lease server = m_span->site->lease();
-    AgentReading reading(*server, m_span->site->tables(), m_span->agent);
-    std::vector<std::uint64_t> valid;
-    const auto unpack = [&](std::size_t piece, const AgentReading::Segment& segment) {
-        const std::size_t start = begin[piece];
-        const std::size_t from = std::max(first, start), to = std::min(end, begin[piece + 1]);
-        reading.decode(*m_span->pieces[piece].chunk, m_property, segment, from - start, {m_values + from, to - from},
-                       valid);
-        if (bits::allSet(valid.data(), from - start, to - from))
-            return;
-        if (!m_words)
-            throw ReportableError(
-                QStringLiteral("An index on the server says that values are valid which are not: compact the site."));
-        bits::copy(valid.data(), from - start, m_words, from, to - from);
-    };
+    return static_cast<std::size_t>(std::upper_bound(begin.begin(), begin.end(), element) - begin.begin()) - 1;
+}
+
+void ServerPages::expect(std::size_t first, std::size_t end) const
+{
+    if (first >= end)
+        return;
+    // Pages are filled whole.
+    first = first / kPage * kPage;
+    end = std::min(elements(), (end + kPage - 1) / kPage * kPage);
+    const std::lock_guard lock(m_mutex);
+    m_ahead.expect(pieceAt(first), pieceAt(end - 1) + 1);
+}
+
+/// Whether the piece has a column on the server alone.
+bool ServerPages::isAbsent(std::size_t piece) const
+{
+    const StoredChunk* chunk = m_span->pieces[piece].chunk;
+    return chunk && m_present[piece] && !m_span->site->packed().find(chunk->id, m_property);
+}
+
+/// Of the pieces [first, end); null for those without one. Fetches some that follow as well; what another thread is
+/// fetching is waited for.
+PackedColumns ServerPages::columnsOf(std::size_t first, std::size_t end) const
+{
+    PackedColumns columns(end - first);
     std::vector<std::size_t> missing;
-    const auto at = std::upper_bound(begin.begin(), begin.end(), first);
-    auto piece = static_cast<std::size_t>(at - begin.begin()) - 1;
-    for (; piece < m_span->pieces.size() && begin[piece] < end; ++piece) {
-        const StoredChunk* chunk = m_span->pieces[piece].chunk;
-        const std::size_t from = std::max(first, begin[piece]), to = std::min(end, begin[piece + 1]);
-        if (!chunk)
-            copy(piece, from, to);
-        else if (!m_present[piece])
-            standIn(piece, from, to);
-        else if (const auto known = m_span->site->packed().find(chunk->id, m_property))
-            unpack(piece, known->segment());
-        else
+    std::unique_lock lock(m_mutex);
+    for (;;) {
+        missing.clear();
+        bool isOnTheWay = false;
+        for (std::size_t piece = first; piece < end; ++piece) {
+            const StoredChunk* chunk = m_span->pieces[piece].chunk;
+            if (!chunk || !m_present[piece] || columns[piece - first])
+                continue;
+            columns[piece - first] = m_span->site->packed().find(chunk->id, m_property);
+            if (columns[piece - first])
+                continue;
             missing.push_back(piece);
+            isOnTheWay = isOnTheWay || m_onTheWay.contains(piece);
+        }
+        if (!isOnTheWay)
+            break;
+        m_arrived.wait(lock);
     }
     if (missing.empty())
-        return;
+        return columns;
     std::vector<std::size_t> pieces = missing;
-    const std::vector<std::size_t> ahead = behind(missing.front(), piece);
-    pieces.insert(pieces.end(), ahead.begin(), ahead.end());
+    for (const std::size_t piece :
+         m_ahead.besides(missing.front(), end, m_span->pieces.size(),
+                         [this](std::size_t each) { return !m_onTheWay.contains(each) && isAbsent(each); }))
+        if (std::find(missing.begin(), missing.end(), piece) == missing.end())
+            pieces.push_back(piece);
+    m_onTheWay.insert(pieces.begin(), pieces.end());
+    lock.unlock();
+
     std::vector<const StoredChunk*> chunks;
     for (const std::size_t each : pieces)
         chunks.push_back(m_span->pieces[each].chunk);
-    std::size_t found = 0;
-    reading.column(chunks, m_property, [&](std::size_t i, RowId, const AgentReading::Segment& segment) {
-        m_span->site->packed().keep(chunks[i]->id, m_property, segment);
-        if (i >= missing.size())
-            return;
-        ++found;
-        unpack(pieces[i], segment);
-    });
-    if (found != missing.size())
+    PackedColumns fetched;
+    std::exception_ptr failure;
+    try {
+        fetched = fetchColumns(*m_span->site, m_span->agent, m_property, chunks);
+    } catch (...) {
+        failure = std::current_exception();
+    }
+    lock.lock();
+    for (const std::size_t each : pieces)
+        m_onTheWay.erase(each);
+    m_arrived.notify_all();
+    if (failure)
+        std::rethrow_exception(failure);
+    for (const auto& column : fetched)
+        if (column)
+            m_ahead.fetched(1, column->bytes());
+    for (std::size_t i = 0; i < missing.size(); ++i) {
+        if (!fetched[i])
+            throw ReportableError(
+                QStringLiteral("Some of the records shown are no longer on the server: show them again."));
+        columns[missing[i] - first] = fetched[i];
+    }
+    return columns;
+}
+
+void ServerPages::fillOrThrow(std::size_t first, std::size_t end) const
+{
+    const std::size_t firstPiece = pieceAt(first), endPiece = pieceAt(end - 1) + 1;
+    const PackedColumns columns = columnsOf(firstPiece, endPiece);
+    for (std::size_t piece = firstPiece; piece < endPiece; ++piece) {
+        const std::size_t from = std::max(first, m_span->begin[piece]), to = std::min(end, m_span->begin[piece + 1]);
+        if (!m_span->pieces[piece].chunk)
+            copy(piece, from, to);
+        else if (!m_present[piece])
+            standIn(piece, from, to);
+        else
+            unpack(piece, *columns[piece - firstPiece], from, to);
+    }
+}
+
+void ServerPages::unpack(std::size_t piece, const PackedCache::Column& column, std::size_t first, std::size_t end) const
+{
+    const std::size_t skipped = first - m_span->begin[piece];
+    std::vector<std::uint64_t> valid;
+    decodeColumn(m_span->site->address(), *m_span->pieces[piece].chunk, m_property, column.segment(), skipped,
+                 {m_values + first, end - first}, valid);
+    if (bits::allSet(valid.data(), skipped, end - first))
+        return;
+    if (!m_words)
         throw ReportableError(
-            QStringLiteral("Some of the records shown are no longer on the server: show them again."));
+            QStringLiteral("An index on the server says that values are valid which are not: compact the site."));
+    bits::copy(valid.data(), skipped, m_words, first, end - first);
 }
 
 /// Of records in memory.
@@ -207,6 +260,7 @@ RecordColumns pagedColumns(const std::shared_ptr<const ServerSpan>& span, const 
         const SiteOnServer::Lease server = span->site->lease();
         known = ChunkIndexes(*server, span->site->tables(), span->agent)
                     .of(span->pieces, properties, RecordIndex::Detail::Runs, &present);
+        bringEnds(*server, *span, properties);
     }
     TimeRuns times;
     std::vector<ValueRuns> runs(properties.size());

@@ -1,12 +1,15 @@
 #pragma once
 
 #include "base/PagedMemory.h"
-#include "records/clickhouse/AgentReading.h"
+#include "records/clickhouse/ColumnFetch.h"
+#include "records/clickhouse/ReadingAhead.h"
 #include "records/clickhouse/SiteOnServer.h"
 #include "records/store/RecordColumns.h"
 
+#include <condition_variable>
 #include <memory>
 #include <mutex>
+#include <set>
 #include <vector>
 
 /// Columns of a span of records that are fetched from the server page by page.
@@ -17,9 +20,9 @@ namespace plotix {
 struct ServerSpan {
     std::shared_ptr<SiteOnServer> site;
     RowId agent = 0;
-    AgentReading::Rows rows;                  ///< that the pieces are of
-    std::vector<AgentReading::Piece> pieces;  ///< in time order, none of them empty, all of them in the span
-    std::vector<std::size_t> begin;           ///< element that each begins with; one more than there are pieces
+    std::shared_ptr<const AgentReading::Rows> rows;  ///< that the pieces are of
+    std::vector<AgentReading::Piece> pieces;         ///< in time order, none of them empty, all of them in the span
+    std::vector<std::size_t> begin;                  ///< element that each begins with; one more than there are pieces
     std::shared_ptr<ColumnFailure> failure = std::make_shared<ColumnFailure>();
 
     std::size_t size() const { return begin.back(); }
@@ -37,9 +40,13 @@ public:
     ValidityBitmap validity() const;
 
 private:
+    void expect(std::size_t first, std::size_t end) const override;
     bool fill(std::size_t first, std::size_t end) const noexcept override;
-    void fetch(std::size_t first, std::size_t end) const;
-    std::vector<std::size_t> behind(std::size_t asked, std::size_t next) const;
+    void fillOrThrow(std::size_t first, std::size_t end) const;
+    std::size_t pieceAt(std::size_t element) const;
+    bool isAbsent(std::size_t piece) const;
+    PackedColumns columnsOf(std::size_t first, std::size_t end) const;
+    void unpack(std::size_t piece, const PackedCache::Column& column, std::size_t first, std::size_t end) const;
     void copy(std::size_t piece, std::size_t first, std::size_t end) const;
     void standIn(std::size_t piece, std::size_t first, std::size_t end) const;
 
@@ -49,9 +56,10 @@ private:
     double* const m_values;
     std::uint64_t* const m_words;  ///< null: every element is valid
 
-    mutable std::mutex m_mutex;       // guards what follows: how far to fetch ahead
-    mutable std::size_t m_next = 0;   // the piece behind those that were fetched last
-    mutable std::size_t m_ahead = 0;  // chunks
+    mutable std::mutex m_mutex;  // guards what follows
+    mutable ReadingAhead m_ahead;
+    mutable std::set<std::size_t> m_onTheWay;  // pieces
+    mutable std::condition_variable m_arrived;
 };
 
 /// What is known of the pieces' columns without their values, put together for the whole span.

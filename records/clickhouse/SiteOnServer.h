@@ -1,5 +1,6 @@
 #pragma once
 
+#include "records/clickhouse/KnownRows.h"
 #include "records/clickhouse/PackedCache.h"
 #include "records/clickhouse/ServerConnection.h"
 #include "records/clickhouse/SiteTables.h"
@@ -58,6 +59,7 @@ public:
     void closeIdle();
 
     PackedCache& packed() { return m_packed; }
+    KnownRows& known() { return m_known; }
 
 private:
     const ServerAddress m_address;
@@ -65,6 +67,7 @@ private:
     const SiteTables m_tables;
     const Owns m_owns;
     PackedCache m_packed;
+    KnownRows m_known;
     std::mutex m_mutex;
     std::vector<std::unique_ptr<ServerConnection>> m_idle;  // under the mutex
 };

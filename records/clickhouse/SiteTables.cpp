@@ -60,6 +60,12 @@ std::vector<std::string> SiteTables::dropping() const
     return statements;
 }
 
+std::string SiteTables::among(const std::string& column, const char* tables) const
+{
+    return "database = '" + m_database.toStdString() + "' AND match(" + column + ", '^" + m_site.toStdString() + "_(" +
+           tables + ")$')";
+}
+
 std::string SiteTables::counts(std::uint64_t own) const
 {
     return "(batch = 0 OR batch IN (SELECT batch FROM " + batches() + ")" +

@@ -35,6 +35,9 @@ public:
     std::vector<std::string> creation(const std::string& replica = {}) const;
     std::vector<std::string> dropping() const;
 
+    /// A condition of the server's own tables: the column names one of these, such as "batch|chunk".
+    std::string among(const std::string& column, const char* tables) const;
+
     /// Rows that count; `own`: and those of this batch, 0 for none.
     std::string counts(std::uint64_t own = 0) const;
 

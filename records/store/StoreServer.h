@@ -9,6 +9,7 @@
 #include <functional>
 #include <map>
 #include <memory>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -49,6 +50,8 @@ public:
         std::uint64_t bytes = 0;  ///< on disk
     };
     virtual Description description() = 0;
+    /// Of the tables; nothing: there are none. Quicker than the whole description.
+    virtual std::optional<std::uint32_t> version() = 0;
 
     /// Differs once anything was stored there, records or rows. Quick, also on a large site; does not wait long for a
     /// server that is gone.

@@ -18,6 +18,8 @@ public:
     /// Requires: column.archivedValues() is paged.
     PagedRecordPoints(const KTVRecordColumn& column, Exceptions exceptions);
 
+    void expect(std::size_t first, std::size_t end) const override { m_column.archivedValues().expect(first, end); }
+
 private:
     bool writePoints(CPTPointWriter& into) const noexcept override;
     void writePiece(CPTPointWriter& into, const PagedMemory::Piece& piece) const;
