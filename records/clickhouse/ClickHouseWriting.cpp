@@ -50,8 +50,8 @@ class ServerTransaction final : public RecordTransaction {
 public:
     explicit ServerTransaction(const WrittenSite& written)
         : m_site(written.site),
-          m_turn(std::make_unique<WritersTurn>(m_site, kWritersPatience)),
-          m_server(m_site->lease()),
+          m_turn(std::make_unique<WritersTurn>(m_site, SiteOnServer::kHome, kWritersPatience)),
+          m_server(m_site->leaseOn(SiteOnServer::kHome)),
           m_batch(stamps::number()),
           m_young(*m_server, m_site->tables(), m_batch),
           m_amendments(*m_server, m_site->tables(), m_batch, std::make_shared<AmendmentFinder>(written.before))
@@ -171,7 +171,7 @@ class ServerAppender final : public RecordAppender {
 public:
     explicit ServerAppender(const WrittenSite& written)
         : m_site(written.site),
-          m_server(m_site->lease()),
+          m_server(m_site->leaseOn(SiteOnServer::kHome)),
           m_young(*m_server, m_site->tables(), stamps::number()),
           m_finder(std::make_shared<AmendmentFinder>(written.before))
     {
@@ -183,7 +183,7 @@ public:
         const Records records = orderedRecords(block);
         if (records.isEmpty())
             return;
-        WritersTurn::waitUntilFree(*m_site, *m_server, m_patience);
+        WritersTurn::waitUntilFree(m_server, m_patience);
         const RecordsView view = records.view();
         std::uint64_t batch = 0;
         if (m_clock) {
@@ -214,7 +214,7 @@ private:
             return;
         try {
             // What a transaction stores meanwhile would be painted over. A chunk alone counts at once.
-            WritersTurn turn(m_site, 0);
+            WritersTurn turn(m_site, SiteOnServer::kHome, 0);
             while (AgentWriting(*m_server, m_site->tables(), agent, 0).sealOneChunk([&] { turn.requireHeld(); }))
                 ;
             since = 0;
@@ -277,7 +277,7 @@ CompactionResult compacted(const WrittenSite& written, const CompactionRequest& 
 {
     CompactionResult result;
     const std::shared_ptr<SiteOnServer>& site = written.site;
-    const SiteOnServer::Lease server = site->lease();
+    const SiteOnServer::Lease server = site->leaseOn(SiteOnServer::kHome);
     const SiteTables& tables = site->tables();
     Sweeping sweeping(*server, tables);
     const std::vector<RowId> agents = agentsOn(*server, tables);
@@ -290,7 +290,7 @@ CompactionResult compacted(const WrittenSite& written, const CompactionRequest& 
     for (const RowId agent : agents) {
         result.chunksBefore += counted(*server, tables, agent).chunks;
         if (goOn()) {
-            WritersTurn turn(site, kWritersPatience);
+            WritersTurn turn(site, SiteOnServer::kHome, kWritersPatience);
             const std::uint64_t batch = stamps::number();
             AgentWriting writing(*server, tables, agent, batch);
             if (request.dropBefore)
@@ -305,7 +305,7 @@ CompactionResult compacted(const WrittenSite& written, const CompactionRequest& 
         ++done;
     }
     if (request.dropBefore && goOn()) {
-        WritersTurn turn(site, kWritersPatience);
+        WritersTurn turn(site, SiteOnServer::kHome, kWritersPatience);
         const std::uint64_t batch = stamps::number();
         AmendmentRows amendments(*server, tables, batch, std::make_shared<AmendmentFinder>(written.before));
         amendments.remove(amendedProperties(*server, tables), -kInfinity,
@@ -316,7 +316,8 @@ CompactionResult compacted(const WrittenSite& written, const CompactionRequest& 
         }
     }
     if (!result.stopped) {
-        const WritersTurn turn(site, kWritersPatience);  // what others are about to finish is finished then
+        const WritersTurn turn(site, SiteOnServer::kHome,
+                               kWritersPatience);  // what others are about to finish is finished then
         sweeping.sweep(agents);
     }
     if (!result.stopped && progress)

@@ -115,8 +115,8 @@ std::vector<std::size_t> ServerPages::behind(std::size_t asked, std::size_t next
 void ServerPages::fetch(std::size_t first, std::size_t end) const
 {
     const std::vector<std::size_t>& begin = m_span->begin;
-    const SiteOnServer::Lease server = m_span->site->lease();
-    AgentReading reading(*server, m_span->site->tables(), m_span->agent);
+    const SiteOnServer::Lease server = m_span->site->lease(m_span->agent);
+    AgentReading reading(*server, server.tables(), m_span->agent);
     std::vector<std::uint64_t> valid;
     const auto unpack = [&](std::size_t piece, const AgentReading::Segment& segment) {
         const std::size_t start = begin[piece];
@@ -204,8 +204,8 @@ RecordColumns pagedColumns(const std::shared_ptr<const ServerSpan>& span, const 
     ChunkIndexes::Presence present;
     std::vector<RecordIndex::Piece> known;
     {
-        const SiteOnServer::Lease server = span->site->lease();
-        known = ChunkIndexes(*server, span->site->tables(), span->agent)
+        const SiteOnServer::Lease server = span->site->lease(span->agent);
+        known = ChunkIndexes(*server, server.tables(), span->agent)
                     .of(span->pieces, properties, RecordIndex::Detail::Runs, &present);
     }
     TimeRuns times;

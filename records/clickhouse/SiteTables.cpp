@@ -8,9 +8,15 @@
 
 namespace plotix {
 
+QString SiteTables::bareName(const char* table) const
+{
+    const QString name = m_site + QLatin1Char('_') + QLatin1String(table);
+    return m_shard == 0 ? name : QStringLiteral("%1_%2").arg(name).arg(m_shard + 1);
+}
+
 std::string SiteTables::named(const char* table) const
 {
-    return QStringLiteral("`%1`.`%2_%3`").arg(m_database, m_site, QLatin1String(table)).toStdString();
+    return QStringLiteral("`%1`.`%2`").arg(m_database, bareName(table)).toStdString();
 }
 
 std::vector<std::string> SiteTables::creation(const std::string& replica) const
@@ -19,8 +25,9 @@ std::vector<std::string> SiteTables::creation(const std::string& replica) const
     static const std::string kMonth = "toInt32(greatest(-100000, least(100000, floor(t0 / 2592000))))";
     const auto table = [&](const char* name, const std::string& columns, const std::string& order) {
         // Replicas find each other by the place, which is the same for all.
-        const std::string place =
-            QStringLiteral("/plotix/%1/%2/%3").arg(m_database, m_site, QLatin1String(name)).toStdString();
+        const std::string place = QStringLiteral("/plotix/%1/%2/%3")
+                                      .arg(m_database, m_site, bareName(name).mid(m_site.size() + 1))
+                                      .toStdString();
         const std::string engine =
             replica.empty() ? std::string("MergeTree") : "ReplicatedMergeTree('" + place + "', '" + replica + "')";
         return "CREATE TABLE IF NOT EXISTS " + named(name) + " (" + columns + ") ENGINE = " + engine +

@@ -18,7 +18,12 @@ namespace plotix {
 
 class SiteTables {
 public:
-    explicit SiteTables(const ServerAddress& address) : m_database(address.database), m_site(address.site) {}
+    /// Of one shard. The home's have plain names, those of others their number behind them, counted from 1: so a host
+    /// may have several shards, and no shard is taken for another one.
+    explicit SiteTables(const ServerAddress& address)
+        : m_database(address.database), m_site(address.site), m_shard(address.shard.value_or(0))
+    {
+    }
 
     std::string about() const { return named("about"); }    ///< the version of the tables
     std::string chunks() const { return named("chunk"); }   ///< packed columns
@@ -29,6 +34,9 @@ public:
 
     /// What else belongs to the site: its agents and properties, limits, notes and trends.
     std::string catalogue() const { return named("catalogue"); }
+
+    /// As the server lists it.
+    QString bareName(const char* table) const;
 
     /// What makes them on a server. `replica`: the server's name among several that each have all of the site; a keeper
     /// they share tells them of each other.
@@ -42,6 +50,7 @@ private:
     std::string named(const char* table) const;
 
     QString m_database, m_site;
+    std::size_t m_shard;
 };
 
 /// A number as a statement has it, every bit of it kept.

@@ -6,7 +6,7 @@
 #include <functional>
 #include <memory>
 
-/// One transaction at a time: a claim in a table of the site, which everybody sees, and renews while it is held.
+/// One transaction at a time on a shard: a claim in a table there, which everybody sees, and renews while it is held.
 ///
 /// Whoever writes chunks has it: one made of what was there before another one came would lie over that one. Which
 /// claim is still renewed is told by the own clock of whoever waits, so that clocks may differ. *Shares* the site.
@@ -15,7 +15,7 @@ namespace plotix {
 class WritersTurn {
 public:
     /// Waits for whoever has it; throws ReportableError when that takes longer than `patience` milliseconds.
-    WritersTurn(std::shared_ptr<SiteOnServer> site, int patience);
+    WritersTurn(std::shared_ptr<SiteOnServer> site, std::size_t shard, int patience);
     ~WritersTurn();
     WritersTurn(const WritersTurn&) = delete;
     WritersTurn& operator=(const WritersTurn&) = delete;
@@ -27,13 +27,15 @@ public:
     void commit(const std::function<void(ServerConnection& server)>& store);
 
     /// Waits until nobody has it; throws as the constructor does.
-    static void waitUntilFree(SiteOnServer& site, ServerConnection& server, int patience);
+    static void waitUntilFree(const SiteOnServer::Lease& server, int patience);
 
 private:
     class Renewing;
     bool isHeld(ServerConnection& server);
     void giveBack() noexcept;
-    std::shared_ptr<SiteOnServer> m_site;
+    const SiteTables& tables() const { return m_site->tables(m_shard); }
+    const std::shared_ptr<SiteOnServer> m_site;
+    const std::size_t m_shard;
     std::uint64_t m_claim = 0;
     std::unique_ptr<Renewing> m_renewing;
 };
