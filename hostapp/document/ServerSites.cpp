@@ -1,6 +1,5 @@
 #include "hostapp/document/ServerSites.h"
 
-#include "base/ReportableError.h"
 #include "records/clickhouse/ClickHouseServer.h"
 
 namespace plotix {
@@ -43,14 +42,7 @@ QString withoutUser(const QString& address)
 std::shared_ptr<StoreServer> siteOnServer(const QString& address)
 {
     const std::shared_ptr<StoreServer> server = storeServer(address);
-    const StoreServer::Description found = server->description();
-    if (found.exists && found.version > StoreServer::kVersion)
-        throw ReportableError(QStringLiteral("%1 was made by a newer version of this program (%2): update it")
-                                  .arg(server->title())
-                                  .arg(found.version));
-    if (!found.exists)
-        throw ReportableError(
-            QStringLiteral("there is no site %1: make it with “plotix store create %2”").arg(server->title(), address));
+    server->requireUsable();
     return server;
 }
 

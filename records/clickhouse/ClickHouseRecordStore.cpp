@@ -10,6 +10,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <exception>
 #include <limits>
 
 namespace plotix {
@@ -143,9 +144,18 @@ std::optional<RecordExtent> ClickHouseRecordStore::extent(RowId agent)
 std::optional<RecordExtent> ClickHouseRecordStore::extent()
 {
     std::optional<RecordExtent> found;
+    std::exception_ptr failure;
+    std::size_t answered = 0;
     for (std::size_t shard = 0; shard < m_site->shards(); ++shard)
-        for (const RowId agent : m_site->agentsOn(shard))
-            found = united(found, extent(agent));
+        try {
+            for (const RowId agent : m_site->agentsOn(shard))
+                found = united(found, extent(agent));
+            ++answered;
+        } catch (const ReportableError&) {
+            failure = std::current_exception();
+        }
+    if (answered == 0)
+        std::rethrow_exception(failure);
     return found;
 }
 

@@ -1,6 +1,10 @@
 #include "records/clickhouse/SiteOnServer.h"
 
+#include "base/ReportableError.h"
 #include "records/clickhouse/AgentReading.h"
+#include "records/clickhouse/JointBatches.h"
+#include "records/clickhouse/ShardCheck.h"
+#include "records/clickhouse/ShardPlaces.h"
 #include "records/store/StorableBlock.h"
 
 namespace plotix {
@@ -18,15 +22,38 @@ SiteOnServer::SiteOnServer(ServerAddress address, ServerCredentials credentials,
         m_shards.emplace_back(shard);
 }
 
-std::size_t SiteOnServer::shardOf(RowId)
+std::optional<std::size_t> SiteOnServer::placeOf(RowId agent)
 {
-    return kHome;
+    if (m_shards.size() == 1)
+        return kHome;
+    std::optional<RowId> asked = agent;
+    {
+        const std::lock_guard lock(m_mutex);
+        if (const auto found = m_places.find(agent); found != m_places.end())
+            return found->second;
+        if (!m_knowsPlaces)
+            asked = std::nullopt;
+    }
+    const std::map<RowId, std::size_t> places = placesOn(*leaseOn(kHome), tables(), asked);
+    for (const auto& [placed, shard] : places)
+        if (shard >= m_shards.size())
+            throw ReportableError(QStringLiteral("%1 has a shard %2, which the address does not name: name all of them "
+                                                 "in their order, with + between.")
+                                      .arg(m_address.title())
+                                      .arg(shard + 1));
+    const std::lock_guard lock(m_mutex);
+    m_places.insert(places.begin(), places.end());
+    m_knowsPlaces = true;
+    const auto found = m_places.find(agent);
+    return found == m_places.end() ? std::nullopt : std::optional(found->second);
 }
 
 std::vector<RowId> SiteOnServer::agentsOn(std::size_t shard)
 {
     const Lease server = leaseOn(shard);
-    return plotix::agentsOn(*server, server.tables());
+    std::vector<RowId> agents = plotix::agentsOn(*server, server.tables());
+    std::erase_if(agents, [&](RowId agent) { return shardOf(agent) != shard; });
+    return agents;
 }
 
 void SiteOnServer::requireStorable(RowId agent, const RecordBlock& block) const
@@ -47,16 +74,30 @@ std::unique_ptr<ServerConnection> SiteOnServer::quickConnection(std::size_t shar
 
 SiteOnServer::Lease SiteOnServer::leaseOn(std::size_t shard)
 {
+    std::unique_ptr<ServerConnection> server;
     {
         const std::lock_guard lock(m_mutex);
         auto& idle = m_shards[shard].idle;
         if (!idle.empty()) {
-            std::unique_ptr<ServerConnection> server = std::move(idle.back());
+            server = std::move(idle.back());
             idle.pop_back();
-            return {*this, shard, std::move(server)};
         }
     }
-    return {*this, shard, std::make_unique<ServerConnection>(m_shards[shard].address, m_credentials)};
+    if (!server)
+        server = std::make_unique<ServerConnection>(m_shards[shard].address, m_credentials);
+    lookAt(shard, *server);
+    return {*this, shard, std::move(server)};
+}
+
+/// Once a minute.
+void SiteOnServer::lookAt(std::size_t shard, ServerConnection& server)
+{
+    if (!requireSuitable(server, m_address) || shard == kHome)
+        return;
+    try {
+        joint::confirmAll(*this, shard);
+    } catch (const ReportableError&) {  // who may only look cannot; whoever writes there next does it
+    }
 }
 
 SiteOnServer::Lease::~Lease()

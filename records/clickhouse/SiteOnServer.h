@@ -6,8 +6,10 @@
 #include "records/store/RecordBlock.h"
 
 #include <functional>
+#include <map>
 #include <memory>
 #include <mutex>
+#include <optional>
 #include <vector>
 
 /// The shards of a site, their tables and the connections to them. *Shared* by its store and everybody who writes; any
@@ -31,10 +33,12 @@ public:
     /// Throws ReportableError for a block that may not be stored.
     void requireStorable(RowId agent, const RecordBlock& block) const;
 
-    /// Which shard has the agent's records; where it has none yet, the home.
-    std::size_t shardOf(RowId agent);
+    /// Which shard has the agent's records; nothing: it was given none yet. Where there is but one, that one.
+    std::optional<std::size_t> placeOf(RowId agent);
+    /// The same; the home where it was given none.
+    std::size_t shardOf(RowId agent) { return placeOf(agent).value_or(kHome); }
 
-    /// Agents that have records on the shard, ascending.
+    /// Agents that have their records on the shard, ascending.
     std::vector<RowId> agentsOn(std::size_t shard);
 
     /// A connection to a shard for as long as it lives; it goes back afterwards. *Borrows* the site.
@@ -57,7 +61,8 @@ public:
         std::size_t m_shard;
         std::unique_ptr<ServerConnection> m_server;
     };
-    /// To the shard that has the agent's records.
+    /// To the shard that has the agent's records. Throws for tables that are not what the address means; see
+    /// ShardCheck.
     Lease lease(RowId agent) { return leaseOn(shardOf(agent)); }
     Lease leaseOn(std::size_t shard);
 
@@ -69,6 +74,8 @@ public:
     PackedCache& packed() { return m_packed; }
 
 private:
+    void lookAt(std::size_t shard, ServerConnection& server);
+
     struct Shard {
         explicit Shard(const ServerAddress& of) : address(of), tables(of) {}
         ServerAddress address;
@@ -81,7 +88,9 @@ private:
     const Owns m_owns;
     PackedCache m_packed;
     std::mutex m_mutex;
-    std::vector<Shard> m_shards;  // their number, addresses and tables never change
+    std::vector<Shard> m_shards;            // their number, addresses and tables never change
+    std::map<RowId, std::size_t> m_places;  // by agent, under the mutex; they never change
+    bool m_knowsPlaces = false;             // under the mutex: those there were once
 };
 
 }  // namespace plotix

@@ -35,12 +35,19 @@ public:
     /// What else belongs to the site: its agents and properties, limits, notes and trends.
     std::string catalogue() const { return named("catalogue"); }
 
+    std::string shards() const { return named("shard"); }  ///< whose shard this is, and in the home which there are
+
+    // In the home alone.
+    std::string placement() const { return named("placement"); }  ///< which shard has an agent's records
+    std::string joint() const { return named("joint"); }          ///< batches that several shards have parts of
+
     /// As the server lists it.
     QString bareName(const char* table) const;
 
-    /// What makes them on a server. `replica`: the server's name among several that each have all of the site; a keeper
-    /// they share tells them of each other.
-    std::vector<std::string> creation(const std::string& replica = {}) const;
+    /// What makes them on a server; what is there stays. `replica`: the server's name among several that each have all
+    /// of the shard; a keeper they share tells them of each other. `origin`: whose shard it is, the same in all of the
+    /// site's. `count`: how many shards there are, which the home is told last.
+    std::vector<std::string> creation(const std::string& replica, const std::string& origin, std::size_t count) const;
     std::vector<std::string> dropping() const;
 
     /// Rows that count; `own`: and those of this batch, 0 for none.
@@ -48,6 +55,7 @@ public:
 
 private:
     std::string named(const char* table) const;
+    std::vector<std::string> registration(const std::string& origin, std::size_t count) const;
 
     QString m_database, m_site;
     std::size_t m_shard;

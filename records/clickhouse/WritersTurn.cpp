@@ -118,7 +118,7 @@ Taken takenBy(ServerConnection& server, const SiteTables& tables, std::uint64_t 
 
 [[noreturn]] void failAsTaken()
 {
-    throw ReportableError(
+    throw WritersTurn::TakenByOthers(
         QStringLiteral("The records are being written by somebody else: wait until that is done and try again."));
 }
 
@@ -173,21 +173,24 @@ private:
     std::thread m_thread;
 };
 
-WritersTurn::WritersTurn(std::shared_ptr<SiteOnServer> site, std::size_t shard, int patience)
+WritersTurn::WritersTurn(std::shared_ptr<SiteOnServer> site, std::size_t shard, int patience, Waits waits)
     : m_site(std::move(site)), m_shard(shard)
 {
-    const SiteOnServer::Lease server = m_site->leaseOn(m_shard);
+    const std::unique_ptr<ServerConnection> quick =
+        waits == Waits::ForWriters ? m_site->quickConnection(m_shard) : nullptr;
+    const std::optional<SiteOnServer::Lease> lease = quick ? std::nullopt : std::optional(m_site->leaseOn(m_shard));
+    ServerConnection& server = quick ? *quick : **lease;
     const auto until = Clock::now() + milliseconds(patience);
     // Whether somebody who does not live any more has it is known only later; who has no patience does not ask.
-    const auto untilKnown = patience > 0 ? until + forgottenAfter(*server) + kRenewal : until;
+    const auto untilKnown = patience > 0 ? until + forgottenAfter(server) + kRenewal : until;
     for (;;) {
-        Taken taken = takenBy(*server, tables(), 0);
+        Taken taken = takenBy(server, tables(), 0);
         if (taken == Taken::No) {
             // Whoever claims looks again: of two, at least one sees the other.
             m_claim = stamps::number();
-            tell(*server, tables(), m_claim, 1, Wanted);
+            tell(server, tables(), m_claim, 1, Wanted);
             try {
-                taken = takenBy(*server, tables(), m_claim);
+                taken = takenBy(server, tables(), m_claim);
                 if (taken == Taken::No)
                     break;
             } catch (...) {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "base/ReportableError.h"
 #include "records/clickhouse/SiteOnServer.h"
 
 #include <cstdint>
@@ -14,8 +15,15 @@ namespace plotix {
 
 class WritersTurn {
 public:
-    /// Waits for whoever has it; throws ReportableError when that takes longer than `patience` milliseconds.
-    WritersTurn(std::shared_ptr<SiteOnServer> site, std::size_t shard, int patience);
+    struct TakenByOthers : ReportableError {
+        using ReportableError::ReportableError;
+    };
+    enum class Waits {
+        ForAll,     ///< for servers that have to agree, too
+        ForWriters  ///< not long for a server
+    };
+    /// Waits for whoever has it; throws TakenByOthers when that takes longer than `patience` milliseconds.
+    WritersTurn(std::shared_ptr<SiteOnServer> site, std::size_t shard, int patience, Waits waits = Waits::ForAll);
     ~WritersTurn();
     WritersTurn(const WritersTurn&) = delete;
     WritersTurn& operator=(const WritersTurn&) = delete;
