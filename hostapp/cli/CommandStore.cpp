@@ -6,13 +6,13 @@
 
 #include <ostream>
 
-/// Sites on a server: making, describing and removing them.
+/// Sites on a server: making, upgrading, describing and removing them.
 namespace plotix {
 
 namespace {
 
 struct StoreCommand {
-    enum class Work { Create, Info, Drop };
+    enum class Work { Create, Info, Upgrade, Drop };
     Work work = Work::Info;
     QString address;
     bool prints = false;   ///< statements, instead of telling the server
@@ -33,10 +33,43 @@ void create(const StoreCommand& command, StoreServer& server, std::ostream& out)
 {
     if (command.prints)
         return printStatements(server.creation(), out);
-    const bool wasThere = server.description().exists;
+    const std::optional<StoreServer::Layout> before = server.layout();
     server.create();
-    out << (wasThere ? "There was a site already, which stays as it is: " : "There is a new site: ")
-        << server.title().toStdString() << ".\n";
+    const std::size_t shards = server.layout().value_or(StoreServer::Layout{}).shards;
+    if (!before)
+        out << "There is a new site: ";
+    else if (before->shards == shards)
+        out << "There was a site already, which stays as it is: ";
+    else
+        out << "There are " << shards << " shards instead of " << before->shards << " now: ";
+    out << server.title().toStdString() << ".\n";
+}
+
+void upgrade(const StoreCommand& command, StoreServer& server, std::ostream& out)
+{
+    if (command.prints)
+        return printStatements(server.creation(), out);
+    const std::uint32_t before = server.layout().value_or(StoreServer::Layout{}).version;
+    server.upgrade();
+    if (before == StoreServer::kVersion)
+        out << server.title().toStdString() << " is of version " << before << " already.\n";
+    else
+        out << server.title().toStdString() << " is of version " << StoreServer::kVersion << " now, and was of "
+            << before << ". Earlier versions of this program refuse it.\n";
+}
+
+void describe(const StoreServer::Shard& shard, std::ostream& out)
+{
+    if (!shard.failure.isEmpty()) {
+        out << "  " << shard.failure.toStdString() << '\n';
+        return;
+    }
+    if (shard.replicas > 0)
+        out << "Replicas         " << shard.replicasAlive << " of " << shard.replicas << " live\n";
+    out << "Agents           " << shard.agents << '\n'
+        << "Chunks           " << shard.chunks << '\n'
+        << "Young records    " << shard.youngRecords << '\n'
+        << "On disk          " << sizeText(static_cast<qint64>(shard.bytes)) << '\n';
 }
 
 void describe(StoreServer& server, std::ostream& out)
@@ -46,14 +79,15 @@ void describe(StoreServer& server, std::ostream& out)
     if (!found.exists)
         throw ReportableError(
             QStringLiteral("there is no site %1: “plotix store create” makes one").arg(server.title()));
-    out << "Tables           version " << found.version << '\n'
-        << (found.replicas == 0 ? std::string()
-                                : "Replicas         " + std::to_string(found.replicasAlive) + " of " +
-                                      std::to_string(found.replicas) + " live\n")
-        << "Agents           " << found.agents << '\n'
-        << "Chunks           " << found.chunks << '\n'
-        << "Young records    " << found.youngRecords << '\n'
-        << "On disk          " << sizeText(static_cast<qint64>(found.bytes)) << '\n';
+    out << "Tables           version " << found.version << '\n';
+    for (std::size_t shard = 0; shard < found.shards.size(); ++shard) {
+        if (found.shards.size() > 1)
+            out << "\nShard " << shard + 1 << "          " << found.shards[shard].title.toStdString() << '\n';
+        describe(found.shards[shard], out);
+    }
+    if (found.version < StoreServer::kVersion)
+        out << "\n“plotix store upgrade” makes the tables those of version " << StoreServer::kVersion
+            << ", which may have shards.\n";
 }
 
 void drop(const StoreCommand& command, StoreServer& server, std::ostream& out)
@@ -76,6 +110,7 @@ int runCommand(const StoreCommand& command, CommandContext context)
     switch (command.work) {
     case StoreCommand::Work::Create: create(command, *server, context.streams.output); break;
     case StoreCommand::Work::Info: describe(*server, context.streams.output); break;
+    case StoreCommand::Work::Upgrade: upgrade(command, *server, context.streams.output); break;
     case StoreCommand::Work::Drop: drop(command, *server, context.streams.output); break;
     }
     return kCommandDone;
@@ -86,25 +121,34 @@ int runCommand(const StoreCommand& command, CommandContext context)
 Command addStore(CLI::App& program)
 {
     const auto command = std::make_shared<StoreCommand>();
-    CLI::App* store = program.add_subcommand("store", "Make, describe or remove a site on a server");
+    CLI::App* store = program.add_subcommand("store", "Make, upgrade, describe or remove a site on a server");
     addChoice<StoreCommand::Work>(store, "WORK", command->work,
                                   {{"create", StoreCommand::Work::Create},
                                    {"info", StoreCommand::Work::Info},
+                                   {"upgrade", StoreCommand::Work::Upgrade},
                                    {"drop", StoreCommand::Work::Drop}},
                                   "What to do")
         ->required();
-    addText(store, "ADDRESS", command->address, "The site's place; several hosts are replicas, each with all of it")
+    addText(store, "ADDRESS", command->address,
+            "The site's place; hosts with commas between are replicas, each with all of the same, and those with + "
+            "between shards, each with the records of some sources")
         ->required()
-        ->type_name("clickhouse://[USER@]HOST[:PORT][,HOST…]/DATABASE/SITE[?secure=1]");
+        ->type_name("clickhouse://[USER@]HOST[:PORT][,HOST…][+HOST…]/DATABASE/SITE[?secure=1]");
     store->add_flag("--print", command->prints, "Print the statements instead, for whoever administers the server");
     addText(store, "--yes-remove", command->confirmation, "The site's name again, to remove it")->type_name("SITE");
-    store->footer("The user and the password come from PLOTIX_CLICKHOUSE_USER and PLOTIX_CLICKHOUSE_PASSWORD, or the\n"
-                  "password from the file that PLOTIX_CLICKHOUSE_PASSWORD_FILE names, which nobody else may read.\n"
-                  "Examples:\n  plotix store create clickhouse://localhost/plotix/plant\n"
-                  "  plotix store create clickhouse://db1/plotix/plant --print > plant.sql\n"
-                  "  plotix store create clickhouse://db1,db2,db3/plotix/plant\n"
-                  "  plotix store info clickhouse://db1,db2,db3/plotix/plant\n"
-                  "With three hosts one may be lost: what is stored is on two of them. They need a keeper in common.");
+    store->footer(
+        "The user and the password come from PLOTIX_CLICKHOUSE_USER and PLOTIX_CLICKHOUSE_PASSWORD, or the\n"
+        "password from the file that PLOTIX_CLICKHOUSE_PASSWORD_FILE names, which nobody else may read.\n"
+        "Examples:\n  plotix store create clickhouse://localhost/plotix/plant\n"
+        "  plotix store create clickhouse://db1/plotix/plant --print > plant.sql\n"
+        "  plotix store create clickhouse://db1,db2,db3/plotix/plant\n"
+        "  plotix store info clickhouse://db1,db2,db3/plotix/plant\n"
+        "  plotix store create clickhouse://db1,db2+db3,db4/plotix/plant\n"
+        "  plotix store upgrade clickhouse://localhost/plotix/plant\n"
+        "With three replicas one may be lost: what is stored is on two of them. They need a keeper in common.\n"
+        "A shard is added by creating the site again with + and its hosts behind the others: it takes sources\n"
+        "that are new, and nothing moves. End what records there before, and begin it with the new address.\n"
+        "Upgrading brings the tables of an earlier version up to date; with --print, create's statements do.");
     return {store, Command::Makes::Text, [command](CommandContext context) { return runCommand(*command, context); }};
 }
 

@@ -1,6 +1,5 @@
 #include "hostapp/document/ServerSites.h"
 
-#include "base/ReportableError.h"
 #include "hostapp/core/DataFolder.h"
 #include "hostapp/document/MemoryBudget.h"
 #include "records/clickhouse/ClickHouseServer.h"
@@ -53,14 +52,7 @@ void keepWhatServersSend()
 std::shared_ptr<StoreServer> siteOnServer(const QString& address)
 {
     const std::shared_ptr<StoreServer> server = storeServer(address);
-    const std::optional<std::uint32_t> version = server->version();
-    if (!version)
-        throw ReportableError(
-            QStringLiteral("there is no site %1: make it with “plotix store create %2”").arg(server->title(), address));
-    if (*version > StoreServer::kVersion)
-        throw ReportableError(QStringLiteral("%1 was made by a newer version of this program (%2): update it")
-                                  .arg(server->title())
-                                  .arg(*version));
+    server->requireUsable();
     return server;
 }
 

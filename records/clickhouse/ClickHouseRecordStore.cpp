@@ -10,6 +10,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <exception>
 #include <limits>
 
 namespace plotix {
@@ -39,13 +40,13 @@ struct Look {
     Look(SiteOnServer& of, RowId ofAgent, const Bounds& bounds, const std::vector<RowId>& asked)
         : site(of),
           agent(ofAgent),
-          server(of.lease()),
-          reading(*server, of.tables(), ofAgent),
-          rows(of.known().rows(*server, of.tables(), ofAgent, bounds.from, bounds.to)),
+          server(of.lease(ofAgent)),
+          reading(*server, server.tables(), ofAgent),
+          rows(of.known().rows(*server, server.tables(), ofAgent, bounds.from, bounds.to)),
           pieces(reading.pieces(*rows, bounds.from, bounds.to, &asked))
     {
     }
-    ChunkIndexes indexes() const { return {*server, site.tables(), agent}; }
+    ChunkIndexes indexes() const { return {*server, server.tables(), agent}; }
 
     SiteOnServer& site;
     RowId agent;
@@ -142,14 +143,19 @@ std::optional<RecordExtent> ClickHouseRecordStore::extent(RowId agent)
 
 std::optional<RecordExtent> ClickHouseRecordStore::extent()
 {
-    std::vector<RowId> agents;
-    {
-        const SiteOnServer::Lease server = m_site->lease();
-        agents = agentsOn(*server, m_site->tables());
-    }
     std::optional<RecordExtent> found;
-    for (const RowId agent : agents)
-        found = united(found, extent(agent));
+    std::exception_ptr failure;
+    std::size_t answered = 0;
+    for (std::size_t shard = 0; shard < m_site->shards(); ++shard)
+        try {
+            for (const RowId agent : m_site->agentsOn(shard))
+                found = united(found, extent(agent));
+            ++answered;
+        } catch (const ReportableError&) {
+            failure = std::current_exception();
+        }
+    if (answered == 0)
+        std::rethrow_exception(failure);
     return found;
 }
 
@@ -284,12 +290,12 @@ ColumnStatistics ClickHouseRecordStore::statistics(RowId agent, RowId property, 
     return {sum.valid, sum.minimum, sum.maximum, sum.sum / static_cast<double>(sum.valid)};
 }
 
-std::vector<Amendment> ClickHouseRecordStore::amendments(RowId, std::span<const RowId> properties,
+std::vector<Amendment> ClickHouseRecordStore::amendments(RowId agent, std::span<const RowId> properties,
                                                          std::optional<double> from, std::optional<double> to)
 {
     const Bounds bounds(from, to);
-    const SiteOnServer::Lease server = m_site->lease();
-    const auto known = m_site->known().amendments(*server, m_site->tables());
+    const SiteOnServer::Lease server = m_site->lease(agent);
+    const auto known = m_site->known().amendments(*server, server.tables());
     const KnownRows::Amendments& all = *known;
     std::vector<Amendment> found;
     for (const RowId property : properties) {
@@ -327,16 +333,19 @@ VerificationResult ClickHouseRecordStore::verify(const ArchiveProgress& progress
     result.stopped = progress && !progress(0);
     if (result.stopped)
         return result;
-    const SiteOnServer::Lease server = m_site->lease();
     const auto note = [&](const QString& finding) {
         if (result.findings.size() < VerificationResult::kMostFindings)
             result.findings.append(finding);
         else
             result.moreFindings = true;
     };
-    const std::vector<RowId> agents = agentsOn(*server, m_site->tables());
+    std::vector<RowId> agents;
+    for (std::size_t shard = 0; shard < m_site->shards(); ++shard)
+        for (const RowId agent : m_site->agentsOn(shard))
+            agents.push_back(agent);
     for (std::size_t place = 0; place < agents.size(); ++place) {
-        AgentReading reading(*server, m_site->tables(), agents[place]);
+        const SiteOnServer::Lease server = m_site->lease(agents[place]);
+        AgentReading reading(*server, server.tables(), agents[place]);
         const AgentReading::Rows rows = reading.rows(-kInfinity, kInfinity);
         const std::vector<Piece> pieces = reading.pieces(rows, -kInfinity, kInfinity, nullptr);
         for (std::size_t i = 0; i < pieces.size(); ++i) {
@@ -358,7 +367,7 @@ VerificationResult ClickHouseRecordStore::verify(const ArchiveProgress& progress
                     for (std::size_t record = 0; record < view.size; ++record)
                         result.values += bits::get(column.valid, column.firstValid + record, 1);
                 }
-                const auto indexes = ChunkIndexes(*server, m_site->tables(), agents[place])
+                const auto indexes = ChunkIndexes(*server, server.tables(), agents[place])
                                          .of(std::span(&piece, 1), properties, RecordIndex::Detail::Runs);
                 for (std::size_t column = 0; column < properties.size(); ++column)
                     if (const RecordIndex::Column& told = indexes[0].columns[column];

@@ -14,7 +14,7 @@ public:
     explicit ClickHouseRecordStore(std::shared_ptr<SiteOnServer> site) : m_site(std::move(site)) {}
 
     std::optional<RecordExtent> extent(RowId agent) override;
-    std::optional<RecordExtent> extent() override;
+    std::optional<RecordExtent> extent() override;  ///< of those shards that answer, if any does
     RecordOverview overview(RowId agent, std::span<const RowId> properties, std::optional<double> from,
                             std::optional<double> to) override;
     RecordIndex index(RowId agent, std::span<const RowId> properties, std::optional<double> from,

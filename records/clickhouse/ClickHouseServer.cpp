@@ -6,6 +6,8 @@
 #include "records/clickhouse/RowBinary.h"
 #include "records/clickhouse/ServerStamps.h"
 
+#include <algorithm>
+
 namespace plotix {
 
 namespace {
@@ -26,14 +28,17 @@ std::uint64_t numberOf(ServerConnection& server, const std::string& statement)
     return numbersOf(server, statement, 1).front();
 }
 
-constexpr const char* kAll = "about|batch|chunk|young|amendment|turn|catalogue";
-
-/// Nothing: some table is not there.
-std::optional<std::uint32_t> versionOf(ServerConnection& server, const SiteTables& tables)
+QString nameOf(const ServerAddress& host)
 {
-    if (numberOf(server, "SELECT count() FROM system.tables WHERE " + tables.among("name", kAll)) < 7)
-        return std::nullopt;
-    return static_cast<std::uint32_t>(numberOf(server, "SELECT toUInt64(max(version)) FROM " + tables.about()));
+    return QStringLiteral("%1:%2").arg(host.hosts.front().name).arg(host.hosts.front().port);
+}
+
+/// Each host by itself.
+std::vector<ServerAddress> homeLast(const ServerAddress& address)
+{
+    std::vector<ServerAddress> hosts = address.hostByHost();
+    std::rotate(hosts.begin(), hosts.begin() + static_cast<std::ptrdiff_t>(address.hosts.size()), hosts.end());
+    return hosts;
 }
 
 }  // namespace
@@ -59,43 +64,61 @@ std::vector<QString> ClickHouseServer::sitesAt(const QString& address)
     return sites;
 }
 
+ServerConnection ClickHouseServer::home() const
+{
+    return {m_address.shardByShard().front(), m_credentials};
+}
+
 std::vector<StoreServer::Statements> ClickHouseServer::creation() const
 {
-    if (m_address.hosts.size() == 1)
-        return {{{}, m_tables.creation()}};
+    return creation(m_address.title());
+}
+
+/// The home comes last: until it knows of another shard, nobody looks for it.
+std::vector<StoreServer::Statements> ClickHouseServer::creation(const QString& origin) const
+{
+    const std::vector<ServerAddress> shards = m_address.shardByShard();
     std::vector<Statements> each;
-    for (const ServerAddress::Host& host : m_address.hosts) {
-        const QString name = QStringLiteral("%1:%2").arg(host.name).arg(host.port);
-        each.push_back({name, m_tables.creation(name.toStdString())});
+    for (const ServerAddress& host : homeLast(m_address)) {
+        const bool isReplica = shards[host.shard.value_or(0)].hosts.size() > 1;
+        const QString name = nameOf(host);
+        each.push_back({m_address.hosts.size() + m_address.others.size() > 1 ? name : QString(),
+                        SiteTables(host).creation(isReplica ? name.toStdString() : std::string(), origin.toStdString(),
+                                                  shards.size())});
     }
     return each;
 }
 
 std::vector<StoreServer::Statements> ClickHouseServer::dropping() const
 {
-    if (m_address.hosts.size() == 1)
-        return {{{}, m_tables.dropping()}};
     std::vector<Statements> each;
-    for (const ServerAddress::Host& host : m_address.hosts)
-        each.push_back({QStringLiteral("%1:%2").arg(host.name).arg(host.port), m_tables.dropping()});
+    for (const ServerAddress& host : homeLast(m_address))
+        each.push_back({m_address.hosts.size() + m_address.others.size() > 1 ? nameOf(host) : QString(),
+                        SiteTables(host).dropping()});
     return each;
 }
 
 /// Each host does its own.
 void ClickHouseServer::tellAll(const std::vector<Statements>& all)
 {
-    const std::vector<ServerAddress> hosts = m_address.hostByHost();
+    const std::vector<ServerAddress> hosts = homeLast(m_address);
     for (std::size_t host = 0; host < hosts.size(); ++host) {
         ServerConnection server(hosts[host], m_credentials);
         for (const std::string& statement : all[host].statements)
             server.tell(statement);
     }
+    for (const ServerAddress& shard : m_address.shardByShard())
+        ServerConnection::forgetReplication(shard);
+    forgetSuitable();
 }
 
 /// Records that one host has alone, the others would never get.
 void ClickHouseServer::requireNoneAlone()
 {
+    const std::vector<ServerAddress> shards = m_address.shardByShard();
     for (const ServerAddress& host : m_address.hostByHost()) {
+        if (shards[host.shard.value_or(0)].hosts.size() == 1)
+            continue;
         ServerConnection server(host, m_credentials);
         const Replication::Found found =
             Replication::foundOn(host, [&](const std::string& statement) { return server.ask(statement); });
@@ -106,64 +129,126 @@ void ClickHouseServer::requireNoneAlone()
     }
 }
 
+void ClickHouseServer::make(const std::optional<SiteLayout>& layout)
+{
+    if (layout && (layout->version > kVersion || layout->shards > m_address.others.size() + 1))
+        plotix::requireSuitable(*layout, m_address);
+    requireNoneAlone();
+    tellAll(creation(layout && !layout->origin.empty() ? QString::fromStdString(layout->origin) : m_address.title()));
+}
+
 void ClickHouseServer::create()
 {
-    if (m_address.hosts.size() > 1)
-        requireNoneAlone();
-    tellAll(creation());
-    ServerConnection::forgetReplication(m_address);
+    ServerConnection server = home();
+    const std::optional<SiteLayout> layout = layoutOn(server);
+    if (layout && layout->version < kVersion)
+        throw ReportableError(QStringLiteral("%1 was made by an earlier version of this program (%2): “plotix store "
+                                             "upgrade” makes it one of this version")
+                                  .arg(title())
+                                  .arg(layout->version));
+    make(layout);
+}
+
+void ClickHouseServer::upgrade()
+{
+    ServerConnection server = home();
+    const std::optional<SiteLayout> layout = layoutOn(server);
+    if (!layout)
+        throw ReportableError(QStringLiteral("there is no site %1: “plotix store create” makes one").arg(title()));
+    make(layout);
 }
 
 void ClickHouseServer::drop()
 {
+    ServerConnection server = home();
+    if (const std::optional<SiteLayout> layout = layoutOn(server);
+        layout && layout->shards > m_address.others.size() + 1)
+        plotix::requireSuitable(*layout, m_address);
     tellAll(dropping());
-    ServerConnection::forgetReplication(m_address);
 }
 
-std::optional<std::uint32_t> ClickHouseServer::version()
+std::optional<StoreServer::Layout> ClickHouseServer::layout()
 {
-    ServerConnection server(m_address, m_credentials);
-    return versionOf(server, m_tables);
+    ServerConnection server = home();
+    const std::optional<SiteLayout> layout = layoutOn(server);
+    return layout ? std::optional(Layout{layout->version, layout->shards}) : std::nullopt;
+}
+
+void ClickHouseServer::requireUsable()
+{
+    ServerConnection server = home();
+    plotix::requireSuitable(server, m_address);
 }
 
 ClickHouseServer::Description ClickHouseServer::description()
 {
-    ServerConnection server(m_address, m_credentials);
+    ServerConnection server = home();
     Description found;
     const std::vector<std::byte> version = server.ask("SELECT version() FORMAT RowBinary");
     const std::string_view text = rowbinary::Reader(version).text();
     found.serverVersion = QString::fromUtf8(text.data(), static_cast<qsizetype>(text.size()));
-    const std::optional<std::uint32_t> tables = versionOf(server, m_tables);
-    found.exists = tables.has_value();
-    if (!found.exists)
+    const std::optional<SiteLayout> layout = layoutOn(server);
+    found.exists = layout.has_value();
+    if (!layout)
         return found;
-    found.version = *tables;
-    const std::vector<std::uint64_t> replicas =
-        numbersOf(server,
-                  "SELECT toUInt64(max(total_replicas)), toUInt64(min(active_replicas)) FROM system.replicas WHERE " +
-                      m_tables.among("table", kAll),
-                  2);
-    found.replicas = replicas[0];
-    found.replicasAlive = replicas[1];
-    found.chunks =
-        numberOf(server, "SELECT uniqExact(chunk) FROM " + m_tables.chunks() + " WHERE property = 0 AND n > 0");
-    found.youngRecords = numberOf(server, "SELECT count() FROM " + m_tables.young());
-    found.bytes = numberOf(server, "SELECT toUInt64(sum(bytes_on_disk)) FROM system.parts WHERE active AND " +
-                                       m_tables.among("table", kAll));
-    found.agents = agentsOn(server, m_tables).size();
+    found.version = layout->version;
+    for (const ServerAddress& shard : m_address.shardByShard())
+        found.shards.push_back(described(shard));
+    return found;
+}
+
+StoreServer::Shard ClickHouseServer::described(const ServerAddress& address) const
+{
+    constexpr const char* kAll = "about|batch|chunk|young|amendment|turn|catalogue|shard|placement|joint";
+    Shard found;
+    found.title = address.title();
+    try {
+        ServerConnection server(address, m_credentials);
+        plotix::requireSuitable(server, m_address);
+        const SiteTables tables(address);
+        const std::vector<std::uint64_t> replicas = numbersOf(
+            server,
+            "SELECT toUInt64(max(total_replicas)), toUInt64(min(active_replicas)) FROM system.replicas WHERE " +
+                tables.among("table", kAll),
+            2);
+        found.replicas = replicas[0];
+        found.replicasAlive = replicas[1];
+        found.chunks =
+            numberOf(server, "SELECT uniqExact(chunk) FROM " + tables.chunks() + " WHERE property = 0 AND n > 0");
+        found.youngRecords = numberOf(server, "SELECT count() FROM " + tables.young());
+        found.bytes = numberOf(server, "SELECT toUInt64(sum(bytes_on_disk)) FROM system.parts WHERE active AND " +
+                                           tables.among("table", kAll));
+        found.agents = agentsOn(server, tables).size();
+    } catch (const ReportableError& error) {
+        if (address.shard.value_or(0) == 0)
+            throw;
+        found.failure = error.message();
+    }
     return found;
 }
 
 QByteArray ClickHouseServer::changeMark()
 {
     // Whatever is stored makes rows more, and merging them leaves their number; taking away what counts for nothing
-    // makes them fewer, which is looked at once in vain.
-    ServerConnection server(
-        m_address, m_credentials,
-        {std::chrono::seconds(1), std::chrono::seconds(5), std::chrono::seconds(1), std::chrono::seconds(1)});
-    return QByteArray::number(
-        qulonglong(numberOf(server, "SELECT toUInt64(sum(rows)) FROM system.parts WHERE active AND " +
-                                        m_tables.among("table", "batch|chunk|young|amendment|catalogue"))));
+    // makes them fewer, which is looked at once in vain. A shard that is gone changes nothing but when it goes and
+    // comes.
+    QByteArray mark;
+    for (const ServerAddress& shard : m_address.shardByShard()) {
+        mark += mark.isEmpty() ? "" : ",";
+        try {
+            ServerConnection server(
+                shard, m_credentials,
+                {std::chrono::seconds(1), std::chrono::seconds(5), std::chrono::seconds(1), std::chrono::seconds(1)});
+            mark += QByteArray::number(qulonglong(
+                numberOf(server, "SELECT toUInt64(sum(rows)) FROM system.parts WHERE active AND " +
+                                     SiteTables(shard).among("table", "batch|chunk|young|amendment|catalogue"))));
+        } catch (const ReportableError&) {
+            if (shard.shard.value_or(0) == 0)
+                throw;
+            mark += '-';
+        }
+    }
+    return mark;
 }
 
 std::shared_ptr<RecordStore> ClickHouseServer::records(Owns owns)
@@ -174,7 +259,7 @@ std::shared_ptr<RecordStore> ClickHouseServer::records(Owns owns)
 
 std::vector<StoreServer::Row> ClickHouseServer::rows()
 {
-    ServerConnection server(m_address, m_credentials);
+    ServerConnection server = home();
     const std::vector<std::byte> answer =
         server.ask("SELECT kind, id, argMax(data, version) AS now FROM " + m_tables.catalogue() +
                    " GROUP BY kind, id HAVING now != '' ORDER BY kind, id FORMAT RowBinary");
@@ -196,7 +281,7 @@ std::vector<StoreServer::Row> ClickHouseServer::rows()
 
 std::map<std::uint8_t, RowId> ClickHouseServer::highestIds()
 {
-    ServerConnection server(m_address, m_credentials);
+    ServerConnection server = home();
     const std::vector<std::byte> answer =
         server.ask("SELECT kind, max(id) FROM " + m_tables.catalogue() + " GROUP BY kind FORMAT RowBinary");
     std::map<std::uint8_t, RowId> highest;
@@ -211,7 +296,7 @@ void ClickHouseServer::put(const std::vector<Row>& rows)
 {
     if (rows.empty())
         return;
-    ServerConnection server(m_address, m_credentials);
+    ServerConnection server = home();
     // After everything that is there, whatever the clocks of others say.
     stamps::saw(numberOf(server, "SELECT max(version) FROM " + m_tables.catalogue()));
     const std::uint64_t version = stamps::version();

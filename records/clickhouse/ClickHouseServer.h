@@ -1,6 +1,6 @@
 #pragma once
 
-#include "records/clickhouse/ServerAddress.h"
+#include "records/clickhouse/ShardCheck.h"
 #include "records/clickhouse/SiteTables.h"
 #include "records/store/StoreServer.h"
 
@@ -21,11 +21,13 @@ public:
 
     QString title() const override { return m_address.title(); }
     void create() override;
+    void upgrade() override;
     void drop() override;
     std::vector<Statements> creation() const override;
     std::vector<Statements> dropping() const override;
+    std::optional<Layout> layout() override;
+    void requireUsable() override;
     Description description() override;
-    std::optional<std::uint32_t> version() override;
     QByteArray changeMark() override;
     std::shared_ptr<RecordStore> records(Owns owns) override;
     std::vector<Row> rows() override;
@@ -33,8 +35,12 @@ public:
     void put(const std::vector<Row>& rows) override;
 
 private:
+    std::vector<Statements> creation(const QString& origin) const;
+    ServerConnection home() const;
+    void make(const std::optional<SiteLayout>& layout);
     void requireNoneAlone();
     void tellAll(const std::vector<Statements>& all);
+    Shard described(const ServerAddress& address) const;
 
     const ServerAddress m_address;
     const ServerCredentials m_credentials;

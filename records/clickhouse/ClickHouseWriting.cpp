@@ -3,9 +3,10 @@
 #include "base/ReportableError.h"
 #include "records/clickhouse/AgentWriting.h"
 #include "records/clickhouse/AmendmentRows.h"
+#include "records/clickhouse/JointBatches.h"
 #include "records/clickhouse/ServerStamps.h"
+#include "records/clickhouse/ShardPlaces.h"
 #include "records/clickhouse/Sweeping.h"
-#include "records/clickhouse/WritersTurn.h"
 #include "records/clickhouse/YoungInsert.h"
 #include "records/store/MemoryWriting.h"
 
@@ -49,13 +50,18 @@ void commitBatch(ServerConnection& server, const SiteTables& tables, std::uint64
 class ServerTransaction final : public RecordTransaction {
 public:
     explicit ServerTransaction(const WrittenSite& written)
-        : m_site(written.site),
-          m_turn(std::make_unique<WritersTurn>(m_site, kWritersPatience)),
-          m_server(m_site->lease()),
-          m_batch(stamps::number()),
-          m_young(*m_server, m_site->tables(), m_batch),
-          m_amendments(*m_server, m_site->tables(), m_batch, std::make_shared<AmendmentFinder>(written.before))
+        : m_site(written.site), m_batch(stamps::number()), m_finder(std::make_shared<AmendmentFinder>(written.before))
     {
+        m_parts[SiteOnServer::kHome] = std::make_unique<Part>(*this, SiteOnServer::kHome, WritersTurn::Waits::ForAll);
+        // Nobody appends meanwhile, on any shard: what is read there now may be about to go elsewhere.
+        for (std::size_t shard = 1; shard < m_site->shards(); ++shard)
+            try {
+                m_parts[shard] = std::make_unique<Part>(*this, shard, WritersTurn::Waits::ForWriters);
+            } catch (const WritersTurn::TakenByOthers&) {
+                throw;
+            } catch (const ReportableError&) {  // of those that are lost, nothing may be needed
+                m_parts.erase(shard);
+            }
     }
 
     void store(RowId agent, const RecordBlock& block) override
@@ -66,7 +72,7 @@ public:
         if (records.isEmpty())
             return;
         if (m_now)
-            m_amendments.note(agent, records.view(), *m_now);
+            part(agent).amendments.note(agent, records.view(), *m_now);
         Waiting& waiting = m_waiting[agent];
         waiting.records += records.size();
         if (!waiting.blocks.empty()) {
@@ -88,14 +94,17 @@ public:
     {
         requireOpen();
         flush(agent);
+        if (!m_site->placeOf(agent))
+            return;              // it has nothing
         std::vector<RowId> own;  // of others, the agent has nothing, and what those have is none of its business
         for (const RowId property : properties)
             if (m_site->owns(agent, property))
                 own.push_back(property);
-        AgentWriting(*m_server, m_site->tables(), agent, m_batch)
+        Part& at = part(agent);
+        AgentWriting(*at.server, at.server.tables(), agent, m_batch)
             .remove(own, from.value_or(-kInfinity), to.value_or(kInfinity));
-        m_amendments.remove(own, from.value_or(-kInfinity), to.value_or(kInfinity));
-        m_isEmpty = false;
+        at.amendments.remove(own, from.value_or(-kInfinity), to.value_or(kInfinity));
+        at.isEmpty = false;
     }
 
     void noteAmendments(double now) override { m_now = now; }
@@ -103,30 +112,57 @@ public:
     void addAmendment(RowId agent, const Amendment& amendment) override
     {
         requireOpen();
-        m_amendments.add(agent, amendment);
+        part(agent).amendments.add(agent, amendment);
     }
 
     void prepare() override
     {
         while (!m_waiting.empty())
             flush(m_waiting.begin()->first);
-        m_isEmpty = m_isEmpty && m_amendments.isEmpty();
-        m_amendments.flush();
-        if (m_turn)
-            m_turn->requireHeld();
+        for (const auto& [shard, at] : m_parts) {
+            at->isEmpty = at->isEmpty && at->amendments.isEmpty();
+            at->amendments.flush();
+        }
+        requireHeld();
     }
 
     void commit() override
     {
-        if (!m_turn)
+        if (m_parts.empty())
             return;
         prepare();
-        if (!m_isEmpty)
-            m_turn->commit([&](ServerConnection& server) { commitBatch(server, m_site->tables(), m_batch); });
-        m_turn.reset();
+        std::vector<std::size_t> shards;
+        for (const auto& [shard, at] : m_parts)
+            if (!at->isEmpty)
+                shards.push_back(shard);
+        if (shards.size() == 1) {
+            const Part& at = *m_parts[shards.front()];
+            at.turn->commit([&](ServerConnection& server) { commitBatch(server, at.server.tables(), m_batch); });
+        } else if (shards.size() > 1) {
+            joint::decide(*m_site, *m_parts[SiteOnServer::kHome]->turn, m_batch, shards);
+            for (const std::size_t shard : shards)
+                confirm(shard);
+            requireHeld();  // else somebody may have written over what was not confirmed yet
+        }
+        m_parts.clear();
     }
 
 private:
+    /// What is written on one shard.
+    struct Part {
+        Part(const ServerTransaction& of, std::size_t shard, WritersTurn::Waits waits)
+            : turn(joint::turnOf(of.m_site, shard, kWritersPatience, waits)),
+              server(of.m_site->leaseOn(shard)),
+              young(of.m_batch),
+              amendments(*server, server.tables(), of.m_batch, of.m_finder)
+        {
+        }
+        const std::unique_ptr<WritersTurn> turn;
+        const SiteOnServer::Lease server;
+        YoungInsert young;
+        AmendmentRows amendments;
+        bool isEmpty = true;
+    };
     /// Blocks that are stored one after the other.
     struct Waiting {
         std::vector<Records> blocks;
@@ -135,8 +171,37 @@ private:
 
     void requireOpen() const
     {
-        if (!m_turn)
+        if (m_parts.empty())
             throw ReportableError(QStringLiteral("These records were stored already: begin again to store more."));
+    }
+
+    void requireHeld() const
+    {
+        for (const auto& [shard, at] : m_parts)
+            at->turn->requireHeld();
+    }
+
+    void confirm(std::size_t shard)
+    {
+        try {
+            joint::confirm(*m_site, shard, m_batch);
+        } catch (const ReportableError& error) {
+            throw ReportableError(QStringLiteral("%1 All of it counts once that shard is back and somebody writes "
+                                                 "there: do not store it again.")
+                                      .arg(error.message()));
+        }
+    }
+
+    /// Whoever has turns of several shards has the home's first, so that no two wait for each other.
+    Part& part(RowId agent)
+    {
+        std::optional<std::size_t> shard = m_site->placeOf(agent);
+        if (!shard)
+            shard = givePlace(*m_site, *m_parts[SiteOnServer::kHome]->turn, agent);
+        auto found = m_parts.find(*shard);
+        if (found == m_parts.end())
+            found = m_parts.emplace(*shard, std::make_unique<Part>(*this, *shard, WritersTurn::Waits::ForAll)).first;
+        return *found->second;
     }
 
     void flush(RowId agent)
@@ -145,35 +210,30 @@ private:
         if (found == m_waiting.end())
             return;
         const Waiting waiting = std::move(m_waiting.extract(found).mapped());
+        Part& at = part(agent);
         if (waiting.records <= kMostRows) {
             std::vector<RecordsView> views;
             for (const Records& block : waiting.blocks)
                 views.push_back(block.view());
-            m_young.store(agent, views, m_batch);
+            at.young.store(*at.server, at.server.tables(), agent, views, m_batch);
         } else {
-            AgentWriting(*m_server, m_site->tables(), agent, m_batch).merge(waiting.blocks);
+            AgentWriting(*at.server, at.server.tables(), agent, m_batch).merge(waiting.blocks);
         }
-        m_isEmpty = false;
+        at.isEmpty = false;
     }
 
     const std::shared_ptr<SiteOnServer> m_site;
-    std::unique_ptr<WritersTurn> m_turn;  // null: stored
-    const SiteOnServer::Lease m_server;
     const std::uint64_t m_batch;
-    YoungInsert m_young;
-    AmendmentRows m_amendments;
+    const std::shared_ptr<AmendmentFinder> m_finder;
+    std::map<std::size_t, std::unique_ptr<Part>> m_parts;  // by shard; but for the home, lost ones lack; none: stored
     std::map<RowId, Waiting> m_waiting;
     std::optional<double> m_now;  // absent: nothing is noted
-    bool m_isEmpty = true;
 };
 
 class ServerAppender final : public RecordAppender {
 public:
     explicit ServerAppender(const WrittenSite& written)
-        : m_site(written.site),
-          m_server(m_site->lease()),
-          m_young(*m_server, m_site->tables(), stamps::number()),
-          m_finder(std::make_shared<AmendmentFinder>(written.before))
+        : m_site(written.site), m_young(stamps::number()), m_finder(std::make_shared<AmendmentFinder>(written.before))
     {
     }
 
@@ -183,30 +243,40 @@ public:
         const Records records = orderedRecords(block);
         if (records.isEmpty())
             return;
-        WritersTurn::waitUntilFree(*m_site, *m_server, m_patience);
+        const std::size_t shard = placeOf(agent);
+        const SiteOnServer::Lease server = m_site->leaseOn(shard);
+        WritersTurn::waitUntilFree(server, m_patience);
         const RecordsView view = records.view();
         std::uint64_t batch = 0;
         if (m_clock) {
             // Others may have stored something since.
             m_finder->forget();
-            AmendmentRows amendments(*m_server, m_site->tables(), batch = stamps::number(), m_finder);
+            AmendmentRows amendments(*server, server.tables(), batch = stamps::number(), m_finder);
             amendments.note(agent, view, m_clock());
             if (amendments.isEmpty())
                 batch = 0;
             amendments.flush();
         }
-        m_young.store(agent, std::span(&view, 1), batch);
+        m_young.store(*server, server.tables(), agent, std::span(&view, 1), batch);
         if (batch != 0)
-            commitBatch(*m_server, m_site->tables(), batch);
-        sealWhatIsFull(agent, records.size());
+            commitBatch(*server, server.tables(), batch);
+        sealWhatIsFull(agent, shard, records.size());
     }
 
     void noteAmendments(std::function<double()> clock) override { m_clock = std::move(clock); }
     void setPatience(int milliseconds) override { m_patience = milliseconds; }
 
 private:
+    std::size_t placeOf(RowId agent)
+    {
+        if (const std::optional<std::size_t> shard = m_site->placeOf(agent))
+            return *shard;
+        WritersTurn turn(m_site, SiteOnServer::kHome, m_patience);
+        return givePlace(*m_site, turn, agent);
+    }
+
     /// What was stored stays stored where this fails: the next one tries again.
-    void sealWhatIsFull(RowId agent, std::size_t records) noexcept
+    void sealWhatIsFull(RowId agent, std::size_t shard, std::size_t records) noexcept
     {
         std::size_t& since = m_sinceSealing[agent];
         since += records;
@@ -214,8 +284,9 @@ private:
             return;
         try {
             // What a transaction stores meanwhile would be painted over. A chunk alone counts at once.
-            WritersTurn turn(m_site, 0);
-            while (AgentWriting(*m_server, m_site->tables(), agent, 0).sealOneChunk([&] { turn.requireHeld(); }))
+            const std::unique_ptr<WritersTurn> turn = joint::turnOf(m_site, shard, 0);
+            const SiteOnServer::Lease server = m_site->leaseOn(shard);
+            while (AgentWriting(*server, server.tables(), agent, 0).sealOneChunk([&] { turn->requireHeld(); }))
                 ;
             since = 0;
         } catch (const std::exception&) {
@@ -224,7 +295,6 @@ private:
     }
 
     const std::shared_ptr<SiteOnServer> m_site;
-    const SiteOnServer::Lease m_server;
     YoungInsert m_young;
     const std::shared_ptr<AmendmentFinder> m_finder;
     std::function<double()> m_clock;  // empty: nothing is noted
@@ -272,53 +342,81 @@ std::unique_ptr<RecordAppender> appenderTo(const WrittenSite& site)
     return std::make_unique<ServerAppender>(site);
 }
 
+namespace {
+
+/// A shard that is being compacted.
+struct CompactedShard {
+    CompactedShard(SiteOnServer& site, std::size_t of)
+        : shard(of), agents(site.agentsOn(of)), server(site.leaseOn(of)), sweeping(*server, server.tables())
+    {
+    }
+    std::size_t shard;
+    std::vector<RowId> agents;
+    SiteOnServer::Lease server;
+    Sweeping sweeping;
+};
+
+/// Takes out what is noted of records that were dropped.
+void dropAmendments(const WrittenSite& written, const CompactedShard& at, double before)
+{
+    const std::unique_ptr<WritersTurn> turn = joint::turnOf(written.site, at.shard, kWritersPatience);
+    const SiteTables& tables = at.server.tables();
+    const std::uint64_t batch = stamps::number();
+    AmendmentRows amendments(*at.server, tables, batch, std::make_shared<AmendmentFinder>(written.before));
+    amendments.remove(amendedProperties(*at.server, tables), -kInfinity, std::nextafter(before, -kInfinity));
+    if (amendments.isEmpty())
+        return;
+    amendments.flush();
+    turn->commit([&](ServerConnection& quick) { commitBatch(quick, tables, batch); });
+}
+
+}  // namespace
+
 CompactionResult compacted(const WrittenSite& written, const CompactionRequest& request,
                            const ArchiveProgress& progress)
 {
     CompactionResult result;
     const std::shared_ptr<SiteOnServer>& site = written.site;
-    const SiteOnServer::Lease server = site->lease();
-    const SiteTables& tables = site->tables();
-    Sweeping sweeping(*server, tables);
-    const std::vector<RowId> agents = agentsOn(*server, tables);
-    std::size_t done = 0;
+    std::vector<std::unique_ptr<CompactedShard>> shards;
+    std::size_t all = 0, done = 0;
+    for (std::size_t shard = 0; shard < site->shards(); ++shard) {
+        shards.push_back(std::make_unique<CompactedShard>(*site, shard));
+        all += shards.back()->agents.size();
+    }
     const auto goOn = [&] {
         if (progress && !result.stopped)
-            result.stopped = !progress(static_cast<double>(done) / static_cast<double>(agents.size() + 1));
+            result.stopped = !progress(static_cast<double>(done) / static_cast<double>(all + 1));
         return !result.stopped;
     };
-    for (const RowId agent : agents) {
-        result.chunksBefore += counted(*server, tables, agent).chunks;
-        if (goOn()) {
-            WritersTurn turn(site, kWritersPatience);
-            const std::uint64_t batch = stamps::number();
-            AgentWriting writing(*server, tables, agent, batch);
-            if (request.dropBefore)
-                result.dropped += writing.dropBefore(*request.dropBefore);
-            writing.repack(goOn);
-            if (writing.chunksWritten() > 0)
-                turn.commit([&](ServerConnection& quick) { commitBatch(quick, tables, batch); });
+    for (const auto& at : shards)
+        for (const RowId agent : at->agents) {
+            ServerConnection& server = *at->server;
+            const SiteTables& tables = at->server.tables();
+            result.chunksBefore += counted(server, tables, agent).chunks;
+            if (goOn()) {
+                const std::unique_ptr<WritersTurn> turn = joint::turnOf(site, at->shard, kWritersPatience);
+                const std::uint64_t batch = stamps::number();
+                AgentWriting writing(server, tables, agent, batch);
+                if (request.dropBefore)
+                    result.dropped += writing.dropBefore(*request.dropBefore);
+                writing.repack(goOn);
+                if (writing.chunksWritten() > 0)
+                    turn->commit([&](ServerConnection& quick) { commitBatch(quick, tables, batch); });
+            }
+            const Counted after = counted(server, tables, agent);
+            result.chunksAfter += after.chunks;
+            result.records += after.records;
+            ++done;
         }
-        const Counted after = counted(*server, tables, agent);
-        result.chunksAfter += after.chunks;
-        result.records += after.records;
-        ++done;
-    }
-    if (request.dropBefore && goOn()) {
-        WritersTurn turn(site, kWritersPatience);
-        const std::uint64_t batch = stamps::number();
-        AmendmentRows amendments(*server, tables, batch, std::make_shared<AmendmentFinder>(written.before));
-        amendments.remove(amendedProperties(*server, tables), -kInfinity,
-                          std::nextafter(*request.dropBefore, -kInfinity));
-        if (!amendments.isEmpty()) {
-            amendments.flush();
-            turn.commit([&](ServerConnection& quick) { commitBatch(quick, tables, batch); });
+    for (const auto& at : shards)
+        if (request.dropBefore && goOn())
+            dropAmendments(written, *at, *request.dropBefore);
+    for (const auto& at : shards)
+        if (!result.stopped) {
+            // What others are about to finish is finished then.
+            const std::unique_ptr<WritersTurn> turn = joint::turnOf(site, at->shard, kWritersPatience);
+            at->sweeping.sweep(at->agents);
         }
-    }
-    if (!result.stopped) {
-        const WritersTurn turn(site, kWritersPatience);  // what others are about to finish is finished then
-        sweeping.sweep(agents);
-    }
     if (!result.stopped && progress)
         progress(1);
     return result;

@@ -47,8 +47,8 @@ public:
 private:
     void run()
     {
-        const SiteOnServer::Lease server = m_site.lease();
-        AgentReading(*server, m_site.tables(), m_agent)
+        const SiteOnServer::Lease server = m_site.lease(m_agent);
+        AgentReading(*server, server.tables(), m_agent)
             .column(m_chunks, m_property, [&](std::size_t chunk, RowId, const AgentReading::Segment& segment) {
                 m_found[chunk] = m_site.packed().keep(m_chunks[chunk]->id, m_property, segment);
             });

@@ -17,13 +17,13 @@ SiteMark KnownRows::markOf(ServerConnection& server, const SiteTables& tables)
     const auto now = std::chrono::steady_clock::now();
     {
         const std::lock_guard lock(m_mutex);
-        const OfServer& known = m_servers[server.address().text()];
+        const OfServer& known = m_servers[tables.chunks() + server.address().text().toStdString()];
         if (known.mark && known.changes == changes && now - known.asked < kFresh)
             return *known.mark;
     }
     const SiteMark mark = SiteMark::askedOf(server, tables);
     const std::lock_guard lock(m_mutex);
-    OfServer& known = m_servers[server.address().text()];
+    OfServer& known = m_servers[tables.chunks() + server.address().text().toStdString()];
     if (known.mark != mark) {
         known.agents.clear();
         known.amendments.reset();
@@ -35,10 +35,10 @@ SiteMark KnownRows::markOf(ServerConnection& server, const SiteTables& tables)
 }
 
 template <class Keep>
-void KnownRows::keep(ServerConnection& server, const SiteMark& of, const Keep& keep)
+void KnownRows::keep(ServerConnection& server, const SiteTables& tables, const SiteMark& of, const Keep& keep)
 {
     const std::lock_guard lock(m_mutex);
-    OfServer& known = m_servers[server.address().text()];
+    OfServer& known = m_servers[tables.chunks() + server.address().text().toStdString()];
     if (known.mark == of)
         keep(known);
 }
@@ -51,7 +51,7 @@ std::shared_ptr<const AgentReading::Rows> KnownRows::rows(ServerConnection& serv
     SiteMark mark = markOf(server, tables);
     {
         const std::lock_guard lock(m_mutex);
-        const OfServer& known = m_servers[server.address().text()];
+        const OfServer& known = m_servers[tables.chunks() + server.address().text().toStdString()];
         if (const auto found = known.agents.find(agent);
             known.mark == mark && found != known.agents.end() && found->second.from <= from && to <= found->second.to)
             return found->second.rows;
@@ -62,7 +62,7 @@ std::shared_ptr<const AgentReading::Rows> KnownRows::rows(ServerConnection& serv
         auto rows = std::make_shared<const AgentReading::Rows>(reading.rowsNow(from, to));
         const SiteMark after = SiteMark::askedOf(server, tables);
         if (after == mark)
-            keep(server, mark, [&](OfServer& known) { known.agents[agent] = {from, to, rows}; });
+            keep(server, tables, mark, [&](OfServer& known) { known.agents[agent] = {from, to, rows}; });
         if (after.batches == mark.batches || attempt == kMostAttempts)
             return rows;
         mark = after;
@@ -74,13 +74,13 @@ std::shared_ptr<const KnownRows::Amendments> KnownRows::amendments(ServerConnect
     const SiteMark mark = markOf(server, tables);
     {
         const std::lock_guard lock(m_mutex);
-        const OfServer& known = m_servers[server.address().text()];
+        const OfServer& known = m_servers[tables.chunks() + server.address().text().toStdString()];
         if (known.mark == mark && known.amendments)
             return known.amendments;
     }
     auto all = std::make_shared<const Amendments>(amendmentsOf(server, tables, nullptr, 0));
     if (SiteMark::askedOf(server, tables) == mark)
-        keep(server, mark, [&](OfServer& known) { known.amendments = all; });
+        keep(server, tables, mark, [&](OfServer& known) { known.amendments = all; });
     return all;
 }
 

@@ -9,6 +9,7 @@
 #include <memory>
 #include <mutex>
 #include <optional>
+#include <string>
 
 /// What was read of a site, as long as nothing is stored there: many questions that follow each other at once cost one
 /// statement, not several each.
@@ -45,10 +46,10 @@ private:
     };
     SiteMark markOf(ServerConnection& server, const SiteTables& tables);
     template <class Keep>
-    void keep(ServerConnection& server, const SiteMark& of, const Keep& keep);
+    void keep(ServerConnection& server, const SiteTables& tables, const SiteMark& of, const Keep& keep);
 
     std::mutex m_mutex;
-    std::map<QString, OfServer> m_servers;  // under the mutex, by address
+    std::map<std::string, OfServer> m_servers;  // under the mutex, by tables and address
 };
 
 }  // namespace plotix

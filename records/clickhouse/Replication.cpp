@@ -1,6 +1,7 @@
 #include "records/clickhouse/Replication.h"
 
 #include "records/clickhouse/RowBinary.h"
+#include "records/clickhouse/SiteTables.h"
 
 #include <algorithm>
 #include <array>
@@ -24,18 +25,19 @@ std::vector<std::uint64_t> numbersIn(const std::vector<std::byte>& rows)
 
 Replication::Found Replication::foundOn(const ServerAddress& address, const Ask& ask)
 {
+    const QString table = SiteTables(address).bareName("chunk");
     const auto asked = [&](const char* statement) {
-        return numbersIn(ask(QString::fromLatin1(statement).arg(address.database, address.site).toStdString()));
+        return numbersIn(ask(QString::fromLatin1(statement).arg(address.database, table).toStdString()));
     };
     const std::vector<std::uint64_t> tables =
         asked("SELECT count(), countIf(engine LIKE 'Replicated%') FROM system.tables "
-              "WHERE database = '%1' AND name = '%2_chunk' FORMAT RowBinary");
+              "WHERE database = '%1' AND name = '%2' FORMAT RowBinary");
     if (tables.size() != 2 || tables[0] == 0)
         return {};
     if (tables[1] == 0)
         return {Tables::Single};
     const std::vector<std::uint64_t> replicas = asked("SELECT toUInt64(max(total_replicas)) FROM system.replicas "
-                                                      "WHERE database = '%1' AND table = '%2_chunk' FORMAT RowBinary");
+                                                      "WHERE database = '%1' AND table = '%2' FORMAT RowBinary");
     if (replicas.size() != 1 || replicas[0] == 0)
         return {Tables::Unknown};
     const std::vector<std::uint64_t> setting =

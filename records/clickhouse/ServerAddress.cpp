@@ -43,12 +43,20 @@ void requireName(const QString& name, const QString& whole, const QString& what)
                                            .arg(name, what));
 }
 
-QString hostsOf(const ServerAddress& address)
+QString namesOf(const std::vector<ServerAddress::Host>& hosts)
 {
     QStringList names;
-    for (const ServerAddress::Host& host : address.hosts)
+    for (const ServerAddress::Host& host : hosts)
         names.append(QStringLiteral("%1:%2").arg(host.name).arg(host.port));
     return names.join(QLatin1Char(','));
+}
+
+QString hostsOf(const ServerAddress& address)
+{
+    QStringList shards{namesOf(address.hosts)};
+    for (const std::vector<ServerAddress::Host>& hosts : address.others)
+        shards.append(namesOf(hosts));
+    return shards.join(QLatin1Char('+'));
 }
 
 /// What people typed, by hosts. Any thread.
@@ -109,8 +117,15 @@ ServerAddress ServerAddress::parsed(const QString& text)
         address.user = hosts.first(at);
         hosts = hosts.mid(at + 1);
     }
-    for (const QString& host : hosts.split(QLatin1Char(',')))
-        address.hosts.push_back(hostOf(host, text, address.isSecure ? kSecurePort : kPort));
+    for (const QString& shard : hosts.split(QLatin1Char('+'))) {
+        std::vector<Host> replicas;
+        for (const QString& host : shard.split(QLatin1Char(',')))
+            replicas.push_back(hostOf(host, text, address.isSecure ? kSecurePort : kPort));
+        if (address.hosts.empty())
+            address.hosts = std::move(replicas);
+        else
+            address.others.push_back(std::move(replicas));
+    }
     address.database = parts.value(1);
     address.site = parts.value(2);
     requireName(address.database, text, QStringLiteral("database"));
@@ -120,13 +135,30 @@ ServerAddress ServerAddress::parsed(const QString& text)
     return address;
 }
 
+std::vector<ServerAddress> ServerAddress::shardByShard() const
+{
+    ServerAddress one = *this;
+    one.others.clear();
+    std::vector<ServerAddress> each{one};
+    if (others.empty())
+        return each;
+    each.front().shard = 0;
+    for (const std::vector<Host>& replicas : others) {
+        one.hosts = replicas;
+        one.shard = each.size();
+        each.push_back(one);
+    }
+    return each;
+}
+
 std::vector<ServerAddress> ServerAddress::hostByHost() const
 {
     std::vector<ServerAddress> each;
-    for (const Host& host : hosts) {
-        each.push_back(*this);
-        each.back().hosts = {host};
-    }
+    for (const ServerAddress& ofShard : shardByShard())
+        for (const Host& host : ofShard.hosts) {
+            each.push_back(ofShard);
+            each.back().hosts = {host};
+        }
     return each;
 }
 
@@ -137,8 +169,15 @@ QString ServerAddress::text() const
              isSecure ? QStringLiteral("?secure=1") : QString());
 }
 
+QString ServerAddress::key() const
+{
+    return text() + QStringLiteral("#%1").arg(shard.value_or(0));
+}
+
 QString ServerAddress::title() const
 {
+    if (shard)
+        return QStringLiteral("%1/%2/%3").arg(namesOf(hosts), database, site);
     return QStringLiteral("%1:%2/%3/%4").arg(hosts.front().name).arg(hosts.front().port).arg(database, site);
 }
 

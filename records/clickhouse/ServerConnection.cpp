@@ -260,7 +260,7 @@ bool ServerConnection::learnOnce()
     if (learnt) {
         m_replication = *learnt;
         m_learntAgain = Clock::now() + kLearntFor;
-        LearntSites::all().keep(m_address.text(), {m_replication, m_learntAgain});
+        LearntSites::all().keep(m_address.key(), {m_replication, m_learntAgain});
     }
     return learnt || !isReplicated;
 }
@@ -269,7 +269,7 @@ void ServerConnection::learnReplication()
 {
     if (Clock::now() < m_learntAgain)
         return;
-    if (const auto known = LearntSites::all().find(m_address.text())) {
+    if (const auto known = LearntSites::all().find(m_address.key())) {
         m_replication = known->replication;
         m_learntAgain = known->again;
         if (Clock::now() < m_learntAgain)
@@ -288,7 +288,7 @@ void ServerConnection::learnReplication()
 
 void ServerConnection::forgetReplication(const ServerAddress& address)
 {
-    LearntSites::all().forget(address.text());
+    LearntSites::all().forget(address.key());
 }
 
 bool ServerConnection::isReplicated()

@@ -47,14 +47,14 @@ void addRun(const ColumnIndex& index, std::size_t begin, std::size_t end, ValueR
 }
 
 /// Whoever shows a span looks at its first and at its last records, of each property: in one statement.
-void bringEnds(ServerConnection& server, const ServerSpan& span, const std::vector<RowId>& properties)
+void bringEnds(const SiteOnServer::Lease& server, const ServerSpan& span, const std::vector<RowId>& properties)
 {
     std::vector<const StoredChunk*> ends;
     for (const AgentReading::Piece& piece : {span.pieces.front(), span.pieces.back()})
         if (piece.chunk && !span.site->packed().find(piece.chunk->id, kTimes) &&
             (ends.empty() || ends[0] != piece.chunk))
             ends.push_back(piece.chunk);
-    AgentReading(server, span.site->tables(), span.agent)
+    AgentReading(*server, server.tables(), span.agent)
         .segments(ends, &properties, [&](std::size_t chunk, RowId property, const AgentReading::Segment& segment) {
             span.site->packed().keep(ends[chunk]->id, property, segment);
         });
@@ -257,10 +257,10 @@ RecordColumns pagedColumns(const std::shared_ptr<const ServerSpan>& span, const 
     ChunkIndexes::Presence present;
     std::vector<RecordIndex::Piece> known;
     {
-        const SiteOnServer::Lease server = span->site->lease();
-        known = ChunkIndexes(*server, span->site->tables(), span->agent)
+        const SiteOnServer::Lease server = span->site->lease(span->agent);
+        known = ChunkIndexes(*server, server.tables(), span->agent)
                     .of(span->pieces, properties, RecordIndex::Detail::Runs, &present);
-        bringEnds(*server, *span, properties);
+        bringEnds(server, *span, properties);
     }
     TimeRuns times;
     std::vector<ValueRuns> runs(properties.size());

@@ -8,19 +8,27 @@
 
 namespace plotix {
 
-std::string SiteTables::named(const char* table) const
+QString SiteTables::bareName(const char* table) const
 {
-    return QStringLiteral("`%1`.`%2_%3`").arg(m_database, m_site, QLatin1String(table)).toStdString();
+    const QString name = m_site + QLatin1Char('_') + QLatin1String(table);
+    return m_shard == 0 ? name : QStringLiteral("%1_%2").arg(name).arg(m_shard + 1);
 }
 
-std::vector<std::string> SiteTables::creation(const std::string& replica) const
+std::string SiteTables::named(const char* table) const
+{
+    return QStringLiteral("`%1`.`%2`").arg(m_database, bareName(table)).toStdString();
+}
+
+std::vector<std::string> SiteTables::creation(const std::string& replica, const std::string& origin,
+                                              std::size_t count) const
 {
     // Thirty days of a chunk's first time, as far as that is a day of this age: what is too old goes by the partition.
     static const std::string kMonth = "toInt32(greatest(-100000, least(100000, floor(t0 / 2592000))))";
     const auto table = [&](const char* name, const std::string& columns, const std::string& order) {
         // Replicas find each other by the place, which is the same for all.
-        const std::string place =
-            QStringLiteral("/plotix/%1/%2/%3").arg(m_database, m_site, QLatin1String(name)).toStdString();
+        const std::string place = QStringLiteral("/plotix/%1/%2/%3")
+                                      .arg(m_database, m_site, bareName(name).mid(m_site.size() + 1))
+                                      .toStdString();
         const std::string engine =
             replica.empty() ? std::string("MergeTree") : "ReplicatedMergeTree('" + place + "', '" + replica + "')";
         return "CREATE TABLE IF NOT EXISTS " + named(name) + " (" + columns + ") ENGINE = " + engine +
@@ -28,7 +36,7 @@ std::vector<std::string> SiteTables::creation(const std::string& replica) const
     };
     // A granule is what a server unpacks for one row: sixteen packed columns are half a megabyte, the usual 8,192 a
     // quarter of a gigabyte.
-    return {
+    std::vector<std::string> statements{
         "CREATE DATABASE IF NOT EXISTS `" + m_database.toStdString() + "`",
         table("about", "version UInt32", "tuple() ORDER BY version"),
         table("chunk",
@@ -47,23 +55,58 @@ std::vector<std::string> SiteTables::creation(const std::string& replica) const
               "Float64, last Float64",
               "tuple() ORDER BY (property, version, place)"),
         table("turn", "day UInt32, claim UInt64, renewed UInt64, state UInt8", "day ORDER BY (claim, renewed)"),
-        table("catalogue", "kind UInt8, id Int64, version UInt64, data String", "tuple() ORDER BY (kind, id, version)"),
-        "INSERT INTO " + about() + " VALUES (" + std::to_string(StoreServer::kVersion) + ")",
+        table("shard", "number UInt32, site String", "tuple() ORDER BY number"),
     };
+    if (m_shard == 0)
+        for (const std::string& statement :
+             {table("catalogue", "kind UInt8, id Int64, version UInt64, data String",
+                    "tuple() ORDER BY (kind, id, version)"),
+              table("placement", "agent Int64, shard UInt32, version UInt64", "tuple() ORDER BY (agent, version)"),
+              table("joint", "batch UInt64, shard UInt32, state UInt8", "tuple() ORDER BY (shard, batch)")})
+            statements.push_back(statement);
+    for (const std::string& statement : registration(origin, count))
+        statements.push_back(statement);
+    statements.push_back("INSERT INTO " + about() + " VALUES (" + std::to_string(StoreServer::kVersion) + ")");
+    return statements;
+}
+
+/// Each takes effect once, however often it is carried out.
+std::vector<std::string> SiteTables::registration(const std::string& origin, std::size_t count) const
+{
+    std::vector<std::string> statements;
+    // Agents that came while there was no other shard.
+    if (m_shard == 0 && count > 1)
+        statements.push_back("INSERT INTO " + placement() +
+                             " SELECT agent, toUInt32(1), toUInt64(0) FROM (SELECT DISTINCT agent FROM (SELECT agent "
+                             "FROM " +
+                             chunks() + " WHERE property = 0 UNION ALL SELECT agent FROM " + young() +
+                             ")) WHERE agent NOT IN (SELECT agent FROM " + placement() + ")");
+    for (std::size_t shard = m_shard; shard < (m_shard == 0 ? count : m_shard + 1); ++shard) {
+        const std::string number = "toUInt32(" + std::to_string(shard + 1) + ")";
+        statements.push_back("INSERT INTO " + shards() + " SELECT " + number + ", '" + origin +
+                             "' FROM system.one WHERE " + number + " NOT IN (SELECT number FROM " + shards() + ")");
+    }
+    return statements;
 }
 
 std::vector<std::string> SiteTables::dropping() const
 {
     std::vector<std::string> statements;
-    for (const std::string& table : {chunks(), young(), batches(), amendments(), turns(), catalogue(), about()})
+    for (const std::string& table : {chunks(), young(), batches(), amendments(), turns()})
+        statements.push_back("DROP TABLE IF EXISTS " + table);
+    if (m_shard == 0)
+        for (const std::string& table : {placement(), joint(), catalogue()})
+            statements.push_back("DROP TABLE IF EXISTS " + table);
+    for (const std::string& table : {shards(), about()})
         statements.push_back("DROP TABLE IF EXISTS " + table);
     return statements;
 }
 
 std::string SiteTables::among(const std::string& column, const char* tables) const
 {
-    return "database = '" + m_database.toStdString() + "' AND match(" + column + ", '^" + m_site.toStdString() + "_(" +
-           tables + ")$')";
+    const QByteArray names = '(' + QByteArray(tables) + ')';
+    return "database = '" + m_database.toStdString() + "' AND match(" + column + ", '^" +
+           bareName(names.constData()).toStdString() + "$')";
 }
 
 std::string SiteTables::counts(std::uint64_t own) const

@@ -18,7 +18,12 @@ namespace plotix {
 
 class SiteTables {
 public:
-    explicit SiteTables(const ServerAddress& address) : m_database(address.database), m_site(address.site) {}
+    /// Of one shard. The home's have plain names, those of others their number behind them, counted from 1: so a host
+    /// may have several shards, and no shard is taken for another one.
+    explicit SiteTables(const ServerAddress& address)
+        : m_database(address.database), m_site(address.site), m_shard(address.shard.value_or(0))
+    {
+    }
 
     std::string about() const { return named("about"); }    ///< the version of the tables
     std::string chunks() const { return named("chunk"); }   ///< packed columns
@@ -30,9 +35,19 @@ public:
     /// What else belongs to the site: its agents and properties, limits, notes and trends.
     std::string catalogue() const { return named("catalogue"); }
 
-    /// What makes them on a server. `replica`: the server's name among several that each have all of the site; a keeper
-    /// they share tells them of each other.
-    std::vector<std::string> creation(const std::string& replica = {}) const;
+    std::string shards() const { return named("shard"); }  ///< whose shard this is, and in the home which there are
+
+    // In the home alone.
+    std::string placement() const { return named("placement"); }  ///< which shard has an agent's records
+    std::string joint() const { return named("joint"); }          ///< batches that several shards have parts of
+
+    /// As the server lists it.
+    QString bareName(const char* table) const;
+
+    /// What makes them on a server; what is there stays. `replica`: the server's name among several that each have all
+    /// of the shard; a keeper they share tells them of each other. `origin`: whose shard it is, the same in all of the
+    /// site's. `count`: how many shards there are, which the home is told last.
+    std::vector<std::string> creation(const std::string& replica, const std::string& origin, std::size_t count) const;
     std::vector<std::string> dropping() const;
 
     /// A condition of the server's own tables: the column names one of these, such as "batch|chunk".
@@ -43,8 +58,10 @@ public:
 
 private:
     std::string named(const char* table) const;
+    std::vector<std::string> registration(const std::string& origin, std::size_t count) const;
 
     QString m_database, m_site;
+    std::size_t m_shard;
 };
 
 /// A number as a statement has it, every bit of it kept.

@@ -118,7 +118,7 @@ Taken takenBy(ServerConnection& server, const SiteTables& tables, std::uint64_t 
 
 [[noreturn]] void failAsTaken()
 {
-    throw ReportableError(
+    throw WritersTurn::TakenByOthers(
         QStringLiteral("The records are being written by somebody else: wait until that is done and try again."));
 }
 
@@ -133,8 +133,8 @@ milliseconds pause()
 
 class WritersTurn::Renewing {
 public:
-    Renewing(std::shared_ptr<SiteOnServer> site, std::uint64_t claim)
-        : m_site(std::move(site)), m_claim(claim), m_thread([this] { run(); })
+    Renewing(std::shared_ptr<SiteOnServer> site, std::size_t shard, std::uint64_t claim)
+        : m_site(std::move(site)), m_shard(shard), m_claim(claim), m_thread([this] { run(); })
     {
     }
     ~Renewing()
@@ -157,7 +157,7 @@ private:
              ++renewed) {
             lock.unlock();
             try {
-                tell(*m_site->quickConnection(), m_site->tables(), m_claim, renewed, Wanted);
+                tell(*m_site->quickConnection(m_shard), m_site->tables(m_shard), m_claim, renewed, Wanted);
             } catch (const std::exception&) {  // the next one may succeed; who writes asks before it counts
             }
             lock.lock();
@@ -165,6 +165,7 @@ private:
     }
 
     const std::shared_ptr<SiteOnServer> m_site;
+    const std::size_t m_shard;
     const std::uint64_t m_claim;
     std::mutex m_mutex;
     std::condition_variable m_changed;
@@ -172,21 +173,24 @@ private:
     std::thread m_thread;
 };
 
-WritersTurn::WritersTurn(std::shared_ptr<SiteOnServer> site, int patience) : m_site(std::move(site))
+WritersTurn::WritersTurn(std::shared_ptr<SiteOnServer> site, std::size_t shard, int patience, Waits waits)
+    : m_site(std::move(site)), m_shard(shard)
 {
-    const SiteOnServer::Lease server = m_site->lease();
-    const SiteTables& tables = m_site->tables();
+    const std::unique_ptr<ServerConnection> quick =
+        waits == Waits::ForWriters ? m_site->quickConnection(m_shard) : nullptr;
+    const std::optional<SiteOnServer::Lease> lease = quick ? std::nullopt : std::optional(m_site->leaseOn(m_shard));
+    ServerConnection& server = quick ? *quick : **lease;
     const auto until = Clock::now() + milliseconds(patience);
     // Whether somebody who does not live any more has it is known only later; who has no patience does not ask.
-    const auto untilKnown = patience > 0 ? until + forgottenAfter(*server) + kRenewal : until;
+    const auto untilKnown = patience > 0 ? until + forgottenAfter(server) + kRenewal : until;
     for (;;) {
-        Taken taken = takenBy(*server, tables, 0);
+        Taken taken = takenBy(server, tables(), 0);
         if (taken == Taken::No) {
             // Whoever claims looks again: of two, at least one sees the other.
             m_claim = stamps::number();
-            tell(*server, tables, m_claim, 1, Wanted);
+            tell(server, tables(), m_claim, 1, Wanted);
             try {
-                taken = takenBy(*server, tables, m_claim);
+                taken = takenBy(server, tables(), m_claim);
                 if (taken == Taken::No)
                     break;
             } catch (...) {
@@ -200,7 +204,7 @@ WritersTurn::WritersTurn(std::shared_ptr<SiteOnServer> site, int patience) : m_s
         std::this_thread::sleep_for(pause());
     }
     try {
-        m_renewing = std::make_unique<Renewing>(m_site, m_claim);
+        m_renewing = std::make_unique<Renewing>(m_site, m_shard, m_claim);
     } catch (...) {
         giveBack();
         throw;
@@ -216,20 +220,20 @@ WritersTurn::~WritersTurn()
 void WritersTurn::giveBack() noexcept
 {
     try {
-        tell(*m_site->quickConnection(), m_site->tables(), m_claim, 1, Gone);
+        tell(*m_site->quickConnection(m_shard), tables(), m_claim, 1, Gone);
     } catch (const std::exception&) {  // it is forgotten after a while
     }
 }
 
 bool WritersTurn::isHeld(ServerConnection& server)
 {
-    const std::vector<Claim> claims = claimsOf(server, m_site->tables());
+    const std::vector<Claim> claims = claimsOf(server, tables());
     return std::any_of(claims.begin(), claims.end(), [&](const Claim& each) { return each.id == m_claim; });
 }
 
 void WritersTurn::requireHeld()
 {
-    if (!isHeld(*m_site->lease()))
+    if (!isHeld(*m_site->leaseOn(m_shard)))
         throw ReportableError(QStringLiteral(
             "This program stood still for so long that others went on writing: nothing was stored, try again."));
 }
@@ -240,7 +244,7 @@ void WritersTurn::commit(const std::function<void(ServerConnection& server)>& st
 {
     const auto until = Clock::now() + kCommitting;
     for (bool isStored = false;;) {
-        const std::unique_ptr<ServerConnection> server = m_site->quickConnection();
+        const std::unique_ptr<ServerConnection> server = m_site->quickConnection(m_shard);
         try {
             const bool held = isHeld(*server);
             if (held && !isStored) {
@@ -264,10 +268,10 @@ void WritersTurn::commit(const std::function<void(ServerConnection& server)>& st
     }
 }
 
-void WritersTurn::waitUntilFree(SiteOnServer& site, ServerConnection& server, int patience)
+void WritersTurn::waitUntilFree(const SiteOnServer::Lease& server, int patience)
 {
     const auto until = Clock::now() + milliseconds(patience);
-    while (takenBy(server, site.tables(), 0) != Taken::No) {
+    while (takenBy(*server, server.tables(), 0) != Taken::No) {
         if (Clock::now() > until)
             failAsTaken();
         std::this_thread::sleep_for(pause());

@@ -9,7 +9,8 @@
 
 namespace plotix {
 
-void YoungInsert::store(RowId agent, std::span<const RecordsView> blocks, std::uint64_t batch)
+void YoungInsert::store(ServerConnection& server, const SiteTables& tables, RowId agent,
+                        std::span<const RecordsView> blocks, std::uint64_t batch)
 {
     double first = HUGE_VAL, last = -HUGE_VAL;
     for (const RecordsView& block : blocks) {
@@ -22,8 +23,8 @@ void YoungInsert::store(RowId agent, std::span<const RecordsView> blocks, std::u
         return;
     // What is stored later counts, whatever the clocks of others say.
     const std::vector<std::byte> latest =
-        m_server.ask("SELECT max(version) FROM " + m_tables.young() + " WHERE agent = " + std::to_string(agent) +
-                     " AND time >= " + sqlNumber(first) + " AND time <= " + sqlNumber(last) + " FORMAT RowBinary");
+        server.ask("SELECT max(version) FROM " + tables.young() + " WHERE agent = " + std::to_string(agent) +
+                   " AND time >= " + sqlNumber(first) + " AND time <= " + sqlNumber(last) + " FORMAT RowBinary");
     stamps::saw(rowbinary::Reader(latest).number<std::uint64_t>());
     rowbinary::Writer rows;
     const std::uint64_t number = ++m_number, version = stamps::version();
@@ -46,10 +47,10 @@ void YoungInsert::store(RowId agent, std::span<const RecordsView> blocks, std::u
             rows.addList(std::span<const RowId>(properties)).addList(std::span<const double>(values));
             rows.addList(std::span<const std::uint8_t>(valid));
         }
-    m_server.insert("INSERT INTO " + m_tables.young() +
-                        " (agent, time, writer, number, place, version, batch, day, properties, values, valid) "
-                        "FORMAT RowBinary",
-                    rows.bytes());
+    server.insert("INSERT INTO " + tables.young() +
+                      " (agent, time, writer, number, place, version, batch, day, properties, values, valid) "
+                      "FORMAT RowBinary",
+                  rows.bytes());
 }
 
 }  // namespace plotix

@@ -6,23 +6,19 @@
 
 #include <cstdint>
 
-/// Stores records one row each, for those of a few. Borrows the connection; one thread. Throws as it does.
+/// Stores records one row each, for those of a few. One thread; throws as the connection does.
 namespace plotix {
 
 class YoungInsert {
 public:
-    YoungInsert(ServerConnection& server, const SiteTables& tables, std::uint64_t writer)
-        : m_server(server), m_tables(tables), m_writer(writer)
-    {
-    }
+    explicit YoungInsert(std::uint64_t writer) : m_writer(writer) {}
 
     /// In one insert; of blocks with elements of one time, those of the later block count. `batch` 0: they count at
     /// once. When it throws, the same may be stored again.
-    void store(RowId agent, std::span<const RecordsView> blocks, std::uint64_t batch);
+    void store(ServerConnection& server, const SiteTables& tables, RowId agent, std::span<const RecordsView> blocks,
+               std::uint64_t batch);
 
 private:
-    ServerConnection& m_server;
-    const SiteTables& m_tables;
     const std::uint64_t m_writer;
     std::uint64_t m_number = 0;  // of the last insert
 };

@@ -25,15 +25,18 @@ public:
     virtual ~StoreServer() = default;
 
     /// Of the tables; what a later one has there, nobody here touches.
-    static constexpr std::uint32_t kVersion = 1;
+    static constexpr std::uint32_t kVersion = 2;
 
     virtual QString title() const = 0;  ///< for people, without a user
 
-    /// Makes what is missing; what is there stays.
+    /// Makes what is missing, further shards among that; what is there stays. Throws for tables of another version.
     virtual void create() = 0;
+    /// The same of tables of an earlier version, which are of this one then. Throws where there are none.
+    virtual void upgrade() = 0;
     /// Removes the site with all its records.
     virtual void drop() = 0;
-    /// The same as statements, for people whose administrators run them: on each of the hosts.
+    /// Making and removing as statements, for people whose administrators run them: on each of the hosts. Those that
+    /// make a site upgrade one, too.
     struct Statements {
         QString host;  ///< empty: there is only one
         std::vector<std::string> statements;
@@ -41,17 +44,30 @@ public:
     virtual std::vector<Statements> creation() const = 0;
     virtual std::vector<Statements> dropping() const = 0;
 
-    struct Description {
-        QString serverVersion;
-        bool exists = false;  ///< else the rest says nothing
+    /// Which tables are there: cheap. Nothing: there is no such site.
+    struct Layout {
         std::uint32_t version = 0;
+        std::size_t shards = 1;
+    };
+    virtual std::optional<Layout> layout() = 0;
+    /// Throws where there is no such site, or not as the address says, or of a later version.
+    virtual void requireUsable() = 0;
+
+    /// Servers that have the records of some agents.
+    struct Shard {
+        QString title;                                ///< its servers
+        QString failure;                              ///< why nothing else is known; empty: it answers
         std::size_t replicas = 0, replicasAlive = 0;  ///< 0: it stands on one server alone
         std::size_t agents = 0, chunks = 0, youngRecords = 0;
         std::uint64_t bytes = 0;  ///< on disk
     };
+    struct Description {
+        QString serverVersion;
+        bool exists = false;  ///< else the rest says nothing
+        std::uint32_t version = 0;
+        std::vector<Shard> shards;
+    };
     virtual Description description() = 0;
-    /// Of the tables; nothing: there are none. Quicker than the whole description.
-    virtual std::optional<std::uint32_t> version() = 0;
 
     /// Differs once anything was stored there, records or rows. Quick, also on a large site; does not wait long for a
     /// server that is gone.

@@ -140,7 +140,7 @@ protected:
         by.tell("INSERT INTO " + turns + " SELECT day, claim, renewed, 0 FROM " + turns);
     }
 
-    WritersTurn turn{site, 1'000};
+    WritersTurn turn{site, SiteOnServer::kHome, 1'000};
 };
 
 TEST_F(LostTurnOnServerTest, StoresNothingAnyMore)

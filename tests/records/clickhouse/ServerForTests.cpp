@@ -4,6 +4,7 @@
 
 #include <QtCore/QDir>
 #include <QtCore/QFile>
+#include <QtCore/QRegularExpression>
 #include <QtCore/QThread>
 
 #include <netinet/in.h>
@@ -80,11 +81,9 @@ ServerForTests& ServerForTests::running()
 ServerForTests::ServerForTests() : m_port(freePort()), m_tcpPort(freePort()), m_interserverPort(freePort())
 {
     if (const QString there = qEnvironmentVariable("PLOTIX_TEST_CLICKHOUSE_PORT"); !there.isEmpty()) {
-        QStringList hosts = there.split(QLatin1Char(','));
-        m_port = hosts.first().toUShort();
-        for (QString& host : hosts)
-            host.prepend(QLatin1String("127.0.0.1:"));
-        m_hosts = hosts.join(QLatin1Char(','));
+        static const QRegularExpression port(QStringLiteral("\\d+"));
+        m_port = port.match(there).captured().toUShort();
+        m_hosts = QString(there).replace(port, QStringLiteral("127.0.0.1:\\0"));
         m_isOwn = false;
         return;
     }
@@ -144,6 +143,16 @@ void ServerForTests::restart()
 
 plotix::ServerAddress ServerForTests::newSite()
 {
+    return newSite(m_hosts);
+}
+
+plotix::ServerAddress ServerForTests::newSiteOnShards()
+{
+    return newSite(m_hosts.contains(QLatin1Char('+')) ? m_hosts : m_hosts + QLatin1Char('+') + m_hosts);
+}
+
+plotix::ServerAddress ServerForTests::newSite(const QString& hosts)
+{
     return plotix::ServerAddress::parsed(
-        QStringLiteral("clickhouse://%1/plotix/site%2_%3").arg(m_hosts).arg(::getpid()).arg(++m_sites));
+        QStringLiteral("clickhouse://%1/plotix/site%2_%3").arg(hosts).arg(::getpid()).arg(++m_sites));
 }

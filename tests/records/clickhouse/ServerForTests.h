@@ -9,8 +9,8 @@
 
 /// A database server of this program's own, on loopback, in a folder of its own. Started when it is first asked for,
 /// ended with the program. The main thread starts it. With PLOTIX_TEST_CLICKHOUSE_PORT set it is the one that listens
-/// there; several ports, with commas between, are those of replicas. One of its own has users: `keeper` ("secret"), and
-/// `looker` ("look"), who may only read.
+/// there; several ports, with commas between, are those of replicas, and with + between those of shards. One of its own
+/// has users: `keeper` ("secret"), and `looker` ("look"), who may only read.
 class ServerForTests {
 public:
     static ServerForTests& running();
@@ -19,6 +19,8 @@ public:
     quint16 port() const { return m_port; }
     /// Of a site that nobody else has.
     plotix::ServerAddress newSite();
+    /// The same on two shards, which may be on one server.
+    plotix::ServerAddress newSiteOnShards();
 
     bool isOwn() const { return m_isOwn; }  ///< only then it can be killed
     void kill();                            ///< as a machine that loses its power
@@ -26,6 +28,7 @@ public:
 
 private:
     ServerForTests();
+    plotix::ServerAddress newSite(const QString& hosts);
     void start();
 
     QTemporaryDir m_folder;

@@ -42,6 +42,7 @@ const std::vector<StoreKind>& storesUnderTest()
 {
     static const std::vector<StoreKind> stores{{"Memory", &make<MemoryUnderTest>},
                                                {"Sqlite", &make<SqliteUnderTest>},
-                                               {"ClickHouse", &make<ClickHouseUnderTest>}};
+                                               {"ClickHouse", &make<ClickHouseUnderTest>},
+                                               {"ClickHouseShards", &make<ClickHouseShardsUnderTest>}};
     return stores;
 }
