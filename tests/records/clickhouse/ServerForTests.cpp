@@ -146,6 +146,11 @@ plotix::ServerAddress ServerForTests::newSite()
     return newSite(m_hosts);
 }
 
+plotix::ServerAddress ServerForTests::newSiteOnOneShard()
+{
+    return newSite(m_hosts.section(QLatin1Char('+'), 0, 0));
+}
+
 plotix::ServerAddress ServerForTests::newSiteOnShards()
 {
     return newSite(m_hosts.contains(QLatin1Char('+')) ? m_hosts : m_hosts + QLatin1Char('+') + m_hosts);
