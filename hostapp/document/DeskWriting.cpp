@@ -91,7 +91,7 @@ private:
         SiteCatalogue now = SiteCatalogue::of(m_desk);
         now.takeLooks(before);
         now.plugIns = before.plugIns;
-        return now.rows();
+        return now.rowsInsteadOf(m_before);
     }
 
     Database& m_desk;

@@ -136,6 +136,19 @@ SiteNote toNote(qint64 id, const QCborMap& map)
     return note;
 }
 
+/// With the members of `before` that are unknown here: `written` is what this version writes instead of that one.
+QCborMap withUnknown(QCborMap now, const QCborMap& before, const QCborMap& written)
+{
+    for (const auto& [key, value] : before) {
+        const QCborValue known = written.value(key), here = now.value(key);
+        if (known.isUndefined() && here.isUndefined())
+            now.insert(key, value);
+        else if (known.isMap() && here.isMap() && value.isMap())
+            now.insert(key, withUnknown(here.toMap(), value.toMap(), known.toMap()));
+    }
+    return now;
+}
+
 SiteCatalogue::Agent* agentOf(SiteCatalogue& catalogue, qint64 id)
 {
     const auto found = std::find_if(catalogue.agents.begin(), catalogue.agents.end(),
@@ -390,6 +403,30 @@ std::vector<StoreServer::Row> SiteCatalogue::rows() const
         rows.push_back(rowOf(RowKind::PlugIn, plugIn.id,
                              {{QStringLiteral("class"), plugIn.className}, {QStringLiteral("state"), plugIn.state}}));
     return rows;
+}
+
+std::vector<StoreServer::Row> SiteCatalogue::rowsInsteadOf(const std::vector<StoreServer::Row>& before) const
+{
+    using Data = std::map<std::pair<std::uint8_t, qint64>, QByteArray>;
+    const auto byId = [](const std::vector<StoreServer::Row>& some) {
+        Data data;
+        for (const StoreServer::Row& row : some)
+            data[{row.kind, row.id}] = row.data;
+        return data;
+    };
+    const Data stored = byId(before), written = byId(ofRows(before).rows());
+    std::vector<StoreServer::Row> now = rows();
+    for (StoreServer::Row& row : now) {
+        const auto old = stored.find({row.kind, row.id});
+        const auto same = written.find({row.kind, row.id});
+        if (old == stored.end() || same == written.end())
+            continue;
+        if (row.data == same->second)
+            row.data = old->second;
+        else
+            row.data = withUnknown(rowMap(row.data), rowMap(old->second), rowMap(same->second)).toCborValue().toCbor();
+    }
+    return now;
 }
 
 }  // namespace plotix

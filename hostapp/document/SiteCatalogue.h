@@ -52,6 +52,9 @@ struct SiteCatalogue {
     /// ReportableError for rows that cannot be read.
     static SiteCatalogue ofRows(const std::vector<StoreServer::Row>& rows);
     std::vector<StoreServer::Row> rows() const;
+    /// The same rows, as they take the place of those before: what a later version wrote into one of these, and nobody
+    /// knows here, is in them too.
+    std::vector<StoreServer::Row> rowsInsteadOf(const std::vector<StoreServer::Row>& before) const;
 };
 
 /// The records on a server of what the catalogue has.

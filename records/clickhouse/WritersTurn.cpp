@@ -12,6 +12,7 @@
 #include <mutex>
 #include <random>
 #include <thread>
+#include <utility>
 
 namespace plotix {
 
@@ -183,8 +184,10 @@ WritersTurn::WritersTurn(std::shared_ptr<SiteOnServer> site, std::size_t shard, 
     const auto until = Clock::now() + milliseconds(patience);
     // Whether somebody who does not live any more has it is known only later; who has no patience does not ask.
     const auto untilKnown = patience > 0 ? until + forgottenAfter(server) + kRenewal : until;
-    for (;;) {
+    for (bool isNoticed = false;;) {
         Taken taken = takenBy(server, tables(), 0);
+        if (taken == Taken::Perhaps && m_shard == SiteOnServer::kHome && !std::exchange(isNoticed, true))
+            noticeElsewhere();
         if (taken == Taken::No) {
             // Whoever claims looks again: of two, at least one sees the other.
             m_claim = stamps::number();
@@ -209,6 +212,17 @@ WritersTurn::WritersTurn(std::shared_ptr<SiteOnServer> site, std::size_t shard, 
         giveBack();
         throw;
     }
+}
+
+/// Whoever is gone may have had the turns of all shards: they are waited for all at once then.
+void WritersTurn::noticeElsewhere()
+{
+    for (std::size_t shard = 0; shard < m_site->shards(); ++shard)
+        try {
+            if (shard != m_shard)
+                takenBy(*m_site->quickConnection(shard), m_site->tables(shard), 0);
+        } catch (const ReportableError&) {  // then its turn is not needed, or waited for later
+        }
 }
 
 WritersTurn::~WritersTurn()

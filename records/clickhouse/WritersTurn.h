@@ -39,6 +39,7 @@ public:
 
 private:
     class Renewing;
+    void noticeElsewhere();
     bool isHeld(ServerConnection& server);
     void giveBack() noexcept;
     const SiteTables& tables() const { return m_site->tables(m_shard); }

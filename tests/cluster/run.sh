@@ -1,5 +1,6 @@
 #!/usr/bin/env bash
-# run.sh PROGRAMS [FAULTS]: every test of the store on a server again, on three replicas with a keeper, and then faults.
+# run.sh PROGRAMS [FAULTS]: every test of the store on a server again, on three replicas with a keeper, on two
+# shards of two replicas, and then faults.
 set -uo pipefail
 programs=$1
 here=$(cd "$(dirname "${BASH_SOURCE[0]}")" && pwd)
@@ -17,5 +18,6 @@ for test in test_records_contract test_records_clickhouse test_hostapp_cli; do
 done
 unset PLOTIX_TEST_CLICKHOUSE_PORT
 end_cluster
+"$here/shards.sh" "$programs" || failed=1
 "$here/faults.sh" "$programs" "${2:-60}" || failed=1
 exit $failed

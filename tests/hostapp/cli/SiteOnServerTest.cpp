@@ -3,8 +3,10 @@
 #include "tests/records/clickhouse/ServerForTests.h"
 
 #include "hostapp/document/DeskFile.h"
+#include "hostapp/document/ServerSites.h"
 #include "hostapp/document/SiteDocument.h"
 
+#include <QtCore/QCborMap>
 #include <QtTest/QSignalSpy>
 #include <QtTest/QTest>
 
@@ -15,7 +17,10 @@ namespace {
 /// `store` and `copy` with a server of this program's own.
 class SiteOnServerTest : public CommandLineTest {
 protected:
-    SiteOnServerTest() { qputenv("PLOTIX_DATA_HOME", m_folder.path().toUtf8()); }
+    explicit SiteOnServerTest(const ServerAddress& at = ServerForTests::running().newSite()) : address(at.text())
+    {
+        qputenv("PLOTIX_DATA_HOME", m_folder.path().toUtf8());
+    }
     ~SiteOnServerTest() override { qunsetenv("PLOTIX_DATA_HOME"); }
 
     void create() { ASSERT_EQ(run({"store", "create", address}), 0) << m_error.toStdString(); }
@@ -43,7 +48,7 @@ protected:
     void goToAnotherDesk() { qputenv("PLOTIX_DATA_HOME", m_otherDesk.path().toUtf8()); }
 
     QTemporaryDir m_otherDesk;
-    const QString address = ServerForTests::running().newSite().text();
+    const QString address;
 };
 
 TEST_F(SiteOnServerTest, ANewSiteIsDescribed)
@@ -51,7 +56,7 @@ TEST_F(SiteOnServerTest, ANewSiteIsDescribed)
     create();
     EXPECT_TRUE(m_output.startsWith("There is a new site: 127.0.0.1:")) << m_output.toStdString();
     ASSERT_EQ(run({"store", "info", address}), 0) << m_error.toStdString();
-    EXPECT_TRUE(m_output.contains("Tables           version 1\n")) << m_output.toStdString();
+    EXPECT_TRUE(m_output.contains("Tables           version 2\n")) << m_output.toStdString();
     EXPECT_TRUE(m_output.contains("\nAgents           0\n")) << m_output.toStdString();
 }
 
@@ -353,6 +358,130 @@ TEST_F(SiteOnServerTest, AnOpenSiteHearsOfWhatOthersStored)
     ASSERT_TRUE(isHeard());
     EXPECT_GE(changed.size(), 1);
     EXPECT_EQ(document->records()->extent(1)->last, 1'420'243'200);
+}
+
+TEST_F(SiteOnServerTest, WhatALaterVersionWroteIntoARowStaysWhenItIsChanged)
+{
+    importWeather();
+    create();
+    copyThere();
+    const auto propertyNamed = [&](const char* name) {
+        for (const StoreServer::Row& row : storeServer(address)->rows())
+            if (row.kind == 2 && QCborValue::fromCbor(row.data)[QLatin1String("name")] == QLatin1String(name))
+                return row;
+        return StoreServer::Row();
+    };
+    StoreServer::Row row = propertyNamed("Pressure");
+    QCborMap later = QCborValue::fromCbor(row.data).toMap();
+    later.insert(QStringLiteral("later"), 4711);
+    row.data = later.toCborValue().toCbor();
+    storeServer(address)->put({row});
+    ASSERT_EQ(run({"edit", address, "--property", "Pressure", "--rename", "Wind"}), 0) << m_error.toStdString();
+    EXPECT_EQ(QCborValue::fromCbor(propertyNamed("Wind").data)[QLatin1String("later")].toInteger(), 4711);
+}
+
+/// The same site on two shards.
+class SiteOnShardsServerTest : public SiteOnServerTest {
+protected:
+    SiteOnShardsServerTest() : SiteOnServerTest(ServerForTests::running().newSiteOnShards()) {}
+
+    QByteArray exportedBoth(const QString& file)
+    {
+        QByteArray both;
+        for (const char* agent : {"EWR", "Another"}) {
+            EXPECT_EQ(run({"export", file, "--agent", agent, "--output", path("exported.csv")}), 0)
+                << m_error.toStdString();
+            both += contents(path("exported.csv"));
+        }
+        return both;
+    }
+    /// Two agents.
+    void importTwo()
+    {
+        importWeather();
+        ASSERT_EQ(run({"import", path("data.csv"), "--site", site(), "--agent", "Another"}), 0)
+            << m_error.toStdString();
+    }
+};
+
+TEST_F(SiteOnShardsServerTest, ASiteComesBackAsItWas)
+{
+    importTwo();
+    create();
+    copyThere();
+    ASSERT_EQ(run({"copy", address, path("back.plotix")}), 0) << m_error.toStdString();
+    EXPECT_EQ(exportedBoth(path("back.plotix")), exportedBoth(site()));
+}
+
+TEST_F(SiteOnShardsServerTest, ItIsDescribedShardByShard)
+{
+    importTwo();
+    create();
+    copyThere();
+    ASSERT_EQ(run({"store", "info", address}), 0) << m_error.toStdString();
+    EXPECT_EQ(m_output.count("\nAgents           1\n"), 2) << m_output.toStdString();
+    EXPECT_TRUE(m_output.contains("\nShard 2          127.0.0.1:")) << m_output.toStdString();
+}
+
+TEST_F(SiteOnShardsServerTest, OneThatIsLostIsToldAndTheOtherDescribed)
+{
+    create();
+    const QString lost = address.section(QLatin1Char('+'), 0, 0) + QStringLiteral("+127.0.0.1:1/") +
+                         address.section(QLatin1Char('/'), 3);
+    ASSERT_EQ(run({"store", "info", lost}), 0) << m_error.toStdString();
+    EXPECT_TRUE(m_output.contains("“127.0.0.1:1/plotix/site")) << m_output.toStdString();
+    EXPECT_TRUE(m_output.contains("\nAgents           0\n")) << m_output.toStdString();
+}
+
+TEST_F(SiteOnShardsServerTest, ThePrintedStatementsMakeIt)
+{
+    if (!ServerForTests::running().isOwn())
+        GTEST_SKIP() << "which statement goes to which host is nothing for a test";
+    importTwo();
+    ASSERT_EQ(run({"store", "create", address, "--print"}), 0) << m_error.toStdString();
+    for (int again = 0; again < 2; ++again)
+        for (const QString& line : QString(m_output).split(QLatin1Char('\n')))
+            if (!line.startsWith(QLatin1String("--")) && !line.isEmpty())
+                tell(line);
+    copyThere();
+    EXPECT_EQ(exportedBoth(address), exportedBoth(site()));
+}
+
+TEST_F(SiteOnShardsServerTest, AddingOneIsSaid)
+{
+    if (!ServerForTests::running().isOwn())
+        GTEST_SKIP() << "its hosts have other shards";
+    create();
+    const QString three = QString(address).replace(
+        QLatin1Char('+'), QStringLiteral("+127.0.0.1:%1+").arg(ServerForTests::running().port()));
+    ASSERT_EQ(run({"store", "create", three}), 0) << m_error.toStdString();
+    EXPECT_TRUE(m_output.startsWith("There are 3 shards instead of 2 now: ")) << m_output.toStdString();
+    expectFailure({"store", "drop", address, "--yes-remove", address.section('/', -1)}, 1, "has 3 shards");
+}
+
+TEST_F(SiteOnServerTest, OneOfTheFirstVersionIsUpgraded)
+{
+    importWeather();
+    create();
+    copyThere();
+    const QString name = QStringLiteral("`plotix`.`%1_").arg(address.section('/', -1));
+    for (const char* table : {"shard", "placement", "joint"})
+        tell(QStringLiteral("DROP TABLE %1%2`").arg(name, QLatin1String(table)));
+    tell(QStringLiteral("ALTER TABLE %1about` DROP PARTITION tuple()").arg(name));
+    tell(QStringLiteral("INSERT INTO %1about` VALUES (1)").arg(name));
+    ASSERT_EQ(run({"store", "info", address}), 0) << m_error.toStdString();
+    EXPECT_TRUE(m_output.contains("Tables           version 1\n")) << m_output.toStdString();
+    expectFailure({"store", "create", address}, 1, "“plotix store upgrade”");
+    ASSERT_EQ(run({"store", "upgrade", address}), 0) << m_error.toStdString();
+    EXPECT_TRUE(m_output.contains("is of version 2 now, and was of 1.")) << m_output.toStdString();
+    ASSERT_EQ(run({"store", "upgrade", address}), 0) << m_error.toStdString();
+    EXPECT_TRUE(m_output.contains("is of version 2 already.")) << m_output.toStdString();
+    EXPECT_EQ(exported(address), exported(site()));
+}
+
+TEST_F(SiteOnServerTest, ThereIsNothingToUpgradeWhereThereIsNoSite)
+{
+    expectFailure({"store", "upgrade", address}, 1, "“plotix store create” makes one");
 }
 
 TEST_F(SiteOnServerTest, AServerThatIsNotThereIsOneLine)

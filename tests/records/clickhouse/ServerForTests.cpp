@@ -81,9 +81,9 @@ ServerForTests& ServerForTests::running()
 ServerForTests::ServerForTests() : m_port(freePort()), m_tcpPort(freePort()), m_interserverPort(freePort())
 {
     if (const QString there = qEnvironmentVariable("PLOTIX_TEST_CLICKHOUSE_PORT"); !there.isEmpty()) {
-        static const QRegularExpression port(QStringLiteral("\\d+"));
+        static const QRegularExpression port(QStringLiteral("(\\d+)"));
         m_port = port.match(there).captured().toUShort();
-        m_hosts = QString(there).replace(port, QStringLiteral("127.0.0.1:\\0"));
+        m_hosts = QString(there).replace(port, QStringLiteral("127.0.0.1:\\1"));
         m_isOwn = false;
         return;
     }
@@ -144,6 +144,11 @@ void ServerForTests::restart()
 plotix::ServerAddress ServerForTests::newSite()
 {
     return newSite(m_hosts);
+}
+
+plotix::ServerAddress ServerForTests::newSiteOnOneShard()
+{
+    return newSite(m_hosts.section(QLatin1Char('+'), 0, 0));
 }
 
 plotix::ServerAddress ServerForTests::newSiteOnShards()

@@ -19,6 +19,8 @@ public:
     quint16 port() const { return m_port; }
     /// Of a site that nobody else has.
     plotix::ServerAddress newSite();
+    /// The same without any shard but the first.
+    plotix::ServerAddress newSiteOnOneShard();
     /// The same on two shards, which may be on one server.
     plotix::ServerAddress newSiteOnShards();
 

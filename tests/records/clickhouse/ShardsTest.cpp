@@ -51,7 +51,9 @@ protected:
     }
     void rename(std::size_t shard, const std::string& table, const std::string& to)
     {
-        site->leaseOn(shard)->tell("RENAME TABLE " + table + " TO " + to);
+        // Replicas do not tell each other of it.
+        for (const ServerAddress& host : m_store.address().shardByShard()[shard].hostByHost())
+            ServerConnection(host, {}).tell("RENAME TABLE " + table + " TO " + to);
     }
     /// Throws as it would where the process ends when it is about to write there.
     void commitWithout(std::size_t shard, const std::string& table, std::unique_ptr<RecordTransaction> writer)
@@ -292,17 +294,23 @@ protected:
     /// As the first version made it, which knew no shards.
     void makeOld()
     {
-        ServerConnection server(m_store.address(), {});
-        const SiteTables tables(m_store.address());
-        for (const std::string& table : {tables.shards(), tables.placement(), tables.joint()})
-            server.tell("DROP TABLE " + table);
-        server.tell("ALTER TABLE " + tables.about() + " DROP PARTITION tuple()");
-        server.tell("INSERT INTO " + tables.about() + " VALUES (1)");
+        server().drop();
+        const std::vector<StoreServer::Statements> all = server().creation();
+        const std::vector<ServerAddress> hosts = m_store.address().hostByHost();
+        for (std::size_t host = 0; host < hosts.size(); ++host)
+            for (const std::string& statement : all[host].statements) {
+                const auto has = [&](const char* part) { return statement.find(part) != std::string::npos; };
+                if (has("_shard`") || has("_placement`") || has("_joint`"))
+                    continue;
+                ServerConnection(hosts[host], {})
+                    .tell(has("VALUES (") ? statement.substr(0, statement.find(" VALUES")) + " VALUES (1)" : statement);
+            }
         forgetSuitable();
+        store(ramp(air, 0, 2'000));
     }
     ClickHouseServer server() { return {m_store.address(), {}}; }
 
-    ClickHouseUnderTest m_store{ServerForTests::running().newSite()};
+    ClickHouseUnderTest m_store{ServerForTests::running().newSiteOnOneShard()};
     ServerAddress address;
     bool isAdded = false;
 };
