@@ -18,4 +18,5 @@ done
 unset PLOTIX_TEST_CLICKHOUSE_PORT
 end_cluster
 "$here/faults.sh" "$programs" "${2:-60}" || failed=1
+"$here/forward.sh" "$programs" || failed=1
 exit $failed

@@ -142,6 +142,16 @@ void ServerForTests::restart()
     start();
 }
 
+void ServerForTests::standStill()
+{
+    ::kill(static_cast<pid_t>(m_process.processId()), SIGSTOP);
+}
+
+void ServerForTests::goOn()
+{
+    ::kill(static_cast<pid_t>(m_process.processId()), SIGCONT);
+}
+
 plotix::ServerAddress ServerForTests::newSite()
 {
     return plotix::ServerAddress::parsed(
