@@ -17,6 +17,12 @@ private:
     QString m_message;
 };
 
+/// The server of a site cannot be reached, or not enough of it: the same may be tried again later.
+class ServerUnreachable : public ReportableError {
+public:
+    using ReportableError::ReportableError;
+};
+
 /// Another file has taken the name of the one that was open. Whoever sees this writes no more: neither to the new file,
 /// which is somebody else's, nor to the old one, which nobody would find.
 class FileReplaced : public ReportableError {

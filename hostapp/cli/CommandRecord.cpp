@@ -5,6 +5,7 @@
 #include "hostapp/cli/Options.h"
 #include "hostapp/cli/SiteLookup.h"
 #include "hostapp/document/DeskFile.h"
+#include "hostapp/document/ServerSites.h"
 #include "hostapp/exchange/ExactText.h"
 #include "hostapp/live/LiveRecorder.h"
 #include "hostapp/live/sources/ReadingSources.h"
@@ -41,7 +42,9 @@ bool hasRecordedBefore(const QString& site, const QString& agentName)
 void addFirstTrend(const QString& site, const QString& agentName, CommandServices& services)
 {
     const std::shared_ptr<SiteDocument> document = openSite(site);
-    const std::shared_ptr<SiteAgent> agent = agentOf(*document, agentName);
+    const std::shared_ptr<SiteAgent> agent = document->agentNamed(agentName);
+    if (!agent)  // its server was not told of it yet
+        return;
     services.storeTrend(requestOf(document, agent, planFirstTrend(TrendOccasion::Recorded, *agent)));
 }
 
@@ -60,6 +63,12 @@ void runUntilStopped(const RecordCommand& command, LiveRecorder& recorder, Comma
         streams.error << "plotix: " << line.simplified().toStdString() << std::endl;
     });
     if (command.printTimes)
+        QObject::connect(&recorder, &LiveRecorder::waitingChanged, &loop, [&] {
+            const RecordingStatus status = recorder.status();
+            if (status.lastKept)
+                streams.output << "kept " << exactNumber(*status.lastKept) << std::endl;
+        });
+    if (command.printTimes)
         QObject::connect(&recorder, &LiveRecorder::recorded, &loop, [&](double time) {
             streams.output << "stored " << exactNumber(time) << std::endl;  // flushed at once: a reader relies on it
         });
@@ -75,7 +84,8 @@ void runUntilStopped(const RecordCommand& command, LiveRecorder& recorder, Comma
 
 int runCommand(RecordCommand command, CommandContext context)
 {
-    command.site = siteFileOf(command.site);
+    if (isServerAddress(command.site))
+        command.site = deskFileToRecordInto(command.site);
     requireSiteName(command.site);
     std::unique_ptr<ReadingSource> source = makeReadingSource(QStringLiteral("computer"));
     const bool first = !hasRecordedBefore(command.site, source->agentName());
@@ -93,6 +103,17 @@ int runCommand(RecordCommand command, CommandContext context)
         throw ReportableError(status.message);
     context.streams.output << "Recorded " << status.stored << (status.stored == 1 ? " record" : " records") << " into "
                            << path << '.' << std::endl;
+    if (status.others > 0)
+        context.streams.error
+            << "plotix: " << status.others
+            << " records that were kept on this disk were left out: the site has others at their times." << std::endl;
+    if (status.onDisk > 0 && status.waiting + status.lost == 0)
+        throw ReportableError(
+            QStringLiteral(
+                "%1 records are not on the server yet, and safe in %2: the next recording into this site, or "
+                "“plotix store forward”, hands them over. %3")
+                .arg(status.onDisk)
+                .arg(status.file, status.message));
     if (status.state == RecordingStatus::State::ClockSetBack)
         throw ReportableError(status.message);
     if (const std::size_t missing = status.waiting + status.lost)

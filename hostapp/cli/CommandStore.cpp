@@ -1,18 +1,23 @@
 #include "base/ReportableError.h"
+#include "base/StopRequest.h"
+#include "hostapp/cli/CommandProgressBar.h"
 #include "hostapp/cli/Commands.h"
 #include "hostapp/cli/Options.h"
 #include "hostapp/cli/TerminalText.h"
+#include "hostapp/document/DeskFile.h"
+#include "hostapp/document/HandingOver.h"
 #include "hostapp/document/ServerSites.h"
+#include "hostapp/exchange/ExactText.h"
 
 #include <ostream>
 
-/// Sites on a server: making, upgrading, describing and removing them.
+/// Sites on a server: making, upgrading, describing and removing them, and storing what waits for them here.
 namespace plotix {
 
 namespace {
 
 struct StoreCommand {
-    enum class Work { Create, Info, Upgrade, Drop };
+    enum class Work { Create, Info, Forward, Upgrade, Drop };
     Work work = Work::Info;
     QString address;
     bool prints = false;   ///< statements, instead of telling the server
@@ -72,6 +77,37 @@ void describe(const StoreServer::Shard& shard, std::ostream& out)
         << "On disk          " << sizeText(static_cast<qint64>(shard.bytes)) << '\n';
 }
 
+/// What this desk has for the server; said also where the server cannot be reached.
+void describeWaiting(const QString& address, std::ostream& out)
+{
+    for (const WaitingFile& file : waitingBeside(deskFileNameOf(address)))
+        out << "Waiting here     " << file.records << " records of " << file.agentName.toStdString()
+            << (file.extent ? " from " + exactTime(file.extent->first) + " to " + exactTime(file.extent->last)
+                            : std::string())
+            << " in " << file.path.toStdString() << '\n';
+}
+
+void forward(const StoreCommand& command, CommandContext context)
+{
+    const StopRequest interruption(StopRequest::From::Keyboard);
+    const QString desk = deskFileOf(command.address);
+    const HandingOver::Done done = handOverLeft(
+        desk, makeCommandProgress(context.services, context.streams, QStringLiteral("Storing what waited")));
+    std::ostream& out = context.streams.output;
+    out << done.records << (done.records == 1 ? " record" : " records") << " that waited here "
+        << (done.records == 1 ? "is" : "are") << " on the server now.\n";
+    if (done.others > 0)
+        out << done.others << " of them had times at which the site has others, and were left out.\n";
+    std::size_t left = 0;
+    for (const WaitingFile& file : waitingBeside(desk))
+        left += file.records;
+    if (left > 0)
+        throw ReportableError(
+            QStringLiteral("%1 records wait on: a recorder is at work and stores them itself, or this "
+                           "was cancelled.")
+                .arg(left));
+}
+
 void describe(StoreServer& server, std::ostream& out)
 {
     const StoreServer::Description found = server.description();
@@ -109,7 +145,11 @@ int runCommand(const StoreCommand& command, CommandContext context)
     const std::shared_ptr<StoreServer> server = storeServer(command.address);
     switch (command.work) {
     case StoreCommand::Work::Create: create(command, *server, context.streams.output); break;
-    case StoreCommand::Work::Info: describe(*server, context.streams.output); break;
+    case StoreCommand::Work::Info:
+        describeWaiting(command.address, context.streams.output);
+        describe(*server, context.streams.output);
+        break;
+    case StoreCommand::Work::Forward: forward(command, context); break;
     case StoreCommand::Work::Upgrade: upgrade(command, *server, context.streams.output); break;
     case StoreCommand::Work::Drop: drop(command, *server, context.streams.output); break;
     }
@@ -121,10 +161,12 @@ int runCommand(const StoreCommand& command, CommandContext context)
 Command addStore(CLI::App& program)
 {
     const auto command = std::make_shared<StoreCommand>();
-    CLI::App* store = program.add_subcommand("store", "Make, upgrade, describe or remove a site on a server");
+    CLI::App* store = program.add_subcommand(
+        "store", "Make, upgrade, describe or remove a site on a server, or store what waits for it here");
     addChoice<StoreCommand::Work>(store, "WORK", command->work,
                                   {{"create", StoreCommand::Work::Create},
                                    {"info", StoreCommand::Work::Info},
+                                   {"forward", StoreCommand::Work::Forward},
                                    {"upgrade", StoreCommand::Work::Upgrade},
                                    {"drop", StoreCommand::Work::Drop}},
                                   "What to do")
@@ -145,6 +187,7 @@ Command addStore(CLI::App& program)
         "  plotix store info clickhouse://db1,db2,db3/plotix/plant\n"
         "  plotix store create clickhouse://db1,db2+db3,db4/plotix/plant\n"
         "  plotix store upgrade clickhouse://localhost/plotix/plant\n"
+        "What a recorder could not store waits on this machine: “info” says what, “forward” stores it.\n"
         "With three replicas one may be lost: what is stored is on two of them. They need a keeper in common.\n"
         "A shard is added by creating the site again with + and its hosts behind the others: it takes sources\n"
         "that are new, and nothing moves. End what records there before, and begin it with the new address.\n"

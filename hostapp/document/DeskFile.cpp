@@ -71,10 +71,28 @@ QString siteFileOf(const QString& place)
     return isServerAddress(place) ? deskFileOf(place) : place;
 }
 
+QString deskFileNameOf(const QString& address)
+{
+    return deskPath(storeServer(address)->title());
+}
+
 QString deskFileOf(const QString& address)
 {
-    const QString path = deskPath(storeServer(address)->title());
+    const QString path = deskFileNameOf(address);
     bringUpToDate(path, withoutUser(address));
+    return path;
+}
+
+QString deskFileToRecordInto(const QString& address)
+{
+    const QString path = deskFileNameOf(address), withoutName = withoutUser(address);
+    if (addressOfDeskFile(path) != withoutName)
+        return deskFileOf(address);
+    try {
+        storeServer(address)->changeMark();  // does not wait long for one that stands still
+        bringUpToDate(path, withoutName);
+    } catch (const ServerUnreachable&) {  // whoever records goes on as soon as it can be
+    }
     return path;
 }
 
@@ -96,6 +114,12 @@ void bringUpToDate(const QString& desk, const QString& address)
         catalogue.updateFile(desk);
         keep(desk, address, seen);
     }
+}
+
+QString nameOfDesk(const QString& path)
+{
+    const QString name = QFileInfo(path).fileName();
+    return isDeskFile(path) ? name.chopped(static_cast<qsizetype>(qstrlen(kDeskEnding))) : name;
 }
 
 bool isDeskFile(const QString& path)

@@ -16,12 +16,20 @@ namespace plotix {
 /// one of the address is who asks until the program ends.
 QString deskFileOf(const QString& address);
 
+/// The same for who only records: where the server cannot be reached, the file as it is, if there is one.
+QString deskFileToRecordInto(const QString& address);
+
+/// The file of this desk, which may not be there yet. Asks nobody.
+QString deskFileNameOf(const QString& address);
+
 /// Makes this file like the server's rows where it is not.
 void bringUpToDate(const QString& desk, const QString& address);
 
 /// The file of a site: that of this desk where the place is on a server, else the place itself.
 QString siteFileOf(const QString& place);
 
+/// What tells it from other desks' files: its name without the ending.
+QString nameOfDesk(const QString& path);
 /// By its name alone.
 bool isDeskFile(const QString& path);
 /// Nothing: the file is none, and has its records itself.

@@ -1,6 +1,8 @@
 #include "hostapp/document/DeskWatch.h"
 
+#include "base/Interruption.h"
 #include "hostapp/document/DeskFile.h"
+#include "hostapp/document/HandingOver.h"
 #include "hostapp/document/ServerSites.h"
 #include "hostapp/document/SiteSchema.h"
 #include "hostapp/document/SiteStore.h"
@@ -12,6 +14,7 @@ namespace plotix {
 namespace {
 
 constexpr auto kLookEvery = std::chrono::seconds(1);
+constexpr auto kHandOverEvery = std::chrono::seconds(10);
 constexpr auto kMarkSetting = "serverMark";  // stored: never change
 
 }  // namespace
@@ -33,15 +36,27 @@ DeskWatch::~DeskWatch()
 
 void DeskWatch::run()
 {
+    const Interruption whenItEnds(m_ends);
     std::unique_lock lock(m_mutex);
     while (!m_changed.wait_for(lock, kLookEvery, [this] { return m_ends.load(); })) {
         lock.unlock();
         try {
             look();
+            handOver();
         } catch (const std::exception&) {  // whoever reads records says what is wrong
         }
         lock.lock();
     }
+}
+
+/// A user who may only look keeps it for one who may store.
+void DeskWatch::handOver()
+{
+    const auto now = std::chrono::steady_clock::now();
+    if (now < m_handAgain)
+        return;
+    m_handAgain = now + kHandOverEvery;
+    handOverLeft(m_desk, [this](double) { return !m_ends; });
 }
 
 void DeskWatch::look() const

@@ -63,7 +63,7 @@ void LiveRecorder::run()
 {
     while (!isOver() && waitForNext())
         publish(m_recording.record(currentDate().seconds));
-    publish(m_recording.storeWaiting());
+    publish(m_recording.finish());
 }
 
 bool LiveRecorder::isOver() const
@@ -105,12 +105,15 @@ void LiveRecorder::publish(const RecordingStatus& status)
         before = std::exchange(m_status, status);
     }
     const bool isNew = status.stored > before.stored && status.last;
+    const bool isOnItsWay = status.onDisk != before.onDisk;
     const bool differs = status.state != before.state || status.message != before.message;
-    if (!isNew && !differs)
+    if (!isNew && !isOnItsWay && !differs)
         return;
-    MainQueue::main().async([self = m_self, isNew, differs, time = status.last.value_or(0)] {
+    MainQueue::main().async([self = m_self, isNew, isOnItsWay, differs, time = status.last.value_or(0)] {
         if (isNew && *self)
             emit(*self)->recorded(time);
+        if (isOnItsWay && *self)
+            emit(*self)->waitingChanged();
         if (differs && *self)
             emit(*self)->statusChanged();
     });

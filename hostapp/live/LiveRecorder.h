@@ -35,6 +35,7 @@ public:
 
 signals:
     void recorded(double time);  ///< this record and all earlier ones are stored
+    void waitingChanged();       ///< more records are on this disk until the site's server has them, or fewer
     void statusChanged();        ///< another state, or another message
 
 private:

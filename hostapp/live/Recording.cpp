@@ -3,8 +3,10 @@
 #include "base/Date.h"
 #include "base/ReportableError.h"
 #include "hostapp/document/AgentLock.h"
+#include "hostapp/document/DeskFile.h"
 #include "hostapp/document/RecordKeeping.h"
-#include "hostapp/document/SiteTransaction.h"
+#include "hostapp/document/ServerSites.h"
+#include "hostapp/live/Forwarding.h"
 
 #include <QtCore/QDateTime>
 #include <QtCore/QFileInfo>
@@ -24,11 +26,15 @@ constexpr int kPatience = 200;  // milliseconds for another writer; the next rec
 Recording::Recording(const QString& site, std::unique_ptr<ReadingSource> source, double interval)
     : m_site(QFileInfo(site).absoluteFilePath()), m_source(std::move(source)), m_agentName(m_source->agentName())
 {
-    makeProperties(m_source->start(interval));
-    m_lock = std::make_unique<AgentLock>(m_site, m_agent, m_agentName);
-    m_records = recordsOfSite(m_site);
-    openAppender();
-    askForLast();
+    m_recorded.name = m_agentName;
+    for (const SourceProperty& property : m_source->start(interval)) {
+        m_names << property.name;
+        m_recorded.properties.push_back({property.name, property.unit, property.type});
+    }
+    if (const std::optional<QString> address = addressOfDeskFile(m_site))
+        beginOnServer(*address);
+    else
+        beginInFile();
 }
 
 Recording::~Recording()
@@ -36,21 +42,45 @@ Recording::~Recording()
     m_source->stop();
 }
 
-void Recording::makeProperties(const std::vector<SourceProperty>& properties)
+void Recording::beginInFile()
 {
-    SiteTransaction transaction(m_site);
-    m_agent = transaction.findOrCreateAgent(m_agentName);
-    for (const SourceProperty& property : properties) {
-        m_names << property.name;
-        m_properties.push_back(
-            transaction.findOrCreateProperty(m_agent, property.name, property.unit, property.type).id);
+    m_found = findOrMake(m_site, m_recorded);
+    lockAgent();
+    m_records = recordsOfSite(m_site);
+    openAppender();
+    askForLast();
+}
+
+/// A server that is away is no reason not to begin; one that refuses is.
+void Recording::beginOnServer(const QString& address)
+{
+    m_records = recordsOfSite(m_site);
+    bool isThere = true;
+    try {
+        storeServer(address)->changeMark();  // does not wait long for one that stands still
+        m_found = findOrMake(m_site, m_recorded);
+        lockAgent();
+        askForLast();
+    } catch (const ServerUnreachable&) {
+        isThere = false;
+        m_found.agent = knownAgent(m_site, m_agentName);
+        lockAgent();
     }
-    transaction.commit();
+    m_forwarding = std::make_unique<Forwarding>(m_site, m_recorded, isThere ? std::optional(m_found) : std::nullopt);
+    m_status.file = m_forwarding->path();
+    takeOverState();  // what waits since before
+}
+
+/// So that nobody deletes it meanwhile.
+void Recording::lockAgent()
+{
+    if (m_found.agent != 0 && !m_lock)
+        m_lock = std::make_unique<AgentLock>(m_site, m_found.agent, m_agentName);
 }
 
 void Recording::askForLast()
 {
-    const std::optional<RecordExtent> before = m_records->extent(m_agent);
+    const std::optional<RecordExtent> before = m_records->extent(m_found.agent);
     m_status.last = before ? std::optional(before->last) : std::nullopt;
 }
 
@@ -67,7 +97,9 @@ QString Recording::aheadMessage(double last, double now) const
 
 std::optional<double> Recording::lastTime() const
 {
-    return m_waiting.empty() ? m_status.last : std::optional(m_waiting.back().time);
+    if (!m_waiting.empty())
+        return m_waiting.back().time;
+    return m_status.lastKept ? std::max(m_status.lastKept, m_status.last) : m_status.last;
 }
 
 RecordingStatus Recording::record(double now)
@@ -78,7 +110,7 @@ RecordingStatus Recording::record(double now)
     QString sourceProblem;
     try {
         // Somebody may have taken out what lies ahead.
-        if (m_status.state == RecordingStatus::State::ClockSetBack && m_waiting.empty())
+        if (m_status.state == RecordingStatus::State::ClockSetBack && m_waiting.empty() && m_status.onDisk == 0)
             askForLast();
     } catch (const ReportableError&) {  // it is asked for again
     }
@@ -124,6 +156,10 @@ RecordingStatus Recording::watch()
 {
     if (isOver())
         return m_status;
+    if (m_forwarding) {
+        takeOverState();
+        return m_status;
+    }
     try {
         m_records->requireInPlace();
     } catch (const FileReplaced&) {
@@ -142,15 +178,27 @@ RecordingStatus Recording::storeWaiting()
         tryToStore();
     }
     m_status.waiting = m_waiting.size();
+    if (m_forwarding)
+        takeOverState();
     return m_status;
+}
+
+RecordingStatus Recording::finish()
+{
+    storeWaiting();
+    if (m_forwarding)
+        m_forwarding->finish();
+    return storeWaiting();
 }
 
 void Recording::tryToStore()
 {
     try {
         append();
-        m_status.stored += m_waiting.size();
-        m_status.last = m_waiting.empty() ? m_status.last : m_waiting.back().time;
+        if (!m_forwarding) {
+            m_status.stored += m_waiting.size();
+            m_status.last = m_waiting.empty() ? m_status.last : m_waiting.back().time;
+        }
         m_waiting.clear();
     } catch (const FileReplaced& replaced) {
         m_appender.reset();
@@ -167,9 +215,39 @@ void Recording::tryToStore()
 
 void Recording::append()
 {
+    if (m_forwarding)
+        return m_forwarding->store(waitingByPlace());
     if (!m_appender)
         openAppender();
-    m_appender->append(m_agent, waitingAsBlock());
+    m_appender->append(m_found.agent, blockFor(m_found, waitingByPlace()));
+}
+
+/// What became of the records meanwhile, on another thread.
+void Recording::takeOverState()
+{
+    const Forwarding::State now = m_forwarding->state();
+    m_status.stored = now.stored;
+    m_status.others = now.others;
+    m_status.onDisk = now.onDisk;
+    m_status.onDiskSince = now.extent ? std::optional(now.extent->first) : std::nullopt;
+    m_status.lastKept = now.extent ? std::optional(now.extent->last) : std::nullopt;
+    if (now.last)
+        m_status.last = std::max(m_status.last, now.last);
+    if (now.found && m_found.agent == 0) {
+        m_found = *now.found;
+        lockAgent();
+    }
+    using State = RecordingStatus::State;
+    if (m_status.state == State::KeptBeside) {
+        m_status.state = State::Recording;
+        m_status.message.clear();
+    }
+    if (m_status.state == State::Recording && now.onDisk > 0) {
+        m_status.state = State::KeptBeside;
+        m_status.message = now.problem.isEmpty()
+                               ? QStringLiteral("The server answers: what waited on this disk is being handed over.")
+                               : QStringLiteral("%1 Records are kept on this disk until then.").arg(now.problem);
+    }
 }
 
 void Recording::openAppender()
@@ -179,14 +257,14 @@ void Recording::openAppender()
     m_appender->noteAmendments([] { return currentDate().seconds; });
 }
 
-RecordBlock Recording::waitingAsBlock() const
+RecordBlock Recording::waitingByPlace() const
 {
     const std::size_t count = m_waiting.size();
     std::vector<double> times;
     for (const Reading& record : m_waiting)
         times.push_back(record.time);
     RecordBlock block{SharedArray<double>::fromVector(std::move(times)), {}};
-    for (std::size_t property = 0; property < m_properties.size(); ++property) {
+    for (std::size_t property = 0; property < m_recorded.properties.size(); ++property) {
         std::vector<double> values(count);
         std::vector<std::uint64_t> valid((count + 63) / 64, 0);
         for (std::size_t i = 0; i < count; ++i) {
@@ -194,7 +272,7 @@ RecordBlock Recording::waitingAsBlock() const
             values[i] = value.value_or(std::numeric_limits<double>::quiet_NaN());
             valid[i / 64] |= std::uint64_t{value.has_value()} << (i % 64);
         }
-        block.columns.push_back({m_properties[property], SharedArray<double>::fromVector(std::move(values)),
+        block.columns.push_back({numberOfPlace(property), SharedArray<double>::fromVector(std::move(values)),
                                  ValidityBitmap(SharedArray<std::uint64_t>::fromVector(std::move(valid)))});
     }
     return block;

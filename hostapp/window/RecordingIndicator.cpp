@@ -63,8 +63,12 @@ void RecordingIndicator::showStatus()
     if (!m_recording->isOn())
         return;
     const QString since = shortMoment(m_recording->since(), QDateTime::currentDateTime());
-    const auto records = static_cast<int>(std::min<std::size_t>(m_recording->stored(), INT_MAX));
-    m_text->setText(tr("Recording since %1: %Ln record(s)", nullptr, records).arg(since));
+    const auto shown = [](std::size_t count) { return static_cast<int>(std::min<std::size_t>(count, INT_MAX)); };
+    QString text = tr("Recording since %1: %Ln record(s)", nullptr, shown(m_recording->stored())).arg(since);
+    if (const std::size_t waiting = m_recording->onDisk(); waiting > 0)
+        text += tr("; %Ln record(s) wait on this disk for the server", nullptr, shown(waiting));
+    m_text->setText(text);
+    m_text->setToolTip(m_recording->message());
     setAccessibleName(m_text->text());
 }
 

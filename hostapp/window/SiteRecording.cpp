@@ -43,6 +43,7 @@ void SiteRecording::switchOn()
     m_recorder = std::move(recorder);
     connect(m_recorder.get(), &LiveRecorder::statusChanged, this, &SiteRecording::messageChanged);
     connect(m_recorder.get(), &LiveRecorder::recorded, this, &SiteRecording::progressed);
+    connect(m_recorder.get(), &LiveRecorder::waitingChanged, this, &SiteRecording::progressed);
     m_since = QDateTime::currentDateTime();
     m_recorder->start();
     emit switched();
@@ -68,6 +69,11 @@ void SiteRecording::remember(bool on)
 std::size_t SiteRecording::stored() const
 {
     return m_recorder ? m_recorder->status().stored : 0;
+}
+
+std::size_t SiteRecording::onDisk() const
+{
+    return m_recorder ? m_recorder->status().onDisk : 0;
 }
 
 QString SiteRecording::message() const

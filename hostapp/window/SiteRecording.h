@@ -34,6 +34,7 @@ public:
 
     const QDateTime& since() const { return m_since; }  ///< when it was switched on; invalid while off
     std::size_t stored() const;                         ///< records since then; 0 while off
+    std::size_t onDisk() const;                         ///< records on this disk that the site's server has not got yet
     QString message() const;                            ///< why no record could be stored; empty while all is well
 
 signals:
@@ -41,7 +42,7 @@ signals:
     void agentAdded(const std::shared_ptr<SiteAgent>& agent);
     void messageChanged();
     void switched();    ///< on or off
-    void progressed();  ///< more records are stored
+    void progressed();  ///< more records are stored, or wait on this disk
 
 private:
     void remember(bool on);

@@ -1,5 +1,6 @@
 #include "records/clickhouse/ServerConnection.h"
 
+#include "base/Interruption.h"
 #include "base/ReportableError.h"
 
 #include <curl/curl.h>
@@ -56,8 +57,8 @@ struct NotReached {
 
 [[noreturn]] void failAsUnreachable(const ServerAddress& address, const QString& why)
 {
-    throw ReportableError(QStringLiteral("The server “%1” cannot be reached: %2. Start it, or correct the address.")
-                              .arg(address.title(), why));
+    throw ServerUnreachable(QStringLiteral("The server “%1” cannot be reached: %2. Start it, or correct the address.")
+                                .arg(address.title(), why));
 }
 
 /// What was learnt of sites, by address, for all connections. Any thread.
@@ -280,8 +281,9 @@ void ServerConnection::learnReplication()
         if (m_replication.isThere)
             return;  // as it was before
         if (Clock::now() > until)
-            throw ReportableError(QStringLiteral("The replicas of “%1” have lost the keeper that they share: start it.")
-                                      .arg(m_address.title()));
+            throw ServerUnreachable(
+                QStringLiteral("The replicas of “%1” have lost the keeper that they share: start it.")
+                    .arg(m_address.title()));
         std::this_thread::sleep_for(kAgainAfter);
     }
 }
@@ -349,6 +351,10 @@ bool ServerConnection::tryAt(const ServerAddress::Host& host, Request& request)
     curl_easy_setopt(curl, CURLOPT_TCP_NODELAY, 1L);
     curl_easy_setopt(curl, CURLOPT_BUFFERSIZE, 512L * 1024);
     curl_easy_setopt(curl, CURLOPT_CONNECTTIMEOUT_MS, static_cast<long>(m_patience.connecting.count()));
+    curl_easy_setopt(curl, CURLOPT_NOPROGRESS, 0L);
+    curl_easy_setopt(
+        curl, CURLOPT_XFERINFOFUNCTION,
+        +[](void*, curl_off_t, curl_off_t, curl_off_t, curl_off_t) { return Interruption::isAsked() ? 1 : 0; });
     curl_easy_setopt(curl, CURLOPT_LOW_SPEED_LIMIT, 1L);
     curl_easy_setopt(curl, CURLOPT_LOW_SPEED_TIME, static_cast<long>(m_patience.silence.count()));
     // The user and the password go into a header, which no log and no list of processes shows.
@@ -393,6 +399,9 @@ bool ServerConnection::tryAt(const ServerAddress::Host& host, Request& request)
         std::rethrow_exception(request.failure);
     if (request.wasStopped)
         return true;
+    if (code != CURLE_OK && Interruption::isAsked())
+        throw ServerUnreachable(
+            QStringLiteral("The server “%1” did not answer in time: try it again.").arg(m_address.title()));
     if (code != CURLE_OK) {
         request.unreachable = QString::fromUtf8(curl_easy_strerror(code));
         return false;

@@ -15,7 +15,8 @@
 /// A statement that only reads, and one that may be carried out twice, is tried at the next host where one cannot be
 /// reached. Everything this house writes may be: rows that come twice count once. Where the hosts are replicas of each
 /// other, it is tried again for a while until enough of them agree; see Replication. One thread at a time; a connection
-/// stays open between statements. Throws ReportableError: the server cannot be reached, or what it answers instead.
+/// stays open between statements. An `Interruption` of the thread ends every wait. Throws ReportableError: the server
+/// cannot be reached, or what it answers instead.
 namespace plotix {
 
 class ServerConnection {

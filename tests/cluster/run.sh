@@ -20,4 +20,5 @@ unset PLOTIX_TEST_CLICKHOUSE_PORT
 end_cluster
 "$here/shards.sh" "$programs" || failed=1
 "$here/faults.sh" "$programs" "${2:-60}" || failed=1
+"$here/forward.sh" "$programs" || failed=1
 exit $failed

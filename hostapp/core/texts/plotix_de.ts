@@ -4508,6 +4508,13 @@ Auf einen Trend ziehen, oder ankreuzen und „Neuer Trend“ wählen.</translati
             <numerusform>Aufzeichnung seit %1: %Ln Messungen</numerusform>
         </translation>
     </message>
+    <message numerus="yes">
+        <source>; %Ln record(s) wait on this disk for the server</source>
+        <translation>
+            <numerusform>; %Ln Messung wartet auf dieser Platte auf den Server</numerusform>
+            <numerusform>; %Ln Messungen warten auf dieser Platte auf den Server</numerusform>
+        </translation>
+    </message>
 </context>
 <context>
     <name>plotix::SaveCaseDialog</name>

@@ -192,6 +192,13 @@
             <numerusform>Recording since %1: %Ln records</numerusform>
         </translation>
     </message>
+    <message numerus="yes">
+        <source>; %Ln record(s) wait on this disk for the server</source>
+        <translation>
+            <numerusform>; %Ln record waits on this disk for the server</numerusform>
+            <numerusform>; %Ln records wait on this disk for the server</numerusform>
+        </translation>
+    </message>
 </context>
 <context>
     <name>plotix::SiteEditor</name>

@@ -141,6 +141,16 @@ void ServerForTests::restart()
     start();
 }
 
+void ServerForTests::standStill()
+{
+    ::kill(static_cast<pid_t>(m_process.processId()), SIGSTOP);
+}
+
+void ServerForTests::goOn()
+{
+    ::kill(static_cast<pid_t>(m_process.processId()), SIGCONT);
+}
+
 plotix::ServerAddress ServerForTests::newSite()
 {
     return newSite(m_hosts);

@@ -27,6 +27,8 @@ public:
     bool isOwn() const { return m_isOwn; }  ///< only then it can be killed
     void kill();                            ///< as a machine that loses its power
     void restart();                         ///< with the same data
+    void standStill();                      ///< takes connections and answers nothing, until it goes on
+    void goOn();
 
 private:
     ServerForTests();
