@@ -1,30 +1,31 @@
 // Writes to a site on replicas without end, to be killed, and tells what each replica has of it.
 //
-//     cluster_writer ADDRESS write AGENT LAST    appends records at the times behind LAST, which was acknowledged and
-//     must
-//                                                be there; prints the last acknowledged time after each
-//     cluster_writer ADDRESS check AGENT LAST    whether all records up to this time are there, once and with their
-//                                                values; prints how many there are
+//     cluster_writer ADDRESS write AGENT JOURNAL      looks whether what the journal says is there, does once more what
+//                                                     was begun, and goes on: records in order, late and corrected
+//                                                     ones, spans removed, compactions. Ends where records are not
+//                                                     what was acknowledged
+//     cluster_writer ADDRESS check AGENT JOURNAL      whether exactly what was acknowledged is there, with its values;
+//     what
+//                                                     was begun may be there, or not. Prints how many records there are
+//     cluster_writer ADDRESS compact                  compacts the site once
 //
-// Writing goes on after what cannot be stored just now: the same records again.
+// What cannot be done just now is tried again: the same records.
 
 #include "base/ReportableError.h"
 #include "records/clickhouse/ClickHouseRecordStore.h"
-#include "tests/e2e/writer/WrittenValues.h"
+#include "tests/cluster/WrittenJournal.h"
 
-#include <algorithm>
 #include <chrono>
 #include <cstdio>
-#include <cstring>
-#include <random>
+#include <ctime>
 #include <string_view>
 #include <thread>
 
 namespace {
 
 using namespace plotix;
+using Kind = WrittenOperation::Kind;
 
-constexpr int kLongestBlock = 3000;
 constexpr auto kPause = std::chrono::milliseconds(200);
 
 std::shared_ptr<RecordStore> recordsAt(const char* address)
@@ -41,7 +42,7 @@ WrittenAgent agentNumbered(int number)
 
 /// Tries until it can be done.
 template <class Work>
-void atLast(const Work& work)
+auto atLast(const Work& work)
 {
     for (;;)
         try {
@@ -52,52 +53,93 @@ void atLast(const Work& work)
         }
 }
 
-/// Returns where what was acknowledged is not there.
-void writeForEver(const std::shared_ptr<RecordStore>& records, const WrittenAgent& agent, double last)
-{
-    double next = 0;
-    atLast([&] {
-        const auto extent = records->extent(agent.agent);
-        next = extent ? extent->last + 1 : 0;
-    });
-    if (next <= last) {
-        std::fprintf(stderr, "up to %.0f were acknowledged, and the last one there is %.0f\n", last, next - 1);
-        return;
-    }
-    std::minstd_rand random(std::random_device{}());
-    std::unique_ptr<RecordAppender> appender;
-    for (;;) {
-        const int count = random() % 8 == 0 ? kLongestBlock : 1 + static_cast<int>(random() % 50);
-        atLast([&] {
-            if (!appender)
-                appender = records->appender();
-            appender->append(agent.agent, writtenRecords(agent, writtenTimes(next, count)));
-        });
-        next += count;
-        std::printf("%.0f\n", next - 1);
-        std::fflush(stdout);
-    }
-}
-
-int check(RecordStore& records, const WrittenAgent& agent, double last)
+/// Empty where the records are what was acknowledged, with what was begun or without.
+std::string differenceIn(RecordStore& records, const WrittenAgent& agent, const WrittenJournal& journal)
 {
     const RecordBlock read =
         records.read(agent.agent, agent.properties(), {}, {}).value_or(RecordBlock());  // nothing: it was cancelled
-    const std::span<const double> times = read.times.span();
-    for (std::size_t i = 0; i < times.size(); ++i) {
-        const double even = read.columns[0].values[i], odd = read.columns[1].values[i];
-        const double evenWanted = evenValue(times[i]), oddWanted = oddValue(times[i]);
-        if (times[i] != static_cast<double>(i) || even != evenWanted ||
-            std::memcmp(&odd, &oddWanted, sizeof odd) != 0) {
-            std::fprintf(stderr, "record %zu is at %.17g with %.17g and %.17g\n", i, times[i], even, odd);
-            return 1;
+    const std::string without = journal.done().differenceTo(read);
+    if (without.empty() || !journal.begun())
+        return without;
+    WrittenState with = journal.done();
+    with.apply(*journal.begun());
+    const std::string other = with.differenceTo(read);
+    return other.empty() ? other
+                         : without + "; with “" + WrittenOperation::nameOf(journal.begun()->kind) + "”: " + other;
+}
+
+class Writer {
+public:
+    Writer(std::shared_ptr<RecordStore> records, const WrittenAgent& agent)
+        : m_records(std::move(records)), m_agent(agent)
+    {
+    }
+    void perform(const WrittenOperation& operation)
+    {
+        switch (operation.kind) {
+        case Kind::Append: append(m_plain, operation, false); return;
+        case Kind::Amend: append(m_noting, operation, true); return;
+        case Kind::Store:
+        case Kind::Correct:
+        case Kind::Remove: transact(operation); return;
+        case Kind::Compact: m_records->compact({}); return;
         }
     }
-    if (static_cast<double>(times.size()) <= last) {
-        std::fprintf(stderr, "%zu records, up to %.0f were acknowledged\n", times.size(), last);
+
+private:
+    void append(std::unique_ptr<RecordAppender>& appender, const WrittenOperation& operation, bool notes)
+    {
+        if (!appender) {
+            appender = m_records->appender();
+            if (notes)
+                appender->noteAmendments([] { return static_cast<double>(std::time(nullptr)); });
+        }
+        appender->append(m_agent.agent, recordsOf(m_agent, operation));
+    }
+    void transact(const WrittenOperation& operation)
+    {
+        const std::unique_ptr<RecordTransaction> transaction = m_records->begin();
+        if (operation.kind == Kind::Correct)
+            transaction->noteAmendments(static_cast<double>(std::time(nullptr)));
+        if (operation.kind == Kind::Remove)
+            transaction->remove(m_agent.agent, m_agent.properties(), operation.first,
+                                operation.first + operation.count - 1);
+        else
+            transaction->store(m_agent.agent, recordsOf(m_agent, operation));
+        transaction->commit();
+    }
+
+    const std::shared_ptr<RecordStore> m_records;
+    const WrittenAgent m_agent;
+    std::unique_ptr<RecordAppender> m_plain, m_noting;
+};
+
+/// Returns where what was acknowledged is not there.
+void writeForEver(const std::shared_ptr<RecordStore>& records, const WrittenAgent& agent, WrittenJournal& journal)
+{
+    if (const std::string difference = atLast([&] { return differenceIn(*records, agent, journal); });
+        !difference.empty()) {
+        std::fprintf(stderr, "DIFFERENT: %s\n", difference.c_str());
+        return;
+    }
+    std::minstd_rand random(std::random_device{}());
+    Writer writer(records, agent);
+    for (;;) {
+        if (!journal.begun())
+            journal.begin(nextOperation(journal.done(), journal.operations() + 1, random));
+        atLast([&] { writer.perform(*journal.begun()); });
+        journal.end();
+    }
+}
+
+int check(RecordStore& records, const WrittenAgent& agent, const WrittenJournal& journal)
+{
+    const std::string difference = differenceIn(records, agent, journal);
+    if (!difference.empty()) {
+        std::fprintf(stderr, "DIFFERENT: %s\n", difference.c_str());
         return 1;
     }
-    std::printf("%zu\n", times.size());
+    std::printf("%d %zu\n", journal.operations(), journal.done().count());
     return 0;
 }
 
@@ -105,14 +147,22 @@ int check(RecordStore& records, const WrittenAgent& agent, double last)
 
 int main(int count, char** arguments)
 {
-    if (count < 5)
+    if (count < 3)
         return 2;
-    const WrittenAgent agent = agentNumbered(std::atoi(arguments[3]));
     try {
         const std::shared_ptr<RecordStore> records = recordsAt(arguments[1]);
-        if (std::string_view(arguments[2]) == "check")
-            return check(*records, agent, std::atof(arguments[4]));
-        writeForEver(records, agent, std::atof(arguments[4]));
+        const std::string_view what = arguments[2];
+        if (what == "compact") {
+            records->compact({});
+            return 0;
+        }
+        if (count < 5)
+            return 2;
+        const WrittenAgent agent = agentNumbered(std::atoi(arguments[3]));
+        WrittenJournal journal(arguments[4]);
+        if (what == "check")
+            return check(*records, agent, journal);
+        writeForEver(records, agent, journal);
     } catch (const std::exception& error) {
         std::fprintf(stderr, "%s\n", error.what());
     }

@@ -2,12 +2,25 @@
 #
 # start_cluster FOLDER COUNT    starts them; `ports` lists the replicas' HTTP ports, with commas between
 # kill_replica N, start_replica N, kill_keeper, start_keeper    N counts from 1; killed as by a loss of power
+# clock[N]=+3600    seconds that the clock of replica N is wrong by from its next start on; needs faketime
+# prepare_replica N    where a script has such a function, it is called once $cluster/N/data is there
 # `demand` is here too, see demand.sh.
 
 . "$(dirname "${BASH_SOURCE[0]}")/../support/demand.sh"
 
 free_port() {
   python3 -c 'import socket; s = socket.socket(); s.bind(("127.0.0.1", 0)); print(s.getsockname()[1])'
+}
+
+# The library that sets clocks wrong, for LD_PRELOAD.
+faketime_library() { ls /usr/lib/*/faketime/libfaketimeMT.so.1 2>/dev/null | head -1; }
+
+set_clock() { # SECONDS, or nothing: of what this process starts
+  [ -n "$1" ] || return 0
+  export LD_PRELOAD FAKETIME
+  FAKETIME=$(printf %+d "$1")  # a time without a sign would be a moment
+  export FAKETIME_DONT_FAKE_MONOTONIC=1
+  LD_PRELOAD=$(faketime_library)
 }
 
 end_cluster() {
@@ -34,7 +47,7 @@ kill_keeper() {
 start_replica() { # N
   local attempt _
   for attempt in 1 2 3; do
-    (cd "$cluster/$1" && exec clickhouse-server --config-file="$cluster/$1/config.xml" >"$cluster/$1/stdout" 2>&1) &
+    (cd "$cluster/$1" && set_clock "${clock[$1]:-}" && exec clickhouse-server --config-file="$cluster/$1/config.xml" >"$cluster/$1/stdout" 2>&1) &
     servers[$1]=$!
     for _ in $(seq 300); do
       [ "$(curl -s --max-time 2 "http://127.0.0.1:${http[$1]}/")" = "Ok." ] && break
@@ -61,7 +74,7 @@ kill_replica() { # N
 start_cluster() { # FOLDER COUNT
   cluster=$1
   tables=0  # that a replica has at least
-  declare -ga servers=() http=()
+  declare -ga servers=() http=() clock=()
   local keeper_port number
   keeper_port=$(free_port)
   mkdir -p "$cluster/keeper"
@@ -108,7 +121,8 @@ END
     <quota>default</quota></default></users>
 </yandex>
 END
-    start_replica "$number"
+    ! declare -F prepare_replica >/dev/null || prepare_replica "$number"
+    start_replica "$number" || return 1
   done
   ports=$(IFS=,; echo "${http[*]}")
 }
