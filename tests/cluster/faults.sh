@@ -15,14 +15,14 @@ mkdir -p "$folder"
 declare -A done_of=() collectors=() collector_clock=()
 end_all() {
   local each
-  for each in "${collectors[@]}" ${network:-}; do kill -9 "$each" 2>/dev/null; done
+  for each in "${collectors[@]}" ${network:-} ${filling:-}; do kill -9 "$each" 2>/dev/null; done
   end_cluster
   [ -z "${small_disk:-}" ] || umount "$small_disk"
   [ -n "${PLOTIX_FAULTS_FOLDER:-}" ] || rm -rf "$folder"
 }
 trap end_all EXIT
 
-full_replica=3
+full_replica=1  # which every connection tries first
 prepare_replica() { # N
   [ "$1" = $full_replica ] || return 0
   mount -t tmpfs -o size=400m none "$cluster/$1/data" 2>/dev/null && small_disk=$cluster/$1/data
@@ -146,8 +146,12 @@ one_fault() { # KIND
       done
       for each in 1 2; do wait "${compacting[$each]}" && compacted=$((compacted + 1)); done ;;
     "disk full on one")
-      head -c 1G /dev/zero >"$small_disk/ballast" 2>/dev/null
+      # What the server frees is filled again.
+      while :; do head -c 1G /dev/zero >>"$small_disk/ballast" 2>/dev/null; sleep 0.05; done &
+      filling=$!
+      sleep 1
       expect_progress 60  # two others have room
+      kill $filling; wait $filling 2>/dev/null
       rm "$small_disk/ballast" ;;
   esac
 }
