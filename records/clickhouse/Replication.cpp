@@ -72,6 +72,8 @@ bool passes(int errorCode)
     constexpr std::array kCodes = {
         60,   // this host has no such table, as one that was set up anew
         81,   // nor the database
+        75,   // its disk is full: others may have room
+        243,  // as before, noticed earlier
         225,  // no keeper
         242,  // the table cannot be written: its replica has lost the keeper
         254,  // no replica that has the part lives

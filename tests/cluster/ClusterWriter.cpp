@@ -1,36 +1,31 @@
 // Writes to a site on replicas without end, to be killed, and tells what each replica has of it.
 //
-//     cluster_writer ADDRESS write AGENT LAST    appends records at the times behind LAST, which was acknowledged and
-//     must
-//                                                be there; prints the last acknowledged time after each
-//     cluster_writer ADDRESS check AGENT LAST    whether all records up to this time are there, once and with their
-//                                                values; prints how many there are
-//     cluster_writer ADDRESS both AGENT LAST     as write, with a transaction of two agents on two shards each time
-//     cluster_writer ADDRESS alike AGENT LAST    writes to both, and tells whether both have all up to LAST, and the
-//                                                same
-//     cluster_writer ADDRESS lost AGENT LAST     whether the one whose shard answers is read and written, and the
-//                                                other one refused with a line that says which shard it is
+//     cluster_writer ADDRESS write AGENT JOURNAL      looks whether what the journal says is there, does once more what
+//                                                     was begun, and goes on: records in order, late and corrected
+//                                                     ones, spans removed, compactions. Ends where records are not
+//                                                     what was acknowledged
+//     cluster_writer ADDRESS check AGENT JOURNAL      whether exactly what was acknowledged is there, with its values;
+//     what
+//                                                     was begun may be there, or not. Prints how many records there are
+//     cluster_writer ADDRESS compact                  compacts the site once
 //
-// Writing goes on after what cannot be stored just now: the same records again.
+// What cannot be done just now is tried again: the same records.
 
 #include "base/ReportableError.h"
 #include "records/clickhouse/ClickHouseRecordStore.h"
-#include "tests/e2e/writer/WrittenValues.h"
+#include "tests/cluster/WrittenJournal.h"
 
-#include <algorithm>
-#include <array>
 #include <chrono>
 #include <cstdio>
-#include <cstring>
-#include <random>
+#include <ctime>
 #include <string_view>
 #include <thread>
 
 namespace {
 
 using namespace plotix;
+using Kind = WrittenOperation::Kind;
 
-constexpr int kLongestBlock = 3000;
 constexpr auto kPause = std::chrono::milliseconds(200);
 
 std::shared_ptr<RecordStore> recordsAt(const char* address)
@@ -47,7 +42,7 @@ WrittenAgent agentNumbered(int number)
 
 /// Tries until it can be done.
 template <class Work>
-void atLast(const Work& work)
+auto atLast(const Work& work)
 {
     for (;;)
         try {
@@ -58,144 +53,116 @@ void atLast(const Work& work)
         }
 }
 
-/// Returns where what was acknowledged is not there.
-void writeForEver(const std::shared_ptr<RecordStore>& records, const WrittenAgent& agent, double last)
-{
-    double next = 0;
-    atLast([&] {
-        const auto extent = records->extent(agent.agent);
-        next = extent ? extent->last + 1 : 0;
-    });
-    if (next <= last) {
-        std::fprintf(stderr, "up to %.0f were acknowledged, and the last one there is %.0f\n", last, next - 1);
-        return;
-    }
-    std::minstd_rand random(std::random_device{}());
-    std::unique_ptr<RecordAppender> appender;
-    for (;;) {
-        const int count = random() % 8 == 0 ? kLongestBlock : 1 + static_cast<int>(random() % 50);
-        atLast([&] {
-            if (!appender)
-                appender = records->appender();
-            appender->append(agent.agent, writtenRecords(agent, writtenTimes(next, count)));
-        });
-        next += count;
-        std::printf("%.0f\n", next - 1);
-        std::fflush(stdout);
-    }
-}
-
-int check(RecordStore& records, const WrittenAgent& agent, double last)
+/// Empty where the records are what was acknowledged, with what was begun or without.
+std::string differenceIn(RecordStore& records, const WrittenAgent& agent, const WrittenJournal& journal)
 {
     const RecordBlock read =
         records.read(agent.agent, agent.properties(), {}, {}).value_or(RecordBlock());  // nothing: it was cancelled
-    const std::span<const double> times = read.times.span();
-    for (std::size_t i = 0; i < times.size(); ++i) {
-        const double even = read.columns[0].values[i], odd = read.columns[1].values[i];
-        const double evenWanted = evenValue(times[i]), oddWanted = oddValue(times[i]);
-        if (times[i] != static_cast<double>(i) || even != evenWanted ||
-            std::memcmp(&odd, &oddWanted, sizeof odd) != 0) {
-            std::fprintf(stderr, "record %zu is at %.17g with %.17g and %.17g\n", i, times[i], even, odd);
-            return 1;
+    const std::string without = journal.done().differenceTo(read);
+    if (without.empty() || !journal.begun())
+        return without;
+    WrittenState with = journal.done();
+    with.apply(*journal.begun());
+    const std::string other = with.differenceTo(read);
+    return other.empty() ? other
+                         : without + "; with “" + WrittenOperation::nameOf(journal.begun()->kind) + "”: " + other;
+}
+
+class Writer {
+public:
+    Writer(std::shared_ptr<RecordStore> records, const WrittenAgent& agent)
+        : m_records(std::move(records)), m_agent(agent)
+    {
+    }
+    void perform(const WrittenOperation& operation)
+    {
+        switch (operation.kind) {
+        case Kind::Append: append(m_plain, operation, false); return;
+        case Kind::Amend: append(m_noting, operation, true); return;
+        case Kind::Store:
+        case Kind::Correct:
+        case Kind::Remove: transact(operation); return;
+        case Kind::Compact: m_records->compact({}); return;
         }
     }
-    if (static_cast<double>(times.size()) <= last) {
-        std::fprintf(stderr, "%zu records, up to %.0f were acknowledged\n", times.size(), last);
-        return 1;
+
+private:
+    void append(std::unique_ptr<RecordAppender>& appender, const WrittenOperation& operation, bool notes)
+    {
+        if (!appender) {
+            appender = m_records->appender();
+            if (notes)
+                appender->noteAmendments([] { return static_cast<double>(std::time(nullptr)); });
+        }
+        appender->append(m_agent.agent, recordsOf(m_agent, operation));
     }
-    std::printf("%zu\n", times.size());
-    return 0;
-}
+    void transact(const WrittenOperation& operation)
+    {
+        const std::unique_ptr<RecordTransaction> transaction = m_records->begin();
+        if (operation.kind == Kind::Correct)
+            transaction->noteAmendments(static_cast<double>(std::time(nullptr)));
+        if (operation.kind == Kind::Remove)
+            transaction->remove(m_agent.agent, m_agent.properties(), operation.first,
+                                operation.first + operation.count - 1);
+        else
+            transaction->store(m_agent.agent, recordsOf(m_agent, operation));
+        transaction->commit();
+    }
 
-/// The agents of a transaction: the first two that are stored go to different shards.
-std::array<WrittenAgent, 2> pairOf(int number)
-{
-    return {agentNumbered(number), agentNumbered(number + 1)};
-}
-
-void storeBoth(RecordStore& records, const std::array<WrittenAgent, 2>& agents, double first, int count)
-{
-    const auto writer = records.begin();
-    for (const WrittenAgent& agent : agents)
-        writer->store(agent.agent, writtenRecords(agent, writtenTimes(first, count)));
-    writer->commit();
-}
-
-double behind(RecordStore& records, const WrittenAgent& agent)
-{
-    const auto extent = records.extent(agent.agent);
-    return extent ? extent->last + 1 : 0;
-}
+    const std::shared_ptr<RecordStore> m_records;
+    const WrittenAgent m_agent;
+    std::unique_ptr<RecordAppender> m_plain, m_noting;
+};
 
 /// Returns where what was acknowledged is not there.
-void writeBothForEver(const std::shared_ptr<RecordStore>& records, const std::array<WrittenAgent, 2>& agents,
-                      double last)
+void writeForEver(const std::shared_ptr<RecordStore>& records, const WrittenAgent& agent, WrittenJournal& journal)
 {
-    double next = 0;
-    atLast([&] { next = behind(*records, agents[0]); });
-    if (next <= last) {
-        std::fprintf(stderr, "up to %.0f were acknowledged, and the last one there is %.0f\n", last, next - 1);
+    if (const std::string difference = atLast([&] { return differenceIn(*records, agent, journal); });
+        !difference.empty()) {
+        std::fprintf(stderr, "DIFFERENT: %s\n", difference.c_str());
         return;
     }
     std::minstd_rand random(std::random_device{}());
+    Writer writer(records, agent);
     for (;;) {
-        const int count = random() % 4 == 0 ? kLongestBlock : 1 + static_cast<int>(random() % 50);
-        atLast([&] { storeBoth(*records, agents, next, count); });
-        next += count;
-        std::printf("%.0f\n", next - 1);
-        std::fflush(stdout);
+        if (!journal.begun())
+            journal.begin(nextOperation(journal.done(), journal.operations() + 1, random));
+        atLast([&] { writer.perform(*journal.begun()); });
+        journal.end();
     }
 }
 
-int requireAlike(RecordStore& records, const std::array<WrittenAgent, 2>& agents, double last)
+int check(RecordStore& records, const WrittenAgent& agent, const WrittenJournal& journal)
 {
-    // Takes the turns, and stores nothing.
-    atLast([&] { records.begin(); });
-    std::array<double, 2> next{};
-    for (std::size_t i = 0; i < agents.size(); ++i)
-        atLast([&] { next[i] = behind(records, agents[i]); });
-    if (next[0] != next[1]) {
-        std::fprintf(stderr, "one has %.0f records and the other %.0f\n", next[0], next[1]);
+    const std::string difference = differenceIn(records, agent, journal);
+    if (!difference.empty()) {
+        std::fprintf(stderr, "DIFFERENT: %s\n", difference.c_str());
         return 1;
     }
-    if (next[0] == 0 && last < 0)
-        return std::puts("0") < 0;
-    const int first = check(records, agents[0], last);
-    return first != 0 ? first : check(records, agents[1], last);
-}
-
-int requireOneOfTwo(RecordStore& records, const std::array<WrittenAgent, 2>& agents)
-{
-    int answered = 0;
-    for (const WrittenAgent& agent : agents)
-        try {
-            const double next = behind(records, agent);
-            records.appender()->append(agent.agent, writtenRecords(agent, writtenTimes(next, 5)));
-            answered += behind(records, agent) == next + 5 ? 1 : 100;
-        } catch (const ReportableError& error) {
-            std::printf("agent %lld: %s\n", static_cast<long long>(agent.agent), error.what());
-        }
-    return answered == 1 ? 0 : 1;
+    std::printf("%d %zu\n", journal.operations(), journal.done().count());
+    return 0;
 }
 
 }  // namespace
 
 int main(int count, char** arguments)
 {
-    if (count < 5)
+    if (count < 3)
         return 2;
-    const WrittenAgent agent = agentNumbered(std::atoi(arguments[3]));
     try {
         const std::shared_ptr<RecordStore> records = recordsAt(arguments[1]);
-        if (std::string_view(arguments[2]) == "check")
-            return check(*records, agent, std::atof(arguments[4]));
-        if (std::string_view(arguments[2]) == "both")
-            writeBothForEver(records, pairOf(agent.agent), std::atof(arguments[4]));
-        if (std::string_view(arguments[2]) == "alike")
-            return requireAlike(*records, pairOf(agent.agent), std::atof(arguments[4]));
-        if (std::string_view(arguments[2]) == "lost")
-            return requireOneOfTwo(*records, pairOf(agent.agent));
-        writeForEver(records, agent, std::atof(arguments[4]));
+        const std::string_view what = arguments[2];
+        if (what == "compact") {
+            records->compact({});
+            return 0;
+        }
+        if (count < 5)
+            return 2;
+        const WrittenAgent agent = agentNumbered(std::atoi(arguments[3]));
+        WrittenJournal journal(arguments[4]);
+        if (what == "check")
+            return check(*records, agent, journal);
+        writeForEver(records, agent, journal);
     } catch (const std::exception& error) {
         std::fprintf(stderr, "%s\n", error.what());
     }

@@ -28,7 +28,7 @@ address="clickhouse://127.0.0.1:${http[1]},127.0.0.1:${http[2]}+127.0.0.1:${http
 tables=7
 
 start_writer() {
-  "$programs/cluster_writer" "$address" both 1 "$(acknowledged)" >>"$folder/acknowledged" 2>>"$folder/said" &
+  "$programs/shard_writer" "$address" both 1 "$(acknowledged)" >>"$folder/acknowledged" 2>>"$folder/said" &
   writer=$!
 }
 acknowledged() { # the last time; a line that was cut short does not count
@@ -68,7 +68,7 @@ for kill in $(seq "$kills"); do
   wait "$writer" 2>/dev/null
   last=$(acknowledged)
   # Whoever writes next finishes what was decided, and sees to it that both have the same.
-  if ! answer=$("$programs/cluster_writer" "$address" alike 1 "$last" 2>&1); then
+  if ! answer=$("$programs/shard_writer" "$address" alike 1 "$last" 2>&1); then
     echo "FAILED after $kill kills: $answer"
     exit 1
   fi
@@ -80,5 +80,5 @@ kill_replica 3
 kill_replica 4
 "$programs/plotix" store info "$address" >"$folder/info" || exit 1
 grep -q 'cannot be reached' "$folder/info" || { echo "FAILED: a lost shard is not told:"; cat "$folder/info"; exit 1; }
-said=$("$programs/cluster_writer" "$address" lost 1 "$last" 2>&1) || { echo "FAILED with a shard lost: $said"; exit 1; }
+said=$("$programs/shard_writer" "$address" lost 1 "$last" 2>&1) || { echo "FAILED with a shard lost: $said"; exit 1; }
 echo "$said"

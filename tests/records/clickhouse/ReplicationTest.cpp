@@ -83,6 +83,12 @@ TEST_F(ReplicationTest, WhatPassesIsToldFromWhatStays)
     EXPECT_FALSE(passes(0));
 }
 
+TEST_F(ReplicationTest, WhereOneHasNoRoomOthersMayHave)
+{
+    EXPECT_TRUE(passes(75));
+    EXPECT_TRUE(passes(243));
+}
+
 TEST_F(ReplicationTest, EachHostIsAReplicaOfItsOwnName)
 {
     const ClickHouseServer server(ServerAddress::parsed("clickhouse://one,two:9000/works/line"), {});
