@@ -123,9 +123,10 @@ Command addAttach(CLI::App& program)
     addPairs(attach, "--unit", command->units, "UNIT", "The unit of a column or name; repeatable");
     attach->footer(
         "Nothing is copied and nothing there is ever changed: whatever is looked at is asked for. NULL and NaN are no\n"
-        "value; of several rows of one time the greatest value counts. Dates without a zone are UTC. Passwords are\n"
-        "never part of an address: PostgreSQL's come from ~/.pgpass or PGPASSWORD, ClickHouse's from\n"
-        "PLOTIX_CLICKHOUSE_USER and PLOTIX_CLICKHOUSE_PASSWORD_FILE.\n"
+        "value; of several rows of one time the greatest value counts. Dates without a zone are UTC. A site\n"
+        "keeps neither user nor password: PostgreSQL's come from PGUSER, and ~/.pgpass or PGPASSWORD, ClickHouse's\n"
+        "from PLOTIX_CLICKHOUSE_USER and PLOTIX_CLICKHOUSE_PASSWORD_FILE. A user of the address is asked as this "
+        "once.\n"
         "Examples:\n  plotix attach plant.plotix postgresql://db1/historian --list\n"
         "  plotix attach plant.plotix postgresql://reader@db1/historian --table boiler --unit flow=°C\n"
         "  plotix attach plant.plotix clickhouse://db2/scada --table samples --name tag --value value --agent Scada");

@@ -105,6 +105,7 @@ TableChoice completed(TableServer& server, TableChoice choice)
                 QStringLiteral("“%1”, which has a unit, is none of the values: %2.").arg(value, listed(choice.values)));
     if (choice.agent.trimmed().isEmpty())
         choice.agent = choice.table;
+    choice.address = server.address();
     return choice;
 }
 

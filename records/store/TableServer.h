@@ -20,7 +20,7 @@ struct AttachedTable {
     /// What a time column's numbers count since 1970-01-01 UTC; of no meaning for dates and times.
     enum class TimeUnit { Seconds, Milliseconds };
 
-    QString address;  ///< `clickhouse://…/database` or `postgresql://…/database`; never has a password
+    QString address;  ///< `clickhouse://…/database` or `postgresql://…/database`; never has a user or a password
     QString table;    ///< as the server lists it: "readings", "plant.readings"
     QString timeColumn;
     TimeUnit timeUnit = TimeUnit::Seconds;
@@ -50,7 +50,8 @@ public:
         Kind kind = Kind::Other;
     };
 
-    virtual QString title() const = 0;  ///< for people, without a user
+    virtual QString title() const = 0;    ///< for people, without a user
+    virtual QString address() const = 0;  ///< as it may be kept: without a user
     virtual QStringList tables() = 0;
     /// In the order of the table; throws where there is none.
     virtual std::vector<Column> columns(const QString& table) = 0;

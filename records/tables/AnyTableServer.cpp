@@ -22,6 +22,7 @@ public:
     explicit DatabaseTables(std::shared_ptr<TableDatabase> database) : m_database(std::move(database)) {}
 
     QString title() const override { return m_database->title(); }
+    QString address() const override { return m_database->address(); }
     QStringList tables() override { return m_database->tables(); }
     std::vector<Column> columns(const QString& table) override { return m_database->columns(table); }
     QStringList names(const QString& table, const QString& column, int most) override

@@ -15,6 +15,8 @@ namespace {
 
 using Kind = TableServer::Column::Kind;
 
+const QLatin1String kNoSite("/tables");
+
 /// An address without a site, as `ServerAddress` has it. What stands for the site is shown where the server is named.
 ServerAddress databaseAddress(const QString& text)
 {
@@ -23,7 +25,10 @@ ServerAddress databaseAddress(const QString& text)
     if (database.isEmpty() || database.contains(QLatin1Char('/')))
         throw ReportableError(
             QStringLiteral("“%1” names no database: write clickhouse://HOST[:PORT]/DATABASE.").arg(text));
-    ServerAddress address = ServerAddress::parsed(path + QStringLiteral("/tables") + options);
+    ServerAddress address = ServerAddress::parsed(path + kNoSite + options);
+    if (!address.user.isEmpty())
+        ServerCredentials::enter(address, address.user, std::nullopt);
+    address.user.clear();
     return address;
 }
 
@@ -159,6 +164,7 @@ public:
     }
 
     QString title() const override { return m_address.title().section(QLatin1Char('/'), 0, 1); }
+    QString address() const override { return m_address.text().replace(kNoSite, QString()); }
     QStringList tables() override
     {
         QStringList found;

@@ -1,10 +1,13 @@
 #include "base/ReportableError.h"
 #include "records/tables/TableDatabase.h"
 
+#include <QtCore/QRegularExpression>
+
 #include <bit>
 #include <cstring>
 #include <libpq-fe.h>
 #include <limits>
+#include <map>
 #include <mutex>
 #include <poll.h>
 
@@ -26,46 +29,89 @@ QString readable(const char* message)
     return line;
 }
 
+/// Users that addresses named, by what is left of the address. Any thread.
+class EnteredUsers {
+public:
+    static EnteredUsers& here()
+    {
+        static EnteredUsers users;
+        return users;
+    }
+    void set(const QString& address, const QString& user)
+    {
+        const std::lock_guard lock(m_mutex);
+        m_users[address] = user;
+    }
+    QByteArray of(const QString& address)
+    {
+        const std::lock_guard lock(m_mutex);
+        const auto found = m_users.find(address);
+        return found == m_users.end() ? QByteArray() : found->second.toUtf8();
+    }
+
+private:
+    std::mutex m_mutex;
+    std::map<QString, QString> m_users;  // under the mutex
+};
+
+QString withoutUser(QString address)
+{
+    static const QRegularExpression before(QStringLiteral("^(postgres(?:ql)?://)[^@/?]*@"));
+    static const QRegularExpression option(QStringLiteral("([?&])user=[^&]*&?"));
+    address.replace(before, QStringLiteral("\\1")).replace(option, QStringLiteral("\\1"));
+    while (address.endsWith(QLatin1Char('?')) || address.endsWith(QLatin1Char('&')))
+        address.chop(1);
+    return address;
+}
+
+[[noreturn]] void refusePassword()
+{
+    throw ReportableError(
+        QStringLiteral("A password does not belong into an address, where others see it: write it into ~/.pgpass, "
+                       "or set PGPASSWORD."));
+}
+
 /// What an address says by words; throws for a password among them.
 struct Address {
-    explicit Address(const QString& text) : whole(text)
+    explicit Address(const QString& text) : kept(withoutUser(text))
     {
         char* problem = nullptr;
         PQconninfoOption* const options = PQconninfoParse(text.toUtf8().constData(), &problem);
         if (!options) {
+            // The library's message may repeat what stands where a password would.
             const QString why = readable(problem ? problem : "it cannot be read");
             PQfreemem(problem);
-            // The message of the library may repeat what stands where a password would.
-            throw ReportableError(text.contains(QLatin1Char('@')) && text.section(QLatin1Char('@'), 0, 0).count(':') > 1
-                                      ? refusedPassword()
-                                      : QStringLiteral("“%1” is no address of a database "
-                                                       "(postgresql://HOST[:PORT]/DATABASE): %2.")
-                                            .arg(text, why));
+            if (text.contains(QLatin1Char('@')) && text.section(QLatin1Char('@'), 0, -2).count(QLatin1Char(':')) > 1)
+                refusePassword();
+            throw ReportableError(
+                QStringLiteral("“%1” is no address of a database (postgresql://HOST[:PORT]/DATABASE): %2.")
+                    .arg(kept, why));
         }
+        QString user;
         bool hasPassword = false;
         for (const PQconninfoOption* each = options; each->keyword; ++each) {
+            const std::string_view word = each->keyword;
             const QString value = QString::fromUtf8(each->val ? each->val : "");
-            hasPassword = hasPassword || (!value.isEmpty() && (std::strcmp(each->keyword, "password") == 0 ||
-                                                               std::strcmp(each->keyword, "sslpassword") == 0));
-            if (std::strcmp(each->keyword, "host") == 0 || std::strcmp(each->keyword, "hostaddr") == 0)
-                host = value.isEmpty() ? host : value;
-            else if (std::strcmp(each->keyword, "port") == 0)
+            if (value.isEmpty())
+                continue;
+            hasPassword = hasPassword || word == "password" || word == "sslpassword";
+            if (word == "host" || word == "hostaddr")
+                host = value;
+            else if (word == "port")
                 port = value;
-            else if (std::strcmp(each->keyword, "dbname") == 0)
+            else if (word == "dbname")
                 database = value;
+            else if (word == "user")
+                user = value;
         }
         PQconninfoFree(options);
         if (hasPassword)
-            throw ReportableError(refusedPassword());
+            refusePassword();
         if (database.isEmpty())
             throw ReportableError(
-                QStringLiteral("“%1” names no database: write postgresql://HOST[:PORT]/DATABASE.").arg(text));
-    }
-    static QString refusedPassword()
-    {
-        return QStringLiteral(
-            "A password does not belong into an address, where others see it: write it into ~/.pgpass, "
-            "or set PGPASSWORD.");
+                QStringLiteral("“%1” names no database: write postgresql://HOST[:PORT]/DATABASE.").arg(kept));
+        if (!user.isEmpty())
+            EnteredUsers::here().set(kept, user);
     }
     QString title() const
     {
@@ -73,7 +119,7 @@ struct Address {
                                              port.isEmpty() ? QString() : QLatin1Char(':') + port, database);
     }
 
-    QString whole, host, port, database;
+    QString kept, host, port, database;
 };
 
 struct Finish {
@@ -224,6 +270,7 @@ public:
     }
 
     QString title() const override { return m_address.title(); }
+    QString address() const override { return m_address.kept; }
     QStringList tables() override
     {
         QStringList found;
@@ -245,6 +292,18 @@ public:
                    "::regclass AND attnum > 0 AND NOT attisdropped ORDER BY attnum"))
             found.push_back({row.value(0), row.value(1), kindOf(row.value(1), row.value(2))});
         return found;
+    }
+
+    bool isUnique(const QString& table, const QString& column) override
+    {
+        const std::vector<QStringList> found =
+            texts("SELECT 1 FROM pg_index JOIN pg_attribute ON attrelid = indrelid AND attnum = indkey[0] "
+                  "WHERE indrelid = " +
+                  text(QString::fromStdString(tableName(table))) +
+                  "::regclass AND indisunique AND indisvalid AND indimmediate AND indnkeyatts = 1 AND indpred IS NULL "
+                  "AND attname = " +
+                  text(column));
+        return !found.empty();
     }
 
     std::string name(const QString& column) const override { return quoted(column, '"'); }
@@ -335,7 +394,7 @@ private:
 
     Connection connected() const
     {
-        const QByteArray address = m_address.whole.toUtf8();
+        const QByteArray address = m_address.kept.toUtf8(), user = EnteredUsers::here().of(m_address.kept);
         const char* const words[] = {"dbname",
                                      "fallback_application_name",
                                      "connect_timeout",
@@ -343,8 +402,11 @@ private:
                                      "keepalives_interval",
                                      "keepalives_count",
                                      "client_encoding",
+                                     "user",
                                      nullptr};
-        const char* const values[] = {address.constData(), "plotix", "5", "15", "5", "3", "UTF8", nullptr};
+        // An empty user is whom the environment names.
+        const char* const values[] = {address.constData(), "plotix", "5", "15", "5", "3", "UTF8",
+                                      user.constData(),    nullptr};
         Connection server(PQconnectdbParams(words, values, 1));
         if (PQstatus(server.get()) != CONNECTION_OK)
             throw ReportableError(

@@ -29,8 +29,12 @@ public:
     virtual void closeIdle() = 0;
 
     virtual QString title() const = 0;
+    virtual QString address() const = 0;  ///< without a user, who is kept in memory until the program ends
     virtual QStringList tables() = 0;
     virtual std::vector<TableServer::Column> columns(const QString& table) = 0;
+
+    /// Whether no two rows can have the same of this column, as the database itself sees to it.
+    virtual bool isUnique(const QString& /*table*/, const QString& /*column*/) { return false; }
 
     // The dialect. Names and texts of other people are quoted, whatever is in them.
     virtual std::string name(const QString& column) const = 0;

@@ -14,9 +14,42 @@ namespace {
 
 constexpr double kStretches = 16384;
 constexpr double kInfinity = std::numeric_limits<double>::infinity();
+constexpr std::size_t kMostFetched = 8;
 constexpr std::size_t kBefore = 3, kFigures = 5;  // numbers of a stretch, and of each property in it
 
 }  // namespace
+
+void TableSpan::failAsChanged() const
+{
+    throw ReportableError(
+        QStringLiteral("The table “%1” was changed while it is shown: show it again.").arg(statements->table().table));
+}
+
+std::shared_ptr<const GatheredRows> TableSpan::rows(std::size_t first, std::size_t end) const
+{
+    {
+        const std::lock_guard lock(m_mutex);
+        for (const Fetched& each : m_fetched)
+            if (each.first == first && each.end == end)
+                return each.rows;
+    }
+    const bool isLong = statements->table().isLong();
+    const auto rows = std::make_shared<GatheredRows>(properties.size(), isLong);
+    database->select(
+        statements->rows(properties, {runs.first[first], runs.last[end - 1]}), isLong ? 3 : properties.size() + 1,
+        [&] { rows->clear(); },
+        [&](std::span<const std::vector<double>> some) {
+            rows->add(some);
+            return true;
+        });
+    if (rows->size() != runs.begin[end] - runs.begin[first])
+        failAsChanged();
+    const std::lock_guard lock(m_mutex);
+    m_fetched.push_front({first, end, rows});
+    if (m_fetched.size() > kMostFetched)
+        m_fetched.pop_back();
+    return rows;
+}
 
 TablePages::TablePages(std::shared_ptr<PageCache> cache, std::shared_ptr<const TableSpan> span, RowId property,
                        bool isAllValid)
@@ -58,34 +91,19 @@ void TablePages::fetch(std::size_t first, std::size_t end) const
     const auto endRun = static_cast<std::size_t>(
         std::lower_bound(runs.begin.begin() + static_cast<std::ptrdiff_t>(firstRun) + 1, runs.begin.end(), end) -
         runs.begin.begin());
-    const bool isLong = m_span->statements->table().isLong();
-    // Rows that name their property make records only together.
-    std::vector<RowId> asked = m_span->properties;
-    if (!isLong)
-        asked = m_property == kTimes ? std::vector<RowId>{} : std::vector<RowId>{m_property};
-    GatheredRows rows(asked.size(), isLong);
-    m_span->database->select(
-        m_span->statements->rows(asked, {runs.first[firstRun], runs.last[endRun - 1]}), isLong ? 3 : asked.size() + 1,
-        [&] { rows.clear(); },
-        [&](std::span<const std::vector<double>> some) {
-            rows.add(some);
-            return true;
-        });
-    if (rows.size() != runs.begin[endRun] - runs.begin[firstRun])
-        throw ReportableError(QStringLiteral("The table “%1” was changed while it is shown: show it again.")
-                                  .arg(m_span->statements->table().table));
+    const std::shared_ptr<const GatheredRows> rows = m_span->rows(firstRun, endRun);
     const std::size_t skipped = first - runs.begin[firstRun];
     if (m_property == kTimes) {
-        std::copy_n(rows.times().data() + skipped, end - first, m_values + first);
+        std::copy_n(rows->times().data() + skipped, end - first, m_values + first);
         return;
     }
-    const auto place = static_cast<std::size_t>(std::find(asked.begin(), asked.end(), m_property) - asked.begin());
-    const std::span<const double> values = std::span(rows.column(place)).subspan(skipped, end - first);
+    const std::vector<RowId>& all = m_span->properties;
+    const auto place = static_cast<std::size_t>(std::find(all.begin(), all.end(), m_property) - all.begin());
+    const std::span<const double> values = std::span(rows->column(place)).subspan(skipped, end - first);
     std::copy(values.begin(), values.end(), m_values + first);
     const std::vector<std::uint64_t> valid = validWords(values);
     if (!valid.empty() && !m_words)
-        throw ReportableError(QStringLiteral("The table “%1” was changed while it is shown: show it again.")
-                                  .arg(m_span->statements->table().table));
+        m_span->failAsChanged();
     if (!valid.empty())
         bits::copy(valid.data(), 0, m_words, first, end - first);
 }

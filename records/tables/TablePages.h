@@ -2,18 +2,36 @@
 
 #include "base/PagedMemory.h"
 #include "records/store/RecordColumns.h"
+#include "records/tables/GatheredRows.h"
 #include "records/tables/TableStatements.h"
+
+#include <deque>
+#include <mutex>
 
 /// Columns of a long table that are fetched where somebody looks.
 namespace plotix {
 
 /// Which records a span has, as the table told when it was asked. *Shared* by its columns; any thread.
-struct TableSpan {
+class TableSpan {
+public:
     std::shared_ptr<TableDatabase> database;
     std::shared_ptr<const TableStatements> statements;
     std::vector<RowId> properties;  ///< all that were asked for
     TimeRuns runs;
     std::shared_ptr<ColumnFailure> failure = std::make_shared<ColumnFailure>();
+
+    /// Records of runs [first, end), with all properties: the times and each column are asked for the same ones, one
+    /// after the other, so that those fetched last stay here. Throws where they are not those of that moment any more.
+    std::shared_ptr<const GatheredRows> rows(std::size_t first, std::size_t end) const;
+    [[noreturn]] void failAsChanged() const;
+
+private:
+    struct Fetched {
+        std::size_t first, end;  // runs
+        std::shared_ptr<const GatheredRows> rows;
+    };
+    mutable std::mutex m_mutex;
+    mutable std::deque<Fetched> m_fetched;  // under the mutex; the latest first
 };
 
 /// The values of a property with their validity, or the times. See RecordColumns for what stands where something cannot

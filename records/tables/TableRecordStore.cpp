@@ -14,7 +14,7 @@ namespace {
 
 constexpr std::size_t kPiece = 16384;                  // records of an index's piece
 constexpr double kStretches = 2048;                    // of an overview
-constexpr std::size_t kLittle = std::size_t{1} << 19;  // rows that are read at once
+constexpr std::size_t kLittle = std::size_t{1} << 22;  // rows that are read at once
 
 }  // namespace
 
@@ -33,7 +33,9 @@ std::shared_ptr<const TableStatements> TableRecordStore::statements()
         if (m_statements)
             return m_statements;
     }
-    const auto made = std::make_shared<const TableStatements>(m_database, m_table, m_database->columns(m_table.table));
+    const std::vector<TableServer::Column> columns = m_database->columns(m_table.table);
+    const bool isUnique = !columns.empty() && m_database->isUnique(m_table.table, m_table.timeColumn);
+    const auto made = std::make_shared<const TableStatements>(m_database, m_table, columns, isUnique);
     const std::lock_guard lock(m_mutex);
     return m_statements = made;
 }

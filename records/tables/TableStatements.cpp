@@ -61,8 +61,11 @@ std::string withAnd(const std::vector<std::string>& conditions)
 }  // namespace
 
 TableStatements::TableStatements(std::shared_ptr<const TableDatabase> database, AttachedTable table,
-                                 const std::vector<Column>& columns)
-    : m_database(std::move(database)), m_table(std::move(table)), m_name(m_database->tableName(m_table.table))
+                                 const std::vector<Column>& columns, bool isUnique)
+    : m_database(std::move(database)),
+      m_table(std::move(table)),
+      m_isUnique(isUnique && !m_table.isLong()),
+      m_name(m_database->tableName(m_table.table))
 {
     using Kind = Column::Kind;
     if (columns.empty())
@@ -163,9 +166,14 @@ std::string TableStatements::records(Properties properties, const Range& range) 
 {
     std::string statement = "SELECT " + m_seconds + " AS ";
     statement += kTime;
-    for (std::size_t i = 0; i < properties.size(); ++i)
-        statement += ", max(" + valueOf(properties[i]) + ") AS " + valueName(i);
-    statement += " FROM " + m_name + " WHERE " + condition(properties, range) + " GROUP BY ";
+    for (std::size_t i = 0; i < properties.size(); ++i) {
+        const std::string value = valueOf(properties[i]);
+        statement += ", " + (m_isUnique ? value : aggregate("max", value)) + " AS " + valueName(i);
+    }
+    statement += " FROM " + m_name + " WHERE " + condition(properties, range);
+    if (m_isUnique)
+        return statement;
+    statement += " GROUP BY ";
     return statement += kTime;
 }
 

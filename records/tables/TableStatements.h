@@ -14,8 +14,9 @@ class TableStatements {
 public:
     /// `columns`: all of the table, as the server describes them. Throws where one that the table is read by is not
     /// there, or is of a type that cannot be read.
+    /// `isUnique`: no two rows have the same time, so that none need be put together.
     TableStatements(std::shared_ptr<const TableDatabase> database, AttachedTable table,
-                    const std::vector<TableServer::Column>& columns);
+                    const std::vector<TableServer::Column>& columns, bool isUnique);
 
     const AttachedTable& table() const { return m_table; }
 
@@ -60,6 +61,7 @@ private:
 
     std::shared_ptr<const TableDatabase> m_database;
     AttachedTable m_table;
+    bool m_isUnique;
     std::string m_name, m_seconds;  // of the table; of the time column
     TableServer::Column m_time, m_value, m_texts;
     std::map<RowId, TableServer::Column> m_columns;  // of a table with a column each
