@@ -13,7 +13,7 @@ namespace plotix {
 namespace {
 
 constexpr std::size_t kPiece = 16384;                  // records of an index's piece
-constexpr double kStretches = 2048;                    // of an overview
+constexpr double kStretches = 256;                     // of an overview
 constexpr std::size_t kLittle = std::size_t{1} << 22;  // rows that are read at once
 
 }  // namespace

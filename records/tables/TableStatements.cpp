@@ -146,7 +146,7 @@ std::string TableStatements::rows(Properties properties, const Range& range) con
                 }
             place += " ELSE -1 END";
         }
-        statement += ", " + m_database->real(place) + " AS plotix_place, " + m_database->number(m_value);
+        statement += ", " + m_database->orNaN(m_database->real(place)) + " AS plotix_place, " + m_database->number(m_value);
         statement += " AS plotix_value";
     } else {
         for (std::size_t i = 0; i < properties.size(); ++i) {
