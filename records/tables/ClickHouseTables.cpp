@@ -5,7 +5,6 @@
 
 #include <QtCore/QRegularExpression>
 
-#include <charconv>
 #include <limits>
 #include <mutex>
 
@@ -243,6 +242,12 @@ public:
         if (const auto most = above(to, factor); most && isKept(*most))
             condition = both(condition, name(column.name) + " <= " + value(*most));
         return condition;
+    }
+    /// Servers of 2018 read decimal digits into a double that may be a unit in the last place off.
+    std::string literal(double value) const override
+    {
+        const QByteArray bytes(reinterpret_cast<const char*>(&value), sizeof value);
+        return "reinterpretAsFloat64(unhex('" + bytes.toHex().toStdString() + "'))";
     }
     std::string atFirst(const std::string& value, const std::string& time) const override
     {

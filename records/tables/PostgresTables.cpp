@@ -4,6 +4,7 @@
 #include <QtCore/QRegularExpression>
 
 #include <bit>
+#include <charconv>
 #include <cstring>
 #include <libpq-fe.h>
 #include <limits>
@@ -362,6 +363,14 @@ public:
         if (const auto most = above(to, factor))
             condition = both(condition, name(column.name) + " <= " + value(*most));
         return condition;
+    }
+    std::string literal(double value) const override
+    {
+        char digits[40];
+        const auto end = std::to_chars(digits, digits + sizeof digits, value);
+        std::string text = "'";
+        text.append(digits, end.ptr);
+        return text += "'::float8";
     }
     std::string atFirst(const std::string& value, const std::string& time) const override
     {

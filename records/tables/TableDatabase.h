@@ -57,6 +57,8 @@ public:
     /// can serve it. Empty: cannot be said.
     virtual std::string about(const TableServer::Column& column, AttachedTable::TimeUnit unit,
                               std::optional<double> from, std::optional<double> to) const = 0;
+    /// A finite number, of the same bits.
+    virtual std::string literal(double value) const = 0;
     /// An aggregate: the value, or NaN, at the least time; times are different.
     virtual std::string atFirst(const std::string& value, const std::string& time) const = 0;
     virtual std::string real(const std::string& expression) const = 0;  ///< as a double

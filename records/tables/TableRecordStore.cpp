@@ -12,9 +12,8 @@ namespace plotix {
 
 namespace {
 
-constexpr std::size_t kPiece = 16384;                  // records of an index's piece
-constexpr double kStretches = 256;                     // of an overview
-constexpr std::size_t kLittle = std::size_t{1} << 22;  // rows that are read at once
+constexpr std::size_t kPiece = 16384;  // records of an index's piece
+constexpr double kStretches = 256;     // of an overview
 
 }  // namespace
 
@@ -180,7 +179,7 @@ std::optional<RecordColumns> TableRecordStore::columns(RowId agent, std::span<co
                                                        const ArchiveProgress& progress)
 {
     const Range range{from, to};
-    if (!cache || range.isEmpty() || properties.empty() || !hasMoreThan(kLittle, agent, from, to))
+    if (!cache || range.isEmpty() || properties.empty() || !hasMoreThan(m_little, agent, from, to))
         return RecordStore::columns(agent, properties, from, to, cache, progress);
     if (progress && !progress(0))
         return std::nullopt;

@@ -14,8 +14,11 @@ namespace plotix {
 
 class TableRecordStore final : public RecordStore {
 public:
-    TableRecordStore(std::shared_ptr<TableDatabase> database, AttachedTable table)
-        : m_database(std::move(database)), m_table(std::move(table))
+    /// Tables of more rows than so many are fetched where somebody looks.
+    static constexpr std::size_t kLittle = std::size_t{1} << 22;
+
+    TableRecordStore(std::shared_ptr<TableDatabase> database, AttachedTable table, std::size_t little = kLittle)
+        : m_database(std::move(database)), m_table(std::move(table)), m_little(little)
     {
     }
 
@@ -55,6 +58,7 @@ private:
 
     const std::shared_ptr<TableDatabase> m_database;
     const AttachedTable m_table;
+    const std::size_t m_little;
     std::mutex m_mutex;
     std::shared_ptr<const TableStatements> m_statements;  // under the mutex
 };

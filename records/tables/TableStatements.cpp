@@ -3,7 +3,6 @@
 #include "base/ReportableError.h"
 
 #include <algorithm>
-#include <charconv>
 
 namespace plotix {
 
@@ -15,14 +14,6 @@ using Column = TableServer::Column;
 constexpr const char* kTime = "plotix_time";
 constexpr const char* kFirst = "plotix_first";
 constexpr double kMostSeconds = 1e300;  // what is beyond it, or NaN, is no time
-
-/// Reads back to the same bits.
-std::string literal(double value)
-{
-    char digits[40];
-    const auto end = std::to_chars(digits, digits + sizeof digits, value, std::chars_format::scientific);
-    return {digits, end.ptr};
-}
 
 Column columnNamed(const QString& name, const std::vector<Column>& columns, const AttachedTable& table,
                    std::initializer_list<Column::Kind> kinds)
@@ -111,7 +102,7 @@ std::string TableStatements::condition(Properties properties, const Range& range
     const double from = std::clamp(range.from.value_or(-kMostSeconds), -kMostSeconds, kMostSeconds);
     const double to = std::clamp(range.to.value_or(kMostSeconds), -kMostSeconds, kMostSeconds);
     return withAnd({m_database->about(m_time, m_table.timeUnit, range.from, range.to),
-                    m_seconds + " >= " + literal(from), m_seconds + " <= " + literal(to),
+                    m_seconds + " >= " + m_database->literal(from), m_seconds + " <= " + m_database->literal(to),
                     m_table.isLong() ? nameIn(properties) : std::string()});
 }
 
@@ -146,7 +137,8 @@ std::string TableStatements::rows(Properties properties, const Range& range) con
                 }
             place += " ELSE -1 END";
         }
-        statement += ", " + m_database->orNaN(m_database->real(place)) + " AS plotix_place, " + m_database->number(m_value);
+        statement +=
+            ", " + m_database->orNaN(m_database->real(place)) + " AS plotix_place, " + m_database->number(m_value);
         statement += " AS plotix_value";
     } else {
         for (std::size_t i = 0; i < properties.size(); ++i) {
@@ -229,7 +221,7 @@ std::string TableStatements::stretches(Properties properties, const Range& range
             statement += ", " + m_database->atFirst(value, time) + " AS " + value + "_first";
     }
     statement += " FROM (" + records(properties, range) + ") plotix_records GROUP BY floor((" + time + " - (";
-    statement += literal(of.start) + ")) / " + literal(of.seconds) + ") ORDER BY ";
+    statement += m_database->literal(of.start) + ")) / " + m_database->literal(of.seconds) + ") ORDER BY ";
     return statement += kFirst;
 }
 

@@ -1,3 +1,4 @@
+#include "records/tables/TableRecordStore.h"
 #include "base/PageCache.h"
 #include "base/ReportableError.h"
 #include "records/store/RecordStore.h"
@@ -140,7 +141,7 @@ TEST_P(TablesTest, WhateverIsAskedIsAsOfTheSameRecordsInMemory)
     std::map<double, std::optional<double>> kept;
     Rows rows;
     for (int i = 0; i < 5000; ++i) {
-        const double time = upTo(4000) / 8.0;
+        const double time = upTo(4000) / 7.0;
         const auto value = upTo(5) == 0 ? std::nullopt : std::optional(upTo(1000) / 7.0 - 70);
         rows.push_back({cellOf(time), cellOf(value)});
         std::optional<double>& greatest = kept[time];
@@ -162,7 +163,7 @@ TEST_P(TablesTest, WhateverIsAskedIsAsOfTheSameRecordsInMemory)
     const auto store = opened(wide(1));
     const std::vector<RowId> asked{1};
     for (int i = 0; i < 40; ++i) {
-        const double from = upTo(4400) / 8.0 - 20 + upTo(1) / 16.0, to = from + upTo(2000) / 8.0;
+        const double from = (upTo(4400) - 100) / 7.0, to = from + upTo(2000) / 7.0;
         const RecordBlock found = *store->read(1, asked, from, to), wanted = *twin.read(1, asked, from, to, {});
         ASSERT_EQ(timesOf(found), timesOf(wanted)) << from << " to " << to;
         for (std::size_t at = 0; at < wanted.times.size(); ++at) {
@@ -172,7 +173,8 @@ TEST_P(TablesTest, WhateverIsAskedIsAsOfTheSameRecordsInMemory)
                 ASSERT_EQ(found.columns[0].values[at], wanted.columns[0].values[at]);
             }
         }
-        const ColumnStatistics told = store->statistics(1, 1, from, to), known = static_cast<RecordStore&>(twin).statistics(1, 1, from, to);
+        const ColumnStatistics told = store->statistics(1, 1, from, to),
+                               known = static_cast<RecordStore&>(twin).statistics(1, 1, from, to);
         EXPECT_EQ(told.valid, known.valid);
         EXPECT_EQ(told.minimum, known.minimum);
         EXPECT_EQ(told.maximum, known.maximum);
@@ -181,6 +183,87 @@ TEST_P(TablesTest, WhateverIsAskedIsAsOfTheSameRecordsInMemory)
     }
 }
 
+/// A table that is too long to be read at once.
+class LongTablesTest : public TablesTest {
+protected:
+    static constexpr std::size_t kRows = 100'000;
+
+    void SetUp() override
+    {
+        Rows rows;
+        for (std::size_t i = 0; i < kRows; ++i) {
+            const double at = static_cast<double>(i) / 7;
+            rows.push_back({cellOf(1e9 + at), i % 1000 < 30 ? "\\N" : cellOf(std::sin(at)), cellOf(at)});
+        }
+        makeTable(2, rows);
+        const bool isClickHouse = m_database->address().startsWith(QLatin1String("clickhouse"));
+        m_store = std::make_shared<TableRecordStore>(isClickHouse ? clickHouseTables(m_database->address())
+                                                                  : postgresTables(m_database->address()),
+                                                     wide(2), 1000);
+    }
+    RecordColumns columns(std::optional<double> from = {}, std::optional<double> to = {})
+    {
+        return *m_store->columns(1, std::vector<RowId>{1, 2}, from, to, std::make_shared<PageCache>(), {});
+    }
+
+    std::shared_ptr<RecordStore> m_store;
+};
+
+TEST_P(LongTablesTest, WhatIsUnpackedIsWhatIsRead)
+{
+    const RecordColumns told = columns(1e9 + 10, 1e9 + 14'000);
+    const RecordBlock all = *m_store->read(1, std::vector<RowId>{1, 2}, 1e9 + 10, 1e9 + 14'000);
+    ASSERT_EQ(told.times.size(), all.times.size());
+    const auto times = told.times.hold(0, all.times.size());
+    const auto values = told.columns[0].values.hold(0, all.times.size());
+    for (std::size_t i = 0; i < all.times.size(); ++i) {
+        ASSERT_EQ(told.times[i], all.times[i]);
+        ASSERT_EQ(told.columns[0].validity.isValid(i), all.columns[0].validity.isValid(i));
+        if (all.columns[0].validity.isValid(i)) {
+            ASSERT_EQ(told.columns[0].values[i], all.columns[0].values[i]);
+        }
+    }
+    EXPECT_FALSE(told.failure->message());
+}
+
+TEST_P(LongTablesTest, WhatIsToldOfRunsIsTrue)
+{
+    const RecordColumns told = columns();
+    const RecordBlock all = *m_store->read(1, std::vector<RowId>{1}, {}, {});
+    const ValueRuns runs = told.columns[0].runs->unpacked();
+    ASSERT_EQ(runs.count(), told.runs->count());
+    EXPECT_EQ(told.runs->begin.back(), kRows);
+    for (std::size_t run = 0; run < runs.count(); ++run) {
+        const std::size_t begin = told.runs->begin[run], end = told.runs->begin[run + 1];
+        EXPECT_EQ(told.runs->first[run], all.times[begin]);
+        EXPECT_EQ(told.runs->last[run], all.times[end - 1]);
+        double least = HUGE_VAL, greatest = -HUGE_VAL;
+        for (std::size_t i = begin; i < end; ++i)
+            if (all.columns[0].validity.isValid(i)) {
+                least = std::min(least, all.columns[0].values[i]);
+                greatest = std::max(greatest, all.columns[0].values[i]);
+            }
+        ASSERT_EQ(runs.least[run], least);
+        ASSERT_EQ(runs.greatest[run], greatest);
+        const bool isFirst = all.columns[0].validity.isValid(begin);
+        ASSERT_TRUE(isFirst ? runs.first[run] == all.columns[0].values[begin] : std::isnan(runs.first[run]));
+    }
+    EXPECT_EQ(told.columns[0].total->valid, kRows - kRows / 1000 * 30);
+}
+
+TEST_P(LongTablesTest, RowsThatCameBetweenAreToldAndStandInsRise)
+{
+    const RecordColumns told = columns();
+    m_database->addRows("readings", {{cellOf(1e9 + 0.05), "1", "1"}});
+    const auto times = told.times.hold(0, 100);
+    ASSERT_TRUE(told.failure->message());
+    EXPECT_TRUE(told.failure->message()->contains("changed"));
+    for (std::size_t i = 1; i < 100; ++i)
+        ASSERT_GT(told.times[i], told.times[i - 1]);
+}
+
+INSTANTIATE_TEST_SUITE_P(Databases, LongTablesTest, testing::Values(&clickHouseForTables, &postgresForTables),
+                         [](const auto& kind) { return kind.index == 0 ? "ClickHouse" : "Postgres"; });
 INSTANTIATE_TEST_SUITE_P(Databases, TablesTest, testing::Values(&clickHouseForTables, &postgresForTables),
                          [](const auto& kind) { return kind.index == 0 ? "ClickHouse" : "Postgres"; });
 
