@@ -41,6 +41,10 @@ int runCommand(const CopyCommand& command, CommandContext context)
                            << countText(copied->properties, "property", "properties") << " of "
                            << countText(copied->agents, "agent", "agents")
                            << (copied->wentOn ? ", some of them copied before" : "") << "; all are the same.\n";
+    if (copied->attached > 0)
+        context.streams.output << countText(copied->attached, "agent shows", "agents show")
+                               << " a table of another database: the copy shows the same table, and its records stay "
+                                  "there.\n";
     return kCommandDone;
 }
 

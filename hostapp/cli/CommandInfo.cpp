@@ -1,3 +1,4 @@
+#include "base/ReportableError.h"
 #include "hostapp/cli/Commands.h"
 #include "hostapp/cli/EditLimits.h"
 #include "hostapp/cli/JsonWriter.h"
@@ -38,6 +39,8 @@ struct AgentInfo {
         QString problem;  ///< why it cannot be computed
     };
     QString name;
+    QString table;    ///< of somebody else's, that has its records; empty: they are the site's own
+    QString problem;  ///< why that cannot be read
     std::size_t records = 0;
     std::optional<double> first, last;  // times
     std::vector<Property> properties;
@@ -79,15 +82,24 @@ std::vector<AgentInfo> readAgents(const SiteDocument& document)
     for (const auto& agent : document.agents()) {
         AgentInfo& info = agents.emplace_back();
         info.name = agent->name();
+        info.table = document.attachedTable(*agent);
         std::vector<RowId> ids;
         for (const auto& property : agent->siteProperties())
             ids.push_back(property->description().id);
         // All properties at once: thousands of them, one by one, would each go through every record.
-        const RecordOverview overview = store.overview(agent->id(), ids);
-        info.records = overview.records();
-        if (const std::optional<RecordExtent> extent = store.extent(agent->id())) {
-            info.first = extent->first;
-            info.last = extent->last;
+        RecordOverview overview;
+        try {
+            overview = store.overview(agent->id(), ids);
+            info.records = overview.records();
+            if (const std::optional<RecordExtent> extent = store.extent(agent->id())) {
+                info.first = extent->first;
+                info.last = extent->last;
+            }
+        } catch (const ReportableError& error) {  // the other agents are there all the same
+            if (info.table.isEmpty())
+                throw;
+            info.problem = error.message();
+            overview.columns.resize(ids.size());
         }
         for (std::size_t index = 0; index < ids.size(); ++index)
             info.properties.push_back({agent->siteProperties()[index], statisticsOf(overview.columns[index]), {}});
@@ -154,6 +166,10 @@ void writeJson(std::ostream& out, const SiteDocument& document, const std::vecto
     for (const AgentInfo& agent : agents) {
         json.beginObject();
         json.text("name", agent.name);
+        if (!agent.table.isEmpty())
+            json.text("table", agent.table);
+        if (!agent.problem.isEmpty())
+            json.text("problem", agent.problem);
         json.count("records", agent.records);
         writeTimeText(json, "first", agent.first);
         writeTimeText(json, "last", agent.last);
@@ -178,6 +194,10 @@ void writeText(std::ostream& out, const SiteDocument& document, const std::vecto
         if (agent.records > 0)
             out << " from " << moment(agent.first) << " to " << moment(agent.last);
         out << '\n';
+        if (!agent.table.isEmpty())
+            out << "  the table " << agent.table.toStdString() << '\n';
+        if (!agent.problem.isEmpty())
+            out << "  cannot be read: " << agent.problem.toStdString() << '\n';
         for (const auto& [property, statistics, problem] : agent.properties) {
             const std::string unit = property->description().archivedUnit.toStdString();
             out << "  " << property->name().toStdString() << (unit.empty() ? "" : " (" + unit + ")") << ", "

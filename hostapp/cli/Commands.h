@@ -50,5 +50,7 @@ Command addCompact(CLI::App& program);
 Command addVerify(CLI::App& program);
 Command addCopy(CLI::App& program);
 Command addStore(CLI::App& program);
+Command addAttach(CLI::App& program);
+Command addDetach(CLI::App& program);
 
 }  // namespace plotix

@@ -16,7 +16,7 @@ std::vector<Command> addCommands(CLI::App& program)
 {
     std::vector<Command> commands;
     for (const auto add : {addOpen, addImport, addInfo, addNotes, addRender, addExport, addCase, addRecord, addServe,
-                           addReport, addEdit, addCompact, addVerify, addCopy, addStore})
+                           addReport, addEdit, addCompact, addVerify, addCopy, addStore, addAttach, addDetach})
         commands.push_back(add(program));
     return commands;
 }

@@ -1,6 +1,7 @@
 #include "hostapp/document/SiteCatalogue.h"
 
 #include "base/ReportableError.h"
+#include "hostapp/document/AttachedAgents.h"
 #include "hostapp/document/SiteSchema.h"
 #include "hostapp/document/SiteStore.h"
 
@@ -56,7 +57,10 @@ StoreServer::Row rowOf(RowKind kind, qint64 id, const QCborMap& map)
 
 QCborMap fromAgent(const SiteCatalogue::Agent& agent)
 {
-    return {{QStringLiteral("identifier"), agent.identifier}, {QStringLiteral("name"), agent.name}};
+    QCborMap map{{QStringLiteral("identifier"), agent.identifier}, {QStringLiteral("name"), agent.name}};
+    if (!agent.attached.isEmpty())
+        map.insert(QStringLiteral("attached"), agent.attached);
+    return map;
 }
 
 QCborMap fromProperty(qint64 agent, const SiteProperty::Description& property)
@@ -202,6 +206,8 @@ void storeRows(Database& database, const SiteCatalogue& catalogue)
             .bind(2, agent.identifier)
             .bind(3, agent.name)
             .run();
+        if (!agent.attached.isEmpty())
+            keepAttached(database, agent.id, agent.attached);
         for (const SiteProperty::Description& property : agent.properties) {
             Statement(database, "INSERT INTO property(id, agent, name, key, unit, archived_unit, color, type, visible) "
                                 "VALUES(?, ?, ?, ?, ?, ?, ?, ?, ?)")
@@ -251,8 +257,10 @@ SiteCatalogue SiteCatalogue::of(Database& database)
     catalogue.name = site.name;
     catalogue.location = site.location;
     catalogue.zone = tables.setting(QLatin1String(kZoneKey));
+    std::map<RowId, QByteArray> attached = attachedAgents(database);
     for (const SiteStore::Agent& agent : tables.agents())
-        catalogue.agents.push_back({agent.id, agent.identifier, agent.name, tables.properties(agent.id)});
+        catalogue.agents.push_back(
+            {agent.id, agent.identifier, agent.name, tables.properties(agent.id), attached[agent.id]});
     catalogue.limits = storedLimits(database);
     catalogue.notes = storedNotes(database);
     Statement plugIns(database, "SELECT id, class_name, state FROM plugin ORDER BY id");
@@ -309,6 +317,7 @@ void SiteCatalogue::updateIn(Database& database) const
     // Steps that could be undone know the tables as they were, without what others changed since.
     for (const char* table : {"kept", "step", "note_property", "note", "value_limit", "formula", "property", "agent"})
         Statement(database, QByteArray("DELETE FROM ") + table).run();
+    forgetAttached(database);
     storeRows(database, now);
 }
 
@@ -369,7 +378,8 @@ SiteCatalogue SiteCatalogue::ofRows(const std::vector<StoreServer::Row>& rows)
             catalogue.zone = map[QLatin1String("zone")].toByteArray();
             break;
         case RowKind::Agent:
-            catalogue.agents.push_back({row.id, text(map, "identifier"), text(map, "name"), {}});
+            catalogue.agents.push_back(
+                {row.id, text(map, "identifier"), text(map, "name"), {}, map[QLatin1String("attached")].toByteArray()});
             break;
         case RowKind::Property:
             if (Agent* agent = agentOf(catalogue, whole(map, "agent")))

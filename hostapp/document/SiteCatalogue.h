@@ -17,6 +17,7 @@ struct SiteCatalogue {
         qint64 id = 0;
         QString identifier, name;
         std::vector<SiteProperty::Description> properties;  ///< in the order they were added; computed ones too
+        QByteArray attached{};  ///< the table that has its records, see AttachedTable; empty: they are the site's own
     };
     QString name, location;
     QByteArray zone;            ///< as the site's setting has it; empty: none was chosen

@@ -151,6 +151,12 @@ std::size_t propertiesOf(const SiteCatalogue& catalogue)
     return count;
 }
 
+std::size_t attachedIn(const SiteCatalogue& catalogue)
+{
+    return static_cast<std::size_t>(std::count_if(catalogue.agents.begin(), catalogue.agents.end(),
+                                                  [](const auto& agent) { return !agent.attached.isEmpty(); }));
+}
+
 /// What is there stays as it is: a desk may have changed it since it was copied. Nobody else writes meanwhile.
 void putWhatIsNew(StoreServer& server, RecordStore& records, const SiteCatalogue& catalogue)
 {
@@ -171,7 +177,7 @@ std::optional<CopiedSite> copyToServer(const Place& from, const QString& to, con
     const std::shared_ptr<StoreServer> server = siteOnServer(to);
     const std::shared_ptr<RecordStore> records = recordsOf(*server, from.catalogue);
     putWhatIsNew(*server, *records, from.catalogue);
-    CopiedSite result{from.catalogue.agents.size(), propertiesOf(from.catalogue), 0, false};
+    CopiedSite result{from.catalogue.agents.size(), propertiesOf(from.catalogue), 0, attachedIn(from.catalogue), false};
     const auto copied = copyAgents(from, *records, result.wentOn, progress);
     if (!copied)
         return std::nullopt;
@@ -199,7 +205,7 @@ std::optional<CopiedSite> copyToFile(const Place& from, const QString& to, const
         throw ReportableError(QStringLiteral("%1 is what was left of copying another site: remove it").arg(inWork));
     else
         from.catalogue.completeFile(inWork);
-    CopiedSite result{from.catalogue.agents.size(), propertiesOf(from.catalogue), 0, false};
+    CopiedSite result{from.catalogue.agents.size(), propertiesOf(from.catalogue), 0, attachedIn(from.catalogue), false};
     {
         const std::shared_ptr<RecordStore> records = recordsOfSite(inWork);
         const auto copied = copyAgents(from, *records, result.wentOn, progress);

@@ -13,7 +13,8 @@ namespace plotix {
 
 struct CopiedSite {
     std::size_t agents = 0, properties = 0, records = 0;
-    bool wentOn = false;  ///< with a copy that was interrupted
+    std::size_t attached = 0;  ///< agents whose records are elsewhere: that comes along, and not the records
+    bool wentOn = false;       ///< with a copy that was interrupted
 };
 
 /// A copy that is interrupted goes on where it ended when it is asked for again: a file is made under NAME.copying and

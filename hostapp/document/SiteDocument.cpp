@@ -4,6 +4,8 @@
 #include "base/ZoneNames.h"
 #include "hostapp/core/Units.h"
 #include "hostapp/document/ArchiveManager.h"
+#include "hostapp/document/AttachedAgents.h"
+#include "hostapp/document/AttachedRecords.h"
 #include "hostapp/document/ComputedRecords.h"
 #include "hostapp/document/DeskFile.h"
 #include "hostapp/document/DeskWatch.h"
@@ -34,7 +36,9 @@ constexpr int kWatchInterval = 500;  // milliseconds between two looks whether t
 
 struct SiteDocument::Store {
     explicit Store(const QString& path)
-        : database(path, siteSchema(), Database::Access::BestAvailable), tables(database)
+        : database(path, siteSchema(), Database::Access::BestAvailable),
+          tables(database),
+          attached(std::make_shared<AttachedRecords>(recordsOfSite(path)))
     {
     }
 
@@ -47,6 +51,7 @@ struct SiteDocument::Store {
 
     Database database;
     SiteStore tables;
+    const std::shared_ptr<AttachedRecords> attached;      // those of the site, and the tables beside them
     std::map<qint64, SiteProperty::Description> stored;   // by id: as last read or written
     std::map<qint64, SiteProperty::Description> unsaved;  // by id: changes that wait for another writer
     int tries = 0;
@@ -73,7 +78,7 @@ std::shared_ptr<SiteDocument> SiteDocument::open(const QString& path)
 SiteDocument::SiteDocument(const QString& path)
     : m_store(std::make_unique<Store>(path)),
       m_path(QFileInfo(path).absoluteFilePath()),
-      m_computed(std::make_shared<ComputedRecords>(recordsOfSite(m_path)))
+      m_computed(std::make_shared<ComputedRecords>(m_store->attached))
 {
     m_records = m_computed;
     m_store->retry.setSingleShot(true);
@@ -144,6 +149,7 @@ void SiteDocument::reload()
     m_siteName = site.name;
     m_siteLocation = site.location;
     m_zone = zone;
+    m_store->attached->setAttached(attachedAgents(m_store->database));
     std::vector<std::shared_ptr<SiteAgent>> changed;
     const bool differs = reloadAgents(changed);
     const bool saysOtherwise = reloadAnnotations();
@@ -156,6 +162,13 @@ void SiteDocument::reload()
         emit agent->propertiesChanged();
     if (saysOtherwise)
         emit annotationsChanged();
+}
+
+QString SiteDocument::attachedTable(const SiteAgent& agent) const
+{
+    const std::map<RowId, QByteArray> attached = attachedAgents(m_store->database);
+    const auto found = attached.find(agent.id());
+    return found == attached.end() ? QString() : attachedTitle(found->second);
 }
 
 bool SiteDocument::reloadAnnotations()

@@ -65,7 +65,10 @@ public:
     AnnotationEditor* annotationEditor() const { return m_annotationEditor; }
     void setAnnotationEditor(AnnotationEditor* editor) { m_annotationEditor = editor; }
 
-    /// The records of the site's agents, computed properties among them.
+    /// The table of somebody else's that has the agent's records, for people; empty: they are the site's own.
+    QString attachedTable(const SiteAgent& agent) const;
+
+    /// The records of the site's agents, computed properties and attached tables among them.
     const std::shared_ptr<RecordStore>& records() const { return m_records; }
 
     /// What names in formulas mean at this moment.

@@ -3,6 +3,7 @@
 #include "base/ReportableError.h"
 #include "hostapp/core/Units.h"
 #include "hostapp/document/AgentLock.h"
+#include "hostapp/document/AttachedAgents.h"
 #include "hostapp/document/ElementMoving.h"
 #include "hostapp/document/RecordKeeping.h"
 #include "hostapp/document/SiteAnnotations.h"
@@ -104,6 +105,11 @@ FormulaDirectory SiteEdit::directory() const
 void SiteEdit::requireNotRecorded(const SiteStore::Agent& agent) const
 {
     const AgentLock lock(m_database.file(), agent.id, agent.name);
+}
+
+void SiteEdit::requireOwnRecords(const SiteStore::Agent& agent)
+{
+    plotix::requireOwnRecords(m_database, agent.id, agent.name);
 }
 
 void SiteEdit::begin(EditStep::Kind kind, const QString& subject)

@@ -38,6 +38,9 @@ public:
     /// A recorder goes on with the numbers of the properties it found when it began.
     void requireNotRecorded(const SiteStore::Agent& agent) const;
 
+    /// Throws for one whose records are a table of somebody else's: they cannot be changed.
+    void requireOwnRecords(const SiteStore::Agent& agent);
+
     void begin(EditStep::Kind kind, const QString& subject);
 
     /// The first one's values go into the other; both are kept as they were. Throws where their units do not convert.

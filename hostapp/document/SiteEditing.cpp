@@ -90,6 +90,7 @@ EditOutcome mergeProperties(const QString& site, RowId id, RowId intoId, const E
     requireRecorded(from);
     requireRecorded(into);
     edit.requireNotRecorded(agent);
+    edit.requireOwnRecords(agent);
     edit.begin(Kind::Merge, subjectOf(subjectOf(agent, from), into.name));
     edit.expectToAbsorb(agent.id, agent.id, 1);
     edit.expectToTakeOut(agent.id);
@@ -110,6 +111,8 @@ EditOutcome mergeAgents(const QString& site, RowId id, RowId intoId, const EditP
     if (id == intoId)
         throw ReportableError(QStringLiteral("Choose two agents to merge."));
     edit.requireNotRecorded(agent);
+    edit.requireOwnRecords(agent);
+    edit.requireOwnRecords(into);
     edit.begin(Kind::Merge, subjectOf(agent.name, into.name));
     const std::vector<RowId> all = edit.propertyIds(id);
     edit.expectToAbsorb(id, intoId, all.size());
@@ -219,6 +222,7 @@ EditOutcome removeValues(const QString& site, RowId id, const std::vector<RowId>
     SiteEdit edit(site, progress);
     const SiteStore::Agent agent = edit.agent(id);
     const std::vector<RowId> properties = recordedOnes(edit, chosen);
+    edit.requireOwnRecords(agent);
     edit.begin(Kind::RemoveValues,
                properties.size() == 1 ? subjectOf(agent, edit.property(properties.front())) : agent.name);
     edit.countValues(id, properties, from, to);

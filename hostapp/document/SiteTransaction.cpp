@@ -1,6 +1,7 @@
 #include "hostapp/document/SiteTransaction.h"
 
 #include "base/ReportableError.h"
+#include "hostapp/document/AttachedAgents.h"
 #include "hostapp/document/DeskFile.h"
 #include "hostapp/document/RecordKeeping.h"
 #include "hostapp/document/SiteSchema.h"
@@ -139,8 +140,21 @@ bool SiteTransaction::createdFile() const
 RowId SiteTransaction::findOrCreateAgent(const QString& name)
 {
     SiteStore store(*m_impl->database);
-    if (const std::optional<SiteStore::Agent> found = store.agentOnceNamed(name))
+    if (const std::optional<SiteStore::Agent> found = store.agentOnceNamed(name)) {
+        requireOwnRecords(*m_impl->database, found->id, found->name);
         return found->id;
+    }
+    return addAgent(name);
+}
+
+void SiteTransaction::attach(RowId agent, const AttachedTable& table)
+{
+    keepAttached(*m_impl->database, agent, table.bytes());
+}
+
+RowId SiteTransaction::addAgent(const QString& name)
+{
+    SiteStore store(*m_impl->database);
     const RowId made = store.addAgent(name).id;
     if (m_impl->step)
         m_impl->step->madeAgent(made);

@@ -16,6 +16,8 @@
 /// `SiteDocument::reload` picks up what was added. Throws ReportableError.
 namespace plotix {
 
+struct AttachedTable;  // records/store
+
 class SiteTransaction {
 public:
     struct Property {
@@ -40,7 +42,12 @@ public:
     void keepForUndo(RowId agent, const std::vector<RowId>& properties, double from, double to);
 
     /// Finds an agent by its name, else by one it gave up; else creates it.
+    /// Throws where its records are a table of somebody else's: whoever asks is about to store some.
     RowId findOrCreateAgent(const QString& name);
+    /// A new one; throws where the name is taken.
+    RowId addAgent(const QString& name);
+    /// Makes the table the agent's records. Requires: it has none of its own, and the table's properties.
+    void attach(RowId agent, const AttachedTable& table);
     QString agentName(RowId agent) const;
 
     /// Finds a recorded property by its name, else by the name's camel case, else by a name it gave up; else creates

@@ -92,6 +92,7 @@ public:
         }
     }
     std::span<const std::byte> bytes() { return take(length()); }
+    std::span<const std::byte> raw(std::size_t count) { return take(count); }
     std::string_view text()
     {
         const auto found = bytes();

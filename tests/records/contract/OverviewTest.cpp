@@ -121,6 +121,6 @@ TEST_P(OverviewTest, TheExtentIsThatOfTheRuns)
     }
 }
 
-HELD_BY_EVERY_STORE(OverviewTest);
+HELD_BY_EVERYTHING_READ(OverviewTest);
 
 }  // namespace

@@ -103,6 +103,6 @@ TEST_P(ReadingTest, AnAgentThatIsNotThereHasNoRecords)
     EXPECT_TRUE(opened()->overview(agent + 1, {}).runs.empty());
 }
 
-HELD_BY_EVERY_STORE(ReadingTest);
+HELD_BY_EVERYTHING_READ(ReadingTest);
 
 }  // namespace

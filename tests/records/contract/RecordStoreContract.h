@@ -24,6 +24,8 @@ struct StoreKind {
 };
 
 const std::vector<StoreKind>& storesUnderTest();
+/// With those that others write: a test stores by the way.
+const std::vector<StoreKind>& storesReadUnderTest();
 
 /// One of the stores, with an agent of two properties.
 class StoreFixture : public RecordsFixture {
@@ -47,6 +49,11 @@ class RecordStoreContract : public StoreFixture, public testing::WithParamInterf
 protected:
     RecordStoreContract() : StoreFixture(GetParam()) {}
 };
+
+/// Of suites that are about reading alone.
+#define HELD_BY_EVERYTHING_READ(Suite)                                                                                 \
+    INSTANTIATE_TEST_SUITE_P(Stores, Suite, testing::ValuesIn(storesReadUnderTest()),                                  \
+                             [](const auto& kind) { return std::string(kind.param.name); })
 
 #define HELD_BY_EVERY_STORE(Suite)                                                                                     \
     INSTANTIATE_TEST_SUITE_P(Stores, Suite, testing::ValuesIn(storesUnderTest()),                                      \

@@ -82,6 +82,6 @@ TEST_P(StatisticsTest, ARangeWithoutValuesHasNone)
     EXPECT_EQ(opened()->statistics(agent, wind).average, 0);
 }
 
-HELD_BY_EVERY_STORE(StatisticsTest);
+HELD_BY_EVERYTHING_READ(StatisticsTest);
 
 }  // namespace

@@ -2,6 +2,7 @@
 #include "tests/records/clickhouse/ClickHouseUnderTest.h"
 #include "tests/records/contract/RecordStoreContract.h"
 #include "tests/records/sqlite/SqliteFile.h"
+#include "tests/records/tables/TablesUnderTest.h"
 
 namespace {
 
@@ -44,5 +45,20 @@ const std::vector<StoreKind>& storesUnderTest()
                                                {"Sqlite", &make<SqliteUnderTest>},
                                                {"ClickHouse", &make<ClickHouseUnderTest>},
                                                {"ClickHouseShards", &make<ClickHouseShardsUnderTest>}};
+    return stores;
+}
+
+const std::vector<StoreKind>& storesReadUnderTest()
+{
+    static const std::vector<StoreKind> stores = [] {
+        std::vector<StoreKind> all = storesUnderTest();
+        all.push_back({"ClickHouseTable", []() -> std::unique_ptr<StoreUnderTest> {
+                           return std::make_unique<TablesUnderTest>(clickHouseForTables());
+                       }});
+        all.push_back({"PostgresTable", []() -> std::unique_ptr<StoreUnderTest> {
+                           return std::make_unique<TablesUnderTest>(postgresForTables());
+                       }});
+        return all;
+    }();
     return stores;
 }
