@@ -72,6 +72,24 @@ bool hasTable(ServerConnection& server, const char* table)
                                 .toStdString()) > 0;
 }
 
+/// Nothing: there is no such table. Asked afterwards, as one of several replicas that was set up anew has none either.
+template <class Ask>
+auto unlessGone(ServerConnection& server, const char* table, Ask&& ask) -> std::optional<decltype(ask())>
+{
+    try {
+        return ask();
+    } catch (const ReportableError&) {
+        if (hasTable(server, table))
+            throw;
+    }
+    return std::nullopt;
+}
+
+QString shardsText(std::size_t count)
+{
+    return count == 1 ? QStringLiteral("1 shard") : QStringLiteral("%1 shards").arg(count);
+}
+
 struct Listed {
     std::size_t number = 0;
     std::string origin;
@@ -96,28 +114,31 @@ std::vector<Listed> listedOn(ServerConnection& server)
 void requireShard(ServerConnection& server, const std::string& origin)
 {
     const std::size_t number = *server.address().shard + 1;
-    if (!hasTable(server, "shard"))
+    const std::vector<Listed> listed =
+        unlessGone(server, "shard", [&] { return listedOn(server); }).value_or(std::vector<Listed>());
+    if (listed.empty())
         throw ReportableError(QStringLiteral("%1 has no shard %2 of that site: name the shards in the order they were "
                                              "made, with + between.")
                                   .arg(server.address().title())
                                   .arg(number));
-    const std::vector<Listed> listed = listedOn(server);
     if (listed.size() != 1 || listed.front().number != number || (!origin.empty() && listed.front().origin != origin))
         throw ReportableError(QStringLiteral("%1 has shard %2 of another site, “%3”: correct the address.")
                                   .arg(server.address().title())
                                   .arg(number)
-                                  .arg(listed.empty() ? QString() : QString::fromStdString(listed.front().origin)));
+                                  .arg(QString::fromStdString(listed.front().origin)));
 }
 
 }  // namespace
 
 std::optional<SiteLayout> layoutOn(ServerConnection& home)
 {
-    if (!hasTable(home, "about"))
+    const std::optional<std::uint64_t> version = unlessGone(home, "about", [&] {
+        return numberOf(home, "SELECT toUInt64(max(version)) FROM " + SiteTables(home.address()).about());
+    });
+    if (!version)
         return std::nullopt;
     SiteLayout layout;
-    layout.version = static_cast<std::uint32_t>(
-        numberOf(home, "SELECT toUInt64(max(version)) FROM " + SiteTables(home.address()).about()));
+    layout.version = static_cast<std::uint32_t>(*version);
     constexpr std::uint32_t kShardsSince = 2;
     if (layout.version < kShardsSince || layout.version > StoreServer::kVersion)
         return layout;
@@ -138,17 +159,17 @@ void requireSuitable(const SiteLayout& layout, const ServerAddress& address)
     const std::size_t named = address.others.size() + 1;
     if (layout.shards < named)
         throw ReportableError(
-            QStringLiteral("%1 has %2 shards and the address names %3: “plotix store %4” adds those "
+            QStringLiteral("%1 has %2 and the address names %3: “plotix store %4” adds those "
                            "that are missing")
                 .arg(address.title())
-                .arg(layout.shards)
+                .arg(shardsText(layout.shards))
                 .arg(named)
                 .arg(layout.version < StoreServer::kVersion ? QStringLiteral("upgrade") : QStringLiteral("create")));
     if (layout.shards > named)
-        throw ReportableError(QStringLiteral("%1 has %2 shards and the address names %3: name all of them in their "
+        throw ReportableError(QStringLiteral("%1 has %2 and the address names %3: name all of them in their "
                                              "order, with + between")
                                   .arg(address.title())
-                                  .arg(layout.shards)
+                                  .arg(shardsText(layout.shards))
                                   .arg(named));
 }
 
