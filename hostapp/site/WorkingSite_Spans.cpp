@@ -48,8 +48,12 @@ void WorkingSite::settle(KTVPlugIn& plugIn, Wanted wanted) const
 std::optional<double> WorkingSite::firstRecordOf(const KTVPlugIn& plugIn) const
 {
     const auto agent = plugIn.agent() ? m_document->agentWithIdentifier(plugIn.agent()->uniqueIdentifier()) : nullptr;
-    const auto extent = agent ? m_document->records()->extent(agent->id()) : std::nullopt;
-    return extent ? std::optional(extent->first) : std::nullopt;
+    try {
+        const auto extent = agent ? m_document->records()->extent(agent->id()) : std::nullopt;
+        return extent ? std::optional(extent->first) : std::nullopt;
+    } catch (const ReportableError&) {  // reading says why they cannot be had
+        return std::nullopt;
+    }
 }
 
 void WorkingSite::followAgain()

@@ -13,7 +13,8 @@ namespace plotix {
 namespace {
 
 constexpr std::size_t kPiece = 16384;  // records of an index's piece
-constexpr double kStretches = 256;     // of an overview
+constexpr auto kCountedFor = std::chrono::seconds(1);
+constexpr double kStretches = 256;  // of an overview
 
 }  // namespace
 
@@ -107,8 +108,20 @@ bool TableRecordStore::hasMoreThan(std::size_t records, RowId, std::optional<dou
     const Range range{from, to};
     if (range.isEmpty())
         return false;
-    const std::vector<double> count = numbers(statements()->countUpTo(records + 1, range), 1);
-    return !count.empty() && count[0] > static_cast<double>(records);
+    using Clock = std::chrono::steady_clock;
+    const auto wanted = static_cast<double>(records);
+    {
+        const std::lock_guard lock(m_mutex);
+        const bool isSame = m_counted.range == range && Clock::now() < m_counted.until;
+        if (isSame && (records < m_counted.most || m_counted.rows < static_cast<double>(m_counted.most)))
+            return m_counted.rows > wanted;
+    }
+    const std::size_t most = std::max(records, m_little) + 1;
+    const std::vector<double> count = numbers(statements()->countUpTo(most, range), 1);
+    const double rows = count.empty() ? 0 : count[0];
+    const std::lock_guard lock(m_mutex);
+    m_counted = {range, rows, most, Clock::now() + kCountedFor};
+    return rows > wanted;
 }
 
 RecordIndex TableRecordStore::index(RowId agent, std::span<const RowId> properties, std::optional<double> from,

@@ -3,6 +3,7 @@
 #include "records/store/RecordStore.h"
 #include "records/tables/TableStatements.h"
 
+#include <chrono>
 #include <mutex>
 
 /// The records of one table of somebody else's, for whichever agent is asked for; nothing is ever written. *Shared*;
@@ -61,6 +62,14 @@ private:
     const std::size_t m_little;
     std::mutex m_mutex;
     std::shared_ptr<const TableStatements> m_statements;  // under the mutex
+    /// Whoever reads asks twice whether that is much, one after the other.
+    struct Counted {
+        Range range;
+        double rows = 0;
+        std::size_t most = 0;  // no further was counted
+        std::chrono::steady_clock::time_point until;
+    };
+    Counted m_counted;  // under the mutex
 };
 
 }  // namespace plotix

@@ -23,6 +23,7 @@ public:
     struct Range {
         std::optional<double> from, to;
 
+        friend bool operator==(const Range&, const Range&) = default;
         bool isEmpty() const
         {
             return std::isnan(from.value_or(0)) || std::isnan(to.value_or(0)) || (from && to && *from > *to);
