@@ -2,6 +2,7 @@
 
 #include "base/Date.h"
 #include "base/ReportableError.h"
+#include "hostapp/document/ChangedMeanwhile.h"
 #include "hostapp/document/SiteEdit.h"
 
 #include <algorithm>
@@ -12,12 +13,30 @@ namespace {
 
 using Kind = EditStep::Kind;
 
-SiteNote storedNote(const Database& database, qint64 id)
+std::optional<SiteNote> findNote(const Database& database, qint64 id)
 {
     for (const SiteNote& note : storedNotes(database))
         if (note.id == id)
             return note;
+    return std::nullopt;
+}
+
+SiteNote storedNote(const Database& database, qint64 id)
+{
+    if (const std::optional<SiteNote> note = findNote(database, id))
+        return *note;
     throw ReportableError(QStringLiteral("This note is not there any more."));
+}
+
+EditOutcome write(SiteEdit& edit, SiteNote note, qint64* made)
+{
+    note.modified = currentDate().seconds;
+    note.created = note.id == 0 ? note.modified : storedNote(edit.database(), note.id).created;
+    edit.begin(Kind::Notes, shortText(note.text));
+    const qint64 id = storeNote(edit.database(), note);
+    if (made)
+        *made = id;
+    return edit.finish();
 }
 
 }  // namespace
@@ -46,16 +65,31 @@ EditOutcome changeLimits(const QString& site, RowId id, const LimitChange& chang
     return edit.finish();
 }
 
+EditOutcome replaceLimits(const QString& site, RowId property, const std::vector<SiteLimit>& before,
+                          const std::vector<SiteLimit>& wanted)
+{
+    return changeLimits(site, property, [&](std::vector<SiteLimit>& limits) {
+        if (limits != before)
+            throw ChangedMeanwhile(limits);
+        limits = wanted;
+    });
+}
+
 EditOutcome writeNote(const QString& site, SiteNote note, qint64* made)
 {
     SiteEdit edit(site);
-    note.modified = currentDate().seconds;
-    note.created = note.id == 0 ? note.modified : storedNote(edit.database(), note.id).created;
-    edit.begin(Kind::Notes, shortText(note.text));
-    const qint64 id = storeNote(edit.database(), note);
-    if (made)
-        *made = id;
-    return edit.finish();
+    return write(edit, std::move(note), made);
+}
+
+EditOutcome rewriteNote(const QString& site, const SiteNote& before, const SiteNote& wanted)
+{
+    SiteEdit edit(site);
+    const std::optional<SiteNote> theirs = findNote(edit.database(), before.id);
+    if (!theirs)
+        throw ChangedMeanwhile({});
+    if (*theirs != before)
+        throw ChangedMeanwhile(*theirs);
+    return write(edit, wanted, nullptr);
 }
 
 EditOutcome removeNotes(const QString& site, const std::vector<qint64>& ids)

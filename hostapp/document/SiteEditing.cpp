@@ -2,6 +2,7 @@
 
 #include "base/ReportableError.h"
 #include "hostapp/core/Units.h"
+#include "hostapp/document/ChangedMeanwhile.h"
 #include "hostapp/document/SiteEdit.h"
 #include "hostapp/document/SiteSchema.h"
 #include "hostapp/formulas/FormulaPlan.h"
@@ -144,9 +145,10 @@ EditOutcome mergeAgents(const QString& site, RowId id, RowId intoId, const EditP
     return edit.finish();
 }
 
-EditOutcome computeProperty(const QString& site, RowId agentId, const ComputedProperty& wanted, std::optional<RowId> id)
+namespace {
+
+EditOutcome compute(SiteEdit& edit, RowId agentId, const ComputedProperty& wanted, std::optional<RowId> id)
 {
-    SiteEdit edit(site);
     const SiteStore::Agent agent = edit.agent(agentId);
     const QString name = wanted.name.trimmed();
     const FormulaPlan plan = planFormula(edit.directory(), agentId, wanted.formula, id.value_or(0));
@@ -176,6 +178,26 @@ EditOutcome computeProperty(const QString& site, RowId agentId, const ComputedPr
     property->color = wanted.color.value_or(property->color);
     edit.tables().updateProperty(*property);
     return edit.finish();
+}
+
+}  // namespace
+
+EditOutcome computeProperty(const QString& site, RowId agent, const ComputedProperty& wanted, std::optional<RowId> id)
+{
+    SiteEdit edit(site);
+    return compute(edit, agent, wanted, id);
+}
+
+EditOutcome changeComputed(const QString& site, RowId agent, const ComputedProperty& wanted, const Description& before)
+{
+    SiteEdit edit(site);
+    const FormulaDirectory directory = edit.directory();
+    const Description* theirs = directory.propertyWithId(before.id);
+    if (!theirs)
+        throw ChangedMeanwhile({});
+    if (theirs->name != before.name || theirs->formula != before.formula)
+        throw ChangedMeanwhile(*theirs);
+    return compute(edit, agent, wanted, before.id);
 }
 
 EditOutcome deleteProperty(const QString& site, RowId id, const EditProgress& progress)

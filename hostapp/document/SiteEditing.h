@@ -1,6 +1,7 @@
 #pragma once
 
 #include "hostapp/core/PropertyFormula.h"
+#include "hostapp/core/SiteProperty.h"
 #include "hostapp/document/EditJournal.h"
 
 #include <QtCore/QString>
@@ -39,6 +40,10 @@ struct ComputedProperty {
 /// worked out, and where the name is taken.
 EditOutcome computeProperty(const QString& site, RowId agent, const ComputedProperty& wanted,
                             std::optional<RowId> property = {});
+/// Changes one for who looked at it before; throws ChangedMeanwhile where its name or formula is another now, or it is
+/// gone.
+EditOutcome changeComputed(const QString& site, RowId agent, const ComputedProperty& wanted,
+                           const SiteProperty::Description& before);
 
 EditOutcome deleteProperty(const QString& site, RowId property, const EditProgress& progress = {});
 /// With its properties, records and stored views.

@@ -24,7 +24,6 @@ namespace {
 
 // Stored: never change.
 constexpr auto kWaitingEnding = ".waiting.plotix";
-constexpr auto kDeskWaitingEnding = ".desk.plotix";
 constexpr RowId kWaitingAgent = 1;  // the only one of its file
 
 constexpr std::uint64_t kUsualLargest = std::uint64_t{1} << 30;
@@ -34,9 +33,6 @@ constexpr std::size_t kMostInBatch = 1000, kMostValuesInBatch = 500'000;  // at 
 QString baseOf(const QString& desk)
 {
     const QFileInfo info(desk);
-    QString name = info.fileName();
-    if (name.endsWith(QLatin1String(kDeskWaitingEnding)))
-        name.chop(static_cast<qsizetype>(qstrlen(kDeskWaitingEnding)));
     const QString folder = QFileInfo(info.absolutePath()).canonicalFilePath();
     return (folder.isEmpty() ? info.absolutePath() : folder) + QLatin1Char('/') + nameOfDesk(desk) + QLatin1Char(' ');
 }

@@ -4,6 +4,7 @@
 #include "hostapp/document/AnnotationEditing.h"
 #include "hostapp/site/PlugInOperations.h"
 #include "hostapp/site/TrendZone.h"
+#include "hostapp/window/ConflictNotice.h"
 #include "hostapp/window/SiteEditor.h"
 #include "hostapp/window/annotating/LimitsDialog.h"
 #include "hostapp/window/annotating/NoteDialog.h"
@@ -41,12 +42,17 @@ void AnnotationAsking::editLimits(const SiteAgent& agent, const QString& propert
     std::vector<SiteLimit> before = m_around.site.siteDocument()->limits();
     std::erase_if(before, [id](const SiteLimit& limit) { return limit.property != id; });
     LimitsDialog dialog(property->name(), property->unit(), before, m_around.windowInFront());
-    if (dialog.exec() != QDialog::Accepted || dialog.limits() == before)
-        return;
-    m_around.editor.edit(tr("Limits of %1").arg(property->name()),
-                         [site = site(), id, wanted = dialog.limits()](const EditProgress&) {
-                             return changeLimits(site, id, [&](std::vector<SiteLimit>& limits) { limits = wanted; });
-                         });
+    while (dialog.exec() == QDialog::Accepted && dialog.limits() != before) {
+        const auto changed =
+            m_around.editor.edit(tr("Limits of %1").arg(property->name()),
+                                 [site = site(), id, before, wanted = dialog.limits()](const EditProgress&) {
+                                     return replaceLimits(site, id, before, wanted);
+                                 });
+        if (!changed)
+            return;
+        before = std::get<std::vector<SiteLimit>>(changed->theirs());
+        showConflict(dialog, *changed);
+    }
 }
 
 void AnnotationAsking::addNote(const SiteAgent& agent, double from, double to, const QStringList& propertyNames)
@@ -90,13 +96,23 @@ void AnnotationAsking::askForNote(const SiteNote& before)
                                                       : property->name());
     QWidget* over = m_notes && m_notes->isActiveWindow() ? m_notes.data() : m_around.windowInFront();
     NoteDialog dialog(before, properties, over, zoneOfTrend(m_around.trendInFront().get()));
-    if (dialog.exec() != QDialog::Accepted || dialog.note() == before)
-        return;
-    const SiteNote wanted = dialog.note();
-    setPersonName(wanted.author);
-    m_around.editor.edit(before.id == 0 ? tr("Note “%1”").arg(shortText(wanted.text))
-                                        : tr("Change note “%1”").arg(shortText(wanted.text)),
-                         [site = site(), wanted](const EditProgress&) { return writeNote(site, wanted); });
+    SiteNote seen = before;
+    while (dialog.exec() == QDialog::Accepted && dialog.note() != before) {
+        SiteNote wanted = dialog.note();
+        wanted.id = seen.id;
+        setPersonName(wanted.author);
+        const auto changed =
+            m_around.editor.edit(seen.id == 0 ? tr("Note “%1”").arg(shortText(wanted.text))
+                                              : tr("Change note “%1”").arg(shortText(wanted.text)),
+                                 [site = site(), seen, wanted](const EditProgress&) {
+                                     return seen.id == 0 ? writeNote(site, wanted) : rewriteNote(site, seen, wanted);
+                                 });
+        if (!changed)
+            return;
+        const auto* theirs = std::get_if<SiteNote>(&changed->theirs());
+        seen = theirs ? *theirs : SiteNote();
+        showConflict(dialog, *changed);
+    }
 }
 
 void AnnotationAsking::removeNotes(const std::vector<qint64>& notes)

@@ -4,6 +4,7 @@
 #include "hostapp/document/ForeignProperty.h"
 #include "hostapp/document/SiteEditing.h"
 #include "hostapp/site/PlugInOperations.h"
+#include "hostapp/window/ConflictNotice.h"
 #include "hostapp/window/WorkProgress.h"
 #include "hostapp/window/computing/ComputedPropertyDialog.h"
 #include "hostapp/window/computing/JoinDialog.h"
@@ -57,6 +58,7 @@ EditCommand::Result SiteEditor::apply(const QString& text, const std::function<v
         return EditCommand::Result::NotDone;
     emit beginning();
     m_isEditing = true;
+    m_changed.reset();
     auto result = EditCommand::Result::NotDone;
     QString failure;
     try {
@@ -65,6 +67,8 @@ EditCommand::Result SiteEditor::apply(const QString& text, const std::function<v
         takeIn();
     } catch (const EditCancelled&) {
         emit told(tr("Cancelled; nothing was changed."));
+    } catch (const ChangedMeanwhile& changed) {
+        m_changed = changed;
     } catch (const std::exception& error) {
         failure = QString::fromUtf8(error.what());
     }
@@ -100,17 +104,18 @@ EditCommand::Result SiteEditor::undo(const QString& text, qint64 step)
     return result == EditCommand::Result::Done ? result : otherwise;
 }
 
-void SiteEditor::edit(const QString& text, Work work)
+std::optional<ChangedMeanwhile> SiteEditor::edit(const QString& text, Work work)
 {
     const auto outcome = std::make_shared<EditOutcome>();
     const auto again = [this, text, outcome, work = std::move(work)] {
         return apply(text, [&](const EditProgress& progress) { *outcome = work(progress); });
     };
     if (again() != EditCommand::Result::Done)
-        return;
+        return m_changed;
     m_around.undoStack.push(
         new EditCommand(text, m_around.undoStack, again, [this, text, outcome] { return undo(text, outcome->step); }));
     tellFormulas(*outcome);
+    return std::nullopt;
 }
 
 void SiteEditor::tellFormulas(const EditOutcome& outcome)
@@ -135,14 +140,20 @@ void SiteEditor::askAndCompute(const std::shared_ptr<SiteAgent>& agent, const st
     if (property)
         about.property = property->description();
     ComputedPropertyDialog dialog(about, m_around.windowInFront());
-    if (dialog.exec() != QDialog::Accepted)
-        return;
-    const std::optional<RowId> id = property ? std::optional(property->description().id) : std::nullopt;
-    const ComputedProperty wanted = dialog.property();
-    edit(property ? tr("Change the formula of “%1”").arg(wanted.name) : tr("Compute “%1”").arg(wanted.name),
-         [site = site(), owner = agent->id(), wanted, id](const EditProgress&) {
-             return computeProperty(site, owner, wanted, id);
-         });
+    std::optional<SiteProperty::Description> before = about.property;
+    while (dialog.exec() == QDialog::Accepted) {
+        const ComputedProperty wanted = dialog.property();
+        const auto changed = edit(
+            before ? tr("Change the formula of “%1”").arg(wanted.name) : tr("Compute “%1”").arg(wanted.name),
+            [site = site(), owner = agent->id(), wanted, before](const EditProgress&) {
+                return before ? changeComputed(site, owner, wanted, *before) : computeProperty(site, owner, wanted);
+            });
+        if (!changed)
+            return;
+        const auto* theirs = std::get_if<SiteProperty::Description>(&changed->theirs());
+        before = theirs ? std::optional(*theirs) : std::nullopt;
+        showConflict(dialog, *changed);
+    }
 }
 
 // Steps that were made before one that fails are taken back: it is all or none.

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "hostapp/document/ChangedMeanwhile.h"
 #include "hostapp/document/EditJournal.h"
 #include "hostapp/document/EditProgress.h"
 #include "hostapp/site/WorkingSite.h"
@@ -10,6 +11,7 @@
 
 #include <functional>
 #include <memory>
+#include <optional>
 #include <utility>
 
 class QUndoStack;
@@ -62,8 +64,9 @@ public:
     void askAndUndoImport();
 
     using Work = std::function<EditOutcome(const EditProgress&)>;
-    /// Does it, and puts it on the undo stack.
-    void edit(const QString& text, Work work);
+    /// Does it, and puts it on the undo stack. Answers what somebody else made of it meanwhile, where that is why
+    /// nothing was stored; everything else that fails is told.
+    std::optional<ChangedMeanwhile> edit(const QString& text, Work work);
 
 signals:
     void beginning();
@@ -86,6 +89,7 @@ private:
 
     Surroundings m_around;
     bool m_isEditing = false;
+    std::optional<ChangedMeanwhile> m_changed;  // by somebody else, where the last work found that
 };
 
 }  // namespace plotix

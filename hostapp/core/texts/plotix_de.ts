@@ -28,6 +28,33 @@
     </message>
 </context>
 <context>
+    <name>ConflictText</name>
+    <message>
+        <source>Somebody else deleted this meanwhile. OK makes it again as you have it here; Cancel leaves it deleted.</source>
+        <translation>Das hat inzwischen jemand anderes gelöscht. OK legt es wieder so an, wie es hier steht; Abbrechen lässt es gelöscht.</translation>
+    </message>
+    <message>
+        <source>somebody</source>
+        <translation>jemandem</translation>
+    </message>
+    <message>
+        <source>This note was changed meanwhile, by %1 at %2: “%3”. Yours is not stored. OK stores it over the other one; Cancel leaves the other one.</source>
+        <translation>Diese Notiz wurde inzwischen geändert, von %1 am %2: „%3“. Ihre ist nicht gespeichert. OK speichert sie über die andere; Abbrechen lässt die andere stehen.</translation>
+    </message>
+    <message>
+        <source>Somebody else changed these limits meanwhile, to: %1. Yours are not stored. OK stores them over the others; Cancel leaves the others.</source>
+        <translation>Jemand anderes hat diese Grenzwerte inzwischen geändert: %1. Ihre sind nicht gespeichert. OK speichert sie über die anderen; Abbrechen lässt die anderen stehen.</translation>
+    </message>
+    <message>
+        <source>none</source>
+        <translation>keine</translation>
+    </message>
+    <message>
+        <source>Somebody else changed this formula meanwhile, to “%1 = %2”. Yours is not stored. OK stores it over the other one; Cancel leaves the other one.</source>
+        <translation>Jemand anderes hat diese Formel inzwischen geändert: „%1 = %2“. Ihre ist nicht gespeichert. OK speichert sie über die andere; Abbrechen lässt die andere stehen.</translation>
+    </message>
+</context>
+<context>
     <name>CopiedRecordsText</name>
     <message>
         <source>There are %1 records in this span, too many for the clipboard. Zoom in, or take File ▸ Export Records.</source>

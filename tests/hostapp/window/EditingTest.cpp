@@ -1,4 +1,5 @@
 #include "hostapp/document/AnnotationEditing.h"
+#include "hostapp/document/AnnotationEditor.h"
 #include "hostapp/document/RecordKeeping.h"
 #include "hostapp/document/SiteEditing.h"
 #include "hostapp/document/SiteTransaction.h"
@@ -22,9 +23,11 @@
 #include <QtTest/QTest>
 #include <QtWidgets/QApplication>
 #include <QtWidgets/QInputDialog>
+#include <QtWidgets/QLabel>
 #include <QtWidgets/QLineEdit>
 #include <QtWidgets/QMenu>
 #include <QtWidgets/QMessageBox>
+#include <QtWidgets/QPlainTextEdit>
 #include <QtWidgets/QProgressDialog>
 #include <QtWidgets/QPushButton>
 #include <QtWidgets/QStatusBar>
@@ -87,6 +90,24 @@ protected:
             answer(dialog);
         });
     }
+
+    /// Answers the dialog that stands again, as somebody else was first; keeps what it says of that.
+    template <class Dialog, class Answer>
+    void answerAfterConflict(Answer answer)
+    {
+        auto* poll = new QTimer(window.get());
+        QObject::connect(poll, &QTimer::timeout, window.get(), [this, poll, answer] {
+            auto* dialog = qobject_cast<Dialog*>(QApplication::activeModalWidget());
+            const auto* notice = dialog ? dialog->template findChild<QLabel*>("changedMeanwhile") : nullptr;
+            if (!notice || !notice->isVisible())
+                return;
+            poll->stop();
+            conflict = notice->text();
+            answer(dialog);
+        });
+        poll->start(10);
+    }
+    QString conflict;
 
     /// Makes the next change wait for another writer until its progress is on the screen, and looks at that.
     void duringTheNextChange(std::function<void(QProgressDialog&)> look)
@@ -424,6 +445,73 @@ TEST_F(EditingTest, ANoteIsWrittenAtATimeAndUndone)
     EXPECT_EQ(note.properties, std::vector<qint64>{station->siteProperties()[1]->description().id});
     window->undoStack().undo();
     EXPECT_TRUE(site.document->notes().empty());
+}
+
+/// Opens the note "storm", which somebody else changes to "hail" while "Snow" is typed.
+class NoteOfTwoTest : public EditingTest {
+protected:
+    void SetUp() override
+    {
+        plotix::writeNote(site.document->path(), {0, 10, 10, "Ada", "storm", {}});
+        site.document->reload();
+        answerNext<plotix::NoteDialog>([this](plotix::NoteDialog* dialog) {
+            plotix::SiteNote theirs = site.document->notes().front();
+            theirs.text = QStringLiteral("hail");
+            plotix::writeNote(site.document->path(), theirs);
+            QTest::keyClicks(dialog->focusWidget(), "Snow");
+            dialog->accept();
+        });
+    }
+    void openNote() { site.document->annotationEditor()->openNote(site.document->notes().front().id); }
+    QString text()
+    {
+        site.document->reload();
+        return site.document->notes().front().text;
+    }
+};
+
+TEST_F(NoteOfTwoTest, WhoComesSecondIsToldAndKeepsWhatWasTyped)
+{
+    QString typed;
+    answerAfterConflict<plotix::NoteDialog>([&](plotix::NoteDialog* dialog) {
+        typed = dialog->note().text;
+        dialog->findChild<QPlainTextEdit*>()->setPlainText("storm");  // else it is asked about
+        dialog->reject();
+    });
+    openNote();
+    EXPECT_TRUE(conflict.contains("by Ada")) << conflict.toStdString();
+    EXPECT_TRUE(conflict.contains("“hail”")) << conflict.toStdString();
+    EXPECT_TRUE(typed.contains("Snow"));
+    EXPECT_EQ(text(), "hail");
+    EXPECT_FALSE(window->undoStack().canUndo());
+}
+
+TEST_F(NoteOfTwoTest, WhoComesSecondMayStoreItOverTheOther)
+{
+    answerAfterConflict<plotix::NoteDialog>([](plotix::NoteDialog* dialog) { dialog->accept(); });
+    openNote();
+    EXPECT_TRUE(text().contains("Snow")) << text().toStdString();
+    window->undoStack().undo();
+    EXPECT_EQ(text(), "hail");
+}
+
+TEST_F(EditingTest, LimitsThatSomebodyElseSetMeanwhileStayUnlessTheyAreReplaced)
+{
+    const qint64 id = station->siteProperties()[0]->description().id;
+    answerNext<plotix::LimitsDialog>([this, id](plotix::LimitsDialog* dialog) {
+        plotix::changeLimits(site.document->path(), id, [id](std::vector<plotix::SiteLimit>& limits) {
+            limits = {{0, id, "theirs", 5, {}}};
+        });
+        QTest::keyClicks(dialog->focusWidget(), "60");
+        dialog->accept();
+    });
+    answerAfterConflict<plotix::LimitsDialog>([](plotix::LimitsDialog* dialog) { dialog->accept(); });
+    choose(0, QStringLiteral("Limits…"));
+    EXPECT_TRUE(conflict.contains("theirs 5")) << conflict.toStdString();
+    ASSERT_EQ(site.document->limits().size(), 1U);
+    EXPECT_EQ(site.document->limits()[0].value, 60);
+    window->undoStack().undo();
+    EXPECT_EQ(site.document->limits()[0].name, "theirs");
 }
 
 TEST_F(EditingTest, TheListOfNotesOpensAndDeletesThem)
