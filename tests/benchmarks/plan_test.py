@@ -8,7 +8,7 @@ import unittest
 sys.path.insert(0, str(pathlib.Path(__file__).resolve().parents[2] / "benchmarks" / "scale"))
 import plan
 
-EVEN = plan.Measured(insert=0.01, insert_a_value=0, spread=0)
+EVEN = plan.Measured(insert=0.004, agreeing=0.006, insert_a_value=0, spread=0)
 
 
 def site(**fields):
@@ -34,6 +34,10 @@ class Plan(unittest.TestCase):
     def test_replicas_have_all_of_their_shard(self):
         sizes = plan.sizes(site(shards=2, replicas=3), EVEN)
         self.assertAlmostEqual(sizes["packed, on all"], 6 * sizes["packed, on a replica"])
+
+    def test_a_server_alone_agrees_with_nobody_and_has_no_keeper(self):
+        self.assertAlmostEqual(plan.insert_seconds(site(replicas=1), EVEN), 0.004)
+        self.assertEqual(plan.usage(site(replicas=1), EVEN)["the keeper"], 0)
 
     def test_young_records_are_those_of_a_chunk_at_most(self):
         sizes = plan.sizes(site(), EVEN)
@@ -63,7 +67,7 @@ class Plan(unittest.TestCase):
 
     def test_what_breaks_first_is_what_is_used_most(self):
         self.assertEqual(plan.breaks_first(site(), plan.Measured(insert=1))[0], "a shard's turn to insert")
-        self.assertEqual(plan.breaks_first(site(), plan.Measured(insert=1e-9, keeper_rate=1))[0], "the keeper")
+        self.assertEqual(plan.breaks_first(site(), plan.Measured(insert=1e-9, agreeing=0, keeper_rate=1))[0], "the keeper")
 
 
 if __name__ == "__main__":
