@@ -96,6 +96,14 @@ def decade(size, what, extra):
     return Group([Case(name, extra=extra)], {"plotix": DecadeBenchmark("bench_decade", name)}, rounds=3)
 
 
+def cluster(what, beside=True, rounds=3, tail=None):
+    """On a server of the program's own; beside the server's own columns over the same connection."""
+    name = f"cluster/{what}"
+    peers = {"own-columns": GoogleBenchmark("bench_cluster", f"own-columns/{name}")} if beside else {}
+    cases = [Case(name)] + ([Case(f"{name}/{tail[0]}", tail[1])] if tail else [])
+    return Group(cases, {"plotix": GoogleBenchmark("bench_cluster", name), **peers}, rounds)
+
+
 def text_import():
     text = TextFile("station.tsv", 10 * MILLION)
     site = ["import.plotix", "import.plotix-wal", "import.plotix-shm"]
@@ -143,6 +151,13 @@ def all_groups():
         text_import(),
         *[decade(size, what, extra=size == "308M") for size in ("31M", "308M")
           for what in ("first-frame/warm", "first-frame/cold", "pan", "table", "zoom")],
+        cluster("read/10Mx5/5", tail=("MB", "MB_on_disk")),
+        cluster("read/10Mx5/1"),
+        cluster("ingest/10Mx5"),
+        cluster("far/columns/10Mx5", beside=False),
+        cluster("far/pages/10Mx5", beside=False),
+        cluster("live/100000/10", beside=False, rounds=1, tail=("p99", "p99_ms")),
+        cluster("live/100000/100", beside=False, rounds=1, tail=("p99", "p99_ms")),
         Group([Case("start")], {"plotix": ProgramStart()}),
         pan(10, 10, "full", "1920x1080", both, "noisy"),
         pan(10, 10, "1%", "1920x1080", both, "noisy"),

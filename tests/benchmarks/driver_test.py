@@ -24,7 +24,9 @@ archive/overview/10Mx5 archive/ingest/10Mx5 archive/commit1 archive/commit1/p99.
 archive/cold/10Mx5 fetch-to-frame/10Mx5 compare/4M point/10x10M/line point/10x10M/1920x1080 statistics/10x10M/full statistics/10x10M/30% statistics/10x10M/median
 png/1200x600/1 png/1200x600/10 formula/a-b/10M formula/(a-b)*0.001+b/10M
 formula/mean(a,1h)/10M import/10Mx2
-decade/10x31M/first-frame/warm decade/10x31M/first-frame/cold decade/10x31M/pan decade/10x31M/table decade/10x31M/zoom start""".split()
+decade/10x31M/first-frame/warm decade/10x31M/first-frame/cold decade/10x31M/pan decade/10x31M/table decade/10x31M/zoom
+cluster/read/10Mx5/5 cluster/read/10Mx5/5/MB cluster/read/10Mx5/1 cluster/ingest/10Mx5 cluster/far/columns/10Mx5 cluster/far/pages/10Mx5
+cluster/live/100000/10 cluster/live/100000/10/p99 cluster/live/100000/100 cluster/live/100000/100/p99 start""".split()
 
 
 class MadeUp(contenders.Contender):

@@ -49,10 +49,14 @@ open_window() { # NUMBER LEFT
     xdotool windowsize "$window" 1280 800 windowmove "$window" "$2" 30
     sleep 0.5
   done
-  # A trend of everything, which follows what is recorded.
+  # A trend of everything, which follows all records: its table changes with a new one and with nothing else.
   xdotool windowfocus --sync "$window" mousemove --window "$window" 690 421 click 1
   sleep 3
-  xdotool key --clearmodifiers ctrl+l
+  xdotool key --clearmodifiers alt+v
+  sleep 1
+  xdotool key s
+  sleep 1
+  xdotool key a
   windows+=("$window")
 }
 open_window 1 10
@@ -61,9 +65,9 @@ sleep 3
 picture() { import -window root "$pictures/$1.png"; }
 picture 0-opened
 
-# Pictures of both graphs ten times a second, and when each record was stored.
+# Pictures of both tables ten times a second, and when each record was stored.
 python3 "$here/watch_graphs.py" "$home/Xvfb_screen0" "$home/recorded" "$home/seen" \
-  "300 130 900 400" "1600 130 900 400" &
+  "800 690 460 120" "2100 690 460 120" &
 started+=($!)
 touch "$home/seen"
 
