@@ -81,10 +81,12 @@ void describe(const StoreServer::Shard& shard, std::ostream& out)
 void describeWaiting(const QString& address, std::ostream& out)
 {
     for (const WaitingFile& file : waitingBeside(deskFileNameOf(address)))
-        out << "Waiting here     " << file.records << " records of " << file.agentName.toStdString()
+        out << "Waiting here     " << file.records << (file.records == 1 ? " record of " : " records of ")
+            << file.agentName.toStdString()
             << (file.extent ? " from " + exactTime(file.extent->first) + " to " + exactTime(file.extent->last)
                             : std::string())
-            << " in " << file.path.toStdString() << '\n';
+            << " in " << file.path.toStdString() << '\n'
+            << (file.problem.isEmpty() ? std::string() : "                 " + file.problem.toStdString() + '\n');
 }
 
 void forward(const StoreCommand& command, CommandContext context)
@@ -103,8 +105,8 @@ void forward(const StoreCommand& command, CommandContext context)
         left += file.records;
     if (left > 0)
         throw ReportableError(
-            QStringLiteral("%1 records wait on: a recorder is at work and stores them itself, or this "
-                           "was cancelled.")
+            QStringLiteral(
+                "Records that wait on: %1. A recorder is at work and stores them itself, or this was cancelled.")
                 .arg(left));
 }
 

@@ -18,7 +18,7 @@ AgentLock::AgentLock(const QString& site, RowId agent, const QString& agentName)
     qint64 process = 0;
     QString host, program;
     m_file->getLockInfo(&process, &host, &program);
-    throw ReportableError(
+    throw AgentIsRecorded(
         QStringLiteral("“%1” is being recorded into “%2” by another program (%3, process %4): end that "
                        "recording first.")
             .arg(agentName, info.fileName(), program.isEmpty() ? QStringLiteral("unknown") : program)
@@ -26,5 +26,10 @@ AgentLock::AgentLock(const QString& site, RowId agent, const QString& agentName)
 }
 
 AgentLock::~AgentLock() = default;
+
+bool AgentLock::isHeld() const
+{
+    return m_file->isLocked();
+}
 
 }  // namespace plotix

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "base/ReportableError.h"
 #include "records/store/RecordBlock.h"
 
 #include <QtCore/QString>
@@ -7,6 +8,12 @@
 #include <memory>
 
 class QLockFile;
+
+/// Somebody else has it.
+class AgentIsRecorded : public ReportableError {
+public:
+    using ReportableError::ReportableError;
+};
 
 /// The right to record into one agent of a site, for one program at a time: a small file beside the site's while it is
 /// held, which names the process. One whose process has died counts no more.
@@ -19,6 +26,7 @@ public:
     /// Throws ReportableError when somebody else records into the agent. Where no such file can be made, nothing is
     /// locked.
     AgentLock(const QString& site, RowId agent, const QString& agentName);
+    bool isHeld() const;  ///< false: no such file can be made
     ~AgentLock();
     AgentLock(const AgentLock&) = delete;
     AgentLock& operator=(const AgentLock&) = delete;

@@ -1,5 +1,6 @@
 #include "hostapp/document/ArchiveManager.h"
 
+#include "base/Interruption.h"
 #include "base/MainQueue.h"
 #include "base/ReportableError.h"
 #include "hostapp/core/SiteProperty.h"
@@ -136,6 +137,7 @@ KTVRecordDictionaryPtr ArchiveManager::read(Fetch& fetch, const std::shared_ptr<
     auto dictionary = std::make_shared<KTVRecordDictionary>();
     if (fetch.rows.empty() || state->ending)
         return dictionary;
+    const Interruption whenItEnds(state->ending);  // it waits for its reads
     const auto goesOn = [&](double fraction) {
         bool stop = false;
         if (fetch.progress)

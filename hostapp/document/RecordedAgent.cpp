@@ -31,6 +31,12 @@ bool isSameRecord(const RecordBlock& one, std::size_t at, const RecordBlock& oth
     return true;
 }
 
+bool hasValues(const RecordBlock& block, std::size_t record)
+{
+    return std::any_of(block.columns.begin(), block.columns.end(),
+                       [record](const RecordBlock::Column& column) { return column.validity.isValid(record); });
+}
+
 /// Those records of the block. Requires: they are some of it.
 RecordBlock chosen(const RecordBlock& block, const std::vector<std::size_t>& records)
 {
@@ -129,8 +135,12 @@ std::size_t AgentAppender::appendWhatIsNew(const RecordBlock& byPlace)
                 ++next;
             if (next == there.times.size() || there.times[next] != block.times[record])
                 fresh.push_back(record);
-            else if (!isSameRecord(block, record, there, next))
+            else if (isSameRecord(block, record, there, next))
+                continue;
+            else if (hasValues(there, next))
                 ++others;
+            else  // another property's record: both count
+                fresh.push_back(record);
         }
     } catch (...) {
         m_appender.reset();

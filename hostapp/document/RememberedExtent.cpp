@@ -2,6 +2,7 @@
 
 #include "base/ReportableError.h"
 
+#include <QtCore/QThread>
 #include <QtCore/QThreadPool>
 
 #include <chrono>
@@ -15,11 +16,14 @@ namespace {
 using Clock = std::chrono::steady_clock;
 constexpr auto kFreshFor = std::chrono::seconds(2);
 constexpr auto kPatience = std::chrono::milliseconds(1500);
+constexpr int kMostAtOnce = 32;  // most of them wait
 
 /// Of its own: one that waits for a server that is gone keeps nobody else waiting.
 QThreadPool& askers()
 {
     static QThreadPool pool;
+    static const bool isSetUp = (pool.setMaxThreadCount(kMostAtOnce), true);
+    static_cast<void>(isSetUp);
     return pool;
 }
 
@@ -65,12 +69,18 @@ void RememberedExtent::ask(const std::shared_ptr<State>& state)
 std::optional<RecordExtent> RememberedExtent::extent()
 {
     std::unique_lock lock(m_state->mutex);
+    bool isFirst = false;
     if (!m_state->isAsking && Clock::now() >= m_state->again) {
-        m_state->isAsking = true;
+        m_state->isAsking = isFirst = true;
         askers().start([state = m_state] { ask(state); });
     }
-    if (!m_state->isKnown && m_state->problem.isEmpty())
-        m_state->told.wait_for(lock, kPatience, [this] { return !m_state->isAsking; });
+    if (!m_state->isKnown && m_state->problem.isEmpty()) {
+        const auto isTold = [this] { return !m_state->isAsking; };
+        if (QThread::currentThread()->loopLevel() == 0)
+            m_state->told.wait(lock, isTold);
+        else if (isFirst)
+            m_state->told.wait_for(lock, kPatience, isTold);
+    }
     if (!m_state->isKnown && !m_state->problem.isEmpty())
         throw ReportableError(m_state->problem);
     return m_state->extent;

@@ -13,7 +13,8 @@ public:
     /// *Shares* the store.
     explicit RememberedExtent(std::shared_ptr<RecordStore> records);
 
-    /// What is known. The first time it waits for the store, but no longer than a second and a half. Throws
+    /// What is known. The first time it waits for the store: where an event loop would stand still, no longer than a
+    /// second and a half, and nothing is answered then. Throws
     /// ReportableError where the store could not tell and nothing is known from before.
     std::optional<RecordExtent> extent();
 

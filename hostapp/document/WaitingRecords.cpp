@@ -65,6 +65,16 @@ std::uint64_t largestFile()
     return sizeFromText(qEnvironmentVariable("PLOTIX_WAITING_LIMIT")).value_or(kUsualLargest);
 }
 
+/// Of records that were handed over: room for others.
+qint64 freeBytesIn(const QString& path)
+{
+    if (!QFileInfo::exists(path))
+        return 0;
+    const Database database(path, siteSchema(), Database::Access::ReadOnly);
+    Statement free(database, "PRAGMA freelist_count");
+    return free.step() ? free.integer(0) * siteSchema().pageSize : 0;
+}
+
 /// What is in the file, by the numbers it has there; nothing: its making was interrupted.
 std::optional<SiteStore::Agent> agentIn(Database& database)
 {
@@ -107,6 +117,9 @@ struct WaitingRecords::File {
 WaitingRecords::WaitingRecords(const QString& desk, const QString& agentName)
     : m_path(pathFor(desk, agentName)), m_lock(std::make_unique<AgentLock>(m_path, kWaitingAgent, agentName))
 {
+    if (!m_lock->isHeld())
+        throw ReportableError(
+            QStringLiteral("“%1” cannot be locked: is the disk full, or the folder not yours?").arg(m_path));
     if (QFileInfo::exists(m_path))
         open();
 }
@@ -140,7 +153,8 @@ void WaitingRecords::make(const RecordedAgent& agent)
 void WaitingRecords::requireRoom() const
 {
     const qint64 size = QFileInfo(m_path).size() + QFileInfo(m_path + QStringLiteral("-wal")).size();
-    if (static_cast<std::uint64_t>(size) >= largestFile())
+    if (static_cast<std::uint64_t>(size) >= largestFile() &&
+        size - freeBytesIn(m_path) >= static_cast<qint64>(largestFile()))
         throw ReportableError(
             QStringLiteral("“%1” is as large as it may be: start the server, or set PLOTIX_WAITING_LIMIT to more.")
                 .arg(m_path));
@@ -245,14 +259,20 @@ std::vector<WaitingFile> waitingBeside(const QString& desk)
         if (!path.startsWith(base))
             continue;
         WaitingFile waiting{path, {}};
-        {
-            Database database(path, siteSchema(), Database::Access::ReadOnly);
-            const auto agent = agentIn(database);
-            waiting.agentName = agent ? agent->name : SiteStore(database).site().name;
+        try {
+            {
+                Database database(path, siteSchema(), Database::Access::ReadOnly);
+                const auto agent = agentIn(database);
+                waiting.agentName = agent ? agent->name : SiteStore(database).site().name;
+            }
+            const std::shared_ptr<RecordStore> records = recordsOfSite(path);
+            waiting.records = records->overview(kWaitingAgent, {}).records();
+            waiting.extent = records->extent(kWaitingAgent);
+        } catch (const ReportableError& error) {
+            if (!QFileInfo::exists(path))  // its records were handed over just now
+                continue;
+            waiting.problem = error.message();
         }
-        const std::shared_ptr<RecordStore> records = recordsOfSite(path);
-        waiting.records = records->overview(kWaitingAgent, {}).records();
-        waiting.extent = records->extent(kWaitingAgent);
         found.push_back(std::move(waiting));
     }
     return found;

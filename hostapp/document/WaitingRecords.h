@@ -20,7 +20,7 @@ class AgentLock;
 /// for each other. Throws ReportableError.
 class WaitingRecords {
 public:
-    /// Throws where another program has them.
+    /// Throws where another program has them, and where nobody could tell whether one has.
     WaitingRecords(const QString& desk, const QString& agentName);
     ~WaitingRecords();
     WaitingRecords(const WaitingRecords&) = delete;
@@ -63,6 +63,7 @@ struct WaitingFile {
     QString path, agentName;
     std::size_t records = 0;
     std::optional<RecordExtent> extent{};
+    QString problem{};  ///< why nothing of it can be read; empty: all can
 };
 std::vector<WaitingFile> waitingBeside(const QString& desk);
 

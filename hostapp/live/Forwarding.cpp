@@ -1,6 +1,7 @@
 #include "hostapp/live/Forwarding.h"
 
 #include "base/Interruption.h"
+#include "hostapp/document/AgentLock.h"
 
 namespace plotix {
 
@@ -11,6 +12,20 @@ constexpr std::size_t kFew = 20;                                 // records
 constexpr auto kLongestToFinish = std::chrono::seconds(2);
 constexpr auto kAgainAfter = std::chrono::seconds(1);
 
+/// Whoever hands over what an ended recorder left gives way within half a second.
+std::shared_ptr<WaitingRecords> waitingOf(const QString& desk, const QString& agentName)
+{
+    constexpr auto kPatience = std::chrono::seconds(5);
+    constexpr auto kPause = std::chrono::milliseconds(20);
+    for (const auto until = std::chrono::steady_clock::now() + kPatience;; std::this_thread::sleep_for(kPause))
+        try {
+            return std::make_shared<WaitingRecords>(desk, agentName);
+        } catch (const AgentIsRecorded&) {
+            if (std::chrono::steady_clock::now() >= until)
+                throw;
+        }
+}
+
 }  // namespace
 
 struct Forwarding::Direct {
@@ -20,7 +35,7 @@ struct Forwarding::Direct {
 };
 
 Forwarding::Forwarding(const QString& desk, const RecordedAgent& agent, const std::optional<FoundAgent>& found)
-    : m_waiting(std::make_shared<WaitingRecords>(desk, agent.name)), m_appender(desk, agent), m_handing(desk, m_waiting)
+    : m_waiting(waitingOf(desk, agent.name)), m_appender(desk, agent), m_handing(desk, m_waiting)
 {
     if (found)
         m_appender.use(*found);

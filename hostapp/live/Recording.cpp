@@ -84,6 +84,14 @@ void Recording::askForLast()
     m_status.last = before ? std::optional(before->last) : std::nullopt;
 }
 
+/// Where the last record is, as a command takes it.
+QString Recording::placeOfLast() const
+{
+    const bool isOnDisk = m_status.lastKept && m_status.lastKept >= m_status.last;
+    const QString place = isOnDisk ? m_status.file : addressOfDeskFile(m_site).value_or(QFileInfo(m_site).fileName());
+    return place.contains(QLatin1Char(' ')) ? QStringLiteral("\"%1\"").arg(place) : place;
+}
+
 /// The record that lies ahead may be the wrong one: a clock that once stood wrong.
 QString Recording::aheadMessage(double last, double now) const
 {
@@ -92,7 +100,7 @@ QString Recording::aheadMessage(double last, double now) const
     };
     return QStringLiteral("The last record lies ahead of the clock: recording goes on after %1. If that time is wrong, "
                           "this takes it out: plotix edit %2 --agent \"%3\" --remove --from %4")
-        .arg(iso(last), QFileInfo(m_site).fileName(), m_agentName, iso(std::ceil(now)));
+        .arg(iso(last), placeOfLast(), m_agentName, iso(std::ceil(now)));
 }
 
 std::optional<double> Recording::lastTime() const
@@ -233,9 +241,12 @@ void Recording::takeOverState()
     m_status.lastKept = now.extent ? std::optional(now.extent->last) : std::nullopt;
     if (now.last)
         m_status.last = std::max(m_status.last, now.last);
-    if (now.found && m_found.agent == 0) {
+    if (now.found && !m_lock) {
         m_found = *now.found;
-        lockAgent();
+        try {
+            lockAgent();
+        } catch (const AgentIsRecorded&) {  // somebody changes it just now: the next time
+        }
     }
     using State = RecordingStatus::State;
     if (m_status.state == State::KeptBeside) {

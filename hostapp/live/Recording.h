@@ -87,6 +87,7 @@ private:
     bool isOver() const { return m_status.state == RecordingStatus::State::SiteReplaced; }
     std::optional<double> lastTime() const;
     void askForLast();
+    QString placeOfLast() const;
     QString aheadMessage(double last, double now) const;
 
     QString m_site;

@@ -22,8 +22,8 @@ ServerAddress databaseAddress(const QString& text)
     const QString path = text.section(QLatin1Char('?'), 0, 0), options = text.mid(path.size());
     const QString database = path.section(QLatin1Char('/'), 3);
     if (database.isEmpty() || database.contains(QLatin1Char('/')))
-        throw ReportableError(
-            QStringLiteral("“%1” names no database: write clickhouse://HOST[:PORT]/DATABASE.").arg(text));
+        throw ReportableError(QStringLiteral("“%1” names no database: write clickhouse://HOST[:PORT]/DATABASE.")
+                                  .arg(text.section(QLatin1Char('@'), -1)));  // without a password
     ServerAddress address = ServerAddress::parsed(path + kNoSite + options);
     if (!address.user.isEmpty())
         ServerCredentials::enter(address, address.user, std::nullopt);

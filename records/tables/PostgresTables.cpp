@@ -1,3 +1,4 @@
+#include "base/Interruption.h"
 #include "base/ReportableError.h"
 #include "records/tables/TableDatabase.h"
 
@@ -297,13 +298,17 @@ public:
 
     bool isUnique(const QString& table, const QString& column) override
     {
-        const std::vector<QStringList> found =
-            texts("SELECT 1 FROM pg_index JOIN pg_attribute ON attrelid = indrelid AND attnum = indkey[0] "
-                  "WHERE indrelid = " +
-                  text(QString::fromStdString(tableName(table))) +
-                  "::regclass AND indisunique AND indisvalid AND indimmediate AND indnkeyatts = 1 AND indpred IS NULL "
-                  "AND attname = " +
-                  text(column));
+        const std::vector<QStringList> found = texts(
+            "SELECT 1 FROM pg_index JOIN pg_attribute ON attrelid = indrelid AND attnum = indkey[0] "
+            "WHERE indrelid = " +
+            text(QString::fromStdString(tableName(table))) +
+            // Of other types two may be the same time here; rows of tables that inherit have no part in the index.
+            "::regclass AND indisunique AND indisvalid AND indimmediate AND indnkeyatts = 1 AND indpred IS NULL "
+            "AND atttypid IN ('timestamp'::regtype, 'timestamptz'::regtype, 'date'::regtype, 'int4'::regtype, "
+            "'float8'::regtype) AND (NOT EXISTS (SELECT 1 FROM pg_inherits WHERE inhparent = indrelid) OR "
+            "(SELECT relkind FROM pg_class WHERE oid = indrelid) = 'p') "
+            "AND attname = " +
+            text(column));
         return !found.empty();
     }
 
@@ -468,15 +473,18 @@ private:
     }
     void waitForMore(PGconn& server) const
     {
+        constexpr int kLook = 200;  // milliseconds between two looks at whether somebody wants it to end
         pollfd socket{PQsocket(&server), POLLIN, 0};
         int ready = 0;
-        while ((ready = ::poll(&socket, 1, kSilence)) < 0 && errno == EINTR) {
-        }
-        if (ready == 0) {
+        for (int waited = 0; ready <= 0 && waited < kSilence && !Interruption::isAsked(); waited += kLook)
+            ready = ::poll(&socket, 1, kLook);
+        if (ready <= 0) {
             cancel(server);
-            throw ReportableError(QStringLiteral("The server “%1” has not answered for %2 minutes: ask for less.")
-                                      .arg(title())
-                                      .arg(kSilence / 60'000));
+            throw ReportableError(Interruption::isAsked()
+                                      ? QStringLiteral("Asking “%1” was cancelled.").arg(title())
+                                      : QStringLiteral("The server “%1” has not answered for %2 minutes: ask for less.")
+                                            .arg(title())
+                                            .arg(kSilence / 60'000));
         }
         if (PQconsumeInput(&server) == 0)
             fail(server);
@@ -490,7 +498,9 @@ private:
         }
     }
 
-    static constexpr const char* kBegin = "BEGIN ISOLATION LEVEL REPEATABLE READ READ ONLY";
+    /// Nobody waits without end for whoever changes the table.
+    static constexpr const char* kBegin =
+        "BEGIN ISOLATION LEVEL REPEATABLE READ READ ONLY; SET LOCAL lock_timeout = '10s'";
     const Address m_address;
     std::mutex m_mutex;
     std::vector<Connection> m_idle;  // under the mutex

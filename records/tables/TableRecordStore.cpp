@@ -192,7 +192,9 @@ std::optional<RecordColumns> TableRecordStore::columns(RowId agent, std::span<co
                                                        const ArchiveProgress& progress)
 {
     const Range range{from, to};
-    if (!cache || range.isEmpty() || properties.empty() || !hasMoreThan(m_little, agent, from, to))
+    constexpr std::size_t kFewProperties = 4;
+    const std::size_t little = m_little / std::max<std::size_t>(1, properties.size() / kFewProperties);
+    if (!cache || range.isEmpty() || properties.empty() || !hasMoreThan(little, agent, from, to))
         return RecordStore::columns(agent, properties, from, to, cache, progress);
     if (progress && !progress(0))
         return std::nullopt;
