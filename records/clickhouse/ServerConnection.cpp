@@ -53,8 +53,8 @@ struct NotReached {
 
 [[noreturn]] void failAsUnreachable(const ServerAddress& address, const QString& why)
 {
-    throw ReportableError(QStringLiteral("The server “%1” cannot be reached: %2. Start it, or correct the address.")
-                              .arg(address.title(), why));
+    throw ServerNotReached(QStringLiteral("The server “%1” cannot be reached: %2. Start it, or correct the address.")
+                               .arg(address.title(), why));
 }
 
 /// What was learnt of sites, by address, for all connections. Any thread.

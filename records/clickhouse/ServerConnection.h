@@ -1,5 +1,6 @@
 #pragma once
 
+#include "base/ReportableError.h"
 #include "records/clickhouse/Replication.h"
 
 #include <chrono>
@@ -17,6 +18,11 @@
 /// other, it is tried again for a while until enough of them agree; see Replication. One thread at a time; a connection
 /// stays open between statements. Throws ReportableError: the server cannot be reached, or what it answers instead.
 namespace plotix {
+
+/// No host of an address answers, or not enough of them agree.
+struct ServerNotReached : ReportableError {
+    using ReportableError::ReportableError;
+};
 
 class ServerConnection {
 public:

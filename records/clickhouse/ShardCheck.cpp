@@ -78,6 +78,8 @@ auto unlessGone(ServerConnection& server, const char* table, Ask&& ask) -> std::
 {
     try {
         return ask();
+    } catch (const ServerNotReached&) {
+        throw;
     } catch (const ReportableError&) {
         if (hasTable(server, table))
             throw;
