@@ -1,5 +1,6 @@
 #pragma once
 
+#include "base/ReportableError.h"
 #include "records/clickhouse/Replication.h"
 
 #include <chrono>

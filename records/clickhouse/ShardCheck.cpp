@@ -78,6 +78,8 @@ auto unlessGone(ServerConnection& server, const char* table, Ask&& ask) -> std::
 {
     try {
         return ask();
+    } catch (const ServerUnreachable&) {
+        throw;
     } catch (const ReportableError&) {
         if (hasTable(server, table))
             throw;

@@ -74,7 +74,7 @@ for kill in $(seq "$kills"); do
   fi
 done
 writer=
-echo "$kills writers and $replicas replicas killed: $answer records on each shard, all of a transaction or nothing of it"
+echo "$kills writers and $replicas replicas killed: ${answer##*$'\n'} records on each shard, all of a transaction or nothing of it"
 
 kill_replica 3
 kill_replica 4
