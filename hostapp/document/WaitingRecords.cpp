@@ -27,7 +27,7 @@ constexpr auto kWaitingEnding = ".waiting.plotix";
 constexpr RowId kWaitingAgent = 1;  // the only one of its file
 
 constexpr std::uint64_t kUsualLargest = std::uint64_t{1} << 30;
-constexpr std::size_t kMostInBatch = 1000, kMostValuesInBatch = 500'000;  // at once
+constexpr std::size_t kMostInBatch = 5000, kMostValuesInBatch = 500'000;  // at once
 
 /// What the names of all files of a desk begin with. The folder by its true name, as locks go by names.
 QString baseOf(const QString& desk)

@@ -169,12 +169,12 @@ TEST_F(WaitingRecordsTest, AFileWhoseMakingWasInterruptedIsMadeAnew)
 TEST_F(WaitingRecordsTest, BatchesAreInOrderAndFew)
 {
     begin();
-    keep(1, 2500);
+    keep(1, 12'500);
     const auto batch = waiting->oldest();
     EXPECT_EQ(batch->byPlace.times[0], 1);
-    EXPECT_LE(batch->byPlace.times.size(), 1000U);
+    EXPECT_LE(batch->byPlace.times.size(), 5000U);
     waiting->remove(*batch);
-    EXPECT_EQ(waiting->count(), 2500 - batch->byPlace.times.size());
+    EXPECT_EQ(waiting->count(), 12'500 - batch->byPlace.times.size());
     EXPECT_EQ(waiting->oldest()->byPlace.times[0], 1.0 + static_cast<double>(batch->byPlace.times.size()));
 }
 
