@@ -18,6 +18,7 @@ hosts=$(for port in "${http[@]}"; do printf '127.0.0.1:%s,' "$port"; done)
 address=clickhouse://${hosts%,}/plotix/hall
 interval=4  # seconds: more than a record may take to be shown
 phase=${PLOTIX_PHASE:-32}
+late=
 
 PLOTIX_DATA_HOME=$home/recorder "$programs/plotix" store create "$address" || fail "no site"
 tables=7
@@ -81,7 +82,7 @@ go_on() { # PHASE: a while; then the facts
   for process in "${programs_of_windows[@]}"; do
     [ "$(xdotool search --onlyvisible --pid "$process" 2>/dev/null | wc -l)" = 1 ] || fail "$1: there is an alert"
   done
-  python3 "$here/watch_graphs.py" --judge "$home/seen" "$first" "$1" || fail "$1: see above"
+  python3 "$here/watch_graphs.py" --judge "$home/seen" "$first" "$1" || late=yes
 }
 go_on 1-before
 kill_replica 1
@@ -89,4 +90,5 @@ go_on 2-a-replica-killed
 start_replica 1 || fail "the replica does not start again"
 go_on 3-after
 kill -0 $recorder || fail "the recorder ended"
+[ -z "$late" ] || fail "records were shown late, see above"
 echo "passed: $(stored) records"
