@@ -81,7 +81,7 @@ const FullSite& fullSite()
     static const FullSite site = [] {
         FullSite made{newSite()};
         store(*recordsAt(made.address));
-        made.bytes = static_cast<double>(plotix::ClickHouseServer(made.address, {}).description().bytes);
+        made.bytes = static_cast<double>(plotix::ClickHouseServer(made.address, {}).description().shards.at(0).bytes);
         return made;
     }();
     return site;

@@ -9,17 +9,17 @@
 
 class QLockFile;
 
-/// Somebody else has it.
-class AgentIsRecorded : public ReportableError {
-public:
-    using ReportableError::ReportableError;
-};
-
 /// The right to record into one agent of a site, for one program at a time: a small file beside the site's while it is
 /// held, which names the process. One whose process has died counts no more.
 ///
 /// *Owned* by who records; any one thread.
 namespace plotix {
+
+/// Somebody else records into the agent.
+class AgentIsRecorded : public ReportableError {
+public:
+    using ReportableError::ReportableError;
+};
 
 class AgentLock {
 public:
