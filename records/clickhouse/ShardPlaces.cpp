@@ -1,6 +1,7 @@
 #include "records/clickhouse/ShardPlaces.h"
 
 #include "base/ReportableError.h"
+#include "records/clickhouse/HomeRows.h"
 #include "records/clickhouse/RowBinary.h"
 #include "records/clickhouse/ServerStamps.h"
 
@@ -45,25 +46,6 @@ std::vector<ShardFill> fillOf(SiteOnServer& site, const std::map<RowId, std::siz
 }
 
 }  // namespace
-
-std::map<RowId, std::size_t> placesOn(ServerConnection& home, const SiteTables& tables,
-                                      const std::optional<RowId>& agent)
-{
-    // The first one counts, and never another.
-    const std::vector<std::byte> rows = home.ask("SELECT agent, shard FROM " + tables.placement() +
-                                                 (agent ? " WHERE agent = " + std::to_string(*agent) : std::string()) +
-                                                 " ORDER BY agent, version, shard LIMIT 1 BY agent FORMAT RowBinary");
-    std::map<RowId, std::size_t> places;
-    for (rowbinary::Reader row(rows); !row.isAtEnd();) {
-        const auto each = row.number<RowId>();
-        const std::size_t number = row.number<std::uint32_t>();
-        if (number == 0)
-            throw ReportableError(
-                QStringLiteral("The server “%1” has a shard 0, which there is not.").arg(home.address().title()));
-        places[each] = number - 1;
-    }
-    return places;
-}
 
 std::size_t leastFilled(const std::vector<ShardFill>& shards)
 {

@@ -2,18 +2,13 @@
 
 #include "records/clickhouse/WritersTurn.h"
 
-#include <map>
-#include <optional>
+#include <vector>
 
 /// Which shard has an agent's records: all of an agent are on one, which it is given when its first ones are stored,
 /// and stays on. So shards that are added later take new agents, and nothing moves.
 ///
 /// Free functions; any thread. They throw as connections do.
 namespace plotix {
-
-/// As the home has them, of this agent or of all. Shards count from 0.
-std::map<RowId, std::size_t> placesOn(ServerConnection& home, const SiteTables& tables,
-                                      const std::optional<RowId>& agent);
 
 /// Gives a shard to an agent that has none; the one with least on it. `turn`: the home's, so that no two give it one at
 /// once. Answers which it has.

@@ -2,9 +2,8 @@
 
 #include "base/ReportableError.h"
 #include "records/clickhouse/AgentReading.h"
-#include "records/clickhouse/JointBatches.h"
+#include "records/clickhouse/HomeRows.h"
 #include "records/clickhouse/ShardCheck.h"
-#include "records/clickhouse/ShardPlaces.h"
 #include "records/store/StorableBlock.h"
 
 namespace plotix {
@@ -95,7 +94,7 @@ void SiteOnServer::lookAt(std::size_t shard, ServerConnection& server)
     if (!requireSuitable(server, m_address) || shard == kHome)
         return;
     try {
-        joint::confirmAll(*this, shard);
+        joint::confirmAll(server, tables(shard), *quickConnection(kHome), tables());
     } catch (const ReportableError&) {  // who may only look cannot; whoever writes there next does it
     }
 }

@@ -35,6 +35,7 @@ public:
     /// What else belongs to the site: its agents and properties, limits, notes and trends.
     std::string catalogue() const { return named("catalogue"); }
 
+    std::size_t shard() const { return m_shard; }          ///< which one has them
     std::string shards() const { return named("shard"); }  ///< whose shard this is, and in the home which there are
 
     // In the home alone.
