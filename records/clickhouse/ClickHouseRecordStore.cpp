@@ -3,6 +3,7 @@
 #include "base/ReportableError.h"
 #include "records/clickhouse/AgentReading.h"
 #include "records/clickhouse/AmendmentRows.h"
+#include "records/clickhouse/BlockReading.h"
 #include "records/clickhouse/ChunkIndexes.h"
 #include "records/clickhouse/ClickHouseWriting.h"
 #include "records/clickhouse/ServerPages.h"
@@ -76,61 +77,6 @@ void cut(AgentReading& reading, const Bounds& bounds, const std::vector<RowId>& 
     std::erase_if(pieces, [](const Piece& piece) { return piece.n == 0; });
 }
 
-/// Columns that are filled piece by piece.
-class ColumnsInWork {
-public:
-    ColumnsInWork(const std::vector<RowId>& properties, std::size_t records) : m_times(records)
-    {
-        for (const RowId property : properties)
-            m_columns.push_back({property, std::vector<double>(records, absentValue()),
-                                 std::vector<std::uint64_t>(bits::wordsFor(records), 0)});
-    }
-
-    std::span<double> times(std::size_t first, std::size_t count) { return std::span(m_times).subspan(first, count); }
-
-    void put(const RecordsView& records, std::size_t target)
-    {
-        std::copy_n(records.times, records.size, m_times.begin() + static_cast<std::ptrdiff_t>(target));
-        for (Column& column : m_columns)
-            if (const RecordsView::Column* from = records.find(column.property)) {
-                std::copy_n(from->values, records.size, column.values.begin() + static_cast<std::ptrdiff_t>(target));
-                bits::copy(from->valid, from->firstValid, column.valid.data(), target, records.size);
-            }
-    }
-
-    /// Calls `fill` with the room of the property's columns, which are more than one where it was asked for twice.
-    template <class Fill>
-    void each(RowId property, std::size_t target, std::size_t count, Fill&& fill)
-    {
-        for (Column& column : m_columns)
-            if (column.property == property)
-                fill(std::span(column.values).subspan(target, count), column.valid);
-    }
-
-    RecordBlock finished()
-    {
-        const std::size_t size = m_times.size();
-        RecordBlock block{SharedArray<double>::fromVector(std::move(m_times)), {}};
-        for (Column& column : m_columns) {
-            const bool isAllValid = bits::allSet(column.valid.data(), 0, size);
-            block.columns.push_back(
-                {column.property, SharedArray<double>::fromVector(std::move(column.values)),
-                 isAllValid ? ValidityBitmap()
-                            : ValidityBitmap(SharedArray<std::uint64_t>::fromVector(std::move(column.valid)))});
-        }
-        return block;
-    }
-
-private:
-    struct Column {
-        RowId property = 0;
-        std::vector<double> values;
-        std::vector<std::uint64_t> valid;
-    };
-    std::vector<double> m_times;
-    std::vector<Column> m_columns;
-};
-
 }  // namespace
 
 std::optional<RecordExtent> ClickHouseRecordStore::extent(RowId agent)
@@ -196,47 +142,7 @@ std::optional<RecordBlock> ClickHouseRecordStore::read(RowId agent, std::span<co
     const std::vector<RowId> asked = listOf(properties);
     Look look(*m_site, agent, bounds, asked);
     cut(look.reading, bounds, asked, look.pieces);
-
-    std::size_t records = 0;
-    for (const Piece& piece : look.pieces)
-        records += piece.n;
-    ColumnsInWork columns(asked, records);
-    std::vector<const StoredChunk*> chunks;
-    std::vector<std::size_t> targets;
-    std::size_t target = 0, inChunks = 0;
-    for (const Piece& piece : look.pieces) {
-        if (piece.chunk) {
-            chunks.push_back(piece.chunk);
-            targets.push_back(target);
-            inChunks += piece.n;
-        } else {
-            columns.put(piece.records.view(), target);
-        }
-        target += piece.n;
-    }
-    const double all = static_cast<double>(inChunks) * static_cast<double>(asked.size() + 1);
-    double done = 0;
-    std::vector<std::uint64_t> words;
-    const bool isDone = look.reading.segments(
-        chunks, &asked,
-        [&](std::size_t at, RowId property, const AgentReading::Segment& segment) {
-            const StoredChunk& chunk = *chunks[at];
-            done += static_cast<double>(chunk.n);
-            if (property == kTimes) {
-                look.reading.decode(chunk, property, segment, 0, columns.times(targets[at], chunk.n), words);
-                look.reading.requireTimes(chunk, columns.times(targets[at], chunk.n));
-                return;
-            }
-            columns.each(property, targets[at], chunk.n,
-                         [&](std::span<double> values, std::vector<std::uint64_t>& valid) {
-                             look.reading.decode(chunk, property, segment, 0, values, words);
-                             bits::copy(words.data(), 0, valid.data(), targets[at], chunk.n);
-                         });
-        },
-        [&] { return !progress || progress(std::min(done / all, 1.0)); });
-    if (!isDone || (progress && !progress(1)))
-        return std::nullopt;
-    return columns.finished();
+    return readBlock(*m_site, agent, asked, look.pieces, progress);
 }
 
 std::optional<RecordColumns> ClickHouseRecordStore::columns(RowId agent, std::span<const RowId> properties,
