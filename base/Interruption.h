@@ -14,6 +14,9 @@ public:
     Interruption(const Interruption&) = delete;
     Interruption& operator=(const Interruption&) = delete;
 
+    /// For a thread that works for this one. Null: nobody can end its waits.
+    static const std::atomic<bool>* ofThread() { return current(); }
+
     /// Asked by whoever waits.
     static bool isAsked() { return current() && *current(); }
 

@@ -54,6 +54,7 @@ void list(const AttachCommand& command, TableServer& server, std::ostream& out)
 int runAttach(const AttachCommand& command, CommandContext context)
 {
     const std::shared_ptr<TableServer> server = tableServer(command.choice.address);
+    trustPlace(*server);
     if (command.lists) {
         list(command, *server, context.streams.output);
         return kCommandDone;
@@ -128,7 +129,7 @@ Command addAttach(CLI::App& program)
         "from PLOTIX_CLICKHOUSE_USER and PLOTIX_CLICKHOUSE_PASSWORD_FILE. A user of the address is asked as this "
         "once.\n"
         "Examples:\n  plotix attach plant.plotix postgresql://db1/historian --list\n"
-        "  plotix attach plant.plotix postgresql://reader@db1/historian --table boiler --unit flow=°C\n"
+        "  plotix attach plant.plotix postgresql://reader@db1/historian --table boiler --unit temperature=°C\n"
         "  plotix attach plant.plotix clickhouse://db2/scada --table samples --name tag --value value --agent Scada");
     return {attach, Command::Makes::Text, [command](CommandContext context) { return runAttach(*command, context); }};
 }

@@ -71,7 +71,20 @@ ServerConnection ClickHouseServer::home() const
 
 std::vector<StoreServer::Statements> ClickHouseServer::creation() const
 {
-    return creation(m_address.title());
+    std::optional<SiteLayout> layout;
+    try {
+        ServerConnection server = home();
+        layout = layoutOn(server);
+    } catch (const ReportableError&) {  // the statements are for a server that need not be there yet
+    }
+    return creation(originOf(layout));
+}
+
+/// Whose shards these are: of a new site, other than of any that had its name before.
+QString ClickHouseServer::originOf(const std::optional<SiteLayout>& layout) const
+{
+    return layout && !layout->origin.empty() ? QString::fromStdString(layout->origin)
+                                             : QStringLiteral("%1 %2").arg(m_address.title()).arg(stamps::number());
 }
 
 /// The home comes last: until it knows of another shard, nobody looks for it.
@@ -134,7 +147,7 @@ void ClickHouseServer::make(const std::optional<SiteLayout>& layout)
     if (layout && (layout->version > kVersion || layout->shards > m_address.others.size() + 1))
         plotix::requireSuitable(*layout, m_address);
     requireNoneAlone();
-    tellAll(creation(layout && !layout->origin.empty() ? QString::fromStdString(layout->origin) : m_address.title()));
+    tellAll(creation(originOf(layout)));
 }
 
 void ClickHouseServer::create()

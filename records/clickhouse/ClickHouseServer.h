@@ -36,6 +36,7 @@ public:
 
 private:
     std::vector<Statements> creation(const QString& origin) const;
+    QString originOf(const std::optional<SiteLayout>& layout) const;
     ServerConnection home() const;
     void make(const std::optional<SiteLayout>& layout);
     void requireNoneAlone();

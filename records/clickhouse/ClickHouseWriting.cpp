@@ -1,5 +1,6 @@
 #include "records/clickhouse/ClickHouseWriting.h"
 
+#include "base/Interruption.h"
 #include "base/ReportableError.h"
 #include "records/clickhouse/AgentWriting.h"
 #include "records/clickhouse/AmendmentRows.h"
@@ -140,9 +141,7 @@ public:
             at.turn->commit([&](ServerConnection& server) { commitBatch(server, at.server.tables(), m_batch); });
         } else if (shards.size() > 1) {
             joint::decide(*m_site, *m_parts[SiteOnServer::kHome]->turn, m_batch, shards);
-            for (const std::size_t shard : shards)
-                confirm(shard);
-            requireHeld();  // else somebody may have written over what was not confirmed yet
+            confirm(shards);
         }
         m_parts.clear();
     }
@@ -175,20 +174,36 @@ private:
             throw ReportableError(QStringLiteral("These records were stored already: begin again to store more."));
     }
 
+    /// Of shards that have nothing of it, any may be lost.
     void requireHeld() const
     {
         for (const auto& [shard, at] : m_parts)
-            at->turn->requireHeld();
+            if (!at->isEmpty)
+                at->turn->requireHeld();
     }
 
-    void confirm(std::size_t shard)
+    /// It counts already: whoever asks this thread to end is told no sooner than all shards that answer know it.
+    void confirm(const std::vector<std::size_t>& shards)
     {
-        try {
-            joint::confirm(*m_site, shard, m_batch);
-        } catch (const ReportableError& error) {
+        static const std::atomic<bool> never = false;
+        const Interruption calm(never);
+        QString problem;  // the first one
+        for (const std::size_t shard : shards)
+            try {
+                joint::confirm(*m_site, shard, m_batch);
+            } catch (const ReportableError& error) {
+                problem = problem.isEmpty() ? error.message() : problem;
+            }
+        if (!problem.isEmpty())
             throw ReportableError(QStringLiteral("%1 All of it counts once that shard is back and somebody writes "
                                                  "there: do not store it again.")
-                                      .arg(error.message()));
+                                      .arg(problem));
+        try {
+            requireHeld();  // else somebody may have written over what was not confirmed yet
+        } catch (const ReportableError&) {
+            throw ReportableError(
+                QStringLiteral("This program stood still for so long that others went on writing meanwhile: look which "
+                               "of these records are there, and store the others again."));
         }
     }
 
@@ -251,6 +266,7 @@ public:
         if (m_clock) {
             // Others may have stored something since.
             m_finder->forget();
+            m_site->known().forget();
             AmendmentRows amendments(*server, server.tables(), batch = stamps::number(), m_finder);
             amendments.note(agent, view, m_clock());
             if (amendments.isEmpty())

@@ -1,9 +1,13 @@
 #include "records/clickhouse/ColumnFetch.h"
 
+#include "base/Interruption.h"
 #include "records/clickhouse/LocalColumns.h"
+#include "records/columns/SealedColumn.h"
 
 #include <algorithm>
 #include <exception>
+#include <optional>
+#include <system_error>
 #include <thread>
 
 namespace plotix {
@@ -14,6 +18,12 @@ namespace {
 constexpr std::size_t kMostConnections = 4;
 /// Fewer are not worth a connection.
 constexpr std::size_t kFewestChunks = 8;
+
+bool isSound(const StoredChunk& chunk, RowId property, const AgentReading::Segment& segment)
+{
+    return sealed::opened(segment.codec, segment.data, {static_cast<std::uint64_t>(property), chunk.n, segment.valid})
+        .has_value();
+}
 
 /// One statement.
 class PartOfFetch {
@@ -34,7 +44,16 @@ public:
     }
     void runBeside()
     {
-        m_thread = std::thread([this] { runHere(); });
+        try {
+            m_thread = std::thread([this, flag = Interruption::ofThread()] {
+                std::optional<Interruption> whenItEnds;
+                if (flag)
+                    whenItEnds.emplace(*flag);
+                runHere();
+            });
+        } catch (const std::system_error&) {  // no thread is left for it
+            runHere();
+        }
     }
     /// For its end; what went wrong.
     std::exception_ptr wait()
@@ -50,7 +69,7 @@ private:
         const SiteOnServer::Lease server = m_site.lease(m_agent);
         AgentReading(*server, server.tables(), m_agent)
             .column(m_chunks, m_property, [&](std::size_t chunk, RowId, const AgentReading::Segment& segment) {
-                m_found[chunk] = m_site.packed().keep(m_chunks[chunk]->id, m_property, segment);
+                m_found[chunk] = keepIfSound(m_site, *m_chunks[chunk], m_property, segment);
             });
     }
 
@@ -88,6 +107,18 @@ PackedColumns fromServer(SiteOnServer& site, RowId agent, RowId property, std::s
 
 }  // namespace
 
+std::shared_ptr<const PackedCache::Column> keepIfSound(SiteOnServer& site, const StoredChunk& chunk, RowId property,
+                                                       const AgentReading::Segment& segment)
+{
+    if (isSound(chunk, property, segment))
+        return site.packed().keep(chunk.id, property, segment);
+    auto column = std::make_shared<PackedCache::Column>();
+    column->codec = segment.codec;
+    column->valid.assign(segment.valid.begin(), segment.valid.end());
+    column->data.assign(segment.data.begin(), segment.data.end());
+    return column;
+}
+
 PackedColumns fetchColumns(SiteOnServer& site, RowId agent, RowId property, std::span<const StoredChunk* const> chunks)
 {
     PackedColumns found(chunks.size());
@@ -123,7 +154,7 @@ PackedColumns fetchColumns(SiteOnServer& site, RowId agent, RowId property, std:
     std::vector<LocalColumns::Kept> kept;
     for (std::size_t i = 0; i < absent.size(); ++i) {
         found[absent[i]] = fetched[i];
-        if (fetched[i])
+        if (fetched[i] && isSound(*asked[i], property, fetched[i]->segment()))
             kept.push_back({asked[i]->id, fetched[i]});
     }
     if (local)

@@ -18,4 +18,9 @@ using PackedColumns = std::vector<std::shared_ptr<const PackedCache::Column>>;
 /// In the order of the chunks; null: there is no such column, or it is not there any more. Throws as a connection does.
 PackedColumns fetchColumns(SiteOnServer& site, RowId agent, RowId property, std::span<const StoredChunk* const> chunks);
 
+/// A column as it came, which stays in the site's PackedCache where it is as it was stored: a damaged one may be
+/// mended.
+std::shared_ptr<const PackedCache::Column> keepIfSound(SiteOnServer& site, const StoredChunk& chunk, RowId property,
+                                                       const AgentReading::Segment& segment);
+
 }  // namespace plotix

@@ -34,6 +34,13 @@ SiteMark KnownRows::markOf(ServerConnection& server, const SiteTables& tables)
     return mark;
 }
 
+void KnownRows::forget()
+{
+    const std::lock_guard lock(m_mutex);
+    for (auto& [server, known] : m_servers)
+        known.asked = {};
+}
+
 template <class Keep>
 void KnownRows::keep(ServerConnection& server, const SiteTables& tables, const SiteMark& of, const Keep& keep)
 {

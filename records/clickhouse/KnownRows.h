@@ -31,6 +31,9 @@ public:
     using Amendments = std::map<RowId, std::vector<Amendment>>;
     std::shared_ptr<const Amendments> amendments(ServerConnection& server, const SiteTables& tables);
 
+    /// The next question sees what others have stored until then.
+    void forget();
+
 private:
     struct Known {
         double from = 0, to = 0;

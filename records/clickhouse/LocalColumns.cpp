@@ -3,6 +3,7 @@
 #include "base/ReportableError.h"
 #include "records/columns/Checksum.h"
 
+#include <QtCore/QCoreApplication>
 #include <QtCore/QDir>
 #include <QtCore/QFile>
 #include <QtCore/QFileInfo>
@@ -41,6 +42,8 @@ qint64 checksumOf(qint64 site, RowId property, std::uint64_t chunk, const Packed
                                             chunk, static_cast<std::uint64_t>(column.codec), column.valid.size()};
     return static_cast<qint64>(checksum::of(column.data, checksum::of(column.valid, checksum::of(head))));
 }
+
+constexpr int kFailuresOfDamaged = 3, kMostFailures = 12;
 
 /// Hours: nearer nobody needs to know what was used last.
 qint64 now()
@@ -83,38 +86,42 @@ bool LocalColumns::open()
 {
     if (m_database || m_isGivenUp)
         return m_database != nullptr;
-    for (const bool isLast : {false, true}) {
-        try {
-            if (!QFileInfo::exists(m_file)) {
-                QDir().mkpath(QFileInfo(m_file).path());
-                try {
-                    Database::create(m_file, schema());
-                    QFile::setPermissions(m_file, QFile::ReadOwner | QFile::WriteOwner);
-                } catch (const ReportableError&) {
-                    if (!QFileInfo::exists(m_file))  // another program made it just now
-                        throw;
-                }
-            }
-            m_database = std::make_unique<Database>(m_file, schema(), Database::Access::ReadWrite);
-            m_database->setPatience(100);
-            m_database->execute("PRAGMA synchronous = OFF");  // what is lost is fetched again
-            m_database->execute("PRAGMA wal_autocheckpoint = 128");
-            return true;
-        } catch (const std::exception&) {
-            m_database.reset();
-            // Of another version, or damaged: it only repeats what servers have.
-            if (isLast || !QFile::remove(m_file))
-                break;
-        }
+    try {
+        if (!QFileInfo::exists(m_file))
+            make();
+        m_database = std::make_unique<Database>(m_file, schema(), Database::Access::ReadWrite);
+        m_database->setPatience(100);
+        m_database->execute("PRAGMA synchronous = OFF");  // what is lost is fetched again
+        m_database->execute("PRAGMA wal_autocheckpoint = 128");
+        return true;
+    } catch (const std::exception&) {
+        fail();
     }
-    m_isGivenUp = true;
     return false;
 }
 
-void LocalColumns::giveUp() noexcept
+/// Under another name first: whoever sees the file sees all of it.
+void LocalColumns::make() const
+{
+    QDir().mkpath(QFileInfo(m_file).path());
+    const QString unfinished = QStringLiteral("%1.%2.new").arg(m_file).arg(QCoreApplication::applicationPid());
+    QFile::remove(unfinished);
+    Database::create(unfinished, schema());
+    QFile::setPermissions(unfinished, QFile::ReadOwner | QFile::WriteOwner);
+    if (!QFile::rename(unfinished, m_file))  // another program made it just now
+        QFile::remove(unfinished);
+}
+
+/// Another program may be writing, and the next time it works. What goes wrong again and again is damaged, or of
+/// another version, and made anew: it only repeats what servers have. At last nothing is kept any more.
+void LocalColumns::fail() noexcept
 {
     m_database.reset();
-    m_isGivenUp = true;
+    ++m_failures;
+    if (m_failures == kFailuresOfDamaged)
+        for (const char* part : {"-wal", "-shm", ""})
+            QFile::remove(m_file + QLatin1String(part));
+    m_isGivenUp = m_failures == kMostFailures;
 }
 
 std::vector<std::shared_ptr<PackedCache::Column>> LocalColumns::find(const QString& site, RowId property,
@@ -163,7 +170,7 @@ std::vector<std::shared_ptr<PackedCache::Column>> LocalColumns::find(const QStri
                     .run();
         m_database->commit();
     } catch (const std::exception&) {
-        giveUp();
+        fail();
     }
     return found;
 }
@@ -189,7 +196,7 @@ void LocalColumns::keep(const QString& site, RowId property, std::span<const Kep
         makeRoom();
         m_database->commit();
     } catch (const std::exception&) {
-        giveUp();
+        fail();
     }
 }
 

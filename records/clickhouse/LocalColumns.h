@@ -37,13 +37,15 @@ public:
 
 private:
     bool open();
-    void giveUp() noexcept;
+    void make() const;
+    void fail() noexcept;
     void makeRoom();
 
     const QString m_file;
     const std::uint64_t m_mostBytes;
     std::mutex m_mutex;                    // guards what follows
     std::unique_ptr<Database> m_database;  // null: not yet, or not any more
+    int m_failures = 0;
     bool m_isGivenUp = false;
 };
 

@@ -56,7 +56,7 @@ void bringEnds(const SiteOnServer::Lease& server, const ServerSpan& span, const 
             ends.push_back(piece.chunk);
     AgentReading(*server, server.tables(), span.agent)
         .segments(ends, &properties, [&](std::size_t chunk, RowId property, const AgentReading::Segment& segment) {
-            span.site->packed().keep(ends[chunk]->id, property, segment);
+            keepIfSound(*span.site, *ends[chunk], property, segment);
         });
 }
 
@@ -159,12 +159,12 @@ PackedColumns ServerPages::columnsOf(std::size_t first, std::size_t end) const
                          [this](std::size_t each) { return !m_onTheWay.contains(each) && isAbsent(each); }))
         if (std::find(missing.begin(), missing.end(), piece) == missing.end())
             pieces.push_back(piece);
-    m_onTheWay.insert(pieces.begin(), pieces.end());
-    lock.unlock();
-
     std::vector<const StoredChunk*> chunks;
     for (const std::size_t each : pieces)
         chunks.push_back(m_span->pieces[each].chunk);
+    m_onTheWay.insert(pieces.begin(), pieces.end());
+    lock.unlock();
+
     PackedColumns fetched;
     std::exception_ptr failure;
     try {

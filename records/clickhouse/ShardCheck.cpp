@@ -137,7 +137,7 @@ std::optional<SiteLayout> layoutOn(ServerConnection& home)
     const std::optional<std::uint64_t> version = unlessGone(home, "about", [&] {
         return numberOf(home, "SELECT toUInt64(max(version)) FROM " + SiteTables(home.address()).about());
     });
-    if (!version)
+    if (!version || *version == 0)  // none, or its making was interrupted
         return std::nullopt;
     SiteLayout layout;
     layout.version = static_cast<std::uint32_t>(*version);

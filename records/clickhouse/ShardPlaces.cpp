@@ -4,6 +4,7 @@
 #include "records/clickhouse/HomeRows.h"
 #include "records/clickhouse/RowBinary.h"
 #include "records/clickhouse/ServerStamps.h"
+#include "records/clickhouse/ShardCheck.h"
 
 #include <algorithm>
 
@@ -24,7 +25,9 @@ double bytesOn(SiteOnServer& site, std::size_t shard)
                                                  "AND database = '%1' AND table IN ('%2', '%3')")
                                       .arg(site.address().database, tables.bareName("chunk"), tables.bareName("young"))
                                       .toStdString();
-    return static_cast<double>(numberOf(*site.quickConnection(shard), statement));
+    const std::unique_ptr<ServerConnection> server = site.quickConnection(shard);
+    requireSuitable(*server, site.address());  // one that was set up anew looks empty
+    return static_cast<double>(numberOf(*server, statement));
 }
 
 /// A shard that does not answer is given nothing new.

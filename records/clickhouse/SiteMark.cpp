@@ -14,10 +14,9 @@ SiteMark SiteMark::askedOf(ServerConnection& server, const SiteTables& tables)
     };
     std::string statement = selected(Batches, "uniqExact(batch) FROM " + tables.batches());
     // Parts are never changed, and their names never given twice; sizes tell a table that was made anew.
-    statement +=
-        " UNION ALL " +
-        selected(Parts, "sum(cityHash64(table, name, rows, bytes_on_disk)) FROM system.parts WHERE active AND " +
-                            tables.among("table", "batch|chunk|young|amendment"));
+    statement += " UNION ALL " + selected(Parts, "sum(cityHash64(table, name, rows, bytes_on_disk, "
+                                                 "toUInt64(modification_time))) FROM system.parts WHERE active AND " +
+                                                     tables.among("table", "batch|chunk|young|amendment"));
     // A replica may have a part that does not count yet, since too few others do: its rows are not shown.
     if (server.isReplicated())
         for (const std::string& table : {tables.chunks(), tables.young(), tables.amendments()})

@@ -91,7 +91,7 @@ SiteOnServer::Lease SiteOnServer::leaseOn(std::size_t shard)
 /// Once a minute.
 void SiteOnServer::lookAt(std::size_t shard, ServerConnection& server)
 {
-    if (!requireSuitable(server, m_address) || shard == kHome)
+    if (!requireSuitable(server, m_address) || m_shards.size() == 1)
         return;
     try {
         joint::confirmAll(server, tables(shard), *quickConnection(kHome), tables());

@@ -1,5 +1,6 @@
 #include "records/clickhouse/WritersTurn.h"
 
+#include "base/Interruption.h"
 #include "base/ReportableError.h"
 #include "records/clickhouse/RowBinary.h"
 #include "records/clickhouse/ServerStamps.h"
@@ -233,6 +234,9 @@ WritersTurn::~WritersTurn()
 
 void WritersTurn::giveBack() noexcept
 {
+    // Also where this thread is asked to end: others would wait for a claim that nobody has any more.
+    static const std::atomic<bool> never = false;
+    const Interruption calm(never);
     try {
         tell(*m_site->quickConnection(m_shard), tables(), m_claim, 1, Gone);
     } catch (const std::exception&) {  // it is forgotten after a while

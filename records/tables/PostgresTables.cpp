@@ -77,14 +77,17 @@ QString withoutUser(QString address)
 struct Address {
     explicit Address(const QString& text) : kept(withoutUser(text))
     {
+        // Before anything could repeat it.
+        const QString place = text.section(QLatin1Char('?'), 0, 0);
+        if (text.contains(QLatin1String("password="), Qt::CaseInsensitive) ||
+            (place.contains(QLatin1Char('@')) && place.section(QLatin1Char('@'), 0, -2).count(QLatin1Char(':')) > 1))
+            refusePassword();
         char* problem = nullptr;
         PQconninfoOption* const options = PQconninfoParse(text.toUtf8().constData(), &problem);
         if (!options) {
             // The library's message may repeat what stands where a password would.
             const QString why = readable(problem ? problem : "it cannot be read");
             PQfreemem(problem);
-            if (text.contains(QLatin1Char('@')) && text.section(QLatin1Char('@'), 0, -2).count(QLatin1Char(':')) > 1)
-                refusePassword();
             throw ReportableError(
                 QStringLiteral("“%1” is no address of a database (postgresql://HOST[:PORT]/DATABASE): %2.")
                     .arg(kept, why));

@@ -3,6 +3,8 @@
 #include "tests/hostapp/cli/CommandLineFixture.h"
 #include "tests/records/tables/PostgresForTests.h"
 
+#include <QtCore/QSettings>
+
 namespace plotix {
 
 namespace {
@@ -40,6 +42,15 @@ TEST_F(AttachOnServerTest, ItsRowsAreRecordsOfTheSite)
     EXPECT_TRUE(m_output.startsWith("boiler shows the table boiler in /")) << m_output.toStdString();
     EXPECT_EQ(exported(site()), "time,flow (°C),back ° ()\n2024-05-06T08:00:00Z,61.5,40\n2024-05-06T09:00:00Z,,41\n"
                                 "2024-05-06T10:00:00Z,62,42.25\n");
+}
+
+TEST_F(AttachOnServerTest, ADeskThatNeverNamedThePlaceDoesNotAskIt)
+{
+    attach();
+    QSettings().remove(QStringLiteral("Tables/places"));
+    expectFailure({"export", site(), "--output", path("exported.csv")}, 1, "which this desk has never asked");
+    ASSERT_EQ(run({"attach", site(), address, "--list"}), 0) << m_error.toStdString();
+    EXPECT_TRUE(exported(site()).contains("62,42.25"));
 }
 
 TEST_F(AttachOnServerTest, WhatThereIsIsListed)
