@@ -1,5 +1,7 @@
 #include "base/Interruption.h"
 #include "base/ReportableError.h"
+#include "records/tables/CopiedRows.h"
+#include "records/tables/PostgresAddress.h"
 #include "records/tables/TableDatabase.h"
 
 #include <QtCore/QRegularExpression>
@@ -20,112 +22,6 @@ namespace {
 using Kind = TableServer::Column::Kind;
 
 constexpr int kSilence = 300'000;  // milliseconds without a byte of an answer; a large table is summed up meanwhile
-constexpr std::size_t kRowsAtOnce = 65536;
-
-/// The library's own words end in line breaks and begin with a severity.
-QString readable(const char* message)
-{
-    QString line = QString::fromUtf8(message).section(QLatin1Char('\n'), 0, 0).trimmed();
-    if (line.startsWith(QLatin1String("ERROR:")) || line.startsWith(QLatin1String("FATAL:")))
-        line = line.mid(6).trimmed();
-    return line;
-}
-
-/// Users that addresses named, by what is left of the address. Any thread.
-class EnteredUsers {
-public:
-    static EnteredUsers& here()
-    {
-        static EnteredUsers users;
-        return users;
-    }
-    void set(const QString& address, const QString& user)
-    {
-        const std::lock_guard lock(m_mutex);
-        m_users[address] = user;
-    }
-    QByteArray of(const QString& address)
-    {
-        const std::lock_guard lock(m_mutex);
-        const auto found = m_users.find(address);
-        return found == m_users.end() ? QByteArray() : found->second.toUtf8();
-    }
-
-private:
-    std::mutex m_mutex;
-    std::map<QString, QString> m_users;  // under the mutex
-};
-
-QString withoutUser(QString address)
-{
-    static const QRegularExpression before(QStringLiteral("^(postgres(?:ql)?://)[^@/?]*@"));
-    static const QRegularExpression option(QStringLiteral("([?&])user=[^&]*&?"));
-    address.replace(before, QStringLiteral("\\1")).replace(option, QStringLiteral("\\1"));
-    while (address.endsWith(QLatin1Char('?')) || address.endsWith(QLatin1Char('&')))
-        address.chop(1);
-    return address;
-}
-
-[[noreturn]] void refusePassword()
-{
-    throw ReportableError(
-        QStringLiteral("A password does not belong into an address, where others see it: write it into ~/.pgpass, "
-                       "or set PGPASSWORD."));
-}
-
-/// What an address says by words; throws for a password among them.
-struct Address {
-    explicit Address(const QString& text) : kept(withoutUser(text))
-    {
-        // Before anything could repeat it.
-        const QString place = text.section(QLatin1Char('?'), 0, 0);
-        if (text.contains(QLatin1String("password="), Qt::CaseInsensitive) ||
-            (place.contains(QLatin1Char('@')) && place.section(QLatin1Char('@'), 0, -2).count(QLatin1Char(':')) > 1))
-            refusePassword();
-        char* problem = nullptr;
-        PQconninfoOption* const options = PQconninfoParse(text.toUtf8().constData(), &problem);
-        if (!options) {
-            // The library's message may repeat what stands where a password would.
-            const QString why = readable(problem ? problem : "it cannot be read");
-            PQfreemem(problem);
-            throw ReportableError(
-                QStringLiteral("“%1” is no address of a database (postgresql://HOST[:PORT]/DATABASE): %2.")
-                    .arg(kept, why));
-        }
-        QString user;
-        bool hasPassword = false;
-        for (const PQconninfoOption* each = options; each->keyword; ++each) {
-            const std::string_view word = each->keyword;
-            const QString value = QString::fromUtf8(each->val ? each->val : "");
-            if (value.isEmpty())
-                continue;
-            hasPassword = hasPassword || word == "password" || word == "sslpassword";
-            if (word == "host" || word == "hostaddr")
-                host = value;
-            else if (word == "port")
-                port = value;
-            else if (word == "dbname")
-                database = value;
-            else if (word == "user")
-                user = value;
-        }
-        PQconninfoFree(options);
-        if (hasPassword)
-            refusePassword();
-        if (database.isEmpty())
-            throw ReportableError(
-                QStringLiteral("“%1” names no database: write postgresql://HOST[:PORT]/DATABASE.").arg(kept));
-        if (!user.isEmpty())
-            EnteredUsers::here().set(kept, user);
-    }
-    QString title() const
-    {
-        return QStringLiteral("%1%2/%3").arg(host.isEmpty() ? QStringLiteral("localhost") : host,
-                                             port.isEmpty() ? QString() : QLatin1Char(':') + port, database);
-    }
-
-    QString kept, host, port, database;
-};
 
 struct Finish {
     void operator()(PGconn* connection) const { PQfinish(connection); }
@@ -135,85 +31,6 @@ struct Clear {
 };
 using Connection = std::unique_ptr<PGconn, Finish>;
 using Result = std::unique_ptr<PGresult, Clear>;
-
-/// Rows of doubles in the binary form of COPY.
-class CopiedRows {
-public:
-    CopiedRows(std::size_t columns, const TableDatabase::Take& take) : m_take(take), m_columns(columns)
-    {
-        for (std::vector<double>& column : m_columns)
-            column.reserve(kRowsAtOnce);
-    }
-
-    /// What came at once: the first time a header, then a row, or the mark of the end. False: enough.
-    bool add(std::span<const char> bytes)
-    {
-        if (!std::exchange(m_hasHeader, true)) {
-            constexpr std::size_t kFixed = 19;  // a signature, flags, the length of what follows
-            if (bytes.size() < kFixed || std::memcmp(bytes.data(), "PGCOPY\n\377\r\n", 11) != 0)
-                fail();
-            const std::size_t more = number<std::uint32_t>(bytes.subspan(15));
-            if (more > bytes.size() - kFixed)
-                fail();
-            bytes = bytes.subspan(kFixed + more);
-        }
-        if (bytes.size() < 2)
-            return bytes.empty() || (fail(), false);
-        const auto fields = number<std::uint16_t>(bytes);
-        if (fields == 0xffff)
-            return true;
-        if (fields != m_columns.size())
-            fail();
-        bytes = bytes.subspan(2);
-        for (std::vector<double>& column : m_columns) {
-            if (bytes.size() < 4)
-                fail();
-            const auto length = number<std::uint32_t>(bytes);
-            bytes = bytes.subspan(4);
-            if (length == 0xffffffff) {
-                column.push_back(std::numeric_limits<double>::quiet_NaN());
-                continue;
-            }
-            if (length != 8 || bytes.size() < 8)
-                fail();
-            column.push_back(std::bit_cast<double>(number<std::uint64_t>(bytes)));
-            bytes = bytes.subspan(8);
-        }
-        return m_columns.front().size() < kRowsAtOnce || flush();
-    }
-    bool flush()
-    {
-        if (m_columns.front().empty())
-            return true;
-        const bool goesOn = m_take(m_columns);
-        for (std::vector<double>& column : m_columns)
-            column.clear();
-        return goesOn;
-    }
-
-private:
-    template <class T>
-    static T number(std::span<const char> bytes)
-    {
-        T value;
-        std::memcpy(&value, bytes.data(), sizeof value);
-        if constexpr (sizeof value == 8)
-            return __builtin_bswap64(value);
-        else if constexpr (sizeof value == 4)
-            return __builtin_bswap32(value);
-        else
-            return __builtin_bswap16(value);
-    }
-    [[noreturn]] static void fail()
-    {
-        throw ReportableError(QStringLiteral("The server answers something else than the columns it was asked for."));
-    }
-
-    static_assert(std::endian::native == std::endian::little, "the network's order is turned round");
-    const TableDatabase::Take& m_take;
-    std::vector<std::vector<double>> m_columns;
-    bool m_hasHeader = false;
-};
 
 class PostgresTables final : public TableDatabase {
 public:
@@ -411,7 +228,7 @@ private:
 
     Connection connected() const
     {
-        const QByteArray address = m_address.kept.toUtf8(), user = EnteredUsers::here().of(m_address.kept);
+        const QByteArray address = m_address.kept.toUtf8(), user = m_address.user();
         const char* const words[] = {"dbname",
                                      "fallback_application_name",
                                      "connect_timeout",
@@ -428,7 +245,7 @@ private:
         if (PQstatus(server.get()) != CONNECTION_OK)
             throw ReportableError(
                 QStringLiteral("The server “%1” cannot be reached: %2. Start it, or correct the address.")
-                    .arg(title(), readable(PQerrorMessage(server.get()))));
+                    .arg(title(), readablePostgres(PQerrorMessage(server.get()))));
         PQsetNoticeProcessor(
             server.get(), [](void*, const char*) {}, nullptr);
         run(*server, "SET default_transaction_read_only = on");
@@ -468,7 +285,7 @@ private:
     }
     [[noreturn]] void fail(PGconn& server) const
     {
-        const QString why = readable(PQerrorMessage(&server));
+        const QString why = readablePostgres(PQerrorMessage(&server));
         throw ReportableError(
             PQstatus(&server) == CONNECTION_OK
                 ? QStringLiteral("The server “%1” refuses: %2").arg(title(), why)
@@ -504,7 +321,7 @@ private:
     /// Nobody waits without end for whoever changes the table.
     static constexpr const char* kBegin =
         "BEGIN ISOLATION LEVEL REPEATABLE READ READ ONLY; SET LOCAL lock_timeout = '10s'";
-    const Address m_address;
+    const PostgresAddress m_address;
     std::mutex m_mutex;
     std::vector<Connection> m_idle;  // under the mutex
 };

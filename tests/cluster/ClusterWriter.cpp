@@ -11,8 +11,7 @@
 //
 // What cannot be done just now is tried again: the same records.
 
-#include "base/ReportableError.h"
-#include "records/clickhouse/ClickHouseRecordStore.h"
+#include "tests/cluster/Writing.h"
 #include "tests/cluster/WrittenJournal.h"
 
 #include <chrono>
@@ -25,33 +24,6 @@ namespace {
 
 using namespace plotix;
 using Kind = WrittenOperation::Kind;
-
-constexpr auto kPause = std::chrono::milliseconds(200);
-
-std::shared_ptr<RecordStore> recordsAt(const char* address)
-{
-    return std::make_shared<ClickHouseRecordStore>(
-        std::make_shared<SiteOnServer>(ServerAddress::parsed(QString::fromLocal8Bit(address)), ServerCredentials(),
-                                       [](RowId, RowId) { return true; }));
-}
-
-WrittenAgent agentNumbered(int number)
-{
-    return {number, 2 * number - 1};
-}
-
-/// Tries until it can be done.
-template <class Work>
-auto atLast(const Work& work)
-{
-    for (;;)
-        try {
-            return work();
-        } catch (const ReportableError& error) {
-            std::fprintf(stderr, "%s\n", error.what());
-            std::this_thread::sleep_for(kPause);
-        }
-}
 
 /// Empty where the records are what was acknowledged, with what was begun or without.
 std::string differenceIn(RecordStore& records, const WrittenAgent& agent, const WrittenJournal& journal)

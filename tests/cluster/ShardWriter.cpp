@@ -1,18 +1,14 @@
 // Writes transactions of two agents on two shards without end, to be killed, and tells what the shards have of them.
 //
-//     shard_writer ADDRESS both AGENT LAST     stores records of both at the times behind LAST, which was acknowledged
-//     and
-//                                              must be there; prints the last acknowledged time after each
+//     shard_writer ADDRESS both AGENT LAST     stores records of both behind the time LAST, which was acknowledged
+//                                              and must be there; prints the last acknowledged time after each
 //     shard_writer ADDRESS alike AGENT LAST    writes to both, and tells whether both have all up to LAST, and the same
 //     shard_writer ADDRESS lost AGENT LAST     whether the one whose shard answers is read and written, and the other
-//     one
-//                                              refused with a line that says which shard it is
+//                                              one refused with a line that says which shard it is
 //
 // Writing goes on after what cannot be stored just now: the same records again.
 
-#include "base/ReportableError.h"
-#include "records/clickhouse/ClickHouseRecordStore.h"
-#include "tests/e2e/writer/WrittenValues.h"
+#include "tests/cluster/Writing.h"
 
 #include <algorithm>
 #include <array>
@@ -28,32 +24,6 @@ namespace {
 using namespace plotix;
 
 constexpr int kLongestBlock = 3000;
-constexpr auto kPause = std::chrono::milliseconds(200);
-
-std::shared_ptr<RecordStore> recordsAt(const char* address)
-{
-    return std::make_shared<ClickHouseRecordStore>(
-        std::make_shared<SiteOnServer>(ServerAddress::parsed(QString::fromLocal8Bit(address)), ServerCredentials(),
-                                       [](RowId, RowId) { return true; }));
-}
-
-WrittenAgent agentNumbered(int number)
-{
-    return {number, 2 * number - 1};
-}
-
-/// Tries until it can be done.
-template <class Work>
-void atLast(const Work& work)
-{
-    for (;;)
-        try {
-            return work();
-        } catch (const ReportableError& error) {
-            std::fprintf(stderr, "%s\n", error.what());
-            std::this_thread::sleep_for(kPause);
-        }
-}
 
 /// Whether all records up to this time are there, once and with their values; prints how many there are.
 int check(RecordStore& records, const WrittenAgent& agent, double last)

@@ -1,56 +1,16 @@
-#include "records/clickhouse/ServerConnection.h"
-#include "tests/hostapp/cli/CommandLineFixture.h"
-#include "tests/records/clickhouse/ServerForTests.h"
+#include "tests/hostapp/cli/SiteOnServerFixture.h"
 
 #include "hostapp/document/DeskFile.h"
 #include "hostapp/document/ServerSites.h"
 #include "hostapp/document/SiteDocument.h"
 
 #include <QtCore/QCborMap>
-#include <QtCore/QRegularExpression>
 #include <QtTest/QSignalSpy>
 #include <QtTest/QTest>
 
 namespace plotix {
 
 namespace {
-
-/// `store` and `copy` with a server of this program's own.
-class SiteOnServerTest : public CommandLineTest {
-protected:
-    explicit SiteOnServerTest(const ServerAddress& at = ServerForTests::running().newSite()) : address(at.text())
-    {
-        qputenv("PLOTIX_DATA_HOME", m_folder.path().toUtf8());
-    }
-    ~SiteOnServerTest() override { qunsetenv("PLOTIX_DATA_HOME"); }
-
-    void create() { ASSERT_EQ(run({"store", "create", address}), 0) << m_error.toStdString(); }
-    void copyThere() { ASSERT_EQ(run({"copy", site(), address}), 0) << m_error.toStdString(); }
-    QByteArray exported(const QString& file)
-    {
-        EXPECT_EQ(run({"export", file, "--output", path("exported.csv")}), 0) << m_error.toStdString();
-        return contents(path("exported.csv"));
-    }
-    /// So many records of two properties, a second apart.
-    void importMany(int records)
-    {
-        QByteArray text = "time,Air (°C),Wind (m/s)\n";
-        for (int i = 0; i < records; ++i)
-            text += QDateTime::fromSecsSinceEpoch(1'400'000'000 + i, Qt::UTC).toString(Qt::ISODate).toUtf8() + ',' +
-                    QByteArray::number(i % 97 / 10.0) + ',' + (i % 7 == 0 ? QByteArray() : QByteArray::number(i)) +
-                    '\n';
-        importText(text);
-    }
-    void tell(const QString& statement)
-    {
-        ServerConnection(ServerAddress::parsed(address), {}).tell(statement.toStdString());
-    }
-
-    void goToAnotherDesk() { qputenv("PLOTIX_DATA_HOME", m_otherDesk.path().toUtf8()); }
-
-    QTemporaryDir m_otherDesk;
-    const QString address;
-};
 
 TEST_F(SiteOnServerTest, ANewSiteIsDescribed)
 {
@@ -323,62 +283,6 @@ TEST_F(SiteOnServerTest, WhatIsRecordedHereIsThere)
     EXPECT_TRUE(m_output.contains(" records from ")) << m_output.toStdString();
 }
 
-/// The server is away while something is recorded.
-class ForwardingOnServerTest : public SiteOnServerTest {
-protected:
-    void SetUp() override
-    {
-        if (!ServerForTests::running().isOwn())
-            GTEST_SKIP() << "the server is somebody else's";
-        create();
-        ASSERT_EQ(run({"record", address, "--interval", "0.1", "--for", "0.3"}), 0) << m_error.toStdString();
-        ServerForTests::running().kill();
-        m_status = run({"record", address, "--interval", "0.1", "--for", "0.5"});
-        m_said = m_error;
-    }
-    void TearDown() override
-    {
-        if (m_isAway)
-            bringServerBack();
-    }
-    void bringServerBack()
-    {
-        ServerForTests::running().restart();
-        m_isAway = false;
-    }
-    int m_status = 0;
-    bool m_isAway = true;
-    QString m_said;
-};
-
-TEST_F(ForwardingOnServerTest, WhatWaitsIsSaidInTheEndAndByInfo)
-{
-    EXPECT_EQ(m_status, 1);
-    EXPECT_TRUE(m_said.contains("records are not on the server yet, and safe in ")) << m_said.toStdString();
-    EXPECT_EQ(run({"store", "info", address}), 1);
-    EXPECT_TRUE(m_output.contains(QRegularExpression("^Waiting here     \\d+ records of This Computer from ")))
-        << m_output.toStdString();
-}
-
-TEST_F(ForwardingOnServerTest, ForwardStoresIt)
-{
-    EXPECT_EQ(run({"store", "forward", address}), 1);
-    EXPECT_TRUE(m_error.contains("cannot be reached")) << m_error.toStdString();
-    bringServerBack();
-    ASSERT_EQ(run({"store", "forward", address}), 0) << m_error.toStdString();
-    EXPECT_TRUE(m_output.contains("records that waited here are on the server now")) << m_output.toStdString();
-    ASSERT_EQ(run({"store", "info", address}), 0);
-    EXPECT_FALSE(m_output.contains("Waiting here")) << m_output.toStdString();
-}
-
-TEST_F(ForwardingOnServerTest, TheNextRecordingStoresItToo)
-{
-    bringServerBack();
-    ASSERT_EQ(run({"record", address, "--interval", "0.2", "--for", "1"}), 0) << m_error.toStdString();
-    ASSERT_EQ(run({"store", "info", address}), 0);
-    EXPECT_FALSE(m_output.contains("Waiting here")) << m_output.toStdString();
-}
-
 TEST_F(SiteOnServerTest, ADeskFollowsTheSiteAndKeepsItsOwnLooks)
 {
     importWeather();
@@ -435,85 +339,6 @@ TEST_F(SiteOnServerTest, WhatALaterVersionWroteIntoARowStaysWhenItIsChanged)
     storeServer(address)->put({row});
     ASSERT_EQ(run({"edit", address, "--property", "Pressure", "--rename", "Wind"}), 0) << m_error.toStdString();
     EXPECT_EQ(QCborValue::fromCbor(propertyNamed("Wind").data)[QLatin1String("later")].toInteger(), 4711);
-}
-
-/// The same site on two shards.
-class SiteOnShardsServerTest : public SiteOnServerTest {
-protected:
-    SiteOnShardsServerTest() : SiteOnServerTest(ServerForTests::running().newSiteOnShards()) {}
-
-    QByteArray exportedBoth(const QString& file)
-    {
-        QByteArray both;
-        for (const char* agent : {"EWR", "Another"}) {
-            EXPECT_EQ(run({"export", file, "--agent", agent, "--output", path("exported.csv")}), 0)
-                << m_error.toStdString();
-            both += contents(path("exported.csv"));
-        }
-        return both;
-    }
-    /// Two agents.
-    void importTwo()
-    {
-        importWeather();
-        ASSERT_EQ(run({"import", path("data.csv"), "--site", site(), "--agent", "Another"}), 0)
-            << m_error.toStdString();
-    }
-};
-
-TEST_F(SiteOnShardsServerTest, ASiteComesBackAsItWas)
-{
-    importTwo();
-    create();
-    copyThere();
-    ASSERT_EQ(run({"copy", address, path("back.plotix")}), 0) << m_error.toStdString();
-    EXPECT_EQ(exportedBoth(path("back.plotix")), exportedBoth(site()));
-}
-
-TEST_F(SiteOnShardsServerTest, ItIsDescribedShardByShard)
-{
-    importTwo();
-    create();
-    copyThere();
-    ASSERT_EQ(run({"store", "info", address}), 0) << m_error.toStdString();
-    EXPECT_EQ(m_output.count("\nAgents           1\n"), 2) << m_output.toStdString();
-    EXPECT_TRUE(m_output.contains("\nShard 2          127.0.0.1:")) << m_output.toStdString();
-}
-
-TEST_F(SiteOnShardsServerTest, OneThatIsLostIsToldAndTheOtherDescribed)
-{
-    create();
-    const QString lost = address.section(QLatin1Char('+'), 0, 0) + QStringLiteral("+127.0.0.1:1/") +
-                         address.section(QLatin1Char('/'), 3);
-    ASSERT_EQ(run({"store", "info", lost}), 0) << m_error.toStdString();
-    EXPECT_TRUE(m_output.contains("“127.0.0.1:1/plotix/site")) << m_output.toStdString();
-    EXPECT_TRUE(m_output.contains("\nAgents           0\n")) << m_output.toStdString();
-}
-
-TEST_F(SiteOnShardsServerTest, ThePrintedStatementsMakeIt)
-{
-    if (!ServerForTests::running().isOwn())
-        GTEST_SKIP() << "which statement goes to which host is nothing for a test";
-    importTwo();
-    ASSERT_EQ(run({"store", "create", address, "--print"}), 0) << m_error.toStdString();
-    for (int again = 0; again < 2; ++again)
-        for (const QString& line : QString(m_output).split(QLatin1Char('\n')))
-            if (!line.startsWith(QLatin1String("--")) && !line.isEmpty())
-                tell(line);
-    copyThere();
-    EXPECT_EQ(exportedBoth(address), exportedBoth(site()));
-}
-
-TEST_F(SiteOnShardsServerTest, AddingOneIsSaid)
-{
-    if (!ServerForTests::running().isOwn())
-        GTEST_SKIP() << "its hosts have other shards";
-    create();
-    const QString three = QString(address).replace(
-        QLatin1Char('+'), QStringLiteral("+127.0.0.1:%1+").arg(ServerForTests::running().port()));
-    ASSERT_EQ(run({"store", "create", three}), 0) << m_error.toStdString();
-    EXPECT_TRUE(m_output.startsWith("There are 3 shards instead of 2 now: ")) << m_output.toStdString();
-    expectFailure({"store", "drop", address, "--yes-remove", address.section('/', -1)}, 1, "has 3 shards");
 }
 
 TEST_F(SiteOnServerTest, OneOfTheFirstVersionIsUpgraded)

@@ -3,19 +3,14 @@
 #include "hostapp/document/RecordKeeping.h"
 #include "hostapp/document/SiteEditing.h"
 #include "hostapp/document/SiteTransaction.h"
-#include "hostapp/window/DesktopUserInterface.h"
-#include "hostapp/window/HelpWindow.h"
 #include "hostapp/window/PropertyListModel.h"
-#include "hostapp/window/PropertyListView.h"
 #include "hostapp/window/SiteDetailsDialog.h"
-#include "hostapp/window/SiteWindow.h"
 #include "hostapp/window/annotating/LimitsDialog.h"
 #include "hostapp/window/annotating/NoteDialog.h"
 #include "hostapp/window/annotating/NotesWindow.h"
 #include "hostapp/window/computing/ComputedPropertyDialog.h"
 #include "hostapp/window/computing/FormulaEdit.h"
-#include "tests/support/stubsite/ScratchSite.h"
-#include "tests/support/stubsite/StubTrend.h"
+#include "tests/hostapp/window/EditingFixture.h"
 
 #include <QtCore/QFile>
 #include <QtCore/QTimer>
@@ -38,103 +33,6 @@ using plotix::Date;
 using plotix::SiteWindow;
 
 namespace {
-
-/// Cleaning a site up from its window.
-class EditingTest : public testing::Test {
-protected:
-    EditingTest() : station(site.addStation())
-    {
-        window = std::make_unique<SiteWindow>(site.document, plotix::WindowServices{&module, &desktop, &help});
-        window->show();
-    }
-    void TearDown() override
-    {
-        writer.reset();
-        window.reset();
-        QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
-    }
-
-    plotix::PropertyListView& list() { return *window->findChild<plotix::PropertyListView*>("propertyList"); }
-    QStringList names() const
-    {
-        QStringList found;
-        for (const auto& property : station->siteProperties())
-            found << property->name();
-        return found;
-    }
-    /// Chooses the entry of the property's menu; an entry "A/B" is in a menu of its own.
-    void choose(int property, const QString& entry)
-    {
-        const std::unique_ptr<QMenu> menu(list().makeMenuFor(station->siteProperties().at(property)));
-        const QMenu* inside = menu.get();
-        const QStringList path = entry.split('/');
-        for (const QString& step : path)
-            for (QAction* action : inside->actions())
-                if (action->text().remove('&') == step) {
-                    inside = action->menu();
-                    if (!inside) {
-                        action->trigger();
-                        return;
-                    }
-                    break;
-                }
-        ADD_FAILURE() << "there is no " << entry.toStdString();
-    }
-    /// Answers the next modal dialog.
-    template <class Dialog, class Answer>
-    void answerNext(Answer answer)
-    {
-        QTimer::singleShot(0, window.get(), [answer] {
-            auto* dialog = qobject_cast<Dialog*>(QApplication::activeModalWidget());
-            ASSERT_TRUE(dialog);
-            answer(dialog);
-        });
-    }
-
-    /// Answers the dialog that stands again, as somebody else was first; keeps what it says of that.
-    template <class Dialog, class Answer>
-    void answerAfterConflict(Answer answer)
-    {
-        auto* poll = new QTimer(window.get());
-        QObject::connect(poll, &QTimer::timeout, window.get(), [this, poll, answer] {
-            auto* dialog = qobject_cast<Dialog*>(QApplication::activeModalWidget());
-            const auto* notice = dialog ? dialog->template findChild<QLabel*>("changedMeanwhile") : nullptr;
-            if (!notice || !notice->isVisible())
-                return;
-            poll->stop();
-            conflict = notice->text();
-            answer(dialog);
-        });
-        poll->start(10);
-    }
-    QString conflict;
-
-    /// Makes the next change wait for another writer until its progress is on the screen, and looks at that.
-    void duringTheNextChange(std::function<void(QProgressDialog&)> look)
-    {
-        site.store(*station, {1, 2, 3});
-        writer = site.document->records()->begin();
-        auto* poll = new QTimer(window.get());
-        QObject::connect(poll, &QTimer::timeout, window.get(), [this, poll, look = std::move(look)] {
-            auto* progress = qobject_cast<QProgressDialog*>(QApplication::activeModalWidget());
-            if (!progress)
-                return;
-            poll->stop();
-            poll->deleteLater();
-            look(*progress);
-            writer.reset();
-        });
-        poll->start(10);
-    }
-
-    ScratchSite site;
-    std::shared_ptr<plotix::SiteAgent> station;
-    std::unique_ptr<plotix::RecordTransaction> writer;
-    StubModule module;
-    plotix::DesktopUserInterface desktop;
-    plotix::HelpManager help;
-    std::unique_ptr<SiteWindow> window;
-};
 
 TEST_F(EditingTest, APropertyIsRenamedAndTheNameComesBack)
 {
@@ -445,73 +343,6 @@ TEST_F(EditingTest, ANoteIsWrittenAtATimeAndUndone)
     EXPECT_EQ(note.properties, std::vector<qint64>{station->siteProperties()[1]->description().id});
     window->undoStack().undo();
     EXPECT_TRUE(site.document->notes().empty());
-}
-
-/// Opens the note "storm", which somebody else changes to "hail" while "Snow" is typed.
-class NoteOfTwoTest : public EditingTest {
-protected:
-    void SetUp() override
-    {
-        plotix::writeNote(site.document->path(), {0, 10, 10, "Ada", "storm", {}});
-        site.document->reload();
-        answerNext<plotix::NoteDialog>([this](plotix::NoteDialog* dialog) {
-            plotix::SiteNote theirs = site.document->notes().front();
-            theirs.text = QStringLiteral("hail");
-            plotix::writeNote(site.document->path(), theirs);
-            QTest::keyClicks(dialog->focusWidget(), "Snow");
-            dialog->accept();
-        });
-    }
-    void openNote() { site.document->annotationEditor()->openNote(site.document->notes().front().id); }
-    QString text()
-    {
-        site.document->reload();
-        return site.document->notes().front().text;
-    }
-};
-
-TEST_F(NoteOfTwoTest, WhoComesSecondIsToldAndKeepsWhatWasTyped)
-{
-    QString typed;
-    answerAfterConflict<plotix::NoteDialog>([&](plotix::NoteDialog* dialog) {
-        typed = dialog->note().text;
-        dialog->findChild<QPlainTextEdit*>()->setPlainText("storm");  // else it is asked about
-        dialog->reject();
-    });
-    openNote();
-    EXPECT_TRUE(conflict.contains("by Ada")) << conflict.toStdString();
-    EXPECT_TRUE(conflict.contains("“hail”")) << conflict.toStdString();
-    EXPECT_TRUE(typed.contains("Snow"));
-    EXPECT_EQ(text(), "hail");
-    EXPECT_FALSE(window->undoStack().canUndo());
-}
-
-TEST_F(NoteOfTwoTest, WhoComesSecondMayStoreItOverTheOther)
-{
-    answerAfterConflict<plotix::NoteDialog>([](plotix::NoteDialog* dialog) { dialog->accept(); });
-    openNote();
-    EXPECT_TRUE(text().contains("Snow")) << text().toStdString();
-    window->undoStack().undo();
-    EXPECT_EQ(text(), "hail");
-}
-
-TEST_F(EditingTest, LimitsThatSomebodyElseSetMeanwhileStayUnlessTheyAreReplaced)
-{
-    const qint64 id = station->siteProperties()[0]->description().id;
-    answerNext<plotix::LimitsDialog>([this, id](plotix::LimitsDialog* dialog) {
-        plotix::changeLimits(site.document->path(), id, [id](std::vector<plotix::SiteLimit>& limits) {
-            limits = {{0, id, "theirs", 5, {}}};
-        });
-        QTest::keyClicks(dialog->focusWidget(), "60");
-        dialog->accept();
-    });
-    answerAfterConflict<plotix::LimitsDialog>([](plotix::LimitsDialog* dialog) { dialog->accept(); });
-    choose(0, QStringLiteral("Limits…"));
-    EXPECT_TRUE(conflict.contains("theirs 5")) << conflict.toStdString();
-    ASSERT_EQ(site.document->limits().size(), 1U);
-    EXPECT_EQ(site.document->limits()[0].value, 60);
-    window->undoStack().undo();
-    EXPECT_EQ(site.document->limits()[0].name, "theirs");
 }
 
 TEST_F(EditingTest, TheListOfNotesOpensAndDeletesThem)
