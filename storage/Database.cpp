@@ -1,6 +1,8 @@
 #include "storage/Database.h"
 
 #include "base/ReportableError.h"
+#include "storage/EarlyWriting.h"
+#include "storage/RowScan.h"
 
 #include <QtCore/QFileInfo>
 #include <QtCore/QUrl>
@@ -8,6 +10,8 @@
 #include <sqlite3.h>
 #include <sys/stat.h>
 #include <unistd.h>
+
+#include <utility>
 
 namespace plotix {
 
@@ -156,6 +160,7 @@ void Database::open(int flags, const QString& uri)
     if (result != SQLITE_OK)
         fail(result);
     sqlite3_extended_result_codes(m_handle, 1);
+    RowScan::addFunction(m_handle);
     setPatience(kPatience);
 }
 
@@ -254,8 +259,17 @@ void Database::commit()
     if (!m_commit)
         m_commit = std::make_unique<Statement>(*this, "COMMIT");
     requireInPlace();
-    m_commit->run();
+    {
+        // Beside the work of packing it would only take time from that.
+        const auto early = std::exchange(m_isMuch, false) ? std::make_unique<EarlyWriting>(m_file) : nullptr;
+        m_commit->run();
+    }
     requireInPlace();
+}
+
+void Database::expectMuch()
+{
+    m_isMuch = isWriting();
 }
 
 unsigned Database::dataVersion() const
@@ -272,6 +286,7 @@ bool Database::isWriting() const
 
 void Database::rollBack() noexcept
 {
+    m_isMuch = false;
     if (isWriting())
         sqlite3_exec(m_handle, "ROLLBACK", nullptr, nullptr, nullptr);
 }

@@ -56,6 +56,8 @@ public:
     void beginWriting();
     /// Throws FileReplaced also when the file was replaced while this was at work; nobody may rely on it being stored.
     void commit();
+    /// The transaction under way writes megabytes: its commit has the system write early, and waits less.
+    void expectMuch();
     bool isWriting() const;    ///< between beginWriting and its end
     void rollBack() noexcept;  ///< without a transaction: nothing
 
@@ -93,6 +95,7 @@ private:
     sqlite3* m_handle = nullptr;
     std::optional<OpenInPlace> m_inPlace;  // while it is open with a log
     bool m_readOnly = false;
+    bool m_isMuch = false;                         // what the next commit writes
     std::unique_ptr<Statement> m_begin, m_commit;  // made when first used, since preparing takes as long as running
 };
 
@@ -111,6 +114,8 @@ public:
     /// Borrows the bytes until the statement has run.
     Statement& bindBytes(int position, const void* data, std::size_t size);
     Statement& bindNothing(int position);
+    /// Borrows what it points to until the statement is bound anew; `kind`: what a function asks for, a constant.
+    Statement& bindPointer(int position, void* to, const char* kind);
 
     bool step();  ///< true while there is a row
     void run();   ///< to the end, then ready to be bound again

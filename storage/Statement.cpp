@@ -63,6 +63,12 @@ Statement& Statement::bindNothing(int position)
     return *this;
 }
 
+Statement& Statement::bindPointer(int position, void* to, const char* kind)
+{
+    check(m_database, sqlite3_bind_pointer(m_statement, position, to, kind, nullptr));
+    return *this;
+}
+
 bool Statement::step()
 {
     const int result = sqlite3_step(m_statement);

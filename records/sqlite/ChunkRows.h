@@ -2,6 +2,7 @@
 
 #include "records/sqlite/ChunkStore.h"
 #include "records/sqlite/RecordSchema.h"
+#include "storage/RowScan.h"
 
 #include <algorithm>
 #include <span>
@@ -10,8 +11,7 @@
 
 /// Rows that stand under `chunk × 1,048,576 + property`, of many chunks and some of their agent's properties at once.
 ///
-/// A value; one thread. The statements it is handed take a first and a last id and answer ids in ascending order, in
-/// their first column.
+/// A value; one thread.
 namespace plotix {
 
 class ChunkRows {
@@ -25,10 +25,9 @@ public:
         std::sort(m_places.begin(), m_places.end());
     }
 
-    /// Calls `take` with a place in `chunks` and one in the properties, for each row there is, while the statement
-    /// stands on it.
+    /// Calls `take` with a place in `chunks`, one in the properties, and the row, for each there is.
     template <class Take>
-    void each(Statement& rows, std::span<const Chunk> chunks, const Take& take) const
+    void each(RowScan& rows, std::span<const Chunk> chunks, const Take& take) const
     {
         if (m_oneByOne)
             lookUp(rows, chunks, take);
@@ -44,33 +43,33 @@ private:
     static qint64 idOf(const Chunk& chunk, RowId property) { return chunk.id * schema::kPropertiesPerChunk + property; }
 
     template <class Take>
-    void lookUp(Statement& rows, std::span<const Chunk> chunks, const Take& take) const
+    void lookUp(RowScan& rows, std::span<const Chunk> chunks, const Take& take) const
     {
         for (std::size_t chunk = 0; chunk < chunks.size(); ++chunk)
             for (const auto& [property, place] : m_places) {
                 const qint64 id = idOf(chunks[chunk], property);
-                if (rows.bind(1, id).bind(2, id).step())
-                    take(chunk, place);
-                rows.reset();
+                rows.each(id, id, [&, at = place](const ScannedRow& row) { take(chunk, at, row); });
             }
     }
     template <class Take>
-    void goThrough(Statement& rows, std::span<const Chunk> chunks, const Take& take) const
+    void goThrough(RowScan& rows, std::span<const Chunk> chunks, const Take& take) const
     {
         for (std::size_t first = 0, end = 0; first < chunks.size(); first = end) {
             // Chunks with ascending, neighbouring ids.
             for (end = first + 1; end < chunks.size() && chunks[end].id == chunks[end - 1].id + 1;)
                 ++end;
-            rows.bind(1, idOf(chunks[first], 0)).bind(2, idOf(chunks[end - 1], schema::kPropertiesPerChunk - 1));
-            while (rows.step()) {
-                const qint64 id = rows.integer(0);
+            const qint64 last = idOf(chunks[end - 1], schema::kPropertiesPerChunk - 1);
+            auto next = m_places.begin();
+            rows.each(idOf(chunks[first], 0), last, [&](const ScannedRow& row) {
+                const qint64 id = row.integer(0);
                 const qint64 chunk = id / schema::kPropertiesPerChunk - chunks[first].id;
                 const RowId property = id % schema::kPropertiesPerChunk;
-                auto next = std::lower_bound(m_places.begin(), m_places.end(), std::pair(property, std::size_t{0}));
+                // Mostly the one after the row before.
+                if (next == m_places.end() || next->first != property)
+                    next = std::lower_bound(m_places.begin(), m_places.end(), std::pair(property, std::size_t{0}));
                 for (; next != m_places.end() && next->first == property; ++next)
-                    take(first + static_cast<std::size_t>(chunk), next->second);
-            }
-            rows.reset();
+                    take(first + static_cast<std::size_t>(chunk), next->second, row);
+            });
         }
     }
 

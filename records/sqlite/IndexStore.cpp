@@ -44,45 +44,40 @@ bool IndexStore::exists()
     Statement table(m_database, "SELECT 1 FROM sqlite_schema WHERE type = 'table' AND name = 'run'");
     if (!table.step())
         return false;
-    m_summaries = std::make_unique<Statement>(
-        m_database,
-        "SELECT id, valid, minimum, maximum, sum, whole FROM summary WHERE id >= ? AND id <= ? ORDER BY id");
+    m_summaries = std::make_unique<RowScan>(m_database, "summary", "valid, minimum, maximum, sum, whole");
     m_runs = std::make_unique<Statement>(m_database, "SELECT data FROM run WHERE id = ?");
-    m_runsBetween =
-        std::make_unique<Statement>(m_database, "SELECT id, data FROM run WHERE id >= ? AND id <= ? ORDER BY id");
+    m_runsBetween = std::make_unique<RowScan>(m_database, "run", "data");
     m_countRuns = std::make_unique<Statement>(m_database, "SELECT count(*) FROM run WHERE id >= ? AND id <= ?");
     m_exists = true;
     return true;
 }
 
-Statement& IndexStore::summaries()
+RowScan& IndexStore::summaries()
 {
     if (!exists() && !m_summaries)
-        m_summaries = std::make_unique<Statement>(
-            m_database,
-            "SELECT id, valid, minimum, maximum, sum, NULL FROM summary WHERE id >= ? AND id <= ? ORDER BY id");
+        m_summaries = std::make_unique<RowScan>(m_database, "summary", "valid, minimum, maximum, sum, NULL");
     return *m_summaries;
 }
 
 // A sum that is no number (infinities of both signs) is stored as nothing.
-Summary IndexStore::summaryFrom(const Statement& row)
+Summary IndexStore::summaryFrom(const ScannedRow& row)
 {
     const double sum = row.real(4);
     return {static_cast<std::size_t>(row.integer(1)), row.real(2), row.real(3),
             sum == 0 && row.isNothing(4) ? absentValue() : sum};
 }
 
-bool IndexStore::isIntact(const Statement& row, const Summary& summary, const indexcodec::Owner& owner)
+bool IndexStore::isIntact(const ScannedRow& row, const Summary& summary, const indexcodec::Owner& owner)
 {
-    const std::span<const std::byte> whole = bytesOf(row, kWhole);
+    const std::span<const std::byte> whole = row.bytes(kWhole);
     return whole.empty() || indexcodec::isIntact(whole, summary, owner);
 }
 
-IndexStore::Found IndexStore::foundIn(const Statement& row, const indexcodec::Owner& owner)
+IndexStore::Found IndexStore::foundIn(const ScannedRow& row, const indexcodec::Owner& owner)
 {
     if (!hasIndex(row))
         return {};
-    std::optional<indexcodec::Whole> whole = indexcodec::readWhole(bytesOf(row, kWhole), summaryFrom(row), owner);
+    std::optional<indexcodec::Whole> whole = indexcodec::readWhole(row.bytes(kWhole), summaryFrom(row), owner);
     return whole ? Found{State::Sound, std::move(whole->index), whole->hasRuns} : Found{State::Damaged, {}};
 }
 
@@ -98,9 +93,10 @@ std::vector<IndexStore::FoundChunk> IndexStore::find(std::span<const Chunk> chun
     for (FoundChunk& each : found)
         each.columns.resize(properties.size());
     if (exists()) {
-        ChunkRows(properties, ofAgent).each(*m_summaries, chunks, [&](std::size_t chunk, std::size_t place) {
-            found[chunk].columns[place] = foundIn(*m_summaries, ownerOf(chunks[chunk], properties[place]));
-        });
+        ChunkRows(properties, ofAgent)
+            .each(*m_summaries, chunks, [&](std::size_t chunk, std::size_t place, const ScannedRow& row) {
+                found[chunk].columns[place] = foundIn(row, ownerOf(chunks[chunk], properties[place]));
+            });
         if (withRuns)
             findRuns(chunks, properties, ofAgent, found);
     }
@@ -116,26 +112,27 @@ void IndexStore::findRuns(std::span<const Chunk> chunks, std::span<const RowId> 
 {
     std::vector<RowId> withTimes{kTimes};
     withTimes.insert(withTimes.end(), properties.begin(), properties.end());
-    ChunkRows(withTimes, ofAgent + 1).each(*m_runsBetween, chunks, [&](std::size_t chunk, std::size_t place) {
-        const std::span<const std::byte> bytes = bytesOf(*m_runsBetween, 1);
-        const indexcodec::Owner owner = ownerOf(chunks[chunk], withTimes[place]);
-        if (place == 0) {
-            found[chunk].times = timesIn(*m_runsBetween, owner);
-            return;
-        }
-        Found& column = found[chunk].columns[place - 1];
-        if (column.state == State::Sound && column.hasRuns && !indexcodec::readRuns(bytes, owner, column.index))
-            column = {State::Damaged, {}};
-    });
+    ChunkRows(withTimes, ofAgent + 1)
+        .each(*m_runsBetween, chunks, [&](std::size_t chunk, std::size_t place, const ScannedRow& row) {
+            const std::span<const std::byte> bytes = row.bytes(1);
+            const indexcodec::Owner owner = ownerOf(chunks[chunk], withTimes[place]);
+            if (place == 0) {
+                found[chunk].times = timesIn(row, owner);
+                return;
+            }
+            Found& column = found[chunk].columns[place - 1];
+            if (column.state == State::Sound && column.hasRuns && !indexcodec::readRuns(bytes, owner, column.index))
+                column = {State::Damaged, {}};
+        });
     for (FoundChunk& chunk : found)
         for (Found& column : chunk.columns)
             if (column.hasRuns && column.index.runs.empty())
                 column = {State::Damaged, {}};
 }
 
-IndexStore::FoundTimes IndexStore::timesIn(const Statement& row, const indexcodec::Owner& owner)
+IndexStore::FoundTimes IndexStore::timesIn(const ScannedRow& row, const indexcodec::Owner& owner)
 {
-    std::optional<RunTimes> times = indexcodec::readTimes(bytesOf(row, 1), owner);
+    std::optional<RunTimes> times = indexcodec::readTimes(row.bytes(1), owner);
     return times ? FoundTimes{State::Sound, std::move(*times)} : FoundTimes{State::Damaged, {}};
 }
 
@@ -153,29 +150,31 @@ void IndexStore::findExtremes(std::span<const Chunk> chunks, std::span<const Row
             chunks[chunk].n <= ColumnKernels::kRun ? FoundTimes{State::Sound, timesOfOne(chunks[chunk])} : FoundTimes();
     if (!exists())
         return;
-    ChunkRows(properties, ofAgent).each(*m_summaries, chunks, [&](std::size_t chunk, std::size_t place) {
-        if (!hasIndex(*m_summaries))
-            return;
-        FoundRuns& column = found[chunk * properties.size() + place];
-        const auto whole = indexcodec::readFigures(bytesOf(*m_summaries, kWhole), summaryFrom(*m_summaries),
-                                                   ownerOf(chunks[chunk], properties[place]));
-        column.state = whole ? State::Sound : State::Damaged;
-        if (!whole)
-            return;
-        column.whole = whole->figures;
-        column.hasWhole = true;
-        column.hasRuns = whole->hasRuns;
-        take(chunk, place, *whole);
-    });
+    ChunkRows(properties, ofAgent)
+        .each(*m_summaries, chunks, [&](std::size_t chunk, std::size_t place, const ScannedRow& row) {
+            if (!hasIndex(row))
+                return;
+            FoundRuns& column = found[chunk * properties.size() + place];
+            const auto whole =
+                indexcodec::readFigures(row.bytes(kWhole), summaryFrom(row), ownerOf(chunks[chunk], properties[place]));
+            column.state = whole ? State::Sound : State::Damaged;
+            if (!whole)
+                return;
+            column.whole = whole->figures;
+            column.hasWhole = true;
+            column.hasRuns = whole->hasRuns;
+            take(chunk, place, *whole);
+        });
     std::vector<RowId> withTimes{kTimes};
     withTimes.insert(withTimes.end(), properties.begin(), properties.end());
-    ChunkRows(withTimes, ofAgent + 1).each(*m_runsBetween, chunks, [&](std::size_t chunk, std::size_t place) {
-        const indexcodec::Owner owner = ownerOf(chunks[chunk], withTimes[place]);
-        if (place == 0)
-            times[chunk] = timesIn(*m_runsBetween, owner);
-        else if (FoundRuns& column = found[chunk * properties.size() + place - 1]; column.hasRuns)
-            indexcodec::readExtremes(bytesOf(*m_runsBetween, 1), owner, column.runs);
-    });
+    ChunkRows(withTimes, ofAgent + 1)
+        .each(*m_runsBetween, chunks, [&](std::size_t chunk, std::size_t place, const ScannedRow& row) {
+            const indexcodec::Owner owner = ownerOf(chunks[chunk], withTimes[place]);
+            if (place == 0)
+                times[chunk] = timesIn(row, owner);
+            else if (FoundRuns& column = found[chunk * properties.size() + place - 1]; column.hasRuns)
+                indexcodec::readExtremes(row.bytes(1), owner, column.runs);
+        });
     for (FoundRuns& column : found)
         if (column.hasRuns && column.runs.runs == 0)
             column.state = State::Damaged;

@@ -2,6 +2,7 @@
 
 #include "records/columns/IndexCodec.h"
 #include "records/sqlite/ChunkStore.h"
+#include "storage/RowScan.h"
 
 #include <functional>
 #include <memory>
@@ -22,13 +23,12 @@ public:
 
     bool exists();  ///< false: a document of a version before
 
-    /// id, valid, minimum, maximum, sum, whole: by first and last id. Reset by whoever steps it.
-    Statement& summaries();
-    /// Of the row the statement stands on.
-    static Summary summaryFrom(const Statement& row);
-    static bool hasIndex(const Statement& row) { return !row.isNothing(5); }
+    /// id, valid, minimum, maximum, sum, whole.
+    RowScan& summaries();
+    static Summary summaryFrom(const ScannedRow& row);
+    static bool hasIndex(const ScannedRow& row) { return !row.isNothing(5); }
     /// Whether the row agrees with its checksum; true without an index.
-    static bool isIntact(const Statement& row, const Summary& summary, const indexcodec::Owner& owner);
+    static bool isIntact(const ScannedRow& row, const Summary& summary, const indexcodec::Owner& owner);
 
     enum class State { Absent, Sound, Damaged };
     struct Found {
@@ -74,15 +74,16 @@ public:
     std::size_t rowsOfRuns(const Chunk& chunk);
 
 private:
-    static Found foundIn(const Statement& row, const indexcodec::Owner& owner);
-    static FoundTimes timesIn(const Statement& row, const indexcodec::Owner& owner);
+    static Found foundIn(const ScannedRow& row, const indexcodec::Owner& owner);
+    static FoundTimes timesIn(const ScannedRow& row, const indexcodec::Owner& owner);
     std::optional<std::vector<std::byte>> runs(qint64 id);
     void findRuns(std::span<const Chunk> chunks, std::span<const RowId> properties, std::size_t ofAgent,
                   std::vector<FoundChunk>& found);
 
     Database& m_database;
     bool m_exists = false;
-    std::unique_ptr<Statement> m_summaries, m_runs, m_runsBetween, m_countRuns;
+    std::unique_ptr<RowScan> m_summaries, m_runsBetween;
+    std::unique_ptr<Statement> m_runs, m_countRuns;
 };
 
 }  // namespace plotix

@@ -71,12 +71,13 @@ std::vector<std::vector<Summary>> SqliteReader::summariesOf(RowId agent, const s
     if (properties.empty() || of.empty())
         return found;
     std::vector<std::pair<std::size_t, std::size_t>> damaged;
-    Statement& rows = m_connection->index.summaries();
-    ChunkRows(properties, propertiesOf(agent)).each(rows, of, [&](std::size_t chunk, std::size_t property) {
-        Summary& summary = found[property][chunk] = IndexStore::summaryFrom(rows);
-        if (!IndexStore::isIntact(rows, summary, {static_cast<std::uint64_t>(properties[property]), of[chunk].n}))
-            damaged.emplace_back(chunk, property);
-    });
+    RowScan& rows = m_connection->index.summaries();
+    ChunkRows(properties, propertiesOf(agent))
+        .each(rows, of, [&](std::size_t chunk, std::size_t property, const ScannedRow& row) {
+            Summary& summary = found[property][chunk] = IndexStore::summaryFrom(row);
+            if (!IndexStore::isIntact(row, summary, {static_cast<std::uint64_t>(properties[property]), of[chunk].n}))
+                damaged.emplace_back(chunk, property);
+        });
     // What is said of a column no longer holds for sure: its values do.
     for (const auto& [chunk, property] : damaged)
         found[property][chunk] = summaryOfRecords(of[chunk], properties[property]);

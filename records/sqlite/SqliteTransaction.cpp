@@ -8,6 +8,9 @@ namespace plotix {
 
 namespace {
 
+/// Values that take some megabytes.
+constexpr std::size_t kMuch = 4'000'000;
+
 Database& begun(Database& database)
 {
     database.beginWriting();
@@ -52,6 +55,9 @@ void SqliteTransaction::storeOrdered(RowId agent, const RecordsView& records)
     if (m_now && m_placement.overlaps(agent, records))
         m_amendments.note(agent, records, *m_now);
     m_placement.store(agent, records);
+    m_values += records.size * records.columns.size();
+    if (m_values >= kMuch)
+        m_chunks.database().expectMuch();
 }
 
 void SqliteTransaction::addAmendment(RowId agent, const Amendment& amendment)

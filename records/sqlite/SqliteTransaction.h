@@ -41,6 +41,7 @@ private:
     AmendmentNoting m_amendments;
     std::optional<double> m_now;  // absent: nothing is noted
     bool m_finished = false;
+    std::size_t m_values = 0;  // stored so far
 };
 
 }  // namespace plotix
