@@ -20,4 +20,18 @@ void* mapAligned(std::size_t bytes, int flags)
     return start;
 }
 
+std::span<std::byte> hugePartOf(void* start, std::size_t bytes)
+{
+    const auto place = reinterpret_cast<std::uintptr_t>(start);
+    const std::uintptr_t first = roundedUp(place, kHugePage), end = (place + bytes) / kHugePage * kHugePage;
+    return first < end ? std::span(static_cast<std::byte*>(start) + (first - place), end - first)
+                       : std::span<std::byte>();
+}
+
+void preferHugePages(void* start, std::size_t bytes)
+{
+    if (const std::span<std::byte> part = hugePartOf(start, bytes); !part.empty())
+        madvise(part.data(), part.size(), MADV_HUGEPAGE);
+}
+
 }  // namespace plotix

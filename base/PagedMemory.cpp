@@ -35,18 +35,15 @@ std::size_t systemPage()
     return size;
 }
 
-/// Has the system put huge pages where nothing is in memory yet, and nothing else lies in them. Fresh memory in small
-/// pages costs several times as much as writing to it.
+/// Has the system put huge pages where nothing is in memory yet, and nothing else lies in them.
 void askForHugePages(std::byte* start, std::size_t bytes)
 {
-    const auto place = reinterpret_cast<std::uintptr_t>(start);
-    const std::uintptr_t first = roundedUp(place, kHugePage), end = (place + bytes) / kHugePage * kHugePage;
-    if (first >= end)
+    const std::span<std::byte> part = hugePartOf(start, bytes);
+    if (part.empty())
         return;
     // As a whole: then what is left of the tables of small pages goes too.
-    madvise(start + (first - place), end - first, MADV_DONTNEED);
-    // Where it is refused, small pages serve.
-    madvise(start + (first - place), end - first, MADV_HUGEPAGE);
+    madvise(part.data(), part.size(), MADV_DONTNEED);
+    preferHugePages(start, bytes);
 }
 
 /// Has the system put small pages, from now on, where parts of a huge one may come back alone: it would round each up

@@ -181,12 +181,12 @@ std::optional<outlinecodec::Times> OutlineTable::times(const Outline& outline)
     });
 }
 
-std::optional<OutlineTable::Column> OutlineTable::column(const Outline& outline, RowId property)
+std::optional<OutlineTable::Column> OutlineTable::column(const Outline& outline, RowId property, ByteKeeper& keeper)
 {
     return withRow(rowOf(outline.id, property), [&](std::span<const std::byte> bytes) {
         std::optional<outlinecodec::Totals> totals =
             outlinecodec::readTotals(bytes, outline.cut, outline.owner(property));
-        return totals ? std::optional(Column{{bytes.begin(), bytes.end()}, std::move(*totals)}) : std::nullopt;
+        return totals ? std::optional(Column{keeper.keep(bytes), std::move(*totals)}) : std::nullopt;
     });
 }
 

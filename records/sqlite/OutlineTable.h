@@ -1,5 +1,6 @@
 #pragma once
 
+#include "base/KeptBytes.h"
 #include "records/columns/OutlineCodec.h"
 #include "records/sqlite/Chunk.h"
 #include "records/store/RecordBlock.h"
@@ -51,10 +52,10 @@ public:
     /// Nothing where the row is not there, or damaged.
     std::optional<outlinecodec::Times> times(const Outline& outline);
     struct Column {
-        std::vector<std::byte> bytes;  ///< of its runs
+        KeptBytes bytes;  ///< of its runs
         outlinecodec::Totals totals;
     };
-    std::optional<Column> column(const Outline& outline, RowId property);
+    std::optional<Column> column(const Outline& outline, RowId property, ByteKeeper& keeper);
 
     /// Rows of a new outline: `rows` has the times first, then its properties in their order.
     void add(RowId agent, Outline outline, std::span<const std::vector<std::byte>> rows);

@@ -113,12 +113,13 @@ bool OutlineInWork::isToldBy(OutlineTable& table, const Outline& stored) const
     const std::optional<outlinecodec::Times> times = table.times(stored);
     if (!times || !(*times == atStored(m_times)))
         return false;
+    ByteKeeper keeper;
     return std::all_of(m_columns.begin(), m_columns.end(), [&](const auto& each) {
         const auto& [property, column] = each;
-        const auto found = stored.has(property) ? table.column(stored, property) : std::nullopt;
+        const auto found = stored.has(property) ? table.column(stored, property, keeper) : std::nullopt;
         return found && found->totals.valid == column.totals.valid && found->totals.sum == column.totals.sum &&
                found->totals.absent == column.totals.absent &&
-               areSame(outlinecodec::readRuns(found->bytes, stored.cut), atStored(column.runs));
+               areSame(outlinecodec::readRuns(found->bytes.span(), stored.cut), atStored(column.runs));
     });
 }
 
@@ -145,9 +146,10 @@ void Outlining::removeDamaged(RowId agent)
 bool Outlining::isSound(RowId agent, const Outline& outline)
 {
     const std::vector<Chunk> chunks = m_chunks.chunksBetween(agent, outline.t0, outline.t1);
+    ByteKeeper keeper;
     return chunks.size() == outline.chunks.size() && outline.isOf(chunks) && m_table.times(outline) &&
            std::all_of(outline.properties.begin(), outline.properties.end(),
-                       [&](RowId property) { return m_table.column(outline, property).has_value(); });
+                       [&](RowId property) { return m_table.column(outline, property, keeper).has_value(); });
 }
 
 bool Outlining::completeSome(RowId agent, double& from)

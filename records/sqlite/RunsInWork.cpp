@@ -1,5 +1,6 @@
 #include "records/sqlite/RunsInWork.h"
 
+#include "base/HugePages.h"
 #include "records/columns/ColumnKernels.h"
 #include "records/columns/ValidityBits.h"
 
@@ -73,25 +74,25 @@ void giveBack(std::vector<T>& values)
 /// Of a column over the chunks of an outline, as it is stored.
 class OutlinedRuns final : public KeptRuns {
 public:
-    OutlinedRuns(std::vector<std::byte> bytes, std::shared_ptr<const outlinecodec::Cut> cut, std::size_t count)
+    OutlinedRuns(KeptBytes bytes, std::shared_ptr<const outlinecodec::Cut> cut, std::size_t count)
         : m_bytes(std::move(bytes)), m_cut(std::move(cut)), m_count(count)
     {
     }
     std::size_t count() const override { return m_count; }
     void inPieces(const Take& take) const override
     {
-        const ValueRuns runs = outlinecodec::readRuns(m_bytes, *m_cut);
+        const ValueRuns runs = outlinecodec::readRuns(m_bytes.span(), *m_cut);
         std::call_once(m_isLongRunKnown, [&] { m_longRun = outlinecodec::longRunOf(runs); });
         take(runs);
     }
     void inLongRuns(const Take& take) const override
     {
-        std::call_once(m_isLongRunKnown, [this] { m_longRun = outlinecodec::readLongRun(m_bytes, *m_cut); });
+        std::call_once(m_isLongRunKnown, [this] { m_longRun = outlinecodec::readLongRun(m_bytes.span(), *m_cut); });
         take(m_longRun);
     }
 
 private:
-    const std::vector<std::byte> m_bytes;
+    const KeptBytes m_bytes;
     const std::shared_ptr<const outlinecodec::Cut> m_cut;
     const std::size_t m_count;
     mutable std::once_flag m_isLongRunKnown;
@@ -112,6 +113,9 @@ KnownRuns::KnownRuns(std::size_t properties, std::size_t records, std::size_t ch
     for (auto* each : {&times.first, &times.last})
         each->reserve(most);
     times.begin.reserve(most + 1);
+    preferHugePages(times.first.data(), most * sizeof(double));
+    preferHugePages(times.last.data(), most * sizeof(double));
+    preferHugePages(times.begin.data(), most * sizeof(std::size_t));
 }
 
 void KnownRuns::append(KnownRuns&& next)
@@ -217,7 +221,8 @@ std::optional<KnownRuns> RunsInWork::of(const Outline& outline, std::span<const 
             column.isAllValid = false;
             continue;
         }
-        std::optional<OutlineTable::Column> found = m_connection.outlines.column(outline, m_properties[place]);
+        std::optional<OutlineTable::Column> found =
+            m_connection.outlines.column(outline, m_properties[place], m_keeper);
         if (!found)
             return std::nullopt;
         column.runs = {std::make_shared<const OutlinedRuns>(std::move(found->bytes), cut, runs)};
