@@ -24,7 +24,7 @@ double coordinateForValue(const AxisMapping& mapping, double value)
 {
     if (!mapping.isProper())
         return mapping.middle();
-    return mapping.start + (value - mapping.range.location) / mapping.range.length * mapping.extent;
+    return coordinateWhereProper(mapping, value);
 }
 
 double valueForCoordinate(const AxisMapping& mapping, double coordinate)

@@ -31,6 +31,12 @@ AxisMapping yMapping(const CPTPlotRange& range, const QRectF& rectangle);
 /// every value. Infinite values answer infinite coordinates, NaN answers NaN.
 double coordinateForValue(const AxisMapping& mapping, double value);
 
+/// The same for very many values. Requires: the mapping is proper.
+inline double coordinateWhereProper(const AxisMapping& mapping, double value)
+{
+    return mapping.start + (value - mapping.range.location) / mapping.range.length * mapping.extent;
+}
+
 /// The value at a coordinate. A mapping without a proper range or stretch answers the range's location.
 double valueForCoordinate(const AxisMapping& mapping, double coordinate);
 

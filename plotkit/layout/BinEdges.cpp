@@ -2,7 +2,7 @@
 
 #include "plotkit/layout/BinKernels.h"
 #include "plotkit/layout/FrameParts.h"
-#include "plotkit/layout/SortedSearch.h"
+#include "plotkit/model/SortedSearch.h"
 #include "plotkit/model/TimeCourse.h"
 
 #include <algorithm>
@@ -196,10 +196,9 @@ BinEdges::RunEdge BinEdges::edgeByRuns(const CPTPointSeries& series, std::size_t
                                        double value, bool byGroups) const
 {
     const CPTSeriesRuns& runs = *series.runs();
-    const std::span<const double> times(runs.times()->first.data(), runs.count());
     const double perRun = static_cast<double>(runs.count()) / static_cast<double>(runs.elements());
     const auto guess = fromRun + static_cast<std::size_t>(m_stride * perRun + 0.5);
-    const std::size_t run = firstElementAt(times, fromRun, times.size(), guess, value);
+    const std::size_t run = runs.runFromTime(value, fromRun, guess);
     const bool isExact = run == 0 || runs.lastTime(run - 1) < value;  // no element stands between
     if (byGroups)
         if (const std::size_t near = groupNear(runs, run, value); near < runs.count() && runs.begin(near) >= from)
@@ -301,7 +300,6 @@ void BinEdges::findPagedBins(const CPTPointSeries& series, std::size_t from, std
 /// Edges that are not kept: each where the first run begins that does not begin before it.
 void BinEdges::findRunsAlone(const CPTSeriesRuns& runs, const KeptBins& kept)
 {
-    const std::span<const double> times(runs.times()->first.data(), runs.count());
     const double perRun = static_cast<double>(runs.count()) / static_cast<double>(runs.elements());
     std::size_t run = 0;
     for (std::size_t edge = 0; edge <= m_grid.count; ++edge) {
@@ -310,7 +308,7 @@ void BinEdges::findRunsAlone(const CPTSeriesRuns& runs, const KeptBins& kept)
             continue;
         }
         const auto guess = run + static_cast<std::size_t>(m_stride * perRun + 0.5);
-        run = edge == 0 ? runs.runFromTime(edgeOf(0)) : firstElementAt(times, run, times.size(), guess, edgeOf(edge));
+        run = edge == 0 ? runs.runFromTime(edgeOf(0)) : runs.runFromTime(edgeOf(edge), run, guess);
         m_runs.data()[edge] = run;
         m_edges.data()[edge] = runs.begin(run);
     }

@@ -41,19 +41,6 @@ LineCutter::LineCutter(ReducedPlot& plot, const QRectF& rectangle, OutsidePieces
 {
 }
 
-bool LineCutter::contains(const QPointF& point) const
-{
-    return point.x() >= m_left && point.x() <= m_right && point.y() >= m_top && point.y() <= m_bottom;
-}
-
-void LineCutter::append(const QPointF& point)
-{
-    const bool repeats = m_plot.points.size() > m_partStart && m_plot.points.back().x() == point.x() &&
-                         m_plot.points.back().y() == point.y();
-    if (!repeats)
-        m_plot.points.push_back(point);
-}
-
 void LineCutter::endPart()
 {
     if (m_plot.points.size() > m_partStart)
@@ -61,7 +48,7 @@ void LineCutter::endPart()
     m_partStart = m_plot.points.size();
 }
 
-void LineCutter::add(QPointF point)
+void LineCutter::addAtEdge(QPointF point)
 {
     point.setX(std::clamp(point.x(), -kFarAway, kFarAway));
     point.setY(std::clamp(point.y(), -kFarAway, kFarAway));
@@ -71,10 +58,6 @@ void LineCutter::add(QPointF point)
     if (!std::exchange(m_hasPrevious, true)) {
         if (inside)
             append(point);
-        return;
-    }
-    if (inside && previousInside) {
-        append(point);
         return;
     }
     Piece piece{0, 1};
@@ -94,6 +77,7 @@ void LineCutter::finish()
 {
     endPart();
     m_hasPrevious = false;
+    m_previousInside = false;
 }
 
 }  // namespace plotkit

@@ -76,7 +76,7 @@ public:
     bool addPartsHeld(SeriesParts& parts, const CPTPointSeriesPtr& series, const PlotView& view,
                       std::size_t slot) const;
 
-    static constexpr double kFewPoints = 2;  ///< points a column; drawing so few by themselves costs no more
+    static constexpr double kFewPoints = 1;  ///< points a column; drawing so few by themselves costs no more
     static constexpr double kAnyPoints = -1;
 
 private:

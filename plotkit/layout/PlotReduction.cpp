@@ -37,6 +37,7 @@ public:
           m_holds(series.isXSorted() && view.holdsValues),
           m_xMapping(xMapping(view.xRange, view.area)),
           m_yMapping(yMapping(view.yRange, view.area)),
+          m_isProper(m_xMapping.isProper() && m_yMapping.isProper()),
           m_cutter(plot, grownArea(view), series.isXSorted() ? OutsidePieces::Bridge : OutsidePieces::Break)
     {
     }
@@ -64,8 +65,12 @@ private:
     {
         return m_series.isPoint(element) && std::isfinite(m_series.y()[element]);
     }
-    double xOf(double x) const { return coordinateForValue(m_xMapping, x); }
-    double yOf(float y) const { return coordinateForValue(m_yMapping, y); }
+    double xOf(double x) const { return of(m_xMapping, x); }
+    double yOf(float y) const { return of(m_yMapping, y); }
+    double of(const AxisMapping& mapping, double value) const
+    {
+        return m_isProper ? coordinateWhereProper(mapping, value) : coordinateForValue(mapping, value);
+    }
     void add(double x, double y) { m_cutter.add({x, y}); }
     /// `isNext`: whether the element follows the one added last, so that its value is held up to here.
     void addElement(std::size_t element, bool isNext = true)
@@ -234,6 +239,7 @@ private:
     double m_lastY = 0;             // the same, its coordinate
     AxisMapping m_xMapping;
     AxisMapping m_yMapping;
+    bool m_isProper;  // both are
     LineCutter m_cutter;
 };
 

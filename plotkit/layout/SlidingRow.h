@@ -2,7 +2,10 @@
 
 #include <algorithm>
 #include <cstddef>
-#include <vector>
+#include <cstring>
+#include <memory>
+#include <type_traits>
+#include <utility>
 
 /// A window of numbers that moves along an endless row: numbers that stay in the window stay where they are in memory,
 /// so that a small step costs next to nothing. Edges and bins *own* theirs; one thread at a time.
@@ -14,8 +17,8 @@ public:
     /// Numbers beyond the window's end that may be read and written, whatever they are.
     static constexpr std::size_t kPadding = 16;
 
-    Number* data() { return m_numbers.data() + m_offset; }
-    const Number* data() const { return m_numbers.data() + m_offset; }
+    Number* data() { return m_numbers.get() + m_offset; }
+    const Number* data() const { return m_numbers.get() + m_offset; }
     std::size_t size() const { return m_count; }
 
     /// Moves the window `by` numbers forward and makes it `count` numbers long. Numbers that were not in the window
@@ -23,7 +26,7 @@ public:
     void slide(std::ptrdiff_t by, std::size_t count)
     {
         const std::ptrdiff_t start = static_cast<std::ptrdiff_t>(m_offset) + by;
-        const auto room = static_cast<std::ptrdiff_t>(m_numbers.size());
+        const auto room = static_cast<std::ptrdiff_t>(m_room);
         const auto needed = static_cast<std::ptrdiff_t>(count + kPadding);
         const bool staysNone = by >= static_cast<std::ptrdiff_t>(m_count) || -by >= static_cast<std::ptrdiff_t>(count);
         if (staysNone || start < 0 || start + needed > room)
@@ -39,13 +42,20 @@ private:
         const auto old = static_cast<std::ptrdiff_t>(m_count);
         const std::ptrdiff_t first = std::clamp<std::ptrdiff_t>(by, 0, old);  // of those that stay, in the old window
         const std::ptrdiff_t last = std::clamp<std::ptrdiff_t>(by + static_cast<std::ptrdiff_t>(count), first, old);
-        const std::vector<Number> kept(data() + first, data() + last);
-        m_numbers.resize(std::max(m_numbers.size(), 2 * count + kPadding));
-        m_offset = (m_numbers.size() - count - kPadding) / 2;
-        std::copy(kept.begin(), kept.end(), data() + (first - by));
+        const Number* const kept = data();
+        std::unique_ptr<Number[]> before;
+        if (const std::size_t wanted = 2 * count + kPadding; m_room < wanted) {
+            before = std::exchange(m_numbers, std::make_unique_for_overwrite<Number[]>(wanted));
+            m_room = wanted;
+        }
+        m_offset = (m_room - count - kPadding) / 2;
+        std::memmove(data() + (first - by), kept + first, static_cast<std::size_t>(last - first) * sizeof(Number));
     }
 
-    std::vector<Number> m_numbers;
+    static_assert(std::is_trivially_copyable_v<Number>);
+
+    std::unique_ptr<Number[]> m_numbers;  // undefined but for the window: nobody pays for clearing them
+    std::size_t m_room = 0;
     std::size_t m_offset = 0;
     std::size_t m_count = 0;
 };

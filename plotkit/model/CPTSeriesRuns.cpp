@@ -1,6 +1,8 @@
 #include "plotkit/model/CPTSeriesRuns.h"
 
+#include "base/LargeMemory.h"
 #include "plotkit/model/RunOrder.h"
+#include "plotkit/model/SortedSearch.h"
 
 #include <algorithm>
 #include <cassert>
@@ -28,38 +30,39 @@ CPTSeriesRuns::CPTSeriesRuns(std::shared_ptr<const plotix::TimeRuns> times, std:
     takeAll();
 }
 
-CPTSeriesRuns::~CPTSeriesRuns()
+/// Requires: nobody else brings.
+CPTSeriesRuns::Block& CPTSeriesRuns::placeInRoom(std::size_t number) const
 {
-    for (const std::atomic<const Block*>& block : m_blocks)
-        delete block.load();
+    if (!m_room)
+        m_room = plotix::unsetMemory(m_blocks.size() * sizeof(Block));
+    return static_cast<Block*>(m_room.get())[number];
 }
 
 /// The coarser level of all runs, and the runs of a short series.
 void CPTSeriesRuns::takeAll()
 {
     const bool isKept = m_count <= kMostKeptAtOnce;
-    std::unique_ptr<Block> block;
+    const std::unique_ptr<Block> passing = isKept ? nullptr : std::make_unique_for_overwrite<Block>();
     std::size_t filled = 0;
-    const auto finish = [&] {
+    const auto finish = [&](const Block& block) {
         const std::size_t number = (filled - 1) / kBlock;
-        addGroups(*block, filled - number * kBlock);
+        addGroups(block, filled - number * kBlock);
         if (isKept)
-            m_blocks[number].store(block.release());
+            m_blocks[number].store(&block);
     };
     m_source->inPieces(0, m_count, [&](const CPTRunNumbers& piece) {
         assert(piece.firstRun == filled || filled == m_count);
         for (std::size_t taken = 0; taken < piece.count && filled < m_count;) {
-            if (!block)
-                block = std::make_unique<Block>();
+            Block& block = isKept ? placeInRoom(filled / kBlock) : *passing;
             const std::size_t at = filled % kBlock;
             const std::size_t count = std::min({piece.count - taken, kBlock - at, m_count - filled});
-            std::copy_n(piece.least + taken, count, block->least + at);
-            std::copy_n(piece.greatest + taken, count, block->greatest + at);
-            std::copy_n(piece.first + taken, count, block->first + at);
+            std::copy_n(piece.least + taken, count, block.least + at);
+            std::copy_n(piece.greatest + taken, count, block.greatest + at);
+            std::copy_n(piece.first + taken, count, block.first + at);
             taken += count;
             filled += count;
             if (filled % kBlock == 0 || filled == m_count)
-                finish();
+                finish(block);
         }
     });
     assert(filled == m_count);
@@ -79,26 +82,45 @@ void CPTSeriesRuns::addGroups(const Block& block, std::size_t count)
     }
 }
 
-const CPTSeriesRuns::Block& CPTSeriesRuns::taken(std::size_t number) const
+void CPTSeriesRuns::take(std::size_t number, Block& into) const
 {
-    const std::lock_guard lock(m_mutex);
-    if (const Block* block = m_blocks[number].load(std::memory_order_relaxed))
-        return *block;
     const std::size_t first = number * kBlock, end = std::min(m_count, first + kBlock);
-    auto block = std::make_unique<Block>();
     m_source->inPieces(first, end, [&](const CPTRunNumbers& piece) {
         const std::size_t from = std::max(first, piece.firstRun), to = std::min(end, piece.firstRun + piece.count);
         if (from >= to)
             return;
-        std::copy(piece.least + (from - piece.firstRun), piece.least + (to - piece.firstRun),
-                  block->least + (from - first));
-        std::copy(piece.greatest + (from - piece.firstRun), piece.greatest + (to - piece.firstRun),
-                  block->greatest + (from - first));
-        std::copy(piece.first + (from - piece.firstRun), piece.first + (to - piece.firstRun),
-                  block->first + (from - first));
+        const std::size_t skipped = from - piece.firstRun, at = from - first, count = to - from;
+        std::copy_n(piece.least + skipped, count, into.least + at);
+        std::copy_n(piece.greatest + skipped, count, into.greatest + at);
+        std::copy_n(piece.first + skipped, count, into.first + at);
     });
-    m_blocks[number].store(block.get(), std::memory_order_release);
-    return *block.release();
+}
+
+/// Without a lock while it is unpacked: a frame never waits for a thread that gives way to frames. At worst a block is
+/// unpacked twice, to the same numbers.
+const CPTSeriesRuns::Block& CPTSeriesRuns::taken(std::size_t number) const
+{
+    // Alone, as a huge page that few blocks stand in costs more than they do; and not cleared before it is filled.
+    auto own = std::make_unique_for_overwrite<Block>();
+    take(number, *own);
+    const Block* known = nullptr;
+    const std::lock_guard lock(m_takingAlone);
+    m_alone.reserve(m_alone.size() + 1);
+    if (!m_blocks[number].compare_exchange_strong(known, own.get(), std::memory_order_acq_rel))
+        return *known;
+    return *m_alone.emplace_back(std::move(own));
+}
+
+void CPTSeriesRuns::bring(std::size_t run) const
+{
+    const std::lock_guard lock(m_bringing);
+    const std::size_t number = run / kBlock;
+    const Block* known = nullptr;
+    if (m_blocks[number].load(std::memory_order_acquire) != nullptr)
+        return;
+    Block& block = placeInRoom(number);
+    take(number, block);
+    m_blocks[number].compare_exchange_strong(known, &block, std::memory_order_acq_rel);
 }
 
 std::size_t CPTSeriesRuns::bytesOfRuns() const
@@ -156,6 +178,11 @@ std::size_t CPTSeriesRuns::runFromTime(double x) const
 {
     const auto from = m_times->first.begin();
     return static_cast<std::size_t>(std::lower_bound(from, from + static_cast<std::ptrdiff_t>(m_count), x) - from);
+}
+
+std::size_t CPTSeriesRuns::runFromTime(double x, std::size_t run, std::size_t guess) const
+{
+    return plotkit::firstElementAt({m_times->first.data(), m_count}, run, m_count, guess, x);
 }
 
 std::size_t CPTSeriesRuns::filledFrom(std::size_t run) const

@@ -45,7 +45,7 @@ public:
     /// has as many runs as begin before `elements`, or more.
     CPTSeriesRuns(std::shared_ptr<const plotix::TimeRuns> times, std::shared_ptr<const CPTRunSource> source,
                   std::size_t elements);
-    ~CPTSeriesRuns();
+    ~CPTSeriesRuns() = default;
     CPTSeriesRuns(const CPTSeriesRuns&) = delete;
     CPTSeriesRuns& operator=(const CPTSeriesRuns&) = delete;
 
@@ -69,6 +69,9 @@ public:
         return {block.least[run % kBlock], block.greatest[run % kBlock]};
     }
     bool isEmpty(std::size_t run) const { return minMaxOf(run).isEmpty(); }
+    /// Takes the run and those beside it from their source, for whoever is going to do so with all. Nobody else waits
+    /// for it.
+    void bring(std::size_t run) const;
 
     /// Of runs [first, end).
     CPTMinMax minMax(std::size_t first, std::size_t end) const;
@@ -81,6 +84,8 @@ public:
     std::size_t runFrom(std::size_t element) const;
     /// The first run whose first time is not below x; count() where there is none. Requires: sorted times.
     std::size_t runFromTime(double x) const;
+    /// The first one from `run` on, found with few looks where it is near `guess`.
+    std::size_t runFromTime(double x, std::size_t run, std::size_t guess) const;
 
     /// The first run that holds points, at or after `run`; count() where there is none.
     std::size_t filledFrom(std::size_t run) const;
@@ -104,6 +109,8 @@ private:
         return block ? *block : taken(run / kBlock);
     }
     const Block& taken(std::size_t block) const;
+    void take(std::size_t block, Block& into) const;
+    Block& placeInRoom(std::size_t block) const;
     void takeAll();
     void addGroups(const Block& block, std::size_t count);
     CPTMinMax minMaxWithinBlock(std::size_t first, std::size_t end) const;
@@ -115,5 +122,8 @@ private:
     std::size_t m_count;
     std::vector<float> m_groupLeast, m_groupGreatest, m_groupFirst;
     mutable std::vector<std::atomic<const Block*>> m_blocks;  // null: not looked at yet
-    mutable std::mutex m_mutex;                               // for taking blocks
+    mutable std::mutex m_bringing;
+    mutable std::shared_ptr<void> m_room;  // for all blocks, in huge pages; null: none was brought
+    mutable std::mutex m_takingAlone;
+    mutable std::vector<std::unique_ptr<Block>> m_alone;  // those that were looked at before they were brought
 };

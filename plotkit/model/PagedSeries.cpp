@@ -20,12 +20,16 @@ constexpr float kNone = std::numeric_limits<float>::quiet_NaN();
 
 /// Numbers of runs that are made together.
 struct MadeNumbers {
-    MadeNumbers(std::size_t run, std::size_t count) : least(count), greatest(count), first(count), firstRun(run) {}
-
+    void resize(std::size_t run, std::size_t count)
+    {
+        for (std::vector<float>* each : {&least, &greatest, &first})
+            each->resize(count);
+        firstRun = run;
+    }
     CPTRunNumbers numbers() const { return {least.data(), greatest.data(), first.data(), firstRun, least.size()}; }
 
     std::vector<float> least, greatest, first;
-    std::size_t firstRun;
+    std::size_t firstRun = 0;
 };
 
 /// Narrows what is known, and looks into runs.
@@ -56,9 +60,10 @@ public:
     void inPieces(std::size_t first, std::size_t end, const Take& take) const override
     {
         std::size_t told = first;
+        MadeNumbers made;
         m_values->piecesOf(first, end, [&](const plotix::ValueRuns& piece, std::size_t firstRun) {
             const std::size_t count = std::min(piece.count(), end - firstRun);
-            MadeNumbers made(firstRun, count);
+            made.resize(firstRun, count);
             if (isAnyChanged(firstRun, count) || !narrowAll(piece, made))
                 for (std::size_t place = 0; place < count; ++place)
                     if (m_changed.count(firstRun + place) > 0 || !narrow(piece, place, made))
@@ -67,7 +72,7 @@ public:
             told = firstRun + count;
         });
         for (; told < end; ++told) {
-            MadeNumbers made(told, 1);
+            made.resize(told, 1);
             lookInto(told, made, 0);
             take(made.numbers());
         }

@@ -32,7 +32,7 @@ bool isAnyUnread(const CPTPointSeries& series)
 void giveWay()
 {
 #ifdef __linux__
-    constexpr int kLess = 5;
+    constexpr int kLess = 10;
     const auto thread = static_cast<id_t>(gettid());
     setpriority(PRIO_PROCESS, thread, getpriority(PRIO_PROCESS, thread) + kLess);
 #endif
@@ -130,7 +130,7 @@ void PartFilling::look(const CPTPointSeries& series, std::uint64_t request) cons
     const CPTSeriesRuns& runs = *series.runs();
     try {
         for (std::size_t run = 0; run < runs.count() && isWanted(request); run += CPTSeriesRuns::kBlock)
-            runs.minMaxOf(run);
+            runs.bring(run);
     } catch (const std::bad_alloc&) {  // a frame that needs them looks itself
     }
 }

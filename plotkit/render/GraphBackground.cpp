@@ -1,5 +1,7 @@
 #include "plotkit/render/GraphBackground.h"
 
+#include "plotkit/render/FreshImage.h"
+
 #include <algorithm>
 #include <cmath>
 
@@ -74,7 +76,7 @@ bool GraphBackground::makeImage(const QSize& pixels, bool isOpaque)
     const bool fits = had.width() >= pixels.width() && had.height() >= pixels.height();
     const bool isWasteful = had.width() > 2 * wanted.width() || had.height() > 2 * wanted.height();
     if (!fits || isWasteful)
-        m_memory = QImage(wanted, QImage::Format_RGB32);
+        m_memory = freshImage(wanted, QImage::Format_RGB32);
     if (m_memory.isNull() || pixels.isEmpty())
         return false;
     m_image = QImage(m_memory.bits(), pixels.width(), pixels.height(), m_memory.bytesPerLine(), format);

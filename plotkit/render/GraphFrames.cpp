@@ -1,5 +1,6 @@
 #include "plotkit/render/GraphFrames.h"
 
+#include "plotkit/render/FreshImage.h"
 #include "plotkit/render/GraphCanvas.h"
 
 #include <QtGui/QPainter>
@@ -58,7 +59,7 @@ void GraphFrames::paintLayersOf(QPainter& painter, const CPTXYGraph& graph, cons
 void GraphFrames::keep(const CPTXYGraph& graph, const QRectF& rect, const Look& look)
 {
     if (m_picture.size() != look.pixels)
-        m_picture = QImage(look.pixels, QImage::Format_ARGB32_Premultiplied);
+        m_picture = freshImage(look.pixels, QImage::Format_ARGB32_Premultiplied);
     m_look = look;
     if (m_picture.isNull())
         return;

@@ -6,6 +6,7 @@
 #include "plotkit/layout/PlotReduction.h"
 #include "plotkit/layout/StripArea.h"
 #include "plotkit/render/ClippedPaths.h"
+#include "plotkit/render/FreshImage.h"
 #include "plotkit/render/PlotPaths.h"
 
 #include <QtGui/QPaintEngine>
@@ -142,7 +143,7 @@ bool PlotPainting::reduce(const CPTScatterPlot& plot, const PlotView& view)
 void PlotPainting::prepareLayer(const QSize& size)
 {
     if (m_layer.size() != size)
-        m_layer = QImage(size, QImage::Format_ARGB32_Premultiplied);
+        m_layer = freshImage(size, QImage::Format_ARGB32_Premultiplied);
     m_layer.fill(0);
 }
 

@@ -4,9 +4,11 @@
 
 #include <atomic>
 #include <cmath>
+#include <functional>
 #include <limits>
 #include <random>
 #include <thread>
+#include <utility>
 
 namespace {
 
@@ -38,6 +40,8 @@ public:
     void inPieces(std::size_t from, std::size_t end, const Take& take) const override
     {
         ++looks;
+        if (whileTold)
+            std::exchange(whileTold, nullptr)();
         for (std::size_t piece = 0; piece + 1 < begins.size(); ++piece)
             if (begins[piece] < end && begins[piece + 1] > from)
                 take({least.data() + begins[piece], greatest.data() + begins[piece], first.data() + begins[piece],
@@ -47,6 +51,7 @@ public:
     std::vector<float> least, greatest, first;
     std::vector<std::size_t> begins;
     mutable std::atomic<std::size_t> looks = 0;
+    mutable std::function<void()> whileTold;  ///< done once, while it is asked
 };
 
 class SeriesRunsTest : public testing::Test {
@@ -165,20 +170,60 @@ TEST_F(SeriesRunsTest, FilledRunsAreFoundInBothDirections)
     }
 }
 
-TEST_F(SeriesRunsTest, SeveralThreadsMayLookAtOnce)
+TEST_F(SeriesRunsTest, BringingTakesARunAndThoseBesideIt)
+{
+    make(kMany);
+    runs->bring(100);
+    EXPECT_EQ(looksSinceMade(), 1U);
+    expectNumbersOf(100);
+    expectNumbersOf(101);
+    runs->bring(101);
+    EXPECT_EQ(looksSinceMade(), 1U);
+}
+
+TEST_F(SeriesRunsTest, WhatIsBroughtCountsAsKept)
+{
+    make(kMany);
+    runs->bring(100);
+    EXPECT_EQ(runs->bytesOfRuns(), CPTSeriesRuns::kBlock * 3 * sizeof(float));
+}
+
+TEST_F(SeriesRunsTest, ALookIsAnsweredWhileTheSameRunsAreBrought)
+{
+    make(kMany);
+    numbers->whileTold = [this] { expectNumbersOf(100); };
+    runs->bring(100);
+    expectNumbersOf(100);
+    EXPECT_EQ(looksSinceMade(), 2U);
+}
+
+TEST_F(SeriesRunsTest, SeveralThreadsMayLookAndBringAtOnce)
 {
     make(kMany);
     std::vector<std::thread> threads;
     std::atomic<std::size_t> wrong = 0;
     for (int thread = 0; thread < 4; ++thread)
-        threads.emplace_back([this, &wrong] {
-            for (std::size_t run = 0; run < kMany; ++run)
+        threads.emplace_back([this, &wrong, brings = thread % 2 == 0] {
+            for (std::size_t run = 0; run < kMany; ++run) {
+                if (brings)
+                    runs->bring(run);
                 wrong += runs->minMaxOf(run).min == numbers->least[run] ? 0 : 1;
+            }
         });
     for (std::thread& thread : threads)
         thread.join();
     EXPECT_EQ(wrong, 0U);
-    EXPECT_LE(looksSinceMade(), kMany / 2048 + 1);
+    EXPECT_LE(looksSinceMade(), 3 * (kMany / 2048 + 1)) << "those who bring do so once, those who look once each";
+}
+
+TEST_F(SeriesRunsTest, ARunIsFoundByItsTimeWhateverWasGuessed)
+{
+    make(3000);
+    for (int turn = 0; turn < 3000; ++turn) {
+        const std::size_t from = random() % 2000, guess = random() % 4000;
+        const double time = static_cast<double>(from) + static_cast<double>(random() % 8000) / 4;
+        ASSERT_EQ(runs->runFromTime(time, from, guess), runs->runFromTime(time)) << time << " from " << guess;
+    }
 }
 
 }  // namespace

@@ -92,13 +92,15 @@ private:
     }
 
     /// A later record up to a time that is known without looking at any, of a paged series.
-    std::optional<Place> knownPlaceWithin(const Place& place, double time) const
+    std::optional<Place> knownPlaceWithin(const Place& place, double time)
     {
         constexpr std::size_t kMostTried = 8;
         const CPTSeriesRuns* runs = m_line.series->runs().get();
         if (!runs)
             return std::nullopt;
-        std::size_t run = runs->runFromTime(time);
+        // Where records are even, the next place is as far as this one was.
+        std::size_t run = runs->runFromTime(time, place.run, place.run + m_runsAhead);
+        m_runsAhead = run - place.run;
         const auto beginOf = [&](std::size_t known) {
             return Place{runs->begin(known), known, runs->firstTime(known)};
         };
@@ -156,6 +158,7 @@ private:
     const PagedReader<double> m_times;
     NotValidReader m_notValid;
     const std::size_t m_count;
+    std::size_t m_runsAhead = 0;  // how far the last place known lay ahead
     std::vector<MissingStretch> m_found;
 };
 

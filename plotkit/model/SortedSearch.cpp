@@ -1,4 +1,4 @@
-#include "plotkit/layout/SortedSearch.h"
+#include "plotkit/model/SortedSearch.h"
 
 #include <algorithm>
 
