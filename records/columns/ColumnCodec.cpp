@@ -4,7 +4,9 @@
 #include "records/columns/PackedEncoder.h"
 
 #include <algorithm>
+#include <array>
 #include <cstring>
+#include <optional>
 
 namespace plotix::codec {
 
@@ -78,7 +80,7 @@ Encoded encodedTimes(std::span<const double> times)
 }
 
 bool decode(int codec, std::span<const std::byte> bytes, std::size_t count, const std::uint64_t* valid,
-            std::size_t first, std::span<double> target)
+            std::size_t first, std::span<double> target, Into into)
 {
     if (codec == static_cast<int>(schema::Codec::Raw))
         return decodeRaw(bytes, count, first, target);
@@ -86,8 +88,30 @@ bool decode(int codec, std::span<const std::byte> bytes, std::size_t count, cons
         return decodeConstant(bytes, target);
     const std::optional<PackedColumn> column = PackedColumn::read(codec, bytes, count);
     if (column)
-        column->decode(valid, first, target);
+        column->decode(valid, first, target, into);
     return column.has_value();
+}
+
+bool decodeInPieces(int codec, std::span<const std::byte> bytes, std::size_t count, const std::uint64_t* valid,
+                    std::size_t first, std::size_t elements, const TakePiece& take)
+{
+    const std::optional<PackedColumn> column = PackedColumn::read(codec, bytes, count);
+    // Each piece goes through all exceptions: where they are many, once is enough.
+    if (!column || column->exceptions() > kPiece / 8) {
+        std::vector<double> whole(elements);
+        if (!decode(codec, bytes, count, valid, first, whole))
+            return false;
+        for (std::size_t done = 0; done < elements; done += kPiece)
+            take(std::span<const double>(whole).subspan(done, std::min(kPiece, elements - done)));
+        return true;
+    }
+    alignas(64) std::array<double, kPiece> piece;
+    for (std::size_t done = 0; done < elements; done += kPiece) {
+        const std::span<double> part = std::span(piece).first(std::min(kPiece, elements - done));
+        column->decode(valid, first + done, part);
+        take(part);
+    }
+    return true;
 }
 
 }  // namespace plotix::codec

@@ -4,6 +4,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <functional>
 #include <span>
 #include <vector>
 
@@ -28,11 +29,22 @@ Encoded plainValues(std::span<const double> values);
 /// The most compact codec for strictly ascending times.
 Encoded encodedTimes(std::span<const double> times);
 
+/// Where elements go: what is looked at next, into the processor's caches; of columns longer than these, past them,
+/// which spares it reading the memory first that it is going to overwrite.
+enum class Into { Caches, Memory };
+
 /// Elements [first, first + target.size()) of a column of `count`. `valid` is the chunk's words as they were given to
 /// encodedValues, from bit 0; null: every element. False when the bytes do not fit the codec; the target is then
 /// undefined. Never reads outside `bytes`, whatever they hold.
 /// Requires: first + target.size() ≤ count ≤ kRecordsPerChunk.
 bool decode(int codec, std::span<const std::byte> bytes, std::size_t count, const std::uint64_t* valid,
-            std::size_t first, std::span<double> target);
+            std::size_t first, std::span<double> target, Into into = Into::Caches);
+
+/// The same elements, handed to `take` in pieces of kPiece, the last of which may be shorter: each is looked at while
+/// it is in the nearest cache. Each piece is valid during its call.
+inline constexpr std::size_t kPiece = 2048;
+using TakePiece = std::function<void(std::span<const double> piece)>;
+bool decodeInPieces(int codec, std::span<const std::byte> bytes, std::size_t count, const std::uint64_t* valid,
+                    std::size_t first, std::size_t elements, const TakePiece& take);
 
 }  // namespace plotix::codec

@@ -80,8 +80,9 @@ struct RowBits {
 
 const ColumnKernels& kernels()
 {
-    static constexpr ColumnKernels kTable{quotients, products, patterns, blank,     asQuotients, asProducts,
-                                          range,     pack,     sumOfAll, sumOfSome, details};
+    static constexpr ColumnKernels kTable{quotients,      products,    patterns,   blank, putPastCaches,
+                                          endPuttingPast, asQuotients, asProducts, range, pack,
+                                          sumOfAll,       sumOfSome,   details};
     return kTable;
 }
 

@@ -65,6 +65,10 @@ struct ColumnKernels {
     /// Writes `filler` over the values whose bit is not set.
     void (*blank)(const std::uint64_t* bits, double filler, double* values);
 
+    /// Copies kRun values to memory that is not looked at soon. Other threads see them after endPuttingPast().
+    void (*putPastCaches)(const double* values, double* to);
+    void (*endPuttingPast)();
+
     /// The numbers for kRun values; `exact` (kMask words) tells which of them give back their value bit for bit.
     void (*asQuotients)(const double* values, const Scale& scale, std::uint64_t* numbers, std::uint64_t* exact);
     void (*asProducts)(const double* values, const Scale& scale, std::uint64_t* numbers, std::uint64_t* exact);

@@ -62,6 +62,12 @@ void SummaryInWork::add(const ColumnKernels::Sum& run)
     m_sum = sum;
 }
 
+void SummaryInWork::add(const ColumnView& column, std::size_t count)
+{
+    for (std::size_t done = 0; done < count; done += kRun)
+        add(sumOfRun(column, done, std::min(count - done, kRun)));
+}
+
 Summary SummaryInWork::finished() const
 {
     Summary summary = m_summary;
@@ -73,8 +79,7 @@ Summary SummaryInWork::finished() const
 Summary summaryOf(const ColumnView& column, std::size_t count)
 {
     SummaryInWork summary;
-    for (std::size_t done = 0; done < count; done += kRun)
-        summary.add(sumOfRun(column, done, std::min(count - done, kRun)));
+    summary.add(column, count);
     return summary.finished();
 }
 

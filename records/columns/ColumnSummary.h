@@ -23,6 +23,8 @@ struct Summary {
 class SummaryInWork {
 public:
     void add(const ColumnKernels::Sum& run);
+    /// The first `count` elements, run by run.
+    void add(const ColumnView& column, std::size_t count);
     Summary finished() const;
 
 private:

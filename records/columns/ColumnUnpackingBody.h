@@ -78,3 +78,22 @@ void blank(const std::uint64_t* bits, double filler, double* values)
         }
     }
 }
+
+/// Whole lines of the cache, wherever they begin; of lines that are only touched, the rest is the neighbours'.
+void putPastCaches(const double* values, double* to)
+{
+    constexpr std::size_t kLine = 64;
+    const std::size_t beyond = reinterpret_cast<std::uintptr_t>(to) % kLine / sizeof(double);
+    const std::size_t before = beyond == 0 ? 0 : kLine / sizeof(double) - beyond;
+    std::memcpy(to, values, before * sizeof(double));
+    std::size_t at = before;
+    for (; at + kRow <= kRun; at += kRow)
+        for (std::size_t part = 0; part < kParts; ++part)
+            hn::Stream(hn::LoadU(kReals, values + at + part * kLanes), kReals, to + at + part * kLanes);
+    std::memcpy(to + at, values + at, (kRun - at) * sizeof(double));
+}
+
+void endPuttingPast()
+{
+    hwy::FlushStream();
+}

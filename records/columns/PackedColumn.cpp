@@ -48,22 +48,6 @@ bool PackedColumn::isPacked(int codec)
            codec == static_cast<int>(schema::Codec::Pattern) || codec == static_cast<int>(schema::Codec::Table);
 }
 
-std::size_t PackedColumn::runsOf(std::size_t count)
-{
-    return (count + kRun - 1) / kRun;
-}
-
-std::size_t PackedColumn::elementsOf(std::size_t count, std::size_t index)
-{
-    return std::min(count - index * kRun, kRun);
-}
-
-std::size_t PackedColumn::bytesOf(std::size_t elements, std::size_t width)
-{
-    const std::size_t rows = (elements + ColumnKernels::kRow - 1) / ColumnKernels::kRow;
-    return (rows * width + 63) / 64 * kRowBytes;
-}
-
 std::size_t PackedColumn::headerBytes(schema::Codec codec, std::size_t runs, std::uint8_t flags)
 {
     const std::size_t perRun = sizeof(Run::width) + (hasForms(codec) ? sizeof(Run::form) : 0) + sizeof(Run::base) +
@@ -133,7 +117,7 @@ std::optional<PackedColumn> PackedColumn::read(int codec, std::span<const std::b
     return column;
 }
 
-void PackedColumn::decode(const std::uint64_t* valid, std::size_t first, std::span<double> target,
+void PackedColumn::decode(const std::uint64_t* valid, std::size_t first, std::span<double> target, codec::Into into,
                           const ColumnKernels& kernels) const
 {
     assert(first + target.size() <= m_count);
@@ -142,15 +126,20 @@ void PackedColumn::decode(const std::uint64_t* valid, std::size_t first, std::sp
         const std::size_t index = (first + done) / kRun;
         const std::size_t skipped = (first + done) % kRun;
         const std::size_t part = std::min(target.size() - done, kRun - skipped);
-        if (part == kRun) {
+        if (part == kRun && into == codec::Into::Caches) {
             decodeRun(index, valid, target.data() + done, kernels);
         } else {
-            std::array<double, kRun> values;
+            alignas(64) std::array<double, kRun> values;
             decodeRun(index, valid, values.data(), kernels);
-            std::memcpy(target.data() + done, values.data() + skipped, part * sizeof(double));
+            if (part == kRun)
+                kernels.putPastCaches(values.data(), target.data() + done);
+            else
+                std::memcpy(target.data() + done, values.data() + skipped, part * sizeof(double));
         }
         done += part;
     }
+    if (into == codec::Into::Memory)
+        kernels.endPuttingPast();
     patch(first, target);
 }
 

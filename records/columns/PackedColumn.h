@@ -1,8 +1,10 @@
 #pragma once
 
+#include "records/columns/ColumnCodec.h"
 #include "records/columns/ColumnFormat.h"
 #include "records/columns/ColumnKernels.h"
 
+#include <algorithm>
 #include <array>
 #include <optional>
 #include <span>
@@ -44,9 +46,16 @@ public:
     static bool isPacked(int codec);
 
     /// Runs a column of `count` elements has, elements in its run `index`, bytes of their packed numbers.
-    static std::size_t runsOf(std::size_t count);
-    static std::size_t elementsOf(std::size_t count, std::size_t index);
-    static std::size_t bytesOf(std::size_t elements, std::size_t width);
+    static std::size_t runsOf(std::size_t count) { return (count + ColumnKernels::kRun - 1) / ColumnKernels::kRun; }
+    static std::size_t elementsOf(std::size_t count, std::size_t index)
+    {
+        return std::min(count - index * ColumnKernels::kRun, ColumnKernels::kRun);
+    }
+    static std::size_t bytesOf(std::size_t elements, std::size_t width)
+    {
+        const std::size_t rows = (elements + ColumnKernels::kRow - 1) / ColumnKernels::kRow;
+        return (rows * width + 63) / 64 * ColumnKernels::kRow * sizeof(double);
+    }
 
     static std::size_t headerBytes(schema::Codec codec, std::size_t runs, std::uint8_t flags);
     /// What follows the packed numbers: positions of negative zeros, positions of patches, their values,
@@ -62,7 +71,10 @@ public:
 
     /// Elements [first, first + target.size()); `valid` is the chunk's, from bit 0, null: every element.
     void decode(const std::uint64_t* valid, std::size_t first, std::span<double> target,
-                const ColumnKernels& kernels = ColumnKernels::best()) const;
+                codec::Into into = codec::Into::Caches, const ColumnKernels& kernels = ColumnKernels::best()) const;
+
+    /// Elements that their packed number does not stand for.
+    std::size_t exceptions() const { return std::size_t{m_header.negativeZeros} + m_header.patches; }
 
 private:
     void decodeRun(std::size_t index, const std::uint64_t* valid, double* values, const ColumnKernels& kernels) const;

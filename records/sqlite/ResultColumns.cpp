@@ -10,7 +10,9 @@ namespace plotix {
 
 namespace {
 
-constexpr std::size_t kLine = 8;             // doubles of a cache line
+constexpr std::size_t kLine = 8;  // doubles of a cache line
+/// Bytes of a result that whoever looks at it next finds in a cache.
+constexpr std::size_t kMostCached = std::size_t{16} << 20;
 constexpr std::size_t kStagger = 5 * kLine;  // columns a whole number of pages apart would collide in the cache
 
 std::size_t strideFor(std::size_t records)
@@ -31,9 +33,10 @@ ResultColumns::ResultColumns(std::span<const RowId> properties, std::size_t reco
 
 void ResultColumns::fill(SegmentReader& segments, const ChunkPart& part, std::vector<Gap>& gaps)
 {
-    segments.readTimes(part, column(0) + part.target);
+    const codec::Into into = values() * sizeof(double) > kMostCached ? codec::Into::Memory : codec::Into::Caches;
+    segments.readTimes(part, column(0) + part.target, into);
     for (std::size_t i = 0; i < m_properties.size(); ++i) {
-        if (!segments.read(part, m_properties[i], column(i + 1) + part.target)) {
+        if (!segments.read(part, m_properties[i], column(i + 1) + part.target, into)) {
             fillAbsent(i, part.target, part.count, gaps);
             continue;
         }

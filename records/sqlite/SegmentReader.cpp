@@ -17,7 +17,30 @@ SegmentReader::~SegmentReader()
     sqlite3_blob_close(m_blob);
 }
 
-bool SegmentReader::read(const ChunkPart& part, RowId property, double* values)
+bool SegmentReader::read(const ChunkPart& part, RowId property, double* values, codec::Into into)
+{
+    const std::span<double> target(values, part.count);
+    return readWith(part, property, target, [&](int codec, std::span<const std::byte> bytes) {
+        return codec::decode(codec, bytes, part.chunk.n, valid(), part.first, target, into);
+    });
+}
+
+bool SegmentReader::readInPieces(const ChunkPart& part, RowId property, const codec::TakePiece& take)
+{
+    bool isTaken = false;
+    m_raw.resize(part.count);
+    const bool isThere = readWith(part, property, m_raw, [&](int codec, std::span<const std::byte> bytes) {
+        isTaken = true;
+        return codec::decodeInPieces(codec, bytes, part.chunk.n, valid(), part.first, part.count, take);
+    });
+    for (std::size_t done = 0; isThere && !isTaken && done < part.count; done += codec::kPiece)
+        take(std::span<const double>(m_raw).subspan(done, std::min(codec::kPiece, part.count - done)));
+    return isThere;
+}
+
+/// Plain doubles go to `raw`; all else is handed to `decode`, which answers false where it does not fit.
+template <class Decode>
+bool SegmentReader::readWith(const ChunkPart& part, RowId property, std::span<double> raw, const Decode& decode)
 {
     const qint64 id = part.chunk.id * schema::kPropertiesPerChunk + property;
     if (!readHead(part, id))
@@ -28,10 +51,9 @@ bool SegmentReader::read(const ChunkPart& part, RowId property, double* values)
     // No segment takes more bytes than its plain doubles would.
     if (size > plain + seal || size < seal)
         failAsWrongLength(part);
-    const std::span<double> target(values, part.count);
     constexpr int kRaw = static_cast<int>(schema::Codec::Raw);
     if (m_codec == kRaw && size == plain) {
-        readBlob(part.first * sizeof(double), std::as_writable_bytes(target));
+        readBlob(part.first * sizeof(double), std::as_writable_bytes(raw));
         return true;
     }
     const bool isPlain = m_codec == kRaw + sealed::kSealed && part.isWhole() && size == plain + seal;
@@ -39,12 +61,12 @@ bool SegmentReader::read(const ChunkPart& part, RowId property, double* values)
     if (!isPlain)
         readBlob(0, bytes);
     const int codec = m_codec - (seal > 0 ? sealed::kSealed : 0);
-    const bool isIntact = isPlain     ? readWholeRaw(part, property, target)
+    const bool isIntact = isPlain     ? readWholeRaw(part, property, raw)
                           : seal == 0 ? true
                                       : checksum::isIntact(bytes, checksumBefore(part, property, codec));
     if (!isIntact)
         failAsChanged(m_connection.database, property, part.chunk);
-    if (!isPlain && !codec::decode(codec, bytes.first(size - seal), part.chunk.n, valid(), part.first, target))
+    if (!isPlain && !decode(codec, bytes.first(size - seal)))
         failAsWrongLength(part);
     return true;
 }
@@ -105,15 +127,15 @@ void SegmentReader::readBlob(std::size_t first, std::span<std::byte> target)
         m_connection.database.fail(done);
 }
 
-void SegmentReader::readTimes(const ChunkPart& part, double* times)
+void SegmentReader::readTimes(const ChunkPart& part, double* times, codec::Into into)
 {
-    if (!findTimes(part, times))
+    if (!findTimes(part, times, into))
         m_connection.database.failAsDamaged(QStringLiteral("chunk %1 has no times").arg(part.chunk.id));
 }
 
-bool SegmentReader::findTimes(const ChunkPart& part, double* times)
+bool SegmentReader::findTimes(const ChunkPart& part, double* times, codec::Into into)
 {
-    if (!read(part, kTimes, times))
+    if (!read(part, kTimes, times, into))
         return false;
     const bool fits = (part.first > 0 || times[0] == part.chunk.t0) &&
                       (part.first + part.count < part.chunk.n || times[part.count - 1] == part.chunk.t1);

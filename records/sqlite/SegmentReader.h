@@ -1,5 +1,6 @@
 #pragma once
 
+#include "records/columns/ColumnCodec.h"
 #include "records/sqlite/ReadConnections.h"
 
 #include <cstddef>
@@ -33,21 +34,26 @@ public:
     SegmentReader& operator=(const SegmentReader&) = delete;
 
     /// Fills `part.count` values; false when the chunk has no such segment.
-    bool read(const ChunkPart& part, RowId property, double* values);
+    bool read(const ChunkPart& part, RowId property, double* values, codec::Into into = codec::Into::Caches);
+
+    /// The same piece by piece, for whoever needs no more than a look at each value.
+    bool readInPieces(const ChunkPart& part, RowId property, const codec::TakePiece& take);
 
     /// The validity words of the chunk of the last segment read, from bit 0; null when all elements are valid.
     /// Borrowed until the next read.
     const std::uint64_t* valid() const { return m_hasValid ? m_valid.data() : nullptr; }
 
     /// The part's times; they must begin and end where the chunk says.
-    void readTimes(const ChunkPart& part, double* times);
+    void readTimes(const ChunkPart& part, double* times, codec::Into into = codec::Into::Caches);
     /// The same; false when the chunk has none.
-    bool findTimes(const ChunkPart& part, double* times);
+    bool findTimes(const ChunkPart& part, double* times, codec::Into into = codec::Into::Caches);
 
 private:
     bool readHead(const ChunkPart& part, qint64 id);
     void readBlob(std::size_t first, std::span<std::byte> target);
     std::size_t openBlob(qint64 id);
+    template <class Decode>
+    bool readWith(const ChunkPart& part, RowId property, std::span<double> raw, const Decode& decode);
     bool readWholeRaw(const ChunkPart& part, RowId property, std::span<double> target);
     std::uint64_t checksumBefore(const ChunkPart& part, RowId property, int codec) const;
     [[noreturn]] void failAsWrongLength(const ChunkPart& part) const;
@@ -57,6 +63,7 @@ private:
     int m_codec = 0;
     bool m_hasValid = false;
     std::vector<std::uint64_t> m_valid;
+    std::vector<double> m_raw;  // of what is read in pieces
 };
 
 }  // namespace plotix

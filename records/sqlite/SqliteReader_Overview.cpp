@@ -40,12 +40,16 @@ ColumnStatistics statisticsFrom(const Summary& summary)
 }
 
 /// Decodes the part and summarises its valid elements.
-Summary decodedSummary(SegmentReader& segments, const ChunkPart& part, RowId property, std::vector<double>& values)
+Summary decodedSummary(SegmentReader& segments, const ChunkPart& part, RowId property)
 {
-    values.resize(part.count);
-    if (!segments.read(part, property, values.data()))
-        return {};
-    return summaryOf({values.data(), segments.valid(), part.first}, part.count);
+    static_assert(codec::kPiece % ColumnKernels::kRun == 0, "a summary is added up run by run");
+    SummaryInWork summary;
+    std::size_t done = 0;
+    const bool isThere = segments.readInPieces(part, property, [&](std::span<const double> piece) {
+        summary.add({piece.data(), segments.valid(), part.first + done}, piece.size());
+        done += piece.size();
+    });
+    return isThere ? summary.finished() : Summary();
 }
 
 }  // namespace
@@ -96,8 +100,7 @@ std::size_t SqliteReader::propertiesOf(RowId agent)
 Summary SqliteReader::summaryOfRecords(const Chunk& chunk, RowId property)
 {
     SegmentReader segments(*m_connection);
-    std::vector<double> values;
-    return decodedSummary(segments, {chunk, 0, chunk.n, 0}, property, values);
+    return decodedSummary(segments, {chunk, 0, chunk.n, 0}, property);
 }
 
 RecordOverview SqliteReader::overview(RowId agent, std::span<const RowId> properties, std::optional<double> from,
@@ -146,12 +149,10 @@ ColumnStatistics SqliteReader::statistics(RowId agent, RowId property, std::opti
     const std::vector<std::vector<Summary>> stored = summariesOf(agent, whole, std::span(&property, 1));
 
     Summary sum;
-    std::vector<double> values;
     auto next = stored.front().begin();
     for (const ChunkPart& part : parts)
-        sum.add(part.isWhole() && source == StatisticsFrom::Summaries
-                    ? *next++
-                    : decodedSummary(segments, part, property, values));
+        sum.add(part.isWhole() && source == StatisticsFrom::Summaries ? *next++
+                                                                      : decodedSummary(segments, part, property));
     sum.add(tailSummary(m_connection->chunks.tail(agent, range.from, range.to), property));
     return statisticsFrom(sum);
 }

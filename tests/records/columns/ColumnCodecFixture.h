@@ -85,11 +85,31 @@ protected:
     static Values read(const plotix::codec::Encoded& encoded, std::size_t count, const Words& valid, std::size_t first,
                        std::size_t size)
     {
+        const Values target = readInto(plotix::codec::Into::Caches, encoded, count, valid, first, size);
+        const Values past = readInto(plotix::codec::Into::Memory, encoded, count, valid, first, size);
+        EXPECT_TRUE(areSame(past.data(), target.data(), size));
+        const Values inPieces = readInPieces(encoded, count, valid, first, size);
+        EXPECT_EQ(inPieces.size(), size);
+        EXPECT_TRUE(areSame(inPieces.data(), target.data(), std::min(size, inPieces.size())));
+        return target;
+    }
+    static Values readInto(plotix::codec::Into into, const plotix::codec::Encoded& encoded, std::size_t count,
+                           const Words& valid, std::size_t first, std::size_t size)
+    {
         // What is not written by decode() must not look right by chance.
         Values target(size, doubleOf(0x7FF4DEADBEEF0000));
         EXPECT_TRUE(plotix::codec::decode(static_cast<int>(encoded.codec), encoded.bytes, count,
-                                          valid.empty() ? nullptr : valid.data(), first, target));
+                                          valid.empty() ? nullptr : valid.data(), first, target, into));
         return target;
+    }
+    static Values readInPieces(const plotix::codec::Encoded& encoded, std::size_t count, const Words& valid,
+                               std::size_t first, std::size_t size)
+    {
+        Values all;
+        EXPECT_TRUE(plotix::codec::decodeInPieces(
+            static_cast<int>(encoded.codec), encoded.bytes, count, valid.empty() ? nullptr : valid.data(), first, size,
+            [&all](std::span<const double> piece) { all.insert(all.end(), piece.begin(), piece.end()); }));
+        return all;
     }
     /// Writes the values, and reads back all of them and some parts.
     plotix::codec::Encoded expectSame(const Values& values, const Words& valid = {})

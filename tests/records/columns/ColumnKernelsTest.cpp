@@ -153,6 +153,20 @@ TEST_F(ColumnKernelsTest, BlanksAreFilledAlike)
     }
 }
 
+TEST_F(ColumnKernelsTest, WhatIsPutPastCachesStandsWhereItShouldAndNowhereElse)
+{
+    const Values values = randomBits(kRun);
+    for (const ColumnKernels* kernels : every)
+        for (std::size_t at = 0; at < 20; ++at) {
+            Values room(kRun + 40, kAbsent);
+            kernels->putPastCaches(values.data(), room.data() + at);
+            kernels->endPuttingPast();
+            Values expected(kRun + 40, kAbsent);
+            std::copy(values.begin(), values.end(), expected.begin() + static_cast<std::ptrdiff_t>(at));
+            ASSERT_TRUE(codectest::areSame(room.data(), expected.data(), room.size())) << at;
+        }
+}
+
 TEST_F(ColumnKernelsTest, EveryProcessorWritesTheSameBytes)
 {
     for (int round = 0; round < 100; ++round) {
