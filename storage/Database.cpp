@@ -2,7 +2,7 @@
 
 #include "base/ReportableError.h"
 #include "storage/EarlyWriting.h"
-#include "storage/RowScan.h"
+#include "storage/RowFunction.h"
 
 #include <QtCore/QFileInfo>
 #include <QtCore/QUrl>
@@ -160,7 +160,7 @@ void Database::open(int flags, const QString& uri)
     if (result != SQLITE_OK)
         fail(result);
     sqlite3_extended_result_codes(m_handle, 1);
-    RowScan::addFunction(m_handle);
+    addRowFunction(m_handle);
     setPatience(kPatience);
 }
 

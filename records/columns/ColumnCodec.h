@@ -1,6 +1,7 @@
 #pragma once
 
 #include "records/columns/ColumnFormat.h"
+#include "records/columns/ColumnKernels.h"
 
 #include <cstddef>
 #include <cstdint>
@@ -28,10 +29,6 @@ Encoded plainValues(std::span<const double> values);
 
 /// The most compact codec for strictly ascending times.
 Encoded encodedTimes(std::span<const double> times);
-
-/// Where elements go: what is looked at next, into the processor's caches; of columns longer than these, past them,
-/// which spares it reading the memory first that it is going to overwrite.
-enum class Into { Caches, Memory };
 
 /// Elements [first, first + target.size()) of a column of `count`. `valid` is the chunk's words as they were given to
 /// encodedValues, from bit 0; null: every element. False when the bytes do not fit the codec; the target is then

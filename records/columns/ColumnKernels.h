@@ -13,6 +13,14 @@
 /// Bytes may be at any address.
 namespace plotix {
 
+namespace codec {
+
+/// Where elements go: what is looked at next, into the processor's caches; of columns longer than these, past them,
+/// which spares it reading the memory first that it is going to overwrite.
+enum class Into { Caches, Memory };
+
+}  // namespace codec
+
 struct ColumnKernels {
     static constexpr std::size_t kRun = 512;  ///< numbers in a run
     static constexpr std::size_t kRow = 8;    ///< numbers in a row

@@ -1,6 +1,5 @@
 #pragma once
 
-#include "records/columns/ColumnCodec.h"
 #include "records/columns/ColumnFormat.h"
 #include "records/columns/ColumnKernels.h"
 
