@@ -11,6 +11,7 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <new>
 #include <utility>
 
 namespace plotix {
@@ -160,7 +161,8 @@ void Database::open(int flags, const QString& uri)
     if (result != SQLITE_OK)
         fail(result);
     sqlite3_extended_result_codes(m_handle, 1);
-    addRowFunction(m_handle);
+    if (const int added = addRowFunction(m_handle); added != SQLITE_OK)
+        fail(added);
     setPatience(kPatience);
 }
 
@@ -261,10 +263,22 @@ void Database::commit()
     requireInPlace();
     {
         // Beside the work of packing it would only take time from that.
-        const auto early = std::exchange(m_isMuch, false) ? std::make_unique<EarlyWriting>(m_file) : nullptr;
+        const std::unique_ptr<EarlyWriting> early = std::exchange(m_isMuch, false) ? writingEarly() : nullptr;
         m_commit->run();
     }
     requireInPlace();
+}
+
+/// Null where there is no room for it.
+std::unique_ptr<EarlyWriting> Database::writingEarly() const
+{
+    try {
+        // By the name that SQLite found, which may be at the end of a link.
+        const char* file = sqlite3_db_filename(m_handle, "main");
+        return std::make_unique<EarlyWriting>(QString::fromUtf8(file), QString::fromUtf8(sqlite3_filename_wal(file)));
+    } catch (const std::bad_alloc&) {
+        return nullptr;
+    }
 }
 
 void Database::expectMuch()

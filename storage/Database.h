@@ -20,6 +20,7 @@ struct sqlite3_stmt;
 /// connection; any number of connections work at the same time.
 namespace plotix {
 
+class EarlyWriting;
 class Statement;
 
 class Database {
@@ -84,6 +85,7 @@ private:
     bool lacksSpace();        ///< for the log's index, which even reading needs
     void openWithoutSpace();  ///< again, for reading alone
     [[noreturn]] void failForSystem() const;
+    std::unique_ptr<EarlyWriting> writingEarly() const;
     void inspect(const QString& uri);
     int checkHeader();  ///< the version
     void checkTables(int version);

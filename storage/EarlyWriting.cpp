@@ -6,7 +6,6 @@
 #include <fcntl.h>
 #include <sys/stat.h>
 
-#include <algorithm>
 #include <chrono>
 #include <system_error>
 
@@ -17,16 +16,24 @@ namespace {
 /// A disk writes some megabytes in this time.
 constexpr auto kBetween = std::chrono::milliseconds(3);
 
-bool isSame(const struct stat& one, const struct stat& other)
+/// Without waiting, so that what goes wrong is left for the commit's own wait to be told.
+void beginToWrite(int descriptor)
 {
-    return one.st_dev == other.st_dev && one.st_ino == other.st_ino;
+#ifdef __linux__
+    sync_file_range(descriptor, 0, 0, SYNC_FILE_RANGE_WRITE);
+#else
+    static_cast<void>(descriptor);
+#endif
 }
 
-bool isOpenFor(int descriptor, const struct stat& file)
+bool isOpenAs(int descriptor, dev_t device, ino_t number)
 {
     struct stat status {};
-    if (::fstat(descriptor, &status) != 0 || !isSame(status, file))
-        return false;
+    return ::fstat(descriptor, &status) == 0 && status.st_dev == device && status.st_ino == number;
+}
+
+bool canWrite(int descriptor)
+{
 #ifdef O_PATH
     return (::fcntl(descriptor, F_GETFL) & O_PATH) == 0;  // such a one only keeps the place of a file
 #else
@@ -34,38 +41,27 @@ bool isOpenFor(int descriptor, const struct stat& file)
 #endif
 }
 
-/// Those that are open already: to close one of our own would give up every lock that SQLite holds on the file.
-std::vector<int> openDescriptors(const QString& file)
-{
-    const QStringList all = QDir(QStringLiteral("/proc/self/fd"))
-                                .entryList(QDir::NoDotAndDotDot | QDir::AllEntries | QDir::System, QDir::NoSort);
-    std::vector<int> found;
-    for (const char* suffix : {"", "-wal"}) {
-        struct stat wanted {};
-        if (::stat(QFile::encodeName(file + QLatin1String(suffix)).constData(), &wanted) != 0)
-            continue;
-        const auto open =
-            std::find_if(all.begin(), all.end(), [&](const QString& each) { return isOpenFor(each.toInt(), wanted); });
-        if (open != all.end())
-            found.push_back(open->toInt());
-    }
-    return found;
-}
-
-void beginToWrite(int descriptor)
-{
-#ifdef __linux__
-    // Without waiting, so that what goes wrong is left for the commit's own wait to be told.
-    sync_file_range(descriptor, 0, 0, SYNC_FILE_RANGE_WRITE);
-#else
-    static_cast<void>(descriptor);
-#endif
-}
-
 }  // namespace
 
-EarlyWriting::EarlyWriting(const QString& file) : m_files(openDescriptors(file))
+/// One that is open already: to close one of our own would give up every lock that SQLite holds on the file.
+std::optional<EarlyWriting::OpenFile> EarlyWriting::openFile(const QString& file)
 {
+    struct stat wanted {};
+    if (::stat(QFile::encodeName(file).constData(), &wanted) != 0)
+        return std::nullopt;
+    const QStringList all = QDir(QStringLiteral("/proc/self/fd"))
+                                .entryList(QDir::NoDotAndDotDot | QDir::AllEntries | QDir::System, QDir::NoSort);
+    for (const QString& each : all)
+        if (isOpenAs(each.toInt(), wanted.st_dev, wanted.st_ino) && canWrite(each.toInt()))
+            return OpenFile{each.toInt(), wanted.st_dev, wanted.st_ino};
+    return std::nullopt;
+}
+
+EarlyWriting::EarlyWriting(const QString& file, const QString& log)
+{
+    for (const QString& each : {file, log})
+        if (const std::optional<OpenFile> open = openFile(each))
+            m_files.push_back(*open);
     try {
         if (!m_files.empty())
             m_thread = std::thread([this] { work(); });
@@ -89,8 +85,9 @@ void EarlyWriting::work()
     std::unique_lock lock(m_mutex);
     while (!m_ended.wait_for(lock, kBetween, [this] { return m_isEnding; })) {
         lock.unlock();
-        for (const int file : m_files)
-            beginToWrite(file);
+        for (const OpenFile& file : m_files)
+            if (isOpenAs(file.descriptor, file.device, file.number))
+                beginToWrite(file.descriptor);
         lock.lock();
     }
 }

@@ -2,8 +2,11 @@
 
 #include <QtCore/QString>
 
+#include <sys/types.h>
+
 #include <condition_variable>
 #include <mutex>
+#include <optional>
 #include <thread>
 #include <vector>
 
@@ -16,16 +19,23 @@ namespace plotix {
 
 class EarlyWriting {
 public:
-    /// Of the file that a connection of this process has open as long as this lives.
-    explicit EarlyWriting(const QString& file);
+    /// Of a file and its log that connections of this process have open. Throws std::bad_alloc.
+    EarlyWriting(const QString& file, const QString& log);
     ~EarlyWriting();
     EarlyWriting(const EarlyWriting&) = delete;
     EarlyWriting& operator=(const EarlyWriting&) = delete;
 
 private:
+    /// One that this process has open; somebody else may close it at any time, and open another file by its number.
+    struct OpenFile {
+        int descriptor;
+        dev_t device;
+        ino_t number;
+    };
+    static std::optional<OpenFile> openFile(const QString& file);
     void work();
 
-    std::vector<int> m_files;  // borrowed from the connection
+    std::vector<OpenFile> m_files;
     std::mutex m_mutex;
     std::condition_variable m_ended;
     bool m_isEnding = false;  // guarded

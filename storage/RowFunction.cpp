@@ -44,10 +44,10 @@ std::span<const std::byte> ScannedRow::bytes(int column) const
     return {start, static_cast<std::size_t>(sqlite3_value_bytes(m_columns[column]))};
 }
 
-void addRowFunction(sqlite3* connection)
+int addRowFunction(sqlite3* connection)
 {
-    sqlite3_create_function_v2(connection, kRowFunction, -1, SQLITE_UTF8 | SQLITE_DIRECTONLY, nullptr, &takeRow,
-                               nullptr, nullptr, nullptr);
+    return sqlite3_create_function_v2(connection, kRowFunction, -1, SQLITE_UTF8 | SQLITE_DIRECTONLY, nullptr, &takeRow,
+                                      nullptr, nullptr, nullptr);
 }
 
 }  // namespace plotix

@@ -35,7 +35,7 @@ struct RowTaking {
 inline constexpr const char* kRowFunction = "plotix_row";
 inline constexpr const char* kRowTaking = "plotix taking";
 
-/// Every connection is to know it.
-void addRowFunction(sqlite3* connection);
+/// Every connection is to know it. Answers SQLite's result.
+int addRowFunction(sqlite3* connection);
 
 }  // namespace plotix

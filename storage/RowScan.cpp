@@ -24,7 +24,9 @@ void RowScan::each(qint64 first, qint64 last, const Take& take)
     m_rows.bind(1, first).bind(2, last).bindPointer(3, &taking, kRowTaking);
     try {
         m_rows.run();
+        m_rows.bindNothing(3);
     } catch (...) {
+        m_rows.bindNothing(3);
         if (taking.failure)
             std::rethrow_exception(taking.failure);
         throw;

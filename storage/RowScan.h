@@ -7,7 +7,7 @@
 
 namespace plotix {
 
-/// Hands over the rows of a table by their ids. Of many short rows this takes two thirds of the time of a statement
+/// Hands over the rows of a table by their ids. Of many short rows this takes three quarters of the time of a statement
 /// that is stepped from row to row: the rows are taken inside the query, by a function of ours.
 ///
 /// Borrows its database; one thread, and one scan at a time.

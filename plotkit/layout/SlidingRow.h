@@ -49,7 +49,8 @@ private:
             m_room = wanted;
         }
         m_offset = (m_room - count - kPadding) / 2;
-        std::memmove(data() + (first - by), kept + first, static_cast<std::size_t>(last - first) * sizeof(Number));
+        if (first < last)
+            std::memmove(data() + (first - by), kept + first, static_cast<std::size_t>(last - first) * sizeof(Number));
     }
 
     static_assert(std::is_trivially_copyable_v<Number>);

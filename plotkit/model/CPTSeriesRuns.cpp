@@ -96,8 +96,8 @@ void CPTSeriesRuns::take(std::size_t number, Block& into) const
     });
 }
 
-/// Without a lock while it is unpacked: a frame never waits for a thread that gives way to frames. At worst a block is
-/// unpacked twice, to the same numbers.
+/// Without a lock of ours while it is unpacked: a frame does not wait for a thread that gives way to frames. At worst a
+/// block is unpacked twice, to the same numbers.
 const CPTSeriesRuns::Block& CPTSeriesRuns::taken(std::size_t number) const
 {
     // Alone, as a huge page that few blocks stand in costs more than they do; and not cleared before it is filled.

@@ -149,6 +149,7 @@ RunsInWork::RunsInWork(ReadConnection& connection, std::span<const RowId> proper
       m_properties(properties.begin(), properties.end()),
       m_ofAgent(ofAgent),
       m_worksOutLongRuns(worksOutLongRuns),
+      m_keepers(properties.size()),
       m_runs(properties.size())
 {
 }
@@ -222,7 +223,7 @@ std::optional<KnownRuns> RunsInWork::of(const Outline& outline, std::span<const 
             continue;
         }
         std::optional<OutlineTable::Column> found =
-            m_connection.outlines.column(outline, m_properties[place], m_keeper);
+            m_connection.outlines.column(outline, m_properties[place], m_keepers[place]);
         if (!found)
             return std::nullopt;
         column.runs = {std::make_shared<const OutlinedRuns>(std::move(found->bytes), cut, runs)};

@@ -65,7 +65,7 @@ private:
     const std::vector<RowId> m_properties;
     const std::size_t m_ofAgent;
     const bool m_worksOutLongRuns;
-    ByteKeeper m_keeper;  // of what outlines say
+    std::vector<ByteKeeper> m_keepers;  // of what outlines say, by property: each goes with its column
     std::vector<Chunk> m_chunks;
     std::vector<Found> m_found;                   // by chunk, then by property
     std::vector<IndexStore::FoundTimes> m_times;  // by chunk

@@ -20,7 +20,8 @@ SegmentReader::~SegmentReader()
 bool SegmentReader::read(const ChunkPart& part, RowId property, double* values, codec::Into into)
 {
     const std::span<double> target(values, part.count);
-    return readWith(part, property, target, [&](int codec, std::span<const std::byte> bytes) {
+    const auto room = [target] { return target; };
+    return readWith(part, property, room, [&](int codec, std::span<const std::byte> bytes) {
         return codec::decode(codec, bytes, part.chunk.n, valid(), part.first, target, into);
     });
 }
@@ -28,19 +29,22 @@ bool SegmentReader::read(const ChunkPart& part, RowId property, double* values, 
 bool SegmentReader::readInPieces(const ChunkPart& part, RowId property, const codec::TakePiece& take)
 {
     bool isTaken = false;
-    m_raw.resize(part.count);
-    const bool isThere = readWith(part, property, m_raw, [&](int codec, std::span<const std::byte> bytes) {
+    const auto room = [&] {
+        m_plain.resize(part.count);
+        return std::span<double>(m_plain);
+    };
+    const bool isThere = readWith(part, property, room, [&](int codec, std::span<const std::byte> bytes) {
         isTaken = true;
         return codec::decodeInPieces(codec, bytes, part.chunk.n, valid(), part.first, part.count, take);
     });
     for (std::size_t done = 0; isThere && !isTaken && done < part.count; done += codec::kPiece)
-        take(std::span<const double>(m_raw).subspan(done, std::min(codec::kPiece, part.count - done)));
+        take(std::span<const double>(m_plain).subspan(done, std::min(codec::kPiece, part.count - done)));
     return isThere;
 }
 
-/// Plain doubles go to `raw`; all else is handed to `decode`, which answers false where it does not fit.
-template <class Decode>
-bool SegmentReader::readWith(const ChunkPart& part, RowId property, std::span<double> raw, const Decode& decode)
+/// Plain doubles go to `room()`; all else is handed to `decode`, which answers false where it does not fit.
+template <class RoomForPlain, class Decode>
+bool SegmentReader::readWith(const ChunkPart& part, RowId property, const RoomForPlain& room, const Decode& decode)
 {
     const qint64 id = part.chunk.id * schema::kPropertiesPerChunk + property;
     if (!readHead(part, id))
@@ -53,7 +57,7 @@ bool SegmentReader::readWith(const ChunkPart& part, RowId property, std::span<do
         failAsWrongLength(part);
     constexpr int kRaw = static_cast<int>(schema::Codec::Raw);
     if (m_codec == kRaw && size == plain) {
-        readBlob(part.first * sizeof(double), std::as_writable_bytes(raw));
+        readBlob(part.first * sizeof(double), std::as_writable_bytes(room()));
         return true;
     }
     const bool isPlain = m_codec == kRaw + sealed::kSealed && part.isWhole() && size == plain + seal;
@@ -61,7 +65,7 @@ bool SegmentReader::readWith(const ChunkPart& part, RowId property, std::span<do
     if (!isPlain)
         readBlob(0, bytes);
     const int codec = m_codec - (seal > 0 ? sealed::kSealed : 0);
-    const bool isIntact = isPlain     ? readWholeRaw(part, property, raw)
+    const bool isIntact = isPlain     ? readWholeRaw(part, property, room())
                           : seal == 0 ? true
                                       : checksum::isIntact(bytes, checksumBefore(part, property, codec));
     if (!isIntact)

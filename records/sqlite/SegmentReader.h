@@ -52,8 +52,8 @@ private:
     bool readHead(const ChunkPart& part, qint64 id);
     void readBlob(std::size_t first, std::span<std::byte> target);
     std::size_t openBlob(qint64 id);
-    template <class Decode>
-    bool readWith(const ChunkPart& part, RowId property, std::span<double> raw, const Decode& decode);
+    template <class RoomForPlain, class Decode>
+    bool readWith(const ChunkPart& part, RowId property, const RoomForPlain& room, const Decode& decode);
     bool readWholeRaw(const ChunkPart& part, RowId property, std::span<double> target);
     std::uint64_t checksumBefore(const ChunkPart& part, RowId property, int codec) const;
     [[noreturn]] void failAsWrongLength(const ChunkPart& part) const;
@@ -63,7 +63,7 @@ private:
     int m_codec = 0;
     bool m_hasValid = false;
     std::vector<std::uint64_t> m_valid;
-    std::vector<double> m_raw;  // of what is read in pieces
+    std::vector<double> m_plain;  // plain doubles on their way to whoever takes pieces
 };
 
 }  // namespace plotix

@@ -44,12 +44,15 @@ TEST_F(RowScanTest, HandsOverTheRowsBetweenTwoIdsInTheirOrder)
 TEST_F(RowScanTest, TellsWhatTheColumnsHave)
 {
     RowScan all(database, "ware", "name, 0.5, NULL, 12");
-    all.each(3, 3, [](const ScannedRow& row) {
+    int rows = 0;
+    all.each(3, 3, [&rows](const ScannedRow& row) {
+        ++rows;
         EXPECT_EQ(textOf(row.bytes(1)), "pins");
         EXPECT_EQ(row.real(2), 0.5);
         EXPECT_TRUE(row.isNothing(3));
         EXPECT_EQ(row.integer(4), 12);
     });
+    EXPECT_EQ(rows, 1);
 }
 
 TEST_F(RowScanTest, PassesOnWhatIsThrownAndGoesOnAfterwards)
@@ -73,6 +76,8 @@ TEST_F(RowScanTest, LetsOtherStatementsRunBetweenItsRows)
 TEST_F(RowScanTest, ItsFunctionIsNoUseToAnybodyElse)
 {
     EXPECT_THROW(database.execute("SELECT plotix_row(1, 2)"), plotix::ReportableError);
+    EXPECT_NO_THROW(database.execute("CREATE VIEW handed AS SELECT plotix_row(1, id) FROM ware"));
+    EXPECT_THROW(database.execute("SELECT * FROM handed"), plotix::ReportableError);
 }
 
 }  // namespace

@@ -19,7 +19,13 @@ protected:
         const std::size_t first = random() % (count + 1);
         Values target(random() % (count - first + 1));
         const std::span<const std::byte> span(exact.get(), bytes.size());
-        return plotix::codec::decode(codec, span, count, valid.empty() ? nullptr : valid.data(), first, target);
+        const std::uint64_t* words = valid.empty() ? nullptr : valid.data();
+        const bool isRead = plotix::codec::decode(codec, span, count, words, first, target);
+        Values past(target.size());
+        EXPECT_EQ(plotix::codec::decode(codec, span, count, words, first, past, plotix::codec::Into::Memory), isRead);
+        EXPECT_EQ(plotix::codec::decodeInPieces(codec, span, count, words, first, target.size(), [](const auto&) {}),
+                  isRead);
+        return isRead;
     }
     std::vector<Encoded> everyKind()
     {
@@ -36,7 +42,7 @@ protected:
         return kinds;
     }
 
-    static constexpr std::size_t kCount = 1500;
+    static constexpr std::size_t kCount = 2900;  // more than a piece and a run
     Words gapsAt;
 };
 

@@ -158,7 +158,7 @@ private:
     const PagedReader<double> m_times;
     NotValidReader m_notValid;
     const std::size_t m_count;
-    std::size_t m_runsAhead = 0;  // how far the last place known lay ahead
+    std::size_t m_runsAhead = 0;  // how far ahead the last time looked for lay
     std::vector<MissingStretch> m_found;
 };
 
